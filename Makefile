@@ -1,0 +1,54 @@
+# The commands of daily work. Each installs what is missing, configures and builds before it does its job.
+SHELL := /bin/bash
+PLACE ?= 52.52,13.41
+JOBS ?= $(shell nproc)
+
+.PHONY: run test bench format format-check lint asan tsan fuzz build deps clean
+
+deps:
+	@tools/install-deps.sh
+
+build/%/build.ninja: CMakeLists.txt CMakePresets.json | deps
+	@cmake --preset $* > build-configure.log 2>&1 || { cat build-configure.log; rm -f build-configure.log; exit 1; }
+	@rm -f build-configure.log
+
+build: deps build/release/build.ninja
+	@cmake --build --preset release -j $(JOBS)
+
+## make run [PLACE=LAT,LON]: the forecast of a place, from the live services or, without network, the demo
+run: deps build/release/build.ninja
+	@cmake --build --preset release -j $(JOBS) --target nimbara
+	@build/release/src/cli/nimbara forecast --demo-if-offline "$(PLACE)"
+
+test: build
+	@ctest --preset release -j $(JOBS)
+
+bench: build
+	@bench/run.sh build/release
+
+format: deps
+	@tools/sources.sh | xargs clang-format-19 -i
+
+format-check: deps
+	@tools/sources.sh | xargs clang-format-19 --dry-run --Werror
+
+lint: build
+	@tools/check-includes.sh
+	@tools/sources.sh cpp | xargs run-clang-tidy-19 -quiet -j $(JOBS) -p build/release > build/lint.log 2>&1 \
+	  || { grep -E 'warning:|error:' build/lint.log | sort -u; exit 1; }
+	@echo "lint: clean"
+
+asan: deps build/asan/build.ninja
+	@cmake --build --preset asan -j $(JOBS)
+	@ctest --preset asan -j $(JOBS)
+
+tsan: deps build/tsan/build.ninja
+	@cmake --build --preset tsan -j $(JOBS)
+	@ctest --preset tsan -j $(JOBS)
+
+fuzz: deps build/fuzz/build.ninja
+	@cmake --build --preset fuzz -j $(JOBS)
+	@fuzz/run.sh build/fuzz
+
+clean:
+	@rm -rf build

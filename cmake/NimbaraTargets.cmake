@@ -1,0 +1,40 @@
+# One library per folder of src/, one test program per folder of tests/, all sharing one precompiled header.
+
+function(nimbara_library name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;USES;PRIVATE_USES")
+  add_library(${name} STATIC ${arg_SOURCES})
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+  target_link_libraries(${name} PUBLIC ${arg_USES} PRIVATE ${arg_PRIVATE_USES})
+  if(name STREQUAL "nimbara_base")
+    target_precompile_headers(${name} PRIVATE ${PROJECT_SOURCE_DIR}/src/precompiled.h)
+  else()
+    target_precompile_headers(${name} REUSE_FROM nimbara_base)
+  endif()
+endfunction()
+
+function(nimbara_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;USES")
+  add_executable(${name} ${arg_SOURCES})
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/tests)
+  target_compile_definitions(${name} PRIVATE NIMBARA_FIXTURES="${PROJECT_SOURCE_DIR}/tests/fixtures")
+  target_link_libraries(${name} PRIVATE ${arg_USES} GTest::gmock GTest::gtest_main)
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
+endfunction()
+
+# Embeds FILES as byte arrays: `extern std::string_view const <symbol>` for each, in namespace nimbara::resources.
+# The symbol is the file's name with every other character than letters and digits turned into "_".
+function(nimbara_embed target)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "FILES")
+  foreach(file IN LISTS arg_FILES)
+    get_filename_component(name ${file} NAME)
+    string(REGEX REPLACE "[^A-Za-z0-9]" "_" symbol ${name})
+    set(source ${CMAKE_CURRENT_BINARY_DIR}/resource_${symbol}.cpp)
+    add_custom_command(
+      OUTPUT ${source}
+      COMMAND ${CMAKE_COMMAND} -DINPUT=${file} -DOUTPUT=${source} -DSYMBOL=${symbol}
+              -P ${PROJECT_SOURCE_DIR}/cmake/Embed.cmake
+      DEPENDS ${file} ${PROJECT_SOURCE_DIR}/cmake/Embed.cmake VERBATIM)
+    target_sources(${target} PRIVATE ${source})
+    set_source_files_properties(${source} PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
+  endforeach()
+endfunction()

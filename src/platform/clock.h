@@ -1,0 +1,38 @@
+// The port through which the system learns what time it is. Decisions take `now` as an argument; only shells read it.
+#pragma once
+
+#include <chrono>
+
+#include "base/instant.h"
+
+namespace nimbara {
+
+class Clock {
+ public:
+  virtual ~Clock() = default;
+  /// Wall time, for everything that people and services date.
+  virtual Instant now() const = 0;
+  /// Time that never jumps, for limits and spans.
+  virtual std::chrono::steady_clock::time_point steadyNow() const = 0;
+};
+
+class SystemClock final : public Clock {
+ public:
+  Instant now() const override {
+    return std::chrono::floor<std::chrono::milliseconds>(std::chrono::system_clock::now());
+  }
+  std::chrono::steady_clock::time_point steadyNow() const override { return std::chrono::steady_clock::now(); }
+};
+
+/// A clock that stands where it was set: for runs that take a given moment for now.
+class FixedClock final : public Clock {
+ public:
+  explicit FixedClock(Instant now) : now_(now) {}
+  Instant now() const override { return now_; }
+  std::chrono::steady_clock::time_point steadyNow() const override { return std::chrono::steady_clock::now(); }
+
+ private:
+  Instant now_;
+};
+
+}  // namespace nimbara
