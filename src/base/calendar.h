@@ -1,17 +1,14 @@
-// A time zone's view of moments: its days (of 23, 24 or 25 hours), its hours and its wall clock. A cheap value that any
-// thread may use. It never asks the machine for the zone except in `machine()`, which only the programs' entries call.
+// A time zone's view of moments: its days (of 23, 24 or 25 hours), its hours and its wall clock. A cheap
+// value that any thread may use. It never asks the machine for the zone except in `machine()`, which only the
+// programs' entries call.
 #pragma once
+
+#include "base/instant.h"
 
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-
-#include "base/instant.h"
-
-namespace icu_72 {
-class BasicTimeZone;
-}
 
 namespace nimbara {
 
@@ -20,7 +17,8 @@ class Calendar {
   static Calendar utc();
   /// The calendar of the zone that the machine is set to (`TZ` first).
   static Calendar machine();
-  /// An IANA zone ("Europe/Berlin") or a fixed offset ("GMT+05:30"); nothing for a name that the database lacks.
+  /// An IANA zone ("Europe/Berlin") or a fixed offset ("GMT+05:30"); nothing for a name that the database
+  /// lacks.
   static std::optional<Calendar> forZone(std::string_view zoneId);
   /// A zone that always stands `offset` east of Greenwich.
   static Calendar fixedOffset(std::chrono::seconds offset);
@@ -37,8 +35,8 @@ class Calendar {
   bool isSameDay(Instant a, Instant b) const { return day(a) == day(b); }
 
   enum class Occurrence { first, second };
-  /// The moment at which the zone's clock reads `time`. A reading that a clock change repeats has two moments; one that
-  /// the change skips is moved forward by the length of the gap.
+  /// The moment at which the zone's clock reads `time`. A reading that a clock change repeats has two
+  /// moments; one that the change skips is moved forward by the length of the gap.
   Instant instant(LocalTime time, Occurrence occurrence = Occurrence::first) const;
 
   /// The first moment that belongs to `date`.
@@ -46,9 +44,10 @@ class Calendar {
   std::chrono::minutes lengthOfDay(Date date) const;
 
  private:
-  Calendar(std::shared_ptr<icu_72::BasicTimeZone const> zone, std::string zoneId);
+  struct Zone;
+  Calendar(std::shared_ptr<Zone const> zone, std::string zoneId);
 
-  std::shared_ptr<icu_72::BasicTimeZone const> zone_;
+  std::shared_ptr<Zone const> zone_;
   std::string zoneId_;
 };
 

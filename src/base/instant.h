@@ -1,5 +1,5 @@
-// Moments and civil dates, and their ISO 8601 forms. A moment says nothing about a place; `Calendar` turns it into
-// a place's days and hours.
+// Moments and civil dates, and their ISO 8601 forms. A moment says nothing about a place; `Calendar` turns it
+// into a place's days and hours.
 #pragma once
 
 #include <chrono>
@@ -17,7 +17,8 @@ using LocalTime = std::chrono::local_time<std::chrono::seconds>;
 /// "2026-11-21T06:00:00Z", with ".250" before the Z when the moment does not stand on a whole second.
 std::string formatIso8601(Instant instant);
 
-/// A moment with a zone ("Z", "+01:00", "+0100"), seconds and their fraction optional, "T" or a blank between.
+/// A moment with a zone ("Z", "+01:00", "+0100"), seconds and their fraction optional, "T" or a blank
+/// between.
 std::optional<Instant> parseIso8601(std::string_view text);
 
 /// A wall-clock reading without zone: "2026-11-21T10:15", seconds optional.
@@ -36,6 +37,9 @@ Date addDays(Date date, int days);
 
 /// "07:33 AM": the 12-hour form that forecast records carry.
 std::string formatClock12(LocalTime time);
+
+/// "19:33".
+std::string formatClock24(LocalTime time);
 
 /// Minutes since midnight of a text like "07:33 AM" or "7:33 pm"; nothing for other texts ("No moonrise").
 std::optional<int> parseClock12(std::string_view text);

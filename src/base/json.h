@@ -1,13 +1,19 @@
 // The JSON form of records, declared once beside the record as a table of (key, pointer to member):
 //
-//   template <> inline constexpr auto jsonFields<Astronomy> = std::tuple{field("sunrise", &Astronomy::sunrise), …};
+//   template <> inline constexpr auto jsonFields<Astronomy> = std::tuple{field("sunrise",
+//   &Astronomy::sunrise), …};
 //
-// `encodeJson` walks the table here; `decodeJson` is declared here and instantiated by the sources that include
-// json_codec.h, the only header that knows the JSON library.
+// `encodeJson` walks the table here; `decodeJson` is declared here and instantiated by the sources that
+// include json_codec.h, the only header that knows the JSON library.
 //
-// Rules of reading: a required member must be present; `std::optional` members and those declared by `fieldOr` may
-// be absent or null; unknown keys are ignored; of equal keys the last one counts.
+// Rules of reading: a required member must be present; `std::optional` members and those declared by
+// `fieldOr` may be absent or null; unknown keys are ignored; of equal keys the last one counts.
 #pragma once
+
+#include "base/enum_names.h"
+#include "base/instant.h"
+#include "base/result.h"
+#include "base/uuid.h"
 
 #include <chrono>
 #include <cmath>
@@ -20,11 +26,6 @@
 #include <tuple>
 #include <type_traits>
 #include <vector>
-
-#include "base/enum_names.h"
-#include "base/instant.h"
-#include "base/result.h"
-#include "base/uuid.h"
 
 namespace nimbara {
 
@@ -70,7 +71,8 @@ concept JsonRecord = !std::is_same_v<decltype(jsonFields<T>), std::nullptr_t con
 template <class T>
 Result<T, DecodeError> decodeJson(std::string_view document);
 
-/// Appends JSON text to a buffer. Numbers take their shortest exact form; what is not finite is written as null.
+/// Appends JSON text to a buffer. Numbers take their shortest exact form; what is not finite is written as
+/// null.
 class JsonWriter {
  public:
   void value(std::string_view text);
@@ -134,6 +136,19 @@ class JsonWriter {
   }
   void endObject() {
     out_ += '}';
+    first_ = false;
+  }
+  /// The like for lists: beginList, then separate and a value for each element, endList.
+  void beginList() {
+    out_ += '[';
+    first_ = true;
+  }
+  void separate() {
+    if (!first_) out_ += ',';
+    first_ = false;
+  }
+  void endList() {
+    out_ += ']';
     first_ = false;
   }
   /// Absent optionals are left out.

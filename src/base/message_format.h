@@ -1,5 +1,5 @@
-// printf-style messages with "%@", "%d", "%.0f", "%.1f", "%%" and positional forms ("%2$@"), filled with arguments that
-// carry their own type, so that no text of a translator can read past them.
+// printf-style messages with "%@", "%d", "%.0f", "%.1f", "%%" and positional forms ("%2$@"), filled with
+// arguments that carry their own type, so that no text of a translator can read past them.
 #pragma once
 
 #include <concepts>
@@ -26,13 +26,14 @@ class MessageArgument {
   std::variant<std::string, std::int64_t, double> value_;
 };
 
-/// Fills `pattern`. A placeholder without an argument stays as it stands; "%@" takes any argument; "%d" truncates a
-/// number; a text where a number is asked for is put in as it is. `decimalPoint` is the language's.
+/// Fills `pattern`. A placeholder without an argument stays as it stands; "%@" takes any argument; "%d"
+/// truncates a number; a text where a number is asked for is put in as it is. `decimalPoint` is the
+/// language's.
 std::string formatMessage(std::string_view pattern, std::span<MessageArgument const> arguments,
                           std::string_view decimalPoint = ".");
 
-/// The placeholders of `pattern`, positional ones with their position ("2$@"), sorted: equal for a text and its
-/// faithful translation.
+/// The placeholders of `pattern`, positional ones with their position ("2$@"), sorted: equal for a text and
+/// its faithful translation.
 std::vector<std::string> placeholders(std::string_view pattern);
 
 }  // namespace nimbara

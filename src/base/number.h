@@ -29,7 +29,8 @@ double roundHalfAway(double value);
 /// The shortest decimal text that reads back as `value`, without an exponent ("52.52", "-0.00001").
 std::string plainDecimal(double value);
 
-/// `value` with exactly `decimals` digits behind the point, as printf's "%.Nf" writes it in the C locale, but never "-0".
+/// `value` with exactly `decimals` digits behind the point, as printf's "%.Nf" writes it in the C locale, but
+/// never "-0".
 std::string fixedDecimal(double value, int decimals);
 
 /// `value` rounded half away from zero to a whole number, as text.

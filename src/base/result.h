@@ -1,5 +1,5 @@
-// The result of an operation that can fail: a value or the error of the operation's family (APIError, HttpError,
-// DecodeError …). Exceptions are kept for broken invariants of our own code.
+// The result of an operation that can fail: a value or the error of the operation's family (APIError,
+// HttpError, DecodeError …). Exceptions are kept for broken invariants of our own code.
 #pragma once
 
 #include <expected>

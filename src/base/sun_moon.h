@@ -1,14 +1,14 @@
-// Sun and moon for a place, computed here so that no service is needed: directions, rises and settings, the moon's
-// phase. Pure functions. Algorithms: J. Meeus, "Astronomical Algorithms", 2nd edition, low-accuracy chapters (sun
-// chapter 25, moon chapter 47 with its leading terms, illumination chapter 48).
+// Sun and moon for a place, computed here so that no service is needed: directions, rises and settings, the
+// moon's phase. Pure functions. Algorithms: J. Meeus, "Astronomical Algorithms", 2nd edition, low-accuracy
+// chapters (sun chapter 25, moon chapter 47 with its leading terms, illumination chapter 48).
 #pragma once
-
-#include <optional>
-#include <string_view>
 
 #include "base/enum_names.h"
 #include "base/geodesy.h"
 #include "base/instant.h"
+
+#include <optional>
+#include <string_view>
 
 namespace nimbara {
 
@@ -20,8 +20,8 @@ struct HorizontalPosition {
 HorizontalPosition sunPosition(Instant instant, Coordinate place);
 HorizontalPosition moonPosition(Instant instant, Coordinate place);
 
-/// Rise and setting of the upper limb with standard refraction. Either is absent when it does not happen within the
-/// span; `alwaysUp` tells which side of the horizon the body keeps to when both are absent.
+/// Rise and setting of the upper limb with standard refraction. Either is absent when it does not happen
+/// within the span; `alwaysUp` tells which side of the horizon the body keeps to when both are absent.
 struct RiseSet {
   std::optional<Instant> rise;
   std::optional<Instant> set;
@@ -45,8 +45,8 @@ enum class MoonPhase {
 /// The texts that forecast records carry.
 template <>
 inline constexpr auto enumNames<MoonPhase> =
-    std::to_array<std::string_view>({"New Moon", "Waxing Crescent", "First Quarter", "Waxing Gibbous", "Full Moon",
-                                     "Waning Gibbous", "Last Quarter", "Waning Crescent"});
+    std::to_array<std::string_view>({"New Moon", "Waxing Crescent", "First Quarter", "Waxing Gibbous",
+                                     "Full Moon", "Waning Gibbous", "Last Quarter", "Waning Crescent"});
 static_assert(enumNamesComplete(MoonPhase::waningCrescent));
 
 struct MoonState {
@@ -56,8 +56,8 @@ struct MoonState {
 
 MoonState moonState(Instant instant);
 
-/// The phase that a calendar would print for the day [begin, end): a principal phase when its moment falls into the day,
-/// else the phase between.
+/// The phase that a calendar would print for the day [begin, end): a principal phase when its moment falls
+/// into the day, else the phase between.
 MoonPhase moonPhase(Instant begin, Instant end);
 
 }  // namespace nimbara

@@ -16,8 +16,8 @@ std::string asciiLowered(std::string_view text);
 /// The parts of `text` between separators; an empty text is one empty part.
 std::vector<std::string_view> split(std::string_view text, char separator);
 
-/// `text` on one line: every run of white space and control characters becomes one blank, at most `limit` bytes
-/// (cut at a character's boundary, with "…" when something was cut).
+/// `text` on one line: every run of white space and control characters becomes one blank, at most `limit`
+/// bytes (cut at a character's boundary, with "…" when something was cut).
 std::string oneLine(std::string_view text, std::size_t limit = 200);
 
 }  // namespace nimbara

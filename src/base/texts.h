@@ -1,6 +1,8 @@
-// The texts of the program in one language: a flat table key → text, embedded in the program, with English behind it
-// for keys that a translation lacks. Immutable once loaded; any thread may read it.
+// The texts of the program in one language: a flat table key → text, embedded in the program, with English
+// behind it for keys that a translation lacks. Immutable once loaded; any thread may read it.
 #pragma once
+
+#include "base/message_format.h"
 
 #include <initializer_list>
 #include <map>
@@ -8,15 +10,14 @@
 #include <string_view>
 #include <vector>
 
-#include "base/message_format.h"
-
 namespace nimbara {
 
 class Texts {
  public:
   /// The languages that have a table, English first.
   static std::vector<std::string_view> languages();
-  /// The table of a language code or locale name ("pt", "pt_BR.UTF-8", "zh-Hans"); English when there is none.
+  /// The table of a language code or locale name ("pt", "pt_BR.UTF-8", "zh-Hans"); English when there is
+  /// none.
   static Texts load(std::string_view language);
   /// True when `load` would find a table for that language.
   static bool has(std::string_view language);

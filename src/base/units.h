@@ -1,17 +1,17 @@
-// The user's units. The system reckons in °C, km/h, hPa, mm and km; a unit only changes numbers that a person reads.
+// The user's units. The system reckons in °C, km/h, hPa, mm and km; a unit only changes numbers that a person
+// reads.
 #pragma once
+
+#include "base/enum_names.h"
 
 #include <string>
 #include <string_view>
-
-#include "base/enum_names.h"
 
 namespace nimbara {
 
 enum class TemperatureUnit { celsius, fahrenheit };
 template <>
-inline constexpr auto enumNames<TemperatureUnit> =
-    std::to_array<std::string_view>({"celsius", "fahrenheit"});
+inline constexpr auto enumNames<TemperatureUnit> = std::to_array<std::string_view>({"celsius", "fahrenheit"});
 
 enum class WindUnit { kmh, mph, ms, knots };
 template <>
@@ -62,8 +62,8 @@ std::string_view symbol(PressureUnit unit);
 std::string_view symbol(PrecipitationUnit unit);
 std::string_view symbol(DistanceUnit unit);
 
-/// The number that a person reads: rounded half away from zero to the decimals that suit the unit (inches of mercury
-/// and of rain two, millimetres of rain one, all else none), without the symbol, never "-0".
+/// The number that a person reads: rounded half away from zero to the decimals that suit the unit (inches of
+/// mercury and of rain two, millimetres of rain one, all else none), without the symbol, never "-0".
 std::string display(double celsius, TemperatureUnit unit);
 std::string display(double kmh, WindUnit unit);
 std::string display(double hPa, PressureUnit unit);

@@ -26,8 +26,8 @@ struct Uuid {
   auto operator<=>(Uuid const&) const = default;
 };
 
-/// The identity of one copy of a record in this process. It is made fresh with each record, is never written down and
-/// is no part of the record's value: two records that differ only in it are equal.
+/// The identity of one copy of a record in this process. It is made fresh with each record, is never written
+/// down and is no part of the record's value: two records that differ only in it are equal.
 struct TransientId {
   Uuid value = Uuid::random();
 

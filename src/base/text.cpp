@@ -1,0 +1,60 @@
+#include "base/text.h"
+
+#include <algorithm>
+
+namespace nimbara {
+
+namespace {
+
+constexpr std::string_view kBlanks = " \t\r\n\f\v";
+
+bool isControlOrBlank(char c) {
+  return static_cast<unsigned char>(c) <= 0x20 || c == 0x7f;
+}
+
+bool continuesCharacter(char c) {
+  return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+}
+
+}  // namespace
+
+std::string_view trimmed(std::string_view text) {
+  auto const first = text.find_first_not_of(kBlanks);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+std::string asciiLowered(std::string_view text) {
+  std::string lowered(text);
+  std::ranges::transform(lowered, lowered.begin(),
+                         [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+  return lowered;
+}
+
+std::vector<std::string_view> split(std::string_view text, char separator) {
+  std::vector<std::string_view> parts;
+  for (auto end = text.find(separator); end != std::string_view::npos; end = text.find(separator)) {
+    parts.push_back(text.substr(0, end));
+    text.remove_prefix(end + 1);
+  }
+  parts.push_back(text);
+  return parts;
+}
+
+std::string oneLine(std::string_view text, std::size_t limit) {
+  std::string line;
+  for (char const c : trimmed(text)) {
+    if (!isControlOrBlank(c)) {
+      line += c;
+    } else if (!line.empty() && line.back() != ' ') {
+      line += ' ';
+    }
+    if (line.size() > limit + 4) break;
+  }
+  if (line.size() <= limit) return line;
+  std::size_t cut = limit;
+  while (cut > 0 && continuesCharacter(line[cut])) --cut;
+  return line.substr(0, cut) + "…";
+}
+
+}  // namespace nimbara
