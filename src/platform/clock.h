@@ -1,9 +1,10 @@
-// The port through which the system learns what time it is. Decisions take `now` as an argument; only shells read it.
+// The port through which the system learns what time it is. Decisions take `now` as an argument; only shells
+// read it.
 #pragma once
 
-#include <chrono>
-
 #include "base/instant.h"
+
+#include <chrono>
 
 namespace nimbara {
 
@@ -21,7 +22,9 @@ class SystemClock final : public Clock {
   Instant now() const override {
     return std::chrono::floor<std::chrono::milliseconds>(std::chrono::system_clock::now());
   }
-  std::chrono::steady_clock::time_point steadyNow() const override { return std::chrono::steady_clock::now(); }
+  std::chrono::steady_clock::time_point steadyNow() const override {
+    return std::chrono::steady_clock::now();
+  }
 };
 
 /// A clock that stands where it was set: for runs that take a given moment for now.
@@ -29,7 +32,9 @@ class FixedClock final : public Clock {
  public:
   explicit FixedClock(Instant now) : now_(now) {}
   Instant now() const override { return now_; }
-  std::chrono::steady_clock::time_point steadyNow() const override { return std::chrono::steady_clock::now(); }
+  std::chrono::steady_clock::time_point steadyNow() const override {
+    return std::chrono::steady_clock::now();
+  }
 
  private:
   Instant now_;

@@ -1,6 +1,9 @@
-// The port of HTTP: one request value in, one response value or error out. The caller decides what a status means; the
-// client only promises that a body it returns is whole and no longer than was allowed.
+// The port of HTTP: one request value in, one response value or error out. The caller decides what a status
+// means; the client only promises that a body it returns is whole and no longer than was allowed.
 #pragma once
+
+#include "base/enum_names.h"
+#include "base/result.h"
 
 #include <chrono>
 #include <cstddef>
@@ -11,9 +14,6 @@
 #include <utility>
 #include <vector>
 
-#include "base/enum_names.h"
-#include "base/result.h"
-
 namespace nimbara {
 
 using HttpHeaders = std::vector<std::pair<std::string, std::string>>;
@@ -21,7 +21,7 @@ using HttpHeaders = std::vector<std::pair<std::string, std::string>>;
 struct HttpRequest {
   std::string url;
   HttpHeaders headers;  ///< beside User-Agent and Accept-Encoding, which the client sets
-  std::chrono::milliseconds timeout{15'000};  ///< for the whole exchange, redirects included
+  std::chrono::milliseconds timeout{15'000};        ///< for the whole exchange, redirects included
   std::size_t maxBodyBytes = std::size_t{4} << 20;  ///< after decompression
 
   bool operator==(HttpRequest const&) const = default;
