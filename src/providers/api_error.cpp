@@ -1,0 +1,40 @@
+#include "providers/api_error.h"
+
+namespace nimbara {
+
+APIError APIError::network(HttpError const& error) {
+  return {Case::networkError, 0, error.message, error.kind};
+}
+
+APIError APIError::decoding(DecodeError const& error) {
+  return {Case::decodingError, 0, error.text(), {}};
+}
+
+APIError APIError::http(int statusCode, std::string reason) {
+  return {Case::httpError, statusCode, std::move(reason), {}};
+}
+
+std::string APIError::description() const {
+  switch (kind) {
+    case Case::networkError:
+      return "Network error: " + detail;
+    case Case::decodingError:
+      return "Failed to decode response: " + detail;
+    case Case::httpError:
+      return "Server returned HTTP " + std::to_string(statusCode);
+    case Case::invalidURL:
+      return "The URL could not be constructed.";
+    case Case::noData:
+      return "The server returned an empty response.";
+    case Case::noResults:
+      return "No results found for the given location.";
+  }
+  return {};
+}
+
+std::string APIError::text() const {
+  bool const hasReason = kind == Case::httpError && !detail.empty();
+  return hasReason ? description() + ": " + detail : description();
+}
+
+}  // namespace nimbara

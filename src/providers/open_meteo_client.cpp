@@ -1,0 +1,283 @@
+#include "providers/open_meteo_client.h"
+
+#include "base/calendar.h"
+#include "base/text.h"
+#include "providers/interchange.h"
+#include "providers/open_meteo_request.h"
+
+#include <algorithm>
+#include <map>
+
+namespace nimbara {
+
+namespace {
+
+using std::chrono::hours;
+using std::chrono::seconds;
+
+constexpr std::size_t kLargestBody = std::size_t{4} << 20;
+/// A missing weather code is taken from a neighbour that is no farther than this.
+constexpr std::ptrdiff_t kCodeReach = 3;
+
+/// The two clocks of an answer: its texts hang in one fixed offset, its days belong to the place's zone.
+struct AnswerTime {
+  seconds offset;
+  Calendar calendar;
+
+  Instant instant(LocalTime text) const { return Instant(text.time_since_epoch() - offset); }
+};
+
+AnswerTime timeOf(OpenMeteoResponse const& response, Instant now) {
+  auto const zone = Calendar::forZone(response.timezone);
+  seconds const offset = response.utcOffset ? *response.utcOffset : zone ? zone->offset(now) : seconds(0);
+  return {offset, zone ? *zone : Calendar::fixedOffset(offset)};
+}
+
+/// A reading of a parallel array; absent where the answer lacks the array.
+Reading at(std::vector<Reading> const& list, std::size_t index) {
+  return index < list.size() ? list[index] : std::nullopt;
+}
+
+template <class T>
+std::optional<T> at(std::vector<std::optional<T>> const& list, std::size_t index) {
+  return index < list.size() ? list[index] : std::nullopt;
+}
+
+std::optional<int> codeOf(Reading reading) {
+  if (!reading || std::abs(*reading) > 1000) return std::nullopt;
+  return static_cast<int>(*reading);
+}
+
+std::optional<bool> flagOf(Reading reading) {
+  if (!reading) return std::nullopt;
+  return *reading == 1;
+}
+
+std::optional<int> codeNear(std::vector<Reading> const& codes, std::size_t index) {
+  auto const length = static_cast<std::ptrdiff_t>(codes.size());
+  auto const centre = static_cast<std::ptrdiff_t>(index);
+  for (std::ptrdiff_t distance = 0; distance <= kCodeReach; ++distance) {
+    for (std::ptrdiff_t const neighbour : {centre - distance, centre + distance}) {
+      if (neighbour < 0 || neighbour >= length) continue;
+      if (auto const code = codeOf(codes[static_cast<std::size_t>(neighbour)])) return code;
+    }
+  }
+  return std::nullopt;
+}
+
+HourlyEntry entryAt(OMHourly const& block, std::size_t i) {
+  HourlyEntry entry;
+  entry.temperature2m = at(block.temperature2m, i);
+  entry.relativeHumidity2m = at(block.relativeHumidity2m, i);
+  entry.apparentTemperature = at(block.apparentTemperature, i);
+  entry.dewPoint2m = at(block.dewPoint2m, i);
+  entry.weatherCode = codeNear(block.weatherCode, i);
+  entry.cloudCover = at(block.cloudCover, i);
+  entry.precipitationProbability = at(block.precipitationProbability, i);
+  entry.precipitation = at(block.precipitation, i);
+  entry.snowfall = at(block.snowfall, i);
+  entry.windSpeed10m = at(block.windSpeed10m, i);
+  entry.windDirection10m = at(block.windDirection10m, i);
+  entry.windGusts10m = at(block.windGusts10m, i);
+  entry.pressureMsl = at(block.pressureMsl, i);
+  entry.visibility = at(block.visibility, i);
+  entry.uvIndex = at(block.uvIndex, i);
+  entry.isDay = flagOf(at(block.isDay, i));
+  return entry;
+}
+
+/// All hours that have a time and a temperature, in the order of time.
+std::vector<HourlyEntry> hoursOf(OMHourly const& block, AnswerTime const& time) {
+  std::vector<HourlyEntry> entries;
+  entries.reserve(block.time.size());
+  for (std::size_t i = 0; i < block.time.size(); ++i) {
+    if (!block.time[i] || !at(block.temperature2m, i)) continue;
+    HourlyEntry& entry = entries.emplace_back(entryAt(block, i));
+    entry.begin = time.instant(*block.time[i]);
+  }
+  std::ranges::stable_sort(entries, {}, &HourlyEntry::begin);
+  return entries;
+}
+
+using HoursByDay = std::map<Date, std::vector<HourlyEntry>>;
+
+/// Sets each hour's place in the place's own day. The zone's offset is asked for once a stretch of hours
+/// between which it does not change.
+HoursByDay byDay(std::vector<HourlyEntry> const& entries, Calendar const& calendar) {
+  HoursByDay days;
+  for (HourlyEntry const& entry : entries) {
+    LocalTime const local = calendar.local(entry.begin);
+    auto const day = std::chrono::floor<std::chrono::days>(local);
+    auto& list = days[Date(day)];
+    list.push_back(entry);
+    list.back().hour = static_cast<int>(std::chrono::floor<hours>(local - day).count());
+  }
+  return days;
+}
+
+HourlyEntry const* hourContaining(std::vector<HourlyEntry> const& entries, Instant instant) {
+  auto const after = std::ranges::upper_bound(entries, instant, {}, &HourlyEntry::begin);
+  if (after == entries.begin()) return nullptr;
+  HourlyEntry const& entry = *std::prev(after);
+  return instant - entry.begin < hours(1) ? &entry : nullptr;
+}
+
+HourlyEntry entryOf(OMCurrent const& current) {
+  HourlyEntry entry;
+  entry.temperature2m = current.temperature2m;
+  entry.relativeHumidity2m = current.relativeHumidity2m;
+  entry.apparentTemperature = current.apparentTemperature;
+  entry.dewPoint2m = current.dewPoint2m;
+  entry.weatherCode = codeOf(current.weatherCode);
+  entry.cloudCover = current.cloudCover;
+  entry.precipitation = current.precipitation;
+  entry.windSpeed10m = current.windSpeed10m;
+  entry.windDirection10m = current.windDirection10m;
+  entry.windGusts10m = current.windGusts10m;
+  entry.pressureMsl = current.pressureMsl;
+  entry.visibility = current.visibility;
+  entry.uvIndex = current.uvIndex;
+  entry.isDay = flagOf(current.isDay);
+  return entry;
+}
+
+template <class T>
+void fill(std::optional<T>& gap, std::optional<T> const& value) {
+  if (!gap) gap = value;
+}
+
+/// A feels-like of another temperature than the present one would mislead, so the two are taken together.
+void fillGaps(HourlyEntry& present, HourlyEntry const& hour) {
+  if (!present.temperature2m) fill(present.apparentTemperature, hour.apparentTemperature);
+  fill(present.temperature2m, hour.temperature2m);
+  fill(present.relativeHumidity2m, hour.relativeHumidity2m);
+  fill(present.dewPoint2m, hour.dewPoint2m);
+  fill(present.weatherCode, hour.weatherCode);
+  fill(present.cloudCover, hour.cloudCover);
+  fill(present.precipitation, hour.precipitation);
+  fill(present.windSpeed10m, hour.windSpeed10m);
+  fill(present.windDirection10m, hour.windDirection10m);
+  fill(present.windGusts10m, hour.windGusts10m);
+  fill(present.pressureMsl, hour.pressureMsl);
+  fill(present.visibility, hour.visibility);
+  fill(present.uvIndex, hour.uvIndex);
+  fill(present.isDay, hour.isDay);
+}
+
+std::optional<CurrentCondition> currentOf(OpenMeteoResponse const& response,
+                                          std::vector<HourlyEntry> const& entries, AnswerTime const& time,
+                                          Instant now) {
+  auto const observed = response.current ? parseLocalTime(response.current->time) : std::nullopt;
+  Instant const moment = observed ? time.instant(*observed) : now;
+  HourlyEntry present = response.current ? entryOf(*response.current) : HourlyEntry{};
+  if (auto const* const hour = hourContaining(entries, moment)) fillGaps(present, *hour);
+  if (!present.temperature2m) return std::nullopt;
+  LocalTime const local = time.calendar.local(moment);
+  std::string text =
+      observed ? response.current->time
+               : formatDate(Date(std::chrono::floor<std::chrono::days>(local))) + "T" + formatClock24(local);
+  return writeCurrent(present, local, std::move(text));
+}
+
+/// Where the sun does not rise or set, the service writes the day's bounds (or, on old servers, 1970) instead
+/// of times.
+bool isRealSunTime(Date day, std::optional<LocalTime> sunrise, std::optional<LocalTime> sunset) {
+  if (!sunrise || !sunset || *sunrise >= *sunset) return false;
+  auto const midnight = std::chrono::local_days(day);
+  bool const wholeDay = *sunrise == midnight && *sunset == midnight + hours(24);
+  return !wholeDay && *sunrise >= midnight && *sunrise < midnight + hours(24);
+}
+
+DailyEntry dayAt(OMDaily const& block, std::size_t i, AnswerTime const& time) {
+  DailyEntry entry;
+  entry.date = *block.time[i];
+  entry.temperatureMax = at(block.temperature2mMax, i);
+  entry.temperatureMin = at(block.temperature2mMin, i);
+  entry.uvIndexMax = at(block.uvIndexMax, i);
+  entry.precipitationProbabilityMax = at(block.precipitationProbabilityMax, i);
+  entry.snowfallSum = at(block.snowfallSum, i);
+  auto const sunrise = at(block.sunrise, i);
+  auto const sunset = at(block.sunset, i);
+  if (isRealSunTime(entry.date, sunrise, sunset)) {
+    entry.sunrise = time.instant(*sunrise);
+    entry.sunset = time.instant(*sunset);
+  }
+  return entry;
+}
+
+/// The days that the answer lists; without a daily block, those that its hours touch.
+std::vector<DailyEntry> daysOf(OpenMeteoResponse const& response, HoursByDay const& hoursByDay,
+                               AnswerTime const& time) {
+  std::vector<DailyEntry> days;
+  if (response.daily) {
+    for (std::size_t i = 0; i < response.daily->time.size(); ++i) {
+      if (response.daily->time[i]) days.push_back(dayAt(*response.daily, i, time));
+    }
+  }
+  if (!days.empty()) return days;
+  for (auto const& [date, entries] : hoursByDay) {
+    DailyEntry day;
+    day.date = date;
+    days.push_back(day);
+  }
+  return days;
+}
+
+}  // namespace
+
+Result<WttrResponse, APIError> joinOpenMeteo(OpenMeteoResponse const& response, Coordinate place,
+                                             Instant now) {
+  AnswerTime const time = timeOf(response, now);
+  std::vector<HourlyEntry> const entries =
+      response.hourly ? hoursOf(*response.hourly, time) : std::vector<HourlyEntry>{};
+  HoursByDay hoursByDay = byDay(entries, time.calendar);
+  WttrResponse record;
+  record.timeZone = time.calendar.zoneId();
+  record.nearestArea = {writeArea(place)};
+  record.request = {writeRequest(place)};
+  if (auto current = currentOf(response, entries, time, now)) record.currentCondition = {std::move(*current)};
+  for (DailyEntry const& day : daysOf(response, hoursByDay, time)) {
+    auto const& hours = hoursByDay[day.date];
+    if (auto written = writeDay(day, hours, time.calendar, place))
+      record.weather.push_back(std::move(*written));
+  }
+  if (record.weather.empty() && record.currentCondition.empty()) {
+    return std::unexpected(APIError::of(APIError::Case::noResults));
+  }
+  return record;
+}
+
+Result<WttrResponse, APIError> readOpenMeteoAnswer(HttpResponse const& answer, Coordinate place,
+                                                   Instant now) {
+  if (answer.status < 200 || answer.status > 299) {
+    return std::unexpected(APIError::http(answer.status, openMeteoErrorReason(answer.body)));
+  }
+  if (trimmed(answer.body).empty()) return std::unexpected(APIError::of(APIError::Case::noData));
+  auto const response = parseOpenMeteo(answer.body);
+  if (!response) return std::unexpected(APIError::decoding(response.error()));
+  return joinOpenMeteo(*response, place, now);
+}
+
+OpenMeteoClient::OpenMeteoClient(HttpClient& http, Clock const& clock, ServiceAddress address)
+    : http_(http), clock_(clock), address_(std::move(address)) {}
+
+Result<WttrResponse, APIError> OpenMeteoClient::fetchForecast(double latitude, double longitude,
+                                                              std::stop_token stop) {
+  Coordinate const place{latitude, longitude};
+  if (!isValid(place)) return std::unexpected(APIError::of(APIError::Case::invalidURL));
+  std::lock_guard const turn(turn_);
+  HttpRequest request;
+  request.url = address_.baseUrl + openMeteoPath(place, address_.apiKey);
+  request.headers = {{"Accept", "application/json"}};
+  request.maxBodyBytes = kLargestBody;
+  auto const answer = http_.get(request, stop);
+  if (!answer) {
+    if (answer.error().kind == HttpError::Kind::invalidUrl) {
+      return std::unexpected(APIError::of(APIError::Case::invalidURL));
+    }
+    return std::unexpected(APIError::network(answer.error()));
+  }
+  return readOpenMeteoAnswer(*answer, place, clock_.now());
+}
+
+}  // namespace nimbara
