@@ -1,0 +1,26 @@
+// What the process finds around itself, as one value that the entry of a program reads once and hands down.
+// Nothing else asks for environment variables, directories or the machine's zone.
+#pragma once
+
+#include "base/calendar.h"
+
+#include <filesystem>
+#include <string>
+
+namespace nimbara {
+
+struct Environment {
+  std::string services;                   ///< NIMBARA_SERVICES
+  std::string now;                        ///< NIMBARA_NOW
+  std::string language;                   ///< LC_ALL, LC_MESSAGES or LANG, whichever is set first
+  bool utf8 = true;                       ///< the locale's encoding
+  bool noColor = false;                   ///< NO_COLOR
+  int columns = 0;                        ///< COLUMNS; 0 when unset
+  std::filesystem::path configDirectory;  ///< …/nimbara below XDG_CONFIG_HOME
+  std::filesystem::path program;          ///< this program's own file
+  Calendar machineCalendar = Calendar::utc();
+
+  static Environment ofProcess();
+};
+
+}  // namespace nimbara

@@ -1,0 +1,42 @@
+#include "app/service_directory.h"
+
+#include "base/text.h"
+
+#include <array>
+
+namespace nimbara {
+
+namespace {
+
+constexpr std::array<std::string_view, enumNames<Service>.size()> kHosts{
+    "https://api.open-meteo.com",
+    "https://geocoding-api.open-meteo.com",
+};
+
+}  // namespace
+
+std::optional<std::string> normalizedBase(std::string_view address) {
+  address = trimmed(address);
+  bool const plain = address.starts_with("http://");
+  if (!plain && !address.starts_with("https://")) return std::nullopt;
+  while (address.ends_with('/')) address.remove_suffix(1);
+  bool const hasHost = address.size() > std::string_view(plain ? "http://" : "https://").size();
+  if (!hasHost || address.find_first_of(" ?#") != std::string_view::npos) return std::nullopt;
+  return std::string(address);
+}
+
+ServiceDirectory::ServiceDirectory(Configuration configuration, std::string servicesBase)
+    : configuration_(std::move(configuration)), servicesBase_(std::move(servicesBase)) {}
+
+ServiceAddress ServiceDirectory::address(Service service) const {
+  ServiceAddress address{std::string(kHosts[static_cast<std::size_t>(service)]), {}};
+  if (auto const found = configuration_.services.find(enumName(service));
+      found != configuration_.services.end()) {
+    if (found->second.host) address.baseUrl = normalizedBase(*found->second.host).value_or(address.baseUrl);
+    address.apiKey = found->second.apiKey.value_or("");
+  }
+  if (!servicesBase_.empty()) address.baseUrl = servicesBase_;
+  return address;
+}
+
+}  // namespace nimbara

@@ -1,0 +1,38 @@
+// The only place that knows the hosts of the outside services.
+#pragma once
+
+#include "app/configuration.h"
+#include "base/enum_names.h"
+#include "providers/open_meteo_client.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace nimbara {
+
+enum class Service { openMeteo, openMeteoGeocoding };
+
+template <>
+inline constexpr auto enumNames<Service> =
+    std::to_array<std::string_view>({"openMeteo", "openMeteoGeocoding"});
+static_assert(enumNamesComplete(Service::openMeteoGeocoding));
+
+/// An http or https address without the slash at its end; nothing for other texts.
+std::optional<std::string> normalizedBase(std::string_view address);
+
+class ServiceDirectory {
+ public:
+  /// `servicesBase`, when not empty, stands in place of every service's scheme and host.
+  ServiceDirectory(Configuration configuration, std::string servicesBase);
+
+  ServiceAddress address(Service service) const;
+  /// The base that stands in for the services; empty for the services themselves.
+  std::string const& standIn() const { return servicesBase_; }
+
+ private:
+  Configuration configuration_;
+  std::string servicesBase_;
+};
+
+}  // namespace nimbara

@@ -1,0 +1,161 @@
+#include "demo/demo_server.h"
+
+#include "base/text.h"
+#include "demo/open_meteo_stand_in.h"
+
+#include <httplib.h>
+
+#include <algorithm>
+#include <array>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+namespace nimbara {
+
+namespace {
+
+constexpr std::size_t kThreads = 8;
+constexpr std::size_t kLongestQuery = 64 << 10;
+
+struct Route {
+  DemoService service;
+  std::string_view path;
+  DemoAnswer (*answer)(DemoQuery const&, Instant);
+};
+
+constexpr std::array kRoutes = std::to_array<Route>({
+    {DemoService::openMeteo, "/v1/forecast", openMeteoForecast},
+    {DemoService::openMeteoGeocoding, "/v1/search",
+     [](DemoQuery const& query, Instant) { return openMeteoSearch(query); }},
+});
+
+std::string namesOf(auto const& names) {
+  std::string list;
+  for (std::string_view const name : names) list += (list.empty() ? "" : ", ") + std::string(name);
+  return list;
+}
+
+constexpr std::string_view kErrorPage = "<html><body><h1>500 Internal Server Error</h1></body></html>";
+constexpr std::string_view kGarbage =
+    "<!doctype html><title>Welcome</title><p>Please log in to use this network.";
+
+}  // namespace
+
+Result<DemoFault, std::string> parseDemoFault(std::string_view text) {
+  auto const parts = split(text, '=');
+  auto const service = enumFromName<DemoService>(parts[0]);
+  if (!service) {
+    return std::unexpected("'" + oneLine(parts[0]) + "' is no service of the demo; there are " +
+                           namesOf(enumNames<DemoService>));
+  }
+  auto const kind = parts.size() == 2 ? enumFromName<DemoFault::Kind>(parts[1]) : std::nullopt;
+  if (!kind) {
+    return std::unexpected("'" + oneLine(text) + "' names no fault; write " + std::string(parts[0]) +
+                           "= and one of " + namesOf(enumNames<DemoFault::Kind>));
+  }
+  return DemoFault{*service, *kind};
+}
+
+/// The server, its thread and what holds back answers that are never to come.
+struct DemoServer::Running {
+  Running(Clock const& clockToUse, std::vector<DemoFault> faultsToShow)
+      : clock(clockToUse), faults(std::move(faultsToShow)) {
+    server.new_task_queue = [] { return new httplib::ThreadPool(kThreads); };
+    server.set_keep_alive_timeout(1);
+    server.set_payload_max_length(kLongestQuery);
+    server.set_default_headers({{"Server", "nimbara-demo"}});
+    for (Route const& route : kRoutes) {
+      server.Get(std::string(route.path),
+                 [this, &route](httplib::Request const& request, httplib::Response& response) {
+                   serve(route, request, response);
+                 });
+    }
+  }
+
+  std::optional<DemoFault::Kind> faultOf(DemoService service) const {
+    auto const found = std::ranges::find(faults, service, &DemoFault::service);
+    return found == faults.end() ? std::nullopt : std::optional(found->kind);
+  }
+
+  void serve(Route const& route, httplib::Request const& request, httplib::Response& response) {
+    DemoQuery const query = [&](std::string_view name) {
+      return request.get_param_value(std::string(name).c_str());
+    };
+    DemoAnswer const answer = route.answer(query, clock.now());
+    switch (auto const fault = faultOf(route.service); fault.value_or(DemoFault::Kind::status500)) {
+      case DemoFault::Kind::status500:
+        if (!fault) break;
+        response.status = 500;
+        return response.set_content(std::string(kErrorPage), "text/html");
+      case DemoFault::Kind::timeout:
+        return waitForStop();
+      case DemoFault::Kind::garbage:
+        return response.set_content(std::string(kGarbage), "text/html");
+      case DemoFault::Kind::drop:
+        return sendHalf(answer.body, response);
+    }
+    response.status = answer.status;
+    response.set_content(answer.body, "application/json; charset=utf-8");
+  }
+
+  /// Announces the whole body and closes the connection in its middle.
+  static void sendHalf(std::string const& body, httplib::Response& response) {
+    response.set_content_provider(
+        body.size(), "application/json",
+        [half = body.substr(0, body.size() / 2)](std::size_t offset, std::size_t, httplib::DataSink& sink) {
+          if (offset == 0) sink.write(half.data(), half.size());
+          return false;
+        });
+  }
+
+  void waitForStop() {
+    std::unique_lock lock(mutex);
+    stopping.wait(lock, [this] { return stopped; });
+  }
+
+  void stop() {
+    {
+      std::lock_guard const lock(mutex);
+      stopped = true;
+    }
+    stopping.notify_all();
+    server.stop();
+  }
+
+  Clock const& clock;
+  std::vector<DemoFault> faults;
+  httplib::Server server;
+  std::mutex mutex;
+  std::condition_variable stopping;
+  bool stopped = false;
+  int port = 0;
+  std::jthread thread;
+};
+
+DemoServer::DemoServer(std::unique_ptr<Running> running)
+    : running_(std::move(running)), baseUrl_("http://127.0.0.1:" + std::to_string(running_->port)) {}
+
+Result<std::unique_ptr<DemoServer>, std::string> DemoServer::start(Clock const& clock,
+                                                                   std::vector<DemoFault> faults, int port) {
+  constexpr char kLoopback[] = "127.0.0.1";
+  auto running = std::make_unique<Running>(clock, std::move(faults));
+  httplib::Server& server = running->server;
+  running->port = port == 0                              ? server.bind_to_any_port(kLoopback)
+                  : server.bind_to_port(kLoopback, port) ? port
+                                                         : -1;
+  if (running->port < 0) {
+    return std::unexpected("the demo cannot listen on port " + std::to_string(port) +
+                           " of 127.0.0.1; choose another");
+  }
+  running->thread = std::jthread([&server] { server.listen_after_bind(); });
+  // A stop before the server has begun to listen would be lost.
+  while (!server.is_running()) std::this_thread::yield();
+  return std::unique_ptr<DemoServer>(new DemoServer(std::move(running)));
+}
+
+DemoServer::~DemoServer() {
+  running_->stop();
+}
+
+}  // namespace nimbara
