@@ -1,0 +1,51 @@
+// The command line program without its process: arguments and surroundings in, two texts and an exit code
+// out, so that a test runs it as a person would.
+#pragma once
+
+#include "app/environment.h"
+#include "cli/command_line.h"
+#include "platform/clock.h"
+#include "platform/http_client.h"
+
+#include <stop_token>
+#include <string>
+#include <vector>
+
+namespace nimbara {
+
+namespace exitCode {
+inline constexpr int kComplete = 0;
+inline constexpr int kUnavailable = 1;
+inline constexpr int kUsage = 2;
+inline constexpr int kInterrupted = 130;
+}  // namespace exitCode
+
+/// Where a run writes to and what it knows about it.
+class Console {
+ public:
+  virtual ~Console() = default;
+  virtual void out(std::string_view text) = 0;
+  virtual void err(std::string_view text) = 0;
+  /// Cells a line of standard output, 0 when it is no terminal.
+  virtual int terminalWidth() const = 0;
+};
+
+/// What a command works with.
+struct Session {
+  Environment const& environment;
+  Console& console;
+  std::stop_token stop;
+
+  /// One line on standard error: "nimbara: " and a sentence.
+  int fail(int code, std::string_view sentence) const;
+};
+
+int runCli(std::vector<std::string> arguments, Session const& session);
+
+int runForecast(CommandLine const& line, Session const& session);
+int runDemo(CommandLine const& line, Session const& session);
+
+/// The clock that the command line asks for.
+std::unique_ptr<Clock> makeClock(CommonOptions const& options);
+
+}  // namespace nimbara

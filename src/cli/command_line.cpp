@@ -1,0 +1,173 @@
+#include "cli/command_line.h"
+
+#include "app/service_directory.h"
+#include "app/version.h"
+#include "base/text.h"
+#include "base/texts.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+
+namespace nimbara {
+
+namespace {
+
+constexpr int kUsage = 2;
+
+EarlyEnd mistake(std::string const& sentence) {
+  return {kUsage, sentence};
+}
+
+template <class E>
+std::string namesOf() {
+  std::string list;
+  for (std::string_view const name : enumNames<E>) list += (list.empty() ? "" : ", ") + std::string(name);
+  return list;
+}
+
+/// The texts of the command line before they are understood.
+struct RawOptions {
+  std::string services;
+  std::string now;
+  std::string units;
+  std::string language;
+  std::string provider = "automatic";
+  std::vector<std::string> faults;
+};
+
+void defineCommon(CLI::App& app, CommandLine& line, RawOptions& raw) {
+  app.add_option("--services", raw.services,
+                 "Reach every outside service below this base address (NIMBARA_SERVICES)")
+      ->type_name("URL");
+  app.add_option("--now", raw.now, "Take this moment for now, for example 2026-11-21T06:00:00Z (NIMBARA_NOW)")
+      ->type_name("TIME");
+  app.add_option("--units", raw.units, "metric or imperial")->type_name("SYSTEM");
+  app.add_option("--lang", raw.language, "Language of the texts: en, pt or zh")->type_name("CODE");
+  app.add_flag("-v,--verbose", line.common.verbose, "Tell on standard error what is done");
+}
+
+void defineForecast(CLI::App& app, CommandLine& line, RawOptions& raw) {
+  CLI::App* const command = app.add_subcommand("forecast", "The forecast of a place for seven days");
+  ForecastOptions& options = line.forecast;
+  command->add_option("PLACE", options.place, "LAT,LON in decimal degrees, or a name to search for");
+  command->add_option("--provider", raw.provider, "automatic, appleWeather, openMeteo, yrNo or wttrIn")
+      ->type_name("NAME");
+  command->add_flag("--no-cache", options.noCache, "Ask the provider even when a recent answer is kept");
+  command->add_flag("--json", options.json, "One JSON document instead of text");
+  command->add_flag("--raw", options.raw, "The provider's answer as the interchange record, in JSON");
+  command->add_flag("--ascii", options.ascii, "Plain ASCII, for terminals and files that show nothing else");
+  command->add_option("--width", options.width, "Cells a line (40 to 140) instead of the terminal's")
+      ->type_name("N")
+      ->check(CLI::Range(40, 140));
+  command->add_flag("--demo-if-offline", options.demoIfOffline,
+                    "Without network show generated demo weather, and say so");
+  command->fallthrough();
+  command->callback([&line] { line.command = CommandLine::Command::forecast; });
+}
+
+void defineDemo(CLI::App& app, CommandLine& line, RawOptions& raw) {
+  CLI::App* const command =
+      app.add_subcommand("demo", "Loopback stand-ins of the outside services, with generated weather");
+  DemoOptions& options = line.demo;
+  command->add_option("--port", options.port, "Port on 127.0.0.1; a free one by default")
+      ->type_name("N")
+      ->check(CLI::Range(0, 65535));
+  command
+      ->add_option("--fail", raw.faults,
+                   "SERVICE=500|timeout|garbage|drop: let a service misbehave; may be given several times. "
+                   "Services: " +
+                       namesOf<DemoService>())
+      ->type_name("FAULT")
+      ->allow_extra_args(false);
+  command->add_option("COMMAND", options.command,
+                      "After --: a command to run against the demo, which then stops");
+  command->fallthrough();
+  command->callback([&line] { line.command = CommandLine::Command::demo; });
+}
+
+std::optional<EarlyEnd> understandCommon(CommonOptions& common, RawOptions const& raw,
+                                         Environment const& environment) {
+  std::string const& services = raw.services.empty() ? environment.services : raw.services;
+  if (!services.empty()) {
+    auto const base = normalizedBase(services);
+    if (!base)
+      return mistake("'" + oneLine(services) + "' is no base address; write one like http://127.0.0.1:8080");
+    common.services = *base;
+  }
+  std::string const& now = raw.now.empty() ? environment.now : raw.now;
+  if (!now.empty()) {
+    common.now = parseIso8601(now);
+    if (!common.now) {
+      return mistake("'" + oneLine(now) + "' is no moment with a zone; write one like 2026-11-21T06:00:00Z");
+    }
+  }
+  if (raw.units == "imperial") {
+    common.units = Units::imperial();
+  } else if (!raw.units.empty() && raw.units != "metric") {
+    return mistake("'" + oneLine(raw.units) + "' is no system of units; choose metric or imperial");
+  }
+  if (!raw.language.empty() && !Texts::has(raw.language)) {
+    return mistake("there are no texts in the language '" + oneLine(raw.language) + "'; choose en, pt or zh");
+  }
+  common.language = raw.language.empty() ? environment.language : raw.language;
+  return std::nullopt;
+}
+
+std::optional<EarlyEnd> understandCommand(CommandLine& line, RawOptions const& raw) {
+  auto const provider = enumFromName<WeatherProviderOption>(raw.provider);
+  if (!provider) {
+    return mistake("'" + oneLine(raw.provider) + "' is no provider; choose one of " +
+                   namesOf<WeatherProviderOption>());
+  }
+  line.forecast.provider = *provider;
+  for (std::string const& text : raw.faults) {
+    auto const fault = parseDemoFault(text);
+    if (!fault) return mistake(fault.error());
+    line.demo.faults.push_back(*fault);
+  }
+  return std::nullopt;
+}
+
+/// The parser's own sentences, on one line.
+EarlyEnd endOf(CLI::App const& app, CLI::ParseError const& error) {
+  if (dynamic_cast<CLI::CallForVersion const*>(&error) != nullptr) {
+    return {0, "nimbara " + std::string(kVersion) + "\n"};
+  }
+  if (error.get_exit_code() == 0) {
+    auto const commands = app.get_subcommands();
+    return {0, (commands.empty() ? &app : commands.front())->help()};
+  }
+  std::string sentence = oneLine(error.what());
+  if (sentence.ends_with('.')) sentence.pop_back();
+  return mistake(sentence + "; see nimbara --help");
+}
+
+}  // namespace
+
+Result<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> arguments,
+                                               Environment const& environment) {
+  CommandLine line;
+  RawOptions raw;
+  CLI::App app("Nimbara: the weather of your places, from public services, honest about what is known",
+               "nimbara");
+  app.set_version_flag("--version", std::string(kVersion), "Print the version");
+  app.require_subcommand(1);
+  app.footer(
+      "Results go to standard output, everything else to standard error.\n"
+      "Exit codes: 0 complete, 1 not to be had, 2 wrong command line, 130 interrupted.");
+  defineCommon(app, line, raw);
+  defineForecast(app, line, raw);
+  defineDemo(app, line, raw);
+  std::ranges::reverse(arguments);
+  try {
+    app.parse(arguments);
+  } catch (CLI::ParseError const& error) {
+    return std::unexpected(endOf(app, error));
+  }
+  if (auto const end = understandCommon(line.common, raw, environment)) return std::unexpected(*end);
+  if (auto const end = understandCommand(line, raw)) return std::unexpected(*end);
+  return line;
+}
+
+}  // namespace nimbara

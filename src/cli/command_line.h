@@ -1,0 +1,61 @@
+// The command line as values: what was asked for, or what was wrong with it.
+#pragma once
+
+#include "app/environment.h"
+#include "base/instant.h"
+#include "base/result.h"
+#include "base/units.h"
+#include "demo/demo_server.h"
+#include "providers/provider_option.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace nimbara {
+
+struct CommonOptions {
+  std::string services;        ///< empty for the services' own hosts
+  std::optional<Instant> now;  ///< the moment to take for now
+  Units units;
+  std::string language;
+  bool verbose = false;
+};
+
+struct ForecastOptions {
+  std::string place;
+  WeatherProviderOption provider = WeatherProviderOption::automatic;
+  bool noCache = false;
+  bool raw = false;
+  bool json = false;
+  bool ascii = false;
+  bool demoIfOffline = false;
+  int width = 0;  ///< 0: the terminal's
+};
+
+struct DemoOptions {
+  int port = 0;
+  std::vector<DemoFault> faults;
+  std::vector<std::string> command;
+};
+
+struct CommandLine {
+  enum class Command { forecast, demo };
+
+  Command command = Command::forecast;
+  CommonOptions common;
+  ForecastOptions forecast;
+  DemoOptions demo;
+};
+
+/// A command line that ends before any command runs: help and version (exit code 0, to standard output) or a
+/// mistake (exit code 2, one sentence that names the offending word).
+struct EarlyEnd {
+  int exitCode = 0;
+  std::string text;
+};
+
+Result<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> arguments,
+                                               Environment const& environment);
+
+}  // namespace nimbara

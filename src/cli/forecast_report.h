@@ -1,0 +1,47 @@
+// The forecast as a page of text for a person at a terminal. Pure functions: everything that the page depends
+// on is an argument. Decides nothing about the weather.
+#pragma once
+
+#include "app/forecast_service.h"
+#include "base/calendar.h"
+#include "base/instant.h"
+#include "base/texts.h"
+#include "base/time_words.h"
+#include "base/units.h"
+#include "cli/style.h"
+
+#include <string>
+
+namespace nimbara {
+
+struct ReportOptions {
+  int width = 80;  ///< cells; at least 40 are taken
+  Style style;
+  Units units;
+  Instant now;
+  std::string standIn;  ///< the address that stands in for the services, empty for the services themselves
+};
+
+/// What the parts of the page share.
+struct ReportContext {
+  ReportOptions const& options;
+  Texts const& texts;
+  Calendar const& calendar;  ///< the place's
+  TimeWords const& words;
+
+  Style const& style() const { return options.style; }
+  std::string text(std::string_view key) const { return options.style.text(texts.text(key)); }
+};
+
+/// Lines that end with a line break; none is wider than asked for.
+std::string forecastReport(ForecastAnswer const& answer, ReportOptions options, Texts const& texts,
+                           Calendar const& calendar);
+
+/// The next 24 hours (fewer on a narrow terminal): temperatures, their line, precipitation, wind. Empty
+/// without hours.
+std::string hourStrip(WeatherData const& data, ReportContext const& context);
+
+/// One line a day with a bar of its temperatures on the scale of all days. Empty without days.
+std::string dayTable(WeatherData const& data, ReportContext const& context);
+
+}  // namespace nimbara

@@ -1,0 +1,28 @@
+// Turns an interrupt from the keyboard, or a request to terminate, into a stop request, so that whatever runs
+// ends in order. Lives in the entry of a program, before any other thread is started; one at a time.
+#pragma once
+
+#include <atomic>
+#include <stop_token>
+#include <thread>
+
+namespace nimbara {
+
+class InterruptSignals {
+ public:
+  InterruptSignals();
+  ~InterruptSignals();
+  InterruptSignals(InterruptSignals const&) = delete;
+  InterruptSignals& operator=(InterruptSignals const&) = delete;
+
+  std::stop_token token() const { return stop_.get_token(); }
+  bool interrupted() const { return stop_.stop_requested(); }
+
+ private:
+  std::stop_source stop_;
+  int signals_ = -1;
+  int ending_ = -1;
+  std::jthread watcher_;
+};
+
+}  // namespace nimbara
