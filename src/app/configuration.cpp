@@ -34,7 +34,8 @@ Result<Configuration, std::string> loadConfiguration(std::filesystem::path const
   if (!std::filesystem::exists(file, error)) return Configuration{};
   std::ifstream stream(file, std::ios::binary);
   std::ostringstream content;
-  if (!stream || !(content << stream.rdbuf())) return std::unexpected(sentence(file, "it cannot be read"));
+  content << stream.rdbuf();
+  if (!stream) return std::unexpected(sentence(file, "it cannot be read"));
   auto configuration = decodeJson<Configuration>(content.view());
   if (!configuration) return std::unexpected(sentence(file, configuration.error().text()));
   if (auto const problem = problemOf(*configuration)) return std::unexpected(sentence(file, *problem));

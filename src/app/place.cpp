@@ -10,10 +10,13 @@ namespace nimbara {
 
 namespace {
 
+/// A letter that no number is written with, or any letter where the text does not begin like a number.
 bool hasLetter(std::string_view text) {
-  return std::ranges::any_of(text, [](char c) {
+  bool const likeNumber = std::string_view("+-.0123456789").find(text.front()) != std::string_view::npos;
+  return std::ranges::any_of(text, [likeNumber](char c) {
     auto const byte = static_cast<unsigned char>(c);
-    return byte >= 0x80 || (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z');
+    bool const letter = byte >= 0x80 || (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z');
+    return letter && !(likeNumber && (c == 'e' || c == 'E'));
   });
 }
 
@@ -40,7 +43,7 @@ Result<std::variant<Coordinate, PlaceName>, std::string> parsePlace(std::string_
   auto const first = parseDouble(trimmed(parts[0]));
   auto const second = parts.size() == 2 ? parseDouble(trimmed(parts[1])) : std::nullopt;
   if (first && second) return checked({*first, *second}, text);
-  if (!first && hasLetter(text)) return PlaceName{std::string(text)};
+  if (!text.empty() && !first && hasLetter(text)) return PlaceName{std::string(text)};
   return std::unexpected(quoted(text) + " is neither a coordinate like 52.52,13.41 nor a place's name");
 }
 

@@ -44,8 +44,9 @@ std::unique_ptr<icu::BasicTimeZone> databaseZone(std::string_view zoneId) {
   auto const id = icu::UnicodeString::fromUTF8(icu::StringPiece(zoneId.data(), length));
   std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::createTimeZone(id));
   auto* const basic = dynamic_cast<icu::BasicTimeZone*>(zone.get());
-  if (basic == nullptr || *zone == icu::TimeZone::getUnknown()) return nullptr;
-  zone.release();
+  icu::UnicodeString found;
+  if (basic == nullptr || zone->getID(found) == icu::UnicodeString("Etc/Unknown")) return nullptr;
+  static_cast<void>(zone.release());
   return std::unique_ptr<icu::BasicTimeZone>(basic);
 }
 

@@ -1,5 +1,7 @@
 #include "base/display_text.h"
 
+#include "base/text.h"
+
 #include <unicode/normalizer2.h>
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
@@ -105,6 +107,19 @@ std::string fitted(std::string_view text, int width, Align align) {
   int const before = align == Align::left ? 0 : align == Align::right ? free : free / 2;
   return std::string(static_cast<std::size_t>(before), ' ') + std::string(text) +
          std::string(static_cast<std::size_t>(free - before), ' ');
+}
+
+std::vector<std::string> wrapped(std::string_view text, int width) {
+  std::vector<std::string> lines;
+  for (std::string_view const word : split(text, ' ')) {
+    bool const fits = !lines.empty() && displayWidth(lines.back()) + 1 + displayWidth(word) <= width;
+    if (fits) {
+      lines.back() += " " + std::string(word);
+    } else {
+      lines.push_back(displayWidth(word) <= width ? std::string(word) : fitted(word, width));
+    }
+  }
+  return lines;
 }
 
 }  // namespace nimbara

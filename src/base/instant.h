@@ -33,7 +33,7 @@ std::optional<Date> parseDate(std::string_view text);
 /// Days from `from` to `to`, negative when `to` is earlier.
 int daysBetween(Date from, Date to);
 
-Date addDays(Date date, int days);
+Date addDays(Date date, int count);
 
 /// "07:33 AM": the 12-hour form that forecast records carry.
 std::string formatClock12(LocalTime time);

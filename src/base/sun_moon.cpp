@@ -137,7 +137,7 @@ class Multiples {
     }
   }
   std::complex<double> operator[](int multiple) const {
-    return turns_[static_cast<std::size_t>(static_cast<int>(kMost) + multiple)];
+    return turns_[kMost + static_cast<std::size_t>(multiple)];
   }
 
  private:

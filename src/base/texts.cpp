@@ -53,12 +53,13 @@ std::string decimalPointOf(std::string const& language) {
 
 std::vector<std::string_view> Texts::languages() {
   std::vector<std::string_view> codes;
+  codes.reserve(kLanguages.size());
   for (Language const& language : kLanguages) codes.push_back(language.code);
   return codes;
 }
 
-bool Texts::has(std::string_view language) {
-  return findLanguage(language) != nullptr;
+bool Texts::has(std::string_view name) {
+  return findLanguage(name) != nullptr;
 }
 
 Texts Texts::load(std::string_view name) {

@@ -18,9 +18,9 @@ class Texts {
   static std::vector<std::string_view> languages();
   /// The table of a language code or locale name ("pt", "pt_BR.UTF-8", "zh-Hans"); English when there is
   /// none.
-  static Texts load(std::string_view language);
-  /// True when `load` would find a table for that language.
-  static bool has(std::string_view language);
+  static Texts load(std::string_view name);
+  /// True when `load` would find a table for that name.
+  static bool has(std::string_view name);
 
   std::string const& language() const { return language_; }
   /// The decimal separator of the language.

@@ -38,7 +38,7 @@ std::string TimeWords::format(Instant instant, std::string_view pattern) const {
 }
 
 std::string TimeWords::hourLabel(Instant instant, Instant now) const {
-  std::string const label = hour(instant);
+  std::string label = hour(instant);
   if (label.empty()) return std::string(texts_.text("time.later"));
   int const days = daysBetween(calendar_.day(now), calendar_.day(instant));
   if (days == 0) return label;

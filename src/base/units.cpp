@@ -95,6 +95,10 @@ std::string_view symbol(DistanceUnit unit) {
   return row(unit).symbol;
 }
 
+std::string displayTemperature(double celsius, double fahrenheit, TemperatureUnit unit) {
+  return roundedText(unit == TemperatureUnit::fahrenheit ? fahrenheit : celsius);
+}
+
 std::string display(double celsius, TemperatureUnit unit) {
   return displayed(celsius, row(unit));
 }

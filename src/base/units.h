@@ -62,6 +62,10 @@ std::string_view symbol(PressureUnit unit);
 std::string_view symbol(PrecipitationUnit unit);
 std::string_view symbol(DistanceUnit unit);
 
+/// The number that a person reads of a temperature that a record carries in both scales, so that it is
+/// rounded once only.
+std::string displayTemperature(double celsius, double fahrenheit, TemperatureUnit unit);
+
 /// The number that a person reads: rounded half away from zero to the decimals that suit the unit (inches of
 /// mercury and of rain two, millimetres of rain one, all else none), without the symbol, never "-0".
 std::string display(double celsius, TemperatureUnit unit);

@@ -62,7 +62,7 @@ void defineForecast(CLI::App& app, CommandLine& line, RawOptions& raw) {
       ->check(CLI::Range(40, 140));
   command->add_flag("--demo-if-offline", options.demoIfOffline,
                     "Without network show generated demo weather, and say so");
-  command->fallthrough();
+  defineCommon(*command, line, raw);
   command->callback([&line] { line.command = CommandLine::Command::forecast; });
 }
 
@@ -82,7 +82,7 @@ void defineDemo(CLI::App& app, CommandLine& line, RawOptions& raw) {
       ->allow_extra_args(false);
   command->add_option("COMMAND", options.command,
                       "After --: a command to run against the demo, which then stops");
-  command->fallthrough();
+  defineCommon(*command, line, raw);
   command->callback([&line] { line.command = CommandLine::Command::demo; });
 }
 
@@ -135,8 +135,7 @@ EarlyEnd endOf(CLI::App const& app, CLI::ParseError const& error) {
     return {0, "nimbara " + std::string(kVersion) + "\n"};
   }
   if (error.get_exit_code() == 0) {
-    auto const commands = app.get_subcommands();
-    return {0, (commands.empty() ? &app : commands.front())->help()};
+    return {0, app.help()};
   }
   std::string sentence = oneLine(error.what());
   if (sentence.ends_with('.')) sentence.pop_back();
@@ -152,7 +151,7 @@ Result<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> argument
   CLI::App app("Nimbara: the weather of your places, from public services, honest about what is known",
                "nimbara");
   app.set_version_flag("--version", std::string(kVersion), "Print the version");
-  app.require_subcommand(1);
+  app.require_subcommand(0, 1);
   app.footer(
       "Results go to standard output, everything else to standard error.\n"
       "Exit codes: 0 complete, 1 not to be had, 2 wrong command line, 130 interrupted.");
@@ -165,6 +164,8 @@ Result<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> argument
   } catch (CLI::ParseError const& error) {
     return std::unexpected(endOf(app, error));
   }
+  if (app.get_subcommands().empty())
+    return std::unexpected(mistake("a command is missing; see nimbara --help"));
   if (auto const end = understandCommon(line.common, raw, environment)) return std::unexpected(*end);
   if (auto const end = understandCommand(line, raw)) return std::unexpected(*end);
   return line;

@@ -60,7 +60,8 @@ class Table {
   std::string row(DailyForecast const& day) const {
     DaySummary const summary = summarize(day);
     std::string line = dayCell(day) + conditionCell(summary);
-    line += temperatureCell(day.minTempC) + " " + bar(day) + " " + temperatureCell(day.maxTempC);
+    line += temperatureCell(day.minTempC, day.minTempF) + " " + bar(day) + " " +
+            temperatureCell(day.maxTempC, day.maxTempF);
     line += chanceCell(summary) + amountCell(day, summary) + windCell(summary) + sunCell(day);
     return line.substr(0, line.find_last_not_of(' ') + 1) + "\n";
   }
@@ -80,8 +81,9 @@ class Table {
            style().cell(name, columns_.condition);
   }
 
-  std::string temperatureCell(double celsius) const {
-    std::string const text = display(celsius, units().temperature) + (style().ascii ? "" : "°");
+  std::string temperatureCell(double celsius, double fahrenheit) const {
+    std::string const text =
+        displayTemperature(celsius, fahrenheit, units().temperature) + (style().ascii ? "" : "°");
     return style().paintedTemperature(style().cell(text, columns_.temperature, Align::right), celsius);
   }
 

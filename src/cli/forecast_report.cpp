@@ -50,12 +50,14 @@ class Report {
   int width() const { return context_.options.width; }
   std::string text(std::string_view key) const { return context_.text(key); }
 
-  /// Left and right ends of one line; the left one gives way.
+  /// Left and right ends of one line, or of two where one is too short for both.
   std::string spread(std::string const& left, Colour leftColour, std::string const& right) const {
-    int const rightWidth = std::min(displayWidth(right), width() - 1);
-    std::string const begin = style().cell(left, width() - rightWidth - 1);
-    return style().painted(begin, leftColour) + " " +
-           style().painted(style().cell(right, rightWidth), Colour::dim) + "\n";
+    bool const together = displayWidth(left) + displayWidth(right) < width();
+    std::string const begin =
+        together ? style().cell(left, width() - displayWidth(right)) : style().cell(left, width());
+    std::string const end = together ? right : style().cell(right, width(), Align::right);
+    return style().painted(begin, leftColour) + (together ? "" : "\n") + style().painted(end, Colour::dim) +
+           "\n";
   }
 
   std::string section(std::string_view key, std::string const& content) const {
@@ -89,8 +91,15 @@ class Report {
   std::string measured(std::string const& number, std::string_view unit) const {
     return number + " " + style().text(unit);
   }
-  std::string temperature(double celsius) const {
-    return measured(display(celsius, units().temperature), symbol(units().temperature));
+  std::string temperature(double celsius, double fahrenheit) const {
+    return measured(displayTemperature(celsius, fahrenheit, units().temperature),
+                    symbol(units().temperature));
+  }
+
+  /// Records carry whole kilometres: 0 is all that lies below half a one.
+  std::string visibility(double km) const {
+    std::string const number = display(km, units().distance);
+    return measured(number == "0" ? "< 1" : number, symbol(units().distance));
   }
 
   bool isDayNow() const {
@@ -118,9 +127,10 @@ class Report {
         " " +
         style().painted(style().glyph(current.condition, isDayNow()), conditionColour(current.condition)) +
         "  ";
-    line += style().paintedTemperature(temperature(current.tempC), current.tempC) + "  ";
+    line += style().paintedTemperature(temperature(current.tempC, current.tempF), current.tempC) + "  ";
     line += style().painted(condition, Colour::bold);
-    std::string const feels = context_.texts.format("report.feelsLike", temperature(current.feelsLikeC));
+    std::string const feels =
+        context_.texts.format("report.feelsLike", temperature(current.feelsLikeC, current.feelsLikeF));
     return line + "  " + style().painted(style().text(feels + observedAt()), Colour::dim) + "\n";
   }
 
@@ -150,9 +160,8 @@ class Report {
         fact(Field::pressure, "report.pressure",
              measured(display(current.pressure, units().pressure), symbol(units().pressure))),
         fact(Field::cloudCover, "report.clouds", std::to_string(current.cloudCover) + " %"),
-        fact(Field::visibility, "report.visibility",
-             measured(display(current.visibility, units().distance), symbol(units().distance))),
-        {text("report.dewPoint"), dewPoint ? temperature(hour->dewPointC) : std::string()},
+        fact(Field::visibility, "report.visibility", visibility(current.visibility)),
+        {text("report.dewPoint"), dewPoint ? temperature(hour->dewPointC, hour->dewPointF) : std::string()},
         fact(Field::uvIndex, "report.uvIndex", std::to_string(current.uvIndex)),
         {text("report.precipitation"),
          measured(display(current.precipMM, units().precipitation), symbol(units().precipitation))},
@@ -218,10 +227,14 @@ class Report {
     return line(text("report.sun"), sun) + line(text("report.moon"), moon);
   }
 
+  /// A label and a text that goes on in further lines where one is too short.
   std::string line(std::string const& label, std::string const& value) const {
     constexpr int kLabel = 15;
-    return " " + style().painted(style().cell(label, kLabel), Colour::dim) +
-           style().cell(value, std::min(displayWidth(style().text(value)), width() - kLabel - 1)) + "\n";
+    std::string out;
+    for (std::string const& part : wrapped(style().text(value), width() - kLabel - 1)) {
+      out += " " + style().painted(style().cell(out.empty() ? label : "", kLabel), Colour::dim) + part + "\n";
+    }
+    return out;
   }
 
   std::string age() const {
@@ -245,8 +258,11 @@ class Report {
   }
 
   std::string footerLine(std::string const& content) const {
-    std::string const shown = style().text(content);
-    return style().painted(style().cell(shown, std::min(displayWidth(shown), width())), Colour::dim) + "\n";
+    std::string out;
+    for (std::string const& part : wrapped(style().text(content), width())) {
+      out += style().painted(part, Colour::dim) + "\n";
+    }
+    return out;
   }
 
   ForecastAnswer const& answer_;

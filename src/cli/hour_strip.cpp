@@ -84,7 +84,7 @@ class Strip {
     });
   }
   std::string temperature(HourlyForecast const& hour) const {
-    return display(hour.tempC, context_.options.units.temperature);
+    return displayTemperature(hour.tempC, hour.tempF, context_.options.units.temperature);
   }
 
   template <class Cell>

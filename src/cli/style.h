@@ -18,12 +18,12 @@ struct Style {
 
   /// `text` as this terminal can show it.
   std::string text(std::string_view text) const { return ascii ? asciiFolded(text) : std::string(text); }
-  /// `text` as this terminal can show it, in `width` cells.
-  std::string cell(std::string_view text, int width, Align align = Align::left) const;
+  /// `content` as this terminal can show it, in `width` cells.
+  std::string cell(std::string_view content, int width, Align align = Align::left) const;
   /// Wraps text that is already laid out.
-  std::string painted(std::string_view text, Colour colour) const;
+  std::string painted(std::string_view content, Colour paint) const;
   /// The colour of a temperature, from violet frost to red heat.
-  std::string paintedTemperature(std::string_view text, double celsius) const;
+  std::string paintedTemperature(std::string_view content, double celsius) const;
 
   /// One cell for a condition by day or night.
   std::string_view glyph(WeatherConditionCode condition, bool isDay) const;

@@ -62,6 +62,11 @@ struct DemoServer::Running {
   Running(Clock const& clockToUse, std::vector<DemoFault> faultsToShow)
       : clock(clockToUse), faults(std::move(faultsToShow)) {
     server.new_task_queue = [] { return new httplib::ThreadPool(kThreads); };
+    // Without this a second server would share the port.
+    server.set_socket_options([](socket_t socket) {
+      int const yes = 1;
+      setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+    });
     server.set_keep_alive_timeout(1);
     server.set_payload_max_length(kLongestQuery);
     server.set_default_headers({{"Server", "nimbara-demo"}});
@@ -80,7 +85,7 @@ struct DemoServer::Running {
 
   void serve(Route const& route, httplib::Request const& request, httplib::Response& response) {
     DemoQuery const query = [&](std::string_view name) {
-      return request.get_param_value(std::string(name).c_str());
+      return request.get_param_value(std::string(name).data());
     };
     DemoAnswer const answer = route.answer(query, clock.now());
     switch (auto const fault = faultOf(route.service); fault.value_or(DemoFault::Kind::status500)) {

@@ -218,7 +218,7 @@ struct FallCodes {
 
 constexpr FallCodes kFallCodes[] = {
     {Fall::drizzle, 0.25, 0.5, 51, 53, 55}, {Fall::rain, 2.5, 7.5, 61, 63, 65},
-    {Fall::showers, 2.5, 6, 80, 81, 82},    {Fall::freezingDrizzle, 0.3, 0.3, 56, 57, 57},
+    {Fall::showers, 2.5, 5, 80, 81, 82},    {Fall::freezingDrizzle, 0.3, 0.3, 56, 57, 57},
     {Fall::freezingRain, 2, 2, 66, 67, 67}, {Fall::grains, 1, 1, 77, 77, 77},
     {Fall::snow, 0.6, 1.6, 71, 73, 75},     {Fall::snowShowers, 0.8, 0.8, 85, 86, 86},
 };

@@ -6,10 +6,11 @@ namespace nimbara {
 
 std::optional<std::string_view> HttpResponse::header(std::string_view name) const {
   std::string const wanted = asciiLowered(name);
-  for (auto entry = headers.rbegin(); entry != headers.rend(); ++entry) {
-    if (asciiLowered(entry->first) == wanted) return entry->second;
+  std::optional<std::string_view> found;
+  for (auto const& [key, value] : headers) {
+    if (asciiLowered(key) == wanted) found = value;
   }
-  return std::nullopt;
+  return found;
 }
 
 }  // namespace nimbara

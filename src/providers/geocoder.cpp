@@ -63,7 +63,7 @@ Result<std::vector<GeocodedPlace>, APIError> OpenMeteoGeocoder::search(std::stri
   request.url = address_.baseUrl + "/v1/search?name=" + percentEncoded(name) +
                 "&count=" + std::to_string(count) + "&language=" + percentEncoded(language) + "&format=json";
   if (!address_.apiKey.empty()) request.url += "&apikey=" + percentEncoded(address_.apiKey);
-  auto const answer = http_.get(request, stop);
+  auto const answer = http_.get(request, std::move(stop));
   if (!answer) return std::unexpected(APIError::network(answer.error()));
   if (answer->status < 200 || answer->status > 299) {
     return std::unexpected(APIError::http(answer->status, openMeteoErrorReason(answer->body)));

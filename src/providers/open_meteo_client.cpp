@@ -270,7 +270,7 @@ Result<WttrResponse, APIError> OpenMeteoClient::fetchForecast(double latitude, d
   request.url = address_.baseUrl + openMeteoPath(place, address_.apiKey);
   request.headers = {{"Accept", "application/json"}};
   request.maxBodyBytes = kLargestBody;
-  auto const answer = http_.get(request, stop);
+  auto const answer = http_.get(request, std::move(stop));
   if (!answer) {
     if (answer.error().kind == HttpError::Kind::invalidUrl) {
       return std::unexpected(APIError::of(APIError::Case::invalidURL));

@@ -265,7 +265,7 @@ bool readResponse(dom::element document, OpenMeteoResponse& out, Failure& failur
   dom::object root;
   if (document.get(root) != simdjson::SUCCESS) return failure.because("an object is expected");
   std::int64_t offset = 0;
-  constexpr std::int64_t kLongestOffset = 18 * 3600;
+  constexpr std::int64_t kLongestOffset = 64'800;
   if (root["utc_offset_seconds"].get(offset) == simdjson::SUCCESS && std::abs(offset) <= kLongestOffset) {
     out.utcOffset = std::chrono::seconds(offset);
   }

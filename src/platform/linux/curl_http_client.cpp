@@ -96,7 +96,6 @@ struct CodeRow {
 
 constexpr CodeRow kCodes[] = {
     {CURLE_URL_MALFORMAT, Kind::invalidUrl, "the address is not a URL", ""},
-    {CURLE_UNSUPPORTED_PROTOCOL, Kind::invalidUrl, "the address is neither http nor https", ""},
     {CURLE_COULDNT_RESOLVE_HOST, Kind::unresolvedHost, "could not resolve host ", "{host}"},
     {CURLE_COULDNT_RESOLVE_PROXY, Kind::unresolvedHost, "could not resolve the proxy's name", ""},
     {CURLE_COULDNT_CONNECT, Kind::connectionFailed, "could not connect to ", "{host}"},

@@ -1,0 +1,132 @@
+#include "app/configuration.h"
+#include "app/forecast_service.h"
+#include "app/place.h"
+#include "app/service_directory.h"
+#include "support/fake_http_client.h"
+#include "support/instants.h"
+#include "support/open_meteo_answer.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+namespace nimbara {
+namespace {
+
+TEST(Places, AreCoordinatesOrNames) {
+  auto const coordinate = [](std::string_view text) { return std::get<Coordinate>(*parsePlace(text)); };
+  EXPECT_EQ(coordinate("52.52,13.41"), (Coordinate{52.52, 13.41}));
+  EXPECT_EQ(coordinate(" -90 , +180 "), (Coordinate{-90, 180}));
+  for (char const* const name : {"Berlin", "Łódź", "東京", "Washington, DC", "St. John's", "10115 Berlin"}) {
+    EXPECT_EQ(std::get<PlaceName>(*parsePlace(name)).name, name);
+  }
+}
+
+TEST(Places, RefuseWhatIsNeither) {
+  struct Row {
+    std::string_view text;
+    std::string_view problem;
+  };
+  for (Row const& row :
+       {Row{"90.01,0", "latitude"}, Row{"-91,0", "latitude"}, Row{"0,180.01", "longitude"},
+        Row{"0,-181", "longitude"}, Row{"", "neither"}, Row{" ", "neither"}, Row{"52.52", "neither"},
+        Row{"52.52,", "neither"}, Row{",", "neither"}, Row{"1,2,3", "neither"}, Row{"52.5,abc", "neither"},
+        Row{"--", "neither"}, Row{"1e999,0", "neither"}}) {
+    auto const place = parsePlace(row.text);
+    ASSERT_FALSE(place) << row.text;
+    EXPECT_NE(place.error().find(row.problem), std::string::npos) << place.error();
+    EXPECT_NE(place.error().find("'"), std::string::npos);
+  }
+}
+
+TEST(ServiceDirectory, KnowsHostsConfigurationAndStandIn) {
+  Configuration configuration;
+  configuration.services["openMeteo"] = {"https://customer-api.open-meteo.com/", "key"};
+  ServiceDirectory const own(configuration, "");
+  EXPECT_EQ(own.address(Service::openMeteo).baseUrl, "https://customer-api.open-meteo.com");
+  EXPECT_EQ(own.address(Service::openMeteo).apiKey, "key");
+  EXPECT_EQ(own.address(Service::openMeteoGeocoding).baseUrl, "https://geocoding-api.open-meteo.com");
+  EXPECT_EQ(ServiceDirectory({}, "").address(Service::openMeteo).baseUrl, "https://api.open-meteo.com");
+  ServiceDirectory const standIn(configuration, "http://127.0.0.1:8080");
+  EXPECT_EQ(standIn.address(Service::openMeteo).baseUrl, "http://127.0.0.1:8080");
+}
+
+TEST(ServiceDirectory, TakesOnlyRealBaseAddresses) {
+  EXPECT_EQ(normalizedBase(" http://localhost:80/x// "), "http://localhost:80/x");
+  for (char const* const text :
+       {"", "localhost:80", "ftp://x", "http://", "https:///", "http://a b", "http://a?b", "http://a#b"}) {
+    EXPECT_EQ(normalizedBase(text), std::nullopt) << text;
+  }
+}
+
+class ConfigurationTest : public testing::Test {
+ protected:
+  ConfigurationTest() : file_(std::filesystem::path(testing::TempDir()) / "nimbara-config-test.json") {}
+  ~ConfigurationTest() override { std::filesystem::remove(file_); }
+
+  Result<Configuration, std::string> load(std::string const& content) {
+    std::ofstream(file_) << content;
+    return loadConfiguration(file_);
+  }
+
+  std::filesystem::path file_;
+};
+
+TEST_F(ConfigurationTest, HasDefaultsWithoutAFile) {
+  auto const configuration = loadConfiguration(file_);
+  ASSERT_TRUE(configuration);
+  EXPECT_EQ(userAgent(*configuration).substr(0, 8), "nimbara/");
+  EXPECT_EQ(userAgent(*configuration).find('('), std::string::npos);
+}
+
+TEST_F(ConfigurationTest, ReadsContactHostsAndKeys) {
+  auto const configuration =
+      load(R"({"contact":"me@example.org\r\nX-Evil: 1","services":{"openMeteo":{"apiKey":"k"}},"later":1})");
+  ASSERT_TRUE(configuration) << configuration.error();
+  EXPECT_EQ(configuration->services.at("openMeteo").apiKey, "k");
+  EXPECT_TRUE(userAgent(*configuration).ends_with(" (me@example.org X-Evil: 1)"));
+}
+
+TEST_F(ConfigurationTest, NamesWhatIsWrong) {
+  struct Row {
+    std::string_view content;
+    std::string_view problem;
+  };
+  for (Row const& row :
+       {Row{"{", "not JSON"}, Row{R"({"contact":7})", "/contact: a text is expected"},
+        Row{R"({"services":{"openMeteo":{"host":"localhost"}}})", "/services/openMeteo/host"},
+        Row{R"({"services":{"myService":{}}})", "/services/myService: there is no such service"},
+        Row{"", "not JSON"}}) {
+    auto const refused = load(std::string(row.content));
+    ASSERT_FALSE(refused) << row.content;
+    EXPECT_NE(refused.error().find(row.problem), std::string::npos) << refused.error();
+    EXPECT_NE(refused.error().find(file_.string()), std::string::npos);
+  }
+}
+
+TEST(ForecastService, NamesAndProcessesTheAnswer) {
+  test::FakeHttpClient http;
+  FixedClock const clock(test::at("2026-11-21T09:20:00Z"));
+  ServiceDirectory const services({}, "http://127.0.0.1:1");
+  ForecastService service(http, clock, services, Calendar::utc());
+  http.willAnswer(
+      200, R"({"results":[{"name":"Berlin","latitude":52.52,"longitude":13.41,"country":"Germany"}]})");
+  auto const place = service.find("Berlin", "en");
+  ASSERT_TRUE(place);
+  http.willAnswer(200, test::OpenMeteoAnswer().body());
+  auto const answer = service.fetch(*place);
+  ASSERT_TRUE(answer);
+  EXPECT_EQ(answer->data.location.areaName, "Berlin");
+  EXPECT_EQ(answer->data.location.country, "Germany");
+  EXPECT_EQ(answer->data.location.timeZone, "Europe/Berlin");
+  EXPECT_EQ(answer->data.allHourly.size(), 168U);
+  EXPECT_EQ(answer->provider, WeatherProviderOption::openMeteo);
+  EXPECT_TRUE(http.requests[0].url.starts_with("http://127.0.0.1:1/v1/search?name=Berlin&count=1"));
+  // Without a name the coordinate stands in its place.
+  http.willAnswer(200, test::OpenMeteoAnswer().body());
+  EXPECT_EQ(service.fetch({{52.52, 13.41}, "", "", ""})->data.location.areaName, "52.52°N 13.41°E");
+}
+
+}  // namespace
+}  // namespace nimbara

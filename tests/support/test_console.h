@@ -1,0 +1,46 @@
+// A console that keeps what is written, and a run of the program against it.
+#pragma once
+
+#include "cli/cli.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace nimbara::test {
+
+class TestConsole final : public Console {
+ public:
+  void out(std::string_view text) override { output += text; }
+  void err(std::string_view text) override { errors += text; }
+  int terminalWidth() const override { return width; }
+
+  std::string output;
+  std::string errors;
+  int width = 0;
+};
+
+struct CliRun {
+  int exitCode = 0;
+  std::string out;
+  std::string err;
+};
+
+/// Surroundings that no machine disturbs: no configuration, UTC, UTF-8, no colours asked for or against.
+inline Environment plainEnvironment() {
+  Environment environment;
+  environment.configDirectory = std::filesystem::path(testing::TempDir()) / "nimbara-without-configuration";
+  return environment;
+}
+
+inline CliRun run(std::vector<std::string> arguments, Environment const& environment = plainEnvironment(),
+                  int terminalWidth = 0) {
+  TestConsole console;
+  console.width = terminalWidth;
+  int const code = runCli(std::move(arguments), Session{environment, console, {}});
+  return {code, console.output, console.errors};
+}
+
+}  // namespace nimbara::test

@@ -1,0 +1,25 @@
+#!/usr/bin/env bash
+# Checks that every folder of src/ includes only from the folders that it stands on.
+set -euo pipefail
+cd "$(dirname "$0")/../src"
+
+declare -A may=(
+  [base]="base"
+  [platform]="base platform"
+  [model]="base platform model"
+  [providers]="base platform model providers"
+  [app]="base platform model providers app"
+  [demo]="base platform demo"
+  [cli]="base platform model providers app demo cli"
+)
+
+wrong=0
+for folder in "${!may[@]}"; do
+  while IFS=: read -r file line included; do
+    case " ${may[$folder]} " in
+      *" $included "*) ;;
+      *) echo "src/$file:$line: $folder must not include from $included"; wrong=1 ;;
+    esac
+  done < <(grep -rnoP --include='*.h' --include='*.cpp' '(?<=#include ")[a-z]+(?=/)' "$folder" || true)
+done
+exit $wrong
