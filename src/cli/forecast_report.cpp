@@ -72,7 +72,7 @@ class Report {
     LocationInfo const& place = data_.location;
     std::string name = place.areaName;
     if (!place.region.empty() && place.region != place.areaName) name += ", " + place.region;
-    if (!place.country.empty()) name += ", " + place.country;
+    if (!place.country.empty() && place.country != place.areaName) name += ", " + place.country;
     return style().text(name);
   }
 

@@ -1,0 +1,97 @@
+// One seven-day answer from bytes to the processed forecast, beside what the parser library alone and a tree
+// parser need for the same bytes in the same run.
+
+#include "base/sun_moon.h"
+#include "demo/open_meteo_stand_in.h"
+#include "model/process.h"
+#include "providers/open_meteo_client.h"
+#include "providers/open_meteo_request.h"
+
+#include <benchmark/benchmark.h>
+#include <nlohmann/json.hpp>
+#include <simdjson.h>
+
+#include <map>
+
+namespace nimbara {
+namespace {
+
+constexpr Coordinate kPlace{52.52, 13.41};
+
+Instant now() {
+  return *parseIso8601("2026-11-21T09:20:00Z");
+}
+
+std::string const& body() {
+  static std::string const made = [] {
+    std::map<std::string, std::string, std::less<>> values;
+    std::string const path = openMeteoPath(kPlace);
+    std::string const query = path.substr(path.find('?') + 1);
+    for (std::size_t begin = 0; begin < query.size();) {
+      auto const end = std::min(query.find('&', begin), query.size());
+      auto const equals = query.find('=', begin);
+      values[query.substr(begin, equals - begin)] = query.substr(equals + 1, end - equals - 1);
+      begin = end + 1;
+    }
+    return openMeteoForecast([&](std::string_view name) { return values[std::string(name)]; }, now()).body;
+  }();
+  return made;
+}
+
+void setBytes(benchmark::State& state) {
+  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) *
+                          static_cast<std::int64_t>(body().size()));
+}
+
+void simdjsonParse(benchmark::State& state) {
+  simdjson::dom::parser parser;
+  for (auto _ : state) benchmark::DoNotOptimize(parser.parse(body()).error());
+  setBytes(state);
+}
+BENCHMARK(simdjsonParse);
+
+void nlohmannParse(benchmark::State& state) {
+  for (auto _ : state) benchmark::DoNotOptimize(nlohmann::json::parse(body()));
+  setBytes(state);
+}
+BENCHMARK(nlohmannParse);
+
+void decode(benchmark::State& state) {
+  for (auto _ : state) benchmark::DoNotOptimize(parseOpenMeteo(body()));
+  setBytes(state);
+}
+BENCHMARK(decode);
+
+void convert(benchmark::State& state) {
+  auto const response = parseOpenMeteo(body());
+  for (auto _ : state) benchmark::DoNotOptimize(joinOpenMeteo(*response, kPlace, now()));
+}
+BENCHMARK(convert);
+
+void processed(benchmark::State& state) {
+  auto const response = joinOpenMeteo(*parseOpenMeteo(body()), kPlace, now());
+  for (auto _ : state) benchmark::DoNotOptimize(process(*response, Calendar::utc(), now()));
+}
+BENCHMARK(processed);
+
+void decodeConvertProcess(benchmark::State& state) {
+  for (auto _ : state) {
+    auto const response = readOpenMeteoAnswer({200, {}, body()}, kPlace, now());
+    benchmark::DoNotOptimize(process(*response, Calendar::utc(), now()));
+  }
+  setBytes(state);
+}
+BENCHMARK(decodeConvertProcess);
+
+void moonOfAWeek(benchmark::State& state) {
+  for (auto _ : state) {
+    for (int day = 0; day < 7; ++day) {
+      Instant const begin = now() + std::chrono::hours(24 * day);
+      benchmark::DoNotOptimize(moonRiseSet(begin, begin + std::chrono::hours(24), kPlace));
+    }
+  }
+}
+BENCHMARK(moonOfAWeek);
+
+}  // namespace
+}  // namespace nimbara

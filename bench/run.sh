@@ -1,0 +1,7 @@
+#!/usr/bin/env bash
+# Runs the benchmarks of a build folder; the figures belong into docs/performance.md together with the machine.
+set -euo pipefail
+build=${1:?usage: bench/run.sh BUILD-FOLDER}
+grep -m1 'model name' /proc/cpuinfo
+"$build/bench/forecast_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
+"$build/bench/command_bench" "$build/src/cli/nimbara"
