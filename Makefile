@@ -18,7 +18,7 @@ build: deps build/release/build.ninja
 ## make run [PLACE=LAT,LON]: the forecast of a place, from the live services or, without network, the demo
 run: deps build/release/build.ninja
 	@cmake --build --preset release -j $(JOBS) --target nimbara
-	@build/release/src/cli/nimbara forecast --demo-if-offline "$(PLACE)"
+	@build/release/bin/nimbara forecast --demo-if-offline "$(PLACE)"
 
 test: build
 	@ctest --preset release -j $(JOBS)

@@ -12,6 +12,15 @@ function(nimbara_library name)
   endif()
 endfunction()
 
+# The programs lie side by side in bin/, as they do when installed: one finds the other there.
+function(nimbara_program name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;USES")
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE ${arg_USES})
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+  install(TARGETS ${name})
+endfunction()
+
 function(nimbara_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;USES")
   add_executable(${name} ${arg_SOURCES})

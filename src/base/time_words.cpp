@@ -1,40 +1,113 @@
 #include "base/time_words.h"
 
-#include <unicode/smpdtfmt.h>
-#include <unicode/timezone.h>
+#include <fmt/format.h>
+#include <unicode/dtfmtsym.h>
+
+#include <array>
 
 namespace nimbara {
 
-struct TimeWords::Formatter {
-  std::unique_ptr<icu::SimpleDateFormat> format;
+struct TimeWords::Names {
+  std::array<std::string, 7> weekdays, shortWeekdays;  // from Sunday
+  std::array<std::string, 12> months;
+  std::array<std::string, 2> dayHalves;
 };
+
+namespace {
+
+template <std::size_t count>
+void copyNames(icu::UnicodeString const* from, std::array<std::string, count>& to) {
+  for (std::size_t i = 0; i < count; ++i) from[i].toUTF8String(to[i]);
+}
+
+/// What the letters of a pattern are filled with.
+struct Reading {
+  std::chrono::year_month_day date;
+  unsigned weekday;  // from Sunday
+  int hour;
+  int minute;
+};
+
+Reading readingOf(LocalTime time) {
+  auto const day = std::chrono::floor<std::chrono::days>(time);
+  std::chrono::hh_mm_ss const clock(time - day);
+  return {Date(day), std::chrono::weekday(day).c_encoding(), static_cast<int>(clock.hours().count()),
+          static_cast<int>(clock.minutes().count())};
+}
+
+std::string number(int value, std::size_t digits) {
+  return fmt::format("{:0{}}", value, digits);
+}
+
+template <class Names>
+std::string field(char letter, std::size_t count, Reading const& reading, Names const& names) {
+  auto const month = static_cast<unsigned>(reading.date.month());
+  switch (letter) {
+    case 'E':
+      return (count > 3 ? names.weekdays : names.shortWeekdays)[reading.weekday];
+    case 'd':
+      return number(static_cast<int>(static_cast<unsigned>(reading.date.day())), count);
+    case 'M':
+      return count > 2 ? names.months[month - 1] : number(static_cast<int>(month), count);
+    case 'y':
+      return number(static_cast<int>(reading.date.year()), count == 2 ? 4 : count);
+    case 'h':
+      return number(reading.hour % 12 == 0 ? 12 : reading.hour % 12, count);
+    case 'H':
+      return number(reading.hour, count);
+    case 'm':
+      return number(reading.minute, count);
+    case 'a':
+      return names.dayHalves[reading.hour < 12 ? 0 : 1];
+    default:
+      return std::string(count, letter);
+  }
+}
+
+bool isLetter(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+}  // namespace
 
 TimeWords::TimeWords(Texts const& texts, Calendar calendar) : texts_(texts), calendar_(std::move(calendar)) {}
 
 TimeWords::~TimeWords() = default;
 
+TimeWords::Names const* TimeWords::names() const {
+  if (names_) return names_.get();
+  UErrorCode status = U_ZERO_ERROR;
+  icu::DateFormatSymbols const symbols(icu::Locale(texts_.language().c_str()), status);
+  if (U_FAILURE(status)) return nullptr;
+  using Symbols = icu::DateFormatSymbols;
+  names_ = std::make_unique<Names>();
+  std::int32_t count = 0;
+  // ICU counts weekdays from one.
+  copyNames(symbols.getWeekdays(count, Symbols::FORMAT, Symbols::WIDE) + 1, names_->weekdays);
+  copyNames(symbols.getWeekdays(count, Symbols::FORMAT, Symbols::ABBREVIATED) + 1, names_->shortWeekdays);
+  copyNames(symbols.getMonths(count, Symbols::FORMAT, Symbols::WIDE), names_->months);
+  copyNames(symbols.getAmPmStrings(count), names_->dayHalves);
+  return names_.get();
+}
+
 std::string TimeWords::format(Instant instant, std::string_view pattern) const {
-  auto found = formatters_.find(pattern);
-  if (found == formatters_.end()) {
-    UErrorCode status = U_ZERO_ERROR;
-    auto const length = static_cast<std::int32_t>(pattern.size());
-    auto formatter = std::make_unique<icu::SimpleDateFormat>(
-        icu::UnicodeString::fromUTF8(icu::StringPiece(pattern.data(), length)),
-        icu::Locale(texts_.language().c_str()), status);
-    // Moments are handed over as wall-clock readings, so that the calendar alone decides about zones.
-    if (U_SUCCESS(status)) formatter->adoptTimeZone(icu::TimeZone::getGMT()->clone());
-    if (U_FAILURE(status)) formatter.reset();
-    found = formatters_.emplace(pattern, std::make_unique<Formatter>(std::move(formatter))).first;
+  Names const* const known = names();
+  if (known == nullptr) return {};
+  Reading const reading = readingOf(calendar_.local(instant));
+  std::string out;
+  for (std::size_t at = 0; at < pattern.size();) {
+    char const c = pattern[at];
+    if (c == '\'') {
+      auto const end = std::min(pattern.find('\'', at + 1), pattern.size());
+      out += pattern.substr(at + 1, end - at - 1);
+      at = end + 1;
+      continue;
+    }
+    std::size_t const end = isLetter(c) ? std::min(pattern.find_first_not_of(c, at), pattern.size()) : at + 1;
+    out += isLetter(c) ? field(c, end - at, reading, *known) : std::string(1, c);
+    at = end;
   }
-  if (!found->second->format) return {};
-  auto const local = std::chrono::milliseconds(calendar_.local(instant).time_since_epoch());
-  icu::UnicodeString text;
-  std::string utf8;
-  found->second->format->format(static_cast<UDate>(local.count()), text).toUTF8String(utf8);
-  // CLDR parts hour and half of day by a narrow blank, which neither terminals nor notifications want.
-  for (auto at = utf8.find("\u202F"); at != std::string::npos; at = utf8.find("\u202F"))
-    utf8.replace(at, 3, " ");
-  return utf8;
+  return out;
 }
 
 std::string TimeWords::hourLabel(Instant instant, Instant now) const {

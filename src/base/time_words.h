@@ -1,12 +1,12 @@
-// Hours, weekdays and dates as words of the program's language, in a place's time. Owned by whoever writes
-// texts; an object is cheap to make and builds its formatters at first use, so one thread uses it at a time.
+// Hours, weekdays and dates as words of the program's language, in a place's time. Names come from ICU's
+// locale data; the few pattern letters that we use are filled here, since a whole ICU formatter takes a
+// megabyte and milliseconds to make. An object reads the names at first use, so one thread uses it at a time.
 #pragma once
 
 #include "base/calendar.h"
 #include "base/instant.h"
 #include "base/texts.h"
 
-#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -27,15 +27,18 @@ class TimeWords {
   std::string hourLabel(Instant instant, Instant now) const;
   /// " around 3 PM": what messages append, from "time.aroundSuffix".
   std::string aroundSuffix(Instant instant, Instant now) const;
-  /// Any CLDR date pattern ("EEEE, d MMMM yyyy").
+  /// A CLDR date pattern of the letters E (EEEE in full), d, M (MMMM in full), y, h, H, m and a, with
+  /// 'quoted' texts; a letter stands as often as its number has digits at least. Empty when the language's
+  /// names cannot be read.
   std::string format(Instant instant, std::string_view pattern) const;
 
  private:
-  struct Formatter;
+  struct Names;
+  Names const* names() const;
 
   Texts const& texts_;
   Calendar calendar_;
-  mutable std::map<std::string, std::unique_ptr<Formatter>, std::less<>> formatters_;
+  mutable std::unique_ptr<Names> names_;
 };
 
 }  // namespace nimbara

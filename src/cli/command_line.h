@@ -5,7 +5,7 @@
 #include "base/instant.h"
 #include "base/result.h"
 #include "base/units.h"
-#include "demo/demo_server.h"
+#include "cli/demo_process.h"
 #include "providers/provider_option.h"
 
 #include <optional>
@@ -31,12 +31,6 @@ struct ForecastOptions {
   bool ascii = false;
   bool demoIfOffline = false;
   int width = 0;  ///< 0: the terminal's
-};
-
-struct DemoOptions {
-  int port = 0;
-  std::vector<DemoFault> faults;
-  std::vector<std::string> command;
 };
 
 struct CommandLine {

@@ -92,11 +92,11 @@ class ForecastRun {
   }
 
   Answer askDemo(std::variant<Coordinate, PlaceName> const& wanted, APIError const& offline) {
-    auto const demo = DemoServer::start(*clock_, {});
+    auto const demo = DemoProcess::start(session_.environment, common_.now, {});
     if (!demo) return std::unexpected(offline);
     session_.console.err("nimbara: the live services cannot be reached (" + offline.detail +
                          "); this is generated demo weather, not a forecast\n");
-    return ask(wanted, (*demo)->baseUrl());
+    return ask(wanted, demo->baseUrl());
   }
 
   std::string rendered(ForecastAnswer const& answer) const {

@@ -1,6 +1,5 @@
 #include "demo/demo_server.h"
 
-#include "base/text.h"
 #include "demo/open_meteo_stand_in.h"
 
 #include <httplib.h>
@@ -30,32 +29,11 @@ constexpr std::array kRoutes = std::to_array<Route>({
      [](DemoQuery const& query, Instant) { return openMeteoSearch(query); }},
 });
 
-std::string namesOf(auto const& names) {
-  std::string list;
-  for (std::string_view const name : names) list += (list.empty() ? "" : ", ") + std::string(name);
-  return list;
-}
-
 constexpr std::string_view kErrorPage = "<html><body><h1>500 Internal Server Error</h1></body></html>";
 constexpr std::string_view kGarbage =
     "<!doctype html><title>Welcome</title><p>Please log in to use this network.";
 
 }  // namespace
-
-Result<DemoFault, std::string> parseDemoFault(std::string_view text) {
-  auto const parts = split(text, '=');
-  auto const service = enumFromName<DemoService>(parts[0]);
-  if (!service) {
-    return std::unexpected("'" + oneLine(parts[0]) + "' is no service of the demo; there are " +
-                           namesOf(enumNames<DemoService>));
-  }
-  auto const kind = parts.size() == 2 ? enumFromName<DemoFault::Kind>(parts[1]) : std::nullopt;
-  if (!kind) {
-    return std::unexpected("'" + oneLine(text) + "' names no fault; write " + std::string(parts[0]) +
-                           "= and one of " + namesOf(enumNames<DemoFault::Kind>));
-  }
-  return DemoFault{*service, *kind};
-}
 
 /// The server, its thread and what holds back answers that are never to come.
 struct DemoServer::Running {

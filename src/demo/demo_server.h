@@ -3,41 +3,15 @@
 // misbehave on purpose.
 #pragma once
 
-#include "base/enum_names.h"
 #include "base/result.h"
+#include "demo/demo_fault.h"
 #include "platform/clock.h"
 
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace nimbara {
-
-enum class DemoService { openMeteo, openMeteoGeocoding };
-
-template <>
-inline constexpr auto enumNames<DemoService> =
-    std::to_array<std::string_view>({"openMeteo", "openMeteoGeocoding"});
-static_assert(enumNamesComplete(DemoService::openMeteoGeocoding));
-
-struct DemoFault {
-  /// 500 with a page of HTML, no answer, an answer that is no data, a connection that breaks in the middle.
-  enum class Kind { status500, timeout, garbage, drop };
-
-  DemoService service = DemoService::openMeteo;
-  Kind kind = Kind::status500;
-
-  bool operator==(DemoFault const&) const = default;
-};
-
-template <>
-inline constexpr auto enumNames<DemoFault::Kind> =
-    std::to_array<std::string_view>({"500", "timeout", "garbage", "drop"});
-static_assert(enumNamesComplete(DemoFault::Kind::drop));
-
-/// "openMeteo=500"; the error is a sentence that names what is wrong.
-Result<DemoFault, std::string> parseDemoFault(std::string_view text);
 
 class DemoServer {
  public:

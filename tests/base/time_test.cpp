@@ -119,6 +119,7 @@ TEST(TimeWords, LabelHoursByTheirDistanceInDays) {
   EXPECT_EQ(words.hourLabel(at("2026-11-23T14:00:00Z"), now), "Monday 3 PM");
   EXPECT_EQ(words.aroundSuffix(at("2026-11-21T22:00:00Z"), now), " around 11 PM");
   EXPECT_EQ(words.weekday(now), "Saturday");
+  EXPECT_EQ(words.format(now, "EEE d.M.yyyy 'at' HH:mm, h a"), "Sat 21.11.2026 at 21:30, 9 PM");
 }
 
 TEST(TimeWords, FollowTheLanguage) {

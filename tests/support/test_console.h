@@ -32,6 +32,7 @@ struct CliRun {
 inline Environment plainEnvironment() {
   Environment environment;
   environment.configDirectory = std::filesystem::path(testing::TempDir()) / "nimbara-without-configuration";
+  environment.program = NIMBARA_PROGRAM;
   return environment;
 }
 

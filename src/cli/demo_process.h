@@ -1,0 +1,49 @@
+// The loopback stand-ins as a child process: started, found by its address, and ended with the object. The
+// server's library is so kept out of the memory of every other run.
+#pragma once
+
+#include "app/environment.h"
+#include "base/instant.h"
+#include "base/result.h"
+#include "demo/demo_fault.h"
+
+#include <optional>
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+namespace nimbara {
+
+struct DemoOptions {
+  int port = 0;
+  std::vector<DemoFault> faults;
+  std::vector<std::string> command;
+};
+
+class DemoProcess {
+ public:
+  /// The error is a sentence.
+  static Result<DemoProcess, std::string> start(Environment const& environment, std::optional<Instant> now,
+                                                DemoOptions const& options);
+  ~DemoProcess();
+  DemoProcess(DemoProcess&& other) noexcept;
+  DemoProcess& operator=(DemoProcess&&) = delete;
+
+  std::string const& baseUrl() const { return baseUrl_; }
+
+ private:
+  DemoProcess(pid_t child, int input) : child_(child), input_(input) {}
+
+  pid_t child_;
+  int input_;  // the child serves as long as this is open
+  std::string baseUrl_;
+};
+
+/// Starts a program with the signal mask that programs expect. Gives the error number.
+int spawn(pid_t& child, std::string const& file, std::vector<std::string> arguments,
+          std::vector<std::string> variables, int input = -1, int output = -1);
+
+/// The process's own environment variables.
+std::vector<std::string> environmentVariables();
+
+}  // namespace nimbara

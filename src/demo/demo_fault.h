@@ -1,0 +1,37 @@
+// The services that the demo stands in for, and the ways in which each can be made to misbehave.
+#pragma once
+
+#include "base/enum_names.h"
+#include "base/result.h"
+
+#include <string>
+#include <string_view>
+
+namespace nimbara {
+
+enum class DemoService { openMeteo, openMeteoGeocoding };
+
+template <>
+inline constexpr auto enumNames<DemoService> =
+    std::to_array<std::string_view>({"openMeteo", "openMeteoGeocoding"});
+static_assert(enumNamesComplete(DemoService::openMeteoGeocoding));
+
+struct DemoFault {
+  /// 500 with a page of HTML, no answer, an answer that is no data, a connection that breaks in the middle.
+  enum class Kind { status500, timeout, garbage, drop };
+
+  DemoService service = DemoService::openMeteo;
+  Kind kind = Kind::status500;
+
+  bool operator==(DemoFault const&) const = default;
+};
+
+template <>
+inline constexpr auto enumNames<DemoFault::Kind> =
+    std::to_array<std::string_view>({"500", "timeout", "garbage", "drop"});
+static_assert(enumNamesComplete(DemoFault::Kind::drop));
+
+/// "openMeteo=500"; the error is a sentence that names what is wrong.
+Result<DemoFault, std::string> parseDemoFault(std::string_view text);
+
+}  // namespace nimbara
