@@ -46,8 +46,7 @@ std::unique_ptr<icu::BasicTimeZone> databaseZone(std::string_view zoneId) {
   auto* const basic = dynamic_cast<icu::BasicTimeZone*>(zone.get());
   icu::UnicodeString found;
   if (basic == nullptr || zone->getID(found) == icu::UnicodeString("Etc/Unknown")) return nullptr;
-  static_cast<void>(zone.release());
-  return std::unique_ptr<icu::BasicTimeZone>(basic);
+  return std::unique_ptr<icu::BasicTimeZone>(basic->clone());
 }
 
 std::unique_ptr<icu::BasicTimeZone> constantZone(seconds offset, std::string const& name) {

@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -40,6 +41,71 @@ bool readShortInteger(std::string_view text, double& number) {
   return true;
 }
 
+/// The digits of `whole` with a point before the last `decimals` of them.
+std::string withPoint(std::int64_t whole, int decimals) {
+  char buffer[24];
+  char* const end = buffer + sizeof buffer;
+  char* first = end;
+  bool const negative = whole < 0;
+  if (negative) whole = -whole;
+  for (int digits = 0; whole > 0 || digits <= decimals; ++digits, whole /= 10) {
+    if (digits == decimals && decimals > 0) *--first = '.';
+    *--first = static_cast<char>('0' + whole % 10);
+  }
+  if (negative) *--first = '-';
+  return {first, end};
+}
+
+/// The texts of small whole numbers, which are most of what a forecast record holds.
+class SmallNumbers {
+ public:
+  static constexpr int kLeast = -99;
+  static constexpr int kMost = 1099;
+
+  constexpr SmallNumbers() {
+    for (int number = kLeast; number <= kMost; ++number)
+      write(number, entries_[static_cast<std::size_t>(number - kLeast)]);
+  }
+  std::string_view text(int number) const {
+    Entry const& entry = entries_[static_cast<std::size_t>(number - kLeast)];
+    return {entry.digits, static_cast<std::size_t>(entry.length)};
+  }
+
+ private:
+  struct Entry {
+    char digits[7];
+    signed char length;
+  };
+
+  static constexpr void write(int number, Entry& entry) {
+    char reversed[6]{};
+    signed char count = 0;
+    for (int rest = number < 0 ? -number : number; rest > 0 || count == 0; rest /= 10) {
+      reversed[count++] = static_cast<char>('0' + rest % 10);
+    }
+    if (number < 0) reversed[count++] = '-';
+    entry.length = count;
+    for (signed char i = 0; i < count; ++i) entry.digits[i] = reversed[count - 1 - i];
+  }
+
+  std::array<Entry, kMost - kLeast + 1> entries_{};
+};
+
+constexpr SmallNumbers kSmallNumbers;
+
+/// Exact printing of a double's decimals is slow. Where the value is small and stays clear of a tie, rounding
+/// the scaled value gives the same digits.
+std::optional<std::string> quickFixedDecimal(double value, int decimals) {
+  constexpr double kScales[] = {1, 10, 100, 1000};
+  if (decimals < 0 || decimals > 3 || !(std::abs(value) < 1e9)) return std::nullopt;
+  double const scaled = value * kScales[decimals];
+  auto const whole = static_cast<std::int64_t>(scaled);
+  double const rest = std::abs(scaled - static_cast<double>(whole));
+  if (std::abs(rest - 0.5) < 1e-6) return std::nullopt;
+  std::int64_t const away = rest < 0.5 ? 0 : scaled < 0 ? -1 : 1;
+  return withPoint(whole + away, decimals);
+}
+
 }  // namespace
 
 std::optional<double> parseDouble(std::string_view text) {
@@ -69,7 +135,11 @@ int truncatedInteger(double value) {
 }
 
 double roundHalfAway(double value) {
-  return std::round(value) + 0.0;
+  // Whole numbers beyond 2^52 have no halves; below, this is several times faster than the library's call.
+  if (!(std::abs(value) < 0x1p52)) return std::round(value);
+  auto const whole = static_cast<std::int64_t>(value);
+  double const rest = value - static_cast<double>(whole);
+  return static_cast<double>(whole + (rest >= 0.5 ? 1 : rest <= -0.5 ? -1 : 0));
 }
 
 std::string plainDecimal(double value) {
@@ -79,6 +149,7 @@ std::string plainDecimal(double value) {
 }
 
 std::string fixedDecimal(double value, int decimals) {
+  if (auto quick = quickFixedDecimal(value, decimals)) return std::move(*quick);
   char buffer[400];
   auto const result =
       std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed, decimals);
@@ -89,10 +160,11 @@ std::string fixedDecimal(double value, int decimals) {
 
 std::string roundedText(double value) {
   double const rounded = roundHalfAway(value);
+  if (rounded >= SmallNumbers::kLeast && rounded <= SmallNumbers::kMost) {
+    return std::string(kSmallNumbers.text(static_cast<int>(rounded)));
+  }
   if (!(std::abs(rounded) < 1e15)) return fixedDecimal(rounded, 0);
-  char buffer[24];
-  auto const result = std::to_chars(buffer, buffer + sizeof buffer, static_cast<std::int64_t>(rounded));
-  return {buffer, result.ptr};
+  return withPoint(static_cast<std::int64_t>(rounded), 0);
 }
 
 }  // namespace nimbara

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <complex>
 #include <numbers>
+#include <span>
 #include <tuple>
 
 namespace nimbara {
@@ -31,8 +32,8 @@ double cosDeg(double degrees) {
 }
 
 double turned(double degrees) {
-  double const rest = std::fmod(degrees, 360);
-  return rest < 0 ? rest + 360 : rest;
+  // A remainder by division: exact enough for angles, and fmod is slow for the large ones of sidereal time.
+  return degrees - 360 * std::floor(degrees / 360);
 }
 
 /// -180 to 180.
@@ -175,18 +176,29 @@ class MoonArguments {
   Multiples d_, m_, moon_, f_;
 };
 
-Ecliptic moonEcliptic(double t) {
+/// Rises and settings need the place to a hundredth of a degree (a few seconds of time), phases all terms
+/// that we have.
+enum class Accuracy { riseSet, full };
+
+Ecliptic moonEcliptic(double t, Accuracy accuracy) {
+  constexpr std::size_t kCoarseLongitude = 24;
+  constexpr std::size_t kCoarseLatitude = 13;
+  bool const full = accuracy == Accuracy::full;
   MoonArguments const arguments(t);
   auto const [mean, moon, f] = std::tuple(arguments.mean, arguments.moon, arguments.f);
   double longitude = 0;
   double distance = 0;
   double latitude = 0;
-  for (LongitudeTerm const& term : kLongitudeTerms) {
+  for (LongitudeTerm const& term :
+       std::span(kLongitudeTerms).first(full ? kLongitudeTerms.size() : kCoarseLongitude)) {
     auto const value = arguments.term(term);
     longitude += term.sine * value.imag();
     distance += term.cosine * value.real();
   }
-  for (LatitudeTerm const& term : kLatitudeTerms) latitude += term.sine * arguments.term(term).imag();
+  for (LatitudeTerm const& term :
+       std::span(kLatitudeTerms).first(full ? kLatitudeTerms.size() : kCoarseLatitude))
+    latitude += term.sine * arguments.term(term).imag();
+  if (!full) return {turned(mean + longitude / 1e6), latitude / 1e6, 385000.56 + distance / 1000};
   // Venus, Jupiter and the flattening of the earth.
   double const a1 = 119.75 + 131.849 * t;
   double const a2 = 53.09 + 479264.290 * t;
@@ -216,9 +228,9 @@ Equatorial sunEquatorial(Instant instant) {
   return equatorial({sunLongitude(t), 0, kAstronomicalUnitKm}, t);
 }
 
-Equatorial moonEquatorial(Instant instant) {
+Equatorial moonEquatorial(Instant instant, Accuracy accuracy) {
   double const t = centuries(instant);
-  Ecliptic moon = moonEcliptic(t);
+  Ecliptic moon = moonEcliptic(t, accuracy);
   moon.longitude += nutationLongitude(t);
   return equatorial(moon, t);
 }
@@ -343,7 +355,7 @@ HorizontalPosition sunPosition(Instant instant, Coordinate place) {
 }
 
 HorizontalPosition moonPosition(Instant instant, Coordinate place) {
-  Equatorial const moon = moonEquatorial(instant);
+  Equatorial const moon = moonEquatorial(instant, Accuracy::full);
   HorizontalPosition position = horizontal(moon, instant, place);
   position.altitude -= horizontalParallax(moon.distanceKm) * cosDeg(position.altitude);
   return position;
@@ -358,7 +370,7 @@ RiseSet sunRiseSet(Instant begin, Instant end, Coordinate place) {
 }
 
 RiseSet moonRiseSet(Instant begin, Instant end, Coordinate place) {
-  Track const track(begin, end, moonEquatorial);
+  Track const track(begin, end, [](Instant instant) { return moonEquatorial(instant, Accuracy::riseSet); });
   Altimeter const altimeter(place);
   // The parallax moves by a thousandth of a degree an hour: one threshold serves the span.
   double const parallax = horizontalParallax(track.at(begin + (end - begin) / 2).distanceKm);
@@ -369,7 +381,7 @@ RiseSet moonRiseSet(Instant begin, Instant end, Coordinate place) {
 
 MoonState moonState(Instant instant) {
   double const t = centuries(instant);
-  Ecliptic const moon = moonEcliptic(t);
+  Ecliptic const moon = moonEcliptic(t, Accuracy::full);
   double const elongation = turned(moon.longitude + nutationLongitude(t) - sunLongitude(t));
   double const separation = cosDeg(moon.latitude) * cosDeg(elongation);
   // The sun is so far away that the phase angle is the supplement of the elongation to a fraction of a

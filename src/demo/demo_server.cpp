@@ -62,9 +62,7 @@ struct DemoServer::Running {
   }
 
   void serve(Route const& route, httplib::Request const& request, httplib::Response& response) {
-    DemoQuery const query = [&](std::string_view name) {
-      return request.get_param_value(std::string(name).data());
-    };
+    DemoQuery const query = [&](std::string_view name) { return request.get_param_value(name.data()); };
     DemoAnswer const answer = route.answer(query, clock.now());
     switch (auto const fault = faultOf(route.service); fault.value_or(DemoFault::Kind::status500)) {
       case DemoFault::Kind::status500:

@@ -83,8 +83,9 @@ void writeShared(HourlyEntry const& entry, Condition& out) {
   out.winddirDegree = rounded(entry.windDirection10m);
   if (entry.windDirection10m) out.winddir16Point = compassPoint(*entry.windDirection10m);
   if (entry.weatherCode) out.weatherCode = wwoCodeOfWmo(*entry.weatherCode);
-  out.weatherDesc = {{std::string(entry.weatherCode ? descriptionOfWmo(*entry.weatherCode) : "Unknown")}};
-  out.weatherIconUrl = {{""}};
+  out.weatherDesc.emplace_back(
+      std::string(entry.weatherCode ? descriptionOfWmo(*entry.weatherCode) : "Unknown"));
+  out.weatherIconUrl.emplace_back();
   out.availableDetailFields = detailsOf(entry);
 }
 
@@ -109,7 +110,7 @@ void writeChances(HourlyEntry const& entry, HourlyCondition& out) {
 
 /// The largest (or smallest) of a reading over the hours.
 template <class Better>
-Reading bestOf(std::vector<HourlyEntry> const& hours, Reading HourlyEntry::* reading, Better better) {
+Reading bestOf(std::span<HourlyEntry const> hours, Reading HourlyEntry::* reading, Better better) {
   Reading best;
   for (HourlyEntry const& hour : hours) {
     if (hour.*reading && (!best || better(*(hour.*reading), *best))) best = hour.*reading;
@@ -117,7 +118,7 @@ Reading bestOf(std::vector<HourlyEntry> const& hours, Reading HourlyEntry::* rea
   return best;
 }
 
-Reading sumOf(std::vector<HourlyEntry> const& hours, Reading HourlyEntry::* reading) {
+Reading sumOf(std::span<HourlyEntry const> hours, Reading HourlyEntry::* reading) {
   Reading sum;
   for (HourlyEntry const& hour : hours) {
     if (hour.*reading) sum = sum.value_or(0) + *(hour.*reading);
@@ -126,7 +127,7 @@ Reading sumOf(std::vector<HourlyEntry> const& hours, Reading HourlyEntry::* read
 }
 
 /// Hours of sunshine, estimated: each hour of daylight counts by the part of the sky that is free of clouds.
-Reading sunshineHours(std::vector<HourlyEntry> const& hours) {
+Reading sunshineHours(std::span<HourlyEntry const> hours) {
   Reading sum;
   for (HourlyEntry const& hour : hours) {
     if (!hour.isDay || !hour.cloudCover) continue;
@@ -154,10 +155,8 @@ Astronomy writeAstronomy(DailyEntry const& entry, Calendar const& calendar, Coor
           .sunset = clockOr(sun.set, calendar, "No sunset")};
 }
 
-}  // namespace
-
-HourlyCondition writeHour(HourlyEntry const& entry) {
-  HourlyCondition out;
+/// Into the record's own place: an hour is more than a kilobyte of texts, which nobody should move twice.
+void writeHourInto(HourlyEntry const& entry, HourlyCondition& out) {
   writeShared(entry, out);
   writeChances(entry, out);
   out.time = std::to_string(entry.hour * 100);
@@ -167,6 +166,13 @@ HourlyCondition writeHour(HourlyEntry const& entry) {
   out.heatIndexF = out.windChillF = out.feelsLikeF;
   out.windGustKmph = rounded(entry.windGusts10m);
   out.windGustMiles = rounded(entry.windGusts10m, kMilesPerKm);
+}
+
+}  // namespace
+
+HourlyCondition writeHour(HourlyEntry const& entry) {
+  HourlyCondition out;
+  writeHourInto(entry, out);
   return out;
 }
 
@@ -180,7 +186,7 @@ CurrentCondition writeCurrent(HourlyEntry const& entry, LocalTime observed, std:
   return out;
 }
 
-std::optional<WeatherDay> writeDay(DailyEntry const& entry, std::vector<HourlyEntry> const& hours,
+std::optional<WeatherDay> writeDay(DailyEntry const& entry, std::span<HourlyEntry const> hours,
                                    Calendar const& calendar, Coordinate place) {
   auto const or_ = [](Reading given, Reading found) { return given ? given : found; };
   Reading const highest =
@@ -202,8 +208,8 @@ std::optional<WeatherDay> writeDay(DailyEntry const& entry, std::vector<HourlyEn
   if (entry.precipitationProbabilityMax)
     out.dailyPrecipitationChance = rounded(entry.precipitationProbabilityMax);
   out.astronomy = {writeAstronomy(entry, calendar, place)};
-  out.hourly.reserve(hours.size());
-  for (HourlyEntry const& hour : hours) out.hourly.push_back(writeHour(hour));
+  out.hourly.resize(hours.size());
+  for (std::size_t i = 0; i < hours.size(); ++i) writeHourInto(hours[i], out.hourly[i]);
   return out;
 }
 

@@ -10,6 +10,7 @@
 #include "model/wttr_response.h"
 
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -58,7 +59,7 @@ CurrentCondition writeCurrent(HourlyEntry const& entry, LocalTime observed, std:
 
 /// `hours` are those of that day in the place's time, in order. Nothing when neither the entry nor the hours
 /// know the day's extremes.
-std::optional<WeatherDay> writeDay(DailyEntry const& entry, std::vector<HourlyEntry> const& hours,
+std::optional<WeatherDay> writeDay(DailyEntry const& entry, std::span<HourlyEntry const> hours,
                                    Calendar const& calendar, Coordinate place);
 
 /// The record's area and request for a coordinate that has no name yet.

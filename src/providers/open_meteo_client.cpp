@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <map>
+#include <span>
 
 namespace nimbara {
 
@@ -65,8 +66,7 @@ std::optional<int> codeNear(std::vector<Reading> const& codes, std::size_t index
   return std::nullopt;
 }
 
-HourlyEntry entryAt(OMHourly const& block, std::size_t i) {
-  HourlyEntry entry;
+void fillEntry(OMHourly const& block, std::size_t i, HourlyEntry& entry) {
   entry.temperature2m = at(block.temperature2m, i);
   entry.relativeHumidity2m = at(block.relativeHumidity2m, i);
   entry.apparentTemperature = at(block.apparentTemperature, i);
@@ -83,7 +83,6 @@ HourlyEntry entryAt(OMHourly const& block, std::size_t i) {
   entry.visibility = at(block.visibility, i);
   entry.uvIndex = at(block.uvIndex, i);
   entry.isDay = flagOf(at(block.isDay, i));
-  return entry;
 }
 
 /// All hours that have a time and a temperature, in the order of time.
@@ -92,25 +91,54 @@ std::vector<HourlyEntry> hoursOf(OMHourly const& block, AnswerTime const& time) 
   entries.reserve(block.time.size());
   for (std::size_t i = 0; i < block.time.size(); ++i) {
     if (!block.time[i] || !at(block.temperature2m, i)) continue;
-    HourlyEntry& entry = entries.emplace_back(entryAt(block, i));
+    HourlyEntry& entry = entries.emplace_back();
+    fillEntry(block, i, entry);
     entry.begin = time.instant(*block.time[i]);
   }
-  std::ranges::stable_sort(entries, {}, &HourlyEntry::begin);
+  if (!std::ranges::is_sorted(entries, {}, &HourlyEntry::begin)) {
+    std::ranges::stable_sort(entries, {}, &HourlyEntry::begin);
+  }
   return entries;
 }
 
-using HoursByDay = std::map<Date, std::vector<HourlyEntry>>;
+/// The hours of each local day, as stretches of the list of all hours.
+using HoursByDay = std::map<Date, std::span<HourlyEntry const>>;
 
-/// Sets each hour's place in the place's own day. The zone's offset is asked for once a stretch of hours
-/// between which it does not change.
-HoursByDay byDay(std::vector<HourlyEntry> const& entries, Calendar const& calendar) {
+/// Readings of the place's clock for moments in order. The zone is asked once a day and again only on a day
+/// whose end stands in another offset than its begin: no zone changes its clocks twice a day.
+class LocalClock {
+ public:
+  explicit LocalClock(Calendar const& calendar) : calendar_(calendar) {}
+
+  LocalTime at(Instant instant) {
+    if (instant < begin_ || instant >= end_) {
+      begin_ = instant;
+      end_ = instant + hours(24);
+      offset_ = calendar_.offset(begin_);
+      isConstant_ = calendar_.offset(end_) == offset_;
+    }
+    seconds const offset = isConstant_ ? offset_ : calendar_.offset(instant);
+    return LocalTime(std::chrono::floor<seconds>(instant).time_since_epoch() + offset);
+  }
+
+ private:
+  Calendar const& calendar_;
+  Instant begin_;
+  Instant end_;
+  seconds offset_{};
+  bool isConstant_ = false;
+};
+
+/// Sets each hour's place in the place's own day. `entries` are in the order of time.
+HoursByDay byDay(std::vector<HourlyEntry>& entries, Calendar const& calendar) {
   HoursByDay days;
-  for (HourlyEntry const& entry : entries) {
-    LocalTime const local = calendar.local(entry.begin);
+  LocalClock clock(calendar);
+  for (HourlyEntry& entry : entries) {
+    LocalTime const local = clock.at(entry.begin);
     auto const day = std::chrono::floor<std::chrono::days>(local);
-    auto& list = days[Date(day)];
-    list.push_back(entry);
-    list.back().hour = static_cast<int>(std::chrono::floor<hours>(local - day).count());
+    entry.hour = static_cast<int>(std::chrono::floor<hours>(local - day).count());
+    auto& stretch = days.try_emplace(Date(day), &entry, 0U).first->second;
+    stretch = {stretch.data(), stretch.size() + 1};
   }
   return days;
 }
@@ -228,7 +256,7 @@ std::vector<DailyEntry> daysOf(OpenMeteoResponse const& response, HoursByDay con
 Result<WttrResponse, APIError> joinOpenMeteo(OpenMeteoResponse const& response, Coordinate place,
                                              Instant now) {
   AnswerTime const time = timeOf(response, now);
-  std::vector<HourlyEntry> const entries =
+  std::vector<HourlyEntry> entries =
       response.hourly ? hoursOf(*response.hourly, time) : std::vector<HourlyEntry>{};
   HoursByDay hoursByDay = byDay(entries, time.calendar);
   WttrResponse record;
@@ -237,8 +265,7 @@ Result<WttrResponse, APIError> joinOpenMeteo(OpenMeteoResponse const& response, 
   record.request = {writeRequest(place)};
   if (auto current = currentOf(response, entries, time, now)) record.currentCondition = {std::move(*current)};
   for (DailyEntry const& day : daysOf(response, hoursByDay, time)) {
-    auto const& hours = hoursByDay[day.date];
-    if (auto written = writeDay(day, hours, time.calendar, place))
+    if (auto written = writeDay(day, hoursByDay[day.date], time.calendar, place))
       record.weather.push_back(std::move(*written));
   }
   if (record.weather.empty() && record.currentCondition.empty()) {

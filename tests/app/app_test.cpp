@@ -62,15 +62,14 @@ TEST(ServiceDirectory, TakesOnlyRealBaseAddresses) {
 
 class ConfigurationTest : public testing::Test {
  protected:
-  ConfigurationTest() : file_(std::filesystem::path(testing::TempDir()) / "nimbara-config-test.json") {}
-  ~ConfigurationTest() override { std::filesystem::remove(file_); }
+  void TearDown() override { std::filesystem::remove(file_); }
 
   Result<Configuration, std::string> load(std::string const& content) {
     std::ofstream(file_) << content;
     return loadConfiguration(file_);
   }
 
-  std::filesystem::path file_;
+  std::filesystem::path file_ = std::filesystem::path(testing::TempDir()) / "nimbara-config-test.json";
 };
 
 TEST_F(ConfigurationTest, HasDefaultsWithoutAFile) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdio>
 #include <limits>
 
 namespace nimbara {
@@ -71,9 +72,24 @@ TEST(Rounding, GoesHalfAwayFromZeroAndNeverToMinusZero) {
                          Row{-2.5, "-3"}, Row{-0.0, "0"}, Row{1e18, "1000000000000000000"}}) {
     EXPECT_EQ(roundedText(row.value), row.text);
   }
+  for (int number = -1200; number <= 1200; ++number) EXPECT_EQ(roundedText(number), std::to_string(number));
   EXPECT_EQ(fixedDecimal(-0.04, 1), "0.0");
   EXPECT_EQ(fixedDecimal(-0.06, 1), "-0.1");
   EXPECT_EQ(fixedDecimal(29.92126, 2), "29.92");
+}
+
+TEST(FixedDecimals, AgreeWithExactPrinting) {
+  char exact[64];
+  for (int i = -40000; i <= 40000; ++i) {
+    for (double const value : {i * 0.025, i * 0.02953, i / 3.0, i * 1e5 + 0.5}) {
+      for (int const decimals : {0, 1, 2, 3}) {
+        std::snprintf(exact, sizeof exact, "%.*f", decimals, value);
+        bool const minusZero =
+            exact[0] == '-' && std::string_view(exact).find_first_not_of("-0.") == std::string_view::npos;
+        ASSERT_EQ(fixedDecimal(value, decimals), minusZero ? exact + 1 : exact);
+      }
+    }
+  }
 }
 
 TEST(PlainDecimals, AreShortestAndNeverUseAnExponent) {

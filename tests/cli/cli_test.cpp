@@ -85,7 +85,7 @@ class ForecastTest : public testing::Test {
   ForecastTest() : server_(*DemoServer::start(clock_, {})) {}
 
   CliRun forecast(std::vector<std::string> more, int terminalWidth = 0,
-                  Environment environment = plainEnvironment()) {
+                  Environment const& environment = plainEnvironment()) {
     std::vector<std::string> arguments{"forecast", "--services", server_->baseUrl(), "--now", kNow};
     arguments.insert(arguments.end(), more.begin(), more.end());
     CliRun result = run(arguments, environment, terminalWidth);
