@@ -11,7 +11,7 @@ packages=(
   # tests, benchmarks, fuzzing
   libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev
   # format and lint
-  clang-19 clang-format-19 clang-tidy-19
+  clang-19 clang-format-19 clang-tidy-19 libclang-rt-19-dev
 )
 
 missing=()

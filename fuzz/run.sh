@@ -1,0 +1,13 @@
+#!/usr/bin/env bash
+# Runs every fuzz target of a build folder for a bounded time, beginning with the recorded answers when they are named.
+set -euo pipefail
+build=${1:?usage: fuzz/run.sh BUILD-FOLDER [SECONDS]}
+seconds=${2:-60}
+for target in "$build"/fuzz/fuzz_*; do
+  [ -x "$target" ] && [ ! -d "$target" ] || continue
+  corpus=$build/corpus/$(basename "$target")
+  mkdir -p "$corpus"
+  seeds=()
+  [ -z "${NIMBARA_SAMPLES:-}" ] || seeds=("$NIMBARA_SAMPLES/open-meteo")
+  "$target" -max_total_time="$seconds" -max_len=65536 -print_final_stats=1 "$corpus" "${seeds[@]}"
+done
