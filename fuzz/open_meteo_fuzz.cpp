@@ -1,9 +1,9 @@
 // Any bytes as a forecast answer: through the parser, the join and the processing.
 
-#include <cstdint>
-
 #include "model/process.h"
 #include "providers/open_meteo_client.h"
+
+#include <cstdint>
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
   using namespace nimbara;

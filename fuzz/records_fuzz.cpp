@@ -1,14 +1,14 @@
 // Any bytes as each persisted record; what is read must be written and read again to the same value.
 
-#include <cstdint>
-#include <cstdlib>
-#include <string_view>
-
 #include "base/json.h"
 #include "model/process.h"
 #include "model/weather_alert.h"
 #include "model/weather_data.h"
 #include "providers/geocoder.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
 
 namespace {
 
