@@ -6,12 +6,12 @@
 #include "app/service_directory.h"
 #include "base/calendar.h"
 #include "base/result.h"
+#include "model/provider_option.h"
 #include "model/weather_alert.h"
 #include "model/weather_data.h"
 #include "platform/clock.h"
 #include "platform/http_client.h"
 #include "providers/api_error.h"
-#include "providers/provider_option.h"
 
 #include <stop_token>
 #include <string>

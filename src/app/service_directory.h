@@ -3,7 +3,7 @@
 
 #include "app/configuration.h"
 #include "base/enum_names.h"
-#include "providers/open_meteo_client.h"
+#include "providers/service_address.h"
 
 #include <optional>
 #include <string>

@@ -137,6 +137,10 @@ std::optional<LocalTime> parseLocalTime(std::string_view text) {
   return std::chrono::floor<seconds>(*local);
 }
 
+std::string formatLocalTime(LocalTime time) {
+  return formatDate(Date(std::chrono::floor<std::chrono::days>(time))) + "T" + formatClock24(time);
+}
+
 std::string formatDate(Date date) {
   return fmt::format("{:04}-{:02}-{:02}", static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
                      static_cast<unsigned>(date.day()));

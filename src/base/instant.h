@@ -24,6 +24,9 @@ std::optional<Instant> parseIso8601(std::string_view text);
 /// A wall-clock reading without zone: "2026-11-21T10:15", seconds optional.
 std::optional<LocalTime> parseLocalTime(std::string_view text);
 
+/// "2026-11-21T10:15".
+std::string formatLocalTime(LocalTime time);
+
 /// "2026-11-21".
 std::string formatDate(Date date);
 

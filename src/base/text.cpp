@@ -57,4 +57,22 @@ std::string oneLine(std::string_view text, std::size_t limit) {
   return line.substr(0, cut) + "…";
 }
 
+std::string percentEncoded(std::string_view text) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  constexpr std::string_view kUnreserved =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~";
+  std::string out;
+  for (char const c : text) {
+    if (kUnreserved.find(c) != std::string_view::npos) {
+      out += c;
+      continue;
+    }
+    auto const byte = static_cast<unsigned char>(c);
+    out += '%';
+    out += kDigits[byte >> 4];
+    out += kDigits[byte & 15];
+  }
+  return out;
+}
+
 }  // namespace nimbara

@@ -1,4 +1,4 @@
-// Small operations on ASCII text that the standard library of our compiler does not have.
+// Small operations on text that the standard library of our compiler does not have.
 #pragma once
 
 #include <string>
@@ -19,5 +19,8 @@ std::vector<std::string_view> split(std::string_view text, char separator);
 /// `text` on one line: every run of white space and control characters becomes one blank, at most `limit`
 /// bytes (cut at a character's boundary, with "…" when something was cut).
 std::string oneLine(std::string_view text, std::size_t limit = 200);
+
+/// For a query or a path: `text` with everything but unreserved characters turned into %XX.
+std::string percentEncoded(std::string_view text);
 
 }  // namespace nimbara

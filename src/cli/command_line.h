@@ -6,7 +6,7 @@
 #include "base/result.h"
 #include "base/units.h"
 #include "cli/demo_process.h"
-#include "providers/provider_option.h"
+#include "model/provider_option.h"
 
 #include <optional>
 #include <string>

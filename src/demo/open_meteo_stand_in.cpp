@@ -115,10 +115,6 @@ DemoAnswer refusal(std::string const& reason) {
   return {400, writer.take()};
 }
 
-std::string localText(LocalTime time) {
-  return formatDate(Date(std::chrono::floor<days>(time))) + "T" + formatClock24(time);
-}
-
 /// A request that has been found answerable.
 struct ForecastQuery {
   Coordinate place;
@@ -227,7 +223,7 @@ class ForecastWriter {
     unitsOf("current_units", query_.current, true);
     json_.key("current");
     json_.beginObject();
-    json_.member("time", localText(quarter));
+    json_.member("time", formatLocalTime(quarter));
     json_.member("interval", 900);
     for (auto const name : query_.current) {
       auto const* const variable = findRow(kHourVariables, name);
@@ -261,7 +257,7 @@ class ForecastWriter {
     json_.beginObject();
     LocalTime time = firstDay_;
     list("time", all, [&](DemoWeather const&) {
-      json_.value(localText(time));
+      json_.value(formatLocalTime(time));
       time += hours(1);
     });
     for (auto const name : query_.hourly) {
@@ -283,7 +279,7 @@ class ForecastWriter {
       if (auto const* const variable = findRow(kDayVariables, name)) {
         list(name, indices, [&](int i) { number(variable->value(day(i)), variable->decimals); });
       } else {
-        list(name, indices, [&](int i) { json_.value(localText(sunTime(i, name == "sunrise"))); });
+        list(name, indices, [&](int i) { json_.value(formatLocalTime(sunTime(i, name == "sunrise"))); });
       }
     }
     json_.endObject();

@@ -2,7 +2,7 @@
 
 #include "base/json_codec.h"
 #include "base/text.h"
-#include "providers/open_meteo_request.h"
+#include "providers/service_answer.h"
 
 namespace nimbara {
 
@@ -63,11 +63,9 @@ Result<std::vector<GeocodedPlace>, APIError> OpenMeteoGeocoder::search(std::stri
   request.url = address_.baseUrl + "/v1/search?name=" + percentEncoded(name) +
                 "&count=" + std::to_string(count) + "&language=" + percentEncoded(language) + "&format=json";
   if (!address_.apiKey.empty()) request.url += "&apikey=" + percentEncoded(address_.apiKey);
-  auto const answer = http_.get(request, std::move(stop));
-  if (!answer) return std::unexpected(APIError::network(answer.error()));
-  if (answer->status < 200 || answer->status > 299) {
-    return std::unexpected(APIError::http(answer->status, openMeteoErrorReason(answer->body)));
-  }
+  auto const answer = ask(http_, request, std::move(stop));
+  if (!answer) return std::unexpected(answer.error());
+  if (auto refusal = refusalIn(*answer)) return std::unexpected(std::move(*refusal));
   auto places = parseGeocoding(answer->body);
   if (!places) return std::unexpected(APIError::decoding(places.error()));
   if (places->empty()) return std::unexpected(APIError::of(APIError::Case::noResults));

@@ -5,7 +5,7 @@
 #include "base/result.h"
 #include "platform/http_client.h"
 #include "providers/api_error.h"
-#include "providers/open_meteo_client.h"
+#include "providers/service_address.h"
 
 #include <stop_token>
 #include <string>

@@ -1,13 +1,12 @@
 #include "providers/open_meteo_client.h"
 
 #include "base/calendar.h"
-#include "base/text.h"
+#include "providers/hours_by_day.h"
 #include "providers/interchange.h"
 #include "providers/open_meteo_request.h"
+#include "providers/service_answer.h"
 
 #include <algorithm>
-#include <map>
-#include <span>
 
 namespace nimbara {
 
@@ -16,7 +15,6 @@ namespace {
 using std::chrono::hours;
 using std::chrono::seconds;
 
-constexpr std::size_t kLargestBody = std::size_t{4} << 20;
 /// A missing weather code is taken from a neighbour that is no farther than this.
 constexpr std::ptrdiff_t kCodeReach = 3;
 
@@ -101,55 +99,6 @@ std::vector<HourlyEntry> hoursOf(OMHourly const& block, AnswerTime const& time) 
   return entries;
 }
 
-/// The hours of each local day, as stretches of the list of all hours.
-using HoursByDay = std::map<Date, std::span<HourlyEntry const>>;
-
-/// Readings of the place's clock for moments in order. The zone is asked once a day and again only on a day
-/// whose end stands in another offset than its begin: no zone changes its clocks twice a day.
-class LocalClock {
- public:
-  explicit LocalClock(Calendar const& calendar) : calendar_(calendar) {}
-
-  LocalTime at(Instant instant) {
-    if (instant < begin_ || instant >= end_) {
-      begin_ = instant;
-      end_ = instant + hours(24);
-      offset_ = calendar_.offset(begin_);
-      isConstant_ = calendar_.offset(end_) == offset_;
-    }
-    seconds const offset = isConstant_ ? offset_ : calendar_.offset(instant);
-    return LocalTime(std::chrono::floor<seconds>(instant).time_since_epoch() + offset);
-  }
-
- private:
-  Calendar const& calendar_;
-  Instant begin_;
-  Instant end_;
-  seconds offset_{};
-  bool isConstant_ = false;
-};
-
-/// Sets each hour's place in the place's own day. `entries` are in the order of time.
-HoursByDay byDay(std::vector<HourlyEntry>& entries, Calendar const& calendar) {
-  HoursByDay days;
-  LocalClock clock(calendar);
-  for (HourlyEntry& entry : entries) {
-    LocalTime const local = clock.at(entry.begin);
-    auto const day = std::chrono::floor<std::chrono::days>(local);
-    entry.hour = static_cast<int>(std::chrono::floor<hours>(local - day).count());
-    auto& stretch = days.try_emplace(Date(day), &entry, 0U).first->second;
-    stretch = {stretch.data(), stretch.size() + 1};
-  }
-  return days;
-}
-
-HourlyEntry const* hourContaining(std::vector<HourlyEntry> const& entries, Instant instant) {
-  auto const after = std::ranges::upper_bound(entries, instant, {}, &HourlyEntry::begin);
-  if (after == entries.begin()) return nullptr;
-  HourlyEntry const& entry = *std::prev(after);
-  return instant - entry.begin < hours(1) ? &entry : nullptr;
-}
-
 HourlyEntry entryOf(OMCurrent const& current) {
   HourlyEntry entry;
   entry.temperature2m = current.temperature2m;
@@ -201,10 +150,7 @@ std::optional<CurrentCondition> currentOf(OpenMeteoResponse const& response,
   if (auto const* const hour = hourContaining(entries, moment)) fillGaps(present, *hour);
   if (!present.temperature2m) return std::nullopt;
   LocalTime const local = time.calendar.local(moment);
-  std::string text =
-      observed ? response.current->time
-               : formatDate(Date(std::chrono::floor<std::chrono::days>(local))) + "T" + formatClock24(local);
-  return writeCurrent(present, local, std::move(text));
+  return writeCurrent(present, local, observed ? response.current->time : formatLocalTime(local));
 }
 
 /// Where the sun does not rise or set, the service writes the day's bounds (or, on old servers, 1970) instead
@@ -234,7 +180,7 @@ DailyEntry dayAt(OMDaily const& block, std::size_t i, AnswerTime const& time) {
 }
 
 /// The days that the answer lists; without a daily block, those that its hours touch.
-std::vector<DailyEntry> daysOf(OpenMeteoResponse const& response, HoursByDay const& hoursByDay,
+std::vector<DailyEntry> daysOf(OpenMeteoResponse const& response, HoursByDay const& hoursOfDays,
                                AnswerTime const& time) {
   std::vector<DailyEntry> days;
   if (response.daily) {
@@ -243,7 +189,7 @@ std::vector<DailyEntry> daysOf(OpenMeteoResponse const& response, HoursByDay con
     }
   }
   if (!days.empty()) return days;
-  for (auto const& [date, entries] : hoursByDay) {
+  for (auto const& [date, entries] : hoursOfDays) {
     DailyEntry day;
     day.date = date;
     days.push_back(day);
@@ -258,14 +204,14 @@ Result<WttrResponse, APIError> joinOpenMeteo(OpenMeteoResponse const& response, 
   AnswerTime const time = timeOf(response, now);
   std::vector<HourlyEntry> entries =
       response.hourly ? hoursOf(*response.hourly, time) : std::vector<HourlyEntry>{};
-  HoursByDay hoursByDay = byDay(entries, time.calendar);
+  HoursByDay days = hoursByDay(entries, time.calendar);
   WttrResponse record;
   record.timeZone = time.calendar.zoneId();
   record.nearestArea = {writeArea(place)};
   record.request = {writeRequest(place)};
   if (auto current = currentOf(response, entries, time, now)) record.currentCondition = {std::move(*current)};
-  for (DailyEntry const& day : daysOf(response, hoursByDay, time)) {
-    if (auto written = writeDay(day, hoursByDay[day.date], time.calendar, place))
+  for (DailyEntry const& day : daysOf(response, days, time)) {
+    if (auto written = writeDay(day, days[day.date], time.calendar, place))
       record.weather.push_back(std::move(*written));
   }
   if (record.weather.empty() && record.currentCondition.empty()) {
@@ -276,35 +222,16 @@ Result<WttrResponse, APIError> joinOpenMeteo(OpenMeteoResponse const& response, 
 
 Result<WttrResponse, APIError> readOpenMeteoAnswer(HttpResponse const& answer, Coordinate place,
                                                    Instant now) {
-  if (answer.status < 200 || answer.status > 299) {
-    return std::unexpected(APIError::http(answer.status, openMeteoErrorReason(answer.body)));
-  }
-  if (trimmed(answer.body).empty()) return std::unexpected(APIError::of(APIError::Case::noData));
+  if (auto refusal = refusalIn(answer)) return std::unexpected(std::move(*refusal));
   auto const response = parseOpenMeteo(answer.body);
   if (!response) return std::unexpected(APIError::decoding(response.error()));
   return joinOpenMeteo(*response, place, now);
 }
 
-OpenMeteoClient::OpenMeteoClient(HttpClient& http, Clock const& clock, ServiceAddress address)
-    : http_(http), clock_(clock), address_(std::move(address)) {}
-
-Result<WttrResponse, APIError> OpenMeteoClient::fetchForecast(double latitude, double longitude,
-                                                              std::stop_token stop) {
-  Coordinate const place{latitude, longitude};
-  if (!isValid(place)) return std::unexpected(APIError::of(APIError::Case::invalidURL));
-  std::lock_guard const turn(turn_);
-  HttpRequest request;
-  request.url = address_.baseUrl + openMeteoPath(place, address_.apiKey);
-  request.headers = {{"Accept", "application/json"}};
-  request.maxBodyBytes = kLargestBody;
-  auto const answer = http_.get(request, std::move(stop));
-  if (!answer) {
-    if (answer.error().kind == HttpError::Kind::invalidUrl) {
-      return std::unexpected(APIError::of(APIError::Case::invalidURL));
-    }
-    return std::unexpected(APIError::network(answer.error()));
-  }
-  return readOpenMeteoAnswer(*answer, place, clock_.now());
+Result<WttrResponse, APIError> OpenMeteoClient::fetch(Coordinate place, std::stop_token const& stop) {
+  auto const answer = get(openMeteoPath(place, address().apiKey), {}, stop);
+  if (!answer) return std::unexpected(answer.error());
+  return readOpenMeteoAnswer(*answer, place, clock().now());
 }
 
 }  // namespace nimbara

@@ -1,41 +1,24 @@
-// The forecast of a coordinate from Open-Meteo: request builder, parser and the join of the two into the
-// interchange record. No retry and no fallback here. One request at a time; callers wait their turn.
+// The forecast of a coordinate from Open-Meteo: request, parser and the join into the interchange record.
 #pragma once
 
-#include "base/geodesy.h"
-#include "base/result.h"
-#include "model/wttr_response.h"
-#include "platform/clock.h"
-#include "platform/http_client.h"
-#include "providers/api_error.h"
+#include "providers/credit.h"
+#include "providers/forecast_client.h"
 #include "providers/open_meteo_parser.h"
-
-#include <mutex>
-#include <stop_token>
-#include <string>
 
 namespace nimbara {
 
-/// How a service is reached: "https://api.open-meteo.com" and, for the paid host, the key.
-struct ServiceAddress {
-  std::string baseUrl;
-  std::string apiKey;
-};
-
-class OpenMeteoClient {
+class OpenMeteoClient final : public ForecastClient {
  public:
-  OpenMeteoClient(HttpClient& http, Clock const& clock, ServiceAddress address);
+  OpenMeteoClient(HttpClient& http, Clock const& clock, ServiceAddress address)
+      : ForecastClient(http, clock, std::move(address)) {}
 
   static constexpr std::string_view name() { return "Open-Meteo"; }
-
-  /// Degrees. Blocks for the request; `stop` ends it with a `networkError`.
-  Result<WttrResponse, APIError> fetchForecast(double latitude, double longitude, std::stop_token stop = {});
+  static constexpr Credit credit() {
+    return {"Weather data by Open-Meteo.com (CC BY 4.0)", "https://open-meteo.com/"};
+  }
 
  private:
-  HttpClient& http_;
-  Clock const& clock_;
-  ServiceAddress address_;
-  std::mutex turn_;
+  Result<WttrResponse, APIError> fetch(Coordinate place, std::stop_token const& stop) override;
 };
 
 /// The client's decisions on one answer: which status, which body, which error. Pure.

@@ -1,7 +1,6 @@
 #include "providers/open_meteo_parser.h"
 
 #include "base/json_codec.h"
-#include "base/text.h"
 
 #include <algorithm>
 #include <cmath>
@@ -288,13 +287,6 @@ Result<OpenMeteoResponse, DecodeError> parseOpenMeteo(std::string_view body) {
   if (!readResponse(*document, response, failure))
     return std::unexpected(DecodeError{failure.path, failure.reason});
   return response;
-}
-
-std::string openMeteoErrorReason(std::string_view body) {
-  auto const document = json_detail::parseDocument(body);
-  std::string_view reason;
-  if (!document || document->at_key("reason").get(reason) != simdjson::SUCCESS) return {};
-  return oneLine(reason);
 }
 
 }  // namespace nimbara

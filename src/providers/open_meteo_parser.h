@@ -90,8 +90,4 @@ struct OpenMeteoResponse {
 
 Result<OpenMeteoResponse, DecodeError> parseOpenMeteo(std::string_view body);
 
-/// The reason in the service's error body ("{"error":true,"reason":"…"}") on one line; empty when there is
-/// none.
-std::string openMeteoErrorReason(std::string_view body);
-
 }  // namespace nimbara

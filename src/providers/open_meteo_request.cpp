@@ -1,6 +1,7 @@
 #include "providers/open_meteo_request.h"
 
 #include "base/number.h"
+#include "base/text.h"
 
 namespace nimbara {
 
@@ -24,24 +25,6 @@ std::string openMeteoPath(Coordinate place, std::string const& apiKey) {
       "&forecast_days=7";
   if (!apiKey.empty()) path += "&apikey=" + percentEncoded(apiKey);
   return path;
-}
-
-std::string percentEncoded(std::string_view text) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  constexpr std::string_view kUnreserved =
-      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~";
-  std::string out;
-  for (char const c : text) {
-    if (kUnreserved.find(c) != std::string_view::npos) {
-      out += c;
-      continue;
-    }
-    auto const byte = static_cast<unsigned char>(c);
-    out += '%';
-    out += kDigits[byte >> 4];
-    out += kDigits[byte & 15];
-  }
-  return out;
 }
 
 }  // namespace nimbara

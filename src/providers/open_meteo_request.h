@@ -11,7 +11,4 @@ namespace nimbara {
 /// key of the paid host goes behind everything else.
 std::string openMeteoPath(Coordinate place, std::string const& apiKey = {});
 
-/// `text` with everything but unreserved characters turned into %XX.
-std::string percentEncoded(std::string_view text);
-
 }  // namespace nimbara

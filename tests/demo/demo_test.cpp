@@ -7,6 +7,7 @@
 #include "platform/linux/curl_http_client.h"
 #include "providers/open_meteo_client.h"
 #include "providers/open_meteo_request.h"
+#include "providers/service_answer.h"
 #include "support/instants.h"
 
 #include <gtest/gtest.h>
@@ -130,7 +131,7 @@ TEST(OpenMeteoStandIn, RefusesAsTheServiceDoes) {
         Row{{{"latitude", "1"}, {"longitude", "1"}, {"forecast_days", "0"}}, "Forecast days"}}) {
     DemoAnswer const answer = openMeteoForecast(queryOf(row.query), at("2026-11-21T06:00:00Z"));
     EXPECT_EQ(answer.status, 400);
-    EXPECT_NE(openMeteoErrorReason(answer.body).find(row.reason), std::string::npos) << answer.body;
+    EXPECT_NE(errorReason(answer.body).find(row.reason), std::string::npos) << answer.body;
   }
 }
 
