@@ -1,5 +1,6 @@
 #include "demo/demo_weather.h"
 
+#include "base/apparent_temperature.h"
 #include "base/sun_moon.h"
 
 #include <algorithm>
@@ -145,12 +146,6 @@ double vapourPressure(double temperature) {
 double dewPointOf(double temperature, double humidity) {
   double const logarithm = std::log(vapourPressure(temperature) * humidity / 100 / 6.112);
   return std::min(temperature, 243.12 * logarithm / (17.62 - logarithm));
-}
-
-/// Steadman's apparent temperature, as the Australian service publishes it.
-double apparentOf(double temperature, double humidity, double windKmh) {
-  double const vapour = humidity / 100 * 6.105 * std::exp(17.27 * temperature / (237.7 + temperature));
-  return temperature + 0.33 * vapour - 0.7 * windKmh / 3.6 - 4;
 }
 
 /// The kinds of falling water, told apart once; amount and kind together give the code.
@@ -307,7 +302,7 @@ DemoWeather demoWeather(Coordinate place, Instant instant) {
   out.windGusts = out.windSpeed * (1.35 + 0.35 * chance.smooth(Stream::wind, hours, 5)) +
                   (water.kind == Fall::thunder ? 25 * water.violence : 0);
   out.dewPoint = dewPointOf(out.temperature, out.humidity);
-  out.apparentTemperature = apparentOf(out.temperature, out.humidity, out.windSpeed);
+  out.apparentTemperature = apparentTemperature(out.temperature, out.humidity, out.windSpeed);
   out.uvIndex = uvIndexOf(sunAltitude, out.cloudCover);
   return out;
 }

@@ -3,6 +3,7 @@
 #include "base/number.h"
 #include "base/sun_moon.h"
 #include "base/units.h"
+#include "model/weather_condition.h"
 #include "providers/compass.h"
 #include "providers/wmo_code.h"
 
@@ -17,6 +18,7 @@ constexpr double kMilesPerKm = 0.621371;
 constexpr double kInchesPerMm = 0.03937;
 constexpr double kInchesOfMercuryPerHpa = 0.02953;
 constexpr int kFirstThunderCode = 95;
+constexpr double kFogBelow = 1000;  // m
 
 std::string rounded(Reading reading) {
   return reading ? roundedText(*reading) : std::string();
@@ -60,6 +62,23 @@ DetailFields detailsOf(HourlyEntry const& entry) {
   return details;
 }
 
+WwoCondition conditionOf(HourlyEntry const& entry) {
+  if (entry.condition) return *entry.condition;
+  if (!entry.weatherCode) return {"", "Unknown"};
+  return {wwoCodeOfWmo(*entry.weatherCode), descriptionOfWmo(*entry.weatherCode)};
+}
+
+bool isThundery(HourlyEntry const& entry) {
+  if (!entry.condition) return entry.weatherCode.value_or(0) >= kFirstThunderCode;
+  return category(conditionOfWwoCode(entry.condition->code)) == ConditionCategory::thunderstorm;
+}
+
+/// Thick fog by its visibility; services that give none say it by their condition.
+bool isFoggy(HourlyEntry const& entry) {
+  if (entry.visibility) return *entry.visibility < kFogBelow;
+  return entry.condition && conditionOfWwoCode(entry.condition->code) == WeatherConditionCode::fog;
+}
+
 /// What the hourly and the current record write alike; their members are named alike for that reason.
 template <class Condition>
 void writeShared(HourlyEntry const& entry, Condition& out) {
@@ -82,9 +101,9 @@ void writeShared(HourlyEntry const& entry, Condition& out) {
   out.windspeedMiles = rounded(entry.windSpeed10m, kMilesPerKm);
   out.winddirDegree = rounded(entry.windDirection10m);
   if (entry.windDirection10m) out.winddir16Point = compassPoint(*entry.windDirection10m);
-  if (entry.weatherCode) out.weatherCode = wwoCodeOfWmo(*entry.weatherCode);
-  out.weatherDesc.emplace_back(
-      std::string(entry.weatherCode ? descriptionOfWmo(*entry.weatherCode) : "Unknown"));
+  WwoCondition const condition = conditionOf(entry);
+  out.weatherCode = condition.code;
+  out.weatherDesc.emplace_back(std::string(condition.description));
   out.weatherIconUrl.emplace_back();
   out.availableDetailFields = detailsOf(entry);
 }
@@ -98,8 +117,10 @@ void writeChances(HourlyEntry const& entry, HourlyCondition& out) {
   out.chanceofrain = roundedText(rain);
   out.chanceofremdry = roundedText(std::max(0.0, 100 - rain));
   out.chanceofsnow = snows ? roundedText(std::min(100.0, rain + 20)) : "0";
-  out.chanceofthunder = entry.weatherCode.value_or(0) >= kFirstThunderCode ? "60" : "0";
-  out.chanceoffog = entry.visibility && *entry.visibility < 1000 ? "50" : "0";
+  out.chanceofthunder = entry.thunderProbability ? rounded(entry.thunderProbability)
+                        : isThundery(entry)      ? "60"
+                                                 : "0";
+  out.chanceoffog = entry.fogProbability ? rounded(entry.fogProbability) : isFoggy(entry) ? "50" : "0";
   out.chanceofhightemp = temperature > 35 ? "80" : "0";
   out.chanceoffrost = temperature < 0 ? "80" : "0";
   out.chanceofwindy = wind > 40 ? "70" : wind > 25 ? "40" : "10";

@@ -12,11 +12,21 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace nimbara {
 
 using Reading = std::optional<double>;
+
+/// The condition of a service that has codes of its own: the WWO code and the English description, both
+/// texts of a table that lives as long as the program.
+struct WwoCondition {
+  std::string_view code;
+  std::string_view description;
+
+  bool operator==(WwoCondition const&) const = default;
+};
 
 /// The values of one hour or of the present: °C, %, mm, cm of snow, km/h, degrees, hPa, m.
 struct HourlyEntry {
@@ -26,9 +36,12 @@ struct HourlyEntry {
   Reading relativeHumidity2m;
   Reading apparentTemperature;
   Reading dewPoint2m;
-  std::optional<int> weatherCode;  ///< WMO
+  std::optional<int> weatherCode;  ///< WMO; services with other codes set `condition` instead
+  std::optional<WwoCondition> condition;
   Reading cloudCover;
   Reading precipitationProbability;
+  Reading thunderProbability;  ///< estimated from the condition where it is absent, as the next one is
+  Reading fogProbability;
   Reading precipitation;
   Reading snowfall;
   Reading windSpeed10m;
