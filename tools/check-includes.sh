@@ -7,10 +7,11 @@ declare -A may=(
   [base]="base"
   [platform]="base platform"
   [model]="base platform model"
+  [analysis]="base platform model analysis"
   [providers]="base platform model providers"
-  [app]="base platform model providers app"
+  [app]="base platform model analysis providers app"
   [demo]="base platform demo"
-  [cli]="base platform model providers app demo cli"
+  [cli]="base platform model analysis providers app demo cli"
 )
 
 wrong=0

@@ -4,6 +4,9 @@
 #include <unicode/dtfmtsym.h>
 
 #include <array>
+#include <map>
+#include <memory>
+#include <mutex>
 
 namespace nimbara {
 
@@ -72,22 +75,25 @@ bool isLetter(char c) {
 
 TimeWords::TimeWords(Texts const& texts, Calendar calendar) : texts_(texts), calendar_(std::move(calendar)) {}
 
-TimeWords::~TimeWords() = default;
-
+/// Languages are few and their names never change: what is read once stays.
 TimeWords::Names const* TimeWords::names() const {
-  if (names_) return names_.get();
+  static std::mutex mutex;
+  static std::map<std::string, std::unique_ptr<Names>, std::less<>> known;
+  std::lock_guard const lock(mutex);
+  auto& names = known[texts_.language()];
+  if (names) return names.get();
   UErrorCode status = U_ZERO_ERROR;
   icu::DateFormatSymbols const symbols(icu::Locale(texts_.language().c_str()), status);
   if (U_FAILURE(status)) return nullptr;
   using Symbols = icu::DateFormatSymbols;
-  names_ = std::make_unique<Names>();
+  names = std::make_unique<Names>();
   std::int32_t count = 0;
   // ICU counts weekdays from one.
-  copyNames(symbols.getWeekdays(count, Symbols::FORMAT, Symbols::WIDE) + 1, names_->weekdays);
-  copyNames(symbols.getWeekdays(count, Symbols::FORMAT, Symbols::ABBREVIATED) + 1, names_->shortWeekdays);
-  copyNames(symbols.getMonths(count, Symbols::FORMAT, Symbols::WIDE), names_->months);
-  copyNames(symbols.getAmPmStrings(count), names_->dayHalves);
-  return names_.get();
+  copyNames(symbols.getWeekdays(count, Symbols::FORMAT, Symbols::WIDE) + 1, names->weekdays);
+  copyNames(symbols.getWeekdays(count, Symbols::FORMAT, Symbols::ABBREVIATED) + 1, names->shortWeekdays);
+  copyNames(symbols.getMonths(count, Symbols::FORMAT, Symbols::WIDE), names->months);
+  copyNames(symbols.getAmPmStrings(count), names->dayHalves);
+  return names.get();
 }
 
 std::string TimeWords::format(Instant instant, std::string_view pattern) const {

@@ -1,13 +1,12 @@
 // Hours, weekdays and dates as words of the program's language, in a place's time. Names come from ICU's
 // locale data; the few pattern letters that we use are filled here, since a whole ICU formatter takes a
-// megabyte and milliseconds to make. An object reads the names at first use, so one thread uses it at a time.
+// megabyte and milliseconds to make. The names of a language are read once a process; any thread may use it.
 #pragma once
 
 #include "base/calendar.h"
 #include "base/instant.h"
 #include "base/texts.h"
 
-#include <memory>
 #include <string>
 #include <string_view>
 
@@ -16,7 +15,6 @@ namespace nimbara {
 class TimeWords {
  public:
   TimeWords(Texts const& texts, Calendar calendar);
-  ~TimeWords();
 
   /// "3 PM": the pattern "h a".
   std::string hour(Instant instant) const { return format(instant, "h a"); }
@@ -38,7 +36,6 @@ class TimeWords {
 
   Texts const& texts_;
   Calendar calendar_;
-  mutable std::unique_ptr<Names> names_;
 };
 
 }  // namespace nimbara

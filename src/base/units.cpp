@@ -18,7 +18,7 @@ struct UnitRow {
 
 constexpr std::array<UnitRow, 2> kTemperature{{{1, 0, 0, "°C"}, {1.8, 32, 0, "°F"}}};
 constexpr std::array<UnitRow, 4> kWind{
-    {{1, 0, 0, "km/h"}, {0.621371, 0, 0, "mph"}, {1 / 3.6, 0, 0, "m/s"}, {1 / 1.852, 0, 0, "kn"}}};
+    {{1, 0, 0, "km/h"}, {0.621371, 0, 0, "mph"}, {1 / 3.6, 0, 0, "m/s"}, {0.539957, 0, 0, "knots"}}};
 constexpr std::array<UnitRow, 3> kPressure{
     {{1, 0, 0, "hPa"}, {0.02953, 0, 2, "inHg"}, {0.750062, 0, 0, "mmHg"}}};
 constexpr std::array<UnitRow, 2> kPrecipitation{{{1, 0, 1, "mm"}, {1 / 25.4, 0, 2, "in"}}};

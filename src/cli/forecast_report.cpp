@@ -3,6 +3,7 @@
 #include "base/number.h"
 #include "base/text.h"
 #include "model/day_summary.h"
+#include "model/upcoming_hours.h"
 
 #include <algorithm>
 #include <initializer_list>

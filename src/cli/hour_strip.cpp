@@ -1,6 +1,7 @@
 #include "base/number.h"
 #include "cli/forecast_report.h"
 #include "model/day_summary.h"
+#include "model/upcoming_hours.h"
 
 #include <algorithm>
 #include <cmath>
@@ -25,10 +26,13 @@ using Hours = std::vector<StripHour>;
 
 Hours upcoming(WeatherData const& data, Instant now, std::size_t most) {
   Hours hours;
+  auto const ahead = upcomingHours(data.allHourly, now);
+  if (ahead.empty()) return hours;
+  Instant const begin = ahead.front().date;
   for (DailyForecast const& day : data.daily) {
     for (HourlyForecast const& hour : day.hourly) {
-      bool const passed = hour.date + std::chrono::hours(1) <= now;
-      if (!passed && hours.size() < most) hours.push_back({&hour, isDaylight(day, hour)});
+      bool const within = hour.date >= begin && hour.date < begin + std::chrono::hours(24);
+      if (within && hours.size() < most) hours.push_back({&hour, isDaylight(day, hour)});
     }
   }
   return hours;

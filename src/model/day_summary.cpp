@@ -95,11 +95,4 @@ bool isDaylight(DailyForecast const& day, HourlyForecast const& hour) {
   return rise && set && *set < *rise ? behindRise || beforeSet : behindRise && beforeSet;
 }
 
-HourlyForecast const* hourAt(std::vector<HourlyForecast> const& hours, Instant now) {
-  auto const after = std::ranges::upper_bound(hours, now, {}, &HourlyForecast::date);
-  if (after == hours.begin()) return nullptr;
-  HourlyForecast const& hour = *std::prev(after);
-  return now - hour.date < std::chrono::hours(1) ? &hour : nullptr;
-}
-
 }  // namespace nimbara

@@ -4,7 +4,6 @@
 #include "model/weather_data.h"
 
 #include <optional>
-#include <vector>
 
 namespace nimbara {
 
@@ -24,8 +23,5 @@ DaySummary summarize(DailyForecast const& day);
 /// Whether the sun is up in the middle of that hour of that day. Where the day knows no sunrise or sunset, as
 /// near the poles, ultraviolet light tells.
 bool isDaylight(DailyForecast const& day, HourlyForecast const& hour);
-
-/// The hour that contains `now`, or null.
-HourlyForecast const* hourAt(std::vector<HourlyForecast> const& hours, Instant now);
 
 }  // namespace nimbara

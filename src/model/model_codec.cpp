@@ -1,4 +1,5 @@
 #include "base/json_codec.h"
+#include "model/forecast_insight.h"
 #include "model/weather_alert.h"
 #include "model/weather_data.h"
 #include "model/wttr_response.h"
@@ -20,6 +21,7 @@ template Result<DailyForecast::ProcessedAstronomy, DecodeError> decodeJson(std::
 template Result<HourlyForecast, DecodeError> decodeJson(std::string_view);
 template Result<LocationInfo, DecodeError> decodeJson(std::string_view);
 template Result<WeatherAlert, DecodeError> decodeJson(std::string_view);
+template Result<ForecastInsight, DecodeError> decodeJson(std::string_view);
 template Result<std::vector<WeatherAlert>, DecodeError> decodeJson(std::string_view);
 
 }  // namespace nimbara

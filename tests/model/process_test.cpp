@@ -1,6 +1,7 @@
 #include "model/process.h"
 
 #include "model/day_summary.h"
+#include "model/upcoming_hours.h"
 #include "support/instants.h"
 
 #include <gtest/gtest.h>
@@ -228,6 +229,19 @@ TEST(HourAt, FindsTheHourThatContainsNow) {
   EXPECT_EQ(hourAt(hours, at("2026-11-21T08:59:59Z")), &hours[2]);
   EXPECT_EQ(hourAt(hours, at("2026-11-21T09:00:00Z")), nullptr);
   EXPECT_EQ(hourAt({}, at("2026-11-21T09:00:00Z")), nullptr);
+}
+
+TEST(HourAt, LetsAnEntryStandUntilTheNextOne) {
+  std::vector<HourlyForecast> hours(4);
+  int const begins[] = {6, 7, 13, 25};
+  for (std::size_t i = 0; i < hours.size(); ++i) hours[i].date = at("2026-11-21T00:00:00Z") + begins[i] * 1h;
+  EXPECT_EQ(hourAt(hours, at("2026-11-21T12:59:59Z")), &hours[1]);
+  EXPECT_EQ(hourAt(hours, at("2026-11-21T18:59:59Z")), &hours[2]);
+  EXPECT_EQ(hourAt(hours, at("2026-11-21T19:00:00Z")), nullptr);  // nothing stands longer than six hours
+  EXPECT_EQ(upcomingHours(hours, at("2026-11-21T19:00:00Z")).size(), 1U);
+  EXPECT_EQ(hourAt(hours, at("2026-11-22T06:59:59Z")), &hours[3]);
+  EXPECT_EQ(upcomingHours(hours, at("2026-11-22T07:00:00Z")).size(), 0U);
+  EXPECT_EQ(upcomingHours(hours, at("2026-11-20T00:00:00Z")).size(), 4U);
 }
 
 }  // namespace
