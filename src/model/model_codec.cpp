@@ -1,6 +1,7 @@
 #include "base/json_codec.h"
 #include "model/forecast_insight.h"
 #include "model/weather_alert.h"
+#include "model/weather_cache.h"
 #include "model/weather_data.h"
 #include "model/wttr_response.h"
 
@@ -22,6 +23,8 @@ template Result<HourlyForecast, DecodeError> decodeJson(std::string_view);
 template Result<LocationInfo, DecodeError> decodeJson(std::string_view);
 template Result<WeatherAlert, DecodeError> decodeJson(std::string_view);
 template Result<ForecastInsight, DecodeError> decodeJson(std::string_view);
+template Result<CacheEntry, DecodeError> decodeJson(std::string_view);
+template Result<ParsedCacheEntry, DecodeError> decodeJson(std::string_view);
 template Result<std::vector<WeatherAlert>, DecodeError> decodeJson(std::string_view);
 
 }  // namespace nimbara
