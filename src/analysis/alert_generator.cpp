@@ -1,6 +1,6 @@
 #include "analysis/alert_generator.h"
 
-#include "analysis/apparent_temperature.h"
+#include "analysis/felt_temperature.h"
 #include "base/time_words.h"
 #include "model/process.h"
 #include "model/upcoming_hours.h"
@@ -58,14 +58,14 @@ HourlyForecast const* firstWhere(Hours hours, Predicate predicate) {
   return found == hours.end() ? nullptr : &*found;
 }
 
-double apparentOf(HourlyForecast const& hour) {
+double feltOf(HourlyForecast const& hour) {
   double const humidity = hour.has(WeatherDetailField::humidity) ? hour.humidity : 0;
-  return apparentTemperature(hour.tempC, hour.feelsLikeC, humidity, hour.windSpeedKmph);
+  return feltTemperature(hour.tempC, hour.feelsLikeC, humidity, hour.windSpeedKmph);
 }
 
-double apparentOf(WeatherData::ProcessedCurrent const& current) {
+double feltOf(WeatherData::ProcessedCurrent const& current) {
   double const humidity = current.has(WeatherDetailField::humidity) ? current.humidity : 0;
-  return apparentTemperature(current.tempC, current.feelsLikeC, humidity, current.windSpeedKmph);
+  return feltTemperature(current.tempC, current.feelsLikeC, humidity, current.windSpeedKmph);
 }
 
 double windOf(HourlyForecast const& hour) {
@@ -149,7 +149,7 @@ class Run {
   /// Heat (`sign` +1) or, mirrored, cold (-1): the extreme of the coming hours against the present.
   template <std::size_t count>
   void extremeTemperature(std::array<Level, count> const& levels, double sign, std::string_view icon) {
-    auto const felt = [sign](auto const& conditions) { return sign * apparentOf(conditions); };
+    auto const felt = [sign](auto const& conditions) { return sign * feltOf(conditions); };
     HourlyForecast const* hour = peak(long_, felt);
     if (!hasReading() && hour == nullptr) return;
     bool const fromHour = hour != nullptr && (!hasReading() || felt(*hour) >= felt(weather_.current));

@@ -1,6 +1,6 @@
 #include "analysis/alert_generator.h"
 
-#include "analysis/apparent_temperature.h"
+#include "analysis/felt_temperature.h"
 #include "support/forecasts.h"
 
 #include <gmock/gmock.h>
@@ -288,16 +288,16 @@ TEST(AlertGenerator, TakesNothingFromAForecastWithoutContents) {
   EXPECT_EQ(linesOf(alertsOf(past)), "");
 }
 
-TEST(ApparentTemperature, FollowsThePublishedFormulas) {
+TEST(FeltTemperature, FollowsThePublishedFormulas) {
   EXPECT_NEAR(heatIndex(32.22, 70), 40.9, 0.5);  // 90 °F at 70 %: 106 °F in the service's table
   EXPECT_NEAR(windChill(-10, 30), -19.5, 0.1);   // the meteorological service's table: -20
-  EXPECT_EQ(apparentTemperature(26, 26.5, 90, 0), 26.5);
-  EXPECT_LT(apparentTemperature(10, 10, 50, 4.8), 10);
-  EXPECT_EQ(apparentTemperature(10, 10, 50, 4.7), 10);
-  EXPECT_EQ(apparentTemperature(10.1, 9.5, 50, 40), 9.5);
-  EXPECT_GT(apparentTemperature(27, 27, 80, 0), 27);
-  EXPECT_EQ(apparentTemperature(30, 31, 39, 0), 31);
-  EXPECT_EQ(apparentTemperature(35, 60, 50, 0), 60);
+  EXPECT_EQ(feltTemperature(26, 26.5, 90, 0), 26.5);
+  EXPECT_LT(feltTemperature(10, 10, 50, 4.8), 10);
+  EXPECT_EQ(feltTemperature(10, 10, 50, 4.7), 10);
+  EXPECT_EQ(feltTemperature(10.1, 9.5, 50, 40), 9.5);
+  EXPECT_GT(feltTemperature(27, 27, 80, 0), 27);
+  EXPECT_EQ(feltTemperature(30, 31, 39, 0), 31);
+  EXPECT_EQ(feltTemperature(35, 60, 50, 0), 60);
 }
 
 }  // namespace

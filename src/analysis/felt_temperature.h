@@ -6,7 +6,7 @@ namespace nimbara {
 /// °C from the temperature (°C), the reported feels-like temperature (°C), relative humidity (%) and wind
 /// (km/h). From 25 °C on the larger of the heat index and the reported value, up to 10 °C the smaller of the
 /// wind chill and the reported value, the reported value between.
-double apparentTemperature(double celsius, double feelsLike, double humidity, double windKmph);
+double feltTemperature(double celsius, double feelsLike, double humidity, double windKmph);
 
 /// The regression of the US National Weather Service (Rothfusz, 1990), °C.
 double heatIndex(double celsius, double humidity);

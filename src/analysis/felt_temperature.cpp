@@ -1,4 +1,4 @@
-#include "analysis/apparent_temperature.h"
+#include "analysis/felt_temperature.h"
 
 #include "base/units.h"
 
@@ -30,7 +30,7 @@ double windChill(double celsius, double windKmph) {
   return 13.12 + 0.6215 * celsius - 11.37 * wind + 0.3965 * celsius * wind;
 }
 
-double apparentTemperature(double celsius, double feelsLike, double humidity, double windKmph) {
+double feltTemperature(double celsius, double feelsLike, double humidity, double windKmph) {
   if (celsius >= kHotFrom) {
     bool const applies = celsius >= kHeatIndexFrom && humidity >= kHeatIndexFromHumidity;
     return applies ? std::max(heatIndex(celsius, humidity), feelsLike) : feelsLike;
