@@ -1,0 +1,31 @@
+// The file of the settings database: making it, naming what is wrong with it, and noticing that it changed.
+#pragma once
+
+#include "base/result.h"
+#include "platform/linux/sqlite.h"
+#include "platform/settings_store.h"
+
+#include <filesystem>
+#include <memory>
+#include <string_view>
+
+namespace nimbara {
+
+inline constexpr std::string_view kSettingsDatabaseName = "nimbara.db";
+
+/// Makes the directory, for the user alone, unless it is there.
+Result<void, StoreError> makeSettingsDirectory(std::filesystem::path const& directory);
+/// Makes an empty database unless there is a file of that name. Several processes may do so at once.
+Result<void, StoreError> makeSettingsDatabase(std::filesystem::path const& directory);
+
+/// What to tell a person of `problem`, met while `doing` ("read", "changed").
+StoreError settingsDatabaseError(std::filesystem::path const& file, SqliteProblem const& problem,
+                                 std::string_view doing);
+
+/// A writer calls it when its change has become visible.
+void announceSettingsChange(std::filesystem::path const& file);
+/// The directory must exist.
+Result<std::unique_ptr<SettingsWatch>, StoreError> watchSettingsDatabase(
+    std::filesystem::path const& directory);
+
+}  // namespace nimbara

@@ -1,0 +1,40 @@
+// The settings store in one SQLite database, `nimbara.db` in the user's data directory: a write-ahead log,
+// synchronous to the disk, open to the user alone (0600 in 0700). Reading a database that is missing creates
+// nothing; a file that is damaged or not ours is never written to. A new database appears under its name only
+// when it is complete.
+#pragma once
+
+#include "platform/linux/sqlite.h"
+#include "platform/settings_store.h"
+
+#include <filesystem>
+#include <mutex>
+#include <optional>
+
+namespace nimbara {
+
+class SqliteSettingsStore final : public SettingsStore {
+ public:
+  /// Opens nothing yet. The registry outlives the store.
+  SqliteSettingsStore(std::filesystem::path directory, SettingsRegistry const& registry);
+
+  Result<SettingValues, StoreError> read(StoreArea area) override;
+  Result<void, StoreError> update(StoreArea area, StoreDecision const& decide) override;
+  /// Makes the directory when it is missing: a directory that does not exist cannot be watched.
+  Result<std::unique_ptr<SettingsWatch>, StoreError> watch() override;
+
+  std::filesystem::path file() const;
+
+ private:
+  Result<SettingValues, StoreError> readOnce(StoreArea area, SqliteAccess access);
+  Result<void, StoreError> openForWriting();
+  Result<void, StoreError> change(StoreArea area, StoreDecision const& decide);
+  StoreError errorOf(SqliteProblem const& problem, std::string_view doing) const;
+
+  std::filesystem::path directory_;
+  std::mutex mutex_;
+  std::optional<SqliteConnection> connection_;
+  bool writable_ = false;
+};
+
+}  // namespace nimbara

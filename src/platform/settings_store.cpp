@@ -1,0 +1,50 @@
+#include "platform/settings_store.h"
+
+namespace nimbara {
+
+namespace {
+
+StoreDecision change(std::string_view key, std::optional<SettingValue> value) {
+  return [changes = StoreChanges{{std::string(key), std::move(value)}}](SettingValues const&) {
+    return changes;
+  };
+}
+
+std::unexpected<StoreError> unknown(std::string_view key) {
+  return std::unexpected(
+      StoreError{StoreError::Kind::refused, "there is no setting '" + std::string(key) + "'"});
+}
+
+}  // namespace
+
+SettingsReading SettingsStore::settings() {
+  auto stored = read(StoreArea::settings);
+  if (!stored) return {Settings(registry_), stored.error()};
+  return {Settings(registry_, std::move(*stored)), std::nullopt};
+}
+
+Result<void, StoreError> SettingsStore::set(std::string_view key, SettingValue value) {
+  SettingDefinition const* const definition = registry_.find(key);
+  if (definition == nullptr) return unknown(key);
+  auto checked = checkedSetting(*definition, std::move(value));
+  if (!checked) return std::unexpected(StoreError{StoreError::Kind::refused, checked.error()});
+  return update(StoreArea::settings, change(key, std::move(*checked)));
+}
+
+Result<void, StoreError> SettingsStore::reset(std::string_view key) {
+  if (registry_.find(key) == nullptr) return unknown(key);
+  return update(StoreArea::settings, change(key, std::nullopt));
+}
+
+Result<std::optional<SettingValue>, StoreError> SettingsStore::state(std::string_view key) {
+  auto const stored = read(StoreArea::state);
+  if (!stored) return std::unexpected(stored.error());
+  auto const found = stored->find(key);
+  return found == stored->end() ? std::nullopt : std::optional(found->second);
+}
+
+Result<void, StoreError> SettingsStore::setState(std::string_view key, std::optional<SettingValue> value) {
+  return update(StoreArea::state, change(key, std::move(value)));
+}
+
+}  // namespace nimbara
