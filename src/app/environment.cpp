@@ -39,12 +39,13 @@ Environment Environment::ofProcess() {
   environment.services = variable("NIMBARA_SERVICES");
   environment.now = variable("NIMBARA_NOW");
   environment.language = firstOf({"LC_ALL", "LC_MESSAGES", "LANG"});
+  environment.measurement = firstOf({"LC_ALL", "LC_MEASUREMENT", "LANG"});
   std::string const encoding = firstOf({"LC_ALL", "LC_CTYPE", "LANG"});
   // Without any locale, as in a container, today's terminals read UTF-8 all the same.
   environment.utf8 = encoding.empty() || namesUtf8(encoding);
   environment.noColor = !variable("NO_COLOR").empty();
   environment.columns = parseInteger(variable("COLUMNS")).value_or(0);
-  environment.configDirectory = baseDirectory("XDG_CONFIG_HOME", ".config") / "nimbara";
+  environment.dataDirectory = baseDirectory("XDG_DATA_HOME", ".local/share") / "nimbara";
   std::error_code ignored;
   environment.program = std::filesystem::read_symlink("/proc/self/exe", ignored);
   environment.machineCalendar = Calendar::machine();

@@ -1,6 +1,9 @@
 #include "cli/cli.h"
 
+#include "app/settings_registry.h"
+#include "app/unit_settings.h"
 #include "base/text.h"
+#include "platform/linux/sqlite_settings_store.h"
 
 namespace nimbara {
 
@@ -14,21 +17,56 @@ std::unique_ptr<Clock> makeClock(CommonOptions const& options) {
   return std::make_unique<SystemClock>();
 }
 
+namespace {
+
+/// What the command line leaves open is as the settings say.
+void fillIn(CommandLine& line, Settings const& settings, Environment const& environment) {
+  CommonOptions& common = line.common;
+  if (!common.unitsGiven) common.units = unitsOf(settings, environment.measurement);
+  std::string const language = settings.text("language");
+  if (common.language.empty()) common.language = language == "automatic" ? environment.language : language;
+  if (!line.forecast.providerGiven) {
+    line.forecast.provider = settings.choice<WeatherProviderOption>("preferredProvider").value();
+  }
+}
+
+int runCommand(CommandLine const& line, Session const& session) {
+  switch (line.command) {
+    case CommandLine::Command::forecast:
+      return runForecast(line, session);
+    case CommandLine::Command::demo:
+      return runDemo(line, session);
+    case CommandLine::Command::settings:
+      return runSettings(line, session);
+  }
+  return exitCode::kUsage;
+}
+
+/// The commands whose own work fails with the store and who say so themselves.
+bool needsStore(CommandLine::Command command) {
+  return command == CommandLine::Command::settings;
+}
+
+}  // namespace
+
 int runCli(std::vector<std::string> arguments, Session const& session) {
-  auto const line = parseCommandLine(std::move(arguments), session.environment);
+  auto line = parseCommandLine(std::move(arguments), session.environment);
   if (!line) {
     EarlyEnd const& end = line.error();
     if (end.exitCode != exitCode::kComplete) return session.fail(end.exitCode, end.text);
     session.console.out(end.text);
     return exitCode::kComplete;
   }
-  switch (line->command) {
-    case CommandLine::Command::forecast:
-      return runForecast(*line, session);
-    case CommandLine::Command::demo:
-      return runDemo(*line, session);
+  SqliteSettingsStore store(session.environment.dataDirectory, settingsRegistry());
+  auto const [settings, problem] = store.settings();
+  if (problem && !needsStore(line->command)) {
+    session.console.err("nimbara: " + oneLine(problem->message, 500) + "; the defaults are used\n");
   }
-  return exitCode::kUsage;
+  fillIn(*line, settings, session.environment);
+  Session equipped = session;
+  equipped.store = &store;
+  equipped.settings = &settings;
+  return runCommand(*line, equipped);
 }
 
 }  // namespace nimbara

@@ -6,6 +6,7 @@
 #include "cli/command_line.h"
 #include "platform/clock.h"
 #include "platform/http_client.h"
+#include "platform/settings_store.h"
 
 #include <stop_token>
 #include <string>
@@ -35,6 +36,8 @@ struct Session {
   Environment const& environment;
   Console& console;
   std::stop_token stop;
+  SettingsStore* store = nullptr;      ///< the user's; set by runCli
+  Settings const* settings = nullptr;  ///< as they were at the start of the run
 
   /// One line on standard error: "nimbara: " and a sentence.
   int fail(int code, std::string_view sentence) const;
@@ -44,6 +47,7 @@ int runCli(std::vector<std::string> arguments, Session const& session);
 
 int runForecast(CommandLine const& line, Session const& session);
 int runDemo(CommandLine const& line, Session const& session);
+int runSettings(CommandLine const& line, Session const& session);
 
 /// The clock that the command line asks for.
 std::unique_ptr<Clock> makeClock(CommonOptions const& options);

@@ -32,7 +32,7 @@ struct RawOptions {
   std::string now;
   std::string units;
   std::string language;
-  std::string provider = "automatic";
+  std::string provider;
   std::vector<std::string> faults;
 };
 
@@ -86,6 +86,28 @@ void defineDemo(CLI::App& app, CommandLine& line, RawOptions& raw) {
   command->callback([&line] { line.command = CommandLine::Command::demo; });
 }
 
+void defineSettings(CLI::App& app, CommandLine& line, RawOptions& raw) {
+  using Action = SettingsOptions::Action;
+  CLI::App* const command = app.add_subcommand("settings", "What you have chosen: units, language, services");
+  command->require_subcommand(1);
+  SettingsOptions& options = line.settings;
+  auto const define = [&](char const* name, char const* explanation, Action action) {
+    CLI::App* const sub = command->add_subcommand(name, explanation);
+    if (action != Action::list) sub->add_option("KEY", options.key, "The setting's name")->required();
+    if (action == Action::set) sub->add_option("VALUE", options.value, "Its new value")->required();
+    sub->add_flag("--json", options.json, "One JSON document instead of text");
+    defineCommon(*sub, line, raw);
+    sub->callback([&line, action] {
+      line.command = CommandLine::Command::settings;
+      line.settings.action = action;
+    });
+  };
+  define("list", "Every setting with its value; * marks what you have chosen", Action::list);
+  define("get", "One setting's value", Action::get);
+  define("set", "Choose a value", Action::set);
+  define("reset", "Go back to the default", Action::reset);
+}
+
 std::optional<EarlyEnd> understandCommon(CommonOptions& common, RawOptions const& raw,
                                          Environment const& environment) {
   std::string const& services = raw.services.empty() ? environment.services : raw.services;
@@ -102,6 +124,7 @@ std::optional<EarlyEnd> understandCommon(CommonOptions& common, RawOptions const
       return mistake("'" + oneLine(now) + "' is no moment with a zone; write one like 2026-11-21T06:00:00Z");
     }
   }
+  common.unitsGiven = !raw.units.empty();
   if (raw.units == "imperial") {
     common.units = Units::imperial();
   } else if (!raw.units.empty() && raw.units != "metric") {
@@ -110,12 +133,14 @@ std::optional<EarlyEnd> understandCommon(CommonOptions& common, RawOptions const
   if (!raw.language.empty() && !Texts::has(raw.language)) {
     return mistake("there are no texts in the language '" + oneLine(raw.language) + "'; choose en, pt or zh");
   }
-  common.language = raw.language.empty() ? environment.language : raw.language;
+  common.language = raw.language;
   return std::nullopt;
 }
 
 std::optional<EarlyEnd> understandCommand(CommandLine& line, RawOptions const& raw) {
-  auto const provider = enumFromName<WeatherProviderOption>(raw.provider);
+  line.forecast.providerGiven = !raw.provider.empty();
+  auto const provider = enumFromName<WeatherProviderOption>(
+      line.forecast.providerGiven ? std::string_view(raw.provider) : "automatic");
   if (!provider) {
     return mistake("'" + oneLine(raw.provider) + "' is no provider; choose one of " +
                    namesOf<WeatherProviderOption>());
@@ -158,6 +183,7 @@ Result<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> argument
   defineCommon(app, line, raw);
   defineForecast(app, line, raw);
   defineDemo(app, line, raw);
+  defineSettings(app, line, raw);
   std::ranges::reverse(arguments);
   try {
     app.parse(arguments);

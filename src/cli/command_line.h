@@ -18,13 +18,15 @@ struct CommonOptions {
   std::string services;        ///< empty for the services' own hosts
   std::optional<Instant> now;  ///< the moment to take for now
   Units units;
-  std::string language;
+  bool unitsGiven = false;  ///< otherwise the settings' or the region's
+  std::string language;     ///< empty when not given: the settings' or the environment's
   bool verbose = false;
 };
 
 struct ForecastOptions {
   std::string place;
   WeatherProviderOption provider = WeatherProviderOption::automatic;
+  bool providerGiven = false;  ///< otherwise the settings'
   bool noCache = false;
   bool raw = false;
   bool json = false;
@@ -33,13 +35,23 @@ struct ForecastOptions {
   int width = 0;  ///< 0: the terminal's
 };
 
+struct SettingsOptions {
+  enum class Action { list, get, set, reset };
+
+  Action action = Action::list;
+  std::string key;
+  std::string value;
+  bool json = false;
+};
+
 struct CommandLine {
-  enum class Command { forecast, demo };
+  enum class Command { forecast, demo, settings };
 
   Command command = Command::forecast;
   CommonOptions common;
   ForecastOptions forecast;
   DemoOptions demo;
+  SettingsOptions settings;
 };
 
 /// A command line that ends before any command runs: help and version (exit code 0, to standard output) or a

@@ -159,9 +159,7 @@ int runForecast(CommandLine const& line, Session const& session) {
     return session.fail(exitCode::kUnavailable, "the provider " + std::string(enumName(options.provider)) +
                                                     " is not available in this version; choose openMeteo");
   }
-  auto configuration = loadConfiguration(session.environment.configDirectory / "config.json");
-  if (!configuration) return session.fail(exitCode::kUnavailable, configuration.error());
-  return ForecastRun(line, session, std::move(*configuration)).run(*place);
+  return ForecastRun(line, session, configurationOf(*session.settings)).run(*place);
 }
 
 }  // namespace nimbara

@@ -1,4 +1,3 @@
-#include "app/configuration.h"
 #include "app/forecast_service.h"
 #include "app/place.h"
 #include "app/service_directory.h"
@@ -7,9 +6,6 @@
 #include "support/open_meteo_answer.h"
 
 #include <gtest/gtest.h>
-
-#include <filesystem>
-#include <fstream>
 
 namespace nimbara {
 namespace {
@@ -57,50 +53,6 @@ TEST(ServiceDirectory, TakesOnlyRealBaseAddresses) {
   for (char const* const text :
        {"", "localhost:80", "ftp://x", "http://", "https:///", "http://a b", "http://a?b", "http://a#b"}) {
     EXPECT_EQ(normalizedBase(text), std::nullopt) << text;
-  }
-}
-
-class ConfigurationTest : public testing::Test {
- protected:
-  void TearDown() override { std::filesystem::remove(file_); }
-
-  Result<Configuration, std::string> load(std::string const& content) {
-    std::ofstream(file_) << content;
-    return loadConfiguration(file_);
-  }
-
-  std::filesystem::path file_ = std::filesystem::path(testing::TempDir()) / "nimbara-config-test.json";
-};
-
-TEST_F(ConfigurationTest, HasDefaultsWithoutAFile) {
-  auto const configuration = loadConfiguration(file_);
-  ASSERT_TRUE(configuration);
-  EXPECT_EQ(userAgent(*configuration).substr(0, 8), "nimbara/");
-  EXPECT_EQ(userAgent(*configuration).find('('), std::string::npos);
-}
-
-TEST_F(ConfigurationTest, ReadsContactHostsAndKeys) {
-  auto const configuration =
-      load(R"({"contact":"me@example.org\r\nX-Evil: 1","services":{"openMeteo":{"apiKey":"k"}},"later":1})");
-  ASSERT_TRUE(configuration) << configuration.error();
-  EXPECT_EQ(configuration->services.at("openMeteo").apiKey, "k");
-  EXPECT_TRUE(userAgent(*configuration).ends_with(" (me@example.org X-Evil: 1)"));
-}
-
-TEST_F(ConfigurationTest, NamesWhatIsWrong) {
-  struct Row {
-    std::string_view content;
-    std::string_view problem;
-  };
-  for (Row const& row :
-       {Row{"{", "not JSON"}, Row{R"({"contact":7})", "/contact: a text is expected"},
-        Row{R"({"services":{"openMeteo":{"host":"localhost"}}})", "/services/openMeteo/host"},
-        Row{R"({"services":{"myService":{}}})", "/services/myService: there is no such service"},
-        Row{"", "not JSON"}}) {
-    auto const refused = load(std::string(row.content));
-    ASSERT_FALSE(refused) << row.content;
-    EXPECT_NE(refused.error().find(row.problem), std::string::npos) << refused.error();
-    EXPECT_NE(refused.error().find(file_.string()), std::string::npos);
   }
 }
 

@@ -10,6 +10,7 @@
 #include "support/loopback_server.h"
 #include "support/open_meteo_answer.h"
 #include "support/samples.h"
+#include "support/temporary_directory.h"
 #include "support/test_console.h"
 
 #include <gtest/gtest.h>
@@ -178,13 +179,15 @@ TEST_F(ForecastTest, SaysWhenNoPlaceHasTheName) {
   expectOneLine(forecast({"Atlantis"}), exitCode::kUnavailable, "No results found for the given location");
 }
 
-TEST_F(ForecastTest, SaysWhatIsWrongWithTheConfiguration) {
+TEST_F(ForecastTest, GoesOnWithTheDefaultsWhenTheSettingsAreBroken) {
+  test::TemporaryDirectory const directory;
   Environment environment = plainEnvironment();
-  environment.configDirectory = std::filesystem::path(testing::TempDir()) / "nimbara-broken-configuration";
-  std::filesystem::create_directories(environment.configDirectory);
-  std::ofstream(environment.configDirectory / "config.json") << "{";
-  expectOneLine(forecast({"Berlin"}, 0, environment), exitCode::kUnavailable, "config.json");
-  std::filesystem::remove_all(environment.configDirectory);
+  environment.dataDirectory = directory.path();
+  std::ofstream(directory.path() / "nimbara.db") << "no database";
+  CliRun const result = forecast({"Berlin"}, 0, environment);
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_NE(result.err.find("nimbara.db cannot be read"), std::string::npos) << result.err;
+  EXPECT_NE(result.err.find("the defaults are used"), std::string::npos) << result.err;
 }
 
 struct FaultRow {

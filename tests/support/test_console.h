@@ -28,10 +28,10 @@ struct CliRun {
   std::string err;
 };
 
-/// Surroundings that no machine disturbs: no configuration, UTC, UTF-8, no colours asked for or against.
+/// Surroundings that no machine disturbs: no settings, UTC, UTF-8, no colours asked for or against.
 inline Environment plainEnvironment() {
   Environment environment;
-  environment.configDirectory = std::filesystem::path(testing::TempDir()) / "nimbara-without-configuration";
+  environment.dataDirectory = std::filesystem::path(testing::TempDir()) / "nimbara-without-settings";
   environment.program = NIMBARA_PROGRAM;
   return environment;
 }

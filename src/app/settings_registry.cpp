@@ -1,0 +1,106 @@
+#include "app/settings_registry.h"
+
+#include "base/texts.h"
+#include "base/units.h"
+#include "providers/provider_option.h"
+
+#include <algorithm>
+#include <array>
+
+namespace nimbara {
+
+namespace {
+
+/// The cases of an enumeration and, before them, "automatic".
+template <NamedEnum E>
+constexpr auto kAutomaticOr = [] {
+  std::array<std::string_view, enumNames<E>.size() + 1> choices{"automatic"};
+  std::ranges::copy(enumNames<E>, choices.begin() + 1);
+  return choices;
+}();
+
+bool isLanguage(std::string_view text) {
+  return text == "automatic" || std::ranges::count(Texts::languages(), text) > 0;
+}
+
+bool isHost(std::string_view text) {
+  return text.empty() || normalizedBase(text).has_value();
+}
+
+constexpr std::string_view kAutomatic = "automatic";
+constexpr std::string_view kNone;
+
+constexpr SettingDefinition kGeneral[] = {
+    {"preferredProvider", kAutomatic, "The forecast service that is asked first",
+     enumNames<WeatherProviderOption>},
+    {"temperatureUnit", kAutomatic, "Unit of temperatures", kAutomaticOr<TemperatureUnit>},
+    {"windUnit", kAutomatic, "Unit of wind speeds", kAutomaticOr<WindUnit>},
+    {"pressureUnit", kAutomatic, "Unit of air pressure", kAutomaticOr<PressureUnit>},
+    {"precipitationUnit", kAutomatic, "Unit of rain", kAutomaticOr<PrecipitationUnit>},
+    {"visibilityUnit", kAutomatic, "Unit of visibility and distances", kAutomaticOr<DistanceUnit>},
+    {.key = "language",
+     .byDefault = kAutomatic,
+     .explanation = "Language of the texts",
+     .accepts = &isLanguage,
+     .expected = "automatic or the code of a language that has texts: en, pt, zh"},
+    {"contact", kNone, "Your e-mail or web address, which the services are told"},
+    {"appleWeatherKeyFile", kNone, "File of the private key for Apple Weather"},
+    {"appleWeatherKeyID", kNone, "Identifier of that key"},
+    {"appleWeatherTeamID", kNone, "Identifier of the developer team that it belongs to"},
+    {"appleWeatherServiceID", kNone, "Identifier of the service that it is registered for"},
+};
+
+/// A service's name and an ending, joined by the compiler.
+struct ServiceKey {
+  std::array<char, 48> characters{};
+  std::size_t size = 0;
+
+  constexpr std::string_view text() const { return {characters.data(), size}; }
+};
+
+constexpr std::size_t kServices = enumNames<Service>.size();
+
+constexpr std::array<ServiceKey, kServices> keysEndingIn(std::string_view ending) {
+  std::array<ServiceKey, kServices> keys;
+  for (std::size_t i = 0; i < kServices; ++i) {
+    for (std::string_view const part : {enumNames<Service>[i], ending}) {
+      for (char const c : part) keys[i].characters[keys[i].size++] = c;
+    }
+  }
+  return keys;
+}
+
+constexpr auto kHostKeys = keysEndingIn("Host");
+constexpr auto kApiKeyKeys = keysEndingIn("ApiKey");
+
+constexpr auto kServiceSettings = [] {
+  std::array<SettingDefinition, 2 * kServices> table{};
+  for (std::size_t i = 0; i < kServices; ++i) {
+    table[2 * i] = {.key = kHostKeys[i].text(),
+                    .byDefault = kNone,
+                    .explanation = "Address that stands in place of the service's own",
+                    .accepts = &isHost,
+                    .expected = "an address like https://host, or nothing"};
+    table[2 * i + 1] = {.key = kApiKeyKeys[i].text(),
+                        .byDefault = kNone,
+                        .explanation = "Your key for the service, sent to it alone"};
+  }
+  return table;
+}();
+
+}  // namespace
+
+SettingsRegistry const& settingsRegistry() {
+  static SettingsRegistry const kRegistry{kGeneral, kServiceSettings};
+  return kRegistry;
+}
+
+std::string_view hostSetting(Service service) {
+  return kHostKeys[static_cast<std::size_t>(service)].text();
+}
+
+std::string_view apiKeySetting(Service service) {
+  return kApiKeyKeys[static_cast<std::size_t>(service)].text();
+}
+
+}  // namespace nimbara
