@@ -59,6 +59,7 @@ int runCli(std::vector<std::string> arguments, Session const& session) {
   }
   SqliteSettingsStore store(session.environment.dataDirectory, settingsRegistry());
   auto const [settings, problem] = store.settings();
+  store.release();
   if (problem && !needsStore(line->command)) {
     session.console.err("nimbara: " + oneLine(problem->message, 500) + "; the defaults are used\n");
   }

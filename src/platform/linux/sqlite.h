@@ -49,4 +49,8 @@ class SqliteConnection {
   std::unique_ptr<sqlite3, Closer> database_;
 };
 
+/// Tells the system that the library's code is not needed now: a megabyte that counts to the process as long
+/// as it runs. Code that is needed again comes back by itself from the file.
+void giveBackSqliteCode();
+
 }  // namespace nimbara

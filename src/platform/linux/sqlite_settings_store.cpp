@@ -149,6 +149,12 @@ Result<void, StoreError> SqliteSettingsStore::change(StoreArea area, StoreDecisi
   return {};
 }
 
+void SqliteSettingsStore::release() {
+  std::lock_guard const lock(mutex_);
+  connection_.reset();
+  giveBackSqliteCode();
+}
+
 Result<std::unique_ptr<SettingsWatch>, StoreError> SqliteSettingsStore::watch() {
   if (auto const made = makeSettingsDirectory(directory_); !made) return std::unexpected(made.error());
   return watchSettingsDatabase(directory_);

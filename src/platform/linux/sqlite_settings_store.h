@@ -24,6 +24,9 @@ class SqliteSettingsStore final : public SettingsStore {
   Result<std::unique_ptr<SettingsWatch>, StoreError> watch() override;
 
   std::filesystem::path file() const;
+  /// Lets go of the file and of SQLite's memory until the next use, for processes that are done with it
+  /// early.
+  void release();
 
  private:
   Result<SettingValues, StoreError> readOnce(StoreArea area, SqliteAccess access);
