@@ -1,8 +1,11 @@
 # One library per folder of src/, one test program per folder of tests/, all sharing one precompiled header.
 
+# The library takes every source of its folder but a program's main.cpp.
 function(nimbara_library name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;USES;PRIVATE_USES")
-  add_library(${name} STATIC ${arg_SOURCES})
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "USES;PRIVATE_USES")
+  file(GLOB sources CONFIGURE_DEPENDS *.cpp)
+  list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
+  add_library(${name} STATIC ${sources})
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
   target_link_libraries(${name} PUBLIC ${arg_USES} PRIVATE ${arg_PRIVATE_USES})
   if(name STREQUAL "nimbara_base")

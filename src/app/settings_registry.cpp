@@ -2,7 +2,7 @@
 
 #include "base/texts.h"
 #include "base/units.h"
-#include "providers/provider_option.h"
+#include "model/provider_option.h"
 
 #include <algorithm>
 #include <array>
