@@ -12,8 +12,8 @@ class FakeHttpClient final : public HttpClient {
  public:
   using Answer = Result<HttpResponse, HttpError>;
 
-  void willAnswer(int status, std::string body) {
-    answers_.emplace_back(HttpResponse{status, {}, std::move(body)});
+  void willAnswer(int status, std::string body, HttpHeaders headers = {}) {
+    answers_.emplace_back(HttpResponse{status, std::move(headers), std::move(body)});
   }
   void willFail(HttpError error) { answers_.emplace_back(std::unexpected(std::move(error))); }
 
