@@ -4,20 +4,19 @@
 
 namespace nimbara {
 
-namespace {
+std::optional<Calendar> knownCalendar(TimeZoneLookup const& lookup, Coordinate place) {
+  return lookup ? Calendar::forZone(lookup(place)) : std::nullopt;
+}
+
+Calendar placeCalendar(TimeZoneLookup const& lookup, Coordinate place) {
+  if (auto known = knownCalendar(lookup, place)) return std::move(*known);
+  return nauticalCalendar(place.longitude);
+}
 
 Calendar nauticalCalendar(double longitude) {
   constexpr double kDegreesAnHour = 15;
   return Calendar::fixedOffset(
       std::chrono::hours(static_cast<int>(roundHalfAway(longitude / kDegreesAnHour))));
-}
-
-}  // namespace
-
-Calendar placeCalendar(TimeZoneLookup const& lookup, Coordinate place) {
-  std::string const zone = lookup ? lookup(place) : std::string();
-  if (auto calendar = Calendar::forZone(zone)) return std::move(*calendar);
-  return nauticalCalendar(place.longitude);
 }
 
 }  // namespace nimbara

@@ -6,6 +6,7 @@
 #include "base/geodesy.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace nimbara {
@@ -13,7 +14,11 @@ namespace nimbara {
 /// The IANA name of a place's zone, or an empty text when nobody knows it.
 using TimeZoneLookup = std::function<std::string(Coordinate)>;
 
-/// The calendar of the place's zone; without a known zone that of its nautical one, whole hours by longitude.
+/// The calendar of the place's zone, when the lookup knows one.
+std::optional<Calendar> knownCalendar(TimeZoneLookup const& lookup, Coordinate place);
+
+/// Without a known zone that of the nautical one: whole hours by longitude.
 Calendar placeCalendar(TimeZoneLookup const& lookup, Coordinate place);
+Calendar nauticalCalendar(double longitude);
 
 }  // namespace nimbara

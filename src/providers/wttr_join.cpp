@@ -1,0 +1,182 @@
+#include "providers/wttr_join.h"
+
+#include "base/number.h"
+#include "base/text.h"
+#include "base/units.h"
+#include "providers/interchange.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace nimbara {
+
+namespace {
+
+constexpr double kFarthestKm = 100;
+constexpr int kMinutesADay = 24 * 60;
+
+bool isNumber(std::string const& text) {
+  return parseDouble(text).has_value();
+}
+
+/// What is no number is no reading.
+void clearUnlessNumber(std::string& text) {
+  if (!isNumber(text)) text.clear();
+}
+
+void fillTemperatures(std::string& celsius, std::string& fahrenheit) {
+  clearUnlessNumber(celsius);
+  clearUnlessNumber(fahrenheit);
+  if (celsius.empty() && !fahrenheit.empty()) {
+    celsius = roundedText(celsiusFromFahrenheit(lenientDouble(fahrenheit)));
+  } else if (fahrenheit.empty() && !celsius.empty()) {
+    fahrenheit = roundedText(fahrenheitFromCelsius(lenientDouble(celsius)));
+  }
+}
+
+template <class Condition>
+DetailFields detailsOf(Condition const& condition) {
+  struct Row {
+    WeatherDetailField field;
+    std::string Condition::* text;
+  };
+  constexpr Row kRows[] = {{WeatherDetailField::humidity, &Condition::humidity},
+                           {WeatherDetailField::visibility, &Condition::visibility},
+                           {WeatherDetailField::pressure, &Condition::pressure},
+                           {WeatherDetailField::uvIndex, &Condition::uvIndex},
+                           {WeatherDetailField::cloudCover, &Condition::cloudcover}};
+  DetailFields details;
+  for (Row const& row : kRows) {
+    if (isNumber(condition.*row.text)) details.insert(row.field);
+  }
+  return details;
+}
+
+template <class Condition>
+void fitShared(Condition& condition) {
+  fillTemperatures(condition.tempC, condition.tempF);
+  fillTemperatures(condition.feelsLikeC, condition.feelsLikeF);
+  if (condition.feelsLikeC.empty()) {
+    condition.feelsLikeC = condition.tempC;
+    condition.feelsLikeF = condition.tempF;
+  }
+  if (condition.weatherDesc.empty()) condition.weatherDesc = {{"Unknown"}};
+  condition.availableDetailFields = detailsOf(condition);
+}
+
+std::optional<int> hourOf(HourlyCondition const& hour) {
+  auto const time = parseInteger(hour.time);
+  if (!time || *time < 0 || *time > 2300) return std::nullopt;
+  return *time / 100;
+}
+
+void fitHours(std::vector<HourlyCondition>& hours) {
+  for (HourlyCondition& hour : hours) {
+    fitShared(hour);
+    fillTemperatures(hour.dewPointC, hour.dewPointF);
+    if (!hour.dewPointC.empty()) hour.availableDetailFields.insert(WeatherDetailField::dewPoint);
+  }
+  std::erase_if(hours, [](HourlyCondition const& hour) { return !hourOf(hour) || hour.tempC.empty(); });
+  std::ranges::stable_sort(hours, {}, [](HourlyCondition const& hour) { return *hourOf(hour); });
+}
+
+double temperatureOf(HourlyCondition const& hour) {
+  return lenientDouble(hour.tempC);
+}
+
+/// Extremes that are missing are taken from the hours.
+void fitDay(WeatherDay& day) {
+  fitHours(day.hourly);
+  fillTemperatures(day.maxtempC, day.maxtempF);
+  fillTemperatures(day.mintempC, day.mintempF);
+  fillTemperatures(day.avgtempC, day.avgtempF);
+  if (!day.hourly.empty()) {
+    auto const [least, most] = std::ranges::minmax_element(day.hourly, {}, temperatureOf);
+    if (day.maxtempC.empty()) day.maxtempC = most->tempC;
+    if (day.mintempC.empty()) day.mintempC = least->tempC;
+  }
+  if (day.avgtempC.empty() && !day.maxtempC.empty() && !day.mintempC.empty()) {
+    day.avgtempC = roundedText((lenientDouble(day.maxtempC) + lenientDouble(day.mintempC)) / 2);
+  }
+  fillTemperatures(day.maxtempC, day.maxtempF);
+  fillTemperatures(day.mintempC, day.mintempF);
+  fillTemperatures(day.avgtempC, day.avgtempF);
+}
+
+bool isUsable(WeatherDay const& day) {
+  return parseDate(day.date) && !day.maxtempC.empty() && !day.mintempC.empty();
+}
+
+void fitPresent(WttrResponse& record) {
+  for (CurrentCondition& current : record.currentCondition) fitShared(current);
+  std::erase_if(record.currentCondition,
+                [](CurrentCondition const& current) { return current.tempC.empty(); });
+  // The present has no dew point in this format; its hour has.
+  bool const hoursHave =
+      !record.weather.empty() && !record.weather.front().hourly.empty() &&
+      record.weather.front().hourly.front().availableDetailFields.contains(WeatherDetailField::dewPoint);
+  for (CurrentCondition& current : record.currentCondition) {
+    if (hoursHave) current.availableDetailFields.insert(WeatherDetailField::dewPoint);
+  }
+}
+
+bool isElsewhere(std::vector<NearestArea> const& areas, Coordinate place) {
+  if (areas.empty()) return false;
+  auto const latitude = parseDouble(areas.front().latitude);
+  auto const longitude = parseDouble(areas.front().longitude);
+  if (!latitude || !longitude) return false;
+  return haversineKm({*latitude, *longitude}, place) > kFarthestKm;
+}
+
+/// The town that the service names, at the place that was asked for.
+NearestArea areaOf(std::vector<NearestArea> const& areas, Coordinate place) {
+  NearestArea const plain = writeArea(place);
+  if (areas.empty() || firstText(areas.front().areaName).empty()) return plain;
+  NearestArea area = areas.front();
+  area.latitude = plain.latitude;
+  area.longitude = plain.longitude;
+  return area;
+}
+
+/// The present has a clock of the place ("2026-11-21 10:14 AM") and one of Greenwich ("09:14 AM"). Their
+/// difference is the offset but for whole days; the nautical zone tells which.
+std::optional<Calendar> calendarByClocks(WttrResponse const& answer, Coordinate place) {
+  if (answer.currentCondition.empty()) return std::nullopt;
+  CurrentCondition const& current = answer.currentCondition.front();
+  auto const blank = current.localObsDateTime.find(' ');
+  if (blank == std::string::npos) return std::nullopt;
+  auto const local = parseClock12(current.localObsDateTime.substr(blank + 1));
+  auto const greenwich = parseClock12(current.observationTime);
+  if (!local || !greenwich) return std::nullopt;
+  double const nautical = place.longitude / 360 * kMinutesADay;
+  int const difference = *local - *greenwich;
+  int const wholeDays = static_cast<int>(std::lround((nautical - difference) / kMinutesADay));
+  return Calendar::fixedOffset(std::chrono::minutes(difference + wholeDays * kMinutesADay));
+}
+
+Calendar calendarFor(WttrResponse const& answer, Coordinate place, TimeZoneLookup const& timeZone) {
+  if (auto known = knownCalendar(timeZone, place)) return std::move(*known);
+  if (auto told = calendarByClocks(answer, place)) return std::move(*told);
+  return nauticalCalendar(place.longitude);
+}
+
+}  // namespace
+
+Result<WttrResponse, APIError> joinWttr(WttrResponse answer, Coordinate place,
+                                        TimeZoneLookup const& timeZone) {
+  if (isElsewhere(answer.nearestArea, place)) {
+    return std::unexpected(APIError::of(APIError::Case::noResults));
+  }
+  answer.timeZone = calendarFor(answer, place, timeZone).zoneId();
+  answer.nearestArea = {areaOf(answer.nearestArea, place)};
+  answer.request = {writeRequest(place)};
+  for (WeatherDay& day : answer.weather) fitDay(day);
+  std::erase_if(answer.weather, [](WeatherDay const& day) { return !isUsable(day); });
+  fitPresent(answer);
+  if (answer.weather.empty() && answer.currentCondition.empty()) {
+    return std::unexpected(APIError::of(APIError::Case::noResults));
+  }
+  return answer;
+}
+
+}  // namespace nimbara
