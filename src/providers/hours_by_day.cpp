@@ -34,6 +34,11 @@ class LocalClock {
   bool isConstant_ = false;
 };
 
+template <class T>
+void fill(std::optional<T>& gap, std::optional<T> const& value) {
+  if (!gap) gap = value;
+}
+
 }  // namespace
 
 HoursByDay hoursByDay(std::vector<HourlyEntry>& entries, Calendar const& calendar) {
@@ -54,6 +59,24 @@ HourlyEntry const* hourContaining(std::vector<HourlyEntry> const& entries, Insta
   if (after == entries.begin()) return nullptr;
   HourlyEntry const& entry = *std::prev(after);
   return instant - entry.begin < hours(1) ? &entry : nullptr;
+}
+
+void fillGaps(HourlyEntry& present, HourlyEntry const& hour) {
+  if (!present.temperature2m) fill(present.apparentTemperature, hour.apparentTemperature);
+  fill(present.temperature2m, hour.temperature2m);
+  fill(present.relativeHumidity2m, hour.relativeHumidity2m);
+  fill(present.dewPoint2m, hour.dewPoint2m);
+  fill(present.weatherCode, hour.weatherCode);
+  fill(present.condition, hour.condition);
+  fill(present.cloudCover, hour.cloudCover);
+  fill(present.precipitation, hour.precipitation);
+  fill(present.windSpeed10m, hour.windSpeed10m);
+  fill(present.windDirection10m, hour.windDirection10m);
+  fill(present.windGusts10m, hour.windGusts10m);
+  fill(present.pressureMsl, hour.pressureMsl);
+  fill(present.visibility, hour.visibility);
+  fill(present.uvIndex, hour.uvIndex);
+  fill(present.isDay, hour.isDay);
 }
 
 }  // namespace nimbara

@@ -19,4 +19,8 @@ HoursByDay hoursByDay(std::vector<HourlyEntry>& entries, Calendar const& calenda
 /// The hour that contains `instant`, or null.
 HourlyEntry const* hourContaining(std::vector<HourlyEntry> const& entries, Instant instant);
 
+/// Gives the present what only its hour knows. A feels-like of another temperature than the present one would
+/// mislead, so the two are taken together.
+void fillGaps(HourlyEntry& present, HourlyEntry const& hour);
+
 }  // namespace nimbara

@@ -118,29 +118,6 @@ HourlyEntry entryOf(OMCurrent const& current) {
   return entry;
 }
 
-template <class T>
-void fill(std::optional<T>& gap, std::optional<T> const& value) {
-  if (!gap) gap = value;
-}
-
-/// A feels-like of another temperature than the present one would mislead, so the two are taken together.
-void fillGaps(HourlyEntry& present, HourlyEntry const& hour) {
-  if (!present.temperature2m) fill(present.apparentTemperature, hour.apparentTemperature);
-  fill(present.temperature2m, hour.temperature2m);
-  fill(present.relativeHumidity2m, hour.relativeHumidity2m);
-  fill(present.dewPoint2m, hour.dewPoint2m);
-  fill(present.weatherCode, hour.weatherCode);
-  fill(present.cloudCover, hour.cloudCover);
-  fill(present.precipitation, hour.precipitation);
-  fill(present.windSpeed10m, hour.windSpeed10m);
-  fill(present.windDirection10m, hour.windDirection10m);
-  fill(present.windGusts10m, hour.windGusts10m);
-  fill(present.pressureMsl, hour.pressureMsl);
-  fill(present.visibility, hour.visibility);
-  fill(present.uvIndex, hour.uvIndex);
-  fill(present.isDay, hour.isDay);
-}
-
 std::optional<CurrentCondition> currentOf(OpenMeteoResponse const& response,
                                           std::vector<HourlyEntry> const& entries, AnswerTime const& time,
                                           Instant now) {
