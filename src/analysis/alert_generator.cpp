@@ -2,6 +2,7 @@
 
 #include "analysis/felt_temperature.h"
 #include "base/time_words.h"
+#include "model/present.h"
 #include "model/process.h"
 #include "model/upcoming_hours.h"
 
@@ -144,7 +145,7 @@ class Run {
     return hour == nullptr ? std::string() : words_.aroundSuffix(hour->date, now_);
   }
 
-  bool hasReading() const { return weather_.current.isReading(); }
+  bool hasReading() const { return hasYoungReading(weather_, now_); }
 
   /// Heat (`sign` +1) or, mirrored, cold (-1): the extreme of the coming hours against the present.
   template <std::size_t count>
@@ -234,7 +235,8 @@ class Run {
     constexpr std::string_view kTitle = "alert.gen.uvHigh";
     constexpr std::string_view kIcon = "sun.max.trianglebadge.exclamationmark";
     auto const* const hour = peak(long_, &HourlyForecast::uvIndex);
-    int const value = std::max(weather_.current.uvIndex, hour == nullptr ? 0 : hour->uvIndex);
+    int const value =
+        std::max(hasReading() ? weather_.current.uvIndex : 0, hour == nullptr ? 0 : hour->uvIndex);
     if (value < 8) return;
     Severity const severity = value >= 11 ? Severity::warning : Severity::advisory;
     if (hour != nullptr) return add(severity, kTitle, kIcon, "alert.gen.uvAt.msg", value, label(*hour));
@@ -243,7 +245,8 @@ class Run {
 
   void wind() {
     auto const* const hour = peak(long_, windOf);
-    double const value = std::max(weather_.current.windSpeedKmph, hour == nullptr ? 0 : windOf(*hour));
+    double const value =
+        std::max(hasReading() ? weather_.current.windSpeedKmph : 0, hour == nullptr ? 0 : windOf(*hour));
     Level const* const level = reached(kWind, value);
     if (level == nullptr) return;
     auto const whole = static_cast<int>(convert(value, units_.wind));

@@ -41,8 +41,9 @@ std::string cacheKey(Coordinate place) {
   return plainDecimal(place.latitude) + "," + plainDecimal(place.longitude);
 }
 
-WeatherCache::WeatherCache(std::filesystem::path cacheDirectory, Clock const& clock, std::chrono::seconds ttl)
-    : cacheDirectory_(std::move(cacheDirectory)), clock_(clock), ttl_(ttl) {}
+WeatherCache::WeatherCache(std::filesystem::path cacheDirectory, Clock const& clock, Source source,
+                           std::chrono::seconds ttl)
+    : cacheDirectory_(std::move(cacheDirectory)), clock_(clock), source_(source), ttl_(ttl) {}
 
 std::string WeatherCache::fileName(std::string_view key) {
   return sha256Hex(normalized(key)) + ".json";
@@ -53,10 +54,11 @@ void WeatherCache::markUsed(std::string const& key) {
   memoryAccessOrder_.push_back(key);
 }
 
-void WeatherCache::store(std::string_view key, WttrResponse response) {
+void WeatherCache::store(std::string_view key, WttrResponse response,
+                         std::optional<WeatherProviderOption> provider) {
   std::string const name = normalized(key);
   std::lock_guard const turn(turn_);
-  memoryCache_[name] = {clock_.now(), std::move(response)};
+  memoryCache_[name] = {clock_.now(), std::move(response), provider};
   markUsed(name);
   while (memoryCache_.size() > kMemoryCapacity) {
     memoryCache_.erase(memoryAccessOrder_.front());
@@ -65,6 +67,12 @@ void WeatherCache::store(std::string_view key, WttrResponse response) {
 }
 
 std::optional<WttrResponse> WeatherCache::fetch(std::string_view key) {
+  auto entry = fetchEntry(key);
+  if (!entry) return std::nullopt;
+  return std::move(entry->response);
+}
+
+std::optional<CacheEntry> WeatherCache::fetchEntry(std::string_view key) {
   std::string const name = normalized(key);
   std::lock_guard const turn(turn_);
   auto const found = memoryCache_.find(name);
@@ -72,10 +80,12 @@ std::optional<WttrResponse> WeatherCache::fetch(std::string_view key) {
     return std::nullopt;
   }
   markUsed(name);
-  return found->second.response;
+  return found->second;
 }
 
-void WeatherCache::store(std::string_view key, ParsedCacheEntry const& entry) {
+void WeatherCache::store(std::string_view key, ParsedCacheEntry entry) {
+  if (cacheDirectory_.empty()) return;
+  if (source_ == Source::standIn) entry.standIn = true;
   std::string const bytes = encodeJson(entry);
   std::lock_guard const turn(turn_);
   std::call_once(swept_, [this] { sweepTemporaries(cacheDirectory_); });
@@ -84,22 +94,26 @@ void WeatherCache::store(std::string_view key, ParsedCacheEntry const& entry) {
 }
 
 std::optional<ParsedCacheEntry> WeatherCache::load(std::string_view key) {
+  if (cacheDirectory_.empty()) return std::nullopt;
   auto const bytes = [&] {
     std::lock_guard const turn(turn_);
     return readFile(cacheDirectory_ / fileName(key), kLargestFile);
   }();
   if (!bytes) return std::nullopt;
   auto entry = decodeJson<ParsedCacheEntry>(*bytes);
-  if (!entry) return std::nullopt;
+  bool const isForeign = entry && entry->standIn == true && source_ == Source::services;
+  if (!entry || isForeign) return std::nullopt;
   return std::move(*entry);
 }
 
 void WeatherCache::saveLastLocation(std::string_view key) {
+  if (cacheDirectory_.empty()) return;
   std::lock_guard const turn(turn_);
   (void)writeFileAtomically(cacheDirectory_ / kLastLocation, key);
 }
 
 std::optional<std::string> WeatherCache::loadLastLocation() {
+  if (cacheDirectory_.empty()) return std::nullopt;
   std::lock_guard const turn(turn_);
   auto const bytes = readFile(cacheDirectory_ / kLastLocation, kLongestKey);
   if (!bytes || trimmed(*bytes).empty()) return std::nullopt;

@@ -26,11 +26,13 @@ namespace nimbara {
 struct CacheEntry {
   Instant timestamp;  ///< when the answer arrived
   WttrResponse response;
+  std::optional<WeatherProviderOption> provider;  ///< the one that answered
 };
 
 template <>
 inline constexpr auto jsonFields<CacheEntry> =
-    std::tuple{field("timestamp", &CacheEntry::timestamp), field("response", &CacheEntry::response)};
+    std::tuple{field("timestamp", &CacheEntry::timestamp), field("response", &CacheEntry::response),
+               field("_nimbaraProvider", &CacheEntry::provider)};
 
 /// One file on disk.
 struct ParsedCacheEntry {
@@ -38,6 +40,7 @@ struct ParsedCacheEntry {
   WeatherData data;
   ForecastInsight insight;
   std::optional<WeatherProviderOption> provider;  ///< the one that answered
+  std::optional<bool> standIn;                    ///< true for what a stand-in of the services made up
 
   bool operator==(ParsedCacheEntry const&) const = default;
 };
@@ -56,15 +59,22 @@ class WeatherCache {
   static constexpr std::chrono::seconds kTtl{900};
   static constexpr std::size_t kMemoryCapacity = 8;
 
-  WeatherCache(std::filesystem::path cacheDirectory, Clock const& clock, std::chrono::seconds ttl = kTtl);
+  enum class Source { services, standIn };
+
+  /// Without a directory nothing outlives the process. What a stand-in of the services made up is marked in
+  /// its file, and is not taken for a forecast by runs that ask the services themselves.
+  WeatherCache(std::filesystem::path cacheDirectory, Clock const& clock, Source source = Source::services,
+               std::chrono::seconds ttl = kTtl);
 
   /// Keeps a raw answer that arrived now; beyond eight keys the least recently used is dropped.
-  void store(std::string_view key, WttrResponse response);
+  void store(std::string_view key, WttrResponse response, std::optional<WeatherProviderOption> provider = {});
   /// The raw answer when it is younger than the limit.
   std::optional<WttrResponse> fetch(std::string_view key);
+  /// The same with what is known about it.
+  std::optional<CacheEntry> fetchEntry(std::string_view key);
 
   /// Replaces the file of that place.
-  void store(std::string_view key, ParsedCacheEntry const& entry);
+  void store(std::string_view key, ParsedCacheEntry entry);
   /// The file of that place, however old.
   std::optional<ParsedCacheEntry> load(std::string_view key);
 
@@ -83,6 +93,7 @@ class WeatherCache {
 
   std::filesystem::path cacheDirectory_;
   Clock const& clock_;
+  Source source_;
   std::chrono::seconds ttl_;
   std::once_flag swept_;
   std::mutex turn_;

@@ -2,6 +2,20 @@
 
 namespace nimbara {
 
+namespace {
+
+constexpr std::string_view kRefusal = "every provider failed less than five minutes ago";
+
+}  // namespace
+
+APIError APIError::refusal() {
+  return network({HttpError::Kind::timedOut, std::string(kRefusal)});
+}
+
+bool APIError::isRefusal() const {
+  return transport == HttpError::Kind::timedOut && detail == kRefusal;
+}
+
 APIError APIError::network(HttpError const& error) {
   return {Case::networkError, 0, error.message, error.kind};
 }

@@ -22,6 +22,10 @@ struct APIError {
   static APIError http(int statusCode, std::string reason = {});
   static APIError of(Case kind) { return {kind, 0, {}, {}}; }
 
+  /// Nobody was asked, since every provider failed a moment ago.
+  static APIError refusal();
+  bool isRefusal() const;
+
   /// The fixed text of the case with its payload.
   std::string description() const;
   /// The description and, where the service gave one, its reason.

@@ -88,15 +88,17 @@ template <class T>
 Result<T, APIError> hardTimeout(std::chrono::milliseconds limit, LateWork& late,
                                 std::function<Result<T, APIError>(std::stop_token)> operation,
                                 std::stop_token const& caller = {}) {
+  auto const cancelled = [] {
+    return std::unexpected(APIError::network({HttpError::Kind::cancelled, "cancelled"}));
+  };
+  if (caller.stop_requested()) return cancelled();
   auto const box = std::make_shared<HardTimeoutBox<T>>();
   auto const ended = std::make_shared<std::atomic<bool>>(false);
   std::jthread work([box, ended, operation = std::move(operation)](std::stop_token const& stop) {
     box->finish(operation(stop));
     ended->store(true);
   });
-  std::stop_callback const cancel(caller, [&box] {
-    box->finish(std::unexpected(APIError::network({HttpError::Kind::cancelled, "cancelled"})));
-  });
+  std::stop_callback const cancel(caller, [&] { box->finish(cancelled()); });
   auto outcome = box->wait(limit);
   late.keep(std::move(work), ended);
   return outcome;

@@ -20,10 +20,6 @@ WeatherProviderOption optionOf(AutomaticProvider provider) {
   return *enumFromName<WeatherProviderOption>(enumName(provider));
 }
 
-APIError allCoolingDown() {
-  return APIError::network({HttpError::Kind::timedOut, "every provider failed less than five minutes ago"});
-}
-
 }  // namespace
 
 bool isCoolingDown(ProviderRecord const& record, Instant now) {
@@ -73,7 +69,7 @@ WeatherProviderManager::Outcome WeatherProviderManager::attempt(AutomaticProvide
 WeatherProviderManager::Outcome WeatherProviderManager::walk(double latitude, double longitude,
                                                              std::stop_token const& stop) {
   auto const records = history_.records();
-  Outcome outcome = std::unexpected(allCoolingDown());
+  Outcome outcome = std::unexpected(APIError::refusal());
   for (std::size_t i = 0; i < providers_.size(); ++i) {
     auto const provider = static_cast<AutomaticProvider>(i);
     auto const record = records.find(enumName(provider));

@@ -285,6 +285,7 @@ TEST(AlertGenerator, TakesNothingFromAForecastWithoutContents) {
   EXPECT_EQ(linesOf(alertsOf(WeatherData{})), "");
   WeatherData past = mildForecast(kHour - std::chrono::days(3), 24);
   for (auto& hour : past.allHourly) hour.windGustKmph = 150;
+  past.current.windSpeedKmph = 150;
   EXPECT_EQ(linesOf(alertsOf(past)), "");
 }
 

@@ -176,11 +176,13 @@ TEST_F(ManagerTest, HonoursAPauseThatAServiceAskedFor) {
 
 /// A provider that goes on whatever its stop token says, until the test lets it end.
 struct Stubborn {
+  std::latch started{1};
   std::latch release{1};
 
   WeatherProviderManager::Providers providers(Scripted& scripted) {
     auto all = scripted.providers();
     all[0].fetch = [this](double, double, std::stop_token) {
+      started.count_down();
       release.wait();
       return answerNamed("too late");
     };
@@ -201,13 +203,18 @@ TEST_F(ManagerTest, ReturnsToACancelledCallerAtOnceAndLeavesNoFailure) {
   Stubborn stubborn;
   WeatherProviderManager subject(stubborn.providers(scripted), history, clock);
   std::stop_source source;
-  source.request_stop();
+  std::jthread const canceller([&] {
+    stubborn.started.wait();
+    source.request_stop();
+  });
   auto const result = subject.fetch(1, 2, source.get_token());
   ASSERT_FALSE(result);
   EXPECT_EQ(result.error().transport, HttpError::Kind::cancelled);
   EXPECT_TRUE(scripted.asked.empty());
   EXPECT_FALSE(history.record("appleWeather").lastFailureAt);
   stubborn.release.count_down();
+  // Who gave up before the call asks nobody.
+  EXPECT_EQ(subject.fetch(1, 2, source.get_token()).error().transport, HttpError::Kind::cancelled);
 }
 
 TEST(HardTimeoutBox, IsSettledExactlyOnce) {
