@@ -46,6 +46,7 @@ Environment Environment::ofProcess() {
   environment.noColor = !variable("NO_COLOR").empty();
   environment.columns = parseInteger(variable("COLUMNS")).value_or(0);
   environment.dataDirectory = baseDirectory("XDG_DATA_HOME", ".local/share") / "nimbara";
+  environment.cacheDirectory = baseDirectory("XDG_CACHE_HOME", ".cache") / "Nimbara";
   std::error_code ignored;
   environment.program = std::filesystem::read_symlink("/proc/self/exe", ignored);
   environment.machineCalendar = Calendar::machine();

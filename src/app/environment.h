@@ -10,15 +10,16 @@
 namespace nimbara {
 
 struct Environment {
-  std::string services;                 ///< NIMBARA_SERVICES
-  std::string now;                      ///< NIMBARA_NOW
-  std::string language;                 ///< LC_ALL, LC_MESSAGES or LANG, whichever is set first
-  std::string measurement;              ///< LC_ALL, LC_MEASUREMENT or LANG: whose units are in use
-  bool utf8 = true;                     ///< the locale's encoding
-  bool noColor = false;                 ///< NO_COLOR
-  int columns = 0;                      ///< COLUMNS; 0 when unset
-  std::filesystem::path dataDirectory;  ///< …/nimbara below XDG_DATA_HOME
-  std::filesystem::path program;        ///< this program's own file
+  std::string services;                  ///< NIMBARA_SERVICES
+  std::string now;                       ///< NIMBARA_NOW
+  std::string language;                  ///< LC_ALL, LC_MESSAGES or LANG, whichever is set first
+  std::string measurement;               ///< LC_ALL, LC_MEASUREMENT or LANG: whose units are in use
+  bool utf8 = true;                      ///< the locale's encoding
+  bool noColor = false;                  ///< NO_COLOR
+  int columns = 0;                       ///< COLUMNS; 0 when unset
+  std::filesystem::path dataDirectory;   ///< …/nimbara below XDG_DATA_HOME
+  std::filesystem::path cacheDirectory;  ///< …/Nimbara below XDG_CACHE_HOME; empty: nothing is kept
+  std::filesystem::path program;         ///< this program's own file
   Calendar machineCalendar = Calendar::utc();
 
   static Environment ofProcess();

@@ -1,14 +1,19 @@
 #include "app/forecast_service.h"
 
 #include "model/process.h"
-#include "providers/geocoder.h"
-#include "providers/open_meteo_client.h"
 
 namespace nimbara {
 
 namespace {
 
 /// Providers know coordinates; a name comes from whoever knows the place.
+void setNames(LocationInfo& location, Place const& place) {
+  if (place.name.empty()) return;
+  location.areaName = place.name;
+  location.country = place.country;
+  location.region = place.region;
+}
+
 void setNames(WttrResponse& response, Place const& place) {
   if (place.name.empty() || response.nearestArea.empty()) return;
   NearestArea& area = response.nearestArea.front();
@@ -19,29 +24,70 @@ void setNames(WttrResponse& response, Place const& place) {
 
 }  // namespace
 
-ForecastService::ForecastService(HttpClient& http, Clock const& clock, ServiceDirectory const& services,
-                                 Calendar fallback)
-    : http_(http), clock_(clock), services_(services), fallback_(std::move(fallback)) {}
+ForecastService::ForecastService(WeatherProviderManager& providers, WeatherCache& cache, Clock const& clock,
+                                 Wording wording)
+    : providers_(providers), cache_(cache), clock_(clock), wording_(std::move(wording)) {}
 
-Result<ForecastAnswer, APIError> ForecastService::fetch(Place const& place, std::stop_token stop) {
-  OpenMeteoClient client(http_, clock_, services_.address(Service::openMeteo));
-  auto response =
-      client.fetchForecast(place.coordinate.latitude, place.coordinate.longitude, std::move(stop));
-  if (!response) return std::unexpected(response.error());
-  setNames(*response, place);
+void ForecastService::finish(Place const& place, ForecastAnswer& answer) const {
+  Instant const now = clock_.now();
+  setNames(answer.data.location, place);
+  answer.stale = !isFresh(answer.answeredAt, now, cache_.ttl());
+  answer.alerts =
+      analysis_.analyze(answer.data, now, wording_.units, *wording_.texts, wording_.fallback).alerts;
+}
+
+ForecastAnswer ForecastService::answerOf(Place const& place, WttrResponse response,
+                                         Instant answeredAt) const {
+  setNames(response, place);
   ForecastAnswer answer;
-  answer.data = process(*response, fallback_, clock_.now());
-  answer.response = std::move(*response);
+  answer.answeredAt = answeredAt;
+  answer.data = process(response, wording_.fallback, answeredAt);
+  answer.response = std::move(response);
+  finish(place, answer);
   return answer;
 }
 
-Result<Place, APIError> ForecastService::find(std::string const& name, std::string_view language,
-                                              std::stop_token stop) {
-  OpenMeteoGeocoder geocoder(http_, services_.address(Service::openMeteoGeocoding));
-  auto const found = geocoder.search(name, language, 1, std::move(stop));
-  if (!found) return std::unexpected(found.error());
-  GeocodedPlace const& best = found->front();
-  return Place{best.coordinate, best.name, best.country, best.region};
+std::optional<ForecastAnswer> ForecastService::cached(Place const& place) {
+  std::string const key = cacheKey(place.coordinate);
+  ForecastAnswer answer;
+  if (auto raw = cache_.fetchEntry(key)) {
+    answer = answerOf(place, std::move(raw->response), raw->timestamp);
+    answer.response.reset();
+    answer.provider = raw->provider;
+  } else if (auto parsed = cache_.load(key)) {
+    answer.answeredAt = parsed->responseTimestamp;
+    answer.data = std::move(parsed->data);
+    answer.provider = parsed->provider;
+    finish(place, answer);
+  } else {
+    return std::nullopt;
+  }
+  answer.fromCache = true;
+  return answer;
+}
+
+Result<ForecastAnswer, APIError> ForecastService::fetch(Place const& place, std::stop_token stop) {
+  auto fetched = providers_.fetch(place.coordinate.latitude, place.coordinate.longitude, std::move(stop));
+  if (!fetched) return std::unexpected(fetched.error());
+  std::string const key = cacheKey(place.coordinate);
+  cache_.store(key, fetched->response, fetched->provider);
+  ForecastAnswer answer = answerOf(place, std::move(fetched->response), clock_.now());
+  answer.provider = fetched->provider;
+  cache_.store(key, {answer.answeredAt, answer.data, {answer.alerts}, answer.provider});
+  return answer;
+}
+
+Result<ForecastAnswer, APIError> ForecastService::get(Place const& place, WeatherProviderOption wanted,
+                                                      std::stop_token stop) {
+  auto kept = cached(place);
+  bool const suits =
+      kept && !kept->stale && (wanted == WeatherProviderOption::automatic || kept->provider == wanted);
+  if (suits) return std::move(*kept);
+  auto fetched = fetch(place, std::move(stop));
+  bool const wasCancelled = !fetched && fetched.error().transport == HttpError::Kind::cancelled;
+  if (fetched || !kept || wasCancelled) return fetched;
+  kept->failure = fetched.error();
+  return std::move(*kept);
 }
 
 }  // namespace nimbara

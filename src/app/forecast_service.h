@@ -1,47 +1,67 @@
-// One forecast for one place: asks the provider, names the place, processes the answer. Owned by the
-// program's entry; what it returns is a value.
+// The forecast of one place: from the cache while it is fresh, else from the providers, else the last good
+// one with its age. Names the place, processes the answer, derives its alerts and keeps it. What it returns
+// is a value; any thread may call.
 #pragma once
 
+#include "analysis/alert_generator.h"
 #include "app/place.h"
-#include "app/service_directory.h"
 #include "base/calendar.h"
-#include "base/result.h"
-#include "model/provider_option.h"
-#include "model/weather_alert.h"
-#include "model/weather_data.h"
+#include "base/texts.h"
+#include "base/units.h"
+#include "model/weather_cache.h"
 #include "platform/clock.h"
-#include "platform/http_client.h"
-#include "providers/api_error.h"
+#include "providers/provider_manager.h"
 
+#include <memory>
+#include <optional>
 #include <stop_token>
-#include <string>
 #include <vector>
 
 namespace nimbara {
 
 struct ForecastAnswer {
-  WttrResponse response;
+  std::optional<WttrResponse> response;  ///< present when the provider answered in this call
   WeatherData data;
-  WeatherProviderOption provider = WeatherProviderOption::openMeteo;  ///< the one that answered
+  std::optional<WeatherProviderOption> provider;  ///< the one that answered
+  Instant answeredAt;                             ///< when it did
   bool fromCache = false;
-  bool stale = false;
-  std::vector<WeatherAlert> alerts;  ///< those made from the forecast
+  bool stale = false;                ///< older than the cache's limit
+  std::optional<APIError> failure;   ///< why nothing newer could be had
+  std::vector<WeatherAlert> alerts;  ///< those made from the forecast, for the moment of the call
+};
+
+/// What the texts of a forecast's alerts depend on.
+struct Wording {
+  Units units;
+  std::shared_ptr<Texts const> texts = std::make_shared<Texts>(Texts::load("en"));
+  Calendar fallback = Calendar::utc();  ///< of places whose zone nobody knows
 };
 
 class ForecastService {
  public:
-  /// `fallback` is the calendar of places whose zone nobody knows.
-  ForecastService(HttpClient& http, Clock const& clock, ServiceDirectory const& services, Calendar fallback);
+  ForecastService(WeatherProviderManager& providers, WeatherCache& cache, Clock const& clock,
+                  Wording wording);
 
+  /// What the cache holds of the place, however old.
+  std::optional<ForecastAnswer> cached(Place const& place);
+  /// Asks the providers and keeps the answer.
   Result<ForecastAnswer, APIError> fetch(Place const& place, std::stop_token stop = {});
-  /// The best match of a name.
-  Result<Place, APIError> find(std::string const& name, std::string_view language, std::stop_token stop = {});
+  /// The cached forecast while it is fresh and comes from `wanted`; else a new one; else, with `failure` set,
+  /// the last good one.
+  Result<ForecastAnswer, APIError> get(Place const& place, WeatherProviderOption wanted,
+                                       std::stop_token stop = {});
+
+  Wording const& wording() const { return wording_; }
 
  private:
-  HttpClient& http_;
+  ForecastAnswer answerOf(Place const& place, WttrResponse response, Instant answeredAt) const;
+  void finish(Place const& place, ForecastAnswer& answer) const;
+
+  WeatherProviderManager& providers_;
+  WeatherCache& cache_;
   Clock const& clock_;
-  ServiceDirectory const& services_;
-  Calendar fallback_;
+  Wording wording_;
+  WeatherAnalysisEngine analysis_;
 };
 
 }  // namespace nimbara

@@ -11,6 +11,9 @@ namespace {
 constexpr std::array<std::string_view, enumNames<Service>.size()> kHosts{
     "https://api.open-meteo.com",
     "https://geocoding-api.open-meteo.com",
+    "https://weatherkit.apple.com",
+    "https://api.met.no",
+    "https://wttr.in",
 };
 
 }  // namespace

@@ -11,12 +11,12 @@
 
 namespace nimbara {
 
-enum class Service { openMeteo, openMeteoGeocoding };
+enum class Service { openMeteo, openMeteoGeocoding, appleWeather, yrNo, wttrIn };
 
 template <>
 inline constexpr auto enumNames<Service> =
-    std::to_array<std::string_view>({"openMeteo", "openMeteoGeocoding"});
-static_assert(enumNamesComplete(Service::openMeteoGeocoding));
+    std::to_array<std::string_view>({"openMeteo", "openMeteoGeocoding", "appleWeather", "yrNo", "wttrIn"});
+static_assert(enumNamesComplete(Service::wttrIn));
 
 /// An http or https address without the slash at its end; nothing for other texts.
 std::optional<std::string> normalizedBase(std::string_view address);

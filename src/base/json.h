@@ -161,6 +161,13 @@ class JsonWriter {
     value(content);
     first_ = false;
   }
+  /// Absent optionals are written as null.
+  template <class T>
+  void memberOrNull(std::string_view key, std::optional<T> const& content) {
+    this->key(key);
+    value(content);
+    first_ = false;
+  }
   void key(std::string_view key);
 
   std::string take() { return std::move(out_); }

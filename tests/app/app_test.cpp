@@ -56,28 +56,5 @@ TEST(ServiceDirectory, TakesOnlyRealBaseAddresses) {
   }
 }
 
-TEST(ForecastService, NamesAndProcessesTheAnswer) {
-  test::FakeHttpClient http;
-  FixedClock const clock(test::at("2026-11-21T09:20:00Z"));
-  ServiceDirectory const services({}, "http://127.0.0.1:1");
-  ForecastService service(http, clock, services, Calendar::utc());
-  http.willAnswer(
-      200, R"({"results":[{"name":"Berlin","latitude":52.52,"longitude":13.41,"country":"Germany"}]})");
-  auto const place = service.find("Berlin", "en");
-  ASSERT_TRUE(place);
-  http.willAnswer(200, test::OpenMeteoAnswer().body());
-  auto const answer = service.fetch(*place);
-  ASSERT_TRUE(answer);
-  EXPECT_EQ(answer->data.location.areaName, "Berlin");
-  EXPECT_EQ(answer->data.location.country, "Germany");
-  EXPECT_EQ(answer->data.location.timeZone, "Europe/Berlin");
-  EXPECT_EQ(answer->data.allHourly.size(), 168U);
-  EXPECT_EQ(answer->provider, WeatherProviderOption::openMeteo);
-  EXPECT_TRUE(http.requests[0].url.starts_with("http://127.0.0.1:1/v1/search?name=Berlin&count=1"));
-  // Without a name the coordinate stands in its place.
-  http.willAnswer(200, test::OpenMeteoAnswer().body());
-  EXPECT_EQ(service.fetch({{52.52, 13.41}, "", "", ""})->data.location.areaName, "52.52°N 13.41°E");
-}
-
 }  // namespace
 }  // namespace nimbara

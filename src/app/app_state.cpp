@@ -1,0 +1,334 @@
+#include "app/app_state.h"
+
+#include <algorithm>
+#include <array>
+
+namespace nimbara {
+
+namespace {
+
+using std::chrono::seconds;
+
+/// After a start, a sleep or a lost network nobody waits for the timer; later retries wait until the
+/// providers may be asked again.
+constexpr std::array kRetryDelays{seconds(5), seconds(15), seconds(45)};
+
+/// How a refresh for a reason is spaced, and whether a fresh cached forecast is good enough for it.
+struct TriggerRule {
+  std::optional<RefreshKind> clock;
+  bool cacheFirst;
+};
+
+constexpr TriggerRule ruleOf(RefreshTrigger trigger) {
+  switch (trigger) {
+    case RefreshTrigger::asked:
+      return {RefreshKind::fast, false};
+    case RefreshTrigger::placeChosen:
+    case RefreshTrigger::foreground:
+      return {RefreshKind::fast, true};
+    case RefreshTrigger::locationChanged:
+      return {RefreshKind::significantLocationChange, true};
+    case RefreshTrigger::timer:
+      return {std::nullopt, false};
+    case RefreshTrigger::start:
+    case RefreshTrigger::networkReturned:
+    case RefreshTrigger::resumed:
+    case RefreshTrigger::retry:
+      return {std::nullopt, true};
+  }
+  return {};
+}
+
+std::string keyOf(Place const& place) {
+  return cacheKey(place.coordinate);
+}
+
+/// A moment that lies farther ahead than anything is ever planned was set by a clock that has been set back.
+bool isDue(std::optional<Instant> due, Instant now, seconds farthest) {
+  return due && (*due <= now || *due - now > farthest);
+}
+
+}  // namespace
+
+AppState::AppState(ForecastService& forecasts, WeatherProviderManager& providers, WeatherCache& cache,
+                   Clock const& clock, TaskRunner& runner, Surroundings surroundings,
+                   RefreshIntervals intervals)
+    : forecasts_(forecasts),
+      providers_(providers),
+      cache_(cache),
+      clock_(clock),
+      runner_(runner),
+      surroundings_(std::move(surroundings)),
+      intervals_(intervals) {}
+
+std::shared_ptr<WeatherState const> AppState::weather() const {
+  std::lock_guard const lock(mutex_);
+  return weather_;
+}
+
+std::optional<Place> AppState::selectedPlace() const {
+  std::lock_guard const lock(mutex_);
+  return selected_;
+}
+
+void AppState::tell(std::function<void()> const& listener) const {
+  if (listener) listener();
+}
+
+template <class Change>
+void AppState::change(Change apply) {
+  {
+    std::lock_guard const lock(mutex_);
+    auto next = std::make_shared<WeatherState>(*weather_);
+    apply(*next);
+    weather_ = std::move(next);
+  }
+  tell(surroundings_.onChange);
+}
+
+bool AppState::isSelected(Place const& place) const {
+  std::lock_guard const lock(mutex_);
+  return selected_ && keyOf(*selected_) == keyOf(place);
+}
+
+void AppState::show(Place const& place, ForecastAnswer const& answer) {
+  change([&](WeatherState& state) {
+    if (!selected_ || keyOf(*selected_) != keyOf(place)) return;
+    state.weatherData = answer.data;
+    state.insight = ForecastInsight{answer.alerts};
+    state.lastUpdated = answer.answeredAt;
+    state.currentWeatherProvider = answer.provider;
+    state.isShowingStaleData = answer.stale;
+  });
+}
+
+void AppState::selectPlace(std::optional<Place> place, RefreshTrigger trigger) {
+  {
+    std::lock_guard const lock(mutex_);
+    bool const isOther = !selected_ || !place || keyOf(*selected_) != keyOf(*place);
+    selected_ = place;
+    if (isOther) {
+      if (currentRefreshTask_.isRunning) currentRefreshTask_.stop.request_stop();
+      timerDue_.reset();
+      retryDue_.reset();
+      retries_ = 0;
+      hasAnswerSinceWake_ = false;
+      auto next = std::make_shared<WeatherState>();
+      next->isLoading = weather_->isLoading;
+      weather_ = std::move(next);
+    }
+  }
+  if (!place) {
+    change([](WeatherState& state) { state.error = AppError{AppError::Case::noLocation, {}}; });
+    return;
+  }
+  cache_.saveLastLocation(keyOf(*place));
+  if (auto const kept = forecasts_.cached(*place)) show(*place, *kept);
+  requestRefresh(trigger);
+}
+
+bool AppState::mayStart(RefreshTrigger trigger, Instant now) const {
+  auto const clock = ruleOf(trigger).clock;
+  return !clock || clocks_.mayStart(*clock, keyOf(*selected_), now, intervals_.of(*clock, isForeground_));
+}
+
+void AppState::requestRefresh(RefreshTrigger trigger) {
+  Instant const now = clock_.now();
+  {
+    std::lock_guard const lock(mutex_);
+    if (!selected_) return;
+    if (currentRefreshTask_.isRunning) {
+      needsPostUpdateRefresh_ = trigger;
+      return;
+    }
+    if (!mayStart(trigger, now)) return;
+    startRefresh(trigger, now);
+  }
+  change([](WeatherState& state) { state.isLoading = true; });
+}
+
+/// With the lock held.
+void AppState::startRefresh(RefreshTrigger trigger, Instant now) {
+  Place const place = *selected_;
+  clocks_.noteStart(RefreshKind::fast, keyOf(place), now);
+  if (auto const clock = ruleOf(trigger).clock) clocks_.noteStart(*clock, keyOf(place), now);
+  timerDue_ = now + intervals_.refreshInterval;
+  retryDue_.reset();
+  needsPostUpdateRefresh_.reset();
+  currentRefreshTask_ = {true, {}};
+  runner_.run([this, place, trigger, stop = currentRefreshTask_.stop](std::stop_token const& ending) {
+    std::stop_callback const pass(ending, [stop]() mutable { stop.request_stop(); });
+    refresh(place, trigger, stop.get_token());
+  });
+}
+
+void AppState::refresh(Place const& place, RefreshTrigger trigger, std::stop_token const& stop) {
+  bool const forgets = [&] {
+    std::lock_guard const lock(mutex_);
+    return trigger == RefreshTrigger::retry && wasOffline_;
+  }();
+  // Where the network itself was away, the providers' failures were not theirs.
+  if (forgets) providers_.forgetFailures();
+  auto const outcome = ruleOf(trigger).cacheFirst
+                           ? forecasts_.get(place, WeatherProviderOption::automatic, stop)
+                           : forecasts_.fetch(place, stop);
+  finishRefresh(place, outcome);
+}
+
+/// With the lock held.
+void AppState::scheduleAfter(bool succeeded, bool isOffline, Instant now) {
+  wasOffline_ = isOffline;
+  auto const jitter = surroundings_.jitter ? surroundings_.jitter() : std::chrono::milliseconds(0);
+  if (succeeded) {
+    hasAnswerSinceWake_ = true;
+    retries_ = 0;
+    timerDue_ = now + intervals_.refreshInterval + jitter;
+    return;
+  }
+  timerDue_ = now + intervals_.refreshInterval + jitter;
+  if (hasAnswerSinceWake_) return;
+  seconds const delay =
+      retries_ < kRetryDelays.size() ? kRetryDelays[retries_] : WeatherProviderManager::kCoolDown;
+  ++retries_;
+  retryDue_ = now + delay;
+}
+
+void AppState::finishRefresh(Place const& place, Result<ForecastAnswer, APIError> const& outcome) {
+  bool const isShown = isSelected(place);
+  APIError const* const failure = !outcome           ? &outcome.error()
+                                  : outcome->failure ? &*outcome->failure
+                                                     : nullptr;
+  if (outcome) show(place, *outcome);
+  Instant const now = clock_.now();
+  std::optional<RefreshTrigger> again;
+  change([&](WeatherState& state) {
+    currentRefreshTask_.isRunning = false;
+    bool const wasGivenUp = failure && failure->transport == HttpError::Kind::cancelled;
+    if (wasGivenUp) clocks_.clear(RefreshKind::fast, keyOf(place));
+    again = std::exchange(needsPostUpdateRefresh_, std::nullopt);
+    state.isLoading = again.has_value() && selected_.has_value();
+    if (isShown) {
+      bool const hidesFirst = failure && failure->isRefusal() && state.error;
+      if (!hidesFirst) state.error = failure ? std::optional(AppError::of(*failure)) : std::nullopt;
+      if (state.lastUpdated) {
+        state.isShowingStaleData = !isFresh(*state.lastUpdated, now, cache_.ttl());
+      }
+      bool const isOffline = failure && (AppError::of(*failure).kind == AppError::Case::offline ||
+                                         (failure->isRefusal() && wasOffline_));
+      // A cached forecast that was good enough is due when it stops being so.
+      scheduleAfter(!failure, isOffline, outcome && !failure ? outcome->answeredAt : now);
+    }
+    if (again && selected_) startRefresh(*again, now);
+  });
+  if (surroundings_.onRefresh) surroundings_.onRefresh({place, isShown, outcome});
+  tell(surroundings_.onDueChange);
+}
+
+void AppState::setForeground(bool isForeground) {
+  {
+    std::lock_guard const lock(mutex_);
+    if (isForeground_ == isForeground) return;
+    isForeground_ = isForeground;
+  }
+  if (isForeground) requestRefresh(RefreshTrigger::foreground);
+  tell(surroundings_.onDueChange);
+}
+
+void AppState::wokeUp(RefreshTrigger trigger) {
+  providers_.forgetFailures();
+  {
+    std::lock_guard const lock(mutex_);
+    hasAnswerSinceWake_ = false;
+    retries_ = 0;
+  }
+  requestRefresh(trigger);
+}
+
+std::vector<Place> AppState::otherPlaces() const {
+  std::vector<Place> places = surroundings_.savedPlaces ? surroundings_.savedPlaces() : std::vector<Place>{};
+  std::erase_if(places, [this](Place const& place) { return isSelected(place); });
+  return places;
+}
+
+void AppState::startOthers(Instant now) {
+  auto places = otherPlaces();
+  std::lock_guard const lock(mutex_);
+  if (nonActiveNotificationRefreshTask_.isRunning) return;
+  constexpr RefreshKind kKind = RefreshKind::nonActiveNotification;
+  seconds const interval = intervals_.of(kKind, isForeground_);
+  std::erase_if(places,
+                [&](Place const& place) { return !clocks_.mayStart(kKind, keyOf(place), now, interval); });
+  if (places.empty()) return;
+  for (Place const& place : places) clocks_.noteStart(kKind, keyOf(place), now);
+  nonActiveNotificationRefreshTask_.isRunning = true;
+  runner_.run([this, places = std::move(places)](std::stop_token const& stop) {
+    for (Place const& place : places) {
+      if (stop.stop_requested()) break;
+      auto const outcome = forecasts_.get(place, WeatherProviderOption::automatic, stop);
+      if (surroundings_.onRefresh) surroundings_.onRefresh({place, false, outcome});
+    }
+    {
+      std::lock_guard const ending(mutex_);
+      nonActiveNotificationRefreshTask_.isRunning = false;
+    }
+    tell(surroundings_.onDueChange);
+  });
+}
+
+void AppState::startSupplemental(Instant now) {
+  std::lock_guard const lock(mutex_);
+  if (!surroundings_.refreshSupplemental || !selected_ || supplementalRefreshTask_.isRunning) return;
+  constexpr RefreshKind kKind = RefreshKind::supplemental;
+  if (!clocks_.mayStart(kKind, keyOf(*selected_), now, intervals_.of(kKind, isForeground_))) return;
+  clocks_.noteStart(kKind, keyOf(*selected_), now);
+  supplementalRefreshTask_.isRunning = true;
+  runner_.run([this, place = *selected_](std::stop_token const& stop) {
+    surroundings_.refreshSupplemental(place, stop);
+    {
+      std::lock_guard const ending(mutex_);
+      supplementalRefreshTask_.isRunning = false;
+    }
+    tell(surroundings_.onDueChange);
+  });
+}
+
+void AppState::runDue() {
+  Instant const now = clock_.now();
+  std::optional<RefreshTrigger> trigger;
+  {
+    std::lock_guard const lock(mutex_);
+    seconds const farthest = 2 * intervals_.refreshInterval;
+    if (isDue(timerDue_, now, farthest)) trigger = RefreshTrigger::timer;
+    if (isDue(retryDue_, now, farthest)) trigger = RefreshTrigger::retry;
+    if (currentRefreshTask_.isRunning) trigger.reset();
+  }
+  if (trigger) requestRefresh(*trigger);
+  startSupplemental(now);
+  startOthers(now);
+}
+
+std::optional<Instant> AppState::nextDue() {
+  Instant const now = clock_.now();
+  auto const others = otherPlaces();
+  std::lock_guard const lock(mutex_);
+  std::optional<Instant> next;
+  auto const consider = [&next](std::optional<Instant> due) {
+    if (due && (!next || *due < *next)) next = due;
+  };
+  if (!currentRefreshTask_.isRunning) {
+    consider(timerDue_);
+    consider(retryDue_);
+  }
+  auto const clock = [&](RefreshKind kind, Place const& place) {
+    consider(clocks_.nextStart(kind, keyOf(place), now, intervals_.of(kind, isForeground_)));
+  };
+  if (surroundings_.refreshSupplemental && selected_ && !supplementalRefreshTask_.isRunning) {
+    clock(RefreshKind::supplemental, *selected_);
+  }
+  if (!nonActiveNotificationRefreshTask_.isRunning) {
+    for (Place const& place : others) clock(RefreshKind::nonActiveNotification, place);
+  }
+  return next;
+}
+
+}  // namespace nimbara

@@ -1,0 +1,61 @@
+#include "app/composition.h"
+
+#include "app/configuration.h"
+
+namespace nimbara {
+
+namespace {
+
+AppleWeatherCredentials credentialsOf(Settings const& settings) {
+  return {settings.text("appleWeatherKeyFile"), settings.text("appleWeatherKeyID"),
+          settings.text("appleWeatherTeamID"), settings.text("appleWeatherServiceID")};
+}
+
+/// Below the cache's folder; nowhere without one.
+std::filesystem::path below(std::filesystem::path const& folder, std::string_view name) {
+  return folder.empty() ? folder : folder / name;
+}
+
+/// Failures that a stand-in was told to show say nothing of the services themselves.
+std::string_view historyFile(std::string const& servicesBase) {
+  return servicesBase.empty() ? "_providers.json" : "_providers.stand-in.json";
+}
+
+WeatherCache::Source sourceOf(std::string const& servicesBase) {
+  return servicesBase.empty() ? WeatherCache::Source::services : WeatherCache::Source::standIn;
+}
+
+template <class Client>
+ForecastProvider providerOf(Client& client, bool isConfigured = true) {
+  return {[&client](double latitude, double longitude, std::stop_token stop) {
+            return client.fetchForecast(latitude, longitude, std::move(stop));
+          },
+          isConfigured};
+}
+
+}  // namespace
+
+Composition::Composition(Settings const& settings, Clock const& clock, Options options)
+    : clock_(clock),
+      configuration_(configurationOf(settings)),
+      services_(configuration_, options.servicesBase),
+      http_({userAgent(configuration_), {}}),
+      appleWeather_(http_, clock, services_.address(Service::appleWeather), options.timeZone,
+                    credentialsOf(settings)),
+      openMeteo_(http_, clock, services_.address(Service::openMeteo)),
+      yrNo_(http_, clock, services_.address(Service::yrNo), options.timeZone,
+            below(options.cacheDirectory, options.servicesBase.empty() ? "yrNo" : "yrNo.stand-in")),
+      wttr_(http_, clock, services_.address(Service::wttrIn), options.timeZone),
+      cache_(options.cacheDirectory, clock, sourceOf(options.servicesBase)),
+      history_(below(options.cacheDirectory, historyFile(options.servicesBase))),
+      providers_(clients(), history_, clock),
+      forecasts_(providers_, cache_, clock, std::move(options.wording)) {
+  providers_.setPreferredProvider(options.preferredProvider);
+}
+
+WeatherProviderManager::Providers Composition::clients() {
+  return {providerOf(appleWeather_, appleWeather_.isConfigured()), providerOf(openMeteo_), providerOf(yrNo_),
+          providerOf(wttr_)};
+}
+
+}  // namespace nimbara

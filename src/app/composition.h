@@ -1,0 +1,62 @@
+// The services that one program works with, made of its surroundings and settings and bound to each other.
+// Owned by the program's entry (a command, the background service); the one place that knows which parts
+// there are.
+#pragma once
+
+#include "app/environment.h"
+#include "app/forecast_service.h"
+#include "app/lazy_http_client.h"
+#include "app/service_directory.h"
+#include "model/provider_option.h"
+#include "model/weather_cache.h"
+#include "platform/clock.h"
+#include "platform/settings.h"
+#include "providers/apple_weather_client.h"
+#include "providers/open_meteo_client.h"
+#include "providers/provider_history.h"
+#include "providers/provider_manager.h"
+#include "providers/wttr_client.h"
+#include "providers/yr_no_client.h"
+
+#include <string>
+
+namespace nimbara {
+
+class Composition {
+ public:
+  struct Options {
+    std::string servicesBase;  ///< stands in for the services; empty for the services themselves
+    Wording wording;
+    WeatherProviderOption preferredProvider = WeatherProviderOption::automatic;
+    std::filesystem::path cacheDirectory;  ///< empty: nothing outlives the process
+    TimeZoneLookup timeZone = [](Coordinate) { return std::string(); };
+  };
+
+  Composition(Settings const& settings, Clock const& clock, Options options);
+
+  HttpClient& http() { return http_; }
+  ServiceDirectory const& services() const { return services_; }
+  WeatherCache& cache() { return cache_; }
+  ProviderHistory& history() { return history_; }
+  WeatherProviderManager& providers() { return providers_; }
+  ForecastService& forecasts() { return forecasts_; }
+  Clock const& clock() const { return clock_; }
+
+ private:
+  WeatherProviderManager::Providers clients();
+
+  Clock const& clock_;
+  Configuration configuration_;
+  ServiceDirectory services_;
+  LazyHttpClient http_;
+  AppleWeatherClient appleWeather_;
+  OpenMeteoClient openMeteo_;
+  YrNoClient yrNo_;
+  WttrAPIClient wttr_;
+  WeatherCache cache_;
+  ProviderHistory history_;
+  WeatherProviderManager providers_;
+  ForecastService forecasts_;
+};
+
+}  // namespace nimbara
