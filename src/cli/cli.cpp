@@ -8,7 +8,7 @@
 namespace nimbara {
 
 int Session::fail(int code, std::string_view sentence) const {
-  console.err("nimbara: " + oneLine(sentence, 500) + "\n");
+  console.err("nimbara: " + oneLine(sentence, 1000) + "\n");
   return code;
 }
 

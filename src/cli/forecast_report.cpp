@@ -3,6 +3,7 @@
 #include "base/number.h"
 #include "base/text.h"
 #include "model/day_summary.h"
+#include "model/present.h"
 #include "model/upcoming_hours.h"
 
 #include <algorithm>
@@ -38,7 +39,7 @@ class Report {
       : answer_(answer), data_(answer.data), context_(context) {}
 
   std::string str() const {
-    std::string out = heading() + "\n" + present();
+    std::string out = heading() + warnings() + "\n" + present();
     out += section("report.next24", hourStrip(data_, context_));
     out += section("report.days", dayTable(data_, context_));
     out += section("report.sunMoon", sunAndMoon());
@@ -191,10 +192,8 @@ class Report {
   }
 
   DailyForecast const* today() const {
-    auto const found = std::ranges::find_if(data_.daily, [&](DailyForecast const& day) {
-      return context_.calendar.isSameDay(day.date, context_.options.now);
-    });
-    if (found != data_.daily.end()) return &*found;
+    DailyForecast const* const day = dayAt(data_, context_.options.now);
+    if (day != nullptr) return day;
     return data_.daily.empty() ? nullptr : &data_.daily.front();
   }
 
@@ -243,19 +242,55 @@ class Report {
         std::chrono::floor<std::chrono::minutes>(context_.options.now - data_.fetchedAt).count();
     if (minutes < 1) return std::string(context_.texts.text("report.justNow"));
     if (minutes < 120) return context_.texts.format("report.minutesAgo", minutes);
-    return context_.texts.format("report.hoursAgo", minutes / 60);
+    if (minutes < 48 * 60) return context_.texts.format("report.hoursAgo", minutes / 60);
+    return context_.texts.format("report.daysAgo", minutes / (24 * 60));
+  }
+
+  /// When the forecast was fetched: the clock alone on the same day, else with its date.
+  std::string fetched() const {
+    std::string const clock = formatClock24(context_.calendar.local(data_.fetchedAt));
+    if (context_.calendar.isSameDay(data_.fetchedAt, context_.options.now)) return clock;
+    return formatDate(context_.calendar.day(data_.fetchedAt)) + " " + clock;
+  }
+
+  /// The age of old data and the forecast's alerts, the gravest first.
+  std::string warnings() const {
+    std::string out;
+    if (answer_.stale)
+      out += paragraph("", context_.texts.format("report.stale", fetched(), age()), Colour::warning);
+    for (WeatherAlert const& alert : answer_.alerts) {
+      std::string const severity(context_.texts.text("severity." + std::string(enumName(alert.severity))));
+      Colour const colour = alert.severity >= AlertSeverity::warning ? Colour::warning : Colour::sun;
+      out += paragraph(severity + ": " + alert.title + ". ", alert.message, colour);
+    }
+    return out.empty() ? out : "\n" + out;
+  }
+
+  /// Wrapped lines of which the first begins with a title in colour.
+  std::string paragraph(std::string const& title, std::string const& content, Colour colour) const {
+    std::string out;
+    for (std::string const& part : wrapped(style().text(title + content), width() - 2)) {
+      std::string const head = out.empty() ? "! " : "  ";
+      out += style().painted(head + part, out.empty() ? colour : Colour::plain) + "\n";
+    }
+    return out;
+  }
+
+  std::string credit() const {
+    if (!context_.options.standIn.empty()) {
+      return context_.texts.format("report.standIn", context_.options.standIn);
+    }
+    return answer_.provider
+               ? std::string(context_.texts.text("credit." + std::string(enumName(*answer_.provider))))
+               : std::string();
   }
 
   std::string footer() const {
-    std::string const provider = "provider." + std::string(enumName(answer_.provider));
-    std::string const fetched = formatClock24(context_.calendar.local(data_.fetchedAt));
-    std::string const source =
-        context_.texts.format("report.source", context_.texts.text(provider), fetched, age());
-    std::string const credit =
-        context_.options.standIn.empty()
-            ? std::string(context_.texts.text("credit." + std::string(enumName(answer_.provider))))
-            : context_.texts.format("report.standIn", context_.options.standIn);
-    return footerLine(source) + footerLine(credit);
+    std::string const provider =
+        "provider." + std::string(answer_.provider ? enumName(*answer_.provider) : "unknown");
+    return footerLine(
+               context_.texts.format("report.source", context_.texts.text(provider), fetched(), age())) +
+           footerLine(credit());
   }
 
   std::string footerLine(std::string const& content) const {

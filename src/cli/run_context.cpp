@@ -1,0 +1,107 @@
+#include "cli/run_context.h"
+
+#include "providers/geocoder.h"
+
+#include <variant>
+
+namespace nimbara {
+
+namespace {
+
+/// What to do about an error, as the end of its sentence.
+std::string_view adviceFor(APIError const& error) {
+  switch (error.kind) {
+    case APIError::Case::networkError:
+      return error.isRefusal() ? "try again in a few minutes" : "check the connection, or try again later";
+    case APIError::Case::httpError:
+      return error.statusCode == 429   ? "the service's limit is reached, try again later"
+             : error.statusCode >= 500 ? "the service has a fault, try again later"
+                                       : "check the place and the settings";
+    case APIError::Case::decodingError:
+      return "the answer is no forecast; is this network behind a log-in page?";
+    case APIError::Case::invalidURL:
+      return "check the service's address in the settings";
+    case APIError::Case::noData:
+      return "try again later";
+    case APIError::Case::noResults:
+      return "try another spelling or a coordinate like 52.52,13.41";
+  }
+  return {};
+}
+
+Wording wordingOf(CommonOptions const& common, Session const& session) {
+  return {common.units, std::make_shared<Texts>(Texts::load(common.language)),
+          session.environment.machineCalendar};
+}
+
+}  // namespace
+
+std::string sentenceOf(APIError const& error) {
+  std::string text = error.text();
+  if (text.ends_with('.')) text.pop_back();
+  return text + "; " + std::string(adviceFor(error));
+}
+
+RunContext::Departure ownServices(CommonOptions const& common, WeatherProviderOption provider) {
+  return {common.services, false, provider};
+}
+
+RunContext::RunContext(CommonOptions const& common, Session const& session, Clock const& clock,
+                       Departure departure)
+    : common_(common),
+      session_(session),
+      clock_(clock),
+      wording_(wordingOf(common, session)),
+      app_(*session.settings, clock,
+           {departure.servicesBase, wording_, departure.provider,
+            departure.keepsNothing ? std::filesystem::path() : session.environment.cacheDirectory}) {
+  app_.providers().setOnFailure(
+      [this](auto provider, APIError const& error) { failures_.emplace_back(enumName(provider), error); });
+}
+
+std::string RunContext::failedProviders() const {
+  std::string list;
+  for (auto const& [provider, error] : failures_) {
+    std::string text = error.text();
+    if (text.ends_with('.')) text.pop_back();
+    list += (list.empty() ? "" : ", ") + provider + " (" + text + ")";
+  }
+  return list;
+}
+
+std::string RunContext::note(ForecastAnswer const& answer) const {
+  if (answer.failure) {
+    std::string const why = failures_.empty() ? answer.failure->text() : failedProviders();
+    return "nothing newer could be had: " + why + "; this forecast was fetched at " +
+           formatIso8601(answer.answeredAt);
+  }
+  if (failures_.empty() || !answer.provider) return {};
+  return "no forecast from " + failedProviders() + "; this one is from " +
+         std::string(enumName(*answer.provider));
+}
+
+std::string RunContext::sentenceOf(APIError const& error) const {
+  if (failures_.size() < 2) return nimbara::sentenceOf(error);
+  return "no provider gave a forecast: " + failedProviders() + "; " + std::string(adviceFor(error));
+}
+
+Result<Place, Failure> RunContext::place(std::string const& text) {
+  if (text.empty()) {
+    return std::unexpected(
+        Failure{exitCode::kUnavailable,
+                "no place is selected; name one, for example: nimbara forecast 52.52,13.41",
+                {}});
+  }
+  auto const wanted = parsePlace(text);
+  if (!wanted) return std::unexpected(Failure{exitCode::kUsage, wanted.error(), {}});
+  if (auto const* const coordinate = std::get_if<Coordinate>(&*wanted)) return Place{*coordinate, "", "", ""};
+  OpenMeteoGeocoder geocoder(app_.http(), app_.services().address(Service::openMeteoGeocoding));
+  auto const found = geocoder.search(std::get<PlaceName>(*wanted).name, texts().language(), 1, session_.stop);
+  if (!found) {
+    return std::unexpected(Failure{exitCode::kUnavailable, sentenceOf(found.error()), found.error()});
+  }
+  GeocodedPlace const& best = found->front();
+  return Place{best.coordinate, best.name, best.country, best.region};
+}
+
+}  // namespace nimbara

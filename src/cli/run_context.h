@@ -1,0 +1,66 @@
+// What commands about a place share: the clock, the texts, the services bound to the settings, and the place
+// that was meant. Alive as long as the command.
+#pragma once
+
+#include "app/composition.h"
+#include "cli/cli.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace nimbara {
+
+/// Why a command ends without its answer.
+struct Failure {
+  int exitCode = exitCode::kUnavailable;
+  std::string sentence;
+  std::optional<APIError> cause;
+};
+
+class RunContext {
+ public:
+  /// What may differ from the command line's own: the demo in place of the services, nothing kept.
+  struct Departure {
+    std::string servicesBase;
+    bool keepsNothing = false;
+    WeatherProviderOption provider = WeatherProviderOption::automatic;
+  };
+
+  RunContext(CommonOptions const& common, Session const& session, Clock const& clock, Departure departure);
+
+  /// The place that a text means; without one the selected place. May ask the network for a name.
+  Result<Place, Failure> place(std::string const& text);
+
+  /// What went wrong on the way to an answer that came all the same: providers that failed, data that are
+  /// old. Empty when nothing did.
+  std::string note(ForecastAnswer const& answer) const;
+  /// Why no forecast could be had, with every provider that was asked, and what to do.
+  std::string sentenceOf(APIError const& error) const;
+
+  Composition& app() { return app_; }
+  Clock const& clock() const { return clock_; }
+  Texts const& texts() const { return *wording_.texts; }
+  Wording const& wording() const { return wording_; }
+  std::string const& servicesBase() const { return app_.services().standIn(); }
+
+ private:
+  std::string failedProviders() const;
+
+  CommonOptions const& common_;
+  Session const& session_;
+  Clock const& clock_;
+  Wording wording_;
+  Composition app_;
+  std::vector<std::pair<std::string, APIError>> failures_;  ///< in the order of the attempts
+};
+
+/// The command line's own services with the settings' or the given provider.
+RunContext::Departure ownServices(CommonOptions const& common, WeatherProviderOption provider);
+
+/// The error as a sentence that says what to do, without a full stop.
+std::string sentenceOf(APIError const& error);
+
+}  // namespace nimbara
