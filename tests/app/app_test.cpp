@@ -44,6 +44,9 @@ TEST(ServiceDirectory, KnowsHostsConfigurationAndStandIn) {
   EXPECT_EQ(own.address(Service::openMeteo).apiKey, "key");
   EXPECT_EQ(own.address(Service::openMeteoGeocoding).baseUrl, "https://geocoding-api.open-meteo.com");
   EXPECT_EQ(ServiceDirectory({}, "").address(Service::openMeteo).baseUrl, "https://api.open-meteo.com");
+  EXPECT_EQ(own.address(Service::yrNo).baseUrl, "https://api.met.no");
+  EXPECT_EQ(own.address(Service::wttrIn).baseUrl, "https://wttr.in");
+  EXPECT_EQ(own.address(Service::appleWeather).baseUrl, "https://weatherkit.apple.com");
   ServiceDirectory const standIn(configuration, "http://127.0.0.1:8080");
   EXPECT_EQ(standIn.address(Service::openMeteo).baseUrl, "http://127.0.0.1:8080");
 }
