@@ -9,16 +9,17 @@
 
 namespace nimbara {
 
-enum class DemoService { openMeteo, openMeteoGeocoding };
+enum class DemoService { openMeteo, openMeteoGeocoding, appleWeather, yrNo, wttrIn };
 
 template <>
 inline constexpr auto enumNames<DemoService> =
-    std::to_array<std::string_view>({"openMeteo", "openMeteoGeocoding"});
-static_assert(enumNamesComplete(DemoService::openMeteoGeocoding));
+    std::to_array<std::string_view>({"openMeteo", "openMeteoGeocoding", "appleWeather", "yrNo", "wttrIn"});
+static_assert(enumNamesComplete(DemoService::wttrIn));
 
 struct DemoFault {
-  /// 500 with a page of HTML, no answer, an answer that is no data, a connection that breaks in the middle.
-  enum class Kind { status500, timeout, garbage, drop };
+  /// 500 with a page of HTML; no answer; an answer that is no data; a connection that breaks in the middle;
+  /// one byte a second; redirects in a circle; a forecast for the other side of the globe.
+  enum class Kind { status500, timeout, garbage, drop, drip, loop, elsewhere };
 
   DemoService service = DemoService::openMeteo;
   Kind kind = Kind::status500;
@@ -28,8 +29,8 @@ struct DemoFault {
 
 template <>
 inline constexpr auto enumNames<DemoFault::Kind> =
-    std::to_array<std::string_view>({"500", "timeout", "garbage", "drop"});
-static_assert(enumNamesComplete(DemoFault::Kind::drop));
+    std::to_array<std::string_view>({"500", "timeout", "garbage", "drop", "drip", "loop", "elsewhere"});
+static_assert(enumNamesComplete(DemoFault::Kind::elsewhere));
 
 /// "openMeteo=500"; the error is a sentence that names what is wrong.
 Result<DemoFault, std::string> parseDemoFault(std::string_view text);

@@ -1,6 +1,10 @@
 #include "demo/demo_server.h"
 
+#include "demo/apple_weather_stand_in.h"
+#include "demo/connection_threads.h"
 #include "demo/open_meteo_stand_in.h"
+#include "demo/wttr_stand_in.h"
+#include "demo/yr_no_stand_in.h"
 
 #include <httplib.h>
 
@@ -14,24 +18,47 @@ namespace nimbara {
 
 namespace {
 
-constexpr std::size_t kThreads = 8;
 constexpr std::size_t kLongestQuery = 64 << 10;
 
+/// `pattern` is a regular expression for the whole path.
 struct Route {
   DemoService service;
-  std::string_view path;
-  DemoAnswer (*answer)(DemoQuery const&, Instant);
+  std::string_view pattern;
+  DemoStandIn answer;
 };
 
 constexpr std::array kRoutes = std::to_array<Route>({
     {DemoService::openMeteo, "/v1/forecast", openMeteoForecast},
-    {DemoService::openMeteoGeocoding, "/v1/search",
-     [](DemoQuery const& query, Instant) { return openMeteoSearch(query); }},
+    {DemoService::openMeteoGeocoding, "/v1/search", openMeteoSearch},
+    {DemoService::appleWeather, "/api/v1/weather/[^/]+/[^/]+/[^/]+", appleWeatherForecast},
+    {DemoService::yrNo, R"(/weatherapi/locationforecast/2\.0/(complete|compact))", yrNoForecast},
+    {DemoService::wttrIn, "/[^/,]+,[^/,]+", wttrForecast},
 });
 
 constexpr std::string_view kErrorPage = "<html><body><h1>500 Internal Server Error</h1></body></html>";
 constexpr std::string_view kGarbage =
     "<!doctype html><title>Welcome</title><p>Please log in to use this network.";
+
+DemoRequest demoRequest(httplib::Request const& request, bool elsewhere) {
+  return {request.path, [&request](std::string_view name) { return request.get_param_value(name.data()); },
+          [&request](std::string_view name) { return request.get_header_value(name.data()); }, elsewhere};
+}
+
+/// Announces the whole body and closes the connection in its middle.
+void sendHalf(std::string const& body, httplib::Response& response) {
+  response.set_content_provider(
+      body.size(), "application/json",
+      [half = body.substr(0, body.size() / 2)](std::size_t offset, std::size_t, httplib::DataSink& sink) {
+        if (offset == 0) sink.write(half.data(), half.size());
+        return false;
+      });
+}
+
+void sendWhole(DemoAnswer const& answer, httplib::Response& response) {
+  response.status = answer.status;
+  for (auto const& [name, value] : answer.headers) response.set_header(name, value);
+  if (!answer.body.empty()) response.set_content(answer.body, "application/json; charset=utf-8");
+}
 
 }  // namespace
 
@@ -39,17 +66,17 @@ constexpr std::string_view kGarbage =
 struct DemoServer::Running {
   Running(Clock const& clockToUse, std::vector<DemoFault> faultsToShow)
       : clock(clockToUse), faults(std::move(faultsToShow)) {
-    server.new_task_queue = [] { return new httplib::ThreadPool(kThreads); };
+    server.new_task_queue = [] { return new ConnectionThreads; };
     // Without this a second server would share the port.
     server.set_socket_options([](socket_t socket) {
       int const yes = 1;
       setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
     });
-    server.set_keep_alive_timeout(1);
+    server.set_tcp_nodelay(true);
     server.set_payload_max_length(kLongestQuery);
     server.set_default_headers({{"Server", "nimbara-demo"}});
     for (Route const& route : kRoutes) {
-      server.Get(std::string(route.path),
+      server.Get(std::string(route.pattern),
                  [this, &route](httplib::Request const& request, httplib::Response& response) {
                    serve(route, request, response);
                  });
@@ -62,11 +89,16 @@ struct DemoServer::Running {
   }
 
   void serve(Route const& route, httplib::Request const& request, httplib::Response& response) {
-    DemoQuery const query = [&](std::string_view name) { return request.get_param_value(name.data()); };
-    DemoAnswer const answer = route.answer(query, clock.now());
-    switch (auto const fault = faultOf(route.service); fault.value_or(DemoFault::Kind::status500)) {
+    auto const fault = faultOf(route.service);
+    DemoAnswer const answer =
+        route.answer(demoRequest(request, fault == DemoFault::Kind::elsewhere), clock.now());
+    fault ? misbehave(*fault, request, answer, response) : sendWhole(answer, response);
+  }
+
+  void misbehave(DemoFault::Kind fault, httplib::Request const& request, DemoAnswer const& answer,
+                 httplib::Response& response) {
+    switch (fault) {
       case DemoFault::Kind::status500:
-        if (!fault) break;
         response.status = 500;
         return response.set_content(std::string(kErrorPage), "text/html");
       case DemoFault::Kind::timeout:
@@ -75,24 +107,33 @@ struct DemoServer::Running {
         return response.set_content(std::string(kGarbage), "text/html");
       case DemoFault::Kind::drop:
         return sendHalf(answer.body, response);
+      case DemoFault::Kind::drip:
+        return sendDrops(answer.body, response);
+      case DemoFault::Kind::loop:
+        return response.set_redirect(request.target);
+      case DemoFault::Kind::elsewhere:
+        return sendWhole(answer, response);
     }
-    response.status = answer.status;
-    response.set_content(answer.body, "application/json; charset=utf-8");
   }
 
-  /// Announces the whole body and closes the connection in its middle.
-  static void sendHalf(std::string const& body, httplib::Response& response) {
-    response.set_content_provider(
-        body.size(), "application/json",
-        [half = body.substr(0, body.size() / 2)](std::size_t offset, std::size_t, httplib::DataSink& sink) {
-          if (offset == 0) sink.write(half.data(), half.size());
-          return false;
-        });
+  /// One byte a second.
+  void sendDrops(std::string const& body, httplib::Response& response) {
+    response.set_content_provider(body.size(), "application/json",
+                                  [this, body](std::size_t offset, std::size_t, httplib::DataSink& sink) {
+                                    return !waitForStop(std::chrono::seconds(1)) &&
+                                           sink.write(body.data() + offset, 1);
+                                  });
   }
 
   void waitForStop() {
     std::unique_lock lock(mutex);
     stopping.wait(lock, [this] { return stopped; });
+  }
+
+  /// Whether the stop came within `span`.
+  bool waitForStop(std::chrono::milliseconds span) {
+    std::unique_lock lock(mutex);
+    return stopping.wait_for(lock, span, [this] { return stopped; });
   }
 
   void stop() {
@@ -102,6 +143,7 @@ struct DemoServer::Running {
     }
     stopping.notify_all();
     server.stop();
+    shutDownConnections(port);
   }
 
   Clock const& clock;

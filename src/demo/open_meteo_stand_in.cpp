@@ -112,7 +112,7 @@ DemoAnswer refusal(std::string const& reason) {
   writer.member("error", true);
   writer.member("reason", reason);
   writer.endObject();
-  return {400, writer.take()};
+  return {400, writer.take(), {}};
 }
 
 /// A request that has been found answerable.
@@ -310,7 +310,8 @@ std::string rangeReason(std::string_view name, std::string_view range, std::stri
 
 }  // namespace
 
-DemoAnswer openMeteoForecast(DemoQuery const& query, Instant now) {
+DemoAnswer openMeteoForecast(DemoRequest const& asked, Instant now) {
+  DemoLookup const& query = asked.query;
   auto const latitude = parseDouble(query("latitude"));
   auto const longitude = parseDouble(query("longitude"));
   if (!latitude || std::abs(*latitude) > 90)
@@ -322,7 +323,8 @@ DemoAnswer openMeteoForecast(DemoQuery const& query, Instant now) {
   std::string const hourly = query("hourly");
   std::string const daily = query("daily");
   std::string const dayCount = query("forecast_days");
-  ForecastQuery request{{*latitude, *longitude}, listOf(current), listOf(hourly), listOf(daily), 7};
+  ForecastQuery request{asked.answeredPlace({*latitude, *longitude}), listOf(current), listOf(hourly),
+                        listOf(daily), 7};
   if (auto const name = unknownVariable(request)) {
     return refusal("Cannot initialize variable from invalid String value " + oneLine(*name, 40) + ".");
   }
@@ -330,10 +332,11 @@ DemoAnswer openMeteoForecast(DemoQuery const& query, Instant now) {
   if (request.days < 1 || request.days > kMostDays) {
     return refusal("Forecast days is invalid. Allowed range 1 to 16. Given " + oneLine(dayCount, 20) + ".");
   }
-  return {200, ForecastWriter(request, now).write()};
+  return {200, ForecastWriter(request, now).write(), {}};
 }
 
-DemoAnswer openMeteoSearch(DemoQuery const& query) {
+DemoAnswer openMeteoSearch(DemoRequest const& request, Instant) {
+  DemoLookup const& query = request.query;
   auto const count = static_cast<std::size_t>(std::clamp(parseInteger(query("count")).value_or(10), 1, 100));
   auto const found = findDemoPlaces(query("name"), count);
   JsonWriter json;
@@ -360,7 +363,7 @@ DemoAnswer openMeteoSearch(DemoQuery const& query) {
   }
   json.member("generationtime_ms", 0.5);
   json.endObject();
-  return {200, json.take()};
+  return {200, json.take(), {}};
 }
 
 }  // namespace nimbara

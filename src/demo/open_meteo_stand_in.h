@@ -3,26 +3,14 @@
 // fixed offset for all times, nulls nowhere, the day's bounds where the sun does not rise or set).
 #pragma once
 
-#include "base/instant.h"
-
-#include <functional>
-#include <string>
-#include <string_view>
+#include "demo/demo_exchange.h"
 
 namespace nimbara {
 
-struct DemoAnswer {
-  int status = 200;
-  std::string body;
-};
-
-/// The value of a query parameter, empty when it is absent.
-using DemoQuery = std::function<std::string(std::string_view)>;
-
 /// "/v1/forecast".
-DemoAnswer openMeteoForecast(DemoQuery const& query, Instant now);
+DemoAnswer openMeteoForecast(DemoRequest const& request, Instant now);
 
 /// "/v1/search".
-DemoAnswer openMeteoSearch(DemoQuery const& query);
+DemoAnswer openMeteoSearch(DemoRequest const& request, Instant now);
 
 }  // namespace nimbara

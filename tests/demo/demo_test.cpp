@@ -1,10 +1,8 @@
 #include "base/sun_moon.h"
 #include "demo/demo_places.h"
-#include "demo/demo_server.h"
 #include "demo/demo_weather.h"
 #include "demo/open_meteo_stand_in.h"
 #include "model/process.h"
-#include "platform/linux/curl_http_client.h"
 #include "providers/open_meteo_client.h"
 #include "providers/open_meteo_request.h"
 #include "providers/service_answer.h"
@@ -111,11 +109,13 @@ TEST(DemoPlaces, GiveZonesAndNames) {
   EXPECT_EQ(findDemoPlaces("", 10).size(), 0U);
 }
 
-DemoQuery queryOf(std::map<std::string, std::string, std::less<>> values) {
-  return [values = std::move(values)](std::string_view name) {
+DemoRequest requestOf(std::map<std::string, std::string, std::less<>> values) {
+  DemoRequest request;
+  request.query = [values = std::move(values)](std::string_view name) {
     auto const found = values.find(name);
     return found == values.end() ? std::string() : found->second;
   };
+  return request;
 }
 
 TEST(OpenMeteoStandIn, RefusesAsTheServiceDoes) {
@@ -129,7 +129,7 @@ TEST(OpenMeteoStandIn, RefusesAsTheServiceDoes) {
         Row{{{"latitude", "1"}, {"longitude", "1"}, {"hourly", "rain_of_frogs"}}, "rain_of_frogs"},
         Row{{{"latitude", "1"}, {"longitude", "1"}, {"forecast_days", "17"}}, "Forecast days"},
         Row{{{"latitude", "1"}, {"longitude", "1"}, {"forecast_days", "0"}}, "Forecast days"}}) {
-    DemoAnswer const answer = openMeteoForecast(queryOf(row.query), at("2026-11-21T06:00:00Z"));
+    DemoAnswer const answer = openMeteoForecast(requestOf(row.query), at("2026-11-21T06:00:00Z"));
     EXPECT_EQ(answer.status, 400);
     EXPECT_NE(errorReason(answer.body).find(row.reason), std::string::npos) << answer.body;
   }
@@ -147,7 +147,7 @@ WeatherData forecastFor(Coordinate place, Instant now) {
     values[query.substr(begin, equals - begin)] = query.substr(equals + 1, end - equals - 1);
     begin = end + 1;
   }
-  DemoAnswer const answer = openMeteoForecast(queryOf(values), now);
+  DemoAnswer const answer = openMeteoForecast(requestOf(values), now);
   auto const response = readOpenMeteoAnswer({answer.status, {}, answer.body}, place, now);
   EXPECT_TRUE(response) << response.error().text();
   return response ? process(*response, Calendar::utc(), now) : WeatherData{};
@@ -182,62 +182,6 @@ TEST(OpenMeteoStandIn, AnswersInTheServicesShapeEverywhere) {
     auto const sun = sunRiseSet(data.daily[0].date, data.daily[0].date + 24h, row.place);
     EXPECT_EQ(sunKnown, sun.rise && sun.set);
   }
-}
-
-TEST(DemoFaults, AreReadFromTheirTexts) {
-  EXPECT_EQ(parseDemoFault("openMeteo=500"), (DemoFault{DemoService::openMeteo, DemoFault::Kind::status500}));
-  EXPECT_EQ(parseDemoFault("openMeteoGeocoding=drop"),
-            (DemoFault{DemoService::openMeteoGeocoding, DemoFault::Kind::drop}));
-  for (char const* const text :
-       {"", "openMeteo", "openMeteo=", "openMeteo=404", "noService=500", "openMeteo=500=1"}) {
-    auto const fault = parseDemoFault(text);
-    ASSERT_FALSE(fault) << text;
-    EXPECT_NE(fault.error().find('\''), std::string::npos);
-  }
-}
-
-class DemoServerTest : public testing::Test {
- protected:
-  Result<WttrResponse, APIError> ask(std::vector<DemoFault> faults) {
-    auto const server = DemoServer::start(clock_, std::move(faults));
-    EXPECT_TRUE(server) << server.error();
-    OpenMeteoClient client(http_, clock_, {(*server)->baseUrl(), ""});
-    std::stop_source stop;
-    return client.fetchForecast(52.52, 13.41, stop.get_token());
-  }
-
-  FixedClock clock_{at("2026-11-21T09:20:00Z")};
-  CurlHttpClient http_{{"nimbara-test/1", {}}};
-};
-
-TEST_F(DemoServerTest, ServesAndMisbehavesAsAsked) {
-  EXPECT_TRUE(ask({}));
-  EXPECT_TRUE(ask({{DemoService::openMeteoGeocoding, DemoFault::Kind::status500}}));
-  EXPECT_EQ(ask({{DemoService::openMeteo, DemoFault::Kind::status500}}).error().text(),
-            "Server returned HTTP 500");
-  EXPECT_EQ(ask({{DemoService::openMeteo, DemoFault::Kind::garbage}}).error().kind,
-            APIError::Case::decodingError);
-  EXPECT_EQ(ask({{DemoService::openMeteo, DemoFault::Kind::drop}}).error().transport,
-            HttpError::Kind::truncated);
-}
-
-TEST_F(DemoServerTest, StopsWhileAnAnswerIsHeldBack) {
-  auto server = DemoServer::start(clock_, {{DemoService::openMeteo, DemoFault::Kind::timeout}});
-  ASSERT_TRUE(server);
-  HttpRequest request;
-  request.url = (*server)->baseUrl() + openMeteoPath({52.52, 13.41});
-  request.timeout = 100ms;
-  EXPECT_EQ(http_.get(request).error().kind, HttpError::Kind::timedOut);
-  server->reset();  // returns although the answer never came
-}
-
-TEST_F(DemoServerTest, SaysWhenItsPortIsTaken) {
-  auto const server = DemoServer::start(clock_, {});
-  ASSERT_TRUE(server);
-  int const port = std::stoi((*server)->baseUrl().substr(std::string("http://127.0.0.1:").size()));
-  auto const second = DemoServer::start(clock_, {}, port);
-  ASSERT_FALSE(second);
-  EXPECT_NE(second.error().find(std::to_string(port)), std::string::npos);
 }
 
 }  // namespace

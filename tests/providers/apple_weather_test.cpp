@@ -9,18 +9,19 @@
 #include "support/instants.h"
 #include "support/movable_clock.h"
 #include "support/samples.h"
+#include "support/test_key.h"
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 #include <openssl/ec.h>
 #include <openssl/ecdsa.h>
 #include <openssl/evp.h>
-#include <openssl/pem.h>
 
 namespace nimbara {
 namespace {
 
 using test::at;
+using test::TestKey;
 using test::zone;
 using namespace std::chrono_literals;
 using Condition = WeatherConditionCode;
@@ -242,29 +243,6 @@ TEST(AppleWeatherQueries, AskForSevenDaysOfThePlace) {
       appleWeatherQuery(kBerlin, zone("Europe/Berlin"), at("2026-10-23T09:00:00Z"));
   EXPECT_EQ(autumn.end - autumn.begin, (7 * 24 + 1) * 1h);
 }
-
-/// A private key made for the test, and its text.
-struct TestKey {
-  explicit TestKey(char const* type = "EC", char const* curve = "P-256")
-      : key(std::string_view(type) == "EC" ? EVP_PKEY_Q_keygen(nullptr, nullptr, "EC", curve)
-                                           : EVP_PKEY_Q_keygen(nullptr, nullptr, type)) {}
-  ~TestKey() { EVP_PKEY_free(key); }
-  TestKey(TestKey const&) = delete;
-  TestKey& operator=(TestKey const&) = delete;
-
-  std::string pem(std::string password = "") const {
-    BIO* const out = BIO_new(BIO_s_mem());
-    PEM_write_bio_PrivateKey(out, key, password.empty() ? nullptr : EVP_aes_128_cbc(), nullptr, 0, nullptr,
-                             password.empty() ? nullptr : password.data());
-    char* data = nullptr;
-    long const length = BIO_get_mem_data(out, &data);
-    std::string text(data, static_cast<std::size_t>(length));
-    BIO_free(out);
-    return text;
-  }
-
-  EVP_PKEY* key;
-};
 
 std::string base64UrlDecoded(std::string_view text) {
   constexpr std::string_view kDigits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_";
