@@ -3,11 +3,13 @@
 set -euo pipefail
 build=${1:?usage: fuzz/run.sh BUILD-FOLDER [SECONDS]}
 seconds=${2:-60}
+# Which service's recorded answers a target begins with.
+declare -A samples=([apple_weather]=weatherkit [open_meteo]=open-meteo [records]=open-meteo [wttr]=wttr [yr_no]=met-norway)
 for target in "$build"/fuzz/fuzz_*; do
   [ -x "$target" ] && [ ! -d "$target" ] || continue
   corpus=$build/corpus/$(basename "$target")
   mkdir -p "$corpus"
   seeds=()
-  [ -z "${NIMBARA_SAMPLES:-}" ] || seeds=("$NIMBARA_SAMPLES/open-meteo")
-  "$target" -max_total_time="$seconds" -max_len=65536 -print_final_stats=1 "$corpus" "${seeds[@]}"
+  [ -z "${NIMBARA_SAMPLES:-}" ] || seeds=("$NIMBARA_SAMPLES/${samples[${target##*/fuzz_}]:-open-meteo}")
+  "$target" -max_total_time="$seconds" -max_len=262144 -print_final_stats=1 "$corpus" "${seeds[@]}"
 done

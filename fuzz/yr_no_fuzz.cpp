@@ -1,0 +1,17 @@
+// Any bytes as a MET Norway forecast: through the parser, the join and the processing.
+
+#include "model/process.h"
+#include "providers/yr_no_join.h"
+
+#include <cstdint>
+
+extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
+  using namespace nimbara;
+  Instant const now = *parseIso8601("2024-05-16T13:40:00Z");
+  auto const steps = parseYrNo({reinterpret_cast<char const*>(data), size});
+  if (!steps) return 0;
+  if (auto const record = joinYrNo(*steps, {47.27, 11.39}, Calendar::utc(), now)) {
+    process(*record, Calendar::utc(), now);
+  }
+  return 0;
+}
