@@ -12,11 +12,11 @@
 namespace nimbara {
 
 /// The content of a regular file of at most `maxBytes`.
-Result<std::string, std::string> readFile(std::filesystem::path const& path, std::size_t maxBytes);
+Result<std::string, std::string> readFile(std::filesystem::path const& file, std::size_t maxBytes);
 
-/// Writes a new file beside `path`, brings it to the disk and gives it the name. Folders that are missing are
-/// made for the user only (0700), the file is readable by the user only (0600). After a failure `path` is as
+/// Writes a new file beside `file`, brings it to the disk and gives it the name. Folders that are missing are
+/// made for the user only (0700), the file is readable by the user only (0600). After a failure `file` is as
 /// it was and nothing is left beside it. Several writers may write the same path at once; one of them wins.
-Result<void, std::string> writeFileAtomically(std::filesystem::path const& path, std::string_view bytes);
+Result<void, std::string> writeFileAtomically(std::filesystem::path const& file, std::string_view bytes);
 
 }  // namespace nimbara

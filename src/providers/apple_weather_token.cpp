@@ -61,7 +61,7 @@ std::string rawSignature(std::string const& der) {
   auto const* bytes = reinterpret_cast<unsigned char const*>(der.data());
   Signature const signature(d2i_ECDSA_SIG(nullptr, &bytes, static_cast<long>(der.size())));
   if (!signature) return {};
-  std::string raw(2 * kNumberBytes, '\0');
+  std::string raw(std::size_t{2} * kNumberBytes, '\0');
   auto* const out = reinterpret_cast<unsigned char*>(raw.data());
   BN_bn2binpad(ECDSA_SIG_get0_r(signature.get()), out, kNumberBytes);
   BN_bn2binpad(ECDSA_SIG_get0_s(signature.get()), out + kNumberBytes, kNumberBytes);

@@ -14,7 +14,7 @@ ForecastClient::ForecastClient(HttpClient& http, Clock const& clock, ServiceAddr
     : http_(http), clock_(clock), address_(std::move(address)) {}
 
 Result<WttrResponse, APIError> ForecastClient::fetchForecast(double latitude, double longitude,
-                                                             std::stop_token stop) {
+                                                             std::stop_token const& stop) {
   Coordinate const place{latitude, longitude};
   if (!isValid(place)) return std::unexpected(APIError::of(APIError::Case::invalidURL));
   std::lock_guard const turn(turn_);

@@ -25,7 +25,8 @@ class ForecastClient {
 
   /// Degrees. Blocks for the request; `stop` ends it with a `networkError`. A coordinate outside the globe is
   /// `invalidURL`.
-  Result<WttrResponse, APIError> fetchForecast(double latitude, double longitude, std::stop_token stop = {});
+  Result<WttrResponse, APIError> fetchForecast(double latitude, double longitude,
+                                               std::stop_token const& stop = {});
 
  protected:
   ForecastClient(HttpClient& http, Clock const& clock, ServiceAddress address);

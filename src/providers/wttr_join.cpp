@@ -130,7 +130,7 @@ bool isElsewhere(std::vector<NearestArea> const& areas, Coordinate place) {
 
 /// The town that the service names, at the place that was asked for.
 NearestArea areaOf(std::vector<NearestArea> const& areas, Coordinate place) {
-  NearestArea const plain = writeArea(place);
+  NearestArea plain = writeArea(place);
   if (areas.empty() || firstText(areas.front().areaName).empty()) return plain;
   NearestArea area = areas.front();
   area.latitude = plain.latitude;
