@@ -1,0 +1,14 @@
+// The form in which names are compared when people search: letter case, accents and punctuation do not count.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace nimbara {
+
+/// The words of UTF-8 `text`, one blank between them: lower case, accents dropped, letters without a plain
+/// form spelled ("ø" as "o", "ß" as "ss"), dots and apostrophes left out, other punctuation and broken bytes
+/// taken as blanks. Letters of other scripts stay what they are.
+std::string searchFolded(std::string_view text);
+
+}  // namespace nimbara
