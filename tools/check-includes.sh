@@ -5,13 +5,14 @@ cd "$(dirname "$0")/../src"
 
 declare -A may=(
   [base]="base"
+  [gazetteer]="base gazetteer"
   [platform]="base platform"
   [model]="base platform model"
   [analysis]="base platform model analysis"
   [providers]="base platform model providers"
-  [app]="base platform model analysis providers app"
-  [demo]="base platform demo"
-  [cli]="base platform model analysis providers app demo cli"
+  [app]="base platform model analysis providers gazetteer app"
+  [demo]="base platform gazetteer demo"
+  [cli]="base platform model analysis providers gazetteer app demo cli"
 )
 
 wrong=0

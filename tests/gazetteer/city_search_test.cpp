@@ -1,0 +1,130 @@
+#include "gazetteer/gazetteer.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <random>
+#include <set>
+
+namespace nimbara {
+namespace {
+
+std::string labelOf(City const& city) {
+  return std::string(city.name) + ", " + std::string(city.region) + ", " + std::string(city.countryCode);
+}
+
+std::string firstOf(std::string_view text) {
+  auto const cities = searchCities(text, 5);
+  return cities.empty() ? "" : labelOf(cities.front());
+}
+
+struct Row {
+  std::string_view text;
+  std::string_view first;
+};
+
+TEST(CitySearch, PutsTheCityFirstThatPeopleMean) {
+  for (Row const& row :
+       {Row{"Berlin", "Berlin, State of Berlin, DE"}, Row{"berl", "Berlin, State of Berlin, DE"},
+        Row{"  BERLIN  ", "Berlin, State of Berlin, DE"}, Row{"sao paulo", "São Paulo, São Paulo, BR"},
+        Row{"São Paulo", "São Paulo, São Paulo, BR"}, Row{"são pau", "São Paulo, São Paulo, BR"},
+        Row{"new york", "New York City, New York, US"}, Row{"york", "York, England, GB"},
+        Row{"Frankfurt", "Frankfurt am Main, Hesse, DE"}, Row{"oder", "Frankfurt (Oder), Brandenburg, DE"},
+        Row{"lodz", "Łódź, Łódź Voivodeship, PL"}, Row{"st louis", "St. Louis, Missouri, US"},
+        Row{"xian", "Xi’an, Shaanxi, CN"}, Row{"Washington DC", "Washington, District of Columbia, US"},
+        Row{"vaduz", "Vaduz, Vaduz, LI"}}) {
+    EXPECT_EQ(firstOf(row.text), row.first) << row.text;
+  }
+}
+
+TEST(CitySearch, KnowsNamesInOtherLanguages) {
+  for (auto const& [text, name] :
+       std::initializer_list<std::pair<std::string_view, std::string_view>>{{"München", "Munich"},
+                                                                            {"Muenchen", "Munich"},
+                                                                            {"Monaco di Baviera", "Munich"},
+                                                                            {"Cologne", "Köln"},
+                                                                            {"Colonia", "Köln"},
+                                                                            {"Wien", "Vienna"},
+                                                                            {"Lisboa", "Lisbon"},
+                                                                            {"Lisbonne", "Lisbon"},
+                                                                            {"東京", "Tokyo"},
+                                                                            {"北京", "Beijing"},
+                                                                            {"Москва", "Moscow"},
+                                                                            {"Αθήνα", "Athens"},
+                                                                            {"서울", "Seoul"},
+                                                                            {"القاهرة", "Cairo"},
+                                                                            {"Bozen", "Bolzano"}}) {
+    auto const found = searchCities(text, 10);
+    EXPECT_THAT(found, testing::Contains(testing::Field(&City::name, name))) << text;
+  }
+}
+
+TEST(CitySearch, IsNarrowedByCountryAndRegion) {
+  for (Row const& row :
+       {Row{"Paris", "Paris, Île-de-France, FR"}, Row{"Paris, US", "Paris, Texas, US"},
+        Row{"Paris,us", "Paris, Texas, US"}, Row{"Paris, United States", "Paris, Texas, US"},
+        Row{"Paris, Estados Unidos", "Paris, Texas, US"}, Row{"Paris, tex", "Paris, Texas, US"},
+        Row{"Paris TX", "Paris, Texas, US"}, Row{"paris texas", "Paris, Texas, US"},
+        Row{"Paris, Texas, USA", "Paris, Texas, US"}, Row{"Paris, , US", "Paris, Texas, US"},
+        Row{"Paris,", "Paris, Île-de-France, FR"}, Row{"Paris, France", "Paris, Île-de-France, FR"},
+        Row{"Paris, Texas, France", ""}, Row{"Paris, Narnia", ""},
+        Row{"Springfield, Illinois", "Springfield, Illinois, US"},
+        Row{"San Jose Costa Rica", "San José, San José, CR"}, Row{"london canada", "London, Ontario, CA"},
+        Row{"Valencia, VE", "Valencia, Carabobo, VE"}}) {
+    EXPECT_EQ(firstOf(row.text), row.first) << row.text;
+  }
+  auto const springfields = searchCities("springfield, us", 50);
+  EXPECT_GE(springfields.size(), 5U);
+  EXPECT_THAT(springfields, testing::Each(testing::Field(&City::countryCode, "US")));
+}
+
+TEST(CitySearch, FindsNothingWhereNothingIsNamed) {
+  for (std::string const& text :
+       {std::string(), std::string("   "), std::string("\t\n"), std::string(","), std::string(", US"),
+        std::string("-"), std::string("nosuchplacexyz"), std::string("penhagen"), std::string("\xFF\xFE\x80"),
+        std::string(100'000, 'a'), std::string("berlin\n\nnew york"), std::string("berlin,,,,,")}) {
+    EXPECT_TRUE(searchCities(text, 10).empty()) << text.substr(0, 40);
+  }
+  EXPECT_TRUE(searchCities("berlin", 0).empty());
+}
+
+TEST(CitySearch, GivesNoMoreThanAskedAndNoCityTwice) {
+  for (char const* const text : {"a", "s", "san", "new", "san jose", "paris", "berlin"}) {
+    for (std::size_t const count : {1U, 7U, 100U}) {
+      auto const cities = searchCities(text, count);
+      std::set<std::pair<double, double>> places;
+      for (City const& city : cities) places.emplace(city.coordinate.latitude, city.coordinate.longitude);
+      EXPECT_LE(cities.size(), count);
+      EXPECT_EQ(places.size(), cities.size()) << text << " " << count;
+    }
+  }
+  EXPECT_EQ(searchCities("a", 100).size(), 100U);
+}
+
+TEST(CitySearch, PutsExactNamesBeforeLargerCities) {
+  auto const cities = searchCities("bath", 10);
+  ASSERT_GE(cities.size(), 2U);
+  EXPECT_EQ(cities[0].name, "Bath");
+  EXPECT_GT(cities[1].population, cities[0].population);
+  std::vector<std::int32_t> others;
+  for (City const& city : searchCities("berli", 20)) others.push_back(city.population);
+  EXPECT_TRUE(std::ranges::is_sorted(others, std::greater()));
+}
+
+TEST(CitySearch, TakesAnyBytes) {
+  std::mt19937 random(7);
+  std::uniform_int_distribution<int> length(0, 40);
+  std::uniform_int_distribution<int> byte(0, 255);
+  constexpr std::string_view kLikely = " ,.'-aeinorst\n";
+  for (int round = 0; round < 500; ++round) {
+    std::string text(static_cast<std::size_t>(length(random)), '\0');
+    for (char& c : text) {
+      auto const drawn = static_cast<std::size_t>(byte(random));
+      c = round % 2 == 0 ? static_cast<char>(drawn) : kLikely[drawn % kLikely.size()];
+    }
+    for (City const& city : searchCities(text, 5)) EXPECT_FALSE(city.name.empty());
+  }
+}
+
+}  // namespace
+}  // namespace nimbara

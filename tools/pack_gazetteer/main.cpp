@@ -1,0 +1,138 @@
+// Makes the gazetteer's file from the data files that tools/fetch-gazetteer.sh brings. Runs while building.
+
+#include "base/search_text.h"
+#include "landmarks.h"
+#include "outlines.h"
+#include "search_keys.h"
+#include "zone_rows.h"
+#include "zones_by_area.h"
+
+#include <cstdio>
+#include <exception>
+
+namespace nimbara::gazetteer {
+namespace {
+
+constexpr std::int32_t kSmallestCity = 15'000;
+
+/// Regions or districts that are asked for, numbered in that order.
+class NamedCodes {
+ public:
+  explicit NamedCodes(std::filesystem::path const& json) : names_(readCodes(json)) {}
+
+  /// kNone for a code without name.
+  template <class Write>
+  std::uint16_t number(std::string const& code, Write const& write) {
+    auto const name = names_.find(code);
+    if (name == names_.end() || name->second.empty()) return kNone;
+    auto const known = numbers_.find(code);
+    if (known != numbers_.end()) return known->second;
+    write(name->second);
+    return numbers_[code] = static_cast<std::uint16_t>(numbers_.size());
+  }
+
+ private:
+  std::map<std::string, std::string, std::less<>> names_;
+  std::map<std::string, std::uint16_t, std::less<>> numbers_;
+};
+
+std::set<std::string, std::less<>> allCodes(std::vector<Town> const& towns,
+                                            std::vector<CountryOutline> const& outlines) {
+  std::set<std::string, std::less<>> codes;
+  for (Town const& town : towns) codes.insert(town.country);
+  for (CountryOutline const& outline : outlines) codes.insert(outline.country);
+  return codes;
+}
+
+class Packer {
+ public:
+  explicit Packer(std::filesystem::path const& folder)
+      : folder_(folder),
+        towns_(readTowns(folder / "cities500.txt")),
+        outlines_(readOutlines(folder / "borders.json")),
+        countries_(allCodes(towns_, outlines_)),
+        regions_(folder / "admin1.json"),
+        districts_(folder / "admin2.json") {}
+
+  void pack(std::filesystem::path const& target) {
+    packTowns();
+    packOutlines(outlines_, countries_, file_);
+    packZones(folder_ / "timezones.geojson.index.json", contentOf(folder_ / "timezones.geojson.geo.dat"),
+              zones_, file_);
+    addZonesByArea(outlines_, file_, countries_);
+    zones_.write(file_);
+    countries_.write(file_);
+    file_.write(target);
+  }
+
+ private:
+  void packTowns() {
+    std::vector<LandmarkRecord> landmarks;
+    std::vector<std::uint16_t> tree;
+    std::vector<PointRecord> points;
+    for (Town const& town : towns_) {
+      landmarks.push_back({town.at, countries_.number(town.country), region(town)});
+      countries_.addTown(landmarks.back().country, zones_.number(town.zone));
+      if (town.population < kSmallestCity && !town.isCapital) continue;
+      auto const number = static_cast<std::uint16_t>(packCity(town));
+      points.push_back(town.at);
+      if (!town.isSection) tree.push_back(number);
+    }
+    file_.appendBytes(Section::cityKeys, "\n");
+    orderAsTree(tree.data(), tree.data() + tree.size(), [&](std::uint16_t city) { return points[city]; });
+    for (std::uint16_t const city : tree) file_.append(Section::cityTree, city);
+    landmarks = condensed(landmarks);
+    orderAsTree(landmarks.data(), landmarks.data() + landmarks.size(),
+                [](auto const& mark) { return mark.at; });
+    for (LandmarkRecord const& landmark : landmarks) file_.append(Section::landmarks, landmark);
+  }
+
+  std::uint32_t packCity(Town const& town) {
+    CityRecord city{town.at,         file_.text(town.name),           0,
+                    town.population, countries_.number(town.country), region(town),
+                    district(town),  zones_.number(town.zone)};
+    city.keys = static_cast<std::uint32_t>(file_.bytes(Section::cityKeys).size());
+    for (std::string const& key : searchKeys(town)) file_.appendBytes(Section::cityKeys, "\n " + key);
+    return file_.append(Section::cities, city);
+  }
+
+  std::uint16_t region(Town const& town) {
+    return regions_.number(town.region, [&](std::string const& name) {
+      std::string const code = searchFolded(town.region.substr(town.country.size() + 1));
+      std::string const keys = "\n" + code + "\n" + searchFolded(name) + "\n";
+      file_.append(Section::regions,
+                   RegionRecord{file_.text(name), file_.appendBytes(Section::regionKeys, keys)});
+    });
+  }
+
+  std::uint16_t district(Town const& town) {
+    return districts_.number(
+        town.district, [&](std::string const& name) { file_.append(Section::districts, file_.text(name)); });
+  }
+
+  std::filesystem::path folder_;
+  std::vector<Town> towns_;
+  std::vector<CountryOutline> outlines_;
+  CountryNumbers countries_;
+  ZoneNumbers zones_;
+  NamedCodes regions_;
+  NamedCodes districts_;
+  TableFile file_;
+};
+
+}  // namespace
+}  // namespace nimbara::gazetteer
+
+int main(int count, char** words) {
+  if (count != 3) {
+    std::fputs("usage: pack_gazetteer SOURCE-FOLDER TARGET-FILE\n", stderr);
+    return 2;
+  }
+  try {
+    nimbara::gazetteer::Packer(words[1]).pack(words[2]);
+  } catch (std::exception const& error) {
+    std::fprintf(stderr, "pack_gazetteer: %s\n", error.what());
+    return 1;
+  }
+  return 0;
+}
