@@ -20,7 +20,8 @@ class TableFile {
   template <class Record>
   std::uint32_t append(Section section, Record const& record) {
     static_assert(std::is_trivially_copyable_v<Record> && std::has_unique_object_representations_v<Record>);
-    return appendBytes(section, {reinterpret_cast<char const*>(&record), sizeof record}) / sizeof record;
+    constexpr auto kSize = static_cast<std::uint32_t>(sizeof record);
+    return appendBytes(section, {reinterpret_cast<char const*>(&record), kSize}) / kSize;
   }
 
   /// Appends bytes; their offset within the section.
