@@ -36,6 +36,8 @@ int runCommand(CommandLine const& line, Session const& session) {
       return runForecast(line, session);
     case CommandLine::Command::demo:
       return runDemo(line, session);
+    case CommandLine::Command::places:
+      return runPlaces(line, session);
     case CommandLine::Command::settings:
       return runSettings(line, session);
   }
@@ -44,7 +46,7 @@ int runCommand(CommandLine const& line, Session const& session) {
 
 /// The commands whose own work fails with the store and who say so themselves.
 bool needsStore(CommandLine::Command command) {
-  return command == CommandLine::Command::settings;
+  return command == CommandLine::Command::settings || command == CommandLine::Command::places;
 }
 
 }  // namespace
@@ -57,9 +59,8 @@ int runCli(std::vector<std::string> arguments, Session const& session) {
     session.console.out(end.text);
     return exitCode::kComplete;
   }
-  SqliteSettingsStore store(session.environment.dataDirectory, settingsRegistry());
+  SqliteSettingsStore store(session.environment.dataDirectory, settingsRegistry(), SettingsUse::brief);
   auto const [settings, problem] = store.settings();
-  store.release();
   if (problem && !needsStore(line->command)) {
     session.console.err("nimbara: " + oneLine(problem->message, 500) + "; the defaults are used\n");
   }

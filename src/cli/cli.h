@@ -6,6 +6,7 @@
 #include "cli/command_line.h"
 #include "platform/clock.h"
 #include "platform/http_client.h"
+#include "platform/location_source.h"
 #include "platform/settings_store.h"
 
 #include <stop_token>
@@ -36,6 +37,7 @@ struct Session {
   Environment const& environment;
   Console& console;
   std::stop_token stop;
+  LocationSource* location = nullptr;  ///< none: the desktop's
   SettingsStore* store = nullptr;      ///< the user's; set by runCli
   Settings const* settings = nullptr;  ///< as they were at the start of the run
 
@@ -47,6 +49,7 @@ int runCli(std::vector<std::string> arguments, Session const& session);
 
 int runForecast(CommandLine const& line, Session const& session);
 int runDemo(CommandLine const& line, Session const& session);
+int runPlaces(CommandLine const& line, Session const& session);
 int runSettings(CommandLine const& line, Session const& session);
 
 /// The clock that the command line asks for.

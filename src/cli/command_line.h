@@ -35,6 +35,18 @@ struct ForecastOptions {
   int width = 0;  ///< 0: the terminal's
 };
 
+struct PlacesOptions {
+  enum class Action { list, add, remove, rename, move, select, search };
+
+  Action action = Action::list;
+  std::string place;
+  std::string name;
+  int position = 0;
+  bool here = false;
+  bool online = false;
+  bool json = false;
+};
+
 struct SettingsOptions {
   enum class Action { list, get, set, reset };
 
@@ -45,12 +57,13 @@ struct SettingsOptions {
 };
 
 struct CommandLine {
-  enum class Command { forecast, demo, settings };
+  enum class Command { forecast, demo, places, settings };
 
   Command command = Command::forecast;
   CommonOptions common;
   ForecastOptions forecast;
   DemoOptions demo;
+  PlacesOptions places;
   SettingsOptions settings;
 };
 

@@ -57,8 +57,9 @@ bool needsUnsharedReading(SqliteProblem const& problem) {
 
 }  // namespace
 
-SqliteSettingsStore::SqliteSettingsStore(std::filesystem::path directory, SettingsRegistry const& registry)
-    : SettingsStore(registry), directory_(std::move(directory)) {}
+SqliteSettingsStore::SqliteSettingsStore(std::filesystem::path directory, SettingsRegistry const& registry,
+                                         SettingsUse use)
+    : SettingsStore(registry), directory_(std::move(directory)), use_(use) {}
 
 std::filesystem::path SqliteSettingsStore::file() const {
   return directory_ / kSettingsDatabaseName;
@@ -70,6 +71,15 @@ StoreError SqliteSettingsStore::errorOf(SqliteProblem const& problem, std::strin
 
 Result<SettingValues, StoreError> SqliteSettingsStore::read(StoreArea area) {
   std::lock_guard const lock(mutex_);
+  auto values = readLocked(area);
+  if (use_ == SettingsUse::brief) {
+    connection_.reset();
+    giveBackSqliteCode();
+  }
+  return values;
+}
+
+Result<SettingValues, StoreError> SqliteSettingsStore::readLocked(StoreArea area) {
   if (connection_ && connection_->hasMoved()) connection_.reset();
   if (connection_) {
     auto values = valuesOf(*connection_, area);
@@ -147,12 +157,6 @@ Result<void, StoreError> SqliteSettingsStore::change(StoreArea area, StoreDecisi
   if (!written) return std::unexpected(errorOf(written.error(), "changed"));
   if (!changes->empty()) announceSettingsChange(file());
   return {};
-}
-
-void SqliteSettingsStore::release() {
-  std::lock_guard const lock(mutex_);
-  connection_.reset();
-  giveBackSqliteCode();
 }
 
 Result<std::unique_ptr<SettingsWatch>, StoreError> SqliteSettingsStore::watch() {

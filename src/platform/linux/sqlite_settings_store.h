@@ -13,10 +13,15 @@
 
 namespace nimbara {
 
+/// How long a process reads: a brief one gives file and memory back after each reading, at the cost of a
+/// third of a millisecond for the next.
+enum class SettingsUse { lasting, brief };
+
 class SqliteSettingsStore final : public SettingsStore {
  public:
   /// Opens nothing yet. The registry outlives the store.
-  SqliteSettingsStore(std::filesystem::path directory, SettingsRegistry const& registry);
+  SqliteSettingsStore(std::filesystem::path directory, SettingsRegistry const& registry,
+                      SettingsUse use = SettingsUse::lasting);
 
   Result<SettingValues, StoreError> read(StoreArea area) override;
   Result<void, StoreError> update(StoreArea area, StoreDecision const& decide) override;
@@ -24,17 +29,16 @@ class SqliteSettingsStore final : public SettingsStore {
   Result<std::unique_ptr<SettingsWatch>, StoreError> watch() override;
 
   std::filesystem::path file() const;
-  /// Lets go of the file and of SQLite's memory until the next use, for processes that are done with it
-  /// early.
-  void release();
 
  private:
+  Result<SettingValues, StoreError> readLocked(StoreArea area);
   Result<SettingValues, StoreError> readOnce(StoreArea area, SqliteAccess access);
   Result<void, StoreError> openForWriting();
   Result<void, StoreError> change(StoreArea area, StoreDecision const& decide);
   StoreError errorOf(SqliteProblem const& problem, std::string_view doing) const;
 
   std::filesystem::path directory_;
+  SettingsUse use_;
   std::mutex mutex_;
   std::optional<SqliteConnection> connection_;
   bool writable_ = false;

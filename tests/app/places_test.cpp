@@ -1,0 +1,224 @@
+#include "app/places.h"
+
+#include "app/place_resolver.h"
+#include "app/place_search.h"
+#include "app/settings_registry.h"
+#include "support/fake_http_client.h"
+#include "support/instants.h"
+#include "support/memory_settings_store.h"
+
+#include <gtest/gtest.h>
+
+namespace nimbara {
+namespace {
+
+Uuid id(int number) {
+  Uuid uuid;
+  uuid.bytes[0] = 0xA0;
+  uuid.bytes[15] = static_cast<std::uint8_t>(number);
+  return uuid;
+}
+
+SavedPlace place(int number, std::string name, Coordinate coordinate) {
+  return {id(number), std::move(name), "DE", "Germany", "", coordinate, "Europe/Berlin"};
+}
+
+/// 1 Berlin, 2 Łódź, 3 Bergen; Berlin selected.
+PlaceList threePlaces() {
+  PlaceList list;
+  EXPECT_TRUE(addPlace(list, place(1, "Berlin", {52.52, 13.41})));
+  EXPECT_TRUE(addPlace(list, place(2, "Łódź", {51.76, 19.46})));
+  EXPECT_TRUE(addPlace(list, place(3, "Bergen", {60.39, 5.32})));
+  return list;
+}
+
+std::string order(PlaceList const& list) {
+  std::string numbers;
+  for (SavedPlace const& saved : list.places) numbers += std::to_string(saved.id.bytes[15]);
+  return numbers;
+}
+
+TEST(PlaceList, RefusesAPlaceWithinAHundredMetres) {
+  PlaceList list = threePlaces();
+  constexpr double kDegreesPer100m = 0.1 / 111.19493;
+  auto const near = addPlace(list, place(4, "Mitte", {52.52 + 0.999 * kDegreesPer100m, 13.41}));
+  ASSERT_FALSE(near);
+  EXPECT_EQ(near.error(), "the place is saved already, as Berlin");
+  EXPECT_TRUE(addPlace(list, place(4, "Mitte", {52.52 + 1.001 * kDegreesPer100m, 13.41})));
+  EXPECT_FALSE(addPlace(list, place(5, "Nowhere", {91, 0})));
+  EXPECT_TRUE(addPlace(list, place(5, " \n", {1, 2})));
+  EXPECT_EQ(list.places.back().name, "1.00°N 2.00°E");
+  EXPECT_EQ(order(list), "12345");
+}
+
+struct MoveRow {
+  int number;
+  int position;
+  std::string_view order;  // empty: refused
+};
+
+TEST(PlaceList, MovesPlaces) {
+  for (MoveRow const& row : {MoveRow{1, 1, "123"},
+                             {1, 2, "213"},
+                             {1, 3, "231"},
+                             {3, 1, "312"},
+                             {3, 2, "132"},
+                             {2, 0, ""},
+                             {2, 4, ""},
+                             {9, 1, ""}}) {
+    PlaceList list = threePlaces();
+    bool const moved = movePlace(list, id(row.number), row.position).has_value();
+    EXPECT_EQ(moved, !row.order.empty());
+    EXPECT_EQ(order(list), moved ? row.order : "123") << row.number << " to " << row.position;
+  }
+}
+
+TEST(PlaceList, SelectsTheFirstThatRemains) {
+  PlaceList list = threePlaces();
+  EXPECT_EQ(list.selected, id(1)) << "the first added";
+  ASSERT_TRUE(selectPlace(list, id(2)));
+  ASSERT_TRUE(removePlace(list, id(3)));
+  EXPECT_EQ(list.selected, id(2));
+  ASSERT_TRUE(removePlace(list, id(2)));
+  EXPECT_EQ(list.selected, id(1));
+  ASSERT_TRUE(removePlace(list, id(1)));
+  EXPECT_EQ(list.selected, std::nullopt);
+  EXPECT_FALSE(removePlace(list, id(1)));
+  EXPECT_FALSE(selectPlace(list, id(1)));
+}
+
+TEST(PlaceList, OffersTheCurrentLocationOnRequest) {
+  PlaceList list = threePlaces();
+  LocationFix const fix{{48.1, 11.5}, 1500, test::at("2026-11-21T09:20:00Z")};
+  ASSERT_TRUE(selectCurrentLocation(list, fix));
+  EXPECT_EQ(std::get<Place>(*resolvePlace("", list)).coordinate, fix.coordinate);
+  ASSERT_TRUE(removePlace(list, id(1)));
+  EXPECT_EQ(list.selected, kCurrentLocation);
+  ASSERT_TRUE(removeCurrentLocation(list));
+  EXPECT_EQ(list.selected, id(2));
+  EXPECT_EQ(list.lastFix, std::nullopt);
+}
+
+struct FindRow {
+  std::string_view text;
+  int number;  // 0: none
+};
+
+TEST(PlaceList, FindsNamesWhateverCaseAndAccents) {
+  PlaceList list = threePlaces();
+  ASSERT_TRUE(addPlace(list, place(4, "Ber", {1, 1})));
+  ASSERT_TRUE(addPlace(list, place(5, "東京", {35.69, 139.69})));
+  for (FindRow const& row : {FindRow{"berlin", 1},
+                             {"BERLIN ", 1},
+                             {"lodz", 2},
+                             {"ŁÓDŹ", 2},
+                             {"lo", 2},
+                             {"ber", 4},
+                             {"berg", 3},
+                             {"be", 1},
+                             {"東", 5},
+                             {"北京", 0},
+                             {"erlin", 0},
+                             {"", 0},
+                             {"berliner", 0},
+                             {"a0000000-0000-0000-0000-000000000003", 3},
+                             {"a0000000-0000-0000-0000-000000000009", 0}}) {
+    SavedPlace const* const found = list.find(row.text);
+    EXPECT_EQ(found == nullptr ? 0 : found->id.bytes[15], row.number) << row.text;
+  }
+}
+
+TEST(ResolvePlace, PrefersCoordinatesThenSavedPlacesThenASearch) {
+  PlaceList list = threePlaces();
+  ASSERT_TRUE(renamePlace(list, id(3), "12"));
+  auto const coordinate = [&](std::string_view text) { return std::get<Place>(*resolvePlace(text, list)); };
+  EXPECT_EQ(coordinate("1,2"), (Place{{1, 2}, "", "", ""}));
+  EXPECT_EQ(coordinate("lodz").name, "Łódź");
+  EXPECT_EQ(coordinate("lodz").country, "Germany");
+  EXPECT_EQ(coordinate("12").coordinate, (Coordinate{60.39, 5.32})) << "a saved name may be a number";
+  EXPECT_EQ(coordinate(" ").name, "Berlin");
+  EXPECT_EQ(std::get<PlaceName>(*resolvePlace("Oslo", list)).name, "Oslo");
+  EXPECT_TRUE(resolvePlace("91,0", list).error().isMistake);
+  EXPECT_TRUE(resolvePlace("13", list).error().isMistake);
+  EXPECT_FALSE(resolvePlace("", PlaceList{}).error().isMistake);
+}
+
+class PlacesTest : public testing::Test {
+ protected:
+  test::MemorySettingsStore store_{settingsRegistry()};
+  Places places_{store_};
+};
+
+TEST_F(PlacesTest, KeepsTheWholeList) {
+  PlaceList expected = threePlaces();
+  ASSERT_TRUE(movePlace(expected, id(3), 1));
+  ASSERT_TRUE(selectCurrentLocation(expected, {{48.1, 11.5}, 1500.5, test::at("2026-11-21T09:20:00.250Z")}));
+  auto const changed = places_.change([&](PlaceList& list) -> PlaceResult {
+    list = expected;
+    return {};
+  });
+  ASSERT_TRUE(changed);
+  EXPECT_EQ(*changed, expected);
+  EXPECT_EQ(*places_.list(), expected);
+  EXPECT_TRUE(store_.settings().settings.registry().find("selected") == nullptr);
+}
+
+TEST_F(PlacesTest, TakesTheRowsOfRemovedPlacesAway) {
+  ASSERT_TRUE(places_.change([](PlaceList& list) -> PlaceResult {
+    list = threePlaces();
+    return {};
+  }));
+  ASSERT_TRUE(places_.change([](PlaceList& list) { return removePlace(list, id(2)); }));
+  EXPECT_EQ(order(*places_.list()), "13");
+  EXPECT_EQ(store_.read(StoreArea::places)->size(), 3U) << "two places and the selection";
+}
+
+TEST_F(PlacesTest, LeavesTheListAloneWhenTheChangeIsRefused) {
+  auto const refused = places_.change([](PlaceList& list) {
+    static_cast<void>(addPlace(list, place(1, "Berlin", {52.52, 13.41})));
+    return removePlace(list, id(7));
+  });
+  ASSERT_FALSE(refused);
+  EXPECT_EQ(refused.error().kind, StoreError::Kind::refused);
+  EXPECT_TRUE(places_.list()->places.empty());
+}
+
+TEST_F(PlacesTest, PassesOverRowsThatItCannotRead) {
+  StoreChanges rows{
+      {"selected", id(9).text()}, {"later", std::string("x")}, {"currentLocation", std::string("{}")}};
+  int number = 0;
+  for (char const* const row : {R"({"position":1,"name":"Good","latitude":1,"longitude":2})", "{", "[]", "7",
+                                R"({"position":1,"name":"Far","latitude":91,"longitude":2})",
+                                R"({"name":"NoPosition","latitude":1})"}) {
+    rows[id(++number).text()] = std::string(row);
+  }
+  rows[id(++number).text()] = std::int64_t{5};
+  ASSERT_TRUE(store_.update(StoreArea::places, [&](SettingValues const&) { return rows; }));
+  auto const list = places_.list();
+  ASSERT_TRUE(list);
+  EXPECT_EQ(order(*list), "1");
+  EXPECT_EQ(list->selected, std::nullopt) << "a place that is not there";
+  EXPECT_TRUE(list->offersCurrentLocation);
+  EXPECT_EQ(list->lastFix, std::nullopt);
+  ASSERT_TRUE(places_.change([](PlaceList& changed) { return selectPlace(changed, id(1)); }));
+  EXPECT_EQ(store_.read(StoreArea::places)->size(), rows.size()) << "kept for a later version";
+}
+
+TEST(PlaceSearch, AsksTheGazetteerFirst) {
+  test::FakeHttpClient http;
+  ServiceDirectory const services({}, "http://127.0.0.1:1");
+  PlaceSearch search(http, services, [](std::string_view text) {
+    return text == "Berlin" ? std::vector<FoundPlace>(12, {"Berlin", "", "DE", "", {52.52, 13.41}, ""})
+                            : std::vector<FoundPlace>{};
+  });
+  EXPECT_EQ(search.search("Berlin", "en", false)->size(), 10U);
+  EXPECT_TRUE(http.requests.empty());
+  std::string const answer = R"({"results":[{"name":"Online","latitude":1,"longitude":2}]})";
+  http.willAnswer(200, answer);
+  http.willAnswer(200, answer);
+  EXPECT_EQ(search.search("Oslo", "en", false)->front().name, "Online") << "what it does not know";
+  EXPECT_EQ(search.search("Berlin", "en", true)->front().name, "Online");
+}
+
+}  // namespace
+}  // namespace nimbara
