@@ -8,9 +8,9 @@ packages=(
   g++ cmake ninja-build ccache pkg-config git
   # libraries
   libcurl4-openssl-dev libsimdjson-dev libicu-dev libssl-dev libfmt-dev libcli11-dev libcpp-httplib-dev
-  libsqlite3-dev
+  libsqlite3-dev libsdbus-c++-dev
   # tests, benchmarks, fuzzing
-  libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev
+  dbus-daemon libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev
   # format and lint
   clang-19 clang-format-19 clang-tidy-19 libclang-rt-19-dev
 )

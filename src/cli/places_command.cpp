@@ -6,6 +6,7 @@
 #include "base/texts.h"
 #include "cli/cli.h"
 #include "platform/linux/curl_http_client.h"
+#include "platform/linux/desktop_services.h"
 
 #include <algorithm>
 
@@ -240,11 +241,9 @@ class PlacesRun {
   }
 
   Result<LocationFix, LocationError> locate() const {
-    if (session_.location == nullptr) {
-      return std::unexpected(LocationError{LocationError::Kind::unavailable,
-                                           "the location is not known: there is no location service"});
-    }
-    return session_.location->locate(kLocationTimeout, session_.stop);
+    if (session_.location != nullptr) return session_.location->locate(kLocationTimeout, session_.stop);
+    auto const desktop = desktopLocationSource({session_.environment.program, {}});
+    return desktop->locate(kLocationTimeout, session_.stop);
   }
 
   int addHere() {

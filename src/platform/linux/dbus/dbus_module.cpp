@@ -1,0 +1,19 @@
+#include "platform/linux/dbus/dbus_module.h"
+
+#include "platform/linux/dbus/geoclue_location_source.h"
+#include "platform/linux/dbus/system_watch.h"
+
+extern "C" {
+
+[[gnu::visibility("default")]] extern nimbara::DbusModule const nimbaraDbusModule;
+
+nimbara::DbusModule const nimbaraDbusModule{
+    [](std::string const& systemBus) -> std::unique_ptr<nimbara::LocationSource> {
+      return std::make_unique<nimbara::GeoclueLocationSource>(systemBus);
+    },
+    [](std::string const& systemBus,
+       nimbara::PowerAndNetwork::Listener listener) -> std::unique_ptr<nimbara::PowerAndNetwork> {
+      return std::make_unique<nimbara::SystemWatch>(systemBus, std::move(listener));
+    },
+};
+}

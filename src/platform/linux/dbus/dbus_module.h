@@ -1,0 +1,21 @@
+// What the module offers to the program that loads it. Both are built together; there is no other user.
+#pragma once
+
+#include "platform/location_source.h"
+#include "platform/power_and_network.h"
+
+#include <memory>
+#include <string>
+
+namespace nimbara {
+
+struct DbusModule {
+  std::unique_ptr<LocationSource> (*locationSource)(std::string const& systemBus);
+  std::unique_ptr<PowerAndNetwork> (*powerAndNetwork)(std::string const& systemBus,
+                                                      PowerAndNetwork::Listener listener);
+};
+
+inline constexpr char kDbusModuleSymbol[] = "nimbaraDbusModule";
+inline constexpr char kDbusModuleFile[] = "nimbara-dbus.so";
+
+}  // namespace nimbara

@@ -1,0 +1,143 @@
+#include "platform/linux/dbus/geoclue_location_source.h"
+
+#include "platform/linux/dbus/bus.h"
+
+#include <cmath>
+#include <map>
+
+namespace nimbara {
+
+namespace {
+
+using Kind = LocationError::Kind;
+using std::chrono::milliseconds;
+using Properties = std::map<std::string, sdbus::Variant>;
+
+constexpr char kService[] = "org.freedesktop.GeoClue2";
+constexpr char kManagerPath[] = "/org/freedesktop/GeoClue2/Manager";
+constexpr char kManager[] = "org.freedesktop.GeoClue2.Manager";
+constexpr char kClient[] = "org.freedesktop.GeoClue2.Client";
+constexpr char kLocation[] = "org.freedesktop.GeoClue2.Location";
+constexpr char kProperties[] = "org.freedesktop.DBus.Properties";
+constexpr char kDesktopId[] = "nimbara";
+/// GeoClue's number for the accuracy of a city.
+constexpr std::uint32_t kCityLevel = 4;
+
+LocationError errorOf(Kind kind, std::string_view reason) {
+  return {kind, "the location is not known: " + std::string(reason)};
+}
+
+LocationError errorOf(sdbus::Error const& error) {
+  std::string const& name = error.getName();
+  if (name.ends_with(".AccessDenied")) {
+    return errorOf(Kind::denied,
+                   "the location service denies it; allow it in the desktop's privacy settings");
+  }
+  bool const absent = name.ends_with(".ServiceUnknown") || name.ends_with(".NameHasNoOwner") ||
+                      name.find(".Spawn.") != std::string::npos;
+  if (absent) return errorOf(Kind::unavailable, "there is no location service (GeoClue) on this machine");
+  return errorOf(Kind::unavailable, "the location service fails (" + error.getMessage() + ")");
+}
+
+LocationError errorOf(BusWait wait) {
+  if (wait == BusWait::stopped) return errorOf(Kind::cancelled, "the question was cancelled");
+  return errorOf(Kind::timedOut, "the location service has found no source that knows it in time");
+}
+
+std::optional<double> number(Properties const& properties, char const* name) {
+  auto const found = properties.find(name);
+  if (found == properties.end() || !found->second.containsValueOfType<double>()) return std::nullopt;
+  double const value = found->second.get<double>();
+  return std::isfinite(value) ? std::optional(value) : std::nullopt;
+}
+
+Instant timeOf(Properties const& properties) {
+  using Timestamp = sdbus::Struct<std::uint64_t, std::uint64_t>;  // seconds and microseconds
+  auto const now = std::chrono::floor<milliseconds>(std::chrono::system_clock::now());
+  auto const found = properties.find("Timestamp");
+  if (found == properties.end() || !found->second.containsValueOfType<Timestamp>()) return now;
+  auto const [seconds, micros] =
+      static_cast<std::tuple<std::uint64_t, std::uint64_t> const&>(found->second.get<Timestamp>());
+  constexpr std::uint64_t kLastSecond = 253'402'300'799;  // of the year 9999
+  if (seconds == 0 || seconds > kLastSecond) return now;
+  return Instant(std::chrono::seconds(seconds)) + milliseconds(micros / 1000 % 1000);
+}
+
+Result<LocationFix, LocationError> fixOf(Properties const& properties) {
+  auto const latitude = number(properties, "Latitude");
+  auto const longitude = number(properties, "Longitude");
+  if (!latitude || !longitude || std::abs(*latitude) > 90 || std::abs(*longitude) > 180) {
+    return std::unexpected(errorOf(Kind::unavailable, "the location service gives no coordinate"));
+  }
+  return LocationFix{{*latitude, *longitude}, number(properties, "Accuracy").value_or(0), timeOf(properties)};
+}
+
+/// One conversation with the service.
+class Conversation {
+ public:
+  Conversation(sdbus::IConnection& connection, milliseconds timeout, std::stop_token stop)
+      : connection_(connection), task_(connection, timeout, std::move(stop)) {}
+
+  Result<LocationFix, LocationError> run() {
+    auto const manager = sdbus::createProxy(connection_, kService, kManagerPath);
+    auto const path = value(task_.call<sdbus::ObjectPath>(*manager, kManager, "GetClient"));
+    if (!path) return std::unexpected(path.error());
+    auto const client = sdbus::createProxy(connection_, kService, std::get<0>(*path));
+    std::optional<sdbus::ObjectPath> location;
+    client->uponSignal("LocationUpdated")
+        .onInterface(kClient)
+        .call(
+            [&location](sdbus::ObjectPath const&, sdbus::ObjectPath const& updated) { location = updated; });
+    client->finishRegistration();
+    for (auto const& [property, wanted] : {std::pair("DesktopId", sdbus::Variant(std::string(kDesktopId))),
+                                           std::pair("RequestedAccuracyLevel", sdbus::Variant(kCityLevel))}) {
+      auto const set = value(
+          task_.call<>(*client, kProperties, "Set", std::string(kClient), std::string(property), wanted));
+      if (!set) return std::unexpected(set.error());
+    }
+    if (auto const started = value(task_.call<>(*client, kClient, "Start")); !started) {
+      return std::unexpected(started.error());
+    }
+    BusWait const waited = task_.waitUntil([&] { return location.has_value(); });
+    if (waited != BusWait::done) return std::unexpected(errorOf(waited));
+    return read(*location);
+  }
+
+ private:
+  template <class... Results>
+  Result<std::tuple<Results...>, LocationError> value(
+      std::optional<BusTask::Reply<Results...>> const& reply) const {
+    if (!reply) return std::unexpected(errorOf(task_.last()));
+    if (!*reply) return std::unexpected(errorOf(reply->error()));
+    return **reply;
+  }
+
+  Result<LocationFix, LocationError> read(sdbus::ObjectPath const& path) {
+    auto const location = sdbus::createProxy(connection_, kService, path);
+    auto const all = value(task_.call<Properties>(*location, kProperties, "GetAll", std::string(kLocation)));
+    if (!all) return std::unexpected(all.error());
+    return fixOf(std::get<0>(*all));
+  }
+
+  sdbus::IConnection& connection_;
+  BusTask task_;
+};
+
+}  // namespace
+
+Result<LocationFix, LocationError> GeoclueLocationSource::locate(milliseconds timeout, std::stop_token stop) {
+  std::unique_ptr<sdbus::IConnection> connection;
+  try {
+    connection = connectToBus(systemBus_);
+  } catch (sdbus::Error const&) {
+    return std::unexpected(errorOf(Kind::unavailable, "there is no system bus (D-Bus) to ask on"));
+  }
+  try {
+    // The end of the connection ends the service's work for it.
+    return Conversation(*connection, timeout, std::move(stop)).run();
+  } catch (sdbus::Error const& error) {
+    return std::unexpected(errorOf(error));
+  }
+}
+
+}  // namespace nimbara

@@ -1,0 +1,27 @@
+// The desktop's services on D-Bus. Their library weighs megabytes, so they live in a module beside the
+// program that is loaded with the first call and then stays.
+#pragma once
+
+#include "platform/location_source.h"
+#include "platform/power_and_network.h"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+namespace nimbara {
+
+/// Where the module and the system's bus are.
+struct DesktopOptions {
+  std::filesystem::path program;  ///< the running program's file
+  std::string systemBus;          ///< the bus's address; empty for the system's own
+};
+
+/// Never null: without the module, every question is answered with the reason.
+std::unique_ptr<LocationSource> desktopLocationSource(DesktopOptions const& options);
+
+/// Never null: without bus or services it hears what it can and tells the rest by `missing`.
+std::unique_ptr<PowerAndNetwork> desktopPowerAndNetwork(DesktopOptions const& options,
+                                                        PowerAndNetwork::Listener listener);
+
+}  // namespace nimbara
