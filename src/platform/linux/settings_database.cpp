@@ -42,7 +42,10 @@ class TemporaryFile {
   int error() const { return error_; }
   /// The error number; EEXIST when somebody else was faster.
   int giveName(std::filesystem::path const& name) const {
-    return renameat2(AT_FDCWD, path_.c_str(), AT_FDCWD, name.c_str(), RENAME_NOREPLACE) == 0 ? 0 : errno;
+    if (renameat2(AT_FDCWD, path_.c_str(), AT_FDCWD, name.c_str(), RENAME_NOREPLACE) == 0) return 0;
+    // Not every file system knows this kind of renaming.
+    if (errno != EINVAL) return errno;
+    return link(path_.c_str(), name.c_str()) == 0 ? 0 : errno;
   }
 
  private:
