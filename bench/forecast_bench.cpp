@@ -33,7 +33,9 @@ std::string const& body() {
       values[query.substr(begin, equals - begin)] = query.substr(equals + 1, end - equals - 1);
       begin = end + 1;
     }
-    return openMeteoForecast([&](std::string_view name) { return values[std::string(name)]; }, now()).body;
+    DemoRequest request;
+    request.query = [&](std::string_view name) { return values[std::string(name)]; };
+    return openMeteoForecast(request, now()).body;
   }();
   return made;
 }
