@@ -1,6 +1,6 @@
 #include "app/places.h"
 
-#include "base/display_text.h"
+#include "base/search_text.h"
 #include "base/text.h"
 
 #include <algorithm>

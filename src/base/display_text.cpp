@@ -4,7 +4,6 @@
 
 #include <unicode/normalizer2.h>
 #include <unicode/uchar.h>
-#include <unicode/unistr.h>
 #include <unicode/utf8.h>
 
 #include <algorithm>
@@ -88,27 +87,6 @@ std::string asciiFolded(std::string_view text) {
   std::string const letters = decomposed(text);
   std::string out;
   for (std::size_t next = 0; next < letters.size();) appendAscii(out, nextCharacter(letters, next));
-  return out;
-}
-
-std::string searchFolded(std::string_view text) {
-  std::string const letters = decomposed(text);
-  std::string out;
-  for (std::size_t next = 0; next < letters.size();) {
-    std::size_t const start = next;
-    UChar32 const character = nextCharacter(letters, next);
-    if (character < 0) {
-      out.append(letters, start, next - start);
-      continue;
-    }
-    if (cellsOf(character) == 0) continue;
-    auto const spelling = std::ranges::find(kSpellings, character, &Spelling::character);
-    if (spelling != std::ranges::end(kSpellings)) {
-      out += asciiLowered(spelling->ascii);
-    } else {
-      icu::UnicodeString(u_foldCase(character, U_FOLD_CASE_DEFAULT)).toUTF8String(out);
-    }
-  }
   return out;
 }
 

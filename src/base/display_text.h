@@ -14,10 +14,6 @@ int displayWidth(std::string_view text);
 /// degree sign left out, everything else that has no likeness as "?".
 std::string asciiFolded(std::string_view text);
 
-/// `text` for comparing names: without letter case and accents, letters with a plain spelling spelled so; all
-/// other scripts as they are.
-std::string searchFolded(std::string_view text);
-
 enum class Align { left, right, centre };
 
 /// `text` filled with blanks to `width` cells; a text that is wider is cut and ends with "…".

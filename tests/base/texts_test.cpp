@@ -103,15 +103,6 @@ TEST(DisplayText, WrapsAtBlanks) {
 TEST(DisplayText, FoldsToAscii) {
   EXPECT_EQ(asciiFolded("Łódź, Tromsø, Straße – 5 °C…"), "Lodz, Tromso, Strasse - 5 C...");
   EXPECT_EQ(asciiFolded("東京"), "??");
-  for (char const* const name : {"Łódź", "łódz", "LODZ"}) EXPECT_EQ(searchFolded(name), "lodz") << name;
-  EXPECT_EQ(searchFolded("Straße"), searchFolded("STRASSE"));
-  EXPECT_EQ(searchFolded("МОСКВА"), searchFolded("Москва"));
-  EXPECT_NE(searchFolded("東京"), searchFolded("北京"));
-  EXPECT_EQ(searchFolded("a\xff\xfe"
-                         "b"),
-            "a\xff\xfe"
-            "b")
-      << "broken bytes stay";
 }
 
 TEST(Text, MakesOneLineOfAnything) {
