@@ -1,6 +1,7 @@
 #include "cli/run_context.h"
 
-#include "providers/geocoder.h"
+#include "app/place_resolver.h"
+#include "app/place_search.h"
 
 #include <variant>
 
@@ -86,22 +87,21 @@ std::string RunContext::sentenceOf(APIError const& error) const {
 }
 
 Result<Place, Failure> RunContext::place(std::string const& text) {
-  if (text.empty()) {
+  auto const places = Places(*session_.store).list();
+  auto const wanted = resolvePlace(text, places.value_or(PlaceList{}));
+  if (!wanted) {
+    PlaceProblem const& problem = wanted.error();
     return std::unexpected(
-        Failure{exitCode::kUnavailable,
-                "no place is selected; name one, for example: nimbara forecast 52.52,13.41",
-                {}});
+        Failure{problem.isMistake ? exitCode::kUsage : exitCode::kUnavailable, problem.sentence, {}});
   }
-  auto const wanted = parsePlace(text);
-  if (!wanted) return std::unexpected(Failure{exitCode::kUsage, wanted.error(), {}});
-  if (auto const* const coordinate = std::get_if<Coordinate>(&*wanted)) return Place{*coordinate, "", "", ""};
-  OpenMeteoGeocoder geocoder(app_.http(), app_.services().address(Service::openMeteoGeocoding));
-  auto const found = geocoder.search(std::get<PlaceName>(*wanted).name, texts().language(), 1, session_.stop);
+  if (auto const* const place = std::get_if<Place>(&*wanted)) return *place;
+  PlaceSearch search(app_.http(), app_.services());
+  auto const found =
+      search.search(std::get<PlaceName>(*wanted).name, texts().language(), false, session_.stop);
   if (!found) {
     return std::unexpected(Failure{exitCode::kUnavailable, sentenceOf(found.error()), found.error()});
   }
-  GeocodedPlace const& best = found->front();
-  return Place{best.coordinate, best.name, best.country, best.region};
+  return placeOf(savedPlaceOf(found->front()));
 }
 
 }  // namespace nimbara

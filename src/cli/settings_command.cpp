@@ -27,13 +27,13 @@ SettingValue listedValue(Settings const& settings, SettingDefinition const& defi
   return hidden ? SettingValue(std::string(kHidden)) : value;
 }
 
-using Pairs = std::vector<std::pair<SettingDefinition const*, SettingValue>>;
+using Pairs = std::vector<std::pair<SettingDefinition, SettingValue>>;
 
 std::string json(Pairs const& pairs) {
   JsonWriter writer;
   writer.beginObject();
   for (auto const& [definition, value] : pairs) {
-    std::visit([&](auto const& content) { writer.member(definition->key, content); }, value);
+    std::visit([&](auto const& content) { writer.member(definition.key, content); }, value);
   }
   writer.endObject();
   return writer.take() + "\n";
@@ -44,13 +44,13 @@ std::string table(Pairs const& pairs, Settings const& settings) {
   int keys = 0;
   int values = 0;
   for (auto const& [definition, value] : pairs) {
-    keys = std::max(keys, displayWidth(definition->key));
+    keys = std::max(keys, displayWidth(definition.key));
     values = std::max(values, displayWidth(shown(value)));
   }
   std::string out;
   for (auto const& [definition, value] : pairs) {
-    out += fitted(definition->key, keys) + (settings.isChosen(definition->key) ? " * " : "   ") +
-           fitted(shown(value), values) + "  " + std::string(definition->explanation) + "\n";
+    out += fitted(definition.key, keys) + (settings.isChosen(definition.key) ? " * " : "   ") +
+           fitted(shown(value), values) + "  " + std::string(definition.explanation) + "\n";
   }
   return out;
 }
@@ -58,7 +58,7 @@ std::string table(Pairs const& pairs, Settings const& settings) {
 int list(CommandLine const& line, Session const& session, SettingsReading const& reading) {
   Pairs pairs;
   for (SettingDefinition const* const definition : session.store->registry().all()) {
-    pairs.emplace_back(definition, listedValue(reading.settings, *definition));
+    pairs.emplace_back(*definition, listedValue(reading.settings, *definition));
   }
   session.console.out(line.settings.json ? json(pairs) : table(pairs, reading.settings));
   return exitCode::kComplete;
@@ -95,7 +95,7 @@ int runSettings(CommandLine const& line, Session const& session) {
   if (reading.problem) return session.fail(exitCode::kUnavailable, reading.problem->message);
   if (definition == nullptr) return list(line, session, reading);
   SettingValue const value = reading.settings.value(options.key);
-  session.console.out(options.json ? json({{definition, value}}) : shown(value) + "\n");
+  session.console.out(options.json ? json({{*definition, value}}) : shown(value) + "\n");
   return exitCode::kComplete;
 }
 

@@ -15,7 +15,7 @@ namespace nimbara {
 struct LocationFix {
   Coordinate coordinate;
   double accuracyMetres = 0;
-  Instant time{};
+  Instant time;
 
   bool operator==(LocationFix const&) const = default;
 };

@@ -121,7 +121,8 @@ SettingDefinition const* SettingsRegistry::find(std::string_view key) const {
   return found != definitions_.end() && (*found)->key == key ? *found : nullptr;
 }
 
-Result<SettingValue, std::string> checkedSetting(SettingDefinition const& definition, SettingValue value) {
+Result<SettingValue, std::string> checkedSetting(SettingDefinition const& definition,
+                                                 SettingValue const& value) {
   return kChecks[definition.byDefault.index()](definition, value);
 }
 
@@ -136,7 +137,7 @@ Result<SettingValue, std::string> parsedSetting(SettingDefinition const& definit
       value = *real;
     }
   }
-  return checkedSetting(definition, std::move(value));
+  return checkedSetting(definition, value);
 }
 
 Settings::Settings(SettingsRegistry const& registry, SettingValues stored)

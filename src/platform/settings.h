@@ -29,11 +29,13 @@ struct SettingDefinition {
   std::string_view key;
   std::variant<bool, std::int64_t, double, std::string_view> byDefault;  ///< its type is the setting's
   std::string_view explanation;                                          ///< one line
-  std::span<std::string_view const> choices = {};                        ///< of a text; none means any text
+  // NOLINTBEGIN(readability-redundant-member-init): tables leave these out
+  std::span<std::string_view const> choices = {};  ///< of a text; none means any text
   double minimum = -std::numeric_limits<double>::infinity();
   double maximum = std::numeric_limits<double>::infinity();
   bool (*accepts)(std::string_view text) = nullptr;  ///< a further condition of a text
   std::string_view expected = {};                    ///< that condition in words: "an address like https://…"
+  // NOLINTEND(readability-redundant-member-init)
 
   /// A key, token or password, which lists show only as set or unset.
   bool isSecret() const;
@@ -54,7 +56,8 @@ class SettingsRegistry {
 };
 
 /// `value` in the definition's own type, or a sentence that names the key and what is expected.
-Result<SettingValue, std::string> checkedSetting(SettingDefinition const& definition, SettingValue value);
+Result<SettingValue, std::string> checkedSetting(SettingDefinition const& definition,
+                                                 SettingValue const& value);
 /// The like for a text that a person typed: "true", "42", "0.5", "celsius".
 Result<SettingValue, std::string> parsedSetting(SettingDefinition const& definition, std::string_view text);
 

@@ -1,6 +1,5 @@
 #include "support/private_bus.h"
 
-#include <cstdio>
 #include <fstream>
 #include <signal.h>
 #include <sys/wait.h>
@@ -31,11 +30,9 @@ PrivateBus::PrivateBus() {
   }
   close(ends[1]);
   // The address is printed when the daemon listens; the end of the pipe means that it could not start.
-  std::FILE* const output = fdopen(ends[0], "r");
-  char line[512] = "";
-  if (std::fgets(line, sizeof line, output) != nullptr) address_ = line;
-  std::fclose(output);
-  while (address_.ends_with('\n')) address_.pop_back();
+  char letter = 0;
+  while (read(ends[0], &letter, 1) == 1 && letter != '\n') address_ += letter;
+  close(ends[0]);
   if (address_.empty()) throw std::runtime_error("dbus-daemon does not start");
 }
 

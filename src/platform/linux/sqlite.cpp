@@ -64,6 +64,7 @@ SettingValue column(sqlite3_stmt* statement, int index) {
 std::vector<SettingValue> rowOf(sqlite3_stmt* statement) {
   std::vector<SettingValue> row;
   int const count = sqlite3_column_count(statement);
+  row.reserve(static_cast<std::size_t>(count));
   for (int index = 0; index < count; ++index) row.push_back(column(statement, index));
   return row;
 }

@@ -137,8 +137,8 @@ Result<void, StoreError> SqliteSettingsStore::update(StoreArea area, StoreDecisi
     return std::unexpected(errorOf(begun.error(), "changed"));
   }
   auto changed = change(area, decide);
-  // After some errors SQLite has already gone back by itself; then there is nothing left to undo.
-  if (!changed) static_cast<void>(connection_->run("ROLLBACK"));
+  // After some errors SQLite has already gone back by itself; a new connection is sure of it.
+  if (!changed && !connection_->run("ROLLBACK")) connection_.reset();
   return changed;
 }
 
