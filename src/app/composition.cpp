@@ -1,6 +1,7 @@
 #include "app/composition.h"
 
 #include "app/configuration.h"
+#include "app/place_search.h"
 
 namespace nimbara {
 
@@ -40,12 +41,12 @@ Composition::Composition(Settings const& settings, Clock const& clock, Options o
       configuration_(configurationOf(settings)),
       services_(configuration_, options.servicesBase),
       http_({userAgent(configuration_), {}}),
-      appleWeather_(http_, clock, services_.address(Service::appleWeather), options.timeZone,
+      appleWeather_(http_, clock, services_.address(Service::appleWeather), offlineTimeZone,
                     credentialsOf(settings)),
       openMeteo_(http_, clock, services_.address(Service::openMeteo)),
-      yrNo_(http_, clock, services_.address(Service::yrNo), options.timeZone,
+      yrNo_(http_, clock, services_.address(Service::yrNo), offlineTimeZone,
             below(options.cacheDirectory, options.servicesBase.empty() ? "yrNo" : "yrNo.stand-in")),
-      wttr_(http_, clock, services_.address(Service::wttrIn), options.timeZone),
+      wttr_(http_, clock, services_.address(Service::wttrIn), offlineTimeZone),
       cache_(options.cacheDirectory, clock, sourceOf(options.servicesBase)),
       history_(below(options.cacheDirectory, historyFile(options.servicesBase))),
       providers_(clients(), history_, clock),

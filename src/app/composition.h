@@ -29,7 +29,6 @@ class Composition {
     Wording wording;
     WeatherProviderOption preferredProvider = WeatherProviderOption::automatic;
     std::filesystem::path cacheDirectory;  ///< empty: nothing outlives the process
-    TimeZoneLookup timeZone = [](Coordinate) { return std::string(); };
   };
 
   Composition(Settings const& settings, Clock const& clock, Options options);

@@ -6,20 +6,27 @@ namespace nimbara {
 
 namespace {
 
+void setUnlessEmpty(std::string& target, std::string const& text) {
+  if (!text.empty()) target = text;
+}
+
 /// Providers know coordinates; a name comes from whoever knows the place.
 void setNames(LocationInfo& location, Place const& place) {
-  if (place.name.empty()) return;
-  location.areaName = place.name;
-  location.country = place.country;
-  location.region = place.region;
+  setUnlessEmpty(location.areaName, place.name);
+  setUnlessEmpty(location.country, place.country);
+  setUnlessEmpty(location.region, place.region);
+}
+
+void setUnlessEmpty(WttrValues& target, std::string const& text) {
+  if (!text.empty()) target = {{text}};
 }
 
 void setNames(WttrResponse& response, Place const& place) {
-  if (place.name.empty() || response.nearestArea.empty()) return;
+  if (response.nearestArea.empty()) return;
   NearestArea& area = response.nearestArea.front();
-  area.areaName = {{place.name}};
-  area.country = {{place.country}};
-  area.region = {{place.region}};
+  setUnlessEmpty(area.areaName, place.name);
+  setUnlessEmpty(area.country, place.country);
+  setUnlessEmpty(area.region, place.region);
 }
 
 }  // namespace
@@ -73,7 +80,7 @@ Result<ForecastAnswer, APIError> ForecastService::fetch(Place const& place, std:
   cache_.store(key, fetched->response, fetched->provider);
   ForecastAnswer answer = answerOf(place, std::move(fetched->response), clock_.now());
   answer.provider = fetched->provider;
-  cache_.store(key, {answer.answeredAt, answer.data, {answer.alerts}, answer.provider});
+  cache_.store(key, {answer.answeredAt, answer.data, {answer.alerts}, answer.provider, {}});
   return answer;
 }
 

@@ -35,7 +35,7 @@ Result<std::variant<Place, PlaceName>, PlaceProblem> resolvePlace(std::string_vi
   if (parsed && std::holds_alternative<Coordinate>(*parsed)) {
     return Place{std::get<Coordinate>(*parsed), "", "", ""};
   }
-  if (SavedPlace const* const saved = places.find(text)) return placeOf(*saved);
+  if (SavedPlace const* const saved = places.findNamed(text)) return placeOf(*saved);
   if (!parsed) return std::unexpected(PlaceProblem{true, parsed.error()});
   return std::get<PlaceName>(*parsed);
 }

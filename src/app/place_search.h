@@ -1,7 +1,7 @@
-// Places by name: from the gazetteer that comes with the program where there is one, else from the geocoding
-// service.
+// Places by name: from the gazetteer that comes with the program, else from the geocoding service.
 #pragma once
 
+#include "app/place.h"
 #include "app/places.h"
 #include "app/service_directory.h"
 #include "base/result.h"
@@ -9,7 +9,6 @@
 #include "providers/api_error.h"
 #include "providers/geocoder.h"
 
-#include <functional>
 #include <stop_token>
 #include <string_view>
 #include <vector>
@@ -20,20 +19,27 @@ using FoundPlace = GeocodedPlace;
 
 class PlaceSearch {
  public:
-  /// Answers without a network, the best match first; none means that it does not know the name.
-  using Gazetteer = std::function<std::vector<FoundPlace>(std::string_view text)>;
+  PlaceSearch(HttpClient& http, ServiceDirectory const& services) : http_(http), services_(services) {}
 
-  PlaceSearch(HttpClient& http, ServiceDirectory const& services, Gazetteer gazetteer = nullptr);
-
-  /// The best matches first, at most ten; `online` passes the gazetteer over. No match is `noResults`.
+  /// The best matches first, at most ten: cities of the gazetteer, and what the geocoding service knows where
+  /// that has none or `online` asks for it. No match is `noResults`.
   Result<std::vector<FoundPlace>, APIError> search(std::string_view text, std::string_view language,
                                                    bool online, std::stop_token stop = {});
 
  private:
   HttpClient& http_;
   ServiceDirectory const& services_;
-  Gazetteer gazetteer_;
 };
+
+/// Cities of the gazetteer, the best match first, with the countries' names in `language`.
+std::vector<FoundPlace> searchOffline(std::string_view text, std::string_view language);
+
+/// The coordinate with the name of the city in which it lies, where one is near, and of its region and
+/// country.
+Place describedPlace(Coordinate coordinate, std::string_view language);
+
+/// The time zone of a coordinate from the gazetteer: for clients whose service does not tell it.
+std::string offlineTimeZone(Coordinate coordinate);
 
 /// With an identifier of its own.
 SavedPlace savedPlaceOf(FoundPlace const& found);

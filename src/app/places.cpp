@@ -28,17 +28,20 @@ SavedPlace const* PlaceList::find(Uuid const& id) const {
   return found == places.end() ? nullptr : &*found;
 }
 
+SavedPlace const* PlaceList::findNamed(std::string_view text) const {
+  std::string const wanted = searchFolded(text);
+  auto const isNamed = [&](SavedPlace const& place) { return searchFolded(place.name) == wanted; };
+  auto const found = std::ranges::find_if(places, isNamed);
+  return wanted.empty() || found == places.end() ? nullptr : &*found;
+}
+
 SavedPlace const* PlaceList::find(std::string_view text) const {
   if (auto const id = Uuid::parse(text)) return find(*id);
-  std::string const wanted = searchFolded(trimmed(text));
-  if (wanted.empty()) return nullptr;
-  SavedPlace const* beginning = nullptr;
-  for (SavedPlace const& place : places) {
-    std::string const name = searchFolded(place.name);
-    if (name == wanted) return &place;
-    if (beginning == nullptr && name.starts_with(wanted)) beginning = &place;
-  }
-  return beginning;
+  if (SavedPlace const* const named = findNamed(text)) return named;
+  std::string const wanted = searchFolded(text);
+  auto const begins = [&](SavedPlace const& place) { return searchFolded(place.name).starts_with(wanted); };
+  auto const found = std::ranges::find_if(places, begins);
+  return wanted.empty() || found == places.end() ? nullptr : &*found;
 }
 
 SavedPlace const* PlaceList::findNear(Coordinate coordinate) const {

@@ -42,6 +42,8 @@ struct PlaceList {
   std::optional<LocationFix> lastFix;  ///< tells by its time how old it is
 
   SavedPlace const* find(Uuid const& id) const;
+  /// The place of just that name, whatever the letter case and accents; the first of equals.
+  SavedPlace const* findNamed(std::string_view text) const;
   /// The place by its identifier or its name, whatever the letter case and accents: the whole name before its
   /// beginning, the first of equals.
   SavedPlace const* find(std::string_view text) const;

@@ -31,24 +31,31 @@ struct PlaceEntry {
   std::optional<Instant> fixTime;  ///< of the current location
 };
 
-}  // namespace
-
-template <>
-inline constexpr auto jsonFields<PlaceEntry> = std::tuple{field("id", &PlaceEntry::id),
-                                                          field("name", &PlaceEntry::name),
-                                                          field("latitude", &PlaceEntry::latitude),
-                                                          field("longitude", &PlaceEntry::longitude),
-                                                          field("country", &PlaceEntry::country),
-                                                          field("selected", &PlaceEntry::selected),
-                                                          field("countryName", &PlaceEntry::countryName),
-                                                          field("region", &PlaceEntry::region),
-                                                          field("timeZone", &PlaceEntry::timeZone),
-                                                          field("fixTime", &PlaceEntry::fixTime)};
-
-namespace {
-
 using Entries = std::vector<PlaceEntry>;
 using Action = PlacesOptions::Action;
+
+/// What is not saved has no identifier, and says so.
+std::string json(Entries const& entries) {
+  JsonWriter writer;
+  writer.beginList();
+  for (PlaceEntry const& entry : entries) {
+    writer.separate();
+    writer.beginObject();
+    writer.memberOrNull("id", entry.id);
+    writer.member("name", entry.name);
+    writer.memberOrNull("latitude", entry.latitude);
+    writer.memberOrNull("longitude", entry.longitude);
+    writer.member("country", entry.country);
+    writer.member("selected", entry.selected);
+    writer.member("countryName", entry.countryName);
+    writer.member("region", entry.region);
+    writer.member("timeZone", entry.timeZone);
+    writer.member("fixTime", entry.fixTime);
+    writer.endObject();
+  }
+  writer.endList();
+  return writer.take() + "\n";
+}
 
 PlaceEntry entryOf(SavedPlace const& place, std::optional<Uuid> id, bool selected) {
   return {id,
@@ -164,7 +171,7 @@ class PlacesRun {
   /// A change prints the new list only to scripts.
   int show(Entries const& entries, bool always) const {
     if (options_.json) {
-      session_.console.out(encodeJson(entries) + "\n");
+      session_.console.out(json(entries));
     } else if (always && entries.empty()) {
       session_.console.err("nimbara: no places are saved; add one with: nimbara places add NAME\n");
     } else if (always) {

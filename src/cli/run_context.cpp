@@ -94,7 +94,9 @@ Result<Place, Failure> RunContext::place(std::string const& text) {
     return std::unexpected(
         Failure{problem.isMistake ? exitCode::kUsage : exitCode::kUnavailable, problem.sentence, {}});
   }
-  if (auto const* const place = std::get_if<Place>(&*wanted)) return *place;
+  if (auto const* const place = std::get_if<Place>(&*wanted)) {
+    return place->name.empty() ? describedPlace(place->coordinate, texts().language()) : *place;
+  }
   PlaceSearch search(app_.http(), app_.services());
   auto const found =
       search.search(std::get<PlaceName>(*wanted).name, texts().language(), false, session_.stop);

@@ -207,17 +207,30 @@ TEST_F(PlacesTest, PassesOverRowsThatItCannotRead) {
 TEST(PlaceSearch, AsksTheGazetteerFirst) {
   test::FakeHttpClient http;
   ServiceDirectory const services({}, "http://127.0.0.1:1");
-  PlaceSearch search(http, services, [](std::string_view text) {
-    return text == "Berlin" ? std::vector<FoundPlace>(12, {"Berlin", "", "DE", "", {52.52, 13.41}, ""})
-                            : std::vector<FoundPlace>{};
-  });
-  EXPECT_EQ(search.search("Berlin", "en", false)->size(), 10U);
+  PlaceSearch search(http, services);
+  FoundPlace const berlin = search.search("berlin", "pt", false)->front();
+  EXPECT_EQ(berlin.name, "Berlin");
+  EXPECT_EQ(berlin.country, "Alemanha");
+  EXPECT_EQ(berlin.timeZone, "Europe/Berlin");
+  EXPECT_EQ(search.search("san", "en", false)->size(), 10U);
   EXPECT_TRUE(http.requests.empty());
   std::string const answer = R"({"results":[{"name":"Online","latitude":1,"longitude":2}]})";
   http.willAnswer(200, answer);
   http.willAnswer(200, answer);
-  EXPECT_EQ(search.search("Oslo", "en", false)->front().name, "Online") << "what it does not know";
+  EXPECT_EQ(search.search("Kleinkleckersdorf", "en", false)->front().name, "Online");
   EXPECT_EQ(search.search("Berlin", "en", true)->front().name, "Online");
+}
+
+TEST(DescribedPlace, TakesTheNameOfTheCityInWhichItLies) {
+  Place const berlin = describedPlace({52.52, 13.41}, "en");
+  EXPECT_EQ(berlin.name, "Berlin");
+  EXPECT_EQ(berlin.country, "Germany");
+  Place const sea = describedPlace({40, -40}, "en");
+  EXPECT_EQ(sea, (Place{{40, -40}, "", "", ""}));
+  Place const desert = describedPlace({23, 10}, "en");
+  EXPECT_EQ(desert.name, "");
+  EXPECT_EQ(desert.country, "Algeria");
+  EXPECT_EQ(offlineTimeZone({27.7, 85.3}), "Asia/Kathmandu");
 }
 
 }  // namespace

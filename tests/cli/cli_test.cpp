@@ -179,7 +179,8 @@ TEST_F(ForecastTest, TakesTheLanguageOfTheSurroundings) {
 }
 
 TEST_F(ForecastTest, SaysWhenNoPlaceHasTheName) {
-  expectOneLine(forecast({"Atlantis"}), exitCode::kUnavailable, "No results found for the given location");
+  expectOneLine(forecast({"Kleinkleckersdorf"}), exitCode::kUnavailable,
+                "No results found for the given location");
 }
 
 TEST_F(ForecastTest, GoesOnWithTheDefaultsWhenTheSettingsAreBroken) {

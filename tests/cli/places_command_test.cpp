@@ -52,7 +52,7 @@ TEST_F(PlacesCommand, SavesAndArrangesPlaces) {
   EXPECT_EQ(none.exitCode, 0);
   EXPECT_EQ(none.out, "");
   EXPECT_EQ(places({"list", "--json"}).out, "[]\n");
-  EXPECT_EQ(places({"add", "Berlin"}).out, "Berlin, Germany  52.52°N 13.41°E\n");
+  EXPECT_EQ(places({"add", "Berlin", "--online"}).out, "Berlin, Germany  52.52°N 13.41°E\n");
   EXPECT_EQ(places({"add", "1,2", "--name", "Gulf"}).exitCode, 0);
   EXPECT_EQ(places({"add", "Tokyo", "--online"}).exitCode, 0);
   EXPECT_EQ(names(), "Berlin* Gulf Tokyo");
@@ -65,7 +65,7 @@ TEST_F(PlacesCommand, SavesAndArrangesPlaces) {
 }
 
 TEST_F(PlacesCommand, ListsForScripts) {
-  CliRun const added = places({"add", "Berlin", "--json"});
+  CliRun const added = places({"add", "Berlin", "--online", "--json"});
   auto const uuid = added.out.substr(8, 36);
   EXPECT_EQ(added.out,
             R"([{"id":")" + uuid +
@@ -73,16 +73,17 @@ TEST_F(PlacesCommand, ListsForScripts) {
                 R"("countryName":"Germany","region":"Berlin","timeZone":"Europe/Berlin"}])"
                 "\n");
   EXPECT_EQ(places({"list", "--json"}).out, added.out);
-  EXPECT_EQ(places({"search", "Berlin", "--json"}).out, added.out) << "a search knows what is saved";
+  EXPECT_EQ(places({"search", "Berlin", "--online", "--json"}).out, added.out)
+      << "a search knows what is saved";
   EXPECT_EQ(places({"select", uuid, "--json"}).out, added.out);
   EXPECT_EQ(places({"remove", uuid, "--json"}).out, "[]\n");
-  EXPECT_EQ(places({"search", "Berlin", "--json"}).out.find("\"id\""), std::string::npos);
+  EXPECT_TRUE(places({"search", "Berlin", "--json"}).out.starts_with(R"([{"id":null,"name":"Berlin",)"));
 }
 
 TEST_F(PlacesCommand, ServesTheForecast) {
   ASSERT_EQ(places({"add", "35.69,139.69", "--name", "Mein Büro"}).exitCode, 0);
   for (std::vector<std::string> const& arguments :
-       {std::vector<std::string>{"forecast"}, {"forecast", "mein buro"}, {"forecast", "MEIN"}}) {
+       {std::vector<std::string>{"forecast"}, {"forecast", "MEIN buro"}}) {
     CliRun const forecast = run(arguments);
     EXPECT_TRUE(forecast.out.starts_with("Mein Büro")) << forecast.err;
   }
@@ -98,7 +99,7 @@ TEST_F(PlacesCommand, FollowsTheLocation) {
   EXPECT_EQ(refused.err, "nimbara: the location service denies it\n");
   EXPECT_EQ(names(), "Berlin*") << "never another place by guess";
   ASSERT_EQ(places({"select", "--here"}, &here).exitCode, 0);
-  EXPECT_NE(places({"list"}).out.find(" * Current location  48.10°N 11.50°E, 20 min ago\n"),
+  EXPECT_NE(places({"list"}).out.find(" * Current location                  48.10°N 11.50°E, 20 min ago\n"),
             std::string::npos)
       << places({"list"}).out;
   EXPECT_NE(run({"forecast", "--json"}).out.find("\"latitude\":48.1"), std::string::npos);
@@ -122,8 +123,8 @@ TEST_F(PlacesCommand, SaysWhatIsWrong) {
            {{"add", "91,0"}, exitCode::kUsage, "91,0"},
            {{"add", "12"}, exitCode::kUsage, "12"},
            {{"add", "Berlin"}, exitCode::kUnavailable, "as Berlin"},
-           {{"add", "Atlantis"}, exitCode::kUnavailable, "Atlantis"},
-           {{"search", "Atlantis"}, exitCode::kUnavailable, "Atlantis"},
+           {{"add", "Kleinkleckersdorf"}, exitCode::kUnavailable, "Kleinkleckersdorf"},
+           {{"search", "Kleinkleckersdorf"}, exitCode::kUnavailable, "Kleinkleckersdorf"},
            {{"search"}, exitCode::kUsage, "TEXT"},
            {{"remove", "Oslo"}, exitCode::kUnavailable, "Oslo"},
            {{"move", "Berlin", "2"}, exitCode::kUnavailable, "1 to 1"},
