@@ -9,7 +9,12 @@ ThreadPool::ThreadPool(unsigned threads) {
 }
 
 ThreadPool::~ThreadPool() {
+  stop();
+}
+
+void ThreadPool::stop() {
   for (std::jthread& thread : threads_) thread.request_stop();
+  threads_.clear();
 }
 
 void ThreadPool::run(Task task) {

@@ -28,6 +28,8 @@ class ThreadPool final : public TaskRunner {
   ~ThreadPool() override;
 
   void run(Task task) override;
+  /// As at its end, but earlier: before what the tasks work on ends.
+  void stop();
 
  private:
   void work(std::stop_token const& stop);

@@ -48,7 +48,8 @@ struct ParsedCacheEntry {
 template <>
 inline constexpr auto jsonFields<ParsedCacheEntry> = std::tuple{
     field("responseTimestamp", &ParsedCacheEntry::responseTimestamp), field("data", &ParsedCacheEntry::data),
-    fieldOr("insight", &ParsedCacheEntry::insight), field("_nimbaraProvider", &ParsedCacheEntry::provider)};
+    fieldOr("insight", &ParsedCacheEntry::insight), field("_nimbaraProvider", &ParsedCacheEntry::provider),
+    field("_nimbaraStandIn", &ParsedCacheEntry::standIn)};
 
 /// Whether something of that moment is younger than `ttl`. What seems to come from the future, as after the
 /// clock was set back, is not fresh.

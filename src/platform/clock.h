@@ -40,4 +40,18 @@ class FixedClock final : public Clock {
   Instant now_;
 };
 
+/// A clock that was set to a moment and runs on from there: for the background service in a run that takes a
+/// given moment for its start.
+class ShiftedClock final : public Clock {
+ public:
+  explicit ShiftedClock(Instant now) : shift_(now - SystemClock().now()) {}
+  Instant now() const override { return SystemClock().now() + shift_; }
+  std::chrono::steady_clock::time_point steadyNow() const override {
+    return std::chrono::steady_clock::now();
+  }
+
+ private:
+  std::chrono::milliseconds shift_;
+};
+
 }  // namespace nimbara

@@ -114,6 +114,15 @@ TEST_F(CacheTest, GoesOnWithoutAFolderThatCanBeWritten) {
   EXPECT_TRUE(nowhere.fetch("berlin"));
 }
 
+TEST_F(CacheTest, TakesNothingMadeUpForAForecast) {
+  WeatherCache demo(folder.path() / "Nimbara", clock, WeatherCache::Source::standIn);
+  demo.store("berlin", entryOf(1));
+  EXPECT_TRUE(demo.load("berlin"));
+  EXPECT_FALSE(cache.load("berlin"));
+  cache.store("berlin", entryOf(2));
+  EXPECT_EQ(demo.load("berlin")->data.allHourly.size(), 2U);
+}
+
 TEST_F(CacheTest, RemembersTheLastPlace) {
   EXPECT_FALSE(cache.loadLastLocation());
   cache.saveLastLocation("52.52,13.41");

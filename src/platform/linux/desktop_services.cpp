@@ -58,4 +58,9 @@ std::unique_ptr<PowerAndNetwork> desktopPowerAndNetwork(DesktopOptions const& op
   return module->powerAndNetwork(options.systemBus, std::move(listener));
 }
 
+std::vector<DesktopServiceState> desktopServiceStates(DesktopOptions const& options) {
+  DbusModule const* const module = loadModule(options.program);
+  return module == nullptr ? std::vector<DesktopServiceState>{} : module->serviceStates(options.systemBus);
+}
+
 }  // namespace nimbara

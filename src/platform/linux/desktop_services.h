@@ -2,6 +2,7 @@
 // program that is loaded with the first call and then stays.
 #pragma once
 
+#include "platform/desktop_service_state.h"
 #include "platform/location_source.h"
 #include "platform/power_and_network.h"
 
@@ -23,5 +24,8 @@ std::unique_ptr<LocationSource> desktopLocationSource(DesktopOptions const& opti
 /// Never null: without bus or services it hears what it can and tells the rest by `missing`.
 std::unique_ptr<PowerAndNetwork> desktopPowerAndNetwork(DesktopOptions const& options,
                                                         PowerAndNetwork::Listener listener);
+
+/// Empty without the module.
+std::vector<DesktopServiceState> desktopServiceStates(DesktopOptions const& options);
 
 }  // namespace nimbara

@@ -1,6 +1,7 @@
 #include "platform/linux/dbus/dbus_module.h"
 
 #include "platform/linux/dbus/geoclue_location_source.h"
+#include "platform/linux/dbus/service_states.h"
 #include "platform/linux/dbus/system_watch.h"
 
 extern "C" {
@@ -15,5 +16,6 @@ nimbara::DbusModule const nimbaraDbusModule{
        nimbara::PowerAndNetwork::Listener listener) -> std::unique_ptr<nimbara::PowerAndNetwork> {
       return std::make_unique<nimbara::SystemWatch>(systemBus, std::move(listener));
     },
+    &nimbara::serviceStates,
 };
 }

@@ -1,11 +1,13 @@
 // What the module offers to the program that loads it. Both are built together; there is no other user.
 #pragma once
 
+#include "platform/desktop_service_state.h"
 #include "platform/location_source.h"
 #include "platform/power_and_network.h"
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace nimbara {
 
@@ -13,6 +15,7 @@ struct DbusModule {
   std::unique_ptr<LocationSource> (*locationSource)(std::string const& systemBus);
   std::unique_ptr<PowerAndNetwork> (*powerAndNetwork)(std::string const& systemBus,
                                                       PowerAndNetwork::Listener listener);
+  std::vector<DesktopServiceState> (*serviceStates)(std::string const& systemBus);
 };
 
 inline constexpr char kDbusModuleSymbol[] = "nimbaraDbusModule";
