@@ -14,6 +14,7 @@
 #include "providers/wttr_client.h"
 #include "providers/yr_no_client.h"
 #include "support/instants.h"
+#include "support/temporary_folder.h"
 #include "support/test_key.h"
 
 #include <gtest/gtest.h>
@@ -43,8 +44,9 @@ ConditionCategory generated(DemoWeather const& weather) {
   return category(conditionOfWwoCode(wwoCodeOfWmo(weather.weatherCode)));
 }
 
-/// Records know whole hours of the place's clock. Where that stands apart from Greenwich by a part of an hour,
-/// as in Nepal, the reading of a service that counts hours of Greenwich was taken within the record's hour.
+/// Records know whole hours of the place's clock. Where that stands apart from Greenwich by a part of an
+/// hour, as in Nepal, the reading of a service that counts hours of Greenwich was taken within the record's
+/// hour.
 Instant readingIn(HourlyForecast const& hour) {
   return std::chrono::ceil<std::chrono::hours>(hour.date);
 }
@@ -139,11 +141,11 @@ TEST_P(ForecastStandIns, WttrIsReadAsItWasGenerated) {
 
 TEST_P(ForecastStandIns, WeatherKitIsReadAsItWasGenerated) {
   test::TestKey const key;
-  auto const keyFile = std::filesystem::path(testing::TempDir()) / "nimbara-demo-test.p8";
+  test::TemporaryFolder const folder;
+  auto const keyFile = folder.path() / "key.p8";
   ASSERT_TRUE(writeFileAtomically(keyFile, key.pem()));
   WeatherData const data =
       fetch<AppleWeatherClient>(AppleWeatherCredentials{keyFile, "KEY", "TEAM", "SERVICE"});
-  std::filesystem::remove(keyFile);
   ASSERT_EQ(data.daily.size(), 7U);
   EXPECT_GE(data.allHourly.size(), 7U * 24 - 1);
   for (HourlyForecast const& hour : data.allHourly) {

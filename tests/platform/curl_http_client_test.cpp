@@ -1,6 +1,7 @@
 #include "platform/linux/curl_http_client.h"
 
 #include "support/loopback_server.h"
+#include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -183,13 +184,13 @@ TEST_F(CurlHttpClientTest, GivesUpOnRedirectsInACircle) {
 TEST_F(CurlHttpClientTest, NeverLeavesHttps) {
   LoopbackServer const server(
       LoopbackServer::always(httpAnswer("", "Location: http://127.0.0.1:1/\r\n", "302 Found")), true);
-  std::string const file = testing::TempDir() + "nimbara-redirect-ca.pem";
+  test::TemporaryFolder const folder;
+  std::string const file = (folder.path() / "ca.pem").string();
   std::ofstream(file) << server.certificate();
   CurlHttpClient trusting({"nimbara-test/1", file});
   auto const answer = trusting.get(request(server.url()));
   ASSERT_FALSE(answer);
   EXPECT_EQ(answer.error().kind, Kind::refusedRedirect);
-  std::remove(file.c_str());
 }
 
 TEST_F(CurlHttpClientTest, VerifiesCertificates) {
@@ -197,13 +198,13 @@ TEST_F(CurlHttpClientTest, VerifiesCertificates) {
   auto const refused = client_.get(request(server.url()));
   ASSERT_FALSE(refused);
   EXPECT_EQ(refused.error().kind, Kind::tlsFailed);
-  std::string const file = testing::TempDir() + "nimbara-ca.pem";
+  test::TemporaryFolder const folder;
+  std::string const file = (folder.path() / "ca.pem").string();
   std::ofstream(file) << server.certificate();
   CurlHttpClient trusting({"nimbara-test/1", file});
   auto const accepted = trusting.get(request(server.url()));
   ASSERT_TRUE(accepted) << accepted.error().message;
   EXPECT_EQ(accepted->body, "secret");
-  std::remove(file.c_str());
 }
 
 TEST_F(CurlHttpClientTest, EndsInTimeWhenTheServerHangsOrDrips) {

@@ -1,6 +1,6 @@
 #include "platform/linux/sqlite_settings_store.h"
 #include "support/child_process.h"
-#include "support/temporary_directory.h"
+#include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -17,7 +17,7 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 using test::ChildProcess;
-using test::TemporaryDirectory;
+using test::TemporaryFolder;
 
 constexpr SettingDefinition kTable[] = {
     {"count", std::int64_t{0}, ""},
@@ -51,7 +51,7 @@ class SettingsStoreTest : public testing::Test {
     return reading.settings.integer("count");
   }
 
-  TemporaryDirectory temporary_;
+  TemporaryFolder temporary_;
   std::filesystem::path directory_ = temporary_.path() / "share" / "nimbara";
 };
 

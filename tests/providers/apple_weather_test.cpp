@@ -7,8 +7,9 @@
 #include "support/bad_bytes.h"
 #include "support/fake_http_client.h"
 #include "support/instants.h"
-#include "support/movable_clock.h"
+#include "support/manual_clock.h"
 #include "support/samples.h"
+#include "support/temporary_folder.h"
 #include "support/test_key.h"
 
 #include <fmt/format.h>
@@ -323,11 +324,7 @@ TEST(AppleWeatherTokens, RefuseOtherKeysWithoutShowingThem) {
 
 class AppleWeatherClientTest : public testing::Test {
  protected:
-  AppleWeatherClientTest()
-      : keyFile_(std::filesystem::path(testing::TempDir()) / "nimbara-apple-test" / "key.p8") {
-    EXPECT_TRUE(writeFileAtomically(keyFile_, key_.pem()));
-  }
-  ~AppleWeatherClientTest() override { std::filesystem::remove_all(keyFile_.parent_path()); }
+  AppleWeatherClientTest() { EXPECT_TRUE(writeFileAtomically(keyFile_, key_.pem())); }
 
   std::unique_ptr<AppleWeatherClient> make(AppleWeatherCredentials credentials) {
     return std::make_unique<AppleWeatherClient>(
@@ -344,9 +341,10 @@ class AppleWeatherClientTest : public testing::Test {
   }
 
   TestKey key_;
-  std::filesystem::path keyFile_;
+  test::TemporaryFolder folder_;
+  std::filesystem::path keyFile_ = folder_.path() / "key.p8";
   test::FakeHttpClient http_;
-  test::MovableClock clock_{at("2026-11-21T09:20:00Z")};
+  test::ManualClock clock_{at("2026-11-21T09:20:00Z")};
 };
 
 TEST_F(AppleWeatherClientTest, KeepsItsTokenAndRenewsItBeforeItsEnd) {
@@ -354,14 +352,14 @@ TEST_F(AppleWeatherClientTest, KeepsItsTokenAndRenewsItBeforeItsEnd) {
   for (int i = 0; i < 4; ++i) http_.willAnswer(200, wholeBody());
   EXPECT_TRUE(client->fetchForecast(52.52, 13.41));
   EXPECT_TRUE(isSignedBy(key_, partsOf(token(0))));
-  clock_.pass(25min - 1ms);
+  clock_.advance(25min - 1ms);
   EXPECT_TRUE(client->fetchForecast(52.52, 13.41));
   EXPECT_EQ(token(1), token(0));
-  clock_.pass(1ms);
+  clock_.advance(1ms);
   EXPECT_TRUE(client->fetchForecast(52.52, 13.41));
   EXPECT_NE(token(2), token(0));
   // A wall clock that is set does not keep or end a token.
-  clock_.setWall(at("2026-11-22T09:20:00Z"));
+  clock_.set(at("2026-11-22T09:20:00Z"));
   EXPECT_TRUE(client->fetchForecast(52.52, 13.41));
   EXPECT_EQ(token(3), token(2));
   EXPECT_TRUE(http_.requests[0].url.starts_with("https://kit.example/api/v1/weather/en/52.52/13.41?"));

@@ -11,8 +11,9 @@
 #include "support/bad_bytes.h"
 #include "support/fake_http_client.h"
 #include "support/instants.h"
-#include "support/movable_clock.h"
+#include "support/manual_clock.h"
 #include "support/samples.h"
+#include "support/temporary_folder.h"
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
@@ -346,15 +347,10 @@ TEST(YrNoExpiry, IsReckonedByTheServersClock) {
 /// A client with a folder of its own for its answers.
 class YrNoClientTest : public testing::Test {
  protected:
-  YrNoClientTest() : folder_(std::filesystem::path(testing::TempDir()) / "nimbara-yrno-test") {
-    std::filesystem::remove_all(folder_);
-  }
-  ~YrNoClientTest() override { std::filesystem::remove_all(folder_); }
-
   std::unique_ptr<YrNoClient> make(bool withFolder) {
     auto made = std::make_unique<YrNoClient>(
         http_, clock_, ServiceAddress{"https://met.example", ""}, [](Coordinate) { return "Europe/Oslo"; },
-        withFolder ? folder_ / "yr" : std::filesystem::path());
+        withFolder ? folder_.path() / "yr" : std::filesystem::path());
     made->onWarning([this](std::string_view text) { warnings_.emplace_back(text); });
     return made;
   }
@@ -364,7 +360,9 @@ class YrNoClientTest : public testing::Test {
             {"Expires", formatHttpDate(at("2026-11-21T09:20:00Z") + life)},
             {"Last-Modified", kModified}};
   }
-  std::filesystem::path keptFile() const { return folder_ / "yr" / (sha256Hex(yrNoPath(kOslo)) + ".yrno"); }
+  std::filesystem::path keptFile() const {
+    return folder_.path() / "yr" / (sha256Hex(yrNoPath(kOslo)) + ".yrno");
+  }
   static std::string temperature(Result<WttrResponse, APIError> const& answer) {
     return answer ? answer->currentCondition.at(0).tempC : answer.error().text();
   }
@@ -376,9 +374,9 @@ class YrNoClientTest : public testing::Test {
   }
 
   static constexpr char const* kModified = "Sat, 21 Nov 2026 08:41:13 GMT";
-  std::filesystem::path folder_;
+  test::TemporaryFolder folder_;
   test::FakeHttpClient http_;
-  test::MovableClock clock_{at("2026-11-21T09:20:00Z")};
+  test::ManualClock clock_{at("2026-11-21T09:20:00Z")};
   std::vector<std::string> warnings_;
 };
 
@@ -386,19 +384,19 @@ TEST_F(YrNoClientTest, AsksAgainOnlyWhenTheAnswerHasExpired) {
   auto const client = make(false);
   http_.willAnswer(200, body("3"), validFor(15min));
   EXPECT_EQ(temperature(client->fetchForecast(59.91, 10.75)), "3");
-  clock_.pass(15min - 1ms);
+  clock_.advance(15min - 1ms);
   EXPECT_EQ(temperature(client->fetchForecast(59.91001, 10.74999)), "3");
   EXPECT_EQ(http_.requests.size(), 1U);
   EXPECT_EQ(condition(http_.requests[0]), std::nullopt);
-  clock_.pass(1ms);
+  clock_.advance(1ms);
   http_.willAnswer(304, "", validFor(10min));
   EXPECT_EQ(temperature(client->fetchForecast(59.91, 10.75)), "3");
   ASSERT_EQ(http_.requests.size(), 2U);
   EXPECT_EQ(condition(http_.requests[1]), kModified);
-  clock_.pass(9min);
+  clock_.advance(9min);
   EXPECT_EQ(temperature(client->fetchForecast(59.91, 10.75)), "3");
   EXPECT_EQ(http_.requests.size(), 2U);
-  clock_.pass(1min);
+  clock_.advance(1min);
   http_.willAnswer(200, body("7"), validFor(15min));
   EXPECT_EQ(temperature(client->fetchForecast(59.91, 10.75)), "7");
   EXPECT_EQ(http_.requests.size(), 3U);
@@ -412,7 +410,7 @@ TEST_F(YrNoClientTest, TrustsNoAnswerFromTheFuture) {
   auto const client = make(false);
   http_.willAnswer(200, body("3"), validFor(15min));
   EXPECT_TRUE(client->fetchForecast(59.91, 10.75));
-  clock_.setWall(at("2026-11-21T09:19:59Z"));
+  clock_.set(at("2026-11-21T09:19:59Z"));
   http_.willAnswer(304, "", validFor(15min));
   EXPECT_TRUE(client->fetchForecast(59.91, 10.75));
   EXPECT_EQ(http_.requests.size(), 2U);
@@ -422,10 +420,10 @@ TEST_F(YrNoClientTest, KeepsAnswersBeyondItsEnd) {
   http_.willAnswer(200, body("3"), validFor(15min));
   EXPECT_TRUE(make(true)->fetchForecast(59.91, 10.75));
   EXPECT_TRUE(std::filesystem::exists(keptFile()));
-  clock_.pass(5min);
+  clock_.advance(5min);
   EXPECT_EQ(temperature(make(true)->fetchForecast(59.91, 10.75)), "3");
   EXPECT_EQ(http_.requests.size(), 1U);
-  clock_.pass(10min);
+  clock_.advance(10min);
   http_.willAnswer(304, "", validFor(15min));
   EXPECT_EQ(temperature(make(true)->fetchForecast(59.91, 10.75)), "3");
   EXPECT_EQ(condition(http_.requests.at(1)), kModified);
@@ -468,7 +466,7 @@ TEST_F(YrNoClientTest, WarnsOfADeprecatedVersionAndOfAFolderItCannotUse) {
   EXPECT_EQ(temperature(client->fetchForecast(59.91, 10.75)), "3");
   ASSERT_EQ(warnings_.size(), 1U);
   EXPECT_NE(warnings_[0].find("deprecated"), std::string::npos);
-  ASSERT_TRUE(writeFileAtomically(folder_ / "yr", "a file where the folder should be"));
+  ASSERT_TRUE(writeFileAtomically(folder_.path() / "yr", "a file where the folder should be"));
   http_.willAnswer(200, body("3"));
   EXPECT_EQ(temperature(make(true)->fetchForecast(59.91, 10.75)), "3");
   ASSERT_EQ(warnings_.size(), 2U);

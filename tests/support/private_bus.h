@@ -1,7 +1,7 @@
 // A message bus of a test's own: a dbus-daemon on a socket in a temporary directory, ended with the object.
 #pragma once
 
-#include "support/temporary_directory.h"
+#include "support/temporary_folder.h"
 
 #include <string>
 #include <sys/types.h>
@@ -19,7 +19,7 @@ class PrivateBus {
   void end();
 
  private:
-  TemporaryDirectory directory_;
+  TemporaryFolder directory_;
   pid_t daemon_ = -1;
   std::string address_;
 };
