@@ -37,8 +37,7 @@ ForecastProvider providerOf(Client& client, bool isConfigured = true) {
 }  // namespace
 
 Composition::Composition(Settings const& settings, Clock const& clock, Options options)
-    : clock_(clock),
-      configuration_(configurationOf(settings)),
+    : configuration_(configurationOf(settings)),
       services_(configuration_, options.servicesBase),
       http_({userAgent(configuration_), {}}),
       appleWeather_(http_, clock, services_.address(Service::appleWeather), offlineTimeZone,

@@ -39,12 +39,11 @@ class Composition {
   ProviderHistory& history() { return history_; }
   WeatherProviderManager& providers() { return providers_; }
   ForecastService& forecasts() { return forecasts_; }
-  Clock const& clock() const { return clock_; }
+  bool isAppleWeatherConfigured() const { return appleWeather_.isConfigured(); }
 
  private:
   WeatherProviderManager::Providers clients();
 
-  Clock const& clock_;
   Configuration configuration_;
   ServiceDirectory services_;
   LazyHttpClient http_;

@@ -30,25 +30,6 @@ void fillIn(CommandLine& line, Settings const& settings, Environment const& envi
   }
 }
 
-int runCommand(CommandLine const& line, Session const& session) {
-  switch (line.command) {
-    case CommandLine::Command::forecast:
-      return runForecast(line, session);
-    case CommandLine::Command::demo:
-      return runDemo(line, session);
-    case CommandLine::Command::places:
-      return runPlaces(line, session);
-    case CommandLine::Command::settings:
-      return runSettings(line, session);
-  }
-  return exitCode::kUsage;
-}
-
-/// The commands whose own work fails with the store and who say so themselves.
-bool needsStore(CommandLine::Command command) {
-  return command == CommandLine::Command::settings || command == CommandLine::Command::places;
-}
-
 }  // namespace
 
 int runCli(std::vector<std::string> arguments, Session const& session) {
@@ -61,14 +42,14 @@ int runCli(std::vector<std::string> arguments, Session const& session) {
   }
   SqliteSettingsStore store(session.environment.dataDirectory, settingsRegistry(), SettingsUse::brief);
   auto const [settings, problem] = store.settings();
-  if (problem && !needsStore(line->command)) {
+  if (problem && !line->needsStore) {
     session.console.err("nimbara: " + oneLine(problem->message, 500) + "; the defaults are used\n");
   }
   fillIn(*line, settings, session.environment);
   Session equipped = session;
   equipped.store = &store;
   equipped.settings = &settings;
-  return runCommand(*line, equipped);
+  return line->run(*line, equipped);
 }
 
 }  // namespace nimbara

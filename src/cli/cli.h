@@ -48,6 +48,11 @@ struct Session {
 int runCli(std::vector<std::string> arguments, Session const& session);
 
 int runForecast(CommandLine const& line, Session const& session);
+int runAlerts(CommandLine const& line, Session const& session);
+int runLine(CommandLine const& line, Session const& session);
+int runWaybar(CommandLine const& line, Session const& session);
+int runDoctor(CommandLine const& line, Session const& session);
+int runWatch(CommandLine const& line, Session const& session);
 int runDemo(CommandLine const& line, Session const& session);
 int runPlaces(CommandLine const& line, Session const& session);
 int runSettings(CommandLine const& line, Session const& session);

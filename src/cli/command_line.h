@@ -23,6 +23,12 @@ struct CommonOptions {
   bool verbose = false;
 };
 
+/// Where warnings come from.
+enum class AlertSource { generated };
+template <>
+inline constexpr auto enumNames<AlertSource> = std::to_array<std::string_view>({"generated"});
+static_assert(enumNamesComplete(AlertSource::generated));
+
 struct ForecastOptions {
   std::string place;
   WeatherProviderOption provider = WeatherProviderOption::automatic;
@@ -56,12 +62,39 @@ struct SettingsOptions {
   bool json = false;
 };
 
-struct CommandLine {
-  enum class Command { forecast, demo, places, settings };
+struct AlertsOptions {
+  std::string place;
+  EnumSet<AlertSource> sources = EnumSet<AlertSource>::all();
+  bool json = false;
+};
 
-  Command command = Command::forecast;
+struct LineOptions {
+  std::string place;
+  std::string format;  ///< empty: the usual one
+  bool fresh = false;
+  bool helpFormat = false;
+};
+
+struct DoctorOptions {
+  bool json = false;
+};
+
+struct WatchOptions {
+  bool json = false;
+};
+
+struct Session;
+
+struct CommandLine {
+  /// What runs the command; gives the exit code.
+  int (*run)(CommandLine const&, Session const&) = nullptr;
+  bool needsStore = false;  ///< the command fails with the store, and says so itself
   CommonOptions common;
   ForecastOptions forecast;
+  AlertsOptions alerts;
+  LineOptions line;
+  DoctorOptions doctor;
+  WatchOptions watch;
   DemoOptions demo;
   PlacesOptions places;
   SettingsOptions settings;

@@ -1,8 +1,11 @@
 #include "cli/cli.h"
 #include "cli/demo_process.h"
 
+#include <algorithm>
 #include <condition_variable>
+#include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <mutex>
 #include <signal.h>
 #include <sys/wait.h>
@@ -14,9 +17,35 @@ namespace {
 constexpr int kNotFound = 127;
 constexpr int kSignalBase = 128;
 
-/// The environment of the child: ours, with the demo in place of the services.
-std::vector<std::string> variablesWith(std::string const& baseUrl) {
+/// A folder for this run alone: a forecast that was made up is none to be kept, and one that was kept would
+/// hide the demo's.
+class CacheOfItsOwn {
+ public:
+  CacheOfItsOwn() {
+    std::string name = (std::filesystem::temp_directory_path() / "nimbara-demo-XXXXXX").string();
+    if (mkdtemp(name.data()) != nullptr) path_ = name;
+  }
+  ~CacheOfItsOwn() {
+    std::error_code ignored;
+    if (!path_.empty()) std::filesystem::remove_all(path_, ignored);
+  }
+  CacheOfItsOwn(CacheOfItsOwn const&) = delete;
+  CacheOfItsOwn& operator=(CacheOfItsOwn const&) = delete;
+
+  std::filesystem::path const& path() const { return path_; }
+
+ private:
+  std::filesystem::path path_;
+};
+
+/// The environment of the child: ours, with the demo in place of the services. Who names a cache wants that
+/// one.
+std::vector<std::string> variablesWith(std::string const& baseUrl, std::filesystem::path const& cache) {
   std::vector<std::string> variables = environmentVariables();
+  auto const names = [](std::string const& entry) { return entry.starts_with("XDG_CACHE_HOME="); };
+  if (!cache.empty() && std::ranges::none_of(variables, names)) {
+    variables.push_back("XDG_CACHE_HOME=" + cache.string());
+  }
   std::erase_if(variables, [](std::string const& entry) { return entry.starts_with("NIMBARA_SERVICES="); });
   variables.push_back("NIMBARA_SERVICES=" + baseUrl);
   return variables;
@@ -34,7 +63,8 @@ int runAgainst(std::string const& baseUrl, std::vector<std::string> const& comma
   // The program knows where it lies, also where it is not installed.
   std::string const file = command[0] == "nimbara" ? session.environment.program.string() : command[0];
   pid_t child = 0;
-  int const error = spawn(child, file, command, variablesWith(baseUrl));
+  CacheOfItsOwn const cache;
+  int const error = spawn(child, file, command, variablesWith(baseUrl, cache.path()));
   if (error != 0) {
     std::string const reason = std::strerror(error);
     return session.fail(error == ENOENT ? kNotFound : exitCode::kUnavailable,

@@ -1,15 +1,13 @@
 #include "base/json.h"
-#include "base/text.h"
 #include "cli/cli.h"
 #include "cli/forecast_report.h"
 #include "cli/run_context.h"
+#include "cli/terminal.h"
 #include "model/process.h"
 
 namespace nimbara {
 
 namespace {
-
-constexpr int kPlainWidth = 80;
 
 bool isOffline(std::optional<APIError> const& error) {
   using Kind = HttpError::Kind;
@@ -59,9 +57,7 @@ class ForecastRun {
       return std::unexpected(
           Failure{exitCode::kUnavailable, context.sentenceOf(answer.error()), answer.error()});
     }
-    if (std::string const note = context.note(*answer); !note.empty()) {
-      session_.console.err("nimbara: " + oneLine(note, 1000) + "\n");
-    }
+    context.tell(context.note(*answer));
     session_.console.out(rendered(*answer, context));
     return {};
   }
@@ -88,20 +84,13 @@ class ForecastRun {
     if (options_.raw) return encodeJson(*answer.response) + "\n";
     if (options_.json) return json(answer);
     ReportOptions report;
-    report.width = width();
-    report.style = {session_.console.terminalWidth() > 0 && !session_.environment.noColor,
-                    options_.ascii || !session_.environment.utf8};
+    report.width = options_.width > 0 ? options_.width : widthOf(session_);
+    report.style = styleOf(session_, options_.ascii);
     report.units = common_.units;
     report.now = clock_->now();
     report.standIn = context.servicesBase();
     return forecastReport(answer, report, context.texts(),
                           calendarOf(answer.data, session_.environment.machineCalendar));
-  }
-
-  int width() const {
-    if (options_.width > 0) return options_.width;
-    if (session_.console.terminalWidth() > 0) return session_.console.terminalWidth();
-    return session_.environment.columns > 0 ? session_.environment.columns : kPlainWidth;
   }
 
   ForecastOptions const& options_;

@@ -2,6 +2,7 @@
 
 #include "base/number.h"
 #include "base/text.h"
+#include "cli/line_text.h"
 #include "model/day_summary.h"
 #include "model/present.h"
 #include "model/upcoming_hours.h"
@@ -237,14 +238,7 @@ class Report {
     return out;
   }
 
-  std::string age() const {
-    auto const minutes =
-        std::chrono::floor<std::chrono::minutes>(context_.options.now - data_.fetchedAt).count();
-    if (minutes < 1) return std::string(context_.texts.text("report.justNow"));
-    if (minutes < 120) return context_.texts.format("report.minutesAgo", minutes);
-    if (minutes < 48 * 60) return context_.texts.format("report.hoursAgo", minutes / 60);
-    return context_.texts.format("report.daysAgo", minutes / (24 * 60));
-  }
+  std::string age() const { return ageText(data_.fetchedAt, context_.options.now, context_.texts); }
 
   /// When the forecast was fetched: the clock alone on the same day, else with its date.
   std::string fetched() const {

@@ -2,6 +2,7 @@
 
 #include "app/place_resolver.h"
 #include "app/place_search.h"
+#include "base/text.h"
 
 #include <variant>
 
@@ -79,6 +80,10 @@ std::string RunContext::note(ForecastAnswer const& answer) const {
   if (failures_.empty() || !answer.provider) return {};
   return "no forecast from " + failedProviders() + "; this one is from " +
          std::string(enumName(*answer.provider));
+}
+
+void RunContext::tell(std::string_view sentence) const {
+  if (!sentence.empty()) session_.console.err("nimbara: " + oneLine(sentence, 1000) + "\n");
 }
 
 std::string RunContext::sentenceOf(APIError const& error) const {

@@ -37,6 +37,8 @@ class RunContext {
   /// What went wrong on the way to an answer that came all the same: providers that failed, data that are
   /// old. Empty when nothing did.
   std::string note(ForecastAnswer const& answer) const;
+  /// One line on standard error; nothing for an empty sentence.
+  void tell(std::string_view sentence) const;
   /// Why no forecast could be had, with every provider that was asked, and what to do.
   std::string sentenceOf(APIError const& error) const;
 

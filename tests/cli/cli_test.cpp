@@ -10,7 +10,7 @@
 #include "support/loopback_server.h"
 #include "support/open_meteo_answer.h"
 #include "support/samples.h"
-#include "support/temporary_directory.h"
+#include "support/temporary_folder.h"
 #include "support/test_console.h"
 
 #include <gtest/gtest.h>
@@ -184,7 +184,7 @@ TEST_F(ForecastTest, SaysWhenNoPlaceHasTheName) {
 }
 
 TEST_F(ForecastTest, GoesOnWithTheDefaultsWhenTheSettingsAreBroken) {
-  test::TemporaryDirectory const directory;
+  test::TemporaryFolder const directory;
   Environment environment = plainEnvironment();
   environment.dataDirectory = directory.path();
   std::ofstream(directory.path() / "nimbara.db") << "no database";

@@ -3,7 +3,7 @@
 #include "demo/demo_server.h"
 #include "support/fake_location_source.h"
 #include "support/instants.h"
-#include "support/temporary_directory.h"
+#include "support/temporary_folder.h"
 #include "support/test_console.h"
 
 #include <gtest/gtest.h>
@@ -41,7 +41,7 @@ class PlacesCommand : public testing::Test {
     return out;
   }
 
-  test::TemporaryDirectory directory_;
+  test::TemporaryFolder directory_;
   Environment environment_ = test::plainEnvironment();
   FixedClock clock_{test::at("2026-11-21T09:20:00Z")};
   std::unique_ptr<DemoServer> server_ = *DemoServer::start(clock_, {});

@@ -2,7 +2,7 @@
 #include "demo/demo_server.h"
 #include "platform/linux/sqlite_settings_store.h"
 #include "support/instants.h"
-#include "support/temporary_directory.h"
+#include "support/temporary_folder.h"
 #include "support/test_console.h"
 
 #include <gtest/gtest.h>
@@ -24,7 +24,7 @@ class SettingsCommand : public testing::Test {
     return test::run(arguments, environment_);
   }
 
-  test::TemporaryDirectory directory_;
+  test::TemporaryFolder directory_;
   Environment environment_ = test::plainEnvironment();
 };
 

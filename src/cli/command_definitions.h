@@ -1,0 +1,42 @@
+// The definitions of the commands: what each takes and what runs it. Known only to the sources that define
+// commands and to the command line that puts them together.
+#pragma once
+
+#include "cli/cli.h"
+#include "cli/command_line.h"
+
+#include <CLI/CLI.hpp>
+
+#include <string>
+#include <vector>
+
+namespace nimbara {
+
+/// The texts of the command line before they are understood.
+struct RawOptions {
+  std::string services;
+  std::string now;
+  std::string units;
+  std::string language;
+  std::string provider;
+  std::string sources;
+  std::vector<std::string> faults;
+};
+
+/// "automatic, openMeteo, …".
+template <class E>
+std::string namesOf() {
+  std::string list;
+  for (std::string_view const name : enumNames<E>) list += (list.empty() ? "" : ", ") + std::string(name);
+  return list;
+}
+
+/// What every command takes.
+void defineCommon(CLI::App& app, CommandLine& line, RawOptions& raw);
+
+void defineWeather(CLI::App& app, CommandLine& line, RawOptions& raw);
+void defineService(CLI::App& app, CommandLine& line, RawOptions& raw);
+void definePlaces(CLI::App& app, CommandLine& line, RawOptions& raw);
+void defineSettings(CLI::App& app, CommandLine& line, RawOptions& raw);
+
+}  // namespace nimbara

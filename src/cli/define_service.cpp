@@ -1,0 +1,44 @@
+#include "cli/command_definitions.h"
+
+namespace nimbara {
+
+namespace {
+
+void defineWatch(CLI::App& app, CommandLine& line, RawOptions& raw) {
+  CLI::App* const command =
+      app.add_subcommand("watch", "Keep the forecasts of your places fresh until interrupted");
+  command->add_flag("--json", line.watch.json, "A line of JSON for each event");
+  defineCommon(*command, line, raw);
+  command->callback([&line] { line.run = runWatch; });
+}
+
+void defineDemo(CLI::App& app, CommandLine& line, RawOptions& raw) {
+  CLI::App* const command =
+      app.add_subcommand("demo", "Loopback stand-ins of the outside services, with generated weather");
+  DemoOptions& options = line.demo;
+  command->add_option("--port", options.port, "Port on 127.0.0.1; a free one by default")
+      ->type_name("N")
+      ->check(CLI::Range(0, 65535));
+  command
+      ->add_option("--fail", raw.faults,
+                   "SERVICE=FAULT: let a service misbehave; may be given several times. Faults: " +
+                       namesOf<DemoFault::Kind>() +
+                       ". "
+                       "Services: " +
+                       namesOf<DemoService>())
+      ->type_name("FAULT")
+      ->allow_extra_args(false);
+  command->add_option("COMMAND", options.command,
+                      "After --: a command to run against the demo, which then stops");
+  defineCommon(*command, line, raw);
+  command->callback([&line] { line.run = runDemo; });
+}
+
+}  // namespace
+
+void defineService(CLI::App& app, CommandLine& line, RawOptions& raw) {
+  defineWatch(app, line, raw);
+  defineDemo(app, line, raw);
+}
+
+}  // namespace nimbara

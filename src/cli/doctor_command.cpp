@@ -1,0 +1,192 @@
+#include "app/places.h"
+#include "base/display_text.h"
+#include "base/json.h"
+#include "cli/cli.h"
+#include "cli/line_text.h"
+#include "cli/run_context.h"
+#include "platform/linux/desktop_services.h"
+
+#include <unistd.h>
+
+namespace nimbara {
+
+namespace {
+
+struct ServiceState {
+  std::string service;
+  std::string address;
+  bool configured = true;
+  std::optional<Instant> lastSuccess;
+  std::optional<std::string> lastError;
+  std::optional<Instant> lastErrorAt;
+  bool coolingDown = false;
+};
+
+struct CachedPlace {
+  std::string name;
+  std::optional<Instant> answeredAt;  ///< absent: nothing is kept of it
+  std::optional<WeatherProviderOption> provider;
+};
+
+struct FolderState {
+  std::string purpose;
+  std::string path;
+  bool exists = false;
+  bool writable = false;
+};
+
+struct DesktopState {
+  std::string name;
+  std::string purpose;
+  DesktopServiceState::Presence presence = DesktopServiceState::Presence::unknown;
+};
+
+struct Diagnosis {
+  std::vector<ServiceState> services;
+  std::vector<CachedPlace> cache;
+  std::vector<FolderState> folders;
+  std::vector<DesktopState> desktop;
+};
+
+}  // namespace
+
+template <>
+inline constexpr auto jsonFields<ServiceState> = std::tuple{
+    field("service", &ServiceState::service),         field("address", &ServiceState::address),
+    field("configured", &ServiceState::configured),   field("lastSuccess", &ServiceState::lastSuccess),
+    field("lastError", &ServiceState::lastError),     field("lastErrorAt", &ServiceState::lastErrorAt),
+    field("coolingDown", &ServiceState::coolingDown),
+};
+template <>
+inline constexpr auto jsonFields<CachedPlace> =
+    std::tuple{field("place", &CachedPlace::name), field("answeredAt", &CachedPlace::answeredAt),
+               field("provider", &CachedPlace::provider)};
+template <>
+inline constexpr auto jsonFields<FolderState> =
+    std::tuple{field("purpose", &FolderState::purpose), field("path", &FolderState::path),
+               field("exists", &FolderState::exists), field("writable", &FolderState::writable)};
+template <>
+inline constexpr auto jsonFields<DesktopState> =
+    std::tuple{field("name", &DesktopState::name), field("purpose", &DesktopState::purpose),
+               field("presence", &DesktopState::presence)};
+template <>
+inline constexpr auto jsonFields<Diagnosis> =
+    std::tuple{field("services", &Diagnosis::services), field("cache", &Diagnosis::cache),
+               field("directories", &Diagnosis::folders), field("desktopServices", &Diagnosis::desktop)};
+
+namespace {
+
+std::vector<ServiceState> servicesOf(RunContext& context) {
+  auto const records = context.app().history().records();
+  std::vector<ServiceState> states;
+  for (std::size_t i = 0; i < enumNames<Service>.size(); ++i) {
+    auto const service = static_cast<Service>(i);
+    ServiceState state;
+    state.service = enumName(service);
+    state.address = context.app().services().address(service).baseUrl;
+    state.configured = service != Service::appleWeather || context.app().isAppleWeatherConfigured();
+    if (auto const found = records.find(state.service); found != records.end()) {
+      ProviderRecord const& record = found->second;
+      state.lastSuccess = record.lastSuccessAt;
+      state.lastError = record.lastError;
+      state.lastErrorAt = record.lastErrorAt;
+      state.coolingDown = isCoolingDown(record, context.clock().now());
+    }
+    states.push_back(std::move(state));
+  }
+  return states;
+}
+
+std::vector<CachedPlace> cacheOf(RunContext& context, Session const& session) {
+  std::vector<CachedPlace> cached;
+  auto const places = Places(*session.store).list();
+  for (SavedPlace const& place : places.value_or(PlaceList{}).places) {
+    CachedPlace state{place.name, {}, {}};
+    if (auto const entry = context.app().cache().load(cacheKey(place.coordinate))) {
+      state.answeredAt = entry->responseTimestamp;
+      state.provider = entry->provider;
+    }
+    cached.push_back(std::move(state));
+  }
+  return cached;
+}
+
+FolderState folderOf(std::string purpose, std::filesystem::path const& path) {
+  std::error_code ignored;
+  return {std::move(purpose), path.string(), std::filesystem::is_directory(path, ignored),
+          access(path.c_str(), W_OK) == 0};
+}
+
+Diagnosis diagnose(RunContext& context, Session const& session) {
+  Diagnosis diagnosis;
+  diagnosis.services = servicesOf(context);
+  diagnosis.cache = cacheOf(context, session);
+  diagnosis.folders = {folderOf("settings and places", session.environment.dataDirectory),
+                       folderOf("cache", session.environment.cacheDirectory)};
+  for (DesktopServiceState const& state : desktopServiceStates({session.environment.program, {}})) {
+    diagnosis.desktop.push_back({state.name, state.purpose, state.presence});
+  }
+  return diagnosis;
+}
+
+/// Rows of a label and a text.
+class Page {
+ public:
+  explicit Page(RunContext const& context) : context_(context) {}
+
+  std::string str(Diagnosis const& diagnosis) {
+    heading("Services");
+    for (ServiceState const& state : diagnosis.services) row(state.service, lineOf(state));
+    heading("Kept forecasts");
+    for (CachedPlace const& place : diagnosis.cache) row(place.name, lineOf(place));
+    if (diagnosis.cache.empty()) row("", "no places are saved");
+    heading("Folders");
+    for (FolderState const& folder : diagnosis.folders) row(folder.purpose, lineOf(folder));
+    heading("Desktop services");
+    for (DesktopState const& state : diagnosis.desktop) {
+      row(state.name, std::string(enumName(state.presence)) + " (" + state.purpose + ")");
+    }
+    if (diagnosis.desktop.empty()) row("", "the part of the program that asks for them is not installed");
+    return std::move(out_);
+  }
+
+ private:
+  void heading(std::string_view text) { out_ += (out_.empty() ? "" : "\n") + std::string(text) + "\n"; }
+  void row(std::string_view label, std::string const& text) {
+    out_ += "  " + fitted(label, 30) + " " + text + "\n";
+  }
+  std::string age(Instant then) const { return ageText(then, context_.clock().now(), context_.texts()); }
+
+  std::string lineOf(ServiceState const& state) const {
+    std::string line = state.address;
+    if (!state.configured) return line + ", not configured";
+    if (state.lastSuccess) line += ", last answer " + age(*state.lastSuccess);
+    if (state.lastError && state.lastErrorAt) {
+      line += ", last error " + age(*state.lastErrorAt) + ": " + *state.lastError;
+    }
+    return state.coolingDown ? line + " (not asked for five minutes)" : line;
+  }
+  std::string lineOf(CachedPlace const& place) const {
+    if (!place.answeredAt) return "none";
+    return age(*place.answeredAt) + (place.provider ? " from " + std::string(enumName(*place.provider)) : "");
+  }
+  static std::string lineOf(FolderState const& folder) {
+    if (!folder.exists) return folder.path + " (not made yet)";
+    return folder.path + (folder.writable ? "" : " (cannot be written)");
+  }
+
+  RunContext const& context_;
+  std::string out_;
+};
+
+}  // namespace
+
+int runDoctor(CommandLine const& line, Session const& session) {
+  auto const clock = makeClock(line.common);
+  RunContext context(line.common, session, *clock, ownServices(line.common, line.forecast.provider));
+  Diagnosis const diagnosis = diagnose(context, session);
+  session.console.out(line.doctor.json ? encodeJson(diagnosis) + "\n" : Page(context).str(diagnosis));
+  return exitCode::kComplete;
+}
+
+}  // namespace nimbara

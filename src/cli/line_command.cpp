@@ -1,0 +1,121 @@
+#include "base/display_text.h"
+#include "base/json.h"
+#include "cli/cli.h"
+#include "cli/line_text.h"
+#include "cli/run_context.h"
+#include "model/present.h"
+
+namespace nimbara {
+
+namespace {
+
+/// The forecast of a status bar: what the cache holds, and only on request more.
+class LineRun {
+ public:
+  LineRun(CommandLine const& line, Session const& session)
+      : options_(line.line),
+        session_(session),
+        clock_(makeClock(line.common)),
+        context_(line.common, session, *clock_, ownServices(line.common, line.forecast.provider)) {}
+
+  Result<ForecastAnswer, Failure> answer() {
+    auto const place = context_.place(options_.place);
+    if (!place) return std::unexpected(place.error());
+    ForecastService& service = context_.app().forecasts();
+    if (!options_.fresh) {
+      auto kept = service.cached(*place);
+      if (kept) return std::move(*kept);
+      return std::unexpected(Failure{
+          exitCode::kUnavailable,
+          "no forecast of this place is kept yet; run nimbara forecast, nimbara watch, or add --fresh",
+          {}});
+    }
+    auto fetched = service.get(*place, WeatherProviderOption::automatic, session_.stop);
+    if (fetched) return std::move(*fetched);
+    return std::unexpected(
+        Failure{exitCode::kUnavailable, context_.sentenceOf(fetched.error()), fetched.error()});
+  }
+
+  /// The filled template, or why it cannot be filled.
+  Result<std::string, Failure> text(ForecastAnswer const& answer) {
+    auto filled = filledLine(options_.format.empty() ? kLineTemplate : options_.format, lineContext(answer));
+    if (!filled) return std::unexpected(Failure{exitCode::kUsage, filled.error(), {}});
+    return session_.environment.utf8 ? std::move(*filled) : asciiFolded(*filled);
+  }
+
+  LineContext lineContext(ForecastAnswer const& answer) {
+    return {answer, context_.texts(), context_.wording().units, clock_->now()};
+  }
+
+ private:
+  LineOptions const& options_;
+  Session const& session_;
+  std::unique_ptr<Clock> clock_;
+  RunContext context_;
+};
+
+std::string fieldHelp() {
+  std::string out;
+  for (LineField const& field : lineFields()) {
+    out += fitted("{" + std::string(field.name) + "}", 16) + " " + std::string(field.explanation) + "\n";
+  }
+  return out + "\nUsual format: " + std::string(kLineTemplate) + "\n";
+}
+
+std::string barJson(std::string_view text, std::string_view tooltip, std::string_view cssClass,
+                    std::string_view alt) {
+  JsonWriter writer;
+  writer.beginObject();
+  writer.member("text", text);
+  writer.member("tooltip", tooltip);
+  writer.member("class", cssClass);
+  writer.member("alt", alt);
+  writer.endObject();
+  return writer.take() + "\n";
+}
+
+/// The gravest alert, else whether the forecast is old.
+std::string_view classOf(ForecastAnswer const& answer) {
+  if (!answer.alerts.empty()) return enumName(answer.alerts.front().severity);
+  return answer.stale ? "stale" : "fresh";
+}
+
+std::string_view altOf(LineContext const& context) {
+  auto const present = presentAt(context.answer.data, context.now);
+  return enumName(present ? present->condition : WeatherConditionCode::unknown);
+}
+
+}  // namespace
+
+int runLine(CommandLine const& line, Session const& session) {
+  if (line.line.helpFormat) {
+    session.console.out(fieldHelp());
+    return exitCode::kComplete;
+  }
+  LineRun run(line, session);
+  auto const answer = run.answer();
+  if (!answer) return session.fail(answer.error().exitCode, answer.error().sentence);
+  auto const text = run.text(*answer);
+  if (!text) return session.fail(text.error().exitCode, text.error().sentence);
+  session.console.out(*text + "\n");
+  return exitCode::kComplete;
+}
+
+int runWaybar(CommandLine const& line, Session const& session) {
+  LineRun run(line, session);
+  auto const answer = run.answer();
+  if (!answer) {
+    // A bar shows what it is given even when there is nothing to show.
+    if (answer.error().exitCode != exitCode::kUsage) {
+      session.console.out(barJson("", answer.error().sentence, "unavailable", "unavailable"));
+    }
+    return session.fail(answer.error().exitCode, answer.error().sentence);
+  }
+  auto const text = run.text(*answer);
+  if (!text) return session.fail(text.error().exitCode, text.error().sentence);
+  LineContext const context = run.lineContext(*answer);
+  session.console.out(barJson(*text, tooltip(context), classOf(*answer), altOf(context)));
+  return exitCode::kComplete;
+}
+
+}  // namespace nimbara

@@ -1,0 +1,42 @@
+// One line of text about a place for status bars: a template whose {fields} are filled from a forecast. Pure.
+#pragma once
+
+#include "app/forecast_service.h"
+#include "base/result.h"
+#include "base/texts.h"
+#include "base/units.h"
+
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace nimbara {
+
+struct LineContext {
+  ForecastAnswer const& answer;
+  Texts const& texts;
+  Units const& units;
+  Instant now;
+};
+
+struct LineField {
+  std::string_view name;
+  std::string_view explanation;
+  std::string (*value)(LineContext const&);
+};
+
+/// What a template may name, in the order of the help.
+std::span<LineField const> lineFields();
+
+inline constexpr std::string_view kLineTemplate = "{icon} {temperature} {condition}{stale}";
+
+/// "{{" stands for a brace. The error is a sentence that names the field which does not exist.
+Result<std::string, std::string> filledLine(std::string_view pattern, LineContext const& context);
+
+/// How old the forecast is, in words: "just now", "25 min ago".
+std::string ageText(Instant then, Instant now, Texts const& texts);
+
+/// The lines of a bar's tooltip: place and conditions, alerts, the days ahead, age and source.
+std::string tooltip(LineContext const& context);
+
+}  // namespace nimbara

@@ -1,0 +1,201 @@
+#include "cli/cli.h"
+#include "cli/line_text.h"
+#include "demo/demo_server.h"
+#include "support/forecasts.h"
+#include "support/instants.h"
+#include "support/temporary_folder.h"
+#include "support/test_console.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <thread>
+
+namespace nimbara {
+namespace {
+
+using namespace std::chrono_literals;
+using test::at;
+using test::CliRun;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+constexpr char kNow[] = "2026-11-21T09:20:00Z";
+
+/// Commands against the demo, with a cache and settings of the test's own.
+struct WeatherCommands : testing::Test {
+  test::TemporaryFolder folder;
+  FixedClock clock{at(kNow)};
+  std::unique_ptr<DemoServer> server = *DemoServer::start(clock, {});
+  std::string base = server->baseUrl();
+
+  CliRun run(std::vector<std::string> arguments, std::string const& now = kNow) const {
+    arguments.insert(arguments.end(), {"--services", base, "--now", now});
+    Environment environment = test::plainEnvironment();
+    environment.cacheDirectory = folder.path() / "cache";
+    environment.dataDirectory = folder.path() / "data";
+    return test::run(arguments, environment);
+  }
+  /// Nothing answers any more.
+  void goOffline() {
+    server.reset();
+    base = "http://127.0.0.1:1";
+  }
+};
+
+TEST_F(WeatherCommands, ServeAForecastFromTheCacheWhileItIsFresh) {
+  EXPECT_THAT(run({"forecast", "1,2", "--json"}).out,
+              StartsWith(R"({"provider":"openMeteo","fromCache":false,"stale":false)"));
+  goOffline();
+  EXPECT_THAT(run({"forecast", "1,2", "--json"}, "2026-11-21T09:34:59Z").out,
+              StartsWith(R"({"provider":"openMeteo","fromCache":true,"stale":false)"));
+  CliRun const old = run({"forecast", "1,2", "--json"}, "2026-11-21T09:35:00Z");
+  EXPECT_EQ(old.exitCode, 0);
+  EXPECT_THAT(old.out, StartsWith(R"({"provider":"openMeteo","fromCache":true,"stale":true)"));
+  EXPECT_THAT(old.err, HasSubstr("nothing newer could be had: openMeteo (Network error: could not connect"));
+  EXPECT_THAT(old.err, HasSubstr("fetched at 2026-11-21T09:20:00Z"));
+  CliRun const again = run({"forecast", "1,2"}, "2026-11-21T09:36:00Z");
+  EXPECT_THAT(again.err, HasSubstr("every provider failed less than five minutes ago"));
+  EXPECT_THAT(again.out, HasSubstr("! Older data, fetched 09:20 (16 min ago)"));
+  EXPECT_EQ(run({"forecast", "1,2", "--no-cache"}, "2026-11-21T09:36:00Z").exitCode, exitCode::kUnavailable);
+}
+
+TEST_F(WeatherCommands, FallOverToTheNextProviderAndSaySo) {
+  server = *DemoServer::start(clock, {{DemoService::openMeteo, DemoFault::Kind::status500},
+                                      {DemoService::yrNo, DemoFault::Kind::garbage}});
+  base = server->baseUrl();
+  CliRun const first = run({"forecast", "52.52,13.41", "--json"});
+  EXPECT_THAT(first.out, StartsWith(R"({"provider":"wttrIn","fromCache":false)"));
+  EXPECT_THAT(first.err, StartsWith("nimbara: no forecast from openMeteo (Server returned HTTP 500"));
+  EXPECT_THAT(first.err, testing::EndsWith("this one is from wttrIn\n"));
+  CliRun const second = run({"forecast", "1,2", "--json"}, "2026-11-21T09:24:59Z");
+  EXPECT_EQ(second.err, "") << "nobody who failed is asked within five minutes";
+  EXPECT_THAT(second.out, StartsWith(R"({"provider":"wttrIn")"));
+  CliRun const third = run({"forecast", "3,4", "--json"}, "2026-11-21T09:25:00Z");
+  EXPECT_THAT(third.err, HasSubstr("openMeteo"));
+}
+
+TEST_F(WeatherCommands, ServeEveryProviderByItsName) {
+  for (std::string const provider : {"openMeteo", "yrNo", "wttrIn"}) {
+    EXPECT_THAT(run({"forecast", "52.52,13.41", "--provider", provider, "--json"}).out,
+                StartsWith(R"({"provider":")" + provider + R"(","fromCache":false)"));
+  }
+  CliRun const refused = run({"forecast", "1,2", "--provider", "appleWeather"});
+  EXPECT_EQ(refused.exitCode, exitCode::kUnavailable);
+  EXPECT_THAT(refused.err, HasSubstr("WeatherKit is not configured"));
+}
+
+TEST_F(WeatherCommands, ListAlertsOfTheForecast) {
+  CliRun const text = run({"alerts", "51.48,0"});
+  EXPECT_THAT(text.out, StartsWith("Warning: Very Cold\n  Feels-like temperature drops to"));
+  EXPECT_THAT(run({"alerts", "51.48,0", "--json", "--source", "generated"}).out,
+              HasSubstr(R"("severity":"warning","title":"Very Cold")"));
+  CliRun const wrong = run({"alerts", "1,2", "--source", "generated,rumours"});
+  EXPECT_EQ(wrong.exitCode, exitCode::kUsage);
+  EXPECT_THAT(wrong.err, HasSubstr("'rumours'"));
+}
+
+TEST_F(WeatherCommands, FillStatusBarsFromTheCacheAlone) {
+  CliRun const nothing = run({"line", "51.48,0"});
+  EXPECT_EQ(nothing.exitCode, exitCode::kUnavailable);
+  EXPECT_EQ(nothing.out, "");
+  EXPECT_THAT(nothing.err, HasSubstr("no forecast of this place is kept yet"));
+  CliRun const emptyBar = run({"waybar", "51.48,0"});
+  EXPECT_EQ(emptyBar.exitCode, exitCode::kUnavailable);
+  EXPECT_THAT(emptyBar.out, StartsWith(R"({"text":"","tooltip":"no forecast)"));
+  EXPECT_EQ(run({"line", "51.48,0", "--fresh"}).exitCode, 0);
+  goOffline();
+  EXPECT_THAT(run({"line", "51.48,0", "--format", "{place}: {alert}|{{{age}"}).out,
+              "Blackheath: Very Cold|{just now\n");
+  EXPECT_THAT(run({"waybar", "51.48,0"}, "2026-11-21T12:20:00Z").out,
+              HasSubstr(R"("class":"warning","alt":")"));
+  EXPECT_THAT(run({"line", "51.48,0"}, "2026-11-22T09:20:00Z").out, testing::EndsWith(" (24 h ago)\n"));
+  CliRun const wrong = run({"line", "51.48,0", "--format", "{temprature}"});
+  EXPECT_EQ(wrong.exitCode, exitCode::kUsage);
+  EXPECT_THAT(wrong.err, HasSubstr("{temprature}"));
+}
+
+TEST_F(WeatherCommands, TellTheDoctorWhatHappened) {
+  ASSERT_EQ(run({"places", "add", "51.48,0", "--name", "Home"}).exitCode, 0);
+  run({"forecast"});
+  goOffline();
+  run({"forecast", "--no-cache"});
+  CliRun const text = run({"doctor"}, "2026-11-21T09:22:00Z");
+  EXPECT_THAT(text.out, HasSubstr("Home                           2 min ago from openMeteo"));
+  EXPECT_THAT(text.out, HasSubstr("last answer 2 min ago, last error 2 min ago: Network error: could not"));
+  EXPECT_THAT(text.out, HasSubstr("appleWeather                   http://127.0.0.1:1, not configured"));
+  EXPECT_THAT(run({"doctor", "--json"}).out,
+              HasSubstr(R"("place":"Home","answeredAt":"2026-11-21T09:20:00Z")"));
+}
+
+/// A console that other threads wait on.
+class SharedConsole final : public Console {
+ public:
+  void out(std::string_view text) override {
+    std::lock_guard const lock(mutex_);
+    output_ += text;
+    changed_.notify_all();
+  }
+  void err(std::string_view text) override { out(text); }
+  int terminalWidth() const override { return 0; }
+
+  void waitFor(std::string_view part) {
+    std::unique_lock lock(mutex_);
+    changed_.wait_for(lock, 20s, [&] { return output_.find(part) != std::string::npos; });
+    EXPECT_THAT(output_, HasSubstr(std::string(part)));
+  }
+
+ private:
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  std::string output_;
+};
+
+TEST_F(WeatherCommands, WatchPlacesUntilInterrupted) {
+  ASSERT_EQ(run({"places", "add", "51.48,0", "--name", "Home"}).exitCode, 0);
+  ASSERT_EQ(run({"places", "add", "1,2", "--name", "Gulf"}).exitCode, 0);
+  SharedConsole console;
+  std::stop_source stop;
+  Environment environment = test::plainEnvironment();
+  environment.cacheDirectory = folder.path() / "cache";
+  environment.dataDirectory = folder.path() / "data";
+  std::jthread const watch([&] {
+    EXPECT_EQ(
+        runCli({"watch", "--json", "--services", base}, Session{environment, console, stop.get_token()}),
+        exitCode::kInterrupted);
+  });
+  console.waitFor(R"("place":"Home","latitude":51.48,"longitude":0,"selected":true,"provider":"openMeteo")");
+  console.waitFor(R"("place":"Gulf","latitude":1,"longitude":2,"selected":false)");
+  // Another process selects another place.
+  ASSERT_EQ(run({"places", "select", "Gulf"}).exitCode, 0);
+  console.waitFor(R"("place":"Gulf","latitude":1,"longitude":2,"selected":true)");
+  stop.request_stop();
+}
+
+TEST(LineText, TellsWhatIsKnownAndDashesForTheRest) {
+  ForecastAnswer answer;
+  answer.data = test::mildForecast(at("2026-11-21T09:00:00Z"), 30);
+  answer.answeredAt = at("2026-11-21T09:00:00Z");
+  answer.data.current.tempC = 11;
+  answer.data.current.availableDetailFields = DetailFields{WeatherDetailField::humidity};
+  Texts const texts = Texts::load("en");
+  Units const units;
+  auto const line = [&](std::string_view pattern, std::string const& now) {
+    return filledLine(pattern, {answer, texts, units, at(now)}).value_or("refused");
+  };
+  EXPECT_EQ(line("{temperature} {humidity} {pressure} {gusts}", "2026-11-21T10:00:00Z"),
+            "11° 50 % – 15 km/h");
+  // A reading of hours ago is no present; the forecast of the hour is.
+  EXPECT_EQ(line("{temperature} {pressure}", "2026-11-21T12:00:00Z"), "15° 1015 hPa");
+  EXPECT_EQ(line("{temperature} {high}", "2026-11-25T12:00:00Z"), "– –");
+  for (char const* const wrong : {"{", "{}", "{temperature", "{nothing}"}) {
+    EXPECT_EQ(line(wrong, "2026-11-21T10:00:00Z"), "refused") << wrong;
+  }
+  EXPECT_EQ(line("{{}", "2026-11-21T10:00:00Z"), "{}");
+  for (LineField const& field : lineFields()) {
+    EXPECT_NE(line("{" + std::string(field.name) + "}", "2026-11-21T10:00:00Z"), "refused");
+  }
+}
+
+}  // namespace
+}  // namespace nimbara
