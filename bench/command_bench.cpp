@@ -8,7 +8,9 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <fcntl.h>
+#include <filesystem>
 #include <spawn.h>
 #include <string>
 #include <sys/resource.h>
@@ -63,11 +65,23 @@ int main(int count, char** arguments) {
   Arguments const forecast{program, "forecast", "52.52,13.41", "--services", (*demo)->baseUrl()};
   Arguments json = forecast;
   json.emplace_back("--json");
+  // Everything that a command keeps goes into a folder of this run.
+  std::string folder = "/tmp/nimbara-bench-XXXXXX";
+  if (mkdtemp(folder.data()) == nullptr) return 1;
+  setenv("XDG_CACHE_HOME", folder.c_str(), 1);
+  setenv("XDG_DATA_HOME", folder.c_str(), 1);
+  Arguments live = forecast;
+  live.emplace_back("--no-cache");
+  Arguments line = forecast;
+  line[1] = "line";
+  if (runOnce(forecast) < 0) return 1;
   for (auto const& [name, what] :
        {std::pair<char const*, Arguments>{"process_that_does_nothing", {"/bin/true"}},
         {"nimbara_version", {program, "--version"}},
-        {"nimbara_forecast_json", json},
-        {"nimbara_forecast", forecast}}) {
+        {"nimbara_forecast_live", live},
+        {"nimbara_forecast_cached_json", json},
+        {"nimbara_forecast_cached", forecast},
+        {"nimbara_line", line}}) {
     benchmark::RegisterBenchmark(name, [what](benchmark::State& state) { command(state, what); })
         ->UseRealTime()
         ->Unit(benchmark::kMillisecond)
@@ -76,5 +90,6 @@ int main(int count, char** arguments) {
         ->ReportAggregatesOnly(true);
   }
   benchmark::RunSpecifiedBenchmarks();
+  std::filesystem::remove_all(folder);
   return 0;
 }

@@ -1,9 +1,11 @@
 // One seven-day answer from bytes to the processed forecast, beside what the parser library alone and a tree
 // parser need for the same bytes in the same run.
 
+#include "analysis/alert_generator.h"
 #include "base/sun_moon.h"
 #include "demo/open_meteo_stand_in.h"
 #include "model/process.h"
+#include "model/weather_cache.h"
 #include "providers/open_meteo_client.h"
 #include "providers/open_meteo_request.h"
 
@@ -11,6 +13,7 @@
 #include <nlohmann/json.hpp>
 #include <simdjson.h>
 
+#include <filesystem>
 #include <map>
 
 namespace nimbara {
@@ -94,6 +97,65 @@ void moonOfAWeek(benchmark::State& state) {
   }
 }
 BENCHMARK(moonOfAWeek);
+
+WeatherData const& forecast() {
+  static WeatherData const made =
+      process(*joinOpenMeteo(*parseOpenMeteo(body()), kPlace, now()), Calendar::utc(), now());
+  return made;
+}
+
+/// A folder that the kernel holds in memory, so that no disk is measured.
+WeatherCache& cache() {
+  static FixedClock const clock(now());
+  static WeatherCache made(std::filesystem::temp_directory_path() / "nimbara-bench-cache", clock);
+  made.store(cacheKey(kPlace), {now(), forecast(), {}, WeatherProviderOption::openMeteo, {}});
+  return made;
+}
+
+void loadCached(benchmark::State& state) {
+  WeatherCache& kept = cache();
+  std::string const key = cacheKey(kPlace);
+  for (auto _ : state) {
+    if (!kept.load(key)) return state.SkipWithError("the forecast is not kept");
+  }
+}
+BENCHMARK(loadCached);
+
+/// The parser alone on the same file.
+void simdjsonParseCached(benchmark::State& state) {
+  std::string const file =
+      encodeJson(ParsedCacheEntry{now(), forecast(), {}, WeatherProviderOption::openMeteo, {}});
+  simdjson::dom::parser parser;
+  for (auto _ : state) benchmark::DoNotOptimize(parser.parse(file).error());
+  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) *
+                          static_cast<std::int64_t>(file.size()));
+}
+BENCHMARK(simdjsonParseCached);
+
+void storeCached(benchmark::State& state) {
+  WeatherCache& kept = cache();
+  std::string const key = cacheKey(kPlace);
+  for (auto _ : state) kept.store(key, {now(), forecast(), {}, WeatherProviderOption::openMeteo, {}});
+}
+BENCHMARK(storeCached);
+
+/// Every check that can speak does.
+void generateAlerts(benchmark::State& state) {
+  WeatherData weather = forecast();
+  for (HourlyForecast& hour : weather.allHourly) {
+    hour.chanceOfThunder = 80;
+    hour.windGustKmph = 120;
+    hour.precipMM = 9;
+    hour.chanceOfFog = 80;
+    hour.uvIndex = 11;
+    hour.tempC = hour.feelsLikeC = -20;
+  }
+  Texts const texts = Texts::load("en");
+  std::size_t alerts = 0;
+  for (auto _ : state) alerts = AlertGenerator{}.generate(weather, now(), Units::metric(), texts).size();
+  state.counters["alerts"] = static_cast<double>(alerts);
+}
+BENCHMARK(generateAlerts);
 
 }  // namespace
 }  // namespace nimbara

@@ -4,6 +4,7 @@
 
 #include "platform/http_client.h"
 #include "platform/linux/curl_http_client.h"
+#include "platform/linux/resident_code.h"
 
 #include <memory>
 #include <mutex>
@@ -15,7 +16,11 @@ class LazyHttpClient final : public HttpClient {
   explicit LazyHttpClient(CurlOptions options) : options_(std::move(options)) {}
 
   Result<HttpResponse, HttpError> get(HttpRequest const& request, std::stop_token stop = {}) override {
-    std::call_once(made_, [this] { client_ = std::make_unique<CurlHttpClient>(options_); });
+    std::call_once(made_, [this] {
+      // What was needed so far is not needed while the answer is awaited.
+      giveBackCode();
+      client_ = std::make_unique<CurlHttpClient>(options_);
+    });
     return client_->get(request, std::move(stop));
   }
 

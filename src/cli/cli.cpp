@@ -3,6 +3,7 @@
 #include "app/settings_registry.h"
 #include "app/unit_settings.h"
 #include "base/text.h"
+#include "platform/linux/resident_code.h"
 #include "platform/linux/sqlite_settings_store.h"
 
 namespace nimbara {
@@ -42,6 +43,8 @@ int runCli(std::vector<std::string> arguments, Session const& session) {
   }
   SqliteSettingsStore store(session.environment.dataDirectory, settingsRegistry(), SettingsUse::brief);
   auto const [settings, problem] = store.settings();
+  // The start ran through the loaders of three dozen libraries; none of that is needed any more.
+  giveBackCode();
   if (problem && !line->needsStore) {
     session.console.err("nimbara: " + oneLine(problem->message, 500) + "; the defaults are used\n");
   }

@@ -2,6 +2,7 @@
 #include "cli/interrupt_signals.h"
 
 #include <cstdio>
+#include <malloc.h>
 #include <string>
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -28,6 +29,8 @@ class ProcessConsole final : public nimbara::Console {
 }  // namespace
 
 int main(int count, char** arguments) {
+  // Threads are few and mostly wait: pools of memory for each would only lie about.
+  mallopt(M_ARENA_MAX, 1);
   nimbara::InterruptSignals const signals;
   ProcessConsole console;
   auto const environment = nimbara::Environment::ofProcess();

@@ -8,6 +8,7 @@
 #include "cli/cli.h"
 #include "cli/run_context.h"
 #include "platform/linux/desktop_services.h"
+#include "platform/linux/resident_code.h"
 #include "platform/linux/timerfd_wake_timer.h"
 
 #include <malloc.h>
@@ -72,6 +73,7 @@ class EventLog {
     json_ ? write(jsonOf(report, failure)) : write(lineOf(report, failure));
     // What the exchange needed is given back: the process now sleeps for a quarter of an hour.
     malloc_trim(0);
+    giveBackCode();
   }
 
   void happened(std::string_view event) {

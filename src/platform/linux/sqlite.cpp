@@ -1,9 +1,8 @@
 #include "platform/linux/sqlite.h"
 
-#include <sqlite3.h>
+#include "platform/linux/resident_code.h"
 
-#include <link.h>
-#include <sys/mman.h>
+#include <sqlite3.h>
 
 namespace nimbara {
 
@@ -74,24 +73,10 @@ int flagsOf(SqliteAccess access) {
   return mode | SQLITE_OPEN_NOMUTEX | (access == SqliteAccess::readOnlyUnshared ? SQLITE_OPEN_URI : 0);
 }
 
-/// The segments that are mapped from the file and never written to, so that nothing is lost with them.
-int giveBackSegments(dl_phdr_info* library, std::size_t, void*) {
-  if (std::string_view(library->dlpi_name).find("/libsqlite3.so") == std::string_view::npos) return 0;
-  for (ElfW(Half) i = 0; i < library->dlpi_phnum; ++i) {
-    ElfW(Phdr) const& segment = library->dlpi_phdr[i];
-    if (segment.p_type != PT_LOAD || (segment.p_flags & PF_W) != 0) continue;
-    auto const begin = (library->dlpi_addr + segment.p_vaddr) & ~(segment.p_align - 1);
-    auto const end = library->dlpi_addr + segment.p_vaddr + segment.p_memsz;
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): the loader gives addresses as numbers
-    madvise(reinterpret_cast<void*>(begin), end - begin, MADV_DONTNEED);
-  }
-  return 1;
-}
-
 }  // namespace
 
 void giveBackSqliteCode() {
-  dl_iterate_phdr(&giveBackSegments, nullptr);
+  giveBackCode("/libsqlite3.so");
 }
 
 void SqliteConnection::Closer::operator()(sqlite3* database) const {
