@@ -15,6 +15,19 @@ function(nimbara_library name)
   endif()
 endfunction()
 
+# A part of the program that is loaded on demand, and lies beside it as it does when installed.
+function(nimbara_module name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;USES")
+  add_library(${name} MODULE ${arg_SOURCES})
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/src)
+  target_link_libraries(${name} PRIVATE ${arg_USES})
+  target_link_options(${name} PRIVATE -Wl,-z,defs)
+  set_target_properties(${name} PROPERTIES
+    PREFIX "" CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON
+    LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+  install(TARGETS ${name} LIBRARY DESTINATION lib/nimbara)
+endfunction()
+
 # The programs lie side by side in bin/, as they do when installed: one finds the other there.
 function(nimbara_program name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;USES")

@@ -39,7 +39,7 @@ ForecastProvider providerOf(Client& client, bool isConfigured = true) {
 Composition::Composition(Settings const& settings, Clock const& clock, Options options)
     : configuration_(configurationOf(settings)),
       services_(configuration_, options.servicesBase),
-      http_({userAgent(configuration_), {}}),
+      http_(options.program, userAgent(configuration_)),
       appleWeather_(http_, clock, services_.address(Service::appleWeather), offlineTimeZone,
                     credentialsOf(settings)),
       openMeteo_(http_, clock, services_.address(Service::openMeteo)),

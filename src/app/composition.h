@@ -5,11 +5,11 @@
 
 #include "app/environment.h"
 #include "app/forecast_service.h"
-#include "app/lazy_http_client.h"
 #include "app/service_directory.h"
 #include "model/provider_option.h"
 #include "model/weather_cache.h"
 #include "platform/clock.h"
+#include "platform/linux/lazy_http_client.h"
 #include "platform/settings.h"
 #include "providers/apple_weather_client.h"
 #include "providers/open_meteo_client.h"
@@ -28,6 +28,7 @@ class Composition {
     std::string servicesBase;  ///< stands in for the services; empty for the services themselves
     Wording wording;
     WeatherProviderOption preferredProvider = WeatherProviderOption::automatic;
+    std::filesystem::path program;         ///< this program's own file
     std::filesystem::path cacheDirectory;  ///< empty: nothing outlives the process
   };
 

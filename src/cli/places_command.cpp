@@ -5,8 +5,8 @@
 #include "base/text.h"
 #include "base/texts.h"
 #include "cli/cli.h"
-#include "platform/linux/curl_http_client.h"
 #include "platform/linux/desktop_services.h"
+#include "platform/linux/lazy_http_client.h"
 
 #include <algorithm>
 
@@ -190,7 +190,7 @@ class PlacesRun {
 
   Result<std::vector<FoundPlace>, std::string> found() {
     Configuration const configuration = configurationOf(*session_.settings);
-    CurlHttpClient http({userAgent(configuration), {}});
+    LazyHttpClient http(session_.environment.program, userAgent(configuration));
     ServiceDirectory const services(configuration, common_.services);
     PlaceSearch search(http, services);
     std::string const language = Texts::load(common_.language).language();

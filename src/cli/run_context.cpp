@@ -55,7 +55,7 @@ RunContext::RunContext(CommonOptions const& common, Session const& session, Cloc
       clock_(clock),
       wording_(wordingOf(common, session)),
       app_(*session.settings, clock,
-           {departure.servicesBase, wording_, departure.provider,
+           {departure.servicesBase, wording_, departure.provider, session.environment.program,
             departure.keepsNothing ? std::filesystem::path() : session.environment.cacheDirectory}) {
   app_.providers().setOnFailure(
       [this](auto provider, APIError const& error) { failures_.emplace_back(enumName(provider), error); });

@@ -1,6 +1,6 @@
 #include "demo/demo_server.h"
 
-#include "platform/linux/curl_http_client.h"
+#include "platform/linux/http/curl_http_client.h"
 #include "providers/open_meteo_client.h"
 #include "providers/open_meteo_request.h"
 #include "providers/wttr_client.h"

@@ -8,7 +8,7 @@
 #include "demo/yr_no_stand_in.h"
 #include "model/process.h"
 #include "model/weather_condition.h"
-#include "platform/linux/curl_http_client.h"
+#include "platform/linux/http/curl_http_client.h"
 #include "providers/apple_weather_client.h"
 #include "providers/wmo_code.h"
 #include "providers/wttr_client.h"

@@ -1,4 +1,4 @@
-#include "platform/linux/curl_http_client.h"
+#include "platform/linux/http/curl_http_client.h"
 
 #include "support/loopback_server.h"
 #include "support/temporary_folder.h"

@@ -1,28 +1,14 @@
 #include "platform/linux/desktop_services.h"
 
 #include "platform/linux/dbus/dbus_module.h"
-
-#include <dlfcn.h>
+#include "platform/linux/module_loader.h"
 
 namespace nimbara {
 
 namespace {
 
-/// Beside the program in the build folder, in the library folder when installed.
-constexpr std::string_view kFolders[] = {".", "../lib/nimbara"};
-
-DbusModule const* loadFrom(std::filesystem::path const& file) {
-  // The module stays until the process ends: what it made may live as long.
-  void* const handle = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
-  return handle == nullptr ? nullptr : static_cast<DbusModule const*>(dlsym(handle, kDbusModuleSymbol));
-}
-
-DbusModule const* loadModule(std::filesystem::path const& program) {
-  for (std::string_view const folder : kFolders) {
-    auto const file = program.parent_path() / folder / kDbusModuleFile;
-    if (DbusModule const* const module = loadFrom(file)) return module;
-  }
-  return nullptr;
+DbusModule const* dbusModule(std::filesystem::path const& program) {
+  return static_cast<DbusModule const*>(loadModule(program, kDbusModuleFile, kDbusModuleSymbol));
 }
 
 constexpr char kNoModule[] =
@@ -46,20 +32,20 @@ class NoPowerAndNetwork final : public PowerAndNetwork {
 }  // namespace
 
 std::unique_ptr<LocationSource> desktopLocationSource(DesktopOptions const& options) {
-  DbusModule const* const module = loadModule(options.program);
+  DbusModule const* const module = dbusModule(options.program);
   if (module == nullptr) return std::make_unique<NoLocationSource>();
   return module->locationSource(options.systemBus);
 }
 
 std::unique_ptr<PowerAndNetwork> desktopPowerAndNetwork(DesktopOptions const& options,
                                                         PowerAndNetwork::Listener listener) {
-  DbusModule const* const module = loadModule(options.program);
+  DbusModule const* const module = dbusModule(options.program);
   if (module == nullptr) return std::make_unique<NoPowerAndNetwork>();
   return module->powerAndNetwork(options.systemBus, std::move(listener));
 }
 
 std::vector<DesktopServiceState> desktopServiceStates(DesktopOptions const& options) {
-  DbusModule const* const module = loadModule(options.program);
+  DbusModule const* const module = dbusModule(options.program);
   return module == nullptr ? std::vector<DesktopServiceState>{} : module->serviceStates(options.systemBus);
 }
 

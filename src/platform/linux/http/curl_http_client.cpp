@@ -1,4 +1,4 @@
-#include "platform/linux/curl_http_client.h"
+#include "platform/linux/http/curl_http_client.h"
 
 #include "base/text.h"
 

@@ -1,0 +1,30 @@
+// An HTTP client whose library is loaded with the first request: that takes milliseconds and megabytes, which
+// a run that lives from the cache does not have.
+#pragma once
+
+#include "platform/http_client.h"
+
+#include <filesystem>
+#include <memory>
+#include <mutex>
+#include <string>
+
+namespace nimbara {
+
+class LazyHttpClient final : public HttpClient {
+ public:
+  /// `program` is the running program's file: the library's part lies beside it.
+  LazyHttpClient(std::filesystem::path program, std::string userAgent)
+      : program_(std::move(program)), userAgent_(std::move(userAgent)) {}
+
+  /// `protocol` for every request when that part is not installed.
+  Result<HttpResponse, HttpError> get(HttpRequest const& request, std::stop_token stop = {}) override;
+
+ private:
+  std::filesystem::path program_;
+  std::string userAgent_;
+  std::once_flag loaded_;
+  std::unique_ptr<HttpClient> client_;
+};
+
+}  // namespace nimbara
