@@ -3,6 +3,7 @@
 #include "base/json.h"
 #include "model/process.h"
 #include "model/weather_alert.h"
+#include "model/weather_cache.h"
 #include "model/weather_data.h"
 #include "providers/geocoder.h"
 
@@ -27,6 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
   roundTrip<nimbara::WttrResponse>(bytes);
   roundTrip<nimbara::WeatherData>(bytes);
   roundTrip<nimbara::WeatherAlert>(bytes);
+  roundTrip<nimbara::ParsedCacheEntry>(bytes);
   auto const places = nimbara::parseGeocoding(bytes);
   static_cast<void>(places);
   return 0;

@@ -57,7 +57,10 @@ WeatherProviderManager::Outcome WeatherProviderManager::attempt(AutomaticProvide
     return WeatherProviderFetchResult{std::move(*response), optionOf(provider)};
   }
   if (response.error().transport == HttpError::Kind::cancelled) return std::unexpected(response.error());
-  history_.noteFailure(enumName(provider), clock_.now(), response.error().text());
+  Instant const now = clock_.now();
+  auto const pause = response.error().retryAfter;
+  history_.noteFailure(enumName(provider), now, response.error().text(),
+                       pause ? std::optional<Instant>(now + *pause) : std::nullopt);
   OnFailure const onFailure = [this] {
     std::lock_guard const lock(stateMutex_);
     return onFailure_;

@@ -1,6 +1,8 @@
 #include "providers/service_answer.h"
 
+#include "base/http_date.h"
 #include "base/json_codec.h"
+#include "base/number.h"
 #include "base/text.h"
 
 namespace nimbara {
@@ -16,10 +18,26 @@ Result<HttpResponse, APIError> ask(HttpClient& http, HttpRequest const& request,
 
 std::optional<APIError> refusalIn(HttpResponse const& answer) {
   if (answer.status < 200 || answer.status > 299) {
-    return APIError::http(answer.status, errorReason(answer.body));
+    APIError error = APIError::http(answer.status, errorReason(answer.body));
+    error.retryAfter = retryAfterOf(answer);
+    return error;
   }
   if (trimmed(answer.body).empty()) return APIError::of(APIError::Case::noData);
   return std::nullopt;
+}
+
+std::optional<std::chrono::seconds> retryAfterOf(HttpResponse const& answer) {
+  using std::chrono::seconds;
+  constexpr seconds kLongest = std::chrono::hours(24);
+  auto const header = answer.header("Retry-After");
+  if (!header) return std::nullopt;
+  if (auto const count = parseInteger(trimmed(*header))) {
+    return *count < 0 ? std::nullopt : std::optional(std::min(seconds(*count), kLongest));
+  }
+  auto const until = parseHttpDate(trimmed(*header));
+  auto const sent = parseHttpDate(trimmed(answer.header("Date").value_or("")));
+  if (!until || !sent || *until < *sent) return std::nullopt;
+  return std::min(std::chrono::ceil<seconds>(*until - *sent), kLongest);
 }
 
 std::string errorReason(std::string_view body) {

@@ -6,6 +6,7 @@
 #include "platform/http_client.h"
 #include "providers/api_error.h"
 
+#include <chrono>
 #include <optional>
 #include <stop_token>
 #include <string>
@@ -18,6 +19,10 @@ Result<HttpResponse, APIError> ask(HttpClient& http, HttpRequest const& request,
 
 /// Why an answer holds no data: `httpError` for a status outside 200-299, `noData` for an empty body.
 std::optional<APIError> refusalIn(HttpResponse const& answer);
+
+/// The pause that an answer's Retry-After asks for, in seconds or until a date (reckoned from the answer's
+/// own Date), at most a day.
+std::optional<std::chrono::seconds> retryAfterOf(HttpResponse const& answer);
 
 /// The reason in a service's error body ("{"error":true,"reason":"…"}") on one line; empty when there is
 /// none.

@@ -1,5 +1,6 @@
 #include "providers/provider_manager.h"
 
+#include "providers/service_answer.h"
 #include "support/instants.h"
 #include "support/manual_clock.h"
 #include "support/temporary_folder.h"
@@ -170,8 +171,40 @@ TEST_F(ManagerTest, HonoursAPauseThatAServiceAskedFor) {
   record.blockedUntil = clock.now() + 2h;
   EXPECT_TRUE(isCoolingDown(record, clock.now()));
   EXPECT_FALSE(isCoolingDown(record, clock.now() + 2h));
+  WeatherProviderManager::Providers all = scripted.providers();
+  int asked = 0;
+  all[0].fetch = [&](double, double, std::stop_token) -> Outcome {
+    ++asked;
+    APIError error = APIError::http(429);
+    error.retryAfter = 1h;
+    return std::unexpected(error);
+  };
+  WeatherProviderManager subject(all, history, clock);
+  for (auto const later : {0s, 3599s, 3600s}) {
+    clock.advance(later);
+    fetched(subject);
+    clock.advance(-later);
+  }
+  EXPECT_EQ(asked, 2);
   record.blockedUntil = clock.now() + 25h;  // longer than any service may ask for
   EXPECT_FALSE(isCoolingDown(record, clock.now()));
+}
+
+TEST(ServiceAnswer, TellsThePauseThatAServiceAsksFor) {
+  struct Row {
+    HttpHeaders headers;
+    std::optional<std::chrono::seconds> expected;
+  };
+  std::pair<std::string, std::string> const date{"Date", "Sat, 21 Nov 2026 10:00:00 GMT"};
+  for (auto const& row :
+       {Row{{}, {}}, Row{{{"Retry-After", "120"}}, 120s}, Row{{{"retry-after", " 0 "}}, 0s},
+        Row{{{"Retry-After", "-1"}}, {}}, Row{{{"Retry-After", "999999999"}}, 24h},
+        Row{{{"Retry-After", "99999999999999999999"}}, {}}, Row{{{"Retry-After", "soon"}}, {}},
+        Row{{date, {"Retry-After", "Sat, 21 Nov 2026 10:05:00 GMT"}}, 300s},
+        Row{{date, {"Retry-After", "Sat, 21 Nov 2026 09:00:00 GMT"}}, {}},
+        Row{{{"Retry-After", "Sat, 21 Nov 2026 10:05:00 GMT"}}, {}}}) {
+    EXPECT_EQ(retryAfterOf({429, row.headers, ""}), row.expected);
+  }
 }
 
 /// A provider that goes on whatever its stop token says, until the test lets it end.
