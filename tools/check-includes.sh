@@ -10,9 +10,10 @@ declare -A may=(
   [model]="base platform model"
   [analysis]="base platform model analysis"
   [providers]="base platform model providers"
-  [app]="base platform model analysis providers gazetteer app"
+  [feeds]="base platform model gazetteer feeds"
+  [app]="base platform model analysis providers gazetteer feeds app"
   [demo]="base platform gazetteer demo"
-  [cli]="base platform model analysis providers gazetteer app demo cli"
+  [cli]="base platform model analysis providers gazetteer feeds app demo cli"
 )
 
 wrong=0

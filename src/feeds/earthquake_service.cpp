@@ -1,0 +1,83 @@
+#include "feeds/earthquake_service.h"
+
+#include "base/file.h"
+#include "feeds/feed_exchange.h"
+
+namespace nimbara {
+
+namespace {
+
+constexpr std::chrono::seconds kTimeout{25};
+constexpr std::size_t kLargestBody = std::size_t{8} << 20;
+
+}  // namespace
+
+EarthquakeService::EarthquakeService(HttpClient& http, Clock const& clock, Options options)
+    : http_(http), clock_(clock), options_(std::move(options)) {}
+
+std::vector<EarthquakeEvent> EarthquakeService::fetchEarthquakes(std::stop_token const& stop) {
+  std::lock_guard const turn(turn_);
+  loadOnce();
+  bool const fresh =
+      lastFetchDate_ && isYounger(*lastFetchDate_, kTTL, clock_.now()) && !cachedEvents_.empty();
+  if (!fresh) problem_ = renew(stop).value_or("");
+  return cachedEvents_;
+}
+
+std::string EarthquakeService::problem() const {
+  std::lock_guard const turn(turn_);
+  return problem_;
+}
+
+std::optional<Instant> EarthquakeService::checkedAt() const {
+  std::lock_guard const turn(turn_);
+  return lastFetchDate_;
+}
+
+/// Gives what went wrong; then everything is as it was.
+std::optional<std::string> EarthquakeService::renew(std::stop_token const& stop) {
+  HttpRequest request;
+  request.url = options_.baseUrl + "/api/feed.php?f=quakes";
+  request.headers = {{"Accept", "application/json"}};
+  request.timeout = kTimeout;
+  request.maxBodyBytes = kLargestBody;
+  auto const response = exchange(http_, request, stop);
+  if (!response) return response.error();
+  if (!isSuccess(response->status)) return statusProblem(response->status);
+  auto events = parseEarthquakes(response->body);
+  if (!events) return "the answer is no list of earthquakes (" + events.error().text() + ")";
+  lastFetchDate_ = clock_.now();
+  cachedEvents_ = recentEarthquakes(std::move(*events), *lastFetchDate_);
+  save();
+  return std::nullopt;
+}
+
+std::filesystem::path EarthquakeService::file() const {
+  return options_.cacheDirectory / "earthquakes.json";
+}
+
+std::filesystem::path EarthquakeService::standInMark() const {
+  return options_.cacheDirectory / "earthquakes.stand-in";
+}
+
+void EarthquakeService::loadOnce() {
+  if (std::exchange(loaded_, true) || options_.cacheDirectory.empty()) return;
+  std::error_code ignored;
+  if (!options_.isStandIn && std::filesystem::exists(standInMark(), ignored)) return;
+  auto const content = readFile(file(), kLargestBody);
+  if (!content) return;
+  auto events = decodeJson<std::vector<EarthquakeEvent>>(*content);
+  if (events) cachedEvents_ = recentEarthquakes(std::move(*events), clock_.now());
+}
+
+/// A disk that cannot be written to costs no more than the list after a restart.
+void EarthquakeService::save() const {
+  if (options_.cacheDirectory.empty()) return;
+  // The mark stands before a stand-in's list does and goes after it has gone, so none is ever mistaken.
+  if (options_.isStandIn && !writeFileAtomically(standInMark(), "")) return;
+  bool const written = writeFileAtomically(file(), encodeJson(cachedEvents_)).has_value();
+  std::error_code ignored;
+  if (written && !options_.isStandIn) std::filesystem::remove(standInMark(), ignored);
+}
+
+}  // namespace nimbara

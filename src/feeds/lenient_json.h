@@ -1,0 +1,29 @@
+// Members of a document that may be anything: what is not of the expected kind reads as absent and spoils
+// nothing around it. For sources that instantiate `decodeJson`; no part of any interface.
+#pragma once
+
+#include "base/json_codec.h"
+
+#include <optional>
+#include <utility>
+
+namespace nimbara {
+
+template <class T>
+struct Lenient {
+  std::optional<T> value;
+};
+
+}  // namespace nimbara
+
+namespace nimbara::json_detail {
+
+template <class T>
+bool read(dom::element element, Lenient<T>& out, Failure&) {
+  Failure ignored;
+  T content{};
+  if (read(element, content, ignored)) out.value = std::move(content);
+  return true;
+}
+
+}  // namespace nimbara::json_detail

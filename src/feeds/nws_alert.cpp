@@ -1,0 +1,141 @@
+#include "feeds/nws_alert.h"
+
+#include "feeds/lenient_json.h"
+
+#include <algorithm>
+#include <array>
+
+namespace nimbara {
+
+namespace {
+
+constexpr std::array<std::string_view, enumNames<NWSAlertSeverity>.size()> kSeverityWords{
+    "Unknown", "Minor", "Moderate", "Severe", "Extreme"};
+
+struct WireReference {
+  std::string identifier;
+  Lenient<Instant> sent;
+};
+
+struct WireProperties {
+  std::string id;
+  std::string event;
+  std::string severity;
+  std::string urgency;
+  std::string certainty;
+  std::optional<std::string> headline;
+  std::optional<std::string> description;
+  std::optional<std::string> instruction;
+  std::optional<std::string> onset;
+  std::optional<std::string> expires;
+  std::optional<std::string> senderName;
+  std::optional<std::string> areaDesc;
+  Lenient<Instant> ends;
+  Lenient<Instant> sent;
+  Lenient<std::string> status;
+  Lenient<std::string> messageType;
+  Lenient<std::vector<Lenient<WireReference>>> references;
+};
+
+struct WireFeature {
+  WireProperties properties;
+};
+
+struct WireResponse {
+  std::vector<Lenient<WireFeature>> features;
+};
+
+/// Date, time, "T" between them, seconds without a fraction, and a zone.
+std::optional<Instant> internetDateTime(std::optional<std::string> const& text) {
+  constexpr std::size_t kShortest = std::string_view("2026-11-21T06:00:00Z").size();
+  if (!text || text->size() < kShortest || (*text)[10] != 'T' || (*text)[16] != ':') return std::nullopt;
+  if (text->find_first_of(".,") != std::string::npos) return std::nullopt;
+  return parseIso8601(*text);
+}
+
+std::vector<NWSReference> referencesOf(WireProperties& wire) {
+  std::vector<NWSReference> references;
+  if (!wire.references.value) return references;
+  for (Lenient<WireReference>& reference : *wire.references.value) {
+    if (reference.value)
+      references.push_back({std::move(reference.value->identifier), reference.value->sent.value});
+  }
+  return references;
+}
+
+NWSAlert alertOf(WireProperties& wire) {
+  NWSAlert alert;
+  alert.headline = wire.headline ? std::move(*wire.headline) : wire.event;
+  alert.id = std::move(wire.id);
+  alert.event = std::move(wire.event);
+  alert.description = std::move(wire.description).value_or("");
+  alert.instruction = std::move(wire.instruction).value_or("");
+  alert.severity = nwsSeverity(wire.severity);
+  alert.senderName = std::move(wire.senderName).value_or("NWS");
+  alert.areaDesc = std::move(wire.areaDesc).value_or("");
+  alert.onset = internetDateTime(wire.onset);
+  alert.expires = internetDateTime(wire.expires);
+  alert.ends = wire.ends.value;
+  alert.sent = wire.sent.value;
+  alert.status = std::move(wire.status.value).value_or("");
+  alert.messageType = std::move(wire.messageType.value).value_or("");
+  alert.references = referencesOf(wire);
+  return alert;
+}
+
+}  // namespace
+
+template <>
+inline constexpr auto jsonFields<WireReference> =
+    std::tuple{field("identifier", &WireReference::identifier), fieldOr("sent", &WireReference::sent)};
+
+/// In the order of the service's own documents.
+template <>
+inline constexpr auto jsonFields<WireProperties> = std::tuple{
+    field("id", &WireProperties::id),
+    field("areaDesc", &WireProperties::areaDesc),
+    fieldOr("references", &WireProperties::references),
+    fieldOr("sent", &WireProperties::sent),
+    field("onset", &WireProperties::onset),
+    field("expires", &WireProperties::expires),
+    fieldOr("ends", &WireProperties::ends),
+    fieldOr("status", &WireProperties::status),
+    fieldOr("messageType", &WireProperties::messageType),
+    field("severity", &WireProperties::severity),
+    field("certainty", &WireProperties::certainty),
+    field("urgency", &WireProperties::urgency),
+    field("event", &WireProperties::event),
+    field("senderName", &WireProperties::senderName),
+    field("headline", &WireProperties::headline),
+    field("description", &WireProperties::description),
+    field("instruction", &WireProperties::instruction),
+};
+
+template <>
+inline constexpr auto jsonFields<WireFeature> = std::tuple{field("properties", &WireFeature::properties)};
+
+template <>
+inline constexpr auto jsonFields<WireResponse> = std::tuple{field("features", &WireResponse::features)};
+
+NWSAlertSeverity nwsSeverity(std::string_view text) {
+  auto const found = std::ranges::find(kSeverityWords, text);
+  if (found == kSeverityWords.end()) return NWSAlertSeverity::unknown;
+  return static_cast<NWSAlertSeverity>(found - kSeverityWords.begin());
+}
+
+Result<NWSAlertList, DecodeError> parseNwsAlerts(std::string_view body) {
+  auto response = decodeJson<WireResponse>(body);
+  if (!response) return std::unexpected(std::move(response.error()));
+  NWSAlertList list;
+  list.alerts.reserve(response->features.size());
+  for (Lenient<WireFeature>& feature : response->features) {
+    if (feature.value) {
+      list.alerts.push_back(alertOf(feature.value->properties));
+    } else {
+      ++list.unreadable;
+    }
+  }
+  return list;
+}
+
+}  // namespace nimbara

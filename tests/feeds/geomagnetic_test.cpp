@@ -1,0 +1,119 @@
+#include "feeds/geomagnetic_service.h"
+#include "feeds/planetary_k_index.h"
+#include "support/bad_bytes.h"
+#include "support/fake_http_client.h"
+#include "support/instants.h"
+#include "support/movable_clock.h"
+#include "support/samples.h"
+
+#include <gtest/gtest.h>
+
+namespace nimbara {
+namespace {
+
+using test::at;
+using namespace std::chrono_literals;
+
+std::string rows(std::string const& later) {
+  return R"([["time_tag","Kp","a_running","station_count"])" + later + "]";
+}
+
+TEST(KIndex, IsTheNewestOfEitherForm) {
+  struct Row {
+    std::string body;
+    std::optional<double> kp;
+  };
+  for (Row const& row : {
+           // Rows of texts behind a header.
+           Row{rows(R"(,["a","2.67","12","8"],["b","3.33","18","8"])"), 3.33},
+           Row{rows(R"(,["a","2.67","12","8"],["b","","18","8"])"), 2.67},
+           Row{rows(R"(,["a","2.67"],["b"],[])"), 2.67},
+           Row{rows(R"(,["a"," 4.33 \n"])"), 4.33},
+           Row{rows(R"(,["a","1.00"],["b","4.33x"])"), 1},
+           Row{rows(R"(,["a","0.00"])"), 0},
+           Row{rows(""), std::nullopt},
+           Row{R"([["a","5"]])", std::nullopt},
+           Row{rows(R"(,["a","1.00"],["b",null])"), std::nullopt},
+           Row{rows(R"(,["a","1.00"],["b",2])"), std::nullopt},
+           Row{rows(R"(,["a","1.00"],7)"), std::nullopt},
+           // Objects without a header.
+           Row{R"([{"time_tag":"a","Kp":2.67},{"time_tag":"b","Kp":3}])", 3},
+           Row{R"([{"Kp":2.67},{"Kp":null},{"Kp":true},{"a":1},{"Kp":"x"},{"Kp":""}])", 2.67},
+           Row{R"([{"Kp":0}])", 0},
+           Row{R"([{"Kp":" 4.33 "}])", 4.33},
+           Row{R"([{"kp":1.5}])", 1.5},
+           Row{R"([{"Kp":2,"kp":1.5}])", 2},
+           Row{R"([{"Kp":null}])", std::nullopt},
+           // Neither.
+           Row{R"([{"Kp":1},["a","2"]])", std::nullopt},
+           Row{R"([["h","h"],{"Kp":1}])", std::nullopt},
+           Row{"[]", std::nullopt},
+           Row{R"({"Kp":1})", std::nullopt},
+           Row{R"([{"Kp":1}]{"Kp":2}])", std::nullopt},
+           Row{R"([{"Kp":1},)", std::nullopt},
+           Row{"", std::nullopt},
+           Row{"<html>", std::nullopt},
+       }) {
+    EXPECT_EQ(newestKp(row.body), row.kp) << row.body;
+  }
+}
+
+TEST(KIndex, SurvivesDamage) {
+  for (std::string const& body : test::damagedForms(rows(R"(,["a","2.67","12","8"])"), 1)) newestKp(body);
+}
+
+TEST(KIndex, ReadsRecordedProducts) {
+  auto const files = test::sampleFiles("swpc");
+  if (!files) GTEST_SKIP() << "NIMBARA_SAMPLES is not set";
+  for (auto const& file : *files) {
+    auto const kp = newestKp(test::readFile(file));
+    // The forecast product has nulls inside its rows of texts.
+    EXPECT_EQ(kp.has_value(), !file.filename().string().contains("forecast")) << file;
+    if (kp) EXPECT_TRUE(*kp >= 0 && *kp <= 9) << *kp;
+  }
+}
+
+class GeomagneticServiceTest : public testing::Test {
+ protected:
+  test::FakeHttpClient http_;
+  test::MovableClock clock_{at("2026-11-21T09:20:00Z")};
+  GeomagneticService service_{http_, clock_, "https://swpc.example"};
+};
+
+TEST_F(GeomagneticServiceTest, AsksEveryHalfHour) {
+  http_.willAnswer(200, R"([{"Kp":2}])");
+  http_.willAnswer(200, R"([{"Kp":3}])");
+  EXPECT_EQ(service_.currentKp(), 2);
+  EXPECT_EQ(http_.requests[0].url, "https://swpc.example/products/noaa-planetary-k-index.json");
+  EXPECT_EQ(http_.requests[0].timeout, 12s);
+  clock_.pass(1'799'999ms);
+  EXPECT_EQ(service_.currentKp(), 2);
+  clock_.pass(1ms);
+  EXPECT_EQ(service_.currentKp(), 3);
+  clock_.setWall(at("2026-11-20T09:20:00Z"));
+  service_.currentKp();
+  EXPECT_EQ(http_.requests.size(), 3) << "a clock that was set back";
+}
+
+TEST_F(GeomagneticServiceTest, KeepsItsValueThroughFailuresAndAsksAgain) {
+  EXPECT_EQ(service_.currentKp(), std::nullopt);
+  http_.willAnswer(299, R"([{"Kp":2}])");
+  EXPECT_EQ(service_.currentKp(), 2);
+  EXPECT_EQ(service_.problem(), "");
+  clock_.pass(30min);
+  struct Row {
+    int status;
+    std::string body;
+  };
+  for (Row const& row :
+       {Row{500, R"([{"Kp":9}])"}, Row{304, ""}, Row{200, "[]"}, Row{200, "<html>"}, Row{200, rows("")}}) {
+    http_.willAnswer(row.status, row.body);
+    EXPECT_EQ(service_.currentKp(), 2) << row.body;
+    EXPECT_NE(service_.problem(), "");
+  }
+  http_.willAnswer(200, R"([{"Kp":4}])");
+  EXPECT_EQ(service_.currentKp(), 4);
+}
+
+}  // namespace
+}  // namespace nimbara
