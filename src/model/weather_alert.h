@@ -37,6 +37,7 @@ struct WeatherAlert {
   bool isTravelAdvisory = false;
   std::optional<Instant> onset;
   std::optional<Instant> expires;
+  std::optional<std::string> link;  ///< to the original of an official warning
 
   bool operator==(WeatherAlert const&) const = default;
 };
@@ -56,6 +57,7 @@ inline constexpr auto jsonFields<WeatherAlert> = std::tuple{
     field("isTravelAdvisory", &WeatherAlert::isTravelAdvisory),
     field("onset", &WeatherAlert::onset),
     field("expires", &WeatherAlert::expires),
+    field("link", &WeatherAlert::link),
 };
 
 /// Most severe first; alerts of equal severity keep their order.
