@@ -49,7 +49,8 @@ Composition::Composition(Settings const& settings, Clock const& clock, Options o
       cache_(options.cacheDirectory, clock, sourceOf(options.servicesBase)),
       history_(below(options.cacheDirectory, historyFile(options.servicesBase))),
       providers_(clients(), history_, clock),
-      forecasts_(providers_, cache_, clock, std::move(options.wording)) {
+      forecasts_(providers_, cache_, clock, std::move(options.wording)),
+      feeds_(http_, clock, services_, contactOf(configuration_), options.cacheDirectory) {
   providers_.setPreferredProvider(options.preferredProvider);
 }
 

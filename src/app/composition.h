@@ -4,6 +4,7 @@
 #pragma once
 
 #include "app/environment.h"
+#include "app/feed_services.h"
 #include "app/forecast_service.h"
 #include "app/service_directory.h"
 #include "model/provider_option.h"
@@ -41,6 +42,7 @@ class Composition {
   WeatherProviderManager& providers() { return providers_; }
   ForecastService& forecasts() { return forecasts_; }
   bool isAppleWeatherConfigured() const { return appleWeather_.isConfigured(); }
+  FeedServices& feeds() { return feeds_; }
 
  private:
   WeatherProviderManager::Providers clients();
@@ -56,6 +58,7 @@ class Composition {
   ProviderHistory history_;
   WeatherProviderManager providers_;
   ForecastService forecasts_;
+  FeedServices feeds_;
 };
 
 }  // namespace nimbara

@@ -26,6 +26,10 @@ Configuration configurationOf(Settings const& settings) {
   return configuration;
 }
 
+std::string contactOf(Configuration const& configuration) {
+  return oneLine(configuration.contact.value_or("contact@nimbara.example"));
+}
+
 std::string userAgent(Configuration const& configuration) {
   std::string agent = "nimbara/" + std::string(kVersion);
   std::string const contact = oneLine(configuration.contact.value_or(""));

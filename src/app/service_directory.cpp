@@ -14,6 +14,11 @@ constexpr std::array<std::string_view, enumNames<Service>.size()> kHosts{
     "https://weatherkit.apple.com",
     "https://api.met.no",
     "https://wttr.in",
+    "https://api.weather.gov",
+    "https://services.swpc.noaa.gov",
+    "https://earthquake.usgs.gov",
+    "https://celestrak.org",
+    "https://feeds.nimbara.example",
 };
 
 }  // namespace

@@ -11,12 +11,24 @@
 
 namespace nimbara {
 
-enum class Service { openMeteo, openMeteoGeocoding, appleWeather, yrNo, wttrIn };
+enum class Service {
+  openMeteo,
+  openMeteoGeocoding,
+  appleWeather,
+  yrNo,
+  wttrIn,
+  nws,
+  swpc,
+  usgs,
+  celestrak,
+  feedServer
+};
 
 template <>
 inline constexpr auto enumNames<Service> =
-    std::to_array<std::string_view>({"openMeteo", "openMeteoGeocoding", "appleWeather", "yrNo", "wttrIn"});
-static_assert(enumNamesComplete(Service::wttrIn));
+    std::to_array<std::string_view>({"openMeteo", "openMeteoGeocoding", "appleWeather", "yrNo", "wttrIn",
+                                     "nws", "swpc", "usgs", "celestrak", "feedServer"});
+static_assert(enumNamesComplete(Service::feedServer));
 
 /// An http or https address without the slash at its end; nothing for other texts.
 std::optional<std::string> normalizedBase(std::string_view address);

@@ -35,6 +35,7 @@ std::string namesOf() {
 void defineCommon(CLI::App& app, CommandLine& line, RawOptions& raw);
 
 void defineWeather(CLI::App& app, CommandLine& line, RawOptions& raw);
+void defineFeeds(CLI::App& app, CommandLine& line, RawOptions& raw);
 void defineService(CLI::App& app, CommandLine& line, RawOptions& raw);
 void definePlaces(CLI::App& app, CommandLine& line, RawOptions& raw);
 void defineSettings(CLI::App& app, CommandLine& line, RawOptions& raw);

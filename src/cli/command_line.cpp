@@ -112,6 +112,7 @@ Result<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> argument
       "Exit codes: 0 complete, 1 not to be had, 2 wrong command line, 130 interrupted.");
   defineCommon(app, line, raw);
   defineWeather(app, line, raw);
+  defineFeeds(app, line, raw);
   definePlaces(app, line, raw);
   defineSettings(app, line, raw);
   defineService(app, line, raw);

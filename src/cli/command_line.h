@@ -6,6 +6,7 @@
 #include "base/result.h"
 #include "base/units.h"
 #include "cli/demo_process.h"
+#include "cli/feed_commands.h"
 #include "model/provider_option.h"
 
 #include <optional>
@@ -98,6 +99,7 @@ struct CommandLine {
   DemoOptions demo;
   PlacesOptions places;
   SettingsOptions settings;
+  FeedOptions feeds;
 };
 
 /// A command line that ends before any command runs: help and version (exit code 0, to standard output) or a

@@ -1,0 +1,26 @@
+// The commands of the hazard feeds: what they take and what runs them.
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace nimbara {
+
+struct CommandLine;
+struct Session;
+
+struct FeedOptions {
+  std::string place;         ///< of nws, and --near of quakes
+  std::string view = "all";  ///< of nws: all, convective or flood
+  std::string country;       ///< of nws: in place of what the gazetteer says
+  bool isNear = false;       ///< quakes: only those around `place`
+  double radiusKm = 500;     ///< around it
+  std::optional<double> minMagnitude;
+  bool json = false;
+};
+
+int runNws(CommandLine const& line, Session const& session);
+int runQuakes(CommandLine const& line, Session const& session);
+int runKp(CommandLine const& line, Session const& session);
+
+}  // namespace nimbara

@@ -1,0 +1,48 @@
+// Official warnings as text for a person at a terminal: how grave, what, where, until when, and what to do.
+// Pure functions; decides nothing about which warnings are shown.
+#pragma once
+
+#include "base/calendar.h"
+#include "base/texts.h"
+#include "cli/style.h"
+#include "feeds/gov_alert_service.h"
+#include "feeds/nws_alert.h"
+#include "model/weather_alert.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace nimbara {
+
+struct WarningEntry {
+  AlertSeverity severity = AlertSeverity::info;
+  std::string title;
+  std::string message;
+  std::string area;
+  std::string instruction;
+  std::string source;
+  std::optional<Instant> onset;
+  std::optional<Instant> end;
+};
+
+WarningEntry warningEntry(WeatherAlert const& alert);
+/// With the message's status before its title where it is not meant for the public.
+WarningEntry warningEntry(NWSAlert const& alert);
+
+struct WarningPageContext {
+  Texts const& texts;
+  Style const& style;
+  Calendar const& calendar;  ///< the place's
+  Instant now;
+  int width = 80;
+};
+
+/// Paragraphs divided by blank lines; empty without entries.
+std::string warningPage(std::vector<WarningEntry> const& entries, WarningPageContext const& context);
+
+/// What a list of warnings does not say by itself: that nobody is known who issues any for the place, or that
+/// it could not be checked since a moment. Empty when all is well.
+std::string warningNote(GovAlerts const& alerts, WarningPageContext const& context);
+
+}  // namespace nimbara
