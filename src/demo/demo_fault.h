@@ -9,12 +9,23 @@
 
 namespace nimbara {
 
-enum class DemoService { openMeteo, openMeteoGeocoding, appleWeather, yrNo, wttrIn };
+enum class DemoService {
+  openMeteo,
+  openMeteoGeocoding,
+  appleWeather,
+  yrNo,
+  wttrIn,
+  nws,
+  swpc,
+  usgs,
+  feedServer
+};
 
 template <>
 inline constexpr auto enumNames<DemoService> =
-    std::to_array<std::string_view>({"openMeteo", "openMeteoGeocoding", "appleWeather", "yrNo", "wttrIn"});
-static_assert(enumNamesComplete(DemoService::wttrIn));
+    std::to_array<std::string_view>({"openMeteo", "openMeteoGeocoding", "appleWeather", "yrNo", "wttrIn",
+                                     "nws", "swpc", "usgs", "feedServer"});
+static_assert(enumNamesComplete(DemoService::feedServer));
 
 struct DemoFault {
   /// 500 with a page of HTML; no answer; an answer that is no data; a connection that breaks in the middle;

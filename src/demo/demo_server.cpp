@@ -2,7 +2,11 @@
 
 #include "demo/apple_weather_stand_in.h"
 #include "demo/connection_threads.h"
+#include "demo/feed_server_stand_in.h"
+#include "demo/nws_stand_in.h"
 #include "demo/open_meteo_stand_in.h"
+#include "demo/swpc_stand_in.h"
+#include "demo/usgs_stand_in.h"
 #include "demo/wttr_stand_in.h"
 #include "demo/yr_no_stand_in.h"
 
@@ -32,6 +36,10 @@ constexpr std::array kRoutes = std::to_array<Route>({
     {DemoService::openMeteoGeocoding, "/v1/search", openMeteoSearch},
     {DemoService::appleWeather, "/api/v1/weather/[^/]+/[^/]+/[^/]+", appleWeatherForecast},
     {DemoService::yrNo, R"(/weatherapi/locationforecast/2\.0/(complete|compact))", yrNoForecast},
+    {DemoService::nws, "/alerts/active", nwsActiveAlerts},
+    {DemoService::swpc, R"(/products/noaa-planetary-k-index\.json)", planetaryKIndex},
+    {DemoService::usgs, R"(/earthquakes/feed/v1\.0/summary/all_day\.geojson)", usgsDayFeed},
+    {DemoService::feedServer, R"(/api/feed\.php)", feedServerFeed},
     {DemoService::wttrIn, "/[^/,]+,[^/,]+", wttrForecast},
 });
 

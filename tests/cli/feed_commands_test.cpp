@@ -1,0 +1,139 @@
+#include "base/text.h"
+#include "cli/warning_page.h"
+#include "demo/demo_server.h"
+#include "support/instants.h"
+#include "support/temporary_directory.h"
+#include "support/test_console.h"
+
+#include <gmock/gmock.h>
+
+namespace nimbara {
+namespace {
+
+using test::at;
+using test::CliRun;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+class FeedCommands : public testing::Test {
+ protected:
+  FeedCommands() {
+    environment_.dataDirectory = directory_.path() / "data";
+    environment_.cacheDirectory = directory_.path() / "Nimbara";
+  }
+  CliRun run(std::vector<std::string> arguments, std::vector<DemoFault> faults = {}) const {
+    auto const server = *DemoServer::start(clock_, std::move(faults));
+    arguments.insert(arguments.end(), {"--services", server->baseUrl(), "--now", "2026-11-21T09:20:00Z"});
+    return test::run(arguments, environment_);
+  }
+
+  test::TemporaryDirectory directory_;
+  Environment environment_ = test::plainEnvironment();
+  FixedClock clock_{at("2026-11-21T09:20:00Z")};
+};
+
+TEST_F(FeedCommands, PrintTheKIndex) {
+  EXPECT_THAT(run({"kp", "--json"}).out, StartsWith(R"({"kp":)"));
+  EXPECT_THAT(run({"kp"}).out, HasSubstr("of 9"));
+  CliRun const failed = run({"kp", "--json"}, {{DemoService::swpc, DemoFault::Kind::garbage}});
+  EXPECT_EQ(failed.out, "{\"kp\":null}\n");
+  EXPECT_EQ(failed.exitCode, exitCode::kUnavailable);
+  EXPECT_THAT(failed.err, StartsWith("nimbara: the K index could not be had"));
+}
+
+TEST_F(FeedCommands, PrintEarthquakes) {
+  CliRun const all = run({"quakes", "--json"});
+  EXPECT_EQ(all.exitCode, 0);
+  EXPECT_EQ(all.err, "");
+  EXPECT_THAT(all.out, StartsWith(R"([{"id":"demo)"));
+  EXPECT_THAT(run({"quakes", "--min-magnitude", "4"}).out, Not(HasSubstr("M 3.")));
+  EXPECT_EQ(run({"quakes", "--near", "0,0", "--radius", "1", "--json"}).out, "[]\n");
+  EXPECT_THAT(run({"quakes", "--near", "36.8,-120.1"}).out, HasSubstr("Parkfield"));
+  CliRun const stale = run({"quakes", "--json"}, {{DemoService::feedServer, DemoFault::Kind::status500}});
+  EXPECT_EQ(stale.out, all.out);
+  EXPECT_EQ(stale.exitCode, 0);
+  EXPECT_THAT(stale.err, HasSubstr("status 500"));
+}
+
+TEST_F(FeedCommands, SayThatThereAreNoEarthquakesToBeHad) {
+  CliRun const failed = run({"quakes", "--json"}, {{DemoService::feedServer, DemoFault::Kind::drop}});
+  EXPECT_EQ(failed.exitCode, exitCode::kUnavailable);
+  EXPECT_EQ(failed.out, "");
+}
+
+TEST_F(FeedCommands, PrintWhatTheNwsLists) {
+  CliRun const all = run({"nws", "39.74,-104.98", "--json"});
+  EXPECT_THAT(all.out, StartsWith(R"({"ok":true,"alerts":[{"id":"urn:oid:)"));
+  EXPECT_THAT(all.out, HasSubstr(R"("severity":"extreme")")) << "the service's own list has its tests";
+  EXPECT_THAT(run({"nws", "39.74,-104.98"}).out, HasSubstr("[Test] Tsunami Warning"));
+  EXPECT_EQ(run({"nws", "39.74,-104.98", "--view", "convective", "--json"}).out,
+            "{\"ok\":true,\"alerts\":[]}\n");
+  EXPECT_EQ(run({"nws", "39.74,-104.98", "--view", "flood"}).out, "No warnings.\n");
+  CliRun const failed =
+      run({"nws", "39.74,-104.98", "--json"}, {{DemoService::nws, DemoFault::Kind::status500}});
+  EXPECT_EQ(failed.out, "{\"ok\":false,\"alerts\":[]}\n");
+  EXPECT_EQ(failed.exitCode, exitCode::kUnavailable);
+}
+
+TEST_F(FeedCommands, AskTheNwsOnlyInItsTerritory) {
+  EXPECT_EQ(run({"nws", "52.52,13.41", "--json"}).exitCode, exitCode::kUnavailable);
+  EXPECT_THAT(run({"nws", "52.52,13.41", "--country", "US"}).err, HasSubstr("status 400"));
+}
+
+TEST_F(FeedCommands, NameTheOffendingWord) {
+  struct Row {
+    std::vector<std::string> arguments;
+    std::string word;
+  };
+  for (Row const& row :
+       {Row{{"nws", "91,0"}, "91,0"}, Row{{"nws", "40,-100", "--view", "snow"}, "snow"},
+        Row{{"nws", "40,-100", "--country", "usa"}, "usa"}, Row{{"quakes", "--radius", "5"}, "--near"},
+        Row{{"quakes", "--near", "0,200"}, "0,200"}, Row{{"quakes", "--near", "0,0", "--radius", "-1"}, "-1"},
+        Row{{"quakes", "--min-magnitude", "big"}, "big"}, Row{{"kp", "now"}, "now"}}) {
+    CliRun const result = test::run(row.arguments, environment_);
+    EXPECT_EQ(result.exitCode, exitCode::kUsage) << row.word;
+    EXPECT_THAT(result.err, HasSubstr(row.word));
+    EXPECT_EQ(result.out, "");
+  }
+}
+
+TEST(WarningPage, SaysHowGraveWhereUntilWhenAndWhatToDo) {
+  WeatherAlert alert;
+  alert.severity = AlertSeverity::warning;
+  alert.title = "Flood Watch";
+  alert.message = "Flood Watch until this evening";
+  alert.areaDesc = "Cook County";
+  alert.instruction = "Be ready.";
+  alert.source = "NWS Chicago IL";
+  alert.onset = at("2026-11-21T15:00:00Z");
+  alert.expires = at("2026-11-23T03:00:00Z");
+  Texts const texts = Texts::load("en");
+  Style const style;
+  WarningPageContext const context{texts, style, test::zone("America/Chicago"), at("2026-11-21T09:20:00Z"),
+                                   60};
+  EXPECT_EQ(warningPage({warningEntry(alert)}, context),
+            "Warning: Flood Watch\n"
+            "  from 09:00, until Sunday 21:00\n"
+            "  Cook County\n"
+            "  Flood Watch until this evening\n"
+            "  What to do: Be ready.\n"
+            "  NWS Chicago IL\n");
+}
+
+TEST(WarningPage, TellsNoWarningsFromNoCheck) {
+  Texts const texts = Texts::load("en");
+  Style const style;
+  WarningPageContext const context{texts, style, Calendar::utc(), at("2026-11-21T14:40:00Z"), 60};
+  GovAlerts alerts;
+  EXPECT_THAT(warningNote(alerts, context), StartsWith("No service known"));
+  alerts.sources = {{"nws", at("2026-11-21T14:20:00Z"), {}, "", {}}};
+  EXPECT_EQ(warningNote(alerts, context), "");
+  alerts.sources[0].failedSince = at("2026-11-21T14:30:00Z");
+  EXPECT_EQ(warningNote(alerts, context), "Official warnings could not be checked since 14:20");
+  alerts.sources[0].checkedAt.reset();
+  EXPECT_EQ(warningNote(alerts, context), "Official warnings could not be checked");
+}
+
+}  // namespace
+}  // namespace nimbara
