@@ -31,6 +31,14 @@ std::string asciiLowered(std::string_view text) {
   return lowered;
 }
 
+std::string asciiUppered(std::string_view text) {
+  std::string upper(text);
+  for (char& c : upper) {
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+  }
+  return upper;
+}
+
 std::vector<std::string_view> split(std::string_view text, char separator) {
   std::vector<std::string_view> parts;
   for (auto end = text.find(separator); end != std::string_view::npos; end = text.find(separator)) {

@@ -12,6 +12,8 @@ std::string_view trimmed(std::string_view text);
 
 /// ASCII letters turned into lower case; all other bytes unchanged.
 std::string asciiLowered(std::string_view text);
+/// The like for upper case.
+std::string asciiUppered(std::string_view text);
 
 /// The parts of `text` between separators; an empty text is one empty part.
 std::vector<std::string_view> split(std::string_view text, char separator);

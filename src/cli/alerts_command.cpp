@@ -1,60 +1,106 @@
-#include "base/display_text.h"
 #include "base/json.h"
+#include "base/text.h"
 #include "cli/cli.h"
 #include "cli/run_context.h"
 #include "cli/terminal.h"
+#include "cli/warning_page.h"
+#include "gazetteer/gazetteer.h"
+
+#include <algorithm>
 
 namespace nimbara {
 
 namespace {
 
-/// "Warning: High Winds" and the message below it, folded to the width.
-std::string page(std::vector<WeatherAlert> const& alerts, Texts const& texts, Style const& style, int width) {
-  std::string out;
-  for (WeatherAlert const& alert : alerts) {
-    std::string const severity(texts.text("severity." + std::string(enumName(alert.severity))));
-    Colour const colour = alert.severity >= AlertSeverity::warning ? Colour::warning : Colour::sun;
-    out += style.painted(style.text(severity + ": " + alert.title), colour) + "\n";
-    for (std::string const& part : wrapped(style.text(alert.message), width - 2)) out += "  " + part + "\n";
-  }
-  return out;
-}
+/// The issuers' sources, by the names under which the aggregator knows them.
+constexpr AlertSource kOfficial[] = {AlertSource::nws, AlertSource::meteoalarm};
 
-/// The warnings of the sources that were asked for, most severe first.
-Result<std::vector<WeatherAlert>, Failure> gather(RunContext& context, AlertsOptions const& options,
-                                                  Session const& session) {
-  auto const place = context.place(options.place);
-  if (!place) return std::unexpected(place.error());
-  std::vector<WeatherAlert> alerts;
-  if (options.sources.contains(AlertSource::generated)) {
-    auto answer = context.app().forecasts().get(*place, WeatherProviderOption::automatic, session.stop);
-    if (!answer) {
-      return std::unexpected(
-          Failure{exitCode::kUnavailable, context.sentenceOf(answer.error()), answer.error()});
-    }
-    context.tell(context.note(*answer));
-    alerts = std::move(answer->alerts);
+/// One run: every source that was asked for, whatever becomes of the others.
+class AlertsRun {
+ public:
+  AlertsRun(CommandLine const& line, Session const& session)
+      : options_(line.alerts),
+        session_(session),
+        clock_(makeClock(line.common)),
+        context_(line.common, session, *clock_, ownServices(line.common, line.forecast.provider)) {}
+
+  int run() {
+    auto const place = context_.place(options_.place);
+    if (!place) return session_.fail(place.error().exitCode, place.error().sentence);
+    place_ = *place;
+    gatherOfficial();
+    if (options_.sources.contains(AlertSource::generated)) gatherGenerated();
+    if (session_.stop.stop_requested()) return session_.fail(exitCode::kInterrupted, "interrupted");
+    sortMostSevereFirst(alerts_);
+    bool const isEmptyHanded = alerts_.empty() && !missing_.empty();
+    if (!isEmptyHanded || options_.json) session_.console.out(rendered());
+    for (std::string const& sentence : missing_) context_.tell(sentence);
+    return missing_.empty() ? exitCode::kComplete : exitCode::kUnavailable;
   }
-  sortMostSevereFirst(alerts);
-  return alerts;
-}
+
+ private:
+  void gatherGenerated() {
+    auto answer = context_.app().forecasts().get(place_, WeatherProviderOption::automatic, session_.stop);
+    if (!answer) return missing_.push_back(context_.sentenceOf(answer.error()));
+    context_.tell(context_.note(*answer));
+    std::ranges::move(answer->alerts, std::back_inserter(alerts_));
+  }
+
+  /// What the reverse look-up finds, or what the command line says that it would.
+  GovAlertPlace officialPlace() const {
+    GovAlertPlace place = govAlertPlace(place_.coordinate);
+    if (!options_.country.empty()) place.countryCode = asciiUppered(options_.country);
+    if (!options_.regionCodes.empty()) place.regionCodes = options_.regionCodes;
+    if (!options_.regionNames.empty()) place.regionNames = options_.regionNames;
+    return place;
+  }
+
+  void gatherOfficial() {
+    std::vector<std::string> names;
+    for (AlertSource const source : kOfficial) {
+      if (options_.sources.contains(source)) names.emplace_back(enumName(source));
+    }
+    if (names.empty()) return;
+    GovAlerts official =
+        context_.app().feeds().govAlerts().fetchAlerts(officialPlace(), names, session_.stop);
+    for (GovSourceState const& state : official.sources) {
+      // What was never checked is not known to be empty.
+      if (!state.checkedAt)
+        missing_.push_back("the warnings of " + state.name + " could not be had: " + state.problem);
+    }
+    context_.tell(official.isCovered() && official.checkedAt() ? warningNote(official, page())
+                                                               : std::string());
+    std::ranges::move(official.alerts, std::back_inserter(alerts_));
+  }
+
+  WarningPageContext page() const {
+    return {context_.texts(), style_, calendar_, clock_->now(), widthOf(session_)};
+  }
+
+  std::string rendered() {
+    if (options_.json) return encodeJson(alerts_) + "\n";
+    if (alerts_.empty()) return std::string(context_.texts().text("report.noAlerts")) + "\n";
+    calendar_ = Calendar::forZone(timeZoneAt(place_.coordinate)).value_or(calendar_);
+    std::vector<WarningEntry> entries;
+    for (WeatherAlert const& alert : alerts_) entries.push_back(warningEntry(alert));
+    return warningPage(entries, page());
+  }
+
+  AlertsOptions const& options_;
+  Session const& session_;
+  std::unique_ptr<Clock> clock_;
+  RunContext context_;
+  Style style_ = styleOf(session_);
+  Calendar calendar_ = session_.environment.machineCalendar;
+  Place place_;
+  std::vector<WeatherAlert> alerts_;
+  std::vector<std::string> missing_;  ///< sources that could not be had, a sentence each
+};
 
 }  // namespace
 
 int runAlerts(CommandLine const& line, Session const& session) {
-  auto const clock = makeClock(line.common);
-  RunContext context(line.common, session, *clock, ownServices(line.common, line.forecast.provider));
-  auto const alerts = gather(context, line.alerts, session);
-  if (session.stop.stop_requested()) return session.fail(exitCode::kInterrupted, "interrupted");
-  if (!alerts) return session.fail(alerts.error().exitCode, alerts.error().sentence);
-  if (line.alerts.json) {
-    session.console.out(encodeJson(*alerts) + "\n");
-  } else if (alerts->empty()) {
-    session.console.out(std::string(context.texts().text("report.noAlerts")) + "\n");
-  } else {
-    session.console.out(page(*alerts, context.texts(), styleOf(session), widthOf(session)));
-  }
-  return exitCode::kComplete;
+  return AlertsRun(line, session).run();
 }
 
 }  // namespace nimbara

@@ -25,10 +25,11 @@ struct CommonOptions {
 };
 
 /// Where warnings come from.
-enum class AlertSource { generated };
+enum class AlertSource { generated, nws, meteoalarm };
 template <>
-inline constexpr auto enumNames<AlertSource> = std::to_array<std::string_view>({"generated"});
-static_assert(enumNamesComplete(AlertSource::generated));
+inline constexpr auto enumNames<AlertSource> =
+    std::to_array<std::string_view>({"generated", "nws", "meteoalarm"});
+static_assert(enumNamesComplete(AlertSource::meteoalarm));
 
 struct ForecastOptions {
   std::string place;
@@ -66,6 +67,9 @@ struct SettingsOptions {
 struct AlertsOptions {
   std::string place;
   EnumSet<AlertSource> sources = EnumSet<AlertSource>::all();
+  std::string country;  ///< these three instead of what the gazetteer says
+  std::vector<std::string> regionCodes;
+  std::vector<std::string> regionNames;
   bool json = false;
 };
 

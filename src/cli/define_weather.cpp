@@ -30,8 +30,22 @@ void defineAlerts(CLI::App& app, CommandLine& line, RawOptions& raw) {
   CLI::App* const command = app.add_subcommand("alerts", "Warnings for a place, the most severe first");
   AlertsOptions& options = line.alerts;
   command->add_option("PLACE", options.place, kPlace);
-  command->add_option("--source", raw.sources, "Any of generated, separated by commas; all by default")
+  command
+      ->add_option("--source", raw.sources,
+                   "Any of generated, nws, meteoalarm, separated by commas; all by default")
       ->type_name("LIST");
+  command->add_option("--country", options.country, "The place's country instead of what the gazetteer says")
+      ->type_name("CC");
+  command
+      ->add_option("--region", options.regionCodes,
+                   "A code of the place's region; may be given several times")
+      ->type_name("CODE")
+      ->allow_extra_args(false);
+  command
+      ->add_option("--region-name", options.regionNames,
+                   "A name of the place's region; may be given several times")
+      ->type_name("NAME")
+      ->allow_extra_args(false);
   command->add_flag("--json", options.json, kJson);
   defineCommon(*command, line, raw);
   command->callback([&line] { line.run = runAlerts; });

@@ -2,7 +2,7 @@
 #include "cli/warning_page.h"
 #include "demo/demo_server.h"
 #include "support/instants.h"
-#include "support/temporary_directory.h"
+#include "support/temporary_folder.h"
 #include "support/test_console.h"
 
 #include <gmock/gmock.h>
@@ -28,7 +28,7 @@ class FeedCommands : public testing::Test {
     return test::run(arguments, environment_);
   }
 
-  test::TemporaryDirectory directory_;
+  test::TemporaryFolder directory_;
   Environment environment_ = test::plainEnvironment();
   FixedClock clock_{at("2026-11-21T09:20:00Z")};
 };

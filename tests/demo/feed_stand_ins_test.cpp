@@ -6,9 +6,9 @@
 #include "feeds/geomagnetic_service.h"
 #include "feeds/gov_alert_service.h"
 #include "feeds/gov_alerts.h"
-#include "platform/linux/curl_http_client.h"
+#include "platform/linux/http/curl_http_client.h"
 #include "support/instants.h"
-#include "support/movable_clock.h"
+#include "support/manual_clock.h"
 
 #include <gtest/gtest.h>
 
@@ -34,7 +34,7 @@ std::string nwsBody(Coordinate place, Instant now) {
 
 class FeedStandIns : public testing::Test {
  protected:
-  test::MovableClock clock_{at("2026-11-21T09:20:00Z")};
+  test::ManualClock clock_{at("2026-11-21T09:20:00Z")};
   CurlHttpClient http_{{"nimbara-test/1", {}}};
   std::unique_ptr<DemoServer> server_ = *DemoServer::start(clock_, {});
 };
@@ -52,7 +52,7 @@ TEST_F(FeedStandIns, AnswerTheServicesOfTheProgram) {
   EXPECT_NEAR(geomagnetic.currentKp().value_or(-1), demoKp(clock_.now() - 1h), 0.01);
   NWSAlertService nws(http_, clock_, {base, "me"});
   EXPECT_TRUE(nws.fetchAlerts(kDenver.latitude, kDenver.longitude).ok);
-  clock_.pass(120s);
+  clock_.advance(120s);
   EXPECT_TRUE(nws.fetchAlerts(kDenver.latitude, kDenver.longitude).ok) << "perhaps by a 304";
   EXPECT_FALSE(nws.fetchAlerts(52.52, 13.41).ok);
 }

@@ -2,7 +2,7 @@
 #include "support/bad_bytes.h"
 #include "support/fake_http_client.h"
 #include "support/instants.h"
-#include "support/movable_clock.h"
+#include "support/manual_clock.h"
 #include "support/samples.h"
 #include "support/temporary_folder.h"
 
@@ -127,7 +127,7 @@ class EarthquakeServiceTest : public testing::Test {
   }
 
   test::FakeHttpClient http_;
-  test::MovableClock clock_{at("2026-11-21T09:20:00Z")};
+  test::ManualClock clock_{at("2026-11-21T09:20:00Z")};
   test::TemporaryFolder folder_;
 };
 
@@ -138,10 +138,10 @@ TEST_F(EarthquakeServiceTest, AsksTheFeedServerEveryFiveMinutes) {
   EXPECT_EQ(quakes.fetchEarthquakes().size(), 1);
   EXPECT_EQ(http_.requests[0].url, "https://feeds.example/api/feed.php?f=quakes");
   EXPECT_EQ(http_.requests[0].timeout, 25s);
-  clock_.pass(299'999ms);
+  clock_.advance(299'999ms);
   quakes.fetchEarthquakes();
   EXPECT_EQ(http_.requests.size(), 1);
-  clock_.pass(1ms);
+  clock_.advance(1ms);
   quakes.fetchEarthquakes();
   EXPECT_EQ(http_.requests.size(), 2);
 }
@@ -165,7 +165,7 @@ TEST_F(EarthquakeServiceTest, KeepsItsListThroughFailures) {
     http_.willAnswer(299, collection({quakeAt("a", clock_.now())}));
     EXPECT_EQ(quakes.fetchEarthquakes().size(), 1);
     EXPECT_EQ(quakes.problem(), "");
-    clock_.pass(300s);
+    clock_.advance(300s);
     http_.willAnswer(row.status, row.body);
     EXPECT_EQ(quakes.fetchEarthquakes().size(), 1);
     EXPECT_NE(quakes.problem(), "");
@@ -176,7 +176,7 @@ TEST_F(EarthquakeServiceTest, RemembersOverARestartWhatIsLessThanADayOld) {
   Instant const now = clock_.now();
   http_.willAnswer(200, collection({quakeAt("old", now - 1h), quakeAt("new", now)}));
   EXPECT_EQ(service().fetchEarthquakes().size(), 2);
-  clock_.pass(23h + 1s);
+  clock_.advance(23h + 1s);
   EarthquakeService restarted = service();
   auto const events = restarted.fetchEarthquakes();
   ASSERT_EQ(events.size(), 1);

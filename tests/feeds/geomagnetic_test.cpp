@@ -3,7 +3,7 @@
 #include "support/bad_bytes.h"
 #include "support/fake_http_client.h"
 #include "support/instants.h"
-#include "support/movable_clock.h"
+#include "support/manual_clock.h"
 #include "support/samples.h"
 
 #include <gtest/gtest.h>
@@ -76,7 +76,7 @@ TEST(KIndex, ReadsRecordedProducts) {
 class GeomagneticServiceTest : public testing::Test {
  protected:
   test::FakeHttpClient http_;
-  test::MovableClock clock_{at("2026-11-21T09:20:00Z")};
+  test::ManualClock clock_{at("2026-11-21T09:20:00Z")};
   GeomagneticService service_{http_, clock_, "https://swpc.example"};
 };
 
@@ -86,11 +86,11 @@ TEST_F(GeomagneticServiceTest, AsksEveryHalfHour) {
   EXPECT_EQ(service_.currentKp(), 2);
   EXPECT_EQ(http_.requests[0].url, "https://swpc.example/products/noaa-planetary-k-index.json");
   EXPECT_EQ(http_.requests[0].timeout, 12s);
-  clock_.pass(1'799'999ms);
+  clock_.advance(1'799'999ms);
   EXPECT_EQ(service_.currentKp(), 2);
-  clock_.pass(1ms);
+  clock_.advance(1ms);
   EXPECT_EQ(service_.currentKp(), 3);
-  clock_.setWall(at("2026-11-20T09:20:00Z"));
+  clock_.set(at("2026-11-20T09:20:00Z"));
   service_.currentKp();
   EXPECT_EQ(http_.requests.size(), 3) << "a clock that was set back";
 }
@@ -100,7 +100,7 @@ TEST_F(GeomagneticServiceTest, KeepsItsValueThroughFailuresAndAsksAgain) {
   http_.willAnswer(299, R"([{"Kp":2}])");
   EXPECT_EQ(service_.currentKp(), 2);
   EXPECT_EQ(service_.problem(), "");
-  clock_.pass(30min);
+  clock_.advance(30min);
   struct Row {
     int status;
     std::string body;

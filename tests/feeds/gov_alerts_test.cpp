@@ -3,7 +3,7 @@
 #include "feeds/gov_alert_service.h"
 #include "support/fake_http_client.h"
 #include "support/instants.h"
-#include "support/movable_clock.h"
+#include "support/manual_clock.h"
 #include "support/samples.h"
 #include "support/temporary_folder.h"
 
@@ -234,7 +234,7 @@ class GovAlertServiceTest : public testing::Test {
     return list;
   }
 
-  test::MovableClock clock_{kNow};
+  test::ManualClock clock_{kNow};
   test::TemporaryFolder folder_;
   GovAlertPlace const place_{{52.52, 13.41}, "DE", {}, {}};
   Source a_{"DE", std::vector<WeatherAlert>{}};
@@ -265,10 +265,10 @@ TEST_F(GovAlertServiceTest, SaysSinceWhenACheckFailsAndShowsWhatStillHolds) {
                alert("long", AlertSeverity::info, kNow + 1h)};
   GovAlertService gov = service();
   gov.fetchAlerts(place_);
-  clock_.pass(9min);
+  clock_.advance(9min);
   a_.answer = std::unexpected(GovSourceFailure{"no network", {}});
   EXPECT_THAT(titles(gov.fetchAlerts(place_)), ElementsAre("short", "long"));
-  clock_.pass(1min);
+  clock_.advance(1min);
   GovAlerts const later = gov.fetchAlerts(place_);
   EXPECT_THAT(titles(later), ElementsAre("long")) << "what has ended goes while the source fails, too";
   EXPECT_EQ(later.checkedAt(), kNow);
@@ -305,9 +305,9 @@ TEST_F(GovAlertServiceTest, BelievesAnAlertWithoutEndForADay) {
   GovAlertService gov = service();
   gov.fetchAlerts(place_);
   a_.answer = std::unexpected(GovSourceFailure{"no network", {}});
-  clock_.pass(24h - 1ms);
+  clock_.advance(24h - 1ms);
   EXPECT_EQ(gov.fetchAlerts(place_).alerts.size(), 1);
-  clock_.pass(1ms);
+  clock_.advance(1ms);
   EXPECT_TRUE(gov.fetchAlerts(place_).alerts.empty());
 }
 
@@ -315,7 +315,7 @@ TEST_F(GovAlertServiceTest, ShowsAtOnceWhatItKnewBeforeARestart) {
   a_.answer = {alert("kept", AlertSeverity::info, kNow + 1h),
                alert("ending", AlertSeverity::info, kNow + 1min)};
   service().fetchAlerts(place_);
-  clock_.pass(1min);
+  clock_.advance(1min);
   GovAlertService restarted = service();
   GovAlerts const kept = restarted.keptAlerts(place_);
   EXPECT_THAT(titles(kept), ElementsAre("kept"));
@@ -329,7 +329,7 @@ TEST_F(GovAlertServiceTest, ShowsAtOnceWhatItKnewBeforeARestart) {
 
 TEST(NwsAlertSource, LeavesOutWhatHasEndedWhileTheServiceFails) {
   test::FakeHttpClient http;
-  test::MovableClock clock(kNow);
+  test::ManualClock clock(kNow);
   NWSAlertService nws(http, clock, {"https://nws.example", "me"});
   GovAlertService gov(clock, {nwsAlertSource(nws, clock)}, {});
   std::string const feature = R"({"properties":{"id":"a","event":"Flood Watch","severity":"Severe",
@@ -340,13 +340,13 @@ TEST(NwsAlertSource, LeavesOutWhatHasEndedWhileTheServiceFails) {
   GovAlertPlace const place = govAlertPlace({41.85, -87.65});
   EXPECT_EQ(place.countryCode, "US");
   EXPECT_EQ(gov.fetchAlerts(place).alerts.size(), 1);
-  clock.pass(10min);
+  clock.advance(10min);
   GovAlerts const failed = gov.fetchAlerts(place);
   EXPECT_TRUE(failed.alerts.empty());
   EXPECT_TRUE(failed.failedSince());
-  clock.setWall(kNow + 1s);
+  clock.set(kNow + 1s);
   GovAlertService fresh(clock, {nwsAlertSource(nws, clock)}, {});
-  clock.pass(130s);
+  clock.advance(130s);
   EXPECT_EQ(fresh.fetchAlerts(place).alerts.size(), 1) << "one bad feature spoils nothing";
   EXPECT_FALSE(gov.fetchAlerts(govAlertPlace({52.52, 13.41})).isCovered());
 }

@@ -3,7 +3,7 @@
 #include "support/bad_bytes.h"
 #include "support/fake_http_client.h"
 #include "support/instants.h"
-#include "support/movable_clock.h"
+#include "support/manual_clock.h"
 #include "support/samples.h"
 
 #include <gmock/gmock.h>
@@ -165,7 +165,7 @@ class NwsAlertServiceTest : public testing::Test {
   }
 
   test::FakeHttpClient http_;
-  test::MovableClock clock_{at("2026-11-21T09:20:00Z")};
+  test::ManualClock clock_{at("2026-11-21T09:20:00Z")};
   NWSAlertService service_{http_, clock_, {"https://nws.example", "me@example.org"}};
 };
 
@@ -185,17 +185,17 @@ TEST_F(NwsAlertServiceTest, ServesItsListForTwoMinutesAndThenAsksOnCondition) {
   http_.willAnswer(200, listOf({kRequired}), {{"ETag", "\"a\""}, {"Last-Modified", "yesterday"}});
   http_.willAnswer(304, "");
   EXPECT_EQ(fetch().alerts.size(), 1);
-  clock_.pass(119'999ms);
+  clock_.advance(119'999ms);
   EXPECT_TRUE(fetch().ok);
   EXPECT_TRUE(fetch(41.85004, -87.65).ok) << "beyond the fourth decimal";
   EXPECT_EQ(http_.requests.size(), 1);
-  clock_.pass(1ms);
+  clock_.advance(1ms);
   NWSAlertAnswer const confirmed = fetch();
   EXPECT_TRUE(confirmed.ok);
   EXPECT_EQ(confirmed.alerts.size(), 1);
   EXPECT_EQ(sentHeader("If-None-Match"), "\"a\"");
   EXPECT_EQ(sentHeader("If-Modified-Since"), "yesterday");
-  clock_.pass(119s);
+  clock_.advance(119s);
   EXPECT_TRUE(fetch().ok);
   EXPECT_EQ(http_.requests.size(), 2) << "304 renews the list";
 }
@@ -205,13 +205,13 @@ TEST_F(NwsAlertServiceTest, TakesValidatorsAnewWithEachList) {
   http_.willAnswer(200, listOf({}), {{"etag", "\"b\""}});
   http_.willAnswer(200, listOf({}));
   fetch();
-  clock_.pass(120s);
+  clock_.advance(120s);
   fetch();
-  clock_.pass(120s);
+  clock_.advance(120s);
   fetch();
   EXPECT_EQ(sentHeader("If-None-Match"), "\"b\"");
   EXPECT_EQ(sentHeader("If-Modified-Since"), std::nullopt);
-  clock_.pass(120s);
+  clock_.advance(120s);
   fetch();
   EXPECT_EQ(sentHeader("If-None-Match"), std::nullopt);
 }
@@ -220,7 +220,7 @@ TEST_F(NwsAlertServiceTest, DoesNotTrustAListFromTheFuture) {
   http_.willAnswer(200, listOf({}));
   http_.willAnswer(200, listOf({kRequired}));
   fetch();
-  clock_.setWall(at("2026-11-20T09:20:00Z"));
+  clock_.set(at("2026-11-20T09:20:00Z"));
   EXPECT_EQ(fetch().alerts.size(), 1);
 }
 
@@ -235,7 +235,7 @@ TEST_F(NwsAlertServiceTest, FailsWithTheStaleListOfTheSamePlaceOnly) {
     NWSAlertService service(http_, clock_, {"https://nws.example", ""});
     http_.willAnswer(200, listOf({kRequired}), {{"ETag", "\"a\""}});
     service.fetchAlerts(1, 2);
-    clock_.pass(120s);
+    clock_.advance(120s);
     http_.willAnswer(row.status, row.body, {{"ETag", "\"bad\""}});
     NWSAlertAnswer const stale = service.fetchAlerts(1, 2);
     EXPECT_FALSE(stale.ok) << row.body;
