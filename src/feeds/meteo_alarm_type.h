@@ -1,0 +1,46 @@
+// What a MeteoAlarm warning is of: twelve kinds of weather, and how an entry tells its kind.
+#pragma once
+
+#include "base/enum_names.h"
+
+#include <string_view>
+
+namespace nimbara {
+
+enum class MeteoAlarmType {
+  wind,
+  snowIce,
+  thunderstorm,
+  fog,
+  heat,
+  cold,
+  coastal,
+  forestFire,
+  avalanche,
+  rain,
+  flood,
+  rainFlood,
+  generic  ///< not classified
+};
+
+template <>
+inline constexpr auto enumNames<MeteoAlarmType> =
+    std::to_array<std::string_view>({"wind", "snowIce", "thunderstorm", "fog", "heat", "cold", "coastal",
+                                     "forestFire", "avalanche", "rain", "flood", "rainFlood", "generic"});
+static_assert(enumNamesComplete(MeteoAlarmType::generic));
+
+/// The symbol of the kind's alerts.
+std::string_view iconOf(MeteoAlarmType type);
+
+/// A number from 1 to 12 at the beginning of `event` decides; else the word of `title` between the colour and
+/// "Warning issued for"; else the words of `event`, in any of the services' languages; else those of the
+/// title's head.
+MeteoAlarmType meteoAlarmTypeOf(std::string_view event, std::string_view title);
+
+/// The kind that the words of a text name, the longest word deciding.
+MeteoAlarmType meteoAlarmTypeInWords(std::string_view text);
+
+/// Whether the title calls the level green, which means that there is nothing to warn of.
+bool isGreenTitle(std::string_view title);
+
+}  // namespace nimbara

@@ -1,0 +1,306 @@
+#include "feeds/meteo_alarm_selection.h"
+
+#include "feeds/meteo_alarm_countries.h"
+#include "support/instants.h"
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <numbers>
+#include <random>
+
+namespace nimbara {
+namespace {
+
+using test::at;
+using testing::ElementsAre;
+
+constexpr Coordinate kBerlin{52.52, 13.405};
+Instant const kNow = at("2026-11-21T12:00:00Z");
+
+RawEntry areaEntry(std::string area, std::vector<std::string> nuts3 = {},
+                   std::vector<RegionCode> others = {}) {
+  RawEntry entry;
+  entry.areaDesc = std::move(area);
+  entry.nuts3Codes = std::move(nuts3);
+  entry.otherCodes = std::move(others);
+  entry.title = "Yellow Wind Warning issued for Testland";
+  return entry;
+}
+
+std::size_t countSelected(RawEntry entry, Coordinate place, PlaceRegions const& regions = {}) {
+  return selectedEntries(feedOf({std::move(entry)}), place, regions).size();
+}
+
+Coordinate northOf(Coordinate place, double km) {
+  return {place.latitude + km / kEarthRadiusKm * 180 / std::numbers::pi, place.longitude};
+}
+
+TEST(MeteoAlarmSelection, TakesCirclesFiftyKilometresFurther) {
+  struct Row {
+    double km;
+    bool isKept;
+  };
+  for (auto const& [km, isKept] : {Row{0, true}, {5, true}, {54.99, true}, {55.01, false}, {60, false}}) {
+    RawEntry entry;
+    entry.circles = {{northOf(kBerlin, km), 5}};
+    EXPECT_EQ(countSelected(entry, kBerlin), isKept ? 1U : 0U) << km;
+  }
+}
+
+TEST(MeteoAlarmSelection, TakesPolygonsFromInsideOrNearACorner) {
+  WarningPolygon const wide{{50, 10}, {55, 10}, {55, 17}, {50, 17}};
+  RawEntry entry;
+  entry.polygons = {wide};
+  EXPECT_EQ(countSelected(entry, {52.5, 13.5}), 1U);  // every corner is more than 50 km away
+  EXPECT_EQ(countSelected(entry, northOf({55, 10}, 49.9)), 1U);
+  EXPECT_EQ(countSelected(entry, northOf({55, 10}, 50.1)), 0U);
+  EXPECT_EQ(countSelected(entry, northOf({55, 13.5}, 10)), 0U);  // near an edge, far from corners
+}
+
+TEST(MeteoAlarmSelection, TakesCodesOfEveryRegistry) {
+  PlaceRegions const emma{"DE", {}, {{"EMMA_ID", "DE356"}}};
+  PlaceRegions const nuts{"FR", {}, {{"NUTS3", "FR718"}}};
+  struct Row {
+    RawEntry entry;
+    PlaceRegions regions;
+    bool isKept;
+  };
+  for (auto const& [entry, regions, isKept] : {Row{areaEntry("x", {}, {{"EMMA_ID", "DE356"}}), emma, true},
+                                               {areaEntry("x", {}, {{"EMMA_ID", "DE357"}}), emma, false},
+                                               {areaEntry("x", {}, {{"EMMA_ID", "de356"}}), emma, false},
+                                               {areaEntry("x", {"FR718"}), nuts, true},
+                                               {areaEntry("x", {"FR717", "FR718"}), nuts, true},
+                                               {areaEntry("x", {"FR71"}), nuts, false},
+                                               {areaEntry("x", {"DE356"}), emma, true},
+                                               {areaEntry("x"), emma, false}}) {
+    EXPECT_EQ(countSelected(entry, kBerlin, regions), isKept ? 1U : 0U) << entry.areaDesc;
+  }
+}
+
+TEST(MeteoAlarmSelection, ComparesNamesOnlyWhereNothingElseDecides) {
+  PlaceRegions const unknown{"FR", {"Haute-Savoie"}, {}};
+  PlaceRegions const nuts{"FR", {"Haute-Savoie"}, {{"NUTS3", "FR718"}}};
+  PlaceRegions const emma{"FR", {"Haute-Savoie"}, {{"EMMA_ID", "FR035"}}};
+  struct Row {
+    std::string why;
+    RawEntry entry;
+    PlaceRegions regions;
+    bool isKept;
+  };
+  RawEntry shaped = areaEntry("Haute Savoie");
+  shaped.circles = {{{0, 0}, 1}};
+  for (auto const& [why, entry, regions, isKept] :
+       {Row{"equal but for letter case and hyphens", areaEntry("HAUTE SAVOIE"), unknown, true},
+        {"the area has the name in it", areaEntry("Massifs de Haute-Savoie nord"), unknown, true},
+        {"the name has the area in it", areaEntry("Savoie"), unknown, true},
+        {"another name", areaEntry("Isere"), unknown, false},
+        {"no area", areaEntry(""), unknown, false},
+        {"no names", areaEntry("Haute Savoie"), {"FR", {}, {}}, false},
+        {"an empty name", areaEntry("Haute Savoie"), {"FR", {"", "-"}, {}}, false},
+        {"geometry decides", shaped, unknown, false},
+        {"the place's code is unknown", areaEntry("Haute Savoie", {"FR717"}), unknown, true},
+        {"the place's code is another", areaEntry("Haute Savoie", {"FR717"}), nuts, false},
+        {"the entry has no code", areaEntry("Haute Savoie"), nuts, true},
+        {"codes of a registry unknown here", areaEntry("Haute Savoie", {}, {{"EMMA_ID", "FR036"}}), nuts,
+         true},
+        {"codes of a registry known here", areaEntry("Haute Savoie", {}, {{"EMMA_ID", "FR036"}}), emma,
+         false},
+        {"one of two registries known", areaEntry("Haute Savoie", {"FR717"}, {{"EMMA_ID", "FR036"}}), emma,
+         false}}) {
+    EXPECT_EQ(countSelected(entry, kBerlin, regions), isKept ? 1U : 0U) << why;
+  }
+}
+
+/// The rules as they are told, without any short cut.
+bool referenceKeeps(RawEntry const& entry, Coordinate place, double radiusKm) {
+  auto const radians = [](double degrees) { return degrees * std::numbers::pi / 180; };
+  auto const distance = [&](Coordinate a, Coordinate b) {
+    double const north = std::sin(radians(b.latitude - a.latitude) / 2);
+    double const east = std::sin(radians(b.longitude - a.longitude) / 2);
+    double const h =
+        north * north + std::cos(radians(a.latitude)) * std::cos(radians(b.latitude)) * east * east;
+    return 2 * std::atan2(std::sqrt(h), std::sqrt(1 - h)) * 6371;
+  };
+  for (WarningCircle const& circle : entry.circles) {
+    if (distance(place, circle.center) <= circle.radiusKm + radiusKm) return true;
+  }
+  for (WarningPolygon const& polygon : entry.polygons) {
+    int crossings = 0;
+    for (std::size_t i = 0; i < polygon.size(); ++i) {
+      Coordinate const a = polygon[i], b = polygon[(i + 1) % polygon.size()];
+      bool const apart = (a.latitude > place.latitude) != (b.latitude > place.latitude);
+      if (!apart) continue;
+      double const edge = a.longitude + (b.longitude - a.longitude) * (place.latitude - a.latitude) /
+                                            (b.latitude - a.latitude);
+      if (place.longitude < edge) ++crossings;
+    }
+    if (crossings % 2 == 1) return true;
+    for (Coordinate const corner : polygon) {
+      if (distance(place, corner) <= radiusKm) return true;
+    }
+  }
+  return false;
+}
+
+TEST(MeteoAlarmSelection, AgreesWithThePlainRulesOnRandomGeometry) {
+  std::mt19937 random(20261121);
+  std::uniform_real_distribution<double> unit(0, 1);
+  int kept = 0;
+  constexpr int kRounds = 20'000;
+  for (int round = 0; round < kRounds; ++round) {
+    Coordinate const place{unit(random) * 180 - 90, unit(random) * 360 - 180};
+    auto const nearby = [&] {
+      return Coordinate{std::clamp(place.latitude + unit(random) * 4 - 2, -90.0, 90.0),
+                        std::clamp(place.longitude + unit(random) * 6 - 3, -180.0, 180.0)};
+    };
+    RawEntry entry;
+    if (round % 3 == 0) entry.circles = {{nearby(), unit(random) * 100}};
+    WarningPolygon polygon;
+    for (int corner = 0; corner < 3 + round % 7; ++corner) polygon.push_back(nearby());
+    entry.polygons = {polygon};
+    bool const expected = referenceKeeps(entry, place, kProximityRadiusKm);
+    kept += expected ? 1 : 0;
+    ASSERT_EQ(countSelected(entry, place), expected ? 1U : 0U) << round;
+  }
+  EXPECT_GT(kept, kRounds / 10);
+  EXPECT_LT(kept, kRounds * 9 / 10);
+}
+
+TEST(MeteoAlarmSelection, StaysSaneAtTheEdgesOfTheMap) {
+  WarningPolygon const aroundPole{{80, -180}, {80, -90}, {80, 0}, {80, 90}, {80, 180}};
+  WarningPolygon const bowTie{{0, 0}, {10, 10}, {0, 10}, {10, 0}};
+  WarningPolygon const overAntimeridian{{10, 179}, {20, 179}, {20, -179}, {10, -179}};
+  RawEntry entry;
+  entry.polygons = {aroundPole, bowTie, overAntimeridian};
+  entry.circles = {{{90, 0}, 10}, {{0, 180}, 10}};
+  for (Coordinate const place : {Coordinate{90, 0}, {-90, 0}, {0, 180}, {0, -180}, {90, 180}, {15, 180}})
+    EXPECT_LE(countSelected(entry, place), 1U);
+  EXPECT_EQ(countSelected(entry, {0, -180}), 1U);  // the circle reaches over the antimeridian
+  EXPECT_EQ(countSelected(entry, {90, 123}), 1U);  // one pole, whatever the longitude
+  EXPECT_EQ(countSelected(entry, {-90, 0}), 0U);
+}
+
+TEST(MeteoAlarmSelection, LeavesOutOnlyWhatSaysThatItIsNoWarning) {
+  struct Row {
+    std::string title, status, type, onset, expires;
+    bool isWarning;
+  };
+  std::string const yellow = "Yellow Wind Warning issued for A";
+  for (Row const& row :
+       {Row{yellow, "Actual", "Alert", "", "", true},
+        {yellow, "", "", "", "", true},
+        {"", "", "", "", "", true},
+        {yellow, "actual", "Update", "", "", true},
+        {yellow, "Test", "Alert", "", "", false},
+        {yellow, "Exercise", "Alert", "", "", false},
+        {yellow, "Draft", "Alert", "", "", false},
+        {yellow, "System", "Alert", "", "", false},
+        {yellow, "Actual", "Cancel", "", "", false},
+        {"Green Wind Warning issued for A", "Actual", "Update", "", "", false},
+        {"GREEN", "Actual", "Update", "", "", false},
+        {"Yellow Wind Warning issued for Green Valley", "Actual", "Alert", "", "", true},
+        {"Greenland storm", "Actual", "Alert", "", "", true},
+        {yellow, "Actual", "Alert", "2026-11-21T06:00:00Z", "2026-11-21T12:00:00.001Z", true},
+        {yellow, "Actual", "Alert", "2026-11-21T06:00:00Z", "2026-11-21T12:00:00Z", false},
+        {yellow, "Actual", "Alert", "2026-11-22T06:00:00Z", "2026-11-22T06:00:00Z", false},
+        {yellow, "Actual", "Alert", "2026-11-23T06:00:00Z", "2026-11-22T06:00:00Z", true}}) {
+    RawEntry entry;
+    entry.title = row.title;
+    entry.status = row.status;
+    entry.messageType = row.type;
+    entry.onset = parseIso8601(row.onset);
+    entry.expires = parseIso8601(row.expires);
+    EXPECT_EQ(isCurrentWarning(entry, kNow), row.isWarning)
+        << row.title << row.status << row.type << row.expires;
+  }
+}
+
+TEST(MeteoAlarmSeverity, FollowsTheProtocolsWords) {
+  for (auto const& [text, severity] : {std::pair{"Extreme", AlertSeverity::critical},
+                                       {"EXTREME", AlertSeverity::critical},
+                                       {"severe", AlertSeverity::warning},
+                                       {"Moderate", AlertSeverity::advisory},
+                                       {"Minor", AlertSeverity::info},
+                                       {"Unknown", AlertSeverity::info},
+                                       {"", AlertSeverity::info}}) {
+    EXPECT_EQ(severityOfCap(text), severity) << text;
+  }
+}
+
+std::vector<WeatherAlert> merged(std::vector<RawEntry> const& entries) {
+  static Texts const kEnglish = Texts::load("en");
+  std::vector<RawEntry const*> pointers;
+  for (RawEntry const& entry : entries) pointers.push_back(&entry);
+  return mergedAlerts(pointers, "DE", kEnglish);
+}
+
+RawEntry warning(std::string type, std::string area, std::string severity, std::string onset,
+                 std::string expires) {
+  RawEntry entry = areaEntry(std::move(area), {}, {{"EMMA_ID", "DE001"}});
+  entry.title = "Yellow " + type + " Warning issued for Germany";
+  entry.severity = std::move(severity);
+  entry.onset = parseIso8601(onset);
+  entry.expires = parseIso8601(expires);
+  return entry;
+}
+
+TEST(MeteoAlarmMerging, MakesOneAlertOfEachKind) {
+  auto const alerts =
+      merged({warning("Wind", "North", "Minor", "2026-11-21T06:00:00Z", "2026-11-21T18:00:00Z"),
+              warning("Rain", "North", "Severe", "", ""),
+              warning("Wind", "South", "Extreme", "2026-11-21T03:00:00Z", "2026-11-21T09:00:00Z"),
+              warning("Wind", "North", "Moderate", "", "2026-11-22T00:00:00Z")});
+  ASSERT_EQ(alerts.size(), 2U);
+  EXPECT_EQ(alerts[0].title, "Wind Warning");
+  EXPECT_EQ(alerts[0].icon, "wind");
+  EXPECT_EQ(alerts[0].severity, AlertSeverity::critical);
+  EXPECT_EQ(alerts[0].onset, at("2026-11-21T03:00:00Z"));
+  EXPECT_EQ(alerts[0].expires, at("2026-11-22T00:00:00Z"));
+  EXPECT_EQ(alerts[0].message, "Wind Warning affecting 2 areas");
+  EXPECT_EQ(alerts[0].description, "Affected areas: North, South");
+  EXPECT_EQ(alerts[0].areaDesc, "North, South");
+  EXPECT_EQ(alerts[0].source, "MeteoAlarm");
+  EXPECT_TRUE(alerts[0].isGovAlert);
+  EXPECT_EQ(alerts[1].title, "Rain Warning");
+  EXPECT_EQ(alerts[1].message, "North");
+  EXPECT_FALSE(alerts[1].description || alerts[1].onset || alerts[1].expires);
+  EXPECT_EQ(alerts[1].icon, "cloud.heavyrain.fill");
+}
+
+TEST(MeteoAlarmMerging, KeepsTheIdentifierOverUpdates) {
+  RawEntry const first = warning("Wind", "North", "Minor", "2026-11-21T06:00:00Z", "2026-11-21T18:00:00Z");
+  Uuid const id = merged({first}).at(0).id;
+  RawEntry update = warning("Wind", "The North", "Severe", "2026-11-21T06:00:00Z", "2026-11-22T18:00:00Z");
+  update.identifier = "another";
+  update.messageType = "Update";
+  EXPECT_EQ(merged({update}).at(0).id, id);
+  EXPECT_EQ(merged({update, first}).at(0).id, id);
+  RawEntry later = first;
+  later.onset = at("2026-11-21T07:00:00Z");
+  RawEntry elsewhere = first;
+  elsewhere.otherCodes = {{"EMMA_ID", "DE002"}};
+  RawEntry otherKind = first;
+  otherKind.title = "Yellow Fog Warning issued for Germany";
+  for (RawEntry const& other : {later, elsewhere, otherKind}) EXPECT_NE(merged({other}).at(0).id, id);
+}
+
+TEST(MeteoAlarmCountries, HaveTheServicesFeedNames) {
+  EXPECT_EQ(meteoAlarmCountries().size(), 39U);
+  for (auto const& [code, name] : {std::pair<std::string_view, std::string_view>{"DE", "germany"},
+                                   {"de", "germany"},
+                                   {"GB", "united-kingdom"},
+                                   {"UK", "united-kingdom"},
+                                   {"el", "greece"},
+                                   {"CZ", "czechia"},
+                                   {"MK", "republic-of-north-macedonia"},
+                                   {"AD", "andorra"},
+                                   {"UA", "ukraine"}}) {
+    EXPECT_EQ(meteoAlarmFeedName(code), name) << code;
+  }
+  for (std::string_view const code : {"", "TR", "AL", "LI", "XK", "US", "DEU", "ZZ"})
+    EXPECT_FALSE(meteoAlarmFeedName(code)) << code;
+}
+
+}  // namespace
+}  // namespace nimbara
