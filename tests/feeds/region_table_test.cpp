@@ -1,0 +1,147 @@
+#include "feeds/meteo_alarm_selection.h"
+#include "feeds/regions.h"
+#include "support/outlines.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+
+namespace nimbara {
+namespace {
+
+/// A place, its warning region and what the service calls it; and regions of the same country whose warnings
+/// must not come, apart from those of all other rows. The codes and outlines are made up.
+struct Row {
+  std::string_view place;
+  Coordinate at;
+  std::string_view country;
+  std::string_view code;
+  std::string_view area;
+  bool isFoundByName;  ///< also without outlines and codes
+};
+
+constexpr Row kRows[] = {
+    {"Berlin", {52.52, 13.41}, "DE", "DE901", "Stadt Berlin", true},
+    {"Munich", {48.14, 11.58}, "DE", "DE902", "Kreis und Stadt München", false},
+    {"Koblenz", {50.36, 7.59}, "DE", "DE903", "Stadt Koblenz", false},
+    {"Warsaw", {52.23, 21.01}, "PL", "PL901", "województwo mazowieckie powiat Warszawa", true},
+    {"Kraków", {50.06, 19.94}, "PL", "PL902", "województwo małopolskie powiat Kraków", true},
+    {"Gdańsk", {54.35, 18.65}, "PL", "PL903", "województwo pomorskie powiat Gdańsk", true},
+    {"Vienna", {48.21, 16.37}, "AT", "AT901", "Wien", true},
+    {"Innsbruck", {47.27, 11.39}, "AT", "AT902", "Innsbruck-Stadt", true},
+    {"Annecy", {45.9, 6.12}, "FR", "FR901", "Haute Savoie", true},
+    {"Lyon", {45.76, 4.84}, "FR", "FR902", "Rhône", true},
+    {"Paris", {48.86, 2.35}, "FR", "FR903", "Paris et petite couronne", true},
+    {"Albacete", {38.99, -1.86}, "ES", "ES901", "La Mancha albaceteña", true},
+    {"Barcelona", {41.39, 2.17}, "ES", "ES902", "Prelitoral de Barcelona", true},
+    {"Madrid", {40.42, -3.7}, "ES", "ES903", "Metropolitana y Henares de Madrid", true},
+    {"Lisbon", {38.72, -9.14}, "PT", "PT901", "Lisboa", false},
+    {"Braga", {41.55, -8.43}, "PT", "PT902", "Braga", true},
+    {"Funchal", {32.65, -16.91}, "PT", "PT903", "Madeira - Costa Sul", true},
+    {"Bolzano", {46.5, 11.35}, "IT", "IT901", "Provincia di Bolzano", true},
+    {"Rome", {41.89, 12.5}, "IT", "IT902", "Lazio - Roma", true},
+    {"Zurich", {47.37, 8.54}, "CH", "CH901", "Kanton Zürich", true},
+    {"Amsterdam", {52.37, 4.9}, "NL", "NL901", "Noord-Holland", false},
+    {"Ghent", {51.05, 3.72}, "BE", "BE901", "Oost-Vlaanderen", true},
+    {"Copenhagen", {55.68, 12.57}, "DK", "DK901", "København og Nordsjælland", true},
+    {"Aalborg", {57.05, 9.92}, "DK", "DK902", "Nordjylland", false},
+    {"Oslo", {59.91, 10.75}, "NO", "NO901", "Oslo", true},
+    {"Stockholm", {59.33, 18.07}, "SE", "SE901", "Stockholms län", true},
+    {"Malmö", {55.6, 13.0}, "SE", "SE902", "Skåne län", true},
+    {"Helsinki", {60.17, 24.94}, "FI", "FI901", "Uusimaa", true},
+    {"Rovaniemi", {66.5, 25.73}, "FI", "FI902", "Lappi", false},
+    {"Tallinn", {59.44, 24.75}, "EE", "EE901", "Harjumaa", true},
+    {"Riga", {56.95, 24.11}, "LV", "LV901", "Rīga un Pierīga", true},
+    {"Vilnius", {54.69, 25.28}, "LT", "LT901", "Vilniaus apskritis", false},
+    {"Brno", {49.2, 16.61}, "CZ", "CZ901", "Brno", true},
+    {"Prague", {50.08, 14.44}, "CZ", "CZ902", "Hlavní město Praha", false},
+    {"Bratislava", {48.15, 17.11}, "SK", "SK901", "Bratislavský kraj", false},
+    {"Košice", {48.72, 21.26}, "SK", "SK902", "okres Košice", true},
+    {"Budapest", {47.5, 19.04}, "HU", "HU901", "Budapest", true},
+    {"Debrecen", {47.53, 21.63}, "HU", "HU902", "Hajdú-Bihar megye", true},
+    {"Ljubljana", {46.05, 14.51}, "SI", "SI901", "Slovenia / Central", false},
+    {"Zagreb", {45.81, 15.98}, "HR", "HR901", "Zagrebačka regija", true},
+    {"Split", {43.51, 16.44}, "HR", "HR902", "Splitska regija", true},
+    {"Belgrade", {44.8, 20.46}, "RS", "RS901", "Beograd", false},
+    {"Sofia", {42.7, 23.32}, "BG", "BG901", "Sofia", true},
+    {"Varna", {43.21, 27.91}, "BG", "BG902", "Varna", true},
+    {"Cluj", {46.77, 23.59}, "RO", "RO901", "Cluj", true},
+    {"Bucharest", {44.43, 26.1}, "RO", "RO902", "București", true},
+    {"Athens", {37.98, 23.73}, "GR", "GR901", "Attica", true},
+    {"Heraklion", {35.34, 25.14}, "GR", "GR902", "Crete", true},
+    {"Cork", {51.9, -8.47}, "IE", "IE901", "County Cork", true},
+    {"London", {51.51, -0.13}, "GB", "GB901", "London & South East England", false},
+    {"Plymouth", {50.37, -4.14}, "GB", "GB902", "South West England", false},
+    {"Akureyri", {65.68, -18.1}, "IS", "IS901", "Northeast Iceland", false},
+};
+
+std::string text(std::string_view view) {
+  return std::string(view);
+}
+
+/// The warnings of every region of the table that a country has.
+MeteoAlarmFeed feedOfCountry(std::string_view country, bool hasCodes) {
+  std::vector<RawEntry> entries;
+  for (Row const& row : kRows) {
+    if (row.country != country) continue;
+    RawEntry entry;
+    entry.areaDesc = row.area;
+    if (hasCodes) entry.otherCodes = {{"EMMA_ID", text(row.code)}};
+    entries.push_back(entry);
+  }
+  return feedOf(std::move(entries));
+}
+
+std::set<std::string> areasOf(std::vector<RawEntry const*> const& entries) {
+  std::set<std::string> areas;
+  for (RawEntry const* const entry : entries) areas.insert(entry->areaDesc);
+  return areas;
+}
+
+TEST(RegionTable, CoversFortyPlacesOfTwentyCountries) {
+  std::set<std::string_view> countries;
+  for (Row const& row : kRows) countries.insert(row.country);
+  EXPECT_GE(std::size(kRows), 40U);
+  EXPECT_GE(countries.size(), 20U);
+}
+
+TEST(RegionTable, GivesEveryPlaceItsRegionAndNoOther) {
+  std::vector<std::string> features;
+  for (Row const& row : kRows) {
+    features.push_back(
+        test::feature(text(row.code), text(row.country), text(row.area), test::square(row.at, 0.2)));
+    Coordinate const beside{row.at.latitude, row.at.longitude + 0.4};
+    features.push_back(test::feature(text(row.code) + "E", text(row.country), "beside " + text(row.area),
+                                     test::square(beside, 0.2)));
+  }
+  auto const reading = readOutlines(test::collection(features));
+  ASSERT_TRUE(reading) << reading.error();
+  std::string const bytes = regionMapOf(reading->outlines);
+  auto const map = RegionMap::over(bytes);
+  ASSERT_TRUE(map) << map.error();
+  for (Row const& row : kRows) {
+    PlaceRegions const regions = placeRegionsOf(row.at, map->at(row.at));
+    EXPECT_EQ(regions.country, row.country) << row.place;
+    EXPECT_EQ(regions.codes, (std::vector<RegionCode>{{"EMMA_ID", text(row.code)}})) << row.place;
+    auto const feed = feedOfCountry(row.country, true);
+    EXPECT_EQ(areasOf(selectedEntries(feed, row.at, regions)), std::set{text(row.area)}) << row.place;
+  }
+}
+
+TEST(RegionTable, GivesByNameAloneNoWrongRegion) {
+  int byName = 0;
+  for (Row const& row : kRows) {
+    PlaceRegions const regions = placeRegionsOf(row.at, {});
+    EXPECT_TRUE(regions.codes.empty());
+    auto const feed = feedOfCountry(row.country, true);
+    auto const expected = row.isFoundByName ? std::set{text(row.area)} : std::set<std::string>();
+    EXPECT_EQ(areasOf(selectedEntries(feed, row.at, regions)), expected)
+        << row.place << ": " << testing::PrintToString(regions.names);
+    byName += row.isFoundByName ? 1 : 0;
+  }
+  EXPECT_GE(byName, 35);
+}
+
+}  // namespace
+}  // namespace nimbara
