@@ -19,6 +19,8 @@ constexpr std::array<std::string_view, enumNames<Service>.size()> kHosts{
     "https://earthquake.usgs.gov",
     "https://celestrak.org",
     "https://feeds.nimbara.example",
+    "https://feeds.meteoalarm.org",
+    "https://gitlab.com",
 };
 
 }  // namespace

@@ -21,14 +21,16 @@ enum class Service {
   swpc,
   usgs,
   celestrak,
-  feedServer
+  feedServer,
+  meteoAlarm,
+  meteoAlarmRegions
 };
 
 template <>
-inline constexpr auto enumNames<Service> =
-    std::to_array<std::string_view>({"openMeteo", "openMeteoGeocoding", "appleWeather", "yrNo", "wttrIn",
-                                     "nws", "swpc", "usgs", "celestrak", "feedServer"});
-static_assert(enumNamesComplete(Service::feedServer));
+inline constexpr auto enumNames<Service> = std::to_array<std::string_view>(
+    {"openMeteo", "openMeteoGeocoding", "appleWeather", "yrNo", "wttrIn", "nws", "swpc", "usgs", "celestrak",
+     "feedServer", "meteoAlarm", "meteoAlarmRegions"});
+static_assert(enumNamesComplete(Service::meteoAlarmRegions));
 
 /// An http or https address without the slash at its end; nothing for other texts.
 std::optional<std::string> normalizedBase(std::string_view address);

@@ -7,6 +7,7 @@
 #include "base/units.h"
 #include "cli/demo_process.h"
 #include "cli/feed_commands.h"
+#include "cli/regions_command.h"
 #include "model/provider_option.h"
 
 #include <optional>
@@ -104,6 +105,7 @@ struct CommandLine {
   PlacesOptions places;
   SettingsOptions settings;
   FeedOptions feeds;
+  RegionsOptions regions;
 };
 
 /// A command line that ends before any command runs: help and version (exit code 0, to standard output) or a

@@ -18,14 +18,16 @@ enum class DemoService {
   nws,
   swpc,
   usgs,
-  feedServer
+  feedServer,
+  meteoAlarm,
+  meteoAlarmRegions
 };
 
 template <>
-inline constexpr auto enumNames<DemoService> =
-    std::to_array<std::string_view>({"openMeteo", "openMeteoGeocoding", "appleWeather", "yrNo", "wttrIn",
-                                     "nws", "swpc", "usgs", "feedServer"});
-static_assert(enumNamesComplete(DemoService::feedServer));
+inline constexpr auto enumNames<DemoService> = std::to_array<std::string_view>(
+    {"openMeteo", "openMeteoGeocoding", "appleWeather", "yrNo", "wttrIn", "nws", "swpc", "usgs", "feedServer",
+     "meteoAlarm", "meteoAlarmRegions"});
+static_assert(enumNamesComplete(DemoService::meteoAlarmRegions));
 
 struct DemoFault {
   /// 500 with a page of HTML; no answer; an answer that is no data; a connection that breaks in the middle;

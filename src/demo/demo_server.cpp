@@ -4,6 +4,7 @@
 #include "demo/connection_threads.h"
 #include "demo/feed_server_stand_in.h"
 #include "demo/nws_stand_in.h"
+#include "demo/meteo_alarm_stand_in.h"
 #include "demo/open_meteo_stand_in.h"
 #include "demo/swpc_stand_in.h"
 #include "demo/usgs_stand_in.h"
@@ -41,6 +42,10 @@ constexpr std::array kRoutes = std::to_array<Route>({
     {DemoService::usgs, R"(/earthquakes/feed/v1\.0/summary/all_day\.geojson)", usgsDayFeed},
     {DemoService::feedServer, R"(/api/feed\.php)", feedServerFeed},
     {DemoService::wttrIn, "/[^/,]+,[^/,]+", wttrForecast},
+    {DemoService::meteoAlarm, "/feeds/meteoalarm-legacy-atom-[a-z-]+", meteoAlarmFeed},
+    {DemoService::meteoAlarmRegions, "/api/v4/projects/meteoalarm-pm-group/documents/repository/tree",
+     meteoAlarmOutlineList},
+    {DemoService::meteoAlarmRegions, "/meteoalarm-pm-group/documents/-/raw/master/[^/]+", meteoAlarmOutlines},
 });
 
 constexpr std::string_view kErrorPage = "<html><body><h1>500 Internal Server Error</h1></body></html>";

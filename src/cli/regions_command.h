@@ -1,0 +1,30 @@
+// `nimbara regions`: the regions that official warnings are given for, and in which of them a place lies.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+namespace nimbara {
+
+struct CommandLine;
+struct Session;
+
+struct RegionsOptions {
+  enum class Action { show, update };
+
+  Action action = Action::show;
+  std::string place;
+  std::vector<std::string> files;  ///< outlines to take in place of the published ones
+  bool json = false;
+};
+
+/// Adds the command to `app`; the result are its own commands, which still want the common options.
+std::vector<CLI::App*> defineRegions(CLI::App& app, CommandLine& line);
+
+int runRegions(CommandLine const& line, Session const& session);
+
+}  // namespace nimbara

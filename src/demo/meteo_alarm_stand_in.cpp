@@ -1,0 +1,187 @@
+#include "demo/meteo_alarm_stand_in.h"
+
+#include "base/http_date.h"
+#include "base/json.h"
+#include "base/sha256.h"
+#include "demo/demo_regions.h"
+#include "demo/demo_warnings.h"
+
+#include <fmt/format.h>
+
+namespace nimbara {
+
+namespace {
+
+using std::chrono::hours;
+
+constexpr std::string_view kFeedPath = "/feeds/meteoalarm-legacy-atom-";
+constexpr std::string_view kDocument = "MeteoAlarm_Geocodes_2026_11_01.json";
+constexpr std::string_view kColours[] = {"Green", "Yellow", "Orange", "Red"};
+constexpr std::string_view kSeverities[] = {"Minor", "Moderate", "Severe", "Extreme"};
+/// Announced so long before they begin; from then on the warnings are updates.
+constexpr hours kNotice{12};
+
+std::string timeOf(Instant instant) {
+  std::string text = formatIso8601(std::chrono::floor<std::chrono::seconds>(instant));
+  text.pop_back();
+  return text + "+00:00";
+}
+
+std::string escaped(std::string_view text) {
+  std::string out;
+  for (char const c : text) out += c == '&' ? "&amp;" : c == '<' ? "&lt;" : std::string(1, c);
+  return out;
+}
+
+class FeedWriter {
+ public:
+  FeedWriter(std::string_view feedName, Instant now) : feedName_(feedName), now_(now) {
+    out_ = fmt::format(
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+        "<feed xmlns=\"http://www.w3.org/2005/Atom\" xmlns:cap=\"urn:oasis:names:tc:emergency:cap:1.2\">\n"
+        "  <link href=\"https://meteoalarm.org\" rel=\"alternate\" type=\"text/html\"/>\n"
+        "  <rights>Generated for the demo; no real warnings</rights>\n"
+        "  <author>\n    <name>nimbara-demo</name>\n  </author>\n"
+        "  <id>tag:meteoalarm.org,2021-02-19:{0}</id>\n"
+        "  <title>Meteoalarm - severe weather warnings for Europe</title>\n  <updated>{1}</updated>\n",
+        feedName_, timeOf(std::chrono::floor<hours>(now_)));
+  }
+
+  void add(DemoRegion const& region) {
+    for (DemoWarning const& warning : demoWarnings(region.center(), now_)) add(region, warning);
+    if (region.isBeside) {
+      add(region, {"Flooding", 1, today() - hours(6), today() + hours(48)});
+    } else {
+      add(region, {"Wind", 1, today() - hours(30), today() - hours(12)});  // has ended
+      add(region, {"Rain", 0, today(), today() + hours(24)});              // warns of nothing
+    }
+  }
+
+  std::string finish() && { return std::move(out_) + "</feed>\n"; }
+
+ private:
+  Instant today() const { return std::chrono::floor<std::chrono::days>(now_); }
+
+  void add(DemoRegion const& region, DemoWarning const& warning) {
+    bool const hasBegun = warning.begin <= now_;
+    Instant const sent = hasBegun ? std::min<Instant>(std::chrono::floor<hours>(now_), warning.end - hours(1))
+                                  : std::min(now_, warning.begin - kNotice);
+    std::string const name = escaped(region.name);
+    std::string const id = fmt::format("2.49.0.0.0.0.{}.{}.{}", region.code, warning.kind, timeOf(sent));
+    out_ += fmt::format(
+        "  <entry>\n    <cap:geocode>\n      <valueName>EMMA_ID</valueName>\n      <value>{0}</value>\n"
+        "    </cap:geocode>\n    <link href=\"https://meteoalarm.org?geocode=EMMA_ID:{0}\" "
+        "hreflang=\"en\"/>\n"
+        "    <cap:areaDesc>{1}</cap:areaDesc>\n    <cap:event>{2} {3} warning</cap:event>\n"
+        "    <cap:sent>{4}</cap:sent>\n    <cap:expires>{5}</cap:expires>\n    "
+        "<cap:effective>{4}</cap:effective>\n"
+        "    <cap:onset>{6}</cap:onset>\n    <cap:certainty>Likely</cap:certainty>\n"
+        "    <cap:severity>{2}</cap:severity>\n    <cap:urgency>{7}</cap:urgency>\n"
+        "    <cap:scope>Public</cap:scope>\n    <cap:message_type>{8}</cap:message_type>\n"
+        "    <cap:status>Actual</cap:status>\n    <cap:identifier>{9}</cap:identifier>\n",
+        region.code, name, kSeverities[warning.level], warning.kind, timeOf(sent), timeOf(warning.end),
+        timeOf(warning.begin), hasBegun ? "Immediate" : "Future", hasBegun ? "Update" : "Alert", id);
+    out_ += fmt::format(
+        "    <link href=\"https://feeds.meteoalarm.org/api/v1/warnings/feeds-{0}/{1}\" "
+        "type=\"application/cap+xml\"/>\n    <author>\n      <name>meteoalarm.org</name>\n    </author>\n"
+        "    <published>{2}</published>\n    "
+        "<id>https://feeds.meteoalarm.org/{1}?index_info=0&amp;index_area=0</id>\n"
+        "    <title>{3} {4} Warning issued for {5} - {6}</title>\n    <updated>{2}</updated>\n  </entry>\n",
+        feedName_, id, timeOf(sent), kColours[warning.level], warning.kind, escaped(region.town->country),
+        name);
+  }
+
+  std::string_view feedName_;
+  Instant now_;
+  std::string out_;
+};
+
+/// The corners of a region's outline and, closing it, the first again.
+void writeRing(JsonWriter& json, Coordinate center) {
+  constexpr double kCorners[][2] = {{-1, -1}, {-1, 1}, {1, 1}, {1, -1}, {-1, -1}};
+  json.beginList();
+  for (auto const& [north, east] : kCorners) {
+    json.separate();
+    json.value(std::vector{center.longitude + east * kDemoRegionHalfWidth,
+                           center.latitude + north * kDemoRegionHalfHeight});
+  }
+  json.endList();
+}
+
+void writeFeature(JsonWriter& json, DemoRegion const& region) {
+  json.beginObject();
+  json.member("type", "Feature");
+  json.key("properties");
+  json.beginObject();
+  json.member("code", region.code);
+  json.member("country", std::string(region.town->countryCode));
+  json.member("name", region.name);
+  json.member("type", "EMMA_ID");
+  json.endObject();
+  json.key("geometry");
+  json.beginObject();
+  json.member("type", "Polygon");
+  json.key("coordinates");
+  json.beginList();
+  json.separate();
+  writeRing(json, region.center());
+  json.endList();
+  json.endObject();
+  json.endObject();
+}
+
+/// The body, or word that it is what the client has.
+DemoAnswer answerOf(DemoRequest const& request, std::string body, std::string contentType) {
+  std::string const etag = "\"" + sha256Hex(body).substr(0, 16) + "\"";
+  DemoAnswer answer{200, {}, {{"ETag", etag}, {"Content-Type", std::move(contentType)}}};
+  if (request.header("If-None-Match") == etag) {
+    answer.status = 304;
+  } else {
+    answer.body = std::move(body);
+  }
+  return answer;
+}
+
+}  // namespace
+
+DemoAnswer meteoAlarmFeed(DemoRequest const& request, Instant now) {
+  std::string_view const feedName = std::string_view(request.path).substr(kFeedPath.size());
+  auto const regions = demoRegionsOfFeed(feedName);
+  if (regions.empty()) return {404, "Not Found", {}};
+  FeedWriter writer(feedName, now);
+  for (DemoRegion const& region : regions) writer.add(region);
+  return answerOf(request, std::move(writer).finish(), "application/atom+xml");
+}
+
+DemoAnswer meteoAlarmOutlineList(DemoRequest const&, Instant) {
+  JsonWriter json;
+  json.beginList();
+  for (std::string_view const name : {std::string_view("README.md"), kDocument}) {
+    json.separate();
+    json.beginObject();
+    json.member("name", name);
+    json.member("type", "blob");
+    json.member("path", name);
+    json.endObject();
+  }
+  json.endList();
+  return {200, json.take(), {}};
+}
+
+DemoAnswer meteoAlarmOutlines(DemoRequest const& request, Instant) {
+  if (!request.path.ends_with(kDocument)) return {404, "Not Found", {}};
+  JsonWriter json;
+  json.beginObject();
+  json.member("type", "FeatureCollection");
+  json.key("features");
+  json.beginList();
+  for (DemoRegion const& region : allDemoRegions()) {
+    json.separate();
+    writeFeature(json, region);
+  }
+  json.endList();
+  json.endObject();
+  return answerOf(request, json.take(), "application/geo+json");
+}
+
+}  // namespace nimbara

@@ -1,0 +1,90 @@
+#include "demo/demo_server.h"
+#include "support/instants.h"
+#include "support/outlines.h"
+#include "support/temporary_folder.h"
+#include "support/test_console.h"
+
+#include <gmock/gmock.h>
+
+namespace nimbara {
+namespace {
+
+using test::CliRun;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+class RegionsCommand : public testing::Test {
+ protected:
+  RegionsCommand() { environment_.dataDirectory = folder_.path() / "nimbara"; }
+
+  CliRun regions(std::vector<std::string> arguments, DemoServer const* server = nullptr) const {
+    arguments.insert(arguments.begin(), "regions");
+    arguments.insert(arguments.end(), {"--services", (server == nullptr ? *server_ : *server).baseUrl()});
+    return test::run(std::move(arguments), environment_);
+  }
+
+  test::TemporaryFolder folder_;
+  Environment environment_ = test::plainEnvironment();
+  FixedClock clock_{test::at("2026-11-21T09:20:00Z")};
+  std::unique_ptr<DemoServer> server_ = *DemoServer::start(clock_, {});
+};
+
+constexpr char kBerlinUnknown[] = "{\"country\":\"DE\",\"names\":[\"Berlin\"],\"codes\":[]}\n";
+
+TEST_F(RegionsCommand, ShowsMoreOnceOutlinesAreThere) {
+  EXPECT_EQ(regions({"show", "52.52,13.41", "--json"}).out, kBerlinUnknown);
+  CliRun const update = regions({"update"});
+  EXPECT_EQ(update.exitCode, exitCode::kComplete) << update.err;
+  EXPECT_THAT(update.out, StartsWith("24 regions of 12 countries: AT 2, DE 2, "));
+  CliRun const json = regions({"show", "52.52,13.41", "--json"});
+  EXPECT_EQ(json.out,
+            "{\"country\":\"DE\",\"names\":[\"Berlin\"],\"codes\":[{\"registry\":\"EMMA_ID\",\"code\":"
+            "\"DE8003\"}]}\n");
+  CliRun const text = regions({"show", "52.52,13.41"});
+  EXPECT_EQ(text.out, "Country  Germany (DE)\nNames    Berlin\nCodes    DE8003 (EMMA_ID)\n");
+  EXPECT_THAT(regions({"update", "--json"}).out,
+              StartsWith("{\"regions\":24,\"countries\":{\"AT\":2,\"DE\":2,"));
+}
+
+TEST_F(RegionsCommand, KeepsWhatItHasThroughFailures) {
+  ASSERT_EQ(regions({"update"}).exitCode, exitCode::kComplete);
+  for (auto const kind : {DemoFault::Kind::status500, DemoFault::Kind::garbage, DemoFault::Kind::drop}) {
+    auto const faulty = *DemoServer::start(clock_, {{DemoService::meteoAlarmRegions, kind}});
+    CliRun const update = regions({"update"}, faulty.get());
+    EXPECT_EQ(update.exitCode, exitCode::kUnavailable);
+    EXPECT_THAT(update.err, HasSubstr("; the regions stay as they were\n"));
+    EXPECT_EQ(update.out, "");
+    EXPECT_THAT(regions({"show", "52.52,13.41", "--json"}).out, HasSubstr("DE8003"));
+  }
+}
+
+TEST_F(RegionsCommand, TakesOutlinesFromFiles) {
+  folder_.write("a.geojson",
+                test::collection({test::feature("DE1", "DE", "A", test::square({52.5, 13.4}, 1))}));
+  folder_.write("b.geojson",
+                test::collection({test::feature("DEB", "DE", "B", test::square({52.5, 13.4}, 2), "NUTS3")}));
+  CliRun const update = regions({"update", "--from", (folder_.path() / "a.geojson").string(), "--from",
+                                 (folder_.path() / "b.geojson").string()});
+  EXPECT_EQ(update.out, "2 regions of 1 country: DE 2\n") << update.err;
+  EXPECT_THAT(regions({"show", "52.52,13.41"}).out, HasSubstr("Codes    DE1 (EMMA_ID), DEB (NUTS3)\n"));
+  EXPECT_EQ(regions({"update", "--from", "/no/such/file"}).exitCode, exitCode::kUnavailable);
+}
+
+TEST_F(RegionsCommand, SaysThatABrokenFileIsOfNoUse) {
+  ASSERT_EQ(regions({"update"}).exitCode, exitCode::kComplete);
+  folder_.write("nimbara/regions.map", "rubbish");
+  CliRun const shown = regions({"show", "52.52,13.41", "--json"});
+  EXPECT_EQ(shown.out, kBerlinUnknown);
+  EXPECT_THAT(
+      shown.err,
+      HasSubstr("regions.map cannot be used: it is too short; fetch it anew with: nimbara regions update"));
+}
+
+TEST_F(RegionsCommand, RefusesWhatItDoesNotUnderstand) {
+  EXPECT_EQ(regions({}).exitCode, exitCode::kUsage);
+  EXPECT_EQ(regions({"show", "91,0"}).exitCode, exitCode::kUsage);
+  EXPECT_EQ(regions({"update", "52.52,13.41"}).exitCode, exitCode::kUsage);
+}
+
+}  // namespace
+}  // namespace nimbara

@@ -1,0 +1,101 @@
+#include "demo/demo_places.h"
+#include "demo/demo_server.h"
+#include "demo/demo_warnings.h"
+#include "demo/demo_weather.h"
+#include "feeds/meteo_alarm_service.h"
+#include "feeds/region_update.h"
+#include "feeds/regions.h"
+#include "platform/linux/curl_http_client.h"
+#include "support/instants.h"
+#include "support/movable_clock.h"
+#include "support/temporary_folder.h"
+
+#include <gmock/gmock.h>
+
+namespace nimbara {
+namespace {
+
+using namespace std::chrono_literals;
+using test::at;
+
+class MeteoAlarmDemoTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    auto started = DemoServer::start(clock, {});
+    ASSERT_TRUE(started) << started.error();
+    server = std::move(*started);
+    file = regionFileIn(folder.path());
+    auto const update = updateRegions(http, server->baseUrl(), file);
+    ASSERT_TRUE(update) << update.error();
+    EXPECT_EQ(update->regions, 24U);
+  }
+
+  std::vector<WeatherAlert> warningsOf(DemoPlace const& town) {
+    Regions const regions(file);
+    MeteoAlarmService service(http, clock, server->baseUrl(), texts,
+                              [&](Coordinate place) { return regions.at(place); });
+    auto const answer = service.fetch(town.coordinate, town.countryCode);
+    EXPECT_FALSE(answer.failure) << *answer.failure;
+    return answer.alerts;
+  }
+
+  test::TemporaryFolder folder;
+  std::filesystem::path file;
+  test::MovableClock clock{at("2026-11-21T12:00:00Z")};
+  Texts const texts = Texts::load("en");
+  CurlHttpClient http{{"nimbara-test", {}}};
+  std::unique_ptr<DemoServer> server;
+};
+
+DemoPlace const& town(std::string_view name) {
+  return *std::ranges::find(demoPlaces(), name, &DemoPlace::name);
+}
+
+TEST_F(MeteoAlarmDemoTest, WarnsOfWhatTheWeatherBringsAndNothingElse) {
+  int seen = 0;
+  for (char const* const name : {"Berlin", "Paris", "Warsaw", "Helsinki", "Tromsø", "Reykjavík", "Madrid"}) {
+    DemoPlace const& place = town(name);
+    auto const expected = demoWarnings(place.coordinate, clock.now());
+    auto const alerts = warningsOf(place);
+    std::set<std::string_view> kinds;
+    for (DemoWarning const& warning : expected) kinds.insert(warning.kind);
+    EXPECT_EQ(alerts.size(), kinds.size()) << name;
+    for (WeatherAlert const& alert : alerts) {
+      EXPECT_EQ(alert.areaDesc, place.region) << name;
+      EXPECT_NE(alert.title, "Flood Warning") << "that of the region beside";
+      EXPECT_GT(alert.expires, clock.now());
+      ++seen;
+    }
+  }
+  EXPECT_GT(seen, 5);
+}
+
+TEST_F(MeteoAlarmDemoTest, KeepsEventsThroughUpdates) {
+  DemoPlace const& place = town("Helsinki");
+  std::map<Uuid, int> rounds;
+  for (int hour = 0; hour < 24; ++hour) {
+    for (WeatherAlert const& alert : warningsOf(place)) ++rounds[alert.id];
+    clock.pass(1h);
+  }
+  ASSERT_FALSE(rounds.empty());
+  EXPECT_GT(std::ranges::max_element(rounds, {}, &std::pair<Uuid const, int>::second)->second, 5);
+  EXPECT_LT(rounds.size(), 12U);
+}
+
+TEST(DemoWarnings, FitTheWeather) {
+  Instant const now = at("2026-11-21T12:00:00Z");
+  for (DemoPlace const& place : demoPlaces()) {
+    for (DemoWarning const& warning : demoWarnings(place.coordinate, now)) {
+      EXPECT_GT(warning.level, 0);
+      EXPECT_GT(warning.end, now);
+      EXPECT_LT(warning.begin, warning.end);
+      EXPECT_LE(warning.end - warning.begin, 120h);
+      if (warning.kind != "Wind") continue;
+      EXPECT_GE(demoWeather(place.coordinate, warning.begin).windGusts, 60);
+      EXPECT_GE(demoWeather(place.coordinate, warning.end - 1h).windGusts, 60);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace nimbara
