@@ -49,8 +49,10 @@ Composition::Composition(Settings const& settings, Clock const& clock, Options o
       cache_(options.cacheDirectory, clock, sourceOf(options.servicesBase)),
       history_(below(options.cacheDirectory, historyFile(options.servicesBase))),
       providers_(clients(), history_, clock),
-      forecasts_(providers_, cache_, clock, std::move(options.wording)),
-      feeds_(http_, clock, services_, contactOf(configuration_), options.cacheDirectory) {
+      forecasts_(providers_, cache_, clock, options.wording),
+      feeds_(
+          http_, clock, services_,
+          {contactOf(configuration_), options.cacheDirectory, options.dataDirectory, options.wording.texts}) {
   providers_.setPreferredProvider(options.preferredProvider);
 }
 

@@ -30,6 +30,7 @@ class Composition {
     Wording wording;
     WeatherProviderOption preferredProvider = WeatherProviderOption::automatic;
     std::filesystem::path program;         ///< this program's own file
+    std::filesystem::path dataDirectory;   ///< of what the user has fetched
     std::filesystem::path cacheDirectory;  ///< empty: nothing outlives the process
   };
 

@@ -1,5 +1,8 @@
 #include "app/feed_services.h"
 
+#include "feeds/meteo_alarm_source.h"
+#include "feeds/region_update.h"
+
 namespace nimbara {
 
 namespace {
@@ -23,10 +26,15 @@ std::filesystem::path alertDirectory(ServiceDirectory const& services,
 }  // namespace
 
 FeedServices::FeedServices(HttpClient& http, Clock const& clock, ServiceDirectory const& services,
-                           std::string const& contact, std::filesystem::path const& cacheDirectory)
-    : nws_(http, clock, {services.address(Service::nws).baseUrl, contact}),
-      earthquakes_(http, clock, earthquakeOptions(services, cacheDirectory)),
+                           Options options)
+    : options_(std::move(options)),
+      regions_(regionFileIn(options_.dataDirectory)),
+      nws_(http, clock, {services.address(Service::nws).baseUrl, options_.contact}),
+      earthquakes_(http, clock, earthquakeOptions(services, options_.cacheDirectory)),
       geomagnetic_(http, clock, services.address(Service::swpc).baseUrl),
-      govAlerts_(clock, {nwsAlertSource(nws_, clock)}, alertDirectory(services, cacheDirectory)) {}
+      meteoAlarm_(http, clock, services.address(Service::meteoAlarm).baseUrl, *options_.texts,
+                  [this](Coordinate place) { return regions_.at(place); }),
+      govAlerts_(clock, {nwsAlertSource(nws_, clock), meteoAlarmSource(meteoAlarm_)},
+                 alertDirectory(services, options_.cacheDirectory)) {}
 
 }  // namespace nimbara

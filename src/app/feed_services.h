@@ -6,20 +6,28 @@
 #include "feeds/earthquake_service.h"
 #include "feeds/geomagnetic_service.h"
 #include "feeds/gov_alert_service.h"
+#include "feeds/meteo_alarm_service.h"
 #include "feeds/nws_alert_service.h"
+#include "feeds/regions.h"
 #include "platform/clock.h"
 #include "platform/http_client.h"
 
 #include <filesystem>
+#include <memory>
 #include <string>
 
 namespace nimbara {
 
 class FeedServices {
  public:
-  /// `cacheDirectory` is the program's; empty: nothing outlives the process.
-  FeedServices(HttpClient& http, Clock const& clock, ServiceDirectory const& services,
-               std::string const& contact, std::filesystem::path const& cacheDirectory);
+  struct Options {
+    std::string contact;
+    std::filesystem::path cacheDirectory;  ///< the program's; empty: nothing outlives the process
+    std::filesystem::path dataDirectory;   ///< where the outlines of warning regions lie
+    std::shared_ptr<Texts const> texts;
+  };
+
+  FeedServices(HttpClient& http, Clock const& clock, ServiceDirectory const& services, Options options);
   FeedServices(FeedServices const&) = delete;
   FeedServices& operator=(FeedServices const&) = delete;
 
@@ -27,11 +35,15 @@ class FeedServices {
   EarthquakeService& earthquakes() { return earthquakes_; }
   GeomagneticService& geomagnetic() { return geomagnetic_; }
   GovAlertService& govAlerts() { return govAlerts_; }
+  Regions const& regions() const { return regions_; }
 
  private:
+  Options options_;
+  Regions regions_;
   NWSAlertService nws_;
   EarthquakeService earthquakes_;
   GeomagneticService geomagnetic_;
+  MeteoAlarmService meteoAlarm_;
   GovAlertService govAlerts_;
 };
 

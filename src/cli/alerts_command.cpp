@@ -47,11 +47,17 @@ class AlertsRun {
   }
 
   /// What the reverse look-up finds, or what the command line says that it would.
-  GovAlertPlace officialPlace() const {
+  GovAlertPlace officialPlace() {
     GovAlertPlace place = govAlertPlace(place_.coordinate);
     if (!options_.country.empty()) place.countryCode = asciiUppered(options_.country);
-    if (!options_.regionCodes.empty()) place.regionCodes = options_.regionCodes;
-    if (!options_.regionNames.empty()) place.regionNames = options_.regionNames;
+    bool const statesRegions = !options_.regionCodes.empty() || !options_.regionNames.empty();
+    if (options_.country.empty() && !statesRegions) return place;
+    PlaceRegions stated = context_.app().feeds().regions().at(place_.coordinate);
+    stated.country = place.countryCode;
+    if (statesRegions) stated.codes.clear();
+    for (std::string const& code : options_.regionCodes) stated.codes.push_back(regionCodeOf(code));
+    if (!options_.regionNames.empty()) stated.names = options_.regionNames;
+    place.regions = std::move(stated);
     return place;
   }
 

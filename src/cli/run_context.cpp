@@ -56,6 +56,7 @@ RunContext::RunContext(CommonOptions const& common, Session const& session, Cloc
       wording_(wordingOf(common, session)),
       app_(*session.settings, clock,
            {departure.servicesBase, wording_, departure.provider, session.environment.program,
+            session.environment.dataDirectory,
             departure.keepsNothing ? std::filesystem::path() : session.environment.cacheDirectory}) {
   app_.providers().setOnFailure(
       [this](auto provider, APIError const& error) { failures_.emplace_back(enumName(provider), error); });

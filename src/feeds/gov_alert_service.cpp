@@ -75,9 +75,7 @@ template <>
 inline constexpr auto jsonFields<Kept> = std::tuple{field("sources", &Kept::sources)};
 
 GovAlertPlace govAlertPlace(Coordinate coordinate) {
-  PlaceFacts const facts = describePlace(coordinate);
-  return {
-      coordinate, std::string(facts.countryCode), {}, {facts.regionNames.begin(), facts.regionNames.end()}};
+  return {coordinate, std::string(describePlace(coordinate).countryCode), {}};
 }
 
 GovAlertSource nwsAlertSource(NWSAlertService& service, Clock const& clock) {

@@ -7,6 +7,7 @@
 #include "base/geodesy.h"
 #include "base/result.h"
 #include "feeds/nws_alert_service.h"
+#include "feeds/region_code.h"
 #include "model/weather_alert.h"
 #include "platform/clock.h"
 
@@ -24,9 +25,8 @@ namespace nimbara {
 /// A place as the sources ask for it.
 struct GovAlertPlace {
   Coordinate coordinate;
-  std::string countryCode;               ///< ISO 3166-1; empty on the open sea
-  std::vector<std::string> regionCodes;  ///< of any registry
-  std::vector<std::string> regionNames;  ///< the most specific first
+  std::string countryCode;              ///< ISO 3166-1; empty on the open sea
+  std::optional<PlaceRegions> regions;  ///< stated by somebody, in place of what sources look up themselves
 };
 
 /// What the gazetteer knows of a coordinate.

@@ -5,9 +5,9 @@
 #include "feeds/meteo_alarm_service.h"
 #include "feeds/region_update.h"
 #include "feeds/regions.h"
-#include "platform/linux/curl_http_client.h"
+#include "platform/linux/http/curl_http_client.h"
 #include "support/instants.h"
-#include "support/movable_clock.h"
+#include "support/manual_clock.h"
 #include "support/temporary_folder.h"
 
 #include <gmock/gmock.h>
@@ -41,7 +41,7 @@ class MeteoAlarmDemoTest : public testing::Test {
 
   test::TemporaryFolder folder;
   std::filesystem::path file;
-  test::MovableClock clock{at("2026-11-21T12:00:00Z")};
+  test::ManualClock clock{at("2026-11-21T12:00:00Z")};
   Texts const texts = Texts::load("en");
   CurlHttpClient http{{"nimbara-test", {}}};
   std::unique_ptr<DemoServer> server;
@@ -75,7 +75,7 @@ TEST_F(MeteoAlarmDemoTest, KeepsEventsThroughUpdates) {
   std::map<Uuid, int> rounds;
   for (int hour = 0; hour < 24; ++hour) {
     for (WeatherAlert const& alert : warningsOf(place)) ++rounds[alert.id];
-    clock.pass(1h);
+    clock.advance(1h);
   }
   ASSERT_FALSE(rounds.empty());
   EXPECT_GT(std::ranges::max_element(rounds, {}, &std::pair<Uuid const, int>::second)->second, 5);

@@ -3,7 +3,7 @@
 #include "support/atom_feed.h"
 #include "support/fake_http_client.h"
 #include "support/instants.h"
-#include "support/movable_clock.h"
+#include "support/manual_clock.h"
 
 #include <gmock/gmock.h>
 
@@ -38,7 +38,7 @@ class MeteoAlarmServiceTest : public testing::Test {
   std::string const feed = atomFeed({entryIn("DE001"), entryIn("DE002", "Hills")});
   Texts const texts = Texts::load("en");
   test::FakeHttpClient http;
-  test::MovableClock clock{at("2026-11-21T12:00:00Z")};
+  test::ManualClock clock{at("2026-11-21T12:00:00Z")};
   int lookUps = 0;
   MeteoAlarmService service{http, clock, "https://feeds.example", texts, [this](Coordinate place) {
                               ++lookUps;
@@ -62,11 +62,11 @@ TEST_F(MeteoAlarmServiceTest, AsksForTheCountrysFeed) {
 TEST_F(MeteoAlarmServiceTest, DownloadsOnceForTwoPlacesWithin300Seconds) {
   http.willAnswer(200, feed);
   EXPECT_EQ(ask().at(0).areaDesc, "Coast");
-  clock.pass(299s);
+  clock.advance(299s);
   EXPECT_EQ(ask(kThere).at(0).areaDesc, "Hills");
   EXPECT_EQ(http.requests.size(), 1U);
   EXPECT_EQ(lookUps, 2);
-  clock.pass(1s);
+  clock.advance(1s);
   http.willAnswer(200, atomFeed({}));
   EXPECT_TRUE(ask(kThere).empty());
   EXPECT_EQ(http.requests.size(), 2U);
@@ -76,12 +76,12 @@ TEST_F(MeteoAlarmServiceTest, DownloadsOnceForTwoPlacesWithin300Seconds) {
 TEST_F(MeteoAlarmServiceTest, SendsValidatorsAndTakesNotModified) {
   http.willAnswer(200, feed, {{"ETag", "\"a\""}, {"Last-Modified", "Sat, 21 Nov 2026 11:00:00 GMT"}});
   ask();
-  clock.pass(300s);
+  clock.advance(300s);
   http.willAnswer(304, "");
   EXPECT_EQ(ask().size(), 1U);
   EXPECT_THAT(http.requests[1].headers, Contains(Pair("If-None-Match", "\"a\"")));
   EXPECT_THAT(http.requests[1].headers, Contains(Pair("If-Modified-Since", "Sat, 21 Nov 2026 11:00:00 GMT")));
-  clock.pass(299s);
+  clock.advance(299s);
   EXPECT_EQ(ask().size(), 1U);  // 304 has made the feed fresh again
   EXPECT_EQ(http.requests.size(), 2U);
 }
@@ -111,7 +111,7 @@ TEST_F(MeteoAlarmServiceTest, KeepsWhatItKnewThroughFailures) {
   };
   for (Bad const& bad :
        {Bad{500, ""}, {200, cut}, {200, ""}, {200, "<html>log in</html>"}, {406, ""}, {503, feed}}) {
-    clock.pass(301s);
+    clock.advance(301s);
     http.willAnswer(bad.status, bad.body, {{"ETag", "\"bad\""}});
     MeteoAlarmAnswer const answer = service.fetch(kHere, "DE");
     EXPECT_EQ(answer.alerts, before) << bad.status;
@@ -121,7 +121,7 @@ TEST_F(MeteoAlarmServiceTest, KeepsWhatItKnewThroughFailures) {
   }
   http.willFail({HttpError::Kind::timedOut, "timed out"});
   EXPECT_EQ(ask(), before);
-  clock.setWall(at("2026-11-22T06:00:00Z"));
+  clock.set(at("2026-11-22T06:00:00Z"));
   EXPECT_TRUE(ask().empty()) << "what has ended is not shown from an old feed either";
 }
 
@@ -144,10 +144,10 @@ TEST_F(MeteoAlarmServiceTest, TellsNothingKnownFromNoWarnings) {
 TEST_F(MeteoAlarmServiceTest, LetsAMissingFeedRestForADay) {
   http.willAnswer(404, "");
   EXPECT_TRUE(service.fetch(kHere, "UA").failure);
-  clock.pass(24h - 1s);
+  clock.advance(24h - 1s);
   EXPECT_TRUE(service.fetch(kHere, "UA").failure);
   EXPECT_EQ(http.requests.size(), 1U);
-  clock.pass(1s);
+  clock.advance(1s);
   http.willAnswer(200, atomFeed({}));
   EXPECT_FALSE(service.fetch(kHere, "UA").failure);
 }
@@ -155,7 +155,7 @@ TEST_F(MeteoAlarmServiceTest, LetsAMissingFeedRestForADay) {
 TEST_F(MeteoAlarmServiceTest, DoesNotTrustAClockThatWasSetBack) {
   http.willAnswer(200, feed);
   ask();
-  clock.setWall(clock.now() - 1h);
+  clock.set(clock.now() - 1h);
   http.willAnswer(200, feed);
   ask();
   EXPECT_EQ(http.requests.size(), 2U);

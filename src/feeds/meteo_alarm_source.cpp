@@ -1,0 +1,21 @@
+#include "feeds/meteo_alarm_source.h"
+
+#include "feeds/meteo_alarm_countries.h"
+
+namespace nimbara {
+
+GovAlertSource meteoAlarmSource(MeteoAlarmService& service) {
+  auto const covers = [](GovAlertPlace const& place) {
+    return meteoAlarmFeedName(isoCountryCode(place.countryCode)).has_value();
+  };
+  auto const fetch = [&service](
+                         GovAlertPlace const& place,
+                         std::stop_token const& stop) -> Result<std::vector<WeatherAlert>, GovSourceFailure> {
+    MeteoAlarmAnswer answer = service.fetch(place.coordinate, place.countryCode, place.regions, stop);
+    if (answer.failure) return std::unexpected(GovSourceFailure{*answer.failure, std::move(answer.alerts)});
+    return std::move(answer.alerts);
+  };
+  return {"meteoalarm", covers, fetch};
+}
+
+}  // namespace nimbara
