@@ -24,6 +24,7 @@ Result<std::string_view, std::string> mapped(int descriptor, std::size_t maxByte
   if (size == 0) return std::string_view();
   void* const address = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, descriptor, 0);
   if (address == MAP_FAILED) return std::unexpected(std::strerror(errno));
+  madvise(address, size, MADV_RANDOM);  // otherwise the neighbours of every page come in too
   return std::string_view(static_cast<char const*>(address), size);
 }
 

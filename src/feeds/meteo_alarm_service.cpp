@@ -40,12 +40,14 @@ MeteoAlarmService::MeteoAlarmService(HttpClient& http, Clock const& clock, std::
       lookUpRegions_(std::move(regions)) {}
 
 std::vector<WeatherAlert> MeteoAlarmService::fetchAlerts(double latitude, double longitude,
-                                                         std::string_view countryCode, std::stop_token stop) {
-  return fetch({latitude, longitude}, countryCode, {}, std::move(stop)).alerts;
+                                                         std::string_view countryCode,
+                                                         std::stop_token const& stop) {
+  return fetch({latitude, longitude}, countryCode, {}, stop).alerts;
 }
 
 MeteoAlarmAnswer MeteoAlarmService::fetch(Coordinate place, std::string_view countryCode,
-                                          std::optional<PlaceRegions> const& regions, std::stop_token stop) {
+                                          std::optional<PlaceRegions> const& regions,
+                                          std::stop_token const& stop) {
   std::lock_guard const lock(mutex_);
   std::string const country = isoCountryCode(countryCode);
   auto const feedName = meteoAlarmFeedName(country);
@@ -89,7 +91,7 @@ MeteoAlarmService::Outcome MeteoAlarmService::request(std::string const& country
   std::string const url = baseUrl_ + "/feeds/meteoalarm-legacy-atom-" + std::string(feedName);
   auto answer = http_.get({url, headersFor(country, conditional), kTimeout, kLongestBody}, stop);
   if (!answer) return std::unexpected("MeteoAlarm cannot be reached: " + answer.error().message);
-  if (answer->status == kOk) return accept(country, std::move(*answer));
+  if (answer->status == kOk) return accept(country, *answer);
   if (answer->status == kNotModified && hasFeedOf(country)) {
     lastFetchDate_ = clock_.now();
     return {};
@@ -104,7 +106,7 @@ MeteoAlarmService::Outcome MeteoAlarmService::request(std::string const& country
 }
 
 /// What is not well formed to its end is not kept, nor what would have it confirmed.
-MeteoAlarmService::Outcome MeteoAlarmService::accept(std::string const& country, HttpResponse answer) {
+MeteoAlarmService::Outcome MeteoAlarmService::accept(std::string const& country, HttpResponse const& answer) {
   MeteoAlarmAtomParser parser;
   if (auto const read = parser.parse(answer.body); !read)
     return std::unexpected("MeteoAlarm's answer is no feed: " + read.error());

@@ -37,11 +37,11 @@ class MeteoAlarmService {
 
   /// The warnings that concern a coordinate, one for each kind. A country without a feed has none.
   std::vector<WeatherAlert> fetchAlerts(double latitude, double longitude, std::string_view countryCode,
-                                        std::stop_token stop = {});
+                                        std::stop_token const& stop = {});
 
   /// The same and whether it is fresh. `regions`, where given, stand in for the look-up.
   MeteoAlarmAnswer fetch(Coordinate place, std::string_view countryCode,
-                         std::optional<PlaceRegions> const& regions = {}, std::stop_token stop = {});
+                         std::optional<PlaceRegions> const& regions = {}, std::stop_token const& stop = {});
 
  private:
   struct Validators {
@@ -56,7 +56,7 @@ class MeteoAlarmService {
   Outcome refresh(std::string const& country, std::string_view feedName, std::stop_token const& stop);
   Outcome request(std::string const& country, std::string_view feedName, bool conditional,
                   std::stop_token const& stop);
-  Outcome accept(std::string const& country, HttpResponse answer);
+  Outcome accept(std::string const& country, HttpResponse const& answer);
   HttpHeaders headersFor(std::string const& country, bool conditional) const;
   PlaceRegions const& regionsOf(Coordinate place);
   std::vector<WeatherAlert> select(Coordinate place, PlaceRegions const& regions, Instant now) const;

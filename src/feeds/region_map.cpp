@@ -80,6 +80,7 @@ class RegionSearch {
     if (found_.empty() && nearest_) found_.push_back(*nearest_);
     std::ranges::stable_sort(found_, {}, [](RegionRecord const& region) { return area(region.box); });
     std::vector<MappedRegion> regions;
+    regions.reserve(found_.size());
     for (RegionRecord const& region : found_) regions.push_back(described(region));
     return regions;
   }
@@ -200,12 +201,12 @@ Result<RegionMap, std::string> RegionMap::over(std::string_view bytes) {
   return map;
 }
 
-Result<RegionMap, std::string> RegionMap::open(std::filesystem::path const& path) {
-  auto file = MappedFile::open(path, kLargestFile);
-  if (!file) return std::unexpected(file.error());
-  auto map = over(file->bytes());
-  if (!map) return std::unexpected("the file " + path.string() + " cannot be used: " + map.error());
-  map->file_ = std::move(*file);
+Result<RegionMap, std::string> RegionMap::open(std::filesystem::path const& file) {
+  auto bytes = MappedFile::open(file, kLargestFile);
+  if (!bytes) return std::unexpected(bytes.error());
+  auto map = over(bytes->bytes());
+  if (!map) return std::unexpected("the file " + file.string() + " cannot be used: " + map.error());
+  map->file_ = std::move(*bytes);
   return map;
 }
 

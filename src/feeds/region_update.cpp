@@ -96,7 +96,8 @@ Result<RegionUpdate, std::string> installRegions(std::vector<std::string_view> c
 }
 
 Result<RegionUpdate, std::string> updateRegions(HttpClient& http, std::string const& baseUrl,
-                                                std::filesystem::path const& file, std::stop_token stop) {
+                                                std::filesystem::path const& file,
+                                                std::stop_token const& stop) {
   auto const list = fetch(http, {baseUrl + std::string(kListPath), {}, kListTimeout, kLongestList},
                           "the list of outlines", stop);
   if (!list) return std::unexpected(list.error());

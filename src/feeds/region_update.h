@@ -26,7 +26,8 @@ struct RegionUpdate {
 /// Fetches the newest of the dated documents that the service keeps. The error is a sentence that says why
 /// nothing has changed, without a full stop.
 Result<RegionUpdate, std::string> updateRegions(HttpClient& http, std::string const& baseUrl,
-                                                std::filesystem::path const& file, std::stop_token stop = {});
+                                                std::filesystem::path const& file,
+                                                std::stop_token const& stop = {});
 
 /// The same from documents at hand, the regions of all of them together.
 Result<RegionUpdate, std::string> installRegions(std::vector<std::string_view> const& documents,
