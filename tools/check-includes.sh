@@ -11,6 +11,7 @@ declare -A may=(
   [analysis]="base platform model analysis"
   [providers]="base platform model providers"
   [feeds]="base platform model gazetteer feeds"
+  [feedserver]="base platform feeds feedserver"
   [app]="base platform model analysis providers gazetteer feeds app"
   [demo]="base platform gazetteer demo"
   [cli]="base platform model analysis providers gazetteer feeds app demo cli"

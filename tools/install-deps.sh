@@ -8,7 +8,7 @@ packages=(
   g++ cmake ninja-build ccache pkg-config git
   # libraries
   libcurl4-openssl-dev libsimdjson-dev libicu-dev libssl-dev libfmt-dev libcli11-dev libcpp-httplib-dev
-  libsqlite3-dev libsdbus-c++-dev libexpat1-dev
+  libsqlite3-dev libsdbus-c++-dev libexpat1-dev zlib1g-dev
   # tests, benchmarks, fuzzing
   dbus-daemon libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev
   # format and lint

@@ -57,12 +57,24 @@ void defineKp(CLI::App& app, CommandLine& line, RawOptions& raw) {
   command->callback([&line] { line.run = runKp; });
 }
 
+void defineFeedServer(CLI::App& app, CommandLine& line, RawOptions& raw) {
+  CLI::App* const command = app.add_subcommand(
+      "feed-server",
+      "Serve earthquakes and satellites' elements from the public sources to many applications");
+  command->add_option("--listen", line.feeds.listen, "Where to listen; port 0 takes a free one")
+      ->capture_default_str()
+      ->type_name("ADDR:PORT");
+  defineCommon(*command, line, raw);
+  command->callback([&line] { line.run = runFeedServer; });
+}
+
 }  // namespace
 
 void defineFeeds(CLI::App& app, CommandLine& line, RawOptions& raw) {
   defineNws(app, line, raw);
   defineQuakes(app, line, raw);
   defineKp(app, line, raw);
+  defineFeedServer(app, line, raw);
 }
 
 }  // namespace nimbara

@@ -16,11 +16,13 @@ struct FeedOptions {
   bool isNear = false;       ///< quakes: only those around `place`
   double radiusKm = 500;     ///< around it
   std::optional<double> minMagnitude;
+  std::string listen = "127.0.0.1:8088";  ///< of feed-server
   bool json = false;
 };
 
 int runNws(CommandLine const& line, Session const& session);
 int runQuakes(CommandLine const& line, Session const& session);
 int runKp(CommandLine const& line, Session const& session);
+int runFeedServer(CommandLine const& line, Session const& session);
 
 }  // namespace nimbara
