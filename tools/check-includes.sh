@@ -12,9 +12,10 @@ declare -A may=(
   [providers]="base platform model providers"
   [feeds]="base platform model gazetteer feeds"
   [feedserver]="base platform feeds feedserver"
-  [app]="base platform model analysis providers gazetteer feeds app"
-  [demo]="base platform gazetteer demo"
-  [cli]="base platform model analysis providers gazetteer feeds app demo cli"
+  [globe]="base platform model globe"
+  [app]="base platform model analysis providers gazetteer feeds globe app"
+  [demo]="base platform gazetteer globe demo"
+  [cli]="base platform model analysis providers gazetteer feeds globe app demo cli"
 )
 
 wrong=0

@@ -1,0 +1,24 @@
+// The deep-space part of the propagator: orbits of 225 minutes and more, which the moon and the sun pull at
+// and which may resonate with the earth's rotation. Used by sat_rec.cpp alone.
+#pragma once
+
+#include "globe/sat_rec.h"
+
+namespace nimbara::SGP4 {
+
+/// The elements of a moment on their way through the theory; angles in radians.
+struct MeanElements {
+  double em, inclm, nodem, argpm, mm;
+  double nm;  ///< mean motion, radians per minute
+};
+
+/// Sets the lunar-solar and the resonance terms of a record whose near-earth terms are set.
+void initialiseDeepSpace(SatRec& record);
+
+/// What moon, sun and resonance have done in `t` minutes.
+void addDeepSpaceSecular(SatRec const& record, double t, MeanElements& elements, ResonanceState& state);
+
+/// The waves with the periods of moon and sun. The inclination comes out positive.
+void addLunarSolarPeriodics(SatRec const& record, double t, MeanElements& elements);
+
+}  // namespace nimbara::SGP4
