@@ -1,0 +1,184 @@
+#include "globe/sgp4_batch.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+
+namespace nimbara::SGP4 {
+
+namespace {
+
+/// The element of a lane, for each field of the block.
+struct LaneField {
+  double (NearEarthBlock::*field)[kLanes];
+  double (*value)(SatRec const&);
+};
+
+template <double SatRec::* member>
+double plain(SatRec const& record) {
+  return record.*member;
+}
+
+constexpr LaneField kLaneFields[] = {
+    {&NearEarthBlock::mo, plain<&SatRec::mo>},
+    {&NearEarthBlock::mdot, plain<&SatRec::mdot>},
+    {&NearEarthBlock::argpo, plain<&SatRec::argpo>},
+    {&NearEarthBlock::argpdot, plain<&SatRec::argpdot>},
+    {&NearEarthBlock::nodeo, plain<&SatRec::nodeo>},
+    {&NearEarthBlock::nodedot, plain<&SatRec::nodedot>},
+    {&NearEarthBlock::nodecf, plain<&SatRec::nodecf>},
+    {&NearEarthBlock::no, plain<&SatRec::no>},
+    {&NearEarthBlock::ecco, plain<&SatRec::ecco>},
+    {&NearEarthBlock::sini, [](SatRec const& r) { return std::sin(r.inclo); }},
+    {&NearEarthBlock::cosi, [](SatRec const& r) { return std::cos(r.inclo); }},
+    {&NearEarthBlock::ao, plain<&SatRec::a>},
+    {&NearEarthBlock::sqrtao, [](SatRec const& r) { return std::sqrt(r.a); }},
+    {&NearEarthBlock::aycof, plain<&SatRec::aycof>},
+    {&NearEarthBlock::xlcof, plain<&SatRec::xlcof>},
+    {&NearEarthBlock::cc1, plain<&SatRec::cc1>},
+    {&NearEarthBlock::d2, plain<&SatRec::d2>},
+    {&NearEarthBlock::d3, plain<&SatRec::d3>},
+    {&NearEarthBlock::d4, plain<&SatRec::d4>},
+    {&NearEarthBlock::bcc4, [](SatRec const& r) { return r.bstar * r.cc4; }},
+    {&NearEarthBlock::bcc5, [](SatRec const& r) { return r.isimp ? 0 : r.bstar * r.cc5; }},
+    {&NearEarthBlock::t2cof, plain<&SatRec::t2cof>},
+    {&NearEarthBlock::t3cof, plain<&SatRec::t3cof>},
+    {&NearEarthBlock::t4cof, plain<&SatRec::t4cof>},
+    {&NearEarthBlock::t5cof, plain<&SatRec::t5cof>},
+    {&NearEarthBlock::omgcof, [](SatRec const& r) { return r.isimp ? 0 : r.omgcof; }},
+    {&NearEarthBlock::xmcof, [](SatRec const& r) { return r.isimp ? 0 : r.xmcof; }},
+    {&NearEarthBlock::eta, plain<&SatRec::eta>},
+    {&NearEarthBlock::delmo, plain<&SatRec::delmo>},
+    {&NearEarthBlock::sinmao, plain<&SatRec::sinmao>},
+};
+static_assert(std::size(kLaneFields) * kLanes * sizeof(double) == sizeof(NearEarthBlock));
+
+void setLane(NearEarthBlock& block, std::size_t lane, SatRec const& record) {
+  for (auto const& [field, value] : kLaneFields) (block.*field)[lane] = value(record);
+}
+
+/// Records whose elements cannot be propagated at all are left to the reference path, which says so.
+bool takesKernel(SatRec const& record) {
+  return !record.isDeepSpace && record.no > 0 && std::isfinite(record.mdot);
+}
+
+StateVector stateOf(StateBlock const& block, std::size_t lane) {
+  StateVector state;
+  state.error = static_cast<int>(block.error[lane]);
+  if (state.error != errorCode::kNone && state.error != errorCode::kDecayed) return state;
+  state.position = {block.x[lane], block.y[lane], block.z[lane]};
+  state.velocity = {block.vx[lane], block.vy[lane], block.vz[lane]};
+  return state;
+}
+
+void setState(StateBlock& block, std::size_t lane, StateVector const& state) {
+  block.x[lane] = state.position[0];
+  block.y[lane] = state.position[1];
+  block.z[lane] = state.position[2];
+  block.vx[lane] = state.velocity[0];
+  block.vy[lane] = state.velocity[1];
+  block.vz[lane] = state.velocity[2];
+  block.error[lane] = state.error;
+}
+
+std::size_t blocksFor(std::size_t count) {
+  return (count + kLanes - 1) / kLanes;
+}
+
+void propagateNearMany(SatRec const& record, std::span<double const> minutes, std::span<StateVector> states,
+                       NearEarthKernel kernel) {
+  NearEarthBlock block;
+  for (std::size_t lane = 0; lane < kLanes; ++lane) setLane(block, lane, record);
+  StateBlock out;
+  std::array<double, kLanes> moments{};
+  for (std::size_t first = 0; first < minutes.size(); first += kLanes) {
+    std::size_t const count = std::min(kLanes, minutes.size() - first);
+    std::copy_n(minutes.begin() + static_cast<std::ptrdiff_t>(first), count, moments.begin());
+    kernel(&block, 0, moments.data(), 1, &out);
+    for (std::size_t lane = 0; lane < count; ++lane) {
+      bool const left = out.error[lane] == kLeftToReference;
+      states[first + lane] = left ? propagate(record, moments[lane]) : stateOf(out, lane);
+    }
+  }
+}
+
+}  // namespace
+
+SatelliteBatch::SatelliteBatch(std::span<SatRec const> records, Kernel kernel)
+    : records_(records), kernel_(kernel) {
+  auto const near = static_cast<std::size_t>(std::ranges::count_if(records, takesKernel));
+  blocks_.resize(blocksFor(near));
+  std::size_t nextNear = 0;
+  std::size_t nextDeep = blocks_.size() * kLanes;
+  slots_.reserve(records.size());
+  for (SatRec const& record : records) {
+    if (takesKernel(record)) {
+      setLane(blocks_[nextNear / kLanes], nextNear % kLanes, record);
+      epochs_.push_back({record.tle.epochDay, record.tle.epochFraction});
+      slots_.push_back(static_cast<std::uint32_t>(nextNear++));
+    } else {
+      deep_.push_back({&record, resonanceStart(record)});
+      slots_.push_back(static_cast<std::uint32_t>(nextDeep++));
+    }
+  }
+  // The last block's other lanes repeat its first one.
+  for (; nextNear % kLanes != 0; ++nextNear) {
+    for (auto const& [field, value] : kLaneFields) {
+      auto& values = blocks_.back().*field;
+      values[nextNear % kLanes] = values[0];
+    }
+    epochs_.push_back(epochs_[nextNear / kLanes * kLanes]);
+  }
+  minutes_.resize(epochs_.size());
+  states_.resize(blocksFor(nextDeep));
+}
+
+void SatelliteBatch::propagate(Moment moment) {
+  for (std::size_t i = 0; i < epochs_.size(); ++i) {
+    minutes_[i] = ((moment.day - epochs_[i].day) + (moment.fraction - epochs_[i].fraction)) * 1440.0;
+  }
+  propagateNear();
+  std::size_t slot = minutes_.size();
+  for (Deep& deep : deep_) propagateDeep(deep, slot++, minutesSince(deep.record->tle, moment));
+}
+
+void SatelliteBatch::propagateSinceEpochs(double minutes) {
+  std::ranges::fill(minutes_, minutes);
+  propagateNear();
+  std::size_t slot = minutes_.size();
+  for (Deep& deep : deep_) propagateDeep(deep, slot++, minutes);
+}
+
+void SatelliteBatch::propagateNear() {
+  bool const left =
+      kernelFunction(kernel_)(blocks_.data(), 1, minutes_.data(), blocks_.size(), states_.data());
+  if (left) propagateLeft();
+}
+
+void SatelliteBatch::propagateLeft() {
+  for (std::size_t i = 0; i < slots_.size(); ++i) {
+    std::size_t const slot = slots_[i];
+    StateBlock& block = states_[slot / kLanes];
+    if (slot < minutes_.size() && block.error[slot % kLanes] == kLeftToReference) {
+      setState(block, slot % kLanes, SGP4::propagate(records_[i], minutes_[slot]));
+    }
+  }
+}
+
+void SatelliteBatch::propagateDeep(Deep& deep, std::size_t slot, double minutes) {
+  setState(states_[slot / kLanes], slot % kLanes, SGP4::propagate(*deep.record, minutes, deep.resonance));
+}
+
+StateVector SatelliteBatch::state(std::size_t index) const {
+  return stateOf(states_[slots_[index] / kLanes], slots_[index] % kLanes);
+}
+
+void propagateMany(SatRec const& record, std::span<double const> minutes, std::span<StateVector> states,
+                   Kernel kernel) {
+  if (takesKernel(record)) return propagateNearMany(record, minutes, states, kernelFunction(kernel));
+  ResonanceState resonance = resonanceStart(record);
+  for (std::size_t i = 0; i < minutes.size(); ++i) states[i] = propagate(record, minutes[i], resonance);
+}
+
+}  // namespace nimbara::SGP4
