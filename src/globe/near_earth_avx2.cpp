@@ -5,7 +5,7 @@ namespace nimbara::SGP4 {
 
 bool propagateAvx2(NearEarthBlock const* blocks, std::size_t stride, double const* minutes, std::size_t count,
                    StateBlock* states) {
-  return lanes::propagateBlocks<lanes::Twice<lanes::Four>>(blocks, stride, minutes, count, states);
+  return lanes::propagateBlocks<lanes::Four>(blocks, stride, minutes, count, states);
 }
 
 }  // namespace nimbara::SGP4

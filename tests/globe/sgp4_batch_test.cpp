@@ -9,6 +9,7 @@
 
 #include <array>
 #include <cmath>
+#include <set>
 
 namespace nimbara::SGP4 {
 namespace {
@@ -78,11 +79,82 @@ TEST_P(EachKernel, AgreesWithTheReferencePath) {
     Worst const month = compareAt(records, GetParam(), {-30 * kDay, 17 * kDay, 30 * kDay});
     EXPECT_LE(month.position, 1e-4) << name;
     EXPECT_LE(month.velocity, 1e-7) << name;
-    RecordProperty("week-" + name, std::to_string(week.position));
-    std::printf("%s %s week %.3g m %.3g m/s month %.3g m %.3g m/s\n",
-                std::string(enumName(GetParam())).c_str(), name.c_str(), week.position, week.velocity,
-                month.position, month.velocity);
   }
+}
+
+/// Near earth, resonant and other deep space, hopeless, below the ground, and drag that blows an orbit up.
+std::vector<SatRec> mixture() {
+  auto records = test::madeSatellites({{21, 300, 900, 1e-4, 0.02, 0, 120, -5, -3},
+                                       {3, 400, 500, 0.3, 0.5, 20, 70, -5, -3},
+                                       {3, 35'780, 35'790, 1e-5, 1e-4, 0, 1, -5, -4},
+                                       {3, 19'000, 20'000, 1e-4, 1e-2, 50, 65, -5, -4},
+                                       {3, 500, 600, 0.7, 0.72, 60, 65, -5, -4},
+                                       {2, -200, -50, 1e-3, 2e-3, 40, 60, -4, -3},
+                                       {3, 120, 170, 1e-3, 2e-2, 40, 60, -3, -1}});
+  TLE hopeless = records.front().tle;
+  hopeless.no_kozai = 0;
+  records.insert(records.begin() + 2, initialise(hopeless));
+  return records;
+}
+
+TEST_P(EachKernel, MixturesKeepTheirOrderAndTheirErrors) {
+  std::vector<SatRec> const records = mixture();
+  std::set<int> codes;
+  for (SatRec const& record : records) codes.insert(propagate(record, 3 * kDay).error);
+  EXPECT_GE(codes.size(), 3U);
+  Worst const worst =
+      compareAt(records, GetParam(), {-3 * kDay, 0, 20, 3 * kDay, 2 * kDay, -kDay, 200 * kDay});
+  EXPECT_GT(worst.compared, 100U);
+  EXPECT_LE(worst.position, 1e-4);
+}
+
+TEST_P(EachKernel, EveryCountFillsItsBlocks) {
+  std::vector<SatRec> const all = mixture();
+  for (std::size_t count = 0; count <= 18; ++count) {
+    compareAt({all.begin(), all.begin() + static_cast<std::ptrdiff_t>(count)}, GetParam(), {77});
+  }
+}
+
+TEST_P(EachKernel, OneSatelliteAtManyMoments) {
+  for (SatRec const& record : mixture()) {
+    std::vector<double> minutes;
+    for (int i = 0; i < 43; ++i) minutes.push_back(-1000 + 77.7 * i);
+    std::vector<StateVector> states(minutes.size());
+    propagateMany(record, minutes, states, GetParam());
+    Worst worst;
+    for (std::size_t i = 0; i < minutes.size(); ++i) {
+      compare(worst, states[i], propagate(record, minutes[i]), std::to_string(record.tle.satnum));
+    }
+    EXPECT_LE(worst.position, 2e-5) << record.tle.satnum;
+  }
+}
+
+TEST_P(EachKernel, TimesACenturyAwayAreFiniteOrErrors) {
+  SatelliteBatch batch(test::madeNearEarth(), GetParam());
+  for (double const minutes : {-5e7, 5e7, 2e9, std::nan("")}) {
+    batch.propagateSinceEpochs(minutes);
+    for (std::size_t i = 0; i < batch.size(); i += 7) {
+      StateVector const state = batch.state(i);
+      EXPECT_TRUE(state.error != errorCode::kNone || std::isfinite(state.position[0])) << minutes;
+    }
+  }
+}
+
+TEST_P(EachKernel, MomentsLoseNoDigits) {
+  std::vector<SatRec> const records = sample("starlink-2022-01-09.txt");
+  if (records.empty()) GTEST_SKIP() << "no samples are named";
+  SatelliteBatch batch(records, GetParam());
+  for (std::size_t i = 0; i < 20; ++i) {
+    TLE const& tle = records[i].tle;
+    batch.propagate({tle.epochDay + 1, tle.epochFraction});
+    EXPECT_LE(1000 * distance(batch.state(i).position, propagate(records[i], kDay).position), 2e-5);
+  }
+}
+
+TEST(Kernels, TheBestIsTheLastThatRunsHere) {
+  EXPECT_EQ(bestKernel(), runnableKernels().back());
+  EXPECT_EQ(runnableKernels().front(), Kernel::scalar);
+  EXPECT_EQ(SatelliteBatch({}).kernel(), bestKernel());
 }
 
 }  // namespace
