@@ -55,6 +55,7 @@ int runDoctor(CommandLine const& line, Session const& session);
 int runWatch(CommandLine const& line, Session const& session);
 int runDemo(CommandLine const& line, Session const& session);
 int runPlaces(CommandLine const& line, Session const& session);
+int runSatellites(CommandLine const& line, Session const& session);
 int runSettings(CommandLine const& line, Session const& session);
 
 /// The clock that the command line asks for.

@@ -37,6 +37,7 @@ void defineCommon(CLI::App& app, CommandLine& line, RawOptions& raw);
 void defineWeather(CLI::App& app, CommandLine& line, RawOptions& raw);
 void defineFeeds(CLI::App& app, CommandLine& line, RawOptions& raw);
 void defineService(CLI::App& app, CommandLine& line, RawOptions& raw);
+void defineSatellites(CLI::App& app, CommandLine& line, RawOptions& raw);
 void definePlaces(CLI::App& app, CommandLine& line, RawOptions& raw);
 void defineSettings(CLI::App& app, CommandLine& line, RawOptions& raw);
 

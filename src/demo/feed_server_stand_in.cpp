@@ -1,5 +1,6 @@
 #include "demo/feed_server_stand_in.h"
 
+#include "demo/satellites_stand_in.h"
 #include "demo/usgs_stand_in.h"
 
 #include <algorithm>
@@ -15,6 +16,7 @@ struct Feed {
 
 constexpr Feed kFeeds[] = {
     {"quakes", usgsDayFeed},
+    {"satellites", satelliteFeed},
 };
 
 }  // namespace

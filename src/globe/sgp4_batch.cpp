@@ -82,6 +82,12 @@ void setState(StateBlock& block, std::size_t lane, StateVector const& state) {
   block.error[lane] = state.error;
 }
 
+std::vector<SatRec const*> pointersTo(std::span<SatRec const> records) {
+  std::vector<SatRec const*> pointers;
+  for (SatRec const& record : records) pointers.push_back(&record);
+  return pointers;
+}
+
 std::size_t blocksFor(std::size_t count) {
   return (count + kLanes - 1) / kLanes;
 }
@@ -106,13 +112,18 @@ void propagateNearMany(SatRec const& record, std::span<double const> minutes, st
 }  // namespace
 
 SatelliteBatch::SatelliteBatch(std::span<SatRec const> records, Kernel kernel)
-    : records_(records), kernel_(kernel) {
-  auto const near = static_cast<std::size_t>(std::ranges::count_if(records, takesKernel));
+    : SatelliteBatch(pointersTo(records), kernel) {}
+
+SatelliteBatch::SatelliteBatch(std::span<SatRec const* const> records, Kernel kernel)
+    : records_(records.begin(), records.end()), kernel_(kernel) {
+  auto const near = static_cast<std::size_t>(
+      std::ranges::count_if(records_, [](SatRec const* record) { return takesKernel(*record); }));
   blocks_.resize(blocksFor(near));
   std::size_t nextNear = 0;
   std::size_t nextDeep = blocks_.size() * kLanes;
-  slots_.reserve(records.size());
-  for (SatRec const& record : records) {
+  slots_.reserve(records_.size());
+  for (SatRec const* const pointer : records_) {
+    SatRec const& record = *pointer;
     if (takesKernel(record)) {
       setLane(blocks_[nextNear / kLanes], nextNear % kLanes, record);
       epochs_.push_back({record.tle.epochDay, record.tle.epochFraction});
@@ -161,7 +172,7 @@ void SatelliteBatch::propagateLeft() {
     std::size_t const slot = slots_[i];
     StateBlock& block = states_[slot / kLanes];
     if (slot < minutes_.size() && block.error[slot % kLanes] == kLeftToReference) {
-      setState(block, slot % kLanes, SGP4::propagate(records_[i], minutes_[slot]));
+      setState(block, slot % kLanes, SGP4::propagate(*records_[i], minutes_[slot]));
     }
   }
 }

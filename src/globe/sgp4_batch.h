@@ -15,6 +15,7 @@ namespace nimbara::SGP4 {
 class SatelliteBatch {
  public:
   /// The records must stay where they are while the batch is used.
+  explicit SatelliteBatch(std::span<SatRec const* const> records, Kernel kernel = bestKernel());
   explicit SatelliteBatch(std::span<SatRec const> records, Kernel kernel = bestKernel());
 
   std::size_t size() const { return slots_.size(); }
@@ -45,7 +46,7 @@ class SatelliteBatch {
   void propagateLeft();
   void propagateDeep(Deep& deep, std::size_t slot, double minutes);
 
-  std::span<SatRec const> records_;
+  std::vector<SatRec const*> records_;
   Kernel kernel_;
   std::vector<NearEarthBlock> blocks_;
   std::vector<Epoch> epochs_;    ///< of the near-earth slots

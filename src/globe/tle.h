@@ -63,6 +63,10 @@ Result<int, std::string> readCatalogNumber(std::string_view columns);
 /// Five characters: digits, or Alpha-5 above 99999. Nothing for numbers below 0 or above 339999.
 Result<std::string, std::string> writeCatalogNumber(int number);
 
+/// The set in its usual form: a name line (none for an empty name) and two lines with their checksums, each
+/// with a line break. The error says what the columns cannot hold.
+Result<std::string, std::string> writeElements(TLE const& tle);
+
 /// The sum of the first 68 columns, 0-9: digits count their value, "-" counts 1.
 int checksumOf(std::string_view line);
 

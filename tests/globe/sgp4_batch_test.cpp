@@ -130,7 +130,8 @@ TEST_P(EachKernel, OneSatelliteAtManyMoments) {
 }
 
 TEST_P(EachKernel, TimesACenturyAwayAreFiniteOrErrors) {
-  SatelliteBatch batch(test::madeNearEarth(), GetParam());
+  auto const records = test::madeNearEarth();
+  SatelliteBatch batch(records, GetParam());
   for (double const minutes : {-5e7, 5e7, 2e9, std::nan("")}) {
     batch.propagateSinceEpochs(minutes);
     for (std::size_t i = 0; i < batch.size(); i += 7) {
@@ -154,7 +155,7 @@ TEST_P(EachKernel, MomentsLoseNoDigits) {
 TEST(Kernels, TheBestIsTheLastThatRunsHere) {
   EXPECT_EQ(bestKernel(), runnableKernels().back());
   EXPECT_EQ(runnableKernels().front(), Kernel::scalar);
-  EXPECT_EQ(SatelliteBatch({}).kernel(), bestKernel());
+  EXPECT_EQ(SatelliteBatch(std::vector<SatRec>()).kernel(), bestKernel());
 }
 
 }  // namespace
