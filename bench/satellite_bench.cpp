@@ -1,6 +1,7 @@
 // Near-earth propagation by every kernel of this machine beside the reference path, over element sets made up
 // like the groups that the globe shows.
 
+#include "globe/satellite_layer.h"
 #include "globe/sgp4_batch.h"
 #include "support/made_satellites.h"
 
@@ -54,6 +55,58 @@ void referenceTick(benchmark::State& state) {
   perPropagation(state, states.size());
 }
 BENCHMARK(referenceTick)->Unit(benchmark::kMicrosecond);
+
+/// Navigation and geostationary orbits, half of them resonant.
+void deepTick(benchmark::State& state, bool batched) {
+  auto const deep = test::madeSatellites(
+      {{500, 19'000, 23'300, 1e-4, 1e-2, 50, 65, -6, -5}, {500, 35'770, 35'800, 1e-5, 1e-3, 0, 5, -6, -5}});
+  SatelliteBatch batch(deep);
+  std::vector<StateVector> states(deep.size());
+  for (auto _ : state) {
+    if (batched) batch.propagate({2461379.5, 0.5});
+    for (std::size_t i = 0; i < (batched ? 0 : deep.size()); ++i) {
+      states[i] = propagate(deep[i], minutesSince(deep[i].tle, {2461379.5, 0.5}));
+    }
+    benchmark::DoNotOptimize(states.data());
+  }
+  perPropagation(state, deep.size());
+}
+BENCHMARK_CAPTURE(deepTick, afresh, false)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(deepTick, batched, true)->Unit(benchmark::kMicrosecond);
+
+std::string elementsText(std::size_t count) {
+  std::string text;
+  for (std::size_t i = 0; i < count; ++i) {
+    TLE tle = records()[i % records().size()].tle;
+    tle.name = "MADE UP";
+    tle.epoch = *parseIso8601("2026-11-20T00:00:00Z");
+    text += writeElements(tle).value();
+  }
+  return text;
+}
+
+constexpr std::size_t kCatalogue = 11'000;
+
+void parseAndInitialise(benchmark::State& state) {
+  std::string const text = elementsText(kCatalogue);
+  auto const& group = *SatelliteCatalog::group("starlink");
+  for (auto _ : state) benchmark::DoNotOptimize(SatelliteCatalog::parse(text, group));
+}
+BENCHMARK(parseAndInitialise)->Unit(benchmark::kMillisecond);
+
+/// Positions, light and colours of the whole catalogue, with the way to the queue and back.
+void layerTick(benchmark::State& state) {
+  auto const& group = *SatelliteCatalog::group("starlink");
+  std::vector<SatelliteGroupLoad> loads(1);
+  loads[0].group = group;
+  loads[0].parsed = SatelliteCatalog::parse(elementsText(kCatalogue), group);
+  SatelliteLayer layer;
+  layer.show(std::move(loads));
+  layer.activate();
+  Instant now = *parseIso8601("2026-11-21T12:00:00Z");
+  for (auto _ : state) layer.propagateNow(now += std::chrono::seconds(1));
+}
+BENCHMARK(layerTick)->Unit(benchmark::kMicrosecond)->UseRealTime();
 
 int registerKernels() {
   for (Kernel const kernel : runnableKernels()) {

@@ -61,9 +61,9 @@ constexpr Part kStations[] = {{"ISS (ZARYA)", plainName, 1, 25544, 418, 0.0006, 
                               {"ISS (NAUKA)", plainName, 1, 49044, 418, 0.0006, 51.63, 0, 0, 0, 2.5e-4},
                               {"CSS (TIANHE)", plainName, 1, 48274, 388, 0.0004, 41.47, 0, 0, 0, 3e-4},
                               {"HST", plainName, 1, 20580, 500, 0.0002, 28.47, 0, 0, 0, 1.5e-4}};
-constexpr Part kStarlink[] = {{"STARLINK-", numberedName, 3600, 44000, 550, 1e-4, 53.05, 72, 0, 0, 3e-4},
-                              {"STARLINK-", numberedName, 2800, 52000, 540, 1e-4, 53.22, 70, 0, 0, 3e-4},
-                              {"STARLINK-", numberedName, 2000, 60000, 530, 1e-4, 43.0, 50, 0, 0, 3e-4},
+constexpr Part kStarlink[] = {{"STARLINK-", numberedName, 3600, 50000, 550, 1e-4, 53.05, 72, 0, 0, 3e-4},
+                              {"STARLINK-", numberedName, 2800, 54000, 540, 1e-4, 53.22, 70, 0, 0, 3e-4},
+                              {"STARLINK-", numberedName, 2000, 57000, 530, 1e-4, 43.0, 50, 0, 0, 3e-4},
                               {"STARLINK-", numberedName, 600, 100010, 570, 1e-4, 70.0, 20, 0, 0, 3e-4}};
 constexpr Part kOneWeb[] = {{"ONEWEB-", numberedName, 648, 44057, 1200, 2e-4, 87.9, 12, 0, 0, 1e-4}};
 constexpr Part kWeather[] = {{"DEMOSAT POLAR-", numberedName, 24, 28054, 830, 1e-3, 98.75, 0, 15, 0.1, 5e-5},
@@ -71,7 +71,7 @@ constexpr Part kWeather[] = {{"DEMOSAT POLAR-", numberedName, 24, 28054, 830, 1e
 constexpr Part kGalileo[] = {{"", galileoName, 27, 37846, 23222, 2e-4, 56.0, 3, 0, 0, 0}};
 constexpr Part kGlonass[] = {{"", glonassName, 24, 29670, 19130, 1e-3, 64.8, 3, 0, 0, 0}};
 constexpr Part kCosmos[] = {{"COSMOS 2251 DEB", plainName, 584, 33757, 780, 0.012, 74.0, 0, 70, 0.3, 1e-3}};
-constexpr Part kIridium[] = {{"IRIDIUM 33 DEB", plainName, 111, 33773, 760, 0.01, 86.4, 0, 60, 0.2, 1e-3}};
+constexpr Part kIridium[] = {{"IRIDIUM 33 DEB", plainName, 111, 34400, 760, 0.01, 86.4, 0, 60, 0.2, 1e-3}};
 constexpr Part kFengyun[] = {{"FENGYUN 1C DEB", plainName, 1200, 29712, 850, 0.015, 98.9, 0, 100, 0.6, 1e-3}};
 
 struct DemoGroup {

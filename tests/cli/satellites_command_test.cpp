@@ -1,0 +1,208 @@
+#include "cli/satellite_map.h"
+#include "demo/demo_server.h"
+#include "globe/sat_rec.h"
+#include "support/instants.h"
+#include "support/temporary_folder.h"
+#include "support/test_console.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace nimbara {
+namespace {
+
+using test::at;
+using test::CliRun;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+constexpr char kNow[] = "2026-11-21T09:20:00Z";
+
+/// A made-up set near the earth, one whose mean eccentricity is out of range, and something unreadable.
+std::string elementsText() {
+  SGP4::TLE tle;
+  tle.name = "MADE UP";
+  tle.satnum = 123'456;
+  tle.epoch = at("2026-11-20T06:00:00Z");
+  tle.epochDay = 2461364.5;
+  tle.epochFraction = 0.25;
+  tle.inclo = 0.9;
+  tle.ecco = 0.001;
+  tle.no_kozai = 0.0675;
+  tle.bstar = 1e-4;
+  std::string text = SGP4::writeElements(tle).value();
+  tle.name = "SUNK";
+  tle.satnum = 7;
+  tle.no_kozai = 0.0755;
+  text += SGP4::writeElements(tle).value();
+  return text + "BROKEN\n1 00008U 26001A   26324.25000000\n";
+}
+
+struct SatelliteCommands : testing::Test {
+  test::TemporaryFolder folder;
+  FixedClock clock{at(kNow)};
+  std::unique_ptr<DemoServer> server = *DemoServer::start(clock, {});
+  std::string base = server->baseUrl();
+
+  CliRun run(std::vector<std::string> arguments, std::string const& now = kNow) const {
+    arguments.insert(arguments.end(), {"--services", base, "--now", now});
+    Environment environment = test::plainEnvironment();
+    environment.cacheDirectory = folder.path() / "cache";
+    environment.dataDirectory = folder.path() / "data";
+    return test::run(arguments, environment);
+  }
+  std::string file() const {
+    folder.write("made.tle", elementsText());
+    return (folder.path() / "made.tle").string();
+  }
+};
+
+TEST_F(SatelliteCommands, PropagateRecordsInFileOrderAndTimesInListOrder) {
+  CliRun const answer =
+      run({"satellites", "propagate", "--tle", file(), "--minutes", "90,0,-30.5", "--json"});
+  EXPECT_EQ(answer.exitCode, 0);
+  std::vector<std::string> heads;
+  for (std::size_t i = answer.out.find("{"); i != std::string::npos; i = answer.out.find("{", i + 1)) {
+    heads.push_back(answer.out.substr(i + 1, answer.out.find(",\"error\"", i) - i - 1));
+  }
+  EXPECT_THAT(heads, testing::ElementsAre(R"("satnum":123456,"minutes":90)", R"("satnum":123456,"minutes":0)",
+                                          R"("satnum":123456,"minutes":-30.5)", R"("satnum":7,"minutes":90)",
+                                          R"("satnum":7,"minutes":0)", R"("satnum":7,"minutes":-30.5)"));
+  EXPECT_THAT(answer.out, HasSubstr(R"("satnum":7,"minutes":0,"error":6,"position":[)"));
+  EXPECT_THAT(answer.err, HasSubstr("line 8 of"));
+  EXPECT_THAT(answer.err, HasSubstr("line 1 has no line 2 behind it; the record is left out"));
+}
+
+TEST_F(SatelliteCommands, EveryNumberOfAStateHasEightDecimals) {
+  std::string const out =
+      run({"satellites", "propagate", "--tle", file(), "--minutes", "0:100:25", "--json"}).out;
+  std::size_t numbers = 0;
+  for (std::size_t i = out.find('['); i + 1 < out.size(); i = out.find_first_of("[,", i + 1)) {
+    if (i == std::string::npos) break;
+    std::size_t const end = out.find_first_of(",]}", i + 1);
+    std::string_view const number = std::string_view(out).substr(i + 1, end - i - 1);
+    if (number.empty() || !(number[0] == '-' || std::isdigit(static_cast<unsigned char>(number[0]))))
+      continue;
+    std::size_t const point = number.find('.');
+    ASSERT_NE(point, std::string_view::npos) << number;
+    EXPECT_GE(number.size() - point - 1, 8U) << number;
+    ++numbers;
+  }
+  EXPECT_EQ(numbers, 2U * 5 * 6);
+}
+
+TEST_F(SatelliteCommands, ListsOfMinutesAreUnderstoodOrRefused) {
+  std::pair<std::string, long> const good[] = {{"0", 1},        {"0,360,720", 3}, {"0:1440:360", 5},
+                                               {"-60:0:20", 4}, {"10:0:-5", 3},   {"0:100:30", 4},
+                                               {"5:5:1", 1},    {" 1 , 2 ", 2}};
+  for (auto const& [list, count] : good) {
+    CliRun const answer = run({"satellites", "propagate", "--tle", file(), "--minutes", list, "--json"});
+    EXPECT_EQ(std::ranges::count(answer.out, '{'), 2 * count) << list;
+  }
+  for (std::string const bad :
+       {"", "x", "1,,2", "0:10", "0:10:0", "0:10:-1", "0:1:1e-9", "0:10:1:1", "nan", "1e30"}) {
+    CliRun const answer = run({"satellites", "propagate", "--tle", file(), "--minutes", bad});
+    EXPECT_EQ(answer.exitCode, exitCode::kUsage) << bad;
+    EXPECT_TRUE(answer.out.empty()) << bad;
+  }
+}
+
+TEST_F(SatelliteCommands, FilesThatHoldNothingAreSaidSo) {
+  folder.write("page.html", "<html></html>");
+  std::string const page = (folder.path() / "page.html").string();
+  EXPECT_THAT(run({"satellites", "propagate", "--tle", page, "--minutes", "0"}).err,
+              EndsWith("holds no element sets\n"));
+  EXPECT_EQ(run({"satellites", "propagate", "--tle", page + ".none", "--minutes", "0"}).exitCode,
+            exitCode::kUnavailable);
+  EXPECT_EQ(run({"satellites", "bench", page, "yesterday"}).exitCode, exitCode::kUsage);
+}
+
+TEST_F(SatelliteCommands, BenchPrintsALineForEachShape) {
+  CliRun const answer = run({"satellites", "bench", file(), "2026-11-21T12:00:00Z"});
+  EXPECT_EQ(answer.exitCode, 0);
+  EXPECT_THAT(answer.out, testing::MatchesRegex("nimbara tick\\|[0-9.]+\nnimbara times\\|[0-9.]+\n"
+                                                "nimbara scalar tick\\|[0-9.]+\n"));
+  EXPECT_THAT(answer.err, HasSubstr("nimbara: kernel "));
+}
+
+TEST_F(SatelliteCommands, ListNamesGroupsAndKinds) {
+  CliRun const answer = run({"satellites", "list", "--group", "stations", "--json"});
+  EXPECT_EQ(answer.exitCode, 0);
+  EXPECT_THAT(answer.out, StartsWith(R"~([{"noradID":25544,"name":"ISS (ZARYA)","group":"stations",)~"
+                                     R"~("kind":"iss","epoch":"2026-11-21T)~"));
+  CliRun const two = run({"satellites", "list", "--group", "galileo", "--group", "glo-ops"});
+  EXPECT_EQ(std::ranges::count(two.out, '\n'), 27 + 24);
+  CliRun const wrong = run({"satellites", "list", "--group", "noaa"});
+  EXPECT_EQ(wrong.exitCode, exitCode::kUsage);
+  EXPECT_THAT(wrong.err, HasSubstr("'noaa' is no group; choose from stations, starlink"));
+}
+
+TEST_F(SatelliteCommands, AllGroupsTogetherHoldNumbersBeyondFiveDigits) {
+  CliRun const answer = run({"satellites", "positions", "--json"});
+  EXPECT_EQ(answer.exitCode, 0);
+  EXPECT_TRUE(answer.err.empty()) << answer.err;
+  EXPECT_GT(std::ranges::count(answer.out, '{'), 11'000);
+  EXPECT_THAT(answer.out, HasSubstr(R"({"noradID":100010,"name":"STARLINK-1000")"));
+}
+
+TEST_F(SatelliteCommands, InfoFindsByNameAndByNumber) {
+  CliRun const byName = run({"satellites", "info", "iss", "--json"});
+  CliRun const byNumber = run({"satellites", "info", "25544", "--json"});
+  EXPECT_EQ(byName.out, byNumber.out);
+  EXPECT_THAT(byName.out,
+              StartsWith(R"~({"id":"25544","name":"ISS (ZARYA)","noradID":25544,"kind":"sat.kind.iss",)~"
+                         R"~("systemImage":"smallcircle.filled.circle","altitudeKm":4)~"));
+  EXPECT_THAT(run({"satellites", "info", "ONEWEB-1003"}).out, HasSubstr("OneWeb satellite"));
+  CliRun const none = run({"satellites", "info", "no such thing"});
+  EXPECT_EQ(none.exitCode, exitCode::kUnavailable);
+  EXPECT_THAT(none.err, HasSubstr("no satellite is called 'no such thing'"));
+}
+
+TEST_F(SatelliteCommands, OrbitBeginsNow) {
+  CliRun const answer = run({"satellites", "orbit", "CSS", "--json"});
+  EXPECT_THAT(answer.out, StartsWith(R"([{"time":"2026-11-21T09:20:00Z","latitude":)"));
+  EXPECT_EQ(std::ranges::count(answer.out, '{'), 181);
+}
+
+TEST_F(SatelliteCommands, PassesTellOfLightDarknessAndClouds) {
+  CliRun const all = run({"satellites", "passes", "52.52,13.41", "--days", "2", "--json"});
+  EXPECT_EQ(all.exitCode, 0);
+  EXPECT_THAT(all.out, StartsWith(R"~([{"name":"ISS (ZARYA)","rise":{"time":"2026-11-2)~"));
+  EXPECT_THAT(all.out, HasSubstr(R"("cloudCover":)"));
+  EXPECT_THAT(all.out, HasSubstr(R"("skyDark":false)"));
+  CliRun const visible = run({"satellites", "passes", "52.52,13.41", "--days", "2", "--visible", "--json"});
+  EXPECT_THAT(visible.out, Not(HasSubstr(R"("skyDark":false)")));
+  EXPECT_THAT(visible.out, Not(HasSubstr(R"("sunlit":false)")));
+  EXPECT_LT(visible.out.size(), all.out.size());
+  EXPECT_EQ(run({"satellites", "passes", "1,2", "--days", "0"}).exitCode, exitCode::kUsage);
+}
+
+TEST_F(SatelliteCommands, OldElementsServeWithoutTheServer) {
+  ASSERT_EQ(run({"satellites", "info", "HST"}).exitCode, 0);
+  server.reset();
+  base = "http://127.0.0.1:1";
+  EXPECT_TRUE(run({"satellites", "info", "HST"}, "2026-11-21T15:19:59Z").err.empty());
+  CliRun const old = run({"satellites", "info", "HST"}, "2026-11-21T15:20:00Z");
+  EXPECT_EQ(old.exitCode, 0);
+  EXPECT_THAT(old.err, HasSubstr("the elements of 2026-11-21T09:20:00Z are used"));
+  CliRun const none = run({"satellites", "list", "--group", "galileo"});
+  EXPECT_EQ(none.exitCode, exitCode::kUnavailable);
+  EXPECT_THAT(none.err, HasSubstr("the satellites of the group galileo cannot be had"));
+}
+
+TEST(SatelliteMap, PutsSatellitesWhereTheyAre) {
+  Style style;
+  style.ascii = true;
+  std::string const map = satelliteMap({{89, -179}, {-89, 179}, {-89, 178}}, at(kNow), 40, style);
+  EXPECT_EQ(map.size(), 10U * 41);
+  EXPECT_EQ(map.front(), 'o');
+  EXPECT_EQ(map[map.size() - 2], 'O');
+  EXPECT_EQ(std::ranges::count(map, 'o') + std::ranges::count(map, 'O'), 2);
+}
+
+}  // namespace
+}  // namespace nimbara

@@ -1,0 +1,67 @@
+#include "demo/feed_server_stand_in.h"
+#include "globe/satellite_catalog.h"
+#include "support/instants.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+namespace nimbara {
+namespace {
+
+using test::at;
+
+DemoAnswer ask(std::map<std::string, std::string, std::less<>> const& query, std::string const& now) {
+  DemoRequest request;
+  request.query = [&](std::string_view name) {
+    auto const found = query.find(name);
+    return found == query.end() ? std::string() : found->second;
+  };
+  return feedServerFeed(request, at(now));
+}
+
+TEST(SatellitesStandIn, ServesSoundElementsForEveryGroup) {
+  std::set<int> numbers;
+  std::size_t total = 0;
+  for (auto const& group : SatelliteCatalog::groups()) {
+    auto const answer = ask({{"f", "satellites"}, {"p", std::string(group.id)}}, "2026-11-21T09:20:00Z");
+    EXPECT_EQ(answer.status, 200);
+    auto const parsed = SatelliteCatalog::parse(answer.body, group);
+    EXPECT_EQ(parsed.dropped, 0U) << group.id;
+    EXPECT_FALSE(parsed.entries.empty()) << group.id;
+    total += parsed.entries.size();
+    for (auto const& entry : parsed.entries) {
+      numbers.insert(entry.satrec.tle.satnum);
+      auto const age = at("2026-11-21T09:20:00Z") - entry.satrec.tle.epoch;
+      EXPECT_TRUE(age > std::chrono::hours(0) && age < std::chrono::hours(24)) << entry.name;
+      int const later = SGP4::propagate(entry.satrec, 7 * 1440).error;
+      EXPECT_EQ(later, SGP4::errorCode::kNone) << entry.name;
+    }
+  }
+  EXPECT_EQ(numbers.size(), total) << "numbers are told apart";
+  EXPECT_GT(total, 11'000U);
+  EXPECT_GT(*numbers.rbegin(), 99'999);
+}
+
+TEST(SatellitesStandIn, GroupsHoldTheKindsThatTheyAreNamedFor) {
+  std::pair<std::string, SatelliteCatalog::Kind> const rows[] = {
+      {"stations", SatelliteCatalog::Kind::iss},  {"starlink", SatelliteCatalog::Kind::starlink},
+      {"oneweb", SatelliteCatalog::Kind::oneweb}, {"weather", SatelliteCatalog::Kind::geo},
+      {"galileo", SatelliteCatalog::Kind::gps},   {"glo-ops", SatelliteCatalog::Kind::gps}};
+  for (auto const& [id, kind] : rows) {
+    auto const body = ask({{"f", "satellites"}, {"p", id}}, "2056-02-29T00:00:00Z").body;
+    auto const parsed = SatelliteCatalog::parse(body, *SatelliteCatalog::group(id));
+    EXPECT_GT(std::ranges::count(parsed.entries, kind, &SatelliteCatalog::Entry::kind), 0) << id;
+  }
+}
+
+TEST(SatellitesStandIn, OtherGroupsAndFeedsAreNotFound) {
+  EXPECT_EQ(ask({{"f", "satellites"}, {"p", "noaa"}}, "2026-11-21T09:20:00Z").status, 404);
+  EXPECT_EQ(ask({{"f", "nothing"}}, "2026-11-21T09:20:00Z").status, 404);
+  EXPECT_EQ(ask({}, "2026-11-21T09:20:00Z").status, 404);
+}
+
+}  // namespace
+}  // namespace nimbara
