@@ -4,6 +4,7 @@ set -euo pipefail
 build=${1:?usage: bench/run.sh BUILD-FOLDER}
 grep -m1 'model name' /proc/cpuinfo
 "$build/bench/forecast_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
+"$build/bench/nws_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
 "$build/bench/gazetteer_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
 "$build/bench/feeds_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
 "$build/bench/satellite_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true

@@ -90,7 +90,9 @@ TEST_F(FeedCommands, NameTheOffendingWord) {
        {Row{{"nws", "91,0"}, "91,0"}, Row{{"nws", "40,-100", "--view", "snow"}, "snow"},
         Row{{"nws", "40,-100", "--country", "usa"}, "usa"}, Row{{"quakes", "--radius", "5"}, "--near"},
         Row{{"quakes", "--near", "0,200"}, "0,200"}, Row{{"quakes", "--near", "0,0", "--radius", "-1"}, "-1"},
-        Row{{"quakes", "--min-magnitude", "big"}, "big"}, Row{{"kp", "now"}, "now"}}) {
+        Row{{"quakes", "--min-magnitude", "big"}, "big"}, Row{{"kp", "now"}, "now"},
+        Row{{"feed-server", "--listen", "nowhere"}, "nowhere"},
+        Row{{"feed-server", "--listen", "127.0.0.1:70000"}, "70000"}}) {
     CliRun const result = test::run(row.arguments, environment_);
     EXPECT_EQ(result.exitCode, exitCode::kUsage) << row.word;
     EXPECT_THAT(result.err, HasSubstr(row.word));
