@@ -57,10 +57,10 @@ TEST(SatellitesStandIn, GroupsHoldTheKindsThatTheyAreNamedFor) {
   }
 }
 
-TEST(SatellitesStandIn, OtherGroupsAndFeedsAreNotFound) {
+TEST(SatellitesStandIn, RefusesOtherGroupsAndFeeds) {
   EXPECT_EQ(ask({{"f", "satellites"}, {"p", "noaa"}}, "2026-11-21T09:20:00Z").status, 404);
-  EXPECT_EQ(ask({{"f", "nothing"}}, "2026-11-21T09:20:00Z").status, 404);
-  EXPECT_EQ(ask({}, "2026-11-21T09:20:00Z").status, 404);
+  EXPECT_EQ(ask({{"f", "nothing"}}, "2026-11-21T09:20:00Z").status, 400);
+  EXPECT_EQ(ask({}, "2026-11-21T09:20:00Z").status, 400);
 }
 
 }  // namespace
