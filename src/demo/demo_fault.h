@@ -24,9 +24,9 @@ enum class DemoService {
 };
 
 template <>
-inline constexpr auto enumNames<DemoService> = std::to_array<std::string_view>(
-    {"openMeteo", "openMeteoGeocoding", "appleWeather", "yrNo", "wttrIn", "nws", "swpc", "usgs", "feedServer",
-     "meteoAlarm", "meteoAlarmRegions"});
+inline constexpr auto enumNames<DemoService> =
+    std::to_array<std::string_view>({"openMeteo", "openMeteoGeocoding", "appleWeather", "yrNo", "wttrIn",
+                                     "nws", "swpc", "usgs", "feedServer", "meteoAlarm", "meteoAlarmRegions"});
 static_assert(enumNamesComplete(DemoService::meteoAlarmRegions));
 
 struct DemoFault {
