@@ -18,6 +18,10 @@ constexpr int kCellsPerRow = 4;
 struct Grid {
   int columns, rows;
 
+  std::size_t cell(int column, int row) const {
+    return static_cast<std::size_t>(row) * static_cast<std::size_t>(columns) +
+           static_cast<std::size_t>(column);
+  }
   int column(double longitude) const {
     return std::clamp(static_cast<int>(std::floor((longitude + 180) / 360 * columns)), 0, columns - 1);
   }
@@ -45,14 +49,14 @@ std::string satelliteMap(std::vector<Coordinate> const& satellites, Instant now,
                          Style const& style) {
   int const columns = std::clamp(width, kNarrowest, kWidest);
   Grid const grid{columns, columns / kCellsPerRow};
-  std::vector<int> counts(static_cast<std::size_t>(grid.columns * grid.rows));
+  std::vector<int> counts(grid.cell(0, grid.rows));
   for (Coordinate const& each : satellites) {
-    ++counts[static_cast<std::size_t>(grid.row(each.latitude) * grid.columns + grid.column(each.longitude))];
+    ++counts[grid.cell(grid.column(each.longitude), grid.row(each.latitude))];
   }
   std::string out;
   for (int row = 0; row < grid.rows; ++row) {
     for (int column = 0; column < grid.columns; ++column) {
-      int const count = counts[static_cast<std::size_t>(row * grid.columns + column)];
+      int const count = counts[grid.cell(column, row)];
       out += cellText(grid.middle(column, row), count, now, style);
     }
     out += "\n";

@@ -277,6 +277,7 @@ class CatalogRun {
     auto const positions = currentPositions();
     if (!positions) return std::unexpected(positions.error());
     std::vector<Coordinate> places;
+    places.reserve(positions->size());
     for (auto const& each : *positions) places.push_back({each.latitude, each.longitude});
     return satelliteMap(places, clock_->now(), widthOf(session_), styleOf(session_));
   }

@@ -43,6 +43,7 @@ std::optional<std::vector<double>> ranged(std::vector<std::string_view> const& p
   double const steps = std::floor((*to - *from) / *step + 1e-9);
   if (!(steps >= 0) || steps >= static_cast<double>(kMostMoments)) return std::nullopt;
   std::vector<double> minutes;
+  minutes.reserve(static_cast<std::size_t>(steps) + 1);
   for (int i = 0; i <= static_cast<int>(steps); ++i) minutes.push_back(*from + *step * i);
   return minutes;
 }
@@ -71,6 +72,7 @@ Outcome<std::vector<SGP4::SatRec>> readRecords(std::string const& file, Session 
     return std::unexpected(Trouble{exitCode::kUnavailable, oneLine(file) + " holds no element sets"});
   }
   std::vector<SGP4::SatRec> records;
+  records.reserve(document.elements.size());
   for (SGP4::TLE const& tle : document.elements) records.push_back(SGP4::initialise(tle));
   return records;
 }

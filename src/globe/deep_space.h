@@ -16,9 +16,9 @@ struct MeanElements {
 void initialiseDeepSpace(SatRec& record);
 
 /// What moon, sun and resonance have done in `t` minutes.
-void addDeepSpaceSecular(SatRec const& record, double t, MeanElements& elements, ResonanceState& state);
+void addDeepSpaceSecular(SatRec const& rec, double t, MeanElements& m, ResonanceState& state);
 
 /// The waves with the periods of moon and sun. The inclination comes out positive.
-void addLunarSolarPeriodics(SatRec const& record, double t, MeanElements& elements);
+void addLunarSolarPeriodics(SatRec const& rec, double t, MeanElements& m);
 
 }  // namespace nimbara::SGP4

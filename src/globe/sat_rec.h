@@ -90,8 +90,8 @@ struct ResonanceState {
 /// The state `tsince` minutes after the record's epoch: the reference path.
 StateVector propagate(SatRec const& record, double tsince);
 
-/// The same for a row of moments of one satellite. `state` begins as a copy of the record's.
-StateVector propagate(SatRec const& record, double tsince, ResonanceState& state);
+/// The same for a row of moments of one satellite. `resonance` begins as a copy of the record's.
+StateVector propagate(SatRec const& rec, double tsince, ResonanceState& resonance);
 inline ResonanceState resonanceStart(SatRec const& record) {
   return {record.atime, record.xli, record.xni};
 }

@@ -31,13 +31,13 @@ SatelliteFeed::SatelliteFeed(HttpClient& http, Clock const& clock, std::string b
     : http_(http), clock_(clock), baseUrl_(std::move(baseUrl)), folder_(std::move(folder)) {}
 
 Result<SatelliteGroupLoad, std::string> SatelliteFeed::load(SatelliteCatalog::Group const& group,
-                                                            std::stop_token stop) {
+                                                            std::stop_token const& stop) {
   using Source = SatelliteGroupLoad::Source;
   std::lock_guard const lock(turn_);
   Instant const now = clock_.now();
   auto const old = kept(group);
   if (old && isFresh(old->fetched, now)) return loadOf(group, Source::file, old->body, old->fetched);
-  auto body = ask(group, std::move(stop));
+  auto body = ask(group, stop);
   if (body) {
     keep(group, *body);
     return loadOf(group, Source::server, *body, now);
@@ -47,7 +47,7 @@ Result<SatelliteGroupLoad, std::string> SatelliteFeed::load(SatelliteCatalog::Gr
 }
 
 Result<std::string, std::string> SatelliteFeed::ask(SatelliteCatalog::Group const& group,
-                                                    std::stop_token stop) {
+                                                    std::stop_token const& stop) {
   std::string const what = "the satellites of the group " + std::string(group.id) + " cannot be had: ";
   Instant const now = clock_.now();
   if (auto const pause = notBefore_.find(group.id); pause != notBefore_.end() && now < pause->second) {

@@ -40,7 +40,7 @@ class SatelliteFeed {
 
   /// The error is a sentence without a full stop: neither server nor file had the group.
   Result<SatelliteGroupLoad, std::string> load(SatelliteCatalog::Group const& group,
-                                               std::stop_token stop = {});
+                                               std::stop_token const& stop = {});
 
  private:
   struct Text {
@@ -50,7 +50,7 @@ class SatelliteFeed {
 
   std::filesystem::path fileOf(SatelliteCatalog::Group const& group) const;
   std::optional<Text> kept(SatelliteCatalog::Group const& group) const;
-  Result<std::string, std::string> ask(SatelliteCatalog::Group const& group, std::stop_token stop);
+  Result<std::string, std::string> ask(SatelliteCatalog::Group const& group, std::stop_token const& stop);
   void keep(SatelliteCatalog::Group const& group, std::string_view body) const;
 
   HttpClient& http_;

@@ -12,7 +12,7 @@ constexpr double kDegrees = 180 / std::numbers::pi;
 constexpr double kTurnsPerDay = 1440 / (2 * std::numbers::pi);
 constexpr double kUnixEpochJulianDate = 2440587.5;
 
-std::string padded(std::string text, std::size_t width, char filling = ' ') {
+std::string padded(std::string const& text, std::size_t width, char filling = ' ') {
   return text.size() < width ? std::string(width - text.size(), filling) + text : text;
 }
 
@@ -57,7 +57,7 @@ std::string exponentialText(double value) {
          std::to_string(std::abs(exponent));
 }
 
-std::string sealed(std::string line) {
+std::string sealed(std::string const& line) {
   return line + std::to_string(checksumOf(line)) + "\n";
 }
 
