@@ -28,15 +28,15 @@ WeatherCache::Source sourceOf(std::string const& servicesBase) {
 
 template <class Client>
 ForecastProvider providerOf(Client& client, bool isConfigured = true) {
-  return {[&client](double latitude, double longitude, std::stop_token stop) {
-            return client.fetchForecast(latitude, longitude, std::move(stop));
+  return {[&client](double latitude, double longitude, std::stop_token const& stop) {
+            return client.fetchForecast(latitude, longitude, stop);
           },
           isConfigured};
 }
 
 }  // namespace
 
-Composition::Composition(Settings const& settings, Clock const& clock, Options options)
+Composition::Composition(Settings const& settings, Clock const& clock, Options const& options)
     : configuration_(configurationOf(settings)),
       services_(configuration_, options.servicesBase),
       http_(options.program, userAgent(configuration_)),

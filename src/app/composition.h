@@ -34,7 +34,7 @@ class Composition {
     std::filesystem::path cacheDirectory;  ///< empty: nothing outlives the process
   };
 
-  Composition(Settings const& settings, Clock const& clock, Options options);
+  Composition(Settings const& settings, Clock const& clock, Options const& options);
 
   HttpClient& http() { return http_; }
   ServiceDirectory const& services() const { return services_; }

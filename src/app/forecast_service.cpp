@@ -73,8 +73,8 @@ std::optional<ForecastAnswer> ForecastService::cached(Place const& place) {
   return answer;
 }
 
-Result<ForecastAnswer, APIError> ForecastService::fetch(Place const& place, std::stop_token stop) {
-  auto fetched = providers_.fetch(place.coordinate.latitude, place.coordinate.longitude, std::move(stop));
+Result<ForecastAnswer, APIError> ForecastService::fetch(Place const& place, std::stop_token const& stop) {
+  auto fetched = providers_.fetch(place.coordinate.latitude, place.coordinate.longitude, stop);
   if (!fetched) return std::unexpected(fetched.error());
   std::string const key = cacheKey(place.coordinate);
   cache_.store(key, fetched->response, fetched->provider);
@@ -85,12 +85,12 @@ Result<ForecastAnswer, APIError> ForecastService::fetch(Place const& place, std:
 }
 
 Result<ForecastAnswer, APIError> ForecastService::get(Place const& place, WeatherProviderOption wanted,
-                                                      std::stop_token stop) {
+                                                      std::stop_token const& stop) {
   auto kept = cached(place);
   bool const suits =
       kept && !kept->stale && (wanted == WeatherProviderOption::automatic || kept->provider == wanted);
   if (suits) return std::move(*kept);
-  auto fetched = fetch(place, std::move(stop));
+  auto fetched = fetch(place, stop);
   bool const wasCancelled = !fetched && fetched.error().transport == HttpError::Kind::cancelled;
   if (fetched || !kept || wasCancelled) return fetched;
   kept->failure = fetched.error();

@@ -45,11 +45,11 @@ class ForecastService {
   /// What the cache holds of the place, however old.
   std::optional<ForecastAnswer> cached(Place const& place);
   /// Asks the providers and keeps the answer.
-  Result<ForecastAnswer, APIError> fetch(Place const& place, std::stop_token stop = {});
+  Result<ForecastAnswer, APIError> fetch(Place const& place, std::stop_token const& stop = {});
   /// The cached forecast while it is fresh and comes from `wanted`; else a new one; else, with `failure` set,
   /// the last good one.
   Result<ForecastAnswer, APIError> get(Place const& place, WeatherProviderOption wanted,
-                                       std::stop_token stop = {});
+                                       std::stop_token const& stop = {});
 
   Wording const& wording() const { return wording_; }
 

@@ -88,6 +88,7 @@ class AlertsRun {
     if (alerts_.empty()) return std::string(context_.texts().text("report.noAlerts")) + "\n";
     calendar_ = Calendar::forZone(timeZoneAt(place_.coordinate)).value_or(calendar_);
     std::vector<WarningEntry> entries;
+    entries.reserve(alerts_.size());
     for (WeatherAlert const& alert : alerts_) entries.push_back(warningEntry(alert));
     return warningPage(entries, page());
   }

@@ -44,12 +44,12 @@ class ForecastRun {
 
  private:
   /// Asks and prints.
-  Result<void, Failure> ask(RunContext::Departure departure) {
+  Result<void, Failure> ask(RunContext::Departure const& departure) {
     if (common_.verbose) {
       session_.console.err("nimbara: asking " +
                            (departure.servicesBase.empty() ? "the services" : departure.servicesBase) + "\n");
     }
-    RunContext context(common_, session_, *clock_, std::move(departure));
+    RunContext context(common_, session_, *clock_, departure);
     auto const place = context.place(options_.place);
     if (!place) return std::unexpected(place.error());
     auto const answer = forecast(context, *place);

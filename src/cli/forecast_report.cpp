@@ -242,7 +242,7 @@ class Report {
 
   /// When the forecast was fetched: the clock alone on the same day, else with its date.
   std::string fetched() const {
-    std::string const clock = formatClock24(context_.calendar.local(data_.fetchedAt));
+    std::string clock = formatClock24(context_.calendar.local(data_.fetchedAt));
     if (context_.calendar.isSameDay(data_.fetchedAt, context_.options.now)) return clock;
     return formatDate(context_.calendar.day(data_.fetchedAt)) + " " + clock;
   }

@@ -158,11 +158,12 @@ std::span<LineField const> lineFields() {
 }
 
 std::string ageText(Instant then, Instant now, Texts const& texts) {
-  auto const minutes = std::chrono::floor<std::chrono::minutes>(now - then).count();
-  if (minutes < 1) return std::string(texts.text("report.justNow"));
-  if (minutes < 120) return texts.format("report.minutesAgo", minutes);
-  if (minutes < 48 * 60) return texts.format("report.hoursAgo", minutes / 60);
-  return texts.format("report.daysAgo", minutes / (24 * 60));
+  using namespace std::chrono;
+  auto const age = now - then;
+  if (age < minutes(1)) return std::string(texts.text("report.justNow"));
+  if (age < hours(2)) return texts.format("report.minutesAgo", floor<minutes>(age).count());
+  if (age < hours(48)) return texts.format("report.hoursAgo", floor<hours>(age).count());
+  return texts.format("report.daysAgo", floor<days>(age).count());
 }
 
 Result<std::string, std::string> filledLine(std::string_view pattern, LineContext const& context) {

@@ -35,6 +35,7 @@ std::string pageOf(NwsReport const& report, Place const& place, RunContext const
   Calendar const calendar =
       Calendar::forZone(timeZoneAt(place.coordinate)).value_or(session.environment.machineCalendar);
   std::vector<WarningEntry> entries;
+  entries.reserve(report.alerts.size());
   for (NWSAlert const& alert : report.alerts) entries.push_back(warningEntry(alert));
   return warningPage(entries, {context.texts(), style, calendar, context.clock().now(), widthOf(session)});
 }

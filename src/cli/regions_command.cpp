@@ -24,6 +24,7 @@ std::string joined(std::vector<std::string> const& parts) {
 
 std::vector<std::string> codeTexts(PlaceRegions const& regions) {
   std::vector<std::string> texts;
+  texts.reserve(regions.codes.size());
   for (RegionCode const& code : regions.codes) texts.push_back(code.code + " (" + code.registry + ")");
   return texts;
 }

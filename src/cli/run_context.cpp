@@ -49,7 +49,7 @@ RunContext::Departure ownServices(CommonOptions const& common, WeatherProviderOp
 }
 
 RunContext::RunContext(CommonOptions const& common, Session const& session, Clock const& clock,
-                       Departure departure)
+                       Departure const& departure)
     : common_(common),
       session_(session),
       clock_(clock),

@@ -29,7 +29,8 @@ class RunContext {
     WeatherProviderOption provider = WeatherProviderOption::automatic;
   };
 
-  RunContext(CommonOptions const& common, Session const& session, Clock const& clock, Departure departure);
+  RunContext(CommonOptions const& common, Session const& session, Clock const& clock,
+             Departure const& departure);
 
   /// The place that a text means; without one the selected place. May ask the network for a name.
   Result<Place, Failure> place(std::string const& text);

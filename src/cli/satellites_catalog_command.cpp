@@ -244,6 +244,7 @@ class CatalogRun {
     std::vector<SatellitePosition> positions;
     for (auto const& load : *loads) {
       std::vector<SGP4::SatRec const*> records;
+      records.reserve(load.parsed.entries.size());
       for (auto const& entry : load.parsed.entries) records.push_back(&entry.satrec);
       SGP4::SatelliteBatch batch(records);
       batch.propagate(moment);

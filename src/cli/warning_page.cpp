@@ -27,7 +27,7 @@ AlertSeverity severityOf(NWSAlertSeverity severity) {
 
 /// The clock alone on the same day, with the weekday in the days around it, else with the date.
 std::string momentText(Instant moment, WarningPageContext const& context) {
-  std::string const clock = formatClock24(context.calendar.local(moment));
+  std::string clock = formatClock24(context.calendar.local(moment));
   if (context.calendar.isSameDay(moment, context.now)) return clock;
   int const days = daysBetween(context.calendar.day(context.now), context.calendar.day(moment));
   if (std::abs(days) > 6) return formatDate(context.calendar.day(moment)) + " " + clock;

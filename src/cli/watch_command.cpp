@@ -43,6 +43,7 @@ class KnownPlaces {
   std::vector<Place> all() const {
     std::lock_guard const lock(mutex_);
     std::vector<Place> places;
+    places.reserve(list_.places.size());
     for (SavedPlace const& saved : list_.places) places.push_back(placeOf(saved));
     return places;
   }

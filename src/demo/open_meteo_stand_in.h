@@ -8,7 +8,7 @@
 namespace nimbara {
 
 /// "/v1/forecast".
-DemoAnswer openMeteoForecast(DemoRequest const& request, Instant now);
+DemoAnswer openMeteoForecast(DemoRequest const& asked, Instant now);
 
 /// "/v1/search".
 DemoAnswer openMeteoSearch(DemoRequest const& request, Instant now);

@@ -169,7 +169,7 @@ GovAlertService::States& GovAlertService::statesOf(GovAlertPlace const& place) {
 /// A disk that cannot be written to costs no more than the list after a restart.
 void GovAlertService::keep(GovAlertPlace const& place, States const& states) const {
   if (cacheDirectory_.empty()) return;
-  static_cast<void>(writeFileAtomically(fileOf(place), encodeJson(Kept{states})));
+  std::ignore = writeFileAtomically(fileOf(place), encodeJson(Kept{states}));
 }
 
 }  // namespace nimbara

@@ -144,7 +144,7 @@ std::string counterText(std::string_view text, int width, int modulus) {
   return fmt::format("{:>{}}", std::max(0, parseInteger(text).value_or(0)) % modulus, width);
 }
 
-std::string withChecksum(std::string line) {
+std::string withChecksum(std::string const& line) {
   int sum = 0;
   for (char const c : line) sum += c == '-' ? 1 : c >= '0' && c <= '9' ? c - '0' : 0;
   return line + std::to_string(sum % 10) + "\n";

@@ -43,10 +43,11 @@ EarthRotation EarthRotation::at(SGP4::Moment moment) {
   return {std::sin(angle), std::cos(angle)};
 }
 
-GroundPosition groundPosition(Vector3 const& p) {
-  double const equatorial = std::hypot(p[0], p[1]);
-  return {geodeticLatitude(equatorial, p[2]) / kRadians, std::atan2(p[1], p[0]) / kRadians,
-          std::hypot(equatorial, p[2]) - SGP4::kEarthRadiusKm};
+GroundPosition groundPosition(Vector3 const& earthFixed) {
+  double const equatorial = std::hypot(earthFixed[0], earthFixed[1]);
+  return {geodeticLatitude(equatorial, earthFixed[2]) / kRadians,
+          std::atan2(earthFixed[1], earthFixed[0]) / kRadians,
+          std::hypot(equatorial, earthFixed[2]) - SGP4::kEarthRadiusKm};
 }
 
 Observer::Observer(Coordinate place) {

@@ -214,6 +214,7 @@ NIMBARA_INLINE bool propagateBlocks(NearEarthBlock const* blocks, std::size_t st
                                     std::size_t count, StateBlock* states) {
   bool left = false;
   for (std::size_t i = 0; i < count; ++i) {
+    // NOLINTNEXTLINE(bugprone-sizeof-expression): for the scalar kernel both are the same on purpose
     for (std::size_t lane = 0; lane < kLanes; lane += sizeof(V) / sizeof(double)) {
       left |= propagateLanes<V>(blocks[i * stride], lane, load<V>(minutes + i * kLanes + lane), states[i]);
     }

@@ -90,7 +90,7 @@ void WeatherCache::store(std::string_view key, ParsedCacheEntry entry) {
   std::lock_guard const turn(turn_);
   std::call_once(swept_, [this] { sweepTemporaries(cacheDirectory_); });
   // The cache is best effort: where nothing can be written, the next start asks the network again.
-  (void)writeFileAtomically(cacheDirectory_ / fileName(key), bytes);
+  std::ignore = writeFileAtomically(cacheDirectory_ / fileName(key), bytes);
 }
 
 std::optional<ParsedCacheEntry> WeatherCache::load(std::string_view key) {
@@ -109,7 +109,7 @@ std::optional<ParsedCacheEntry> WeatherCache::load(std::string_view key) {
 void WeatherCache::saveLastLocation(std::string_view key) {
   if (cacheDirectory_.empty()) return;
   std::lock_guard const turn(turn_);
-  (void)writeFileAtomically(cacheDirectory_ / kLastLocation, key);
+  std::ignore = writeFileAtomically(cacheDirectory_ / kLastLocation, key);
 }
 
 std::optional<std::string> WeatherCache::loadLastLocation() {

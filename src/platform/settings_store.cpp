@@ -23,10 +23,10 @@ SettingsReading SettingsStore::settings() {
   return {Settings(registry_, std::move(*stored)), std::nullopt};
 }
 
-Result<void, StoreError> SettingsStore::set(std::string_view key, SettingValue value) {
+Result<void, StoreError> SettingsStore::set(std::string_view key, SettingValue const& value) {
   SettingDefinition const* const definition = registry_.find(key);
   if (definition == nullptr) return unknown(key);
-  auto checked = checkedSetting(*definition, std::move(value));
+  auto checked = checkedSetting(*definition, value);
   if (!checked) return std::unexpected(StoreError{StoreError::Kind::refused, checked.error()});
   return update(StoreArea::settings, change(key, std::move(*checked)));
 }

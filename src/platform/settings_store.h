@@ -76,7 +76,7 @@ class SettingsStore {
   /// Never fails: what cannot be read has its default.
   SettingsReading settings();
   /// Refuses keys that are not registered and values that the definition does not allow.
-  Result<void, StoreError> set(std::string_view key, SettingValue value);
+  Result<void, StoreError> set(std::string_view key, SettingValue const& value);
   Result<void, StoreError> reset(std::string_view key);
 
   Result<std::optional<SettingValue>, StoreError> state(std::string_view key);

@@ -17,15 +17,15 @@ bool APIError::isRefusal() const {
 }
 
 APIError APIError::network(HttpError const& error) {
-  return {Case::networkError, 0, error.message, error.kind};
+  return {Case::networkError, 0, error.message, error.kind, {}};
 }
 
 APIError APIError::decoding(DecodeError const& error) {
-  return {Case::decodingError, 0, error.text(), {}};
+  return {Case::decodingError, 0, error.text(), {}, {}};
 }
 
 APIError APIError::http(int statusCode, std::string reason) {
-  return {Case::httpError, statusCode, std::move(reason), {}};
+  return {Case::httpError, statusCode, std::move(reason), {}, {}};
 }
 
 std::string APIError::description() const {

@@ -23,7 +23,7 @@ struct APIError {
   static APIError network(HttpError const& error);
   static APIError decoding(DecodeError const& error);
   static APIError http(int statusCode, std::string reason = {});
-  static APIError of(Case kind) { return {kind, 0, {}, {}}; }
+  static APIError of(Case kind) { return {kind, 0, {}, {}, {}}; }
 
   /// Nobody was asked, since every provider failed a moment ago.
   static APIError refusal();

@@ -38,7 +38,7 @@ void ProviderHistory::update(Change change) {
   writer.beginObject();
   for (auto const& [provider, record] : records_) writer.member(provider, record);
   writer.endObject();
-  (void)writeFileAtomically(file_, writer.take());
+  std::ignore = writeFileAtomically(file_, writer.take());
 }
 
 ProviderHistory::Records ProviderHistory::records() {

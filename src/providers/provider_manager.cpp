@@ -85,7 +85,7 @@ WeatherProviderManager::Outcome WeatherProviderManager::walk(double latitude, do
 }
 
 WeatherProviderManager::Outcome WeatherProviderManager::fetch(double latitude, double longitude,
-                                                              std::stop_token stop) {
+                                                              std::stop_token const& stop) {
   std::lock_guard const turn(turn_);
   WeatherProviderOption const preferred = [this] {
     std::lock_guard const lock(stateMutex_);

@@ -50,7 +50,7 @@ class WeatherProviderManager {
   /// Degrees. The error is that of the last provider tried; when all were passed over, a timed-out one at
   /// once. A stopped caller gets a `cancelled` error and leaves no failure behind.
   Result<WeatherProviderFetchResult, APIError> fetch(double latitude, double longitude,
-                                                     std::stop_token stop = {});
+                                                     std::stop_token const& stop = {});
 
   /// Lets every provider be tried again at once.
   void forgetFailures() { history_.forgetFailures(); }

@@ -63,7 +63,7 @@ WakeTimer::Cause TimerfdWakeTimer::wait(std::optional<milliseconds> span, std::s
 void TimerfdWakeTimer::wake() {
   std::uint64_t const one = 1;
   // Full means that a waking is waiting already.
-  (void)!write(event_, &one, sizeof one);
+  std::ignore = write(event_, &one, sizeof one);
 }
 
 }  // namespace nimbara
