@@ -16,9 +16,8 @@ struct APIError {
   Case kind = Case::noData;
   int statusCode = 0;  ///< of `httpError`
   std::string detail;  ///< of `networkError` and `decodingError`; the service's reason of `httpError`
-  std::optional<HttpError::Kind> transport;  ///< of `networkError`: what happened below
-  std::optional<std::chrono::seconds> retryAfter =
-      {};  ///< of `httpError`: the pause that the service asked for
+  std::optional<HttpError::Kind> transport;        ///< of `networkError`: what happened below
+  std::optional<std::chrono::seconds> retryAfter;  ///< of `httpError`: the pause that the service asked for
 
   static APIError network(HttpError const& error);
   static APIError decoding(DecodeError const& error);
