@@ -176,16 +176,13 @@ void AppState::refresh(Place const& place, RefreshTrigger trigger, std::stop_tok
 }
 
 /// With the lock held.
-void AppState::scheduleAfter(bool succeeded, bool isOffline, Instant now) {
+void AppState::scheduleAfter(bool succeeded, bool isOffline, Instant timerDue, Instant now) {
   wasOffline_ = isOffline;
-  auto const jitter = surroundings_.jitter ? surroundings_.jitter() : std::chrono::milliseconds(0);
+  timerDue_ = timerDue;
   if (succeeded) {
     hasAnswerSinceWake_ = true;
     retries_ = 0;
-    timerDue_ = now + intervals_.refreshInterval + jitter;
-    return;
   }
-  timerDue_ = now + intervals_.refreshInterval + jitter;
   if (hasAnswerSinceWake_) return;
   seconds const delay =
       retries_ < kRetryDelays.size() ? kRetryDelays[retries_] : WeatherProviderManager::kCoolDown;
@@ -200,6 +197,10 @@ void AppState::finishRefresh(Place const& place, Result<ForecastAnswer, APIError
                                                      : nullptr;
   if (outcome) show(place, *outcome);
   Instant const now = clock_.now();
+  auto const jitter = surroundings_.jitter ? surroundings_.jitter() : std::chrono::milliseconds(0);
+  // A cached forecast that was good enough is due when it stops being so.
+  Instant const timerDue =
+      (outcome && !failure ? outcome->answeredAt : now) + intervals_.refreshInterval + jitter;
   std::optional<RefreshTrigger> again;
   change([&](WeatherState& state) {
     currentRefreshTask_.isRunning = false;
@@ -215,8 +216,7 @@ void AppState::finishRefresh(Place const& place, Result<ForecastAnswer, APIError
       }
       bool const isOffline = failure && (AppError::of(*failure).kind == AppError::Case::offline ||
                                          (failure->isRefusal() && wasOffline_));
-      // A cached forecast that was good enough is due when it stops being so.
-      scheduleAfter(!failure, isOffline, outcome && !failure ? outcome->answeredAt : now);
+      scheduleAfter(!failure, isOffline, timerDue, now);
     }
     if (again && selected_) startRefresh(*again, now);
   });

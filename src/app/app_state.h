@@ -89,7 +89,7 @@ class AppState {
   void startRefresh(RefreshTrigger trigger, Instant now);
   void refresh(Place const& place, RefreshTrigger trigger, std::stop_token const& stop);
   void finishRefresh(Place const& place, Result<ForecastAnswer, APIError> const& outcome);
-  void scheduleAfter(bool succeeded, bool isOffline, Instant now);
+  void scheduleAfter(bool succeeded, bool isOffline, Instant timerDue, Instant now);
   void startOthers(Instant now);
   void startSupplemental(Instant now);
   std::vector<Place> otherPlaces() const;

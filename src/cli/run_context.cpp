@@ -36,13 +36,14 @@ Wording wordingOf(CommonOptions const& common, Session const& session) {
           session.environment.machineCalendar};
 }
 
-}  // namespace
-
-std::string sentenceOf(APIError const& error) {
+/// The error and what to do, without a full stop.
+std::string adviseOn(APIError const& error) {
   std::string text = error.text();
   if (text.ends_with('.')) text.pop_back();
   return text + "; " + std::string(adviceFor(error));
 }
+
+}  // namespace
 
 RunContext::Departure ownServices(CommonOptions const& common, WeatherProviderOption provider) {
   return {common.services, false, provider};
@@ -88,7 +89,7 @@ void RunContext::tell(std::string_view sentence) const {
 }
 
 std::string RunContext::sentenceOf(APIError const& error) const {
-  if (failures_.size() < 2) return nimbara::sentenceOf(error);
+  if (failures_.size() < 2) return adviseOn(error);
   return "no provider gave a forecast: " + failedProviders() + "; " + std::string(adviceFor(error));
 }
 

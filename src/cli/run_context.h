@@ -63,7 +63,4 @@ class RunContext {
 /// The command line's own services with the settings' or the given provider.
 RunContext::Departure ownServices(CommonOptions const& common, WeatherProviderOption provider);
 
-/// The error as a sentence that says what to do, without a full stop.
-std::string sentenceOf(APIError const& error);
-
 }  // namespace nimbara

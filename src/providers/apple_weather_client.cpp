@@ -16,7 +16,7 @@ constexpr int kUnauthorized = 401;
 
 /// Nothing was sent, so no `transport`.
 APIError unasked(std::string why) {
-  return {APIError::Case::networkError, 0, std::move(why), {}};
+  return {APIError::Case::networkError, 0, std::move(why), {}, {}};
 }
 
 std::string ianaName(Calendar const& calendar, Instant now) {

@@ -1,8 +1,8 @@
 #include "cli/satellite_map.h"
 #include "demo/demo_server.h"
 #include "globe/sat_rec.h"
+#include "support/demo_session.h"
 #include "support/instants.h"
-#include "support/temporary_folder.h"
 #include "support/test_console.h"
 
 #include <gmock/gmock.h>
@@ -42,19 +42,7 @@ std::string elementsText() {
   return text + "BROKEN\n1 00008U 26001A   26324.25000000\n";
 }
 
-struct SatelliteCommands : testing::Test {
-  test::TemporaryFolder folder;
-  FixedClock clock{at(kNow)};
-  std::unique_ptr<DemoServer> server = *DemoServer::start(clock, {});
-  std::string base = server->baseUrl();
-
-  CliRun run(std::vector<std::string> arguments, std::string const& now = kNow) const {
-    arguments.insert(arguments.end(), {"--services", base, "--now", now});
-    Environment environment = test::plainEnvironment();
-    environment.cacheDirectory = folder.path() / "cache";
-    environment.dataDirectory = folder.path() / "data";
-    return test::run(arguments, environment);
-  }
+struct SatelliteCommands : test::DemoSession {
   std::string file() const {
     folder.write("made.tle", elementsText());
     return (folder.path() / "made.tle").string();

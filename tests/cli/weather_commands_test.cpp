@@ -1,9 +1,9 @@
 #include "cli/cli.h"
 #include "cli/line_text.h"
 #include "demo/demo_server.h"
+#include "support/demo_session.h"
 #include "support/forecasts.h"
 #include "support/instants.h"
-#include "support/temporary_folder.h"
 #include "support/test_console.h"
 
 #include <gmock/gmock.h>
@@ -20,22 +20,7 @@ using test::CliRun;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-constexpr char kNow[] = "2026-11-21T09:20:00Z";
-
-/// Commands against the demo, with a cache and settings of the test's own.
-struct WeatherCommands : testing::Test {
-  test::TemporaryFolder folder;
-  FixedClock clock{at(kNow)};
-  std::unique_ptr<DemoServer> server = *DemoServer::start(clock, {});
-  std::string base = server->baseUrl();
-
-  CliRun run(std::vector<std::string> arguments, std::string const& now = kNow) const {
-    arguments.insert(arguments.end(), {"--services", base, "--now", now});
-    Environment environment = test::plainEnvironment();
-    environment.cacheDirectory = folder.path() / "cache";
-    environment.dataDirectory = folder.path() / "data";
-    return test::run(arguments, environment);
-  }
+struct WeatherCommands : test::DemoSession {
   /// Nothing answers any more.
   void goOffline() {
     server.reset();
@@ -156,12 +141,10 @@ TEST_F(WeatherCommands, WatchPlacesUntilInterrupted) {
   ASSERT_EQ(run({"places", "add", "1,2", "--name", "Gulf"}).exitCode, 0);
   SharedConsole console;
   std::stop_source stop;
-  Environment environment = test::plainEnvironment();
-  environment.cacheDirectory = folder.path() / "cache";
-  environment.dataDirectory = folder.path() / "data";
+  Environment const surroundings = environment();
   std::jthread const watch([&] {
     EXPECT_EQ(
-        runCli({"watch", "--json", "--services", base}, Session{environment, console, stop.get_token()}),
+        runCli({"watch", "--json", "--services", base}, Session{surroundings, console, stop.get_token()}),
         exitCode::kInterrupted);
   });
   console.waitFor(R"("place":"Home","latitude":51.48,"longitude":0,"selected":true,"provider":"openMeteo")");
