@@ -12,10 +12,11 @@ declare -A may=(
   [providers]="base platform model providers"
   [feeds]="base platform model gazetteer feeds"
   [feedserver]="base platform feeds feedserver"
+  [notifications]="base platform model analysis feeds notifications"
   [globe]="base platform model globe"
-  [app]="base platform model analysis providers gazetteer feeds globe app"
+  [app]="base platform model analysis providers gazetteer feeds notifications globe app"
   [demo]="base platform gazetteer globe demo"
-  [cli]="base platform model analysis providers gazetteer feeds globe app demo cli"
+  [cli]="base platform model analysis providers gazetteer feeds notifications globe app demo cli"
 )
 
 wrong=0

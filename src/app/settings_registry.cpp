@@ -3,6 +3,7 @@
 #include "base/texts.h"
 #include "base/units.h"
 #include "model/provider_option.h"
+#include "notifications/rule_settings.h"
 
 #include <algorithm>
 #include <array>
@@ -91,7 +92,7 @@ constexpr auto kServiceSettings = [] {
 }  // namespace
 
 SettingsRegistry const& settingsRegistry() {
-  static SettingsRegistry const kRegistry{kGeneral, kServiceSettings};
+  static SettingsRegistry const kRegistry{kGeneral, kServiceSettings, notificationSettings()};
   return kRegistry;
 }
 

@@ -1,0 +1,109 @@
+// What a notification rule is: a row of the catalogue with a pure function that looks at the inputs of one
+// place and says what it found. Rules know no earlier pass, no delivery and no texts of other rules: whether
+// a finding is announced is the engine's decision.
+#pragma once
+
+#include "base/enum_names.h"
+#include "model/weather_alert.h"
+#include "notifications/rule_inputs.h"
+#include "notifications/rule_settings.h"
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace nimbara {
+
+/// How often a finding is announced.
+enum class RulePolicy {
+  condition,  ///< when it becomes true, and again when it returns after the rule's minimum gap
+  instance,   ///< once ever for each event
+  daily       ///< at most once on a local day; scheduled for its hour when the rule has one
+};
+template <>
+inline constexpr auto enumNames<RulePolicy> =
+    std::to_array<std::string_view>({"condition", "instance", "daily"});
+static_assert(enumNamesComplete(RulePolicy::daily));
+
+/// What a rule reads; what no enabled rule reads is not fetched.
+enum class RuleInput {
+  hourly,
+  generatedAlerts,
+  govAlerts,
+  nwsAlerts,
+  earthquakes,
+  kp,
+  airQuality,
+  storms,
+  fires,
+  advisories,
+  lightning
+};
+template <>
+inline constexpr auto enumNames<RuleInput> =
+    std::to_array<std::string_view>({"hourly", "generatedAlerts", "govAlerts", "nwsAlerts", "earthquakes",
+                                     "kp", "airQuality", "storms", "fires", "advisories", "lightning"});
+static_assert(enumNamesComplete(RuleInput::lightning));
+using RuleInputSet = EnumSet<RuleInput>;
+
+/// For which places a rule is evaluated.
+enum class RuleReach {
+  selectedPlace,  ///< where the user is: comfort and planning
+  everyPlace      ///< each saved place: danger
+};
+
+/// A value that decided, beside its limit; the face puts it into words. `what` ends a text key
+/// "explain.measure.<what>".
+struct Measurement {
+  enum class Relation { atLeast, above, atMost, below };
+
+  std::string_view what;
+  double value = 0;
+  Relation needs = Relation::atLeast;
+  double limit = 0;
+  std::string_view
+      unit;  ///< "%", "°C" or "°F", "km/h", "µg/m³", "km"; always metric but for the user's temperature
+
+  bool holds() const;
+};
+
+/// Something to announce.
+struct Finding {
+  std::string identifier;  ///< begins with the rule's stem; empty: the stem itself
+  std::string title;
+  std::string body;
+  std::string_view sound;  ///< empty: the rule's
+  AlertSeverity severity = AlertSeverity::advisory;
+  std::string kind;              ///< what a mute names; empty: the rule's stem
+  std::optional<Instant> began;  ///< since when it is so, if that is known
+  std::optional<Instant> ends;   ///< when it will be over, if that is known
+  /// Already told by another notification: listed without a ring.
+  bool isCovered = false;
+};
+
+struct Evaluation {
+  std::vector<Finding> findings;
+  std::vector<Measurement> measured;  ///< what decided, also when nothing was found
+  std::string_view note;  ///< ends a text key "explain.note.<note>": "dark", "noForecast"; may be empty
+
+  static Evaluation none(std::string_view note) { return {{}, {}, note}; }
+};
+
+using EvaluateRule = Evaluation (*)(RuleInputs const&, RuleSettings const&);
+
+struct Rule {
+  std::string_view stem;     ///< of its identifiers; no two rules share one
+  std::string_view setting;  ///< the key that switches it
+  RulePolicy policy = RulePolicy::condition;
+  RuleInputSet inputs;
+  std::string_view sound;
+  EvaluateRule evaluate = nullptr;
+  RuleReach reach = RuleReach::selectedPlace;
+  std::chrono::minutes minimumGap{0};  ///< of a condition: absence shorter than this is flicker
+  /// Of a daily rule that is scheduled: the key of its hour.
+  std::string_view hourSetting = {};  // NOLINT(readability-redundant-member-init): rows leave it out
+};
+
+}  // namespace nimbara

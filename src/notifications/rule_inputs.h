@@ -1,0 +1,83 @@
+// Everything that rules may look at for one place at one moment, as values. Built by whoever fetches; rules
+// only read. Feeds that were not asked, or that failed without an older answer, are absent.
+#pragma once
+
+#include "base/calendar.h"
+#include "base/geodesy.h"
+#include "base/texts.h"
+#include "base/units.h"
+#include "feeds/earthquake_event.h"
+#include "feeds/nws_alert.h"
+#include "model/present.h"
+#include "model/weather_alert.h"
+#include "model/weather_data.h"
+
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace nimbara {
+
+/// A feed's answer as rules see it. A failed feed silences its own rules only.
+template <class T>
+struct FeedReading {
+  std::shared_ptr<T const> value;  ///< null: not asked, or nothing known
+  std::string problem;             ///< why it is not fresh: a sentence without a full stop; empty when it is
+
+  static FeedReading of(T held) { return {std::make_shared<T const>(std::move(held)), {}}; }
+  explicit operator bool() const { return value != nullptr; }
+  T const& operator*() const { return *value; }
+  T const* operator->() const { return value.get(); }
+};
+
+/// The place as notifications name and tag it.
+struct NotifiedPlace {
+  std::string tag;   ///< stable key of the location
+  std::string name;  ///< `resolvedLocationName` in texts
+  std::string countryCode;
+  Coordinate coordinate;
+  bool isSelected = true;
+
+  bool operator==(NotifiedPlace const&) const = default;
+};
+
+struct RuleInputs {
+  Instant now;
+  Calendar calendar = Calendar::utc();  ///< the place's
+  Units units;
+  Texts const* texts = nullptr;
+  NotifiedPlace place;
+
+  std::shared_ptr<WeatherData const> weather;  ///< null: no forecast
+  std::span<HourlyForecast const> hours;       ///< of it: the entry that contains `now` and all later ones
+  std::optional<Present> present;              ///< what it says of `now`
+
+  FeedReading<std::vector<WeatherAlert>> generatedAlerts;
+  FeedReading<std::vector<WeatherAlert>> govAlerts;  ///< live official events, most severe first
+  FeedReading<std::vector<NWSAlert>> nwsAlerts;      ///< live messages of the NWS
+  FeedReading<std::vector<EarthquakeEvent>> earthquakes;
+  FeedReading<double> kp;
+
+  /// Fills `hours` and `present` from `weather`.
+  void readWeather();
+  /// The entries that begin before `now` + `span`, the present one among them.
+  std::span<HourlyForecast const> hoursWithin(std::chrono::hours span) const;
+  /// The like from `now` + `from` on.
+  std::string text(std::string_view key) const { return std::string(texts->text(key)); }
+};
+
+/// "3 PM" in the place's time.
+std::string hourText(RuleInputs const& inputs, Instant instant);
+/// The number of a temperature in the user's unit, unrounded, and the unit's symbol.
+double shownTemperature(RuleInputs const& inputs, double celsius);
+std::string_view temperatureSymbol(RuleInputs const& inputs);
+/// "3 °C" rounded, in the user's unit.
+std::string temperatureText(RuleInputs const& inputs, double celsius);
+/// "120 km" or "75 miles", in the user's family of wind units.
+std::string distanceText(RuleInputs const& inputs, double km);
+/// "85 km/h" rounded, in the user's unit.
+std::string windText(RuleInputs const& inputs, double kmh);
+
+}  // namespace nimbara
