@@ -58,6 +58,7 @@ class EnumSet {
   }
 
   constexpr void insert(E member) { bits_ |= bit(member); }
+  constexpr void insertAll(EnumSet others) { bits_ |= others.bits_; }
   constexpr void erase(E member) { bits_ &= ~bit(member); }
   constexpr bool contains(E member) const { return (bits_ & bit(member)) != 0; }
   constexpr bool empty() const { return bits_ == 0; }

@@ -116,6 +116,17 @@ class JsonWriter {
     out_ += ']';
   }
 
+  template <class T, class Less>
+  void value(std::map<std::string, T, Less> const& entries) {
+    beginObject();
+    for (auto const& [name, content] : entries) {
+      key(name);
+      value(content);
+      first_ = false;
+    }
+    endObject();
+  }
+
   template <class T>
   void value(std::optional<T> const& optional) {
     optional ? value(*optional) : null();

@@ -27,27 +27,6 @@ inline constexpr auto enumNames<RulePolicy> =
     std::to_array<std::string_view>({"condition", "instance", "daily"});
 static_assert(enumNamesComplete(RulePolicy::daily));
 
-/// What a rule reads; what no enabled rule reads is not fetched.
-enum class RuleInput {
-  hourly,
-  generatedAlerts,
-  govAlerts,
-  nwsAlerts,
-  earthquakes,
-  kp,
-  airQuality,
-  storms,
-  fires,
-  advisories,
-  lightning
-};
-template <>
-inline constexpr auto enumNames<RuleInput> =
-    std::to_array<std::string_view>({"hourly", "generatedAlerts", "govAlerts", "nwsAlerts", "earthquakes",
-                                     "kp", "airQuality", "storms", "fires", "advisories", "lightning"});
-static_assert(enumNamesComplete(RuleInput::lightning));
-using RuleInputSet = EnumSet<RuleInput>;
-
 /// For which places a rule is evaluated.
 enum class RuleReach {
   selectedPlace,  ///< where the user is: comfort and planning
@@ -102,6 +81,7 @@ struct Rule {
   EvaluateRule evaluate = nullptr;
   RuleReach reach = RuleReach::selectedPlace;
   std::chrono::minutes minimumGap{0};  ///< of a condition: absence shorter than this is flicker
+  bool followsEvents = false;          ///< updates and ends of what was told reach the desktop
   /// Of a daily rule that is scheduled: the key of its hour.
   std::string_view hourSetting = {};  // NOLINT(readability-redundant-member-init): rows leave it out
 };

@@ -27,6 +27,19 @@ std::span<HourlyForecast const> RuleInputs::hoursWithin(std::chrono::hours span)
   return hours.first(static_cast<std::size_t>(end - hours.begin()));
 }
 
+std::string RuleInputs::problemOf(RuleInputSet inputs) const {
+  std::pair<RuleInput, std::string const*> const problems[] = {
+      {RuleInput::govAlerts, &govAlerts.problem},
+      {RuleInput::nwsAlerts, &nwsAlerts.problem},
+      {RuleInput::earthquakes, &earthquakes.problem},
+      {RuleInput::kp, &kp.problem},
+  };
+  for (auto const& [input, problem] : problems) {
+    if (inputs.contains(input) && !problem->empty()) return *problem;
+  }
+  return {};
+}
+
 std::string hourText(RuleInputs const& inputs, Instant instant) {
   return TimeWords(*inputs.texts, inputs.calendar).hour(instant);
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "base/calendar.h"
+#include "base/enum_names.h"
 #include "base/geodesy.h"
 #include "base/texts.h"
 #include "base/units.h"
@@ -19,6 +20,27 @@
 #include <vector>
 
 namespace nimbara {
+
+/// What a rule reads; what no enabled rule reads is not fetched.
+enum class RuleInput {
+  hourly,
+  generatedAlerts,
+  govAlerts,
+  nwsAlerts,
+  earthquakes,
+  kp,
+  airQuality,
+  storms,
+  fires,
+  advisories,
+  lightning
+};
+template <>
+inline constexpr auto enumNames<RuleInput> =
+    std::to_array<std::string_view>({"hourly", "generatedAlerts", "govAlerts", "nwsAlerts", "earthquakes",
+                                     "kp", "airQuality", "storms", "fires", "advisories", "lightning"});
+static_assert(enumNamesComplete(RuleInput::lightning));
+using RuleInputSet = EnumSet<RuleInput>;
 
 /// A feed's answer as rules see it. A failed feed silences its own rules only.
 template <class T>
@@ -64,7 +86,8 @@ struct RuleInputs {
   void readWeather();
   /// The entries that begin before `now` + `span`, the present one among them.
   std::span<HourlyForecast const> hoursWithin(std::chrono::hours span) const;
-  /// The like from `now` + `from` on.
+  /// Why one of these inputs is not fresh; empty when none failed.
+  std::string problemOf(RuleInputSet inputs) const;
   std::string text(std::string_view key) const { return std::string(texts->text(key)); }
 };
 

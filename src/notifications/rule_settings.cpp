@@ -157,6 +157,7 @@ RuleSettings RuleSettings::of(Settings const& settings) {
   RuleSettings values;
   values.highWindKmh = whole("notify_highWindThreshold");
   values.airQualityLevel = whole("notify_airQualityThreshold");
+  values.govAlerts = settings.boolean("notify_govAlerts");
   values.govAlertLevel = levelAt(settings, "notify_govAlertLevel");
   values.travelAdvisoryLevel = levelAt(settings, "notify_travelAdvisoryLevel");
   values.fireRadiusKm = whole("notify_fireRadius");

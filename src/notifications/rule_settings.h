@@ -43,6 +43,7 @@ struct QuietHours {
 struct RuleSettings {
   double highWindKmh = 60;
   double airQualityLevel = 35;  ///< PM2.5, µg/m³
+  bool govAlerts = true;        ///< official warnings are told at all
   NotificationLevel govAlertLevel = NotificationLevel::medium;
   NotificationLevel travelAdvisoryLevel = NotificationLevel::medium;
   double fireRadiusKm = 50;

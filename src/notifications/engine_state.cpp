@@ -1,0 +1,118 @@
+#include "notifications/engine_state.h"
+
+#include "base/json_codec.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace nimbara {
+
+template Result<std::vector<std::string>, DecodeError> decodeJson(std::string_view);
+template Result<EngineState::Instants, DecodeError> decodeJson(std::string_view);
+template Result<std::map<std::string, ShownEvent, std::less<>>, DecodeError> decodeJson(std::string_view);
+template Result<std::vector<ScheduledNotification>, DecodeError> decodeJson(std::string_view);
+template Result<std::vector<LoggedNotification>, DecodeError> decodeJson(std::string_view);
+
+namespace {
+
+constexpr std::string_view kDelivered = "notif_deliveredIDs";
+constexpr std::string_view kActive = "notif_activeConditionIDs";
+constexpr std::string_view kLastActive = "notif_lastActiveAt";
+constexpr std::string_view kLastTold = "notif_lastToldAt";
+constexpr std::string_view kShown = "notif_shown";
+constexpr std::string_view kScheduled = "notif_scheduled";
+constexpr std::string_view kFirstChecked = "notif_firstCheckedAt";
+constexpr std::string_view kLog = "notif_log";
+
+constexpr std::size_t kMostLogLines = 500;
+
+std::string const* textAt(SettingValues const& stored, std::string_view key) {
+  auto const found = stored.find(key);
+  return found == stored.end() ? nullptr : std::get_if<std::string>(&found->second);
+}
+
+/// Reads the entries one by one; the first that cannot be read is what went wrong.
+class Reader {
+ public:
+  explicit Reader(SettingValues const& stored) : stored_(stored) {}
+
+  template <class T>
+  T read(std::string_view key) {
+    if (!stored_.contains(key)) return {};
+    std::string const* const text = textAt(stored_, key);
+    if (text == nullptr) return failed<T>(key, "it is no text");
+    auto value = decodeJson<T>(*text);
+    return value ? std::move(*value) : failed<T>(key, value.error().text());
+  }
+
+  std::optional<StoreError> const& error() const { return error_; }
+
+ private:
+  template <class T>
+  T failed(std::string_view key, std::string const& reason) {
+    if (!error_) {
+      error_ = StoreError{StoreError::Kind::unreadable, std::string(key) + " cannot be read: " + reason};
+    }
+    return {};
+  }
+
+  SettingValues const& stored_;
+  std::optional<StoreError> error_;
+};
+
+EngineState::Strings setOf(std::vector<std::string> list) {
+  return {std::make_move_iterator(list.begin()), std::make_move_iterator(list.end())};
+}
+
+std::vector<std::string> listOf(EngineState::Strings const& set) {
+  return {set.begin(), set.end()};
+}
+
+}  // namespace
+
+Result<EngineState, StoreError> engineStateOf(SettingValues const& stored) {
+  Reader reader(stored);
+  EngineState state;
+  state.deliveredIDs = setOf(reader.read<std::vector<std::string>>(kDelivered));
+  state.activeConditionIDs = setOf(reader.read<std::vector<std::string>>(kActive));
+  state.lastActiveAt = reader.read<EngineState::Instants>(kLastActive);
+  state.lastToldAt = reader.read<EngineState::Instants>(kLastTold);
+  state.shown = reader.read<std::map<std::string, ShownEvent, std::less<>>>(kShown);
+  state.scheduled = reader.read<std::vector<ScheduledNotification>>(kScheduled);
+  state.firstCheckedAt = reader.read<EngineState::Instants>(kFirstChecked);
+  if (reader.error()) return std::unexpected(*reader.error());
+  return state;
+}
+
+StoreChanges changesOf(EngineState const& state) {
+  StoreChanges changes;
+  auto const put = [&](std::string_view key, std::string text) {
+    changes.emplace(key, SettingValue(std::move(text)));
+  };
+  put(kDelivered, encodeJson(listOf(state.deliveredIDs)));
+  put(kActive, encodeJson(listOf(state.activeConditionIDs)));
+  put(kLastActive, encodeJson(state.lastActiveAt));
+  put(kLastTold, encodeJson(state.lastToldAt));
+  put(kShown, encodeJson(state.shown));
+  put(kScheduled, encodeJson(state.scheduled));
+  put(kFirstChecked, encodeJson(state.firstCheckedAt));
+  return changes;
+}
+
+std::vector<LoggedNotification> notificationLogOf(SettingValues const& stored) {
+  std::string const* const text = textAt(stored, kLog);
+  if (text == nullptr) return {};
+  auto log = decodeJson<std::vector<LoggedNotification>>(*text);
+  return log ? std::move(*log) : std::vector<LoggedNotification>{};
+}
+
+StoreChanges logChange(SettingValues const& stored, std::vector<LoggedNotification> const& lines) {
+  std::vector<LoggedNotification> log = notificationLogOf(stored);
+  log.insert(log.end(), lines.begin(), lines.end());
+  if (log.size() > kMostLogLines) log.erase(log.begin(), log.end() - kMostLogLines);
+  StoreChanges changes;
+  changes.emplace(kLog, SettingValue(encodeJson(log)));
+  return changes;
+}
+
+}  // namespace nimbara

@@ -1,0 +1,102 @@
+// What the notification engine remembers between passes and over restarts: what was told, which conditions
+// hold, what is still to be seen on the desktop, and what is scheduled for an hour. A value; it is read from
+// and written to the state area of the settings store, where all processes of the user find it.
+#pragma once
+
+#include "base/instant.h"
+#include "base/json.h"
+#include "model/weather_alert.h"
+#include "platform/settings_store.h"
+
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace nimbara {
+
+/// An event that was told and may still be shown.
+struct ShownEvent {
+  AlertSeverity severity = AlertSeverity::advisory;
+  std::string digest;  ///< of what was told
+  std::optional<Instant> ends;
+  bool wasAbsent = false;    ///< the last pass did not find it
+  bool isWithdrawn = false;  ///< taken back; kept so that its return is no news
+
+  bool operator==(ShownEvent const&) const = default;
+};
+
+template <>
+inline constexpr auto jsonFields<ShownEvent> =
+    std::tuple{field("severity", &ShownEvent::severity), field("digest", &ShownEvent::digest),
+               field("ends", &ShownEvent::ends), fieldOr("wasAbsent", &ShownEvent::wasAbsent),
+               fieldOr("isWithdrawn", &ShownEvent::isWithdrawn)};
+
+/// A daily reminder as it will be told.
+struct ScheduledNotification {
+  std::string identifier;
+  std::string title;
+  std::string body;
+  std::optional<std::string> sound;
+  int hour = 0;  ///< of the place
+  int minute = 0;
+  Instant due;
+
+  bool operator==(ScheduledNotification const&) const = default;
+};
+
+template <>
+inline constexpr auto jsonFields<ScheduledNotification> =
+    std::tuple{field("identifier", &ScheduledNotification::identifier),
+               field("title", &ScheduledNotification::title),
+               field("body", &ScheduledNotification::body),
+               field("sound", &ScheduledNotification::sound),
+               field("hour", &ScheduledNotification::hour),
+               field("minute", &ScheduledNotification::minute),
+               field("due", &ScheduledNotification::due)};
+
+/// A line of the log of what was told and what was held back.
+struct LoggedNotification {
+  Instant time;
+  std::string identifier;
+  std::string title;
+  std::string outcome;  ///< "announced", "listed", "heldByQuietHours" …
+  std::string place;
+
+  bool operator==(LoggedNotification const&) const = default;
+};
+
+template <>
+inline constexpr auto jsonFields<LoggedNotification> =
+    std::tuple{field("time", &LoggedNotification::time), field("identifier", &LoggedNotification::identifier),
+               field("title", &LoggedNotification::title), field("outcome", &LoggedNotification::outcome),
+               fieldOr("place", &LoggedNotification::place)};
+
+struct EngineState {
+  using Strings = std::set<std::string, std::less<>>;
+  using Instants = std::map<std::string, Instant, std::less<>>;
+
+  Strings deliveredIDs;
+  Strings activeConditionIDs;
+  Instants lastActiveAt;  ///< of conditions
+  Instants lastToldAt;    ///< of daily notifications
+  std::map<std::string, ShownEvent, std::less<>> shown;
+  std::vector<ScheduledNotification> scheduled;
+  Instants firstCheckedAt;  ///< by the stem of a rule: when it was first evaluated
+
+  bool operator==(EngineState const&) const = default;
+};
+
+/// The state as the store has it. Unreadable entries are an error: an engine that forgot would tell again.
+Result<EngineState, StoreError> engineStateOf(SettingValues const& stored);
+/// What to write so that the store has `state`.
+StoreChanges changesOf(EngineState const& state);
+
+/// The log, newest last; an unreadable one is empty.
+std::vector<LoggedNotification> notificationLogOf(SettingValues const& stored);
+/// The change that appends to it; the oldest lines go.
+StoreChanges logChange(SettingValues const& stored, std::vector<LoggedNotification> const& lines);
+
+}  // namespace nimbara

@@ -1,0 +1,375 @@
+#include "notifications/pass_plan.h"
+
+#include "base/sha256.h"
+#include "notifications/catalogue.h"
+
+#include <algorithm>
+
+namespace nimbara {
+
+namespace {
+
+using enum RuleOutcome;
+
+/// What began longer ago than this before a rule is first evaluated is no news any more.
+constexpr std::chrono::minutes kNewsLife{30};
+
+constexpr RuleOutcome kDeliveries[] = {announced, escalated, listed, updated, withdrawn};
+constexpr RuleOutcome kHeldBack[] = {muted, heldByQuietHours, snoozed, suppressed};
+
+template <class Container>
+auto* find(Container& container, std::string_view key) {
+  auto const found = container.find(key);
+  return found == container.end() ? nullptr : &found->second;
+}
+
+NotificationUrgency urgencyOf(AlertSeverity severity) {
+  switch (severity) {
+    case AlertSeverity::critical:
+      return NotificationUrgency::critical;
+    case AlertSeverity::info:
+      return NotificationUrgency::low;
+    default:
+      return NotificationUrgency::normal;
+  }
+}
+
+/// One event as it was found, at one place or at several.
+struct Event {
+  Finding finding;
+  RuleInputs const* inputs = nullptr;
+  std::string names;  ///< of its places
+  bool isElsewhere = false;
+  std::vector<Measurement> measured;
+};
+
+class Planner {
+ public:
+  Planner(PassContext const& context, EngineState const& state)
+      : context_(context), state_(state), values_(RuleSettings::of(context.settings)) {}
+
+  PassPlan plan() {
+    for (Rule const& rule : ruleCatalogue()) planRule(rule);
+    for (ForeignEvaluation const& foreign : context_.foreign) {
+      planFindings(*foreign.rule, *foreign.inputs, foreign.evaluation);
+    }
+    std::ranges::stable_sort(plan_.decisions, {}, orderOf);
+    return std::move(plan_);
+  }
+
+ private:
+  using Keys = std::set<std::string, std::less<>>;
+
+  /// Deliveries by urgency, schedules, the rest.
+  static int orderOf(Decision const& decision) {
+    if (isDelivery(decision.outcome)) return decision.severity == AlertSeverity::critical ? 0 : 1;
+    return decision.outcome == scheduled ? 2 : 3;
+  }
+
+  void planRule(Rule const& rule) {
+    if (!context_.settings.boolean(rule.setting)) return skip(rule);
+    if (rule.policy == RulePolicy::instance) return planEvents(rule);
+    for (RuleInputs const& inputs : context_.places) {
+      if (!concerns(rule, inputs)) continue;
+      if (!rule.hourSetting.empty()) {
+        planScheduled(rule, inputs);
+      } else {
+        planFindings(rule, inputs, rule.evaluate(inputs, values_));
+      }
+    }
+  }
+
+  bool concerns(Rule const& rule, RuleInputs const& inputs) const {
+    return inputs.place.isSelected || (rule.reach == RuleReach::everyPlace && values_.everyPlace);
+  }
+
+  void skip(Rule const& rule) {
+    add(settingOff, rule);
+    for (RuleInputs const& inputs : context_.places) release(rule, inputs, {});
+  }
+
+  // ---- Conditions and what is told once a day
+
+  void planFindings(Rule const& rule, RuleInputs const& inputs, Evaluation const& evaluation) {
+    Keys found;
+    for (Finding const& finding : evaluation.findings) {
+      found.insert(keyOf(rule, finding, inputs));
+      Event event{finding, &inputs, inputs.place.name, !inputs.place.isSelected, evaluation.measured};
+      rule.policy == RulePolicy::daily ? planDaily(rule, event) : planCondition(rule, event);
+    }
+    if (evaluation.findings.empty()) tellNothing(rule, inputs, evaluation);
+    if (!isUnknown(rule, inputs, evaluation)) release(rule, inputs, found);
+  }
+
+  static std::string noteOf(Rule const& rule, RuleInputs const& inputs, Evaluation const& evaluation) {
+    std::string const problem = inputs.problemOf(rule.inputs);
+    return problem.empty() ? std::string(evaluation.note) : problem;
+  }
+
+  static std::string identifierOf(Rule const& rule, Finding const& finding) {
+    return finding.identifier.empty() ? std::string(rule.stem) : finding.identifier;
+  }
+
+  static std::string keyOf(Rule const& rule, Finding const& finding, RuleInputs const& inputs) {
+    std::string identifier = identifierOf(rule, finding);
+    return rule.policy == RulePolicy::condition ? identifier + "@" + inputs.place.tag : identifier;
+  }
+
+  void planCondition(Rule const& rule, Event const& event) {
+    Decision decision = draft(rule, event);
+    auto const* const lastSeen = find(state_.lastActiveAt, decision.key);
+    if (lastSeen != nullptr) decision.since = *lastSeen;
+    bool const isActive = state_.activeConditionIDs.contains(decision.key);
+    bool const isFlicker = lastSeen != nullptr && context_.now - *lastSeen < rule.minimumGap;
+    decision.outcome = isActive ? stillActive : isFlicker ? returnedTooSoon : told(rule, event);
+    plan_.decisions.push_back(std::move(decision));
+  }
+
+  void planDaily(Rule const& rule, Event const& event) {
+    Decision decision = draft(rule, event);
+    decision.outcome =
+        wasToldToday(decision.key, *event.inputs, context_.now) ? alreadyToldToday : told(rule, event);
+    if (auto const* const last = find(state_.lastToldAt, decision.key)) decision.since = *last;
+    plan_.decisions.push_back(std::move(decision));
+  }
+
+  bool wasToldToday(std::string_view key, RuleInputs const& inputs, Instant moment) const {
+    auto const* const last = find(state_.lastToldAt, key);
+    return last != nullptr && inputs.calendar.isSameDay(*last, moment);
+  }
+
+  /// Conditions of the rule at the place that hold no longer.
+  void release(Rule const& rule, RuleInputs const& inputs, Keys const& found) {
+    std::string const ending = "@" + inputs.place.tag;
+    for (std::string const& key : state_.activeConditionIDs) {
+      bool const isOurs = key.ends_with(ending) && ruleOf(key) == &rule;
+      if (!isOurs || found.contains(key)) continue;
+      Decision& decision = add(conditionFalse, rule);
+      decision.key = key;
+      decision.place = inputs.place.name;
+    }
+  }
+
+  // ---- Events
+
+  void planEvents(Rule const& rule) {
+    std::vector<Event> events;
+    bool allChecked = true;
+    for (RuleInputs const& inputs : context_.places) {
+      if (!concerns(rule, inputs)) continue;
+      Evaluation const evaluation = rule.evaluate(inputs, values_);
+      allChecked &= !isUnknown(rule, inputs, evaluation);
+      for (Finding const& finding : evaluation.findings) merge(events, finding, inputs, evaluation);
+      if (evaluation.findings.empty()) tellNothing(rule, inputs, evaluation);
+    }
+    for (Event const& event : events) planEvent(rule, event);
+    if (rule.followsEvents && allChecked) withdrawAbsent(rule, events);
+    if (allChecked) plan_.checked.push_back(&rule);
+  }
+
+  /// The rule's feed failed, or there is nothing to look at: false is not known to be false.
+  static bool isUnknown(Rule const& rule, RuleInputs const& inputs, Evaluation const& evaluation) {
+    bool const lacksInput = evaluation.measured.empty() && !evaluation.note.empty();
+    return lacksInput || !inputs.problemOf(rule.inputs).empty();
+  }
+
+  void tellNothing(Rule const& rule, RuleInputs const& inputs, Evaluation const& evaluation) {
+    Decision& decision = add(isUnknown(rule, inputs, evaluation) ? unknown : conditionFalse, rule);
+    decision.place = inputs.place.name;
+    decision.measured = evaluation.measured;
+    decision.note = noteOf(rule, inputs, evaluation);
+  }
+
+  /// The first place tells the event; the others are named with it.
+  static void merge(std::vector<Event>& events, Finding const& finding, RuleInputs const& inputs,
+                    Evaluation const& evaluation) {
+    auto const known = std::ranges::find_if(
+        events, [&](Event const& event) { return event.finding.identifier == finding.identifier; });
+    if (known == events.end()) {
+      events.push_back({finding, &inputs, inputs.place.name, !inputs.place.isSelected, evaluation.measured});
+      return;
+    }
+    known->names += ", " + inputs.place.name;
+    known->isElsewhere = true;
+  }
+
+  void planEvent(Rule const& rule, Event const& event) {
+    Decision decision = draft(rule, event);
+    if (event.finding.ends && *event.finding.ends <= context_.now) {
+      decision.outcome = hasEnded;
+    } else if (state_.deliveredIDs.contains(decision.key)) {
+      decision.outcome = rule.followsEvents ? followed(decision, event) : alreadyDelivered;
+      if (decision.outcome == escalated) decision.outcome = held(rule, event).value_or(escalated);
+    } else {
+      decision.outcome = told(rule, event);
+    }
+    if (decision.outcome == updated) decision.request.isSilent = true;
+    plan_.decisions.push_back(std::move(decision));
+  }
+
+  RuleOutcome followed(Decision const& decision, Event const& event) const {
+    auto const* const shown = find(state_.shown, decision.key);
+    if (shown == nullptr) return alreadyDelivered;
+    if (event.finding.severity > shown->severity) return escalated;
+    return shown->digest == digestOf(decision.request) ? alreadyDelivered : updated;
+  }
+
+  /// An event that two good checks in a row do not find is over: a feed may drop one for a moment.
+  void withdrawAbsent(Rule const& rule, std::vector<Event> const& events) {
+    for (auto const& [key, shown] : state_.shown) {
+      bool const isPresent =
+          std::ranges::any_of(events, [&](Event const& event) { return event.finding.identifier == key; });
+      bool const isOver = shown.ends && *shown.ends <= context_.now;
+      if (isPresent || shown.isWithdrawn || ruleOf(key) != &rule) continue;
+      Decision& decision = add(isOver || shown.wasAbsent ? withdrawn : absent, rule);
+      decision.key = key;
+      decision.request.identifier = key;
+      decision.severity = shown.severity;
+    }
+  }
+
+  // ---- Told, listed or held
+
+  /// What happens to a finding that is new.
+  RuleOutcome told(Rule const& rule, Event const& event) const {
+    if (auto const reason = held(rule, event)) return *reason;
+    if (event.finding.isCovered || isOldNews(rule, event.finding)) return listed;
+    return announced;
+  }
+
+  std::optional<RuleOutcome> held(Rule const& rule, Event const& event) const {
+    if (context_.suppressedLocationTags.contains(event.inputs->place.tag)) return suppressed;
+    bool const isExempt = event.finding.severity == AlertSeverity::critical && !values_.quiet.holdsCritical;
+    if (isExempt) return std::nullopt;
+    if (isMuted(rule, event.finding)) return muted;
+    if (values_.snoozedUntil && context_.now < *values_.snoozedUntil) return snoozed;
+    if (values_.quiet.contain(event.inputs->calendar.hour(context_.now))) return heldByQuietHours;
+    return std::nullopt;
+  }
+
+  bool isMuted(Rule const& rule, Finding const& finding) const {
+    std::string_view stem = rule.stem;
+    if (stem.ends_with('_')) stem.remove_suffix(1);
+    std::string const kind = finding.kind.empty() ? std::string(stem) : finding.kind;
+    std::string const grade = kind + ":" + std::string(enumName(finding.severity));
+    return std::ranges::any_of(values_.mutedKinds, [&](std::string const& muted) {
+      return muted == stem || muted == kind || muted == grade;
+    });
+  }
+
+  bool isOldNews(Rule const& rule, Finding const& finding) const {
+    return rule.policy == RulePolicy::instance && finding.severity < AlertSeverity::critical &&
+           !state_.firstCheckedAt.contains(rule.stem) && finding.began &&
+           *finding.began < context_.now - kNewsLife;
+  }
+
+  // ---- Scheduled for an hour
+
+  void planScheduled(Rule const& rule, RuleInputs const& inputs) {
+    int const hour = static_cast<int>(context_.settings.integer(rule.hourSetting));
+    Instant const due = nextDue(rule, inputs, hour);
+    RuleInputs then = inputs;
+    then.now = due;
+    then.readWeather();
+    Evaluation const evaluation = rule.evaluate(then, values_);
+    if (evaluation.findings.empty()) return planFindings(rule, inputs, evaluation);
+    Event const event{evaluation.findings.front(), &inputs, inputs.place.name, false, evaluation.measured};
+    Decision decision = draft(rule, event);
+    NotificationRequest const& request = decision.request;
+    decision.outcome = isMuted(rule, event.finding) ? muted : scheduled;
+    decision.scheduled =
+        ScheduledNotification{request.identifier, request.title, request.body, request.sound, hour, 0, due};
+    plan_.decisions.push_back(std::move(decision));
+  }
+
+  Instant nextDue(Rule const& rule, RuleInputs const& inputs, int hour) const {
+    Date const day = inputs.calendar.day(context_.now);
+    auto const at = [&](Date date) {
+      return inputs.calendar.instant(LocalTime(std::chrono::local_days(date)) + std::chrono::hours(hour));
+    };
+    Instant const due = at(day);
+    bool const isOver = due <= context_.now || wasToldToday(rule.stem, inputs, context_.now);
+    return isOver ? at(addDays(day, 1)) : due;
+  }
+
+  // ---- Pieces
+
+  Decision& add(RuleOutcome outcome, Rule const& rule) {
+    Decision& decision = plan_.decisions.emplace_back();
+    decision.outcome = outcome;
+    decision.rule = &rule;
+    return decision;
+  }
+
+  Decision draft(Rule const& rule, Event const& event) const {
+    Decision decision;
+    decision.rule = &rule;
+    decision.key = keyOf(rule, event.finding, *event.inputs);
+    decision.severity = event.finding.severity;
+    decision.ends = event.finding.ends;
+    decision.place = event.names;
+    decision.measured = event.measured;
+    decision.request = requestOf(rule, event, decision.key);
+    return decision;
+  }
+
+  NotificationRequest requestOf(Rule const& rule, Event const& event, std::string const& key) const {
+    Finding const& finding = event.finding;
+    bool const isQuiet = finding.isCovered || isOldNews(rule, finding);
+    NotificationRequest request;
+    request.identifier = event.inputs->place.isSelected ? identifierOf(rule, finding) : key;
+    request.title = event.isElsewhere ? context_.texts.format("push.withPlace", event.names, finding.title)
+                                      : finding.title;
+    request.body = finding.body;
+    std::string_view const sound = finding.sound.empty() ? rule.sound : finding.sound;
+    if (values_.sounds) request.sound = sound;
+    request.isSilent = isQuiet;
+    request.urgency = isQuiet ? NotificationUrgency::low : urgencyOf(finding.severity);
+    bool const isExtreme = rule.followsEvents && finding.severity == AlertSeverity::critical;
+    request.category = isExtreme ? "weather.warning.extreme" : "weather";
+    request.actions = {{"default", std::string(context_.texts.text("push.action.open"))},
+                       {"snooze", std::string(context_.texts.text("push.action.snooze"))},
+                       {"mute", std::string(context_.texts.text("push.action.mute"))}};
+    return request;
+  }
+
+  PassContext const& context_;
+  EngineState const& state_;
+  RuleSettings values_;
+  PassPlan plan_;
+};
+
+}  // namespace
+
+std::string digestOf(NotificationRequest const& request) {
+  return sha256Hex(request.title + "\n" + request.body);
+}
+
+bool isDelivery(RuleOutcome outcome) {
+  return std::ranges::count(kDeliveries, outcome) > 0;
+}
+
+bool isAction(RuleOutcome outcome) {
+  return isDelivery(outcome) || outcome == scheduled;
+}
+
+bool isHeldBack(RuleOutcome outcome) {
+  return std::ranges::count(kHeldBack, outcome) > 0;
+}
+
+PassPlan planPass(PassContext const& context, EngineState const& state) {
+  return Planner(context, state).plan();
+}
+
+NeededInputs neededInputs(Settings const& settings) {
+  NeededInputs needed;
+  bool const everyPlace = settings.boolean("notify_everyPlace");
+  for (Rule const& rule : ruleCatalogue()) {
+    if (!settings.boolean(rule.setting)) continue;
+    needed.selected.insertAll(rule.inputs);
+    if (everyPlace && rule.reach == RuleReach::everyPlace) needed.everywhere.insertAll(rule.inputs);
+  }
+  return needed;
+}
+
+}  // namespace nimbara

@@ -1,0 +1,107 @@
+// One evaluation pass as a pure function: from the inputs of the places, the settings and what was told
+// before to a decision for every rule, in the order of delivery. It delivers, fetches and remembers nothing;
+// `applied` says what to remember of a decision once it has been carried out.
+#pragma once
+
+#include "notifications/engine_state.h"
+#include "notifications/rule.h"
+#include "platform/notification_center.h"
+
+#include <set>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace nimbara {
+
+enum class RuleOutcome {
+  announced,  ///< rings
+  escalated,  ///< told before, and graver now: rings again
+  listed,     ///< shown without a ring: old news, or told by another notification
+  updated,    ///< what is shown is replaced in silence
+  withdrawn,  ///< what is shown is over
+  scheduled,  ///< will be told at its hour
+  settingOff,
+  conditionFalse,
+  unknown,          ///< the rule's input is missing: its feed failed, or there is no forecast
+  absent,           ///< what is shown was not found; one check more and it is over
+  stillActive,      ///< told when it became true
+  returnedTooSoon,  ///< a flicker
+  alreadyDelivered,
+  alreadyToldToday,
+  hasEnded,
+  muted,
+  heldByQuietHours,
+  snoozed,
+  suppressed  ///< the place is being removed or replaced
+};
+template <>
+inline constexpr auto enumNames<RuleOutcome> = std::to_array<std::string_view>(
+    {"announced", "escalated", "listed", "updated", "withdrawn", "scheduled", "settingOff", "conditionFalse",
+     "unknown", "absent", "stillActive", "returnedTooSoon", "alreadyDelivered", "alreadyToldToday",
+     "hasEnded", "muted", "heldByQuietHours", "snoozed", "suppressed"});
+static_assert(enumNamesComplete(RuleOutcome::suppressed));
+
+/// The pass has something to do for it.
+bool isAction(RuleOutcome outcome);
+/// Something goes to the desktop at once.
+bool isDelivery(RuleOutcome outcome);
+/// Something would have been told.
+bool isHeldBack(RuleOutcome outcome);
+
+struct Decision {
+  RuleOutcome outcome = RuleOutcome::conditionFalse;
+  Rule const* rule = nullptr;  ///< never null in a plan
+  std::string key;             ///< under which the state knows it; empty where there is nothing to know
+  NotificationRequest request;
+  AlertSeverity severity = AlertSeverity::info;
+  std::optional<Instant> ends;
+  std::string place;  ///< names, by comma
+  std::vector<Measurement> measured;
+  std::string note;                                ///< the evaluation's, or a feed's problem
+  std::optional<Instant> since;                    ///< when it was told, or last seen
+  std::optional<ScheduledNotification> scheduled;  ///< of a scheduled one
+};
+
+/// A rule that is no row of the catalogue, already evaluated: one of the user's own.
+struct ForeignEvaluation {
+  Rule const* rule = nullptr;
+  RuleInputs const* inputs = nullptr;
+  Evaluation evaluation;
+};
+
+struct PassContext {
+  Instant now;
+  std::span<RuleInputs const> places;  ///< the selected one first
+  std::span<ForeignEvaluation const> foreign;
+  Settings const& settings;
+  Texts const& texts;
+  std::set<std::string, std::less<>> const& suppressedLocationTags;
+};
+
+struct PassPlan {
+  /// Deliveries first, critical ones before all others; then schedules, then what is not told.
+  std::vector<Decision> decisions;
+  std::vector<Rule const*> checked;  ///< rules about events whose feeds answered
+};
+
+PassPlan planPass(PassContext const& context, EngineState const& state);
+
+/// Carried out, or needing nothing: the state after it.
+void apply(Decision const& decision, Instant now, EngineState& state);
+/// What to remember of the pass beside its decisions.
+void applyChecks(PassPlan const& plan, Instant now, EngineState& state);
+/// What was remembered in advance of a delivery that was refused is forgotten.
+void takeBack(Decision const& decision, EngineState& state, EngineState const& before);
+
+/// Tells two wordings of one event apart.
+std::string digestOf(NotificationRequest const& request);
+
+/// Every input that an enabled rule reads; those for each place and those for the selected one alone.
+struct NeededInputs {
+  RuleInputSet everywhere;
+  RuleInputSet selected;
+};
+NeededInputs neededInputs(Settings const& settings);
+
+}  // namespace nimbara
