@@ -39,6 +39,7 @@ struct DesktopState {
   std::string name;
   std::string purpose;
   DesktopServiceState::Presence presence = DesktopServiceState::Presence::unknown;
+  std::string details;
 };
 
 struct Diagnosis {
@@ -68,7 +69,7 @@ inline constexpr auto jsonFields<FolderState> =
 template <>
 inline constexpr auto jsonFields<DesktopState> =
     std::tuple{field("name", &DesktopState::name), field("purpose", &DesktopState::purpose),
-               field("presence", &DesktopState::presence)};
+               field("presence", &DesktopState::presence), field("details", &DesktopState::details)};
 template <>
 inline constexpr auto jsonFields<Diagnosis> =
     std::tuple{field("services", &Diagnosis::services), field("cache", &Diagnosis::cache),
@@ -123,8 +124,8 @@ Diagnosis diagnose(RunContext& context, Session const& session) {
   diagnosis.cache = cacheOf(context, session);
   diagnosis.folders = {folderOf("settings and places", session.environment.dataDirectory),
                        folderOf("cache", session.environment.cacheDirectory)};
-  for (DesktopServiceState const& state : desktopServiceStates({session.environment.program, {}})) {
-    diagnosis.desktop.push_back({state.name, state.purpose, state.presence});
+  for (DesktopServiceState const& state : desktopServiceStates({session.environment.program, {}, {}})) {
+    diagnosis.desktop.push_back({state.name, state.purpose, state.presence, state.details});
   }
   return diagnosis;
 }
@@ -144,7 +145,8 @@ class Page {
     for (FolderState const& folder : diagnosis.folders) row(folder.purpose, lineOf(folder));
     heading("Desktop services");
     for (DesktopState const& state : diagnosis.desktop) {
-      row(state.name, std::string(enumName(state.presence)) + " (" + state.purpose + ")");
+      std::string const details = state.details.empty() ? "" : ": " + state.details;
+      row(state.name, std::string(enumName(state.presence)) + " (" + state.purpose + ")" + details);
     }
     if (diagnosis.desktop.empty()) row("", "the part of the program that asks for them is not installed");
     return std::move(out_);

@@ -153,7 +153,7 @@ class Watch {
 
   int run() {
     log_.happened("started");
-    auto const system = desktopPowerAndNetwork({session_.environment.program, {}},
+    auto const system = desktopPowerAndNetwork({session_.environment.program, {}, {}},
                                                [this](SystemEvent event) { systemEvent(event); });
     for (std::string const& missing : system->missing()) note(missing);
     std::jthread const settings([this](std::stop_token const& stop) { followSettings(stop); });

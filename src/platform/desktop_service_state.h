@@ -14,6 +14,7 @@ struct DesktopServiceState {
   std::string name;     ///< "org.freedesktop.GeoClue2"
   std::string purpose;  ///< what the program uses it for
   Presence presence = Presence::unknown;
+  std::string details;  ///< what a running service tells of itself; may be empty
 };
 
 template <>

@@ -1,5 +1,6 @@
 #include "platform/linux/desktop_services.h"
 
+#include "platform/application_id.h"
 #include "platform/linux/network_notices.h"
 #include "support/instants.h"
 #include "support/private_bus.h"
@@ -109,7 +110,7 @@ class FakeGeoclue {
 class LocationTest : public testing::Test {
  protected:
   Result<LocationFix, LocationError> locate(milliseconds timeout = kLong, std::stop_token stop = {}) const {
-    return desktopLocationSource({NIMBARA_PROGRAM, bus_.address()})->locate(timeout, std::move(stop));
+    return desktopLocationSource({NIMBARA_PROGRAM, bus_.address(), {}})->locate(timeout, std::move(stop));
   }
 
   PrivateBus bus_;
@@ -120,7 +121,7 @@ TEST_F(LocationTest, AsksForTheAccuracyOfACity) {
   auto const fix = locate();
   ASSERT_TRUE(fix) << fix.error().message;
   EXPECT_EQ(*fix, (LocationFix{{52.52, 13.41}, 15000, test::at("2026-11-21T09:20:00.250Z")}));
-  EXPECT_EQ(geoclue.desktopId, "nimbara");
+  EXPECT_EQ(geoclue.desktopId, kApplicationId);
   EXPECT_EQ(geoclue.level, 4U);
 }
 
@@ -177,7 +178,7 @@ TEST_F(LocationTest, SaysWhatIsAbsent) {
   EXPECT_NE(locate().error().message.find("GeoClue"), std::string::npos) << locate().error().message;
   bus_.end();
   EXPECT_NE(locate().error().message.find("D-Bus"), std::string::npos) << locate().error().message;
-  auto const source = desktopLocationSource({"/nowhere/nimbara", bus_.address()});
+  auto const source = desktopLocationSource({"/nowhere/nimbara", bus_.address(), {}});
   EXPECT_NE(source->locate(kLong).error().message.find("nimbara-dbus.so"), std::string::npos);
 }
 
@@ -245,7 +246,7 @@ struct FakeNetworkManager : FakeSender<std::uint32_t> {
 class PowerAndNetworkTest : public testing::Test {
  protected:
   std::unique_ptr<PowerAndNetwork> watch() {
-    return desktopPowerAndNetwork({NIMBARA_PROGRAM, bus_.address()}, heard_.listener());
+    return desktopPowerAndNetwork({NIMBARA_PROGRAM, bus_.address(), {}}, heard_.listener());
   }
 
   PrivateBus bus_;
@@ -287,7 +288,7 @@ TEST_F(PowerAndNetworkTest, LivesWithoutBusAndWithoutModule) {
   auto const deaf = watch();
   ASSERT_EQ(deaf->missing().size(), 1U);
   EXPECT_NE(deaf->missing()[0].find("D-Bus"), std::string::npos);
-  EXPECT_EQ(desktopPowerAndNetwork({"/nowhere/nimbara", ""}, heard_.listener())->missing().size(), 1U);
+  EXPECT_EQ(desktopPowerAndNetwork({"/nowhere/nimbara", "", ""}, heard_.listener())->missing().size(), 1U);
 }
 
 /// A kernel's message of a route.

@@ -2,6 +2,7 @@
 
 #include "platform/linux/dbus/dbus_module.h"
 #include "platform/linux/module_loader.h"
+#include "platform/linux/sound_files.h"
 
 namespace nimbara {
 
@@ -29,6 +30,18 @@ class NoPowerAndNetwork final : public PowerAndNetwork {
   }
 };
 
+class NoNotificationCenter final : public NotificationCenter {
+ public:
+  AuthorizationStatus authorizationStatus() override { return AuthorizationStatus::denied; }
+  AuthorizationStatus requestAuthorization() override { return AuthorizationStatus::denied; }
+  Result<void, DeliveryError> deliver(NotificationRequest const&) override {
+    return std::unexpected(DeliveryError{DeliveryError::Kind::unavailable, kNoModule});
+  }
+  Result<void, DeliveryError> update(NotificationRequest const&) override { return {}; }
+  void withdraw(std::string_view) override {}
+  void setListener(Listener) override {}
+};
+
 }  // namespace
 
 std::unique_ptr<LocationSource> desktopLocationSource(DesktopOptions const& options) {
@@ -44,9 +57,16 @@ std::unique_ptr<PowerAndNetwork> desktopPowerAndNetwork(DesktopOptions const& op
   return module->powerAndNetwork(options.systemBus, std::move(listener));
 }
 
+std::unique_ptr<NotificationCenter> desktopNotificationCenter(DesktopOptions const& options) {
+  DbusModule const* const module = dbusModule(options.program);
+  if (module == nullptr) return std::make_unique<NoNotificationCenter>();
+  return module->notificationCenter(options.sessionBus, soundsDirectory(options.program));
+}
+
 std::vector<DesktopServiceState> desktopServiceStates(DesktopOptions const& options) {
   DbusModule const* const module = dbusModule(options.program);
-  return module == nullptr ? std::vector<DesktopServiceState>{} : module->serviceStates(options.systemBus);
+  if (module == nullptr) return {};
+  return module->serviceStates(options.systemBus, options.sessionBus);
 }
 
 }  // namespace nimbara

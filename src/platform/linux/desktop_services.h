@@ -4,6 +4,7 @@
 
 #include "platform/desktop_service_state.h"
 #include "platform/location_source.h"
+#include "platform/notification_center.h"
 #include "platform/power_and_network.h"
 
 #include <filesystem>
@@ -12,10 +13,11 @@
 
 namespace nimbara {
 
-/// Where the module and the system's bus are.
+/// Where the module and the buses are.
 struct DesktopOptions {
   std::filesystem::path program;  ///< the running program's file
   std::string systemBus;          ///< the bus's address; empty for the system's own
+  std::string sessionBus;         ///< the like of the user's session
 };
 
 /// Never null: without the module, every question is answered with the reason.
@@ -24,6 +26,9 @@ std::unique_ptr<LocationSource> desktopLocationSource(DesktopOptions const& opti
 /// Never null: without bus or services it hears what it can and tells the rest by `missing`.
 std::unique_ptr<PowerAndNetwork> desktopPowerAndNetwork(DesktopOptions const& options,
                                                         PowerAndNetwork::Listener listener);
+
+/// Never null: without module, bus or service nothing is authorized and nothing delivered.
+std::unique_ptr<NotificationCenter> desktopNotificationCenter(DesktopOptions const& options);
 
 /// Empty without the module.
 std::vector<DesktopServiceState> desktopServiceStates(DesktopOptions const& options);

@@ -12,6 +12,11 @@ std::unique_ptr<sdbus::IConnection> connectToBus(std::string const& address) {
   return sdbus::createSessionBusConnectionWithAddress(address);
 }
 
+std::unique_ptr<sdbus::IConnection> connectToSessionBus(std::string const& address) {
+  if (address.empty()) return sdbus::createSessionBusConnection();
+  return sdbus::createSessionBusConnectionWithAddress(address);
+}
+
 WakeUp::WakeUp() : descriptor_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
 
 WakeUp::~WakeUp() {
@@ -20,6 +25,11 @@ WakeUp::~WakeUp() {
 
 void WakeUp::ring() const {
   eventfd_write(descriptor_, 1);
+}
+
+void WakeUp::clear() const {
+  eventfd_t rings = 0;
+  eventfd_read(descriptor_, &rings);
 }
 
 int pollTimeout(sdbus::IConnection::PollData const& data,

@@ -1,4 +1,4 @@
-// A connection to the system's bus whose events are handled by the thread that waits, so that waiting can end
+// A connection to a bus whose events are handled by the thread that waits, so that waiting can end
 // at a deadline or a stop request. One thread uses it.
 #pragma once
 
@@ -17,6 +17,8 @@ namespace nimbara {
 
 /// The system's own bus for an empty address. Throws sdbus::Error.
 std::unique_ptr<sdbus::IConnection> connectToBus(std::string const& address);
+/// The session's own bus for an empty address. Throws sdbus::Error.
+std::unique_ptr<sdbus::IConnection> connectToSessionBus(std::string const& address);
 
 /// An event counter that wakes a poll.
 class WakeUp {
@@ -27,6 +29,8 @@ class WakeUp {
   WakeUp& operator=(WakeUp const&) = delete;
 
   void ring() const;
+  /// Before looking for what it rang for, so that no ring is lost.
+  void clear() const;
   int descriptor() const { return descriptor_; }
 
  private:

@@ -1,5 +1,6 @@
 #include "platform/linux/dbus/dbus_module.h"
 
+#include "platform/linux/dbus/desktop_notification_center.h"
 #include "platform/linux/dbus/geoclue_location_source.h"
 #include "platform/linux/dbus/service_states.h"
 #include "platform/linux/dbus/system_watch.h"
@@ -15,6 +16,10 @@ nimbara::DbusModule const nimbaraDbusModule{
     [](std::string const& systemBus,
        nimbara::PowerAndNetwork::Listener listener) -> std::unique_ptr<nimbara::PowerAndNetwork> {
       return std::make_unique<nimbara::SystemWatch>(systemBus, std::move(listener));
+    },
+    [](std::string const& sessionBus,
+       std::filesystem::path const& soundsDirectory) -> std::unique_ptr<nimbara::NotificationCenter> {
+      return std::make_unique<nimbara::DesktopNotificationCenter>(sessionBus, soundsDirectory);
     },
     &nimbara::serviceStates,
 };

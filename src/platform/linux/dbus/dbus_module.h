@@ -3,8 +3,10 @@
 
 #include "platform/desktop_service_state.h"
 #include "platform/location_source.h"
+#include "platform/notification_center.h"
 #include "platform/power_and_network.h"
 
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -15,7 +17,10 @@ struct DbusModule {
   std::unique_ptr<LocationSource> (*locationSource)(std::string const& systemBus);
   std::unique_ptr<PowerAndNetwork> (*powerAndNetwork)(std::string const& systemBus,
                                                       PowerAndNetwork::Listener listener);
-  std::vector<DesktopServiceState> (*serviceStates)(std::string const& systemBus);
+  std::unique_ptr<NotificationCenter> (*notificationCenter)(std::string const& sessionBus,
+                                                            std::filesystem::path const& soundsDirectory);
+  std::vector<DesktopServiceState> (*serviceStates)(std::string const& systemBus,
+                                                    std::string const& sessionBus);
 };
 
 inline constexpr char kDbusModuleSymbol[] = "nimbaraDbusModule";

@@ -1,5 +1,6 @@
 #include "platform/linux/dbus/geoclue_location_source.h"
 
+#include "platform/application_id.h"
 #include "platform/linux/dbus/bus.h"
 
 #include <cmath>
@@ -19,7 +20,6 @@ constexpr char kManager[] = "org.freedesktop.GeoClue2.Manager";
 constexpr char kClient[] = "org.freedesktop.GeoClue2.Client";
 constexpr char kLocation[] = "org.freedesktop.GeoClue2.Location";
 constexpr char kProperties[] = "org.freedesktop.DBus.Properties";
-constexpr char kDesktopId[] = "nimbara";
 /// GeoClue's number for the accuracy of a city.
 constexpr std::uint32_t kCityLevel = 4;
 
@@ -89,8 +89,9 @@ class Conversation {
         .call(
             [&location](sdbus::ObjectPath const&, sdbus::ObjectPath const& updated) { location = updated; });
     client->finishRegistration();
-    for (auto const& [property, wanted] : {std::pair("DesktopId", sdbus::Variant(std::string(kDesktopId))),
-                                           std::pair("RequestedAccuracyLevel", sdbus::Variant(kCityLevel))}) {
+    for (auto const& [property, wanted] :
+         {std::pair("DesktopId", sdbus::Variant(std::string(kApplicationId))),
+          std::pair("RequestedAccuracyLevel", sdbus::Variant(kCityLevel))}) {
       auto const set = value(
           task_.call<>(*client, kProperties, "Set", std::string(kClient), std::string(property), wanted));
       if (!set) return std::unexpected(set.error());

@@ -1,6 +1,7 @@
 #include "platform/linux/dbus/service_states.h"
 
 #include "platform/linux/dbus/bus.h"
+#include "platform/linux/notification_text.h"
 
 #include <algorithm>
 
@@ -13,61 +14,100 @@ using Names = std::vector<std::string>;
 
 enum class Bus { system, session };
 
+using Details = std::string (*)(sdbus::IConnection&);
+
+std::string notificationDetails(sdbus::IConnection& connection);
+
 struct Known {
   Bus bus;
   char const* name;
   char const* purpose;
+  Details details = nullptr;
 };
 
 constexpr Known kServices[] = {
     {Bus::system, "org.freedesktop.GeoClue2", "where you are"},
     {Bus::system, "org.freedesktop.login1", "noticing the return from sleep"},
     {Bus::system, "org.freedesktop.NetworkManager", "noticing the network's return"},
-    {Bus::session, "org.freedesktop.Notifications", "showing notifications"},
+    {Bus::session, "org.freedesktop.Notifications", "showing notifications", &notificationDetails},
     {Bus::session, "org.freedesktop.portal.Desktop", "the desktop's settings"},
 };
 
 constexpr std::chrono::seconds kPatience{2};
 
-struct NamesOnBus {
+Names ask(sdbus::IProxy& proxy, sdbus::IConnection& connection, char const* interface, char const* method) {
+  BusTask task(connection, kPatience, {});
+  auto const reply = task.call<Names>(proxy, interface, method);
+  return reply && *reply ? std::get<0>(**reply) : Names{};
+}
+
+/// "GNOME Shell 43.9, with actions, body, body-markup"
+std::string notificationDetails(sdbus::IConnection& connection) {
+  constexpr char kServer[] = "org.freedesktop.Notifications";
+  auto const proxy = sdbus::createProxy(connection, kServer, "/org/freedesktop/Notifications");
+  proxy->finishRegistration();
+  BusTask task(connection, kPatience, {});
+  using Text = std::string;
+  auto const server = task.call<Text, Text, Text, Text>(*proxy, kServer, "GetServerInformation");
+  if (!server || !*server) return "it does not tell what it is";
+  auto const& [name, vendor, version, specification] = **server;
+  std::string details = name + " " + version;
+  Names capabilities = ask(*proxy, connection, kServer, "GetCapabilities");
+  std::ranges::sort(capabilities);
+  for (std::string const& capability : capabilities) {
+    details += (&capability == capabilities.data() ? ", with " : ", ") + capability;
+  }
+  constexpr std::size_t kLongest = 400;
+  return sendableText(details, kLongest, TextLines::one);
+}
+
+/// A bus with the names on it.
+struct Reached {
+  std::unique_ptr<sdbus::IConnection> connection;
   Names running;
   Names startable;
 };
 
-Names ask(sdbus::IProxy& proxy, sdbus::IConnection& connection, char const* method) {
-  BusTask task(connection, kPatience, {});
-  auto const reply = task.call<Names>(proxy, "org.freedesktop.DBus", method);
-  return reply && *reply ? std::get<0>(**reply) : Names{};
-}
-
-std::optional<NamesOnBus> namesOn(Bus bus, std::string const& systemBus) {
+std::optional<Reached> reach(Bus bus, std::string const& address) {
   try {
-    auto const connection =
-        bus == Bus::system ? connectToBus(systemBus) : sdbus::createSessionBusConnection();
-    auto const proxy = sdbus::createProxy(*connection, "org.freedesktop.DBus", "/org/freedesktop/DBus");
+    auto connection = bus == Bus::system ? connectToBus(address) : connectToSessionBus(address);
+    constexpr char kBus[] = "org.freedesktop.DBus";
+    auto const proxy = sdbus::createProxy(*connection, kBus, "/org/freedesktop/DBus");
     proxy->finishRegistration();
-    return NamesOnBus{ask(*proxy, *connection, "ListNames"),
-                      ask(*proxy, *connection, "ListActivatableNames")};
+    Names running = ask(*proxy, *connection, kBus, "ListNames");
+    Names startable = ask(*proxy, *connection, kBus, "ListActivatableNames");
+    return Reached{std::move(connection), std::move(running), std::move(startable)};
   } catch (sdbus::Error const&) {
     return std::nullopt;
   }
 }
 
-Presence presenceOf(std::string const& name, std::optional<NamesOnBus> const& names) {
-  if (!names) return Presence::unknown;
-  if (std::ranges::count(names->running, name) > 0) return Presence::running;
-  return std::ranges::count(names->startable, name) > 0 ? Presence::startable : Presence::absent;
+Presence presenceOf(std::string const& name, std::optional<Reached> const& bus) {
+  if (!bus) return Presence::unknown;
+  if (std::ranges::count(bus->running, name) > 0) return Presence::running;
+  return std::ranges::count(bus->startable, name) > 0 ? Presence::startable : Presence::absent;
+}
+
+std::string detailsOf(Known const& known, Presence presence, std::optional<Reached> const& bus) {
+  if (known.details == nullptr || presence != Presence::running) return {};
+  try {
+    return known.details(*bus->connection);
+  } catch (sdbus::Error const&) {
+    return {};
+  }
 }
 
 }  // namespace
 
-std::vector<DesktopServiceState> serviceStates(std::string const& systemBus) {
-  auto const system = namesOn(Bus::system, systemBus);
-  auto const session = namesOn(Bus::session, systemBus);
+std::vector<DesktopServiceState> serviceStates(std::string const& systemBus, std::string const& sessionBus) {
+  auto const system = reach(Bus::system, systemBus);
+  auto const session = reach(Bus::session, sessionBus);
   std::vector<DesktopServiceState> states;
+  states.reserve(std::size(kServices));
   for (Known const& known : kServices) {
-    auto const& names = known.bus == Bus::system ? system : session;
-    states.push_back({known.name, known.purpose, presenceOf(known.name, names)});
+    auto const& bus = known.bus == Bus::system ? system : session;
+    Presence const presence = presenceOf(known.name, bus);
+    states.push_back({known.name, known.purpose, presence, detailsOf(known, presence, bus)});
   }
   return states;
 }

@@ -8,7 +8,8 @@
 
 namespace nimbara {
 
-/// `systemBus` as in `connectToBus`. A bus that cannot be reached leaves its services unknown.
-std::vector<DesktopServiceState> serviceStates(std::string const& systemBus);
+/// The buses as in `connectToBus` and `connectToSessionBus`. A bus that cannot be reached leaves its services
+/// unknown; no service is started by the question.
+std::vector<DesktopServiceState> serviceStates(std::string const& systemBus, std::string const& sessionBus);
 
 }  // namespace nimbara
