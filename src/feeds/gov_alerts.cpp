@@ -224,4 +224,13 @@ std::vector<WeatherAlert> liveEvents(std::vector<NWSAlert> const& messages, Inst
   return alerts;
 }
 
+std::vector<NWSAlert> liveMessages(std::vector<NWSAlert> const& messages, Instant now) {
+  Messages const related(messages);
+  std::vector<NWSAlert> live;
+  for (NWSAlert const& message : messages) {
+    if (related.isLive(message, now)) live.push_back(message);
+  }
+  return live;
+}
+
 }  // namespace nimbara

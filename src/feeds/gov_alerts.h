@@ -27,4 +27,7 @@ std::string_view nwsIcon(std::string_view event);
 /// it is given, else the message's. Updates keep the identifier of the message that began the event.
 std::vector<WeatherAlert> liveEvents(std::vector<NWSAlert> const& messages, Instant now);
 
+/// The live messages of a list as the service worded them, by the same rules.
+std::vector<NWSAlert> liveMessages(std::vector<NWSAlert> const& messages, Instant now);
+
 }  // namespace nimbara

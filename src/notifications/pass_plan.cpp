@@ -247,10 +247,18 @@ class Planner {
     return std::nullopt;
   }
 
+  /// "gov" of "gov_".
+  static std::string_view withoutJoint(std::string_view stem) {
+    return stem.ends_with('_') ? stem.substr(0, stem.size() - 1) : stem;
+  }
+
+  static std::string kindOf(Rule const& rule, Finding const& finding) {
+    return finding.kind.empty() ? std::string(withoutJoint(rule.stem)) : finding.kind;
+  }
+
   bool isMuted(Rule const& rule, Finding const& finding) const {
-    std::string_view stem = rule.stem;
-    if (stem.ends_with('_')) stem.remove_suffix(1);
-    std::string const kind = finding.kind.empty() ? std::string(stem) : finding.kind;
+    std::string_view const stem = withoutJoint(rule.stem);
+    std::string const kind = kindOf(rule, finding);
     std::string const grade = kind + ":" + std::string(enumName(finding.severity));
     return std::ranges::any_of(values_.mutedKinds, [&](std::string const& muted) {
       return muted == stem || muted == kind || muted == grade;
@@ -306,6 +314,7 @@ class Planner {
     decision.rule = &rule;
     decision.key = keyOf(rule, event.finding, *event.inputs);
     decision.severity = event.finding.severity;
+    decision.kind = kindOf(rule, event.finding);
     decision.ends = event.finding.ends;
     decision.place = event.names;
     decision.measured = event.measured;

@@ -33,13 +33,15 @@ enum class RuleOutcome {
   muted,
   heldByQuietHours,
   snoozed,
+  refused,    ///< the desktop did not take it: the next pass tries again
   suppressed  ///< the place is being removed or replaced
 };
 template <>
 inline constexpr auto enumNames<RuleOutcome> = std::to_array<std::string_view>(
-    {"announced", "escalated", "listed", "updated", "withdrawn", "scheduled", "settingOff", "conditionFalse",
-     "unknown", "absent", "stillActive", "returnedTooSoon", "alreadyDelivered", "alreadyToldToday",
-     "hasEnded", "muted", "heldByQuietHours", "snoozed", "suppressed"});
+    {"announced",   "escalated",        "listed",           "updated",          "withdrawn",
+     "scheduled",   "settingOff",       "conditionFalse",   "unknown",          "absent",
+     "stillActive", "returnedTooSoon",  "alreadyDelivered", "alreadyToldToday", "hasEnded",
+     "muted",       "heldByQuietHours", "snoozed",          "refused",          "suppressed"});
 static_assert(enumNamesComplete(RuleOutcome::suppressed));
 
 /// The pass has something to do for it.
@@ -55,6 +57,7 @@ struct Decision {
   std::string key;             ///< under which the state knows it; empty where there is nothing to know
   NotificationRequest request;
   AlertSeverity severity = AlertSeverity::info;
+  std::string kind;  ///< what a mute names
   std::optional<Instant> ends;
   std::string place;  ///< names, by comma
   std::vector<Measurement> measured;

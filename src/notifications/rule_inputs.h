@@ -44,11 +44,11 @@ using RuleInputSet = EnumSet<RuleInput>;
 
 /// A feed's answer as rules see it. A failed feed silences its own rules only.
 template <class T>
-struct FeedReading {
+struct InputReading {
   std::shared_ptr<T const> value;  ///< null: not asked, or nothing known
   std::string problem;             ///< why it is not fresh: a sentence without a full stop; empty when it is
 
-  static FeedReading of(T held) { return {std::make_shared<T const>(std::move(held)), {}}; }
+  static InputReading of(T held) { return {std::make_shared<T const>(std::move(held)), {}}; }
   explicit operator bool() const { return value != nullptr; }
   T const& operator*() const { return *value; }
   T const* operator->() const { return value.get(); }
@@ -76,11 +76,11 @@ struct RuleInputs {
   std::span<HourlyForecast const> hours;       ///< of it: the entry that contains `now` and all later ones
   std::optional<Present> present;              ///< what it says of `now`
 
-  FeedReading<std::vector<WeatherAlert>> generatedAlerts;
-  FeedReading<std::vector<WeatherAlert>> govAlerts;  ///< live official events, most severe first
-  FeedReading<std::vector<NWSAlert>> nwsAlerts;      ///< live messages of the NWS
-  FeedReading<std::vector<EarthquakeEvent>> earthquakes;
-  FeedReading<double> kp;
+  InputReading<std::vector<WeatherAlert>> generatedAlerts;
+  InputReading<std::vector<WeatherAlert>> govAlerts;  ///< live official events, most severe first
+  InputReading<std::vector<NWSAlert>> nwsAlerts;      ///< live messages of the NWS
+  InputReading<std::vector<EarthquakeEvent>> earthquakes;
+  InputReading<double> kp;
 
   /// Fills `hours` and `present` from `weather`.
   void readWeather();

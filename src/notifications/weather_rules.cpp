@@ -111,7 +111,7 @@ bool tellsTornado(WeatherAlert const& alert) {
   return alert.icon == kTornadoIcon;
 }
 
-WeatherAlert const* firstOf(FeedReading<std::vector<WeatherAlert>> const& alerts, auto const& wanted) {
+WeatherAlert const* firstOf(InputReading<std::vector<WeatherAlert>> const& alerts, auto const& wanted) {
   if (!alerts) return nullptr;
   auto const found = std::ranges::find_if(*alerts, wanted);
   return found == alerts->end() ? nullptr : &*found;

@@ -1,0 +1,52 @@
+// Gathers what notification rules look at: the forecasts of the places and the answers of the feeds that an
+// enabled rule reads, each asked once a pass. Decides nothing about what is told.
+#pragma once
+
+#include "app/composition.h"
+#include "app/place.h"
+#include "feeds/gov_alert_service.h"
+#include "notifications/notification_manager.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <stop_token>
+#include <vector>
+
+namespace nimbara {
+
+/// The key under which a location is known to notifications.
+std::string locationTag(Place const& place);
+
+class NotificationInputs {
+ public:
+  struct Options {
+    Units units;
+    std::shared_ptr<Texts const> texts;
+    Calendar fallback = Calendar::utc();  ///< of places whose zone nobody knows
+    /// The forecast of a place as this program has it; nothing when there is none.
+    std::function<std::shared_ptr<WeatherData const>(Place const&, std::stop_token const&)> weather;
+    /// What is stated of a place instead of what the gazetteer finds; may be empty.
+    std::function<GovAlertPlace(Place const&)> officialPlace;
+  };
+
+  NotificationInputs(FeedServices& feeds, Clock const& clock, Options options);
+
+  /// The first of `places` is the selected one. Blocks for the feeds.
+  std::vector<RuleInputs> gather(std::vector<Place> const& places, NeededInputs const& needed,
+                                 std::stop_token const& stop = {});
+
+ private:
+  RuleInputs inputsOf(Place const& place, bool isSelected, RuleInputSet needed, std::stop_token const& stop);
+  void readForecast(RuleInputs& inputs, Place const& place, RuleInputSet needed, std::stop_token const& stop);
+  void readOfficial(RuleInputs& inputs, GovAlertPlace const& place, RuleInputSet needed,
+                    std::stop_token const& stop);
+  /// Those that are the same for all places.
+  void readWorld(RuleInputs& inputs, RuleInputSet needed, std::stop_token const& stop);
+
+  FeedServices& feeds_;
+  Clock const& clock_;
+  Options options_;
+};
+
+}  // namespace nimbara

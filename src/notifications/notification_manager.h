@@ -1,0 +1,91 @@
+// The notification engine: runs one evaluation pass after the other, delivers what the plan of a pass says,
+// and keeps what was told. Long-lived, one for a program; any thread may call. It fetches nothing by itself:
+// each pass is given a function that gathers its inputs.
+#pragma once
+
+#include "notifications/pass_plan.h"
+#include "platform/clock.h"
+
+#include <atomic>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <stop_token>
+
+namespace nimbara {
+
+/// What a pass looks at.
+struct PassInputs {
+  std::vector<RuleInputs> places;  ///< the selected one first
+  std::vector<ForeignEvaluation> foreign;
+};
+
+/// Asks the network for what enabled rules read. Blocks.
+using GatherInputs = std::function<PassInputs(NeededInputs const&, std::stop_token const&)>;
+
+struct PassReport {
+  enum class End {
+    completed,
+    superseded,  ///< a newer pass was queued
+    denied,      ///< the desktop shows no notifications: nothing was evaluated
+    busy         ///< another process evaluates
+  };
+
+  End end = End::completed;
+  PassPlan plan;                      ///< deliveries that failed are `refused`
+  std::vector<std::string> problems;  ///< sentences without a full stop
+};
+
+template <>
+inline constexpr auto enumNames<PassReport::End> =
+    std::to_array<std::string_view>({"completed", "superseded", "denied", "busy"});
+static_assert(enumNamesComplete(PassReport::End::busy));
+
+class NotificationManager {
+ public:
+  struct Surroundings {
+    SettingsStore& store;
+    NotificationCenter& center;
+    Clock const& clock;
+    Texts const& texts;
+    std::filesystem::path lockFile;  ///< shared by the processes of the user; empty: none
+  };
+
+  explicit NotificationManager(Surroundings surroundings);
+
+  /// May ask the user.
+  AuthorizationStatus requestAuthorization();
+  AuthorizationStatus authorizationStatus() const { return authorizationStatus_; }
+
+  /// One pass. Waits for the one before; a pass delivers nothing more once a newer one waits.
+  PassReport evaluate(GatherInputs const& gather, std::stop_token const& stop = {});
+  /// What a pass would do now. Delivers and remembers nothing, and needs no desktop.
+  PassReport preview(GatherInputs const& gather, std::stop_token const& stop = {});
+
+  /// Tells the daily notifications whose hour has come.
+  PassReport tellScheduled();
+  /// When the next of them is due.
+  std::optional<Instant> nextScheduled() const;
+
+  /// For a location that is being removed or replaced.
+  void suppress(std::string const& locationTag);
+  void release(std::string_view locationTag);
+
+  /// A person answered a notification: snoozing and muting are settings.
+  Result<void, StoreError> respond(NotificationResponse const& response);
+
+ private:
+  class Pass;
+
+  Surroundings around_;
+  std::atomic<AuthorizationStatus> authorizationStatus_ = AuthorizationStatus::notDetermined;
+  std::atomic<std::uint64_t> evaluationTailToken_ = 0;  ///< of the newest pass
+  std::mutex evaluationTail_;                           ///< held by the pass that runs
+  mutable std::mutex mutex_;                            // guards all below
+  EngineState::Strings suppressedLocationTags_;
+  EngineState lastKnown_;                     ///< while the store cannot be read or written
+  std::map<std::string, std::string> kinds_;  ///< by the identifier of what was delivered
+};
+
+}  // namespace nimbara
