@@ -2,6 +2,7 @@
 #include "base/text.h"
 #include "cli/cli.h"
 #include "cli/run_context.h"
+#include "cli/stated_place.h"
 #include "cli/terminal.h"
 #include "cli/warning_page.h"
 #include "gazetteer/gazetteer.h"
@@ -46,29 +47,15 @@ class AlertsRun {
     std::ranges::move(answer->alerts, std::back_inserter(alerts_));
   }
 
-  /// What the reverse look-up finds, or what the command line says that it would.
-  GovAlertPlace officialPlace() {
-    GovAlertPlace place = govAlertPlace(place_.coordinate);
-    if (!options_.country.empty()) place.countryCode = asciiUppered(options_.country);
-    bool const statesRegions = !options_.regionCodes.empty() || !options_.regionNames.empty();
-    if (options_.country.empty() && !statesRegions) return place;
-    PlaceRegions stated = context_.app().feeds().regions().at(place_.coordinate);
-    stated.country = place.countryCode;
-    if (statesRegions) stated.codes.clear();
-    for (std::string const& code : options_.regionCodes) stated.codes.push_back(regionCodeOf(code));
-    if (!options_.regionNames.empty()) stated.names = options_.regionNames;
-    place.regions = std::move(stated);
-    return place;
-  }
-
   void gatherOfficial() {
     std::vector<std::string> names;
     for (AlertSource const source : kOfficial) {
       if (options_.sources.contains(source)) names.emplace_back(enumName(source));
     }
     if (names.empty()) return;
-    GovAlerts official =
-        context_.app().feeds().govAlerts().fetchAlerts(officialPlace(), names, session_.stop);
+    GovAlerts official = context_.app().feeds().govAlerts().fetchAlerts(
+        statedPlace(place_.coordinate, options_.stated, context_.app().feeds().regions()), names,
+        session_.stop);
     for (GovSourceState const& state : official.sources) {
       // What was never checked is not known to be empty.
       if (!state.checkedAt)

@@ -34,8 +34,12 @@ std::string namesOf() {
 /// What every command takes.
 void defineCommon(CLI::App& app, CommandLine& line, RawOptions& raw);
 
+/// --country, --region and --region-name.
+void defineStatedRegions(CLI::App& command, StatedRegions& stated);
+
 void defineWeather(CLI::App& app, CommandLine& line, RawOptions& raw);
 void defineFeeds(CLI::App& app, CommandLine& line, RawOptions& raw);
+void defineNotifications(CLI::App& app, CommandLine& line, RawOptions& raw);
 void defineService(CLI::App& app, CommandLine& line, RawOptions& raw);
 void defineSatellites(CLI::App& app, CommandLine& line, RawOptions& raw);
 void definePlaces(CLI::App& app, CommandLine& line, RawOptions& raw);

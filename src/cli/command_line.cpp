@@ -116,6 +116,7 @@ Result<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> argument
   definePlaces(app, line, raw);
   defineSettings(app, line, raw);
   defineSatellites(app, line, raw);
+  defineNotifications(app, line, raw);
   defineService(app, line, raw);
   for (CLI::App* const sub : defineRegions(app, line)) defineCommon(*sub, line, raw);
   std::ranges::reverse(arguments);

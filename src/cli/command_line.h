@@ -66,12 +66,28 @@ struct SettingsOptions {
   bool json = false;
 };
 
+/// What a person says of a place instead of what the gazetteer and the outlines say.
+struct StatedRegions {
+  std::string country;
+  std::vector<std::string> codes;
+  std::vector<std::string> names;
+};
+
 struct AlertsOptions {
   std::string place;
   EnumSet<AlertSource> sources = EnumSet<AlertSource>::all();
-  std::string country;  ///< these three instead of what the gazetteer says
-  std::vector<std::string> regionCodes;
-  std::vector<std::string> regionNames;
+  StatedRegions stated;
+  bool json = false;
+};
+
+struct NotifyOptions {
+  enum class Deliver { desktop, print };
+
+  std::string place;
+  StatedRegions stated;
+  Deliver deliver = Deliver::desktop;
+  bool dryRun = false;
+  bool explain = false;
   bool json = false;
 };
 
@@ -102,6 +118,7 @@ struct CommandLine {
   LineOptions line;
   DoctorOptions doctor;
   WatchOptions watch;
+  NotifyOptions notify;
   DemoOptions demo;
   PlacesOptions places;
   SettingsOptions settings;

@@ -34,18 +34,7 @@ void defineAlerts(CLI::App& app, CommandLine& line, RawOptions& raw) {
       ->add_option("--source", raw.sources,
                    "Any of generated, nws, meteoalarm, separated by commas; all by default")
       ->type_name("LIST");
-  command->add_option("--country", options.country, "The place's country instead of what the gazetteer says")
-      ->type_name("CC");
-  command
-      ->add_option("--region", options.regionCodes,
-                   "A code of the place's region; may be given several times")
-      ->type_name("CODE")
-      ->allow_extra_args(false);
-  command
-      ->add_option("--region-name", options.regionNames,
-                   "A name of the place's region; may be given several times")
-      ->type_name("NAME")
-      ->allow_extra_args(false);
+  defineStatedRegions(*command, options.stated);
   command->add_flag("--json", options.json, kJson);
   defineCommon(*command, line, raw);
   command->callback([&line] { line.run = runAlerts; });
@@ -77,6 +66,18 @@ void defineDoctor(CLI::App& app, CommandLine& line, RawOptions& raw) {
 }
 
 }  // namespace
+
+void defineStatedRegions(CLI::App& command, StatedRegions& stated) {
+  command.add_option("--country", stated.country, "The place's country instead of what the gazetteer says")
+      ->type_name("CC");
+  command.add_option("--region", stated.codes, "A code of the place's region; may be given several times")
+      ->type_name("CODE")
+      ->allow_extra_args(false);
+  command
+      .add_option("--region-name", stated.names, "A name of the place's region; may be given several times")
+      ->type_name("NAME")
+      ->allow_extra_args(false);
+}
 
 void defineWeather(CLI::App& app, CommandLine& line, RawOptions& raw) {
   defineForecast(app, line, raw);

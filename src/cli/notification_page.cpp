@@ -1,0 +1,167 @@
+#include "cli/notification_page.h"
+
+#include "base/display_text.h"
+#include "base/json.h"
+#include "base/number.h"
+#include "base/text.h"
+
+#include <algorithm>
+
+namespace nimbara {
+
+namespace {
+
+using enum RuleOutcome;
+
+constexpr std::string_view kSystemSound = "default";
+
+/// What a person is told of the pass: not what was replaced or taken back in silence.
+bool isTold(Decision const& decision) {
+  RuleOutcome const told[] = {announced, escalated, listed, scheduled};
+  return std::ranges::count(told, decision.outcome) > 0;
+}
+
+void writeTrigger(JsonWriter& json, Decision const& decision) {
+  if (!decision.scheduled) return json.member("trigger", "immediate");
+  json.key("trigger");
+  json.beginObject();
+  json.member("hour", decision.scheduled->hour);
+  json.member("minute", decision.scheduled->minute);
+  json.endObject();
+}
+
+void writeTold(JsonWriter& json, Decision const& decision) {
+  NotificationRequest const& request = decision.request;
+  json.beginObject();
+  json.member("identifier", request.identifier);
+  json.member("title", request.title);
+  json.member("body", request.body);
+  json.member("sound", request.sound.value_or(std::string(kSystemSound)));
+  writeTrigger(json, decision);
+  json.member("severity", decision.severity);
+  json.member("quiet", request.isSilent);
+  json.member("place", decision.place);
+  json.endObject();
+}
+
+std::string_view relationName(Measurement::Relation relation) {
+  constexpr std::string_view kNames[] = {"atLeast", "above", "atMost", "below"};
+  return kNames[static_cast<std::size_t>(relation)];
+}
+
+void writeMeasured(JsonWriter& json, std::vector<Measurement> const& measured) {
+  json.key("measured");
+  json.beginList();
+  for (Measurement const& measurement : measured) {
+    json.separate();
+    json.beginObject();
+    json.member("what", measurement.what);
+    json.member("value", measurement.value);
+    json.member("needs", relationName(measurement.needs));
+    json.member("limit", measurement.limit);
+    json.member("unit", measurement.unit);
+    json.endObject();
+  }
+  json.endList();
+}
+
+std::string numberText(double value) {
+  bool const isWhole = value == std::floor(value);
+  return isWhole ? fixedDecimal(value, 0) : fixedDecimal(value, 1);
+}
+
+std::string withUnit(double value, std::string_view unit) {
+  return numberText(value) + (unit.empty() ? "" : " " + std::string(unit));
+}
+
+/// The text of a key that ends in a name; the name itself where there is no text, as in a feed's problem.
+std::string named(Texts const& texts, std::string const& stem, std::string_view name) {
+  std::string const key = stem + std::string(name);
+  std::string_view const text = texts.text(key);
+  return std::string(text == key ? name : text);
+}
+
+std::string measuredText(Measurement const& measurement, Texts const& texts) {
+  std::string const relation(relationName(measurement.needs));
+  return texts.format("explain.relation." + relation, named(texts, "explain.measure.", measurement.what),
+                      withUnit(measurement.value, measurement.unit),
+                      withUnit(measurement.limit, measurement.unit));
+}
+
+std::string reasonText(Decision const& decision, Texts const& texts) {
+  std::string text = named(texts, "explain.outcome.", enumName(decision.outcome));
+  for (Measurement const& measurement : decision.measured) text += "; " + measuredText(measurement, texts);
+  if (!decision.note.empty()) text += "; " + named(texts, "explain.note.", decision.note);
+  if (decision.since) text += "; " + formatIso8601(*decision.since);
+  return text;
+}
+
+std::string identifierOf(Decision const& decision) {
+  return decision.request.identifier.empty() ? std::string(decision.rule->stem) : decision.request.identifier;
+}
+
+}  // namespace
+
+std::string notificationsJson(PassPlan const& plan) {
+  JsonWriter json;
+  json.beginList();
+  for (Decision const& decision : plan.decisions) {
+    if (!isTold(decision)) continue;
+    json.separate();
+    writeTold(json, decision);
+  }
+  json.endList();
+  return json.take() + "\n";
+}
+
+std::string notificationsText(PassPlan const& plan, Texts const& texts, Style const& style, int width) {
+  std::string text;
+  for (Decision const& decision : plan.decisions) {
+    if (!isTold(decision)) continue;
+    std::string heading = oneLine(decision.request.title);
+    if (decision.scheduled) {
+      heading = texts.format("notify.at", fixedDecimal(decision.scheduled->hour, 0), heading);
+    }
+    text += style.painted(heading, Colour::bold) + "\n";
+    for (std::string const& line : wrapped(oneLine(decision.request.body), width - 2)) {
+      text += "  " + line + "\n";
+    }
+  }
+  return text.empty() ? std::string(texts.text("notify.nothing")) + "\n" : text;
+}
+
+std::string explanationJson(PassPlan const& plan) {
+  JsonWriter json;
+  json.beginList();
+  for (Decision const& decision : plan.decisions) {
+    json.separate();
+    json.beginObject();
+    json.member("rule", decision.rule->stem);
+    json.member("setting", decision.rule->setting);
+    json.member("identifier", identifierOf(decision));
+    json.member("outcome", decision.outcome);
+    json.member("place", decision.place);
+    writeMeasured(json, decision.measured);
+    json.member("note", decision.note);
+    json.member("since", decision.since);
+    json.endObject();
+  }
+  json.endList();
+  return json.take() + "\n";
+}
+
+std::string explanationText(PassPlan const& plan, Texts const& texts, Style const& style) {
+  std::size_t width = 0;
+  for (Decision const& decision : plan.decisions) width = std::max(width, identifierOf(decision).size());
+  constexpr std::size_t kWidest = 28;
+  std::string text;
+  for (Decision const& decision : plan.decisions) {
+    std::string const name = fitted(identifierOf(decision), static_cast<int>(std::min(width, kWidest)));
+    std::string const place = decision.place.empty() ? "" : oneLine(decision.place) + ": ";
+    std::string const line = name + "  " + place + oneLine(reasonText(decision, texts));
+    text += (isAction(decision.outcome) ? style.painted(line, Colour::bold) : line) + "\n";
+  }
+  return text;
+}
+
+}  // namespace nimbara

@@ -1,0 +1,147 @@
+#include "app/notification_inputs.h"
+#include "app/place_resolver.h"
+#include "app/places.h"
+#include "cli/cli.h"
+#include "cli/notification_page.h"
+#include "cli/run_context.h"
+#include "cli/stated_place.h"
+#include "cli/terminal.h"
+#include "notifications/notification_manager.h"
+#include "platform/linux/desktop_services.h"
+
+#include <algorithm>
+
+namespace nimbara {
+
+namespace {
+
+/// Takes everything and shows nothing: what was told is on standard output.
+class SilentCenter final : public NotificationCenter {
+ public:
+  AuthorizationStatus authorizationStatus() override { return AuthorizationStatus::authorized; }
+  AuthorizationStatus requestAuthorization() override { return AuthorizationStatus::authorized; }
+  Result<void, DeliveryError> deliver(NotificationRequest const& /*request*/) override { return {}; }
+  Result<void, DeliveryError> update(NotificationRequest const& /*request*/) override { return {}; }
+  void withdraw(std::string_view /*identifier*/) override {}
+  void setListener(Listener /*listener*/) override {}
+};
+
+class NotifyRun {
+ public:
+  NotifyRun(CommandLine const& line, Session const& session)
+      : options_(line.notify),
+        session_(session),
+        clock_(makeClock(line.common)),
+        context_(line.common, session, *clock_, ownServices(line.common, line.forecast.provider)) {}
+
+  int run() {
+    if (auto const failure = findPlaces()) return session_.fail(failure->exitCode, failure->sentence);
+    auto const center = makeCenter();
+    NotificationManager manager({*session_.store, *center, *clock_, context_.texts(), lockFile()});
+    bool const isPreview = options_.dryRun || options_.explain;
+    auto const gather = [this](NeededInputs const& needed, std::stop_token const& stop) {
+      return PassInputs{gatherInputs(needed, stop), {}};
+    };
+    PassReport const report =
+        isPreview ? manager.preview(gather, session_.stop) : manager.evaluate(gather, session_.stop);
+    if (session_.stop.stop_requested()) return session_.fail(exitCode::kInterrupted, "interrupted");
+    return tell(report);
+  }
+
+ private:
+  /// The one that was asked for, or the saved ones with the selected first.
+  std::optional<Failure> findPlaces() {
+    auto const selected = context_.place(options_.place);
+    if (!selected) return selected.error();
+    places_.push_back(*selected);
+    if (!options_.place.empty()) return std::nullopt;
+    auto const list = Places(*session_.store).list();
+    if (!list) return Failure{exitCode::kUnavailable, list.error().message, {}};
+    for (SavedPlace const& saved : list->places) {
+      if (saved.coordinate != selected->coordinate) places_.push_back(placeOf(saved));
+    }
+    return std::nullopt;
+  }
+
+  std::unique_ptr<NotificationCenter> makeCenter() const {
+    if (options_.deliver == NotifyOptions::Deliver::print || options_.dryRun || options_.explain) {
+      return std::make_unique<SilentCenter>();
+    }
+    return desktopNotificationCenter({session_.environment.program, {}, {}});
+  }
+
+  std::filesystem::path lockFile() const { return session_.environment.dataDirectory / "notifications.lock"; }
+
+  std::vector<RuleInputs> gatherInputs(NeededInputs const& needed, std::stop_token const& stop) {
+    NotificationInputs inputs(
+        context_.app().feeds(), *clock_,
+        {context_.wording().units, context_.wording().texts, context_.wording().fallback,
+         [this](Place const& place, std::stop_token const& token) { return weatherOf(place, token); },
+         [this](Place const& place) {
+           return statedPlace(place.coordinate, options_.stated, context_.app().feeds().regions());
+         }});
+    return inputs.gather(places_, needed, stop);
+  }
+
+  std::shared_ptr<WeatherData const> weatherOf(Place const& place, std::stop_token const& stop) {
+    auto answer = context_.app().forecasts().get(place, WeatherProviderOption::automatic, stop);
+    if (!answer) {
+      context_.tell(context_.sentenceOf(answer.error()));
+      lacksForecast_ = true;
+      return nullptr;
+    }
+    context_.tell(context_.note(*answer));
+    return std::make_shared<WeatherData const>(std::move(answer->data));
+  }
+
+  int tell(PassReport const& report) {
+    for (std::string const& problem : report.problems) context_.tell(problem);
+    tellFailedFeeds(report.plan);
+    session_.console.out(rendered(report.plan));
+    if (report.end == PassReport::End::denied) {
+      return session_.fail(exitCode::kUnavailable,
+                           "the desktop shows no notifications; see nimbara doctor, or add --deliver print");
+    }
+    if (report.end == PassReport::End::busy) {
+      return session_.fail(exitCode::kUnavailable, "another program evaluates notifications; try again");
+    }
+    bool const wasRefused =
+        std::ranges::count(report.plan.decisions, RuleOutcome::refused, &Decision::outcome);
+    return lacksForecast_ || wasRefused ? exitCode::kUnavailable : exitCode::kComplete;
+  }
+
+  /// Each problem once, however many rules it silences.
+  void tellFailedFeeds(PassPlan const& plan) const {
+    std::vector<std::string> told;
+    for (Decision const& decision : plan.decisions) {
+      bool const isProblem = decision.outcome == RuleOutcome::unknown && decision.note.contains(' ');
+      if (!isProblem || std::ranges::count(told, decision.note) > 0) continue;
+      told.push_back(decision.note);
+      context_.tell(decision.note);
+    }
+  }
+
+  std::string rendered(PassPlan const& plan) const {
+    if (options_.explain) {
+      return options_.json ? explanationJson(plan)
+                           : explanationText(plan, context_.texts(), styleOf(session_));
+    }
+    return options_.json ? notificationsJson(plan)
+                         : notificationsText(plan, context_.texts(), styleOf(session_), widthOf(session_));
+  }
+
+  NotifyOptions const& options_;
+  Session const& session_;
+  std::unique_ptr<Clock> clock_;
+  RunContext context_;
+  std::vector<Place> places_;
+  bool lacksForecast_ = false;
+};
+
+}  // namespace
+
+int runNotify(CommandLine const& line, Session const& session) {
+  return NotifyRun(line, session).run();
+}
+
+}  // namespace nimbara
