@@ -23,6 +23,23 @@ std::filesystem::path alertDirectory(ServiceDirectory const& services,
   return cacheDirectory.empty() || !isStandIn(services) ? cacheDirectory : cacheDirectory / "stand-in";
 }
 
+std::filesystem::path advisoryDirectory(ServiceDirectory const& services,
+                                        std::filesystem::path const& cacheDirectory) {
+  auto const directory = alertDirectory(services, cacheDirectory);
+  return directory.empty() ? directory : directory / "TravelAdvisories";
+}
+
+AirQualityService::Options airQualityOptions(ServiceAddress address) {
+  return {std::move(address.baseUrl), std::move(address.apiKey)};
+}
+
+/// A stand-in takes any key, so that it needs none of the user's.
+WildfireService::Options wildfireOptions(ServiceDirectory const& services) {
+  ServiceAddress address = services.address(Service::firms);
+  if (isStandIn(services)) address.apiKey = "stand-in";
+  return {std::move(address.baseUrl), std::move(address.apiKey)};
+}
+
 }  // namespace
 
 FeedServices::FeedServices(HttpClient& http, Clock const& clock, ServiceDirectory const& services,
@@ -35,6 +52,14 @@ FeedServices::FeedServices(HttpClient& http, Clock const& clock, ServiceDirector
       meteoAlarm_(http, clock, services.address(Service::meteoAlarm).baseUrl, *options_.texts,
                   [this](Coordinate place) { return regions_.at(place); }),
       govAlerts_(clock, {nwsAlertSource(nws_, clock), meteoAlarmSource(meteoAlarm_)},
-                 alertDirectory(services, options_.cacheDirectory)) {}
+                 alertDirectory(services, options_.cacheDirectory)),
+      airQuality_(http, clock, airQualityOptions(services.address(Service::airQuality))),
+      tropicalStorms_(http, clock,
+                      {services.address(Service::nhc).baseUrl, services.address(Service::nhcMaps).baseUrl}),
+      wildfires_(http, clock, wildfireOptions(services)),
+      travelAdvisories_(http, clock,
+                        {services.address(Service::travelAdvisories).baseUrl,
+                         advisoryDirectory(services, options_.cacheDirectory)}),
+      lightning_(http, clock, services.address(Service::lightning).baseUrl) {}
 
 }  // namespace nimbara

@@ -3,12 +3,17 @@
 #pragma once
 
 #include "app/service_directory.h"
+#include "feeds/air_quality_service.h"
 #include "feeds/earthquake_service.h"
 #include "feeds/geomagnetic_service.h"
 #include "feeds/gov_alert_service.h"
+#include "feeds/lightning_source.h"
 #include "feeds/meteo_alarm_service.h"
 #include "feeds/nws_alert_service.h"
 #include "feeds/regions.h"
+#include "feeds/travel_advisory_service.h"
+#include "feeds/tropical_storm_service.h"
+#include "feeds/wildfire_service.h"
 #include "platform/clock.h"
 #include "platform/http_client.h"
 
@@ -35,6 +40,11 @@ class FeedServices {
   EarthquakeService& earthquakes() { return earthquakes_; }
   GeomagneticService& geomagnetic() { return geomagnetic_; }
   GovAlertService& govAlerts() { return govAlerts_; }
+  AirQualityService& airQuality() { return airQuality_; }
+  TropicalStormService& tropicalStorms() { return tropicalStorms_; }
+  WildfireService& wildfires() { return wildfires_; }
+  TravelAdvisoryService& travelAdvisories() { return travelAdvisories_; }
+  LightningSource& lightning() { return lightning_; }
   Regions const& regions() const { return regions_; }
 
  private:
@@ -45,6 +55,11 @@ class FeedServices {
   GeomagneticService geomagnetic_;
   MeteoAlarmService meteoAlarm_;
   GovAlertService govAlerts_;
+  AirQualityService airQuality_;
+  TropicalStormService tropicalStorms_;
+  WildfireService wildfires_;
+  TravelAdvisoryService travelAdvisories_;
+  HttpLightningSource lightning_;
 };
 
 }  // namespace nimbara

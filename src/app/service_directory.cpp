@@ -21,6 +21,12 @@ constexpr std::array<std::string_view, enumNames<Service>.size()> kHosts{
     "https://feeds.nimbara.example",
     "https://feeds.meteoalarm.org",
     "https://gitlab.com",
+    "https://air-quality-api.open-meteo.com",
+    "https://www.nhc.noaa.gov",
+    "https://mapservices.weather.noaa.gov",
+    "https://firms.modaps.eosdis.nasa.gov",
+    "https://cadataapi.state.gov",
+    "",
 };
 
 }  // namespace

@@ -23,14 +23,21 @@ enum class Service {
   celestrak,
   feedServer,
   meteoAlarm,
-  meteoAlarmRegions
+  meteoAlarmRegions,
+  airQuality,
+  nhc,
+  nhcMaps,
+  firms,
+  travelAdvisories,
+  lightning  ///< has no address unless the user names one
 };
 
 template <>
 inline constexpr auto enumNames<Service> = std::to_array<std::string_view>(
     {"openMeteo", "openMeteoGeocoding", "appleWeather", "yrNo", "wttrIn", "nws", "swpc", "usgs", "celestrak",
-     "feedServer", "meteoAlarm", "meteoAlarmRegions"});
-static_assert(enumNamesComplete(Service::meteoAlarmRegions));
+     "feedServer", "meteoAlarm", "meteoAlarmRegions", "airQuality", "nhc", "nhcMaps", "firms",
+     "travelAdvisories", "lightning"});
+static_assert(enumNamesComplete(Service::lightning));
 
 /// An http or https address without the slash at its end; nothing for other texts.
 std::optional<std::string> normalizedBase(std::string_view address);

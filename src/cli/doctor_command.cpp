@@ -77,6 +77,14 @@ inline constexpr auto jsonFields<Diagnosis> =
 
 namespace {
 
+bool isConfigured(RunContext& context, Service service) {
+  ServiceDirectory const& services = context.app().services();
+  ServiceAddress const address = services.address(service);
+  if (service == Service::appleWeather) return context.app().isAppleWeatherConfigured();
+  if (service == Service::firms) return !address.apiKey.empty() || !services.standIn().empty();
+  return !address.baseUrl.empty();
+}
+
 std::vector<ServiceState> servicesOf(RunContext& context) {
   auto const records = context.app().history().records();
   std::vector<ServiceState> states;
@@ -85,7 +93,7 @@ std::vector<ServiceState> servicesOf(RunContext& context) {
     ServiceState state;
     state.service = enumName(service);
     state.address = context.app().services().address(service).baseUrl;
-    state.configured = service != Service::appleWeather || context.app().isAppleWeatherConfigured();
+    state.configured = isConfigured(context, service);
     if (auto const found = records.find(state.service); found != records.end()) {
       ProviderRecord const& record = found->second;
       state.lastSuccess = record.lastSuccessAt;
@@ -161,7 +169,7 @@ class Page {
 
   std::string lineOf(ServiceState const& state) const {
     std::string line = state.address;
-    if (!state.configured) return line + ", not configured";
+    if (!state.configured) return line + (line.empty() ? "" : ", ") + "not configured";
     if (state.lastSuccess) line += ", last answer " + age(*state.lastSuccess);
     if (state.lastError && state.lastErrorAt) {
       line += ", last error " + age(*state.lastErrorAt) + ": " + *state.lastError;

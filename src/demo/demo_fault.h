@@ -20,14 +20,21 @@ enum class DemoService {
   usgs,
   feedServer,
   meteoAlarm,
-  meteoAlarmRegions
+  meteoAlarmRegions,
+  airQuality,
+  nhc,
+  nhcMaps,
+  firms,
+  travelAdvisories,
+  lightning
 };
 
 template <>
-inline constexpr auto enumNames<DemoService> =
-    std::to_array<std::string_view>({"openMeteo", "openMeteoGeocoding", "appleWeather", "yrNo", "wttrIn",
-                                     "nws", "swpc", "usgs", "feedServer", "meteoAlarm", "meteoAlarmRegions"});
-static_assert(enumNamesComplete(DemoService::meteoAlarmRegions));
+inline constexpr auto enumNames<DemoService> = std::to_array<std::string_view>(
+    {"openMeteo", "openMeteoGeocoding", "appleWeather", "yrNo", "wttrIn", "nws", "swpc", "usgs", "feedServer",
+     "meteoAlarm", "meteoAlarmRegions", "airQuality", "nhc", "nhcMaps", "firms", "travelAdvisories",
+     "lightning"});
+static_assert(enumNamesComplete(DemoService::lightning));
 
 struct DemoFault {
   /// 500 with a page of HTML; no answer; an answer that is no data; a connection that breaks in the middle;

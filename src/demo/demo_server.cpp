@@ -1,12 +1,17 @@
 #include "demo/demo_server.h"
 
+#include "demo/air_quality_stand_in.h"
 #include "demo/apple_weather_stand_in.h"
 #include "demo/connection_threads.h"
 #include "demo/feed_server_stand_in.h"
+#include "demo/firms_stand_in.h"
+#include "demo/lightning_stand_in.h"
 #include "demo/meteo_alarm_stand_in.h"
+#include "demo/nhc_stand_in.h"
 #include "demo/nws_stand_in.h"
 #include "demo/open_meteo_stand_in.h"
 #include "demo/swpc_stand_in.h"
+#include "demo/travel_stand_in.h"
 #include "demo/usgs_stand_in.h"
 #include "demo/wttr_stand_in.h"
 #include "demo/yr_no_stand_in.h"
@@ -46,6 +51,14 @@ constexpr std::array kRoutes = std::to_array<Route>({
     {DemoService::meteoAlarmRegions, "/api/v4/projects/meteoalarm-pm-group/documents/repository/tree",
      meteoAlarmOutlineList},
     {DemoService::meteoAlarmRegions, "/meteoalarm-pm-group/documents/-/raw/master/[^/]+", meteoAlarmOutlines},
+    {DemoService::airQuality, "/v1/air-quality", airQualityForecast},
+    {DemoService::nhc, R"(/CurrentStorms\.json)", currentStorms},
+    {DemoService::nhcMaps, "/tropical/rest/services/tropical/NHC_tropical_weather/MapServer", stormMapLayers},
+    {DemoService::nhcMaps, "/tropical/rest/services/tropical/NHC_tropical_weather/MapServer/[0-9]{1,6}/query",
+     stormMapQuery},
+    {DemoService::firms, "/api/area/csv/[^/]+/[^/]+/[^/]+/[^/]+", fireTable},
+    {DemoService::travelAdvisories, "/api/TravelAdvisories", travelAdvisories},
+    {DemoService::lightning, "/lightning/strikes", lightningStrikes},
 });
 
 constexpr std::string_view kErrorPage = "<html><body><h1>500 Internal Server Error</h1></body></html>";

@@ -3,6 +3,8 @@
 #pragma once
 
 #include "base/json_codec.h"
+#include "base/number.h"
+#include "base/text.h"
 
 #include <optional>
 #include <utility>
@@ -14,6 +16,11 @@ struct Lenient {
   std::optional<T> value;
 };
 
+/// A number, also one that is written as a text.
+struct LenientNumber {
+  std::optional<double> value;
+};
+
 }  // namespace nimbara
 
 namespace nimbara::json_detail {
@@ -23,6 +30,17 @@ bool read(dom::element element, Lenient<T>& out, Failure&) {
   Failure ignored;
   T content{};
   if (read(element, content, ignored)) out.value = std::move(content);
+  return true;
+}
+
+inline bool read(dom::element element, LenientNumber& out, Failure&) {
+  std::string_view text;
+  double number = 0;
+  if (element.get(number) == simdjson::SUCCESS) {
+    out.value = number;
+  } else if (element.get(text) == simdjson::SUCCESS) {
+    out.value = parseDouble(trimmed(text));
+  }
   return true;
 }
 

@@ -1,0 +1,125 @@
+#include "feeds/fire_detection.h"
+
+#include "base/number.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <numeric>
+
+namespace nimbara {
+
+namespace {
+
+constexpr double kTogetherKm = 2;
+constexpr double kSameFireKm = 5;
+constexpr std::chrono::hours kSpan{24};
+/// Passes are told by the machine's clock, which may be behind.
+constexpr std::chrono::minutes kAhead{60};
+constexpr double kCellDegrees = 0.05;
+constexpr double kKmInADegree = kEarthRadiusKm * std::numbers::pi / 180;
+/// Every pair of hot spots may have to be compared. So many are a burning country; the strongest are kept.
+constexpr std::size_t kMostSpots = 5000;
+
+std::vector<HotSpot> recentWithin(std::vector<HotSpot> const& spots, Coordinate place, double radiusKm,
+                                  Instant now) {
+  std::vector<HotSpot> chosen;
+  std::ranges::copy_if(spots, std::back_inserter(chosen), [&](HotSpot const& spot) {
+    return spot.time <= now + kAhead && now - spot.time <= kSpan &&
+           haversineKm(spot.coordinate, place) <= radiusKm;
+  });
+  if (chosen.size() > kMostSpots) {
+    std::ranges::nth_element(chosen, chosen.begin() + kMostSpots, std::ranges::greater{}, &HotSpot::frp);
+    chosen.resize(kMostSpots);
+  }
+  return chosen;
+}
+
+/// Sets of hot spots that grow together.
+class Groups {
+ public:
+  explicit Groups(std::size_t size) : parents_(size) { std::iota(parents_.begin(), parents_.end(), 0); }
+
+  std::size_t of(std::size_t member) {
+    while (parents_[member] != member) member = parents_[member] = parents_[parents_[member]];
+    return member;
+  }
+  void join(std::size_t a, std::size_t b) { parents_[of(b)] = of(a); }
+
+ private:
+  std::vector<std::size_t> parents_;
+};
+
+/// `spots` from south to north, so that only those of a narrow band need be compared.
+Groups neighbours(std::vector<HotSpot> const& spots) {
+  Groups groups(spots.size());
+  for (std::size_t i = 0; i < spots.size(); ++i) {
+    double const northmost = spots[i].coordinate.latitude + kTogetherKm / kKmInADegree;
+    for (std::size_t j = i + 1; j < spots.size() && spots[j].coordinate.latitude <= northmost; ++j) {
+      if (groups.of(i) == groups.of(j)) continue;
+      if (haversineKm(spots[i].coordinate, spots[j].coordinate) <= kTogetherKm) groups.join(i, j);
+    }
+  }
+  return groups;
+}
+
+void add(FireDetection& fire, HotSpot const& spot) {
+  double const weight = 1.0 / ++fire.hotSpots;
+  double const east = std::remainder(spot.coordinate.longitude - fire.coordinate.longitude, 360);
+  fire.coordinate.latitude += weight * (spot.coordinate.latitude - fire.coordinate.latitude);
+  fire.coordinate.longitude = std::remainder(fire.coordinate.longitude + weight * east, 360);
+  fire.detectedAt = std::max(fire.detectedAt, spot.time);
+  fire.frp = std::max(fire.frp, spot.frp);
+  fire.confidence = std::max(fire.confidence, spot.confidence);
+}
+
+std::string cellText(double degrees) {
+  return fixedDecimal(std::round(degrees / kCellDegrees) * kCellDegrees, 2);
+}
+
+std::vector<FireDetection> firesOf(std::vector<HotSpot> const& spots) {
+  Groups groups = neighbours(spots);
+  constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+  std::vector<std::size_t> fireOf(spots.size(), kNone);
+  std::vector<FireDetection> fires;
+  for (std::size_t i = 0; i < spots.size(); ++i) {
+    std::size_t& index = fireOf[groups.of(i)];
+    if (index == kNone) {
+      index = fires.size();
+      HotSpot const& spot = spots[i];
+      fires.push_back({"", spot.coordinate, spot.time, spot.frp, spot.confidence, 1});
+    } else {
+      add(fires[index], spots[i]);
+    }
+  }
+  for (FireDetection& fire : fires) {
+    fire.id = "fire:" + cellText(fire.coordinate.latitude) + "," + cellText(fire.coordinate.longitude);
+  }
+  return fires;
+}
+
+}  // namespace
+
+std::vector<FireDetection> firesNear(std::vector<HotSpot> const& spots, Coordinate place, double radiusKm,
+                                     Instant now) {
+  auto chosen = recentWithin(spots, place, radiusKm, now);
+  std::ranges::stable_sort(chosen, {}, [](HotSpot const& spot) { return spot.coordinate.latitude; });
+  auto fires = firesOf(chosen);
+  std::ranges::stable_sort(
+      fires, {}, [place](FireDetection const& fire) { return haversineKm(fire.coordinate, place); });
+  return fires;
+}
+
+void keepFireIds(std::vector<FireDetection>& fires, std::vector<FireDetection> const& before) {
+  for (FireDetection& fire : fires) {
+    double nearest = kSameFireKm;
+    for (FireDetection const& known : before) {
+      double const km = haversineKm(fire.coordinate, known.coordinate);
+      if (km > nearest) continue;
+      nearest = km;
+      fire.id = known.id;
+    }
+  }
+}
+
+}  // namespace nimbara
