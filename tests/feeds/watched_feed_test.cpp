@@ -1,4 +1,5 @@
 #include "feeds/watched_feed.h"
+
 #include "support/feed_readings.h"
 #include "support/instants.h"
 #include "support/manual_clock.h"
@@ -21,7 +22,9 @@ Result<int, DecodeError> parseWhole(std::string_view body) {
 
 class WatchedFeedTest : public testing::Test {
  protected:
-  FeedReading<int> read() { return feed_.read(http_, clock_, {{"https://a.example/x"}, "number", 60s}, parseWhole, {}); }
+  FeedReading<int> read() {
+    return feed_.read(http_, clock_, {{"https://a.example/x"}, "number", 60s}, parseWhole, {});
+  }
 
   test::FakeHttpClient http_;
   test::ManualClock clock_{at("2026-11-21T09:20:00Z")};
@@ -123,13 +126,13 @@ TEST(Pauses, GrowWithTheFailures) {
     std::optional<std::string_view> retryAfter;
     std::chrono::milliseconds pause;
   };
-  for (Row const& row : {Row{0, 9, {}, 0s}, Row{503, 0, {}, 0s}, Row{503, 1, {}, 1min}, Row{503, 2, {}, 2min},
-                         Row{429, 3, {}, 5min}, Row{403, 4, {}, 15min}, Row{500, 5, {}, 60min},
-                         Row{500, 99, {}, 60min}, Row{200, 1, {}, 1min}, Row{400, 1, {}, 60min},
-                         Row{401, 1, {}, 60min}, Row{404, 1, {}, 60min}, Row{503, 1, "0", 0s},
-                         Row{503, 1, "7", 7s}, Row{503, 1, "-7", 0s}, Row{503, 1, "99999999", 24h},
-                         Row{503, 1, "soon", 1min}, Row{503, 1, "Sat, 21 Nov 2026 09:20:30 GMT", 30s},
-                         Row{503, 1, "Sat, 21 Nov 2020 09:20:30 GMT", 0s}}) {
+  for (Row const& row :
+       {Row{0, 9, {}, 0s}, Row{503, 0, {}, 0s}, Row{503, 1, {}, 1min}, Row{503, 2, {}, 2min},
+        Row{429, 3, {}, 5min}, Row{403, 4, {}, 15min}, Row{500, 5, {}, 60min}, Row{500, 99, {}, 60min},
+        Row{200, 1, {}, 1min}, Row{400, 1, {}, 60min}, Row{401, 1, {}, 60min}, Row{404, 1, {}, 60min},
+        Row{503, 1, "0", 0s}, Row{503, 1, "7", 7s}, Row{503, 1, "-7", 0s}, Row{503, 1, "99999999", 24h},
+        Row{503, 1, "soon", 1min}, Row{503, 1, "Sat, 21 Nov 2026 09:20:30 GMT", 30s},
+        Row{503, 1, "Sat, 21 Nov 2020 09:20:30 GMT", 0s}}) {
     EXPECT_EQ(pauseAfterFailure(row.status, row.failures, row.retryAfter, now), row.pause)
         << row.status << " " << row.failures << " " << row.retryAfter.value_or("");
   }
