@@ -1,0 +1,57 @@
+#include "app/feed_services.h"
+
+#include "support/fake_http_client.h"
+#include "support/instants.h"
+#include "support/manual_clock.h"
+
+#include <gtest/gtest.h>
+
+namespace nimbara {
+namespace {
+
+using test::at;
+
+class FeedServicesTest : public testing::Test {
+ protected:
+  FeedState fires(FeedServices& feeds) { return feeds.wildfires().fetchFires({50, 10}, 50).state; }
+  FeedState strikes(FeedServices& feeds) {
+    return feeds.lightning().fetchStrikes({50, 10}, 20, clock_.now() - std::chrono::hours(1)).state;
+  }
+  std::unique_ptr<FeedServices> feeds(Configuration const& configuration, std::string const& base) {
+    return std::make_unique<FeedServices>(
+        http_, clock_, ServiceDirectory(configuration, base),
+        FeedServices::Options{"me", {}, {}, std::make_shared<Texts const>(Texts::load("en"))});
+  }
+
+  test::FakeHttpClient http_;
+  test::ManualClock clock_{at("2026-11-21T09:20:00Z")};
+};
+
+TEST_F(FeedServicesTest, HaveNoSourceOfFiresAndLightningUntilTheUserNamesThem) {
+  auto const unset = feeds({}, "");
+  EXPECT_EQ(fires(*unset), FeedState::notConfigured);
+  EXPECT_EQ(strikes(*unset), FeedState::notConfigured);
+  EXPECT_TRUE(http_.requests.empty());
+  Configuration named;
+  named.services["firms"] = {{}, "0123"};
+  named.services["lightning"] = {"https://sparks.example", {}};
+  auto const set = feeds(named, "");
+  EXPECT_EQ(fires(*set), FeedState::failed);
+  EXPECT_EQ(strikes(*set), FeedState::failed);
+  ASSERT_EQ(http_.requests.size(), 2);
+  EXPECT_TRUE(http_.requests[0].url.starts_with("https://firms.modaps.eosdis.nasa.gov/api/area/csv/0123/"));
+  EXPECT_TRUE(http_.requests[1].url.starts_with("https://sparks.example/lightning/"));
+}
+
+TEST_F(FeedServicesTest, NeverSendTheUsersKeysToAStandIn) {
+  Configuration named;
+  named.services["firms"] = {{}, "0123"};
+  auto const standIn = feeds(named, "http://127.0.0.1:1");
+  EXPECT_EQ(fires(*standIn), FeedState::failed);
+  EXPECT_EQ(strikes(*standIn), FeedState::failed);
+  ASSERT_EQ(http_.requests.size(), 2);
+  for (HttpRequest const& request : http_.requests) EXPECT_EQ(request.url.find("0123"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace nimbara
