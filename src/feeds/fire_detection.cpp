@@ -50,14 +50,29 @@ class Groups {
   std::vector<std::size_t> parents_;
 };
 
+/// How many degrees of longitude, generously, are near at a latitude: to pass over the many pairs that are
+/// far apart without computing their distance.
+double nearLongitudes(double latitude) {
+  double const poleward = std::min(90.0, std::abs(latitude) + 0.1);
+  return 1.1 * kTogetherKm / kKmInADegree / std::max(1e-6, std::cos(poleward * std::numbers::pi / 180));
+}
+
+double longitudesApart(Coordinate a, Coordinate b) {
+  double const apart = std::abs(a.longitude - b.longitude);
+  return std::min(apart, 360 - apart);
+}
+
 /// `spots` from south to north, so that only those of a narrow band need be compared.
 Groups neighbours(std::vector<HotSpot> const& spots) {
   Groups groups(spots.size());
   for (std::size_t i = 0; i < spots.size(); ++i) {
-    double const northmost = spots[i].coordinate.latitude + kTogetherKm / kKmInADegree;
+    Coordinate const here = spots[i].coordinate;
+    double const northmost = here.latitude + kTogetherKm / kKmInADegree;
+    double const reach = nearLongitudes(here.latitude);
     for (std::size_t j = i + 1; j < spots.size() && spots[j].coordinate.latitude <= northmost; ++j) {
-      if (groups.of(i) == groups.of(j)) continue;
-      if (haversineKm(spots[i].coordinate, spots[j].coordinate) <= kTogetherKm) groups.join(i, j);
+      Coordinate const there = spots[j].coordinate;
+      if (longitudesApart(here, there) > reach || groups.of(i) == groups.of(j)) continue;
+      if (haversineKm(here, there) <= kTogetherKm) groups.join(i, j);
     }
   }
   return groups;
