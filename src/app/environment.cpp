@@ -47,6 +47,7 @@ Environment Environment::ofProcess() {
   environment.columns = parseInteger(variable("COLUMNS")).value_or(0);
   environment.dataDirectory = baseDirectory("XDG_DATA_HOME", ".local/share") / "nimbara";
   environment.cacheDirectory = baseDirectory("XDG_CACHE_HOME", ".cache") / "Nimbara";
+  environment.configHome = baseDirectory("XDG_CONFIG_HOME", ".config");
   std::error_code ignored;
   environment.program = std::filesystem::read_symlink("/proc/self/exe", ignored);
   environment.machineCalendar = Calendar::machine();

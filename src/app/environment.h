@@ -19,6 +19,7 @@ struct Environment {
   int columns = 0;                       ///< COLUMNS; 0 when unset
   std::filesystem::path dataDirectory;   ///< …/nimbara below XDG_DATA_HOME
   std::filesystem::path cacheDirectory;  ///< …/Nimbara below XDG_CACHE_HOME; empty: nothing is kept
+  std::filesystem::path configHome;      ///< XDG_CONFIG_HOME: where other programs' settings are, too
   std::filesystem::path program;         ///< this program's own file
   Calendar machineCalendar = Calendar::utc();
 

@@ -104,6 +104,8 @@ struct DoctorOptions {
 
 struct WatchOptions {
   bool json = false;
+  bool install = false;
+  bool uninstall = false;
 };
 
 struct Session;

@@ -1,4 +1,5 @@
 #include "cli/command_definitions.h"
+#include "cli/watch_install.h"
 
 namespace nimbara {
 
@@ -9,7 +10,11 @@ void defineWatch(CLI::App& app, CommandLine& line, RawOptions& raw) {
       app.add_subcommand("watch", "Keep the forecasts of your places fresh until interrupted");
   command->add_flag("--json", line.watch.json, "A line of JSON for each event");
   defineCommon(*command, line, raw);
-  command->callback([&line] { line.run = runWatch; });
+  defineWatchInstall(*command, line.watch);
+  command->callback([&line] {
+    bool const installs = line.watch.install || line.watch.uninstall;
+    line.run = installs ? runWatchInstall : runWatch;
+  });
 }
 
 void defineDemo(CLI::App& app, CommandLine& line, RawOptions& raw) {

@@ -95,11 +95,12 @@ std::vector<std::string> argumentsOf(std::optional<Instant> now, DemoOptions con
 }  // namespace
 
 int spawn(pid_t& child, std::string const& file, std::vector<std::string> arguments,
-          std::vector<std::string> variables, int input, int output) {
+          std::vector<std::string> variables, int input, int output, int errors) {
   SpawnAttributes const attributes;
   SpawnFiles files;
   files.put(input, STDIN_FILENO);
   files.put(output, STDOUT_FILENO);
+  files.put(errors, STDERR_FILENO);
   return posix_spawnp(&child, file.c_str(), files.get(), attributes.get(), pointersTo(arguments).data(),
                       pointersTo(variables).data());
 }

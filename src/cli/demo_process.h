@@ -41,7 +41,7 @@ class DemoProcess {
 
 /// Starts a program with the signal mask that programs expect. Gives the error number.
 int spawn(pid_t& child, std::string const& file, std::vector<std::string> arguments,
-          std::vector<std::string> variables, int input = -1, int output = -1);
+          std::vector<std::string> variables, int input = -1, int output = -1, int errors = -1);
 
 /// The process's own environment variables.
 std::vector<std::string> environmentVariables();

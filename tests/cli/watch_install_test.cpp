@@ -1,0 +1,161 @@
+#include "cli/watch_install.h"
+
+#include "support/temporary_folder.h"
+#include "support/test_console.h"
+
+#include <gmock/gmock.h>
+
+namespace nimbara {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+constexpr char kUnit[] = "systemd/user/nimbara-watch.service";
+constexpr char kAutostart[] = "autostart/io.github.nimbara.Nimbara.watch.desktop";
+
+class WatchInstall : public testing::Test {
+ protected:
+  WatchInstall() {
+    environment_.configHome = folder_.path();
+    environment_.program = "/opt/nimbara/bin/nimbara";
+  }
+
+  ProgramRunner systemctl() {
+    return [this](std::vector<std::string> const& command) -> std::optional<int> {
+      if (!hasSystemd_) return std::nullopt;
+      std::string text;
+      for (std::string const& word : command) text += (text.empty() ? "" : " ") + word;
+      commands_.push_back(text);
+      return text == failing_ ? 1 : 0;
+    };
+  }
+  InstallReport install() { return installWatch(environment_, systemctl()); }
+  InstallReport uninstall() { return uninstallWatch(environment_, systemctl()); }
+  bool exists(std::string const& file) const { return std::filesystem::exists(folder_.path() / file); }
+  void addLine(std::string const& file) const { folder_.write(file, folder_.read(file) + "Nice=5\n"); }
+
+  test::TemporaryFolder folder_;
+  Environment environment_;
+  bool hasSystemd_ = true;
+  std::string failing_;
+  std::vector<std::string> commands_;
+};
+
+TEST_F(WatchInstall, WritesAUnitAndStartsIt) {
+  auto const report = install();
+  EXPECT_EQ(report.exitCode, 0);
+  EXPECT_THAT(report.text, HasSubstr((folder_.path() / kUnit).string()));
+  std::string const unit = folder_.read(kUnit);
+  EXPECT_THAT(unit, HasSubstr("\nExecStart=\"/opt/nimbara/bin/nimbara\" watch\n"));
+  EXPECT_THAT(unit, HasSubstr("\nSuccessExitStatus=130\n"));
+  EXPECT_THAT(commands_, ElementsAre("systemctl --user show-environment", "systemctl --user daemon-reload",
+                                     "systemctl --user enable nimbara-watch.service",
+                                     "systemctl --user restart nimbara-watch.service"));
+  EXPECT_FALSE(exists(kAutostart));
+}
+
+TEST_F(WatchInstall, CanBeRepeatedAndUndone) {
+  install();
+  environment_.program = "/usr/bin/nimbara";
+  EXPECT_EQ(install().exitCode, 0);
+  EXPECT_THAT(folder_.read(kUnit), HasSubstr("\"/usr/bin/nimbara\""));
+  commands_.clear();
+  auto const report = uninstall();
+  EXPECT_EQ(report.exitCode, 0);
+  EXPECT_THAT(report.text, StartsWith("Stopped and disabled"));
+  EXPECT_THAT(commands_, ElementsAre("systemctl --user show-environment",
+                                     "systemctl --user disable --now nimbara-watch.service",
+                                     "systemctl --user daemon-reload"));
+  EXPECT_FALSE(exists(kUnit));
+  commands_.clear();
+  EXPECT_EQ(uninstall().text, "The watch is not installed.\n");
+  EXPECT_THAT(commands_, IsEmpty());
+}
+
+TEST_F(WatchInstall, LeavesChangedFilesAlone) {
+  install();
+  addLine(kUnit);
+  std::string const changed = folder_.read(kUnit);
+  commands_.clear();
+  for (auto const& report : {install(), uninstall()}) {
+    EXPECT_EQ(report.exitCode, 1);
+    EXPECT_THAT(report.text, HasSubstr("changed by hand"));
+  }
+  EXPECT_EQ(folder_.read(kUnit), changed);
+  EXPECT_THAT(commands_, ElementsAre("systemctl --user show-environment"));
+  for (std::string_view const foreign : {"", "[Unit]\n", "# no end of a line"}) {
+    folder_.write(kUnit, foreign);
+    EXPECT_EQ(install().exitCode, 1) << foreign;
+    EXPECT_EQ(folder_.read(kUnit), foreign);
+  }
+  std::filesystem::remove(folder_.path() / kUnit);
+  std::filesystem::create_symlink("/dev/null", folder_.path() / kUnit);  // masked
+  EXPECT_EQ(install().exitCode, 1);
+  EXPECT_TRUE(std::filesystem::is_symlink(folder_.path() / kUnit));
+}
+
+TEST_F(WatchInstall, SaysWhatFailed) {
+  failing_ = "systemctl --user enable nimbara-watch.service";
+  auto const installed = install();
+  EXPECT_EQ(installed.exitCode, 1);
+  EXPECT_THAT(installed.text, HasSubstr('"' + failing_ + '"'));
+  failing_ = "systemctl --user disable --now nimbara-watch.service";
+  auto const uninstalled = uninstall();
+  EXPECT_EQ(uninstalled.exitCode, 1);
+  EXPECT_THAT(uninstalled.text, HasSubstr('"' + failing_ + '"'));
+  EXPECT_TRUE(exists(kUnit));
+  folder_.write("file", "");
+  environment_.configHome = folder_.path() / "file";
+  EXPECT_THAT(install().text, HasSubstr((folder_.path() / "file").string()));
+}
+
+TEST_F(WatchInstall, UsesTheDesktopsAutostartWithoutSystemd) {
+  hasSystemd_ = false;
+  auto const report = install();
+  EXPECT_EQ(report.exitCode, 0);
+  EXPECT_THAT(report.text, HasSubstr("No systemd"));
+  EXPECT_THAT(folder_.read(kAutostart), HasSubstr("\nExec=\"/opt/nimbara/bin/nimbara\" watch\n"));
+  EXPECT_FALSE(exists(kUnit));
+  EXPECT_EQ(install().exitCode, 0);
+  hasSystemd_ = true;
+  EXPECT_EQ(install().exitCode, 0);  // one of them is enough
+  EXPECT_FALSE(exists(kAutostart));
+  EXPECT_TRUE(exists(kUnit));
+  hasSystemd_ = false;
+  EXPECT_THAT(uninstall().text, HasSubstr("goes on until it is ended"));
+  EXPECT_FALSE(exists(kUnit));
+  install();
+  addLine(kAutostart);
+  EXPECT_EQ(install().exitCode, 1);
+  EXPECT_EQ(uninstall().exitCode, 1);
+  EXPECT_TRUE(exists(kAutostart));
+}
+
+TEST_F(WatchInstall, QuotesTheProgramsPath) {
+  EXPECT_THAT(watchUnit("/a b/50%/q\"\\$x"), HasSubstr(R"(ExecStart="/a b/50%%/q\"\\$x" watch)"));
+  EXPECT_THAT(watchAutostart("/a b/50%/q\"\\$`x"), HasSubstr(R"(Exec="/a b/50%%/q\\"\\\\\\$\\`x" watch)"));
+  for (char const* const program : {"nimbara", "", "/a\n[Service]/nimbara"}) {
+    environment_.program = program;
+    EXPECT_EQ(install().exitCode, 1) << program;
+  }
+  EXPECT_FALSE(exists(kUnit));
+}
+
+TEST(TimedRunner, TellsExitCodesAndEndsWhatTakesTooLong) {
+  auto const run = timedRunner(std::chrono::seconds(20));
+  EXPECT_EQ(run({"true"}), 0);
+  EXPECT_EQ(run({"sh", "-c", "exit 7"}), 7);
+  EXPECT_EQ(run({"sh", "-c", "kill -9 $$"}), std::nullopt);
+  EXPECT_EQ(run({"no-such-program-of-nimbara"}), std::nullopt);
+  EXPECT_EQ(timedRunner(std::chrono::milliseconds(30))({"sleep", "20"}), std::nullopt);
+}
+
+TEST(WatchCommand, EitherInstallsOrUninstalls) {
+  EXPECT_EQ(test::run({"watch", "--install", "--uninstall"}).exitCode, exitCode::kUsage);
+}
+
+}  // namespace
+}  // namespace nimbara
