@@ -105,10 +105,14 @@ int MockNotificationDaemon::capabilityQuestions() const {
 }
 
 void MockNotificationDaemon::answerAtLast() {
-  std::lock_guard const lock(mutex_);
-  script_.notify = DaemonScript::Notify::answers;
-  for (auto const& [reply, id] : waiting_) reply.returnResults(id);
-  waiting_.clear();
+  decltype(waiting_) waiting;
+  {
+    std::lock_guard const lock(mutex_);
+    script_.notify = DaemonScript::Notify::answers;
+    waiting.swap(waiting_);
+  }
+  // Outside of the lock: the library calls back under one of its own.
+  for (auto const& [reply, id] : waiting) reply.returnResults(id);
 }
 
 void MockNotificationDaemon::close(std::uint32_t id) {

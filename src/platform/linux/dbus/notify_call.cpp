@@ -27,7 +27,7 @@ constexpr struct {
 
 /// Where there is no room for a body, it follows the title.
 std::string titleOf(NotificationRequest const& request, bool alone) {
-  std::string const title = sendableText(request.title, kLongestTitle, TextLines::one);
+  std::string title = sendableText(request.title, kLongestTitle, TextLines::one);
   if (!alone || request.body.empty()) return title;
   return title + ": " + sendableText(request.body, kLongestBody, TextLines::one);
 }
