@@ -3,6 +3,7 @@
 #include "notifications/daily_rules.h"
 #include "notifications/hazard_rules.h"
 #include "notifications/rule_constants.h"
+#include "notifications/sky_rules.h"
 #include "notifications/weather_rules.h"
 
 #include <algorithm>
@@ -20,6 +21,11 @@ constexpr std::string_view kStormSound = "storm_alert.caf";
 constexpr std::string_view kFloodSound = "flood_alert.caf";
 constexpr std::string_view kCritical = "weather_critical.caf";
 constexpr std::string_view kWarning = "weather_warning.caf";
+
+constexpr Rule skyRule(std::string_view stem, std::string_view setting, EvaluateRule evaluate,
+                       RuleInputSet inputs = {hourly}) {
+  return {stem, setting, daily, inputs, "beta_notification.caf", evaluate};
+}
 
 constexpr Rule kCatalogue[] = {
     // Danger first: what a person must hear is told before what is good to know.
@@ -162,6 +168,29 @@ constexpr Rule kCatalogue[] = {
      .sound = "evening_summary.caf",
      .evaluate = &eveningSummary,
      .hourSetting = "notify_eveningHour"},
+
+    // The sky and nature: off until wanted, told once a day when they become true.
+    skyRule("beta_rainbow", "notify_beta_rainbow", &rainbowAhead),
+    skyRule("beta_fog_bow", "notify_beta_fogBow", &fogBowAhead),
+    skyRule("beta_aurora", "notify_beta_aurora", &auroraOverhead, {hourly, kp}),
+    skyRule("beta_static_shock", "notify_beta_staticShock", &staticShockRisk),
+    skyRule("beta_spider_ballooning", "notify_beta_spiderBallooning", &spiderBallooning),
+    skyRule("beta_bird_migration", "notify_beta_birdMigration", &birdMigration),
+    skyRule("beta_mosquito_swarm", "notify_beta_mosquitoSwarm", &mosquitoSwarm),
+    skyRule("beta_stargazing_now", "notify_beta_stargazing", &stargazingNow),
+    skyRule("beta_stargazing_tonight", "notify_beta_stargazing", &stargazingTonight),
+    skyRule("beta_golden_", "notify_beta_goldenHour", &goldenHour),
+    skyRule("beta_fro", "notify_beta_frost", &frostTonight),
+    skyRule("beta_outdoor", "notify_beta_outdoorWindow", &outdoorWindow, {hourly, govAlerts}),
+    skyRule("beta_fog", "notify_beta_fog", &fogAhead),
+    skyRule("beta_pressure_headache", "notify_beta_pressureHeadache", &pressureFall),
+    skyRule("beta_heat_index", "notify_beta_heatIndex", &humidHeat),
+    skyRule("beta_wind_chill", "notify_beta_windChill", &windChill),
+    skyRule("beta_black_ice", "notify_beta_blackIce", &blackIceAhead),
+    skyRule("beta_windshield_frost", "notify_beta_windshieldFrost", &windshieldFrost),
+    skyRule("beta_mosquito", "notify_beta_mosquito", &mosquitoesActive),
+    skyRule("beta_vitamin_d", "notify_beta_vitaminD", &vitaminDWindow),
+    skyRule("beta_heat_pump_freeze", "notify_beta_heatPumpFreeze", &heatPumpIcing),
 };
 
 constexpr bool stemsAreUnique() {
