@@ -1,12 +1,17 @@
 #include "notifications/rule_settings.h"
 
 #include "base/text.h"
+#include "notifications/custom_notification.h"
 
 #include <algorithm>
 
 namespace nimbara {
 
 namespace {
+
+bool isRuleList(std::string_view text) {
+  return parseCustomNotifications(text).has_value();
+}
 
 bool isMomentOrNothing(std::string_view text) {
   return text.empty() || parseIso8601(text).has_value();
@@ -100,6 +105,12 @@ constexpr SettingDefinition kTable[] = {
      .explanation = "Nothing rings until this moment",
      .accepts = &isMomentOrNothing,
      .expected = "a moment like 2026-11-21T18:00:00Z, or nothing"},
+
+    {.key = "customNotifications",
+     .byDefault = "[]",
+     .explanation = "The rules of your own; see nimbara rules",
+     .accepts = &isRuleList,
+     .expected = "a JSON list of rules"},
 
     {"notify_beta_rainbow", false, "A rainbow is likely"},
     {"notify_beta_fogBow", false, "A fog bow is possible"},

@@ -1,0 +1,82 @@
+// Looks at one of the user's own rules and the inputs of its place: does it hold, when, by how much, or why
+// was it not looked at. Pure; whether a rule that holds is announced is the engine's decision.
+#pragma once
+
+#include "base/enum_names.h"
+#include "notifications/custom_notification.h"
+#include "notifications/rule_inputs.h"
+#include "notifications/rule_settings.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace nimbara {
+
+/// A forecast of fine dust by the hour, in time order.
+struct HourlyPm25 {
+  struct Hour {
+    Instant time;
+    std::optional<double> pm25;  ///< µg/m³
+  };
+  std::vector<Hour> hours;
+};
+
+enum class CustomOutcome {
+  holds,
+  doesNotHold,
+  disabled,
+  notToday,
+  notYet,  ///< the hour of its check has not come
+  placeDeleted,
+  noForecast,  ///< none for that span
+  feedFailed,  ///< the air quality or the earthquakes are not known
+  noDetail     ///< the provider does not give what it measures
+};
+template <>
+inline constexpr auto enumNames<CustomOutcome> =
+    std::to_array<std::string_view>({"holds", "doesNotHold", "disabled", "notToday", "notYet", "placeDeleted",
+                                     "noForecast", "feedFailed", "noDetail"});
+static_assert(enumNamesComplete(CustomOutcome::noDetail));
+
+struct CustomEvaluation {
+  CustomOutcome outcome = CustomOutcome::doesNotHold;
+  /// What comes nearest to the threshold or lies farthest beyond it; the earliest of equals. Absent when
+  /// nothing was looked at.
+  std::optional<double> value;
+  std::optional<double> margin;  ///< beyond the threshold; negative: short of it
+  std::optional<Instant> at;     ///< the value's hour, or when the earth shook
+  bool isNow = false;            ///< it is the present's
+  std::string where;             ///< of an earthquake
+
+  bool holds() const { return outcome == CustomOutcome::holds; }
+};
+
+/// What a rule reads beside the inputs of its place.
+struct CustomRuleSurroundings {
+  bool hasPlace = true;  ///< false: the saved place that it watches is gone
+  FeedReading<HourlyPm25> airQuality;
+};
+
+/// A chance from which an event counts as forecast, %.
+inline constexpr double kLikelyPercent = 50;
+
+/// Why the rule is not due at `inputs.now`; nothing when it is. An hour that has passed still counts on its
+/// day.
+std::optional<CustomOutcome> reasonNotDue(CustomNotification const& rule, RuleInputs const& inputs,
+                                          CustomRuleSurroundings const& surroundings);
+
+/// The rule's condition alone, whatever its schedule.
+CustomEvaluation measuredRule(CustomNotification const& rule, RuleInputs const& inputs,
+                              RuleSettings const& settings, CustomRuleSurroundings const& surroundings);
+
+/// `inputs` are of the rule's own place.
+CustomEvaluation evaluateCustomRule(CustomNotification const& rule, RuleInputs const& inputs,
+                                    RuleSettings const& settings, CustomRuleSurroundings const& surroundings);
+
+/// The body of its notification: the description with the value found.
+std::string customRuleBody(CustomNotification const& rule, CustomEvaluation const& found,
+                           RuleInputs const& inputs);
+
+}  // namespace nimbara
