@@ -56,6 +56,7 @@ int runWatch(CommandLine const& line, Session const& session);
 int runNotify(CommandLine const& line, Session const& session);
 int runDemo(CommandLine const& line, Session const& session);
 int runPlaces(CommandLine const& line, Session const& session);
+int runRules(CommandLine const& line, Session const& session);
 int runSatellites(CommandLine const& line, Session const& session);
 int runSettings(CommandLine const& line, Session const& session);
 

@@ -43,6 +43,7 @@ void defineNotifications(CLI::App& app, CommandLine& line, RawOptions& raw);
 void defineService(CLI::App& app, CommandLine& line, RawOptions& raw);
 void defineSatellites(CLI::App& app, CommandLine& line, RawOptions& raw);
 void definePlaces(CLI::App& app, CommandLine& line, RawOptions& raw);
+void defineRules(CLI::App& app, CommandLine& line, RawOptions& raw);
 void defineSettings(CLI::App& app, CommandLine& line, RawOptions& raw);
 
 }  // namespace nimbara

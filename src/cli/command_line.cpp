@@ -115,6 +115,7 @@ Result<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> argument
   defineFeeds(app, line, raw);
   definePlaces(app, line, raw);
   defineSettings(app, line, raw);
+  defineRules(app, line, raw);
   defineSatellites(app, line, raw);
   defineNotifications(app, line, raw);
   defineService(app, line, raw);

@@ -8,6 +8,7 @@
 #include "cli/demo_process.h"
 #include "cli/feed_commands.h"
 #include "cli/regions_command.h"
+#include "cli/rules_options.h"
 #include "cli/satellites_options.h"
 #include "model/provider_option.h"
 
@@ -127,6 +128,7 @@ struct CommandLine {
   FeedOptions feeds;
   RegionsOptions regions;
   SatellitesOptions satellites;
+  RulesOptions rules;
 };
 
 /// A command line that ends before any command runs: help and version (exit code 0, to standard output) or a

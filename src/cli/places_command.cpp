@@ -5,10 +5,12 @@
 #include "base/text.h"
 #include "base/texts.h"
 #include "cli/cli.h"
+#include "notifications/notification_state.h"
 #include "platform/linux/desktop_services.h"
 #include "platform/linux/lazy_http_client.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace nimbara {
 
@@ -149,7 +151,7 @@ class PlacesRun {
         return changeSaved(selectPlace);
       case Action::remove:
         if (options_.here) return finish(places_.change(removeCurrentLocation));
-        return changeSaved(removePlace);
+        return removeSaved();
       case Action::rename:
         return changeSaved(
             [this](PlaceList& list, Uuid const& id) { return renamePlace(list, id, options_.name); });
@@ -186,6 +188,22 @@ class PlacesRun {
       if (place == nullptr) return std::unexpected("there is no saved place '" + options_.place + "'");
       return change(list, Uuid(place->id));
     }));
+  }
+
+  int removeSaved() {
+    int const code = changeSaved(removePlace);
+    if (code == exitCode::kComplete) disableRulesWithoutPlace();
+    return code;
+  }
+
+  /// Rules that watched the place are kept, disabled.
+  void disableRulesWithoutPlace() {
+    auto const list = places_.list();
+    if (!list) return;
+    std::vector<Uuid> ids;
+    std::ranges::transform(list->places, std::back_inserter(ids), &SavedPlace::id);
+    auto const rules = NotificationState(*session_.store).disableWithoutPlace(ids);
+    if (!rules) session_.console.err("nimbara: " + rules.error().message + "\n");
   }
 
   Result<std::vector<FoundPlace>, std::string> found() {

@@ -9,6 +9,8 @@ namespace nimbara {
 namespace {
 
 constexpr std::string_view kHidden = "•••";
+/// Lists of rules are longer than any terminal is wide; `get` shows them whole.
+constexpr int kWidestValue = 60;
 
 std::string shown(SettingValue const& value) {
   struct Shown {
@@ -46,7 +48,7 @@ std::string table(Pairs const& pairs, Settings const& settings) {
   int values = 0;
   for (auto const& [definition, value] : pairs) {
     keys = std::max(keys, displayWidth(definition.key));
-    values = std::max(values, displayWidth(shown(value)));
+    values = std::max(values, std::min(kWidestValue, displayWidth(shown(value))));
   }
   std::string out;
   for (auto const& [definition, value] : pairs) {
