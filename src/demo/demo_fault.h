@@ -18,6 +18,7 @@ enum class DemoService {
   nws,
   swpc,
   usgs,
+  celestrak,
   feedServer,
   meteoAlarm,
   meteoAlarmRegions,
@@ -31,8 +32,8 @@ enum class DemoService {
 
 template <>
 inline constexpr auto enumNames<DemoService> = std::to_array<std::string_view>(
-    {"openMeteo", "openMeteoGeocoding", "appleWeather", "yrNo", "wttrIn", "nws", "swpc", "usgs", "feedServer",
-     "meteoAlarm", "meteoAlarmRegions", "airQuality", "nhc", "nhcMaps", "firms", "travelAdvisories",
+    {"openMeteo", "openMeteoGeocoding", "appleWeather", "yrNo", "wttrIn", "nws", "swpc", "usgs", "celestrak",
+     "feedServer", "meteoAlarm", "meteoAlarmRegions", "airQuality", "nhc", "nhcMaps", "firms", "travelAdvisories",
      "lightning"});
 static_assert(enumNamesComplete(DemoService::lightning));
 

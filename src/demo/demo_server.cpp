@@ -10,6 +10,7 @@
 #include "demo/nhc_stand_in.h"
 #include "demo/nws_stand_in.h"
 #include "demo/open_meteo_stand_in.h"
+#include "demo/satellites_stand_in.h"
 #include "demo/swpc_stand_in.h"
 #include "demo/travel_stand_in.h"
 #include "demo/usgs_stand_in.h"
@@ -45,6 +46,7 @@ constexpr std::array kRoutes = std::to_array<Route>({
     {DemoService::nws, "/alerts/active", nwsActiveAlerts},
     {DemoService::swpc, R"(/products/noaa-planetary-k-index\.json)", planetaryKIndex},
     {DemoService::usgs, R"(/earthquakes/feed/v1\.0/summary/all_day\.geojson)", usgsDayFeed},
+    {DemoService::celestrak, R"(/NORAD/elements/gp\.php)", celestrakElements},
     {DemoService::feedServer, R"(/api/feed\.php)", feedServerFeed},
     {DemoService::wttrIn, "/[^/,]+,[^/,]+", wttrForecast},
     {DemoService::meteoAlarm, "/feeds/meteoalarm-legacy-atom-[a-z-]+", meteoAlarmFeed},

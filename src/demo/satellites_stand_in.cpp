@@ -1,158 +1,129 @@
 #include "demo/satellites_stand_in.h"
 
-#include "globe/sat_rec.h"
+#include "base/json.h"
+#include "demo/demo_satellites.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
 #include <cmath>
-#include <cstdint>
 #include <numbers>
-#include <span>
 
 namespace nimbara {
 
 namespace {
 
-constexpr double kRadians = std::numbers::pi / 180;
-
-/// Numbers in [low, high), the same in every run.
-class Draw {
- public:
-  explicit Draw(std::uint64_t seed) : state_(seed) {}
-
-  double operator()(double low, double high) {
-    state_ = state_ * 6364136223846793005U + 1442695040888963407U;
-    return low + (high - low) * static_cast<double>(state_ >> 11) / 9007199254740992.0;
-  }
-
- private:
-  std::uint64_t state_;
-};
-
-/// How the satellites of one part of a group are called.
-using Naming = std::string (*)(std::string_view name, int index);
-
-std::string plainName(std::string_view name, int) {
-  return std::string(name);
-}
-std::string numberedName(std::string_view name, int index) {
-  return std::string(name) + std::to_string(1000 + index);
-}
-std::string galileoName(std::string_view, int index) {
-  std::string const number = std::to_string(index + 1);
-  return "GSAT02" + std::string(number.size() < 2 ? "0" : "") + number + " (GALILEO " + number + ")";
-}
-std::string glonassName(std::string_view, int index) {
-  return "COSMOS " + std::to_string(2425 + index) + " (" + std::to_string(715 + index) + ")";
+std::string degrees(double radians) {
+  return fmt::format("{:.4f}", radians * 180 / std::numbers::pi);
 }
 
-/// A part of a group: `planes` planes with evenly spread nodes and as many satellites in each, or, with no
-/// planes, orbits drawn around the given one with the given spread.
-struct Part {
+/// "2026-11-21T04:00:00.000000", UTC.
+std::string epochText(SGP4::TLE const& tle) {
+  auto const midnight = std::chrono::floor<std::chrono::days>(tle.epoch);
+  auto const ofDay = std::chrono::milliseconds(std::llround(tle.epochFraction * 86'400'000));
+  std::string const whole = formatIso8601(midnight + ofDay);
+  return whole.substr(0, whole.find_first_of(".Z")) + fmt::format(".{:03}000", ofDay.count() % 1000);
+}
+
+std::string designator(SGP4::TLE const& tle) {
+  return tle.intldesg.size() < 5 ? "" : "20" + tle.intldesg.substr(0, 2) + "-" + tle.intldesg.substr(2);
+}
+
+/// A column of the elements as CelesTrak publishes them.
+struct Column {
   std::string_view name;
-  Naming naming;
-  int count;
-  int firstNumber;
-  double altitudeKm, eccentricity, inclination;
-  int planes;
-  double altitudeSpread, inclinationSpread;
-  double bstar;
+  bool isText;
+  std::string (*value)(SGP4::TLE const&);
 };
 
-constexpr Part kStations[] = {{"ISS (ZARYA)", plainName, 1, 25544, 418, 0.0006, 51.63, 0, 0, 0, 2.5e-4},
-                              {"ISS (NAUKA)", plainName, 1, 49044, 418, 0.0006, 51.63, 0, 0, 0, 2.5e-4},
-                              {"CSS (TIANHE)", plainName, 1, 48274, 388, 0.0004, 41.47, 0, 0, 0, 3e-4},
-                              {"HST", plainName, 1, 20580, 500, 0.0002, 28.47, 0, 0, 0, 1.5e-4}};
-constexpr Part kStarlink[] = {{"STARLINK-", numberedName, 3600, 50000, 550, 1e-4, 53.05, 72, 0, 0, 3e-4},
-                              {"STARLINK-", numberedName, 2800, 54000, 540, 1e-4, 53.22, 70, 0, 0, 3e-4},
-                              {"STARLINK-", numberedName, 2000, 57000, 530, 1e-4, 43.0, 50, 0, 0, 3e-4},
-                              {"STARLINK-", numberedName, 600, 100010, 570, 1e-4, 70.0, 20, 0, 0, 3e-4}};
-constexpr Part kOneWeb[] = {{"ONEWEB-", numberedName, 648, 44057, 1200, 2e-4, 87.9, 12, 0, 0, 1e-4}};
-constexpr Part kWeather[] = {{"DEMOSAT POLAR-", numberedName, 24, 28054, 830, 1e-3, 98.75, 0, 15, 0.1, 5e-5},
-                             {"DEMOSAT GEO-", numberedName, 18, 41866, 35786.5, 1e-4, 0.05, 0, 0.5, 0.03, 0}};
-constexpr Part kGalileo[] = {{"", galileoName, 27, 37846, 23222, 2e-4, 56.0, 3, 0, 0, 0}};
-constexpr Part kGlonass[] = {{"", glonassName, 24, 29670, 19130, 1e-3, 64.8, 3, 0, 0, 0}};
-constexpr Part kCosmos[] = {{"COSMOS 2251 DEB", plainName, 584, 33757, 780, 0.012, 74.0, 0, 70, 0.3, 1e-3}};
-constexpr Part kIridium[] = {{"IRIDIUM 33 DEB", plainName, 111, 34400, 760, 0.01, 86.4, 0, 60, 0.2, 1e-3}};
-constexpr Part kFengyun[] = {{"FENGYUN 1C DEB", plainName, 1200, 29712, 850, 0.015, 98.9, 0, 100, 0.6, 1e-3}};
+constexpr Column kColumns[] = {
+    {"OBJECT_NAME", true, [](SGP4::TLE const& tle) { return tle.name; }},
+    {"OBJECT_ID", true, designator},
+    {"EPOCH", true, epochText},
+    {"MEAN_MOTION", false,
+     [](SGP4::TLE const& tle) { return fmt::format("{:.8f}", tle.no_kozai * 720 / std::numbers::pi); }},
+    {"ECCENTRICITY", false, [](SGP4::TLE const& tle) { return fmt::format("{:.7f}", tle.ecco); }},
+    {"INCLINATION", false, [](SGP4::TLE const& tle) { return degrees(tle.inclo); }},
+    {"RA_OF_ASC_NODE", false, [](SGP4::TLE const& tle) { return degrees(tle.nodeo); }},
+    {"ARG_OF_PERICENTER", false, [](SGP4::TLE const& tle) { return degrees(tle.argpo); }},
+    {"MEAN_ANOMALY", false, [](SGP4::TLE const& tle) { return degrees(tle.mo); }},
+    {"EPHEMERIS_TYPE", false, [](SGP4::TLE const&) { return std::string("0"); }},
+    {"CLASSIFICATION_TYPE", true, [](SGP4::TLE const&) { return std::string("U"); }},
+    {"NORAD_CAT_ID", false, [](SGP4::TLE const& tle) { return std::to_string(tle.satnum); }},
+    {"ELEMENT_SET_NO", false, [](SGP4::TLE const&) { return std::string("999"); }},
+    {"REV_AT_EPOCH", false, [](SGP4::TLE const&) { return std::string("0"); }},
+    {"BSTAR", false, [](SGP4::TLE const& tle) { return fmt::format("{}", tle.bstar); }},
+    {"MEAN_MOTION_DOT", false, [](SGP4::TLE const& tle) { return fmt::format("{}", tle.ndot); }},
+    {"MEAN_MOTION_DDOT", false, [](SGP4::TLE const& tle) { return fmt::format("{}", tle.nddot); }}};
 
-struct DemoGroup {
-  std::string_view id;
-  std::span<Part const> parts;
-};
-
-constexpr DemoGroup kGroups[] = {
-    {"stations", kStations},         {"starlink", kStarlink},         {"oneweb", kOneWeb},
-    {"weather", kWeather},           {"galileo", kGalileo},           {"glo-ops", kGlonass},
-    {"cosmos-2251-debris", kCosmos}, {"iridium-33-debris", kIridium}, {"fengyun-1c-debris", kFengyun}};
-
-double turned(double degrees) {
-  return (degrees - 360 * std::floor(degrees / 360)) * kRadians;
-}
-
-/// Node and anomaly: by the pattern of planes, or drawn. Satellites that share their name's beginning (the
-/// two modules) stand together.
-void setPlace(SGP4::TLE& tle, Part const& part, int index, Draw& draw) {
-  if (part.planes == 0) {
-    bool const single = part.count == 1;
-    tle.nodeo = turned(single ? part.inclination * 4 : draw(0, 360));
-    tle.mo = turned(single ? part.inclination * 3 : draw(0, 360));
-    return;
-  }
-  int const inPlane = part.count / part.planes;
-  int const plane = index / inPlane;
-  tle.nodeo = turned(360.0 * plane / part.planes + part.altitudeKm);
-  tle.mo = turned(360.0 * (index % inPlane) / inPlane + 360.0 * plane / part.count);
-}
-
-SGP4::TLE elements(Part const& part, int index, SGP4::Moment epoch, Draw& draw) {
-  SGP4::TLE tle;
-  tle.name = part.naming(part.name, index);
-  tle.satnum = part.firstNumber + index;
-  tle.intldesg = "26001A";
-  tle.epochDay = epoch.day;
-  tle.epochFraction = epoch.fraction;
-  double const altitude = part.altitudeKm + part.altitudeSpread * (draw(-1, 1) + draw(-1, 1));
-  double const radii = 1 + altitude / SGP4::kEarthRadiusKm;
-  tle.no_kozai = SGP4::kXke / std::pow(radii, 1.5);
-  tle.ecco = part.eccentricity * draw(0.5, 1.5);
-  tle.inclo = std::abs(part.inclination + part.inclinationSpread * draw(-1, 1)) * kRadians;
-  tle.argpo = turned(part.planes == 0 && part.count > 1 ? draw(0, 360) : 90);
-  tle.bstar = part.bstar;
-  tle.ndot = part.bstar / 10;
-  setPlace(tle, part, index, draw);
-  return tle;
-}
-
-/// Some hours back, as elements that were measured are.
-SGP4::Moment epochFor(Instant now) {
-  Instant const hour = std::chrono::floor<std::chrono::hours>(now) - std::chrono::hours(5);
-  return SGP4::momentOf(hour);
-}
-
-std::chrono::year_month_day dateOf(SGP4::Moment moment) {
-  return std::chrono::sys_days(std::chrono::days(static_cast<int>(moment.day - 2440587.5)));
-}
-
-std::string groupText(DemoGroup const& group, SGP4::Moment epoch) {
+std::string commaSeparated(std::vector<SGP4::TLE> const& satellites) {
   std::string text;
-  Draw draw(group.id.size() * 977);
-  for (Part const& part : group.parts) {
-    for (int i = 0; i < part.count; ++i) {
-      SGP4::TLE tle = elements(part, i, epoch, draw);
-      tle.epoch = std::chrono::sys_days(dateOf(epoch));
-      text += SGP4::writeElements(tle).value_or("");
-    }
+  for (Column const& column : kColumns) text += (text.empty() ? "" : ",") + std::string(column.name);
+  text += "\r\n";
+  for (SGP4::TLE const& tle : satellites) {
+    for (Column const& column : kColumns) text += (&column == kColumns ? "" : ",") + column.value(tle);
+    text += "\r\n";
   }
   return text;
+}
+
+std::string jsonObject(SGP4::TLE const& tle) {
+  std::string text = "{";
+  for (Column const& column : kColumns) {
+    std::string const value = column.value(tle);
+    text += (&column == kColumns ? "\"" : ",\"") + std::string(column.name) + "\":";
+    text += column.isText ? encodeJson(value) : value;
+  }
+  return text + "}";
+}
+
+std::string jsonList(std::vector<SGP4::TLE> const& satellites) {
+  std::string text = "[";
+  for (SGP4::TLE const& tle : satellites) text += (text.size() > 1 ? "," : "") + jsonObject(tle);
+  return text + "]";
+}
+
+std::string elementLines(std::vector<SGP4::TLE> const& satellites, int largestNumber) {
+  std::string text;
+  for (SGP4::TLE const& tle : satellites) {
+    if (tle.satnum <= largestNumber) text += SGP4::writeElements(tle).value_or("");
+  }
+  return text;
+}
+
+/// CelesTrak's lines hold no number of more than five digits; who asks for them never hears of the others.
+std::string publishedLines(std::vector<SGP4::TLE> const& satellites) {
+  return elementLines(satellites, 99'999);
+}
+
+struct Format {
+  std::string_view name;
+  std::string (*write)(std::vector<SGP4::TLE> const&);
+};
+
+constexpr Format kFormats[] = {{"CSV", commaSeparated}, {"JSON", jsonList}, {"TLE", publishedLines}};
+
+/// In the service's manner: an error is a text under 200.
+DemoAnswer invalidQuery(std::string_view what) {
+  return {200, "Invalid query: \"" + std::string(what) + "\"\n", {}};
 }
 
 }  // namespace
 
 DemoAnswer satelliteFeed(DemoRequest const& request, Instant now) {
-  std::string const wanted = request.query("p");
-  for (DemoGroup const& group : kGroups) {
-    if (group.id == wanted) return {200, groupText(group, epochFor(now)), {}};
-  }
-  return {404, "No such group\n", {}};
+  constexpr int kLargestInAlphaFive = 339'999;
+  auto const satellites = demoSatellites(request.query("p"), now);
+  if (!satellites) return {404, "No such group\n", {}};
+  return {200, elementLines(*satellites, kLargestInAlphaFive), {}};
+}
+
+DemoAnswer celestrakElements(DemoRequest const& request, Instant now) {
+  std::string const asked = request.query("FORMAT");
+  auto const format = std::ranges::find(kFormats, asked.empty() ? "CSV" : asked, &Format::name);
+  if (format == std::ranges::end(kFormats)) return invalidQuery("FORMAT=" + asked);
+  auto const satellites = demoSatellites(request.query("GROUP"), now);
+  return satellites ? DemoAnswer{200, format->write(*satellites), {}}
+                    : invalidQuery("GROUP=" + request.query("GROUP"));
 }
 
 }  // namespace nimbara

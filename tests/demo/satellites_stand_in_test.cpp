@@ -1,4 +1,7 @@
+#include "demo/satellites_stand_in.h"
+
 #include "demo/feed_server_stand_in.h"
+#include "feedserver/element_text.h"
 #include "globe/satellite_catalog.h"
 #include "support/instants.h"
 
@@ -61,6 +64,53 @@ TEST(SatellitesStandIn, RefusesOtherGroupsAndFeeds) {
   EXPECT_EQ(ask({{"f", "satellites"}, {"p", "noaa"}}, "2026-11-21T09:20:00Z").status, 404);
   EXPECT_EQ(ask({{"f", "nothing"}}, "2026-11-21T09:20:00Z").status, 400);
   EXPECT_EQ(ask({}, "2026-11-21T09:20:00Z").status, 400);
+}
+
+DemoAnswer askCelestrak(std::string const& group, std::string const& format) {
+  DemoRequest request;
+  request.query = [&](std::string_view name) { return name == "GROUP" ? group : format; };
+  return celestrakElements(request, at("2026-11-21T09:20:00Z"));
+}
+
+/// What the feed server makes of its source is what the demo's own feed server says.
+TEST(CelestrakStandIn, GivesTheFeedServerWhatItServes) {
+  for (auto const& group : SatelliteCatalog::groups()) {
+    std::string const id(group.id);
+    auto const table = elementText(askCelestrak(id, "CSV").body);
+    ASSERT_TRUE(table) << table.error();
+    EXPECT_EQ(table->leftOut, 0) << id;
+    auto const made = SatelliteCatalog::parse(table->text, group);
+    auto const served =
+        SatelliteCatalog::parse(ask({{"f", "satellites"}, {"p", id}}, "2026-11-21T09:20:00Z").body, group);
+    EXPECT_EQ(made.dropped, 0) << id;
+    ASSERT_EQ(made.entries.size(), served.entries.size()) << id;
+    for (std::size_t i = 0; i < made.entries.size(); ++i) {
+      EXPECT_EQ(made.entries[i].satrec.tle, served.entries[i].satrec.tle) << made.entries[i].name;
+    }
+  }
+}
+
+TEST(CelestrakStandIn, LeavesNumbersOfSixDigitsOutOfItsLinesOnly) {
+  auto const numbersIn = [](std::string const& body, std::string_view start) {
+    std::size_t count = 0;
+    for (std::size_t found = body.find(start); found != std::string::npos;
+         found = body.find(start, found + 1))
+      ++count;
+    return count;
+  };
+  EXPECT_EQ(numbersIn(askCelestrak("starlink", "CSV").body, "\r\n"), 9001);
+  EXPECT_EQ(numbersIn(askCelestrak("starlink", "JSON").body, "\"NORAD_CAT_ID\":"), 9000);
+  EXPECT_EQ(numbersIn(askCelestrak("starlink", "JSON").body, "\"NORAD_CAT_ID\":1000"), 90);
+  EXPECT_EQ(numbersIn(askCelestrak("starlink", "TLE").body, "\n1 "), 8400);
+  EXPECT_EQ(askCelestrak("starlink", "").body, askCelestrak("starlink", "CSV").body);
+}
+
+TEST(CelestrakStandIn, ErrorsAreTextsUnderSuccess) {
+  for (auto const& [group, format] : {std::pair("noaa", "CSV"), {"weather", "PDF"}}) {
+    auto const answer = askCelestrak(group, format);
+    EXPECT_EQ(answer.status, 200);
+    EXPECT_TRUE(answer.body.starts_with("Invalid query")) << answer.body;
+  }
 }
 
 }  // namespace
