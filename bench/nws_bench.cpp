@@ -1,10 +1,15 @@
 // A nation-wide answer of the National Weather Service from bytes to live events, beside what the parser
 // library alone needs for the same bytes in the same run. The answer is made here: 246 alerts of 3.6 kB.
+// NIMBARA_SAMPLES, where it is set, adds the recorded answers.
 
+#include "base/file.h"
 #include "feeds/gov_alerts.h"
 
 #include <benchmark/benchmark.h>
 #include <simdjson.h>
+
+#include <cstdlib>
+#include <filesystem>
 
 namespace nimbara {
 namespace {
@@ -32,38 +37,55 @@ std::string feature(int number) {
          R"(","response":"Prepare","parameters":{"AWIPSidentifier":["NPWPSR"],"WMOidentifier":["WWUS75 KPSR 181947"]}}})";
 }
 
-std::string const& body() {
-  static std::string const made = [] {
-    std::string text = R"({"type":"FeatureCollection","features":[)";
-    for (int i = 0; i < 246; ++i) text += (i > 0 ? "," : "") + feature(i);
-    return text + "]}";
-  }();
-  return made;
+std::string madeAnswer() {
+  std::string text = R"({"type":"FeatureCollection","features":[)";
+  for (int i = 0; i < 246; ++i) text += (i > 0 ? "," : "") + feature(i);
+  return text + "]}";
 }
 
-void setBytes(benchmark::State& state) {
-  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(body().size()));
+void setBytes(benchmark::State& state, std::string const& body) {
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(body.size()));
 }
 
-void simdjsonParse(benchmark::State& state) {
+void simdjsonParse(benchmark::State& state, std::string const& body) {
   simdjson::dom::parser parser;
-  for (auto _ : state) benchmark::DoNotOptimize(parser.parse(body()).error());
-  setBytes(state);
+  for (auto _ : state) benchmark::DoNotOptimize(parser.parse(body).error());
+  setBytes(state, body);
 }
-BENCHMARK(simdjsonParse);
 
-void parseAlerts(benchmark::State& state) {
-  for (auto _ : state) benchmark::DoNotOptimize(parseNwsAlerts(body()));
-  setBytes(state);
+void parseAlerts(benchmark::State& state, std::string const& body) {
+  for (auto _ : state) benchmark::DoNotOptimize(parseNwsAlerts(body));
+  setBytes(state, body);
 }
-BENCHMARK(parseAlerts);
 
-void chooseEvents(benchmark::State& state) {
-  auto const list = parseNwsAlerts(body());
+void chooseEvents(benchmark::State& state, std::string const& body) {
+  auto const list = parseNwsAlerts(body);
   Instant const now = *parseIso8601("2026-11-21T12:00:00Z");
   for (auto _ : state) benchmark::DoNotOptimize(liveEvents(list->alerts, now));
 }
-BENCHMARK(chooseEvents);
+
+void measure(std::string const& name, std::string const& body) {
+  benchmark::RegisterBenchmark(("simdjsonParse/" + name).c_str(), simdjsonParse, body);
+  benchmark::RegisterBenchmark(("parseAlerts/" + name).c_str(), parseAlerts, body);
+  benchmark::RegisterBenchmark(("chooseEvents/" + name).c_str(), chooseEvents, body);
+}
+
+void measureRecorded(std::filesystem::path const& folder) {
+  constexpr std::size_t kLargest = std::size_t{4} << 20;
+  for (auto const& entry : std::filesystem::directory_iterator(folder)) {
+    auto const body = readFile(entry.path(), kLargest);
+    if (body && parseNwsAlerts(*body)) measure(entry.path().stem().string(), *body);
+  }
+}
 
 }  // namespace
 }  // namespace nimbara
+
+int main(int count, char** arguments) {
+  nimbara::measure("made", nimbara::madeAnswer());
+  if (char const* const samples = std::getenv("NIMBARA_SAMPLES"))
+    nimbara::measureRecorded(std::filesystem::path(samples) / "nws");
+  benchmark::Initialize(&count, arguments);
+  benchmark::RunSpecifiedBenchmarks();
+  return 0;
+}

@@ -164,8 +164,16 @@ struct FieldTable {
         return std::array<Reader, size>{&readField<T, index>...};
       }(std::make_index_sequence<size>{});
 
-  /// The index of `key`, or `size`.
+  static constexpr std::size_t kLongestKey = std::ranges::max(keys, {}, &std::string_view::size).size();
+  static constexpr std::array<bool, kLongestKey + 1> hasKeyOfLength = [] {
+    std::array<bool, kLongestKey + 1> lengths{};
+    for (std::string_view const key : keys) lengths[key.size()] = true;
+    return lengths;
+  }();
+
+  /// The index of `key`, or `size`. Most keys that nobody asks for differ in their length already.
   static std::size_t find(std::string_view key, std::size_t start) {
+    if (key.size() > kLongestKey || !hasKeyOfLength[key.size()]) return size;
     for (std::size_t step = 0; step < size; ++step) {
       std::size_t const index = start + step < size ? start + step : start + step - size;
       if (keys[index] == key) return index;

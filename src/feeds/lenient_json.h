@@ -7,7 +7,6 @@
 #include "base/text.h"
 
 #include <optional>
-#include <utility>
 
 namespace nimbara {
 
@@ -28,8 +27,7 @@ namespace nimbara::json_detail {
 template <class T>
 bool read(dom::element element, Lenient<T>& out, Failure&) {
   Failure ignored;
-  T content{};
-  if (read(element, content, ignored)) out.value = std::move(content);
+  if (!read(element, out.value.emplace(), ignored)) out.value.reset();
   return true;
 }
 

@@ -12,6 +12,11 @@ namespace {
 constexpr std::array<std::string_view, enumNames<NWSAlertSeverity>.size()> kSeverityWords{
     "Unknown", "Minor", "Moderate", "Severe", "Extreme"};
 
+/// A text, at best a date in the internet's form.
+struct WireDate {
+  std::optional<Instant> date;
+};
+
 struct WireReference {
   std::string identifier;
   Lenient<Instant> sent;
@@ -26,8 +31,8 @@ struct WireProperties {
   std::optional<std::string> headline;
   std::optional<std::string> description;
   std::optional<std::string> instruction;
-  std::optional<std::string> onset;
-  std::optional<std::string> expires;
+  std::optional<WireDate> onset;
+  std::optional<WireDate> expires;
   std::optional<std::string> senderName;
   std::optional<std::string> areaDesc;
   Lenient<Instant> ends;
@@ -46,11 +51,11 @@ struct WireResponse {
 };
 
 /// Date, time, "T" between them, seconds without a fraction, and a zone.
-std::optional<Instant> internetDateTime(std::optional<std::string> const& text) {
-  constexpr std::size_t kShortest = std::string_view("2026-11-21T06:00:00Z").size();
-  if (!text || text->size() < kShortest || (*text)[10] != 'T' || (*text)[16] != ':') return std::nullopt;
-  if (text->find_first_of(".,") != std::string::npos) return std::nullopt;
-  return parseIso8601(*text);
+std::optional<Instant> internetDateTime(std::string_view text) {
+  constexpr std::size_t kSeconds = std::string_view("2026-11-21T06:00:00").size();
+  if (text.size() <= kSeconds || text[10] != 'T' || text[16] != ':') return std::nullopt;
+  if (text[kSeconds] == '.' || text[kSeconds] == ',') return std::nullopt;
+  return parseIso8601(text);
 }
 
 std::vector<NWSReference> referencesOf(WireProperties& wire) {
@@ -73,8 +78,8 @@ NWSAlert alertOf(WireProperties& wire) {
   alert.severity = nwsSeverity(wire.severity);
   alert.senderName = std::move(wire.senderName).value_or("NWS");
   alert.areaDesc = std::move(wire.areaDesc).value_or("");
-  alert.onset = internetDateTime(wire.onset);
-  alert.expires = internetDateTime(wire.expires);
+  alert.onset = wire.onset.value_or(WireDate{}).date;
+  alert.expires = wire.expires.value_or(WireDate{}).date;
   alert.ends = wire.ends.value;
   alert.sent = wire.sent.value;
   alert.status = std::move(wire.status.value).value_or("");
@@ -84,6 +89,17 @@ NWSAlert alertOf(WireProperties& wire) {
 }
 
 }  // namespace
+
+namespace json_detail {
+
+static bool read(dom::element element, WireDate& out, Failure& failure) {
+  std::string_view text;
+  if (element.get(text) != simdjson::SUCCESS) return failure.because("a text is expected");
+  out.date = internetDateTime(text);
+  return true;
+}
+
+}  // namespace json_detail
 
 template <>
 inline constexpr auto jsonFields<WireReference> =
