@@ -124,10 +124,10 @@ void mergeAll(benchmark::State& state) {
   MeteoAlarmAtomParser parser;
   benchmark::DoNotOptimize(parser.parse(bodyOf(0)));
   auto const& entries = parser.entries();
-  std::vector<RawEntry const*> pointers;
-  for (RawEntry const& entry : entries) pointers.push_back(&entry);
+  std::vector<SelectedEntry> selected;
+  for (RawEntry const& entry : entries) selected.push_back({&entry, {}});
   Texts const texts = Texts::load("en");
-  for (auto _ : state) benchmark::DoNotOptimize(mergedAlerts(pointers, "DE", texts));
+  for (auto _ : state) benchmark::DoNotOptimize(mergedAlerts(selected, "DE", texts));
 }
 BENCHMARK(mergeAll)->Unit(benchmark::kMicrosecond);
 

@@ -61,6 +61,7 @@ std::string rendered(WarningEntry const& entry, WarningPageContext const& contex
     out += context.style.painted(line, colour) + "\n";
   }
   out += paragraph(spanText(entry, context), context);
+  if (entry.isNearOnly) out += paragraph(std::string(context.texts.text("warning.near")), context);
   out += paragraph(entry.area, context);
   if (entry.message != entry.title) out += paragraph(entry.message, context);
   if (!entry.instruction.empty()) {
@@ -80,7 +81,8 @@ WarningEntry warningEntry(WeatherAlert const& alert) {
           alert.instruction.value_or(""),
           alert.source.value_or(""),
           alert.onset,
-          alert.expires};
+          alert.expires,
+          alert.distanceKm.has_value()};
 }
 
 WarningEntry warningEntry(NWSAlert const& alert) {

@@ -24,6 +24,7 @@ struct WarningEntry {
   std::string source;
   std::optional<Instant> onset;
   std::optional<Instant> end;
+  bool isNearOnly = false;  ///< the warned area does not have the place in it
 };
 
 WarningEntry warningEntry(WeatherAlert const& alert);

@@ -2,6 +2,7 @@
 #include "feeds/meteo_alarm_selection.h"
 
 #include <algorithm>
+#include <cmath>
 #include <set>
 
 namespace nimbara {
@@ -14,23 +15,23 @@ constexpr Uuid kNamespace{
 
 struct Group {
   MeteoAlarmType type;
-  std::vector<RawEntry const*> entries;
+  std::vector<SelectedEntry> entries;
 };
 
-std::vector<Group> groupsOf(std::span<RawEntry const* const> entries) {
+std::vector<Group> groupsOf(std::span<SelectedEntry const> entries) {
   std::vector<Group> groups;
-  for (RawEntry const* const entry : entries) {
-    MeteoAlarmType const type = meteoAlarmTypeOf(entry->event, entry->title);
+  for (SelectedEntry const& selected : entries) {
+    MeteoAlarmType const type = meteoAlarmTypeOf(selected.entry->event, selected.entry->title);
     auto const found = std::ranges::find(groups, type, &Group::type);
     Group& group = found == groups.end() ? groups.emplace_back(Group{type, {}}) : *found;
-    group.entries.push_back(entry);
+    group.entries.push_back(selected);
   }
   return groups;
 }
 
 std::vector<std::string> areasOf(Group const& group) {
   std::vector<std::string> areas;
-  for (RawEntry const* const entry : group.entries) {
+  for (auto const& [entry, distance] : group.entries) {
     if (!entry->areaDesc.empty() && std::ranges::find(areas, entry->areaDesc) == areas.end())
       areas.push_back(entry->areaDesc);
   }
@@ -46,7 +47,7 @@ std::string joined(std::vector<std::string> const& parts) {
 /// The regions' codes, or the names of areas that have none, in an order that does not depend on the feed's.
 std::set<std::string> regionSet(Group const& group) {
   std::set<std::string> regions;
-  for (RawEntry const* const entry : group.entries) {
+  for (auto const& [entry, distance] : group.entries) {
     if (entry->nuts3Codes.empty() && entry->otherCodes.empty()) regions.insert(entry->areaDesc);
     regions.insert(entry->nuts3Codes.begin(), entry->nuts3Codes.end());
     for (RegionCode const& code : entry->otherCodes) regions.insert(code.registry + ":" + code.code);
@@ -67,13 +68,29 @@ void widen(WeatherAlert& alert, RawEntry const& entry) {
   if (entry.expires) alert.expires = std::max(alert.expires.value_or(*entry.expires), *entry.expires);
 }
 
+/// Nothing as soon as one of the areas has the place in it. In tenths, as good as the outlines are.
+std::optional<double> distanceOf(Group const& group) {
+  auto const nearest = std::ranges::min_element(group.entries, {}, &SelectedEntry::distanceKm);
+  if (!nearest->distanceKm) return std::nullopt;
+  return std::ceil(*nearest->distanceKm * 10) / 10;
+}
+
+RawEntry const& gravestOf(Group const& group) {
+  return *std::ranges::max_element(group.entries, {}, [](SelectedEntry const& selected) {
+            return severityOfCap(selected.entry->severity);
+          })->entry;
+}
+
 WeatherAlert alertOf(Group const& group, std::string_view country, Texts const& texts) {
   WeatherAlert alert;
   alert.title = texts.text("govAlert.event." + std::string(enumName(group.type)));
   alert.icon = iconOf(group.type);
   alert.source = "MeteoAlarm";
   alert.isGovAlert = true;
-  for (RawEntry const* const entry : group.entries) widen(alert, *entry);
+  for (SelectedEntry const& selected : group.entries) widen(alert, *selected.entry);
+  alert.distanceKm = distanceOf(group);
+  std::string const& link = gravestOf(group).link;
+  if (!link.empty()) alert.link = link;
   alert.id = identifierOf(group, country, alert.onset);
   std::vector<std::string> const areas = areasOf(group);
   alert.areaDesc = joined(areas);
@@ -87,7 +104,7 @@ WeatherAlert alertOf(Group const& group, std::string_view country, Texts const& 
 
 }  // namespace
 
-std::vector<WeatherAlert> mergedAlerts(std::span<RawEntry const* const> entries, std::string_view country,
+std::vector<WeatherAlert> mergedAlerts(std::span<SelectedEntry const> entries, std::string_view country,
                                        Texts const& texts) {
   std::vector<WeatherAlert> alerts;
   for (Group const& group : groupsOf(entries)) alerts.push_back(alertOf(group, country, texts));

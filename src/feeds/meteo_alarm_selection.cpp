@@ -32,9 +32,11 @@ class Neighbourhood {
         radiusKm_(radiusKm),
         degrees_(radiusKm * 180 / (std::numbers::pi * kEarthRadiusKm) + 1e-6) {}
 
-  bool has(Coordinate corner) const {
-    return std::abs(corner.latitude - place_.latitude) <= degrees_ &&
-           haversineKm(place_, corner) <= radiusKm_;
+  /// Nothing for a corner further away than the radius.
+  std::optional<double> kmTo(Coordinate corner) const {
+    if (std::abs(corner.latitude - place_.latitude) > degrees_) return std::nullopt;
+    double const km = haversineKm(place_, corner);
+    return km <= radiusKm_ ? std::optional(km) : std::nullopt;
   }
 
  private:
@@ -53,8 +55,11 @@ class Selector {
     }
   }
 
-  bool concerns(RawEntry const& entry, std::string_view foldedArea) const {
-    return hasCode(entry) || isNearCircle(entry) || isNearPolygon(entry) || isNamed(entry, foldedArea);
+  /// Nothing for an entry that does not concern the place.
+  std::optional<SelectedEntry> select(RawEntry const& entry, std::string_view foldedArea) const {
+    if (hasCode(entry)) return SelectedEntry{&entry, {}};
+    if (auto const km = kmTo(entry)) return SelectedEntry{&entry, *km > 0 ? km : std::nullopt};
+    return isNamed(entry, foldedArea) ? std::optional(SelectedEntry{&entry, {}}) : std::nullopt;
   }
 
  private:
@@ -64,17 +69,32 @@ class Selector {
     });
   }
 
-  bool isNearCircle(RawEntry const& entry) const {
-    return std::ranges::any_of(entry.circles, [this](WarningCircle const& circle) {
-      return haversineKm(place_, circle.center) <= circle.radiusKm + radiusKm_;
-    });
+  /// To the nearest of the shapes within reach, 0 in one of them.
+  std::optional<double> kmTo(RawEntry const& entry) const {
+    std::optional<double> nearest;
+    for (WarningCircle const& circle : entry.circles) nearest = smaller(nearest, kmTo(circle));
+    for (WarningPolygon const& polygon : entry.polygons) {
+      if (nearest == 0.0) break;
+      nearest = smaller(nearest, kmTo(polygon));
+    }
+    return nearest;
   }
 
-  bool isNearPolygon(RawEntry const& entry) const {
-    return std::ranges::any_of(entry.polygons, [this](WarningPolygon const& polygon) {
-      return isInside(polygon, place_) ||
-             std::ranges::any_of(polygon, [this](Coordinate corner) { return near_.has(corner); });
-    });
+  std::optional<double> kmTo(WarningCircle const& circle) const {
+    double const km = haversineKm(place_, circle.center);
+    if (km > circle.radiusKm + radiusKm_) return std::nullopt;
+    return std::max(0.0, km - circle.radiusKm);
+  }
+
+  std::optional<double> kmTo(WarningPolygon const& polygon) const {
+    if (isInside(polygon, place_)) return 0;
+    std::optional<double> nearest;
+    for (Coordinate const corner : polygon) nearest = smaller(nearest, near_.kmTo(corner));
+    return nearest;
+  }
+
+  static std::optional<double> smaller(std::optional<double> a, std::optional<double> b) {
+    return a && b ? std::min(*a, *b) : a ? a : b;
   }
 
   bool hasKnownRegistry(RawEntry const& entry) const {
@@ -126,12 +146,12 @@ bool isInside(WarningPolygon const& polygon, Coordinate place) {
   return inside;
 }
 
-std::vector<RawEntry const*> selectedEntries(MeteoAlarmFeed const& feed, Coordinate place,
-                                             PlaceRegions const& regions, double radiusKm) {
+std::vector<SelectedEntry> selectedEntries(MeteoAlarmFeed const& feed, Coordinate place,
+                                           PlaceRegions const& regions, double radiusKm) {
   Selector const selector(place, regions, radiusKm);
-  std::vector<RawEntry const*> selected;
+  std::vector<SelectedEntry> selected;
   for (std::size_t i = 0; i < feed.entries.size(); ++i) {
-    if (selector.concerns(feed.entries[i], feed.foldedAreas[i])) selected.push_back(&feed.entries[i]);
+    if (auto const found = selector.select(feed.entries[i], feed.foldedAreas[i])) selected.push_back(*found);
   }
   return selected;
 }

@@ -24,14 +24,21 @@ MeteoAlarmFeed feedOf(std::vector<RawEntry> entries);
 
 inline constexpr double kProximityRadiusKm = 50;
 
+/// An entry that concerns a place.
+struct SelectedEntry {
+  RawEntry const* entry = nullptr;
+  /// Of the place from the nearest of the entry's circles and corners, where it is in none of its areas;
+  /// absent within, and where a code or a name decided.
+  std::optional<double> distanceKm;
+};
+
 /// The entries that concern a place, in the feed's order. An entry is kept by the first of these rules that
 /// holds: one of its codes is one of the place's; the place is within a circle or `radiusKm` beyond; it is in
 /// a polygon or within `radiusKm` of one of its corners; the entry has neither circle nor polygon nor a code
 /// of a registry in which the place's code is known, and its area's name has a region's name in it or stands
 /// in one.
-std::vector<RawEntry const*> selectedEntries(MeteoAlarmFeed const& feed, Coordinate place,
-                                             PlaceRegions const& regions,
-                                             double radiusKm = kProximityRadiusKm);
+std::vector<SelectedEntry> selectedEntries(MeteoAlarmFeed const& feed, Coordinate place,
+                                           PlaceRegions const& regions, double radiusKm = kProximityRadiusKm);
 
 /// Even-odd rule with the latitude as the first axis.
 bool isInside(WarningPolygon const& polygon, Coordinate place);
@@ -44,9 +51,10 @@ bool isCurrentWarning(RawEntry const& entry, Instant now);
 AlertSeverity severityOfCap(std::string_view severity);
 
 /// One alert for each kind of warning, in the order in which the kinds appear: the highest severity, the
-/// earliest onset and the latest expiry of the entries, their areas' names each once. The identifier follows
+/// earliest onset and the latest expiry of the entries, their areas' names each once, the link of the gravest
+/// entry, near only where all of its entries are. The identifier follows
 /// from country, kind, regions and onset, so that an update has that of the warning before.
-std::vector<WeatherAlert> mergedAlerts(std::span<RawEntry const* const> entries, std::string_view country,
+std::vector<WeatherAlert> mergedAlerts(std::span<SelectedEntry const> entries, std::string_view country,
                                        Texts const& texts);
 
 }  // namespace nimbara

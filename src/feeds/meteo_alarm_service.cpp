@@ -128,7 +128,7 @@ PlaceRegions const& MeteoAlarmService::regionsOf(Coordinate place) {
 std::vector<WeatherAlert> MeteoAlarmService::select(Coordinate place, PlaceRegions const& regions,
                                                     Instant now) const {
   auto entries = selectedEntries(*feed_, place, regions);
-  std::erase_if(entries, [now](RawEntry const* entry) { return !isCurrentWarning(*entry, now); });
+  std::erase_if(entries, [now](SelectedEntry const& one) { return !isCurrentWarning(*one.entry, now); });
   return mergedAlerts(entries, lastCountryCode_, texts_);
 }
 

@@ -9,7 +9,7 @@ GovAlertSource meteoAlarmSource(MeteoAlarmService& service) {
     return meteoAlarmFeedName(isoCountryCode(place.countryCode)).has_value();
   };
   auto const fetch = [&service](
-                         GovAlertPlace const& place,
+                         GovAlertPlace const& place, EventRoots&,
                          std::stop_token const& stop) -> Result<std::vector<WeatherAlert>, GovSourceFailure> {
     MeteoAlarmAnswer answer = service.fetch(place.coordinate, place.countryCode, place.regions, stop);
     if (answer.failure) return std::unexpected(GovSourceFailure{*answer.failure, std::move(answer.alerts)});

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace nimbara {
@@ -38,6 +39,9 @@ struct WeatherAlert {
   std::optional<Instant> onset;
   std::optional<Instant> expires;
   std::optional<std::string> link;  ///< to the original of an official warning
+  /// Of the place from the warned area, where the place is outside and only the margin reaches it in which
+  /// warnings are taken for near; absent within.
+  std::optional<double> distanceKm;
 
   bool operator==(WeatherAlert const&) const = default;
 };
@@ -58,11 +62,15 @@ inline constexpr auto jsonFields<WeatherAlert> = std::tuple{
     field("onset", &WeatherAlert::onset),
     field("expires", &WeatherAlert::expires),
     field("link", &WeatherAlert::link),
+    field("_nimbaraDistanceKm", &WeatherAlert::distanceKm),
 };
 
-/// Most severe first; alerts of equal severity keep their order.
+/// Most severe first, and of equal severity those of the place itself before those that are only near;
+/// otherwise alerts keep their order.
 inline void sortMostSevereFirst(std::vector<WeatherAlert>& alerts) {
-  std::ranges::stable_sort(alerts, std::ranges::greater{}, &WeatherAlert::severity);
+  std::ranges::stable_sort(alerts, std::ranges::greater{}, [](WeatherAlert const& alert) {
+    return std::pair(alert.severity, !alert.distanceKm);
+  });
 }
 
 }  // namespace nimbara

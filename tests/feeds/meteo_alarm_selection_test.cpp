@@ -48,6 +48,41 @@ TEST(MeteoAlarmSelection, TakesCirclesFiftyKilometresFurther) {
   }
 }
 
+TEST(MeteoAlarmSelection, TellsWhatIsHereFromWhatIsNear) {
+  WarningPolygon const square{{52.4, 13.3}, {52.6, 13.3}, {52.6, 13.5}, {52.4, 13.5}};
+  RawEntry circle;
+  circle.circles = {{kBerlin, 5}};
+  RawEntry polygon;
+  polygon.polygons = {square};
+  RawEntry both = circle;
+  both.polygons = {square};
+  RawEntry coded = polygon;
+  coded.nuts3Codes = {"DE300"};
+  Coordinate const corner = square[1];
+  struct Row {
+    std::string why;
+    RawEntry entry;
+    Coordinate place;
+    std::optional<double> distanceKm;
+  };
+  for (Row const& row : {Row{"in a circle", circle, northOf(kBerlin, 4.9), {}},
+                         {"near a circle", circle, northOf(kBerlin, 25), 20},
+                         {"in a polygon", polygon, {52.5, 13.4}, {}},
+                         {"near a corner", polygon, northOf(corner, 30), 30},
+                         {"on a corner", polygon, corner, {}},
+                         {"in the one, near the other", both, northOf(kBerlin, 5.5), {}},
+                         {"nearer to the one than to the other", both, northOf(corner, 10), 10},
+                         {"of the place's code, whatever the outline", coded, northOf(corner, 30), {}},
+                         {"by name", areaEntry("Berlin"), kBerlin, {}}}) {
+    MeteoAlarmFeed const feed = feedOf({row.entry});
+    auto const selected =
+        selectedEntries(feed, row.place, PlaceRegions{"DE", {"Berlin"}, {{"NUTS3", "DE300"}}});
+    ASSERT_EQ(selected.size(), 1) << row.why;
+    ASSERT_EQ(selected[0].distanceKm.has_value(), row.distanceKm.has_value()) << row.why;
+    EXPECT_NEAR(selected[0].distanceKm.value_or(0), row.distanceKm.value_or(0), 1e-6) << row.why;
+  }
+}
+
 TEST(MeteoAlarmSelection, TakesPolygonsFromInsideOrNearACorner) {
   WarningPolygon const wide{{50, 10}, {55, 10}, {55, 17}, {50, 17}};
   RawEntry entry;
@@ -230,9 +265,9 @@ TEST(MeteoAlarmSeverity, FollowsTheProtocolsWords) {
 
 std::vector<WeatherAlert> merged(std::vector<RawEntry> const& entries) {
   static Texts const kEnglish = Texts::load("en");
-  std::vector<RawEntry const*> pointers;
-  for (RawEntry const& entry : entries) pointers.push_back(&entry);
-  return mergedAlerts(pointers, "DE", kEnglish);
+  std::vector<SelectedEntry> selected;
+  for (RawEntry const& entry : entries) selected.push_back({&entry, {}});
+  return mergedAlerts(selected, "DE", kEnglish);
 }
 
 RawEntry warning(std::string type, std::string area, std::string severity, std::string onset,
@@ -266,6 +301,29 @@ TEST(MeteoAlarmMerging, MakesOneAlertOfEachKind) {
   EXPECT_EQ(alerts[1].message, "North");
   EXPECT_FALSE(alerts[1].description || alerts[1].onset || alerts[1].expires);
   EXPECT_EQ(alerts[1].icon, "cloud.heavyrain.fill");
+}
+
+TEST(MeteoAlarmMerging, IsNearOnlyWhereAllOfItIs) {
+  static Texts const kEnglish = Texts::load("en");
+  RawEntry const wind = warning("Wind", "North", "Minor", "", "");
+  auto const distance = [&](std::vector<std::optional<double>> const& kilometres) {
+    std::vector<SelectedEntry> selected;
+    for (auto const& km : kilometres) selected.push_back({&wind, km});
+    return mergedAlerts(selected, "DE", kEnglish).at(0).distanceKm;
+  };
+  EXPECT_EQ(distance({std::nullopt}), std::nullopt);
+  EXPECT_EQ(distance({12.34, std::nullopt}), std::nullopt);
+  EXPECT_EQ(distance({12.34, 7.01}), 7.1);
+  EXPECT_EQ(distance({0.001}), 0.1) << "near is not here";
+}
+
+TEST(MeteoAlarmMerging, LinksToTheGravestMessage) {
+  RawEntry minor = warning("Wind", "North", "Minor", "", "");
+  minor.link = "https://feeds.example/minor";
+  RawEntry severe = warning("Wind", "North", "Severe", "", "");
+  severe.link = "https://feeds.example/severe";
+  EXPECT_EQ(merged({minor, severe, minor}).at(0).link, "https://feeds.example/severe");
+  EXPECT_EQ(merged({warning("Wind", "North", "Minor", "", "")}).at(0).link, std::nullopt);
 }
 
 TEST(MeteoAlarmMerging, KeepsTheIdentifierOverUpdates) {

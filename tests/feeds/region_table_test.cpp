@@ -93,9 +93,9 @@ MeteoAlarmFeed feedOfCountry(std::string_view country, bool hasCodes) {
   return feedOf(std::move(entries));
 }
 
-std::set<std::string> areasOf(std::vector<RawEntry const*> const& entries) {
+std::set<std::string> areasOf(std::vector<SelectedEntry> const& entries) {
   std::set<std::string> areas;
-  for (RawEntry const* const entry : entries) areas.insert(entry->areaDesc);
+  for (SelectedEntry const& selected : entries) areas.insert(selected.entry->areaDesc);
   return areas;
 }
 

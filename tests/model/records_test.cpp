@@ -177,6 +177,21 @@ TEST(Records, TakeAnyBytesWithoutHarm) {
   }
 }
 
+TEST(Severities, PutTheNearBehindTheHereOfEqualSeverity) {
+  std::vector<WeatherAlert> alerts(4);
+  AlertSeverity const severities[] = {AlertSeverity::warning, AlertSeverity::info, AlertSeverity::info,
+                                      AlertSeverity::warning};
+  for (std::size_t i = 0; i < alerts.size(); ++i) {
+    alerts[i].severity = severities[i];
+    alerts[i].title = std::to_string(i);
+    if (i < 2) alerts[i].distanceKm = 20;
+  }
+  sortMostSevereFirst(alerts);
+  std::string order;
+  for (WeatherAlert const& alert : alerts) order += alert.title;
+  EXPECT_EQ(order, "3021");
+}
+
 TEST(Severities, SortMostSevereFirstAndKeepTheOrderOfEquals) {
   std::vector<WeatherAlert> alerts(5);
   AlertSeverity const severities[] = {AlertSeverity::info, AlertSeverity::warning, AlertSeverity::critical,
