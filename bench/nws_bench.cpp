@@ -61,7 +61,10 @@ void parseAlerts(benchmark::State& state, std::string const& body) {
 void chooseEvents(benchmark::State& state, std::string const& body) {
   auto const list = parseNwsAlerts(body);
   Instant const now = *parseIso8601("2026-11-21T12:00:00Z");
-  for (auto _ : state) benchmark::DoNotOptimize(liveEvents(list->alerts, now));
+  for (auto _ : state) {
+    EventRoots roots;
+    benchmark::DoNotOptimize(liveEvents(list->alerts, now, roots));
+  }
 }
 
 void measure(std::string const& name, std::string const& body) {

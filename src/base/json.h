@@ -117,13 +117,9 @@ class JsonWriter {
   }
 
   template <class T, class Less>
-  void value(std::map<std::string, T, Less> const& entries) {
+  void value(std::map<std::string, T, Less> const& members) {
     beginObject();
-    for (auto const& [name, content] : entries) {
-      key(name);
-      value(content);
-      first_ = false;
-    }
+    for (auto const& [name, content] : members) member(name, content);
     endObject();
   }
 

@@ -62,11 +62,12 @@ void fail(GovSourceState& state, GovSourceFailure failure, Instant now) {
 }
 
 Result<std::vector<WeatherAlert>, GovSourceFailure> askNws(NWSAlertService& service, Instant now,
-                                                           Coordinate place, std::stop_token const& stop) {
+                                                           Coordinate place, EventRoots& roots,
+                                                           std::stop_token const& stop) {
   auto const answer = service.fetchAlerts(place.latitude, place.longitude, stop);
-  if (answer.ok) return liveEvents(answer.alerts, now);
+  if (answer.ok) return liveEvents(answer.alerts, now, roots);
   return std::unexpected(
-      GovSourceFailure{answer.problem, liveEvents(answer.readable.value_or(answer.alerts), now)});
+      GovSourceFailure{answer.problem, liveEvents(answer.readable.value_or(answer.alerts), now, roots)});
 }
 
 }  // namespace
@@ -81,8 +82,8 @@ GovAlertPlace govAlertPlace(Coordinate coordinate) {
 GovAlertSource nwsAlertSource(NWSAlertService& service, Clock const& clock) {
   return {"nws",
           [](GovAlertPlace const& place) { return isNwsTerritory(place.countryCode, place.coordinate); },
-          [&](GovAlertPlace const& place, std::stop_token const& stop) {
-            return askNws(service, clock.now(), place.coordinate, stop);
+          [&](GovAlertPlace const& place, EventRoots& roots, std::stop_token const& stop) {
+            return askNws(service, clock.now(), place.coordinate, roots, stop);
           }};
 }
 
@@ -111,8 +112,8 @@ GovAlerts GovAlertService::fetchAlerts(GovAlertPlace const& place, std::vector<s
   if (sources.empty()) return {};
   States& states = statesOf(place);
   for (GovAlertSource const* const source : sources) {
-    auto alerts = source->fetch(place, stop);
     GovSourceState& state = stateOf(states, source->name);
+    auto alerts = source->fetch(place, state.roots, stop);
     alerts ? succeed(state, std::move(*alerts), clock_.now())
            : fail(state, std::move(alerts.error()), clock_.now());
   }

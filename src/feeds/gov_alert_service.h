@@ -6,6 +6,7 @@
 
 #include "base/geodesy.h"
 #include "base/result.h"
+#include "feeds/gov_alerts.h"
 #include "feeds/nws_alert_service.h"
 #include "feeds/region_code.h"
 #include "model/weather_alert.h"
@@ -39,10 +40,10 @@ struct GovSourceFailure {
 };
 
 /// One issuer of warnings. `fetch` gives the present list in the issuer's order, each alert under the
-/// `govAlertId` of its event.
+/// `govAlertId` of its event; `roots` is the place's memory of events that go on, for issuers that need one.
 struct GovAlertSource {
-  using Fetch = std::function<Result<std::vector<WeatherAlert>, GovSourceFailure>(GovAlertPlace const&,
-                                                                                  std::stop_token const&)>;
+  using Fetch = std::function<Result<std::vector<WeatherAlert>, GovSourceFailure>(
+      GovAlertPlace const&, EventRoots& roots, std::stop_token const&)>;
   std::string name;  ///< "nws"
   std::function<bool(GovAlertPlace const&)> covers;
   Fetch fetch;
@@ -57,15 +58,19 @@ struct GovSourceState {
   std::optional<Instant> failedSince;  ///< first failure after it
   std::string problem;                 ///< of the last failure
   std::vector<WeatherAlert> alerts;
+  EventRoots roots;  ///< of the messages that tell of the alerts
 
   bool operator==(GovSourceState const&) const = default;
 };
 
 template <>
 inline constexpr auto jsonFields<GovSourceState> =
-    std::tuple{field("name", &GovSourceState::name), field("checkedAt", &GovSourceState::checkedAt),
+    std::tuple{field("name", &GovSourceState::name),
+               field("checkedAt", &GovSourceState::checkedAt),
                field("failedSince", &GovSourceState::failedSince),
-               fieldOr("problem", &GovSourceState::problem), field("alerts", &GovSourceState::alerts)};
+               fieldOr("problem", &GovSourceState::problem),
+               field("alerts", &GovSourceState::alerts),
+               fieldOr("roots", &GovSourceState::roots)};
 
 struct GovAlerts {
   std::vector<WeatherAlert> alerts;     ///< live ones, most severe first

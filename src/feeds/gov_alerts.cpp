@@ -94,7 +94,7 @@ std::optional<Instant> endOf(NWSAlert const& message) {
 /// The messages of one list and how they follow one another.
 class Messages {
  public:
-  explicit Messages(std::vector<NWSAlert> const& list) : list_(list) {
+  Messages(std::vector<NWSAlert> const& list, EventRoots const& known) : list_(list), known_(known) {
     for (NWSAlert const& message : list) byId_.emplace(message.id, &message);
     for (NWSAlert const& message : list) {
       if (isActual(message)) link(message);
@@ -113,7 +113,9 @@ class Messages {
   /// The identifier of the message that began the event.
   std::string_view root(NWSAlert const& message) const {
     NWSAlert const* at = &message;
-    for (std::size_t steps = 0; steps <= list_.size() && !at->references.empty(); ++steps) {
+    for (std::size_t steps = 0; steps <= list_.size(); ++steps) {
+      if (auto const root = knownRoot(*at)) return *root;
+      if (at->references.empty()) break;
       std::string_view const oldest = oldestReference(*at).identifier;
       auto const found = byId_.find(oldest);
       if (found == byId_.end() || found->second == at) return oldest;
@@ -135,6 +137,16 @@ class Messages {
     }
   }
 
+  /// Of the message itself or of one that it refers to.
+  std::optional<std::string_view> knownRoot(NWSAlert const& message) const {
+    if (auto const found = known_.find(message.id); found != known_.end()) return found->second.root;
+    for (NWSReference const& reference : message.references) {
+      auto const found = known_.find(reference.identifier);
+      if (found != known_.end()) return found->second.root;
+    }
+    return std::nullopt;
+  }
+
   /// References whose time is not known are taken for younger than all others.
   static NWSReference const& oldestReference(NWSAlert const& message) {
     return *std::ranges::min_element(message.references, {}, [](NWSReference const& reference) {
@@ -143,6 +155,7 @@ class Messages {
   }
 
   std::vector<NWSAlert> const& list_;
+  EventRoots const& known_;
   std::map<std::string_view, NWSAlert const*> byId_;
   std::set<std::pair<NWSAlert const*, NWSAlert const*>> follows_;
   std::set<NWSAlert const*> superseded_;
@@ -168,6 +181,14 @@ class Events {
  private:
   std::map<std::string_view, std::map<std::string_view, NWSAlert const*>> byRoot_;
 };
+
+/// Takes over what a list says of its messages, and forgets what none has spoken of for long.
+void remember(EventRoots& roots, EventRoots const& said, Instant now) {
+  for (auto const& [message, root] : said) roots.insert_or_assign(message, root);
+  std::erase_if(roots, [now](auto const& entry) {
+    return entry.second.seenAt > now || now - entry.second.seenAt >= kEventRootsLife;
+  });
+}
 
 std::optional<std::string> unlessEmpty(std::string const& text) {
   return trimmed(text).empty() ? std::nullopt : std::optional(text);
@@ -207,20 +228,26 @@ std::string_view nwsIcon(std::string_view event) {
   return row == std::ranges::end(kIcons) ? kGenericIcon : row->icon;
 }
 
-std::vector<WeatherAlert> liveEvents(std::vector<NWSAlert> const& messages, Instant now) {
-  Messages const related(messages);
+std::vector<WeatherAlert> liveEvents(std::vector<NWSAlert> const& messages, Instant now, EventRoots& roots) {
+  Messages const related(messages, roots);
   std::vector<NWSAlert const*> live;
   Events events;
+  EventRoots said;
   for (NWSAlert const& message : messages) {
     if (!related.isLive(message, now)) continue;
+    std::string_view const root = related.root(message);
     live.push_back(&message);
-    events.add(related.root(message), message);
+    events.add(root, message);
+    said.insert_or_assign(message.id, EventRoot{std::string(root), now});
+    for (NWSReference const& older : message.references)
+      said.try_emplace(older.identifier, EventRoot{std::string(root), now});
   }
   std::vector<WeatherAlert> alerts;
   for (NWSAlert const* const message : live) {
     auto const key = events.key(related.root(*message), *message);
     if (key) alerts.push_back(eventOf(*message, *key));
   }
+  remember(roots, said, now);
   return alerts;
 }
 

@@ -109,13 +109,14 @@ TEST(DemoAlerts, KeepTheirIdentifiersThroughUpdatesAndCancellations) {
   std::set<std::string> types;
   int gaps = 0;
   std::set<std::string> before;
+  EventRoots roots;
   for (int hour = 0; hour < 24 * 90; ++hour) {
     Instant const now = at("2026-11-01T00:10:00Z") + hour * 1h;
     auto const list = parseNwsAlerts(nwsBody(kDenver, now));
     ASSERT_TRUE(list && list->unreadable == 0);
     for (NWSAlert const& message : list->alerts) types.insert(message.messageType);
     std::set<std::string> present;
-    for (WeatherAlert const& event : liveEvents(list->alerts, now)) {
+    for (WeatherAlert const& event : liveEvents(list->alerts, now, roots)) {
       EXPECT_NE(event.title, "Tsunami Warning");
       EXPECT_GT(*event.expires, now);
       std::string const id = event.id.text();

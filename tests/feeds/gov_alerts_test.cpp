@@ -41,6 +41,12 @@ NWSAlert update(std::string id, std::vector<NWSReference> references, std::strin
   return alert;
 }
 
+/// Of a list that nothing came before.
+std::vector<WeatherAlert> liveEvents(std::vector<NWSAlert> const& messages, Instant now) {
+  EventRoots roots;
+  return nimbara::liveEvents(messages, now, roots);
+}
+
 std::vector<std::string> headlines(std::vector<WeatherAlert> const& alerts) {
   std::vector<std::string> texts;
   for (WeatherAlert const& alert : alerts) texts.push_back(alert.message);
@@ -127,6 +133,33 @@ TEST(LiveEvents, KeepTheirIdentifierThroughUpdates) {
   EXPECT_EQ(idOf({update("c", {b}), update("b", {a})}), root) << "by way of a message of the same list";
   EXPECT_NE(idOf({message("b")}), root);
   EXPECT_EQ(root.text(), govAlertId("nws:a").text());
+}
+
+TEST(LiveEvents, KeepTheirIdentifierWhenUpdatesNameOnlyTheLastMessage) {
+  EventRoots roots;
+  auto const idAt = [&](std::vector<NWSAlert> const& list, Instant now) {
+    return nimbara::liveEvents(list, now, roots).at(0).id;
+  };
+  Uuid const root = govAlertId("nws:a");
+  EXPECT_EQ(idAt({update("b", {{"a", kNow - 2h}})}, kNow), root);
+  EXPECT_EQ(idAt({update("c", {{"b", kNow - 1h}})}, kNow), root) << "the list before knew of b";
+  EXPECT_EQ(idAt({update("d", {{"y", kNow - 3h}, {"c", kNow}})}, kNow), root) << "one known is enough";
+  EXPECT_EQ(idAt({update("e", {{"y", kNow - 3h}})}, kNow), root) << "so is one that a known one referred to";
+  EXPECT_NE(idAt({message("stranger")}, kNow), root);
+}
+
+TEST(LiveEvents, ForgetChainsThatNoListHasSpokenOfForLong) {
+  auto const idAfter = [](Instant later) {
+    EventRoots roots;
+    nimbara::liveEvents({update("b", {{"a", kNow - 2h}})}, kNow, roots);
+    nimbara::liveEvents({}, later, roots);
+    NWSAlert next = update("c", {{"b", kNow - 1h}});
+    next.expires = later + 1h;
+    return nimbara::liveEvents({next}, later, roots).at(0).id;
+  };
+  EXPECT_EQ(idAfter(kNow + kEventRootsLife - 1ms), govAlertId("nws:a"));
+  EXPECT_EQ(idAfter(kNow + kEventRootsLife), govAlertId("nws:b"));
+  EXPECT_EQ(idAfter(kNow - 1h), govAlertId("nws:b")) << "a clock that was wrong remembers nothing";
 }
 
 TEST(LiveEvents, GoOnApartWhereTheirAreaIsSplit) {
@@ -221,7 +254,7 @@ class GovAlertServiceTest : public testing::Test {
   static GovAlertSource sourceOf(std::string name, Source& source) {
     return {std::move(name),
             [&source](GovAlertPlace const& place) { return place.countryCode == source.country; },
-            [&source](GovAlertPlace const&, std::stop_token const&) {
+            [&source](GovAlertPlace const&, EventRoots&, std::stop_token const&) {
               ++source.asked;
               return source.answer;
             }};
@@ -326,6 +359,27 @@ TEST_F(GovAlertServiceTest, ShowsAtOnceWhatItKnewBeforeARestart) {
   folder_.write("gov_alerts_v3_52.52_13.41.json", "{\"sources\":[{}]");
   EXPECT_TRUE(service().keptAlerts(place_).alerts.empty());
   EXPECT_TRUE(service().keptAlerts({{1, 2}, "DE", {}}).alerts.empty());
+}
+
+TEST(NwsAlertSource, KeepsAnEventsIdentifierOverARestart) {
+  test::FakeHttpClient http;
+  test::ManualClock clock(kNow);
+  test::TemporaryFolder folder;
+  auto const answer = [](std::string const& id, std::string const& older) {
+    return R"({"features":[{"properties":{"id":")" + id +
+           R"(","event":"Flood Watch","severity":"Severe","urgency":"Future","certainty":"Likely",
+           "expires":"2026-11-21T12:30:00Z","references":[{"identifier":")" +
+           older + R"("}]}}]})";
+  };
+  auto const idNow = [&] {
+    NWSAlertService nws(http, clock, {"https://nws.example", "me"});
+    GovAlertService gov(clock, {nwsAlertSource(nws, clock)}, folder.path());
+    return gov.fetchAlerts(govAlertPlace({41.85, -87.65})).alerts.at(0).id;
+  };
+  http.willAnswer(200, answer("b", "a"));
+  http.willAnswer(200, answer("c", "b"));
+  Uuid const id = idNow();
+  EXPECT_EQ(idNow(), id);
 }
 
 TEST(NwsAlertSource, LeavesOutWhatHasEndedWhileTheServiceFails) {
