@@ -73,18 +73,18 @@ FeedAnswer answerWith(std::shared_ptr<ServedFeed const> feed, FeedRequest const&
   auto const age =
       std::max(std::chrono::seconds(0), std::chrono::floor<std::chrono::seconds>(now - feed->fetchedAt));
   auto const life = std::max(feed->period, age + kHoldWhileFailing);
+  auto const left = std::max(std::chrono::seconds(1), life - age);
   answer.headers = {
       {"ETag", tag},
       {"Last-Modified", formatHttpDate(feed->changedAt)},
       {"Date", formatHttpDate(now)},
       {"Age", std::to_string(age.count())},
       {"Cache-Control", "public, max-age=" + std::to_string(life.count()) + ", stale-if-error=86400"},
+      // For nginx, which counts max-age from the moment at which it got the answer, whatever its Age.
+      {"X-Accel-Expires", std::to_string(left.count())},
       {"Vary", "Accept-Encoding"}};
   if (isKnownToReader(request, *feed, tag)) {
     answer.status = 304;
-    // The library would write 0, which a cache may take over into what it has.
-    std::string const& body = answer.isCompressed ? feed->compressed : feed->body;
-    answer.headers.emplace_back("Content-Length", std::to_string(body.size()));
     return answer;
   }
   if (answer.isCompressed) answer.headers.emplace_back("Content-Encoding", "gzip");

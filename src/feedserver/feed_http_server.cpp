@@ -17,6 +17,9 @@ namespace {
 constexpr std::string_view kBusy =
     "HTTP/1.1 503 Service Unavailable\r\nRetry-After: 5\r\nConnection: close\r\nContent-Length: 0\r\n\r\n";
 
+/// As the library tells readers; there is no limit.
+constexpr std::size_t kRequestsAConnection = 1'000'000;
+
 /// Set while the accepting thread itself runs the task of a connection that is one too many.
 thread_local bool isOneTooMany = false;
 /// Set by an answer after which the connection cannot go on: an unread body may follow.
@@ -61,10 +64,20 @@ FeedRequest feedRequest(httplib::Request const& request) {
           request.get_header_value("If-Modified-Since")};
 }
 
+/// Not even a length: the library's 0 could be taken over into what a cache has, and after that of the body
+/// some readers wait for one.
+void sendNothing(httplib::Response& response) {
+  response.set_content_provider("text/plain", [](std::size_t, httplib::DataSink& sink) {
+    sink.done();
+    return true;
+  });
+  response.headers.erase("Content-Type");
+}
+
 void send(FeedAnswer const& answer, httplib::Response& response) {
   response.status = answer.status;
   for (auto const& [name, value] : answer.headers) response.set_header(name, value);
-  if (answer.status == 304) return;
+  if (answer.status == 304) return sendNothing(response);
   if (!answer.feed) return response.set_content(answer.text, answer.contentType);
   // As a provider, lest the library copy or compress it anew for every reader.
   std::string const& body = answer.body();
@@ -83,11 +96,13 @@ struct FeedHttpServer::Running final : httplib::Server {
       : keeper(keeperToUse), clock(clockToUse), limits(limitsToKeep) {
     new_task_queue = [most = limits.connections] { return new LimitedThreads(most); };
     set_tcp_nodelay(true);
+    set_keep_alive_max_count(kRequestsAConnection);
     set_payload_max_length(limits.requestBytes);
     set_default_headers({{"Server", "nimbara-feed-server"}});
-    set_socket_options([](socket_t socket) {
+    set_socket_options([this](socket_t socket) {
       int const yes = 1;
       setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+      listening = socket;
     });
     set_pre_routing_handler([this](httplib::Request const& request, httplib::Response& response) {
       serve(request, response);
@@ -149,6 +164,7 @@ struct FeedHttpServer::Running final : httplib::Server {
   Clock const& clock;
   Limits limits;
   int port = 0;
+  socket_t listening = INVALID_SOCKET;
   std::mutex mutex;
   std::set<socket_t> open;
   std::atomic<bool> stopping = false;
@@ -169,6 +185,8 @@ Result<std::unique_ptr<FeedHttpServer>, std::string> FeedHttpServer::start(FeedK
     return std::unexpected("the feed server cannot listen on " + address + ":" + std::to_string(port) +
                            "; choose another address or port");
   }
+  // The library lets five wait to be accepted; a crowd would lose a second each before it is told to go.
+  ::listen(running->listening, SOMAXCONN);
   running->thread = std::jthread([server = running.get()] { server->listen_after_bind(); });
   // A stop before the server has begun to listen would be lost.
   while (!running->is_running()) std::this_thread::yield();
