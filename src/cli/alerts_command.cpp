@@ -61,6 +61,7 @@ class AlertsRun {
       if (!state.checkedAt)
         missing_.push_back("the warnings of " + state.name + " could not be had: " + state.problem);
     }
+    isUncovered_ = !official.isCovered();
     context_.tell(official.isCovered() && official.checkedAt() ? warningNote(official, page())
                                                                : std::string());
     std::ranges::move(official.alerts, std::back_inserter(alerts_));
@@ -72,12 +73,18 @@ class AlertsRun {
 
   std::string rendered() {
     if (options_.json) return encodeJson(alerts_) + "\n";
-    if (alerts_.empty()) return std::string(context_.texts().text("report.noAlerts")) + "\n";
+    if (alerts_.empty()) return std::string(context_.texts().text(emptyText())) + "\n";
     calendar_ = Calendar::forZone(timeZoneAt(place_.coordinate)).value_or(calendar_);
     std::vector<WarningEntry> entries;
     entries.reserve(alerts_.size());
     for (WeatherAlert const& alert : alerts_) entries.push_back(warningEntry(alert));
     return warningPage(entries, page());
+  }
+
+  /// Where nobody issues any, there is more to say than that there are none.
+  std::string_view emptyText() const {
+    bool const isAskedOfNobody = isUncovered_ && !options_.sources.contains(AlertSource::generated);
+    return isAskedOfNobody ? "warning.uncovered" : "report.noAlerts";
   }
 
   AlertsOptions const& options_;
@@ -88,6 +95,7 @@ class AlertsRun {
   Calendar calendar_ = session_.environment.machineCalendar;
   Place place_;
   std::vector<WeatherAlert> alerts_;
+  bool isUncovered_ = false;          ///< no source that was asked for issues warnings there
   std::vector<std::string> missing_;  ///< sources that could not be had, a sentence each
 };
 

@@ -31,6 +31,9 @@ std::string namesOf() {
   return list;
 }
 
+/// Why a text is no country code, for CLI11; empty for two letters.
+std::string countryCodeProblem(std::string const& text);
+
 /// What every command takes.
 void defineCommon(CLI::App& app, CommandLine& line, RawOptions& raw);
 

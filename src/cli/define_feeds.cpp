@@ -1,5 +1,8 @@
+#include "base/number.h"
 #include "base/text.h"
 #include "cli/command_definitions.h"
+
+#include <cmath>
 
 namespace nimbara {
 
@@ -7,10 +10,10 @@ namespace {
 
 constexpr char kJson[] = "One JSON document instead of text";
 
-std::string countryCode(std::string const& text) {
-  bool const isCode =
-      text.size() == 2 && text.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ") == std::string::npos;
-  return isCode ? "" : "'" + oneLine(text) + "' is no country code; write one like US";
+/// Ranges let through what is no number.
+std::string number(std::string const& text) {
+  auto const value = parseDouble(text);
+  return value && std::isfinite(*value) ? "" : "'" + oneLine(text) + "' is no number";
 }
 
 void defineNws(CLI::App& app, CommandLine& line, RawOptions& raw) {
@@ -22,7 +25,7 @@ void defineNws(CLI::App& app, CommandLine& line, RawOptions& raw) {
       ->check(CLI::IsMember({"all", "convective", "flood"}));
   command->add_option("--country", options.country, "The country that the place lies in")
       ->type_name("CC")
-      ->check(countryCode);
+      ->check(countryCodeProblem);
   command->add_flag("--json", options.json, kJson);
   defineCommon(*command, line, raw);
   command->callback([&line] { line.run = runNws; });
@@ -36,10 +39,12 @@ void defineQuakes(CLI::App& app, CommandLine& line, RawOptions& raw) {
       command->add_option("--near", options.place, "Only those around this place")->type_name("PLACE");
   command->add_option("--radius", options.radiusKm, "How far around it")
       ->type_name("KM")
+      ->check(number)
       ->check(CLI::Range(0.0, 20100.0))
       ->needs(near);
   command->add_option("--min-magnitude", options.minMagnitude, "Only those at least as strong")
       ->type_name("M")
+      ->check(number)
       ->check(CLI::Range(-10.0, 12.0));
   command->add_flag("--json", options.json, kJson);
   defineCommon(*command, line, raw);
@@ -69,6 +74,12 @@ void defineFeedServer(CLI::App& app, CommandLine& line, RawOptions& raw) {
 }
 
 }  // namespace
+
+std::string countryCodeProblem(std::string const& text) {
+  bool const isCode = text.size() == 2 &&
+                      asciiUppered(text).find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ") == std::string::npos;
+  return isCode ? "" : "'" + oneLine(text) + "' is no country code; write one like US";
+}
 
 void defineFeeds(CLI::App& app, CommandLine& line, RawOptions& raw) {
   defineNws(app, line, raw);

@@ -69,7 +69,8 @@ void defineDoctor(CLI::App& app, CommandLine& line, RawOptions& raw) {
 
 void defineStatedRegions(CLI::App& command, StatedRegions& stated) {
   command.add_option("--country", stated.country, "The place's country instead of what the gazetteer says")
-      ->type_name("CC");
+      ->type_name("CC")
+      ->check(countryCodeProblem);
   command.add_option("--region", stated.codes, "A code of the place's region; may be given several times")
       ->type_name("CODE")
       ->allow_extra_args(false);

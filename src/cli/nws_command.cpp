@@ -1,4 +1,5 @@
 #include "base/json.h"
+#include "base/text.h"
 #include "cli/cli.h"
 #include "cli/feed_commands.h"
 #include "cli/run_context.h"
@@ -23,8 +24,8 @@ std::vector<NWSAlert> viewed(std::string const& view, std::vector<NWSAlert> aler
 }
 
 bool isAsked(FeedOptions const& options, Coordinate place) {
-  std::string_view const country =
-      options.country.empty() ? describePlace(place).countryCode : std::string_view(options.country);
+  std::string const country =
+      options.country.empty() ? std::string(describePlace(place).countryCode) : asciiUppered(options.country);
   return isNwsTerritory(country, place);
 }
 
@@ -59,6 +60,7 @@ int runNws(CommandLine const& line, Session const& session) {
   auto const place = context.place(options.place);
   if (!place) return session.fail(place.error().exitCode, place.error().sentence);
   if (!isAsked(options, place->coordinate)) {
+    if (options.json) session.console.out(jsonOf({}));
     return session.fail(exitCode::kUnavailable,
                         "the National Weather Service of the United States issues nothing for " +
                             formatCoordinate(place->coordinate));

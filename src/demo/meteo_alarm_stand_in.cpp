@@ -33,6 +33,36 @@ std::string escaped(std::string_view text) {
   return out;
 }
 
+struct Corner {
+  double north, east;
+};
+
+/// Of a region's outline and, closing it, the first again.
+constexpr Corner kCorners[] = {{-1, -1}, {-1, 1}, {1, 1}, {1, -1}, {-1, -1}};
+
+Coordinate cornerOf(DemoRegion const& region, Corner corner) {
+  Coordinate const center = region.center();
+  return {center.latitude + corner.north * kDemoRegionHalfHeight,
+          center.longitude + corner.east * kDemoRegionHalfWidth};
+}
+
+/// Norway draws its areas; the others name them by their codes.
+std::string areaElements(DemoRegion const& region) {
+  if (region.town->countryCode != "NO") {
+    return fmt::format(
+        "    <cap:geocode>\n      <valueName>EMMA_ID</valueName>\n      <value>{0}</value>\n"
+        "    </cap:geocode>\n    <link href=\"https://meteoalarm.org?geocode=EMMA_ID:{0}\" "
+        "hreflang=\"en\"/>\n",
+        region.code);
+  }
+  std::string corners;
+  for (Corner const& corner : kCorners) {
+    Coordinate const at = cornerOf(region, corner);
+    corners += fmt::format("{}{:.4f},{:.4f}", corners.empty() ? "" : " ", at.latitude, at.longitude);
+  }
+  return "    <cap:polygon>" + corners + "</cap:polygon>\n";
+}
+
 class FeedWriter {
  public:
   FeedWriter(std::string_view feedName, Instant now) : feedName_(feedName), now_(now) {
@@ -69,18 +99,16 @@ class FeedWriter {
     std::string const name = escaped(region.name);
     std::string const id = fmt::format("2.49.0.0.0.0.{}.{}.{}", region.code, warning.kind, timeOf(sent));
     out_ += fmt::format(
-        "  <entry>\n    <cap:geocode>\n      <valueName>EMMA_ID</valueName>\n      <value>{0}</value>\n"
-        "    </cap:geocode>\n    <link href=\"https://meteoalarm.org?geocode=EMMA_ID:{0}\" "
-        "hreflang=\"en\"/>\n"
-        "    <cap:areaDesc>{1}</cap:areaDesc>\n    <cap:event>{2} {3} warning</cap:event>\n"
+        "  <entry>\n{0}    <cap:areaDesc>{1}</cap:areaDesc>\n    <cap:event>{2} {3} warning</cap:event>\n"
         "    <cap:sent>{4}</cap:sent>\n    <cap:expires>{5}</cap:expires>\n    "
         "<cap:effective>{4}</cap:effective>\n"
         "    <cap:onset>{6}</cap:onset>\n    <cap:certainty>Likely</cap:certainty>\n"
         "    <cap:severity>{2}</cap:severity>\n    <cap:urgency>{7}</cap:urgency>\n"
         "    <cap:scope>Public</cap:scope>\n    <cap:message_type>{8}</cap:message_type>\n"
         "    <cap:status>Actual</cap:status>\n    <cap:identifier>{9}</cap:identifier>\n",
-        region.code, name, kSeverities[warning.level], warning.kind, timeOf(sent), timeOf(warning.end),
-        timeOf(warning.begin), hasBegun ? "Immediate" : "Future", hasBegun ? "Update" : "Alert", id);
+        areaElements(region), name, kSeverities[warning.level], warning.kind, timeOf(sent),
+        timeOf(warning.end), timeOf(warning.begin), hasBegun ? "Immediate" : "Future",
+        hasBegun ? "Update" : "Alert", id);
     out_ += fmt::format(
         "    <link href=\"https://feeds.meteoalarm.org/api/v1/warnings/feeds-{0}/{1}\" "
         "type=\"application/cap+xml\"/>\n    <author>\n      <name>meteoalarm.org</name>\n    </author>\n"
@@ -96,14 +124,12 @@ class FeedWriter {
   std::string out_;
 };
 
-/// The corners of a region's outline and, closing it, the first again.
-void writeRing(JsonWriter& json, Coordinate center) {
-  constexpr double kCorners[][2] = {{-1, -1}, {-1, 1}, {1, 1}, {1, -1}, {-1, -1}};
+void writeRing(JsonWriter& json, DemoRegion const& region) {
   json.beginList();
-  for (auto const& [north, east] : kCorners) {
+  for (Corner const& corner : kCorners) {
+    Coordinate const at = cornerOf(region, corner);
     json.separate();
-    json.value(std::vector{center.longitude + east * kDemoRegionHalfWidth,
-                           center.latitude + north * kDemoRegionHalfHeight});
+    json.value(std::vector{at.longitude, at.latitude});
   }
   json.endList();
 }
@@ -124,7 +150,7 @@ void writeFeature(JsonWriter& json, DemoRegion const& region) {
   json.key("coordinates");
   json.beginList();
   json.separate();
-  writeRing(json, region.center());
+  writeRing(json, region);
   json.endList();
   json.endObject();
   json.endObject();

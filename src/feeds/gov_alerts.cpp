@@ -252,7 +252,8 @@ std::vector<WeatherAlert> liveEvents(std::vector<NWSAlert> const& messages, Inst
 }
 
 std::vector<NWSAlert> liveMessages(std::vector<NWSAlert> const& messages, Instant now) {
-  Messages const related(messages);
+  EventRoots const unknown;
+  Messages const related(messages, unknown);
   std::vector<NWSAlert> live;
   for (NWSAlert const& message : messages) {
     if (related.isLive(message, now)) live.push_back(message);

@@ -76,9 +76,25 @@ TEST_F(FeedCommands, PrintWhatTheNwsLists) {
   EXPECT_EQ(failed.exitCode, exitCode::kUnavailable);
 }
 
+TEST_F(FeedCommands, TellNoWarningsFromNobodyWhoWarns) {
+  EXPECT_THAT(run({"alerts", "35.68,139.69", "--source", "nws,meteoalarm"}).out,
+              StartsWith("No service known"));
+  EXPECT_EQ(run({"alerts", "35.68,139.69", "--source", "nws,meteoalarm", "--json"}).out, "[]\n");
+}
+
+TEST_F(FeedCommands, MarkWhatIsOnlyNear) {
+  CliRun const near = run({"alerts", "69.65,19.26", "--source", "meteoalarm"});
+  EXPECT_THAT(near.out, HasSubstr("Flood Warning"));
+  EXPECT_THAT(near.out, HasSubstr("  near: "));
+  EXPECT_THAT(run({"alerts", "69.65,19.26", "--source", "meteoalarm", "--json"}).out,
+              HasSubstr("\"_nimbaraDistanceKm\":"));
+}
+
 TEST_F(FeedCommands, AskTheNwsOnlyInItsTerritory) {
-  EXPECT_EQ(run({"nws", "52.52,13.41", "--json"}).exitCode, exitCode::kUnavailable);
-  EXPECT_THAT(run({"nws", "52.52,13.41", "--country", "US"}).err, HasSubstr("status 400"));
+  CliRun const outside = run({"nws", "52.52,13.41", "--json"});
+  EXPECT_EQ(outside.exitCode, exitCode::kUnavailable);
+  EXPECT_EQ(outside.out, "{\"ok\":false,\"alerts\":[]}\n");
+  EXPECT_THAT(run({"nws", "52.52,13.41", "--country", "us"}).err, HasSubstr("status 400"));
 }
 
 TEST_F(FeedCommands, NameTheOffendingWord) {
@@ -90,7 +106,10 @@ TEST_F(FeedCommands, NameTheOffendingWord) {
        {Row{{"nws", "91,0"}, "91,0"}, Row{{"nws", "40,-100", "--view", "snow"}, "snow"},
         Row{{"nws", "40,-100", "--country", "usa"}, "usa"}, Row{{"quakes", "--radius", "5"}, "--near"},
         Row{{"quakes", "--near", "0,200"}, "0,200"}, Row{{"quakes", "--near", "0,0", "--radius", "-1"}, "-1"},
-        Row{{"quakes", "--min-magnitude", "big"}, "big"}, Row{{"kp", "now"}, "now"},
+        Row{{"quakes", "--min-magnitude", "big"}, "big"}, Row{{"quakes", "--min-magnitude", "nan"}, "nan"},
+        Row{{"quakes", "--near", "0,0", "--radius", "nan"}, "nan"},
+        Row{{"alerts", "40,10", "--country", "Italia"}, "Italia"},
+        Row{{"alerts", "40,10", "--country", "1T"}, "1T"}, Row{{"kp", "now"}, "now"},
         Row{{"feed-server", "--listen", "nowhere"}, "nowhere"},
         Row{{"feed-server", "--listen", "127.0.0.1:70000"}, "70000"}}) {
     CliRun const result = test::run(row.arguments, environment_);
@@ -129,7 +148,7 @@ TEST(WarningPage, TellsNoWarningsFromNoCheck) {
   WarningPageContext const context{texts, style, Calendar::utc(), at("2026-11-21T14:40:00Z"), 60};
   GovAlerts alerts;
   EXPECT_THAT(warningNote(alerts, context), StartsWith("No service known"));
-  alerts.sources = {{"nws", at("2026-11-21T14:20:00Z"), {}, "", {}}};
+  alerts.sources = {{"nws", at("2026-11-21T14:20:00Z"), {}, "", {}, {}}};
   EXPECT_EQ(warningNote(alerts, context), "");
   alerts.sources[0].failedSince = at("2026-11-21T14:30:00Z");
   EXPECT_EQ(warningNote(alerts, context), "Official warnings could not be checked since 14:20");

@@ -70,6 +70,22 @@ TEST_F(MeteoAlarmDemoTest, WarnsOfWhatTheWeatherBringsAndNothingElse) {
   EXPECT_GT(seen, 5);
 }
 
+TEST_F(MeteoAlarmDemoTest, TellsANeighboursWarningFromThePlacesOwn) {
+  DemoPlace neighbour = town("Tromsø");
+  neighbour.coordinate.longitude += 0.3;
+  auto const alerts = warningsOf(neighbour);
+  auto const flood = std::ranges::find(alerts, "Flood Warning", &WeatherAlert::title);
+  ASSERT_NE(flood, alerts.end());
+  EXPECT_GT(flood->distanceKm, 10);
+  EXPECT_LE(flood->distanceKm, kProximityRadiusKm);
+  neighbour.coordinate.longitude += 0.9;
+  auto const there = warningsOf(neighbour);
+  auto const same = std::ranges::find(there, "Flood Warning", &WeatherAlert::title);
+  ASSERT_NE(same, there.end());
+  EXPECT_EQ(same->distanceKm, std::nullopt);
+  EXPECT_EQ(same->id, flood->id);
+}
+
 TEST_F(MeteoAlarmDemoTest, KeepsEventsThroughUpdates) {
   DemoPlace const& place = town("Helsinki");
   std::map<Uuid, int> rounds;
