@@ -5,10 +5,17 @@
 #include "feeds/nws_territory.h"
 #include "gazetteer/gazetteer.h"
 #include "model/weather_cache.h"
+#include "notifications/condition_kinds.h"
+#include "notifications/custom_rule_evaluation.h"
+
+#include <algorithm>
 
 namespace nimbara {
 
 namespace {
+
+/// Strikes older than this say nothing of the storm that is near.
+constexpr std::chrono::minutes kLightningSpan{30};
 
 /// The first source that failed, in words.
 std::string problemOf(GovAlerts const& alerts) {
@@ -20,6 +27,56 @@ std::string problemOf(GovAlerts const& alerts) {
   return {};
 }
 
+bool watches(CustomNotification const& rule, WatchedPlace const& watched, bool isSelected) {
+  if (!rule.isEnabled) return false;
+  return rule.locationID ? rule.locationID == watched.id : isSelected;
+}
+
+/// The row of every rule of the user's own: gates are its own, each is told once on a scheduled day.
+Rule const& customRow() {
+  static constexpr Rule kRow{.stem = "custom_",
+                             .setting = "customNotifications",
+                             .policy = RulePolicy::daily,
+                             .inputs = {},
+                             .sound = "weather_warning.caf",
+                             .evaluate = nullptr};
+  return kRow;
+}
+
+Evaluation evaluationOf(CustomNotification const& rule, RuleInputs const& inputs,
+                        CustomEvaluation const& found) {
+  if (!found.holds()) {
+    Evaluation silent;
+    silent.note = enumName(found.outcome);
+    return silent;
+  }
+  Finding finding;
+  finding.identifier = rule.identifier();
+  finding.title = rule.title;
+  finding.body = customRuleBody(rule, found, inputs);
+  finding.sound = kindOf(rule.conditionType).sound;
+  return {{std::move(finding)}, {}, {}};
+}
+
+void addCustomRules(PassInputs& pass, std::vector<WatchedPlace> const& places, RuleSettings const& settings,
+                    std::vector<CustomNotification> const& rules) {
+  for (CustomNotification const& rule : rules) {
+    for (std::size_t i = 0; i < pass.places.size(); ++i) {
+      if (!watches(rule, places[i], i == 0)) continue;
+      RuleInputs const& inputs = pass.places[i];
+      CustomEvaluation const found = evaluateCustomRule(rule, inputs, settings, true);
+      pass.foreign.push_back({&customRow(), i, evaluationOf(rule, inputs, found)});
+    }
+  }
+}
+
+void adoptWorld(RuleInputs& inputs, RuleInputs const& world) {
+  inputs.earthquakes = world.earthquakes;
+  inputs.kp = world.kp;
+  inputs.storms = world.storms;
+  inputs.advisories = world.advisories;
+}
+
 }  // namespace
 
 std::string locationTag(Place const& place) {
@@ -29,37 +86,58 @@ std::string locationTag(Place const& place) {
 NotificationInputs::NotificationInputs(FeedServices& feeds, Clock const& clock, Options options)
     : feeds_(feeds), clock_(clock), options_(std::move(options)) {}
 
-std::vector<RuleInputs> NotificationInputs::gather(std::vector<Place> const& places,
-                                                   NeededInputs const& needed, std::stop_token const& stop) {
-  std::vector<RuleInputs> all;
-  all.reserve(places.size());
-  RuleInputs world;
-  readWorld(world, needed.selected, stop);
-  for (Place const& place : places) {
-    bool const isSelected = all.empty();
-    RuleInputs inputs = inputsOf(place, isSelected, isSelected ? needed.selected : needed.everywhere, stop);
-    inputs.earthquakes = world.earthquakes;
-    inputs.kp = world.kp;
-    all.push_back(std::move(inputs));
-    if (stop.stop_requested()) break;
+PassInputs NotificationInputs::gather(std::vector<WatchedPlace> const& places, NeededInputs const& needed,
+                                      Settings const& settings, std::vector<CustomNotification> const& rules,
+                                      std::stop_token const& stop) {
+  RuleSettings const values = RuleSettings::of(settings);
+  std::vector<RuleInputSet> wanted;
+  wanted.reserve(places.size());
+  RuleInputSet everything;
+  for (WatchedPlace const& watched : places) {
+    bool const isSelected = wanted.empty();
+    RuleInputSet& set = wanted.emplace_back(isSelected ? needed.selected : needed.everywhere);
+    for (CustomNotification const& rule : rules) {
+      if (watches(rule, watched, isSelected)) set.insertAll(inputsOf(rule.conditionType));
+    }
+    everything.insertAll(set);
   }
-  return all;
+  RuleInputs world;
+  readWorld(world, everything, stop);
+  PassInputs pass;
+  pass.places.reserve(places.size());
+  for (std::size_t i = 0; i < places.size() && !stop.stop_requested(); ++i) {
+    RuleInputs& inputs = pass.places.emplace_back(inputsAt(places[i].place, i == 0));
+    adoptWorld(inputs, world);
+    readPlace(inputs, places[i].place, wanted[i], values, stop);
+  }
+  addCustomRules(pass, places, values, rules);
+  return pass;
 }
 
-RuleInputs NotificationInputs::inputsOf(Place const& place, bool isSelected, RuleInputSet needed,
-                                        std::stop_token const& stop) {
+RuleInputs NotificationInputs::gatherFor(Place const& place, RuleInputSet needed, Settings const& settings,
+                                         std::stop_token const& stop) {
+  RuleInputs inputs = inputsAt(place, true);
+  readWorld(inputs, needed, stop);
+  readPlace(inputs, place, needed, RuleSettings::of(settings), stop);
+  return inputs;
+}
+
+RuleInputs NotificationInputs::inputsAt(Place const& place, bool isSelected) const {
   RuleInputs inputs;
   inputs.now = clock_.now();
   inputs.units = options_.units;
   inputs.texts = options_.texts.get();
-  GovAlertPlace const official =
-      options_.officialPlace ? options_.officialPlace(place) : govAlertPlace(place.coordinate);
   std::string name = place.name.empty() ? cacheKey(place.coordinate) : place.name;
-  inputs.place = {locationTag(place), std::move(name), official.countryCode, place.coordinate, isSelected};
+  inputs.place = {locationTag(place), std::move(name), {}, place.coordinate, isSelected};
   inputs.calendar = Calendar::forZone(timeZoneAt(place.coordinate)).value_or(options_.fallback);
-  readForecast(inputs, place, needed, stop);
-  readOfficial(inputs, official, needed, stop);
   return inputs;
+}
+
+void NotificationInputs::readPlace(RuleInputs& inputs, Place const& place, RuleInputSet needed,
+                                   RuleSettings const& settings, std::stop_token const& stop) {
+  readForecast(inputs, place, needed, stop);
+  readOfficial(inputs, place, needed, stop);
+  readAround(inputs, needed, settings, stop);
 }
 
 void NotificationInputs::readForecast(RuleInputs& inputs, Place const& place, RuleInputSet needed,
@@ -77,36 +155,64 @@ void NotificationInputs::readForecast(RuleInputs& inputs, Place const& place, Ru
       AlertGenerator{}.generate(*inputs.weather, inputs.now, inputs.units, *inputs.texts, inputs.calendar));
 }
 
-void NotificationInputs::readOfficial(RuleInputs& inputs, GovAlertPlace const& place, RuleInputSet needed,
+void NotificationInputs::readOfficial(RuleInputs& inputs, Place const& place, RuleInputSet needed,
                                       std::stop_token const& stop) {
+  GovAlertPlace const official =
+      options_.officialPlace ? options_.officialPlace(place) : govAlertPlace(place.coordinate);
+  inputs.place.countryCode = official.countryCode;
   if (needed.contains(RuleInput::govAlerts)) {
-    GovAlerts alerts = feeds_.govAlerts().fetchAlerts(place, {}, stop);
-    bool const isKnown = !alerts.isCovered() || alerts.checkedAt();
+    GovAlerts alerts = feeds_.govAlerts().fetchAlerts(official, {}, stop);
     inputs.govAlerts.problem = problemOf(alerts);
-    if (isKnown || !alerts.alerts.empty()) {
+    bool const isKnown = !alerts.isCovered() || alerts.checkedAt() || !alerts.alerts.empty();
+    if (isKnown) {
       inputs.govAlerts.value = std::make_shared<std::vector<WeatherAlert> const>(std::move(alerts.alerts));
     }
   }
-  bool const asksNws =
-      needed.contains(RuleInput::nwsAlerts) && isNwsTerritory(place.countryCode, place.coordinate);
-  if (!asksNws) return;
-  NWSAlertAnswer answer =
-      feeds_.nws().fetchAlerts(place.coordinate.latitude, place.coordinate.longitude, stop);
+  Coordinate const at = place.coordinate;
+  if (!needed.contains(RuleInput::nwsAlerts) || !isNwsTerritory(official.countryCode, at)) return;
+  NWSAlertAnswer const answer = feeds_.nws().fetchAlerts(at.latitude, at.longitude, stop);
   inputs.nwsAlerts = InputReading<std::vector<NWSAlert>>::of(
       liveMessages(answer.readable ? *answer.readable : answer.alerts, inputs.now));
   if (!answer.ok) inputs.nwsAlerts.problem = answer.problem;
 }
 
+void NotificationInputs::readAround(RuleInputs& inputs, RuleInputSet needed, RuleSettings const& settings,
+                                    std::stop_token const& stop) {
+  Coordinate const at = inputs.place.coordinate;
+  if (needed.contains(RuleInput::airQuality)) {
+    inputs.airQuality = InputReading<AirQualityForecast>::of(feeds_.airQuality().fetchForecast(at, stop));
+  }
+  if (needed.contains(RuleInput::fires)) {
+    inputs.fires = InputReading<std::vector<FireDetection>>::of(
+        feeds_.wildfires().fetchFires(at, settings.fireRadiusKm, stop));
+  }
+  if (needed.contains(RuleInput::lightning)) {
+    inputs.lightning = InputReading<std::vector<LightningStrike>>::of(
+        feeds_.lightning().fetchStrikes(at, settings.lightningRadiusKm, inputs.now - kLightningSpan, stop));
+  }
+}
+
 void NotificationInputs::readWorld(RuleInputs& inputs, RuleInputSet needed, std::stop_token const& stop) {
   if (needed.contains(RuleInput::earthquakes)) {
     EarthquakeService& service = feeds_.earthquakes();
-    inputs.earthquakes = InputReading<std::vector<EarthquakeEvent>>::of(service.fetchEarthquakes(stop));
+    auto events = service.fetchEarthquakes(stop);
     inputs.earthquakes.problem = service.problem();
+    bool const isKnown = inputs.earthquakes.problem.empty() || !events.empty();
+    if (isKnown) {
+      inputs.earthquakes.value = std::make_shared<std::vector<EarthquakeEvent> const>(std::move(events));
+    }
   }
   if (needed.contains(RuleInput::kp)) {
     GeomagneticService& service = feeds_.geomagnetic();
     if (auto const kp = service.currentKp(stop)) inputs.kp = InputReading<double>::of(*kp);
     inputs.kp.problem = service.problem();
+  }
+  if (needed.contains(RuleInput::storms)) {
+    inputs.storms = InputReading<std::vector<TropicalStorm>>::of(feeds_.tropicalStorms().fetchStorms(stop));
+  }
+  if (needed.contains(RuleInput::advisories)) {
+    inputs.advisories =
+        InputReading<std::vector<TravelAdvisory>>::of(feeds_.travelAdvisories().fetchAdvisories(stop));
   }
 }
 

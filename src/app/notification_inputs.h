@@ -5,7 +5,9 @@
 #include "app/composition.h"
 #include "app/place.h"
 #include "feeds/gov_alert_service.h"
+#include "notifications/custom_notification.h"
 #include "notifications/notification_manager.h"
+#include "notifications/rule_settings.h"
 
 #include <functional>
 #include <memory>
@@ -14,6 +16,12 @@
 #include <vector>
 
 namespace nimbara {
+
+/// A place that notifications look at.
+struct WatchedPlace {
+  Place place;
+  std::optional<Uuid> id;  ///< of a saved one
+};
 
 /// The key under which a location is known to notifications.
 std::string locationTag(Place const& place);
@@ -33,14 +41,22 @@ class NotificationInputs {
   NotificationInputs(FeedServices& feeds, Clock const& clock, Options options);
 
   /// The first of `places` is the selected one. Blocks for the feeds.
-  std::vector<RuleInputs> gather(std::vector<Place> const& places, NeededInputs const& needed,
-                                 std::stop_token const& stop = {});
+  PassInputs gather(std::vector<WatchedPlace> const& places, NeededInputs const& needed,
+                    Settings const& settings, std::vector<CustomNotification> const& rules,
+                    std::stop_token const& stop = {});
+  /// What one rule of the user's own reads at its place.
+  RuleInputs gatherFor(Place const& place, RuleInputSet needed, Settings const& settings,
+                       std::stop_token const& stop = {});
 
  private:
-  RuleInputs inputsOf(Place const& place, bool isSelected, RuleInputSet needed, std::stop_token const& stop);
+  RuleInputs inputsAt(Place const& place, bool isSelected) const;
+  void readPlace(RuleInputs& inputs, Place const& place, RuleInputSet needed, RuleSettings const& settings,
+                 std::stop_token const& stop);
   void readForecast(RuleInputs& inputs, Place const& place, RuleInputSet needed, std::stop_token const& stop);
-  void readOfficial(RuleInputs& inputs, GovAlertPlace const& place, RuleInputSet needed,
-                    std::stop_token const& stop);
+  void readOfficial(RuleInputs& inputs, Place const& place, RuleInputSet needed, std::stop_token const& stop);
+  /// Those that differ from place to place.
+  void readAround(RuleInputs& inputs, RuleInputSet needed, RuleSettings const& settings,
+                  std::stop_token const& stop);
   /// Those that are the same for all places.
   void readWorld(RuleInputs& inputs, RuleInputSet needed, std::stop_token const& stop);
 

@@ -7,6 +7,7 @@
 #include "cli/stated_place.h"
 #include "cli/terminal.h"
 #include "notifications/notification_manager.h"
+#include "notifications/notification_state.h"
 #include "platform/linux/desktop_services.h"
 
 #include <algorithm>
@@ -40,7 +41,7 @@ class NotifyRun {
     NotificationManager manager({*session_.store, *center, *clock_, context_.texts(), lockFile()});
     bool const isPreview = options_.dryRun || options_.explain;
     auto const gather = [this](NeededInputs const& needed, std::stop_token const& stop) {
-      return PassInputs{gatherInputs(needed, stop), {}};
+      return gatherInputs(needed, stop);
     };
     PassReport const report =
         isPreview ? manager.preview(gather, session_.stop) : manager.evaluate(gather, session_.stop);
@@ -53,13 +54,23 @@ class NotifyRun {
   std::optional<Failure> findPlaces() {
     auto const selected = context_.place(options_.place);
     if (!selected) return selected.error();
-    places_.push_back(*selected);
-    if (!options_.place.empty()) return std::nullopt;
+    places_.push_back({*selected, {}});
     auto const list = Places(*session_.store).list();
     if (!list) return Failure{exitCode::kUnavailable, list.error().message, {}};
     for (SavedPlace const& saved : list->places) {
-      if (saved.coordinate != selected->coordinate) places_.push_back(placeOf(saved));
+      if (saved.coordinate == selected->coordinate) {
+        places_.front().id = saved.id;
+      } else if (options_.place.empty()) {
+        places_.push_back({placeOf(saved), saved.id});
+      }
     }
+    return readRules();
+  }
+
+  std::optional<Failure> readRules() {
+    auto saved = NotificationState(*session_.store).customNotifications();
+    if (!saved) return Failure{exitCode::kUnavailable, saved.error().message, {}};
+    rules_ = std::move(saved->rules);
     return std::nullopt;
   }
 
@@ -72,7 +83,7 @@ class NotifyRun {
 
   std::filesystem::path lockFile() const { return session_.environment.dataDirectory / "notifications.lock"; }
 
-  std::vector<RuleInputs> gatherInputs(NeededInputs const& needed, std::stop_token const& stop) {
+  PassInputs gatherInputs(NeededInputs const& needed, std::stop_token const& stop) {
     NotificationInputs inputs(
         context_.app().feeds(), *clock_,
         {context_.wording().units, context_.wording().texts, context_.wording().fallback,
@@ -80,7 +91,7 @@ class NotifyRun {
          [this](Place const& place) {
            return statedPlace(place.coordinate, options_.stated, context_.app().feeds().regions());
          }});
-    return inputs.gather(places_, needed, stop);
+    return inputs.gather(places_, needed, *session_.settings, rules_, stop);
   }
 
   std::shared_ptr<WeatherData const> weatherOf(Place const& place, std::stop_token const& stop) {
@@ -134,7 +145,8 @@ class NotifyRun {
   Session const& session_;
   std::unique_ptr<Clock> clock_;
   RunContext context_;
-  std::vector<Place> places_;
+  std::vector<WatchedPlace> places_;
+  std::vector<CustomNotification> rules_;
   bool lacksForecast_ = false;
 };
 

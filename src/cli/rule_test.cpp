@@ -1,8 +1,8 @@
 #include "cli/rule_test.h"
 
+#include "app/notification_inputs.h"
 #include "app/place_resolver.h"
-#include "gazetteer/gazetteer.h"
-#include "notifications/condition_kinds.h"
+#include "notifications/custom_rule_evaluation.h"
 #include "notifications/custom_rule_text.h"
 
 #include <cmath>
@@ -11,36 +11,27 @@ namespace nimbara {
 
 namespace {
 
-RuleInputs inputsFor(Place const& place, RunContext& context) {
-  RuleInputs inputs;
-  inputs.now = context.clock().now();
-  inputs.calendar = Calendar::forZone(timeZoneAt(place.coordinate)).value_or(context.wording().fallback);
-  inputs.units = context.wording().units;
-  inputs.texts = &context.texts();
-  inputs.place = {{}, place.name, place.country, place.coordinate, true};
+/// What the rule reads at its place, or why there is no forecast of it.
+Result<RuleInputs, Failure> inputsFor(CustomNotification const& rule, Place const& place, RunContext& context,
+                                      Session const& session) {
+  std::optional<Failure> failure;
+  auto const weatherOf = [&](Place const& at, std::stop_token const& stop) {
+    auto answer = context.app().forecasts().get(at, WeatherProviderOption::automatic, stop);
+    if (!answer) {
+      failure = Failure{exitCode::kUnavailable, context.sentenceOf(answer.error()), answer.error()};
+      return std::shared_ptr<WeatherData const>();
+    }
+    context.tell(context.note(*answer));
+    return std::make_shared<WeatherData const>(std::move(answer->data));
+  };
+  NotificationInputs gatherer(
+      context.app().feeds(), context.clock(),
+      {context.wording().units, context.wording().texts, context.wording().fallback, weatherOf, {}});
+  RuleInputSet const needed = inputsOf(rule.conditionType);
+  RuleInputs inputs = gatherer.gatherFor(place, needed, *session.settings, session.stop);
+  if (failure) return std::unexpected(*failure);
+  context.tell(inputs.problemOf(needed));
   return inputs;
-}
-
-Result<void, Failure> addForecast(RuleInputs& inputs, Place const& place, RunContext& context,
-                                  Session const& session) {
-  auto answer = context.app().forecasts().get(place, WeatherProviderOption::automatic, session.stop);
-  if (!answer) {
-    return std::unexpected(
-        Failure{exitCode::kUnavailable, context.sentenceOf(answer.error()), answer.error()});
-  }
-  context.tell(context.note(*answer));
-  inputs.weather = std::make_shared<WeatherData>(std::move(answer->data));
-  inputs.readWeather();
-  return {};
-}
-
-void addEarthquakes(RuleInputs& inputs, RunContext& context, Session const& session) {
-  EarthquakeService& service = context.app().feeds().earthquakes();
-  auto events = service.fetchEarthquakes(session.stop);
-  std::string problem = service.problem();
-  if (!problem.empty()) context.tell("the earthquakes could not be renewed: " + problem);
-  if (!problem.empty() && events.empty()) return;
-  inputs.earthquakes = FeedReading<std::vector<EarthquakeEvent>>::of(std::move(events));
 }
 
 bool isUnknown(CustomOutcome outcome) {
@@ -58,21 +49,17 @@ Result<TestedRule, Failure> testedRule(CustomNotification const& rule, SavedPlac
                                        RunContext& context, Session const& session) {
   auto const place = saved == nullptr ? context.place("") : Result<Place, Failure>(placeOf(*saved));
   if (!place) return std::unexpected(place.error());
-  RuleInputs inputs = inputsFor(*place, context);
-  bool const readsForecast = kindOf(rule.conditionType).ofHour != nullptr;
-  auto const done = readsForecast ? addForecast(inputs, *place, context, session) : Result<void, Failure>{};
-  if (!done) return std::unexpected(done.error());
-  if (rule.conditionType == ConditionType::earthquake) addEarthquakes(inputs, context, session);
-  CustomRuleSurroundings const surroundings;
+  auto const inputs = inputsFor(rule, *place, context, session);
+  if (!inputs) return std::unexpected(inputs.error());
   TestedRule tested;
-  tested.found = measuredRule(rule, inputs, RuleSettings::of(*session.settings), surroundings);
+  tested.found = measuredRule(rule, *inputs, RuleSettings::of(*session.settings));
   if (isUnknown(tested.found.outcome)) {
     std::string const why = outcomeText(tested.found.outcome, context.texts());
     return std::unexpected(Failure{exitCode::kUnavailable, "the rule cannot be tested: " + why, {}});
   }
-  tested.notDue = reasonNotDue(rule, inputs, surroundings);
-  if (tested.found.holds()) tested.body = customRuleBody(rule, tested.found, inputs);
-  if (tested.found.at) tested.hour = hourText(inputs, *tested.found.at);
+  tested.notDue = reasonNotDue(rule, *inputs, true);
+  if (tested.found.holds()) tested.body = customRuleBody(rule, tested.found, *inputs);
+  if (tested.found.at) tested.hour = hourText(*inputs, *tested.found.at);
   return tested;
 }
 

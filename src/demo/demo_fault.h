@@ -33,8 +33,8 @@ enum class DemoService {
 template <>
 inline constexpr auto enumNames<DemoService> = std::to_array<std::string_view>(
     {"openMeteo", "openMeteoGeocoding", "appleWeather", "yrNo", "wttrIn", "nws", "swpc", "usgs", "celestrak",
-     "feedServer", "meteoAlarm", "meteoAlarmRegions", "airQuality", "nhc", "nhcMaps", "firms", "travelAdvisories",
-     "lightning"});
+     "feedServer", "meteoAlarm", "meteoAlarmRegions", "airQuality", "nhc", "nhcMaps", "firms",
+     "travelAdvisories", "lightning"});
 static_assert(enumNamesComplete(DemoService::lightning));
 
 struct DemoFault {

@@ -120,12 +120,11 @@ CustomEvaluation ofForecast(CustomNotification const& rule, RuleInputs const& in
   return best(rule, samples);
 }
 
-CustomEvaluation ofAirQuality(CustomNotification const& rule, RuleInputs const& inputs,
-                              FeedReading<HourlyPm25> const& feed) {
-  if (!feed) return without(CustomOutcome::feedFailed);
+CustomEvaluation ofAirQuality(CustomNotification const& rule, RuleInputs const& inputs) {
+  if (!inputs.airQuality) return without(CustomOutcome::feedFailed);
   Instant const present = std::chrono::floor<std::chrono::hours>(inputs.now);
   std::vector<Sample> samples;
-  for (HourlyPm25::Hour const& hour : feed->hours) {
+  for (AirQualityHour const& hour : inputs.airQuality->hours) {
     bool const isPast = hour.time + std::chrono::hours(1) <= inputs.now;
     bool const isLater = hour.time > present + std::chrono::hours(rule.lookaheadHours);
     if (hour.pm25 && !isPast && !isLater)
@@ -152,8 +151,8 @@ DayOfWeek dayOf(RuleInputs const& inputs) {
 }  // namespace
 
 std::optional<CustomOutcome> reasonNotDue(CustomNotification const& rule, RuleInputs const& inputs,
-                                          CustomRuleSurroundings const& surroundings) {
-  if (!surroundings.hasPlace) return CustomOutcome::placeDeleted;
+                                          bool hasPlace) {
+  if (!hasPlace) return CustomOutcome::placeDeleted;
   if (!rule.isEnabled) return CustomOutcome::disabled;
   if (!rule.scheduledDays.contains(dayOf(inputs))) return CustomOutcome::notToday;
   bool const isDue = rule.isImmediate() || inputs.calendar.hour(inputs.now) >= rule.checkHour;
@@ -161,22 +160,26 @@ std::optional<CustomOutcome> reasonNotDue(CustomNotification const& rule, RuleIn
 }
 
 CustomEvaluation measuredRule(CustomNotification const& rule, RuleInputs const& inputs,
-                              RuleSettings const& settings, CustomRuleSurroundings const& surroundings) {
+                              RuleSettings const& settings) {
   if (rule.conditionType == Type::earthquake) {
     return ofEarthquakes(rule, inputs, settings.earthquakeRadiusKm);
   }
-  CustomEvaluation found = rule.conditionType == Type::airQuality
-                               ? ofAirQuality(rule, inputs, surroundings.airQuality)
-                               : ofForecast(rule, inputs);
+  CustomEvaluation found =
+      rule.conditionType == Type::airQuality ? ofAirQuality(rule, inputs) : ofForecast(rule, inputs);
   found.isNow = found.at == inputs.now;
   return found;
 }
 
 CustomEvaluation evaluateCustomRule(CustomNotification const& rule, RuleInputs const& inputs,
-                                    RuleSettings const& settings,
-                                    CustomRuleSurroundings const& surroundings) {
-  if (auto const reason = reasonNotDue(rule, inputs, surroundings)) return without(*reason);
-  return measuredRule(rule, inputs, settings, surroundings);
+                                    RuleSettings const& settings, bool hasPlace) {
+  if (auto const reason = reasonNotDue(rule, inputs, hasPlace)) return without(*reason);
+  return measuredRule(rule, inputs, settings);
+}
+
+RuleInputSet inputsOf(CustomNotification::ConditionType type) {
+  if (type == Type::earthquake) return {RuleInput::earthquakes};
+  if (type == Type::airQuality) return {RuleInput::airQuality};
+  return {RuleInput::hourly};
 }
 
 std::string customRuleBody(CustomNotification const& rule, CustomEvaluation const& found,

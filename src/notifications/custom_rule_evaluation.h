@@ -14,15 +14,6 @@
 
 namespace nimbara {
 
-/// A forecast of fine dust by the hour, in time order.
-struct HourlyPm25 {
-  struct Hour {
-    Instant time;
-    std::optional<double> pm25;  ///< µg/m³
-  };
-  std::vector<Hour> hours;
-};
-
 enum class CustomOutcome {
   holds,
   doesNotHold,
@@ -53,27 +44,24 @@ struct CustomEvaluation {
   bool holds() const { return outcome == CustomOutcome::holds; }
 };
 
-/// What a rule reads beside the inputs of its place.
-struct CustomRuleSurroundings {
-  bool hasPlace = true;  ///< false: the saved place that it watches is gone
-  FeedReading<HourlyPm25> airQuality;
-};
-
 /// A chance from which an event counts as forecast, %.
 inline constexpr double kLikelyPercent = 50;
 
+/// What a rule of that kind reads.
+RuleInputSet inputsOf(CustomNotification::ConditionType type);
+
 /// Why the rule is not due at `inputs.now`; nothing when it is. An hour that has passed still counts on its
-/// day.
+/// day. Without `hasPlace` the saved place that it watches is gone.
 std::optional<CustomOutcome> reasonNotDue(CustomNotification const& rule, RuleInputs const& inputs,
-                                          CustomRuleSurroundings const& surroundings);
+                                          bool hasPlace);
 
 /// The rule's condition alone, whatever its schedule.
 CustomEvaluation measuredRule(CustomNotification const& rule, RuleInputs const& inputs,
-                              RuleSettings const& settings, CustomRuleSurroundings const& surroundings);
+                              RuleSettings const& settings);
 
 /// `inputs` are of the rule's own place.
 CustomEvaluation evaluateCustomRule(CustomNotification const& rule, RuleInputs const& inputs,
-                                    RuleSettings const& settings, CustomRuleSurroundings const& surroundings);
+                                    RuleSettings const& settings, bool hasPlace);
 
 /// The body of its notification: the description with the value found.
 std::string customRuleBody(CustomNotification const& rule, CustomEvaluation const& found,

@@ -51,7 +51,7 @@ class Planner {
   PassPlan plan() {
     for (Rule const& rule : ruleCatalogue()) planRule(rule);
     for (ForeignEvaluation const& foreign : context_.foreign) {
-      planFindings(*foreign.rule, *foreign.inputs, foreign.evaluation);
+      planFindings(*foreign.rule, context_.places[foreign.place], foreign.evaluation);
     }
     std::ranges::stable_sort(plan_.decisions, {}, orderOf);
     return std::move(plan_);

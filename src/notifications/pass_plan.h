@@ -69,7 +69,7 @@ struct Decision {
 /// A rule that is no row of the catalogue, already evaluated: one of the user's own.
 struct ForeignEvaluation {
   Rule const* rule = nullptr;
-  RuleInputs const* inputs = nullptr;
+  std::size_t place = 0;  ///< its index among those of the pass
   Evaluation evaluation;
 };
 

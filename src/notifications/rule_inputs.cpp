@@ -33,6 +33,11 @@ std::string RuleInputs::problemOf(RuleInputSet inputs) const {
       {RuleInput::nwsAlerts, &nwsAlerts.problem},
       {RuleInput::earthquakes, &earthquakes.problem},
       {RuleInput::kp, &kp.problem},
+      {RuleInput::airQuality, &airQuality.problem},
+      {RuleInput::storms, &storms.problem},
+      {RuleInput::fires, &fires.problem},
+      {RuleInput::advisories, &advisories.problem},
+      {RuleInput::lightning, &lightning.problem},
   };
   for (auto const& [input, problem] : problems) {
     if (inputs.contains(input) && !problem->empty()) return *problem;

@@ -7,12 +7,19 @@
 #include "base/geodesy.h"
 #include "base/texts.h"
 #include "base/units.h"
+#include "feeds/air_quality.h"
 #include "feeds/earthquake_event.h"
+#include "feeds/feed_reading.h"
+#include "feeds/fire_detection.h"
+#include "feeds/lightning_source.h"
 #include "feeds/nws_alert.h"
+#include "feeds/travel_advisory.h"
+#include "feeds/tropical_storm.h"
 #include "model/present.h"
 #include "model/weather_alert.h"
 #include "model/weather_data.h"
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <span>
@@ -49,6 +56,13 @@ struct InputReading {
   std::string problem;             ///< why it is not fresh: a sentence without a full stop; empty when it is
 
   static InputReading of(T held) { return {std::make_shared<T const>(std::move(held)), {}}; }
+  /// What was never told is no value; an older one keeps its problem beside it.
+  static InputReading of(FeedReading<T> reading) {
+    InputReading input;
+    if (reading.checkedAt) input.value = std::make_shared<T const>(std::move(reading.data));
+    if (!reading.isCurrent()) input.problem = std::move(reading.problem);
+    return input;
+  }
   explicit operator bool() const { return value != nullptr; }
   T const& operator*() const { return *value; }
   T const* operator->() const { return value.get(); }
@@ -64,6 +78,18 @@ struct NotifiedPlace {
 
   bool operator==(NotifiedPlace const&) const = default;
 };
+
+/// What was told of a tropical storm last: changes are measured from there.
+struct KnownStorm {
+  StormCategory category = StormCategory::depression;
+  double windKmh = 0;
+
+  bool operator==(KnownStorm const&) const = default;
+};
+
+template <>
+inline constexpr auto jsonFields<KnownStorm> =
+    std::tuple{field("category", &KnownStorm::category), field("windKmh", &KnownStorm::windKmh)};
 
 struct RuleInputs {
   Instant now;
@@ -81,6 +107,12 @@ struct RuleInputs {
   InputReading<std::vector<NWSAlert>> nwsAlerts;      ///< live messages of the NWS
   InputReading<std::vector<EarthquakeEvent>> earthquakes;
   InputReading<double> kp;
+  InputReading<AirQualityForecast> airQuality;
+  InputReading<std::vector<TropicalStorm>> storms;
+  std::map<std::string, KnownStorm, std::less<>> knownStorms;  ///< of earlier passes, by identifier
+  InputReading<std::vector<FireDetection>> fires;              ///< within the radius of the settings
+  InputReading<std::vector<TravelAdvisory>> advisories;
+  InputReading<std::vector<LightningStrike>> lightning;  ///< of the last half hour within the radius
 
   /// Fills `hours` and `present` from `weather`.
   void readWeather();

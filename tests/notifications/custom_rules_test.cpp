@@ -258,7 +258,7 @@ using Change = std::function<void(WeatherData&)>;
 
 CustomEvaluation evaluated(CustomNotification const& rule, Change const& change = {},
                            std::string const& now = kNow) {
-  return evaluateCustomRule(rule, test::ruleInputs(at(now), change), {}, {});
+  return evaluateCustomRule(rule, test::ruleInputs(at(now), change), {}, true);
 }
 
 /// The hour at `index` has `value` of gusts.
@@ -364,7 +364,7 @@ TEST(CustomRuleEvaluation, RunsOnItsDaysFromItsHourOn) {
     rule.checkHour = row.checkHour;
     rule.isEnabled = row.isEnabled;
     rule.scheduledDays = row.days;
-    EXPECT_EQ(reasonNotDue(rule, test::ruleInputs(at(row.now)), {}), row.reason) << row.now;
+    EXPECT_EQ(reasonNotDue(rule, test::ruleInputs(at(row.now)), true), row.reason) << row.now;
   }
 }
 
@@ -372,9 +372,9 @@ TEST(CustomRuleEvaluation, TheDayIsThePlaces) {
   CustomNotification rule = ruleOf(Type::snow, Operator::any, 0);
   rule.scheduledDays = {DayOfWeek::sunday};
   RuleInputs inputs = test::ruleInputs(at("2026-11-21T20:00:00Z"));
-  EXPECT_EQ(reasonNotDue(rule, inputs, {}), Outcome::notToday);
+  EXPECT_EQ(reasonNotDue(rule, inputs, true), Outcome::notToday);
   inputs.calendar = test::zone("Asia/Tokyo");
-  EXPECT_EQ(reasonNotDue(rule, inputs, {}), std::nullopt);
+  EXPECT_EQ(reasonNotDue(rule, inputs, true), std::nullopt);
 }
 
 TEST(CustomRuleEvaluation, SaysWhyItKnowsNothing) {
@@ -382,30 +382,29 @@ TEST(CustomRuleEvaluation, SaysWhyItKnowsNothing) {
   RuleInputs inputs;
   inputs.now = at(kNow);
   inputs.texts = &test::englishTexts();
-  EXPECT_EQ(evaluateCustomRule(wind, inputs, {}, {}).outcome, Outcome::noForecast);
-  EXPECT_EQ(evaluateCustomRule(ruleOf(Type::windGust, Operator::above, 50), inputs, {}, {}).outcome,
+  EXPECT_EQ(evaluateCustomRule(wind, inputs, {}, true).outcome, Outcome::noForecast);
+  EXPECT_EQ(evaluateCustomRule(ruleOf(Type::windGust, Operator::above, 50), inputs, {}, true).outcome,
             Outcome::noForecast);
-  EXPECT_EQ(evaluateCustomRule(ruleOf(Type::earthquake, Operator::any, 0), inputs, {}, {}).outcome,
+  EXPECT_EQ(evaluateCustomRule(ruleOf(Type::earthquake, Operator::any, 0), inputs, {}, true).outcome,
             Outcome::feedFailed);
-  EXPECT_EQ(evaluateCustomRule(ruleOf(Type::airQuality, Operator::above, 0), inputs, {}, {}).outcome,
+  EXPECT_EQ(evaluateCustomRule(ruleOf(Type::airQuality, Operator::above, 0), inputs, {}, true).outcome,
             Outcome::feedFailed);
-  EXPECT_EQ(evaluateCustomRule(wind, test::ruleInputs(at(kNow)), {}, {false, {}}).outcome,
-            Outcome::placeDeleted);
+  EXPECT_EQ(evaluateCustomRule(wind, test::ruleInputs(at(kNow)), {}, false).outcome, Outcome::placeDeleted);
 }
 
 TEST(CustomRuleEvaluation, ReadsFineDust) {
-  CustomRuleSurroundings surroundings;
-  surroundings.airQuality = FeedReading<HourlyPm25>::of({{{at("2026-11-21T08:00:00Z"), 99},
-                                                          {at("2026-11-21T09:00:00Z"), {}},
-                                                          {at("2026-11-21T11:00:00Z"), 36},
-                                                          {at("2026-11-21T12:00:00Z"), 80}}});
-  RuleInputs const inputs = test::ruleInputs(at(kNow));
+  RuleInputs inputs = test::ruleInputs(at(kNow));
+  AirQualityForecast forecast;
+  forecast.hours = {{at("2026-11-21T08:00:00Z"), 99},
+                    {at("2026-11-21T09:00:00Z"), {}},
+                    {at("2026-11-21T11:00:00Z"), 36},
+                    {at("2026-11-21T12:00:00Z"), 80}};
+  inputs.airQuality = InputReading<AirQualityForecast>::of(std::move(forecast));
   CustomEvaluation const found =
-      evaluateCustomRule(ruleOf(Type::airQuality, Operator::above, 35, 2), inputs, {}, surroundings);
+      evaluateCustomRule(ruleOf(Type::airQuality, Operator::above, 35, 2), inputs, {}, true);
   EXPECT_TRUE(found.holds());
   EXPECT_EQ(found.value, 36) << "neither the hour that is over nor one beyond the span";
-  auto const now =
-      evaluateCustomRule(ruleOf(Type::airQuality, Operator::above, 35), inputs, {}, surroundings);
+  auto const now = evaluateCustomRule(ruleOf(Type::airQuality, Operator::above, 35), inputs, {}, true);
   EXPECT_EQ(now.outcome, Outcome::noForecast) << "the present hour has no value";
 }
 
@@ -424,7 +423,8 @@ TEST(CustomRuleEvaluation, FeelsEarthquakesWithinTheRadius) {
   inputs.earthquakes = FeedReading<std::vector<EarthquakeEvent>>::of({far, near});
   RuleSettings settings;
   auto const holds = [&](Operator comparison, double threshold) {
-    return evaluateCustomRule(ruleOf(Type::earthquake, comparison, threshold), inputs, settings, {}).holds();
+    return evaluateCustomRule(ruleOf(Type::earthquake, comparison, threshold), inputs, settings, true)
+        .holds();
   };
   EXPECT_TRUE(holds(Operator::above, 4.4));
   EXPECT_FALSE(holds(Operator::above, 4.5));
@@ -436,7 +436,7 @@ TEST(CustomRuleEvaluation, FeelsEarthquakesWithinTheRadius) {
 TEST(CustomRuleEvaluation, TellsTheValueFound) {
   auto const body = [](CustomNotification const& rule, Change const& change) {
     RuleInputs const inputs = test::ruleInputs(at(kNow), change);
-    return customRuleBody(rule, evaluateCustomRule(rule, inputs, {}, {}), inputs);
+    return customRuleBody(rule, evaluateCustomRule(rule, inputs, {}, true), inputs);
   };
   EXPECT_EQ(body(ruleOf(Type::windGust, Operator::above, 50, 6), gusts(6, 62)),
             "Wind gust above 50.0km/h in the next 6 hours: 62.0km/h around 3 PM");
