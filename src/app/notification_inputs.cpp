@@ -1,6 +1,7 @@
 #include "app/notification_inputs.h"
 
 #include "analysis/alert_generator.h"
+#include "app/place_resolver.h"
 #include "feeds/gov_alerts.h"
 #include "feeds/nws_territory.h"
 #include "gazetteer/gazetteer.h"
@@ -81,6 +82,18 @@ void adoptWorld(RuleInputs& inputs, RuleInputs const& world) {
 
 std::string locationTag(Place const& place) {
   return cacheKey(place.coordinate);
+}
+
+std::vector<WatchedPlace> watchedPlaces(Place const& selected, PlaceList const& saved) {
+  std::vector<WatchedPlace> watched{{selected, {}}};
+  for (SavedPlace const& place : saved.places) {
+    if (place.coordinate == selected.coordinate) {
+      watched.front().id = place.id;
+    } else {
+      watched.push_back({placeOf(place), place.id});
+    }
+  }
+  return watched;
 }
 
 NotificationInputs::NotificationInputs(FeedServices& feeds, Clock const& clock, Options options)

@@ -4,6 +4,7 @@
 
 #include "app/composition.h"
 #include "app/place.h"
+#include "app/places.h"
 #include "feeds/gov_alert_service.h"
 #include "notifications/custom_notification.h"
 #include "notifications/notification_manager.h"
@@ -25,6 +26,9 @@ struct WatchedPlace {
 
 /// The key under which a location is known to notifications.
 std::string locationTag(Place const& place);
+
+/// The selected place and then the saved ones, each once.
+std::vector<WatchedPlace> watchedPlaces(Place const& selected, PlaceList const& saved);
 
 class NotificationInputs {
  public:

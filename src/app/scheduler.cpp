@@ -4,14 +4,27 @@
 
 namespace nimbara {
 
-void runScheduler(AppState& state, WakeTimer& timer, Clock const& clock, std::stop_token const& stop) {
+namespace {
+
+std::optional<Instant> earlier(std::optional<Instant> a, std::optional<Instant> b) {
+  if (!a || !b) return a ? a : b;
+  return std::min(*a, *b);
+}
+
+}  // namespace
+
+void runScheduler(AppState& state, Notifier& notifier, WakeTimer& timer, Clock const& clock,
+                  std::stop_token const& stop) {
   while (!stop.stop_requested()) {
     state.runDue();
+    notifier.runDue();
     std::optional<std::chrono::milliseconds> span;
-    if (auto const due = state.nextDue()) {
+    if (auto const due = earlier(state.nextDue(), notifier.nextDue())) {
       span = std::max(*due - clock.now(), std::chrono::milliseconds(0));
     }
-    if (timer.wait(span, stop) == WakeTimer::Cause::clockChanged) state.wokeUp(RefreshTrigger::resumed);
+    if (timer.wait(span, stop) != WakeTimer::Cause::clockChanged) continue;
+    state.wokeUp(RefreshTrigger::resumed);
+    notifier.wokeUp();
   }
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "app/app_state.h"
+#include "app/notifier.h"
 #include "platform/wake_timer.h"
 
 #include <stop_token>
@@ -10,6 +11,7 @@
 namespace nimbara {
 
 /// Until `stop`. A wall clock that jumps, as after sleep, refreshes what is old.
-void runScheduler(AppState& state, WakeTimer& timer, Clock const& clock, std::stop_token const& stop);
+void runScheduler(AppState& state, Notifier& notifier, WakeTimer& timer, Clock const& clock,
+                  std::stop_token const& stop);
 
 }  // namespace nimbara

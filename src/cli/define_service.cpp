@@ -6,8 +6,9 @@ namespace nimbara {
 namespace {
 
 void defineWatch(CLI::App& app, CommandLine& line, RawOptions& raw) {
-  CLI::App* const command =
-      app.add_subcommand("watch", "Keep the forecasts of your places fresh until interrupted");
+  CLI::App* const command = app.add_subcommand(
+      "watch",
+      "Keep the forecasts of your places fresh and tell what you want to be told of, until interrupted");
   command->add_flag("--json", line.watch.json, "A line of JSON for each event");
   defineCommon(*command, line, raw);
   defineWatchInstall(*command, line.watch);

@@ -1,5 +1,4 @@
 #include "app/notification_inputs.h"
-#include "app/place_resolver.h"
 #include "app/places.h"
 #include "cli/cli.h"
 #include "cli/notification_page.h"
@@ -54,16 +53,10 @@ class NotifyRun {
   std::optional<Failure> findPlaces() {
     auto const selected = context_.place(options_.place);
     if (!selected) return selected.error();
-    places_.push_back({*selected, {}});
     auto const list = Places(*session_.store).list();
     if (!list) return Failure{exitCode::kUnavailable, list.error().message, {}};
-    for (SavedPlace const& saved : list->places) {
-      if (saved.coordinate == selected->coordinate) {
-        places_.front().id = saved.id;
-      } else if (options_.place.empty()) {
-        places_.push_back({placeOf(saved), saved.id});
-      }
-    }
+    places_ = watchedPlaces(*selected, *list);
+    if (!options_.place.empty()) places_.resize(1);
     return readRules();
   }
 

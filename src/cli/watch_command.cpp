@@ -1,17 +1,16 @@
 #include "app/app_state.h"
+#include "app/notifier.h"
 #include "app/place_resolver.h"
 #include "app/places.h"
 #include "app/scheduler.h"
-#include "app/settings_registry.h"
-#include "base/json.h"
 #include "base/text.h"
 #include "cli/cli.h"
 #include "cli/run_context.h"
+#include "cli/watch_log.h"
+#include "notifications/notification_state.h"
 #include "platform/linux/desktop_services.h"
-#include "platform/linux/resident_code.h"
 #include "platform/linux/timerfd_wake_timer.h"
 
-#include <malloc.h>
 #include <mutex>
 #include <random>
 #include <thread>
@@ -48,6 +47,13 @@ class KnownPlaces {
     return places;
   }
 
+  std::vector<WatchedPlace> watched() const {
+    auto const place = selected();
+    if (!place) return {};
+    std::lock_guard const lock(mutex_);
+    return watchedPlaces(*place, list_);
+  }
+
   std::optional<Place> selected() const {
     std::lock_guard const lock(mutex_);
     auto const wanted = resolvePlace("", list_);
@@ -61,84 +67,6 @@ class KnownPlaces {
   PlaceList list_;
 };
 
-/// What happens, a line each: for people, or in JSON.
-class EventLog {
- public:
-  EventLog(Console& console, Clock const& clock, Texts const& texts, bool json)
-      : console_(console), clock_(clock), texts_(texts), json_(json) {}
-
-  void refreshed(AppState::RefreshReport const& report) {
-    APIError const* const failure = failureOf(report.outcome);
-    bool const wasGivenUp = failure != nullptr && failure->transport == HttpError::Kind::cancelled;
-    if (wasGivenUp) return;
-    json_ ? write(jsonOf(report, failure)) : write(lineOf(report, failure));
-    // What the exchange needed is given back: the process now sleeps for a quarter of an hour.
-    malloc_trim(0);
-    giveBackCode();
-  }
-
-  void happened(std::string_view event) {
-    if (!json_) return write(formatIso8601(clock_.now()) + " " + std::string(event));
-    JsonWriter writer;
-    writer.beginObject();
-    writer.member("event", event);
-    writer.member("time", clock_.now());
-    writer.endObject();
-    write(writer.take());
-  }
-
- private:
-  static APIError const* failureOf(Result<ForecastAnswer, APIError> const& outcome) {
-    if (!outcome) return &outcome.error();
-    return outcome->failure ? &*outcome->failure : nullptr;
-  }
-
-  static std::string nameOf(Place const& place) {
-    return place.name.empty() ? cacheKey(place.coordinate) : place.name;
-  }
-
-  std::string lineOf(AppState::RefreshReport const& report, APIError const* failure) const {
-    std::string line = formatIso8601(clock_.now()) + " " + nameOf(report.place) + ": ";
-    if (failure != nullptr) return line + AppError::of(*failure).text(texts_);
-    ForecastAnswer const& answer = *report.outcome;
-    std::string const provider(answer.provider ? enumName(*answer.provider) : "unknown");
-    return line + (answer.fromCache ? "kept forecast from " : "forecast from ") + provider + ", " +
-           std::to_string(answer.alerts.size()) + " alerts";
-  }
-
-  std::string jsonOf(AppState::RefreshReport const& report, APIError const* failure) const {
-    JsonWriter writer;
-    writer.beginObject();
-    writer.member("event", "forecast");
-    writer.member("time", clock_.now());
-    writer.member("place", nameOf(report.place));
-    writer.member("latitude", report.place.coordinate.latitude);
-    writer.member("longitude", report.place.coordinate.longitude);
-    writer.member("selected", report.isSelected);
-    if (report.outcome) {
-      writer.memberOrNull("provider", report.outcome->provider);
-      writer.member("fromCache", report.outcome->fromCache);
-      writer.member("stale", report.outcome->stale);
-      writer.member("answeredAt", report.outcome->answeredAt);
-      writer.member("alerts", report.outcome->alerts.size());
-    }
-    if (failure != nullptr) writer.member("error", failure->text());
-    writer.endObject();
-    return writer.take();
-  }
-
-  void write(std::string const& line) {
-    std::lock_guard const lock(mutex_);
-    console_.out(line + "\n");
-  }
-
-  Console& console_;
-  Clock const& clock_;
-  Texts const& texts_;
-  bool json_;
-  std::mutex mutex_;
-};
-
 /// The background service: everything that it is made of, in the order of its making.
 class Watch {
  public:
@@ -149,16 +77,27 @@ class Watch {
         places_(*session.store),
         log_(session.console, *clock_, context_.texts(), line.watch.json),
         state_(context_.app().forecasts(), context_.app().providers(), context_.app().cache(), *clock_, pool_,
-               surroundings()) {}
+               surroundings()),
+        center_(desktopNotificationCenter({session.environment.program, {}, {}})),
+        manager_({*session.store, *center_, *clock_, context_.texts(),
+                  session.environment.dataDirectory / "notifications.lock"}),
+        inputs_(context_.app().feeds(), *clock_, inputOptions()),
+        notifier_(manager_, inputs_, *session.store, *clock_, pool_, notifierSurroundings()) {
+    center_->setListener([this](NotificationResponse const& response) { answer(response); });
+  }
+  ~Watch() { center_->setListener(nullptr); }
+  Watch(Watch const&) = delete;
+  Watch& operator=(Watch const&) = delete;
 
   int run() {
     log_.happened("started");
+    manager_.requestAuthorization();
     auto const system = desktopPowerAndNetwork({session_.environment.program, {}, {}},
                                                [this](SystemEvent event) { systemEvent(event); });
     for (std::string const& missing : system->missing()) note(missing);
     std::jthread const settings([this](std::stop_token const& stop) { followSettings(stop); });
     select(RefreshTrigger::start);
-    runScheduler(state_, timer_, *clock_, session_.stop);
+    runScheduler(state_, notifier_, timer_, *clock_, session_.stop);
     pool_.stop();
     log_.happened("stopped");
     return exitCode::kInterrupted;
@@ -173,10 +112,44 @@ class Watch {
   AppState::Surroundings surroundings() {
     AppState::Surroundings all;
     all.savedPlaces = [this] { return places_.all(); };
-    all.onRefresh = [this](AppState::RefreshReport const& report) { log_.refreshed(report); };
+    all.onRefresh = [this](AppState::RefreshReport const& report) {
+      log_.refreshed(report);
+      notifier_.requestPass();
+    };
     all.onDueChange = [this] { timer_.wake(); };
     all.jitter = jitter;
     return all;
+  }
+
+  NotificationInputs::Options inputOptions() {
+    NotificationInputs::Options options{
+        context_.wording().units, context_.wording().texts, context_.wording().fallback, {}, {}};
+    // The refreshes keep the forecasts; a pass looks at what they kept.
+    options.weather = [this](Place const& place, std::stop_token const&) {
+      auto answer = context_.app().forecasts().cached(place);
+      return answer ? std::make_shared<WeatherData const>(std::move(answer->data)) : nullptr;
+    };
+    return options;
+  }
+
+  Notifier::Surroundings notifierSurroundings() {
+    Notifier::Surroundings all;
+    all.places = [this] { return places_.watched(); };
+    all.rules = [this] { return rules(); };
+    all.onPass = [this](PassReport const& report) { log_.passed(report); };
+    all.onDueChange = [this] { timer_.wake(); };
+    all.jitter = jitter;
+    return all;
+  }
+
+  std::vector<CustomNotification> rules() {
+    auto saved = NotificationState(*session_.store).customNotifications();
+    return saved ? std::move(saved->rules) : std::vector<CustomNotification>{};
+  }
+
+  /// A person clicked on a notification.
+  void answer(NotificationResponse const& response) {
+    if (auto const done = manager_.respond(response); !done) note(done.error().message);
   }
 
   void note(std::string const& sentence) { session_.console.err("nimbara: " + oneLine(sentence) + "\n"); }
@@ -190,22 +163,39 @@ class Watch {
   void systemEvent(SystemEvent event) {
     log_.happened(enumName(event));
     state_.wokeUp(event == SystemEvent::resumed ? RefreshTrigger::resumed : RefreshTrigger::networkReturned);
+    notifier_.wokeUp();
   }
 
-  /// Another process changed settings or places.
+  /// Another process changed settings or places. What the program remembers for itself lies in the same store
+  /// and is nobody's news.
   void followSettings(std::stop_token const& stop) {
     auto const watch = session_.store->watch();
     if (!watch) return note(watch.error().message + "; changes of settings are not noticed");
+    auto known = chosen();
     while ((*watch)->wait(stop) == WaitOutcome::changed) {
-      places_.reload();
-      auto const settings = session_.store->settings();
-      context_.app().providers().setPreferredProvider(
-          settings.settings.choice<WeatherProviderOption>("preferredProvider")
-              .value_or(WeatherProviderOption::automatic));
-      log_.happened("settingsChanged");
-      if (places_.selected() != state_.selectedPlace()) select(RefreshTrigger::placeChosen);
-      timer_.wake();
+      auto now = chosen();
+      if (now == known) continue;
+      known = std::move(now);
+      settingsChanged();
     }
+  }
+
+  /// Everything that the user has set.
+  std::pair<SettingValues, SettingValues> chosen() {
+    return {session_.store->read(StoreArea::settings).value_or(SettingValues{}),
+            session_.store->read(StoreArea::places).value_or(SettingValues{})};
+  }
+
+  void settingsChanged() {
+    places_.reload();
+    auto const settings = session_.store->settings();
+    context_.app().providers().setPreferredProvider(
+        settings.settings.choice<WeatherProviderOption>("preferredProvider")
+            .value_or(WeatherProviderOption::automatic));
+    log_.happened("settingsChanged");
+    if (places_.selected() != state_.selectedPlace()) select(RefreshTrigger::placeChosen);
+    notifier_.requestPass();
+    timer_.wake();
   }
 
   Session const& session_;
@@ -213,9 +203,13 @@ class Watch {
   RunContext context_;
   KnownPlaces places_;
   TimerfdWakeTimer timer_;
-  EventLog log_;
+  WatchLog log_;
   ThreadPool pool_;
   AppState state_;
+  std::unique_ptr<NotificationCenter> center_;
+  NotificationManager manager_;
+  NotificationInputs inputs_;
+  Notifier notifier_;
 };
 
 }  // namespace

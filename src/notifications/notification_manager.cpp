@@ -146,6 +146,11 @@ class NotificationManager::Pass {
     auto const done = around_.store.update(
         StoreArea::state, [&](SettingValues const& stored) -> Result<StoreChanges, StoreError> {
           StoreChanges changes = changesOf(state_);
+          // A pass that changed nothing wakes nobody who watches the store.
+          std::erase_if(changes, [&](auto const& change) {
+            auto const old = stored.find(change.first);
+            return old != stored.end() && old->second == change.second;
+          });
           if (!lines_.empty()) changes.merge(logChange(stored, lines_));
           return changes;
         });

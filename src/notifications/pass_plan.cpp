@@ -169,7 +169,7 @@ class Planner {
 
   /// The rule's feed failed, or there is nothing to look at: false is not known to be false.
   static bool isUnknown(Rule const& rule, RuleInputs const& inputs, Evaluation const& evaluation) {
-    bool const lacksInput = evaluation.measured.empty() && !evaluation.note.empty();
+    bool const lacksInput = std::ranges::count(kUnknownNotes, evaluation.note) > 0;
     return lacksInput || !inputs.problemOf(rule.inputs).empty();
   }
 

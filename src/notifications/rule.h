@@ -62,6 +62,9 @@ struct Finding {
   bool isCovered = false;
 };
 
+/// Notes of rules that could not look: false is not known to be false.
+inline constexpr std::string_view kUnknownNotes[] = {"noForecast", "notChecked", "noDetail", "noSource"};
+
 struct Evaluation {
   std::vector<Finding> findings;
   std::vector<Measurement> measured;  ///< what decided, also when nothing was found
