@@ -63,7 +63,7 @@ std::string rendered(WarningEntry const& entry, WarningPageContext const& contex
   out += paragraph(spanText(entry, context), context);
   if (entry.isNearOnly) out += paragraph(std::string(context.texts.text("warning.near")), context);
   out += paragraph(entry.area, context);
-  if (entry.message != entry.title) out += paragraph(entry.message, context);
+  if (entry.message != entry.title && entry.message != entry.area) out += paragraph(entry.message, context);
   if (!entry.instruction.empty()) {
     out += paragraph(context.texts.format("warning.whatToDo", oneLine(entry.instruction, kLongestText)),
                      context);

@@ -87,6 +87,11 @@ bool warns(NWSAlert const& message) {
   return std::ranges::count(kSilentTypes, asciiLowered(trimmed(message.messageType))) == 0;
 }
 
+/// Refers to a message that stays as it is.
+bool acknowledges(NWSAlert const& message) {
+  return asciiLowered(trimmed(message.messageType)) == "ack";
+}
+
 std::optional<Instant> endOf(NWSAlert const& message) {
   return message.ends ? message.ends : message.expires;
 }
@@ -97,7 +102,7 @@ class Messages {
   Messages(std::vector<NWSAlert> const& list, EventRoots const& known) : list_(list), known_(known) {
     for (NWSAlert const& message : list) byId_.emplace(message.id, &message);
     for (NWSAlert const& message : list) {
-      if (isActual(message)) link(message);
+      if (isActual(message) && !acknowledges(message)) link(message);
     }
     for (auto const& [message, older] : follows_) {
       bool const isMutual = follows_.contains({older, message});

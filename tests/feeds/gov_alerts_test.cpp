@@ -120,6 +120,43 @@ TEST(LiveEvents, TellAnEventOnceByItsNewestMessage) {
   }
 }
 
+/// Whatever a message says of itself, beside one that holds: what is shown of the two.
+TEST(LiveEvents, FollowTheProtocolInEveryCombination) {
+  struct Status {
+    std::string word;
+    bool isMeant;
+  };
+  struct Type {
+    std::string word;
+    bool warns, replaces;
+  };
+  struct Reference {
+    std::string identifier;
+    bool isListed;
+  };
+  for (Status const& status : {Status{"Actual", true}, Status{"", true}, Status{"Exercise", false},
+                               Status{"System", false}, Status{"Test", false}, Status{"Draft", false}}) {
+    for (Type const& type :
+         {Type{"Alert", true, true}, Type{"Update", true, true}, Type{"", true, true},
+          Type{"Cancel", false, true}, Type{"Error", false, true}, Type{"Ack", false, false}}) {
+      for (Reference const& reference : {Reference{"", false}, {"unknown", false}, {"first", true}}) {
+        for (auto const left : {-1ms, 0ms, 1ms}) {
+          NWSAlert second = update("second", {}, "second");
+          if (!reference.identifier.empty()) second.references = {{reference.identifier, kNow - 1h}};
+          second.status = status.word;
+          second.messageType = type.word;
+          second.expires = kNow + left;
+          std::vector<std::string> expected;
+          if (!(status.isMeant && type.replaces && reference.isListed)) expected.emplace_back("first");
+          if (status.isMeant && type.warns && left > 0ms) expected.emplace_back("second");
+          EXPECT_EQ(headlines(liveEvents({message("first", "first"), second}, kNow)), expected)
+              << status.word << " " << type.word << " " << reference.identifier << " " << left.count();
+        }
+      }
+    }
+  }
+}
+
 TEST(LiveEvents, KeepTheirIdentifierThroughUpdates) {
   NWSReference const a{"a", kNow - 3h};
   NWSReference const b{"b", kNow - 2h};
