@@ -138,6 +138,15 @@ TEST_F(RulesCommand, TestsOnTheFeedOfEarthquakes) {
   EXPECT_NE(tested.out.find(R"("outcome":"doesNotHold")"), std::string::npos) << tested.out;
 }
 
+TEST_F(RulesCommand, TestsOnTheForecastOfFineDust) {
+  ASSERT_EQ(run({"places", "add", "52.52,13.41", "--name", "Berlin"}).exitCode, 0);
+  std::string const id = idOf(rules(
+      {"add", "--title", "T", "--type", "airQuality", "--threshold", "0", "--lookahead", "6", "--json"}));
+  CliRun const tested = rules({"test", id, "--json"});
+  EXPECT_EQ(tested.exitCode, 0) << tested.err;
+  EXPECT_NE(tested.out.find(R"("outcome":"holds")"), std::string::npos) << tested.out;
+}
+
 struct ErrorRow {
   std::vector<std::string> arguments;
   int code;

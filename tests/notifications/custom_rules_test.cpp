@@ -420,7 +420,7 @@ TEST(CustomRuleEvaluation, FeelsEarthquakesWithinTheRadius) {
   far.magnitude = 7;
   far.latitude = 45;
   RuleInputs inputs = test::ruleInputs(at(kNow));
-  inputs.earthquakes = FeedReading<std::vector<EarthquakeEvent>>::of({far, near});
+  inputs.earthquakes = InputReading<std::vector<EarthquakeEvent>>::of({far, near});
   RuleSettings settings;
   auto const holds = [&](Operator comparison, double threshold) {
     return evaluateCustomRule(ruleOf(Type::earthquake, comparison, threshold), inputs, settings, true)

@@ -335,7 +335,7 @@ std::string bodyOf(EvaluateRule rule, RuleInputs const& inputs) {
 RuleInputs auroraInputs(double latitude, std::optional<double> kp) {
   RuleInputs inputs = test::ruleInputs(at(kWinterEvening), cloudy(0));
   inputs.place.coordinate = {latitude, 10};
-  if (kp) inputs.kp = FeedReading<double>::of(*kp);
+  if (kp) inputs.kp = InputReading<double>::of(*kp);
   return inputs;
 }
 
@@ -428,11 +428,11 @@ TEST(SkyRules, WarnOfDangerOutdoors) {
   later.title = "Wind Warning";
   later.onset = at("2026-06-15T16:00:00Z");
   RuleInputs inputs = test::ruleInputs(at(kForenoon));
-  inputs.govAlerts = FeedReading<std::vector<WeatherAlert>>::of({over, later});
+  inputs.govAlerts = InputReading<std::vector<WeatherAlert>>::of({over, later});
   EXPECT_TRUE(
       bodyOf(outdoorWindow, inputs).starts_with("⚠️ Wind Warning in effect — may be unsafe outdoors. Ideal"))
       << bodyOf(outdoorWindow, inputs);
-  inputs.govAlerts = FeedReading<std::vector<WeatherAlert>>::of({over});
+  inputs.govAlerts = InputReading<std::vector<WeatherAlert>>::of({over});
   EXPECT_TRUE(bodyOf(outdoorWindow, inputs).starts_with("Ideal"));
 }
 
