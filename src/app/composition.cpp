@@ -54,6 +54,10 @@ Composition::Composition(Settings const& settings, Clock const& clock, Options c
           http_, clock, services_,
           {contactOf(configuration_), options.cacheDirectory, options.dataDirectory, options.wording.texts}) {
   providers_.setPreferredProvider(options.preferredProvider);
+  ServiceAddress const model = services_.address(Service::languageModel);
+  if (model.baseUrl.empty()) return;
+  languageModel_.emplace(
+      http_, ChatLanguageModel::Options{model.baseUrl, settings.text("languageModelName"), model.apiKey});
 }
 
 WeatherProviderManager::Providers Composition::clients() {

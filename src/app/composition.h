@@ -3,6 +3,7 @@
 // there are.
 #pragma once
 
+#include "app/chat_language_model.h"
 #include "app/environment.h"
 #include "app/feed_services.h"
 #include "app/forecast_service.h"
@@ -19,6 +20,7 @@
 #include "providers/wttr_client.h"
 #include "providers/yr_no_client.h"
 
+#include <optional>
 #include <string>
 
 namespace nimbara {
@@ -44,6 +46,8 @@ class Composition {
   ForecastService& forecasts() { return forecasts_; }
   bool isAppleWeatherConfigured() const { return appleWeather_.isConfigured(); }
   FeedServices& feeds() { return feeds_; }
+  /// Null unless the user has named an address.
+  LanguageModel* languageModel() { return languageModel_ ? &*languageModel_ : nullptr; }
 
  private:
   WeatherProviderManager::Providers clients();
@@ -60,6 +64,7 @@ class Composition {
   WeatherProviderManager providers_;
   ForecastService forecasts_;
   FeedServices feeds_;
+  std::optional<ChatLanguageModel> languageModel_;
 };
 
 }  // namespace nimbara

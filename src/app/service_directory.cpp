@@ -51,7 +51,9 @@ ServiceAddress ServiceDirectory::address(Service service) const {
     if (found->second.host) address.baseUrl = normalizedBase(*found->second.host).value_or(address.baseUrl);
     address.apiKey = found->second.apiKey.value_or("");
   }
-  if (!servicesBase_.empty()) address.baseUrl = servicesBase_;
+  // The model runs on the user's own machine: nothing stands in for it.
+  bool const isOutside = service != Service::languageModel;
+  if (isOutside && !servicesBase_.empty()) address.baseUrl = servicesBase_;
   return address;
 }
 

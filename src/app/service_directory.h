@@ -29,15 +29,16 @@ enum class Service {
   nhcMaps,
   firms,
   travelAdvisories,
-  lightning  ///< has no address unless the user names one
+  lightning,  ///< this and the next have no address unless the user names one
+  languageModel
 };
 
 template <>
 inline constexpr auto enumNames<Service> = std::to_array<std::string_view>(
     {"openMeteo", "openMeteoGeocoding", "appleWeather", "yrNo", "wttrIn", "nws", "swpc", "usgs", "celestrak",
      "feedServer", "meteoAlarm", "meteoAlarmRegions", "airQuality", "nhc", "nhcMaps", "firms",
-     "travelAdvisories", "lightning"});
-static_assert(enumNamesComplete(Service::lightning));
+     "travelAdvisories", "lightning", "languageModel"});
+static_assert(enumNamesComplete(Service::languageModel));
 
 /// An http or https address without the slash at its end; nothing for other texts.
 std::optional<std::string> normalizedBase(std::string_view address);

@@ -80,7 +80,7 @@ class Watch {
                surroundings()),
         center_(desktopNotificationCenter({session.environment.program, {}, {}})),
         manager_({*session.store, *center_, *clock_, context_.texts(),
-                  session.environment.dataDirectory / "notifications.lock"}),
+                  session.environment.dataDirectory / "notifications.lock", context_.app().languageModel()}),
         inputs_(context_.app().feeds(), *clock_, inputOptions()),
         notifier_(manager_, inputs_, *session.store, *clock_, pool_, notifierSurroundings()) {
     center_->setListener([this](NotificationResponse const& response) { answer(response); });

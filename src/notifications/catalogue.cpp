@@ -160,6 +160,7 @@ constexpr Rule kCatalogue[] = {
      .inputs = {hourly},
      .sound = "morning_summary.caf",
      .evaluate = &morningSummary,
+     .summary = SummaryKind::morning,
      .hourSetting = "notify_morningHour"},
     {.stem = "evening_summary",
      .setting = "notify_eveningSummary",
@@ -167,6 +168,7 @@ constexpr Rule kCatalogue[] = {
      .inputs = {hourly},
      .sound = "evening_summary.caf",
      .evaluate = &eveningSummary,
+     .summary = SummaryKind::evening,
      .hourSetting = "notify_eveningHour"},
 
     // The sky and nature: off until wanted, told once a day when they become true.

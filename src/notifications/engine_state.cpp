@@ -10,6 +10,7 @@ namespace nimbara {
 template Result<std::vector<std::string>, DecodeError> decodeJson(std::string_view);
 template Result<EngineState::Instants, DecodeError> decodeJson(std::string_view);
 template Result<std::map<std::string, ShownEvent, std::less<>>, DecodeError> decodeJson(std::string_view);
+template Result<std::map<std::string, std::string, std::less<>>, DecodeError> decodeJson(std::string_view);
 template Result<std::vector<ScheduledNotification>, DecodeError> decodeJson(std::string_view);
 template Result<std::vector<LoggedNotification>, DecodeError> decodeJson(std::string_view);
 
@@ -22,6 +23,7 @@ constexpr std::string_view kLastTold = "notif_lastToldAt";
 constexpr std::string_view kShown = "notif_shown";
 constexpr std::string_view kScheduled = "notif_scheduled";
 constexpr std::string_view kFirstChecked = "notif_firstCheckedAt";
+constexpr std::string_view kSummaries = "notif_aiSummaryCache";
 constexpr std::string_view kLog = "notif_log";
 
 constexpr std::size_t kMostLogLines = 500;
@@ -79,6 +81,7 @@ Result<EngineState, StoreError> engineStateOf(SettingValues const& stored) {
   state.lastToldAt = reader.read<EngineState::Instants>(kLastTold);
   state.shown = reader.read<std::map<std::string, ShownEvent, std::less<>>>(kShown);
   state.scheduled = reader.read<std::vector<ScheduledNotification>>(kScheduled);
+  state.aiSummaryCache = reader.read<std::map<std::string, std::string, std::less<>>>(kSummaries);
   state.firstCheckedAt = reader.read<EngineState::Instants>(kFirstChecked);
   if (reader.error()) return std::unexpected(*reader.error());
   return state;
@@ -95,6 +98,7 @@ StoreChanges changesOf(EngineState const& state) {
   put(kLastTold, encodeJson(state.lastToldAt));
   put(kShown, encodeJson(state.shown));
   put(kScheduled, encodeJson(state.scheduled));
+  put(kSummaries, encodeJson(state.aiSummaryCache));
   put(kFirstChecked, encodeJson(state.firstCheckedAt));
   return changes;
 }

@@ -84,6 +84,7 @@ struct EngineState {
   Instants lastToldAt;    ///< of daily notifications
   std::map<std::string, ShownEvent, std::less<>> shown;
   std::vector<ScheduledNotification> scheduled;
+  std::map<std::string, std::string, std::less<>> aiSummaryCache;  ///< by summary and day
   Instants firstCheckedAt;  ///< by the stem of a rule: when it was first evaluated
 
   bool operator==(EngineState const&) const = default;

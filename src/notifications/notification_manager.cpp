@@ -39,8 +39,12 @@ LoggedNotification lineOf(Decision const& decision, Instant now) {
 /// What one pass works with. The caller holds the turn and, where there is one, the lock.
 class NotificationManager::Pass {
  public:
-  Pass(NotificationManager& manager, std::uint64_t token)
-      : manager_(manager), around_(manager.around_), token_(token), now_(manager.around_.clock.now()) {
+  Pass(NotificationManager& manager, std::uint64_t token, std::stop_token const& stop = {})
+      : manager_(manager),
+        around_(manager.around_),
+        token_(token),
+        stop_(stop),
+        now_(manager.around_.clock.now()) {
     load();
   }
 
@@ -53,6 +57,7 @@ class NotificationManager::Pass {
     report_.plan = std::move(plan);
     for (Decision& decision : report_.plan.decisions) {
       if (!isDelivery(decision.outcome)) {
+        if (decision.outcome == scheduled && !decision.prompt.empty()) reword(decision);
         apply(decision, now_, state_);
         continue;
       }
@@ -120,6 +125,23 @@ class NotificationManager::Pass {
     manager_.kinds_[decision.request.identifier] = decision.kind;
   }
 
+  /// One wording for a summary and day; the template stays where the model has nothing fit to show.
+  void reword(Decision& decision) {
+    if (around_.languageModel == nullptr || !isNewest()) return;
+    ScheduledNotification& entry = *decision.scheduled;
+    std::string const key = entry.identifier + " " + formatIso8601(entry.due);
+    if (!state_.aiSummaryCache.contains(key)) {
+      auto const reply = around_.languageModel->reply(decision.prompt, stop_);
+      if (!reply) report_.problems.push_back(reply.error());
+      auto const wording = reply ? cleanedSummary(*reply) : std::nullopt;
+      if (!wording) return;
+      std::erase_if(state_.aiSummaryCache,
+                    [&](auto const& old) { return old.first.starts_with(entry.identifier); });
+      state_.aiSummaryCache[key] = *wording;
+    }
+    entry.body = decision.request.body = state_.aiSummaryCache[key];
+  }
+
   Result<void, DeliveryError> handOver(Decision const& decision) {
     switch (decision.outcome) {
       case updated:
@@ -164,6 +186,7 @@ class NotificationManager::Pass {
   NotificationManager& manager_;
   Surroundings& around_;
   std::uint64_t token_;
+  std::stop_token stop_;
   Instant now_;
   EngineState state_;
   bool canRemember_ = true;
@@ -205,7 +228,7 @@ PassReport NotificationManager::evaluate(GatherInputs const& gather, std::stop_t
 
   FileLock const lock(around_.lockFile);
   if (!around_.lockFile.empty() && !lock.isHeld()) return ended(PassReport::End::busy);
-  Pass pass(*this, token);
+  Pass pass(*this, token, stop);
   if (settings.problem) pass.report().problems.push_back(settings.problem->message);
   EngineState::Strings suppressed;
   {

@@ -5,6 +5,7 @@
 
 #include "notifications/pass_plan.h"
 #include "platform/clock.h"
+#include "platform/language_model.h"
 
 #include <atomic>
 #include <filesystem>
@@ -49,7 +50,8 @@ class NotificationManager {
     NotificationCenter& center;
     Clock const& clock;
     Texts const& texts;
-    std::filesystem::path lockFile;  ///< shared by the processes of the user; empty: none
+    std::filesystem::path lockFile;          ///< shared by the processes of the user; empty: none
+    LanguageModel* languageModel = nullptr;  ///< words the summaries where the user wants it
   };
 
   explicit NotificationManager(Surroundings surroundings);

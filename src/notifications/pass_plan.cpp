@@ -285,6 +285,10 @@ class Planner {
     Decision decision = draft(rule, event);
     NotificationRequest const& request = decision.request;
     decision.outcome = isMuted(rule, event.finding) ? muted : scheduled;
+    if (rule.summary && values_.generatedSummaries) {
+      bool const isAhead = !inputs.calendar.isSameDay(context_.now, due);
+      decision.prompt = summaryPrompt(then, *rule.summary, isAhead);
+    }
     decision.scheduled =
         ScheduledNotification{request.identifier, request.title, request.body, request.sound, hour, 0, due};
     plan_.decisions.push_back(std::move(decision));

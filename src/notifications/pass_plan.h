@@ -64,6 +64,7 @@ struct Decision {
   std::string note;                                ///< the evaluation's, or a feed's problem
   std::optional<Instant> since;                    ///< when it was told, or last seen
   std::optional<ScheduledNotification> scheduled;  ///< of a scheduled one
+  std::string prompt;                              ///< for a language model that may word it; else empty
 };
 
 /// A rule that is no row of the catalogue, already evaluated: one of the user's own.

@@ -5,6 +5,7 @@
 
 #include "base/enum_names.h"
 #include "model/weather_alert.h"
+#include "notifications/generated_summary.h"
 #include "notifications/rule_inputs.h"
 #include "notifications/rule_settings.h"
 
@@ -85,6 +86,7 @@ struct Rule {
   RuleReach reach = RuleReach::selectedPlace;
   std::chrono::minutes minimumGap{0};  ///< of a condition: absence shorter than this is flicker
   bool followsEvents = false;          ///< updates and ends of what was told reach the desktop
+  std::optional<SummaryKind> summary = std::nullopt;  ///< a language model may word it
   /// Of a daily rule that is scheduled: the key of its hour.
   std::string_view hourSetting = {};  // NOLINT(readability-redundant-member-init): rows leave it out
 };

@@ -92,6 +92,9 @@ constexpr SettingDefinition kTable[] = {
      .maximum = 1000},
     {"notify_sounds", true, "Each kind of notification has its own sound"},
 
+    {"appleIntelligence", false, "A language model on your own machine words the daily summaries"},
+    {"languageModelName", "", "What its server calls the model"},
+
     {"notify_everyPlace", true, "Tell dangers for all saved places, not only for the selected one"},
     {"notify_quietHours", false, "Nothing rings in the quiet hours"},
     hourOf("notify_quietFrom", 22, "First quiet hour"),
@@ -176,6 +179,7 @@ RuleSettings RuleSettings::of(Settings const& settings) {
   values.earthquakeMagnitude = settings.real("notify_earthquakeMagnitude");
   values.lightningRadiusKm = std::min(whole("notify_lightningRadius"), kMostLightningRadiusKm);
   values.sounds = settings.boolean("notify_sounds");
+  values.generatedSummaries = settings.boolean("appleIntelligence");
   values.everyPlace = settings.boolean("notify_everyPlace");
   values.quiet = quietHoursOf(settings);
   values.mutedKinds = listed(settings.text("notify_mutedKinds"));

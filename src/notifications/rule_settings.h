@@ -51,7 +51,8 @@ struct RuleSettings {
   double earthquakeMagnitude = 4;
   double lightningRadiusKm = 20;  ///< never above 50
   bool sounds = true;
-  bool everyPlace = true;  ///< danger is told for each saved place
+  bool generatedSummaries = false;  ///< a language model may word the daily summaries
+  bool everyPlace = true;           ///< danger is told for each saved place
   QuietHours quiet;
   std::vector<std::string> mutedKinds;
   std::optional<Instant> snoozedUntil;

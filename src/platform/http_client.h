@@ -23,6 +23,7 @@ struct HttpRequest {
   HttpHeaders headers;  ///< beside User-Agent and Accept-Encoding, which the client sets
   std::chrono::milliseconds timeout{15'000};        ///< for the whole exchange, redirects included
   std::size_t maxBodyBytes = std::size_t{4} << 20;  ///< after decompression
+  std::optional<std::string> body = std::nullopt;   ///< with one the request is a POST of it
 
   bool operator==(HttpRequest const&) const = default;
 };
@@ -62,7 +63,8 @@ static_assert(enumNamesComplete(HttpError::Kind::protocol));
 class HttpClient {
  public:
   virtual ~HttpClient() = default;
-  /// A GET. Blocks until the answer is whole, an error is known or `stop` is asked for. Any thread may call.
+  /// A GET, or a POST of the request's body. Blocks until the answer is whole, an error is known or `stop` is
+  /// asked for. Any thread may call.
   virtual Result<HttpResponse, HttpError> get(HttpRequest const& request, std::stop_token stop = {}) = 0;
 };
 

@@ -216,6 +216,9 @@ void CurlHttpClient::Session::setOptions(HttpRequest const& request, curl_slist*
   curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(request.maxBodyBytes));
   curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &receiveBody);
   curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &receiveHeader);
+  if (!request.body) return;
+  curl_easy_setopt(easy, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(request.body->size()));
+  curl_easy_setopt(easy, CURLOPT_POSTFIELDS, request.body->data());
 }
 
 std::optional<CURLcode> CurlHttpClient::Session::outcome() {
