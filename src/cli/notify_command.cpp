@@ -1,5 +1,6 @@
 #include "app/notification_inputs.h"
 #include "app/places.h"
+#include "app/stand_in_store.h"
 #include "cli/cli.h"
 #include "cli/notification_page.h"
 #include "cli/run_context.h"

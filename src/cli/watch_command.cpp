@@ -3,6 +3,7 @@
 #include "app/place_resolver.h"
 #include "app/places.h"
 #include "app/scheduler.h"
+#include "app/stand_in_store.h"
 #include "base/text.h"
 #include "cli/cli.h"
 #include "cli/run_context.h"
@@ -79,7 +80,8 @@ class Watch {
         state_(context_.app().forecasts(), context_.app().providers(), context_.app().cache(), *clock_, pool_,
                surroundings()),
         center_(desktopNotificationCenter({session.environment.program, {}, {}})),
-        manager_({*session.store, *center_, *clock_, context_.texts(),
+        standIn_(*session.store),
+        manager_({remembered(), *center_, *clock_, context_.texts(),
                   session.environment.dataDirectory / "notifications.lock", context_.app().languageModel()}),
         inputs_(context_.app().feeds(), *clock_, inputOptions()),
         notifier_(manager_, inputs_, *session.store, *clock_, pool_, notifierSurroundings()) {
@@ -108,6 +110,8 @@ class Watch {
     if (common.now) return std::make_unique<ShiftedClock>(*common.now);
     return std::make_unique<SystemClock>();
   }
+
+  SettingsStore& remembered() { return context_.servicesBase().empty() ? *session_.store : standIn_; }
 
   AppState::Surroundings surroundings() {
     AppState::Surroundings all;
@@ -207,6 +211,7 @@ class Watch {
   ThreadPool pool_;
   AppState state_;
   std::unique_ptr<NotificationCenter> center_;
+  StandInStore standIn_;
   NotificationManager manager_;
   NotificationInputs inputs_;
   Notifier notifier_;

@@ -51,14 +51,17 @@ TEST(ServiceDirectory, KnowsHostsConfigurationAndStandIn) {
   EXPECT_EQ(standIn.address(Service::openMeteo).baseUrl, "http://127.0.0.1:8080");
 }
 
-TEST(ServiceDirectory, KnowsAnAddressOfEveryServiceButLightning) {
+TEST(ServiceDirectory, KnowsAnAddressOfEveryServiceButTheUsersOwn) {
   ServiceDirectory const own({}, "");
   for (std::size_t i = 0; i < enumNames<Service>.size(); ++i) {
     auto const service = static_cast<Service>(i);
     std::string const base = own.address(service).baseUrl;
-    EXPECT_EQ(base.empty(), service == Service::lightning) << enumName(service);
+    bool const isTheUsersOwn = service == Service::lightning || service == Service::languageModel;
+    EXPECT_EQ(base.empty(), isTheUsersOwn) << enumName(service);
     EXPECT_EQ(normalizedBase(base).value_or(""), base);
   }
+  EXPECT_EQ(ServiceDirectory({}, "http://127.0.0.1:1").address(Service::languageModel).baseUrl, "")
+      << "it runs on the user's own machine";
   EXPECT_EQ(ServiceDirectory({}, "http://127.0.0.1:1").address(Service::lightning).baseUrl,
             "http://127.0.0.1:1");
 }

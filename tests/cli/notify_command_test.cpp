@@ -1,0 +1,89 @@
+#include "base/json.h"
+#include "support/demo_session.h"
+
+#include <gmock/gmock.h>
+
+namespace nimbara {
+namespace {
+
+using testing::ContainsRegex;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+struct NotifyCommandTest : test::DemoSession {
+  NotifyCommandTest() {
+    EXPECT_EQ(run({"settings", "set", "notify_morningSummary", "true"}).exitCode, 0);
+    EXPECT_EQ(run({"places", "add", "52.52,13.41", "--name", "Berlin"}).exitCode, 0);
+  }
+};
+
+TEST_F(NotifyCommandTest, ADryRunTellsAndRemembersNothing) {
+  auto const first = run({"notify", "--dry-run", "--json"});
+  EXPECT_EQ(first.exitCode, 0) << first.err;
+  EXPECT_THAT(first.out,
+              HasSubstr(R"({"identifier":"morning_summary","title":"Good Morning","body":"Berlin — )"));
+  EXPECT_THAT(first.out, HasSubstr(R"("sound":"morning_summary.caf","trigger":{"hour":7,"minute":0})"));
+  EXPECT_EQ(run({"notify", "--dry-run", "--json"}).out, first.out);
+}
+
+TEST_F(NotifyCommandTest, WhatWasToldIsNotToldAgain) {
+  ASSERT_EQ(run({"settings", "set", "notify_highWindThreshold", "1"}).exitCode, 0);
+  ASSERT_EQ(run({"settings", "set", "notify_highWind", "true"}).exitCode, 0);
+  auto const first = run({"notify", "--deliver", "print", "--json"});
+  EXPECT_EQ(first.exitCode, 0) << first.err;
+  EXPECT_THAT(first.out, HasSubstr(R"("identifier":"high_wind")"));
+  EXPECT_THAT(first.out, HasSubstr(R"("trigger":"immediate")"));
+  auto const second = run({"notify", "--deliver", "print", "--json"});
+  EXPECT_EQ(second.exitCode, 0) << second.err;
+  EXPECT_THAT(second.out, Not(HasSubstr("high_wind")));
+  EXPECT_THAT(second.out, HasSubstr("morning_summary")) << "the schedule is renewed each time";
+}
+
+TEST_F(NotifyCommandTest, ExplainsEveryRule) {
+  auto const text = run({"notify", "--explain"});
+  EXPECT_EQ(text.exitCode, 0) << text.err;
+  EXPECT_THAT(text.out, ContainsRegex("rain_start +switched off"));
+  EXPECT_THAT(text.out,
+              ContainsRegex("rain +Berlin: nothing to tell; likely rain in an hour [0-9.]+ mm, needs at "
+                            "least 4 mm"));
+  EXPECT_THAT(text.out, ContainsRegex("morning_summary +Berlin: scheduled"));
+  auto const json = run({"notify", "--explain", "--json"});
+  EXPECT_THAT(json.out,
+              HasSubstr(R"({"rule":"rain","setting":"notify_rain","identifier":"rain",)"
+                        R"("outcome":"conditionFalse","place":"Berlin","measured":[{"what":"hourlyRain",)"));
+}
+
+TEST_F(NotifyCommandTest, NoDesktopIsAFailureThatForgetsNothing) {
+  auto const denied = run({"notify", "--json"});
+  EXPECT_EQ(denied.exitCode, 1);
+  EXPECT_THAT(denied.err, HasSubstr("the desktop shows no notifications"));
+  EXPECT_THAT(run({"notify", "--dry-run", "--json"}).out, HasSubstr("morning_summary"));
+}
+
+TEST_F(NotifyCommandTest, NamesTheOffendingWord) {
+  auto const wrong = run({"notify", "--deliver", "pigeon"});
+  EXPECT_EQ(wrong.exitCode, 2);
+  EXPECT_THAT(wrong.err, HasSubstr("pigeon"));
+}
+
+TEST_F(NotifyCommandTest, NoNetworkSilencesWhatNeedsIt) {
+  base = "http://127.0.0.1:9";
+  auto const offline = run({"notify", "--dry-run", "--json"});
+  EXPECT_EQ(offline.exitCode, 1);
+  EXPECT_EQ(offline.out, "[]\n");
+  EXPECT_THAT(offline.err, StartsWith("nimbara: "));
+}
+
+TEST_F(NotifyCommandTest, StandInsLeaveTheUsersOwnMemoryAlone) {
+  ASSERT_EQ(run({"notify", "--deliver", "print"}).exitCode, 0);
+  auto const store = environment().dataDirectory / "nimbara.db";
+  EXPECT_TRUE(exists(store));
+  // Without stand-ins nothing is known of what they told.
+  auto const real = test::run({"notify", "--explain", "--json", "--now", kMoment}, environment());
+  EXPECT_THAT(real.out, Not(HasSubstr("alreadyDelivered")));
+  EXPECT_THAT(real.out, Not(HasSubstr("stillActive")));
+}
+
+}  // namespace
+}  // namespace nimbara
