@@ -56,6 +56,7 @@ Evaluation evaluationOf(CustomNotification const& rule, RuleInputs const& inputs
   finding.title = rule.title;
   finding.body = customRuleBody(rule, found, inputs);
   finding.sound = kindOf(rule.conditionType).sound;
+  finding.kind = rule.identifier();
   return {{std::move(finding)}, {}, {}};
 }
 

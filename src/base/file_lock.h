@@ -15,6 +15,8 @@ class FileLock {
   FileLock& operator=(FileLock const&) = delete;
 
   bool isHeld() const { return isHeld_; }
+  /// Somebody else has it; not so where no lock file can be made.
+  bool isTaken() const { return descriptor_ >= 0 && !isHeld_; }
 
  private:
   int descriptor_ = -1;

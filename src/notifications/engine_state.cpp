@@ -103,6 +103,27 @@ StoreChanges changesOf(EngineState const& state) {
   return changes;
 }
 
+namespace {
+
+void adoptLater(EngineState::Instants& into, EngineState::Instants const& known) {
+  for (auto const& [key, instant] : known) {
+    Instant& kept = into.try_emplace(key, instant).first->second;
+    kept = std::max(kept, instant);
+  }
+}
+
+}  // namespace
+
+EngineState merged(EngineState stored, EngineState const& known) {
+  stored.deliveredIDs.insert(known.deliveredIDs.begin(), known.deliveredIDs.end());
+  stored.activeConditionIDs.insert(known.activeConditionIDs.begin(), known.activeConditionIDs.end());
+  adoptLater(stored.lastActiveAt, known.lastActiveAt);
+  adoptLater(stored.lastToldAt, known.lastToldAt);
+  for (auto const& [key, shown] : known.shown) stored.shown.insert_or_assign(key, shown);
+  stored.firstCheckedAt.insert(known.firstCheckedAt.begin(), known.firstCheckedAt.end());
+  return stored;
+}
+
 std::vector<LoggedNotification> notificationLogOf(SettingValues const& stored) {
   std::string const* const text = textAt(stored, kLog);
   if (text == nullptr) return {};

@@ -43,6 +43,8 @@ struct ScheduledNotification {
   int hour = 0;  ///< of the place
   int minute = 0;
   Instant due;
+  std::string place;     ///< its name
+  std::string placeTag;  ///< its key
 
   bool operator==(ScheduledNotification const&) const = default;
 };
@@ -55,7 +57,9 @@ inline constexpr auto jsonFields<ScheduledNotification> =
                field("sound", &ScheduledNotification::sound),
                field("hour", &ScheduledNotification::hour),
                field("minute", &ScheduledNotification::minute),
-               field("due", &ScheduledNotification::due)};
+               field("due", &ScheduledNotification::due),
+               fieldOr("place", &ScheduledNotification::place),
+               fieldOr("placeTag", &ScheduledNotification::placeTag)};
 
 /// A line of the log of what was told and what was held back.
 struct LoggedNotification {
@@ -94,6 +98,9 @@ struct EngineState {
 Result<EngineState, StoreError> engineStateOf(SettingValues const& stored);
 /// What to write so that the store has `state`.
 StoreChanges changesOf(EngineState const& state);
+
+/// What the store has, and what this process told while it could not write there.
+EngineState merged(EngineState stored, EngineState const& known);
 
 /// The log, newest last; an unreadable one is empty.
 std::vector<LoggedNotification> notificationLogOf(SettingValues const& stored);

@@ -4,6 +4,8 @@
 #include "notifications/catalogue.h"
 
 #include <algorithm>
+#include <iterator>
+#include <ranges>
 
 namespace nimbara {
 
@@ -11,23 +13,7 @@ namespace {
 
 using enum RuleOutcome;
 
-/// A daily notification that was missed, as in a machine asleep, is told until so long after its hour.
-constexpr std::chrono::hours kDailyGrace{3};
 constexpr std::chrono::hours kSnooze{1};
-
-/// The row of the catalogue of a daily notification that was scheduled.
-Decision decisionOf(ScheduledNotification const& entry) {
-  Decision decision;
-  decision.outcome = announced;
-  decision.rule = ruleOf(entry.identifier);
-  decision.key = entry.identifier;
-  decision.request.identifier = entry.identifier;
-  decision.request.title = entry.title;
-  decision.request.body = entry.body;
-  decision.request.sound = entry.sound;
-  decision.request.category = "weather";
-  return decision;
-}
 
 LoggedNotification lineOf(Decision const& decision, Instant now) {
   return {now, decision.request.identifier, decision.request.title, std::string(enumName(decision.outcome)),
@@ -39,21 +25,25 @@ LoggedNotification lineOf(Decision const& decision, Instant now) {
 /// What one pass works with. The caller holds the turn and, where there is one, the lock.
 class NotificationManager::Pass {
  public:
-  Pass(NotificationManager& manager, std::uint64_t token, std::stop_token const& stop = {})
+  using IsOver = std::function<bool()>;
+
+  /// Once `isOver` says so, nothing more is delivered.
+  Pass(NotificationManager& manager, IsOver isOver, std::stop_token const& stop = {})
       : manager_(manager),
         around_(manager.around_),
-        token_(token),
+        isOver_(std::move(isOver)),
         stop_(stop),
-        now_(manager.around_.clock.now()) {
+        now_(around_.clock.now()) {
     load();
   }
 
-  bool isNewest() const { return manager_.evaluationTailToken_ == token_; }
+  Instant now() const { return now_; }
   EngineState const& state() const { return state_; }
   PassReport& report() { return report_; }
 
   /// Carries out everything, in order.
   void run(PassPlan plan) {
+    auto told = std::move(report_.plan.decisions);
     report_.plan = std::move(plan);
     for (Decision& decision : report_.plan.decisions) {
       if (!isDelivery(decision.outcome)) {
@@ -61,7 +51,7 @@ class NotificationManager::Pass {
         apply(decision, now_, state_);
         continue;
       }
-      if (!isNewest()) {
+      if (isOver_()) {
         report_.end = PassReport::End::superseded;
         break;
       }
@@ -69,44 +59,48 @@ class NotificationManager::Pass {
     }
     if (report_.end == PassReport::End::completed) applyChecks(report_.plan, now_, state_);
     finish();
+    auto& decisions = report_.plan.decisions;
+    decisions.insert(decisions.begin(), std::make_move_iterator(told.begin()),
+                     std::make_move_iterator(told.end()));
   }
 
   /// Tells what is due of the schedule and forgets what was missed for too long.
-  void tellScheduled() {
-    std::vector<ScheduledNotification> due;
-    std::erase_if(state_.scheduled, [&](ScheduledNotification const& entry) {
-      bool const isDue = entry.due <= now_;
-      if (isDue && now_ - entry.due <= kDailyGrace) due.push_back(entry);
-      return isDue;
-    });
-    for (ScheduledNotification const& entry : due) {
-      Decision decision = decisionOf(entry);
-      if (decision.rule == nullptr) continue;
-      deliver(decision);
-      if (decision.outcome == refused) state_.scheduled.push_back(entry);
-      report_.plan.decisions.push_back(std::move(decision));
+  void tellScheduled(Settings const& settings) {
+    DuePlan plan = planDue(now_, settings, around_.texts, manager_.suppressedTags(), state_);
+    forgetMissed(plan, state_);
+    for (DuePlan::Entry& entry : plan.entries) {
+      if (isDelivery(entry.decision.outcome)) deliver(entry.decision);
+      report_.plan.decisions.push_back(std::move(entry.decision));
     }
   }
 
+  static void forgetMissed(DuePlan const& plan, EngineState& state) {
+    std::erase_if(state.scheduled, [&](ScheduledNotification const& entry) {
+      return std::ranges::count(plan.missed, entry.identifier) > 0;
+    });
+  }
+
   void finish() {
-    save();
+    bool const isKept = save();
     std::lock_guard const lock(manager_.mutex_);
     manager_.lastKnown_ = state_;
+    manager_.isAhead_ = !isKept;
   }
 
  private:
   void load() {
     auto stored = around_.store.read(StoreArea::state);
     auto state = stored ? engineStateOf(*stored) : std::unexpected(stored.error());
+    std::lock_guard const lock(manager_.mutex_);
+    EngineState const& known = manager_.lastKnown_;
     if (state) {
-      state_ = std::move(*state);
+      state_ = manager_.isAhead_ ? merged(std::move(*state), known) : std::move(*state);
       return;
     }
     // Without the memory of other runs only what cannot wait is told.
     canRemember_ = false;
     report_.problems.push_back(state.error().message);
-    std::lock_guard const lock(manager_.mutex_);
-    state_ = manager_.lastKnown_;
+    state_ = known;
   }
 
   /// Remembered first and told then: a process that dies in between has told at most once.
@@ -127,7 +121,7 @@ class NotificationManager::Pass {
 
   /// One wording for a summary and day; the template stays where the model has nothing fit to show.
   void reword(Decision& decision) {
-    if (around_.languageModel == nullptr || !isNewest()) return;
+    if (around_.languageModel == nullptr || isOver_()) return;
     ScheduledNotification& entry = *decision.scheduled;
     std::string const key = entry.identifier + " " + formatIso8601(entry.due);
     if (!state_.aiSummaryCache.contains(key)) {
@@ -185,7 +179,7 @@ class NotificationManager::Pass {
 
   NotificationManager& manager_;
   Surroundings& around_;
-  std::uint64_t token_;
+  IsOver isOver_;
   std::stop_token stop_;
   Instant now_;
   EngineState state_;
@@ -227,17 +221,14 @@ PassReport NotificationManager::evaluate(GatherInputs const& gather, std::stop_t
   if (isSuperseded()) return ended(PassReport::End::superseded);
 
   FileLock const lock(around_.lockFile);
-  if (!around_.lockFile.empty() && !lock.isHeld()) return ended(PassReport::End::busy);
-  Pass pass(*this, token, stop);
+  if (lock.isTaken()) return ended(PassReport::End::busy);
+  Pass pass(*this, isSuperseded, stop);
   if (settings.problem) pass.report().problems.push_back(settings.problem->message);
-  EngineState::Strings suppressed;
-  {
-    std::lock_guard const guard(mutex_);
-    suppressed = suppressedLocationTags_;
-  }
-  pass.run(planPass(
-      {around_.clock.now(), inputs.places, inputs.foreign, settings.settings, around_.texts, suppressed},
-      pass.state()));
+  // First what was due before: the plan puts the next day's in its place.
+  pass.tellScheduled(settings.settings);
+  EngineState::Strings const suppressed = suppressedTags();
+  pass.run(planPass({pass.now(), inputs.places, inputs.foreign, settings.settings, around_.texts, suppressed},
+                    pass.state()));
   return std::move(pass.report());
 }
 
@@ -245,31 +236,52 @@ PassReport NotificationManager::preview(GatherInputs const& gather, std::stop_to
   auto const settings = around_.store.settings();
   PassInputs const inputs = gather(neededInputs(settings.settings), stop);
   std::lock_guard const guard(mutex_);
+  Instant const now = around_.clock.now();
+  EngineState state = lastKnown_;
+  DuePlan due = planDue(now, settings.settings, around_.texts, suppressedLocationTags_, state);
+  Pass::forgetMissed(due, state);
+  for (DuePlan::Entry const& entry : due.entries) apply(entry.decision, now, state);
   PassReport report;
-  report.plan = planPass({around_.clock.now(), inputs.places, inputs.foreign, settings.settings,
-                          around_.texts, suppressedLocationTags_},
-                         lastKnown_);
+  report.plan = planPass(
+      {now, inputs.places, inputs.foreign, settings.settings, around_.texts, suppressedLocationTags_}, state);
+  auto const told = due.entries | std::views::transform(&DuePlan::Entry::decision);
+  report.plan.decisions.insert(report.plan.decisions.begin(), told.begin(), told.end());
   return report;
 }
 
 PassReport NotificationManager::tellScheduled() {
   std::lock_guard const turn(evaluationTail_);
+  {
+    std::lock_guard const guard(mutex_);
+    lastLookAtSchedule_ = around_.clock.now();
+  }
   if (around_.center.authorizationStatus() != AuthorizationStatus::authorized) {
     return ended(PassReport::End::denied);
   }
   FileLock const lock(around_.lockFile);
-  if (!around_.lockFile.empty() && !lock.isHeld()) return ended(PassReport::End::busy);
-  Pass pass(*this, evaluationTailToken_);
-  pass.tellScheduled();
+  if (lock.isTaken()) return ended(PassReport::End::busy);
+  auto const settings = around_.store.settings();
+  Pass pass(*this, [] { return false; });
+  pass.tellScheduled(settings.settings);
   pass.finish();
   return std::move(pass.report());
 }
 
 std::optional<Instant> NotificationManager::nextScheduled() const {
   std::lock_guard const lock(mutex_);
-  auto const& scheduled = lastKnown_.scheduled;
-  if (scheduled.empty()) return std::nullopt;
-  return std::ranges::min(scheduled, {}, &ScheduledNotification::due).due;
+  // A clock that was set back makes the last look one of the future, which says nothing.
+  bool const hasLooked = lastLookAtSchedule_ && *lastLookAtSchedule_ <= around_.clock.now();
+  std::optional<Instant> next;
+  for (ScheduledNotification const& entry : lastKnown_.scheduled) {
+    if (hasLooked && entry.due <= *lastLookAtSchedule_) continue;
+    if (!next || entry.due < *next) next = entry.due;
+  }
+  return next;
+}
+
+EngineState::Strings NotificationManager::suppressedTags() const {
+  std::lock_guard const lock(mutex_);
+  return suppressedLocationTags_;
 }
 
 void NotificationManager::suppress(std::string const& locationTag) {
@@ -293,7 +305,7 @@ Result<void, StoreError> NotificationManager::respond(NotificationResponse const
   {
     std::lock_guard const lock(mutex_);
     auto const found = kinds_.find(response.identifier);
-    kind = found == kinds_.end() ? response.identifier : found->second;
+    kind = found == kinds_.end() ? kindOfIdentifier(response.identifier) : found->second;
   }
   std::string muted = around_.store.settings().settings.text("notify_mutedKinds");
   if (!muted.empty()) muted += ",";

@@ -67,7 +67,7 @@ class NotificationManager {
 
   /// Tells the daily notifications whose hour has come.
   PassReport tellScheduled();
-  /// When the next of them is due.
+  /// When the next of them is due. What was due and could not be told is left to the next pass.
   std::optional<Instant> nextScheduled() const;
 
   /// For a location that is being removed or replaced.
@@ -80,13 +80,17 @@ class NotificationManager {
  private:
   class Pass;
 
+  EngineState::Strings suppressedTags() const;
+
   Surroundings around_;
   std::atomic<AuthorizationStatus> authorizationStatus_ = AuthorizationStatus::notDetermined;
   std::atomic<std::uint64_t> evaluationTailToken_ = 0;  ///< of the newest pass
   std::mutex evaluationTail_;                           ///< held by the pass that runs
   mutable std::mutex mutex_;                            // guards all below
+  std::optional<Instant> lastLookAtSchedule_;
   EngineState::Strings suppressedLocationTags_;
   EngineState lastKnown_;                     ///< while the store cannot be read or written
+  bool isAhead_ = false;                      ///< `lastKnown_` knows what the store does not
   std::map<std::string, std::string> kinds_;  ///< by the identifier of what was delivered
 };
 

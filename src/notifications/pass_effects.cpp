@@ -17,6 +17,15 @@ auto* find(Container& container, std::string_view key) {
   return found == container.end() ? nullptr : &found->second;
 }
 
+void unschedule(std::string_view identifier, EngineState& state) {
+  std::erase_if(state.scheduled,
+                [&](ScheduledNotification const& entry) { return entry.identifier == identifier; });
+}
+
+bool isScheduled(Rule const& rule) {
+  return !rule.hourSetting.empty();
+}
+
 void remember(Decision const& decision, Instant now, EngineState& state) {
   state.deliveredIDs.insert(decision.key);
   switch (decision.rule->policy) {
@@ -26,6 +35,7 @@ void remember(Decision const& decision, Instant now, EngineState& state) {
       break;
     case RulePolicy::daily:
       state.lastToldAt[decision.key] = now;
+      if (isScheduled(*decision.rule)) unschedule(decision.key, state);
       break;
     case RulePolicy::instance:
       break;
@@ -40,19 +50,14 @@ void rememberShown(Decision const& decision, EngineState& state) {
 }
 
 void forget(Decision const& decision, EngineState& state) {
-  if (!decision.rule->hourSetting.empty()) {
-    std::erase_if(state.scheduled, [&](ScheduledNotification const& entry) {
-      return entry.identifier == decision.rule->stem;
-    });
-  }
+  if (isScheduled(*decision.rule)) unschedule(decision.rule->stem, state);
   if (decision.key.empty()) return;
   state.activeConditionIDs.erase(decision.key);
   state.deliveredIDs.erase(decision.key);
 }
 
 void schedule(ScheduledNotification const& entry, EngineState& state) {
-  std::erase_if(state.scheduled,
-                [&](ScheduledNotification const& old) { return old.identifier == entry.identifier; });
+  unschedule(entry.identifier, state);
   state.scheduled.push_back(entry);
 }
 
@@ -93,7 +98,10 @@ void apply(Decision const& decision, Instant now, EngineState& state) {
       state.shown[decision.key].wasAbsent = true;
       break;
     case alreadyDelivered:
-      if (auto* const shown = find(state.shown, decision.key)) shown->wasAbsent = false;
+      if (auto* const shown = find(state.shown, decision.key)) {
+        shown->wasAbsent = false;
+        shown->ends = decision.ends;
+      }
       break;
     case stillActive:
     case returnedTooSoon:
@@ -107,6 +115,8 @@ void apply(Decision const& decision, Instant now, EngineState& state) {
       forget(decision, state);
       break;
     default:
+      // Held back it may be, but it was found.
+      if (auto* const shown = find(state.shown, decision.key)) shown->wasAbsent = false;
       break;
   }
 }
@@ -124,6 +134,7 @@ void takeBack(Decision const& decision, EngineState& state, EngineState const& b
   restore(decision.key, state.lastActiveAt, before.lastActiveAt);
   restore(decision.key, state.lastToldAt, before.lastToldAt);
   restore(decision.key, state.shown, before.shown);
+  if (isScheduled(*decision.rule)) state.scheduled = before.scheduled;
 }
 
 }  // namespace nimbara

@@ -2,6 +2,7 @@
 
 #include "base/sha256.h"
 #include "notifications/catalogue.h"
+#include "notifications/hold_back.h"
 
 #include <algorithm>
 
@@ -23,17 +24,6 @@ auto* find(Container& container, std::string_view key) {
   return found == container.end() ? nullptr : &found->second;
 }
 
-NotificationUrgency urgencyOf(AlertSeverity severity) {
-  switch (severity) {
-    case AlertSeverity::critical:
-      return NotificationUrgency::critical;
-    case AlertSeverity::info:
-      return NotificationUrgency::low;
-    default:
-      return NotificationUrgency::normal;
-  }
-}
-
 /// One event as it was found, at one place or at several.
 struct Event {
   Finding finding;
@@ -49,6 +39,7 @@ class Planner {
       : context_(context), state_(state), values_(RuleSettings::of(context.settings)) {}
 
   PassPlan plan() {
+    withdrawEnded();
     for (Rule const& rule : ruleCatalogue()) planRule(rule);
     for (ForeignEvaluation const& foreign : context_.foreign) {
       planFindings(*foreign.rule, context_.places[foreign.place], foreign.evaluation);
@@ -69,6 +60,7 @@ class Planner {
   void planRule(Rule const& rule) {
     if (!context_.settings.boolean(rule.setting)) return skip(rule);
     if (rule.policy == RulePolicy::instance) return planEvents(rule);
+    if (rule.policy == RulePolicy::condition) releaseUnwatched(rule);
     for (RuleInputs const& inputs : context_.places) {
       if (!concerns(rule, inputs)) continue;
       if (!rule.hourSetting.empty()) {
@@ -120,7 +112,9 @@ class Planner {
     auto const* const lastSeen = find(state_.lastActiveAt, decision.key);
     if (lastSeen != nullptr) decision.since = *lastSeen;
     bool const isActive = state_.activeConditionIDs.contains(decision.key);
-    bool const isFlicker = lastSeen != nullptr && context_.now - *lastSeen < rule.minimumGap;
+    // Not longer than the gap even where somebody set the clock back in between.
+    bool const isFlicker =
+        lastSeen != nullptr && std::chrono::abs(context_.now - *lastSeen) < rule.minimumGap;
     decision.outcome = isActive ? stillActive : isFlicker ? returnedTooSoon : told(rule, event);
     plan_.decisions.push_back(std::move(decision));
   }
@@ -135,7 +129,10 @@ class Planner {
 
   bool wasToldToday(std::string_view key, RuleInputs const& inputs, Instant moment) const {
     auto const* const last = find(state_.lastToldAt, key);
-    return last != nullptr && inputs.calendar.isSameDay(*last, moment);
+    if (last == nullptr) return false;
+    // A clock that was set back over midnight brings no second day.
+    bool const wasAhead = *last > moment && *last - moment < std::chrono::hours(24);
+    return wasAhead || inputs.calendar.isSameDay(*last, moment);
   }
 
   /// Conditions of the rule at the place that hold no longer.
@@ -150,21 +147,35 @@ class Planner {
     }
   }
 
+  /// Conditions of the rule at places that it does not look at any more: nobody knows whether they hold.
+  void releaseUnwatched(Rule const& rule) {
+    for (std::string const& key : state_.activeConditionIDs) {
+      if (ruleOf(key) != &rule) continue;
+      bool const isWatched = std::ranges::any_of(context_.places, [&](RuleInputs const& inputs) {
+        return concerns(rule, inputs) && key.ends_with("@" + inputs.place.tag);
+      });
+      if (!isWatched) add(conditionFalse, rule).key = key;
+    }
+  }
+
   // ---- Events
 
   void planEvents(Rule const& rule) {
     std::vector<Event> events;
-    bool allChecked = true;
+    int looks = 0;
+    int checks = 0;
     for (RuleInputs const& inputs : context_.places) {
       if (!concerns(rule, inputs)) continue;
       Evaluation const evaluation = rule.evaluate(inputs, values_);
-      allChecked &= !isUnknown(rule, inputs, evaluation);
+      ++looks;
+      if (!isUnknown(rule, inputs, evaluation)) ++checks;
       for (Finding const& finding : evaluation.findings) merge(events, finding, inputs, evaluation);
       if (evaluation.findings.empty()) tellNothing(rule, inputs, evaluation);
     }
     for (Event const& event : events) planEvent(rule, event);
-    if (rule.followsEvents && allChecked) withdrawAbsent(rule, events);
-    if (allChecked) plan_.checked.push_back(&rule);
+    if (rule.followsEvents && looks > 0 && checks == looks) withdrawAbsent(rule, events);
+    // One place whose feed fails for ever must not make all that comes from the others old news.
+    if (checks > 0) plan_.checked.push_back(&rule);
   }
 
   /// The rule's feed failed, or there is nothing to look at: false is not known to be false.
@@ -180,13 +191,23 @@ class Planner {
     decision.note = noteOf(rule, inputs, evaluation);
   }
 
-  /// The first place tells the event; the others are named with it.
-  static void merge(std::vector<Event>& events, Finding const& finding, RuleInputs const& inputs,
-                    Evaluation const& evaluation) {
+  bool isSuppressed(RuleInputs const& inputs) const {
+    return context_.suppressedLocationTags.contains(inputs.place.tag);
+  }
+
+  /// The first place tells the event; the others are named with it. One that is going away does neither.
+  void merge(std::vector<Event>& events, Finding const& finding, RuleInputs const& inputs,
+             Evaluation const& evaluation) const {
     auto const known = std::ranges::find_if(
         events, [&](Event const& event) { return event.finding.identifier == finding.identifier; });
+    Event alone{finding, &inputs, inputs.place.name, !inputs.place.isSelected, evaluation.measured};
     if (known == events.end()) {
-      events.push_back({finding, &inputs, inputs.place.name, !inputs.place.isSelected, evaluation.measured});
+      events.push_back(std::move(alone));
+      return;
+    }
+    if (isSuppressed(inputs)) return;
+    if (isSuppressed(*known->inputs)) {
+      *known = std::move(alone);
       return;
     }
     known->names += ", " + inputs.place.name;
@@ -196,15 +217,22 @@ class Planner {
   void planEvent(Rule const& rule, Event const& event) {
     Decision decision = draft(rule, event);
     if (event.finding.ends && *event.finding.ends <= context_.now) {
-      decision.outcome = hasEnded;
+      decision.outcome = isStillShown(decision.key) ? withdrawn : hasEnded;
     } else if (state_.deliveredIDs.contains(decision.key)) {
       decision.outcome = rule.followsEvents ? followed(decision, event) : alreadyDelivered;
+      if (decision.outcome == updated && isSuppressed(*event.inputs)) decision.outcome = suppressed;
       if (decision.outcome == escalated) decision.outcome = held(rule, event).value_or(escalated);
     } else {
       decision.outcome = told(rule, event);
     }
     if (decision.outcome == updated) decision.request.isSilent = true;
     plan_.decisions.push_back(std::move(decision));
+  }
+
+  /// The end of what is shown was thought to be later.
+  bool isStillShown(std::string_view key) const {
+    auto const* const shown = find(state_.shown, key);
+    return shown != nullptr && !shown->isWithdrawn && !isOver(*shown);
   }
 
   RuleOutcome followed(Decision const& decision, Event const& event) const {
@@ -219,13 +247,39 @@ class Planner {
     for (auto const& [key, shown] : state_.shown) {
       bool const isPresent =
           std::ranges::any_of(events, [&](Event const& event) { return event.finding.identifier == key; });
-      bool const isOver = shown.ends && *shown.ends <= context_.now;
-      if (isPresent || shown.isWithdrawn || ruleOf(key) != &rule) continue;
-      Decision& decision = add(isOver || shown.wasAbsent ? withdrawn : absent, rule);
-      decision.key = key;
-      decision.request.identifier = key;
-      decision.severity = shown.severity;
+      if (isPresent || isOver(shown) || shown.isWithdrawn || ruleOf(key) != &rule) continue;
+      takeAway(shown.wasAbsent ? withdrawn : absent, rule, key, shown);
     }
+  }
+
+  /// Its end is known, whatever the feeds say or fail to say.
+  void withdrawEnded() {
+    for (auto const& [key, shown] : state_.shown) {
+      Rule const* const rule = ruleOf(key);
+      if (rule == nullptr || shown.isWithdrawn || !isOver(shown) || isProlonged(*rule, key)) continue;
+      takeAway(withdrawn, *rule, key, shown);
+    }
+  }
+
+  bool isOver(ShownEvent const& shown) const { return shown.ends && *shown.ends <= context_.now; }
+
+  /// A later message of the event has moved its end.
+  bool isProlonged(Rule const& rule, std::string_view key) const {
+    if (!context_.settings.boolean(rule.setting)) return false;
+    return std::ranges::any_of(context_.places, [&](RuleInputs const& inputs) {
+      if (!concerns(rule, inputs)) return false;
+      Evaluation const evaluation = rule.evaluate(inputs, values_);
+      return std::ranges::any_of(evaluation.findings, [&](Finding const& finding) {
+        return finding.identifier == key && (!finding.ends || *finding.ends > context_.now);
+      });
+    });
+  }
+
+  void takeAway(RuleOutcome outcome, Rule const& rule, std::string const& key, ShownEvent const& shown) {
+    Decision& decision = add(outcome, rule);
+    decision.key = key;
+    decision.request.identifier = key;
+    decision.severity = shown.severity;
   }
 
   // ---- Told, listed or held
@@ -238,18 +292,11 @@ class Planner {
   }
 
   std::optional<RuleOutcome> held(Rule const& rule, Event const& event) const {
-    if (context_.suppressedLocationTags.contains(event.inputs->place.tag)) return suppressed;
+    if (isSuppressed(*event.inputs)) return suppressed;
     bool const isExempt = event.finding.severity == AlertSeverity::critical && !values_.quiet.holdsCritical;
     if (isExempt) return std::nullopt;
     if (isMuted(rule, event.finding)) return muted;
-    if (values_.snoozedUntil && context_.now < *values_.snoozedUntil) return snoozed;
-    if (values_.quiet.contain(event.inputs->calendar.hour(context_.now))) return heldByQuietHours;
-    return std::nullopt;
-  }
-
-  /// "gov" of "gov_".
-  static std::string_view withoutJoint(std::string_view stem) {
-    return stem.ends_with('_') ? stem.substr(0, stem.size() - 1) : stem;
+    return heldAtHour(values_, context_.now, event.inputs->calendar.hour(context_.now));
   }
 
   static std::string kindOf(Rule const& rule, Finding const& finding) {
@@ -257,12 +304,7 @@ class Planner {
   }
 
   bool isMuted(Rule const& rule, Finding const& finding) const {
-    std::string_view const stem = withoutJoint(rule.stem);
-    std::string const kind = kindOf(rule, finding);
-    std::string const grade = kind + ":" + std::string(enumName(finding.severity));
-    return std::ranges::any_of(values_.mutedKinds, [&](std::string const& muted) {
-      return muted == stem || muted == kind || muted == grade;
-    });
+    return mutes(values_, withoutJoint(rule.stem), kindOf(rule, finding), finding.severity);
   }
 
   bool isOldNews(Rule const& rule, Finding const& finding) const {
@@ -284,14 +326,26 @@ class Planner {
     Event const event{evaluation.findings.front(), &inputs, inputs.place.name, false, evaluation.measured};
     Decision decision = draft(rule, event);
     NotificationRequest const& request = decision.request;
-    decision.outcome = isMuted(rule, event.finding) ? muted : scheduled;
+    decision.outcome =
+        isMuted(rule, event.finding) ? muted
+        : isWaiting(rule)
+            ? heldAtHour(values_, context_.now, inputs.calendar.hour(context_.now)).value_or(refused)
+            : scheduled;
     if (rule.summary && values_.generatedSummaries) {
       bool const isAhead = !inputs.calendar.isSameDay(context_.now, due);
       decision.prompt = summaryPrompt(then, *rule.summary, isAhead);
     }
     decision.scheduled =
-        ScheduledNotification{request.identifier, request.title, request.body, request.sound, hour, 0, due};
+        ScheduledNotification{request.identifier, request.title,   request.body, request.sound, hour, 0, due,
+                              inputs.place.name,  inputs.place.tag};
     plan_.decisions.push_back(std::move(decision));
+  }
+
+  /// What was due before this pass could not be told yet, and is not to be replaced by tomorrow's.
+  bool isWaiting(Rule const& rule) const {
+    return std::ranges::any_of(state_.scheduled, [&](ScheduledNotification const& entry) {
+      return entry.identifier == rule.stem && entry.due <= context_.now;
+    });
   }
 
   Instant nextDue(Rule const& rule, RuleInputs const& inputs, int hour) const {
@@ -340,9 +394,7 @@ class Planner {
     request.urgency = isQuiet ? NotificationUrgency::low : urgencyOf(finding.severity);
     bool const isExtreme = rule.followsEvents && finding.severity == AlertSeverity::critical;
     request.category = isExtreme ? "weather.warning.extreme" : "weather";
-    request.actions = {{"default", std::string(context_.texts.text("push.action.open"))},
-                       {"snooze", std::string(context_.texts.text("push.action.snooze"))},
-                       {"mute", std::string(context_.texts.text("push.action.mute"))}};
+    request.actions = notificationActions(context_.texts);
     return request;
   }
 
@@ -372,17 +424,6 @@ bool isHeldBack(RuleOutcome outcome) {
 
 PassPlan planPass(PassContext const& context, EngineState const& state) {
   return Planner(context, state).plan();
-}
-
-NeededInputs neededInputs(Settings const& settings) {
-  NeededInputs needed;
-  bool const everyPlace = settings.boolean("notify_everyPlace");
-  for (Rule const& rule : ruleCatalogue()) {
-    if (!settings.boolean(rule.setting)) continue;
-    needed.selected.insertAll(rule.inputs);
-    if (everyPlace && rule.reach == RuleReach::everyPlace) needed.everywhere.insertAll(rule.inputs);
-  }
-  return needed;
 }
 
 }  // namespace nimbara

@@ -1,6 +1,6 @@
 // One evaluation pass as a pure function: from the inputs of the places, the settings and what was told
 // before to a decision for every rule, in the order of delivery. It delivers, fetches and remembers nothing;
-// `applied` says what to remember of a decision once it has been carried out.
+// `apply` says what to remember of a decision once it has been carried out.
 #pragma once
 
 #include "notifications/engine_state.h"
@@ -90,6 +90,21 @@ struct PassPlan {
 };
 
 PassPlan planPass(PassContext const& context, EngineState const& state);
+
+/// What of the schedule is due: told, held back until the next pass, or missed for too long and forgotten.
+struct DuePlan {
+  struct Entry {
+    ScheduledNotification scheduled;
+    Decision decision;
+  };
+  std::vector<Entry> entries;
+  std::vector<std::string> missed;  ///< identifiers
+};
+DuePlan planDue(Instant now, Settings const& settings, Texts const& texts,
+                std::set<std::string, std::less<>> const& suppressedLocationTags, EngineState const& state);
+
+/// What a mute of a notification names when nothing is known of it but its identifier.
+std::string kindOfIdentifier(std::string_view identifier);
 
 /// Carried out, or needing nothing: the state after it.
 void apply(Decision const& decision, Instant now, EngineState& state);
