@@ -60,6 +60,8 @@ class NotificationManager {
   AuthorizationStatus requestAuthorization();
   AuthorizationStatus authorizationStatus() const { return authorizationStatus_; }
 
+  /// The number of the newest pass, be it still waiting for its turn.
+  std::uint64_t evaluationTailToken() const { return evaluationTailToken_; }
   /// One pass. Waits for the one before; a pass delivers nothing more once a newer one waits.
   PassReport evaluate(GatherInputs const& gather, std::stop_token const& stop = {});
   /// What a pass would do now. Delivers and remembers nothing, and needs no desktop.

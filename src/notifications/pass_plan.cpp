@@ -353,9 +353,9 @@ class Planner {
     auto const at = [&](Date date) {
       return inputs.calendar.instant(LocalTime(std::chrono::local_days(date)) + std::chrono::hours(hour));
     };
-    Instant const due = at(day);
-    bool const isOver = due <= context_.now || wasToldToday(rule.stem, inputs, context_.now);
-    return isOver ? at(addDays(day, 1)) : due;
+    Date next = day;
+    while (at(next) <= context_.now || wasToldToday(rule.stem, inputs, at(next))) next = addDays(next, 1);
+    return at(next);
   }
 
   // ---- Pieces

@@ -229,6 +229,7 @@ Evaluation tornado(RuleInputs const& inputs, RuleSettings const& settings) {
     return one(officialFinding(*message, settings, std::move(title), std::move(body)),
                countOf("tornadoMessages", 1));
   }
+  if (!inputs.generatedAlerts) return Evaluation::none("noForecast");
   bool const isLikely = firstOf(inputs.generatedAlerts, tellsTornado) != nullptr;
   Measurement const measured = countOf("tornadoSetup", isLikely ? 1 : 0);
   if (!isLikely) return nothing(measured);
