@@ -39,25 +39,27 @@ ForecastProvider providerOf(Client& client, bool isConfigured = true) {
 Composition::Composition(Settings const& settings, Clock const& clock, Options const& options)
     : configuration_(configurationOf(settings)),
       services_(configuration_, options.servicesBase),
-      http_(options.program, userAgent(configuration_)),
-      appleWeather_(http_, clock, services_.address(Service::appleWeather), offlineTimeZone,
+      network_(options.program, userAgent(configuration_)),
+      decorated_(options.aroundNetwork ? options.aroundNetwork(network_) : nullptr),
+      http_(decorated_ ? decorated_.get() : &network_),
+      appleWeather_(*http_, clock, services_.address(Service::appleWeather), offlineTimeZone,
                     credentialsOf(settings)),
-      openMeteo_(http_, clock, services_.address(Service::openMeteo)),
-      yrNo_(http_, clock, services_.address(Service::yrNo), offlineTimeZone,
+      openMeteo_(*http_, clock, services_.address(Service::openMeteo)),
+      yrNo_(*http_, clock, services_.address(Service::yrNo), offlineTimeZone,
             below(options.cacheDirectory, options.servicesBase.empty() ? "yrNo" : "yrNo.stand-in")),
-      wttr_(http_, clock, services_.address(Service::wttrIn), offlineTimeZone),
+      wttr_(*http_, clock, services_.address(Service::wttrIn), offlineTimeZone),
       cache_(options.cacheDirectory, clock, sourceOf(options.servicesBase)),
       history_(below(options.cacheDirectory, historyFile(options.servicesBase))),
       providers_(clients(), history_, clock),
       forecasts_(providers_, cache_, clock, options.wording),
       feeds_(
-          http_, clock, services_,
+          *http_, clock, services_,
           {contactOf(configuration_), options.cacheDirectory, options.dataDirectory, options.wording.texts}) {
   providers_.setPreferredProvider(options.preferredProvider);
   ServiceAddress const model = services_.address(Service::languageModel);
   if (model.baseUrl.empty()) return;
   languageModel_.emplace(
-      http_, ChatLanguageModel::Options{model.baseUrl, settings.text("languageModelName"), model.apiKey});
+      *http_, ChatLanguageModel::Options{model.baseUrl, settings.text("languageModelName"), model.apiKey});
 }
 
 WeatherProviderManager::Providers Composition::clients() {

@@ -20,10 +20,15 @@
 #include "providers/wttr_client.h"
 #include "providers/yr_no_client.h"
 
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
 namespace nimbara {
+
+/// Gives a client that may use the network's. It must not outlive that.
+using DecorateHttp = std::function<std::unique_ptr<HttpClient>(HttpClient& network)>;
 
 class Composition {
  public:
@@ -34,11 +39,12 @@ class Composition {
     std::filesystem::path program;         ///< this program's own file
     std::filesystem::path dataDirectory;   ///< of what the user has fetched
     std::filesystem::path cacheDirectory;  ///< empty: nothing outlives the process
+    DecorateHttp aroundNetwork;            ///< makes what stands before the network; empty: nothing does
   };
 
   Composition(Settings const& settings, Clock const& clock, Options const& options);
 
-  HttpClient& http() { return http_; }
+  HttpClient& http() { return *http_; }
   ServiceDirectory const& services() const { return services_; }
   WeatherCache& cache() { return cache_; }
   ProviderHistory& history() { return history_; }
@@ -54,7 +60,9 @@ class Composition {
 
   Configuration configuration_;
   ServiceDirectory services_;
-  LazyHttpClient http_;
+  LazyHttpClient network_;
+  std::unique_ptr<HttpClient> decorated_;
+  HttpClient* http_;
   AppleWeatherClient appleWeather_;
   OpenMeteoClient openMeteo_;
   YrNoClient yrNo_;

@@ -8,6 +8,7 @@
 #include "cli/demo_process.h"
 #include "cli/feed_commands.h"
 #include "cli/regions_command.h"
+#include "cli/replay_options.h"
 #include "cli/rules_options.h"
 #include "cli/satellites_options.h"
 #include "model/provider_option.h"
@@ -87,6 +88,7 @@ struct NotifyOptions {
   std::string place;
   StatedRegions stated;
   Deliver deliver = Deliver::desktop;
+  std::string record;  ///< a folder for what the services answer; empty: none
   bool dryRun = false;
   bool explain = false;
   bool json = false;
@@ -122,6 +124,7 @@ struct CommandLine {
   DoctorOptions doctor;
   WatchOptions watch;
   NotifyOptions notify;
+  ReplayOptions replay;
   DemoOptions demo;
   PlacesOptions places;
   SettingsOptions settings;

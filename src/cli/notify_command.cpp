@@ -1,3 +1,4 @@
+#include "app/http_recording.h"
 #include "app/notification_inputs.h"
 #include "app/places.h"
 #include "app/stand_in_store.h"
@@ -33,7 +34,7 @@ class NotifyRun {
       : options_(line.notify),
         session_(session),
         clock_(makeClock(line.common)),
-        context_(line.common, session, *clock_, ownServices(line.common, line.forecast.provider)) {}
+        context_(line.common, session, *clock_, departureOf(line)) {}
 
   int run() {
     if (auto const failure = findPlaces()) return session_.fail(failure->exitCode, failure->sentence);
@@ -51,6 +52,18 @@ class NotifyRun {
   }
 
  private:
+  RunContext::Departure departureOf(CommandLine const& line) {
+    RunContext::Departure departure = ownServices(line.common, line.forecast.provider);
+    if (!options_.record.empty()) {
+      departure.aroundNetwork = [this](HttpClient& network) {
+        auto client = std::make_unique<RecordingHttpClient>(network, *clock_, options_.record);
+        recording_ = client.get();
+        return client;
+      };
+    }
+    return departure;
+  }
+
   /// The one that was asked for, or the saved ones with the selected first.
   std::optional<Failure> findPlaces() {
     auto const selected = context_.place(options_.place);
@@ -102,6 +115,7 @@ class NotifyRun {
 
   int tell(PassReport const& report) {
     for (std::string const& problem : report.problems) context_.tell(problem);
+    if (recording_ != nullptr) context_.tell(recording_->problem());
     tellFailedFeeds(report.plan);
     session_.console.out(rendered(report.plan));
     if (report.end == PassReport::End::denied) {
@@ -139,6 +153,7 @@ class NotifyRun {
   NotifyOptions const& options_;
   Session const& session_;
   std::unique_ptr<Clock> clock_;
+  RecordingHttpClient* recording_ = nullptr;  ///< the context's
   RunContext context_;
   std::vector<WatchedPlace> places_;
   std::vector<CustomNotification> rules_;

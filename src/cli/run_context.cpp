@@ -46,7 +46,7 @@ std::string adviseOn(APIError const& error) {
 }  // namespace
 
 RunContext::Departure ownServices(CommonOptions const& common, WeatherProviderOption provider) {
-  return {common.services, false, provider};
+  return {common.services, false, provider, {}};
 }
 
 RunContext::RunContext(CommonOptions const& common, Session const& session, Clock const& clock,
@@ -58,7 +58,8 @@ RunContext::RunContext(CommonOptions const& common, Session const& session, Cloc
       app_(*session.settings, clock,
            {departure.servicesBase, wording_, departure.provider, session.environment.program,
             session.environment.dataDirectory,
-            departure.keepsNothing ? std::filesystem::path() : session.environment.cacheDirectory}) {
+            departure.keepsNothing ? std::filesystem::path() : session.environment.cacheDirectory,
+            departure.aroundNetwork}) {
   app_.providers().setOnFailure(
       [this](auto provider, APIError const& error) { failures_.emplace_back(enumName(provider), error); });
 }

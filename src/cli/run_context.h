@@ -27,6 +27,7 @@ class RunContext {
     std::string servicesBase;
     bool keepsNothing = false;
     WeatherProviderOption provider = WeatherProviderOption::automatic;
+    DecorateHttp aroundNetwork;
   };
 
   RunContext(CommonOptions const& common, Session const& session, Clock const& clock,

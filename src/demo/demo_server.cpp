@@ -72,6 +72,13 @@ DemoRequest demoRequest(httplib::Request const& request, bool elsewhere) {
           [&request](std::string_view name) { return request.get_header_value(name.data()); }, elsewhere};
 }
 
+/// A client that plays through time says what time it is.
+constexpr char kSimulatedTime[] = "Nimbara-Simulated-Time";
+
+Instant momentOf(httplib::Request const& request, Clock const& clock) {
+  return parseIso8601(request.get_header_value(kSimulatedTime)).value_or(clock.now());
+}
+
 /// Announces the whole body and closes the connection in its middle.
 void sendHalf(std::string const& body, httplib::Response& response) {
   response.set_content_provider(
@@ -119,7 +126,7 @@ struct DemoServer::Running {
   void serve(Route const& route, httplib::Request const& request, httplib::Response& response) {
     auto const fault = faultOf(route.service);
     DemoAnswer const answer =
-        route.answer(demoRequest(request, fault == DemoFault::Kind::elsewhere), clock.now());
+        route.answer(demoRequest(request, fault == DemoFault::Kind::elsewhere), momentOf(request, clock));
     fault ? misbehave(*fault, request, answer, response) : sendWhole(answer, response);
   }
 

@@ -4,6 +4,7 @@
 
 #include "base/instant.h"
 
+#include <atomic>
 #include <chrono>
 
 namespace nimbara {
@@ -52,6 +53,26 @@ class ShiftedClock final : public Clock {
 
  private:
   std::chrono::milliseconds shift_;
+};
+
+/// A clock that its owner moves: for runs through time that nobody waits for. Other threads may read it.
+class SteppedClock final : public Clock {
+ public:
+  explicit SteppedClock(Instant now) : now_(now) {}
+  Instant now() const override { return now_; }
+  std::chrono::steady_clock::time_point steadyNow() const override { return steady_; }
+
+  /// The steady time moves with it, but never back.
+  void set(Instant now) {
+    auto const step = now - now_.load();
+    now_ = now;
+    if (step.count() > 0) steady_ = steady_.load() + step;
+  }
+
+ private:
+  std::atomic<Instant> now_;
+  std::atomic<std::chrono::steady_clock::time_point> steady_{
+      std::chrono::steady_clock::time_point(std::chrono::hours(1000))};
 };
 
 }  // namespace nimbara
