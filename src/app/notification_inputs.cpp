@@ -8,15 +8,13 @@
 #include "model/weather_cache.h"
 #include "notifications/condition_kinds.h"
 #include "notifications/custom_rule_evaluation.h"
+#include "notifications/rule_constants.h"
 
 #include <algorithm>
 
 namespace nimbara {
 
 namespace {
-
-/// Strikes older than this say nothing of the storm that is near.
-constexpr std::chrono::minutes kLightningSpan{30};
 
 /// The first source that failed, in words.
 std::string problemOf(GovAlerts const& alerts) {
@@ -201,8 +199,8 @@ void NotificationInputs::readAround(RuleInputs& inputs, RuleInputSet needed, Rul
         feeds_.wildfires().fetchFires(at, settings.fireRadiusKm, stop));
   }
   if (needed.contains(RuleInput::lightning)) {
-    inputs.lightning = InputReading<std::vector<LightningStrike>>::of(
-        feeds_.lightning().fetchStrikes(at, settings.lightningRadiusKm, inputs.now - kLightningSpan, stop));
+    inputs.lightning = InputReading<std::vector<LightningStrike>>::of(feeds_.lightning().fetchStrikes(
+        at, settings.lightningRadiusKm, inputs.now - cuts::kStrikeLife, stop));
   }
 }
 

@@ -27,6 +27,11 @@ constexpr Rule skyRule(std::string_view stem, std::string_view setting, Evaluate
   return {stem, setting, daily, inputs, "beta_notification.caf", evaluate};
 }
 
+template <TropicalBasin basin>
+constexpr Rule cycloneRule(std::string_view stem, std::string_view setting) {
+  return {stem, setting, instance, {storms}, "hurricane_alert.caf", &tropicalCyclonesOf<basin>};
+}
+
 constexpr Rule kCatalogue[] = {
     // Danger first: what a person must hear is told before what is good to know.
     {"tornado_conditions",
@@ -68,6 +73,35 @@ constexpr Rule kCatalogue[] = {
      kWarning,
      &nimbara::earthquakes,
      everyPlace},
+    {"fire_", "notify_fires", instance, {fires}, kWarning, &nimbara::fires, everyPlace},
+    {"lightning_detected",
+     "notify_lightning",
+     condition,
+     {RuleInput::lightning},
+     "lightning_alert.caf",
+     &nimbara::lightning,
+     everyPlace,
+     cuts::kStrikeGap},
+    cycloneRule<TropicalBasin::atlantic>("hurricane_al", "notify_hurricane_atlantic"),
+    cycloneRule<TropicalBasin::easternPacific>("hurricane_ep", "notify_hurricane_easternPacific"),
+    cycloneRule<TropicalBasin::centralPacific>("hurricane_cp", "notify_hurricane_centralPacific"),
+    cycloneRule<TropicalBasin::westernPacific>("hurricane_wp", "notify_hurricane_westernPacific"),
+    {"air_quality_forecast",
+     "notify_airQuality",
+     condition,
+     {RuleInput::airQuality},
+     kWarning,
+     &nimbara::airQuality,
+     selectedPlace,
+     cuts::kDayGap},
+    {.stem = "travel_advisory_",
+     .setting = "notify_travelAdvisory",
+     .policy = instance,
+     .inputs = {advisories},
+     .sound = kWarning,
+     .evaluate = &travelAdvisories,
+     .reach = everyPlace,
+     .followsEvents = true},
 
     {"severe_weather",
      "notify_severe",

@@ -11,6 +11,7 @@ template Result<std::vector<std::string>, DecodeError> decodeJson(std::string_vi
 template Result<EngineState::Instants, DecodeError> decodeJson(std::string_view);
 template Result<std::map<std::string, ShownEvent, std::less<>>, DecodeError> decodeJson(std::string_view);
 template Result<std::map<std::string, std::string, std::less<>>, DecodeError> decodeJson(std::string_view);
+template Result<std::map<std::string, KnownStorm, std::less<>>, DecodeError> decodeJson(std::string_view);
 template Result<std::vector<ScheduledNotification>, DecodeError> decodeJson(std::string_view);
 template Result<std::vector<LoggedNotification>, DecodeError> decodeJson(std::string_view);
 
@@ -24,6 +25,7 @@ constexpr std::string_view kShown = "notif_shown";
 constexpr std::string_view kScheduled = "notif_scheduled";
 constexpr std::string_view kFirstChecked = "notif_firstCheckedAt";
 constexpr std::string_view kSummaries = "notif_aiSummaryCache";
+constexpr std::string_view kStorms = "notif_knownStorms";
 constexpr std::string_view kLog = "notif_log";
 
 constexpr std::size_t kMostLogLines = 500;
@@ -83,6 +85,7 @@ Result<EngineState, StoreError> engineStateOf(SettingValues const& stored) {
   state.scheduled = reader.read<std::vector<ScheduledNotification>>(kScheduled);
   state.aiSummaryCache = reader.read<std::map<std::string, std::string, std::less<>>>(kSummaries);
   state.firstCheckedAt = reader.read<EngineState::Instants>(kFirstChecked);
+  state.knownStorms = reader.read<std::map<std::string, KnownStorm, std::less<>>>(kStorms);
   if (reader.error()) return std::unexpected(*reader.error());
   return state;
 }
@@ -100,6 +103,7 @@ StoreChanges changesOf(EngineState const& state) {
   put(kScheduled, encodeJson(state.scheduled));
   put(kSummaries, encodeJson(state.aiSummaryCache));
   put(kFirstChecked, encodeJson(state.firstCheckedAt));
+  put(kStorms, encodeJson(state.knownStorms));
   return changes;
 }
 

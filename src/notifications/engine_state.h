@@ -6,6 +6,7 @@
 #include "base/instant.h"
 #include "base/json.h"
 #include "model/weather_alert.h"
+#include "notifications/rule_inputs.h"
 #include "platform/settings_store.h"
 
 #include <map>
@@ -90,6 +91,7 @@ struct EngineState {
   std::vector<ScheduledNotification> scheduled;
   std::map<std::string, std::string, std::less<>> aiSummaryCache;  ///< by summary and day
   Instants firstCheckedAt;  ///< by the stem of a rule: when it was first evaluated
+  std::map<std::string, KnownStorm, std::less<>> knownStorms;  ///< as they were told, by identifier
 
   bool operator==(EngineState const&) const = default;
 };

@@ -1,6 +1,11 @@
 #include "notifications/hazard_rules.h"
 
+#include "base/country_names.h"
 #include "base/geodesy.h"
+#include "base/text.h"
+#include "notifications/rule_constants.h"
+
+#include <algorithm>
 
 namespace nimbara {
 
@@ -51,6 +56,77 @@ Finding findingOf(EarthquakeEvent const& quake, double km, RuleInputs const& inp
   return finding;
 }
 
+/// The feed answered, and nothing of it concerns the place.
+Evaluation nothingNear(std::string_view what, std::string_view note) {
+  return {{}, {{what, 0, Relation::atLeast, 1, ""}}, note};
+}
+
+double kmBetween(auto const& event, RuleInputs const& inputs) {
+  return haversineKm(event.coordinate, inputs.place.coordinate);
+}
+
+/// Of fires farther off only the moment counts as their beginning in which they were seen: the first look
+/// lists what has burned for a while. One at the door rings.
+Finding findingOf(FireDetection const& fire, double km, RuleInputs const& inputs) {
+  bool const isNear = km <= cuts::kNearFireKm;
+  Finding finding;
+  finding.identifier = "fire_" + fire.id;
+  finding.title = inputs.text("push.fire.title");
+  finding.body = inputs.texts->format("push.fire.body", distanceText(inputs, km), inputs.place.name,
+                                      hourText(inputs, fire.detectedAt));
+  finding.sound = soundOf(isNear ? AlertSeverity::critical : AlertSeverity::warning);
+  finding.severity = AlertSeverity::warning;
+  if (!isNear) finding.began = fire.detectedAt;
+  return finding;
+}
+
+/// Strikes of the last half hour within the radius.
+struct NearStrikes {
+  int count = 0;
+  double nearestKm = 0;
+  Instant last;
+};
+
+NearStrikes strikesNear(RuleInputs const& inputs, double radiusKm) {
+  NearStrikes near;
+  for (LightningStrike const& strike : *inputs.lightning) {
+    double const km = kmBetween(strike, inputs);
+    if (km > radiusKm || inputs.now - strike.time > cuts::kStrikeLife) continue;
+    near.nearestKm = near.count == 0 ? km : std::min(near.nearestKm, km);
+    near.last = near.count == 0 ? strike.time : std::max(near.last, strike.time);
+    ++near.count;
+  }
+  return near;
+}
+
+std::string lightningBody(RuleInputs const& inputs, NearStrikes const& near) {
+  Texts const& texts = *inputs.texts;
+  std::string const distance = distanceText(inputs, near.nearestKm);
+  auto const age = std::chrono::floor<std::chrono::minutes>(inputs.now - near.last).count();
+  std::string const strikes = near.count == 1
+                                  ? texts.format("push.lightning.bodySingle", distance)
+                                  : texts.format("push.lightning.bodyMultiple", near.count, distance);
+  std::string const advice =
+      inputs.text(near.nearestKm <= cuts::kNearStrikeKm ? "push.lightning.adviceWindows"
+                                                        : "push.lightning.adviceIndoors");
+  return strikes + " " + advice + " " +
+         texts.format("push.lightning.lastStrike", std::max(age, decltype(age){0}));
+}
+
+Finding findingOf(TravelAdvisory const& advisory, Texts const& texts) {
+  constexpr std::size_t kSummaryLength = 300;
+  Finding finding;
+  finding.identifier = "travel_advisory_" + advisory.country;
+  finding.title = texts.format("push.travelAdvisory.title", countryName(advisory.country, texts.language()));
+  finding.body = advisory.title;
+  if (!advisory.summary.empty()) finding.body += "\n" + oneLine(advisory.summary, kSummaryLength);
+  finding.severity = advisorySeverity(advisory.level);
+  finding.sound = soundOf(finding.severity);
+  finding.kind = "travel_advisory:" + advisory.country;
+  finding.began = advisory.updated ? advisory.updated : advisory.published;
+  return finding;
+}
+
 }  // namespace
 
 Evaluation officialWarnings(RuleInputs const& inputs, RuleSettings const& settings) {
@@ -63,7 +139,7 @@ Evaluation officialWarnings(RuleInputs const& inputs, RuleSettings const& settin
     highest = std::max(highest, level);
     if (level >= limit) evaluation.findings.push_back(findingOf(alert, *inputs.texts));
   }
-  if (highest < 0) return Evaluation::none("noWarnings");
+  if (highest < 0) return nothingNear("warnings", "noWarnings");
   evaluation.measured.push_back({"warningLevel", highest, Relation::atLeast, limit, ""});
   return evaluation;
 }
@@ -82,6 +158,47 @@ Evaluation earthquakes(RuleInputs const& inputs, RuleSettings const& settings) {
   }
   evaluation.measured.push_back(
       {"magnitudeNear", strongest, Relation::atLeast, settings.earthquakeMagnitude, ""});
+  return evaluation;
+}
+
+Evaluation fires(RuleInputs const& inputs, RuleSettings const& settings) {
+  if (!inputs.fires) return Evaluation::none("notChecked");
+  if (inputs.fires->empty()) return nothingNear("firesNear", "noFires");
+  Evaluation evaluation;
+  double nearest = kmBetween(inputs.fires->front(), inputs);
+  for (FireDetection const& fire : *inputs.fires) {
+    double const km = kmBetween(fire, inputs);
+    nearest = std::min(nearest, km);
+    if (km <= settings.fireRadiusKm) evaluation.findings.push_back(findingOf(fire, km, inputs));
+  }
+  evaluation.measured.push_back({"fireDistance", nearest, Relation::atMost, settings.fireRadiusKm, "km"});
+  return evaluation;
+}
+
+Evaluation lightning(RuleInputs const& inputs, RuleSettings const& settings) {
+  if (!inputs.lightning) return Evaluation::none("notChecked");
+  NearStrikes const near = strikesNear(inputs, settings.lightningRadiusKm);
+  if (near.count == 0) return nothingNear("strikesNear", "noStrikes");
+  Finding finding;
+  finding.title = inputs.text("push.lightning.title");
+  finding.body = lightningBody(inputs, near);
+  finding.severity = AlertSeverity::warning;
+  return {{std::move(finding)},
+          {{"strikesNear", static_cast<double>(near.count), Relation::atLeast, 1, ""},
+           {"strikeDistance", near.nearestKm, Relation::atMost, settings.lightningRadiusKm, "km"}},
+          {}};
+}
+
+Evaluation travelAdvisories(RuleInputs const& inputs, RuleSettings const& settings) {
+  if (!inputs.advisories) return Evaluation::none("notChecked");
+  auto const own = std::ranges::find(*inputs.advisories, inputs.place.countryCode, &TravelAdvisory::country);
+  int const level = own == inputs.advisories->end() ? 0 : own->level;
+  int const least = static_cast<int>(settings.travelAdvisoryLevel) + 1;
+  Evaluation evaluation{
+      {},
+      {{"advisoryLevel", static_cast<double>(level), Relation::atLeast, static_cast<double>(least), ""}},
+      level == 0 ? "noAdvisory" : ""};
+  if (level >= least) evaluation.findings.push_back(findingOf(*own, *inputs.texts));
   return evaluation;
 }
 

@@ -42,6 +42,11 @@ void remember(Decision const& decision, Instant now, EngineState& state) {
   }
 }
 
+/// Changes of a storm are measured from what was told of it, be that told long ago.
+void rememberStorm(Decision const& decision, EngineState& state) {
+  if (decision.storm) state.knownStorms.insert_or_assign(decision.storm->id, decision.storm->as);
+}
+
 void rememberShown(Decision const& decision, EngineState& state) {
   if (!decision.rule->followsEvents) return;
   ShownEvent& shown = state.shown[decision.key];
@@ -87,6 +92,7 @@ void apply(Decision const& decision, Instant now, EngineState& state) {
     case listed:
       remember(decision, now, state);
       rememberShown(decision, state);
+      rememberStorm(decision, state);
       break;
     case updated:
       rememberShown(decision, state);
@@ -102,6 +108,7 @@ void apply(Decision const& decision, Instant now, EngineState& state) {
         shown->wasAbsent = false;
         shown->ends = decision.ends;
       }
+      rememberStorm(decision, state);
       break;
     case stillActive:
     case returnedTooSoon:
@@ -135,6 +142,7 @@ void takeBack(Decision const& decision, EngineState& state, EngineState const& b
   restore(decision.key, state.lastToldAt, before.lastToldAt);
   restore(decision.key, state.shown, before.shown);
   if (isScheduled(*decision.rule)) state.scheduled = before.scheduled;
+  if (decision.storm) restore(decision.storm->id, state.knownStorms, before.knownStorms);
 }
 
 }  // namespace nimbara

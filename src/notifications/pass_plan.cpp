@@ -36,13 +36,18 @@ struct Event {
 class Planner {
  public:
   Planner(PassContext const& context, EngineState const& state)
-      : context_(context), state_(state), values_(RuleSettings::of(context.settings)) {}
+      : context_(context),
+        state_(state),
+        places_(context.places.begin(), context.places.end()),
+        values_(RuleSettings::of(context.settings)) {
+    for (RuleInputs& inputs : places_) inputs.knownStorms = state.knownStorms;
+  }
 
   PassPlan plan() {
     withdrawEnded();
     for (Rule const& rule : ruleCatalogue()) planRule(rule);
     for (ForeignEvaluation const& foreign : context_.foreign) {
-      planFindings(*foreign.rule, context_.places[foreign.place], foreign.evaluation);
+      planFindings(*foreign.rule, places_[foreign.place], foreign.evaluation);
     }
     std::ranges::stable_sort(plan_.decisions, {}, orderOf);
     return std::move(plan_);
@@ -61,7 +66,7 @@ class Planner {
     if (!context_.settings.boolean(rule.setting)) return skip(rule);
     if (rule.policy == RulePolicy::instance) return planEvents(rule);
     if (rule.policy == RulePolicy::condition) releaseUnwatched(rule);
-    for (RuleInputs const& inputs : context_.places) {
+    for (RuleInputs const& inputs : places_) {
       if (!concerns(rule, inputs)) continue;
       if (!rule.hourSetting.empty()) {
         planScheduled(rule, inputs);
@@ -77,7 +82,7 @@ class Planner {
 
   void skip(Rule const& rule) {
     add(settingOff, rule);
-    for (RuleInputs const& inputs : context_.places) release(rule, inputs, {});
+    for (RuleInputs const& inputs : places_) release(rule, inputs, {});
   }
 
   // ---- Conditions and what is told once a day
@@ -164,7 +169,7 @@ class Planner {
     std::vector<Event> events;
     int looks = 0;
     int checks = 0;
-    for (RuleInputs const& inputs : context_.places) {
+    for (RuleInputs const& inputs : places_) {
       if (!concerns(rule, inputs)) continue;
       Evaluation const evaluation = rule.evaluate(inputs, values_);
       ++looks;
@@ -376,6 +381,7 @@ class Planner {
     decision.ends = event.finding.ends;
     decision.place = event.names;
     decision.measured = event.measured;
+    decision.storm = event.finding.storm;
     decision.request = requestOf(rule, event, decision.key);
     return decision;
   }
@@ -400,6 +406,7 @@ class Planner {
 
   PassContext const& context_;
   EngineState const& state_;
+  std::vector<RuleInputs> places_;  ///< with what the state remembers for rules
   RuleSettings values_;
   PassPlan plan_;
 };

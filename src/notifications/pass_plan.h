@@ -65,6 +65,7 @@ struct Decision {
   std::optional<Instant> since;                    ///< when it was told, or last seen
   std::optional<ScheduledNotification> scheduled;  ///< of a scheduled one
   std::string prompt;                              ///< for a language model that may word it; else empty
+  std::optional<ToldStorm> storm;                  ///< what is known of a storm once it has been told
 };
 
 /// A rule that is no row of the catalogue, already evaluated: one of the user's own.
@@ -76,7 +77,7 @@ struct ForeignEvaluation {
 
 struct PassContext {
   Instant now;
-  std::span<RuleInputs const> places;  ///< the selected one first
+  std::span<RuleInputs const> places;  ///< the selected one first; what is remembered is added
   std::span<ForeignEvaluation const> foreign;
   Settings const& settings;
   Texts const& texts;

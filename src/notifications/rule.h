@@ -61,6 +61,7 @@ struct Finding {
   std::optional<Instant> ends;   ///< when it will be over, if that is known
   /// Already told by another notification: listed without a ring.
   bool isCovered = false;
+  std::optional<ToldStorm> storm;  ///< what is known of a storm once this has been told
 };
 
 /// Notes of rules that could not look: false is not known to be false.

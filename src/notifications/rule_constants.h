@@ -64,6 +64,25 @@ inline constexpr double kBeachWindKmh = 25;
 inline constexpr int kBeachCloud = 50;
 inline constexpr int kBeachHours = 3;
 
+// Until tomorrow at this hour: time to plan another day, and what comes later is told later.
+inline constexpr std::chrono::hours kAirLookAhead{24};
+
+// A strike says where a thunderstorm is; half an hour later it is over or elsewhere.
+inline constexpr std::chrono::minutes kStrikeLife{30};
+// The next strike of a storm may fall so far from the one before: who is that near belongs indoors.
+inline constexpr double kNearStrikeKm = 10;
+
+// The front of a fire before strong wind covers that in an hour or two.
+inline constexpr double kNearFireKm = 10;
+
+// Centres report in steps of five knots (9 km/h) and err by about one: a change is of more than two.
+inline constexpr double kStormWindChangeKmh = 20;
+// Tropical cyclones send gales and rain some hundred kilometres ahead, and tracks err by as much in three
+// days.
+inline constexpr double kStormApproachKm = 500;
+// Farther from every named coast a place says nothing of where a storm is.
+inline constexpr double kStormCoastKm = 1000;
+
 // A forecast that wavers around a cut says the same event again within these.
 inline constexpr std::chrono::minutes kSpellGap = 3h;      // wet spells, storms
 inline constexpr std::chrono::minutes kDayGap = 12h;       // what follows the course of the day

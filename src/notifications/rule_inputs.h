@@ -91,6 +91,14 @@ template <>
 inline constexpr auto jsonFields<KnownStorm> =
     std::tuple{field("category", &KnownStorm::category), field("windKmh", &KnownStorm::windKmh)};
 
+/// A storm as a notification tells it.
+struct ToldStorm {
+  std::string id;
+  KnownStorm as;
+
+  bool operator==(ToldStorm const&) const = default;
+};
+
 struct RuleInputs {
   Instant now;
   Calendar calendar = Calendar::utc();  ///< the place's
