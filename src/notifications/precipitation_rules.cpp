@@ -122,8 +122,9 @@ bool isWet(HourlyForecast const& hour, Precipitation const& what) {
 Evaluation stops(RuleInputs const& inputs, Precipitation const& what) {
   Hours const hours = inputs.hoursWithin(cuts::kPrecipitationLookAhead);
   if (hours.empty()) return Evaluation::none("noForecast");
-  Measurement measured = chanceMeasured(what, hours.last(1), what.stopChance);
-  measured.needs = Relation::below;
+  int const lowest = (*std::ranges::min_element(hours, {}, what.chance)).*what.chance;
+  Measurement const measured{what.chanceName, static_cast<double>(lowest), Relation::below,
+                             static_cast<double>(what.stopChance), "%"};
   if (!isFalling(inputs, what.kind)) return {{}, {measured}, "notFalling"};
   auto const isWetHour = [&](HourlyForecast const& hour) { return isWet(hour, what); };
   auto const firstWet = std::ranges::find_if(hours, isWetHour);

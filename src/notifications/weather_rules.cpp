@@ -184,15 +184,17 @@ Evaluation highWind(RuleInputs const& inputs, RuleSettings const& settings) {
 
 Evaluation highUv(RuleInputs const& inputs, RuleSettings const& /*settings*/) {
   Hours const hours = inputs.hoursWithin(cuts::kUvLookAhead);
-  int const now = inputs.present ? inputs.present->uvIndex.value_or(0) : 0;
-  int highest = now;
+  if (hours.empty() && !inputs.present) return Evaluation::none("noForecast");
+  std::optional<int> const now = inputs.present ? inputs.present->uvIndex : std::nullopt;
+  std::optional<int> highest = now;
   for (HourlyForecast const& hour : hours) {
-    if (hour.has(WeatherDetailField::uvIndex)) highest = std::max(highest, hour.uvIndex);
+    if (hour.has(WeatherDetailField::uvIndex)) highest = std::max(highest, std::optional(hour.uvIndex));
   }
-  Measurement const measured{"uvIndex", static_cast<double>(highest), Relation::atLeast, cuts::kHighUv, ""};
+  if (!highest) return Evaluation::none("noDetail");
+  Measurement const measured{"uvIndex", static_cast<double>(*highest), Relation::atLeast, cuts::kHighUv, ""};
   if (!measured.holds()) return nothing(measured);
-  std::string body = now >= cuts::kHighUv ? inputs.texts->format("push.uvHigh.bodyNow", now)
-                                          : inputs.texts->format("push.uvHigh.bodySoon", highest);
+  std::string body = now >= cuts::kHighUv ? inputs.texts->format("push.uvHigh.bodyNow", *now)
+                                          : inputs.texts->format("push.uvHigh.bodySoon", *highest);
   return one(told(inputs.text("push.uvHigh.title"), std::move(body)), measured);
 }
 

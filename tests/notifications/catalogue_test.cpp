@@ -1,0 +1,188 @@
+#include "notifications/catalogue.h"
+
+#include "base/file.h"
+#include "support/rules.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <regex>
+#include <set>
+
+namespace nimbara {
+namespace {
+
+using test::at;
+using test::faultsOf;
+using testing::IsEmpty;
+
+constexpr char kNow[] = "2026-11-21T09:20:00Z";
+
+/// Nothing was fetched.
+RuleInputs bare() {
+  RuleInputs inputs;
+  inputs.now = at(kNow);
+  inputs.texts = &test::englishTexts();
+  inputs.place = {"testville", "Testville", "PT", {38.7, -9.1}, true};
+  return inputs;
+}
+
+/// A provider answered without a single hour.
+RuleInputs withEmptyForecast() {
+  RuleInputs inputs = bare();
+  inputs.weather = std::make_shared<WeatherData const>();
+  inputs.readWeather();
+  return inputs;
+}
+
+/// Every service answered that there is nothing.
+RuleInputs withEmptyAnswers() {
+  RuleInputs inputs = test::ruleInputs(at(kNow));
+  inputs.generatedAlerts = InputReading<std::vector<WeatherAlert>>::of(std::vector<WeatherAlert>{});
+  inputs.govAlerts = inputs.generatedAlerts;
+  inputs.nwsAlerts = InputReading<std::vector<NWSAlert>>::of(std::vector<NWSAlert>{});
+  inputs.earthquakes = InputReading<std::vector<EarthquakeEvent>>::of(std::vector<EarthquakeEvent>{});
+  inputs.kp = InputReading<double>::of(1);
+  inputs.airQuality = InputReading<AirQualityForecast>::of(AirQualityForecast{});
+  inputs.storms = InputReading<std::vector<TropicalStorm>>::of(std::vector<TropicalStorm>{});
+  inputs.fires = InputReading<std::vector<FireDetection>>::of(std::vector<FireDetection>{});
+  inputs.advisories = InputReading<std::vector<TravelAdvisory>>::of(std::vector<TravelAdvisory>{});
+  inputs.lightning = InputReading<std::vector<LightningStrike>>::of(std::vector<LightningStrike>{});
+  return inputs;
+}
+
+TEST(Catalogue, FindsNothingWhereThereIsNothing) {
+  for (Rule const& rule : ruleCatalogue()) {
+    for (RuleInputs const& inputs : {bare(), withEmptyForecast()}) {
+      Evaluation const found = rule.evaluate(inputs, {});
+      EXPECT_THAT(found.findings, IsEmpty()) << rule.stem;
+      EXPECT_THAT(faultsOf(found), IsEmpty()) << rule.stem;
+    }
+  }
+}
+
+/// A pass that gets no forecast must not take for over what the rules of the forecast told before.
+TEST(Catalogue, KnowsNothingWithoutAForecast) {
+  for (Rule const& rule : ruleCatalogue()) {
+    bool const readsForecast =
+        rule.inputs.contains(RuleInput::hourly) || rule.inputs.contains(RuleInput::generatedAlerts);
+    if (!readsForecast || rule.stem.starts_with("beta_")) continue;
+    EXPECT_THAT(rule.evaluate(bare(), {}).measured, IsEmpty()) << rule.stem;
+  }
+}
+
+TEST(Catalogue, IsCalmOnAMildDay) {
+  for (Rule const& rule : ruleCatalogue()) {
+    bool const isComfort = rule.stem.starts_with("beta_") || rule.stem.ends_with("_summary");
+    Evaluation const found = rule.evaluate(withEmptyAnswers(), {});
+    EXPECT_TRUE(isComfort || found.findings.empty()) << rule.stem;
+    EXPECT_TRUE(isComfort || found.measured.size() == 1 || found.note == "noDetail") << rule.stem;
+  }
+}
+
+TEST(Catalogue, IsSwitchedBySettingsThatExist) {
+  SettingsRegistry const registry{notificationSettings()};
+  Settings const settings(registry);
+  for (Rule const& rule : ruleCatalogue()) {
+    SettingDefinition const* const gate = registry.find(rule.setting);
+    ASSERT_NE(gate, nullptr) << rule.stem;
+    EXPECT_TRUE(std::holds_alternative<bool>(gate->byDefault)) << rule.setting;
+    if (rule.hourSetting.empty()) continue;
+    ASSERT_NE(registry.find(rule.hourSetting), nullptr) << rule.stem;
+    EXPECT_GE(settings.integer(rule.hourSetting), 0) << rule.stem;
+    EXPECT_EQ(rule.policy, RulePolicy::daily) << rule.stem;
+  }
+}
+
+/// A setting that no rule reads is a switch without a lamp.
+TEST(Catalogue, HasARuleForEverySwitch) {
+  std::set<std::string_view> const others{"notify_sounds", "notify_everyPlace", "notify_quietHours",
+                                          "notify_quietHoldsCritical"};
+  std::set<std::string_view> read;
+  for (Rule const& rule : ruleCatalogue()) read.insert(rule.setting);
+  for (SettingDefinition const& definition : notificationSettings()) {
+    bool const isSwitch =
+        definition.key.starts_with("notify_") && std::holds_alternative<bool>(definition.byDefault);
+    if (!isSwitch || others.contains(definition.key)) continue;
+    EXPECT_TRUE(read.contains(definition.key)) << definition.key;
+  }
+}
+
+struct IdentifierRow {
+  std::string_view identifier;
+  std::string_view stem;  ///< empty: no rule's
+};
+
+TEST(Catalogue, KnowsWhoseAnIdentifierIs) {
+  for (IdentifierRow const& row : {
+           IdentifierRow{"gov_00000000-0000-4000-8000-000000000001", "gov_"},
+           {"travel_advisory_PT", "travel_advisory_"},
+           {"earthquake_us7000abcd", "earthquake_"},
+           {"fire_fire:38.40,-122.65", "fire_"},
+           {"hurricane_al092026_new", "hurricane_al"},
+           {"hurricane_ep012026_category_4", "hurricane_ep"},
+           {"hurricane_cp012026_speed_185", "hurricane_cp"},
+           {"hurricane_wp012026_approach", "hurricane_wp"},
+           {"air_quality_forecast@38.70,-9.10", "air_quality_forecast"},
+           {"lightning_detected@38.70,-9.10", "lightning_detected"},
+           {"tornado_conditions", "tornado_conditions"},
+           {"nws_flood", "nws_flood"},
+           {"flood", "flood"},
+           {"rain", "rain"},
+           {"rain_start", "rain_start"},
+           {"rain_stop", "rain_stop"},
+           {"snow_stop@x", "snow_stop"},
+           {"storm", "storm"},
+           {"temp_drop", "temp_drop"},
+           {"uv_high", "uv_high"},
+           {"umbrella_reminder", "umbrella_reminder"},
+           {"uv_daily_reminder", "uv_daily_reminder"},
+           {"evening_summary", "evening_summary"},
+           {"beta_mosquito", "beta_mosquito"},
+           {"beta_mosquito_swarm", "beta_mosquito_swarm"},
+           {"hurricane_io012026_new", ""},
+           {"", ""},
+       }) {
+    Rule const* const rule = ruleOf(row.identifier);
+    EXPECT_EQ(rule == nullptr ? std::string_view() : rule->stem, row.stem) << row.identifier;
+  }
+}
+
+/// Danger is told for every place and is not held to the selected one by mistake.
+TEST(Catalogue, WatchesEveryPlaceForDanger) {
+  std::set<std::string_view> everywhere;
+  for (Rule const& rule : ruleCatalogue()) {
+    if (rule.reach == RuleReach::everyPlace) everywhere.insert(rule.stem);
+  }
+  EXPECT_EQ(everywhere,
+            (std::set<std::string_view>{"tornado_conditions", "gov_", "nws_severe_thunderstorm", "nws_flood",
+                                        "earthquake_", "fire_", "lightning_detected", "travel_advisory_"}));
+}
+
+/// The texts that the sources of this folder name.
+std::set<std::string> namedTexts() {
+  std::set<std::string> keys;
+  std::regex const key(R"re("((?:push|condition)\.[A-Za-z.]*[A-Za-z])")re");
+  auto const folder = std::filesystem::path(NIMBARA_FIXTURES) / "../../src/notifications";
+  for (auto const& entry : std::filesystem::directory_iterator(folder)) {
+    auto const text = readFile(entry.path(), 1 << 20);
+    if (!text) continue;
+    for (std::sregex_iterator found(text->begin(), text->end(), key), end; found != end; ++found) {
+      keys.insert((*found)[1]);
+    }
+  }
+  return keys;
+}
+
+TEST(Catalogue, HasATextForEveryKeyThatRulesName) {
+  std::set<std::string> const keys = namedTexts();
+  EXPECT_GT(keys.size(), 100U);
+  for (std::string_view const language : Texts::languages()) {
+    Texts const texts = Texts::load(language);
+    for (std::string const& key : keys) EXPECT_TRUE(texts.translates(key)) << language << ": " << key;
+  }
+}
+
+}  // namespace
+}  // namespace nimbara
