@@ -77,7 +77,7 @@ class ForecastRun {
     if (!demo) return std::unexpected(offline);
     session_.console.err("nimbara: the live services cannot be reached (" + offline.cause->detail +
                          "); this is generated demo weather, not a forecast\n");
-    return ask({demo->baseUrl(), true, options_.provider});
+    return ask({demo->baseUrl(), true, options_.provider, {}});
   }
 
   std::string rendered(ForecastAnswer const& answer, RunContext const& context) const {

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -28,8 +29,10 @@ struct CliRun {
   std::string err;
 };
 
-/// Surroundings that no machine disturbs: no settings, UTC, UTF-8, no colours asked for or against.
+/// Surroundings that no machine disturbs: no settings, UTC, UTF-8, no colours asked for or against, and no
+/// desktop that a test could ring.
 inline Environment plainEnvironment() {
+  setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus", 1);
   Environment environment;
   environment.dataDirectory = std::filesystem::path(testing::TempDir()) / "nimbara-without-settings";
   environment.program = NIMBARA_PROGRAM;
