@@ -8,4 +8,5 @@ grep -m1 'model name' /proc/cpuinfo
 "$build/bench/gazetteer_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
 "$build/bench/feeds_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
 "$build/bench/satellite_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
+"$build/bench/notifications_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
 "$build/bench/command_bench" "$build/bin/nimbara"
