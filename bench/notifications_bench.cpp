@@ -53,7 +53,7 @@ std::vector<RuleInputs> places(int count) {
     });
     inputs.place = {"place" + std::to_string(i), "Place", "PT", {38.7 + 0.01 * i, -9.1}, i == 0};
     inputs.govAlerts = InputReading<std::vector<WeatherAlert>>::of(warnings(5));
-    inputs.generatedAlerts = InputReading<std::vector<WeatherAlert>>::of({});
+    inputs.generatedAlerts = InputReading<std::vector<WeatherAlert>>::of(std::vector<WeatherAlert>{});
     inputs.nwsAlerts = InputReading<std::vector<NWSAlert>>::of(std::vector<NWSAlert>(5));
     inputs.earthquakes = InputReading<std::vector<EarthquakeEvent>>::of(std::vector<EarthquakeEvent>(300));
     inputs.kp = InputReading<double>::of(3);
