@@ -36,6 +36,8 @@ Finding findingOf(WeatherAlert const& alert, Texts const& texts) {
   finding.sound = soundOf(alert.severity);
   finding.severity = alert.severity;
   finding.kind = "gov:" + alert.icon;
+  // Neighbours' warnings are many: a slight one that only comes near is listed, not rung.
+  finding.isCovered = alert.distanceKm && alert.severity < AlertSeverity::warning;
   finding.began = alert.onset;
   finding.ends = alert.expires;
   return finding;

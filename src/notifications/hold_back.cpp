@@ -27,6 +27,20 @@ std::vector<NotificationAction> notificationActions(Texts const& texts) {
           {"mute", std::string(texts.text("push.action.mute"))}};
 }
 
+NotificationRequest requestFor(Rule const& rule, Finding const& finding, bool sounds, bool isQuiet,
+                               Texts const& texts) {
+  NotificationRequest request;
+  request.title = finding.title;
+  request.body = finding.body;
+  if (sounds) request.sound = finding.sound.empty() ? rule.sound : finding.sound;
+  request.isSilent = isQuiet;
+  request.urgency = isQuiet ? NotificationUrgency::low : urgencyOf(finding.severity);
+  bool const isExtreme = rule.followsEvents && finding.severity == AlertSeverity::critical;
+  request.category = isExtreme ? "weather.warning.extreme" : "weather";
+  request.actions = notificationActions(texts);
+  return request;
+}
+
 std::optional<RuleOutcome> heldAtHour(RuleSettings const& values, Instant now, int hour) {
   if (values.snoozedUntil && now < *values.snoozedUntil) return snoozed;
   if (values.quiet.contain(hour)) return heldByQuietHours;

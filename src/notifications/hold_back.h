@@ -17,6 +17,10 @@ std::string_view withoutJoint(std::string_view stem);
 NotificationUrgency urgencyOf(AlertSeverity severity);
 std::vector<NotificationAction> notificationActions(Texts const& texts);
 
+/// A finding as the desktop is to show it, under no identifier yet; a quiet one is listed without a ring.
+NotificationRequest requestFor(Rule const& rule, Finding const& finding, bool sounds, bool isQuiet,
+                               Texts const& texts);
+
 /// Snoozing and the quiet hours; `hour` is the place's.
 std::optional<RuleOutcome> heldAtHour(RuleSettings const& values, Instant now, int hour);
 /// A mute names the rule, the kind, or the kind at one severity.

@@ -1,3 +1,4 @@
+#include "base/sha256.h"
 #include "notifications/pass_plan.h"
 
 #include <algorithm>
@@ -7,6 +8,9 @@ namespace nimbara {
 namespace {
 
 using enum RuleOutcome;
+
+constexpr RuleOutcome kDeliveries[] = {announced, escalated, listed, updated, withdrawn};
+constexpr RuleOutcome kHeldBack[] = {muted, heldByQuietHours, snoozed, suppressed};
 
 /// Remembered after its end, so that a late repetition is no news.
 constexpr std::chrono::hours kMemoryAfterEnd{24};
@@ -84,6 +88,22 @@ void restoreMember(std::string const& key, EngineState::Strings& set, EngineStat
 }
 
 }  // namespace
+
+std::string digestOf(NotificationRequest const& request) {
+  return sha256Hex(request.title + "\n" + request.body);
+}
+
+bool isDelivery(RuleOutcome outcome) {
+  return std::ranges::count(kDeliveries, outcome) > 0;
+}
+
+bool isAction(RuleOutcome outcome) {
+  return isDelivery(outcome) || outcome == scheduled;
+}
+
+bool isHeldBack(RuleOutcome outcome) {
+  return std::ranges::count(kHeldBack, outcome) > 0;
+}
 
 void apply(Decision const& decision, Instant now, EngineState& state) {
   switch (decision.outcome) {

@@ -1,6 +1,5 @@
 #include "notifications/pass_plan.h"
 
-#include "base/sha256.h"
 #include "notifications/catalogue.h"
 #include "notifications/hold_back.h"
 
@@ -14,9 +13,6 @@ using enum RuleOutcome;
 
 /// What began longer ago than this before a rule is first evaluated is no news any more.
 constexpr std::chrono::minutes kNewsLife{30};
-
-constexpr RuleOutcome kDeliveries[] = {announced, escalated, listed, updated, withdrawn};
-constexpr RuleOutcome kHeldBack[] = {muted, heldByQuietHours, snoozed, suppressed};
 
 template <class Container>
 auto* find(Container& container, std::string_view key) {
@@ -389,18 +385,10 @@ class Planner {
   NotificationRequest requestOf(Rule const& rule, Event const& event, std::string const& key) const {
     Finding const& finding = event.finding;
     bool const isQuiet = finding.isCovered || isOldNews(rule, finding);
-    NotificationRequest request;
+    NotificationRequest request = requestFor(rule, finding, values_.sounds, isQuiet, context_.texts);
     request.identifier = event.inputs->place.isSelected ? identifierOf(rule, finding) : key;
-    request.title = event.isElsewhere ? context_.texts.format("push.withPlace", event.names, finding.title)
-                                      : finding.title;
-    request.body = finding.body;
-    std::string_view const sound = finding.sound.empty() ? rule.sound : finding.sound;
-    if (values_.sounds) request.sound = sound;
-    request.isSilent = isQuiet;
-    request.urgency = isQuiet ? NotificationUrgency::low : urgencyOf(finding.severity);
-    bool const isExtreme = rule.followsEvents && finding.severity == AlertSeverity::critical;
-    request.category = isExtreme ? "weather.warning.extreme" : "weather";
-    request.actions = notificationActions(context_.texts);
+    if (event.isElsewhere)
+      request.title = context_.texts.format("push.withPlace", event.names, finding.title);
     return request;
   }
 
@@ -412,22 +400,6 @@ class Planner {
 };
 
 }  // namespace
-
-std::string digestOf(NotificationRequest const& request) {
-  return sha256Hex(request.title + "\n" + request.body);
-}
-
-bool isDelivery(RuleOutcome outcome) {
-  return std::ranges::count(kDeliveries, outcome) > 0;
-}
-
-bool isAction(RuleOutcome outcome) {
-  return isDelivery(outcome) || outcome == scheduled;
-}
-
-bool isHeldBack(RuleOutcome outcome) {
-  return std::ranges::count(kHeldBack, outcome) > 0;
-}
 
 PassPlan planPass(PassContext const& context, EngineState const& state) {
   return Planner(context, state).plan();

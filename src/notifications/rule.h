@@ -59,7 +59,7 @@ struct Finding {
   std::string kind;              ///< what a mute names; empty: the rule's stem
   std::optional<Instant> began;  ///< since when it is so, if that is known
   std::optional<Instant> ends;   ///< when it will be over, if that is known
-  /// Already told by another notification: listed without a ring.
+  /// Told by another notification already, or slight and only near: listed without a ring.
   bool isCovered = false;
   std::optional<ToldStorm> storm;  ///< what is known of a storm once this has been told
 };

@@ -60,6 +60,21 @@ TEST(OfficialWarnings, AreToldFromTheUsersLevelOn) {
   }
 }
 
+TEST(OfficialWarnings, OnlyNearRingFromWarningUp) {
+  for (auto const severity :
+       {AlertSeverity::info, AlertSeverity::advisory, AlertSeverity::warning, AlertSeverity::critical}) {
+    RuleInputs inputs = here();
+    WeatherAlert alert = warning(severity);
+    RuleSettings const settings = withDefaults([](auto& s) { s.govAlertLevel = NotificationLevel::low; });
+    inputs.govAlerts = reading(std::vector{alert});
+    EXPECT_FALSE(officialWarnings(inputs, settings).findings.at(0).isCovered);
+    alert.distanceKm = 12;
+    inputs.govAlerts = reading(std::vector{alert});
+    EXPECT_EQ(officialWarnings(inputs, settings).findings.at(0).isCovered, severity < AlertSeverity::warning)
+        << enumName(severity);
+  }
+}
+
 TEST(OfficialWarnings, CarryWhatTheOfficeSays) {
   RuleInputs inputs = here();
   WeatherAlert const alert = warning(AlertSeverity::critical);
