@@ -99,7 +99,9 @@ class NotifyRun {
          [this](Place const& place) {
            return statedPlace(place.coordinate, options_.stated, context_.app().feeds().regions());
          }});
-    return inputs.gather(places_, needed, *session_.settings, rules_, stop);
+    PassInputs pass = inputs.gather(places_, needed, *session_.settings, rules_, stop);
+    pass.isPartial = !options_.place.empty();
+    return pass;
   }
 
   std::shared_ptr<WeatherData const> weatherOf(Place const& place, std::stop_token const& stop) {

@@ -227,7 +227,8 @@ PassReport NotificationManager::evaluate(GatherInputs const& gather, std::stop_t
   // First what was due before: the plan puts the next day's in its place.
   pass.tellScheduled(settings.settings);
   EngineState::Strings const suppressed = suppressedTags();
-  pass.run(planPass({pass.now(), inputs.places, inputs.foreign, settings.settings, around_.texts, suppressed},
+  pass.run(planPass({pass.now(), inputs.places, inputs.foreign, settings.settings, around_.texts, suppressed,
+                     inputs.isPartial},
                     pass.state()));
   return std::move(pass.report());
 }
@@ -242,8 +243,9 @@ PassReport NotificationManager::preview(GatherInputs const& gather, std::stop_to
   Pass::forgetMissed(due, state);
   for (DuePlan::Entry const& entry : due.entries) apply(entry.decision, now, state);
   PassReport report;
-  report.plan = planPass(
-      {now, inputs.places, inputs.foreign, settings.settings, around_.texts, suppressedLocationTags_}, state);
+  report.plan = planPass({now, inputs.places, inputs.foreign, settings.settings, around_.texts,
+                          suppressedLocationTags_, inputs.isPartial},
+                         state);
   auto const told = due.entries | std::views::transform(&DuePlan::Entry::decision);
   report.plan.decisions.insert(report.plan.decisions.begin(), told.begin(), told.end());
   return report;

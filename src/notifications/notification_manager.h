@@ -20,6 +20,7 @@ namespace nimbara {
 struct PassInputs {
   std::vector<RuleInputs> places;  ///< the selected one first
   std::vector<ForeignEvaluation> foreign;
+  bool isPartial = false;  ///< further places are watched that this pass does not look at
 };
 
 /// Asks the network for what enabled rules read. Blocks.

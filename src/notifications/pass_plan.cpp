@@ -61,7 +61,7 @@ class Planner {
   void planRule(Rule const& rule) {
     if (!context_.settings.boolean(rule.setting)) return skip(rule);
     if (rule.policy == RulePolicy::instance) return planEvents(rule);
-    if (rule.policy == RulePolicy::condition) releaseUnwatched(rule);
+    if (rule.policy == RulePolicy::condition && !context_.isPartial) releaseUnwatched(rule);
     for (RuleInputs const& inputs : places_) {
       if (!concerns(rule, inputs)) continue;
       if (!rule.hourSetting.empty()) {
@@ -174,7 +174,8 @@ class Planner {
       if (evaluation.findings.empty()) tellNothing(rule, inputs, evaluation);
     }
     for (Event const& event : events) planEvent(rule, event);
-    if (rule.followsEvents && looks > 0 && checks == looks) withdrawAbsent(rule, events);
+    if (rule.followsEvents && looks > 0 && checks == looks && !context_.isPartial)
+      withdrawAbsent(rule, events);
     // One place whose feed fails for ever must not make all that comes from the others old news.
     if (checks > 0) plan_.checked.push_back(&rule);
   }

@@ -82,6 +82,8 @@ struct PassContext {
   Settings const& settings;
   Texts const& texts;
   std::set<std::string, std::less<>> const& suppressedLocationTags;
+  /// Not all places that are watched: what is not found here may be elsewhere.
+  bool isPartial = false;
 };
 
 struct PassPlan {

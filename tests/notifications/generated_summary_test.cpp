@@ -86,7 +86,7 @@ class GeneratedSummaryTest : public testing::Test {
 
   std::string scheduledBody() {
     auto const gather = [&](NeededInputs const&, std::stop_token const&) {
-      return PassInputs{{test::ruleInputs(clock_.now())}, {}};
+      return PassInputs{.places = {test::ruleInputs(clock_.now())}, .foreign = {}};
     };
     PassReport const report = manager_.evaluate(gather);
     for (Decision const& decision : report.plan.decisions) {

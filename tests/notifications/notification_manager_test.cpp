@@ -225,6 +225,18 @@ TEST_F(Warnings, AreOverAfterTwoGoodChecksWithoutThem) {
   EXPECT_EQ(engine.told(), Names{name(1)}) << "its return is no news";
 }
 
+TEST_F(Warnings, OfOtherPlacesOutlastALookAtOneOfThem) {
+  add(1);
+  engine.pass();
+  engine.warnings->clear();
+  engine.isPartial = true;
+  for (int i = 0; i < 3; ++i) engine.passAfter(2min);
+  EXPECT_EQ(engine.center.withdrawn().size(), 0);
+  engine.isPartial = false;
+  for (int i = 0; i < 2; ++i) engine.passAfter(2min);
+  EXPECT_EQ(engine.center.withdrawn().size(), 1);
+}
+
 TEST_F(Warnings, AtTwoPlacesRingOnceAndNameBoth) {
   add(1);
   engine.pass({engine.here(), engine.elsewhere("porto", "Porto")});

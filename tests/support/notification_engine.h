@@ -84,8 +84,9 @@ struct NotificationEngine {
   }
 
   PassReport pass(std::vector<RuleInputs> places) {
-    return manager->evaluate(
-        [&](NeededInputs const&, std::stop_token const&) { return PassInputs{std::move(places), {}}; });
+    return manager->evaluate([&](NeededInputs const&, std::stop_token const&) {
+      return PassInputs{std::move(places), {}, isPartial};
+    });
   }
   PassReport pass() { return pass({here()}); }
   PassReport passAfter(std::chrono::minutes span) {
@@ -108,6 +109,7 @@ struct NotificationEngine {
   Calendar calendar = Calendar::utc();
   std::function<void(WeatherData&)> weather;
   std::optional<std::vector<WeatherAlert>> warnings = std::vector<WeatherAlert>{};  ///< nothing: no answer
+  bool isPartial = false;  ///< of the next passes: further places are watched
   std::unique_ptr<NotificationManager> manager;
   std::size_t seen = 0;
 };
