@@ -57,6 +57,10 @@ std::vector<RuleInputs> places(int count) {
     inputs.nwsAlerts = InputReading<std::vector<NWSAlert>>::of(std::vector<NWSAlert>(5));
     inputs.earthquakes = InputReading<std::vector<EarthquakeEvent>>::of(std::vector<EarthquakeEvent>(300));
     inputs.kp = InputReading<double>::of(3);
+    inputs.storms = InputReading<std::vector<TropicalStorm>>::of(std::vector<TropicalStorm>(5));
+    inputs.fires = InputReading<std::vector<FireDetection>>::of(std::vector<FireDetection>(100));
+    inputs.advisories = InputReading<std::vector<TravelAdvisory>>::of(std::vector<TravelAdvisory>(200));
+    inputs.lightning = InputReading<std::vector<LightningStrike>>::of(std::vector<LightningStrike>(100));
     all.push_back(std::move(inputs));
   }
   return all;

@@ -124,6 +124,7 @@ EngineState merged(EngineState stored, EngineState const& known) {
   adoptLater(stored.lastActiveAt, known.lastActiveAt);
   adoptLater(stored.lastToldAt, known.lastToldAt);
   for (auto const& [key, shown] : known.shown) stored.shown.insert_or_assign(key, shown);
+  for (auto const& [key, storm] : known.knownStorms) stored.knownStorms.insert_or_assign(key, storm);
   stored.firstCheckedAt.insert(known.firstCheckedAt.begin(), known.firstCheckedAt.end());
   return stored;
 }

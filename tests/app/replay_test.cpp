@@ -29,6 +29,12 @@ std::string alertsUrl(Place const& place) {
 
 /// Two days of a user's life: what the feed answers is recorded, the weather is the test's.
 struct ReplayTest : testing::Test {
+  ReplayTest() {
+    // Nothing of these is recorded.
+    for (char const* const key : {"notify_travelAdvisory", "notify_lightning"})
+      std::ignore = store.set(key, false);
+  }
+
   static std::shared_ptr<Texts const> texts() { return std::make_shared<Texts const>(Texts::load("en")); }
 
   /// What the feed of a place says from a moment on.
