@@ -106,6 +106,7 @@ struct DoctorOptions {
 };
 
 struct WatchOptions {
+  std::string record;  ///< a folder for what the services answer
   bool json = false;
   bool install = false;
   bool uninstall = false;

@@ -10,6 +10,10 @@ void defineWatch(CLI::App& app, CommandLine& line, RawOptions& raw) {
       "watch",
       "Keep the forecasts of your places fresh and tell what you want to be told of, until interrupted");
   command->add_flag("--json", line.watch.json, "A line of JSON for each event");
+  command
+      ->add_option("--record", line.watch.record,
+                   "Keep what the services answer in this folder, for nimbara replay")
+      ->type_name("DIRECTORY");
   defineCommon(*command, line, raw);
   defineWatchInstall(*command, line.watch);
   command->callback([&line] {

@@ -39,8 +39,10 @@ class NotifyRun {
   int run() {
     if (auto const failure = findPlaces()) return session_.fail(failure->exitCode, failure->sentence);
     auto const center = makeCenter();
+    StandInStore standIn(*session_.store);
+    SettingsStore& store = context_.servicesBase().empty() ? *session_.store : standIn;
     NotificationManager manager(
-        {*session_.store, *center, *clock_, context_.texts(), lockFile(), context_.app().languageModel()});
+        {store, *center, *clock_, context_.texts(), lockFile(), context_.app().languageModel()});
     bool const isPreview = options_.dryRun || options_.explain;
     auto const gather = [this](NeededInputs const& needed, std::stop_token const& stop) {
       return gatherInputs(needed, stop);

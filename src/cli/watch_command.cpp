@@ -1,4 +1,5 @@
 #include "app/app_state.h"
+#include "app/http_recording.h"
 #include "app/notifier.h"
 #include "app/place_resolver.h"
 #include "app/places.h"
@@ -74,7 +75,7 @@ class Watch {
   Watch(CommandLine const& line, Session const& session)
       : session_(session),
         clock_(makeRunningClock(line.common)),
-        context_(line.common, session, *clock_, ownServices(line.common, line.forecast.provider)),
+        context_(line.common, session, *clock_, departureOf(line)),
         places_(*session.store),
         log_(session.console, *clock_, context_.texts(), line.watch.json),
         state_(context_.app().forecasts(), context_.app().providers(), context_.app().cache(), *clock_, pool_,
@@ -109,6 +110,15 @@ class Watch {
   static std::unique_ptr<Clock> makeRunningClock(CommonOptions const& common) {
     if (common.now) return std::make_unique<ShiftedClock>(*common.now);
     return std::make_unique<SystemClock>();
+  }
+
+  RunContext::Departure departureOf(CommandLine const& line) {
+    RunContext::Departure departure = ownServices(line.common, line.forecast.provider);
+    if (line.watch.record.empty()) return departure;
+    departure.aroundNetwork = [this, &line](HttpClient& network) {
+      return std::make_unique<RecordingHttpClient>(network, *clock_, line.watch.record);
+    };
+    return departure;
   }
 
   SettingsStore& remembered() { return context_.servicesBase().empty() ? *session_.store : standIn_; }

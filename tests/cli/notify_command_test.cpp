@@ -77,12 +77,13 @@ TEST_F(NotifyCommandTest, NoNetworkSilencesWhatNeedsIt) {
 
 TEST_F(NotifyCommandTest, StandInsLeaveTheUsersOwnMemoryAlone) {
   ASSERT_EQ(run({"notify", "--deliver", "print"}).exitCode, 0);
-  auto const store = environment().dataDirectory / "nimbara.db";
-  EXPECT_TRUE(exists(store));
-  // Without stand-ins nothing is known of what they told.
-  auto const real = test::run({"notify", "--explain", "--json", "--now", kMoment}, environment());
-  EXPECT_THAT(real.out, Not(HasSubstr("alreadyDelivered")));
-  EXPECT_THAT(real.out, Not(HasSubstr("stillActive")));
+  // Berlin's next morning: what stand-ins made up must not be told as the day's weather.
+  auto const real =
+      test::run({"notify", "--deliver", "print", "--json", "--now", "2026-11-22T06:10:00Z"}, environment());
+  EXPECT_THAT(real.out, Not(HasSubstr("morning_summary")));
+  auto const standIn = run({"notify", "--deliver", "print", "--json"}, "2026-11-22T06:10:00Z");
+  EXPECT_THAT(standIn.out, HasSubstr(R"("identifier":"morning_summary","title":"Good Morning")"));
+  EXPECT_THAT(standIn.out, HasSubstr(R"("trigger":"immediate")"));
 }
 
 }  // namespace

@@ -23,7 +23,8 @@ Result<int, DecodeError> parseWhole(std::string_view body) {
 class WatchedFeedTest : public testing::Test {
  protected:
   FeedReading<int> read() {
-    return feed_.read(http_, clock_, {HttpRequest{.url = "https://a.example/x"}, "number", 60s}, parseWhole,
+    return feed_.read(http_, clock_,
+                      {HttpRequest{.url = "https://a.example/x", .headers = {}}, "number", 60s}, parseWhole,
                       {});
   }
 
@@ -145,7 +146,8 @@ TEST(WatchedFeeds, ForgetTheOneThatWasAskedForLongestAgo) {
   WatchedFeeds<int, 2> feeds;
   auto const read = [&](std::string const& key) {
     http.willAnswer(200, "1");
-    feeds.of(key).read(http, clock, {HttpRequest{.url = "https://a.example/" + key}, "number", 60s},
+    feeds.of(key).read(http, clock,
+                       {HttpRequest{.url = "https://a.example/" + key, .headers = {}}, "number", 60s},
                        parseWhole, {});
   };
   for (std::string const key : {"a", "b", "a", "c", "a", "b"}) read(key);
