@@ -3,7 +3,7 @@ SHELL := /bin/bash
 PLACE ?= 52.52,13.41
 JOBS ?= $(shell nproc)
 
-.PHONY: run test bench format format-check lint analyze asan tsan fuzz build deps clean
+.PHONY: run desktop test bench format format-check lint analyze asan tsan fuzz build deps clean
 
 deps:
 	@tools/install-deps.sh
@@ -19,6 +19,11 @@ build: deps build/release/build.ninja
 run: deps build/release/build.ninja
 	@cmake --build --preset release -j $(JOBS) --target nimbara
 	@build/release/bin/nimbara forecast --demo-if-offline "$(PLACE)"
+
+## make desktop [ARGS=--demo]: the program in a window
+desktop: deps build/release/build.ninja
+	@cmake --build --preset release -j $(JOBS) --target nimbara-desktop
+	@build/release/bin/nimbara-desktop $(ARGS)
 
 test: build
 	@ctest --preset release -j $(JOBS)

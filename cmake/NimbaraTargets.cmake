@@ -1,14 +1,17 @@
 # One library per folder of src/, one test program per folder of tests/, all sharing one precompiled header.
 
-# The library takes every source of its folder but a program's main.cpp.
+# The library takes every source of its folder but a program's main.cpp. PRECOMPILED names a header of its own in
+# place of the shared one, for code that is compiled with other definitions.
 function(nimbara_library name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "USES;PRIVATE_USES")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "PRECOMPILED" "USES;PRIVATE_USES")
   file(GLOB sources CONFIGURE_DEPENDS *.cpp)
   list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
   add_library(${name} STATIC ${sources})
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
   target_link_libraries(${name} PUBLIC ${arg_USES} PRIVATE ${arg_PRIVATE_USES})
-  if(name STREQUAL "nimbara_base")
+  if(arg_PRECOMPILED)
+    target_precompile_headers(${name} PRIVATE ${arg_PRECOMPILED})
+  elseif(name STREQUAL "nimbara_base")
     target_precompile_headers(${name} PRIVATE ${PROJECT_SOURCE_DIR}/src/precompiled.h)
   else()
     target_precompile_headers(${name} REUSE_FROM nimbara_base)

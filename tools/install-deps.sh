@@ -9,6 +9,10 @@ packages=(
   # libraries
   libcurl4-openssl-dev libsimdjson-dev libicu-dev libssl-dev libfmt-dev libcli11-dev libcpp-httplib-dev
   libsqlite3-dev libsdbus-c++-dev libexpat1-dev zlib1g-dev
+  # desktop program
+  qt6-base-dev qt6-declarative-dev qt6-declarative-private-dev qt6-declarative-dev-tools qml6-module-qtqml qml6-module-qtqml-models
+  qml6-module-qtqml-workerscript qml6-module-qtquick qml6-module-qtquick-controls qml6-module-qtquick-layouts
+  qml6-module-qtquick-templates qml6-module-qtquick-window fonts-noto-core
   # tests, benchmarks, fuzzing
   dbus-daemon libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev
   # format and lint

@@ -14,4 +14,7 @@ namespace nimbara {
 void runScheduler(AppState& state, Notifier& notifier, WakeTimer& timer, Clock const& clock,
                   std::stop_token const& stop);
 
+/// The like for a program that tells nobody of anything.
+void runScheduler(AppState& state, WakeTimer& timer, Clock const& clock, std::stop_token const& stop);
+
 }  // namespace nimbara

@@ -129,4 +129,21 @@ std::string TimeWords::aroundSuffix(Instant instant, Instant now) const {
   return texts_.format("time.aroundSuffix", hourLabel(instant, now));
 }
 
+std::string TimeWords::moment(Instant moment, Instant now) const {
+  std::string clock = formatClock24(calendar_.local(moment));
+  if (calendar_.isSameDay(moment, now)) return clock;
+  int const days = daysBetween(calendar_.day(now), calendar_.day(moment));
+  if (std::abs(days) > 6) return formatDate(calendar_.day(moment)) + " " + clock;
+  return weekday(moment) + " " + clock;
+}
+
+std::string ageText(Instant then, Instant now, Texts const& texts) {
+  using namespace std::chrono;
+  auto const age = now - then;
+  if (age < minutes(1)) return std::string(texts.text("report.justNow"));
+  if (age < hours(2)) return texts.format("report.minutesAgo", floor<minutes>(age).count());
+  if (age < hours(48)) return texts.format("report.hoursAgo", floor<hours>(age).count());
+  return texts.format("report.daysAgo", floor<days>(age).count());
+}
+
 }  // namespace nimbara

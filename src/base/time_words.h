@@ -25,6 +25,8 @@ class TimeWords {
   std::string hourLabel(Instant instant, Instant now) const;
   /// " around 3 PM": what messages append, from "time.aroundSuffix".
   std::string aroundSuffix(Instant instant, Instant now) const;
+  /// "15:00": the clock alone on the same day, with the weekday in the days around it, else with the date.
+  std::string moment(Instant moment, Instant now) const;
   /// A CLDR date pattern of the letters E (EEEE in full), d, M (MMMM in full), y, h, H, m and a, with
   /// 'quoted' texts; a letter stands as often as its number has digits at least. Empty when the language's
   /// names cannot be read.
@@ -37,5 +39,8 @@ class TimeWords {
   Texts const& texts_;
   Calendar calendar_;
 };
+
+/// How old something is, in words: "just now", "25 min ago".
+std::string ageText(Instant then, Instant now, Texts const& texts);
 
 }  // namespace nimbara

@@ -5,7 +5,7 @@
 #include "base/instant.h"
 #include "base/result.h"
 #include "base/units.h"
-#include "cli/demo_process.h"
+#include "demo/demo_process.h"
 #include "cli/feed_commands.h"
 #include "cli/regions_command.h"
 #include "cli/replay_options.h"

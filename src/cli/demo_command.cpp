@@ -1,5 +1,5 @@
 #include "cli/cli.h"
-#include "cli/demo_process.h"
+#include "demo/demo_process.h"
 
 #include <algorithm>
 #include <condition_variable>
@@ -83,7 +83,7 @@ void waitForStop(std::stop_token const& stop) {
 }  // namespace
 
 int runDemo(CommandLine const& line, Session const& session) {
-  auto const demo = DemoProcess::start(session.environment, line.common.now, line.demo);
+  auto const demo = DemoProcess::start(session.environment.program, line.common.now, line.demo);
   if (!demo) return session.fail(exitCode::kUnavailable, demo.error());
   if (!line.demo.command.empty()) return runAgainst(demo->baseUrl(), line.demo.command, session);
   session.console.out(demo->baseUrl() + "\n");

@@ -1,6 +1,7 @@
 #include "app/places.h"
 #include "base/display_text.h"
 #include "base/json.h"
+#include "base/time_words.h"
 #include "cli/cli.h"
 #include "cli/line_text.h"
 #include "cli/run_context.h"

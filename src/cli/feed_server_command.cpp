@@ -3,8 +3,8 @@
 #include "base/number.h"
 #include "base/text.h"
 #include "cli/cli.h"
-#include "cli/demo_process.h"
 #include "cli/feed_commands.h"
+#include "demo/demo_process.h"
 
 #include <cstring>
 #include <signal.h>

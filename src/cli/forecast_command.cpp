@@ -73,7 +73,7 @@ class ForecastRun {
   }
 
   Result<void, Failure> askDemo(Failure const& offline) {
-    auto const demo = DemoProcess::start(session_.environment, common_.now, {});
+    auto const demo = DemoProcess::start(session_.environment.program, common_.now, {});
     if (!demo) return std::unexpected(offline);
     session_.console.err("nimbara: the live services cannot be reached (" + offline.cause->detail +
                          "); this is generated demo weather, not a forecast\n");

@@ -157,15 +157,6 @@ std::span<LineField const> lineFields() {
   return kFields;
 }
 
-std::string ageText(Instant then, Instant now, Texts const& texts) {
-  using namespace std::chrono;
-  auto const age = now - then;
-  if (age < minutes(1)) return std::string(texts.text("report.justNow"));
-  if (age < hours(2)) return texts.format("report.minutesAgo", floor<minutes>(age).count());
-  if (age < hours(48)) return texts.format("report.hoursAgo", floor<hours>(age).count());
-  return texts.format("report.daysAgo", floor<days>(age).count());
-}
-
 Result<std::string, std::string> filledLine(std::string_view pattern, LineContext const& context) {
   std::string out;
   for (std::size_t at = 0; at < pattern.size();) {

@@ -33,9 +33,6 @@ inline constexpr std::string_view kLineTemplate = "{icon} {temperature} {conditi
 /// "{{" stands for a brace. The error is a sentence that names the field which does not exist.
 Result<std::string, std::string> filledLine(std::string_view pattern, LineContext const& context);
 
-/// How old the forecast is, in words: "just now", "25 min ago".
-std::string ageText(Instant then, Instant now, Texts const& texts);
-
 /// The lines of a bar's tooltip: place and conditions, alerts, the days ahead, age and source.
 std::string tooltip(LineContext const& context);
 

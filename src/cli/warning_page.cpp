@@ -25,13 +25,8 @@ AlertSeverity severityOf(NWSAlertSeverity severity) {
   return AlertSeverity::info;
 }
 
-/// The clock alone on the same day, with the weekday in the days around it, else with the date.
 std::string momentText(Instant moment, WarningPageContext const& context) {
-  std::string clock = formatClock24(context.calendar.local(moment));
-  if (context.calendar.isSameDay(moment, context.now)) return clock;
-  int const days = daysBetween(context.calendar.day(context.now), context.calendar.day(moment));
-  if (std::abs(days) > 6) return formatDate(context.calendar.day(moment)) + " " + clock;
-  return TimeWords(context.texts, context.calendar).weekday(moment) + " " + clock;
+  return TimeWords(context.texts, context.calendar).moment(moment, context.now);
 }
 
 std::string paragraph(std::string const& text, WarningPageContext const& context) {

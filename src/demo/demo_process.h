@@ -2,11 +2,11 @@
 // server's library is so kept out of the memory of every other run.
 #pragma once
 
-#include "app/environment.h"
 #include "base/instant.h"
 #include "base/result.h"
 #include "demo/demo_fault.h"
 
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <sys/types.h>
@@ -23,8 +23,9 @@ struct DemoOptions {
 class DemoProcess {
  public:
   /// The error is a sentence.
-  static Result<DemoProcess, std::string> start(Environment const& environment, std::optional<Instant> now,
-                                                DemoOptions const& options);
+  /// `program` is the running program: the server lies beside it.
+  static Result<DemoProcess, std::string> start(std::filesystem::path const& program,
+                                                std::optional<Instant> now, DemoOptions const& options);
   ~DemoProcess();
   DemoProcess(DemoProcess&& other) noexcept;
   DemoProcess& operator=(DemoProcess&&) = delete;

@@ -1,4 +1,4 @@
-#include "cli/demo_process.h"
+#include "demo/demo_process.h"
 
 #include <cstring>
 #include <fcntl.h>
@@ -111,16 +111,16 @@ std::vector<std::string> environmentVariables() {
   return variables;
 }
 
-Result<DemoProcess, std::string> DemoProcess::start(Environment const& environment,
+Result<DemoProcess, std::string> DemoProcess::start(std::filesystem::path const& program,
                                                     std::optional<Instant> now, DemoOptions const& options) {
   Pipe input;
   Pipe output;
-  std::string const program = (environment.program.parent_path() / "nimbara-demo").string();
+  std::string const server = (program.parent_path() / "nimbara-demo").string();
   pid_t child = 0;
-  int const error = spawn(child, program, argumentsOf(now, options), environmentVariables(), input.readEnd,
-                          output.writeEnd);
+  int const error =
+      spawn(child, server, argumentsOf(now, options), environmentVariables(), input.readEnd, output.writeEnd);
   if (error != 0)
-    return std::unexpected("the demo " + program + " cannot be started: " + std::strerror(error));
+    return std::unexpected("the demo " + server + " cannot be started: " + std::strerror(error));
   output.closeWriteEnd();
   DemoProcess process(child, input.releaseWriteEnd());
   process.baseUrl_ = readLine(output.readEnd);

@@ -1,0 +1,95 @@
+// The desktop program without its window: store, services, state and the threads that they work on. Publishes
+// immutable snapshots to one listener and takes commands; neither ever blocks the caller, and the listener is
+// called on threads of the core's own. Owned by the program's entry. Knows nothing of the window's toolkit.
+#pragma once
+
+#include "app/app_state.h"
+#include "app/composition.h"
+#include "app/environment.h"
+#include "app/place_search.h"
+#include "app/places.h"
+#include "desktop/places_view.h"
+#include "platform/linux/sqlite_settings_store.h"
+#include "platform/linux/timerfd_wake_timer.h"
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace nimbara {
+
+/// All that the window shows, at one moment.
+struct DesktopSnapshot {
+  std::shared_ptr<WeatherState const> weather = std::make_shared<WeatherState>();
+  std::optional<Place> place;
+  PlaceList places;
+  KeptForecasts kept;
+  std::string problem;  ///< why places or settings could not be read or changed; empty when they could
+};
+
+class DesktopCore {
+ public:
+  struct Options {
+    std::string services;  ///< stands in for the services; empty for the services themselves
+    std::optional<Instant> now;
+    std::vector<SavedPlace> places;  ///< saved when there are none
+  };
+  using Listener = std::function<void(std::shared_ptr<DesktopSnapshot const>)>;
+  using SearchListener = std::function<void(std::vector<FoundPlace>)>;
+
+  DesktopCore(Environment const& environment, Options options, Listener listener);
+  ~DesktopCore();
+  DesktopCore(DesktopCore const&) = delete;
+  DesktopCore& operator=(DesktopCore const&) = delete;
+
+  void refresh();
+  void setForeground(bool isForeground);
+  void selectPlace(Uuid id);
+  void addPlace(SavedPlace place);
+  void removePlace(Uuid id);
+  /// `position` counts from one.
+  void movePlace(Uuid id, int position);
+  /// Cities of the gazetteer. The listener is called on a thread of the core's own.
+  void search(std::string text, SearchListener found);
+
+  Clock const& clock() const { return *clock_; }
+  Wording const& wording() const { return wording_; }
+  std::string const& standIn() const { return composition_.services().standIn(); }
+
+ private:
+  AppState::Surroundings surroundings();
+  void begin(std::vector<SavedPlace> const& places);
+  void change(std::function<PlaceResult(PlaceList&)> const& apply);
+  void readPlaces();
+  void showSelected(RefreshTrigger trigger);
+  void readKept(Uuid id, Place const& place);
+  void readAllKept();
+  void publish();
+  void followStore(std::stop_token const& stop);
+
+  std::unique_ptr<Clock> clock_;
+  SqliteSettingsStore store_;
+  Settings settings_;
+  Wording wording_;
+  Listener listener_;
+  Places places_;
+  Composition composition_;
+  TimerfdWakeTimer timer_;
+
+  std::mutex mutex_;  // guards the three below
+  PlaceList list_;
+  KeptForecasts kept_;
+  std::string problem_;
+
+  ThreadPool work_;      // refreshes
+  ThreadPool commands_;  // what the user asks for, one after the other
+  AppState state_;
+  std::jthread scheduler_;
+  std::jthread follower_;
+};
+
+}  // namespace nimbara

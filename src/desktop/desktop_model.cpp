@@ -1,0 +1,173 @@
+#include "desktop/desktop_model.h"
+
+#include "desktop/now_view.h"
+
+namespace nimbara {
+
+namespace {
+
+/// The window's own words: a property's name and the key of its text.
+struct WordRow {
+  char const* name;
+  std::string_view key;
+};
+
+constexpr WordRow kWords[] = {
+    {"now", "desktop.page.now"},
+    {"hours", "desktop.page.hours"},
+    {"places", "desktop.page.places"},
+    {"refresh", "desktop.refresh"},
+    {"loading", "desktop.loading"},
+    {"details", "desktop.details"},
+    {"next24", "report.next24"},
+    {"sevenDays", "report.days"},
+    {"meteogram", "desktop.meteogram"},
+    {"meteogramHint", "desktop.meteogram.hint"},
+    {"sun", "report.sun"},
+    {"moon", "report.moon"},
+    {"temperature", "desktop.temperature"},
+    {"feelsLike", "desktop.feelsLike"},
+    {"precipitation", "report.precipitation"},
+    {"wind", "report.wind"},
+    {"pressure", "report.pressure"},
+    {"clouds", "report.clouds"},
+    {"alerts", "desktop.alerts"},
+    {"previous", "desktop.previous"},
+    {"next", "desktop.next"},
+    {"more", "desktop.more"},
+    {"less", "desktop.less"},
+    {"search", "desktop.search"},
+    {"searchHint", "desktop.search.hint"},
+    {"noMatch", "desktop.search.none"},
+    {"noPlaces", "desktop.places.none"},
+    {"noWeather", "desktop.noWeather"},
+    {"noReading", "report.noCurrent"},
+    {"saved", "desktop.saved"},
+    {"add", "desktop.add"},
+    {"remove", "desktop.remove"},
+    {"moveUp", "desktop.moveUp"},
+    {"moveDown", "desktop.moveDown"},
+    {"selected", "desktop.selected"},
+};
+
+Uuid uuidOf(QString const& text) {
+  return Uuid::parse(text.toStdString()).value_or(Uuid{});
+}
+
+template <class Command, class... Arguments>
+void ask(Command const& command, Arguments&&... arguments) {
+  if (command) command(std::forward<Arguments>(arguments)...);
+}
+
+}  // namespace
+
+DesktopModel::DesktopModel(Setting setting, DesktopCommands commands, QObject* parent)
+    : QObject(parent),
+      setting_(std::move(setting)),
+      commands_(std::move(commands)),
+      now_(new RecordModel(this)),
+      sky_(new RecordModel(this)),
+      words_(new RecordModel(this)),
+      alerts_(new RecordListModel(this)),
+      tiles_(new RecordListModel(this)),
+      hours_(new RecordListModel(this)),
+      days_(new RecordListModel(this)),
+      dayHours_(new RecordListModel(this)),
+      places_(new RecordListModel(this)),
+      found_(new RecordListModel(this)) {
+  showWords();
+  showWeather();
+}
+
+ViewContext DesktopModel::context() const {
+  return {*setting_.wording.texts, setting_.wording.units, setting_.now(), setting_.wording.fallback,
+          setting_.standIn};
+}
+
+void DesktopModel::showWords() {
+  for (WordRow const& row : kWords) {
+    words_->insert(QString::fromLatin1(row.name), viewValue(context().text(row.key)));
+  }
+}
+
+void DesktopModel::show(std::shared_ptr<DesktopSnapshot const> snapshot) {
+  bool const isOther = snapshot->place != snapshot_->place;
+  snapshot_ = std::move(snapshot);
+  isReady_ = true;
+  if (isOther) setOpenDay(-1);
+  showWeather();
+}
+
+void DesktopModel::tick() {
+  showWeather();
+}
+
+void DesktopModel::showWeather() {
+  ViewContext const view = context();
+  WeatherState const& state = *snapshot_->weather;
+  now_->show(nowView(state, snapshot_->place, view));
+  sky_->show(skyView(state, view));
+  alerts_->show(alertViews(state, view));
+  tiles_->show(tileViews(state, view));
+  places_->show(placeViews(snapshot_->places, snapshot_->kept, view));
+  found_->show(foundViews(foundPlaces_, snapshot_->places));
+  WeatherData const none;
+  WeatherData const& data = state.weatherData ? *state.weatherData : none;
+  hours_->show(hourViews(data, view));
+  days_->show(dayViews(data, view));
+  dayHours_->show(openDay_ < 0 ? std::vector<HourView>()
+                               : dayHourViews(data, static_cast<std::size_t>(openDay_), view));
+  meteogram_ = meteogramOf(data, view);
+  Q_EMIT shown();
+}
+
+void DesktopModel::setOpenDay(int day) {
+  if (openDay_ == day) return;
+  openDay_ = day;
+  showWeather();
+  Q_EMIT openDayChanged();
+}
+
+void DesktopModel::refresh() {
+  ask(commands_.refresh);
+}
+
+void DesktopModel::selectPlace(QString const& id) {
+  ask(commands_.selectPlace, uuidOf(id));
+}
+
+void DesktopModel::removePlace(QString const& id) {
+  ask(commands_.removePlace, uuidOf(id));
+}
+
+void DesktopModel::movePlace(QString const& id, int position) {
+  ask(commands_.movePlace, uuidOf(id), position);
+}
+
+void DesktopModel::search(QString const& text) {
+  searchText_ = text.trimmed().toStdString();
+  if (searchText_.empty()) {
+    showFound({}, {});
+  } else {
+    ask(commands_.search, searchText_);
+  }
+}
+
+void DesktopModel::showFound(std::string const& text, std::vector<FoundPlace> found) {
+  if (text != searchText_) return;
+  foundPlaces_ = std::move(found);
+  found_->show(foundViews(foundPlaces_, snapshot_->places));
+  Q_EMIT searched();
+}
+
+void DesktopModel::addFound(int row) {
+  if (row < 0 || row >= static_cast<int>(foundPlaces_.size())) return;
+  FoundPlace const& place = foundPlaces_[static_cast<std::size_t>(row)];
+  if (SavedPlace const* const saved = snapshot_->places.findNear(place.coordinate)) {
+    ask(commands_.selectPlace, saved->id);
+  } else {
+    ask(commands_.addPlace, savedPlaceOf(place));
+  }
+}
+
+}  // namespace nimbara

@@ -1,0 +1,118 @@
+// What the window shows and what it can ask for, on the window's thread: holds the latest snapshot, turns it
+// into display values, and passes commands on. Reads no file, asks no service. Owned by the program's entry.
+#pragma once
+
+#include "desktop/desktop_core.h"
+#include "desktop/hours_view.h"
+#include "desktop/view_models.h"
+
+#include <QObject>
+#include <QVariantMap>
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace nimbara {
+
+/// What the window asks of the core; every member may be empty.
+struct DesktopCommands {
+  std::function<void()> refresh;
+  std::function<void(Uuid)> selectPlace;
+  std::function<void(SavedPlace)> addPlace;
+  std::function<void(Uuid)> removePlace;
+  std::function<void(Uuid, int)> movePlace;
+  std::function<void(std::string)> search;
+};
+
+class DesktopModel : public QObject {
+  Q_OBJECT
+  Q_PROPERTY(nimbara::RecordModel* now READ now CONSTANT)
+  Q_PROPERTY(nimbara::RecordModel* skyToday READ skyToday CONSTANT)
+  Q_PROPERTY(nimbara::RecordModel* words READ words CONSTANT)
+  Q_PROPERTY(nimbara::RecordListModel* alerts READ alerts CONSTANT)
+  Q_PROPERTY(nimbara::RecordListModel* tiles READ tiles CONSTANT)
+  Q_PROPERTY(nimbara::RecordListModel* hours READ hours CONSTANT)
+  Q_PROPERTY(nimbara::RecordListModel* days READ days CONSTANT)
+  Q_PROPERTY(nimbara::RecordListModel* dayHours READ dayHours CONSTANT)
+  Q_PROPERTY(nimbara::RecordListModel* places READ places CONSTANT)
+  Q_PROPERTY(nimbara::RecordListModel* found READ found CONSTANT)
+  Q_PROPERTY(QString problem READ problem NOTIFY shown)
+  Q_PROPERTY(bool isReady READ isReady NOTIFY shown)
+  Q_PROPERTY(int openDay READ openDay WRITE setOpenDay NOTIFY openDayChanged)
+  Q_PROPERTY(QString searchText READ searchText NOTIFY searched)
+
+ public:
+  /// What does not change while the window is open.
+  struct Setting {
+    Wording wording;
+    std::string standIn;
+    std::function<Instant()> now;
+  };
+
+  DesktopModel(Setting setting, DesktopCommands commands, QObject* parent = nullptr);
+
+  void show(std::shared_ptr<DesktopSnapshot const> snapshot);
+  /// The matches of `text`; an answer to an older question is passed over.
+  void showFound(std::string const& text, std::vector<FoundPlace> found);
+  /// Ages and clocks move on.
+  void tick();
+
+  RecordModel* now() { return now_; }
+  RecordModel* skyToday() { return sky_; }
+  RecordModel* words() { return words_; }
+  RecordListModel* alerts() { return alerts_; }
+  RecordListModel* tiles() { return tiles_; }
+  RecordListModel* hours() { return hours_; }
+  RecordListModel* days() { return days_; }
+  RecordListModel* dayHours() { return dayHours_; }
+  RecordListModel* places() { return places_; }
+  RecordListModel* found() { return found_; }
+  Meteogram const& meteogram() const { return meteogram_; }
+  QString problem() const { return QString::fromStdString(snapshot_->problem); }
+  /// A first snapshot has come.
+  bool isReady() const { return isReady_; }
+  bool hasSettled() const { return isReady_ && !snapshot_->weather->isLoading; }
+  int openDay() const { return openDay_; }
+  /// -1 closes it.
+  void setOpenDay(int day);
+  QString searchText() const { return QString::fromStdString(searchText_); }
+
+  Q_INVOKABLE void refresh();
+  Q_INVOKABLE void selectPlace(QString const& id);
+  Q_INVOKABLE void removePlace(QString const& id);
+  Q_INVOKABLE void movePlace(QString const& id, int position);
+  Q_INVOKABLE void search(QString const& text);
+  /// Saves the match at `row` of `found` and selects it, or the saved place that it is.
+  Q_INVOKABLE void addFound(int row);
+
+ Q_SIGNALS:
+  void shown();
+  void openDayChanged();
+  void searched();
+
+ private:
+  ViewContext context() const;
+  void showWords();
+  void showWeather();
+
+  Setting setting_;
+  DesktopCommands commands_;
+  std::shared_ptr<DesktopSnapshot const> snapshot_ = std::make_shared<DesktopSnapshot>();
+  bool isReady_ = false;
+  int openDay_ = -1;
+  std::string searchText_;
+  std::vector<FoundPlace> foundPlaces_;
+  Meteogram meteogram_;
+  RecordModel* now_;
+  RecordModel* sky_;
+  RecordModel* words_;
+  RecordListModel* alerts_;
+  RecordListModel* tiles_;
+  RecordListModel* hours_;
+  RecordListModel* days_;
+  RecordListModel* dayHours_;
+  RecordListModel* places_;
+  RecordListModel* found_;
+};
+
+}  // namespace nimbara

@@ -1,0 +1,90 @@
+#include "desktop/desktop_options.h"
+
+#include "app/version.h"
+#include "base/number.h"
+
+#include <CLI/CLI.hpp>
+
+namespace nimbara {
+
+namespace {
+
+struct RawDesktopOptions {
+  std::string now;
+  std::string page;
+  std::string theme;
+  std::string size;
+};
+
+template <class E>
+std::vector<std::string> casesOf() {
+  return {enumNames<E>.begin(), enumNames<E>.end()};
+}
+
+void define(CLI::App& app, DesktopOptions& options, RawDesktopOptions& raw) {
+  app.set_version_flag("--version", "nimbara-desktop " + std::string(kVersion));
+  app.add_flag("--demo", options.demo,
+               "Generated weather of a few places; nothing of yours is read or changed");
+  app.add_option("--services", options.services, "Reach every outside service below this address")
+      ->type_name("URL");
+  app.add_option("--now", raw.now, "Take this moment for now, like 2026-11-21T09:20:00Z")->type_name("TIME");
+  app.add_option("--page", raw.page, "The page to begin with")->check(CLI::IsMember(casesOf<DesktopPage>()));
+  app.add_option("--theme", raw.theme, "The colours; the desktop's own by default")
+      ->check(CLI::IsMember(casesOf<DesktopTheme>()));
+  app.add_option("--size", raw.size, "Of the window, like 1280x800")->type_name("WxH");
+  app.add_option("--screenshot", options.screenshot, "Write a picture of the page and end")
+      ->type_name("FILE");
+}
+
+Result<void, std::string> understand(DesktopOptions& options, RawDesktopOptions const& raw) {
+  if (!raw.now.empty()) {
+    options.now = parseIso8601(raw.now);
+    if (!options.now) return std::unexpected("no moment with a zone: '" + raw.now + "'");
+  }
+  if (!raw.size.empty()) {
+    auto const size = parseWindowSize(raw.size);
+    if (!size) return std::unexpected("no size like 1280x800: '" + raw.size + "'");
+    options.size = *size;
+  }
+  options.page = enumFromName<DesktopPage>(raw.page).value_or(options.page);
+  options.theme = enumFromName<DesktopTheme>(raw.theme).value_or(options.theme);
+  return {};
+}
+
+}  // namespace
+
+std::optional<WindowSize> parseWindowSize(std::string_view text) {
+  constexpr int kLeast = 200, kMost = 8000;
+  auto const cross = text.find('x');
+  if (cross == std::string_view::npos) return std::nullopt;
+  auto const width = parseInteger(text.substr(0, cross));
+  auto const height = parseInteger(text.substr(cross + 1));
+  auto const fits = [](std::optional<int> side) { return side && *side >= kLeast && *side <= kMost; };
+  if (!fits(width) || !fits(height)) return std::nullopt;
+  return WindowSize{*width, *height};
+}
+
+Result<DesktopOptions, DesktopEarlyEnd> parseDesktopOptions(std::vector<std::string> arguments,
+                                                            Environment const& environment) {
+  DesktopOptions options;
+  options.services = environment.services;
+  RawDesktopOptions raw{environment.now, {}, {}, {}};
+  CLI::App app("The weather of your places, in a window", "nimbara-desktop");
+  define(app, options, raw);
+  std::ranges::reverse(arguments);
+  try {
+    app.parse(std::move(arguments));
+  } catch (CLI::CallForHelp const&) {
+    return std::unexpected(DesktopEarlyEnd{0, app.help()});
+  } catch (CLI::CallForVersion const&) {
+    return std::unexpected(DesktopEarlyEnd{0, app.version() + "\n"});
+  } catch (CLI::ParseError const& error) {
+    return std::unexpected(DesktopEarlyEnd{2, error.what()});
+  }
+  if (auto const done = understand(options, raw); !done) {
+    return std::unexpected(DesktopEarlyEnd{2, done.error()});
+  }
+  return options;
+}
+
+}  // namespace nimbara

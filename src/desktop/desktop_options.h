@@ -1,0 +1,55 @@
+// The desktop program's command line as values.
+#pragma once
+
+#include "app/environment.h"
+#include "base/enum_names.h"
+#include "base/instant.h"
+#include "base/result.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace nimbara {
+
+enum class DesktopPage { now, hours, places };
+template <>
+inline constexpr auto enumNames<DesktopPage> = std::to_array<std::string_view>({"now", "hours", "places"});
+static_assert(enumNamesComplete(DesktopPage::places));
+
+enum class DesktopTheme { system, light, dark };
+template <>
+inline constexpr auto enumNames<DesktopTheme> = std::to_array<std::string_view>({"system", "light", "dark"});
+static_assert(enumNamesComplete(DesktopTheme::dark));
+
+/// Of the window, in its own pixels.
+struct WindowSize {
+  int width = 1100;
+  int height = 760;
+
+  bool operator==(WindowSize const&) const = default;
+};
+
+struct DesktopOptions {
+  bool demo = false;
+  std::string services;  ///< empty for the services' own hosts
+  std::optional<Instant> now;
+  DesktopPage page = DesktopPage::now;
+  DesktopTheme theme = DesktopTheme::system;
+  WindowSize size;
+  std::string screenshot;  ///< the file of the one picture that is asked for; empty for a window
+};
+
+/// Help and version (exit code 0) or a mistake (2, a sentence that names the offending word).
+struct DesktopEarlyEnd {
+  int exitCode = 0;
+  std::string text;
+};
+
+Result<DesktopOptions, DesktopEarlyEnd> parseDesktopOptions(std::vector<std::string> arguments,
+                                                            Environment const& environment);
+
+/// "1280x800", each side 200 to 8000.
+std::optional<WindowSize> parseWindowSize(std::string_view text);
+
+}  // namespace nimbara

@@ -1,0 +1,52 @@
+#include "desktop/desktop_window.h"
+
+#include "desktop/condition_pictures.h"
+#include "desktop/meteogram_item.h"
+#include "desktop/sky_items.h"
+
+#include <QGuiApplication>
+#include <QImage>
+#include <QQmlContext>
+
+namespace nimbara {
+
+namespace {
+
+void registerItems() {
+  static bool const kOnce = [] {
+    qmlRegisterType<WindCompass>("NimbaraItems", 1, 0, "WindCompass");
+    qmlRegisterType<SunArc>("NimbaraItems", 1, 0, "SunArc");
+    qmlRegisterType<MoonDisc>("NimbaraItems", 1, 0, "MoonDisc");
+    qmlRegisterType<MeteogramItem>("NimbaraItems", 1, 0, "MeteogramItem");
+    qmlRegisterAnonymousType<DesktopModel>("NimbaraItems", 1);
+    qmlRegisterAnonymousType<RecordModel>("NimbaraItems", 1);
+    qmlRegisterAnonymousType<RecordListModel>("NimbaraItems", 1);
+    return true;
+  }();
+  std::ignore = kOnce;
+}
+
+}  // namespace
+
+DesktopWindow::DesktopWindow(DesktopModel& model, DesktopOptions const& options) {
+  registerItems();
+  engine_.addImportPath(QStringLiteral(":/pages"));
+  engine_.addImageProvider(QStringLiteral("sky"), new ConditionPictures);
+  engine_.rootContext()->setContextProperty(QStringLiteral("app"), &model);
+  engine_.setInitialProperties({{QStringLiteral("page"), viewName(enumName(options.page))},
+                                {QStringLiteral("theme"), viewName(enumName(options.theme))},
+                                {QStringLiteral("width"), options.size.width},
+                                {QStringLiteral("height"), options.size.height}});
+  engine_.load(QUrl(QStringLiteral("qrc:/pages/NimbaraPages/Main.qml")));
+  if (!engine_.rootObjects().isEmpty()) window_ = qobject_cast<QQuickWindow*>(engine_.rootObjects().front());
+}
+
+Result<void, std::string> DesktopWindow::savePicture(std::string const& file) const {
+  QImage const picture = window_->grabWindow();
+  if (picture.isNull() || !picture.save(QString::fromStdString(file), "PNG")) {
+    return std::unexpected("the picture " + file + " cannot be written");
+  }
+  return {};
+}
+
+}  // namespace nimbara

@@ -1,0 +1,313 @@
+#include "desktop/now_view.h"
+
+#include "base/sun_moon.h"
+#include "desktop/sky_colours.h"
+#include "model/present.h"
+#include "model/process.h"
+#include "model/upcoming_hours.h"
+
+#include <algorithm>
+
+namespace nimbara {
+
+namespace {
+
+/// The sun's centre when its upper rim touches the horizon.
+constexpr double kRiseAltitude = -0.833;
+
+Coordinate coordinateOf(WeatherData const& data) {
+  return {data.location.latitude, data.location.longitude};
+}
+
+std::string areaOf(Place const& place) {
+  std::string area = place.region == place.name ? std::string() : place.region;
+  if (!place.country.empty() && place.country != place.name) {
+    area += (area.empty() ? "" : ", ") + place.country;
+  }
+  return area;
+}
+
+std::string nameOf(Place const& place) {
+  return place.name.empty() ? formatCoordinate(place.coordinate) : place.name;
+}
+
+std::string sourceOf(WeatherState const& state, ViewContext const& context) {
+  if (!context.standIn.empty()) return context.texts.format("report.standIn", context.standIn);
+  auto const provider = state.currentWeatherProvider;
+  return context.text("provider." + std::string(provider ? enumName(*provider) : "unknown"));
+}
+
+std::string noticeOf(WeatherState const& state, ViewContext const& context, TimeWords const& words) {
+  std::string notice;
+  if (state.isShowingStaleData && state.lastUpdated) {
+    notice = context.texts.format("desktop.olderSince", words.moment(*state.lastUpdated, context.now),
+                                  ageText(*state.lastUpdated, context.now, context.texts));
+  }
+  if (state.error && state.error->kind != AppError::Case::noLocation) {
+    notice += (notice.empty() ? "" : " ") + state.error->text(context.texts);
+  }
+  return notice;
+}
+
+void fillPresent(NowView& view, WeatherData const& data, Present const& present, ViewContext const& context) {
+  view.hasReading = true;
+  view.temperature = context.degrees(present.tempC, present.tempF);
+  view.condition = context.condition(present.condition);
+  view.feelsLike =
+      context.texts.format("report.feelsLike", context.degrees(present.feelsLikeC, present.feelsLikeF));
+  view.isDay = isDayAt(data, context.now);
+  view.sky = skyName(present.condition);
+}
+
+void fillWeather(NowView& view, WeatherData const& data, ViewContext const& context) {
+  view.hasWeather = true;
+  auto const present = presentAt(data, context.now);
+  if (present) fillPresent(view, data, *present, context);
+  if (DailyForecast const* const day = dayAt(data, context.now)) {
+    view.range = context.texts.format("desktop.range", context.degrees(day->maxTempC, day->maxTempF),
+                                      context.degrees(day->minTempC, day->minTempF));
+  }
+  view.sentence = nextHoursSentence(data, context);
+  auto const sky = skyColours(present ? present->condition : WeatherConditionCode::unknown,
+                              sunPosition(context.now, coordinateOf(data)).altitude);
+  view.skyTop = hexText(sky.top);
+  view.skyBottom = hexText(sky.bottom);
+}
+
+bool isSnow(WeatherConditionCode condition) {
+  ConditionCategory const sky = category(condition);
+  return sky == ConditionCategory::lightSnow || sky == ConditionCategory::heavySnow;
+}
+
+bool isWet(HourlyForecast const& hour) {
+  constexpr double kLeastMM = 0.1;
+  constexpr int kLeastChance = 40;
+  return hour.precipMM >= kLeastMM && std::max(hour.chanceOfRain, hour.chanceOfSnow) >= kLeastChance;
+}
+
+/// "1.2 hPa in three hours" matters to nobody below this.
+constexpr double kSteadyHPa = 1;
+
+std::string pressureTrend(WeatherData const& data, ViewContext const& context) {
+  auto const* const now = hourAt(data.allHourly, context.now);
+  auto const* const later = hourAt(data.allHourly, context.now + std::chrono::hours(3));
+  if (now == nullptr || later == nullptr || !later->has(WeatherDetailField::pressure)) return {};
+  double const change = later->pressure - now->pressure;
+  return context.text(change > kSteadyHPa    ? "desktop.rising"
+                      : change < -kSteadyHPa ? "desktop.falling"
+                                             : "desktop.steady");
+}
+
+std::string uvWord(int index, ViewContext const& context) {
+  return context.text(index < 3    ? "desktop.uv.low"
+                      : index < 6  ? "desktop.uv.moderate"
+                      : index < 8  ? "desktop.uv.high"
+                      : index < 11 ? "desktop.uv.veryHigh"
+                                   : "desktop.uv.extreme");
+}
+
+TileView windTile(Present const& present, ViewContext const& context) {
+  TileView tile{"wind", context.text("report.wind"), context.wind(present.windSpeedKmph), {}, 0, 0};
+  tile.direction = compassDegrees(present.windDirection).value_or(0);
+  tile.note = present.windDirection;
+  if (present.windGustKmph && *present.windGustKmph > present.windSpeedKmph) {
+    tile.note += (tile.note.empty() ? "" : ", ") +
+                 context.texts.format("report.gusts", context.wind(*present.windGustKmph));
+  }
+  return tile;
+}
+
+/// The details beside the wind, those that are known.
+void addMeasures(std::vector<TileView>& tiles, WeatherData const& data, Present const& present,
+                 ViewContext const& context) {
+  auto const add = [&](std::string kind, std::string_view title, std::string value, std::string note,
+                       double share) {
+    tiles.push_back({std::move(kind), context.text(title), std::move(value), std::move(note),
+                     std::clamp(share, 0.0, 1.0), 0});
+  };
+  auto const* const hour = hourAt(data.allHourly, context.now);
+  if (present.humidity) {
+    add("humidity", "report.humidity", percent(*present.humidity), {}, *present.humidity / 100.0);
+  }
+  if (present.pressure) {
+    add("pressure", "report.pressure", context.pressure(*present.pressure), pressureTrend(data, context),
+        (*present.pressure - 960) / 90);
+  }
+  if (present.uvIndex) {
+    add("uv", "report.uvIndex", std::to_string(*present.uvIndex), uvWord(*present.uvIndex, context),
+        *present.uvIndex / 11.0);
+  }
+  if (present.visibility) {
+    add("visibility", "report.visibility", context.visibility(*present.visibility), {},
+        *present.visibility / 20);
+  }
+  if (hour != nullptr && hour->has(WeatherDetailField::dewPoint)) {
+    add("dewPoint", "report.dewPoint", context.degrees(hour->dewPointC, hour->dewPointF), {},
+        (hour->dewPointC + 10) / 35);
+  }
+  bool const hasReading = hasYoungReading(data, context.now);
+  bool const knowsClouds = hasReading ? data.current.has(WeatherDetailField::cloudCover)
+                                      : hour != nullptr && hour->has(WeatherDetailField::cloudCover);
+  if (knowsClouds) {
+    int const cover = hasReading ? data.current.cloudCover : hour->cloudCover;
+    add("clouds", "report.clouds", percent(cover), {}, cover / 100.0);
+  }
+  add("precipitation", "report.precipitation", context.precipitation(present.precipMM),
+      present.chanceOfRain ? context.texts.format("desktop.chance", percent(*present.chanceOfRain)) : "",
+      present.precipMM / 10);
+}
+
+AlertView alertView(WeatherAlert const& alert, ViewContext const& context, TimeWords const& words) {
+  AlertView view;
+  view.level = enumName(alert.severity);
+  view.severity = context.text("severity." + view.level);
+  view.title = alert.title;
+  view.message = alert.message;
+  for (auto const& more : {alert.areaDesc, alert.description, alert.instruction}) {
+    if (more && !more->empty() && *more != alert.message) {
+      view.details += (view.details.empty() ? "" : "\n\n") + *more;
+    }
+  }
+  if (alert.onset && *alert.onset > context.now) {
+    view.when = context.texts.format("warning.from", words.moment(*alert.onset, context.now));
+  }
+  if (alert.expires) {
+    view.when += (view.when.empty() ? "" : ", ") +
+                 context.texts.format("warning.until", words.moment(*alert.expires, context.now));
+  }
+  view.source = alert.source.value_or(alert.isGovAlert ? "" : context.text("desktop.fromForecast"));
+  return view;
+}
+
+/// Rise and set of the local day that holds `now`.
+struct DayOfSky {
+  RiseSet sun;
+  RiseSet moon;
+};
+
+DayOfSky dayOfSky(Coordinate place, Calendar const& calendar, Instant now) {
+  Date const today = calendar.day(now);
+  Instant const begin = calendar.startOfDay(today);
+  Instant const end = calendar.startOfDay(addDays(today, 1));
+  return {sunRiseSet(begin, end, place), moonRiseSet(begin, end, place)};
+}
+
+std::string clockOr(std::optional<Instant> instant, Calendar const& calendar, std::string_view otherwise) {
+  return instant ? formatClock24(calendar.local(*instant)) : std::string(otherwise);
+}
+
+void fillSun(SkyView& view, RiseSet const& sun, Calendar const& calendar, ViewContext const& context) {
+  view.sunrise = clockOr(sun.rise, calendar, "");
+  view.sunset = clockOr(sun.set, calendar, "");
+  if (!sun.rise && !sun.set) {
+    view.sun = context.text(sun.alwaysUp ? "desktop.polarDay" : "desktop.polarNight");
+    return;
+  }
+  view.sun = context.texts.format("report.riseSet", clockOr(sun.rise, calendar, "–"),
+                                  clockOr(sun.set, calendar, "–"));
+  if (!sun.rise || !sun.set || *sun.set <= *sun.rise) return;
+  view.hasArc = true;
+  auto const length = std::chrono::floor<std::chrono::minutes>(*sun.set - *sun.rise).count();
+  view.sun += ", " + context.texts.format("report.dayLength", length / 60, length % 60);
+  view.sunShare = static_cast<double>((context.now - *sun.rise).count()) /
+                  static_cast<double>((*sun.set - *sun.rise).count());
+}
+
+}  // namespace
+
+bool isDayAt(WeatherData const& data, Instant instant) {
+  return sunPosition(instant, coordinateOf(data)).altitude > kRiseAltitude;
+}
+
+NowView nowView(WeatherState const& state, std::optional<Place> const& place, ViewContext const& context) {
+  NowView view;
+  view.isLoading = state.isLoading;
+  view.hasPlace = place.has_value();
+  auto const sky = skyColours(WeatherConditionCode::cloudy, -90);
+  view.skyTop = hexText(sky.top);
+  view.skyBottom = hexText(sky.bottom);
+  if (!place) return view;
+  view.place = nameOf(*place);
+  view.area = areaOf(*place);
+  Calendar const calendar =
+      state.weatherData ? calendarOf(*state.weatherData, context.fallback) : context.fallback;
+  TimeWords const words(context.texts, calendar);
+  view.notice = noticeOf(state, context, words);
+  view.isFailure = state.error.has_value();
+  if (!state.weatherData) return view;
+  view.localTime = words.format(context.now, context.texts.text("desktop.localTime"));
+  if (state.lastUpdated) view.age = ageText(*state.lastUpdated, context.now, context.texts);
+  view.source = sourceOf(state, context);
+  fillWeather(view, *state.weatherData, context);
+  for (std::string const* part : {&view.place, &view.temperature, &view.condition, &view.feelsLike}) {
+    if (!part->empty()) view.summary += (view.summary.empty() ? "" : ", ") + *part;
+  }
+  return view;
+}
+
+std::string nextHoursSentence(WeatherData const& data, ViewContext const& context) {
+  constexpr std::chrono::hours kAhead{12};
+  auto hours = upcomingHours(data.allHourly, context.now);
+  auto const beyond = std::ranges::find_if(
+      hours, [&](HourlyForecast const& hour) { return hour.date >= context.now + kAhead; });
+  hours = hours.first(static_cast<std::size_t>(beyond - hours.begin()));
+  if (hours.empty()) return {};
+  TimeWords const words(context.texts, calendarOf(data, context.fallback));
+  bool const isWetNow = isWet(hours.front());
+  auto const change =
+      std::ranges::find_if(hours, [&](HourlyForecast const& hour) { return isWet(hour) != isWetNow; });
+  HourlyForecast const& kind = isWetNow || change == hours.end() ? hours.front() : *change;
+  std::string const snow = isSnow(kind.condition) ? "snow" : "rain";
+  if (change == hours.end()) {
+    return context.text(!isWetNow ? "desktop.next.dry" : "desktop.next." + snow);
+  }
+  std::string const key = "push." + snow + (isWetNow ? "Stop" : "Start") + ".bodyAt";
+  return context.texts.format(key, words.hourLabel(change->date, context.now));
+}
+
+std::vector<TileView> tileViews(WeatherState const& state, ViewContext const& context) {
+  if (!state.weatherData) return {};
+  WeatherData const& data = *state.weatherData;
+  auto const present = presentAt(data, context.now);
+  if (!present) return {};
+  std::vector<TileView> tiles{windTile(*present, context)};
+  addMeasures(tiles, data, *present, context);
+  return tiles;
+}
+
+std::vector<AlertView> alertViews(WeatherState const& state, ViewContext const& context) {
+  std::vector<WeatherAlert> alerts = state.govAlerts;
+  if (state.insight) alerts.insert(alerts.end(), state.insight->alerts.begin(), state.insight->alerts.end());
+  std::erase_if(alerts,
+                [&](WeatherAlert const& alert) { return alert.expires && *alert.expires <= context.now; });
+  sortMostSevereFirst(alerts);
+  TimeWords const words(
+      context.texts, state.weatherData ? calendarOf(*state.weatherData, context.fallback) : context.fallback);
+  std::vector<AlertView> views;
+  views.reserve(alerts.size());
+  for (WeatherAlert const& alert : alerts) views.push_back(alertView(alert, context, words));
+  return views;
+}
+
+SkyView skyView(WeatherState const& state, ViewContext const& context) {
+  SkyView view;
+  if (!state.weatherData) return view;
+  WeatherData const& data = *state.weatherData;
+  Calendar const calendar = calendarOf(data, context.fallback);
+  DayOfSky const day = dayOfSky(coordinateOf(data), calendar, context.now);
+  fillSun(view, day.sun, calendar, context);
+  view.sunIsUp = isDayAt(data, context.now);
+  MoonState const moon = moonState(context.now);
+  view.moonIllumination = moon.illumination;
+  view.moonIsWaxing = moon.elongation < 180;
+  view.fromSouth = data.location.latitude < 0;
+  Date const today = calendar.day(context.now);
+  MoonPhase const phase = moonPhase(calendar.startOfDay(today), calendar.startOfDay(addDays(today, 1)));
+  view.moon = context.text("moon." + std::string(enumName(phase))) + ", " +
+              percent(static_cast<int>(std::lround(100 * moon.illumination)));
+  view.moonTimes = context.texts.format("report.riseSet", clockOr(day.moon.rise, calendar, "–"),
+                                        clockOr(day.moon.set, calendar, "–"));
+  return view;
+}
+
+}  // namespace nimbara

@@ -1,0 +1,140 @@
+// The page of the present as display values: texts in the user's units and language, and the numbers that
+// pictures are drawn from. Pure functions of a snapshot; nothing here knows the window's toolkit.
+#pragma once
+
+#include "app/place.h"
+#include "app/weather_state.h"
+#include "desktop/view_context.h"
+#include "desktop/view_fields.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace nimbara {
+
+struct NowView {
+  bool hasPlace = false;
+  bool hasWeather = false;
+  bool hasReading = false;  ///< the temperature and all that goes with it are known
+  bool isLoading = false;
+  std::string place;
+  std::string area;  ///< region and country
+  std::string localTime;
+  std::string temperature;
+  std::string condition;
+  std::string feelsLike;
+  std::string range;     ///< the day's highest and lowest
+  std::string sentence;  ///< what the next hours bring
+  std::string source;
+  std::string age;
+  std::string notice;      ///< older data, or why there are none; empty when all is well
+  bool isFailure = false;  ///< the notice is an error
+  std::string summary;     ///< the whole in one sentence, for those who listen
+  std::string sky;         ///< the picture's name
+  bool isDay = true;
+  std::string skyTop;  ///< colours behind the page's head
+  std::string skyBottom;
+
+  bool operator==(NowView const&) const = default;
+};
+
+template <>
+inline constexpr auto viewFields<NowView> = std::tuple{
+    viewField("hasPlace", &NowView::hasPlace),     viewField("hasWeather", &NowView::hasWeather),
+    viewField("hasReading", &NowView::hasReading), viewField("isLoading", &NowView::isLoading),
+    viewField("place", &NowView::place),           viewField("area", &NowView::area),
+    viewField("localTime", &NowView::localTime),   viewField("temperature", &NowView::temperature),
+    viewField("condition", &NowView::condition),   viewField("feelsLike", &NowView::feelsLike),
+    viewField("range", &NowView::range),           viewField("sentence", &NowView::sentence),
+    viewField("source", &NowView::source),         viewField("age", &NowView::age),
+    viewField("notice", &NowView::notice),         viewField("isFailure", &NowView::isFailure),
+    viewField("summary", &NowView::summary),       viewField("sky", &NowView::sky),
+    viewField("isDay", &NowView::isDay),           viewField("skyTop", &NowView::skyTop),
+    viewField("skyBottom", &NowView::skyBottom),
+};
+
+/// One measured detail. Details that the provider lacks have no tile.
+struct TileView {
+  std::string kind;  ///< "wind", "humidity", …: which picture goes with it
+  std::string title;
+  std::string value;
+  std::string note;
+  double share = 0;      ///< of the gauge, 0-1
+  double direction = 0;  ///< of the wind, degrees from north where it comes from
+
+  bool operator==(TileView const&) const = default;
+};
+
+template <>
+inline constexpr auto viewFields<TileView> = std::tuple{
+    viewField("kind", &TileView::kind),   viewField("title", &TileView::title),
+    viewField("value", &TileView::value), viewField("note", &TileView::note),
+    viewField("share", &TileView::share), viewField("direction", &TileView::direction),
+};
+
+struct AlertView {
+  std::string severity;  ///< the level's word
+  std::string level;     ///< "info", "advisory", "warning", "critical"
+  std::string title;
+  std::string message;
+  std::string details;  ///< what more there is to read; may be empty
+  std::string when;     ///< from, until
+  std::string source;
+
+  bool operator==(AlertView const&) const = default;
+};
+
+template <>
+inline constexpr auto viewFields<AlertView> = std::tuple{
+    viewField("severity", &AlertView::severity), viewField("level", &AlertView::level),
+    viewField("title", &AlertView::title),       viewField("message", &AlertView::message),
+    viewField("details", &AlertView::details),   viewField("when", &AlertView::when),
+    viewField("source", &AlertView::source),
+};
+
+/// Sun and moon of the day.
+struct SkyView {
+  std::string sun;      ///< rise, set, length of the day, or that it does neither
+  std::string sunrise;  ///< "06:22"; empty without
+  std::string sunset;
+  double sunShare = -1;  ///< of the way from rise to set, 0-1; beyond at night
+  bool hasArc = false;
+  bool sunIsUp = false;
+  std::string moon;  ///< phase and illumination
+  std::string moonTimes;
+  double moonIllumination = 0;  ///< 0-1
+  bool moonIsWaxing = true;
+  bool fromSouth = false;  ///< seen from the southern hemisphere, where the lit side is the other one
+
+  bool operator==(SkyView const&) const = default;
+};
+
+template <>
+inline constexpr auto viewFields<SkyView> = std::tuple{
+    viewField("sun", &SkyView::sun),
+    viewField("sunrise", &SkyView::sunrise),
+    viewField("sunset", &SkyView::sunset),
+    viewField("sunShare", &SkyView::sunShare),
+    viewField("hasArc", &SkyView::hasArc),
+    viewField("sunIsUp", &SkyView::sunIsUp),
+    viewField("moon", &SkyView::moon),
+    viewField("moonTimes", &SkyView::moonTimes),
+    viewField("moonIllumination", &SkyView::moonIllumination),
+    viewField("moonIsWaxing", &SkyView::moonIsWaxing),
+    viewField("fromSouth", &SkyView::fromSouth),
+};
+
+NowView nowView(WeatherState const& state, std::optional<Place> const& place, ViewContext const& context);
+std::vector<TileView> tileViews(WeatherState const& state, ViewContext const& context);
+/// Those that have not ended, the gravest first.
+std::vector<AlertView> alertViews(WeatherState const& state, ViewContext const& context);
+SkyView skyView(WeatherState const& state, ViewContext const& context);
+
+/// What the next twelve hours bring, in one sentence; empty without hours.
+std::string nextHoursSentence(WeatherData const& data, ViewContext const& context);
+
+/// Whether the sun is up at the place.
+bool isDayAt(WeatherData const& data, Instant instant);
+
+}  // namespace nimbara

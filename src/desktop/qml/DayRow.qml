@@ -1,0 +1,152 @@
+// One day on the scale of all days; opens its hours.
+import QtQuick
+import QtQuick.Controls.Basic
+import NimbaraPages
+
+Column {
+    id: day
+
+    required property int index
+    required property string name
+    required property string date
+    required property string sky
+    required property string condition
+    required property string lowest
+    required property string highest
+    required property double barFrom
+    required property double barTo
+    required property string chance
+    required property string amount
+    required property string wind
+    required property string sentence
+
+    readonly property bool isOpen: app.openDay === index
+    readonly property bool isWide: width >= 640
+
+    AbstractButton {
+        id: row
+        width: day.width
+        height: 56 * Theme.scale
+        onClicked: app.openDay = day.isOpen ? -1 : day.index
+        Keys.onReturnPressed: clicked()
+        Accessible.role: Accessible.Button
+        Accessible.name: day.sentence
+        background: Rectangle {
+            radius: 10
+            color: row.hovered ? Theme.raised : "transparent"
+            opacity: row.visualFocus || row.hovered ? 1 : 0
+            border.width: row.visualFocus ? 2 : 0
+            border.color: Theme.accent
+        }
+
+        contentItem: Item {
+            Column {
+                id: names
+                x: Theme.space
+                anchors.verticalCenter: parent.verticalCenter
+                width: (day.isWide ? 150 : 84) * Theme.scale
+                Text {
+                    width: parent.width
+                    text: day.name
+                    elide: Text.ElideRight
+                    color: Theme.text
+                    font.pixelSize: Theme.body
+                    font.weight: Font.DemiBold
+                }
+                Text {
+                    width: parent.width
+                    text: day.isWide ? day.condition : day.chance || day.date
+                    elide: Text.ElideRight
+                    color: Theme.muted
+                    font.pixelSize: Theme.tiny
+                }
+            }
+            Glyph {
+                id: picture
+                anchors.left: names.right
+                anchors.verticalCenter: parent.verticalCenter
+                size: 34 * Theme.scale
+                sky: day.sky
+                onDark: Theme.dark
+            }
+            Text {
+                id: lowest
+                anchors.left: picture.right
+                anchors.verticalCenter: parent.verticalCenter
+                width: 44 * Theme.scale
+                horizontalAlignment: Text.AlignRight
+                text: day.lowest
+                color: Theme.muted
+                font.pixelSize: Theme.body
+            }
+            Item {
+                id: bar
+                anchors.left: lowest.right
+                anchors.leftMargin: Theme.space
+                anchors.right: highest.left
+                anchors.verticalCenter: parent.verticalCenter
+                height: 6
+                Rectangle {
+                    anchors.fill: parent
+                    radius: 3
+                    color: Theme.raised
+                }
+                Rectangle {
+                    x: (LayoutMirroring.enabled ? 1 - day.barTo : day.barFrom) * bar.width
+                    width: Math.max(6, (day.barTo - day.barFrom) * bar.width)
+                    height: parent.height
+                    radius: 3
+                    gradient: Gradient {
+                        orientation: Gradient.Horizontal
+                        GradientStop { position: 0; color: Theme.cold }
+                        GradientStop { position: 1; color: Theme.warm }
+                    }
+                }
+            }
+            Text {
+                id: highest
+                anchors.right: day.isWide ? rain.left : parent.right
+                anchors.verticalCenter: parent.verticalCenter
+                width: 44 * Theme.scale
+                horizontalAlignment: Text.AlignHCenter
+                text: day.highest
+                color: Theme.text
+                font.pixelSize: Theme.body
+                font.weight: Font.DemiBold
+            }
+            Text {
+                id: rain
+                visible: day.isWide
+                anchors.right: wind.left
+                anchors.verticalCenter: parent.verticalCenter
+                width: 118 * Theme.scale
+                horizontalAlignment: Text.AlignRight
+                text: [day.chance, day.amount].filter(part => part !== "").join("  ")
+                color: Theme.rain
+                font.pixelSize: Theme.small
+            }
+            Text {
+                id: wind
+                visible: day.isWide
+                anchors.right: parent.right
+                anchors.rightMargin: Theme.space
+                anchors.verticalCenter: parent.verticalCenter
+                width: 84 * Theme.scale
+                horizontalAlignment: Text.AlignRight
+                text: day.wind
+                color: Theme.muted
+                font.pixelSize: Theme.small
+            }
+        }
+    }
+    Loader {
+        width: day.width
+        active: day.isOpen
+        visible: active
+        sourceComponent: HourStrip {
+            title: day.name + ", " + day.date
+            hours: app.dayHours
+            border.width: 0
+        }
+    }
+}

@@ -1,0 +1,68 @@
+// One detail of the present: its value, a word about it, and a small gauge.
+import QtQuick
+import NimbaraItems
+import NimbaraPages
+
+Card {
+    id: tile
+
+    required property string kind
+    required property string value
+    required property string note
+    required property double share
+    required property double direction
+    required title
+
+    readonly property bool isWind: kind === "wind"
+
+    height: Math.max(implicitHeight, 124 * Theme.scale)
+    Accessible.role: Accessible.StaticText
+    Accessible.name: title + ": " + value + (note !== "" ? ", " + note : "")
+
+    Column {
+        width: parent.width - (tile.isWind ? compass.width + Theme.space : 0)
+        spacing: 4
+        Text {
+            width: parent.width
+            text: tile.value
+            fontSizeMode: Text.HorizontalFit
+            minimumPixelSize: Theme.body
+            color: Theme.text
+            font.pixelSize: 1.5 * Theme.body
+        }
+        Text {
+            width: parent.width
+            visible: text !== ""
+            text: tile.note
+            wrapMode: Text.Wrap
+            color: Theme.muted
+            font.pixelSize: Theme.small
+        }
+    }
+    WindCompass {
+        id: compass
+        visible: tile.isWind
+        anchors.right: parent.right
+        width: Math.min(64 * Theme.scale, tile.width * 0.34)
+        height: width
+        direction: tile.direction
+        lines: Theme.muted
+        needle: Theme.wind
+    }
+    Rectangle {
+        parent: tile
+        visible: !tile.isWind
+        x: tile.padding
+        y: tile.height - tile.padding
+        width: tile.width - 2 * tile.padding
+        height: 4
+        radius: 2
+        color: Theme.raised
+        Rectangle {
+            width: Math.max(4, parent.width * tile.share)
+            height: parent.height
+            radius: 2
+            color: tile.kind === "uv" ? Theme.sun : tile.kind === "pressure" ? Theme.air : Theme.rain
+        }
+    }
+}

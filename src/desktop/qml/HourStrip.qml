@@ -1,0 +1,101 @@
+// The next 24 hours, or the hours of one day, side by side.
+import QtQuick
+import QtQuick.Controls.Basic
+import NimbaraPages
+
+Card {
+    id: strip
+
+    property alias hours: list.model
+
+    title: app.words.next24
+
+    ListView {
+        id: list
+        width: parent.width
+        height: 148 * Theme.scale
+        orientation: ListView.Horizontal
+        model: app.hours
+        clip: true
+        boundsBehavior: Flickable.StopAtBounds
+        activeFocusOnTab: true
+        keyNavigationEnabled: true
+        highlightMoveDuration: Theme.quick
+        highlight: Rectangle {
+            radius: 10
+            color: "transparent"
+            border.width: list.activeFocus ? 2 : 0
+            border.color: Theme.accent
+        }
+        ScrollBar.horizontal: ScrollBar { policy: ScrollBar.AsNeeded }
+        Accessible.role: Accessible.List
+        Accessible.name: strip.title
+
+        delegate: Item {
+            id: entry
+
+            required property string hour
+            required property bool startsDay
+            required property string sky
+            required property bool isDay
+            required property string temperature
+            required property double warmth
+            required property string chance
+            required property string wind
+            required property double direction
+            required property string sentence
+
+            width: Math.max(46 * Theme.scale, list.width / Math.max(1, list.count))
+            height: list.height - 8
+            Accessible.role: Accessible.ListItem
+            Accessible.name: sentence
+
+            Text {
+                anchors.horizontalCenter: parent.horizontalCenter
+                text: entry.hour
+                color: entry.startsDay ? Theme.text : Theme.muted
+                font.pixelSize: Theme.small
+                font.weight: entry.startsDay ? Font.DemiBold : Font.Normal
+            }
+            Glyph {
+                anchors.horizontalCenter: parent.horizontalCenter
+                y: 20 * Theme.scale
+                size: 30 * Theme.scale
+                sky: entry.sky
+                isDay: entry.isDay
+                onDark: Theme.dark
+            }
+            Text {
+                anchors.horizontalCenter: parent.horizontalCenter
+                y: (54 + 24 * (1 - entry.warmth)) * Theme.scale
+                text: entry.temperature
+                color: Theme.text
+                font.pixelSize: Theme.body
+                font.weight: Font.DemiBold
+            }
+            Text {
+                anchors.horizontalCenter: parent.horizontalCenter
+                y: 102 * Theme.scale
+                text: entry.chance
+                color: Theme.rain
+                font.pixelSize: Theme.tiny
+            }
+            Row {
+                anchors.horizontalCenter: parent.horizontalCenter
+                y: 120 * Theme.scale
+                spacing: 2
+                Text {
+                    text: "↑"
+                    rotation: entry.direction + 180
+                    color: Theme.wind
+                    font.pixelSize: Theme.tiny
+                }
+                Text {
+                    text: entry.wind
+                    color: Theme.muted
+                    font.pixelSize: Theme.tiny
+                }
+            }
+        }
+    }
+}

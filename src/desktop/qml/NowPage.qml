@@ -1,0 +1,190 @@
+// The present at the selected place.
+import QtQuick
+import NimbaraPages
+
+ScrollPage {
+    id: page
+
+    readonly property bool isWide: inner >= 760
+
+    Rectangle {
+        width: page.inner
+        height: head.height + 6 * Theme.space
+        radius: 1.5 * Theme.radius
+        gradient: Gradient {
+            GradientStop { position: 0; color: app.now.skyTop }
+            GradientStop { position: 1; color: app.now.skyBottom }
+        }
+        Accessible.role: Accessible.StaticText
+        Accessible.name: app.now.summary
+
+        Column {
+            id: head
+            x: 3 * Theme.space
+            y: 3 * Theme.space
+            width: parent.width - 6 * Theme.space
+            spacing: Theme.space
+
+            Item {
+                width: parent.width
+                height: names.height
+
+                Column {
+                    id: names
+                    width: parent.width - again.width - Theme.space
+                    spacing: 2
+                    Text {
+                        width: parent.width
+                        text: app.now.place
+                        wrapMode: Text.Wrap
+                        maximumLineCount: 3
+                        elide: Text.ElideRight
+                        color: "white"
+                        font.pixelSize: Theme.headline
+                        font.weight: Font.DemiBold
+                    }
+                    Text {
+                        width: parent.width
+                        text: [app.now.area, app.now.localTime].filter(part => part !== "").join("  ·  ")
+                        wrapMode: Text.Wrap
+                        color: "white"
+                        font.pixelSize: Theme.small
+                    }
+                }
+                PlainButton {
+                    id: again
+                    anchors.right: parent.right
+                    ink: "white"
+                    text: "↻"
+                    font.pixelSize: Theme.title
+                    explanation: app.words.refresh
+                    enabled: !app.now.isLoading && app.now.hasPlace
+                    onClicked: app.refresh()
+                }
+            }
+
+            Flow {
+                width: parent.width
+                spacing: 2 * Theme.space
+                visible: app.now.hasReading
+
+                Row {
+                    spacing: 2 * Theme.space
+                    Text {
+                        text: app.now.temperature
+                        color: "white"
+                        font.pixelSize: Theme.display
+                        font.weight: Font.Light
+                    }
+                    Glyph {
+                        anchors.verticalCenter: parent.verticalCenter
+                        size: 88 * Theme.scale
+                        sky: app.now.sky
+                        isDay: app.now.isDay
+                        onDark: true
+                    }
+                }
+                Column {
+                    topPadding: page.isWide ? 2.5 * Theme.space : 0
+                    spacing: 3
+                    Text {
+                        text: app.now.condition
+                        color: "white"
+                        font.pixelSize: Theme.title
+                        font.weight: Font.DemiBold
+                    }
+                    Text {
+                        text: app.now.feelsLike
+                        color: "white"
+                        font.pixelSize: Theme.body
+                    }
+                    Text {
+                        text: app.now.range
+                        color: "white"
+                        font.pixelSize: Theme.body
+                    }
+                }
+            }
+            Text {
+                width: parent.width
+                visible: !app.now.hasReading
+                text: app.now.isLoading ? app.words.loading : app.now.hasWeather ? app.words.noReading : app.words.noWeather
+                color: "white"
+                font.pixelSize: Theme.title
+                wrapMode: Text.Wrap
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+            }
+            Text {
+                width: parent.width
+                visible: text !== ""
+                text: app.now.sentence
+                wrapMode: Text.Wrap
+                color: "white"
+                font.pixelSize: Theme.body
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+            }
+        }
+    }
+
+    Rectangle {
+        visible: app.now.notice !== ""
+        width: page.inner
+        height: notice.height + 3 * Theme.space
+        radius: Theme.radius
+        color: Theme.alertColour(app.now.isFailure ? "warning" : "advisory")
+        Text {
+            id: notice
+            x: 2 * Theme.space
+            y: 1.5 * Theme.space
+            width: parent.width - 4 * Theme.space
+            text: app.now.notice
+            wrapMode: Text.Wrap
+            color: Theme.text
+            font.pixelSize: Theme.body
+            Accessible.role: Accessible.AlertMessage
+            Accessible.name: text
+        }
+    }
+
+    AlertPager {
+        visible: count > 0
+        width: page.inner
+    }
+
+    HourStrip {
+        visible: app.hours.count > 0
+        width: page.inner
+    }
+
+    Grid {
+        id: tiles
+        width: page.inner
+        visible: app.tiles.count > 0
+        readonly property int most: Math.max(2, Math.min(4, Math.floor(width / 190)))
+        columns: most
+        spacing: 2 * Theme.space
+        Repeater {
+            model: app.tiles
+            DetailTile { width: (tiles.width - (tiles.columns - 1) * tiles.spacing) / tiles.columns }
+        }
+    }
+
+    SkyCards {
+        visible: app.now.hasWeather
+        width: page.inner
+    }
+
+    Text {
+        width: page.inner
+        visible: text !== ""
+        text: [app.now.source, app.now.age].filter(part => part).join("  ·  ")
+        wrapMode: Text.Wrap
+        horizontalAlignment: Text.AlignHCenter
+        color: Theme.muted
+        font.pixelSize: Theme.tiny
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+    }
+}

@@ -1,0 +1,142 @@
+// A saved place with its small forecast.
+import QtQuick
+import QtQuick.Controls.Basic
+import NimbaraPages
+
+Rectangle {
+    id: place
+
+    required property int index
+    required property string placeId
+    required property string name
+    required property string area
+    required property bool isSelected
+    required property string temperature
+    required property string range
+    required property string sky
+    required property bool isDay
+    required property string age
+    required property string sentence
+
+    signal chosen
+
+    height: content.height + 3 * Theme.space
+    radius: Theme.radius
+    color: Theme.card
+    border.width: isSelected || choose.visualFocus ? 2 : 1
+    border.color: isSelected || choose.visualFocus ? Theme.accent : Theme.outline
+
+    function move(by) {
+        app.movePlace(placeId, index + 1 + by);
+    }
+
+    AbstractButton {
+        id: choose
+        anchors.fill: parent
+        onClicked: {
+            app.selectPlace(place.placeId);
+            place.chosen();
+        }
+        Keys.onReturnPressed: clicked()
+        Keys.onDeletePressed: app.removePlace(place.placeId)
+        Keys.onPressed: event => {
+            if (!(event.modifiers & Qt.ControlModifier))
+                return;
+            if (event.key === Qt.Key_Up && place.index > 0)
+                place.move(-1);
+            else if (event.key === Qt.Key_Down && place.index < app.places.count - 1)
+                place.move(1);
+            else
+                return;
+            event.accepted = true;
+        }
+        Accessible.role: Accessible.Button
+        Accessible.name: place.sentence + (place.isSelected ? ", " + app.words.selected : "")
+    }
+
+    Column {
+        id: content
+        x: 2 * Theme.space
+        y: 1.5 * Theme.space
+        width: parent.width - 4 * Theme.space
+        spacing: 4
+
+        Item {
+            width: parent.width
+            height: Math.max(names.height, picture.height)
+            Column {
+                id: names
+                anchors.verticalCenter: parent.verticalCenter
+                width: parent.width - picture.width - warmth.width - 2 * Theme.space
+                Text {
+                    width: parent.width
+                    text: place.name
+                    elide: Text.ElideRight
+                    color: Theme.text
+                    font.pixelSize: Theme.title
+                    font.weight: Font.DemiBold
+                }
+                Text {
+                    width: parent.width
+                    text: place.area
+                    elide: Text.ElideRight
+                    color: Theme.muted
+                    font.pixelSize: Theme.small
+                }
+            }
+            Glyph {
+                id: picture
+                anchors.right: warmth.left
+                anchors.rightMargin: Theme.space
+                anchors.verticalCenter: parent.verticalCenter
+                size: 42 * Theme.scale
+                sky: place.sky
+                isDay: place.isDay
+                onDark: Theme.dark
+            }
+            Text {
+                id: warmth
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
+                text: place.temperature
+                color: Theme.text
+                font.pixelSize: Theme.headline
+                font.weight: Font.Light
+            }
+        }
+        Item {
+            width: parent.width
+            height: buttons.height
+            Text {
+                anchors.verticalCenter: parent.verticalCenter
+                width: parent.width - buttons.width - Theme.space
+                text: [place.range, place.age].filter(part => part !== "").join("  ·  ")
+                elide: Text.ElideRight
+                color: Theme.muted
+                font.pixelSize: Theme.tiny
+            }
+            Row {
+                id: buttons
+                anchors.right: parent.right
+                spacing: 6
+                PlainButton {
+                    text: "↑"
+                    explanation: app.words.moveUp + ": " + place.name
+                    enabled: place.index > 0
+                    onClicked: place.move(-1)
+                }
+                PlainButton {
+                    text: "↓"
+                    explanation: app.words.moveDown + ": " + place.name
+                    enabled: place.index < app.places.count - 1
+                    onClicked: place.move(1)
+                }
+                PlainButton {
+                    text: "×"
+                    explanation: app.words.remove + ": " + place.name
+                    onClicked: app.removePlace(place.placeId)
+                }
+            }
+        }
+    }
+}

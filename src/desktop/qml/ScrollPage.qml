@@ -1,0 +1,40 @@
+// A page that scrolls when its content is taller than the window, with the arrow keys as well.
+import QtQuick
+import QtQuick.Controls.Basic
+import NimbaraPages
+
+Flickable {
+    id: page
+
+    property real margin: width < 560 ? 1.5 * Theme.space : 3 * Theme.space
+    property real most: 1240
+    readonly property real inner: Math.min(width - 2 * margin, most)
+    default property alias content: column.data
+
+    contentWidth: width
+    contentHeight: column.height + 2 * margin
+    boundsBehavior: Flickable.StopAtBounds
+    activeFocusOnTab: false
+    ScrollBar.vertical: ScrollBar {}
+
+    function reveal(item) {
+        if (!item)
+            return;
+        const top = item.mapToItem(contentItem, 0, 0).y;
+        if (top < contentY)
+            contentY = Math.max(0, top - margin);
+        else if (top + item.height > contentY + height)
+            contentY = Math.min(contentHeight - height, top + item.height + margin - height);
+    }
+
+    Keys.onDownPressed: contentY = Math.min(Math.max(0, contentHeight - height), contentY + 80)
+    Keys.onUpPressed: contentY = Math.max(0, contentY - 80)
+
+    Column {
+        id: column
+        x: (page.width - width) / 2
+        y: page.margin
+        width: page.inner
+        spacing: 2 * Theme.space
+    }
+}

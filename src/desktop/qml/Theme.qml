@@ -1,0 +1,50 @@
+// The one place of sizes and colours: a type scale, a grid of spaces, and a palette for each theme.
+pragma Singleton
+import QtQuick
+
+QtObject {
+    id: theme
+
+    property string choice: "system"
+    property SystemPalette system: SystemPalette {}
+    readonly property bool dark: choice === "dark" || (choice === "system" && system.window.hslLightness < 0.5)
+    readonly property real scale: Math.max(1, Qt.application.font.pointSize / 11)
+
+    readonly property int tiny: Math.round(12 * scale)
+    readonly property int small: Math.round(13 * scale)
+    readonly property int body: Math.round(15 * scale)
+    readonly property int title: Math.round(18 * scale)
+    readonly property int headline: Math.round(28 * scale)
+    readonly property int display: Math.round(84 * scale)
+
+    readonly property int space: 8
+    readonly property int radius: 16
+    readonly property int quick: 140
+
+    readonly property color page: dark ? "#11161d" : "#f2f5f8"
+    readonly property color card: dark ? "#1b222c" : "#ffffff"
+    readonly property color raised: dark ? "#27303d" : "#e6ecf2"
+    readonly property color outline: dark ? "#2c3644" : "#dde4eb"
+    readonly property color text: dark ? "#eef2f6" : "#17202a"
+    readonly property color muted: dark ? "#a3b0bf" : "#566372"
+    readonly property color accent: dark ? "#7cb8f5" : "#1f64ab"
+    readonly property color onAccent: dark ? "#0d1b2a" : "#ffffff"
+    readonly property color sun: dark ? "#f7bd4a" : "#d98a00"
+    readonly property color rain: dark ? "#5aa9f0" : "#2f7fd0"
+    readonly property color warm: dark ? "#ff9a76" : "#d1502b"
+    readonly property color cold: dark ? "#73b7ff" : "#2f80d0"
+    readonly property color felt: dark ? "#e8c6a8" : "#c58f66"
+    readonly property color wind: dark ? "#6fd0b4" : "#1f8a6d"
+    readonly property color air: dark ? "#c2a6f2" : "#7a52b8"
+    readonly property color night: dark ? Qt.rgba(0, 0, 0, 0.22) : Qt.rgba(0.1, 0.16, 0.35, 0.06)
+    readonly property color cloud: dark ? "#c5cfda" : "#7d8b9b"
+    readonly property color moonLit: "#f1ecd2"
+    readonly property color moonShade: dark ? "#343d4b" : "#46505f"
+
+    function alertColour(level) {
+        const colours = dark
+            ? { info: "#3a4757", advisory: "#6b5312", warning: "#7d3f10", critical: "#8a1f2b" }
+            : { info: "#dfe8f1", advisory: "#fdeebd", warning: "#ffddc2", critical: "#ffd3d6" };
+        return colours[level] ?? colours.info;
+    }
+}
