@@ -5,12 +5,12 @@
 #include "base/instant.h"
 #include "base/result.h"
 #include "base/units.h"
-#include "demo/demo_process.h"
 #include "cli/feed_commands.h"
 #include "cli/regions_command.h"
 #include "cli/replay_options.h"
 #include "cli/rules_options.h"
 #include "cli/satellites_options.h"
+#include "demo/demo_process.h"
 #include "model/provider_option.h"
 
 #include <optional>

@@ -223,7 +223,9 @@ PassReport NotificationManager::evaluate(GatherInputs const& gather, std::stop_t
   FileLock const lock(around_.lockFile);
   if (lock.isTaken()) return ended(PassReport::End::busy);
   Pass pass(*this, isSuperseded, stop);
-  if (settings.problem) pass.report().problems.push_back(settings.problem->message);
+  auto& problems = pass.report().problems;
+  if (settings.problem) problems.push_back(settings.problem->message);
+  std::ranges::move(settings.settings.faults(), std::back_inserter(problems));
   // First what was due before: the plan puts the next day's in its place.
   pass.tellScheduled(settings.settings);
   EngineState::Strings const suppressed = suppressedTags();

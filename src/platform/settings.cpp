@@ -151,6 +151,17 @@ SettingValue Settings::value(std::string_view key) const {
   return checkedSetting(*definition, stored->second).value_or(definition->defaultValue());
 }
 
+std::vector<std::string> Settings::faults() const {
+  std::vector<std::string> sentences;
+  for (auto const& [key, value] : stored_) {
+    SettingDefinition const* const definition = registry_->find(key);
+    if (definition == nullptr) continue;  // of another version
+    auto const checked = checkedSetting(*definition, value);
+    if (!checked) sentences.push_back(checked.error() + "; its default holds");
+  }
+  return sentences;
+}
+
 bool Settings::isChosen(std::string_view key) const {
   SettingDefinition const* const definition = registry_->find(key);
   auto const stored = stored_.find(key);

@@ -77,6 +77,9 @@ class Settings {
   std::optional<E> choice(std::string_view key) const {
     return enumFromName<E>(text(key));
   }
+  /// A sentence for each stored value that its definition refuses, so that the default holds. Without a full
+  /// stop.
+  std::vector<std::string> faults() const;
   /// True when the user has chosen the value, be it the default.
   bool isChosen(std::string_view key) const;
 

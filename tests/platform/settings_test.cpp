@@ -101,6 +101,17 @@ TEST(Settings, HaveTheDefaultWhereTheStoredValueIsWrong) {
   }
 }
 
+TEST(Settings, NameWhatTheyCannotUse) {
+  Settings const settings(registry(), {{"count", std::int64_t{70}},
+                                       {"level", 0.25},
+                                       {"colour", std::string("blue")},
+                                       {"ofAnotherVersion", std::string("x")}});
+  EXPECT_EQ(
+      settings.faults(),
+      (std::vector<std::string>{"the setting colour takes one of red, green; its default holds",
+                                "the setting count takes a whole number from -1 to 10; its default holds"}));
+}
+
 TEST(Settings, KnowWhatWasChosen) {
   Settings const settings(registry(), {{"colour", std::string("red")}, {"count", std::string("no")}});
   EXPECT_TRUE(settings.isChosen("colour"));
