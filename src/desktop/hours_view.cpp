@@ -196,7 +196,8 @@ std::vector<HourView> dayHourViews(WeatherData const& data, std::size_t index, V
 }
 
 Axis roundAxis(double lowest, double highest, int steps) {
-  double const span = std::max(highest - lowest, 1e-6);
+  if (highest - lowest < 1e-6) return roundAxis(lowest - 0.5, lowest + 0.5, steps);
+  double const span = highest - lowest;
   double const power = std::pow(10, std::floor(std::log10(span / steps)));
   for (double const factor : {1.0, 2.0, 5.0, 10.0, 20.0}) {
     double const step = factor * power;

@@ -7,6 +7,7 @@
 
 #include <QGuiApplication>
 #include <QTimer>
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -44,6 +45,7 @@ class Demo {
     std::vector<SavedPlace> places;
     for (DemoPlace const& place : demoPlaces()) {
       if (places.size() == 5) break;
+      if (std::ranges::count(places, place.countryCode, &SavedPlace::country) > 0) continue;
       places.push_back({Uuid::random(), std::string(place.name), std::string(place.countryCode),
                         std::string(place.country), std::string(place.region), place.coordinate,
                         std::string(place.timeZone)});

@@ -215,13 +215,15 @@ void MeteogramItem::paint(QPainter* painter) {
   Lanes const lanes = lanesOf(boundingRect(), shown.hasClouds, shown.hasPressure);
   double const top = kHead, bottom = height() - 2;
   double const slot = (width() - kLeft - kRight) / shown.hours;
+  painter->setRenderHint(QPainter::Antialiasing, false);
   for (MeteogramPoint const& point : shown.points) {
     double const x = xOf(point.x);
     if (shown.hasClouds) {
-      QRectF const cell(x, lanes.clouds.top(), slot + 0.5, lanes.clouds.height());
+      QRectF const cell(x, lanes.clouds.top(), slot, lanes.clouds.height());
       painter->fillRect(cell, faded(cloud_, static_cast<int>(20 + 200 * point.clouds)));
     }
   }
+  painter->setRenderHint(QPainter::Antialiasing);
   shadeNights(*painter, top, bottom);
   double const dayWidth = slot * 24;
   for (MeteogramDay const& day : shown.days) {
@@ -246,7 +248,7 @@ void MeteogramItem::paint(QPainter* painter) {
   auto const stride = static_cast<std::size_t>(std::max(1.0, std::ceil(22 / slot)));
   for (std::size_t i = 0; i < shown.points.size(); i += stride) {
     MeteogramPoint const& point = shown.points[i];
-    arrow(*painter, {xOf(point.x + 0.5), lanes.wind.bottom() - 8}, point.direction, text_);
+    arrow(*painter, {xOf(point.x + 0.5), lanes.wind.top() - 2}, point.direction, text_);
   }
   if (!shown.hasPressure) return;
   Lane const air(*painter, lanes.pressure, shown.pressure, shown);

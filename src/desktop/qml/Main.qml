@@ -95,7 +95,7 @@ ApplicationWindow {
                 anchors.fill: parent
                 active: isShown || wasShown
                 onIsShownChanged: if (isShown) wasShown = true
-                visible: opacity > 0
+                visible: isShown || opacity > 0
                 enabled: isShown
                 opacity: isShown ? 1 : 0
                 Behavior on opacity { NumberAnimation { duration: Theme.quick } }

@@ -43,7 +43,7 @@ QtObject {
 
     function alertColour(level) {
         const colours = dark
-            ? { info: "#3a4757", advisory: "#6b5312", warning: "#7d3f10", critical: "#8a1f2b" }
+            ? { info: "#3a4757", advisory: "#4a4020", warning: "#5b3a22", critical: "#6e2530" }
             : { info: "#dfe8f1", advisory: "#fdeebd", warning: "#ffddc2", critical: "#ffd3d6" };
         return colours[level] ?? colours.info;
     }

@@ -1,0 +1,216 @@
+#include "desktop/now_view.h"
+
+#include "desktop/sky_colours.h"
+#include "states.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace nimbara {
+namespace {
+
+using namespace nimbara::test;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+/// Hours of rain from `from` until before `until`, counted from the hour of `kNow`.
+struct SentenceRow {
+  int from;
+  int until;
+  double mm;
+  int chance;
+  WeatherConditionCode condition;
+  char const* expected;
+};
+
+class NextHours : public testing::TestWithParam<SentenceRow> {};
+
+TEST_P(NextHours, AreToldInOneSentence) {
+  SentenceRow const& row = GetParam();
+  WeatherData data = mildWeek();
+  for (int hour = row.from; hour < row.until; ++hour) {
+    HourlyForecast& wet = data.allHourly[static_cast<std::size_t>(12 + hour)];
+    wet.precipMM = row.mm;
+    wet.chanceOfRain = row.chance;
+    wet.condition = row.condition;
+  }
+  EXPECT_EQ(nextHoursSentence(data, contextAt(kNow)), row.expected);
+}
+
+constexpr auto kRain = WeatherConditionCode::lightRain;
+constexpr auto kSnow = WeatherConditionCode::lightSnow;
+INSTANTIATE_TEST_SUITE_P(
+    Rows, NextHours,
+    testing::Values(SentenceRow{0, 0, 0, 0, kRain, "No rain in the next twelve hours."},
+                    SentenceRow{3, 5, 1, 80, kRain, "Rain is expected to start around 3 PM."},
+                    SentenceRow{3, 5, 0.1, 40, kRain, "Rain is expected to start around 3 PM."},
+                    SentenceRow{3, 5, 0.09, 40, kRain, "No rain in the next twelve hours."},
+                    SentenceRow{3, 5, 0.1, 39, kRain, "No rain in the next twelve hours."},
+                    SentenceRow{0, 2, 1, 80, kRain, "Rain should ease by around 2 PM."},
+                    SentenceRow{0, 14, 1, 80, kRain, "Rain for at least twelve hours."},
+                    SentenceRow{12, 14, 1, 80, kRain, "Rain is expected to start around tomorrow 12 AM."},
+                    SentenceRow{13, 14, 1, 80, kRain, "No rain in the next twelve hours."},
+                    SentenceRow{4, 6, 1, 80, kSnow, "Snow is expected to start around 4 PM."},
+                    SentenceRow{0, 3, 1, 80, kSnow, "Snow should ease by around 3 PM."},
+                    SentenceRow{0, 20, 1, 80, kSnow, "Snow for at least twelve hours."}));
+
+TEST(NowView, TellsTheReadingInTheUsersUnits) {
+  WeatherState const state = stateOf(mildWeek());
+  ViewContext imperial = contextAt(kNow);
+  imperial.units = Units::imperial();
+  Place const place{{}, "Testville", "Norway", "Region"};
+  NowView const metric = nowView(state, place, contextAt(kNow));
+  EXPECT_EQ(metric.summary, "Testville, 15°, Partly Cloudy, feels like 15°");
+  EXPECT_EQ(metric.area, "Region, Norway");
+  EXPECT_EQ(metric.localTime, "Saturday, 21 November, 12:20");
+  EXPECT_EQ(metric.range, "high 20°, low 10°");
+  EXPECT_EQ(metric.source, "Open-Meteo");
+  EXPECT_EQ(metric.notice, "");
+  EXPECT_EQ(nowView(state, place, imperial).summary, "Testville, 59°, Partly Cloudy, feels like 59°");
+}
+
+TEST(NowView, ReadsTheClockOfThePlace) {
+  WeatherState state = stateOf(mildWeek());
+  state.weatherData->location.timeZone = "Asia/Tokyo";
+  EXPECT_EQ(nowView(state, Place{}, contextAt(kNow)).localTime, "Saturday, 21 November, 21:20");
+}
+
+TEST(NowView, SaysWhatIsOldAndWhy) {
+  WeatherState state = stateOf(mildWeek());
+  state.isShowingStaleData = true;
+  state.lastUpdated = kNow - std::chrono::hours(3);
+  NowView const old = nowView(state, Place{}, contextAt(kNow));
+  EXPECT_EQ(old.notice, "Showing older data since 09:20 (3 h ago).");
+  EXPECT_FALSE(old.isFailure);
+  state.error = AppError{AppError::Case::offline, {}};
+  NowView const failed = nowView(state, Place{}, contextAt(kNow));
+  EXPECT_THAT(failed.notice, HasSubstr("09:20 (3 h ago). The network cannot be reached."));
+  EXPECT_TRUE(failed.isFailure);
+}
+
+TEST(NowView, HasNothingToSayWithoutPlaceOrForecast) {
+  WeatherState state;
+  state.error = AppError{AppError::Case::noLocation, {}};
+  EXPECT_FALSE(nowView(state, std::nullopt, contextAt(kNow)).hasPlace);
+  state.error.reset();
+  state.isLoading = true;
+  NowView const loading = nowView(state, Place{{52.5, 13.4}, "", "", ""}, contextAt(kNow));
+  EXPECT_EQ(loading.place, "52.50°N 13.40°E");
+  EXPECT_TRUE(loading.isLoading);
+  EXPECT_FALSE(loading.hasWeather);
+}
+
+TEST(NowView, HasNoReadingFromAForecastThatHasEnded) {
+  NowView const view = nowView(stateOf(mildWeek()), Place{}, contextAt(kNow + std::chrono::days(30)));
+  EXPECT_TRUE(view.hasWeather);
+  EXPECT_FALSE(view.hasReading);
+  EXPECT_EQ(view.sentence, "");
+}
+
+std::vector<std::string> kindsOf(std::vector<TileView> const& tiles) {
+  std::vector<std::string> kinds;
+  for (TileView const& tile : tiles) kinds.push_back(tile.kind);
+  return kinds;
+}
+
+TEST(Tiles, AreOnlyOfWhatTheProviderGives) {
+  WeatherState state = stateOf(mildWeek());
+  EXPECT_THAT(
+      kindsOf(tileViews(state, contextAt(kNow))),
+      ElementsAre("wind", "humidity", "pressure", "uv", "visibility", "dewPoint", "clouds", "precipitation"));
+  DetailFields const few{WeatherDetailField::humidity};
+  state.weatherData->current.availableDetailFields = few;
+  for (HourlyForecast& hour : state.weatherData->allHourly) hour.availableDetailFields = few;
+  EXPECT_THAT(kindsOf(tileViews(state, contextAt(kNow))), ElementsAre("wind", "humidity", "precipitation"));
+  EXPECT_THAT(tileViews(WeatherState{}, contextAt(kNow)), IsEmpty());
+}
+
+TEST(Tiles, TellWhereThePressureGoes) {
+  struct Row {
+    double change;
+    char const* word;
+  };
+  for (Row const& row : {Row{1.0, "steady"}, Row{1.1, "rising"}, Row{-1.0, "steady"}, Row{-1.1, "falling"}}) {
+    WeatherState state = stateOf(mildWeek());
+    state.weatherData->allHourly[15].pressure += row.change;
+    EXPECT_EQ(tileViews(state, contextAt(kNow))[2].note, row.word) << row.change;
+  }
+}
+
+TEST(Tiles, TurnTheWindByItsName) {
+  WeatherState state = stateOf(mildWeek());
+  TileView const wind = tileViews(state, contextAt(kNow)).front();
+  EXPECT_EQ(wind.direction, 270);
+  EXPECT_EQ(wind.note, "W, gusts 15\u00A0km/h");
+  EXPECT_EQ(compassDegrees("NNW"), 337.5);
+  EXPECT_EQ(compassDegrees("up"), std::nullopt);
+}
+
+TEST(Alerts, StandGravestFirstAndEndInTime) {
+  WeatherState state = stateOf(mildWeek());
+  WeatherAlert ending = alertOf(AlertSeverity::critical, "ends");
+  ending.expires = kNow;
+  WeatherAlert lasting = alertOf(AlertSeverity::warning, "lasts");
+  lasting.expires = kNow + std::chrono::milliseconds(1);
+  lasting.isGovAlert = true;
+  state.govAlerts = {ending, lasting};
+  state.insight =
+      ForecastInsight{{alertOf(AlertSeverity::info, "note"), alertOf(AlertSeverity::critical, "own")}};
+  std::vector<std::string> titles;
+  auto const views = alertViews(state, contextAt(kNow));
+  for (AlertView const& view : views) titles.push_back(view.title + "/" + view.severity + "/" + view.when);
+  EXPECT_THAT(titles, ElementsAre("own/Danger/", "lasts/Warning/until 12:20", "note/Note/"));
+}
+
+struct SkyRow {
+  double latitude;
+  char const* now;
+  char const* sun;
+  bool hasArc;
+};
+
+class Sky : public testing::TestWithParam<SkyRow> {};
+
+TEST_P(Sky, TellsTheSunOfTheDay) {
+  SkyRow const& row = GetParam();
+  WeatherState state = stateOf(mildWeek());
+  state.weatherData->location.latitude = row.latitude;
+  SkyView const view = skyView(state, contextAt(at(row.now)));
+  EXPECT_THAT(view.sun, HasSubstr(row.sun));
+  EXPECT_EQ(view.hasArc, row.hasArc);
+  EXPECT_EQ(view.fromSouth, row.latitude < 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, Sky,
+                         testing::Values(SkyRow{0, "2026-03-20T12:00:00Z", "12 h 6 min of day", true},
+                                         SkyRow{-33, "2026-12-21T12:00:00Z", "14 h 20 min of day", true},
+                                         SkyRow{78, "2026-12-21T12:00:00Z", "does not rise", false},
+                                         SkyRow{78, "2026-06-21T12:00:00Z", "does not set", false}));
+
+TEST(Sky, PutsTheSunOnItsWay) {
+  WeatherState const state = stateOf(mildWeek());
+  EXPECT_NEAR(skyView(state, contextAt(at("2026-11-21T11:46:00Z"))).sunShare, 0.5, 0.01);
+  EXPECT_LT(skyView(state, contextAt(at("2026-11-21T03:00:00Z"))).sunShare, 0);
+  EXPECT_GT(skyView(state, contextAt(at("2026-11-21T21:00:00Z"))).sunShare, 1);
+}
+
+TEST(SkyColours, CarryWhiteTextAtAnyHour) {
+  constexpr double kReadable = 4.5;
+  for (std::size_t code = 0; code < enumNames<WeatherConditionCode>.size(); ++code) {
+    for (int altitude = -90; altitude <= 90; ++altitude) {
+      SkyColours const sky = skyColours(static_cast<WeatherConditionCode>(code), altitude);
+      ASSERT_GE(contrastOfWhite(sky.top), kReadable) << code << " top at " << altitude;
+      ASSERT_GE(contrastOfWhite(sky.bottom), kReadable) << code << " bottom at " << altitude;
+    }
+  }
+}
+
+TEST(SkyColours, AreMeasuredAsTheGuidelinesSay) {
+  EXPECT_DOUBLE_EQ(contrastOfWhite({255, 255, 255}), 1);
+  EXPECT_DOUBLE_EQ(contrastOfWhite({0, 0, 0}), 21);
+  EXPECT_NEAR(contrastOfWhite({0x76, 0x76, 0x76}), 4.54, 0.01);
+}
+
+}  // namespace
+}  // namespace nimbara

@@ -1,0 +1,210 @@
+#include "desktop/desktop_window.h"
+#include "states.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QAccessibleInterface>
+#include <QGuiApplication>
+#include <QImage>
+#include <QQuickItem>
+#include <QtTest/QTest>
+#include <set>
+
+namespace nimbara {
+namespace {
+
+using namespace nimbara::test;
+using testing::IsEmpty;
+
+std::vector<std::string>& complaints() {
+  static std::vector<std::string> list;
+  return list;
+}
+
+void note(QtMsgType type, QMessageLogContext const& /*where*/, QString const& text) {
+  bool const isOfThePlatform = text.startsWith(QLatin1String("QStandardPaths"));
+  if (type != QtDebugMsg && !isOfThePlatform) complaints().push_back(text.toStdString());
+}
+
+/// Without screen and GPU.
+QGuiApplication& application() {
+  static int count = 1;
+  static char name[] = "desktop_tests";
+  static char* arguments[] = {name, nullptr};
+  static QGuiApplication* const kApplication = [] {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QUICK_BACKEND", "software");
+    qInstallMessageHandler(note);
+    return new QGuiApplication(count, arguments);
+  }();
+  return *kApplication;
+}
+
+WeatherState polarState() {
+  WeatherState state = stateOf(mildWeek());
+  state.weatherData->location.latitude = 80;
+  return state;
+}
+
+WeatherState staleState() {
+  WeatherState state = stateOf(mildWeek());
+  state.isShowingStaleData = true;
+  state.lastUpdated = kNow - std::chrono::days(3);
+  state.error = AppError{AppError::Case::networkError, "The service has a fault"};
+  return state;
+}
+
+WeatherState alertState() {
+  WeatherState state = stateOf(mildWeek());
+  for (int i = 0; i < 500; ++i) {
+    state.govAlerts.push_back(alertOf(static_cast<AlertSeverity>(i % 4), "Warning " + std::to_string(i)));
+    state.govAlerts.back().description = std::string(2000, 'w');
+  }
+  return state;
+}
+
+WeatherState unknownState() {
+  WeatherState state = stateOf(mildWeek());
+  state.weatherData->current.condition = WeatherConditionCode::unknown;
+  for (HourlyForecast& hour : state.weatherData->allHourly) hour.condition = WeatherConditionCode::unknown;
+  return state;
+}
+
+WeatherState failedState() {
+  WeatherState state;
+  state.error = AppError{AppError::Case::offline, {}};
+  return state;
+}
+
+std::shared_ptr<DesktopSnapshot> noPlaces() {
+  auto snapshot = std::make_shared<DesktopSnapshot>();
+  snapshot->problem = "the settings cannot be read";
+  return snapshot;
+}
+
+struct StateRow {
+  char const* name;
+  std::shared_ptr<DesktopSnapshot> (*snapshot)();
+};
+
+constexpr StateRow kStates[] = {
+    {"fresh", [] { return snapshotOf(stateOf(mildWeek())); }},
+    {"stale", [] { return snapshotOf(staleState()); }},
+    {"failed", [] { return snapshotOf(failedState()); }},
+    {"noPlaces", noPlaces},
+    {"alerts", [] { return snapshotOf(alertState()); }},
+    {"polar", [] { return snapshotOf(polarState()); }},
+    {"unknown", [] { return snapshotOf(unknownState()); }},
+    {"longName",
+     [] {
+       return snapshotOf(stateOf(mildWeek()), "Llanfair-upon-the-very-long-and-winding-river-by-the-old-sea");
+     }},
+};
+
+struct PageTest : testing::Test {
+  PageTest() {
+    application();
+    complaints().clear();
+  }
+
+  static DesktopModel::Setting setting() {
+    return {Wording(), {}, [] { return kNow; }};
+  }
+  static DesktopOptions optionsOf(DesktopPage page, DesktopTheme theme, WindowSize size) {
+    DesktopOptions options;
+    options.page = page;
+    options.theme = theme;
+    options.size = size;
+    return options;
+  }
+};
+
+struct Pages : PageTest, testing::WithParamInterface<StateRow> {};
+
+/// Whoever can be reached by keys and says nothing to those who listen.
+void collectNameless(QQuickItem* item, std::vector<std::string>& nameless) {
+  if (!item->isVisible() || !item->isEnabled()) return;
+  if (item->activeFocusOnTab()) {
+    auto* const seen = QAccessible::queryAccessibleInterface(item);
+    bool const isNamed = seen != nullptr && !seen->text(QAccessible::Name).isEmpty();
+    if (!isNamed) nameless.emplace_back(item->metaObject()->className());
+  }
+  for (QQuickItem* const child : item->childItems()) collectNameless(child, nameless);
+}
+
+int colourCount(QImage const& image) {
+  std::set<QRgb> colours;
+  for (int y = 0; y < image.height(); y += 3) {
+    for (int x = 0; x < image.width(); x += 3) colours.insert(image.pixel(x, y));
+  }
+  return static_cast<int>(colours.size());
+}
+
+TEST_P(Pages, AreDrawnWithoutAComplaint) {
+  for (DesktopPage const page : {DesktopPage::now, DesktopPage::hours, DesktopPage::places}) {
+    for (auto const& [theme, size] :
+         {std::pair(DesktopTheme::light, WindowSize{360, 640}), {DesktopTheme::dark, {1280, 800}}}) {
+      DesktopModel model(setting(), {});
+      model.show(GetParam().snapshot());
+      DesktopWindow const window(model, optionsOf(page, theme, size));
+      ASSERT_NE(window.window(), nullptr);
+      QImage const picture = window.window()->grabWindow();
+      EXPECT_EQ(picture.width(), size.width);
+      EXPECT_GT(colourCount(picture), 10) << enumName(page);
+      std::vector<std::string> nameless;
+      collectNameless(window.window()->contentItem(), nameless);
+      EXPECT_THAT(nameless, IsEmpty()) << enumName(page);
+    }
+  }
+  EXPECT_THAT(complaints(), IsEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(States, Pages, testing::ValuesIn(kStates),
+                         [](auto const& row) { return std::string(row.param.name); });
+
+struct Keyboard : PageTest {
+  Keyboard() : window(model, optionsOf(DesktopPage::now, DesktopTheme::light, {1000, 700})) {
+    model.show(snapshotOf(stateOf(mildWeek())));
+    window.window()->requestActivate();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(window.window()));
+  }
+
+  std::string page() const { return window.window()->property("page").toString().toStdString(); }
+  void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const {
+    QTest::keyClick(window.window(), key, modifiers);
+  }
+
+  DesktopModel model{setting(), {}};
+  DesktopWindow window;
+};
+
+TEST_F(Keyboard, ReachesThePages) {
+  press(Qt::Key_2, Qt::ControlModifier);
+  EXPECT_EQ(page(), "hours");
+  press(Qt::Key_3, Qt::ControlModifier);
+  EXPECT_EQ(page(), "places");
+  press(Qt::Key_1, Qt::ControlModifier);
+  EXPECT_EQ(page(), "now");
+}
+
+TEST_F(Keyboard, OpensADay) {
+  press(Qt::Key_2, Qt::ControlModifier);
+  for (int step = 0; step < 40 && model.openDay() < 0; ++step) {
+    press(Qt::Key_Tab);
+    QQuickItem const* const focused = window.window()->activeFocusItem();
+    bool const isDay = focused != nullptr && focused->parentItem() != nullptr &&
+                       focused->parentItem()->property("barFrom").isValid();
+    if (isDay) press(Qt::Key_Return);
+  }
+  EXPECT_EQ(model.openDay(), 0);
+}
+
+TEST_F(Keyboard, ShowsTheSearchWithoutAPlace) {
+  model.show(noPlaces());
+  EXPECT_EQ(page(), "places");
+}
+
+}  // namespace
+}  // namespace nimbara
