@@ -1,6 +1,7 @@
 #include "desktop/desktop_window.h"
 
 #include "desktop/condition_pictures.h"
+#include "desktop/line_signs.h"
 #include "desktop/meteogram_item.h"
 #include "desktop/sky_items.h"
 
@@ -32,6 +33,7 @@ DesktopWindow::DesktopWindow(DesktopModel& model, DesktopOptions const& options)
   registerItems();
   engine_.addImportPath(QStringLiteral(":/pages"));
   engine_.addImageProvider(QStringLiteral("sky"), new ConditionPictures);
+  engine_.addImageProvider(QStringLiteral("sign"), new LineSigns);
   engine_.rootContext()->setContextProperty(QStringLiteral("app"), &model);
   engine_.setInitialProperties({{QStringLiteral("page"), viewName(enumName(options.page))},
                                 {QStringLiteral("theme"), viewName(enumName(options.theme))},

@@ -93,7 +93,7 @@ DesktopCommands commandsOf(DesktopCore& core, DesktopModel*& model) {
   commands.addPlace = [&core](SavedPlace place) { core.addPlace(std::move(place)); };
   commands.removePlace = [&core](Uuid id) { core.removePlace(id); };
   commands.movePlace = [&core](Uuid id, int position) { core.movePlace(id, position); };
-  commands.search = [&core, &model](std::string text) {
+  commands.search = [&core, &model](std::string const& text) {
     core.search(text, [&model, text](std::vector<FoundPlace> found) {
       QMetaObject::invokeMethod(
           qApp, [&model, text, found = std::move(found)] { model->showFound(text, found); },

@@ -206,6 +206,23 @@ void MeteogramItem::shadeNights(QPainter& painter, double top, double bottom) co
   }
 }
 
+/// A name that has no room before the next day is shortened to the weekday, or left out.
+void MeteogramItem::nameDays(QPainter& painter, double top, double bottom) const {
+  constexpr double kSpace = 4;
+  auto const& days = data().days;
+  for (std::size_t i = 0; i < days.size(); ++i) {
+    double const x = xOf(days[i].x);
+    double const room = xOf(i + 1 < days.size() ? days[i + 1].x : data().hours) - x - kSpace;
+    painter.setPen(QPen(grid_, 1));
+    painter.drawLine(QPointF(x, top), QPointF(x, bottom));
+    QString name = QString::fromStdString(days[i].name);
+    auto const fits = [&] { return painter.fontMetrics().horizontalAdvance(name) <= room; };
+    if (!fits()) name = name.section(QLatin1Char(' '), 0, 0);
+    painter.setPen(text_);
+    if (fits()) painter.drawText(QRectF(x + kSpace, 2, room, 16), Qt::AlignLeft | Qt::AlignVCenter, name);
+  }
+}
+
 void MeteogramItem::paint(QPainter* painter) {
   Meteogram const& shown = data();
   if (shown.points.empty()) return;
@@ -225,15 +242,7 @@ void MeteogramItem::paint(QPainter* painter) {
   }
   painter->setRenderHint(QPainter::Antialiasing);
   shadeNights(*painter, top, bottom);
-  double const dayWidth = slot * 24;
-  for (MeteogramDay const& day : shown.days) {
-    double const x = xOf(day.x);
-    painter->setPen(QPen(grid_, 1));
-    painter->drawLine(QPointF(x, top), QPointF(x, bottom));
-    painter->setPen(text_);
-    painter->drawText(QRectF(x + 4, 2, dayWidth, 16), Qt::AlignLeft | Qt::AlignVCenter,
-                      QString::fromStdString(day.name));
-  }
+  nameDays(*painter, top, bottom);
   Lane const warmth(*painter, lanes.temperature, shown.temperature, shown);
   warmth.grid(grid_, text_, shown.temperatureUnit);
   warmth.curve(&MeteogramPoint::feelsLike, QPen(felt_, 1.6, Qt::DashLine, Qt::RoundCap));

@@ -53,6 +53,7 @@ class MeteogramItem : public QQuickPaintedItem {
   MeteogramPoint const* pointAtCursor() const;
   double xOf(double hours) const;
   void shadeNights(QPainter& painter, double top, double bottom) const;
+  void nameDays(QPainter& painter, double top, double bottom) const;
 
   DesktopModel* model_ = nullptr;
   int cursor_ = -1;

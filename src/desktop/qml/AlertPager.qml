@@ -93,7 +93,7 @@ Rectangle {
             PlainButton {
                 visible: pager.count > 1
                 ink: Theme.text
-                text: "‹"
+                sign: LayoutMirroring.enabled ? "forth" : "back"
                 explanation: app.words.previous
                 enabled: list.currentIndex > 0
                 onClicked: list.currentIndex -= 1
@@ -109,7 +109,7 @@ Rectangle {
             PlainButton {
                 visible: pager.count > 1
                 ink: Theme.text
-                text: "›"
+                sign: LayoutMirroring.enabled ? "back" : "forth"
                 explanation: app.words.next
                 enabled: list.currentIndex < pager.count - 1
                 onClicked: list.currentIndex += 1

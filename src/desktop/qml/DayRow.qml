@@ -44,7 +44,7 @@ Column {
                 id: names
                 x: Theme.space
                 anchors.verticalCenter: parent.verticalCenter
-                width: (day.isWide ? 150 : 84) * Theme.scale
+                width: (day.isWide ? 150 : 98) * Theme.scale
                 Text {
                     width: parent.width
                     text: day.name

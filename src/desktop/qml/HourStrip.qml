@@ -84,11 +84,12 @@ Card {
                 anchors.horizontalCenter: parent.horizontalCenter
                 y: 120 * Theme.scale
                 spacing: 2
-                Text {
-                    text: "↑"
+                Sign {
+                    anchors.verticalCenter: parent.verticalCenter
+                    size: 12 * Theme.scale
+                    name: "arrow"
+                    ink: Theme.wind
                     rotation: entry.direction + 180
-                    color: Theme.wind
-                    font.pixelSize: Theme.tiny
                 }
                 Text {
                     text: entry.wind

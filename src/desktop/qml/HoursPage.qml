@@ -8,7 +8,7 @@ ScrollPage {
 
     Text {
         width: page.inner
-        text: app.now.place || app.words.noPlaces
+        text: app.now.place || (app.isReady ? app.words.noPlaces : "")
         elide: Text.ElideRight
         color: Theme.text
         font.pixelSize: Theme.headline
@@ -18,7 +18,7 @@ ScrollPage {
     }
     Text {
         width: page.inner
-        visible: app.hours.count === 0
+        visible: app.isReady && app.hours.count === 0
         text: app.now.notice || (app.now.isLoading ? app.words.loading : app.words.noWeather)
         wrapMode: Text.Wrap
         color: Theme.muted

@@ -55,8 +55,7 @@ ScrollPage {
                     id: again
                     anchors.right: parent.right
                     ink: "white"
-                    text: "↻"
-                    font.pixelSize: Theme.title
+                    sign: "again"
                     explanation: app.words.refresh
                     enabled: !app.now.isLoading && app.now.hasPlace
                     onClicked: app.refresh()
@@ -108,7 +107,7 @@ ScrollPage {
             Text {
                 width: parent.width
                 visible: !app.now.hasReading
-                text: app.now.isLoading ? app.words.loading : app.now.hasWeather ? app.words.noReading : app.words.noWeather
+                text: !app.isReady ? "" : app.now.isLoading ? app.words.loading : app.now.hasWeather ? app.words.noReading : app.words.noWeather
                 color: "white"
                 font.pixelSize: Theme.title
                 wrapMode: Text.Wrap

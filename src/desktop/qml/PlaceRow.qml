@@ -120,19 +120,19 @@ Rectangle {
                 anchors.right: parent.right
                 spacing: 6
                 PlainButton {
-                    text: "↑"
+                    sign: "up"
                     explanation: app.words.moveUp + ": " + place.name
                     enabled: place.index > 0
                     onClicked: place.move(-1)
                 }
                 PlainButton {
-                    text: "↓"
+                    sign: "down"
                     explanation: app.words.moveDown + ": " + place.name
                     enabled: place.index < app.places.count - 1
                     onClicked: place.move(1)
                 }
                 PlainButton {
-                    text: "×"
+                    sign: "cross"
                     explanation: app.words.remove + ": " + place.name
                     onClicked: app.removePlace(place.placeId)
                 }

@@ -1,4 +1,4 @@
-// A button of text.
+// A button of text or of a sign.
 import QtQuick
 import QtQuick.Controls.Basic
 import NimbaraPages
@@ -8,23 +8,38 @@ Button {
 
     property color ink: Theme.accent
     property string explanation: text
+    property string sign
 
     implicitHeight: Math.max(36, 36 * Theme.scale)
-    leftPadding: 12
-    rightPadding: 12
+    leftPadding: sign !== "" ? 9 : 12
+    rightPadding: leftPadding
     font.pixelSize: Theme.small
     font.weight: Font.DemiBold
     Accessible.role: Accessible.Button
     Accessible.name: explanation
     Keys.onReturnPressed: clicked()
 
-    contentItem: Text {
-        text: button.text
-        font: button.font
-        color: button.ink
+    contentItem: Item {
+        implicitWidth: button.sign !== "" ? picture.width : label.implicitWidth
+        implicitHeight: label.implicitHeight
         opacity: button.enabled ? 1 : 0.4
-        horizontalAlignment: Text.AlignHCenter
-        verticalAlignment: Text.AlignVCenter
+        Text {
+            id: label
+            anchors.fill: parent
+            visible: button.sign === ""
+            text: button.text
+            font: button.font
+            color: button.ink
+            horizontalAlignment: Text.AlignHCenter
+            verticalAlignment: Text.AlignVCenter
+        }
+        Sign {
+            id: picture
+            anchors.centerIn: parent
+            size: 18 * Theme.scale
+            name: button.sign
+            ink: button.ink
+        }
     }
     background: Rectangle {
         radius: height / 2

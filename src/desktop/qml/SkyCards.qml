@@ -50,7 +50,7 @@ Grid {
             width: parent.width
             spacing: 2 * Theme.space
             MoonDisc {
-                width: 84 * Theme.scale
+                width: 112 * Theme.scale
                 height: width
                 illumination: app.skyToday.moonIllumination
                 litOnRight: app.skyToday.moonIsWaxing !== app.skyToday.fromSouth
@@ -58,7 +58,7 @@ Grid {
                 shade: Theme.moonShade
             }
             Column {
-                width: parent.width - 84 * Theme.scale - parent.spacing
+                width: parent.width - 112 * Theme.scale - parent.spacing
                 anchors.verticalCenter: parent.verticalCenter
                 spacing: 4
                 Text {
