@@ -34,8 +34,8 @@ constexpr std::array kSigns = std::to_array<SignRow>({
      }},
     {"again",
      [](QPainter& p) {
-       p.drawArc(QRectF(5, 5, 14, 14), 60 * 16, -300 * 16);
-       stroke(p, {{15.5, 1.5}, {15.5, 6}, {11, 6}});
+       p.drawArc(QRectF(4, 5, 15, 15), 35 * 16, 290 * 16);
+       stroke(p, {{18.6, 3}, {18.2, 8.6}, {12.8, 8.2}});
      }},
     {"arrow",
      [](QPainter& p) {

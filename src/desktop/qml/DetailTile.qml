@@ -15,7 +15,7 @@ Card {
 
     readonly property bool isWind: kind === "wind"
 
-    height: Math.max(implicitHeight + 1.5 * Theme.space, 136 * Theme.scale)
+    height: Math.max(implicitHeight + 1.5 * Theme.space, 148 * Theme.scale)
     Accessible.role: Accessible.StaticText
     Accessible.name: title + ": " + value + (note !== "" ? ", " + note : "")
 
