@@ -159,6 +159,7 @@ void writeHourly(JsonWriter& json, Variables const& variables, Coordinate place,
   json.member("time", times);
   for (Variable const* const variable : variables) {
     std::vector<std::optional<double>> values;
+    values.reserve(dust.size());
     for (auto const& pm25 : dust)
       values.push_back(pm25 ? std::optional(variable->value(*pm25)) : std::nullopt);
     json.member(variable->name, values);

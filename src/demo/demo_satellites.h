@@ -10,6 +10,6 @@
 namespace nimbara {
 
 /// The members of the group with this name; nothing for a name that no group has.
-std::optional<std::vector<SGP4::TLE>> demoSatellites(std::string_view group, Instant now);
+std::optional<std::vector<SGP4::TLE>> demoSatellites(std::string_view wanted, Instant now);
 
 }  // namespace nimbara
