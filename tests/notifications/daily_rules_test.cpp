@@ -9,20 +9,16 @@ namespace nimbara {
 namespace {
 
 using Code = WeatherConditionCode;
-using Change = std::function<void(WeatherData&)>;
+using test::all;
 using test::at;
 using test::bodyOf;
+using test::Change;
 using test::faultsOf;
 using testing::IsEmpty;
 
 // The forecast of these tests begins with the day, which is a Monday.
 constexpr char kMidnight[] = "2026-06-15T00:00:00Z";
 constexpr char kEvening[] = "2026-06-15T18:00:00Z";
-
-template <class... Changes>
-Change all(Changes... changes) {
-  return [=](WeatherData& data) { (changes(data), ...); };
-}
 
 /// Hours of a day, the last one left out.
 template <class F>

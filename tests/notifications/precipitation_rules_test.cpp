@@ -8,19 +8,15 @@ namespace nimbara {
 namespace {
 
 using Code = WeatherConditionCode;
-using Change = std::function<void(WeatherData&)>;
+using test::all;
 using test::at;
 using test::bodyOf;
+using test::Change;
 using test::faultsOf;
 using testing::IsEmpty;
 
 // The forecast of these tests begins at noon.
 constexpr char kNow[] = "2026-06-15T12:20:00Z";
-
-template <class... Changes>
-Change all(Changes... changes) {
-  return [=](WeatherData& data) { (changes(data), ...); };
-}
 
 /// Hours `from` to `until`, the last one left out.
 template <class F>

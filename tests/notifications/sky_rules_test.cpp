@@ -14,8 +14,9 @@ namespace nimbara {
 namespace {
 
 using Code = WeatherConditionCode;
+using test::all;
 using test::at;
-using Change = std::function<void(WeatherData&)>;
+using test::Change;
 
 /// The like for the present and every hour.
 template <class F>
@@ -24,11 +25,6 @@ Change everywhere(F change) {
     change(data.current);
     for (HourlyForecast& hour : data.allHourly) change(hour);
   };
-}
-
-template <class... Changes>
-Change all(Changes... changes) {
-  return [=](WeatherData& data) { (changes(data), ...); };
 }
 
 template <class F>

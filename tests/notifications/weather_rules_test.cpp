@@ -8,19 +8,15 @@
 namespace nimbara {
 namespace {
 
-using Change = std::function<void(WeatherData&)>;
+using test::all;
 using test::at;
 using test::bodyOf;
+using test::Change;
 using test::faultsOf;
 using testing::IsEmpty;
 
 // The forecast of these tests begins at noon, on a Monday, with 15 °C and 10 km/h in gusts of 15.
 constexpr char kNow[] = "2026-06-15T12:20:00Z";
-
-template <class... Changes>
-Change all(Changes... changes) {
-  return [=](WeatherData& data) { (changes(data), ...); };
-}
 
 template <class F>
 Change hour(std::size_t index, F change) {

@@ -12,13 +12,22 @@
 
 namespace nimbara::test {
 
+/// What a test does to a mild forecast.
+using Change = std::function<void(WeatherData&)>;
+
+/// One change after the other.
+template <class... Changes>
+Change all(Changes... changes) {
+  return [=](WeatherData& data) { (changes(data), ...); };
+}
+
 inline Texts const& englishTexts() {
   static Texts const kTexts = Texts::load("en");
   return kTexts;
 }
 
 /// Four days of mild hours from the hour of `now` on, after `change`.
-inline RuleInputs ruleInputs(Instant now, std::function<void(WeatherData&)> const& change = {}) {
+inline RuleInputs ruleInputs(Instant now, Change const& change = {}) {
   Instant const begin = std::chrono::floor<std::chrono::hours>(now);
   auto data = std::make_shared<WeatherData>(mildForecast(begin, 96));
   if (change) change(*data);
