@@ -1,9 +1,9 @@
 #include "base/text.h"
 #include "demo/demo_places.h"
 #include "demo/demo_process.h"
-#include "desktop/desktop_core.h"
-#include "desktop/desktop_model.h"
-#include "desktop/desktop_window.h"
+#include "desktop/core/desktop_core.h"
+#include "desktop/window/desktop_model.h"
+#include "desktop/window/desktop_window.h"
 
 #include <QGuiApplication>
 #include <QTimer>

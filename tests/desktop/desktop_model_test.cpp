@@ -1,7 +1,7 @@
-#include "desktop/desktop_model.h"
+#include "desktop/window/desktop_model.h"
 
-#include "desktop/desktop_options.h"
-#include "desktop/now_view.h"
+#include "desktop/core/desktop_options.h"
+#include "desktop/views/now_view.h"
 #include "states.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "desktop/desktop_window.h"
+#include "desktop/window/desktop_window.h"
 #include "states.h"
 
 #include <gmock/gmock.h>

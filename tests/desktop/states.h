@@ -1,7 +1,7 @@
 // Snapshots of tests: what the window may have to show, made of mild forecasts.
 #pragma once
 
-#include "desktop/desktop_core.h"
+#include "desktop/core/desktop_core.h"
 #include "support/forecasts.h"
 
 #include <memory>

@@ -11,10 +11,13 @@ ApplicationWindow {
     property string theme: "system"
     readonly property bool isWide: width >= 720
     readonly property var pages: [
-        { name: "now", title: app.words.now, sky: "partlyCloudy" },
-        { name: "hours", title: app.words.hours, sky: "lightRain" },
-        { name: "places", title: app.words.places, sky: "" }
+        { name: "now", title: app.words.now, sky: "partlyCloudy", sign: "" },
+        { name: "hours", title: app.words.hours, sky: "lightRain", sign: "" },
+        { name: "places", title: app.words.places, sky: "", sign: "place" }
     ]
+    // A narrow window has no room for all of them.
+    readonly property int shownPages: isWide || pages.length <= 5 ? pages.length : 4
+    readonly property var otherPages: pages.slice(shownPages)
     readonly property bool wantsPlace: app.isReady && !app.now.hasPlace
 
     visible: true
@@ -32,9 +35,15 @@ ApplicationWindow {
 
     Shortcut { sequences: [StandardKey.Refresh, "Ctrl+R"]; onActivated: app.refresh() }
     Shortcut { sequence: StandardKey.Quit; onActivated: Qt.quit() }
-    Shortcut { sequence: "Ctrl+1"; onActivated: window.page = "now" }
-    Shortcut { sequence: "Ctrl+2"; onActivated: window.page = "hours" }
-    Shortcut { sequence: "Ctrl+3"; onActivated: window.page = "places" }
+    Instantiator {
+        model: window.pages
+        Shortcut {
+            required property int index
+            required property var modelData
+            sequence: "Ctrl+" + (index + 1)
+            onActivated: window.page = modelData.name
+        }
+    }
     Shortcut {
         sequence: StandardKey.Find
         onActivated: {
@@ -63,20 +72,35 @@ ApplicationWindow {
                 anchors.centerIn: window.isWide ? undefined : parent
                 anchors.horizontalCenter: parent.horizontalCenter
                 y: window.isWide ? 2 * Theme.space : 0
-                columns: window.isWide ? 1 : 3
+                columns: window.isWide ? 1 : window.shownPages + 1
                 spacing: Theme.space
+                readonly property int slots: window.shownPages + (window.otherPages.length > 0 ? 1 : 0)
+                readonly property real slot: window.isWide
+                    ? 84 * Theme.scale
+                    : Math.min(132 * Theme.scale, window.width / slots - Theme.space)
 
                 Repeater {
-                    model: window.pages
+                    model: window.pages.slice(0, window.shownPages)
 
                     NavButton {
                         required property var modelData
-                        width: window.isWide ? 84 * Theme.scale : Math.min(132 * Theme.scale, window.width / 3 - Theme.space)
+                        width: navigation.slot
                         sky: modelData.sky
+                        sign: modelData.sign
                         text: modelData.title
                         checked: window.page === modelData.name
                         onClicked: window.page = modelData.name
                     }
+                }
+
+                NavButton {
+                    id: others
+                    visible: window.otherPages.length > 0
+                    width: navigation.slot
+                    sign: "others"
+                    text: app.words.otherPages
+                    checked: window.otherPages.some(page => page.name === window.page)
+                    onClicked: otherPages.open()
                 }
             }
         }
@@ -104,6 +128,39 @@ ApplicationWindow {
             Page { name: "now"; sourceComponent: NowPage {} }
             Page { name: "hours"; sourceComponent: HoursPage {} }
             Page { id: places; name: "places"; sourceComponent: PlacesPage { onChosen: window.page = "now" } }
+        }
+    }
+
+    Popup {
+        id: otherPages
+        x: window.width - width - Theme.space
+        y: window.height - height - 72 * Theme.scale
+        modal: true
+        padding: Theme.space
+        background: Rectangle {
+            radius: Theme.radius
+            color: Theme.card
+            border.color: Theme.outline
+        }
+        contentItem: Column {
+            spacing: Theme.space
+
+            Repeater {
+                model: window.otherPages
+
+                NavButton {
+                    required property var modelData
+                    width: 132 * Theme.scale
+                    sky: modelData.sky
+                    sign: modelData.sign
+                    text: modelData.title
+                    checked: window.page === modelData.name
+                    onClicked: {
+                        window.page = modelData.name;
+                        otherPages.close();
+                    }
+                }
+            }
         }
     }
 }

@@ -7,6 +7,7 @@ AbstractButton {
     id: button
 
     property string sky
+    property string sign  // where there is no sky
 
     implicitHeight: 56 * Theme.scale
     checkable: false
@@ -34,29 +35,12 @@ AbstractButton {
                 isDay: true
                 onDark: Theme.dark
             }
-            Item {
+            Sign {
                 visible: button.sky === ""
                 anchors.horizontalCenter: parent.horizontalCenter
-                width: 26 * Theme.scale
-                height: width
-                Rectangle {
-                    x: parent.width * 0.22
-                    y: parent.height * 0.12
-                    width: parent.width * 0.56
-                    height: width
-                    radius: width / 2
-                    color: "transparent"
-                    border.width: parent.width * 0.13
-                    border.color: Theme.accent
-                }
-                Rectangle {
-                    anchors.horizontalCenter: parent.horizontalCenter
-                    y: parent.height * 0.64
-                    width: parent.width * 0.13
-                    height: parent.height * 0.28
-                    radius: width / 2
-                    color: Theme.accent
-                }
+                size: 26 * Theme.scale
+                name: button.sign
+                ink: Theme.accent
             }
             Text {
                 width: parent.width

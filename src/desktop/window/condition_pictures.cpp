@@ -1,4 +1,4 @@
-#include "desktop/condition_pictures.h"
+#include "desktop/window/condition_pictures.h"
 
 #include <QImage>
 #include <QPainter>

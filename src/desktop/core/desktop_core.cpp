@@ -1,4 +1,4 @@
-#include "desktop/desktop_core.h"
+#include "desktop/core/desktop_core.h"
 
 #include "app/place_resolver.h"
 #include "app/scheduler.h"

@@ -1,6 +1,6 @@
-#include "desktop/hours_view.h"
+#include "desktop/views/hours_view.h"
 
-#include "desktop/now_view.h"
+#include "desktop/views/now_view.h"
 #include "model/day_summary.h"
 #include "model/process.h"
 #include "model/upcoming_hours.h"

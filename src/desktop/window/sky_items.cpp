@@ -1,4 +1,4 @@
-#include "desktop/sky_items.h"
+#include "desktop/window/sky_items.h"
 
 #include <QPainter>
 #include <QPainterPath>

@@ -2,7 +2,7 @@
 // item of the window; the values and their words come from the model.
 #pragma once
 
-#include "desktop/desktop_model.h"
+#include "desktop/window/desktop_model.h"
 
 #include <QColor>
 #include <QQuickPaintedItem>

@@ -1,21 +1,17 @@
-#include "desktop/desktop_model.h"
+#include "desktop/window/desktop_model.h"
 
-#include "desktop/now_view.h"
+#include "desktop/views/now_view.h"
+#include "desktop/window/words.h"
 
 namespace nimbara {
 
 namespace {
 
-/// The window's own words: a property's name and the key of its text.
-struct WordRow {
-  char const* name;
-  std::string_view key;
-};
-
 constexpr WordRow kWords[] = {
     {"now", "desktop.page.now"},
     {"hours", "desktop.page.hours"},
     {"places", "desktop.page.places"},
+    {"otherPages", "desktop.page.others"},
     {"refresh", "desktop.refresh"},
     {"loading", "desktop.loading"},
     {"details", "desktop.details"},
@@ -75,19 +71,13 @@ DesktopModel::DesktopModel(Setting setting, DesktopCommands commands, QObject* p
       dayHours_(new RecordListModel(this)),
       places_(new RecordListModel(this)),
       found_(new RecordListModel(this)) {
-  showWords();
+  showWords(*words_, kWords, *setting_.wording.texts);
   showWeather();
 }
 
 ViewContext DesktopModel::context() const {
   return {*setting_.wording.texts, setting_.wording.units, setting_.now(), setting_.wording.fallback,
           setting_.standIn};
-}
-
-void DesktopModel::showWords() {
-  for (WordRow const& row : kWords) {
-    words_->insert(QString::fromLatin1(row.name), viewValue(context().text(row.key)));
-  }
 }
 
 void DesktopModel::show(std::shared_ptr<DesktopSnapshot const> snapshot) {

@@ -1,6 +1,6 @@
-#include "desktop/places_view.h"
+#include "desktop/views/places_view.h"
 
-#include "desktop/now_view.h"
+#include "desktop/views/now_view.h"
 #include "model/present.h"
 
 namespace nimbara {

@@ -3,8 +3,8 @@
 
 #include "app/place_search.h"
 #include "app/places.h"
-#include "desktop/view_context.h"
-#include "desktop/view_fields.h"
+#include "desktop/views/view_context.h"
+#include "desktop/views/view_fields.h"
 
 #include <map>
 #include <memory>

@@ -1,4 +1,4 @@
-#include "desktop/view_context.h"
+#include "desktop/views/view_context.h"
 
 #include <array>
 

@@ -1,9 +1,9 @@
-#include "desktop/desktop_window.h"
+#include "desktop/window/desktop_window.h"
 
-#include "desktop/condition_pictures.h"
-#include "desktop/line_signs.h"
-#include "desktop/meteogram_item.h"
-#include "desktop/sky_items.h"
+#include "desktop/window/condition_pictures.h"
+#include "desktop/window/line_signs.h"
+#include "desktop/window/meteogram_item.h"
+#include "desktop/window/sky_items.h"
 
 #include <QGuiApplication>
 #include <QImage>

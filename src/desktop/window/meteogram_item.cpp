@@ -1,4 +1,4 @@
-#include "desktop/meteogram_item.h"
+#include "desktop/window/meteogram_item.h"
 
 #include <QPainter>
 #include <QPainterPath>

@@ -2,8 +2,8 @@
 // forecast.
 #pragma once
 
-#include "desktop/view_context.h"
-#include "desktop/view_fields.h"
+#include "desktop/views/view_context.h"
+#include "desktop/views/view_fields.h"
 
 #include <string>
 #include <vector>

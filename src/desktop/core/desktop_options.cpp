@@ -1,4 +1,4 @@
-#include "desktop/desktop_options.h"
+#include "desktop/core/desktop_options.h"
 
 #include "app/version.h"
 #include "base/number.h"

@@ -1,4 +1,4 @@
-#include "desktop/view_models.h"
+#include "desktop/window/view_models.h"
 
 #include <algorithm>
 

@@ -2,9 +2,9 @@
 // into display values, and passes commands on. Reads no file, asks no service. Owned by the program's entry.
 #pragma once
 
-#include "desktop/desktop_core.h"
-#include "desktop/hours_view.h"
-#include "desktop/view_models.h"
+#include "desktop/core/desktop_core.h"
+#include "desktop/views/hours_view.h"
+#include "desktop/window/view_models.h"
 
 #include <QObject>
 #include <QVariantMap>
@@ -92,7 +92,6 @@ class DesktopModel : public QObject {
 
  private:
   ViewContext context() const;
-  void showWords();
   void showWeather();
 
   Setting setting_;

@@ -1,4 +1,4 @@
-#include "desktop/line_signs.h"
+#include "desktop/window/line_signs.h"
 
 #include <QImage>
 #include <QPainter>
@@ -36,6 +36,16 @@ constexpr std::array kSigns = std::to_array<SignRow>({
      [](QPainter& p) {
        p.drawArc(QRectF(4, 5, 15, 15), 35 * 16, 290 * 16);
        stroke(p, {{18.6, 3}, {18.2, 8.6}, {12.8, 8.2}});
+     }},
+    {"place",
+     [](QPainter& p) {
+       p.drawArc(QRectF(6, 3, 12, 12), -35 * 16, 250 * 16);
+       stroke(p, {{7.1, 12.4}, {12, 21}, {16.9, 12.4}});
+       p.drawEllipse(QPointF(12, 9), 1.4, 1.4);
+     }},
+    {"others",
+     [](QPainter& p) {
+       for (double const x : {5.5, 12.0, 18.5}) p.drawEllipse(QPointF(x, 12), 0.6, 0.6);
      }},
     {"arrow",
      [](QPainter& p) {

@@ -2,7 +2,7 @@
 // window's thread. Hold what they were given last; compute nothing.
 #pragma once
 
-#include "desktop/view_fields.h"
+#include "desktop/views/view_fields.h"
 
 #include <QAbstractListModel>
 #include <QHash>

@@ -8,7 +8,7 @@
 #include "app/environment.h"
 #include "app/place_search.h"
 #include "app/places.h"
-#include "desktop/places_view.h"
+#include "desktop/views/places_view.h"
 #include "platform/linux/sqlite_settings_store.h"
 #include "platform/linux/timerfd_wake_timer.h"
 

@@ -1,4 +1,4 @@
-#include "desktop/sky_colours.h"
+#include "desktop/views/sky_colours.h"
 
 #include <fmt/format.h>
 

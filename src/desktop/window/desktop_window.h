@@ -2,8 +2,8 @@
 // it.
 #pragma once
 
-#include "desktop/desktop_model.h"
-#include "desktop/desktop_options.h"
+#include "desktop/core/desktop_options.h"
+#include "desktop/window/desktop_model.h"
 
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>

@@ -4,8 +4,8 @@
 
 #include "app/place.h"
 #include "app/weather_state.h"
-#include "desktop/view_context.h"
-#include "desktop/view_fields.h"
+#include "desktop/views/view_context.h"
+#include "desktop/views/view_fields.h"
 
 #include <optional>
 #include <string>
