@@ -17,6 +17,8 @@ packages=(
   "@rapideditor/country-coder 5.6.1 ff7c42a51232846bf494ac64dbaa8d26005653a527bc4e9298ebc4d86584d422aeea9c5c515ba410283a5d524b7e67ac616c8a1e66a3d595ed34ea73de52645a src/data/borders.json"
   # outlines of time zones (MIT; the data OpenStreetMap's, ODbL)
   "geo-tz 8.1.9 2798631c424d24673b0fd58bcfd99826691681d097ae7f7fad7ef8fea4dd8abee51f2a73d97abc6972b30ca6ef835f3d9cdb70318646b2f9c1f46a15b7d7a3c7 data/timezones.geojson.geo.dat,data/timezones.geojson.index.json"
+  # coasts and borders for drawing the world (Natural Earth, public domain; packaging ISC)
+  "world-atlas 2.0.2 2177d5d2ac25297a5c933d458705d5c0a46388884e9d6b6d3ac926e42b7132c8e013f317018447589aa05cea4cf0891c3c1a179f24d4e651477186b90a11b42d countries-50m.json"
 )
 
 is_sound() { [ -f "$1" ] && echo "$2  $1" | sha512sum --check --status; }

@@ -34,6 +34,9 @@ enum class Section : std::uint8_t {
   outlines,      // OutlineRecord
   rings,         // RingRecord
   points,        // PointRecord
+  coasts,        // RingRecord, of coarse points
+  borders,       // RingRecord, of coarse points
+  coarsePoints,  // CoarsePoint
   count
 };
 
@@ -105,6 +108,16 @@ struct RingRecord {
   std::uint32_t firstPoint;
   std::uint32_t pointCount;
 };
+
+/// A point of a line to be drawn, in 1/180 degrees (600 m from north to south).
+struct CoarsePoint {
+  std::int16_t latitude;
+  std::int16_t longitude;
+
+  bool operator==(CoarsePoint const&) const = default;
+};
+
+inline constexpr double kCoarsePerDegree = 180;
 
 /// The zone map's cells: squares of 1/48 degree, 2.3 km from north to south.
 inline constexpr int kCellsPerDegree = 48;

@@ -4,6 +4,7 @@
 #include "landmarks.h"
 #include "outlines.h"
 #include "search_keys.h"
+#include "world_lines.h"
 #include "zone_rows.h"
 #include "zones_by_area.h"
 
@@ -60,6 +61,7 @@ class Packer {
     packZones(folder_ / "timezones.geojson.index.json", contentOf(folder_ / "timezones.geojson.geo.dat"),
               zones_, file_);
     addZonesByArea(outlines_, file_, countries_);
+    packWorldLines(readWorldLines(contentOf(folder_ / "countries-50m.json")), file_);
     zones_.write(file_);
     countries_.write(file_);
     file_.write(target);
