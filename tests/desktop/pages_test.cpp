@@ -1,46 +1,17 @@
 #include "desktop/window/desktop_window.h"
+#include "offscreen.h"
 #include "states.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QAccessible>
-#include <QAccessibleInterface>
-#include <QGuiApplication>
-#include <QImage>
-#include <QQuickItem>
 #include <QtTest/QTest>
-#include <set>
 
 namespace nimbara {
 namespace {
 
 using namespace nimbara::test;
 using testing::IsEmpty;
-
-std::vector<std::string>& complaints() {
-  static std::vector<std::string> list;
-  return list;
-}
-
-void note(QtMsgType type, QMessageLogContext const& /*where*/, QString const& text) {
-  bool const isOfThePlatform = text.startsWith(QLatin1String("QStandardPaths"));
-  if (type != QtDebugMsg && !isOfThePlatform) complaints().push_back(text.toStdString());
-}
-
-/// Without screen and GPU.
-QGuiApplication& application() {
-  static int count = 1;
-  static char name[] = "desktop_tests";
-  static char* arguments[] = {name, nullptr};
-  static QGuiApplication* const kApplication = [] {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    qputenv("QT_QUICK_BACKEND", "software");
-    qInstallMessageHandler(note);
-    return new QGuiApplication(count, arguments);
-  }();
-  return *kApplication;
-}
 
 WeatherState polarState() {
   WeatherState state = stateOf(mildWeek());
@@ -103,12 +74,7 @@ constexpr StateRow kStates[] = {
      }},
 };
 
-struct PageTest : testing::Test {
-  PageTest() {
-    application();
-    complaints().clear();
-  }
-
+struct PageTest : OffscreenTest {
   static DesktopModel::Setting setting() {
     return {Wording(), {}, [] { return kNow; }};
   }
@@ -127,19 +93,9 @@ struct Pages : PageTest, testing::WithParamInterface<StateRow> {};
 void collectNameless(QQuickItem* item, std::vector<std::string>& nameless) {
   if (!item->isVisible() || !item->isEnabled()) return;
   if (item->activeFocusOnTab()) {
-    auto* const seen = QAccessible::queryAccessibleInterface(item);
-    bool const isNamed = seen != nullptr && !seen->text(QAccessible::Name).isEmpty();
-    if (!isNamed) nameless.emplace_back(item->metaObject()->className());
+    if (accessibleName(item).empty()) nameless.emplace_back(item->metaObject()->className());
   }
   for (QQuickItem* const child : item->childItems()) collectNameless(child, nameless);
-}
-
-int colourCount(QImage const& image) {
-  std::set<QRgb> colours;
-  for (int y = 0; y < image.height(); y += 3) {
-    for (int x = 0; x < image.width(); x += 3) colours.insert(image.pixel(x, y));
-  }
-  return static_cast<int>(colours.size());
 }
 
 TEST_P(Pages, AreDrawnWithoutAComplaint) {

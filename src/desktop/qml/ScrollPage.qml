@@ -27,6 +27,18 @@ Flickable {
             contentY = Math.min(contentHeight - height, top + item.height + margin - height);
     }
 
+    // Whoever walks with the keys sees where they are.
+    readonly property Item focused: Window.activeFocusItem
+    onFocusedChanged: if (focused && focused.visualFocus !== false && page.holds(focused)) page.reveal(focused)
+
+    function holds(item) {
+        for (let up = item.parent; up; up = up.parent) {
+            if (up === column)
+                return true;
+        }
+        return false;
+    }
+
     Keys.onDownPressed: contentY = Math.min(Math.max(0, contentHeight - height), contentY + 80)
     Keys.onUpPressed: contentY = Math.max(0, contentY - 80)
 

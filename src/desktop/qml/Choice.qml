@@ -1,0 +1,106 @@
+// A list that opens to choose one of it. The model's entries have a `value` and a `text`.
+import QtQuick
+import QtQuick.Controls.Basic
+import NimbaraPages
+
+ComboBox {
+    id: choice
+
+    property var value
+    property string title
+    property string explanation
+    signal chosen(var value)
+
+    function reset() {
+        // A list that was filled later has no count before.
+        currentIndex = Qt.binding(() => choice.count > 0 ? choice.indexOfValue(choice.value) : -1);
+    }
+
+    implicitWidth: Math.min(280 * Theme.scale, Math.max(120 * Theme.scale, implicitContentWidth + 56))
+    implicitHeight: 36 * Theme.scale
+    width: parent && parent.width > 0 ? Math.min(implicitWidth, parent.width) : implicitWidth
+    implicitContentWidthPolicy: ComboBox.WidestText
+    leftPadding: mirrored ? 34 : 14
+    rightPadding: mirrored ? 14 : 34
+    textRole: "text"
+    valueRole: "value"
+    font.pixelSize: Theme.body
+    Accessible.role: Accessible.ComboBox
+    Accessible.name: title + (displayText !== "" ? ": " + displayText : "")
+    Accessible.description: explanation
+    Keys.onReturnPressed: popup.open()
+    Component.onCompleted: reset()
+    onActivated: index => {
+        const wanted = valueAt(index);
+        if (wanted !== value)
+            chosen(wanted);
+        reset();
+    }
+
+    contentItem: Text {
+        text: choice.displayText
+        elide: Text.ElideRight
+        verticalAlignment: Text.AlignVCenter
+        horizontalAlignment: Text.AlignLeft
+        color: Theme.text
+        opacity: choice.enabled ? 1 : 0.5
+        font: choice.font
+    }
+    indicator: Sign {
+        x: choice.mirrored ? 10 : choice.width - width - 10
+        anchors.verticalCenter: parent.verticalCenter
+        size: 18 * Theme.scale
+        name: "down"
+        ink: Theme.muted
+    }
+    background: Rectangle {
+        radius: 10
+        color: Theme.page
+        border.width: choice.visualFocus ? 2 : 1
+        border.color: choice.visualFocus ? Theme.accent : choice.hovered ? Theme.muted : Theme.outline
+    }
+    delegate: ItemDelegate {
+        id: option
+        required property int index
+        width: ListView.view ? ListView.view.width : choice.width
+        height: 40 * Theme.scale
+        highlighted: choice.highlightedIndex === index
+        Accessible.role: Accessible.ListItem
+        Accessible.name: choice.textAt(index)
+        Accessible.selected: choice.currentIndex === index
+        contentItem: Text {
+            text: choice.textAt(option.index)
+            elide: Text.ElideRight
+            verticalAlignment: Text.AlignVCenter
+            horizontalAlignment: Text.AlignLeft
+            color: Theme.text
+            font.pixelSize: Theme.body
+            font.weight: choice.currentIndex === option.index ? Font.DemiBold : Font.Normal
+        }
+        background: Rectangle {
+            radius: 8
+            color: option.highlighted ? Theme.raised : "transparent"
+        }
+    }
+    popup: Popup {
+        y: choice.height + 4
+        width: choice.width
+        height: Math.min(contentItem.implicitHeight + 12, choice.Window.height - 24)
+        topMargin: 12
+        bottomMargin: 12
+        padding: 6
+        contentItem: ListView {
+            clip: true
+            implicitHeight: contentHeight
+            model: choice.popup.visible ? choice.delegateModel : null
+            currentIndex: choice.highlightedIndex
+            boundsBehavior: Flickable.StopAtBounds
+            ScrollBar.vertical: ScrollBar {}
+        }
+        background: Rectangle {
+            radius: 12
+            color: Theme.card
+            border.color: Theme.outline
+        }
+    }
+}
