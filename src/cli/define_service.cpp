@@ -1,5 +1,5 @@
+#include "cli/cli.h"
 #include "cli/command_definitions.h"
-#include "cli/watch_install.h"
 
 namespace nimbara {
 
@@ -15,7 +15,9 @@ void defineWatch(CLI::App& app, CommandLine& line, RawOptions& raw) {
                    "Keep what the services answer in this folder, for nimbara replay")
       ->type_name("DIRECTORY");
   defineCommon(*command, line, raw);
-  defineWatchInstall(*command, line.watch);
+  auto* const install = command->add_flag("--install", line.watch.install,
+                                          "Let it run in the background, now and after each login");
+  command->add_flag("--uninstall", line.watch.uninstall, "Take that back")->excludes(install);
   command->callback([&line] {
     bool const installs = line.watch.install || line.watch.uninstall;
     line.run = installs ? runWatchInstall : runWatch;

@@ -3,7 +3,6 @@
 #include <cstring>
 #include <fcntl.h>
 #include <signal.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <utility>
@@ -11,50 +10,6 @@
 namespace nimbara {
 
 namespace {
-
-std::vector<char*> pointersTo(std::vector<std::string>& texts) {
-  std::vector<char*> pointers;
-  pointers.reserve(texts.size() + 1);
-  for (std::string& text : texts) pointers.push_back(text.data());
-  pointers.push_back(nullptr);
-  return pointers;
-}
-
-/// The child gets the signals that this process keeps for itself.
-class SpawnAttributes {
- public:
-  SpawnAttributes() {
-    posix_spawnattr_init(&attributes_);
-    sigset_t none;
-    sigemptyset(&none);
-    posix_spawnattr_setsigmask(&attributes_, &none);
-    posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGMASK);
-  }
-  ~SpawnAttributes() { posix_spawnattr_destroy(&attributes_); }
-  SpawnAttributes(SpawnAttributes const&) = delete;
-  SpawnAttributes& operator=(SpawnAttributes const&) = delete;
-
-  posix_spawnattr_t const* get() const { return &attributes_; }
-
- private:
-  posix_spawnattr_t attributes_{};
-};
-
-class SpawnFiles {
- public:
-  SpawnFiles() { posix_spawn_file_actions_init(&actions_); }
-  ~SpawnFiles() { posix_spawn_file_actions_destroy(&actions_); }
-  SpawnFiles(SpawnFiles const&) = delete;
-  SpawnFiles& operator=(SpawnFiles const&) = delete;
-
-  void put(int file, int at) {
-    if (file >= 0) posix_spawn_file_actions_adddup2(&actions_, file, at);
-  }
-  posix_spawn_file_actions_t const* get() const { return &actions_; }
-
- private:
-  posix_spawn_file_actions_t actions_{};
-};
 
 struct Pipe {
   int readEnd = -1;
@@ -93,23 +48,6 @@ std::vector<std::string> argumentsOf(std::optional<Instant> now, DemoOptions con
 }
 
 }  // namespace
-
-int spawn(pid_t& child, std::string const& file, std::vector<std::string> arguments,
-          std::vector<std::string> variables, int input, int output, int errors) {
-  SpawnAttributes const attributes;
-  SpawnFiles files;
-  files.put(input, STDIN_FILENO);
-  files.put(output, STDOUT_FILENO);
-  files.put(errors, STDERR_FILENO);
-  return posix_spawnp(&child, file.c_str(), files.get(), attributes.get(), pointersTo(arguments).data(),
-                      pointersTo(variables).data());
-}
-
-std::vector<std::string> environmentVariables() {
-  std::vector<std::string> variables;
-  for (char** entry = environ; *entry != nullptr; ++entry) variables.emplace_back(*entry);
-  return variables;
-}
 
 Result<DemoProcess, std::string> DemoProcess::start(std::filesystem::path const& program,
                                                     std::optional<Instant> now, DemoOptions const& options) {

@@ -5,6 +5,7 @@
 #include "base/instant.h"
 #include "base/result.h"
 #include "demo/demo_fault.h"
+#include "platform/linux/child_process.h"
 
 #include <filesystem>
 #include <optional>
@@ -39,12 +40,5 @@ class DemoProcess {
   int input_;  // the child serves as long as this is open
   std::string baseUrl_;
 };
-
-/// Starts a program with the signal mask that programs expect. Gives the error number.
-int spawn(pid_t& child, std::string const& file, std::vector<std::string> arguments,
-          std::vector<std::string> variables, int input = -1, int output = -1, int errors = -1);
-
-/// The process's own environment variables.
-std::vector<std::string> environmentVariables();
 
 }  // namespace nimbara

@@ -136,6 +136,10 @@ class SharedConsole final : public Console {
   std::string output_;
 };
 
+TEST(WatchCommand, EitherInstallsOrUninstalls) {
+  EXPECT_EQ(test::run({"watch", "--install", "--uninstall"}).exitCode, exitCode::kUsage);
+}
+
 TEST_F(WeatherCommands, WatchPlacesUntilInterrupted) {
   ASSERT_EQ(run({"places", "add", "51.48,0", "--name", "Home"}).exitCode, 0);
   ASSERT_EQ(run({"places", "add", "1,2", "--name", "Gulf"}).exitCode, 0);

@@ -1,20 +1,11 @@
-#include "cli/watch_install.h"
+#include "app/watch_install.h"
 
 #include "base/file.h"
 #include "base/sha256.h"
 #include "base/text.h"
-#include "cli/cli.h"
 #include "platform/application_id.h"
 
-#include <CLI/CLI.hpp>
-
 #include <algorithm>
-#include <fcntl.h>
-#include <poll.h>
-#include <signal.h>
-#include <sys/syscall.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace nimbara {
 
@@ -23,7 +14,6 @@ namespace {
 constexpr char kUnit[] = "nimbara-watch.service";
 constexpr std::string_view kSealOpening =
     "# Made by \"nimbara watch --install\", which leaves this file alone once it is changed. Seal: ";
-constexpr std::chrono::seconds kPatience{20};
 
 struct Target {
   std::filesystem::path unit;
@@ -75,12 +65,8 @@ bool hasOddName(std::filesystem::path const& program) {
          std::ranges::any_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; });
 }
 
-InstallReport failure(std::string sentence) {
-  return {exitCode::kUnavailable, std::move(sentence)};
-}
-
-InstallReport leftAlone(std::filesystem::path const& file) {
-  return failure(file.string() + " was changed by hand and is left alone");
+std::unexpected<std::string> leftAlone(std::filesystem::path const& file) {
+  return std::unexpected(file.string() + " was changed by hand and is left alone");
 }
 
 /// The user's systemd.
@@ -120,34 +106,35 @@ Result<bool, std::string> removeOurs(std::filesystem::path const& file) {
   return true;
 }
 
-InstallReport installUnit(Target const& target, std::filesystem::path const& program,
-                          UserManager const& manager) {
+Result<std::string, std::string> installUnit(Target const& target, std::filesystem::path const& program,
+                                             UserManager const& manager) {
   if (find(target.unit) == Found::changed) return leftAlone(target.unit);
   if (auto const written = writeFileAtomically(target.unit, watchUnit(program)); !written) {
-    return failure(written.error());
+    return std::unexpected(written.error());
   }
   // The watch runs once: not by the autostart of a time without systemd as well.
-  if (auto const removed = removeOurs(target.autostart); !removed) return failure(removed.error());
+  if (auto const removed = removeOurs(target.autostart); !removed) return std::unexpected(removed.error());
   std::string const failed = manager.run({{"daemon-reload"}, {"enable", kUnit}, {"restart", kUnit}});
   if (!failed.empty()) {
-    return failure(target.unit.string() + " is written, but \"" + failed + "\" failed; try it yourself");
+    return std::unexpected(target.unit.string() + " is written, but \"" + failed +
+                           "\" failed; try it yourself");
   }
-  return {exitCode::kComplete, "Wrote " + target.unit.string() +
-                                   ", enabled and started it: the watch runs now and after each login.\n"
-                                   "What it does: journalctl --user -u " +
-                                   kUnit + "\nNot any more: nimbara watch --uninstall\n"};
+  return "Wrote " + target.unit.string() +
+         ", enabled and started it: the watch runs now and after each login.\n"
+         "What it does: journalctl --user -u " +
+         kUnit + "\nNot any more: nimbara watch --uninstall\n";
 }
 
-InstallReport installAutostart(Target const& target, std::filesystem::path const& program) {
+Result<std::string, std::string> installAutostart(Target const& target,
+                                                  std::filesystem::path const& program) {
   if (find(target.autostart) == Found::changed) return leftAlone(target.autostart);
   if (auto const written = writeFileAtomically(target.autostart, watchAutostart(program)); !written) {
-    return failure(written.error());
+    return std::unexpected(written.error());
   }
-  return {exitCode::kComplete,
-          "No systemd of your session answers here, so the desktop starts the watch: wrote " +
-              target.autostart.string() +
-              ".\nIt runs after your next login; to start it now: nimbara watch\n"
-              "Not any more: nimbara watch --uninstall\n"};
+  return "No systemd of your session answers here, so the desktop starts the watch: wrote " +
+         target.autostart.string() +
+         ".\nIt runs after your next login; to start it now: nimbara watch\n"
+         "Not any more: nimbara watch --uninstall\n";
 }
 
 /// Adds what was done to `done`; the error is a sentence.
@@ -215,60 +202,37 @@ NoDisplay=true
 )");
 }
 
-InstallReport installWatch(Environment const& environment, ProgramRunner const& runProgram) {
+Result<std::string, std::string> installWatch(Environment const& environment,
+                                              ProgramRunner const& runProgram) {
   Target const target = targetOf(environment);
-  if (hasOddName(environment.program)) return failure("this program's path cannot be written into a unit");
+  if (hasOddName(environment.program))
+    return std::unexpected("this program's path cannot be written into a unit");
   UserManager const manager(runProgram);
   return manager.answers() ? installUnit(target, environment.program, manager)
                            : installAutostart(target, environment.program);
 }
 
-InstallReport uninstallWatch(Environment const& environment, ProgramRunner const& runProgram) {
+Result<std::string, std::string> uninstallWatch(Environment const& environment,
+                                                ProgramRunner const& runProgram) {
   Target const target = targetOf(environment);
   for (auto const& file : {target.unit, target.autostart}) {
     if (find(file) == Found::changed) return leftAlone(file);
   }
   std::string done;
   if (auto const unit = uninstallUnit(target, UserManager(runProgram), done); !unit)
-    return failure(unit.error());
+    return std::unexpected(unit.error());
   auto const autostart = removeOurs(target.autostart);
-  if (!autostart) return failure(autostart.error());
+  if (!autostart) return std::unexpected(autostart.error());
   if (*autostart) done += "Removed " + target.autostart.string() + ".\n";
-  return {exitCode::kComplete, done.empty() ? "The watch is not installed.\n" : done};
+  return done.empty() ? "The watch is not installed.\n" : done;
 }
 
-ProgramRunner timedRunner(std::chrono::milliseconds limit) {
-  return [limit](std::vector<std::string> const& command) -> std::optional<int> {
-    int const nowhere = open("/dev/null", O_RDWR | O_CLOEXEC);
-    pid_t child = 0;
-    int const error =
-        spawn(child, command.front(), command, environmentVariables(), nowhere, nowhere, nowhere);
-    close(nowhere);
-    if (error != 0) return std::nullopt;
-    auto const handle = static_cast<int>(syscall(SYS_pidfd_open, child, 0));
-    pollfd ended{handle, POLLIN, 0};
-    bool const inTime = handle >= 0 && poll(&ended, 1, static_cast<int>(limit.count())) == 1;
-    close(handle);
-    if (!inTime) kill(child, SIGKILL);
-    int status = 0;
-    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
-    }
-    return inTime && WIFEXITED(status) ? std::optional(WEXITSTATUS(status)) : std::nullopt;
-  };
-}
-
-void defineWatchInstall(CLI::App& command, WatchOptions& options) {
-  auto* const install = command.add_flag("--install", options.install,
-                                         "Let it run in the background, now and after each login");
-  command.add_flag("--uninstall", options.uninstall, "Take that back")->excludes(install);
-}
-
-int runWatchInstall(CommandLine const& line, Session const& session) {
-  auto const change = line.watch.install ? installWatch : uninstallWatch;
-  InstallReport const report = change(session.environment, timedRunner(kPatience));
-  if (report.exitCode != exitCode::kComplete) return session.fail(report.exitCode, report.text);
-  session.console.out(report.text);
-  return report.exitCode;
+WatchStart watchStart(Environment const& environment) {
+  Target const target = targetOf(environment);
+  Found const unit = find(target.unit);
+  Found const autostart = find(target.autostart);
+  if (unit == Found::changed || autostart == Found::changed) return WatchStart::changedByHand;
+  return unit == Found::ours || autostart == Found::ours ? WatchStart::atLogin : WatchStart::byHand;
 }
 
 }  // namespace nimbara

@@ -1,7 +1,6 @@
-#include "cli/watch_install.h"
+#include "app/watch_install.h"
 
 #include "support/temporary_folder.h"
-#include "support/test_console.h"
 
 #include <gmock/gmock.h>
 
@@ -32,8 +31,8 @@ class WatchInstall : public testing::Test {
       return text == failing_ ? 1 : 0;
     };
   }
-  InstallReport install() { return installWatch(environment_, systemctl()); }
-  InstallReport uninstall() { return uninstallWatch(environment_, systemctl()); }
+  Result<std::string, std::string> install() { return installWatch(environment_, systemctl()); }
+  Result<std::string, std::string> uninstall() { return uninstallWatch(environment_, systemctl()); }
   bool exists(std::string const& file) const { return std::filesystem::exists(folder_.path() / file); }
   void addLine(std::string const& file) const { folder_.write(file, folder_.read(file) + "Nice=5\n"); }
 
@@ -46,8 +45,8 @@ class WatchInstall : public testing::Test {
 
 TEST_F(WatchInstall, WritesAUnitAndStartsIt) {
   auto const report = install();
-  EXPECT_EQ(report.exitCode, 0);
-  EXPECT_THAT(report.text, HasSubstr((folder_.path() / kUnit).string()));
+  ASSERT_TRUE(report);
+  EXPECT_THAT(*report, HasSubstr((folder_.path() / kUnit).string()));
   std::string const unit = folder_.read(kUnit);
   EXPECT_THAT(unit, HasSubstr("\nExecStart=\"/opt/nimbara/bin/nimbara\" watch\n"));
   EXPECT_THAT(unit, HasSubstr("\nSuccessExitStatus=130\n"));
@@ -60,18 +59,18 @@ TEST_F(WatchInstall, WritesAUnitAndStartsIt) {
 TEST_F(WatchInstall, CanBeRepeatedAndUndone) {
   install();
   environment_.program = "/usr/bin/nimbara";
-  EXPECT_EQ(install().exitCode, 0);
+  EXPECT_TRUE(install());
   EXPECT_THAT(folder_.read(kUnit), HasSubstr("\"/usr/bin/nimbara\""));
   commands_.clear();
   auto const report = uninstall();
-  EXPECT_EQ(report.exitCode, 0);
-  EXPECT_THAT(report.text, StartsWith("Stopped and disabled"));
+  ASSERT_TRUE(report);
+  EXPECT_THAT(*report, StartsWith("Stopped and disabled"));
   EXPECT_THAT(commands_, ElementsAre("systemctl --user show-environment",
                                      "systemctl --user disable --now nimbara-watch.service",
                                      "systemctl --user daemon-reload"));
   EXPECT_FALSE(exists(kUnit));
   commands_.clear();
-  EXPECT_EQ(uninstall().text, "The watch is not installed.\n");
+  EXPECT_EQ(uninstall().value_or(""), "The watch is not installed.\n");
   EXPECT_THAT(commands_, IsEmpty());
 }
 
@@ -81,56 +80,56 @@ TEST_F(WatchInstall, LeavesChangedFilesAlone) {
   std::string const changed = folder_.read(kUnit);
   commands_.clear();
   for (auto const& report : {install(), uninstall()}) {
-    EXPECT_EQ(report.exitCode, 1);
-    EXPECT_THAT(report.text, HasSubstr("changed by hand"));
+    ASSERT_FALSE(report);
+    EXPECT_THAT(report.error(), HasSubstr("changed by hand"));
   }
   EXPECT_EQ(folder_.read(kUnit), changed);
   EXPECT_THAT(commands_, ElementsAre("systemctl --user show-environment"));
   for (std::string_view const foreign : {"", "[Unit]\n", "# no end of a line"}) {
     folder_.write(kUnit, foreign);
-    EXPECT_EQ(install().exitCode, 1) << foreign;
+    EXPECT_FALSE(install()) << foreign;
     EXPECT_EQ(folder_.read(kUnit), foreign);
   }
   std::filesystem::remove(folder_.path() / kUnit);
   std::filesystem::create_symlink("/dev/null", folder_.path() / kUnit);  // masked
-  EXPECT_EQ(install().exitCode, 1);
+  EXPECT_FALSE(install());
   EXPECT_TRUE(std::filesystem::is_symlink(folder_.path() / kUnit));
 }
 
 TEST_F(WatchInstall, SaysWhatFailed) {
   failing_ = "systemctl --user enable nimbara-watch.service";
   auto const installed = install();
-  EXPECT_EQ(installed.exitCode, 1);
-  EXPECT_THAT(installed.text, HasSubstr('"' + failing_ + '"'));
+  ASSERT_FALSE(installed);
+  EXPECT_THAT(installed.error(), HasSubstr('"' + failing_ + '"'));
   failing_ = "systemctl --user disable --now nimbara-watch.service";
   auto const uninstalled = uninstall();
-  EXPECT_EQ(uninstalled.exitCode, 1);
-  EXPECT_THAT(uninstalled.text, HasSubstr('"' + failing_ + '"'));
+  ASSERT_FALSE(uninstalled);
+  EXPECT_THAT(uninstalled.error(), HasSubstr('"' + failing_ + '"'));
   EXPECT_TRUE(exists(kUnit));
   folder_.write("file", "");
   environment_.configHome = folder_.path() / "file";
-  EXPECT_THAT(install().text, HasSubstr((folder_.path() / "file").string()));
+  EXPECT_THAT(install().error(), HasSubstr((folder_.path() / "file").string()));
 }
 
 TEST_F(WatchInstall, UsesTheDesktopsAutostartWithoutSystemd) {
   hasSystemd_ = false;
   auto const report = install();
-  EXPECT_EQ(report.exitCode, 0);
-  EXPECT_THAT(report.text, HasSubstr("No systemd"));
+  ASSERT_TRUE(report);
+  EXPECT_THAT(*report, HasSubstr("No systemd"));
   EXPECT_THAT(folder_.read(kAutostart), HasSubstr("\nExec=\"/opt/nimbara/bin/nimbara\" watch\n"));
   EXPECT_FALSE(exists(kUnit));
-  EXPECT_EQ(install().exitCode, 0);
+  EXPECT_TRUE(install());
   hasSystemd_ = true;
-  EXPECT_EQ(install().exitCode, 0);  // one of them is enough
+  EXPECT_TRUE(install());  // one of them is enough
   EXPECT_FALSE(exists(kAutostart));
   EXPECT_TRUE(exists(kUnit));
   hasSystemd_ = false;
-  EXPECT_THAT(uninstall().text, HasSubstr("goes on until it is ended"));
+  EXPECT_THAT(uninstall().value_or(""), HasSubstr("goes on until it is ended"));
   EXPECT_FALSE(exists(kUnit));
   install();
   addLine(kAutostart);
-  EXPECT_EQ(install().exitCode, 1);
-  EXPECT_EQ(uninstall().exitCode, 1);
+  EXPECT_FALSE(install());
+  EXPECT_FALSE(uninstall());
   EXPECT_TRUE(exists(kAutostart));
 }
 
@@ -139,22 +138,21 @@ TEST_F(WatchInstall, QuotesTheProgramsPath) {
   EXPECT_THAT(watchAutostart("/a b/50%/q\"\\$`x"), HasSubstr(R"(Exec="/a b/50%%/q\\"\\\\\\$\\`x" watch)"));
   for (char const* const program : {"nimbara", "", "/a\n[Service]/nimbara"}) {
     environment_.program = program;
-    EXPECT_EQ(install().exitCode, 1) << program;
+    EXPECT_FALSE(install()) << program;
   }
   EXPECT_FALSE(exists(kUnit));
 }
 
-TEST(TimedRunner, TellsExitCodesAndEndsWhatTakesTooLong) {
-  auto const run = timedRunner(std::chrono::seconds(20));
-  EXPECT_EQ(run({"true"}), 0);
-  EXPECT_EQ(run({"sh", "-c", "exit 7"}), 7);
-  EXPECT_EQ(run({"sh", "-c", "kill -9 $$"}), std::nullopt);
-  EXPECT_EQ(run({"no-such-program-of-nimbara"}), std::nullopt);
-  EXPECT_EQ(timedRunner(std::chrono::milliseconds(30))({"sleep", "20"}), std::nullopt);
-}
-
-TEST(WatchCommand, EitherInstallsOrUninstalls) {
-  EXPECT_EQ(test::run({"watch", "--install", "--uninstall"}).exitCode, exitCode::kUsage);
+TEST_F(WatchInstall, TellsWhatStartsTheWatch) {
+  EXPECT_EQ(watchStart(environment_), WatchStart::byHand);
+  install();
+  EXPECT_EQ(watchStart(environment_), WatchStart::atLogin);
+  uninstall();
+  hasSystemd_ = false;
+  install();
+  EXPECT_EQ(watchStart(environment_), WatchStart::atLogin);
+  addLine(kAutostart);
+  EXPECT_EQ(watchStart(environment_), WatchStart::changedByHand);
 }
 
 }  // namespace

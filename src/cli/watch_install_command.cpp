@@ -1,0 +1,15 @@
+#include "app/watch_install.h"
+#include "cli/cli.h"
+
+namespace nimbara {
+
+int runWatchInstall(CommandLine const& line, Session const& session) {
+  constexpr std::chrono::seconds kPatience{20};
+  auto const change = line.watch.install ? installWatch : uninstallWatch;
+  auto const report = change(session.environment, timedRunner(kPatience));
+  if (!report) return session.fail(exitCode::kUnavailable, report.error());
+  session.console.out(*report);
+  return exitCode::kComplete;
+}
+
+}  // namespace nimbara
