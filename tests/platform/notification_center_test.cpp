@@ -374,7 +374,7 @@ DesktopServiceState notificationsAmong(std::vector<DesktopServiceState> const& s
 }
 
 TEST_F(NotificationCenterTest, IsDescribedForDiagnosis) {
-  DesktopOptions const options{NIMBARA_PROGRAM, bus_.address(), bus_.address()};
+  DesktopBuses const options{NIMBARA_PROGRAM, bus_.address(), bus_.address()};
   auto const absent = notificationsAmong(desktopServiceStates(options));
   EXPECT_EQ(absent.presence, DesktopServiceState::Presence::absent);
   EXPECT_EQ(absent.details, "");

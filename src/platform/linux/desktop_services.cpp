@@ -44,26 +44,26 @@ class NoNotificationCenter final : public NotificationCenter {
 
 }  // namespace
 
-std::unique_ptr<LocationSource> desktopLocationSource(DesktopOptions const& options) {
+std::unique_ptr<LocationSource> desktopLocationSource(DesktopBuses const& options) {
   DbusModule const* const module = dbusModule(options.program);
   if (module == nullptr) return std::make_unique<NoLocationSource>();
   return module->locationSource(options.systemBus);
 }
 
-std::unique_ptr<PowerAndNetwork> desktopPowerAndNetwork(DesktopOptions const& options,
+std::unique_ptr<PowerAndNetwork> desktopPowerAndNetwork(DesktopBuses const& options,
                                                         PowerAndNetwork::Listener listener) {
   DbusModule const* const module = dbusModule(options.program);
   if (module == nullptr) return std::make_unique<NoPowerAndNetwork>();
   return module->powerAndNetwork(options.systemBus, std::move(listener));
 }
 
-std::unique_ptr<NotificationCenter> desktopNotificationCenter(DesktopOptions const& options) {
+std::unique_ptr<NotificationCenter> desktopNotificationCenter(DesktopBuses const& options) {
   DbusModule const* const module = dbusModule(options.program);
   if (module == nullptr) return std::make_unique<NoNotificationCenter>();
   return module->notificationCenter(options.sessionBus, soundsDirectory(options.program));
 }
 
-std::vector<DesktopServiceState> desktopServiceStates(DesktopOptions const& options) {
+std::vector<DesktopServiceState> desktopServiceStates(DesktopBuses const& options) {
   DbusModule const* const module = dbusModule(options.program);
   if (module == nullptr) return {};
   return module->serviceStates(options.systemBus, options.sessionBus);

@@ -14,23 +14,23 @@
 namespace nimbara {
 
 /// Where the module and the buses are.
-struct DesktopOptions {
+struct DesktopBuses {
   std::filesystem::path program;  ///< the running program's file
   std::string systemBus;          ///< the bus's address; empty for the system's own
   std::string sessionBus;         ///< the like of the user's session
 };
 
 /// Never null: without the module, every question is answered with the reason.
-std::unique_ptr<LocationSource> desktopLocationSource(DesktopOptions const& options);
+std::unique_ptr<LocationSource> desktopLocationSource(DesktopBuses const& options);
 
 /// Never null: without bus or services it hears what it can and tells the rest by `missing`.
-std::unique_ptr<PowerAndNetwork> desktopPowerAndNetwork(DesktopOptions const& options,
+std::unique_ptr<PowerAndNetwork> desktopPowerAndNetwork(DesktopBuses const& options,
                                                         PowerAndNetwork::Listener listener);
 
 /// Never null: without module, bus or service nothing is authorized and nothing delivered.
-std::unique_ptr<NotificationCenter> desktopNotificationCenter(DesktopOptions const& options);
+std::unique_ptr<NotificationCenter> desktopNotificationCenter(DesktopBuses const& options);
 
 /// Empty without the module.
-std::vector<DesktopServiceState> desktopServiceStates(DesktopOptions const& options);
+std::vector<DesktopServiceState> desktopServiceStates(DesktopBuses const& options);
 
 }  // namespace nimbara
