@@ -140,54 +140,67 @@ int resonanceOf(SatRec const& rec) {
   return halfDay && rec.ecco >= kHalfDayEccentricity ? 2 : 0;
 }
 
-/// How the resonance's longitude and mean motion change, and the change of the latter's change.
-struct Derivatives {
-  double xldot, xndt, xnddt;
+/// An angle by its sine and cosine, so that sums of known angles need no further sines.
+struct Angle {
+  double sine, cosine;
+
+  static Angle of(double radians) { return {std::sin(radians), std::cos(radians)}; }
+  Angle operator+(Angle const& o) const {
+    return {sine * o.cosine + cosine * o.sine, cosine * o.cosine - sine * o.sine};
+  }
+  Angle operator-(Angle const& o) const { return *this + Angle{-o.sine, o.cosine}; }
 };
 
 /// Sums coefficient × sine, and multiple × coefficient × cosine, of the terms.
-class Sums {
- public:
-  void add(double coefficient, double angle, double multiple) {
-    sines_ += coefficient * std::sin(angle);
-    cosines_ += multiple * coefficient * std::cos(angle);
-  }
-  Derivatives derivatives(double xldot) const { return {xldot, sines_, cosines_ * xldot}; }
+struct Sums {
+  double sines = 0;
+  double cosines = 0;
 
- private:
-  double sines_ = 0;
-  double cosines_ = 0;
+  void add(double coefficient, Angle const& angle, double multiple) {
+    sines += coefficient * angle.sine;
+    cosines += multiple * coefficient * angle.cosine;
+  }
 };
 
+/// The phases of the terms.
+Angle const kPhase2 = Angle::of(0.13130908), kPhase4 = Angle::of(2 * 2.8843198),
+            kPhase6 = Angle::of(3 * 0.37448087);
+Angle const kG22 = Angle::of(5.7686396), kG32 = Angle::of(0.95240898), kG44 = Angle::of(1.8014998),
+            kG52 = Angle::of(1.0508330), kG54 = Angle::of(4.4108898);
+
 Sums oneDayTerms(SatRec const& rec, double xli) {
-  constexpr double kPhase2 = 0.13130908, kPhase4 = 2.8843198, kPhase6 = 0.37448087;
+  Angle const once = Angle::of(xli), twice = once + once;
   Sums sums;
-  sums.add(rec.del1, xli - kPhase2, 1);
-  sums.add(rec.del2, 2 * (xli - kPhase4), 2);
-  sums.add(rec.del3, 3 * (xli - kPhase6), 3);
+  sums.add(rec.del1, once - kPhase2, 1);
+  sums.add(rec.del2, twice - kPhase4, 2);
+  sums.add(rec.del3, twice + once - kPhase6, 3);
   return sums;
 }
 
 Sums halfDayTerms(SatRec const& rec, double atime, double xli) {
-  constexpr double kG22 = 5.7686396, kG32 = 0.95240898, kG44 = 1.8014998, kG52 = 1.0508330, kG54 = 4.4108898;
-  double const xomi = rec.argpo + rec.argpdot * atime;
+  Angle const perigee = Angle::of(rec.argpo + rec.argpdot * atime), perigee2 = perigee + perigee;
+  Angle const once = Angle::of(xli), twice = once + once;
   Sums sums;
-  sums.add(rec.d2201, 2 * xomi + xli - kG22, 1);
-  sums.add(rec.d2211, xli - kG22, 1);
-  sums.add(rec.d3210, xomi + xli - kG32, 1);
-  sums.add(rec.d3222, -xomi + xli - kG32, 1);
-  sums.add(rec.d4410, 2 * xomi + 2 * xli - kG44, 2);
-  sums.add(rec.d4422, 2 * xli - kG44, 2);
-  sums.add(rec.d5220, xomi + xli - kG52, 1);
-  sums.add(rec.d5232, -xomi + xli - kG52, 1);
-  sums.add(rec.d5421, xomi + 2 * xli - kG54, 2);
-  sums.add(rec.d5433, -xomi + 2 * xli - kG54, 2);
+  sums.add(rec.d2201, perigee2 + once - kG22, 1);
+  sums.add(rec.d2211, once - kG22, 1);
+  sums.add(rec.d3210, once + perigee - kG32, 1);
+  sums.add(rec.d3222, once - perigee - kG32, 1);
+  sums.add(rec.d4410, perigee2 + twice - kG44, 2);
+  sums.add(rec.d4422, twice - kG44, 2);
+  sums.add(rec.d5220, once + perigee - kG52, 1);
+  sums.add(rec.d5232, once - perigee - kG52, 1);
+  sums.add(rec.d5421, twice + perigee - kG54, 2);
+  sums.add(rec.d5433, twice - perigee - kG54, 2);
   return sums;
 }
 
-Derivatives derivativesAt(SatRec const& rec, ResonanceState const& at) {
-  Sums const sums = rec.irez == 1 ? oneDayTerms(rec, at.xli) : halfDayTerms(rec, at.atime, at.xli);
-  return sums.derivatives(at.xni + rec.xfact);
+/// Sets the changes of longitude and mean motion, and the latter's own change, to those of the state.
+void differentiate(SatRec const& rec, ResonanceState& at) {
+  auto const [sines, cosines] =
+      rec.irez == 1 ? oneDayTerms(rec, at.xli) : halfDayTerms(rec, at.atime, at.xli);
+  at.xldot = at.xni + rec.xfact;
+  at.xndt = sines;
+  at.xnddt = cosines * at.xldot;
 }
 
 /// Mean motion and longitude of a resonant orbit at `t`, by steps of half a day from the epoch.
@@ -195,22 +208,21 @@ struct Resonant {
   double nm, xl;
 };
 
-Resonant integrate(SatRec const& rec, double t, ResonanceState& state) {
+Resonant integrate(SatRec const& rec, double t, ResonanceState& s) {
   // What was reached on the other side of the epoch, or beyond the moment, is of no use.
-  if (state.atime == 0 || t * state.atime <= 0 || std::abs(t) < std::abs(state.atime)) {
-    state = {0, rec.xlamo, rec.no};
+  if (!s.isKnown || t * s.atime < 0 || std::abs(t) < std::abs(s.atime)) {
+    s = {.atime = 0, .xli = rec.xlamo, .xni = rec.no, .isKnown = true};
+    differentiate(rec, s);
   }
   double const step = t > 0 ? kStep : -kStep;
-  Derivatives d = derivativesAt(rec, state);
-  while (std::abs(t - state.atime) >= kStep) {
-    state.xli += d.xldot * step + d.xndt * kStepSquared;
-    state.xni += d.xndt * step + d.xnddt * kStepSquared;
-    state.atime += step;
-    d = derivativesAt(rec, state);
+  while (std::abs(t - s.atime) >= kStep) {
+    s.xli += s.xldot * step + s.xndt * kStepSquared;
+    s.xni += s.xndt * step + s.xnddt * kStepSquared;
+    s.atime += step;
+    differentiate(rec, s);
   }
-  double const ft = t - state.atime;
-  return {state.xni + d.xndt * ft + d.xnddt * ft * ft * 0.5,
-          state.xli + d.xldot * ft + d.xndt * ft * ft * 0.5};
+  double const ft = t - s.atime;
+  return {s.xni + s.xndt * ft + s.xnddt * ft * ft * 0.5, s.xli + s.xldot * ft + s.xndt * ft * ft * 0.5};
 }
 
 }  // namespace

@@ -2,15 +2,9 @@
 // and which may resonate with the earth's rotation. Used by sat_rec.cpp alone.
 #pragma once
 
-#include "globe/sat_rec.h"
+#include "globe/mean_elements.h"
 
 namespace nimbara::SGP4 {
-
-/// The elements of a moment on their way through the theory; angles in radians.
-struct MeanElements {
-  double em, inclm, nodem, argpm, mm;
-  double nm;  ///< mean motion, radians per minute
-};
 
 /// Sets the lunar-solar and the resonance terms of a record whose near-earth terms are set.
 void initialiseDeepSpace(SatRec& record);

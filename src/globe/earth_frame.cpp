@@ -86,6 +86,10 @@ Vector3 sunDirection(SGP4::Moment moment) {
           std::sin(obliquity) * std::sin(longitude)};
 }
 
+ShadowSlopes shadowSlopes() {
+  return {kUmbraSlope, kPenumbraSlope};
+}
+
 double litFraction(Vector3 const& position, Vector3 const& sun) {
   double const behind = -dot(position, sun);
   if (behind <= 0) return 1;

@@ -61,6 +61,12 @@ Vector3 sunDirection(SGP4::Moment moment);
 /// and the penumbra; between them the light is taken to grow evenly with the distance from the axis.
 double litFraction(Vector3 const& position, Vector3 const& sunDirection);
 
+/// How the umbra narrows and the penumbra widens, km for each km behind the earth.
+struct ShadowSlopes {
+  double umbra, penumbra;
+};
+ShadowSlopes shadowSlopes();
+
 /// At least half the disc is seen.
 inline bool isSunlit(Vector3 const& position, Vector3 const& sunDirection) {
   return litFraction(position, sunDirection) >= 0.5;

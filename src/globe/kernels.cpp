@@ -6,8 +6,8 @@ namespace nimbara::SGP4 {
 
 namespace {
 
-constexpr std::array<NearEarthKernel, enumNames<Kernel>.size()> kFunctions{propagateScalar, propagateBaseline,
-                                                                           propagateAvx2, propagateAvx512};
+constexpr std::array<KernelFunctions const*, enumNames<Kernel>.size()> kFunctions{
+    &scalarKernel, &baselineKernel, &avx2Kernel, &avx512Kernel};
 
 std::vector<Kernel> findRunnable() {
   std::vector<Kernel> kernels{Kernel::scalar, Kernel::baseline};
@@ -33,8 +33,8 @@ Kernel bestKernel() {
   return runnableKernels().back();
 }
 
-NearEarthKernel kernelFunction(Kernel kernel) {
-  return kFunctions[static_cast<std::size_t>(kernel)];
+KernelFunctions const& kernelFunctions(Kernel kernel) {
+  return *kFunctions[static_cast<std::size_t>(kernel)];
 }
 
 }  // namespace nimbara::SGP4

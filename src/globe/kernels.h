@@ -1,8 +1,8 @@
-// Which near-earth kernels this program holds, which of them this machine can run, and which is the best.
+// Which kernels this program holds, which of them this machine can run, and which is the best.
 #pragma once
 
 #include "base/enum_names.h"
-#include "globe/near_earth_block.h"
+#include "globe/kernel_blocks.h"
 
 #include <vector>
 
@@ -16,7 +16,7 @@ std::vector<Kernel> const& runnableKernels();
 /// The fastest that this machine can run; chosen once.
 Kernel bestKernel();
 
-NearEarthKernel kernelFunction(Kernel kernel);
+KernelFunctions const& kernelFunctions(Kernel kernel);
 
 }  // namespace nimbara::SGP4
 

@@ -135,17 +135,6 @@ void setSecularRates(SatRec& rec, Start const& s) {
   rec.nodecf = 3.5 * s.omeosq * xhdot1 * rec.cc1;
 }
 
-/// The long-period coefficients of an inclination.
-struct LongPeriod {
-  double aycof, xlcof;
-};
-
-LongPeriod longPeriod(double sini, double cosi) {
-  constexpr double kLeast = 1.5e-12;  // instead of the zero of an inclination of 180°
-  double const divisor = std::abs(cosi + 1) > kLeast ? 1 + cosi : kLeast;
-  return {-0.5 * kJ3OverJ2 * sini, -0.25 * kJ3OverJ2 * sini * (3 + 5 * cosi) / divisor};
-}
-
 /// The eccentric longitude's sine and cosine by Newton's method, as the published implementation iterates.
 struct Direction {
   double sine, cosine;
@@ -277,6 +266,12 @@ void copyElements(SatRec& rec) {
 
 }  // namespace
 
+LongPeriod longPeriod(double sini, double cosi) {
+  constexpr double kLeast = 1.5e-12;  // instead of the zero of an inclination of 180°
+  double const divisor = std::abs(cosi + 1) > kLeast ? 1 + cosi : kLeast;
+  return {-0.5 * kJ3OverJ2 * sini, -0.25 * kJ3OverJ2 * sini * (3 + 5 * cosi) / divisor};
+}
+
 SatRec initialise(TLE const& tle) {
   SatRec rec;
   rec.tle = tle;
@@ -299,7 +294,8 @@ SatRec initialise(TLE const& tle) {
   return rec;
 }
 
-StateVector propagate(SatRec const& rec, double tsince, ResonanceState& resonance) {
+MeanMoment meanElementsAt(SatRec const& rec, double tsince, ResonanceState& resonance) {
+  auto const failed = [](int code) { return MeanMoment{.error = code}; };
   if (!(rec.no > 0)) return failed(rec.error);
   if (!(std::abs(tsince) <= kLongestSpanMinutes)) return failed(errorCode::kDecayed);
   Secular s = secular(rec, tsince);
@@ -307,7 +303,6 @@ StateVector propagate(SatRec const& rec, double tsince, ResonanceState& resonanc
   if (rec.isDeepSpace) addDeepSpaceSecular(rec, tsince, m, resonance);
   if (m.nm <= 0) return failed(errorCode::kMeanMotion);
   double const am = std::pow(kXke / m.nm, kTwoThirds) * squared(s.tempa);
-  double const nm = kXke / std::pow(am, 1.5);
   m.em -= s.tempe;
   if (m.em >= 1 || m.em < -0.001) return failed(errorCode::kMeanEccentricity);
   m.em = std::max(m.em, 1e-6);
@@ -320,7 +315,13 @@ StateVector propagate(SatRec const& rec, double tsince, ResonanceState& resonanc
     addLunarSolarPeriodics(rec, tsince, m);
     if (m.em < 0 || m.em > 1) return failed(errorCode::kPerturbedEccentricity);
   }
-  return vectorsOf(rec, m, am, nm);
+  return {m, am, errorCode::kNone};
+}
+
+StateVector propagate(SatRec const& rec, double tsince, ResonanceState& resonance) {
+  auto const [elements, am, error] = meanElementsAt(rec, tsince, resonance);
+  if (error != errorCode::kNone) return failed(error);
+  return vectorsOf(rec, elements, am, kXke / std::pow(am, 1.5));
 }
 
 StateVector propagate(SatRec const& record, double tsince) {

@@ -82,9 +82,12 @@ struct StateVector {
   int error = 0;  ///< after kDecayed the vectors are set all the same, after others they are zero
 };
 
-/// Where the integration of a resonance stands, so that the next moment goes on from there.
+/// Where the integration of a resonance stands, so that the next moment goes on from there, and how longitude
+/// and mean motion change there.
 struct ResonanceState {
   double atime = 0, xli = 0, xni = 0;
+  double xldot = 0, xndt = 0, xnddt = 0;
+  bool isKnown = false;  ///< until the first moment nothing is
 };
 
 /// The state `tsince` minutes after the record's epoch: the reference path.
@@ -93,7 +96,7 @@ StateVector propagate(SatRec const& record, double tsince);
 /// The same for a row of moments of one satellite. `resonance` begins as a copy of the record's.
 StateVector propagate(SatRec const& rec, double tsince, ResonanceState& resonance);
 inline ResonanceState resonanceStart(SatRec const& record) {
-  return {record.atime, record.xli, record.xni};
+  return {.atime = record.atime, .xli = record.xli, .xni = record.xni};
 }
 
 /// A moment as days and the fraction of one, so that no digit is lost.

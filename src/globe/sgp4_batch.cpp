@@ -1,5 +1,7 @@
 #include "globe/sgp4_batch.h"
 
+#include "globe/mean_elements.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -52,6 +54,7 @@ constexpr LaneField kLaneFields[] = {
     {&NearEarthBlock::delmo, plain<&SatRec::delmo>},
     {&NearEarthBlock::sinmao, plain<&SatRec::sinmao>},
 };
+static_assert(kernelRadiusKm == kEarthRadiusKm);
 static_assert(std::size(kLaneFields) * kLanes * sizeof(double) == sizeof(NearEarthBlock));
 
 void setLane(NearEarthBlock& block, std::size_t lane, SatRec const& record) {
@@ -82,31 +85,85 @@ void setState(StateBlock& block, std::size_t lane, StateVector const& state) {
   block.error[lane] = state.error;
 }
 
+StateVector failed(int code) {
+  StateVector state;
+  state.error = code;
+  return state;
+}
+
+/// Puts a moment's mean elements into a lane; tells their error.
+int setMeanLane(MeanBlock& block, std::size_t lane, SatRec const& record, double minutes,
+                ResonanceState& resonance) {
+  auto const [m, am, error] = meanElementsAt(record, minutes, resonance);
+  double const sini = std::sin(m.inclm), cosi = std::cos(m.inclm);
+  auto const [aycof, xlcof] =
+      record.isDeepSpace ? longPeriod(sini, cosi) : LongPeriod{record.aycof, record.xlcof};
+  block.am[lane] = am;
+  block.em[lane] = m.em;
+  block.argpm[lane] = m.argpm;
+  block.nodem[lane] = m.nodem;
+  block.u[lane] = m.mm + m.argpm;
+  block.sini[lane] = sini;
+  block.cosi[lane] = cosi;
+  block.aycof[lane] = aycof;
+  block.xlcof[lane] = xlcof;
+  return error;
+}
+
 std::vector<SatRec const*> pointersTo(std::span<SatRec const> records) {
   std::vector<SatRec const*> pointers;
   for (SatRec const& record : records) pointers.push_back(&record);
   return pointers;
 }
 
+/// Lanes of the blocks that kernels take at once.
+constexpr std::size_t kLanesAtOnce = kLanes * kBlocksAtOnce;
+
 std::size_t blocksFor(std::size_t count) {
-  return (count + kLanes - 1) / kLanes;
+  return (count + kLanesAtOnce - 1) / kLanesAtOnce * kBlocksAtOnce;
+}
+
+/// Moments in portions that fill the blocks of a kernel.
+template <class Portion>
+void inPortions(std::size_t count, Portion const& portion) {
+  for (std::size_t first = 0; first < count; first += kLanesAtOnce) {
+    portion(first, std::min(kLanesAtOnce, count - first));
+  }
 }
 
 void propagateNearMany(SatRec const& record, std::span<double const> minutes, std::span<StateVector> states,
-                       NearEarthKernel kernel) {
+                       KernelFunctions const& kernel) {
   NearEarthBlock block;
   for (std::size_t lane = 0; lane < kLanes; ++lane) setLane(block, lane, record);
-  StateBlock out;
-  std::array<double, kLanes> moments{};
-  for (std::size_t first = 0; first < minutes.size(); first += kLanes) {
-    std::size_t const count = std::min(kLanes, minutes.size() - first);
-    std::copy_n(minutes.begin() + static_cast<std::ptrdiff_t>(first), count, moments.begin());
-    kernel(&block, 0, moments.data(), 1, &out);
-    for (std::size_t lane = 0; lane < count; ++lane) {
-      bool const left = out.error[lane] == kLeftToReference;
-      states[first + lane] = left ? propagate(record, moments[lane]) : stateOf(out, lane);
+  std::array<StateBlock, kBlocksAtOnce> out;
+  std::array<double, kLanesAtOnce> moments{};
+  inPortions(minutes.size(), [&](std::size_t first, std::size_t count) {
+    std::ranges::copy(minutes.subspan(first, count), moments.begin());
+    kernel.propagate(&block, 0, moments.data(), kBlocksAtOnce, out.data());
+    for (std::size_t i = 0; i < count; ++i) {
+      StateBlock const& ofLane = out[i / kLanes];
+      bool const left = ofLane.error[i % kLanes] == kLeftToReference;
+      states[first + i] = left ? propagate(record, moments[i]) : stateOf(ofLane, i % kLanes);
     }
-  }
+  });
+}
+
+void propagateDeepMany(SatRec const& record, std::span<double const> minutes, std::span<StateVector> states,
+                       KernelFunctions const& kernel) {
+  ResonanceState resonance = resonanceStart(record);
+  std::array<MeanBlock, kBlocksAtOnce> means{};
+  std::array<StateBlock, kBlocksAtOnce> out;
+  std::array<int, kLanesAtOnce> errors{};
+  inPortions(minutes.size(), [&](std::size_t first, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+      errors[i] = setMeanLane(means[i / kLanes], i % kLanes, record, minutes[first + i], resonance);
+    }
+    kernel.complete(means.data(), kBlocksAtOnce, out.data());
+    for (std::size_t i = 0; i < count; ++i) {
+      states[first + i] =
+          errors[i] == errorCode::kNone ? stateOf(out[i / kLanes], i % kLanes) : failed(errors[i]);
+    }
+  });
 }
 
 }  // namespace
@@ -129,20 +186,22 @@ SatelliteBatch::SatelliteBatch(std::span<SatRec const* const> records, Kernel ke
       epochs_.push_back({record.tle.epochDay, record.tle.epochFraction});
       slots_.push_back(static_cast<std::uint32_t>(nextNear++));
     } else {
-      deep_.push_back({&record, resonanceStart(record)});
+      deep_.push_back({&record, resonanceStart(record), errorCode::kNone});
       slots_.push_back(static_cast<std::uint32_t>(nextDeep++));
     }
   }
-  // The last block's other lanes repeat its first one.
-  for (; nextNear % kLanes != 0; ++nextNear) {
+  // The other lanes of the last blocks repeat the first one there.
+  for (std::size_t const first = nextNear / kLanesAtOnce * kLanesAtOnce; nextNear % kLanesAtOnce != 0;
+       ++nextNear) {
     for (auto const& [field, value] : kLaneFields) {
-      auto& values = blocks_.back().*field;
-      values[nextNear % kLanes] = values[0];
+      (blocks_[nextNear / kLanes].*field)[nextNear % kLanes] = (blocks_[first / kLanes].*field)[0];
     }
-    epochs_.push_back(epochs_[nextNear / kLanes * kLanes]);
+    epochs_.push_back(epochs_[first]);
   }
   minutes_.resize(epochs_.size());
   states_.resize(blocksFor(nextDeep));
+  means_.resize(states_.size() - blocks_.size());
+  points_.resize(states_.size());
 }
 
 void SatelliteBatch::propagate(Moment moment) {
@@ -150,20 +209,18 @@ void SatelliteBatch::propagate(Moment moment) {
     minutes_[i] = ((moment.day - epochs_[i].day) + (moment.fraction - epochs_[i].fraction)) * 1440.0;
   }
   propagateNear();
-  std::size_t slot = minutes_.size();
-  for (Deep& deep : deep_) propagateDeep(deep, slot++, minutesSince(deep.record->tle, moment));
+  propagateDeep([&](SatRec const& record) { return minutesSince(record.tle, moment); });
 }
 
 void SatelliteBatch::propagateSinceEpochs(double minutes) {
   std::ranges::fill(minutes_, minutes);
   propagateNear();
-  std::size_t slot = minutes_.size();
-  for (Deep& deep : deep_) propagateDeep(deep, slot++, minutes);
+  propagateDeep([&](SatRec const&) { return minutes; });
 }
 
 void SatelliteBatch::propagateNear() {
   bool const left =
-      kernelFunction(kernel_)(blocks_.data(), 1, minutes_.data(), blocks_.size(), states_.data());
+      kernelFunctions(kernel_).propagate(blocks_.data(), 1, minutes_.data(), blocks_.size(), states_.data());
   if (left) propagateLeft();
 }
 
@@ -177,8 +234,23 @@ void SatelliteBatch::propagateLeft() {
   }
 }
 
-void SatelliteBatch::propagateDeep(Deep& deep, std::size_t slot, double minutes) {
-  setState(states_[slot / kLanes], slot % kLanes, SGP4::propagate(*deep.record, minutes, deep.resonance));
+template <class Minutes>
+void SatelliteBatch::propagateDeep(Minutes const& minutesOf) {
+  for (std::size_t i = 0; i < deep_.size(); ++i) {
+    Deep& deep = deep_[i];
+    deep.error =
+        setMeanLane(means_[i / kLanes], i % kLanes, *deep.record, minutesOf(*deep.record), deep.resonance);
+  }
+  StateBlock* const states = states_.data() + blocks_.size();
+  kernelFunctions(kernel_).complete(means_.data(), means_.size(), states);
+  for (std::size_t i = 0; i < deep_.size(); ++i) {
+    if (int const error = deep_[i].error) setState(states[i / kLanes], i % kLanes, failed(error));
+  }
+}
+
+std::span<PointBlock const> SatelliteBatch::points(PointScene const& scene) {
+  kernelFunctions(kernel_).points(states_.data(), scene, states_.size(), points_.data());
+  return points_;
 }
 
 StateVector SatelliteBatch::state(std::size_t index) const {
@@ -187,9 +259,8 @@ StateVector SatelliteBatch::state(std::size_t index) const {
 
 void propagateMany(SatRec const& record, std::span<double const> minutes, std::span<StateVector> states,
                    Kernel kernel) {
-  if (takesKernel(record)) return propagateNearMany(record, minutes, states, kernelFunction(kernel));
-  ResonanceState resonance = resonanceStart(record);
-  for (std::size_t i = 0; i < minutes.size(); ++i) states[i] = propagate(record, minutes[i], resonance);
+  auto const many = takesKernel(record) ? propagateNearMany : propagateDeepMany;
+  many(record, minutes, states, kernelFunctions(kernel));
 }
 
 }  // namespace nimbara::SGP4

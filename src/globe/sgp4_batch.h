@@ -1,7 +1,7 @@
 // Many satellites at one moment, and one satellite at many moments. Near-earth orbits go through a vector
-// kernel, eight at a time; deep-space orbits take the reference path, each from where its resonance stood.
-// What the kernel cannot do to the last digit it leaves to the reference path as well. One thread at a time
-// may use a batch.
+// kernel, eight at a time; deep-space orbits take the reference path as far as their mean elements, each from
+// where its resonance stood, and the kernel from there. What the kernel cannot do to the last digit it leaves
+// to the reference path wholly. One thread at a time may use a batch.
 #pragma once
 
 #include "globe/kernels.h"
@@ -31,12 +31,15 @@ class SatelliteBatch {
   /// The same, eight side by side, in an order of the batch's own; `slot` tells where a record stands:
   /// block slot / kLanes, lane slot % kLanes. Lanes that belong to nobody hold copies.
   std::span<StateBlock const> states() const { return states_; }
+  /// The states as points in the same order; allocates nothing.
+  std::span<PointBlock const> points(PointScene const& scene);
   std::size_t slot(std::size_t index) const { return slots_[index]; }
 
  private:
   struct Deep {
     SatRec const* record;
     ResonanceState resonance;
+    int error = 0;  ///< of the mean elements
   };
   struct Epoch {
     double day, fraction;
@@ -44,7 +47,9 @@ class SatelliteBatch {
 
   void propagateNear();
   void propagateLeft();
-  void propagateDeep(Deep& deep, std::size_t slot, double minutes);
+  /// By the minutes since a record's epoch.
+  template <class Minutes>
+  void propagateDeep(Minutes const& minutesOf);
 
   std::vector<SatRec const*> records_;
   Kernel kernel_;
@@ -52,7 +57,9 @@ class SatelliteBatch {
   std::vector<Epoch> epochs_;    ///< of the near-earth slots
   std::vector<double> minutes_;  ///< of the near-earth slots
   std::vector<Deep> deep_;       ///< their slots follow those of the near-earth blocks
+  std::vector<MeanBlock> means_;
   std::vector<StateBlock> states_;
+  std::vector<PointBlock> points_;
   std::vector<std::uint32_t> slots_;
 };
 

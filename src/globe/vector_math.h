@@ -20,6 +20,105 @@ using Four = double __attribute__((vector_size(32)));
 using Eight = double __attribute__((vector_size(64)));
 #endif
 
+/// Two vectors side by side: while the one waits for a result the machine works on the other.
+template <class V>
+struct Pair {
+  V low, high;
+};
+
+template <class T>
+inline constexpr bool isPair = false;
+template <class V>
+inline constexpr bool isPair<Pair<V>> = true;
+template <class A, class B>
+concept EitherPaired = isPair<A> || isPair<B>;
+
+// A number belongs to both vectors.
+template <class T>
+NIMBARA_INLINE T const& low(T const& x) {
+  return x;
+}
+template <class T>
+NIMBARA_INLINE T const& high(T const& x) {
+  return x;
+}
+template <class V>
+NIMBARA_INLINE V const& low(Pair<V> const& x) {
+  return x.low;
+}
+template <class V>
+NIMBARA_INLINE V const& high(Pair<V> const& x) {
+  return x.high;
+}
+template <class V>
+NIMBARA_INLINE Pair<V> paired(V const& low, V const& high) {
+  return {low, high};
+}
+
+template <class A, class B>
+  requires EitherPaired<A, B>
+NIMBARA_INLINE auto operator+(A const& a, B const& b) {
+  return paired(low(a) + low(b), high(a) + high(b));
+}
+template <class A, class B>
+  requires EitherPaired<A, B>
+NIMBARA_INLINE auto operator-(A const& a, B const& b) {
+  return paired(low(a) - low(b), high(a) - high(b));
+}
+template <class V>
+NIMBARA_INLINE Pair<V> operator-(Pair<V> const& x) {
+  return {-x.low, -x.high};
+}
+template <class A, class B>
+  requires EitherPaired<A, B>
+NIMBARA_INLINE auto operator*(A const& a, B const& b) {
+  return paired(low(a) * low(b), high(a) * high(b));
+}
+template <class A, class B>
+  requires EitherPaired<A, B>
+NIMBARA_INLINE auto operator/(A const& a, B const& b) {
+  return paired(low(a) / low(b), high(a) / high(b));
+}
+template <class A, class B>
+  requires EitherPaired<A, B>
+NIMBARA_INLINE auto operator&(A const& a, B const& b) {
+  return paired(low(a) & low(b), high(a) & high(b));
+}
+template <class A, class B>
+  requires EitherPaired<A, B>
+NIMBARA_INLINE auto operator|(A const& a, B const& b) {
+  return paired(low(a) | low(b), high(a) | high(b));
+}
+template <class A, class B>
+  requires EitherPaired<A, B>
+NIMBARA_INLINE auto operator^(A const& a, B const& b) {
+  return paired(low(a) ^ low(b), high(a) ^ high(b));
+}
+template <class V>
+NIMBARA_INLINE Pair<V> operator<<(Pair<V> const& x, int bits) {
+  return {x.low << bits, x.high << bits};
+}
+template <class A, class B>
+  requires EitherPaired<A, B>
+NIMBARA_INLINE auto operator<(A const& a, B const& b) {
+  return paired(low(a) < low(b), high(a) < high(b));
+}
+template <class A, class B>
+  requires EitherPaired<A, B>
+NIMBARA_INLINE auto operator>(A const& a, B const& b) {
+  return paired(low(a) > low(b), high(a) > high(b));
+}
+template <class A, class B>
+  requires EitherPaired<A, B>
+NIMBARA_INLINE auto operator>=(A const& a, B const& b) {
+  return paired(low(a) >= low(b), high(a) >= high(b));
+}
+template <class A, class B>
+  requires EitherPaired<A, B>
+NIMBARA_INLINE auto operator!=(A const& a, B const& b) {
+  return paired(low(a) != low(b), high(a) != high(b));
+}
+
 /// The integers of V's size; a vector's comparison gives them, too, with all bits of a lane equal.
 template <class V>
 struct IntegersOf {
@@ -32,20 +131,63 @@ struct IntegersOf<double> {
 template <class V>
 using Integers = typename IntegersOf<V>::Type;
 
+// A pair is moved vector by vector: as one thing the compiler would send it through the stack.
 template <class V>
 NIMBARA_INLINE V load(double const* from) {
   V value;
-  __builtin_memcpy(&value, from, sizeof value);
+  if constexpr (isPair<V>) {
+    value.low = load<decltype(value.low)>(from);
+    value.high = load<decltype(value.high)>(from + sizeof value.low / sizeof(double));
+  } else {
+    __builtin_memcpy(&value, from, sizeof value);
+  }
   return value;
 }
 template <class V>
 NIMBARA_INLINE void store(double* to, V const& value) {
-  __builtin_memcpy(to, &value, sizeof value);
+  if constexpr (isPair<V>) {
+    store(to, value.low);
+    store(to + sizeof value.low / sizeof(double), value.high);
+  } else {
+    __builtin_memcpy(to, &value, sizeof value);
+  }
+}
+/// How many doubles V holds.
+template <class V>
+inline constexpr std::size_t kWidth = sizeof(V) / sizeof(double);  // NOLINT(bugprone-sizeof-expression)
+
+/// The bits of doubles as integers, and back.
+template <class To, class From>
+NIMBARA_INLINE To bitCast(From const& from) {
+  if constexpr (isPair<To>) {
+    return {__builtin_bit_cast(decltype(To::low), from.low),
+            __builtin_bit_cast(decltype(To::high), from.high)};
+  } else {
+    return __builtin_bit_cast(To, from);
+  }
+}
+
+template <class V>
+NIMBARA_INLINE void storeFloats(float* to, V const& value) {
+  for (std::size_t i = 0; i < sizeof(V) / sizeof(double); ++i) to[i] = static_cast<float>(value[i]);
+}
+NIMBARA_INLINE void storeFloats(float* to, double value) {
+  *to = static_cast<float>(value);
+}
+template <class V>
+NIMBARA_INLINE void storeFloats(float* to, Pair<V> const& value) {
+  storeFloats(to, value.low);
+  storeFloats(to + sizeof(V) / sizeof(double), value.high);
 }
 
 template <class Mask, class V>
 NIMBARA_INLINE V select(Mask mask, V yes, V no) {
   return mask ? yes : no;
+}
+
+template <class Mask, class V>
+NIMBARA_INLINE Pair<V> select(Pair<Mask> const& mask, Pair<V> const& yes, Pair<V> const& no) {
+  return {select(mask.low, yes.low, no.low), select(mask.high, yes.high, no.high)};
 }
 
 NIMBARA_INLINE bool any(bool mask) {
@@ -94,9 +236,18 @@ NIMBARA_INLINE Eight squareRoot(Eight x) {
 }
 #endif
 
+template <class Mask>
+NIMBARA_INLINE bool any(Pair<Mask> const& mask) {
+  return any(mask.low | mask.high);
+}
+template <class V>
+NIMBARA_INLINE Pair<V> squareRoot(Pair<V> const& x) {
+  return {squareRoot(x.low), squareRoot(x.high)};
+}
+
 template <class V>
 NIMBARA_INLINE V magnitude(V x) {
-  return select(x < 0, -x, x);
+  return bitCast<V>(bitCast<Integers<V>>(x) & 0x7FFFFFFFFFFFFFFF);
 }
 
 template <class V>
@@ -132,12 +283,12 @@ NIMBARA_INLINE SineCosine<V> sineCosine(V x) {
   V const rest = ((x - quarters * 1.5707963267341256) - quarters * 6.077100506303966e-11) -
                  quarters * 2.0222662487959506e-21;
   auto const [s, c] = sineCosineNearZero(rest);
-  auto const quadrant = __builtin_bit_cast(Integers<V>, sum);
+  auto const quadrant = bitCast<Integers<V>>(sum);
   auto const swapped = (quadrant & 1) != 0;
   V const sine = select(swapped, c, s);
   V const cosine = select(swapped, s, c);
-  return {__builtin_bit_cast(V, __builtin_bit_cast(Integers<V>, sine) ^ ((quadrant & 2) << 62)),
-          __builtin_bit_cast(V, __builtin_bit_cast(Integers<V>, cosine) ^ (((quadrant + 1) & 2) << 62))};
+  return {bitCast<V>(bitCast<Integers<V>>(sine) ^ ((quadrant & 2) << 62)),
+          bitCast<V>(bitCast<Integers<V>>(cosine) ^ (((quadrant + 1) & 2) << 62))};
 }
 
 }  // namespace nimbara::SGP4::lanes

@@ -1,23 +1,20 @@
-// The near-earth propagation as one branch-free template over double and vectors of doubles; the branches
-// that are left lead to rare cases and are taken by whole vectors. It computes what the reference path
-// computes (sat_rec.cpp), with less arithmetic:
+// The propagation as one branch-free template over double and vectors of doubles: near earth wholly, deep
+// space from its mean elements on. The branches that are left lead to rare cases and are taken by whole
+// vectors. It computes what the reference path computes (sat_rec.cpp), with less arithmetic:
 //  - √am = √ao · |tempa|, so the powers of the semi-major axis need no pow;
 //  - angles are not reduced to a turn, as sine and cosine do that themselves;
 //  - the drag's shift of the mean anomaly, the steps of Kepler's equation and the short-period changes are
-//  small
-//    angles: known sines and cosines are turned by them instead of being computed anew;
+//    small angles: known sines and cosines are turned by them instead of being computed anew;
 //  - sine and cosine of the argument of latitude come out of Kepler's equation, so it needs no atan2;
 //  - divisions by two quantities share one quotient: 1/a = b · (1/ab).
 // Four full sine-cosine pairs, five divisions and one root are left.
 #pragma once
 
-#include "globe/near_earth_block.h"
-#include "globe/vector_math.h"
+#include "globe/block_access.h"
 
 namespace nimbara::SGP4::lanes {
 
-// WGS-72, as in sat_rec.h, which brings more than a kernel may include.
-inline constexpr double kernelRadiusKm = 6378.135;
+// WGS-72, as in sat_rec.h.
 inline constexpr double kernelXke = 0.07436691613317342;
 inline constexpr double kernelJ2 = 0.001082616;
 
@@ -115,40 +112,30 @@ struct Orientation {
   }
 };
 
-/// The lanes from `lane` on that one V holds, at `t` minutes since their epochs. Tells whether one of them
-/// was left to the reference path.
+/// MeanBlock's fields in one V each.
 template <class V>
-NIMBARA_INLINE bool propagateLanes(NearEarthBlock const& block, std::size_t lane, V t, StateBlock& out) {
-  auto const get = [lane](double const(&field)[kLanes])
-                       __attribute__((always_inline)) { return load<V>(field + lane); };
+struct MeanLanes {
+  V am, sqrtam, em, argpm, node, u;
+  V sini, cosi, aycof, xlcof;
+};
 
-  // Gravity and drag that grow with time.
-  V const xmdf = get(block.mo) + get(block.mdot) * t;
-  V const argpdf = get(block.argpo) + get(block.argpdot) * t;
-  V const node = get(block.nodeo) + t * (get(block.nodedot) + t * get(block.nodecf));
-  SineCosine<V> const anomaly = sineCosine(xmdf);
-  V const delm = 1 + get(block.eta) * anomaly.cosine;
-  V const shift = get(block.omgcof) * t + get(block.xmcof) * (delm * delm * delm - get(block.delmo));
-  V const argpm = argpdf - shift;
-  V const tempe = get(block.bcc4) * t + get(block.bcc5) * (shiftedSine(anomaly, shift) - get(block.sinmao));
-  V const tempa = 1 - t * (get(block.cc1) + t * (get(block.d2) + t * (get(block.d3) + t * get(block.d4))));
-  V const templ =
-      t * t * (get(block.t2cof) + t * (get(block.t3cof) + t * (get(block.t4cof) + t * get(block.t5cof))));
-  V const meanEccentricity = get(block.ecco) - tempe;
-  auto const soundEccentricity = (meanEccentricity < 1) & (meanEccentricity >= -0.001);
-  V const em = select(meanEccentricity < 1e-6, t * 0 + 1e-6, meanEccentricity);
-  V const am = get(block.ao) * tempa * tempa;
-  V const sqrtam = get(block.sqrtao) * magnitude(tempa);
+/// A sound state, or the reference path's error code.
+template <class V>
+struct Completed {
+  V mrt, error;
+};
 
+/// From mean elements to the vectors.
+template <class V>
+NIMBARA_INLINE Completed<V> completeLanes(MeanLanes<V> const& m, BlockLanes<V, StateBlock> const& out) {
   // Long-period terms. perLatus is 1/(am (1 - em²)).
-  V const omeosq = 1 - em * em;
-  V const perLatus = 1 / (am * omeosq);
+  V const omeosq = 1 - m.em * m.em;
+  V const perLatus = 1 / (m.am * omeosq);
   V const perAm = perLatus * omeosq;
-  SineCosine<V> const perigee = sineCosine(argpm);
-  V const axnl = em * perigee.cosine;
-  V const aynl = em * perigee.sine + perLatus * get(block.aycof);
-  V const u = xmdf + argpdf + get(block.no) * templ + perLatus * get(block.xlcof) * axnl;
-  SineCosine<V> const e = solveKepler(u, axnl, aynl);
+  SineCosine<V> const perigee = sineCosine(m.argpm);
+  V const axnl = m.em * perigee.cosine;
+  V const aynl = m.em * perigee.sine + perLatus * m.aycof;
+  SineCosine<V> const e = solveKepler<V>(m.u + perLatus * m.xlcof * axnl, axnl, aynl);
 
   // Distance, speeds and direction within the orbit's plane. `quotient` is 1/(betal² (1 + betal)).
   V const ecose = axnl * e.cosine + aynl * e.sine;
@@ -158,15 +145,14 @@ NIMBARA_INLINE bool propagateLanes(NearEarthBlock const& block, std::size_t lane
   V const quotient = 1 / (betalsq * (1 + betal));
   V const perPl = perAm * quotient * (1 + betal);
   V const perRadius = 1 / (1 - ecose);
-  V const rl = am * (1 - ecose);
-  V const speed = sqrtam * perAm * perRadius;
+  V const rl = m.am * (1 - ecose);
+  V const speed = m.sqrtam * perAm * perRadius;
   V const lag = esine * quotient * betalsq;
   V const sinu = perRadius * (e.sine - aynl - axnl * lag);
   V const cosu = perRadius * (e.cosine - axnl + aynl * lag);
 
   // Short-period terms.
-  V const sini = get(block.sini), cosi = get(block.cosi);
-  V const cosisq = cosi * cosi;
+  V const cosisq = m.cosi * m.cosi;
   V const x1mth2 = 1 - cosisq;
   V const con41 = 3 * cosisq - 1;
   V const sin2u = 2 * cosu * sinu;
@@ -174,12 +160,12 @@ NIMBARA_INLINE bool propagateLanes(NearEarthBlock const& block, std::size_t lane
   V const temp1 = 0.5 * kernelJ2 * perPl;
   V const temp2 = temp1 * perPl;
   V const mrt = rl * (1 - 1.5 * temp2 * betal * con41) + 0.5 * temp1 * x1mth2 * cos2u;
-  V const motion = temp1 * sqrtam * perAm * perAm;
+  V const motion = temp1 * m.sqrtam * perAm * perAm;
   V const mvt = speed * esine - motion * x1mth2 * sin2u;
   V const rvdot = speed * betal + motion * (x1mth2 * cos2u + 1.5 * con41);
-  Orientation<V> o{{sinu, cosu}, sineCosine(node), {sini, cosi}};
-  o.turn(-0.25 * temp2 * (7 * cosisq - 1) * sin2u, 1.5 * temp2 * cosi * sin2u,
-         1.5 * temp2 * cosi * sini * cos2u, 1.5 * temp2);
+  Orientation<V> o{{sinu, cosu}, sineCosine(m.node), {m.sini, m.cosi}};
+  o.turn(-0.25 * temp2 * (7 * cosisq - 1) * sin2u, 1.5 * temp2 * m.cosi * sin2u,
+         1.5 * temp2 * m.cosi * m.sini * cos2u, 1.5 * temp2);
 
   // Vectors and error codes.
   V const xmx = -o.node.sine * o.inclination.cosine;
@@ -194,32 +180,92 @@ NIMBARA_INLINE bool propagateLanes(NearEarthBlock const& block, std::size_t lane
   constexpr double kKernelKmPerSecond = kernelRadiusKm * kernelXke / 60;
   V const outward = mvt * kKernelKmPerSecond;
   V const onward = rvdot * kKernelKmPerSecond;
-  store(out.x + lane, km * radialX);
-  store(out.y + lane, km * radialY);
-  store(out.z + lane, km * radialZ);
-  store(out.vx + lane, outward * radialX + onward * alongX);
-  store(out.vy + lane, outward * radialY + onward * alongY);
-  store(out.vz + lane, outward * radialZ + onward * alongZ);
-  V const none = t * 0;
+  out.set(&StateBlock::x, km * radialX);
+  out.set(&StateBlock::y, km * radialY);
+  out.set(&StateBlock::z, km * radialZ);
+  out.set(&StateBlock::vx, outward * radialX + onward * alongX);
+  out.set(&StateBlock::vy, outward * radialY + onward * alongY);
+  out.set(&StateBlock::vz, outward * radialZ + onward * alongZ);
+  V const none{};
   V const decayed = select(mrt >= 1, none, none + 6);
-  V const latus = select(betalsq < 0, none + 4, decayed);
-  V const error = select(soundEccentricity, latus, none + 1);
+  return {mrt, select(betalsq < 0, none + 4, decayed)};
+}
+
+/// States at `t` minutes since the epochs. Tells whether a lane was left to the reference path.
+template <class V>
+NIMBARA_INLINE bool propagateLanes(BlockLanes<V, NearEarthBlock const> const& in, V t,
+                                   BlockLanes<V, StateBlock> const& out) {
+  using B = NearEarthBlock;
+
+  // Gravity and drag that grow with time.
+  V const xmdf = in.get(&B::mo) + in.get(&B::mdot) * t;
+  V const argpdf = in.get(&B::argpo) + in.get(&B::argpdot) * t;
+  V const node = in.get(&B::nodeo) + t * (in.get(&B::nodedot) + t * in.get(&B::nodecf));
+  SineCosine<V> const anomaly = sineCosine(xmdf);
+  V const delm = 1 + in.get(&B::eta) * anomaly.cosine;
+  V const shift = in.get(&B::omgcof) * t + in.get(&B::xmcof) * (delm * delm * delm - in.get(&B::delmo));
+  V const argpm = argpdf - shift;
+  V const tempe =
+      in.get(&B::bcc4) * t + in.get(&B::bcc5) * (shiftedSine(anomaly, shift) - in.get(&B::sinmao));
+  V const tempa =
+      1 - t * (in.get(&B::cc1) + t * (in.get(&B::d2) + t * (in.get(&B::d3) + t * in.get(&B::d4))));
+  V const templ =
+      t * t * (in.get(&B::t2cof) + t * (in.get(&B::t3cof) + t * (in.get(&B::t4cof) + t * in.get(&B::t5cof))));
+  V const meanEccentricity = in.get(&B::ecco) - tempe;
+  auto const soundEccentricity = (meanEccentricity < 1) & (meanEccentricity >= -0.001);
+  V const em = select(meanEccentricity < 1e-6, V{} + 1e-6, meanEccentricity);
+  V const am = in.get(&B::ao) * tempa * tempa;
+  V const sqrtam = in.get(&B::sqrtao) * magnitude(tempa);
+
+  V const u = xmdf + argpdf + in.get(&B::no) * templ;
+  MeanLanes<V> const mean{am,
+                          sqrtam,
+                          em,
+                          argpm,
+                          node,
+                          u,
+                          in.get(&B::sini),
+                          in.get(&B::cosi),
+                          in.get(&B::aycof),
+                          in.get(&B::xlcof)};
+  auto const [mrt, error] = completeLanes(mean, out);
+  V const none{};
   auto const left = magnitude(mrt) > kFarthestRadii;
-  store(out.error + lane, select(left, none + kLeftToReference, error));
+  out.set(&StateBlock::error,
+          select(left, none + kLeftToReference, select(soundEccentricity, error, none + 1)));
   return any(left);
 }
 
 template <class V>
-NIMBARA_INLINE bool propagateBlocks(NearEarthBlock const* blocks, std::size_t stride, double const* minutes,
-                                    std::size_t count, StateBlock* states) {
+bool propagateBlocks(NearEarthBlock const* blocks, std::size_t stride, double const* minutes,
+                     std::size_t count, StateBlock* states) {
   bool left = false;
-  for (std::size_t i = 0; i < count; ++i) {
-    // NOLINTNEXTLINE(bugprone-sizeof-expression): for the scalar kernel both are the same on purpose
-    for (std::size_t lane = 0; lane < kLanes; lane += sizeof(V) / sizeof(double)) {
-      left |= propagateLanes<V>(blocks[i * stride], lane, load<V>(minutes + i * kLanes + lane), states[i]);
-    }
-  }
+  forEachVector<V>(count, [&](std::size_t i, std::size_t lane) __attribute__((always_inline)) {
+    left |= propagateLanes<V>({blocks[i * stride], lane, stride}, load<V>(minutes + i * kLanes + lane),
+                              {states[i], lane});
+  });
   return left;
+}
+
+template <class V>
+void completeBlocks(MeanBlock const* means, std::size_t count, StateBlock* states) {
+  using B = MeanBlock;
+  forEachVector<V>(count, [&](std::size_t i, std::size_t lane) __attribute__((always_inline)) {
+    BlockLanes<V, MeanBlock const> const in{means[i], lane};
+    BlockLanes<V, StateBlock> const out{states[i], lane};
+    V const am = in.get(&B::am);
+    MeanLanes<V> const mean{am,
+                            squareRoot(am),
+                            in.get(&B::em),
+                            in.get(&B::argpm),
+                            in.get(&B::nodem),
+                            in.get(&B::u),
+                            in.get(&B::sini),
+                            in.get(&B::cosi),
+                            in.get(&B::aycof),
+                            in.get(&B::xlcof)};
+    out.set(&StateBlock::error, completeLanes(mean, out).error);
+  });
 }
 
 }  // namespace nimbara::SGP4::lanes
