@@ -26,7 +26,7 @@ void PropagationQueue::run(std::stop_token const& stop) {
   std::unique_lock lock(mutex_);
   while (changed_.wait(lock, stop, [this] { return !waiting_.empty(); }) && !stop.stop_requested()) {
     auto const work = std::move(waiting_.front());
-    waiting_.pop_front();
+    waiting_.erase(waiting_.begin());
     lock.unlock();
     work();
     lock.lock();

@@ -3,11 +3,11 @@
 #pragma once
 
 #include <condition_variable>
-#include <deque>
 #include <functional>
 #include <mutex>
 #include <stop_token>
 #include <thread>
+#include <vector>
 
 namespace nimbara {
 
@@ -27,8 +27,8 @@ class PropagationQueue {
 
   std::mutex mutex_;
   std::condition_variable_any changed_;
-  std::deque<std::function<void()>> waiting_;
-  std::jthread thread_;  ///< last, so that it ends before what it uses
+  std::vector<std::function<void()>> waiting_;  ///< keeps its room, unlike a deque
+  std::jthread thread_;                         ///< last, so that it ends before what it uses
 };
 
 }  // namespace nimbara

@@ -66,9 +66,11 @@ void SatelliteLayer::deactivate() {
 
 bool SatelliteLayer::tick(Instant now) {
   if (!isActive_ || propagationPaused || entries_.empty() || inFlight_ || finished_) return false;
+  environment_ = environmentProvider_(now);
+  next_.time = now;
   inFlight_ = true;
-  propQueue_.add([this, now, environment = environmentProvider_(now)] {
-    propagate(now, environment);
+  propQueue_.add([this] {
+    propagate();
     finished_ = true;
     inFlight_ = false;
     inFlight_.notify_all();
@@ -92,32 +94,31 @@ void SatelliteLayer::waitForPropagation() {
   inFlight_.wait(true);
 }
 
-void SatelliteLayer::propagate(Instant now, Environment const& environment) {
-  SGP4::Moment const moment = SGP4::momentOf(now);
-  next_.time = now;
-  next_.cameraPosition = environment.cameraPosition;
+void SatelliteLayer::propagate() {
+  SGP4::Moment const moment = SGP4::momentOf(next_.time);
+  next_.cameraPosition = environment_.cameraPosition;
   batch_->propagate(moment);
-  auto const rotation = EarthRotation::at(moment);
-  for (std::size_t i = 0; i < entries_.size(); ++i) setEntry(i, rotation, environment.sunDirection);
+  auto const [sine, cosine] = EarthRotation::at(moment);
+  auto const [sunX, sunY, sunZ] = environment_.sunDirection;
+  auto const [umbra, penumbra] = shadowSlopes();
+  auto const points = batch_->points({sine, cosine, sunX, sunY, sunZ, umbra, penumbra});
+  for (std::size_t i = 0; i < entries_.size(); ++i) {
+    std::size_t const slot = batch_->slot(i);
+    setEntry(i, points[slot / SGP4::kLanes], slot % SGP4::kLanes);
+  }
 }
 
-void SatelliteLayer::setEntry(std::size_t index, EarthRotation const& rotation, Vector3 const& sun) {
-  std::size_t const slot = batch_->slot(index);
-  SGP4::StateBlock const& block = batch_->states()[slot / SGP4::kLanes];
-  std::size_t const lane = slot % SGP4::kLanes;
-  bool const drawn = block.error[lane] == 0;
-  Vector3 const position{block.x[lane], block.y[lane], block.z[lane]};
-  Vector3 const fixed = rotation.toEarthFixed(position);
-  float const lit =
-      drawn ? kShadowFactor + (kLitFactor - kShadowFactor) * static_cast<float>(litFraction(position, sun))
-            : 0;
+void SatelliteLayer::setEntry(std::size_t index, SGP4::PointBlock const& block, std::size_t lane) {
+  float const lit = block.drawn[lane] * (kShadowFactor + (kLitFactor - kShadowFactor) * block.lit[lane]);
   next_.litFactors[index] = lit;
-  for (std::size_t k = 0; k < kCoordinates; ++k) {
-    next_.positions[index * kCoordinates + k] =
-        drawn ? static_cast<float>(fixed[k] * (1 / SGP4::kEarthRadiusKm)) : 0;
-    next_.colorData[index * kChannels + k] = baseColors_[index * kCoordinates + k] * lit;
-  }
-  next_.colorData[index * kChannels + 3] = drawn ? 1 : 0;
+  float* const position = &next_.positions[index * kCoordinates];
+  position[0] = block.x[lane];
+  position[1] = block.y[lane];
+  position[2] = block.z[lane];
+  float const* const base = &baseColors_[index * kCoordinates];
+  float* const color = &next_.colorData[index * kChannels];
+  for (std::size_t k = 0; k < kCoordinates; ++k) color[k] = base[k] * lit;
+  color[3] = block.drawn[lane];
 }
 
 void SatelliteLayer::setEnabled(int colorIndex, bool enabled) {

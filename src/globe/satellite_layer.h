@@ -97,8 +97,8 @@ class SatelliteLayer {
 
  private:
   void addGroup(SatelliteGroupLoad&& load);
-  void propagate(Instant now, Environment const& environment);
-  void setEntry(std::size_t index, EarthRotation const& rotation, Vector3 const& sun);
+  void propagate();
+  void setEntry(std::size_t index, SGP4::PointBlock const& block, std::size_t lane);
   void waitForPropagation();
   std::string const& groupOf(std::size_t entry) const;
 
@@ -115,6 +115,7 @@ class SatelliteLayer {
   // Of the propagation while `inFlight_` is set, of the owner else.
   std::vector<SGP4::SatRec const*> records_;
   std::unique_ptr<SGP4::SatelliteBatch> batch_;
+  Environment environment_;
   Frame next_;
 
   std::atomic<bool> inFlight_ = false;

@@ -289,16 +289,34 @@ TEST(SatelliteLayer, TicksOnlyWhenItMayAndDropsThemWhileBusy) {
   EXPECT_FALSE(layer.tick(test::at(kNow)));
 }
 
-TEST(SatelliteLayer, MayChangeAndGoWhilePropagating) {
-  for (int round = 0; round < 50; ++round) {
+std::vector<SatelliteGroupLoad> everyGroup(std::size_t entries) {
+  std::vector<SatelliteGroupLoad> loads;
+  for (auto const& group : SatelliteCatalog::groups()) {
+    loads.push_back(loadOf(std::string(group.id), std::vector<std::string>(entries, "ONE OF MANY")));
+  }
+  return loads;
+}
+
+/// For the thread sanitizer, too: all that an owner may do while a propagation goes on.
+TEST(SatelliteLayer, GroupsAreSwitchedAndLayersClosedWhileATickRuns) {
+  auto const groups = everyGroup(200);
+  int taken = 0;
+  for (int round = 0; round < 40; ++round) {
     SatelliteLayer layer;
     layer.activate();
-    layer.show(twoGroups());
-    layer.tick(test::at(kNow));
-    layer.setEnabled(3, round % 2 == 0);
-    if (round % 3 == 0) layer.show(twoGroups());
-    if (round % 5 == 0) layer.takeResult();
+    layer.show(groups);
+    for (int second = 0; second < 3; ++second) {
+      layer.tick(test::at(kNow) + std::chrono::seconds(second));
+      for (int color = 0; color < 7; ++color) layer.setEnabled(color, (round + color + second) % 2 == 0);
+      for (float const x : layer.frame().positions) ASSERT_TRUE(std::isfinite(x));
+      layer.nearest({1, 0, 0}, 10);
+      layer.showOrbit(static_cast<std::size_t>(round), test::at(kNow));
+      if (round % 3 == 0) layer.show(groups);
+      if (round % 4 == 0) layer.deactivate();
+      taken += layer.takeResult() ? 1 : 0;
+    }
   }
+  EXPECT_LE(taken, 120);
 }
 
 TEST(SatelliteLayer, SwitchingAGroupOffKeepsItsEntries) {
