@@ -24,6 +24,7 @@ class Sky {
  public:
   Sky(SGP4::SatRec const& record, Coordinate place, Instant from)
       : record_(record),
+        place_(place),
         observer_(place),
         from_(from),
         offset_(SGP4::minutesSince(record.tle, SGP4::momentOf(from))) {}
@@ -43,6 +44,13 @@ class Sky {
   bool isSunlit(double minutes) const {
     auto const state = SGP4::propagate(record_, offset_ + minutes);
     return nimbara::isSunlit(state.position, sunDirection(momentAt(minutes)));
+  }
+
+  bool isDark(double minutes) const { return sunPosition(instant(minutes), place_).altitude < kDarkBelow; }
+
+  /// Lit, in a dark sky, and so many degrees high.
+  bool isVisible(double minutes, double above) const {
+    return elevation(minutes) >= above && isDark(minutes) && isSunlit(minutes);
   }
 
   /// The elevations at `first`, `first` + `step` ….
@@ -70,6 +78,7 @@ class Sky {
   }
 
   SGP4::SatRec const& record_;
+  Coordinate place_;
   Observer observer_;
   Instant from_;
   double offset_;
@@ -96,13 +105,19 @@ double culmination(Sky const& sky, double low, double high) {
   return (low + high) / 2;
 }
 
+/// Where what holds at one moment ends on the way to one at which it does not.
+template <class Holds>
+double boundary(Holds const& holds, double inside, double outside) {
+  while (std::abs(inside - outside) > kExactMinutes) {
+    double const middle = (inside + outside) / 2;
+    (holds(middle) ? inside : outside) = middle;
+  }
+  return (inside + outside) / 2;
+}
+
 /// Where the elevation passes through 0 between a moment above the horizon and one below it.
 double crossing(Sky const& sky, double above, double below) {
-  while (std::abs(above - below) > kExactMinutes) {
-    double const middle = (above + below) / 2;
-    (sky.elevation(middle) > 0 ? above : below) = middle;
-  }
-  return (above + below) / 2;
+  return boundary([&](double minutes) { return sky.elevation(minutes) > 0; }, above, below);
 }
 
 /// The horizon on one side of a culmination, step by step; nothing when there is none within a day.
@@ -116,12 +131,31 @@ std::optional<double> horizon(Sky const& sky, double top, double step) {
   return std::nullopt;
 }
 
-std::optional<SatellitePass> passAround(Sky const& sky, Coordinate place, double top, double step) {
+/// The longest stretch between rise and set in which the satellite can be seen.
+std::optional<PassSpan> visibleSpan(Sky const& sky, double rise, double set, double above) {
+  constexpr double kStep = 10.0 / 60;
+  auto const seen = [&](double minutes) {
+    return minutes >= rise && minutes <= set && sky.isVisible(minutes, above);
+  };
+  std::optional<PassSpan> longest;
+  std::optional<double> began;
+  for (double t = rise; t <= set + kStep; t += kStep) {
+    bool const isSeen = seen(t);
+    if (isSeen && !began) began = boundary(seen, t, t - kStep);
+    if (isSeen || !began) continue;
+    PassSpan const span{sky.instant(*began), sky.instant(boundary(seen, t - kStep, t))};
+    if (!longest || span.to - span.from > longest->to - longest->from) longest = span;
+    began.reset();
+  }
+  return longest;
+}
+
+std::optional<SatellitePass> passAround(Sky const& sky, double top, double step, double visibleAbove) {
   auto const rise = horizon(sky, top, -step);
   auto const set = horizon(sky, top, step);
   if (!rise || !set) return std::nullopt;
-  return SatellitePass{sky.moment(*rise), sky.moment(top), sky.moment(*set), sky.isSunlit(top),
-                       sunPosition(sky.instant(top), place).altitude < kDarkBelow};
+  return SatellitePass{sky.moment(*rise), sky.moment(top), sky.moment(*set),
+                       sky.isSunlit(top), sky.isDark(top), visibleSpan(sky, *rise, *set, visibleAbove)};
 }
 
 /// A wide orbit may stand highest twice in one pass; the higher one counts.
@@ -138,7 +172,7 @@ void add(std::vector<SatellitePass>& passes, SatellitePass const& pass) {
 }  // namespace
 
 std::vector<SatellitePass> satellitePasses(SGP4::SatRec const& record, Coordinate place, Instant from,
-                                           Instant to) {
+                                           Instant to, double visibleAbove) {
   std::vector<SatellitePass> passes;
   if (!(record.no > 0) || to <= from) return passes;
   Sky const sky(record, place, from);
@@ -155,7 +189,7 @@ std::vector<SatellitePass> satellitePasses(SGP4::SatRec const& record, Coordinat
     double const middle = first + step * static_cast<double>(i);
     double const top = culmination(sky, middle - step, middle + step);
     if (sky.elevation(top) <= 0) continue;
-    auto const pass = passAround(sky, place, top, step);
+    auto const pass = passAround(sky, top, step, visibleAbove);
     if (pass && pass->set.time > from && pass->rise.time < to) add(passes, *pass);
   }
   return passes;

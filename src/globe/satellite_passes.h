@@ -4,6 +4,7 @@
 #include "base/json.h"
 #include "globe/earth_frame.h"
 
+#include <optional>
 #include <vector>
 
 namespace nimbara {
@@ -20,16 +21,31 @@ inline constexpr auto jsonFields<PassMoment> =
     std::tuple{field("time", &PassMoment::time), field("azimuth", &PassMoment::azimuth),
                field("elevation", &PassMoment::elevation)};
 
+/// A stretch of a pass.
+struct PassSpan {
+  Instant from, to;
+};
+
+template <>
+inline constexpr auto jsonFields<PassSpan> =
+    std::tuple{field("from", &PassSpan::from), field("to", &PassSpan::to)};
+
+/// Below it buildings, trees and haze stand before satellites; degrees.
+inline constexpr double kVisibleAbove = 10;
+
 struct SatellitePass {
   PassMoment rise, culmination, set;
   bool sunlit = false;   ///< the satellite, when it stands highest
   bool skyDark = false;  ///< the sun is then more than 6° below the place's horizon
+  /// The longest stretch in which it can be seen: lit, high enough and in a dark sky, all at once. Stretches
+  /// of less than ten seconds may be missed.
+  std::optional<PassSpan> visible;
 };
 
 /// The passes above the horizon that have not ended at `from` and begin before `to`, in the order of their
 /// culminations. Satellites that never rise or never set there have none. Times are good to a tenth of a
-/// second.
+/// second. They can be seen from `visibleAbove` degrees on.
 std::vector<SatellitePass> satellitePasses(SGP4::SatRec const& record, Coordinate place, Instant from,
-                                           Instant to);
+                                           Instant to, double visibleAbove = kVisibleAbove);
 
 }  // namespace nimbara
