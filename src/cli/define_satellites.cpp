@@ -36,7 +36,11 @@ class Definitions {
     command->add_option("--days", options_.days, "How far to look ahead")
         ->type_name("D")
         ->check(CLI::Range(1, kLongestForecastDays));
-    command->add_flag("--visible", options_.visible, "Only passes of lit satellites in a dark sky");
+    command->add_flag("--visible", options_.visible,
+                      "Only passes of which a part can be seen: lit, high enough, in a dark sky");
+    command->add_option("--above", options_.above, "From how many degrees on that is high enough; default 10")
+        ->type_name("DEGREES")
+        ->check(CLI::Range(0, 90));
   }
 
   void files() {

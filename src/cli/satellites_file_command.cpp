@@ -4,8 +4,10 @@
 #include "cli/satellites_commands.h"
 #include "globe/sgp4_batch.h"
 
-#include <chrono>
+#include <algorithm>
+#include <array>
 #include <cmath>
+#include <ctime>
 
 namespace nimbara {
 
@@ -125,20 +127,31 @@ std::string propagated(std::vector<SGP4::SatRec> const& records, std::vector<dou
   return out + (json ? "]\n" : "");
 }
 
-/// Nanoseconds that one of `count` propagations takes, the work repeated for a fifth of a second.
+double processorSeconds() {
+  return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
+}
+
+/// Nanoseconds of processor time that one of `count` propagations takes: the median of many short runs, so
+/// that what else the machine does falls out.
 template <class Work>
 double nanosecondsEach(std::size_t count, Work work) {
-  using Steady = std::chrono::steady_clock;
-  constexpr std::chrono::milliseconds kLongEnough{200};
+  constexpr int kRuns = 15;
+  constexpr double kLongEnough = 0.015;
   for (int i = 0; i < 3; ++i) work();
-  int rounds = 0;
-  auto const start = Steady::now();
-  do {
-    work();
-    ++rounds;
-  } while (Steady::now() - start < kLongEnough);
-  return std::chrono::duration<double, std::nano>(Steady::now() - start).count() / rounds /
-         static_cast<double>(count);
+  std::array<double, kRuns> nanoseconds{};
+  for (double& each : nanoseconds) {
+    int rounds = 0;
+    double const start = processorSeconds();
+    double taken = 0;
+    do {
+      work();
+      ++rounds;
+      taken = processorSeconds() - start;
+    } while (taken < kLongEnough);
+    each = taken * 1e9 / rounds / static_cast<double>(count);
+  }
+  std::ranges::nth_element(nanoseconds, nanoseconds.begin() + kRuns / 2);
+  return nanoseconds[kRuns / 2];
 }
 
 std::string shape(std::string_view name, double nanoseconds) {

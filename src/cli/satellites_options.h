@@ -1,9 +1,8 @@
 // What the satellites commands take.
 #pragma once
 
-#include "base/instant.h"
+#include "globe/satellite_passes.h"
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,6 +17,7 @@ struct SatellitesOptions {
   std::string place;
   int days = 3;
   bool visible = false;
+  double above = kVisibleAbove;  ///< degrees, from where on a satellite counts as seen
   std::string file;
   std::string minutes;
   std::string time;

@@ -169,6 +169,23 @@ TEST_F(SatelliteCommands, PassesTellOfLightDarknessAndClouds) {
   EXPECT_EQ(run({"satellites", "passes", "1,2", "--days", "0"}).exitCode, exitCode::kUsage);
 }
 
+TEST_F(SatelliteCommands, PassesTellWhatOfThemCanBeSeen) {
+  std::vector<std::string> const command{"satellites", "passes", "52.52,13.41", "--days", "5", "--json"};
+  auto const listed = [&](std::vector<std::string> const& more) {
+    auto words = command;
+    words.insert(words.end(), more.begin(), more.end());
+    return run(words).out;
+  };
+  std::string const all = listed({}), visible = listed({"--visible"});
+  EXPECT_THAT(all, HasSubstr(R"("visible":null)"));
+  EXPECT_THAT(visible, Not(HasSubstr(R"("visible":null)")));
+  EXPECT_THAT(visible, HasSubstr(R"("visible":{"from":"2026-11-21T15:4)"));
+  EXPECT_LT(listed({"--visible", "--above", "40"}).size(), visible.size());
+  EXPECT_EQ(listed({"--visible", "--above", "90"}), "[]\n");
+  EXPECT_THAT(run({"satellites", "passes", "52.52,13.41", "--visible"}).out, HasSubstr(", visible "));
+  EXPECT_EQ(run({"satellites", "passes", "1,2", "--above", "91"}).exitCode, exitCode::kUsage);
+}
+
 TEST_F(SatelliteCommands, OldElementsServeWithoutTheServer) {
   ASSERT_EQ(run({"satellites", "info", "HST"}).exitCode, 0);
   server.reset();
