@@ -140,7 +140,7 @@ void layerTick(benchmark::State& state) {
   Instant now = *parseIso8601("2026-11-21T12:00:00Z");
   for (auto _ : state) layer.propagateNow(now += std::chrono::seconds(1));
 }
-BENCHMARK(layerTick)->Unit(benchmark::kMicrosecond)->UseRealTime();
+BENCHMARK(layerTick)->Unit(benchmark::kMicrosecond)->MeasureProcessCPUTime()->UseRealTime();
 
 int registerKernels() {
   for (Kernel const kernel : runnableKernels()) {
