@@ -16,7 +16,7 @@ packages=(
   # tests, benchmarks, fuzzing
   dbus-daemon libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev
   # format and lint
-  clang-19 clang-format-19 clang-tidy-19 libclang-rt-19-dev
+  clang-19 clang-format-19 clang-tidy-22 libclang-rt-19-dev
 )
 
 # npm fetches the gazetteer's data; the machine may have one of its own.
