@@ -42,6 +42,17 @@ class NoNotificationCenter final : public NotificationCenter {
   void setListener(Listener) override {}
 };
 
+class NoTray final : public Tray {
+ public:
+  void show(TrayFace) override {}
+};
+
+class NoApplicationInstance final : public ApplicationInstance {
+ public:
+  InstanceStanding standing(std::chrono::milliseconds) override { return InstanceStanding::alone; }
+  void setListener(Listener) override {}
+};
+
 }  // namespace
 
 std::unique_ptr<LocationSource> desktopLocationSource(DesktopBuses const& options) {
@@ -61,6 +72,25 @@ std::unique_ptr<NotificationCenter> desktopNotificationCenter(DesktopBuses const
   DbusModule const* const module = dbusModule(options.program);
   if (module == nullptr) return std::make_unique<NoNotificationCenter>();
   return module->notificationCenter(options.sessionBus, soundsDirectory(options.program));
+}
+
+std::unique_ptr<Tray> desktopTray(DesktopBuses const& options, Tray::Listener listener) {
+  DbusModule const* const module = dbusModule(options.program);
+  if (module == nullptr) return std::make_unique<NoTray>();
+  return module->tray(options.sessionBus, std::move(listener));
+}
+
+std::unique_ptr<ApplicationInstance> desktopApplicationInstance(DesktopBuses const& options) {
+  DbusModule const* const module = dbusModule(options.program);
+  if (module == nullptr) return std::make_unique<NoApplicationInstance>();
+  return module->applicationInstance(options.sessionBus);
+}
+
+Result<void, std::string> callApplication(DesktopBuses const& options, ApplicationCall const& call,
+                                          std::chrono::milliseconds patience) {
+  DbusModule const* const module = dbusModule(options.program);
+  if (module == nullptr) return std::unexpected(kNoModule);
+  return module->callApplication(options.sessionBus, call, patience);
 }
 
 std::vector<DesktopServiceState> desktopServiceStates(DesktopBuses const& options) {

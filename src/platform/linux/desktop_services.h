@@ -2,10 +2,12 @@
 // program that is loaded with the first call and then stays.
 #pragma once
 
+#include "platform/application_instance.h"
 #include "platform/desktop_service_state.h"
 #include "platform/location_source.h"
 #include "platform/notification_center.h"
 #include "platform/power_and_network.h"
+#include "platform/tray.h"
 
 #include <filesystem>
 #include <memory>
@@ -29,6 +31,18 @@ std::unique_ptr<PowerAndNetwork> desktopPowerAndNetwork(DesktopBuses const& opti
 
 /// Never null: without module, bus or service nothing is authorized and nothing delivered.
 std::unique_ptr<NotificationCenter> desktopNotificationCenter(DesktopBuses const& options);
+
+/// Never null: without module or bus there is never a host.
+std::unique_ptr<Tray> desktopTray(DesktopBuses const& options, Tray::Listener listener);
+
+/// Asks for the program's name at once, on a thread of its own. Never null: without module or bus it is
+/// alone.
+std::unique_ptr<ApplicationInstance> desktopApplicationInstance(DesktopBuses const& options);
+
+/// Hands a call to the program that has the name; where nobody has, the bus starts the installed one. Waits
+/// no longer than `patience`. The error is a sentence without a full stop.
+Result<void, std::string> callApplication(DesktopBuses const& options, ApplicationCall const& call,
+                                          std::chrono::milliseconds patience);
 
 /// Empty without the module.
 std::vector<DesktopServiceState> desktopServiceStates(DesktopBuses const& options);

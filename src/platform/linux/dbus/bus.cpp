@@ -1,5 +1,7 @@
 #include "platform/linux/dbus/bus.h"
 
+#include "platform/linux/dbus/bus_address.h"
+
 #include <algorithm>
 #include <poll.h>
 #include <sys/eventfd.h>
@@ -7,12 +9,26 @@
 
 namespace nimbara {
 
+namespace {
+
+/// The library itself would wait a minute and a half for a bus that takes the connection and says nothing.
+void requireAnswer(std::string const& address) {
+  constexpr std::chrono::milliseconds kPatience{700};
+  if (!answersAt(address, kPatience)) {
+    throw sdbus::Error("org.freedesktop.DBus.Error.NoServer", "nobody answers at " + address);
+  }
+}
+
+}  // namespace
+
 std::unique_ptr<sdbus::IConnection> connectToBus(std::string const& address) {
+  requireAnswer(address.empty() ? systemBusAddress() : address);
   if (address.empty()) return sdbus::createSystemBusConnection();
   return sdbus::createSessionBusConnectionWithAddress(address);
 }
 
 std::unique_ptr<sdbus::IConnection> connectToSessionBus(std::string const& address) {
+  requireAnswer(address.empty() ? sessionBusAddress() : address);
   if (address.empty()) return sdbus::createSessionBusConnection();
   return sdbus::createSessionBusConnectionWithAddress(address);
 }

@@ -1,8 +1,10 @@
 #include "platform/linux/dbus/dbus_module.h"
 
+#include "platform/linux/dbus/bus_application.h"
 #include "platform/linux/dbus/desktop_notification_center.h"
 #include "platform/linux/dbus/geoclue_location_source.h"
 #include "platform/linux/dbus/service_states.h"
+#include "platform/linux/dbus/status_notifier_tray.h"
 #include "platform/linux/dbus/system_watch.h"
 
 extern "C" {
@@ -21,6 +23,13 @@ nimbara::DbusModule const nimbaraDbusModule{
        std::filesystem::path const& soundsDirectory) -> std::unique_ptr<nimbara::NotificationCenter> {
       return std::make_unique<nimbara::DesktopNotificationCenter>(sessionBus, soundsDirectory);
     },
+    [](std::string const& sessionBus, nimbara::Tray::Listener listener) -> std::unique_ptr<nimbara::Tray> {
+      return std::make_unique<nimbara::StatusNotifierTray>(sessionBus, std::move(listener));
+    },
+    [](std::string const& sessionBus) -> std::unique_ptr<nimbara::ApplicationInstance> {
+      return std::make_unique<nimbara::BusApplication>(sessionBus);
+    },
+    &nimbara::callApplicationOnBus,
     &nimbara::serviceStates,
 };
 }

@@ -1,10 +1,12 @@
 // What the module offers to the program that loads it. Both are built together; there is no other user.
 #pragma once
 
+#include "platform/application_instance.h"
 #include "platform/desktop_service_state.h"
 #include "platform/location_source.h"
 #include "platform/notification_center.h"
 #include "platform/power_and_network.h"
+#include "platform/tray.h"
 
 #include <filesystem>
 #include <memory>
@@ -19,6 +21,10 @@ struct DbusModule {
                                                       PowerAndNetwork::Listener listener);
   std::unique_ptr<NotificationCenter> (*notificationCenter)(std::string const& sessionBus,
                                                             std::filesystem::path const& soundsDirectory);
+  std::unique_ptr<Tray> (*tray)(std::string const& sessionBus, Tray::Listener listener);
+  std::unique_ptr<ApplicationInstance> (*applicationInstance)(std::string const& sessionBus);
+  Result<void, std::string> (*callApplication)(std::string const& sessionBus, ApplicationCall const& call,
+                                               std::chrono::milliseconds patience);
   std::vector<DesktopServiceState> (*serviceStates)(std::string const& systemBus,
                                                     std::string const& sessionBus);
 };
