@@ -1,10 +1,15 @@
 #include "base/text.h"
 #include "demo/demo_places.h"
 #include "demo/demo_process.h"
-#include "desktop/core/desktop_core.h"
+#include "desktop/core/process_end.h"
+#include "desktop/core/snapshot_box.h"
 #include "desktop/window/desktop_model.h"
+#include "desktop/window/desktop_shell.h"
 #include "desktop/window/desktop_window.h"
+#include "platform/application_id.h"
+#include "platform/linux/desktop_services.h"
 
+#include <QFontInfo>
 #include <QGuiApplication>
 #include <QTimer>
 #include <algorithm>
@@ -12,6 +17,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <malloc.h>
+#include <thread>
 
 namespace {
 
@@ -103,31 +109,92 @@ DesktopCommands commandsOf(DesktopCore& core, DesktopModel*& model) {
   return commands;
 }
 
-/// The core begins before the window's toolkit, so that the cached forecast is there when the window is.
-int run(Environment environment, DesktopOptions const& options, int& count, char** arguments) {
-  std::optional<Demo> demo;
-  if (options.demo) {
-    demo.emplace(environment, options.now);
-    if (!demo->server()) return fail(1, demo->server().error());
+/// What the first frame waits for the first snapshot, and the program's end for whoever does not end.
+constexpr std::chrono::milliseconds kFirstPatience{50};
+constexpr std::chrono::milliseconds kEndPatience{800};
+
+std::function<std::unique_ptr<Tray>(Tray::Listener)> trayMaker(DesktopBuses const& buses) {
+  return [buses](Tray::Listener listener) { return desktopTray(buses, std::move(listener)); };
+}
+
+/// The token by which a launcher lets this start take the focus.
+std::string activationToken() {
+  for (char const* const name : {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"}) {
+    if (char const* const token = std::getenv(name); token != nullptr && *token != 0) return token;
   }
-  QGuiApplication::setApplicationName(QStringLiteral("Nimbara"));
-  QGuiApplication::setDesktopFileName(QStringLiteral("nimbara"));
-  QGuiApplication application(count, arguments);
+  return {};
+}
+
+/// This start's place beside others of the same user.
+class Start {
+ public:
+  /// How long the window waits for the bus before it opens without.
+  static constexpr std::chrono::milliseconds kBusPatience{300};
+  static constexpr std::chrono::milliseconds kCallPatience{2000};
+
+  Start(Environment const& environment, DesktopOptions const& options)
+      : buses_{environment.program, {}, {}}, token_(activationToken()) {
+    if (!options.isApart()) instance_ = desktopApplicationInstance(buses_);
+  }
+
+  /// True when the window that is open already has taken the arguments.
+  bool isHandedOver(std::vector<std::string> arguments) const {
+    if (!instance_ || instance_->standing(kBusPatience) != InstanceStanding::second) return false;
+    return callApplication(buses_, {"start", std::move(arguments), token_}, kCallPatience).has_value();
+  }
+
+  void listen(DesktopShell& shell) const {
+    if (instance_) instance_->setListener([&shell](ApplicationCall const& call) { shell.receive(call); });
+  }
+  void end() { instance_.reset(); }
+  DesktopBuses const& buses() const { return buses_; }
+
+ private:
+  DesktopBuses buses_;
+  std::string token_;
+  std::unique_ptr<ApplicationInstance> instance_;
+};
+
+/// What the first frame can do without.
+void beginTheRest(DesktopCore& core, DesktopShell& shell) {
+  core.followSystem([](std::string const& sentence) { std::ignore = fail(0, sentence); });
+  shell.begin();
+}
+
+int showWindow(QGuiApplication& application, Environment const& environment, DesktopOptions const& options,
+               Demo* demo, Start& start) {
   DesktopModel* model = nullptr;
-  std::string const services = demo ? demo->server()->baseUrl() : options.services;
-  DesktopCore core(environment, {services, options.now, demo ? Demo::places() : std::vector<SavedPlace>()},
-                   [&model](std::shared_ptr<DesktopSnapshot const> snapshot) {
-                     QMetaObject::invokeMethod(
-                         qApp, [&model, snapshot = std::move(snapshot)] { model->show(snapshot); },
-                         Qt::QueuedConnection);
-                   });
+  SnapshotBox box([&] {
+    QMetaObject::invokeMethod(
+        qApp,
+        [&] {
+          if (auto snapshot = box.take(); snapshot && model != nullptr) model->show(std::move(snapshot));
+        },
+        Qt::QueuedConnection);
+  });
+  std::string const services = demo != nullptr ? demo->server()->baseUrl() : options.services;
+  auto const places = demo != nullptr ? Demo::places() : std::vector<SavedPlace>();
+  DesktopCore core(environment, {services, options.now, places, options.place},
+                   [&box](SnapshotBox::Snapshot snapshot) { box.put(std::move(snapshot)); });
   DesktopModel shown({core.wording(), core.standIn(), [&core] { return core.clock().now(); }},
                      commandsOf(core, model));
+  // The kept forecast is there within milliseconds; the pages are made with it and not once more.
+  if (auto first = box.take(kFirstPatience)) shown.show(std::move(first));
   model = &shown;
   DesktopWindow window(shown, options);
   if (window.window() == nullptr) return fail(1, "the window's pages cannot be loaded");
   std::optional<Photographer> photographer;
   if (!options.screenshot.empty()) photographer.emplace(shown, window, options.screenshot);
+  DesktopShell shell(shown, *window.window(), {trayMaker(start.buses()), [&core](std::string const& place) {
+                                                 core.choosePlace(place);
+                                               }});
+  start.listen(shell);
+  QObject::connect(
+      window.window(), &QQuickWindow::frameSwapped, &shell,
+      [&] {
+        if (!options.isApart()) beginTheRest(core, shell);
+      },
+      static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
   QObject::connect(
       &application, &QGuiApplication::applicationStateChanged,
       [&core](Qt::ApplicationState state) { core.setForeground(state == Qt::ApplicationActive); });
@@ -136,7 +203,28 @@ int run(Environment environment, DesktopOptions const& options, int& count, char
     if (window.window()->isExposed()) shown.tick();
   });
   minute.start(std::chrono::minutes(1));
-  return QGuiApplication::exec();
+  if (options.refresh) core.refresh();
+  int const code = QGuiApplication::exec();
+  endWithin(kEndPatience, code);
+  start.end();
+  return code;
+}
+
+int run(Environment environment, DesktopOptions const& options, int& count, char** arguments) {
+  Start start(environment, options);
+  std::optional<Demo> demo;
+  if (options.demo) {
+    demo.emplace(environment, options.now);
+    if (!demo->server()) return fail(1, demo->server().error());
+  }
+  QGuiApplication::setApplicationName(QString::fromLatin1(kApplicationName));
+  QGuiApplication::setDesktopFileName(QString::fromLatin1(kApplicationId));
+  std::vector<std::string> const given(arguments + 1, arguments + count);
+  QGuiApplication application(count, arguments);
+  // Finding the fonts takes the toolkit as long as reading a page; both at once.
+  std::jthread const fonts([] { std::ignore = QFontInfo(QGuiApplication::font()).family(); });
+  if (start.isHandedOver(given)) return 0;
+  return showWindow(application, environment, options, demo ? &*demo : nullptr, start);
 }
 
 }  // namespace

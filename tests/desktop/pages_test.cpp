@@ -106,6 +106,7 @@ TEST_P(Pages, AreDrawnWithoutAComplaint) {
       model.show(GetParam().snapshot());
       DesktopWindow const window(model, optionsOf(page, theme, size));
       ASSERT_NE(window.window(), nullptr);
+      ASSERT_TRUE(QTest::qWaitFor([&] { return window.window()->property("hasDrawn").toBool(); }));
       QImage const picture = window.window()->grabWindow();
       EXPECT_EQ(picture.width(), size.width);
       EXPECT_GT(colourCount(picture), 10) << enumName(page);

@@ -4,6 +4,9 @@
 #include "app/scheduler.h"
 #include "app/settings_registry.h"
 #include "app/unit_settings.h"
+#include "base/text.h"
+#include "model/weather_cache.h"
+#include "platform/linux/desktop_services.h"
 
 #include <random>
 
@@ -40,10 +43,22 @@ std::optional<Place> selectedOf(PlaceList const& list) {
   return place == nullptr ? std::nullopt : std::optional(*place);
 }
 
+/// By its identifier, its name, the key that notifications know it by, or a coordinate within it.
+SavedPlace const* savedPlaceMeant(PlaceList const& list, std::string_view text) {
+  if (SavedPlace const* const named = list.find(text)) return named;
+  auto const tagged = std::ranges::find(list.places, text,
+                                        [](SavedPlace const& saved) { return cacheKey(saved.coordinate); });
+  if (tagged != list.places.end()) return &*tagged;
+  auto const wanted = resolvePlace(text, list);
+  Place const* const place = wanted ? std::get_if<Place>(&*wanted) : nullptr;
+  return place == nullptr ? nullptr : list.findNear(place->coordinate);
+}
+
 }  // namespace
 
 DesktopCore::DesktopCore(Environment const& environment, Options options, Listener listener)
-    : clock_(clockFrom(options.now)),
+    : program_(environment.program),
+      clock_(clockFrom(options.now)),
       store_(environment.dataDirectory, settingsRegistry()),
       settings_(store_.settings().settings),
       wording_(wordingOf(settings_, environment)),
@@ -60,7 +75,8 @@ DesktopCore::DesktopCore(Environment const& environment, Options options, Listen
       commands_(1),
       state_(composition_.forecasts(), composition_.providers(), composition_.cache(), *clock_, work_,
              surroundings()) {
-  commands_.run([this, places = std::move(options.places)](std::stop_token const&) { begin(places); });
+  commands_.run([this, places = std::move(options.places),
+                 place = std::move(options.place)](std::stop_token const&) { begin(places, place); });
   scheduler_ =
       std::jthread([this](std::stop_token const& stop) { runScheduler(state_, timer_, *clock_, stop); });
   follower_ = std::jthread([this](std::stop_token const& stop) { followStore(stop); });
@@ -70,6 +86,7 @@ DesktopCore::~DesktopCore() {
   follower_ = {};
   scheduler_ = {};
   commands_.stop();
+  system_.reset();
   work_.stop();
 }
 
@@ -99,7 +116,8 @@ AppState::Surroundings DesktopCore::surroundings() {
 }
 
 /// The selected place first: it is what the window waits for.
-void DesktopCore::begin(std::vector<SavedPlace> const& places) {
+void DesktopCore::begin(std::vector<SavedPlace> const& places, std::string const& place) {
+  readSettings();
   readPlaces();
   bool const isEmpty = [this] {
     std::lock_guard const lock(mutex_);
@@ -107,10 +125,11 @@ void DesktopCore::begin(std::vector<SavedPlace> const& places) {
   }();
   if (isEmpty && !places.empty()) {
     change([&places](PlaceList& list) -> PlaceResult {
-      for (SavedPlace const& place : places) std::ignore = nimbara::addPlace(list, place);
+      for (SavedPlace const& saved : places) std::ignore = nimbara::addPlace(list, saved);
       return {};
     });
   } else {
+    if (!place.empty()) select(place);
     showSelected(RefreshTrigger::start);
   }
   readAllKept();
@@ -118,7 +137,10 @@ void DesktopCore::begin(std::vector<SavedPlace> const& places) {
 }
 
 void DesktopCore::readPlaces() {
-  auto list = places_.list();
+  keep(places_.list());
+}
+
+void DesktopCore::keep(Result<PlaceList, StoreError> list) {
   std::lock_guard const lock(mutex_);
   problem_ = list ? std::string() : list.error().message;
   if (list) list_ = std::move(*list);
@@ -132,6 +154,7 @@ void DesktopCore::showSelected(RefreshTrigger trigger) {
   if (trigger == RefreshTrigger::start || place != state_.selectedPlace()) {
     state_.selectPlace(place, trigger);
   }
+  hasBegun_ = true;
   publish();
 }
 
@@ -152,6 +175,7 @@ void DesktopCore::readAllKept() {
 }
 
 void DesktopCore::publish() {
+  if (!hasBegun_) return;
   auto snapshot = std::make_shared<DesktopSnapshot>();
   snapshot->weather = state_.weather();
   snapshot->place = state_.selectedPlace();
@@ -160,17 +184,27 @@ void DesktopCore::publish() {
     snapshot->places = list_;
     snapshot->kept = kept_;
     snapshot->problem = problem_;
+    snapshot->closesToTray = closesToTray_;
   }
   listener_(std::move(snapshot));
 }
 
+void DesktopCore::readSettings() {
+  bool const closesToTray = store_.settings().settings.boolean("desktop_closeToTray");
+  std::lock_guard const lock(mutex_);
+  closesToTray_ = closesToTray;
+}
+
+void DesktopCore::select(std::string const& text) {
+  keep(places_.change([&text](PlaceList& list) -> PlaceResult {
+    SavedPlace const* const place = savedPlaceMeant(list, text);
+    if (place == nullptr) return std::unexpected("no saved place is called " + oneLine(text));
+    return nimbara::selectPlace(list, place->id);
+  }));
+}
+
 void DesktopCore::change(std::function<PlaceResult(PlaceList&)> const& apply) {
-  auto list = places_.change(apply);
-  {
-    std::lock_guard const lock(mutex_);
-    problem_ = list ? std::string() : list.error().message;
-    if (list) list_ = std::move(*list);
-  }
+  keep(places_.change(apply));
   showSelected(RefreshTrigger::placeChosen);
   timer_.wake();
 }
@@ -181,6 +215,7 @@ void DesktopCore::followStore(std::stop_token const& stop) {
   if (!watch) return;  // changes of others show at the next start
   while ((*watch)->wait(stop) == WaitOutcome::changed) {
     commands_.run([this](std::stop_token const&) {
+      readSettings();
       readPlaces();
       showSelected(RefreshTrigger::placeChosen);
     });
@@ -198,6 +233,26 @@ void DesktopCore::setForeground(bool isForeground) {
 void DesktopCore::selectPlace(Uuid id) {
   commands_.run([this, id](std::stop_token const&) {
     change([&id](PlaceList& list) { return nimbara::selectPlace(list, id); });
+  });
+}
+
+void DesktopCore::choosePlace(std::string text) {
+  commands_.run([this, text = std::move(text)](std::stop_token const&) {
+    select(text);
+    showSelected(RefreshTrigger::placeChosen);
+    timer_.wake();
+  });
+}
+
+void DesktopCore::followSystem(std::function<void(std::string const&)> missing) {
+  commands_.run([this, missing = std::move(missing)](std::stop_token const&) {
+    if (system_) return;
+    system_ = desktopPowerAndNetwork({program_, {}, {}}, [this](SystemEvent event) {
+      state_.wokeUp(event == SystemEvent::resumed ? RefreshTrigger::resumed
+                                                  : RefreshTrigger::networkReturned);
+      timer_.wake();
+    });
+    for (std::string const& sentence : system_->missing()) missing(sentence);
   });
 }
 

@@ -11,7 +11,9 @@
 #include "desktop/views/places_view.h"
 #include "platform/linux/sqlite_settings_store.h"
 #include "platform/linux/timerfd_wake_timer.h"
+#include "platform/power_and_network.h"
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -28,7 +30,8 @@ struct DesktopSnapshot {
   std::optional<Place> place;
   PlaceList places;
   KeptForecasts kept;
-  std::string problem;  ///< why places or settings could not be read or changed; empty when they could
+  bool closesToTray = true;  ///< where there is a tray
+  std::string problem;       ///< why places or settings could not be read or changed; empty when they could
 };
 
 class DesktopCore {
@@ -37,6 +40,7 @@ class DesktopCore {
     std::string services;  ///< stands in for the services; empty for the services themselves
     std::optional<Instant> now;
     std::vector<SavedPlace> places;  ///< saved when there are none
+    std::string place;               ///< selected at the start, as by `choosePlace`; may be empty
   };
   using Listener = std::function<void(std::shared_ptr<DesktopSnapshot const>)>;
   using SearchListener = std::function<void(std::vector<FoundPlace>)>;
@@ -49,6 +53,8 @@ class DesktopCore {
   void refresh();
   void setForeground(bool isForeground);
   void selectPlace(Uuid id);
+  /// The saved place by its name, identifier or coordinate.
+  void choosePlace(std::string text);
   void addPlace(SavedPlace place);
   void removePlace(Uuid id);
   /// `position` counts from one.
@@ -56,21 +62,29 @@ class DesktopCore {
   /// Cities of the gazetteer. The listener is called on a thread of the core's own.
   void search(std::string text, SearchListener found);
 
+  /// From now on the return from sleep and of the network refreshes at once. What cannot be noticed is told
+  /// to `missing`, a sentence each, on a thread of the core's own.
+  void followSystem(std::function<void(std::string const&)> missing);
+
   Clock const& clock() const { return *clock_; }
   Wording const& wording() const { return wording_; }
   std::string const& standIn() const { return composition_.services().standIn(); }
 
  private:
   AppState::Surroundings surroundings();
-  void begin(std::vector<SavedPlace> const& places);
+  void begin(std::vector<SavedPlace> const& places, std::string const& place);
+  void readSettings();
   void change(std::function<PlaceResult(PlaceList&)> const& apply);
+  void select(std::string const& text);
   void readPlaces();
+  void keep(Result<PlaceList, StoreError> list);
   void showSelected(RefreshTrigger trigger);
   void readKept(Uuid id, Place const& place);
   void readAllKept();
   void publish();
   void followStore(std::stop_token const& stop);
 
+  std::filesystem::path program_;
   std::unique_ptr<Clock> clock_;
   SqliteSettingsStore store_;
   Settings settings_;
@@ -80,14 +94,18 @@ class DesktopCore {
   Composition composition_;
   TimerfdWakeTimer timer_;
 
-  std::mutex mutex_;  // guards the three below
+  std::mutex mutex_;  // guards the four below
   PlaceList list_;
   KeptForecasts kept_;
   std::string problem_;
+  bool closesToTray_ = true;
+
+  std::atomic<bool> hasBegun_ = false;  // the selected place is known: there is something to publish
 
   ThreadPool work_;      // refreshes
   ThreadPool commands_;  // what the user asks for, one after the other
   AppState state_;
+  std::unique_ptr<PowerAndNetwork> system_;  // made by a command
   std::jthread scheduler_;
   std::jthread follower_;
 };

@@ -29,6 +29,8 @@ void define(CLI::App& app, DesktopOptions& options, RawDesktopOptions& raw) {
       ->type_name("URL");
   app.add_option("--now", raw.now, "Take this moment for now, like 2026-11-21T09:20:00Z")->type_name("TIME");
   app.add_option("--page", raw.page, "The page to begin with")->check(CLI::IsMember(casesOf<DesktopPage>()));
+  app.add_option("--place", options.place, "The saved place to show")->type_name("PLACE");
+  app.add_flag("--refresh", options.refresh, "Ask the services now");
   app.add_option("--theme", raw.theme, "The colours; the desktop's own by default")
       ->check(CLI::IsMember(casesOf<DesktopTheme>()));
   app.add_option("--size", raw.size, "Of the window, like 1280x800")->type_name("WxH");
@@ -44,10 +46,10 @@ Result<void, std::string> understand(DesktopOptions& options, RawDesktopOptions 
   if (!raw.size.empty()) {
     auto const size = parseWindowSize(raw.size);
     if (!size) return std::unexpected("no size like 1280x800: '" + raw.size + "'");
-    options.size = *size;
+    options.size = size;
   }
-  options.page = enumFromName<DesktopPage>(raw.page).value_or(options.page);
-  options.theme = enumFromName<DesktopTheme>(raw.theme).value_or(options.theme);
+  options.page = enumFromName<DesktopPage>(raw.page);
+  options.theme = enumFromName<DesktopTheme>(raw.theme);
   return {};
 }
 

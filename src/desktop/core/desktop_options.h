@@ -34,10 +34,15 @@ struct DesktopOptions {
   bool demo = false;
   std::string services;  ///< empty for the services' own hosts
   std::optional<Instant> now;
-  DesktopPage page = DesktopPage::now;
-  DesktopTheme theme = DesktopTheme::system;
-  WindowSize size;
+  std::optional<DesktopPage> page;
+  std::optional<DesktopTheme> theme;
+  std::optional<WindowSize> size;
+  std::string place;  ///< a saved one to select: its name, identifier or coordinate
+  bool refresh = false;
   std::string screenshot;  ///< the file of the one picture that is asked for; empty for a window
+
+  /// A run that has nothing to do with a window that is open already.
+  bool isApart() const { return demo || now || !services.empty() || !screenshot.empty(); }
 };
 
 /// Help and version (exit code 0) or a mistake (2, a sentence that names the offending word).

@@ -1,6 +1,6 @@
 // The next 24 hours, or the hours of one day, side by side.
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import NimbaraPages
 
 Card {
@@ -27,7 +27,7 @@ Card {
             border.width: list.activeFocus ? 2 : 0
             border.color: Theme.accent
         }
-        ScrollBar.horizontal: ScrollBar { policy: ScrollBar.AsNeeded }
+        T.ScrollBar.horizontal: ThinBar {}
         Accessible.role: Accessible.List
         Accessible.name: strip.title
 

@@ -1,10 +1,8 @@
 // The window: the pages and the way between them, at the side of a wide window and below in a narrow one.
 import QtQuick
-import QtQuick.Controls.Basic
-import QtQuick.Layouts
 import NimbaraPages
 
-ApplicationWindow {
+Window {
     id: window
 
     property string page: "now"
@@ -19,6 +17,14 @@ ApplicationWindow {
     readonly property int shownPages: isWide || pages.length <= 5 ? pages.length : 4
     readonly property var otherPages: pages.slice(shownPages)
     readonly property bool wantsPlace: app.isReady && !app.now.hasPlace
+
+    // The first frame has been shown.
+    property bool hasDrawn: false
+    Connections {
+        target: window
+        enabled: !window.hasDrawn
+        function onFrameSwapped() { Qt.callLater(() => window.hasDrawn = true) }
+    }
 
     visible: true
     minimumWidth: 360
@@ -52,115 +58,97 @@ ApplicationWindow {
         }
     }
 
-    GridLayout {
-        anchors.fill: parent
-        columns: window.isWide ? 2 : 1
-        rowSpacing: 0
-        columnSpacing: 0
+    Rectangle {
+        id: bar
+        readonly property real thickness: (window.isWide ? 92 : 64) * Theme.scale
+        anchors.left: parent.left
+        anchors.bottom: parent.bottom
+        width: window.isWide ? thickness : parent.width
+        height: window.isWide ? parent.height : thickness
+        color: Theme.card
 
-        Rectangle {
-            Layout.row: window.isWide ? 0 : 1
-            Layout.column: 0
-            Layout.fillHeight: window.isWide
-            Layout.fillWidth: !window.isWide
-            Layout.preferredWidth: window.isWide ? 92 * Theme.scale : -1
-            Layout.preferredHeight: window.isWide ? -1 : 64 * Theme.scale
-            color: Theme.card
-
-            Grid {
-                id: navigation
-                anchors.centerIn: window.isWide ? undefined : parent
-                anchors.horizontalCenter: parent.horizontalCenter
-                y: window.isWide ? 2 * Theme.space : 0
-                columns: window.isWide ? 1 : window.shownPages + 1
-                spacing: Theme.space
-                readonly property int slots: window.shownPages + (window.otherPages.length > 0 ? 1 : 0)
-                readonly property real slot: window.isWide
-                    ? 84 * Theme.scale
-                    : Math.min(132 * Theme.scale, window.width / slots - Theme.space)
-
-                Repeater {
-                    model: window.pages.slice(0, window.shownPages)
-
-                    NavButton {
-                        required property var modelData
-                        width: navigation.slot
-                        sky: modelData.sky
-                        sign: modelData.sign
-                        text: modelData.title
-                        checked: window.page === modelData.name
-                        onClicked: window.page = modelData.name
-                    }
-                }
-
-                NavButton {
-                    id: others
-                    visible: window.otherPages.length > 0
-                    width: navigation.slot
-                    sign: "others"
-                    text: app.words.otherPages
-                    checked: window.otherPages.some(page => page.name === window.page)
-                    onClicked: otherPages.open()
-                }
-            }
-        }
-
-        Item {
-            Layout.row: 0
-            Layout.column: window.isWide ? 1 : 0
-            Layout.fillWidth: true
-            Layout.fillHeight: true
-            clip: true
-
-            component Page: Loader {
-                property string name
-                readonly property bool isShown: window.page === name
-                property bool wasShown: false
-                anchors.fill: parent
-                active: isShown || wasShown
-                onIsShownChanged: if (isShown) wasShown = true
-                visible: isShown || opacity > 0
-                enabled: isShown
-                opacity: isShown ? 1 : 0
-                Behavior on opacity { NumberAnimation { duration: Theme.quick } }
-            }
-
-            Page { name: "now"; sourceComponent: NowPage {} }
-            Page { name: "hours"; sourceComponent: HoursPage {} }
-            Page { id: places; name: "places"; sourceComponent: PlacesPage { onChosen: window.page = "now" } }
-        }
-    }
-
-    Popup {
-        id: otherPages
-        x: window.width - width - Theme.space
-        y: window.height - height - 72 * Theme.scale
-        modal: true
-        padding: Theme.space
-        background: Rectangle {
-            radius: Theme.radius
-            color: Theme.card
-            border.color: Theme.outline
-        }
-        contentItem: Column {
+        Grid {
+            id: navigation
+            anchors.centerIn: window.isWide ? undefined : parent
+            anchors.horizontalCenter: parent.horizontalCenter
+            y: window.isWide ? 2 * Theme.space : 0
+            columns: window.isWide ? 1 : window.shownPages + 1
             spacing: Theme.space
+            readonly property int slots: window.shownPages + (window.otherPages.length > 0 ? 1 : 0)
+            readonly property real slot: window.isWide
+                ? 84 * Theme.scale
+                : Math.min(132 * Theme.scale, window.width / slots - Theme.space)
 
             Repeater {
-                model: window.otherPages
+                model: window.pages.slice(0, window.shownPages)
 
                 NavButton {
                     required property var modelData
-                    width: 132 * Theme.scale
+                    width: navigation.slot
                     sky: modelData.sky
                     sign: modelData.sign
                     text: modelData.title
                     checked: window.page === modelData.name
-                    onClicked: {
-                        window.page = modelData.name;
-                        otherPages.close();
-                    }
+                    onClicked: window.page = modelData.name
                 }
             }
+
+            NavButton {
+                id: others
+                visible: window.otherPages.length > 0
+                width: navigation.slot
+                sign: "others"
+                text: app.words.otherPages
+                checked: window.otherPages.some(page => page.name === window.page)
+                onClicked: {
+                    otherPages.active = true;
+                    otherPages.item.open();
+                }
+            }
+        }
+    }
+
+    Item {
+        anchors.top: parent.top
+        anchors.right: parent.right
+        width: window.isWide ? parent.width - bar.thickness : parent.width
+        height: window.isWide ? parent.height : parent.height - bar.thickness
+        clip: true
+
+        // Named by its file: a page's type is not even read before the page is first shown.
+        component Page: Loader {
+            required property string name
+            required property string file
+            readonly property bool isShown: window.page === name
+            property bool wasShown: false
+            anchors.fill: parent
+            active: isShown || wasShown
+            source: file
+            onIsShownChanged: if (isShown) wasShown = true
+            visible: isShown || opacity > 0
+            enabled: isShown
+            opacity: isShown ? 1 : 0
+            Behavior on opacity { NumberAnimation { duration: Theme.quick } }
+        }
+
+        Page { name: "now"; file: "NowPage.qml" }
+        Page { name: "hours"; file: "HoursPage.qml" }
+        Page { id: places; name: "places"; file: "PlacesPage.qml" }
+        Connections {
+            target: places.item
+            function onChosen() { window.page = "now" }
+        }
+    }
+
+    Loader {
+        id: otherPages
+        active: false
+        source: "OtherPages.qml"
+        Binding { target: otherPages.item; property: "pages"; value: window.otherPages }
+        Binding { target: otherPages.item; property: "page"; value: window.page }
+        Connections {
+            target: otherPages.item
+            function onChosen(name) { window.page = name }
         }
     }
 }

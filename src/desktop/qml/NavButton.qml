@@ -1,9 +1,9 @@
 // A way to a page: a picture above its name.
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import NimbaraPages
 
-AbstractButton {
+T.AbstractButton {
     id: button
 
     property string sky

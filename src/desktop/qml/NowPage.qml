@@ -147,9 +147,10 @@ ScrollPage {
         }
     }
 
-    AlertPager {
-        visible: count > 0
+    Loader {
+        visible: app.alerts.count > 0
         width: page.inner
+        source: visible ? "AlertPager.qml" : ""
     }
 
     HourStrip {
@@ -157,22 +158,16 @@ ScrollPage {
         width: page.inner
     }
 
-    Grid {
-        id: tiles
-        width: page.inner
+    Later {
         visible: app.tiles.count > 0
-        readonly property int most: Math.max(2, Math.min(4, Math.floor(width / 190)))
-        columns: most
-        spacing: 2 * Theme.space
-        Repeater {
-            model: app.tiles
-            DetailTile { width: (tiles.width - (tiles.columns - 1) * tiles.spacing) / tiles.columns }
-        }
+        width: page.inner
+        file: "DetailTiles.qml"
     }
 
-    SkyCards {
+    Later {
         visible: app.now.hasWeather
         width: page.inner
+        file: "SkyCards.qml"
     }
 
     Text {

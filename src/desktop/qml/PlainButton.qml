@@ -1,15 +1,16 @@
 // A button of text or of a sign.
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import NimbaraPages
 
-Button {
+T.Button {
     id: button
 
     property color ink: Theme.accent
     property string explanation: text
     property string sign
 
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: Math.max(36, 36 * Theme.scale)
     leftPadding: sign !== "" ? 9 : 12
     rightPadding: leftPadding

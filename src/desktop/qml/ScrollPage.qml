@@ -1,6 +1,6 @@
 // A page that scrolls when its content is taller than the window, with the arrow keys as well.
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import NimbaraPages
 
 Flickable {
@@ -15,7 +15,7 @@ Flickable {
     contentHeight: column.height + 2 * margin
     boundsBehavior: Flickable.StopAtBounds
     activeFocusOnTab: false
-    ScrollBar.vertical: ScrollBar {}
+    T.ScrollBar.vertical: ThinBar {}
 
     function reveal(item) {
         if (!item)

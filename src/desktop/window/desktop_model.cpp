@@ -111,6 +111,11 @@ void DesktopModel::showWeather() {
   Q_EMIT shown();
 }
 
+TrayView DesktopModel::tray() const {
+  ViewContext const view = context();
+  return trayView(nowView(*snapshot_->weather, snapshot_->place, view), view);
+}
+
 void DesktopModel::setOpenDay(int day) {
   if (openDay_ == day) return;
   openDay_ = day;

@@ -4,6 +4,7 @@
 
 #include "desktop/core/desktop_core.h"
 #include "desktop/views/hours_view.h"
+#include "desktop/views/tray_view.h"
 #include "desktop/window/view_models.h"
 
 #include <QObject>
@@ -72,6 +73,8 @@ class DesktopModel : public QObject {
   /// A first snapshot has come.
   bool isReady() const { return isReady_; }
   bool hasSettled() const { return isReady_ && !snapshot_->weather->isLoading; }
+  TrayView tray() const;
+  bool closesToTray() const { return snapshot_->closesToTray; }
   int openDay() const { return openDay_; }
   /// -1 closes it.
   void setOpenDay(int day);

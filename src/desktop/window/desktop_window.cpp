@@ -31,14 +31,16 @@ void registerItems() {
 
 DesktopWindow::DesktopWindow(DesktopModel& model, DesktopOptions const& options) {
   registerItems();
+  WindowSize const size = options.size.value_or(WindowSize());
   engine_.addImportPath(QStringLiteral(":/pages"));
   engine_.addImageProvider(QStringLiteral("sky"), new ConditionPictures);
   engine_.addImageProvider(QStringLiteral("sign"), new LineSigns);
   engine_.rootContext()->setContextProperty(QStringLiteral("app"), &model);
-  engine_.setInitialProperties({{QStringLiteral("page"), viewName(enumName(options.page))},
-                                {QStringLiteral("theme"), viewName(enumName(options.theme))},
-                                {QStringLiteral("width"), options.size.width},
-                                {QStringLiteral("height"), options.size.height}});
+  engine_.setInitialProperties(
+      {{QStringLiteral("page"), viewName(enumName(options.page.value_or(DesktopPage::now)))},
+       {QStringLiteral("theme"), viewName(enumName(options.theme.value_or(DesktopTheme::system)))},
+       {QStringLiteral("width"), size.width},
+       {QStringLiteral("height"), size.height}});
   engine_.load(QUrl(QStringLiteral("qrc:/pages/NimbaraPages/Main.qml")));
   if (!engine_.rootObjects().isEmpty()) window_ = qobject_cast<QQuickWindow*>(engine_.rootObjects().front());
 }

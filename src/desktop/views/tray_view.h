@@ -1,0 +1,31 @@
+// The tray's picture, line and menu as display values. Pure, of the page of the present.
+#pragma once
+
+#include "desktop/views/now_view.h"
+#include "platform/tray.h"
+
+#include <string>
+#include <vector>
+
+namespace nimbara {
+
+/// The menu's keys.
+inline constexpr char kTrayShow[] = "show";
+inline constexpr char kTrayRefresh[] = "refresh";
+inline constexpr char kTrayQuit[] = "quit";
+
+struct TrayView {
+  std::string temperature;  ///< "14°"; empty when nobody knows it
+  std::string sky;          ///< the picture in its place
+  bool isDay = true;
+  std::string skyTop;  ///< colours behind it
+  std::string skyBottom;
+  std::string summary;  ///< one line
+  std::vector<TrayMenuItem> menu;
+
+  bool operator==(TrayView const&) const = default;
+};
+
+TrayView trayView(NowView const& now, ViewContext const& context);
+
+}  // namespace nimbara

@@ -1,0 +1,121 @@
+#include "app/settings_registry.h"
+#include "desktop/core/snapshot_box.h"
+#include "states.h"
+#include "support/temporary_folder.h"
+
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+
+namespace nimbara {
+namespace {
+
+using namespace nimbara::test;
+using std::chrono::seconds;
+
+constexpr seconds kLong{20};
+
+/// A user's folders with two places, the second one selected, and a kept forecast of each.
+struct Core : testing::Test {
+  Core() {
+    environment.program = NIMBARA_PROGRAM;
+    environment.dataDirectory = folder.path() / "data";
+    environment.cacheDirectory = folder.path() / "cache";
+    SqliteSettingsStore store(environment.dataDirectory, settingsRegistry());
+    auto const saved = Places(store).change([](PlaceList& list) -> PlaceResult {
+      std::ignore = addPlace(list, savedPlace("Oslo", {59.91, 10.75}));
+      std::ignore = addPlace(list, savedPlace("Quito", {-0.18, -78.47}));
+      return selectPlace(list, list.places[1].id);
+    });
+    EXPECT_TRUE(saved);
+    FixedClock const clock(kNow);
+    WeatherCache cache(environment.cacheDirectory, clock, WeatherCache::Source::standIn);
+    for (Coordinate const place : {Coordinate{59.91, 10.75}, Coordinate{-0.18, -78.47}}) {
+      cache.store(cacheKey(place), {kNow, mildWeek(), {}, WeatherProviderOption::openMeteo, {}});
+    }
+  }
+
+  /// Nobody listens at the services' address.
+  std::unique_ptr<DesktopCore> start(std::string place = {}) {
+    return std::make_unique<DesktopCore>(
+        environment, DesktopCore::Options{"http://127.0.0.1:9", kNow, {}, std::move(place)},
+        [this](SnapshotBox::Snapshot snapshot) {
+          if (!first) first = snapshot;
+          box.put(std::move(snapshot));
+        });
+  }
+  /// Takes snapshots until one is as wanted.
+  SnapshotBox::Snapshot waitFor(std::function<bool(DesktopSnapshot const&)> const& isWanted) {
+    while (auto snapshot = box.take(kLong)) {
+      if (isWanted(*snapshot)) return snapshot;
+    }
+    return nullptr;
+  }
+  static std::string nameOf(DesktopSnapshot const& snapshot) {
+    return snapshot.place ? snapshot.place->name : "";
+  }
+
+  TemporaryFolder folder;
+  Environment environment;
+  SnapshotBox::Snapshot first;
+  SnapshotBox box{[] {}};
+};
+
+TEST_F(Core, TheFirstSnapshotHasTheKeptForecast) {
+  auto const core = start();
+  ASSERT_TRUE(waitFor([](DesktopSnapshot const&) { return true; }));
+  EXPECT_EQ(nameOf(*first), "Quito");
+  ASSERT_TRUE(first->weather->weatherData);
+  EXPECT_EQ(first->weather->weatherData->daily.size(), mildWeek().daily.size());
+}
+
+TEST_F(Core, TheFirstSnapshotIsOfThePlaceThatWasAskedFor) {
+  auto const core = start("oslo");
+  ASSERT_TRUE(waitFor([](DesktopSnapshot const&) { return true; }));
+  EXPECT_EQ(nameOf(*first), "Oslo");
+  EXPECT_TRUE(first->weather->weatherData);
+}
+
+TEST_F(Core, ChoosesAPlaceByWhatItIsCalled) {
+  auto const core = start();
+  std::string const id = savedPlace("Oslo", {}).id.text();
+  for (std::string const& text : {std::string("OSLO"), id, std::string("59.91,10.75")}) {
+    core->choosePlace("Quito");
+    ASSERT_TRUE(waitFor([](DesktopSnapshot const& snapshot) { return nameOf(snapshot) == "Quito"; })) << text;
+    core->choosePlace(text);
+    auto const chosen = waitFor([](DesktopSnapshot const& snapshot) { return nameOf(snapshot) == "Oslo"; });
+    ASSERT_TRUE(chosen) << text;
+    EXPECT_EQ(chosen->problem, "");
+  }
+  core->choosePlace("Atlantis");
+  auto const kept = waitFor([](DesktopSnapshot const& snapshot) { return !snapshot.problem.empty(); });
+  ASSERT_TRUE(kept);
+  EXPECT_EQ(kept->problem, "no saved place is called Atlantis");
+  EXPECT_EQ(nameOf(*kept), "Oslo");
+}
+
+TEST_F(Core, FollowsWhetherClosingHides) {
+  auto const core = start();
+  ASSERT_TRUE(waitFor([](DesktopSnapshot const& snapshot) { return snapshot.closesToTray; }));
+  SqliteSettingsStore other(environment.dataDirectory, settingsRegistry());
+  ASSERT_TRUE(other.set("desktop_closeToTray", false));
+  EXPECT_TRUE(waitFor([](DesktopSnapshot const& snapshot) { return !snapshot.closesToTray; }));
+}
+
+TEST(SnapshotBox, HoldsTheNewestAndAnnouncesOnce) {
+  int announced = 0;
+  SnapshotBox box([&] { ++announced; });
+  auto const one = std::make_shared<DesktopSnapshot>();
+  auto const two = std::make_shared<DesktopSnapshot>();
+  box.put(one);
+  box.put(two);
+  EXPECT_EQ(announced, 1);
+  EXPECT_EQ(box.take(), two);
+  EXPECT_EQ(box.take(), nullptr);
+  box.put(one);
+  EXPECT_EQ(announced, 2);
+  EXPECT_EQ(box.take(), one);
+}
+
+}  // namespace
+}  // namespace nimbara

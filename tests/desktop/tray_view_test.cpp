@@ -1,0 +1,44 @@
+#include "desktop/views/tray_view.h"
+
+#include "states.h"
+
+#include <gtest/gtest.h>
+
+namespace nimbara {
+namespace {
+
+using namespace nimbara::test;
+
+struct SummaryRow {
+  char const* name;
+  WeatherState state;
+  bool hasPlace;
+  std::string temperature;
+  std::string summary;
+};
+
+std::vector<SummaryRow> summaryRows() {
+  WeatherState loading;
+  loading.isLoading = true;
+  return {{"weather", stateOf(mildWeek()), true, "15°",
+           "Testville: 15°, Partly Cloudy. No rain in the next twelve hours."},
+          {"loading", loading, true, "", "Testville: Fetching the forecast …"},
+          {"nothing", {}, true, "", "Testville: There is no forecast yet."},
+          {"noPlace", {}, false, "", "No place is saved yet. Search for the first one."}};
+}
+
+TEST(TrayView, SaysThePresentInOneLine) {
+  for (SummaryRow const& row : summaryRows()) {
+    auto const place = row.hasPlace ? snapshotOf(row.state)->place : std::nullopt;
+    auto const view = trayView(nowView(row.state, place, contextAt(kNow)), contextAt(kNow));
+    EXPECT_EQ(view.temperature, row.temperature) << row.name;
+    EXPECT_EQ(view.summary, row.summary) << row.name;
+    ASSERT_EQ(view.menu.size(), 6U);
+    EXPECT_EQ(view.menu[0], (TrayMenuItem{"summary", row.summary, false}));
+    EXPECT_EQ(view.menu[3].isEnabled, row.hasPlace) << row.name;
+    EXPECT_EQ(view.menu[5].key, kTrayQuit);
+  }
+}
+
+}  // namespace
+}  // namespace nimbara
