@@ -45,6 +45,7 @@ constexpr SettingDefinition kGeneral[] = {
      .accepts = &isLanguage,
      .expected = "automatic or the code of a language that has texts: en, pt, zh"},
     {"desktop_closeToTray", true, "Closing the window leaves the program in the tray, where there is one"},
+    {"globeHidden", kNone, "What the globe does not show: names of its legend, separated by commas"},
     {"contact", kNone, "Your e-mail or web address, which the services are told"},
     {"appleWeatherKeyFile", kNone, "File of the private key for Apple Weather"},
     {"appleWeatherKeyID", kNone, "Identifier of that key"},

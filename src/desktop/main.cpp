@@ -99,6 +99,12 @@ DesktopCommands commandsOf(DesktopCore& core, DesktopModel*& model) {
   commands.addPlace = [&core](SavedPlace place) { core.addPlace(std::move(place)); };
   commands.removePlace = [&core](Uuid id) { core.removePlace(id); };
   commands.movePlace = [&core](Uuid id, int position) { core.movePlace(id, position); };
+  commands.globe.setShown = [&core](bool isShown) { core.globe().setShown(isShown); };
+  commands.globe.tick = [&core] { return core.globe().tick(); };
+  commands.globe.choose = [&core](std::optional<std::uint32_t> entry) { core.globe().choose(entry); };
+  commands.globe.setHidden = [&core](std::string const& row, bool isHidden) {
+    core.globe().setHidden(row, isHidden);
+  };
   commands.search = [&core, &model](std::string const& text) {
     core.search(text, [&model, text](std::vector<FoundPlace> found) {
       QMetaObject::invokeMethod(
@@ -174,10 +180,19 @@ int showWindow(QGuiApplication& application, Environment const& environment, Des
   });
   std::string const services = demo != nullptr ? demo->server()->baseUrl() : options.services;
   auto const places = demo != nullptr ? Demo::places() : std::vector<SavedPlace>();
-  DesktopCore core(environment, {services, options.now, places, options.place},
+  auto const onGlobeChange = [&model] {
+    QMetaObject::invokeMethod(
+        qApp,
+        [&model] {
+          if (model != nullptr) model->globe()->refresh();
+        },
+        Qt::QueuedConnection);
+  };
+  DesktopCore core(environment, {services, options.now, places, options.place, onGlobeChange},
                    [&box](SnapshotBox::Snapshot snapshot) { box.put(std::move(snapshot)); });
-  DesktopModel shown({core.wording(), core.standIn(), [&core] { return core.clock().now(); }},
-                     commandsOf(core, model));
+  DesktopModel shown(
+      {core.wording(), core.standIn(), [&core] { return core.clock().now(); }, environment.program},
+      commandsOf(core, model));
   // The kept forecast is there within milliseconds; the pages are made with it and not once more.
   if (auto first = box.take(kFirstPatience)) shown.show(std::move(first));
   model = &shown;

@@ -33,6 +33,9 @@ struct City {
 /// without a comma the last words do so where no city's name has them ("Paris Texas").
 std::vector<City> searchCities(std::string_view text, std::size_t count);
 
+/// Every city, the most populous first.
+std::vector<City> allCities();
+
 struct NearestCity {
   City city;
   double km = 0;

@@ -54,3 +54,13 @@ City cityAt(std::size_t number) {
 }
 
 }  // namespace nimbara::gazetteer
+
+namespace nimbara {
+
+std::vector<City> allCities() {
+  std::vector<City> cities(gazetteer::Table<gazetteer::CityRecord>(gazetteer::Section::cities).size());
+  for (std::size_t i = 0; i < cities.size(); ++i) cities[i] = gazetteer::cityAt(i);
+  return cities;
+}
+
+}  // namespace nimbara

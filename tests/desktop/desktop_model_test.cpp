@@ -47,7 +47,7 @@ TEST(RecordListModel, NamesItsRolesAsTheTableDoes) {
 struct ModelTest : testing::Test {
   static DesktopModel::Setting setting() {
     Wording wording;
-    return {wording, {}, [] { return kNow; }};
+    return {wording, {}, [] { return kNow; }, {}};
   }
 
   DesktopCommands commands() {

@@ -76,7 +76,7 @@ constexpr StateRow kStates[] = {
 
 struct PageTest : OffscreenTest {
   static DesktopModel::Setting setting() {
-    return {Wording(), {}, [] { return kNow; }};
+    return {Wording(), {}, [] { return kNow; }, {}};
   }
   static DesktopOptions optionsOf(DesktopPage page, DesktopTheme theme, WindowSize size) {
     DesktopOptions options;
@@ -140,7 +140,7 @@ struct Keyboard : PageTest {
 TEST_F(Keyboard, ReachesThePages) {
   press(Qt::Key_2, Qt::ControlModifier);
   EXPECT_EQ(page(), "hours");
-  press(Qt::Key_3, Qt::ControlModifier);
+  press(Qt::Key_4, Qt::ControlModifier);
   EXPECT_EQ(page(), "places");
   press(Qt::Key_1, Qt::ControlModifier);
   EXPECT_EQ(page(), "now");

@@ -13,12 +13,6 @@
 namespace nimbara::gazetteer {
 namespace {
 
-std::vector<City> allCities() {
-  std::vector<City> cities;
-  for (std::size_t i = 0; i < Table<CityRecord>(Section::cities).size(); ++i) cities.push_back(cityAt(i));
-  return cities;
-}
-
 bool isUpper(char c) {
   return c >= 'A' && c <= 'Z';
 }

@@ -54,6 +54,13 @@ SavedPlace const* savedPlaceMeant(PlaceList const& list, std::string_view text) 
   return place == nullptr ? nullptr : list.findNear(place->coordinate);
 }
 
+/// What a stand-in of the services made up is kept apart.
+std::filesystem::path satelliteFolder(Environment const& environment, std::string const& standIn) {
+  auto const& cache = environment.cacheDirectory;
+  if (cache.empty()) return {};
+  return cache / (standIn.empty() ? "satellites" : "satellites.stand-in");
+}
+
 }  // namespace
 
 DesktopCore::DesktopCore(Environment const& environment, Options options, Listener listener)
@@ -74,7 +81,13 @@ DesktopCore::DesktopCore(Environment const& environment, Options options, Listen
                     {}}),
       commands_(1),
       state_(composition_.forecasts(), composition_.providers(), composition_.cache(), *clock_, work_,
-             surroundings()) {
+             surroundings()),
+      satellites_(composition_.http(), *clock_, composition_.services().address(Service::feedServer).baseUrl,
+                  satelliteFolder(environment, standIn())),
+      globe_(
+          {satellites_, composition_.feeds().earthquakes(), *clock_, work_, std::move(options.onGlobeChange),
+           [this](std::string hidden) { keepSetting("globeHidden", std::move(hidden)); }},
+          settings_.text("globeHidden")) {
   commands_.run([this, places = std::move(options.places),
                  place = std::move(options.place)](std::stop_token const&) { begin(places, place); });
   scheduler_ =
@@ -220,6 +233,13 @@ void DesktopCore::followStore(std::stop_token const& stop) {
       showSelected(RefreshTrigger::placeChosen);
     });
   }
+}
+
+/// A setting that cannot be kept holds until the end of the program.
+void DesktopCore::keepSetting(std::string key, SettingValue value) {
+  commands_.run([this, key = std::move(key), value = std::move(value)](std::stop_token const&) {
+    std::ignore = store_.set(key, value);
+  });
 }
 
 void DesktopCore::refresh() {

@@ -8,6 +8,7 @@
 #include "app/environment.h"
 #include "app/place_search.h"
 #include "app/places.h"
+#include "desktop/core/desktop_globe.h"
 #include "desktop/views/places_view.h"
 #include "platform/linux/sqlite_settings_store.h"
 #include "platform/linux/timerfd_wake_timer.h"
@@ -39,8 +40,9 @@ class DesktopCore {
   struct Options {
     std::string services;  ///< stands in for the services; empty for the services themselves
     std::optional<Instant> now;
-    std::vector<SavedPlace> places;  ///< saved when there are none
-    std::string place;               ///< selected at the start, as by `choosePlace`; may be empty
+    std::vector<SavedPlace> places;       ///< saved when there are none
+    std::string place;                    ///< selected at the start, as by `choosePlace`; may be empty
+    std::function<void()> onGlobeChange;  ///< called on the core's threads
   };
   using Listener = std::function<void(std::shared_ptr<DesktopSnapshot const>)>;
   using SearchListener = std::function<void(std::vector<FoundPlace>)>;
@@ -66,6 +68,7 @@ class DesktopCore {
   /// to `missing`, a sentence each, on a thread of the core's own.
   void followSystem(std::function<void(std::string const&)> missing);
 
+  DesktopGlobe& globe() { return globe_; }
   Clock const& clock() const { return *clock_; }
   Wording const& wording() const { return wording_; }
   std::string const& standIn() const { return composition_.services().standIn(); }
@@ -81,6 +84,7 @@ class DesktopCore {
   void showSelected(RefreshTrigger trigger);
   void readKept(Uuid id, Place const& place);
   void readAllKept();
+  void keepSetting(std::string key, SettingValue value);
   void publish();
   void followStore(std::stop_token const& stop);
 
@@ -106,6 +110,8 @@ class DesktopCore {
   ThreadPool commands_;  // what the user asks for, one after the other
   AppState state_;
   std::unique_ptr<PowerAndNetwork> system_;  // made by a command
+  SatelliteFeed satellites_;
+  DesktopGlobe globe_;
   std::jthread scheduler_;
   std::jthread follower_;
 };

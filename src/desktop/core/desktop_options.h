@@ -12,9 +12,10 @@
 
 namespace nimbara {
 
-enum class DesktopPage { now, hours, places };
+enum class DesktopPage { now, hours, globe, places };
 template <>
-inline constexpr auto enumNames<DesktopPage> = std::to_array<std::string_view>({"now", "hours", "places"});
+inline constexpr auto enumNames<DesktopPage> =
+    std::to_array<std::string_view>({"now", "hours", "globe", "places"});
 static_assert(enumNamesComplete(DesktopPage::places));
 
 enum class DesktopTheme { system, light, dark };

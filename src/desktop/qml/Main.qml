@@ -11,6 +11,7 @@ Window {
     readonly property var pages: [
         { name: "now", title: app.words.now, sky: "partlyCloudy", sign: "" },
         { name: "hours", title: app.words.hours, sky: "lightRain", sign: "" },
+        { name: "globe", title: app.words.globe, sky: "", sign: "globe" },
         { name: "places", title: app.words.places, sky: "", sign: "place" }
     ]
     // A narrow window has no room for all of them.
@@ -133,6 +134,7 @@ Window {
 
         Page { name: "now"; file: "NowPage.qml" }
         Page { name: "hours"; file: "HoursPage.qml" }
+        Page { name: "globe"; file: "GlobePage.qml" }
         Page { id: places; name: "places"; file: "PlacesPage.qml" }
         Connections {
             target: places.item

@@ -38,6 +38,10 @@ QtObject {
     readonly property color air: dark ? "#c2a6f2" : "#7a52b8"
     readonly property color night: dark ? Qt.rgba(0, 0, 0, 0.22) : Qt.rgba(0.1, 0.16, 0.35, 0.06)
     readonly property color cloud: dark ? "#c5cfda" : "#7d8b9b"
+    // Space is dark by day as well.
+    readonly property color cosmos: "#050a13"
+    readonly property color cosmosInk: "#e6edf5"
+    readonly property color pin: "#ff8d6b"
     readonly property color moonLit: "#f1ecd2"
     readonly property color moonShade: dark ? "#343d4b" : "#46505f"
 

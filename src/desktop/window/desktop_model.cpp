@@ -10,6 +10,7 @@ namespace {
 constexpr WordRow kWords[] = {
     {"now", "desktop.page.now"},
     {"hours", "desktop.page.hours"},
+    {"globe", "desktop.page.globe"},
     {"places", "desktop.page.places"},
     {"otherPages", "desktop.page.others"},
     {"refresh", "desktop.refresh"},
@@ -61,6 +62,7 @@ DesktopModel::DesktopModel(Setting setting, DesktopCommands commands, QObject* p
     : QObject(parent),
       setting_(std::move(setting)),
       commands_(std::move(commands)),
+      globe_(new GlobeModel({setting_.wording.texts, setting_.program}, commands_.globe, this)),
       now_(new RecordModel(this)),
       sky_(new RecordModel(this)),
       words_(new RecordModel(this)),
@@ -72,6 +74,7 @@ DesktopModel::DesktopModel(Setting setting, DesktopCommands commands, QObject* p
       places_(new RecordListModel(this)),
       found_(new RecordListModel(this)) {
   showWords(*words_, kWords, *setting_.wording.texts);
+  connect(globe_, &GlobeModel::settled, this, &DesktopModel::shown);
   showWeather();
 }
 
@@ -108,6 +111,7 @@ void DesktopModel::showWeather() {
   dayHours_->show(openDay_ < 0 ? std::vector<HourView>()
                                : dayHourViews(data, static_cast<std::size_t>(openDay_), view));
   meteogram_ = meteogramOf(data, view);
+  globe_->show(snapshot_->place, view);
   Q_EMIT shown();
 }
 

@@ -5,6 +5,7 @@
 #include "desktop/core/desktop_core.h"
 #include "desktop/views/hours_view.h"
 #include "desktop/views/tray_view.h"
+#include "desktop/window/globe_model.h"
 #include "desktop/window/view_models.h"
 
 #include <QObject>
@@ -23,6 +24,7 @@ struct DesktopCommands {
   std::function<void(Uuid)> removePlace;
   std::function<void(Uuid, int)> movePlace;
   std::function<void(std::string)> search;
+  GlobeCommands globe;
 };
 
 class DesktopModel : public QObject {
@@ -37,6 +39,7 @@ class DesktopModel : public QObject {
   Q_PROPERTY(nimbara::RecordListModel* dayHours READ dayHours CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* places READ places CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* found READ found CONSTANT)
+  Q_PROPERTY(nimbara::GlobeModel* globe READ globe CONSTANT)
   Q_PROPERTY(QString problem READ problem NOTIFY shown)
   Q_PROPERTY(bool isReady READ isReady NOTIFY shown)
   Q_PROPERTY(int openDay READ openDay WRITE setOpenDay NOTIFY openDayChanged)
@@ -48,6 +51,7 @@ class DesktopModel : public QObject {
     Wording wording;
     std::string standIn;
     std::function<Instant()> now;
+    std::filesystem::path program;  ///< this program's own file, beside which its modules lie
   };
 
   DesktopModel(Setting setting, DesktopCommands commands, QObject* parent = nullptr);
@@ -68,11 +72,12 @@ class DesktopModel : public QObject {
   RecordListModel* dayHours() { return dayHours_; }
   RecordListModel* places() { return places_; }
   RecordListModel* found() { return found_; }
+  GlobeModel* globe() { return globe_; }
   Meteogram const& meteogram() const { return meteogram_; }
   QString problem() const { return QString::fromStdString(snapshot_->problem); }
   /// A first snapshot has come.
   bool isReady() const { return isReady_; }
-  bool hasSettled() const { return isReady_ && !snapshot_->weather->isLoading; }
+  bool hasSettled() const { return isReady_ && !snapshot_->weather->isLoading && globe_->hasSettled(); }
   TrayView tray() const;
   bool closesToTray() const { return snapshot_->closesToTray; }
   int openDay() const { return openDay_; }
@@ -105,6 +110,7 @@ class DesktopModel : public QObject {
   std::string searchText_;
   std::vector<FoundPlace> foundPlaces_;
   Meteogram meteogram_;
+  GlobeModel* globe_;
   RecordModel* now_;
   RecordModel* sky_;
   RecordModel* words_;

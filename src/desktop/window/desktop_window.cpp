@@ -1,6 +1,7 @@
 #include "desktop/window/desktop_window.h"
 
 #include "desktop/window/condition_pictures.h"
+#include "desktop/window/flat_globe.h"
 #include "desktop/window/line_signs.h"
 #include "desktop/window/meteogram_item.h"
 #include "desktop/window/sky_items.h"
@@ -19,6 +20,8 @@ void registerItems() {
     qmlRegisterType<SunArc>("NimbaraItems", 1, 0, "SunArc");
     qmlRegisterType<MoonDisc>("NimbaraItems", 1, 0, "MoonDisc");
     qmlRegisterType<MeteogramItem>("NimbaraItems", 1, 0, "MeteogramItem");
+    qmlRegisterType<FlatGlobe>("NimbaraItems", 1, 0, "FlatGlobe");
+    qmlRegisterAnonymousType<GlobeModel>("NimbaraItems", 1);
     qmlRegisterAnonymousType<DesktopModel>("NimbaraItems", 1);
     qmlRegisterAnonymousType<RecordModel>("NimbaraItems", 1);
     qmlRegisterAnonymousType<RecordListModel>("NimbaraItems", 1);

@@ -47,6 +47,18 @@ constexpr std::array kSigns = std::to_array<SignRow>({
      [](QPainter& p) {
        for (double const x : {5.5, 12.0, 18.5}) p.drawEllipse(QPointF(x, 12), 0.6, 0.6);
      }},
+    {"globe",
+     [](QPainter& p) {
+       p.drawEllipse(QPointF(12, 12), 9, 9);
+       p.drawEllipse(QPointF(12, 12), 4, 9);
+       stroke(p, {{3, 12}, {21, 12}});
+     }},
+    {"plus",
+     [](QPainter& p) {
+       stroke(p, {{12, 6}, {12, 18}});
+       stroke(p, {{6, 12}, {18, 12}});
+     }},
+    {"minus", [](QPainter& p) { stroke(p, {{6, 12}, {18, 12}}); }},
     {"arrow",
      [](QPainter& p) {
        stroke(p, {{12, 21}, {12, 3}});

@@ -1,0 +1,65 @@
+// The globe's part of the core: loads the satellites and earthquakes when the page is first shown, keeps them
+// fresh while it is, and lets the layer propagate. Any thread may call; nothing waits for a service. Owned by
+// DesktopCore, which outlives its tasks.
+#pragma once
+
+#include "app/task_runner.h"
+#include "desktop/views/globe_state.h"
+#include "feeds/earthquake_service.h"
+#include "globe/satellite_feed.h"
+
+#include <functional>
+#include <mutex>
+
+namespace nimbara {
+
+class DesktopGlobe {
+ public:
+  struct Parts {
+    SatelliteFeed& feed;
+    EarthquakeService& earthquakes;
+    Clock const& clock;
+    TaskRunner& work;
+    std::function<void()> onChange;               ///< called without locks, on the tasks' threads
+    std::function<void(std::string)> saveHidden;  ///< takes the setting's new value; does not wait
+  };
+
+  /// What could not be had is asked for again, and earthquakes are asked for anew, after these spans.
+  static constexpr std::chrono::minutes kRetry{10};
+  static constexpr std::chrono::minutes kEarthquakesAfter{5};
+
+  DesktopGlobe(Parts parts, std::string_view hiddenSetting);
+
+  /// Begins or pauses.
+  void setShown(bool isShown);
+  /// Takes in what has been propagated, begins the next propagation and tells what there is. Nothing when a
+  /// load is just being taken in: the last state holds.
+  std::shared_ptr<GlobeState const> tick();
+  std::shared_ptr<GlobeState const> state() const;
+  /// The entry whose card and orbit are shown from now on.
+  void choose(std::optional<std::uint32_t> entry);
+  void setHidden(std::string_view row, bool isHidden);
+
+ private:
+  std::shared_ptr<GlobeState const> stateNow() const;
+  void askForMore(Instant now);
+  void loadGroups(std::stop_token const& stop);
+  void loadEarthquakes(std::stop_token const& stop);
+  void take(std::size_t group, Result<SatelliteGroupLoad, std::string> loaded);
+  void showLoaded(bool isLast);
+  void chooseAgain(Instant now);
+  bool isLoadDue(Instant now) const;
+
+  Parts parts_;
+  mutable std::mutex mutex_;  // guards all below
+  bool isShown_ = false;
+  std::optional<SatelliteLayer> layer_;  ///< from the first show on
+  GlobeState state_;
+  std::vector<SatelliteGroupLoad> loads_;  ///< while groups are being loaded
+  bool isFirstLoad_ = true;
+  bool areEarthquakesAsked_ = false;
+  std::optional<Instant> loaded_, earthquakesLoaded_;
+  std::optional<int> chosenNumber_;  ///< in the satellite catalogue
+};
+
+}  // namespace nimbara

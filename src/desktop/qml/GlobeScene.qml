@@ -1,0 +1,116 @@
+// The globe in three dimensions. Loaded only when it is shown, and only where its modules are installed.
+import QtQuick
+import QtQuick3D
+import NimbaraScene
+import NimbaraPages
+
+View3D {
+    id: view
+
+    property real pulse: -1  // from 0 to 1 again and again; -1 at rest
+    readonly property vector2d pixel: Qt.vector2d(2 / Math.max(1, width), 2 / Math.max(1, height))
+
+    environment: SceneEnvironment {
+        backgroundMode: SceneEnvironment.Transparent
+        tonemapMode: SceneEnvironment.TonemapModeNone
+        antialiasingMode: SceneEnvironment.NoAA
+        depthPrePassEnabled: false
+    }
+
+    PerspectiveCamera {
+        position: app.globe.eye
+        eulerRotation: app.globe.eyeTurn
+        fieldOfView: 30
+        clipNear: 2
+        clipFar: 12000
+    }
+
+    component Blended: CustomMaterial {
+        shadingMode: CustomMaterial.Unshaded
+        sourceBlend: CustomMaterial.One
+        destinationBlend: CustomMaterial.OneMinusSrcAlpha
+        depthDrawMode: Material.NeverDepthDraw
+        cullMode: Material.NoCulling
+    }
+    component Points: Model {
+        property alias table: instances.source
+        source: "#Rectangle"
+        visible: instances.count > 0
+        castsShadows: false
+        receivesShadows: false
+        instancing: SceneInstances { id: instances }
+        materials: Blended {
+            property vector2d pixel: view.pixel
+            vertexShader: "points.vert"
+            fragmentShader: "points.frag"
+        }
+    }
+
+    Points { table: app.globe.stars }
+    Points { table: app.globe.sunGlow }
+
+    // Made when its surface is there: a texture takes up only the data that it begins with.
+    Repeater3D {
+        model: app.globe.hasSurface ? 1 : 0
+        Model {
+            required property int index
+            geometry: SceneSphere {}
+            materials: CustomMaterial {
+                property vector3d sun: app.globe.sun
+                property TextureInput surface: TextureInput {
+                    texture: Texture {
+                        textureData: SceneTexture { source: app.globe.surface }
+                        generateMipmaps: true
+                        mipFilter: Texture.Linear
+                        tilingModeHorizontal: Texture.Repeat
+                        tilingModeVertical: Texture.ClampToEdge
+                    }
+                }
+                shadingMode: CustomMaterial.Unshaded
+                vertexShader: "earth.vert"
+                fragmentShader: "earth.frag"
+            }
+        }
+    }
+
+    Model {
+        geometry: SceneSphere {}
+        scale: Qt.vector3d(1.15, 1.15, 1.15)
+        materials: Blended {
+            property vector3d sun: app.globe.sun
+            cullMode: Material.FrontFaceCulling
+            vertexShader: "air.vert"
+            fragmentShader: "air.frag"
+        }
+    }
+
+    Model {
+        source: "#Rectangle"
+        visible: quakes.count > 0
+        instancing: SceneInstances { id: quakes; source: app.globe.earthquakes }
+        materials: Blended {
+            property real moment: view.pulse
+            vertexShader: "pulses.vert"
+            fragmentShader: "pulses.frag"
+        }
+    }
+
+    Model {
+        source: "#Rectangle"
+        visible: way.count > 0
+        instancing: SceneInstances { id: way; source: app.globe.orbit }
+        materials: Blended {
+            property vector2d pixel: view.pixel
+            vertexShader: "lines.vert"
+            fragmentShader: "lines.frag"
+        }
+    }
+
+    Repeater3D {
+        model: app.globe.groupCount
+        Points {
+            required property int index
+            table: app.globe.group(index)
+        }
+    }
+}
