@@ -111,6 +111,12 @@ FocusScope {
         }
     }
 
+    // Where a frame takes long, as without a graphics card, only what has moved is drawn anew.
+    property bool isSlow: false
+    FrameAnimation {
+        running: pulse.running
+        onTriggered: if (currentFrame > 30 && smoothFrameTime > 0.06) page.isSlow = true
+    }
     property real pulse: 0
     NumberAnimation on pulse {
         id: pulse
@@ -118,7 +124,7 @@ FocusScope {
         to: 1
         duration: 3200
         loops: Animation.Infinite
-        running: page.isMoving && app.globe.isShown && scene.status === Loader.Ready
+        running: page.isMoving && !page.isSlow && app.globe.isShown && scene.status === Loader.Ready
     }
 
     Repeater {

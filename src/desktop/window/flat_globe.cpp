@@ -157,7 +157,7 @@ void FlatGlobe::paintSatellites(QPainter& painter) const {
   for (auto const& group : state.catalogue->groups) {
     auto const* const known = SatelliteCatalog::group(group.groupID);
     if (known == nullptr || state.hidden.contains(legendName(*known))) continue;
-    int const side = group.indices.size() > 500 ? 2 : 4;
+    int const side = (group.indices.size() > 500 ? 2 : 4) / (camera.earthRadius() < 180 ? 2 : 1);
     for (std::uint32_t const entry : group.indices) {
       auto const place = satellitePosition(state, entry);
       auto const at = place && !camera.isHiddenByEarth(*place) ? camera.project(*place) : std::nullopt;

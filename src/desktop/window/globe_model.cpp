@@ -6,6 +6,7 @@
 #include "platform/linux/module_loader.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace nimbara {
 
@@ -102,6 +103,8 @@ void GlobeModel::showAll() {
 
 void GlobeModel::showTables() {
   GlobeCatalogue const& catalogue = *state_->catalogue;
+  // A small globe would vanish behind large points.
+  auto const share = static_cast<float>(std::clamp(std::sqrt(camera_.earthRadius() / 270), 0.5, 1.6));
   bool const isPlaced = state_->frame->positions.size() == 3 * catalogue.names.size();
   for (std::size_t i = 0; i < groups_.size(); ++i) {
     bool const isThere = isPlaced && i < catalogue.groups.size();
@@ -112,7 +115,7 @@ void GlobeModel::showTables() {
     }
     auto const& indices = catalogue.groups[i].indices;
     auto rows = satelliteRows(state_->frame->positions, state_->frame->colorData, indices,
-                              indices.size() > kCrowd ? kCrowdPixels : kPointPixels);
+                              share * (indices.size() > kCrowd ? kCrowdPixels : kPointPixels));
     groups_[i]->set(rows);
   }
   std::vector<InstanceRow> orbit;

@@ -8,6 +8,6 @@ void MAIN() {
     tint = INSTANCE_COLOR;
     glow = INSTANCE_DATA.y;
     vec4 middle = INSTANCE_MODELVIEWPROJECTION_MATRIX * vec4(0.0, 0.0, 0.0, 1.0);
-    middle.xy += corner * (INSTANCE_DATA.x + 0.7) * pixel * middle.w;
+    middle.xy += corner * (INSTANCE_DATA.x + 0.5) * pixel * middle.w;
     POSITION = middle;
 }
