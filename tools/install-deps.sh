@@ -15,7 +15,8 @@ packages=(
   qml6-module-qtquick-templates qml6-module-qtquick-window qt6-shadertools-dev qt6-quick3d-dev
   qml6-module-quick3d fonts-noto-core
   # tests, benchmarks, fuzzing
-  libgl1-mesa-dri xvfb xauth dbus-daemon libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev
+  libgl1-mesa-dri xvfb xauth dbus-daemon dbus-bin desktop-file-utils appstream libgtest-dev libgmock-dev
+  libbenchmark-dev nlohmann-json3-dev
   # format and lint
   clang-19 clang-format-19 clang-tidy-22 libclang-rt-19-dev
 )

@@ -1,0 +1,56 @@
+#!/usr/bin/env bash
+# Installs a build into a folder and runs it from there: the programs find their modules, sounds and each other, and
+# the bus starts the window that somebody calls. Skipped (77) without a bus.
+set -euo pipefail
+build=${1:?usage: install.sh BUILD-FOLDER CMAKE}
+cmake=${2:?usage: install.sh BUILD-FOLDER CMAKE}
+command -v dbus-daemon >/dev/null && command -v dbus-send >/dev/null || exit 77
+folder=$(mktemp -d)
+bus=
+window=
+trap '[ -z "$window" ] || kill "$window" 2>/dev/null; [ -z "$bus" ] || kill "$bus" 2>/dev/null; rm -rf "$folder"' EXIT
+fail() { echo "$*" >&2; exit 1; }
+
+prefix="$folder/the prefix"
+"$cmake" --install "$build" --prefix "$prefix" >/dev/null
+export HOME=$folder XDG_DATA_HOME=$folder/data XDG_CACHE_HOME=$folder/cache XDG_CONFIG_HOME=$folder/config
+export XDG_RUNTIME_DIR=$folder/run QT_QPA_PLATFORM=offscreen QT_QUICK_BACKEND=software LC_ALL=C.UTF-8
+export https_proxy=http://127.0.0.1:9 http_proxy=http://127.0.0.1:9
+unset NIMBARA_SERVICES NIMBARA_NOW XDG_ACTIVATION_TOKEN DESKTOP_STARTUP_ID
+mkdir -m 700 "$folder/run"
+
+for file in lib/nimbara/nimbara-dbus.so lib/nimbara/nimbara-http.so share/nimbara/sounds/rain_alert.wav \
+  share/applications/io.github.nimbara.Nimbara.desktop share/metainfo/io.github.nimbara.Nimbara.metainfo.xml \
+  share/icons/hicolor/scalable/apps/io.github.nimbara.Nimbara.svg \
+  share/icons/hicolor/symbolic/apps/io.github.nimbara.Nimbara-symbolic.svg; do
+  [ -s "$prefix/$file" ] || fail "not installed: $file"
+done
+
+# The module of HTTP, the demo beside the program, and the pages.
+env -u http_proxy "$prefix/bin/nimbara" demo -- "$prefix/bin/nimbara" forecast Oslo --no-cache >"$folder/page" ||
+  fail "no forecast from the installed program"
+grep -q 'Oslo' "$folder/page" || fail "the forecast says nothing"
+env -u http_proxy "$prefix/bin/nimbara-desktop" --demo --screenshot "$folder/window.png"
+[ -s "$folder/window.png" ] || fail "no picture of the window"
+
+# A bus that knows the installed services alone.
+cat >"$folder/bus.conf" <<CONF
+<busconfig><type>session</type><listen>unix:path=$folder/run/bus</listen><auth>EXTERNAL</auth>
+<servicedir>$prefix/share/dbus-1/services</servicedir>
+<policy context="default"><allow send_destination="*"/><allow receive_sender="*"/><allow own="*"/></policy></busconfig>
+CONF
+exec {address}< <(exec dbus-daemon --config-file="$folder/bus.conf" --nofork --print-address=1 2>/dev/null)
+bus=$!
+read -r -t 20 DBUS_SESSION_BUS_ADDRESS <&"$address"
+export DBUS_SESSION_BUS_ADDRESS
+
+call() {
+  dbus-send --session --print-reply=literal --reply-timeout=20000 "$@"
+}
+call --dest=org.freedesktop.DBus / org.freedesktop.DBus.StartServiceByName string:io.github.nimbara.Nimbara uint32:0 \
+  >/dev/null || fail "the bus cannot start the window"
+window=$(call --dest=org.freedesktop.DBus / org.freedesktop.DBus.GetConnectionUnixProcessID \
+  string:io.github.nimbara.Nimbara | awk '{ print $2 }')
+[ "$(readlink "/proc/$window/exe")" = "$prefix/bin/nimbara-desktop" ] || fail "the bus started something else"
+# A second start hands over and ends well.
+"$prefix/bin/nimbara-desktop" --page places || fail "the second start failed"
