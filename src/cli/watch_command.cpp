@@ -1,5 +1,6 @@
 #include "app/app_state.h"
 #include "app/http_recording.h"
+#include "app/notification_call.h"
 #include "app/notifier.h"
 #include "app/place_resolver.h"
 #include "app/places.h"
@@ -164,6 +165,16 @@ class Watch {
   /// A person clicked on a notification.
   void answer(NotificationResponse const& response) {
     if (auto const done = manager_.respond(response); !done) note(done.error().message);
+    if (auto const call = notificationCall(response)) {
+      pool_.run([this, call = *call](std::stop_token const&) { open(call); });
+    }
+  }
+
+  /// The window comes forward; where none is open, the bus starts the installed one.
+  void open(ApplicationCall const& call) {
+    constexpr std::chrono::seconds kPatience{5};
+    auto const opened = callApplication({session_.environment.program, {}, {}}, call, kPatience);
+    if (!opened) note("the window cannot be opened: " + opened.error());
   }
 
   void note(std::string const& sentence) { session_.console.err("nimbara: " + oneLine(sentence) + "\n"); }

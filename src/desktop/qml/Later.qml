@@ -1,4 +1,5 @@
-// A part of a page that is read and made when the window has drawn its first frame, which so comes sooner.
+// A part of a page that is read and made once the window has drawn its first frame, which so comes sooner. For what
+// stands below everything else on its page: nothing moves when it comes.
 import QtQuick
 import QtQuick.Window
 

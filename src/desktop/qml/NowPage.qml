@@ -153,32 +153,8 @@ ScrollPage {
         source: visible ? "AlertPager.qml" : ""
     }
 
-    HourStrip {
-        visible: app.hours.count > 0
-        width: page.inner
-    }
-
     Later {
-        visible: app.tiles.count > 0
         width: page.inner
-        file: "DetailTiles.qml"
-    }
-
-    Later {
-        visible: app.now.hasWeather
-        width: page.inner
-        file: "SkyCards.qml"
-    }
-
-    Text {
-        width: page.inner
-        visible: text !== ""
-        text: [app.now.source, app.now.age].filter(part => part).join("  ·  ")
-        wrapMode: Text.Wrap
-        horizontalAlignment: Text.AlignHCenter
-        color: Theme.muted
-        font.pixelSize: Theme.tiny
-        Accessible.role: Accessible.StaticText
-        Accessible.name: text
+        file: "NowDetails.qml"
     }
 }

@@ -1,0 +1,43 @@
+// What follows the present on its page: the next hours, the measured details, sun and moon, and the source.
+import QtQuick
+import NimbaraPages
+
+Column {
+    id: details
+
+    spacing: 2 * Theme.space
+
+    HourStrip {
+        visible: app.hours.count > 0
+        width: details.width
+    }
+
+    Grid {
+        id: tiles
+        visible: app.tiles.count > 0
+        width: details.width
+        columns: Math.max(2, Math.min(4, Math.floor(width / 190)))
+        spacing: 2 * Theme.space
+        Repeater {
+            model: app.tiles
+            DetailTile { width: (tiles.width - (tiles.columns - 1) * tiles.spacing) / tiles.columns }
+        }
+    }
+
+    SkyCards {
+        visible: app.now.hasWeather
+        width: details.width
+    }
+
+    Text {
+        width: details.width
+        visible: text !== ""
+        text: [app.now.source, app.now.age].filter(part => part).join("  ·  ")
+        wrapMode: Text.Wrap
+        horizontalAlignment: Text.AlignHCenter
+        color: Theme.muted
+        font.pixelSize: Theme.tiny
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+    }
+}
