@@ -96,7 +96,17 @@ std::vector<WatchedPlace> watchedPlaces(Place const& selected, PlaceList const& 
 }
 
 NotificationInputs::NotificationInputs(FeedServices& feeds, Clock const& clock, Options options)
-    : feeds_(feeds), clock_(clock), options_(std::move(options)) {}
+    : feeds_(feeds),
+      clock_(clock),
+      options_(std::move(options)),
+      units_(options_.units),
+      texts_{options_.texts} {}
+
+void NotificationInputs::setWording(Units const& units, std::shared_ptr<Texts const> texts) {
+  std::lock_guard const lock(mutex_);
+  units_ = units;
+  if (texts_.back() != texts) texts_.push_back(std::move(texts));
+}
 
 PassInputs NotificationInputs::gather(std::vector<WatchedPlace> const& places, NeededInputs const& needed,
                                       Settings const& settings, std::vector<CustomNotification> const& rules,
@@ -137,8 +147,11 @@ RuleInputs NotificationInputs::gatherFor(Place const& place, RuleInputSet needed
 RuleInputs NotificationInputs::inputsAt(Place const& place, bool isSelected) const {
   RuleInputs inputs;
   inputs.now = clock_.now();
-  inputs.units = options_.units;
-  inputs.texts = options_.texts.get();
+  {
+    std::lock_guard const lock(mutex_);
+    inputs.units = units_;
+    inputs.texts = texts_.back().get();
+  }
   std::string name = place.name.empty() ? cacheKey(place.coordinate) : place.name;
   inputs.place = {locationTag(place), std::move(name), {}, place.coordinate, isSelected};
   inputs.calendar = Calendar::forZone(timeZoneAt(place.coordinate)).value_or(options_.fallback);

@@ -12,6 +12,7 @@
 
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <stop_token>
 #include <vector>
@@ -44,6 +45,8 @@ class NotificationInputs {
 
   NotificationInputs(FeedServices& feeds, Clock const& clock, Options options);
 
+  /// From the next pass on.
+  void setWording(Units const& units, std::shared_ptr<Texts const> texts);
   /// The first of `places` is the selected one. Blocks for the feeds.
   PassInputs gather(std::vector<WatchedPlace> const& places, NeededInputs const& needed,
                     Settings const& settings, std::vector<CustomNotification> const& rules,
@@ -67,6 +70,9 @@ class NotificationInputs {
   FeedServices& feeds_;
   Clock const& clock_;
   Options options_;
+  mutable std::mutex mutex_;  // guards the two below
+  Units units_;
+  std::vector<std::shared_ptr<Texts const>> texts_;  ///< the last is in use; passes may still read the others
 };
 
 }  // namespace nimbara

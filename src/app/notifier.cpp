@@ -28,6 +28,7 @@ Notifier::Notifier(NotificationManager& manager, NotificationInputs& inputs, Set
       intervals_(intervals) {}
 
 void Notifier::requestPass() {
+  if (!isOurs()) return;
   {
     std::lock_guard const lock(mutex_);
     isAskedAgain_ = isRunning_;
@@ -97,6 +98,7 @@ void Notifier::runDue() {
 }
 
 std::optional<Instant> Notifier::nextDue() const {
+  if (!isOurs()) return std::nullopt;
   std::lock_guard const lock(mutex_);
   // What runs asks anew when it is done.
   if (isRunning_) return std::nullopt;

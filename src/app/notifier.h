@@ -28,6 +28,7 @@ class Notifier {
   struct Surroundings {
     std::function<std::vector<WatchedPlace>()> places;  ///< the selected one first
     std::function<std::vector<CustomNotification>()> rules;
+    std::function<bool()> isOurs;  ///< another program notifies when it says no
     std::function<void(PassReport const&)> onPass;
     std::function<void()> onDueChange;                  ///< `nextDue` may have moved
     std::function<std::chrono::milliseconds()> jitter;  ///< added to the checks of hazards
@@ -43,10 +44,11 @@ class Notifier {
 
   /// Starts whatever is due now.
   void runDue();
-  /// Nothing while no place is watched.
+  /// Nothing while no place is watched, or another program notifies.
   std::optional<Instant> nextDue() const;
 
  private:
+  bool isOurs() const { return !surroundings_.isOurs || surroundings_.isOurs(); }
   void start();
   void pass(std::stop_token const& stop);
   void finish();

@@ -1,5 +1,6 @@
 #include "app/replay.h"
 
+#include "app/silent_center.h"
 #include "base/file.h"
 
 #include <simdjson.h>
@@ -47,18 +48,7 @@ Result<SettingValues, std::string> readReplaySettings(std::filesystem::path cons
   return values;
 }
 
-/// Takes everything: what is told is in the log.
-class Replay::Center final : public NotificationCenter {
- public:
-  AuthorizationStatus authorizationStatus() override { return AuthorizationStatus::authorized; }
-  AuthorizationStatus requestAuthorization() override { return AuthorizationStatus::authorized; }
-  Result<void, DeliveryError> deliver(NotificationRequest const& /*request*/) override { return {}; }
-  Result<void, DeliveryError> update(NotificationRequest const& /*request*/) override { return {}; }
-  void withdraw(std::string_view /*identifier*/) override {}
-  void setListener(Listener /*listener*/) override {}
-};
-
-Replay::Replay(Surroundings surroundings) : around_(surroundings), center_(std::make_unique<Center>()) {
+Replay::Replay(Surroundings surroundings) : around_(surroundings), center_(std::make_unique<SilentCenter>()) {
   restart();
 }
 
@@ -107,8 +97,10 @@ void Replay::note(Decision const& decision) {
     bool const isSeen = isDelivery(decision.outcome) || decision.outcome == RuleOutcome::refused;
     if (!isSeen) return;
   }
-  log_.push_back({around_.clock.now(), decision.request.identifier, titleOf(decision),
-                  std::string(enumName(decision.outcome)), decision.place});
+  LoggedNotification line = logLineOf(decision, around_.clock.now());
+  line.identifier = decision.request.identifier;
+  line.title = titleOf(decision);
+  log_.push_back(std::move(line));
 }
 
 /// What is taken back has the title under which it was told.

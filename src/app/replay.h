@@ -4,6 +4,7 @@
 #pragma once
 
 #include "app/notification_inputs.h"
+#include "notifications/notification_log.h"
 #include "notifications/notification_manager.h"
 #include "platform/clock.h"
 
@@ -49,8 +50,6 @@ class Replay {
   std::vector<std::string> const& problems() const { return problems_; }
 
  private:
-  class Center;
-
   void pass(std::stop_token const& stop);
   void tellScheduledUntil(Instant next);
   void note(PassReport const& report);
@@ -59,7 +58,7 @@ class Replay {
   std::string titleOf(Decision const& decision);
 
   Surroundings around_;
-  std::unique_ptr<Center> center_;
+  std::unique_ptr<NotificationCenter> center_;
   std::unique_ptr<NotificationManager> manager_;
   std::vector<WatchedPlace> places_;
   std::vector<CustomNotification> rules_;

@@ -91,6 +91,7 @@ struct NotifyOptions {
   std::string record;  ///< a folder for what the services answer; empty: none
   bool dryRun = false;
   bool explain = false;
+  bool log = false;
   bool json = false;
 };
 

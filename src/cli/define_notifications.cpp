@@ -12,6 +12,8 @@ void defineNotify(CLI::App& app, CommandLine& line, RawOptions& raw) {
   command->add_flag("--dry-run", options.dryRun, "Deliver and remember nothing");
   command->add_flag("--explain", options.explain,
                     "Say of every rule why it tells something or not; delivers nothing");
+  command->add_flag("--log", options.log, "What was told and what was held back, and why; newest first")
+      ->excludes("--explain", "--dry-run");
   command->add_option("--deliver", options.deliver, "desktop, or print: remember, but post nothing")
       ->type_name("WHERE")
       ->transform(CLI::CheckedTransformer(std::map<std::string, NotifyOptions::Deliver>{

@@ -6,6 +6,7 @@
 #include "base/text.h"
 
 #include <algorithm>
+#include <ranges>
 
 namespace nimbara {
 
@@ -44,20 +45,23 @@ void writeTold(JsonWriter& json, Decision const& decision) {
   json.endObject();
 }
 
-std::string_view relationName(Measurement::Relation relation) {
-  constexpr std::string_view kNames[] = {"atLeast", "above", "atMost", "below"};
-  return kNames[static_cast<std::size_t>(relation)];
+std::string_view nameOf(Measurement::Relation relation) {
+  return enumName(relation);
+}
+std::string_view nameOf(std::string const& relation) {
+  return relation;
 }
 
-void writeMeasured(JsonWriter& json, std::vector<Measurement> const& measured) {
+template <class Measured>
+void writeMeasured(JsonWriter& json, std::vector<Measured> const& measured) {
   json.key("measured");
   json.beginList();
-  for (Measurement const& measurement : measured) {
+  for (Measured const& measurement : measured) {
     json.separate();
     json.beginObject();
     json.member("what", measurement.what);
     json.member("value", measurement.value);
-    json.member("needs", relationName(measurement.needs));
+    json.member("needs", nameOf(measurement.needs));
     json.member("limit", measurement.limit);
     json.member("unit", measurement.unit);
     json.endObject();
@@ -65,33 +69,8 @@ void writeMeasured(JsonWriter& json, std::vector<Measurement> const& measured) {
   json.endList();
 }
 
-std::string numberText(double value) {
-  bool const isWhole = value == std::floor(value);
-  return isWhole ? fixedDecimal(value, 0) : fixedDecimal(value, 1);
-}
-
-std::string withUnit(double value, std::string_view unit) {
-  return numberText(value) + (unit.empty() ? "" : " " + std::string(unit));
-}
-
-/// The text of a key that ends in a name; the name itself where there is no text, as in a feed's problem.
-std::string named(Texts const& texts, std::string const& stem, std::string_view name) {
-  std::string const key = stem + std::string(name);
-  std::string_view const text = texts.text(key);
-  return std::string(text == key ? name : text);
-}
-
-std::string measuredText(Measurement const& measurement, Texts const& texts) {
-  std::string const relation(relationName(measurement.needs));
-  return texts.format("explain.relation." + relation, named(texts, "explain.measure.", measurement.what),
-                      withUnit(measurement.value, measurement.unit),
-                      withUnit(measurement.limit, measurement.unit));
-}
-
 std::string reasonText(Decision const& decision, Texts const& texts) {
-  std::string text = named(texts, "explain.outcome.", enumName(decision.outcome));
-  for (Measurement const& measurement : decision.measured) text += "; " + measuredText(measurement, texts);
-  if (!decision.note.empty()) text += "; " + named(texts, "explain.note.", decision.note);
+  std::string text = explained(logLineOf(decision, {}), texts);
   if (decision.since) text += "; " + formatIso8601(*decision.since);
   return text;
 }
@@ -162,6 +141,39 @@ std::string explanationText(PassPlan const& plan, Texts const& texts, Style cons
     text += (isAction(decision.outcome) ? style.painted(line, Colour::bold) : line) + "\n";
   }
   return text;
+}
+
+std::string logJson(std::vector<LoggedNotification> const& log) {
+  JsonWriter json;
+  json.beginList();
+  for (LoggedNotification const& line : log | std::views::reverse) {
+    json.separate();
+    json.beginObject();
+    json.member("time", line.time);
+    json.member("outcome", line.outcome);
+    json.member("identifier", line.identifier);
+    json.member("title", line.title);
+    json.member("body", line.body);
+    json.member("place", line.place);
+    json.member("setting", line.setting);
+    json.member("kind", line.kind);
+    writeMeasured(json, line.measured);
+    json.member("note", line.note);
+    json.endObject();
+  }
+  json.endList();
+  return json.take() + "\n";
+}
+
+std::string logText(std::vector<LoggedNotification> const& log, Texts const& texts, Style const& style) {
+  std::string text;
+  for (LoggedNotification const& line : log | std::views::reverse) {
+    std::string const title = oneLine(line.title.empty() ? line.identifier : line.title);
+    std::string const place = line.place.empty() ? "" : " (" + oneLine(line.place) + ")";
+    text += formatIso8601(line.time) + "  " + style.painted(title, Colour::bold) + place + "\n  " +
+            oneLine(explained(line, texts), 1000) + "\n";
+  }
+  return text.empty() ? std::string(texts.text("notify.log.empty")) + "\n" : text;
 }
 
 }  // namespace nimbara

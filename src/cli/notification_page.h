@@ -3,9 +3,10 @@
 
 #include "base/texts.h"
 #include "cli/style.h"
-#include "notifications/pass_plan.h"
+#include "notifications/notification_log.h"
 
 #include <string>
+#include <vector>
 
 namespace nimbara {
 
@@ -16,5 +17,9 @@ std::string notificationsText(PassPlan const& plan, Texts const& texts, Style co
 /// Every decision: what each rule found at each place, and why that is told or not.
 std::string explanationJson(PassPlan const& plan);
 std::string explanationText(PassPlan const& plan, Texts const& texts, Style const& style);
+
+/// The log of what was told and held back, newest first.
+std::string logJson(std::vector<LoggedNotification> const& log);
+std::string logText(std::vector<LoggedNotification> const& log, Texts const& texts, Style const& style);
 
 }  // namespace nimbara

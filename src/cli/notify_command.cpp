@@ -1,6 +1,7 @@
 #include "app/http_recording.h"
 #include "app/notification_inputs.h"
 #include "app/places.h"
+#include "app/silent_center.h"
 #include "app/stand_in_store.h"
 #include "cli/cli.h"
 #include "cli/notification_page.h"
@@ -17,17 +18,6 @@ namespace nimbara {
 
 namespace {
 
-/// Takes everything and shows nothing: what was told is on standard output.
-class SilentCenter final : public NotificationCenter {
- public:
-  AuthorizationStatus authorizationStatus() override { return AuthorizationStatus::authorized; }
-  AuthorizationStatus requestAuthorization() override { return AuthorizationStatus::authorized; }
-  Result<void, DeliveryError> deliver(NotificationRequest const& /*request*/) override { return {}; }
-  Result<void, DeliveryError> update(NotificationRequest const& /*request*/) override { return {}; }
-  void withdraw(std::string_view /*identifier*/) override {}
-  void setListener(Listener /*listener*/) override {}
-};
-
 class NotifyRun {
  public:
   NotifyRun(CommandLine const& line, Session const& session)
@@ -37,6 +27,7 @@ class NotifyRun {
         context_(line.common, session, *clock_, departureOf(line)) {}
 
   int run() {
+    if (options_.log) return tellLog();
     if (auto const failure = findPlaces()) return session_.fail(failure->exitCode, failure->sentence);
     auto const center = makeCenter();
     StandInStore standIn(*session_.store);
@@ -54,6 +45,16 @@ class NotifyRun {
   }
 
  private:
+  int tellLog() {
+    StandInStore standIn(*session_.store);
+    SettingsStore& store = context_.servicesBase().empty() ? *session_.store : standIn;
+    auto const stored = store.read(StoreArea::state);
+    if (!stored) return session_.fail(exitCode::kUnavailable, stored.error().message);
+    auto const log = notificationLogOf(*stored);
+    session_.console.out(options_.json ? logJson(log) : logText(log, context_.texts(), styleOf(session_)));
+    return exitCode::kComplete;
+  }
+
   RunContext::Departure departureOf(CommandLine const& line) {
     RunContext::Departure departure = ownServices(line.common, line.forecast.provider);
     if (!options_.record.empty()) {

@@ -1,16 +1,14 @@
 #include "app/app_state.h"
 #include "app/http_recording.h"
 #include "app/notification_call.h"
-#include "app/notifier.h"
+#include "app/notification_desk.h"
 #include "app/place_resolver.h"
 #include "app/places.h"
 #include "app/scheduler.h"
-#include "app/stand_in_store.h"
 #include "base/text.h"
 #include "cli/cli.h"
 #include "cli/run_context.h"
 #include "cli/watch_log.h"
-#include "notifications/notification_state.h"
 #include "platform/linux/desktop_services.h"
 #include "platform/linux/timerfd_wake_timer.h"
 
@@ -81,27 +79,19 @@ class Watch {
         log_(session.console, *clock_, context_.texts(), line.watch.json),
         state_(context_.app().forecasts(), context_.app().providers(), context_.app().cache(), *clock_, pool_,
                surroundings()),
-        center_(desktopNotificationCenter({session.environment.program, {}, {}})),
-        standIn_(*session.store),
-        manager_({remembered(), *center_, *clock_, context_.texts(),
-                  session.environment.dataDirectory / "notifications.lock", context_.app().languageModel()}),
-        inputs_(context_.app().feeds(), *clock_, inputOptions()),
-        notifier_(manager_, inputs_, *session.store, *clock_, pool_, notifierSurroundings()) {
-    center_->setListener([this](NotificationResponse const& response) { answer(response); });
-  }
-  ~Watch() { center_->setListener(nullptr); }
-  Watch(Watch const&) = delete;
-  Watch& operator=(Watch const&) = delete;
+        desk_(deskSurroundings()) {}
 
   int run() {
     log_.happened("started");
-    manager_.requestAuthorization();
+    desk_.manager().requestAuthorization();
+    if (!desk_.role().isOurs()) log_.happened("notifiedElsewhere");
+    desk_.followRole();
     auto const system = desktopPowerAndNetwork({session_.environment.program, {}, {}},
                                                [this](SystemEvent event) { systemEvent(event); });
     for (std::string const& missing : system->missing()) note(missing);
     std::jthread const settings([this](std::stop_token const& stop) { followSettings(stop); });
     select(RefreshTrigger::start);
-    runScheduler(state_, notifier_, timer_, *clock_, session_.stop);
+    runScheduler(state_, desk_.notifier(), timer_, *clock_, session_.stop);
     pool_.stop();
     log_.happened("stopped");
     return exitCode::kInterrupted;
@@ -122,49 +112,41 @@ class Watch {
     return departure;
   }
 
-  SettingsStore& remembered() { return context_.servicesBase().empty() ? *session_.store : standIn_; }
-
   AppState::Surroundings surroundings() {
     AppState::Surroundings all;
     all.savedPlaces = [this] { return places_.all(); };
     all.onRefresh = [this](AppState::RefreshReport const& report) {
       log_.refreshed(report);
-      notifier_.requestPass();
+      desk_.notifier().requestPass();
     };
     all.onDueChange = [this] { timer_.wake(); };
     all.jitter = jitter;
     return all;
   }
 
-  NotificationInputs::Options inputOptions() {
-    NotificationInputs::Options options{
-        context_.wording().units, context_.wording().texts, context_.wording().fallback, {}, {}};
-    // The refreshes keep the forecasts; a pass looks at what they kept.
-    options.weather = [this](Place const& place, std::stop_token const&) {
-      auto answer = context_.app().forecasts().cached(place);
-      return answer ? std::make_shared<WeatherData const>(std::move(answer->data)) : nullptr;
-    };
-    return options;
-  }
-
-  Notifier::Surroundings notifierSurroundings() {
-    Notifier::Surroundings all;
-    all.places = [this] { return places_.watched(); };
-    all.rules = [this] { return rules(); };
-    all.onPass = [this](PassReport const& report) { log_.passed(report); };
-    all.onDueChange = [this] { timer_.wake(); };
-    all.jitter = jitter;
-    return all;
-  }
-
-  std::vector<CustomNotification> rules() {
-    auto saved = NotificationState(*session_.store).customNotifications();
-    return saved ? std::move(saved->rules) : std::vector<CustomNotification>{};
+  NotificationDesk::Surroundings deskSurroundings() {
+    return {.store = *session_.store,
+            .app = context_.app(),
+            .clock = *clock_,
+            .runner = pool_,
+            .wording = context_.wording(),
+            .dataDirectory = session_.environment.dataDirectory,
+            .program = "watch",
+            .center = desktopNotificationCenter({session_.environment.program, {}, {}}),
+            .places = [this] { return places_.watched(); },
+            .onPass = [this](PassReport const& report) { log_.passed(report); },
+            .onDueChange = [this] { timer_.wake(); },
+            .onRoleChange =
+                [this] {
+                  if (desk_.role().isOurs()) log_.happened("tookOver");
+                },
+            .onResponse = [this](NotificationResponse const& response) { answered(response); },
+            .onProblem = [this](std::string const& sentence) { note(sentence); },
+            .jitter = jitter};
   }
 
   /// A person clicked on a notification.
-  void answer(NotificationResponse const& response) {
-    if (auto const done = manager_.respond(response); !done) note(done.error().message);
+  void answered(NotificationResponse const& response) {
     if (auto const call = notificationCall(response)) {
       pool_.run([this, call = *call](std::stop_token const&) { open(call); });
     }
@@ -188,7 +170,7 @@ class Watch {
   void systemEvent(SystemEvent event) {
     log_.happened(enumName(event));
     state_.wokeUp(event == SystemEvent::resumed ? RefreshTrigger::resumed : RefreshTrigger::networkReturned);
-    notifier_.wokeUp();
+    desk_.notifier().wokeUp();
   }
 
   /// Another process changed settings or places. What the program remembers for itself lies in the same store
@@ -219,7 +201,7 @@ class Watch {
             .value_or(WeatherProviderOption::automatic));
     log_.happened("settingsChanged");
     if (places_.selected() != state_.selectedPlace()) select(RefreshTrigger::placeChosen);
-    notifier_.requestPass();
+    desk_.notifier().requestPass();
     timer_.wake();
   }
 
@@ -231,11 +213,7 @@ class Watch {
   WatchLog log_;
   ThreadPool pool_;
   AppState state_;
-  std::unique_ptr<NotificationCenter> center_;
-  StandInStore standIn_;
-  NotificationManager manager_;
-  NotificationInputs inputs_;
-  Notifier notifier_;
+  NotificationDesk desk_;
 };
 
 }  // namespace

@@ -98,6 +98,12 @@ std::string clockHour(int hour, Texts const& texts) {
 
 }  // namespace
 
+ConditionScale conditionScale(ConditionUnit unit, Units const& units) {
+  Shown const zero = shownValue(unit, 0, units);
+  int const decimals = zero.pattern == kWhole ? 0 : zero.pattern == kTenths ? 1 : 2;
+  return {shownValue(unit, 1, units).value - zero.value, zero.value, zero.unit, decimals};
+}
+
 std::string conditionValueText(ConditionUnit unit, double value, Units const& units, Texts const& texts) {
   return formatted(shownValue(unit, value, units), texts);
 }

@@ -10,6 +10,18 @@
 
 namespace nimbara {
 
+/// How a metric value and the user's unit hang together: shown = metric * factor + offset.
+struct ConditionScale {
+  double factor = 1;
+  double offset = 0;
+  std::string_view unit;
+  int decimals = 0;  ///< that suit it
+
+  double shown(double metric) const { return metric * factor + offset; }
+  double metric(double shown) const { return (shown - offset) / factor; }
+};
+ConditionScale conditionScale(ConditionUnit unit, Units const& units);
+
 /// A metric value in the user's unit: "31.1mph", "0.20 in", "70%".
 std::string conditionValueText(ConditionUnit unit, double value, Units const& units, Texts const& texts);
 /// The like of a difference of two values: no zero point is moved.

@@ -40,7 +40,7 @@ DuePlan planDue(Instant now, Settings const& settings, Texts const& texts,
     if (entry.due > now) continue;
     Rule const* const rule = ruleOf(entry.identifier);
     bool const isWanted = rule != nullptr && settings.boolean(rule->setting) &&
-                          !mutes(values, withoutJoint(rule->stem), std::string(withoutJoint(rule->stem)),
+                          !mutes(values, now, withoutJoint(rule->stem), std::string(withoutJoint(rule->stem)),
                                  AlertSeverity::advisory);
     if (!isWanted || now - entry.due > kDailyGrace || suppressedLocationTags.contains(entry.placeTag)) {
       plan.missed.push_back(entry.identifier);

@@ -13,7 +13,6 @@ template Result<std::map<std::string, ShownEvent, std::less<>>, DecodeError> dec
 template Result<std::map<std::string, std::string, std::less<>>, DecodeError> decodeJson(std::string_view);
 template Result<std::map<std::string, KnownStorm, std::less<>>, DecodeError> decodeJson(std::string_view);
 template Result<std::vector<ScheduledNotification>, DecodeError> decodeJson(std::string_view);
-template Result<std::vector<LoggedNotification>, DecodeError> decodeJson(std::string_view);
 
 namespace {
 
@@ -26,9 +25,6 @@ constexpr std::string_view kScheduled = "notif_scheduled";
 constexpr std::string_view kFirstChecked = "notif_firstCheckedAt";
 constexpr std::string_view kSummaries = "notif_aiSummaryCache";
 constexpr std::string_view kStorms = "notif_knownStorms";
-constexpr std::string_view kLog = "notif_log";
-
-constexpr std::size_t kMostLogLines = 500;
 
 std::string const* textAt(SettingValues const& stored, std::string_view key) {
   auto const found = stored.find(key);
@@ -127,22 +123,6 @@ EngineState merged(EngineState stored, EngineState const& known) {
   for (auto const& [key, storm] : known.knownStorms) stored.knownStorms.insert_or_assign(key, storm);
   stored.firstCheckedAt.insert(known.firstCheckedAt.begin(), known.firstCheckedAt.end());
   return stored;
-}
-
-std::vector<LoggedNotification> notificationLogOf(SettingValues const& stored) {
-  std::string const* const text = textAt(stored, kLog);
-  if (text == nullptr) return {};
-  auto log = decodeJson<std::vector<LoggedNotification>>(*text);
-  return log ? std::move(*log) : std::vector<LoggedNotification>{};
-}
-
-StoreChanges logChange(SettingValues const& stored, std::vector<LoggedNotification> const& lines) {
-  std::vector<LoggedNotification> log = notificationLogOf(stored);
-  log.insert(log.end(), lines.begin(), lines.end());
-  if (log.size() > kMostLogLines) log.erase(log.begin(), log.end() - kMostLogLines);
-  StoreChanges changes;
-  changes.emplace(kLog, SettingValue(encodeJson(log)));
-  return changes;
 }
 
 }  // namespace nimbara

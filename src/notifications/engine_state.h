@@ -62,23 +62,6 @@ inline constexpr auto jsonFields<ScheduledNotification> =
                fieldOr("place", &ScheduledNotification::place),
                fieldOr("placeTag", &ScheduledNotification::placeTag)};
 
-/// A line of the log of what was told and what was held back.
-struct LoggedNotification {
-  Instant time;
-  std::string identifier;
-  std::string title;
-  std::string outcome;  ///< "announced", "listed", "heldByQuietHours" …
-  std::string place;
-
-  bool operator==(LoggedNotification const&) const = default;
-};
-
-template <>
-inline constexpr auto jsonFields<LoggedNotification> =
-    std::tuple{field("time", &LoggedNotification::time), field("identifier", &LoggedNotification::identifier),
-               field("title", &LoggedNotification::title), field("outcome", &LoggedNotification::outcome),
-               fieldOr("place", &LoggedNotification::place)};
-
 struct EngineState {
   using Strings = std::set<std::string, std::less<>>;
   using Instants = std::map<std::string, Instant, std::less<>>;
@@ -103,10 +86,5 @@ StoreChanges changesOf(EngineState const& state);
 
 /// What the store has, and what this process told while it could not write there.
 EngineState merged(EngineState stored, EngineState const& known);
-
-/// The log, newest last; an unreadable one is empty.
-std::vector<LoggedNotification> notificationLogOf(SettingValues const& stored);
-/// The change that appends to it; the oldest lines go.
-StoreChanges logChange(SettingValues const& stored, std::vector<LoggedNotification> const& lines);
 
 }  // namespace nimbara

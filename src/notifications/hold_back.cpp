@@ -47,11 +47,11 @@ std::optional<RuleOutcome> heldAtHour(RuleSettings const& values, Instant now, i
   return std::nullopt;
 }
 
-bool mutes(RuleSettings const& values, std::string_view stem, std::string const& kind,
+bool mutes(RuleSettings const& values, Instant now, std::string_view stem, std::string const& kind,
            AlertSeverity severity) {
   std::string const grade = kind + ":" + std::string(enumName(severity));
-  return std::ranges::any_of(values.mutedKinds, [&](std::string const& muted) {
-    return muted == stem || muted == kind || muted == grade;
+  return std::ranges::any_of(values.mutes, [&](Mute const& mute) {
+    return mute.holds(now) && (mute.kind == stem || mute.kind == kind || mute.kind == grade);
   });
 }
 

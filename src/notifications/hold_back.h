@@ -24,7 +24,7 @@ NotificationRequest requestFor(Rule const& rule, Finding const& finding, bool so
 /// Snoozing and the quiet hours; `hour` is the place's.
 std::optional<RuleOutcome> heldAtHour(RuleSettings const& values, Instant now, int hour);
 /// A mute names the rule, the kind, or the kind at one severity.
-bool mutes(RuleSettings const& values, std::string_view stem, std::string const& kind,
+bool mutes(RuleSettings const& values, Instant now, std::string_view stem, std::string const& kind,
            AlertSeverity severity);
 
 }  // namespace nimbara

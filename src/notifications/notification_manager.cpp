@@ -2,6 +2,7 @@
 
 #include "base/file_lock.h"
 #include "notifications/catalogue.h"
+#include "notifications/notification_log.h"
 
 #include <algorithm>
 #include <iterator>
@@ -14,11 +15,6 @@ namespace {
 using enum RuleOutcome;
 
 constexpr std::chrono::hours kSnooze{1};
-
-LoggedNotification lineOf(Decision const& decision, Instant now) {
-  return {now, decision.request.identifier, decision.request.title, std::string(enumName(decision.outcome)),
-          decision.place};
-}
 
 }  // namespace
 
@@ -48,6 +44,7 @@ class NotificationManager::Pass {
     for (Decision& decision : report_.plan.decisions) {
       if (!isDelivery(decision.outcome)) {
         if (decision.outcome == scheduled && !decision.prompt.empty()) reword(decision);
+        note(decision);
         apply(decision, now_, state_);
         continue;
       }
@@ -66,10 +63,14 @@ class NotificationManager::Pass {
 
   /// Tells what is due of the schedule and forgets what was missed for too long.
   void tellScheduled(Settings const& settings) {
-    DuePlan plan = planDue(now_, settings, around_.texts, manager_.suppressedTags(), state_);
+    DuePlan plan = planDue(now_, settings, manager_.texts(), manager_.suppressedTags(), state_);
     forgetMissed(plan, state_);
     for (DuePlan::Entry& entry : plan.entries) {
-      if (isDelivery(entry.decision.outcome)) deliver(entry.decision);
+      if (isDelivery(entry.decision.outcome)) {
+        deliver(entry.decision);
+      } else {
+        note(entry.decision);
+      }
       report_.plan.decisions.push_back(std::move(entry.decision));
     }
   }
@@ -114,7 +115,7 @@ class NotificationManager::Pass {
       save();
       return;
     }
-    lines_.push_back(lineOf(decision, now_));
+    note(decision);
     std::lock_guard const lock(manager_.mutex_);
     manager_.kinds_[decision.request.identifier] = decision.kind;
   }
@@ -153,7 +154,12 @@ class NotificationManager::Pass {
     decision.outcome = refused;
     decision.note = reason;
     report_.problems.push_back(decision.request.identifier + " was not delivered: " + reason);
-    lines_.push_back(lineOf(decision, now_));
+    note(decision);
+  }
+
+  /// For the log.
+  void note(Decision const& decision) {
+    if (isWorthALine(decision.outcome)) lines_.push_back(logLineOf(decision, now_));
   }
 
   /// False when the store does not take it.
@@ -204,6 +210,16 @@ NotificationManager::NotificationManager(Surroundings surroundings) : around_(st
   if (auto state = engineStateOf(*stored)) lastKnown_ = std::move(*state);
 }
 
+void NotificationManager::setTexts(std::shared_ptr<Texts const> texts) {
+  std::lock_guard const lock(mutex_);
+  if (texts_.empty() || texts_.back() != texts) texts_.push_back(std::move(texts));
+}
+
+Texts const& NotificationManager::texts() const {
+  std::lock_guard const lock(mutex_);
+  return texts_.empty() ? around_.texts : *texts_.back();
+}
+
 AuthorizationStatus NotificationManager::requestAuthorization() {
   return authorizationStatus_ = around_.center.requestAuthorization();
 }
@@ -229,23 +245,24 @@ PassReport NotificationManager::evaluate(GatherInputs const& gather, std::stop_t
   // First what was due before: the plan puts the next day's in its place.
   pass.tellScheduled(settings.settings);
   EngineState::Strings const suppressed = suppressedTags();
-  pass.run(planPass({pass.now(), inputs.places, inputs.foreign, settings.settings, around_.texts, suppressed,
-                     inputs.isPartial},
-                    pass.state()));
+  pass.run(planPass(
+      {pass.now(), inputs.places, inputs.foreign, settings.settings, texts(), suppressed, inputs.isPartial},
+      pass.state()));
   return std::move(pass.report());
 }
 
 PassReport NotificationManager::preview(GatherInputs const& gather, std::stop_token const& stop) {
   auto const settings = around_.store.settings();
   PassInputs const inputs = gather(neededInputs(settings.settings), stop);
+  Texts const& words = texts();
   std::lock_guard const guard(mutex_);
   Instant const now = around_.clock.now();
   EngineState state = lastKnown_;
-  DuePlan due = planDue(now, settings.settings, around_.texts, suppressedLocationTags_, state);
+  DuePlan due = planDue(now, settings.settings, words, suppressedLocationTags_, state);
   Pass::forgetMissed(due, state);
   for (DuePlan::Entry const& entry : due.entries) apply(entry.decision, now, state);
   PassReport report;
-  report.plan = planPass({now, inputs.places, inputs.foreign, settings.settings, around_.texts,
+  report.plan = planPass({now, inputs.places, inputs.foreign, settings.settings, words,
                           suppressedLocationTags_, inputs.isPartial},
                          state);
   auto const told = due.entries | std::views::transform(&DuePlan::Entry::decision);
@@ -311,9 +328,9 @@ Result<void, StoreError> NotificationManager::respond(NotificationResponse const
     auto const found = kinds_.find(response.identifier);
     kind = found == kinds_.end() ? kindOfIdentifier(response.identifier) : found->second;
   }
-  std::string muted = around_.store.settings().settings.text("notify_mutedKinds");
-  if (!muted.empty()) muted += ",";
-  return around_.store.set("notify_mutedKinds", muted + kind);
+  auto mutes = parseMutes(around_.store.settings().settings.text("notify_mutedKinds"));
+  mutes = mutedToo(std::move(mutes), {std::move(kind), {}}, around_.clock.now());
+  return around_.store.set("notify_mutedKinds", encodeMutes(mutes));
 }
 
 }  // namespace nimbara

@@ -11,8 +11,10 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <stop_token>
+#include <vector>
 
 namespace nimbara {
 
@@ -57,6 +59,8 @@ class NotificationManager {
 
   explicit NotificationManager(Surroundings surroundings);
 
+  /// The words of the next passes, where they are other than those of the surroundings.
+  void setTexts(std::shared_ptr<Texts const> texts);
   /// May ask the user.
   AuthorizationStatus requestAuthorization();
   AuthorizationStatus authorizationStatus() const { return authorizationStatus_; }
@@ -84,12 +88,14 @@ class NotificationManager {
   class Pass;
 
   EngineState::Strings suppressedTags() const;
+  Texts const& texts() const;
 
   Surroundings around_;
   std::atomic<AuthorizationStatus> authorizationStatus_ = AuthorizationStatus::notDetermined;
   std::atomic<std::uint64_t> evaluationTailToken_ = 0;  ///< of the newest pass
   std::mutex evaluationTail_;                           ///< held by the pass that runs
   mutable std::mutex mutex_;                            // guards all below
+  std::vector<std::shared_ptr<Texts const>> texts_;  ///< the last is in use; passes may still read the others
   std::optional<Instant> lastLookAtSchedule_;
   EngineState::Strings suppressedLocationTags_;
   EngineState lastKnown_;                     ///< while the store cannot be read or written

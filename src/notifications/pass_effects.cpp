@@ -11,6 +11,7 @@ using enum RuleOutcome;
 
 constexpr RuleOutcome kDeliveries[] = {announced, escalated, listed, updated, withdrawn};
 constexpr RuleOutcome kHeldBack[] = {muted, heldByQuietHours, snoozed, suppressed};
+constexpr RuleOutcome kKnown[] = {stillActive, returnedTooSoon, alreadyDelivered, alreadyToldToday};
 
 /// Remembered after its end, so that a late repetition is no news.
 constexpr std::chrono::hours kMemoryAfterEnd{24};
@@ -103,6 +104,10 @@ bool isAction(RuleOutcome outcome) {
 
 bool isHeldBack(RuleOutcome outcome) {
   return std::ranges::count(kHeldBack, outcome) > 0;
+}
+
+bool isKnown(RuleOutcome outcome) {
+  return std::ranges::count(kKnown, outcome) > 0;
 }
 
 void apply(Decision const& decision, Instant now, EngineState& state) {

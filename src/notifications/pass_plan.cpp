@@ -306,7 +306,7 @@ class Planner {
   }
 
   bool isMuted(Rule const& rule, Finding const& finding) const {
-    return mutes(values_, withoutJoint(rule.stem), kindOf(rule, finding), finding.severity);
+    return mutes(values_, context_.now, withoutJoint(rule.stem), kindOf(rule, finding), finding.severity);
   }
 
   bool isOldNews(Rule const& rule, Finding const& finding) const {

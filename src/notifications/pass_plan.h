@@ -50,6 +50,8 @@ bool isAction(RuleOutcome outcome);
 bool isDelivery(RuleOutcome outcome);
 /// Something would have been told.
 bool isHeldBack(RuleOutcome outcome);
+/// It was told before.
+bool isKnown(RuleOutcome outcome);
 
 struct Decision {
   RuleOutcome outcome = RuleOutcome::conditionFalse;

@@ -49,6 +49,11 @@ struct Measurement {
   bool holds() const;
 };
 
+template <>
+inline constexpr auto enumNames<Measurement::Relation> =
+    std::to_array<std::string_view>({"atLeast", "above", "atMost", "below"});
+static_assert(enumNamesComplete(Measurement::Relation::below));
+
 /// Something to announce.
 struct Finding {
   std::string identifier;  ///< begins with the rule's stem; empty: the stem itself

@@ -102,7 +102,7 @@ constexpr SettingDefinition kTable[] = {
     {"notify_quietHoldsCritical", false,
      "The quiet hours, mutes and snoozing hold back even critical warnings"},
     {"notify_mutedKinds", "",
-     "Kinds that are never told: identifiers of rules and kinds of warnings, by comma"},
+     "Kinds that are not told: identifiers of rules and kinds of warnings, by comma; KIND@MOMENT until then"},
     {.key = "notify_snoozedUntil",
      .byDefault = "",
      .explanation = "Nothing rings until this moment",
@@ -137,12 +137,13 @@ constexpr SettingDefinition kTable[] = {
     {"notify_beta_heatPumpFreeze", false, "The heat pump will ice up"},
 };
 
-std::vector<std::string> listed(std::string_view text) {
-  std::vector<std::string> kinds;
-  for (std::string_view const part : split(text, ',')) {
-    if (std::string_view const kind = trimmed(part); !kind.empty()) kinds.emplace_back(kind);
-  }
-  return kinds;
+/// A moment that cannot be read ends nothing: what somebody muted stays so.
+Mute muteOf(std::string_view text) {
+  std::size_t const end = text.find('@');
+  Mute mute{std::string(trimmed(text.substr(0, end))), {}};
+  if (end == std::string_view::npos) return mute;
+  if (auto const until = parseIso8601(trimmed(text.substr(end + 1)))) mute.until = *until;
+  return mute;
 }
 
 QuietHours quietHoursOf(Settings const& settings) {
@@ -166,6 +167,30 @@ bool QuietHours::contain(int hour) const {
   return from < until ? hour >= from && hour < until : hour >= from || hour < until;
 }
 
+std::vector<Mute> parseMutes(std::string_view text) {
+  std::vector<Mute> mutes;
+  for (std::string_view const part : split(text, ',')) {
+    if (Mute mute = muteOf(part); !mute.kind.empty()) mutes.push_back(std::move(mute));
+  }
+  return mutes;
+}
+
+std::string encodeMutes(std::vector<Mute> const& mutes) {
+  std::string text;
+  for (Mute const& mute : mutes) {
+    if (!text.empty()) text += ",";
+    text += mute.kind;
+    if (mute.until) text += "@" + formatIso8601(*mute.until);
+  }
+  return text;
+}
+
+std::vector<Mute> mutedToo(std::vector<Mute> mutes, Mute mute, Instant now) {
+  std::erase_if(mutes, [&](Mute const& old) { return old.kind == mute.kind || !old.holds(now); });
+  mutes.push_back(std::move(mute));
+  return mutes;
+}
+
 RuleSettings RuleSettings::of(Settings const& settings) {
   auto const whole = [&](std::string_view key) { return static_cast<double>(settings.integer(key)); };
   RuleSettings values;
@@ -182,7 +207,7 @@ RuleSettings RuleSettings::of(Settings const& settings) {
   values.generatedSummaries = settings.boolean("appleIntelligence");
   values.everyPlace = settings.boolean("notify_everyPlace");
   values.quiet = quietHoursOf(settings);
-  values.mutedKinds = listed(settings.text("notify_mutedKinds"));
+  values.mutes = parseMutes(settings.text("notify_mutedKinds"));
   if (auto const until = parseIso8601(settings.text("notify_snoozedUntil"))) values.snoozedUntil = *until;
   return values;
 }

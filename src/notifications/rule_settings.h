@@ -40,6 +40,21 @@ struct QuietHours {
   bool contain(int hour) const;
 };
 
+/// Something that is not told, for ever or for a while.
+struct Mute {
+  std::string kind;  ///< a rule, a kind of warning, or a kind at one severity: "rain", "gov:wind:advisory"
+  std::optional<Instant> until;  ///< none: for ever
+
+  bool holds(Instant now) const { return !until || now < *until; }
+  bool operator==(Mute const&) const = default;
+};
+
+/// As the setting has them: kinds by comma, each with "@" and a moment where it ends.
+std::vector<Mute> parseMutes(std::string_view text);
+std::string encodeMutes(std::vector<Mute> const& mutes);
+/// With `mute` in place of an older one of the same kind, and without those that are over.
+std::vector<Mute> mutedToo(std::vector<Mute> mutes, Mute mute, Instant now);
+
 struct RuleSettings {
   double highWindKmh = 60;
   double airQualityLevel = 35;  ///< PM2.5, µg/m³
@@ -54,7 +69,7 @@ struct RuleSettings {
   bool generatedSummaries = false;  ///< a language model may word the daily summaries
   bool everyPlace = true;           ///< danger is told for each saved place
   QuietHours quiet;
-  std::vector<std::string> mutedKinds;
+  std::vector<Mute> mutes;
   std::optional<Instant> snoozedUntil;
 
   static RuleSettings of(Settings const& settings);

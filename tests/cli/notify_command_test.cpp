@@ -54,6 +54,24 @@ TEST_F(NotifyCommandTest, ExplainsEveryRule) {
                         R"("outcome":"conditionFalse","place":"Berlin","measured":[{"what":"hourlyRain",)"));
 }
 
+TEST_F(NotifyCommandTest, KeepsALogThatCanBeRead) {
+  EXPECT_EQ(run({"notify", "--log"}).out, "Nothing has been told or held back yet.\n");
+  EXPECT_EQ(run({"notify", "--log", "--json"}).out, "[]\n");
+  ASSERT_EQ(run({"settings", "set", "notify_highWindThreshold", "1"}).exitCode, 0);
+  ASSERT_EQ(run({"settings", "set", "notify_highWind", "true"}).exitCode, 0);
+  ASSERT_EQ(run({"notify", "--deliver", "print"}).exitCode, 0);
+  ASSERT_EQ(run({"notify", "--deliver", "print"}).exitCode, 0);
+  EXPECT_THAT(run({"notify", "--log"}).out,
+              ContainsRegex("^2026-11-21T[0-9:]+Z  [^\n]+ \\(Berlin\\)\n  told; strongest wind or gust "
+                            "[0-9.]+ km/h, needs at least 1 km/h\n$"));
+  EXPECT_THAT(
+      run({"notify", "--log", "--json"}).out,
+      ContainsRegex(R"("outcome":"announced","identifier":"high_wind".*"setting":"notify_highWind",)"
+                    R"("kind":"high_wind","measured":\[\{"what":"wind","value":[0-9.]+,"needs":"atLeast",)"
+                    R"("limit":1,"unit":"km/h"\}\],"note":""\}\])"));
+  EXPECT_EQ(run({"notify", "--log", "--explain"}).exitCode, 2);
+}
+
 TEST_F(NotifyCommandTest, NoDesktopIsAFailureThatForgetsNothing) {
   auto const denied = run({"notify", "--json"});
   EXPECT_EQ(denied.exitCode, 1);

@@ -128,14 +128,26 @@ TEST_F(RuleSettingsOf, TakeWhatTheUserChose) {
   EXPECT_FALSE(with("notify_everyPlace", false).everyPlace);
 }
 
+TEST(Mutes, MayEnd) {
+  Instant const end = test::at("2026-11-21T18:00:00Z");
+  std::vector<Mute> const mutes{{"gov:wind", end}, {"rain", {}}};
+  EXPECT_EQ(encodeMutes(mutes), "gov:wind@2026-11-21T18:00:00Z,rain");
+  EXPECT_EQ(parseMutes(encodeMutes(mutes)), mutes);
+  EXPECT_EQ(parseMutes("rain@ tomorrow , @2026-11-21T18:00:00Z"), (std::vector<Mute>{{"rain", {}}}));
+  EXPECT_TRUE(mutes[0].holds(end - std::chrono::milliseconds(1)));
+  EXPECT_FALSE(mutes[0].holds(end));
+  EXPECT_EQ(mutedToo(mutes, {"rain", end + std::chrono::hours(1)}, end),
+            (std::vector<Mute>{{"rain", end + std::chrono::hours(1)}}));
+}
+
 TEST_F(RuleSettingsOf, FallBackToTheDefaultForWhatIsNoLevel) {
   EXPECT_EQ(with("notify_govAlertLevel", std::string("loud")).govAlertLevel, NotificationLevel::medium);
 }
 
 TEST_F(RuleSettingsOf, ReadMutedKindsAndTheEndOfSnoozing) {
-  EXPECT_THAT(with("notify_mutedKinds", std::string(" gov:wind, ,rain,")).mutedKinds,
-              ElementsAre("gov:wind", "rain"));
-  EXPECT_THAT(with("notify_mutedKinds", std::string()).mutedKinds, IsEmpty());
+  EXPECT_THAT(with("notify_mutedKinds", std::string(" gov:wind, ,rain,")).mutes,
+              ElementsAre(Mute{"gov:wind", {}}, Mute{"rain", {}}));
+  EXPECT_THAT(with("notify_mutedKinds", std::string()).mutes, IsEmpty());
   EXPECT_EQ(with("notify_snoozedUntil", std::string("2026-11-21T18:00:00Z")).snoozedUntil,
             test::at("2026-11-21T18:00:00Z"));
   EXPECT_EQ(with("notify_snoozedUntil", std::string()).snoozedUntil, std::nullopt);

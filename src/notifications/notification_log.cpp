@@ -1,0 +1,110 @@
+#include "notifications/notification_log.h"
+
+#include "base/json_codec.h"
+#include "base/number.h"
+#include "base/text.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+
+namespace nimbara {
+
+template Result<std::vector<LoggedNotification>, DecodeError> decodeJson(std::string_view);
+
+namespace {
+
+constexpr std::string_view kLog = "notif_log";
+/// In bytes; what a notification says in full has been shown.
+constexpr std::size_t kLongestBody = 300;
+constexpr std::chrono::hours kFreshMemory{1};
+
+LoggedMeasurement logged(Measurement const& measurement) {
+  return {std::string(measurement.what), measurement.value, std::string(enumName(measurement.needs)),
+          measurement.limit, std::string(measurement.unit)};
+}
+
+/// The newest line of the same notification says the same, and nothing was told. That something was told
+/// already is no news either while its telling is still remembered by everybody.
+bool isRepetition(std::vector<LoggedNotification> const& log, LoggedNotification const& line) {
+  auto const outcome = enumFromName<RuleOutcome>(line.outcome);
+  if (outcome && isDelivery(*outcome)) return false;
+  auto const isSame = [&](LoggedNotification const& old) {
+    return old.identifier == line.identifier && old.place == line.place;
+  };
+  auto const last = std::find_if(log.rbegin(), log.rend(), isSame);
+  if (last == log.rend()) return false;
+  bool const isFresh = outcome && isKnown(*outcome) && line.time - last->time < kFreshMemory;
+  return last->outcome == line.outcome || isFresh;
+}
+
+std::string withUnit(double value, std::string_view unit) {
+  bool const isWhole = value == std::floor(value);
+  return fixedDecimal(value, isWhole ? 0 : 1) + (unit.empty() ? "" : " " + std::string(unit));
+}
+
+/// The text of a key that ends in a name; the name itself where there is no text, as in a feed's problem.
+std::string named(Texts const& texts, std::string const& stem, std::string_view name) {
+  std::string const key = stem + std::string(name);
+  std::string_view const text = texts.text(key);
+  return std::string(text == key ? name : text);
+}
+
+std::string measuredText(LoggedMeasurement const& measurement, Texts const& texts) {
+  return texts.format(
+      "explain.relation." + measurement.needs, named(texts, "explain.measure.", measurement.what),
+      withUnit(measurement.value, measurement.unit), withUnit(measurement.limit, measurement.unit));
+}
+
+}  // namespace
+
+bool isWorthALine(RuleOutcome outcome) {
+  return isDelivery(outcome) || isHeldBack(outcome) || isKnown(outcome) || outcome == RuleOutcome::refused;
+}
+
+LoggedNotification logLineOf(Decision const& decision, Instant now) {
+  LoggedNotification line;
+  line.time = now;
+  line.identifier = decision.request.identifier.empty() ? decision.key : decision.request.identifier;
+  line.title = decision.request.title;
+  line.outcome = enumName(decision.outcome);
+  line.place = decision.place;
+  line.body = oneLine(decision.request.body, kLongestBody);
+  line.setting = decision.rule->setting;
+  line.kind = decision.kind;
+  line.note = decision.note;
+  std::ranges::transform(decision.measured, std::back_inserter(line.measured), logged);
+  return line;
+}
+
+std::vector<LoggedNotification> notificationLogOf(SettingValues const& stored) {
+  auto const found = stored.find(kLog);
+  std::string const* const text = found == stored.end() ? nullptr : std::get_if<std::string>(&found->second);
+  if (text == nullptr) return {};
+  auto log = decodeJson<std::vector<LoggedNotification>>(*text);
+  return log ? std::move(*log) : std::vector<LoggedNotification>{};
+}
+
+StoreChanges logChange(SettingValues const& stored, std::vector<LoggedNotification> const& lines) {
+  std::vector<LoggedNotification> log = notificationLogOf(stored);
+  bool isLonger = false;
+  for (LoggedNotification const& line : lines) {
+    if (isRepetition(log, line)) continue;
+    log.push_back(line);
+    isLonger = true;
+  }
+  if (!isLonger) return {};
+  if (log.size() > kMostLogLines) log.erase(log.begin(), log.end() - kMostLogLines);
+  StoreChanges changes;
+  changes.emplace(kLog, SettingValue(encodeJson(log)));
+  return changes;
+}
+
+std::string explained(LoggedNotification const& line, Texts const& texts) {
+  std::string text = named(texts, "explain.outcome.", line.outcome);
+  for (LoggedMeasurement const& measurement : line.measured) text += "; " + measuredText(measurement, texts);
+  if (!line.note.empty()) text += "; " + named(texts, "explain.note.", line.note);
+  return text;
+}
+
+}  // namespace nimbara

@@ -1,0 +1,88 @@
+#include "notifications/notification_log.h"
+
+#include "support/notification_engine.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace nimbara {
+namespace {
+
+using namespace std::chrono_literals;
+using namespace nimbara::test;
+using testing::ElementsAre;
+using testing::SizeIs;
+
+struct NotificationLog : testing::Test {
+  NotificationLog() { engine.turnOn("notify_rain"); }
+
+  std::vector<LoggedNotification> log() { return notificationLogOf(*engine.store.read(StoreArea::state)); }
+  std::vector<std::string> outcomes() {
+    std::vector<std::string> names;
+    for (LoggedNotification const& line : log()) names.push_back(line.outcome);
+    return names;
+  }
+
+  NotificationEngine engine{"2026-11-21T09:20:00Z"};
+};
+
+TEST_F(NotificationLog, SaysWhatWasToldAndWhy) {
+  engine.weather = letItPour;
+  engine.pass();
+  ASSERT_THAT(log(), SizeIs(1));
+  LoggedNotification const line = log().front();
+  EXPECT_EQ(line.time, engine.clock.now());
+  EXPECT_EQ(line.identifier, "rain");
+  EXPECT_EQ(line.setting, "notify_rain");
+  EXPECT_EQ(line.kind, "rain");
+  EXPECT_EQ(line.place, "Testville");
+  EXPECT_EQ(line.title, engine.center.delivered().front().title);
+  EXPECT_EQ(line.body, engine.center.delivered().front().body);
+  EXPECT_EQ(explained(line, englishTexts()), "told; likely rain in an hour 6 mm, needs at least 4 mm");
+}
+
+TEST_F(NotificationLog, SaysWhatWasHeldBackOnceForEachReason) {
+  engine.weather = letItPour;
+  std::ignore = engine.store.set("notify_mutedKinds", "rain@2026-11-21T10:00:00Z");
+  std::ignore = engine.store.set("notify_snoozedUntil", "2026-11-21T11:00:00Z");
+  for (int i = 0; i < 4; ++i) {
+    engine.pass();
+    engine.pass();
+    engine.clock.advance(35min);
+    engine.weather = [](WeatherData& data) { letItPour(data); };
+  }
+  EXPECT_THAT(outcomes(), ElementsAre("muted", "snoozed", "announced"));
+  engine.passAfter(24min);
+  EXPECT_THAT(outcomes(), SizeIs(3)) << "59 minutes after it was told";
+  engine.passAfter(1min);
+  EXPECT_THAT(outcomes(), ElementsAre("muted", "snoozed", "announced", "stillActive"));
+  engine.passAfter(5min);
+  EXPECT_THAT(outcomes(), SizeIs(4));
+}
+
+TEST_F(NotificationLog, KeepsTheNewest) {
+  SettingValues stored;
+  std::vector<LoggedNotification> lines(kMostLogLines + 20);
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    lines[i].identifier = "rain";
+    lines[i].outcome = "announced";
+    lines[i].title = std::to_string(i);
+  }
+  for (auto const& [key, value] : logChange(stored, lines)) stored[key] = *value;
+  auto const kept = notificationLogOf(stored);
+  ASSERT_THAT(kept, SizeIs(kMostLogLines));
+  EXPECT_EQ(kept.front().title, "20");
+  EXPECT_EQ(kept.back().title, "519");
+}
+
+TEST_F(NotificationLog, OfEarlierVersionsIsReadAndOfNoneIsEmpty) {
+  SettingValues stored{{"notif_log", std::string(R"([{"time":"2026-11-21T09:00:00Z","identifier":"rain",)"
+                                                 R"("title":"Rain","outcome":"announced"}])")}};
+  ASSERT_THAT(notificationLogOf(stored), SizeIs(1));
+  EXPECT_EQ(notificationLogOf(stored).front().body, "");
+  stored["notif_log"] = std::string("[{\"time\":");
+  EXPECT_THAT(notificationLogOf(stored), SizeIs(0));
+}
+
+}  // namespace
+}  // namespace nimbara
