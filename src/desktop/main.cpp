@@ -92,6 +92,29 @@ class Photographer : public QObject {
   QTimer settle_;
 };
 
+NotificationCommands notificationCommandsOf(DesktopNotifications& told, DesktopModel*& model) {
+  NotificationCommands asked;
+  asked.set = [&told](std::string key, SettingValue value) { told.set(std::move(key), std::move(value)); };
+  asked.mute = [&told](std::string kinds, std::optional<Instant> until) {
+    told.mute(std::move(kinds), until);
+  };
+  asked.unmute = [&told](std::string kinds) { told.unmute(std::move(kinds)); };
+  asked.pause = [&told](std::optional<Instant> until) { told.pause(until); };
+  asked.saveRule = [&told](CustomNotification rule) { told.saveRule(std::move(rule)); };
+  asked.removeRule = [&told](Uuid id) { told.removeRule(id); };
+  asked.enableRule = [&told](Uuid id, bool isEnabled) { told.enableRule(id, isEnabled); };
+  asked.tryRule = [&told, &model](CustomNotification rule) {
+    told.tryRule(std::move(rule), [&model](TrialAnswer answer) {
+      QMetaObject::invokeMethod(
+          qApp, [&model, answer = std::move(answer)] { model->notifications()->showTrial(answer); },
+          Qt::QueuedConnection);
+    });
+  };
+  asked.postTest = [&told] { told.postTest(); };
+  asked.lookAtDesktop = [&told] { told.lookAtDesktop(); };
+  return asked;
+}
+
 DesktopCommands commandsOf(DesktopCore& core, DesktopModel*& model) {
   DesktopCommands commands;
   commands.refresh = [&core] { core.refresh(); };
@@ -112,6 +135,7 @@ DesktopCommands commandsOf(DesktopCore& core, DesktopModel*& model) {
           Qt::QueuedConnection);
     });
   };
+  commands.notifications = notificationCommandsOf(core.notifications(), model);
   return commands;
 }
 
@@ -188,7 +212,16 @@ int showWindow(QGuiApplication& application, Environment const& environment, Des
         },
         Qt::QueuedConnection);
   };
-  DesktopCore core(environment, {services, options.now, places, options.place, onGlobeChange},
+  DesktopShell* front = nullptr;
+  auto const onOpen = [&front](ApplicationCall const& call) {
+    QMetaObject::invokeMethod(
+        qApp,
+        [&front, call] {
+          if (front != nullptr) front->receive(call);
+        },
+        Qt::QueuedConnection);
+  };
+  DesktopCore core(environment, {services, options.now, places, options.place, onGlobeChange, {}, onOpen},
                    [&box](SnapshotBox::Snapshot snapshot) { box.put(std::move(snapshot)); });
   DesktopModel shown(
       {core.wording(), core.standIn(), [&core] { return core.clock().now(); }, environment.program},
@@ -203,6 +236,7 @@ int showWindow(QGuiApplication& application, Environment const& environment, Des
   DesktopShell shell(shown, *window.window(), {trayMaker(start.buses()), [&core](std::string const& place) {
                                                  core.choosePlace(place);
                                                }});
+  front = &shell;
   start.listen(shell);
   QObject::connect(
       window.window(), &QQuickWindow::frameSwapped, &shell,

@@ -1,6 +1,6 @@
 #include "desktop/window/desktop_window.h"
+#include "notifications_states.h"
 #include "offscreen.h"
-#include "states.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -68,6 +68,7 @@ constexpr StateRow kStates[] = {
     {"alerts", [] { return snapshotOf(alertState()); }},
     {"polar", [] { return snapshotOf(polarState()); }},
     {"unknown", [] { return snapshotOf(unknownState()); }},
+    {"notifications", [] { return notifying(crowdedState()); }},
     {"longName",
      [] {
        return snapshotOf(stateOf(mildWeek()), "Llanfair-upon-the-very-long-and-winding-river-by-the-old-sea");
@@ -99,7 +100,8 @@ void collectNameless(QQuickItem* item, std::vector<std::string>& nameless) {
 }
 
 TEST_P(Pages, AreDrawnWithoutAComplaint) {
-  for (DesktopPage const page : {DesktopPage::now, DesktopPage::hours, DesktopPage::places}) {
+  for (DesktopPage const page :
+       {DesktopPage::now, DesktopPage::hours, DesktopPage::places, DesktopPage::notifications}) {
     for (auto const& [theme, size] :
          {std::pair(DesktopTheme::light, WindowSize{360, 640}), {DesktopTheme::dark, {1280, 800}}}) {
       DesktopModel model(setting(), {});
@@ -156,6 +158,34 @@ TEST_F(Keyboard, OpensADay) {
     if (isDay) press(Qt::Key_Return);
   }
   EXPECT_EQ(model.openDay(), 0);
+}
+
+/// Walks with the keys over the whole page, pressing what has that name.
+int walkOver(QQuickWindow* window, std::string const& pressed) {
+  int stops = 0;
+  QQuickItem const* first = nullptr;
+  for (; stops < 400; ++stops) {
+    QTest::keyClick(window, Qt::Key_Tab);
+    QQuickItem* const item = window->activeFocusItem();
+    if (item == first) break;
+    if (first == nullptr) first = item;
+    std::string const name = accessibleName(item);
+    EXPECT_NE(name, "") << item->metaObject()->className();
+    if (!pressed.empty() && name.starts_with(pressed)) QTest::keyClick(window, Qt::Key_Return);
+  }
+  return stops;
+}
+
+TEST_F(Keyboard, OpensGroupsOfRulesAndWritesARule) {
+  model.show(notifying(crowdedState()));
+  window.window()->setProperty("page", QStringLiteral("notifications"));
+  int const closed = walkOver(window.window(), "");
+  walkOver(window.window(), "Weather, ");
+  EXPECT_GE(walkOver(window.window(), ""), closed + 10);
+  walkOver(window.window(), "Add a rule");
+  EXPECT_TRUE(model.notifications()->isEditing());
+  EXPECT_GT(walkOver(window.window(), "Save"), closed + 20);
+  EXPECT_THAT(complaints(), IsEmpty());
 }
 
 TEST_F(Keyboard, ShowsTheSearchWithoutAPlace) {

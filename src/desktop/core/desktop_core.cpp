@@ -1,8 +1,11 @@
 #include "desktop/core/desktop_core.h"
 
+#include "app/late_notification_center.h"
+#include "app/notification_call.h"
 #include "app/place_resolver.h"
 #include "app/scheduler.h"
 #include "app/settings_registry.h"
+#include "app/silent_center.h"
 #include "app/unit_settings.h"
 #include "base/text.h"
 #include "model/weather_cache.h"
@@ -87,11 +90,13 @@ DesktopCore::DesktopCore(Environment const& environment, Options options, Listen
       globe_(
           {satellites_, composition_.feeds().earthquakes(), *clock_, work_, std::move(options.onGlobeChange),
            [this](std::string hidden) { keepSetting("globeHidden", std::move(hidden)); }},
-          settings_.text("globeHidden")) {
+          settings_.text("globeHidden")),
+      notifications_(notificationSurroundings(environment, options)) {
   commands_.run([this, places = std::move(options.places),
                  place = std::move(options.place)](std::stop_token const&) { begin(places, place); });
-  scheduler_ =
-      std::jthread([this](std::stop_token const& stop) { runScheduler(state_, timer_, *clock_, stop); });
+  scheduler_ = std::jthread([this](std::stop_token const& stop) {
+    runScheduler(state_, notifications_.notifier(), timer_, *clock_, stop);
+  });
   follower_ = std::jthread([this](std::stop_token const& stop) { followStore(stop); });
 }
 
@@ -113,6 +118,7 @@ AppState::Surroundings DesktopCore::surroundings() {
     return places;
   };
   all.onRefresh = [this](AppState::RefreshReport const& report) {
+    notifications_.requestPass();
     if (!report.outcome) return;
     {
       std::lock_guard const lock(mutex_);
@@ -126,6 +132,38 @@ AppState::Surroundings DesktopCore::surroundings() {
   all.onDueChange = [this] { timer_.wake(); };
   all.jitter = jitter;
   return all;
+}
+
+DesktopNotifications::Surroundings DesktopCore::notificationSurroundings(Environment const& environment,
+                                                                         Options& options) {
+  auto makeCenter = std::move(options.center);
+  if (!makeCenter && !standIn().empty()) makeCenter = [] { return std::make_unique<SilentCenter>(); };
+  if (!makeCenter) {
+    makeCenter = [program = environment.program] { return desktopNotificationCenter({program, {}, {}}); };
+  }
+  return {.store = store_,
+          .app = composition_,
+          .clock = *clock_,
+          .work = work_,
+          .commands = commands_,
+          .wording = wording_,
+          .dataDirectory = environment.dataDirectory,
+          .center = std::make_unique<LateNotificationCenter>(std::move(makeCenter)),
+          .places = [this] { return watchedPlaces(); },
+          .publish = [this] { publish(); },
+          .onDueChange = [this] { timer_.wake(); },
+          .onResponse =
+              [open = std::move(options.onOpen)](NotificationResponse const& response) {
+                auto const call = notificationCall(response);
+                if (call && open) open(*call);
+              },
+          .jitter = jitter};
+}
+
+std::vector<WatchedPlace> DesktopCore::watchedPlaces() {
+  std::lock_guard const lock(mutex_);
+  auto const selected = selectedOf(list_);
+  return selected ? nimbara::watchedPlaces(*selected, list_) : std::vector<WatchedPlace>();
 }
 
 /// The selected place first: it is what the window waits for.
@@ -146,6 +184,7 @@ void DesktopCore::begin(std::vector<SavedPlace> const& places, std::string const
     showSelected(RefreshTrigger::start);
   }
   readAllKept();
+  notifications_.begin();
   timer_.wake();
 }
 
@@ -192,6 +231,7 @@ void DesktopCore::publish() {
   auto snapshot = std::make_shared<DesktopSnapshot>();
   snapshot->weather = state_.weather();
   snapshot->place = state_.selectedPlace();
+  snapshot->notifications = notifications_.state();
   {
     std::lock_guard const lock(mutex_);
     snapshot->places = list_;
@@ -219,6 +259,7 @@ void DesktopCore::select(std::string const& text) {
 void DesktopCore::change(std::function<PlaceResult(PlaceList&)> const& apply) {
   keep(places_.change(apply));
   showSelected(RefreshTrigger::placeChosen);
+  notifications_.requestPass();
   timer_.wake();
 }
 
@@ -231,6 +272,7 @@ void DesktopCore::followStore(std::stop_token const& stop) {
       readSettings();
       readPlaces();
       showSelected(RefreshTrigger::placeChosen);
+      notifications_.reload();
     });
   }
 }
@@ -270,6 +312,7 @@ void DesktopCore::followSystem(std::function<void(std::string const&)> missing) 
     system_ = desktopPowerAndNetwork({program_, {}, {}}, [this](SystemEvent event) {
       state_.wokeUp(event == SystemEvent::resumed ? RefreshTrigger::resumed
                                                   : RefreshTrigger::networkReturned);
+      notifications_.notifier().wokeUp();
       timer_.wake();
     });
     for (std::string const& sentence : system_->missing()) missing(sentence);

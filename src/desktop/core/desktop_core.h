@@ -9,7 +9,9 @@
 #include "app/place_search.h"
 #include "app/places.h"
 #include "desktop/core/desktop_globe.h"
+#include "desktop/core/desktop_notifications.h"
 #include "desktop/views/places_view.h"
+#include "platform/application_instance.h"
 #include "platform/linux/sqlite_settings_store.h"
 #include "platform/linux/timerfd_wake_timer.h"
 #include "platform/power_and_network.h"
@@ -31,6 +33,7 @@ struct DesktopSnapshot {
   std::optional<Place> place;
   PlaceList places;
   KeptForecasts kept;
+  std::shared_ptr<NotificationsState const> notifications = std::make_shared<NotificationsState>();
   bool closesToTray = true;  ///< where there is a tray
   std::string problem;       ///< why places or settings could not be read or changed; empty when they could
 };
@@ -43,6 +46,10 @@ class DesktopCore {
     std::vector<SavedPlace> places;       ///< saved when there are none
     std::string place;                    ///< selected at the start, as by `choosePlace`; may be empty
     std::function<void()> onGlobeChange;  ///< called on the core's threads
+    /// Shows what is to be told; empty for the desktop's own, and for none while stand-ins answer.
+    std::function<std::unique_ptr<NotificationCenter>()> center;
+    /// A person clicked on a notification. Called on the core's threads.
+    std::function<void(ApplicationCall const&)> onOpen;
   };
   using Listener = std::function<void(std::shared_ptr<DesktopSnapshot const>)>;
   using SearchListener = std::function<void(std::vector<FoundPlace>)>;
@@ -69,12 +76,16 @@ class DesktopCore {
   void followSystem(std::function<void(std::string const&)> missing);
 
   DesktopGlobe& globe() { return globe_; }
+  DesktopNotifications& notifications() { return notifications_; }
   Clock const& clock() const { return *clock_; }
   Wording const& wording() const { return wording_; }
   std::string const& standIn() const { return composition_.services().standIn(); }
 
  private:
   AppState::Surroundings surroundings();
+  DesktopNotifications::Surroundings notificationSurroundings(Environment const& environment,
+                                                              Options& options);
+  std::vector<WatchedPlace> watchedPlaces();
   void begin(std::vector<SavedPlace> const& places, std::string const& place);
   void readSettings();
   void change(std::function<PlaceResult(PlaceList&)> const& apply);
@@ -112,6 +123,7 @@ class DesktopCore {
   std::unique_ptr<PowerAndNetwork> system_;  // made by a command
   SatelliteFeed satellites_;
   DesktopGlobe globe_;
+  DesktopNotifications notifications_;
   std::jthread scheduler_;
   std::jthread follower_;
 };

@@ -12,11 +12,11 @@
 
 namespace nimbara {
 
-enum class DesktopPage { now, hours, globe, places };
+enum class DesktopPage { now, hours, globe, places, notifications };
 template <>
 inline constexpr auto enumNames<DesktopPage> =
-    std::to_array<std::string_view>({"now", "hours", "globe", "places"});
-static_assert(enumNamesComplete(DesktopPage::places));
+    std::to_array<std::string_view>({"now", "hours", "globe", "places", "notifications"});
+static_assert(enumNamesComplete(DesktopPage::notifications));
 
 enum class DesktopTheme { system, light, dark };
 template <>

@@ -16,10 +16,18 @@ ComboBox {
         currentIndex = Qt.binding(() => choice.count > 0 ? choice.indexOfValue(choice.value) : -1);
     }
 
-    implicitWidth: Math.min(280 * Theme.scale, Math.max(120 * Theme.scale, implicitContentWidth + 56))
+    readonly property real widest: {
+        let width = metrics.advanceWidth(displayText);
+        for (let i = 0; i < count; ++i)
+            width = Math.max(width, metrics.advanceWidth(textAt(i)));
+        return width;
+    }
+
+    FontMetrics { id: metrics; font: choice.font }
+
+    implicitWidth: Math.min(280 * Theme.scale, Math.max(100 * Theme.scale, widest + 56))
     implicitHeight: 36 * Theme.scale
     width: parent && parent.width > 0 ? Math.min(implicitWidth, parent.width) : implicitWidth
-    implicitContentWidthPolicy: ComboBox.WidestText
     leftPadding: mirrored ? 34 : 14
     rightPadding: mirrored ? 14 : 34
     textRole: "text"

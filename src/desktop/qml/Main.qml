@@ -12,7 +12,8 @@ Window {
         { name: "now", title: app.words.now, sky: "partlyCloudy", sign: "" },
         { name: "hours", title: app.words.hours, sky: "lightRain", sign: "" },
         { name: "globe", title: app.words.globe, sky: "", sign: "globe" },
-        { name: "places", title: app.words.places, sky: "", sign: "place" }
+        { name: "places", title: app.words.places, sky: "", sign: "place" },
+        { name: "notifications", title: app.words.notifications, sky: "", sign: "bell" }
     ]
     // A narrow window has no room for all of them.
     readonly property int shownPages: isWide || pages.length <= 5 ? pages.length : 4
@@ -136,6 +137,7 @@ Window {
         Page { name: "hours"; file: "HoursPage.qml" }
         Page { name: "globe"; file: "GlobePage.qml" }
         Page { id: places; name: "places"; file: "PlacesPage.qml" }
+        Page { name: "notifications"; file: "NotificationsPage.qml" }
         Connections {
             target: places.item
             function onChosen() { window.page = "now" }

@@ -26,11 +26,11 @@ SettingRow {
             row.changed(bounded);
         field.reset();
     }
-    // From a value between the steps to the next of them.
+    // To the next multiple of the step.
     function stepped(direction) {
-        const steps = (row.value - row.from) / row.step;
+        const steps = row.value / row.step;
         const near = direction > 0 ? Math.floor(steps + 1e-6) : Math.ceil(steps - 1e-6);
-        row.ask(row.from + (near + direction) * row.step);
+        row.ask((near + direction) * row.step);
     }
 
     Row {

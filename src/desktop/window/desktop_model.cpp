@@ -12,6 +12,7 @@ constexpr WordRow kWords[] = {
     {"hours", "desktop.page.hours"},
     {"globe", "desktop.page.globe"},
     {"places", "desktop.page.places"},
+    {"notifications", "desktop.page.notifications"},
     {"otherPages", "desktop.page.others"},
     {"refresh", "desktop.refresh"},
     {"loading", "desktop.loading"},
@@ -72,7 +73,8 @@ DesktopModel::DesktopModel(Setting setting, DesktopCommands commands, QObject* p
       days_(new RecordListModel(this)),
       dayHours_(new RecordListModel(this)),
       places_(new RecordListModel(this)),
-      found_(new RecordListModel(this)) {
+      found_(new RecordListModel(this)),
+      notifications_(new NotificationsModel(commands_.notifications, this)) {
   showWords(*words_, kWords, *setting_.wording.texts);
   connect(globe_, &GlobeModel::settled, this, &DesktopModel::shown);
   showWeather();
@@ -104,6 +106,7 @@ void DesktopModel::showWeather() {
   tiles_->show(tileViews(state, view));
   places_->show(placeViews(snapshot_->places, snapshot_->kept, view));
   found_->show(foundViews(foundPlaces_, snapshot_->places));
+  notifications_->show(*snapshot_, view);
   WeatherData const none;
   WeatherData const& data = state.weatherData ? *state.weatherData : none;
   hours_->show(hourViews(data, view));

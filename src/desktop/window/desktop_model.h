@@ -6,6 +6,7 @@
 #include "desktop/views/hours_view.h"
 #include "desktop/views/tray_view.h"
 #include "desktop/window/globe_model.h"
+#include "desktop/window/notifications_model.h"
 #include "desktop/window/view_models.h"
 
 #include <QObject>
@@ -25,6 +26,7 @@ struct DesktopCommands {
   std::function<void(Uuid, int)> movePlace;
   std::function<void(std::string)> search;
   GlobeCommands globe;
+  NotificationCommands notifications;
 };
 
 class DesktopModel : public QObject {
@@ -40,6 +42,7 @@ class DesktopModel : public QObject {
   Q_PROPERTY(nimbara::RecordListModel* places READ places CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* found READ found CONSTANT)
   Q_PROPERTY(nimbara::GlobeModel* globe READ globe CONSTANT)
+  Q_PROPERTY(nimbara::NotificationsModel* notifications READ notifications CONSTANT)
   Q_PROPERTY(QString problem READ problem NOTIFY shown)
   Q_PROPERTY(bool isReady READ isReady NOTIFY shown)
   Q_PROPERTY(int openDay READ openDay WRITE setOpenDay NOTIFY openDayChanged)
@@ -73,6 +76,7 @@ class DesktopModel : public QObject {
   RecordListModel* places() { return places_; }
   RecordListModel* found() { return found_; }
   GlobeModel* globe() { return globe_; }
+  NotificationsModel* notifications() { return notifications_; }
   Meteogram const& meteogram() const { return meteogram_; }
   QString problem() const { return QString::fromStdString(snapshot_->problem); }
   /// A first snapshot has come.
@@ -121,6 +125,7 @@ class DesktopModel : public QObject {
   RecordListModel* dayHours_;
   RecordListModel* places_;
   RecordListModel* found_;
+  NotificationsModel* notifications_;
 };
 
 }  // namespace nimbara

@@ -23,6 +23,7 @@ void registerItems() {
     qmlRegisterType<FlatGlobe>("NimbaraItems", 1, 0, "FlatGlobe");
     qmlRegisterAnonymousType<GlobeModel>("NimbaraItems", 1);
     qmlRegisterAnonymousType<DesktopModel>("NimbaraItems", 1);
+    qmlRegisterAnonymousType<NotificationsModel>("NimbaraItems", 1);
     qmlRegisterAnonymousType<RecordModel>("NimbaraItems", 1);
     qmlRegisterAnonymousType<RecordListModel>("NimbaraItems", 1);
     return true;

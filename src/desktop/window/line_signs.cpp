@@ -2,6 +2,7 @@
 
 #include <QImage>
 #include <QPainter>
+#include <QPainterPath>
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -42,6 +43,16 @@ constexpr std::array kSigns = std::to_array<SignRow>({
        p.drawArc(QRectF(6, 3, 12, 12), -35 * 16, 250 * 16);
        stroke(p, {{7.1, 12.4}, {12, 21}, {16.9, 12.4}});
        p.drawEllipse(QPointF(12, 9), 1.4, 1.4);
+     }},
+    {"bell",
+     [](QPainter& p) {
+       QPainterPath bell({4.5, 17});
+       bell.cubicTo(6.5, 15, 6.5, 13, 6.5, 10.5);
+       bell.cubicTo(6.5, 3.2, 17.5, 3.2, 17.5, 10.5);
+       bell.cubicTo(17.5, 13, 17.5, 15, 19.5, 17);
+       bell.closeSubpath();
+       p.drawPath(bell);
+       p.drawArc(QRectF(9.5, 17.5, 5, 4), 190 * 16, 160 * 16);
      }},
     {"others",
      [](QPainter& p) {

@@ -1,0 +1,86 @@
+// The window's part in notifying: keeps the engine and its role going while the window runs, knows what the
+// page of notifications shows, and changes settings, mutes and rules for it. Owned by the core, whose threads
+// it works on; nothing blocks the caller. What to tell is the engine's decision.
+#pragma once
+
+#include "app/notification_desk.h"
+#include "desktop/views/notifications_state.h"
+#include "notifications/rule_settings.h"
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace nimbara {
+
+class DesktopNotifications {
+ public:
+  struct Surroundings {
+    SettingsStore& store;
+    Composition& app;
+    Clock const& clock;
+    TaskRunner& work;      ///< passes, and what asks the desktop
+    TaskRunner& commands;  ///< one after the other
+    Wording wording;
+    std::filesystem::path dataDirectory;
+    std::unique_ptr<NotificationCenter> center;
+    std::function<std::vector<WatchedPlace>()> places;  ///< the selected one first
+    std::function<void()> publish;                      ///< the state is another
+    std::function<void()> onDueChange;
+    std::function<void(NotificationResponse const&)> onResponse;  ///< a person answered; may be empty
+    std::function<std::chrono::milliseconds()> jitter;
+  };
+  using TrialListener = std::function<void(TrialAnswer)>;
+
+  explicit DesktopNotifications(Surroundings surroundings);
+
+  std::shared_ptr<NotificationsState const> state() const;
+  Notifier& notifier() { return desk_.notifier(); }
+  /// Reads for the first time and waits for the role where another program has it.
+  void begin();
+  /// A forecast has come, or what is watched is another.
+  void requestPass() { desk_.notifier().requestPass(); }
+  /// What a pass has told or learnt is to be shown.
+  void notePass();
+  void setWording(Wording const& wording);
+  /// On the thread of the commands, after somebody changed the store.
+  void reload();
+
+  // Commands: they return at once.
+  void set(std::string key, SettingValue value);
+  /// Kinds by "+"; nothing mutes them for ever.
+  void mute(std::string kinds, std::optional<Instant> until);
+  void unmute(std::string kinds);
+  /// Nothing rings until then; nothing ends the pause.
+  void pause(std::optional<Instant> until);
+  void saveRule(CustomNotification rule);
+  void removeRule(Uuid id);
+  void enableRule(Uuid id, bool isEnabled);
+  /// The listener is called on a thread of the core's own.
+  void tryRule(CustomNotification rule, TrialListener answered);
+  /// Posts one notification that says it is a test.
+  void postTest();
+  /// Whether the desktop shows notifications.
+  void lookAtDesktop();
+
+ private:
+  void command(std::function<Result<void, StoreError>()> apply);
+  void changeMutes(std::function<std::vector<Mute>(std::vector<Mute>)> change);
+  template <class Change>
+  bool change(Change apply);
+  std::optional<Place> placeOf(CustomNotification const& rule) const;
+  TrialAnswer tried(CustomNotification const& rule, std::stop_token const& stop);
+  std::shared_ptr<Texts const> texts() const;
+
+  Surroundings around_;
+  NotificationDesk desk_;
+  SettingValues chosen_;  ///< of the thread of the commands
+
+  mutable std::mutex mutex_;  // guards the two below
+  std::shared_ptr<NotificationsState const> state_;
+  std::shared_ptr<Texts const> texts_;
+};
+
+}  // namespace nimbara

@@ -1,0 +1,72 @@
+// A setting of notifications with the control that suits it.
+import QtQuick
+import NimbaraPages
+
+Item {
+    id: row
+
+    required property string key
+    required property string control
+    required property string title
+    required property string explanation
+    required property bool isOn
+    required property bool isDetail
+    required property bool isEnabled
+    required property double value
+    required property double from
+    required property double to
+    required property double step
+    required property double decimals
+    required property string unit
+    required property string choice
+    property var notifications
+
+    readonly property real indent: isDetail ? 2 * Theme.space : 0
+
+    // What belongs to a rule that is off says nothing.
+    visible: isEnabled
+    height: visible ? body.height : 0
+
+    Loader {
+        id: body
+        anchors.right: parent.right
+        width: parent.width - row.indent
+        height: item ? item.implicitHeight : 0
+        active: row.isEnabled
+        sourceComponent: row.control === "switch" ? onOff : row.control === "number" ? number : choices
+    }
+    Component {
+        id: onOff
+        SettingSwitch {
+            title: row.title
+            explanation: row.explanation
+            checked: row.isOn
+            onSwitched: on => row.notifications.setSwitch(row.key, on)
+        }
+    }
+    Component {
+        id: number
+        SettingNumber {
+            title: row.title
+            explanation: row.explanation
+            value: row.value
+            from: row.from
+            to: row.to
+            step: row.step
+            decimals: row.decimals
+            unit: row.unit
+            onChanged: shown => row.notifications.setNumber(row.key, shown)
+        }
+    }
+    Component {
+        id: choices
+        SettingChoice {
+            title: row.title
+            explanation: row.explanation
+            options: row.control === "hour" ? row.notifications.hours : row.notifications.levels
+            value: row.choice
+            onChosen: wanted => row.control === "hour" ? row.notifications.setHour(row.key, wanted)
+                                                       : row.notifications.setLevel(row.key, wanted)
+        }
+    }
+}

@@ -1,0 +1,35 @@
+// What the core knows of notifications at one moment, for the page that shows it. A value.
+#pragma once
+
+#include "app/settings_registry.h"
+#include "notifications/custom_notification.h"
+#include "notifications/notification_log.h"
+#include "platform/notification_center.h"
+#include "platform/settings.h"
+
+#include <string>
+#include <vector>
+
+namespace nimbara {
+
+struct NotificationsState {
+  Settings settings{settingsRegistry()};
+  CustomNotificationList rules;
+  std::vector<LoggedNotification> log;  ///< newest last
+  bool isOurs = true;                   ///< this program notifies
+  std::string holder;                   ///< the program that does, as it calls itself; may be empty
+  bool isStandIn = false;               ///< made-up news stay in the log
+  AuthorizationStatus status = AuthorizationStatus::notDetermined;
+  std::string problem;   ///< why something could not be read or changed; empty when it could
+  std::string testNote;  ///< why the last test did not come through; empty when it did
+  int testsTold = 0;     ///< how many tests were taken by the desktop
+};
+
+/// What became of trying a rule.
+struct TrialAnswer {
+  Uuid rule;
+  bool rings = false;
+  std::string text;
+};
+
+}  // namespace nimbara

@@ -1,0 +1,266 @@
+#include "desktop/views/notification_rows.h"
+#include "desktop/views/rules_view.h"
+#include "notifications/catalogue.h"
+#include "notifications_states.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <set>
+
+namespace nimbara {
+namespace {
+
+using namespace std::chrono_literals;
+using namespace nimbara::test;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+struct NotificationViews : testing::Test {
+  NotificationsView shown(NotificationsState const& state) const { return notificationsView(state, view); }
+  SettingRowView row(NotificationsState const& state, std::string_view key) const {
+    for (std::string_view const group : ruleGroupNames()) {
+      for (SettingRowView const& one : settingRowViews(group, state, view)) {
+        if (one.key == key) return one;
+      }
+    }
+    return {};
+  }
+
+  ViewContext view = contextAt(kNow);
+};
+
+TEST_F(NotificationViews, HaveARowForEverySetting) {
+  // The rules have an editor of their own; mutes and the pause, too.
+  std::set<std::string_view> const elsewhere{"customNotifications", "notify_mutedKinds",
+                                             "notify_snoozedUntil", "languageModelName",
+                                             "liveActivityEnabled"};
+  for (SettingDefinition const& definition : notificationSettings()) {
+    bool const isShown = findNotificationRow(definition.key) != nullptr;
+    EXPECT_NE(isShown, elsewhere.contains(definition.key)) << definition.key;
+  }
+}
+
+TEST_F(NotificationViews, AreWordedInEveryLanguage) {
+  for (std::string_view const language : Texts::languages()) {
+    Texts const texts = Texts::load(language);
+    for (NotificationGroup const& group : notificationGroups()) {
+      EXPECT_TRUE(texts.translates("desktop.notifications.group." + std::string(group.name))) << group.name;
+      for (NotificationRow const& one : group.rows) {
+        std::string const key = "desktop.notifications." + std::string(one.key);
+        EXPECT_TRUE(texts.translates(key) && texts.translates(key + ".hint")) << language << " " << key;
+      }
+    }
+  }
+}
+
+struct WhoRow {
+  bool isOurs;
+  char const* holder;
+  bool isStandIn;
+  char const* beginning;
+};
+
+TEST_F(NotificationViews, SayWhoNotifies) {
+  for (WhoRow const& who : {WhoRow{true, "window", false, "This window notifies"},
+                            WhoRow{false, "watch", false, "The background service notifies"},
+                            WhoRow{false, "window", false, "Another window notifies"},
+                            WhoRow{false, "", false, "Another of your programs"},
+                            WhoRow{true, "window", true, "The weather here is made up"}}) {
+    NotificationsState state;
+    state.isOurs = who.isOurs;
+    state.holder = who.holder;
+    state.isStandIn = who.isStandIn;
+    EXPECT_TRUE(shown(state).notifier.starts_with(who.beginning)) << shown(state).notifier;
+  }
+}
+
+TEST_F(NotificationViews, SayWhatIsWrong) {
+  EXPECT_EQ(shown({}).trouble, "");
+  EXPECT_EQ(shown({}).logNote, "Nothing has been told or held back yet.");
+  NotificationsView const crowded = shown(crowdedState());
+  EXPECT_EQ(crowded.trouble,
+            "Notifications cannot be shown: this desktop has no notification service, or it does not answer. "
+            "the settings cannot be written.");
+  EXPECT_EQ(crowded.test, "The test did not come through: there is no notification service on this desktop.");
+  EXPECT_EQ(crowded.pause, "Nothing rings until 18:00.");
+}
+
+TEST_F(NotificationViews, PausesEnd) {
+  view.now = at("2026-11-21T17:59:59Z");
+  EXPECT_TRUE(shown(crowdedState()).isPaused);
+  view.now = at("2026-11-21T18:00:00Z");
+  EXPECT_FALSE(shown(crowdedState()).isPaused);
+}
+
+TEST_F(NotificationViews, CountWhatIsOn) {
+  auto const groups = ruleGroupViews(withSettings({{"notify_rainStart", true}}), view);
+  ASSERT_THAT(groups, SizeIs(6));
+  EXPECT_EQ(groups[1].title, "Weather");
+  EXPECT_EQ(groups[1].summary, "3 of 10 on") << "rain and snow are on by themselves";
+}
+
+TEST_F(NotificationViews, ShowNumbersInTheUsersUnits) {
+  SettingRowView wind = row({}, "notify_highWindThreshold");
+  EXPECT_EQ(wind.value, 60);
+  EXPECT_EQ(wind.unit, "km/h");
+  EXPECT_EQ(wind.control, "number");
+  EXPECT_TRUE(wind.isDetail);
+  EXPECT_FALSE(wind.isEnabled) << "its switch is off";
+  view.units = Units::imperial();
+  wind = row(withSettings({{"notify_highWind", true}}), "notify_highWindThreshold");
+  EXPECT_EQ(wind.value, 37);
+  EXPECT_EQ(wind.unit, "mph");
+  EXPECT_EQ(wind.from, 1);
+  EXPECT_EQ(wind.to, 248);
+  EXPECT_TRUE(wind.isEnabled);
+  EXPECT_EQ(row({}, "notify_earthquakeMagnitude").value, 4);
+  EXPECT_EQ(row({}, "notify_earthquakeMagnitude").decimals, 1);
+  EXPECT_EQ(row({}, "notify_quietFrom").choice, "22");
+  EXPECT_EQ(row({}, "notify_govAlertLevel").choice, "medium");
+}
+
+struct ShownNumber {
+  char const* key;
+  double shown;
+  std::optional<SettingValue> stored;
+};
+
+TEST_F(NotificationViews, StoreMetricNumbers) {
+  for (ShownNumber const& one :
+       {ShownNumber{"notify_highWindThreshold", 40, SettingValue(std::int64_t{64})},
+        ShownNumber{"notify_highWindThreshold", 0, SettingValue(std::int64_t{1})},
+        ShownNumber{"notify_highWindThreshold", 9e9, SettingValue(std::int64_t{400})},
+        ShownNumber{"notify_lightningRadius", 300, SettingValue(std::int64_t{50})},
+        ShownNumber{"notify_earthquakeMagnitude", 4.5, SettingValue(4.5)},
+        ShownNumber{"notify_rain", 1, std::nullopt}, ShownNumber{"contact", 1, std::nullopt}}) {
+    EXPECT_EQ(settingFromShown(one.key, one.shown, Units::imperial()), one.stored) << one.key;
+  }
+}
+
+/// What is stored of a number is shown as it was typed.
+TEST_F(NotificationViews, KeepNumbersAsTheyWereTyped) {
+  view.units = Units::imperial();
+  for (int typed = 1; typed <= 248; ++typed) {
+    auto const stored = settingFromShown("notify_highWindThreshold", typed, view.units);
+    EXPECT_EQ(row(withSettings({{"notify_highWindThreshold", *stored}}), "notify_highWindThreshold").value,
+              typed);
+  }
+}
+
+TEST_F(NotificationViews, ListMutesWithTheirEnds) {
+  auto const mutes = muteViews(crowdedState(), view);
+  ASSERT_THAT(mutes, SizeIs(3));
+  EXPECT_EQ(mutes[0].title, "Official warnings (wind:advisory)");
+  EXPECT_EQ(mutes[0].until, "until Sunday 07:00");
+  EXPECT_EQ(mutes[1].title, "Heavy rain");
+  EXPECT_EQ(mutes[1].until, "for ever");
+  EXPECT_EQ(mutes[2].title, "elsewhere");
+  view.now = at("2026-11-22T07:00:00Z");
+  EXPECT_THAT(muteViews(crowdedState(), view), SizeIs(2));
+}
+
+TEST_F(NotificationViews, OfferEachKindToMuteOnce) {
+  std::set<std::string> titles;
+  std::size_t kinds = 0;
+  for (OptionView const& option : muteOptions(view)) {
+    EXPECT_TRUE(titles.insert(option.text).second) << option.text;
+    kinds += static_cast<std::size_t>(std::ranges::count(option.value, '+')) + 1;
+  }
+  EXPECT_EQ(kinds, ruleCatalogue().size());
+}
+
+TEST_F(NotificationViews, EndPauses) {
+  Calendar const lisbon = *Calendar::forZone("Europe/Lisbon");
+  EXPECT_EQ(endOf(MuteSpan::hour, kNow, lisbon, 7), kNow + 1h);
+  EXPECT_EQ(endOf(MuteSpan::tomorrow, kNow, lisbon, 7), at("2026-11-22T07:00:00Z"));
+  EXPECT_EQ(endOf(MuteSpan::tomorrow, at("2026-11-21T00:30:00Z"), lisbon, 7), at("2026-11-22T07:00:00Z"));
+  EXPECT_EQ(endOf(MuteSpan::forever, kNow, lisbon, 7), std::nullopt);
+}
+
+TEST_F(NotificationViews, TellTheLogNewestFirst) {
+  NotificationsState const state = crowdedState();
+  auto const all = logViews(state, LogFilter::all, view);
+  ASSERT_THAT(all, SizeIs(500));
+  EXPECT_EQ(all.front().when, "12:19");
+  EXPECT_EQ(
+      all.front().sentence,
+      "12:19, " + std::string(50, 'n') +
+          ", Testville, Bring a coat., held back by the quiet hours; likely rain in an hour 6 mm, needs "
+          "at least 4 mm");
+  EXPECT_THAT(logViews(state, LogFilter::told, view), SizeIs(167));
+  EXPECT_THAT(logViews(state, LogFilter::held, view), SizeIs(333));
+}
+
+TEST_F(NotificationViews, NameWhatHasNoTitle) {
+  NotificationsState state;
+  state.log = {logLine("", RuleOutcome::withdrawn)};
+  EXPECT_EQ(logViews(state, LogFilter::all, view).front().title, "Heavy rain");
+}
+
+struct RuleViews : NotificationViews {
+  PlaceList places = snapshotOf(stateOf(mildWeek()))->places;
+};
+
+TEST_F(RuleViews, SayWhatARuleWatches) {
+  auto const rules = ruleViews(crowdedState(), places, view);
+  ASSERT_THAT(rules, SizeIs(3));
+  EXPECT_EQ(rules[0].description, "Wind gust above 50.0km/h in the next 6 hours");
+  EXPECT_EQ(rules[0].schedule, "Every day, as soon as it is forecast; the selected place");
+  EXPECT_FALSE(rules[0].isOrphan);
+  EXPECT_TRUE(rules[2].isOrphan);
+}
+
+TEST_F(RuleViews, FindFaultsInADraft) {
+  CustomNotification draft = newDraft();
+  EXPECT_EQ(draftView(draft, places, view).fault, "Give the rule a title.");
+  draft.title = "  ";
+  EXPECT_EQ(draftView(draft, places, view).fault, "Give the rule a title.");
+  draft.title = "Storm";
+  EXPECT_EQ(draftView(draft, places, view).fault, "");
+  draft.scheduledDays = {};
+  EXPECT_EQ(draftView(draft, places, view).fault, "Choose at least one day.");
+  draft.locationID = Uuid::named(kCurrentLocation, "lost");
+  EXPECT_EQ(draftView(draft, places, view).fault, "Its place was deleted; choose another.");
+}
+
+/// Whatever is chosen first makes sense, and holds between its bounds.
+TEST_F(RuleViews, SuggestALimitForEverySubject) {
+  for (Units const& units : {Units::metric(), Units::imperial()}) {
+    view.units = units;
+    for (ConditionKind const& kind : conditionKinds()) {
+      CustomNotification const draft = withKind(newDraft(), kind.type);
+      DraftView const shown = draftView(draft, places, view);
+      EXPECT_EQ(shown.hasThreshold, !kind.isEvent()) << shown.kind;
+      EXPECT_LE(shown.from, shown.threshold) << shown.kind;
+      EXPECT_GE(shown.to, shown.threshold) << shown.kind;
+      EXPECT_EQ(faultOf(draft), std::nullopt);
+      auto const allowed = comparisonOptions(draft, view);
+      EXPECT_TRUE(std::ranges::count(allowed, shown.comparison, &OptionView::value)) << shown.kind;
+    }
+  }
+}
+
+TEST_F(RuleViews, TakeLimitsInTheUsersUnits) {
+  CustomNotification const warm = withKind(newDraft(), ConditionType::temperature);
+  EXPECT_NEAR(withThreshold(warm, 77, Units::imperial()).threshold, 25, 1e-9);
+  EXPECT_NEAR(withThreshold(warm, 25, Units::metric()).threshold, 25, 1e-9);
+  view.units = Units::imperial();
+  EXPECT_EQ(draftView(withThreshold(warm, 77, view.units), places, view).description,
+            "Temperature above 77.0°F in the next 24 hours");
+}
+
+TEST_F(RuleViews, OfferWhatWasChosenElsewhere) {
+  CustomNotification draft = gustRule();
+  draft.lookaheadHours = 7;
+  auto const spans = spanOptions(draft, view);
+  EXPECT_EQ(std::ranges::count(spans, "7", &OptionView::value), 1);
+  EXPECT_EQ(spans.front().text, "now");
+  EXPECT_EQ(checkHourOptions(view).front().value, "-1");
+  EXPECT_THAT(rulePlaceOptions(places, view), SizeIs(3));
+  EXPECT_EQ(weekdayViews(draft, view).front().dayName, "Mon");
+}
+
+}  // namespace
+}  // namespace nimbara
