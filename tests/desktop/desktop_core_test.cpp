@@ -37,12 +37,15 @@ struct Core : testing::Test {
 
   /// Nobody listens at the services' address.
   std::unique_ptr<DesktopCore> start(std::string place = {}) {
-    return std::make_unique<DesktopCore>(
-        environment, DesktopCore::Options{"http://127.0.0.1:9", kNow, {}, std::move(place)},
-        [this](SnapshotBox::Snapshot snapshot) {
-          if (!first) first = snapshot;
-          box.put(std::move(snapshot));
-        });
+    DesktopCore::Options options;
+    options.services = "http://127.0.0.1:9";
+    options.now = kNow;
+    options.place = std::move(place);
+    return std::make_unique<DesktopCore>(environment, std::move(options),
+                                         [this](SnapshotBox::Snapshot snapshot) {
+                                           if (!first) first = snapshot;
+                                           box.put(std::move(snapshot));
+                                         });
   }
   /// Takes snapshots until one is as wanted.
   SnapshotBox::Snapshot waitFor(std::function<bool(DesktopSnapshot const&)> const& isWanted) {
