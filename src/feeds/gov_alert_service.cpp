@@ -110,21 +110,33 @@ GovAlerts GovAlertService::fetchAlerts(GovAlertPlace const& place, std::vector<s
   std::lock_guard const turn(turn_);
   auto const sources = sourcesFor(place, names);
   if (sources.empty()) return {};
-  States& states = statesOf(place);
+  States states = copyOfStates(place);
   for (GovAlertSource const* const source : sources) {
     GovSourceState& state = stateOf(states, source->name);
     auto alerts = source->fetch(place, state.roots, stop);
+    if (!alerts && stop.stop_requested()) continue;  // nothing was wrong with the source
     alerts ? succeed(state, std::move(*alerts), clock_.now())
            : fail(state, std::move(alerts.error()), clock_.now());
   }
   auto result = summary(sources, states);
   keep(place, states);
+  remember(place, std::move(states));
   return result;
 }
 
 GovAlerts GovAlertService::keptAlerts(GovAlertPlace const& place, std::vector<std::string> const& names) {
-  std::lock_guard const turn(turn_);
-  return summary(sourcesFor(place, names), statesOf(place));
+  States states = copyOfStates(place);
+  return summary(sourcesFor(place, names), states);
+}
+
+GovAlertService::States GovAlertService::copyOfStates(GovAlertPlace const& place) {
+  std::lock_guard const lock(memoryLock_);
+  return statesOf(place);
+}
+
+void GovAlertService::remember(GovAlertPlace const& place, States states) {
+  std::lock_guard const lock(memoryLock_);
+  statesOf(place) = std::move(states);
 }
 
 std::vector<GovAlertSource const*> GovAlertService::sourcesFor(GovAlertPlace const& place,
@@ -155,6 +167,7 @@ std::filesystem::path GovAlertService::fileOf(GovAlertPlace const& place) const 
   return cacheDirectory_ / ("gov_alerts_v3_" + keyOf(place.coordinate) + ".json");
 }
 
+/// With the memory's lock held.
 GovAlertService::States& GovAlertService::statesOf(GovAlertPlace const& place) {
   std::string const key = keyOf(place.coordinate);
   if (auto const found = memory_.find(key); found != memory_.end()) return found->second;

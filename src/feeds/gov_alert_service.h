@@ -93,13 +93,16 @@ class GovAlertService {
   /// Asks every source that covers the place, or those of `names` when any are given. Blocks.
   GovAlerts fetchAlerts(GovAlertPlace const& place, std::vector<std::string> const& names = {},
                         std::stop_token const& stop = {});
-  /// What was last known, without asking anybody: for the first moments of a program.
+  /// What was last known, without asking anybody and without waiting for those who ask: for the first moments
+  /// of a program or of a place.
   GovAlerts keptAlerts(GovAlertPlace const& place, std::vector<std::string> const& names = {});
 
  private:
   using States = std::vector<GovSourceState>;
 
   States& statesOf(GovAlertPlace const& place);
+  States copyOfStates(GovAlertPlace const& place);
+  void remember(GovAlertPlace const& place, States states);
   void keep(GovAlertPlace const& place, States const& states) const;
   std::filesystem::path fileOf(GovAlertPlace const& place) const;
   std::vector<GovAlertSource const*> sourcesFor(GovAlertPlace const& place,
@@ -109,7 +112,8 @@ class GovAlertService {
   Clock const& clock_;
   std::vector<GovAlertSource> sources_;
   std::filesystem::path cacheDirectory_;
-  std::mutex turn_;
+  std::mutex turn_;        // of those who ask the sources
+  std::mutex memoryLock_;  // guards the memory; never held while somebody is asked
   std::map<std::string, States> memory_;
 };
 

@@ -211,6 +211,7 @@ WeatherAlert eventOf(NWSAlert const& message, std::string_view key) {
   alert.source = message.senderName;
   alert.areaDesc = unlessEmpty(message.areaDesc);
   alert.isGovAlert = true;
+  alert.issued = message.sent;
   alert.onset = message.onset;
   alert.expires = endOf(message);
   alert.link = std::string(kLinkBase) + percentEncoded(message.id);

@@ -25,6 +25,7 @@ enum class Element {
   identifier,
   status,
   messageType,
+  sent,
   onset,
   expires,
   polygon,
@@ -51,6 +52,7 @@ constexpr std::array kElements = std::to_array<NamedElement>({
     {"status", Element::status},
     {"message_type", Element::messageType},
     {"msgType", Element::messageType},
+    {"sent", Element::sent},
     {"onset", Element::onset},
     {"expires", Element::expires},
     {"polygon", Element::polygon},
@@ -145,6 +147,9 @@ class FeedReader {
         return assign(current_.status, text);
       case Element::messageType:
         return assign(current_.messageType, text);
+      case Element::sent:
+        current_.sent = parseIso8601(text);
+        return;
       case Element::onset:
         current_.onset = parseIso8601(text);
         return;

@@ -33,6 +33,7 @@ struct RawEntry {
   std::vector<WarningPolygon> polygons;
   std::vector<WarningCircle> circles;
   std::vector<std::string> nuts3Codes;
+  std::optional<Instant> sent;
   std::optional<Instant> onset;
   std::optional<Instant> expires;
   std::vector<RegionCode> otherCodes;  ///< of all registries but NUTS3, each once

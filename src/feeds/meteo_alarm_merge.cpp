@@ -64,6 +64,7 @@ Uuid identifierOf(Group const& group, std::string_view country, std::optional<In
 
 void widen(WeatherAlert& alert, RawEntry const& entry) {
   alert.severity = std::max(alert.severity, severityOfCap(entry.severity));
+  if (entry.sent) alert.issued = std::max(alert.issued.value_or(*entry.sent), *entry.sent);
   if (entry.onset) alert.onset = std::min(alert.onset.value_or(*entry.onset), *entry.onset);
   if (entry.expires) alert.expires = std::max(alert.expires.value_or(*entry.expires), *entry.expires);
 }

@@ -42,6 +42,7 @@ struct WeatherAlert {
   /// Of the place from the warned area, where the place is outside and only the margin reaches it in which
   /// warnings are taken for near; absent within.
   std::optional<double> distanceKm;
+  std::optional<Instant> issued;  ///< when the newest message of an official warning was sent
 
   bool operator==(WeatherAlert const&) const = default;
 };
@@ -63,6 +64,7 @@ inline constexpr auto jsonFields<WeatherAlert> = std::tuple{
     field("expires", &WeatherAlert::expires),
     field("link", &WeatherAlert::link),
     field("_nimbaraDistanceKm", &WeatherAlert::distanceKm),
+    field("_nimbaraIssued", &WeatherAlert::issued),
 };
 
 /// Most severe first, and of equal severity those of the place itself before those that are only near;

@@ -90,6 +90,7 @@ TEST(LiveEvents, EndWithTheEventElseWithTheMessage) {
     ASSERT_EQ(events.size(), row.isShown ? 1 : 0);
     if (!row.isShown) continue;
     EXPECT_EQ(events[0].expires, alert.ends ? alert.ends : alert.expires);
+    EXPECT_EQ(events[0].issued, alert.sent);
   }
 }
 
@@ -396,6 +397,32 @@ TEST_F(GovAlertServiceTest, ShowsAtOnceWhatItKnewBeforeARestart) {
   folder_.write("gov_alerts_v3_52.52_13.41.json", "{\"sources\":[{}]");
   EXPECT_TRUE(service().keptAlerts(place_).alerts.empty());
   EXPECT_TRUE(service().keptAlerts({{1, 2}, "DE", {}}).alerts.empty());
+}
+
+TEST_F(GovAlertServiceTest, TellsWhatIsKeptWhileASourceIsAsked) {
+  std::optional<GovAlertService> gov;
+  std::size_t keptMeanwhile = 0;
+  GovAlertSource slow = sourceOf("a", a_);
+  slow.fetch = [&](GovAlertPlace const& place, EventRoots&, std::stop_token const&) {
+    keptMeanwhile = gov->keptAlerts(place).alerts.size();
+    return Result<std::vector<WeatherAlert>, GovSourceFailure>(
+        std::vector{alert("x", AlertSeverity::info, {}), alert("y", AlertSeverity::info, {})});
+  };
+  gov.emplace(clock_, std::vector{slow}, folder_.path());
+  EXPECT_EQ(gov->fetchAlerts(place_).alerts.size(), 2);
+  EXPECT_EQ(keptMeanwhile, 0);
+  gov->fetchAlerts(place_);
+  EXPECT_EQ(keptMeanwhile, 2);
+}
+
+TEST_F(GovAlertServiceTest, TakesAStoppedCheckForNoFailure) {
+  GovAlertService gov = service();
+  gov.fetchAlerts(place_);
+  a_.answer = std::unexpected(GovSourceFailure{"stopped", {}});
+  std::stop_source stop;
+  stop.request_stop();
+  EXPECT_EQ(gov.fetchAlerts(place_, {}, stop.get_token()).failedSince(), std::nullopt);
+  EXPECT_EQ(gov.fetchAlerts(place_).failedSince(), kNow);
 }
 
 TEST(NwsAlertSource, KeepsAnEventsIdentifierOverARestart) {

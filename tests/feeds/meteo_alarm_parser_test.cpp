@@ -39,12 +39,13 @@ TEST(MeteoAlarmParser, ReadsEveryFieldOfAnEntry) {
                "<cap:polygon>50.0,8.0 50.5,8.0\n50.5,8.9 50.0,8.0</cap:polygon>"
                "<cap:polygon>1,1 2,x 3,3 1,1</cap:polygon><cap:circle>52.5,13.4 12.5</cap:circle>"
                "<cap:status>Actual</cap:status><cap:message_type> Update </cap:message_type>"
-               "<cap:identifier>2.49.0.0.1</cap:identifier>";
+               "<cap:sent>2026-11-21T05:30:00+01:00</cap:sent><cap:identifier>2.49.0.0.1</cap:identifier>";
   RawEntry const entry = entryOf(given);
   EXPECT_EQ(entry.title, given.title);
   EXPECT_EQ(entry.event, given.event);
   EXPECT_EQ(entry.severity, "Moderate");
   EXPECT_EQ(entry.areaDesc, "Testland & Côte");
+  EXPECT_EQ(entry.sent, at("2026-11-21T04:30:00Z"));
   EXPECT_EQ(entry.onset, at("2026-11-21T06:00:00Z"));
   EXPECT_EQ(entry.expires, at("2026-11-22T06:00:00Z"));
   EXPECT_EQ(entry.nuts3Codes, std::vector<std::string>{"XX012"});
