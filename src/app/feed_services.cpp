@@ -49,6 +49,7 @@ FeedServices::FeedServices(HttpClient& http, Clock const& clock, ServiceDirector
       nws_(http, clock, {services.address(Service::nws).baseUrl, options_.contact}),
       earthquakes_(http, clock, earthquakeOptions(services, options_.cacheDirectory)),
       geomagnetic_(http, clock, services.address(Service::swpc).baseUrl),
+      kpForecast_(http, clock, services.address(Service::swpc).baseUrl),
       meteoAlarm_(http, clock, services.address(Service::meteoAlarm).baseUrl, *options_.texts,
                   [this](Coordinate place) { return regions_.at(place); }),
       govAlerts_(clock, {nwsAlertSource(nws_, clock), meteoAlarmSource(meteoAlarm_)},

@@ -7,6 +7,7 @@
 #include "feeds/earthquake_service.h"
 #include "feeds/geomagnetic_service.h"
 #include "feeds/gov_alert_service.h"
+#include "feeds/kp_forecast_service.h"
 #include "feeds/lightning_source.h"
 #include "feeds/meteo_alarm_service.h"
 #include "feeds/nws_alert_service.h"
@@ -39,6 +40,7 @@ class FeedServices {
   NWSAlertService& nws() { return nws_; }
   EarthquakeService& earthquakes() { return earthquakes_; }
   GeomagneticService& geomagnetic() { return geomagnetic_; }
+  KpForecastService& kpForecast() { return kpForecast_; }
   GovAlertService& govAlerts() { return govAlerts_; }
   AirQualityService& airQuality() { return airQuality_; }
   TropicalStormService& tropicalStorms() { return tropicalStorms_; }
@@ -53,6 +55,7 @@ class FeedServices {
   NWSAlertService nws_;
   EarthquakeService earthquakes_;
   GeomagneticService geomagnetic_;
+  KpForecastService kpForecast_;
   MeteoAlarmService meteoAlarm_;
   GovAlertService govAlerts_;
   AirQualityService airQuality_;

@@ -45,6 +45,7 @@ constexpr std::array kRoutes = std::to_array<Route>({
     {DemoService::yrNo, R"(/weatherapi/locationforecast/2\.0/(complete|compact))", yrNoForecast},
     {DemoService::nws, "/alerts/active", nwsActiveAlerts},
     {DemoService::swpc, R"(/products/noaa-planetary-k-index\.json)", planetaryKIndex},
+    {DemoService::swpc, R"(/products/noaa-planetary-k-index-forecast\.json)", planetaryKForecast},
     {DemoService::usgs, R"(/earthquakes/feed/v1\.0/summary/all_day\.geojson)", usgsDayFeed},
     {DemoService::celestrak, R"(/NORAD/elements/gp\.php)", celestrakElements},
     {DemoService::feedServer, R"(/api/feed\.php)", feedServerFeed},

@@ -15,6 +15,7 @@ using std::chrono::hours;
 
 constexpr hours kBin{3};
 constexpr int kBins = 56;
+constexpr int kForecastBins = 24;
 constexpr std::uint64_t kQuiet = 71;
 constexpr std::uint64_t kStorm = 72;
 constexpr std::uint64_t kStormBegin = 73;
@@ -46,6 +47,46 @@ double demoKp(Instant instant) {
   return std::round(kp * 3) / 3;
 }
 
+namespace {
+
+std::string tagOf(Instant begin) {
+  std::string const tag = formatIso8601(begin);
+  return tag.substr(0, tag.size() - 1);
+}
+
+double foreseenKp(Instant begin) {
+  return std::round(0.85 * demoKp(begin) * 3) / 3;
+}
+
+/// "G1" from 5- (4.67) on, "G5" at 9 alone.
+std::optional<std::string> scaleOf(double kp) {
+  if (kp < 4.5) return std::nullopt;
+  return "G" + std::to_string(kp >= 9 ? 5 : std::min<long>(4, std::lround(kp) - 4));
+}
+
+void writeForecast(JsonWriter& json, Instant begin, Instant now) {
+  bool const isAhead = begin + kBin > now;
+  double const kp = std::round((isAhead ? foreseenKp(begin) : demoKp(begin)) * 100) / 100;
+  json.separate();
+  json.beginObject();
+  json.member("time_tag", tagOf(begin));
+  json.member("kp", kp);
+  json.member("observed", isAhead ? "predicted" : "observed");
+  json.memberOrNull("noaa_scale", scaleOf(kp));
+  json.endObject();
+}
+
+}  // namespace
+
+DemoAnswer planetaryKForecast(DemoRequest const& request, Instant now) {
+  Instant const newest(kBin * binOf(now));
+  JsonWriter json;
+  json.beginList();
+  for (int i = 1 - kBins; i <= kForecastBins; ++i) writeForecast(json, newest + i * kBin, now);
+  json.endList();
+  return conditionalAnswer(request, json.take(), 60);
+}
+
 DemoAnswer planetaryKIndex(DemoRequest const& request, Instant now) {
   Instant const newest(kBin * binOf(now));
   JsonWriter json;
@@ -55,8 +96,7 @@ DemoAnswer planetaryKIndex(DemoRequest const& request, Instant now) {
     bool const isKnown = i > 0 || now - begin >= std::chrono::minutes(30);
     json.separate();
     json.beginObject();
-    std::string const tag = formatIso8601(begin);
-    json.member("time_tag", tag.substr(0, tag.size() - 1));
+    json.member("time_tag", tagOf(begin));
     json.memberOrNull("Kp", isKnown ? std::optional(std::round(demoKp(begin) * 100) / 100) : std::nullopt);
     json.member("a_running", static_cast<int>(std::lround(3 * demoKp(begin) * demoKp(begin))));
     json.member("station_count", 8);

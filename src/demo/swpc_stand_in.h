@@ -13,4 +13,8 @@ double demoKp(Instant instant);
 /// "/products/noaa-planetary-k-index.json".
 DemoAnswer planetaryKIndex(DemoRequest const& request, Instant now);
 
+/// "/products/noaa-planetary-k-index-forecast.json": the same week and the three days after it, which the
+/// service foresees a little calmer than they come.
+DemoAnswer planetaryKForecast(DemoRequest const& request, Instant now);
+
 }  // namespace nimbara

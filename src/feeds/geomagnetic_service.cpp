@@ -1,7 +1,6 @@
 #include "feeds/geomagnetic_service.h"
 
 #include "feeds/feed_exchange.h"
-#include "feeds/planetary_k_index.h"
 
 namespace nimbara {
 
@@ -28,6 +27,16 @@ std::string GeomagneticService::problem() const {
   return problem_;
 }
 
+std::vector<KpReading> GeomagneticService::recent() const {
+  std::lock_guard const turn(turn_);
+  return recent_;
+}
+
+std::optional<Instant> GeomagneticService::checkedAt() const {
+  std::lock_guard const turn(turn_);
+  return checkedAt_;
+}
+
 /// Gives what went wrong; then everything is as it was.
 std::optional<std::string> GeomagneticService::renew(std::stop_token const& stop) {
   HttpRequest request;
@@ -40,7 +49,9 @@ std::optional<std::string> GeomagneticService::renew(std::stop_token const& stop
   auto const kp = newestKp(response->body);
   if (!kp) return "the answer holds no K index";
   cachedKp_ = kp;
-  cacheExpiry_ = clock_.now() + kLife;
+  recent_ = kpReadings(response->body).value_or(std::vector<KpReading>());
+  checkedAt_ = clock_.now();
+  cacheExpiry_ = *checkedAt_ + kLife;
   return std::nullopt;
 }
 

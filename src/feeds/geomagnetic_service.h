@@ -2,7 +2,7 @@
 // half an hour; never raises an error.
 #pragma once
 
-#include "base/instant.h"
+#include "feeds/planetary_k_index.h"
 #include "platform/clock.h"
 #include "platform/http_client.h"
 
@@ -10,6 +10,7 @@
 #include <optional>
 #include <stop_token>
 #include <string>
+#include <vector>
 
 namespace nimbara {
 
@@ -26,6 +27,10 @@ class GeomagneticService {
 
   /// Why the last call gave no fresh value: a sentence without a full stop; empty when it did.
   std::string problem() const;
+  /// The last days of the answer that gave the value, oldest first; empty before.
+  std::vector<KpReading> recent() const;
+  /// When that answer came.
+  std::optional<Instant> checkedAt() const;
 
  private:
   std::optional<std::string> renew(std::stop_token const& stop);
@@ -37,6 +42,8 @@ class GeomagneticService {
   std::optional<double> cachedKp_;
   std::optional<Instant> cacheExpiry_;
   std::string problem_;
+  std::vector<KpReading> recent_;
+  std::optional<Instant> checkedAt_;
 };
 
 }  // namespace nimbara

@@ -6,6 +6,7 @@
 #include "feeds/geomagnetic_service.h"
 #include "feeds/gov_alert_service.h"
 #include "feeds/gov_alerts.h"
+#include "feeds/kp_forecast_service.h"
 #include "platform/linux/http/curl_http_client.h"
 #include "support/instants.h"
 #include "support/manual_clock.h"
@@ -50,6 +51,12 @@ TEST_F(FeedStandIns, AnswerTheServicesOfTheProgram) {
   GeomagneticService geomagnetic(http_, clock_, base);
   // The newest bin has no value yet.
   EXPECT_NEAR(geomagnetic.currentKp().value_or(-1), demoKp(clock_.now() - 1h), 0.01);
+  KpForecastService kpForecast(http_, clock_, base);
+  auto const ahead = kpForecast.fetchForecast();
+  EXPECT_TRUE(ahead.isCurrent()) << ahead.problem;
+  ASSERT_FALSE(ahead.data.empty());
+  EXPECT_EQ(ahead.data.front().begin, at("2026-11-21T09:00:00Z"));
+  EXPECT_EQ(ahead.data.back().begin, at("2026-11-24T09:00:00Z"));
   NWSAlertService nws(http_, clock_, {base, "me"});
   EXPECT_TRUE(nws.fetchAlerts(kDenver.latitude, kDenver.longitude).ok);
   clock_.advance(120s);

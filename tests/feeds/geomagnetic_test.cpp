@@ -1,4 +1,5 @@
 #include "feeds/geomagnetic_service.h"
+#include "feeds/kp_forecast_service.h"
 #include "feeds/planetary_k_index.h"
 #include "support/bad_bytes.h"
 #include "support/fake_http_client.h"
@@ -6,6 +7,7 @@
 #include "support/manual_clock.h"
 #include "support/samples.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace nimbara {
@@ -73,6 +75,85 @@ TEST(KIndex, ReadsRecordedProducts) {
   }
 }
 
+/// "00:00 2 observed, 03:00 3 predicted".
+std::string told(Result<std::vector<KpReading>, DecodeError> const& readings) {
+  if (!readings) return "error";
+  std::string text;
+  for (KpReading const& reading : *readings) {
+    text += (text.empty() ? "" : ", ") + formatIso8601(reading.begin).substr(11, 5) + " " +
+            std::to_string(static_cast<int>(reading.kp)) + " " + std::string(enumName(reading.kind));
+  }
+  return text;
+}
+
+TEST(KpReadings, AreReadOfEitherFormOfBothProducts) {
+  struct Row {
+    std::string body;
+    std::string expected;
+  };
+  for (Row const& row : {
+           Row{rows(R"(,["2026-02-03 00:00:00","2","12","8"],["2026-02-03 03:00:00","3","9","8"])"),
+               "00:00 2 observed, 03:00 3 observed"},
+           Row{R"([{"time_tag":"2026-05-03T03:00:00","Kp":3},{"time_tag":"2026-05-03T00:00:00","Kp":2}])",
+               "00:00 2 observed, 03:00 3 observed"},
+           Row{R"([["time_tag","kp","observed","noaa_scale"],["2026-02-02 00:00:00","2.0","observed",null],
+                   ["2026-02-02 03:00:00","5","estimated","G1"],["2026-02-02 06:00:00","1","predicted",null]])",
+               "00:00 2 observed, 03:00 5 estimated, 06:00 1 predicted"},
+           Row{R"([{"time_tag":"2026-05-04T06:00:00","kp":4,"observed":"predicted","noaa_scale":null}])",
+               "06:00 4 predicted"},
+           Row{R"([{"time_tag":"2026-05-04T06:00:00","kp":0,"observed":"new word"}])", "06:00 0 observed"},
+           // A time counts once; values off the scale, null and times that are none are left out.
+           Row{R"([{"time_tag":"2026-05-04T06:00:00","kp":4},{"time_tag":"2026-05-04T06:00:00","kp":5},
+                   {"time_tag":"2026-05-04T09:00:00","kp":9},{"time_tag":"2026-05-04T12:00:00","kp":9.01},
+                   {"time_tag":"2026-05-04T15:00:00","kp":-0.1},{"time_tag":"2026-05-04T18:00:00","kp":null},
+                   {"time_tag":"noon","kp":1},{"kp":1},7,[],["2026-05-04 21:00:00"]])",
+               "06:00 4 observed, 09:00 9 observed"},
+           Row{"[]", "error"},
+           Row{R"({"time_tag":"2026-05-04T06:00:00","kp":4})", "error"},
+           Row{R"([{"time_tag":"2026-05-04T06:00:00","kp":4})", "error"},
+           Row{"<html>", "error"},
+       }) {
+    EXPECT_EQ(told(kpReadings(row.body)), row.expected) << row.body;
+  }
+  for (std::string const& body : test::damagedForms(R"([{"time_tag":"2026-05-04T06:00:00","kp":4}])", 1)) {
+    std::ignore = kpReadings(body);
+  }
+}
+
+TEST(KpReadings, ReadRecordedProducts) {
+  auto const files = test::sampleFiles("swpc");
+  if (!files) GTEST_SKIP() << "NIMBARA_SAMPLES is not set";
+  for (auto const& file : *files) {
+    auto const readings = kpReadings(test::readFile(file));
+    ASSERT_TRUE(readings) << file;
+    EXPECT_GE(readings->size(), 50) << file;
+    bool const isForecast = file.filename().string().contains("forecast");
+    EXPECT_EQ(readings->back().kind, isForecast ? KpKind::predicted : KpKind::observed) << file;
+  }
+}
+
+TEST(KpForecastService, TellsWhatIsPredictedAndKeepsItThroughFailures) {
+  test::FakeHttpClient http;
+  test::ManualClock clock{at("2026-11-21T09:20:00Z")};
+  KpForecastService service(http, clock, "https://swpc.example");
+  EXPECT_EQ(service.fetchForecast().state, FeedState::failed);
+  http.willAnswer(200, R"([{"time_tag":"2026-11-21T06:00:00","kp":1,"observed":"observed"},
+                           {"time_tag":"2026-11-21T09:00:00","kp":2,"observed":"predicted"}])");
+  auto const first = service.fetchForecast();
+  EXPECT_TRUE(first.isCurrent());
+  EXPECT_EQ(told(first.data), "09:00 2 predicted");
+  EXPECT_EQ(http.requests[1].url, "https://swpc.example/products/noaa-planetary-k-index-forecast.json");
+  clock.advance(1h - 1ms);
+  service.fetchForecast();
+  EXPECT_EQ(http.requests.size(), 2);
+  clock.advance(1ms);
+  http.willAnswer(200, "[]");
+  auto const failed = service.fetchForecast();
+  EXPECT_FALSE(failed.isCurrent());
+  EXPECT_EQ(told(failed.data), "09:00 2 predicted");
+  EXPECT_EQ(failed.checkedAt, at("2026-11-21T09:20:00Z"));
+}
+
 class GeomagneticServiceTest : public testing::Test {
  protected:
   test::FakeHttpClient http_;
@@ -90,6 +171,7 @@ TEST_F(GeomagneticServiceTest, AsksEveryHalfHour) {
   EXPECT_EQ(service_.currentKp(), 2);
   clock_.advance(1ms);
   EXPECT_EQ(service_.currentKp(), 3);
+  EXPECT_EQ(service_.checkedAt(), at("2026-11-21T09:50:00Z"));
   clock_.set(at("2026-11-20T09:20:00Z"));
   service_.currentKp();
   EXPECT_EQ(http_.requests.size(), 3) << "a clock that was set back";
@@ -111,8 +193,10 @@ TEST_F(GeomagneticServiceTest, KeepsItsValueThroughFailuresAndAsksAgain) {
     EXPECT_EQ(service_.currentKp(), 2) << row.body;
     EXPECT_NE(service_.problem(), "");
   }
-  http_.willAnswer(200, R"([{"Kp":4}])");
+  EXPECT_EQ(service_.checkedAt(), at("2026-11-21T09:20:00Z"));
+  http_.willAnswer(200, R"([{"time_tag":"2026-11-21T06:00:00","Kp":4}])");
   EXPECT_EQ(service_.currentKp(), 4);
+  EXPECT_EQ(told(service_.recent()), "06:00 4 observed");
 }
 
 }  // namespace
