@@ -13,16 +13,18 @@ using std::chrono::seconds;
 /// providers may be asked again.
 constexpr std::array kRetryDelays{seconds(5), seconds(15), seconds(45)};
 
-/// How a refresh for a reason is spaced, and whether a fresh cached forecast is good enough for it.
+/// How a refresh for a reason is spaced, whether a fresh cached forecast is good enough for it, and whether
+/// all that goes with the forecast is asked for again too.
 struct TriggerRule {
   std::optional<RefreshKind> clock;
   bool cacheFirst;
+  bool supplements = false;
 };
 
 constexpr TriggerRule ruleOf(RefreshTrigger trigger) {
   switch (trigger) {
     case RefreshTrigger::asked:
-      return {RefreshKind::fast, false};
+      return {RefreshKind::fast, false, true};
     case RefreshTrigger::placeChosen:
     case RefreshTrigger::foreground:
       return {RefreshKind::fast, true};
@@ -30,9 +32,10 @@ constexpr TriggerRule ruleOf(RefreshTrigger trigger) {
       return {RefreshKind::significantLocationChange, true};
     case RefreshTrigger::timer:
       return {std::nullopt, false};
-    case RefreshTrigger::start:
     case RefreshTrigger::networkReturned:
     case RefreshTrigger::resumed:
+      return {std::nullopt, true, true};
+    case RefreshTrigger::start:
     case RefreshTrigger::retry:
       return {std::nullopt, true};
   }
@@ -108,7 +111,10 @@ void AppState::selectPlace(std::optional<Place> place, RefreshTrigger trigger) {
     bool const isOther = !selected_ || !place || keyOf(*selected_) != keyOf(*place);
     selected_ = place;
     if (isOther) {
-      if (currentRefreshTask_.isRunning) currentRefreshTask_.stop.request_stop();
+      for (Slot* const slot : {&currentRefreshTask_, &supplementalRefreshTask_}) {
+        if (slot->isRunning) slot->stop.request_stop();
+      }
+      supplementalRetryDue_.reset();
       timerDue_.reset();
       retryDue_.reset();
       retries_ = 0;
@@ -145,6 +151,7 @@ void AppState::requestRefresh(RefreshTrigger trigger) {
     startRefresh(trigger, now);
   }
   change([](WeatherState& state) { state.isLoading = true; });
+  if (ruleOf(trigger).supplements) tell(surroundings_.onDueChange);
 }
 
 /// With the lock held.
@@ -152,6 +159,7 @@ void AppState::startRefresh(RefreshTrigger trigger, Instant now) {
   Place const place = *selected_;
   clocks_.noteStart(RefreshKind::fast, keyOf(place), now);
   if (auto const clock = ruleOf(trigger).clock) clocks_.noteStart(*clock, keyOf(place), now);
+  if (ruleOf(trigger).supplements) clocks_.clear(RefreshKind::supplemental, keyOf(place));
   timerDue_ = now + intervals_.refreshInterval;
   retryDue_.reset();
   needsPostUpdateRefresh_.reset();
@@ -277,18 +285,49 @@ void AppState::startOthers(Instant now) {
 
 void AppState::startSupplemental(Instant now) {
   std::lock_guard const lock(mutex_);
-  if (!surroundings_.refreshSupplemental || !selected_ || supplementalRefreshTask_.isRunning) return;
+  if (!maySupplement(now)) return;
+  clocks_.noteStart(RefreshKind::supplemental, keyOf(*selected_), now);
+  supplementalRetryDue_.reset();
+  supplementalRefreshTask_ = {true, {}};
+  runner_.run([this, place = *selected_,
+               stop = supplementalRefreshTask_.stop](std::stop_token const& ending) {
+    std::stop_callback const pass(ending, [stop]() mutable { stop.request_stop(); });
+    finishSupplemental(place, surroundings_.refreshSupplemental(place, stop.get_token()), stop.get_token());
+  });
+}
+
+/// With the lock held.
+bool AppState::maySupplement(Instant now) const {
+  if (!surroundings_.refreshSupplemental || !selected_ || supplementalRefreshTask_.isRunning) return false;
   constexpr RefreshKind kKind = RefreshKind::supplemental;
-  if (!clocks_.mayStart(kKind, keyOf(*selected_), now, intervals_.of(kKind, isForeground_))) return;
-  clocks_.noteStart(kKind, keyOf(*selected_), now);
-  supplementalRefreshTask_.isRunning = true;
-  runner_.run([this, place = *selected_](std::stop_token const& stop) {
-    surroundings_.refreshSupplemental(place, stop);
-    {
-      std::lock_guard const ending(mutex_);
-      supplementalRefreshTask_.isRunning = false;
+  return isDue(supplementalRetryDue_, now, 2 * intervals_.refreshInterval) ||
+         clocks_.mayStart(kKind, keyOf(*selected_), now, intervals_.of(kKind, isForeground_));
+}
+
+void AppState::finishSupplemental(Place const& place, SupplementalOutcome outcome,
+                                  std::stop_token const& stop) {
+  {
+    std::lock_guard const lock(mutex_);
+    supplementalRefreshTask_.isRunning = false;
+    bool const isShown = selected_ && keyOf(*selected_) == keyOf(place);
+    if (stop.stop_requested()) {
+      clocks_.clear(RefreshKind::supplemental, keyOf(place));
+    } else if (outcome == SupplementalOutcome::incomplete && isShown) {
+      supplementalRetryDue_ = clock_.now() + intervals_.fastRefreshInterval;
     }
-    tell(surroundings_.onDueChange);
+  }
+  tell(surroundings_.onDueChange);
+}
+
+void AppState::showGovAlerts(Place const& place, std::vector<WeatherAlert> alerts) {
+  change([&](WeatherState& state) {
+    if (selected_ && keyOf(*selected_) == keyOf(place)) state.govAlerts = std::move(alerts);
+  });
+}
+
+void AppState::showTravelAdvisories(Place const& place, std::vector<WeatherAlert> advisories) {
+  change([&](WeatherState& state) {
+    if (selected_ && keyOf(*selected_) == keyOf(place)) state.travelAdvisories = std::move(advisories);
   });
 }
 
@@ -324,6 +363,7 @@ std::optional<Instant> AppState::nextDue() {
   };
   if (surroundings_.refreshSupplemental && selected_ && !supplementalRefreshTask_.isRunning) {
     clock(RefreshKind::supplemental, *selected_);
+    consider(supplementalRetryDue_);
   }
   if (!nonActiveNotificationRefreshTask_.isRunning) {
     for (Place const& place : others) clock(RefreshKind::nonActiveNotification, place);

@@ -38,6 +38,9 @@ inline constexpr auto enumNames<RefreshTrigger> =
                                      "locationChanged", "networkReturned", "resumed", "retry"});
 static_assert(enumNamesComplete(RefreshTrigger::retry));
 
+/// Whether all that goes with a forecast could be had; what could not is asked for again soon.
+enum class SupplementalOutcome { complete, incomplete };
+
 class AppState {
  public:
   /// One finished refresh of a place.
@@ -51,7 +54,8 @@ class AppState {
   /// on any thread.
   struct Surroundings {
     std::function<std::vector<Place>()> savedPlaces;
-    std::function<void(Place const&, std::stop_token)> refreshSupplemental;
+    /// Stopped when another place is selected.
+    std::function<SupplementalOutcome(Place const&, std::stop_token)> refreshSupplemental;
     std::function<void(RefreshReport const&)> onRefresh;
     std::function<void()> onChange;                     ///< the weather state was replaced
     std::function<void()> onDueChange;                  ///< `nextDue` may have moved
@@ -68,6 +72,9 @@ class AppState {
   /// Starts a refresh where the clocks allow it; one that is asked for while one runs is run once after it.
   void requestRefresh(RefreshTrigger trigger);
   void setForeground(bool isForeground);
+  /// What supplemental feeds have of a place, unless another one is selected.
+  void showGovAlerts(Place const& place, std::vector<WeatherAlert> alerts);
+  void showTravelAdvisories(Place const& place, std::vector<WeatherAlert> advisories);
   /// The machine is back from sleep or the network has come back: old failures mean nothing any more.
   void wokeUp(RefreshTrigger trigger);
 
@@ -92,6 +99,8 @@ class AppState {
   void scheduleAfter(bool succeeded, bool isOffline, Instant timerDue, Instant now);
   void startOthers(Instant now);
   void startSupplemental(Instant now);
+  bool maySupplement(Instant now) const;
+  void finishSupplemental(Place const& place, SupplementalOutcome outcome, std::stop_token const& stop);
   std::vector<Place> otherPlaces() const;
   bool isSelected(Place const& place) const;
   /// Unless another place was selected meanwhile.
@@ -115,6 +124,7 @@ class AppState {
   RefreshClocks clocks_;
   Slot currentRefreshTask_;
   Slot supplementalRefreshTask_;
+  std::optional<Instant> supplementalRetryDue_;
   Slot nonActiveNotificationRefreshTask_;
   std::optional<RefreshTrigger> needsPostUpdateRefresh_;
   std::optional<Instant> timerDue_;

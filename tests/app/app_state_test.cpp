@@ -264,8 +264,12 @@ TEST_F(AppStateTest, SaysWhenNoPlaceIsSelected) {
 
 TEST_F(AppStateTest, SpacesTheSupplementalFeeds) {
   std::vector<Instant> fed;
+  auto outcome = SupplementalOutcome::complete;
   auto all = surroundings();
-  all.refreshSupplemental = [&](Place const&, std::stop_token) { fed.push_back(clock.now()); };
+  all.refreshSupplemental = [&](Place const&, std::stop_token const&) {
+    fed.push_back(clock.now());
+    return outcome;
+  };
   AppState subject(forecasts, providers, cache, clock, runner, all);
   subject.selectPlace(kBerlin, RefreshTrigger::start);
   for (auto const later : {0s, 1199s, 1200s, 2399s, 2400s}) {
@@ -274,6 +278,61 @@ TEST_F(AppStateTest, SpacesTheSupplementalFeeds) {
     runner.runAll();
   }
   EXPECT_THAT(fed, ElementsAre(kStart, kStart + 1200s, kStart + 2400s));
+}
+
+TEST_F(AppStateTest, AsksAgainSoonForSupplementsThatCouldNotBeHad) {
+  std::vector<Instant> fed;
+  auto outcome = SupplementalOutcome::incomplete;
+  auto all = surroundings();
+  all.refreshSupplemental = [&](Place const&, std::stop_token const&) {
+    fed.push_back(clock.now());
+    return outcome;
+  };
+  AppState subject(forecasts, providers, cache, clock, runner, all);
+  subject.selectPlace(kBerlin, RefreshTrigger::start);
+  auto const runAt = [&](std::chrono::seconds later) {
+    clock.set(kStart + later);
+    subject.runDue();
+    runner.runAll();
+  };
+  runAt(0s);
+  EXPECT_EQ(subject.nextDue(), kStart + 300s);
+  runAt(299s);
+  outcome = SupplementalOutcome::complete;
+  for (auto const later : {300s, 600s, 1499s, 1500s}) runAt(later);
+  EXPECT_THAT(fed, ElementsAre(kStart, kStart + 300s, kStart + 1500s));
+  clock.set(kStart + 1800s);
+  subject.requestRefresh(RefreshTrigger::asked);
+  runAt(1801s);
+  EXPECT_EQ(fed.back(), kStart + 1801s) << "whoever asks for all asks for these too";
+}
+
+TEST_F(AppStateTest, GivesUpTheSupplementsOfAnotherPlace) {
+  std::vector<std::string> fed;
+  auto all = surroundings();
+  AppState* state = nullptr;
+  all.refreshSupplemental = [&](Place const& place, std::stop_token const& stop) {
+    fed.push_back(place.name);
+    if (fed.size() == 1) state->selectPlace(kRome);
+    state->showGovAlerts(place, {WeatherAlert{}});
+    if (stop.stop_requested()) fed.back() += " stopped";
+    return SupplementalOutcome::complete;
+  };
+  AppState subject(forecasts, providers, cache, clock, runner, all);
+  state = &subject;
+  subject.selectPlace(kBerlin, RefreshTrigger::start);
+  subject.runDue();
+  runner.runAll();
+  EXPECT_TRUE(subject.weather()->govAlerts.empty()) << "they are of another place";
+  for (auto const& place : {kRome, kBerlin}) {
+    subject.selectPlace(place);
+    subject.runDue();
+    runner.runAll();
+  }
+  EXPECT_THAT(fed, ElementsAre("Berlin stopped", "Rome", "Berlin"));
+  EXPECT_EQ(subject.weather()->govAlerts.size(), 1);
+  subject.selectPlace(kRome);
+  EXPECT_TRUE(subject.weather()->govAlerts.empty()) << "they go with their place";
 }
 
 TEST(AppError, TellsALostNetworkFromAFailingService) {
