@@ -12,6 +12,10 @@ namespace nimbara {
 /// Every setting that the program knows.
 SettingsRegistry const& settingsRegistry();
 
+/// Which earthquakes the window shows.
+inline constexpr std::string_view kQuakeRadiusSetting = "hazardsQuakeRadius";
+inline constexpr std::string_view kQuakeMagnitudeSetting = "hazardsQuakeMagnitude";
+
 /// "openMeteoHost" and "openMeteoApiKey": each service's own keys.
 std::string_view hostSetting(Service service);
 std::string_view apiKeySetting(Service service);

@@ -47,11 +47,12 @@ class Demo {
 
   Result<DemoProcess, std::string> const& server() const { return server_; }
 
+  /// Some of official warnings and some without, from the polar night to the tropics.
   static std::vector<SavedPlace> places() {
+    constexpr std::string_view kNames[] = {"Warsaw", "Denver", "Lisbon", "Tromsø", "Singapore"};
     std::vector<SavedPlace> places;
-    for (DemoPlace const& place : demoPlaces()) {
-      if (places.size() == 5) break;
-      if (std::ranges::count(places, place.countryCode, &SavedPlace::country) > 0) continue;
+    for (std::string_view const name : kNames) {
+      DemoPlace const& place = *findDemoPlaces(name, 1).front();
       places.push_back({Uuid::random(), std::string(place.name), std::string(place.countryCode),
                         std::string(place.country), std::string(place.region), place.coordinate,
                         std::string(place.timeZone)});
@@ -122,6 +123,8 @@ DesktopCommands commandsOf(DesktopCore& core, DesktopModel*& model) {
   commands.addPlace = [&core](SavedPlace place) { core.addPlace(std::move(place)); };
   commands.removePlace = [&core](Uuid id) { core.removePlace(id); };
   commands.movePlace = [&core](Uuid id, int position) { core.movePlace(id, position); };
+  commands.hazards = {[&core] { core.lookAtHazards(); }, [&core](double km) { core.setQuakeRadius(km); },
+                      [&core](double least) { core.setQuakeMagnitude(least); }};
   commands.globe.setShown = [&core](bool isShown) { core.globe().setShown(isShown); };
   commands.globe.tick = [&core] { return core.globe().tick(); };
   commands.globe.choose = [&core](std::optional<std::uint32_t> entry) { core.globe().choose(entry); };

@@ -2,7 +2,7 @@
 
 #include "desktop/core/desktop_options.h"
 #include "desktop/views/now_view.h"
-#include "states.h"
+#include "hazard_states.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -65,12 +65,16 @@ struct ModelTest : testing::Test {
 TEST_F(ModelTest, IsReadyWithTheFirstSnapshotAndSettledWithTheLastRefresh) {
   EXPECT_FALSE(model.isReady());
   WeatherState state = stateOf(mildWeek());
-  state.isLoading = true;
-  model.show(snapshotOf(state));
+  auto const shownWith = [&](bool isLoading) {
+    state.isLoading = isLoading;
+    auto snapshot = snapshotOf(state);
+    snapshot->hazards = shared(hazardsOf(checkOf(*snapshot->place)));
+    model.show(snapshot);
+  };
+  shownWith(true);
   EXPECT_TRUE(model.isReady());
   EXPECT_FALSE(model.hasSettled());
-  state.isLoading = false;
-  model.show(snapshotOf(state));
+  shownWith(false);
   EXPECT_TRUE(model.hasSettled());
   EXPECT_EQ(model.now()->value(QStringLiteral("temperature")).toString().toStdString(), "15°");
 }
@@ -82,6 +86,56 @@ TEST_F(ModelTest, ClosesTheOpenDayWithItsPlace) {
   model.show(snapshotOf(stateOf(mildWeek()), "Another"));
   EXPECT_EQ(model.openDay(), -1);
   EXPECT_EQ(model.dayHours()->count(), 0);
+}
+
+TEST_F(ModelTest, SettlesWhenTheHazardsAreKnownToo) {
+  auto const snapshot = snapshotOf(stateOf(mildWeek()));
+  HazardsState hazards = hazardsOf(checkOf(*snapshot->place));
+  hazards.official.isAsking = true;
+  snapshot->hazards = shared(hazards);
+  model.show(snapshot);
+  EXPECT_FALSE(model.hasSettled());
+  auto const later = std::make_shared<DesktopSnapshot>(*snapshot);
+  hazards.official.isAsking = false;
+  later->hazards = shared(hazards);
+  model.show(later);
+  EXPECT_TRUE(model.hasSettled());
+}
+
+TEST_F(ModelTest, KeepsPointingAtTheSameEarthquake) {
+  auto const snapshotWith = [](std::vector<EarthquakeEvent> events) {
+    auto snapshot = snapshotOf(stateOf(mildWeek()));
+    HazardsState hazards = hazardsOf(checkOf(*snapshot->place));
+    hazards.quakes.data = std::move(events);
+    snapshot->hazards = shared(std::move(hazards));
+    return snapshot;
+  };
+  auto const old = quakeOf("old", 5, {1, 1}, std::chrono::hours(1));
+  auto const gone = quakeOf("gone", 5, {2, 2}, std::chrono::hours(2));
+  model.show(snapshotWith({old, gone}));
+  HazardsModel& hazards = *model.hazards();
+  hazards.setHighlighted(7);
+  EXPECT_EQ(hazards.highlighted(), 1) << "the last there is";
+  hazards.setHighlighted(0);
+  model.show(snapshotWith({quakeOf("new", 4, {3, 3}, std::chrono::minutes(1)), old, gone}));
+  EXPECT_EQ(hazards.highlighted(), 1);
+  hazards.setHighlighted(2);
+  model.show(snapshotWith({old}));
+  EXPECT_EQ(hazards.highlighted(), -1);
+  EXPECT_EQ(hazards.highlightedText(), QString());
+}
+
+TEST_F(ModelTest, ClosesAWarningsTextWithTheWarning) {
+  WeatherState state = stateOf(mildWeek());
+  state.govAlerts = {alertOf(AlertSeverity::warning, "Flood")};
+  model.show(snapshotOf(state));
+  QString const id = QString::fromStdString(state.govAlerts[0].id.text());
+  model.setOpenAlert(id);
+  EXPECT_EQ(model.openAlert(), id);
+  EXPECT_EQ(model.alertDetails(), QString::fromStdString(state.govAlerts[0].message));
+  state.govAlerts.clear();
+  model.show(snapshotOf(state));
+  EXPECT_EQ(model.openAlert(), QString());
 }
 
 TEST_F(ModelTest, PassesOverAnswersToOlderQuestions) {

@@ -147,22 +147,6 @@ TEST(Tiles, TurnTheWindByItsName) {
   EXPECT_EQ(compassDegrees("up"), std::nullopt);
 }
 
-TEST(Alerts, StandGravestFirstAndEndInTime) {
-  WeatherState state = stateOf(mildWeek());
-  WeatherAlert ending = alertOf(AlertSeverity::critical, "ends");
-  ending.expires = kNow;
-  WeatherAlert lasting = alertOf(AlertSeverity::warning, "lasts");
-  lasting.expires = kNow + std::chrono::milliseconds(1);
-  lasting.isGovAlert = true;
-  state.govAlerts = {ending, lasting};
-  state.insight =
-      ForecastInsight{{alertOf(AlertSeverity::info, "note"), alertOf(AlertSeverity::critical, "own")}};
-  std::vector<std::string> titles;
-  auto const views = alertViews(state, contextAt(kNow));
-  for (AlertView const& view : views) titles.push_back(view.title + "/" + view.severity + "/" + view.when);
-  EXPECT_THAT(titles, ElementsAre("own/Danger/", "lasts/Warning/until 12:20", "note/Note/"));
-}
-
 struct SkyRow {
   double latitude;
   char const* now;

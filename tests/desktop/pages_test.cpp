@@ -1,4 +1,6 @@
+#include "base/number.h"
 #include "desktop/window/desktop_window.h"
+#include "hazard_states.h"
 #include "notifications_states.h"
 #include "offscreen.h"
 
@@ -49,6 +51,46 @@ WeatherState failedState() {
   return state;
 }
 
+/// As many of everything as there may be.
+std::shared_ptr<DesktopSnapshot> manyHazards() {
+  WeatherState state = alertState();
+  for (WeatherAlert& alert : state.govAlerts) alert.isGovAlert = true;
+  auto snapshot = snapshotOf(std::move(state));
+  HazardsState hazards = hazardsOf(checkOf(*snapshot->place));
+  for (int i = 0; i < 600; ++i) {
+    hazards.quakes.data.push_back(
+        quakeOf(std::to_string(i), i % 9, {i % 170 - 85.0, i % 360 - 180.0}, std::chrono::minutes(2 * i)));
+  }
+  hazards.filter = {0, -10};
+  snapshot->hazards = shared(std::move(hazards));
+  return snapshot;
+}
+
+std::shared_ptr<DesktopSnapshot> uncheckedHazards() {
+  auto snapshot = snapshotOf(stateOf(mildWeek()));
+  HazardsState hazards = hazardsOf(checkOf(*snapshot->place));
+  hazards.official.failedSince = kNow;
+  for (auto* const problem : {&hazards.official.problem, &hazards.quakes.problem, &hazards.kp.problem}) {
+    *problem = "the service answered with status 503";
+  }
+  hazards.kp.checkedAt.reset();
+  hazards.kp.data.reset();
+  hazards.kpRecent.clear();
+  hazards.kpForecast.data.clear();
+  snapshot->hazards = shared(std::move(hazards));
+  return snapshot;
+}
+
+std::shared_ptr<DesktopSnapshot> uncoveredHazards() {
+  auto snapshot = snapshotOf(stateOf(mildWeek()));
+  HazardsState hazards = hazardsOf(checkOf(*snapshot->place));
+  hazards.official.sources.clear();
+  hazards.filter = {500, 2.5};
+  hazards.quakes.data = {quakeOf("a", 6, snapshot->place->coordinate, std::chrono::minutes(5))};
+  snapshot->hazards = shared(std::move(hazards));
+  return snapshot;
+}
+
 std::shared_ptr<DesktopSnapshot> noPlaces() {
   auto snapshot = std::make_shared<DesktopSnapshot>();
   snapshot->problem = "the settings cannot be read";
@@ -66,6 +108,9 @@ constexpr StateRow kStates[] = {
     {"failed", [] { return snapshotOf(failedState()); }},
     {"noPlaces", noPlaces},
     {"alerts", [] { return snapshotOf(alertState()); }},
+    {"manyHazards", manyHazards},
+    {"uncheckedHazards", uncheckedHazards},
+    {"uncoveredHazards", uncoveredHazards},
     {"polar", [] { return snapshotOf(polarState()); }},
     {"unknown", [] { return snapshotOf(unknownState()); }},
     {"notifications", [] { return notifying(crowdedState()); }},
@@ -100,8 +145,8 @@ void collectNameless(QQuickItem* item, std::vector<std::string>& nameless) {
 }
 
 TEST_P(Pages, AreDrawnWithoutAComplaint) {
-  for (DesktopPage const page :
-       {DesktopPage::now, DesktopPage::hours, DesktopPage::places, DesktopPage::notifications}) {
+  for (DesktopPage const page : {DesktopPage::now, DesktopPage::hours, DesktopPage::hazards,
+                                 DesktopPage::places, DesktopPage::notifications}) {
     for (auto const& [theme, size] :
          {std::pair(DesktopTheme::light, WindowSize{360, 640}), {DesktopTheme::dark, {1280, 800}}}) {
       DesktopModel model(setting(), {});
@@ -135,14 +180,24 @@ struct Keyboard : PageTest {
     QTest::keyClick(window.window(), key, modifiers);
   }
 
-  DesktopModel model{setting(), {}};
+  DesktopCommands commands() {
+    DesktopCommands made;
+    made.hazards.setRadius = [this](double km) { asked.push_back("radius " + plainDecimal(km)); };
+    made.hazards.setMagnitude = [this](double least) { asked.push_back("magnitude " + plainDecimal(least)); };
+    return made;
+  }
+
+  std::vector<std::string> asked;
+  DesktopModel model{setting(), commands()};
   DesktopWindow window;
 };
 
 TEST_F(Keyboard, ReachesThePages) {
   press(Qt::Key_2, Qt::ControlModifier);
   EXPECT_EQ(page(), "hours");
-  press(Qt::Key_4, Qt::ControlModifier);
+  press(Qt::Key_3, Qt::ControlModifier);
+  EXPECT_EQ(page(), "hazards");
+  press(Qt::Key_5, Qt::ControlModifier);
   EXPECT_EQ(page(), "places");
   press(Qt::Key_1, Qt::ControlModifier);
   EXPECT_EQ(page(), "now");
@@ -186,6 +241,42 @@ TEST_F(Keyboard, OpensGroupsOfRulesAndWritesARule) {
   EXPECT_TRUE(model.notifications()->isEditing());
   EXPECT_GT(walkOver(window.window(), "Save"), closed + 20);
   EXPECT_THAT(complaints(), IsEmpty());
+}
+
+TEST_F(Keyboard, PointsAtEarthquakesAndFiltersThem) {
+  model.show(manyHazards());
+  press(Qt::Key_3, Qt::ControlModifier);
+  std::set<int> pointedAt;
+  for (int step = 0; step < 20; ++step) {
+    press(Qt::Key_Tab);
+    QQuickItem* const focused = window.window()->activeFocusItem();
+    ASSERT_NE(focused, nullptr);
+    if (focused->property("caption").isValid()) press(Qt::Key_Space);
+    bool const isChart = QAccessible::queryAccessibleInterface(focused)->role() == QAccessible::Chart;
+    if (isChart) press(Qt::Key_Right);
+    if (focused->property("magnitude").isValid()) press(Qt::Key_Down);
+    pointedAt.insert(model.hazards()->highlighted());
+  }
+  EXPECT_THAT(asked,
+              testing::ElementsAre("radius 250", "radius 500", "radius 1000", "radius 2500", "radius 0",
+                                   "magnitude -10", "magnitude 2.5", "magnitude 4.5", "magnitude 6"));
+  EXPECT_THAT(pointedAt, testing::IsSupersetOf({-1, 0, 1})) << "on the map, then in the list";
+  EXPECT_NE(model.hazards()->highlightedText(), QString());
+}
+
+TEST_F(Keyboard, OpensAWarningsText) {
+  model.show(manyHazards());
+  press(Qt::Key_3, Qt::ControlModifier);
+  for (int step = 0; step < 60 && model.openAlert().isEmpty(); ++step) {
+    press(Qt::Key_Tab);
+    QQuickItem const* const focused = window.window()->activeFocusItem();
+    if (focused == nullptr || !focused->property("alertId").isValid()) continue;
+    press(Qt::Key_Down);
+    press(Qt::Key_Return);
+  }
+  EXPECT_EQ(model.openAlert(),
+            model.hazards()->warnings()->data(model.hazards()->warnings()->index(1), Qt::UserRole));
+  EXPECT_THAT(model.alertDetails().toStdString(), testing::EndsWith("wwww"));
 }
 
 TEST_F(Keyboard, ShowsTheSearchWithoutAPlace) {

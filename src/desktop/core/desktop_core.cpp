@@ -83,6 +83,7 @@ DesktopCore::DesktopCore(Environment const& environment, Options options, Listen
                     environment.cacheDirectory,
                     {}}),
       commands_(1),
+      hazards_(composition_.feeds(), store_, work_, hazardSurroundings()),
       state_(composition_.forecasts(), composition_.providers(), composition_.cache(), *clock_, work_,
              surroundings()),
       satellites_(composition_.http(), *clock_, composition_.services().address(Service::feedServer).baseUrl,
@@ -129,9 +130,19 @@ AppState::Surroundings DesktopCore::surroundings() {
     publish();
   };
   all.onChange = [this] { publish(); };
+  all.refreshSupplemental = [this](Place const& place, std::stop_token const& stop) {
+    return hazards_.refresh(place, stop);
+  };
   all.onDueChange = [this] { timer_.wake(); };
   all.jitter = jitter;
   return all;
+}
+
+DesktopHazards::Surroundings DesktopCore::hazardSurroundings() {
+  return {[this](Place const& place, std::vector<WeatherAlert> alerts) {
+            state_.showGovAlerts(place, std::move(alerts));
+          },
+          [this] { publish(); }};
 }
 
 DesktopNotifications::Surroundings DesktopCore::notificationSurroundings(Environment const& environment,
@@ -151,6 +162,7 @@ DesktopNotifications::Surroundings DesktopCore::notificationSurroundings(Environ
           .center = std::make_unique<LateNotificationCenter>(std::move(makeCenter)),
           .places = [this] { return watchedPlaces(); },
           .publish = [this] { publish(); },
+          .onPass = [this] { hazards_.showKept(); },
           .onDueChange = [this] { timer_.wake(); },
           .onResponse =
               [open = std::move(options.onOpen)](NotificationResponse const& response) {
@@ -170,6 +182,7 @@ std::vector<WatchedPlace> DesktopCore::watchedPlaces() {
 void DesktopCore::begin(std::vector<SavedPlace> const& places, std::string const& place) {
   readSettings();
   readPlaces();
+  hazards_.readFilter();
   bool const isEmpty = [this] {
     std::lock_guard const lock(mutex_);
     return list_.places.empty();
@@ -204,7 +217,9 @@ void DesktopCore::showSelected(RefreshTrigger trigger) {
     return selectedOf(list_);
   }();
   if (trigger == RefreshTrigger::start || place != state_.selectedPlace()) {
+    hazards_.setPlace(place);
     state_.selectPlace(place, trigger);
+    hazards_.showKept();
   }
   hasBegun_ = true;
   publish();
@@ -231,6 +246,7 @@ void DesktopCore::publish() {
   auto snapshot = std::make_shared<DesktopSnapshot>();
   snapshot->weather = state_.weather();
   snapshot->place = state_.selectedPlace();
+  snapshot->hazards = hazards_.state();
   snapshot->notifications = notifications_.state();
   {
     std::lock_guard const lock(mutex_);
@@ -271,6 +287,7 @@ void DesktopCore::followStore(std::stop_token const& stop) {
     commands_.run([this](std::stop_token const&) {
       readSettings();
       readPlaces();
+      hazards_.readFilter();
       showSelected(RefreshTrigger::placeChosen);
       notifications_.reload();
     });
@@ -286,6 +303,18 @@ void DesktopCore::keepSetting(std::string key, SettingValue value) {
 
 void DesktopCore::refresh() {
   commands_.run([this](std::stop_token const&) { state_.requestRefresh(RefreshTrigger::asked); });
+}
+
+void DesktopCore::lookAtHazards() {
+  commands_.run([this](std::stop_token const&) { hazards_.look(); });
+}
+
+void DesktopCore::setQuakeRadius(double km) {
+  commands_.run([this, km](std::stop_token const&) { hazards_.setRadius(km); });
+}
+
+void DesktopCore::setQuakeMagnitude(double least) {
+  commands_.run([this, least](std::stop_token const&) { hazards_.setMagnitude(least); });
 }
 
 void DesktopCore::setForeground(bool isForeground) {

@@ -9,6 +9,7 @@
 #include "app/place_search.h"
 #include "app/places.h"
 #include "desktop/core/desktop_globe.h"
+#include "desktop/core/desktop_hazards.h"
 #include "desktop/core/desktop_notifications.h"
 #include "desktop/views/places_view.h"
 #include "platform/application_instance.h"
@@ -33,6 +34,7 @@ struct DesktopSnapshot {
   std::optional<Place> place;
   PlaceList places;
   KeptForecasts kept;
+  std::shared_ptr<HazardsState const> hazards = std::make_shared<HazardsState>();
   std::shared_ptr<NotificationsState const> notifications = std::make_shared<NotificationsState>();
   bool closesToTray = true;  ///< where there is a tray
   std::string problem;       ///< why places or settings could not be read or changed; empty when they could
@@ -75,6 +77,10 @@ class DesktopCore {
   /// to `missing`, a sentence each, on a thread of the core's own.
   void followSystem(std::function<void(std::string const&)> missing);
 
+  void lookAtHazards();
+  void setQuakeRadius(double km);
+  void setQuakeMagnitude(double least);
+
   DesktopGlobe& globe() { return globe_; }
   DesktopNotifications& notifications() { return notifications_; }
   Clock const& clock() const { return *clock_; }
@@ -83,6 +89,7 @@ class DesktopCore {
 
  private:
   AppState::Surroundings surroundings();
+  DesktopHazards::Surroundings hazardSurroundings();
   DesktopNotifications::Surroundings notificationSurroundings(Environment const& environment,
                                                               Options& options);
   std::vector<WatchedPlace> watchedPlaces();
@@ -119,6 +126,7 @@ class DesktopCore {
 
   ThreadPool work_;      // refreshes
   ThreadPool commands_;  // what the user asks for, one after the other
+  DesktopHazards hazards_;
   AppState state_;
   std::unique_ptr<PowerAndNetwork> system_;  // made by a command
   SatelliteFeed satellites_;

@@ -22,7 +22,11 @@ NotificationDesk::Surroundings deskSurroundings(DesktopNotifications::Surroundin
           .program = kProgram,
           .center = std::move(around.center),
           .places = around.places,
-          .onPass = [&owner](PassReport const&) { owner.notePass(); },
+          .onPass =
+              [&owner, asked = around.onPass](PassReport const&) {
+                if (asked) asked();
+                owner.notePass();
+              },
           .onDueChange = around.onDueChange,
           .onRoleChange = [&owner] { owner.notePass(); },
           .onResponse = around.onResponse,

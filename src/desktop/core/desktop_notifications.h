@@ -28,6 +28,7 @@ class DesktopNotifications {
     std::unique_ptr<NotificationCenter> center;
     std::function<std::vector<WatchedPlace>()> places;  ///< the selected one first
     std::function<void()> publish;                      ///< the state is another
+    std::function<void()> onPass;                       ///< the feeds have been asked
     std::function<void()> onDueChange;
     std::function<void(NotificationResponse const&)> onResponse;  ///< a person answered; may be empty
     std::function<std::chrono::milliseconds()> jitter;

@@ -12,10 +12,10 @@
 
 namespace nimbara {
 
-enum class DesktopPage { now, hours, globe, places, notifications };
+enum class DesktopPage { now, hours, hazards, globe, places, notifications };
 template <>
 inline constexpr auto enumNames<DesktopPage> =
-    std::to_array<std::string_view>({"now", "hours", "globe", "places", "notifications"});
+    std::to_array<std::string_view>({"now", "hours", "hazards", "globe", "places", "notifications"});
 static_assert(enumNamesComplete(DesktopPage::notifications));
 
 enum class DesktopTheme { system, light, dark };

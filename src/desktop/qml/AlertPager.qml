@@ -7,7 +7,7 @@ Rectangle {
 
     readonly property int count: list.count
     readonly property var current: list.currentItem
-    property bool isOpen: false
+    readonly property bool isOpen: current !== null && app.openAlert === current.alertId
 
     height: content.height + 3 * Theme.space
     radius: Theme.radius
@@ -24,15 +24,28 @@ Rectangle {
         model: app.alerts
         onCountChanged: currentIndex = Math.max(0, Math.min(currentIndex, count - 1))
         delegate: Item {
+            required property string alertId
             required property string severity
             required property string level
             required property string title
             required property string message
-            required property string details
+            required property string area
             required property string when
-            required property string source
+            required property string issuer
+            required property string age
+            required property bool hasDetails
             height: 1
         }
+    }
+
+    component Words: Text {
+        width: parent.width
+        visible: text !== ""
+        textFormat: Text.PlainText
+        wrapMode: Text.Wrap
+        color: Theme.text
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
     }
 
     Column {
@@ -42,53 +55,37 @@ Rectangle {
         width: parent.width - 4 * Theme.space
         spacing: 0.75 * Theme.space
 
-        Text {
-            width: parent.width
+        Words {
             text: pager.current ? pager.current.severity + ": " + pager.current.title : ""
-            wrapMode: Text.Wrap
-            color: Theme.text
             font.pixelSize: Theme.body
             font.weight: Font.DemiBold
             Accessible.role: Accessible.AlertMessage
-            Accessible.name: text
         }
-        Text {
-            width: parent.width
-            text: pager.current ? pager.current.message : ""
-            visible: text !== ""
-            wrapMode: Text.Wrap
-            maximumLineCount: pager.isOpen ? 200 : 4
-            elide: Text.ElideRight
-            color: Theme.text
-            font.pixelSize: Theme.body
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
-        }
-        Text {
-            width: parent.width
-            text: pager.isOpen && pager.current ? pager.current.details : ""
-            visible: text !== ""
-            wrapMode: Text.Wrap
-            color: Theme.text
+        Words {
+            text: pager.current ? pager.current.area : ""
             font.pixelSize: Theme.small
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
+        }
+        Words {
+            text: pager.isOpen ? app.alertDetails : pager.current ? pager.current.message : ""
+            maximumLineCount: pager.isOpen ? 1000 : 4
+            elide: Text.ElideRight
+            font.pixelSize: Theme.body
         }
         Flow {
             width: parent.width
             spacing: Theme.space
-            Text {
-                height: 36
+            Words {
+                width: Math.min(implicitWidth, content.width)
+                height: Math.max(implicitHeight, 36 * Theme.scale)
                 verticalAlignment: Text.AlignVCenter
-                text: pager.current ? [pager.current.when, pager.current.source].filter(part => part !== "").join("  ·  ") : ""
-                color: Theme.text
+                text: pager.current ? [pager.current.when, pager.current.issuer, pager.current.age].filter(part => part !== "").join("  ·  ") : ""
                 font.pixelSize: Theme.small
             }
             PlainButton {
-                visible: pager.current !== null && pager.current.details !== ""
+                visible: pager.current !== null && pager.current.hasDetails
                 ink: Theme.text
                 text: pager.isOpen ? app.words.less : app.words.more
-                onClicked: pager.isOpen = !pager.isOpen
+                onClicked: app.openAlert = pager.isOpen ? "" : pager.current.alertId
             }
             PlainButton {
                 visible: pager.count > 1
@@ -100,7 +97,7 @@ Rectangle {
             }
             Text {
                 visible: pager.count > 1
-                height: 36
+                height: 36 * Theme.scale
                 verticalAlignment: Text.AlignVCenter
                 text: (list.currentIndex + 1) + " / " + pager.count
                 color: Theme.text

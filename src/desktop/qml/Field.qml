@@ -15,7 +15,7 @@ TextField {
     color: Theme.text
     placeholderTextColor: Theme.muted
     selectionColor: Theme.accent
-    selectedTextColor: Theme.onAccent
+    selectedTextColor: Theme.overAccent
     selectByMouse: true
     font.pixelSize: Theme.body
     Accessible.role: Accessible.EditableText

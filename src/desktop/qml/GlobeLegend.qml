@@ -34,7 +34,7 @@ Rectangle {
             placeholderTextColor: Theme.muted
             color: Theme.text
             selectionColor: Theme.accent
-            selectedTextColor: Theme.onAccent
+            selectedTextColor: Theme.overAccent
             font.pixelSize: Theme.small
             Accessible.role: Accessible.EditableText
             Accessible.name: app.globe.words.search

@@ -11,6 +11,7 @@ Window {
     readonly property var pages: [
         { name: "now", title: app.words.now, sky: "partlyCloudy", sign: "" },
         { name: "hours", title: app.words.hours, sky: "lightRain", sign: "" },
+        { name: "hazards", title: app.words.hazards, sky: "", sign: "warning" },
         { name: "globe", title: app.words.globe, sky: "", sign: "globe" },
         { name: "places", title: app.words.places, sky: "", sign: "place" },
         { name: "notifications", title: app.words.notifications, sky: "", sign: "bell" }
@@ -135,6 +136,7 @@ Window {
 
         Page { name: "now"; file: "NowPage.qml" }
         Page { name: "hours"; file: "HoursPage.qml" }
+        Page { name: "hazards"; file: "HazardsPage.qml" }
         Page { name: "globe"; file: "GlobePage.qml" }
         Page { id: places; name: "places"; file: "PlacesPage.qml" }
         Page { name: "notifications"; file: "NotificationsPage.qml" }

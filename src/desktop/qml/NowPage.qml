@@ -152,6 +152,29 @@ ScrollPage {
         width: page.inner
         source: visible ? "AlertPager.qml" : ""
     }
+    Row {
+        visible: brief.text !== ""
+        width: page.inner
+        spacing: Theme.space
+        Sign {
+            id: briefSign
+            anchors.verticalCenter: parent.verticalCenter
+            size: 16 * Theme.scale
+            name: "warning"
+            ink: app.hazards.official.isUnchecked ? Theme.alertInk("warning") : Theme.muted
+        }
+        Text {
+            id: brief
+            width: parent.width - briefSign.width - Theme.space
+            text: app.hazards.official.brief
+            textFormat: Text.PlainText
+            wrapMode: Text.Wrap
+            color: app.hazards.official.isUnchecked ? Theme.text : Theme.muted
+            font.pixelSize: Theme.small
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
+    }
 
     Later {
         width: page.inner

@@ -36,7 +36,7 @@ ScrollPage {
         placeholderTextColor: Theme.muted
         color: Theme.text
         selectionColor: Theme.accent
-        selectedTextColor: Theme.onAccent
+        selectedTextColor: Theme.overAccent
         font.pixelSize: Theme.body
         Accessible.role: Accessible.EditableText
         Accessible.name: app.words.search

@@ -28,7 +28,7 @@ QtObject {
     readonly property color text: dark ? "#eef2f6" : "#17202a"
     readonly property color muted: dark ? "#a3b0bf" : "#566372"
     readonly property color accent: dark ? "#7cb8f5" : "#1f64ab"
-    readonly property color onAccent: dark ? "#0d1b2a" : "#ffffff"
+    readonly property color overAccent: dark ? "#0d1b2a" : "#ffffff"
     readonly property color sun: dark ? "#f7bd4a" : "#d98a00"
     readonly property color rain: dark ? "#5aa9f0" : "#2f7fd0"
     readonly property color warm: dark ? "#ff9a76" : "#d1502b"
@@ -45,10 +45,28 @@ QtObject {
     readonly property color moonLit: "#f1ecd2"
     readonly property color moonShade: dark ? "#343d4b" : "#46505f"
 
+    // Of the steps of the K index: quiet, unsettled, active, storms G1 to G5.
+    readonly property var kpColours: dark
+        ? ["#5fbf8f", "#9ccb6a", "#e6cf5a", "#f2ac4a", "#f28a4a", "#ee6a55", "#e0508a", "#b87af0"]
+        : ["#2f9e6b", "#79a832", "#c9a400", "#dd8400", "#d9601f", "#c93a32", "#b3256b", "#7a3fc0"]
+    // Of earthquakes of the last hour, the last six hours, the last day.
+    readonly property var ageColours: dark ? ["#ff6b6b", "#f7a94a", "#d9c77a"] : ["#d6273c", "#d97a00", "#8a7a34"]
+    readonly property color sea: dark ? "#141c26" : "#dfe9f2"
+    readonly property color land: dark ? "#2b3644" : "#f8faf7"
+    readonly property color border: dark ? "#3d4a5a" : "#d3dade"
+
     function alertColour(level) {
         const colours = dark
             ? { info: "#3a4757", advisory: "#4a4020", warning: "#5b3a22", critical: "#6e2530" }
             : { info: "#dfe8f1", advisory: "#fdeebd", warning: "#ffddc2", critical: "#ffd3d6" };
+        return colours[level] ?? colours.info;
+    }
+
+    // Strong enough for a line beside text.
+    function alertInk(level) {
+        const colours = dark
+            ? { info: "#8fb3d9", advisory: "#f0cd5a", warning: "#ff9d57", critical: "#ff6b7a" }
+            : { info: "#4d7ba8", advisory: "#c79a00", warning: "#d9661f", critical: "#c4213a" };
         return colours[level] ?? colours.info;
     }
 }

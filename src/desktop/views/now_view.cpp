@@ -157,28 +157,6 @@ void addMeasures(std::vector<TileView>& tiles, WeatherData const& data, Present 
       present.precipMM / 10);
 }
 
-AlertView alertView(WeatherAlert const& alert, ViewContext const& context, TimeWords const& words) {
-  AlertView view;
-  view.level = enumName(alert.severity);
-  view.severity = context.text("severity." + view.level);
-  view.title = alert.title;
-  view.message = alert.message;
-  for (auto const& more : {alert.areaDesc, alert.description, alert.instruction}) {
-    if (more && !more->empty() && *more != alert.message) {
-      view.details += (view.details.empty() ? "" : "\n\n") + *more;
-    }
-  }
-  if (alert.onset && *alert.onset > context.now) {
-    view.when = context.texts.format("warning.from", words.moment(*alert.onset, context.now));
-  }
-  if (alert.expires) {
-    view.when += (view.when.empty() ? "" : ", ") +
-                 context.texts.format("warning.until", words.moment(*alert.expires, context.now));
-  }
-  view.source = alert.source.value_or(alert.isGovAlert ? "" : context.text("desktop.fromForecast"));
-  return view;
-}
-
 /// Rise and set of the local day that holds `now`.
 struct DayOfSky {
   RiseSet sun;
@@ -273,20 +251,6 @@ std::vector<TileView> tileViews(WeatherState const& state, ViewContext const& co
   std::vector<TileView> tiles{windTile(*present, context)};
   addMeasures(tiles, data, *present, context);
   return tiles;
-}
-
-std::vector<AlertView> alertViews(WeatherState const& state, ViewContext const& context) {
-  std::vector<WeatherAlert> alerts = state.govAlerts;
-  if (state.insight) alerts.insert(alerts.end(), state.insight->alerts.begin(), state.insight->alerts.end());
-  std::erase_if(alerts,
-                [&](WeatherAlert const& alert) { return alert.expires && *alert.expires <= context.now; });
-  sortMostSevereFirst(alerts);
-  TimeWords const words(
-      context.texts, state.weatherData ? calendarOf(*state.weatherData, context.fallback) : context.fallback);
-  std::vector<AlertView> views;
-  views.reserve(alerts.size());
-  for (WeatherAlert const& alert : alerts) views.push_back(alertView(alert, context, words));
-  return views;
 }
 
 SkyView skyView(WeatherState const& state, ViewContext const& context) {

@@ -73,26 +73,6 @@ inline constexpr auto viewFields<TileView> = std::tuple{
     viewField("share", &TileView::share), viewField("direction", &TileView::direction),
 };
 
-struct AlertView {
-  std::string severity;  ///< the level's word
-  std::string level;     ///< "info", "advisory", "warning", "critical"
-  std::string title;
-  std::string message;
-  std::string details;  ///< what more there is to read; may be empty
-  std::string when;     ///< from, until
-  std::string source;
-
-  bool operator==(AlertView const&) const = default;
-};
-
-template <>
-inline constexpr auto viewFields<AlertView> = std::tuple{
-    viewField("severity", &AlertView::severity), viewField("level", &AlertView::level),
-    viewField("title", &AlertView::title),       viewField("message", &AlertView::message),
-    viewField("details", &AlertView::details),   viewField("when", &AlertView::when),
-    viewField("source", &AlertView::source),
-};
-
 /// Sun and moon of the day.
 struct SkyView {
   std::string sun;      ///< rise, set, length of the day, or that it does neither
@@ -127,8 +107,6 @@ inline constexpr auto viewFields<SkyView> = std::tuple{
 
 NowView nowView(WeatherState const& state, std::optional<Place> const& place, ViewContext const& context);
 std::vector<TileView> tileViews(WeatherState const& state, ViewContext const& context);
-/// Those that have not ended, the gravest first.
-std::vector<AlertView> alertViews(WeatherState const& state, ViewContext const& context);
 SkyView skyView(WeatherState const& state, ViewContext const& context);
 
 /// What the next twelve hours bring, in one sentence; empty without hours.

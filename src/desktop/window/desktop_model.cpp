@@ -1,5 +1,6 @@
 #include "desktop/window/desktop_model.h"
 
+#include "desktop/views/alert_view.h"
 #include "desktop/views/now_view.h"
 #include "desktop/window/words.h"
 
@@ -10,6 +11,7 @@ namespace {
 constexpr WordRow kWords[] = {
     {"now", "desktop.page.now"},
     {"hours", "desktop.page.hours"},
+    {"hazards", "desktop.page.hazards"},
     {"globe", "desktop.page.globe"},
     {"places", "desktop.page.places"},
     {"notifications", "desktop.page.notifications"},
@@ -74,6 +76,7 @@ DesktopModel::DesktopModel(Setting setting, DesktopCommands commands, QObject* p
       dayHours_(new RecordListModel(this)),
       places_(new RecordListModel(this)),
       found_(new RecordListModel(this)),
+      hazards_(new HazardsModel(commands_.hazards, this)),
       notifications_(new NotificationsModel(commands_.notifications, this)) {
   showWords(*words_, kWords, *setting_.wording.texts);
   connect(globe_, &GlobeModel::settled, this, &DesktopModel::shown);
@@ -103,6 +106,8 @@ void DesktopModel::showWeather() {
   now_->show(nowView(state, snapshot_->place, view));
   sky_->show(skyView(state, view));
   alerts_->show(alertViews(state, view));
+  showOpenAlert(view);
+  hazards_->show(*snapshot_, view);
   tiles_->show(tileViews(state, view));
   places_->show(placeViews(snapshot_->places, snapshot_->kept, view));
   found_->show(foundViews(foundPlaces_, snapshot_->places));
@@ -128,6 +133,17 @@ void DesktopModel::setOpenDay(int day) {
   openDay_ = day;
   showWeather();
   Q_EMIT openDayChanged();
+}
+
+void DesktopModel::setOpenAlert(QString const& id) {
+  openAlert_ = id.toStdString();
+  showOpenAlert(context());
+}
+
+void DesktopModel::showOpenAlert(ViewContext const& context) {
+  alertDetails_ = nimbara::alertDetails(*snapshot_->weather, openAlert_, context);
+  if (alertDetails_.empty()) openAlert_.clear();
+  Q_EMIT openAlertChanged();
 }
 
 void DesktopModel::refresh() {

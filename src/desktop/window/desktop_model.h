@@ -6,6 +6,7 @@
 #include "desktop/views/hours_view.h"
 #include "desktop/views/tray_view.h"
 #include "desktop/window/globe_model.h"
+#include "desktop/window/hazards_model.h"
 #include "desktop/window/notifications_model.h"
 #include "desktop/window/view_models.h"
 
@@ -25,6 +26,7 @@ struct DesktopCommands {
   std::function<void(Uuid)> removePlace;
   std::function<void(Uuid, int)> movePlace;
   std::function<void(std::string)> search;
+  HazardsCommands hazards;
   GlobeCommands globe;
   NotificationCommands notifications;
 };
@@ -43,6 +45,9 @@ class DesktopModel : public QObject {
   Q_PROPERTY(nimbara::RecordListModel* found READ found CONSTANT)
   Q_PROPERTY(nimbara::GlobeModel* globe READ globe CONSTANT)
   Q_PROPERTY(nimbara::NotificationsModel* notifications READ notifications CONSTANT)
+  Q_PROPERTY(nimbara::HazardsModel* hazards READ hazards CONSTANT)
+  Q_PROPERTY(QString openAlert READ openAlert WRITE setOpenAlert NOTIFY openAlertChanged)
+  Q_PROPERTY(QString alertDetails READ alertDetails NOTIFY openAlertChanged)
   Q_PROPERTY(QString problem READ problem NOTIFY shown)
   Q_PROPERTY(bool isReady READ isReady NOTIFY shown)
   Q_PROPERTY(int openDay READ openDay WRITE setOpenDay NOTIFY openDayChanged)
@@ -75,13 +80,21 @@ class DesktopModel : public QObject {
   RecordListModel* dayHours() { return dayHours_; }
   RecordListModel* places() { return places_; }
   RecordListModel* found() { return found_; }
+  HazardsModel* hazards() { return hazards_; }
+  /// The identifier of the warning whose whole text is shown; empty for none.
+  QString openAlert() const { return QString::fromStdString(openAlert_); }
+  void setOpenAlert(QString const& id);
+  QString alertDetails() const { return QString::fromStdString(alertDetails_); }
   GlobeModel* globe() { return globe_; }
   NotificationsModel* notifications() { return notifications_; }
   Meteogram const& meteogram() const { return meteogram_; }
   QString problem() const { return QString::fromStdString(snapshot_->problem); }
   /// A first snapshot has come.
   bool isReady() const { return isReady_; }
-  bool hasSettled() const { return isReady_ && !snapshot_->weather->isLoading && globe_->hasSettled(); }
+  bool hasSettled() const {
+    return isReady_ && !snapshot_->weather->isLoading && snapshot_->hazards->isSettled() &&
+           globe_->hasSettled();
+  }
   TrayView tray() const;
   bool closesToTray() const { return snapshot_->closesToTray; }
   int openDay() const { return openDay_; }
@@ -100,11 +113,13 @@ class DesktopModel : public QObject {
  Q_SIGNALS:
   void shown();
   void openDayChanged();
+  void openAlertChanged();
   void searched();
 
  private:
   ViewContext context() const;
   void showWeather();
+  void showOpenAlert(ViewContext const& context);
 
   Setting setting_;
   DesktopCommands commands_;
@@ -112,6 +127,8 @@ class DesktopModel : public QObject {
   bool isReady_ = false;
   int openDay_ = -1;
   std::string searchText_;
+  std::string openAlert_;
+  std::string alertDetails_;
   std::vector<FoundPlace> foundPlaces_;
   Meteogram meteogram_;
   GlobeModel* globe_;
@@ -125,6 +142,7 @@ class DesktopModel : public QObject {
   RecordListModel* dayHours_;
   RecordListModel* places_;
   RecordListModel* found_;
+  HazardsModel* hazards_;
   NotificationsModel* notifications_;
 };
 

@@ -2,8 +2,10 @@
 
 #include "desktop/window/condition_pictures.h"
 #include "desktop/window/flat_globe.h"
+#include "desktop/window/kp_items.h"
 #include "desktop/window/line_signs.h"
 #include "desktop/window/meteogram_item.h"
+#include "desktop/window/quake_map_item.h"
 #include "desktop/window/sky_items.h"
 
 #include <QGuiApplication>
@@ -22,6 +24,10 @@ void registerItems() {
     qmlRegisterType<MeteogramItem>("NimbaraItems", 1, 0, "MeteogramItem");
     qmlRegisterType<FlatGlobe>("NimbaraItems", 1, 0, "FlatGlobe");
     qmlRegisterAnonymousType<GlobeModel>("NimbaraItems", 1);
+    qmlRegisterType<QuakeMapItem>("NimbaraItems", 1, 0, "QuakeMapItem");
+    qmlRegisterType<KpGauge>("NimbaraItems", 1, 0, "KpGauge");
+    qmlRegisterType<KpBarsItem>("NimbaraItems", 1, 0, "KpBarsItem");
+    qmlRegisterAnonymousType<HazardsModel>("NimbaraItems", 1);
     qmlRegisterAnonymousType<DesktopModel>("NimbaraItems", 1);
     qmlRegisterAnonymousType<NotificationsModel>("NimbaraItems", 1);
     qmlRegisterAnonymousType<RecordModel>("NimbaraItems", 1);

@@ -54,6 +54,12 @@ constexpr std::array kSigns = std::to_array<SignRow>({
        p.drawPath(bell);
        p.drawArc(QRectF(9.5, 17.5, 5, 4), 190 * 16, 160 * 16);
      }},
+    {"warning",
+     [](QPainter& p) {
+       stroke(p, {{12, 3.5}, {21.5, 20}, {2.5, 20}, {12, 3.5}});
+       stroke(p, {{12, 9.5}, {12, 14}});
+       p.drawEllipse(QPointF(12, 17), 0.5, 0.5);
+     }},
     {"others",
      [](QPainter& p) {
        for (double const x : {5.5, 12.0, 18.5}) p.drawEllipse(QPointF(x, 12), 0.6, 0.6);

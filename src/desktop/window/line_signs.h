@@ -10,7 +10,7 @@ class LineSigns : public QQuickImageProvider {
  public:
   LineSigns() : QQuickImageProvider(QQuickImageProvider::Image) {}
 
-  /// `id` is "NAME/COLOUR", like "up/1f64ab": up, down, back, forth, again, cross, arrow.
+  /// `id` is "NAME/COLOUR", like "up/1f64ab": up, down, back, forth, again, cross, arrow, warning.
   QImage requestImage(QString const& id, QSize* size, QSize const& requestedSize) override;
 };
 

@@ -1,0 +1,68 @@
+// The hazards of the window: official warnings of the selected place, earthquakes, geomagnetic activity. Asks
+// the feeds, keeps what they said last with its age, and the filter that the user chose. Owned by the core,
+// which calls it on threads of its own; decides nothing about when the feeds are due.
+#pragma once
+
+#include "app/app_state.h"
+#include "app/feed_services.h"
+#include "app/task_runner.h"
+#include "desktop/views/hazards_state.h"
+#include "platform/settings_store.h"
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <stop_token>
+#include <string_view>
+#include <vector>
+
+namespace nimbara {
+
+class DesktopHazards {
+ public:
+  /// Called on any thread, while nobody waits for the state.
+  struct Surroundings {
+    std::function<void(Place const&, std::vector<WeatherAlert>)> showAlerts;
+    std::function<void()> publish;
+  };
+
+  DesktopHazards(FeedServices& feeds, SettingsStore& store, TaskRunner& runner, Surroundings surroundings);
+
+  std::shared_ptr<HazardsState const> state() const;
+
+  /// The place that is selected from now on. What was known of another one's warnings is no longer shown.
+  void setPlace(std::optional<Place> const& place);
+  /// Shows what is kept of that place's warnings: at first, or after somebody else has asked for them. Asks
+  /// nobody.
+  void showKept();
+  /// Asks every feed. Blocks; what is stopped leaves everything as it was.
+  SupplementalOutcome refresh(Place const& place, std::stop_token const& stop);
+  /// Somebody looks: asks soon for what is not a place's and has grown old.
+  void look();
+
+  void readFilter();
+  void setRadius(double km);
+  void setMagnitude(double least);
+
+ private:
+  void showOfficial(Place const& place, bool isAsking);
+  void finishOfficial(Place const& place);
+  void askWorld(std::stop_token const& stop);
+  void choose(std::string_view setting, double value);
+  template <class Change>
+  void change(Change apply);
+
+  FeedServices& feeds_;
+  SettingsStore& store_;
+  TaskRunner& runner_;
+  Surroundings surroundings_;
+  std::atomic<bool> isLooking_ = false;
+
+  std::mutex officialTurn_;   // of those who show warnings, so that what is shown last is what was kept last
+  mutable std::mutex mutex_;  // guards the state
+  std::shared_ptr<HazardsState const> state_ = std::make_shared<HazardsState>();
+};
+
+}  // namespace nimbara

@@ -1,0 +1,57 @@
+// One of a few values, side by side: a filter.
+import QtQuick
+import QtQuick.Controls.Basic
+import NimbaraPages
+
+Flow {
+    id: choice
+
+    property string title
+    property alias values: values.model
+
+    signal chosen(real value)
+
+    spacing: 6
+    Accessible.role: Accessible.Grouping
+    Accessible.name: title
+
+    Text {
+        height: 32 * Theme.scale
+        rightPadding: 4
+        verticalAlignment: Text.AlignVCenter
+        text: choice.title
+        color: Theme.muted
+        font.pixelSize: Theme.small
+    }
+    Repeater {
+        id: values
+        AbstractButton {
+            id: option
+            required property double value
+            required property string caption
+            required property bool isChosen
+            width: label.implicitWidth + 22
+            height: 32 * Theme.scale
+            onClicked: choice.chosen(value)
+            Keys.onReturnPressed: clicked()
+            Accessible.role: Accessible.RadioButton
+            Accessible.name: choice.title + ": " + option.caption
+            Accessible.checkable: true
+            Accessible.checked: isChosen
+            background: Rectangle {
+                radius: height / 2
+                color: option.isChosen ? Theme.accent : option.hovered ? Theme.raised : "transparent"
+                border.width: option.visualFocus ? 2 : 1
+                border.color: option.visualFocus ? Theme.text : option.isChosen ? Theme.accent : Theme.outline
+            }
+            contentItem: Text {
+                id: label
+                text: option.caption
+                color: option.isChosen ? Theme.overAccent : Theme.text
+                font.pixelSize: Theme.small
+                horizontalAlignment: Text.AlignHCenter
+                verticalAlignment: Text.AlignVCenter
+            }
+        }
+    }
+}

@@ -1,0 +1,97 @@
+// Official warnings of the place, earthquakes, geomagnetic activity.
+import QtQuick
+import QtQuick.Controls.Basic
+import NimbaraPages
+
+ScrollPage {
+    id: page
+
+    onEnabledChanged: if (enabled) app.hazards.look()
+    Component.onCompleted: app.hazards.look()
+
+    Text {
+        width: page.inner
+        text: [app.hazards.words.title, app.now.place].filter(part => part !== "").join("  ·  ")
+        textFormat: Text.PlainText
+        elide: Text.ElideRight
+        color: Theme.text
+        font.pixelSize: Theme.headline
+        font.weight: Font.DemiBold
+        Accessible.role: Accessible.Heading
+        Accessible.name: text
+    }
+
+    Card {
+        width: page.inner
+        title: app.hazards.words.official
+
+        Column {
+            width: parent.width
+            spacing: 1.25 * Theme.space
+
+            Text {
+                width: parent.width
+                visible: text !== ""
+                text: app.hazards.official.hasPlace ? app.hazards.official.headline : app.hazards.words.noPlace
+                wrapMode: Text.Wrap
+                color: Theme.text
+                font.pixelSize: Theme.title
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+            }
+            Rectangle {
+                width: parent.width
+                visible: app.hazards.official.notice !== ""
+                height: notice.height + 2 * Theme.space
+                radius: 12
+                color: app.hazards.official.isUnchecked ? Theme.alertColour("warning") : Theme.raised
+                Text {
+                    id: notice
+                    x: 1.5 * Theme.space
+                    y: Theme.space
+                    width: parent.width - 3 * Theme.space
+                    text: app.hazards.official.notice
+                    textFormat: Text.PlainText
+                    wrapMode: Text.Wrap
+                    color: Theme.text
+                    font.pixelSize: Theme.small
+                    Accessible.role: Accessible.AlertMessage
+                    Accessible.name: text
+                }
+            }
+            ListView {
+                id: warnings
+                width: parent.width
+                visible: count > 0
+                // Long lists scroll by themselves, so that only what is seen is made.
+                height: Math.min(contentHeight, 420 * Theme.scale)
+                model: app.hazards.warnings
+                clip: true
+                boundsBehavior: Flickable.StopAtBounds
+                activeFocusOnTab: count > 0
+                keyNavigationEnabled: true
+                highlightMoveDuration: Theme.quick
+                Keys.onReturnPressed: if (currentItem) currentItem.toggle()
+                Keys.onSpacePressed: if (currentItem) currentItem.toggle()
+                ScrollBar.vertical: ScrollBar {}
+                Accessible.role: Accessible.List
+                Accessible.name: app.hazards.words.official
+                delegate: WarningRow { width: warnings.width }
+            }
+            Text {
+                width: parent.width
+                visible: text !== ""
+                text: app.hazards.official.source
+                wrapMode: Text.Wrap
+                color: Theme.muted
+                font.pixelSize: Theme.tiny
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+            }
+        }
+    }
+
+    QuakeCard { width: page.inner }
+
+    KpCard { width: page.inner }
+}

@@ -1,0 +1,159 @@
+// Earthquakes: filters, the map, the list. What is pointed at in one of them stands out in the other.
+import QtQuick
+import QtQuick.Controls.Basic
+import NimbaraItems
+import NimbaraPages
+
+Card {
+    id: card
+
+    readonly property var hazards: app.hazards
+    readonly property bool isWide: width >= 820
+
+    title: hazards.words.quakes
+
+    Column {
+        width: parent.width
+        spacing: 1.5 * Theme.space
+
+        Text {
+            width: parent.width
+            visible: text !== ""
+            text: card.hazards.about.count
+            wrapMode: Text.Wrap
+            color: Theme.text
+            font.pixelSize: Theme.title
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
+        Text {
+            width: parent.width
+            visible: text !== ""
+            text: card.hazards.about.notice
+            textFormat: Text.PlainText
+            wrapMode: Text.Wrap
+            color: Theme.text
+            font.pixelSize: Theme.small
+            Accessible.role: Accessible.AlertMessage
+            Accessible.name: text
+        }
+        Flow {
+            width: parent.width
+            spacing: Theme.space
+            ChoiceRow {
+                width: card.isWide ? (parent.width - Theme.space) * 0.55 : parent.width
+                visible: card.hazards.about.hasPlace
+                title: card.hazards.words.radius
+                values: card.hazards.radii
+                onChosen: value => card.hazards.setRadius(value)
+            }
+            ChoiceRow {
+                width: card.isWide ? (parent.width - Theme.space) * 0.45 : parent.width
+                title: card.hazards.words.strength
+                values: card.hazards.magnitudes
+                onChosen: value => card.hazards.setMagnitude(value)
+            }
+        }
+        Item {
+            width: parent.width
+            height: card.isWide ? map.height : map.height + Theme.space + list.height
+
+            Column {
+                id: map
+                width: card.isWide ? Math.round((parent.width - 2 * Theme.space) * 0.64) : parent.width
+                spacing: Theme.space
+
+                Rectangle {
+                    id: frame
+                    width: parent.width
+                    height: Math.round(width / 2)
+                    radius: 10
+                    color: Theme.sea
+                    border.width: activeFocus ? 2 : 0
+                    border.color: Theme.accent
+                    activeFocusOnTab: true
+                    Keys.onRightPressed: card.hazards.highlighted += 1
+                    Keys.onLeftPressed: card.hazards.highlighted = Math.max(0, card.hazards.highlighted - 1)
+                    Keys.onEscapePressed: card.hazards.highlighted = -1
+                    Accessible.role: Accessible.Chart
+                    Accessible.name: card.hazards.words.map
+                    Accessible.description: card.hazards.highlightedText || card.hazards.words.mapHint
+                    Accessible.focusable: true
+
+                    QuakeMapItem {
+                        id: world
+                        anchors.fill: parent
+                        anchors.margins: 2
+                        model: card.hazards
+                        sea: Theme.sea
+                        land: Theme.land
+                        border: Theme.border
+                        mark: Theme.accent
+                        ring: Theme.text
+                        ages: Theme.ageColours
+                        HoverHandler {
+                            onPointChanged: if (hovered) card.hazards.highlighted = world.rowAt(point.position.x, point.position.y)
+                            onHoveredChanged: if (!hovered && !frame.activeFocus) card.hazards.highlighted = -1
+                        }
+                        TapHandler {
+                            onTapped: point => {
+                                frame.forceActiveFocus();
+                                card.hazards.highlighted = world.rowAt(point.position.x, point.position.y);
+                            }
+                        }
+                    }
+                }
+                Flow {
+                    width: parent.width
+                    spacing: 2 * Theme.space
+                    Repeater {
+                        model: [card.hazards.words.lastHour, card.hazards.words.lastSix, card.hazards.words.lastDay]
+                        Row {
+                            required property int index
+                            required property string modelData
+                            spacing: 6
+                            Rectangle {
+                                anchors.verticalCenter: parent.verticalCenter
+                                width: 10
+                                height: 10
+                                radius: 5
+                                color: Theme.ageColours[index]
+                            }
+                            Text {
+                                text: modelData
+                                color: Theme.muted
+                                font.pixelSize: Theme.tiny
+                            }
+                        }
+                    }
+                }
+                Text {
+                    width: parent.width
+                    height: Math.max(implicitHeight, 2.6 * Theme.small)
+                    text: card.hazards.highlightedText || card.hazards.words.mapHint
+                    textFormat: Text.PlainText
+                    wrapMode: Text.Wrap
+                    color: card.hazards.highlighted < 0 ? Theme.muted : Theme.text
+                    font.pixelSize: Theme.small
+                    Accessible.ignored: true
+                }
+            }
+            QuakeList {
+                id: list
+                x: card.isWide ? parent.width - width : 0
+                y: card.isWide ? 0 : map.height + Theme.space
+                width: card.isWide ? parent.width - map.width - 2 * Theme.space : parent.width
+                height: card.isWide ? map.height : Math.min(contentHeight, 360 * Theme.scale)
+            }
+        }
+        Text {
+            width: parent.width
+            text: card.hazards.about.source
+            wrapMode: Text.Wrap
+            color: Theme.muted
+            font.pixelSize: Theme.tiny
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
+    }
+}

@@ -1,0 +1,103 @@
+// The earthquakes one below the other, newest first.
+import QtQuick
+import QtQuick.Controls.Basic
+import NimbaraPages
+
+ListView {
+    id: list
+
+    model: app.hazards.quakes
+    clip: true
+    boundsBehavior: Flickable.StopAtBounds
+    activeFocusOnTab: count > 0
+    keyNavigationEnabled: true
+    highlightMoveDuration: Theme.quick
+    ScrollBar.vertical: ScrollBar {}
+    Accessible.role: Accessible.List
+    Accessible.name: app.hazards.words.quakes
+
+    // Keys move what is pointed at; what is pointed at on the map scrolls into view here.
+    onActiveFocusChanged: if (activeFocus && app.hazards.highlighted < 0) app.hazards.highlighted = Math.max(0, currentIndex)
+    onCurrentIndexChanged: if (activeFocus) app.hazards.highlighted = currentIndex
+    Keys.onEscapePressed: app.hazards.highlighted = -1
+    Connections {
+        target: app.hazards
+        function onHighlightedChanged() {
+            if (app.hazards.highlighted < 0 || pointer.hovered)
+                return;
+            list.currentIndex = app.hazards.highlighted;
+            list.positionViewAtIndex(app.hazards.highlighted, ListView.Contain);
+        }
+    }
+    HoverHandler {
+        id: pointer
+        onPointChanged: if (hovered) app.hazards.highlighted = list.indexAt(point.position.x + list.contentX, point.position.y + list.contentY)
+        onHoveredChanged: if (!hovered && !list.activeFocus) app.hazards.highlighted = -1
+    }
+
+    delegate: Rectangle {
+        id: quake
+
+        required property int index
+        required property string magnitude
+        required property string place
+        required property string note
+        required property string age
+        required property double ageClass
+        required property bool isStrong
+        required property string sentence
+
+        readonly property bool isPointedAt: app.hazards.highlighted === index
+
+        width: list.width
+        height: Math.max(52 * Theme.scale, words.height + Theme.space)
+        radius: 10
+        color: isPointedAt ? Theme.raised : "transparent"
+        border.width: isPointedAt && list.activeFocus ? 2 : 0
+        border.color: Theme.accent
+        Accessible.role: Accessible.ListItem
+        Accessible.name: sentence
+        Accessible.focusable: true
+
+        Rectangle {
+            id: badge
+            anchors.verticalCenter: parent.verticalCenter
+            x: LayoutMirroring.enabled ? parent.width - width - 6 : 6
+            width: 44 * Theme.scale
+            height: 30 * Theme.scale
+            radius: height / 2
+            color: Qt.alpha(Theme.ageColours[quake.ageClass], Theme.dark ? 0.24 : 0.16)
+            border.width: quake.isStrong ? 2 : 0
+            border.color: Theme.ageColours[quake.ageClass]
+            Text {
+                anchors.centerIn: parent
+                text: quake.magnitude
+                color: Theme.text
+                font.pixelSize: Theme.body
+                font.weight: quake.isStrong ? Font.Bold : Font.DemiBold
+            }
+        }
+        Column {
+            id: words
+            anchors.verticalCenter: parent.verticalCenter
+            x: LayoutMirroring.enabled ? 8 : badge.width + 16
+            width: parent.width - badge.width - 30
+            Text {
+                width: parent.width
+                text: quake.place
+                textFormat: Text.PlainText
+                elide: Text.ElideRight
+                color: Theme.text
+                font.pixelSize: Theme.small
+                font.weight: Font.DemiBold
+            }
+            Text {
+                width: parent.width
+                text: [quake.age, quake.note].filter(part => part !== "").join("  ·  ")
+                wrapMode: Text.Wrap
+                color: Theme.muted
+                font.pixelSize: Theme.tiny
+            }
+        }
+    }
+}

@@ -1,0 +1,110 @@
+// An official warning: how grave, what, where, until when, from whom; opens its whole text.
+import QtQuick
+import QtQuick.Controls.Basic
+import NimbaraPages
+
+Item {
+    id: row
+
+    required property string alertId
+    required property string severity
+    required property string level
+    required property string title
+    required property string message
+    required property string area
+    required property string when
+    required property string issuer
+    required property string age
+    required property bool hasDetails
+    required property string sentence
+
+    readonly property bool isOpen: app.openAlert === alertId
+    readonly property bool isCurrent: ListView.isCurrentItem && ListView.view.activeFocus
+
+    function toggle() {
+        if (hasDetails)
+            app.openAlert = isOpen ? "" : alertId;
+    }
+
+    height: surface.height + Theme.space
+    Accessible.role: Accessible.ListItem
+    Accessible.name: sentence
+    Accessible.description: isOpen ? app.alertDetails : message
+    Accessible.focusable: true
+    Accessible.onPressAction: toggle()
+
+    AbstractButton {
+        id: surface
+        width: row.width
+        height: content.height + 2.5 * Theme.space
+        focusPolicy: Qt.NoFocus  // the list's keys move from row to row
+        onClicked: row.toggle()
+        Accessible.ignored: true
+
+        background: Rectangle {
+            radius: 12
+            color: Theme.alertColour(row.level)
+            border.width: row.isCurrent ? 2 : 0
+            border.color: Theme.accent
+
+            Rectangle {
+                x: LayoutMirroring.enabled ? parent.width - width - 7 : 7
+                y: 9
+                width: 4
+                height: parent.height - 18
+                radius: 2
+                color: Theme.alertInk(row.level)
+            }
+        }
+
+        component Words: Text {
+            width: parent.width
+            visible: text !== ""
+            textFormat: Text.PlainText
+            wrapMode: Text.Wrap
+            color: Theme.text
+            font.pixelSize: Theme.small
+        }
+
+        Column {
+            id: content
+            x: 2.75 * Theme.space
+            y: 1.25 * Theme.space
+            width: parent.width - 4.5 * Theme.space
+            spacing: 3
+
+            Words {
+                text: row.severity + ": " + row.title
+                font.pixelSize: Theme.body
+                font.weight: Font.DemiBold
+            }
+            Words {
+                text: [row.area, row.when].filter(part => part !== "").join("  ·  ")
+            }
+            Words {
+                text: row.isOpen ? app.alertDetails : row.message
+                maximumLineCount: row.isOpen ? 1000 : 2
+                elide: Text.ElideRight
+            }
+            Item {
+                width: parent.width
+                height: Math.max(origin.height, sign.height)
+                Words {
+                    id: origin
+                    width: parent.width - sign.width - Theme.space
+                    text: [row.issuer, row.age].filter(part => part !== "").join("  ·  ")
+                    opacity: 0.85
+                    font.pixelSize: Theme.tiny
+                }
+                Sign {
+                    id: sign
+                    visible: row.hasDetails
+                    anchors.right: parent.right
+                    size: 16 * Theme.scale
+                    name: row.isOpen ? "up" : "down"
+                    ink: Theme.text
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,221 @@
+#include "desktop/views/alert_view.h"
+
+#include "base/text.h"
+#include "feeds/gov_alerts.h"
+#include "model/process.h"
+
+#include <algorithm>
+
+namespace nimbara {
+
+namespace {
+
+constexpr std::size_t kLongestTitle = 200;
+constexpr std::size_t kLongestMessage = 500;
+constexpr std::size_t kLongestDetails = 20'000;
+/// A check that is older than two of its intervals says nothing of now.
+constexpr std::chrono::minutes kTrust{45};
+
+void append(std::string& text, std::string_view part, std::string_view separator) {
+  if (part.empty()) return;
+  if (!text.empty()) text += separator;
+  text += part;
+}
+
+std::vector<WeatherAlert> allAlerts(WeatherState const& state) {
+  std::vector<WeatherAlert> alerts = state.govAlerts;
+  if (state.insight) alerts.insert(alerts.end(), state.insight->alerts.begin(), state.insight->alerts.end());
+  return alerts;
+}
+
+Calendar calendarFor(WeatherState const& state, ViewContext const& context) {
+  return state.weatherData ? calendarOf(*state.weatherData, context.fallback) : context.fallback;
+}
+
+std::string spanOf(WeatherAlert const& alert, ViewContext const& context, TimeWords const& words) {
+  std::string span;
+  if (alert.onset && *alert.onset > context.now) {
+    span = context.texts.format("warning.from", words.moment(*alert.onset, context.now));
+  }
+  if (alert.expires) {
+    append(span, context.texts.format("warning.until", words.moment(*alert.expires, context.now)), ", ");
+  }
+  return span;
+}
+
+std::string messageOf(WeatherAlert const& alert) {
+  bool const repeats = alert.message == alert.title || alert.message == alert.areaDesc;
+  return repeats ? std::string() : reflowed(alert.message);
+}
+
+/// What the short form leaves out.
+bool hasMore(WeatherAlert const& alert) {
+  return alert.description || alert.instruction || alert.message.size() > kLongestMessage ||
+         alert.areaDesc.value_or("").size() > kLongestTitle;
+}
+
+std::string ageOf(WeatherAlert const& alert, WeatherState const& state, ViewContext const& context) {
+  auto const since = alert.isGovAlert ? alert.issued : state.lastUpdated;
+  return since ? ageText(*since, context.now, context.texts) : std::string();
+}
+
+AlertView viewOf(WeatherAlert const& alert, WeatherState const& state, ViewContext const& context,
+                 TimeWords const& words) {
+  AlertView view;
+  view.id = alert.id.text();
+  view.level = enumName(alert.severity);
+  view.severity = context.text("severity." + view.level);
+  view.title = oneLine(alert.title, kLongestTitle);
+  view.message = cutAt(messageOf(alert), kLongestMessage);
+  view.area = oneLine(alert.areaDesc.value_or(""), kLongestTitle);
+  if (alert.distanceKm) append(view.area, context.text("warning.near"), " – ");
+  view.when = spanOf(alert, context, words);
+  view.issuer = oneLine(alert.source.value_or(alert.isGovAlert ? "" : context.text("desktop.fromForecast")));
+  view.age = ageOf(alert, state, context);
+  view.isOfficial = alert.isGovAlert;
+  view.hasDetails = hasMore(alert);
+  view.sentence = view.severity + ": " + view.title;
+  for (std::string const* const part : {&view.area, &view.when, &view.issuer, &view.age}) {
+    append(view.sentence, *part, ", ");
+  }
+  return view;
+}
+
+std::vector<AlertView> viewsOf(std::vector<WeatherAlert> alerts, WeatherState const& state,
+                               ViewContext const& context) {
+  std::erase_if(alerts, [&](WeatherAlert const& alert) { return hasEnded(alert, context.now); });
+  sortMostSevereFirst(alerts);
+  TimeWords const words(context.texts, calendarFor(state, context));
+  std::vector<AlertView> views;
+  views.reserve(alerts.size());
+  for (WeatherAlert const& alert : alerts) views.push_back(viewOf(alert, state, context, words));
+  return views;
+}
+
+std::string detailsOf(WeatherAlert const& alert, ViewContext const& context) {
+  std::string details;
+  append(details, messageOf(alert), "\n\n");
+  if (alert.areaDesc) append(details, reflowed(*alert.areaDesc), "\n\n");
+  if (alert.description && *alert.description != alert.message) {
+    append(details, reflowed(*alert.description), "\n\n");
+  }
+  if (alert.instruction) {
+    append(details, context.texts.format("warning.whatToDo", reflowed(*alert.instruction)), "\n\n");
+  }
+  return cutAt(details, kLongestDetails);
+}
+
+std::string namesOf(std::vector<std::string> const& sources, ViewContext const& context) {
+  std::string names;
+  for (std::string const& source : sources) append(names, context.text("desktop.issuer." + source), ", ");
+  return names;
+}
+
+std::string sourceOf(OfficialCheck const& check, ViewContext const& context) {
+  std::string source = context.standIn.empty() ? namesOf(check.sources, context)
+                                               : context.texts.format("report.standIn", context.standIn);
+  if (check.checkedAt) {
+    append(source,
+           context.texts.format("desktop.checked", ageText(*check.checkedAt, context.now, context.texts)),
+           "  ·  ");
+  }
+  return source;
+}
+
+bool isUnchecked(OfficialCheck const& check, Instant now) {
+  bool const isOld = check.checkedAt && now - *check.checkedAt > kTrust && !check.isAsking;
+  return check.failedSince || isOld || (!check.checkedAt && !check.isAsking);
+}
+
+/// "Official warnings could not be checked since 14:20".
+std::string uncheckedText(OfficialCheck const& check, Calendar const& calendar, ViewContext const& context) {
+  if (!check.checkedAt) return context.text("warning.neverChecked");
+  return context.texts.format("warning.uncheckedSince",
+                              TimeWords(context.texts, calendar).moment(*check.checkedAt, context.now));
+}
+
+std::string headlineOf(OfficialCheck const& check, std::size_t count, ViewContext const& context) {
+  if (count == 1) return context.text("desktop.official.one");
+  if (count > 1) return context.texts.format("desktop.official.many", count);
+  return context.text(check.checkedAt ? "desktop.official.none" : "desktop.official.asking");
+}
+
+void fillUnchecked(OfficialView& view, OfficialCheck const& check, bool hasWarnings, Calendar const& calendar,
+                   ViewContext const& context) {
+  view.isUnchecked = true;
+  view.brief = uncheckedText(check, calendar, context);
+  if (hasWarnings) {
+    view.notice = view.brief + ". ";
+  } else {
+    view.headline = view.brief;
+  }
+  if (!check.problem.empty()) view.notice += context.texts.format("desktop.because", check.problem) + " ";
+  view.notice += context.text(hasWarnings ? "desktop.official.retry" : "desktop.official.retryEmpty");
+}
+
+}  // namespace
+
+std::vector<AlertView> alertViews(WeatherState const& state, ViewContext const& context) {
+  return viewsOf(allAlerts(state), state, context);
+}
+
+std::vector<AlertView> officialViews(WeatherState const& state, ViewContext const& context) {
+  return viewsOf(state.govAlerts, state, context);
+}
+
+std::string alertDetails(WeatherState const& state, std::string_view id, ViewContext const& context) {
+  if (id.empty()) return {};
+  auto const alerts = allAlerts(state);
+  auto const found =
+      std::ranges::find_if(alerts, [&](WeatherAlert const& alert) { return alert.id.text() == id; });
+  return found == alerts.end() ? std::string() : detailsOf(*found, context);
+}
+
+OfficialView officialView(OfficialCheck const& check, std::optional<Place> const& place,
+                          WeatherState const& state, ViewContext const& context) {
+  OfficialView view;
+  view.hasPlace = place.has_value();
+  if (!place || check.place != place) return view;
+  if (check.sources.empty()) {
+    view.isUncovered = true;
+    view.headline = view.brief = context.text("warning.uncovered");
+    view.notice = context.text("desktop.official.uncovered");
+    return view;
+  }
+  auto const count = std::ranges::count_if(
+      state.govAlerts, [&](WeatherAlert const& alert) { return !hasEnded(alert, context.now); });
+  view.headline = headlineOf(check, static_cast<std::size_t>(count), context);
+  view.source = sourceOf(check, context);
+  if (isUnchecked(check, context.now)) {
+    fillUnchecked(view, check, count > 0, calendarFor(state, context), context);
+  }
+  return view;
+}
+
+std::string reflowed(std::string_view text) {
+  std::string flowed;
+  bool isBroken = true;  // a new paragraph begins
+  for (std::string_view const raw : split(text, '\n')) {
+    std::string_view const line = trimmed(raw);
+    bool const isItem = line.starts_with("* ") || line.starts_with("- ");
+    if (line.empty()) {
+      isBroken = true;
+      continue;
+    }
+    if (!flowed.empty()) flowed += isBroken ? "\n\n" : isItem ? "\n" : " ";
+    flowed += line;
+    isBroken = false;
+  }
+  return flowed;
+}
+
+std::string cutAt(std::string_view text, std::size_t limit) {
+  if (text.size() <= limit) return std::string(text);
+  constexpr std::string_view kEnd = "…";
+  std::size_t end = limit < kEnd.size() ? 0 : limit - kEnd.size();
+  auto const isInside = [&](std::size_t at) { return (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80; };
+  while (end > 0 && isInside(end)) --end;
+  return std::string(text.substr(0, end)) + std::string(kEnd);
+}
+
+}  // namespace nimbara

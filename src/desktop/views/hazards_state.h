@@ -1,0 +1,61 @@
+// What is known of official warnings, earthquakes and geomagnetic activity, at one moment: what the feeds
+// said last, when, and why nothing newer. Values; made by the core, shown by views.
+#pragma once
+
+#include "app/place.h"
+#include "feeds/earthquake_event.h"
+#include "feeds/feed_reading.h"
+#include "feeds/planetary_k_index.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace nimbara {
+
+/// How the official warnings of a place were checked. The warnings themselves are part of the weather state.
+struct OfficialCheck {
+  std::optional<Place> place;  ///< whose
+  std::vector<std::string>
+      sources;  ///< "nws", …: those that issue warnings for the place; empty: nobody does
+  std::optional<Instant> checkedAt;    ///< the last time that all of them answered
+  std::optional<Instant> failedSince;  ///< the first failure after it
+  std::string problem;                 ///< of the last failure
+  bool isAsking = false;               ///< the place is new, and nobody has answered since
+
+  /// Nothing more is to be said of the place for now.
+  bool isSettled() const { return !place || sources.empty() || !isAsking; }
+  bool operator==(OfficialCheck const&) const = default;
+};
+
+/// What a service of the whole world said, and why it said nothing newer.
+template <class T>
+struct HazardReading {
+  T data{};
+  std::optional<Instant> checkedAt;  ///< nothing where the data are older than this process, or never came
+  std::string problem;               ///< a sentence without a full stop; empty when all is well
+
+  bool isSettled() const { return checkedAt || !problem.empty(); }
+  bool operator==(HazardReading const&) const = default;
+};
+
+struct QuakeFilter {
+  double radiusKm = 0;  ///< around the selected place; 0 for the whole world
+  double minMagnitude = 2.5;
+
+  bool operator==(QuakeFilter const&) const = default;
+};
+
+struct HazardsState {
+  OfficialCheck official;
+  HazardReading<std::vector<EarthquakeEvent>> quakes;  ///< newest first
+  HazardReading<std::optional<double>> kp;
+  std::vector<KpReading> kpRecent;
+  HazardReading<std::vector<KpReading>> kpForecast;
+  QuakeFilter filter;
+
+  /// Every feed has answered or failed once.
+  bool isSettled() const { return official.isSettled() && quakes.isSettled() && kp.isSettled(); }
+};
+
+}  // namespace nimbara

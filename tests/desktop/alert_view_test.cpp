@@ -1,0 +1,190 @@
+#include "desktop/views/alert_view.h"
+
+#include "hazard_states.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace nimbara {
+namespace {
+
+using namespace nimbara::test;
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+Place const kPlace{{52, 21}, "Testville", "Poland", "Region"};
+
+WeatherAlert officialOf(AlertSeverity severity, std::string title) {
+  WeatherAlert alert = alertOf(severity, std::move(title));
+  alert.isGovAlert = true;
+  alert.source = "Weather Office";
+  return alert;
+}
+
+TEST(Alerts, StandGravestFirstAndEndInTime) {
+  WeatherState state = stateOf(mildWeek());
+  WeatherAlert ending = officialOf(AlertSeverity::critical, "ends");
+  ending.expires = kNow;
+  WeatherAlert lasting = officialOf(AlertSeverity::warning, "lasts");
+  lasting.expires = kNow + 1ms;
+  state.govAlerts = {ending, lasting};
+  state.insight =
+      ForecastInsight{{alertOf(AlertSeverity::info, "note"), alertOf(AlertSeverity::critical, "own")}};
+  auto const titles = [](std::vector<AlertView> const& views) {
+    std::vector<std::string> all;
+    for (AlertView const& view : views) all.push_back(view.title + "/" + view.severity + "/" + view.when);
+    return all;
+  };
+  EXPECT_THAT(titles(alertViews(state, contextAt(kNow))),
+              ElementsAre("own/Danger/", "lasts/Warning/until 12:20", "note/Note/"));
+  EXPECT_THAT(titles(officialViews(state, contextAt(kNow))), ElementsAre("lasts/Warning/until 12:20"));
+}
+
+TEST(Alerts, TellFromWhomHowOldAndUntilWhen) {
+  WeatherState state = stateOf(mildWeek());
+  WeatherAlert alert = officialOf(AlertSeverity::warning, "Wind\n<b>Warning</b>");
+  alert.issued = kNow - 25min;
+  alert.onset = kNow + 1h;
+  alert.expires = kNow + 24h;
+  alert.areaDesc = "Coast";
+  alert.distanceKm = 12;
+  state.govAlerts = {alert};
+  state.insight = ForecastInsight{{alertOf(AlertSeverity::info, "own")}};
+  auto const views = alertViews(state, contextAt(kNow + 1min));
+  EXPECT_EQ(views[0].sentence,
+            "Warning: Wind <b>Warning</b>, Coast – near: the warned area begins a little way off, "
+            "from 13:20, until Sunday 12:20, Weather Office, 26 min ago");
+  EXPECT_EQ(views[1].issuer + ", " + views[1].age, "from the forecast, 1 min ago");
+}
+
+TEST(Alerts, ShowWhatIsLongOnlyOnDemand) {
+  WeatherState state;
+  WeatherAlert alert = officialOf(AlertSeverity::warning, "Flood");
+  alert.message = std::string(499, 'm') + "é and on";
+  alert.areaDesc = "Valley";
+  alert.description = "* WHAT...A flood\n  is coming.\n* WHERE...Here.\n\nTake care\nof all.";
+  alert.instruction = "Climb.";
+  state.govAlerts = {alert, officialOf(AlertSeverity::info, "Short")};
+  ViewContext const context = contextAt(kNow);
+  auto const views = alertViews(state, context);
+  EXPECT_TRUE(views[0].hasDetails);
+  EXPECT_EQ(views[0].message.size(), 500);
+  EXPECT_THAT(views[0].message, testing::EndsWith("m…"));
+  EXPECT_FALSE(views[1].hasDetails);
+  EXPECT_EQ(alertDetails(state, views[0].id, context),
+            alert.message +
+                "\n\nValley\n\n* WHAT...A flood is coming.\n* WHERE...Here.\n\nTake care of all."
+                "\n\nWhat to do: Climb.");
+  EXPECT_EQ(alertDetails(state, "", context), "");
+  EXPECT_EQ(alertDetails(state, "no such", context), "");
+  state.govAlerts[0].description = std::string(100'000, 'd');
+  EXPECT_EQ(alertDetails(state, views[0].id, context).size(), 20'000);
+}
+
+TEST(Alerts, AreCutAtACharactersBoundary) {
+  struct Row {
+    char const* text;
+    std::size_t limit;
+    char const* expected;
+  };
+  for (Row const& row :
+       {Row{"abcd", 4, "abcd"}, Row{"abcde", 4, "a…"}, Row{"éé", 4, "éé"}, Row{"aéé", 4, "a…"},
+        Row{"éééé", 5, "é…"}, Row{"éééé", 6, "é…"}, Row{"", 0, ""}, Row{"abcdef", 3, "…"}}) {
+    EXPECT_EQ(cutAt(row.text, row.limit), row.expected) << row.text << " " << row.limit;
+  }
+}
+
+struct CheckRow {
+  char const* why;
+  void (*change)(OfficialCheck&);
+  std::size_t warnings;
+  bool isUnchecked;
+  char const* headline;
+  char const* notice;
+  char const* brief;
+};
+
+struct OfficialCheckTexts : testing::TestWithParam<CheckRow> {};
+
+TEST_P(OfficialCheckTexts, SayHowFarTheListCanBeTrusted) {
+  CheckRow const& row = GetParam();
+  OfficialCheck check = checkOf(kPlace);
+  row.change(check);
+  WeatherState state = stateOf(mildWeek());
+  state.govAlerts.assign(row.warnings, officialOf(AlertSeverity::warning, "x"));
+  OfficialView const view = officialView(check, kPlace, state, contextAt(kNow));
+  EXPECT_EQ(view.isUnchecked, row.isUnchecked);
+  EXPECT_EQ(view.headline, row.headline);
+  EXPECT_THAT(view.notice, testing::StartsWith(row.notice));
+  EXPECT_EQ(view.notice.empty(), std::string(row.notice).empty());
+  EXPECT_EQ(view.brief, row.brief);
+}
+
+constexpr char kSince[] = "Official warnings could not be checked since 12:15";
+constexpr char kNever[] = "Official warnings could not be checked";
+constexpr char kUncovered[] = "No service known to this program issues official warnings for this place";
+INSTANTIATE_TEST_SUITE_P(
+    Rows, OfficialCheckTexts,
+    testing::Values(
+        CheckRow{"none", [](OfficialCheck&) {}, 0, false, "There are no official warnings.", "", ""},
+        CheckRow{"one", [](OfficialCheck&) {}, 1, false, "One official warning", "", ""},
+        CheckRow{"many", [](OfficialCheck&) {}, 500, false, "500 official warnings", "", ""},
+        CheckRow{"failedWithout",
+                 [](OfficialCheck& c) {
+                   c.failedSince = kNow;
+                   c.problem = "no network";
+                 },
+                 0, true, kSince, "Reason: no network. So there may be some", kSince},
+        CheckRow{"failedWith",
+                 [](OfficialCheck& c) {
+                   c.failedSince = kNow;
+                   c.problem = "no network";
+                 },
+                 2, true, "2 official warnings",
+                 "Official warnings could not be checked since 12:15. Reason: no network. What was known",
+                 kSince},
+        CheckRow{"never",
+                 [](OfficialCheck& c) {
+                   c.checkedAt.reset();
+                   c.failedSince = kNow;
+                 },
+                 0, true, kNever, "So there may be some", kNever},
+        CheckRow{"asking",
+                 [](OfficialCheck& c) {
+                   c.checkedAt.reset();
+                   c.isAsking = true;
+                 },
+                 0, false, "Asking for official warnings …", "", ""},
+        CheckRow{"oldWhileAsking",
+                 [](OfficialCheck& c) {
+                   c.checkedAt = kNow - 24h;
+                   c.isAsking = true;
+                 },
+                 1, false, "One official warning", "", ""},
+        CheckRow{"trusted", [](OfficialCheck& c) { c.checkedAt = kNow - 45min; }, 0, false,
+                 "There are no official warnings.", "", ""},
+        CheckRow{"tooOld", [](OfficialCheck& c) { c.checkedAt = kNow - 45min - 1ms; }, 0, true,
+                 "Official warnings could not be checked since 11:34", "So there may be some",
+                 "Official warnings could not be checked since 11:34"},
+        CheckRow{"uncovered", [](OfficialCheck& c) { c.sources.clear(); }, 0, false, kUncovered,
+                 "Warnings made from the forecast", kUncovered}),
+    [](auto const& row) { return std::string(row.param.why); });
+
+TEST(OfficialView, SaysNothingOfAnotherPlace) {
+  OfficialCheck const check = checkOf({{1, 2}, "Other", "", ""});
+  EXPECT_EQ(officialView(check, kPlace, {}, contextAt(kNow)).headline, "");
+  EXPECT_FALSE(officialView(check, std::nullopt, {}, contextAt(kNow)).hasPlace);
+}
+
+TEST(OfficialView, NamesWhoWasAskedAndWhen) {
+  ViewContext context = contextAt(kNow);
+  EXPECT_EQ(officialView(checkOf(kPlace), kPlace, {}, context).source,
+            "National Weather Service  ·  checked 5 min ago");
+  context.standIn = "http://127.0.0.1:1";
+  EXPECT_THAT(officialView(checkOf(kPlace), kPlace, {}, context).source, HasSubstr("http://127.0.0.1:1"));
+}
+
+}  // namespace
+}  // namespace nimbara

@@ -1,0 +1,158 @@
+#include "desktop/core/desktop_hazards.h"
+
+#include "app/settings_registry.h"
+#include "platform/scratch_settings_store.h"
+#include "support/fake_http_client.h"
+#include "support/instants.h"
+#include "support/manual_clock.h"
+#include "support/manual_runner.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace nimbara {
+namespace {
+
+using test::at;
+using namespace std::chrono_literals;
+
+Place const kChicago{{41.85, -87.65}, "Chicago", "United States", "Illinois"};
+Place const kDenver{{39.74, -104.98}, "Denver", "United States", "Colorado"};
+/// Nobody whom the program knows issues warnings there.
+Place const kTokyo{{35.69, 139.69}, "Tokyo", "Japan", "Tokyo"};
+
+std::string warningOf(std::string const& event) {
+  return R"({"features":[{"properties":{"id":"a","event":")" + event +
+         R"(","severity":"Severe","urgency":"Future","certainty":"Likely","sent":"2026-11-21T08:00:00Z",
+         "expires":"2026-11-21T12:30:00Z","references":[]}}]})";
+}
+
+constexpr char kQuake[] = R"({"type":"FeatureCollection","features":[{"id":"q","properties":{"mag":5.1,
+  "place":"sea","time":1795251600000},"geometry":{"coordinates":[10,20,30]}}]})";
+constexpr char kKp[] = R"([{"time_tag":"2026-11-21T06:00:00","Kp":3}])";
+constexpr char kAhead[] = R"([{"time_tag":"2026-11-21T12:00:00","kp":4,"observed":"predicted"}])";
+
+struct DesktopHazardsTest : testing::Test {
+  test::FakeHttpClient http;
+  test::ManualClock clock{at("2026-11-21T09:20:00Z")};
+  FeedServices feeds{http,
+                     clock,
+                     ServiceDirectory({}, ""),
+                     {"me", {}, {}, std::make_shared<Texts const>(Texts::load("en"))}};
+  ScratchSettingsStore store{settingsRegistry()};
+  test::ManualRunner runner;
+  std::vector<std::string> shown;
+  int published = 0;
+  DesktopHazards hazards{feeds, store, runner, surroundings()};
+
+  DesktopHazards::Surroundings surroundings() {
+    return {[this](Place const& place, std::vector<WeatherAlert> const& alerts) {
+              shown.push_back(place.name + ":");
+              for (WeatherAlert const& alert : alerts) shown.back() += " " + alert.title;
+            },
+            [this] { ++published; }};
+  }
+  void willAnswerWorld() {
+    for (char const* const body : {kQuake, kKp, kAhead}) http.willAnswer(200, body);
+  }
+  void select(std::optional<Place> const& place) {
+    hazards.setPlace(place);
+    hazards.showKept();
+  }
+};
+
+TEST_F(DesktopHazardsTest, AskEveryFeedAndTellHowItWent) {
+  select(kChicago);
+  EXPECT_FALSE(hazards.state()->isSettled());
+  http.willAnswer(200, warningOf("Flood Watch"));
+  willAnswerWorld();
+  EXPECT_EQ(hazards.refresh(kChicago, {}), SupplementalOutcome::complete);
+  auto const state = hazards.state();
+  EXPECT_TRUE(state->isSettled());
+  EXPECT_EQ(shown.back(), "Chicago: Flood Watch");
+  EXPECT_EQ(state->official.checkedAt, clock.now());
+  EXPECT_THAT(state->official.sources, testing::ElementsAre("nws"));
+  EXPECT_EQ(state->quakes.data.size(), 1);
+  EXPECT_EQ(state->kp.data, 3);
+  EXPECT_EQ(state->kpRecent.size(), 1);
+  EXPECT_EQ(state->kpForecast.data.size(), 1);
+}
+
+TEST_F(DesktopHazardsTest, KeepWhatTheyHadThroughFailures) {
+  select(kChicago);
+  http.willAnswer(200, warningOf("Flood Watch"));
+  willAnswerWorld();
+  std::ignore = hazards.refresh(kChicago, {});
+  clock.advance(31min);
+  EXPECT_EQ(hazards.refresh(kChicago, {}), SupplementalOutcome::incomplete);
+  auto const state = hazards.state();
+  EXPECT_EQ(shown.back(), "Chicago: Flood Watch");
+  EXPECT_EQ(state->official.checkedAt, at("2026-11-21T09:20:00Z"));
+  EXPECT_EQ(state->official.failedSince, at("2026-11-21T09:51:00Z"));
+  EXPECT_EQ(state->quakes.data.size(), 1);
+  EXPECT_NE(state->quakes.problem, "");
+  EXPECT_EQ(state->kp.data, 3);
+  EXPECT_NE(state->kp.problem, "");
+}
+
+TEST_F(DesktopHazardsTest, ShowWhatIsKeptOfANewPlaceAtOnceAndNothingOfTheOld) {
+  select(kChicago);
+  http.willAnswer(200, warningOf("Flood Watch"));
+  std::ignore = hazards.refresh(kChicago, {});
+  select(kDenver);
+  EXPECT_EQ(shown.back(), "Denver:");
+  EXPECT_EQ(hazards.state()->official.place, kDenver);
+  EXPECT_EQ(hazards.state()->official.checkedAt, std::nullopt);
+  EXPECT_TRUE(hazards.state()->official.isAsking);
+  std::ignore = hazards.refresh(kChicago, {});
+  EXPECT_EQ(shown.back(), "Denver:") << "an answer about another place";
+  select(kChicago);
+  EXPECT_EQ(shown.back(), "Chicago: Flood Watch");
+  select(std::nullopt);
+  EXPECT_TRUE(hazards.state()->official.isSettled());
+}
+
+TEST_F(DesktopHazardsTest, LeaveEverythingAsItWasWhenStopped) {
+  select(kChicago);
+  auto const before = shown;
+  std::stop_source stop;
+  stop.request_stop();
+  std::ignore = hazards.refresh(kChicago, stop.get_token());
+  EXPECT_EQ(shown, before);
+  EXPECT_TRUE(hazards.state()->official.isAsking);
+  EXPECT_EQ(hazards.state()->quakes.problem, "");
+}
+
+TEST_F(DesktopHazardsTest, TellThatNobodyIssuesWarnings) {
+  select(kTokyo);
+  EXPECT_TRUE(hazards.state()->official.sources.empty());
+  EXPECT_TRUE(hazards.state()->official.isSettled());
+}
+
+TEST_F(DesktopHazardsTest, AskForTheWorldWhenSomebodyLooks) {
+  willAnswerWorld();
+  hazards.look();
+  hazards.look();
+  EXPECT_EQ(runner.waiting(), 1) << "once is enough";
+  runner.runAll();
+  EXPECT_EQ(hazards.state()->kp.data, 3);
+  EXPECT_EQ(published, 3);
+  hazards.look();
+  runner.runAll();
+  EXPECT_EQ(http.requests.size(), 3) << "the answers are young";
+}
+
+TEST_F(DesktopHazardsTest, KeepTheFilterInTheSettings) {
+  hazards.setRadius(500);
+  hazards.setMagnitude(4.5);
+  EXPECT_EQ(published, 2);
+  DesktopHazards other(feeds, store, runner, surroundings());
+  other.readFilter();
+  EXPECT_EQ(other.state()->filter, (QuakeFilter{500, 4.5}));
+  EXPECT_EQ(published, 3);
+  other.readFilter();
+  EXPECT_EQ(published, 3) << "nothing has changed";
+}
+
+}  // namespace
+}  // namespace nimbara

@@ -1,0 +1,48 @@
+// States of hazards for tests: what feeds may have said, and how they may have failed.
+#pragma once
+
+#include "states.h"
+
+namespace nimbara::test {
+
+inline EarthquakeEvent quakeOf(std::string id, double magnitude, Coordinate place,
+                               std::chrono::milliseconds age) {
+  EarthquakeEvent event;
+  event.id = std::move(id);
+  event.magnitude = magnitude;
+  event.place = "somewhere";
+  event.time = kNow - age;
+  event.latitude = place.latitude;
+  event.longitude = place.longitude;
+  event.depthKm = 10;
+  return event;
+}
+
+/// Checked five minutes ago by one service.
+inline OfficialCheck checkOf(Place const& place) {
+  OfficialCheck check;
+  check.place = place;
+  check.sources = {"nws"};
+  check.checkedAt = kNow - std::chrono::minutes(5);
+  return check;
+}
+
+/// A week of Kp 2 in steps of three hours until `kNow`, and a storm foreseen.
+inline HazardsState hazardsOf(OfficialCheck check) {
+  HazardsState state;
+  state.official = std::move(check);
+  state.quakes.checkedAt = state.kp.checkedAt = state.kpForecast.checkedAt = kNow - std::chrono::minutes(5);
+  state.kp.data = 2.0;
+  Instant const newest = at("2026-11-21T12:00:00Z");
+  for (int bin = 55; bin >= 0; --bin) state.kpRecent.push_back({newest - bin * std::chrono::hours(3), 2});
+  for (int bin = 1; bin <= 24; ++bin) {
+    state.kpForecast.data.push_back({newest + bin * std::chrono::hours(3), 5, KpKind::predicted});
+  }
+  return state;
+}
+
+inline std::shared_ptr<HazardsState const> shared(HazardsState state) {
+  return std::make_shared<HazardsState const>(std::move(state));
+}
+
+}  // namespace nimbara::test

@@ -1,0 +1,192 @@
+#include "desktop/views/quakes_view.h"
+
+#include "desktop/views/world_map.h"
+#include "hazard_states.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace nimbara {
+namespace {
+
+using namespace nimbara::test;
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+
+Place const kPlace{{0, 0}, "Testville", "", ""};
+/// One degree on the equator.
+constexpr double kDegreeKm = 111.195;
+
+HazardsState stateWith(std::vector<EarthquakeEvent> events, QuakeFilter filter = {}) {
+  HazardsState state = hazardsOf(checkOf(kPlace));
+  state.quakes.data = std::move(events);
+  state.filter = filter;
+  return state;
+}
+
+std::vector<std::string> ids(std::vector<EarthquakeEvent> const& events) {
+  std::vector<std::string> all;
+  for (EarthquakeEvent const& event : events) all.push_back(event.id);
+  return all;
+}
+
+TEST(ShownQuakes, AreThoseThatTheFilterLetsThrough) {
+  HazardsState state = stateWith({quakeOf("near", 5, {0, 1}, 1h), quakeOf("far", 7, {0, 50}, 2h),
+                                  quakeOf("weak", 2.44, {0, 0.5}, 3h), quakeOf("rounded", 2.45, {0, 0.5}, 4h),
+                                  quakeOf("edge", 4, {0, 1}, 24h), quakeOf("old", 9, {0, 1}, 24h + 1ms)});
+  auto const shown = [&](QuakeFilter filter, std::optional<Place> const& place) {
+    state.filter = filter;
+    return ids(shownQuakes(state, place, kNow));
+  };
+  EXPECT_THAT(shown({0, 2.5}, kPlace), ElementsAre("near", "far", "rounded", "edge"));
+  EXPECT_THAT(shown({0, -10}, kPlace), ElementsAre("near", "far", "weak", "rounded", "edge"));
+  EXPECT_THAT(shown({kDegreeKm + 0.01, 2.5}, kPlace), ElementsAre("near", "rounded", "edge"));
+  EXPECT_THAT(shown({kDegreeKm - 0.01, 2.5}, kPlace), ElementsAre("rounded"));
+  EXPECT_THAT(shown({100, 2.5}, std::nullopt), ElementsAre("near", "far", "rounded", "edge"));
+}
+
+TEST(ShownQuakes, AreAtMostTheNewestFiveHundred) {
+  std::vector<EarthquakeEvent> many;
+  for (int i = 0; i < 501; ++i) many.push_back(quakeOf(std::to_string(i), 3, {0, 0}, 1h));
+  HazardsState const state = stateWith(many);
+  auto const shown = shownQuakes(state, kPlace, kNow);
+  EXPECT_EQ(shown.size(), 500);
+  EXPECT_EQ(quakesView(state, shown, kPlace, contextAt(kNow)).count, "The newest 500 earthquakes");
+}
+
+TEST(QuakeViews, TellDistanceAndDepthInTheUsersUnits) {
+  EarthquakeEvent event = quakeOf("a", 5.25, {0, 10}, 25min);
+  event.depthKm = 550.4;
+  EarthquakeEvent above = quakeOf("b", -0.04, {0, 0}, 6h);
+  above.depthKm = -1.2;
+  ViewContext context = contextAt(kNow);
+  auto const views = quakeViews({event, above}, kPlace, context);
+  EXPECT_EQ(views[0].sentence, "Magnitude 5.3, somewhere, 1112\u00A0km away, 550\u00A0km deep, 25 min ago");
+  EXPECT_TRUE(views[0].isStrong);
+  EXPECT_EQ(views[0].ageClass, 0);
+  EXPECT_EQ(views[1].magnitude, "0.0");
+  EXPECT_EQ(views[1].note, "0\u00A0km away, 0\u00A0km deep");
+  EXPECT_EQ(views[1].ageClass, 2);
+  context.units = Units::imperial();
+  EXPECT_EQ(quakeViews({event}, kPlace, context)[0].note, "691\u00A0mi away, 342\u00A0mi deep");
+  EXPECT_EQ(quakeViews({event}, std::nullopt, context)[0].note, "342\u00A0mi deep");
+}
+
+TEST(QuakesView, TellsAnEmptyListFromOneThatIsNotKnown) {
+  struct Row {
+    bool isChecked, hasData;
+    char const* problem;
+    char const* count;
+    char const* notice;
+  };
+  for (Row const& row :
+       {Row{true, false, "", "No such earthquakes in the last 24 hours.", ""},
+        Row{true, true, "", "One earthquake in the last 24 hours", ""},
+        Row{false, false, "", "Fetching the earthquakes …", ""},
+        Row{false, false, "no network", "", "The earthquakes could not be fetched. Reason: no network."},
+        Row{false, true, "no network", "One earthquake in the last 24 hours",
+            "The list of earthquakes could not be renewed; it is the last known one. Reason: no network."},
+        Row{true, true, "no network", "One earthquake in the last 24 hours",
+            "The list of earthquakes could not be renewed since 12:15. Reason: no network."}}) {
+    HazardsState state = stateWith({});
+    if (row.hasData) state.quakes.data = {quakeOf("a", 5, {0, 0}, 1h)};
+    if (!row.isChecked) state.quakes.checkedAt.reset();
+    state.quakes.problem = row.problem;
+    QuakesView const view = quakesView(state, shownQuakes(state, kPlace, kNow), kPlace, contextAt(kNow));
+    EXPECT_EQ(view.count, row.count) << row.notice;
+    EXPECT_EQ(view.notice, row.notice);
+  }
+}
+
+std::vector<std::string> texts(std::vector<ChoiceView> const& choices) {
+  std::vector<std::string> all;
+  for (ChoiceView const& choice : choices) all.push_back((choice.isChosen ? "*" : "") + choice.text);
+  return all;
+}
+
+TEST(QuakeFilters, OfferTheUsualValuesAndTheChosenOne) {
+  ViewContext context = contextAt(kNow);
+  EXPECT_THAT(texts(radiusChoices({500, 2.5}, context)),
+              ElementsAre("250\u00A0km", "*500\u00A0km", "1000\u00A0km", "2500\u00A0km", "World"));
+  EXPECT_THAT(
+      texts(radiusChoices({300, 2.5}, context)),
+      ElementsAre("250\u00A0km", "500\u00A0km", "1000\u00A0km", "2500\u00A0km", "World", "*300\u00A0km"));
+  EXPECT_THAT(texts(magnitudeChoices({0, 2.5}, context)), ElementsAre("All", "*2.5 +", "4.5 +", "6.0 +"));
+  context.units = Units::imperial();
+  EXPECT_THAT(texts(radiusChoices({0, 2.5}, context)),
+              ElementsAre("160\u00A0mi", "310\u00A0mi", "620\u00A0mi", "1600\u00A0mi", "*World"));
+}
+
+TEST(WorldMap, ShowsTheWholeWorldWithoutARadius) {
+  for (MapFrame const& frame : {frameAround(std::nullopt, 500, 2), frameAround(kPlace.coordinate, 0, 2)}) {
+    EXPECT_EQ(frame.degreesWide, 360);
+    EXPECT_EQ(frame.degreesHigh, 180);
+    EXPECT_DOUBLE_EQ(frame.at({90, -180}).x, 0);
+    EXPECT_DOUBLE_EQ(frame.at({-90, 0}).y, 1);
+    EXPECT_DOUBLE_EQ(frame.at({45, 90}).x, 0.75);
+  }
+  EXPECT_EQ(frameAround(std::nullopt, 0, 4).degreesWide, 720) << "a wide picture has room beside the world";
+  EXPECT_EQ(frameAround(std::nullopt, 0, 1).degreesHigh, 360);
+}
+
+struct FrameRow {
+  Coordinate place;
+  double radiusKm;
+  double aspect;
+};
+
+struct Frames : testing::TestWithParam<FrameRow> {};
+
+TEST_P(Frames, HoldTheCircleWithRoomBesideIt) {
+  FrameRow const& row = GetParam();
+  MapFrame const frame = frameAround(row.place, row.radiusKm, row.aspect);
+  EXPECT_LE(frame.degreesWide, 360.000001);
+  EXPECT_LE(frame.degreesHigh, 180.000001);
+  double lowest = 1, highest = 0, left = 1, right = 0;
+  for (Coordinate const& point : circleAround(row.place, row.radiusKm)) {
+    EXPECT_NEAR(
+        haversineKm(row.place, {point.latitude, std::remainder(row.place.longitude + point.longitude, 360)}),
+        row.radiusKm, 0.5);
+    MapPoint const at = frame.atOffset(point.longitude, point.latitude);
+    lowest = std::min(lowest, at.y);
+    highest = std::max(highest, at.y);
+    left = std::min(left, at.x);
+    right = std::max(right, at.x);
+  }
+  EXPECT_GE(lowest, 0);
+  EXPECT_LE(highest, 1);
+  EXPECT_GE(left, 0);
+  EXPECT_LE(right, 1);
+  EXPECT_GT(std::max(highest - lowest, right - left), 0.7) << "and not much room";
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, Frames,
+                         testing::Values(FrameRow{{0, 0}, 500, 2}, FrameRow{{52, 21}, 1000, 2},
+                                         FrameRow{{52, 21}, 250, 0.8}, FrameRow{{-17, 179.9}, 2500, 2},
+                                         FrameRow{{64, -150}, 1000, 2}));
+
+TEST(WorldMap, LiesAcrossThe180thMeridian) {
+  MapFrame const frame = frameAround(Coordinate{-17, 179.5}, 500, 2);
+  EXPECT_NEAR(frame.at({-17, -179.5}).x, 0.5 + 1 / frame.degreesWide, 1e-9);
+  EXPECT_NEAR(frame.at({-17, 178.5}).x, 0.5 - 1 / frame.degreesWide, 1e-9);
+}
+
+TEST(WorldMap, EndsAtThePoles) {
+  MapFrame const frame = frameAround(Coordinate{89, 0}, 1000, 2);
+  EXPECT_NEAR(frame.at({90, 0}).y, 0, 1e-9);
+  EXPECT_TRUE(std::isfinite(frame.degreesWide));
+}
+
+TEST(QuakeMap, HasThePointsInTheOrderOfTheList) {
+  HazardsState const state = stateWith(
+      {quakeOf("a", 5, {1, 2}, 59min), quakeOf("b", 3, {3, 4}, 1h), quakeOf("c", 3, {5, 6}, 6h)}, {900, 2.5});
+  auto const shown = shownQuakes(state, kPlace, kNow);
+  QuakeMap const map = quakeMap(shown, state, kPlace, kNow);
+  EXPECT_THAT(map.points,
+              ElementsAre(QuakePoint{{1, 2}, 5, 0}, QuakePoint{{3, 4}, 3, 1}, QuakePoint{{5, 6}, 3, 2}));
+  EXPECT_EQ(map.radiusKm, 900);
+  EXPECT_EQ(quakeMap(shown, state, std::nullopt, kNow).radiusKm, 0);
+}
+
+}  // namespace
+}  // namespace nimbara
