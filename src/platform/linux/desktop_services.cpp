@@ -93,6 +93,12 @@ Result<void, std::string> callApplication(DesktopBuses const& options, Applicati
   return module->callApplication(options.sessionBus, call, patience);
 }
 
+std::unique_ptr<DesktopAppearance> desktopAppearance(DesktopBuses const& options,
+                                                     DesktopAppearance::Listener listener) {
+  DbusModule const* const module = dbusModule(options.program);
+  return module == nullptr ? nullptr : module->appearance(options.sessionBus, std::move(listener));
+}
+
 std::vector<DesktopServiceState> desktopServiceStates(DesktopBuses const& options) {
   DbusModule const* const module = dbusModule(options.program);
   if (module == nullptr) return {};

@@ -3,6 +3,8 @@
 #pragma once
 
 #include "platform/application_instance.h"
+
+#include "platform/desktop_appearance.h"
 #include "platform/desktop_service_state.h"
 #include "platform/location_source.h"
 #include "platform/notification_center.h"
@@ -43,6 +45,10 @@ std::unique_ptr<ApplicationInstance> desktopApplicationInstance(DesktopBuses con
 /// no longer than `patience`. The error is a sentence without a full stop.
 Result<void, std::string> callApplication(DesktopBuses const& options, ApplicationCall const& call,
                                           std::chrono::milliseconds patience);
+
+/// Null without the module.
+std::unique_ptr<DesktopAppearance> desktopAppearance(DesktopBuses const& options,
+                                                     DesktopAppearance::Listener listener);
 
 /// Empty without the module.
 std::vector<DesktopServiceState> desktopServiceStates(DesktopBuses const& options);

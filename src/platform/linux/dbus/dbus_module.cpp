@@ -3,6 +3,7 @@
 #include "platform/linux/dbus/bus_application.h"
 #include "platform/linux/dbus/desktop_notification_center.h"
 #include "platform/linux/dbus/geoclue_location_source.h"
+#include "platform/linux/dbus/portal_appearance.h"
 #include "platform/linux/dbus/service_states.h"
 #include "platform/linux/dbus/status_notifier_tray.h"
 #include "platform/linux/dbus/system_watch.h"
@@ -30,6 +31,10 @@ nimbara::DbusModule const nimbaraDbusModule{
       return std::make_unique<nimbara::BusApplication>(sessionBus);
     },
     &nimbara::callApplicationOnBus,
+    [](std::string const& sessionBus,
+       nimbara::DesktopAppearance::Listener listener) -> std::unique_ptr<nimbara::DesktopAppearance> {
+      return std::make_unique<nimbara::PortalAppearance>(sessionBus, std::move(listener));
+    },
     &nimbara::serviceStates,
 };
 }

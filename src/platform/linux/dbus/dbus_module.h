@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/application_instance.h"
+#include "platform/desktop_appearance.h"
 #include "platform/desktop_service_state.h"
 #include "platform/location_source.h"
 #include "platform/notification_center.h"
@@ -25,6 +26,8 @@ struct DbusModule {
   std::unique_ptr<ApplicationInstance> (*applicationInstance)(std::string const& sessionBus);
   Result<void, std::string> (*callApplication)(std::string const& sessionBus, ApplicationCall const& call,
                                                std::chrono::milliseconds patience);
+  std::unique_ptr<DesktopAppearance> (*appearance)(std::string const& sessionBus,
+                                                   DesktopAppearance::Listener listener);
   std::vector<DesktopServiceState> (*serviceStates)(std::string const& systemBus,
                                                     std::string const& sessionBus);
 };
