@@ -31,6 +31,7 @@ constexpr TriggerRule ruleOf(RefreshTrigger trigger) {
     case RefreshTrigger::locationChanged:
       return {RefreshKind::significantLocationChange, true};
     case RefreshTrigger::timer:
+    case RefreshTrigger::providerChosen:
       return {std::nullopt, false};
     case RefreshTrigger::networkReturned:
     case RefreshTrigger::resumed:
@@ -131,6 +132,12 @@ void AppState::selectPlace(std::optional<Place> place, RefreshTrigger trigger) {
   cache_.saveLastLocation(keyOf(*place));
   if (auto const kept = forecasts_.cached(*place)) show(*place, *kept);
   requestRefresh(trigger);
+}
+
+void AppState::reshow() {
+  auto const place = selectedPlace();
+  if (!place) return;
+  if (auto const kept = forecasts_.cached(*place)) show(*place, *kept);
 }
 
 bool AppState::mayStart(RefreshTrigger trigger, Instant now) const {

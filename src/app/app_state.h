@@ -29,14 +29,15 @@ enum class RefreshTrigger {
   locationChanged,
   networkReturned,
   resumed,
-  retry
+  retry,
+  providerChosen
 };
 
 template <>
-inline constexpr auto enumNames<RefreshTrigger> =
-    std::to_array<std::string_view>({"start", "placeChosen", "timer", "foreground", "asked",
-                                     "locationChanged", "networkReturned", "resumed", "retry"});
-static_assert(enumNamesComplete(RefreshTrigger::retry));
+inline constexpr auto enumNames<RefreshTrigger> = std::to_array<std::string_view>(
+    {"start", "placeChosen", "timer", "foreground", "asked", "locationChanged", "networkReturned", "resumed",
+     "retry", "providerChosen"});
+static_assert(enumNamesComplete(RefreshTrigger::providerChosen));
 
 /// Whether all that goes with a forecast could be had; what could not is asked for again soon.
 enum class SupplementalOutcome { complete, incomplete };
@@ -71,6 +72,8 @@ class AppState {
   void selectPlace(std::optional<Place> place, RefreshTrigger trigger = RefreshTrigger::placeChosen);
   /// Starts a refresh where the clocks allow it; one that is asked for while one runs is run once after it.
   void requestRefresh(RefreshTrigger trigger);
+  /// Shows the kept forecast of the selected place again, as after a change of the forecasts' wording.
+  void reshow();
   void setForeground(bool isForeground);
   /// What supplemental feeds have of a place, unless another one is selected.
   void showGovAlerts(Place const& place, std::vector<WeatherAlert> alerts);

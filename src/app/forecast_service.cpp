@@ -35,12 +35,22 @@ ForecastService::ForecastService(WeatherProviderManager& providers, WeatherCache
                                  Wording wording)
     : providers_(providers), cache_(cache), clock_(clock), wording_(std::move(wording)) {}
 
+void ForecastService::setWording(Wording wording) {
+  std::lock_guard const lock(mutex_);
+  wording_ = std::move(wording);
+}
+
+Wording ForecastService::wording() const {
+  std::lock_guard const lock(mutex_);
+  return wording_;
+}
+
 void ForecastService::finish(Place const& place, ForecastAnswer& answer) const {
   Instant const now = clock_.now();
   setNames(answer.data.location, place);
   answer.stale = !isFresh(answer.answeredAt, now, cache_.ttl());
-  answer.alerts =
-      analysis_.analyze(answer.data, now, wording_.units, *wording_.texts, wording_.fallback).alerts;
+  Wording const words = wording();
+  answer.alerts = analysis_.analyze(answer.data, now, words.units, *words.texts, words.fallback).alerts;
 }
 
 ForecastAnswer ForecastService::answerOf(Place const& place, WttrResponse response,
@@ -48,7 +58,7 @@ ForecastAnswer ForecastService::answerOf(Place const& place, WttrResponse respon
   setNames(response, place);
   ForecastAnswer answer;
   answer.answeredAt = answeredAt;
-  answer.data = process(response, wording_.fallback, answeredAt);
+  answer.data = process(response, wording().fallback, answeredAt);
   answer.response = std::move(response);
   finish(place, answer);
   return answer;

@@ -13,6 +13,7 @@
 #include "providers/provider_manager.h"
 
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <stop_token>
 #include <vector>
@@ -51,15 +52,18 @@ class ForecastService {
   Result<ForecastAnswer, APIError> get(Place const& place, WeatherProviderOption wanted,
                                        std::stop_token const& stop = {});
 
-  Wording const& wording() const { return wording_; }
+  /// Holds for what is answered from now on.
+  void setWording(Wording wording);
 
  private:
   ForecastAnswer answerOf(Place const& place, WttrResponse response, Instant answeredAt) const;
   void finish(Place const& place, ForecastAnswer& answer) const;
+  Wording wording() const;
 
   WeatherProviderManager& providers_;
   WeatherCache& cache_;
   Clock const& clock_;
+  mutable std::mutex mutex_;  // guards the next
   Wording wording_;
   WeatherAnalysisEngine analysis_;
 };

@@ -64,6 +64,20 @@ constexpr SettingDefinition kGeneral[] = {
     {"appleWeatherServiceID", kNone, "Identifier of the service that it is registered for"},
 };
 
+constexpr std::string_view kThemes[] = {"system", "light", "dark"};
+constexpr std::string_view kAutomaticOnOff[] = {"automatic", "on", "off"};
+
+/// Of the window.
+constexpr SettingDefinition kDesktop[] = {
+    {"desktop_theme", "system", "Colours of the window", kThemes},
+    {.key = "desktop_textSize",
+     .byDefault = std::int64_t{100},
+     .explanation = "Size of the window's texts, in percent of the desktop's",
+     .minimum = 100,
+     .maximum = 200},
+    {"desktop_reducedMotion", kAutomatic, "Leave out movements in the window", kAutomaticOnOff},
+};
+
 /// A service's name and an ending, joined by the compiler.
 struct ServiceKey {
   std::array<char, 48> characters{};
@@ -105,7 +119,7 @@ constexpr auto kServiceSettings = [] {
 }  // namespace
 
 SettingsRegistry const& settingsRegistry() {
-  static SettingsRegistry const kRegistry{kGeneral, kServiceSettings, notificationSettings()};
+  static SettingsRegistry const kRegistry{kGeneral, kDesktop, kServiceSettings, notificationSettings()};
   return kRegistry;
 }
 

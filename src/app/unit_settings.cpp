@@ -74,6 +74,32 @@ Units regionalUnits(std::string_view locale) {
   return row == std::ranges::end(kRegions) ? kMetric : row->units;
 }
 
+SettingValues unitChoices(UnitPreset preset) {
+  if (preset == UnitPreset::automatic) {
+    SettingValues choices;
+    for (auto const& [key, value] : unitChoices(UnitPreset::metric)) choices[key] = std::string("automatic");
+    return choices;
+  }
+  Units const units = preset == UnitPreset::imperial  ? Units::imperial()
+                      : preset == UnitPreset::british ? regionalUnits("en_GB")
+                                                      : Units::metric();
+  return {{"temperatureUnit", std::string(enumName(units.temperature))},
+          {"windUnit", std::string(enumName(units.wind))},
+          {"pressureUnit", std::string(enumName(units.pressure))},
+          {"precipitationUnit", std::string(enumName(units.precipitation))},
+          {"visibilityUnit", std::string(enumName(units.distance))}};
+}
+
+std::optional<UnitPreset> unitPresetOf(Settings const& settings) {
+  for (std::size_t i = 0; i < enumNames<UnitPreset>.size(); ++i) {
+    auto const preset = static_cast<UnitPreset>(i);
+    SettingValues const choices = unitChoices(preset);
+    auto const holds = [&](auto const& choice) { return settings.value(choice.first) == choice.second; };
+    if (std::ranges::all_of(choices, holds)) return preset;
+  }
+  return std::nullopt;
+}
+
 Units unitsOf(Settings const& settings, std::string_view locale) {
   Units const custom = regionalUnits(locale);
   return {settings.choice<TemperatureUnit>("temperatureUnit").value_or(custom.temperature),

@@ -36,6 +36,18 @@ Result<void, StoreError> SettingsStore::reset(std::string_view key) {
   return update(StoreArea::settings, change(key, std::nullopt));
 }
 
+Result<void, StoreError> SettingsStore::setAll(SettingValues const& values) {
+  StoreChanges changes;
+  for (auto const& [key, value] : values) {
+    SettingDefinition const* const definition = registry_.find(key);
+    if (definition == nullptr) return unknown(key);
+    auto checked = checkedSetting(*definition, value);
+    if (!checked) return std::unexpected(StoreError{StoreError::Kind::refused, checked.error()});
+    changes[key] = std::move(*checked);
+  }
+  return update(StoreArea::settings, [&changes](SettingValues const&) { return changes; });
+}
+
 Result<std::optional<SettingValue>, StoreError> SettingsStore::state(std::string_view key) {
   auto const stored = read(StoreArea::state);
   if (!stored) return std::unexpected(stored.error());

@@ -78,6 +78,8 @@ class SettingsStore {
   /// Refuses keys that are not registered and values that the definition does not allow.
   Result<void, StoreError> set(std::string_view key, SettingValue const& value);
   Result<void, StoreError> reset(std::string_view key);
+  /// All of them in one step, or none.
+  Result<void, StoreError> setAll(SettingValues const& values);
 
   Result<std::optional<SettingValue>, StoreError> state(std::string_view key);
   /// Nothing forgets the key.
