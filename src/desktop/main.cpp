@@ -37,6 +37,7 @@ class Demo {
     if (mkdtemp(name.data()) != nullptr) folder_ = name;
     environment.cacheDirectory = folder_ / "cache";
     environment.dataDirectory = folder_ / "data";
+    environment.configHome.clear();
   }
   ~Demo() {
     std::error_code ignored;
@@ -116,6 +117,12 @@ NotificationCommands notificationCommandsOf(DesktopNotifications& told, DesktopM
   return asked;
 }
 
+/// The demo does not ask where its user is.
+Result<LocationFix, LocationError> unaskedLocation(std::stop_token const& /*stop*/) {
+  return std::unexpected(
+      LocationError{LocationError::Kind::unavailable, "the demo does not ask the desktop"});
+}
+
 DesktopCommands commandsOf(DesktopCore& core, DesktopModel*& model) {
   DesktopCommands commands;
   commands.refresh = [&core] { core.refresh(); };
@@ -139,6 +146,22 @@ DesktopCommands commandsOf(DesktopCore& core, DesktopModel*& model) {
     });
   };
   commands.notifications = notificationCommandsOf(core.notifications(), model);
+  commands.searchOnline = [&core, &model](std::string const& text) {
+    core.searchOnline(text, [&model, text](Result<std::vector<FoundPlace>, APIError> found) {
+      QMetaObject::invokeMethod(
+          qApp, [&model, text, found = std::move(found)] { model->showFoundOnline(text, found); },
+          Qt::QueuedConnection);
+    });
+  };
+  commands.restorePlace = [&core](SavedPlace place, int position, bool select) {
+    core.restorePlace(std::move(place), position, select);
+  };
+  commands.locate = [&core] { core.locate(); };
+  commands.removeCurrentLocation = [&core] { core.removeCurrentLocation(); };
+  commands.settings.change = [&core](std::string key, std::string text) {
+    core.changeSetting(std::move(key), std::move(text));
+  };
+  commands.settings.setStartAtLogin = [&core](bool wanted) { core.setStartAtLogin(wanted); };
   return commands;
 }
 
@@ -224,7 +247,9 @@ int showWindow(QGuiApplication& application, Environment const& environment, Des
         },
         Qt::QueuedConnection);
   };
-  DesktopCore core(environment, {services, options.now, places, options.place, onGlobeChange, {}, onOpen},
+  DesktopCore::Options wanted{services, options.now, places, options.place, onGlobeChange, {}, onOpen, {}};
+  if (demo != nullptr) wanted.locate = unaskedLocation;
+  DesktopCore core(environment, std::move(wanted),
                    [&box](SnapshotBox::Snapshot snapshot) { box.put(std::move(snapshot)); });
   DesktopModel shown(
       {core.wording(), core.standIn(), [&core] { return core.clock().now(); }, environment.program},

@@ -6,11 +6,13 @@
 #include "app/scheduler.h"
 #include "app/settings_registry.h"
 #include "app/silent_center.h"
-#include "app/unit_settings.h"
 #include "base/text.h"
 #include "model/weather_cache.h"
+#include "notifications/notification_state.h"
 #include "platform/linux/desktop_services.h"
 
+#include <algorithm>
+#include <iterator>
 #include <random>
 
 namespace nimbara {
@@ -28,19 +30,9 @@ std::unique_ptr<Clock> clockFrom(std::optional<Instant> now) {
   return std::make_unique<SystemClock>();
 }
 
-Wording wordingOf(Settings const& settings, Environment const& environment) {
-  std::string const chosen = settings.text("language");
-  return {unitsOf(settings, environment.measurement),
-          std::make_shared<Texts>(Texts::load(chosen == "automatic" ? environment.language : chosen)),
-          environment.machineCalendar};
-}
-
-WeatherProviderOption preferredProvider(Settings const& settings) {
-  return settings.choice<WeatherProviderOption>("preferredProvider")
-      .value_or(WeatherProviderOption::automatic);
-}
-
-std::optional<Place> selectedOf(PlaceList const& list) {
+/// The current location is named by the city in which it lies.
+std::optional<Place> selectedOf(PlaceList const& list, std::optional<Place> const& here) {
+  if (list.selected == kCurrentLocation && here) return here;
   auto const wanted = resolvePlace("", list);
   Place const* const place = wanted ? std::get_if<Place>(&*wanted) : nullptr;
   return place == nullptr ? std::nullopt : std::optional(*place);
@@ -64,20 +56,46 @@ std::filesystem::path satelliteFolder(Environment const& environment, std::strin
   return cache / (standIn.empty() ? "satellites" : "satellites.stand-in");
 }
 
+/// The place that a coordinate is saved as.
+std::optional<Uuid> identifierOf(PlaceList const& list, Coordinate coordinate) {
+  if (SavedPlace const* const saved = list.findNear(coordinate)) return saved->id;
+  bool const isHere = list.lastFix && haversineKm(list.lastFix->coordinate, coordinate) < kSamePlaceKm;
+  return isHere ? std::optional(kCurrentLocation) : std::nullopt;
+}
+
+DesktopCore::Locate locationOfDesktop(Environment const& environment) {
+  return [program = environment.program](std::stop_token const& stop) {
+    constexpr std::chrono::seconds kPatience{30};
+    return desktopLocationSource({program, {}, {}})->locate(kPatience, stop);
+  };
+}
+
+LocationState::Phase phaseOf(LocationError const& error) {
+  bool const isDenied = error.kind == LocationError::Kind::denied;
+  return isDenied ? LocationState::Phase::denied : LocationState::Phase::unavailable;
+}
+
+std::vector<Uuid> identifiersOf(PlaceList const& list) {
+  std::vector<Uuid> ids;
+  ids.reserve(list.places.size());
+  std::ranges::transform(list.places, std::back_inserter(ids), &SavedPlace::id);
+  return ids;
+}
+
 }  // namespace
 
 DesktopCore::DesktopCore(Environment const& environment, Options options, Listener listener)
     : program_(environment.program),
       clock_(clockFrom(options.now)),
       store_(environment.dataDirectory, settingsRegistry()),
-      settings_(store_.settings().settings),
-      wording_(wordingOf(settings_, environment)),
+      settings_(store_, environment),
       listener_(std::move(listener)),
+      locate_(options.locate ? std::move(options.locate) : locationOfDesktop(environment)),
       places_(store_),
-      composition_(settings_, *clock_,
+      composition_(settings_.settings(), *clock_,
                    {options.services,
-                    wording_,
-                    preferredProvider(settings_),
+                    *settings_.wording(),
+                    settings_.preferredProvider(),
                     environment.program,
                     environment.dataDirectory,
                     environment.cacheDirectory,
@@ -91,10 +109,13 @@ DesktopCore::DesktopCore(Environment const& environment, Options options, Listen
       globe_(
           {satellites_, composition_.feeds().earthquakes(), *clock_, work_, std::move(options.onGlobeChange),
            [this](std::string hidden) { keepSetting("globeHidden", std::move(hidden)); }},
-          settings_.text("globeHidden")),
+          settings_.settings().text("globeHidden")),
       notifications_(notificationSurroundings(environment, options)) {
-  commands_.run([this, places = std::move(options.places),
-                 place = std::move(options.place)](std::stop_token const&) { begin(places, place); });
+  commands_.run(
+      [this, places = std::move(options.places), place = std::move(options.place)](std::stop_token const&) {
+        begin(places, place);
+        followAppearance();
+      });
   scheduler_ = std::jthread([this](std::stop_token const& stop) {
     runScheduler(state_, notifications_.notifier(), timer_, *clock_, stop);
   });
@@ -107,6 +128,7 @@ DesktopCore::~DesktopCore() {
   commands_.stop();
   system_.reset();
   work_.stop();
+  appearance_.reset();
 }
 
 AppState::Surroundings DesktopCore::surroundings() {
@@ -118,17 +140,7 @@ AppState::Surroundings DesktopCore::surroundings() {
     for (SavedPlace const& saved : list_.places) places.push_back(placeOf(saved));
     return places;
   };
-  all.onRefresh = [this](AppState::RefreshReport const& report) {
-    notifications_.requestPass();
-    if (!report.outcome) return;
-    {
-      std::lock_guard const lock(mutex_);
-      SavedPlace const* const saved = list_.findNear(report.place.coordinate);
-      if (saved == nullptr) return;
-      kept_[saved->id] = std::make_shared<WeatherData const>(report.outcome->data);
-    }
-    publish();
-  };
+  all.onRefresh = [this](AppState::RefreshReport const& report) { noteAnswer(report); };
   all.onChange = [this] { publish(); };
   all.refreshSupplemental = [this](Place const& place, std::stop_token const& stop) {
     return hazards_.refresh(place, stop);
@@ -157,7 +169,7 @@ DesktopNotifications::Surroundings DesktopCore::notificationSurroundings(Environ
           .clock = *clock_,
           .work = work_,
           .commands = commands_,
-          .wording = wording_,
+          .wording = *settings_.wording(),
           .dataDirectory = environment.dataDirectory,
           .center = std::make_unique<LateNotificationCenter>(std::move(makeCenter)),
           .places = [this] { return watchedPlaces(); },
@@ -174,13 +186,24 @@ DesktopNotifications::Surroundings DesktopCore::notificationSurroundings(Environ
 
 std::vector<WatchedPlace> DesktopCore::watchedPlaces() {
   std::lock_guard const lock(mutex_);
-  auto const selected = selectedOf(list_);
+  auto const selected = selectedOf(list_, location_.here);
   return selected ? nimbara::watchedPlaces(*selected, list_) : std::vector<WatchedPlace>();
+}
+
+void DesktopCore::noteAnswer(AppState::RefreshReport const& report) {
+  notifications_.requestPass();
+  settings_.noteProviders(composition_);
+  if (report.outcome) {
+    std::lock_guard const lock(mutex_);
+    if (auto const id = identifierOf(list_, report.place.coordinate)) {
+      kept_[*id] = std::make_shared<WeatherData const>(report.outcome->data);
+    }
+  }
+  publish();
 }
 
 /// The selected place first: it is what the window waits for.
 void DesktopCore::begin(std::vector<SavedPlace> const& places, std::string const& place) {
-  readSettings();
   readPlaces();
   hazards_.readFilter();
   bool const isEmpty = [this] {
@@ -196,9 +219,36 @@ void DesktopCore::begin(std::vector<SavedPlace> const& places, std::string const
     if (!place.empty()) select(place);
     showSelected(RefreshTrigger::start);
   }
+  settings_.noteProviders(composition_);
+  apply(settings_.reread());
   readAllKept();
   notifications_.begin();
   timer_.wake();
+}
+
+void DesktopCore::followAppearance() {
+  appearance_ = desktopAppearance({program_, {}, {}}, [this](AppearanceWish const& wish) {
+    settings_.noteWish(wish);
+    publish();
+  });
+}
+
+void DesktopCore::apply(SettingsChanges const& changes) {
+  if (changes.wording) {
+    composition_.forecasts().setWording(wording());
+    notifications_.setWording(wording());
+    state_.reshow();
+  }
+  if (changes.provider) {
+    composition_.providers().setPreferredProvider(settings_.preferredProvider());
+    state_.requestRefresh(RefreshTrigger::providerChosen);
+  }
+  publish();
+}
+
+bool DesktopCore::isSaved(Uuid const& id) {
+  std::lock_guard const lock(mutex_);
+  return list_.find(id) != nullptr;
 }
 
 void DesktopCore::readPlaces() {
@@ -206,15 +256,21 @@ void DesktopCore::readPlaces() {
 }
 
 void DesktopCore::keep(Result<PlaceList, StoreError> list) {
+  std::optional<Place> here;
+  if (list && list->lastFix) {
+    here = describedPlace(list->lastFix->coordinate, settings_.wording()->texts->language());
+  }
   std::lock_guard const lock(mutex_);
   problem_ = list ? std::string() : list.error().message;
-  if (list) list_ = std::move(*list);
+  if (!list) return;
+  list_ = std::move(*list);
+  location_.here = std::move(here);
 }
 
 void DesktopCore::showSelected(RefreshTrigger trigger) {
   auto const place = [this] {
     std::lock_guard const lock(mutex_);
-    return selectedOf(list_);
+    return selectedOf(list_, location_.here);
   }();
   if (trigger == RefreshTrigger::start || place != state_.selectedPlace()) {
     hazards_.setPlace(place);
@@ -233,35 +289,35 @@ void DesktopCore::readKept(Uuid id, Place const& place) {
 }
 
 void DesktopCore::readAllKept() {
-  auto const places = [this] {
+  auto const list = [this] {
     std::lock_guard const lock(mutex_);
-    return list_.places;
+    return list_;
   }();
-  for (SavedPlace const& saved : places) readKept(saved.id, placeOf(saved));
+  for (SavedPlace const& saved : list.places) readKept(saved.id, placeOf(saved));
+  if (list.lastFix) readKept(kCurrentLocation, Place{list.lastFix->coordinate, "", "", ""});
   publish();
 }
 
+/// One after the other, so that the listener has the newest last.
 void DesktopCore::publish() {
   if (!hasBegun_) return;
+  std::lock_guard const turn(turn_);
   auto snapshot = std::make_shared<DesktopSnapshot>();
   snapshot->weather = state_.weather();
   snapshot->place = state_.selectedPlace();
   snapshot->hazards = hazards_.state();
   snapshot->notifications = notifications_.state();
+  snapshot->settings = settings_.state();
+  snapshot->wording = settings_.wording();
+  snapshot->closesToTray = snapshot->settings->settings.boolean("desktop_closeToTray");
   {
     std::lock_guard const lock(mutex_);
     snapshot->places = list_;
     snapshot->kept = kept_;
+    snapshot->location = location_;
     snapshot->problem = problem_;
-    snapshot->closesToTray = closesToTray_;
   }
   listener_(std::move(snapshot));
-}
-
-void DesktopCore::readSettings() {
-  bool const closesToTray = store_.settings().settings.boolean("desktop_closeToTray");
-  std::lock_guard const lock(mutex_);
-  closesToTray_ = closesToTray;
 }
 
 void DesktopCore::select(std::string const& text) {
@@ -279,17 +335,17 @@ void DesktopCore::change(std::function<PlaceResult(PlaceList&)> const& apply) {
   timer_.wake();
 }
 
-/// Another process changed the places.
+/// Another process changed places or settings.
 void DesktopCore::followStore(std::stop_token const& stop) {
   auto const watch = store_.watch();
   if (!watch) return;  // changes of others show at the next start
   while ((*watch)->wait(stop) == WaitOutcome::changed) {
     commands_.run([this](std::stop_token const&) {
-      readSettings();
       readPlaces();
       hazards_.readFilter();
       showSelected(RefreshTrigger::placeChosen);
       notifications_.reload();
+      apply(settings_.reread());
     });
   }
 }
@@ -323,7 +379,11 @@ void DesktopCore::setForeground(bool isForeground) {
 
 void DesktopCore::selectPlace(Uuid id) {
   commands_.run([this, id](std::stop_token const&) {
-    change([&id](PlaceList& list) { return nimbara::selectPlace(list, id); });
+    change([&id](PlaceList& list) {
+      bool const isHere = id == kCurrentLocation && list.lastFix;
+      return isHere ? selectCurrentLocation(list, LocationFix(*list.lastFix))
+                    : nimbara::selectPlace(list, id);
+    });
   });
 }
 
@@ -357,9 +417,45 @@ void DesktopCore::addPlace(SavedPlace place) {
   });
 }
 
+/// Rules that watched the place are kept, disabled.
+void DesktopCore::disableRulesOf(Uuid const& place) {
+  NotificationState rules(store_);
+  auto const before = rules.customNotifications();
+  if (!before) return;
+  std::vector<Uuid>& disabled = disabledRules_[place];
+  for (CustomNotification const& rule : before->rules) {
+    if (rule.isEnabled && rule.locationID == place) disabled.push_back(rule.id);
+  }
+  std::vector<Uuid> const remaining = [this] {
+    std::lock_guard const lock(mutex_);
+    return identifiersOf(list_);
+  }();
+  std::ignore = rules.disableWithoutPlace(remaining);
+}
+
+void DesktopCore::enableRulesOf(Uuid const& place) {
+  NotificationState rules(store_);
+  for (Uuid const& rule : disabledRules_[place]) std::ignore = rules.setEnabled(rule, true);
+  disabledRules_.erase(place);
+}
+
 void DesktopCore::removePlace(Uuid id) {
   commands_.run([this, id](std::stop_token const&) {
     change([&id](PlaceList& list) { return nimbara::removePlace(list, id); });
+    if (!isSaved(id)) disableRulesOf(id);
+  });
+}
+
+void DesktopCore::restorePlace(SavedPlace place, int position, bool select) {
+  commands_.run([this, place = std::move(place), position, select](std::stop_token const&) {
+    change([&](PlaceList& list) -> PlaceResult {
+      if (auto const added = nimbara::addPlace(list, place); !added) return added;
+      if (auto const moved = nimbara::movePlace(list, place.id, position); !moved) return moved;
+      return select ? nimbara::selectPlace(list, place.id) : PlaceResult();
+    });
+    if (isSaved(place.id)) enableRulesOf(place.id);
+    readKept(place.id, placeOf(place));
+    publish();
   });
 }
 
@@ -371,7 +467,62 @@ void DesktopCore::movePlace(Uuid id, int position) {
 
 void DesktopCore::search(std::string text, SearchListener found) {
   commands_.run([this, text = std::move(text), found = std::move(found)](std::stop_token const&) {
-    found(searchOffline(text, wording_.texts->language()));
+    found(searchOffline(text, settings_.wording()->texts->language()));
+  });
+}
+
+void DesktopCore::searchOnline(std::string text, OnlineListener found) {
+  work_.run([this, text = std::move(text), found = std::move(found)](std::stop_token const& stop) {
+    PlaceSearch search(composition_.http(), composition_.services());
+    found(search.search(text, settings_.wording()->texts->language(), true, stop));
+  });
+}
+
+void DesktopCore::noteLocation(LocationState::Phase phase, std::string message) {
+  {
+    std::lock_guard const lock(mutex_);
+    location_.phase = phase;
+    location_.message = std::move(message);
+  }
+  publish();
+}
+
+void DesktopCore::finishLocating(Result<LocationFix, LocationError> const& fix) {
+  if (!fix) return noteLocation(phaseOf(fix.error()), fix.error().message);
+  change([&fix](PlaceList& list) { return selectCurrentLocation(list, *fix); });
+  noteLocation(LocationState::Phase::found);
+}
+
+void DesktopCore::locate() {
+  commands_.run([this](std::stop_token const&) {
+    noteLocation(LocationState::Phase::asking);
+    work_.run([this](std::stop_token const& stop) {
+      commands_.run([this, fix = locate_(stop)](std::stop_token const&) { finishLocating(fix); });
+    });
+  });
+}
+
+void DesktopCore::removeCurrentLocation() {
+  commands_.run([this](std::stop_token const&) {
+    change([](PlaceList& list) { return nimbara::removeCurrentLocation(list); });
+    noteLocation(LocationState::Phase::idle);
+  });
+}
+
+void DesktopCore::changeSetting(std::string key, std::string text) {
+  commands_.run([this, key = std::move(key), text = std::move(text)](std::stop_token const&) {
+    apply(settings_.set(key, text));
+  });
+}
+
+void DesktopCore::setStartAtLogin(bool wanted) {
+  commands_.run([this, wanted](std::stop_token const&) {
+    settings_.noteWatchChanging();
+    publish();
+    work_.run([this, wanted](std::stop_token const& stop) {
+      settings_.setStartAtLogin(wanted, stop);
+      publish();
+    });
   });
 }
 

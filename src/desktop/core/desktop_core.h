@@ -11,14 +11,17 @@
 #include "desktop/core/desktop_globe.h"
 #include "desktop/core/desktop_hazards.h"
 #include "desktop/core/desktop_notifications.h"
+#include "desktop/core/desktop_settings.h"
 #include "desktop/views/places_view.h"
 #include "platform/application_instance.h"
+#include "platform/desktop_appearance.h"
 #include "platform/linux/sqlite_settings_store.h"
 #include "platform/linux/timerfd_wake_timer.h"
 #include "platform/power_and_network.h"
 
 #include <atomic>
 #include <functional>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -37,11 +40,16 @@ struct DesktopSnapshot {
   std::shared_ptr<HazardsState const> hazards = std::make_shared<HazardsState>();
   std::shared_ptr<NotificationsState const> notifications = std::make_shared<NotificationsState>();
   bool closesToTray = true;  ///< where there is a tray
-  std::string problem;       ///< why places or settings could not be read or changed; empty when they could
+  LocationState location;
+  std::string problem;  ///< why places could not be read or changed; empty when they could
+  std::shared_ptr<SettingsState const> settings;
+  std::shared_ptr<Wording const> wording;  ///< the words and units that hold now
 };
 
 class DesktopCore {
  public:
+  /// Asks where the user is, on a thread of the core's own.
+  using Locate = std::function<Result<LocationFix, LocationError>(std::stop_token const&)>;
   struct Options {
     std::string services;  ///< stands in for the services; empty for the services themselves
     std::optional<Instant> now;
@@ -52,9 +60,11 @@ class DesktopCore {
     std::function<std::unique_ptr<NotificationCenter>()> center;
     /// A person clicked on a notification. Called on the core's threads.
     std::function<void(ApplicationCall const&)> onOpen;
+    Locate locate;
   };
   using Listener = std::function<void(std::shared_ptr<DesktopSnapshot const>)>;
   using SearchListener = std::function<void(std::vector<FoundPlace>)>;
+  using OnlineListener = std::function<void(Result<std::vector<FoundPlace>, APIError>)>;
 
   DesktopCore(Environment const& environment, Options options, Listener listener);
   ~DesktopCore();
@@ -68,10 +78,19 @@ class DesktopCore {
   void choosePlace(std::string text);
   void addPlace(SavedPlace place);
   void removePlace(Uuid id);
+  /// Takes a removal back: the place at its old position with the rules that watched it.
+  void restorePlace(SavedPlace place, int position, bool select);
   /// `position` counts from one.
   void movePlace(Uuid id, int position);
   /// Cities of the gazetteer. The listener is called on a thread of the core's own.
   void search(std::string text, SearchListener found);
+  /// Sends the text to the geocoding service.
+  void searchOnline(std::string text, OnlineListener found);
+  /// Asks the desktop where the user is, and selects that.
+  void locate();
+  void removeCurrentLocation();
+  void changeSetting(std::string key, std::string text);
+  void setStartAtLogin(bool wanted);
 
   /// From now on the return from sleep and of the network refreshes at once. What cannot be noticed is told
   /// to `missing`, a sentence each, on a thread of the core's own.
@@ -84,7 +103,7 @@ class DesktopCore {
   DesktopGlobe& globe() { return globe_; }
   DesktopNotifications& notifications() { return notifications_; }
   Clock const& clock() const { return *clock_; }
-  Wording const& wording() const { return wording_; }
+  Wording wording() const { return *settings_.wording(); }
   std::string const& standIn() const { return composition_.services().standIn(); }
 
  private:
@@ -94,11 +113,18 @@ class DesktopCore {
                                                               Options& options);
   std::vector<WatchedPlace> watchedPlaces();
   void begin(std::vector<SavedPlace> const& places, std::string const& place);
-  void readSettings();
   void change(std::function<PlaceResult(PlaceList&)> const& apply);
   void select(std::string const& text);
+  void followAppearance();
   void readPlaces();
+  bool isSaved(Uuid const& id);
+  void apply(SettingsChanges const& changes);
+  void noteAnswer(AppState::RefreshReport const& report);
   void keep(Result<PlaceList, StoreError> list);
+  void noteLocation(LocationState::Phase phase, std::string message = {});
+  void finishLocating(Result<LocationFix, LocationError> const& fix);
+  void disableRulesOf(Uuid const& place);
+  void enableRulesOf(Uuid const& place);
   void showSelected(RefreshTrigger trigger);
   void readKept(Uuid id, Place const& place);
   void readAllKept();
@@ -109,26 +135,29 @@ class DesktopCore {
   std::filesystem::path program_;
   std::unique_ptr<Clock> clock_;
   SqliteSettingsStore store_;
-  Settings settings_;
-  Wording wording_;
+  DesktopSettings settings_;
   Listener listener_;
+  Locate locate_;
   Places places_;
   Composition composition_;
   TimerfdWakeTimer timer_;
 
+  std::mutex turn_;   // of publishing
   std::mutex mutex_;  // guards the four below
   PlaceList list_;
   KeptForecasts kept_;
+  LocationState location_;
   std::string problem_;
-  bool closesToTray_ = true;
 
   std::atomic<bool> hasBegun_ = false;  // the selected place is known: there is something to publish
+  std::map<Uuid, std::vector<Uuid>> disabledRules_;  // by removed place; of the thread of the commands
 
   ThreadPool work_;      // refreshes
   ThreadPool commands_;  // what the user asks for, one after the other
   DesktopHazards hazards_;
   AppState state_;
-  std::unique_ptr<PowerAndNetwork> system_;  // made by a command
+  std::unique_ptr<PowerAndNetwork> system_;        // made by a command
+  std::unique_ptr<DesktopAppearance> appearance_;  // of the thread of the commands until the end
   SatelliteFeed satellites_;
   DesktopGlobe globe_;
   DesktopNotifications notifications_;

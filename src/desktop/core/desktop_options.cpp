@@ -31,7 +31,7 @@ void define(CLI::App& app, DesktopOptions& options, RawDesktopOptions& raw) {
   app.add_option("--page", raw.page, "The page to begin with")->check(CLI::IsMember(casesOf<DesktopPage>()));
   app.add_option("--place", options.place, "The saved place to show")->type_name("PLACE");
   app.add_flag("--refresh", options.refresh, "Ask the services now");
-  app.add_option("--theme", raw.theme, "The colours; the desktop's own by default")
+  app.add_option("--theme", raw.theme, "The colours; those of the settings by default")
       ->check(CLI::IsMember(casesOf<DesktopTheme>()));
   app.add_option("--size", raw.size, "Of the window, like 1280x800")->type_name("WxH");
   app.add_option("--screenshot", options.screenshot, "Write a picture of the page and end")

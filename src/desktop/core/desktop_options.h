@@ -12,11 +12,11 @@
 
 namespace nimbara {
 
-enum class DesktopPage { now, hours, hazards, globe, places, notifications };
+enum class DesktopPage { now, hours, hazards, globe, places, notifications, settings };
 template <>
 inline constexpr auto enumNames<DesktopPage> =
-    std::to_array<std::string_view>({"now", "hours", "hazards", "globe", "places", "notifications"});
-static_assert(enumNamesComplete(DesktopPage::notifications));
+    std::to_array<std::string_view>({"now", "hours", "hazards", "globe", "places", "notifications", "settings"});
+static_assert(enumNamesComplete(DesktopPage::settings));
 
 enum class DesktopTheme { system, light, dark };
 template <>
@@ -36,7 +36,7 @@ struct DesktopOptions {
   std::string services;  ///< empty for the services' own hosts
   std::optional<Instant> now;
   std::optional<DesktopPage> page;
-  std::optional<DesktopTheme> theme;
+  std::optional<DesktopTheme> theme;  ///< in place of the setting
   std::optional<WindowSize> size;
   std::string place;  ///< a saved one to select: its name, identifier or coordinate
   bool refresh = false;

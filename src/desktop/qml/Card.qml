@@ -22,6 +22,7 @@ Rectangle {
         width: card.width - 2 * card.padding
         visible: text !== ""
         text: card.title
+        horizontalAlignment: Text.AlignLeft
         elide: Text.ElideRight
         color: Theme.muted
         font.pixelSize: Theme.small

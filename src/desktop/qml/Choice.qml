@@ -16,20 +16,17 @@ ComboBox {
         currentIndex = Qt.binding(() => choice.count > 0 ? choice.indexOfValue(choice.value) : -1);
     }
 
-    readonly property real widest: {
-        let width = metrics.advanceWidth(displayText);
-        for (let i = 0; i < count; ++i)
-            width = Math.max(width, metrics.advanceWidth(textAt(i)));
-        return width;
-    }
+    readonly property real widest: Array.isArray(model) && metrics.font.pixelSize > 0
+        ? model.reduce((most, option) => Math.max(most, metrics.advanceWidth(option.text)), 0)
+        : implicitContentWidth
+    readonly property real arrow: 16 + 18 * Theme.scale
 
-    FontMetrics { id: metrics; font: choice.font }
-
-    implicitWidth: Math.min(280 * Theme.scale, Math.max(100 * Theme.scale, widest + 56))
+    implicitWidth: Math.min(280 * Theme.scale, Math.max(120 * Theme.scale, widest + arrow + 18))
     implicitHeight: 36 * Theme.scale
     width: parent && parent.width > 0 ? Math.min(implicitWidth, parent.width) : implicitWidth
-    leftPadding: mirrored ? 34 : 14
-    rightPadding: mirrored ? 14 : 34
+    implicitContentWidthPolicy: ComboBox.WidestText
+    leftPadding: mirrored ? arrow : 14
+    rightPadding: mirrored ? 14 : arrow
     textRole: "text"
     valueRole: "value"
     font.pixelSize: Theme.body
@@ -38,6 +35,7 @@ ComboBox {
     Accessible.description: explanation
     Keys.onReturnPressed: popup.open()
     Component.onCompleted: reset()
+    onModelChanged: reset()
     onActivated: index => {
         const wanted = valueAt(index);
         if (wanted !== value)
@@ -45,9 +43,16 @@ ComboBox {
         reset();
     }
 
+    FontMetrics {
+        id: metrics
+        font: choice.font
+    }
+
     contentItem: Text {
         text: choice.displayText
         elide: Text.ElideRight
+        fontSizeMode: Text.HorizontalFit
+        minimumPixelSize: Theme.tiny
         verticalAlignment: Text.AlignVCenter
         horizontalAlignment: Text.AlignLeft
         color: Theme.text

@@ -47,7 +47,7 @@ Flow {
             contentItem: Text {
                 id: label
                 text: option.caption
-                color: option.isChosen ? Theme.overAccent : Theme.text
+                color: option.isChosen ? Theme.accentText : Theme.text
                 font.pixelSize: Theme.small
                 horizontalAlignment: Text.AlignHCenter
                 verticalAlignment: Text.AlignVCenter

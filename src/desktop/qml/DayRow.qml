@@ -21,12 +21,13 @@ Column {
     required property string sentence
 
     readonly property bool isOpen: app.openDay === index
-    readonly property bool isWide: width >= 640
+    readonly property bool isWide: width >= 640 * Theme.scale
+    readonly property bool isTight: width < 300 * Theme.scale  // two lines
 
     AbstractButton {
         id: row
         width: day.width
-        height: 56 * Theme.scale
+        height: (day.isTight ? 104 : 56) * Theme.scale
         onClicked: app.openDay = day.isOpen ? -1 : day.index
         Keys.onReturnPressed: clicked()
         Accessible.role: Accessible.Button
@@ -42,9 +43,10 @@ Column {
         contentItem: Item {
             Column {
                 id: names
-                x: Theme.space
-                anchors.verticalCenter: parent.verticalCenter
-                width: (day.isWide ? 150 : 98) * Theme.scale
+                anchors.left: parent.left
+                anchors.leftMargin: Theme.space
+                y: day.isTight ? 0 : (parent.height - height) / 2
+                width: day.isTight ? parent.width - Theme.space : (day.isWide ? 150 : 98) * Theme.scale
                 Text {
                     width: parent.width
                     text: day.name
@@ -63,8 +65,8 @@ Column {
             }
             Glyph {
                 id: picture
-                anchors.left: names.right
-                anchors.verticalCenter: parent.verticalCenter
+                anchors.left: day.isTight ? parent.left : names.right
+                y: day.isTight ? names.height + Theme.space / 2 : (parent.height - height) / 2
                 size: 34 * Theme.scale
                 sky: day.sky
                 onDark: Theme.dark
@@ -72,7 +74,7 @@ Column {
             Text {
                 id: lowest
                 anchors.left: picture.right
-                anchors.verticalCenter: parent.verticalCenter
+                anchors.verticalCenter: picture.verticalCenter
                 width: 44 * Theme.scale
                 horizontalAlignment: Text.AlignRight
                 text: day.lowest
@@ -84,7 +86,7 @@ Column {
                 anchors.left: lowest.right
                 anchors.leftMargin: Theme.space
                 anchors.right: highest.left
-                anchors.verticalCenter: parent.verticalCenter
+                anchors.verticalCenter: picture.verticalCenter
                 height: 6
                 Rectangle {
                     anchors.fill: parent
@@ -106,7 +108,7 @@ Column {
             Text {
                 id: highest
                 anchors.right: day.isWide ? rain.left : parent.right
-                anchors.verticalCenter: parent.verticalCenter
+                anchors.verticalCenter: picture.verticalCenter
                 width: 44 * Theme.scale
                 horizontalAlignment: Text.AlignHCenter
                 text: day.highest

@@ -20,6 +20,7 @@ Card {
     Accessible.name: title + ": " + value + (note !== "" ? ", " + note : "")
 
     Column {
+        anchors.left: parent.left
         width: parent.width - (tile.isWind ? compass.width + Theme.space : 0)
         spacing: 4
         Text {
@@ -27,6 +28,7 @@ Card {
             text: tile.value
             fontSizeMode: Text.HorizontalFit
             minimumPixelSize: Theme.body
+            horizontalAlignment: Text.AlignLeft
             color: Theme.text
             font.pixelSize: 1.5 * Theme.body
         }
@@ -34,6 +36,7 @@ Card {
             width: parent.width
             visible: text !== ""
             text: tile.note
+            horizontalAlignment: Text.AlignLeft
             wrapMode: Text.Wrap
             color: Theme.muted
             font.pixelSize: Theme.small
@@ -59,6 +62,7 @@ Card {
         radius: 2
         color: Theme.raised
         Rectangle {
+            anchors.left: parent.left
             width: Math.max(4, parent.width * tile.share)
             height: parent.height
             radius: 2

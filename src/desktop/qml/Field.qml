@@ -15,7 +15,7 @@ TextField {
     color: Theme.text
     placeholderTextColor: Theme.muted
     selectionColor: Theme.accent
-    selectedTextColor: Theme.overAccent
+    selectedTextColor: Theme.accentText
     selectByMouse: true
     font.pixelSize: Theme.body
     Accessible.role: Accessible.EditableText

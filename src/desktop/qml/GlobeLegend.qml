@@ -34,7 +34,7 @@ Rectangle {
             placeholderTextColor: Theme.muted
             color: Theme.text
             selectionColor: Theme.accent
-            selectedTextColor: Theme.overAccent
+            selectedTextColor: Theme.accentText
             font.pixelSize: Theme.small
             Accessible.role: Accessible.EditableText
             Accessible.name: app.globe.words.search

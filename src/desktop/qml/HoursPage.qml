@@ -9,9 +9,12 @@ ScrollPage {
     Text {
         width: page.inner
         text: app.now.place || (app.isReady ? app.words.noPlaces : "")
+        wrapMode: Text.Wrap
+        maximumLineCount: 3
         elide: Text.ElideRight
+        horizontalAlignment: Text.AlignLeft
         color: Theme.text
-        font.pixelSize: Theme.headline
+        font.pixelSize: width < 300 * Theme.scale ? Theme.title : Theme.headline
         font.weight: Font.DemiBold
         Accessible.role: Accessible.Heading
         Accessible.name: text
@@ -20,6 +23,7 @@ ScrollPage {
         width: page.inner
         visible: app.isReady && app.hours.count === 0
         text: app.now.notice || (app.now.isLoading ? app.words.loading : app.words.noWeather)
+        horizontalAlignment: Text.AlignLeft
         wrapMode: Text.Wrap
         color: Theme.muted
         font.pixelSize: Theme.body
@@ -74,7 +78,7 @@ ScrollPage {
             Item {
                 id: chart
                 width: parent.width
-                height: 400
+                height: 400 * Math.min(1.5, Theme.scale)
                 activeFocusOnTab: true
                 onActiveFocusChanged: if (activeFocus && curves.cursor < 0) curves.cursor = 0
                 Keys.onLeftPressed: curves.cursor = Math.max(0, curves.cursor - 1)
@@ -99,6 +103,7 @@ ScrollPage {
                     id: curves
                     anchors.fill: parent
                     model: app
+                    enlargement: Math.min(1.5, Theme.scale)
                     text: Theme.muted
                     grid: Theme.outline
                     night: Theme.night
@@ -112,7 +117,7 @@ ScrollPage {
                 Rectangle {
                     visible: curves.cursorX >= 0
                     x: curves.cursorX
-                    y: 20
+                    y: 20 * curves.enlargement
                     width: 1.5
                     height: parent.height - 22
                     color: Theme.text
@@ -142,6 +147,7 @@ ScrollPage {
                 height: Math.max(implicitHeight, 2.6 * Theme.small)
                 text: curves.cursor < 0 ? app.words.meteogramHint : "<b>" + curves.when + "</b>  " + curves.readings
                 textFormat: Text.StyledText
+                horizontalAlignment: Text.AlignLeft
                 wrapMode: Text.Wrap
                 color: curves.cursor < 0 ? Theme.muted : Theme.text
                 font.pixelSize: Theme.small

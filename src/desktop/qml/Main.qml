@@ -6,7 +6,7 @@ Window {
     id: window
 
     property string page: "now"
-    property string theme: "system"
+    property string ownTheme  // in place of the setting
     readonly property bool isWide: width >= 720
     readonly property var pages: [
         { name: "now", title: app.words.now, sky: "partlyCloudy", sign: "" },
@@ -14,7 +14,8 @@ Window {
         { name: "hazards", title: app.words.hazards, sky: "", sign: "warning" },
         { name: "globe", title: app.words.globe, sky: "", sign: "globe" },
         { name: "places", title: app.words.places, sky: "", sign: "place" },
-        { name: "notifications", title: app.words.notifications, sky: "", sign: "bell" }
+        { name: "notifications", title: app.words.notifications, sky: "", sign: "bell" },
+        { name: "settings", title: app.words.settings, sky: "", sign: "gear" }
     ]
     // A narrow window has no room for all of them.
     readonly property int shownPages: isWide || pages.length <= 5 ? pages.length : 4
@@ -37,7 +38,9 @@ Window {
     onWantsPlaceChanged: if (wantsPlace) page = "places"
     Component.onCompleted: if (wantsPlace) page = "places"
 
-    Binding { target: Theme; property: "choice"; value: window.theme }
+    Binding { target: Theme; property: "choice"; value: window.ownTheme || app.settings.now.theme }
+    Binding { target: Theme; property: "enlargement"; value: app.settings.now.textSize }
+    Binding { target: Theme; property: "calm"; value: app.settings.now.isCalm }
 
     LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
     LayoutMirroring.childrenInherit: true
@@ -140,6 +143,7 @@ Window {
         Page { name: "globe"; file: "GlobePage.qml" }
         Page { id: places; name: "places"; file: "PlacesPage.qml" }
         Page { name: "notifications"; file: "NotificationsPage.qml" }
+        Page { name: "settings"; file: "SettingsPage.qml" }
         Connections {
             target: places.item
             function onChosen() { window.page = "now" }

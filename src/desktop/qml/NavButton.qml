@@ -47,6 +47,8 @@ T.AbstractButton {
                 horizontalAlignment: Text.AlignHCenter
                 text: button.text
                 elide: Text.ElideRight
+                fontSizeMode: Text.HorizontalFit
+                minimumPixelSize: 9
                 color: button.checked ? Theme.text : Theme.muted
                 font.pixelSize: Theme.tiny
                 font.weight: button.checked ? Font.DemiBold : Font.Normal

@@ -16,7 +16,7 @@ Column {
         id: tiles
         visible: app.tiles.count > 0
         width: details.width
-        columns: Math.max(2, Math.min(4, Math.floor(width / 190)))
+        columns: Math.max(width < 300 * Theme.scale ? 1 : 2, Math.min(4, Math.floor(width / (190 * Theme.scale))))
         spacing: 2 * Theme.space
         Repeater {
             model: app.tiles

@@ -6,6 +6,7 @@ ScrollPage {
     id: page
 
     readonly property bool isWide: inner >= 760
+    readonly property bool isTight: inner < 300 * Theme.scale
 
     Rectangle {
         width: page.inner
@@ -16,7 +17,7 @@ ScrollPage {
             GradientStop { position: 1; color: app.now.skyBottom }
         }
         Accessible.role: Accessible.StaticText
-        Accessible.name: app.now.summary
+        Accessible.name: app.now.summary || app.now.place || app.words.noWeather
 
         Column {
             id: head
@@ -31,21 +32,26 @@ ScrollPage {
 
                 Column {
                     id: names
+                    anchors.left: parent.left
                     width: parent.width - again.width - Theme.space
                     spacing: 2
                     Text {
                         width: parent.width
                         text: app.now.place
+                        horizontalAlignment: Text.AlignLeft
                         wrapMode: Text.Wrap
                         maximumLineCount: 3
                         elide: Text.ElideRight
                         color: "white"
-                        font.pixelSize: Theme.headline
+                        font.pixelSize: page.isTight ? Theme.title : Theme.headline
                         font.weight: Font.DemiBold
+                        Accessible.role: Accessible.Heading
+                        Accessible.name: text
                     }
                     Text {
                         width: parent.width
                         text: [app.now.area, app.now.localTime].filter(part => part !== "").join("  ·  ")
+                        horizontalAlignment: Text.AlignLeft
                         wrapMode: Text.Wrap
                         color: "white"
                         font.pixelSize: Theme.small
@@ -108,6 +114,7 @@ ScrollPage {
                 width: parent.width
                 visible: !app.now.hasReading
                 text: !app.isReady ? "" : app.now.isLoading ? app.words.loading : app.now.hasWeather ? app.words.noReading : app.words.noWeather
+                horizontalAlignment: Text.AlignLeft
                 color: "white"
                 font.pixelSize: Theme.title
                 wrapMode: Text.Wrap
@@ -118,6 +125,7 @@ ScrollPage {
                 width: parent.width
                 visible: text !== ""
                 text: app.now.sentence
+                horizontalAlignment: Text.AlignLeft
                 wrapMode: Text.Wrap
                 color: "white"
                 font.pixelSize: Theme.body
@@ -139,6 +147,7 @@ ScrollPage {
             y: 1.5 * Theme.space
             width: parent.width - 4 * Theme.space
             text: app.now.notice
+            horizontalAlignment: Text.AlignLeft
             wrapMode: Text.Wrap
             color: Theme.text
             font.pixelSize: Theme.body

@@ -18,6 +18,8 @@ Rectangle {
     required property string age
     required property string sentence
 
+    readonly property bool isTight: content.width < 280 * Theme.scale
+
     signal chosen
 
     height: content.height + 3 * Theme.space
@@ -63,15 +65,19 @@ Rectangle {
 
         Item {
             width: parent.width
-            height: Math.max(names.height, picture.height)
+            height: place.isTight ? names.height + picture.height : Math.max(names.height, picture.height)
             Column {
                 id: names
-                anchors.verticalCenter: parent.verticalCenter
-                width: parent.width - picture.width - warmth.width - 2 * Theme.space
+                anchors.left: parent.left
+                y: place.isTight ? 0 : (parent.height - height) / 2
+                width: place.isTight ? parent.width : parent.width - picture.width - warmth.width - 2 * Theme.space
                 Text {
                     width: parent.width
                     text: place.name
+                    wrapMode: Text.Wrap
+                    maximumLineCount: 3
                     elide: Text.ElideRight
+                    horizontalAlignment: Text.AlignLeft
                     color: Theme.text
                     font.pixelSize: Theme.title
                     font.weight: Font.DemiBold
@@ -79,7 +85,10 @@ Rectangle {
                 Text {
                     width: parent.width
                     text: place.area
+                    wrapMode: Text.Wrap
+                    maximumLineCount: 2
                     elide: Text.ElideRight
+                    horizontalAlignment: Text.AlignLeft
                     color: Theme.muted
                     font.pixelSize: Theme.small
                 }
@@ -88,7 +97,7 @@ Rectangle {
                 id: picture
                 anchors.right: warmth.left
                 anchors.rightMargin: Theme.space
-                anchors.verticalCenter: parent.verticalCenter
+                y: place.isTight ? names.height : (parent.height - height) / 2
                 size: 42 * Theme.scale
                 sky: place.sky
                 isDay: place.isDay
@@ -97,7 +106,7 @@ Rectangle {
             Text {
                 id: warmth
                 anchors.right: parent.right
-                anchors.verticalCenter: parent.verticalCenter
+                anchors.verticalCenter: picture.verticalCenter
                 text: place.temperature
                 color: Theme.text
                 font.pixelSize: Theme.headline
@@ -105,19 +114,24 @@ Rectangle {
             }
         }
         Item {
+            readonly property bool isTight: remark.implicitWidth > width - buttons.width - Theme.space
             width: parent.width
-            height: buttons.height
+            height: isTight ? remark.height + buttons.height + 4 : Math.max(remark.height, buttons.height)
             Text {
-                anchors.verticalCenter: parent.verticalCenter
-                width: parent.width - buttons.width - Theme.space
+                id: remark
+                anchors.left: parent.left
+                y: parent.isTight ? 0 : (parent.height - height) / 2
+                width: parent.isTight ? parent.width : implicitWidth
                 text: [place.range, place.age].filter(part => part !== "").join("  ·  ")
-                elide: Text.ElideRight
+                wrapMode: Text.Wrap
+                horizontalAlignment: Text.AlignLeft
                 color: Theme.muted
                 font.pixelSize: Theme.tiny
             }
             Row {
                 id: buttons
                 anchors.right: parent.right
+                anchors.bottom: parent.bottom
                 spacing: 6
                 PlainButton {
                     sign: "up"

@@ -13,11 +13,12 @@ ScrollPage {
         search.selectAll();
     }
 
-    most: 760
+    most: 760 * Theme.scale
 
     Text {
         width: page.inner
         text: app.words.places
+        horizontalAlignment: Text.AlignLeft
         color: Theme.text
         font.pixelSize: Theme.headline
         font.weight: Font.DemiBold
@@ -36,7 +37,7 @@ ScrollPage {
         placeholderTextColor: Theme.muted
         color: Theme.text
         selectionColor: Theme.accent
-        selectedTextColor: Theme.overAccent
+        selectedTextColor: Theme.accentText
         font.pixelSize: Theme.body
         Accessible.role: Accessible.EditableText
         Accessible.name: app.words.search
@@ -56,8 +57,9 @@ ScrollPage {
     }
     Text {
         width: page.inner
-        visible: app.found.count === 0
+        visible: app.found.count === 0 && app.searchNote === ""
         text: search.text.trim() !== "" && app.searchText === search.text.trim() ? app.words.noMatch : app.words.searchHint
+        horizontalAlignment: Text.AlignLeft
         wrapMode: Text.Wrap
         color: Theme.muted
         font.pixelSize: Theme.small
@@ -80,56 +82,9 @@ ScrollPage {
             width: parent.width
             Repeater {
                 model: app.found
-                AbstractButton {
-                    id: match
-                    required property int index
-                    required property string name
-                    required property string area
-                    required property bool isSaved
-                    required property string sentence
+                FoundRow {
                     width: parent.width
-                    height: 52 * Theme.scale
                     onClicked: page.take(index)
-                    Keys.onReturnPressed: clicked()
-                    Accessible.role: Accessible.Button
-                    Accessible.name: sentence + ", " + (isSaved ? app.words.saved : app.words.add)
-                    background: Rectangle {
-                        radius: 10
-                        color: match.hovered ? Theme.raised : "transparent"
-                        border.width: match.visualFocus ? 2 : 0
-                        border.color: Theme.accent
-                    }
-                    contentItem: Item {
-                        Column {
-                            anchors.verticalCenter: parent.verticalCenter
-                            x: 1.5 * Theme.space
-                            width: parent.width - sign.width - 4 * Theme.space
-                            Text {
-                                width: parent.width
-                                text: match.name
-                                elide: Text.ElideRight
-                                color: Theme.text
-                                font.pixelSize: Theme.body
-                            }
-                            Text {
-                                width: parent.width
-                                text: match.area
-                                elide: Text.ElideRight
-                                color: Theme.muted
-                                font.pixelSize: Theme.tiny
-                            }
-                        }
-                        Text {
-                            id: sign
-                            anchors.right: parent.right
-                            anchors.rightMargin: 1.5 * Theme.space
-                            anchors.verticalCenter: parent.verticalCenter
-                            text: match.isSaved ? app.words.saved : "+ " + app.words.add
-                            color: match.isSaved ? Theme.muted : Theme.accent
-                            font.pixelSize: Theme.small
-                            font.weight: Font.DemiBold
-                        }
-                    }
                 }
             }
         }
@@ -138,7 +93,51 @@ ScrollPage {
     Text {
         width: page.inner
         visible: text !== ""
+        text: app.searchNote
+        horizontalAlignment: Text.AlignLeft
+        wrapMode: Text.Wrap
+        color: Theme.muted
+        font.pixelSize: Theme.small
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+    }
+    Column {
+        visible: app.searchText !== "" && search.text.trim() !== ""
+        width: page.inner
+        spacing: Theme.space / 2
+        PlainButton {
+            width: Math.min(implicitWidth, page.inner)
+            text: app.isSearchingOnline ? app.words.searchingOnline : app.words.searchOnline.replace("%@", app.searchText)
+            enabled: !app.isSearchingOnline
+            onClicked: app.searchOnline()
+        }
+        Text {
+            width: parent.width
+            text: app.words.searchOnlineHint
+            horizontalAlignment: Text.AlignLeft
+            wrapMode: Text.Wrap
+            color: Theme.muted
+            font.pixelSize: Theme.small
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
+    }
+
+    UndoBar {
+        visible: app.removed !== ""
+        width: page.inner
+    }
+
+    HereCard {
+        width: page.inner
+        onChosen: page.chosen()
+    }
+
+    Text {
+        width: page.inner
+        visible: text !== ""
         text: app.problem || (app.isReady && app.places.count === 0 ? app.words.noPlaces : "")
+        horizontalAlignment: Text.AlignLeft
         wrapMode: Text.Wrap
         color: Theme.text
         font.pixelSize: Theme.body

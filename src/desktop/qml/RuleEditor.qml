@@ -135,7 +135,7 @@ Rectangle {
                             text: day.dayName
                             horizontalAlignment: Text.AlignHCenter
                             verticalAlignment: Text.AlignVCenter
-                            color: day.isOn ? Theme.overAccent : Theme.muted
+                            color: day.isOn ? Theme.accentText : Theme.muted
                             font.pixelSize: Theme.small
                             font.weight: Font.DemiBold
                         }

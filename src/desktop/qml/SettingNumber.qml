@@ -74,7 +74,7 @@ SettingRow {
                 text: row.shown(row.value)
                 color: Theme.text
                 selectionColor: Theme.accent
-                selectedTextColor: Theme.overAccent
+                selectedTextColor: Theme.accentText
                 font.pixelSize: Theme.body
                 selectByMouse: true
                 Accessible.role: Accessible.SpinBox

@@ -46,8 +46,7 @@ Item {
     }
     Item {
         id: slot
-        anchors.right: row.stacked ? undefined : parent.right
-        anchors.left: row.stacked ? parent.left : undefined
+        x: row.stacked !== row.LayoutMirroring.enabled ? 0 : row.width - width
         y: row.stacked ? words.y + words.height + Theme.space : (row.height - height) / 2
         implicitWidth: children.length > 0 ? children[0].implicitWidth : 0
         width: row.stacked ? Math.min(row.width, implicitWidth) : implicitWidth

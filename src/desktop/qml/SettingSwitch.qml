@@ -53,7 +53,7 @@ SettingRow {
                 width: 18 * Theme.scale
                 height: width
                 radius: width / 2
-                color: control.checked ? Theme.overAccent : Theme.muted
+                color: control.checked ? Theme.accentText : Theme.muted
                 Behavior on x { NumberAnimation { duration: Theme.quick } }
             }
         }

@@ -32,6 +32,7 @@ Grid {
             Text {
                 width: parent.width
                 text: app.skyToday.sun
+                horizontalAlignment: Text.AlignLeft
                 wrapMode: Text.Wrap
                 color: Theme.text
                 font.pixelSize: Theme.body
@@ -64,6 +65,7 @@ Grid {
                 Text {
                     width: parent.width
                     text: app.skyToday.moon
+                    horizontalAlignment: Text.AlignLeft
                     wrapMode: Text.Wrap
                     color: Theme.text
                     font.pixelSize: Theme.body
@@ -72,6 +74,7 @@ Grid {
                 Text {
                     width: parent.width
                     text: app.skyToday.moonTimes
+                    horizontalAlignment: Text.AlignLeft
                     wrapMode: Text.Wrap
                     color: Theme.muted
                     font.pixelSize: Theme.small

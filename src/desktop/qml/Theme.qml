@@ -8,7 +8,9 @@ QtObject {
     property string choice: "system"
     property SystemPalette system: SystemPalette {}
     readonly property bool dark: choice === "dark" || (choice === "system" && system.window.hslLightness < 0.5)
-    readonly property real scale: Math.max(1, Qt.application.font.pointSize / 11)
+    property real enlargement: 1
+    property bool calm: false
+    readonly property real scale: Math.max(1, Qt.application.font.pointSize / 11) * enlargement
 
     readonly property int tiny: Math.round(12 * scale)
     readonly property int small: Math.round(13 * scale)
@@ -19,7 +21,7 @@ QtObject {
 
     readonly property int space: 8
     readonly property int radius: 16
-    readonly property int quick: 140
+    readonly property int quick: calm ? 0 : 140
 
     readonly property color page: dark ? "#11161d" : "#f2f5f8"
     readonly property color card: dark ? "#1b222c" : "#ffffff"
@@ -28,12 +30,13 @@ QtObject {
     readonly property color text: dark ? "#eef2f6" : "#17202a"
     readonly property color muted: dark ? "#a3b0bf" : "#566372"
     readonly property color accent: dark ? "#7cb8f5" : "#1f64ab"
-    readonly property color overAccent: dark ? "#0d1b2a" : "#ffffff"
-    readonly property color sun: dark ? "#f7bd4a" : "#d98a00"
-    readonly property color rain: dark ? "#5aa9f0" : "#2f7fd0"
+    readonly property color accentText: dark ? "#0d1b2a" : "#ffffff"
+    readonly property color danger: dark ? "#ff9a9f" : "#b3202c"
+    readonly property color sun: dark ? "#f7bd4a" : "#ca8000"
+    readonly property color rain: dark ? "#5aa9f0" : "#2874c2"
     readonly property color warm: dark ? "#ff9a76" : "#d1502b"
     readonly property color cold: dark ? "#73b7ff" : "#2f80d0"
-    readonly property color felt: dark ? "#e8c6a8" : "#c58f66"
+    readonly property color felt: dark ? "#e8c6a8" : "#b8835c"
     readonly property color wind: dark ? "#6fd0b4" : "#1f8a6d"
     readonly property color air: dark ? "#c2a6f2" : "#7a52b8"
     readonly property color night: dark ? Qt.rgba(0, 0, 0, 0.22) : Qt.rgba(0.1, 0.16, 0.35, 0.06)

@@ -1,5 +1,6 @@
 #include "desktop/views/places_view.h"
 
+#include "app/weather_state.h"
 #include "desktop/views/now_view.h"
 #include "model/present.h"
 
@@ -13,8 +14,9 @@ std::string areaText(std::string const& region, std::string const& country, std:
   return area;
 }
 
-void fillWeather(PlaceView& view, WeatherData const& data, ViewContext const& context) {
-  view.age = ageText(data.fetchedAt, context.now, context.texts);
+/// Of a saved place or of the current location.
+template <class View>
+void fillWeather(View& view, WeatherData const& data, ViewContext const& context) {
   view.isDay = isDayAt(data, context.now);
   if (auto const present = presentAt(data, context.now)) {
     view.temperature = context.degrees(present->tempC, present->tempF);
@@ -26,6 +28,22 @@ void fillWeather(PlaceView& view, WeatherData const& data, ViewContext const& co
                                       context.degrees(day->minTempC, day->minTempF));
     view.sentence += ", " + view.range;
   }
+}
+
+std::string noteOf(LocationState const& location, ViewContext const& context) {
+  switch (location.phase) {
+    case LocationState::Phase::idle:
+      return context.text("desktop.here.hint");
+    case LocationState::Phase::asking:
+      return context.text("desktop.here.asking");
+    case LocationState::Phase::found:
+      return {};
+    case LocationState::Phase::denied:
+      return context.text("desktop.here.denied");
+    case LocationState::Phase::unavailable:
+      return context.texts.format("desktop.here.unavailable", location.message);
+  }
+  return {};
 }
 
 }  // namespace
@@ -44,9 +62,42 @@ std::vector<PlaceView> placeViews(PlaceList const& list, KeptForecasts const& ke
     view.sky = "unknown";
     view.sentence = place.name;
     auto const found = kept.find(place.id);
-    if (found != kept.end() && found->second) fillWeather(view, *found->second, context);
+    if (found == kept.end() || !found->second) continue;
+    fillWeather(view, *found->second, context);
+    view.age = ageText(found->second->fetchedAt, context.now, context.texts);
   }
   return views;
+}
+
+HereView hereView(PlaceList const& list, LocationState const& location, KeptForecasts const& kept,
+                  ViewContext const& context) {
+  using Phase = LocationState::Phase;
+  HereView view;
+  view.sky = "unknown";
+  view.isAsking = location.phase == Phase::asking;
+  view.isTroubled = location.phase == Phase::denied || location.phase == Phase::unavailable;
+  view.note = noteOf(location, context);
+  view.isOffered = list.offersCurrentLocation && list.lastFix.has_value();
+  if (!view.isOffered) return view;
+  if (location.phase == Phase::idle) view.note.clear();  // it is known what asking means
+  view.isSelected = list.selected == kCurrentLocation;
+  view.name =
+      location.here && !location.here->name.empty() ? location.here->name : context.text("desktop.here");
+  view.area =
+      formatCoordinate(list.lastFix->coordinate) + "  ·  " +
+      context.texts.format("desktop.here.age", ageText(list.lastFix->time, context.now, context.texts));
+  view.sentence = context.text("desktop.here") + ", " + view.name;
+  auto const found = kept.find(kCurrentLocation);
+  if (found != kept.end() && found->second) fillWeather(view, *found->second, context);
+  return view;
+}
+
+std::string onlineNote(Result<std::vector<FoundPlace>, APIError> const& found, ViewContext const& context) {
+  if (found) return context.text("desktop.search.online.answered");
+  if (found.error().kind == APIError::Case::noResults) return context.text("desktop.search.none");
+  AppError const error = AppError::of(found.error());
+  if (error.kind == AppError::Case::offline) return context.text("desktop.search.online.offline");
+  return context.texts.format("desktop.search.online.failed", error.message);
 }
 
 std::vector<FoundView> foundViews(std::vector<FoundPlace> const& found, PlaceList const& list) {

@@ -59,8 +59,51 @@ inline constexpr auto viewFields<FoundView> = std::tuple{
     viewField("sentence", &FoundView::sentence),
 };
 
+/// What became of asking where the user is.
+struct LocationState {
+  enum class Phase { idle, asking, found, denied, unavailable };
+  Phase phase = Phase::idle;
+  std::string message;        ///< the desktop's own words for a failure
+  std::optional<Place> here;  ///< where the user was last, with its names
+
+  bool operator==(LocationState const&) const = default;
+};
+
 /// What is kept of the places' forecasts.
 using KeptForecasts = std::map<Uuid, std::shared_ptr<WeatherData const>>;
+
+/// The current location: offered, being asked for, or why it is not known.
+struct HereView {
+  bool isOffered = false;  ///< it can be selected
+  bool isSelected = false;
+  bool isAsking = false;
+  bool isTroubled = false;
+  std::string note;  ///< what failed and what to do, or what asking means
+  std::string name;
+  std::string area;  ///< the coordinate and how old it is
+  std::string temperature;
+  std::string range;
+  std::string sky;
+  bool isDay = true;
+  std::string sentence;
+
+  bool operator==(HereView const&) const = default;
+};
+
+template <>
+inline constexpr auto viewFields<HereView> =
+    std::tuple{viewField("isOffered", &HereView::isOffered), viewField("isSelected", &HereView::isSelected),
+               viewField("isAsking", &HereView::isAsking),   viewField("isTroubled", &HereView::isTroubled),
+               viewField("note", &HereView::note),           viewField("name", &HereView::name),
+               viewField("area", &HereView::area),           viewField("temperature", &HereView::temperature),
+               viewField("range", &HereView::range),         viewField("sky", &HereView::sky),
+               viewField("isDay", &HereView::isDay),         viewField("sentence", &HereView::sentence)};
+
+HereView hereView(PlaceList const& list, LocationState const& location, KeptForecasts const& kept,
+                  ViewContext const& context);
+
+/// What is said beside the answer of a search online.
+std::string onlineNote(Result<std::vector<FoundPlace>, APIError> const& found, ViewContext const& context);
 
 std::vector<PlaceView> placeViews(PlaceList const& list, KeptForecasts const& kept,
                                   ViewContext const& context);

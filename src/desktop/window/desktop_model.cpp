@@ -4,6 +4,8 @@
 #include "desktop/views/now_view.h"
 #include "desktop/window/words.h"
 
+#include <algorithm>
+
 namespace nimbara {
 
 namespace {
@@ -15,6 +17,7 @@ constexpr WordRow kWords[] = {
     {"globe", "desktop.page.globe"},
     {"places", "desktop.page.places"},
     {"notifications", "desktop.page.notifications"},
+    {"settings", "desktop.page.settings"},
     {"otherPages", "desktop.page.others"},
     {"refresh", "desktop.refresh"},
     {"loading", "desktop.loading"},
@@ -48,6 +51,15 @@ constexpr WordRow kWords[] = {
     {"moveUp", "desktop.moveUp"},
     {"moveDown", "desktop.moveDown"},
     {"selected", "desktop.selected"},
+    {"searchOnline", "desktop.search.online"},
+    {"searchOnlineHint", "desktop.search.online.hint"},
+    {"searchingOnline", "desktop.search.online.asking"},
+    {"here", "desktop.here"},
+    {"removeHere", "desktop.here.remove"},
+    {"findHere", "desktop.here.find"},
+    {"findHereAgain", "desktop.here.again"},
+    {"undo", "desktop.undo"},
+    {"dismiss", "desktop.dismiss"},
 };
 
 Uuid uuidOf(QString const& text) {
@@ -77,10 +89,18 @@ DesktopModel::DesktopModel(Setting setting, DesktopCommands commands, QObject* p
       places_(new RecordListModel(this)),
       found_(new RecordListModel(this)),
       hazards_(new HazardsModel(commands_.hazards, this)),
-      notifications_(new NotificationsModel(commands_.notifications, this)) {
-  showWords(*words_, kWords, *setting_.wording.texts);
+      notifications_(new NotificationsModel(commands_.notifications, this)),
+      here_(new RecordModel(this)),
+      settings_(new SettingsModel(commands_.settings, this)) {
+  takeWording(setting_.wording);
+  connect(settings_, &SettingsModel::opened, this, &DesktopModel::tick);
   connect(globe_, &GlobeModel::settled, this, &DesktopModel::shown);
   showWeather();
+}
+
+void DesktopModel::takeWording(Wording const& wording) {
+  setting_.wording = wording;
+  showWords(*words_, kWords, *setting_.wording.texts);
 }
 
 ViewContext DesktopModel::context() const {
@@ -92,6 +112,7 @@ void DesktopModel::show(std::shared_ptr<DesktopSnapshot const> snapshot) {
   bool const isOther = snapshot->place != snapshot_->place;
   snapshot_ = std::move(snapshot);
   isReady_ = true;
+  if (snapshot_->wording) takeWording(*snapshot_->wording);
   if (isOther) setOpenDay(-1);
   showWeather();
 }
@@ -112,6 +133,8 @@ void DesktopModel::showWeather() {
   places_->show(placeViews(snapshot_->places, snapshot_->kept, view));
   found_->show(foundViews(foundPlaces_, snapshot_->places));
   notifications_->show(*snapshot_, view);
+  here_->show(hereView(snapshot_->places, snapshot_->location, snapshot_->kept, view));
+  settings_->show(snapshot_->settings.get(), view);
   WeatherData const none;
   WeatherData const& data = state.weatherData ? *state.weatherData : none;
   hours_->show(hourViews(data, view));
@@ -154,8 +177,43 @@ void DesktopModel::selectPlace(QString const& id) {
   ask(commands_.selectPlace, uuidOf(id));
 }
 
+QString DesktopModel::removed() const {
+  return removal_
+             ? QString::fromStdString(setting_.wording.texts->format("desktop.removed", removal_->place.name))
+             : QString();
+}
+
 void DesktopModel::removePlace(QString const& id) {
-  ask(commands_.removePlace, uuidOf(id));
+  auto const& places = snapshot_->places.places;
+  auto const found = std::ranges::find(places, uuidOf(id), &SavedPlace::id);
+  if (found == places.end()) return;
+  int const position = static_cast<int>(found - places.begin()) + 1;
+  removal_ = Removal{*found, position, snapshot_->places.selected == found->id};
+  ask(commands_.removePlace, Uuid(found->id));
+  Q_EMIT removedChanged();
+}
+
+void DesktopModel::undoRemoval() {
+  if (!removal_) return;
+  ask(commands_.restorePlace, removal_->place, removal_->position, removal_->wasSelected);
+  forgetRemoval();
+}
+
+void DesktopModel::forgetRemoval() {
+  removal_.reset();
+  Q_EMIT removedChanged();
+}
+
+void DesktopModel::locate() {
+  ask(commands_.locate);
+}
+
+void DesktopModel::selectHere() {
+  ask(commands_.selectPlace, kCurrentLocation);
+}
+
+void DesktopModel::removeHere() {
+  ask(commands_.removeCurrentLocation);
 }
 
 void DesktopModel::movePlace(QString const& id, int position) {
@@ -164,6 +222,8 @@ void DesktopModel::movePlace(QString const& id, int position) {
 
 void DesktopModel::search(QString const& text) {
   searchText_ = text.trimmed().toStdString();
+  isSearchingOnline_ = false;
+  searchNote_.clear();
   if (searchText_.empty()) {
     showFound({}, {});
   } else {
@@ -176,6 +236,22 @@ void DesktopModel::showFound(std::string const& text, std::vector<FoundPlace> fo
   foundPlaces_ = std::move(found);
   found_->show(foundViews(foundPlaces_, snapshot_->places));
   Q_EMIT searched();
+}
+
+void DesktopModel::searchOnline() {
+  if (searchText_.empty() || isSearchingOnline_) return;
+  isSearchingOnline_ = true;
+  searchNote_.clear();
+  ask(commands_.searchOnline, searchText_);
+  Q_EMIT searched();
+}
+
+void DesktopModel::showFoundOnline(std::string const& text,
+                                   Result<std::vector<FoundPlace>, APIError> const& found) {
+  if (text != searchText_ || !isSearchingOnline_) return;
+  isSearchingOnline_ = false;
+  searchNote_ = QString::fromStdString(onlineNote(found, context()));
+  showFound(text, found ? *found : foundPlaces_);
 }
 
 void DesktopModel::addFound(int row) {

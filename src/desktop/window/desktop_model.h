@@ -8,6 +8,7 @@
 #include "desktop/window/globe_model.h"
 #include "desktop/window/hazards_model.h"
 #include "desktop/window/notifications_model.h"
+#include "desktop/window/settings_model.h"
 #include "desktop/window/view_models.h"
 
 #include <QObject>
@@ -25,10 +26,15 @@ struct DesktopCommands {
   std::function<void(SavedPlace)> addPlace;
   std::function<void(Uuid)> removePlace;
   std::function<void(Uuid, int)> movePlace;
+  std::function<void(SavedPlace, int position, bool select)> restorePlace;
   std::function<void(std::string)> search;
   HazardsCommands hazards;
   GlobeCommands globe;
   NotificationCommands notifications;
+  std::function<void(std::string)> searchOnline;
+  std::function<void()> locate;
+  std::function<void()> removeCurrentLocation;
+  SettingsCommands settings;
 };
 
 class DesktopModel : public QObject {
@@ -48,15 +54,19 @@ class DesktopModel : public QObject {
   Q_PROPERTY(nimbara::HazardsModel* hazards READ hazards CONSTANT)
   Q_PROPERTY(QString openAlert READ openAlert WRITE setOpenAlert NOTIFY openAlertChanged)
   Q_PROPERTY(QString alertDetails READ alertDetails NOTIFY openAlertChanged)
+  Q_PROPERTY(nimbara::RecordModel* here READ here CONSTANT)
+  Q_PROPERTY(nimbara::SettingsModel* settings READ settings CONSTANT)
   Q_PROPERTY(QString problem READ problem NOTIFY shown)
   Q_PROPERTY(bool isReady READ isReady NOTIFY shown)
   Q_PROPERTY(int openDay READ openDay WRITE setOpenDay NOTIFY openDayChanged)
   Q_PROPERTY(QString searchText READ searchText NOTIFY searched)
+  Q_PROPERTY(bool isSearchingOnline READ isSearchingOnline NOTIFY searched)
+  Q_PROPERTY(QString searchNote READ searchNote NOTIFY searched)
+  Q_PROPERTY(QString removed READ removed NOTIFY removedChanged)
 
  public:
-  /// What does not change while the window is open.
   struct Setting {
-    Wording wording;
+    Wording wording;  ///< until a snapshot brings another
     std::string standIn;
     std::function<Instant()> now;
     std::filesystem::path program;  ///< this program's own file, beside which its modules lie
@@ -67,6 +77,8 @@ class DesktopModel : public QObject {
   void show(std::shared_ptr<DesktopSnapshot const> snapshot);
   /// The matches of `text`; an answer to an older question is passed over.
   void showFound(std::string const& text, std::vector<FoundPlace> found);
+  /// What the geocoding service knows of `text`.
+  void showFoundOnline(std::string const& text, Result<std::vector<FoundPlace>, APIError> const& found);
   /// Ages and clocks move on.
   void tick();
 
@@ -87,6 +99,8 @@ class DesktopModel : public QObject {
   QString alertDetails() const { return QString::fromStdString(alertDetails_); }
   GlobeModel* globe() { return globe_; }
   NotificationsModel* notifications() { return notifications_; }
+  RecordModel* here() { return here_; }
+  SettingsModel* settings() { return settings_; }
   Meteogram const& meteogram() const { return meteogram_; }
   QString problem() const { return QString::fromStdString(snapshot_->problem); }
   /// A first snapshot has come.
@@ -101,12 +115,24 @@ class DesktopModel : public QObject {
   /// -1 closes it.
   void setOpenDay(int day);
   QString searchText() const { return QString::fromStdString(searchText_); }
+  bool isSearchingOnline() const { return isSearchingOnline_; }
+  /// What became of the search online.
+  QString searchNote() const { return searchNote_; }
+  /// The name of the place whose removal can be taken back; empty for none.
+  QString removed() const;
 
   Q_INVOKABLE void refresh();
   Q_INVOKABLE void selectPlace(QString const& id);
   Q_INVOKABLE void removePlace(QString const& id);
   Q_INVOKABLE void movePlace(QString const& id, int position);
+  Q_INVOKABLE void undoRemoval();
+  Q_INVOKABLE void forgetRemoval();
+  Q_INVOKABLE void locate();
+  Q_INVOKABLE void selectHere();
+  Q_INVOKABLE void removeHere();
   Q_INVOKABLE void search(QString const& text);
+  /// Sends the text that was searched for to the geocoding service.
+  Q_INVOKABLE void searchOnline();
   /// Saves the match at `row` of `found` and selects it, or the saved place that it is.
   Q_INVOKABLE void addFound(int row);
 
@@ -115,9 +141,17 @@ class DesktopModel : public QObject {
   void openDayChanged();
   void openAlertChanged();
   void searched();
+  void removedChanged();
 
  private:
+  struct Removal {
+    SavedPlace place;
+    int position = 1;
+    bool wasSelected = false;
+  };
+
   ViewContext context() const;
+  void takeWording(Wording const& wording);
   void showWeather();
   void showOpenAlert(ViewContext const& context);
 
@@ -130,6 +164,9 @@ class DesktopModel : public QObject {
   std::string openAlert_;
   std::string alertDetails_;
   std::vector<FoundPlace> foundPlaces_;
+  bool isSearchingOnline_ = false;
+  QString searchNote_;
+  std::optional<Removal> removal_;
   Meteogram meteogram_;
   GlobeModel* globe_;
   RecordModel* now_;
@@ -144,6 +181,8 @@ class DesktopModel : public QObject {
   RecordListModel* found_;
   HazardsModel* hazards_;
   NotificationsModel* notifications_;
+  RecordModel* here_;
+  SettingsModel* settings_;
 };
 
 }  // namespace nimbara

@@ -30,6 +30,7 @@ void registerItems() {
     qmlRegisterAnonymousType<HazardsModel>("NimbaraItems", 1);
     qmlRegisterAnonymousType<DesktopModel>("NimbaraItems", 1);
     qmlRegisterAnonymousType<NotificationsModel>("NimbaraItems", 1);
+    qmlRegisterAnonymousType<SettingsModel>("NimbaraItems", 1);
     qmlRegisterAnonymousType<RecordModel>("NimbaraItems", 1);
     qmlRegisterAnonymousType<RecordListModel>("NimbaraItems", 1);
     return true;
@@ -48,7 +49,7 @@ DesktopWindow::DesktopWindow(DesktopModel& model, DesktopOptions const& options)
   engine_.rootContext()->setContextProperty(QStringLiteral("app"), &model);
   engine_.setInitialProperties(
       {{QStringLiteral("page"), viewName(enumName(options.page.value_or(DesktopPage::now)))},
-       {QStringLiteral("theme"), viewName(enumName(options.theme.value_or(DesktopTheme::system)))},
+       {QStringLiteral("ownTheme"), options.theme ? viewName(enumName(*options.theme)) : QString()},
        {QStringLiteral("width"), size.width},
        {QStringLiteral("height"), size.height}});
   engine_.load(QUrl(QStringLiteral("qrc:/pages/NimbaraPages/Main.qml")));

@@ -60,6 +60,26 @@ constexpr std::array kSigns = std::to_array<SignRow>({
        stroke(p, {{12, 9.5}, {12, 14}});
        p.drawEllipse(QPointF(12, 17), 0.5, 0.5);
      }},
+    {"gear",
+     [](QPainter& p) {
+       p.drawEllipse(QPointF(12, 12), 3, 3);
+       p.drawEllipse(QPointF(12, 12), 7, 7);
+       for (int tooth = 0; tooth < 8; ++tooth) {
+         stroke(p, {{12, 5}, {12, 2.6}});
+         p.translate(12, 12);
+         p.rotate(45);
+         p.translate(-12, -12);
+       }
+     }},
+    {"here",
+     [](QPainter& p) {
+       p.drawEllipse(QPointF(12, 12), 6, 6);
+       p.drawEllipse(QPointF(12, 12), 1, 1);
+       stroke(p, {{12, 2}, {12, 6}});
+       stroke(p, {{12, 18}, {12, 22}});
+       stroke(p, {{2, 12}, {6, 12}});
+       stroke(p, {{18, 12}, {22, 12}});
+     }},
     {"others",
      [](QPainter& p) {
        for (double const x : {5.5, 12.0, 18.5}) p.drawEllipse(QPointF(x, 12), 0.6, 0.6);

@@ -154,7 +154,7 @@ Meteogram const& MeteogramItem::data() const {
 }
 
 double MeteogramItem::xOf(double hours) const {
-  return kLeft + (width() - kLeft - kRight) * hours / std::max(1.0, data().hours);
+  return kLeft + (width() / scale_ - kLeft - kRight) * hours / std::max(1.0, data().hours);
 }
 
 MeteogramPoint const* MeteogramItem::pointAtCursor() const {
@@ -173,7 +173,7 @@ void MeteogramItem::setCursor(int cursor) {
 
 double MeteogramItem::cursorX() const {
   auto const* const point = pointAtCursor();
-  return point == nullptr ? -1 : xOf(point->x);
+  return point == nullptr ? -1 : xOf(point->x) * scale_;
 }
 
 QString MeteogramItem::when() const {
@@ -188,6 +188,7 @@ QString MeteogramItem::readings() const {
 
 int MeteogramItem::pointAt(double x) const {
   auto const& points = data().points;
+  x /= scale_;
   auto const nearest = std::ranges::min_element(
       points, {}, [&](MeteogramPoint const& point) { return std::abs(xOf(point.x) - x); });
   return nearest == points.end() ? -1 : static_cast<int>(nearest - points.begin());
@@ -229,9 +230,11 @@ void MeteogramItem::paint(QPainter* painter) {
   QFont font = painter->font();
   font.setPixelSize(11);
   painter->setFont(font);
-  Lanes const lanes = lanesOf(boundingRect(), shown.hasClouds, shown.hasPressure);
-  double const top = kHead, bottom = height() - 2;
-  double const slot = (width() - kLeft - kRight) / shown.hours;
+  painter->scale(scale_, scale_);
+  QRectF const area(QPointF(), boundingRect().size() / scale_);
+  Lanes const lanes = lanesOf(area, shown.hasClouds, shown.hasPressure);
+  double const top = kHead, bottom = area.height() - 2;
+  double const slot = (area.width() - kLeft - kRight) / shown.hours;
   painter->setRenderHint(QPainter::Antialiasing, false);
   for (MeteogramPoint const& point : shown.points) {
     double const x = xOf(point.x);

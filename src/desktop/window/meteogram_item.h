@@ -17,6 +17,7 @@ class MeteogramItem : public QQuickPaintedItem {
   Q_PROPERTY(QString when READ when NOTIFY cursorChanged)
   Q_PROPERTY(QString readings READ readings NOTIFY cursorChanged)
   Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY changed)
+  Q_PROPERTY(double enlargement MEMBER scale_ NOTIFY changed)
   Q_PROPERTY(QColor text MEMBER text_ NOTIFY changed)
   Q_PROPERTY(QColor grid MEMBER grid_ NOTIFY changed)
   Q_PROPERTY(QColor night MEMBER night_ NOTIFY changed)
@@ -51,12 +52,14 @@ class MeteogramItem : public QQuickPaintedItem {
  private:
   Meteogram const& data() const;
   MeteogramPoint const* pointAtCursor() const;
+  /// Not enlarged, as all that is painted.
   double xOf(double hours) const;
   void shadeNights(QPainter& painter, double top, double bottom) const;
   void nameDays(QPainter& painter, double top, double bottom) const;
 
   DesktopModel* model_ = nullptr;
   int cursor_ = -1;
+  double scale_ = 1;
   QColor text_, grid_, night_, warm_, felt_, rain_, wind_, air_, cloud_;
 };
 

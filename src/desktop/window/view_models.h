@@ -8,6 +8,7 @@
 #include <QHash>
 #include <QQmlPropertyMap>
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 #include <string>
 #include <vector>
@@ -22,6 +23,11 @@ inline QVariant viewValue(bool value) {
 }
 inline QVariant viewValue(double value) {
   return value;
+}
+inline QVariant viewValue(std::vector<std::string> const& texts) {
+  QStringList list;
+  for (std::string const& text : texts) list.append(QString::fromStdString(text));
+  return list;
 }
 
 inline QString viewName(std::string_view name) {

@@ -1,0 +1,65 @@
+// A place that a search has found.
+import QtQuick
+import QtQuick.Controls.Basic
+import NimbaraPages
+
+AbstractButton {
+    id: match
+
+    required property int index
+    required property string name
+    required property string area
+    required property bool isSaved
+    required property string sentence
+
+    implicitHeight: Math.max(52 * Theme.scale, words.height + Theme.space)
+    Keys.onReturnPressed: clicked()
+    Accessible.role: Accessible.Button
+    Accessible.name: sentence + ", " + (isSaved ? app.words.saved : app.words.add)
+
+    background: Rectangle {
+        radius: 10
+        color: match.hovered ? Theme.raised : "transparent"
+        border.width: match.visualFocus ? 2 : 0
+        border.color: Theme.accent
+    }
+    contentItem: Item {
+        Column {
+            id: words
+            anchors.left: parent.left
+            anchors.leftMargin: 1.5 * Theme.space
+            anchors.right: sign.left
+            anchors.rightMargin: Theme.space
+            anchors.verticalCenter: parent.verticalCenter
+            Text {
+                width: parent.width
+                text: match.name
+                elide: Text.ElideRight
+                horizontalAlignment: Text.AlignLeft
+                color: Theme.text
+                font.pixelSize: Theme.body
+            }
+            Text {
+                width: parent.width
+                visible: text !== ""
+                text: match.area
+                wrapMode: Text.Wrap
+                maximumLineCount: 2
+                elide: Text.ElideRight
+                horizontalAlignment: Text.AlignLeft
+                color: Theme.muted
+                font.pixelSize: Theme.tiny
+            }
+        }
+        Text {
+            id: sign
+            anchors.right: parent.right
+            anchors.rightMargin: 1.5 * Theme.space
+            anchors.verticalCenter: parent.verticalCenter
+            text: match.isSaved ? app.words.saved : "+ " + app.words.add
+            color: match.isSaved ? Theme.muted : Theme.accent
+            font.pixelSize: Theme.small
+            font.weight: Font.DemiBold
+        }
+    }
+}

@@ -1,0 +1,42 @@
+// What was removed, and the way back.
+import QtQuick
+import NimbaraPages
+
+Rectangle {
+    id: bar
+
+    implicitHeight: content.height + 2 * Theme.space
+    radius: Theme.radius
+    color: Theme.raised
+
+    Flow {
+        id: content
+        x: 2 * Theme.space
+        y: Theme.space
+        width: parent.width - 4 * Theme.space
+        spacing: Theme.space
+        Text {
+            width: Math.min(implicitWidth, content.width - dismiss.width - Theme.space)
+            height: Math.max(implicitHeight, undo.height)
+            verticalAlignment: Text.AlignVCenter
+            horizontalAlignment: Text.AlignLeft
+            text: app.removed
+            wrapMode: Text.Wrap
+            color: Theme.text
+            font.pixelSize: Theme.body
+            Accessible.role: Accessible.AlertMessage
+            Accessible.name: text
+        }
+        PlainButton {
+            id: undo
+            text: app.words.undo
+            onClicked: app.undoRemoval()
+        }
+        PlainButton {
+            id: dismiss
+            sign: "cross"
+            explanation: app.words.dismiss
+            onClicked: app.forgetRemoval()
+        }
+    }
+}

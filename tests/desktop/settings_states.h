@@ -1,0 +1,36 @@
+// Settings of tests as the page may have to show them.
+#pragma once
+
+#include "app/settings_registry.h"
+#include "desktop/views/settings_view.h"
+#include "states.h"
+
+namespace nimbara::test {
+
+inline SettingsState settingsWith(SettingValues stored) {
+  return SettingsState(Settings(settingsRegistry(), std::move(stored)));
+}
+
+/// With failures, faults and whatever else asks for attention.
+inline SettingsState troubledSettings() {
+  SettingsState state = settingsWith({{"temperatureUnit", std::string("kelvin")},
+                                      {"windUnit", std::string("knots")},
+                                      {"firmsApiKey", std::string("secret-of-firms")},
+                                      {"openMeteoHost", std::string("https://own.example")}});
+  state.problem = "the settings cannot be written";
+  state.refusedKey = "openMeteoHost";
+  state.refusal = "the setting openMeteoHost takes an address like https://host, or nothing";
+  state.needsRestart = true;
+  state.watchProblem = "\"systemctl --user enable nimbara-watch.service\" failed; try it yourself";
+  state.dataDirectory = "/home/someone/with/a/rather/long/way/to/her/data/nimbara";
+  state.cacheDirectory = "/home/someone/.cache/Nimbara";
+  state.providers["openMeteo"] = {kNow - std::chrono::minutes(2),
+                                  {},
+                                  "HTTP 503: over capacity",
+                                  kNow - std::chrono::minutes(2),
+                                  kNow - std::chrono::hours(3)};
+  state.providers["yrNo"] = {{}, {}, {}, {}, kNow - std::chrono::minutes(1)};
+  return state;
+}
+
+}  // namespace nimbara::test
