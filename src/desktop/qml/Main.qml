@@ -6,7 +6,7 @@ Window {
     id: window
 
     property string page: "now"
-    property string ownTheme  // in place of the setting
+    property string theme  // in place of the setting
     readonly property bool isWide: width >= 720
     readonly property var pages: [
         { name: "now", title: app.words.now, sky: "partlyCloudy", sign: "" },
@@ -38,7 +38,7 @@ Window {
     onWantsPlaceChanged: if (wantsPlace) page = "places"
     Component.onCompleted: if (wantsPlace) page = "places"
 
-    Binding { target: Theme; property: "choice"; value: window.ownTheme || app.settings.now.theme }
+    Binding { target: Theme; property: "choice"; value: window.theme || app.settings.now.theme }
     Binding { target: Theme; property: "enlargement"; value: app.settings.now.textSize }
     Binding { target: Theme; property: "calm"; value: app.settings.now.isCalm }
 

@@ -49,7 +49,7 @@ DesktopWindow::DesktopWindow(DesktopModel& model, DesktopOptions const& options)
   engine_.rootContext()->setContextProperty(QStringLiteral("app"), &model);
   engine_.setInitialProperties(
       {{QStringLiteral("page"), viewName(enumName(options.page.value_or(DesktopPage::now)))},
-       {QStringLiteral("ownTheme"), options.theme ? viewName(enumName(*options.theme)) : QString()},
+       {QStringLiteral("theme"), options.theme ? viewName(enumName(*options.theme)) : QString()},
        {QStringLiteral("width"), size.width},
        {QStringLiteral("height"), size.height}});
   engine_.load(QUrl(QStringLiteral("qrc:/pages/NimbaraPages/Main.qml")));

@@ -74,6 +74,7 @@ GlobeModel::~GlobeModel() = default;
 
 void GlobeModel::show(std::optional<Place> const& place, ViewContext const& context) {
   context_.emplace(context);
+  showWords(*words_, kWords, context.texts);
   bool const isOther = place != place_;
   place_ = place;
   if (isOther) goHome();
@@ -137,7 +138,8 @@ QString GlobeModel::status() const {
 
 QString GlobeModel::description() const {
   std::string const middle = formatCoordinate({camera_.latitude, camera_.longitude});
-  return QString::fromStdString(setting_.texts->format("desktop.globe.description", middle));
+  return QString::fromStdString(
+      (context_ ? context_->texts : *setting_.texts).format("desktop.globe.description", middle));
 }
 
 QVector3D GlobeModel::sun() const {
