@@ -218,7 +218,7 @@ void beginTheRest(DesktopCore& core, DesktopShell& shell) {
 }
 
 int showWindow(QGuiApplication& application, Environment const& environment, DesktopOptions const& options,
-               Demo* demo, Start& start) {
+               Demo* demo, Start& start, std::unique_ptr<DesktopWindow> begun) {
   DesktopModel* model = nullptr;
   SnapshotBox box([&] {
     QMetaObject::invokeMethod(
@@ -257,7 +257,9 @@ int showWindow(QGuiApplication& application, Environment const& environment, Des
   // The kept forecast is there within milliseconds; the pages are made with it and not once more.
   if (auto first = box.take(kFirstPatience)) shown.show(std::move(first));
   model = &shown;
-  DesktopWindow window(shown, options);
+  auto const owned = std::move(begun);  // ends before what it shows
+  DesktopWindow& window = *owned;
+  window.open(shown, options);
   if (window.window() == nullptr) return fail(1, "the window's pages cannot be loaded");
   std::optional<Photographer> photographer;
   if (!options.screenshot.empty()) photographer.emplace(shown, window, options.screenshot);
@@ -300,8 +302,9 @@ int run(Environment environment, DesktopOptions const& options, int& count, char
   QGuiApplication application(count, arguments);
   // Finding the fonts takes the toolkit as long as reading a page; both at once.
   std::jthread const fonts([] { std::ignore = QFontInfo(QGuiApplication::font()).family(); });
+  auto window = std::make_unique<DesktopWindow>();
   if (start.isHandedOver(given)) return 0;
-  return showWindow(application, environment, options, demo ? &*demo : nullptr, start);
+  return showWindow(application, environment, options, demo ? &*demo : nullptr, start, std::move(window));
 }
 
 }  // namespace

@@ -38,12 +38,25 @@ void registerItems() {
   std::ignore = kOnce;
 }
 
+QUrl pageUrl(char const* name) {
+  return {QStringLiteral("qrc:/pages/NimbaraPages/%1.qml").arg(QLatin1String(name))};
+}
+
 }  // namespace
 
-DesktopWindow::DesktopWindow(DesktopModel& model, DesktopOptions const& options) {
+DesktopWindow::DesktopWindow() : ahead_(&engine_), firstPageAhead_(&engine_) {
   registerItems();
-  WindowSize const size = options.size.value_or(WindowSize());
   engine_.addImportPath(QStringLiteral(":/pages"));
+  ahead_.loadUrl(pageUrl("Main"), QQmlComponent::Asynchronous);
+  firstPageAhead_.loadUrl(pageUrl("NowPage"), QQmlComponent::Asynchronous);
+}
+
+DesktopWindow::DesktopWindow(DesktopModel& model, DesktopOptions const& options) : DesktopWindow() {
+  open(model, options);
+}
+
+void DesktopWindow::open(DesktopModel& model, DesktopOptions const& options) {
+  WindowSize const size = options.size.value_or(WindowSize());
   engine_.addImageProvider(QStringLiteral("sky"), new ConditionPictures);
   engine_.addImageProvider(QStringLiteral("sign"), new LineSigns);
   engine_.rootContext()->setContextProperty(QStringLiteral("app"), &model);
@@ -52,7 +65,7 @@ DesktopWindow::DesktopWindow(DesktopModel& model, DesktopOptions const& options)
        {QStringLiteral("theme"), options.theme ? viewName(enumName(*options.theme)) : QString()},
        {QStringLiteral("width"), size.width},
        {QStringLiteral("height"), size.height}});
-  engine_.load(QUrl(QStringLiteral("qrc:/pages/NimbaraPages/Main.qml")));
+  engine_.load(pageUrl("Main"));
   if (!engine_.rootObjects().isEmpty()) window_ = qobject_cast<QQuickWindow*>(engine_.rootObjects().front());
 }
 

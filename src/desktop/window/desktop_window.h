@@ -6,13 +6,19 @@
 #include "desktop/window/desktop_model.h"
 
 #include <QQmlApplicationEngine>
+#include <QQmlComponent>
 #include <QQuickWindow>
 
 namespace nimbara {
 
 class DesktopWindow {
  public:
+  /// The toolkit begins to read the pages on a thread of its own, while there is nothing to show yet.
+  DesktopWindow();
   DesktopWindow(DesktopModel& model, DesktopOptions const& options);
+
+  /// Once.
+  void open(DesktopModel& model, DesktopOptions const& options);
 
   /// Null when the pages could not be loaded, which has been told on standard error.
   QQuickWindow* window() const { return window_; }
@@ -21,6 +27,8 @@ class DesktopWindow {
 
  private:
   QQmlApplicationEngine engine_;
+  QQmlComponent ahead_;
+  QQmlComponent firstPageAhead_;
   QQuickWindow* window_ = nullptr;
 };
 
