@@ -247,7 +247,7 @@ int showWindow(QGuiApplication& application, Environment const& environment, Des
         },
         Qt::QueuedConnection);
   };
-  DesktopCore::Options wanted{services, options.now, places, options.place, onGlobeChange, {}, onOpen, {}};
+  DesktopCore::Options wanted{services, options.now, places, options.place, onGlobeChange, {}, onOpen, {}, true};
   if (demo != nullptr) wanted.locate = unaskedLocation;
   DesktopCore core(environment, std::move(wanted),
                    [&box](SnapshotBox::Snapshot snapshot) { box.put(std::move(snapshot)); });
@@ -271,6 +271,7 @@ int showWindow(QGuiApplication& application, Environment const& environment, Des
   QObject::connect(
       window.window(), &QQuickWindow::frameSwapped, &shell,
       [&] {
+        core.windowIsShown();
         if (!options.isApart()) beginTheRest(core, shell);
       },
       static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
@@ -282,6 +283,8 @@ int showWindow(QGuiApplication& application, Environment const& environment, Des
     if (window.window()->isExposed()) shown.tick();
   });
   minute.start(std::chrono::minutes(1));
+  // A window that begins minimised draws nothing.
+  QTimer::singleShot(std::chrono::seconds(2), &shell, [&core] { core.windowIsShown(); });
   if (options.refresh) core.refresh();
   int const code = QGuiApplication::exec();
   endWithin(kEndPatience, code);

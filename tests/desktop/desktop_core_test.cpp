@@ -1,6 +1,7 @@
 #include "app/settings_registry.h"
 #include "desktop/core/snapshot_box.h"
 #include "states.h"
+#include "support/manual_runner.h"
 #include "support/temporary_folder.h"
 
 #include <gmock/gmock.h>
@@ -36,12 +37,16 @@ struct Core : testing::Test {
   }
 
   /// Nobody listens at the services' address.
-  std::unique_ptr<DesktopCore> start(std::string place = {}) {
+  static DesktopCore::Options optionsOf(std::string place, bool waitsForWindow) {
     DesktopCore::Options options;
     options.services = "http://127.0.0.1:9";
     options.now = kNow;
     options.place = std::move(place);
-    return std::make_unique<DesktopCore>(environment, std::move(options),
+    options.waitsForWindow = waitsForWindow;
+    return options;
+  }
+  std::unique_ptr<DesktopCore> start(std::string place = {}, bool waitsForWindow = false) {
+    return std::make_unique<DesktopCore>(environment, optionsOf(std::move(place), waitsForWindow),
                                          [this](SnapshotBox::Snapshot snapshot) {
                                            if (!first) first = snapshot;
                                            box.put(std::move(snapshot));
@@ -103,6 +108,36 @@ TEST_F(Core, FollowsWhetherClosingHides) {
   SqliteSettingsStore other(environment.dataDirectory, settingsRegistry());
   ASSERT_TRUE(other.set("desktop_closeToTray", false));
   EXPECT_TRUE(waitFor([](DesktopSnapshot const& snapshot) { return !snapshot.closesToTray; }));
+}
+
+TEST(HeldRunner, PassesOnInOrderOnceReleased) {
+  ManualRunner runner;
+  HeldRunner held(runner);
+  std::vector<int> done;
+  auto const note = [&done](int number) {
+    return [&done, number](std::stop_token const&) { done.push_back(number); };
+  };
+  held.run(note(1));
+  held.run(note(2));
+  runner.runAll();
+  EXPECT_THAT(done, testing::IsEmpty());
+  held.release();
+  held.release();
+  held.run(note(3));
+  runner.runAll();
+  EXPECT_THAT(done, testing::ElementsAre(1, 2, 3));
+}
+
+TEST_F(Core, AsksNobodyBeforeTheWindowIsShown) {
+  auto const core = start({}, true);
+  auto const begun = waitFor([](DesktopSnapshot const& snapshot) { return snapshot.weather->isLoading; });
+  ASSERT_TRUE(begun);
+  EXPECT_FALSE(begun->weather->error);
+  EXPECT_THAT(begun->kept, testing::IsEmpty());
+  core->windowIsShown();
+  EXPECT_TRUE(waitFor([](DesktopSnapshot const& snapshot) {
+    return !snapshot.weather->isLoading && snapshot.kept.size() == 2;
+  }));
 }
 
 TEST(SnapshotBox, HoldsTheNewestAndAnnouncesOnce) {

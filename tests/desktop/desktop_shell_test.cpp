@@ -63,7 +63,7 @@ struct Shell : testing::Test {
 
   std::vector<std::string> asked;
   std::vector<TrayFace> faces;
-  DesktopModel model{{Wording(), {}, [] { return kNow; }}, commands()};
+  DesktopModel model{{Wording(), {}, [] { return kNow; }, {}}, commands()};
   std::optional<DesktopWindow> window;
   std::optional<DesktopShell> shell;
 };

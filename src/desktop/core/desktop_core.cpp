@@ -100,9 +100,10 @@ DesktopCore::DesktopCore(Environment const& environment, Options options, Listen
                     environment.dataDirectory,
                     environment.cacheDirectory,
                     {}}),
+      held_(work_),
       commands_(1),
       hazards_(composition_.feeds(), store_, work_, hazardSurroundings()),
-      state_(composition_.forecasts(), composition_.providers(), composition_.cache(), *clock_, work_,
+      state_(composition_.forecasts(), composition_.providers(), composition_.cache(), *clock_, held_,
              surroundings()),
       satellites_(composition_.http(), *clock_, composition_.services().address(Service::feedServer).baseUrl,
                   satelliteFolder(environment, standIn())),
@@ -111,6 +112,7 @@ DesktopCore::DesktopCore(Environment const& environment, Options options, Listen
            [this](std::string hidden) { keepSetting("globeHidden", std::move(hidden)); }},
           settings_.settings().text("globeHidden")),
       notifications_(notificationSurroundings(environment, options)) {
+  if (!options.waitsForWindow) held_.release();
   commands_.run(
       [this, places = std::move(options.places), place = std::move(options.place)](std::stop_token const&) {
         begin(places, place);
@@ -221,7 +223,7 @@ void DesktopCore::begin(std::vector<SavedPlace> const& places, std::string const
   }
   settings_.noteProviders(composition_);
   apply(settings_.reread());
-  readAllKept();
+  if (held_.isReleased()) readAllKept();
   notifications_.begin();
   timer_.wake();
 }
@@ -393,6 +395,11 @@ void DesktopCore::choosePlace(std::string text) {
     showSelected(RefreshTrigger::placeChosen);
     timer_.wake();
   });
+}
+
+void DesktopCore::windowIsShown() {
+  held_.release();
+  commands_.run([this](std::stop_token const&) { readAllKept(); });
 }
 
 void DesktopCore::followSystem(std::function<void(std::string const&)> missing) {

@@ -12,6 +12,7 @@
 #include "desktop/core/desktop_hazards.h"
 #include "desktop/core/desktop_notifications.h"
 #include "desktop/core/desktop_settings.h"
+#include "desktop/core/held_runner.h"
 #include "desktop/views/places_view.h"
 #include "platform/application_instance.h"
 #include "platform/desktop_appearance.h"
@@ -61,6 +62,7 @@ class DesktopCore {
     /// A person clicked on a notification. Called on the core's threads.
     std::function<void(ApplicationCall const&)> onOpen;
     Locate locate;
+    bool waitsForWindow = false;          ///< nothing is asked of the services before `windowIsShown`
   };
   using Listener = std::function<void(std::shared_ptr<DesktopSnapshot const>)>;
   using SearchListener = std::function<void(std::vector<FoundPlace>)>;
@@ -92,6 +94,8 @@ class DesktopCore {
   void changeSetting(std::string key, std::string text);
   void setStartAtLogin(bool wanted);
 
+  /// The first frame has been drawn: what it does not show may take its time.
+  void windowIsShown();
   /// From now on the return from sleep and of the network refreshes at once. What cannot be noticed is told
   /// to `missing`, a sentence each, on a thread of the core's own.
   void followSystem(std::function<void(std::string const&)> missing);
@@ -153,6 +157,7 @@ class DesktopCore {
   std::map<Uuid, std::vector<Uuid>> disabledRules_;  // by removed place; of the thread of the commands
 
   ThreadPool work_;      // refreshes
+  HeldRunner held_;      // the same, not before the window is shown
   ThreadPool commands_;  // what the user asks for, one after the other
   DesktopHazards hazards_;
   AppState state_;
