@@ -59,7 +59,7 @@ struct Program {
                                        .onDueChange = {},
                                        .onRoleChange = [this] { hasRole.count_down(); },
                                        .onResponse = {},
-        .onProblem = {},
+                                       .onProblem = {},
                                        .jitter = {}});
   }
 

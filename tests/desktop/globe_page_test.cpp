@@ -237,6 +237,21 @@ TEST_F(GlobePage, HidesTheTablesOfHiddenGroups) {
   EXPECT_EQ(globe.group(99), nullptr);
 }
 
+TEST_F(GlobePage, SpeaksAnotherLanguageAtOnce) {
+  DesktopModel model(setting(), commands());
+  model.show(snapshotOf(stateOf(mildWeek())));
+  model.globe()->setShown(true);
+  auto snapshot = snapshotOf(stateOf(mildWeek()));
+  Wording wording;
+  wording.texts = std::make_shared<Texts const>(Texts::load("pt"));
+  snapshot->wording = std::make_shared<Wording const>(wording);
+  model.show(snapshot);
+  auto const* const legend = model.globe()->legend();
+  int const title = legend->roleNames().key("title");
+  EXPECT_EQ(legend->data(legend->index(7), title).toString().toStdString(), "Sismos");
+  EXPECT_EQ(model.globe()->words()->value(QStringLiteral("close")).toString().toStdString(), "Fechar");
+}
+
 TEST_F(GlobePage, HasNoSceneWhereItsModuleIsMissing) {
   DesktopModel model(setting(), commands());
   EXPECT_FALSE(model.globe()->loadScene());

@@ -102,7 +102,7 @@ DesktopCore::DesktopCore(Environment const& environment, Options options, Listen
                     {}}),
       held_(work_),
       commands_(1),
-      hazards_(composition_.feeds(), store_, work_, hazardSurroundings()),
+      hazards_(composition_.feeds(), store_, held_, hazardSurroundings()),
       state_(composition_.forecasts(), composition_.providers(), composition_.cache(), *clock_, held_,
              surroundings()),
       satellites_(composition_.http(), *clock_, composition_.services().address(Service::feedServer).baseUrl,
@@ -223,8 +223,7 @@ void DesktopCore::begin(std::vector<SavedPlace> const& places, std::string const
   }
   settings_.noteProviders(composition_);
   apply(settings_.reread());
-  if (held_.isReleased()) readAllKept();
-  notifications_.begin();
+  if (held_.isReleased()) beginTheRest();
   timer_.wake();
 }
 
@@ -399,7 +398,14 @@ void DesktopCore::choosePlace(std::string text) {
 
 void DesktopCore::windowIsShown() {
   held_.release();
-  commands_.run([this](std::stop_token const&) { readAllKept(); });
+  commands_.run([this](std::stop_token const&) { beginTheRest(); });
+}
+
+/// What the first frame does without.
+void DesktopCore::beginTheRest() {
+  if (std::exchange(hasBegunTheRest_, true)) return;
+  readAllKept();
+  notifications_.begin();
 }
 
 void DesktopCore::followSystem(std::function<void(std::string const&)> missing) {

@@ -62,7 +62,7 @@ class DesktopCore {
     /// A person clicked on a notification. Called on the core's threads.
     std::function<void(ApplicationCall const&)> onOpen;
     Locate locate;
-    bool waitsForWindow = false;          ///< nothing is asked of the services before `windowIsShown`
+    bool waitsForWindow = false;  ///< nothing is asked of the services before `windowIsShown`
   };
   using Listener = std::function<void(std::shared_ptr<DesktopSnapshot const>)>;
   using SearchListener = std::function<void(std::vector<FoundPlace>)>;
@@ -120,6 +120,7 @@ class DesktopCore {
   void change(std::function<PlaceResult(PlaceList&)> const& apply);
   void select(std::string const& text);
   void followAppearance();
+  void beginTheRest();
   void readPlaces();
   bool isSaved(Uuid const& id);
   void apply(SettingsChanges const& changes);
@@ -156,9 +157,10 @@ class DesktopCore {
   std::atomic<bool> hasBegun_ = false;  // the selected place is known: there is something to publish
   std::map<Uuid, std::vector<Uuid>> disabledRules_;  // by removed place; of the thread of the commands
 
-  ThreadPool work_;      // refreshes
-  HeldRunner held_;      // the same, not before the window is shown
-  ThreadPool commands_;  // what the user asks for, one after the other
+  bool hasBegunTheRest_ = false;  // of the thread of the commands
+  ThreadPool work_;               // refreshes
+  HeldRunner held_;               // the same, not before the window is shown
+  ThreadPool commands_;           // what the user asks for, one after the other
   DesktopHazards hazards_;
   AppState state_;
   std::unique_ptr<PowerAndNetwork> system_;        // made by a command

@@ -14,8 +14,8 @@ namespace nimbara {
 
 enum class DesktopPage { now, hours, hazards, globe, places, notifications, settings };
 template <>
-inline constexpr auto enumNames<DesktopPage> =
-    std::to_array<std::string_view>({"now", "hours", "hazards", "globe", "places", "notifications", "settings"});
+inline constexpr auto enumNames<DesktopPage> = std::to_array<std::string_view>(
+    {"now", "hours", "hazards", "globe", "places", "notifications", "settings"});
 static_assert(enumNamesComplete(DesktopPage::settings));
 
 enum class DesktopTheme { system, light, dark };

@@ -101,6 +101,7 @@ DesktopModel::DesktopModel(Setting setting, DesktopCommands commands, QObject* p
 void DesktopModel::takeWording(Wording const& wording) {
   setting_.wording = wording;
   showWords(*words_, kWords, *setting_.wording.texts);
+  globe_->takeTexts(setting_.wording.texts);
 }
 
 ViewContext DesktopModel::context() const {

@@ -72,9 +72,16 @@ GlobeModel::GlobeModel(Setting setting, GlobeCommands commands, QObject* parent)
 
 GlobeModel::~GlobeModel() = default;
 
+void GlobeModel::takeTexts(std::shared_ptr<Texts const> texts) {
+  if (texts == setting_.texts) return;
+  context_.reset();  // it refers to the texts that were
+  setting_.texts = std::move(texts);
+  showWords(*words_, kWords, *setting_.texts);
+  Q_EMIT cameraChanged();  // what the picture is called
+}
+
 void GlobeModel::show(std::optional<Place> const& place, ViewContext const& context) {
   context_.emplace(context);
-  showWords(*words_, kWords, context.texts);
   bool const isOther = place != place_;
   place_ = place;
   if (isOther) goHome();
@@ -138,8 +145,7 @@ QString GlobeModel::status() const {
 
 QString GlobeModel::description() const {
   std::string const middle = formatCoordinate({camera_.latitude, camera_.longitude});
-  return QString::fromStdString(
-      (context_ ? context_->texts : *setting_.texts).format("desktop.globe.description", middle));
+  return QString::fromStdString(setting_.texts->format("desktop.globe.description", middle));
 }
 
 QVector3D GlobeModel::sun() const {

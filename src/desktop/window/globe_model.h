@@ -85,7 +85,9 @@ class GlobeModel : public QObject {
   GlobeModel(Setting setting, GlobeCommands commands, QObject* parent);
   ~GlobeModel() override;
 
-  /// A new place or new words; the state holds.
+  /// Another language, before it is shown.
+  void takeTexts(std::shared_ptr<Texts const> texts);
+  /// A new place, units or moment; the state holds.
   void show(std::optional<Place> const& place, ViewContext const& context);
   void show(std::shared_ptr<GlobeState const> state);
 

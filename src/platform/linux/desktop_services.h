@@ -3,7 +3,6 @@
 #pragma once
 
 #include "platform/application_instance.h"
-
 #include "platform/desktop_appearance.h"
 #include "platform/desktop_service_state.h"
 #include "platform/location_source.h"
