@@ -39,7 +39,9 @@ struct DesktopNotificationsTest : testing::Test {
                                            .center = std::move(made),
                                            .places = [] { return std::vector<WatchedPlace>{{kBerlin, {}}}; },
                                            .publish = [this] { ++published; },
+                                           .onPass = {},
                                            .onDueChange = {},
+                                           .onResponse = {},
                                            .jitter = {}});
     switchOff("notify_govAlerts");
     switchOff("notify_travelAdvisory");
@@ -185,7 +187,9 @@ TEST_F(DesktopNotificationsTest, SayWhoNotifies) {
                                .center = std::make_unique<FakeNotificationCenter>(),
                                .places = [] { return std::vector<WatchedPlace>(); },
                                .publish = [] {},
+                               .onPass = {},
                                .onDueChange = {},
+                               .onResponse = {},
                                .jitter = {}});
   second.reload();
   EXPECT_FALSE(second.state()->isOurs);

@@ -136,7 +136,7 @@ struct CallRow {
 
 TEST_F(Shell, DoesWhatLaterStartsAskFor) {
   for (CallRow const& row :
-       {CallRow{{}, "now", "system", {}},
+       {CallRow{{}, "now", "", {}},  // the theme of the settings
         {{"start", {"--page", "hours", "--theme", "dark"}, {}}, "hours", "dark", {}},
         {{"start", {"--place", "Oslo", "--refresh"}, {}}, "hours", "dark", {"place Oslo", "refresh"}},
         {{"places", {}, {}}, "places", "dark", {}},

@@ -55,15 +55,13 @@ class LiveSettings : public testing::Test {
   }
 
   void start() {
-    core_.emplace(
-        environment_,
-        DesktopCore::Options{"http://127.0.0.1:1",
-                             test::at("2026-11-21T12:00:00Z"),
-                             {placeAt("One", {10, 10}), placeAt("Two", {20, 20}), placeAt("Three", {30, 30})},
-                             {},
-                             {},
-                             [this](std::stop_token const&) { return location_; }},
-        [this](Snapshots::Snapshot snapshot) { snapshots_.take(std::move(snapshot)); });
+    DesktopCore::Options options;
+    options.services = "http://127.0.0.1:1";
+    options.now = test::at("2026-11-21T12:00:00Z");
+    options.places = {placeAt("One", {10, 10}), placeAt("Two", {20, 20}), placeAt("Three", {30, 30})};
+    options.locate = [this](std::stop_token const&) { return location_; };
+    core_.emplace(environment_, std::move(options),
+                  [this](Snapshots::Snapshot snapshot) { snapshots_.take(std::move(snapshot)); });
     EXPECT_TRUE(
         snapshots_.await([](DesktopSnapshot const& shown) { return shown.places.places.size() == 3; }));
   }

@@ -19,9 +19,9 @@ using testing::SizeIs;
 
 struct NotificationViews : testing::Test {
   NotificationsView shown(NotificationsState const& state) const { return notificationsView(state, view); }
-  SettingRowView row(NotificationsState const& state, std::string_view key) const {
+  NotificationSettingView row(NotificationsState const& state, std::string_view key) const {
     for (std::string_view const group : ruleGroupNames()) {
-      for (SettingRowView const& one : settingRowViews(group, state, view)) {
+      for (NotificationSettingView const& one : settingRowViews(group, state, view)) {
         if (one.key == key) return one;
       }
     }
@@ -102,7 +102,7 @@ TEST_F(NotificationViews, CountWhatIsOn) {
 }
 
 TEST_F(NotificationViews, ShowNumbersInTheUsersUnits) {
-  SettingRowView wind = row({}, "notify_highWindThreshold");
+  NotificationSettingView wind = row({}, "notify_highWindThreshold");
   EXPECT_EQ(wind.value, 60);
   EXPECT_EQ(wind.unit, "km/h");
   EXPECT_EQ(wind.control, "number");

@@ -27,6 +27,14 @@ FocusScope {
         }
     }
 
+    // The picture needs no title; those who listen do.
+    Item {
+        width: page.width
+        height: 1
+        Accessible.role: Accessible.Heading
+        Accessible.name: app.words.globe
+    }
+
     Item {
         id: sky
         width: parent.width

@@ -39,7 +39,7 @@ Card {
                 width: card.isWide ? 230 * Theme.scale : parent.width
                 spacing: 4
                 Accessible.role: Accessible.StaticText
-                Accessible.name: card.kp.sentence || card.kp.word
+                Accessible.name: card.kp.sentence || card.kp.word || card.title
 
                 KpGauge {
                     visible: card.kp.isKnown

@@ -54,7 +54,7 @@ bool isToggle(Row const& row) {
   return row.control == Control::toggle;
 }
 
-void setNumber(SettingRowView& shown, Row const& row, SettingDefinition const& definition,
+void setNumber(NotificationSettingView& shown, Row const& row, SettingDefinition const& definition,
                SettingValue const& value, Units const& units) {
   ConditionScale const scale = conditionScale(*row.unit, units);
   bool const isWhole = std::holds_alternative<std::int64_t>(value);
@@ -71,8 +71,8 @@ void setNumber(SettingRowView& shown, Row const& row, SettingDefinition const& d
   shown.unit = scale.unit;
 }
 
-SettingRowView rowView(Row const& row, Settings const& settings, ViewContext const& view) {
-  SettingRowView shown;
+NotificationSettingView rowView(Row const& row, Settings const& settings, ViewContext const& view) {
+  NotificationSettingView shown;
   shown.key = row.key;
   shown.control = kControlNames[static_cast<std::size_t>(row.control)];
   shown.title = titleOf(row.key, view);
@@ -181,9 +181,9 @@ std::vector<RuleGroupView> ruleGroupViews(NotificationsState const& state, ViewC
   return shown;
 }
 
-std::vector<SettingRowView> settingRowViews(std::string_view group, NotificationsState const& state,
-                                            ViewContext const& view) {
-  std::vector<SettingRowView> shown;
+std::vector<NotificationSettingView> settingRowViews(std::string_view group, NotificationsState const& state,
+                                                     ViewContext const& view) {
+  std::vector<NotificationSettingView> shown;
   NotificationGroup const* const found = findGroup(group);
   if (found == nullptr) return shown;
   shown.reserve(found->rows.size());

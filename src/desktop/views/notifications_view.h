@@ -42,7 +42,7 @@ inline constexpr auto viewFields<RuleGroupView> =
                viewField("summary", &RuleGroupView::summary)};
 
 /// A setting as a row with its control. Numbers are in the user's unit.
-struct SettingRowView {
+struct NotificationSettingView {
   std::string key;
   std::string control;  ///< "switch", "number", "level" or "hour"
   std::string title;
@@ -60,21 +60,21 @@ struct SettingRowView {
 };
 
 template <>
-inline constexpr auto viewFields<SettingRowView> =
-    std::tuple{viewField("key", &SettingRowView::key),
-               viewField("control", &SettingRowView::control),
-               viewField("title", &SettingRowView::title),
-               viewField("explanation", &SettingRowView::explanation),
-               viewField("isOn", &SettingRowView::isOn),
-               viewField("isDetail", &SettingRowView::isDetail),
-               viewField("isEnabled", &SettingRowView::isEnabled),
-               viewField("value", &SettingRowView::value),
-               viewField("from", &SettingRowView::from),
-               viewField("to", &SettingRowView::to),
-               viewField("step", &SettingRowView::step),
-               viewField("decimals", &SettingRowView::decimals),
-               viewField("unit", &SettingRowView::unit),
-               viewField("choice", &SettingRowView::choice)};
+inline constexpr auto viewFields<NotificationSettingView> =
+    std::tuple{viewField("key", &NotificationSettingView::key),
+               viewField("control", &NotificationSettingView::control),
+               viewField("title", &NotificationSettingView::title),
+               viewField("explanation", &NotificationSettingView::explanation),
+               viewField("isOn", &NotificationSettingView::isOn),
+               viewField("isDetail", &NotificationSettingView::isDetail),
+               viewField("isEnabled", &NotificationSettingView::isEnabled),
+               viewField("value", &NotificationSettingView::value),
+               viewField("from", &NotificationSettingView::from),
+               viewField("to", &NotificationSettingView::to),
+               viewField("step", &NotificationSettingView::step),
+               viewField("decimals", &NotificationSettingView::decimals),
+               viewField("unit", &NotificationSettingView::unit),
+               viewField("choice", &NotificationSettingView::choice)};
 
 /// One of a list to choose from.
 struct OptionView {
@@ -131,8 +131,8 @@ NotificationsView notificationsView(NotificationsState const& state, ViewContext
 
 std::vector<RuleGroupView> ruleGroupViews(NotificationsState const& state, ViewContext const& view);
 /// The rows of a group by its name; none for another name.
-std::vector<SettingRowView> settingRowViews(std::string_view group, NotificationsState const& state,
-                                            ViewContext const& view);
+std::vector<NotificationSettingView> settingRowViews(std::string_view group, NotificationsState const& state,
+                                                     ViewContext const& view);
 /// The names of the groups, in their order.
 std::vector<std::string_view> ruleGroupNames();
 
