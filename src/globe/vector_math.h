@@ -129,7 +129,7 @@ struct IntegersOf<double> {
   using Type = long long;
 };
 template <class V>
-using Integers = typename IntegersOf<V>::Type;
+using Integers = IntegersOf<V>::Type;
 
 // A pair is moved vector by vector: as one thing the compiler would send it through the stack.
 template <class V>

@@ -310,16 +310,16 @@ TEST_F(AppStateTest, AsksAgainSoonForSupplementsThatCouldNotBeHad) {
 TEST_F(AppStateTest, GivesUpTheSupplementsOfAnotherPlace) {
   std::vector<std::string> fed;
   auto all = surroundings();
-  AppState* state = nullptr;
+  AppState* acting = nullptr;
   all.refreshSupplemental = [&](Place const& place, std::stop_token const& stop) {
     fed.push_back(place.name);
-    if (fed.size() == 1) state->selectPlace(kRome);
-    state->showGovAlerts(place, {WeatherAlert{}});
+    if (fed.size() == 1) acting->selectPlace(kRome);
+    acting->showGovAlerts(place, {WeatherAlert{}});
     if (stop.stop_requested()) fed.back() += " stopped";
     return SupplementalOutcome::complete;
   };
   AppState subject(forecasts, providers, cache, clock, runner, all);
-  state = &subject;
+  acting = &subject;
   subject.selectPlace(kBerlin, RefreshTrigger::start);
   subject.runDue();
   runner.runAll();

@@ -57,8 +57,12 @@ TEST_F(NotifyCommandTest, ExplainsEveryRule) {
 TEST_F(NotifyCommandTest, KeepsALogThatCanBeRead) {
   EXPECT_EQ(run({"notify", "--log"}).out, "Nothing has been told or held back yet.\n");
   EXPECT_EQ(run({"notify", "--log", "--json"}).out, "[]\n");
-  ASSERT_EQ(run({"settings", "set", "notify_highWindThreshold", "1"}).exitCode, 0);
-  ASSERT_EQ(run({"settings", "set", "notify_highWind", "true"}).exitCode, 0);
+  for (auto const& [key, value] : {std::pair("notify_highWindThreshold", "1"),
+                                   {"notify_highWind", "true"},
+                                   {"notify_severe", "false"},
+                                   {"notify_travelAdvisory", "false"}}) {
+    ASSERT_EQ(run({"settings", "set", key, value}).exitCode, 0) << key;
+  }
   ASSERT_EQ(run({"notify", "--deliver", "print"}).exitCode, 0);
   ASSERT_EQ(run({"notify", "--deliver", "print"}).exitCode, 0);
   EXPECT_THAT(run({"notify", "--log"}).out,

@@ -129,9 +129,10 @@ TEST_F(TrayTest, TakesAWatcherThatRefusesForNone) {
 }
 
 TEST_F(TrayTest, LosesItsHostWithTheBus) {
-  MockTrayHost const host(bus_);
+  MockTrayHost host(bus_);
   auto const tray = this->tray();
   told_.wait(1);
+  host.leave();
   bus_.end();
   EXPECT_THAT(told_.wait(2), ElementsAre("hostCame//", "hostLeft//"));
 }

@@ -28,10 +28,9 @@ class SceneInstances : public QQuick3DInstancing {
  protected:
   QByteArray getInstanceBuffer(int* instanceCount) override;
 
- private Q_SLOTS:
-  void renew();
-
  private:
+  Q_SLOT void renew();
+
   QPointer<QObject> source_;
   int count_ = 0;
 };
@@ -48,10 +47,9 @@ class SceneTexture : public QQuick3DTextureData {
  Q_SIGNALS:
   void sourceChanged();
 
- private Q_SLOTS:
-  void renew();
-
  private:
+  Q_SLOT void renew();
+
   QPointer<QObject> source_;
 };
 

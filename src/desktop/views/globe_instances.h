@@ -26,7 +26,7 @@ static_assert(sizeof(InstanceRow) == 80);
 inline constexpr float kSceneRadius = 100;
 
 /// A vector of the earth-fixed frame in scene units.
-std::array<float, 3> scenePoint(Vector3 const& earthFixed);
+std::array<float, 3> scenePoint(Vector3 const& v);
 
 /// A point for each index that is drawn: those in the earth's centre, without opacity or without numbers are
 /// left out. `pixels` is its radius.

@@ -193,6 +193,7 @@ std::vector<NotificationSettingView> settingRowViews(std::string_view group, Not
 
 std::vector<OptionView> levelOptions(ViewContext const& view) {
   std::vector<OptionView> options;
+  options.reserve(enumNames<NotificationLevel>.size());
   for (std::string_view const level : enumNames<NotificationLevel>) {
     options.push_back({std::string(level), view.text("desktop.notifications.level." + std::string(level))});
   }
@@ -202,6 +203,7 @@ std::vector<OptionView> levelOptions(ViewContext const& view) {
 std::vector<OptionView> hourOptions(ViewContext const& view) {
   TimeWords const words(view.texts, Calendar::utc());
   std::vector<OptionView> options;
+  options.reserve(24);
   for (int hour = 0; hour < 24; ++hour) {
     options.push_back({std::to_string(hour), words.hour(Instant(std::chrono::hours(hour)))});
   }

@@ -105,6 +105,7 @@ void setLimit(DraftView& shown, CustomNotification const& draft, Units const& un
 std::vector<RuleView> ruleViews(NotificationsState const& state, PlaceList const& places,
                                 ViewContext const& view) {
   std::vector<RuleView> shown;
+  shown.reserve(state.rules.rules.size());
   for (CustomNotification const& rule : state.rules.rules) {
     shown.push_back({rule.id.text(), rule.title, ruleDescription(rule, view.units, view.texts),
                      ruleSchedule(rule, view.texts) + "; " + placeName(rule, places, view), rule.isEnabled,
@@ -167,6 +168,7 @@ std::vector<WeekdayView> weekdayViews(CustomNotification const& draft, ViewConte
 
 std::vector<OptionView> kindOptions(ViewContext const& view) {
   std::vector<OptionView> options;
+  options.reserve(enumNames<Type>.size());
   for (std::string_view const name : enumNames<Type>) {
     options.push_back({std::string(name), view.text("customnotif.type." + std::string(name))});
   }
@@ -188,6 +190,7 @@ std::vector<OptionView> spanOptions(CustomNotification const& draft, ViewContext
   auto const at = std::ranges::lower_bound(spans, draft.lookaheadHours);
   if (at == spans.end() || *at != draft.lookaheadHours) spans.insert(at, draft.lookaheadHours);
   std::vector<OptionView> options;
+  options.reserve(spans.size());
   for (int const hours : spans) options.push_back({std::to_string(hours), spanText(hours, view)});
   return options;
 }

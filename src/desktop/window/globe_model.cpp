@@ -46,7 +46,7 @@ void GlobeBytes::set(QByteArray bytes, QSize size) {
 }
 
 void GlobeBytes::set(std::vector<InstanceRow> const& rows) {
-  auto const size = static_cast<qsizetype>(rows.size() * sizeof(InstanceRow));
+  auto const size = std::ssize(rows) * qsizetype{sizeof(InstanceRow)};
   if (size == 0 && bytes_.isEmpty()) return;
   set(QByteArray(reinterpret_cast<char const*>(rows.data()), size));
 }

@@ -158,7 +158,7 @@ QImage paintEarth(int width) {
 QRgb earthTexel(QImage const& earth, double latitude, double longitude) {
   int const x = static_cast<int>((longitude + 180) / 360 * earth.width()) % earth.width();
   int const y = std::clamp(static_cast<int>((90 - latitude) / 180 * earth.height()), 0, earth.height() - 1);
-  uchar const* const texel = earth.constScanLine(y) + 4 * (x < 0 ? x + earth.width() : x);
+  uchar const* const texel = earth.constScanLine(y) + qsizetype{4} * (x < 0 ? x + earth.width() : x);
   return qRgba(texel[0], texel[1], texel[2], texel[3]);
 }
 

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <ranges>
 
 namespace nimbara {
 
@@ -166,7 +167,7 @@ void QuakeMapItem::paint(QPainter* painter) {
   painter->setRenderHint(QPainter::Antialiasing);
   paintCircle(*painter, shown);
   auto const& points = data().points;
-  for (auto point = points.rbegin(); point != points.rend(); ++point) paintQuake(*painter, shown, *point);
+  for (QuakePoint const& point : std::views::reverse(points)) paintQuake(*painter, shown, point);
   paintPlace(*painter, shown);
   int const row = model_ == nullptr ? -1 : model_->highlighted();
   if (row < 0) return;

@@ -51,7 +51,7 @@ std::string applicationPath() {
 }
 
 std::unique_ptr<sdbus::IObject> makeApplicationObject(sdbus::IConnection& connection,
-                                                      std::function<void(ApplicationCall)> tell) {
+                                                      std::function<void(ApplicationCall)> const& tell) {
   auto object = sdbus::createObject(connection, applicationPath());
   object->registerMethod("Activate").onInterface(kInterface).implementedAs([tell](PlatformData const& data) {
     tell({{}, {}, tokenIn(data)});

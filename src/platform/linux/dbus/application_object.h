@@ -16,7 +16,7 @@ std::string applicationPath();
 
 /// Tells each call on the connection's thread.
 std::unique_ptr<sdbus::IObject> makeApplicationObject(sdbus::IConnection& connection,
-                                                      std::function<void(ApplicationCall)> tell);
+                                                      std::function<void(ApplicationCall)> const& tell);
 
 /// As declared in `desktop_services.h`; the session's own bus for an empty address.
 Result<void, std::string> callApplicationOnBus(std::string const& sessionBus, ApplicationCall const& call,
