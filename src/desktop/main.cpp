@@ -97,10 +97,8 @@ class Photographer : public QObject {
 NotificationCommands notificationCommandsOf(DesktopNotifications& told, DesktopModel*& model) {
   NotificationCommands asked;
   asked.set = [&told](std::string key, SettingValue value) { told.set(std::move(key), std::move(value)); };
-  asked.mute = [&told](std::string kinds, std::optional<Instant> until) {
-    told.mute(std::move(kinds), until);
-  };
-  asked.unmute = [&told](std::string kinds) { told.unmute(std::move(kinds)); };
+  asked.mute = [&told](std::string const& kinds, std::optional<Instant> until) { told.mute(kinds, until); };
+  asked.unmute = [&told](std::string const& kinds) { told.unmute(kinds); };
   asked.pause = [&told](std::optional<Instant> until) { told.pause(until); };
   asked.saveRule = [&told](CustomNotification rule) { told.saveRule(std::move(rule)); };
   asked.removeRule = [&told](Uuid id) { told.removeRule(id); };

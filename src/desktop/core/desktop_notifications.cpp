@@ -146,7 +146,7 @@ void DesktopNotifications::changeMutes(std::function<std::vector<Mute>(std::vect
   });
 }
 
-void DesktopNotifications::mute(std::string kinds, std::optional<Instant> until) {
+void DesktopNotifications::mute(std::string const& kinds, std::optional<Instant> until) {
   changeMutes([this, kinds = kindsOf(kinds), until](std::vector<Mute> mutes) {
     for (std::string const& kind : kinds) {
       if (!kind.empty()) mutes = mutedToo(std::move(mutes), {kind, until}, around_.clock.now());
@@ -155,7 +155,7 @@ void DesktopNotifications::mute(std::string kinds, std::optional<Instant> until)
   });
 }
 
-void DesktopNotifications::unmute(std::string kinds) {
+void DesktopNotifications::unmute(std::string const& kinds) {
   changeMutes([kinds = kindsOf(kinds)](std::vector<Mute> mutes) {
     std::erase_if(mutes, [&](Mute const& mute) { return std::ranges::count(kinds, mute.kind) > 0; });
     return mutes;

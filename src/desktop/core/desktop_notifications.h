@@ -52,8 +52,8 @@ class DesktopNotifications {
   // Commands: they return at once.
   void set(std::string key, SettingValue value);
   /// Kinds by "+"; nothing mutes them for ever.
-  void mute(std::string kinds, std::optional<Instant> until);
-  void unmute(std::string kinds);
+  void mute(std::string const& kinds, std::optional<Instant> until);
+  void unmute(std::string const& kinds);
   /// Nothing rings until then; nothing ends the pause.
   void pause(std::optional<Instant> until);
   void saveRule(CustomNotification rule);

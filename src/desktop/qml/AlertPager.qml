@@ -87,29 +87,30 @@ Rectangle {
                 text: pager.isOpen ? app.words.less : app.words.more
                 onClicked: app.openAlert = pager.isOpen ? "" : pager.current.alertId
             }
-            PlainButton {
+            Row {
                 visible: pager.count > 1
-                ink: Theme.text
-                sign: LayoutMirroring.enabled ? "forth" : "back"
-                explanation: app.words.previous
-                enabled: list.currentIndex > 0
-                onClicked: list.currentIndex -= 1
-            }
-            Text {
-                visible: pager.count > 1
-                height: 36 * Theme.scale
-                verticalAlignment: Text.AlignVCenter
-                text: (list.currentIndex + 1) + " / " + pager.count
-                color: Theme.text
-                font.pixelSize: Theme.small
-            }
-            PlainButton {
-                visible: pager.count > 1
-                ink: Theme.text
-                sign: LayoutMirroring.enabled ? "back" : "forth"
-                explanation: app.words.next
-                enabled: list.currentIndex < pager.count - 1
-                onClicked: list.currentIndex += 1
+                spacing: Theme.space
+                PlainButton {
+                    ink: Theme.text
+                    sign: LayoutMirroring.enabled ? "forth" : "back"
+                    explanation: app.words.previous
+                    enabled: list.currentIndex > 0
+                    onClicked: list.currentIndex -= 1
+                }
+                Text {
+                    height: 36 * Theme.scale
+                    verticalAlignment: Text.AlignVCenter
+                    text: (list.currentIndex + 1) + " / " + pager.count
+                    color: Theme.text
+                    font.pixelSize: Theme.small
+                }
+                PlainButton {
+                    ink: Theme.text
+                    sign: LayoutMirroring.enabled ? "back" : "forth"
+                    explanation: app.words.next
+                    enabled: list.currentIndex < pager.count - 1
+                    onClicked: list.currentIndex += 1
+                }
             }
         }
     }

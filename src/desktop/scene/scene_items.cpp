@@ -22,7 +22,7 @@ struct Vertex {
 /// Longitude 0 looks along z, the north pole along y.
 std::vector<Vertex> sphereVertices() {
   std::vector<Vertex> vertices;
-  vertices.reserve((kRows + 1) * (kColumns + 1));
+  vertices.reserve(std::size_t{kRows + 1} * (kColumns + 1));
   for (int row = 0; row <= kRows; ++row) {
     double const v = double(row) / kRows, polar = std::numbers::pi * v;
     for (int column = 0; column <= kColumns; ++column) {
