@@ -47,7 +47,8 @@ void paintTemperature(QPainter& painter, QString number, double side) {
 /// The four bytes of each point in the order that the tray wants, whatever the machine's.
 TrayPicture pictureOf(QImage const& image) {
   TrayPicture picture{image.width(), {}};
-  picture.argb.reserve(static_cast<std::size_t>(4 * image.width() * image.height()));
+  picture.argb.reserve(std::size_t{4} * static_cast<std::size_t>(image.width()) *
+                       static_cast<std::size_t>(image.height()));
   for (int y = 0; y < image.height(); ++y) {
     for (int x = 0; x < image.width(); ++x) {
       QRgb const point = image.pixel(x, y);
