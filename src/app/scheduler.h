@@ -6,6 +6,9 @@
 #include "app/notifier.h"
 #include "platform/wake_timer.h"
 
+#include <chrono>
+#include <memory>
+#include <optional>
 #include <stop_token>
 
 namespace nimbara {
@@ -14,7 +17,10 @@ namespace nimbara {
 void runScheduler(AppState& state, Notifier& notifier, WakeTimer& timer, Clock const& clock,
                   std::stop_token const& stop);
 
-/// The like for a program that tells nobody of anything.
-void runScheduler(AppState& state, WakeTimer& timer, Clock const& clock, std::stop_token const& stop);
+/// Random, up to 20 s: services ask clients not to come all on the full minute.
+std::chrono::milliseconds requestJitter();
+
+/// The system's clock, or one that was set to `start` and runs on from there.
+std::unique_ptr<Clock> runningClock(std::optional<Instant> start);
 
 }  // namespace nimbara

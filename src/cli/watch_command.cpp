@@ -13,20 +13,11 @@
 #include "platform/linux/timerfd_wake_timer.h"
 
 #include <mutex>
-#include <random>
 #include <thread>
 
 namespace nimbara {
 
 namespace {
-
-constexpr std::chrono::milliseconds kMostJitter{20'000};
-
-/// Services ask clients not to come all on the full minute.
-std::chrono::milliseconds jitter() {
-  static thread_local std::mt19937 random{std::random_device{}()};
-  return std::chrono::milliseconds(std::uniform_int_distribution<int>(0, kMostJitter.count())(random));
-}
 
 /// The saved places as they are now, shared by the threads that ask for them.
 class KnownPlaces {
@@ -73,7 +64,7 @@ class Watch {
  public:
   Watch(CommandLine const& line, Session const& session)
       : session_(session),
-        clock_(makeRunningClock(line.common)),
+        clock_(runningClock(line.common.now)),
         context_(line.common, session, *clock_, departureOf(line)),
         places_(*session.store),
         log_(session.console, *clock_, context_.texts(), line.watch.json),
@@ -98,11 +89,6 @@ class Watch {
   }
 
  private:
-  static std::unique_ptr<Clock> makeRunningClock(CommonOptions const& common) {
-    if (common.now) return std::make_unique<ShiftedClock>(*common.now);
-    return std::make_unique<SystemClock>();
-  }
-
   RunContext::Departure departureOf(CommandLine const& line) {
     RunContext::Departure departure = ownServices(line.common, line.forecast.provider);
     if (line.watch.record.empty()) return departure;
@@ -120,7 +106,7 @@ class Watch {
       desk_.notifier().requestPass();
     };
     all.onDueChange = [this] { timer_.wake(); };
-    all.jitter = jitter;
+    all.jitter = requestJitter;
     return all;
   }
 
@@ -142,7 +128,7 @@ class Watch {
                 },
             .onResponse = [this](NotificationResponse const& response) { answered(response); },
             .onProblem = [this](std::string const& sentence) { note(sentence); },
-            .jitter = jitter};
+            .jitter = requestJitter};
   }
 
   /// A person clicked on a notification.

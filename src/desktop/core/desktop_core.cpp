@@ -7,60 +7,20 @@
 #include "app/settings_registry.h"
 #include "app/silent_center.h"
 #include "base/text.h"
-#include "model/weather_cache.h"
-#include "notifications/notification_state.h"
+#include "desktop/core/place_lookup.h"
 #include "platform/linux/desktop_services.h"
 
 #include <algorithm>
-#include <iterator>
-#include <random>
 
 namespace nimbara {
 
 namespace {
-
-/// Services ask clients not to come all on the full minute.
-std::chrono::milliseconds jitter() {
-  static thread_local std::mt19937 random{std::random_device{}()};
-  return std::chrono::milliseconds(std::uniform_int_distribution<int>(0, 20'000)(random));
-}
-
-std::unique_ptr<Clock> clockFrom(std::optional<Instant> now) {
-  if (now) return std::make_unique<ShiftedClock>(*now);
-  return std::make_unique<SystemClock>();
-}
-
-/// The current location is named by the city in which it lies.
-std::optional<Place> selectedOf(PlaceList const& list, std::optional<Place> const& here) {
-  if (list.selected == kCurrentLocation && here) return here;
-  auto const wanted = resolvePlace("", list);
-  Place const* const place = wanted ? std::get_if<Place>(&*wanted) : nullptr;
-  return place == nullptr ? std::nullopt : std::optional(*place);
-}
-
-/// By its identifier, its name, the key that notifications know it by, or a coordinate within it.
-SavedPlace const* savedPlaceMeant(PlaceList const& list, std::string_view text) {
-  if (SavedPlace const* const named = list.find(text)) return named;
-  auto const tagged = std::ranges::find(list.places, text,
-                                        [](SavedPlace const& saved) { return cacheKey(saved.coordinate); });
-  if (tagged != list.places.end()) return &*tagged;
-  auto const wanted = resolvePlace(text, list);
-  Place const* const place = wanted ? std::get_if<Place>(&*wanted) : nullptr;
-  return place == nullptr ? nullptr : list.findNear(place->coordinate);
-}
 
 /// What a stand-in of the services made up is kept apart.
 std::filesystem::path satelliteFolder(Environment const& environment, std::string const& standIn) {
   auto const& cache = environment.cacheDirectory;
   if (cache.empty()) return {};
   return cache / (standIn.empty() ? "satellites" : "satellites.stand-in");
-}
-
-/// The place that a coordinate is saved as.
-std::optional<Uuid> identifierOf(PlaceList const& list, Coordinate coordinate) {
-  if (SavedPlace const* const saved = list.findNear(coordinate)) return saved->id;
-  bool const isHere = list.lastFix && haversineKm(list.lastFix->coordinate, coordinate) < kSamePlaceKm;
-  return isHere ? std::optional(kCurrentLocation) : std::nullopt;
 }
 
 DesktopCore::Locate locationOfDesktop(Environment const& environment) {
@@ -75,23 +35,17 @@ LocationState::Phase phaseOf(LocationError const& error) {
   return isDenied ? LocationState::Phase::denied : LocationState::Phase::unavailable;
 }
 
-std::vector<Uuid> identifiersOf(PlaceList const& list) {
-  std::vector<Uuid> ids;
-  ids.reserve(list.places.size());
-  std::ranges::transform(list.places, std::back_inserter(ids), &SavedPlace::id);
-  return ids;
-}
-
 }  // namespace
 
 DesktopCore::DesktopCore(Environment const& environment, Options options, Listener listener)
     : program_(environment.program),
-      clock_(clockFrom(options.now)),
+      clock_(runningClock(options.now)),
       store_(environment.dataDirectory, settingsRegistry()),
       settings_(store_, environment),
       listener_(std::move(listener)),
       locate_(options.locate ? std::move(options.locate) : locationOfDesktop(environment)),
       places_(store_),
+      removedRules_(store_),
       composition_(settings_.settings(), *clock_,
                    {options.services,
                     *settings_.wording(),
@@ -148,7 +102,7 @@ AppState::Surroundings DesktopCore::surroundings() {
     return hazards_.refresh(place, stop);
   };
   all.onDueChange = [this] { timer_.wake(); };
-  all.jitter = jitter;
+  all.jitter = requestJitter;
   return all;
 }
 
@@ -183,12 +137,12 @@ DesktopNotifications::Surroundings DesktopCore::notificationSurroundings(Environ
                 auto const call = notificationCall(response);
                 if (call && open) open(*call);
               },
-          .jitter = jitter};
+          .jitter = requestJitter};
 }
 
 std::vector<WatchedPlace> DesktopCore::watchedPlaces() {
   std::lock_guard const lock(mutex_);
-  auto const selected = selectedOf(list_, location_.here);
+  auto const selected = selectedPlace(list_, location_.here);
   return selected ? nimbara::watchedPlaces(*selected, list_) : std::vector<WatchedPlace>();
 }
 
@@ -247,9 +201,9 @@ void DesktopCore::apply(SettingsChanges const& changes) {
   publish();
 }
 
-bool DesktopCore::isSaved(Uuid const& id) {
+std::vector<Uuid> DesktopCore::savedIdentifiers() {
   std::lock_guard const lock(mutex_);
-  return list_.find(id) != nullptr;
+  return identifiersOf(list_);
 }
 
 void DesktopCore::readPlaces() {
@@ -271,7 +225,7 @@ void DesktopCore::keep(Result<PlaceList, StoreError> list) {
 void DesktopCore::showSelected(RefreshTrigger trigger) {
   auto const place = [this] {
     std::lock_guard const lock(mutex_);
-    return selectedOf(list_, location_.here);
+    return selectedPlace(list_, location_.here);
   }();
   if (trigger == RefreshTrigger::start || place != state_.selectedPlace()) {
     hazards_.setPlace(place);
@@ -430,32 +384,11 @@ void DesktopCore::addPlace(SavedPlace place) {
   });
 }
 
-/// Rules that watched the place are kept, disabled.
-void DesktopCore::disableRulesOf(Uuid const& place) {
-  NotificationState rules(store_);
-  auto const before = rules.customNotifications();
-  if (!before) return;
-  std::vector<Uuid>& disabled = disabledRules_[place];
-  for (CustomNotification const& rule : before->rules) {
-    if (rule.isEnabled && rule.locationID == place) disabled.push_back(rule.id);
-  }
-  std::vector<Uuid> const remaining = [this] {
-    std::lock_guard const lock(mutex_);
-    return identifiersOf(list_);
-  }();
-  std::ignore = rules.disableWithoutPlace(remaining);
-}
-
-void DesktopCore::enableRulesOf(Uuid const& place) {
-  NotificationState rules(store_);
-  for (Uuid const& rule : disabledRules_[place]) std::ignore = rules.setEnabled(rule, true);
-  disabledRules_.erase(place);
-}
-
 void DesktopCore::removePlace(Uuid id) {
   commands_.run([this, id](std::stop_token const&) {
     change([&id](PlaceList& list) { return nimbara::removePlace(list, id); });
-    if (!isSaved(id)) disableRulesOf(id);
+    auto const remaining = savedIdentifiers();
+    if (std::ranges::count(remaining, id) == 0) removedRules_.disable(id, remaining);
   });
 }
 
@@ -466,7 +399,7 @@ void DesktopCore::restorePlace(SavedPlace place, int position, bool select) {
       if (auto const moved = nimbara::movePlace(list, place.id, position); !moved) return moved;
       return select ? nimbara::selectPlace(list, place.id) : PlaceResult();
     });
-    if (isSaved(place.id)) enableRulesOf(place.id);
+    if (std::ranges::count(savedIdentifiers(), place.id) > 0) removedRules_.enable(place.id);
     readKept(place.id, placeOf(place));
     publish();
   });

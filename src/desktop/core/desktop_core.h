@@ -13,6 +13,7 @@
 #include "desktop/core/desktop_notifications.h"
 #include "desktop/core/desktop_settings.h"
 #include "desktop/core/held_runner.h"
+#include "desktop/core/removed_rules.h"
 #include "desktop/views/places_view.h"
 #include "platform/application_instance.h"
 #include "platform/desktop_appearance.h"
@@ -22,7 +23,6 @@
 
 #include <atomic>
 #include <functional>
-#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -122,14 +122,12 @@ class DesktopCore {
   void followAppearance();
   void beginTheRest();
   void readPlaces();
-  bool isSaved(Uuid const& id);
+  std::vector<Uuid> savedIdentifiers();
   void apply(SettingsChanges const& changes);
   void noteAnswer(AppState::RefreshReport const& report);
   void keep(Result<PlaceList, StoreError> list);
   void noteLocation(LocationState::Phase phase, std::string message = {});
   void finishLocating(Result<LocationFix, LocationError> const& fix);
-  void disableRulesOf(Uuid const& place);
-  void enableRulesOf(Uuid const& place);
   void showSelected(RefreshTrigger trigger);
   void readKept(Uuid id, Place const& place);
   void readAllKept();
@@ -144,6 +142,7 @@ class DesktopCore {
   Listener listener_;
   Locate locate_;
   Places places_;
+  RemovedRules removedRules_;
   Composition composition_;
   TimerfdWakeTimer timer_;
 
@@ -155,7 +154,6 @@ class DesktopCore {
   std::string problem_;
 
   std::atomic<bool> hasBegun_ = false;  // the selected place is known: there is something to publish
-  std::map<Uuid, std::vector<Uuid>> disabledRules_;  // by removed place; of the thread of the commands
 
   bool hasBegunTheRest_ = false;  // of the thread of the commands
   ThreadPool work_;               // refreshes
