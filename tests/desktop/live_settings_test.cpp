@@ -66,6 +66,15 @@ class LiveSettings : public testing::Test {
         snapshots_.await([](DesktopSnapshot const& shown) { return shown.places.places.size() == 3; }));
   }
 
+  static CustomNotification ruleAt(SavedPlace const& place) {
+    CustomNotification rule;
+    rule.id = Uuid::random();
+    rule.title = "Windy";
+    rule.isEnabled = true;
+    rule.locationID = place.id;
+    return rule;
+  }
+
   static std::vector<std::string> namesOf(PlaceList const& list) {
     std::vector<std::string> names;
     for (SavedPlace const& place : list.places) names.push_back(place.name);
@@ -126,13 +135,8 @@ TEST_F(LiveSettings, AsksTheProviderThatWasChosen) {
 TEST_F(LiveSettings, TakesARemovalBackWithItsRules) {
   start();
   SavedPlace const two = placeAt("Two", {20, 20});
-  CustomNotification rule;
-  rule.id = Uuid::random();
-  rule.title = "Windy";
-  rule.isEnabled = true;
-  rule.locationID = two.id;
   NotificationState rules(other_);
-  ASSERT_TRUE(rules.add(rule));
+  ASSERT_TRUE(rules.add(ruleAt(two)));
   core_->selectPlace(two.id);
   core_->removePlace(two.id);
   ASSERT_TRUE(snapshots_.await([](DesktopSnapshot const& shown) { return shown.places.places.size() == 2; }));
@@ -150,13 +154,8 @@ TEST_F(LiveSettings, TakesARemovalBackWithItsRules) {
 TEST_F(LiveSettings, DisablesTheRulesOfARemovedPlace) {
   start();
   SavedPlace const two = placeAt("Two", {20, 20});
-  CustomNotification rule;
-  rule.id = Uuid::random();
-  rule.title = "Windy";
-  rule.isEnabled = true;
-  rule.locationID = two.id;
   NotificationState rules(other_);
-  ASSERT_TRUE(rules.add(rule));
+  ASSERT_TRUE(rules.add(ruleAt(two)));
   core_->removePlace(two.id);
   core_->selectPlace(placeAt("Three", {30, 30}).id);  // is done after it
   ASSERT_TRUE(snapshots_.await(

@@ -2,6 +2,7 @@
 
 #include "platform/application_id.h"
 #include "platform/linux/desktop_services.h"
+#include "support/heard_texts.h"
 #include "support/private_bus.h"
 #include "support/silent_bus.h"
 
@@ -23,27 +24,15 @@ constexpr std::chrono::seconds kLong{20};
 constexpr std::chrono::milliseconds kShort{50};
 constexpr char kInterface[] = "org.freedesktop.Application";
 
-class Calls {
+class Calls : public test::HeardTexts {
  public:
   ApplicationInstance::Listener listener() {
     return [this](ApplicationCall const& call) {
       std::string text = call.action + "(";
       for (std::string const& argument : call.arguments) text += argument + " ";
-      std::lock_guard const lock(mutex_);
-      texts_.push_back(text + ") " + call.activationToken);
-      changed_.notify_all();
+      add(text + ") " + call.activationToken);
     };
   }
-  std::vector<std::string> wait(std::size_t count) {
-    std::unique_lock lock(mutex_);
-    changed_.wait_for(lock, kLong, [&] { return texts_.size() >= count; });
-    return texts_;
-  }
-
- private:
-  std::mutex mutex_;
-  std::condition_variable changed_;
-  std::vector<std::string> texts_;
 };
 
 struct InstanceTest : testing::Test {

@@ -3,6 +3,7 @@
 #include "platform/application_id.h"
 #include "platform/linux/desktop_services.h"
 #include "platform/linux/sound_files.h"
+#include "support/heard_texts.h"
 #include "support/mock_notification_daemon.h"
 
 #include <gmock/gmock.h>
@@ -42,25 +43,13 @@ NotificationRequest named(std::string identifier) {
 }
 
 /// Keeps the responses and waits for them.
-class Responses {
+class Responses : public test::HeardTexts {
  public:
   NotificationCenter::Listener listener() {
     return [this](NotificationResponse const& response) {
-      std::lock_guard const lock(mutex_);
-      texts_.push_back(response.identifier + "/" + response.action + "/" + response.activationToken);
-      changed_.notify_all();
+      add(response.identifier + "/" + response.action + "/" + response.activationToken);
     };
   }
-  std::vector<std::string> wait(std::size_t count) {
-    std::unique_lock lock(mutex_);
-    changed_.wait_for(lock, kLong, [&] { return texts_.size() >= count; });
-    return texts_;
-  }
-
- private:
-  std::mutex mutex_;
-  std::condition_variable changed_;
-  std::vector<std::string> texts_;
 };
 
 class NotificationCenterTest : public testing::Test {

@@ -2,6 +2,7 @@
 
 #include "platform/application_id.h"
 #include "platform/linux/desktop_services.h"
+#include "support/heard_texts.h"
 #include "support/mock_tray_host.h"
 #include "support/silent_bus.h"
 
@@ -20,25 +21,13 @@ constexpr std::chrono::seconds kLong{20};
 constexpr char kMenuInterface[] = "com.canonical.dbusmenu";
 
 /// Keeps what the tray tells, as texts, and waits for it.
-class Told {
+class Told : public test::HeardTexts {
  public:
   Tray::Listener listener() {
     return [this](TrayEvent const& event) {
-      std::lock_guard const lock(mutex_);
-      texts_.push_back(std::string(enumName(event.kind)) + "/" + event.key + "/" + event.activationToken);
-      changed_.notify_all();
+      add(std::string(enumName(event.kind)) + "/" + event.key + "/" + event.activationToken);
     };
   }
-  std::vector<std::string> wait(std::size_t count) {
-    std::unique_lock lock(mutex_);
-    changed_.wait_for(lock, kLong, [&] { return texts_.size() >= count; });
-    return texts_;
-  }
-
- private:
-  std::mutex mutex_;
-  std::condition_variable changed_;
-  std::vector<std::string> texts_;
 };
 
 TrayFace face() {
