@@ -1,5 +1,6 @@
 #include "desktop/window/desktop_window.h"
 #include "page_checks.h"
+#include "page_states.h"
 #include "settings_states.h"
 
 #include <gmock/gmock.h>

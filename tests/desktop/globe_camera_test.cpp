@@ -16,24 +16,24 @@ Vector3 above(Coordinate place, double radii) {
 }
 
 TEST(GlobeCamera, ShowsNorthAboveAndEastToTheRight) {
-  auto const middle = kAboveGreenwich.project(above({0, 0}, 1));
+  auto const middle = GlobeSight(kAboveGreenwich).project(above({0, 0}, 1));
   ASSERT_TRUE(middle);
   EXPECT_NEAR(middle->x, 400, 1e-9);
   EXPECT_NEAR(middle->y, 300, 1e-9);
-  EXPECT_LT(kAboveGreenwich.project(above({30, 0}, 1))->y, 300);
-  EXPECT_GT(kAboveGreenwich.project(above({0, 30}, 1))->x, 400);
+  EXPECT_LT(GlobeSight(kAboveGreenwich).project(above({30, 0}, 1))->y, 300);
+  EXPECT_GT(GlobeSight(kAboveGreenwich).project(above({0, 30}, 1))->x, 400);
   GlobeCamera const elsewhere{52, 170, 2, 800, 600};
-  EXPECT_NEAR(elsewhere.project(above({52, 170}, 1.3))->x, 400, 1e-9);
-  EXPECT_GT(elsewhere.project(above({52, -170}, 1))->x, 400) << "beyond the 180th meridian";
+  EXPECT_NEAR(GlobeSight(elsewhere).project(above({52, 170}, 1.3))->x, 400, 1e-9);
+  EXPECT_GT(GlobeSight(elsewhere).project(above({52, -170}, 1))->x, 400) << "beyond the 180th meridian";
 }
 
 TEST(GlobeCamera, FindsByItsRaysWhatItProjects) {
   GlobeCamera const camera{35, -70, 1.7, 900, 700};
   for (Coordinate const place : {Coordinate{35, -70}, {10, -60}, {60, -100}, {-20, -75}}) {
     Vector3 const point = above(place, 1.1);
-    auto const at = camera.project(point);
+    auto const at = GlobeSight(camera).project(point);
     ASSERT_TRUE(at);
-    Vector3 const ray = camera.rayThrough(*at), eye = camera.eye();
+    Vector3 const ray = GlobeSight(camera).rayThrough(*at), eye = camera.eye();
     Vector3 const way{point[0] - eye[0], point[1] - eye[1], point[2] - eye[2]};
     EXPECT_NEAR(dot(ray, way) / std::sqrt(dot(way, way)), 1, 1e-12);
   }
@@ -44,19 +44,19 @@ TEST(GlobeCamera, KeepsTheEarthsRimWhereItSays) {
     GlobeCamera const camera{0, 0, zoom, 800, 600};
     // A line of sight that touches the earth makes a right angle with the radius there.
     double const angle = std::acos(1 / camera.distance());
-    auto const rim = camera.project({std::cos(angle), std::sin(angle), 0});
+    auto const rim = GlobeSight(camera).project({std::cos(angle), std::sin(angle), 0});
     ASSERT_TRUE(rim);
     EXPECT_NEAR(rim->x - 400, camera.earthRadius(), 1e-6);
   }
 }
 
 TEST(GlobeCamera, HidesWhatIsBeyondTheEarthOrBehindTheEye) {
-  EXPECT_FALSE(kAboveGreenwich.isHiddenByEarth(above({0, 0}, 1)));
-  EXPECT_TRUE(kAboveGreenwich.isHiddenByEarth(above({0, 180}, 1)));
-  EXPECT_TRUE(kAboveGreenwich.isHiddenByEarth(above({0, 180}, 6.6)));
-  EXPECT_FALSE(kAboveGreenwich.isHiddenByEarth(above({0, 90}, 6.6)));
-  EXPECT_TRUE(kAboveGreenwich.project(above({0, 180}, 6.6)));
-  EXPECT_FALSE(kAboveGreenwich.project(above({0, 0}, kAboveGreenwich.distance() + 0.1)));
+  EXPECT_FALSE(GlobeSight(kAboveGreenwich).isHiddenByEarth(above({0, 0}, 1)));
+  EXPECT_TRUE(GlobeSight(kAboveGreenwich).isHiddenByEarth(above({0, 180}, 1)));
+  EXPECT_TRUE(GlobeSight(kAboveGreenwich).isHiddenByEarth(above({0, 180}, 6.6)));
+  EXPECT_FALSE(GlobeSight(kAboveGreenwich).isHiddenByEarth(above({0, 90}, 6.6)));
+  EXPECT_TRUE(GlobeSight(kAboveGreenwich).project(above({0, 180}, 6.6)));
+  EXPECT_FALSE(GlobeSight(kAboveGreenwich).project(above({0, 0}, kAboveGreenwich.distance() + 0.1)));
 }
 
 TEST(GlobeCamera, KeepsWithinItsBounds) {
@@ -67,9 +67,9 @@ TEST(GlobeCamera, KeepsWithinItsBounds) {
 }
 
 TEST(GlobeCamera, MovesTheSurfaceWithThePointer) {
-  PicturePoint const before = *kAboveGreenwich.project(above({0, 0}, 1));
+  PicturePoint const before = *GlobeSight(kAboveGreenwich).project(above({0, 0}, 1));
   GlobeCamera const after = kAboveGreenwich.dragged(20, 10);
-  PicturePoint const moved = *after.project(above({0, 0}, 1));
+  PicturePoint const moved = *GlobeSight(after).project(above({0, 0}, 1));
   EXPECT_NEAR(moved.x - before.x, 20, 0.5);
   EXPECT_NEAR(moved.y - before.y, 10, 0.5);
 }
@@ -90,7 +90,7 @@ struct Picking : testing::Test {
 TEST_F(Picking, TakesTheNearestWithinReach) {
   add(above({0, 0}, 1.1));
   add(above({0, 2}, 1.1));
-  PicturePoint const second = *kAboveGreenwich.project(above({0, 2}, 1.1));
+  PicturePoint const second = *GlobeSight(kAboveGreenwich).project(above({0, 2}, 1.1));
   EXPECT_EQ(pick(400, 300), 0U);
   EXPECT_EQ(pick(second.x + 3, second.y), 1U);
   EXPECT_EQ(pick(400, 300 + 13.5), 0U);

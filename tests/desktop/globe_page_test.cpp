@@ -101,18 +101,6 @@ struct GlobePage : OffscreenTest {
   std::vector<std::string> asked;
 };
 
-std::shared_ptr<GlobeState const> crowded() {
-  GlobeStateMaker maker;
-  maker.group("stations")
-      .satellite("A-very-long-name-of-a-satellite-that-does-not-fit-anywhere-60", {0, 0}, 1.06, true);
-  maker.group("starlink");
-  for (int i = 0; i < 9000; ++i)
-    maker.satellite("STARLINK-" + std::to_string(i), {(i % 107) - 53.0, (i * 7 % 360) - 180.0}, 1.09);
-  maker.state().hasEarthquakes = true;
-  maker.state().chosen = ChosenSatellite{0, "sat.group.stations", {}, {{kNow, 0, 0, 400}, {kNow, 5, 5, 400}}};
-  return maker.made();
-}
-
 std::shared_ptr<GlobeState const> failed() {
   GlobeStateMaker maker;
   for (GlobeGroup& group : maker.state().groups) group.state = GlobeGroup::State::failed;
@@ -127,7 +115,7 @@ std::shared_ptr<GlobeState const> loading() {
 }
 
 TEST_F(GlobePage, IsPaintedWithoutAComplaint) {
-  for (auto* const make : {&someSatellites, &crowded, &failed, &loading}) {
+  for (auto* const make : {&someSatellites, &crowdedGlobe, &failed, &loading}) {
     state = make();
     for (auto const& [size, theme] : {std::pair(WindowSize{360, 640}, DesktopTheme::light),
                                       {WindowSize{1280, 800}, DesktopTheme::dark}}) {

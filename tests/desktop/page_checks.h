@@ -13,13 +13,6 @@
 
 namespace nimbara::test {
 
-inline std::vector<DesktopPage> everyPage() {
-  std::vector<DesktopPage> pages;
-  for (std::size_t i = 0; i < enumNames<DesktopPage>.size(); ++i)
-    pages.push_back(static_cast<DesktopPage>(i));
-  return pages;
-}
-
 inline void visitVisible(QQuickItem* item, std::function<void(QQuickItem*)> const& visit) {
   if (!item->isVisible()) return;
   visit(item);

@@ -51,32 +51,40 @@ Vector3 GlobeCamera::eye() const {
   return {far * back[0], far * back[1], far * back[2]};
 }
 
-Vector3 GlobeCamera::rayThrough(PicturePoint at) const {
-  Axes const axes = axesOf(*this);
-  Vector3 ray = sum({}, -focalLength(*this), axes.back);
-  ray = sum(ray, at.x - width / 2, axes.right);
-  ray = sum(ray, height / 2 - at.y, axes.up);
+GlobeSight::GlobeSight(GlobeCamera const& camera)
+    : focalLength_(nimbara::focalLength(camera)),
+      distance_(camera.distance()),
+      eye_(camera.eye()),
+      middle_{camera.width / 2, camera.height / 2} {
+  Axes const axes = axesOf(camera);
+  right_ = axes.right;
+  up_ = axes.up;
+  back_ = axes.back;
+}
+
+Vector3 GlobeSight::rayThrough(PicturePoint at) const {
+  Vector3 ray = sum({}, -focalLength_, back_);
+  ray = sum(ray, at.x - middle_.x, right_);
+  ray = sum(ray, middle_.y - at.y, up_);
   double const length = std::sqrt(dot(ray, ray));
   return {ray[0] / length, ray[1] / length, ray[2] / length};
 }
 
-std::optional<PicturePoint> GlobeCamera::project(Vector3 const& point) const {
+std::optional<PicturePoint> GlobeSight::project(Vector3 const& point) const {
   constexpr double kNearest = 0.02;
-  Axes const axes = axesOf(*this);
-  double const depth = distance() - dot(point, axes.back);
+  double const depth = distance_ - dot(point, back_);
   if (!(depth > kNearest)) return std::nullopt;
-  double const scale = focalLength(*this) / depth;
-  return PicturePoint{width / 2 + scale * dot(point, axes.right), height / 2 - scale * dot(point, axes.up)};
+  double const scale = focalLength_ / depth;
+  return PicturePoint{middle_.x + scale * dot(point, right_), middle_.y - scale * dot(point, up_)};
 }
 
-bool GlobeCamera::isHiddenByEarth(Vector3 const& point) const {
+bool GlobeSight::isHiddenByEarth(Vector3 const& point) const {
   // A hair less than the earth, so that what stands on the ground before us is not hidden by it.
   constexpr double kSquare = 0.999 * 0.999;
-  Vector3 const from = eye();
-  Vector3 const way = sum(point, -1, from);
-  double const along = -dot(from, way) / dot(way, way);
+  Vector3 const way = sum(point, -1, eye_);
+  double const along = -dot(eye_, way) / dot(way, way);
   if (along <= 0 || along >= 1) return dot(point, point) < kSquare;
-  Vector3 const closest = sum(from, along, way);
+  Vector3 const closest = sum(eye_, along, way);
   return dot(closest, closest) < kSquare;
 }
 
@@ -106,19 +114,19 @@ Vector3 directionTo(Coordinate place) {
 std::optional<std::uint32_t> nearestInPicture(GlobeCamera const& camera, PicturePoint at, double reach,
                                               std::span<float const> positions,
                                               std::span<std::uint32_t const> indices) {
-  Vector3 const eye = camera.eye();
-  Vector3 const ray = camera.rayThrough(at);
+  GlobeSight const sight(camera);
+  Vector3 const ray = sight.rayThrough(at);
   // The angle that the reach fills, as a tangent; the same all over the picture, near enough.
-  double nearest = reach / focalLength(camera);
+  double nearest = reach / sight.focalLength();
   std::optional<std::uint32_t> found;
   for (std::uint32_t const index : indices) {
     float const* const p = &positions[std::size_t{3} * index];
     Vector3 const point{p[0], p[1], p[2]};
-    Vector3 const way = sum(point, -1, eye);
+    Vector3 const way = sum(point, -1, sight.eye());
     double const along = dot(way, ray);
     if (!(along > 0) || dot(point, point) == 0) continue;
     double const aside = std::sqrt(std::max(0.0, dot(way, way) - along * along)) / along;
-    if (!(aside <= nearest) || camera.isHiddenByEarth(point)) continue;
+    if (!(aside <= nearest) || sight.isHiddenByEarth(point)) continue;
     nearest = aside;
     found = index;
   }

@@ -36,16 +36,33 @@ struct GlobeCamera {
   double earthRadius() const;
   double distance() const;
   Vector3 eye() const;
+
+  GlobeCamera turned(double degreesNorth, double degreesEast) const;
+  /// So that the surface follows a pointer that moves by so many pixels.
+  GlobeCamera dragged(double right, double down) const;
+  GlobeCamera zoomed(double factor) const;
+};
+
+/// What a camera sees, with all that follows from it alone computed once: for many points.
+class GlobeSight {
+ public:
+  explicit GlobeSight(GlobeCamera const& camera);
+
+  Vector3 const& eye() const { return eye_; }
+  /// Distance of the picture's plane from the eye, pixels.
+  double focalLength() const { return focalLength_; }
   /// Unit vector from the eye through a place in the picture.
   Vector3 rayThrough(PicturePoint at) const;
   /// Nothing for what lies behind the eye.
   std::optional<PicturePoint> project(Vector3 const& point) const;
   bool isHiddenByEarth(Vector3 const& point) const;
 
-  GlobeCamera turned(double degreesNorth, double degreesEast) const;
-  /// So that the surface follows a pointer that moves by so many pixels.
-  GlobeCamera dragged(double right, double down) const;
-  GlobeCamera zoomed(double factor) const;
+ private:
+  Vector3 right_, up_, back_;  // unit vectors of the picture
+  double focalLength_;
+  double distance_;
+  Vector3 eye_;
+  PicturePoint middle_;
 };
 
 /// The unit vector to a place on a spherical earth.

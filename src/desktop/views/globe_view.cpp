@@ -105,11 +105,12 @@ bool isInPicture(GlobeCamera const& camera, PicturePoint at) {
 
 GlobeLabel labelAt(std::string text, bool isPlace, Vector3 const& point, GlobeCamera const& camera) {
   GlobeLabel label{std::move(text), isPlace, 0, 0, false};
-  auto const at = camera.project(point);
+  GlobeSight const sight(camera);
+  auto const at = sight.project(point);
   if (!at) return label;
   label.x = at->x;
   label.y = at->y;
-  label.isShown = isInPicture(camera, *at) && !camera.isHiddenByEarth(point);
+  label.isShown = isInPicture(camera, *at) && !sight.isHiddenByEarth(point);
   return label;
 }
 

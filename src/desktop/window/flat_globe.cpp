@@ -13,7 +13,7 @@ namespace nimbara {
 namespace {
 
 constexpr double kRadians = std::numbers::pi / 180;
-constexpr double kMostDiscPixels = 420'000;  // what is painted within a frame or two
+constexpr double kMostDiscPixels = 300'000;  // what is painted within a frame or two
 
 /// Where a ray from the eye meets the earth; nothing when it passes by.
 std::optional<Vector3> groundOf(Vector3 const& eye, Vector3 const& ray) {
@@ -34,7 +34,7 @@ QRgb shaded(QRgb texel, double height, double facing) {
   double const day = smoothStep(-0.12, 0.16, height);
   double const light = 0.09 + 0.91 * day * (0.72 + 0.28 * std::max(0.0, height));
   double const lamps = (1 - day) * qAlpha(texel) / 255.0;
-  double const haze = std::pow(1 - facing, 3) * (0.08 + 0.5 * day);
+  double const haze = (1 - facing) * (1 - facing) * (1 - facing) * (0.08 + 0.5 * day);
   auto const mix = [&](int channel, double lamp, double air) {
     double const value = channel * light + 255 * lamps * lamp + 13 * (1 - day) * air;
     return static_cast<int>(std::clamp(value + (255 * air - value) * haze, 0.0, 255.0));
@@ -48,7 +48,7 @@ QImage paintDisc(QImage const& earth, GlobeCamera const& camera, Vector3 const& 
                  double shrink) {
   QImage disc(size, QImage::Format_ARGB32_Premultiplied);
   disc.fill(Qt::transparent);
-  Vector3 const eye = camera.eye();
+  GlobeSight const sight(camera);
   double const reach = camera.earthRadius() / shrink + 1;
   double const middleX = size.width() / 2.0, middleY = size.height() / 2.0;
   for (int y = std::max(0, int(middleY - reach)); y < std::min(size.height(), int(middleY + reach) + 1);
@@ -57,8 +57,8 @@ QImage paintDisc(QImage const& earth, GlobeCamera const& camera, Vector3 const& 
     double const half = std::sqrt(std::max(0.0, reach * reach - (y - middleY) * (y - middleY)));
     int const end = std::min(size.width(), int(middleX + half) + 1);
     for (int x = std::max(0, int(middleX - half)); x < end; ++x) {
-      Vector3 const ray = camera.rayThrough({(x + 0.5) * shrink, (y + 0.5) * shrink});
-      auto const ground = groundOf(eye, ray);
+      Vector3 const ray = sight.rayThrough({(x + 0.5) * shrink, (y + 0.5) * shrink});
+      auto const ground = groundOf(sight.eye(), ray);
       if (!ground) continue;
       double const latitude = std::asin(std::clamp((*ground)[2], -1.0, 1.0)) / kRadians;
       double const longitude = std::atan2((*ground)[1], (*ground)[0]) / kRadians;
@@ -110,10 +110,11 @@ void FlatGlobe::paint(QPainter* painter) {
 
 void FlatGlobe::paintStars(QPainter& painter) const {
   static std::vector<InstanceRow> const kStars = starRows();
+  GlobeSight const sight(model_->camera());
   for (InstanceRow const& star : kStars) {
     Vector3 const place{star.row2[3] / kSceneRadius, star.row0[3] / kSceneRadius,
                         star.row1[3] / kSceneRadius};
-    auto const at = model_->camera().project(place);
+    auto const at = sight.project(place);
     float const side = 1.5F * star.data[0];
     auto const [red, green, blue, opacity] = star.color;
     if (at)
@@ -126,11 +127,12 @@ void FlatGlobe::paintEarthquakes(QPainter& painter) const {
   if (state.hidden.contains(kEarthquakeRow)) return;
   painter.setBrush(Qt::NoBrush);
   painter.setPen(QPen(QColor(255, 110, 70, 200), 1.5));
+  GlobeSight const sight(model_->camera());
   for (EarthquakeEvent const& event : *state.earthquakes) {
     if (!(event.magnitude >= kLeastShownMagnitude) || !isValid(event.coordinate())) continue;
     Vector3 const ground = directionTo(event.coordinate());
-    auto const at = model_->camera().project(ground);
-    if (!at || model_->camera().isHiddenByEarth(ground)) continue;
+    auto const at = sight.project(ground);
+    if (!at || sight.isHiddenByEarth(ground)) continue;
     double const radius = 3 + 2.5 * (event.magnitude - kLeastShownMagnitude);
     painter.drawEllipse(QPointF(at->x, at->y), radius, radius);
   }
@@ -138,12 +140,12 @@ void FlatGlobe::paintEarthquakes(QPainter& painter) const {
 
 void FlatGlobe::paintOrbit(QPainter& painter) const {
   if (!model_->state().chosen) return;
-  GlobeCamera const& camera = model_->camera();
+  GlobeSight const sight(model_->camera());
   painter.setPen(QPen(QColor(255, 237, 168, 200), 1.6));
   std::optional<PicturePoint> before;
   for (OrbitPoint const& point : model_->state().chosen->orbit) {
     Vector3 const place = spacePoint(point);
-    auto const at = camera.isHiddenByEarth(place) ? std::nullopt : camera.project(place);
+    auto const at = sight.isHiddenByEarth(place) ? std::nullopt : sight.project(place);
     if (before && at) painter.drawLine(QPointF(before->x, before->y), QPointF(at->x, at->y));
     before = at;
   }
@@ -151,16 +153,17 @@ void FlatGlobe::paintOrbit(QPainter& painter) const {
 
 void FlatGlobe::paintSatellites(QPainter& painter) const {
   GlobeState const& state = model_->state();
-  GlobeCamera const& camera = model_->camera();
+  GlobeSight const sight(model_->camera());
+  bool const isSmall = model_->camera().earthRadius() < 180;
   painter.setPen(Qt::NoPen);
   painter.setRenderHint(QPainter::Antialiasing, false);
   for (auto const& group : state.catalogue->groups) {
     auto const* const known = SatelliteCatalog::group(group.groupID);
     if (known == nullptr || state.hidden.contains(legendName(*known))) continue;
-    int const side = (group.indices.size() > 500 ? 2 : 4) / (camera.earthRadius() < 180 ? 2 : 1);
+    int const side = (group.indices.size() > 500 ? 2 : 4) / (isSmall ? 2 : 1);
     for (std::uint32_t const entry : group.indices) {
       auto const place = satellitePosition(state, entry);
-      auto const at = place && !camera.isHiddenByEarth(*place) ? camera.project(*place) : std::nullopt;
+      auto const at = place && !sight.isHiddenByEarth(*place) ? sight.project(*place) : std::nullopt;
       if (!at) continue;
       float const* const c = &state.frame->colorData[std::size_t{4} * entry];
       painter.fillRect(QRectF(at->x - side / 2.0, at->y - side / 2.0, side, side),

@@ -1,0 +1,147 @@
+// What the pages may have to show, from the ordinary to the worst, by name.
+#pragma once
+
+#include "desktop/core/desktop_options.h"
+#include "hazard_states.h"
+#include "notifications_states.h"
+#include "settings_states.h"
+#include "states.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace nimbara::test {
+
+inline std::vector<DesktopPage> everyPage() {
+  std::vector<DesktopPage> pages;
+  for (std::size_t i = 0; i < enumNames<DesktopPage>.size(); ++i)
+    pages.push_back(static_cast<DesktopPage>(i));
+  return pages;
+}
+
+inline WeatherState polarState() {
+  WeatherState state = stateOf(mildWeek());
+  state.weatherData->location.latitude = 80;
+  return state;
+}
+
+inline WeatherState staleState() {
+  WeatherState state = stateOf(mildWeek());
+  state.isShowingStaleData = true;
+  state.lastUpdated = kNow - std::chrono::days(3);
+  state.error = AppError{AppError::Case::networkError, "The service has a fault"};
+  return state;
+}
+
+inline WeatherState alertState() {
+  WeatherState state = stateOf(mildWeek());
+  for (int i = 0; i < 500; ++i) {
+    state.govAlerts.push_back(alertOf(static_cast<AlertSeverity>(i % 4), "Warning " + std::to_string(i)));
+    state.govAlerts.back().description = std::string(2000, 'w');
+  }
+  return state;
+}
+
+inline WeatherState unknownState() {
+  WeatherState state = stateOf(mildWeek());
+  state.weatherData->current.condition = WeatherConditionCode::unknown;
+  for (HourlyForecast& hour : state.weatherData->allHourly) hour.condition = WeatherConditionCode::unknown;
+  return state;
+}
+
+inline WeatherState failedState() {
+  WeatherState state;
+  state.error = AppError{AppError::Case::offline, {}};
+  return state;
+}
+
+/// As many of everything as there may be.
+inline std::shared_ptr<DesktopSnapshot> manyHazards() {
+  WeatherState state = alertState();
+  for (WeatherAlert& alert : state.govAlerts) alert.isGovAlert = true;
+  auto snapshot = snapshotOf(std::move(state));
+  HazardsState hazards = hazardsOf(checkOf(*snapshot->place));
+  for (int i = 0; i < 600; ++i) {
+    hazards.quakes.data.push_back(
+        quakeOf(std::to_string(i), i % 9, {i % 170 - 85.0, i % 360 - 180.0}, std::chrono::minutes(2 * i)));
+  }
+  hazards.filter = {0, -10};
+  snapshot->hazards = shared(std::move(hazards));
+  return snapshot;
+}
+
+inline std::shared_ptr<DesktopSnapshot> uncheckedHazards() {
+  auto snapshot = snapshotOf(stateOf(mildWeek()));
+  HazardsState hazards = hazardsOf(checkOf(*snapshot->place));
+  hazards.official.failedSince = kNow;
+  for (auto* const problem : {&hazards.official.problem, &hazards.quakes.problem, &hazards.kp.problem}) {
+    *problem = "the service answered with status 503";
+  }
+  hazards.kp.checkedAt.reset();
+  hazards.kp.data.reset();
+  hazards.kpRecent.clear();
+  hazards.kpForecast.data.clear();
+  snapshot->hazards = shared(std::move(hazards));
+  return snapshot;
+}
+
+inline std::shared_ptr<DesktopSnapshot> uncoveredHazards() {
+  auto snapshot = snapshotOf(stateOf(mildWeek()));
+  HazardsState hazards = hazardsOf(checkOf(*snapshot->place));
+  hazards.official.sources.clear();
+  hazards.filter = {500, 2.5};
+  hazards.quakes.data = {quakeOf("a", 6, snapshot->place->coordinate, std::chrono::minutes(5))};
+  snapshot->hazards = shared(std::move(hazards));
+  return snapshot;
+}
+
+inline std::shared_ptr<DesktopSnapshot> noPlaces() {
+  auto snapshot = std::make_shared<DesktopSnapshot>();
+  snapshot->problem = "the settings cannot be read";
+  return snapshot;
+}
+
+/// Settings that ask for attention, and a current location that is denied.
+inline std::shared_ptr<DesktopSnapshot> troubled() {
+  auto snapshot = snapshotOf(stateOf(mildWeek()));
+  snapshot->settings = std::make_shared<SettingsState const>(troubledSettings());
+  snapshot->location.phase = LocationState::Phase::denied;
+  return snapshot;
+}
+
+inline std::shared_ptr<DesktopSnapshot> here() {
+  auto snapshot = snapshotOf(stateOf(mildWeek()));
+  snapshot->places.offersCurrentLocation = true;
+  snapshot->places.lastFix = LocationFix{{52.52, 13.41}, 1000, kNow};
+  snapshot->places.selected = kCurrentLocation;
+  snapshot->kept[kCurrentLocation] = std::make_shared<WeatherData const>(mildWeek());
+  return snapshot;
+}
+
+struct StateRow {
+  char const* name;
+  std::shared_ptr<DesktopSnapshot> (*snapshot)();
+};
+
+inline constexpr StateRow kStates[] = {
+    {"fresh", [] { return snapshotOf(stateOf(mildWeek())); }},
+    {"stale", [] { return snapshotOf(staleState()); }},
+    {"failed", [] { return snapshotOf(failedState()); }},
+    {"noPlaces", noPlaces},
+    {"alerts", [] { return snapshotOf(alertState()); }},
+    {"manyHazards", manyHazards},
+    {"uncheckedHazards", uncheckedHazards},
+    {"uncoveredHazards", uncoveredHazards},
+    {"polar", [] { return snapshotOf(polarState()); }},
+    {"unknown", [] { return snapshotOf(unknownState()); }},
+    {"notifications", [] { return notifying(crowdedState()); }},
+    {"troubled", troubled},
+    {"here", here},
+    {"longName",
+     [] {
+       return snapshotOf(stateOf(mildWeek()), "Llanfair-upon-the-very-long-and-winding-river-by-the-old-sea");
+     }},
+};
+
+}  // namespace nimbara::test
