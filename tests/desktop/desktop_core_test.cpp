@@ -84,6 +84,18 @@ TEST_F(Core, TheFirstSnapshotIsOfThePlaceThatWasAskedFor) {
   EXPECT_TRUE(first->weather->weatherData);
 }
 
+TEST_F(Core, ChoosesAmongThePlacesThatItBeginsWith) {
+  environment.dataDirectory = folder.path() / "fresh";
+  auto options = optionsOf("Lima", false);
+  options.places = {savedPlace("Oslo", {59.91, 10.75}), savedPlace("Lima", {-12.05, -77.04})};
+  DesktopCore const core(environment, std::move(options), [this](SnapshotBox::Snapshot snapshot) {
+    if (!first) first = std::move(snapshot);
+    box.put(first);
+  });
+  ASSERT_TRUE(waitFor([](DesktopSnapshot const&) { return true; }));
+  EXPECT_EQ(nameOf(*first), "Lima");
+}
+
 TEST_F(Core, ChoosesAPlaceByWhatItIsCalled) {
   auto const core = start();
   std::string const id = savedPlace("Oslo", {}).id.text();

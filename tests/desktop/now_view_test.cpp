@@ -43,16 +43,16 @@ constexpr auto kSnow = WeatherConditionCode::lightSnow;
 INSTANTIATE_TEST_SUITE_P(
     Rows, NextHours,
     testing::Values(SentenceRow{0, 0, 0, 0, kRain, "No rain in the next twelve hours."},
-                    SentenceRow{3, 5, 1, 80, kRain, "Rain is expected to start around 3 PM."},
-                    SentenceRow{3, 5, 0.1, 40, kRain, "Rain is expected to start around 3 PM."},
+                    SentenceRow{3, 5, 1, 80, kRain, "Rain is expected to start around 15:00."},
+                    SentenceRow{3, 5, 0.1, 40, kRain, "Rain is expected to start around 15:00."},
                     SentenceRow{3, 5, 0.09, 40, kRain, "No rain in the next twelve hours."},
                     SentenceRow{3, 5, 0.1, 39, kRain, "No rain in the next twelve hours."},
-                    SentenceRow{0, 2, 1, 80, kRain, "Rain should ease by around 2 PM."},
+                    SentenceRow{0, 2, 1, 80, kRain, "Rain should ease by around 14:00."},
                     SentenceRow{0, 14, 1, 80, kRain, "Rain for at least twelve hours."},
-                    SentenceRow{12, 14, 1, 80, kRain, "Rain is expected to start around tomorrow 12 AM."},
+                    SentenceRow{12, 14, 1, 80, kRain, "Rain is expected to start around Sunday 00:00."},
                     SentenceRow{13, 14, 1, 80, kRain, "No rain in the next twelve hours."},
-                    SentenceRow{4, 6, 1, 80, kSnow, "Snow is expected to start around 4 PM."},
-                    SentenceRow{0, 3, 1, 80, kSnow, "Snow should ease by around 3 PM."},
+                    SentenceRow{4, 6, 1, 80, kSnow, "Snow is expected to start around 16:00."},
+                    SentenceRow{0, 3, 1, 80, kSnow, "Snow should ease by around 15:00."},
                     SentenceRow{0, 20, 1, 80, kSnow, "Snow for at least twelve hours."}));
 
 TEST(NowView, TellsTheReadingInTheUsersUnits) {
@@ -74,6 +74,15 @@ TEST(NowView, ReadsTheClockOfThePlace) {
   WeatherState state = stateOf(mildWeek());
   state.weatherData->location.timeZone = "Asia/Tokyo";
   EXPECT_EQ(nowView(state, Place{}, contextAt(kNow)).localTime, "Saturday, 21 November, 21:20");
+}
+
+TEST(NowView, CallsNoNightSunny) {
+  WeatherState state = stateOf(mildWeek());
+  state.weatherData->current.condition = WeatherConditionCode::sunny;
+  state.weatherData->location.timeZone = "UTC";
+  EXPECT_EQ(nowView(state, Place{}, contextAt(kNow)).condition, "Sunny");
+  state.weatherData->location.longitude = 180;
+  EXPECT_EQ(nowView(state, Place{}, contextAt(kNow)).condition, "Clear");
 }
 
 TEST(NowView, SaysWhatIsOldAndWhy) {

@@ -167,14 +167,13 @@ void DesktopCore::begin(std::vector<SavedPlace> const& places, std::string const
     return list_.places.empty();
   }();
   if (isEmpty && !places.empty()) {
-    change([&places](PlaceList& list) -> PlaceResult {
+    keep(places_.change([&places](PlaceList& list) -> PlaceResult {
       for (SavedPlace const& saved : places) std::ignore = nimbara::addPlace(list, saved);
       return {};
-    });
-  } else {
-    if (!place.empty()) select(place);
-    showSelected(RefreshTrigger::start);
+    }));
   }
+  if (!place.empty()) select(place);
+  showSelected(RefreshTrigger::start);
   settings_.noteProviders(composition_);
   apply(settings_.reread());
   if (held_.isReleased()) beginTheRest();

@@ -9,6 +9,7 @@ ScrollPage {
     readonly property bool isTight: inner < 300 * Theme.scale
 
     Rectangle {
+        id: sky
         width: page.inner
         height: head.height + 6 * Theme.space
         radius: 1.5 * Theme.radius
@@ -18,6 +19,25 @@ ScrollPage {
         }
         Accessible.role: Accessible.StaticText
         Accessible.name: app.now.summary || app.now.place || app.words.noWeather
+
+        Later {
+            id: scenery
+            readonly property real begin: head.x + Math.max(place.implicitWidth, area.implicitWidth, reading.childrenRect.width, sentence.implicitWidth) + 3 * Theme.space
+            readonly property bool hasRoom: parent.width - begin > 200
+            anchors.right: parent.right
+            width: parent.width - begin
+            height: parent.height
+            visible: hasRoom && app.now.hasReading
+            file: hasRoom ? "Scenery.qml" : ""
+            opacity: status === Loader.Ready ? 1 : 0
+            Behavior on opacity { NumberAnimation { duration: Theme.quick } }
+            Binding {
+                target: scenery.item
+                when: scenery.status === Loader.Ready
+                property: "radius"
+                value: sky.radius
+            }
+        }
 
         Column {
             id: head
@@ -36,6 +56,7 @@ ScrollPage {
                     width: parent.width - again.width - Theme.space
                     spacing: 2
                     Text {
+                        id: place
                         width: parent.width
                         text: app.now.place
                         horizontalAlignment: Text.AlignLeft
@@ -49,6 +70,7 @@ ScrollPage {
                         Accessible.name: text
                     }
                     Text {
+                        id: area
                         width: parent.width
                         text: [app.now.area, app.now.localTime].filter(part => part !== "").join("  ·  ")
                         horizontalAlignment: Text.AlignLeft
@@ -69,6 +91,7 @@ ScrollPage {
             }
 
             Flow {
+                id: reading
                 width: parent.width
                 spacing: 2 * Theme.space
                 visible: app.now.hasReading
@@ -122,6 +145,7 @@ ScrollPage {
                 Accessible.name: text
             }
             Text {
+                id: sentence
                 width: parent.width
                 visible: text !== ""
                 text: app.now.sentence

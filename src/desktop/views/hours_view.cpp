@@ -63,7 +63,7 @@ HourView hourView(HourlyForecast const& hour, WeatherData const& data, Calendar 
   view.wind = display(hour.windSpeedKmph, context.units.wind);
   view.direction = compassDegrees(hour.windDirection).value_or(0);
   view.sentence = joined(
-      {words.weekday(hour.date) + " " + formatClock24(local), context.condition(hour.condition),
+      {words.weekday(hour.date) + " " + formatClock24(local), context.condition(hour.condition, view.isDay),
        view.temperature, view.chance.empty() ? "" : context.texts.format("desktop.chance", view.chance),
        view.amount,
        context.text("report.wind") + " " + context.wind(hour.windSpeedKmph) + " " + hour.windDirection});
@@ -102,7 +102,7 @@ DayView dayView(DailyForecast const& day, Range const& range, Calendar const& ca
       calendar.isSameDay(day.date, context.now) ? context.text("report.today") : words.weekday(day.date);
   view.date = words.format(day.date, context.texts.text("desktop.dayDate"));
   view.sky = skyName(summary.condition.value_or(WeatherConditionCode::unknown));
-  view.condition = context.condition(summary.condition.value_or(WeatherConditionCode::unknown));
+  view.condition = context.condition(summary.condition.value_or(WeatherConditionCode::unknown), true);
   view.lowest = context.degrees(day.minTempC, day.minTempF);
   view.highest = context.degrees(day.maxTempC, day.maxTempF);
   view.barFrom = range.share(day.minTempC);
@@ -136,18 +136,18 @@ MeteogramPoint pointOf(HourlyForecast const& hour, Instant begin, WeatherData co
   point.when = words.weekday(hour.date) + " " + formatClock24(calendar.local(hour.date));
   std::string const feels =
       context.texts.format("report.feelsLike", context.degrees(hour.feelsLikeC, hour.feelsLikeF));
-  point.readings =
-      joined({context.condition(hour.condition), context.temperature(hour.tempC, hour.tempF), feels,
-              context.precipitation(hour.precipMM) + " (" +
-                  percent(std::max(hour.chanceOfRain, hour.chanceOfSnow)) + ")",
-              context.wind(hour.windSpeedKmph) + " " + hour.windDirection,
-              hour.windGustKmph > hour.windSpeedKmph
-                  ? context.texts.format("report.gusts", context.wind(hour.windGustKmph))
-                  : "",
-              hour.has(WeatherDetailField::pressure) ? context.pressure(hour.pressure) : "",
-              hour.has(WeatherDetailField::cloudCover)
-                  ? context.text("report.clouds") + " " + percent(hour.cloudCover)
-                  : ""});
+  point.readings = joined({context.condition(hour.condition, point.isDay),
+                           context.temperature(hour.tempC, hour.tempF), feels,
+                           context.precipitation(hour.precipMM) + " (" +
+                               percent(std::max(hour.chanceOfRain, hour.chanceOfSnow)) + ")",
+                           context.wind(hour.windSpeedKmph) + " " + hour.windDirection,
+                           hour.windGustKmph > hour.windSpeedKmph
+                               ? context.texts.format("report.gusts", context.wind(hour.windGustKmph))
+                               : "",
+                           hour.has(WeatherDetailField::pressure) ? context.pressure(hour.pressure) : "",
+                           hour.has(WeatherDetailField::cloudCover)
+                               ? context.text("report.clouds") + " " + percent(hour.cloudCover)
+                               : ""});
   return point;
 }
 

@@ -52,10 +52,10 @@ std::string noticeOf(WeatherState const& state, ViewContext const& context, Time
 void fillPresent(NowView& view, WeatherData const& data, Present const& present, ViewContext const& context) {
   view.hasReading = true;
   view.temperature = context.degrees(present.tempC, present.tempF);
-  view.condition = context.condition(present.condition);
   view.feelsLike =
       context.texts.format("report.feelsLike", context.degrees(present.feelsLikeC, present.feelsLikeF));
   view.isDay = isDayAt(data, context.now);
+  view.condition = context.condition(present.condition, view.isDay);
   view.sky = skyName(present.condition);
 }
 
@@ -240,7 +240,7 @@ std::string nextHoursSentence(WeatherData const& data, ViewContext const& contex
     return context.text(!isWetNow ? "desktop.next.dry" : "desktop.next." + snow);
   }
   std::string const key = "push." + snow + (isWetNow ? "Stop" : "Start") + ".bodyAt";
-  return context.texts.format(key, words.hourLabel(change->date, context.now));
+  return context.texts.format(key, words.moment(change->date, context.now));
 }
 
 std::vector<TileView> tileViews(WeatherState const& state, ViewContext const& context) {
@@ -251,6 +251,13 @@ std::vector<TileView> tileViews(WeatherState const& state, ViewContext const& co
   std::vector<TileView> tiles{windTile(*present, context)};
   addMeasures(tiles, data, *present, context);
   return tiles;
+}
+
+SkyScene sceneView(WeatherState const& state, ViewContext const& context) {
+  if (!state.weatherData) return {};
+  auto const present = presentAt(*state.weatherData, context.now);
+  return skyScene(present ? present->condition : WeatherConditionCode::unknown,
+                  coordinateOf(*state.weatherData), context.now);
 }
 
 SkyView skyView(WeatherState const& state, ViewContext const& context) {

@@ -4,6 +4,7 @@
 
 #include "app/place.h"
 #include "app/weather_state.h"
+#include "desktop/views/sky_scene.h"
 #include "desktop/views/view_context.h"
 #include "desktop/views/view_fields.h"
 
@@ -108,6 +109,8 @@ inline constexpr auto viewFields<SkyView> = std::tuple{
 NowView nowView(WeatherState const& state, std::optional<Place> const& place, ViewContext const& context);
 std::vector<TileView> tileViews(WeatherState const& state, ViewContext const& context);
 SkyView skyView(WeatherState const& state, ViewContext const& context);
+/// The sky over the place as it is now; an empty one without weather.
+SkyScene sceneView(WeatherState const& state, ViewContext const& context);
 
 /// What the next twelve hours bring, in one sentence; empty without hours.
 std::string nextHoursSentence(WeatherData const& data, ViewContext const& context);

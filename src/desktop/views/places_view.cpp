@@ -21,7 +21,7 @@ void fillWeather(View& view, WeatherData const& data, ViewContext const& context
   if (auto const present = presentAt(data, context.now)) {
     view.temperature = context.degrees(present->tempC, present->tempF);
     view.sky = skyName(present->condition);
-    view.sentence += ", " + view.temperature + ", " + context.condition(present->condition);
+    view.sentence += ", " + view.temperature + ", " + context.condition(present->condition, view.isDay);
   }
   if (DailyForecast const* const day = dayAt(data, context.now)) {
     view.range = context.texts.format("desktop.range", context.degrees(day->maxTempC, day->maxTempF),

@@ -38,7 +38,8 @@ std::string ViewContext::visibility(double km) const {
   return measured(number == "0" ? "< 1" : number, symbol(units.distance));
 }
 
-std::string ViewContext::condition(WeatherConditionCode code) const {
+std::string ViewContext::condition(WeatherConditionCode code, bool isDay) const {
+  if (code == WeatherConditionCode::sunny && !isDay) return text("desktop.clearNight");
   return text("condition." + std::string(enumName(code)));
 }
 

@@ -30,7 +30,8 @@ struct ViewContext {
   std::string precipitation(double mm) const;  ///< "3.3 mm"
   std::string pressure(double hPa) const;      ///< "1013 hPa"
   std::string visibility(double km) const;     ///< "14 km", "< 1 km"
-  std::string condition(WeatherConditionCode code) const;
+  /// A clear night is not sunny.
+  std::string condition(WeatherConditionCode code, bool isDay) const;
 };
 
 /// "51 km/h": a number and its unit, with a space that does not break.

@@ -41,6 +41,7 @@ class DesktopModel : public QObject {
   Q_OBJECT
   Q_PROPERTY(nimbara::RecordModel* now READ now CONSTANT)
   Q_PROPERTY(nimbara::RecordModel* skyToday READ skyToday CONSTANT)
+  Q_PROPERTY(nimbara::RecordModel* scene READ scene CONSTANT)
   Q_PROPERTY(nimbara::RecordModel* words READ words CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* alerts READ alerts CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* tiles READ tiles CONSTANT)
@@ -84,6 +85,7 @@ class DesktopModel : public QObject {
 
   RecordModel* now() { return now_; }
   RecordModel* skyToday() { return sky_; }
+  RecordModel* scene() { return scene_; }
   RecordModel* words() { return words_; }
   RecordListModel* alerts() { return alerts_; }
   RecordListModel* tiles() { return tiles_; }
@@ -171,6 +173,7 @@ class DesktopModel : public QObject {
   GlobeModel* globe_;
   RecordModel* now_;
   RecordModel* sky_;
+  RecordModel* scene_;
   RecordModel* words_;
   RecordListModel* alerts_;
   RecordListModel* tiles_;

@@ -7,6 +7,7 @@
 #include "desktop/window/meteogram_item.h"
 #include "desktop/window/quake_map_item.h"
 #include "desktop/window/sky_items.h"
+#include "desktop/window/sky_scenery.h"
 
 #include <QGuiApplication>
 #include <QImage>
@@ -21,6 +22,7 @@ void registerItems() {
     qmlRegisterType<WindCompass>("NimbaraItems", 1, 0, "WindCompass");
     qmlRegisterType<SunArc>("NimbaraItems", 1, 0, "SunArc");
     qmlRegisterType<MoonDisc>("NimbaraItems", 1, 0, "MoonDisc");
+    qmlRegisterType<SkyScenery>("NimbaraItems", 1, 0, "SkyScenery");
     qmlRegisterType<MeteogramItem>("NimbaraItems", 1, 0, "MeteogramItem");
     qmlRegisterType<FlatGlobe>("NimbaraItems", 1, 0, "FlatGlobe");
     qmlRegisterAnonymousType<GlobeModel>("NimbaraItems", 1);

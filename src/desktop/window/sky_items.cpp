@@ -17,6 +17,18 @@ void repaintOnChange(auto* item) {
 
 }  // namespace
 
+QPainterPath litMoon(double radius, double illumination, bool isLitOnRight) {
+  // The terminator is half an ellipse, whose width follows from the lit share of the disc.
+  double const bulge = radius * (1 - 2 * std::clamp(illumination, 0.0, 1.0));
+  QPainterPath lit;
+  lit.moveTo(0, -radius);
+  lit.arcTo(QRectF(-radius, -radius, 2 * radius, 2 * radius), 90, -180);
+  QRectF const terminator(-std::abs(bulge), -radius, 2 * std::abs(bulge), 2 * radius);
+  lit.arcTo(terminator, -90, bulge > 0 ? 180 : -180);
+  lit.closeSubpath();
+  return isLitOnRight ? lit : QTransform::fromScale(-1, 1).map(lit);
+}
+
 WindCompass::WindCompass(QQuickItem* parent) : QQuickPaintedItem(parent) {
   repaintOnChange(this);
 }
@@ -78,17 +90,8 @@ void MoonDisc::paint(QPainter* painter) {
   painter->setPen(Qt::NoPen);
   painter->setBrush(shade_);
   painter->drawEllipse(QPointF(0, 0), radius, radius);
-  if (!litOnRight_) painter->scale(-1, 1);
-  // The terminator is half an ellipse, whose width follows from the lit share of the disc.
-  double const bulge = radius * (1 - 2 * std::clamp(illumination_, 0.0, 1.0));
-  QPainterPath lit;
-  lit.moveTo(0, -radius);
-  lit.arcTo(QRectF(-radius, -radius, 2 * radius, 2 * radius), 90, -180);
-  QRectF const terminator(-std::abs(bulge), -radius, 2 * std::abs(bulge), 2 * radius);
-  lit.arcTo(terminator, -90, bulge > 0 ? 180 : -180);
-  lit.closeSubpath();
   painter->setBrush(lit_);
-  painter->drawPath(lit);
+  painter->drawPath(litMoon(radius, illumination_, litOnRight_));
 }
 
 }  // namespace nimbara

@@ -3,9 +3,13 @@
 #pragma once
 
 #include <QColor>
+#include <QPainterPath>
 #include <QQuickPaintedItem>
 
 namespace nimbara {
+
+/// The lit part of the moon's disc around the origin; `illumination` is its share, 0-1.
+QPainterPath litMoon(double radius, double illumination, bool isLitOnRight);
 
 class WindCompass : public QQuickPaintedItem {
   Q_OBJECT

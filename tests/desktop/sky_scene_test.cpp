@@ -1,0 +1,120 @@
+#include "desktop/views/sky_scene.h"
+
+#include "desktop/window/sky_scenery.h"
+#include "offscreen.h"
+#include "states.h"
+
+#include <QPainter>
+
+namespace nimbara {
+namespace {
+
+using namespace nimbara::test;
+
+struct SunRow {
+  char const* name;
+  Coordinate place;
+  char const* now;
+  double low, high;  // of the sun's way along the view
+};
+
+class Sun : public testing::TestWithParam<SunRow> {};
+
+TEST_P(Sun, CrossesTheViewTowardsTheEquator) {
+  SkyScene const scene = skyScene(WeatherConditionCode::sunny, GetParam().place, at(GetParam().now));
+  EXPECT_GT(scene.sunAltitude, 5);
+  EXPECT_GT(scene.sunAlong, GetParam().low);
+  EXPECT_LT(scene.sunAlong, GetParam().high);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, Sun,
+                         testing::Values(SunRow{"northMorning", {50, 0}, "2026-06-21T07:00:00Z", 0, 0.1},
+                                         SunRow{"northNoon", {50, 0}, "2026-06-21T12:00:00Z", 0.45, 0.55},
+                                         SunRow{"northEvening", {50, 0}, "2026-06-21T17:00:00Z", 0.9, 1},
+                                         SunRow{"southMorning", {-35, 0}, "2026-12-21T07:00:00Z", 0.9, 1},
+                                         SunRow{"southNoon", {-35, 0}, "2026-12-21T12:00:00Z", 0.45, 0.55},
+                                         SunRow{"southEvening", {-35, 0}, "2026-12-21T17:00:00Z", 0, 0.1}),
+                         [](auto const& row) { return std::string(row.param.name); });
+
+TEST(SkyScene, HasTheWeatherOfItsCondition) {
+  using enum WeatherConditionCode;
+  auto const sceneOf = [](WeatherConditionCode code) { return skyScene(code, {}, kNow); };
+  for (auto const code : {sunny, unknown}) EXPECT_EQ(sceneOf(code).clouds, 0);
+  EXPECT_LT(sceneOf(partlyCloudy).clouds, sceneOf(overcast).clouds);
+  EXPECT_LT(sceneOf(lightRain).rain, sceneOf(heavyRain).rain);
+  EXPECT_LT(sceneOf(lightSnow).snow, sceneOf(heavySnow).snow);
+  EXPECT_EQ(sceneOf(heavySnow).rain, 0);
+  EXPECT_TRUE(sceneOf(lightSleet).rain > 0 && sceneOf(lightSleet).snow > 0);
+  EXPECT_TRUE(sceneOf(thunderyShowers).hasLightning);
+  EXPECT_FALSE(sceneOf(heavyRain).hasLightning);
+  EXPECT_GT(sceneOf(fog).fog, 0);
+}
+
+TEST(SkyScene, LightsTheMoonOnTheOtherSideOfTheEquator) {
+  SkyScene const north = skyScene(WeatherConditionCode::sunny, {50, 0}, kNow);
+  SkyScene const south = skyScene(WeatherConditionCode::sunny, {-50, 0}, kNow);
+  EXPECT_NE(north.moonLitOnRight, south.moonLitOnRight);
+  EXPECT_EQ(north.moonIllumination, south.moonIllumination);
+}
+
+/// The item's picture; `set` names its properties.
+struct Scenery : OffscreenTest {
+  static QImage paint(std::initializer_list<std::pair<char const*, QVariant>> const& set) {
+    SkyScenery item;
+    item.setSize({400, 200});
+    for (auto const& [name, value] : set) EXPECT_TRUE(item.setProperty(name, value)) << name;
+    QImage picture(400, 200, QImage::Format_ARGB32_Premultiplied);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    item.paint(&painter);
+    return picture;
+  }
+  /// Pixels between two columns that something was painted on.
+  static int painted(QImage const& picture, int from, int until) {
+    int count = 0;
+    for (int y = 0; y < picture.height(); ++y) {
+      for (int x = from; x < until; ++x) count += qAlpha(picture.pixel(x, y)) > 8;
+    }
+    return count;
+  }
+};
+
+TEST_F(Scenery, LeavesTheSideOfTheTextsFree) {
+  std::initializer_list<std::pair<char const*, QVariant>> const storm{
+      {"clouds", 1}, {"rain", 1}, {"snow", 1}, {"fog", 1}, {"hasLightning", true}, {"sunAltitude", 30}};
+  QImage const ordinary = paint(storm);
+  EXPECT_EQ(painted(ordinary, 0, 4), 0);
+  EXPECT_GT(painted(ordinary, 200, 400), 10'000);
+  QImage const other = paint({{"clouds", 1}, {"rain", 1}, {"fadesToRight", true}});
+  EXPECT_EQ(painted(other, 396, 400), 0);
+  EXPECT_GT(painted(other, 0, 200), 1'000);
+}
+
+TEST_F(Scenery, HasStarsAtNightOnlyAndNotThroughClouds) {
+  EXPECT_GT(painted(paint({{"sunAltitude", -20}}), 0, 400), 50);
+  QImage const covered = paint({{"sunAltitude", -20}, {"clouds", 1}});
+  QImage const coveredDay = paint({{"sunAltitude", -8}, {"clouds", 1}});
+  EXPECT_EQ(painted(covered, 0, 400), painted(coveredDay, 0, 400)) << "clouds alone";
+}
+
+TEST_F(Scenery, ShowsTheSunWhereItStands) {
+  QImage const morning = paint({{"sunAltitude", 30}, {"sunAlong", 0.1}});
+  QImage const evening = paint({{"sunAltitude", 30}, {"sunAlong", 0.9}});
+  auto const brightest = [](QImage const& picture) {
+    int best = 0, column = 0;
+    for (int x = 0; x < picture.width(); ++x) {
+      for (int y = 0; y < picture.height(); ++y) {
+        if (int const alpha = qAlpha(picture.pixel(x, y)); alpha > best) {
+          best = alpha;
+          column = x;
+        }
+      }
+    }
+    return column;
+  };
+  EXPECT_LT(brightest(morning) + 100, brightest(evening));
+}
+
+}  // namespace
+}  // namespace nimbara
