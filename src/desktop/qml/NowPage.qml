@@ -5,7 +5,6 @@ import NimbaraPages
 ScrollPage {
     id: page
 
-    readonly property bool isWide: inner >= 760
     readonly property bool isTight: inner < 300 * Theme.scale
 
     Rectangle {
@@ -113,7 +112,7 @@ ScrollPage {
                     }
                 }
                 Column {
-                    topPadding: page.isWide ? 2.5 * Theme.space : 0
+                    topPadding: page.inner > 460 * Theme.scale ? 2.5 * Theme.space : 0
                     spacing: 3
                     Text {
                         text: app.now.condition

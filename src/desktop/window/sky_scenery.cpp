@@ -100,7 +100,7 @@ double SkyScenery::dayShare() const {
 
 /// How much of sun and moon themselves is seen; their light still is when they are not.
 double SkyScenery::discShare() const {
-  return std::clamp((0.75 - clouds_) / 0.35, 0.0, 1.0) * (1 - 0.8 * fog_);
+  return std::clamp((0.75 - clouds_) / 0.35, 0.0, 1.0) * (1 - 0.92 * fog_);
 }
 
 /// The horizon lies at the lower edge; the picture's upper edge is near 60 degrees.
@@ -190,12 +190,16 @@ void SkyScenery::paintFog(QPainter& painter) const {
     double const tall = height() * dice.between(0.10, 0.20);
     QRectF const band(width() * dice.between(0.0, 0.4), height() * (0.1 + 0.1 * i),
                       width() * dice.between(0.5, 0.8), tall);
-    QLinearGradient mist(band.left(), 0, band.right(), 0);
-    mist.setColorAt(0, faint(Qt::white, 0));
-    mist.setColorAt(0.5, faint(Qt::white, fog_ * (0.10 + 0.08 * dayShare())));
+    // A round glow, drawn out: soft on all sides.
+    QRadialGradient mist(0, 0, 1);
+    mist.setColorAt(0, faint(Qt::white, fog_ * (0.14 + 0.08 * dayShare())));
     mist.setColorAt(1, faint(Qt::white, 0));
+    painter.save();
+    painter.translate(band.center());
+    painter.scale(band.width() / 2, band.height());
     painter.setBrush(mist);
-    painter.drawRoundedRect(band, tall / 2, tall / 2);
+    painter.drawEllipse(QPointF(0, 0), 1, 1);
+    painter.restore();
   }
 }
 
