@@ -89,6 +89,27 @@ TEST_F(Shell, ClosingEndsWhereTheUserWantsThat) {
   EXPECT_TRUE(window->window()->close());
 }
 
+/// What the menu's last item, Ctrl+Q, a signal and the end of the session come to: the code of the end, 1
+/// when there is none.
+int codeOfQuitting(DesktopShell& shell) {
+  QTimer tooLate;
+  QObject::connect(&tooLate, &QTimer::timeout, [] { QCoreApplication::exit(1); });
+  tooLate.start(std::chrono::seconds(5));
+  shell.receive(TrayEvent{chosen, kTrayQuit, {}});
+  return QGuiApplication::exec();
+}
+
+TEST_F(Shell, QuittingIsNotHeldUpByTheTray) {
+  happen(hostCame);
+  EXPECT_EQ(codeOfQuitting(*shell), 0);
+}
+
+TEST_F(Shell, QuittingIsNotHeldUpByAHiddenWindow) {
+  happen(hostCame);
+  EXPECT_FALSE(window->window()->close());
+  EXPECT_EQ(codeOfQuitting(*shell), 0);
+}
+
 TEST_F(Shell, ComesBackWhenTheTrayHasGone) {
   happen(hostCame);
   window->window()->close();

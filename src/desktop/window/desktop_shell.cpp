@@ -28,8 +28,8 @@ DesktopShell::DesktopShell(DesktopModel& model, QQuickWindow& window, Surroundin
   connect(&hostGone_, &QTimer::timeout, this, [this] {
     if (!window_.isVisible()) window_.show();
   });
-  window_.installEventFilter(this);
-}
+  // The window's events come by here as well.
+  QCoreApplication::instance()->installEventFilter(this);
 
 DesktopShell::~DesktopShell() {
   tray_.reset();
@@ -111,8 +111,10 @@ void DesktopShell::raise(std::string const& activationToken) {
 }
 
 bool DesktopShell::eventFilter(QObject* watched, QEvent* event) {
-  bool const hides =
-      watched == &window_ && event->type() == QEvent::Close && hasHost_ && model_.closesToTray();
+  // The toolkit ends by closing the windows, and one that only hides would keep the program running.
+  if (event->type() == QEvent::Quit && watched == QCoreApplication::instance()) isEnding_ = true;
+  bool const hides = watched == &window_ && event->type() == QEvent::Close && !isEnding_ && hasHost_ &&
+                     model_.closesToTray();
   if (!hides) return QObject::eventFilter(watched, event);
   event->ignore();
   window_.hide();

@@ -55,6 +55,7 @@ class DesktopShell : public QObject {
   QQuickWindow& window_;
   Surroundings surroundings_;
   bool hasHost_ = false;
+  bool isEnding_ = false;  ///< the menu, a key or the end of the session: closing hides no more
   TrayView shown_;
   QTimer hostGone_;
   std::unique_ptr<Tray> tray_;
