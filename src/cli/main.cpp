@@ -1,5 +1,5 @@
 #include "cli/cli.h"
-#include "cli/interrupt_signals.h"
+#include "platform/linux/interrupt_signals.h"
 
 #include <cstdio>
 #include <malloc.h>

@@ -8,6 +8,7 @@
 #include "desktop/window/desktop_window.h"
 #include "platform/application_id.h"
 #include "platform/linux/desktop_services.h"
+#include "platform/linux/interrupt_signals.h"
 
 #include <QFontInfo>
 #include <QGuiApplication>
@@ -17,6 +18,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <malloc.h>
+#include <stop_token>
 #include <thread>
 
 namespace {
@@ -179,6 +181,11 @@ std::string activationToken() {
   return {};
 }
 
+/// The shell's way to say that a signal ended a program.
+int codeOf(InterruptSignals const& signals) {
+  return 128 + signals.signal();
+}
+
 /// This start's place beside others of the same user.
 class Start {
  public:
@@ -216,7 +223,8 @@ void beginTheRest(DesktopCore& core, DesktopShell& shell) {
 }
 
 int showWindow(QGuiApplication& application, Environment const& environment, DesktopOptions const& options,
-               Demo* demo, Start& start, std::unique_ptr<DesktopWindow> begun) {
+               Demo* demo, Start& start, InterruptSignals const& signals,
+               std::unique_ptr<DesktopWindow> begun) {
   DesktopModel* model = nullptr;
   SnapshotBox box([&] {
     QMetaObject::invokeMethod(
@@ -285,13 +293,20 @@ int showWindow(QGuiApplication& application, Environment const& environment, Des
   // A window that begins minimised draws nothing.
   QTimer::singleShot(std::chrono::seconds(2), &shell, [&core] { core.windowIsShown(); });
   if (options.refresh) core.refresh();
+  std::stop_callback const leave(signals.token(), [&signals] {
+    QMetaObject::invokeMethod(
+        qApp, [code = codeOf(signals)] { QCoreApplication::exit(code); }, Qt::QueuedConnection);
+  });
   int const code = QGuiApplication::exec();
   endWithin(kEndPatience, code);
   start.end();
   return code;
 }
 
-int run(Environment environment, DesktopOptions const& options, int& count, char** arguments) {
+int run(Environment environment, DesktopOptions const& options, InterruptSignals const& signals, int& count,
+        char** arguments) {
+  // Whatever hangs, a screen that does not answer or the window itself, holds nobody up.
+  std::stop_callback const end(signals.token(), [&signals] { endWithin(kEndPatience, codeOf(signals)); });
   Start start(environment, options);
   std::optional<Demo> demo;
   if (options.demo) {
@@ -306,7 +321,8 @@ int run(Environment environment, DesktopOptions const& options, int& count, char
   std::jthread const fonts([] { std::ignore = QFontInfo(QGuiApplication::font()).family(); });
   auto window = std::make_unique<DesktopWindow>();
   if (start.isHandedOver(given)) return 0;
-  return showWindow(application, environment, options, demo ? &*demo : nullptr, start, std::move(window));
+  return showWindow(application, environment, options, demo ? &*demo : nullptr, start, signals,
+                    std::move(window));
 }
 
 }  // namespace
@@ -320,5 +336,6 @@ int main(int count, char** arguments) {
     std::fputs(options.error().text.c_str(), stdout);
     return 0;
   }
-  return run(environment, *options, count, arguments);
+  nimbara::InterruptSignals const signals;
+  return run(environment, *options, signals, count, arguments);
 }

@@ -43,6 +43,9 @@ class ChildProcess {
     std::int64_t number = 0;
     return read(input_, &number, sizeof number) == sizeof number ? std::optional(number) : std::nullopt;
   }
+  void signal(int number) const {
+    if (child_ > 0) ::kill(child_, number);
+  }
   void kill() {
     if (child_ > 0) ::kill(child_, SIGKILL);
     static_cast<void>(wait());

@@ -1,4 +1,4 @@
-#include "cli/interrupt_signals.h"
+#include "platform/linux/interrupt_signals.h"
 
 #include <poll.h>
 #include <signal.h>
@@ -18,6 +18,12 @@ sigset_t interrupts() {
   return set;
 }
 
+int pendingInterrupt() {
+  sigset_t pending;
+  sigpending(&pending);
+  return sigismember(&pending, SIGTERM) == 1 ? SIGTERM : SIGINT;
+}
+
 }  // namespace
 
 InterruptSignals::InterruptSignals() {
@@ -29,7 +35,9 @@ InterruptSignals::InterruptSignals() {
     pollfd files[] = {{signals_, POLLIN, 0}, {ending_, POLLIN, 0}};
     while (poll(files, 2, -1) < 0) {
     }
-    if (files[0].revents != 0) stop_.request_stop();
+    if (files[0].revents == 0) return;
+    signal_ = pendingInterrupt();
+    stop_.request_stop();
   });
 }
 

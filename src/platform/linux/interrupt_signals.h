@@ -1,5 +1,7 @@
 // Turns an interrupt from the keyboard, or a request to terminate, into a stop request, so that whatever runs
-// ends in order. Lives in the entry of a program, before any other thread is started; one at a time.
+// ends in order. Lives in the entry of a program, before any other thread is started; one at a time. The
+// signal stays pending: behind this object it ends the process, so that whoever waits for it learns of what
+// it ended.
 #pragma once
 
 #include <atomic>
@@ -16,10 +18,12 @@ class InterruptSignals {
   InterruptSignals& operator=(InterruptSignals const&) = delete;
 
   std::stop_token token() const { return stop_.get_token(); }
-  bool interrupted() const { return stop_.stop_requested(); }
+  /// The one that came; 0 before.
+  int signal() const { return signal_; }
 
  private:
   std::stop_source stop_;
+  std::atomic<int> signal_ = 0;
   int signals_ = -1;
   int ending_ = -1;
   std::jthread watcher_;
