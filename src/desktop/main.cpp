@@ -6,6 +6,7 @@
 #include "desktop/window/desktop_model.h"
 #include "desktop/window/desktop_shell.h"
 #include "desktop/window/desktop_window.h"
+#include "desktop/window/software_start.h"
 #include "platform/application_id.h"
 #include "platform/linux/desktop_services.h"
 #include "platform/linux/interrupt_signals.h"
@@ -268,6 +269,9 @@ int showWindow(QGuiApplication& application, Environment const& environment, Des
   DesktopWindow& window = *owned;
   window.open(shown, options);
   if (window.window() == nullptr) return fail(1, "the window's pages cannot be loaded");
+  endWhereNothingCanBeDrawn(*window.window(), [](std::string const& why) {
+    std::ignore = fail(0, "drawn without the graphics card: " + why);
+  });
   std::optional<Photographer> photographer;
   if (!options.screenshot.empty()) photographer.emplace(shown, window, options.screenshot);
   DesktopShell shell(shown, *window.window(), {trayMaker(start.buses()), [&core](std::string const& place) {
@@ -298,7 +302,7 @@ int showWindow(QGuiApplication& application, Environment const& environment, Des
         qApp, [code = codeOf(signals)] { QCoreApplication::exit(code); }, Qt::QueuedConnection);
   });
   int const code = QGuiApplication::exec();
-  endWithin(kEndPatience, code);
+  if (code != kCannotDraw) endWithin(kEndPatience, code);
   start.end();
   return code;
 }
@@ -336,6 +340,13 @@ int main(int count, char** arguments) {
     std::fputs(options.error().text.c_str(), stdout);
     return 0;
   }
-  nimbara::InterruptSignals const signals;
-  return run(environment, *options, signals, count, arguments);
+  // The toolkit takes its own away.
+  std::vector<char*> const given(arguments, arguments + count + 1);
+  int const code = [&] {
+    nimbara::InterruptSignals const signals;
+    return run(environment, *options, signals, count, arguments);
+  }();
+  if (code != nimbara::kCannotDraw) return code;
+  nimbara::startInSoftware(environment.program, given.data());
+  return fail(1, "the window cannot be drawn");
 }

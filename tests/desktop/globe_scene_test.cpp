@@ -22,31 +22,64 @@ std::string contentOf(std::filesystem::path const& file) {
   return text.str();
 }
 
-/// The whole program, with the scene in three dimensions drawn by Mesa's software renderer.
-TEST(GlobeScene, IsDrawnOnADisplayWithoutAComplaint) {
-  if (!isInstalled("xvfb-run") || !isInstalled("timeout")) GTEST_SKIP() << "no display can be had";
+struct DrawnGlobe {
+  int code = 0;
+  std::string complaints;
+  QImage picture;
+
+  bool hasDisplay() const { return code == 0 || complaints.find("Xvfb failed") == std::string::npos; }
+  /// Land by day is what is bright; there is none where the earth, its surface or the sun is missing.
+  int litPoints() const {
+    int lit = 0;
+    for (int y = 0; y < picture.height(); ++y) {
+      for (int x = 0; x < picture.width(); ++x) lit += qRed(picture.pixel(x, y)) > 110 ? 1 : 0;
+    }
+    return lit;
+  }
+};
+
+constexpr QSize kSize(640, 560);
+constexpr int kLeastLit = 640 * 560 / 50;
+
+/// The whole program on a display of its own, in this environment.
+DrawnGlobe drawnGlobe(std::string const& variables) {
   TemporaryFolder const folder;
   auto const program = std::filesystem::path(NIMBARA_PROGRAM).parent_path() / "nimbara-desktop";
   auto const picture = folder.path() / "globe.png", complaints = folder.path() / "complaints";
   std::string const command =
-      "env -u QT_QPA_PLATFORM -u QT_QUICK_BACKEND XDG_RUNTIME_DIR=" + folder.path().string() +
-      " timeout 90 xvfb-run -a -s '-screen 0 900x700x24' " + program.string() +
+      "env -u QT_QPA_PLATFORM -u QT_QUICK_BACKEND XDG_RUNTIME_DIR=" + folder.path().string() + " " +
+      variables + " timeout 90 xvfb-run -a -s '-screen 0 900x700x24' " + program.string() +
       " --demo --now 2026-11-21T09:20:00Z --page globe --theme dark --size 640x560"
       " --screenshot " +
       picture.string() + " 2>" + complaints.string();
   int const code = std::system(command.c_str());
-  if (code != 0 && contentOf(complaints).find("Xvfb failed") != std::string::npos)
-    GTEST_SKIP() << "no display";
-  ASSERT_EQ(code, 0) << contentOf(complaints);
-  EXPECT_EQ(contentOf(complaints), "");
-  QImage const image(QString::fromStdString(picture.string()));
-  ASSERT_EQ(image.size(), QSize(640, 560));
-  // Land by day is what is bright; there is none where the earth, its surface or the sun is missing.
-  int lit = 0;
-  for (int y = 0; y < image.height(); ++y) {
-    for (int x = 0; x < image.width(); ++x) lit += qRed(image.pixel(x, y)) > 110 ? 1 : 0;
+  return {code, contentOf(complaints), QImage(QString::fromStdString(picture.string()))};
+}
+
+struct GlobeScene : testing::Test {
+  void SetUp() override {
+    if (!isInstalled("xvfb-run") || !isInstalled("timeout")) GTEST_SKIP() << "no display can be had";
   }
-  EXPECT_GT(lit, image.width() * image.height() / 50);
+};
+
+/// In three dimensions, by Mesa's software renderer.
+TEST_F(GlobeScene, IsDrawnOnADisplayWithoutAComplaint) {
+  DrawnGlobe const globe = drawnGlobe("");
+  if (!globe.hasDisplay()) GTEST_SKIP() << "no display";
+  ASSERT_EQ(globe.code, 0) << globe.complaints;
+  EXPECT_EQ(globe.complaints, "");
+  ASSERT_EQ(globe.picture.size(), kSize);
+  EXPECT_GT(globe.litPoints(), kLeastLit);
+}
+
+TEST_F(GlobeScene, IsPaintedWhereThereIsNoOpenGL) {
+  DrawnGlobe const globe = drawnGlobe("QT_XCB_GL_INTEGRATION=none");
+  if (!globe.hasDisplay()) GTEST_SKIP() << "no display";
+  ASSERT_EQ(globe.code, 0) << globe.complaints;
+  EXPECT_NE(globe.complaints.find("nimbara-desktop: drawn without the graphics card: "), std::string::npos)
+      << globe.complaints;
+  ASSERT_EQ(globe.picture.size(), kSize);
+  EXPECT_GT(globe.litPoints(), kLeastLit);
 }
 
 }  // namespace
