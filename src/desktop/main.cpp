@@ -7,6 +7,7 @@
 #include "desktop/window/desktop_shell.h"
 #include "desktop/window/desktop_window.h"
 #include "desktop/window/software_start.h"
+#include "desktop/window/tray_pictures.h"
 #include "platform/application_id.h"
 #include "platform/linux/desktop_services.h"
 #include "platform/linux/interrupt_signals.h"
@@ -283,6 +284,7 @@ int showWindow(QGuiApplication& application, Environment const& environment, Des
       window.window(), &QQuickWindow::frameSwapped, &shell,
       [&] {
         core.windowIsShown();
+        QGuiApplication::setWindowIcon(programIcon());
         if (!options.isApart()) beginTheRest(core, shell);
       },
       static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));

@@ -84,4 +84,14 @@ std::vector<TrayPicture> trayPictures(TrayView const& view) {
   return pictures;
 }
 
+QIcon programIcon() {
+  TrayView fair;
+  fair.sky = "partlyCloudy";
+  fair.skyTop = "#1f64ab";
+  fair.skyBottom = "#63b0ee";
+  QIcon icon;
+  for (int const side : {16, 32, 48, 128}) icon.addPixmap(QPixmap::fromImage(trayImage(fair, side)));
+  return icon;
+}
+
 }  // namespace nimbara
