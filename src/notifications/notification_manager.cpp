@@ -145,8 +145,16 @@ class NotificationManager::Pass {
         around_.center.withdraw(decision.request.identifier);
         return {};
       default:
-        return around_.center.deliver(decision.request);
+        return deliver(decision.request);
     }
+  }
+
+  /// A desktop that cannot be reached is tried once in a pass: each attempt may start a service that fails.
+  Result<void, DeliveryError> deliver(NotificationRequest const& request) {
+    if (unreachable_) return std::unexpected(*unreachable_);
+    auto done = around_.center.deliver(request);
+    if (!done && done.error().kind == DeliveryError::Kind::unavailable) unreachable_ = done.error();
+    return done;
   }
 
   void refuse(Decision& decision, EngineState const& before, std::string const& reason) {
@@ -190,6 +198,7 @@ class NotificationManager::Pass {
   Instant now_;
   EngineState state_;
   bool canRemember_ = true;
+  std::optional<DeliveryError> unreachable_;  ///< why nothing more is handed over
   std::vector<LoggedNotification> lines_;
   PassReport report_;
 };

@@ -354,6 +354,26 @@ TEST_F(Warnings, ThatWereRefusedAreTriedAgain) {
   EXPECT_EQ(engine.told(), Names{name(1)});
 }
 
+struct AttemptRow {
+  DeliveryError::Kind kind;
+  int attempts;
+};
+
+TEST_F(Warnings, ADesktopThatCannotBeReachedIsTriedOnceInAPass) {
+  for (int i = 1; i <= 5; ++i) add(i);
+  for (auto const& [kind, attempts] :
+       {AttemptRow{DeliveryError::Kind::unavailable, 1}, {DeliveryError::Kind::refused, 5}}) {
+    int const before = engine.center.attempts();
+    engine.center.setFailure(DeliveryError{kind, "no"});
+    auto const report = engine.pass();
+    EXPECT_EQ(std::ranges::count(report.plan.decisions, RuleOutcome::refused, &Decision::outcome), 5);
+    EXPECT_EQ(engine.center.attempts() - before, attempts);
+  }
+  engine.center.setFailure(std::nullopt);
+  engine.pass();
+  EXPECT_EQ(engine.told().size(), 5U);
+}
+
 TEST_F(Warnings, ARefusedRiseRingsInTheNextPass) {
   add(1, Severity::advisory);
   engine.pass();

@@ -63,6 +63,8 @@ class FakeNotificationCenter final : public NotificationCenter {
     if (listener) listener(response);
   }
 
+  /// Deliveries and updates, accepted or not.
+  int attempts() const { return copyOf(attempts_); }
   /// What was accepted, in the order of its coming.
   std::vector<NotificationRequest> delivered() const { return copyOf(delivered_); }
   /// Updates of what was still to be seen.
@@ -75,6 +77,7 @@ class FakeNotificationCenter final : public NotificationCenter {
   Result<void, DeliveryError> take(NotificationRequest const& request,
                                    std::vector<NotificationRequest>& list) {
     std::lock_guard const lock(mutex_);
+    ++attempts_;
     if (failure_) return std::unexpected(*failure_);
     list.push_back(request);
     if (std::ranges::count(shown_, request.identifier) == 0) shown_.push_back(request.identifier);
@@ -89,6 +92,7 @@ class FakeNotificationCenter final : public NotificationCenter {
   mutable std::mutex mutex_;
   AuthorizationStatus status_ = AuthorizationStatus::authorized;
   std::optional<DeliveryError> failure_;
+  int attempts_ = 0;
   Listener listener_;
   std::vector<NotificationRequest> delivered_;
   std::vector<NotificationRequest> updated_;
