@@ -232,7 +232,8 @@ WatchStart watchStart(Environment const& environment) {
   Found const unit = find(target.unit);
   Found const autostart = find(target.autostart);
   if (unit == Found::changed || autostart == Found::changed) return WatchStart::changedByHand;
-  return unit == Found::ours || autostart == Found::ours ? WatchStart::atLogin : WatchStart::byHand;
+  if (unit == Found::ours) return WatchStart::atLogin;
+  return autostart == Found::ours ? WatchStart::fromNextLogin : WatchStart::byHand;
 }
 
 }  // namespace nimbara

@@ -14,13 +14,14 @@
 namespace nimbara {
 
 enum class WatchStart {
-  byHand,        ///< nothing starts it
-  atLogin,       ///< a unit or an entry of ours does
-  changedByHand  ///< somebody's own does, or keeps it from starting
+  byHand,         ///< nothing starts it
+  atLogin,        ///< a unit of ours does, and runs it now
+  fromNextLogin,  ///< an entry of the desktop's autostart does, without a systemd that runs it now
+  changedByHand   ///< somebody's own does, or keeps it from starting
 };
 template <>
 inline constexpr auto enumNames<WatchStart> =
-    std::to_array<std::string_view>({"byHand", "atLogin", "changedByHand"});
+    std::to_array<std::string_view>({"byHand", "atLogin", "fromNextLogin", "changedByHand"});
 static_assert(enumNamesComplete(WatchStart::changedByHand));
 
 WatchStart watchStart(Environment const& environment);

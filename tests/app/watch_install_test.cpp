@@ -150,7 +150,7 @@ TEST_F(WatchInstall, TellsWhatStartsTheWatch) {
   uninstall();
   hasSystemd_ = false;
   install();
-  EXPECT_EQ(watchStart(environment_), WatchStart::atLogin);
+  EXPECT_EQ(watchStart(environment_), WatchStart::fromNextLogin);
   addLine(kAutostart);
   EXPECT_EQ(watchStart(environment_), WatchStart::changedByHand);
 }

@@ -156,10 +156,15 @@ TEST(SettingsPage, SaysWhetherTheWatchStartsAtLogin) {
   EXPECT_FALSE(settingsView(state, contextAt(kNow)).startsAtLogin);
   state.watch = WatchStart::atLogin;
   EXPECT_TRUE(settingsView(state, contextAt(kNow)).startsAtLogin);
+  state.watch = WatchStart::fromNextLogin;
+  EXPECT_TRUE(settingsView(state, contextAt(kNow)).startsAtLogin);
+  EXPECT_THAT(settingsView(state, contextAt(kNow)).startNote, HasSubstr("from your next login on"));
   state.watch = WatchStart::changedByHand;
   EXPECT_FALSE(settingsView(state, contextAt(kNow)).canStartAtLogin);
   EXPECT_THAT(settingsView(state, contextAt(kNow)).startNote, HasSubstr("changed by hand"));
   state.watch = WatchStart::byHand;
+  state.watchProblem = "no room";
+  EXPECT_EQ(settingsView(state, contextAt(kNow)).startNote, "This could not be changed: no room.");
   state.isWatchChanging = true;
   EXPECT_FALSE(settingsView(state, contextAt(kNow)).canStartAtLogin);
   state.isWatchChanging = false;

@@ -234,7 +234,9 @@ std::string themeOf(SettingsState const& state) {
 
 std::string startNoteOf(SettingsState const& state, ViewContext const& context) {
   if (state.isWatchChanging) return context.text("desktop.settings.startAtLogin.changing");
-  if (!state.watchProblem.empty()) return state.watchProblem;
+  if (!state.watchProblem.empty()) {
+    return context.texts.format("desktop.settings.startAtLogin.failed", state.watchProblem);
+  }
   return context.text("desktop.settings.startAtLogin." + std::string(enumName(state.watch)));
 }
 
@@ -270,7 +272,7 @@ SettingsView settingsView(SettingsState const& state, ViewContext const& context
   view.textSize = static_cast<double>(state.settings.integer("desktop_textSize")) / 100;
   std::string const calm = state.settings.text("desktop_reducedMotion");
   view.isCalm = isAutomatic(calm) ? state.wish.reducesMotion : calm == "on";
-  view.startsAtLogin = state.watch == WatchStart::atLogin;
+  view.startsAtLogin = state.watch == WatchStart::atLogin || state.watch == WatchStart::fromNextLogin;
   view.canStartAtLogin =
       state.canChangeWatch && state.watch != WatchStart::changedByHand && !state.isWatchChanging;
   view.startNote = startNoteOf(state, context);
