@@ -13,7 +13,7 @@ packages=(
   qt6-base-dev qt6-declarative-dev qt6-declarative-private-dev qt6-declarative-dev-tools qml6-module-qtqml qml6-module-qtqml-models
   qml6-module-qtqml-workerscript qml6-module-qtquick qml6-module-qtquick-controls qml6-module-qtquick-layouts
   qml6-module-qtquick-templates qml6-module-qtquick-window qt6-shadertools-dev qt6-quick3d-dev
-  qml6-module-quick3d fonts-noto-core
+  qml6-module-quick3d libxcb1-dev fonts-noto-core
   # tests, benchmarks, fuzzing
   libgl1-mesa-dri xvfb xauth dbus-daemon dbus-bin desktop-file-utils appstream libgtest-dev libgmock-dev
   libbenchmark-dev nlohmann-json3-dev

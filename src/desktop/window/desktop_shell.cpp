@@ -1,6 +1,7 @@
 #include "desktop/window/desktop_shell.h"
 
 #include "desktop/window/tray_pictures.h"
+#include "desktop/window/x11_activation.h"
 #include "platform/application_id.h"
 
 #include <QCloseEvent>
@@ -30,6 +31,7 @@ DesktopShell::DesktopShell(DesktopModel& model, QQuickWindow& window, Surroundin
   });
   // The window's events come by here as well.
   QCoreApplication::instance()->installEventFilter(this);
+}
 
 DesktopShell::~DesktopShell() {
   tray_.reset();
@@ -107,7 +109,7 @@ void DesktopShell::raise(std::string const& activationToken) {
   }
   window_.show();
   window_.raise();
-  window_.requestActivate();
+  if (!activateOnX11(window_, activationToken)) window_.requestActivate();
 }
 
 bool DesktopShell::eventFilter(QObject* watched, QEvent* event) {
