@@ -205,5 +205,16 @@ TEST(DesktopOptions, AreReadWhole) {
   EXPECT_EQ(parseDesktopOptions({"--help"}, {}).error().exitCode, 0);
 }
 
+TEST(DesktopOptions, LeaveTheSessionToTheToolkit) {
+  for (std::vector<std::string> const& arguments :
+       {std::vector<std::string>{"-session", "2d4c5_17", "--page", "hours"},
+        {"--page", "hours", "-session", "2d4c5_17"},
+        {"--page", "hours", "-session"}}) {
+    auto const options = parseDesktopOptions(arguments, {});
+    ASSERT_TRUE(options) << options.error().text;
+    EXPECT_EQ(options->page, DesktopPage::hours);
+  }
+}
+
 }  // namespace
 }  // namespace nimbara

@@ -5,6 +5,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
+
 namespace nimbara {
 
 namespace {
@@ -53,6 +55,13 @@ Result<void, std::string> understand(DesktopOptions& options, RawDesktopOptions 
   return {};
 }
 
+/// A session that is restored starts the program with the name under which it was saved, for the toolkit.
+void removeSession(std::vector<std::string>& arguments) {
+  auto const session = std::ranges::find(arguments, "-session");
+  auto const rest = std::min(std::distance(session, arguments.end()), std::ptrdiff_t{2});
+  arguments.erase(session, session + rest);
+}
+
 }  // namespace
 
 std::optional<WindowSize> parseWindowSize(std::string_view text) {
@@ -73,6 +82,7 @@ Result<DesktopOptions, DesktopEarlyEnd> parseDesktopOptions(std::vector<std::str
   RawDesktopOptions raw{environment.now, {}, {}, {}};
   CLI::App app("The weather of your places, in a window", "nimbara-desktop");
   define(app, options, raw);
+  removeSession(arguments);
   std::ranges::reverse(arguments);
   try {
     app.parse(std::move(arguments));
