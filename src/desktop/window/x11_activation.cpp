@@ -42,11 +42,17 @@ void tellRoot(xcb_connection_t* display, xcb_client_message_event_t const& messa
   xcb_send_event(display, 0, rootOf(display), listeners, reinterpret_cast<char const*>(&message));
 }
 
-/// In pieces, the last of which has the text's closing zero; a window without use names the sender.
+/// A window of no use to anybody's eyes.
+xcb_window_t makeHiddenWindow(xcb_connection_t* display, std::uint32_t wantedEvents) {
+  xcb_window_t const window = xcb_generate_id(display);
+  xcb_create_window(display, 0, window, rootOf(display), -1, -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, 0,
+                    XCB_CW_EVENT_MASK, &wantedEvents);
+  return window;
+}
+
+/// In pieces, the last of which has the text's closing zero; the hidden window names the sender.
 void broadcast(xcb_connection_t* display, std::string const& text) {
-  xcb_window_t const sender = xcb_generate_id(display);
-  xcb_create_window(display, 0, sender, rootOf(display), -1, -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, 0, 0,
-                    nullptr);
+  xcb_window_t const sender = makeHiddenWindow(display, 0);
   auto message = messageOf(sender, atomOf(display, "_NET_STARTUP_INFO_BEGIN"), 8);
   xcb_atom_t const further = atomOf(display, "_NET_STARTUP_INFO");
   constexpr std::size_t kPiece = sizeof message.data.data8;
@@ -57,6 +63,19 @@ void broadcast(xcb_connection_t* display, std::string const& text) {
     message.type = further;
   }
   xcb_destroy_window(display, sender);
+}
+
+/// The display tells its time with events alone, and those of the toolkit's connection are the toolkit's.
+std::optional<std::uint32_t> displayTime() {
+  std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> const own(xcb_connect(nullptr, nullptr),
+                                                                         &xcb_disconnect);
+  if (xcb_connection_has_error(own.get()) != 0) return std::nullopt;
+  xcb_window_t const window = makeHiddenWindow(own.get(), XCB_EVENT_MASK_PROPERTY_CHANGE);
+  xcb_change_property(own.get(), XCB_PROP_MODE_APPEND, window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8, 0, "");
+  xcb_flush(own.get());
+  std::unique_ptr<xcb_generic_event_t, Free> const event(xcb_wait_for_event(own.get()));
+  if (!event || (event->response_type & ~0x80) != XCB_PROPERTY_NOTIFY) return std::nullopt;
+  return reinterpret_cast<xcb_property_notify_event_t const*>(event.get())->time;
 }
 
 void activate(xcb_connection_t* display, xcb_window_t window, std::uint32_t time) {
@@ -91,10 +110,11 @@ std::string startupEnd(std::string_view startupId) {
 
 bool activateOnX11(QWindow const& window, std::string const& startupId) {
   auto const* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-  if (x11 == nullptr || startupId.empty()) return false;
+  if (x11 == nullptr) return false;
   auto* const display = x11->connection();
-  auto const time = startupTime(startupId);
-  broadcast(display, startupEnd(startupId));
+  if (!startupId.empty()) broadcast(display, startupEnd(startupId));
+  auto const named = startupTime(startupId);
+  auto const time = named ? named : displayTime();
   if (time) activate(display, static_cast<xcb_window_t>(window.winId()), *time);
   xcb_flush(display);
   return time.has_value();
