@@ -17,6 +17,8 @@ std::string withSymbol(double value, Unit unit) {
 }  // namespace
 
 void RuleInputs::readWeather() {
+  hours = {};
+  present.reset();
   if (!weather) return;
   hours = upcomingHours(weather->allHourly, now);
   present = presentAt(*weather, now);

@@ -52,6 +52,16 @@ RuleInputs withEmptyAnswers() {
   return inputs;
 }
 
+TEST(RuleInputs, KeepNothingOfAForecastThatIsGone) {
+  RuleInputs inputs = test::ruleInputs(at(kNow));
+  ASSERT_FALSE(inputs.hours.empty());
+  ASSERT_TRUE(inputs.present);
+  inputs.weather.reset();
+  inputs.readWeather();
+  EXPECT_TRUE(inputs.hours.empty());
+  EXPECT_FALSE(inputs.present);
+}
+
 TEST(Catalogue, FindsNothingWhereThereIsNothing) {
   for (Rule const& rule : ruleCatalogue()) {
     for (RuleInputs const& inputs : {bare(), withEmptyForecast()}) {
