@@ -22,7 +22,7 @@ struct Free {
 xcb_atom_t atomOf(xcb_connection_t* display, std::string_view name) {
   auto const cookie = xcb_intern_atom(display, 0, static_cast<std::uint16_t>(name.size()), name.data());
   std::unique_ptr<xcb_intern_atom_reply_t, Free> const reply(xcb_intern_atom_reply(display, cookie, nullptr));
-  return reply ? reply->atom : XCB_ATOM_NONE;
+  return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
 }
 
 xcb_window_t rootOf(xcb_connection_t* display) {
