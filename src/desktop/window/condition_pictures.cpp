@@ -93,7 +93,8 @@ class Picture {
     path.addEllipse(QPointF(22, 30 + down), 10, 10);
     path.addEllipse(QPointF(34, 25 + down), 13, 13);
     path.addEllipse(QPointF(45, 31 + down), 9, 9);
-    path.addRoundedRect(QRectF(12, 28 + down, 42, 12), 6, 6);
+    // The outer two, which stand on the same line, are its round ends.
+    path.addRect(QRectF(22, 28 + down, 23, 12));
     QColor const light = liesOnDark_ ? QColor(0xeef2f7) : QColor(0xb7c3d0);
     QColor const dark = liesOnDark_ ? QColor(0xb4c0cf) : QColor(0x7d8b9b);
     painter_.setPen(Qt::NoPen);

@@ -57,8 +57,8 @@ QPainterPath cloudPath(QPointF middle, double size) {
   for (Puff const& puff : kPuffs) {
     path.addEllipse(middle + QPointF(puff.x, puff.y) * size, puff.radius * size, puff.radius * size);
   }
-  path.addRoundedRect(QRectF(middle.x() - 0.92 * size, middle.y() - 0.04 * size, 1.84 * size, 0.36 * size),
-                      0.18 * size, 0.18 * size);
+  // The outer two, which stand on the same line, are its round ends.
+  path.addRect(QRectF(middle.x() - 0.62 * size, middle.y() - 0.04 * size, 1.28 * size, 0.36 * size));
   return path.simplified();
 }
 
@@ -173,7 +173,7 @@ void SkyScenery::paintClouds(QPainter& painter) const {
   for (Cloud const& cloud : kClouds) {
     if (clouds_ < cloud.from) continue;
     QPointF const middle(width() * (fadesToRight_ ? 1 - cloud.x : cloud.x), height() * cloud.y);
-    double const size = cloud.size * height();
+    double const size = cloud.size * std::min(height(), 0.6 * width());
     QLinearGradient body(0, middle.y() - 0.6 * size, 0, middle.y() + 0.34 * size);
     double const opacity = (0.34 + 0.16 * day) * (1 - 0.35 * heavy);
     body.setColorAt(0, faint(top, opacity));
