@@ -6,11 +6,7 @@
 #include "app/scheduler.h"
 #include "app/settings_registry.h"
 #include "app/silent_center.h"
-#include "base/text.h"
-#include "desktop/core/place_lookup.h"
 #include "platform/linux/desktop_services.h"
-
-#include <algorithm>
 
 namespace nimbara {
 
@@ -44,8 +40,6 @@ DesktopCore::DesktopCore(Environment const& environment, Options options, Listen
       settings_(store_, environment),
       listener_(std::move(listener)),
       locate_(options.locate ? std::move(options.locate) : locationOfDesktop(environment)),
-      places_(store_),
-      removedRules_(store_),
       composition_(settings_.settings(), *clock_,
                    {options.services,
                     *settings_.wording(),
@@ -54,6 +48,7 @@ DesktopCore::DesktopCore(Environment const& environment, Options options, Listen
                     environment.dataDirectory,
                     environment.cacheDirectory,
                     {}}),
+      places_(store_, composition_.forecasts(), settings_),
       held_(work_),
       commands_(1),
       hazards_(composition_.feeds(), store_, held_, hazardSurroundings()),
@@ -89,13 +84,7 @@ DesktopCore::~DesktopCore() {
 
 AppState::Surroundings DesktopCore::surroundings() {
   AppState::Surroundings all;
-  all.savedPlaces = [this] {
-    std::lock_guard const lock(mutex_);
-    std::vector<Place> places;
-    places.reserve(list_.places.size());
-    for (SavedPlace const& saved : list_.places) places.push_back(placeOf(saved));
-    return places;
-  };
+  all.savedPlaces = [this] { return places_.saved(); };
   all.onRefresh = [this](AppState::RefreshReport const& report) { noteAnswer(report); };
   all.onChange = [this] { publish(); };
   all.refreshSupplemental = [this](Place const& place, std::stop_token const& stop) {
@@ -128,7 +117,7 @@ DesktopNotifications::Surroundings DesktopCore::notificationSurroundings(Environ
           .wording = *settings_.wording(),
           .dataDirectory = environment.dataDirectory,
           .center = std::make_unique<LateNotificationCenter>(std::move(makeCenter)),
-          .places = [this] { return watchedPlaces(); },
+          .places = [this] { return places_.watched(); },
           .publish = [this] { publish(); },
           .onPass = [this] { hazards_.showKept(); },
           .onDueChange = [this] { timer_.wake(); },
@@ -140,39 +129,18 @@ DesktopNotifications::Surroundings DesktopCore::notificationSurroundings(Environ
           .jitter = requestJitter};
 }
 
-std::vector<WatchedPlace> DesktopCore::watchedPlaces() {
-  std::lock_guard const lock(mutex_);
-  auto const selected = selectedPlace(list_, location_.here);
-  return selected ? nimbara::watchedPlaces(*selected, list_) : std::vector<WatchedPlace>();
-}
-
 void DesktopCore::noteAnswer(AppState::RefreshReport const& report) {
   notifications_.requestPass();
   settings_.noteProviders(composition_);
-  if (report.outcome) {
-    std::lock_guard const lock(mutex_);
-    if (auto const id = identifierOf(list_, report.place.coordinate)) {
-      kept_[*id] = std::make_shared<WeatherData const>(report.outcome->data);
-    }
-  }
+  if (report.outcome) places_.noteForecast(report.place.coordinate, report.outcome->data);
   publish();
 }
 
 /// The selected place first: it is what the window waits for.
 void DesktopCore::begin(std::vector<SavedPlace> const& places, std::string const& place) {
-  readPlaces();
+  places_.begin(places);
   hazards_.readFilter();
-  bool const isEmpty = [this] {
-    std::lock_guard const lock(mutex_);
-    return list_.places.empty();
-  }();
-  if (isEmpty && !places.empty()) {
-    keep(places_.change([&places](PlaceList& list) -> PlaceResult {
-      for (SavedPlace const& saved : places) std::ignore = nimbara::addPlace(list, saved);
-      return {};
-    }));
-  }
-  if (!place.empty()) select(place);
+  if (!place.empty()) places_.choose(place);
   showSelected(RefreshTrigger::start);
   settings_.noteProviders(composition_);
   apply(settings_.reread());
@@ -200,55 +168,14 @@ void DesktopCore::apply(SettingsChanges const& changes) {
   publish();
 }
 
-std::vector<Uuid> DesktopCore::savedIdentifiers() {
-  std::lock_guard const lock(mutex_);
-  return identifiersOf(list_);
-}
-
-void DesktopCore::readPlaces() {
-  keep(places_.list());
-}
-
-void DesktopCore::keep(Result<PlaceList, StoreError> list) {
-  std::optional<Place> here;
-  if (list && list->lastFix) {
-    here = describedPlace(list->lastFix->coordinate, settings_.wording()->texts->language());
-  }
-  std::lock_guard const lock(mutex_);
-  problem_ = list ? std::string() : list.error().message;
-  if (!list) return;
-  list_ = std::move(*list);
-  location_.here = std::move(here);
-}
-
 void DesktopCore::showSelected(RefreshTrigger trigger) {
-  auto const place = [this] {
-    std::lock_guard const lock(mutex_);
-    return selectedPlace(list_, location_.here);
-  }();
+  auto const place = places_.selected();
   if (trigger == RefreshTrigger::start || place != state_.selectedPlace()) {
     hazards_.setPlace(place);
     state_.selectPlace(place, trigger);
     hazards_.showKept();
   }
   hasBegun_ = true;
-  publish();
-}
-
-void DesktopCore::readKept(Uuid id, Place const& place) {
-  auto answer = composition_.forecasts().cached(place);
-  if (!answer) return;
-  std::lock_guard const lock(mutex_);
-  kept_.try_emplace(id, std::make_shared<WeatherData const>(std::move(answer->data)));
-}
-
-void DesktopCore::readAllKept() {
-  auto const list = [this] {
-    std::lock_guard const lock(mutex_);
-    return list_;
-  }();
-  for (SavedPlace const& saved : list.places) readKept(saved.id, placeOf(saved));
-  if (list.lastFix) readKept(kCurrentLocation, Place{list.lastFix->coordinate, "", "", ""});
   publish();
 }
 
@@ -264,26 +191,16 @@ void DesktopCore::publish() {
   snapshot->settings = settings_.state();
   snapshot->wording = settings_.wording();
   snapshot->closesToTray = snapshot->settings->settings.boolean("desktop_closeToTray");
-  {
-    std::lock_guard const lock(mutex_);
-    snapshot->places = list_;
-    snapshot->kept = kept_;
-    snapshot->location = location_;
-    snapshot->problem = problem_;
-  }
+  PlacesState places = places_.state();
+  snapshot->places = std::move(places.list);
+  snapshot->kept = std::move(places.kept);
+  snapshot->location = std::move(places.location);
+  snapshot->problem = std::move(places.problem);
   listener_(std::move(snapshot));
 }
 
-void DesktopCore::select(std::string const& text) {
-  keep(places_.change([&text](PlaceList& list) -> PlaceResult {
-    SavedPlace const* const place = savedPlaceMeant(list, text);
-    if (place == nullptr) return std::unexpected("no saved place is called " + oneLine(text));
-    return nimbara::selectPlace(list, place->id);
-  }));
-}
-
 void DesktopCore::change(std::function<PlaceResult(PlaceList&)> const& apply) {
-  keep(places_.change(apply));
+  places_.change(apply);
   showSelected(RefreshTrigger::placeChosen);
   notifications_.requestPass();
   timer_.wake();
@@ -295,7 +212,7 @@ void DesktopCore::followStore(std::stop_token const& stop) {
   if (!watch) return;  // changes of others show at the next start
   while ((*watch)->wait(stop) == WaitOutcome::changed) {
     commands_.run([this](std::stop_token const&) {
-      readPlaces();
+      places_.read();
       hazards_.readFilter();
       showSelected(RefreshTrigger::placeChosen);
       notifications_.reload();
@@ -343,7 +260,7 @@ void DesktopCore::selectPlace(Uuid id) {
 
 void DesktopCore::choosePlace(std::string text) {
   commands_.run([this, text = std::move(text)](std::stop_token const&) {
-    select(text);
+    places_.choose(text);
     showSelected(RefreshTrigger::placeChosen);
     timer_.wake();
   });
@@ -357,7 +274,8 @@ void DesktopCore::windowIsShown() {
 /// What the first frame does without.
 void DesktopCore::beginTheRest() {
   if (std::exchange(hasBegunTheRest_, true)) return;
-  readAllKept();
+  places_.readAllKept();
+  publish();
   notifications_.begin();
 }
 
@@ -386,8 +304,7 @@ void DesktopCore::addPlace(SavedPlace place) {
 void DesktopCore::removePlace(Uuid id) {
   commands_.run([this, id](std::stop_token const&) {
     change([&id](PlaceList& list) { return nimbara::removePlace(list, id); });
-    auto const remaining = savedIdentifiers();
-    if (std::ranges::count(remaining, id) == 0) removedRules_.disable(id, remaining);
+    places_.disableRulesOf(id);
   });
 }
 
@@ -398,8 +315,8 @@ void DesktopCore::restorePlace(SavedPlace place, int position, bool select) {
       if (auto const moved = nimbara::movePlace(list, place.id, position); !moved) return moved;
       return select ? nimbara::selectPlace(list, place.id) : PlaceResult();
     });
-    if (std::ranges::count(savedIdentifiers(), place.id) > 0) removedRules_.enable(place.id);
-    readKept(place.id, placeOf(place));
+    places_.enableRulesOf(place.id);
+    places_.readKept(place.id, placeOf(place));
     publish();
   });
 }
@@ -424,11 +341,7 @@ void DesktopCore::searchOnline(std::string text, OnlineListener found) {
 }
 
 void DesktopCore::noteLocation(LocationState::Phase phase, std::string message) {
-  {
-    std::lock_guard const lock(mutex_);
-    location_.phase = phase;
-    location_.message = std::move(message);
-  }
+  places_.noteLocation(phase, std::move(message));
   publish();
 }
 

@@ -11,9 +11,9 @@
 #include "desktop/core/desktop_globe.h"
 #include "desktop/core/desktop_hazards.h"
 #include "desktop/core/desktop_notifications.h"
+#include "desktop/core/desktop_places.h"
 #include "desktop/core/desktop_settings.h"
 #include "desktop/core/held_runner.h"
-#include "desktop/core/removed_rules.h"
 #include "desktop/views/places_view.h"
 #include "platform/application_instance.h"
 #include "platform/desktop_appearance.h"
@@ -115,22 +115,15 @@ class DesktopCore {
   DesktopHazards::Surroundings hazardSurroundings();
   DesktopNotifications::Surroundings notificationSurroundings(Environment const& environment,
                                                               Options& options);
-  std::vector<WatchedPlace> watchedPlaces();
   void begin(std::vector<SavedPlace> const& places, std::string const& place);
   void change(std::function<PlaceResult(PlaceList&)> const& apply);
-  void select(std::string const& text);
   void followAppearance();
   void beginTheRest();
-  void readPlaces();
-  std::vector<Uuid> savedIdentifiers();
   void apply(SettingsChanges const& changes);
   void noteAnswer(AppState::RefreshReport const& report);
-  void keep(Result<PlaceList, StoreError> list);
   void noteLocation(LocationState::Phase phase, std::string message = {});
   void finishLocating(Result<LocationFix, LocationError> const& fix);
   void showSelected(RefreshTrigger trigger);
-  void readKept(Uuid id, Place const& place);
-  void readAllKept();
   void keepSetting(std::string key, SettingValue value);
   void publish();
   void followStore(std::stop_token const& stop);
@@ -141,18 +134,11 @@ class DesktopCore {
   DesktopSettings settings_;
   Listener listener_;
   Locate locate_;
-  Places places_;
-  RemovedRules removedRules_;
   Composition composition_;
+  DesktopPlaces places_;
   TimerfdWakeTimer timer_;
 
-  std::mutex turn_;   // of publishing
-  std::mutex mutex_;  // guards the four below
-  PlaceList list_;
-  KeptForecasts kept_;
-  LocationState location_;
-  std::string problem_;
-
+  std::mutex turn_;                     // of publishing
   std::atomic<bool> hasBegun_ = false;  // the selected place is known: there is something to publish
 
   bool hasBegunTheRest_ = false;  // of the thread of the commands
