@@ -110,8 +110,8 @@ std::string startupEnd(std::string_view startupId) {
 
 bool activateOnX11(QWindow const& window, std::string const& startupId) {
   auto const* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-  if (x11 == nullptr) return false;
-  auto* const display = x11->connection();
+  auto* const display = x11 == nullptr ? nullptr : x11->connection();
+  if (display == nullptr) return false;  // the toolkit's platform without a screen looks like X11, too
   if (!startupId.empty()) broadcast(display, startupEnd(startupId));
   auto const named = startupTime(startupId);
   auto const time = named ? named : displayTime();
