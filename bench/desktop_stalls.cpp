@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
+#include <exception>
 #include <utility>
 
 namespace {
@@ -41,7 +42,8 @@ class MeasuredApplication : public QGuiApplication {
     return isDone;
   }
   /// Milliseconds of the longest event from now on, over the span within which the page comes to rest.
-  double longestAfter(std::function<void()> const& change) {
+  template <class Change>
+  double longestAfter(Change const& change) {
     constexpr int kRestMs = 350;
     longest_ = 0;
     QMetaObject::invokeMethod(this, change, Qt::QueuedConnection);
@@ -97,7 +99,7 @@ void measure(MeasuredApplication& application, StateRow const& row) {
 
 /// The painted globe with as many points as there are satellites in use.
 void measureGlobe(MeasuredApplication& application, WindowSize size) {
-  auto const state = crowdedGlobe();
+  auto state = crowdedGlobe();
   DesktopCommands commands;
   commands.globe.tick = [&state] { return state; };
   DesktopModel model({Wording(), {}, [] { return kNow; }, {}}, commands);
@@ -107,7 +109,7 @@ void measureGlobe(MeasuredApplication& application, WindowSize size) {
   DesktopWindow const window(model, options);
   application.longestAfter([] {});
   std::string const name = "globe " + std::to_string(size.width) + "x" + std::to_string(size.height);
-  auto const show = [&](char const* what, std::function<void()> const& change) {
+  auto const show = [&](char const* what, auto const& change) {
     Worst worst;
     worst.take(application.longestAfter(change), "globe");
     print(name.c_str(), what, worst);
@@ -121,11 +123,14 @@ void measureGlobe(MeasuredApplication& application, WindowSize size) {
 
 }  // namespace
 
-int main(int count, char** arguments) {
+int main(int count, char** arguments) try {
   qputenv("QT_QPA_PLATFORM", "offscreen");
   qputenv("QT_QUICK_BACKEND", "software");
   MeasuredApplication application(count, arguments);
   for (WindowSize const size : {WindowSize{360, 640}, {1280, 800}, {2560, 1440}})
     measureGlobe(application, size);
   for (StateRow const& row : kStates) measure(application, row);
+} catch (std::exception const& error) {
+  std::fputs(error.what(), stderr);
+  return 1;
 }

@@ -15,6 +15,7 @@ namespace nimbara::test {
 
 inline std::vector<DesktopPage> everyPage() {
   std::vector<DesktopPage> pages;
+  pages.reserve(enumNames<DesktopPage>.size());
   for (std::size_t i = 0; i < enumNames<DesktopPage>.size(); ++i)
     pages.push_back(static_cast<DesktopPage>(i));
   return pages;
