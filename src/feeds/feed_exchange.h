@@ -4,6 +4,7 @@
 
 #include "base/instant.h"
 #include "base/result.h"
+#include "feeds/feed_problem.h"
 #include "platform/http_client.h"
 
 #include <chrono>
@@ -15,9 +16,6 @@ namespace nimbara {
 /// The answer, whatever its status. The error is a sentence without a full stop.
 Result<HttpResponse, std::string> exchange(HttpClient& http, HttpRequest const& request,
                                            std::stop_token stop);
-
-/// "the service answered with status 503".
-std::string statusProblem(int status);
 
 inline bool isSuccess(int status) {
   return status >= 200 && status <= 299;

@@ -1,6 +1,7 @@
 #include "feeds/meteo_alarm_service.h"
 
 #include "base/number.h"
+#include "feeds/feed_problem.h"
 #include "feeds/meteo_alarm_countries.h"
 
 #include <algorithm>
@@ -90,7 +91,7 @@ MeteoAlarmService::Outcome MeteoAlarmService::request(std::string const& country
                                                       bool conditional, std::stop_token const& stop) {
   std::string const url = baseUrl_ + "/feeds/meteoalarm-legacy-atom-" + std::string(feedName);
   auto answer = http_.get({url, headersFor(country, conditional), kTimeout, kLongestBody}, stop);
-  if (!answer) return std::unexpected("MeteoAlarm cannot be reached: " + answer.error().message);
+  if (!answer) return std::unexpected(networkProblem(answer.error()));
   if (answer->status == kOk) return accept(country, *answer);
   if (answer->status == kNotModified && hasFeedOf(country)) {
     lastFetchDate_ = clock_.now();
@@ -102,7 +103,7 @@ MeteoAlarmService::Outcome MeteoAlarmService::request(std::string const& country
     return request(country, feedName, false, stop);
   }
   if (answer->status == kNotFound) missingFeeds_[country] = clock_.now() + kMissingFeedRest;
-  return std::unexpected("MeteoAlarm answered with status " + std::to_string(answer->status));
+  return std::unexpected(statusProblem(answer->status));
 }
 
 /// What is not well formed to its end is not kept, nor what would have it confirmed.

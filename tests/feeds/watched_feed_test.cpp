@@ -89,7 +89,7 @@ TEST_F(WatchedFeedTest, TellsSinceWhenItFailsAndForgetsItAfterwards) {
   clock_.advance(60s);
   Instant const first = clock_.now();
   http_.willFail({HttpError::Kind::connectionFailed, "no way"});
-  EXPECT_EQ(read().problem, "no way");
+  EXPECT_EQ(read().problem, "the service cannot be reached (no way)");
   clock_.advance(1s);
   http_.willAnswer(503, "");
   auto const reading = read();

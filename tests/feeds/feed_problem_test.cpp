@@ -1,0 +1,52 @@
+#include "feeds/feed_problem.h"
+
+#include <gtest/gtest.h>
+
+namespace nimbara {
+namespace {
+
+using Kind = HttpError::Kind;
+
+struct Row {
+  std::string sentence;
+  char const* english;
+  char const* portuguese;
+};
+
+TEST(FeedProblem, IsSaidInTheUsersLanguage) {
+  Texts const english = Texts::load("en");
+  Texts const portuguese = Texts::load("pt");
+  for (Row const& row : {
+           Row{networkProblem({Kind::unresolvedHost, "could not resolve host example.org"}),
+               "the network cannot be reached", "a rede não está acessível"},
+           {networkProblem({Kind::connectionFailed, "could not connect to example.org"}),
+            "the network or the service cannot be reached", "a rede ou o serviço não está acessível"},
+           {networkProblem({Kind::timedOut, ""}), "the service did not answer in time",
+            "o serviço não respondeu a tempo"},
+           {networkProblem({Kind::truncated, "the answer was cut short"}),
+            "the answer of the service was cut short", "a resposta do serviço foi cortada"},
+           {statusProblem(503), "the service answered with an error (HTTP 503)",
+            "o serviço respondeu com um erro (HTTP 503)"},
+           {statusProblem(429), "the service's limit is reached", "o limite do serviço foi atingido"},
+           {"the answer is no list of earthquakes (a list is expected)",
+            "the answer of the service could not be read", "não foi possível ler a resposta do serviço"},
+           {networkProblem({Kind::protocol, "the answer is not HTTP"}), "the answer is not HTTP",
+            "the answer is not HTTP"},
+           {"the service answered with status soon", "the service answered with status soon",
+            "the service answered with status soon"},
+           {"", "", ""},
+       }) {
+    EXPECT_EQ(problemText(row.sentence, english), row.english) << row.sentence;
+    EXPECT_EQ(problemText(row.sentence, portuguese), row.portuguese) << row.sentence;
+  }
+}
+
+TEST(FeedProblem, KeepsWhatTheTransportSaid) {
+  EXPECT_EQ(networkProblem({Kind::connectionFailed, "could not connect to example.org"}),
+            "the service cannot be reached (could not connect to example.org)");
+  EXPECT_EQ(networkProblem({Kind::truncated, "the answer was cut short"}), "the answer was cut short");
+  EXPECT_EQ(networkProblem({Kind::cancelled, "the request was cancelled"}), "the request was cancelled");
+}
+
+}  // namespace
+}  // namespace nimbara
