@@ -4,6 +4,8 @@
 #include "base/json.h"
 #include "base/number.h"
 #include "base/text.h"
+#include "base/time_words.h"
+#include "notifications/reason_text.h"
 
 #include <algorithm>
 #include <ranges>
@@ -69,9 +71,20 @@ void writeMeasured(JsonWriter& json, std::vector<Measured> const& measured) {
   json.endList();
 }
 
-std::string reasonText(Decision const& decision, Texts const& texts) {
-  std::string text = explained(logLineOf(decision, {}), texts);
-  if (decision.since) text += "; " + formatIso8601(*decision.since);
+std::string clockText(ScheduledNotification const& entry, Texts const& texts) {
+  Instant const clock(std::chrono::hours(entry.hour) + std::chrono::minutes(entry.minute));
+  return TimeWords(texts, Calendar::utc()).moment(clock, clock);
+}
+
+std::string reasonText(Decision const& decision, ReasonWords const& words) {
+  std::string text = reasonText(logLineOf(decision, {}), words.units, words.texts);
+  auto const add = [&](std::string_view key, std::string const& moment) {
+    text = words.texts.format("explain.and", text, words.texts.format(key, moment));
+  };
+  if (decision.outcome == RuleOutcome::scheduled && decision.scheduled)
+    add("explain.toldAt", clockText(*decision.scheduled, words.texts));
+  if (decision.since)
+    add("explain.since", TimeWords(words.texts, words.calendar).moment(*decision.since, words.now));
   return text;
 }
 
@@ -129,7 +142,7 @@ std::string explanationJson(PassPlan const& plan) {
   return json.take() + "\n";
 }
 
-std::string explanationText(PassPlan const& plan, Texts const& texts, Style const& style) {
+std::string explanationText(PassPlan const& plan, ReasonWords const& words, Style const& style) {
   std::size_t width = 0;
   for (Decision const& decision : plan.decisions) width = std::max(width, identifierOf(decision).size());
   constexpr std::size_t kWidest = 28;
@@ -137,7 +150,7 @@ std::string explanationText(PassPlan const& plan, Texts const& texts, Style cons
   for (Decision const& decision : plan.decisions) {
     std::string const name = fitted(identifierOf(decision), static_cast<int>(std::min(width, kWidest)));
     std::string const place = decision.place.empty() ? "" : oneLine(decision.place) + ": ";
-    std::string const line = name + "  " + place + oneLine(reasonText(decision, texts));
+    std::string const line = name + "  " + place + oneLine(reasonText(decision, words), 1000);
     text += (isAction(decision.outcome) ? style.painted(line, Colour::bold) : line) + "\n";
   }
   return text;
@@ -165,15 +178,16 @@ std::string logJson(std::vector<LoggedNotification> const& log) {
   return json.take() + "\n";
 }
 
-std::string logText(std::vector<LoggedNotification> const& log, Texts const& texts, Style const& style) {
+std::string logText(std::vector<LoggedNotification> const& log, ReasonWords const& words,
+                    Style const& style) {
   std::string text;
   for (LoggedNotification const& line : log | std::views::reverse) {
     std::string const title = oneLine(line.title.empty() ? line.identifier : line.title);
     std::string const place = line.place.empty() ? "" : " (" + oneLine(line.place) + ")";
     text += formatIso8601(line.time) + "  " + style.painted(title, Colour::bold) + place + "\n  " +
-            oneLine(explained(line, texts), 1000) + "\n";
+            oneLine(reasonText(line, words.units, words.texts), 1000) + "\n";
   }
-  return text.empty() ? std::string(texts.text("notify.log.empty")) + "\n" : text;
+  return text.empty() ? std::string(words.texts.text("notify.log.empty")) + "\n" : text;
 }
 
 }  // namespace nimbara

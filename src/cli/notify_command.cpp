@@ -51,7 +51,7 @@ class NotifyRun {
     auto const stored = store.read(StoreArea::state);
     if (!stored) return session_.fail(exitCode::kUnavailable, stored.error().message);
     auto const log = notificationLogOf(*stored);
-    session_.console.out(options_.json ? logJson(log) : logText(log, context_.texts(), styleOf(session_)));
+    session_.console.out(options_.json ? logJson(log) : logText(log, words(), styleOf(session_)));
     return exitCode::kComplete;
   }
 
@@ -148,11 +148,15 @@ class NotifyRun {
 
   std::string rendered(PassPlan const& plan) const {
     if (options_.explain) {
-      return options_.json ? explanationJson(plan)
-                           : explanationText(plan, context_.texts(), styleOf(session_));
+      return options_.json ? explanationJson(plan) : explanationText(plan, words(), styleOf(session_));
     }
     return options_.json ? notificationsJson(plan)
                          : notificationsText(plan, context_.texts(), styleOf(session_), widthOf(session_));
+  }
+
+  ReasonWords words() const {
+    Wording const& wording = context_.wording();
+    return {context_.texts(), wording.units, wording.fallback, clock_->now()};
   }
 
   NotifyOptions const& options_;

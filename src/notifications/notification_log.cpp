@@ -1,11 +1,9 @@
 #include "notifications/notification_log.h"
 
 #include "base/json_codec.h"
-#include "base/number.h"
 #include "base/text.h"
 
 #include <algorithm>
-#include <cmath>
 #include <iterator>
 
 namespace nimbara {
@@ -36,24 +34,6 @@ bool isRepetition(std::vector<LoggedNotification> const& log, LoggedNotification
   if (last == log.rend()) return false;
   bool const isFresh = outcome && isKnown(*outcome) && line.time - last->time < kFreshMemory;
   return last->outcome == line.outcome || isFresh;
-}
-
-std::string withUnit(double value, std::string_view unit) {
-  bool const isWhole = value == std::floor(value);
-  return fixedDecimal(value, isWhole ? 0 : 1) + (unit.empty() ? "" : " " + std::string(unit));
-}
-
-/// The text of a key that ends in a name; the name itself where there is no text, as in a feed's problem.
-std::string named(Texts const& texts, std::string const& stem, std::string_view name) {
-  std::string const key = stem + std::string(name);
-  std::string_view const text = texts.text(key);
-  return std::string(text == key ? name : text);
-}
-
-std::string measuredText(LoggedMeasurement const& measurement, Texts const& texts) {
-  return texts.format(
-      "explain.relation." + measurement.needs, named(texts, "explain.measure.", measurement.what),
-      withUnit(measurement.value, measurement.unit), withUnit(measurement.limit, measurement.unit));
 }
 
 }  // namespace
@@ -98,13 +78,6 @@ StoreChanges logChange(SettingValues const& stored, std::vector<LoggedNotificati
   StoreChanges changes;
   changes.emplace(kLog, SettingValue(encodeJson(log)));
   return changes;
-}
-
-std::string explained(LoggedNotification const& line, Texts const& texts) {
-  std::string text = named(texts, "explain.outcome.", line.outcome);
-  for (LoggedMeasurement const& measurement : line.measured) text += "; " + measuredText(measurement, texts);
-  if (!line.note.empty()) text += "; " + named(texts, "explain.note.", line.note);
-  return text;
 }
 
 }  // namespace nimbara

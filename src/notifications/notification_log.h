@@ -1,6 +1,6 @@
 // The log of what notifications told and what they held back: lines in the state area of the settings store,
 // where all processes of the user find them. The engine writes it, one pass at a time; others only read. It
-// explains and decides nothing.
+// decides nothing.
 #pragma once
 
 #include "notifications/pass_plan.h"
@@ -63,8 +63,5 @@ std::vector<LoggedNotification> notificationLogOf(SettingValues const& stored);
 /// The change that appends to it; the oldest lines go. What is held back for the same reason as at the last
 /// look is no news and adds nothing.
 StoreChanges logChange(SettingValues const& stored, std::vector<LoggedNotification> const& lines);
-
-/// Why, in words: "held back by the quiet hours; strongest wind or gust 72 km/h, needs at least 60 km/h".
-std::string explained(LoggedNotification const& line, Texts const& texts);
 
 }  // namespace nimbara

@@ -43,11 +43,13 @@ TEST_F(NotifyCommandTest, WhatWasToldIsNotToldAgain) {
 TEST_F(NotifyCommandTest, ExplainsEveryRule) {
   auto const text = run({"notify", "--explain"});
   EXPECT_EQ(text.exitCode, 0) << text.err;
-  EXPECT_THAT(text.out, ContainsRegex("rain_start +switched off"));
+  EXPECT_THAT(text.out, ContainsRegex("rain_start +Switched off\\."));
   EXPECT_THAT(text.out,
-              ContainsRegex("rain +Berlin: nothing to tell; likely rain in an hour [0-9.]+ mm, needs at "
-                            "least 4 mm"));
-  EXPECT_THAT(text.out, ContainsRegex("morning_summary +Berlin: scheduled"));
+              ContainsRegex("rain +Berlin: Nothing to tell\\. Up to [0-9.]+ mm of rain is likely in one hour "
+                            "\\(told from 4 mm\\)\\.\n"));
+  EXPECT_THAT(text.out,
+              ContainsRegex(
+                  "morning_summary +Berlin: Scheduled\\. It will be told at 07:00, in the place's time\\."));
   auto const json = run({"notify", "--explain", "--json"});
   EXPECT_THAT(json.out,
               HasSubstr(R"({"rule":"rain","setting":"notify_rain","identifier":"rain",)"
@@ -66,8 +68,8 @@ TEST_F(NotifyCommandTest, KeepsALogThatCanBeRead) {
   ASSERT_EQ(run({"notify", "--deliver", "print"}).exitCode, 0);
   ASSERT_EQ(run({"notify", "--deliver", "print"}).exitCode, 0);
   EXPECT_THAT(run({"notify", "--log"}).out,
-              ContainsRegex("^2026-11-21T[0-9:]+Z  [^\n]+ \\(Berlin\\)\n  told; strongest wind or gust "
-                            "[0-9.]+ km/h, needs at least 1 km/h\n$"));
+              ContainsRegex("^2026-11-21T[0-9:]+Z  [^\n]+ \\(Berlin\\)\n  Told\\. The strongest wind or gust "
+                            "will reach [0-9.]+ km/h \\(told from 1 km/h\\)\\.\n$"));
   EXPECT_THAT(
       run({"notify", "--log", "--json"}).out,
       ContainsRegex(R"("outcome":"announced","identifier":"high_wind".*"setting":"notify_highWind",)"

@@ -187,8 +187,8 @@ TEST_F(NotificationViews, TellTheLogNewestFirst) {
   EXPECT_EQ(
       all.front().sentence,
       "12:19, " + std::string(50, 'n') +
-          ", Testville, Bring a coat., held back by the quiet hours; likely rain in an hour 6 mm, needs "
-          "at least 4 mm");
+          ", Testville, Bring a coat., Held back by the quiet hours. Up to 6 mm of rain is likely in one "
+          "hour (told from 4 mm).");
   EXPECT_THAT(logViews(state, LogFilter::told, view), SizeIs(167));
   EXPECT_THAT(logViews(state, LogFilter::held, view), SizeIs(333));
 }

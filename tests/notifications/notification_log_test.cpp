@@ -1,5 +1,4 @@
-#include "notifications/notification_log.h"
-
+#include "notifications/reason_text.h"
 #include "support/notification_engine.h"
 
 #include <gmock/gmock.h>
@@ -38,7 +37,8 @@ TEST_F(NotificationLog, SaysWhatWasToldAndWhy) {
   EXPECT_EQ(line.place, "Testville");
   EXPECT_EQ(line.title, engine.center.delivered().front().title);
   EXPECT_EQ(line.body, engine.center.delivered().front().body);
-  EXPECT_EQ(explained(line, englishTexts()), "told; likely rain in an hour 6 mm, needs at least 4 mm");
+  EXPECT_EQ(reasonText(line, Units::metric(), englishTexts()),
+            "Told. Up to 6 mm of rain is likely in one hour (told from 4 mm).");
 }
 
 TEST_F(NotificationLog, SaysWhatWasHeldBackOnceForEachReason) {

@@ -5,6 +5,7 @@
 #include "notifications/catalogue.h"
 #include "notifications/custom_rule_text.h"
 #include "notifications/hold_back.h"
+#include "notifications/reason_text.h"
 #include "notifications/rule_settings.h"
 
 #include <algorithm>
@@ -137,7 +138,7 @@ LogView logView(LoggedNotification const& line, NotificationsState const& state,
   if (shown.title.empty()) shown.title = line.identifier;
   shown.body = line.body;
   shown.place = line.place;
-  shown.reason = explained(line, view.texts);
+  shown.reason = reasonText(line, view.units, view.texts);
   shown.wasTold = wasTold(line);
   shown.kind = line.kind;
   for (std::string const& part : {shown.when, shown.title, shown.place, shown.body, shown.reason}) {
