@@ -1,5 +1,8 @@
+#include "desktop/views/kind_titles.h"
 #include "desktop/views/notification_rows.h"
 #include "desktop/views/rules_view.h"
+#include "feeds/gov_alerts.h"
+#include "feeds/meteo_alarm_type.h"
 #include "notifications/catalogue.h"
 #include "notifications_states.h"
 
@@ -31,15 +34,29 @@ struct NotificationViews : testing::Test {
   ViewContext view = contextAt(kNow);
 };
 
+/// Settings of notifications that have no row on their page, and why.
+struct Elsewhere {
+  std::string_view key;
+  std::string_view why;
+};
+
+constexpr Elsewhere kElsewhere[] = {
+    {"customNotifications", "the rules have an editor of their own"},
+    {"notify_mutedKinds", "mutes are listed and lifted in a card of their own, and made from the log"},
+    {"notify_snoozedUntil", "the pause has buttons of its own"},
+    {"languageModelName", "stands on the page of settings, beside the model's address and key"},
+    {"liveActivityEnabled", "of live activities, which Linux does not have: nothing reads it"},
+};
+
 TEST_F(NotificationViews, HaveARowForEverySetting) {
-  // The rules have an editor of their own; mutes and the pause, too.
-  std::set<std::string_view> const elsewhere{"customNotifications", "notify_mutedKinds",
-                                             "notify_snoozedUntil", "languageModelName",
-                                             "liveActivityEnabled"};
-  for (SettingDefinition const& definition : notificationSettings()) {
-    bool const isShown = findNotificationRow(definition.key) != nullptr;
-    EXPECT_NE(isShown, elsewhere.contains(definition.key)) << definition.key;
+  for (SettingDefinition const* const definition : settingsRegistry().all()) {
+    bool const isOfRules =
+        std::ranges::count(notificationSettings(), definition->key, &SettingDefinition::key) > 0;
+    bool const isElsewhere = std::ranges::count(kElsewhere, definition->key, &Elsewhere::key) > 0;
+    if (!isOfRules && !definition->key.starts_with("notify_")) continue;
+    EXPECT_NE(findNotificationRow(definition->key) != nullptr, isElsewhere) << definition->key;
   }
+  for (Elsewhere const& one : kElsewhere) EXPECT_NE(settingsRegistry().find(one.key), nullptr) << one.key;
 }
 
 TEST_F(NotificationViews, AreWordedInEveryLanguage) {
@@ -152,11 +169,11 @@ TEST_F(NotificationViews, KeepNumbersAsTheyWereTyped) {
 TEST_F(NotificationViews, ListMutesWithTheirEnds) {
   auto const mutes = muteViews(crowdedState(), view);
   ASSERT_THAT(mutes, SizeIs(3));
-  EXPECT_EQ(mutes[0].title, "Official warnings (wind:advisory)");
+  EXPECT_EQ(mutes[0].title, "Official warnings: wind (level “medium”)");
   EXPECT_EQ(mutes[0].until, "until Sunday 07:00");
   EXPECT_EQ(mutes[1].title, "Heavy rain");
   EXPECT_EQ(mutes[1].until, "for ever");
-  EXPECT_EQ(mutes[2].title, "elsewhere");
+  EXPECT_EQ(mutes[2].title, "Something that this version does not know (elsewhere)");
   view.now = at("2026-11-22T07:00:00Z");
   EXPECT_THAT(muteViews(crowdedState(), view), SizeIs(2));
 }
@@ -197,6 +214,88 @@ TEST_F(NotificationViews, NameWhatHasNoTitle) {
   NotificationsState state;
   state.log = {logLine("", RuleOutcome::withdrawn)};
   EXPECT_EQ(logViews(state, LogFilter::all, view).front().title, "Heavy rain");
+}
+
+struct KindRow {
+  char const* kind;
+  char const* title;
+};
+
+TEST_F(NotificationViews, NameEveryKind) {
+  CustomNotificationList own;
+  own.rules = {gustRule("My gusts")};
+  std::string const mine = own.rules.front().identifier();
+  for (KindRow const& row : {KindRow{"rain", "Heavy rain"},
+                             {"nws_flood", "Floods"},
+                             {"hurricane_al", "Tropical storms, Atlantic"},
+                             {"beta_stargazing_tonight", "Stargazing"},
+                             {"gov", "Official warnings"},
+                             {"gov:cloud.bolt.fill", "Official warnings: thunderstorm"},
+                             {"gov:newsign", "Official warnings: other subjects"},
+                             {"gov:wind:critical", "Official warnings: wind (level “critical”)"},
+                             {"gov:info", "Official warnings (level “low”)"},
+                             {"travel_advisory:PT", "Travel advisories: Portugal"},
+                             {"hurricane:al092026", "Tropical storm AL092026"},
+                             {mine.c_str(), "My gusts"},
+                             {"custom_lost", "A rule of your own that was removed"},
+                             {"", "Something that this version does not know ()"}}) {
+    EXPECT_EQ(kindTitle(row.kind, own, view), row.title) << row.kind;
+  }
+}
+
+/// Every sign that a warning can bear has a subject.
+TEST_F(NotificationViews, NameTheSubjectsOfWarnings) {
+  std::set<std::string> signs{std::string(nwsIcon("anything"))};
+  for (char const* const event :
+       {"Tornado Warning", "Hurricane Watch", "Tsunami Warning", "Severe Thunderstorm Watch",
+        "Avalanche Warning", "Flood Watch", "Blizzard Warning", "Red Flag Warning", "Heat Advisory",
+        "Freeze Watch", "Dense Fog Advisory", "Ashfall Advisory", "Air Quality Alert", "Dust Storm Warning",
+        "Gale Warning"}) {
+    signs.insert(std::string(nwsIcon(event)));
+  }
+  for (std::size_t i = 0; i < enumNames<MeteoAlarmType>.size(); ++i)
+    signs.insert(std::string(iconOf(static_cast<MeteoAlarmType>(i))));
+  EXPECT_GE(signs.size(), 16U);
+  for (std::string_view const language : Texts::languages()) {
+    Texts const texts = Texts::load(language);
+    for (std::string const& sign : signs) {
+      EXPECT_TRUE(texts.translates("desktop.notifications.kind.gov." + sign)) << language << " " << sign;
+    }
+  }
+}
+
+struct MuteRow {
+  char const* stored;
+  char const* kind;
+  char const* muted;
+  char const* mutes;
+};
+
+TEST_F(NotificationViews, SayInTheLogWhatIsMutedNow) {
+  for (MuteRow const& row :
+       {MuteRow{"", "rain", "", ""},
+        {"rain@2026-11-21T13:00:00Z", "rain", "Muted until 13:00.", "rain"},
+        {"rain@2026-11-21T12:19:00Z", "rain", "", ""},
+        {"rain", "rain_start", "", ""},
+        {"gov", "gov:wind", "Muted for ever.", "gov"},
+        {"gov:wind:advisory,gov:wind", "gov:wind", "Muted for ever.", "gov:wind:advisory+gov:wind"},
+        {"gov:flood", "gov:wind", "", ""}}) {
+    NotificationsState state = withSettings({{"notify_mutedKinds", std::string(row.stored)}});
+    state.log = {logLine("Title", RuleOutcome::announced)};
+    state.log.front().kind = row.kind;
+    LogView const shown = logViews(state, LogFilter::all, view).front();
+    EXPECT_EQ(shown.muted, row.muted) << row.stored;
+    EXPECT_EQ(shown.mutes, row.mutes) << row.stored;
+  }
+}
+
+TEST_F(NotificationViews, MuteLinesOfEarlierVersionsByTheirIdentifier) {
+  NotificationsState state;
+  state.log = {logLine("Rain", RuleOutcome::announced)};
+  state.log.front().kind.clear();
+  LogView const shown = logViews(state, LogFilter::all, view).front();
+  EXPECT_EQ(shown.kind, "rain");
+  EXPECT_EQ(shown.mute, "Mute “Heavy rain”");
 }
 
 struct RuleViews : NotificationViews {
@@ -258,7 +357,11 @@ TEST_F(RuleViews, OfferWhatWasChosenElsewhere) {
   EXPECT_EQ(std::ranges::count(spans, "7", &OptionView::value), 1);
   EXPECT_EQ(spans.front().text, "now");
   EXPECT_EQ(checkHourOptions(view).front().value, "-1");
-  EXPECT_THAT(rulePlaceOptions(places, view), SizeIs(3));
+  EXPECT_THAT(rulePlaceOptions(draft, places, view), SizeIs(3));
+  draft.locationID = Uuid::named(kCurrentLocation, "lost");
+  auto const withLost = rulePlaceOptions(draft, places, view);
+  ASSERT_THAT(withLost, SizeIs(4));
+  EXPECT_EQ(withLost.back().value, draft.locationID->text());
   EXPECT_EQ(weekdayViews(draft, view).front().dayName, "Mon");
 }
 

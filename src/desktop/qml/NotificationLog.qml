@@ -8,11 +8,13 @@ Card {
     required property var notifications
     readonly property var words: notifications.words
 
+    property string choosing  // the entry whose like is to be muted
+
     title: words.log ?? ""
 
     Column {
         width: parent.width
-        spacing: 1.5 * Theme.space
+        spacing: 2 * Theme.space
 
         Text {
             width: parent.width
@@ -39,6 +41,7 @@ Card {
             width: parent.width
             visible: card.notifications.log.count === 0 && card.notifications.now.logNote === ""
             text: card.words.logNone ?? ""
+            wrapMode: Text.Wrap
             horizontalAlignment: Text.AlignLeft
             color: Theme.muted
             font.pixelSize: Theme.body
@@ -47,52 +50,12 @@ Card {
         }
         Repeater {
             model: card.notifications.log
-            Item {
-                id: line
-                required property string when
-                required property string title
-                required property string body
-                required property string place
-                required property string reason
-                required property bool wasTold
-                required property string sentence
+            LogEntry {
                 width: parent.width
-                height: words.height
-                Accessible.role: Accessible.ListItem
-                Accessible.name: sentence
-
-                Rectangle {
-                    anchors.left: parent.left
-                    y: 4
-                    width: 4
-                    height: parent.height - 8
-                    radius: 2
-                    color: line.wasTold ? Theme.accent : Theme.outline
-                }
-                Column {
-                    id: words
-                    anchors.right: parent.right
-                    width: parent.width - 2 * Theme.space
-                    spacing: 2
-                    component Part: Text {
-                        width: parent ? parent.width : 0
-                        visible: text !== ""
-                        wrapMode: Text.Wrap
-                        horizontalAlignment: Text.AlignLeft
-                        color: Theme.muted
-                        font.pixelSize: Theme.small
-                        Accessible.ignored: true
-                    }
-                    Part { text: line.when + (line.place !== "" ? " · " + line.place : "") }
-                    Part {
-                        text: line.title
-                        color: line.wasTold ? Theme.text : Theme.muted
-                        font.pixelSize: Theme.body
-                        font.weight: Font.DemiBold
-                    }
-                    Part { text: line.body; maximumLineCount: 4; elide: Text.ElideRight; color: Theme.text }
-                    Part { text: line.reason; font.italic: !line.wasTold }
-                }
+                notifications: card.notifications
+                isChoosing: card.choosing === key
+                onChoose: card.choosing = isChoosing ? "" : key
+                onChosen: card.choosing = ""
             }
         }
         PlainButton {

@@ -16,6 +16,8 @@ ScrollPage {
     Text {
         width: page.inner
         text: page.words.title ?? ""
+        wrapMode: Text.Wrap
+        horizontalAlignment: Text.AlignLeft
         color: Theme.text
         font.pixelSize: Theme.headline
         font.weight: Font.DemiBold
@@ -33,9 +35,16 @@ ScrollPage {
             spacing: 2 * Theme.space
 
             NotifierCard { width: parent.width; notifications: page.notifications }
-            Repeater {
-                model: page.notifications.groups
-                RuleGroup { width: page.part; notifications: page.notifications }
+            Card {
+                width: parent.width
+                title: page.words.groups ?? ""
+                Column {
+                    width: parent.width
+                    Repeater {
+                        model: page.notifications.groups
+                        RuleGroup { width: parent.width; notifications: page.notifications }
+                    }
+                }
             }
             MuteCard { width: parent.width; notifications: page.notifications }
         }

@@ -3,7 +3,7 @@ import QtQuick
 import QtQuick.Controls.Basic
 import NimbaraPages
 
-Rectangle {
+Item {
     id: group
 
     required property string name
@@ -12,18 +12,26 @@ Rectangle {
     required property var notifications
     property bool isOpen: false
 
+    required property int index
+
     height: header.height + (isOpen ? rows.height + Theme.space : 0)
-    radius: Theme.radius
-    color: Theme.card
-    border.width: 1
-    border.color: Theme.outline
+
+    Rectangle {
+        width: parent.width
+        height: 1
+        visible: group.index > 0
+        color: Theme.outline
+    }
 
     AbstractButton {
         id: header
-        width: parent.width
-        height: 60 * Theme.scale
-        leftPadding: 2 * Theme.space
-        rightPadding: 2 * Theme.space
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.margins: -Theme.space
+        leftPadding: Theme.space
+        rightPadding: Theme.space
+        topPadding: 2 * Theme.space
+        bottomPadding: 2 * Theme.space
         onClicked: group.isOpen = !group.isOpen
         Keys.onReturnPressed: clicked()
         Accessible.role: Accessible.Button
@@ -31,18 +39,23 @@ Rectangle {
         Accessible.checkable: true
         Accessible.checked: group.isOpen
         background: Rectangle {
-            radius: Theme.radius
+            anchors.fill: parent
+            anchors.topMargin: 4
+            anchors.bottomMargin: 4
+            radius: 10
             color: header.hovered ? Qt.alpha(Theme.raised, 0.5) : "transparent"
             border.width: header.visualFocus ? 2 : 0
             border.color: Theme.accent
         }
         contentItem: Item {
+            implicitHeight: Math.max(name.height, arrow.height)
             Text {
+                id: name
                 anchors.left: parent.left
                 anchors.verticalCenter: parent.verticalCenter
                 width: parent.width - count.width - arrow.width - 3 * Theme.space
                 text: group.title
-                elide: Text.ElideRight
+                wrapMode: Text.Wrap
                 horizontalAlignment: Text.AlignLeft
                 color: Theme.text
                 font.pixelSize: Theme.body
@@ -70,10 +83,9 @@ Rectangle {
 
     Loader {
         id: rows
-        x: 2 * Theme.space
         y: header.height
-        width: parent.width - 4 * Theme.space
-        height: item ? item.height : 0
+        width: parent.width
+        height: item ? item.implicitHeight : 0  // a height of its own would stay what it was at first
         active: group.isOpen || item !== null
         visible: group.isOpen
         sourceComponent: Column {

@@ -1,6 +1,7 @@
 #include "desktop/views/notifications_view.h"
 
 #include "base/time_words.h"
+#include "desktop/views/kind_titles.h"
 #include "desktop/views/notification_rows.h"
 #include "notifications/catalogue.h"
 #include "notifications/custom_rule_text.h"
@@ -20,10 +21,6 @@ using Control = NotificationRow::Control;
 using Row = NotificationRow;
 
 constexpr std::string_view kControlNames[] = {"switch", "number", "level", "hour"};
-
-std::string titleOf(std::string_view key, ViewContext const& view) {
-  return view.text("desktop.notifications." + std::string(key));
-}
 
 std::string moment(Instant instant, ViewContext const& view) {
   return TimeWords(view.texts, view.fallback).moment(instant, view.now);
@@ -76,8 +73,8 @@ NotificationSettingView rowView(Row const& row, Settings const& settings, ViewCo
   NotificationSettingView shown;
   shown.key = row.key;
   shown.control = kControlNames[static_cast<std::size_t>(row.control)];
-  shown.title = titleOf(row.key, view);
-  shown.explanation = titleOf(std::string(row.key) + ".hint", view);
+  shown.title = settingTitle(row.key, view);
+  shown.explanation = settingTitle(std::string(row.key) + ".hint", view);
   shown.isDetail = !row.of.empty();
   shown.isEnabled = row.of.empty() || settings.boolean(row.of);
   SettingValue const value = settings.value(row.key);
@@ -104,24 +101,16 @@ NotificationGroup const* findGroup(std::string_view name) {
   return found == groups.end() ? nullptr : &*found;
 }
 
-// ---- Kinds that can be muted
+// ---- Mutes
 
-Rule const* ruleOfKind(std::string_view kind) {
-  std::string_view const stem = kind.substr(0, kind.find(':'));
-  auto const rules = ruleCatalogue();
-  auto const found =
-      std::ranges::find_if(rules, [&](Rule const& rule) { return withoutJoint(rule.stem) == stem; });
-  return found == rules.end() ? nullptr : &*found;
+std::string endText(Mute const& mute, ViewContext const& view) {
+  return mute.until ? view.texts.format("desktop.notifications.until", moment(*mute.until, view))
+                    : view.text("desktop.notifications.forever");
 }
 
-std::string kindTitle(std::string_view kind, CustomNotificationList const& custom, ViewContext const& view) {
-  auto const own = std::ranges::find(custom.rules, kind, &CustomNotification::identifier);
-  if (own != custom.rules.end()) return own->title;
-  Rule const* const rule = ruleOfKind(kind);
-  if (rule == nullptr) return std::string(kind);
-  std::string const title = titleOf(rule->setting, view);
-  std::size_t const joint = kind.find(':');
-  return joint == std::string_view::npos ? title : title + " (" + std::string(kind.substr(joint + 1)) + ")";
+/// A line of an earlier version knows its notification's identifier alone.
+std::string kindOf(LoggedNotification const& line) {
+  return line.kind.empty() ? kindOfIdentifier(line.identifier) : line.kind;
 }
 
 // ---- The log
@@ -131,16 +120,32 @@ bool wasTold(LoggedNotification const& line) {
   return outcome && isDelivery(*outcome);
 }
 
-LogView logView(LoggedNotification const& line, NotificationsState const& state, ViewContext const& view) {
+/// What holds back the line's like at present: a mute of its kind, of the kind at a level, or of its rule.
+void setMute(LogView& shown, std::vector<Mute> const& mutes, ViewContext const& view) {
+  std::string const graded = shown.kind + ":";
+  for (Mute const& mute : mutes) {
+    bool const isOfIt =
+        mute.kind == shown.kind || mute.kind.starts_with(graded) || mute.kind == stemOfKind(shown.kind);
+    if (!isOfIt || !mute.holds(view.now)) continue;
+    shown.mutes += (shown.mutes.empty() ? "" : "+") + mute.kind;
+    shown.muted = view.texts.format("desktop.log.muted", endText(mute, view));
+  }
+}
+
+LogView logView(LoggedNotification const& line, std::vector<Mute> const& mutes,
+                NotificationsState const& state, ViewContext const& view) {
   LogView shown;
+  shown.key = formatIso8601(line.time) + " " + line.identifier;
+  shown.kind = kindOf(line);
+  shown.kindTitle = kindTitle(shown.kind, state.rules, view);
+  shown.mute = view.texts.format("desktop.log.mute", shown.kindTitle);
+  setMute(shown, mutes, view);
   shown.when = moment(line.time, view);
-  shown.title = line.title.empty() ? kindTitle(line.kind, state.rules, view) : line.title;
-  if (shown.title.empty()) shown.title = line.identifier;
+  shown.title = line.title.empty() ? shown.kindTitle : line.title;
   shown.body = line.body;
   shown.place = line.place;
   shown.reason = reasonText(line, view.units, view.texts);
   shown.wasTold = wasTold(line);
-  shown.kind = line.kind;
   for (std::string const& part : {shown.when, shown.title, shown.place, shown.body, shown.reason}) {
     if (part.empty()) continue;
     if (!shown.sentence.empty()) shown.sentence += ", ";
@@ -214,7 +219,7 @@ std::vector<OptionView> hourOptions(ViewContext const& view) {
 std::vector<OptionView> muteOptions(ViewContext const& view) {
   std::vector<OptionView> options;
   for (Rule const& rule : ruleCatalogue()) {
-    std::string const title = titleOf(rule.setting, view);
+    std::string const title = settingTitle(rule.setting, view);
     std::string const kind(withoutJoint(rule.stem));
     // Rules that one switch turns off are muted together.
     auto const same = std::ranges::find(options, title, &OptionView::text);
@@ -243,9 +248,7 @@ std::vector<MuteView> muteViews(NotificationsState const& state, ViewContext con
   std::vector<MuteView> shown;
   for (Mute const& mute : RuleSettings::of(state.settings).mutes) {
     if (!mute.holds(view.now)) continue;
-    MuteView row{mute.kind, kindTitle(mute.kind, state.rules, view),
-                 mute.until ? view.texts.format("desktop.notifications.until", moment(*mute.until, view))
-                            : view.text("desktop.notifications.forever")};
+    MuteView row{mute.kind, kindTitle(mute.kind, state.rules, view), endText(mute, view)};
     auto const same = std::ranges::find_if(
         shown, [&](MuteView const& other) { return other.title == row.title && other.until == row.until; });
     if (same != shown.end()) {
@@ -271,11 +274,12 @@ std::optional<Instant> endOf(MuteSpan span, Instant now, Calendar const& calenda
 }
 
 std::vector<LogView> logViews(NotificationsState const& state, LogFilter filter, ViewContext const& view) {
+  std::vector<Mute> const mutes = RuleSettings::of(state.settings).mutes;
   std::vector<LogView> shown;
   for (LoggedNotification const& line : state.log | std::views::reverse) {
     bool const isTold = wasTold(line);
     bool const isWanted = filter == LogFilter::all || isTold == (filter == LogFilter::told);
-    if (isWanted) shown.push_back(logView(line, state, view));
+    if (isWanted) shown.push_back(logView(line, mutes, state, view));
   }
   return shown;
 }

@@ -98,22 +98,35 @@ inline constexpr auto viewFields<MuteView> =
                viewField("until", &MuteView::until)};
 
 struct LogView {
+  std::string key;  ///< tells lines apart
   std::string when;
   std::string title;
   std::string body;
   std::string place;
   std::string reason;
   bool wasTold = false;
-  std::string kind;      ///< what a mute names
+  std::string kind;  ///< what a mute names
+  std::string kindTitle;
+  std::string mute;      ///< "Mute “Heavy rain”"
+  std::string muted;     ///< until when its like is muted; empty when it is told
+  std::string mutes;     ///< what holds it back, kinds by "+"
   std::string sentence;  ///< all of it, for those who listen
 };
 
 template <>
-inline constexpr auto viewFields<LogView> =
-    std::tuple{viewField("when", &LogView::when),     viewField("title", &LogView::title),
-               viewField("body", &LogView::body),     viewField("place", &LogView::place),
-               viewField("reason", &LogView::reason), viewField("wasTold", &LogView::wasTold),
-               viewField("kind", &LogView::kind),     viewField("sentence", &LogView::sentence)};
+inline constexpr auto viewFields<LogView> = std::tuple{viewField("key", &LogView::key),
+                                                       viewField("when", &LogView::when),
+                                                       viewField("title", &LogView::title),
+                                                       viewField("body", &LogView::body),
+                                                       viewField("place", &LogView::place),
+                                                       viewField("reason", &LogView::reason),
+                                                       viewField("wasTold", &LogView::wasTold),
+                                                       viewField("kind", &LogView::kind),
+                                                       viewField("kindTitle", &LogView::kindTitle),
+                                                       viewField("mute", &LogView::mute),
+                                                       viewField("muted", &LogView::muted),
+                                                       viewField("mutes", &LogView::mutes),
+                                                       viewField("sentence", &LogView::sentence)};
 
 /// How long something is muted or nothing rings.
 enum class MuteSpan { hour, tomorrow, forever };

@@ -202,9 +202,13 @@ std::vector<OptionView> checkHourOptions(ViewContext const& view) {
   return options;
 }
 
-std::vector<OptionView> rulePlaceOptions(PlaceList const& places, ViewContext const& view) {
+std::vector<OptionView> rulePlaceOptions(CustomNotification const& draft, PlaceList const& places,
+                                         ViewContext const& view) {
   std::vector<OptionView> options{{"", view.text("customnotif.place.selected")}};
   for (SavedPlace const& place : places.places) options.push_back({place.id.text(), place.name});
+  if (!isPlaceKnown(draft, places)) {
+    options.push_back({draft.locationID->text(), view.text("customnotif.place.deleted")});
+  }
   return options;
 }
 

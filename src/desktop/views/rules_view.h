@@ -99,7 +99,8 @@ std::vector<OptionView> kindOptions(ViewContext const& view);
 std::vector<OptionView> comparisonOptions(CustomNotification const& draft, ViewContext const& view);
 std::vector<OptionView> spanOptions(CustomNotification const& draft, ViewContext const& view);
 std::vector<OptionView> checkHourOptions(ViewContext const& view);
-/// The selected place and the saved ones.
-std::vector<OptionView> rulePlaceOptions(PlaceList const& places, ViewContext const& view);
+/// The selected place, the saved ones, and the draft's own where that was deleted.
+std::vector<OptionView> rulePlaceOptions(CustomNotification const& draft, PlaceList const& places,
+                                         ViewContext const& view);
 
 }  // namespace nimbara

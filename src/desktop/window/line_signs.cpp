@@ -18,6 +18,15 @@ void stroke(QPainter& painter, Lines points) {
   painter.drawPolyline(QPolygonF(QList<QPointF>(points)));
 }
 
+QPainterPath bellPath() {
+  QPainterPath bell({4.5, 17});
+  bell.cubicTo(6.5, 15, 6.5, 13, 6.5, 10.5);
+  bell.cubicTo(6.5, 3.2, 17.5, 3.2, 17.5, 10.5);
+  bell.cubicTo(17.5, 13, 17.5, 15, 19.5, 17);
+  bell.closeSubpath();
+  return bell;
+}
+
 struct SignRow {
   std::string_view name;
   void (*paint)(QPainter&);
@@ -46,13 +55,13 @@ constexpr std::array kSigns = std::to_array<SignRow>({
      }},
     {"bell",
      [](QPainter& p) {
-       QPainterPath bell({4.5, 17});
-       bell.cubicTo(6.5, 15, 6.5, 13, 6.5, 10.5);
-       bell.cubicTo(6.5, 3.2, 17.5, 3.2, 17.5, 10.5);
-       bell.cubicTo(17.5, 13, 17.5, 15, 19.5, 17);
-       bell.closeSubpath();
-       p.drawPath(bell);
+       p.drawPath(bellPath());
        p.drawArc(QRectF(9.5, 17.5, 5, 4), 190 * 16, 160 * 16);
+     }},
+    {"silence",
+     [](QPainter& p) {
+       p.drawPath(bellPath());
+       stroke(p, {{4, 3.5}, {20, 20.5}});
      }},
     {"warning",
      [](QPainter& p) {

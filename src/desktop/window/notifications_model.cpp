@@ -15,6 +15,7 @@ constexpr int kLogPage = 20;
 constexpr WordRow kWords[] = {
     {"title", "desktop.page.notifications"},
     {"testButton", "desktop.notifications.test"},
+    {"groups", "desktop.notifications.groups"},
     {"pauseTitle", "desktop.notifications.pause"},
     {"pauseHint", "desktop.notifications.pause.hint"},
     {"resume", "desktop.notifications.resume"},
@@ -134,7 +135,7 @@ void NotificationsModel::showAll() {
   showDraft();
 }
 
-/// They depend on the language and the places alone.
+/// They depend on the language alone.
 void NotificationsModel::showOptions() {
   ViewContext const& view = *shown_.view;
   levels_->show(levelOptions(view));
@@ -142,7 +143,6 @@ void NotificationsModel::showOptions() {
   kindsToMute_->show(muteOptions(view));
   kinds_->show(kindOptions(view));
   checkHours_->show(checkHourOptions(view));
-  rulePlaces_->show(rulePlaceOptions(shown_.places, view));
 }
 
 void NotificationsModel::showLog() {
@@ -250,6 +250,7 @@ void NotificationsModel::showDraft() {
   comparisons_->show(comparisonOptions(*draft_, view));
   spans_->show(spanOptions(*draft_, view));
   days_->show(weekdayViews(*draft_, view));
+  rulePlaces_->show(rulePlaceOptions(*draft_, shown_.places, view));
   draftRow_->show(draftView(*draft_, shown_.places, view));
 }
 
