@@ -1,5 +1,7 @@
 #include "app/weather_state.h"
 
+#include "app/failure_text.h"
+
 namespace nimbara {
 
 AppError AppError::of(APIError const& error) {
@@ -8,13 +10,13 @@ AppError AppError::of(APIError const& error) {
   if (isUnreachable) return {Case::offline, {}};
   std::string message = error.text();
   if (message.ends_with('.')) message.pop_back();
-  return {Case::networkError, std::move(message)};
+  return {Case::networkError, std::move(message), error};
 }
 
 std::string AppError::text(Texts const& texts) const {
   switch (kind) {
     case Case::networkError:
-      return texts.format("error.networkError", message);
+      return texts.format("error.networkError", cause ? failureText(*cause, texts) : message);
     case Case::noLocation:
       return std::string(texts.text("error.noLocation"));
     case Case::offline:

@@ -22,7 +22,8 @@ struct AppError {
   enum class Case { networkError, noLocation, offline };
 
   Case kind = Case::networkError;
-  std::string message;  ///< of `networkError`: what the provider's failure was
+  std::string message;  ///< of `networkError`: what the provider's failure was, for logs
+  std::optional<APIError> cause = std::nullopt;  ///< of `networkError`: the same for people
 
   /// `offline` when the network itself could not be reached, else `networkError`.
   static AppError of(APIError const& error);

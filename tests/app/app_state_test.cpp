@@ -348,9 +348,10 @@ TEST(AppError, TellsALostNetworkFromAFailingService) {
     EXPECT_EQ(AppError::of(row.error).kind, row.expected);
   }
   Texts const texts = Texts::load("en");
-  EXPECT_EQ(AppError::of(APIError::http(503)).text(texts),
-            "The forecast could not be fetched: Server returned HTTP 503. It is tried again by itself; the "
-            "last good forecast stays.");
+  EXPECT_EQ(
+      AppError::of(APIError::http(503)).text(texts),
+      "The forecast could not be fetched: the service answered with an error (HTTP 503). It is tried again "
+      "by itself; the last good forecast stays.");
 }
 
 TEST(RefreshClocks, KeepPlacesAndKindsApart) {

@@ -92,9 +92,9 @@ TEST_F(DesktopNotificationsTest, ChangeASettingAndLookAgain) {
 
 TEST_F(DesktopNotificationsTest, TellWhyASettingWasRefused) {
   notifications->set("notify_highWindThreshold", std::int64_t{9000});
-  EXPECT_NE(state().problem, "");
+  EXPECT_TRUE(state().problem.has_value());
   notifications->set("notify_highWindThreshold", std::int64_t{90});
-  EXPECT_EQ(state().problem, "");
+  EXPECT_FALSE(state().problem.has_value());
 }
 
 TEST_F(DesktopNotificationsTest, NoticeWhatOthersChange) {

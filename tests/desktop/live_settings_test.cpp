@@ -113,12 +113,13 @@ TEST_F(LiveSettings, WritesWhatIsChosenAndSaysWhatIsRefused) {
   auto const refused = snapshots_.await(
       [](DesktopSnapshot const& shown) { return shown.settings->refusedKey == "openMeteoHost"; });
   ASSERT_TRUE(refused);
-  EXPECT_THAT(refused->settings->refusal, HasSubstr("an address like"));
+  ASSERT_TRUE(refused->settings->refusal);
+  EXPECT_THAT(refused->settings->refusal->message, HasSubstr("an address like"));
   core_->changeSetting("openMeteoHost", "https://own.example");
   auto const bound =
       snapshots_.await([](DesktopSnapshot const& shown) { return shown.settings->needsRestart; });
   ASSERT_TRUE(bound);
-  EXPECT_EQ(bound->settings->refusal, "");
+  EXPECT_FALSE(bound->settings->refusal.has_value());
   core_->changeSetting("openMeteoHost", "");
   EXPECT_TRUE(snapshots_.await([](DesktopSnapshot const& shown) { return !shown.settings->needsRestart; }));
 }

@@ -46,7 +46,7 @@ inline NotificationsState crowdedState() {
   state.isOurs = false;
   state.holder = "watch";
   state.status = AuthorizationStatus::denied;
-  state.problem = "the settings cannot be written";
+  state.problem = StoreError{StoreError::Kind::unwritable, "the disk is full"};
   state.testNote = "there is no notification service on this desktop";
   state.rules.rules = {gustRule(), gustRule(std::string(60, 'W')), gustRule("Of a lost place")};
   state.rules.rules.back().locationID = Uuid::named(kCurrentLocation, "lost");

@@ -99,7 +99,7 @@ TEST_F(NotificationViews, SayWhatIsWrong) {
   NotificationsView const crowded = shown(crowdedState());
   EXPECT_EQ(crowded.trouble,
             "Notifications cannot be shown: this desktop has no notification service, or it does not answer. "
-            "the settings cannot be written.");
+            "Your settings cannot be written: the disk is full, or the file may not be changed.");
   EXPECT_EQ(crowded.test, "The test did not come through: there is no notification service on this desktop.");
   EXPECT_EQ(crowded.pause, "Nothing rings until 18:00.");
 }

@@ -99,7 +99,7 @@ inline std::shared_ptr<DesktopSnapshot> uncoveredHazards() {
 
 inline std::shared_ptr<DesktopSnapshot> noPlaces() {
   auto snapshot = std::make_shared<DesktopSnapshot>();
-  snapshot->problem = "the settings cannot be read";
+  snapshot->problem = StoreError{StoreError::Kind::unreadable, "it is no database"};
   return snapshot;
 }
 

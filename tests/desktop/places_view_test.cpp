@@ -51,7 +51,7 @@ TEST(Here, SaysWhatBecameOfTheQuestion) {
        {PhaseRow{Phase::idle, "accuracy of a city", false, false},
         PhaseRow{Phase::asking, "Asking the desktop", true, false}, PhaseRow{Phase::found, "", false, false},
         PhaseRow{Phase::denied, "does not allow it", false, true},
-        PhaseRow{Phase::unavailable, "not known: no GeoClue.", false, true}}) {
+        PhaseRow{Phase::unavailable, "could not be found", false, true}}) {
     HereView const view = hereView({}, {row.phase, "no GeoClue", {}}, {}, contextAt(kNow));
     EXPECT_THAT(view.note, HasSubstr(row.note));
     EXPECT_EQ(view.isAsking, row.isAsking) << row.note;
@@ -66,7 +66,8 @@ TEST(OnlineSearch, SaysWhatFailed) {
   EXPECT_THAT(onlineNote(std::unexpected(offline), contextAt(kNow)), HasSubstr("network cannot be reached"));
   EXPECT_THAT(onlineNote(std::unexpected(APIError::of(APIError::Case::noResults)), contextAt(kNow)),
               HasSubstr("No place of that name"));
-  EXPECT_THAT(onlineNote(std::unexpected(APIError::http(503, "busy")), contextAt(kNow)), HasSubstr("busy"));
+  EXPECT_EQ(onlineNote(std::unexpected(APIError::http(503, "busy")), contextAt(kNow)),
+            "The search failed: the service answered with an error (HTTP 503: busy).");
   EXPECT_THAT(onlineNote(std::vector<FoundPlace>{}, contextAt(kNow)), HasSubstr("Open-Meteo"));
 }
 

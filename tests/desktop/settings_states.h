@@ -12,14 +12,16 @@ inline SettingsState settingsWith(SettingValues stored) {
 }
 
 /// With failures, faults and whatever else asks for attention.
-inline SettingsState troubledSettings() {
-  SettingsState state = settingsWith({{"temperatureUnit", std::string("kelvin")},
+inline SettingsState troubledSettings(std::int64_t textSize = 100) {
+  SettingsState state = settingsWith({{"desktop_textSize", textSize},
+                                      {"temperatureUnit", std::string("kelvin")},
                                       {"windUnit", std::string("knots")},
                                       {"firmsApiKey", std::string("secret-of-firms")},
                                       {"openMeteoHost", std::string("https://own.example")}});
-  state.problem = "the settings cannot be written";
+  state.problem = StoreError{StoreError::Kind::unreadable, "it is no database"};
   state.refusedKey = "openMeteoHost";
-  state.refusal = "the setting openMeteoHost takes an address like https://host, or nothing";
+  state.refusal = StoreError{StoreError::Kind::refused,
+                             "the setting openMeteoHost takes an address like https://host, or nothing"};
   state.needsRestart = true;
   state.watchProblem = "\"systemctl --user enable nimbara-watch.service\" failed; try it yourself";
   state.dataDirectory = "/home/someone/with/a/rather/long/way/to/her/data/nimbara";

@@ -113,8 +113,12 @@ TEST(SettingViews, NeverTellASecret) {
 }
 
 TEST(SettingViews, SayWhyAValueWasRefused) {
-  SettingsState const state = troubledSettings();
-  EXPECT_EQ(row(SettingsGroup::addresses, "openMeteoHost", state).problem, state.refusal);
+  SettingsState state = troubledSettings();
+  EXPECT_EQ(row(SettingsGroup::addresses, "openMeteoHost", state).problem,
+            "This is no address like https://host; the old one stays.");
+  state.refusal->kind = StoreError::Kind::busy;
+  EXPECT_EQ(row(SettingsGroup::addresses, "openMeteoHost", state).problem,
+            "Another program keeps your settings busy. Try again in a moment.");
   EXPECT_EQ(row(SettingsGroup::addresses, "yrNoHost", state).problem, "");
 }
 
@@ -144,7 +148,7 @@ TEST(Providers, AreLeftAloneAsLongAsTheyAsk) {
 
 TEST(SettingsPage, NamesFaultsAndProblems) {
   SettingsView const view = settingsView(troubledSettings(), contextAt(kNow));
-  EXPECT_THAT(view.notice, HasSubstr("the settings cannot be written.\nA stored value cannot be used: "));
+  EXPECT_THAT(view.notice, HasSubstr("or is no file of Nimbara's.\nA stored value cannot be used: "));
   EXPECT_THAT(view.notice, HasSubstr("temperatureUnit"));
   EXPECT_TRUE(view.needsRestart);
   EXPECT_EQ(settingsView(settingsWith({}), contextAt(kNow)).notice, "");

@@ -196,6 +196,7 @@ void DesktopCore::publish() {
   snapshot->kept = std::move(places.kept);
   snapshot->location = std::move(places.location);
   snapshot->problem = std::move(places.problem);
+  snapshot->unknownPlace = std::move(places.unknown);
   listener_(std::move(snapshot));
 }
 

@@ -42,7 +42,8 @@ struct DesktopSnapshot {
   std::shared_ptr<NotificationsState const> notifications = std::make_shared<NotificationsState>();
   bool closesToTray = true;  ///< where there is a tray
   LocationState location;
-  std::string problem;  ///< why places could not be read or changed; empty when they could
+  std::optional<StoreError> problem;  ///< why places could not be read or changed
+  std::string unknownPlace;           ///< what none of them is called, though somebody asked for it
   std::shared_ptr<SettingsState const> settings;
   std::shared_ptr<Wording const> wording;  ///< the words and units that hold now
 };

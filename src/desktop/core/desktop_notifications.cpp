@@ -40,6 +40,11 @@ std::vector<std::string> kindsOf(std::string_view kinds) {
   return list;
 }
 
+bool isSame(std::optional<StoreError> const& one, std::optional<StoreError> const& other) {
+  if (!one || !other) return !one && !other;
+  return one->kind == other->kind && one->message == other->message;
+}
+
 Result<void, StoreError> outcomeOf(NotificationState::Saved const& saved) {
   if (!saved) return std::unexpected(saved.error());
   return {};
@@ -112,10 +117,10 @@ void DesktopNotifications::reload() {
     if (chosen) next.settings = Settings(settingsRegistry(), *chosen);
     if (rules) next.rules = std::move(*rules);
     if (remembered) next.log = notificationLogOf(*remembered);
-    if (!chosen) next.problem = chosen.error().message;
+    if (!chosen) next.problem = chosen.error();
     return isChosenAnew || next.isOurs != before.isOurs || next.holder != before.holder ||
            next.isStandIn != before.isStandIn || next.rules != before.rules || next.log != before.log ||
-           next.problem != before.problem;
+           !isSame(next.problem, before.problem);
   });
   if (isChosenAnew) requestPass();
   if (isOther) around_.publish();
@@ -124,9 +129,9 @@ void DesktopNotifications::reload() {
 void DesktopNotifications::command(std::function<Result<void, StoreError>()> apply) {
   around_.commands.run([this, apply = std::move(apply)](std::stop_token const&) {
     auto const done = apply();
-    std::string const problem = done ? std::string() : done.error().message;
+    std::optional<StoreError> const problem = done ? std::nullopt : std::optional(done.error());
     bool const isOther = change([&](NotificationsState& next) {
-      bool const isNew = next.problem != problem;
+      bool const isNew = !isSame(next.problem, problem);
       next.problem = problem;
       return isNew;
     });

@@ -46,11 +46,17 @@ void DesktopPlaces::change(std::function<PlaceResult(PlaceList&)> const& apply) 
 }
 
 void DesktopPlaces::choose(std::string const& text) {
-  change([&text](PlaceList& list) -> PlaceResult {
+  bool isKnown = true;
+  change([&](PlaceList& list) -> PlaceResult {
     SavedPlace const* const place = savedPlaceMeant(list, text);
-    if (place == nullptr) return std::unexpected("no saved place is called " + oneLine(text));
+    isKnown = place != nullptr;
+    if (!isKnown) return std::unexpected("no saved place is called " + oneLine(text));
     return selectPlace(list, place->id);
   });
+  if (isKnown) return;
+  std::lock_guard const lock(mutex_);
+  state_.problem.reset();
+  state_.unknown = oneLine(text);
 }
 
 void DesktopPlaces::begin(std::vector<SavedPlace> const& places) {
@@ -69,7 +75,8 @@ void DesktopPlaces::keep(Result<PlaceList, StoreError> list) {
     here = describedPlace(list->lastFix->coordinate, settings_.wording()->texts->language());
   }
   std::lock_guard const lock(mutex_);
-  state_.problem = list ? std::string() : list.error().message;
+  state_.problem = list ? std::nullopt : std::optional(list.error());
+  state_.unknown.clear();
   if (!list) return;
   state_.list = std::move(*list);
   state_.location.here = std::move(here);

@@ -21,7 +21,8 @@ struct PlacesState {
   PlaceList list;
   KeptForecasts kept;
   LocationState location;
-  std::string problem;  ///< why places could not be read or changed; empty when they could
+  std::optional<StoreError> problem;  ///< why places could not be read or changed
+  std::string unknown;                ///< what none of them is called, though somebody asked for it
 };
 
 class DesktopPlaces {

@@ -87,7 +87,7 @@ SettingsChanges DesktopSettings::reread() {
   bool const needsRestart = differWhereBound(atStart_, reading.settings);
   change([&](SettingsState& state) {
     state.settings = std::move(reading.settings);
-    state.problem = reading.problem ? reading.problem->message : std::string();
+    state.problem = reading.problem;
     state.needsRestart = needsRestart;
     state.watch = watch;
     if (changes.wording) wording_ = std::move(words);
@@ -112,7 +112,7 @@ SettingsChanges DesktopSettings::set(std::string_view key, std::string_view text
   SettingsChanges const changes = reread();
   change([&](SettingsState& state) {
     state.refusedKey = written ? "" : std::string(key);
-    state.refusal = written ? "" : written.error().message;
+    state.refusal = written ? std::nullopt : std::optional(written.error());
   });
   return changes;
 }

@@ -1,6 +1,7 @@
 #include "desktop/views/alert_view.h"
 
 #include "base/text.h"
+#include "desktop/views/problem_text.h"
 #include "feeds/gov_alerts.h"
 #include "model/process.h"
 
@@ -149,7 +150,7 @@ void fillUnchecked(OfficialView& view, OfficialCheck const& check, bool hasWarni
   } else {
     view.headline = view.brief;
   }
-  if (!check.problem.empty()) view.notice += context.texts.format("desktop.because", check.problem) + " ";
+  if (!check.problem.empty()) view.notice += becauseText(check.problem, context) + " ";
   view.notice += context.text(hasWarnings ? "desktop.official.retry" : "desktop.official.retryEmpty");
 }
 

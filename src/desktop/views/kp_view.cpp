@@ -1,6 +1,7 @@
 #include "desktop/views/kp_view.h"
 
 #include "base/number.h"
+#include "desktop/views/problem_text.h"
 
 #include <algorithm>
 #include <cmath>
@@ -35,7 +36,7 @@ std::string levelKey(int level, std::string_view kind) {
 
 std::string noticeOf(HazardReading<std::optional<double>> const& kp, ViewContext const& context) {
   if (kp.problem.empty()) return {};
-  std::string const because = context.texts.format("desktop.because", kp.problem);
+  std::string const because = becauseText(kp.problem, context);
   if (!kp.checkedAt) return context.text("desktop.kp.neverChecked") + " " + because;
   TimeWords const words(context.texts, context.fallback);
   return context.texts.format("desktop.kp.uncheckedSince", words.moment(*kp.checkedAt, context.now)) + " " +

@@ -5,8 +5,9 @@
 #include "notifications/custom_notification.h"
 #include "notifications/notification_log.h"
 #include "platform/notification_center.h"
-#include "platform/settings.h"
+#include "platform/settings_store.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,9 +21,9 @@ struct NotificationsState {
   std::string holder;                   ///< the program that does, as it calls itself; may be empty
   bool isStandIn = false;               ///< made-up news stay in the log
   AuthorizationStatus status = AuthorizationStatus::notDetermined;
-  std::string problem;   ///< why something could not be read or changed; empty when it could
-  std::string testNote;  ///< why the last test did not come through; empty when it did
-  int testsTold = 0;     ///< how many tests were taken by the desktop
+  std::optional<StoreError> problem;  ///< why something could not be read or changed
+  std::string testNote;               ///< why the last test did not come through; empty when it did
+  int testsTold = 0;                  ///< how many tests were taken by the desktop
 };
 
 /// What became of trying a rule.

@@ -3,6 +3,7 @@
 #include "base/time_words.h"
 #include "desktop/views/kind_titles.h"
 #include "desktop/views/notification_rows.h"
+#include "desktop/views/problem_text.h"
 #include "notifications/catalogue.h"
 #include "notifications/custom_rule_text.h"
 #include "notifications/hold_back.h"
@@ -44,7 +45,7 @@ std::string testText(NotificationsState const& state, ViewContext const& view) {
 std::string troubleText(NotificationsState const& state, ViewContext const& view) {
   std::string text;
   if (state.status == AuthorizationStatus::denied) text = view.text("desktop.notifications.denied");
-  if (!state.problem.empty()) text += (text.empty() ? "" : " ") + state.problem + ".";
+  if (state.problem) text += (text.empty() ? "" : " ") + storeText(state.problem, view);
   return text;
 }
 

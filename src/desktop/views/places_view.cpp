@@ -1,5 +1,6 @@
 #include "desktop/views/places_view.h"
 
+#include "app/failure_text.h"
 #include "app/weather_state.h"
 #include "desktop/views/now_view.h"
 #include "model/present.h"
@@ -41,7 +42,7 @@ std::string noteOf(LocationState const& location, ViewContext const& context) {
     case LocationState::Phase::denied:
       return context.text("desktop.here.denied");
     case LocationState::Phase::unavailable:
-      return context.texts.format("desktop.here.unavailable", location.message);
+      return context.text("desktop.here.unavailable");
   }
   return {};
 }
@@ -97,7 +98,7 @@ std::string onlineNote(Result<std::vector<FoundPlace>, APIError> const& found, V
   if (found.error().kind == APIError::Case::noResults) return context.text("desktop.search.none");
   AppError const error = AppError::of(found.error());
   if (error.kind == AppError::Case::offline) return context.text("desktop.search.online.offline");
-  return context.texts.format("desktop.search.online.failed", error.message);
+  return context.texts.format("desktop.search.online.failed", failureText(found.error(), context.texts));
 }
 
 std::vector<FoundView> foundViews(std::vector<FoundPlace> const& found, PlaceList const& list) {

@@ -2,6 +2,7 @@
 
 #include "base/number.h"
 #include "base/text.h"
+#include "desktop/views/problem_text.h"
 
 #include <algorithm>
 #include <array>
@@ -79,7 +80,7 @@ std::string countText(std::size_t count, ViewContext const& context) {
 
 std::string noticeOf(HazardReading<std::vector<EarthquakeEvent>> const& quakes, ViewContext const& context) {
   if (quakes.problem.empty()) return {};
-  std::string const because = " " + context.texts.format("desktop.because", quakes.problem);
+  std::string const because = " " + becauseText(quakes.problem, context);
   if (!quakes.checkedAt) {
     return context.text(quakes.data.empty() ? "desktop.quakes.neverChecked" : "desktop.quakes.unchecked") +
            because;

@@ -4,6 +4,7 @@
 #include "app/settings_registry.h"
 #include "app/unit_settings.h"
 #include "base/time_words.h"
+#include "desktop/views/problem_text.h"
 #include "providers/provider_manager.h"
 
 #include <algorithm>
@@ -117,6 +118,13 @@ std::string currentOf(std::string_view key, SettingsState const& state) {
   return preset ? std::string(enumName(*preset)) : "own";
 }
 
+std::string refusalText(std::string_view key, std::optional<StoreError> const& refusal,
+                        ViewContext const& context) {
+  if (!refusal || refusal->kind != StoreError::Kind::refused) return storeText(refusal, context);
+  return context.text(key.ends_with("Host") ? "desktop.settings.refused.address"
+                                            : "desktop.settings.refused");
+}
+
 SettingRowView rowOf(std::string_view key, std::string_view kind, SettingsState const& state,
                      ViewContext const& context) {
   SettingDefinition const* const definition = state.settings.registry().find(key);
@@ -125,7 +133,7 @@ SettingRowView rowOf(std::string_view key, std::string_view kind, SettingsState 
   row.kind = kind;
   row.title = context.text("desktop.settings." + row.key);
   row.isSet = definition != nullptr && state.settings.value(key) != definition->defaultValue();
-  if (state.refusedKey == key) row.problem = state.refusal;
+  if (state.refusedKey == key) row.problem = refusalText(key, state.refusal, context);
   if (kind == "switch") row.isOn = state.settings.boolean(key);
   if (kind == "text") row.value = state.settings.text(key);
   if (kind != "choice") return row;
@@ -198,7 +206,7 @@ std::string stateOf(ProviderRecord const& record, ViewContext const& context) {
 ProviderView providerView(std::string_view provider, SettingsState const& state, ViewContext const& context) {
   ProviderView view;
   view.value = provider;
-  view.name = context.text("provider." + view.value);
+  view.name = context.text(isAutomatic(provider) ? "desktop.settings.automatic" : "provider." + view.value);
   view.isChosen = state.settings.text("preferredProvider") == provider;
   auto const record = state.providers.find(provider);
   if (isAutomatic(provider)) {
@@ -216,8 +224,7 @@ ProviderView providerView(std::string_view provider, SettingsState const& state,
 }
 
 std::string noticeOf(SettingsState const& state, ViewContext const& context) {
-  std::string notice;
-  if (!state.problem.empty()) notice = context.texts.format("desktop.settings.problem", state.problem);
+  std::string notice = storeText(state.problem, context);
   for (std::string const& fault : state.settings.faults()) {
     notice += (notice.empty() ? "" : "\n") + context.texts.format("desktop.settings.fault", fault);
   }

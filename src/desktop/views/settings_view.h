@@ -6,10 +6,11 @@
 #include "desktop/views/view_context.h"
 #include "desktop/views/view_fields.h"
 #include "platform/desktop_appearance.h"
-#include "platform/settings.h"
+#include "platform/settings_store.h"
 #include "providers/provider_history.h"
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,10 +22,10 @@ struct SettingsState {
   explicit SettingsState(Settings read) : settings(std::move(read)) {}
 
   Settings settings;
-  std::string problem;        ///< why they could not be read or written; empty when they could
-  std::string refusedKey;     ///< of the last change, when it was refused
-  std::string refusal;        ///< why
-  bool needsRestart = false;  ///< something that the services were made with has changed since
+  std::optional<StoreError> problem;  ///< why they could not be read
+  std::string refusedKey;             ///< of the last change, when it failed
+  std::optional<StoreError> refusal;  ///< why
+  bool needsRestart = false;          ///< something that the services were made with has changed since
   ProviderHistory::Records providers;
   bool isAppleWeatherConfigured = false;
   AppearanceWish wish;  ///< of the desktop

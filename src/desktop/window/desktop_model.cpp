@@ -2,6 +2,7 @@
 
 #include "desktop/views/alert_view.h"
 #include "desktop/views/now_view.h"
+#include "desktop/views/problem_text.h"
 #include "desktop/window/words.h"
 
 #include <algorithm>
@@ -108,6 +109,13 @@ void DesktopModel::takeWording(Wording const& wording) {
 ViewContext DesktopModel::context() const {
   return {*setting_.wording.texts, setting_.wording.units, setting_.now(), setting_.wording.fallback,
           setting_.standIn};
+}
+
+QString DesktopModel::problem() const {
+  ViewContext const view = context();
+  std::string const& unknown = snapshot_->unknownPlace;
+  return QString::fromStdString(unknown.empty() ? storeText(snapshot_->problem, view)
+                                                : view.texts.format("desktop.places.unknown", unknown));
 }
 
 void DesktopModel::show(std::shared_ptr<DesktopSnapshot const> snapshot) {

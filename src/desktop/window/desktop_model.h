@@ -104,7 +104,7 @@ class DesktopModel : public QObject {
   RecordModel* here() { return here_; }
   SettingsModel* settings() { return settings_; }
   Meteogram const& meteogram() const { return meteogram_; }
-  QString problem() const { return QString::fromStdString(snapshot_->problem); }
+  QString problem() const;
   /// A first snapshot has come.
   bool isReady() const { return isReady_; }
   bool hasSettled() const {

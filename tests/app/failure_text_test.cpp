@@ -1,0 +1,52 @@
+#include "app/failure_text.h"
+
+#include <gtest/gtest.h>
+
+namespace nimbara {
+namespace {
+
+struct Row {
+  APIError error;
+  char const* english;
+  char const* portuguese;
+};
+
+TEST(FailureText, SaysInTheUsersLanguageWhatHappened) {
+  using Case = APIError::Case;
+  using Kind = HttpError::Kind;
+  Texts const english = Texts::load("en");
+  Texts const portuguese = Texts::load("pt");
+  for (Row const& row :
+       {Row{APIError::network({Kind::unresolvedHost, "could not resolve host x"}),
+            "the network cannot be reached", "a rede não está acessível"},
+        {APIError::network({Kind::timedOut, "no answer in 15 s"}), "the service did not answer in time",
+         "o serviço não respondeu a tempo"},
+        {APIError::refusal(), "every forecast service failed a few minutes ago",
+         "todos os serviços de previsão falharam há poucos minutos"},
+        {APIError::http(503), "the service answered with an error (HTTP 503)",
+         "o serviço respondeu com um erro (HTTP 503)"},
+        {APIError::http(400, "no such place"), "the service answered with an error (HTTP 400: no such place)",
+         "o serviço respondeu com um erro (HTTP 400: no such place)"},
+        {APIError::http(429, "slow down"), "the service's limit is reached",
+         "o limite do serviço foi atingido"},
+        {APIError::of(Case::decodingError), "the answer of the service could not be read",
+         "não foi possível ler a resposta do serviço"},
+        {{Case::networkError, 0, "WeatherKit is not configured", {}, {}},
+         "WeatherKit is not configured",
+         "WeatherKit is not configured"}}) {
+    EXPECT_EQ(failureText(row.error, english), row.english);
+    EXPECT_EQ(failureText(row.error, portuguese), row.portuguese);
+  }
+}
+
+TEST(FailureText, HasWordsForEveryFailure) {
+  for (std::string_view const language : Texts::languages()) {
+    Texts const texts = Texts::load(language);
+    for (std::string_view const kind : enumNames<HttpError::Kind>) {
+      EXPECT_TRUE(texts.translates("failure." + std::string(kind))) << language << " " << kind;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace nimbara
