@@ -2,6 +2,7 @@
 
 #include "app/unit_settings.h"
 #include "desktop/views/credits.h"
+#include "notifications/rule_settings.h"
 #include "settings_states.h"
 
 #include <gmock/gmock.h>
@@ -100,6 +101,38 @@ TEST(SettingViews, KeepAValueBetweenTheChoices) {
       row(SettingsGroup::look, "desktop_textSize", settingsWith({{"desktop_textSize", std::int64_t{117}}}));
   EXPECT_EQ(size.value, "117");
   EXPECT_EQ(size.labels.back(), "117\u00A0%");
+}
+
+/// Settings that have no row on this page, and why.
+struct Elsewhere {
+  std::string_view key;
+  std::string_view why;
+};
+
+constexpr Elsewhere kElsewhere[] = {
+    {"preferredProvider", "the list of forecast services chooses it"},
+    {"globeHidden", "the legend of the globe switches it"},
+    {kQuakeRadiusSetting, "a filter of the hazards page"},
+    {kQuakeMagnitudeSetting, "a filter of the hazards page"},
+};
+
+/// The page of notifications has its own like of this.
+TEST(SettingViews, HaveARowForEverySetting) {
+  std::set<std::string> shown;
+  for (SettingsGroup const group : {SettingsGroup::look, SettingsGroup::units, SettingsGroup::window,
+                                    SettingsGroup::keys, SettingsGroup::addresses}) {
+    for (SettingRowView const& each : settingRows(group, settingsWith({}), contextAt(kNow)))
+      shown.insert(each.key);
+  }
+  EXPECT_TRUE(shown.contains("languageModelName")) << "which the page of notifications leaves to this one";
+  for (SettingDefinition const* const definition : settingsRegistry().all()) {
+    bool const isOfNotifications =
+        std::ranges::count(notificationSettings(), definition->key, &SettingDefinition::key) > 0;
+    // Most services have no keys; those that have are a table of the page.
+    if (isOfNotifications || definition->key.ends_with("ApiKey")) continue;
+    bool const isElsewhere = std::ranges::count(kElsewhere, definition->key, &Elsewhere::key) > 0;
+    EXPECT_NE(shown.contains(std::string(definition->key)), isElsewhere) << definition->key;
+  }
 }
 
 TEST(SettingViews, NeverTellASecret) {

@@ -16,15 +16,21 @@ ComboBox {
         currentIndex = Qt.binding(() => choice.count > 0 ? choice.indexOfValue(choice.value) : -1);
     }
 
-    readonly property real widest: Array.isArray(model) && metrics.font.pixelSize > 0
-        ? model.reduce((most, option) => Math.max(most, metrics.advanceWidth(option.text)), 0)
-        : implicitContentWidth
+    property real least: 160  // wide, before enlargement
     readonly property real arrow: 16 + 18 * Theme.scale
+    // Its texts change with the language, and what is shown with them; their width with the size of letters.
+    readonly property real widest: widestOf(count, displayText, metrics.font.pixelSize)
 
-    implicitWidth: Math.min(280 * Theme.scale, Math.max(120 * Theme.scale, widest + arrow + 18))
-    implicitHeight: 36 * Theme.scale
+    function widestOf(count, shown, size) {
+        let most = 0;
+        for (let i = 0; i < count; ++i)
+            most = Math.max(most, metrics.advanceWidth(textAt(i)));
+        return most;
+    }
+
+    implicitWidth: Math.ceil(Math.min(280 * Theme.scale, Math.max(least * Theme.scale, widest + arrow + 18)))
+    implicitHeight: Math.max(36 * Theme.scale, shownText.contentHeight + 12 * Theme.scale)
     width: parent && parent.width > 0 ? Math.min(implicitWidth, parent.width) : implicitWidth
-    implicitContentWidthPolicy: ComboBox.WidestText
     leftPadding: mirrored ? arrow : 14
     rightPadding: mirrored ? 14 : arrow
     textRole: "text"
@@ -49,10 +55,9 @@ ComboBox {
     }
 
     contentItem: Text {
+        id: shownText
         text: choice.displayText
-        elide: Text.ElideRight
-        fontSizeMode: Text.HorizontalFit
-        minimumPixelSize: Theme.tiny
+        wrapMode: Text.Wrap
         verticalAlignment: Text.AlignVCenter
         horizontalAlignment: Text.AlignLeft
         color: Theme.text

@@ -27,6 +27,7 @@ Card {
             Accessible.name: text
         }
         Choice {
+            anchors.left: parent.left
             visible: card.notifications.now.logNote === ""
             title: card.words.logShow ?? ""
             model: [
@@ -59,6 +60,7 @@ Card {
             }
         }
         PlainButton {
+            anchors.left: parent.left
             visible: card.notifications.olderLines > 0
             text: (card.words.logMore ?? "") + " (" + card.notifications.olderLines + ")"
             onClicked: card.notifications.showMoreLog()

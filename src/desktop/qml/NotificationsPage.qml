@@ -16,10 +16,11 @@ ScrollPage {
     Text {
         width: page.inner
         text: page.words.title ?? ""
-        wrapMode: Text.Wrap
         horizontalAlignment: Text.AlignLeft
         color: Theme.text
         font.pixelSize: Theme.headline
+        fontSizeMode: Text.HorizontalFit
+        minimumPixelSize: Theme.title
         font.weight: Font.DemiBold
         Accessible.role: Accessible.Heading
         Accessible.name: text

@@ -30,6 +30,7 @@ Card {
             color: Theme.warm
         }
         PlainButton {
+            anchors.left: parent.left
             text: card.words.testButton ?? ""
             onClicked: card.notifications.postTest()
         }

@@ -43,7 +43,8 @@ Card {
                     checked: rule.isOn
                     onSwitched: on => card.notifications.enableRule(rule.id, on)
                 }
-                Row {
+                Flow {
+                    width: parent.width
                     spacing: Theme.space
                     PlainButton {
                         text: card.words.editRule ?? ""
@@ -60,6 +61,7 @@ Card {
             }
         }
         PlainButton {
+            anchors.left: parent.left
             visible: !card.notifications.isEditing
             text: card.words.addRule ?? ""
             onClicked: card.notifications.addRule()

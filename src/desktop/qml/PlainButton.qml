@@ -11,7 +11,7 @@ T.Button {
     property string sign
 
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
-    implicitHeight: Math.max(36, 36 * Theme.scale)
+    implicitHeight: Math.max(36 * Theme.scale, sign !== "" ? 0 : label.contentHeight + 12 * Theme.scale)
     leftPadding: sign !== "" ? 9 : 12
     rightPadding: leftPadding
     font.pixelSize: Theme.small
@@ -30,6 +30,7 @@ T.Button {
             visible: button.sign === ""
             text: button.text
             font: button.font
+            wrapMode: Text.Wrap
             color: button.ink
             horizontalAlignment: Text.AlignHCenter
             verticalAlignment: Text.AlignVCenter

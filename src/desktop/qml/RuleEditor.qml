@@ -48,6 +48,7 @@ Rectangle {
             stacked: true
             Field {
                 id: name
+                implicitWidth: all.width
                 width: all.width
                 title: editor.words.ruleTitle
                 maximumLength: 200
@@ -107,37 +108,43 @@ Rectangle {
             width: parent.width
             title: editor.words.ruleDays
             stacked: true
-            Flow {
+            Item {
+                implicitWidth: all.width
                 width: all.width
-                spacing: Theme.space / 2
-                Repeater {
-                    model: editor.notifications.days
-                    AbstractButton {
-                        id: day
-                        required property string name
-                        required property string dayName
-                        required property bool isOn
-                        implicitWidth: Math.max(44 * Theme.scale, label.implicitWidth + 16)
-                        implicitHeight: 36 * Theme.scale
-                        onClicked: editor.notifications.setDay(name, !isOn)
-                        Keys.onReturnPressed: clicked()
-                        Accessible.role: Accessible.CheckBox
-                        Accessible.name: dayName
-                        Accessible.checked: isOn
-                        background: Rectangle {
-                            radius: height / 2
-                            color: day.isOn ? Theme.accent : Theme.raised
-                            border.width: day.visualFocus ? 2 : 0
-                            border.color: Theme.text
-                        }
-                        contentItem: Text {
-                            id: label
-                            text: day.dayName
-                            horizontalAlignment: Text.AlignHCenter
-                            verticalAlignment: Text.AlignVCenter
-                            color: day.isOn ? Theme.accentText : Theme.muted
-                            font.pixelSize: Theme.small
-                            font.weight: Font.DemiBold
+                height: week.height
+                Flow {
+                    id: week
+                    width: parent.width
+                    spacing: Theme.space / 2
+                    Repeater {
+                        model: editor.notifications.days
+                        AbstractButton {
+                            id: day
+                            required property string name
+                            required property string dayName
+                            required property bool isOn
+                            implicitWidth: Math.max(44 * Theme.scale, label.implicitWidth + 16)
+                            implicitHeight: 36 * Theme.scale
+                            onClicked: editor.notifications.setDay(name, !isOn)
+                            Keys.onReturnPressed: clicked()
+                            Accessible.role: Accessible.CheckBox
+                            Accessible.name: dayName
+                            Accessible.checked: isOn
+                            background: Rectangle {
+                                radius: height / 2
+                                color: day.isOn ? Theme.accent : Theme.raised
+                                border.width: day.visualFocus ? 2 : 0
+                                border.color: Theme.text
+                            }
+                            contentItem: Text {
+                                id: label
+                                text: day.dayName
+                                horizontalAlignment: Text.AlignHCenter
+                                verticalAlignment: Text.AlignVCenter
+                                color: day.isOn ? Theme.accentText : Theme.muted
+                                font.pixelSize: Theme.small
+                                font.weight: Font.DemiBold
+                            }
                         }
                     }
                 }
@@ -169,6 +176,7 @@ Rectangle {
             topPadding: Theme.space
             spacing: Theme.space
             PlainButton {
+                width: Math.min(implicitWidth, parent.width)
                 text: editor.words.tryRule
                 enabled: !editor.notifications.isTrying
                 onClicked: editor.notifications.tryDraft()

@@ -48,12 +48,15 @@ Item {
             border.color: Theme.accent
         }
         contentItem: Item {
-            implicitHeight: Math.max(name.height, arrow.height)
+            id: heading
+            // Large letters in a narrow window leave no room beside each other.
+            readonly property bool isTight: width < 240 * Theme.scale
+            implicitHeight: Math.max(name.height + (isTight ? count.height + 2 : 0), arrow.height)
             Text {
                 id: name
                 anchors.left: parent.left
-                anchors.verticalCenter: parent.verticalCenter
-                width: parent.width - count.width - arrow.width - 3 * Theme.space
+                y: heading.isTight ? 0 : (parent.height - height) / 2
+                width: parent.width - arrow.width - Theme.space - (heading.isTight ? 0 : count.width + 2 * Theme.space)
                 text: group.title
                 wrapMode: Text.Wrap
                 horizontalAlignment: Text.AlignLeft
@@ -63,9 +66,10 @@ Item {
             }
             Text {
                 id: count
-                anchors.right: arrow.left
+                anchors.left: heading.isTight ? parent.left : undefined
+                anchors.right: heading.isTight ? undefined : arrow.left
                 anchors.rightMargin: Theme.space
-                anchors.verticalCenter: parent.verticalCenter
+                y: heading.isTight ? name.height + 2 : (parent.height - height) / 2
                 text: group.summary
                 color: Theme.muted
                 font.pixelSize: Theme.small

@@ -12,6 +12,7 @@ SettingRow {
     signal chosen(var value)
 
     Choice {
+        least: 200  // so that those below each other are alike
         model: row.options
         value: row.value
         title: row.title

@@ -63,7 +63,8 @@ SettingRow {
 
                 focus: true
                 activeFocusOnTab: true
-                width: (64 + (row.unit === "" ? 0 : 8)) * Theme.scale + symbol.implicitWidth
+                width: Math.min((64 + (row.unit === "" ? 0 : 8)) * Theme.scale + symbol.implicitWidth,
+                                row.width - 72 * Theme.scale - Theme.space)
                 height: parent.height
                 leftPadding: mirrored ? 12 + symbol.implicitWidth + 4 : 10
                 rightPadding: mirrored ? 10 : 12 + symbol.implicitWidth + 4

@@ -8,7 +8,7 @@ Item {
 
     property string title
     property string explanation
-    property bool stacked: width < 2.2 * slot.implicitWidth + 120 * Theme.scale
+    property bool stacked: width < slot.implicitWidth + 170 * Theme.scale
     default property alias control: slot.data
     property alias words: words
 

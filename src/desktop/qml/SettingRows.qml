@@ -29,6 +29,7 @@ Column {
             }
 
             width: rows.width
+            bottomPadding: problem !== "" || (kind === "secret" && isSet) ? 1.5 * Theme.space : 0
 
             Loader {
                 width: entry.width
@@ -46,6 +47,7 @@ Column {
                 Accessible.name: text
             }
             PlainButton {
+                anchors.left: parent.left
                 visible: entry.kind === "secret" && entry.isSet
                 text: app.settings.words.forget
                 explanation: text + ": " + entry.title

@@ -19,6 +19,8 @@ ScrollPage {
         horizontalAlignment: Text.AlignLeft
         color: Theme.text
         font.pixelSize: Theme.headline
+        fontSizeMode: Text.HorizontalFit
+        minimumPixelSize: Theme.title
         font.weight: Font.DemiBold
         Accessible.role: Accessible.Heading
         Accessible.name: text
