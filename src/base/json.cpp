@@ -3,13 +3,24 @@
 #include "base/json_codec.h"
 
 #include <charconv>
+#include <cmath>
 
 namespace nimbara {
+
+namespace {
+
+/// Digits alone are read back as a whole number, which has to fit into 64 bits.
+constexpr double kLeastWithExponent = 0x1p63;
+
+}  // namespace
 
 void JsonWriter::value(double number) {
   if (!std::isfinite(number)) return null();
   char buffer[32];
-  auto const result = std::to_chars(buffer, buffer + sizeof buffer, number + 0.0);
+  char* const end = buffer + sizeof buffer;
+  auto const result = std::abs(number) < kLeastWithExponent
+                          ? std::to_chars(buffer, end, number + 0.0)
+                          : std::to_chars(buffer, end, number, std::chars_format::scientific);
   out_.append(buffer, result.ptr);
 }
 

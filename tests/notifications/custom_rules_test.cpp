@@ -57,6 +57,16 @@ TEST(CustomNotifications, KeepTheirFileFormat) {
   EXPECT_EQ(placeless->rules.front().locationID, std::nullopt);
 }
 
+TEST(CustomNotifications, AreReadAgainWhateverTheThreshold) {
+  for (double const threshold : {-0.0, 0.1, 5e-324, 9223372036854775808.0, 18446744073709551616.0,
+                                 123456789012345680000.0, -9223372036854777856.0, 1e22, 1.5e300}) {
+    auto const rule = ruleOf(Type::windGust, Operator::above, threshold);
+    auto const again = parseCustomNotifications(encodeCustomNotifications({{rule}, {}, {}}));
+    ASSERT_TRUE(again) << threshold << ": " << again.error();
+    EXPECT_EQ(again->rules, std::vector{rule}) << threshold;
+  }
+}
+
 TEST(CustomNotifications, OneBadRuleSpoilsNoOther) {
   for (std::string const& bad : {
            changed("windGust", "windgust"),
