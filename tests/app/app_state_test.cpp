@@ -351,7 +351,7 @@ TEST(AppError, TellsALostNetworkFromAFailingService) {
   EXPECT_EQ(
       AppError::of(APIError::http(503)).text(texts),
       "The forecast could not be fetched: the service answered with an error (HTTP 503). It is tried again "
-      "by itself; the last good forecast stays.");
+      "by itself.");
 }
 
 TEST(RefreshClocks, KeepPlacesAndKindsApart) {
