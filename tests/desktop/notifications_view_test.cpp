@@ -16,8 +16,6 @@ namespace {
 
 using namespace std::chrono_literals;
 using namespace nimbara::test;
-using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::SizeIs;
 
 struct NotificationViews : testing::Test {
