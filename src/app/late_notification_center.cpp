@@ -3,9 +3,14 @@
 namespace nimbara {
 
 void LateNotificationCenter::setListener(Listener listener) {
-  std::lock_guard const lock(mutex_);
-  if (made_) made_->setListener(listener);
-  listener_ = std::move(listener);
+  NotificationCenter* made = nullptr;
+  {
+    std::lock_guard const lock(mutex_);
+    listener_ = listener;
+    made = made_.get();
+  }
+  // Without the lock: this waits for a listener that is running, and that one may ask this center something.
+  if (made != nullptr) made->setListener(std::move(listener));
 }
 
 NotificationCenter& LateNotificationCenter::center() {

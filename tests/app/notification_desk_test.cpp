@@ -15,6 +15,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <future>
 #include <latch>
 
 namespace nimbara {
@@ -179,6 +180,34 @@ TEST(LateNotificationCenter, IsMadeWhenItIsNeededWithItsListener) {
   center.setListener(nullptr);
   fake->respond({"", "snooze", ""});
   EXPECT_EQ(heard, "mute");
+}
+
+/// A center that waits for the running listener before it takes another, as those do that have a thread.
+struct WaitingCenter final : NotificationCenter {
+  explicit WaitingCenter(std::function<void()> waiting) : waitForListener(std::move(waiting)) {}
+  AuthorizationStatus authorizationStatus() override { return AuthorizationStatus::authorized; }
+  AuthorizationStatus requestAuthorization() override { return authorizationStatus(); }
+  Result<void, DeliveryError> deliver(NotificationRequest const&) override { return {}; }
+  Result<void, DeliveryError> update(NotificationRequest const&) override { return {}; }
+  void withdraw(std::string_view) override {}
+  void setListener(Listener) override { waitForListener(); }
+  std::function<void()> waitForListener;
+};
+
+TEST(LateNotificationCenter, AnswersAListenerThatIsWaitedFor) {
+  std::future<AuthorizationStatus> asked;
+  bool isAnswered = true;
+  LateNotificationCenter* late = nullptr;
+  auto const waitForListener = [&] {
+    if (late == nullptr) return;
+    asked = std::async(std::launch::async, [&] { return late->authorizationStatus(); });
+    isAnswered = asked.wait_for(2s) == std::future_status::ready;
+  };
+  LateNotificationCenter center([&] { return std::make_unique<WaitingCenter>(waitForListener); });
+  EXPECT_EQ(center.authorizationStatus(), AuthorizationStatus::authorized);
+  late = &center;
+  center.setListener(nullptr);
+  EXPECT_TRUE(isAnswered);
 }
 
 }  // namespace
