@@ -14,6 +14,11 @@
 #include <string>
 #include <vector>
 
+/// The toolkit looks for fonts and lets go of some of what it found only with the process.
+extern "C" [[gnu::used]] inline char const* __lsan_default_suppressions() {  // NOLINT(*-identifier,*-naming)
+  return "leak:libfontconfig\n";
+}
+
 namespace nimbara::test {
 
 inline std::vector<std::string>& complaints() {
