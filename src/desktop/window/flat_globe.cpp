@@ -13,7 +13,9 @@ namespace nimbara {
 namespace {
 
 constexpr double kRadians = std::numbers::pi / 180;
-constexpr double kMostDiscPixels = 300'000;  // what is painted within a frame or two
+constexpr double kMostDiscPixels = 300'000;
+constexpr double kMovingDiscPixels = 130'000;  // what is painted within a frame
+constexpr int kRestMs = 180;
 
 /// Where a ray from the eye meets the earth; nothing when it passes by.
 std::optional<Vector3> groundOf(Vector3 const& eye, Vector3 const& ray) {
@@ -27,6 +29,13 @@ std::optional<Vector3> groundOf(Vector3 const& eye, Vector3 const& ray) {
 double smoothStep(double from, double to, double value) {
   double const t = std::clamp((value - from) / (to - from), 0.0, 1.0);
   return t * t * (3 - 2 * t);
+}
+
+/// The sun's way of some 15 seconds makes no difference to be seen.
+Vector3 coarse(Vector3 const& direction) {
+  constexpr double kSteps = 1000;
+  return {std::round(direction[0] * kSteps), std::round(direction[1] * kSteps),
+          std::round(direction[2] * kSteps)};
 }
 
 /// Day, the soft edge between, and the night with its lights; paler towards the rim.
@@ -70,6 +79,9 @@ QImage paintDisc(QImage const& earth, GlobeCamera const& camera, Vector3 const& 
 
 FlatGlobe::FlatGlobe(QQuickItem* parent) : QQuickPaintedItem(parent) {
   setAntialiasing(true);
+  rest_.setSingleShot(true);
+  rest_.setInterval(kRestMs);
+  connect(&rest_, &QTimer::timeout, this, [this] { update(); });
 }
 
 void FlatGlobe::setModel(GlobeModel* model) {
@@ -78,7 +90,10 @@ void FlatGlobe::setModel(GlobeModel* model) {
   model_ = model;
   if (model_ != nullptr) {
     connect(model_, &GlobeModel::shown, this, [this] { update(); });
-    connect(model_, &GlobeModel::cameraChanged, this, [this] { update(); });
+    connect(model_, &GlobeModel::cameraChanged, this, [this] {
+      rest_.start();
+      update();
+    });
   }
   Q_EMIT modelChanged();
 }
@@ -95,17 +110,26 @@ void FlatGlobe::paint(QPainter* painter) {
   painter->setPen(Qt::NoPen);
   painter->setBrush(air);
   painter->drawEllipse(middle, radius * 1.12, radius * 1.12);
-  if (!model_->earth().isNull()) {
-    double const pixels = std::min(camera.width * camera.height, 4 * radius * radius);
-    double const shrink = std::max(1.0, std::sqrt(pixels / kMostDiscPixels));
-    QSize const size(int(std::ceil(camera.width / shrink)), int(std::ceil(camera.height / shrink)));
-    painter->setRenderHint(QPainter::SmoothPixmapTransform);
-    painter->drawImage(QRectF(0, 0, size.width() * shrink, size.height() * shrink),
-                       paintDisc(model_->earth(), camera, model_->state().sun, size, shrink));
-  }
+  if (!model_->earth().isNull()) paintEarth(*painter);
   paintEarthquakes(*painter);
   paintOrbit(*painter);
   paintSatellites(*painter);
+}
+
+void FlatGlobe::paintEarth(QPainter& painter) {
+  GlobeCamera const& camera = model_->camera();
+  double const radius = camera.earthRadius();
+  double const pixels = std::min(camera.width * camera.height, 4 * radius * radius);
+  double const most = rest_.isActive() ? kMovingDiscPixels : kMostDiscPixels;
+  double const shrink = std::max(1.0, std::sqrt(pixels / most));
+  QSize const size(int(std::ceil(camera.width / shrink)), int(std::ceil(camera.height / shrink)));
+  DiscView const view{camera, coarse(model_->state().sun), size, model_->earth().cacheKey()};
+  if (disc_.isNull() || view != discView_) {
+    disc_ = paintDisc(model_->earth(), camera, model_->state().sun, size, shrink);
+    discView_ = view;
+  }
+  painter.setRenderHint(QPainter::SmoothPixmapTransform);
+  painter.drawImage(QRectF(0, 0, size.width() * shrink, size.height() * shrink), disc_);
 }
 
 void FlatGlobe::paintStars(QPainter& painter) const {

@@ -1,10 +1,13 @@
 // The globe painted without a graphics card: each pixel's place on the earth is computed, points and lines go
-// on top. Draws what the model has, seen from the model's camera, like the scene in three dimensions.
+// on top. Draws what the model has, seen from the model's camera, like the scene in three dimensions. The
+// disc is coarser while the camera moves, and painted anew only when camera or sun have moved.
 #pragma once
 
 #include "desktop/window/globe_model.h"
 
+#include <QImage>
 #include <QQuickPaintedItem>
+#include <QTimer>
 
 namespace nimbara {
 
@@ -29,12 +32,24 @@ class FlatGlobe : public QQuickPaintedItem {
   void modelChanged();
 
  private:
+  /// What a disc was painted for.
+  struct DiscView {
+    GlobeCamera camera;
+    Vector3 sun{};
+    QSize size;
+    qint64 earth = 0;
+    bool operator==(DiscView const&) const = default;
+  };
+  void paintEarth(QPainter& painter);
   void paintStars(QPainter& painter) const;
   void paintSatellites(QPainter& painter) const;
   void paintOrbit(QPainter& painter) const;
   void paintEarthquakes(QPainter& painter) const;
 
   GlobeModel* model_ = nullptr;
+  QTimer rest_;  // runs while the camera moves
+  DiscView discView_;
+  QImage disc_;
 };
 
 }  // namespace nimbara
