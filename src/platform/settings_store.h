@@ -37,6 +37,8 @@ struct StoreError {
   };
   Kind kind = Kind::refused;
   std::string message;  ///< a sentence for people, without a full stop
+
+  bool operator==(StoreError const&) const = default;
 };
 
 /// New values by key; nothing takes the key away.

@@ -40,11 +40,6 @@ std::vector<std::string> kindsOf(std::string_view kinds) {
   return list;
 }
 
-bool isSame(std::optional<StoreError> const& one, std::optional<StoreError> const& other) {
-  if (!one || !other) return !one && !other;
-  return one->kind == other->kind && one->message == other->message;
-}
-
 Result<void, StoreError> outcomeOf(NotificationState::Saved const& saved) {
   if (!saved) return std::unexpected(saved.error());
   return {};
@@ -120,7 +115,7 @@ void DesktopNotifications::reload() {
     if (!chosen) next.problem = chosen.error();
     return isChosenAnew || next.isOurs != before.isOurs || next.holder != before.holder ||
            next.isStandIn != before.isStandIn || next.rules != before.rules || next.log != before.log ||
-           !isSame(next.problem, before.problem);
+           next.problem != before.problem;
   });
   if (isChosenAnew) requestPass();
   if (isOther) around_.publish();
@@ -131,7 +126,7 @@ void DesktopNotifications::command(std::function<Result<void, StoreError>()> app
     auto const done = apply();
     std::optional<StoreError> const problem = done ? std::nullopt : std::optional(done.error());
     bool const isOther = change([&](NotificationsState& next) {
-      bool const isNew = !isSame(next.problem, problem);
+      bool const isNew = next.problem != problem;
       next.problem = problem;
       return isNew;
     });
