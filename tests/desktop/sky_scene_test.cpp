@@ -57,18 +57,26 @@ TEST(SkyScene, LightsTheMoonOnTheOtherSideOfTheEquator) {
   EXPECT_EQ(north.moonIllumination, south.moonIllumination);
 }
 
-/// The item's picture; `set` names its properties.
+/// The item's picture.
 struct Scenery : OffscreenTest {
-  static QImage paint(std::initializer_list<std::pair<char const*, QVariant>> const& set) {
+  static QImage paint(SkyScene const& scene, bool fadesToRight = false) {
     SkyScenery item;
     item.setSize({400, 200});
-    for (auto const& [name, value] : set) EXPECT_TRUE(item.setProperty(name, value)) << name;
+    item.show(scene);
+    EXPECT_TRUE(item.setProperty("fadesToRight", fadesToRight));
     QImage picture(400, 200, QImage::Format_ARGB32_Premultiplied);
     picture.fill(Qt::transparent);
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);
     item.paint(&painter);
     return picture;
+  }
+  static SkyScene sunny(double altitude, double along = 0.5, double clouds = 0) {
+    SkyScene scene;
+    scene.sunAltitude = altitude;
+    scene.sunAlong = along;
+    scene.clouds = clouds;
+    return scene;
   }
   /// Pixels between two columns that something was painted on.
   static int painted(QImage const& picture, int from, int until) {
@@ -81,26 +89,27 @@ struct Scenery : OffscreenTest {
 };
 
 TEST_F(Scenery, LeavesTheSideOfTheTextsFree) {
-  std::initializer_list<std::pair<char const*, QVariant>> const storm{
-      {"clouds", 1}, {"rain", 1}, {"snow", 1}, {"fog", 1}, {"hasLightning", true}, {"sunAltitude", 30}};
+  SkyScene storm = sunny(30, 0.5, 1);
+  storm.rain = storm.snow = storm.fog = 1;
+  storm.hasLightning = true;
   QImage const ordinary = paint(storm);
   EXPECT_EQ(painted(ordinary, 0, 4), 0);
   EXPECT_GT(painted(ordinary, 200, 400), 10'000);
-  QImage const other = paint({{"clouds", 1}, {"rain", 1}, {"fadesToRight", true}});
+  QImage const other = paint(storm, true);
   EXPECT_EQ(painted(other, 396, 400), 0);
   EXPECT_GT(painted(other, 0, 200), 1'000);
 }
 
 TEST_F(Scenery, HasStarsAtNightOnlyAndNotThroughClouds) {
-  EXPECT_GT(painted(paint({{"sunAltitude", -20}}), 0, 400), 50);
-  QImage const covered = paint({{"sunAltitude", -20}, {"clouds", 1}});
-  QImage const coveredDay = paint({{"sunAltitude", -8}, {"clouds", 1}});
+  EXPECT_GT(painted(paint(sunny(-20)), 0, 400), 50);
+  QImage const covered = paint(sunny(-20, 0.5, 1));
+  QImage const coveredDay = paint(sunny(-8, 0.5, 1));
   EXPECT_EQ(painted(covered, 0, 400), painted(coveredDay, 0, 400)) << "clouds alone";
 }
 
 TEST_F(Scenery, ShowsTheSunWhereItStands) {
-  QImage const morning = paint({{"sunAltitude", 30}, {"sunAlong", 0.1}});
-  QImage const evening = paint({{"sunAltitude", 30}, {"sunAlong", 0.9}});
+  QImage const morning = paint(sunny(30, 0.1));
+  QImage const evening = paint(sunny(30, 0.9));
   auto const brightest = [](QImage const& picture) {
     int best = 0, column = 0;
     for (int x = 0; x < picture.width(); ++x) {

@@ -4,7 +4,6 @@
 
 #include "base/geodesy.h"
 #include "base/instant.h"
-#include "desktop/views/view_fields.h"
 #include "model/weather_condition.h"
 
 namespace nimbara {
@@ -25,21 +24,6 @@ struct SkyScene {
   bool hasLightning = false;
 
   bool operator==(SkyScene const&) const = default;
-};
-
-template <>
-inline constexpr auto viewFields<SkyScene> = std::tuple{
-    viewField("sunAltitude", &SkyScene::sunAltitude),
-    viewField("sunAlong", &SkyScene::sunAlong),
-    viewField("moonAltitude", &SkyScene::moonAltitude),
-    viewField("moonAlong", &SkyScene::moonAlong),
-    viewField("moonIllumination", &SkyScene::moonIllumination),
-    viewField("moonLitOnRight", &SkyScene::moonLitOnRight),
-    viewField("clouds", &SkyScene::clouds),
-    viewField("fog", &SkyScene::fog),
-    viewField("rain", &SkyScene::rain),
-    viewField("snow", &SkyScene::snow),
-    viewField("hasLightning", &SkyScene::hasLightning),
 };
 
 SkyScene skyScene(WeatherConditionCode condition, Coordinate place, Instant now);

@@ -81,7 +81,6 @@ DesktopModel::DesktopModel(Setting setting, DesktopCommands commands, QObject* p
       globe_(new GlobeModel({setting_.wording.texts, setting_.program}, commands_.globe, this)),
       now_(new RecordModel(this)),
       sky_(new RecordModel(this)),
-      scene_(new RecordModel(this)),
       words_(new RecordModel(this)),
       alerts_(new RecordListModel(this)),
       tiles_(new RecordListModel(this)),
@@ -136,7 +135,7 @@ void DesktopModel::showWeather() {
   WeatherState const& state = *snapshot_->weather;
   now_->show(nowView(state, snapshot_->place, view));
   sky_->show(skyView(state, view));
-  scene_->show(sceneView(state, view));
+  scene_ = sceneView(state, view);
   alerts_->show(alertViews(state, view));
   showOpenAlert(view);
   hazards_->show(*snapshot_, view);

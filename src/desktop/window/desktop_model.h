@@ -4,6 +4,7 @@
 
 #include "desktop/core/desktop_core.h"
 #include "desktop/views/hours_view.h"
+#include "desktop/views/sky_scene.h"
 #include "desktop/views/tray_view.h"
 #include "desktop/window/globe_model.h"
 #include "desktop/window/hazards_model.h"
@@ -41,7 +42,6 @@ class DesktopModel : public QObject {
   Q_OBJECT
   Q_PROPERTY(nimbara::RecordModel* now READ now CONSTANT)
   Q_PROPERTY(nimbara::RecordModel* skyToday READ skyToday CONSTANT)
-  Q_PROPERTY(nimbara::RecordModel* scene READ scene CONSTANT)
   Q_PROPERTY(nimbara::RecordModel* words READ words CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* alerts READ alerts CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* tiles READ tiles CONSTANT)
@@ -85,7 +85,6 @@ class DesktopModel : public QObject {
 
   RecordModel* now() { return now_; }
   RecordModel* skyToday() { return sky_; }
-  RecordModel* scene() { return scene_; }
   RecordModel* words() { return words_; }
   RecordListModel* alerts() { return alerts_; }
   RecordListModel* tiles() { return tiles_; }
@@ -104,6 +103,7 @@ class DesktopModel : public QObject {
   RecordModel* here() { return here_; }
   SettingsModel* settings() { return settings_; }
   Meteogram const& meteogram() const { return meteogram_; }
+  SkyScene const& scene() const { return scene_; }
   QString problem() const;
   /// A first snapshot has come.
   bool isReady() const { return isReady_; }
@@ -170,10 +170,10 @@ class DesktopModel : public QObject {
   QString searchNote_;
   std::optional<Removal> removal_;
   Meteogram meteogram_;
+  SkyScene scene_;
   GlobeModel* globe_;
   RecordModel* now_;
   RecordModel* sky_;
-  RecordModel* scene_;
   RecordModel* words_;
   RecordListModel* alerts_;
   RecordListModel* tiles_;

@@ -79,6 +79,23 @@ SkyScenery::SkyScenery(QQuickItem* parent) : QQuickPaintedItem(parent) {
   connect(this, &SkyScenery::changed, this, [this] { update(); });
 }
 
+void SkyScenery::setModel(DesktopModel* model) {
+  if (model == model_) return;
+  if (model_ != nullptr) disconnect(model_, nullptr, this, nullptr);
+  model_ = model;
+  if (model_ != nullptr) {
+    connect(model_, &DesktopModel::shown, this, [this] { show(model_->scene()); });
+    show(model_->scene());
+  }
+  Q_EMIT changed();
+}
+
+void SkyScenery::show(SkyScene const& scene) {
+  if (scene == scene_) return;
+  scene_ = scene;
+  update();
+}
+
 void SkyScenery::paint(QPainter* painter) {
   clipToCorners(*painter);
   painter->setPen(Qt::NoPen);
@@ -95,12 +112,12 @@ void SkyScenery::paint(QPainter* painter) {
 
 /// Light on the clouds: none at night, all from a little above the horizon on.
 double SkyScenery::dayShare() const {
-  return std::clamp((sunAltitude_ + 8) / 16, 0.0, 1.0);
+  return std::clamp((scene_.sunAltitude + 8) / 16, 0.0, 1.0);
 }
 
 /// How much of sun and moon themselves is seen; their light still is when they are not.
 double SkyScenery::discShare() const {
-  return std::clamp((0.75 - clouds_) / 0.35, 0.0, 1.0) * (1 - 0.92 * fog_);
+  return std::clamp((0.75 - scene_.clouds) / 0.35, 0.0, 1.0) * (1 - 0.92 * scene_.fog);
 }
 
 /// The horizon lies at the lower edge; the picture's upper edge is near 60 degrees.
@@ -120,7 +137,8 @@ void SkyScenery::clipToCorners(QPainter& painter) const {
 }
 
 void SkyScenery::paintStars(QPainter& painter) const {
-  double const dark = std::clamp(-(sunAltitude_ + 4) / 10, 0.0, 1.0) * (1 - clouds_) * (1 - fog_);
+  double const dark =
+      std::clamp(-(scene_.sunAltitude + 4) / 10, 0.0, 1.0) * (1 - scene_.clouds) * (1 - scene_.fog);
   if (dark <= 0) return;
   Dice dice(7);
   int const count = static_cast<int>(width() * height() / 1500);
@@ -133,34 +151,34 @@ void SkyScenery::paintStars(QPainter& painter) const {
 }
 
 void SkyScenery::paintMoon(QPainter& painter) const {
-  double const seen = (1 - 0.85 * clouds_) * (1 - 0.8 * fog_) * (1 - 0.75 * dayShare());
-  if (moonAltitude_ < 0 || moonIllumination_ < 0.01) return;
+  double const seen = (1 - 0.85 * scene_.clouds) * (1 - 0.8 * scene_.fog) * (1 - 0.75 * dayShare());
+  if (scene_.moonAltitude < 0 || scene_.moonIllumination < 0.01) return;
   double const radius = 0.1 * height();
-  QPointF const at = placeOf(moonAltitude_, moonAlong_);
+  QPointF const at = placeOf(scene_.moonAltitude, scene_.moonAlong);
   QRadialGradient glow(at, 5 * radius);
-  glow.setColorAt(0, faint(QColor(200, 215, 255), 0.28 * seen * moonIllumination_));
+  glow.setColorAt(0, faint(QColor(200, 215, 255), 0.28 * seen * scene_.moonIllumination));
   glow.setColorAt(1, Qt::transparent);
   painter.fillRect(boundingRect(), glow);
   painter.save();
   painter.translate(at);
   painter.setBrush(faint(QColor(240, 240, 228), discShare() * (1 - 0.75 * dayShare())));
-  painter.drawPath(litMoon(radius, moonIllumination_, moonLitOnRight_));
+  painter.drawPath(litMoon(radius, scene_.moonIllumination, scene_.moonLitOnRight));
   painter.restore();
 }
 
 void SkyScenery::paintSun(QPainter& painter) const {
-  if (sunAltitude_ < -6) return;
-  double const seen = (1 - 0.9 * clouds_) * (1 - 0.7 * fog_);
-  double const low = 1 - std::clamp(sunAltitude_ / 20, 0.0, 1.0);
+  if (scene_.sunAltitude < -6) return;
+  double const seen = (1 - 0.9 * scene_.clouds) * (1 - 0.7 * scene_.fog);
+  double const low = 1 - std::clamp(scene_.sunAltitude / 20, 0.0, 1.0);
   QColor const light = blend(QColor(255, 226, 140), QColor(255, 170, 96), low);
-  QPointF const at = placeOf(sunAltitude_, sunAlong_);
+  QPointF const at = placeOf(scene_.sunAltitude, scene_.sunAlong);
   double const radius = 0.115 * height();
   QRadialGradient glow(at, 1.15 * height());
   glow.setColorAt(0, faint(light, 0.62 * seen));
   glow.setColorAt(0.25, faint(light, 0.24 * seen));
   glow.setColorAt(1, faint(light, 0));
   painter.fillRect(boundingRect(), glow);
-  if (sunAltitude_ < -1) return;
+  if (scene_.sunAltitude < -1) return;
   painter.setBrush(faint(blend(light, Qt::white, 0.35), discShare()));
   painter.drawEllipse(at, radius, radius);
 }
@@ -168,10 +186,10 @@ void SkyScenery::paintSun(QPainter& painter) const {
 /// Brighter above, where the light comes from; heavy rain darkens them.
 void SkyScenery::paintClouds(QPainter& painter) const {
   double const day = dayShare();
-  double const heavy = std::max(rain_, snow_);
+  double const heavy = std::max(scene_.rain, scene_.snow);
   QColor const top = blend(QColor(122, 138, 176), blend(Qt::white, QColor(190, 202, 214), 0.7 * heavy), day);
   for (Cloud const& cloud : kClouds) {
-    if (clouds_ < cloud.from) continue;
+    if (scene_.clouds < cloud.from) continue;
     QPointF const middle(width() * (fadesToRight_ ? 1 - cloud.x : cloud.x), height() * cloud.y);
     double const size = cloud.size * std::min(height(), 0.6 * width());
     QLinearGradient body(0, middle.y() - 0.6 * size, 0, middle.y() + 0.34 * size);
@@ -184,7 +202,7 @@ void SkyScenery::paintClouds(QPainter& painter) const {
 }
 
 void SkyScenery::paintFog(QPainter& painter) const {
-  if (fog_ <= 0) return;
+  if (scene_.fog <= 0) return;
   Dice dice(3);
   for (int i = 0; i < 9; ++i) {
     double const tall = height() * dice.between(0.10, 0.20);
@@ -192,7 +210,7 @@ void SkyScenery::paintFog(QPainter& painter) const {
                       width() * dice.between(0.5, 0.8), tall);
     // A round glow, drawn out: soft on all sides.
     QRadialGradient mist(0, 0, 1);
-    mist.setColorAt(0, faint(Qt::white, fog_ * (0.14 + 0.08 * dayShare())));
+    mist.setColorAt(0, faint(Qt::white, scene_.fog * (0.14 + 0.08 * dayShare())));
     mist.setColorAt(1, faint(Qt::white, 0));
     painter.save();
     painter.translate(band.center());
@@ -204,7 +222,7 @@ void SkyScenery::paintFog(QPainter& painter) const {
 }
 
 void SkyScenery::paintLightning(QPainter& painter) const {
-  if (!hasLightning_) return;
+  if (!scene_.hasLightning) return;
   double const unit = height() / 10;
   painter.save();
   painter.translate(width() * (fadesToRight_ ? 0.3 : 0.7), 5.4 * unit);
@@ -220,9 +238,9 @@ void SkyScenery::paintLightning(QPainter& painter) const {
 }
 
 void SkyScenery::paintRain(QPainter& painter) const {
-  if (rain_ <= 0) return;
+  if (scene_.rain <= 0) return;
   Dice dice(11);
-  int const count = static_cast<int>(rain_ * width() * height() / 900);
+  int const count = static_cast<int>(scene_.rain * width() * height() / 900);
   for (int i = 0; i < count; ++i) {
     QPointF const at(dice.between(0, width() + 40), dice.between(0.35 * height(), height()));
     double const length = dice.between(9, 20);
@@ -234,9 +252,9 @@ void SkyScenery::paintRain(QPainter& painter) const {
 }
 
 void SkyScenery::paintSnow(QPainter& painter) const {
-  if (snow_ <= 0) return;
+  if (scene_.snow <= 0) return;
   Dice dice(5);
-  int const count = static_cast<int>(snow_ * width() * height() / 1000);
+  int const count = static_cast<int>(scene_.snow * width() * height() / 1000);
   for (int i = 0; i < count; ++i) {
     QPointF const at(dice.between(0, width()), dice.between(0.3 * height(), height()));
     double const size = dice.between(1, 2.8);

@@ -1,6 +1,8 @@
 // The sky beside the present temperature: sun or stars and moon, clouds, and what falls from them. Painted
-// once when its properties change; nothing moves. Transparent towards the side where the texts stand.
+// once when the scene changes; nothing moves. Transparent towards the side where the texts stand.
 #pragma once
+
+#include "desktop/window/desktop_model.h"
 
 #include <QColor>
 #include <QQuickPaintedItem>
@@ -9,23 +11,18 @@ namespace nimbara {
 
 class SkyScenery : public QQuickPaintedItem {
   Q_OBJECT
-  Q_PROPERTY(double sunAltitude MEMBER sunAltitude_ NOTIFY changed)
-  Q_PROPERTY(double sunAlong MEMBER sunAlong_ NOTIFY changed)
-  Q_PROPERTY(double moonAltitude MEMBER moonAltitude_ NOTIFY changed)
-  Q_PROPERTY(double moonAlong MEMBER moonAlong_ NOTIFY changed)
-  Q_PROPERTY(double moonIllumination MEMBER moonIllumination_ NOTIFY changed)
-  Q_PROPERTY(bool moonLitOnRight MEMBER moonLitOnRight_ NOTIFY changed)
-  Q_PROPERTY(double clouds MEMBER clouds_ NOTIFY changed)
-  Q_PROPERTY(double fog MEMBER fog_ NOTIFY changed)
-  Q_PROPERTY(double rain MEMBER rain_ NOTIFY changed)
-  Q_PROPERTY(double snow MEMBER snow_ NOTIFY changed)
-  Q_PROPERTY(bool hasLightning MEMBER hasLightning_ NOTIFY changed)
+  Q_PROPERTY(nimbara::DesktopModel* model READ model WRITE setModel NOTIFY changed)
   Q_PROPERTY(double radius MEMBER radius_ NOTIFY changed)
   Q_PROPERTY(bool fadesToRight MEMBER fadesToRight_ NOTIFY changed)
 
  public:
   explicit SkyScenery(QQuickItem* parent = nullptr);
   void paint(QPainter* painter) override;
+
+  DesktopModel* model() const { return model_; }
+  /// Shows the model's sky, now and whenever it changes.
+  void setModel(DesktopModel* model);
+  void show(SkyScene const& scene);
 
  Q_SIGNALS:
   void changed();
@@ -45,17 +42,8 @@ class SkyScenery : public QQuickPaintedItem {
   void paintSnow(QPainter& painter) const;
   void fade(QPainter& painter) const;
 
-  double sunAltitude_ = -90;
-  double sunAlong_ = 0.5;
-  double moonAltitude_ = -90;
-  double moonAlong_ = 0.5;
-  double moonIllumination_ = 0;
-  bool moonLitOnRight_ = true;
-  double clouds_ = 0;
-  double fog_ = 0;
-  double rain_ = 0;
-  double snow_ = 0;
-  bool hasLightning_ = false;
+  DesktopModel* model_ = nullptr;
+  SkyScene scene_;
   double radius_ = 0;
   bool fadesToRight_ = false;
 };
