@@ -46,6 +46,9 @@ function(nimbara_test name)
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/tests)
   target_compile_definitions(${name} PRIVATE NIMBARA_FIXTURES="${PROJECT_SOURCE_DIR}/tests/fixtures")
   target_link_libraries(${name} PRIVATE ${arg_USES} GTest::gmock GTest::gtest_main)
+  # Tests are compiled far more often than they run: their own code is not optimised, what they test is.
+  target_compile_options(${name} PRIVATE -O0)
+  target_precompile_headers(${name} REUSE_FROM nimbara_test_support)
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
 endfunction()
 
