@@ -44,11 +44,15 @@ function(nimbara_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;USES")
   add_executable(${name} ${arg_SOURCES})
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/tests)
-  target_compile_definitions(${name} PRIVATE NIMBARA_FIXTURES="${PROJECT_SOURCE_DIR}/tests/fixtures")
   target_link_libraries(${name} PRIVATE ${arg_USES} GTest::gmock GTest::gtest_main)
   # Tests are compiled far more often than they run: their own code is not optimised, what they test is.
   target_compile_options(${name} PRIVATE -O0)
-  target_precompile_headers(${name} REUSE_FROM nimbara_test_support)
+  if(Qt6::Test IN_LIST arg_USES)
+    # The toolkit wants position-independent code, which no header compiled without it serves.
+    target_precompile_headers(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/precompiled.h)
+  else()
+    target_precompile_headers(${name} REUSE_FROM nimbara_test_support)
+  endif()
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
 endfunction()
 

@@ -4,6 +4,7 @@
 #include "app/settings_registry.h"
 #include "platform/scratch_settings_store.h"
 #include "support/forecasts.h"
+#include "support/paths.h"
 #include "support/recording.h"
 #include "support/rules.h"
 
@@ -87,7 +88,7 @@ struct ReplayTest : testing::Test {
       text += fmt::format("{}  {:<18} {}  {}{}\n", formatIso8601(line.time), line.outcome, line.identifier,
                           line.title, line.place.empty() ? "" : " (" + line.place + ")");
     }
-    auto const file = std::filesystem::path(NIMBARA_FIXTURES) / "replay" / name;
+    auto const file = std::filesystem::path(test::kFixtures) / "replay" / name;
     if (std::getenv("NIMBARA_UPDATE_SNAPSHOTS") != nullptr) std::ofstream(file, std::ios::binary) << text;
     std::ifstream in(file, std::ios::binary);
     EXPECT_EQ(text, std::string(std::istreambuf_iterator<char>(in), {}));

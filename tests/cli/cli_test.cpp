@@ -9,6 +9,7 @@
 #include "support/instants.h"
 #include "support/loopback_server.h"
 #include "support/open_meteo_answer.h"
+#include "support/paths.h"
 #include "support/samples.h"
 #include "support/temporary_folder.h"
 #include "support/test_console.h"
@@ -115,7 +116,7 @@ class ForecastSnapshots : public ForecastTest, public testing::WithParamInterfac
 
 /// NIMBARA_UPDATE_SNAPSHOTS=1 writes what is printed now; the change is then read in the diff.
 TEST_P(ForecastSnapshots, PrintAsRecorded) {
-  std::filesystem::path const file = std::filesystem::path(NIMBARA_FIXTURES) / "cli" / GetParam().file;
+  std::filesystem::path const file = std::filesystem::path(test::kFixtures) / "cli" / GetParam().file;
   CliRun const result = forecast(GetParam().arguments);
   ASSERT_EQ(result.exitCode, 0) << result.err;
   EXPECT_EQ(result.err, "");

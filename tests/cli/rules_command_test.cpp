@@ -1,4 +1,5 @@
 #include "support/demo_session.h"
+#include "support/paths.h"
 
 #include <cstdlib>
 #include <fstream>
@@ -36,7 +37,7 @@ struct RulesCommand : test::DemoSession {
 };
 
 void expectRecorded(std::string const& name, CliRun const& result) {
-  std::string const file = std::string(NIMBARA_FIXTURES) + "/cli/" + name;
+  std::string const file = std::string(test::kFixtures) + "/cli/" + name;
   EXPECT_EQ(result.exitCode, 0) << result.err;
   if (std::getenv("NIMBARA_UPDATE_SNAPSHOTS") != nullptr) {
     std::ofstream(file, std::ios::binary) << result.out;

@@ -2,6 +2,7 @@
 #include "desktop/core/snapshot_box.h"
 #include "states.h"
 #include "support/manual_runner.h"
+#include "support/paths.h"
 #include "support/temporary_folder.h"
 
 #include <gmock/gmock.h>
@@ -19,7 +20,7 @@ constexpr seconds kLong{20};
 /// A user's folders with two places, the second one selected, and a kept forecast of each.
 struct Core : testing::Test {
   Core() {
-    environment.program = NIMBARA_PROGRAM;
+    environment.program = test::kProgram;
     environment.dataDirectory = folder.path() / "data";
     environment.cacheDirectory = folder.path() / "cache";
     SqliteSettingsStore store(environment.dataDirectory, settingsRegistry());

@@ -1,3 +1,4 @@
+#include "support/paths.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -44,7 +45,7 @@ constexpr int kLeastLit = 640 * 560 / 50;
 /// The whole program on a display of its own, in this environment.
 DrawnGlobe drawnGlobe(std::string const& variables) {
   TemporaryFolder const folder;
-  auto const program = std::filesystem::path(NIMBARA_PROGRAM).parent_path() / "nimbara-desktop";
+  auto const program = std::filesystem::path(test::kProgram).parent_path() / "nimbara-desktop";
   auto const picture = folder.path() / "globe.png", complaints = folder.path() / "complaints";
   std::string const command =
       "env -u QT_QPA_PLATFORM -u QT_QUICK_BACKEND XDG_RUNTIME_DIR=" + folder.path().string() + " " +

@@ -2,6 +2,7 @@
 #include "desktop/core/desktop_core.h"
 #include "notifications/notification_state.h"
 #include "support/instants.h"
+#include "support/paths.h"
 #include "support/temporary_folder.h"
 
 #include <gmock/gmock.h>
@@ -50,7 +51,7 @@ class LiveSettings : public testing::Test {
   LiveSettings() : other_(folder_.path() / "data", settingsRegistry()) {
     environment_.dataDirectory = folder_.path() / "data";
     environment_.cacheDirectory = folder_.path() / "cache";
-    environment_.program = NIMBARA_PROGRAM;
+    environment_.program = test::kProgram;
     environment_.language = "en";
   }
 

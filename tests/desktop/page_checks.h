@@ -4,6 +4,7 @@
 
 #include "desktop/core/desktop_options.h"
 #include "offscreen.h"
+#include "support/paths.h"
 
 #include <QDir>
 #include <QQuickItem>
@@ -89,7 +90,7 @@ inline std::vector<std::string> cutOffBelow(QQuickItem* root) {
 
 inline void keepPicture(QImage const& picture, std::string const& state, DesktopPage page, DesktopTheme theme,
                         WindowSize size) {
-  QDir const folder(QStringLiteral(NIMBARA_PICTURES));
+  QDir const folder(QString::fromUtf8(test::kPictures));
   folder.mkpath(QStringLiteral("."));
   std::string const name = std::string(enumName(page)) + "-" + state + "-" + std::string(enumName(theme)) +
                            "-" + std::to_string(size.width) + ".png";

@@ -4,6 +4,7 @@
 #include "feeds/planetary_k_index.h"
 #include "feedserver/element_text.h"
 #include "support/instants.h"
+#include "support/paths.h"
 #include "support/samples.h"
 
 #include <gtest/gtest.h>
@@ -71,7 +72,7 @@ TEST(HostileInputs, AreRefusedOrReadAsFarAsTheyMakeSense) {
       {"elements-ragged.csv", {.satellites = 1}},
   };
   std::size_t count = 0;
-  for (auto const& file : std::filesystem::directory_iterator(NIMBARA_FIXTURES "/hostile")) {
+  for (auto const& file : std::filesystem::directory_iterator(std::string(test::kFixtures) + "/hostile")) {
     std::string const name = file.path().filename();
     auto const expected = understood.find(name);
     EXPECT_EQ(readingOf(test::readFile(file.path())),

@@ -1,6 +1,7 @@
 #include "notifications/catalogue.h"
 
 #include "base/file.h"
+#include "support/paths.h"
 #include "support/rules.h"
 
 #include <gmock/gmock.h>
@@ -174,7 +175,7 @@ TEST(Catalogue, WatchesEveryPlaceForDanger) {
 std::set<std::string> namedTexts() {
   std::set<std::string> keys;
   std::regex const key(R"re("((?:push|condition)\.[A-Za-z.]*[A-Za-z])")re");
-  auto const folder = std::filesystem::path(NIMBARA_FIXTURES) / "../../src/notifications";
+  auto const folder = std::filesystem::path(test::kFixtures) / "../../src/notifications";
   for (auto const& entry : std::filesystem::directory_iterator(folder)) {
     auto const text = readFile(entry.path(), 1 << 20);
     if (!text) continue;

@@ -1,6 +1,7 @@
 #include "notifications/reason_text.h"
 
 #include "base/file.h"
+#include "support/paths.h"
 #include "support/rules.h"
 
 #include <gtest/gtest.h>
@@ -116,7 +117,7 @@ std::string everyReason(Texts const& texts, Units const& units) {
 
 /// NIMBARA_UPDATE_SNAPSHOTS=1 writes what is said now; the change is then read in the diff.
 void expectReference(std::string const& name, std::string const& text) {
-  auto const folder = std::filesystem::path(NIMBARA_FIXTURES) / "notifications";
+  auto const folder = std::filesystem::path(test::kFixtures) / "notifications";
   auto const file = folder / (name + ".txt");
   if (std::getenv("NIMBARA_UPDATE_SNAPSHOTS") != nullptr) {
     std::filesystem::create_directories(folder);

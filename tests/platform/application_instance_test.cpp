@@ -3,6 +3,7 @@
 #include "platform/application_id.h"
 #include "platform/linux/desktop_services.h"
 #include "support/heard_texts.h"
+#include "support/paths.h"
 #include "support/private_bus.h"
 #include "support/silent_bus.h"
 
@@ -36,7 +37,7 @@ class Calls : public test::HeardTexts {
 };
 
 struct InstanceTest : testing::Test {
-  DesktopBuses buses() const { return {NIMBARA_PROGRAM, "", bus_.address()}; }
+  DesktopBuses buses() const { return {test::kProgram, "", bus_.address()}; }
   std::unique_ptr<ApplicationInstance> start() const { return desktopApplicationInstance(buses()); }
 
   test::PrivateBus bus_;
@@ -123,7 +124,7 @@ TEST_F(InstanceTest, IsAloneWithoutABusThatAnswers) {
   bus_.end();
   test::SilentBus const silent;
   for (std::string const& address : {bus_.address(), silent.address()}) {
-    DesktopBuses const buses{NIMBARA_PROGRAM, "", address};
+    DesktopBuses const buses{test::kProgram, "", address};
     auto const instance = desktopApplicationInstance(buses);
     EXPECT_EQ(instance->standing(kShort), alone);
     EXPECT_EQ(instance->standing(kLong), alone);

@@ -1,4 +1,5 @@
 #include "platform/linux/desktop_services.h"
+#include "support/paths.h"
 #include "support/private_bus.h"
 
 #include <gtest/gtest.h>
@@ -70,7 +71,7 @@ TEST(DesktopAppearance, FollowsThePortal) {
   PrivateBus const bus;
   FakePortal portal(bus);
   Wishes wishes;
-  auto const appearance = desktopAppearance({NIMBARA_PROGRAM, {}, bus.address()},
+  auto const appearance = desktopAppearance({test::kProgram, {}, bus.address()},
                                             [&wishes](AppearanceWish const& wish) { wishes.take(wish); });
   ASSERT_NE(appearance, nullptr);
   EXPECT_TRUE(wishes.await({Scheme::dark, false}));
@@ -87,7 +88,7 @@ TEST(DesktopAppearance, FollowsThePortal) {
 
 TEST(DesktopAppearance, WishesNothingWithoutABus) {
   int told = 0;
-  auto const appearance = desktopAppearance({NIMBARA_PROGRAM, {}, "unix:path=/nonexistent/bus"},
+  auto const appearance = desktopAppearance({test::kProgram, {}, "unix:path=/nonexistent/bus"},
                                             [&told](AppearanceWish const&) { ++told; });
   EXPECT_EQ(told, 0);
 }

@@ -3,6 +3,7 @@
 #include "platform/application_id.h"
 #include "platform/linux/network_notices.h"
 #include "support/instants.h"
+#include "support/paths.h"
 #include "support/private_bus.h"
 
 #include <gtest/gtest.h>
@@ -110,7 +111,7 @@ class FakeGeoclue {
 class LocationTest : public testing::Test {
  protected:
   Result<LocationFix, LocationError> locate(milliseconds timeout = kLong, std::stop_token stop = {}) const {
-    return desktopLocationSource({NIMBARA_PROGRAM, bus_.address(), {}})->locate(timeout, std::move(stop));
+    return desktopLocationSource({test::kProgram, bus_.address(), {}})->locate(timeout, std::move(stop));
   }
 
   PrivateBus bus_;
@@ -246,7 +247,7 @@ struct FakeNetworkManager : FakeSender<std::uint32_t> {
 class PowerAndNetworkTest : public testing::Test {
  protected:
   std::unique_ptr<PowerAndNetwork> watch() {
-    return desktopPowerAndNetwork({NIMBARA_PROGRAM, bus_.address(), {}}, heard_.listener());
+    return desktopPowerAndNetwork({test::kProgram, bus_.address(), {}}, heard_.listener());
   }
 
   PrivateBus bus_;

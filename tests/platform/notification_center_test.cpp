@@ -5,6 +5,7 @@
 #include "platform/linux/sound_files.h"
 #include "support/heard_texts.h"
 #include "support/mock_notification_daemon.h"
+#include "support/paths.h"
 
 #include <gmock/gmock.h>
 
@@ -60,7 +61,7 @@ class NotificationCenterTest : public testing::Test {
     return *daemon_;
   }
   std::unique_ptr<NotificationCenter> center() const {
-    return desktopNotificationCenter({NIMBARA_PROGRAM, "", bus_.address()});
+    return desktopNotificationCenter({test::kProgram, "", bus_.address()});
   }
   /// What the daemon gets for a request.
   ShownNotification shownFor(NotificationRequest const& request, DaemonScript script = {}) {
@@ -124,7 +125,7 @@ TEST_F(NotificationCenterTest, SendsOnlyWhatTheServiceCanDo) {
 TEST_F(NotificationCenterTest, ChoosesTheSound) {
   auto request = rain();
   auto const shown = shownFor(request);
-  EXPECT_EQ(shown.text("sound-file"), *soundFile("rain_alert.caf", soundsDirectory(NIMBARA_PROGRAM)));
+  EXPECT_EQ(shown.text("sound-file"), *soundFile("rain_alert.caf", soundsDirectory(test::kProgram)));
   for (auto const& sound :
        {std::optional<std::string>("no_such_sound.caf"),
         std::optional<std::string>("../../../etc/passwd.caf"), std::optional<std::string>()}) {
@@ -363,7 +364,7 @@ DesktopServiceState notificationsAmong(std::vector<DesktopServiceState> const& s
 }
 
 TEST_F(NotificationCenterTest, IsDescribedForDiagnosis) {
-  DesktopBuses const options{NIMBARA_PROGRAM, bus_.address(), bus_.address()};
+  DesktopBuses const options{test::kProgram, bus_.address(), bus_.address()};
   auto const absent = notificationsAmong(desktopServiceStates(options));
   EXPECT_EQ(absent.presence, DesktopServiceState::Presence::absent);
   EXPECT_EQ(absent.details, "");

@@ -1,5 +1,6 @@
 #include "platform/linux/sound_files.h"
 
+#include "support/paths.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -37,7 +38,7 @@ struct Header {
 static_assert(sizeof(Header) == 44);
 
 std::string contentOf(std::string_view logicalName) {
-  auto const path = soundFile(logicalName, soundsDirectory(NIMBARA_PROGRAM));
+  auto const path = soundFile(logicalName, soundsDirectory(test::kProgram));
   if (!path) return {};
   std::ifstream file(*path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};

@@ -4,6 +4,7 @@
 #include "platform/linux/desktop_services.h"
 #include "support/heard_texts.h"
 #include "support/mock_tray_host.h"
+#include "support/paths.h"
 #include "support/silent_bus.h"
 
 #include <gmock/gmock.h>
@@ -40,9 +41,7 @@ TrayFace face() {
 }
 
 struct TrayTest : testing::Test {
-  std::unique_ptr<Tray> tray() {
-    return desktopTray({NIMBARA_PROGRAM, "", bus_.address()}, told_.listener());
-  }
+  std::unique_ptr<Tray> tray() { return desktopTray({test::kProgram, "", bus_.address()}, told_.listener()); }
 
   test::PrivateBus bus_;
   Told told_;
@@ -168,7 +167,7 @@ TEST(Tray, HasNoHostWithoutABusThatAnswers) {
     Told told;
     auto const begun = std::chrono::steady_clock::now();
     {
-      auto const tray = desktopTray({NIMBARA_PROGRAM, "", address}, told.listener());
+      auto const tray = desktopTray({test::kProgram, "", address}, told.listener());
       tray->show(face());
     }
     EXPECT_LT(std::chrono::steady_clock::now() - begun, kLong);

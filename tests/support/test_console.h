@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cli/cli.h"
+#include "support/paths.h"
 
 #include <gtest/gtest.h>
 
@@ -35,7 +36,7 @@ inline Environment plainEnvironment() {
   setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus", 1);
   Environment environment;
   environment.dataDirectory = std::filesystem::path(testing::TempDir()) / "nimbara-without-settings";
-  environment.program = NIMBARA_PROGRAM;
+  environment.program = test::kProgram;
   return environment;
 }
 
