@@ -41,6 +41,7 @@ format-check: deps
 lint: TIDY_CHECKS = -checks=-clang-analyzer-*
 lint analyze: build
 	@tools/check-includes.sh
+	@tools/check-pages.sh
 	@tools/sources.sh cpp | xargs run-clang-tidy-22 -quiet $(TIDY_CHECKS) -j $(JOBS) -p build/release > build/lint.log 2>&1 \
 	  || { grep -E 'warning:|error:' build/lint.log | sort -u; exit 1; }
 	@echo "$@: clean"

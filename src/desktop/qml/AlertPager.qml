@@ -38,10 +38,9 @@ Rectangle {
         }
     }
 
-    component Words: Text {
+    component Words: PlainText {
         width: parent.width
         visible: text !== ""
-        textFormat: Text.PlainText
         wrapMode: Text.Wrap
         color: Theme.text
         Accessible.role: Accessible.StaticText
@@ -97,7 +96,7 @@ Rectangle {
                     enabled: list.currentIndex > 0
                     onClicked: list.currentIndex -= 1
                 }
-                Text {
+                PlainText {
                     height: 36 * Theme.scale
                     verticalAlignment: Text.AlignVCenter
                     text: (list.currentIndex + 1) + " / " + pager.count

@@ -15,7 +15,7 @@ Rectangle {
     border.width: 1
     border.color: Theme.outline
 
-    Text {
+    PlainText {
         id: heading
         x: card.padding
         y: card.padding

@@ -54,7 +54,7 @@ ComboBox {
         font: choice.font
     }
 
-    contentItem: Text {
+    contentItem: PlainText {
         id: shownText
         text: choice.displayText
         wrapMode: Text.Wrap
@@ -86,7 +86,7 @@ ComboBox {
         Accessible.role: Accessible.ListItem
         Accessible.name: choice.textAt(index)
         Accessible.selected: choice.currentIndex === index
-        contentItem: Text {
+        contentItem: PlainText {
             text: choice.textAt(option.index)
             elide: Text.ElideRight
             verticalAlignment: Text.AlignVCenter

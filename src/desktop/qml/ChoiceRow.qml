@@ -15,7 +15,7 @@ Flow {
     Accessible.role: Accessible.Grouping
     Accessible.name: title
 
-    Text {
+    PlainText {
         height: 32 * Theme.scale
         rightPadding: 4
         verticalAlignment: Text.AlignVCenter
@@ -44,7 +44,7 @@ Flow {
                 border.width: option.visualFocus ? 2 : 1
                 border.color: option.visualFocus ? Theme.text : option.isChosen ? Theme.accent : Theme.outline
             }
-            contentItem: Text {
+            contentItem: PlainText {
                 id: label
                 text: option.caption
                 color: option.isChosen ? Theme.accentText : Theme.text

@@ -13,7 +13,7 @@ Column {
     required property string kind
     required property string sentence
 
-    Text {
+    PlainText {
         width: parent.width
         visible: credit.isFirst
         topPadding: Theme.space
@@ -41,7 +41,7 @@ Column {
         contentItem: Column {
             topPadding: Theme.space / 2
             bottomPadding: Theme.space / 2
-            Text {
+            PlainText {
                 width: row.width
                 text: credit.name
                 wrapMode: Text.Wrap
@@ -49,7 +49,7 @@ Column {
                 color: Theme.accent
                 font.pixelSize: Theme.small
             }
-            Text {
+            PlainText {
                 width: row.width
                 text: credit.what
                 wrapMode: Text.Wrap

@@ -47,7 +47,7 @@ Column {
                 anchors.leftMargin: Theme.space
                 y: day.isTight ? 0 : (parent.height - height) / 2
                 width: day.isTight ? parent.width - Theme.space : (day.isWide ? 150 : 98) * Theme.scale
-                Text {
+                PlainText {
                     width: parent.width
                     text: day.name
                     elide: Text.ElideRight
@@ -55,7 +55,7 @@ Column {
                     font.pixelSize: Theme.body
                     font.weight: Font.DemiBold
                 }
-                Text {
+                PlainText {
                     width: parent.width
                     text: day.isWide ? day.condition : day.chance || day.date
                     elide: Text.ElideRight
@@ -71,7 +71,7 @@ Column {
                 sky: day.sky
                 onDark: Theme.dark
             }
-            Text {
+            PlainText {
                 id: lowest
                 anchors.left: picture.right
                 anchors.verticalCenter: picture.verticalCenter
@@ -105,7 +105,7 @@ Column {
                     }
                 }
             }
-            Text {
+            PlainText {
                 id: highest
                 anchors.right: day.isWide ? rain.left : parent.right
                 anchors.verticalCenter: picture.verticalCenter
@@ -116,7 +116,7 @@ Column {
                 font.pixelSize: Theme.body
                 font.weight: Font.DemiBold
             }
-            Text {
+            PlainText {
                 id: rain
                 visible: day.isWide
                 anchors.right: wind.left
@@ -127,7 +127,7 @@ Column {
                 color: Theme.rain
                 font.pixelSize: Theme.small
             }
-            Text {
+            PlainText {
                 id: wind
                 visible: day.isWide
                 anchors.right: parent.right

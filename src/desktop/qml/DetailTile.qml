@@ -23,7 +23,7 @@ Card {
         anchors.left: parent.left
         width: parent.width - (tile.isWind ? compass.width + Theme.space : 0)
         spacing: 4
-        Text {
+        PlainText {
             width: parent.width
             text: tile.value
             fontSizeMode: Text.HorizontalFit
@@ -32,7 +32,7 @@ Card {
             color: Theme.text
             font.pixelSize: 1.5 * Theme.body
         }
-        Text {
+        PlainText {
             width: parent.width
             visible: text !== ""
             text: tile.note

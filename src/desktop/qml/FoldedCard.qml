@@ -27,7 +27,7 @@ Card {
             Accessible.checked: card.isOpen
             contentItem: Item {
                 implicitHeight: Math.max(words.height, sign.height)
-                Text {
+                PlainText {
                     id: words
                     width: parent.width - sign.width - Theme.space
                     anchors.left: parent.left
@@ -58,7 +58,7 @@ Card {
                 border.color: Theme.accent
             }
         }
-        Text {
+        PlainText {
             width: parent.width
             visible: card.isOpen && text !== ""
             text: card.hint

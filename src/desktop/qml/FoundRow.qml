@@ -31,7 +31,7 @@ AbstractButton {
             anchors.right: sign.left
             anchors.rightMargin: Theme.space
             anchors.verticalCenter: parent.verticalCenter
-            Text {
+            PlainText {
                 width: parent.width
                 text: match.name
                 elide: Text.ElideRight
@@ -39,7 +39,7 @@ AbstractButton {
                 color: Theme.text
                 font.pixelSize: Theme.body
             }
-            Text {
+            PlainText {
                 width: parent.width
                 visible: text !== ""
                 text: match.area
@@ -51,7 +51,7 @@ AbstractButton {
                 font.pixelSize: Theme.tiny
             }
         }
-        Text {
+        PlainText {
             id: sign
             anchors.right: parent.right
             anchors.rightMargin: 1.5 * Theme.space

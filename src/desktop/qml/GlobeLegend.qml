@@ -50,7 +50,7 @@ Rectangle {
             }
         }
 
-        Text {
+        PlainText {
             width: parent.width
             visible: legend.isSearching && app.globe.matches.count === 0
             text: app.globe.words.noMatch
@@ -106,14 +106,14 @@ Rectangle {
                         anchors.left: dot.right
                         anchors.leftMargin: 10
                         anchors.right: parent.right
-                        Text {
+                        PlainText {
                             width: parent.width
                             text: match.name
                             elide: Text.ElideRight
                             color: Theme.text
                             font.pixelSize: Theme.small
                         }
-                        Text {
+                        PlainText {
                             width: parent.width
                             text: match.group
                             elide: Text.ElideRight
@@ -173,14 +173,14 @@ Rectangle {
                             anchors.leftMargin: 24
                             anchors.right: number.left
                             anchors.rightMargin: 6
-                            Text {
+                            PlainText {
                                 width: parent.width
                                 text: row.title
                                 elide: Text.ElideRight
                                 color: row.isOn ? Theme.text : Theme.muted
                                 font.pixelSize: Theme.small
                             }
-                            Text {
+                            PlainText {
                                 width: parent.width
                                 visible: row.note !== ""
                                 text: row.note
@@ -189,7 +189,7 @@ Rectangle {
                                 font.pixelSize: Theme.tiny
                             }
                         }
-                        Text {
+                        PlainText {
                             id: number
                             anchors.verticalCenter: parent.verticalCenter
                             anchors.right: parent.right

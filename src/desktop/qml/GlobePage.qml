@@ -169,7 +169,7 @@ FocusScope {
                 border.width: 1.5
                 border.color: Theme.cosmosInk
             }
-            Text {
+            PlainText {
                 x: label.isPlace ? 12 : 9
                 y: label.isPlace ? -22 : -height / 2
                 width: Math.min(implicitWidth, 220)
@@ -186,7 +186,7 @@ FocusScope {
         }
     }
 
-    Text {
+    PlainText {
         anchors.horizontalCenter: parent.horizontalCenter
         y: parent.height - height - 2 * Theme.space
         width: Math.min(implicitWidth, parent.width - 4 * Theme.space)

@@ -9,10 +9,9 @@ ScrollPage {
     onEnabledChanged: if (enabled) app.hazards.look()
     Component.onCompleted: app.hazards.look()
 
-    Text {
+    PlainText {
         width: page.inner
         text: [app.hazards.words.title, app.now.place].filter(part => part !== "").join("  ·  ")
-        textFormat: Text.PlainText
         elide: Text.ElideRight
         color: Theme.text
         font.pixelSize: Theme.headline
@@ -29,7 +28,7 @@ ScrollPage {
             width: parent.width
             spacing: 1.25 * Theme.space
 
-            Text {
+            PlainText {
                 width: parent.width
                 visible: text !== ""
                 text: app.hazards.official.hasPlace ? app.hazards.official.headline : app.hazards.words.noPlace
@@ -45,13 +44,12 @@ ScrollPage {
                 height: notice.height + 2 * Theme.space
                 radius: 12
                 color: app.hazards.official.isUnchecked ? Theme.alertColour("warning") : Theme.raised
-                Text {
+                PlainText {
                     id: notice
                     x: 1.5 * Theme.space
                     y: Theme.space
                     width: parent.width - 3 * Theme.space
                     text: app.hazards.official.notice
-                    textFormat: Text.PlainText
                     wrapMode: Text.Wrap
                     color: Theme.text
                     font.pixelSize: Theme.small
@@ -78,7 +76,7 @@ ScrollPage {
                 Accessible.name: app.hazards.words.official
                 delegate: WarningRow { width: warnings.width }
             }
-            Text {
+            PlainText {
                 width: parent.width
                 visible: text !== ""
                 text: app.hazards.official.source

@@ -56,7 +56,7 @@ Rectangle {
                 anchors.leftMargin: 1.5 * Theme.space
                 y: card.isTight ? 0 : (parent.height - height) / 2
                 width: parent.width - sign.width - (picture.visible && !card.isTight ? picture.width + warmth.width + 2 * Theme.space : 0) - 2 * Theme.space
-                Text {
+                PlainText {
                     width: parent.width
                     text: card.here.name || app.words.here
                     wrapMode: Text.Wrap
@@ -67,7 +67,7 @@ Rectangle {
                     font.pixelSize: Theme.title
                     font.weight: Font.DemiBold
                 }
-                Text {
+                PlainText {
                     width: parent.width
                     visible: text !== ""
                     text: [card.here.name === app.words.here ? "" : card.here.isOffered ? app.words.here : "", card.here.area].filter(part => part).join("  ·  ")
@@ -88,7 +88,7 @@ Rectangle {
                 isDay: card.here.isDay
                 onDark: Theme.dark
             }
-            Text {
+            PlainText {
                 id: warmth
                 anchors.right: parent.right
                 anchors.verticalCenter: picture.verticalCenter
@@ -98,7 +98,7 @@ Rectangle {
                 font.weight: Font.Light
             }
         }
-        Text {
+        PlainText {
             width: parent.width
             visible: text !== ""
             text: card.here.note

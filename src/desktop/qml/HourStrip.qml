@@ -50,7 +50,7 @@ Card {
             Accessible.role: Accessible.ListItem
             Accessible.name: sentence
 
-            Text {
+            PlainText {
                 anchors.horizontalCenter: parent.horizontalCenter
                 text: entry.hour
                 color: entry.startsDay ? Theme.text : Theme.muted
@@ -65,7 +65,7 @@ Card {
                 isDay: entry.isDay
                 onDark: Theme.dark
             }
-            Text {
+            PlainText {
                 anchors.horizontalCenter: parent.horizontalCenter
                 y: (54 + 24 * (1 - entry.warmth)) * Theme.scale
                 text: entry.temperature
@@ -73,7 +73,7 @@ Card {
                 font.pixelSize: Theme.body
                 font.weight: Font.DemiBold
             }
-            Text {
+            PlainText {
                 anchors.horizontalCenter: parent.horizontalCenter
                 y: 102 * Theme.scale
                 text: entry.chance
@@ -91,7 +91,7 @@ Card {
                     ink: Theme.wind
                     rotation: entry.direction + 180
                 }
-                Text {
+                PlainText {
                     text: entry.wind
                     color: Theme.muted
                     font.pixelSize: Theme.tiny

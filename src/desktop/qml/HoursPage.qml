@@ -6,7 +6,7 @@ import NimbaraPages
 ScrollPage {
     id: page
 
-    Text {
+    PlainText {
         width: page.inner
         text: app.now.place || (app.isReady ? app.words.noPlaces : "")
         wrapMode: Text.Wrap
@@ -19,7 +19,7 @@ ScrollPage {
         Accessible.role: Accessible.Heading
         Accessible.name: text
     }
-    Text {
+    PlainText {
         width: page.inner
         visible: app.isReady && app.hours.count === 0
         text: app.now.notice || (app.now.isLoading ? app.words.loading : app.words.noWeather)
@@ -67,7 +67,7 @@ ScrollPage {
                             radius: 2
                             color: modelData.colour
                         }
-                        Text {
+                        PlainText {
                             text: modelData.name
                             color: Theme.muted
                             font.pixelSize: Theme.tiny
@@ -142,11 +142,11 @@ ScrollPage {
                     }
                 }
             }
-            Text {
+            MarkedText {
                 width: parent.width
                 height: Math.max(implicitHeight, 2.6 * Theme.small)
-                text: curves.cursor < 0 ? app.words.meteogramHint : "<b>" + curves.when + "</b>  " + curves.readings
-                textFormat: Text.StyledText
+                lead: curves.cursor < 0 ? "" : curves.when
+                rest: curves.cursor < 0 ? app.words.meteogramHint : curves.readings
                 horizontalAlignment: Text.AlignLeft
                 wrapMode: Text.Wrap
                 color: curves.cursor < 0 ? Theme.muted : Theme.text

@@ -11,10 +11,9 @@ Card {
 
     title: app.hazards.words.kp
 
-    component Words: Text {
+    component Words: PlainText {
         width: parent.width
         visible: text !== ""
-        textFormat: Text.PlainText
         wrapMode: Text.Wrap
         color: Theme.text
         font.pixelSize: Theme.small
@@ -50,7 +49,7 @@ Card {
                     share: card.kp.share
                     levels: Theme.kpColours
                     text: Theme.text
-                    Text {
+                    PlainText {
                         anchors.horizontalCenter: parent.horizontalCenter
                         y: parent.height * 0.36
                         text: card.kp.value
@@ -58,7 +57,7 @@ Card {
                         font.pixelSize: 1.3 * Theme.headline
                         font.weight: Font.Light
                     }
-                    Text {
+                    PlainText {
                         anchors.horizontalCenter: parent.horizontalCenter
                         y: parent.height * 0.72
                         text: "Kp"
@@ -66,7 +65,7 @@ Card {
                         font.pixelSize: Theme.tiny
                     }
                 }
-                Text {
+                PlainText {
                     width: parent.width
                     horizontalAlignment: Text.AlignHCenter
                     visible: text !== ""

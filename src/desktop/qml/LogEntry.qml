@@ -29,7 +29,7 @@ Item {
     Accessible.role: Accessible.ListItem
     Accessible.name: sentence
 
-    component Part: Text {
+    component Part: PlainText {
         width: parent ? parent.width : 0
         visible: text !== ""
         wrapMode: Text.Wrap

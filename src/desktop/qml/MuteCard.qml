@@ -19,7 +19,7 @@ Card {
         width: parent.width
         spacing: 1.5 * Theme.space
 
-        Text {
+        PlainText {
             width: parent.width
             text: card.notifications.mutes.count > 0 ? card.words.mutesHint ?? "" : card.words.noMutes ?? ""
             wrapMode: Text.Wrap
@@ -45,7 +45,7 @@ Card {
                     anchors.left: parent.left
                     anchors.verticalCenter: parent.verticalCenter
                     width: parent.width - again.width - Theme.space
-                    Text {
+                    PlainText {
                         width: parent.width
                         text: muted.title
                         wrapMode: Text.Wrap
@@ -53,7 +53,7 @@ Card {
                         color: Theme.text
                         font.pixelSize: Theme.body
                     }
-                    Text {
+                    PlainText {
                         width: parent.width
                         text: muted.until
                         wrapMode: Text.Wrap

@@ -42,7 +42,7 @@ T.AbstractButton {
                 name: button.sign
                 ink: Theme.accent
             }
-            Text {
+            PlainText {
                 width: parent.width
                 horizontalAlignment: Text.AlignHCenter
                 text: button.text

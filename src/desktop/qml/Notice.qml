@@ -13,7 +13,7 @@ Rectangle {
     radius: Theme.radius
     color: Theme.alertColour(level)
 
-    Text {
+    PlainText {
         id: words
         x: 2 * Theme.space
         y: 1.5 * Theme.space

@@ -16,7 +16,7 @@ Card {
         width: parent.width
         spacing: 2 * Theme.space
 
-        Text {
+        PlainText {
             width: parent.width
             text: card.notifications.now.logNote || (card.words.logHint ?? "")
             wrapMode: Text.Wrap
@@ -38,7 +38,7 @@ Card {
             value: card.notifications.logFilter
             onChosen: filter => card.notifications.logFilter = filter
         }
-        Text {
+        PlainText {
             width: parent.width
             visible: card.notifications.log.count === 0 && card.notifications.now.logNote === ""
             text: card.words.logNone ?? ""

@@ -13,7 +13,7 @@ ScrollPage {
 
     Binding { target: page.notifications; property: "isOpen"; value: page.visible }
 
-    Text {
+    PlainText {
         width: page.inner
         text: page.words.title ?? ""
         horizontalAlignment: Text.AlignLeft

@@ -13,7 +13,7 @@ Card {
         width: parent.width
         spacing: 1.5 * Theme.space
 
-        component Line: Text {
+        component Line: PlainText {
             width: parent ? parent.width : 0
             visible: text !== ""
             wrapMode: Text.Wrap

@@ -29,7 +29,7 @@ Column {
         width: details.width
     }
 
-    Text {
+    PlainText {
         width: details.width
         visible: text !== ""
         text: [app.now.source, app.now.age].filter(part => part).join("  ·  ")

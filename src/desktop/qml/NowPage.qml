@@ -54,7 +54,7 @@ ScrollPage {
                     anchors.left: parent.left
                     width: parent.width - again.width - Theme.space
                     spacing: 2
-                    Text {
+                    PlainText {
                         id: place
                         width: parent.width
                         text: app.now.place
@@ -68,7 +68,7 @@ ScrollPage {
                         Accessible.role: Accessible.Heading
                         Accessible.name: text
                     }
-                    Text {
+                    PlainText {
                         id: area
                         width: parent.width
                         text: [app.now.area, app.now.localTime].filter(part => part !== "").join("  ·  ")
@@ -97,7 +97,7 @@ ScrollPage {
 
                 Row {
                     spacing: 2 * Theme.space
-                    Text {
+                    PlainText {
                         text: app.now.temperature
                         color: "white"
                         font.pixelSize: Theme.display
@@ -114,25 +114,25 @@ ScrollPage {
                 Column {
                     topPadding: page.inner > 460 * Theme.scale ? 2.5 * Theme.space : 0
                     spacing: 3
-                    Text {
+                    PlainText {
                         text: app.now.condition
                         color: "white"
                         font.pixelSize: Theme.title
                         font.weight: Font.DemiBold
                     }
-                    Text {
+                    PlainText {
                         text: app.now.feelsLike
                         color: "white"
                         font.pixelSize: Theme.body
                     }
-                    Text {
+                    PlainText {
                         text: app.now.range
                         color: "white"
                         font.pixelSize: Theme.body
                     }
                 }
             }
-            Text {
+            PlainText {
                 width: parent.width
                 visible: !app.now.hasReading
                 text: !app.isReady ? "" : app.now.isLoading ? app.words.loading : app.now.hasWeather ? app.words.noReading : app.words.noWeather
@@ -143,7 +143,7 @@ ScrollPage {
                 Accessible.role: Accessible.StaticText
                 Accessible.name: text
             }
-            Text {
+            PlainText {
                 id: sentence
                 width: parent.width
                 visible: text !== ""
@@ -164,7 +164,7 @@ ScrollPage {
         height: notice.height + 3 * Theme.space
         radius: Theme.radius
         color: Theme.alertColour(app.now.isFailure ? "warning" : "advisory")
-        Text {
+        PlainText {
             id: notice
             x: 2 * Theme.space
             y: 1.5 * Theme.space
@@ -195,11 +195,10 @@ ScrollPage {
             name: "warning"
             ink: app.hazards.official.isUnchecked ? Theme.alertInk("warning") : Theme.muted
         }
-        Text {
+        PlainText {
             id: brief
             width: parent.width - briefSign.width - Theme.space
             text: app.hazards.official.brief
-            textFormat: Text.PlainText
             wrapMode: Text.Wrap
             color: app.hazards.official.isUnchecked ? Theme.text : Theme.muted
             font.pixelSize: Theme.small

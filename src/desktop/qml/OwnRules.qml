@@ -14,7 +14,7 @@ Card {
         width: parent.width
         spacing: 1.5 * Theme.space
 
-        Text {
+        PlainText {
             width: parent.width
             text: card.notifications.rules.count > 0 ? card.words.rulesHint ?? "" : card.words.noRules ?? ""
             wrapMode: Text.Wrap

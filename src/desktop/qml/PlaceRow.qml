@@ -71,7 +71,7 @@ Rectangle {
                 anchors.left: parent.left
                 y: place.isTight ? 0 : (parent.height - height) / 2
                 width: place.isTight ? parent.width : parent.width - picture.width - warmth.width - 2 * Theme.space
-                Text {
+                PlainText {
                     width: parent.width
                     text: place.name
                     wrapMode: Text.Wrap
@@ -82,7 +82,7 @@ Rectangle {
                     font.pixelSize: Theme.title
                     font.weight: Font.DemiBold
                 }
-                Text {
+                PlainText {
                     width: parent.width
                     text: place.area
                     wrapMode: Text.Wrap
@@ -103,7 +103,7 @@ Rectangle {
                 isDay: place.isDay
                 onDark: Theme.dark
             }
-            Text {
+            PlainText {
                 id: warmth
                 anchors.right: parent.right
                 anchors.verticalCenter: picture.verticalCenter
@@ -117,7 +117,7 @@ Rectangle {
             readonly property bool isTight: remark.implicitWidth > width - buttons.width - Theme.space
             width: parent.width
             height: isTight ? remark.height + buttons.height + 4 : Math.max(remark.height, buttons.height)
-            Text {
+            PlainText {
                 id: remark
                 anchors.left: parent.left
                 y: parent.isTight ? 0 : (parent.height - height) / 2

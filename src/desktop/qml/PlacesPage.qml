@@ -15,7 +15,7 @@ ScrollPage {
 
     most: 760 * Theme.scale
 
-    Text {
+    PlainText {
         width: page.inner
         text: app.words.places
         horizontalAlignment: Text.AlignLeft
@@ -55,7 +55,7 @@ ScrollPage {
             border.color: search.activeFocus ? Theme.accent : Theme.outline
         }
     }
-    Text {
+    PlainText {
         width: page.inner
         visible: app.found.count === 0 && app.searchNote === ""
         text: search.text.trim() !== "" && app.searchText === search.text.trim() ? app.words.noMatch : app.words.searchHint
@@ -90,7 +90,7 @@ ScrollPage {
         }
     }
 
-    Text {
+    PlainText {
         width: page.inner
         visible: text !== ""
         text: app.searchNote
@@ -111,7 +111,7 @@ ScrollPage {
             enabled: !app.isSearchingOnline
             onClicked: app.searchOnline()
         }
-        Text {
+        PlainText {
             width: parent.width
             text: app.words.searchOnlineHint
             horizontalAlignment: Text.AlignLeft
@@ -133,7 +133,7 @@ ScrollPage {
         onChosen: page.chosen()
     }
 
-    Text {
+    PlainText {
         width: page.inner
         visible: text !== ""
         text: app.problem || (app.isReady && app.places.count === 0 ? app.words.noPlaces : "")

@@ -24,7 +24,7 @@ T.Button {
         implicitWidth: button.sign !== "" ? picture.width : label.implicitWidth
         implicitHeight: label.implicitHeight
         opacity: button.enabled ? 1 : 0.4
-        Text {
+        PlainText {
             id: label
             anchors.fill: parent
             visible: button.sign === ""

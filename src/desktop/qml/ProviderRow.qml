@@ -56,7 +56,7 @@ AbstractButton {
             anchors.rightMargin: Theme.space
             anchors.verticalCenter: parent.verticalCenter
             spacing: 2
-            Text {
+            PlainText {
                 width: parent.width
                 text: provider.name
                 wrapMode: Text.Wrap
@@ -64,7 +64,7 @@ AbstractButton {
                 color: Theme.text
                 font.pixelSize: Theme.body
             }
-            Text {
+            PlainText {
                 width: parent.width
                 text: provider.report
                 wrapMode: Text.Wrap

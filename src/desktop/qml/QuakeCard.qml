@@ -16,7 +16,7 @@ Card {
         width: parent.width
         spacing: 1.5 * Theme.space
 
-        Text {
+        PlainText {
             width: parent.width
             visible: text !== ""
             text: card.hazards.about.count
@@ -26,11 +26,10 @@ Card {
             Accessible.role: Accessible.StaticText
             Accessible.name: text
         }
-        Text {
+        PlainText {
             width: parent.width
             visible: text !== ""
             text: card.hazards.about.notice
-            textFormat: Text.PlainText
             wrapMode: Text.Wrap
             color: Theme.text
             font.pixelSize: Theme.small
@@ -119,7 +118,7 @@ Card {
                                 radius: 5
                                 color: Theme.ageColours[index]
                             }
-                            Text {
+                            PlainText {
                                 text: modelData
                                 color: Theme.muted
                                 font.pixelSize: Theme.tiny
@@ -127,11 +126,10 @@ Card {
                         }
                     }
                 }
-                Text {
+                PlainText {
                     width: parent.width
                     height: Math.max(implicitHeight, 2.6 * Theme.small)
                     text: card.hazards.highlightedText || card.hazards.words.mapHint
-                    textFormat: Text.PlainText
                     wrapMode: Text.Wrap
                     color: card.hazards.highlighted < 0 ? Theme.muted : Theme.text
                     font.pixelSize: Theme.small
@@ -146,7 +144,7 @@ Card {
                 height: card.isWide ? map.height : Math.min(contentHeight, 360 * Theme.scale)
             }
         }
-        Text {
+        PlainText {
             width: parent.width
             text: card.hazards.about.source
             wrapMode: Text.Wrap

@@ -69,7 +69,7 @@ ListView {
             color: Qt.alpha(Theme.ageColours[quake.ageClass], Theme.dark ? 0.24 : 0.16)
             border.width: quake.isStrong ? 2 : 0
             border.color: Theme.ageColours[quake.ageClass]
-            Text {
+            PlainText {
                 anchors.centerIn: parent
                 text: quake.magnitude
                 color: Theme.text
@@ -82,16 +82,15 @@ ListView {
             anchors.verticalCenter: parent.verticalCenter
             x: LayoutMirroring.enabled ? 8 : badge.width + 16
             width: parent.width - badge.width - 30
-            Text {
+            PlainText {
                 width: parent.width
                 text: quake.place
-                textFormat: Text.PlainText
                 elide: Text.ElideRight
                 color: Theme.text
                 font.pixelSize: Theme.small
                 font.weight: Font.DemiBold
             }
-            Text {
+            PlainText {
                 width: parent.width
                 text: [quake.age, quake.note].filter(part => part !== "").join("  ·  ")
                 wrapMode: Text.Wrap

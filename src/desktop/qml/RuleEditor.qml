@@ -18,7 +18,7 @@ Rectangle {
     Component.onCompleted: name.forceActiveFocus()
     Keys.onEscapePressed: notifications.dropDraft()
 
-    component Words: Text {
+    component Words: PlainText {
         width: parent ? parent.width : 0
         visible: text !== ""
         wrapMode: Text.Wrap
@@ -136,7 +136,7 @@ Rectangle {
                                 border.width: day.visualFocus ? 2 : 0
                                 border.color: Theme.text
                             }
-                            contentItem: Text {
+                            contentItem: PlainText {
                                 id: label
                                 text: day.dayName
                                 horizontalAlignment: Text.AlignHCenter

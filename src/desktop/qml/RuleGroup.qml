@@ -52,7 +52,7 @@ Item {
             // Large letters in a narrow window leave no room beside each other.
             readonly property bool isTight: width < 240 * Theme.scale
             implicitHeight: Math.max(name.height + (isTight ? count.height + 2 : 0), arrow.height)
-            Text {
+            PlainText {
                 id: name
                 anchors.left: parent.left
                 y: heading.isTight ? 0 : (parent.height - height) / 2
@@ -64,7 +64,7 @@ Item {
                 font.pixelSize: Theme.body
                 font.weight: Font.DemiBold
             }
-            Text {
+            PlainText {
                 id: count
                 anchors.left: heading.isTight ? parent.left : undefined
                 anchors.right: heading.isTight ? undefined : arrow.left

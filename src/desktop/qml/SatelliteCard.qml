@@ -42,7 +42,7 @@ Rectangle {
                 anchors.leftMargin: 10
                 anchors.right: close.left
                 anchors.rightMargin: 6
-                Text {
+                PlainText {
                     width: parent.width
                     text: app.globe.card.title
                     elide: Text.ElideRight
@@ -50,7 +50,7 @@ Rectangle {
                     font.pixelSize: Theme.title
                     font.weight: Font.DemiBold
                 }
-                Text {
+                PlainText {
                     width: parent.width
                     text: app.globe.card.subtitle
                     wrapMode: Text.Wrap
@@ -82,14 +82,14 @@ Rectangle {
                 height: 20 * Theme.scale
                 Accessible.role: Accessible.StaticText
                 Accessible.name: label + ": " + value
-                Text {
+                PlainText {
                     id: what
                     anchors.left: parent.left
                     text: row.label
                     color: Theme.muted
                     font.pixelSize: Theme.small
                 }
-                Text {
+                PlainText {
                     anchors.right: parent.right
                     width: parent.width - what.width - Theme.space
                     horizontalAlignment: Text.AlignRight

@@ -96,7 +96,7 @@ SettingRow {
                     border.width: field.activeFocus ? 2 : 1
                     border.color: field.activeFocus ? Theme.accent : Theme.outline
                 }
-                Text {
+                PlainText {
                     id: symbol
                     anchors.right: parent.right
                     anchors.rightMargin: 12
@@ -125,7 +125,7 @@ SettingRow {
         autoRepeat: true
         Accessible.role: Accessible.Button
         Accessible.name: text + " " + row.title
-        contentItem: Text {
+        contentItem: PlainText {
             text: button.text
             horizontalAlignment: Text.AlignHCenter
             verticalAlignment: Text.AlignVCenter

@@ -24,7 +24,7 @@ Item {
         width: row.stacked ? row.width : row.width - slot.width - 2 * Theme.space
         spacing: 2
         opacity: row.enabled ? 1 : 0.5
-        Text {
+        PlainText {
             width: parent.width
             text: row.title
             wrapMode: Text.Wrap
@@ -33,7 +33,7 @@ Item {
             font.pixelSize: Theme.body
             Accessible.ignored: true
         }
-        Text {
+        PlainText {
             width: parent.width
             visible: text !== ""
             text: row.explanation

@@ -35,7 +35,7 @@ Column {
                 width: entry.width
                 sourceComponent: entry.kind === "choice" ? choice : entry.kind === "switch" ? toggle : line
             }
-            Text {
+            PlainText {
                 width: parent.width
                 visible: text !== ""
                 text: entry.problem

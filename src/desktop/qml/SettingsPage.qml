@@ -13,7 +13,7 @@ ScrollPage {
 
     most: 760 * Theme.scale
 
-    Text {
+    PlainText {
         width: page.inner
         text: app.words.settings
         horizontalAlignment: Text.AlignLeft
@@ -53,7 +53,7 @@ ScrollPage {
         Column {
             width: parent.width
             spacing: Theme.space / 2
-            Text {
+            PlainText {
                 width: parent.width
                 text: page.words.serviceHint
                 horizontalAlignment: Text.AlignLeft
@@ -137,7 +137,7 @@ ScrollPage {
             }
         }
     }
-    Text {
+    PlainText {
         width: page.inner
         text: page.words.about.replace("%@", app.settings.version)
         wrapMode: Text.Wrap

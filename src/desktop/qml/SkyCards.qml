@@ -29,7 +29,7 @@ Grid {
                 lines: Theme.dark ? "#4a5667" : "#c3ccd6"
                 passed: Theme.sun
             }
-            Text {
+            PlainText {
                 width: parent.width
                 text: app.skyToday.sun
                 horizontalAlignment: Text.AlignLeft
@@ -62,7 +62,7 @@ Grid {
                 width: parent.width - 112 * Theme.scale - parent.spacing
                 anchors.verticalCenter: parent.verticalCenter
                 spacing: 4
-                Text {
+                PlainText {
                     width: parent.width
                     text: app.skyToday.moon
                     horizontalAlignment: Text.AlignLeft
@@ -71,7 +71,7 @@ Grid {
                     font.pixelSize: Theme.body
                     font.weight: Font.DemiBold
                 }
-                Text {
+                PlainText {
                     width: parent.width
                     text: app.skyToday.moonTimes
                     horizontalAlignment: Text.AlignLeft

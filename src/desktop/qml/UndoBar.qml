@@ -15,7 +15,7 @@ Rectangle {
         y: Theme.space
         width: parent.width - 4 * Theme.space
         spacing: Theme.space
-        Text {
+        PlainText {
             width: Math.min(implicitWidth, content.width - dismiss.width - Theme.space)
             height: Math.max(implicitHeight, undo.height)
             verticalAlignment: Text.AlignVCenter

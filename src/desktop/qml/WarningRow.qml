@@ -57,10 +57,9 @@ Item {
             }
         }
 
-        component Words: Text {
+        component Words: PlainText {
             width: parent.width
             visible: text !== ""
-            textFormat: Text.PlainText
             wrapMode: Text.Wrap
             color: Theme.text
             font.pixelSize: Theme.small

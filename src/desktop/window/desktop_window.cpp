@@ -48,6 +48,7 @@ QUrl pageUrl(char const* name) {
 
 DesktopWindow::DesktopWindow() : ahead_(&engine_), firstPageAhead_(&engine_) {
   registerItems();
+  engine_.setNetworkAccessManagerFactory(&network_);
   engine_.addImportPath(QStringLiteral(":/pages"));
   ahead_.loadUrl(pageUrl("Main"), QQmlComponent::Asynchronous);
   firstPageAhead_.loadUrl(pageUrl("NowPage"), QQmlComponent::Asynchronous);

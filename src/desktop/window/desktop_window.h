@@ -4,6 +4,7 @@
 
 #include "desktop/core/desktop_options.h"
 #include "desktop/window/desktop_model.h"
+#include "desktop/window/refused_network.h"
 
 #include <QQmlApplicationEngine>
 #include <QQmlComponent>
@@ -26,6 +27,7 @@ class DesktopWindow {
   Result<void, std::string> savePicture(std::string const& file) const;
 
  private:
+  RefusedNetwork network_;
   QQmlApplicationEngine engine_;
   QQmlComponent ahead_;
   QQmlComponent firstPageAhead_;
