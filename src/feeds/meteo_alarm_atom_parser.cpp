@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <limits>
 #include <memory>
 
@@ -23,6 +24,7 @@ enum class Element {
   severity,
   areaDesc,
   identifier,
+  id,
   status,
   messageType,
   sent,
@@ -49,6 +51,7 @@ constexpr std::array kElements = std::to_array<NamedElement>({
     {"severity", Element::severity},
     {"areaDesc", Element::areaDesc},
     {"identifier", Element::identifier},
+    {"id", Element::id},
     {"status", Element::status},
     {"message_type", Element::messageType},
     {"msgType", Element::messageType},
@@ -143,6 +146,8 @@ class FeedReader {
         return assign(current_.areaDesc, text);
       case Element::identifier:
         return assign(current_.identifier, text);
+      case Element::id:
+        return readIndexes(text);
       case Element::status:
         return assign(current_.status, text);
       case Element::messageType:
@@ -181,6 +186,21 @@ class FeedReader {
       addOnce(current_.otherCodes, {pendingRegistry_, std::string(code)});
     }
     pendingRegistry_.clear();
+  }
+
+  /// "…?index_info=1&index_area=0&index_geocode=0".
+  void readIndexes(std::string_view id) {
+    current_.infoIndex = indexIn(id, "index_info=");
+    current_.areaIndex = indexIn(id, "index_area=");
+  }
+
+  static std::optional<std::size_t> indexIn(std::string_view id, std::string_view name) {
+    auto const found = id.find(name);
+    if (found == std::string_view::npos) return std::nullopt;
+    std::string_view const digits = id.substr(found + name.size());
+    std::size_t index = 0;
+    auto const error = std::from_chars(digits.data(), digits.data() + digits.size(), index).ec;
+    return error == std::errc{} ? std::optional(index) : std::nullopt;
   }
 
   /// Besides the message, entries link to their region's page, whose address has the region's code also where

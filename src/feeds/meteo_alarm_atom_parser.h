@@ -3,10 +3,10 @@
 // entries or names their author is left out. Judges nothing: tests, green and ended entries are all there.
 #pragma once
 
-#include "base/geodesy.h"
 #include "base/instant.h"
 #include "base/result.h"
 #include "feeds/region_code.h"
+#include "feeds/warning_shape.h"
 
 #include <optional>
 #include <string>
@@ -14,16 +14,6 @@
 #include <vector>
 
 namespace nimbara {
-
-struct WarningCircle {
-  Coordinate center;
-  double radiusKm = 0;
-
-  bool operator==(WarningCircle const&) const = default;
-};
-
-/// The corners of an outline, the last of them perhaps the first again.
-using WarningPolygon = std::vector<Coordinate>;
 
 struct RawEntry {
   std::string event;     ///< in the national service's own words
@@ -41,6 +31,9 @@ struct RawEntry {
   std::string status;       ///< "Actual"; empty when the entry does not say
   std::string messageType;  ///< "Alert", "Update", "Cancel"; empty likewise
   std::string link;         ///< of the original message
+  /// Which of the message's blocks, and of that block's areas, the entry was made of, where it says so.
+  std::optional<std::size_t> infoIndex;
+  std::optional<std::size_t> areaIndex;
 
   bool operator==(RawEntry const&) const = default;
 };
@@ -58,12 +51,5 @@ class MeteoAlarmAtomParser {
  private:
   std::vector<RawEntry> entries_;
 };
-
-/// Blank-separated pairs "latitude,longitude"; nothing when a pair cannot be read or there are fewer than
-/// three.
-std::optional<WarningPolygon> parseWarningPolygon(std::string_view text);
-
-/// "latitude,longitude radius"; nothing for other texts and for a negative radius.
-std::optional<WarningCircle> parseWarningCircle(std::string_view text);
 
 }  // namespace nimbara

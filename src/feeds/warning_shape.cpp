@@ -1,5 +1,6 @@
+#include "feeds/warning_shape.h"
+
 #include "base/text.h"
-#include "feeds/meteo_alarm_atom_parser.h"
 
 #include <charconv>
 #include <cmath>

@@ -1,0 +1,30 @@
+// The shapes by which warnings of the Common Alerting Protocol say what they cover. Plain values and their
+// texts' readers.
+#pragma once
+
+#include "base/geodesy.h"
+
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace nimbara {
+
+struct WarningCircle {
+  Coordinate center;
+  double radiusKm = 0;
+
+  bool operator==(WarningCircle const&) const = default;
+};
+
+/// The corners of an outline, the last of them perhaps the first again.
+using WarningPolygon = std::vector<Coordinate>;
+
+/// Blank-separated pairs "latitude,longitude"; nothing when a pair cannot be read or there are fewer than
+/// three.
+std::optional<WarningPolygon> parseWarningPolygon(std::string_view text);
+
+/// "latitude,longitude radius"; nothing for other texts and for a negative radius.
+std::optional<WarningCircle> parseWarningCircle(std::string_view text);
+
+}  // namespace nimbara
