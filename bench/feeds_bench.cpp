@@ -2,7 +2,7 @@
 // NIMBARA_SAMPLES, where it is set, gives the recorded feeds; the others are made here.
 
 #include "base/file.h"
-#include "feeds/meteo_alarm_selection.h"
+#include "feeds/meteo_alarm_merge.h"
 #include "feeds/region_map.h"
 
 #include <benchmark/benchmark.h>
@@ -127,7 +127,8 @@ void mergeAll(benchmark::State& state) {
   std::vector<SelectedEntry> selected;
   for (RawEntry const& entry : entries) selected.push_back({&entry, {}});
   Texts const texts = Texts::load("en");
-  for (auto _ : state) benchmark::DoNotOptimize(mergedAlerts(selected, "DE", texts));
+  MergeContext const context{"DE", kRegions, "en", texts};
+  for (auto _ : state) benchmark::DoNotOptimize(mergedAlerts(selected, context));
 }
 BENCHMARK(mergeAll)->Unit(benchmark::kMicrosecond);
 

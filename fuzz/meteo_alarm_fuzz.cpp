@@ -1,6 +1,6 @@
 // Any bytes as a country's feed: through the parser, the selection and the merging.
 
-#include "feeds/meteo_alarm_selection.h"
+#include "feeds/meteo_alarm_merge.h"
 
 #include <cstdint>
 
@@ -12,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
   MeteoAlarmFeed const feed = feedOf(parser.takeEntries());
   PlaceRegions const regions{"DE", {"Koblenz"}, {{"EMMA_ID", "DE100"}}};
   for (Coordinate const place : {Coordinate{50.36, 7.59}, {90, 180}, {-90, -180}}) {
-    mergedAlerts(selectedEntries(feed, place, regions), "DE", kTexts);
+    mergedAlerts(selectedEntries(feed, place, regions), {"DE", regions, "en", kTexts});
   }
   return 0;
 }

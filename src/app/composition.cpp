@@ -52,9 +52,9 @@ Composition::Composition(Settings const& settings, Clock const& clock, Options c
       history_(below(options.cacheDirectory, historyFile(options.servicesBase))),
       providers_(clients(), history_, clock),
       forecasts_(providers_, cache_, clock, options.wording),
-      feeds_(
-          *http_, clock, services_,
-          {contactOf(configuration_), options.cacheDirectory, options.dataDirectory, options.wording.texts}) {
+      feeds_(*http_, clock, services_,
+             {contactOf(configuration_), options.cacheDirectory, options.dataDirectory, options.wording.texts,
+              options.wording.language}) {
   providers_.setPreferredProvider(options.preferredProvider);
   ServiceAddress const model = services_.address(Service::languageModel);
   if (model.baseUrl.empty()) return;

@@ -29,6 +29,13 @@ std::filesystem::path advisoryDirectory(ServiceDirectory const& services,
   return directory.empty() ? directory : directory / "TravelAdvisories";
 }
 
+MeteoAlarmService::Options meteoAlarmOptions(ServiceDirectory const& services,
+                                             FeedServices::Options const& options) {
+  auto const directory = alertDirectory(services, options.cacheDirectory);
+  return {services.address(Service::meteoAlarm).baseUrl,
+          directory.empty() ? directory : directory / "WarningDocuments", options.language};
+}
+
 AirQualityService::Options airQualityOptions(ServiceAddress address) {
   return {std::move(address.baseUrl), std::move(address.apiKey)};
 }
@@ -50,7 +57,7 @@ FeedServices::FeedServices(HttpClient& http, Clock const& clock, ServiceDirector
       earthquakes_(http, clock, earthquakeOptions(services, options_.cacheDirectory)),
       geomagnetic_(http, clock, services.address(Service::swpc).baseUrl),
       kpForecast_(http, clock, services.address(Service::swpc).baseUrl),
-      meteoAlarm_(http, clock, services.address(Service::meteoAlarm).baseUrl, *options_.texts,
+      meteoAlarm_(http, clock, meteoAlarmOptions(services, options_), *options_.texts,
                   [this](Coordinate place) { return regions_.at(place); }),
       govAlerts_(clock, {nwsAlertSource(nws_, clock), meteoAlarmSource(meteoAlarm_)},
                  alertDirectory(services, options_.cacheDirectory)),

@@ -31,6 +31,7 @@ class FeedServices {
     std::filesystem::path cacheDirectory;  ///< the program's; empty: nothing outlives the process
     std::filesystem::path dataDirectory;   ///< where the outlines of warning regions lie
     std::shared_ptr<Texts const> texts;
+    std::string language;  ///< in which warnings are wanted; empty: that of the texts
   };
 
   FeedServices(HttpClient& http, Clock const& clock, ServiceDirectory const& services, Options options);

@@ -36,6 +36,7 @@ struct Wording {
   Units units;
   std::shared_ptr<Texts const> texts = std::make_shared<Texts>(Texts::load("en"));
   Calendar fallback = Calendar::utc();  ///< of places whose zone nobody knows
+  std::string language;                 ///< as the user has it, also where no texts are in it: "de_DE.UTF-8"
 };
 
 class ForecastService {

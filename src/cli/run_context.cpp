@@ -33,7 +33,7 @@ std::string_view adviceFor(APIError const& error) {
 
 Wording wordingOf(CommonOptions const& common, Session const& session) {
   return {common.units, std::make_shared<Texts>(Texts::load(common.language)),
-          session.environment.machineCalendar};
+          session.environment.machineCalendar, common.language};
 }
 
 /// The error and what to do, without a full stop.

@@ -1,115 +1,207 @@
+#include "feeds/meteo_alarm_merge.h"
+
+#include "base/text.h"
+#include "feeds/gov_alerts.h"
 #include "feeds/meteo_alarm_countries.h"
-#include "feeds/meteo_alarm_selection.h"
+#include "feeds/warned_areas.h"
 
 #include <algorithm>
 #include <cmath>
-#include <set>
 
 namespace nimbara {
 
 namespace {
 
-/// Where the identifiers of these alerts are named; any identifier that nobody else names in will do.
-constexpr Uuid kNamespace{
-    {0x6b, 0x0f, 0x7c, 0x52, 0x9d, 0x1e, 0x4a, 0x8b, 0xb3, 0x24, 0x5e, 0x0c, 0x71, 0xd6, 0x88, 0x2f}};
+constexpr std::size_t kMostTexts = 8;
 
 struct Group {
   MeteoAlarmType type;
-  std::vector<SelectedEntry> entries;
+  std::vector<ToldEntry const*> entries;
+  std::vector<ToldEntry const*> deciding;
 };
 
-std::vector<Group> groupsOf(std::span<SelectedEntry const> entries) {
+void decide(Group& group) {
+  std::ranges::copy_if(group.entries, std::back_inserter(group.deciding),
+                       [](ToldEntry const* told) { return !told->isNear(); });
+  if (group.deciding.empty()) group.deciding = group.entries;
+}
+
+std::vector<Group> groupsOf(std::span<ToldEntry const> entries) {
   std::vector<Group> groups;
-  for (SelectedEntry const& selected : entries) {
-    MeteoAlarmType const type = meteoAlarmTypeOf(selected.entry->event, selected.entry->title);
+  for (ToldEntry const& told : entries) {
+    MeteoAlarmType const type = typeOf(told);
     auto const found = std::ranges::find(groups, type, &Group::type);
-    Group& group = found == groups.end() ? groups.emplace_back(Group{type, {}}) : *found;
-    group.entries.push_back(selected);
+    Group& group = found == groups.end() ? groups.emplace_back(Group{type, {}, {}}) : *found;
+    group.entries.push_back(&told);
   }
+  std::ranges::for_each(groups, decide);
   return groups;
 }
 
-std::vector<std::string> areasOf(Group const& group) {
-  std::vector<std::string> areas;
-  for (auto const& [entry, distance] : group.entries) {
-    if (!entry->areaDesc.empty() && std::ranges::find(areas, entry->areaDesc) == areas.end())
-      areas.push_back(entry->areaDesc);
-  }
-  return areas;
-}
-
-std::string joined(std::vector<std::string> const& parts) {
+std::string joined(std::vector<std::string> const& parts, std::string_view separator) {
   std::string text;
-  for (std::string const& part : parts) text += (text.empty() ? "" : ", ") + part;
+  for (std::string const& part : parts) text += (text.empty() ? "" : std::string(separator)) + part;
   return text;
 }
 
-/// The regions' codes, or the names of areas that have none, in an order that does not depend on the feed's.
-std::set<std::string> regionSet(Group const& group) {
-  std::set<std::string> regions;
-  for (auto const& [entry, distance] : group.entries) {
-    if (entry->nuts3Codes.empty() && entry->otherCodes.empty()) regions.insert(entry->areaDesc);
-    regions.insert(entry->nuts3Codes.begin(), entry->nuts3Codes.end());
-    for (RegionCode const& code : entry->otherCodes) regions.insert(code.registry + ":" + code.code);
+/// What the entries say, each once, in the order in which they begin; nothing when they say nothing.
+template <class Text>
+std::optional<std::string> said(std::vector<ToldEntry const*> entries, std::string_view separator,
+                                Text const& textOf) {
+  std::ranges::stable_sort(entries, {}, [](ToldEntry const* told) { return told->entry().onset; });
+  std::vector<std::string> texts;
+  for (ToldEntry const* const told : entries) {
+    std::string text = textOf(*told);
+    bool const isNew = !text.empty() && std::ranges::find(texts, text) == texts.end();
+    if (isNew && texts.size() < kMostTexts) texts.push_back(std::move(text));
   }
-  return regions;
+  return texts.empty() ? std::nullopt : std::optional(joined(texts, separator));
 }
 
-Uuid identifierOf(Group const& group, std::string_view country, std::optional<Instant> onset) {
-  std::string key = "meteoalarm|" + isoCountryCode(country) + "|" + std::string(enumName(group.type));
-  key += "|" + (onset ? formatIso8601(*onset) : std::string());
-  for (std::string const& region : regionSet(group)) key += "|" + region;
-  return Uuid::named(kNamespace, key);
+/// A member of the document's details; empty without a document.
+auto detail(std::string WarningDetails::* member) {
+  return [member](ToldEntry const& told) { return told.details ? (*told.details).*member : std::string(); };
 }
 
-void widen(WeatherAlert& alert, RawEntry const& entry) {
+std::string colourOf(ToldEntry const& told) {
+  bool const isStated = told.details && !told.details->colour.empty();
+  return isStated ? told.details->colour : colourOfTitle(told.entry().title);
+}
+
+/// The gravest of the colours that are a warning's.
+std::optional<std::string> colourOf(Group const& group) {
+  constexpr std::string_view kColours[] = {"red", "orange", "yellow"};
+  for (std::string_view const colour : kColours) {
+    if (std::ranges::any_of(group.deciding, [&](auto const* told) { return colourOf(*told) == colour; }))
+      return std::string(colour);
+  }
+  return std::nullopt;
+}
+
+void widen(WeatherAlert& alert, ToldEntry const& told) {
+  RawEntry const& entry = told.entry();
+  auto const sent = told.details && told.details->sent ? told.details->sent : entry.sent;
   alert.severity = std::max(alert.severity, severityOfCap(entry.severity));
-  if (entry.sent) alert.issued = std::max(alert.issued.value_or(*entry.sent), *entry.sent);
+  if (sent) alert.issued = std::max(alert.issued.value_or(*sent), *sent);
   if (entry.onset) alert.onset = std::min(alert.onset.value_or(*entry.onset), *entry.onset);
   if (entry.expires) alert.expires = std::max(alert.expires.value_or(*entry.expires), *entry.expires);
 }
 
-/// Nothing as soon as one of the areas has the place in it. In tenths, as good as the outlines are.
-std::optional<double> distanceOf(Group const& group) {
-  auto const nearest = std::ranges::min_element(group.entries, {}, &SelectedEntry::distanceKm);
-  if (!nearest->distanceKm) return std::nullopt;
-  return std::ceil(*nearest->distanceKm * 10) / 10;
+/// In tenths, as good as the outlines are.
+double rounded(double km) {
+  return std::ceil(km * 10) / 10;
+}
+
+ToldEntry const& nearestOf(Group const& group) {
+  return **std::ranges::min_element(group.entries, {},
+                                    [](ToldEntry const* told) { return told->selected.distanceKm; });
 }
 
 RawEntry const& gravestOf(Group const& group) {
-  return *std::ranges::max_element(group.entries, {}, [](SelectedEntry const& selected) {
-            return severityOfCap(selected.entry->severity);
-          })->entry;
+  return (*std::ranges::max_element(
+              group.deciding, {},
+              [](ToldEntry const* told) { return severityOfCap(told->entry().severity); }))
+      ->entry();
 }
 
-WeatherAlert alertOf(Group const& group, std::string_view country, Texts const& texts) {
+std::string regionKey(RegionCode const& code) {
+  return code.registry + ":" + code.code;
+}
+
+std::string regionKey(RawEntry const& entry) {
+  if (!entry.otherCodes.empty()) return regionKey(entry.otherCodes.front());
+  if (!entry.nuts3Codes.empty())
+    return regionKey(RegionCode{std::string(kNuts3Registry), entry.nuts3Codes.front()});
+  return entry.areaDesc;
+}
+
+/// Where the event is: in the place's own region, or in the nearest that has it.
+std::string eventKey(Group const& group, MergeContext const& context) {
+  ToldEntry const& nearest = nearestOf(group);
+  bool const isOwn = !nearest.isNear() && !context.regions.codes.empty();
+  return isoCountryCode(context.country) + "|" + std::string(enumName(group.type)) + "|" +
+         (isOwn ? regionKey(context.regions.codes.front()) : regionKey(nearest.entry()));
+}
+
+void tell(WeatherAlert& alert, Group const& group) {
+  auto const& deciding = group.deciding;
+  bool const isAllTold =
+      std::ranges::all_of(deciding, [](auto const* told) { return told->details.has_value(); });
+  bool const isOffered =
+      std::ranges::any_of(deciding, [](auto const* told) { return !told->entry().link.empty(); });
+  alert.issuer = said(deciding, ", ", detail(&WarningDetails::issuer));
+  alert.instruction = said(deciding, "\n\n", detail(&WarningDetails::instruction));
+  alert.text = said(deciding, "\n\n", detail(&WarningDetails::text));
+  alert.language = said(deciding, ", ", detail(&WarningDetails::language));
+  if (isAllTold || isOffered) alert.isFullText = isAllTold;
+  if (!alert.text) alert.text = said(deciding, "\n\n", [](auto const& told) { return told.entry().event; });
+}
+
+void locate(WeatherAlert& alert, Group const& group, MergeContext const& context) {
+  std::vector<std::string> names;
+  std::vector<NearArea> near;
+  for (WarnedArea const& area : warnedAreas(group.entries, context.language)) {
+    names.push_back(area.name);
+    if (area.distanceKm) near.push_back({area.name, rounded(*area.distanceKm)});
+  }
+  if (!near.empty()) alert.near = std::move(near);
+  if (auto const km = nearestOf(group).selected.distanceKm) alert.distanceKm = rounded(*km);
+  alert.areaDesc = joined(names, ", ");
+  alert.message = *alert.areaDesc;
+  if (names.size() < 2) {
+    if (alert.isFullText == true) alert.description = alert.text;
+    return;
+  }
+  alert.message = context.texts.format("govAlert.affectingAreas", alert.title, names.size());
+  alert.description = context.texts.format("govAlert.affectedAreas", *alert.areaDesc);
+}
+
+WeatherAlert alertOf(Group const& group, MergeContext const& context) {
   WeatherAlert alert;
-  alert.title = texts.text("govAlert.event." + std::string(enumName(group.type)));
+  alert.title = context.texts.text("govAlert.event." + std::string(enumName(group.type)));
   alert.icon = iconOf(group.type);
   alert.source = "MeteoAlarm";
   alert.isGovAlert = true;
-  for (SelectedEntry const& selected : group.entries) widen(alert, *selected.entry);
-  alert.distanceKm = distanceOf(group);
-  std::string const& link = gravestOf(group).link;
-  if (!link.empty()) alert.link = link;
-  alert.id = identifierOf(group, country, alert.onset);
-  std::vector<std::string> const areas = areasOf(group);
-  alert.areaDesc = joined(areas);
-  alert.message = *alert.areaDesc;
-  if (areas.size() >= 2) {
-    alert.message = texts.format("govAlert.affectingAreas", alert.title, areas.size());
-    alert.description = texts.format("govAlert.affectedAreas", *alert.areaDesc);
-  }
+  for (ToldEntry const* const told : group.deciding) widen(alert, *told);
+  alert.colour = colourOf(group);
+  if (std::string const& link = gravestOf(group).link; !link.empty()) alert.link = link;
+  alert.event = eventKey(group, context);
+  alert.id = govAlertId("meteoalarm|" + *alert.event + "|" +
+                        (alert.onset ? formatIso8601(*alert.onset) : std::string()));
+  tell(alert, group);
+  locate(alert, group, context);
   return alert;
 }
 
 }  // namespace
 
-std::vector<WeatherAlert> mergedAlerts(std::span<SelectedEntry const> entries, std::string_view country,
-                                       Texts const& texts) {
+MeteoAlarmType typeOf(ToldEntry const& told) {
+  if (told.details && told.details->type) return *told.details->type;
+  return meteoAlarmTypeOf(told.entry().event, told.entry().title);
+}
+
+std::vector<WeatherAlert> mergedAlerts(std::span<ToldEntry const> entries, MergeContext const& context) {
   std::vector<WeatherAlert> alerts;
-  for (Group const& group : groupsOf(entries)) alerts.push_back(alertOf(group, country, texts));
+  for (Group const& group : groupsOf(entries)) alerts.push_back(alertOf(group, context));
   return alerts;
+}
+
+std::vector<WeatherAlert> mergedAlerts(std::span<SelectedEntry const> entries, MergeContext const& context) {
+  std::vector<ToldEntry> told;
+  for (SelectedEntry const& selected : entries) told.push_back({selected, {}, {}});
+  return mergedAlerts(std::span<ToldEntry const>(told), context);
+}
+
+std::vector<SelectedEntry> decidingEntries(std::span<SelectedEntry const> entries) {
+  std::vector<ToldEntry> told;
+  for (SelectedEntry const& selected : entries) told.push_back({selected, {}, {}});
+  std::vector<SelectedEntry> deciding;
+  for (Group const& group : groupsOf(told)) {
+    for (ToldEntry const* const one : group.deciding) deciding.push_back(one->selected);
+  }
+  std::ranges::stable_sort(deciding, std::ranges::greater{},
+                           [](SelectedEntry const& one) { return severityOfCap(one.entry->severity); });
+  return deciding;
 }
 
 }  // namespace nimbara

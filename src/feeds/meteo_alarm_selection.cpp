@@ -2,6 +2,7 @@
 
 #include "base/search_text.h"
 #include "base/text.h"
+#include "feeds/meteo_alarm_type.h"
 
 #include <algorithm>
 #include <cmath>

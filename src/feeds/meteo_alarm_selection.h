@@ -2,9 +2,7 @@
 // service around them fetches and keeps.
 #pragma once
 
-#include "base/texts.h"
 #include "feeds/meteo_alarm_atom_parser.h"
-#include "feeds/meteo_alarm_type.h"
 #include "model/weather_alert.h"
 
 #include <span>
@@ -49,12 +47,5 @@ bool isCurrentWarning(RawEntry const& entry, Instant now);
 
 /// "extreme" is critical, "severe" a warning, "moderate" an advisory, everything else info.
 AlertSeverity severityOfCap(std::string_view severity);
-
-/// One alert for each kind of warning, in the order in which the kinds appear: the highest severity, the
-/// earliest onset, the latest expiry and the latest message of the entries, their areas' names each once, the
-/// link of the gravest entry, near only where all of its entries are. The identifier follows from country,
-/// kind, regions and onset, so that an update has that of the warning before.
-std::vector<WeatherAlert> mergedAlerts(std::span<SelectedEntry const> entries, std::string_view country,
-                                       Texts const& texts);
 
 }  // namespace nimbara

@@ -1,7 +1,5 @@
 #include "feeds/meteo_alarm_service.h"
 
-#include "base/number.h"
-#include "feeds/feed_problem.h"
 #include "feeds/meteo_alarm_countries.h"
 
 #include <algorithm>
@@ -10,35 +8,26 @@ namespace nimbara {
 
 namespace {
 
-using namespace std::chrono_literals;
+/// Where the feeds' links to documents lead, whoever stands in for the service.
+constexpr std::string_view kPublicHost = "https://feeds.meteoalarm.org";
 
-constexpr std::chrono::milliseconds kCacheLife = 300s;
-constexpr std::chrono::milliseconds kTimeout = 60s;
-constexpr std::chrono::milliseconds kMissingFeedRest = 24h;
-constexpr std::size_t kLongestBody = std::size_t{32} << 20;
-constexpr int kOk = 200;
-constexpr int kNotModified = 304;
-constexpr int kNotFound = 404;
-
-std::string pointKey(Coordinate place) {
-  constexpr int kDecimals = 2;
-  return fixedDecimal(place.latitude, kDecimals) + "," + fixedDecimal(place.longitude, kDecimals);
-}
-
-std::optional<std::string> headerOf(HttpResponse const& answer, std::string_view name) {
-  auto const value = answer.header(name);
-  return value ? std::optional(std::string(*value)) : std::nullopt;
+bool hasShape(RawEntry const& entry) {
+  return !entry.circles.empty() || !entry.polygons.empty();
 }
 
 }  // namespace
 
-MeteoAlarmService::MeteoAlarmService(HttpClient& http, Clock const& clock, std::string baseUrl,
-                                     Texts const& texts, RegionLookup regions)
+MeteoAlarmService::MeteoAlarmService(HttpClient& http, Clock const& clock, Options options,
+                                     Texts const& texts, RegionLookup regions, AreaLookup isKnownArea)
     : http_(http),
       clock_(clock),
-      baseUrl_(std::move(baseUrl)),
+      options_(std::move(options)),
       texts_(texts),
-      lookUpRegions_(std::move(regions)) {}
+      lookUpRegions_(std::move(regions)),
+      isKnownArea_(std::move(isKnownArea)),
+      documents_(http, clock, options_.documentsDirectory) {
+  if (options_.language.empty()) options_.language = texts.language();
+}
 
 std::vector<WeatherAlert> MeteoAlarmService::fetchAlerts(double latitude, double longitude,
                                                          std::string_view countryCode,
@@ -49,88 +38,78 @@ std::vector<WeatherAlert> MeteoAlarmService::fetchAlerts(double latitude, double
 MeteoAlarmAnswer MeteoAlarmService::fetch(Coordinate place, std::string_view countryCode,
                                           std::optional<PlaceRegions> const& regions,
                                           std::stop_token const& stop) {
-  std::lock_guard const lock(mutex_);
   std::string const country = isoCountryCode(countryCode);
   auto const feedName = meteoAlarmFeedName(country);
-  if (!feedName || !isValid(place)) return {{}, clock_.now(), {}};
-  MeteoAlarmAnswer answer;
-  if (!isFresh(country, clock_.now())) {
-    if (auto const done = refresh(country, *feedName, stop); !done) answer.failure = done.error();
-  }
-  if (!hasFeedOf(country)) return answer;
-  answer.checkedAt = lastFetchDate_;
-  answer.alerts = select(place, regions ? *regions : regionsOf(place), clock_.now());
-  return answer;
-}
-
-/// A clock that was set back makes no feed fresh.
-bool MeteoAlarmService::isFresh(std::string const& country, Instant now) const {
-  if (!hasFeedOf(country) || !lastFetchDate_) return false;
-  return *lastFetchDate_ <= now && now - *lastFetchDate_ < kCacheLife;
-}
-
-MeteoAlarmService::Outcome MeteoAlarmService::refresh(std::string const& country, std::string_view feedName,
-                                                      std::stop_token const& stop) {
-  if (auto const missing = missingFeeds_.find(country);
-      missing != missingFeeds_.end() && clock_.now() < missing->second) {
-    return std::unexpected("MeteoAlarm has no feed of this country");
-  }
-  return request(country, feedName, true, stop);
-}
-
-HttpHeaders MeteoAlarmService::headersFor(std::string const& country, bool conditional) const {
-  HttpHeaders headers{{"Accept", "application/atom+xml"}};
-  auto const found = feedValidators_.find(country);
-  if (!conditional || found == feedValidators_.end()) return headers;
-  if (found->second.etag) headers.emplace_back("If-None-Match", *found->second.etag);
-  if (found->second.lastModified) headers.emplace_back("If-Modified-Since", *found->second.lastModified);
-  return headers;
-}
-
-MeteoAlarmService::Outcome MeteoAlarmService::request(std::string const& country, std::string_view feedName,
-                                                      bool conditional, std::stop_token const& stop) {
-  std::string const url = baseUrl_ + "/feeds/meteoalarm-legacy-atom-" + std::string(feedName);
-  auto answer = http_.get({url, headersFor(country, conditional), kTimeout, kLongestBody}, stop);
-  if (!answer) return std::unexpected(networkProblem(answer.error()));
-  if (answer->status == kOk) return accept(country, *answer);
-  if (answer->status == kNotModified && hasFeedOf(country)) {
-    lastFetchDate_ = clock_.now();
-    return {};
-  }
-  if (answer->status == kNotModified && conditional) {
-    // Another country's feed has taken the place of the one that has not changed.
-    feedValidators_.erase(country);
-    return request(country, feedName, false, stop);
-  }
-  if (answer->status == kNotFound) missingFeeds_[country] = clock_.now() + kMissingFeedRest;
-  return std::unexpected(statusProblem(answer->status));
-}
-
-/// What is not well formed to its end is not kept, nor what would have it confirmed.
-MeteoAlarmService::Outcome MeteoAlarmService::accept(std::string const& country, HttpResponse const& answer) {
-  MeteoAlarmAtomParser parser;
-  if (auto const read = parser.parse(answer.body); !read)
-    return std::unexpected("MeteoAlarm's answer is no feed: " + read.error());
-  feed_ = feedOf(parser.takeEntries());
-  lastCountryCode_ = country;
-  lastFetchDate_ = clock_.now();
-  feedValidators_[country] = {headerOf(answer, "ETag"), headerOf(answer, "Last-Modified")};
-  return {};
-}
-
-PlaceRegions const& MeteoAlarmService::regionsOf(Coordinate place) {
-  std::string key = pointKey(place);
-  if (key == lastGeocodeKey_) return cachedUserRegions_;
-  cachedUserRegions_ = lookUpRegions_ ? lookUpRegions_(place) : PlaceRegions{};
-  lastGeocodeKey_ = std::move(key);
-  return cachedUserRegions_;
-}
-
-std::vector<WeatherAlert> MeteoAlarmService::select(Coordinate place, PlaceRegions const& regions,
-                                                    Instant now) const {
-  auto entries = selectedEntries(*feed_, place, regions);
+  if (!feedName || !isValid(place)) return {{}, {}, clock_.now(), {}};
+  auto const [feed, checkedAt, failure] = feedOf(country, *feedName).get(stop);
+  if (!feed) return {{}, {}, checkedAt, failure};
+  PlaceRegions const here = regions ? *regions : lookUpRegions_ ? lookUpRegions_(place) : PlaceRegions{};
+  auto entries = selectedEntries(*feed, place, here);
+  Instant const now = clock_.now();
   std::erase_if(entries, [now](SelectedEntry const& one) { return !isCurrentWarning(*one.entry, now); });
-  return mergedAlerts(entries, lastCountryCode_, texts_);
+  MergeContext const context{country, here, options_.language, texts_};
+  return {mergedAlerts(told(entries, stop), context), unplacedAlerts(*feed, entries, context), checkedAt,
+          failure};
+}
+
+MeteoAlarmCountryFeed& MeteoAlarmService::feedOf(std::string const& country, std::string_view feedName) {
+  std::lock_guard const lock(mutex_);
+  auto& feed = feeds_[country];
+  if (!feed) {
+    feed = std::make_unique<MeteoAlarmCountryFeed>(
+        http_, clock_, options_.baseUrl + "/feeds/meteoalarm-legacy-atom-" + std::string(feedName));
+  }
+  return *feed;
+}
+
+/// Documents are asked for where the feeds are: what a feed says leads to no other host.
+std::optional<std::string> MeteoAlarmService::addressOf(RawEntry const& entry) const {
+  for (std::string_view const host : {std::string_view(options_.baseUrl), kPublicHost}) {
+    if (!entry.link.starts_with(host) || entry.link.size() == host.size()) continue;
+    if (entry.link[host.size()] == '/') return options_.baseUrl + entry.link.substr(host.size());
+  }
+  return std::nullopt;
+}
+
+/// The entries with what the documents of the deciding ones among them say.
+std::vector<ToldEntry> MeteoAlarmService::told(std::vector<SelectedEntry> const& entries,
+                                               std::stop_token const& stop) {
+  std::vector<std::string> addresses;
+  for (SelectedEntry const& one : decidingEntries(entries)) {
+    if (auto address = addressOf(*one.entry)) addresses.push_back(std::move(*address));
+  }
+  CapDocuments const documents = documents_.documents(addresses, stop);
+  std::vector<ToldEntry> told;
+  for (SelectedEntry const& one : entries) {
+    ToldEntry& entry = told.emplace_back(ToldEntry{one, {}, {}});
+    auto const address = addressOf(*one.entry);
+    auto const document = address ? documents.find(*address) : documents.end();
+    if (document == documents.end()) continue;
+    entry.details = detailsOf(*document->second, *one.entry, options_.language);
+    entry.areaLanguage = languageOfEntry(*document->second, *one.entry);
+  }
+  return told;
+}
+
+/// Warnings that no rule could match with any place, because nothing that is known here has their codes or
+/// names; for a place of which nothing at all is known, all that have no shape.
+std::vector<WeatherAlert> MeteoAlarmService::unplacedAlerts(MeteoAlarmFeed const& feed,
+                                                            std::vector<SelectedEntry> const& selected,
+                                                            MergeContext const& context) const {
+  bool const isPlaceKnown = !context.regions.codes.empty() || !context.regions.names.empty();
+  if (isPlaceKnown && !isKnownArea_) return {};
+  Instant const now = clock_.now();
+  std::vector<SelectedEntry> unplaced;
+  auto next = selected.begin();  // they are in the feed's order
+  for (RawEntry const& entry : feed.entries) {
+    bool const isSelected = next != selected.end() && next->entry == &entry;
+    if (isSelected) ++next;
+    if (isSelected || hasShape(entry) || !isCurrentWarning(entry, now)) continue;
+    if (!isPlaceKnown || !isKnownArea_(context.country, entry)) unplaced.push_back({&entry, {}});
+  }
+  // One event for the whole country, whatever areas join it.
+  PlaceRegions const country{std::string(context.country), {}, {{"country", std::string(context.country)}}};
+  return mergedAlerts(unplaced, {context.country, country, context.language, context.texts});
 }
 
 }  // namespace nimbara

@@ -1,12 +1,13 @@
-// The official warnings of European countries, from MeteoAlarm's feed of each country. Owned by the
-// application; keeps the feed of the country that was asked for last. Calls come one at a time, others wait
-// their turn. Never throws; a failure leaves what was known before.
+// The official warnings of European countries, from MeteoAlarm's feed of each country and the documents that
+// its entries link to. Owned by the application; keeps the feed of every country that was asked for. Any
+// thread may ask, and a country that does not answer delays no other. Never throws; a failure leaves what was
+// known before.
 #pragma once
 
 #include "base/texts.h"
-#include "feeds/meteo_alarm_selection.h"
-#include "platform/clock.h"
-#include "platform/http_client.h"
+#include "feeds/cap_store.h"
+#include "feeds/meteo_alarm_country_feed.h"
+#include "feeds/meteo_alarm_merge.h"
 
 #include <functional>
 #include <map>
@@ -23,6 +24,7 @@ namespace nimbara {
 /// The warnings of a place and how far they can be trusted.
 struct MeteoAlarmAnswer {
   std::vector<WeatherAlert> alerts;
+  std::vector<WeatherAlert> unplaced;  ///< in force in areas of the country that nobody here can place
   std::optional<Instant> checkedAt;    ///< when the service confirmed them; never: nothing is known
   std::optional<std::string> failure;  ///< why they could not be confirmed just now; a sentence's beginning
 };
@@ -30,10 +32,18 @@ struct MeteoAlarmAnswer {
 class MeteoAlarmService {
  public:
   using RegionLookup = std::function<PlaceRegions(Coordinate)>;
+  /// Whether an entry that has no shape could concern any place of the country that is known here.
+  using AreaLookup = std::function<bool(std::string_view country, RawEntry const&)>;
 
-  /// `baseUrl` is scheme and host of the feeds. `texts` outlives the service.
-  MeteoAlarmService(HttpClient& http, Clock const& clock, std::string baseUrl, Texts const& texts,
-                    RegionLookup regions);
+  struct Options {
+    std::string baseUrl;                       ///< scheme and host of the feeds
+    std::filesystem::path documentsDirectory;  ///< empty: documents do not outlive the process
+    std::string language;                      ///< of the reader; empty: that of the texts
+  };
+
+  /// `texts` outlives the service. Without `isKnownArea` every area counts as known.
+  MeteoAlarmService(HttpClient& http, Clock const& clock, Options options, Texts const& texts,
+                    RegionLookup regions, AreaLookup isKnownArea = {});
 
   /// The warnings that concern a coordinate, one for each kind. A country without a feed has none.
   std::vector<WeatherAlert> fetchAlerts(double latitude, double longitude, std::string_view countryCode,
@@ -44,37 +54,23 @@ class MeteoAlarmService {
                          std::optional<PlaceRegions> const& regions = {}, std::stop_token const& stop = {});
 
  private:
-  struct Validators {
-    std::optional<std::string> etag;
-    std::optional<std::string> lastModified;
-  };
-
-  using Outcome = Result<void, std::string>;
-
-  bool hasFeedOf(std::string const& country) const { return feed_ && country == lastCountryCode_; }
-  bool isFresh(std::string const& country, Instant now) const;
-  Outcome refresh(std::string const& country, std::string_view feedName, std::stop_token const& stop);
-  Outcome request(std::string const& country, std::string_view feedName, bool conditional,
-                  std::stop_token const& stop);
-  Outcome accept(std::string const& country, HttpResponse const& answer);
-  HttpHeaders headersFor(std::string const& country, bool conditional) const;
-  PlaceRegions const& regionsOf(Coordinate place);
-  std::vector<WeatherAlert> select(Coordinate place, PlaceRegions const& regions, Instant now) const;
+  MeteoAlarmCountryFeed& feedOf(std::string const& country, std::string_view feedName);
+  std::optional<std::string> addressOf(RawEntry const& entry) const;
+  std::vector<ToldEntry> told(std::vector<SelectedEntry> const& entries, std::stop_token const& stop);
+  std::vector<WeatherAlert> unplacedAlerts(MeteoAlarmFeed const& feed,
+                                           std::vector<SelectedEntry> const& selected,
+                                           MergeContext const& context) const;
 
   HttpClient& http_;
   Clock const& clock_;
-  std::string baseUrl_;
+  Options options_;
   Texts const& texts_;
   RegionLookup lookUpRegions_;
+  AreaLookup isKnownArea_;
+  CapStore documents_;
 
-  std::mutex mutex_;
-  std::optional<MeteoAlarmFeed> feed_;
-  std::optional<Instant> lastFetchDate_;
-  std::string lastCountryCode_;
-  std::map<std::string, Validators> feedValidators_;
-  std::map<std::string, Instant> missingFeeds_;  ///< until when a feed that was not found is not asked for
-  PlaceRegions cachedUserRegions_;
-  std::string lastGeocodeKey_;
+  std::mutex mutex_;  // of the map alone
+  std::map<std::string, std::unique_ptr<MeteoAlarmCountryFeed>> feeds_;
 };
 
 }  // namespace nimbara

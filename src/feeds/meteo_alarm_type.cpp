@@ -6,8 +6,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <optional>
-#include <string>
 
 namespace nimbara {
 
@@ -32,13 +30,18 @@ static_assert(std::size(kIcons) == enumNames<MeteoAlarmType>.size());
 
 constexpr std::string_view kIssuedFor = " issued for";
 
-std::optional<MeteoAlarmType> numberedType(std::string_view text) {
-  constexpr int kTypes = 12;
+std::optional<int> numberAtFront(std::string_view text) {
   text = trimmed(text);
   int number = 0;
   auto const error = std::from_chars(text.data(), text.data() + text.size(), number).ec;
-  if (error != std::errc{} || number < 1 || number > kTypes) return std::nullopt;
-  return static_cast<MeteoAlarmType>(number - 1);
+  return error == std::errc{} ? std::optional(number) : std::nullopt;
+}
+
+std::optional<MeteoAlarmType> numberedType(std::string_view text) {
+  constexpr int kTypes = 12;
+  auto const number = numberAtFront(text);
+  if (!number || *number < 1 || *number > kTypes) return std::nullopt;
+  return static_cast<MeteoAlarmType>(*number - 1);
 }
 
 /// "Yellow Snow-ice Warning" of a title that goes on with a place; the place's name must not be classified.
@@ -92,9 +95,31 @@ MeteoAlarmType meteoAlarmTypeOf(std::string_view event, std::string_view title) 
   return MeteoAlarmType::generic;
 }
 
-bool isGreenTitle(std::string_view title) {
+std::optional<MeteoAlarmType> awarenessTypeOf(std::string_view parameter) {
+  auto const parts = split(parameter, ';');
+  for (std::string_view const part : parts) {
+    auto const named = meteoAlarmTypeInWords(part);
+    if (named != MeteoAlarmType::generic) return named;
+  }
+  constexpr int kFlooding = 12;
+  constexpr int kRainFlood = 13;
+  constexpr int kLastSame = 10;
+  auto const number = numberAtFront(parts.front());
+  if (number == kFlooding) return MeteoAlarmType::flood;
+  if (number == kRainFlood) return MeteoAlarmType::rainFlood;
+  if (!number || *number < 1 || *number > kLastSame) return std::nullopt;
+  return static_cast<MeteoAlarmType>(*number - 1);
+}
+
+std::string colourOfTitle(std::string_view title) {
+  constexpr std::string_view kColours[] = {"green", "yellow", "orange", "red"};
   std::string const folded = searchFolded(headOf(title));
-  return folded == "green" || folded.starts_with("green ");
+  std::string const first = folded.substr(0, folded.find(' '));
+  return std::ranges::find(kColours, first) == std::end(kColours) ? std::string() : first;
+}
+
+bool isGreenTitle(std::string_view title) {
+  return colourOfTitle(title) == "green";
 }
 
 }  // namespace nimbara

@@ -3,6 +3,8 @@
 
 #include "base/enum_names.h"
 
+#include <optional>
+#include <string>
 #include <string_view>
 
 namespace nimbara {
@@ -39,6 +41,13 @@ MeteoAlarmType meteoAlarmTypeOf(std::string_view event, std::string_view title);
 
 /// The kind that the words of a text name, the longest word deciding.
 MeteoAlarmType meteoAlarmTypeInWords(std::string_view text);
+
+/// The kind that a message's parameter names: the word of "12; flooding", else its number as the messages
+/// count, where 12 is a flood and 13 is rain and flood.
+std::optional<MeteoAlarmType> awarenessTypeOf(std::string_view parameter);
+
+/// "yellow" of "Yellow Wind Warning issued for …"; empty for titles that begin with no level's colour.
+std::string colourOfTitle(std::string_view title);
 
 /// Whether the title calls the level green, which means that there is nothing to warn of.
 bool isGreenTitle(std::string_view title);

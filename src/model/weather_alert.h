@@ -22,6 +22,18 @@ inline constexpr auto enumNames<AlertSeverity> =
     std::to_array<std::string_view>({"info", "advisory", "warning", "critical"});
 static_assert(enumNamesComplete(AlertSeverity::critical));
 
+/// An area of an official warning that does not have the place in it.
+struct NearArea {
+  std::string area;
+  double distanceKm = 0;
+
+  bool operator==(NearArea const&) const = default;
+};
+
+template <>
+inline constexpr auto jsonFields<NearArea> =
+    std::tuple{field("area", &NearArea::area), field("distanceKm", &NearArea::distanceKm)};
+
 struct WeatherAlert {
   using AlertSeverity = nimbara::AlertSeverity;
 
@@ -43,6 +55,19 @@ struct WeatherAlert {
   /// warnings are taken for near; absent within.
   std::optional<double> distanceKm;
   std::optional<Instant> issued;  ///< when the newest message of an official warning was sent
+  /// What an official warning is about, the same for all of its messages: "HR|wind|EMMA_ID:HR001". Together
+  /// with the period it tells one event from another; absent where the issuer's own chain of messages does.
+  std::optional<std::string> event;
+  /// Of the awareness level by which the issuer grades an official warning: "yellow", "orange" or "red".
+  std::optional<std::string> colour;
+  std::optional<std::string> issuer;  ///< the service that issued it, where `source` is who passes it on
+  /// What the issuer says, to the letter, and in which language. Where the full text is offered but is not at
+  /// hand, the issuer's name of the event stands for it and `isFullText` is false.
+  std::optional<std::string> text;
+  std::optional<std::string> language;
+  std::optional<bool> isFullText;
+  /// Areas of the warning near the place; they count for level and period only where there are no others.
+  std::optional<std::vector<NearArea>> near;
 
   bool operator==(WeatherAlert const&) const = default;
 };
@@ -65,6 +90,13 @@ inline constexpr auto jsonFields<WeatherAlert> = std::tuple{
     field("link", &WeatherAlert::link),
     field("_nimbaraDistanceKm", &WeatherAlert::distanceKm),
     field("_nimbaraIssued", &WeatherAlert::issued),
+    field("_nimbaraEvent", &WeatherAlert::event),
+    field("_nimbaraColour", &WeatherAlert::colour),
+    field("_nimbaraIssuer", &WeatherAlert::issuer),
+    field("_nimbaraText", &WeatherAlert::text),
+    field("_nimbaraLanguage", &WeatherAlert::language),
+    field("_nimbaraFullText", &WeatherAlert::isFullText),
+    field("_nimbaraNear", &WeatherAlert::near),
 };
 
 /// Most severe first, and of equal severity those of the place itself before those that are only near;

@@ -32,7 +32,7 @@ class MeteoAlarmDemoTest : public testing::Test {
 
   std::vector<WeatherAlert> warningsOf(DemoPlace const& town) {
     Regions const regions(file);
-    MeteoAlarmService service(http, clock, server->baseUrl(), texts,
+    MeteoAlarmService service(http, clock, {server->baseUrl(), {}, {}}, texts,
                               [&](Coordinate place) { return regions.at(place); });
     auto const answer = service.fetch(town.coordinate, town.countryCode);
     EXPECT_FALSE(answer.failure) << *answer.failure;
@@ -83,7 +83,25 @@ TEST_F(MeteoAlarmDemoTest, TellsANeighboursWarningFromThePlacesOwn) {
   auto const same = std::ranges::find(there, "Flood Warning", &WeatherAlert::title);
   ASSERT_NE(same, there.end());
   EXPECT_EQ(same->distanceKm, std::nullopt);
-  EXPECT_EQ(same->id, flood->id);
+  EXPECT_EQ(same->expires, flood->expires);
+}
+
+TEST_F(MeteoAlarmDemoTest, SaysWhatTheDocumentsSay) {
+  clock.advance(59min);
+  Regions const regions(file);
+  for (auto const& [language, word] : {std::pair{"fi_FI.UTF-8", "Keksitty varoitus"}, {"en", "."}}) {
+    MeteoAlarmService service(http, clock, {server->baseUrl(), {}, language}, texts,
+                              [&](Coordinate place) { return regions.at(place); });
+    DemoPlace const& place = town("Helsinki");
+    auto const alerts = service.fetch(place.coordinate, place.countryCode).alerts;
+    ASSERT_FALSE(alerts.empty());
+    for (WeatherAlert const& alert : alerts) {
+      EXPECT_EQ(alert.isFullText, true);
+      EXPECT_EQ(alert.issuer, "Demo Weather Service of Finland");
+      EXPECT_THAT(alert.text.value_or(""), testing::HasSubstr(word));
+      EXPECT_TRUE(alert.instruction && alert.colour && alert.issued);
+    }
+  }
 }
 
 TEST_F(MeteoAlarmDemoTest, KeepsEventsThroughUpdates) {

@@ -13,7 +13,6 @@ namespace nimbara {
 namespace {
 
 using test::at;
-using testing::ElementsAre;
 
 constexpr Coordinate kBerlin{52.52, 13.405};
 Instant const kNow = at("2026-11-21T12:00:00Z");
@@ -261,86 +260,6 @@ TEST(MeteoAlarmSeverity, FollowsTheProtocolsWords) {
                                        {"", AlertSeverity::info}}) {
     EXPECT_EQ(severityOfCap(text), severity) << text;
   }
-}
-
-std::vector<WeatherAlert> merged(std::vector<RawEntry> const& entries) {
-  static Texts const kEnglish = Texts::load("en");
-  std::vector<SelectedEntry> selected;
-  for (RawEntry const& entry : entries) selected.push_back({&entry, {}});
-  return mergedAlerts(selected, "DE", kEnglish);
-}
-
-RawEntry warning(std::string type, std::string area, std::string severity, std::string onset,
-                 std::string expires) {
-  RawEntry entry = areaEntry(std::move(area), {}, {{"EMMA_ID", "DE001"}});
-  entry.title = "Yellow " + type + " Warning issued for Germany";
-  entry.severity = std::move(severity);
-  entry.onset = parseIso8601(onset);
-  entry.expires = parseIso8601(expires);
-  return entry;
-}
-
-TEST(MeteoAlarmMerging, MakesOneAlertOfEachKind) {
-  auto const alerts =
-      merged({warning("Wind", "North", "Minor", "2026-11-21T06:00:00Z", "2026-11-21T18:00:00Z"),
-              warning("Rain", "North", "Severe", "", ""),
-              warning("Wind", "South", "Extreme", "2026-11-21T03:00:00Z", "2026-11-21T09:00:00Z"),
-              warning("Wind", "North", "Moderate", "", "2026-11-22T00:00:00Z")});
-  ASSERT_EQ(alerts.size(), 2U);
-  EXPECT_EQ(alerts[0].title, "Wind Warning");
-  EXPECT_EQ(alerts[0].icon, "wind");
-  EXPECT_EQ(alerts[0].severity, AlertSeverity::critical);
-  EXPECT_EQ(alerts[0].onset, at("2026-11-21T03:00:00Z"));
-  EXPECT_EQ(alerts[0].expires, at("2026-11-22T00:00:00Z"));
-  EXPECT_EQ(alerts[0].message, "Wind Warning affecting 2 areas");
-  EXPECT_EQ(alerts[0].description, "Affected areas: North, South");
-  EXPECT_EQ(alerts[0].areaDesc, "North, South");
-  EXPECT_EQ(alerts[0].source, "MeteoAlarm");
-  EXPECT_TRUE(alerts[0].isGovAlert);
-  EXPECT_EQ(alerts[1].title, "Rain Warning");
-  EXPECT_EQ(alerts[1].message, "North");
-  EXPECT_FALSE(alerts[1].description || alerts[1].onset || alerts[1].expires);
-  EXPECT_EQ(alerts[1].icon, "cloud.heavyrain.fill");
-}
-
-TEST(MeteoAlarmMerging, IsNearOnlyWhereAllOfItIs) {
-  static Texts const kEnglish = Texts::load("en");
-  RawEntry const wind = warning("Wind", "North", "Minor", "", "");
-  auto const distance = [&](std::vector<std::optional<double>> const& kilometres) {
-    std::vector<SelectedEntry> selected;
-    for (auto const& km : kilometres) selected.push_back({&wind, km});
-    return mergedAlerts(selected, "DE", kEnglish).at(0).distanceKm;
-  };
-  EXPECT_EQ(distance({std::nullopt}), std::nullopt);
-  EXPECT_EQ(distance({12.34, std::nullopt}), std::nullopt);
-  EXPECT_EQ(distance({12.34, 7.01}), 7.1);
-  EXPECT_EQ(distance({0.001}), 0.1) << "near is not here";
-}
-
-TEST(MeteoAlarmMerging, LinksToTheGravestMessage) {
-  RawEntry minor = warning("Wind", "North", "Minor", "", "");
-  minor.link = "https://feeds.example/minor";
-  RawEntry severe = warning("Wind", "North", "Severe", "", "");
-  severe.link = "https://feeds.example/severe";
-  EXPECT_EQ(merged({minor, severe, minor}).at(0).link, "https://feeds.example/severe");
-  EXPECT_EQ(merged({warning("Wind", "North", "Minor", "", "")}).at(0).link, std::nullopt);
-}
-
-TEST(MeteoAlarmMerging, KeepsTheIdentifierOverUpdates) {
-  RawEntry const first = warning("Wind", "North", "Minor", "2026-11-21T06:00:00Z", "2026-11-21T18:00:00Z");
-  Uuid const id = merged({first}).at(0).id;
-  RawEntry update = warning("Wind", "The North", "Severe", "2026-11-21T06:00:00Z", "2026-11-22T18:00:00Z");
-  update.identifier = "another";
-  update.messageType = "Update";
-  EXPECT_EQ(merged({update}).at(0).id, id);
-  EXPECT_EQ(merged({update, first}).at(0).id, id);
-  RawEntry later = first;
-  later.onset = at("2026-11-21T07:00:00Z");
-  RawEntry elsewhere = first;
-  elsewhere.otherCodes = {{"EMMA_ID", "DE002"}};
-  RawEntry otherKind = first;
-  otherKind.title = "Yellow Fog Warning issued for Germany";
-  for (RawEntry const& other : {later, elsewhere, otherKind}) EXPECT_NE(merged({other}).at(0).id, id);
 }
 
 TEST(MeteoAlarmCountries, HaveTheServicesFeedNames) {

@@ -1,6 +1,6 @@
 #include "feeds/earthquake_event.h"
 #include "feeds/gov_alerts.h"
-#include "feeds/meteo_alarm_selection.h"
+#include "feeds/meteo_alarm_merge.h"
 #include "feeds/planetary_k_index.h"
 #include "feedserver/element_text.h"
 #include "support/instants.h"
@@ -34,11 +34,12 @@ std::ostream& operator<<(std::ostream& out, Reading const& reading) {
 
 std::optional<std::size_t> entriesOf(std::string const& body) {
   static Texts const kTexts = Texts::load("en");
+  static PlaceRegions const kRegions{"DE", {"Testland"}, {}};
   MeteoAlarmAtomParser parser;
   if (!parser.parse(body)) return std::nullopt;
   MeteoAlarmFeed const feed = feedOf(parser.takeEntries());
   for (Coordinate const place : {Coordinate{50, 8}, {90, 180}, {-90, -180}, {15, 180}, {0, 0}})
-    mergedAlerts(selectedEntries(feed, place, {"DE", {"Testland"}, {}}), "DE", kTexts);
+    mergedAlerts(selectedEntries(feed, place, kRegions), {"DE", kRegions, "en", kTexts});
   return feed.entries.size();
 }
 

@@ -10,10 +10,10 @@ namespace {
 
 std::shared_ptr<Wording const> wordingOf(Settings const& settings, Environment const& environment) {
   std::string const chosen = settings.text("language");
-  return std::make_shared<Wording const>(
-      Wording{unitsOf(settings, environment.measurement),
-              std::make_shared<Texts>(Texts::load(chosen == "automatic" ? environment.language : chosen)),
-              environment.machineCalendar});
+  std::string const& language = chosen == "automatic" ? environment.language : chosen;
+  return std::make_shared<Wording const>(Wording{unitsOf(settings, environment.measurement),
+                                                 std::make_shared<Texts>(Texts::load(language)),
+                                                 environment.machineCalendar, language});
 }
 
 /// Without a folder for other programs' settings, as in the demo, nothing starts with the session.
