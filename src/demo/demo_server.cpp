@@ -51,6 +51,7 @@ constexpr std::array kRoutes = std::to_array<Route>({
     {DemoService::feedServer, R"(/api/feed\.php)", feedServerFeed},
     {DemoService::wttrIn, "/[^/,]+,[^/,]+", wttrForecast},
     {DemoService::meteoAlarm, "/feeds/meteoalarm-legacy-atom-[a-z-]+", meteoAlarmFeed},
+    {DemoService::meteoAlarm, "/api/v1/warnings/feeds-[a-z-]+/[0-9a-f]{32}", meteoAlarmDocument},
     {DemoService::meteoAlarmRegions, "/api/v4/projects/meteoalarm-pm-group/documents/repository/tree",
      meteoAlarmOutlineList},
     {DemoService::meteoAlarmRegions, "/meteoalarm-pm-group/documents/-/raw/master/[^/]+", meteoAlarmOutlines},

@@ -3,36 +3,19 @@
 #include "base/http_date.h"
 #include "base/json.h"
 #include "base/sha256.h"
-#include "demo/demo_regions.h"
-#include "demo/demo_warnings.h"
+#include "demo/demo_warning_messages.h"
 
 #include <fmt/format.h>
+
+#include <algorithm>
 
 namespace nimbara {
 
 namespace {
 
-using std::chrono::hours;
-
 constexpr std::string_view kFeedPath = "/feeds/meteoalarm-legacy-atom-";
+constexpr std::string_view kDocumentPath = "/api/v1/warnings/feeds-";
 constexpr std::string_view kDocument = "MeteoAlarm_Geocodes_2026_11_01.json";
-constexpr std::string_view kColours[] = {"Green", "Yellow", "Orange", "Red"};
-constexpr std::string_view kSeverities[] = {"Minor", "Moderate", "Severe", "Extreme"};
-/// Announced so long before they begin; from then on the warnings are updates.
-constexpr hours kNotice{12};
-
-std::string timeOf(Instant instant) {
-  std::string text = formatIso8601(std::chrono::floor<std::chrono::seconds>(instant));
-  text.pop_back();
-  return text + "+00:00";
-}
-
-std::string escaped(std::string_view text) {
-  std::string out;
-  for (char const c : text) out += c == '&' ? "&amp;" : c == '<' ? "&lt;" : std::string(1, c);
-  return out;
-}
-
 struct Corner {
   double north, east;
 };
@@ -65,7 +48,7 @@ std::string areaElements(DemoRegion const& region) {
 
 class FeedWriter {
  public:
-  FeedWriter(std::string_view feedName, Instant now) : feedName_(feedName), now_(now) {
+  FeedWriter(std::string_view feedName, Instant now) : feedName_(feedName) {
     out_ = fmt::format(
         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
         "<feed xmlns=\"http://www.w3.org/2005/Atom\" xmlns:cap=\"urn:oasis:names:tc:emergency:cap:1.2\">\n"
@@ -74,30 +57,15 @@ class FeedWriter {
         "  <author>\n    <name>nimbara-demo</name>\n  </author>\n"
         "  <id>tag:meteoalarm.org,2021-02-19:{0}</id>\n"
         "  <title>Meteoalarm - severe weather warnings for Europe</title>\n  <updated>{1}</updated>\n",
-        feedName_, timeOf(std::chrono::floor<hours>(now_)));
+        feedName_, demoWarningTime(std::chrono::floor<std::chrono::hours>(now)));
   }
 
-  void add(DemoRegion const& region) {
-    for (DemoWarning const& warning : demoWarnings(region.center(), now_)) add(region, warning);
-    if (region.isBeside) {
-      add(region, {"Flooding", 1, today() - hours(6), today() + hours(48)});
-    } else {
-      add(region, {"Wind", 1, today() - hours(30), today() - hours(12)});  // has ended
-      add(region, {"Rain", 0, today(), today() + hours(24)});              // warns of nothing
-    }
-  }
-
-  std::string finish() && { return std::move(out_) + "</feed>\n"; }
-
- private:
-  Instant today() const { return std::chrono::floor<std::chrono::days>(now_); }
-
-  void add(DemoRegion const& region, DemoWarning const& warning) {
-    bool const hasBegun = warning.begin <= now_;
-    Instant const sent = hasBegun ? std::min<Instant>(std::chrono::floor<hours>(now_), warning.end - hours(1))
-                                  : std::min(now_, warning.begin - kNotice);
-    std::string const name = escaped(region.name);
-    std::string const id = fmt::format("2.49.0.0.0.0.{}.{}.{}", region.code, warning.kind, timeOf(sent));
+  void add(DemoWarningMessage const& message) {
+    DemoRegion const& region = message.region;
+    DemoWarning const& warning = message.warning;
+    auto const level = static_cast<std::size_t>(warning.level);
+    std::string const name = demoXmlText(region.name);
+    std::string const sent = demoWarningTime(message.sent);
     out_ += fmt::format(
         "  <entry>\n{0}    <cap:areaDesc>{1}</cap:areaDesc>\n    <cap:event>{2} {3} warning</cap:event>\n"
         "    <cap:sent>{4}</cap:sent>\n    <cap:expires>{5}</cap:expires>\n    "
@@ -106,21 +74,25 @@ class FeedWriter {
         "    <cap:severity>{2}</cap:severity>\n    <cap:urgency>{7}</cap:urgency>\n"
         "    <cap:scope>Public</cap:scope>\n    <cap:message_type>{8}</cap:message_type>\n"
         "    <cap:status>Actual</cap:status>\n    <cap:identifier>{9}</cap:identifier>\n",
-        areaElements(region), name, kSeverities[warning.level], warning.kind, timeOf(sent),
-        timeOf(warning.end), timeOf(warning.begin), hasBegun ? "Immediate" : "Future",
-        hasBegun ? "Update" : "Alert", id);
+        areaElements(region), name, kDemoWarningSeverities[level], warning.kind, sent,
+        demoWarningTime(warning.end), demoWarningTime(warning.begin),
+        message.isUpdate ? "Immediate" : "Future", message.isUpdate ? "Update" : "Alert",
+        message.identifier());
     out_ += fmt::format(
         "    <link href=\"https://feeds.meteoalarm.org/api/v1/warnings/feeds-{0}/{1}\" "
         "type=\"application/cap+xml\"/>\n    <author>\n      <name>meteoalarm.org</name>\n    </author>\n"
         "    <published>{2}</published>\n    "
-        "<id>https://feeds.meteoalarm.org/{1}?index_info=0&amp;index_area=0</id>\n"
+        "<id>https://feeds.meteoalarm.org/api/v1/warnings/feeds-{0}/{1}"
+        "?index_info=0&amp;index_area=0&amp;index_geocode=0</id>\n"
         "    <title>{3} {4} Warning issued for {5} - {6}</title>\n    <updated>{2}</updated>\n  </entry>\n",
-        feedName_, id, timeOf(sent), kColours[warning.level], warning.kind, escaped(region.town->country),
-        name);
+        feedName_, message.documentName(), sent, kDemoWarningColours[level], warning.kind,
+        demoXmlText(region.town->country), name);
   }
 
+  std::string finish() && { return std::move(out_) + "</feed>\n"; }
+
+ private:
   std::string_view feedName_;
-  Instant now_;
   std::string out_;
 };
 
@@ -175,8 +147,22 @@ DemoAnswer meteoAlarmFeed(DemoRequest const& request, Instant now) {
   auto const regions = demoRegionsOfFeed(feedName);
   if (regions.empty()) return {404, "Not Found", {}};
   FeedWriter writer(feedName, now);
-  for (DemoRegion const& region : regions) writer.add(region);
+  for (DemoWarningMessage const& message : demoWarningMessages(regions, now)) writer.add(message);
   return answerOf(request, std::move(writer).finish(), "application/atom+xml");
+}
+
+/// Feeds are kept for some minutes, so that documents of the hour before are still asked for.
+DemoAnswer meteoAlarmDocument(DemoRequest const& request, Instant now) {
+  std::string_view rest = std::string_view(request.path).substr(kDocumentPath.size());
+  auto const slash = rest.find('/');
+  auto const regions = demoRegionsOfFeed(rest.substr(0, slash));
+  for (Instant const moment : {now, now - std::chrono::hours(1)}) {
+    auto const messages = demoWarningMessages(regions, moment);
+    auto const found = std::ranges::find(messages, rest.substr(slash + 1), &DemoWarningMessage::documentName);
+    if (found != messages.end())
+      return {200, demoWarningDocument(*found), {{"Content-Type", "application/cap+xml"}}};
+  }
+  return {404, "Not Found", {}};
 }
 
 DemoAnswer meteoAlarmOutlineList(DemoRequest const&, Instant) {
