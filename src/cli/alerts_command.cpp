@@ -21,6 +21,7 @@ class AlertsRun {
  public:
   AlertsRun(CommandLine const& line, Session const& session)
       : options_(line.alerts),
+        distance_(line.common.units.distance),
         session_(session),
         clock_(makeClock(line.common)),
         context_(line.common, session, *clock_, ownServices(line.common, line.forecast.provider)) {}
@@ -68,7 +69,7 @@ class AlertsRun {
   }
 
   WarningPageContext page() const {
-    return {context_.texts(), style_, calendar_, clock_->now(), widthOf(session_)};
+    return {context_.texts(), style_, calendar_, clock_->now(), widthOf(session_), distance_};
   }
 
   std::string rendered() {
@@ -88,6 +89,7 @@ class AlertsRun {
   }
 
   AlertsOptions const& options_;
+  DistanceUnit distance_;
   Session const& session_;
   std::unique_ptr<Clock> clock_;
   RunContext context_;

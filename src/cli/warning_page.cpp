@@ -7,7 +7,8 @@ namespace nimbara {
 
 namespace {
 
-constexpr std::size_t kLongestText = 2000;
+constexpr std::size_t kLongestText = 20'000;
+constexpr std::size_t kMostLines = 400;
 constexpr int kIndent = 2;
 
 AlertSeverity severityOf(NWSAlertSeverity severity) {
@@ -38,6 +39,45 @@ std::string paragraph(std::string const& text, WarningPageContext const& context
   return out;
 }
 
+/// Line by line as the issuer has it, but for empty lines and those that are too long.
+std::string verbatim(std::string_view text, WarningPageContext const& context) {
+  auto lines = split(text, '\n');
+  if (lines.size() > kMostLines) lines.resize(kMostLines);
+  std::string out;
+  for (std::string_view const line : lines) out += paragraph(std::string(line), context);
+  return out;
+}
+
+/// That all of it is near, or which areas of it are.
+std::string nearText(WarningEntry const& entry, WarningPageContext const& context) {
+  if (entry.distanceKm) {
+    return context.texts.format("warning.nearBy", display(*entry.distanceKm, context.distance),
+                                symbol(context.distance));
+  }
+  std::string areas;
+  for (NearArea const& area : entry.near) {
+    areas += (areas.empty() ? "" : ", ") + context.texts.format("warning.nearArea", oneLine(area.area),
+                                                                display(area.distanceKm, context.distance),
+                                                                symbol(context.distance));
+  }
+  return areas.empty() ? areas : context.texts.format("warning.nearAreas", areas);
+}
+
+std::string sourceText(WarningEntry const& entry, WarningPageContext const& context) {
+  std::string text = entry.source;
+  if (!entry.issuer.empty())
+    text = context.texts.format("warning.issuedBy", oneLine(entry.issuer), entry.source);
+  if (!entry.issued) return text;
+  return text + (text.empty() ? "" : ", ") +
+         context.texts.format("warning.issued", momentText(*entry.issued, context));
+}
+
+std::string titleText(WarningEntry const& entry, WarningPageContext const& context) {
+  std::string const title = oneLine(entry.title);
+  if (entry.colour.empty()) return title;
+  return title + " (" + std::string(context.texts.text("warning.colour." + entry.colour)) + ")";
+}
+
 std::string spanText(WarningEntry const& entry, WarningPageContext const& context) {
   auto const text = [&](std::string_view key, Instant moment) {
     return context.texts.format(key, momentText(moment, context));
@@ -52,32 +92,38 @@ std::string rendered(WarningEntry const& entry, WarningPageContext const& contex
   Colour const colour = entry.severity >= AlertSeverity::warning ? Colour::warning : Colour::sun;
   std::string out;
   for (std::string const& line :
-       wrapped(context.style.text(severity + ": " + oneLine(entry.title)), context.width)) {
+       wrapped(context.style.text(severity + ": " + titleText(entry, context)), context.width)) {
     out += context.style.painted(line, colour) + "\n";
   }
   out += paragraph(spanText(entry, context), context);
-  if (entry.isNearOnly) out += paragraph(std::string(context.texts.text("warning.near")), context);
   out += paragraph(entry.area, context);
+  out += paragraph(nearText(entry, context), context);
   if (entry.message != entry.title && entry.message != entry.area) out += paragraph(entry.message, context);
-  if (!entry.instruction.empty()) {
-    out += paragraph(context.texts.format("warning.whatToDo", oneLine(entry.instruction, kLongestText)),
-                     context);
-  }
-  return out + paragraph(entry.source, context);
+  out += verbatim(entry.text, context);
+  if (entry.isTextMissing) out += paragraph(std::string(context.texts.text("warning.noFullText")), context);
+  if (!entry.instruction.empty())
+    out += verbatim(context.texts.format("warning.whatToDo", entry.instruction), context);
+  return out + paragraph(sourceText(entry, context), context);
 }
 
 }  // namespace
 
 WarningEntry warningEntry(WeatherAlert const& alert) {
-  return {alert.severity,
-          alert.title,
-          alert.message,
-          alert.areaDesc.value_or(""),
-          alert.instruction.value_or(""),
-          alert.source.value_or(""),
-          alert.onset,
-          alert.expires,
-          alert.distanceKm.has_value()};
+  return {.severity = alert.severity,
+          .title = alert.title,
+          .message = alert.message,
+          .area = alert.areaDesc.value_or(""),
+          .instruction = alert.instruction.value_or(""),
+          .source = alert.source.value_or(""),
+          .onset = alert.onset,
+          .end = alert.expires,
+          .distanceKm = alert.distanceKm,
+          .near = alert.near.value_or(std::vector<NearArea>()),
+          .text = alert.text ? *alert.text : alert.description.value_or(""),
+          .isTextMissing = alert.isFullText == false,
+          .issuer = alert.issuer.value_or(""),
+          .colour = alert.colour.value_or(""),
+          .issued = alert.issued};
 }
 
 WarningEntry warningEntry(NWSAlert const& alert) {

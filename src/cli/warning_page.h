@@ -4,6 +4,7 @@
 
 #include "base/calendar.h"
 #include "base/texts.h"
+#include "base/units.h"
 #include "cli/style.h"
 #include "feeds/gov_alert_service.h"
 #include "feeds/nws_alert.h"
@@ -24,7 +25,13 @@ struct WarningEntry {
   std::string source;
   std::optional<Instant> onset;
   std::optional<Instant> end;
-  bool isNearOnly = false;  ///< the warned area does not have the place in it
+  std::optional<double> distanceKm = {};  ///< absent where the warned area has the place in it
+  std::vector<NearArea> near = {};        ///< further areas, where there is one that has the place in it
+  std::string text = {};                  ///< the issuer's own, to the letter
+  bool isTextMissing = false;             ///< offered, but not at hand
+  std::string issuer = {};                ///< where `source` only passes it on
+  std::string colour = {};                ///< of the awareness level: "orange"
+  std::optional<Instant> issued = {};
 };
 
 WarningEntry warningEntry(WeatherAlert const& alert);
@@ -37,6 +44,7 @@ struct WarningPageContext {
   Calendar const& calendar;  ///< the place's
   Instant now;
   int width = 80;
+  DistanceUnit distance = DistanceUnit::km;
 };
 
 /// Paragraphs divided by blank lines; empty without entries.

@@ -142,6 +142,40 @@ TEST(WarningPage, SaysHowGraveWhereUntilWhenAndWhatToDo) {
             "  NWS Chicago IL\n");
 }
 
+TEST(WarningPage, SaysWhatTheIssuerSaysAndWhatIsNear) {
+  WeatherAlert alert;
+  alert.severity = AlertSeverity::advisory;
+  alert.title = "Wind Warning";
+  alert.message = alert.areaDesc.emplace("Coast");
+  alert.text = alert.description = " Gusts of 80 km/h.\n\nLater less.";
+  alert.instruction = "Stay inside.\nClose windows.";
+  alert.source = "MeteoAlarm";
+  alert.issuer = "DHMZ";
+  alert.colour = "orange";
+  alert.issued = at("2026-11-21T05:30:00Z");
+  alert.near = {{"Hills", 34.6}};
+  alert.isFullText = true;
+  Texts const texts = Texts::load("en");
+  Style const style;
+  WarningPageContext context{texts, style, Calendar::utc(), at("2026-11-21T09:20:00Z"), 60};
+  EXPECT_EQ(warningPage({warningEntry(alert)}, context),
+            "Advisory: Wind Warning (orange)\n"
+            "  Coast\n"
+            "  Near: Hills (35 km)\n"
+            "  Gusts of 80 km/h.\n"
+            "  Later less.\n"
+            "  What to do: Stay inside.\n"
+            "  Close windows.\n"
+            "  DHMZ, through MeteoAlarm, issued 05:30\n");
+  alert.distanceKm = 34.6;
+  alert.isFullText = false;
+  alert.text = "Strong wind";
+  context.distance = DistanceUnit::miles;
+  std::string const near = warningPage({warningEntry(alert)}, context);
+  EXPECT_THAT(near, HasSubstr("  near: the warned area begins 21 mi away\n"));
+  EXPECT_THAT(near, HasSubstr("  Strong wind\n  The full text could not be fetched."));
+}
+
 TEST(WarningPage, TellsNoWarningsFromNoCheck) {
   Texts const texts = Texts::load("en");
   Style const style;

@@ -54,9 +54,36 @@ TEST(Alerts, TellFromWhomHowOldAndUntilWhen) {
   state.insight = ForecastInsight{{alertOf(AlertSeverity::info, "own")}};
   auto const views = alertViews(state, contextAt(kNow + 1min));
   EXPECT_EQ(views[0].sentence,
-            "Warning: Wind <b>Warning</b>, Coast – near: the warned area begins a little way off, "
+            "Warning: Wind <b>Warning</b>, Coast – near: the warned area begins 12 km away, "
             "from 13:20, until Sunday 12:20, Weather Office, 26 min ago");
   EXPECT_EQ(views[1].issuer + ", " + views[1].age, "from the forecast, 1 min ago");
+}
+
+TEST(Alerts, ShowTheIssuersTextToTheLetter) {
+  WeatherState state;
+  WeatherAlert alert = officialOf(AlertSeverity::warning, "Wind");
+  alert.areaDesc = "Coast, Hills";
+  alert.description = "Affected areas: Coast, Hills";
+  alert.source = "MeteoAlarm";
+  alert.issuer = "Met Office";
+  alert.colour = "orange";
+  alert.text = "Gusts:\n  * 80 km/h\n  by night";
+  alert.instruction = "Stay\ninside.";
+  alert.isFullText = true;
+  alert.near = {{"Hills", 34.6}};
+  state.govAlerts = {alert};
+  ViewContext const context = contextAt(kNow);
+  AlertView const view = officialViews(state, context).at(0);
+  EXPECT_EQ(view.issuer, "Met Office, through MeteoAlarm");
+  EXPECT_EQ(view.colour, "orange");
+  EXPECT_TRUE(view.hasDetails);
+  EXPECT_EQ(view.area, "Coast, Hills") << "one of them is here";
+  std::string const details = alertDetails(state, view.id, context);
+  EXPECT_THAT(details, testing::EndsWith("Coast, Hills\n\nNear: Hills (35 km)\n\nGusts:\n  * 80 km/h\n  by "
+                                         "night\n\nWhat to do: Stay\ninside."));
+  state.govAlerts[0].isFullText = false;
+  EXPECT_THAT(alertDetails(state, view.id, context),
+              testing::HasSubstr("The full text could not be fetched."));
 }
 
 TEST(Alerts, ShowWhatIsLongOnlyOnDemand) {

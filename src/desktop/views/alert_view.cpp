@@ -49,9 +49,35 @@ std::string messageOf(WeatherAlert const& alert) {
   return repeats ? std::string() : reflowed(alert.message);
 }
 
+/// Where all of the warning is near and none of it here.
+std::string nearTextOf(WeatherAlert const& alert, ViewContext const& context) {
+  if (!alert.distanceKm) return {};
+  DistanceUnit const unit = context.units.distance;
+  return context.texts.format("warning.nearBy", display(*alert.distanceKm, unit), symbol(unit));
+}
+
+std::string nearAreasOf(WeatherAlert const& alert, ViewContext const& context) {
+  std::string areas;
+  DistanceUnit const unit = context.units.distance;
+  for (NearArea const& area : alert.near.value_or(std::vector<NearArea>())) {
+    append(areas,
+           context.texts.format("warning.nearArea", oneLine(area.area), display(area.distanceKm, unit),
+                                symbol(unit)),
+           ", ");
+  }
+  return areas.empty() ? areas : context.texts.format("warning.nearAreas", areas);
+}
+
+std::string issuerOf(WeatherAlert const& alert, ViewContext const& context) {
+  if (!alert.isGovAlert && !alert.source) return context.text("desktop.fromForecast");
+  std::string const source = oneLine(alert.source.value_or(""));
+  if (!alert.issuer) return source;
+  return context.texts.format("warning.issuedBy", oneLine(*alert.issuer), source);
+}
+
 /// What the short form leaves out.
 bool hasMore(WeatherAlert const& alert) {
-  return alert.description || alert.instruction || alert.message.size() > kLongestMessage ||
+  return alert.description || alert.instruction || alert.text || alert.message.size() > kLongestMessage ||
          alert.areaDesc.value_or("").size() > kLongestTitle;
 }
 
@@ -69,9 +95,10 @@ AlertView viewOf(WeatherAlert const& alert, WeatherState const& state, ViewConte
   view.title = oneLine(alert.title, kLongestTitle);
   view.message = cutAt(messageOf(alert), kLongestMessage);
   view.area = oneLine(alert.areaDesc.value_or(""), kLongestTitle);
-  if (alert.distanceKm) append(view.area, context.text("warning.near"), " – ");
+  append(view.area, nearTextOf(alert, context), " – ");
   view.when = spanOf(alert, context, words);
-  view.issuer = oneLine(alert.source.value_or(alert.isGovAlert ? "" : context.text("desktop.fromForecast")));
+  view.issuer = issuerOf(alert, context);
+  view.colour = alert.colour.value_or("");
   view.age = ageOf(alert, state, context);
   view.isOfficial = alert.isGovAlert;
   view.hasDetails = hasMore(alert);
@@ -97,11 +124,16 @@ std::string detailsOf(WeatherAlert const& alert, ViewContext const& context) {
   std::string details;
   append(details, messageOf(alert), "\n\n");
   if (alert.areaDesc) append(details, reflowed(*alert.areaDesc), "\n\n");
-  if (alert.description && *alert.description != alert.message) {
+  append(details, nearAreasOf(alert, context), "\n\n");
+  if (alert.text) {
+    append(details, trimmed(*alert.text), "\n\n");  // to the letter
+  } else if (alert.description && *alert.description != alert.message) {
     append(details, reflowed(*alert.description), "\n\n");
   }
+  if (alert.isFullText == false) append(details, context.text("warning.noFullText"), "\n\n");
   if (alert.instruction) {
-    append(details, context.texts.format("warning.whatToDo", reflowed(*alert.instruction)), "\n\n");
+    std::string const instruction = alert.text ? *alert.instruction : reflowed(*alert.instruction);
+    append(details, context.texts.format("warning.whatToDo", instruction), "\n\n");
   }
   return cutAt(details, kLongestDetails);
 }

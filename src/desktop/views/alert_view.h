@@ -22,7 +22,8 @@ struct AlertView {
   std::string area;
   std::string when;  ///< from, until
   std::string issuer;
-  std::string age;  ///< of the newest message about it
+  std::string age;     ///< of the newest message about it
+  std::string colour;  ///< of the issuer's awareness level: "yellow", "orange", "red"; may be empty
   bool isOfficial = false;
   bool hasDetails = false;  ///< there is more to read
   std::string sentence;     ///< the whole, for those who listen
@@ -41,6 +42,7 @@ inline constexpr auto viewFields<AlertView> = std::tuple{
     viewField("when", &AlertView::when),
     viewField("issuer", &AlertView::issuer),
     viewField("age", &AlertView::age),
+    viewField("colour", &AlertView::colour),
     viewField("isOfficial", &AlertView::isOfficial),
     viewField("hasDetails", &AlertView::hasDetails),
     viewField("sentence", &AlertView::sentence),
