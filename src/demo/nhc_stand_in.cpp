@@ -60,7 +60,7 @@ struct StormMoment {
   Coordinate place;
   double knots = 0;
   double direction = 0;
-  double speedKnots = 0;
+  double speedMph = 0;
 };
 
 bool isInSeason(Instant instant) {
@@ -100,7 +100,7 @@ StormMoment momentOf(Storm const& storm, Instant instant) {
   double const east = (next.longitude - moment.place.longitude) * kKmInADegree *
                       std::cos(moment.place.latitude * std::numbers::pi / 180);
   moment.direction = std::round(std::fmod(std::atan2(east, north) * 180 / std::numbers::pi + 360, 360));
-  moment.speedKnots = std::round(std::hypot(north, east) / 1.852);
+  moment.speedMph = std::round(std::hypot(north, east) / 1.609344);
   return moment;
 }
 
@@ -164,7 +164,7 @@ void writeStorm(JsonWriter& json, Storm const& storm, Instant now) {
   json.member("latitudeNumeric", tenth(moment.place.latitude));
   json.member("longitudeNumeric", tenth(moment.place.longitude));
   json.member("movementDir", static_cast<int>(moment.direction));
-  json.member("movementSpeed", static_cast<int>(moment.speedKnots));
+  json.member("movementSpeed", static_cast<int>(moment.speedMph));
   json.member("lastUpdate", run + kReportDelay);
   writeProduct(json, "publicAdvisory", run + kReportDelay, "https://www.nhc.noaa.gov/");
   json.memberOrNull("windWatchesWarnings", std::optional<int>());

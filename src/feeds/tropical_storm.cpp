@@ -53,8 +53,9 @@ inline constexpr auto jsonFields<LayerList> = std::tuple{field("layers", &LayerL
 namespace {
 
 constexpr double kKmhInAKnot = 1.852;
-constexpr double kFastestWind = 300;  // knots
-constexpr double kFastestMovement = 150;
+constexpr double kKmhInAMileAnHour = 1.609344;
+constexpr double kFastestWind = 300;      // knots
+constexpr double kFastestMovement = 150;  // miles an hour
 
 struct Prefix {
   std::string_view text;
@@ -94,8 +95,9 @@ std::optional<Coordinate> positionOf(StormEntry const& entry) {
   return Coordinate{*latitude, *longitude};
 }
 
-std::optional<double> kmhOf(std::optional<double> knots) {
-  return knots ? std::optional(*knots * kKmhInAKnot) : std::nullopt;
+std::optional<double> movementKmhOf(std::optional<double> milesAnHour) {
+  auto const plausible = between(milesAnHour, 0, kFastestMovement);
+  return plausible ? std::optional(*plausible * kKmhInAMileAnHour) : std::nullopt;
 }
 
 std::optional<TropicalStorm> stormOf(StormEntry& entry) {
@@ -114,8 +116,9 @@ std::optional<TropicalStorm> stormOf(StormEntry& entry) {
   storm.classification = oneLine(entry.classification.value.value_or(""));
   storm.pressure = between(entry.pressure.value, 800, 1100);
   storm.movementDirection = between(entry.movementDir.value, 0, 360);
-  // Knots, as the service's advisories for ships have them; the list itself does not name the unit.
-  storm.movementKmh = kmhOf(between(entry.movementSpeed.value, 0, kFastestMovement));
+  // Miles an hour, unlike the wind: the list does not name the unit, the public advisories have the same
+  // number.
+  storm.movementKmh = movementKmhOf(entry.movementSpeed.value);
   storm.lastUpdate = parseIso8601(entry.lastUpdate.value.value_or(""));
   return storm;
 }

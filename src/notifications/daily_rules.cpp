@@ -76,7 +76,8 @@ bool isBeachHour(HourlyForecast const& hour) {
   return hour.hour >= cuts::kBeachFrom && hour.hour < cuts::kBeachUntil &&
          hour.feelsLikeC >= cuts::kBeachWarmC && hour.feelsLikeC <= cuts::kBeachHotC &&
          hour.chanceOfRain < cuts::kBeachRainChance && hour.chanceOfThunder < cuts::kBeachRainChance &&
-         hour.windSpeedKmph < cuts::kBeachWindKmh && hour.cloudCover < cuts::kBeachCloud;
+         hour.windSpeedKmph < cuts::kBeachWindKmh && hour.windGustKmph < cuts::kBeachGustKmh &&
+         hour.cloudCover < cuts::kBeachCloud;
 }
 
 /// The longest run of beach hours of the rest of the day.

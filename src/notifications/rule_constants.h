@@ -61,6 +61,7 @@ inline constexpr double kBeachWarmC = 24;
 inline constexpr double kBeachHotC = 36;
 inline constexpr int kBeachRainChance = 20;
 inline constexpr double kBeachWindKmh = 25;
+inline constexpr double kBeachGustKmh = 45;
 inline constexpr int kBeachCloud = 50;
 inline constexpr int kBeachHours = 3;
 
@@ -75,8 +76,6 @@ inline constexpr double kNearStrikeKm = 10;
 // The front of a fire before strong wind covers that in an hour or two.
 inline constexpr double kNearFireKm = 10;
 
-// Centres report in steps of five knots (9 km/h) and err by about one: a change is of more than two.
-inline constexpr double kStormWindChangeKmh = 20;
 // Tropical cyclones send gales and rain some hundred kilometres ahead, and tracks err by as much in three
 // days.
 inline constexpr double kStormApproachKm = 500;

@@ -107,6 +107,7 @@ inline constexpr double kWarmest = 28;
 inline constexpr double kFeltWarmest = 30;          // humid air feels warmer than it is
 inline constexpr double kUv = 2;                    // the highest index that is called low
 inline constexpr double kWind = 20;                 // leaves and paper stay where they are
+inline constexpr double kGust = 35;                 // as strong as such a wind's own gusts, no squalls
 inline constexpr double kRainChance = 20;           // below: dry
 inline constexpr hours kShortest{2};                // worth going out for
 inline constexpr std::chrono::seconds kStep{3600};  // longer steps do not say which hour

@@ -98,6 +98,8 @@ std::vector<Measurement> starlight(double cloud, int moon) {
           {"moonIllumination", static_cast<double>(moon), Relation::below, stargazing::kMoon, "%"}};
 }
 
+constexpr std::chrono::hours kHalfDay{12};
+
 /// A moment of the golden light, now or soon.
 struct GoldenLight {
   Instant at;
@@ -206,8 +208,12 @@ Evaluation goldenHour(RuleInputs const& inputs, RuleSettings const&) {
   if (hour == nullptr) return Evaluation::none("noForecast");
   if (!hour->has(WeatherDetailField::cloudCover)) return Evaluation::none("noDetail");
   double const cloud = hour->cloudCover;
+  // A sun that only dips or only peeps all day has no golden hour: twilight or low light go on for hours.
+  RiseSet const sun = sunRiseSet(light->at - kHalfDay, light->at + kHalfDay, inputs.place.coordinate);
+  bool const crossesHorizon = sun.rise || sun.set;
   return decide({{"cloudCover", cloud, Relation::atMost, golden::kDramaticCloud, "%"}},
-                {{isDry(*hour), "wet"}}, [&] { return goldenFinding(inputs, *light, hour->cloudCover); });
+                {{crossesHorizon, sun.alwaysUp ? "sunStaysUp" : "sunStaysDown"}, {isDry(*hour), "wet"}},
+                [&] { return goldenFinding(inputs, *light, hour->cloudCover); });
 }
 
 }  // namespace nimbara

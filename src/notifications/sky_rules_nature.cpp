@@ -59,7 +59,8 @@ std::vector<Measurement> idealHour(HourlyForecast const& hour) {
           {"feelsLike", hour.feelsLikeC, Relation::atMost, kFeltWarmest, "°C"},
           {"uvIndex", static_cast<double>(hour.uvIndex), Relation::atMost, kUv, ""},
           {"chanceOfRain", static_cast<double>(hour.chanceOfRain), Relation::below, kRainChance, "%"},
-          {"windSpeed", hour.windSpeedKmph, Relation::atMost, kWind, "km/h"}};
+          {"windSpeed", hour.windSpeedKmph, Relation::atMost, kWind, "km/h"},
+          {"windGust", hour.windGustKmph, Relation::atMost, kGust, "km/h"}};
 }
 
 bool isIdeal(HourlyForecast const& hour) {

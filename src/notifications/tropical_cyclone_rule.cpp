@@ -13,6 +13,9 @@ namespace {
 
 using Relation = Measurement::Relation;
 
+/// Winds are reported in steps of five knots: what differs by less differs by its rounding.
+constexpr double kSameWindKmh = 1;
+
 std::string basinText(RuleInputs const& inputs, TropicalBasin basin) {
   return inputs.text("push.hurricane.basin." + std::string(enumName(basin)));
 }
@@ -40,11 +43,23 @@ Finding aboutStorm(TropicalStorm const& storm, std::string const& event, AlertSe
 }
 
 /// The like for what is told once and then known.
-Finding changeOf(TropicalStorm const& storm, std::string const& event, AlertSeverity severity) {
+Finding newsOfStorm(TropicalStorm const& storm, std::string const& event, AlertSeverity severity) {
   Finding finding = aboutStorm(storm, event, severity);
   finding.began = storm.lastUpdate;
   finding.storm = ToldStorm{storm.id, {storm.category, storm.windKmh}};
   return finding;
+}
+
+/// What tells one report on a storm from the next. A report without a time is taken for one of this hour.
+std::string advisoryOf(TropicalStorm const& storm, Instant now) {
+  return formatIso8601(storm.lastUpdate.value_or(std::chrono::floor<std::chrono::hours>(now)));
+}
+
+/// The like for a change that a report brings. A storm may return to a value that it had, so the identifier
+/// names the report and not the value.
+Finding changeOf(TropicalStorm const& storm, std::string const& event, AlertSeverity severity,
+                 RuleInputs const& inputs) {
+  return newsOfStorm(storm, event + "_" + advisoryOf(storm, inputs.now), severity);
 }
 
 void append(std::string& body, std::string const& sentence) {
@@ -72,7 +87,7 @@ std::string movementText(TropicalStorm const& storm, RuleInputs const& inputs) {
 }
 
 Finding newStorm(TropicalStorm const& storm, RuleInputs const& inputs) {
-  Finding finding = changeOf(storm, "new", AlertSeverity::advisory);
+  Finding finding = newsOfStorm(storm, "new", AlertSeverity::advisory);
   finding.title = inputs.texts->format("push.hurricane.newTitle", storm.name);
   finding.body = inputs.texts->format("push.hurricane.formed", storm.name, basinText(inputs, storm.basin));
   append(finding.body, inputs.texts->format("push.hurricane.winds", windText(inputs, storm.windKmh)));
@@ -83,8 +98,8 @@ Finding newStorm(TropicalStorm const& storm, RuleInputs const& inputs) {
 
 Finding categoryChange(TropicalStorm const& storm, KnownStorm const& known, RuleInputs const& inputs) {
   bool const intensifies = storm.category > known.category;
-  Finding finding = changeOf(storm, "category_" + std::string(enumName(storm.category)),
-                             intensifies ? AlertSeverity::warning : AlertSeverity::advisory);
+  Finding finding =
+      changeOf(storm, "category", intensifies ? AlertSeverity::warning : AlertSeverity::advisory, inputs);
   std::string const category = categoryText(inputs, storm.category);
   finding.title = inputs.texts->format("push.hurricane.catChangeTitle", storm.name, category);
   finding.body = inputs.texts->format(intensifies ? "push.hurricane.intensified" : "push.hurricane.weakened",
@@ -95,8 +110,7 @@ Finding categoryChange(TropicalStorm const& storm, KnownStorm const& known, Rule
 }
 
 Finding windChange(TropicalStorm const& storm, KnownStorm const& known, RuleInputs const& inputs) {
-  auto const speed = std::to_string(std::lround(storm.windKmh));
-  Finding finding = changeOf(storm, "speed_" + speed, AlertSeverity::advisory);
+  Finding finding = changeOf(storm, "speed", AlertSeverity::advisory, inputs);
   bool const strengthens = storm.windKmh > known.windKmh;
   finding.title = inputs.texts->format("push.hurricane.speedTitle", storm.name);
   finding.body = inputs.texts->format(
@@ -112,7 +126,7 @@ std::optional<Finding> newsOf(TropicalStorm const& storm, RuleInputs const& inpu
   auto const known = inputs.knownStorms.find(storm.id);
   if (known == inputs.knownStorms.end()) return newStorm(storm, inputs);
   if (storm.category != known->second.category) return categoryChange(storm, known->second, inputs);
-  bool const hasChanged = std::abs(storm.windKmh - known->second.windKmh) >= cuts::kStormWindChangeKmh;
+  bool const hasChanged = std::abs(storm.windKmh - known->second.windKmh) > kSameWindKmh;
   return hasChanged ? std::optional(windChange(storm, known->second, inputs)) : std::nullopt;
 }
 

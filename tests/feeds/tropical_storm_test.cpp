@@ -38,7 +38,7 @@ TEST(TropicalStorms, AreReadWhole) {
   EXPECT_EQ(storm.pressure, 987);
   EXPECT_EQ(storm.coordinate, (Coordinate{34.2, -83}));
   EXPECT_EQ(storm.movementDirection, 290);
-  EXPECT_DOUBLE_EQ(storm.movementKmh.value_or(0), 18.52);
+  EXPECT_DOUBLE_EQ(storm.movementKmh.value_or(0), 16.09344);
   EXPECT_EQ(storm.lastUpdate, at("2026-09-29T15:00:00Z"));
 }
 

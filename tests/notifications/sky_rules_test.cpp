@@ -53,6 +53,7 @@ struct Row {
 
 constexpr Coordinate kLisbon{38.7, -9.1};
 constexpr Coordinate kOslo{59.9, 10.7};
+constexpr Coordinate kTromso{69.65, 18.96};
 constexpr Coordinate kAlta{69.97, 23.3};
 constexpr char kNoon[] = "2026-06-15T12:20:00Z";
 constexpr char kForenoon[] = "2026-06-15T10:20:00Z";
@@ -74,6 +75,9 @@ Change warm(double celsius, int humidity = 50, double wind = 10) {
     x.humidity = humidity;
     x.windSpeedKmph = wind;
   });
+}
+Change gusts(double kmh) {
+  return everywhere([=](auto& x) { x.windGustKmph = kmh; });
 }
 Change cloudy(int percent) {
   return everywhere([=](auto& x) { x.cloudCover = percent; });
@@ -221,6 +225,9 @@ Row const kRows[] = {
     {"a closed sky", goldenHour, "2026-11-21T17:00:00Z", kLisbon, cloudy(71), nullptr},
     {"a clear sunrise", goldenHour, "2026-11-21T07:20:00Z", kLisbon, cloudy(0), "beta_golden_sunrise"},
     {"noon", goldenHour, kNoon, kLisbon, cloudy(0), nullptr},
+    {"a polar night's noon", goldenHour, "2026-12-05T10:40:00Z", kTromso, cloudy(0), nullptr},
+    {"a polar day's midnight", goldenHour, "2026-06-15T22:40:00Z", kTromso, cloudy(0), nullptr},
+    {"a short day's noon", goldenHour, "2026-02-01T10:40:00Z", kTromso, cloudy(0), "beta_golden_sunrise"},
     {"a wet sunset", goldenHour, "2026-11-21T17:00:00Z", kLisbon, all(cloudy(0), sky(Code::lightShowers)),
      nullptr},
 
@@ -244,6 +251,8 @@ Row const kRows[] = {
     {"feels like 30.1", outdoorWindow, kForenoon, kLisbon, felt(27, 30.1), nullptr},
     {"a strong sun", outdoorWindow, kForenoon, kLisbon, sun(3), nullptr},
     {"wind to stay in", outdoorWindow, kForenoon, kLisbon, warm(18, 50, 20.1), nullptr},
+    {"gusts of 35 km/h", outdoorWindow, kForenoon, kLisbon, gusts(35), "beta_outdoor"},
+    {"gusts of 35.1 km/h", outdoorWindow, kForenoon, kLisbon, gusts(35.1), nullptr},
     {"rain all day", outdoorWindow, kForenoon, kLisbon, sky(Code::lightRain), nullptr},
     {"before six", outdoorWindow, "2026-06-15T05:59:00Z", kLisbon, {}, nullptr},
     {"two hours are left", outdoorWindow, "2026-06-15T15:20:00Z", kLisbon, {}, "beta_outdoor"},

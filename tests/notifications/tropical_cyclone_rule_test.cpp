@@ -52,6 +52,9 @@ Evaluation atlantic(RuleInputs const& inputs) {
   return tropicalCyclones(TropicalBasin::atlantic, inputs);
 }
 
+constexpr char kCategory[] = "hurricane_al092026_category_2026-09-21T09:00:00Z";
+constexpr char kSpeed[] = "hurricane_al092026_speed_2026-09-21T09:00:00Z";
+
 struct ChangeRow {
   char const* what;
   std::optional<KnownStorm> known;
@@ -63,19 +66,16 @@ TEST(TropicalCyclones, TellWhatChanged) {
   for (ChangeRow const& row : {
            ChangeRow{"an unknown storm", {}, cyclone(), {"hurricane_al092026_new"}},
            {"nothing changed", KnownStorm{one, 130}, cyclone(), {}},
-           {"up", KnownStorm{one, 150}, cyclone(two, 155), {"hurricane_al092026_category_2"}},
-           {"down to a storm",
-            KnownStorm{one, 119},
-            cyclone(StormCategory::storm, 110),
-            {"hurricane_al092026_category_storm"}},
-           {"a category and much wind",
-            KnownStorm{one, 120},
-            cyclone(three, 185),
-            {"hurricane_al092026_category_3"}},
-           {"20 km/h more", KnownStorm{four, 210}, cyclone(four, 230), {"hurricane_al092026_speed_230"}},
-           {"19.9 km/h more", KnownStorm{four, 210}, cyclone(four, 229.9), {}},
-           {"20 km/h less", KnownStorm{four, 230.4}, cyclone(four, 210.4), {"hurricane_al092026_speed_210"}},
-           {"19.9 km/h less", KnownStorm{four, 230}, cyclone(four, 210.1), {}},
+           {"up", KnownStorm{one, 150}, cyclone(two, 155), {kCategory}},
+           {"down to a storm", KnownStorm{one, 119}, cyclone(StormCategory::storm, 110), {kCategory}},
+           {"a category and much wind", KnownStorm{one, 120}, cyclone(three, 185), {kCategory}},
+           {"from 40 to 50 kn",
+            KnownStorm{StormCategory::storm, 74.08},
+            cyclone(StormCategory::storm, 92.6),
+            {kSpeed}},
+           {"5 kn more", KnownStorm{four, 212.98}, cyclone(four, 222.24), {kSpeed}},
+           {"5 kn less", KnownStorm{four, 222.24}, cyclone(four, 212.98), {kSpeed}},
+           {"a rounding more", KnownStorm{four, 222.24}, cyclone(four, 222.6), {}},
        }) {
     Evaluation const found = atlantic(inputsWith(row.now, row.known));
     EXPECT_EQ(identifiers(found), row.identifiers) << row.what;
@@ -205,6 +205,13 @@ class StormMemory : public testing::Test {
     return list;
   }
 
+  /// Of the report of that hour of the day.
+  static TropicalStorm reported(std::string const& hour, StormCategory category, double windKmh) {
+    TropicalStorm storm = cyclone(category, windKmh);
+    storm.lastUpdate = at("2026-09-21T" + hour + ":00:00Z");
+    return storm;
+  }
+
   PassPlan plan(TropicalStorm const& told) {
     std::vector<RuleInputs> const places{inputsWith(told)};
     return planPass({at(kNow), places, {}, settings, test::englishTexts(), suppressed}, state);
@@ -218,20 +225,31 @@ class StormMemory : public testing::Test {
 
 TEST_F(StormMemory, MeasuresChangesFromWhatWasTold) {
   EXPECT_THAT(pass(cyclone(one, 130)), ElementsAre("hurricane_al092026_new"));
-  EXPECT_THAT(pass(cyclone(one, 149)), IsEmpty());
-  EXPECT_THAT(pass(cyclone(one, 150)), ElementsAre("hurricane_al092026_speed_150"));
-  EXPECT_THAT(pass(cyclone(two, 160)), ElementsAre("hurricane_al092026_category_2"));
-  EXPECT_THAT(pass(cyclone(two, 179)), IsEmpty());
+  EXPECT_THAT(pass(cyclone(one, 130)), IsEmpty());
+  EXPECT_THAT(pass(reported("15", one, 139)), ElementsAre("hurricane_al092026_speed_2026-09-21T15:00:00Z"));
+  EXPECT_THAT(pass(reported("15", one, 139)), IsEmpty());
+  EXPECT_THAT(pass(reported("21", two, 160)),
+              ElementsAre("hurricane_al092026_category_2026-09-21T21:00:00Z"));
   EXPECT_EQ(state.knownStorms, (decltype(state.knownStorms){{"al092026", {two, 160}}}));
 }
 
-/// The second time in a category is no news, but what comes then is measured from there.
-TEST_F(StormMemory, FollowsAStormThatReturnsToACategory) {
-  for (auto const& [category, wind] : {std::pair{one, 145.0}, {two, 160.0}, {one, 145.0}}) {
-    EXPECT_EQ(pass(cyclone(category, wind)).size(), 1);
+TEST_F(StormMemory, TellsAStormThatReturnsToACategoryAndAWind) {
+  std::ignore = pass(cyclone(one, 145));
+  char const* const hours[] = {"10", "11", "12", "13", "14", "15"};
+  for (int i = 0; i < 6; ++i) {
+    EXPECT_EQ(pass(i % 2 == 0 ? reported(hours[i], two, 160) : reported(hours[i], one, 145)).size(), 1) << i;
   }
-  EXPECT_THAT(pass(cyclone(two, 155)), IsEmpty());
-  EXPECT_EQ(state.knownStorms.at("al092026"), (KnownStorm{two, 155}));
+  char const* const later[] = {"16", "17", "18", "19"};
+  for (int i = 0; i < 4; ++i) EXPECT_EQ(pass(reported(later[i], one, i % 2 == 0 ? 139 : 130)).size(), 1) << i;
+}
+
+/// Without the time of a report a change is one of its hour.
+TEST_F(StormMemory, TellsChangesOfReportsWithoutATime) {
+  TropicalStorm timeless = cyclone(one, 145);
+  timeless.lastUpdate.reset();
+  std::ignore = pass(timeless);
+  timeless.windKmh = 130;
+  EXPECT_THAT(pass(timeless), ElementsAre("hurricane_al092026_speed_2026-09-21T09:00:00Z"));
 }
 
 TEST_F(StormMemory, ForgetsWhatTheDesktopRefused) {
