@@ -86,7 +86,7 @@ SettingValues unitChoices(UnitPreset preset) {
   return {{"temperatureUnit", std::string(enumName(units.temperature))},
           {"windUnit", std::string(enumName(units.wind))},
           {"pressureUnit", std::string(enumName(units.pressure))},
-          {"precipitationUnit", std::string(enumName(units.precipitation))},
+          {"precipUnitDisplay", std::string(enumName(units.precipitation))},
           {"visibilityUnit", std::string(enumName(units.distance))}};
 }
 
@@ -105,7 +105,7 @@ Units unitsOf(Settings const& settings, std::string_view locale) {
   return {settings.choice<TemperatureUnit>("temperatureUnit").value_or(custom.temperature),
           settings.choice<WindUnit>("windUnit").value_or(custom.wind),
           settings.choice<PressureUnit>("pressureUnit").value_or(custom.pressure),
-          settings.choice<PrecipitationUnit>("precipitationUnit").value_or(custom.precipitation),
+          settings.choice<PrecipitationUnit>("precipUnitDisplay").value_or(custom.precipitation),
           settings.choice<DistanceUnit>("visibilityUnit").value_or(custom.distance)};
 }
 

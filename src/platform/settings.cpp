@@ -118,7 +118,12 @@ SettingsRegistry::SettingsRegistry(std::initializer_list<std::span<SettingDefini
 SettingDefinition const* SettingsRegistry::find(std::string_view key) const {
   auto const keyOf = [](auto const* definition) { return definition->key; };
   auto const found = std::ranges::lower_bound(definitions_, key, {}, keyOf);
-  return found != definitions_.end() && (*found)->key == key ? *found : nullptr;
+  if (found != definitions_.end() && (*found)->key == key) return *found;
+  auto const isFormer = [key](auto const* definition) {
+    return !key.empty() && definition->formerKey == key;
+  };
+  auto const former = std::ranges::find_if(definitions_, isFormer);
+  return former == definitions_.end() ? nullptr : *former;
 }
 
 Result<SettingValue, std::string> checkedSetting(SettingDefinition const& definition,
@@ -141,12 +146,19 @@ Result<SettingValue, std::string> parsedSetting(SettingDefinition const& definit
 }
 
 Settings::Settings(SettingsRegistry const& registry, SettingValues stored)
-    : registry_(&registry), stored_(std::move(stored)) {}
+    : registry_(&registry), stored_(std::move(stored)) {
+  for (SettingDefinition const* const definition : registry.all()) {
+    auto former = definition->formerKey.empty() ? stored_.end() : stored_.find(definition->formerKey);
+    if (former == stored_.end()) continue;
+    stored_.try_emplace(std::string(definition->key), std::move(former->second));
+    stored_.erase(former);
+  }
+}
 
 SettingValue Settings::value(std::string_view key) const {
   SettingDefinition const* const definition = registry_->find(key);
   if (definition == nullptr) throw std::logic_error("no such setting: " + std::string(key));
-  auto const stored = stored_.find(key);
+  auto const stored = stored_.find(definition->key);
   if (stored == stored_.end()) return definition->defaultValue();
   return checkedSetting(*definition, stored->second).value_or(definition->defaultValue());
 }
@@ -164,8 +176,9 @@ std::vector<std::string> Settings::faults() const {
 
 bool Settings::isChosen(std::string_view key) const {
   SettingDefinition const* const definition = registry_->find(key);
-  auto const stored = stored_.find(key);
-  return definition != nullptr && stored != stored_.end() && checkedSetting(*definition, stored->second);
+  if (definition == nullptr) return false;
+  auto const stored = stored_.find(definition->key);
+  return stored != stored_.end() && checkedSetting(*definition, stored->second);
 }
 
 }  // namespace nimbara

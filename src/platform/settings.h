@@ -35,6 +35,7 @@ struct SettingDefinition {
   double maximum = std::numeric_limits<double>::infinity();
   bool (*accepts)(std::string_view text) = nullptr;  ///< a further condition of a text
   std::string_view expected = {};                    ///< that condition in words: "an address like https://…"
+  std::string_view formerKey = {};  ///< under which earlier versions kept it; still understood
   // NOLINTEND(readability-redundant-member-init)
 
   /// A key, token or password, which lists show only as set or unset.
@@ -47,6 +48,7 @@ class SettingsRegistry {
  public:
   SettingsRegistry(std::initializer_list<std::span<SettingDefinition const>> tables);
 
+  /// By its key or the one that it had before.
   SettingDefinition const* find(std::string_view key) const;
   /// Ordered by key.
   std::vector<SettingDefinition const*> const& all() const { return definitions_; }

@@ -10,6 +10,12 @@ StoreDecision change(std::string_view key, std::optional<SettingValue> value) {
   };
 }
 
+/// With it goes what an earlier version kept, which would count otherwise.
+void put(StoreChanges& changes, SettingDefinition const& definition, std::optional<SettingValue> value) {
+  changes[std::string(definition.key)] = std::move(value);
+  if (!definition.formerKey.empty()) changes[std::string(definition.formerKey)] = std::nullopt;
+}
+
 std::unexpected<StoreError> unknown(std::string_view key) {
   return std::unexpected(
       StoreError{StoreError::Kind::refused, "there is no setting '" + std::string(key) + "'"});
@@ -28,12 +34,17 @@ Result<void, StoreError> SettingsStore::set(std::string_view key, SettingValue c
   if (definition == nullptr) return unknown(key);
   auto checked = checkedSetting(*definition, value);
   if (!checked) return std::unexpected(StoreError{StoreError::Kind::refused, checked.error()});
-  return update(StoreArea::settings, change(key, std::move(*checked)));
+  StoreChanges changes;
+  put(changes, *definition, std::move(*checked));
+  return update(StoreArea::settings, [&changes](SettingValues const&) { return changes; });
 }
 
 Result<void, StoreError> SettingsStore::reset(std::string_view key) {
-  if (registry_.find(key) == nullptr) return unknown(key);
-  return update(StoreArea::settings, change(key, std::nullopt));
+  SettingDefinition const* const definition = registry_.find(key);
+  if (definition == nullptr) return unknown(key);
+  StoreChanges changes;
+  put(changes, *definition, std::nullopt);
+  return update(StoreArea::settings, [&changes](SettingValues const&) { return changes; });
 }
 
 Result<void, StoreError> SettingsStore::setAll(SettingValues const& values) {
@@ -43,7 +54,7 @@ Result<void, StoreError> SettingsStore::setAll(SettingValues const& values) {
     if (definition == nullptr) return unknown(key);
     auto checked = checkedSetting(*definition, value);
     if (!checked) return std::unexpected(StoreError{StoreError::Kind::refused, checked.error()});
-    changes[key] = std::move(*checked);
+    put(changes, *definition, std::move(*checked));
   }
   return update(StoreArea::settings, [&changes](SettingValues const&) { return changes; });
 }

@@ -1,5 +1,7 @@
 #include "platform/settings.h"
 
+#include "platform/scratch_settings_store.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
@@ -20,6 +22,7 @@ constexpr SettingDefinition kTable[] = {
      .accepts = [](std::string_view text) { return !text.empty() && text[0] == 'A'; },
      .expected = "a text that begins with A"},
     {"serviceApiKey", std::string_view(""), ""},
+    {.key = "size", .byDefault = std::int64_t{1}, .explanation = "", .formerKey = "length"},
 };
 
 SettingsRegistry const& registry() {
@@ -128,6 +131,36 @@ TEST(Settings, AreFoundInOrderAndKeepSecrets) {
   EXPECT_EQ(registry().find(""), nullptr);
   EXPECT_TRUE(registry().find("serviceApiKey")->isSecret());
   EXPECT_FALSE(registry().find("colour")->isSecret());
+}
+
+struct FormerRow {
+  SettingValues stored;
+  std::int64_t size;
+};
+
+TEST(Settings, TakeOverWhatWasKeptUnderAFormerKey) {
+  for (FormerRow const& row : {FormerRow{{}, 1},
+                               {{{"length", std::int64_t{7}}}, 7},
+                               {{{"size", std::int64_t{8}}}, 8},
+                               {{{"length", std::int64_t{7}}, {"size", std::int64_t{8}}}, 8}}) {
+    Settings const settings(registry(), row.stored);
+    EXPECT_EQ(settings.integer("size"), row.size);
+    EXPECT_EQ(settings.integer("length"), row.size);
+    EXPECT_EQ(settings.isChosen("size"), !row.stored.empty());
+  }
+}
+
+TEST(Settings, LeaveNoFormerKeyBehind) {
+  for (bool const isReset : {false, true}) {
+    ScratchSettingsStore store(registry());
+    std::ignore = store.update(StoreArea::settings, [](SettingValues const&) {
+      return StoreChanges{{"length", SettingValue(std::int64_t{7})}};
+    });
+    ASSERT_TRUE(isReset ? store.reset("size") : store.set("length", std::int64_t{9}));
+    auto const stored = store.read(StoreArea::settings);
+    ASSERT_TRUE(stored);
+    EXPECT_EQ(*stored, isReset ? SettingValues{} : (SettingValues{{"size", std::int64_t{9}}}));
+  }
 }
 
 }  // namespace

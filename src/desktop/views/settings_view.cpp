@@ -28,7 +28,7 @@ constexpr RowDefinition kRows[] = {
     {SettingsGroup::units, "temperatureUnit", "choice"},
     {SettingsGroup::units, "windUnit", "choice"},
     {SettingsGroup::units, "pressureUnit", "choice"},
-    {SettingsGroup::units, "precipitationUnit", "choice"},
+    {SettingsGroup::units, "precipUnitDisplay", "choice"},
     {SettingsGroup::units, "visibilityUnit", "choice"},
     {SettingsGroup::window, "desktop_closeToTray", "switch"},
     {SettingsGroup::keys, "contact", "text"},
@@ -80,7 +80,7 @@ std::string optionLabel(std::string_view key, std::string_view value, bool isCho
   if (key == "temperatureUnit") return unitLabel(value, units.temperature, isChosen, context);
   if (key == "windUnit") return unitLabel(value, units.wind, isChosen, context);
   if (key == "pressureUnit") return unitLabel(value, units.pressure, isChosen, context);
-  if (key == "precipitationUnit") return unitLabel(value, units.precipitation, isChosen, context);
+  if (key == "precipUnitDisplay") return unitLabel(value, units.precipitation, isChosen, context);
   if (key == "visibilityUnit") return unitLabel(value, units.distance, isChosen, context);
   if (key == "language") return languageLabel(value, context);
   if (key == "desktop_textSize") return measured(std::string(value), "%");
