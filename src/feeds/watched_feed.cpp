@@ -3,6 +3,7 @@
 #include "base/http_date.h"
 #include "base/number.h"
 #include "feeds/feed_exchange.h"
+#include "platform/request_quota.h"
 
 #include <algorithm>
 
@@ -45,7 +46,13 @@ bool FeedCheck::isFresh(Clock const& clock, milliseconds life) const {
 }
 
 bool FeedCheck::isDue(Clock const& clock, milliseconds life) const {
-  return !isFresh(clock, life) && (!pausedUntil_ || clock.steadyNow() >= *pausedUntil_);
+  if (isFresh(clock, life) || isOverQuota(clock.now())) return false;
+  return !pausedUntil_ || clock.steadyNow() >= *pausedUntil_;
+}
+
+/// An end that is farther away than any is that of a clock that was set back.
+bool FeedCheck::isOverQuota(Instant now) const {
+  return quotaEnd_ && now < *quotaEnd_ && *quotaEnd_ - now <= kLongestPause;
 }
 
 std::optional<HttpResponse> FeedCheck::ask(HttpClient& http, Clock const& clock, HttpRequest request,
@@ -59,7 +66,7 @@ std::optional<HttpResponse> FeedCheck::ask(HttpClient& http, Clock const& clock,
   } else if (answer->status == kNotModified && isConditional) {
     confirm(clock.now());
   } else if (!isSuccess(answer->status)) {
-    fail(clock, statusProblem(answer->status), answer->status, answer->header("Retry-After"));
+    fail(clock, statusProblem(answer->status), answer->status, answer->header("Retry-After"), answer->body);
   } else {
     return std::move(*answer);
   }
@@ -78,11 +85,13 @@ void FeedCheck::confirm(Instant now) {
   problem_.clear();
   failures_ = 0;
   pausedUntil_.reset();
+  quotaEnd_.reset();
 }
 
 void FeedCheck::fail(Clock const& clock, std::string problem, int status,
-                     std::optional<std::string_view> retryAfter) {
+                     std::optional<std::string_view> retryAfter, std::string_view body) {
   Instant const now = clock.now();
+  quotaEnd_ = quotaEnd(body, now);
   if (!failedSince_) failedSince_ = now;
   problem_ = std::move(problem);
   pausedUntil_ = clock.steadyNow() + pauseAfterFailure(status, ++failures_, retryAfter, now);

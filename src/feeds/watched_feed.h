@@ -43,9 +43,9 @@ class FeedCheck {
                                   std::stop_token const& stop);
   /// The answer has been read.
   void accept(Clock const& clock, HttpResponse const& answer);
-  /// The answer could not be read, or is none.
+  /// The answer could not be read, or is none. Its `body` may say until when the service answers no more.
   void fail(Clock const& clock, std::string problem, int status,
-            std::optional<std::string_view> retryAfter = {});
+            std::optional<std::string_view> retryAfter = {}, std::string_view body = {});
   /// What another process had of the service.
   void restore(Instant checkedAt) { checkedAt_ = checkedAt; }
 
@@ -55,6 +55,7 @@ class FeedCheck {
 
  private:
   void confirm(Instant now);
+  bool isOverQuota(Instant now) const;
 
   std::optional<Instant> checkedAt_;
   std::optional<Instant> failedSince_;
@@ -63,6 +64,7 @@ class FeedCheck {
   std::string lastModified_;
   int failures_ = 0;
   std::optional<std::chrono::steady_clock::time_point> pausedUntil_;
+  std::optional<Instant> quotaEnd_;  ///< the service allows no more requests before
 };
 
 template <class T>
@@ -97,7 +99,7 @@ class WatchedFeed {
     if (!parsed) {
       return check_.fail(
           clock, "the answer is no " + std::string(question.expected) + " (" + parsed.error().text() + ")",
-          answer.status);
+          answer.status, {}, answer.body);
     }
     data_ = std::move(*parsed);
     check_.accept(clock, answer);

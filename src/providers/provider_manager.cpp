@@ -1,5 +1,7 @@
 #include "providers/provider_manager.h"
 
+#include "platform/request_quota.h"
+
 #include <utility>
 
 namespace nimbara {
@@ -14,6 +16,13 @@ constexpr std::chrono::hours kLongestBlock{24};
 /// A specific choice; `automatic` has none.
 std::optional<AutomaticProvider> specific(WeatherProviderOption option) {
   return enumFromName<AutomaticProvider>(enumName(option));
+}
+
+/// Until when the service asked not to be bothered.
+std::optional<Instant> blockOf(APIError const& error, Instant now) {
+  constexpr int kTooManyRequests = 429;
+  if (error.retryAfter) return now + *error.retryAfter;
+  return error.statusCode == kTooManyRequests ? quotaEnd(error.detail, now) : std::nullopt;
 }
 
 WeatherProviderOption optionOf(AutomaticProvider provider) {
@@ -58,9 +67,7 @@ WeatherProviderManager::Outcome WeatherProviderManager::attempt(AutomaticProvide
   }
   if (response.error().transport == HttpError::Kind::cancelled) return std::unexpected(response.error());
   Instant const now = clock_.now();
-  auto const pause = response.error().retryAfter;
-  history_.noteFailure(enumName(provider), now, response.error().text(),
-                       pause ? std::optional<Instant>(now + *pause) : std::nullopt);
+  history_.noteFailure(enumName(provider), now, response.error().text(), blockOf(response.error(), now));
   OnFailure const onFailure = [this] {
     std::lock_guard const lock(stateMutex_);
     return onFailure_;

@@ -113,6 +113,32 @@ TEST_F(WatchedFeedTest, LeavesARefusingServiceAlone) {
   EXPECT_TRUE(read().isCurrent());
 }
 
+TEST_F(WatchedFeedTest, WaitsForTheNextDayAfterADailyQuota) {
+  http_.willAnswer(429, R"({"error":true,"reason":"Daily API request limit exceeded. Please try again."})");
+  read();
+  for (auto const& moment : {"2026-11-21T09:26:00Z", "2026-11-21T18:00:00Z", "2026-11-21T23:59:59Z"}) {
+    clock_.advance(at(moment) - clock_.now());
+    EXPECT_FALSE(read().isCurrent());
+  }
+  EXPECT_EQ(http_.requests.size(), 1);
+  http_.willAnswer(200, "7");
+  clock_.advance(1s);
+  EXPECT_EQ(read().data, 7);
+}
+
+/// As some services say it.
+TEST_F(WatchedFeedTest, UnderstandsAQuotaUnderAnyStatus) {
+  http_.willAnswer(200, "Daily transaction limit exceeded");
+  read();
+  clock_.advance(14h);
+  EXPECT_EQ(http_.requests.size(), 1);
+  read();
+  EXPECT_EQ(http_.requests.size(), 1);
+  http_.willAnswer(200, "7");
+  clock_.advance(1h);
+  EXPECT_EQ(read().data, 7);
+}
+
 TEST_F(WatchedFeedTest, AsksAtOnceAfterABrokenConnection) {
   http_.willFail({HttpError::Kind::unresolvedHost, "no network"});
   http_.willAnswer(200, "7");

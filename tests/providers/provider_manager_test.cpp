@@ -190,6 +190,27 @@ TEST_F(ManagerTest, HonoursAPauseThatAServiceAskedFor) {
   EXPECT_FALSE(isCoolingDown(record, clock.now()));
 }
 
+TEST_F(ManagerTest, WaitsForTheNextDayAfterADailyQuota) {
+  WeatherProviderManager::Providers all = scripted.providers();
+  int asked = 0;
+  all[0].fetch = [&](double, double, std::stop_token) -> Outcome {
+    ++asked;
+    return std::unexpected(
+        APIError::http(429, "Daily API request limit exceeded. Please try again tomorrow."));
+  };
+  WeatherProviderManager subject(all, history, clock);
+  fetched(subject);
+  Instant const midnight = std::chrono::ceil<std::chrono::days>(clock.now());
+  for (Instant const moment : {clock.now() + 6min, midnight - 1s}) {
+    clock.advance(moment - clock.now());
+    fetched(subject);
+  }
+  EXPECT_EQ(asked, 1);
+  clock.advance(midnight - clock.now());
+  fetched(subject);
+  EXPECT_EQ(asked, 2);
+}
+
 TEST(ServiceAnswer, TellsThePauseThatAServiceAsksFor) {
   struct Row {
     HttpHeaders headers;
