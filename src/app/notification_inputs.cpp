@@ -2,6 +2,7 @@
 
 #include "analysis/alert_generator.h"
 #include "app/place_resolver.h"
+#include "feeds/feed_problem.h"
 #include "feeds/gov_alerts.h"
 #include "feeds/nws_territory.h"
 #include "gazetteer/gazetteer.h"
@@ -16,14 +17,30 @@ namespace nimbara {
 
 namespace {
 
+constexpr std::string_view kNws = "nws";
+
+std::string warningsProblem(std::string_view source, std::string_view problem) {
+  std::string const service = source == kNws           ? "the National Weather Service"
+                              : source == "meteoalarm" ? "MeteoAlarm"
+                                                       : std::string(source);
+  return feedProblem("the warnings of " + service, problem);
+}
+
 /// The first source that failed, in words.
 std::string problemOf(GovAlerts const& alerts) {
   for (GovSourceState const& source : alerts.sources) {
-    if (source.failedSince || !source.checkedAt) {
-      return "the warnings of " + source.name + " could not be had: " + source.problem;
-    }
+    if (source.failedSince || !source.checkedAt) return warningsProblem(source.name, source.problem);
   }
   return {};
+}
+
+/// What went wrong names the feed: it is told beside the problems of others.
+template <class T>
+InputReading<T> readingOf(std::string_view feed, FeedReading<T> reading) {
+  bool const hasFailed = reading.state == FeedState::failed;
+  auto input = InputReading<T>::of(std::move(reading));
+  if (hasFailed) input.problem = feedProblem(feed, input.problem);
+  return input;
 }
 
 bool watches(CustomNotification const& rule, WatchedPlace const& watched, bool isSelected) {
@@ -88,8 +105,9 @@ std::vector<WatchedPlace> watchedPlaces(Place const& selected, PlaceList const& 
   for (SavedPlace const& place : saved.places) {
     if (place.coordinate == selected.coordinate) {
       watched.front().id = place.id;
+      watched.front().choice = place.notifications;
     } else {
-      watched.push_back({placeOf(place), place.id});
+      watched.push_back({placeOf(place), place.id, place.notifications});
     }
   }
   return watched;
@@ -117,9 +135,11 @@ PassInputs NotificationInputs::gather(std::vector<WatchedPlace> const& places, N
   RuleInputSet everything;
   for (WatchedPlace const& watched : places) {
     bool const isSelected = wanted.empty();
-    RuleInputSet& set = wanted.emplace_back(isSelected ? needed.selected : needed.everywhere);
+    PlaceChoice const choice = effectiveChoice(watched.choice, isSelected, values.everyPlace);
+    RuleInputSet& set = wanted.emplace_back(needed.of(choice));
     for (CustomNotification const& rule : rules) {
-      if (watches(rule, watched, isSelected)) set.insertAll(inputsOf(rule.conditionType));
+      if (choice >= PlaceChoice::severe && watches(rule, watched, isSelected))
+        set.insertAll(inputsOf(rule.conditionType));
     }
     everything.insertAll(set);
   }
@@ -128,7 +148,7 @@ PassInputs NotificationInputs::gather(std::vector<WatchedPlace> const& places, N
   PassInputs pass;
   pass.places.reserve(places.size());
   for (std::size_t i = 0; i < places.size() && !stop.stop_requested(); ++i) {
-    RuleInputs& inputs = pass.places.emplace_back(inputsAt(places[i].place, i == 0));
+    RuleInputs& inputs = pass.places.emplace_back(inputsAt(places[i].place, i == 0, places[i].choice));
     adoptWorld(inputs, world);
     readPlace(inputs, places[i].place, wanted[i], values, stop);
   }
@@ -144,7 +164,8 @@ RuleInputs NotificationInputs::gatherFor(Place const& place, RuleInputSet needed
   return inputs;
 }
 
-RuleInputs NotificationInputs::inputsAt(Place const& place, bool isSelected) const {
+RuleInputs NotificationInputs::inputsAt(Place const& place, bool isSelected,
+                                        std::optional<PlaceChoice> choice) const {
   RuleInputs inputs;
   inputs.now = clock_.now();
   {
@@ -153,7 +174,7 @@ RuleInputs NotificationInputs::inputsAt(Place const& place, bool isSelected) con
     inputs.texts = texts_.back().get();
   }
   std::string name = place.name.empty() ? cacheKey(place.coordinate) : place.name;
-  inputs.place = {locationTag(place), std::move(name), {}, place.coordinate, isSelected};
+  inputs.place = {locationTag(place), std::move(name), {}, place.coordinate, isSelected, choice};
   inputs.calendar = Calendar::forZone(timeZoneAt(place.coordinate)).value_or(options_.fallback);
   return inputs;
 }
@@ -198,22 +219,23 @@ void NotificationInputs::readOfficial(RuleInputs& inputs, Place const& place, Ru
   NWSAlertAnswer const answer = feeds_.nws().fetchAlerts(at.latitude, at.longitude, stop);
   inputs.nwsAlerts = InputReading<std::vector<NWSAlert>>::of(
       liveMessages(answer.readable ? *answer.readable : answer.alerts, inputs.now));
-  if (!answer.ok) inputs.nwsAlerts.problem = answer.problem;
+  if (!answer.ok) inputs.nwsAlerts.problem = warningsProblem(kNws, answer.problem);
 }
 
 void NotificationInputs::readAround(RuleInputs& inputs, RuleInputSet needed, RuleSettings const& settings,
                                     std::stop_token const& stop) {
   Coordinate const at = inputs.place.coordinate;
   if (needed.contains(RuleInput::airQuality)) {
-    inputs.airQuality = InputReading<AirQualityForecast>::of(feeds_.airQuality().fetchForecast(at, stop));
+    inputs.airQuality = readingOf("the air quality forecast", feeds_.airQuality().fetchForecast(at, stop));
   }
   if (needed.contains(RuleInput::fires)) {
-    inputs.fires = InputReading<std::vector<FireDetection>>::of(
-        feeds_.wildfires().fetchFires(at, settings.fireRadiusKm, stop));
+    inputs.fires =
+        readingOf("the list of wildfires", feeds_.wildfires().fetchFires(at, settings.fireRadiusKm, stop));
   }
   if (needed.contains(RuleInput::lightning)) {
-    inputs.lightning = InputReading<std::vector<LightningStrike>>::of(feeds_.lightning().fetchStrikes(
-        at, settings.lightningRadiusKm, inputs.now - cuts::kStrikeLife, stop));
+    inputs.lightning = readingOf("the list of lightning strikes",
+                                 feeds_.lightning().fetchStrikes(at, settings.lightningRadiusKm,
+                                                                 inputs.now - cuts::kStrikeLife, stop));
   }
 }
 
@@ -221,7 +243,7 @@ void NotificationInputs::readWorld(RuleInputs& inputs, RuleInputSet needed, std:
   if (needed.contains(RuleInput::earthquakes)) {
     EarthquakeService& service = feeds_.earthquakes();
     auto events = service.fetchEarthquakes(stop);
-    inputs.earthquakes.problem = service.problem();
+    inputs.earthquakes.problem = feedProblem("the list of earthquakes", service.problem());
     bool const isKnown = inputs.earthquakes.problem.empty() || !events.empty();
     if (isKnown) {
       inputs.earthquakes.value = std::make_shared<std::vector<EarthquakeEvent> const>(std::move(events));
@@ -230,14 +252,13 @@ void NotificationInputs::readWorld(RuleInputs& inputs, RuleInputSet needed, std:
   if (needed.contains(RuleInput::kp)) {
     GeomagneticService& service = feeds_.geomagnetic();
     if (auto const kp = service.currentKp(stop)) inputs.kp = InputReading<double>::of(*kp);
-    inputs.kp.problem = service.problem();
+    inputs.kp.problem = feedProblem("the K index", service.problem());
   }
   if (needed.contains(RuleInput::storms)) {
-    inputs.storms = InputReading<std::vector<TropicalStorm>>::of(feeds_.tropicalStorms().fetchStorms(stop));
+    inputs.storms = readingOf("the list of tropical cyclones", feeds_.tropicalStorms().fetchStorms(stop));
   }
   if (needed.contains(RuleInput::advisories)) {
-    inputs.advisories =
-        InputReading<std::vector<TravelAdvisory>>::of(feeds_.travelAdvisories().fetchAdvisories(stop));
+    inputs.advisories = readingOf("the travel advisories", feeds_.travelAdvisories().fetchAdvisories(stop));
   }
 }
 

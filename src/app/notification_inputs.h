@@ -22,7 +22,8 @@ namespace nimbara {
 /// A place that notifications look at.
 struct WatchedPlace {
   Place place;
-  std::optional<Uuid> id;  ///< of a saved one
+  std::optional<Uuid> id;                  ///< of a saved one
+  std::optional<PlaceChoice> choice = {};  ///< what was chosen for it
 };
 
 /// The key under which a location is known to notifications.
@@ -56,7 +57,7 @@ class NotificationInputs {
                        std::stop_token const& stop = {});
 
  private:
-  RuleInputs inputsAt(Place const& place, bool isSelected) const;
+  RuleInputs inputsAt(Place const& place, bool isSelected, std::optional<PlaceChoice> choice = {}) const;
   void readPlace(RuleInputs& inputs, Place const& place, RuleInputSet needed, RuleSettings const& settings,
                  std::stop_token const& stop);
   void readForecast(RuleInputs& inputs, Place const& place, RuleInputSet needed, std::stop_token const& stop);

@@ -104,6 +104,13 @@ PlaceResult selectPlace(PlaceList& list, Uuid const& id) {
   return {};
 }
 
+PlaceResult chooseNotifications(PlaceList& list, Uuid const& id, std::optional<PlaceChoice> choice) {
+  auto const found = placeWith(list, id);
+  if (found == list.places.end()) return noSuchPlace();
+  found->notifications = choice;
+  return {};
+}
+
 PlaceResult selectCurrentLocation(PlaceList& list, LocationFix const& fix) {
   list.offersCurrentLocation = true;
   list.lastFix = fix;

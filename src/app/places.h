@@ -7,6 +7,7 @@
 #include "base/geodesy.h"
 #include "base/result.h"
 #include "base/uuid.h"
+#include "notifications/place_choice.h"
 #include "platform/location_source.h"
 #include "platform/settings_store.h"
 
@@ -25,7 +26,8 @@ struct SavedPlace {
   std::string countryName;  ///< in the language of the search that found it, or empty
   std::string region;
   Coordinate coordinate;
-  std::string timeZone;  ///< empty when unknown
+  std::string timeZone;                           ///< empty when unknown
+  std::optional<PlaceChoice> notifications = {};  ///< what was chosen; else the default holds
 
   bool operator==(SavedPlace const&) const = default;
 };
@@ -62,6 +64,8 @@ PlaceResult renamePlace(PlaceList& list, Uuid const& id, std::string_view name);
 /// `position` counts from one.
 PlaceResult movePlace(PlaceList& list, Uuid const& id, int position);
 PlaceResult selectPlace(PlaceList& list, Uuid const& id);
+/// Nothing leaves it to the default again.
+PlaceResult chooseNotifications(PlaceList& list, Uuid const& id, std::optional<PlaceChoice> choice);
 PlaceResult selectCurrentLocation(PlaceList& list, LocationFix const& fix);
 PlaceResult removeCurrentLocation(PlaceList& list);
 

@@ -21,6 +21,7 @@ struct PlaceRow {
   double latitude = 0;
   double longitude = 0;
   std::string timeZone;
+  std::string notifications;  ///< a choice, or empty
 };
 
 struct FixRow {
@@ -34,10 +35,15 @@ struct FixRow {
 
 template <>
 inline constexpr auto jsonFields<PlaceRow> = std::tuple{
-    field("position", &PlaceRow::position),   field("name", &PlaceRow::name),
-    fieldOr("country", &PlaceRow::country),   fieldOr("countryName", &PlaceRow::countryName),
-    fieldOr("region", &PlaceRow::region),     field("latitude", &PlaceRow::latitude),
-    field("longitude", &PlaceRow::longitude), fieldOr("timeZone", &PlaceRow::timeZone),
+    field("position", &PlaceRow::position),
+    field("name", &PlaceRow::name),
+    fieldOr("country", &PlaceRow::country),
+    fieldOr("countryName", &PlaceRow::countryName),
+    fieldOr("region", &PlaceRow::region),
+    field("latitude", &PlaceRow::latitude),
+    field("longitude", &PlaceRow::longitude),
+    fieldOr("timeZone", &PlaceRow::timeZone),
+    fieldOr("notifications", &PlaceRow::notifications),
 };
 
 template <>
@@ -49,7 +55,8 @@ namespace {
 
 std::string encoded(SavedPlace const& place, int position) {
   return encodeJson(PlaceRow{position, place.name, place.country, place.countryName, place.region,
-                             place.coordinate.latitude, place.coordinate.longitude, place.timeZone});
+                             place.coordinate.latitude, place.coordinate.longitude, place.timeZone,
+                             std::string(place.notifications ? enumName(*place.notifications) : "")});
 }
 
 std::string encoded(std::optional<LocationFix> const& fix) {
@@ -80,7 +87,8 @@ std::optional<PositionedPlace> decodedPlace(Uuid const& id, std::string_view tex
                           row->countryName,
                           row->region,
                           {row->latitude, row->longitude},
-                          row->timeZone}};
+                          row->timeZone,
+                          enumFromName<PlaceChoice>(row->notifications)}};
 }
 
 PlaceList decoded(SettingValues const& rows) {

@@ -48,11 +48,11 @@ struct ForecastOptions {
 };
 
 struct PlacesOptions {
-  enum class Action { list, add, remove, rename, move, select, search };
+  enum class Action { list, add, remove, rename, move, select, search, notify };
 
   Action action = Action::list;
   std::string place;
-  std::string name;
+  std::string name;  ///< or the choice of notifications
   int position = 0;
   bool here = false;
   bool online = false;

@@ -54,6 +54,15 @@ void definePlaces(CLI::App& app, CommandLine& line, RawOptions& raw) {
   CLI::App* const select =
       define("select", "Make a place the one that is meant without naming any", Action::select);
   definePlaceOrHere(*select, options, kSaved, "Wherever you are, from the desktop's location service");
+  CLI::App* const notify = define("notify", "Choose what you are notified of for a place", Action::notify);
+  notify->add_option("PLACE", options.place, kSaved)->required();
+  notify
+      ->add_option(
+          "CHOICE", options.name,
+          "everything, severe (severe weather and danger), official (official warnings only), nothing, or "
+          "default: everything for the selected place, severe for the others")
+      ->required()
+      ->check(CLI::IsMember({"everything", "severe", "official", "nothing", "default"}));
   CLI::App* const search = define("search", "Look a name up", Action::search);
   search->add_option("TEXT", options.place, "The name")->required();
   search->add_flag("--online", options.online, kOnline);

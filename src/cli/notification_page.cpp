@@ -81,8 +81,9 @@ std::string reasonText(Decision const& decision, ReasonWords const& words) {
   auto const add = [&](std::string_view key, std::string const& moment) {
     text = words.texts.format("explain.and", text, words.texts.format(key, moment));
   };
-  if (decision.outcome == RuleOutcome::scheduled && decision.scheduled)
-    add("explain.toldAt", clockText(*decision.scheduled, words.texts));
+  bool const isScheduled =
+      decision.outcome == RuleOutcome::scheduled || decision.outcome == RuleOutcome::stillScheduled;
+  if (isScheduled && decision.scheduled) add("explain.toldAt", clockText(*decision.scheduled, words.texts));
   if (decision.since)
     add("explain.since", TimeWords(words.texts, words.calendar).moment(*decision.since, words.now));
   return text;

@@ -27,6 +27,7 @@ struct PlaceEntry {
   std::optional<double> longitude;
   std::string country;
   bool selected = false;
+  std::optional<PlaceChoice> notifications;  ///< what holds for a saved one, chosen or by default
   std::string countryName;
   std::string region;
   std::string timeZone;
@@ -53,6 +54,7 @@ std::string json(Entries const& entries) {
     writer.member("region", entry.region);
     writer.member("timeZone", entry.timeZone);
     writer.member("fixTime", entry.fixTime);
+    writer.memberOrNull("notifications", entry.notifications);
     writer.endObject();
   }
   writer.endList();
@@ -66,6 +68,7 @@ PlaceEntry entryOf(SavedPlace const& place, std::optional<Uuid> id, bool selecte
           place.coordinate.longitude,
           place.country,
           selected,
+          {},
           place.countryName,
           place.region,
           place.timeZone,
@@ -77,6 +80,8 @@ PlaceEntry hereEntry(PlaceList const& list) {
   entry.id = kCurrentLocation;
   entry.name = kHereName;
   entry.selected = list.selected == kCurrentLocation;
+  // Nobody looks there while another place is selected.
+  entry.notifications = entry.selected ? PlaceChoice::everything : PlaceChoice::nothing;
   if (!list.lastFix) return entry;
   entry.latitude = list.lastFix->coordinate.latitude;
   entry.longitude = list.lastFix->coordinate.longitude;
@@ -84,11 +89,12 @@ PlaceEntry hereEntry(PlaceList const& list) {
   return entry;
 }
 
-Entries entriesOf(PlaceList const& list) {
+Entries entriesOf(PlaceList const& list, bool everyPlace) {
   Entries entries;
   if (list.offersCurrentLocation) entries.push_back(hereEntry(list));
   for (SavedPlace const& place : list.places) {
-    entries.push_back(entryOf(place, place.id, list.selected == place.id));
+    PlaceEntry& entry = entries.emplace_back(entryOf(place, place.id, list.selected == place.id));
+    entry.notifications = effectiveChoice(place.notifications, entry.selected, everyPlace);
   }
   return entries;
 }
@@ -113,17 +119,29 @@ std::string fullName(PlaceEntry const& entry) {
   return name;
 }
 
-/// Columns: position, a mark of the selected one, name, coordinate. The current location has no position.
-std::string table(Entries const& entries, Instant now, bool ascii) {
+std::string choiceText(PlaceEntry const& entry, Texts const& texts) {
+  return std::string(texts.text("places.notifications." + std::string(enumName(*entry.notifications))));
+}
+
+/// Columns: position, a mark of the selected one, name, coordinate, what is notified of. The current location
+/// has no position, and what is not saved notifies of nothing.
+std::string table(Entries const& entries, Instant now, Texts const& texts, bool ascii) {
   int width = 0;
-  for (PlaceEntry const& entry : entries) width = std::max(width, displayWidth(fullName(entry)));
+  int whereWidth = 0;
+  for (PlaceEntry const& entry : entries) {
+    width = std::max(width, displayWidth(fullName(entry)));
+    whereWidth = std::max(whereWidth, displayWidth(whereabouts(entry, now)));
+  }
   std::string out;
   int position = 0;
   for (PlaceEntry const& entry : entries) {
     bool const here = entry.id == kCurrentLocation;
     std::string const number = here ? "" : std::to_string(++position);
     out += fitted(number, 3, Align::right) + (entry.selected ? " * " : "   ") +
-           fitted(fullName(entry), width) + "  " + whereabouts(entry, now) + "\n";
+           fitted(fullName(entry), width) + "  ";
+    out += entry.notifications ? fitted(whereabouts(entry, now), whereWidth) + "  " + choiceText(entry, texts)
+                               : whereabouts(entry, now);
+    out += "\n";
   }
   return ascii ? asciiFolded(out) : out;
 }
@@ -155,6 +173,8 @@ class PlacesRun {
       case Action::rename:
         return changeSaved(
             [this](PlaceList& list, Uuid const& id) { return renamePlace(list, id, options_.name); });
+      case Action::notify:
+        return choose();
       case Action::move:
         return changeSaved(
             [this](PlaceList& list, Uuid const& id) { return movePlace(list, id, options_.position); });
@@ -165,19 +185,20 @@ class PlacesRun {
  private:
   int unavailable(std::string_view sentence) const { return session_.fail(exitCode::kUnavailable, sentence); }
 
-  int finish(Result<PlaceList, StoreError> const& list) const {
+  int finish(Result<PlaceList, StoreError> const& list) {
     if (!list) return unavailable(list.error().message);
-    return show(entriesOf(*list), options_.action == Action::list);
+    return show(entriesOf(*list, session_.settings->boolean("notify_everyPlace")),
+                options_.action == Action::list);
   }
 
   /// A change prints the new list only to scripts.
-  int show(Entries const& entries, bool always) const {
+  int show(Entries const& entries, bool always) {
     if (options_.json) {
       session_.console.out(json(entries));
     } else if (always && entries.empty()) {
       session_.console.err("nimbara: no places are saved; add one with: nimbara places add NAME\n");
     } else if (always) {
-      session_.console.out(table(entries, clock_->now(), !session_.environment.utf8));
+      session_.console.out(table(entries, clock_->now(), texts(), !session_.environment.utf8));
     }
     return exitCode::kComplete;
   }
@@ -188,6 +209,17 @@ class PlacesRun {
       if (place == nullptr) return std::unexpected("there is no saved place '" + options_.place + "'");
       return change(list, Uuid(place->id));
     }));
+  }
+
+  int choose() {
+    std::optional<PlaceChoice> const choice = enumFromName<PlaceChoice>(options_.name);
+    return changeSaved(
+        [&](PlaceList& list, Uuid const& id) { return chooseNotifications(list, id, choice); });
+  }
+
+  Texts const& texts() {
+    if (!texts_) texts_ = Texts::load(common_.language);
+    return *texts_;
   }
 
   int removeSaved() {
@@ -287,6 +319,7 @@ class PlacesRun {
   Session const& session_;
   std::unique_ptr<Clock> clock_;
   Places places_;
+  std::optional<Texts> texts_;
 };
 
 }  // namespace

@@ -131,6 +131,9 @@ DesktopCommands commandsOf(DesktopCore& core, DesktopModel*& model) {
   commands.selectPlace = [&core](Uuid id) { core.selectPlace(id); };
   commands.addPlace = [&core](SavedPlace place) { core.addPlace(std::move(place)); };
   commands.removePlace = [&core](Uuid id) { core.removePlace(id); };
+  commands.chooseNotifications = [&core](Uuid id, PlaceChoice choice) {
+    core.chooseNotifications(id, choice);
+  };
   commands.movePlace = [&core](Uuid id, int position) { core.movePlace(id, position); };
   commands.hazards = {[&core] { core.lookAtHazards(); }, [&core](double km) { core.setQuakeRadius(km); },
                       [&core](double least) { core.setQuakeMagnitude(least); }};

@@ -25,6 +25,7 @@ constexpr std::array kBeginnings =
                               {Kind::truncated, "the answer was cut short"}});
 
 constexpr std::string_view kStatus = "the service answered with status ";
+constexpr std::string_view kNotFetched = " could not be fetched: ";
 constexpr std::string_view kUnreadable = "answer is no ";
 constexpr int kTooManyRequests = 429;
 
@@ -40,6 +41,17 @@ std::string networkProblem(HttpError const& error) {
   if (row == kBeginnings.end()) return error.message;
   std::string const said(row->text);
   return error.message.empty() || error.message == said ? said : said + " (" + error.message + ")";
+}
+
+std::string feedProblem(std::string_view feed, std::string_view problem) {
+  if (problem.empty()) return {};
+  return std::string(feed) + std::string(kNotFetched) + std::string(problem);
+}
+
+std::optional<FeedProblem> feedProblemIn(std::string_view sentence) {
+  auto const at = sentence.find(kNotFetched);
+  if (at == std::string_view::npos) return std::nullopt;
+  return FeedProblem{sentence.substr(0, at), sentence.substr(at + kNotFetched.size())};
 }
 
 std::string statusProblem(int status) {

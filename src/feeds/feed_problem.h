@@ -6,6 +6,7 @@
 #include "base/texts.h"
 #include "platform/http_client.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -16,6 +17,14 @@ namespace nimbara {
 std::string networkProblem(HttpError const& error);
 /// "the service answered with status 503".
 std::string statusProblem(int status);
+
+/// "the list of wildfires could not be fetched: the service answered with status 503"; empty without a problem.
+std::string feedProblem(std::string_view feed, std::string_view problem);
+/// The two parts of such a sentence; nothing for any other.
+struct FeedProblem {
+  std::string_view feed, problem;
+};
+std::optional<FeedProblem> feedProblemIn(std::string_view sentence);
 
 /// The sentence in the words of a language; one that is none of the above, and no answer that could not be
 /// read, stays as it is.

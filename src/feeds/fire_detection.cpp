@@ -102,10 +102,14 @@ std::vector<FireDetection> firesOf(std::vector<HotSpot> const& spots) {
     if (index == kNone) {
       index = fires.size();
       HotSpot const& spot = spots[i];
-      fires.push_back({"", spot.coordinate, spot.time, spot.frp, spot.confidence, 1});
+      fires.push_back({"", spot.coordinate, spot.time, spot.frp, spot.confidence, 1, 0});
     } else {
       add(fires[index], spots[i]);
     }
+  }
+  for (std::size_t i = 0; i < spots.size(); ++i) {
+    FireDetection& fire = fires[fireOf[groups.of(i)]];
+    fire.reachKm = std::max(fire.reachKm, haversineKm(fire.coordinate, spots[i].coordinate));
   }
   for (FireDetection& fire : fires) {
     fire.id = "fire:" + cellText(fire.coordinate.latitude) + "," + cellText(fire.coordinate.longitude);
@@ -129,9 +133,9 @@ void keepFireIds(std::vector<FireDetection>& fires, std::vector<FireDetection> c
   for (FireDetection& fire : fires) {
     double nearest = kSameFireKm;
     for (FireDetection const& known : before) {
-      double const km = haversineKm(fire.coordinate, known.coordinate);
-      if (km > nearest) continue;
-      nearest = km;
+      double const gap = haversineKm(fire.coordinate, known.coordinate) - fire.reachKm - known.reachKm;
+      if (gap > nearest) continue;
+      nearest = gap;
       fire.id = known.id;
     }
   }

@@ -39,6 +39,7 @@ struct FireDetection {
   double frp = 0;         ///< of the strongest hot spot, MW
   FireConfidence confidence = FireConfidence::nominal;  ///< the highest
   int hotSpots = 1;
+  double reachKm = 0;  ///< from the middle to the farthest of them
 
   bool operator==(FireDetection const&) const = default;
 };
@@ -52,8 +53,8 @@ Result<std::vector<HotSpot>, DecodeError> parseHotSpots(std::string_view body);
 std::vector<FireDetection> firesNear(std::vector<HotSpot> const& spots, Coordinate place, double radiusKm,
                                      Instant now);
 
-/// A fire that moves and grows keeps the identifier under which it was known: that of the nearest of `before`
-/// within 5 km.
+/// A fire that moves and grows keeps the identifier under which it was known: that of the nearest of
+/// `before`, from edge to edge within 5 km.
 void keepFireIds(std::vector<FireDetection>& fires, std::vector<FireDetection> const& before);
 
 }  // namespace nimbara

@@ -60,11 +60,11 @@ std::string kindOfIdentifier(std::string_view identifier) {
 
 NeededInputs neededInputs(Settings const& settings) {
   NeededInputs needed;
-  bool const everyPlace = settings.boolean("notify_everyPlace");
   for (Rule const& rule : ruleCatalogue()) {
     if (!settings.boolean(rule.setting)) continue;
-    needed.selected.insertAll(rule.inputs);
-    if (everyPlace && rule.reach == RuleReach::everyPlace) needed.everywhere.insertAll(rule.inputs);
+    for (auto choice = static_cast<std::size_t>(rule.reach); choice < needed.byChoice.size(); ++choice) {
+      needed.byChoice[choice].insertAll(rule.inputs);
+    }
   }
   return needed;
 }

@@ -12,6 +12,7 @@ template Result<EngineState::Instants, DecodeError> decodeJson(std::string_view)
 template Result<std::map<std::string, ShownEvent, std::less<>>, DecodeError> decodeJson(std::string_view);
 template Result<std::map<std::string, std::string, std::less<>>, DecodeError> decodeJson(std::string_view);
 template Result<std::map<std::string, KnownStorm, std::less<>>, DecodeError> decodeJson(std::string_view);
+template Result<KnownFires, DecodeError> decodeJson(std::string_view);
 template Result<std::vector<ScheduledNotification>, DecodeError> decodeJson(std::string_view);
 
 namespace {
@@ -25,6 +26,8 @@ constexpr std::string_view kScheduled = "notif_scheduled";
 constexpr std::string_view kFirstChecked = "notif_firstCheckedAt";
 constexpr std::string_view kSummaries = "notif_aiSummaryCache";
 constexpr std::string_view kStorms = "notif_knownStorms";
+constexpr std::string_view kFires = "notif_knownFires";
+constexpr std::string_view kDeliveredAt = "notif_deliveredAt";
 
 std::string const* textAt(SettingValues const& stored, std::string_view key) {
   auto const found = stored.find(key);
@@ -70,6 +73,10 @@ std::vector<std::string> listOf(EngineState::Strings const& set) {
 
 }  // namespace
 
+std::string summaryKey(ScheduledNotification const& entry) {
+  return entry.identifier + " " + formatIso8601(entry.due);
+}
+
 Result<EngineState, StoreError> engineStateOf(SettingValues const& stored) {
   Reader reader(stored);
   EngineState state;
@@ -82,6 +89,8 @@ Result<EngineState, StoreError> engineStateOf(SettingValues const& stored) {
   state.aiSummaryCache = reader.read<std::map<std::string, std::string, std::less<>>>(kSummaries);
   state.firstCheckedAt = reader.read<EngineState::Instants>(kFirstChecked);
   state.knownStorms = reader.read<std::map<std::string, KnownStorm, std::less<>>>(kStorms);
+  state.knownFires = reader.read<KnownFires>(kFires);
+  state.deliveredAt = reader.read<EngineState::Instants>(kDeliveredAt);
   if (reader.error()) return std::unexpected(*reader.error());
   return state;
 }
@@ -100,6 +109,8 @@ StoreChanges changesOf(EngineState const& state) {
   put(kSummaries, encodeJson(state.aiSummaryCache));
   put(kFirstChecked, encodeJson(state.firstCheckedAt));
   put(kStorms, encodeJson(state.knownStorms));
+  put(kFires, encodeJson(state.knownFires));
+  put(kDeliveredAt, encodeJson(state.deliveredAt));
   return changes;
 }
 
@@ -119,8 +130,10 @@ EngineState merged(EngineState stored, EngineState const& known) {
   stored.activeConditionIDs.insert(known.activeConditionIDs.begin(), known.activeConditionIDs.end());
   adoptLater(stored.lastActiveAt, known.lastActiveAt);
   adoptLater(stored.lastToldAt, known.lastToldAt);
+  adoptLater(stored.deliveredAt, known.deliveredAt);
   for (auto const& [key, shown] : known.shown) stored.shown.insert_or_assign(key, shown);
   for (auto const& [key, storm] : known.knownStorms) stored.knownStorms.insert_or_assign(key, storm);
+  for (auto const& [key, fire] : known.knownFires) stored.knownFires.insert_or_assign(key, fire);
   stored.firstCheckedAt.insert(known.firstCheckedAt.begin(), known.firstCheckedAt.end());
   return stored;
 }

@@ -62,6 +62,9 @@ inline constexpr auto jsonFields<ScheduledNotification> =
                fieldOr("place", &ScheduledNotification::place),
                fieldOr("placeTag", &ScheduledNotification::placeTag)};
 
+/// Under which the wording of a summary is kept: one for a day.
+std::string summaryKey(ScheduledNotification const& entry);
+
 struct EngineState {
   using Strings = std::set<std::string, std::less<>>;
   using Instants = std::map<std::string, Instant, std::less<>>;
@@ -75,6 +78,9 @@ struct EngineState {
   std::map<std::string, std::string, std::less<>> aiSummaryCache;  ///< by summary and day
   Instants firstCheckedAt;  ///< by the stem of a rule: when it was first evaluated
   std::map<std::string, KnownStorm, std::less<>> knownStorms;  ///< as they were told, by identifier
+  KnownFires knownFires;
+  Instants
+      deliveredAt;  ///< of events: the day on which one was last found, so that old ones can be forgotten
 
   bool operator==(EngineState const&) const = default;
 };

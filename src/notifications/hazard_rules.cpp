@@ -6,6 +6,8 @@
 #include "notifications/rule_constants.h"
 
 #include <algorithm>
+#include <cmath>
+#include <map>
 
 namespace nimbara {
 
@@ -54,6 +56,7 @@ Finding findingOf(EarthquakeEvent const& quake, double km, RuleInputs const& inp
   finding.sound =
       soundOf(quake.magnitude >= kStrongEarthquake ? AlertSeverity::critical : AlertSeverity::warning);
   finding.severity = AlertSeverity::warning;
+  finding.greatness = quake.magnitude;
   finding.began = quake.time;
   return finding;
 }
@@ -67,20 +70,68 @@ double kmBetween(auto const& event, RuleInputs const& inputs) {
   return haversineKm(event.coordinate, inputs.place.coordinate);
 }
 
+/// Between the edges of both. Without computing it where their latitudes alone are far apart.
+double gapKm(FireDetection const& fire, SeenFire const& part) {
+  constexpr double kKmInADegree = 111;
+  double const reach = fire.reachKm + part.reachKm;
+  double const north = std::abs(fire.coordinate.latitude - part.latitude) * kKmInADegree - reach;
+  if (north > cuts::kSameFireKm) return north;
+  return haversineKm(fire.coordinate, {part.latitude, part.longitude}) - reach;
+}
+
+/// The identifier under which a fire was told, wherever it burns by now; else one that no other fire has.
+std::string identifierOf(FireDetection const& fire, KnownFires const& known) {
+  std::string identifier = "fire_" + fire.id;
+  if (known.contains(identifier)) identifier += "_" + formatIso8601(fire.detectedAt);
+  double nearest = cuts::kSameFireKm;
+  for (auto const& [name, parts] : known) {
+    for (SeenFire const& part : parts) {
+      double const gap = gapKm(fire, part);
+      if (gap > nearest) continue;
+      nearest = gap;
+      identifier = name;
+    }
+  }
+  return identifier;
+}
+
 /// Of fires farther off only the moment counts as their beginning in which they were seen: the first look
 /// lists what has burned for a while. One at the door rings.
 Finding findingOf(FireDetection const& fire, double km, RuleInputs const& inputs) {
   bool const isNear = km <= cuts::kNearFireKm;
   Finding finding;
-  finding.identifier = "fire_" + fire.id;
   finding.title = inputs.text("push.fire.title");
   finding.body = inputs.texts->format("push.fire.body", distanceText(inputs, km), inputs.place.name,
                                       hourText(inputs, fire.detectedAt));
   finding.sound = soundOf(isNear ? AlertSeverity::critical : AlertSeverity::warning);
   finding.severity = AlertSeverity::warning;
+  finding.greatness = fire.frp;
   if (!isNear) finding.began = fire.detectedAt;
   return finding;
 }
+
+/// One fire for each identifier, told by the part that comes first.
+class FoundFires {
+ public:
+  explicit FoundFires(RuleInputs const& inputs) : inputs_(inputs) {}
+
+  void add(FireDetection const& fire, double km) {
+    std::string identifier = identifierOf(fire, inputs_.knownFires);
+    auto const [entry, isNew] = byIdentifier_.try_emplace(identifier, findings_.size());
+    if (isNew) {
+      findings_.push_back(findingOf(fire, km, inputs_));
+      findings_.back().identifier = std::move(identifier);
+    }
+    findings_[entry->second].fire.push_back(
+        {fire.coordinate.latitude, fire.coordinate.longitude, fire.reachKm, fire.detectedAt});
+  }
+  std::vector<Finding> take() { return std::move(findings_); }
+
+ private:
+  RuleInputs const& inputs_;
+  std::vector<Finding> findings_;
+  std::map<std::string, std::size_t> byIdentifier_;
+};
 
 /// Strikes of the last half hour within the radius.
 struct NearStrikes {
@@ -167,12 +218,14 @@ Evaluation fires(RuleInputs const& inputs, RuleSettings const& settings) {
   if (!inputs.fires) return Evaluation::none("notChecked");
   if (inputs.fires->empty()) return nothingNear("firesNear", "noFires");
   Evaluation evaluation;
+  FoundFires found(inputs);
   double nearest = kmBetween(inputs.fires->front(), inputs);
   for (FireDetection const& fire : *inputs.fires) {
     double const km = kmBetween(fire, inputs);
     nearest = std::min(nearest, km);
-    if (km <= settings.fireRadiusKm) evaluation.findings.push_back(findingOf(fire, km, inputs));
+    if (km <= settings.fireRadiusKm) found.add(fire, km);
   }
+  evaluation.findings = found.take();
   evaluation.measured.push_back({"fireDistance", nearest, Relation::atMost, settings.fireRadiusKm, "km"});
   return evaluation;
 }

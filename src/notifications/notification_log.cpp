@@ -65,15 +65,17 @@ std::vector<LoggedNotification> notificationLogOf(SettingValues const& stored) {
   return log ? std::move(*log) : std::vector<LoggedNotification>{};
 }
 
-StoreChanges logChange(SettingValues const& stored, std::vector<LoggedNotification> const& lines) {
-  std::vector<LoggedNotification> log = notificationLogOf(stored);
+StoreChanges logChange(std::vector<LoggedNotification> log, std::vector<LoggedNotification> const& lines) {
   bool isLonger = false;
   for (LoggedNotification const& line : lines) {
     if (isRepetition(log, line)) continue;
     log.push_back(line);
     isLonger = true;
   }
-  if (!isLonger) return {};
+  return isLonger ? logReplacement(std::move(log)) : StoreChanges{};
+}
+
+StoreChanges logReplacement(std::vector<LoggedNotification> log) {
   if (log.size() > kMostLogLines) log.erase(log.begin(), log.end() - kMostLogLines);
   StoreChanges changes;
   changes.emplace(kLog, SettingValue(encodeJson(log)));

@@ -60,8 +60,10 @@ LoggedNotification logLineOf(Decision const& decision, Instant now);
 
 /// The log, newest last; an unreadable one is empty.
 std::vector<LoggedNotification> notificationLogOf(SettingValues const& stored);
-/// The change that appends to it; the oldest lines go. What is held back for the same reason as at the last
-/// look is no news and adds nothing.
-StoreChanges logChange(SettingValues const& stored, std::vector<LoggedNotification> const& lines);
+/// The change that makes it `log` with `lines` behind; the oldest go. What is held back for the same reason
+/// as at the last look is no news and adds nothing.
+StoreChanges logChange(std::vector<LoggedNotification> log, std::vector<LoggedNotification> const& lines);
+/// The change that makes it `log`.
+StoreChanges logReplacement(std::vector<LoggedNotification> log);
 
 }  // namespace nimbara

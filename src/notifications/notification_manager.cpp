@@ -39,40 +39,30 @@ class NotificationManager::Pass {
 
   /// Carries out everything, in order.
   void run(PassPlan plan) {
-    auto told = std::move(report_.plan.decisions);
-    report_.plan = std::move(plan);
-    for (Decision& decision : report_.plan.decisions) {
-      if (!isDelivery(decision.outcome)) {
-        if (decision.outcome == scheduled && !decision.prompt.empty()) reword(decision);
-        note(decision);
-        apply(decision, now_, state_);
-        continue;
-      }
-      if (isOver_()) {
-        report_.end = PassReport::End::superseded;
-        break;
-      }
-      deliver(decision);
+    if (isOver_()) {
+      report_.end = PassReport::End::superseded;
+      return;
     }
-    if (report_.end == PassReport::End::completed) applyChecks(report_.plan, now_, state_);
-    finish();
-    auto& decisions = report_.plan.decisions;
-    decisions.insert(decisions.begin(), std::make_move_iterator(told.begin()),
-                     std::make_move_iterator(told.end()));
+    for (Decision& decision : plan.decisions) {
+      if (decision.scheduled && !decision.prompt.empty()) {
+        reword(decision);
+        settleSchedule(decision, state_);
+      }
+    }
+    carryOut(plan.decisions, [&] { applyChecks(plan, now_, state_); });
+    std::ranges::move(plan.decisions, std::back_inserter(report_.plan.decisions));
+    report_.plan.checked = std::move(plan.checked);
   }
 
   /// Tells what is due of the schedule and forgets what was missed for too long.
   void tellScheduled(Settings const& settings) {
     DuePlan plan = planDue(now_, settings, manager_.texts(), manager_.suppressedTags(), state_);
     forgetMissed(plan, state_);
-    for (DuePlan::Entry& entry : plan.entries) {
-      if (isDelivery(entry.decision.outcome)) {
-        deliver(entry.decision);
-      } else {
-        note(entry.decision);
-      }
-      report_.plan.decisions.push_back(std::move(entry.decision));
-    }
+    std::vector<Decision> decisions;
+    for (DuePlan::Entry& entry : plan.entries) decisions.push_back(std::move(entry.decision));
+    bool const isAnything = !decisions.empty() || !plan.missed.empty();
+    if (isAnything) carryOut(decisions, [] {});
+    std::ranges::move(decisions, std::back_inserter(report_.plan.decisions));
   }
 
   static void forgetMissed(DuePlan const& plan, EngineState& state) {
@@ -82,10 +72,9 @@ class NotificationManager::Pass {
   }
 
   void finish() {
-    bool const isKept = save();
     std::lock_guard const lock(manager_.mutex_);
     manager_.lastKnown_ = state_;
-    manager_.isAhead_ = !isKept;
+    manager_.isAhead_ = !isKept_;
   }
 
  private:
@@ -94,6 +83,7 @@ class NotificationManager::Pass {
     auto state = stored ? engineStateOf(*stored) : std::unexpected(stored.error());
     std::lock_guard const lock(manager_.mutex_);
     EngineState const& known = manager_.lastKnown_;
+    isKept_ = state && !manager_.isAhead_;
     if (state) {
       state_ = manager_.isAhead_ ? merged(std::move(*state), known) : std::move(*state);
       return;
@@ -104,27 +94,50 @@ class NotificationManager::Pass {
     state_ = known;
   }
 
-  /// Remembered first and told then: a process that dies in between has told at most once.
-  void deliver(Decision& decision) {
+  /// All is remembered first, with one write, and told then: a process that dies in between has told at most
+  /// once. What could not be told is forgotten again.
+  void carryOut(std::vector<Decision>& decisions, auto const& alsoRemember) {
     EngineState const before = state_;
-    apply(decision, now_, state_);
-    bool const isCritical = decision.severity == AlertSeverity::critical;
-    if (!save() && !isCritical) return refuse(decision, before, "what was told could not be remembered");
-    if (auto const done = handOver(decision); !done) {
-      refuse(decision, before, done.error().message);
-      save();
-      return;
+    for (Decision const& decision : decisions) apply(decision, now_, state_);
+    alsoRemember();
+    isKept_ = save(decisions);
+    bool isOtherwise = false;
+    for (Decision& decision : decisions) {
+      if (!isDelivery(decision.outcome)) continue;
+      if (isOver_()) {
+        report_.end = PassReport::End::superseded;
+        state_.firstCheckedAt = before.firstCheckedAt;
+        takeBack(decision, state_, before);
+        withoutLine_.push_back(&decision);
+        isOtherwise = true;
+        continue;
+      }
+      bool const isCritical = decision.severity == AlertSeverity::critical;
+      auto const done = isKept_ || isCritical ? handOver(decision) : notRemembered();
+      if (done) {
+        std::lock_guard const lock(manager_.mutex_);
+        manager_.kinds_[decision.request.identifier] = decision.kind;
+      } else {
+        refuse(decision, before, done.error().message);
+        isOtherwise = true;
+      }
     }
-    note(decision);
-    std::lock_guard const lock(manager_.mutex_);
-    manager_.kinds_[decision.request.identifier] = decision.kind;
+    if (isOtherwise) isKept_ = save(decisions);
+    finish();
+    logBefore_.reset();
+    withoutLine_.clear();
+  }
+
+  static Result<void, DeliveryError> notRemembered() {
+    return std::unexpected(
+        DeliveryError{DeliveryError::Kind::refused, "what was told could not be remembered"});
   }
 
   /// One wording for a summary and day; the template stays where the model has nothing fit to show.
   void reword(Decision& decision) {
     if (around_.languageModel == nullptr || isOver_()) return;
     ScheduledNotification& entry = *decision.scheduled;
-    std::string const key = entry.identifier + " " + formatIso8601(entry.due);
+    std::string const key = summaryKey(entry);
     if (!state_.aiSummaryCache.contains(key)) {
       auto const reply = around_.languageModel->reply(decision.prompt, stop_);
       if (!reply) report_.problems.push_back(reply.error());
@@ -162,29 +175,40 @@ class NotificationManager::Pass {
     decision.outcome = refused;
     decision.note = reason;
     report_.problems.push_back(decision.request.identifier + " was not delivered: " + reason);
-    note(decision);
   }
 
-  /// For the log.
-  void note(Decision const& decision) {
-    if (isWorthALine(decision.outcome)) lines_.push_back(logLineOf(decision, now_));
+  /// Of what is carried out together.
+  std::vector<LoggedNotification> linesOf(std::vector<Decision> const& decisions) const {
+    std::vector<LoggedNotification> lines;
+    for (Decision const& decision : decisions) {
+      bool const isTold = std::ranges::count(withoutLine_, &decision) == 0;
+      if (isTold && isWorthALine(decision.outcome)) lines.push_back(logLineOf(decision, now_));
+    }
+    return lines;
   }
 
-  /// False when the store does not take it.
-  bool save() {
+  StoreChanges logChanges(SettingValues const& stored, std::vector<LoggedNotification> const& lines) {
+    if (lines.empty() && !logBefore_) return {};
+    bool const isFirst = !logBefore_;
+    if (isFirst) logBefore_ = notificationLogOf(stored);
+    StoreChanges changes = logChange(*logBefore_, lines);
+    return changes.empty() && !isFirst ? logReplacement(*logBefore_) : changes;
+  }
+
+  /// False when the store does not take it. The lines of a second call replace those of the first.
+  bool save(std::vector<Decision> const& decisions) {
     if (!canRemember_) return false;
     auto const done = around_.store.update(
         StoreArea::state, [&](SettingValues const& stored) -> Result<StoreChanges, StoreError> {
           StoreChanges changes = changesOf(state_);
+          changes.merge(logChanges(stored, linesOf(decisions)));
           // A pass that changed nothing wakes nobody who watches the store.
           std::erase_if(changes, [&](auto const& change) {
             auto const old = stored.find(change.first);
             return old != stored.end() && old->second == change.second;
           });
-          if (!lines_.empty()) changes.merge(logChange(stored, lines_));
           return changes;
         });
-    if (done) lines_.clear();
     if (!done && std::ranges::count(report_.problems, done.error().message) == 0) {
       report_.problems.push_back(done.error().message);
     }
@@ -198,8 +222,10 @@ class NotificationManager::Pass {
   Instant now_;
   EngineState state_;
   bool canRemember_ = true;
-  std::optional<DeliveryError> unreachable_;  ///< why nothing more is handed over
-  std::vector<LoggedNotification> lines_;
+  bool isKept_ = true;                                        ///< the store has what is known
+  std::optional<DeliveryError> unreachable_;                  ///< why nothing more is handed over
+  std::optional<std::vector<LoggedNotification>> logBefore_;  ///< without the lines of this pass
+  std::vector<Decision const*> withoutLine_;                  ///< neither told nor refused
   PassReport report_;
 };
 

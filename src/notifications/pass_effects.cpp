@@ -1,4 +1,5 @@
 #include "base/sha256.h"
+#include "notifications/catalogue.h"
 #include "notifications/pass_plan.h"
 
 #include <algorithm>
@@ -12,6 +13,15 @@ using enum RuleOutcome;
 constexpr RuleOutcome kDeliveries[] = {announced, escalated, listed, updated, withdrawn};
 constexpr RuleOutcome kHeldBack[] = {muted, heldByQuietHours, snoozed, suppressed};
 constexpr RuleOutcome kKnown[] = {stillActive, returnedTooSoon, alreadyDelivered, alreadyToldToday};
+
+/// An event that was not found for so long does not return. A fire is another one by then, even at the same
+/// place.
+constexpr std::chrono::days kEventMemory{60};
+constexpr std::chrono::days kFireMemory{3};
+constexpr double kSamePartKm = 2;
+constexpr std::size_t kMostParts = 16;
+constexpr std::string_view kFireStem = "fire_";
+constexpr std::string_view kStormStem = "hurricane_";
 
 /// Remembered after its end, so that a late repetition is no news.
 constexpr std::chrono::hours kMemoryAfterEnd{24};
@@ -31,6 +41,11 @@ bool isScheduled(Rule const& rule) {
   return !rule.hourSetting.empty();
 }
 
+/// To the day, so that a pass that finds only what is known changes nothing.
+void rememberEvent(Decision const& decision, Instant now, EngineState& state) {
+  state.deliveredAt[decision.key] = std::chrono::floor<std::chrono::days>(now);
+}
+
 void remember(Decision const& decision, Instant now, EngineState& state) {
   state.deliveredIDs.insert(decision.key);
   switch (decision.rule->policy) {
@@ -43,6 +58,7 @@ void remember(Decision const& decision, Instant now, EngineState& state) {
       if (isScheduled(*decision.rule)) unschedule(decision.key, state);
       break;
     case RulePolicy::instance:
+      rememberEvent(decision, now, state);
       break;
   }
 }
@@ -52,6 +68,19 @@ void rememberStorm(Decision const& decision, EngineState& state) {
   if (decision.storm) state.knownStorms.insert_or_assign(decision.storm->id, decision.storm->as);
 }
 
+/// A fire is known by where its parts were seen in the last days, however they move.
+void rememberFire(Decision const& decision, Instant now, EngineState& state) {
+  if (decision.fire.empty()) return;
+  std::vector<SeenFire> parts = decision.fire;
+  for (SeenFire const& old : state.knownFires[decision.key]) {
+    bool const isSeenAgain = std::ranges::any_of(parts, [&](SeenFire const& part) {
+      return haversineKm({part.latitude, part.longitude}, {old.latitude, old.longitude}) < kSamePartKm;
+    });
+    if (!isSeenAgain && now - old.seen < kFireMemory && parts.size() < kMostParts) parts.push_back(old);
+  }
+  state.knownFires[decision.key] = std::move(parts);
+}
+
 void rememberShown(Decision const& decision, EngineState& state) {
   if (!decision.rule->followsEvents) return;
   ShownEvent& shown = state.shown[decision.key];
@@ -59,8 +88,17 @@ void rememberShown(Decision const& decision, EngineState& state) {
   shown = {gravest, digestOf(decision.request), decision.ends, false, false};
 }
 
+/// A rule that is off has nothing scheduled for any place.
+void unscheduleFor(Decision const& decision, EngineState& state) {
+  std::string const& identifier = decision.request.identifier;
+  std::erase_if(state.scheduled, [&](ScheduledNotification const& entry) {
+    if (decision.outcome == settingOff) return ruleOf(entry.identifier) == decision.rule;
+    return entry.identifier == (identifier.empty() ? decision.rule->stem : identifier);
+  });
+}
+
 void forget(Decision const& decision, EngineState& state) {
-  if (isScheduled(*decision.rule)) unschedule(decision.rule->stem, state);
+  if (isScheduled(*decision.rule)) unscheduleFor(decision, state);
   if (decision.key.empty()) return;
   state.activeConditionIDs.erase(decision.key);
   state.deliveredIDs.erase(decision.key);
@@ -110,7 +148,20 @@ bool isKnown(RuleOutcome outcome) {
   return std::ranges::count(kKnown, outcome) > 0;
 }
 
+void settleSchedule(Decision& decision, EngineState const& state) {
+  bool const isPlanned = decision.outcome == scheduled || decision.outcome == stillScheduled;
+  if (!isPlanned || !decision.scheduled) return;
+  ScheduledNotification entry = *decision.scheduled;
+  auto const wording = state.aiSummaryCache.find(summaryKey(entry));
+  if (!decision.prompt.empty() && wording != state.aiSummaryCache.end()) entry.body = wording->second;
+  decision.outcome = std::ranges::count(state.scheduled, entry) > 0 ? stillScheduled : scheduled;
+}
+
 void apply(Decision const& decision, Instant now, EngineState& state) {
+  if (!decision.counted.empty()) {
+    for (Decision const& one : decision.counted) apply(one, now, state);
+    return;
+  }
   switch (decision.outcome) {
     case announced:
     case escalated:
@@ -118,6 +169,7 @@ void apply(Decision const& decision, Instant now, EngineState& state) {
       remember(decision, now, state);
       rememberShown(decision, state);
       rememberStorm(decision, state);
+      rememberFire(decision, now, state);
       break;
     case updated:
       rememberShown(decision, state);
@@ -133,7 +185,9 @@ void apply(Decision const& decision, Instant now, EngineState& state) {
         shown->wasAbsent = false;
         shown->ends = decision.ends;
       }
+      rememberEvent(decision, now, state);
       rememberStorm(decision, state);
+      rememberFire(decision, now, state);
       break;
     case stillActive:
     case returnedTooSoon:
@@ -153,19 +207,48 @@ void apply(Decision const& decision, Instant now, EngineState& state) {
   }
 }
 
+namespace {
+
+bool hasEventOf(std::string const& storm, EngineState const& state) {
+  std::string const beginning = std::string(kStormStem) + storm;
+  auto const found = state.deliveredIDs.lower_bound(beginning);
+  return found != state.deliveredIDs.end() && found->starts_with(beginning);
+}
+
+void forgetOldEvents(Instant now, EngineState& state) {
+  auto const today = std::chrono::floor<std::chrono::days>(now);
+  std::erase_if(state.deliveredIDs, [&](std::string const& key) {
+    Rule const* const rule = ruleOf(key);
+    if (rule == nullptr || rule->policy != RulePolicy::instance) return false;
+    // Those of an older version have no day yet.
+    Instant const found = state.deliveredAt.try_emplace(key, today).first->second;
+    bool const isOld = today - found > (rule->stem == kFireStem ? kFireMemory : kEventMemory);
+    if (isOld) state.deliveredAt.erase(key);
+    return isOld;
+  });
+  std::erase_if(state.knownFires, [&](auto const& fire) { return !state.deliveredIDs.contains(fire.first); });
+  std::erase_if(state.knownStorms, [&](auto const& storm) { return !hasEventOf(storm.first, state); });
+}
+
+}  // namespace
+
 void applyChecks(PassPlan const& plan, Instant now, EngineState& state) {
   for (Rule const* const rule : plan.checked) state.firstCheckedAt.try_emplace(std::string(rule->stem), now);
   std::erase_if(state.shown, [&](auto const& entry) {
     return entry.second.ends && *entry.second.ends + kMemoryAfterEnd < now;
   });
+  forgetOldEvents(now, state);
 }
 
 void takeBack(Decision const& decision, EngineState& state, EngineState const& before) {
+  for (Decision const& one : decision.counted) takeBack(one, state, before);
   restoreMember(decision.key, state.deliveredIDs, before.deliveredIDs);
   restoreMember(decision.key, state.activeConditionIDs, before.activeConditionIDs);
   restore(decision.key, state.lastActiveAt, before.lastActiveAt);
   restore(decision.key, state.lastToldAt, before.lastToldAt);
   restore(decision.key, state.shown, before.shown);
+  restore(decision.key, state.deliveredAt, before.deliveredAt);
+  restore(decision.key, state.knownFires, before.knownFires);
   if (isScheduled(*decision.rule)) state.scheduled = before.scheduled;
   if (decision.storm) restore(decision.storm->id, state.knownStorms, before.knownStorms);
 }

@@ -7,6 +7,7 @@
 #include "notifications/rule.h"
 #include "platform/notification_center.h"
 
+#include <array>
 #include <set>
 #include <span>
 #include <string>
@@ -15,13 +16,15 @@
 namespace nimbara {
 
 enum class RuleOutcome {
-  announced,  ///< rings
-  escalated,  ///< told before, and graver now: rings again
-  listed,     ///< shown without a ring: old news, or told by another notification
-  updated,    ///< what is shown is replaced in silence
-  withdrawn,  ///< what is shown is over
-  scheduled,  ///< will be told at its hour
+  announced,       ///< rings
+  escalated,       ///< told before, and graver now: rings again
+  listed,          ///< shown without a ring: old news, or told by another notification
+  updated,         ///< what is shown is replaced in silence
+  withdrawn,       ///< what is shown is over
+  scheduled,       ///< will be told at its hour
+  stillScheduled,  ///< as it was
   settingOff,
+  notChosen,  ///< what is chosen for the place leaves the rule out
   conditionFalse,
   unknown,          ///< the rule's input is missing: its feed failed, or there is no forecast
   absent,           ///< what is shown was not found; one check more and it is over
@@ -38,10 +41,10 @@ enum class RuleOutcome {
 };
 template <>
 inline constexpr auto enumNames<RuleOutcome> = std::to_array<std::string_view>(
-    {"announced",   "escalated",        "listed",           "updated",          "withdrawn",
-     "scheduled",   "settingOff",       "conditionFalse",   "unknown",          "absent",
-     "stillActive", "returnedTooSoon",  "alreadyDelivered", "alreadyToldToday", "hasEnded",
-     "muted",       "heldByQuietHours", "snoozed",          "refused",          "suppressed"});
+    {"announced",        "escalated",       "listed",           "updated",          "withdrawn", "scheduled",
+     "stillScheduled",   "settingOff",      "notChosen",        "conditionFalse",   "unknown",   "absent",
+     "stillActive",      "returnedTooSoon", "alreadyDelivered", "alreadyToldToday", "hasEnded",  "muted",
+     "heldByQuietHours", "snoozed",         "refused",          "suppressed"});
 static_assert(enumNamesComplete(RuleOutcome::suppressed));
 
 /// The pass has something to do for it.
@@ -67,7 +70,10 @@ struct Decision {
   std::optional<Instant> since;                    ///< when it was told, or last seen
   std::optional<ScheduledNotification> scheduled;  ///< of a scheduled one
   std::string prompt;                              ///< for a language model that may word it; else empty
+  double greatness = 0;                            ///< the finding's
   std::optional<ToldStorm> storm;                  ///< what is known of a storm once it has been told
+  std::vector<SeenFire> fire;                      ///< where a fire burns, once it has been told
+  std::vector<Decision> counted;                   ///< those for which this one stands: they are told with it
 };
 
 /// A rule that is no row of the catalogue, already evaluated: one of the user's own.
@@ -111,6 +117,9 @@ DuePlan planDue(Instant now, Settings const& settings, Texts const& texts,
 /// What a mute of a notification names when nothing is known of it but its identifier.
 std::string kindOfIdentifier(std::string_view identifier);
 
+/// Whether what is to be told at its hour is other than what waits for it. Of scheduled ones.
+void settleSchedule(Decision& decision, EngineState const& state);
+
 /// Carried out, or needing nothing: the state after it.
 void apply(Decision const& decision, Instant now, EngineState& state);
 /// What to remember of the pass beside its decisions.
@@ -121,10 +130,11 @@ void takeBack(Decision const& decision, EngineState& state, EngineState const& b
 /// Tells two wordings of one event apart.
 std::string digestOf(NotificationRequest const& request);
 
-/// Every input that an enabled rule reads; those for each place and those for the selected one alone.
+/// Every input that an enabled rule reads, by what is chosen for a place.
 struct NeededInputs {
-  RuleInputSet everywhere;
-  RuleInputSet selected;
+  std::array<RuleInputSet, enumNames<PlaceChoice>.size()> byChoice;
+
+  RuleInputSet const& of(PlaceChoice choice) const { return byChoice[static_cast<std::size_t>(choice)]; }
 };
 NeededInputs neededInputs(Settings const& settings);
 

@@ -217,7 +217,33 @@ std::string asSentence(std::string_view text, Texts const& texts) {
   return isEnded ? said : texts.format("explain.relation.none", said);
 }
 
+struct FeedName {
+  std::string_view feed, key;
+};
+
+/// The feeds as those who fetch them call them.
+constexpr FeedName kFeeds[] = {{"the air quality forecast", "explain.feed.airQuality"},
+                               {"the list of wildfires", "explain.feed.fires"},
+                               {"the list of lightning strikes", "explain.feed.lightning"},
+                               {"the list of tropical cyclones", "explain.feed.storms"},
+                               {"the travel advisories", "explain.feed.advisories"},
+                               {"the list of earthquakes", "explain.feed.earthquakes"},
+                               {"the K index", "explain.feed.kp"}};
+
+std::string feedText(std::string_view feed, Texts const& texts) {
+  constexpr std::string_view kWarnings = "the warnings of ";
+  if (feed.starts_with(kWarnings)) {
+    return texts.format("explain.feed.warnings", feed.substr(kWarnings.size()));
+  }
+  auto const row = std::ranges::find(kFeeds, feed, &FeedName::feed);
+  return std::string(row == std::end(kFeeds) ? feed : texts.text(row->key));
+}
+
 std::string noteText(std::string const& note, Texts const& texts) {
+  if (auto const failed = feedProblemIn(note)) {
+    std::string const feed = feedText(failed->feed, texts);
+    return asSentence(texts.format("explain.feedFailed", feed, problemText(failed->problem, texts)), texts);
+  }
   std::string const key = "explain.note." + note;
   return has(key, texts) ? std::string(texts.text(key)) : asSentence(problemText(note, texts), texts);
 }

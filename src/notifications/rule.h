@@ -6,6 +6,7 @@
 #include "base/enum_names.h"
 #include "model/weather_alert.h"
 #include "notifications/generated_summary.h"
+#include "notifications/place_choice.h"
 #include "notifications/rule_inputs.h"
 #include "notifications/rule_settings.h"
 
@@ -27,12 +28,6 @@ template <>
 inline constexpr auto enumNames<RulePolicy> =
     std::to_array<std::string_view>({"condition", "instance", "daily"});
 static_assert(enumNamesComplete(RulePolicy::daily));
-
-/// For which places a rule is evaluated.
-enum class RuleReach {
-  selectedPlace,  ///< where the user is: comfort and planning
-  everyPlace      ///< each saved place: danger
-};
 
 /// A value that decided, beside its limit; the face puts it into words. `what` ends a text key
 /// "explain.measure.<what>".
@@ -66,7 +61,9 @@ struct Finding {
   std::optional<Instant> ends;   ///< when it will be over, if that is known
   /// Told by another notification already, or slight and only near: listed without a ring.
   bool isCovered = false;
+  double greatness = 0;  ///< among events of one rule and severity the greater come first: magnitude, MW …
   std::optional<ToldStorm> storm;  ///< what is known of a storm once this has been told
+  std::vector<SeenFire> fire;      ///< where a fire burns, once this has been told
 };
 
 /// Notes of rules that could not look: false is not known to be false.
@@ -89,9 +86,9 @@ struct Rule {
   RuleInputSet inputs;
   std::string_view sound;
   EvaluateRule evaluate = nullptr;
-  RuleReach reach = RuleReach::selectedPlace;
-  std::chrono::minutes minimumGap{0};  ///< of a condition: absence shorter than this is flicker
-  bool followsEvents = false;          ///< updates and ends of what was told reach the desktop
+  PlaceChoice reach = PlaceChoice::everything;  ///< the least choice of a place that includes the rule
+  std::chrono::minutes minimumGap{0};           ///< of a condition: absence shorter than this is flicker
+  bool followsEvents = false;                   ///< updates and ends of what was told reach the desktop
   std::optional<SummaryKind> summary = std::nullopt;  ///< a language model may word it
   /// Of a daily rule that is scheduled: the key of its hour.
   std::string_view hourSetting = {};  // NOLINT(readability-redundant-member-init): rows leave it out

@@ -73,6 +73,8 @@ inline constexpr std::chrono::minutes kStrikeLife{30};
 // The next strike of a storm may fall so far from the one before: who is that near belongs indoors.
 inline constexpr double kNearStrikeKm = 10;
 
+// Between two passes of a satellite a front jumps by so much, over what does not glow.
+inline constexpr double kSameFireKm = 5;
 // The front of a fire before strong wind covers that in an hour or two.
 inline constexpr double kNearFireKm = 10;
 

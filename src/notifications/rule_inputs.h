@@ -18,6 +18,7 @@
 #include "model/present.h"
 #include "model/weather_alert.h"
 #include "model/weather_data.h"
+#include "notifications/place_choice.h"
 
 #include <map>
 #include <memory>
@@ -75,6 +76,7 @@ struct NotifiedPlace {
   std::string countryCode;
   Coordinate coordinate;
   bool isSelected = true;
+  std::optional<PlaceChoice> choice = {};  ///< what somebody chose for it
 
   bool operator==(NotifiedPlace const&) const = default;
 };
@@ -90,6 +92,24 @@ struct KnownStorm {
 template <>
 inline constexpr auto jsonFields<KnownStorm> =
     std::tuple{field("category", &KnownStorm::category), field("windKmh", &KnownStorm::windKmh)};
+
+/// Where a part of a fire was seen last, as a circle.
+struct SeenFire {
+  double latitude = 0;
+  double longitude = 0;
+  double reachKm = 0;
+  Instant seen;  ///< by a satellite
+
+  bool operator==(SeenFire const&) const = default;
+};
+
+template <>
+inline constexpr auto jsonFields<SeenFire> =
+    std::tuple{field("latitude", &SeenFire::latitude), field("longitude", &SeenFire::longitude),
+               field("reachKm", &SeenFire::reachKm), field("seen", &SeenFire::seen)};
+
+/// The parts of fires, by the identifier under which they were told.
+using KnownFires = std::map<std::string, std::vector<SeenFire>, std::less<>>;
 
 /// A storm as a notification tells it.
 struct ToldStorm {
@@ -119,6 +139,7 @@ struct RuleInputs {
   InputReading<std::vector<TropicalStorm>> storms;
   std::map<std::string, KnownStorm, std::less<>> knownStorms;  ///< of earlier passes, by identifier
   InputReading<std::vector<FireDetection>> fires;              ///< within the radius of the settings
+  KnownFires knownFires;                                       ///< of earlier passes
   InputReading<std::vector<TravelAdvisory>> advisories;
   InputReading<std::vector<LightningStrike>> lightning;  ///< of the last half hour within the radius
 

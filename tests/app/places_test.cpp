@@ -163,6 +163,18 @@ TEST_F(PlacesTest, KeepsTheWholeList) {
   EXPECT_TRUE(store_.settings().settings.registry().find("selected") == nullptr);
 }
 
+TEST_F(PlacesTest, KeepsWhatIsChosenForAPlace) {
+  Places places(store_);
+  ASSERT_TRUE(places.change([](PlaceList& list) { return addPlace(list, place(1, "Hill", {1, 2})); }));
+  for (std::optional<PlaceChoice> const choice :
+       {std::optional(PlaceChoice::official), std::optional(PlaceChoice::everything),
+        std::optional<PlaceChoice>{}}) {
+    ASSERT_TRUE(places.change([&](PlaceList& list) { return chooseNotifications(list, id(1), choice); }));
+    EXPECT_EQ(places.list()->places.front().notifications, choice);
+  }
+  EXPECT_FALSE(places.change([](PlaceList& list) { return chooseNotifications(list, id(7), {}); }));
+}
+
 TEST_F(PlacesTest, TakesTheRowsOfRemovedPlacesAway) {
   ASSERT_TRUE(places_.change([](PlaceList& list) -> PlaceResult {
     list = threePlaces();

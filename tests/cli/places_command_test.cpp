@@ -47,6 +47,33 @@ class PlacesCommand : public testing::Test {
   std::unique_ptr<DemoServer> server_ = *DemoServer::start(clock_, {});
 };
 
+TEST_F(PlacesCommand, ChoosesNotifications) {
+  places({"add", "1,2", "--name", "Gulf"});
+  places({"add", "10,2", "--name", "Hill"});
+  auto const listed = [&] {
+    std::string const json = places({"list", "--json"}).out;
+    std::string choices;
+    constexpr std::string_view kKey = "\"notifications\":\"";
+    for (auto at = json.find(kKey); at != std::string::npos; at = json.find(kKey, at + 1)) {
+      auto const begin = at + kKey.size();
+      choices += json.substr(begin, json.find('"', begin) - begin) + " ";
+    }
+    return choices;
+  };
+  EXPECT_EQ(listed(), "everything severe ");
+  EXPECT_EQ(places({"notify", "hill", "official"}).exitCode, 0);
+  EXPECT_EQ(listed(), "everything official ");
+  EXPECT_NE(places({"list"}).out.find("Official warnings only"), std::string::npos);
+  places({"select", "hill"});
+  EXPECT_EQ(listed(), "severe official ");
+  EXPECT_EQ(places({"notify", "hill", "default"}).exitCode, 0);
+  EXPECT_EQ(listed(), "severe everything ");
+  run({"settings", "set", "notify_everyPlace", "false"});
+  EXPECT_EQ(listed(), "nothing everything ");
+  EXPECT_EQ(places({"notify", "nowhere", "nothing"}).exitCode, 1);
+  EXPECT_EQ(places({"notify", "hill", "loud"}).exitCode, 2);
+}
+
 TEST_F(PlacesCommand, SavesAndArrangesPlaces) {
   CliRun const none = places({"list"});
   EXPECT_EQ(none.exitCode, 0);

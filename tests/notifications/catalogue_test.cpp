@@ -160,15 +160,17 @@ TEST(Catalogue, KnowsWhoseAnIdentifierIs) {
   }
 }
 
-/// Danger is told for every place and is not held to the selected one by mistake.
-TEST(Catalogue, WatchesEveryPlaceForDanger) {
-  std::set<std::string_view> everywhere;
-  for (Rule const& rule : ruleCatalogue()) {
-    if (rule.reach == RuleReach::everyPlace) everywhere.insert(rule.stem);
-  }
-  EXPECT_EQ(everywhere,
-            (std::set<std::string_view>{"tornado_conditions", "gov_", "nws_severe_thunderstorm", "nws_flood",
-                                        "earthquake_", "fire_", "lightning_detected", "travel_advisory_"}));
+/// What each choice of a place adds to the one below it.
+TEST(Catalogue, KnowsWhatIsDanger) {
+  std::map<PlaceChoice, std::set<std::string_view>> reached;
+  for (Rule const& rule : ruleCatalogue()) reached[rule.reach].insert(rule.stem);
+  EXPECT_EQ(reached[PlaceChoice::nothing], std::set<std::string_view>{});
+  EXPECT_EQ(reached[PlaceChoice::official],
+            (std::set<std::string_view>{"gov_", "nws_severe_thunderstorm", "nws_flood"}));
+  EXPECT_EQ(reached[PlaceChoice::severe],
+            (std::set<std::string_view>{"tornado_conditions", "earthquake_", "fire_", "lightning_detected",
+                                        "travel_advisory_", "severe_weather", "storm", "flood", "rain",
+                                        "snow", "high_wind"}));
 }
 
 /// The texts that the sources of this folder name.

@@ -68,7 +68,7 @@ TEST_F(NotificationLog, KeepsTheNewest) {
     lines[i].outcome = "announced";
     lines[i].title = std::to_string(i);
   }
-  for (auto const& [key, value] : logChange(stored, lines)) stored[key] = *value;
+  for (auto const& [key, value] : logChange(notificationLogOf(stored), lines)) stored[key] = *value;
   auto const kept = notificationLogOf(stored);
   ASSERT_THAT(kept, SizeIs(kMostLogLines));
   EXPECT_EQ(kept.front().title, "20");

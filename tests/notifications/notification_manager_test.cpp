@@ -558,8 +558,7 @@ TEST(Engine, WithEverythingOffTellsNothingAndNeedsNothing) {
     EXPECT_EQ(decision.outcome, RuleOutcome::settingOff) << decision.rule->stem;
   }
   NeededInputs const needed = neededInputs(engine.store.settings().settings);
-  EXPECT_EQ(needed.selected, RuleInputSet{});
-  EXPECT_EQ(needed.everywhere, RuleInputSet{});
+  for (RuleInputSet const& inputs : needed.byChoice) EXPECT_EQ(inputs, RuleInputSet{});
 }
 
 TEST(Engine, TellsAndRemembersNothingInAPreview) {

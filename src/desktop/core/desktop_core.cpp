@@ -328,6 +328,12 @@ void DesktopCore::movePlace(Uuid id, int position) {
   });
 }
 
+void DesktopCore::chooseNotifications(Uuid id, PlaceChoice choice) {
+  commands_.run([this, id, choice](std::stop_token const&) {
+    change([&](PlaceList& list) { return nimbara::chooseNotifications(list, id, choice); });
+  });
+}
+
 void DesktopCore::search(std::string text, SearchListener found) {
   commands_.run([this, text = std::move(text), found = std::move(found)](std::stop_token const&) {
     found(searchOffline(text, settings_.wording()->texts->language()));

@@ -85,6 +85,7 @@ class DesktopCore {
   void restorePlace(SavedPlace place, int position, bool select);
   /// `position` counts from one.
   void movePlace(Uuid id, int position);
+  void chooseNotifications(Uuid id, PlaceChoice choice);
   /// Cities of the gazetteer. The listener is called on a thread of the core's own.
   void search(std::string text, SearchListener found);
   /// Sends the text to the geocoding service.

@@ -17,6 +17,7 @@ Rectangle {
     required property bool isDay
     required property string age
     required property string sentence
+    required property string notifications
 
     readonly property bool isTight: content.width < 280 * Theme.scale
 
@@ -150,6 +151,41 @@ Rectangle {
                     explanation: app.words.remove + ": " + place.name
                     onClicked: app.removePlace(place.placeId)
                 }
+            }
+        }
+        Flow {
+            width: parent.width
+            spacing: Theme.space
+            PlainText {
+                height: choice.height
+                text: app.words.notifications
+                verticalAlignment: Text.AlignVCenter
+                color: Theme.muted
+                font.pixelSize: Theme.small
+            }
+            Choice {
+                id: choice
+                model: [
+                    {
+                        "value": "everything",
+                        "text": app.words.notifyEverything
+                    },
+                    {
+                        "value": "severe",
+                        "text": app.words.notifySevere
+                    },
+                    {
+                        "value": "official",
+                        "text": app.words.notifyOfficial
+                    },
+                    {
+                        "value": "nothing",
+                        "text": app.words.notifyNothing
+                    }
+                ]
+                value: place.notifications
+                title: app.words.notifications + ", " + place.name
+                onChosen: value => app.chooseNotifications(place.placeId, value)
             }
         }
     }

@@ -49,7 +49,7 @@ std::string noteOf(LocationState const& location, ViewContext const& context) {
 
 }  // namespace
 
-std::vector<PlaceView> placeViews(PlaceList const& list, KeptForecasts const& kept,
+std::vector<PlaceView> placeViews(PlaceList const& list, KeptForecasts const& kept, bool everyPlace,
                                   ViewContext const& context) {
   std::vector<PlaceView> views;
   views.reserve(list.places.size());
@@ -60,6 +60,7 @@ std::vector<PlaceView> placeViews(PlaceList const& list, KeptForecasts const& ke
     view.area =
         areaText(place.region, place.countryName.empty() ? place.country : place.countryName, place.name);
     view.isSelected = list.selected == place.id;
+    view.notifications = enumName(effectiveChoice(place.notifications, view.isSelected, everyPlace));
     view.sky = "unknown";
     view.sentence = place.name;
     auto const found = kept.find(place.id);

@@ -24,6 +24,7 @@ struct PlaceView {
   bool isDay = true;
   std::string age;
   std::string sentence;
+  std::string notifications;  ///< the choice that holds, by its name
 
   bool operator==(PlaceView const&) const = default;
 };
@@ -40,6 +41,7 @@ inline constexpr auto viewFields<PlaceView> = std::tuple{
     viewField("isDay", &PlaceView::isDay),
     viewField("age", &PlaceView::age),
     viewField("sentence", &PlaceView::sentence),
+    viewField("notifications", &PlaceView::notifications),
 };
 
 struct FoundView {
@@ -105,7 +107,8 @@ HereView hereView(PlaceList const& list, LocationState const& location, KeptFore
 /// What is said beside the answer of a search online.
 std::string onlineNote(Result<std::vector<FoundPlace>, APIError> const& found, ViewContext const& context);
 
-std::vector<PlaceView> placeViews(PlaceList const& list, KeptForecasts const& kept,
+/// `everyPlace`: places of which nothing was chosen notify of danger though they are not selected.
+std::vector<PlaceView> placeViews(PlaceList const& list, KeptForecasts const& kept, bool everyPlace,
                                   ViewContext const& context);
 std::vector<FoundView> foundViews(std::vector<FoundPlace> const& found, PlaceList const& list);
 

@@ -49,6 +49,11 @@ constexpr WordRow kWords[] = {
     {"saved", "desktop.saved"},
     {"add", "desktop.add"},
     {"remove", "desktop.remove"},
+    {"notifications", "places.notifications"},
+    {"notifyEverything", "places.notifications.everything"},
+    {"notifySevere", "places.notifications.severe"},
+    {"notifyOfficial", "places.notifications.official"},
+    {"notifyNothing", "places.notifications.nothing"},
     {"moveUp", "desktop.moveUp"},
     {"moveDown", "desktop.moveDown"},
     {"selected", "desktop.selected"},
@@ -140,7 +145,8 @@ void DesktopModel::showWeather() {
   showOpenAlert(view);
   hazards_->show(*snapshot_, view);
   tiles_->show(tileViews(state, view));
-  places_->show(placeViews(snapshot_->places, snapshot_->kept, view));
+  bool const everyPlace = !snapshot_->settings || snapshot_->settings->settings.boolean("notify_everyPlace");
+  places_->show(placeViews(snapshot_->places, snapshot_->kept, everyPlace, view));
   found_->show(foundViews(foundPlaces_, snapshot_->places));
   notifications_->show(*snapshot_, view);
   here_->show(hereView(snapshot_->places, snapshot_->location, snapshot_->kept, view));
@@ -228,6 +234,12 @@ void DesktopModel::removeHere() {
 
 void DesktopModel::movePlace(QString const& id, int position) {
   ask(commands_.movePlace, uuidOf(id), position);
+}
+
+void DesktopModel::chooseNotifications(QString const& id, QString const& choice) {
+  if (auto const chosen = enumFromName<PlaceChoice>(choice.toStdString())) {
+    ask(commands_.chooseNotifications, uuidOf(id), *chosen);
+  }
 }
 
 void DesktopModel::search(QString const& text) {

@@ -27,6 +27,7 @@ struct DesktopCommands {
   std::function<void(SavedPlace)> addPlace;
   std::function<void(Uuid)> removePlace;
   std::function<void(Uuid, int)> movePlace;
+  std::function<void(Uuid, PlaceChoice)> chooseNotifications;
   std::function<void(SavedPlace, int position, bool select)> restorePlace;
   std::function<void(std::string)> search;
   HazardsCommands hazards;
@@ -127,6 +128,7 @@ class DesktopModel : public QObject {
   Q_INVOKABLE void selectPlace(QString const& id);
   Q_INVOKABLE void removePlace(QString const& id);
   Q_INVOKABLE void movePlace(QString const& id, int position);
+  Q_INVOKABLE void chooseNotifications(QString const& id, QString const& choice);
   Q_INVOKABLE void undoRemoval();
   Q_INVOKABLE void forgetRemoval();
   Q_INVOKABLE void locate();
