@@ -1,6 +1,7 @@
 #include "feeds/cap_reader.h"
 
 #include "base/text.h"
+#include "feeds/cap_json.h"
 #include "feeds/cap_text.h"
 
 #include <expat.h>
@@ -214,6 +215,7 @@ using ParserHandle = std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)
 
 Result<CapAlert, std::string> parseCap(std::string_view body) {
   if (body.size() > kLongestCapMessage) return std::unexpected("it is too long");
+  if (trimmed(body).starts_with('{')) return parseCapJson(body);
   ParserHandle const parser(XML_ParserCreate(nullptr), &XML_ParserFree);
   MessageReader message(parser.get());
   XML_SetUserData(parser.get(), &message);

@@ -1,4 +1,5 @@
-// Reads messages of the Common Alerting Protocol 1.2 from XML. Pure; any bytes may be given.
+// Reads messages of the Common Alerting Protocol 1.2 from XML, or from JSON of the same members. Pure; any
+// bytes may be given.
 #pragma once
 
 #include "base/result.h"

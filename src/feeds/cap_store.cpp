@@ -74,8 +74,11 @@ CapDocument CapStore::fetched(std::string const& address, std::chrono::milliseco
     }
     asking_.insert(address);
   }
-  auto const answer = http_.get(
-      {address, {{"Accept", "application/cap+xml, application/xml"}}, timeout, kLongestCapMessage}, stop);
+  auto const answer = http_.get({address,
+                                 {{"Accept", "application/cap+xml, application/xml, application/json;q=0.5"}},
+                                 timeout,
+                                 kLongestCapMessage},
+                                stop);
   CapDocument document = answer && answer->status == kOk ? accept(address, answer->body) : nullptr;
   std::lock_guard const lock(mutex_);
   if (!document && !stop.stop_requested()) rest(address, !answer || answer->status >= 500);

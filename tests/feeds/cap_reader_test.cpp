@@ -138,10 +138,14 @@ TEST(CapReader, PassesOverSignaturesAndWhatItDoesNotKnow) {
   EXPECT_EQ(message.infos.size(), 1U);
 }
 
-std::string ring(std::size_t points) {
-  std::string text = "<polygon>";
+std::string corners(std::size_t points) {
+  std::string text;
   for (std::size_t i = 0; i < points; ++i) text += "1,1 ";
-  return text + "</polygon>";
+  return text;
+}
+
+std::string ring(std::size_t points) {
+  return "<polygon>" + corners(points) + "</polygon>";
 }
 
 TEST(CapReader, RefusesWhatIsNoMessageOrTooMuch) {
@@ -164,11 +168,37 @@ TEST(CapReader, RefusesWhatIsNoMessageOrTooMuch) {
         {"<!DOCTYPE alert [<!ENTITY a \"b\">]><alert>&a;</alert>", "declares entities"},
         {"<alert><info></alert>", "mismatched tag"},
         {"", "no element found"},
-        {"{\"alert\":{}}", "not well-formed"},
+        {"{\"alert\":{}}", "it is no alert"},
+        {"{\"alert\":[1]", "cannot be read"},
+        {R"({"identifier":"1","info":[{"area":[{"polygon":[")" + corners(60'000) + R"(",")" +
+             corners(40'001) + R"("]}]}]})",
+         "too many points"},
         {std::string(kLongestCapMessage + 1, ' '), "too long"}}) {
     auto const message = parseCap(row.body);
     ASSERT_FALSE(message) << row.body.substr(0, 60);
     EXPECT_THAT(message.error(), HasSubstr(row.reason));
+  }
+}
+
+TEST(CapReader, ReadsMessagesInJsonAlike) {
+  std::string const members =
+      R"({"identifier":"2.49","sender":"a@b.example","sent":"2026-11-21T06:30:00+01:00","msgType":"Alert",)"
+      R"("references":null,"code":[7],"info":[{"language":"de-DE","event":"Sturm","description":" A\n\u009bB ",)"
+      R"("onset":"2026-11-21T06:00:00Z","responseType":["Prepare"],"parameter":[{"valueName":"awareness_level",)"
+      R"("value":"3; orange; Severe"},{"valueName":5}],"area":[{"areaDesc":"Küste","altitude":3280.8,)"
+      R"("geocode":[{"value":"DE1","valueName":"EMMA_ID"}],"polygon":["50,8 51,8 51,9 50,8",""],"circle":null}]}]})";
+  for (std::string const& body : {members, "{\"uuid\":\"1\",\"alert\":" + members + "}"}) {
+    CapAlert const message = messageOf(" " + body);
+    EXPECT_EQ(message.identifier, "2.49");
+    EXPECT_EQ(message.sent, at("2026-11-21T05:30:00Z"));
+    ASSERT_EQ(message.infos.size(), 1U);
+    CapInfo const& info = message.infos[0];
+    EXPECT_EQ(info.description, " A\nB ");
+    EXPECT_EQ(info.onset, at("2026-11-21T06:00:00Z"));
+    EXPECT_EQ(valueOf(info.parameters, "awareness_level"), "3; orange; Severe");
+    EXPECT_EQ(
+        info.areas,
+        (std::vector<CapArea>{{"Küste", {{{50, 8}, {51, 8}, {51, 9}, {50, 8}}}, {}, {{"EMMA_ID", "DE1"}}}}));
   }
 }
 
