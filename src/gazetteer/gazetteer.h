@@ -49,7 +49,8 @@ struct PlaceFacts {
   /// Empty on the open sea, beyond territorial waters.
   std::string_view countryCode;
   /// The most specific first: the district where a city of it is near, then the region. Known from the
-  /// surrounding towns, so close to a region's border it may be the neighbour's.
+  /// surrounding towns, so close to a region's border it may be the neighbour's. In Great Britain there
+  /// always is a district: county or council area.
   std::vector<std::string_view> regionNames;
   /// IANA name; the nautical "Etc/GMT+5" on the open sea. Borders of zones within a country are drawn to
   /// about a kilometre.

@@ -22,6 +22,15 @@ std::optional<std::size_t> nearestWanted(Coordinate coordinate, double reachKm, 
   return order[*found];
 }
 
+std::uint16_t nearestMark(Section section, Coordinate coordinate, std::uint16_t country) {
+  Table<LandmarkRecord> const marks(section);
+  auto const found = SphereTree(
+                         marks.size(), [&](std::size_t i) { return marks[i].at; },
+                         [&](std::size_t i) { return marks[i].country == country; })
+                         .nearest(coordinate, kRegionReachKm);
+  return found ? marks[*found].region : kNone;
+}
+
 }  // namespace
 
 std::optional<std::size_t> nearestCityNumber(Coordinate coordinate) {
@@ -34,12 +43,11 @@ std::optional<std::size_t> nearestCityNumber(Coordinate coordinate, std::uint16_
 }
 
 std::uint16_t regionAt(Coordinate coordinate, std::uint16_t country) {
-  Table<LandmarkRecord> const landmarks(Section::landmarks);
-  auto const found = SphereTree(
-                         landmarks.size(), [&](std::size_t i) { return landmarks[i].at; },
-                         [&](std::size_t i) { return landmarks[i].country == country; })
-                         .nearest(coordinate, kRegionReachKm);
-  return found ? landmarks[*found].region : kNone;
+  return nearestMark(Section::landmarks, coordinate, country);
+}
+
+std::uint16_t districtAt(Coordinate coordinate, std::uint16_t country) {
+  return nearestMark(Section::districtMarks, coordinate, country);
 }
 
 }  // namespace nimbara::gazetteer

@@ -65,8 +65,9 @@ std::string_view zoneNameOf(Coordinate coordinate, Whereabouts const& where) {
   return city ? cityAt(*city).timeZone : zoneName(where.zoneCell);
 }
 
-/// kNone where no city of that region is near.
+/// kNone where no city of that region is near and the country's districts are not told apart.
 std::uint16_t districtAt(Coordinate coordinate, std::uint16_t country, std::uint16_t region) {
+  if (auto const exact = gazetteer::districtAt(coordinate, country); exact != kNone) return exact;
   auto const nearest = nearestCityNumber(coordinate, country, kDistrictReachKm);
   if (!nearest) return kNone;
   auto const city = Table<CityRecord>(Section::cities)[*nearest];

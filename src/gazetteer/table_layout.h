@@ -17,31 +17,32 @@ namespace nimbara::gazetteer {
 static_assert(std::endian::native == std::endian::little, "the tables are read in place");
 
 enum class Section : std::uint8_t {
-  texts,         // display texts: a length byte, then UTF-8
-  cities,        // CityRecord, the most populous first
-  cityKeys,      // folded names, city after city: see city_search.cpp
-  cityTree,      // city numbers (uint16) as a balanced tree: see sphere_tree.h
-  landmarks,     // LandmarkRecord as a balanced tree
-  countries,     // CountryRecord, by code
-  countryZones,  // zone numbers (uint16), country after country
-  countryKeys,   // folded names of countries, "\n" around each
-  regions,       // RegionRecord
-  regionKeys,    // folded names and codes of regions, "\n" around each
-  districts,     // text offsets (uint32)
-  zones,         // text offsets (uint32); number 0 is the open sea
-  zoneRows,      // row number -> first run (uint32), one more than there are rows
-  zoneRuns,      // ZoneRun, from west to east
-  outlines,      // OutlineRecord
-  rings,         // RingRecord
-  points,        // PointRecord
-  coasts,        // RingRecord, of coarse points
-  borders,       // RingRecord, of coarse points
-  coarsePoints,  // CoarsePoint
+  texts,          // display texts: a length byte, then UTF-8
+  cities,         // CityRecord, the most populous first
+  cityKeys,       // folded names, city after city: see city_search.cpp
+  cityTree,       // city numbers (uint16) as a balanced tree: see sphere_tree.h
+  landmarks,      // LandmarkRecord as a balanced tree
+  districtMarks,  // LandmarkRecord likewise, whose "region" is a district
+  countries,      // CountryRecord, by code
+  countryZones,   // zone numbers (uint16), country after country
+  countryKeys,    // folded names of countries, "\n" around each
+  regions,        // RegionRecord
+  regionKeys,     // folded names and codes of regions, "\n" around each
+  districts,      // text offsets (uint32)
+  zones,          // text offsets (uint32); number 0 is the open sea
+  zoneRows,       // row number -> first run (uint32), one more than there are rows
+  zoneRuns,       // ZoneRun, from west to east
+  outlines,       // OutlineRecord
+  rings,          // RingRecord
+  points,         // PointRecord
+  coasts,         // RingRecord, of coarse points
+  borders,        // RingRecord, of coarse points
+  coarsePoints,   // CoarsePoint
   count
 };
 
 inline constexpr auto kSections = static_cast<std::size_t>(Section::count);
-inline constexpr std::uint32_t kMagic = 0x315A474E;  // "NGZ1"
+inline constexpr std::uint32_t kMagic = 0x325A474E;  // "NGZ2"
 
 struct SectionEntry {
   std::uint32_t offset;

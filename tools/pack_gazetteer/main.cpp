@@ -16,10 +16,18 @@ namespace {
 
 constexpr std::int32_t kSmallestCity = 15'000;
 
+/// Countries whose official warnings go by unions of districts, without outlines.
+bool hasWarningsByDistrict(Town const& town) {
+  return town.country == "GB";
+}
+
 /// Regions or districts that are asked for, numbered in that order.
 class NamedCodes {
  public:
-  explicit NamedCodes(std::filesystem::path const& json) : names_(readCodes(json)) {}
+  explicit NamedCodes(std::filesystem::path const& json) : names_(readCodes(json)) {
+    // Towns are listed under it although the list of names has it no more.
+    names_.try_emplace("GB.ENG.J1", "Northamptonshire");
+  }
 
   /// kNone for a code without name.
   template <class Write>
@@ -70,11 +78,14 @@ class Packer {
  private:
   void packTowns() {
     std::vector<LandmarkRecord> landmarks;
+    std::vector<LandmarkRecord> districtMarks;
     std::vector<std::uint16_t> tree;
     std::vector<PointRecord> points;
     for (Town const& town : towns_) {
       landmarks.push_back({town.at, countries_.number(town.country), region(town)});
       countries_.addTown(landmarks.back().country, zones_.number(town.zone));
+      if (hasWarningsByDistrict(town) && district(town) != kNone)
+        districtMarks.push_back({town.at, landmarks.back().country, district(town)});
       if (town.population < kSmallestCity && !town.isCapital) continue;
       auto const number = static_cast<std::uint16_t>(packCity(town));
       points.push_back(town.at);
@@ -83,10 +94,14 @@ class Packer {
     file_.appendBytes(Section::cityKeys, "\n");
     orderAsTree(tree.data(), tree.data() + tree.size(), [&](std::uint16_t city) { return points[city]; });
     for (std::uint16_t const city : tree) file_.append(Section::cityTree, city);
-    landmarks = condensed(landmarks);
-    orderAsTree(landmarks.data(), landmarks.data() + landmarks.size(),
-                [](auto const& mark) { return mark.at; });
-    for (LandmarkRecord const& landmark : landmarks) file_.append(Section::landmarks, landmark);
+    packMarks(landmarks, Section::landmarks);
+    packMarks(districtMarks, Section::districtMarks);
+  }
+
+  void packMarks(std::vector<LandmarkRecord> const& all, Section section) {
+    std::vector<LandmarkRecord> marks = condensed(all);
+    orderAsTree(marks.data(), marks.data() + marks.size(), [](auto const& mark) { return mark.at; });
+    for (LandmarkRecord const& mark : marks) file_.append(section, mark);
   }
 
   std::uint32_t packCity(Town const& town) {
