@@ -62,7 +62,7 @@ void chooseEvents(benchmark::State& state, std::string const& body) {
   auto const list = parseNwsAlerts(body);
   Instant const now = *parseIso8601("2026-11-21T12:00:00Z");
   for (auto _ : state) {
-    EventRoots roots;
+    KnownEvents roots;
     benchmark::DoNotOptimize(liveEvents(list->alerts, now, roots));
   }
 }

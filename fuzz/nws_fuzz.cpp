@@ -7,7 +7,7 @@
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
   using namespace nimbara;
   auto const list = parseNwsAlerts({reinterpret_cast<char const*>(data), size});
-  EventRoots roots;
+  KnownEvents roots;
   if (list) liveEvents(list->alerts, *parseIso8601("2024-01-12T12:00:00Z"), roots);
   return 0;
 }

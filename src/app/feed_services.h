@@ -58,6 +58,7 @@ class FeedServices {
   GeomagneticService geomagnetic_;
   KpForecastService kpForecast_;
   MeteoAlarmService meteoAlarm_;
+  NWSAlertService nwsWaters_;  ///< of the points on the water off the places
   GovAlertService govAlerts_;
   AirQualityService airQuality_;
   TropicalStormService tropicalStorms_;

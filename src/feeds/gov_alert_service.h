@@ -6,6 +6,7 @@
 
 #include "base/geodesy.h"
 #include "base/result.h"
+#include "feeds/event_memory.h"
 #include "feeds/gov_alerts.h"
 #include "feeds/nws_alert_service.h"
 #include "feeds/region_code.h"
@@ -15,6 +16,7 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <stop_token>
@@ -33,24 +35,35 @@ struct GovAlertPlace {
 /// What the gazetteer knows of a coordinate.
 GovAlertPlace govAlertPlace(Coordinate coordinate);
 
+/// What an issuer has in force.
+struct GovSourceAnswer {
+  std::vector<WeatherAlert> alerts;    ///< that concern the place, in the issuer's order
+  std::vector<WeatherAlert> unplaced;  ///< in parts of the country of which nobody can say where they are
+};
+
 struct GovSourceFailure {
   std::string problem;  ///< a sentence without a full stop
   /// What could be read all the same; what was known before stays beside it.
   std::vector<WeatherAlert> readable;
+  std::vector<WeatherAlert> unplaced;
 };
 
-/// One issuer of warnings. `fetch` gives the present list in the issuer's order, each alert under the
-/// `govAlertId` of its event; `roots` is the place's memory of events that go on, for issuers that need one.
+/// One issuer of warnings; `fetch` may be called for several places at once. Alerts either have the
+/// `govAlertId` of their event or say in `event` what they are about. `memory` is that of all events, for
+/// issuers that follow chains of messages.
 struct GovAlertSource {
-  using Fetch = std::function<Result<std::vector<WeatherAlert>, GovSourceFailure>(
-      GovAlertPlace const&, EventRoots& roots, std::stop_token const&)>;
+  using Fetch = std::function<Result<GovSourceAnswer, GovSourceFailure>(
+      GovAlertPlace const&, EventMemory& memory, std::stop_token const&)>;
   std::string name;  ///< "nws"
   std::function<bool(GovAlertPlace const&)> covers;
   Fetch fetch;
+  bool isIdentified = false;  ///< its alerts have their identifiers, whatever `event` says
 };
 
-/// Both must outlive the source.
-GovAlertSource nwsAlertSource(NWSAlertService& service, Clock const& clock);
+/// With `waters` a place near a shore is asked for a second time, by a point on the water: that names the
+/// marine zone, which no point on land lies in. All must outlive the source.
+GovAlertSource nwsAlertSource(NWSAlertService& service, Clock const& clock,
+                              NWSAlertService* waters = nullptr);
 
 struct GovSourceState {
   std::string name;
@@ -58,7 +71,8 @@ struct GovSourceState {
   std::optional<Instant> failedSince;  ///< first failure after it
   std::string problem;                 ///< of the last failure
   std::vector<WeatherAlert> alerts;
-  EventRoots roots;  ///< of the messages that tell of the alerts
+  std::vector<WeatherAlert> unplaced;  ///< in force somewhere in the country; not among the alerts
+  EventRoots roots;                    ///< as files of older versions have them; the memory takes them over
 
   bool operator==(GovSourceState const&) const = default;
 };
@@ -70,10 +84,12 @@ inline constexpr auto jsonFields<GovSourceState> =
                field("failedSince", &GovSourceState::failedSince),
                fieldOr("problem", &GovSourceState::problem),
                field("alerts", &GovSourceState::alerts),
+               fieldOr("unplaced", &GovSourceState::unplaced),
                fieldOr("roots", &GovSourceState::roots)};
 
 struct GovAlerts {
   std::vector<WeatherAlert> alerts;     ///< live ones, most severe first
+  std::vector<WeatherAlert> unplaced;   ///< live ones of parts of the country that cannot be placed
   std::vector<GovSourceState> sources;  ///< those that cover the place and were asked for
 
   /// Nobody whom this program knows issues warnings for the place.
@@ -86,11 +102,12 @@ struct GovAlerts {
 
 class GovAlertService {
  public:
-  /// With `cacheDirectory` lists outlive the process, one file a place.
+  /// With `cacheDirectory` lists outlive the process, one file a place, and so does what events are known by.
   GovAlertService(Clock const& clock, std::vector<GovAlertSource> sources,
                   std::filesystem::path cacheDirectory);
 
-  /// Asks every source that covers the place, or those of `names` when any are given. Blocks.
+  /// Asks every source that covers the place, or those of `names` when any are given. Blocks, and waits only
+  /// for those who ask for the same place.
   GovAlerts fetchAlerts(GovAlertPlace const& place, std::vector<std::string> const& names = {},
                         std::stop_token const& stop = {});
   /// What was last known, without asking anybody and without waiting for those who ask: for the first moments
@@ -100,6 +117,9 @@ class GovAlertService {
  private:
   using States = std::vector<GovSourceState>;
 
+  std::shared_ptr<std::mutex> turnOf(GovAlertPlace const& place);
+  void ask(GovAlertSource const& source, GovAlertPlace const& place, GovSourceState& state,
+           std::stop_token const& stop);
   States& statesOf(GovAlertPlace const& place);
   States copyOfStates(GovAlertPlace const& place);
   void remember(GovAlertPlace const& place, States states);
@@ -112,9 +132,10 @@ class GovAlertService {
   Clock const& clock_;
   std::vector<GovAlertSource> sources_;
   std::filesystem::path cacheDirectory_;
-  std::mutex turn_;        // of those who ask the sources
-  std::mutex memoryLock_;  // guards the memory; never held while somebody is asked
+  EventMemory events_;
+  std::mutex memoryLock_;  // guards the two below; never held while somebody is asked
   std::map<std::string, States> memory_;
+  std::map<std::string, std::shared_ptr<std::mutex>> turns_;  ///< of those who ask for a place
 };
 
 }  // namespace nimbara

@@ -1,6 +1,7 @@
 #include "feeds/gov_alerts.h"
 
 #include "base/text.h"
+#include "feeds/us_waters.h"
 
 #include <algorithm>
 #include <array>
@@ -10,10 +11,6 @@
 namespace nimbara {
 
 namespace {
-
-/// Drawn once; a change of it would make every event a new one.
-constexpr Uuid kEvents{
-    {0x6b, 0x1d, 0x0c, 0x52, 0x8e, 0x3f, 0x4a, 0x77, 0x9c, 0x21, 0x5f, 0xd8, 0x03, 0xa9, 0xe4, 0x16}};
 
 constexpr std::string_view kLinkBase = "https://api.weather.gov/alerts/";
 
@@ -73,8 +70,9 @@ constexpr IconRow kIcons[] = {
 };
 constexpr std::string_view kGenericIcon = "exclamationmark.triangle.fill";
 
+/// The service states no level of some that people must know of, such as foul air: they are taken for medium.
 constexpr std::array<AlertSeverity, enumNames<NWSAlertSeverity>.size()> kSeverities{
-    AlertSeverity::info, AlertSeverity::info, AlertSeverity::advisory, AlertSeverity::warning,
+    AlertSeverity::advisory, AlertSeverity::info, AlertSeverity::advisory, AlertSeverity::warning,
     AlertSeverity::critical};
 
 bool isActual(NWSAlert const& message) {
@@ -115,23 +113,29 @@ class Messages {
     return isActual(message) && warns(message) && !(end && *end <= now) && !superseded_.contains(&message);
   }
 
-  /// The identifier of the message that began the event.
-  std::string_view root(NWSAlert const& message) const {
+  struct Root {
+    std::string_view message;  ///< its identifier
+    bool isKnown = false;      ///< from earlier lists
+  };
+
+  /// The message that began the event, as far as references tell.
+  Root root(NWSAlert const& message) const {
     NWSAlert const* at = &message;
     for (std::size_t steps = 0; steps <= list_.size(); ++steps) {
-      if (auto const root = knownRoot(*at)) return *root;
+      if (auto const root = knownRoot(*at)) return {*root, true};
       if (at->references.empty()) break;
       std::string_view const oldest = oldestReference(*at).identifier;
       auto const found = byId_.find(oldest);
-      if (found == byId_.end() || found->second == at) return oldest;
+      if (found == byId_.end() || found->second == at) return {oldest};
       at = found->second;
     }
-    return at->id;
+    return {at->id};
   }
 
-  /// Of two messages the one that was sent later; of unknown or equal times the one listed first.
+  /// Of two messages the one that was sent later, of equal times the one listed first. A message of no known
+  /// time is older than all others.
   static bool isNewer(NWSAlert const& a, NWSAlert const& b) {
-    return a.sent && b.sent && *a.sent != *b.sent ? *a.sent > *b.sent : &a < &b;
+    return a.sent == b.sent ? &a < &b : a.sent > b.sent;
   }
 
  private:
@@ -166,33 +170,31 @@ class Messages {
   std::set<NWSAlert const*> superseded_;
 };
 
-/// Live messages by event. An event whose area was split goes on in several messages, one for each area.
-class Events {
- public:
-  void add(std::string_view root, NWSAlert const& message) {
-    NWSAlert const*& chosen = byRoot_[root][message.areaDesc];
-    if (chosen == nullptr || Messages::isNewer(message, *chosen)) chosen = &message;
+/// What tells the event of a message from others where no reference does.
+std::string eventKey(NWSAlert const& message) {
+  if (!message.vtec.empty()) return "nws|" + message.vtec;
+  return "nws|" + message.senderName + "|" + message.event + "|" + message.areaDesc;
+}
+
+EventPeriod periodOf(NWSAlert const& message, Instant now) {
+  auto const until = endOf(message);
+  Instant const from = message.onset.value_or(message.sent.value_or(now));
+  return {until ? std::min(from, *until) : from, until};
+}
+
+/// The message that began the event, as far as anybody knows; remembered for the next lists.
+std::string noteEvent(NWSAlert const& message, Messages const& related, Instant now, KnownEvents& known) {
+  Messages::Root const own = related.root(message);
+  std::string const key = eventKey(message);
+  EventPeriod const period = periodOf(message, now);
+  KnownEvent const* const event = own.isKnown ? nullptr : findPeriod(known, key, period);
+  std::string root(event == nullptr ? own.message : std::string_view(event->root));
+  notePeriod(known, key, period, root, now);
+  noteRoot(known, message.id, root, now);
+  for (NWSReference const& older : message.references) {
+    if (!known.roots.contains(older.identifier)) noteRoot(known, older.identifier, root, now);
   }
-
-  /// The key of a message's event; nothing when a newer message tells of the same.
-  std::optional<std::string> key(std::string_view root, NWSAlert const& message) const {
-    auto const& areas = byRoot_.at(root);
-    if (areas.at(message.areaDesc) != &message) return std::nullopt;
-    std::string key = "nws:" + std::string(root);
-    if (areas.begin()->second != &message) key += "\n" + message.areaDesc;
-    return key;
-  }
-
- private:
-  std::map<std::string_view, std::map<std::string_view, NWSAlert const*>> byRoot_;
-};
-
-/// Takes over what a list says of its messages, and forgets what none has spoken of for long.
-void remember(EventRoots& roots, EventRoots const& said, Instant now) {
-  for (auto const& [message, root] : said) roots.insert_or_assign(message, root);
-  std::erase_if(roots, [now](auto const& entry) {
-    return entry.second.seenAt > now || now - entry.second.seenAt >= kEventRootsLife;
-  });
+  return root;
 }
 
 std::optional<std::string> unlessEmpty(std::string const& text) {
@@ -203,6 +205,10 @@ WeatherAlert eventOf(NWSAlert const& message, std::string_view key) {
   WeatherAlert alert;
   alert.id = govAlertId(key);
   alert.severity = kSeverities[static_cast<std::size_t>(message.severity)];
+  if (message.severity == NWSAlertSeverity::unknown) alert.levelStated = false;
+  bool const isOnWater = !message.zones.empty() && std::ranges::all_of(message.zones, isMarineZone);
+  if (isOnWater) alert.onWater = true;
+  alert.event = eventKey(message);
   alert.title = message.event;
   alert.message = message.headline;
   alert.icon = nwsIcon(message.event);
@@ -218,11 +224,46 @@ WeatherAlert eventOf(NWSAlert const& message, std::string_view key) {
   return alert;
 }
 
-}  // namespace
+/// Live messages by event. An event whose area was split goes on in several messages, one for each area; of
+/// those for one area the newest tells it.
+class Events {
+ public:
+  explicit Events(Instant now) : now_(now) {}
 
-Uuid govAlertId(std::string_view key) {
-  return Uuid::named(kEvents, key);
-}
+  void add(std::string const& root, NWSAlert const& message) {
+    byRoot_[root][message.areaDesc].push_back(&message);
+  }
+
+  /// The event that a message tells; nothing when a newer message tells of the same.
+  std::optional<WeatherAlert> told(std::string const& root, NWSAlert const& message) const {
+    auto const& areas = byRoot_.at(root);
+    auto const& same = areas.at(message.areaDesc);
+    if (std::ranges::any_of(same, [&](NWSAlert const* one) { return Messages::isNewer(*one, message); }))
+      return std::nullopt;
+    std::string key = "nws:" + root;
+    if (areas.begin()->first != message.areaDesc) key += "\n" + message.areaDesc;
+    WeatherAlert alert = eventOf(message, key);
+    for (NWSAlert const* const older : same) widen(alert, message, *older);
+    return alert;
+  }
+
+ private:
+  /// An older message of the same event began it; where it is for a period of its own, it still holds.
+  void widen(WeatherAlert& alert, NWSAlert const& newest, NWSAlert const& older) const {
+    if (older.onset && alert.onset) alert.onset = std::min(*alert.onset, *older.onset);
+    EventPeriod const then = periodOf(older, now_);
+    EventPeriod const last = periodOf(newest, now_);
+    bool const isApart = (then.until && *then.until <= last.from) || (last.until && *last.until <= then.from);
+    if (!isApart) return;
+    alert.severity = std::max(alert.severity, kSeverities[static_cast<std::size_t>(older.severity)]);
+    if (alert.expires && then.until) alert.expires = std::max(*alert.expires, *then.until);
+  }
+
+  Instant now_;
+  std::map<std::string, std::map<std::string_view, std::vector<NWSAlert const*>>> byRoot_;
+};
+
+}  // namespace
 
 bool hasEnded(WeatherAlert const& alert, Instant now) {
   return alert.expires && *alert.expires <= now;
@@ -234,26 +275,24 @@ std::string_view nwsIcon(std::string_view event) {
   return row == std::ranges::end(kIcons) ? kGenericIcon : row->icon;
 }
 
-std::vector<WeatherAlert> liveEvents(std::vector<NWSAlert> const& messages, Instant now, EventRoots& roots) {
-  Messages const related(messages, roots);
+std::vector<WeatherAlert> liveEvents(std::vector<NWSAlert> const& messages, Instant now, KnownEvents& known) {
+  Messages const related(messages, known.roots);
   std::vector<NWSAlert const*> live;
-  Events events;
-  EventRoots said;
   for (NWSAlert const& message : messages) {
-    if (!related.isLive(message, now)) continue;
-    std::string_view const root = related.root(message);
-    live.push_back(&message);
-    events.add(root, message);
-    said.insert_or_assign(message.id, EventRoot{std::string(root), now});
-    for (NWSReference const& older : message.references)
-      said.try_emplace(older.identifier, EventRoot{std::string(root), now});
+    if (related.isLive(message, now)) live.push_back(&message);
+  }
+  std::vector<NWSAlert const*> oldestFirst = live;
+  std::ranges::stable_sort(oldestFirst, [](auto* a, auto* b) { return Messages::isNewer(*b, *a); });
+  std::map<NWSAlert const*, std::string> roots;
+  Events events(now);
+  for (NWSAlert const* const message : oldestFirst) {
+    std::string const& root = roots[message] = noteEvent(*message, related, now, known);
+    events.add(root, *message);
   }
   std::vector<WeatherAlert> alerts;
   for (NWSAlert const* const message : live) {
-    auto const key = events.key(related.root(*message), *message);
-    if (key) alerts.push_back(eventOf(*message, *key));
+    if (auto alert = events.told(roots.at(message), *message)) alerts.push_back(std::move(*alert));
   }
-  remember(roots, said, now);
   return alerts;
 }
 

@@ -8,12 +8,12 @@ GovAlertSource meteoAlarmSource(MeteoAlarmService& service) {
   auto const covers = [](GovAlertPlace const& place) {
     return meteoAlarmFeedName(isoCountryCode(place.countryCode)).has_value();
   };
-  auto const fetch = [&service](
-                         GovAlertPlace const& place, EventRoots&,
-                         std::stop_token const& stop) -> Result<std::vector<WeatherAlert>, GovSourceFailure> {
+  auto const fetch = [&service](GovAlertPlace const& place, EventMemory&,
+                                std::stop_token const& stop) -> Result<GovSourceAnswer, GovSourceFailure> {
     MeteoAlarmAnswer answer = service.fetch(place.coordinate, place.countryCode, place.regions, stop);
-    if (answer.failure) return std::unexpected(GovSourceFailure{*answer.failure, std::move(answer.alerts)});
-    return std::move(answer.alerts);
+    if (answer.failure)
+      return std::unexpected(GovSourceFailure{*answer.failure, std::move(answer.alerts), {}});
+    return GovSourceAnswer{std::move(answer.alerts), {}};
   };
   return {"meteoalarm", covers, fetch};
 }

@@ -22,6 +22,16 @@ struct WireReference {
   Lenient<Instant> sent;
 };
 
+using WireTexts = Lenient<std::vector<Lenient<std::string>>>;
+
+struct WireGeocode {
+  WireTexts zones;
+};
+
+struct WireParameters {
+  WireTexts vtec;
+};
+
 struct WireProperties {
   std::string id;
   std::string event;
@@ -40,6 +50,8 @@ struct WireProperties {
   Lenient<std::string> status;
   Lenient<std::string> messageType;
   Lenient<std::vector<Lenient<WireReference>>> references;
+  Lenient<WireGeocode> geocode;
+  Lenient<WireParameters> parameters;
 };
 
 struct WireFeature {
@@ -68,6 +80,30 @@ std::vector<NWSReference> referencesOf(WireProperties& wire) {
   return references;
 }
 
+std::vector<std::string> textsOf(WireTexts const& wire) {
+  std::vector<std::string> texts;
+  if (!wire.value) return texts;
+  for (Lenient<std::string> const& text : *wire.value) {
+    if (text.value) texts.push_back(*text.value);
+  }
+  return texts;
+}
+
+/// "KLOT.WS.A.0001" of "/O.NEW.KLOT.WS.A.0001.260112T1200Z-260113T0000Z/"; empty for any other text.
+std::string eventNumber(std::string_view vtec) {
+  constexpr std::size_t kBefore = std::string_view("/O.NEW.").size();
+  constexpr std::size_t kLength = std::string_view("KLOT.WS.A.0001").size();
+  if (vtec.size() <= kBefore + kLength || vtec[kBefore - 1] != '.' || vtec[kBefore + kLength] != '.')
+    return {};
+  return std::string(vtec.substr(kBefore, kLength));
+}
+
+std::string eventNumberOf(WireProperties const& wire) {
+  if (!wire.parameters.value) return {};
+  auto const texts = textsOf(wire.parameters.value->vtec);
+  return texts.empty() ? std::string() : eventNumber(texts.front());
+}
+
 NWSAlert alertOf(WireProperties& wire) {
   NWSAlert alert;
   alert.headline = wire.headline ? std::move(*wire.headline) : wire.event;
@@ -85,6 +121,8 @@ NWSAlert alertOf(WireProperties& wire) {
   alert.status = std::move(wire.status.value).value_or("");
   alert.messageType = std::move(wire.messageType.value).value_or("");
   alert.references = referencesOf(wire);
+  alert.vtec = eventNumberOf(wire);
+  if (wire.geocode.value) alert.zones = textsOf(wire.geocode.value->zones);
   return alert;
 }
 
@@ -105,11 +143,18 @@ template <>
 inline constexpr auto jsonFields<WireReference> =
     std::tuple{field("identifier", &WireReference::identifier), fieldOr("sent", &WireReference::sent)};
 
+template <>
+inline constexpr auto jsonFields<WireGeocode> = std::tuple{fieldOr("UGC", &WireGeocode::zones)};
+
+template <>
+inline constexpr auto jsonFields<WireParameters> = std::tuple{fieldOr("VTEC", &WireParameters::vtec)};
+
 /// In the order of the service's own documents.
 template <>
 inline constexpr auto jsonFields<WireProperties> = std::tuple{
     field("id", &WireProperties::id),
     field("areaDesc", &WireProperties::areaDesc),
+    fieldOr("geocode", &WireProperties::geocode),
     fieldOr("references", &WireProperties::references),
     fieldOr("sent", &WireProperties::sent),
     field("onset", &WireProperties::onset),
@@ -125,6 +170,7 @@ inline constexpr auto jsonFields<WireProperties> = std::tuple{
     field("headline", &WireProperties::headline),
     field("description", &WireProperties::description),
     field("instruction", &WireProperties::instruction),
+    fieldOr("parameters", &WireProperties::parameters),
 };
 
 template <>

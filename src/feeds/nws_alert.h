@@ -53,6 +53,10 @@ struct NWSAlert {
   std::string status;       ///< "Actual", "Test" …; empty when the service did not say
   std::string messageType;  ///< "Alert", "Update", "Cancel"; empty when the service did not say
   std::vector<NWSReference> references;
+  /// Office, phenomenon, significance and number of the event ("KLOT.WS.A.0001"), the same in all of its
+  /// messages; empty for products that have none.
+  std::string vtec;
+  std::vector<std::string> zones;  ///< codes of zones and counties: "ILZ014", "LMZ741"
 
   bool operator==(NWSAlert const&) const = default;
 };
@@ -74,6 +78,8 @@ inline constexpr auto jsonFields<NWSAlert> = std::tuple{
     fieldOr("status", &NWSAlert::status),
     fieldOr("messageType", &NWSAlert::messageType),
     fieldOr("references", &NWSAlert::references),
+    fieldOr("vtec", &NWSAlert::vtec),
+    fieldOr("zones", &NWSAlert::zones),
 };
 
 struct NWSAlertList {

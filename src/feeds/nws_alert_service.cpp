@@ -15,6 +15,8 @@ constexpr std::chrono::seconds kTimeout{15};
 constexpr std::size_t kLargestBody = std::size_t{8} << 20;
 constexpr int kOk = 200;
 constexpr int kNotModified = 304;
+constexpr int kBadRequest = 400;
+constexpr int kNotFound = 404;
 
 std::string keyOf(Coordinate place) {
   constexpr int kDecimals = 4;
@@ -53,19 +55,34 @@ NWSAlertService::NWSAlertService(HttpClient& http, Clock const& clock, Options o
 
 NWSAlertAnswer NWSAlertService::fetchAlerts(double latitude, double longitude, std::stop_token const& stop) {
   Coordinate const place{latitude, longitude};
-  if (!isValid(place)) return {{}, false, "the coordinate is not on the globe", {}};
+  if (!isValid(place)) return {{}, false, "the coordinate is not on the globe", {}, false};
   std::string const key = keyOf(place);
-  std::lock_guard const turn(turn_);
-  bool const isKept = lastFetchPoint_ == key;
-  if (isKept && isYounger(*lastFetchDate_, kCacheTTL, clock_.now())) return {cachedAlerts_, true, "", {}};
-  auto const response = exchange(http_, requestFor(key), stop);
+  std::unique_lock lock(mutex_);
+  bool const isFresh = lastFetchPoint_ == key && isYounger(*lastFetchDate_, kCacheTTL, clock_.now());
+  if (isFresh) return {cachedAlerts_, true, "", {}, false};
+  bool const hadValidators = lastFetchPoint_ == key;
+  auto response = askFor(key, lock, stop);
+  // Another place took the cache in between, and what has not changed is not at hand any more.
+  bool const isLost = hadValidators && lastFetchPoint_ != key && response && response->status == kNotModified;
+  if (isLost) response = askFor(key, lock, stop);
   if (!response) return failed(key, response.error());
-  if (response->status == kNotModified && isKept) {
+  if (response->status == kNotModified && lastFetchPoint_ == key) {
     lastFetchDate_ = clock_.now();
-    return {cachedAlerts_, true, "", {}};
+    return {cachedAlerts_, true, "", {}, false};
   }
-  if (response->status != kOk) return failed(key, statusProblem(response->status));
+  if (response->status != kOk) return refused(key, response->status);
   return taken(key, *response);
+}
+
+/// Lets others in while the service is asked.
+Result<HttpResponse, std::string> NWSAlertService::askFor(std::string const& key,
+                                                          std::unique_lock<std::mutex>& lock,
+                                                          std::stop_token const& stop) {
+  HttpRequest const request = requestFor(key);
+  lock.unlock();
+  auto response = exchange(http_, request, stop);
+  lock.lock();
+  return response;
 }
 
 HttpRequest NWSAlertService::requestFor(std::string const& key) const {
@@ -93,11 +110,18 @@ NWSAlertAnswer NWSAlertService::taken(std::string const& key, HttpResponse const
   lastFetchPoint_ = key;
   lastETag_ = headerOf(response, "ETag");
   lastModified_ = headerOf(response, "Last-Modified");
-  return {cachedAlerts_, true, "", {}};
+  return {cachedAlerts_, true, "", {}, false};
+}
+
+NWSAlertAnswer NWSAlertService::refused(std::string const& key, int status) const {
+  auto answer = failed(key, statusProblem(status));
+  answer.isOutside = status == kBadRequest || status == kNotFound;
+  return answer;
 }
 
 NWSAlertAnswer NWSAlertService::failed(std::string const& key, std::string problem) const {
-  return {lastFetchPoint_ == key ? cachedAlerts_ : std::vector<NWSAlert>(), false, std::move(problem), {}};
+  return {
+      lastFetchPoint_ == key ? cachedAlerts_ : std::vector<NWSAlert>(), false, std::move(problem), {}, false};
 }
 
 std::vector<NWSAlert> NWSAlertService::fetchConvectiveAlerts(double latitude, double longitude,

@@ -23,6 +23,7 @@ struct NWSAlertAnswer {
   std::string problem;  ///< why it is not: a sentence without a full stop
   /// Of an answer in which some features are no alerts: the others. Such an answer is a failure.
   std::optional<std::vector<NWSAlert>> readable;
+  bool isOutside = false;  ///< the service says that it knows no such point
 };
 
 class NWSAlertService {
@@ -36,22 +37,25 @@ class NWSAlertService {
 
   NWSAlertService(HttpClient& http, Clock const& clock, Options options);
 
-  /// Degrees. Blocks for the request; `stop` ends it as a failure.
+  /// Degrees. Any thread, also several at once. Blocks for the request; `stop` ends it as a failure.
   NWSAlertAnswer fetchAlerts(double latitude, double longitude, std::stop_token const& stop = {});
   std::vector<NWSAlert> fetchConvectiveAlerts(double latitude, double longitude,
                                               std::stop_token const& stop = {});
   std::vector<NWSAlert> fetchFloodAlerts(double latitude, double longitude, std::stop_token const& stop = {});
 
  private:
+  Result<HttpResponse, std::string> askFor(std::string const& key, std::unique_lock<std::mutex>& lock,
+                                           std::stop_token const& stop);
   HttpRequest requestFor(std::string const& key) const;
   NWSAlertAnswer taken(std::string const& key, HttpResponse const& response);
+  NWSAlertAnswer refused(std::string const& key, int status) const;
   NWSAlertAnswer failed(std::string const& key, std::string problem) const;
 
   HttpClient& http_;
   Clock const& clock_;
   std::string baseUrl_;
   std::string userAgent_;
-  std::mutex turn_;
+  std::mutex mutex_;  // guards all below; never held while the service is asked
   std::vector<NWSAlert> cachedAlerts_;
   std::optional<Instant> lastFetchDate_;
   std::optional<std::string> lastFetchPoint_;

@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <optional>
 #include <string>
-#include <utility>
+#include <tuple>
 #include <vector>
 
 namespace nimbara {
@@ -68,6 +68,10 @@ struct WeatherAlert {
   std::optional<bool> isFullText;
   /// Areas of the warning near the place; they count for level and period only where there are no others.
   std::optional<std::vector<NearArea>> near;
+  /// False where the issuer names no level; `severity` is then what it is taken for.
+  std::optional<bool> levelStated;
+  /// Of waters only, be it those off the place's shore.
+  std::optional<bool> onWater;
 
   bool operator==(WeatherAlert const&) const = default;
 };
@@ -97,13 +101,15 @@ inline constexpr auto jsonFields<WeatherAlert> = std::tuple{
     field("_nimbaraLanguage", &WeatherAlert::language),
     field("_nimbaraFullText", &WeatherAlert::isFullText),
     field("_nimbaraNear", &WeatherAlert::near),
+    field("_nimbaraLevelStated", &WeatherAlert::levelStated),
+    field("_nimbaraOnWater", &WeatherAlert::onWater),
 };
 
-/// Most severe first, and of equal severity those of the place itself before those that are only near;
-/// otherwise alerts keep their order.
+/// Most severe first, of equal severity those of a stated level before those that are only taken for it, and
+/// those of the place itself before those that are only near; otherwise alerts keep their order.
 inline void sortMostSevereFirst(std::vector<WeatherAlert>& alerts) {
   std::ranges::stable_sort(alerts, std::ranges::greater{}, [](WeatherAlert const& alert) {
-    return std::pair(alert.severity, !alert.distanceKm);
+    return std::tuple(alert.severity, alert.levelStated.value_or(true), !alert.distanceKm);
   });
 }
 

@@ -116,7 +116,7 @@ TEST(DemoAlerts, KeepTheirIdentifiersThroughUpdatesAndCancellations) {
   std::set<std::string> types;
   int gaps = 0;
   std::set<std::string> before;
-  EventRoots roots;
+  KnownEvents roots;
   for (int hour = 0; hour < 24 * 90; ++hour) {
     Instant const now = at("2026-11-01T00:10:00Z") + hour * 1h;
     auto const list = parseNwsAlerts(nwsBody(kDenver, now));

@@ -10,6 +10,8 @@
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 
+#include <thread>
+
 namespace nimbara {
 namespace {
 
@@ -25,7 +27,7 @@ NWSAlert message(std::string id, std::string headline = "H") {
   alert.id = std::move(id);
   alert.event = "Flood Watch";
   alert.headline = std::move(headline);
-  alert.areaDesc = "County";
+  alert.areaDesc = "County " + alert.id;
   alert.sent = kNow - 1h;
   alert.expires = kNow + 1h;
   alert.status = "Actual";
@@ -43,8 +45,8 @@ NWSAlert update(std::string id, std::vector<NWSReference> references, std::strin
 
 /// Of a list that nothing came before.
 std::vector<WeatherAlert> liveEvents(std::vector<NWSAlert> const& messages, Instant now) {
-  EventRoots roots;
-  return nimbara::liveEvents(messages, now, roots);
+  KnownEvents known;
+  return nimbara::liveEvents(messages, now, known);
 }
 
 std::vector<std::string> headlines(std::vector<WeatherAlert> const& alerts) {
@@ -174,9 +176,9 @@ TEST(LiveEvents, KeepTheirIdentifierThroughUpdates) {
 }
 
 TEST(LiveEvents, KeepTheirIdentifierWhenUpdatesNameOnlyTheLastMessage) {
-  EventRoots roots;
+  KnownEvents known;
   auto const idAt = [&](std::vector<NWSAlert> const& list, Instant now) {
-    return nimbara::liveEvents(list, now, roots).at(0).id;
+    return nimbara::liveEvents(list, now, known).at(0).id;
   };
   Uuid const root = govAlertId("nws:a");
   EXPECT_EQ(idAt({update("b", {{"a", kNow - 2h}})}, kNow), root);
@@ -188,15 +190,20 @@ TEST(LiveEvents, KeepTheirIdentifierWhenUpdatesNameOnlyTheLastMessage) {
 
 TEST(LiveEvents, ForgetChainsThatNoListHasSpokenOfForLong) {
   auto const idAfter = [](Instant later) {
-    EventRoots roots;
-    nimbara::liveEvents({update("b", {{"a", kNow - 2h}})}, kNow, roots);
-    nimbara::liveEvents({}, later, roots);
+    EventMemory memory;
+    std::vector<WeatherAlert> found;
+    auto const read = [&](NWSAlert const& alert, Instant now) {
+      memory.update(now, [&](KnownEvents& known) { found = nimbara::liveEvents({alert}, now, known); });
+    };
+    read(update("b", {{"a", kNow - 2h}}), kNow);
+    memory.update(later, [](KnownEvents&) {});
     NWSAlert next = update("c", {{"b", kNow - 1h}});
     next.expires = later + 1h;
-    return nimbara::liveEvents({next}, later, roots).at(0).id;
+    read(next, later);
+    return found.at(0).id;
   };
-  EXPECT_EQ(idAfter(kNow + kEventRootsLife - 1ms), govAlertId("nws:a"));
-  EXPECT_EQ(idAfter(kNow + kEventRootsLife), govAlertId("nws:b"));
+  EXPECT_EQ(idAfter(kNow + EventMemory::kLife - 1ms), govAlertId("nws:a"));
+  EXPECT_EQ(idAfter(kNow + EventMemory::kLife), govAlertId("nws:b"));
   EXPECT_EQ(idAfter(kNow - 1h), govAlertId("nws:b")) << "a clock that was wrong remembers nothing";
 }
 
@@ -214,6 +221,119 @@ TEST(LiveEvents, GoOnApartWhereTheirAreaIsSplit) {
   EXPECT_EQ(turned[1].id, events[0].id);
 }
 
+NWSAlert airQuality(std::string id, std::chrono::minutes sentAgo) {
+  NWSAlert alert = message(std::move(id), std::to_string(sentAgo.count()));
+  alert.event = "Air Quality Alert";
+  alert.severity = NWSAlertSeverity::unknown;
+  alert.senderName = "NWS Phoenix AZ";
+  alert.areaDesc = "Maricopa, AZ";
+  alert.sent = kNow - sentAgo;
+  alert.onset = alert.sent;
+  alert.expires = kNow + 12h;
+  return alert;
+}
+
+TEST(LiveEvents, TakeAnUnstatedLevelForMedium) {
+  NWSAlert slight = message("slight", "slight");
+  slight.severity = NWSAlertSeverity::minor;
+  NWSAlert moderate = message("moderate", "moderate");
+  moderate.severity = NWSAlertSeverity::moderate;
+  moderate.areaDesc = "Other";
+  auto events = liveEvents({slight, airQuality("a", 0min), moderate}, kNow);
+  EXPECT_EQ(events[1].severity, AlertSeverity::advisory);
+  EXPECT_EQ(events[1].levelStated, false);
+  EXPECT_EQ(events[2].levelStated, std::nullopt);
+  sortMostSevereFirst(events);
+  EXPECT_THAT(headlines(events), ElementsAre("moderate", "0", "slight"));
+}
+
+TEST(LiveEvents, TellReissuesWithoutReferencesOnce) {
+  NWSAlert otherOffice = airQuality("b", 5min);
+  otherOffice.senderName = "NWS Tucson AZ";
+  NWSAlert otherArea = airQuality("b", 5min);
+  otherArea.areaDesc = "Pinal, AZ";
+  NWSAlert otherEvent = airQuality("b", 5min);
+  otherEvent.event = "Air Stagnation Advisory";
+  NWSAlert numbered = airQuality("b", 5min);
+  numbered.vtec = "KPSR.AS.Y.0001";
+  NWSAlert over = airQuality("b", 24h);
+  over.onset = kNow - 24h;
+  over.expires = kNow + 1h;
+  NWSAlert later = airQuality("c", 0min);
+  later.onset = kNow + 2h;
+  struct Row {
+    char const* what;
+    std::vector<NWSAlert> list;
+    std::vector<std::string> shown;
+  };
+  for (Row const& row :
+       {Row{"newest first", {airQuality("b", 5min), airQuality("a", 60min)}, {"5"}},
+        Row{"oldest first", {airQuality("a", 60min), airQuality("b", 5min)}, {"5"}},
+        Row{"three", {airQuality("a", 60min), airQuality("b", 5min), airQuality("c", 30min)}, {"5"}},
+        Row{"office", {airQuality("a", 60min), otherOffice}, {"60", "5"}},
+        Row{"area", {airQuality("a", 60min), otherArea}, {"60", "5"}},
+        Row{"event", {airQuality("a", 60min), otherEvent}, {"60", "5"}},
+        Row{"number", {airQuality("a", 60min), numbered}, {"60", "5"}},
+        Row{"a later one", {over, later}, {"1440", "0"}}}) {
+    EXPECT_EQ(headlines(liveEvents(row.list, kNow)), row.shown) << row.what;
+  }
+}
+
+TEST(LiveEvents, KeepTheirIdentifierWhenIssuedAnewWithoutReferences) {
+  KnownEvents known;
+  auto const idOf = [&](NWSAlert const& alert) { return nimbara::liveEvents({alert}, kNow, known).at(0).id; };
+  Uuid const first = idOf(airQuality("a", 60min));
+  EXPECT_EQ(first, govAlertId("nws:a"));
+  EXPECT_EQ(idOf(airQuality("b", 5min)), first);
+  NWSAlert next = airQuality("c", 0min);
+  next.onset = kNow + 12h;
+  next.expires = kNow + 36h;
+  EXPECT_EQ(idOf(next), first) << "the next day's";
+  next.id = "d";
+  next.onset = kNow + 40h;
+  next.expires = kNow + 50h;
+  EXPECT_NE(idOf(next), first) << "after a pause";
+}
+
+TEST(LiveEvents, AreOneByTheirNumberWhateverTheirArea) {
+  KnownEvents known;
+  NWSAlert watch = message("a");
+  watch.vtec = "KLOT.WS.A.0001";
+  Uuid const first = nimbara::liveEvents({watch}, kNow, known).at(0).id;
+  watch.id = "b";
+  watch.areaDesc = "County; and more";
+  EXPECT_EQ(nimbara::liveEvents({watch}, kNow, known).at(0).id, first) << "widened";
+  watch.id = "c";
+  watch.vtec = "KLOT.WS.A.0002";
+  EXPECT_NE(nimbara::liveEvents({watch}, kNow, known).at(0).id, first);
+}
+
+TEST(LiveEvents, SpanThePeriodsOfTheirMessages) {
+  NWSAlert today = airQuality("a", 60min);
+  today.severity = NWSAlertSeverity::severe;
+  today.expires = kNow + 2h;
+  NWSAlert tomorrow = airQuality("b", 5min);
+  tomorrow.severity = NWSAlertSeverity::moderate;
+  tomorrow.onset = kNow + 2h;
+  auto const apart = liveEvents({today, tomorrow}, kNow);
+  ASSERT_EQ(apart.size(), 1);
+  EXPECT_EQ(apart[0].message, "5");
+  EXPECT_EQ(apart[0].onset, today.onset);
+  EXPECT_EQ(apart[0].expires, tomorrow.expires);
+  EXPECT_EQ(apart[0].severity, AlertSeverity::warning) << "what holds today is not over";
+  tomorrow.onset = kNow + 1h;
+  EXPECT_EQ(liveEvents({today, tomorrow}, kNow).at(0).severity, AlertSeverity::advisory) << "it was replaced";
+}
+
+TEST(LiveEvents, SayWhetherTheyAreForTheWater) {
+  NWSAlert gale = message("a");
+  for (auto const& [zones, isOnWater] : std::vector<std::pair<std::vector<std::string>, bool>>{
+           {{}, false}, {{"LMZ741"}, true}, {{"LMZ741", "ILZ104"}, false}, {{"ILZ104"}, false}}) {
+    gale.zones = zones;
+    EXPECT_EQ(liveEvents({gale}, kNow).at(0).onWater.value_or(false), isOnWater);
+  }
+}
+
 TEST(LiveEvents, FillTheAlert) {
   NWSAlert alert = message("urn:oid:2.49", "Flood Watch issued");
   alert.severity = NWSAlertSeverity::severe;
@@ -229,7 +349,7 @@ TEST(LiveEvents, FillTheAlert) {
   EXPECT_EQ(event.description, "Rain.");
   EXPECT_EQ(event.instruction, std::nullopt);
   EXPECT_EQ(event.source, "NWS Chicago IL");
-  EXPECT_EQ(event.areaDesc, "County");
+  EXPECT_EQ(event.areaDesc, "County urn:oid:2.49");
   EXPECT_TRUE(event.isGovAlert);
   EXPECT_FALSE(event.isTravelAdvisory);
   EXPECT_EQ(event.onset, alert.onset);
@@ -277,7 +397,7 @@ class GovAlertServiceTest : public testing::Test {
  protected:
   struct Source {
     std::string country;
-    Result<std::vector<WeatherAlert>, GovSourceFailure> answer;
+    Result<GovSourceAnswer, GovSourceFailure> answer;
     int asked = 0;
   };
 
@@ -292,7 +412,7 @@ class GovAlertServiceTest : public testing::Test {
   static GovAlertSource sourceOf(std::string name, Source& source) {
     return {std::move(name),
             [&source](GovAlertPlace const& place) { return place.countryCode == source.country; },
-            [&source](GovAlertPlace const&, EventRoots&, std::stop_token const&) {
+            [&source](GovAlertPlace const&, EventMemory&, std::stop_token const&) {
               ++source.asked;
               return source.answer;
             }};
@@ -309,13 +429,14 @@ class GovAlertServiceTest : public testing::Test {
   test::ManualClock clock_{kNow};
   test::TemporaryFolder folder_;
   GovAlertPlace const place_{{52.52, 13.41}, "DE", {}};
-  Source a_{"DE", std::vector<WeatherAlert>{}};
-  Source b_{"DE", std::vector<WeatherAlert>{}};
+  Source a_{"DE", GovSourceAnswer{}};
+  Source b_{"DE", GovSourceAnswer{}};
 };
 
 TEST_F(GovAlertServiceTest, MergesSourcesMostSevereFirst) {
-  a_.answer = {alert("minor", AlertSeverity::info, {}), alert("grave", AlertSeverity::critical, {})};
-  b_.answer = {alert("other", AlertSeverity::critical, {})};
+  a_.answer = GovSourceAnswer{
+      {alert("minor", AlertSeverity::info, {}), alert("grave", AlertSeverity::critical, {})}, {}};
+  b_.answer = GovSourceAnswer{{alert("other", AlertSeverity::critical, {})}, {}};
   GovAlertService gov = service();
   GovAlerts const result = gov.fetchAlerts(place_);
   EXPECT_THAT(titles(result), ElementsAre("grave", "other", "minor"));
@@ -333,12 +454,12 @@ TEST_F(GovAlertServiceTest, AsksOnlyWhoCoversThePlace) {
 }
 
 TEST_F(GovAlertServiceTest, SaysSinceWhenACheckFailsAndShowsWhatStillHolds) {
-  a_.answer = {alert("short", AlertSeverity::info, kNow + 10min),
-               alert("long", AlertSeverity::info, kNow + 1h)};
+  a_.answer = GovSourceAnswer{
+      {alert("short", AlertSeverity::info, kNow + 10min), alert("long", AlertSeverity::info, kNow + 1h)}, {}};
   GovAlertService gov = service();
   gov.fetchAlerts(place_);
   clock_.advance(9min);
-  a_.answer = std::unexpected(GovSourceFailure{"no network", {}});
+  a_.answer = std::unexpected(GovSourceFailure{"no network", {}, {}});
   EXPECT_THAT(titles(gov.fetchAlerts(place_)), ElementsAre("short", "long"));
   clock_.advance(1min);
   GovAlerts const later = gov.fetchAlerts(place_);
@@ -346,7 +467,7 @@ TEST_F(GovAlertServiceTest, SaysSinceWhenACheckFailsAndShowsWhatStillHolds) {
   EXPECT_EQ(later.checkedAt(), kNow);
   EXPECT_EQ(later.failedSince(), kNow + 9min) << "the first failure, not the last";
   EXPECT_EQ(later.sources.at(0).problem, "no network");
-  a_.answer = std::vector<WeatherAlert>{};
+  a_.answer = GovSourceAnswer{};
   GovAlerts const well = gov.fetchAlerts(place_);
   EXPECT_THAT(titles(well), IsEmpty());
   EXPECT_EQ(well.failedSince(), std::nullopt);
@@ -354,7 +475,7 @@ TEST_F(GovAlertServiceTest, SaysSinceWhenACheckFailsAndShowsWhatStillHolds) {
 }
 
 TEST_F(GovAlertServiceTest, DoesNotTakeAFirstFailureForAnEmptyList) {
-  a_.answer = std::unexpected(GovSourceFailure{"no network", {}});
+  a_.answer = std::unexpected(GovSourceFailure{"no network", {}, {}});
   GovAlerts const result = service().fetchAlerts(place_);
   EXPECT_TRUE(result.isCovered());
   EXPECT_EQ(result.checkedAt(), std::nullopt);
@@ -362,21 +483,22 @@ TEST_F(GovAlertServiceTest, DoesNotTakeAFirstFailureForAnEmptyList) {
 }
 
 TEST_F(GovAlertServiceTest, AddsWhatIsReadableToWhatIsKnown) {
-  a_.answer = {alert("known", AlertSeverity::info, {}), alert("both", AlertSeverity::info, {})};
+  a_.answer =
+      GovSourceAnswer{{alert("known", AlertSeverity::info, {}), alert("both", AlertSeverity::info, {})}, {}};
   GovAlertService gov = service();
   gov.fetchAlerts(place_);
   a_.answer = std::unexpected(GovSourceFailure{
-      "spoiled", {alert("both", AlertSeverity::warning, {}), alert("new", AlertSeverity::info, {})}});
+      "spoiled", {alert("both", AlertSeverity::warning, {}), alert("new", AlertSeverity::info, {})}, {}});
   GovAlerts const result = gov.fetchAlerts(place_);
   EXPECT_THAT(titles(result), ElementsAre("both", "new", "known"));
   EXPECT_EQ(result.alerts[0].severity, AlertSeverity::warning);
 }
 
 TEST_F(GovAlertServiceTest, BelievesAnAlertWithoutEndForADay) {
-  a_.answer = {alert("endless", AlertSeverity::info, {})};
+  a_.answer = GovSourceAnswer{{alert("endless", AlertSeverity::info, {})}, {}};
   GovAlertService gov = service();
   gov.fetchAlerts(place_);
-  a_.answer = std::unexpected(GovSourceFailure{"no network", {}});
+  a_.answer = std::unexpected(GovSourceFailure{"no network", {}, {}});
   clock_.advance(24h - 1ms);
   EXPECT_EQ(gov.fetchAlerts(place_).alerts.size(), 1);
   clock_.advance(1ms);
@@ -384,8 +506,8 @@ TEST_F(GovAlertServiceTest, BelievesAnAlertWithoutEndForADay) {
 }
 
 TEST_F(GovAlertServiceTest, ShowsAtOnceWhatItKnewBeforeARestart) {
-  a_.answer = {alert("kept", AlertSeverity::info, kNow + 1h),
-               alert("ending", AlertSeverity::info, kNow + 1min)};
+  a_.answer = GovSourceAnswer{
+      {alert("kept", AlertSeverity::info, kNow + 1h), alert("ending", AlertSeverity::info, kNow + 1min)}, {}};
   service().fetchAlerts(place_);
   clock_.advance(1min);
   GovAlertService restarted = service();
@@ -403,10 +525,10 @@ TEST_F(GovAlertServiceTest, TellsWhatIsKeptWhileASourceIsAsked) {
   std::optional<GovAlertService> gov;
   std::size_t keptMeanwhile = 0;
   GovAlertSource slow = sourceOf("a", a_);
-  slow.fetch = [&](GovAlertPlace const& place, EventRoots&, std::stop_token const&) {
+  slow.fetch = [&](GovAlertPlace const& place, EventMemory&, std::stop_token const&) {
     keptMeanwhile = gov->keptAlerts(place).alerts.size();
-    return Result<std::vector<WeatherAlert>, GovSourceFailure>(
-        std::vector{alert("x", AlertSeverity::info, {}), alert("y", AlertSeverity::info, {})});
+    return Result<GovSourceAnswer, GovSourceFailure>(
+        GovSourceAnswer{{alert("x", AlertSeverity::info, {}), alert("y", AlertSeverity::info, {})}, {}});
   };
   gov.emplace(clock_, std::vector{slow}, folder_.path());
   EXPECT_EQ(gov->fetchAlerts(place_).alerts.size(), 2);
@@ -415,10 +537,67 @@ TEST_F(GovAlertServiceTest, TellsWhatIsKeptWhileASourceIsAsked) {
   EXPECT_EQ(keptMeanwhile, 2);
 }
 
+TEST_F(GovAlertServiceTest, LetsAPlaceThatHangsDelayNoOther) {
+  GovAlertPlace const other{{48.1, 11.6}, "DE", {}};
+  std::optional<GovAlertService> gov;
+  std::size_t meanwhile = 0;
+  GovAlertSource slow = sourceOf("a", a_);
+  slow.fetch = [&](GovAlertPlace const& place, EventMemory&, std::stop_token const&) {
+    if (place.coordinate == place_.coordinate) {
+      // Would wait for ever if one turn were for all.
+      std::jthread([&] { meanwhile = gov->fetchAlerts(other).alerts.size(); }).join();
+    }
+    return Result<GovSourceAnswer, GovSourceFailure>(
+        GovSourceAnswer{{alert("x", AlertSeverity::info, {})}, {}});
+  };
+  gov.emplace(clock_, std::vector{slow}, folder_.path());
+  EXPECT_EQ(gov->fetchAlerts(place_).alerts.size(), 1);
+  EXPECT_EQ(meanwhile, 1);
+}
+
+TEST_F(GovAlertServiceTest, PassesOnWhatCannotBePlaced) {
+  a_.answer = GovSourceAnswer{{alert("here", AlertSeverity::info, {})},
+                              {alert("somewhere", AlertSeverity::warning, kNow + 1h)}};
+  GovAlertService gov = service();
+  GovAlerts const found = gov.fetchAlerts(place_);
+  EXPECT_THAT(titles(found), ElementsAre("here"));
+  ASSERT_EQ(found.unplaced.size(), 1);
+  a_.answer = std::unexpected(GovSourceFailure{"no network", {}, {}});
+  EXPECT_EQ(gov.fetchAlerts(place_).unplaced.size(), 1);
+  EXPECT_EQ(service().keptAlerts(place_).unplaced.size(), 1);
+  clock_.advance(1h);
+  EXPECT_TRUE(gov.fetchAlerts(place_).unplaced.empty());
+}
+
+TEST_F(GovAlertServiceTest, NamesEventsByWhatTheyAreAbout) {
+  WeatherAlert wind = alert("Wind", AlertSeverity::warning, kNow + 3h);
+  wind.event = "DE|wind|EMMA_ID:DE001";
+  wind.onset = kNow;
+  a_.answer = GovSourceAnswer{{wind}, {}};
+  Uuid const first = service().fetchAlerts(place_).alerts.at(0).id;
+  wind.onset = kNow + 3h;
+  wind.expires = kNow + 9h;
+  wind.id = govAlertId("test:whatever");
+  a_.answer = GovSourceAnswer{{wind}, {}};
+  EXPECT_EQ(service().fetchAlerts({{48.1, 11.6}, "DE", {}}).alerts.at(0).id, first)
+      << "after a restart, at another place, the next period";
+}
+
+TEST_F(GovAlertServiceTest, TakesOverChainsThatOlderVersionsKept) {
+  folder_.write(
+      "gov_alerts_v3_52.52_13.41.json",
+      R"({"sources":[{"name":"a","alerts":[],"roots":{"b":{"root":"a","seenAt":"2026-11-21T08:00:00Z"}}}]})");
+  GovAlertService gov = service();
+  gov.fetchAlerts(place_);
+  EventMemory(folder_.path() / "gov_events_v1.json").update(kNow, [](KnownEvents& known) {
+    EXPECT_TRUE(known.roots.contains("b"));
+  });
+}
+
 TEST_F(GovAlertServiceTest, TakesAStoppedCheckForNoFailure) {
   GovAlertService gov = service();
   gov.fetchAlerts(place_);
-  a_.answer = std::unexpected(GovSourceFailure{"stopped", {}});
+  a_.answer = std::unexpected(GovSourceFailure{"stopped", {}, {}});
   std::stop_source stop;
   stop.request_stop();
   EXPECT_EQ(gov.fetchAlerts(place_, {}, stop.get_token()).failedSince(), std::nullopt);
@@ -444,6 +623,78 @@ TEST(NwsAlertSource, KeepsAnEventsIdentifierOverARestart) {
   http.willAnswer(200, answer("c", "b"));
   Uuid const id = idNow();
   EXPECT_EQ(idNow(), id);
+}
+
+std::string feature(std::string const& id, std::string const& event, std::string const& zone) {
+  return R"({"properties":{"id":")" + id + R"(","event":")" + event +
+         R"(","severity":"Moderate","urgency":"Expected","certainty":"Likely",
+         "expires":"2026-11-21T19:30:00Z","geocode":{"UGC":[")" +
+         zone + R"("]}}})";
+}
+
+std::string featureList(std::initializer_list<std::string> features) {
+  std::string list;
+  for (std::string const& one : features) list += (list.empty() ? "" : ",") + one;
+  return R"({"features":[)" + list + "]}";
+}
+
+struct WatersTest : testing::Test {
+  GovAlerts ask(Coordinate place) { return gov.fetchAlerts(govAlertPlace(place)); }
+
+  static constexpr Coordinate kChicago{41.8781, -87.6298};
+  test::FakeHttpClient http;
+  test::ManualClock clock{kNow};
+  NWSAlertService land{http, clock, {"https://nws.example", "me"}};
+  NWSAlertService waters{http, clock, {"https://nws.example", "me"}};
+  GovAlertService gov{clock, {nwsAlertSource(land, clock, &waters)}, {}};
+};
+
+TEST_F(WatersTest, AreAskedForOffAShoreOnly) {
+  http.willAnswer(200, featureList({feature("w", "Wind Advisory", "ILZ104")}));
+  http.willAnswer(
+      200, featureList({feature("g", "Gale Warning", "LMZ741"), feature("w", "Wind Advisory", "ILZ104"),
+                        feature("i", "Flood Warning", "INZ001")}));
+  GovAlerts const found = ask(kChicago);
+  ASSERT_EQ(found.alerts.size(), 2) << "what is on land there is another district's";
+  EXPECT_EQ(found.alerts[0].title, "Wind Advisory");
+  EXPECT_EQ(found.alerts[1].title, "Gale Warning");
+  EXPECT_EQ(found.alerts[1].onWater, true);
+  EXPECT_EQ(found.failedSince(), std::nullopt);
+  http.willAnswer(200, featureList({}));
+  EXPECT_TRUE(ask({39.7392, -104.9903}).alerts.empty());
+  EXPECT_EQ(http.requests.size(), 3) << "Denver has no shore";
+}
+
+TEST_F(WatersTest, ThatCannotBeAskedForAreSaidToBeUnchecked) {
+  http.willAnswer(200, featureList({feature("w", "Wind Advisory", "ILZ104")}));
+  http.willAnswer(503, "");
+  GovAlerts const failed = ask(kChicago);
+  EXPECT_EQ(failed.alerts.size(), 1);
+  EXPECT_TRUE(failed.failedSince());
+  clock.advance(130s);
+  http.willAnswer(200, featureList({feature("w", "Wind Advisory", "ILZ104")}));
+  http.willAnswer(400, "");
+  GovAlerts const outside = ask(kChicago);
+  EXPECT_EQ(outside.alerts.size(), 1);
+  EXPECT_EQ(outside.failedSince(), std::nullopt) << "the service has no waters there";
+}
+
+TEST(NwsAlertSource, RemembersChainsForAllPlaces) {
+  test::FakeHttpClient http;
+  test::ManualClock clock(kNow);
+  test::TemporaryFolder folder;
+  NWSAlertService nws(http, clock, {"https://nws.example", "me"});
+  GovAlertService gov(clock, {nwsAlertSource(nws, clock)}, folder.path());
+  auto const answer = [](std::string const& id, std::string const& references) {
+    return R"({"features":[{"properties":{"id":")" + id +
+           R"(","event":"Flood Warning","severity":"Severe","urgency":"Future","certainty":"Likely",
+           "areaDesc":")" +
+           id + R"(","expires":"2026-11-21T12:30:00Z","references":[)" + references + "]}}]}";
+  };
+  http.willAnswer(200, answer("b", R"({"identifier":"a"})"));
+  http.willAnswer(200, answer("c", R"({"identifier":"b"})"));
+  Uuid const here = gov.fetchAlerts(govAlertPlace({39.74, -104.99})).alerts.at(0).id;
+  EXPECT_EQ(gov.fetchAlerts(govAlertPlace({40.01, -105.27})).alerts.at(0).id, here);
 }
 
 TEST(NwsAlertSource, LeavesOutWhatHasEndedWhileTheServiceFails) {

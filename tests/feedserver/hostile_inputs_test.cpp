@@ -45,7 +45,7 @@ std::optional<std::size_t> entriesOf(std::string const& body) {
 
 std::optional<std::size_t> alertsOf(std::string const& body) {
   auto const list = parseNwsAlerts(body);
-  EventRoots roots;
+  KnownEvents roots;
   if (list) liveEvents(list->alerts, test::at("2026-11-21T12:00:00Z"), roots);
   return list ? std::optional(list->alerts.size()) : std::nullopt;
 }
