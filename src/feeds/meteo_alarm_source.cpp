@@ -12,8 +12,9 @@ GovAlertSource meteoAlarmSource(MeteoAlarmService& service) {
                                 std::stop_token const& stop) -> Result<GovSourceAnswer, GovSourceFailure> {
     MeteoAlarmAnswer answer = service.fetch(place.coordinate, place.countryCode, place.regions, stop);
     if (answer.failure)
-      return std::unexpected(GovSourceFailure{*answer.failure, std::move(answer.alerts), {}});
-    return GovSourceAnswer{std::move(answer.alerts), {}};
+      return std::unexpected(
+          GovSourceFailure{*answer.failure, std::move(answer.alerts), std::move(answer.unplaced)});
+    return GovSourceAnswer{std::move(answer.alerts), std::move(answer.unplaced)};
   };
   return {"meteoalarm", covers, fetch};
 }
