@@ -209,6 +209,7 @@ void NotificationInputs::readOfficial(RuleInputs& inputs, Place const& place, Ru
   if (needed.contains(RuleInput::govAlerts)) {
     GovAlerts alerts = feeds_.govAlerts().fetchAlerts(official, {}, stop);
     inputs.govAlerts.problem = problemOf(alerts);
+    inputs.unplacedAlerts = std::move(alerts.unplaced);
     bool const isKnown = !alerts.isCovered() || alerts.checkedAt() || !alerts.alerts.empty();
     if (isKnown) {
       inputs.govAlerts.value = std::make_shared<std::vector<WeatherAlert> const>(std::move(alerts.alerts));

@@ -132,6 +132,7 @@ struct RuleInputs {
 
   InputReading<std::vector<WeatherAlert>> generatedAlerts;
   InputReading<std::vector<WeatherAlert>> govAlerts;  ///< live official events, most severe first
+  std::vector<WeatherAlert> unplacedAlerts;           ///< like these, in parts of the country of unknown place
   InputReading<std::vector<NWSAlert>> nwsAlerts;      ///< live messages of the NWS
   InputReading<std::vector<EarthquakeEvent>> earthquakes;
   InputReading<double> kp;
