@@ -8,7 +8,7 @@ packages=(
   g++ cmake ninja-build ccache pkg-config git
   # libraries
   libcurl4-openssl-dev libsimdjson-dev libicu-dev libssl-dev libfmt-dev libcli11-dev libcpp-httplib-dev
-  libsqlite3-dev libsdbus-c++-dev libexpat1-dev zlib1g-dev
+  libsqlite3-dev libsdbus-c++-dev libexpat1-dev zlib1g-dev tzdata
   # desktop program
   qt6-base-dev qt6-declarative-dev qt6-declarative-private-dev qt6-declarative-dev-tools qml6-module-qtqml qml6-module-qtqml-models
   qml6-module-qtqml-workerscript qml6-module-qtquick qml6-module-qtquick-controls qml6-module-qtquick-layouts

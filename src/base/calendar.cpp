@@ -1,21 +1,19 @@
 #include "base/calendar.h"
 
 #include "base/number.h"
+#include "base/zone_database.h"
 
 #include <fmt/format.h>
-#include <unicode/basictz.h>
-#include <unicode/simpletz.h>
-#include <unicode/timezone.h>
 
 #include <algorithm>
 #include <cstdlib>
+#include <ranges>
 
 namespace nimbara {
 
 namespace {
 
 using std::chrono::days;
-using std::chrono::milliseconds;
 using std::chrono::seconds;
 
 constexpr std::chrono::hours kLargestOffset{18};
@@ -38,75 +36,64 @@ std::string fixedOffsetName(seconds offset) {
   return fmt::format("GMT{}{:02}:{:02}", offset.count() < 0 ? '-' : '+', minutes / 60, minutes % 60);
 }
 
-/// ICU answers an unknown name with a zone of its own called "Etc/Unknown".
-std::unique_ptr<icu::BasicTimeZone> databaseZone(std::string_view zoneId) {
-  auto const length = static_cast<std::int32_t>(zoneId.size());
-  auto const id = icu::UnicodeString::fromUTF8(icu::StringPiece(zoneId.data(), length));
-  std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::createTimeZone(id));
-  auto* const basic = dynamic_cast<icu::BasicTimeZone*>(zone.get());
-  icu::UnicodeString found;
-  if (basic == nullptr || zone->getID(found) == icu::UnicodeString("Etc/Unknown")) return nullptr;
-  return std::unique_ptr<icu::BasicTimeZone>(basic->clone());
+std::chrono::sys_seconds wholeSecond(Instant instant) {
+  return std::chrono::floor<seconds>(instant);
 }
 
-std::unique_ptr<icu::BasicTimeZone> constantZone(seconds offset, std::string const& name) {
-  auto const icuOffset = static_cast<std::int32_t>(offset.count() * 1000);
-  return std::make_unique<icu::SimpleTimeZone>(icuOffset, icu::UnicodeString::fromUTF8(name));
+/// The reading taken as if it were of UTC.
+std::chrono::sys_seconds asUtc(LocalTime time) {
+  return std::chrono::sys_seconds(time.time_since_epoch());
 }
 
-double icuTime(milliseconds sinceEpoch) {
-  return static_cast<double>(sinceEpoch.count());
+/// More than any zone is away from UTC.
+constexpr std::chrono::hours kBeyondAllOffsets{27};
+
+/// The offsets on both sides of whatever change is near a reading.
+struct OffsetsAround {
+  seconds before;
+  seconds after;
+};
+
+OffsetsAround offsetsAround(ZoneRules const& rules, LocalTime time) {
+  return {rules.offset(asUtc(time) - kBeyondAllOffsets), rules.offset(asUtc(time) + kBeyondAllOffsets)};
 }
 
 }  // namespace
 
-struct Calendar::Zone {
-  std::unique_ptr<icu::BasicTimeZone> rules;
-};
-
-Calendar::Calendar(std::shared_ptr<Zone const> zone, std::string zoneId)
-    : zone_(std::move(zone)), zoneId_(std::move(zoneId)) {}
+Calendar::Calendar(std::shared_ptr<ZoneRules const> rules, std::string zoneId)
+    : rules_(std::move(rules)), zoneId_(std::move(zoneId)) {}
 
 Calendar Calendar::utc() {
-  static Calendar const calendar(std::make_shared<Zone const>(constantZone(seconds(0), "UTC")), "UTC");
+  static Calendar const calendar(std::make_shared<ZoneRules const>(ZoneRules::constant(seconds(0))), "UTC");
   return calendar;
 }
 
 Calendar Calendar::machine() {
-  char const* const variable = std::getenv("TZ");
-  std::string_view named = variable == nullptr ? "" : variable;
-  if (named.starts_with(':')) named.remove_prefix(1);
-  if (!named.empty()) {
-    if (auto const calendar = forZone(named)) return *calendar;
-  }
-  std::unique_ptr<icu::TimeZone> const host(icu::TimeZone::detectHostTimeZone());
-  icu::UnicodeString id;
-  std::string utf8;
-  host->getID(id).toUTF8String(utf8);
-  return forZone(utf8).value_or(utc());
+  MachineZone machine;
+  if (char const* const variable = std::getenv("TZ")) machine.variable = variable;
+  NamedZone zone = findMachineZone(machine, ZoneDatabase::ofSystem());
+  return {std::move(zone.rules), std::move(zone.name)};
 }
 
 std::optional<Calendar> Calendar::forZone(std::string_view zoneId) {
-  if (zoneId == "UTC" || zoneId == "GMT") return Calendar(utc().zone_, std::string(zoneId));
+  return forZone(zoneId, ZoneDatabase::ofSystem());
+}
+
+std::optional<Calendar> Calendar::forZone(std::string_view zoneId, ZoneDatabase& database) {
+  if (zoneId == "UTC" || zoneId == "GMT") return Calendar(utc().rules_, std::string(zoneId));
   if (auto const offset = parseFixedOffset(zoneId)) return fixedOffset(*offset);
-  if (zoneId.empty() || zoneId.size() > 64) return std::nullopt;
-  auto zone = databaseZone(zoneId);
-  if (!zone) return std::nullopt;
-  return Calendar(std::make_shared<Zone const>(std::move(zone)), std::string(zoneId));
+  auto rules = database.find(zoneId);
+  if (!rules) return std::nullopt;
+  return Calendar(std::move(rules), std::string(zoneId));
 }
 
 Calendar Calendar::fixedOffset(seconds offset) {
   offset = std::clamp<seconds>(offset, -kLargestOffset, kLargestOffset);
-  std::string name = fixedOffsetName(offset);
-  return {std::make_shared<Zone const>(constantZone(offset, name)), name};
+  return {std::make_shared<ZoneRules const>(ZoneRules::constant(offset)), fixedOffsetName(offset)};
 }
 
 seconds Calendar::offset(Instant instant) const {
-  std::int32_t raw = 0;
-  std::int32_t saving = 0;
-  UErrorCode status = U_ZERO_ERROR;
-  zone_->rules->getOffset(icuTime(instant.time_since_epoch()), false, raw, saving, status);
-  return std::chrono::floor<seconds>(milliseconds(raw + saving));
+  return rules_->offset(wholeSecond(instant));
 }
 
 LocalTime Calendar::local(Instant instant) const {
@@ -124,14 +111,21 @@ int Calendar::hour(Instant instant) const {
 }
 
 Instant Calendar::instant(LocalTime time, Occurrence occurrence) const {
-  std::int32_t raw = 0;
-  std::int32_t saving = 0;
-  UErrorCode status = U_ZERO_ERROR;
+  auto const [before, after] = offsetsAround(*rules_, time);
+  auto const reads = [&](seconds offset) { return rules_->offset(asUtc(time) - offset) == offset; };
+  if (before == after && reads(before)) return asUtc(time) - before;
+  // Behind the nearest change there may be a second one.
+  seconds const between = rules_->offset(asUtc(time) - after);
+  std::optional<Instant> first, second;
+  for (seconds const offset : {before, between, after}) {
+    if (!reads(offset)) continue;
+    Instant const moment = asUtc(time) - offset;
+    first = std::min(first.value_or(moment), moment);
+    second = std::max(second.value_or(moment), moment);
+  }
   // A skipped reading is taken with the offset before the change, which moves it forward by the gap.
-  auto const repeated = occurrence == Occurrence::first ? UCAL_TZ_LOCAL_FORMER : UCAL_TZ_LOCAL_LATTER;
-  zone_->rules->getOffsetFromLocal(icuTime(time.time_since_epoch()), UCAL_TZ_LOCAL_FORMER, repeated, raw,
-                                   saving, status);
-  return Instant(time.time_since_epoch() - milliseconds(raw + saving));
+  if (!first) return asUtc(time) - before;
+  return occurrence == Occurrence::first ? *first : *second;
 }
 
 Instant Calendar::startOfDay(Date date) const {
@@ -139,10 +133,12 @@ Instant Calendar::startOfDay(Date date) const {
   Instant const start = instant(midnight);
   if (local(start) == midnight) return start;
   // The clock change took midnight away: the day begins with the change itself.
-  icu::TimeZoneTransition transition;
-  double const justAfter = icuTime(start.time_since_epoch());
-  if (!zone_->rules->getPreviousTransition(justAfter, true, transition)) return start;
-  return Instant(milliseconds(static_cast<std::int64_t>(transition.getTime())));
+  auto const [before, after] = offsetsAround(*rules_, midnight);
+  if (after <= before) return start;
+  auto const candidates = std::views::iota(0L, static_cast<long>((after - before).count()));
+  auto const changed = std::ranges::partition_point(
+      candidates, [&](long late) { return local(asUtc(midnight) - after + seconds(late)) < midnight; });
+  return asUtc(midnight) - after + seconds(*changed);
 }
 
 std::chrono::minutes Calendar::lengthOfDay(Date date) const {

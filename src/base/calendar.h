@@ -12,14 +12,18 @@
 
 namespace nimbara {
 
+class ZoneDatabase;
+class ZoneRules;
+
 class Calendar {
  public:
   static Calendar utc();
   /// The calendar of the zone that the machine is set to (`TZ` first).
   static Calendar machine();
-  /// An IANA zone ("Europe/Berlin") or a fixed offset ("GMT+05:30"); nothing for a name that the database
-  /// lacks.
+  /// An IANA zone ("Europe/Berlin") of the system's tz database or a fixed offset ("GMT+05:30"); nothing for
+  /// a name that nobody knows.
   static std::optional<Calendar> forZone(std::string_view zoneId);
+  static std::optional<Calendar> forZone(std::string_view zoneId, ZoneDatabase& database);
   /// A zone that always stands `offset` east of Greenwich.
   static Calendar fixedOffset(std::chrono::seconds offset);
 
@@ -44,10 +48,9 @@ class Calendar {
   std::chrono::minutes lengthOfDay(Date date) const;
 
  private:
-  struct Zone;
-  Calendar(std::shared_ptr<Zone const> zone, std::string zoneId);
+  Calendar(std::shared_ptr<ZoneRules const> rules, std::string zoneId);
 
-  std::shared_ptr<Zone const> zone_;
+  std::shared_ptr<ZoneRules const> rules_;
   std::string zoneId_;
 };
 
