@@ -2,6 +2,7 @@
 
 #include "providers/hours_by_day.h"
 #include "providers/interchange.h"
+#include "providers/local_hours.h"
 
 #include <algorithm>
 
@@ -115,7 +116,7 @@ Result<WttrResponse, APIError> joinAppleWeather(AppleWeatherResponse const& resp
   if (!response.current && !response.hours && !response.days) {
     return std::unexpected(APIError::of(APIError::Case::noData));
   }
-  std::vector<HourlyEntry> entries = hoursOf(response);
+  std::vector<HourlyEntry> entries = onLocalHours(hoursOf(response), calendar);
   HoursByDay days = hoursByDay(entries, calendar);
   WttrResponse record;
   record.timeZone = calendar.zoneId();

@@ -3,8 +3,10 @@
 #include "base/calendar.h"
 #include "providers/hours_by_day.h"
 #include "providers/interchange.h"
+#include "providers/local_hours.h"
 #include "providers/open_meteo_request.h"
 #include "providers/service_answer.h"
+#include "providers/time_zone_lookup.h"
 
 #include <algorithm>
 
@@ -26,10 +28,26 @@ struct AnswerTime {
   Instant instant(LocalTime text) const { return Instant(text.time_since_epoch() - offset); }
 };
 
+/// A reading of the answer's first day, or of its present.
+std::optional<LocalTime> firstReading(OpenMeteoResponse const& response) {
+  if (response.hourly && !response.hourly->time.empty() && response.hourly->time.front()) {
+    return response.hourly->time.front();
+  }
+  if (response.daily && !response.daily->time.empty() && response.daily->time.front()) {
+    return std::chrono::local_days(*response.daily->time.front());
+  }
+  return response.current ? parseLocalTime(response.current->time) : std::nullopt;
+}
+
+/// The place's zone, unless its clocks are another than the answer's: then our table of the zone is older or
+/// newer than the service's, and the answer's hours are read by its own offset.
 AnswerTime timeOf(OpenMeteoResponse const& response, Instant now) {
-  auto const zone = Calendar::forZone(response.timezone);
+  auto zone = Calendar::forZone(response.timezone);
   seconds const offset = response.utcOffset ? *response.utcOffset : zone ? zone->offset(now) : seconds(0);
-  return {offset, zone ? *zone : Calendar::fixedOffset(offset)};
+  auto const first = firstReading(response);
+  Instant const begin = first ? Instant(first->time_since_epoch() - offset) : now;
+  if (zone && standsAt(*zone, offset, begin)) return {offset, *std::move(zone)};
+  return {offset, Calendar::fixedOffset(offset)};
 }
 
 /// A reading of a parallel array; absent where the answer lacks the array.
@@ -179,8 +197,9 @@ std::vector<DailyEntry> daysOf(OpenMeteoResponse const& response, HoursByDay con
 Result<WttrResponse, APIError> joinOpenMeteo(OpenMeteoResponse const& response, Coordinate place,
                                              Instant now) {
   AnswerTime const time = timeOf(response, now);
-  std::vector<HourlyEntry> entries =
-      response.hourly ? hoursOf(*response.hourly, time) : std::vector<HourlyEntry>{};
+  std::vector<HourlyEntry> entries = response.hourly
+                                         ? onLocalHours(hoursOf(*response.hourly, time), time.calendar)
+                                         : std::vector<HourlyEntry>{};
   HoursByDay days = hoursByDay(entries, time.calendar);
   WttrResponse record;
   record.timeZone = time.calendar.zoneId();

@@ -19,4 +19,10 @@ Calendar nauticalCalendar(double longitude) {
       std::chrono::hours(static_cast<int>(roundHalfAway(longitude / kDegreesAnHour))));
 }
 
+bool standsAt(Calendar const& calendar, std::chrono::seconds offset, Instant moment) {
+  constexpr std::chrono::hours kDay{24};
+  return offset == calendar.offset(moment - kDay) || offset == calendar.offset(moment) ||
+         offset == calendar.offset(moment + kDay);
+}
+
 }  // namespace nimbara

@@ -21,4 +21,8 @@ std::optional<Calendar> knownCalendar(TimeZoneLookup const& lookup, Coordinate p
 Calendar placeCalendar(TimeZoneLookup const& lookup, Coordinate place);
 Calendar nauticalCalendar(double longitude);
 
+/// Whether the zone's clocks are `offset` ahead of UTC within a day of that moment: an answer that was made
+/// on the day of a clock change states the offset before or behind it.
+bool standsAt(Calendar const& calendar, std::chrono::seconds offset, Instant moment);
+
 }  // namespace nimbara

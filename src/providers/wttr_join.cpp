@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "base/units.h"
 #include "providers/interchange.h"
+#include "providers/wttr_hours.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,7 +14,9 @@ namespace nimbara {
 namespace {
 
 constexpr double kFarthestKm = 100;
-constexpr int kMinutesADay = 24 * 60;
+constexpr int kSecondsADay = 24 * 60 * 60;
+/// Of the three that the service gives; more would be no answer of it.
+constexpr std::size_t kMostDays = 16;
 
 bool isNumber(std::string const& text) {
   return parseDouble(text).has_value();
@@ -138,26 +141,46 @@ NearestArea areaOf(std::vector<NearestArea> const& areas, Coordinate place) {
   return area;
 }
 
-/// The present has a clock of the place ("2026-11-21 10:14 AM") and one of Greenwich ("09:14 AM"). Their
-/// difference is the offset but for whole days; the nautical zone tells which.
-std::optional<Calendar> calendarByClocks(WttrResponse const& answer, Coordinate place) {
+/// What the two clocks of the present say: the place's ("2026-11-21 10:14 AM") and that of Greenwich
+/// ("09:14 AM").
+struct StatedClock {
+  LocalTime local;
+  std::chrono::minutes greenwich;
+
+  /// Their difference is the offset but for whole days: the one that is nearest to what is expected.
+  std::chrono::minutes offsetNear(std::chrono::seconds expected) const {
+    auto const difference = std::chrono::floor<std::chrono::minutes>(
+        local - std::chrono::floor<std::chrono::days>(local) - greenwich);
+    double const away = std::chrono::duration<double, std::ratio<86400>>(expected - difference).count();
+    return difference + std::chrono::days(std::lround(away));
+  }
+};
+
+std::optional<StatedClock> statedClock(WttrResponse const& answer) {
   if (answer.currentCondition.empty()) return std::nullopt;
   CurrentCondition const& current = answer.currentCondition.front();
-  auto const blank = current.localObsDateTime.find(' ');
-  if (blank == std::string::npos) return std::nullopt;
-  auto const local = parseClock12(current.localObsDateTime.substr(blank + 1));
+  std::string_view const text = current.localObsDateTime;
+  auto const blank = text.find(' ');
+  if (blank == std::string_view::npos) return std::nullopt;
+  auto const date = parseDate(text.substr(0, blank));
+  auto const local = parseClock12(text.substr(blank + 1));
   auto const greenwich = parseClock12(current.observationTime);
-  if (!local || !greenwich) return std::nullopt;
-  double const nautical = place.longitude / 360 * kMinutesADay;
-  int const difference = *local - *greenwich;
-  int const wholeDays = static_cast<int>(std::lround((nautical - difference) / kMinutesADay));
-  return Calendar::fixedOffset(std::chrono::minutes(difference + wholeDays * kMinutesADay));
+  // Zones stand whole quarters of an hour apart: other clocks are not of one moment.
+  if (!date || !local || !greenwich || (*local - *greenwich) % 15 != 0) return std::nullopt;
+  return StatedClock{std::chrono::local_days(*date) + std::chrono::minutes(*local),
+                     std::chrono::minutes(*greenwich)};
 }
 
+/// The place's zone, unless the answer's own clocks say another offset.
 Calendar calendarFor(WttrResponse const& answer, Coordinate place, TimeZoneLookup const& timeZone) {
-  if (auto known = knownCalendar(timeZone, place)) return std::move(*known);
-  if (auto told = calendarByClocks(answer, place)) return std::move(*told);
-  return nauticalCalendar(place.longitude);
+  auto const clock = statedClock(answer);
+  auto known = knownCalendar(timeZone, place);
+  if (!clock) return known ? *std::move(known) : nauticalCalendar(place.longitude);
+  Instant const near(clock->local.time_since_epoch());
+  std::chrono::seconds const nautical(std::lround(place.longitude / 360 * kSecondsADay));
+  auto const offset = clock->offsetNear(known ? known->offset(near) : nautical);
+  if (known && standsAt(*known, offset, near - offset)) return *std::move(known);
+  return Calendar::fixedOffset(offset);
 }
 
 }  // namespace
@@ -167,11 +190,14 @@ Result<WttrResponse, APIError> joinWttr(WttrResponse answer, Coordinate place,
   if (isElsewhere(answer.nearestArea, place)) {
     return std::unexpected(APIError::of(APIError::Case::noResults));
   }
-  answer.timeZone = calendarFor(answer, place, timeZone).zoneId();
+  Calendar const calendar = calendarFor(answer, place, timeZone);
+  answer.timeZone = calendar.zoneId();
   answer.nearestArea = {areaOf(answer.nearestArea, place)};
   answer.request = {writeRequest(place)};
   for (WeatherDay& day : answer.weather) fitDay(day);
   std::erase_if(answer.weather, [](WeatherDay const& day) { return !isUsable(day); });
+  if (answer.weather.size() > kMostDays) answer.weather.resize(kMostDays);
+  layOutHours(answer.weather, calendar);
   fitPresent(answer);
   if (answer.weather.empty() && answer.currentCondition.empty()) {
     return std::unexpected(APIError::of(APIError::Case::noResults));

@@ -4,6 +4,7 @@
 #include "base/sun_moon.h"
 #include "providers/hours_by_day.h"
 #include "providers/interchange.h"
+#include "providers/local_hours.h"
 #include "providers/yr_no_symbol.h"
 
 #include <algorithm>
@@ -31,13 +32,6 @@ constexpr Reading YrNoInstant::* kStraight[] = {
     &YrNoInstant::ultravioletIndexClearSky, &YrNoInstant::windSpeed,
     &YrNoInstant::windSpeedOfGust,
 };
-
-/// Along the shorter arc.
-double directionBetween(double from, double to, double part) {
-  double const turn = std::remainder(to - from, 360);
-  double const direction = std::fmod(from + turn * part + 360, 360);
-  return direction < 0 ? direction + 360 : direction;
-}
 
 /// The weather at `part` (0-1) of the way from one step to the next.
 YrNoInstant between(YrNoInstant const& from, YrNoInstant const& to, double part) {
@@ -143,16 +137,28 @@ Span spanOf(std::vector<YrNoStep> const& steps, Calendar const& calendar, Instan
   return {calendar.startOfDay(begin), calendar.startOfDay(addDays(begin, kDays))};
 }
 
-std::vector<HourlyEntry> hoursOf(std::vector<YrNoStep> const& steps, Coordinate place, Span const& span) {
+/// The service's hours that reach into the span.
+std::vector<HourlyEntry> serviceHours(std::vector<YrNoStep> const& steps, Coordinate place,
+                                      Span const& span) {
   std::vector<HourlyEntry> entries;
   for (std::size_t i = 0; i < steps.size(); ++i) {
     Stretch const stretch = stretchAt(steps, i);
     for (int index = 0; index < stretch.hoursLong(); ++index) {
       Instant const begin = stretch.step.time + hours(index);
-      if (begin < span.begin || begin >= span.end || !stretch.step.instant.airTemperature) continue;
-      entries.push_back(hourOf(stretch, index, place));
+      bool const isWithin = begin + hours(1) > span.begin && begin < span.end;
+      if (isWithin && stretch.step.instant.airTemperature) entries.push_back(hourOf(stretch, index, place));
     }
   }
+  return entries;
+}
+
+/// The place's hours of the span.
+std::vector<HourlyEntry> hoursOf(std::vector<YrNoStep> const& steps, Coordinate place, Span const& span,
+                                 Calendar const& calendar) {
+  auto entries = onLocalHours(serviceHours(steps, place, span), calendar);
+  std::erase_if(
+      entries, [&](HourlyEntry const& entry) { return entry.begin < span.begin || entry.begin >= span.end; });
+  roundToTenths(entries);
   return entries;
 }
 
@@ -195,7 +201,7 @@ HourlyEntry const* presentHour(std::vector<HourlyEntry> const& entries, Instant 
 Result<WttrResponse, APIError> joinYrNo(std::vector<YrNoStep> const& steps, Coordinate place,
                                         Calendar const& calendar, Instant now) {
   if (steps.empty()) return std::unexpected(APIError::of(APIError::Case::noResults));
-  std::vector<HourlyEntry> entries = hoursOf(steps, place, spanOf(steps, calendar, now));
+  std::vector<HourlyEntry> entries = hoursOf(steps, place, spanOf(steps, calendar, now), calendar);
   HoursByDay days = hoursByDay(entries, calendar);
   WttrResponse record;
   record.timeZone = calendar.zoneId();

@@ -4,7 +4,8 @@
 // laid out as its six hours, because everything that reads the record counts amounts by the hour: the
 // precipitation is spread evenly, so that no hour gets the amount of six and the sum of a day is right also
 // where a step reaches over midnight; temperature, wind and their like lie on the straight line to the next
-// step; the condition is that of the step.
+// step; the condition is that of the step. Where the place's clocks stand between the hours of UTC, the hours
+// are laid onto the place's.
 #pragma once
 
 #include "base/calendar.h"

@@ -227,6 +227,43 @@ TEST(OpenMeteoAnswers, FallBackToTheOffsetOfAnUnknownZone) {
   EXPECT_EQ(readOk(answer).weather[0].hourly.size(), 24U);
 }
 
+TEST(OpenMeteoAnswers, HoldForTheirHoursWhereTheZoneSaysAnotherOffset) {
+  struct Row {
+    char const* first;
+    int offset;  // s
+    char const* zone;
+  };
+  for (Row const& row : {Row{"2026-11-21", 3600, "Europe/Berlin"}, Row{"2026-11-21", 7200, "GMT+02:00"},
+                         Row{"2026-11-21", 0, "GMT+00:00"}, Row{"2026-07-01", 3600, "GMT+01:00"},
+                         // On the day of a change the answer may be older or newer than it.
+                         Row{"2026-10-24", 7200, "Europe/Berlin"}, Row{"2026-10-25", 7200, "Europe/Berlin"},
+                         Row{"2026-10-25", 3600, "Europe/Berlin"}, Row{"2026-10-27", 7200, "GMT+02:00"},
+                         Row{"2026-10-23", 3600, "GMT+01:00"}}) {
+    OpenMeteoAnswer answer(row.first, 3);
+    answer.frame["utc_offset_seconds"] = std::to_string(row.offset);
+    WttrResponse const record = readOk(answer);
+    EXPECT_EQ(record.timeZone, row.zone) << row.first << " " << row.offset;
+    if (!std::string_view(row.zone).starts_with("GMT")) continue;
+    WeatherData const data = process(record, Calendar::utc(), now());
+    ASSERT_EQ(data.allHourly.size(), 72U);
+    EXPECT_EQ(data.allHourly[0].date,
+              at(std::string(row.first) + "T00:00:00Z") - std::chrono::seconds(row.offset));
+  }
+}
+
+TEST(OpenMeteoAnswers, KeepTheirHoursInPlaceOverAChangeOfHalfAnHour) {
+  OpenMeteoAnswer answer("2026-10-03", 3);  // at two o'clock of the second day clocks go to half past two
+  answer.frame["timezone"] = "\"Australia/Lord_Howe\"";
+  answer.frame["utc_offset_seconds"] = "37800";
+  WeatherData const data = process(readOk(answer), Calendar::utc(), now());
+  ASSERT_EQ(data.daily.size(), 3U);
+  EXPECT_EQ(data.daily[0].hourly[23].date, at("2026-10-03T12:30:00Z"));
+  EXPECT_EQ(data.daily[1].hourly[2].date, at("2026-10-03T15:30:00Z"));
+  EXPECT_EQ(data.daily[1].hourly[3].date, at("2026-10-03T16:00:00Z"));
+  EXPECT_EQ(data.daily[1].hourly.size(), 24U);
+  EXPECT_EQ(data.daily[2].hourly[0].date, at("2026-10-04T13:00:00Z"));
+}
+
 TEST(OpenMeteoAnswers, SayNothingOfASunThatDoesNotRise) {
   OpenMeteoAnswer answer("2026-12-21", 3);
   answer.setSun(0, "2026-12-21T00:00", "2026-12-21T00:00");

@@ -1,5 +1,6 @@
 #include "model/process.h"
 #include "providers/wttr_client.h"
+#include "providers/wttr_join.h"
 #include "providers/wttr_parser.h"
 #include "support/bad_bytes.h"
 #include "support/fake_http_client.h"
@@ -101,8 +102,8 @@ TEST(WttrAnswers, KeepTheirShapeAndAreMadeFit) {
   EXPECT_EQ(data.current.isDay, std::nullopt);
   EXPECT_EQ(data.current.uvIndex, 1);
   EXPECT_EQ(data.current.availableDetailFields, std::nullopt);  // all six
-  ASSERT_EQ(data.allHourly.size(), 8U);
-  EXPECT_EQ(data.allHourly[1].date, at("2026-11-21T02:00:00Z"));
+  ASSERT_EQ(data.allHourly.size(), 24U);
+  EXPECT_EQ(data.allHourly[1].date, at("2026-11-21T00:00:00Z"));
   EXPECT_EQ(data.allHourly[1].feelsLikeC, 5);
   EXPECT_EQ(data.allHourly[1].dewPointF, 32);
   EXPECT_FALSE(data.allHourly[1].has(WeatherDetailField::pressure));
@@ -122,12 +123,12 @@ TEST(WttrAnswers, AreReadWhateverStandsInAMember) {
       answer.current[key] = odd;
       WttrResponse const record = readOk(answer);
       EXPECT_EQ(record.currentCondition.size(), 1U) << key << " " << odd;
-      EXPECT_EQ(record.weather.at(0).hourly.size(), 8U);
+      EXPECT_EQ(record.weather.at(0).hourly.size(), 24U);
     }
     for (auto const& [key, value] : whole.hour) {
       WttrAnswer answer;
       answer.hour[key] = odd;
-      EXPECT_EQ(readOk(answer).weather.at(0).hourly.size(), 8U) << key << " " << odd;
+      EXPECT_EQ(readOk(answer).weather.at(0).hourly.size(), 24U) << key << " " << odd;
     }
     for (auto const& [key, value] : whole.day) {
       if (key == "date") continue;
@@ -155,8 +156,9 @@ TEST(WttrAnswers, LeaveOutWhatHasNoPlaceInTimeOrNoTemperature) {
   WttrAnswer answer;
   answer.times = {"900", "0", "noon", "2400", "-300", ""};
   WttrResponse const record = readOk(answer);
-  ASSERT_EQ(record.weather.at(0).hourly.size(), 2U);
-  EXPECT_EQ(record.weather[0].hourly[0].time, "0");
+  ASSERT_EQ(record.weather.at(0).hourly.size(), 6U);
+  EXPECT_EQ(record.weather[0].hourly[2].time, "200");
+  EXPECT_EQ(record.weather[0].hourly[3].time, "900");
   answer.day["date"] = R"("21.11.2026")";
   EXPECT_TRUE(readOk(answer).weather.empty());
   WttrAnswer cold;
@@ -207,7 +209,9 @@ TEST(WttrAnswers, TellThePlacesOffsetByTheirTwoClocks) {
         Row{"2026-11-20 11:14 PM", "04:14 AM", -77, "GMT-05:00"},
         Row{"2026-11-21 11:00 PM", "10:00 AM", 174.8, "GMT+13:00"},
         Row{"2026-11-20 11:00 PM", "10:00 AM", -171, "GMT-11:00"},
-        Row{"2026-11-21 11 o'clock", "10:00 AM", 30, "GMT+02:00"}, Row{"", "", -30, "GMT-02:00"}}) {
+        Row{"2026-11-21 11 o'clock", "10:00 AM", 30, "GMT+02:00"}, Row{"", "", -30, "GMT-02:00"},
+        // Clocks of two moments say nothing.
+        Row{"2026-11-21 10:14 AM", "09:02 AM", 30, "GMT+02:00"}}) {
     WttrAnswer answer;
     answer.area["longitude"] = fmt::format("\"{}\"", row.longitude);
     answer.current["localObsDateTime"] = "\"" + std::string(row.local) + "\"";
@@ -215,6 +219,113 @@ TEST(WttrAnswers, TellThePlacesOffsetByTheirTwoClocks) {
     auto const record = read(answer.body(), {52.52, row.longitude}, {});
     ASSERT_TRUE(record);
     EXPECT_EQ(record->timeZone, row.zone) << row.local;
+  }
+}
+
+TEST(WttrAnswers, HoldForTheirHoursWhereTheZoneSaysAnotherOffset) {
+  struct Row {
+    char const* known;
+    char const* local;
+    char const* greenwich;
+    char const* zone;
+  };
+  for (Row const& row :
+       {Row{"Europe/Berlin", "2026-11-21 10:14 AM", "09:14 AM", "Europe/Berlin"},
+        Row{"Europe/Berlin", "2026-11-21 11:14 AM", "09:14 AM", "GMT+02:00"},
+        Row{"Europe/Berlin", "2026-10-25 11:14 AM", "09:14 AM", "Europe/Berlin"},  // of before the change
+        Row{"Europe/Berlin", "2026-11-21 10:20 AM", "09:14 AM", "Europe/Berlin"},
+        Row{"Pacific/Kiritimati", "2026-11-22 12:14 AM", "10:14 AM", "Pacific/Kiritimati"},
+        Row{"Pacific/Chatham", "2026-11-21 11:59 PM", "10:14 AM", "Pacific/Chatham"}}) {
+    WttrAnswer answer;
+    answer.current["localObsDateTime"] = "\"" + std::string(row.local) + "\"";
+    answer.current["observation_time"] = "\"" + std::string(row.greenwich) + "\"";
+    auto const record = read(answer.body(), kBerlin, [&](Coordinate) { return row.known; });
+    ASSERT_TRUE(record);
+    EXPECT_EQ(record->timeZone, row.zone) << row.local;
+  }
+}
+
+/// A day of entries with the given amounts and temperatures.
+WttrResponse laidOut(std::string const& date, std::vector<std::string> times, std::string const& zoneId,
+                     std::vector<std::string> const& amounts,
+                     std::vector<std::string> const& temperatures = {}) {
+  WeatherDay day;
+  day.date = date;
+  day.maxtempC = "9";
+  day.mintempC = "1";
+  for (std::size_t i = 0; i < times.size(); ++i) {
+    HourlyCondition hour;
+    hour.time = times[i];
+    hour.tempC = temperatures.empty() ? "5" : temperatures[i];
+    hour.precipMM = amounts[i];
+    hour.chanceofrain = std::to_string(10 * i);
+    hour.winddirDegree = i == 0 ? "350" : "20";
+    hour.winddir16Point = i == 0 ? "N" : "NNE";
+    day.hourly.push_back(hour);
+  }
+  WttrResponse answer;
+  answer.weather = {day};
+  auto record = joinWttr(answer, kBerlin, [&](Coordinate) { return zoneId; });
+  EXPECT_TRUE(record);
+  return record ? *record : WttrResponse{};
+}
+
+template <class Member>
+std::vector<std::string> textsOf(WttrResponse const& record, Member member) {
+  std::vector<std::string> texts;
+  for (HourlyCondition const& hour : record.weather.at(0).hourly) texts.push_back(hour.*member);
+  return texts;
+}
+
+TEST(WttrAnswers, LayThreeHoursOutAsHours) {
+  using Texts = std::vector<std::string>;
+  WttrResponse const record =
+      laidOut("2026-11-21", {"1500", "1800", "2100"}, "UTC", {"10.0", "0.1", "0.0"}, {"3", "9", "0"});
+  EXPECT_EQ(textsOf(record, &HourlyCondition::time),
+            (Texts{"1500", "1600", "1700", "1800", "1900", "2000", "2100", "2200", "2300"}));
+  EXPECT_EQ(textsOf(record, &HourlyCondition::precipMM),
+            (Texts{"3.3", "3.4", "3.3", "0.0", "0.1", "0.0", "0.0", "0.0", "0.0"}));
+  EXPECT_EQ(textsOf(record, &HourlyCondition::tempC), (Texts{"3", "5", "7", "9", "6", "3", "0", "0", "0"}));
+  EXPECT_EQ(textsOf(record, &HourlyCondition::chanceofrain),
+            (Texts{"0", "0", "0", "10", "10", "10", "20", "20", "20"}));
+  EXPECT_EQ(record.weather[0].hourly[1].winddirDegree, "0");
+  EXPECT_EQ(record.weather[0].hourly[2].winddir16Point, "N");
+  EXPECT_EQ(record.weather[0].hourly[3].winddirDegree, "20");
+  EXPECT_EQ(record.weather[0].hourly[0].precipInches, "0.13");
+}
+
+TEST(WttrAnswers, ReachNoFartherThanThreeHoursAndLeaveHourlyEntriesAsTheyAre) {
+  using Texts = std::vector<std::string>;
+  EXPECT_EQ(textsOf(laidOut("2026-11-21", {"0", "600", "2300"}, "UTC", {"3", "n/a", "3.25"}),
+                    &HourlyCondition::precipMM),
+            (Texts{"1.0", "1.0", "1.0", "n/a", "n/a", "n/a", "3.25"}));
+  EXPECT_EQ(textsOf(laidOut("2026-11-21", {"100", "200", "300"}, "UTC", {"1", "2", "3"}),
+                    &HourlyCondition::precipMM),
+            (Texts{"1", "2", "1.0", "1.0", "1.0"}));
+}
+
+TEST(WttrAnswers, HaveTheHoursOfDaysWithAClockChange) {
+  struct Row {
+    char const* date;
+    char const* zone;
+    std::size_t hours;
+    Instant second;  // the begin of the second entry
+  };
+  for (Row const& row : {Row{"2026-03-29", "Europe/Berlin", 5, at("2026-03-29T01:00:00Z")},
+                         Row{"2026-10-25", "Europe/Berlin", 7, at("2026-10-25T02:00:00Z")},
+                         Row{"2026-10-26", "Europe/Berlin", 6, at("2026-10-26T02:00:00Z")},
+                         Row{"2026-10-04", "Australia/Lord_Howe", 6, at("2026-10-03T16:00:00Z")},
+                         Row{"2026-11-21", "Asia/Kolkata", 6, at("2026-11-20T21:30:00Z")}}) {
+    WttrResponse const record = laidOut(row.date, {"0", "300"}, row.zone, {"6.0", "3.0"});
+    WeatherData const data = process(record, Calendar::utc(), row.second);
+    ASSERT_EQ(data.allHourly.size(), row.hours) << row.date;
+    double sum = 0;
+    for (HourlyForecast const& hour : data.allHourly) sum += hour.precipMM;
+    EXPECT_NEAR(sum, 9, 1e-9);
+    EXPECT_EQ(data.allHourly[row.hours - 3].date, row.second) << row.zone;
+    for (std::size_t i = 1; i < row.hours; ++i) {
+      EXPECT_LT(data.allHourly[i - 1].date, data.allHourly[i].date);
+    }
   }
 }
 
@@ -275,7 +386,7 @@ TEST(WttrRecordedAnswers, BecomeAForecast) {
   EXPECT_EQ(data.current.tempC, 9);
   EXPECT_EQ(data.current.condition, WeatherConditionCode::overcast);
   ASSERT_EQ(data.daily.size(), 3U);
-  for (DailyForecast const& day : data.daily) EXPECT_EQ(day.hourly.size(), 8U);
+  for (DailyForecast const& day : data.daily) EXPECT_EQ(day.hourly.size(), 24U);
   EXPECT_EQ(data.daily[0].hourly[0].conditionDescription, "Clear");
   EXPECT_EQ(data.daily[0].hourly[0].date, at("2026-04-02T22:00:00Z"));
   EXPECT_EQ(read(test::readFile(files->front()), kBerlin).error().kind, APIError::Case::noResults);

@@ -1,6 +1,7 @@
 #include "base/apparent_temperature.h"
 #include "base/file.h"
 #include "base/http_date.h"
+#include "base/number.h"
 #include "base/sha256.h"
 #include "model/process.h"
 #include "model/weather_condition.h"
@@ -245,6 +246,110 @@ TEST(YrNoJoin, KnowsDaysOf23And25Hours) {
     for (std::size_t i = 0; i < data.allHourly.size(); ++i) {
       EXPECT_EQ(data.allHourly[i].date, at(row.begin) + static_cast<int>(i) * 1h) << i;
     }
+  }
+}
+
+struct HalfHourZone {
+  char const* zone;
+  std::vector<std::string> begins;        ///< of the first day's hours
+  std::vector<std::string> temperatures;  ///< °C, on the line between steps that grow by 4 an hour
+  std::vector<std::string> amounts;       ///< mm
+};
+
+class YrNoHalfHourZones : public testing::TestWithParam<HalfHourZone> {};
+
+TEST_P(YrNoHalfHourZones, HaveHoursOfTheirOwnClock) {
+  std::vector<YrNoStep> steps = hourlySteps("2026-11-21T10:00:00Z", 4);
+  for (std::size_t i = 0; i < steps.size(); ++i) {
+    steps[i].instant.airTemperature = 4.0 * static_cast<double>(i);
+    steps[i].next1Hours->precipitationAmount = i == 1 ? 4.0 : 0.0;
+    steps[i].next1Hours->probabilityOfPrecipitation = i == 1 ? 90 : 10;
+  }
+  Instant const now = at("2026-11-21T10:05:00Z");
+  WttrResponse const record = join(steps, zone(GetParam().zone), now, {28.6, 77.2});
+  WeatherData const data = process(record, Calendar::utc(), now);
+  std::vector<std::string> begins, temperatures, amounts;
+  for (HourlyForecast const& hour : data.allHourly) {
+    begins.push_back(formatIso8601(hour.date).substr(11, 5));
+    temperatures.push_back(roundedText(hour.tempC));
+    amounts.push_back(fixedDecimal(hour.precipMM, 1));
+    EXPECT_EQ(hour.chanceOfRain, hour.precipMM > 0 ? 90 : 10);
+  }
+  EXPECT_EQ(begins, GetParam().begins);
+  EXPECT_EQ(temperatures, GetParam().temperatures);
+  EXPECT_EQ(amounts, GetParam().amounts);
+  EXPECT_EQ(record.currentCondition.size(), 1U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, YrNoHalfHourZones,
+                         testing::Values(HalfHourZone{"UTC",
+                                                      {"10:00", "11:00", "12:00", "13:00"},
+                                                      {"0", "4", "8", "12"},
+                                                      {"0.0", "4.0", "0.0", "0.0"}},
+                                         HalfHourZone{"Asia/Kolkata",
+                                                      {"09:30", "10:30", "11:30", "12:30", "13:30"},
+                                                      {"0", "2", "6", "10", "12"},
+                                                      {"0.0", "2.0", "2.0", "0.0", "0.0"}},
+                                         HalfHourZone{"Asia/Kathmandu",
+                                                      {"09:15", "10:15", "11:15", "12:15", "13:15"},
+                                                      {"0", "1", "5", "9", "12"},
+                                                      {"0.0", "1.0", "3.0", "0.0", "0.0"}},
+                                         HalfHourZone{"Australia/Eucla",
+                                                      {"09:15", "10:15", "11:15", "12:15", "13:15"},
+                                                      {"0", "1", "5", "9", "12"},
+                                                      {"0.0", "1.0", "3.0", "0.0", "0.0"}},
+                                         // The first hour is the last one of the day before.
+                                         HalfHourZone{"Pacific/Chatham",
+                                                      {"09:15", "10:15", "11:15", "12:15", "13:15"},
+                                                      {"0", "1", "5", "9", "12"},
+                                                      {"0.0", "1.0", "3.0", "0.0", "0.0"}}));
+
+TEST(YrNoJoin, TakesTheSkyOfTheLongerPartOfAnHour) {
+  for (auto const& [zoneId, wetIsFirst, condition] :
+       {std::tuple{"Asia/Kathmandu", true, "Rain"}, std::tuple{"Asia/Kathmandu", false, "Cloudy"},
+        std::tuple{"Asia/Kolkata", true, "Rain"}, std::tuple{"Asia/Kolkata", false, "Rain"}}) {
+    auto steps = hourlySteps("2026-11-21T10:00:00Z", 2);
+    steps[0].next1Hours = wetIsFirst ? period("rain", 1) : period("cloudy", 0);
+    steps[1].next1Hours = wetIsFirst ? period("cloudy", 0) : period("rain", 1);
+    WttrResponse const record = join(steps, zone(zoneId), at("2026-11-21T10:05:00Z"));
+    EXPECT_EQ(firstText(record.weather.at(0).hourly.at(1).weatherDesc), condition) << zoneId;
+  }
+}
+
+TEST(YrNoJoin, KnowsAClockChangeOfHalfAnHour) {
+  struct Row {
+    char const* begin;
+    std::size_t hours;
+    double millimetres;
+  };
+  // 02:00 becomes 02:30, and 02:00 becomes 01:30: the hour of the change lasts 30 and 90 minutes.
+  for (Row const& row : {Row{"2026-10-03T13:30:00Z", 24, 11.75}, Row{"2026-04-04T13:00:00Z", 24, 12.25}}) {
+    auto const steps = hourlySteps("2026-04-03T00:00:00Z", 24 * 200);
+    WttrResponse const record = join(steps, zone("Australia/Lord_Howe"), at(row.begin), {-31.5, 159.1});
+    WeatherData const data = process(record, Calendar::utc(), at(row.begin));
+    auto const& day = data.daily.at(0).hourly;
+    EXPECT_EQ(day.size(), row.hours);
+    EXPECT_EQ(day.front().date, at(row.begin));
+    double sum = 0;
+    for (std::size_t i = 0; i < day.size(); ++i) {
+      sum += day[i].precipMM;
+      if (i > 0) {
+        EXPECT_LT(day[i - 1].date, day[i].date);
+      }
+    }
+    EXPECT_NEAR(sum, row.millimetres, 0.051) << row.begin;
+  }
+}
+
+TEST(YrNoJoin, KeepsTheSumOfALongStep) {
+  for (double const amount : {0.0, 0.1, 0.2, 0.4, 1.0, 2.9, 10.0}) {
+    YrNoStep one = step("2026-11-21T10:00:00Z", 0);
+    one.next6Hours = period("rain", amount);
+    double sum = 0;
+    for (HourlyCondition const& hour : join({one}, Calendar::utc(), one.time).weather.at(0).hourly) {
+      sum += lenientDouble(hour.precipMM);
+    }
+    EXPECT_NEAR(sum, amount, 1e-9);
   }
 }
 
