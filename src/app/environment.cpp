@@ -40,6 +40,7 @@ Environment Environment::ofProcess() {
   environment.now = variable("NIMBARA_NOW");
   environment.language = firstOf({"LC_ALL", "LC_MESSAGES", "LANG"});
   environment.measurement = firstOf({"LC_ALL", "LC_MEASUREMENT", "LANG"});
+  environment.time = firstOf({"LC_ALL", "LC_TIME", "LANG"});
   std::string const encoding = firstOf({"LC_ALL", "LC_CTYPE", "LANG"});
   // Without any locale, as in a container, today's terminals read UTF-8 all the same.
   environment.utf8 = encoding.empty() || namesUtf8(encoding);

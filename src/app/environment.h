@@ -14,6 +14,7 @@ struct Environment {
   std::string now;                       ///< NIMBARA_NOW
   std::string language;                  ///< LC_ALL, LC_MESSAGES or LANG, whichever is set first
   std::string measurement;               ///< LC_ALL, LC_MEASUREMENT or LANG: whose units are in use
+  std::string time;                      ///< LC_ALL, LC_TIME or LANG: whose clock is in use
   bool utf8 = true;                      ///< the locale's encoding
   bool noColor = false;                  ///< NO_COLOR
   int columns = 0;                       ///< COLUMNS; 0 when unset

@@ -30,6 +30,7 @@ bool isHost(std::string_view text) {
 
 constexpr std::string_view kAutomatic = "automatic";
 constexpr std::string_view kNone;
+constexpr std::string_view kClocks[] = {"automatic", "12", "24"};
 
 constexpr SettingDefinition kGeneral[] = {
     {"preferredProvider", kAutomatic, "The forecast service that is asked first",
@@ -43,6 +44,7 @@ constexpr SettingDefinition kGeneral[] = {
      .choices = kAutomaticOr<PrecipitationUnit>,
      .formerKey = "precipitationUnit"},
     {"visibilityUnit", kAutomatic, "Unit of visibility and distances", kAutomaticOr<DistanceUnit>},
+    {"clock", kAutomatic, "Hours of a clock of 12 or of 24; automatic follows the locale", kClocks},
     {.key = "language",
      .byDefault = kAutomatic,
      .explanation = "Language of the texts",

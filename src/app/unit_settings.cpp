@@ -109,4 +109,14 @@ Units unitsOf(Settings const& settings, std::string_view locale) {
           settings.choice<DistanceUnit>("visibilityUnit").value_or(custom.distance)};
 }
 
+HourClock chosenClock(Settings const& settings, std::string_view timeLocale) {
+  std::string const choice = settings.text("clock");
+  if (choice == "12") return HourClock::twelve;
+  return choice == "24" ? HourClock::twentyFour : hourClockOf(timeLocale);
+}
+
+std::string wordsLocale(Settings const& settings, std::string_view language, std::string_view timeLocale) {
+  return withHourClock(language, chosenClock(settings, timeLocale));
+}
+
 }  // namespace nimbara

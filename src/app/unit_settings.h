@@ -1,7 +1,8 @@
-// The units that the user reads: chosen one by one, or by the custom of the region.
+// The units and the clock that the user reads: chosen one by one, or by the custom of the region.
 #pragma once
 
 #include "base/enum_names.h"
+#include "base/hour_clock.h"
 #include "base/units.h"
 #include "platform/settings.h"
 
@@ -15,6 +16,13 @@ Units regionalUnits(std::string_view locale);
 
 /// The chosen units, and the region's for those that are automatic.
 Units unitsOf(Settings const& settings, std::string_view locale);
+
+/// The chosen clock, and that of the locale where it is automatic.
+HourClock chosenClock(Settings const& settings, std::string_view timeLocale);
+
+/// The name of the locale whose texts are shown, with the chosen clock; `timeLocale` has it where it is
+/// automatic.
+std::string wordsLocale(Settings const& settings, std::string_view language, std::string_view timeLocale);
 
 /// Choices that go together.
 enum class UnitPreset { automatic, metric, imperial, british };

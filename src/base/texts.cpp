@@ -1,5 +1,6 @@
 #include "base/texts.h"
 
+#include "base/hour_clock.h"
 #include "base/json.h"
 #include "base/text.h"
 
@@ -34,6 +35,14 @@ Language const* findLanguage(std::string_view name) {
   auto const found = std::ranges::find(kLanguages, code, &Language::code);
   return found == kLanguages.end() ? nullptr : &*found;
 }
+
+/// The patterns of hours stand in the tables for 12 hours; a clock of 24 has no words and is the same in all.
+constexpr std::pair<std::string_view, std::string_view> kTwentyFourHours[] = {
+    {"time.hourPattern", "HH:mm"},
+    {"time.hourColumnPattern", "HH"},
+    {"time.clockPattern", "HH:mm"},
+    {"time.secondsPattern", "HH:mm:ss"},
+};
 
 /// The tables are part of the program and a test reads each; a broken one leaves the keys to show.
 Table readTable(Language const& language) {
@@ -72,6 +81,10 @@ Texts Texts::load(std::string_view name) {
   if (&language != &english) {
     texts.english_ = readTable(english);
     texts.decimalPoint_ = decimalPointOf(texts.language_);
+  }
+  if (hourClockIn(name) == HourClock::twentyFour) {
+    for (auto const& [key, pattern] : kTwentyFourHours)
+      texts.own_.insert_or_assign(std::string(key), pattern);
   }
   return texts;
 }

@@ -17,7 +17,7 @@ class Texts {
   /// The languages that have a table, English first.
   static std::vector<std::string_view> languages();
   /// The table of a language code or locale name ("pt", "pt_BR.UTF-8", "zh-Hans"); English when there is
-  /// none.
+  /// none. The keyword "hours" ("pt@hours=h23") sets the patterns of hours, see base/hour_clock.h.
   static Texts load(std::string_view name);
   /// True when `load` would find a table for that name.
   static bool has(std::string_view name);

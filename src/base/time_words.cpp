@@ -29,13 +29,14 @@ struct Reading {
   unsigned weekday;  // from Sunday
   int hour;
   int minute;
+  int second;
 };
 
 Reading readingOf(LocalTime time) {
   auto const day = std::chrono::floor<std::chrono::days>(time);
   std::chrono::hh_mm_ss const clock(time - day);
   return {Date(day), std::chrono::weekday(day).c_encoding(), static_cast<int>(clock.hours().count()),
-          static_cast<int>(clock.minutes().count())};
+          static_cast<int>(clock.minutes().count()), static_cast<int>(clock.seconds().count())};
 }
 
 std::string number(int value, std::size_t digits) {
@@ -60,6 +61,8 @@ std::string field(char letter, std::size_t count, Reading const& reading, Names 
       return number(reading.hour, count);
     case 'm':
       return number(reading.minute, count);
+    case 's':
+      return number(reading.second, count);
     case 'a':
       return names.dayHalves[reading.hour < 12 ? 0 : 1];
     default:
@@ -96,10 +99,11 @@ TimeWords::Names const* TimeWords::names() const {
   return names.get();
 }
 
-std::string TimeWords::format(Instant instant, std::string_view pattern) const {
+std::string TimeWords::format(LocalTime time, std::string_view pattern) const {
+  constexpr std::string_view kClock = "jmm";
   Names const* const known = names();
   if (known == nullptr) return {};
-  Reading const reading = readingOf(calendar_.local(instant));
+  Reading const reading = readingOf(time);
   std::string out;
   for (std::size_t at = 0; at < pattern.size();) {
     char const c = pattern[at];
@@ -107,6 +111,11 @@ std::string TimeWords::format(Instant instant, std::string_view pattern) const {
       auto const end = std::min(pattern.find('\'', at + 1), pattern.size());
       out += pattern.substr(at + 1, end - at - 1);
       at = end + 1;
+      continue;
+    }
+    if (pattern.substr(at).starts_with(kClock)) {
+      out += clock(time);
+      at += kClock.size();
       continue;
     }
     std::size_t const end = isLetter(c) ? std::min(pattern.find_first_not_of(c, at), pattern.size()) : at + 1;
@@ -130,7 +139,7 @@ std::string TimeWords::aroundSuffix(Instant instant, Instant now) const {
 }
 
 std::string TimeWords::moment(Instant moment, Instant now) const {
-  std::string clock = formatClock24(calendar_.local(moment));
+  std::string clock = this->clock(moment);
   if (calendar_.isSameDay(moment, now)) return clock;
   int const days = daysBetween(calendar_.day(now), calendar_.day(moment));
   if (std::abs(days) > 6) return formatDate(calendar_.day(moment)) + " " + clock;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/environment.h"
+#include "base/hour_clock.h"
 #include "base/instant.h"
 #include "base/result.h"
 #include "base/units.h"
@@ -23,8 +24,9 @@ struct CommonOptions {
   std::string services;        ///< empty for the services' own hosts
   std::optional<Instant> now;  ///< the moment to take for now
   Units units;
-  bool unitsGiven = false;  ///< otherwise the settings' or the region's
-  std::string language;     ///< empty when not given: the settings' or the environment's
+  bool unitsGiven = false;              ///< otherwise the settings' or the region's
+  HourClock clock = HourClock::twelve;  ///< the settings' or the locale's
+  std::string language;                 ///< empty when not given: the settings' or the environment's
   bool verbose = false;
 };
 

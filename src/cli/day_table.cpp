@@ -20,14 +20,16 @@ struct Columns {
   int wind = 8;
   int sun = 0;
 
-  explicit Columns(int width) {
-    constexpr int kSunWidth = 15;
+  /// `clock`: cells of the longest clock.
+  Columns(int width, int clock) {
+    constexpr int kDashAndGap = 5;
+    int const sunWidth = 2 * clock + kDashAndGap;
     constexpr int kGlyph = 2;
     constexpr int kGaps = 2;
     if (width < 80) condition = std::max(0, condition - (80 - width));
     if (width < 64) amount = 0;
     int const fixed = day + kGlyph + condition + 2 * temperature + kGaps + chance + amount + wind;
-    if (width - fixed >= 24 + kSunWidth) sun = kSunWidth;
+    if (width - fixed >= 24 + sunWidth) sun = sunWidth;
     bar = std::clamp(width - fixed - sun, 4, 40);
   }
 };
@@ -35,7 +37,7 @@ struct Columns {
 class Table {
  public:
   Table(WeatherData const& data, ReportContext const& context)
-      : data_(data), context_(context), columns_(context.options.width) {
+      : data_(data), context_(context), columns_(context.options.width, clockWidth(context)) {
     lowest_ = std::ranges::min(data.daily, {}, &DailyForecast::minTempC).minTempC;
     highest_ = std::ranges::max(data.daily, {}, &DailyForecast::maxTempC).maxTempC;
   }
@@ -49,6 +51,10 @@ class Table {
   }
 
  private:
+  static int clockWidth(ReportContext const& context) {
+    return displayWidth(context.words.clock(LocalTime(std::chrono::hours(22))));
+  }
+
   Style const& style() const { return context_.style(); }
   Units const& units() const { return context_.options.units; }
 
@@ -141,7 +147,9 @@ class Table {
     auto const rise = parseClock12(day.astronomy.sunrise);
     auto const set = parseClock12(day.astronomy.sunset);
     if (columns_.sun == 0 || !rise || !set) return {};
-    auto const clock = [](int minutes) { return formatClock24(LocalTime(std::chrono::minutes(minutes))); };
+    auto const clock = [this](int minutes) {
+      return context_.words.clock(LocalTime(std::chrono::minutes(minutes)));
+    };
     return style().painted(style().cell(clock(*rise) + "–" + clock(*set), columns_.sun, Align::right),
                            Colour::dim);
   }

@@ -82,7 +82,7 @@ class Report {
   std::string heading() const {
     auto const now = context_.options.now;
     std::string const day = context_.words.format(now, context_.texts.text("report.dateFormat"));
-    std::string const clock = formatClock24(context_.calendar.local(now));
+    std::string const clock = context_.words.clock(now);
     std::string out = spread(placeName(), Colour::title, style().text(day + ", " + clock));
     std::string const coordinate =
         style().text(formatCoordinate({data_.location.latitude, data_.location.longitude}));
@@ -118,7 +118,7 @@ class Report {
     auto const distance = std::chrono::abs(context_.calendar.local(context_.options.now) - *observed);
     return distance < std::chrono::hours(1)
                ? ""
-               : ", " + context_.texts.format("report.at", formatClock24(*observed));
+               : ", " + context_.texts.format("report.at", context_.words.clock(*observed));
   }
 
   std::string headline() const {
@@ -201,7 +201,8 @@ class Report {
   /// A clock text of the record as this program writes clocks; other texts ("No moonrise") have no clock.
   std::string clock(std::string const& recorded) const {
     auto const minutes = parseClock12(recorded);
-    return minutes ? formatClock24(LocalTime(std::chrono::minutes(*minutes))) : style().text("–");
+    return minutes ? style().text(context_.words.clock(LocalTime(std::chrono::minutes(*minutes))))
+                   : style().text("–");
   }
 
   std::string dayLength(DailyForecast const& day) const {
@@ -242,7 +243,7 @@ class Report {
 
   /// When the forecast was fetched: the clock alone on the same day, else with its date.
   std::string fetched() const {
-    std::string clock = formatClock24(context_.calendar.local(data_.fetchedAt));
+    std::string clock = context_.words.clock(data_.fetchedAt);
     if (context_.calendar.isSameDay(data_.fetchedAt, context_.options.now)) return clock;
     return formatDate(context_.calendar.day(data_.fetchedAt)) + " " + clock;
   }

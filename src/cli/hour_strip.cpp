@@ -49,10 +49,7 @@ class Strip {
   }
 
   std::string str() const {
-    std::string out = row("report.hour", [&](HourlyForecast const& hour) {
-      return style().painted(right(std::to_string(hour.hour / 10) + std::to_string(hour.hour % 10)),
-                             Colour::dim);
-    });
+    std::string out = clocks();
     std::size_t index = 0;
     out += row("report.sky", [&](HourlyForecast const& hour) {
       std::string_view const glyph = style().glyph(hour.condition, hours_[index++].isDay);
@@ -71,6 +68,24 @@ class Strip {
  private:
   Style const& style() const { return context_.style(); }
   std::string right(std::string_view text) const { return style().cell(text, column_, Align::right); }
+
+  std::string clockOf(StripHour const& hour) const { return context_.words.hourColumn(hour.forecast->date); }
+
+  /// The hours; where they are too long for a column, every second one in the room of two.
+  std::string clocks() const {
+    bool const crowded = std::ranges::any_of(
+        hours_, [&](StripHour const& hour) { return displayWidth(clockOf(hour)) >= column_; });
+    std::size_t index = 0;
+    return row("report.hour", [&](HourlyForecast const&) -> std::string {
+      std::size_t const own = index++;
+      std::string const clock = clockOf(hours_[own]);
+      if (!crowded) return style().painted(right(clock), Colour::dim);
+      if (own % 2 == 1) return {};
+      bool const isLast = own + 1 == hours_.size();
+      return style().painted(style().cell(isLast ? "" : " " + clock, isLast ? column_ : 2 * column_),
+                             Colour::dim);
+    });
+  }
 
   /// A row of numbers; where one would touch its neighbour, every second hour shows its own in two columns.
   template <class Text, class Paint>

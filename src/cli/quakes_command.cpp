@@ -2,6 +2,7 @@
 #include "base/json.h"
 #include "base/number.h"
 #include "base/text.h"
+#include "base/time_words.h"
 #include "cli/cli.h"
 #include "cli/feed_commands.h"
 #include "cli/run_context.h"
@@ -31,10 +32,12 @@ std::string table(std::vector<EarthquakeEvent> const& events, std::optional<Coor
                   Session const& session, Texts const& texts) {
   if (events.empty()) return std::string(texts.text("quakes.none")) + "\n";
   std::string out;
+  TimeWords const words(texts, session.environment.machineCalendar);
+  int const clockWidth = displayWidth(words.clock(LocalTime(std::chrono::hours(22))));
   for (EarthquakeEvent const& event : events) {
-    LocalTime const time = session.environment.machineCalendar.local(event.time);
-    out += formatDate(session.environment.machineCalendar.day(event.time)) + " " + formatClock24(time) +
-           "  M" + fitted(fixedDecimal(event.magnitude, 1), 4, Align::right) +
+    out += formatDate(session.environment.machineCalendar.day(event.time)) + " " +
+           fitted(words.clock(event.time), clockWidth, Align::right) + "  M" +
+           fitted(fixedDecimal(event.magnitude, 1), 4, Align::right) +
            fitted(roundedText(event.depthKm) + " km", 8, Align::right) + "  " +
            (centre ? fitted(distanceText(event, centre), 9, Align::right) + "  " : "") + oneLine(event.place);
     if (event.alert) out += "  [" + oneLine(*event.alert, 20) + "]";

@@ -32,7 +32,7 @@ std::string_view adviceFor(APIError const& error) {
 }
 
 Wording wordingOf(CommonOptions const& common, Session const& session) {
-  return {common.units, std::make_shared<Texts>(Texts::load(common.language)),
+  return {common.units, std::make_shared<Texts>(Texts::load(withHourClock(common.language, common.clock))),
           session.environment.machineCalendar, common.language};
 }
 

@@ -1,6 +1,7 @@
 #include "base/display_text.h"
 #include "base/number.h"
 #include "base/text.h"
+#include "base/time_words.h"
 #include "cli/satellite_source.h"
 #include "cli/satellites_commands.h"
 #include "cli/satellites_text.h"
@@ -52,12 +53,10 @@ std::string json(std::vector<ListedPass> const& passes) {
   return writer.take() + "\n";
 }
 
-/// "2026-11-21 18:03:20" by the calendar.
-std::string clockText(Instant instant, Calendar const& calendar) {
-  std::string text = formatIso8601(Instant(calendar.local(instant).time_since_epoch()));
-  text.resize(19);
-  text[10] = ' ';
-  return text;
+/// "18:03:20", or "6:03:20 PM", in a column.
+std::string clockText(Instant instant, TimeWords const& words) {
+  int const width = displayWidth(words.clockWithSeconds(Instant(std::chrono::hours(22))));
+  return fitted(words.clockWithSeconds(instant), width, Align::right);
 }
 
 /// Per cent in the hour that holds the moment.
@@ -70,31 +69,28 @@ std::optional<int> cloudCoverAt(WeatherData const* data, Instant instant) {
   return std::nullopt;
 }
 
-/// "18:03:20" by the calendar.
-std::string timeText(Instant instant, Calendar const& calendar) {
-  return clockText(instant, calendar).substr(11);
-}
-
-std::string rowText(ListedPass const& listed, Calendar const& calendar) {
+std::string rowText(ListedPass const& listed, TimeWords const& words) {
   auto const& [name, pass, cloudCover] = listed;
   auto const right = [](double degrees, int width) {
     return fitted(angleText(degrees, 0), width, Align::right);
   };
-  std::string out = "  " + clockText(pass.rise.time, calendar) + right(pass.rise.azimuth, 6) + "  up " +
-                    timeText(pass.culmination.time, calendar) + right(pass.culmination.elevation, 5) +
-                    " high  " + timeText(pass.set.time, calendar) + right(pass.set.azimuth, 6) + " down  " +
-                    (pass.sunlit ? "sunlit" : "in shadow") + (pass.skyDark ? ", dark sky" : ", bright sky");
+  std::string out = "  " + words.format(pass.rise.time, "yyyy-MM-dd ") + clockText(pass.rise.time, words) +
+                    right(pass.rise.azimuth, 6) + "  up " + clockText(pass.culmination.time, words) +
+                    right(pass.culmination.elevation, 5) + " high  " + clockText(pass.set.time, words) +
+                    right(pass.set.azimuth, 6) + " down  " + (pass.sunlit ? "sunlit" : "in shadow") +
+                    (pass.skyDark ? ", dark sky" : ", bright sky");
   if (pass.visible) {
-    out += ", visible " + timeText(pass.visible->from, calendar) + "-" + timeText(pass.visible->to, calendar);
+    out += ", visible " + words.clockWithSeconds(pass.visible->from) + "-" +
+           words.clockWithSeconds(pass.visible->to);
   }
   if (cloudCover) out += ", clouds " + std::to_string(*cloudCover) + " %";
   return out + "\n";
 }
 
-std::string table(std::vector<ListedPass> const& passes, Calendar const& calendar) {
+std::string table(std::vector<ListedPass> const& passes, TimeWords const& words) {
   if (passes.empty()) return "no passes\n";
   std::string out = passes.front().name + "\n";
-  for (ListedPass const& pass : passes) out += rowText(pass, calendar);
+  for (ListedPass const& pass : passes) out += rowText(pass, words);
   return out;
 }
 
@@ -120,8 +116,8 @@ Result<std::string, Failure> satellitePassesAnswer(SatelliteSource& source,
     listed.push_back({found->entry.name, rounded(pass), cloudCoverAt(data, pass.culmination.time)});
   }
   if (options.json) return json(listed);
-  return table(listed, data != nullptr ? calendarOf(*data, session.environment.machineCalendar)
-                                       : session.environment.machineCalendar);
+  Calendar const& machine = session.environment.machineCalendar;
+  return table(listed, TimeWords(context.texts(), data != nullptr ? calendarOf(*data, machine) : machine));
 }
 
 }  // namespace nimbara

@@ -2,6 +2,7 @@
 
 #include "app/configuration.h"
 #include "app/unit_settings.h"
+#include "base/texts.h"
 
 #include <gtest/gtest.h>
 
@@ -37,6 +38,10 @@ TEST(SettingsRegistry, ChecksValues) {
            {"temperatureUnit", "fahrenheit", true},
            {"temperatureUnit", "kelvin", false},
            {"windUnit", "knots", true},
+           {"clock", "automatic", true},
+           {"clock", "12", true},
+           {"clock", "24", true},
+           {"clock", "23", false},
            {"language", "zh", true},
            {"language", "tlh", false},
            {"openMeteoHost", "https://customer-api.open-meteo.com", true},
@@ -113,6 +118,24 @@ TEST(RegionalUnits, GiveWayToChosenOnes) {
   Units expected = Units::imperial();
   expected.temperature = TemperatureUnit::celsius;
   EXPECT_EQ(unitsOf(settings, "en_US"), expected);
+}
+
+TEST(Clocks, FollowTheLocaleUntilOneIsChosen) {
+  struct Row {
+    char const* choice;
+    char const* locale;
+    HourClock clock;
+  };
+  for (Row const& row :
+       {Row{"automatic", "C", HourClock::twelve}, Row{"automatic", "en_US.UTF-8", HourClock::twelve},
+        Row{"automatic", "en_GB.UTF-8", HourClock::twentyFour}, Row{"12", "de_DE", HourClock::twelve},
+        Row{"24", "C", HourClock::twentyFour}}) {
+    Settings const settings = with({{"clock", std::string(row.choice)}});
+    EXPECT_EQ(chosenClock(settings, row.locale), row.clock) << row.choice << " " << row.locale;
+    Texts const texts = Texts::load(wordsLocale(settings, "pt_BR.UTF-8", row.locale));
+    EXPECT_EQ(texts.language(), "pt");
+    EXPECT_EQ(texts.text("time.hourPattern"), row.clock == HourClock::twelve ? "h a" : "HH:mm");
+  }
 }
 
 }  // namespace

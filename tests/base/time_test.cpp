@@ -1,4 +1,5 @@
 #include "base/calendar.h"
+#include "base/hour_clock.h"
 #include "base/instant.h"
 #include "base/time_words.h"
 #include "support/instants.h"
@@ -120,6 +121,52 @@ TEST(TimeWords, LabelHoursByTheirDistanceInDays) {
   EXPECT_EQ(words.aroundSuffix(at("2026-11-21T22:00:00Z"), now), " around 11 PM");
   EXPECT_EQ(words.weekday(now), "Saturday");
   EXPECT_EQ(words.format(now, "EEE d.M.yyyy 'at' HH:mm, h a"), "Sat 21.11.2026 at 21:30, 9 PM");
+}
+
+TEST(TimeWords, HaveOneClockForAllForms) {
+  struct Row {
+    char const* locale;
+    char const *hour, *column, *clock, *seconds, *tomorrow, *around, *moment, *pattern;
+  };
+  Instant const now = at("2026-11-21T10:00:00Z");
+  for (Row const& row : {Row{"en", "4 PM", "4 PM", "4:05 PM", "4:05:09 PM", "tomorrow 12 AM", " around 4 PM",
+                             "Sunday 12:00 AM", "Sat, 4:05 PM"},
+                         Row{"en@hours=h12", "4 PM", "4 PM", "4:05 PM", "4:05:09 PM", "tomorrow 12 AM",
+                             " around 4 PM", "Sunday 12:00 AM", "Sat, 4:05 PM"},
+                         Row{"en_GB@hours=h23", "16:00", "16", "16:05", "16:05:09", "tomorrow 00:00",
+                             " around 16:00", "Sunday 00:00", "Sat, 16:05"},
+                         Row{"pt_BR@hours=h23", "16:00", "16", "16:05", "16:05:09", "amanhã 00:00",
+                             " por volta de 16:00", "domingo 00:00", "sáb., 16:05"},
+                         Row{"zh@hours=h12", "4 下午", "4 下午", "下午4:05", "下午4:05:09", "明天12 上午",
+                             "，4 下午左右", "星期日 上午12:00", "周六, 下午4:05"}}) {
+    Texts const texts = Texts::load(row.locale);
+    TimeWords const words(texts, zone("UTC"));
+    Instant const hour = at("2026-11-21T16:00:00Z");
+    Instant const reading = at("2026-11-21T16:05:09Z");
+    Instant const midnight = at("2026-11-22T00:00:00Z");
+    EXPECT_EQ(words.hour(hour), row.hour);
+    EXPECT_EQ(words.hourColumn(hour), row.column);
+    EXPECT_EQ(words.clock(reading), row.clock);
+    EXPECT_EQ(words.clock(LocalTime(16h + 5min)), row.clock);
+    EXPECT_EQ(words.clockWithSeconds(reading), row.seconds);
+    EXPECT_EQ(words.hourLabel(midnight, now), row.tomorrow);
+    EXPECT_EQ(words.aroundSuffix(hour, now), row.around);
+    EXPECT_EQ(words.moment(reading, now), row.clock);
+    EXPECT_EQ(words.moment(midnight, now), row.moment);
+    EXPECT_EQ(words.format(reading, "EEE, jmm"), row.pattern);
+  }
+}
+
+TEST(HourClock, FollowsTheLocaleAndTravelsInItsName) {
+  for (char const* const locale : {"", "C", "C.UTF-8", "POSIX", "en_US", "en_US.UTF-8", "en-US"}) {
+    EXPECT_EQ(hourClockOf(locale), HourClock::twelve) << locale;
+  }
+  for (char const* const locale : {"en_GB.UTF-8", "en", "en_CA", "pt_BR.UTF-8", "de_DE@euro", "zh_CN"}) {
+    EXPECT_EQ(hourClockOf(locale), HourClock::twentyFour) << locale;
+  }
+  EXPECT_EQ(withHourClock("de_DE@euro", HourClock::twentyFour), "de_DE@hours=h23");
+  EXPECT_EQ(hourClockIn(withHourClock("C", HourClock::twentyFour)), HourClock::twentyFour);
+  EXPECT_EQ(hourClockIn(withHourClock("pt@hours=h23", HourClock::twelve)), HourClock::twelve);
 }
 
 TEST(TimeWords, FollowTheLanguage) {

@@ -135,7 +135,7 @@ TEST(WarningPage, SaysHowGraveWhereUntilWhenAndWhatToDo) {
                                    60};
   EXPECT_EQ(warningPage({warningEntry(alert)}, context),
             "Warning: Flood Watch\n"
-            "  from 09:00, until Sunday 21:00\n"
+            "  from 9:00 AM, until Sunday 9:00 PM\n"
             "  Cook County\n"
             "  Flood Watch until this evening\n"
             "  What to do: Be ready.\n"
@@ -185,7 +185,7 @@ TEST(WarningPage, TellsNoWarningsFromNoCheck) {
   alerts.sources = {{"nws", at("2026-11-21T14:20:00Z"), {}, "", {}, {}}};
   EXPECT_EQ(warningNote(alerts, context), "");
   alerts.sources[0].failedSince = at("2026-11-21T14:30:00Z");
-  EXPECT_EQ(warningNote(alerts, context), "Official warnings could not be checked since 14:20");
+  EXPECT_EQ(warningNote(alerts, context), "Official warnings could not be checked since 2:20 PM");
   alerts.sources[0].checkedAt.reset();
   EXPECT_EQ(warningNote(alerts, context), "Official warnings could not be checked");
 }

@@ -45,9 +45,10 @@ TEST_F(NotifyCommandTest, ExplainsEveryRule) {
   EXPECT_EQ(text.exitCode, 0) << text.err;
   EXPECT_THAT(text.out, ContainsRegex("rain_start +Switched off\\."));
   EXPECT_THAT(text.out, ContainsRegex("rain +Berlin: Nothing to tell\\. No rain is likely\\.\n"));
-  EXPECT_THAT(text.out,
-              ContainsRegex(
-                  "morning_summary +Berlin: Scheduled\\. It will be told at 07:00, in the place's time\\."));
+  EXPECT_THAT(
+      text.out,
+      ContainsRegex(
+          "morning_summary +Berlin: Scheduled\\. It will be told at 7:00 AM, in the place's time\\."));
   auto const json = run({"notify", "--explain", "--json"});
   EXPECT_THAT(json.out,
               HasSubstr(R"({"rule":"rain","setting":"notify_rain","identifier":"rain",)"

@@ -41,7 +41,7 @@ TEST_F(WeatherCommands, ServeAForecastFromTheCacheWhileItIsFresh) {
   EXPECT_THAT(old.err, HasSubstr("fetched at 2026-11-21T09:20:00Z"));
   CliRun const again = run({"forecast", "1,2"}, "2026-11-21T09:36:00Z");
   EXPECT_THAT(again.err, HasSubstr("every provider failed less than five minutes ago"));
-  EXPECT_THAT(again.out, HasSubstr("! Older data, fetched 09:20 (16 min ago)"));
+  EXPECT_THAT(again.out, HasSubstr("! Older data, fetched 9:20 AM (16 min ago)"));
   EXPECT_EQ(run({"forecast", "1,2", "--no-cache"}, "2026-11-21T09:36:00Z").exitCode, exitCode::kUnavailable);
 }
 

@@ -76,6 +76,17 @@ TEST(SettingViews, TellWhatAutomaticMeans) {
   EXPECT_TRUE(chosen.isSet);
 }
 
+TEST(SettingViews, ShowTheClockInUse) {
+  EXPECT_THAT(row(SettingsGroup::units, "clock", settingsWith({})).labels,
+              ElementsAre("Automatic (16:00)", "12-hour", "24-hour"));
+  Texts const american = Texts::load("en_US@hours=h12");
+  ViewContext const context{american, Units::imperial(), kNow, Calendar::utc(), {}};
+  EXPECT_THAT(row(SettingsGroup::units, "clock", settingsWith({}), context).labels.front(),
+              "Automatic (4:00 PM)");
+  EXPECT_EQ(row(SettingsGroup::units, "clock", settingsWith({{"clock", std::string("12")}})).labels.front(),
+            "Automatic");
+}
+
 struct PresetRow {
   SettingValues stored;
   char const* preset;

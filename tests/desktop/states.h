@@ -11,8 +11,9 @@ namespace nimbara::test {
 
 inline Instant const kNow = at("2026-11-21T12:20:00Z");
 
+/// With the clock of Britain.
 inline Texts const& english() {
-  static Texts const kTexts = Texts::load("en");
+  static Texts const kTexts = Texts::load("en_GB@hours=h23");
   return kTexts;
 }
 

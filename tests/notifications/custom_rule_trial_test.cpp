@@ -34,10 +34,10 @@ std::string tried(CustomNotification const& rule, RuleInputs const& inputs) {
 
 TEST(RuleTrials, TellWhenARuleRingsFirst) {
   EXPECT_EQ(tried(gustRule(50), windyInputs()),
-            "It would ring on Sunday 14:00: “Wind gust above 50.0km/h now: now 62.0km/h”");
-  EXPECT_EQ(
-      tried(gustRule(50, 6), windyInputs()),
-      "It would ring on Sunday 08:00: “Wind gust above 50.0km/h in the next 6 hours: 62.0km/h around 2 PM”");
+            "It would ring on Sunday 2:00 PM: “Wind gust above 50.0km/h now: now 62.0km/h”");
+  EXPECT_EQ(tried(gustRule(50, 6), windyInputs()),
+            "It would ring on Sunday 8:00 AM: “Wind gust above 50.0km/h in the next 6 hours: 62.0km/h around "
+            "2 PM”");
   CustomNotification atSeven = gustRule(50, 12);
   atSeven.checkHour = 7;
   EXPECT_EQ(triedRule(atSeven, windyInputs(), {}).ringsAt, at("2026-11-22T07:00:00Z"));
@@ -60,19 +60,21 @@ TEST(RuleTrials, TellWhatRingsNow) {
 }
 
 TEST(RuleTrials, TellWhatComesNearest) {
-  EXPECT_EQ(tried(gustRule(62), windyInputs()),
-            "It would not ring until Wednesday 09:00. Nearest is 62.0km/h at Sunday 14:00, 0.0km/h short of "
-            "the limit.");
-  EXPECT_EQ(tried(gustRule(80), windyInputs()),
-            "It would not ring until Wednesday 09:00. Nearest is 62.0km/h at Sunday 14:00, 18.0km/h short of "
-            "the limit.");
+  EXPECT_EQ(
+      tried(gustRule(62), windyInputs()),
+      "It would not ring until Wednesday 9:00 AM. Nearest is 62.0km/h at Sunday 2:00 PM, 0.0km/h short of "
+      "the limit.");
+  EXPECT_EQ(
+      tried(gustRule(80), windyInputs()),
+      "It would not ring until Wednesday 9:00 AM. Nearest is 62.0km/h at Sunday 2:00 PM, 18.0km/h short of "
+      "the limit.");
   CustomNotification thunder = gustRule(0);
   thunder.conditionType = Type::thunder;
   thunder.conditionOperator = Operator::any;
   RuleInputs const inputs =
       ruleInputs(at(kSaturdayMorning), [](WeatherData& data) { data.allHourly[3].chanceOfThunder = 49; });
   EXPECT_EQ(tried(thunder, inputs),
-            "It would not ring until Wednesday 09:00. The chance is highest at 12:00: 49%.");
+            "It would not ring until Wednesday 9:00 AM. The chance is highest at 12:00 PM: 49%.");
 }
 
 TEST(RuleTrials, SayWhyNothingCanBeKnown) {
@@ -93,7 +95,7 @@ TEST(RuleTrials, SayWhyNothingCanBeKnown) {
 TEST(RuleTrials, OnNoDaySayNothingOfValues) {
   CustomNotification rule = gustRule(50);
   rule.scheduledDays = {};
-  EXPECT_EQ(tried(rule, windyInputs()), "It would not ring until Wednesday 09:00.");
+  EXPECT_EQ(tried(rule, windyInputs()), "It would not ring until Wednesday 9:00 AM.");
 }
 
 }  // namespace

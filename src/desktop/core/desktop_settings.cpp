@@ -11,9 +11,10 @@ namespace {
 std::shared_ptr<Wording const> wordingOf(Settings const& settings, Environment const& environment) {
   std::string const chosen = settings.text("language");
   std::string const& language = chosen == "automatic" ? environment.language : chosen;
-  return std::make_shared<Wording const>(Wording{unitsOf(settings, environment.measurement),
-                                                 std::make_shared<Texts>(Texts::load(language)),
-                                                 environment.machineCalendar, language});
+  return std::make_shared<Wording const>(
+      Wording{unitsOf(settings, environment.measurement),
+              std::make_shared<Texts>(Texts::load(wordsLocale(settings, language, environment.time))),
+              environment.machineCalendar, language});
 }
 
 /// Without a folder for other programs' settings, as in the demo, nothing starts with the session.
@@ -22,7 +23,9 @@ WatchStart startOf(Environment const& environment) {
 }
 
 bool isSame(Wording const& one, Wording const& other) {
-  return one.units == other.units && one.texts->language() == other.texts->language();
+  constexpr std::string_view kClock = "time.clockPattern";
+  return one.units == other.units && one.texts->language() == other.texts->language() &&
+         one.texts->text(kClock) == other.texts->text(kClock);
 }
 
 /// Services take these when they are made.

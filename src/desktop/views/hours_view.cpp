@@ -6,6 +6,7 @@
 #include "model/upcoming_hours.h"
 
 #include <algorithm>
+#include <functional>
 #include <span>
 
 namespace nimbara {
@@ -51,9 +52,8 @@ HourView hourView(HourlyForecast const& hour, WeatherData const& data, Calendar 
                   ViewContext const& context) {
   TimeWords const words(context.texts, calendar);
   HourView view;
-  LocalTime const local = calendar.local(hour.date);
   view.startsDay = hour.hour == 0;
-  view.hour = view.startsDay ? words.format(hour.date, "EE") : formatClock24(local).substr(0, 2);
+  view.hour = view.startsDay ? words.format(hour.date, "EE") : words.hourColumn(hour.date);
   view.sky = skyName(hour.condition);
   view.isDay = isDayAt(data, hour.date + std::chrono::minutes(30));
   view.temperature = context.degrees(hour.tempC, hour.tempF);
@@ -63,7 +63,7 @@ HourView hourView(HourlyForecast const& hour, WeatherData const& data, Calendar 
   view.wind = display(hour.windSpeedKmph, context.units.wind);
   view.direction = compassDegrees(hour.windDirection).value_or(0);
   view.sentence = joined(
-      {words.weekday(hour.date) + " " + formatClock24(local), context.condition(hour.condition, view.isDay),
+      {words.weekday(hour.date) + " " + words.clock(hour.date), context.condition(hour.condition, view.isDay),
        view.temperature, view.chance.empty() ? "" : context.texts.format("desktop.chance", view.chance),
        view.amount,
        context.text("report.wind") + " " + context.wind(hour.windSpeedKmph) + " " + hour.windDirection});
@@ -133,7 +133,7 @@ MeteogramPoint pointOf(HourlyForecast const& hour, Instant begin, WeatherData co
   point.pressure = convert(hour.pressure, units.pressure);
   point.clouds = hour.cloudCover / 100.0;
   point.isDay = isDayAt(data, hour.date + std::chrono::minutes(30));
-  point.when = words.weekday(hour.date) + " " + formatClock24(calendar.local(hour.date));
+  point.when = words.weekday(hour.date) + " " + words.clock(hour.date);
   std::string const feels =
       context.texts.format("report.feelsLike", context.degrees(hour.feelsLikeC, hour.feelsLikeF));
   point.readings = joined({context.condition(hour.condition, point.isDay),

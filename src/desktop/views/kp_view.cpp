@@ -72,7 +72,7 @@ KpBar barOf(KpReading const& reading, Instant first, TimeWords const& words, Vie
   bar.level = kpLevel(reading.kp);
   bar.isForecast = reading.kind == KpKind::predicted;
   std::string const when =
-      words.format(reading.begin, "EEEE H:mm") + " – " + words.format(reading.begin + kBin, "H:mm");
+      words.format(reading.begin, "EEEE jmm") + " – " + words.clock(reading.begin + kBin);
   bar.reading = context.texts.format(bar.isForecast ? "desktop.kp.foreseen" : "desktop.kp.reading", when,
                                      number(reading.kp, context), context.text(levelKey(bar.level, "word")));
   return bar;

@@ -170,19 +170,19 @@ DayOfSky dayOfSky(Coordinate place, Calendar const& calendar, Instant now) {
   return {sunRiseSet(begin, end, place), moonRiseSet(begin, end, place)};
 }
 
-std::string clockOr(std::optional<Instant> instant, Calendar const& calendar, std::string_view otherwise) {
-  return instant ? formatClock24(calendar.local(*instant)) : std::string(otherwise);
+std::string clockOr(std::optional<Instant> instant, TimeWords const& words, std::string_view otherwise) {
+  return instant ? words.clock(*instant) : std::string(otherwise);
 }
 
-void fillSun(SkyView& view, RiseSet const& sun, Calendar const& calendar, ViewContext const& context) {
-  view.sunrise = clockOr(sun.rise, calendar, "");
-  view.sunset = clockOr(sun.set, calendar, "");
+void fillSun(SkyView& view, RiseSet const& sun, TimeWords const& words, ViewContext const& context) {
+  view.sunrise = clockOr(sun.rise, words, "");
+  view.sunset = clockOr(sun.set, words, "");
   if (!sun.rise && !sun.set) {
     view.sun = context.text(sun.alwaysUp ? "desktop.polarDay" : "desktop.polarNight");
     return;
   }
-  view.sun = context.texts.format("report.riseSet", clockOr(sun.rise, calendar, "–"),
-                                  clockOr(sun.set, calendar, "–"));
+  view.sun =
+      context.texts.format("report.riseSet", clockOr(sun.rise, words, "–"), clockOr(sun.set, words, "–"));
   if (!sun.rise || !sun.set || *sun.set <= *sun.rise) return;
   view.hasArc = true;
   auto const length = std::chrono::floor<std::chrono::minutes>(*sun.set - *sun.rise).count();
@@ -266,7 +266,8 @@ SkyView skyView(WeatherState const& state, ViewContext const& context) {
   WeatherData const& data = *state.weatherData;
   Calendar const calendar = calendarOf(data, context.fallback);
   DayOfSky const day = dayOfSky(coordinateOf(data), calendar, context.now);
-  fillSun(view, day.sun, calendar, context);
+  TimeWords const words(context.texts, calendar);
+  fillSun(view, day.sun, words, context);
   view.sunIsUp = isDayAt(data, context.now);
   MoonState const moon = moonState(context.now);
   view.moonIllumination = moon.illumination;
@@ -276,8 +277,8 @@ SkyView skyView(WeatherState const& state, ViewContext const& context) {
   MoonPhase const phase = moonPhase(calendar.startOfDay(today), calendar.startOfDay(addDays(today, 1)));
   view.moon = context.text("moon." + std::string(enumName(phase))) + ", " +
               percent(static_cast<int>(std::lround(100 * moon.illumination)));
-  view.moonTimes = context.texts.format("report.riseSet", clockOr(day.moon.rise, calendar, "–"),
-                                        clockOr(day.moon.set, calendar, "–"));
+  view.moonTimes = context.texts.format("report.riseSet", clockOr(day.moon.rise, words, "–"),
+                                        clockOr(day.moon.set, words, "–"));
   return view;
 }
 

@@ -30,6 +30,7 @@ constexpr RowDefinition kRows[] = {
     {SettingsGroup::units, "pressureUnit", "choice"},
     {SettingsGroup::units, "precipUnitDisplay", "choice"},
     {SettingsGroup::units, "visibilityUnit", "choice"},
+    {SettingsGroup::units, "clock", "choice"},
     {SettingsGroup::window, "desktop_closeToTray", "switch"},
     {SettingsGroup::keys, "contact", "text"},
     {SettingsGroup::keys, "appleWeatherKeyFile", "text"},
@@ -74,6 +75,14 @@ std::string languageLabel(std::string_view value, ViewContext const& context) {
   return context.text("desktop.language." + std::string(value));
 }
 
+/// An afternoon hour shows which clock the locale's is.
+std::string clockLabel(std::string_view value, bool isChosen, ViewContext const& context) {
+  if (!isAutomatic(value)) return context.text("desktop.settings.clock." + std::string(value));
+  constexpr std::chrono::hours kAfternoon{16};
+  std::string const sample = TimeWords(context.texts, Calendar::utc()).clock(Instant(kAfternoon));
+  return isChosen ? automaticLabel(sample, context) : context.text("desktop.settings.automatic");
+}
+
 std::string optionLabel(std::string_view key, std::string_view value, bool isChosen,
                         ViewContext const& context) {
   Units const& units = context.units;
@@ -82,6 +91,7 @@ std::string optionLabel(std::string_view key, std::string_view value, bool isCho
   if (key == "pressureUnit") return unitLabel(value, units.pressure, isChosen, context);
   if (key == "precipUnitDisplay") return unitLabel(value, units.precipitation, isChosen, context);
   if (key == "visibilityUnit") return unitLabel(value, units.distance, isChosen, context);
+  if (key == "clock") return clockLabel(value, isChosen, context);
   if (key == "language") return languageLabel(value, context);
   if (key == "desktop_textSize") return measured(std::string(value), "%");
   return context.text("desktop.settings." + std::string(value));
