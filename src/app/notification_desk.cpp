@@ -20,6 +20,8 @@ NotificationDesk::NotificationDesk(Surroundings surroundings)
       // Made-up news keep nobody from telling real ones.
       role_(around_.dataDirectory / (isStandIn() ? "notifier-stand-in.lock" : "notifier.lock"),
             around_.program),
+      regions_(around_.app.http(), around_.clock,
+               around_.app.services().address(Service::meteoAlarmRegions).baseUrl, around_.dataDirectory),
       notifier_(manager_, inputs_, around_.store, around_.clock, around_.runner, notifierSurroundings()) {
   around_.center->setListener([this](NotificationResponse const& response) { answer(response); });
 }
@@ -52,10 +54,25 @@ Notifier::Surroundings NotificationDesk::notifierSurroundings() {
     return saved ? std::move(saved->rules) : std::vector<CustomNotification>{};
   };
   all.isOurs = [this] { return role_.isOurs(); };
-  all.onPass = around_.onPass;
+  all.onPass = [this](PassReport const& report) {
+    tell(around_.onPass, report);
+    renewRegions();
+  };
   all.onDueChange = around_.onDueChange;
   all.jitter = around_.jitter;
   return all;
+}
+
+/// Stand-ins have regions of their own making.
+void NotificationDesk::renewRegions() {
+  if (isStandIn() || !around_.places) return;
+  std::vector<Coordinate> coordinates;
+  for (WatchedPlace const& watched : around_.places()) coordinates.push_back(watched.place.coordinate);
+  if (!regions_.isDue(coordinates)) return;
+  around_.runner.run([this](std::stop_token const& stop) {
+    auto const done = regions_.run(stop);
+    if (!done && !stop.stop_requested()) tell(around_.onProblem, "warning regions: " + done.error());
+  });
 }
 
 /// A person clicked on a notification.

@@ -8,6 +8,7 @@
 #include "app/notifier.h"
 #include "app/notifier_role.h"
 #include "app/stand_in_store.h"
+#include "feeds/region_renewal.h"
 #include "notifications/notification_state.h"
 
 #include <memory>
@@ -61,12 +62,15 @@ class NotificationDesk {
   NotificationInputs::Options inputOptions() const;
   Notifier::Surroundings notifierSurroundings();
   void answer(NotificationResponse const& response);
+  /// Between passes, which come often enough: a newer edition of warning regions is used from the next on.
+  void renewRegions();
 
   Surroundings around_;
   StandInStore standIn_;
   NotificationManager manager_;
   NotificationInputs inputs_;
   NotifierRole role_;
+  RegionRenewal regions_;
   Notifier notifier_;
 };
 

@@ -43,11 +43,19 @@ struct DesktopState {
   std::string details;
 };
 
+/// The outlines of warning regions in use.
+struct RegionState {
+  std::string edition;
+  bool isUpdated = false;  ///< from the folder of data, not the program's own
+  std::optional<std::string> problem;
+};
+
 struct Diagnosis {
   std::vector<ServiceState> services;
   std::vector<CachedPlace> cache;
   std::vector<FolderState> folders;
   std::vector<DesktopState> desktop;
+  RegionState regions;
 };
 
 }  // namespace
@@ -72,9 +80,14 @@ inline constexpr auto jsonFields<DesktopState> =
     std::tuple{field("name", &DesktopState::name), field("purpose", &DesktopState::purpose),
                field("presence", &DesktopState::presence), field("details", &DesktopState::details)};
 template <>
+inline constexpr auto jsonFields<RegionState> =
+    std::tuple{field("edition", &RegionState::edition), field("updated", &RegionState::isUpdated),
+               field("problem", &RegionState::problem)};
+template <>
 inline constexpr auto jsonFields<Diagnosis> =
     std::tuple{field("services", &Diagnosis::services), field("cache", &Diagnosis::cache),
-               field("directories", &Diagnosis::folders), field("desktopServices", &Diagnosis::desktop)};
+               field("directories", &Diagnosis::folders), field("desktopServices", &Diagnosis::desktop),
+               field("warningRegions", &Diagnosis::regions)};
 
 namespace {
 
@@ -136,6 +149,8 @@ Diagnosis diagnose(RunContext& context, Session const& session) {
   for (DesktopServiceState const& state : desktopServiceStates({session.environment.program, {}, {}})) {
     diagnosis.desktop.push_back({state.name, state.purpose, state.presence, state.details});
   }
+  Regions const& regions = context.app().feeds().regions();
+  diagnosis.regions = {std::string(regions.outlines()->edition()), regions.isUpdated(), regions.problem()};
   return diagnosis;
 }
 
@@ -152,6 +167,8 @@ class Page {
     if (diagnosis.cache.empty()) row("", "no places are saved");
     heading("Folders");
     for (FolderState const& folder : diagnosis.folders) row(folder.purpose, lineOf(folder));
+    heading("Warning regions");
+    row("outlines", lineOf(diagnosis.regions));
     heading("Desktop services");
     for (DesktopState const& state : diagnosis.desktop) {
       std::string const details = state.details.empty() ? "" : ": " + state.details;
@@ -165,6 +182,12 @@ class Page {
   void heading(std::string_view text) { out_ += (out_.empty() ? "" : "\n") + std::string(text) + "\n"; }
   void row(std::string_view label, std::string const& text) {
     out_ += "  " + fitted(label, 30) + " " + text + "\n";
+  }
+  static std::string lineOf(RegionState const& regions) {
+    std::string const edition =
+        regions.edition.empty() ? "from files of yours" : "edition " + regions.edition;
+    std::string const line = edition + (regions.isUpdated ? ", updated" : ", the program's own");
+    return regions.problem ? line + "; " + *regions.problem : line;
   }
   std::string age(Instant then) const { return ageText(then, context_.clock().now(), context_.texts()); }
 

@@ -4,11 +4,14 @@
 #include "base/display_text.h"
 #include "base/file.h"
 #include "cli/cli.h"
+#include "cli/region_table.h"
 #include "cli/run_context.h"
 #include "feeds/region_update.h"
 #include "feeds/regions.h"
 
 #include <CLI/CLI.hpp>
+
+#include <algorithm>
 
 namespace nimbara {
 
@@ -22,18 +25,20 @@ std::string joined(std::vector<std::string> const& parts) {
   return text.empty() ? "-" : text;
 }
 
-std::vector<std::string> codeTexts(PlaceRegions const& regions) {
+std::vector<std::string> codeTexts(PlaceRegions const& regions, bool atSea) {
   std::vector<std::string> texts;
-  texts.reserve(regions.codes.size());
-  for (RegionCode const& code : regions.codes) texts.push_back(code.code + " (" + code.registry + ")");
+  for (RegionCode const& code : regions.codes) {
+    bool const isSea = std::ranges::find(regions.seaCodes, code) != regions.seaCodes.end();
+    if (isSea == atSea) texts.push_back(code.code + " (" + code.registry + ")");
+  }
   return texts;
 }
 
 std::string report(PlaceRegions const& regions, std::string const& language) {
   std::string const country =
       regions.country.empty() ? "-" : countryName(regions.country, language) + " (" + regions.country + ")";
-  return "Country  " + country + "\nNames    " + joined(regions.names) + "\nCodes    " +
-         joined(codeTexts(regions)) + "\n";
+  return "Country  " + country + "\nNames    " + joined(regions.names) + "\nLand     " +
+         joined(codeTexts(regions, false)) + "\nSea      " + joined(codeTexts(regions, true)) + "\n";
 }
 
 std::string json(RegionUpdate const& update) {
@@ -88,6 +93,26 @@ class RegionsRun {
     return exitCode::kComplete;
   }
 
+  /// A line for each place of a table, and a last one that counts; 1 when any place is wrong.
+  int check() {
+    auto const text = readFile(options_.table, kLongestDocument);
+    if (!text) return session_.fail(exitCode::kUnavailable, text.error());
+    auto const rows = readRegionTable(*text);
+    if (!rows) return session_.fail(exitCode::kUnavailable, options_.table + ": " + rows.error());
+    Regions const known(file_);
+    std::size_t right = 0;
+    for (RegionTableRow const& row : *rows) {
+      std::string const expected = describe(row);
+      std::string const got = describe(foundRow(row, known));
+      bool const isRight = got == expected;
+      right += isRight ? 1 : 0;
+      session_.console.out((isRight ? "ok     " : "WRONG  ") + row.place + "  expected: " + expected +
+                           "  got: " + got + "\n");
+    }
+    session_.console.out(std::to_string(right) + " of " + std::to_string(rows->size()) + " places right\n");
+    return right == rows->size() ? exitCode::kComplete : exitCode::kUnavailable;
+  }
+
   int update() {
     auto const done = options_.files.empty() ? fetched() : read();
     if (!done) {
@@ -103,7 +128,7 @@ class RegionsRun {
  private:
   Result<RegionUpdate, std::string> fetched() {
     std::string const base = context_.app().services().address(Service::meteoAlarmRegions).baseUrl;
-    return updateRegions(context_.app().http(), base, file_, session_.stop);
+    return updateRegions(context_.app().http(), base, file_, {embeddedRegions().get(), {}}, session_.stop);
   }
 
   Result<RegionUpdate, std::string> read() const {
@@ -113,7 +138,7 @@ class RegionsRun {
       if (!document) return std::unexpected(document.error());
       documents.push_back(std::move(*document));
     }
-    return installRegions({documents.begin(), documents.end()}, file_);
+    return installRegions({documents.begin(), documents.end()}, file_, embeddedRegions().get());
   }
 
   RegionsOptions const& options_;
@@ -142,20 +167,36 @@ std::vector<CLI::App*> defineRegions(CLI::App& app, CommandLine& line) {
   };
   CLI::App* const show = define("show", "Country, names and codes of a place's regions", Action::show);
   show->add_option("PLACE", options.place, "LAT,LON in decimal degrees, or a name to search for");
-  CLI::App* const update = define(
-      "update", "Fetch the outlines of Europe's regions, some 20 to 40 MB; after that look-ups are offline",
-      Action::update);
+  CLI::App* const check =
+      define("check", "Compare a table of places and their regions with what is found: place, expected, got",
+             Action::check);
+  check
+      ->add_option("FILE", options.table,
+                   "Lines of place, latitude, longitude, country, codes of the land "
+                   "regions, codes of the sea regions and a name, parted by tabs")
+      ->required();
+  CLI::App* const update = define("update",
+                                  "Fetch a newer edition of the outlines of Europe's regions, some 20 to 40 "
+                                  "MB; one is part of the program",
+                                  Action::update);
   update
       ->add_option("--from", options.files,
                    "Take the outlines of this GeoJSON file instead; may be given several times")
       ->type_name("FILE")
       ->allow_extra_args(false);
-  return {show, update};
+  return {show, check, update};
 }
 
 int runRegions(CommandLine const& line, Session const& session) {
   RegionsRun run(line, session);
-  return line.regions.action == RegionsOptions::Action::update ? run.update() : run.show();
+  switch (line.regions.action) {
+    case RegionsOptions::Action::update:
+      return run.update();
+    case RegionsOptions::Action::check:
+      return run.check();
+    default:
+      return run.show();
+  }
 }
 
 }  // namespace nimbara

@@ -14,10 +14,11 @@ struct CommandLine;
 struct Session;
 
 struct RegionsOptions {
-  enum class Action { show, update };
+  enum class Action { show, check, update };
 
   Action action = Action::show;
   std::string place;
+  std::string table;               ///< of places and their regions, to be compared
   std::vector<std::string> files;  ///< outlines to take in place of the published ones
   bool json = false;
 };

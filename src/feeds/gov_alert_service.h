@@ -9,9 +9,9 @@
 #include "feeds/event_memory.h"
 #include "feeds/gov_alerts.h"
 #include "feeds/nws_alert_service.h"
-#include "feeds/region_code.h"
 #include "model/weather_alert.h"
 #include "platform/clock.h"
+#include "regions/region_code.h"
 
 #include <filesystem>
 #include <functional>

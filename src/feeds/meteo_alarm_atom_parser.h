@@ -5,8 +5,8 @@
 
 #include "base/instant.h"
 #include "base/result.h"
-#include "feeds/region_code.h"
 #include "feeds/warning_shape.h"
+#include "regions/region_code.h"
 
 #include <optional>
 #include <string>

@@ -51,28 +51,23 @@ constexpr std::array kCountries = std::to_array<MeteoAlarmCountry>({
 static_assert(kCountries.size() == 39);
 static_assert(std::ranges::is_sorted(kCountries, {}, &MeteoAlarmCountry::code));
 
-char asciiUpper(char c) {
-  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
-
 }  // namespace
 
 std::span<MeteoAlarmCountry const> meteoAlarmCountries() {
   return kCountries;
 }
 
-std::string isoCountryCode(std::string_view code) {
-  std::string iso(code);
-  std::ranges::transform(iso, iso.begin(), asciiUpper);
-  if (iso == "UK") return "GB";
-  if (iso == "EL") return "GR";
+std::string warningCountry(std::string_view countryCode) {
+  std::string iso = isoCountryCode(countryCode);
+  if (iso == "AX") return "FI";
+  if (iso == "SJ") return "NO";
   return iso;
 }
 
 std::optional<std::string_view> meteoAlarmFeedName(std::string_view countryCode) {
-  auto const* const found =
-      std::ranges::lower_bound(kCountries, isoCountryCode(countryCode), {}, &MeteoAlarmCountry::code);
-  if (found == kCountries.end() || found->code != isoCountryCode(countryCode)) return std::nullopt;
+  std::string const country = warningCountry(countryCode);
+  auto const* const found = std::ranges::lower_bound(kCountries, country, {}, &MeteoAlarmCountry::code);
+  if (found == kCountries.end() || found->code != country) return std::nullopt;
   return found->feedName;
 }
 

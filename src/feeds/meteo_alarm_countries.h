@@ -1,6 +1,8 @@
 // The countries that MeteoAlarm has warnings of.
 #pragma once
 
+#include "regions/country_code.h"
+
 #include <optional>
 #include <span>
 #include <string>
@@ -16,10 +18,11 @@ struct MeteoAlarmCountry {
 /// All of them, by code.
 std::span<MeteoAlarmCountry const> meteoAlarmCountries();
 
-/// ISO 3166-1 in upper case; "UK" and "EL", as European services write them, become "GB" and "GR".
-std::string isoCountryCode(std::string_view code);
+/// The country whose service warns for this one: Finland's for Åland, Norway's for Svalbard and Jan Mayen;
+/// for all others the country itself, as `isoCountryCode` writes it.
+std::string warningCountry(std::string_view countryCode);
 
-/// Nothing for a country that has no feed.
+/// Nothing for a country that no feed warns for.
 std::optional<std::string_view> meteoAlarmFeedName(std::string_view countryCode);
 
 }  // namespace nimbara

@@ -1,8 +1,9 @@
 #include "feeds/meteo_alarm_selection.h"
 
-#include "base/search_text.h"
 #include "base/text.h"
+#include "feeds/area_names.h"
 #include "feeds/meteo_alarm_type.h"
+#include "regions/region_map.h"
 
 #include <algorithm>
 #include <cmath>
@@ -52,7 +53,8 @@ class Selector {
   Selector(Coordinate place, PlaceRegions const& regions, double radiusKm)
       : place_(place), regions_(regions), radiusKm_(radiusKm), near_(place, radiusKm) {
     for (std::string const& name : regions.names) {
-      if (std::string folded = searchFolded(name); !folded.empty()) foldedNames_.push_back(std::move(folded));
+      if (std::string folded = comparableName(name); !folded.empty())
+        foldedNames_.push_back(std::move(folded));
     }
   }
 
@@ -98,17 +100,28 @@ class Selector {
     return a && b ? std::min(*a, *b) : a ? a : b;
   }
 
-  bool hasKnownRegistry(RawEntry const& entry) const {
-    return anyCode(entry, [this](std::string_view registry, std::string const&) {
-      return std::ranges::find(regions_.codes, registry, &RegionCode::registry) != regions_.codes.end();
+  /// Whether the place's own code is known among those of which the entry has one. The code of a region at
+  /// sea says nothing of the land that the entry may mean, nor does a land code where the entry's is one that
+  /// the outlines do not know: of a newer division of the country.
+  bool isPlacedByCode(RawEntry const& entry) const {
+    return anyCode(entry, [this](std::string_view registry, std::string const& code) {
+      if (!hasLandCodeOf(regions_, registry)) return false;
+      return !regions_.outlines || regions_.outlines->knows({std::string(registry), code});
     });
   }
 
   bool isNamed(RawEntry const& entry, std::string_view area) const {
-    if (area.empty() || hasGeometry(entry) || hasKnownRegistry(entry)) return false;
-    return std::ranges::any_of(foldedNames_, [area](std::string const& name) {
-      return area.find(name) != std::string_view::npos || name.find(area) != std::string::npos;
+    if (area.empty() || hasGeometry(entry) || isPlacedByCode(entry)) return false;
+    auto const isOthersName = [this](std::string_view name) { return isNameOfAnother(name); };
+    return std::ranges::any_of(foldedNames_, [&](std::string const& name) {
+      return isNamedIn(name, area, isOthersName) ||
+             (!isLongerName(name) && !isOthersName(area) && isNamedIn(area, name, isOthersName));
     });
+  }
+
+  bool isNameOfAnother(std::string_view name) const {
+    if (std::ranges::find(foldedNames_, name) != foldedNames_.end()) return false;
+    return isLongerName(name) || (regions_.outlines && regions_.outlines->hasName(name));
   }
 
   Coordinate place_;
@@ -129,7 +142,7 @@ MeteoAlarmFeed feedOf(std::vector<RawEntry> entries) {
     RawEntry const& entry = feed.entries[i];
     if (hasGeometry(entry)) continue;
     auto const [found, isNew] = folded.try_emplace(entry.areaDesc);
-    if (isNew) found->second = searchFolded(entry.areaDesc);
+    if (isNew) found->second = comparableName(entry.areaDesc);
     feed.foldedAreas[i] = found->second;
   }
   return feed;

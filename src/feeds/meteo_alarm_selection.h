@@ -34,7 +34,8 @@ struct SelectedEntry {
 /// holds: one of its codes is one of the place's; the place is within a circle or `radiusKm` beyond; it is in
 /// a polygon or within `radiusKm` of one of its corners; the entry has neither circle nor polygon nor a code
 /// of a registry in which the place's code is known, and its area's name has a region's name in it or stands
-/// in one.
+/// in one, by whole words. The code of a region at sea makes no registry known, nor does an entry's code that
+/// the place's outlines do not have.
 std::vector<SelectedEntry> selectedEntries(MeteoAlarmFeed const& feed, Coordinate place,
                                            PlaceRegions const& regions, double radiusKm = kProximityRadiusKm);
 

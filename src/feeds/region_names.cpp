@@ -25,6 +25,7 @@ constexpr std::string_view kAdministrativeWords[] = {
     "city",
     "governorate",
     "prefecture",
+    "voivodeship",
     "canton",
     "borough",
     "parish",
@@ -33,7 +34,6 @@ constexpr std::string_view kAdministrativeWords[] = {
     "autonomous",
     "community",
     "republic",
-    "raion",
     "sub",
     "federal",
     "constituent",
@@ -90,6 +90,9 @@ constexpr std::string_view kAdministrativeWords[] = {
     "judet",
     "judetul",
     "municipiul",
+    "mun",
+    "raionul",
+    "raion",
     "principado",
     "concelho",
     "ville",
@@ -121,6 +124,7 @@ constexpr std::string_view kAdministrativeWords[] = {
     "hlavni mesto",
     "mesto",
     "област",
+    "область",
     "община",
     "округ",
     "град",
@@ -132,6 +136,7 @@ constexpr std::string_view kAdministrativeWords[] = {
     "varmegye",
     "jaras",
     "apskritis",
+    "sav",
     "savivaldybe",
     "rajonas",
     "novads",
@@ -152,8 +157,9 @@ constexpr std::string_view kAdministrativeWords[] = {
 };
 
 /// What joins such a word to the name itself.
-constexpr std::string_view kJoiningWords[] = {"of", "the", "de",  "du",  "des", "del", "della", "dello", "di",
-                                              "da", "do",  "dos", "das", "d",   "von", "van",   "and",   "y"};
+constexpr std::string_view kJoiningWords[] = {"of",  "the", "de",  "du",  "des", "del", "della", "dello",
+                                              "di",  "da",  "do",  "dos", "das", "d",   "von",   "van",
+                                              "and", "y",   "und", "et",  "e",   "og",  "och",   "i"};
 
 /// Words that name no region by themselves: points of the compass, and countries within a country, whose
 /// names stand in those of many regions ("South West England").

@@ -3,7 +3,6 @@
 #include "base/file.h"
 #include "base/json_codec.h"
 #include "base/text.h"
-#include "feeds/region_map.h"
 
 #include <algorithm>
 #include <limits>
@@ -59,6 +58,7 @@ Result<OutlineReading, std::string> readAll(std::vector<std::string_view> const&
     auto reading = readOutlines(document);
     if (!reading) return std::unexpected("the outlines cannot be read: " + reading.error());
     all.skipped += reading->skipped;
+    all.edition = std::max(all.edition, reading->edition);
     std::ranges::move(reading->outlines, std::back_inserter(all.outlines));
   }
   return all;
@@ -76,6 +76,16 @@ std::optional<std::string> objectionTo(OutlineReading const& reading, std::files
          " to take them all the same";
 }
 
+/// "2026-02-20" of "MeteoAlarm_Geocodes_2026_02_20.json"; empty for a name without a day.
+std::string dayOf(std::string_view document) {
+  constexpr std::size_t kDayLength = 10;
+  std::string day(document.substr(0, document.rfind('.')));
+  if (day.size() < kDayLength) return {};
+  day.erase(0, day.size() - kDayLength);
+  std::ranges::replace(day, '_', '-');
+  return parseDate(day) ? day : std::string();
+}
+
 }  // namespace
 
 std::filesystem::path regionFileIn(std::filesystem::path const& dataDirectory) {
@@ -83,11 +93,15 @@ std::filesystem::path regionFileIn(std::filesystem::path const& dataDirectory) {
 }
 
 Result<RegionUpdate, std::string> installRegions(std::vector<std::string_view> const& documents,
-                                                 std::filesystem::path const& file) {
+                                                 std::filesystem::path const& file, RegionMap const* older,
+                                                 std::string const& edition) {
   auto const reading = readAll(documents);
   if (!reading) return std::unexpected(reading.error());
   if (auto const objection = objectionTo(*reading, file)) return std::unexpected(*objection);
-  std::string const bytes = regionMapOf(reading->outlines);
+  OutlineSet set = outlineSetOf(reading->outlines);
+  set.edition = edition.empty() ? reading->edition : edition;
+  if (older != nullptr) complete(set, older->outlines());
+  std::string const bytes = regionMapOf(set);
   auto const map = RegionMap::over(bytes);
   if (!map) return std::unexpected("the outlines cannot be packed: " + map.error());
   if (auto const written = writeFileAtomically(file, bytes); !written)
@@ -97,6 +111,7 @@ Result<RegionUpdate, std::string> installRegions(std::vector<std::string_view> c
 
 Result<RegionUpdate, std::string> updateRegions(HttpClient& http, std::string const& baseUrl,
                                                 std::filesystem::path const& file,
+                                                RegionUpdateOptions const& options,
                                                 std::stop_token const& stop) {
   auto const list = fetch(http, {baseUrl + std::string(kListPath), {}, kListTimeout, kLongestList},
                           "the list of outlines", stop);
@@ -105,11 +120,15 @@ Result<RegionUpdate, std::string> updateRegions(HttpClient& http, std::string co
   if (!files) return std::unexpected("the list of outlines cannot be read: " + files.error().text());
   std::string const newest = newestOf(*files);
   if (newest.empty()) return std::unexpected("the list of outlines has none in it");
+  std::string const day = dayOf(newest);
+  RegionUpdate nothingNew;
+  nothingNew.edition = newest;
+  if (!options.newerThan.empty() && day <= options.newerThan) return nothingNew;
   HttpRequest const request{
       baseUrl + std::string(kDocumentPath) + percentEncoded(newest), {}, kDocumentTimeout, kLongestDocument};
   auto const document = fetch(http, request, "the outlines " + newest, stop);
   if (!document) return std::unexpected(document.error());
-  auto update = installRegions({*document}, file);
+  auto update = installRegions({*document}, file, options.older, day);
   if (update) update->edition = newest;
   return update;
 }

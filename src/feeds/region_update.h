@@ -4,6 +4,7 @@
 
 #include "base/result.h"
 #include "platform/http_client.h"
+#include "regions/region_map.h"
 
 #include <cstddef>
 #include <filesystem>
@@ -23,15 +24,23 @@ struct RegionUpdate {
   std::string edition;        ///< the name of the document, where it was fetched
 };
 
-/// Fetches the newest of the dated documents that the service keeps. The error is a sentence that says why
-/// nothing has changed, without a full stop.
+struct RegionUpdateOptions {
+  RegionMap const* older = nullptr;  ///< what the new edition lacks is taken from it
+  std::string newerThan;             ///< a day: an edition of it or before is not fetched
+};
+
+/// Fetches the newest of the dated documents that the service keeps. No regions and the name of the document
+/// when that is not new. The error is a sentence that says why nothing has changed, without a full stop.
 Result<RegionUpdate, std::string> updateRegions(HttpClient& http, std::string const& baseUrl,
                                                 std::filesystem::path const& file,
+                                                RegionUpdateOptions const& options = {},
                                                 std::stop_token const& stop = {});
 
 /// The same from documents at hand, the regions of all of them together.
 Result<RegionUpdate, std::string> installRegions(std::vector<std::string_view> const& documents,
-                                                 std::filesystem::path const& file);
+                                                 std::filesystem::path const& file,
+                                                 RegionMap const* older = nullptr,
+                                                 std::string const& edition = {});
 
 /// Where in the application's folder of data the file lies.
 std::filesystem::path regionFileIn(std::filesystem::path const& dataDirectory);

@@ -117,11 +117,12 @@ TEST(RegionTable, GivesEveryPlaceItsRegionAndNoOther) {
   }
   auto const reading = readOutlines(test::collection(features));
   ASSERT_TRUE(reading) << reading.error();
-  std::string const bytes = regionMapOf(reading->outlines);
-  auto const map = RegionMap::over(bytes);
-  ASSERT_TRUE(map) << map.error();
+  std::string const bytes = regionMapOf(outlineSetOf(reading->outlines));
+  auto opened = RegionMap::over(bytes);
+  ASSERT_TRUE(opened) << opened.error();
+  auto const map = std::make_shared<RegionMap const>(std::move(*opened));
   for (Row const& row : kRows) {
-    PlaceRegions const regions = placeRegionsOf(row.at, map->at(row.at));
+    PlaceRegions const regions = placeRegionsOf(row.at, map);
     EXPECT_EQ(regions.country, row.country) << row.place;
     EXPECT_EQ(regions.codes, (std::vector<RegionCode>{{"EMMA_ID", text(row.code)}})) << row.place;
     auto const feed = feedOfCountry(row.country, true);
@@ -132,7 +133,7 @@ TEST(RegionTable, GivesEveryPlaceItsRegionAndNoOther) {
 TEST(RegionTable, GivesByNameAloneNoWrongRegion) {
   int byName = 0;
   for (Row const& row : kRows) {
-    PlaceRegions const regions = placeRegionsOf(row.at, {});
+    PlaceRegions const regions = placeRegionsOf(row.at, nullptr);
     EXPECT_TRUE(regions.codes.empty());
     auto const feed = feedOfCountry(row.country, true);
     auto const expected = row.isFoundByName ? std::set{text(row.area)} : std::set<std::string>();

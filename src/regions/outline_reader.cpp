@@ -1,9 +1,10 @@
 #include "base/text.h"
-#include "feeds/meteo_alarm_countries.h"
-#include "feeds/region_outline.h"
+#include "regions/country_code.h"
+#include "regions/region_outline.h"
 
 #include <simdjson.h>
 
+#include <algorithm>
 #include <optional>
 
 namespace nimbara {
@@ -13,6 +14,7 @@ namespace {
 namespace dom = simdjson::dom;
 
 constexpr std::size_t kLongestText = 200;
+constexpr std::size_t kFewestCorners = 3;
 
 /// A property by either of its names; numbers as their digits.
 std::string property(dom::object const& properties, std::initializer_list<std::string_view> names) {
@@ -82,11 +84,11 @@ class RingCollector {
     return {};
   }
 
-  /// A region's first ring stays even when it is smaller than the tolerance; smaller islands do not.
   void keep(OutlineRing const& ring) {
-    OutlineRing corners = simplified(ring);
-    if (corners.empty() && rings_.empty()) corners = simplified(ring, 0);
-    if (!corners.empty()) rings_.push_back(std::move(corners));
+    OutlineRing corners;
+    std::ranges::unique_copy(ring, std::back_inserter(corners));
+    while (corners.size() > 1 && corners.front() == corners.back()) corners.pop_back();
+    if (corners.size() >= kFewestCorners) rings_.push_back(std::move(corners));
   }
 
   std::vector<OutlineRing>& rings_;
@@ -108,6 +110,15 @@ std::optional<RegionOutline> outlineOf(dom::element const& feature) {
   return outline;
 }
 
+/// Days, as "2026-02-20"; other texts are no edition that could be compared.
+std::string editionOf(dom::element const& feature) {
+  constexpr std::size_t kDayLength = 10;
+  dom::object properties;
+  if (feature["properties"].get(properties) != simdjson::SUCCESS) return {};
+  std::string edition = property(properties, {"edition"});
+  return edition.size() == kDayLength ? edition : std::string();
+}
+
 }  // namespace
 
 Result<OutlineReading, std::string> readOutlines(std::string_view geoJson) {
@@ -123,6 +134,7 @@ Result<OutlineReading, std::string> readOutlines(std::string_view geoJson) {
   }
   OutlineReading reading;
   for (dom::element const feature : features) {
+    reading.edition = std::max(reading.edition, editionOf(feature));
     if (auto outline = outlineOf(feature)) {
       reading.outlines.push_back(std::move(*outline));
     } else {
