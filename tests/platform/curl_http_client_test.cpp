@@ -120,6 +120,8 @@ INSTANTIATE_TEST_SUITE_P(
         BadAnswer{"NotHttp", "SSH-2.0-OpenSSH_9.2\r\n\r\n", Kind::protocol},
         BadAnswer{"RedirectToOtherHost", httpAnswer("", "Location: http://localhost:1/\r\n", "302 Found"),
                   Kind::refusedRedirect},
+        BadAnswer{"RedirectToOtherPort", httpAnswer("", "Location: http://127.0.0.1:1/\r\n", "302 Found"),
+                  Kind::refusedRedirect},
         BadAnswer{"RedirectToFile", httpAnswer("", "Location: file:///etc/passwd\r\n", "302 Found"),
                   Kind::refusedRedirect}),
     [](auto const& row) { return row.param.name; });

@@ -1,3 +1,4 @@
+#include "platform/linux/settings_database.h"
 #include "platform/linux/sqlite_settings_store.h"
 #include "support/child_process.h"
 #include "support/temporary_folder.h"
@@ -178,6 +179,99 @@ INSTANTIATE_TEST_SUITE_P(
                   [](std::string const& whole) { return whole.substr(0, whole.size() - 4096); }},
         BrokenRow{"PageOfNoise", [](std::string whole) { return whole.replace(4096, 64, 64, '\x5a'); }}),
     [](auto const& row) { return row.param.name; });
+
+struct OtherKindRow {
+  std::string name;
+  std::function<void(std::filesystem::path const&)> make;
+};
+
+class OtherKindOfFile : public SettingsStoreTest, public testing::WithParamInterface<OtherKindRow> {};
+
+/// Not opened at all: whoever opens a pipe waits for its other end.
+TEST_P(OtherKindOfFile, IsRefusedAtOnce) {
+  std::filesystem::create_directories(directory_);
+  GetParam().make(file());
+  SqliteSettingsStore store(directory_, registry());
+  auto const reading = store.settings();
+  ASSERT_TRUE(reading.problem);
+  auto const refused = store.set("count", std::int64_t{6});
+  ASSERT_FALSE(refused);
+  for (StoreError const& error : {*reading.problem, refused.error()}) {
+    EXPECT_EQ(error.kind, StoreError::Kind::unreadable);
+    EXPECT_NE(error.message.find("no regular file"), std::string::npos) << error.message;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, OtherKindOfFile,
+    testing::Values(
+        OtherKindRow{"Pipe", [](auto const& path) { ASSERT_EQ(mkfifo(path.c_str(), 0600), 0); }},
+        OtherKindRow{"Folder",
+                     [](auto const& path) { ASSERT_TRUE(std::filesystem::create_directory(path)); }},
+        OtherKindRow{"Device", [](auto const& path) { std::filesystem::create_symlink("/dev/zero", path); }}),
+    [](auto const& row) { return row.param.name; });
+
+TEST_F(SettingsStoreTest, LeavesANewerVersionsDatabaseAlone) {
+  {
+    auto store = open();
+    ASSERT_TRUE(store.set("count", std::int64_t{5}));
+  }
+  for (std::int64_t const version : {kSettingsVersion, kSettingsVersion + 1}) {
+    {
+      auto connection = SqliteConnection::open(file(), SqliteAccess::readWrite);
+      ASSERT_TRUE(connection);
+      ASSERT_TRUE(connection->run("PRAGMA user_version=" + std::to_string(version)));
+      connection->tidyAtEnd();
+    }
+    bool const isNewer = version > kSettingsVersion;
+    std::string const before = contentOf(file());
+    SqliteSettingsStore store(directory_, registry());
+    auto const reading = store.settings();
+    EXPECT_EQ(reading.problem.has_value(), isNewer);
+    EXPECT_EQ(reading.settings.integer("count"), isNewer ? 0 : 5);
+    auto const changed = store.set("count", std::int64_t{5});
+    EXPECT_EQ(changed.has_value(), !isNewer);
+    if (!isNewer) continue;
+    EXPECT_NE(changed.error().message.find("newer version"), std::string::npos) << changed.error().message;
+    EXPECT_EQ(contentOf(file()), before);
+  }
+}
+
+/// A log that was left full by a process that was killed is whole, and so is what it belongs to.
+TEST_F(SettingsStoreTest, ChangesNoByteForARefusedChange) {
+  {
+    ChildProcess killed([this](ChildProcess::Report const& report) {
+      SqliteSettingsStore store(directory_, registry());
+      report(store.set("count", std::int64_t{5}).has_value() ? 1 : 0);
+      pause();
+      return 0;
+    });
+    ASSERT_EQ(killed.next(), 1);
+  }
+  std::string const log = file().string() + "-wal";
+  std::string const before = contentOf(file()) + contentOf(log);
+  ASSERT_GT(contentOf(log).size(), 0U);
+  EXPECT_FALSE(open().set("nobody's", std::int64_t{1}));
+  auto const refusal = [](SettingValues const&) -> Result<StoreChanges, StoreError> {
+    return std::unexpected(StoreError{StoreError::Kind::refused, "no"});
+  };
+  EXPECT_FALSE(open().update(StoreArea::settings, refusal));
+  EXPECT_TRUE(contentOf(file()) + contentOf(log) == before);
+  EXPECT_EQ(countIn(open()), 5);
+}
+
+TEST_F(SettingsStoreTest, SweepsWhatAKilledMakerLeft) {
+  ASSERT_TRUE(open().set("count", std::int64_t{5}));
+  for (char const* const name : {".new-aaaaaa", ".new-aaaaaa-wal", ".new-bbbbbb"})
+    std::ofstream(directory_ / name) << "half";
+  auto const longAgo = std::filesystem::file_time_type::clock::now() - std::chrono::hours(2);
+  for (char const* const name : {".new-aaaaaa", ".new-aaaaaa-wal"})
+    std::filesystem::last_write_time(directory_ / name, longAgo);
+  ASSERT_TRUE(open().set("count", std::int64_t{6}));
+  EXPECT_FALSE(std::filesystem::exists(directory_ / ".new-aaaaaa"));
+  EXPECT_FALSE(std::filesystem::exists(directory_ / ".new-aaaaaa-wal"));
+  EXPECT_TRUE(std::filesystem::exists(directory_ / ".new-bbbbbb")) << "somebody may be making it";
+}
 
 /// As a user who may not write there; root may write everywhere.
 int asNobody(std::function<int()> const& work) {

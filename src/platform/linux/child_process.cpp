@@ -31,7 +31,11 @@ class SpawnAttributes {
     sigset_t none;
     sigemptyset(&none);
     posix_spawnattr_setsigmask(&attributes_, &none);
-    posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGMASK);
+    sigset_t ignored;
+    sigemptyset(&ignored);
+    sigaddset(&ignored, SIGXFSZ);
+    posix_spawnattr_setsigdefault(&attributes_, &ignored);
+    posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
   }
   ~SpawnAttributes() { posix_spawnattr_destroy(&attributes_); }
   SpawnAttributes(SpawnAttributes const&) = delete;
@@ -85,6 +89,12 @@ int spawn(pid_t& child, std::string const& file, std::vector<std::string> argume
   files.put(errors, STDERR_FILENO);
   return posix_spawnp(&child, file.c_str(), files.get(), attributes.get(), pointersTo(arguments).data(),
                       pointersTo(variables).data());
+}
+
+int become(std::string const& file, std::vector<std::string> arguments) {
+  signal(SIGXFSZ, SIG_DFL);
+  execv(file.c_str(), pointersTo(arguments).data());
+  return errno;
 }
 
 std::vector<std::string> environmentVariables() {

@@ -16,6 +16,10 @@ namespace nimbara {
 int spawn(pid_t& child, std::string const& file, std::vector<std::string> arguments,
           std::vector<std::string> variables, int input = -1, int output = -1, int errors = -1);
 
+/// Goes on as another program, with the same process number and variables; the end of this one is the end of
+/// that. Signals are as a start finds them, but those that are held back stay so. Gives the error number.
+int become(std::string const& file, std::vector<std::string> arguments);
+
 /// The process's own environment variables.
 std::vector<std::string> environmentVariables();
 

@@ -1,5 +1,7 @@
 #include "platform/linux/settings_database.h"
 
+#include "base/private_folders.h"
+
 #include <sqlite3.h>
 
 #include <cerrno>
@@ -20,15 +22,18 @@ std::unexpected<StoreError> cannotMake(std::filesystem::path const& path, int er
       "the settings cannot be kept: " + path.string() + " cannot be made (" + std::strerror(error) + ")"});
 }
 
+constexpr std::string_view kTemporaryPrefix = ".new-";
+
 /// Exists until it has been given its final name.
 class TemporaryFile {
  public:
   /// Readable for the user alone.
   explicit TemporaryFile(std::filesystem::path const& directory) {
-    std::string name = (directory / ".new-XXXXXX").string();
+    std::string name = (directory / (std::string(kTemporaryPrefix) + "XXXXXX")).string();
     int const descriptor = mkstemp(name.data());
     path_ = name;
     error_ = descriptor < 0 ? errno : 0;
+    if (descriptor >= 0) fchmod(descriptor, S_IRUSR | S_IWUSR);  // whatever the process's mask
     // Closed before SQLite opens it: closing a file drops all locks that the process holds on it.
     if (descriptor >= 0) close(descriptor);
   }
@@ -56,7 +61,8 @@ class TemporaryFile {
 Result<void, SqliteProblem> fill(std::filesystem::path const& file) {
   auto connection = SqliteConnection::open(file, SqliteAccess::readWrite);
   if (!connection) return std::unexpected(connection.error());
-  std::vector<std::string> statements{"PRAGMA journal_mode=WAL", "PRAGMA synchronous=FULL"};
+  std::vector<std::string> statements{"PRAGMA journal_mode=WAL", "PRAGMA synchronous=FULL",
+                                      "PRAGMA user_version=" + std::to_string(kSettingsVersion)};
   for (std::string_view const table : enumNames<StoreArea>) {
     statements.push_back("CREATE TABLE " + std::string(table) +
                          " (key TEXT PRIMARY KEY NOT NULL, value ANY NOT NULL) STRICT, WITHOUT ROWID");
@@ -82,6 +88,17 @@ struct ProblemRow {
   std::string_view reason;
 };
 
+/// What a process that was killed while it made a database has left.
+void sweepLeftovers(std::filesystem::path const& directory) {
+  std::error_code ignored;
+  auto const now = std::filesystem::file_time_type::clock::now();
+  for (auto const& entry : std::filesystem::directory_iterator(directory, ignored)) {
+    if (!entry.path().filename().string().starts_with(kTemporaryPrefix)) continue;
+    auto const written = entry.last_write_time(ignored);
+    if (!ignored && now - written > std::chrono::hours(1)) unlink(entry.path().c_str());
+  }
+}
+
 constexpr std::string_view kDamaged =
     "it is damaged or no database of this program; move it aside to start anew";
 
@@ -102,15 +119,17 @@ constexpr ProblemRow kProblems[] = {
 }  // namespace
 
 Result<void, StoreError> makeSettingsDirectory(std::filesystem::path const& directory) {
-  std::error_code error;
-  std::filesystem::create_directories(directory.parent_path(), error);
-  if (mkdir(directory.c_str(), S_IRWXU) != 0 && errno != EEXIST) return cannotMake(directory, errno);
-  return {};
+  int const error = makePrivateFolders(directory);
+  // What is no folder says so when it is used.
+  return error != 0 && error != ENOTDIR ? cannotMake(directory, error) : Result<void, StoreError>{};
 }
 
 Result<void, StoreError> makeSettingsDatabase(std::filesystem::path const& directory) {
   std::filesystem::path const file = directory / kSettingsDatabaseName;
-  if (access(file.c_str(), F_OK) == 0) return {};
+  if (access(file.c_str(), F_OK) == 0) {
+    sweepLeftovers(directory);
+    return {};
+  }
   if (auto const made = makeSettingsDirectory(directory); !made) return made;
   TemporaryFile const temporary(directory);
   if (temporary.error() != 0) return cannotMake(file, temporary.error());
@@ -121,6 +140,26 @@ Result<void, StoreError> makeSettingsDatabase(std::filesystem::path const& direc
   if (error != 0 && error != EEXIST) return cannotMake(file, error);
   syncDirectory(directory);
   return {};
+}
+
+Result<void, StoreError> checkSettingsFile(std::filesystem::path const& file, std::string_view doing) {
+  struct stat about{};
+  bool const isOther = stat(file.c_str(), &about) == 0 && !S_ISREG(about.st_mode);
+  if (!isOther) return {};
+  return std::unexpected(StoreError{
+      StoreError::Kind::unreadable,
+      "the settings in " + file.string() + " cannot be " + std::string(doing) + ": it is no regular file"});
+}
+
+bool isOfNewerVersion(SqliteConnection& connection) {
+  auto const version = connection.run("PRAGMA user_version");
+  return version && !version->empty() && version->front().front() > SettingValue(kSettingsVersion);
+}
+
+StoreError newerSettings(std::filesystem::path const& file, std::string_view doing) {
+  return {StoreError::Kind::unreadable, "the settings in " + file.string() + " cannot be " +
+                                            std::string(doing) +
+                                            ": a newer version of Nimbara has written them; update this one"};
 }
 
 StoreError settingsDatabaseError(std::filesystem::path const& file, SqliteProblem const& problem,

@@ -99,6 +99,7 @@ Result<SqliteConnection, SqliteProblem> SqliteConnection::open(std::filesystem::
   // The log's files stay, so that a reader who may create nothing finds them.
   int persist = 1;
   sqlite3_file_control(database, "main", SQLITE_FCNTL_PERSIST_WAL, &persist);
+  sqlite3_db_config(database, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
   return connection;
 }
 
@@ -116,6 +117,10 @@ Result<std::vector<std::vector<SettingValue>>, SqliteProblem> SqliteConnection::
   while ((code = sqlite3_step(raw)) == SQLITE_ROW) rows.push_back(rowOf(raw));
   if (code != SQLITE_DONE) return std::unexpected(problem());
   return rows;
+}
+
+void SqliteConnection::tidyAtEnd() {
+  sqlite3_db_config(database_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 0, nullptr);
 }
 
 bool SqliteConnection::hasMoved() const {

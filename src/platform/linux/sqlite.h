@@ -35,6 +35,9 @@ class SqliteConnection {
   /// Runs one statement. A blob or null in a row is read as an empty text.
   Result<std::vector<std::vector<SettingValue>>, SqliteProblem> run(
       std::string_view statement, std::vector<SettingValue> const& arguments = {});
+  /// Whoever has written brings the log into the file when it is the last to close it; whoever has not leaves
+  /// every byte as it was.
+  void tidyAtEnd();
   /// True when the file has another name now, or none.
   bool hasMoved() const;
 

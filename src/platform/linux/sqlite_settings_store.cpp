@@ -88,11 +88,14 @@ Result<SettingValues, StoreError> SqliteSettingsStore::readLocked(StoreArea area
   }
   std::error_code error;
   if (!std::filesystem::exists(file(), error) && !error) return SettingValues{};
+  if (auto const regular = checkSettingsFile(file(), "read"); !regular)
+    return std::unexpected(regular.error());
   return readOnce(area, SqliteAccess::readOnly);
 }
 
 Result<SettingValues, StoreError> SqliteSettingsStore::readOnce(StoreArea area, SqliteAccess access) {
   auto connection = SqliteConnection::open(file(), access);
+  if (connection && isOfNewerVersion(*connection)) return std::unexpected(newerSettings(file(), "read"));
   auto values = connection ? valuesOf(*connection, area) : std::unexpected(SqliteProblem(connection.error()));
   if (values) {
     // An unshared connection would never see a change.
@@ -108,6 +111,7 @@ Result<SettingValues, StoreError> SqliteSettingsStore::readOnce(StoreArea area, 
 Result<void, StoreError> SqliteSettingsStore::openForWriting() {
   if (connection_ && writable_ && !connection_->hasMoved()) return {};
   connection_.reset();
+  if (auto regular = checkSettingsFile(file(), "changed"); !regular) return regular;
   if (auto const made = makeSettingsDatabase(directory_); !made) return made;
   std::error_code error;
   if (std::filesystem::file_size(file(), error) == 0 && !error) {
@@ -115,6 +119,7 @@ Result<void, StoreError> SqliteSettingsStore::openForWriting() {
   }
   auto connection = SqliteConnection::open(file(), SqliteAccess::readWrite);
   if (!connection) return std::unexpected(errorOf(connection.error(), "changed"));
+  if (isOfNewerVersion(*connection)) return std::unexpected(newerSettings(file(), "changed"));
   // A damaged file is not written to, not even where it is whole.
   auto const check = connection->run("PRAGMA quick_check(1)");
   if (!check) return std::unexpected(errorOf(check.error(), "changed"));
@@ -155,7 +160,9 @@ Result<void, StoreError> SqliteSettingsStore::change(StoreArea area, StoreDecisi
     }
   }
   if (!written) return std::unexpected(errorOf(written.error(), "changed"));
-  if (!changes->empty()) announceSettingsChange(file());
+  if (changes->empty()) return {};
+  connection_->tidyAtEnd();
+  announceSettingsChange(file());
   return {};
 }
 

@@ -1,7 +1,7 @@
 #include "platform/linux/dbus/notify_call.h"
 
+#include "base/clean_text.h"
 #include "platform/application_id.h"
-#include "platform/linux/notification_text.h"
 #include "platform/linux/sound_files.h"
 
 namespace nimbara {
@@ -27,13 +27,13 @@ constexpr struct {
 
 /// Where there is no room for a body, it follows the title.
 std::string titleOf(NotificationRequest const& request, bool alone) {
-  std::string title = sendableText(request.title, kLongestTitle, TextLines::one);
+  std::string title = cleanText(request.title, kLongestTitle, TextLines::one);
   if (!alone || request.body.empty()) return title;
-  return title + ": " + sendableText(request.body, kLongestBody, TextLines::one);
+  return title + ": " + cleanText(request.body, kLongestBody, TextLines::one);
 }
 
 std::string bodyOf(std::string const& text, NotificationCapabilities const& capabilities) {
-  std::string const plain = sendableText(text, kLongestBody, TextLines::many);
+  std::string const plain = cleanText(text, kLongestBody, TextLines::many);
   return capabilities.bodyMarkup ? markupEscaped(plain) : plain;
 }
 
@@ -41,8 +41,8 @@ std::vector<std::string> actionsOf(NotificationRequest const& request) {
   std::vector<std::string> texts;
   for (NotificationAction const& action : request.actions) {
     if (texts.size() == 2 * kMostActions) break;
-    texts.push_back(sendableText(action.key, kLongestName, TextLines::one));
-    texts.push_back(sendableText(action.label, kLongestLabel, TextLines::one));
+    texts.push_back(cleanText(action.key, kLongestName, TextLines::one));
+    texts.push_back(cleanText(action.label, kLongestLabel, TextLines::one));
   }
   return texts;
 }
@@ -84,7 +84,7 @@ NotifyCall notifyCall(NotificationRequest const& request, NotificationCapabiliti
   call.hints.emplace("urgency", static_cast<std::uint8_t>(request.urgency));
   call.hints.emplace("desktop-entry", std::string(kApplicationId));
   if (!request.category.empty()) {
-    call.hints.emplace("category", sendableText(request.category, kLongestName, TextLines::one));
+    call.hints.emplace("category", cleanText(request.category, kLongestName, TextLines::one));
   }
   if (capabilities.sound) addSound(call, request, soundsDirectory);
   if (request.urgency == NotificationUrgency::critical) call.expireTimeout = 0;

@@ -1,7 +1,7 @@
 #include "platform/linux/dbus/service_states.h"
 
+#include "base/clean_text.h"
 #include "platform/linux/dbus/bus.h"
-#include "platform/linux/notification_text.h"
 
 #include <algorithm>
 
@@ -58,7 +58,7 @@ std::string notificationDetails(sdbus::IConnection& connection) {
     details += (&capability == capabilities.data() ? ", with " : ", ") + capability;
   }
   constexpr std::size_t kLongest = 400;
-  return sendableText(details, kLongest, TextLines::one);
+  return cleanText(details, kLongest, TextLines::one);
 }
 
 /// A bus with the names on it.

@@ -1,8 +1,8 @@
 #include "platform/linux/dbus/status_notifier_item.h"
 
+#include "base/clean_text.h"
 #include "platform/application_id.h"
 #include "platform/linux/dbus/tray_menu.h"
-#include "platform/linux/notification_text.h"
 
 #include <utility>
 
@@ -78,9 +78,9 @@ void StatusNotifierItem::tell(char const* signal) const {
 }
 
 void StatusNotifierItem::show(TrayFace const& face) {
-  std::string const summary = sendableText(face.summary, kLongestSummary, TextLines::one);
+  std::string const summary = cleanText(face.summary, kLongestSummary, TextLines::one);
   bool const isOtherTitle =
-      std::exchange(title_, sendableText(face.title, kLongestSummary, TextLines::one)) != title_;
+      std::exchange(title_, cleanText(face.title, kLongestSummary, TextLines::one)) != title_;
   bool const isOtherSummary = std::exchange(summary_, summary) != summary;
   bool const isOtherPicture = std::exchange(pictures_, face.pictures) != face.pictures;
   if (isOtherTitle) tell("NewTitle");

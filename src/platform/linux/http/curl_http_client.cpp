@@ -64,10 +64,10 @@ Target targetOf(std::string const& address) {
   return target;
 }
 
-/// Only to https, or within a host that was not asked by https in the first place.
+/// Only to https, or within one port of a host that was not asked by https in the first place.
 bool mayFollow(Target const& from, Target const& to) {
   if (!to.valid) return false;
-  return to.scheme == "https" || (from.scheme == "http" && to.host == from.host);
+  return to.scheme == "https" || (from.scheme == "http" && to.host == from.host && to.port == from.port);
 }
 
 bool sameOrigin(Target const& a, Target const& b) {
