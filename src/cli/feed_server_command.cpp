@@ -4,11 +4,9 @@
 #include "base/text.h"
 #include "cli/cli.h"
 #include "cli/feed_commands.h"
-#include "demo/demo_process.h"
+#include "platform/linux/child_process.h"
 
 #include <cstring>
-#include <signal.h>
-#include <sys/wait.h>
 
 namespace nimbara {
 
@@ -32,36 +30,26 @@ Result<ListenAddress, std::string> parseListen(std::string const& text) {
   return ListenAddress{address, *port};
 }
 
-int waitFor(pid_t child, std::stop_token const& stop) {
-  std::stop_callback const pass(stop, [child] { kill(child, SIGTERM); });
-  int status = 0;
-  while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
-  }
-  if (stop.stop_requested()) return exitCode::kInterrupted;
-  return WIFEXITED(status) && WEXITSTATUS(status) == 0 ? exitCode::kComplete : exitCode::kUnavailable;
-}
-
 }  // namespace
 
 int runFeedServer(CommandLine const& line, Session const& session) {
   auto const listen = parseListen(line.feeds.listen);
   if (!listen) return session.fail(exitCode::kUsage, listen.error());
+  if (session.environment.cacheDirectory.empty()) {
+    return session.fail(exitCode::kUnavailable,
+                        "there is no home directory to keep the feeds in; set HOME or XDG_CACHE_HOME");
+  }
   Configuration const configuration = configurationOf(*session.settings);
   ServiceDirectory const services(configuration, line.common.services);
   std::string const folder = line.common.services.empty() ? "FeedServer" : "FeedServer.stand-in";
   std::string const program = (session.environment.program.parent_path() / "nimbara-feed-server").string();
-  pid_t child = 0;
+  // In this process's place: who ends it ends the server.
   int const error =
-      spawn(child, program,
-            {"nimbara-feed-server", listen->address, std::to_string(listen->port),
-             services.address(Service::usgs).baseUrl, services.address(Service::celestrak).baseUrl,
-             userAgent(configuration), (session.environment.cacheDirectory / folder).string()},
-            environmentVariables());
-  if (error != 0) {
-    return session.fail(exitCode::kUnavailable,
-                        "the feed server " + program + " cannot be started: " + std::strerror(error));
-  }
-  return waitFor(child, session.stop);
+      become(program, {"nimbara-feed-server", listen->address, std::to_string(listen->port),
+                       services.address(Service::usgs).baseUrl, services.address(Service::celestrak).baseUrl,
+                       userAgent(configuration), (session.environment.cacheDirectory / folder).string()});
+  return session.fail(exitCode::kUnavailable,
+                      "the feed server " + program + " cannot be started: " + std::strerror(error));
 }
 
 }  // namespace nimbara

@@ -6,6 +6,18 @@
 
 namespace nimbara {
 
+namespace {
+
+/// What stays unread would make the kernel take the answer back. Who goes on talking has had enough of us.
+void takeWhatIsUnread(socket_t socket) {
+  constexpr int kMost = 64;
+  std::array<char, 4096> asked;
+  for (int i = 0; i < kMost && recv(socket, asked.data(), asked.size(), MSG_DONTWAIT) > 0; ++i) {
+  }
+}
+
+}  // namespace
+
 bool ConnectionStream::isReady(short event, Moment until) const {
   auto const left = std::chrono::ceil<std::chrono::milliseconds>(until - std::chrono::steady_clock::now());
   if (left.count() <= 0) return false;
@@ -50,16 +62,14 @@ ssize_t ConnectionStream::write(char const* bytes, std::size_t size) {
 }
 
 void refuseConnection(socket_t socket, std::string_view answer) {
-  std::array<char, 4096> asked;
-  // What stays unread would make the kernel take the answer back.
-  while (recv(socket, asked.data(), asked.size(), MSG_DONTWAIT) > 0) {
-  }
+  takeWhatIsUnread(socket);
   static_cast<void>(::send(socket, answer.data(), answer.size(), MSG_NOSIGNAL | MSG_DONTWAIT));
   closeConnection(socket);
 }
 
 void closeConnection(socket_t socket) {
   ::shutdown(socket, SHUT_WR);
+  takeWhatIsUnread(socket);
   close(socket);
 }
 

@@ -104,6 +104,11 @@ struct FeedHttpServer::Running final : httplib::Server {
       setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
       listening = socket;
     });
+    // What is refused before it has come here is no request; what follows it is none either.
+    set_error_handler(HandlerWithResponse([](httplib::Request const&, httplib::Response& response) {
+      if (response.status < 500) closesConnection = true;
+      return HandlerResponse::Unhandled;
+    }));
     set_pre_routing_handler([this](httplib::Request const& request, httplib::Response& response) {
       serve(request, response);
       return HandlerResponse::Handled;

@@ -1,5 +1,5 @@
-// nimbara-feed-server ADDRESS PORT USGS CELESTRAK USER-AGENT FOLDER: the feed server as a process, started by
-// `nimbara feed-server`. Prints its address and serves until it is told to end.
+// nimbara-feed-server ADDRESS PORT USGS CELESTRAK USER-AGENT FOLDER: the feed server as a process, which
+// `nimbara feed-server` becomes. Prints its address and serves until it is told to end.
 
 #include "base/number.h"
 #include "feedserver/feed_http_server.h"
@@ -9,6 +9,9 @@
 #include <cstdio>
 
 namespace {
+
+/// As of every command of nimbara that was ended.
+constexpr int kInterrupted = 130;
 
 sigset_t endingSignals() {
   sigset_t signals;
@@ -29,6 +32,7 @@ int main(int count, char** arguments) {
                stderr);
     return 2;
   }
+  std::signal(SIGXFSZ, SIG_IGN);  // a limit of file sizes is an error of writing like others
   sigset_t const signals = endingSignals();
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
   nimbara::CurlHttpClient http({arguments[5], {}});
@@ -44,5 +48,5 @@ int main(int count, char** arguments) {
   std::fflush(stdout);
   int signal = 0;
   sigwait(&signals, &signal);
-  return 0;
+  return kInterrupted;
 }

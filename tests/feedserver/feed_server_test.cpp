@@ -336,6 +336,21 @@ TEST_F(FeedServerTest, OutlivesRubbish) {
   EXPECT_THAT(peer.hear(), StartsWith("HTTP/1.1 200"));
 }
 
+TEST_F(FeedServerTest, AnswersWhatIsNoRequestOnceAndCloses) {
+  auto const server = start({.idle = 60s, .request = 60s});
+  std::string lines;
+  for (int i = 0; i < 1000; ++i) lines += "rubbish\r\n";
+  for (std::string const& rubbish :
+       {lines, "GET /api/feed.php?f=nothing HTTP/1.1\r\nHost: x\r\n\r\n" + lines,
+        "POST /api/feed.php?f=quakes HTTP/1.1\r\nContent-Length: 9000\r\n\r\n" + lines}) {
+    Peer const peer(server->port());
+    peer.say(rubbish);
+    std::string const heard = peer.hear();
+    EXPECT_THAT(heard, StartsWith("HTTP/1.1 4"));
+    EXPECT_EQ(heard.find("HTTP/1.1", 1), std::string::npos) << heard.size();
+  }
+}
+
 TEST_F(FeedServerTest, ShowsSlowPeersOut) {
   auto const server = start({.idle = 100ms, .request = 200ms});
   Peer const silent(server->port());
