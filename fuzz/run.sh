@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs every fuzz target of a build folder for a bounded time, beginning with the recorded answers when they are named.
+# Runs every fuzz target of a build folder for a bounded time, beginning with our own texts or, when they are named, the recorded answers.
 set -euo pipefail
 build=${1:?usage: fuzz/run.sh BUILD-FOLDER [SECONDS]}
 seconds=${2:-60}
@@ -10,6 +10,8 @@ for target in "$build"/fuzz/fuzz_*; do
   corpus=$build/corpus/$(basename "$target")
   mkdir -p "$corpus"
   seeds=()
-  [ -z "${NIMBARA_SAMPLES:-}" ] || seeds=("$NIMBARA_SAMPLES/${samples[${target##*/fuzz_}]:-open-meteo}")
+  own=$(dirname "$0")/seeds/${target##*/fuzz_}
+  [ ! -d "$own" ] || seeds=("$own")
+  [ -z "${NIMBARA_SAMPLES:-}" ] || [ -d "$own" ] || seeds=("$NIMBARA_SAMPLES/${samples[${target##*/fuzz_}]:-open-meteo}")
   "$target" -max_total_time="$seconds" -max_len=262144 -print_final_stats=1 "$corpus" "${seeds[@]}"
 done

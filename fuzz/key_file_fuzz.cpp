@@ -1,0 +1,18 @@
+// Any bytes as the private key of WeatherKit: a token or a sentence, and nothing of the file in the sentence.
+
+#include "providers/apple_weather_token.h"
+
+#include <cstdint>
+#include <cstdlib>
+
+extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
+  using namespace nimbara;
+  std::string_view const file(reinterpret_cast<char const*>(data), size);
+  AppleWeatherCredentials const credentials{"key.p8", "KEY", "TEAM", "SERVICE"};
+  auto const token = signAppleWeatherToken(credentials, file, Instant(std::chrono::hours(490'000)));
+  constexpr std::size_t kTelling = 16;
+  bool const isTold =
+      !token && size >= kTelling && token.error().find(file.substr(0, kTelling)) != std::string::npos;
+  if (isTold) std::abort();
+  return 0;
+}
