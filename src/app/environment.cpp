@@ -1,5 +1,6 @@
 #include "app/environment.h"
 
+#include "app/home_directory.h"
 #include "base/number.h"
 #include "base/text.h"
 
@@ -21,10 +22,16 @@ std::string firstOf(std::initializer_list<char const*> names) {
   return {};
 }
 
-/// The base directory rules let only absolute paths count.
-std::filesystem::path baseDirectory(char const* name, std::string_view belowHome) {
+/// The base directory rules let only absolute paths count. Empty where there is no home either.
+std::filesystem::path baseDirectory(char const* name, std::string_view belowHome,
+                                    std::filesystem::path const& home) {
   std::filesystem::path const given = variable(name);
-  return given.is_absolute() ? given : std::filesystem::path(variable("HOME")) / belowHome;
+  if (given.is_absolute()) return given;
+  return home.empty() ? home : home / belowHome;
+}
+
+std::filesystem::path below(std::filesystem::path const& base, std::string_view name) {
+  return base.empty() ? base : base / name;
 }
 
 bool namesUtf8(std::string const& locale) {
@@ -46,9 +53,10 @@ Environment Environment::ofProcess() {
   environment.utf8 = encoding.empty() || namesUtf8(encoding);
   environment.noColor = !variable("NO_COLOR").empty();
   environment.columns = parseInteger(variable("COLUMNS")).value_or(0);
-  environment.dataDirectory = baseDirectory("XDG_DATA_HOME", ".local/share") / "nimbara";
-  environment.cacheDirectory = baseDirectory("XDG_CACHE_HOME", ".cache") / "Nimbara";
-  environment.configHome = baseDirectory("XDG_CONFIG_HOME", ".config");
+  std::filesystem::path const home = homeDirectory();
+  environment.dataDirectory = below(baseDirectory("XDG_DATA_HOME", ".local/share", home), "nimbara");
+  environment.cacheDirectory = below(baseDirectory("XDG_CACHE_HOME", ".cache", home), "Nimbara");
+  environment.configHome = baseDirectory("XDG_CONFIG_HOME", ".config", home);
   std::error_code ignored;
   environment.program = std::filesystem::read_symlink("/proc/self/exe", ignored);
   environment.machineCalendar = Calendar::machine();

@@ -1,5 +1,6 @@
 #include "cli/cli.h"
 
+#include "app/home_directory.h"
 #include "app/settings_registry.h"
 #include "app/unit_settings.h"
 #include "base/text.h"
@@ -42,6 +43,7 @@ int runCli(std::vector<std::string> arguments, Session const& session) {
     session.console.out(end.text);
     return exitCode::kComplete;
   }
+  if (session.environment.dataDirectory.empty()) return session.fail(exitCode::kUnavailable, kNoHome);
   SqliteSettingsStore store(session.environment.dataDirectory, settingsRegistry(), SettingsUse::brief);
   auto const [settings, problem] = store.settings();
   // The start ran through the loaders of three dozen libraries; none of that is needed any more.

@@ -1,4 +1,5 @@
 #include "cli/cli.h"
+#include "demo/demo_folder.h"
 #include "demo/demo_process.h"
 
 #include <algorithm>
@@ -16,27 +17,6 @@ namespace {
 
 constexpr int kNotFound = 127;
 constexpr int kSignalBase = 128;
-
-/// A folder for this run alone: a forecast that was made up is none to be kept, and one that was kept would
-/// hide the demo's.
-class CacheOfItsOwn {
- public:
-  CacheOfItsOwn() {
-    std::string name = (std::filesystem::temp_directory_path() / "nimbara-demo-XXXXXX").string();
-    if (mkdtemp(name.data()) != nullptr) path_ = name;
-  }
-  ~CacheOfItsOwn() {
-    std::error_code ignored;
-    if (!path_.empty()) std::filesystem::remove_all(path_, ignored);
-  }
-  CacheOfItsOwn(CacheOfItsOwn const&) = delete;
-  CacheOfItsOwn& operator=(CacheOfItsOwn const&) = delete;
-
-  std::filesystem::path const& path() const { return path_; }
-
- private:
-  std::filesystem::path path_;
-};
 
 /// The environment of the child: ours, with the demo in place of the services. Who names a cache wants that
 /// one.
@@ -63,7 +43,8 @@ int runAgainst(std::string const& baseUrl, std::vector<std::string> const& comma
   // The program knows where it lies, also where it is not installed.
   std::string const file = command[0] == "nimbara" ? session.environment.program.string() : command[0];
   pid_t child = 0;
-  CacheOfItsOwn const cache;
+  // A forecast that was made up is none to be kept, and one that was kept would hide the demo's.
+  DemoFolder const cache(std::filesystem::temp_directory_path());
   int const error = spawn(child, file, command, variablesWith(baseUrl, cache.path()));
   if (error != 0) {
     std::string const reason = std::strerror(error);

@@ -1,4 +1,6 @@
+#include "app/home_directory.h"
 #include "base/text.h"
+#include "demo/demo_folder.h"
 #include "demo/demo_places.h"
 #include "demo/demo_process.h"
 #include "desktop/core/process_end.h"
@@ -16,6 +18,7 @@
 #include <QGuiApplication>
 #include <QTimer>
 #include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -37,18 +40,10 @@ class Demo {
  public:
   Demo(Environment& environment, std::optional<Instant> now)
       : server_(DemoProcess::start(environment.program, now, {})) {
-    std::string name = (std::filesystem::temp_directory_path() / "nimbara-demo-XXXXXX").string();
-    if (mkdtemp(name.data()) != nullptr) folder_ = name;
-    environment.cacheDirectory = folder_ / "cache";
-    environment.dataDirectory = folder_ / "data";
+    environment.cacheDirectory = folder_.path() / "cache";
+    environment.dataDirectory = folder_.path() / "data";
     environment.configHome.clear();
   }
-  ~Demo() {
-    std::error_code ignored;
-    if (!folder_.empty()) std::filesystem::remove_all(folder_, ignored);
-  }
-  Demo(Demo const&) = delete;
-  Demo& operator=(Demo const&) = delete;
 
   Result<DemoProcess, std::string> const& server() const { return server_; }
 
@@ -67,7 +62,7 @@ class Demo {
 
  private:
   Result<DemoProcess, std::string> server_;
-  std::filesystem::path folder_;
+  DemoFolder folder_{std::filesystem::temp_directory_path()};
 };
 
 /// Takes one picture as soon as the page has its weather, or after a while without.
@@ -338,6 +333,7 @@ int run(Environment environment, DesktopOptions const& options, InterruptSignals
 
 int main(int count, char** arguments) {
   mallopt(M_ARENA_MAX, 2);
+  std::signal(SIGXFSZ, SIG_IGN);  // an error of writing like others
   auto const environment = nimbara::Environment::ofProcess();
   auto const options = nimbara::parseDesktopOptions({arguments + 1, arguments + count}, environment);
   if (!options) {
@@ -345,6 +341,7 @@ int main(int count, char** arguments) {
     std::fputs(options.error().text.c_str(), stdout);
     return 0;
   }
+  if (environment.dataDirectory.empty() && !options->demo) return fail(1, nimbara::kNoHome);
   // The toolkit takes its own away.
   std::vector<char*> const given(arguments, arguments + count + 1);
   int const code = [&] {
