@@ -1,0 +1,73 @@
+#include "app/coverage_text.h"
+
+#include "support/instants.h"
+
+#include <gtest/gtest.h>
+
+namespace nimbara {
+namespace {
+
+using test::at;
+
+Instant const kNow = at("2026-11-21T14:40:00Z");
+
+SourceCoverage coverageOf(CoverageState state, std::size_t count = 0) {
+  SourceCoverage coverage;
+  coverage.service = "MeteoAlarm";
+  coverage.country = "HR";
+  coverage.state = state;
+  coverage.count = count;
+  coverage.checkedAt = at("2026-11-21T14:20:00Z");
+  return coverage;
+}
+
+std::string textOf(SourceCoverage const& coverage, char const* language = "en") {
+  return coverageText(coverage, Texts::load(language), Calendar::utc(), kNow);
+}
+
+TEST(CoverageText, SaysEachStateInItsOwnWords) {
+  EXPECT_EQ(textOf(coverageOf(CoverageState::none)), "No official warnings, checked 14:20");
+  EXPECT_EQ(textOf(coverageOf(CoverageState::warnings, 1)), "One official warning, checked 14:20");
+  EXPECT_EQ(textOf(coverageOf(CoverageState::warnings, 2)), "2 official warnings, checked 14:20");
+  SourceCoverage unplaced = coverageOf(CoverageState::unplaced, 2);
+  unplaced.areas = {"Kvarner", "Split"};
+  EXPECT_EQ(textOf(unplaced), "In force for parts of Croatia that cannot be placed: Kvarner, Split");
+  EXPECT_EQ(textOf(coverageOf(CoverageState::uncovered)), "No official source of warnings for Croatia");
+  SourceCoverage sea = coverageOf(CoverageState::uncovered);
+  sea.country.clear();
+  EXPECT_EQ(textOf(sea), "No official source of warnings for this place");
+}
+
+TEST(CoverageText, SaysSinceWhenAndWhyNothingIsKnown) {
+  SourceCoverage failed = coverageOf(CoverageState::unchecked);
+  failed.since = at("2026-11-21T13:05:00Z");
+  failed.reason = "the service answered with status 503";
+  EXPECT_EQ(
+      textOf(failed),
+      "Official warnings could not be checked since 13:05, because the service answered with status 503");
+  failed.reason = kNotAskedLately;
+  EXPECT_EQ(textOf(failed),
+            "Official warnings could not be checked since 13:05, because no program has asked since then");
+  failed.since.reset();
+  EXPECT_EQ(textOf(failed), "Official warnings could not be checked");
+}
+
+TEST(CoverageText, CutsAListOfHundredsOfAreas) {
+  SourceCoverage unplaced = coverageOf(CoverageState::unplaced);
+  for (int i = 0; i < 13; ++i) unplaced.areas.push_back("A" + std::to_string(i));
+  EXPECT_TRUE(textOf(unplaced).ends_with("A11, …"));
+  unplaced.areas.pop_back();
+  EXPECT_TRUE(textOf(unplaced).ends_with("A11"));
+}
+
+TEST(CoverageText, NamesTheServiceWhereThereAreSeveral) {
+  Texts const texts = Texts::load("en");
+  auto const one = coverageOf(CoverageState::none);
+  EXPECT_EQ(coverageLines({one}, texts, Calendar::utc(), kNow).front(),
+            "No official warnings, checked 14:20");
+  EXPECT_EQ(coverageLines({one, one}, texts, Calendar::utc(), kNow).front(),
+            "MeteoAlarm: No official warnings, checked 14:20");
+}
+
+}  // namespace
+}  // namespace nimbara

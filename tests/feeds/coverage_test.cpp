@@ -1,0 +1,122 @@
+#include "feeds/coverage.h"
+
+#include "support/instants.h"
+
+#include <gtest/gtest.h>
+
+namespace nimbara {
+namespace {
+
+using namespace std::chrono_literals;
+using test::at;
+
+Instant const kNow = at("2026-11-21T14:40:00Z");
+
+WeatherAlert warningFor(std::string area) {
+  WeatherAlert alert;
+  alert.title = "Wind Warning";
+  alert.areaDesc = std::move(area);
+  return alert;
+}
+
+/// Asked ten minutes ago, with nothing found.
+GovSourceState quiet() {
+  GovSourceState source;
+  source.name = "meteoalarm";
+  source.checkedAt = kNow - 10min;
+  return source;
+}
+
+struct StateRow {
+  char const* why;
+  void (*change)(GovSourceState&);
+  CoverageState state;
+  std::size_t count;
+  std::optional<Instant> since;
+  std::optional<std::string> reason;
+};
+
+struct CoverageStates : testing::TestWithParam<StateRow> {};
+
+TEST_P(CoverageStates, FollowFromWhatASourceSaid) {
+  StateRow const& row = GetParam();
+  GovAlerts alerts;
+  alerts.sources = {quiet()};
+  row.change(alerts.sources[0]);
+  auto const coverage = agedCoverage(coverageOf(alerts, "HR"), kNow);
+  ASSERT_EQ(coverage.size(), 1);
+  EXPECT_EQ(coverage[0].service, "MeteoAlarm");
+  EXPECT_EQ(coverage[0].state, row.state);
+  EXPECT_EQ(coverage[0].count, row.count);
+  EXPECT_EQ(coverage[0].since, row.since);
+  EXPECT_EQ(coverage[0].reason, row.reason);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, CoverageStates,
+    testing::Values(
+        StateRow{"none", [](GovSourceState&) {}, CoverageState::none, 0, {}, {}},
+        StateRow{"two",
+                 [](GovSourceState& s) { s.alerts = {warningFor("a"), warningFor("b")}; },
+                 CoverageState::warnings,
+                 2,
+                 {},
+                 {}},
+        StateRow{"unplaced",
+                 [](GovSourceState& s) { s.unplaced = {warningFor("Kvarner"), warningFor("Kvarner")}; },
+                 CoverageState::unplaced,
+                 2,
+                 {},
+                 {}},
+        StateRow{"placedAndUnplaced",
+                 [](GovSourceState& s) {
+                   s.alerts = {warningFor("a")};
+                   s.unplaced = {warningFor("Kvarner")};
+                 },
+                 CoverageState::warnings,
+                 1,
+                 {},
+                 {}},
+        StateRow{"failed",
+                 [](GovSourceState& s) {
+                   s.failedSince = kNow - 5min;
+                   s.problem = "there was no answer in time";
+                   s.alerts = {warningFor("a")};
+                 },
+                 CoverageState::unchecked, 1, kNow - 5min, "there was no answer in time"},
+        StateRow{
+            "never", [](GovSourceState& s) { s.checkedAt.reset(); }, CoverageState::unchecked, 0, {}, {}},
+        StateRow{
+            "trusted", [](GovSourceState& s) { s.checkedAt = kNow - 45min; }, CoverageState::none, 0, {}, {}},
+        StateRow{"old", [](GovSourceState& s) { s.checkedAt = kNow - 45min - 1ms; }, CoverageState::unchecked,
+                 0, kNow - 45min - 1ms, std::string(kNotAskedLately)}),
+    [](auto const& row) { return std::string(row.param.why); });
+
+TEST(Coverage, NamesTheCountryThatNobodyWarnsFor) {
+  auto const coverage = coverageOf({}, "JP");
+  ASSERT_EQ(coverage.size(), 1);
+  EXPECT_EQ(coverage[0].state, CoverageState::uncovered);
+  EXPECT_EQ(coverage[0].country, "JP");
+  EXPECT_EQ(encodeJson(coverage[0]),
+            R"({"source":null,"service":null,"state":"uncovered","count":0,"checkedAt":null,"since":null,)"
+            R"("reason":null,"areas":[],"country":"JP"})");
+}
+
+TEST(Coverage, NamesEachUnplacedAreaOnce) {
+  GovAlerts alerts;
+  alerts.sources = {quiet()};
+  alerts.sources[0].unplaced = {warningFor("Kvarner"), warningFor("Kvarner"), warningFor("Split")};
+  EXPECT_EQ(coverageOf(alerts, "HR")[0].areas, (std::vector<std::string>{"Kvarner", "Split"}));
+}
+
+TEST(Coverage, ShowsTheStateThatMustNotBeHidden) {
+  std::vector<SourceCoverage> two(2);
+  two[0].state = CoverageState::none;
+  two[1].state = CoverageState::warnings;
+  EXPECT_EQ(mostPressing(two).state, CoverageState::warnings);
+  two[0].state = CoverageState::unchecked;
+  EXPECT_EQ(mostPressing(two).state, CoverageState::unchecked);
+}
+
+}  // namespace
+}  // namespace nimbara
