@@ -1,5 +1,7 @@
+#include "base/text.h"
 #include "cli/cli.h"
 #include "cli/command_definitions.h"
+#include "demo/demo_scene.h"
 
 namespace nimbara {
 
@@ -24,6 +26,11 @@ void defineWatch(CLI::App& app, CommandLine& line, RawOptions& raw) {
   });
 }
 
+std::string sceneProblem(std::string const& name) {
+  if (name == "list" || findDemoScene(name) != nullptr) return {};
+  return "'" + oneLine(name) + "' is no scene of the demo; nimbara demo --scene list names them";
+}
+
 void defineDemo(CLI::App& app, CommandLine& line, RawOptions& raw) {
   CLI::App* const command =
       app.add_subcommand("demo", "Loopback stand-ins of the outside services, with generated weather");
@@ -40,6 +47,11 @@ void defineDemo(CLI::App& app, CommandLine& line, RawOptions& raw) {
                        namesOf<DemoService>())
       ->type_name("FAULT")
       ->allow_extra_args(false);
+  command
+      ->add_option("--scene", options.scene,
+                   "Play a scene of official warnings instead of generated ones; --scene list names them")
+      ->type_name("NAME")
+      ->check(sceneProblem);
   command->add_option("COMMAND", options.command,
                       "After --: a command to run against the demo, which then stops");
   defineCommon(*command, line, raw);

@@ -1,6 +1,8 @@
+#include "base/display_text.h"
 #include "cli/cli.h"
 #include "demo/demo_folder.h"
 #include "demo/demo_process.h"
+#include "demo/demo_scene.h"
 
 #include <algorithm>
 #include <condition_variable>
@@ -61,9 +63,22 @@ void waitForStop(std::stop_token const& stop) {
   condition.wait(lock, stop, [] { return false; });
 }
 
+std::string sceneList() {
+  std::string out;
+  for (DemoScene const& scene : demoScenes()) {
+    out +=
+        fitted(scene.name, 14) + " " + fitted(scene.place, 14) + " " + std::string(scene.explanation) + "\n";
+  }
+  return out + "\nFor example: nimbara demo --scene coast -- nimbara alerts 60.17,24.94\n";
+}
+
 }  // namespace
 
 int runDemo(CommandLine const& line, Session const& session) {
+  if (line.demo.scene == "list") {
+    session.console.out(sceneList());
+    return exitCode::kComplete;
+  }
   auto const demo = DemoProcess::start(session.environment.program, line.common.now, line.demo);
   if (!demo) return session.fail(exitCode::kUnavailable, demo.error());
   if (!line.demo.command.empty()) return runAgainst(demo->baseUrl(), line.demo.command, session);

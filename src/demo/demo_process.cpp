@@ -1,5 +1,7 @@
 #include "demo/demo_process.h"
 
+#include "demo/demo_scene.h"
+
 #include <cstring>
 #include <fcntl.h>
 #include <signal.h>
@@ -44,6 +46,7 @@ std::vector<std::string> argumentsOf(std::optional<Instant> now, DemoOptions con
   for (DemoFault const& fault : options.faults) {
     arguments.push_back(std::string(enumName(fault.service)) + "=" + std::string(enumName(fault.kind)));
   }
+  if (!options.scene.empty()) arguments.push_back(std::string(kSceneArgument) + options.scene);
   return arguments;
 }
 

@@ -18,6 +18,7 @@ namespace nimbara {
 struct DemoOptions {
   int port = 0;
   std::vector<DemoFault> faults;
+  std::string scene;  ///< of official warnings; empty: those that fit the generated weather
   std::vector<std::string> command;
 };
 

@@ -101,8 +101,8 @@ void sendWhole(DemoAnswer const& answer, httplib::Response& response) {
 
 /// The server, its thread and what holds back answers that are never to come.
 struct DemoServer::Running {
-  Running(Clock const& clockToUse, std::vector<DemoFault> faultsToShow)
-      : clock(clockToUse), faults(std::move(faultsToShow)) {
+  Running(Clock const& clockToUse, std::vector<DemoFault> faultsToShow, DemoScene const* sceneToPlay)
+      : clock(clockToUse), faults(std::move(faultsToShow)), scene(sceneToPlay) {
     server.new_task_queue = [] { return new ConnectionThreads; };
     // Without this a second server would share the port.
     server.set_socket_options([](socket_t socket) {
@@ -127,8 +127,11 @@ struct DemoServer::Running {
 
   void serve(Route const& route, httplib::Request const& request, httplib::Response& response) {
     auto const fault = faultOf(route.service);
-    DemoAnswer const answer =
-        route.answer(demoRequest(request, fault == DemoFault::Kind::elsewhere), momentOf(request, clock));
+    DemoRequest const asked = demoRequest(request, fault == DemoFault::Kind::elsewhere);
+    Instant const now = momentOf(request, clock);
+    auto const played = scene == nullptr ? std::nullopt : sceneAnswer(*scene, asked, now);
+    if (played && played->hangs) return waitForStop();
+    DemoAnswer const answer = played ? played->answer : route.answer(asked, now);
     fault ? misbehave(*fault, request, answer, response) : sendWhole(answer, response);
   }
 
@@ -185,6 +188,7 @@ struct DemoServer::Running {
 
   Clock const& clock;
   std::vector<DemoFault> faults;
+  DemoScene const* scene;
   httplib::Server server;
   std::mutex mutex;
   std::condition_variable stopping;
@@ -197,9 +201,10 @@ DemoServer::DemoServer(std::unique_ptr<Running> running)
     : running_(std::move(running)), baseUrl_("http://127.0.0.1:" + std::to_string(running_->port)) {}
 
 Result<std::unique_ptr<DemoServer>, std::string> DemoServer::start(Clock const& clock,
-                                                                   std::vector<DemoFault> faults, int port) {
+                                                                   std::vector<DemoFault> faults, int port,
+                                                                   DemoScene const* scene) {
   constexpr char kLoopback[] = "127.0.0.1";
-  auto running = std::make_unique<Running>(clock, std::move(faults));
+  auto running = std::make_unique<Running>(clock, std::move(faults), scene);
   httplib::Server& server = running->server;
   running->port = port == 0                              ? server.bind_to_any_port(kLoopback)
                   : server.bind_to_port(kLoopback, port) ? port

@@ -5,6 +5,7 @@
 
 #include "base/result.h"
 #include "demo/demo_fault.h"
+#include "demo/demo_scene.h"
 #include "platform/clock.h"
 
 #include <memory>
@@ -15,9 +16,10 @@ namespace nimbara {
 
 class DemoServer {
  public:
-  /// Listens on 127.0.0.1; port 0 takes a free one. The error is a sentence.
+  /// Listens on 127.0.0.1; port 0 takes a free one. `scene` may be null. The error is a sentence.
   static Result<std::unique_ptr<DemoServer>, std::string> start(Clock const& clock,
-                                                                std::vector<DemoFault> faults, int port = 0);
+                                                                std::vector<DemoFault> faults, int port = 0,
+                                                                DemoScene const* scene = nullptr);
   ~DemoServer();
   DemoServer(DemoServer const&) = delete;
   DemoServer& operator=(DemoServer const&) = delete;

@@ -1,6 +1,6 @@
-// nimbara-demo PORT NOW FAULT…: the stand-ins as a process, started by `nimbara`. Prints its base address and
-// serves until its standard input ends, so that it never outlives the program that started it. NOW is a
-// moment or "-" for the clock.
+// nimbara-demo PORT NOW FAULT… scene=NAME: the stand-ins as a process, started by `nimbara`. Prints its base
+// address and serves until its standard input ends, so that it never outlives the program that started it.
+// NOW is a moment or "-" for the clock.
 
 #include "base/number.h"
 #include "demo/demo_server.h"
@@ -32,12 +32,17 @@ int main(int count, char** arguments) {
     return 2;
   }
   std::vector<nimbara::DemoFault> faults;
+  nimbara::DemoScene const* scene = nullptr;
   for (int i = 3; i < count; ++i) {
-    if (auto const fault = nimbara::parseDemoFault(arguments[i])) faults.push_back(*fault);
+    std::string_view const argument = arguments[i];
+    if (argument.starts_with(nimbara::kSceneArgument)) {
+      scene = nimbara::findDemoScene(argument.substr(nimbara::kSceneArgument.size()));
+    } else if (auto const fault = nimbara::parseDemoFault(arguments[i]))
+      faults.push_back(*fault);
   }
   auto const clock = clockOf(arguments[2]);
-  auto const server =
-      nimbara::DemoServer::start(*clock, std::move(faults), nimbara::parseInteger(arguments[1]).value_or(0));
+  auto const server = nimbara::DemoServer::start(*clock, std::move(faults),
+                                                 nimbara::parseInteger(arguments[1]).value_or(0), scene);
   if (!server) {
     std::printf("%s\n", server.error().c_str());
     return 1;
