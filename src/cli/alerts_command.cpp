@@ -1,3 +1,4 @@
+#include "app/coverage_text.h"
 #include "base/json.h"
 #include "base/text.h"
 #include "cli/cli.h"
@@ -34,8 +35,7 @@ class AlertsRun {
     if (options_.sources.contains(AlertSource::generated)) gatherGenerated();
     if (session_.stop.stop_requested()) return session_.fail(exitCode::kInterrupted, "interrupted");
     sortMostSevereFirst(alerts_);
-    bool const isEmptyHanded = alerts_.empty() && !missing_.empty();
-    if (!isEmptyHanded || options_.json) session_.console.out(rendered());
+    session_.console.out(rendered());
     for (std::string const& sentence : missing_) context_.tell(sentence);
     return missing_.empty() ? exitCode::kComplete : exitCode::kUnavailable;
   }
@@ -54,17 +54,14 @@ class AlertsRun {
       if (options_.sources.contains(source)) names.emplace_back(enumName(source));
     }
     if (names.empty()) return;
-    GovAlerts official = context_.app().feeds().govAlerts().fetchAlerts(
-        statedPlace(place_.coordinate, options_.stated, context_.app().feeds().regions()), names,
-        session_.stop);
+    auto const place = statedPlace(place_.coordinate, options_.stated, context_.app().feeds().regions());
+    GovAlerts official = context_.app().feeds().govAlerts().fetchAlerts(place, names, session_.stop);
     for (GovSourceState const& state : official.sources) {
       // What was never checked is not known to be empty.
       if (!state.checkedAt)
         missing_.push_back("the warnings of " + state.name + " could not be had: " + state.problem);
     }
-    isUncovered_ = !official.isCovered();
-    context_.tell(official.isCovered() && official.checkedAt() ? warningNote(official, page())
-                                                               : std::string());
+    coverage_ = coverageOf(official, place.countryCode);
     std::ranges::move(official.alerts, std::back_inserter(alerts_));
   }
 
@@ -73,19 +70,31 @@ class AlertsRun {
   }
 
   std::string rendered() {
-    if (options_.json) return encodeJson(alerts_) + "\n";
-    if (alerts_.empty()) return std::string(context_.texts().text(emptyText())) + "\n";
+    if (options_.json) return json();
     calendar_ = Calendar::forZone(timeZoneAt(place_.coordinate)).value_or(calendar_);
     std::vector<WarningEntry> entries;
     entries.reserve(alerts_.size());
     for (WeatherAlert const& alert : alerts_) entries.push_back(warningEntry(alert));
-    return warningPage(entries, page());
+    std::string const list = warningPage(entries, page());
+    std::string const checks = coveragePage(coverage_, page());
+    if (list.empty() && checks.empty()) return std::string(context_.texts().text("report.noAlerts")) + "\n";
+    if (list.empty() || checks.empty()) return list + checks;
+    return isDoubtful() ? checks + "\n" + list : list + "\n" + checks;
   }
 
-  /// Where nobody issues any, there is more to say than that there are none.
-  std::string_view emptyText() const {
-    bool const isAskedOfNobody = isUncovered_ && !options_.sources.contains(AlertSource::generated);
-    return isAskedOfNobody ? "warning.uncovered" : "report.noAlerts";
+  std::string json() const {
+    if (!options_.coverage) return encodeJson(alerts_) + "\n";
+    JsonWriter writer;
+    writer.beginObject();
+    writer.member("alerts", alerts_);
+    writer.member("coverage", coverage_);
+    writer.endObject();
+    return writer.take() + "\n";
+  }
+
+  /// Then the reader learns that first.
+  bool isDoubtful() const {
+    return !coverage_.empty() && mostPressing(coverage_).state == CoverageState::unchecked;
   }
 
   AlertsOptions const& options_;
@@ -97,8 +106,8 @@ class AlertsRun {
   Calendar calendar_ = session_.environment.machineCalendar;
   Place place_;
   std::vector<WeatherAlert> alerts_;
-  bool isUncovered_ = false;          ///< no source that was asked for issues warnings there
-  std::vector<std::string> missing_;  ///< sources that could not be had, a sentence each
+  std::vector<SourceCoverage> coverage_;  ///< of the official sources, where they were asked for
+  std::vector<std::string> missing_;      ///< sources that could not be had, a sentence each
 };
 
 }  // namespace

@@ -49,6 +49,7 @@ int runCli(std::vector<std::string> arguments, Session const& session);
 
 int runForecast(CommandLine const& line, Session const& session);
 int runAlerts(CommandLine const& line, Session const& session);
+int runCoverage(CommandLine const& line, Session const& session);
 int runLine(CommandLine const& line, Session const& session);
 int runWaybar(CommandLine const& line, Session const& session);
 int runDoctor(CommandLine const& line, Session const& session);

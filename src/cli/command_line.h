@@ -81,6 +81,7 @@ struct AlertsOptions {
   std::string place;
   EnumSet<AlertSource> sources = EnumSet<AlertSource>::all();
   StatedRegions stated;
+  bool coverage = false;  ///< how the official ones were checked is part of the JSON document
   bool json = false;
 };
 

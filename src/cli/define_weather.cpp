@@ -35,9 +35,21 @@ void defineAlerts(CLI::App& app, CommandLine& line, RawOptions& raw) {
                    "Any of generated, nws, meteoalarm, separated by commas; all by default")
       ->type_name("LIST");
   defineStatedRegions(*command, options.stated);
+  command->add_flag("--coverage", options.coverage, "With --json also how the official sources were checked");
   command->add_flag("--json", options.json, kJson);
   defineCommon(*command, line, raw);
   command->callback([&line] { line.run = runAlerts; });
+}
+
+void defineCoverage(CLI::App& app, CommandLine& line, RawOptions& raw) {
+  CLI::App* const command = app.add_subcommand(
+      "coverage", "Which official warnings a place has: some, none, not checked, or nobody issues any");
+  AlertsOptions& options = line.alerts;
+  command->add_option("PLACE", options.place, kPlace);
+  defineStatedRegions(*command, options.stated);
+  command->add_flag("--json", options.json, kJson);
+  defineCommon(*command, line, raw);
+  command->callback([&line] { line.run = runCoverage; });
 }
 
 void defineLine(CLI::App& app, CommandLine& line, RawOptions& raw) {
@@ -83,6 +95,7 @@ void defineStatedRegions(CLI::App& command, StatedRegions& stated) {
 void defineWeather(CLI::App& app, CommandLine& line, RawOptions& raw) {
   defineForecast(app, line, raw);
   defineAlerts(app, line, raw);
+  defineCoverage(app, line, raw);
   defineLine(app, line, raw);
   defineDoctor(app, line, raw);
 }

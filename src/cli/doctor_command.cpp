@@ -1,3 +1,4 @@
+#include "app/coverage_text.h"
 #include "app/places.h"
 #include "base/display_text.h"
 #include "base/json.h"
@@ -29,6 +30,11 @@ struct CachedPlace {
   std::optional<WeatherProviderOption> provider;
 };
 
+struct PlaceWarnings {
+  std::string name;
+  std::vector<SourceCoverage> coverage;
+};
+
 struct FolderState {
   std::string purpose;
   std::string path;
@@ -53,6 +59,7 @@ struct RegionState {
 struct Diagnosis {
   std::vector<ServiceState> services;
   std::vector<CachedPlace> cache;
+  std::vector<PlaceWarnings> warnings;
   std::vector<FolderState> folders;
   std::vector<DesktopState> desktop;
   RegionState regions;
@@ -72,6 +79,9 @@ inline constexpr auto jsonFields<CachedPlace> =
     std::tuple{field("place", &CachedPlace::name), field("answeredAt", &CachedPlace::answeredAt),
                field("provider", &CachedPlace::provider)};
 template <>
+inline constexpr auto jsonFields<PlaceWarnings> =
+    std::tuple{field("place", &PlaceWarnings::name), field("coverage", &PlaceWarnings::coverage)};
+template <>
 inline constexpr auto jsonFields<FolderState> =
     std::tuple{field("purpose", &FolderState::purpose), field("path", &FolderState::path),
                field("exists", &FolderState::exists), field("writable", &FolderState::writable)};
@@ -86,8 +96,8 @@ inline constexpr auto jsonFields<RegionState> =
 template <>
 inline constexpr auto jsonFields<Diagnosis> =
     std::tuple{field("services", &Diagnosis::services), field("cache", &Diagnosis::cache),
-               field("directories", &Diagnosis::folders), field("desktopServices", &Diagnosis::desktop),
-               field("warningRegions", &Diagnosis::regions)};
+               field("officialWarnings", &Diagnosis::warnings), field("directories", &Diagnosis::folders),
+               field("desktopServices", &Diagnosis::desktop), field("warningRegions", &Diagnosis::regions)};
 
 namespace {
 
@@ -134,6 +144,19 @@ std::vector<CachedPlace> cacheOf(RunContext& context, Session const& session) {
   return cached;
 }
 
+/// As somebody found them last; nobody is asked.
+std::vector<PlaceWarnings> warningsOf(RunContext& context, Session const& session) {
+  std::vector<PlaceWarnings> warnings;
+  auto const places = Places(*session.store).list();
+  for (SavedPlace const& place : places.value_or(PlaceList{}).places) {
+    GovAlertPlace const asked = govAlertPlace(place.coordinate);
+    GovAlerts const kept = context.app().feeds().govAlerts().keptAlerts(asked);
+    warnings.push_back(
+        {place.name, agedCoverage(coverageOf(kept, asked.countryCode), context.clock().now())});
+  }
+  return warnings;
+}
+
 FolderState folderOf(std::string purpose, std::filesystem::path const& path) {
   std::error_code ignored;
   return {std::move(purpose), path.string(), std::filesystem::is_directory(path, ignored),
@@ -144,6 +167,7 @@ Diagnosis diagnose(RunContext& context, Session const& session) {
   Diagnosis diagnosis;
   diagnosis.services = servicesOf(context);
   diagnosis.cache = cacheOf(context, session);
+  diagnosis.warnings = warningsOf(context, session);
   diagnosis.folders = {folderOf("settings and places", session.environment.dataDirectory),
                        folderOf("cache", session.environment.cacheDirectory)};
   for (DesktopServiceState const& state : desktopServiceStates({session.environment.program, {}, {}})) {
@@ -165,6 +189,9 @@ class Page {
     heading("Kept forecasts");
     for (CachedPlace const& place : diagnosis.cache) row(place.name, lineOf(place));
     if (diagnosis.cache.empty()) row("", "no places are saved");
+    heading("Official warnings");
+    for (PlaceWarnings const& place : diagnosis.warnings) row(place.name, linesOf(place));
+    if (diagnosis.warnings.empty()) row("", "no places are saved");
     heading("Folders");
     for (FolderState const& folder : diagnosis.folders) row(folder.purpose, lineOf(folder));
     heading("Warning regions");
@@ -203,6 +230,14 @@ class Page {
   std::string lineOf(CachedPlace const& place) const {
     if (!place.answeredAt) return "none";
     return age(*place.answeredAt) + (place.provider ? " from " + std::string(enumName(*place.provider)) : "");
+  }
+  std::string linesOf(PlaceWarnings const& place) const {
+    std::string text;
+    for (std::string const& line : coverageLines(place.coverage, context_.texts(),
+                                                 context_.wording().fallback, context_.clock().now())) {
+      text += (text.empty() ? "" : "; ") + line;
+    }
+    return text;
   }
   static std::string lineOf(FolderState const& folder) {
     if (!folder.exists) return folder.path + " (not made yet)";

@@ -1,6 +1,8 @@
+#include "app/coverage_text.h"
 #include "base/json.h"
 #include "cli/cli.h"
 #include "cli/forecast_report.h"
+#include "cli/official_look.h"
 #include "cli/run_context.h"
 #include "cli/terminal.h"
 #include "model/process.h"
@@ -9,13 +11,16 @@ namespace nimbara {
 
 namespace {
 
+/// How long a forecast that is there waits for the official warnings.
+constexpr std::chrono::seconds kPatience{8};
+
 bool isOffline(std::optional<APIError> const& error) {
   using Kind = HttpError::Kind;
   return error && (error->transport == Kind::unresolvedHost || error->transport == Kind::connectionFailed ||
                    error->transport == Kind::timedOut);
 }
 
-std::string json(ForecastAnswer const& answer) {
+std::string json(ForecastAnswer const& answer, OfficialLook::Answer const& official) {
   JsonWriter writer;
   writer.beginObject();
   writer.memberOrNull("provider", answer.provider);
@@ -23,6 +28,8 @@ std::string json(ForecastAnswer const& answer) {
   writer.member("stale", answer.stale);
   writer.member("data", answer.data);
   writer.member("alerts", answer.alerts);
+  writer.member("officialWarnings", official.alerts);
+  writer.member("coverage", official.coverage);
   writer.endObject();
   return writer.take() + "\n";
 }
@@ -52,13 +59,17 @@ class ForecastRun {
     RunContext context(common_, session_, *clock_, departure);
     auto const place = context.place(options_.place);
     if (!place) return std::unexpected(place.error());
+    std::optional<OfficialLook> look;
+    if (!options_.raw)
+      look.emplace(context.app().feeds().govAlerts(), *clock_, govAlertPlace(place->coordinate));
     auto const answer = forecast(context, *place);
     if (!answer) {
       return std::unexpected(
           Failure{exitCode::kUnavailable, context.sentenceOf(answer.error()), answer.error()});
     }
     context.tell(context.note(*answer));
-    session_.console.out(rendered(*answer, context));
+    auto const official = look ? look->answer(kPatience, session_.stop) : OfficialLook::Answer{};
+    session_.console.out(rendered(*answer, official, context));
     return {};
   }
 
@@ -80,17 +91,21 @@ class ForecastRun {
     return ask({demo->baseUrl(), true, options_.provider, {}});
   }
 
-  std::string rendered(ForecastAnswer const& answer, RunContext const& context) const {
+  std::string rendered(ForecastAnswer const& answer, OfficialLook::Answer const& official,
+                       RunContext const& context) const {
     if (options_.raw) return encodeJson(*answer.response) + "\n";
-    if (options_.json) return json(answer);
+    if (options_.json) return json(answer, official);
     ReportOptions report;
     report.width = options_.width > 0 ? options_.width : widthOf(session_);
     report.style = styleOf(session_, options_.ascii);
     report.units = common_.units;
     report.now = clock_->now();
     report.standIn = context.servicesBase();
-    return forecastReport(answer, report, context.texts(),
-                          calendarOf(answer.data, session_.environment.machineCalendar));
+    Calendar const calendar = calendarOf(answer.data, session_.environment.machineCalendar);
+    report.warnings = official.alerts;
+    report.coverage = coverageLines(official.coverage, context.texts(), calendar, clock_->now());
+    report.isCoverageDoubtful = mostPressing(official.coverage).state == CoverageState::unchecked;
+    return forecastReport(answer, report, context.texts(), calendar);
   }
 
   ForecastOptions const& options_;

@@ -253,10 +253,25 @@ class Report {
     std::string out;
     if (answer_.stale)
       out += paragraph("", context_.texts.format("report.stale", fetched(), age()), Colour::warning);
-    for (WeatherAlert const& alert : answer_.alerts) {
-      std::string const severity(context_.texts.text("severity." + std::string(enumName(alert.severity))));
-      Colour const colour = alert.severity >= AlertSeverity::warning ? Colour::warning : Colour::sun;
-      out += paragraph(severity + ": " + alert.title + ". ", alert.message, colour);
+    for (WeatherAlert const& warning : context_.options.warnings) out += alertLines(warning);
+    for (WeatherAlert const& alert : answer_.alerts) out += alertLines(alert);
+    return (out.empty() ? out : "\n" + out) + coverage();
+  }
+
+  std::string alertLines(WeatherAlert const& alert) const {
+    std::string const severity(context_.texts.text("severity." + std::string(enumName(alert.severity))));
+    Colour const colour = alert.severity >= AlertSeverity::warning ? Colour::warning : Colour::sun;
+    return paragraph(severity + ": " + alert.title + ". ", alert.message, colour);
+  }
+
+  /// How the official warnings were checked.
+  std::string coverage() const {
+    std::string out;
+    for (std::string const& line : context_.options.coverage) {
+      for (std::string const& part : wrapped(style().text(line), width())) {
+        out +=
+            style().painted(part, context_.options.isCoverageDoubtful ? Colour::warning : Colour::dim) + "\n";
+      }
     }
     return out.empty() ? out : "\n" + out;
   }

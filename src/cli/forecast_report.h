@@ -11,6 +11,7 @@
 #include "cli/style.h"
 
 #include <string>
+#include <vector>
 
 namespace nimbara {
 
@@ -19,6 +20,10 @@ struct ReportOptions {
   Style style;
   Units units;
   Instant now;
+  std::vector<WeatherAlert> warnings;  ///< official ones, most severe first
+  std::vector<std::string>
+      coverage;  ///< how the official ones were checked, a sentence each without a full stop
+  bool isCoverageDoubtful = false;  ///< such a sentence says that they could not be
   std::string standIn;  ///< the address that stands in for the services, empty for the services themselves
 };
 

@@ -21,6 +21,10 @@ class LineRun {
   Result<ForecastAnswer, Failure> answer() {
     auto const place = context_.place(options_.place);
     if (!place) return std::unexpected(place.error());
+    GovAlertPlace const asked = govAlertPlace(place->coordinate);
+    GovAlerts official = context_.app().feeds().govAlerts().keptAlerts(asked);
+    official_.coverage = agedCoverage(coverageOf(official, asked.countryCode), clock_->now());
+    official_.alerts = std::move(official.alerts);
     ForecastService& service = context_.app().forecasts();
     if (!options_.fresh) {
       auto kept = service.cached(*place);
@@ -44,7 +48,7 @@ class LineRun {
   }
 
   LineContext lineContext(ForecastAnswer const& answer) {
-    return {answer, context_.texts(), context_.wording().units, clock_->now()};
+    return {answer, official_, context_.texts(), context_.wording().units, clock_->now()};
   }
 
  private:
@@ -52,6 +56,7 @@ class LineRun {
   Session const& session_;
   std::unique_ptr<Clock> clock_;
   RunContext context_;
+  KeptWarnings official_;
 };
 
 std::string fieldHelp() {
@@ -74,10 +79,14 @@ std::string barJson(std::string_view text, std::string_view tooltip, std::string
   return writer.take() + "\n";
 }
 
-/// The gravest alert, else whether the forecast is old.
-std::string_view classOf(ForecastAnswer const& answer) {
-  if (!answer.alerts.empty()) return enumName(answer.alerts.front().severity);
-  return answer.stale ? "stale" : "fresh";
+/// The most severe alert or warning, else whether warnings could not be checked or the forecast is old.
+std::string_view classOf(LineContext const& context) {
+  std::vector<WeatherAlert> all = context.official.alerts;
+  all.insert(all.end(), context.answer.alerts.begin(), context.answer.alerts.end());
+  sortMostSevereFirst(all);
+  if (!all.empty()) return enumName(all.front().severity);
+  if (context.answer.stale) return "stale";
+  return mostPressing(context.official.coverage).state == CoverageState::unchecked ? "unchecked" : "fresh";
 }
 
 std::string_view altOf(LineContext const& context) {
@@ -114,7 +123,7 @@ int runWaybar(CommandLine const& line, Session const& session) {
   auto const text = run.text(*answer);
   if (!text) return session.fail(text.error().exitCode, text.error().sentence);
   LineContext const context = run.lineContext(*answer);
-  session.console.out(barJson(*text, tooltip(context), classOf(*answer), altOf(context)));
+  session.console.out(barJson(*text, tooltip(context), classOf(context), altOf(context)));
   return exitCode::kComplete;
 }
 

@@ -1,5 +1,6 @@
 #include "cli/line_text.h"
 
+#include "app/coverage_text.h"
 #include "base/number.h"
 #include "base/time_words.h"
 #include "cli/style.h"
@@ -51,6 +52,16 @@ std::string percent(int value) {
 
 std::string strongestAlert(LineContext const& context) {
   return context.answer.alerts.empty() ? std::string() : context.answer.alerts.front().title;
+}
+
+std::string strongestWarning(LineContext const& context) {
+  return context.official.alerts.empty() ? std::string() : context.official.alerts.front().title;
+}
+
+/// In the place's time.
+std::vector<std::string> coverageOfLine(LineContext const& context) {
+  return coverageLines(context.official.coverage, context.texts,
+                       calendarOf(context.answer.data, Calendar::utc()), context.now);
 }
 
 constexpr LineField kFields[] = {
@@ -129,6 +140,12 @@ constexpr LineField kFields[] = {
     {"alert", "the most severe alert, or nothing", strongestAlert},
     {"alerts", "how many alerts there are",
      [](LineContext const& c) { return std::to_string(c.answer.alerts.size()); }},
+    {"warning", "the most severe official warning, or nothing", strongestWarning},
+    {"warnings", "how many official warnings there are, or that this is not known",
+     [](LineContext const& c) {
+       auto const lines = coverageOfLine(c);
+       return lines.empty() ? std::string() : lines.front();
+     }},
     {"age", "how old the forecast is",
      [](LineContext const& c) { return ageText(c.answer.answeredAt, c.now, c.texts); }},
     {"stale", "the age in brackets when the forecast is old, else nothing",
@@ -183,6 +200,9 @@ std::string tooltip(LineContext const& context) {
   WeatherData const& data = context.answer.data;
   TimeWords const words(context.texts, calendarOf(data, Calendar::utc()));
   std::string out = *filledLine("{place}: {temperature} {condition}", context);
+  for (WeatherAlert const& warning : context.official.alerts)
+    out += "\n! " + warning.title + ". " + warning.message;
+  for (std::string const& line : coverageOfLine(context)) out += "\n" + line;
   for (WeatherAlert const& alert : context.answer.alerts) out += "\n! " + alert.title + ". " + alert.message;
   for (DailyForecast const& day : data.daily) {
     bool const hasPassed = day.date + std::chrono::hours(24) <= context.now;

@@ -5,15 +5,24 @@
 #include "base/result.h"
 #include "base/texts.h"
 #include "base/units.h"
+#include "feeds/coverage.h"
 
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace nimbara {
 
+/// What was known of the official warnings when somebody asked last.
+struct KeptWarnings {
+  std::vector<WeatherAlert> alerts;      ///< most severe first
+  std::vector<SourceCoverage> coverage;  ///< at least one entry
+};
+
 struct LineContext {
   ForecastAnswer const& answer;
+  KeptWarnings const& official;
   Texts const& texts;
   Units const& units;
   Instant now;

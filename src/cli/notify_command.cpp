@@ -1,8 +1,10 @@
+#include "app/coverage_text.h"
 #include "app/http_recording.h"
 #include "app/notification_inputs.h"
 #include "app/places.h"
 #include "app/silent_center.h"
 #include "app/stand_in_store.h"
+#include "base/text.h"
 #include "cli/cli.h"
 #include "cli/notification_page.h"
 #include "cli/run_context.h"
@@ -146,12 +148,29 @@ class NotifyRun {
     }
   }
 
-  std::string rendered(PassPlan const& plan) const {
+  std::string rendered(PassPlan const& plan) {
     if (options_.explain) {
-      return options_.json ? explanationJson(plan) : explanationText(plan, words(), styleOf(session_));
+      return options_.json ? explanationJson(plan)
+                           : officialStates() + explanationText(plan, words(), styleOf(session_));
     }
     return options_.json ? notificationsJson(plan)
                          : notificationsText(plan, context_.texts(), styleOf(session_), widthOf(session_));
+  }
+
+  /// How the official warnings of each place were checked, in this pass or, where no rule reads them, before.
+  std::string officialStates() {
+    std::string out;
+    for (WatchedPlace const& watched : places_) {
+      GovAlertPlace const asked =
+          statedPlace(watched.place.coordinate, options_.stated, context_.app().feeds().regions());
+      auto const coverage = agedCoverage(
+          coverageOf(context_.app().feeds().govAlerts().keptAlerts(asked), asked.countryCode), clock_->now());
+      for (std::string const& line :
+           coverageLines(coverage, context_.texts(), context_.wording().fallback, clock_->now())) {
+        out += oneLine(watched.place.name) + ": " + line + "\n";
+      }
+    }
+    return out.empty() ? out : out + "\n";
   }
 
   ReasonWords words() const {

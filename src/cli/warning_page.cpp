@@ -1,5 +1,6 @@
 #include "cli/warning_page.h"
 
+#include "app/coverage_text.h"
 #include "base/text.h"
 #include "base/time_words.h"
 
@@ -148,12 +149,14 @@ std::string warningPage(std::vector<WarningEntry> const& entries, WarningPageCon
   return out;
 }
 
-std::string warningNote(GovAlerts const& alerts, WarningPageContext const& context) {
-  if (!alerts.isCovered()) return std::string(context.texts.text("warning.uncovered"));
-  if (!alerts.failedSince()) return {};
-  auto const checkedAt = alerts.checkedAt();
-  if (!checkedAt) return std::string(context.texts.text("warning.neverChecked"));
-  return context.texts.format("warning.uncheckedSince", momentText(*checkedAt, context));
+std::string coveragePage(std::vector<SourceCoverage> const& coverage, WarningPageContext const& context) {
+  std::string out;
+  for (std::string const& text : coverageLines(coverage, context.texts, context.calendar, context.now)) {
+    for (std::string const& line : wrapped(context.style.text(text), context.width)) {
+      out += context.style.painted(line, Colour::dim) + "\n";
+    }
+  }
+  return out;
 }
 
 }  // namespace nimbara

@@ -6,7 +6,7 @@
 #include "base/texts.h"
 #include "base/units.h"
 #include "cli/style.h"
-#include "feeds/gov_alert_service.h"
+#include "feeds/coverage.h"
 #include "feeds/nws_alert.h"
 #include "model/weather_alert.h"
 
@@ -50,8 +50,7 @@ struct WarningPageContext {
 /// Paragraphs divided by blank lines; empty without entries.
 std::string warningPage(std::vector<WarningEntry> const& entries, WarningPageContext const& context);
 
-/// What a list of warnings does not say by itself: that nobody is known who issues any for the place, or that
-/// it could not be checked since a moment. Empty when all is well.
-std::string warningNote(GovAlerts const& alerts, WarningPageContext const& context);
+/// A line for each source: how its warnings were checked.
+std::string coveragePage(std::vector<SourceCoverage> const& coverage, WarningPageContext const& context);
 
 }  // namespace nimbara

@@ -167,8 +167,9 @@ TEST(LineText, TellsWhatIsKnownAndDashesForTheRest) {
   answer.data.current.availableDetailFields = DetailFields{WeatherDetailField::humidity};
   Texts const texts = Texts::load("en");
   Units const units;
+  KeptWarnings const official{{}, coverageOf({}, "JP")};
   auto const line = [&](std::string_view pattern, std::string const& now) {
-    return filledLine(pattern, {answer, texts, units, at(now)}).value_or("refused");
+    return filledLine(pattern, {answer, official, texts, units, at(now)}).value_or("refused");
   };
   EXPECT_EQ(line("{temperature} {humidity} {pressure} {gusts}", "2026-11-21T10:00:00Z"),
             "11° 50 % – 15 km/h");
@@ -178,6 +179,7 @@ TEST(LineText, TellsWhatIsKnownAndDashesForTheRest) {
   for (char const* const wrong : {"{", "{}", "{temperature", "{nothing}"}) {
     EXPECT_EQ(line(wrong, "2026-11-21T10:00:00Z"), "refused") << wrong;
   }
+  EXPECT_EQ(line("{warnings}", "2026-11-21T10:00:00Z"), "No official source of warnings for Japan");
   EXPECT_EQ(line("{{}", "2026-11-21T10:00:00Z"), "{}");
   for (LineField const& field : lineFields()) {
     EXPECT_NE(line("{" + std::string(field.name) + "}", "2026-11-21T10:00:00Z"), "refused");

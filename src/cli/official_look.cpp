@@ -1,0 +1,50 @@
+#include "cli/official_look.h"
+
+namespace nimbara {
+
+namespace {
+
+/// The shortest time between two questions for one list.
+constexpr std::chrono::minutes kFreshness{5};
+
+bool isFresh(GovAlerts const& kept, Instant now) {
+  auto const checkedAt = kept.checkedAt();
+  return !kept.failedSince() && checkedAt && *checkedAt <= now && now - *checkedAt < kFreshness;
+}
+
+}  // namespace
+
+OfficialLook::OfficialLook(GovAlertService& service, Clock const& clock, GovAlertPlace place)
+    : service_(service), clock_(clock), place_(std::move(place)) {
+  GovAlerts kept = service_.keptAlerts(place_);
+  std::promise<GovAlerts> promise;
+  answered_ = promise.get_future();
+  if (!kept.isCovered() || isFresh(kept, clock_.now())) {
+    promise.set_value(std::move(kept));
+    return;
+  }
+  auto const shared = std::make_shared<std::promise<GovAlerts>>(std::move(promise));
+  pool_.emplace(1U);
+  pool_->run([this, shared](std::stop_token const&) {
+    shared->set_value(service_.fetchAlerts(place_, {}, asking_.get_token()));
+  });
+}
+
+OfficialLook::~OfficialLook() {
+  asking_.request_stop();
+}
+
+OfficialLook::Answer OfficialLook::answer(std::chrono::milliseconds patience, std::stop_token const& stop) {
+  std::stop_callback const passOn(stop, [this] { asking_.request_stop(); });
+  if (answered_.wait_for(patience) != std::future_status::ready) asking_.request_stop();
+  return answerOf(answered_.get());
+}
+
+OfficialLook::Answer OfficialLook::answerOf(GovAlerts alerts) const {
+  Answer answer;
+  answer.coverage = agedCoverage(coverageOf(alerts, place_.countryCode), clock_.now());
+  answer.alerts = std::move(alerts.alerts);
+  return answer;
+}
+
+}  // namespace nimbara
