@@ -149,54 +149,64 @@ TEST_P(OfficialCheckTexts, SayHowFarTheListCanBeTrusted) {
   EXPECT_EQ(view.brief, row.brief);
 }
 
-constexpr char kSince[] = "Official warnings could not be checked since 12:15";
+constexpr char kSince[] = "Official warnings could not be checked since 12:20, because no network";
 constexpr char kNever[] = "Official warnings could not be checked";
-constexpr char kUncovered[] = "No service known to this program issues official warnings for this place";
+constexpr char kNobody[] = "No official source of warnings for Japan";
+constexpr char kNone[] = "No official warnings, checked 12:15";
+constexpr char kParts[] = "In force for parts of Croatia that cannot be placed: Kvarner, Velebit Channel";
 INSTANTIATE_TEST_SUITE_P(
     Rows, OfficialCheckTexts,
     testing::Values(
-        CheckRow{"none", [](OfficialCheck&) {}, 0, false, "There are no official warnings.", "", ""},
-        CheckRow{"one", [](OfficialCheck&) {}, 1, false, "One official warning", "", ""},
-        CheckRow{"many", [](OfficialCheck&) {}, 500, false, "500 official warnings", "", ""},
-        CheckRow{"failedWithout",
-                 [](OfficialCheck& c) {
-                   c.failedSince = kNow;
-                   c.problem = "no network";
-                 },
-                 0, true, kSince, "Reason: no network. So there may be some", kSince},
-        CheckRow{"failedWith",
-                 [](OfficialCheck& c) {
-                   c.failedSince = kNow;
-                   c.problem = "no network";
-                 },
-                 2, true, "2 official warnings",
-                 "Official warnings could not be checked since 12:15. Reason: no network. What was known",
+        CheckRow{"none", [](OfficialCheck&) {}, 0, false, "There are no official warnings.", "", kNone},
+        CheckRow{"one", [](OfficialCheck& c) { c.coverage[0].state = CoverageState::warnings; }, 1, false,
+                 "One official warning", "", "One official warning, checked 12:15"},
+        CheckRow{"many", [](OfficialCheck& c) { c.coverage[0].state = CoverageState::warnings; }, 500, false,
+                 "500 official warnings", "", "500 official warnings, checked 12:15"},
+        CheckRow{"failedWithout", [](OfficialCheck& c) { fail(c, kNow, "no network"); }, 0, true,
+                 "Official warnings could not be checked since 12:20",
+                 "Reason: no network. So there may be some", kSince},
+        CheckRow{"failedWith", [](OfficialCheck& c) { fail(c, kNow, "no network"); }, 2, true,
+                 "2 official warnings",
+                 "Official warnings could not be checked since 12:20. Reason: no network. What was known",
                  kSince},
         CheckRow{"never",
                  [](OfficialCheck& c) {
-                   c.checkedAt.reset();
-                   c.failedSince = kNow;
+                   c.coverage[0].checkedAt.reset();
+                   c.coverage[0].state = CoverageState::unchecked;
                  },
                  0, true, kNever, "So there may be some", kNever},
         CheckRow{"asking",
                  [](OfficialCheck& c) {
-                   c.checkedAt.reset();
+                   c.coverage[0].checkedAt.reset();
+                   c.coverage[0].state = CoverageState::unchecked;
                    c.isAsking = true;
                  },
                  0, false, "Asking for official warnings …", "", ""},
         CheckRow{"oldWhileAsking",
                  [](OfficialCheck& c) {
-                   c.checkedAt = kNow - 24h;
+                   c.coverage[0].checkedAt = kNow - 24h;
                    c.isAsking = true;
                  },
                  1, false, "One official warning", "", ""},
-        CheckRow{"trusted", [](OfficialCheck& c) { c.checkedAt = kNow - 45min; }, 0, false,
-                 "There are no official warnings.", "", ""},
-        CheckRow{"tooOld", [](OfficialCheck& c) { c.checkedAt = kNow - 45min - 1ms; }, 0, true,
-                 "Official warnings could not be checked since 11:34", "So there may be some",
-                 "Official warnings could not be checked since 11:34"},
-        CheckRow{"uncovered", [](OfficialCheck& c) { c.sources.clear(); }, 0, false, kUncovered,
-                 "Warnings made from the forecast", kUncovered}),
+        CheckRow{"trusted", [](OfficialCheck& c) { c.coverage[0].checkedAt = kNow - 45min; }, 0, false,
+                 "There are no official warnings.", "", "No official warnings, checked 11:35"},
+        CheckRow{
+            "tooOld", [](OfficialCheck& c) { c.coverage[0].checkedAt = kNow - 45min - 1ms; }, 0, true,
+            "Official warnings could not be checked since 11:34", "So there may be some",
+            "Official warnings could not be checked since 11:34, because no program has asked since then"},
+        CheckRow{"unplaced",
+                 [](OfficialCheck& c) {
+                   c.coverage[0].state = CoverageState::unplaced;
+                   c.coverage[0].country = "HR";
+                   c.coverage[0].areas = {"Kvarner", "Velebit Channel"};
+                 },
+                 0, false, kParts, "They may concern this place.", kParts},
+        CheckRow{"uncovered",
+                 [](OfficialCheck& c) {
+                   c.coverage = {SourceCoverage{}};
+                   c.coverage[0].country = "JP";
+                 },
+                 0, false, kNobody, "Warnings made from the forecast", kNobody}),
     [](auto const& row) { return std::string(row.param.why); });
 
 TEST(OfficialView, SaysNothingOfAnotherPlace) {

@@ -50,7 +50,7 @@ struct DesktopHazardsTest : testing::Test {
               shown.push_back(place.name + ":");
               for (WeatherAlert const& alert : alerts) shown.back() += " " + alert.title;
             },
-            [this] { ++published; }};
+            [this] { ++published; }, [] { return std::vector{kChicago, kTokyo}; }};
   }
   void willAnswerWorld() {
     for (char const* const body : {kQuake, kKp, kAhead}) http.willAnswer(200, body);
@@ -70,8 +70,9 @@ TEST_F(DesktopHazardsTest, AskEveryFeedAndTellHowItWent) {
   auto const state = hazards.state();
   EXPECT_TRUE(state->isSettled());
   EXPECT_EQ(shown.back(), "Chicago: Flood Watch");
-  EXPECT_EQ(state->official.checkedAt, clock.now());
-  EXPECT_THAT(state->official.sources, testing::ElementsAre("nws"));
+  ASSERT_EQ(state->official.coverage.size(), 1);
+  EXPECT_EQ(state->official.coverage[0].checkedAt, clock.now());
+  EXPECT_EQ(state->official.coverage[0].source, "nws");
   EXPECT_EQ(state->quakes.data.size(), 1);
   EXPECT_EQ(state->kp.data, 3);
   EXPECT_EQ(state->kpRecent.size(), 1);
@@ -87,8 +88,8 @@ TEST_F(DesktopHazardsTest, KeepWhatTheyHadThroughFailures) {
   EXPECT_EQ(hazards.refresh(kChicago, {}), SupplementalOutcome::incomplete);
   auto const state = hazards.state();
   EXPECT_EQ(shown.back(), "Chicago: Flood Watch");
-  EXPECT_EQ(state->official.checkedAt, at("2026-11-21T09:20:00Z"));
-  EXPECT_EQ(state->official.failedSince, at("2026-11-21T09:51:00Z"));
+  EXPECT_EQ(state->official.coverage.at(0).checkedAt, at("2026-11-21T09:20:00Z"));
+  EXPECT_EQ(state->official.coverage.at(0).since, at("2026-11-21T09:51:00Z"));
   EXPECT_EQ(state->quakes.data.size(), 1);
   EXPECT_NE(state->quakes.problem, "");
   EXPECT_EQ(state->kp.data, 3);
@@ -102,7 +103,7 @@ TEST_F(DesktopHazardsTest, ShowWhatIsKeptOfANewPlaceAtOnceAndNothingOfTheOld) {
   select(kDenver);
   EXPECT_EQ(shown.back(), "Denver:");
   EXPECT_EQ(hazards.state()->official.place, kDenver);
-  EXPECT_EQ(hazards.state()->official.checkedAt, std::nullopt);
+  EXPECT_EQ(hazards.state()->official.coverage.at(0).checkedAt, std::nullopt);
   EXPECT_TRUE(hazards.state()->official.isAsking);
   std::ignore = hazards.refresh(kChicago, {});
   EXPECT_EQ(shown.back(), "Denver:") << "an answer about another place";
@@ -123,9 +124,21 @@ TEST_F(DesktopHazardsTest, LeaveEverythingAsItWasWhenStopped) {
   EXPECT_EQ(hazards.state()->quakes.problem, "");
 }
 
+TEST_F(DesktopHazardsTest, TellOfSavedPlacesWhatIsKept) {
+  select(kChicago);
+  EXPECT_TRUE(hazards.state()->places.empty());
+  http.willAnswer(200, warningOf("Flood Watch"));
+  std::ignore = hazards.refresh(kChicago, {});
+  auto const places = hazards.state()->places;
+  ASSERT_EQ(places.size(), 2);
+  EXPECT_EQ(places[0].coverage.at(0).state, CoverageState::warnings);
+  EXPECT_EQ(places[1].coverage.at(0).state, CoverageState::uncovered);
+}
+
 TEST_F(DesktopHazardsTest, TellThatNobodyIssuesWarnings) {
   select(kTokyo);
-  EXPECT_TRUE(hazards.state()->official.sources.empty());
+  EXPECT_FALSE(hazards.state()->official.isCovered());
+  EXPECT_EQ(hazards.state()->official.coverage.at(0).country, "JP");
   EXPECT_TRUE(hazards.state()->official.isSettled());
 }
 

@@ -22,9 +22,22 @@ inline EarthquakeEvent quakeOf(std::string id, double magnitude, Coordinate plac
 inline OfficialCheck checkOf(Place const& place) {
   OfficialCheck check;
   check.place = place;
-  check.sources = {"nws"};
-  check.checkedAt = kNow - std::chrono::minutes(5);
+  SourceCoverage coverage;
+  coverage.source = "nws";
+  coverage.service = "National Weather Service";
+  coverage.state = CoverageState::none;
+  coverage.checkedAt = kNow - std::chrono::minutes(5);
+  coverage.country = "US";
+  check.coverage = {coverage};
   return check;
+}
+
+/// The check failed at `since`.
+inline void fail(OfficialCheck& check, Instant since, std::string reason) {
+  SourceCoverage& coverage = check.coverage.front();
+  coverage.state = CoverageState::unchecked;
+  coverage.since = since;
+  coverage.reason = std::move(reason);
 }
 
 /// A week of Kp 2 in steps of three hours until `kNow`, and a storm foreseen.

@@ -110,11 +110,11 @@ INSTANTIATE_TEST_SUITE_P(Rows, RoundAxis,
 
 TEST(PlaceViews, ShowWhatIsKeptOfEach) {
   auto const snapshot = snapshotOf(stateOf(mildWeek()));
-  auto const views = placeViews(snapshot->places, snapshot->kept, true, contextAt(kNow));
+  auto const views = placeViews(snapshot->places, snapshot->kept, true, {}, contextAt(kNow));
   ASSERT_THAT(views, SizeIs(2));
   EXPECT_EQ(views[0].notifications, "everything");
   EXPECT_EQ(views[1].notifications, "severe");
-  EXPECT_EQ(placeViews(snapshot->places, {}, false, contextAt(kNow))[1].notifications, "nothing");
+  EXPECT_EQ(placeViews(snapshot->places, {}, false, {}, contextAt(kNow))[1].notifications, "nothing");
   EXPECT_TRUE(views[0].isSelected);
   EXPECT_EQ(views[0].sentence, "Testville, 15°, Partly Cloudy, high 20°, low 10°");
   EXPECT_EQ(views[1].temperature, "");

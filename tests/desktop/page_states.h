@@ -75,10 +75,9 @@ inline std::shared_ptr<DesktopSnapshot> manyHazards() {
 inline std::shared_ptr<DesktopSnapshot> uncheckedHazards() {
   auto snapshot = snapshotOf(stateOf(mildWeek()));
   HazardsState hazards = hazardsOf(checkOf(*snapshot->place));
-  hazards.official.failedSince = kNow;
-  for (auto* const problem : {&hazards.official.problem, &hazards.quakes.problem, &hazards.kp.problem}) {
-    *problem = "the service answered with status 503";
-  }
+  constexpr char kProblem[] = "the service answered with status 503";
+  fail(hazards.official, kNow, kProblem);
+  hazards.quakes.problem = hazards.kp.problem = kProblem;
   hazards.kp.checkedAt.reset();
   hazards.kp.data.reset();
   hazards.kpRecent.clear();
@@ -90,7 +89,7 @@ inline std::shared_ptr<DesktopSnapshot> uncheckedHazards() {
 inline std::shared_ptr<DesktopSnapshot> uncoveredHazards() {
   auto snapshot = snapshotOf(stateOf(mildWeek()));
   HazardsState hazards = hazardsOf(checkOf(*snapshot->place));
-  hazards.official.sources.clear();
+  hazards.official.coverage = {SourceCoverage{}};
   hazards.filter = {500, 2.5};
   hazards.quakes.data = {quakeOf("a", 6, snapshot->place->coordinate, std::chrono::minutes(5))};
   snapshot->hazards = shared(std::move(hazards));

@@ -2,6 +2,7 @@
 
 #include "states.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace nimbara {
@@ -30,7 +31,7 @@ std::vector<SummaryRow> summaryRows() {
 TEST(TrayView, SaysThePresentInOneLine) {
   for (SummaryRow const& row : summaryRows()) {
     auto const place = row.hasPlace ? snapshotOf(row.state)->place : std::nullopt;
-    auto const view = trayView(nowView(row.state, place, contextAt(kNow)), contextAt(kNow));
+    auto const view = trayView(nowView(row.state, place, contextAt(kNow)), "", contextAt(kNow));
     EXPECT_EQ(view.temperature, row.temperature) << row.name;
     EXPECT_EQ(view.summary, row.summary) << row.name;
     ASSERT_EQ(view.menu.size(), 6U);
@@ -38,6 +39,14 @@ TEST(TrayView, SaysThePresentInOneLine) {
     EXPECT_EQ(view.menu[3].isEnabled, row.hasPlace) << row.name;
     EXPECT_EQ(view.menu[5].key, kTrayQuit);
   }
+}
+
+TEST(TrayView, SaysWhatIsKnownOfOfficialWarnings) {
+  NowView const now = nowView(stateOf(mildWeek()), snapshotOf(stateOf(mildWeek()))->place, contextAt(kNow));
+  TrayView const view = trayView(now, "2 official warnings, checked 12:15", contextAt(kNow));
+  EXPECT_THAT(view.summary, testing::EndsWith("hours. 2 official warnings, checked 12:15"));
+  ASSERT_EQ(view.menu.size(), 7U);
+  EXPECT_EQ(view.menu[1], (TrayMenuItem{"warnings", "2 official warnings, checked 12:15", false}));
 }
 
 }  // namespace

@@ -99,7 +99,7 @@ DesktopHazards::Surroundings DesktopCore::hazardSurroundings() {
   return {[this](Place const& place, std::vector<WeatherAlert> alerts) {
             state_.showGovAlerts(place, std::move(alerts));
           },
-          [this] { publish(); }};
+          [this] { publish(); }, [this] { return places_.saved(); }};
 }
 
 DesktopNotifications::Surroundings DesktopCore::notificationSurroundings(Environment const& environment,

@@ -6,23 +6,6 @@
 
 namespace nimbara {
 
-namespace {
-
-OfficialCheck checkOf(Place const& place, bool isAsking, GovAlerts const& alerts) {
-  OfficialCheck check;
-  check.place = place;
-  check.isAsking = isAsking;
-  check.checkedAt = alerts.checkedAt();
-  check.failedSince = alerts.failedSince();
-  for (GovSourceState const& source : alerts.sources) {
-    check.sources.push_back(source.name);
-    if (source.failedSince) check.problem = source.problem;
-  }
-  return check;
-}
-
-}  // namespace
-
 DesktopHazards::DesktopHazards(FeedServices& feeds, SettingsStore& store, TaskRunner& runner,
                                Surroundings surroundings)
     : feeds_(feeds), store_(store), runner_(runner), surroundings_(std::move(surroundings)) {}
@@ -53,18 +36,33 @@ void DesktopHazards::showKept() {
   std::lock_guard const turn(officialTurn_);
   OfficialCheck const check = state()->official;
   if (check.place) showOfficial(*check.place, check.isAsking);
+  // What is kept of the others lies in files, which the first moments of the window do without.
+  if (!check.isAsking) showPlaces();
 }
 
 /// In its turn.
 void DesktopHazards::showOfficial(Place const& place, bool isAsking) {
-  GovAlerts alerts = feeds_.govAlerts().keptAlerts(govAlertPlace(place.coordinate));
-  change([&](HazardsState& state) { state.official = checkOf(place, isAsking, alerts); });
+  GovAlertPlace const asked = govAlertPlace(place.coordinate);
+  GovAlerts alerts = feeds_.govAlerts().keptAlerts(asked);
+  auto coverage = coverageOf(alerts, asked.countryCode);
+  change([&](HazardsState& state) { state.official = {place, std::move(coverage), isAsking}; });
   surroundings_.showAlerts(place, std::move(alerts.alerts));
 }
 
 void DesktopHazards::finishOfficial(Place const& place) {
   std::lock_guard const turn(officialTurn_);
   if (state()->official.place == place) showOfficial(place, false);
+  showPlaces();
+}
+
+/// In its turn.
+void DesktopHazards::showPlaces() {
+  std::vector<PlaceCoverage> places;
+  for (Place const& place : surroundings_.savedPlaces()) {
+    GovAlertPlace const asked = govAlertPlace(place.coordinate);
+    places.push_back({place.coordinate, coverageOf(feeds_.govAlerts().keptAlerts(asked), asked.countryCode)});
+  }
+  change([&](HazardsState& state) { state.places = std::move(places); });
 }
 
 SupplementalOutcome DesktopHazards::refresh(Place const& place, std::stop_token const& stop) {
@@ -73,7 +71,7 @@ SupplementalOutcome DesktopHazards::refresh(Place const& place, std::stop_token 
   askWorld(stop);
   auto const now = state();
   bool const isComplete =
-      !now->official.failedSince && now->quakes.problem.empty() && now->kp.problem.empty();
+      !now->official.hasFailed() && now->quakes.problem.empty() && now->kp.problem.empty();
   return isComplete ? SupplementalOutcome::complete : SupplementalOutcome::incomplete;
 }
 

@@ -26,6 +26,7 @@ class DesktopHazards {
   struct Surroundings {
     std::function<void(Place const&, std::vector<WeatherAlert>)> showAlerts;
     std::function<void()> publish;
+    std::function<std::vector<Place>()> savedPlaces;
   };
 
   DesktopHazards(FeedServices& feeds, SettingsStore& store, TaskRunner& runner, Surroundings surroundings);
@@ -49,6 +50,7 @@ class DesktopHazards {
  private:
   void showOfficial(Place const& place, bool isAsking);
   void finishOfficial(Place const& place);
+  void showPlaces();
   void askWorld(std::stop_token const& stop);
   void choose(std::string_view setting, double value);
   template <class Change>

@@ -191,13 +191,14 @@ ScrollPage {
         Sign {
             id: briefSign
             anchors.verticalCenter: parent.verticalCenter
+            visible: app.hazards.official.state !== "none"
             size: 16 * Theme.scale
             name: "warning"
             ink: app.hazards.official.isUnchecked ? Theme.alertInk("warning") : Theme.muted
         }
         PlainText {
             id: brief
-            width: parent.width - briefSign.width - Theme.space
+            width: parent.width - (briefSign.visible ? briefSign.width + Theme.space : 0)
             text: app.hazards.official.brief
             wrapMode: Text.Wrap
             color: app.hazards.official.isUnchecked ? Theme.text : Theme.muted

@@ -16,6 +16,8 @@ Rectangle {
     required property string sky
     required property bool isDay
     required property string age
+    required property string warnings
+    required property string warningsState
     required property string sentence
     required property string notifications
 
@@ -113,6 +115,18 @@ Rectangle {
                 font.pixelSize: Theme.headline
                 font.weight: Font.Light
             }
+        }
+        Text {
+            visible: place.warnings !== ""
+            width: parent.width
+            text: place.warnings
+            textFormat: Text.PlainText
+            wrapMode: Text.Wrap
+            maximumLineCount: 3
+            elide: Text.ElideRight
+            horizontalAlignment: Text.AlignLeft
+            color: place.warningsState === "none" || place.warningsState === "uncovered" ? Theme.muted : Theme.text
+            font.pixelSize: Theme.tiny
         }
         Item {
             readonly property bool isTight: remark.implicitWidth > width - buttons.width - Theme.space

@@ -1,5 +1,6 @@
 #include "desktop/views/alert_view.h"
 
+#include "app/coverage_text.h"
 #include "base/text.h"
 #include "desktop/views/problem_text.h"
 #include "feeds/gov_alerts.h"
@@ -14,8 +15,6 @@ namespace {
 constexpr std::size_t kLongestTitle = 200;
 constexpr std::size_t kLongestMessage = 500;
 constexpr std::size_t kLongestDetails = 20'000;
-/// A check that is older than two of its intervals says nothing of now.
-constexpr std::chrono::minutes kTrust{45};
 
 void append(std::string& text, std::string_view part, std::string_view separator) {
   if (part.empty()) return;
@@ -138,52 +137,66 @@ std::string detailsOf(WeatherAlert const& alert, ViewContext const& context) {
   return cutAt(details, kLongestDetails);
 }
 
-std::string namesOf(std::vector<std::string> const& sources, ViewContext const& context) {
+std::string namesOf(std::vector<SourceCoverage> const& coverage) {
   std::string names;
-  for (std::string const& source : sources) append(names, context.text("desktop.issuer." + source), ", ");
+  for (SourceCoverage const& source : coverage) append(names, source.service.value_or(""), ", ");
   return names;
 }
 
 std::string sourceOf(OfficialCheck const& check, ViewContext const& context) {
-  std::string source = context.standIn.empty() ? namesOf(check.sources, context)
+  std::string source = context.standIn.empty() ? namesOf(check.coverage)
                                                : context.texts.format("report.standIn", context.standIn);
-  if (check.checkedAt) {
-    append(source,
-           context.texts.format("desktop.checked", ageText(*check.checkedAt, context.now, context.texts)),
+  if (auto const checkedAt = mostPressing(check.coverage).checkedAt) {
+    append(source, context.texts.format("desktop.checked", ageText(*checkedAt, context.now, context.texts)),
            "  ·  ");
   }
   return source;
 }
 
-bool isUnchecked(OfficialCheck const& check, Instant now) {
-  bool const isOld = check.checkedAt && now - *check.checkedAt > kTrust && !check.isAsking;
-  return check.failedSince || isOld || (!check.checkedAt && !check.isAsking);
-}
-
-/// "Official warnings could not be checked since 14:20".
-std::string uncheckedText(OfficialCheck const& check, Calendar const& calendar, ViewContext const& context) {
-  if (!check.checkedAt) return context.text("warning.neverChecked");
-  return context.texts.format("warning.uncheckedSince",
-                              TimeWords(context.texts, calendar).moment(*check.checkedAt, context.now));
-}
-
-std::string headlineOf(OfficialCheck const& check, std::size_t count, ViewContext const& context) {
+std::string headlineOf(SourceCoverage const& coverage, std::size_t count, ViewContext const& context) {
   if (count == 1) return context.text("desktop.official.one");
   if (count > 1) return context.texts.format("desktop.official.many", count);
-  return context.text(check.checkedAt ? "desktop.official.none" : "desktop.official.asking");
+  return context.text(coverage.checkedAt ? "desktop.official.none" : "desktop.official.asking");
 }
 
-void fillUnchecked(OfficialView& view, OfficialCheck const& check, bool hasWarnings, Calendar const& calendar,
-                   ViewContext const& context) {
+/// The sentence of a failed check without its reason, which has a sentence of its own.
+std::string uncheckedText(SourceCoverage coverage, Calendar const& calendar, ViewContext const& context) {
+  coverage.reason.reset();
+  return coverageText(coverage, context.texts, calendar, context.now);
+}
+
+void fillUnchecked(OfficialView& view, SourceCoverage const& coverage, bool hasWarnings,
+                   Calendar const& calendar, ViewContext const& context) {
   view.isUnchecked = true;
-  view.brief = uncheckedText(check, calendar, context);
+  std::string const sentence = uncheckedText(coverage, calendar, context);
   if (hasWarnings) {
-    view.notice = view.brief + ". ";
+    view.notice = sentence + ". ";
   } else {
-    view.headline = view.brief;
+    view.headline = sentence;
   }
-  if (!check.problem.empty()) view.notice += becauseText(check.problem, context) + " ";
+  bool const hasReason = coverage.reason && *coverage.reason != kNotAskedLately;
+  if (hasReason) view.notice += becauseText(*coverage.reason, context) + " ";
   view.notice += context.text(hasWarnings ? "desktop.official.retry" : "desktop.official.retryEmpty");
+}
+
+void fillStates(OfficialView& view, SourceCoverage coverage, std::size_t count, bool isAsking,
+                Calendar const& calendar, ViewContext const& context) {
+  view.state = enumName(coverage.state);
+  view.headline = headlineOf(coverage, count, context);
+  if (coverage.state == CoverageState::warnings) coverage.count = count;
+  bool const isUnknown = coverage.state == CoverageState::unchecked;
+  if (isUnknown && isAsking) return;
+  view.brief = coverageText(coverage, context.texts, calendar, context.now);
+  if (isUnknown) fillUnchecked(view, coverage, count > 0, calendar, context);
+  if (coverage.state == CoverageState::unplaced) {
+    view.headline = view.brief;
+    view.notice = context.text("desktop.official.unplaced");
+  }
+  if (coverage.state == CoverageState::uncovered) {
+    view.isUncovered = true;
+    view.headline = view.brief;
+    view.notice = context.text("desktop.official.uncovered");
+  }
 }
 
 }  // namespace
@@ -208,20 +221,12 @@ OfficialView officialView(OfficialCheck const& check, std::optional<Place> const
                           WeatherState const& state, ViewContext const& context) {
   OfficialView view;
   view.hasPlace = place.has_value();
-  if (!place || check.place != place) return view;
-  if (check.sources.empty()) {
-    view.isUncovered = true;
-    view.headline = view.brief = context.text("warning.uncovered");
-    view.notice = context.text("desktop.official.uncovered");
-    return view;
-  }
+  if (!place || check.place != place || check.coverage.empty()) return view;
   auto const count = std::ranges::count_if(
       state.govAlerts, [&](WeatherAlert const& alert) { return !hasEnded(alert, context.now); });
-  view.headline = headlineOf(check, static_cast<std::size_t>(count), context);
-  view.source = sourceOf(check, context);
-  if (isUnchecked(check, context.now)) {
-    fillUnchecked(view, check, count > 0, calendarFor(state, context), context);
-  }
+  if (check.isCovered()) view.source = sourceOf(check, context);
+  fillStates(view, mostPressing(agedCoverage(check.coverage, context.now)), static_cast<std::size_t>(count),
+             check.isAsking, calendarFor(state, context), context);
   return view;
 }
 

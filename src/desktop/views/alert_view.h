@@ -53,9 +53,11 @@ struct OfficialView {
   bool hasPlace = false;
   bool isUnchecked = false;
   bool isUncovered = false;
+  std::string
+      state;  ///< "warnings", "none", "unchecked", "unplaced", "uncovered"; empty while being asked for
   std::string headline;  ///< how many there are for the place, or that this is not known
   std::string notice;    ///< what the headline leaves open and what happens next; may be empty
-  std::string brief;     ///< the same for another page in a few words; empty when all is well
+  std::string brief;     ///< the state in one sentence, for other pages; empty while being asked for
   std::string source;    ///< who was asked and when
 
   bool operator==(OfficialView const&) const = default;
@@ -66,6 +68,7 @@ inline constexpr auto viewFields<OfficialView> = std::tuple{
     viewField("hasPlace", &OfficialView::hasPlace),
     viewField("isUnchecked", &OfficialView::isUnchecked),
     viewField("isUncovered", &OfficialView::isUncovered),
+    viewField("state", &OfficialView::state),
     viewField("headline", &OfficialView::headline),
     viewField("notice", &OfficialView::notice),
     viewField("brief", &OfficialView::brief),

@@ -3,10 +3,12 @@
 #pragma once
 
 #include "app/place.h"
+#include "feeds/coverage.h"
 #include "feeds/earthquake_event.h"
 #include "feeds/feed_reading.h"
 #include "feeds/planetary_k_index.h"
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <vector>
@@ -15,16 +17,17 @@ namespace nimbara {
 
 /// How the official warnings of a place were checked. The warnings themselves are part of the weather state.
 struct OfficialCheck {
-  std::optional<Place> place;  ///< whose
-  std::vector<std::string>
-      sources;  ///< "nws", …: those that issue warnings for the place; empty: nobody does
-  std::optional<Instant> checkedAt;    ///< the last time that all of them answered
-  std::optional<Instant> failedSince;  ///< the first failure after it
-  std::string problem;                 ///< of the last failure
-  bool isAsking = false;               ///< the place is new, and nobody has answered since
+  std::optional<Place> place;            ///< whose
+  std::vector<SourceCoverage> coverage;  ///< empty only before anything is known
+  bool isAsking = false;                 ///< the place is new, and nobody has answered since
 
+  bool isCovered() const { return !coverage.empty() && coverage.front().state != CoverageState::uncovered; }
+  bool hasFailed() const {
+    return std::ranges::any_of(coverage,
+                               [](SourceCoverage const& source) { return source.since.has_value(); });
+  }
   /// Nothing more is to be said of the place for now.
-  bool isSettled() const { return !place || sources.empty() || !isAsking; }
+  bool isSettled() const { return !place || !isCovered() || !isAsking; }
   bool operator==(OfficialCheck const&) const = default;
 };
 
@@ -46,8 +49,17 @@ struct QuakeFilter {
   bool operator==(QuakeFilter const&) const = default;
 };
 
+/// What is known of the official warnings of saved places.
+struct PlaceCoverage {
+  Coordinate coordinate;
+  std::vector<SourceCoverage> coverage;
+
+  bool operator==(PlaceCoverage const&) const = default;
+};
+
 struct HazardsState {
   OfficialCheck official;
+  std::vector<PlaceCoverage> places;
   HazardReading<std::vector<EarthquakeEvent>> quakes;  ///< newest first
   HazardReading<std::optional<double>> kp;
   std::vector<KpReading> kpRecent;

@@ -1,9 +1,13 @@
 #include "desktop/views/places_view.h"
 
+#include "app/coverage_text.h"
 #include "app/failure_text.h"
 #include "app/weather_state.h"
 #include "desktop/views/now_view.h"
 #include "model/present.h"
+#include "model/process.h"
+
+#include <algorithm>
 
 namespace nimbara {
 
@@ -31,6 +35,18 @@ void fillWeather(View& view, WeatherData const& data, ViewContext const& context
   }
 }
 
+/// Of a place that nobody has asked for, nothing is said.
+void fillWarnings(PlaceView& view, Coordinate coordinate, std::vector<PlaceCoverage> const& all,
+                  Calendar const& calendar, ViewContext const& context) {
+  auto const found = std::ranges::find(all, coordinate, &PlaceCoverage::coordinate);
+  if (found == all.end() || found->coverage.empty()) return;
+  auto const aged = agedCoverage(found->coverage, context.now);
+  SourceCoverage const& coverage = mostPressing(aged);
+  view.warningsState = enumName(coverage.state);
+  view.warnings = coverageText(coverage, context.texts, calendar, context.now);
+  view.sentence += ", " + view.warnings;
+}
+
 std::string noteOf(LocationState const& location, ViewContext const& context) {
   switch (location.phase) {
     case LocationState::Phase::idle:
@@ -50,7 +66,7 @@ std::string noteOf(LocationState const& location, ViewContext const& context) {
 }  // namespace
 
 std::vector<PlaceView> placeViews(PlaceList const& list, KeptForecasts const& kept, bool everyPlace,
-                                  ViewContext const& context) {
+                                  std::vector<PlaceCoverage> const& coverage, ViewContext const& context) {
   std::vector<PlaceView> views;
   views.reserve(list.places.size());
   for (SavedPlace const& place : list.places) {
@@ -64,8 +80,11 @@ std::vector<PlaceView> placeViews(PlaceList const& list, KeptForecasts const& ke
     view.sky = "unknown";
     view.sentence = place.name;
     auto const found = kept.find(place.id);
-    if (found == kept.end() || !found->second) continue;
-    fillWeather(view, *found->second, context);
+    bool const isKept = found != kept.end() && found->second;
+    if (isKept) fillWeather(view, *found->second, context);
+    fillWarnings(view, place.coordinate, coverage,
+                 isKept ? calendarOf(*found->second, context.fallback) : context.fallback, context);
+    if (!isKept) continue;
     view.age = ageText(found->second->fetchedAt, context.now, context.texts);
   }
   return views;

@@ -3,6 +3,7 @@
 
 #include "app/place_search.h"
 #include "app/places.h"
+#include "desktop/views/hazards_state.h"
 #include "desktop/views/view_context.h"
 #include "desktop/views/view_fields.h"
 
@@ -23,6 +24,8 @@ struct PlaceView {
   std::string sky;
   bool isDay = true;
   std::string age;
+  std::string warnings;       ///< what is known of its official warnings; empty before anybody has asked
+  std::string warningsState;  ///< "warnings", "none", "unchecked", "unplaced", "uncovered"
   std::string sentence;
   std::string notifications;  ///< the choice that holds, by its name
 
@@ -40,6 +43,8 @@ inline constexpr auto viewFields<PlaceView> = std::tuple{
     viewField("sky", &PlaceView::sky),
     viewField("isDay", &PlaceView::isDay),
     viewField("age", &PlaceView::age),
+    viewField("warnings", &PlaceView::warnings),
+    viewField("warningsState", &PlaceView::warningsState),
     viewField("sentence", &PlaceView::sentence),
     viewField("notifications", &PlaceView::notifications),
 };
@@ -109,7 +114,7 @@ std::string onlineNote(Result<std::vector<FoundPlace>, APIError> const& found, V
 
 /// `everyPlace`: places of which nothing was chosen notify of danger though they are not selected.
 std::vector<PlaceView> placeViews(PlaceList const& list, KeptForecasts const& kept, bool everyPlace,
-                                  ViewContext const& context);
+                                  std::vector<PlaceCoverage> const& coverage, ViewContext const& context);
 std::vector<FoundView> foundViews(std::vector<FoundPlace> const& found, PlaceList const& list);
 
 }  // namespace nimbara

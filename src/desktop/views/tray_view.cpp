@@ -16,7 +16,7 @@ std::string summaryOf(NowView const& now, ViewContext const& context) {
 
 }  // namespace
 
-TrayView trayView(NowView const& now, ViewContext const& context) {
+TrayView trayView(NowView const& now, std::string const& warnings, ViewContext const& context) {
   TrayView view{now.hasReading ? now.temperature : "",
                 now.sky.empty() ? "unknown" : now.sky,
                 now.isDay,
@@ -24,12 +24,17 @@ TrayView trayView(NowView const& now, ViewContext const& context) {
                 now.skyBottom,
                 summaryOf(now, context),
                 {}};
-  view.menu = {{"summary", view.summary, false},
-               {},
-               {kTrayShow, context.text("desktop.tray.show"), true},
-               {kTrayRefresh, context.text("desktop.refresh"), now.hasPlace},
-               {},
-               {kTrayQuit, context.text("desktop.tray.quit"), true}};
+  view.menu = {{"summary", view.summary, false}};
+  if (!warnings.empty()) {
+    view.menu.push_back({"warnings", warnings, false});
+    view.summary += (view.summary.ends_with('.') ? " " : ". ") + warnings;
+  }
+  std::vector<TrayMenuItem> const commands = {{},
+                                              {kTrayShow, context.text("desktop.tray.show"), true},
+                                              {kTrayRefresh, context.text("desktop.refresh"), now.hasPlace},
+                                              {},
+                                              {kTrayQuit, context.text("desktop.tray.quit"), true}};
+  view.menu.insert(view.menu.end(), commands.begin(), commands.end());
   return view;
 }
 

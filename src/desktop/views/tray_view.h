@@ -20,12 +20,13 @@ struct TrayView {
   bool isDay = true;
   std::string skyTop;  ///< colours behind it
   std::string skyBottom;
-  std::string summary;  ///< one line
+  std::string summary;  ///< the present and the warnings, in one line
   std::vector<TrayMenuItem> menu;
 
   bool operator==(TrayView const&) const = default;
 };
 
-TrayView trayView(NowView const& now, ViewContext const& context);
+/// `warnings` says what is known of the official ones; may be empty.
+TrayView trayView(NowView const& now, std::string const& warnings, ViewContext const& context);
 
 }  // namespace nimbara

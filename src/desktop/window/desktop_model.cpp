@@ -138,6 +138,7 @@ void DesktopModel::tick() {
 void DesktopModel::showWeather() {
   ViewContext const view = context();
   WeatherState const& state = *snapshot_->weather;
+  auto const& hazards = snapshot_->hazards;
   now_->show(nowView(state, snapshot_->place, view));
   sky_->show(skyView(state, view));
   scene_ = sceneView(state, view);
@@ -146,7 +147,7 @@ void DesktopModel::showWeather() {
   hazards_->show(*snapshot_, view);
   tiles_->show(tileViews(state, view));
   bool const everyPlace = !snapshot_->settings || snapshot_->settings->settings.boolean("notify_everyPlace");
-  places_->show(placeViews(snapshot_->places, snapshot_->kept, everyPlace, view));
+  places_->show(placeViews(snapshot_->places, snapshot_->kept, everyPlace, hazards->places, view));
   found_->show(foundViews(foundPlaces_, snapshot_->places));
   notifications_->show(*snapshot_, view);
   here_->show(hereView(snapshot_->places, snapshot_->location, snapshot_->kept, view));
@@ -164,7 +165,9 @@ void DesktopModel::showWeather() {
 
 TrayView DesktopModel::tray() const {
   ViewContext const view = context();
-  return trayView(nowView(*snapshot_->weather, snapshot_->place, view), view);
+  WeatherState const& state = *snapshot_->weather;
+  OfficialView const official = officialView(snapshot_->hazards->official, snapshot_->place, state, view);
+  return trayView(nowView(state, snapshot_->place, view), official.brief, view);
 }
 
 void DesktopModel::setOpenDay(int day) {
