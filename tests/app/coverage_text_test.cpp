@@ -26,9 +26,9 @@ std::string textOf(SourceCoverage const& coverage, char const* language = "en") 
 }
 
 TEST(CoverageText, SaysEachStateInItsOwnWords) {
-  EXPECT_EQ(textOf(coverageOf(CoverageState::none)), "No official warnings, checked 14:20");
-  EXPECT_EQ(textOf(coverageOf(CoverageState::warnings, 1)), "One official warning, checked 14:20");
-  EXPECT_EQ(textOf(coverageOf(CoverageState::warnings, 2)), "2 official warnings, checked 14:20");
+  EXPECT_EQ(textOf(coverageOf(CoverageState::none)), "No official warnings, checked 2:20 PM");
+  EXPECT_EQ(textOf(coverageOf(CoverageState::warnings, 1)), "One official warning, checked 2:20 PM");
+  EXPECT_EQ(textOf(coverageOf(CoverageState::warnings, 2)), "2 official warnings, checked 2:20 PM");
   SourceCoverage unplaced = coverageOf(CoverageState::unplaced, 2);
   unplaced.areas = {"Kvarner", "Split"};
   EXPECT_EQ(textOf(unplaced), "In force for parts of Croatia that cannot be placed: Kvarner, Split");
@@ -44,10 +44,10 @@ TEST(CoverageText, SaysSinceWhenAndWhyNothingIsKnown) {
   failed.reason = "the service answered with status 503";
   EXPECT_EQ(
       textOf(failed),
-      "Official warnings could not be checked since 13:05, because the service answered with status 503");
+      "Official warnings could not be checked since 1:05 PM, because the service answered with status 503");
   failed.reason = kNotAskedLately;
   EXPECT_EQ(textOf(failed),
-            "Official warnings could not be checked since 13:05, because no program has asked since then");
+            "Official warnings could not be checked since 1:05 PM, because no program has asked since then");
   failed.since.reset();
   EXPECT_EQ(textOf(failed), "Official warnings could not be checked");
 }
@@ -64,9 +64,9 @@ TEST(CoverageText, NamesTheServiceWhereThereAreSeveral) {
   Texts const texts = Texts::load("en");
   auto const one = coverageOf(CoverageState::none);
   EXPECT_EQ(coverageLines({one}, texts, Calendar::utc(), kNow).front(),
-            "No official warnings, checked 14:20");
+            "No official warnings, checked 2:20 PM");
   EXPECT_EQ(coverageLines({one, one}, texts, Calendar::utc(), kNow).front(),
-            "MeteoAlarm: No official warnings, checked 14:20");
+            "MeteoAlarm: No official warnings, checked 2:20 PM");
 }
 
 }  // namespace
