@@ -8,6 +8,9 @@ namespace nimbara {
 
 namespace {
 
+/// Where whoever runs a service can find out what the program is and whom to write to.
+constexpr char kProjectAddress[] = "https://nimbara.github.io";
+
 std::optional<std::string> textUnlessEmpty(Settings const& settings, std::string_view key) {
   std::string text = settings.text(key);
   return text.empty() ? std::nullopt : std::optional(std::move(text));
@@ -27,14 +30,14 @@ Configuration configurationOf(Settings const& settings) {
 }
 
 std::string contactOf(Configuration const& configuration) {
-  return oneLine(configuration.contact.value_or("contact@nimbara.example"));
+  return oneLine(configuration.contact.value_or(kProjectAddress));
 }
 
 std::string userAgent(Configuration const& configuration) {
-  std::string agent = "nimbara/" + std::string(kVersion);
+  std::string agent = "nimbara/" + std::string(kVersion) + " (" + kProjectAddress;
   std::string const contact = oneLine(configuration.contact.value_or(""));
-  if (!contact.empty()) agent += " (" + contact + ")";
-  return agent;
+  if (!contact.empty()) agent += "; " + contact;
+  return agent + ")";
 }
 
 }  // namespace nimbara

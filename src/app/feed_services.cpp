@@ -2,6 +2,7 @@
 
 #include "feeds/meteo_alarm_source.h"
 #include "feeds/region_update.h"
+#include "feeds/source_feeds.h"
 
 namespace nimbara {
 
@@ -11,10 +12,26 @@ bool isStandIn(ServiceDirectory const& services) {
   return !services.standIn().empty();
 }
 
+/// The public sources themselves, unless the user has named a relay.
+std::unique_ptr<FeedSource> feedSource(HttpClient& http, Clock const& clock, ServiceDirectory const& services,
+                                       std::filesystem::path const& cacheDirectory) {
+  std::string relay = services.address(Service::feedServer).baseUrl;
+  if (services.isChosen(Service::feedServer)) {
+    return std::make_unique<RelayFeedSource>(http, clock, std::move(relay));
+  }
+  SourceFeeds::Options options;
+  options.usgsBase = services.address(Service::usgs).baseUrl;
+  options.celestrakBase = services.address(Service::celestrak).baseUrl;
+  if (!cacheDirectory.empty()) {
+    options.folder = cacheDirectory / (isStandIn(services) ? "Sources.stand-in" : "Sources");
+  }
+  if (isStandIn(services)) options.relayBase = std::move(relay);
+  return std::make_unique<SourceFeeds>(http, clock, std::move(options));
+}
+
 EarthquakeService::Options earthquakeOptions(ServiceDirectory const& services,
                                              std::filesystem::path const& cacheDirectory) {
-  return {services.address(Service::feedServer).baseUrl,
-          cacheDirectory.empty() ? cacheDirectory : cacheDirectory / "Earthquakes", isStandIn(services)};
+  return {cacheDirectory.empty() ? cacheDirectory : cacheDirectory / "Earthquakes", isStandIn(services)};
 }
 
 /// Warnings that a stand-in made up must never be taken for official ones.
@@ -54,7 +71,8 @@ FeedServices::FeedServices(HttpClient& http, Clock const& clock, ServiceDirector
     : options_(std::move(options)),
       regions_(regionFileIn(options_.dataDirectory)),
       nws_(http, clock, {services.address(Service::nws).baseUrl, options_.contact}),
-      earthquakes_(http, clock, earthquakeOptions(services, options_.cacheDirectory)),
+      source_(feedSource(http, clock, services, options_.cacheDirectory)),
+      earthquakes_(*source_, clock, earthquakeOptions(services, options_.cacheDirectory)),
       geomagnetic_(http, clock, services.address(Service::swpc).baseUrl),
       kpForecast_(http, clock, services.address(Service::swpc).baseUrl),
       meteoAlarm_(http, clock, meteoAlarmOptions(services, options_), *options_.texts,
@@ -70,5 +88,13 @@ FeedServices::FeedServices(HttpClient& http, Clock const& clock, ServiceDirector
                         {services.address(Service::travelAdvisories).baseUrl,
                          advisoryDirectory(services, options_.cacheDirectory)}),
       lightning_(http, clock, services.address(Service::lightning).baseUrl) {}
+
+ElementSource FeedServices::elements() {
+  return [this](std::string_view group, std::stop_token const& stop) -> Result<ElementSets, std::string> {
+    auto body = source_->get({FeedKey::Kind::satellites, std::string(group)}, stop);
+    if (!body) return std::unexpected(std::move(body.error()));
+    return ElementSets{std::move(body->body), body->fetchedAt};
+  };
+}
 
 }  // namespace nimbara

@@ -5,6 +5,7 @@
 #include "app/service_directory.h"
 #include "feeds/air_quality_service.h"
 #include "feeds/earthquake_service.h"
+#include "feeds/feed_source.h"
 #include "feeds/geomagnetic_service.h"
 #include "feeds/gov_alert_service.h"
 #include "feeds/kp_forecast_service.h"
@@ -15,6 +16,7 @@
 #include "feeds/travel_advisory_service.h"
 #include "feeds/tropical_storm_service.h"
 #include "feeds/wildfire_service.h"
+#include "globe/satellite_feed.h"
 #include "platform/clock.h"
 #include "platform/http_client.h"
 
@@ -49,11 +51,14 @@ class FeedServices {
   TravelAdvisoryService& travelAdvisories() { return travelAdvisories_; }
   LightningSource& lightning() { return lightning_; }
   Regions const& regions() const { return regions_; }
+  /// Element sets by the name of their group, for a satellite feed. Must not outlive this.
+  ElementSource elements();
 
  private:
   Options options_;
   Regions regions_;
   NWSAlertService nws_;
+  std::unique_ptr<FeedSource> source_;
   EarthquakeService earthquakes_;
   GeomagneticService geomagnetic_;
   KpForecastService kpForecast_;

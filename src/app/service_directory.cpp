@@ -8,6 +8,8 @@ namespace nimbara {
 
 namespace {
 
+/// docs/services.md says of each what it is asked for; those without a host are asked only where the user
+/// names one.
 constexpr std::array<std::string_view, enumNames<Service>.size()> kHosts{
     "https://api.open-meteo.com",
     "https://geocoding-api.open-meteo.com",
@@ -18,7 +20,7 @@ constexpr std::array<std::string_view, enumNames<Service>.size()> kHosts{
     "https://services.swpc.noaa.gov",
     "https://earthquake.usgs.gov",
     "https://celestrak.org",
-    "https://feeds.nimbara.example",
+    "",
     "https://feeds.meteoalarm.org",
     "https://gitlab.com",
     "https://air-quality-api.open-meteo.com",
@@ -55,6 +57,15 @@ ServiceAddress ServiceDirectory::address(Service service) const {
   bool const isOutside = service != Service::languageModel;
   if (isOutside && !servicesBase_.empty()) address.baseUrl = servicesBase_;
   return address;
+}
+
+bool ServiceDirectory::isChosen(Service service) const {
+  auto const found = configuration_.services.find(enumName(service));
+  return found != configuration_.services.end() && found->second.host && normalizedBase(*found->second.host);
+}
+
+std::string_view defaultHost(Service service) {
+  return kHosts[static_cast<std::size_t>(service)];
 }
 
 }  // namespace nimbara

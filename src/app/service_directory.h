@@ -21,7 +21,7 @@ enum class Service {
   swpc,
   usgs,
   celestrak,
-  feedServer,
+  feedServer,  ///< asked in place of the two before it, where the user names one
   meteoAlarm,
   meteoAlarmRegions,
   airQuality,
@@ -43,12 +43,17 @@ static_assert(enumNamesComplete(Service::languageModel));
 /// An http or https address without the slash at its end; nothing for other texts.
 std::optional<std::string> normalizedBase(std::string_view address);
 
+/// "https://api.open-meteo.com"; empty for a service that has none of its own.
+std::string_view defaultHost(Service service);
+
 class ServiceDirectory {
  public:
   /// `servicesBase`, when not empty, stands in place of every service's scheme and host.
   ServiceDirectory(Configuration configuration, std::string servicesBase);
 
   ServiceAddress address(Service service) const;
+  /// The user has named an address for it.
+  bool isChosen(Service service) const;
   /// The base that stands in for the services; empty for the services themselves.
   std::string const& standIn() const { return servicesBase_; }
 

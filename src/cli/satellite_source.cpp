@@ -64,8 +64,7 @@ SatelliteSource::SatelliteSource(CommandLine const& line, Session const& session
     : session_(session),
       clock_(makeClock(line.common)),
       context_(line.common, session, *clock_, ownServices(line.common, line.forecast.provider)),
-      feed_(context_.app().http(), *clock_, context_.app().services().address(Service::feedServer).baseUrl,
-            folderOf(line.common, session)) {}
+      feed_(context_.app().feeds().elements(), *clock_, folderOf(line.common, session)) {}
 
 Outcome<SatelliteGroupLoad> SatelliteSource::load(SatelliteCatalog::Group const& group) {
   auto loaded = feed_.load(group, session_.stop);

@@ -7,13 +7,12 @@ namespace nimbara {
 
 namespace {
 
-constexpr std::chrono::seconds kTimeout{25};
-constexpr std::size_t kLargestBody = std::size_t{8} << 20;
+constexpr std::size_t kLargestFile = std::size_t{8} << 20;
 
 }  // namespace
 
-EarthquakeService::EarthquakeService(HttpClient& http, Clock const& clock, Options options)
-    : http_(http), clock_(clock), options_(std::move(options)) {}
+EarthquakeService::EarthquakeService(FeedSource& source, Clock const& clock, Options options)
+    : source_(source), clock_(clock), options_(std::move(options)) {}
 
 std::vector<EarthquakeEvent> EarthquakeService::fetchEarthquakes(std::stop_token const& stop) {
   std::lock_guard const turn(turn_);
@@ -36,18 +35,12 @@ std::optional<Instant> EarthquakeService::checkedAt() const {
 
 /// Gives what went wrong; then everything is as it was.
 std::optional<std::string> EarthquakeService::renew(std::stop_token const& stop) {
-  HttpRequest request;
-  request.url = options_.baseUrl + "/api/feed.php?f=quakes";
-  request.headers = {{"Accept", "application/json"}};
-  request.timeout = kTimeout;
-  request.maxBodyBytes = kLargestBody;
-  auto const response = exchange(http_, request, stop);
-  if (!response) return response.error();
-  if (!isSuccess(response->status)) return statusProblem(response->status);
-  auto events = parseEarthquakes(response->body);
+  auto const answer = source_.get({}, stop);
+  if (!answer) return answer.error();
+  auto events = parseEarthquakes(answer->body);
   if (!events) return "the answer is no list of earthquakes (" + events.error().text() + ")";
-  lastFetchDate_ = clock_.now();
-  cachedEvents_ = recentEarthquakes(std::move(*events), *lastFetchDate_);
+  lastFetchDate_ = answer->fetchedAt;
+  cachedEvents_ = recentEarthquakes(std::move(*events), clock_.now());
   save();
   return std::nullopt;
 }
@@ -64,7 +57,7 @@ void EarthquakeService::loadOnce() {
   if (std::exchange(loaded_, true) || options_.cacheDirectory.empty()) return;
   std::error_code ignored;
   if (!options_.isStandIn && std::filesystem::exists(standInMark(), ignored)) return;
-  auto const content = readFile(file(), kLargestBody);
+  auto const content = readFile(file(), kLargestFile);
   if (!content) return;
   auto events = decodeJson<std::vector<EarthquakeEvent>>(*content);
   if (events) cachedEvents_ = recentEarthquakes(std::move(*events), clock_.now());

@@ -1,10 +1,10 @@
-// The earthquakes of the last 24 hours worldwide, from the own feed server. Keeps the list in memory for five
+// The earthquakes of the last 24 hours worldwide, from wherever feeds come. Keeps the list in memory for five
 // minutes and on disk over restarts; never raises an error.
 #pragma once
 
 #include "feeds/earthquake_event.h"
+#include "feeds/feed_source.h"
 #include "platform/clock.h"
-#include "platform/http_client.h"
 
 #include <filesystem>
 #include <mutex>
@@ -20,19 +20,18 @@ class EarthquakeService {
   static constexpr std::chrono::seconds kTTL{300};
 
   struct Options {
-    std::string baseUrl;                   ///< of the feed server
     std::filesystem::path cacheDirectory;  ///< "…/Nimbara/Earthquakes"; empty: nothing outlives the process
     bool isStandIn = false;  ///< what a stand-in told is never taken for the service's own list later
   };
 
-  EarthquakeService(HttpClient& http, Clock const& clock, Options options);
+  EarthquakeService(FeedSource& source, Clock const& clock, Options options);
 
   /// Newest first; the last known list, perhaps empty, when nothing newer can be had. Blocks for the request.
   std::vector<EarthquakeEvent> fetchEarthquakes(std::stop_token const& stop = {});
 
   /// Why the last call could not renew the list: a sentence without a full stop; empty when it is fresh.
   std::string problem() const;
-  /// When the list was downloaded by this process.
+  /// When the list that this process has was downloaded.
   std::optional<Instant> checkedAt() const;
 
  private:
@@ -42,7 +41,7 @@ class EarthquakeService {
   std::filesystem::path file() const;
   std::filesystem::path standInMark() const;
 
-  HttpClient& http_;
+  FeedSource& source_;
   Clock const& clock_;
   Options options_;
   mutable std::mutex turn_;

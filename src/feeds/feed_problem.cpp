@@ -29,6 +29,10 @@ constexpr std::string_view kNotFetched = " could not be fetched: ";
 constexpr std::string_view kUnreadable = "answer is no ";
 constexpr int kTooManyRequests = 429;
 
+std::string_view upTo(std::string_view text, char end) {
+  return text.substr(0, text.find(end));
+}
+
 std::string statusText(int status, Texts const& texts) {
   if (status == kTooManyRequests) return std::string(texts.text("failure.limit"));
   return texts.format("failure.status", status);
@@ -65,7 +69,7 @@ std::string problemText(std::string_view sentence, Texts const& texts) {
   if (sentence.find(kUnreadable) != std::string_view::npos)
     return std::string(texts.text("failure.unreadable"));
   auto const status =
-      sentence.starts_with(kStatus) ? parseInteger(sentence.substr(kStatus.size())) : std::nullopt;
+      sentence.starts_with(kStatus) ? parseInteger(upTo(sentence.substr(kStatus.size()), ';')) : std::nullopt;
   return status ? statusText(*status, texts) : std::string(sentence);
 }
 

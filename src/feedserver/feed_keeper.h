@@ -1,12 +1,9 @@
-// The bodies that the feed server serves: fetched from their sources at most once a period whatever the
-// audience, one request at a time, kept over restarts, and served on while a source fails. Any thread may
-// ask; whoever comes while a body is renewed gets the last good one at once.
+// The bodies that the feed server serves, as source_feeds.h has them from their sources, and compressed once.
+// Any thread may ask; whoever comes while a body is renewed gets the last good one at once.
 #pragma once
 
 #include "base/instant.h"
-#include "feedserver/feed_key.h"
-#include "platform/clock.h"
-#include "platform/http_client.h"
+#include "feeds/source_feeds.h"
 
 #include <filesystem>
 #include <functional>
@@ -43,26 +40,9 @@ class FeedKeeper {
   std::shared_ptr<ServedFeed const> get(FeedKey const& key);
 
  private:
-  struct State {
-    std::shared_ptr<ServedFeed const> feed;
-    std::string sourceTag;
-    Instant askedAt;
-    std::chrono::seconds pause{};  ///< until the next question
-  };
-
-  State stateOf(FeedKey const& key);
-  bool isDue(State const& state) const;
-  void renew(FeedKey const& key, State state);
-  HttpRequest requestFor(FeedKey const& key, State const& state) const;
-  void take(FeedKey const& key, State& state, HttpResponse const& response) const;
-  std::filesystem::path fileOf(FeedKey const& key) const;
-
-  HttpClient& http_;
-  Clock const& clock_;
-  Options options_;
-  std::mutex sources_;  ///< one question to any source at a time
+  SourceFeeds sources_;
   std::mutex mutex_;
-  std::map<FeedKey, State> states_;
+  std::map<FeedKey, std::shared_ptr<ServedFeed const>> served_;
 };
 
 }  // namespace nimbara

@@ -43,6 +43,40 @@ TEST_F(FeedServicesTest, HaveNoSourceOfFiresAndLightningUntilTheUserNamesThem) {
   EXPECT_TRUE(http_.requests[1].url.starts_with("https://sparks.example/lightning/"));
 }
 
+TEST_F(FeedServicesTest, AskThePublicSourcesUnlessTheUserHasARelay) {
+  struct Row {
+    std::string relay;
+    std::string base;
+    std::vector<std::string> asked;
+  };
+  for (Row const& row : {Row{"",
+                             "",
+                             {"https://earthquake.usgs.gov/earthquakes/feed/v1.0/summary/all_day.geojson",
+                              "https://celestrak.org/NORAD/elements/gp.php?GROUP=weather&FORMAT=CSV"}},
+                         Row{"https://relay.example",
+                             "",
+                             {"https://relay.example/api/feed.php?f=quakes",
+                              "https://relay.example/api/feed.php?f=satellites&p=weather"}},
+                         Row{"",
+                             "http://127.0.0.1:1",
+                             {"http://127.0.0.1:1/earthquakes/feed/v1.0/summary/all_day.geojson",
+                              "http://127.0.0.1:1/NORAD/elements/gp.php?GROUP=weather&FORMAT=CSV"}},
+                         Row{"https://relay.example",
+                             "http://127.0.0.1:1",
+                             {"http://127.0.0.1:1/api/feed.php?f=quakes",
+                              "http://127.0.0.1:1/api/feed.php?f=satellites&p=weather"}}}) {
+    Configuration configuration;
+    if (!row.relay.empty()) configuration.services["feedServer"].host = row.relay;
+    auto const made = feeds(configuration, row.base);
+    http_.requests.clear();
+    made->earthquakes().fetchEarthquakes();
+    std::ignore = made->elements()("weather", {});
+    std::vector<std::string> asked;
+    for (HttpRequest const& request : http_.requests) asked.push_back(request.url);
+    EXPECT_EQ(asked, row.asked);
+  }
+}
+
 TEST_F(FeedServicesTest, NeverSendTheUsersKeysToAStandIn) {
   Configuration named;
   named.services["firms"] = {{}, "0123"};

@@ -63,12 +63,12 @@ TEST(SettingsRegistry, HidesKeysButNotTheirNames) {
 TEST(Configuration, ComesFromTheSettings) {
   Configuration const none = configurationOf(with({}));
   EXPECT_EQ(userAgent(none).substr(0, 8), "nimbara/");
-  EXPECT_EQ(userAgent(none).find('('), std::string::npos);
+  EXPECT_TRUE(userAgent(none).ends_with(" (https://nimbara.github.io)"));
   EXPECT_EQ(none.services.at("openMeteo").host, std::nullopt);
   Configuration const own = configurationOf(with({{"contact", std::string("me@example.org\r\nX-Evil: 1")},
                                                   {"openMeteoApiKey", std::string("k")},
                                                   {"openMeteoHost", std::string("https://paid.example")}}));
-  EXPECT_TRUE(userAgent(own).ends_with(" (me@example.org X-Evil: 1)"));
+  EXPECT_TRUE(userAgent(own).ends_with(" (https://nimbara.github.io; me@example.org X-Evil: 1)"));
   ServiceDirectory const services(own, "");
   EXPECT_EQ(services.address(Service::openMeteo).apiKey, "k");
   EXPECT_EQ(services.address(Service::openMeteo).baseUrl, "https://paid.example");

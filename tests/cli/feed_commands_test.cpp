@@ -22,9 +22,10 @@ class FeedCommands : public testing::Test {
     environment_.dataDirectory = directory_.path() / "data";
     environment_.cacheDirectory = directory_.path() / "Nimbara";
   }
-  CliRun run(std::vector<std::string> arguments, std::vector<DemoFault> faults = {}) const {
+  CliRun run(std::vector<std::string> arguments, std::vector<DemoFault> faults = {},
+             std::string const& now = "2026-11-21T09:20:00Z") const {
     auto const server = *DemoServer::start(clock_, std::move(faults));
-    arguments.insert(arguments.end(), {"--services", server->baseUrl(), "--now", "2026-11-21T09:20:00Z"});
+    arguments.insert(arguments.end(), {"--services", server->baseUrl(), "--now", now});
     return test::run(arguments, environment_);
   }
 
@@ -50,14 +51,16 @@ TEST_F(FeedCommands, PrintEarthquakes) {
   EXPECT_THAT(run({"quakes", "--min-magnitude", "4"}).out, Not(HasSubstr("M 3.")));
   EXPECT_EQ(run({"quakes", "--near", "0,0", "--radius", "1", "--json"}).out, "[]\n");
   EXPECT_THAT(run({"quakes", "--near", "36.8,-120.1"}).out, HasSubstr("Parkfield"));
-  CliRun const stale = run({"quakes", "--json"}, {{DemoService::feedServer, DemoFault::Kind::status500}});
+  std::vector<DemoFault> const down{{DemoService::usgs, DemoFault::Kind::status500}};
+  EXPECT_EQ(run({"quakes", "--json"}, down, "2026-11-21T09:20:59Z").err, "") << "it is not asked yet";
+  CliRun const stale = run({"quakes", "--json"}, down, "2026-11-21T09:21:00Z");
   EXPECT_EQ(stale.out, all.out);
   EXPECT_EQ(stale.exitCode, 0);
   EXPECT_THAT(stale.err, HasSubstr("status 500"));
 }
 
 TEST_F(FeedCommands, SayThatThereAreNoEarthquakesToBeHad) {
-  CliRun const failed = run({"quakes", "--json"}, {{DemoService::feedServer, DemoFault::Kind::drop}});
+  CliRun const failed = run({"quakes", "--json"}, {{DemoService::usgs, DemoFault::Kind::drop}});
   EXPECT_EQ(failed.exitCode, exitCode::kUnavailable);
   EXPECT_EQ(failed.out, "");
 }

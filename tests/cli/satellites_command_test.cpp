@@ -1,14 +1,18 @@
 #include "cli/satellite_map.h"
 #include "demo/demo_server.h"
+#include "feeds/element_text.h"
 #include "globe/sat_rec.h"
 #include "support/demo_session.h"
+#include "support/element_table.h"
 #include "support/instants.h"
+#include "support/loopback_server.h"
 #include "support/test_console.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 
 namespace nimbara {
 namespace {
@@ -207,6 +211,76 @@ TEST(SatelliteMap, PutsSatellitesWhereTheyAre) {
   EXPECT_EQ(map.front(), 'o');
   EXPECT_EQ(map[map.size() - 2], 'O');
   EXPECT_EQ(std::ranges::count(map, 'o') + std::ranges::count(map, 'O'), 2);
+}
+
+/// One source of elements, which says what it is told to say and counts the questions.
+struct ElementsSource {
+  std::string body;
+  std::string status = "200 OK";
+  std::atomic<int> questions = 0;
+  test::LoopbackServer server{[this](test::Connection& connection) {
+    while (!connection.readRequest().empty()) {
+      ++questions;
+      connection.write("HTTP/1.1 " + status + "\r\nContent-Length: " + std::to_string(body.size()) +
+                       "\r\n\r\n" + body);
+    }
+  }};
+};
+
+struct SatellitesOfASource : test::DemoSession {
+  CliRun list(std::string const& now, std::string const& cache = "cache") {
+    Environment around = environment();
+    around.cacheDirectory = folder.path() / cache;
+    std::string base = source.server.url();
+    base.pop_back();
+    return test::run(
+        {"satellites", "list", "--group", "starlink", "--json", "--services", base, "--now", now}, around);
+  }
+  static std::size_t countOf(std::string const& text, std::string_view part) {
+    std::size_t count = 0;
+    for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
+    return count;
+  }
+
+  ElementsSource source;
+};
+
+TEST_F(SatellitesOfASource, AreListedWholeFromEachForm) {
+  constexpr int kFirst = 90'000, kCount = 19'000;
+  std::string table = test::kElementHeading, list = "[";
+  for (int i = 0; i < kCount; ++i) {
+    table += test::elementRow(std::to_string(kFirst + i));
+    list += (i > 0 ? "," : "") + test::elementObject(std::to_string(kFirst + i));
+  }
+  std::string const sets = elementText(table)->text;
+  for (std::string const& form : {table, list + "]", sets}) {
+    source.body = form;
+    CliRun const listed = this->list(kNow, "cache-" + std::to_string(source.questions.load()));
+    EXPECT_EQ(listed.err, "");
+    EXPECT_EQ(countOf(listed.out, "\"noradID\":"), kCount);
+    EXPECT_THAT(listed.out, HasSubstr("\"noradID\":90000,"));
+    EXPECT_THAT(listed.out, HasSubstr("\"noradID\":108999,"));
+  }
+  EXPECT_EQ(source.questions, 3);
+}
+
+TEST_F(SatellitesOfASource, AreAskedForOnceInSixHoursAndNotAgainWithinTwoAfterARefusal) {
+  source.body = std::string(test::kElementHeading) + test::elementRow("100000");
+  struct Row {
+    std::string now;
+    std::string status;
+    int questions;
+  };
+  for (Row const& row :
+       {Row{"2026-11-21T09:20:00Z", "200 OK", 1}, Row{"2026-11-21T15:19:59Z", "200 OK", 1},
+        Row{"2026-11-21T15:20:00Z", "403 Forbidden", 2}, Row{"2026-11-21T17:19:59Z", "200 OK", 2},
+        Row{"2026-11-21T17:20:00Z", "200 OK", 3}}) {
+    source.status = row.status;
+    CliRun const listed = list(row.now);
+    EXPECT_EQ(listed.exitCode, 0) << row.now;
+    EXPECT_THAT(listed.out, HasSubstr("\"noradID\":100000,")) << row.now;
+    EXPECT_EQ(source.questions, row.questions) << row.now;
+  }
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include "feeds/gov_alert_service.h"
 #include "feeds/gov_alerts.h"
 #include "feeds/kp_forecast_service.h"
+#include "feeds/source_feeds.h"
 #include "platform/linux/http/curl_http_client.h"
 #include "support/instants.h"
 #include "support/manual_clock.h"
@@ -42,9 +43,12 @@ class FeedStandIns : public testing::Test {
 
 TEST_F(FeedStandIns, AnswerTheServicesOfTheProgram) {
   std::string const& base = server_->baseUrl();
-  EarthquakeService quakes(http_, clock_, {base, {}, true});
+  SourceFeeds sources(http_, clock_, {.usgsBase = base, .celestrakBase = base, .folder = {}});
+  EarthquakeService quakes(sources, clock_, {{}, true});
   auto const events = quakes.fetchEarthquakes();
   EXPECT_EQ(quakes.problem(), "");
+  RelayFeedSource relay(http_, clock_, base);
+  EXPECT_EQ(relay.get({})->body, sources.get({})->body);
   EXPECT_GT(events.size(), 100);
   EXPECT_TRUE(std::ranges::is_sorted(events, std::ranges::greater{}, &EarthquakeEvent::time));
   for (EarthquakeEvent const& event : events) EXPECT_TRUE(isValid(event.coordinate())) << event.id;

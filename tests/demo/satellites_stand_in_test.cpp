@@ -1,7 +1,7 @@
 #include "demo/satellites_stand_in.h"
 
 #include "demo/feed_server_stand_in.h"
-#include "feedserver/element_text.h"
+#include "feeds/element_text.h"
 #include "globe/satellite_catalog.h"
 #include "support/instants.h"
 

@@ -223,8 +223,17 @@ struct GlobeTest : testing::Test {
   FakeHttpClient quakeHttp;
   ManualClock clock{kNow};
   ManualRunner work;
-  SatelliteFeed feed{http, clock, "http://feed.test", {}};
-  EarthquakeService quakes{quakeHttp, clock, {"http://feed.test", {}, false}};
+  RelayFeedSource relay{http, clock, "http://feed.test"};
+  RelayFeedSource quakeRelay{quakeHttp, clock, "http://feed.test"};
+  SatelliteFeed feed{
+      [this](std::string_view group, std::stop_token const& stop) -> Result<ElementSets, std::string> {
+        auto body = relay.get({FeedKey::Kind::satellites, std::string(group)}, stop);
+        if (!body) return std::unexpected(body.error());
+        return ElementSets{body->body, body->fetchedAt};
+      },
+      clock,
+      {}};
+  EarthquakeService quakes{quakeRelay, clock, {{}, false}};
   int changes = 0;
   std::string saved;
   DesktopGlobe globe{

@@ -122,13 +122,13 @@ TEST(Earthquakes, ReadRecordedCollectionsWhole) {
 class EarthquakeServiceTest : public testing::Test {
  protected:
   EarthquakeService service(bool isStandIn = false) {
-    return EarthquakeService(http_, clock_,
-                             {"https://feeds.example", folder_.path() / "Earthquakes", isStandIn});
+    return EarthquakeService(relay_, clock_, {folder_.path() / "Earthquakes", isStandIn});
   }
 
   test::FakeHttpClient http_;
   test::ManualClock clock_{at("2026-11-21T09:20:00Z")};
   test::TemporaryFolder folder_;
+  RelayFeedSource relay_{http_, clock_, "https://feeds.example"};
 };
 
 TEST_F(EarthquakeServiceTest, AsksTheFeedServerEveryFiveMinutes) {

@@ -1,9 +1,10 @@
 #include "base/http_date.h"
-#include "feedserver/element_text.h"
+#include "feeds/element_text.h"
 #include "feedserver/feed_answer.h"
 #include "feedserver/feed_http_server.h"
 #include "platform/linux/http/curl_http_client.h"
 #include "support/bad_bytes.h"
+#include "support/element_table.h"
 #include "support/fake_http_client.h"
 #include "support/instants.h"
 #include "support/manual_clock.h"
@@ -23,90 +24,11 @@ using namespace std::chrono_literals;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-constexpr char kHeading[] =
-    "OBJECT_NAME,OBJECT_ID,EPOCH,MEAN_MOTION,ECCENTRICITY,INCLINATION,RA_OF_ASC_NODE,ARG_OF_PERICENTER,"
-    "MEAN_ANOMALY,EPHEMERIS_TYPE,CLASSIFICATION_TYPE,NORAD_CAT_ID,ELEMENT_SET_NO,REV_AT_EPOCH,BSTAR,"
-    "MEAN_MOTION_DOT,MEAN_MOTION_DDOT\r\n";
-
-std::string row(std::string const& number, std::string const& more = ".12E-3,.00001234,0") {
-  return "TEST "
-         "SAT,2026-001A,2026-11-20T12:00:00.000000,15.5,.0001234,51.6401,247.4627,130.536,325.0288,0,U," +
-         number + ",999,12345," + more + "\r\n";
-}
+using test::elementRow;
+using test::kElementHeading;
 
 constexpr char kQuakes[] =
     R"({"features":[{"id":"a","properties":{"mag":1,"time":1},"geometry":{"coordinates":[1,2,3]}}]})";
-
-TEST(FeedKeys, AreWhatIsServedAndNothingElse) {
-  EXPECT_EQ(feedKeyOf({{"f", "quakes"}})->name(), "quakes");
-  EXPECT_EQ(feedKeyOf({{"p", "weather"}, {"f", "satellites"}})->name(), "satellites-weather");
-  for (QueryParameters const& query : {QueryParameters{},
-                                       {{"f", ""}},
-                                       {{"f", "Quakes"}},
-                                       {{"f", "quakes"}, {"x", "1"}},
-                                       {{"f", "quakes"}, {"f", "quakes"}},
-                                       {{"f", "quakes"}, {"p", "weather"}},
-                                       {{"f", "satellites"}},
-                                       {{"f", "satellites"}, {"p", "../etc"}},
-                                       {{"f", "satellites"}, {"p", "noaa"}}}) {
-    EXPECT_FALSE(feedKeyOf(query));
-  }
-}
-
-TEST(ElementText, IsWrittenInTheColumnsOfTwoLineElements) {
-  auto const text = elementText(kHeading + row("25544"));
-  ASSERT_TRUE(text) << text.error();
-  EXPECT_EQ(text->text,
-            "TEST SAT\n"
-            "1 25544U 26001A   26324.50000000  .00001234  00000+0  12000-3 0  9996\n"
-            "2 25544  51.6401 247.4627 0001234 130.5360 325.0288 15.50000000123453\n");
-}
-
-TEST(ElementText, HasRightChecksumsInEveryLine) {
-  auto const text = elementText(kHeading + row("25544") + row("100000", "-.5E-4,-.00000218,-.1234E-6"));
-  ASSERT_TRUE(text && text->count == 2);
-  for (std::size_t at = 0; at < text->text.size();) {
-    auto const end = text->text.find('\n', at);
-    std::string const line = text->text.substr(at, end - at);
-    at = end + 1;
-    if (line.starts_with("TEST")) continue;
-    ASSERT_EQ(line.size(), 69) << line;
-    int sum = 0;
-    for (char const c : line.substr(0, 68)) sum += c == '-' ? 1 : std::isdigit(c) != 0 ? c - '0' : 0;
-    EXPECT_EQ(line[68] - '0', sum % 10) << line;
-  }
-  EXPECT_THAT(text->text, HasSubstr("-.00000218 -12340-6 -50000-4"));
-}
-
-TEST(ElementText, NumbersBeyondFiveDigitsByAlphaFive) {
-  struct Row {
-    std::string number;
-    std::string_view text;
-  };
-  for (Row const& one : {Row{"5", "00005"}, Row{"99999", "99999"}, Row{"100000", "A0000"},
-                         Row{"148493", "E8493"}, Row{"182931", "J2931"}, Row{"234018", "P4018"},
-                         Row{"339999", "Z9999"}, Row{"340000", ""}, Row{"-1", ""}, Row{"x", ""}}) {
-    auto const text = elementText(kHeading + row(one.number));
-    ASSERT_TRUE(text);
-    EXPECT_EQ(text->count, one.text.empty() ? 0 : 1) << one.number;
-    EXPECT_EQ(text->leftOut, one.text.empty() ? 1 : 0) << one.number;
-    if (one.text.empty()) continue;
-    EXPECT_THAT(text->text, HasSubstr("\n1 " + std::string(one.text) + "U"));
-  }
-}
-
-TEST(ElementText, RefusesWhatIsNoTableAndLivesWithTheRest) {
-  for (char const* const body :
-       {"", "Invalid query: \"GROUP=x\"", "<html>", "OBJECT_NAME,EPOCH\n", "No GP data found"}) {
-    EXPECT_FALSE(elementText(body)) << body;
-  }
-  EXPECT_EQ(elementText(kHeading)->text, "") << "a cloud of debris that is gone";
-  auto const text = elementText(std::string(kHeading) + "\n\nshort,row\n" + row("7", "1,2,x") +
-                                row("7", "0,1.5,0") + row("8"));
-  EXPECT_EQ(text->count, 1);
-  EXPECT_EQ(text->leftOut, 3);
-  for (std::string const& body : test::damagedForms(kHeading + row("25544"), 5)) elementText(body);
-}
 
 class FeedKeeperTest : public testing::Test {
  protected:
@@ -156,7 +78,7 @@ TEST_F(FeedKeeperTest, ServesTheLastGoodBodyWhileItsSourceFails) {
 
 TEST_F(FeedKeeperTest, LeavesCelestrakAloneForSixHoursAndAfterARefusalForTwo) {
   FeedKeeper keeper = this->keeper();
-  http_.willAnswer(200, kHeading + row("25544"));
+  http_.willAnswer(200, kElementHeading + elementRow("25544"));
   EXPECT_THAT(keeper.get(weather_)->body, StartsWith("TEST SAT\n1 25544U"));
   EXPECT_EQ(http_.requests[0].url, "https://celestrak/NORAD/elements/gp.php?GROUP=weather&FORMAT=CSV");
   clock_.advance(6h - 1s);
@@ -170,12 +92,12 @@ TEST_F(FeedKeeperTest, LeavesCelestrakAloneForSixHoursAndAfterARefusalForTwo) {
   keeper.get(weather_);
   EXPECT_EQ(http_.requests.size(), 2);
   clock_.advance(1s);
-  http_.willAnswer(200, kHeading);
-  EXPECT_EQ(keeper.get(weather_)->body, "");
+  http_.willAnswer(200, kElementHeading);
+  EXPECT_THAT(keeper.get(weather_)->body, StartsWith("TEST SAT")) << "an empty table overwrites nothing";
 }
 
 TEST_F(FeedKeeperTest, RemembersOverARestartWhatItFetchedAndWhen) {
-  http_.willAnswer(200, kHeading + row("25544"));
+  http_.willAnswer(200, kElementHeading + elementRow("25544"));
   keeper().get(weather_);
   clock_.advance(5h);
   EXPECT_THAT(keeper().get(weather_)->body, StartsWith("TEST SAT"));

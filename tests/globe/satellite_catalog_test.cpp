@@ -1,7 +1,6 @@
 // The catalogue, its feed and the layer, over element sets made up here.
 
 #include "globe/satellite_layer.h"
-#include "support/fake_http_client.h"
 #include "support/instants.h"
 #include "support/made_satellites.h"
 #include "support/manual_clock.h"
@@ -130,21 +129,28 @@ TEST(SatelliteCatalog, RecordsThatCannotBeUsedAreCounted) {
 
 class Feed : public testing::Test {
  protected:
-  SatelliteFeed feed() { return {http, clock, "https://feeds.test", folder.path() / "satellites"}; }
+  SatelliteFeed feed() {
+    return {[this](std::string_view group, std::stop_token const&) -> Result<ElementSets, std::string> {
+              asked.emplace_back(group);
+              return answer;
+            },
+            clock, folder.path() / "satellites"};
+  }
+  void willAnswer(std::string body) { answer = ElementSets{std::move(body), clock.now()}; }
   SatelliteCatalog::Group const& stations = *SatelliteCatalog::group("stations");
 
   test::TemporaryFolder folder;
-  test::FakeHttpClient http;
   test::ManualClock clock{test::at("2026-11-21T06:00:00Z")};
+  Result<ElementSets, std::string> answer = std::unexpected("nothing was prepared");
+  std::vector<std::string> asked;
 };
 
 TEST_F(Feed, AsksForTheGroupAndKeepsItsTextForSixHours) {
-  http.willAnswer(200, text({"ISS (ZARYA)"}));
+  willAnswer(text({"ISS (ZARYA)"}));
   auto const first = feed().load(stations);
   ASSERT_TRUE(first) << first.error();
   EXPECT_EQ(first->source, SatelliteGroupLoad::Source::server);
-  ASSERT_EQ(http.requests.size(), 1U);
-  EXPECT_EQ(http.requests[0].url, "https://feeds.test/api/feed.php?f=satellites&p=stations");
+  EXPECT_EQ(asked, std::vector<std::string>{"stations"});
   EXPECT_TRUE(std::filesystem::exists(folder.path() / "satellites" / "stations.txt"));
 
   clock.advance(std::chrono::seconds(21'599));
@@ -152,69 +158,46 @@ TEST_F(Feed, AsksForTheGroupAndKeepsItsTextForSixHours) {
   ASSERT_TRUE(second);
   EXPECT_EQ(second->source, SatelliteGroupLoad::Source::file);
   EXPECT_EQ(second->parsed.entries.size(), 1U);
-  EXPECT_EQ(http.requests.size(), 1U);
+  EXPECT_EQ(asked.size(), 1U);
 
   clock.advance(std::chrono::seconds(1));
-  http.willAnswer(200, text({"ISS (ZARYA)", "HST"}));
+  willAnswer(text({"ISS (ZARYA)", "HST"}));
   auto const third = feed().load(stations);
   ASSERT_TRUE(third);
   EXPECT_EQ(third->source, SatelliteGroupLoad::Source::server);
   EXPECT_EQ(third->parsed.entries.size(), 2U);
 }
 
-TEST_F(Feed, AnOldTextServesWhenTheServerFails) {
-  http.willAnswer(200, text({"ISS (ZARYA)"}));
+TEST_F(Feed, WhatIsNoElementSetOverwritesNothing) {
+  willAnswer(text({"ISS (ZARYA)"}));
   ASSERT_TRUE(feed().load(stations));
-  struct Row {
-    int status;
-    std::string body;
-  };
-  Row const rows[] = {
-      {500, "oops"}, {403, "not again"}, {200, "<html>log in</html>"}, {200, "Invalid query"}};
   clock.advance(std::chrono::hours(7));
-  for (auto const& [status, body] : rows) {
-    http.willAnswer(status, body);
+  for (char const* const body : {"", "\r\n", "No GP data found", "<html>log in</html>", "Invalid query"}) {
+    willAnswer(body);
     auto const stale = feed().load(stations);
     ASSERT_TRUE(stale) << body;
     EXPECT_EQ(stale->source, SatelliteGroupLoad::Source::staleFile);
     EXPECT_EQ(stale->fetched, test::at("2026-11-21T06:00:00Z"));
-    EXPECT_FALSE(stale->failure.empty());
+    EXPECT_NE(stale->failure, "");
     EXPECT_EQ(stale->parsed.entries.size(), 1U);
   }
 }
 
 TEST_F(Feed, WithoutAnyTextThereIsAReason) {
-  http.willFail({HttpError::Kind::unresolvedHost, "feeds.test is unknown"});
+  answer = std::unexpected("the source is unknown");
   auto const none = feed().load(stations);
   ASSERT_FALSE(none);
-  EXPECT_EQ(none.error(), "the satellites of the group stations cannot be had: feeds.test is unknown");
+  EXPECT_EQ(none.error(), "the satellites of the group stations cannot be had: the source is unknown");
 }
 
-TEST_F(Feed, PagesAreNotKeptAndFailuresPauseTheAsking) {
-  auto one = SatelliteFeed(http, clock, "https://feeds.test", folder.path());
-  http.willAnswer(200, "<html>log in</html>");
-  EXPECT_FALSE(one.load(stations));
-  EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
-  clock.advance(std::chrono::seconds(599));
-  EXPECT_FALSE(one.load(stations));
-  EXPECT_EQ(http.requests.size(), 1U);
-  clock.advance(std::chrono::seconds(1));
-  http.willAnswer(403, "");
-  EXPECT_FALSE(one.load(stations));
-  EXPECT_EQ(http.requests.size(), 2U);
-  clock.advance(std::chrono::hours(24) - std::chrono::seconds(1));
-  EXPECT_FALSE(one.load(stations));
-  EXPECT_EQ(http.requests.size(), 2U);
-  clock.advance(std::chrono::seconds(1));
-  http.willAnswer(200, text({"HST"}));
-  EXPECT_TRUE(one.load(stations));
-}
-
-TEST_F(Feed, AnEmptyGroupIsNoFailure) {
-  http.willAnswer(200, "\r\n");
-  auto const empty = feed().load(stations);
-  ASSERT_TRUE(empty);
-  EXPECT_TRUE(empty->parsed.entries.empty());
+TEST_F(Feed, ATextIsAsOldAsItsSourceSays) {
+  answer = ElementSets{text({"HST"}), clock.now() - std::chrono::hours(5)};
+  EXPECT_EQ(feed().load(stations)->fetched, clock.now() - std::chrono::hours(5));
+  clock.advance(std::chrono::minutes(59));
+  EXPECT_EQ(feed().load(stations)->source, SatelliteGroupLoad::Source::file);
+  clock.advance(std::chrono::minutes(1));
+  feed().load(stations);
+  EXPECT_EQ(asked.size(), 2U);
 }
 
 SatelliteGroupLoad loadOf(std::string const& group, std::vector<std::string> const& names) {

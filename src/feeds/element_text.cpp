@@ -1,10 +1,11 @@
-#include "feedserver/element_text.h"
+#include "feeds/element_text.h"
 
 #include "base/instant.h"
 #include "base/number.h"
 #include "base/text.h"
 
 #include <fmt/format.h>
+#include <simdjson.h>
 
 #include <algorithm>
 #include <array>
@@ -200,12 +201,15 @@ std::optional<std::array<std::size_t, kColumns>> positionsIn(Row const& heading)
   return positions;
 }
 
-}  // namespace
+void add(ElementText& out, std::optional<std::string> const& element) {
+  element ? ++out.count : ++out.leftOut;
+  out.text += element.value_or("");
+}
 
-Result<ElementText, std::string> elementText(std::string_view csv) {
-  auto const lines = split(csv, '\n');
+std::optional<ElementText> fromTable(std::string_view table) {
+  auto const lines = split(table, '\n');
   auto const positions = positionsIn(fieldsOf(trimmed(lines.front())));
-  if (!positions) return std::unexpected("the answer is no table of orbital elements");
+  if (!positions) return std::nullopt;
   ElementText out;
   for (std::size_t i = 1; i < lines.size(); ++i) {
     std::string_view const line = trimmed(lines[i]);
@@ -214,11 +218,87 @@ Result<ElementText, std::string> elementText(std::string_view csv) {
     Row row;
     for (std::size_t const position : *positions)
       row.emplace_back(position < fields.size() ? fields[position] : "");
-    auto const element = linesOf(row);
-    element ? ++out.count : ++out.leftOut;
-    out.text += element.value_or("");
+    add(out, linesOf(row));
   }
   return out;
+}
+
+/// Numbers may be written as numbers or as texts.
+std::string fieldOf(simdjson::dom::object object, std::string_view key) {
+  simdjson::dom::element value;
+  if (object[key].get(value) != simdjson::SUCCESS) return {};
+  std::string_view text;
+  std::int64_t whole = 0;
+  double real = 0;
+  if (value.get(text) == simdjson::SUCCESS) return std::string(text);
+  if (value.get(whole) == simdjson::SUCCESS) return std::to_string(whole);
+  return value.get(real) == simdjson::SUCCESS ? fmt::format("{}", real) : std::string();
+}
+
+std::optional<ElementText> fromObjects(std::string_view list) {
+  simdjson::dom::parser parser;
+  simdjson::dom::array objects;
+  if (parser.parse(simdjson::padded_string(list)).get(objects) != simdjson::SUCCESS) return std::nullopt;
+  ElementText out;
+  for (simdjson::dom::element const each : objects) {
+    simdjson::dom::object object;
+    if (each.get(object) != simdjson::SUCCESS) return std::nullopt;
+    Row row;
+    for (std::string_view const heading : kHeadings) row.push_back(fieldOf(object, heading));
+    add(out, linesOf(row));
+  }
+  return out;
+}
+
+constexpr std::size_t kLineLength = 69;
+
+/// The first or second line of an element set, with the blank that stands behind its number and class.
+bool isElementLine(std::string_view line, char number) {
+  return line.size() >= kLineLength && line[0] == number && line[1] == ' ' &&
+         line[number == '1' ? 8 : 7] == ' ';
+}
+
+/// The sets as they are, each with its name where it has one; what belongs to none is left out.
+std::optional<ElementText> fromElementSets(std::string_view sets) {
+  constexpr std::size_t kNumberAt = 2, kNumberLength = 5;
+  std::vector<std::string_view> lines;
+  for (std::string_view line : split(sets, '\n')) {
+    while (!line.empty() && (line.back() == '\r' || line.back() == ' ')) line.remove_suffix(1);
+    if (!line.empty()) lines.push_back(line);
+  }
+  ElementText out;
+  std::string_view name;
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    if (!isElementLine(lines[i], '1')) {
+      out.leftOut += isElementLine(lines[i], '2') ? 1 : 0;
+      name = lines[i];
+      continue;
+    }
+    bool const isWhole =
+        i + 1 < lines.size() && isElementLine(lines[i + 1], '2') &&
+        lines[i].substr(kNumberAt, kNumberLength) == lines[i + 1].substr(kNumberAt, kNumberLength);
+    if (isWhole) {
+      ++out.count;
+      for (std::string_view const line : {name, lines[i], lines[i + 1]}) {
+        if (!line.empty()) out.text += std::string(line) + "\n";
+      }
+      ++i;
+    } else {
+      ++out.leftOut;
+    }
+    name = {};
+  }
+  return out.count > 0 ? std::optional(std::move(out)) : std::nullopt;
+}
+
+}  // namespace
+
+Result<ElementText, std::string> elementText(std::string_view document) {
+  document = trimmed(document);
+  auto elements = document.starts_with('[') ? fromObjects(document) : fromTable(document);
+  if (!elements) elements = fromElementSets(document);
+  if (!elements) return std::unexpected("the answer is no table of orbital elements");
+  return std::move(*elements);
 }
 
 }  // namespace nimbara

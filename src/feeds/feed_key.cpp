@@ -1,4 +1,4 @@
-#include "feedserver/feed_key.h"
+#include "feeds/feed_key.h"
 
 #include <algorithm>
 

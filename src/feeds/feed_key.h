@@ -1,4 +1,5 @@
-// Which feed a request asks for. Pure.
+// A feed of public data that the feed server relays and that the program asks its source for where there is
+// no feed server: the earthquakes, or one group of satellites. Pure.
 #pragma once
 
 #include "base/enum_names.h"

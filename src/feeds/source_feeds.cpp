@@ -1,0 +1,249 @@
+#include "feeds/source_feeds.h"
+
+#include "base/file.h"
+#include "base/file_lock.h"
+#include "base/json_codec.h"
+#include "feeds/feed_exchange.h"
+#include "platform/network_reach.h"
+
+namespace nimbara {
+
+namespace {
+
+constexpr std::size_t kLargestBody = std::size_t{16} << 20;
+constexpr std::size_t kLargestFile = std::size_t{48} << 20;
+constexpr std::size_t kLargestNote = std::size_t{64} << 10;
+constexpr std::chrono::seconds kTimeout{25};
+constexpr int kNotModified = 304;
+constexpr int kNotFound = 404;
+/// How often the lock of another process, each time for half a second, is waited for: a question of its own
+/// and some.
+constexpr int kPatience = 60;
+
+constexpr std::string_view kBodyFile = ".json";
+constexpr std::string_view kNoteFile = ".asked.json";
+
+/// What the file of a feed holds.
+struct KeptFeed {
+  std::string body;
+  Instant changedAt;
+  Instant fetchedAt;
+};
+
+struct Source {
+  std::string_view name;
+  std::chrono::seconds period;
+  std::chrono::seconds pauseAfterFailure;
+};
+
+/// CelesTrak gives each group out once in its own period and blocks whoever goes on asking after a refusal.
+Source const& sourceOf(FeedKey::Kind kind) {
+  static constexpr Source kQuakes{"usgs", std::chrono::seconds(60), std::chrono::seconds(60)};
+  static constexpr Source kSatellites{"celestrak", std::chrono::hours(6), std::chrono::hours(2)};
+  return kind == FeedKey::Kind::quakes ? kQuakes : kSatellites;
+}
+
+/// Groups are not asked for all at the same moment: up to a tenth of their period later, each its own share.
+std::chrono::seconds spread(FeedKey const& key) {
+  if (key.kind == FeedKey::Kind::quakes) return std::chrono::seconds(0);
+  auto const share = std::hash<std::string>()(key.group) % 100;
+  return sourceOf(key.kind).period * static_cast<int>(share) / 1000;
+}
+
+}  // namespace
+
+template <>
+inline constexpr auto jsonFields<KeptFeed> =
+    std::tuple{field("fetchedAt", &KeptFeed::fetchedAt), field("changedAt", &KeptFeed::changedAt),
+               field("body", &KeptFeed::body)};
+template <>
+inline constexpr auto jsonFields<SourceQuestion> = std::tuple{
+    field("askedAt", &SourceQuestion::askedAt), field("pauseSeconds", &SourceQuestion::pauseSeconds),
+    fieldOr("problem", &SourceQuestion::problem), fieldOr("tag", &SourceQuestion::tag)};
+
+SourceFeeds::SourceFeeds(HttpClient& http, Clock const& clock, Options options)
+    : http_(http), clock_(clock), options_(std::move(options)) {}
+
+std::chrono::seconds SourceFeeds::periodOf(FeedKey::Kind kind) {
+  return sourceOf(kind).period;
+}
+
+Result<FeedBody, std::string> SourceFeeds::get(FeedKey const& key, std::stop_token const& stop) {
+  Reading reading = read(key, stop);
+  if (!reading.problem.empty()) return std::unexpected(std::move(reading.problem));
+  return FeedBody{reading.kept->body, reading.kept->fetchedAt};
+}
+
+SourceFeeds::Reading SourceFeeds::read(FeedKey const& key, std::stop_token const& stop) {
+  State state = stateOf(key);
+  if (!isDue(state)) return readingOf(state);
+  std::unique_lock turn(turns_[static_cast<std::size_t>(key.kind)], std::defer_lock);
+  if (!options_.isServer || !state.kept) {
+    turn.lock();
+  } else if (!turn.try_lock()) {
+    return readingOf(state);
+  }
+  auto const others = waitForOthers(key, state, stop);
+  if (stop.stop_requested()) return {state.kept, "the question was cancelled"};
+  if (others && others->isTaken()) return {state.kept, "another run of the program is asking and waits"};
+  state = stateOf(key, true);  // another thread or process may have renewed it meanwhile
+  if (!isDue(state)) return readingOf(state);
+  state = renewed(key, std::move(state), stop);
+  remember(key, state);
+  return readingOf(state);
+}
+
+/// Other processes ask the same source. Null where nothing is shared with any.
+std::unique_ptr<FileLock> SourceFeeds::waitForOthers(FeedKey const& key, State const& state,
+                                                     std::stop_token const& stop) const {
+  if (options_.folder.empty()) return nullptr;
+  // The folder is made with the first note, and the lock lies in it.
+  std::error_code ignored;
+  if (!std::filesystem::exists(options_.folder, ignored)) std::ignore = note(key, state.question);
+  auto const file = options_.folder / (std::string(sourceOf(key.kind).name) + ".lock");
+  auto lock = std::make_unique<FileLock>(file);
+  for (int i = 1; lock->isTaken() && i < kPatience && !stop.stop_requested(); ++i) {
+    lock = std::make_unique<FileLock>(file);
+  }
+  return lock;
+}
+
+std::chrono::seconds SourceFeeds::pauseAfterAnswer(FeedKey const& key) const {
+  return sourceOf(key.kind).period + (options_.isServer ? spread(key) : std::chrono::seconds(0));
+}
+
+bool SourceFeeds::isDue(State const& state) const {
+  if (!state.kept && state.question.problem.empty()) return true;
+  return !isYounger(state.question.askedAt, std::chrono::seconds(state.question.pauseSeconds), clock_.now());
+}
+
+SourceFeeds::Reading SourceFeeds::readingOf(State const& state) const {
+  if (state.kept && state.question.problem.empty()) return {state.kept, {}};
+  auto const next = state.question.askedAt + std::chrono::seconds(state.question.pauseSeconds);
+  std::string problem = state.question.problem.empty() ? "there is no answer yet" : state.question.problem;
+  if (next > clock_.now()) problem += "; asked again from " + formatIso8601(next);
+  return {state.kept, std::move(problem)};
+}
+
+/// What is newer: what this process remembers or what the folder holds. A server, which has it to itself for
+/// the most part, looks there only for what it does not remember, and before it asks.
+SourceFeeds::State SourceFeeds::stateOf(FeedKey const& key, bool isAboutToAsk) {
+  std::lock_guard const lock(mutex_);
+  auto const found = states_.find(key);
+  bool const isKnown = found != states_.end();
+  if (isKnown && options_.isServer && !isAboutToAsk) return found->second;
+  State inFolder = stored(key);
+  bool const isNewer = !isKnown || inFolder.question.askedAt > found->second.question.askedAt ||
+                       (inFolder.kept && !found->second.kept);
+  if (!isNewer) return found->second;
+  if (options_.isServer) states_[key] = inFolder;
+  return inFolder;
+}
+
+/// The folder remembers bodies for programs that ask seldom.
+void SourceFeeds::remember(FeedKey const& key, State state) {
+  bool const isNoted = note(key, state.question);
+  if (isNoted && !options_.isServer) state.kept.reset();
+  std::lock_guard const lock(mutex_);
+  states_[key] = std::move(state);
+}
+
+SourceFeeds::State SourceFeeds::stored(FeedKey const& key) const {
+  State state;
+  if (options_.folder.empty()) return state;
+  auto const noted = readFile(fileOf(key, kNoteFile), kLargestNote);
+  auto question = noted ? decodeJson<SourceQuestion>(*noted) : std::unexpected(DecodeError{});
+  auto const content = readFile(fileOf(key, kBodyFile), kLargestFile);
+  auto kept = content ? decodeJson<KeptFeed>(*content) : std::unexpected(DecodeError{});
+  if (question) state.question = std::move(*question);
+  if (!kept) {
+    state.question.tag.clear();
+    return state;
+  }
+  state.kept =
+      std::make_shared<SourceBody const>(SourceBody{std::move(kept->body), kept->changedAt, kept->fetchedAt});
+  if (question) return state;
+  state.question = {state.kept->fetchedAt, pauseAfterAnswer(key).count(), {}, {}};
+  return state;
+}
+
+/// Whether it is noted. A disk that cannot be written to costs no more than the memory after a restart.
+bool SourceFeeds::note(FeedKey const& key, SourceQuestion const& question) const {
+  if (options_.folder.empty()) return false;
+  auto const written = writeFileAtomically(fileOf(key, kNoteFile), encodeJson(question));
+  if (!written) options_.log(key.name() + ": " + written.error());
+  return written.has_value();
+}
+
+HttpRequest SourceFeeds::requestFor(FeedKey const& key, State const& state) const {
+  HttpRequest request;
+  request.url = key.kind == FeedKey::Kind::quakes
+                    ? options_.usgsBase + "/earthquakes/feed/v1.0/summary/all_day.geojson"
+                    : options_.celestrakBase + "/NORAD/elements/gp.php?GROUP=" + key.group + "&FORMAT=CSV";
+  request.timeout = kTimeout;
+  request.maxBodyBytes = kLargestBody;
+  if (state.kept && !state.question.tag.empty())
+    request.headers.emplace_back("If-None-Match", state.question.tag);
+  return request;
+}
+
+Result<HttpResponse, HttpError> SourceFeeds::ask(FeedKey const& key, State const& state,
+                                                 std::stop_token const& stop) const {
+  auto answer = http_.get(requestFor(key, state), stop);
+  bool const isUnknown = answer && answer->status == kNotFound && !options_.relayBase.empty();
+  return isUnknown ? http_.get(relayRequest(options_.relayBase, key), stop) : std::move(answer);
+}
+
+/// The question is noted before it is asked: a run that is killed has asked all the same.
+SourceFeeds::State SourceFeeds::renewed(FeedKey const& key, State state, std::stop_token const& stop) const {
+  SourceQuestion const before = state.question;
+  state.question.askedAt = clock_.now();
+  state.question.pauseSeconds = sourceOf(key.kind).pauseAfterFailure.count();
+  state.question.problem = "the last question got no answer";
+  std::ignore = note(key, state.question);
+  auto const answer = ask(key, state, stop);
+  if (answer) {
+    take(key, state, *answer);
+  } else {
+    state.question.problem = networkProblem(answer.error());
+    options_.log(key.name() + ": " + state.question.problem);
+    bool const wasAsked = !isNetworkAway(answer.error().kind);
+    if (!wasAsked && !options_.isServer) {
+      state.question.askedAt = before.askedAt;
+      state.question.pauseSeconds = before.pauseSeconds;
+    }
+  }
+  return state;
+}
+
+/// Takes an answer over into the state, whatever it is.
+void SourceFeeds::take(FeedKey const& key, State& state, HttpResponse const& response) const {
+  if (response.status == kNotModified && state.kept) return accept(key, state, state.kept->body);
+  if (!isSuccess(response.status)) {
+    state.question.problem = statusProblem(response.status);
+  } else if (auto body = servedBody(key, response.body); !body) {
+    state.question.problem = std::move(body.error());
+  } else {
+    state.question.tag = response.header("ETag").value_or("");
+    return accept(key, state, std::move(*body));
+  }
+  options_.log(key.name() + ": " + state.question.problem);
+}
+
+void SourceFeeds::accept(FeedKey const& key, State& state, std::string body) const {
+  Instant const now = clock_.now();
+  bool const isSame = state.kept && state.kept->body == body;
+  Instant const changedAt = isSame ? state.kept->changedAt : now;
+  state.kept = std::make_shared<SourceBody const>(SourceBody{std::move(body), changedAt, now});
+  state.question = {now, pauseAfterAnswer(key).count(), {}, std::move(state.question.tag)};
+  if (options_.folder.empty()) return;
+  auto const written = writeFileAtomically(
+      fileOf(key, kBodyFile), encodeJson(KeptFeed{state.kept->body, state.kept->changedAt, now}));
+  if (!written) options_.log(key.name() + ": " + written.error());
+}
+
+std::filesystem::path SourceFeeds::fileOf(FeedKey const& key, std::string_view ending) const {
+  return options_.folder / (key.name() + std::string(ending));
+}
+
+}  // namespace nimbara
