@@ -10,11 +10,17 @@ namespace nimbara {
 
 namespace {
 
+std::string adviceForRefusal(APIError const& error) {
+  if (!error.retryAfter) return "try again in a few minutes";
+  auto const minutes = std::chrono::ceil<std::chrono::minutes>(*error.retryAfter).count();
+  return "try again in " + (minutes == 1 ? std::string("a minute") : std::to_string(minutes) + " minutes");
+}
+
 /// What to do about an error, as the end of its sentence.
-std::string_view adviceFor(APIError const& error) {
+std::string adviceFor(APIError const& error) {
   switch (error.kind) {
     case APIError::Case::networkError:
-      return error.isRefusal() ? "try again in a few minutes" : "check the connection, or try again later";
+      return error.isRefusal() ? adviceForRefusal(error) : "check the connection, or try again later";
     case APIError::Case::httpError:
       return error.statusCode == 429   ? "the service's limit is reached, try again later"
              : error.statusCode >= 500 ? "the service has a fault, try again later"
@@ -40,7 +46,7 @@ Wording wordingOf(CommonOptions const& common, Session const& session) {
 std::string adviseOn(APIError const& error) {
   std::string text = error.text();
   if (text.ends_with('.')) text.pop_back();
-  return text + "; " + std::string(adviceFor(error));
+  return text + "; " + adviceFor(error);
 }
 
 }  // namespace
@@ -91,7 +97,7 @@ void RunContext::tell(std::string_view sentence) const {
 
 std::string RunContext::sentenceOf(APIError const& error) const {
   if (failures_.size() < 2) return adviseOn(error);
-  return "no provider gave a forecast: " + failedProviders() + "; " + std::string(adviceFor(error));
+  return "no provider gave a forecast: " + failedProviders() + "; " + adviceFor(error);
 }
 
 Result<Place, Failure> RunContext::place(std::string const& text) {

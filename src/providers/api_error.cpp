@@ -8,8 +8,10 @@ constexpr std::string_view kRefusal = "every provider failed less than five minu
 
 }  // namespace
 
-APIError APIError::refusal() {
-  return network({HttpError::Kind::timedOut, std::string(kRefusal)});
+APIError APIError::refusal(std::optional<std::chrono::seconds> wait) {
+  APIError error = network({HttpError::Kind::timedOut, std::string(kRefusal)});
+  error.retryAfter = wait;
+  return error;
 }
 
 bool APIError::isRefusal() const {

@@ -16,8 +16,9 @@ struct APIError {
   Case kind = Case::noData;
   int statusCode = 0;  ///< of `httpError`
   std::string detail;  ///< of `networkError` and `decodingError`; the service's reason of `httpError`
-  std::optional<HttpError::Kind> transport;        ///< of `networkError`: what happened below
-  std::optional<std::chrono::seconds> retryAfter;  ///< of `httpError`: the pause that the service asked for
+  std::optional<HttpError::Kind> transport;  ///< of `networkError`: what happened below
+  /// Of `httpError`: the pause that the service asked for; of a refusal: until a provider may be asked.
+  std::optional<std::chrono::seconds> retryAfter;
 
   static APIError network(HttpError const& error);
   static APIError decoding(DecodeError const& error);
@@ -25,7 +26,7 @@ struct APIError {
   static APIError of(Case kind) { return {kind, 0, {}, {}, {}}; }
 
   /// Nobody was asked, since every provider failed a moment ago.
-  static APIError refusal();
+  static APIError refusal(std::optional<std::chrono::seconds> wait = {});
   bool isRefusal() const;
 
   /// The fixed text of the case with its payload.

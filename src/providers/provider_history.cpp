@@ -5,6 +5,7 @@
 #include "base/json_codec.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace nimbara {
 
@@ -82,6 +83,13 @@ void ProviderHistory::forgetFailures() {
         records, [](auto const& entry) { return entry.second.lastFailureAt.has_value(); });
     for (auto& [provider, record] : records) record.lastFailureAt = std::nullopt;
     return any;
+  });
+}
+
+void ProviderHistory::forgiveFailure(std::string_view provider) {
+  update([&](Records& records) {
+    auto const found = records.find(provider);
+    return found != records.end() && std::exchange(found->second.lastFailureAt, std::nullopt).has_value();
   });
 }
 

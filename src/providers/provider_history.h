@@ -46,6 +46,8 @@ class ProviderHistory {
   void noteSuccess(std::string_view provider, Instant now);
   /// Lets every provider be tried again, as when the network has come back.
   void forgetFailures();
+  /// The like for one, whose failure was not its own. What went wrong stays for diagnosis.
+  void forgiveFailure(std::string_view provider);
 
  private:
   template <class Change>

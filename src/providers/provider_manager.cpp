@@ -1,8 +1,11 @@
 #include "providers/provider_manager.h"
 
+#include "platform/network_reach.h"
 #include "platform/request_quota.h"
 
+#include <algorithm>
 #include <utility>
+#include <vector>
 
 namespace nimbara {
 
@@ -29,12 +32,23 @@ WeatherProviderOption optionOf(AutomaticProvider provider) {
   return *enumFromName<WeatherProviderOption>(enumName(provider));
 }
 
+bool isNetworkAway(APIError const& error) {
+  return error.transport && nimbara::isNetworkAway(*error.transport);
+}
+
 }  // namespace
 
-bool isCoolingDown(ProviderRecord const& record, Instant now) {
+Instant coolsDownAt(ProviderRecord const& record, Instant now) {
+  Instant end = now;
   auto const& failure = record.lastFailureAt;
-  if (failure && *failure <= now && now - *failure < WeatherProviderManager::kCoolDown) return true;
-  return record.blockedUntil && now < *record.blockedUntil && *record.blockedUntil - now <= kLongestBlock;
+  if (failure && *failure <= now) end = std::max<Instant>(end, *failure + WeatherProviderManager::kCoolDown);
+  if (record.blockedUntil && *record.blockedUntil - now <= kLongestBlock)
+    end = std::max(end, *record.blockedUntil);
+  return end;
+}
+
+bool isCoolingDown(ProviderRecord const& record, Instant now) {
+  return coolsDownAt(record, now) > now;
 }
 
 WeatherProviderManager::WeatherProviderManager(Providers providers, ProviderHistory& history,
@@ -79,16 +93,36 @@ WeatherProviderManager::Outcome WeatherProviderManager::attempt(AutomaticProvide
 WeatherProviderManager::Outcome WeatherProviderManager::walk(double latitude, double longitude,
                                                              std::stop_token const& stop) {
   auto const records = history_.records();
-  Outcome outcome = std::unexpected(APIError::refusal());
+  std::optional<Outcome> outcome;
+  std::optional<Instant> firstFree;
+  std::vector<AutomaticProvider> unreached;
+  bool wasAnyReached = false;
   for (std::size_t i = 0; i < providers_.size(); ++i) {
     auto const provider = static_cast<AutomaticProvider>(i);
+    if (!providers_[i].isConfigured) continue;
     auto const record = records.find(enumName(provider));
-    bool const cooling = record != records.end() && isCoolingDown(record->second, clock_.now());
-    if (!providers_[i].isConfigured || cooling) continue;
+    Instant const now = clock_.now();
+    Instant const free = record == records.end() ? now : coolsDownAt(record->second, now);
+    if (free > now) {
+      firstFree = std::min(firstFree.value_or(free), free);
+      continue;
+    }
     outcome = attempt(provider, latitude, longitude, stop);
-    if (outcome || outcome.error().transport == HttpError::Kind::cancelled) break;
+    if (*outcome || outcome->error().transport == HttpError::Kind::cancelled) return std::move(*outcome);
+    if (isNetworkAway(outcome->error())) {
+      unreached.push_back(provider);
+    } else {
+      wasAnyReached = true;
+    }
   }
-  return outcome;
+  // Where nothing could be reached the network was away, which is none of the providers' failures.
+  if (!wasAnyReached) {
+    for (AutomaticProvider const provider : unreached) history_.forgiveFailure(enumName(provider));
+  }
+  if (outcome) return std::move(*outcome);
+  if (!firstFree) return std::unexpected(APIError::refusal());
+  return std::unexpected(
+      APIError::refusal(std::chrono::ceil<std::chrono::seconds>(*firstFree - clock_.now())));
 }
 
 WeatherProviderManager::Outcome WeatherProviderManager::fetch(double latitude, double longitude,
@@ -98,7 +132,11 @@ WeatherProviderManager::Outcome WeatherProviderManager::fetch(double latitude, d
     std::lock_guard const lock(stateMutex_);
     return preferredProvider_;
   }();
-  if (auto const provider = specific(preferred)) return attempt(*provider, latitude, longitude, stop);
+  if (auto const provider = specific(preferred)) {
+    auto outcome = attempt(*provider, latitude, longitude, stop);
+    if (!outcome && isNetworkAway(outcome.error())) history_.forgiveFailure(enumName(*provider));
+    return outcome;
+  }
   return walk(latitude, longitude, stop);
 }
 

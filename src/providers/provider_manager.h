@@ -48,7 +48,8 @@ class WeatherProviderManager {
   void setPreferredProvider(WeatherProviderOption preferred);
 
   /// Degrees. The error is that of the last provider tried; when all were passed over, a timed-out one at
-  /// once. A stopped caller gets a `cancelled` error and leaves no failure behind.
+  /// once that says for how long. Where no service at all could be reached the providers are not to blame. A
+  /// stopped caller gets a `cancelled` error and leaves no failure behind.
   Result<WeatherProviderFetchResult, APIError> fetch(double latitude, double longitude,
                                                      std::stop_token const& stop = {});
 
@@ -80,5 +81,7 @@ static_assert(enumNamesComplete(WeatherProviderManager::AutomaticProvider::wttrI
 /// Whether a provider is left out because it failed less than 300 seconds ago or asked for a pause. Moments
 /// in the future, as after the clock was set back, do not count.
 bool isCoolingDown(ProviderRecord const& record, Instant now);
+/// The moment from which it is not; `now` when it is not already.
+Instant coolsDownAt(ProviderRecord const& record, Instant now);
 
 }  // namespace nimbara

@@ -106,7 +106,7 @@ std::string const kChunked = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\
 INSTANTIATE_TEST_SUITE_P(
     Rows, BadAnswerTest,
     testing::Values(
-        BadAnswer{"NoAnswer", "", Kind::connectionFailed},
+        BadAnswer{"NoAnswer", "", Kind::truncated},
         BadAnswer{"CutBody", "HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nhalf", Kind::truncated},
         BadAnswer{"CutChunk", kChunked + "8\r\nhalf", Kind::truncated},
         BadAnswer{"BrokenChunking", kChunked + "zz\r\nhalf\r\n", Kind::truncated},
@@ -223,6 +223,30 @@ TEST_F(CurlHttpClientTest, EndsInTimeWhenTheServerHangsOrDrips) {
     ASSERT_FALSE(answer);
     EXPECT_EQ(answer.error().kind, Kind::timedOut) << answer.error().message;
   }
+}
+
+TEST_F(CurlHttpClientTest, TellsAHostThatCannotBeReachedInTimeFromOneThatIsSilent) {
+  // Nobody takes connections here, and the queue of those that wait is full.
+  int const listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  socklen_t size = sizeof address;
+  ASSERT_EQ(bind(listener, reinterpret_cast<sockaddr*>(&address), size), 0);
+  ASSERT_EQ(getsockname(listener, reinterpret_cast<sockaddr*>(&address), &size), 0);
+  ASSERT_EQ(listen(listener, 0), 0);
+  std::vector<int> waiting;
+  for (int i = 0; i < 8; ++i) {
+    waiting.push_back(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    std::ignore = connect(waiting.back(), reinterpret_cast<sockaddr*>(&address), size);
+  }
+  HttpRequest wanted = request("http://127.0.0.1:" + std::to_string(ntohs(address.sin_port)) + "/");
+  wanted.timeout = 150ms;
+  auto const answer = client_.get(wanted);
+  ASSERT_FALSE(answer);
+  EXPECT_EQ(answer.error().kind, Kind::connectionFailed) << answer.error().message;
+  for (int const each : waiting) close(each);
+  close(listener);
 }
 
 TEST_F(CurlHttpClientTest, StopsAtOnceWhenAsked) {

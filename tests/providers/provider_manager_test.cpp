@@ -41,6 +41,9 @@ struct Scripted {
         std::string const name(enumName(static_cast<Provider>(i)));
         asked.push_back(name);
         if (script[i] == "ok") return answerNamed(name);
+        if (script[i] == "unplugged") {
+          return std::unexpected(APIError::network({HttpError::Kind::unresolvedHost, "no name"}));
+        }
         if (script[i] == "wrong") return std::unexpected(APIError::of(APIError::Case::noResults));
         return std::unexpected(APIError::http(500 + static_cast<int>(i)));
       };
@@ -152,6 +155,39 @@ TEST_F(ManagerTest, RemembersFailuresAcrossRunsOfTheProgram) {
   WeatherProviderManager third(scripted.providers(), nowhere, clock);
   EXPECT_EQ(fetched(third), "appleWeather openMeteo -> openMeteo");
   EXPECT_EQ(fetched(third), "openMeteo -> openMeteo");
+}
+
+TEST_F(ManagerTest, ANetworkThatIsAwayIsNobodysFailureInTheNextRun) {
+  struct Row {
+    std::array<std::string, 4> script;
+    std::string nextRun;
+  };
+  for (Row const& row :
+       {Row{{"unplugged", "unplugged", "unplugged", "unplugged"}, "appleWeather -> appleWeather"},
+        Row{{"unplugged", "fail", "unplugged", "unplugged"},
+            "-> Network error: every provider failed less than five minutes ago"},
+        Row{{"unplugged", "ok", "ok", "ok"}, "openMeteo -> openMeteo"}}) {
+    history.forgetFailures();
+    scripted.script = row.script;
+    auto first = manager();
+    fetched(first);
+    EXPECT_EQ(history.record("appleWeather").lastError, "Network error: no name") << "for diagnosis";
+    scripted.script = {"ok", "ok", "ok", "ok"};
+    ProviderHistory laterRun(folder.path() / "_providers.json");
+    WeatherProviderManager second(scripted.providers(), laterRun, clock);
+    EXPECT_EQ(fetched(second), row.nextRun);
+  }
+}
+
+TEST_F(ManagerTest, SaysHowLongNobodyIsAsked) {
+  auto subject = manager();
+  scripted.script = {"fail", "fail", "fail", "fail"};
+  fetched(subject);
+  clock.advance(299'500ms);
+  EXPECT_EQ(subject.fetch(1, 2).error().retryAfter, 1s);
+  history.noteFailure("openMeteo", clock.now(), "limit", clock.now() + 2h);
+  clock.advance(-100s);
+  EXPECT_EQ(subject.fetch(1, 2).error().retryAfter, 101s) << "the first of them that may be asked";
 }
 
 TEST_F(ManagerTest, TakesAFileOfAnythingForAnEmptyMemory) {

@@ -99,9 +99,10 @@ constexpr CodeRow kCodes[] = {
     {CURLE_COULDNT_RESOLVE_HOST, Kind::unresolvedHost, "could not resolve host ", "{host}"},
     {CURLE_COULDNT_RESOLVE_PROXY, Kind::unresolvedHost, "could not resolve the proxy's name", ""},
     {CURLE_COULDNT_CONNECT, Kind::connectionFailed, "could not connect to ", "{host}"},
-    {CURLE_GOT_NOTHING, Kind::connectionFailed, "the server closed the connection without an answer", ""},
-    {CURLE_SEND_ERROR, Kind::connectionFailed, "the connection broke while the request was sent", ""},
-    {CURLE_RECV_ERROR, Kind::connectionFailed, "the connection broke", ""},
+    // A server that was reached has been asked, whatever became of its answer.
+    {CURLE_GOT_NOTHING, Kind::truncated, "the server closed the connection without an answer", ""},
+    {CURLE_SEND_ERROR, Kind::truncated, "the connection broke while the request was sent", ""},
+    {CURLE_RECV_ERROR, Kind::truncated, "the connection broke", ""},
     {CURLE_PEER_FAILED_VERIFICATION, Kind::tlsFailed, "the certificate could not be verified for ", "{host}"},
     {CURLE_SSL_CONNECT_ERROR, Kind::tlsFailed, "no secure connection could be made to ", "{host}"},
     {CURLE_SSL_CACERT_BADFILE, Kind::tlsFailed, "the system's certificates cannot be read", ""},
@@ -134,7 +135,7 @@ class CurlHttpClient::Session {
   /// One request and its answer, without redirects.
   struct Attempt {
     CURLcode code = CURLE_OK;
-    bool timedOut = false;
+    bool isConnected = false;
     bool tooLarge = false;
     std::string redirect;  ///< where the answer points to; empty when nowhere
     HttpResponse response;
@@ -266,7 +267,10 @@ std::optional<CurlHttpClient::Session::Attempt> CurlHttpClient::Session::attempt
   bool const finished = drive(attempt.code, deadline, stop);
   long status = 0;
   char* redirect = nullptr;
+  char* peer = nullptr;
   curl_easy_getinfo(easy_.get(), CURLINFO_RESPONSE_CODE, &status);
+  curl_easy_getinfo(easy_.get(), CURLINFO_PRIMARY_IP, &peer);
+  attempt.isConnected = peer != nullptr && *peer != '\0';
   curl_easy_getinfo(easy_.get(), CURLINFO_REDIRECT_URL, &redirect);
   attempt.response.status = static_cast<int>(status);
   if (redirect != nullptr) attempt.redirect = redirect;
@@ -278,6 +282,10 @@ std::optional<CurlHttpClient::Session::Attempt> CurlHttpClient::Session::attempt
 HttpError CurlHttpClient::Session::errorOf(Attempt const& attempt, HttpRequest const& request,
                                            Target const& target) {
   if (attempt.tooLarge) return {Kind::bodyTooLarge, "the answer is larger than is allowed"};
+  if (attempt.code == CURLE_OPERATION_TIMEDOUT && !attempt.isConnected) {
+    return {Kind::connectionFailed,
+            "no connection to " + target.host + " within " + secondsText(request.timeout)};
+  }
   if (attempt.code == CURLE_OPERATION_TIMEDOUT) {
     return {Kind::timedOut,
             "no whole answer from " + target.host + " within " + secondsText(request.timeout)};
