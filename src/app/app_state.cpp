@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace nimbara {
 
@@ -30,12 +31,13 @@ constexpr TriggerRule ruleOf(RefreshTrigger trigger) {
       return {RefreshKind::fast, true};
     case RefreshTrigger::locationChanged:
       return {RefreshKind::significantLocationChange, true};
-    case RefreshTrigger::timer:
     case RefreshTrigger::providerChosen:
       return {std::nullopt, false};
     case RefreshTrigger::networkReturned:
     case RefreshTrigger::resumed:
       return {std::nullopt, true, true};
+    // What another program of the user's has fetched meanwhile is as good as an own answer.
+    case RefreshTrigger::timer:
     case RefreshTrigger::start:
     case RefreshTrigger::retry:
       return {std::nullopt, true};
@@ -45,6 +47,11 @@ constexpr TriggerRule ruleOf(RefreshTrigger trigger) {
 
 std::string keyOf(Place const& place) {
   return cacheKey(place.coordinate);
+}
+
+/// Whose clock a kind of refresh is spaced by.
+std::string clockKey(RefreshKind kind, Place const& place) {
+  return kind == RefreshKind::significantLocationChange ? std::string(kDevicePlace) : keyOf(place);
 }
 
 /// A moment that lies farther ahead than anything is ever planned was set by a clock that has been set back.
@@ -140,13 +147,16 @@ void AppState::reshow() {
   if (auto const kept = forecasts_.cached(*place)) show(*place, *kept);
 }
 
-bool AppState::mayStart(RefreshTrigger trigger, Instant now) const {
-  auto const clock = ruleOf(trigger).clock;
-  return !clock || clocks_.mayStart(*clock, keyOf(*selected_), now, intervals_.of(*clock, isForeground_));
+/// With the lock held and a place selected.
+Instant AppState::nextStart(RefreshTrigger trigger, Instant now) const {
+  auto const kind = ruleOf(trigger).clock;
+  if (!kind) return now;
+  return clocks_.nextStart(*kind, clockKey(*kind, *selected_), now, intervals_.of(*kind, isForeground_));
 }
 
 void AppState::requestRefresh(RefreshTrigger trigger) {
   Instant const now = clock_.now();
+  std::optional<Instant> refusedUntil;
   {
     std::lock_guard const lock(mutex_);
     if (!selected_) return;
@@ -154,18 +164,26 @@ void AppState::requestRefresh(RefreshTrigger trigger) {
       needsPostUpdateRefresh_ = trigger;
       return;
     }
-    if (!mayStart(trigger, now)) return;
-    startRefresh(trigger, now);
+    Instant const next = nextStart(trigger, now);
+    if (next > now) {
+      if (trigger != RefreshTrigger::asked) return;
+      refusedUntil = next;
+    } else {
+      startRefresh(trigger, now);
+    }
   }
-  change([](WeatherState& state) { state.isLoading = true; });
-  if (ruleOf(trigger).supplements) tell(surroundings_.onDueChange);
+  change([&](WeatherState& state) {
+    state.askAgainAt = refusedUntil;
+    if (!refusedUntil) state.isLoading = true;
+  });
+  if (!refusedUntil && ruleOf(trigger).supplements) tell(surroundings_.onDueChange);
 }
 
 /// With the lock held.
 void AppState::startRefresh(RefreshTrigger trigger, Instant now) {
   Place const place = *selected_;
   clocks_.noteStart(RefreshKind::fast, keyOf(place), now);
-  if (auto const clock = ruleOf(trigger).clock) clocks_.noteStart(*clock, keyOf(place), now);
+  if (auto const kind = ruleOf(trigger).clock) clocks_.noteStart(*kind, clockKey(*kind, place), now);
   if (ruleOf(trigger).supplements) clocks_.clear(RefreshKind::supplemental, keyOf(place));
   timerDue_ = now + intervals_.refreshInterval;
   retryDue_.reset();
@@ -220,11 +238,15 @@ void AppState::finishRefresh(Place const& place, Result<ForecastAnswer, APIError
   change([&](WeatherState& state) {
     currentRefreshTask_.isRunning = false;
     bool const wasGivenUp = failure && failure->transport == HttpError::Kind::cancelled;
-    if (wasGivenUp) clocks_.clear(RefreshKind::fast, keyOf(place));
+    // Nobody was asked, so whoever wants a refresh gets it at once.
+    bool const wasAway = failure && AppError::of(*failure).kind == AppError::Case::offline;
+    if (wasGivenUp || wasAway) clocks_.clear(RefreshKind::fast, keyOf(place));
     again = std::exchange(needsPostUpdateRefresh_, std::nullopt);
     state.isLoading = again.has_value() && selected_.has_value();
     if (isShown) {
       bool const hidesFirst = failure && failure->isRefusal() && state.error;
+      bool const isRefused = failure && failure->isRefusal() && failure->retryAfter;
+      state.askAgainAt = isRefused ? std::optional<Instant>(now + *failure->retryAfter) : std::nullopt;
       if (!hidesFirst) state.error = failure ? std::optional(AppError::of(*failure)) : std::nullopt;
       if (state.lastUpdated) {
         state.isShowingStaleData = !isFresh(*state.lastUpdated, now, cache_.ttl());
@@ -338,8 +360,28 @@ void AppState::showTravelAdvisories(Place const& place, std::vector<WeatherAlert
   });
 }
 
+void AppState::deviceMoved(LocationFix const& fix) {
+  {
+    std::lock_guard const lock(mutex_);
+    movedTo_ = fix;
+  }
+  tell(surroundings_.onDueChange);
+}
+
+void AppState::arrive(Instant now) {
+  std::optional<LocationFix> fix;
+  {
+    std::lock_guard const lock(mutex_);
+    constexpr RefreshKind kKind = RefreshKind::significantLocationChange;
+    bool const may = clocks_.mayStart(kKind, kDevicePlace, now, intervals_.of(kKind, isForeground_));
+    if (may) fix = std::exchange(movedTo_, std::nullopt);
+  }
+  if (fix && surroundings_.onArrival) surroundings_.onArrival(*fix);
+}
+
 void AppState::runDue() {
   Instant const now = clock_.now();
+  arrive(now);
   std::optional<RefreshTrigger> trigger;
   {
     std::lock_guard const lock(mutex_);
@@ -368,6 +410,10 @@ std::optional<Instant> AppState::nextDue() {
   auto const clock = [&](RefreshKind kind, Place const& place) {
     consider(clocks_.nextStart(kind, keyOf(place), now, intervals_.of(kind, isForeground_)));
   };
+  if (movedTo_) {
+    constexpr RefreshKind kKind = RefreshKind::significantLocationChange;
+    consider(clocks_.nextStart(kKind, kDevicePlace, now, intervals_.of(kKind, isForeground_)));
+  }
   if (surroundings_.refreshSupplemental && selected_ && !supplementalRefreshTask_.isRunning) {
     clock(RefreshKind::supplemental, *selected_);
     consider(supplementalRetryDue_);

@@ -9,6 +9,7 @@
 #include "app/task_runner.h"
 #include "app/weather_state.h"
 #include "platform/clock.h"
+#include "platform/location_source.h"
 
 #include <functional>
 #include <memory>
@@ -58,6 +59,8 @@ class AppState {
     /// Stopped when another place is selected.
     std::function<SupplementalOutcome(Place const&, std::stop_token)> refreshSupplemental;
     std::function<void(RefreshReport const&)> onRefresh;
+    /// The device has moved, and its new place may be selected: the spacing of such moves allows it.
+    std::function<void(LocationFix const&)> onArrival;
     std::function<void()> onChange;                     ///< the weather state was replaced
     std::function<void()> onDueChange;                  ///< `nextDue` may have moved
     std::function<std::chrono::milliseconds()> jitter;  ///< added to the timer, against full hours
@@ -72,6 +75,9 @@ class AppState {
   void selectPlace(std::optional<Place> place, RefreshTrigger trigger = RefreshTrigger::placeChosen);
   /// Starts a refresh where the clocks allow it; one that is asked for while one runs is run once after it.
   void requestRefresh(RefreshTrigger trigger);
+  /// The device is elsewhere. `onArrival` is called as soon as moves may cause a refresh again, with the last
+  /// of several.
+  void deviceMoved(LocationFix const& fix);
   /// Shows the kept forecast of the selected place again, as after a change of the forecasts' wording.
   void reshow();
   void setForeground(bool isForeground);
@@ -95,7 +101,8 @@ class AppState {
     std::stop_source stop;
   };
 
-  bool mayStart(RefreshTrigger trigger, Instant now) const;
+  Instant nextStart(RefreshTrigger trigger, Instant now) const;
+  void arrive(Instant now);
   void startRefresh(RefreshTrigger trigger, Instant now);
   void refresh(Place const& place, RefreshTrigger trigger, std::stop_token const& stop);
   void finishRefresh(Place const& place, Result<ForecastAnswer, APIError> const& outcome);
@@ -130,6 +137,7 @@ class AppState {
   std::optional<Instant> supplementalRetryDue_;
   Slot nonActiveNotificationRefreshTask_;
   std::optional<RefreshTrigger> needsPostUpdateRefresh_;
+  std::optional<LocationFix> movedTo_;
   std::optional<Instant> timerDue_;
   std::optional<Instant> retryDue_;
   std::size_t retries_ = 0;

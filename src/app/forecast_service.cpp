@@ -1,10 +1,15 @@
 #include "app/forecast_service.h"
 
+#include "base/file_lock.h"
 #include "model/process.h"
 
 namespace nimbara {
 
 namespace {
+
+/// How often another program of the user's that asks for the same place is waited for, half a second each
+/// time.
+constexpr int kPatience = 20;
 
 void setUnlessEmpty(std::string& target, std::string const& text) {
   if (!text.empty()) target = text;
@@ -96,10 +101,24 @@ Result<ForecastAnswer, APIError> ForecastService::fetch(Place const& place, std:
 
 Result<ForecastAnswer, APIError> ForecastService::get(Place const& place, WeatherProviderOption wanted,
                                                       std::stop_token const& stop) {
+  auto const suits = [wanted](std::optional<ForecastAnswer> const& answer) {
+    return answer && !answer->stale &&
+           (wanted == WeatherProviderOption::automatic || answer->provider == wanted);
+  };
   auto kept = cached(place);
-  bool const suits =
-      kept && !kept->stale && (wanted == WeatherProviderOption::automatic || kept->provider == wanted);
-  if (suits) return std::move(*kept);
+  if (suits(kept)) return std::move(*kept);
+  std::optional<FileLock> turn;
+  if (!cache_.cacheDirectory().empty()) {
+    auto const file =
+        cache_.cacheDirectory() / (WeatherCache::fileName(cacheKey(place.coordinate)) + ".lock");
+    for (int i = 0; i < kPatience && !stop.stop_requested(); ++i) {
+      turn.emplace(file);
+      // Whoever waited finds what the other has fetched.
+      kept = cached(place);
+      if (suits(kept)) return std::move(*kept);
+      if (!turn->isTaken()) break;
+    }
+  }
   auto fetched = fetch(place, stop);
   bool const wasCancelled = !fetched && fetched.error().transport == HttpError::Kind::cancelled;
   if (fetched || !kept || wasCancelled) return fetched;

@@ -48,8 +48,8 @@ class ForecastService {
   std::optional<ForecastAnswer> cached(Place const& place);
   /// Asks the providers and keeps the answer.
   Result<ForecastAnswer, APIError> fetch(Place const& place, std::stop_token const& stop = {});
-  /// The cached forecast while it is fresh and comes from `wanted`; else a new one; else, with `failure` set,
-  /// the last good one.
+  /// The cached forecast while it is fresh and comes from `wanted`, whoever of the user's programs has
+  /// fetched it or is about to; else a new one; else, with `failure` set, the last good one.
   Result<ForecastAnswer, APIError> get(Place const& place, WeatherProviderOption wanted,
                                        std::stop_token const& stop = {});
 

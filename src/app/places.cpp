@@ -118,6 +118,14 @@ PlaceResult selectCurrentLocation(PlaceList& list, LocationFix const& fix) {
   return {};
 }
 
+PlaceResult moveCurrentLocation(PlaceList& list, LocationFix const& fix) {
+  if (!list.offersCurrentLocation) {
+    return std::unexpected(std::string("the current location is not among the places any more"));
+  }
+  list.lastFix = fix;
+  return {};
+}
+
 PlaceResult removeCurrentLocation(PlaceList& list) {
   list.offersCurrentLocation = false;
   list.lastFix = std::nullopt;

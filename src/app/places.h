@@ -67,6 +67,8 @@ PlaceResult selectPlace(PlaceList& list, Uuid const& id);
 /// Nothing leaves it to the default again.
 PlaceResult chooseNotifications(PlaceList& list, Uuid const& id, std::optional<PlaceChoice> choice);
 PlaceResult selectCurrentLocation(PlaceList& list, LocationFix const& fix);
+/// The device is elsewhere; the selection stays.
+PlaceResult moveCurrentLocation(PlaceList& list, LocationFix const& fix);
 PlaceResult removeCurrentLocation(PlaceList& list);
 
 class Places {

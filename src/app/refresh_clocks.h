@@ -13,13 +13,16 @@
 
 namespace nimbara {
 
-/// The refreshes that are spaced for each place.
+/// The refreshes that are spaced for each place; those of a moving device for the device, wherever it is.
 enum class RefreshKind { fast, supplemental, nonActiveNotification, significantLocationChange };
 
 template <>
 inline constexpr auto enumNames<RefreshKind> = std::to_array<std::string_view>(
     {"fast", "supplemental", "nonActiveNotification", "significantLocationChange"});
 static_assert(enumNamesComplete(RefreshKind::significantLocationChange));
+
+/// Stands for the device among the places.
+inline constexpr std::string_view kDevicePlace = "device";
 
 struct RefreshIntervals {
   std::chrono::seconds refreshInterval{900};  ///< of the selected place's timer

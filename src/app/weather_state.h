@@ -46,6 +46,7 @@ struct WeatherState {
   bool isShowingStaleData = false;  ///< the forecast is an older one, kept while no fresh one could be had
   std::optional<AppError> error;
   std::optional<Instant> lastUpdated;  ///< when the forecast shown was fetched
+  std::optional<Instant> askAgainAt;   ///< a refresh was wanted and refused; from then on it is not
   std::optional<WeatherProviderOption> currentWeatherProvider;
   bool isShowingLiveNetatmoData = false;
   std::vector<WeatherAlert> govAlerts;

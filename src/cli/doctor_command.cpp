@@ -1,5 +1,7 @@
 #include "app/coverage_text.h"
+#include "app/place_resolver.h"
 #include "app/places.h"
+#include "app/refresh_clocks.h"
 #include "base/display_text.h"
 #include "base/json.h"
 #include "base/time_words.h"
@@ -56,6 +58,15 @@ struct RegionState {
   std::optional<std::string> problem;
 };
 
+/// How often something is refreshed, and as far as files tell, when it was and when it may be again.
+struct ClockState {
+  std::string clock;
+  std::int64_t seconds = 0;
+  std::string of;
+  std::optional<Instant> last;
+  std::optional<Instant> next;
+};
+
 struct Diagnosis {
   std::vector<ServiceState> services;
   std::vector<CachedPlace> cache;
@@ -63,6 +74,7 @@ struct Diagnosis {
   std::vector<FolderState> folders;
   std::vector<DesktopState> desktop;
   RegionState regions;
+  std::vector<ClockState> clocks;
 };
 
 }  // namespace
@@ -94,10 +106,17 @@ inline constexpr auto jsonFields<RegionState> =
     std::tuple{field("edition", &RegionState::edition), field("updated", &RegionState::isUpdated),
                field("problem", &RegionState::problem)};
 template <>
-inline constexpr auto jsonFields<Diagnosis> =
-    std::tuple{field("services", &Diagnosis::services), field("cache", &Diagnosis::cache),
-               field("officialWarnings", &Diagnosis::warnings), field("directories", &Diagnosis::folders),
-               field("desktopServices", &Diagnosis::desktop), field("warningRegions", &Diagnosis::regions)};
+inline constexpr auto jsonFields<ClockState> = std::tuple{
+    field("clock", &ClockState::clock), field("seconds", &ClockState::seconds), field("of", &ClockState::of),
+    field("last", &ClockState::last), field("next", &ClockState::next)};
+template <>
+inline constexpr auto jsonFields<Diagnosis> = std::tuple{field("services", &Diagnosis::services),
+                                                         field("cache", &Diagnosis::cache),
+                                                         field("officialWarnings", &Diagnosis::warnings),
+                                                         field("directories", &Diagnosis::folders),
+                                                         field("desktopServices", &Diagnosis::desktop),
+                                                         field("warningRegions", &Diagnosis::regions),
+                                                         field("clocks", &Diagnosis::clocks)};
 
 namespace {
 
@@ -157,6 +176,33 @@ std::vector<PlaceWarnings> warningsOf(RunContext& context, Session const& sessio
   return warnings;
 }
 
+/// What the long-lived programs keep to. Only what lies in files has a last time.
+std::vector<ClockState> clocksOf(RunContext& context, Session const& session) {
+  RefreshIntervals const intervals;
+  auto const list = Places(*session.store).list().value_or(PlaceList{});
+  auto const wanted = resolvePlace("", list);
+  Place const* const selected = wanted ? std::get_if<Place>(&*wanted) : nullptr;
+  auto const kept = selected ? context.app().cache().load(cacheKey(selected->coordinate)) : std::nullopt;
+  auto const clock = [](std::string name, std::string of, std::chrono::seconds interval,
+                        std::optional<Instant> last = {}) {
+    auto const next = last ? std::optional<Instant>(*last + interval) : std::nullopt;
+    return ClockState{std::move(name), interval.count(), std::move(of), last, next};
+  };
+  bool const isHere = list.selected == kCurrentLocation && list.lastFix;
+  std::string const device = isHere ? "the current location, which follows the device"
+                                    : "the current location, which is not the selected place";
+  return {clock("refresh", "the selected place", intervals.refreshInterval,
+                kept ? std::optional(kept->responseTimestamp) : std::nullopt),
+          clock("fastRefresh", "a place, when somebody asks for it", intervals.fastRefreshInterval),
+          clock("supplementalRefresh", "warnings and other feeds of a place",
+                intervals.supplementalRefreshInterval),
+          clock("otherPlacesInFront", "the other places, while the window is in front",
+                intervals.nonActiveNotificationRefreshIntervalForeground),
+          clock("otherPlaces", "the other places", intervals.nonActiveNotificationRefreshIntervalBackground),
+          clock("locationChange", device, intervals.slcRefreshMinInterval,
+                list.lastFix ? std::optional(list.lastFix->time) : std::nullopt)};
+}
+
 FolderState folderOf(std::string purpose, std::filesystem::path const& path) {
   std::error_code ignored;
   return {std::move(purpose), path.string(), std::filesystem::is_directory(path, ignored),
@@ -170,6 +216,7 @@ Diagnosis diagnose(RunContext& context, Session const& session) {
   diagnosis.warnings = warningsOf(context, session);
   diagnosis.folders = {folderOf("settings and places", session.environment.dataDirectory),
                        folderOf("cache", session.environment.cacheDirectory)};
+  diagnosis.clocks = clocksOf(context, session);
   for (DesktopServiceState const& state : desktopServiceStates({session.environment.program, {}, {}})) {
     diagnosis.desktop.push_back({state.name, state.purpose, state.presence, state.details});
   }
@@ -192,6 +239,8 @@ class Page {
     heading("Official warnings");
     for (PlaceWarnings const& place : diagnosis.warnings) row(place.name, linesOf(place));
     if (diagnosis.warnings.empty()) row("", "no places are saved");
+    heading("Clocks");
+    for (ClockState const& state : diagnosis.clocks) row(state.clock, lineOf(state));
     heading("Folders");
     for (FolderState const& folder : diagnosis.folders) row(folder.purpose, lineOf(folder));
     heading("Warning regions");
@@ -226,6 +275,13 @@ class Page {
       line += ", last error " + age(*state.lastErrorAt) + ": " + *state.lastError;
     }
     return state.coolingDown ? line + " (not asked for five minutes)" : line;
+  }
+  std::string lineOf(ClockState const& state) const {
+    std::string line = "at most every " + std::to_string(state.seconds / 60) + " min: " + state.of;
+    if (state.last) line += ", last " + age(*state.last);
+    if (state.next && *state.next > context_.clock().now())
+      line += ", next from " + formatIso8601(*state.next);
+    return line;
   }
   std::string lineOf(CachedPlace const& place) const {
     if (!place.answeredAt) return "none";

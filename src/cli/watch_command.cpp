@@ -1,5 +1,6 @@
 #include "app/app_state.h"
 #include "app/http_recording.h"
+#include "app/location_follower.h"
 #include "app/notification_call.h"
 #include "app/notification_desk.h"
 #include "app/place_resolver.h"
@@ -39,6 +40,22 @@ class KnownPlaces {
     return places;
   }
 
+  std::optional<LocationFix> lastFix() const {
+    std::lock_guard const lock(mutex_);
+    return list_.lastFix;
+  }
+  /// The current location is the selected place.
+  bool isHere() const {
+    std::lock_guard const lock(mutex_);
+    return list_.selected == kCurrentLocation && list_.lastFix;
+  }
+  void moveHere(LocationFix const& fix) {
+    auto list = places_.change([&fix](PlaceList& each) { return moveCurrentLocation(each, fix); });
+    if (!list) return;  // it is no place any more
+    std::lock_guard const lock(mutex_);
+    list_ = std::move(*list);
+  }
+
   std::vector<WatchedPlace> watched() const {
     auto const place = selected();
     if (!place) return {};
@@ -70,7 +87,8 @@ class Watch {
         log_(session.console, *clock_, context_.texts(), line.watch.json),
         state_(context_.app().forecasts(), context_.app().providers(), context_.app().cache(), *clock_, pool_,
                surroundings()),
-        desk_(deskSurroundings()) {}
+        desk_(deskSurroundings()),
+        device_(deviceSurroundings()) {}
 
   int run() {
     log_.happened("started");
@@ -83,6 +101,7 @@ class Watch {
     std::jthread const settings([this](std::stop_token const& stop) { followSettings(stop); });
     select(RefreshTrigger::start);
     runScheduler(state_, desk_.notifier(), timer_, *clock_, session_.stop);
+    device_.want(false);
     pool_.stop();
     log_.happened("stopped");
     return exitCode::kInterrupted;
@@ -105,9 +124,27 @@ class Watch {
       log_.refreshed(report);
       desk_.notifier().requestPass();
     };
+    all.onArrival = [this](LocationFix const& fix) { arrive(fix); };
     all.onDueChange = [this] { timer_.wake(); };
     all.jitter = requestJitter;
     return all;
+  }
+
+  LocationFollower::Surroundings deviceSurroundings() {
+    return {[this](LocationSource::Moved const& moved, std::stop_token stop) {
+              return desktopLocationSource({session_.environment.program, {}, {}})
+                  ->follow(kSignificantMetres, moved, std::move(stop));
+            },
+            [this] { return places_.lastFix(); },
+            [this](LocationFix const& fix) { state_.deviceMoved(fix); }};
+  }
+
+  /// The device is where the current location is not any more.
+  void arrive(LocationFix const& fix) {
+    places_.moveHere(fix);
+    log_.happened("locationChanged");
+    select(RefreshTrigger::locationChanged);
+    desk_.notifier().requestPass();
   }
 
   NotificationDesk::Surroundings deskSurroundings() {
@@ -151,12 +188,14 @@ class Watch {
     auto const place = places_.selected();
     if (!place) note("no place is selected; add one with: nimbara places add NAME");
     state_.selectPlace(place, trigger);
+    device_.want(places_.isHere());
   }
 
   void systemEvent(SystemEvent event) {
     log_.happened(enumName(event));
     state_.wokeUp(event == SystemEvent::resumed ? RefreshTrigger::resumed : RefreshTrigger::networkReturned);
     desk_.notifier().wokeUp();
+    device_.want(places_.isHere());
   }
 
   /// Another process changed settings or places. What the program remembers for itself lies in the same store
@@ -187,6 +226,7 @@ class Watch {
             .value_or(WeatherProviderOption::automatic));
     log_.happened("settingsChanged");
     if (places_.selected() != state_.selectedPlace()) select(RefreshTrigger::placeChosen);
+    device_.want(places_.isHere());
     desk_.notifier().requestPass();
     timer_.wake();
   }
@@ -200,6 +240,7 @@ class Watch {
   ThreadPool pool_;
   AppState state_;
   NotificationDesk desk_;
+  LocationFollower device_;
 };
 
 }  // namespace

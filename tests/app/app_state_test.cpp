@@ -120,6 +120,88 @@ TEST_F(AppStateTest, SpacesQuickRefreshesOfOnePlace) {
   }
 }
 
+TEST_F(AppStateTest, SaysFromWhenItAsksAgainWhenItDoesNot) {
+  state.selectPlace(kBerlin, RefreshTrigger::start);
+  runner.runAll();
+  EXPECT_FALSE(state.weather()->askAgainAt);
+  clock.set(kStart + 299s);
+  state.requestRefresh(RefreshTrigger::asked);
+  EXPECT_EQ(state.weather()->askAgainAt, kStart + 300s);
+  clock.set(kStart + 300s);
+  failure = APIError::http(500);
+  state.requestRefresh(RefreshTrigger::asked);
+  runner.runAll();
+  EXPECT_FALSE(state.weather()->askAgainAt);
+  clock.set(kStart + 600s - 1ms);
+  history.noteFailure("openMeteo", clock.now(), "down");
+  clock.set(kStart + 600s);
+  state.requestRefresh(RefreshTrigger::asked);
+  runner.runAll();
+  EXPECT_EQ(requests.size(), 2U);
+  EXPECT_EQ(state.weather()->askAgainAt, kStart + 900s) << "every provider is resting";
+}
+
+TEST_F(AppStateTest, AsksAtOnceAfterANetworkThatWasAway) {
+  failure = offline();
+  state.selectPlace(kBerlin, RefreshTrigger::start);
+  runner.runAll();
+  failure.reset();
+  clock.advance(1s);
+  state.requestRefresh(RefreshTrigger::asked);
+  runner.runAll();
+  EXPECT_EQ(requests.size(), 2U);
+  EXPECT_FALSE(state.weather()->error);
+}
+
+TEST_F(AppStateTest, TwoProgramsRefreshOnceBetweenThem) {
+  // The same folder, a memory of its own.
+  WeatherCache otherCache{folder.path(), clock};
+  ForecastService otherForecasts{providers, otherCache, clock, {}};
+  AppState other{otherForecasts, providers, otherCache, clock, runner, {}};
+  state.selectPlace(kBerlin, RefreshTrigger::start);
+  runner.runAll();
+  other.selectPlace(kBerlin, RefreshTrigger::start);
+  runner.runAll();
+  for (auto const later : {0s, 900s, 1800s, 2700s, 3600s}) {
+    for (auto const lag : {0s, 7s}) {
+      clock.set(kStart + later + lag);
+      (lag == 0s ? state : other).runDue();
+      runner.runAll();
+    }
+    EXPECT_EQ(other.weather()->lastUpdated, state.weather()->lastUpdated);
+  }
+  EXPECT_EQ(requests.size(), 5U);
+}
+
+TEST_F(AppStateTest, SpacesTheMovesOfTheDevice) {
+  std::vector<double> arrived;
+  auto all = surroundings();
+  AppState* acting = nullptr;
+  all.onArrival = [&](LocationFix const& fix) {
+    arrived.push_back(fix.coordinate.latitude);
+    acting->selectPlace(Place{fix.coordinate, "", "", ""}, RefreshTrigger::locationChanged);
+  };
+  AppState subject(forecasts, providers, cache, clock, runner, all);
+  acting = &subject;
+  subject.selectPlace(kBerlin, RefreshTrigger::start);
+  runner.runAll();
+  struct Row {
+    std::chrono::milliseconds later;
+    double movedTo;  ///< 0: nowhere
+    std::vector<double> arrived;
+  };
+  for (Row const& row : {Row{10s, 50, {50}}, Row{100s, 51, {50}}, Row{300s, 52, {50}},
+                         Row{609'999ms, 0, {50}}, Row{610s, 0, {50, 52}}, Row{2000s, 53, {50, 52, 53}}}) {
+    clock.set(kStart + row.later);
+    if (row.movedTo != 0) subject.deviceMoved({{row.movedTo, 10}, 100, clock.now()});
+    if (row.movedTo == 51) EXPECT_EQ(subject.nextDue(), kStart + 610s);
+    subject.runDue();
+    runner.runAll();
+    EXPECT_EQ(arrived, row.arrived) << row.later.count();
+  }
+  EXPECT_EQ(subject.selectedPlace()->coordinate.latitude, 53);
+}
+
 TEST_F(AppStateTest, RefreshesEveryFifteenMinutesForDays) {
   state.selectPlace(kBerlin, RefreshTrigger::start);
   runner.runAll();

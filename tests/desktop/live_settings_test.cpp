@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <condition_variable>
+#include <mutex>
 
 namespace nimbara {
 namespace {
@@ -61,6 +62,13 @@ class LiveSettings : public testing::Test {
     options.now = test::at("2026-11-21T12:00:00Z");
     options.places = {placeAt("One", {10, 10}), placeAt("Two", {20, 20}), placeAt("Three", {30, 30})};
     options.locate = [this](std::stop_token const&) { return location_; };
+    options.follow = [this](LocationSource::Moved const& moved, std::stop_token stop) {
+      if (movesTo_) moved(*movesTo_);
+      std::mutex waiting;
+      std::unique_lock lock(waiting);
+      std::condition_variable_any().wait(lock, stop, [] { return false; });
+      return LocationError{LocationError::Kind::cancelled, ""};
+    };
     core_.emplace(environment_, std::move(options),
                   [this](Snapshots::Snapshot snapshot) { snapshots_.take(std::move(snapshot)); });
     EXPECT_TRUE(
@@ -87,6 +95,7 @@ class LiveSettings : public testing::Test {
   SqliteSettingsStore other_;  // of another process
   Result<LocationFix, LocationError> location_ =
       std::unexpected(LocationError{LocationError::Kind::denied, "no"});
+  std::optional<LocationFix> movesTo_;
   Snapshots snapshots_;
   std::optional<DesktopCore> core_;
 };
@@ -185,6 +194,18 @@ TEST_F(LiveSettings, SelectsWhereTheUserIsByTheNameOfTheCity) {
   EXPECT_TRUE(snapshots_.await([](DesktopSnapshot const& shown) {
     return !shown.places.offersCurrentLocation && shown.place && shown.place->name == "One";
   }));
+}
+
+TEST_F(LiveSettings, FollowsTheDeviceWhileTheCurrentLocationIsSelected) {
+  location_ = LocationFix{{52.52, 13.41}, 1000, test::at("2026-11-21T12:00:00Z")};
+  movesTo_ = LocationFix{{48.14, 11.58}, 1000, test::at("2026-11-21T12:05:00Z")};
+  start();
+  core_->locate();
+  auto const arrived = snapshots_.await(
+      [](DesktopSnapshot const& shown) { return shown.place && shown.place->name == "Munich"; });
+  ASSERT_TRUE(arrived);
+  EXPECT_EQ(arrived->places.selected, kCurrentLocation);
+  EXPECT_EQ(Places(other_).list()->lastFix, movesTo_);
 }
 
 }  // namespace

@@ -98,6 +98,20 @@ TEST(NowView, SaysWhatIsOldAndWhy) {
   EXPECT_TRUE(failed.isFailure);
 }
 
+TEST(NowView, SaysFromWhenItCanBeRefreshedAgain) {
+  WeatherState state = stateOf(mildWeek());
+  state.askAgainAt = kNow + std::chrono::seconds(90);
+  EXPECT_EQ(nowView(state, Place{}, contextAt(kNow)).notice,
+            "The forecast was asked for less than five minutes ago. It can be asked for again from 12:22.");
+  state.error = AppError::of(APIError::refusal(std::chrono::seconds(90)));
+  EXPECT_EQ(nowView(state, Place{}, contextAt(kNow)).notice,
+            "The forecast could not be fetched: every forecast service failed a few minutes ago. It is tried "
+            "again by itself. They can be asked again from 12:22.");
+  state.askAgainAt = kNow;
+  state.error.reset();
+  EXPECT_EQ(nowView(state, Place{}, contextAt(kNow)).notice, "");
+}
+
 TEST(NowView, HasNothingToSayWithoutPlaceOrForecast) {
   WeatherState state;
   state.error = AppError{AppError::Case::noLocation, {}};

@@ -59,7 +59,13 @@ class FakeGeoclue {
 
   std::string desktopId;
   std::uint32_t level = 0;
+  std::uint32_t distance = 0;
   std::promise<void> started;
+
+  void moveTo(double latitude) {
+    script_.latitude = latitude;
+    tell();
+  }
 
  private:
   void describeClient() {
@@ -72,18 +78,25 @@ class FakeGeoclue {
         .onInterface(kClient)
         .withGetter([this] { return level; })
         .withSetter([this](std::uint32_t const& value) { level = value; });
+    client_->registerProperty("DistanceThreshold")
+        .onInterface(kClient)
+        .withGetter([this] { return distance; })
+        .withSetter([this](std::uint32_t const& value) { distance = value; });
     client_->registerSignal("LocationUpdated")
         .onInterface(kClient)
         .withParameters<sdbus::ObjectPath, sdbus::ObjectPath>();
     client_->registerMethod("Start").onInterface(kClient).implementedAs([this] {
       started.set_value();
       if (!script_.startError.empty()) throw sdbus::Error(script_.startError, "no");
-      if (!script_.tells) return;
-      client_->emitSignal("LocationUpdated")
-          .onInterface("org.freedesktop.GeoClue2.Client")
-          .withArguments(sdbus::ObjectPath("/"), sdbus::ObjectPath("/location/1"));
+      if (script_.tells) tell();
     });
     client_->finishRegistration();
+  }
+
+  void tell() {
+    client_->emitSignal("LocationUpdated")
+        .onInterface("org.freedesktop.GeoClue2.Client")
+        .withArguments(sdbus::ObjectPath("/"), sdbus::ObjectPath("/location/1"));
   }
 
   void describeLocation() {
@@ -131,6 +144,23 @@ struct FailureRow {
   LocationError::Kind kind;
   std::string_view text;
 };
+
+TEST_F(LocationTest, FollowsTheDeviceByTheServicesThreshold) {
+  FakeGeoclue geoclue(bus_, {});
+  std::stop_source stop;
+  std::vector<double> latitudes;
+  auto const source = desktopLocationSource({test::kProgram, bus_.address(), {}});
+  auto const end = source->follow(
+      1000,
+      [&](LocationFix const& fix) {
+        latitudes.push_back(fix.coordinate.latitude);
+        latitudes.size() < 3 ? geoclue.moveTo(52.52 + double(latitudes.size())) : void(stop.request_stop());
+      },
+      stop.get_token());
+  EXPECT_EQ(end.kind, LocationError::Kind::cancelled);
+  EXPECT_EQ(latitudes, (std::vector{52.52, 53.52, 54.52}));
+  EXPECT_EQ(geoclue.distance, 1000U);
+}
 
 TEST_F(LocationTest, NeverGuesses) {
   GeoclueScript denied;

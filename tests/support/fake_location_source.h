@@ -13,6 +13,10 @@ class FakeLocationSource final : public LocationSource {
   Result<LocationFix, LocationError> locate(std::chrono::milliseconds, std::stop_token) override {
     return answer_;
   }
+  LocationError follow(std::uint32_t, Moved const& moved, std::stop_token) override {
+    if (answer_) moved(*answer_);
+    return answer_ ? LocationError{LocationError::Kind::cancelled, ""} : answer_.error();
+  }
 
  private:
   Result<LocationFix, LocationError> answer_;

@@ -26,6 +26,12 @@ DesktopCore::Locate locationOfDesktop(Environment const& environment) {
   };
 }
 
+DesktopCore::Follow followOfDesktop(Environment const& environment) {
+  return [program = environment.program](LocationSource::Moved const& moved, std::stop_token stop) {
+    return desktopLocationSource({program, {}, {}})->follow(kSignificantMetres, moved, std::move(stop));
+  };
+}
+
 LocationState::Phase phaseOf(LocationError const& error) {
   bool const isDenied = error.kind == LocationError::Kind::denied;
   return isDenied ? LocationState::Phase::denied : LocationState::Phase::unavailable;
@@ -54,13 +60,15 @@ DesktopCore::DesktopCore(Environment const& environment, Options options, Listen
       hazards_(composition_.feeds(), store_, held_, hazardSurroundings()),
       state_(composition_.forecasts(), composition_.providers(), composition_.cache(), *clock_, held_,
              surroundings()),
-      satellites_(composition_.http(), *clock_, composition_.services().address(Service::feedServer).baseUrl,
-                  satelliteFolder(environment, standIn())),
+      satellites_(composition_.feeds().elements(), *clock_, satelliteFolder(environment, standIn())),
       globe_(
           {satellites_, composition_.feeds().earthquakes(), *clock_, work_, std::move(options.onGlobeChange),
            [this](std::string hidden) { keepSetting("globeHidden", std::move(hidden)); }},
           settings_.settings().text("globeHidden")),
-      notifications_(notificationSurroundings(environment, options)) {
+      notifications_(notificationSurroundings(environment, options)),
+      device_({options.follow ? std::move(options.follow) : followOfDesktop(environment),
+               [this] { return places_.state().list.lastFix; },
+               [this](LocationFix const& fix) { state_.deviceMoved(fix); }}) {
   if (!options.waitsForWindow) held_.release();
   commands_.run(
       [this, places = std::move(options.places), place = std::move(options.place)](std::stop_token const&) {
@@ -77,6 +85,7 @@ DesktopCore::~DesktopCore() {
   follower_ = {};
   scheduler_ = {};
   commands_.stop();
+  device_.want(false);
   system_.reset();
   work_.stop();
   appearance_.reset();
@@ -89,6 +98,9 @@ AppState::Surroundings DesktopCore::surroundings() {
   all.onChange = [this] { publish(); };
   all.refreshSupplemental = [this](Place const& place, std::stop_token const& stop) {
     return hazards_.refresh(place, stop);
+  };
+  all.onArrival = [this](LocationFix const& fix) {
+    commands_.run([this, fix](std::stop_token const&) { arrive(fix); });
   };
   all.onDueChange = [this] { timer_.wake(); };
   all.jitter = requestJitter;
@@ -177,6 +189,20 @@ void DesktopCore::showSelected(RefreshTrigger trigger) {
   }
   hasBegun_ = true;
   publish();
+  if (hasBegunTheRest_) followDevice();
+}
+
+void DesktopCore::followDevice() {
+  PlaceList const list = places_.state().list;
+  device_.want(list.selected == kCurrentLocation && list.lastFix);
+}
+
+/// The device is where the current location is not any more.
+void DesktopCore::arrive(LocationFix const& fix) {
+  places_.change([&fix](PlaceList& list) { return moveCurrentLocation(list, fix); });
+  showSelected(RefreshTrigger::locationChanged);
+  notifications_.requestPass();
+  timer_.wake();
 }
 
 /// One after the other, so that the listener has the newest last.
@@ -278,6 +304,7 @@ void DesktopCore::beginTheRest() {
   places_.readAllKept();
   publish();
   notifications_.begin();
+  followDevice();
 }
 
 void DesktopCore::followSystem(std::function<void(std::string const&)> missing) {
@@ -288,6 +315,7 @@ void DesktopCore::followSystem(std::function<void(std::string const&)> missing) 
                                                   : RefreshTrigger::networkReturned);
       notifications_.notifier().wokeUp();
       timer_.wake();
+      commands_.run([this](std::stop_token const&) { followDevice(); });
     });
     for (std::string const& sentence : system_->missing()) missing(sentence);
   });

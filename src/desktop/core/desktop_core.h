@@ -6,6 +6,7 @@
 #include "app/app_state.h"
 #include "app/composition.h"
 #include "app/environment.h"
+#include "app/location_follower.h"
 #include "app/place_search.h"
 #include "app/places.h"
 #include "desktop/core/desktop_globe.h"
@@ -52,6 +53,8 @@ class DesktopCore {
  public:
   /// Asks where the user is, on a thread of the core's own.
   using Locate = std::function<Result<LocationFix, LocationError>(std::stop_token const&)>;
+  /// Follows the device, on a thread of the core's own; empty for the desktop's location service.
+  using Follow = std::function<LocationError(LocationSource::Moved const&, std::stop_token)>;
   struct Options {
     std::string services;  ///< stands in for the services; empty for the services themselves
     std::optional<Instant> now;
@@ -63,6 +66,7 @@ class DesktopCore {
     /// A person clicked on a notification. Called on the core's threads.
     std::function<void(ApplicationCall const&)> onOpen;
     Locate locate;
+    Follow follow;
     bool waitsForWindow = false;  ///< nothing is asked of the services before `windowIsShown`
   };
   using Listener = std::function<void(std::shared_ptr<DesktopSnapshot const>)>;
@@ -124,6 +128,8 @@ class DesktopCore {
   void apply(SettingsChanges const& changes);
   void noteAnswer(AppState::RefreshReport const& report);
   void noteLocation(LocationState::Phase phase, std::string message = {});
+  void followDevice();
+  void arrive(LocationFix const& fix);
   void finishLocating(Result<LocationFix, LocationError> const& fix);
   void showSelected(RefreshTrigger trigger);
   void keepSetting(std::string key, SettingValue value);
@@ -154,6 +160,7 @@ class DesktopCore {
   SatelliteFeed satellites_;
   DesktopGlobe globe_;
   DesktopNotifications notifications_;
+  LocationFollower device_;
   std::jthread scheduler_;
   std::jthread follower_;
 };

@@ -46,6 +46,13 @@ std::string noticeOf(WeatherState const& state, ViewContext const& context, Time
   if (state.error && state.error->kind != AppError::Case::noLocation) {
     notice += (notice.empty() ? "" : " ") + state.error->text(context.texts);
   }
+  if (state.askAgainAt && context.now < *state.askAgainAt) {
+    bool const isRefused = state.error && state.error->cause && state.error->cause->isRefusal();
+    notice += (notice.empty() ? "" : " ") +
+              context.texts.format(
+                  isRefused ? "desktop.askAgain.refused" : "desktop.askAgain.tooSoon",
+                  words.moment(std::chrono::ceil<std::chrono::minutes>(*state.askAgainAt), context.now));
+  }
   return notice;
 }
 

@@ -18,8 +18,13 @@ constexpr char kNoModule[] =
 class NoLocationSource final : public LocationSource {
  public:
   Result<LocationFix, LocationError> locate(std::chrono::milliseconds, std::stop_token) override {
-    return std::unexpected(LocationError{LocationError::Kind::unavailable,
-                                         "the location is not known: " + std::string(kNoModule)});
+    return std::unexpected(absent());
+  }
+  LocationError follow(std::uint32_t, Moved const&, std::stop_token) override { return absent(); }
+
+ private:
+  static LocationError absent() {
+    return {LocationError::Kind::unavailable, "the location is not known: " + std::string(kNoModule)};
   }
 };
 

@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <map>
+#include <utility>
 
 namespace nimbara {
 
@@ -79,32 +80,50 @@ class Conversation {
       : connection_(connection), task_(connection, timeout, std::move(stop)) {}
 
   Result<LocationFix, LocationError> run() {
-    auto const manager = sdbus::createProxy(connection_, kService, kManagerPath);
-    auto const path = value(task_.call<sdbus::ObjectPath>(*manager, kManager, "GetClient"));
-    if (!path) return std::unexpected(path.error());
-    auto const client = sdbus::createProxy(connection_, kService, std::get<0>(*path));
-    std::optional<sdbus::ObjectPath> location;
-    client->uponSignal("LocationUpdated")
-        .onInterface(kClient)
-        .call(
-            [&location](sdbus::ObjectPath const&, sdbus::ObjectPath const& updated) { location = updated; });
-    client->finishRegistration();
-    for (auto const& [property, wanted] :
-         {std::pair("DesktopId", sdbus::Variant(std::string(kApplicationId))),
-          std::pair("RequestedAccuracyLevel", sdbus::Variant(kCityLevel))}) {
-      auto const set = value(
-          task_.call<>(*client, kProperties, "Set", std::string(kClient), std::string(property), wanted));
-      if (!set) return std::unexpected(set.error());
+    if (auto problem = start(0)) return std::unexpected(std::move(*problem));
+    return next();
+  }
+
+  /// Until the end of the conversation's time, which is what it gives, or an error.
+  LocationError follow(std::uint32_t metres, LocationSource::Moved const& moved) {
+    if (auto problem = start(metres)) return std::move(*problem);
+    for (;;) {
+      auto const fix = next();
+      if (!fix) return fix.error();
+      moved(*fix);
     }
-    if (auto const started = value(task_.call<>(*client, kClient, "Start")); !started) {
-      return std::unexpected(started.error());
-    }
-    BusWait const waited = task_.waitUntil([&] { return location.has_value(); });
-    if (waited != BusWait::done) return std::unexpected(errorOf(waited));
-    return read(*location);
   }
 
  private:
+  /// Nothing when the service has begun to look.
+  std::optional<LocationError> start(std::uint32_t metres) {
+    auto const manager = sdbus::createProxy(connection_, kService, kManagerPath);
+    auto const path = value(task_.call<sdbus::ObjectPath>(*manager, kManager, "GetClient"));
+    if (!path) return path.error();
+    client_ = sdbus::createProxy(connection_, kService, std::get<0>(*path));
+    client_->uponSignal("LocationUpdated")
+        .onInterface(kClient)
+        .call([this](sdbus::ObjectPath const&, sdbus::ObjectPath const& updated) { location_ = updated; });
+    client_->finishRegistration();
+    for (auto const& [property, wanted] :
+         {std::pair("DesktopId", sdbus::Variant(std::string(kApplicationId))),
+          std::pair("RequestedAccuracyLevel", sdbus::Variant(kCityLevel)),
+          std::pair("DistanceThreshold", sdbus::Variant(metres))}) {
+      auto const set = value(
+          task_.call<>(*client_, kProperties, "Set", std::string(kClient), std::string(property), wanted));
+      if (!set) return set.error();
+    }
+    auto const started = value(task_.call<>(*client_, kClient, "Start"));
+    return started ? std::nullopt : std::optional(started.error());
+  }
+
+  /// Waits for a location that was not read yet.
+  Result<LocationFix, LocationError> next() {
+    BusWait const waited = task_.waitUntil([&] { return location_.has_value(); });
+    if (waited != BusWait::done) return std::unexpected(errorOf(waited));
+    return read(*std::exchange(location_, std::nullopt));
+  }
+
   template <class... Results>
   Result<std::tuple<Results...>, LocationError> value(
       std::optional<BusTask::Reply<Results...>> const& reply) const {
@@ -122,22 +141,42 @@ class Conversation {
 
   sdbus::IConnection& connection_;
   BusTask task_;
+  std::unique_ptr<sdbus::IProxy> client_;
+  std::optional<sdbus::ObjectPath> location_;
 };
 
-}  // namespace
-
-Result<LocationFix, LocationError> GeoclueLocationSource::locate(milliseconds timeout, std::stop_token stop) {
+/// The end of the connection ends the service's work for it.
+template <class Talk>
+Result<LocationFix, LocationError> converse(std::string const& systemBus, Talk const& talk) {
   std::unique_ptr<sdbus::IConnection> connection;
   try {
-    connection = connectToBus(systemBus_);
+    connection = connectToBus(systemBus);
   } catch (sdbus::Error const&) {
     return std::unexpected(errorOf(Kind::unavailable, "there is no system bus (D-Bus) to ask on"));
   }
   try {
-    // The end of the connection ends the service's work for it.
-    return Conversation(*connection, timeout, std::move(stop)).run();
+    return talk(*connection);
   } catch (sdbus::Error const& error) {
     return std::unexpected(errorOf(error));
+  }
+}
+
+}  // namespace
+
+Result<LocationFix, LocationError> GeoclueLocationSource::locate(milliseconds timeout, std::stop_token stop) {
+  return converse(systemBus_,
+                  [&](sdbus::IConnection& bus) { return Conversation(bus, timeout, std::move(stop)).run(); });
+}
+
+LocationError GeoclueLocationSource::follow(std::uint32_t metres, Moved const& moved, std::stop_token stop) {
+  // A new conversation now and then outlives a service that was started anew.
+  constexpr std::chrono::hours kAConversation{1};
+  for (;;) {
+    Result<LocationFix, LocationError> const ended =
+        converse(systemBus_, [&](sdbus::IConnection& bus) -> Result<LocationFix, LocationError> {
+          return std::unexpected(Conversation(bus, kAConversation, stop).follow(metres, moved));
+        });
+    if (ended.error().kind != Kind::timedOut) return ended.error();
   }
 }
 

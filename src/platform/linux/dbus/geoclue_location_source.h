@@ -1,5 +1,5 @@
-// The location from GeoClue, the desktop's location service on the system's bus: the accuracy of a city, one
-// answer a call, a connection of its own each time. The user's decision about the access is the service's.
+// The location from GeoClue, the desktop's location service on the system's bus: the accuracy of a city, a
+// connection of its own for each call. The user's decision about the access is the service's.
 #pragma once
 
 #include "platform/location_source.h"
@@ -15,6 +15,7 @@ class GeoclueLocationSource final : public LocationSource {
 
   Result<LocationFix, LocationError> locate(std::chrono::milliseconds timeout,
                                             std::stop_token stop = {}) override;
+  LocationError follow(std::uint32_t metres, Moved const& moved, std::stop_token stop) override;
 
  private:
   std::string systemBus_;
