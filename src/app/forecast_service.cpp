@@ -120,7 +120,9 @@ Result<ForecastAnswer, APIError> ForecastService::get(Place const& place, Weathe
     }
   }
   auto fetched = fetch(place, stop);
-  bool const wasCancelled = !fetched && fetched.error().transport == HttpError::Kind::cancelled;
+  // A limit of time ends a request too; what is kept is the answer then.
+  bool const wasCancelled =
+      !fetched && fetched.error().transport == HttpError::Kind::cancelled && stop.stop_requested();
   if (fetched || !kept || wasCancelled) return fetched;
   kept->failure = fetched.error();
   return std::move(*kept);

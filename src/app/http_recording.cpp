@@ -2,6 +2,7 @@
 
 #include "base/file.h"
 #include "base/json_codec.h"
+#include "base/private_folders.h"
 #include "base/sha256.h"
 #include "base/text.h"
 
@@ -146,8 +147,7 @@ void RecordingHttpClient::record(RecordedAnswer line, std::string const& body) {
 void RecordingHttpClient::append(RecordedAnswer const& line) {
   std::string const text = encodeJson(line) + "\n";
   std::filesystem::path const file = directory_ / kIndex;
-  std::error_code ignored;
-  std::filesystem::create_directories(directory_, ignored);
+  std::ignore = makePrivateFolders(directory_);
   int const descriptor = open(file.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
   bool const isWritten =
       descriptor >= 0 && write(descriptor, text.data(), text.size()) == static_cast<ssize_t>(text.size());

@@ -132,7 +132,6 @@ PassInputs NotificationInputs::gather(std::vector<WatchedPlace> const& places, N
   RuleSettings const values = RuleSettings::of(settings);
   std::vector<RuleInputSet> wanted;
   wanted.reserve(places.size());
-  RuleInputSet everything;
   for (WatchedPlace const& watched : places) {
     bool const isSelected = wanted.empty();
     PlaceChoice const choice = effectiveChoice(watched.choice, isSelected, values.everyPlace);
@@ -141,27 +140,23 @@ PassInputs NotificationInputs::gather(std::vector<WatchedPlace> const& places, N
       if (choice >= PlaceChoice::severe && watches(rule, watched, isSelected))
         set.insertAll(inputsOf(rule.conditionType));
     }
-    everything.insertAll(set);
   }
-  RuleInputs world;
-  readWorld(world, everything, stop);
   PassInputs pass;
-  pass.places.reserve(places.size());
-  for (std::size_t i = 0; i < places.size() && !stop.stop_requested(); ++i) {
-    RuleInputs& inputs = pass.places.emplace_back(inputsAt(places[i].place, i == 0, places[i].choice));
-    adoptWorld(inputs, world);
-    readPlace(inputs, places[i].place, wanted[i], values, stop);
+  std::vector<Place> asked;
+  for (WatchedPlace const& watched : places) {
+    pass.places.push_back(inputsAt(watched.place, asked.empty(), watched.choice));
+    asked.push_back(watched.place);
   }
+  readAll(pass.places, asked, wanted, values, stop);
   addCustomRules(pass, places, values, rules);
   return pass;
 }
 
 RuleInputs NotificationInputs::gatherFor(Place const& place, RuleInputSet needed, Settings const& settings,
                                          std::stop_token const& stop) {
-  RuleInputs inputs = inputsAt(place, true);
-  readWorld(inputs, needed, stop);
-  readPlace(inputs, place, needed, RuleSettings::of(settings), stop);
-  return inputs;
+  std::vector<RuleInputs> inputs{inputsAt(place, true)};
+  readAll(inputs, {place}, {needed}, RuleSettings::of(settings), stop);
+  return std::move(inputs.front());
 }
 
 RuleInputs NotificationInputs::inputsAt(Place const& place, bool isSelected,
@@ -179,11 +174,44 @@ RuleInputs NotificationInputs::inputsAt(Place const& place, bool isSelected,
   return inputs;
 }
 
-void NotificationInputs::readPlace(RuleInputs& inputs, Place const& place, RuleInputSet needed,
-                                   RuleSettings const& settings, std::stop_token const& stop) {
-  readForecast(inputs, place, needed, stop);
-  readOfficial(inputs, place, needed, stop);
-  readAround(inputs, needed, settings, stop);
+void NotificationInputs::readAll(std::vector<RuleInputs>& readings, std::vector<Place> const& places,
+                                 std::vector<RuleInputSet> const& wanted, RuleSettings const& settings,
+                                 std::stop_token const& stop) {
+  RuleInputs world;
+  std::vector<std::function<void()>> tasks;
+  auto const ofWorld = [&](RuleInput input,
+                           void (NotificationInputs::*read)(RuleInputs&, std::stop_token const&)) {
+    bool const isNeeded =
+        std::ranges::any_of(wanted, [input](RuleInputSet set) { return set.contains(input); });
+    if (isNeeded) tasks.emplace_back([this, &world, &stop, read] { (this->*read)(world, stop); });
+  };
+  /// Each service is asked for the places in turn.
+  auto const ofPlaces = [&](auto read) {
+    tasks.emplace_back([&, read] {
+      for (std::size_t i = 0; i < readings.size() && !stop.stop_requested(); ++i)
+        read(readings[i], places[i], wanted[i]);
+    });
+  };
+  ofWorld(RuleInput::earthquakes, &NotificationInputs::readEarthquakes);
+  ofWorld(RuleInput::kp, &NotificationInputs::readKp);
+  ofWorld(RuleInput::storms, &NotificationInputs::readStorms);
+  ofWorld(RuleInput::advisories, &NotificationInputs::readAdvisories);
+  ofPlaces([&](RuleInputs& inputs, Place const& place, RuleInputSet needed) {
+    readForecast(inputs, place, needed, stop);
+  });
+  ofPlaces([&](RuleInputs& inputs, Place const& place, RuleInputSet needed) {
+    readOfficial(inputs, place, needed, stop);
+  });
+  ofPlaces(
+      [&](RuleInputs& inputs, Place const&, RuleInputSet needed) { readAirQuality(inputs, needed, stop); });
+  ofPlaces([&](RuleInputs& inputs, Place const&, RuleInputSet needed) {
+    readFires(inputs, needed, settings, stop);
+  });
+  ofPlaces([&](RuleInputs& inputs, Place const&, RuleInputSet needed) {
+    readLightning(inputs, needed, settings, stop);
+  });
+  runAll(tasks, options_.waiting);
+  for (RuleInputs& inputs : readings) adoptWorld(inputs, world);
 }
 
 void NotificationInputs::readForecast(RuleInputs& inputs, Place const& place, RuleInputSet needed,
@@ -223,44 +251,52 @@ void NotificationInputs::readOfficial(RuleInputs& inputs, Place const& place, Ru
   if (!answer.ok) inputs.nwsAlerts.problem = warningsProblem(kNws, answer.problem);
 }
 
-void NotificationInputs::readAround(RuleInputs& inputs, RuleInputSet needed, RuleSettings const& settings,
-                                    std::stop_token const& stop) {
-  Coordinate const at = inputs.place.coordinate;
-  if (needed.contains(RuleInput::airQuality)) {
-    inputs.airQuality = readingOf("the air quality forecast", feeds_.airQuality().fetchForecast(at, stop));
-  }
-  if (needed.contains(RuleInput::fires)) {
-    inputs.fires =
-        readingOf("the list of wildfires", feeds_.wildfires().fetchFires(at, settings.fireRadiusKm, stop));
-  }
-  if (needed.contains(RuleInput::lightning)) {
-    inputs.lightning = readingOf("the list of lightning strikes",
-                                 feeds_.lightning().fetchStrikes(at, settings.lightningRadiusKm,
-                                                                 inputs.now - cuts::kStrikeLife, stop));
+void NotificationInputs::readAirQuality(RuleInputs& inputs, RuleInputSet needed,
+                                        std::stop_token const& stop) {
+  if (!needed.contains(RuleInput::airQuality)) return;
+  inputs.airQuality =
+      readingOf("the air quality forecast", feeds_.airQuality().fetchForecast(inputs.place.coordinate, stop));
+}
+
+void NotificationInputs::readFires(RuleInputs& inputs, RuleInputSet needed, RuleSettings const& settings,
+                                   std::stop_token const& stop) {
+  if (!needed.contains(RuleInput::fires)) return;
+  inputs.fires =
+      readingOf("the list of wildfires",
+                feeds_.wildfires().fetchFires(inputs.place.coordinate, settings.fireRadiusKm, stop));
+}
+
+void NotificationInputs::readLightning(RuleInputs& inputs, RuleInputSet needed, RuleSettings const& settings,
+                                       std::stop_token const& stop) {
+  if (!needed.contains(RuleInput::lightning)) return;
+  inputs.lightning =
+      readingOf("the list of lightning strikes",
+                feeds_.lightning().fetchStrikes(inputs.place.coordinate, settings.lightningRadiusKm,
+                                                inputs.now - cuts::kStrikeLife, stop));
+}
+
+void NotificationInputs::readEarthquakes(RuleInputs& world, std::stop_token const& stop) {
+  EarthquakeService& service = feeds_.earthquakes();
+  auto events = service.fetchEarthquakes(stop);
+  world.earthquakes.problem = feedProblem("the list of earthquakes", service.problem());
+  bool const isKnown = world.earthquakes.problem.empty() || !events.empty();
+  if (isKnown) {
+    world.earthquakes.value = std::make_shared<std::vector<EarthquakeEvent> const>(std::move(events));
   }
 }
 
-void NotificationInputs::readWorld(RuleInputs& inputs, RuleInputSet needed, std::stop_token const& stop) {
-  if (needed.contains(RuleInput::earthquakes)) {
-    EarthquakeService& service = feeds_.earthquakes();
-    auto events = service.fetchEarthquakes(stop);
-    inputs.earthquakes.problem = feedProblem("the list of earthquakes", service.problem());
-    bool const isKnown = inputs.earthquakes.problem.empty() || !events.empty();
-    if (isKnown) {
-      inputs.earthquakes.value = std::make_shared<std::vector<EarthquakeEvent> const>(std::move(events));
-    }
-  }
-  if (needed.contains(RuleInput::kp)) {
-    GeomagneticService& service = feeds_.geomagnetic();
-    if (auto const kp = service.currentKp(stop)) inputs.kp = InputReading<double>::of(*kp);
-    inputs.kp.problem = feedProblem("the K index", service.problem());
-  }
-  if (needed.contains(RuleInput::storms)) {
-    inputs.storms = readingOf("the list of tropical cyclones", feeds_.tropicalStorms().fetchStorms(stop));
-  }
-  if (needed.contains(RuleInput::advisories)) {
-    inputs.advisories = readingOf("the travel advisories", feeds_.travelAdvisories().fetchAdvisories(stop));
-  }
+void NotificationInputs::readKp(RuleInputs& world, std::stop_token const& stop) {
+  GeomagneticService& service = feeds_.geomagnetic();
+  if (auto const kp = service.currentKp(stop)) world.kp = InputReading<double>::of(*kp);
+  world.kp.problem = feedProblem("the K index", service.problem());
+}
+
+void NotificationInputs::readStorms(RuleInputs& world, std::stop_token const& stop) {
+  world.storms = readingOf("the list of tropical cyclones", feeds_.tropicalStorms().fetchStorms(stop));
+}
+
+void NotificationInputs::readAdvisories(RuleInputs& world, std::stop_token const& stop) {
+  world.advisories = readingOf("the travel advisories", feeds_.travelAdvisories().fetchAdvisories(stop));
 }
 
 }  // namespace nimbara

@@ -5,6 +5,7 @@
 #include "app/composition.h"
 #include "app/place.h"
 #include "app/places.h"
+#include "app/side_by_side.h"
 #include "feeds/gov_alert_service.h"
 #include "notifications/custom_notification.h"
 #include "notifications/notification_manager.h"
@@ -42,6 +43,8 @@ class NotificationInputs {
     std::function<std::shared_ptr<WeatherData const>(Place const&, std::stop_token const&)> weather;
     /// What is stated of a place instead of what the gazetteer finds; may be empty.
     std::function<GovAlertPlace(Place const&)> officialPlace;
+    /// How several services are waited for. `weather` is asked for one place at a time in any case.
+    Waiting waiting = Waiting::oneAfterTheOther;
   };
 
   NotificationInputs(FeedServices& feeds, Clock const& clock, Options options);
@@ -58,15 +61,23 @@ class NotificationInputs {
 
  private:
   RuleInputs inputsAt(Place const& place, bool isSelected, std::optional<PlaceChoice> choice = {}) const;
-  void readPlace(RuleInputs& inputs, Place const& place, RuleInputSet needed, RuleSettings const& settings,
-                 std::stop_token const& stop);
+  /// What `wanted` names of each of `readings`, into it; of each service in the readings' order.
+  void readAll(std::vector<RuleInputs>& readings, std::vector<Place> const& places,
+               std::vector<RuleInputSet> const& wanted, RuleSettings const& settings,
+               std::stop_token const& stop);
   void readForecast(RuleInputs& inputs, Place const& place, RuleInputSet needed, std::stop_token const& stop);
   void readOfficial(RuleInputs& inputs, Place const& place, RuleInputSet needed, std::stop_token const& stop);
   /// Those that differ from place to place.
-  void readAround(RuleInputs& inputs, RuleInputSet needed, RuleSettings const& settings,
-                  std::stop_token const& stop);
+  void readAirQuality(RuleInputs& inputs, RuleInputSet needed, std::stop_token const& stop);
+  void readFires(RuleInputs& inputs, RuleInputSet needed, RuleSettings const& settings,
+                 std::stop_token const& stop);
+  void readLightning(RuleInputs& inputs, RuleInputSet needed, RuleSettings const& settings,
+                     std::stop_token const& stop);
   /// Those that are the same for all places.
-  void readWorld(RuleInputs& inputs, RuleInputSet needed, std::stop_token const& stop);
+  void readEarthquakes(RuleInputs& world, std::stop_token const& stop);
+  void readKp(RuleInputs& world, std::stop_token const& stop);
+  void readStorms(RuleInputs& world, std::stop_token const& stop);
+  void readAdvisories(RuleInputs& world, std::stop_token const& stop);
 
   FeedServices& feeds_;
   Clock const& clock_;

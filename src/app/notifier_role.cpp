@@ -1,6 +1,6 @@
 #include "app/notifier_role.h"
 
-#include <sys/stat.h>
+#include "base/private_folders.h"
 
 namespace nimbara {
 
@@ -8,10 +8,7 @@ namespace {
 
 /// Where the folder cannot be made, nothing can be shared, and so nobody else is there.
 std::filesystem::path withFolder(std::filesystem::path const& file) {
-  std::error_code ignored;
-  std::filesystem::path const folder = file.parent_path();
-  std::filesystem::create_directories(folder.parent_path(), ignored);
-  std::ignore = mkdir(folder.c_str(), S_IRWXU);
+  std::ignore = makePrivateFolders(file.parent_path());
   return file;
 }
 

@@ -1,5 +1,7 @@
 #include "base/file.h"
 
+#include "base/private_folders.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
@@ -58,18 +60,6 @@ std::unexpected<std::string> tooLarge(path const& file) {
   return std::unexpected("the file " + file.string() + " is larger than is allowed");
 }
 
-/// 0, or the error number.
-int makeFolders(path const& folder) {
-  if (folder.empty() || mkdir(folder.c_str(), 0700) == 0) return 0;
-  if (errno == ENOENT && folder.has_parent_path() && folder.parent_path() != folder) {
-    if (int const error = makeFolders(folder.parent_path())) return error;
-    if (mkdir(folder.c_str(), 0700) == 0) return 0;
-  }
-  int const error = errno;
-  struct stat about{};
-  return stat(folder.c_str(), &about) == 0 && S_ISDIR(about.st_mode) ? 0 : error;
-}
-
 int writeAll(int descriptor, std::string_view bytes) {
   while (!bytes.empty()) {
     ssize_t const written = write(descriptor, bytes.data(), bytes.size());
@@ -109,6 +99,19 @@ std::optional<std::string> readUpTo(int descriptor, std::size_t expected, std::s
   }
 }
 
+/// What a writer that was killed has left beside `file`: ".NAME." and six letters, untouched for an hour.
+void sweepLeftovers(path const& folder, std::string const& prefix) {
+  constexpr std::size_t kLetters = 6;
+  std::error_code ignored;
+  auto const now = std::filesystem::file_time_type::clock::now();
+  for (auto const& entry : std::filesystem::directory_iterator(folder, ignored)) {
+    std::string const name = entry.path().filename().string();
+    if (!name.starts_with(prefix) || name.size() != prefix.size() + kLetters) continue;
+    auto const written = entry.last_write_time(ignored);
+    if (!ignored && now - written > std::chrono::hours(1)) unlink(entry.path().c_str());
+  }
+}
+
 }  // namespace
 
 Result<std::string, std::string> readFile(path const& file, std::size_t maxBytes) {
@@ -129,15 +132,18 @@ Result<std::string, std::string> readFile(path const& file, std::size_t maxBytes
 
 Result<void, std::string> writeFileAtomically(path const& file, std::string_view bytes) {
   path const folder = file.has_parent_path() ? file.parent_path() : path(".");
-  if (int const error = makeFolders(folder)) return failure(file, "written", error);
-  std::string name = (folder / ("." + file.filename().string() + ".XXXXXX")).string();
+  if (int const error = makePrivateFolders(folder)) return failure(file, "written", error);
+  std::string const prefix = "." + file.filename().string() + ".";
+  std::string name = (folder / (prefix + "XXXXXX")).string();
   Descriptor handle(mkostemp(name.data(), O_CLOEXEC));  // unique, readable by the user only
   if (!handle.isOpen()) return failure(file, "written", errno);
+  fchmod(handle.get(), S_IRUSR | S_IWUSR);
   TemporaryName temporary(std::move(name));
   if (int const error = writeToDisk(handle, bytes)) return failure(file, "written", error);
   if (rename(temporary.text(), file.c_str()) != 0) return failure(file, "written", errno);
   temporary.release();
   syncFolder(folder);
+  sweepLeftovers(folder, prefix);
   return {};
 }
 

@@ -12,6 +12,18 @@ namespace {
 /// Digits alone are read back as a whole number, which has to fit into 64 bits.
 constexpr double kLeastWithExponent = 0x1p63;
 
+void appendEscaped(std::string& out, unsigned char code) {
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  out += "\\u00";
+  out += kDigits[code >> 4];
+  out += kDigits[code & 15];
+}
+
+/// U+0080 to U+009F, which JSON allows as they are and terminals obey.
+bool startsHighControl(std::string_view text) {
+  return text[0] == '\xC2' && text.size() > 1 && static_cast<unsigned char>(text[1]) < 0xA0;
+}
+
 }  // namespace
 
 void JsonWriter::value(double number) {
@@ -25,11 +37,9 @@ void JsonWriter::value(double number) {
 }
 
 void JsonWriter::value(std::string_view text) {
-  constexpr std::string_view kDigits = "0123456789abcdef";
   out_ += '"';
-  for (char const c : text) {
-    auto const code = static_cast<unsigned char>(c);
-    switch (c) {
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    switch (char const c = text[i]; c) {
       case '"':
         out_ += "\\\"";
         break;
@@ -46,12 +56,12 @@ void JsonWriter::value(std::string_view text) {
         out_ += "\\r";
         break;
       default:
-        if (code >= 0x20) {
-          out_ += c;
+        if (startsHighControl(text.substr(i))) {
+          appendEscaped(out_, static_cast<unsigned char>(text[++i]));
+        } else if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) {
+          appendEscaped(out_, static_cast<unsigned char>(c));
         } else {
-          out_ += "\\u00";
-          out_ += kDigits[code >> 4];
-          out_ += kDigits[code & 15];
+          out_ += c;
         }
     }
   }

@@ -5,6 +5,7 @@
 // found.
 #pragma once
 
+#include "base/clean_text.h"
 #include "base/json.h"
 
 #include <simdjson.h>
@@ -38,7 +39,7 @@ struct Failure {
 inline bool read(dom::element element, std::string& out, Failure& failure) {
   std::string_view text;
   if (element.get(text) != simdjson::SUCCESS) return failure.because("a text is expected");
-  out.assign(text);
+  out = withoutControls(text);
   return true;
 }
 

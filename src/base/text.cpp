@@ -1,5 +1,8 @@
 #include "base/text.h"
 
+#include "base/clean_text.h"
+#include "base/utf8.h"
+
 #include <algorithm>
 
 namespace nimbara {
@@ -8,8 +11,8 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n\f\v";
 
-bool isControlOrBlank(char c) {
-  return static_cast<unsigned char>(c) <= 0x20 || c == 0x7f;
+bool isControlOrBlank(char32_t character) {
+  return isControl(character) || character == ' ' || character == 0x2028 || character == 0x2029;
 }
 
 bool continuesCharacter(char c) {
@@ -51,18 +54,20 @@ std::vector<std::string_view> split(std::string_view text, char separator) {
 
 std::string oneLine(std::string_view text, std::size_t limit) {
   std::string line;
-  for (char const c : trimmed(text)) {
-    if (!isControlOrBlank(c)) {
-      line += c;
+  text = trimmed(text);
+  while (!text.empty() && line.size() <= limit + 4) {
+    char32_t const character = takeCharacter(text);
+    if (!isControlOrBlank(character)) {
+      appendCharacter(line, character);
     } else if (!line.empty() && line.back() != ' ') {
       line += ' ';
     }
-    if (line.size() > limit + 4) break;
   }
-  if (line.size() <= limit) return line;
+  while (line.ends_with(' ')) line.pop_back();
+  if (line.size() <= limit) return directionsBalanced(line);
   std::size_t cut = limit;
   while (cut > 0 && continuesCharacter(line[cut])) --cut;
-  return line.substr(0, cut) + "…";
+  return directionsBalanced(line.substr(0, cut) + "…");
 }
 
 std::string percentEncoded(std::string_view text) {

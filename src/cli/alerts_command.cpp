@@ -1,4 +1,5 @@
 #include "app/coverage_text.h"
+#include "app/side_by_side.h"
 #include "base/json.h"
 #include "base/text.h"
 #include "cli/cli.h"
@@ -25,14 +26,17 @@ class AlertsRun {
         distance_(line.common.units.distance),
         session_(session),
         clock_(makeClock(line.common)),
-        context_(line.common, session, *clock_, ownServices(line.common, line.forecast.provider)) {}
+        context_(line.common, session, *clock_,
+                 ownServicesWithin(kCommandLimit, line.common, line.forecast.provider)) {}
 
   int run() {
     auto const place = context_.place(options_.place);
     if (!place) return session_.fail(place.error().exitCode, place.error().sentence);
     place_ = *place;
-    gatherOfficial();
-    if (options_.sources.contains(AlertSource::generated)) gatherGenerated();
+    std::vector<std::function<void()>> asked{[this] { askOfficial(); }};
+    if (options_.sources.contains(AlertSource::generated)) asked.emplace_back([this] { gatherGenerated(); });
+    runAll(asked, Waiting::sideBySide);
+    takeOfficial();
     if (session_.stop.stop_requested()) return session_.fail(exitCode::kInterrupted, "interrupted");
     sortMostSevereFirst(alerts_);
     session_.console.out(rendered());
@@ -48,20 +52,25 @@ class AlertsRun {
     std::ranges::move(answer->alerts, std::back_inserter(alerts_));
   }
 
-  void gatherOfficial() {
+  void askOfficial() {
     std::vector<std::string> names;
     for (AlertSource const source : kOfficial) {
       if (options_.sources.contains(source)) names.emplace_back(enumName(source));
     }
     if (names.empty()) return;
-    auto const place = statedPlace(place_.coordinate, options_.stated, context_.app().feeds().regions());
-    GovAlerts official = context_.app().feeds().govAlerts().fetchAlerts(place, names, session_.stop);
+    officialPlace_ = statedPlace(place_.coordinate, options_.stated, context_.app().feeds().regions());
+    official_ = context_.app().feeds().govAlerts().fetchAlerts(officialPlace_, names, session_.stop);
+  }
+
+  void takeOfficial() {
+    if (!official_) return;
+    GovAlerts& official = *official_;
     for (GovSourceState const& state : official.sources) {
       // What was never checked is not known to be empty.
       if (!state.checkedAt)
         missing_.push_back("the warnings of " + state.name + " could not be had: " + state.problem);
     }
-    coverage_ = coverageOf(official, place.countryCode);
+    coverage_ = coverageOf(official, officialPlace_.countryCode);
     std::ranges::move(official.alerts, std::back_inserter(alerts_));
   }
 
@@ -105,6 +114,8 @@ class AlertsRun {
   Style style_ = styleOf(session_);
   Calendar calendar_ = session_.environment.machineCalendar;
   Place place_;
+  GovAlertPlace officialPlace_;
+  std::optional<GovAlerts> official_;
   std::vector<WeatherAlert> alerts_;
   std::vector<SourceCoverage> coverage_;  ///< of the official sources, where they were asked for
   std::vector<std::string> missing_;      ///< sources that could not be had, a sentence each

@@ -1,3 +1,4 @@
+#include "base/clean_text.h"
 #include "base/display_text.h"
 #include "base/json.h"
 #include "cli/cli.h"
@@ -12,8 +13,9 @@ namespace {
 /// The forecast of a status bar: what the cache holds, and only on request more.
 class LineRun {
  public:
-  LineRun(CommandLine const& line, Session const& session)
+  LineRun(CommandLine const& line, Session const& session, bool isMarkup)
       : options_(line.line),
+        isMarkup_(isMarkup),
         session_(session),
         clock_(makeClock(line.common)),
         context_(line.common, session, *clock_, ownServices(line.common, line.forecast.provider)) {}
@@ -48,11 +50,12 @@ class LineRun {
   }
 
   LineContext lineContext(ForecastAnswer const& answer) {
-    return {answer, official_, context_.texts(), context_.wording().units, clock_->now()};
+    return {answer, official_, context_.texts(), context_.wording().units, clock_->now(), isMarkup_};
   }
 
  private:
   LineOptions const& options_;
+  bool isMarkup_;
   Session const& session_;
   std::unique_ptr<Clock> clock_;
   RunContext context_;
@@ -101,7 +104,7 @@ int runLine(CommandLine const& line, Session const& session) {
     session.console.out(fieldHelp());
     return exitCode::kComplete;
   }
-  LineRun run(line, session);
+  LineRun run(line, session, false);
   auto const answer = run.answer();
   if (!answer) return session.fail(answer.error().exitCode, answer.error().sentence);
   auto const text = run.text(*answer);
@@ -111,12 +114,12 @@ int runLine(CommandLine const& line, Session const& session) {
 }
 
 int runWaybar(CommandLine const& line, Session const& session) {
-  LineRun run(line, session);
+  LineRun run(line, session, true);  // bars read markup
   auto const answer = run.answer();
   if (!answer) {
     // A bar shows what it is given even when there is nothing to show.
     if (answer.error().exitCode != exitCode::kUsage) {
-      session.console.out(barJson("", answer.error().sentence, "unavailable", "unavailable"));
+      session.console.out(barJson("", markupEscaped(answer.error().sentence), "unavailable", "unavailable"));
     }
     return session.fail(answer.error().exitCode, answer.error().sentence);
   }

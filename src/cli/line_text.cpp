@@ -1,6 +1,7 @@
 #include "cli/line_text.h"
 
 #include "app/coverage_text.h"
+#include "base/clean_text.h"
 #include "base/number.h"
 #include "base/time_words.h"
 #include "cli/style.h"
@@ -48,6 +49,10 @@ std::string conditionText(WeatherConditionCode condition, Texts const& texts) {
 
 std::string percent(int value) {
   return std::to_string(value) + " %";
+}
+
+std::string written(std::string text, LineContext const& context) {
+  return context.isMarkup ? markupEscaped(text) : std::move(text);
 }
 
 std::string strongestAlert(LineContext const& context) {
@@ -190,7 +195,7 @@ Result<std::string, std::string> filledLine(std::string_view pattern, LineContex
       return std::unexpected("the format names '{" + std::string(name) +
                              "}', which there is not; see nimbara line --help-format");
     }
-    out += field->value(context);
+    out += written(field->value(context), context);
     at = end + 1;
   }
   return out;
@@ -200,13 +205,15 @@ std::string tooltip(LineContext const& context) {
   WeatherData const& data = context.answer.data;
   TimeWords const words(context.texts, calendarOf(data, Calendar::utc()));
   std::string out = *filledLine("{place}: {temperature} {condition}", context);
-  for (WeatherAlert const& warning : context.official.alerts)
-    out += "\n! " + warning.title + ". " + warning.message;
-  for (std::string const& line : coverageOfLine(context)) out += "\n" + line;
-  for (WeatherAlert const& alert : context.answer.alerts) out += "\n! " + alert.title + ". " + alert.message;
+  auto const alertLine = [&](WeatherAlert const& alert) {
+    return "\n! " + written(alert.title + ". " + alert.message, context);
+  };
+  for (WeatherAlert const& warning : context.official.alerts) out += alertLine(warning);
+  for (std::string const& line : coverageOfLine(context)) out += "\n" + written(line, context);
+  for (WeatherAlert const& alert : context.answer.alerts) out += alertLine(alert);
   for (DailyForecast const& day : data.daily) {
     bool const hasPassed = day.date + std::chrono::hours(24) <= context.now;
-    if (!hasPassed) out += "\n" + dayLine(day, context, words);
+    if (!hasPassed) out += "\n" + written(dayLine(day, context, words), context);
   }
   return out + "\n" + *filledLine("{provider}, {age}", context);
 }

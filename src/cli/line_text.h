@@ -26,6 +26,7 @@ struct LineContext {
   Texts const& texts;
   Units const& units;
   Instant now;
+  bool isMarkup = false;  ///< the reader takes the line for markup: values are escaped, the template is not
 };
 
 struct LineField {

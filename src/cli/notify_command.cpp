@@ -58,7 +58,7 @@ class NotifyRun {
   }
 
   RunContext::Departure departureOf(CommandLine const& line) {
-    RunContext::Departure departure = ownServices(line.common, line.forecast.provider);
+    RunContext::Departure departure = ownServicesWithin(kCommandLimit, line.common, line.forecast.provider);
     if (!options_.record.empty()) {
       departure.aroundNetwork = [this](HttpClient& network) {
         auto client = std::make_unique<RecordingHttpClient>(network, *clock_, options_.record);
@@ -103,7 +103,8 @@ class NotifyRun {
          [this](Place const& place, std::stop_token const& token) { return weatherOf(place, token); },
          [this](Place const& place) {
            return statedPlace(place.coordinate, options_.stated, context_.app().feeds().regions());
-         }});
+         },
+         Waiting::sideBySide});
     PassInputs pass = inputs.gather(places_, needed, *session_.settings, rules_, stop);
     pass.isPartial = !options_.place.empty();
     return pass;

@@ -1,5 +1,6 @@
 #include "cli/run_context.h"
 
+#include "app/limited_http_client.h"
 #include "app/place_resolver.h"
 #include "app/place_search.h"
 #include "base/text.h"
@@ -42,6 +43,14 @@ Wording wordingOf(CommonOptions const& common, Session const& session) {
           session.environment.machineCalendar, common.language};
 }
 
+DecorateHttp limited(RunContext::Departure const& departure, Clock const& clock) {
+  if (!departure.limit) return departure.aroundNetwork;
+  return [inner = departure.aroundNetwork, limit = *departure.limit, &clock](HttpClient& network) {
+    return inner ? std::make_unique<LimitedHttpClient>(inner(network), clock, limit)
+                 : std::make_unique<LimitedHttpClient>(network, clock, limit);
+  };
+}
+
 /// The error and what to do, without a full stop.
 std::string adviseOn(APIError const& error) {
   std::string text = error.text();
@@ -52,7 +61,14 @@ std::string adviseOn(APIError const& error) {
 }  // namespace
 
 RunContext::Departure ownServices(CommonOptions const& common, WeatherProviderOption provider) {
-  return {common.services, false, provider, {}};
+  return {common.services, false, provider, {}, {}};
+}
+
+RunContext::Departure ownServicesWithin(std::chrono::milliseconds limit, CommonOptions const& common,
+                                        WeatherProviderOption provider) {
+  RunContext::Departure departure = ownServices(common, provider);
+  departure.limit = limit;
+  return departure;
 }
 
 RunContext::RunContext(CommonOptions const& common, Session const& session, Clock const& clock,
@@ -65,7 +81,7 @@ RunContext::RunContext(CommonOptions const& common, Session const& session, Cloc
            {departure.servicesBase, wording_, departure.provider, session.environment.program,
             session.environment.dataDirectory,
             departure.keepsNothing ? std::filesystem::path() : session.environment.cacheDirectory,
-            departure.aroundNetwork}) {
+            limited(departure, clock)}) {
   app_.providers().setOnFailure(
       [this](auto provider, APIError const& error) { failures_.emplace_back(enumName(provider), error); });
 }

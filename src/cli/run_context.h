@@ -28,6 +28,8 @@ class RunContext {
     bool keepsNothing = false;
     WeatherProviderOption provider = WeatherProviderOption::automatic;
     DecorateHttp aroundNetwork;
+    /// For all that the command asks; none where each request has its own only.
+    std::optional<std::chrono::milliseconds> limit;
   };
 
   RunContext(CommonOptions const& common, Session const& session, Clock const& clock,
@@ -61,7 +63,13 @@ class RunContext {
   std::vector<std::pair<std::string, APIError>> failures_;  ///< in the order of the attempts
 };
 
+/// For commands that ask several services: within 25 s they end with what is known.
+inline constexpr std::chrono::milliseconds kCommandLimit{24'000};
+
 /// The command line's own services with the settings' or the given provider.
 RunContext::Departure ownServices(CommonOptions const& common, WeatherProviderOption provider);
+/// The same within that limit.
+RunContext::Departure ownServicesWithin(std::chrono::milliseconds limit, CommonOptions const& common,
+                                        WeatherProviderOption provider);
 
 }  // namespace nimbara

@@ -63,7 +63,8 @@ SatelliteCatalog::Entry* bestOf(std::vector<SatelliteCatalog::Entry>& entries, s
 SatelliteSource::SatelliteSource(CommandLine const& line, Session const& session)
     : session_(session),
       clock_(makeClock(line.common)),
-      context_(line.common, session, *clock_, ownServices(line.common, line.forecast.provider)),
+      context_(line.common, session, *clock_,
+               ownServicesWithin(kCommandLimit, line.common, line.forecast.provider)),
       feed_(context_.app().feeds().elements(), *clock_, folderOf(line.common, session)) {}
 
 Outcome<SatelliteGroupLoad> SatelliteSource::load(SatelliteCatalog::Group const& group) {

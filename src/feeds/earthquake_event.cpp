@@ -1,6 +1,7 @@
 #include "feeds/earthquake_event.h"
 
 #include "base/json_codec.h"
+#include "base/text.h"
 
 #include <algorithm>
 #include <cmath>
@@ -62,7 +63,7 @@ std::optional<EarthquakeEvent> eventOf(Feature& feature) {
   EarthquakeEvent event;
   event.id = std::move(feature.id);
   event.magnitude = *properties.mag;
-  event.place = std::move(properties.place).value_or("Unknown location");
+  event.place = oneLine(properties.place.value_or("Unknown location"));
   event.time = *time;
   event.updated = instantOf(properties.updated);
   event.longitude = *position[0];

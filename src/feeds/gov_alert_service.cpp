@@ -3,6 +3,7 @@
 #include "base/file.h"
 #include "base/json_codec.h"
 #include "base/number.h"
+#include "feeds/alert_text.h"
 #include "feeds/gov_alerts.h"
 #include "feeds/nws_territory.h"
 #include "feeds/us_waters.h"
@@ -51,6 +52,8 @@ bool isOver(WeatherAlert const& alert, GovSourceState const& state, Instant now)
 }
 
 void succeed(GovSourceState& state, GovSourceAnswer answer, Instant now) {
+  cleanTexts(answer.alerts);
+  cleanTexts(answer.unplaced);
   state.alerts = std::move(answer.alerts);
   state.unplaced = std::move(answer.unplaced);
   state.checkedAt = now;
@@ -63,6 +66,7 @@ void complete(std::vector<WeatherAlert>& known, std::vector<WeatherAlert> readab
   for (WeatherAlert& alert : known) {
     if (!has(readable, alert.id)) readable.push_back(std::move(alert));
   }
+  cleanTexts(readable);
   known = std::move(readable);
 }
 

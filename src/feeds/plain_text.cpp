@@ -1,9 +1,10 @@
 #include "feeds/plain_text.h"
 
+#include "base/clean_text.h"
 #include "base/text.h"
+#include "base/utf8.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cstdint>
 #include <optional>
@@ -39,12 +40,8 @@ bool isScalar(std::uint32_t code) {
 }
 
 std::string utf8(std::uint32_t code) {
-  if (code < 0x80) return {static_cast<char>(code)};
   std::string out;
-  int const tail = code < 0x800 ? 1 : code < 0x10000 ? 2 : 3;
-  constexpr std::array<std::uint32_t, 4> kLeads{0, 0xC0, 0xE0, 0xF0};
-  out += static_cast<char>(kLeads[static_cast<std::size_t>(tail)] | (code >> (6 * tail)));
-  for (int i = tail - 1; i >= 0; --i) out += static_cast<char>(0x80 | ((code >> (6 * i)) & 0x3F));
+  appendCharacter(out, code);
   return out;
 }
 
@@ -137,7 +134,7 @@ class Reader {
 }  // namespace
 
 std::string plainTextOfHtml(std::string_view html, std::size_t limit) {
-  std::string text = Reader(html).read();
+  std::string text = withoutControls(Reader(html).read());
   if (text.size() <= limit) return text;
   while (limit > 0 && (static_cast<unsigned char>(text[limit]) & 0xC0) == 0x80) --limit;
   text.resize(limit);

@@ -1,5 +1,6 @@
 #include "globe/tle.h"
 
+#include "base/clean_text.h"
 #include "base/number.h"
 #include "base/text.h"
 
@@ -302,7 +303,7 @@ Result<TLE, std::string> readElementPair(std::string_view name, std::string_view
     }
   }
   TLE tle;
-  tle.name = std::string(name);
+  tle.name = cleanText(name, kNameLimit, TextLines::one);
   tle.satnum = *number;
   Fields fields;
   readLine1(tle, line1, fields);

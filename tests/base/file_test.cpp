@@ -58,6 +58,29 @@ TEST_F(FileTest, MakesMissingFoldersForTheUserOnly) {
   EXPECT_EQ(entries(folder_ / "a" / "b"), 1U);
 }
 
+TEST_F(FileTest, KeepsTheUsersRightsWhateverTheMask) {
+  for (mode_t const mask : {0000U, 0077U, 0777U}) {
+    mode_t const before = umask(mask);
+    std::string const name = std::to_string(mask);
+    EXPECT_TRUE(writeFileAtomically(folder_ / name / "a" / "file", "x"));
+    umask(before);
+    EXPECT_EQ(modeOf(folder_ / name), 0700U);
+    EXPECT_EQ(modeOf(folder_ / name / "a"), 0700U);
+    EXPECT_EQ(modeOf(folder_ / name / "a" / "file"), 0600U);
+  }
+}
+
+TEST_F(FileTest, SweepsWhatAKilledWriterLeft) {
+  for (char const* const name : {".f.json.Old123", ".f.json.New123", ".f.json.long-ago", ".g.json.Old123"})
+    std::ofstream(folder_ / name) << "half";
+  auto const longAgo = fs::file_time_type::clock::now() - std::chrono::hours(2);
+  for (char const* const name : {".f.json.Old123", ".f.json.long-ago", ".g.json.Old123"})
+    fs::last_write_time(folder_ / name, longAgo);
+  ASSERT_TRUE(writeFileAtomically(folder_ / "f.json", "x"));
+  EXPECT_FALSE(fs::exists(folder_ / ".f.json.Old123"));
+  EXPECT_EQ(entries(folder_), 4U) << "another writer's, another file's and no writer's at all";
+}
+
 TEST_F(FileTest, ReadsNoMoreThanIsAllowed) {
   ASSERT_TRUE(writeFileAtomically(folder_ / "f", "12345"));
   EXPECT_EQ(readFile(folder_ / "f", 5), "12345");

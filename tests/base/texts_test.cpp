@@ -107,6 +107,9 @@ TEST(DisplayText, FoldsToAscii) {
 
 TEST(Text, MakesOneLineOfAnything) {
   EXPECT_EQ(oneLine("  a\r\n\tb\x01 c  "), "a b c");
+  EXPECT_EQ(oneLine("a\xC2\x9B"
+                    "b\x7F\u2028c\u202E\xFF"),
+            "a b c\uFFFD");
   EXPECT_EQ(oneLine("aééé", 3), "aé…");
   EXPECT_EQ(oneLine("abc", 3), "abc");
   EXPECT_EQ(oneLine(""), "");

@@ -159,6 +159,25 @@ TEST_F(WeatherCommands, WatchPlacesUntilInterrupted) {
   stop.request_stop();
 }
 
+TEST(LineText, IsEscapedWhereItsReaderTakesItForMarkup) {
+  ForecastAnswer answer;
+  answer.data = test::mildForecast(at("2026-11-21T09:00:00Z"), 30);
+  answer.answeredAt = at("2026-11-21T09:00:00Z");
+  answer.data.location.areaName = "<b>A&B</b>";
+  answer.alerts.resize(1);
+  answer.alerts.front().title = "<i>";
+  Texts const texts = Texts::load("en");
+  Units const units;
+  KeptWarnings const official{{}, coverageOf({}, "JP")};
+  LineContext context{answer, official, texts, units, answer.answeredAt, false};
+  EXPECT_EQ(filledLine("<u>{place}</u> {alert}", context), "<u><b>A&B</b></u> <i>");
+  context.isMarkup = true;
+  EXPECT_EQ(filledLine("<u>{place}</u> {alert}", context), "<u>&lt;b&gt;A&amp;B&lt;/b&gt;</u> &lt;i&gt;");
+  std::string const told = tooltip(context);
+  EXPECT_TRUE(told.starts_with("&lt;b&gt;A&amp;B&lt;/b&gt;: ")) << told;
+  EXPECT_EQ(told.find_first_of("<>"), std::string::npos) << told;
+}
+
 TEST(LineText, TellsWhatIsKnownAndDashesForTheRest) {
   ForecastAnswer answer;
   answer.data = test::mildForecast(at("2026-11-21T09:00:00Z"), 30);
@@ -169,7 +188,7 @@ TEST(LineText, TellsWhatIsKnownAndDashesForTheRest) {
   Units const units;
   KeptWarnings const official{{}, coverageOf({}, "JP")};
   auto const line = [&](std::string_view pattern, std::string const& now) {
-    return filledLine(pattern, {answer, official, texts, units, at(now)}).value_or("refused");
+    return filledLine(pattern, {answer, official, texts, units, at(now), false}).value_or("refused");
   };
   EXPECT_EQ(line("{temperature} {humidity} {pressure} {gusts}", "2026-11-21T10:00:00Z"),
             "11° 50 % – 15 km/h");

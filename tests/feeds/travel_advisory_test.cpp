@@ -247,6 +247,7 @@ TEST(PlainText, IsWhatReadersOfHtmlSee) {
        }) {
     EXPECT_EQ(plainTextOfHtml(row.html), row.text) << row.html;
   }
+  EXPECT_EQ(plainTextOfHtml("a&#155;b&#x202E;c&#127;"), "abc") << "entities bring no controls either";
   EXPECT_EQ(plainTextOfHtml("abcé", 4), "abc") << "no half character";
   EXPECT_EQ(plainTextOfHtml("abcé", 5), "abcé");
   EXPECT_EQ(plainTextOfHtml("é", 0), "");

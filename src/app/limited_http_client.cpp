@@ -1,0 +1,35 @@
+#include "app/limited_http_client.h"
+
+namespace nimbara {
+
+using std::chrono::milliseconds;
+
+LimitedHttpClient::LimitedHttpClient(std::unique_ptr<HttpClient> client, Clock const& clock,
+                                     milliseconds limit)
+    : owned_(std::move(client)),
+      client_(*owned_),
+      clock_(clock),
+      limit_(limit),
+      end_(clock.steadyNow() + limit) {}
+
+LimitedHttpClient::LimitedHttpClient(HttpClient& network, Clock const& clock, milliseconds limit)
+    : client_(network), clock_(clock), limit_(limit), end_(clock.steadyNow() + limit) {}
+
+HttpError LimitedHttpClient::overtime() const {
+  auto const seconds = std::chrono::floor<std::chrono::seconds>(limit_);
+  return {HttpError::Kind::cancelled,
+          "there was no answer within the " + std::to_string(seconds.count()) + " s that a command takes"};
+}
+
+Result<HttpResponse, HttpError> LimitedHttpClient::get(HttpRequest const& request, std::stop_token stop) {
+  auto const left = std::chrono::floor<milliseconds>(end_ - clock_.steadyNow());
+  if (left <= milliseconds(0)) return std::unexpected(overtime());
+  if (request.timeout <= left) return client_.get(request, std::move(stop));
+  HttpRequest shortened = request;
+  shortened.timeout = left;
+  auto answer = client_.get(shortened, std::move(stop));
+  bool const isOvertime = !answer && answer.error().kind == HttpError::Kind::timedOut;
+  return isOvertime ? std::unexpected(overtime()) : std::move(answer);
+}
+
+}  // namespace nimbara

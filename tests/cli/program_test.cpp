@@ -1,0 +1,152 @@
+// What only the program as a process shows: how it prints, and how it ends.
+
+#include "base/file.h"
+#include "cli/cli.h"
+#include "platform/linux/child_process.h"
+#include "support/paths.h"
+#include "support/temporary_folder.h"
+#include "support/test_console.h"
+
+#include <gtest/gtest.h>
+
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+
+namespace nimbara {
+namespace {
+
+using test::TemporaryFolder;
+
+struct Program : testing::Test {
+  /// Its output goes into "out", its errors into "err". The child's number.
+  pid_t start(std::vector<std::string> arguments) const {
+    int const out = open((folder.path() / "out").c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    int const err = open((folder.path() / "err").c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    arguments.insert(arguments.begin(), "nimbara");
+    pid_t child = 0;
+    EXPECT_EQ(spawn(child, test::kProgram, std::move(arguments),
+                    {"HOME=" + folder.path().string(), "LC_ALL=C.UTF-8"}, -1, out, err),
+              0);
+    close(out);
+    close(err);
+    return child;
+  }
+  static int codeOf(pid_t child) {
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+  }
+  int run(std::vector<std::string> arguments) const { return codeOf(start(std::move(arguments))); }
+  std::string out() const { return folder.read("out"); }
+  std::string err() const { return folder.read("err"); }
+
+  TemporaryFolder folder;
+};
+
+constexpr std::string_view kElements =
+    "1 25544U 98067A   26325.50000000  .00016717  00000-0  10270-3 0  9009\n"
+    "2 25544  51.6400 208.9163 0006317  69.9862  25.2906 15.49560532    10\n";
+
+TEST_F(Program, PrintsNothingThatATerminalObeys) {
+  folder.write("elements",
+               "A\x1B]0;title\x07Z \xC2\x9B"
+               "31m\xE2\x80\xAE\n" +
+                   std::string(kElements));
+  EXPECT_EQ(run({"satellites", "propagate", (folder.path() / "elements").string(), "0"}), 0) << err();
+  EXPECT_EQ(out().find_first_of("\x1B\x07"), std::string::npos);
+  EXPECT_EQ(out().find("\xC2\x9B"), std::string::npos);
+  EXPECT_EQ(out().find("\xE2\x80\xAE"), std::string::npos);
+  EXPECT_TRUE(out().starts_with("25544 A]0;titleZ 31m\n")) << out();
+}
+
+TEST_F(Program, SaysThatALimitOfFileSizesIsReached) {
+  rlimit before{};
+  getrlimit(RLIMIT_FSIZE, &before);
+  rlimit const none{16, before.rlim_max};
+  // Of this process, which writes nothing meanwhile, for the child to inherit.
+  setrlimit(RLIMIT_FSIZE, &none);
+  pid_t const child = start({"--help"});
+  int const code = codeOf(child);
+  setrlimit(RLIMIT_FSIZE, &before);
+  EXPECT_EQ(code, 1) << "not ended by a signal";
+}
+
+TEST_F(Program, SaysThatItsOutputCannotBeWritten) {
+  int const full = open("/dev/full", O_WRONLY | O_CLOEXEC);
+  int const err = open((folder.path() / "err").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
+  pid_t child = 0;
+  ASSERT_EQ(
+      spawn(child, test::kProgram, {"nimbara", "--help"}, {"HOME=" + folder.path().string()}, -1, full, err),
+      0);
+  EXPECT_EQ(codeOf(child), 1);
+  EXPECT_NE(this->err().find("cannot be written"), std::string::npos);
+  close(full);
+  close(err);
+}
+
+TEST_F(Program, NeedsAHomeButWritesNothingHere) {
+  Environment nowhere = test::plainEnvironment();
+  nowhere.dataDirectory.clear();
+  auto const result = test::run({"settings", "list"}, nowhere);
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_NE(result.err.find("set HOME"), std::string::npos) << result.err;
+  EXPECT_EQ(test::run({"--version"}, nowhere).exitCode, 0);
+}
+
+bool isListening(int port) {
+  int const peer = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_in to{};
+  to.sin_family = AF_INET;
+  to.sin_port = htons(static_cast<std::uint16_t>(port));
+  to.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  bool const isOpen = connect(peer, reinterpret_cast<sockaddr*>(&to), sizeof to) == 0;
+  close(peer);
+  return isOpen;
+}
+
+/// The address that it prints when it serves.
+std::string addressOf(int output) {
+  std::string line;
+  char byte = 0;
+  while (read(output, &byte, 1) == 1 && byte != '\n') line += byte;
+  return line;
+}
+
+TEST_F(Program, LeavesNoFeedServerBehindWhenItIsKilled) {
+  int ends[2];
+  ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+  pid_t child = 0;
+  ASSERT_EQ(spawn(child, test::kProgram, {"nimbara", "feed-server", "--listen", "127.0.0.1:0"},
+                  {"HOME=" + folder.path().string()}, -1, ends[1]),
+            0);
+  close(ends[1]);
+  std::string const address = addressOf(ends[0]);
+  ASSERT_TRUE(address.starts_with("http://127.0.0.1:")) << address;
+  int const port = std::stoi(address.substr(address.rfind(':') + 1));
+  EXPECT_TRUE(isListening(port));
+  kill(child, SIGKILL);
+  EXPECT_EQ(codeOf(child), -SIGKILL);
+  EXPECT_FALSE(isListening(port));
+  close(ends[0]);
+}
+
+TEST_F(Program, EndsItsFeedServerWhenItIsInterrupted) {
+  int ends[2];
+  ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+  pid_t child = 0;
+  ASSERT_EQ(spawn(child, test::kProgram, {"nimbara", "feed-server", "--listen", "127.0.0.1:0"},
+                  {"HOME=" + folder.path().string()}, -1, ends[1]),
+            0);
+  close(ends[1]);
+  ASSERT_NE(addressOf(ends[0]), "");
+  kill(child, SIGTERM);
+  EXPECT_EQ(codeOf(child), exitCode::kInterrupted);
+  close(ends[0]);
+}
+
+}  // namespace
+}  // namespace nimbara
