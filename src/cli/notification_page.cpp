@@ -20,7 +20,7 @@ constexpr std::string_view kSystemSound = "default";
 
 /// What a person is told of the pass: not what was replaced or taken back in silence.
 bool isTold(Decision const& decision) {
-  RuleOutcome const told[] = {announced, escalated, listed, scheduled};
+  RuleOutcome const told[] = {announced, escalated, listed, endMoved, lifted, scheduled};
   return std::ranges::count(told, decision.outcome) > 0;
 }
 

@@ -19,9 +19,9 @@ AlertSeverity severityOf(NWSAlertSeverity severity) {
     case NWSAlertSeverity::severe:
       return AlertSeverity::warning;
     case NWSAlertSeverity::moderate:
+    case NWSAlertSeverity::unknown:  // taken for medium
       return AlertSeverity::advisory;
     case NWSAlertSeverity::minor:
-    case NWSAlertSeverity::unknown:
       break;
   }
   return AlertSeverity::info;
@@ -89,7 +89,8 @@ std::string spanText(WarningEntry const& entry, WarningPageContext const& contex
 }
 
 std::string rendered(WarningEntry const& entry, WarningPageContext const& context) {
-  std::string const severity(context.texts.text("severity." + std::string(enumName(entry.severity))));
+  std::string const level(entry.isLevelStated ? enumName(entry.severity) : "notStated");
+  std::string const severity(context.texts.text("severity." + level));
   Colour const colour = entry.severity >= AlertSeverity::warning ? Colour::warning : Colour::sun;
   std::string out;
   for (std::string const& line :
@@ -97,6 +98,7 @@ std::string rendered(WarningEntry const& entry, WarningPageContext const& contex
     out += context.style.painted(line, colour) + "\n";
   }
   out += paragraph(spanText(entry, context), context);
+  if (entry.isOnWater) out += paragraph(std::string(context.texts.text("warning.onWater")), context);
   out += paragraph(entry.area, context);
   out += paragraph(nearText(entry, context), context);
   if (entry.message != entry.title && entry.message != entry.area) out += paragraph(entry.message, context);
@@ -124,7 +126,9 @@ WarningEntry warningEntry(WeatherAlert const& alert) {
           .isTextMissing = alert.isFullText == false,
           .issuer = alert.issuer.value_or(""),
           .colour = alert.colour.value_or(""),
-          .issued = alert.issued};
+          .issued = alert.issued,
+          .isLevelStated = alert.levelStated.value_or(true),
+          .isOnWater = alert.onWater.value_or(false)};
 }
 
 WarningEntry warningEntry(NWSAlert const& alert) {
@@ -133,14 +137,15 @@ WarningEntry warningEntry(NWSAlert const& alert) {
   std::string const mark = isMarked   ? "[" + alert.status + "] "
                            : isCancel ? "[" + alert.messageType + "] "
                                       : "";
-  return {severityOf(alert.severity),
-          mark + alert.event,
-          alert.headline,
-          alert.areaDesc,
-          alert.instruction,
-          alert.senderName,
-          alert.onset,
-          alert.ends ? alert.ends : alert.expires};
+  return {.severity = severityOf(alert.severity),
+          .title = mark + alert.event,
+          .message = alert.headline,
+          .area = alert.areaDesc,
+          .instruction = alert.instruction,
+          .source = alert.senderName,
+          .onset = alert.onset,
+          .end = alert.ends ? alert.ends : alert.expires,
+          .isLevelStated = alert.severity != NWSAlertSeverity::unknown};
 }
 
 std::string warningPage(std::vector<WarningEntry> const& entries, WarningPageContext const& context) {

@@ -32,6 +32,8 @@ struct WarningEntry {
   std::string issuer = {};                ///< where `source` only passes it on
   std::string colour = {};                ///< of the awareness level: "orange"
   std::optional<Instant> issued = {};
+  bool isLevelStated = true;  ///< the issuer names the severity
+  bool isOnWater = false;     ///< of waters off the place's shore
 };
 
 WarningEntry warningEntry(WeatherAlert const& alert);

@@ -23,17 +23,40 @@ struct ShownEvent {
   AlertSeverity severity = AlertSeverity::advisory;
   std::string digest;  ///< of what was told
   std::optional<Instant> ends;
-  bool wasAbsent = false;    ///< the last pass did not find it
-  bool isWithdrawn = false;  ///< taken back; kept so that its return is no news
+  bool wasAbsent = false;              ///< the last pass did not find it
+  bool isWithdrawn = false;            ///< taken back; kept so that its return is no news
+  std::optional<Instant> absentSince;  ///< the first of the passes that did not find it
+  bool isLifted = false;               ///< people were told that it is over: its return is news
+  bool hasRung = false;
+  bool wasCovered = false;          ///< told without a ring since it was only near
+  std::optional<Instant> toldEnds;  ///< the end that people know of
+  std::optional<Instant> began;
+  std::string title;     ///< under which it was told; empty in a state of an older version
+  std::string kind;      ///< what a mute names
+  std::string place;     ///< names
+  std::string placeTag;  ///< where it was found last
+  std::string event;     ///< what it is about; may be empty
 
   bool operator==(ShownEvent const&) const = default;
 };
 
 template <>
-inline constexpr auto jsonFields<ShownEvent> =
-    std::tuple{field("severity", &ShownEvent::severity), field("digest", &ShownEvent::digest),
-               field("ends", &ShownEvent::ends), fieldOr("wasAbsent", &ShownEvent::wasAbsent),
-               fieldOr("isWithdrawn", &ShownEvent::isWithdrawn)};
+inline constexpr auto jsonFields<ShownEvent> = std::tuple{field("severity", &ShownEvent::severity),
+                                                          field("digest", &ShownEvent::digest),
+                                                          field("ends", &ShownEvent::ends),
+                                                          fieldOr("wasAbsent", &ShownEvent::wasAbsent),
+                                                          fieldOr("isWithdrawn", &ShownEvent::isWithdrawn),
+                                                          fieldOr("absentSince", &ShownEvent::absentSince),
+                                                          fieldOr("isLifted", &ShownEvent::isLifted),
+                                                          fieldOr("hasRung", &ShownEvent::hasRung),
+                                                          fieldOr("wasCovered", &ShownEvent::wasCovered),
+                                                          fieldOr("toldEnds", &ShownEvent::toldEnds),
+                                                          fieldOr("began", &ShownEvent::began),
+                                                          fieldOr("title", &ShownEvent::title),
+                                                          fieldOr("kind", &ShownEvent::kind),
+                                                          fieldOr("place", &ShownEvent::place),
+                                                          fieldOr("placeTag", &ShownEvent::placeTag),
+                                                          fieldOr("event", &ShownEvent::event)};
 
 /// A daily reminder as it will be told.
 struct ScheduledNotification {

@@ -30,9 +30,13 @@ std::string_view soundOf(AlertSeverity severity) {
   return severity == AlertSeverity::critical ? "weather_critical.caf" : "weather_warning.caf";
 }
 
+std::string identifierOf(WeatherAlert const& alert) {
+  return "gov_" + alert.id.text();
+}
+
 Finding findingOf(WeatherAlert const& alert, Texts const& texts) {
   Finding finding;
-  finding.identifier = "gov_" + alert.id.text();
+  finding.identifier = identifierOf(alert);
   finding.title = alert.title;
   finding.body = bodyOf(alert, texts);
   finding.sound = soundOf(alert.severity);
@@ -42,6 +46,18 @@ Finding findingOf(WeatherAlert const& alert, Texts const& texts) {
   finding.isCovered = alert.distanceKm && alert.severity < AlertSeverity::warning;
   finding.began = alert.onset;
   finding.ends = alert.expires;
+  finding.event = alert.event.value_or("");
+  return finding;
+}
+
+/// Of a part of the country that nobody can place: only danger rings.
+Finding unplacedFinding(WeatherAlert const& alert, RuleInputs const& inputs) {
+  Finding finding = findingOf(alert, *inputs.texts);
+  finding.isCovered = alert.severity < AlertSeverity::critical;
+  std::string const where = inputs.texts->format(
+      "push.event.unplaced", countryName(inputs.place.countryCode, inputs.texts->language()),
+      alert.areaDesc.value_or(alert.title));
+  finding.body = where + "\n" + finding.body;
   return finding;
 }
 
@@ -187,11 +203,17 @@ Evaluation officialWarnings(RuleInputs const& inputs, RuleSettings const& settin
   Evaluation evaluation;
   auto const limit = static_cast<double>(settings.govAlertLevel);
   double highest = -1;
-  for (WeatherAlert const& alert : *inputs.govAlerts) {
+  auto const look = [&](WeatherAlert const& alert, Finding finding) {
     auto const level = static_cast<double>(levelOf(alert.severity));
     highest = std::max(highest, level);
-    if (level >= limit) evaluation.findings.push_back(findingOf(alert, *inputs.texts));
-  }
+    if (level >= limit) {
+      evaluation.findings.push_back(std::move(finding));
+    } else {
+      evaluation.untold.push_back(std::move(finding.identifier));
+    }
+  };
+  for (WeatherAlert const& alert : *inputs.govAlerts) look(alert, findingOf(alert, *inputs.texts));
+  for (WeatherAlert const& alert : inputs.unplacedAlerts) look(alert, unplacedFinding(alert, inputs));
   if (highest < 0) return nothingNear("warnings", "noWarnings");
   evaluation.measured.push_back({"warningLevel", highest, Relation::atLeast, limit, ""});
   return evaluation;

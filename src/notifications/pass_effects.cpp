@@ -10,7 +10,7 @@ namespace {
 
 using enum RuleOutcome;
 
-constexpr RuleOutcome kDeliveries[] = {announced, escalated, listed, updated, withdrawn};
+constexpr RuleOutcome kDeliveries[] = {announced, escalated, listed, updated, endMoved, withdrawn, lifted};
 constexpr RuleOutcome kHeldBack[] = {muted, heldByQuietHours, snoozed, suppressed};
 constexpr RuleOutcome kKnown[] = {stillActive, returnedTooSoon, alreadyDelivered, alreadyToldToday};
 
@@ -22,6 +22,9 @@ constexpr double kSamePartKm = 2;
 constexpr std::size_t kMostParts = 16;
 constexpr std::string_view kFireStem = "fire_";
 constexpr std::string_view kStormStem = "hurricane_";
+
+/// An end that is moved by less changes nobody's plans.
+constexpr std::chrono::hours kMovedEnd{1};
 
 /// Remembered after its end, so that a late repetition is no news.
 constexpr std::chrono::hours kMemoryAfterEnd{24};
@@ -81,11 +84,38 @@ void rememberFire(Decision const& decision, Instant now, EngineState& state) {
   state.knownFires[decision.key] = std::move(parts);
 }
 
+/// Found, whatever was made of it.
+void rememberFound(Decision const& decision, ShownEvent& shown) {
+  shown.wasAbsent = false;
+  shown.absentSince.reset();
+  if (!decision.placeTag.empty()) shown.placeTag = decision.placeTag;
+}
+
 void rememberShown(Decision const& decision, EngineState& state) {
   if (!decision.rule->followsEvents) return;
-  ShownEvent& shown = state.shown[decision.key];
-  AlertSeverity const gravest = std::max(shown.severity, decision.severity);
-  shown = {gravest, digestOf(decision.request), decision.ends, false, false};
+  auto const [entry, isNew] = state.shown.try_emplace(decision.key);
+  ShownEvent& shown = entry->second;
+  bool const isAnew = isNew || shown.isLifted;
+  bool const isText = decision.outcome == updated;
+  bool const rings = decision.outcome == announced || decision.outcome == escalated;
+  rememberFound(decision, shown);
+  shown.severity = isAnew ? decision.severity : std::max(shown.severity, decision.severity);
+  shown.digest = decision.digest;
+  shown.hasRung = rings || (shown.hasRung && !isAnew);
+  shown.wasCovered = decision.isCovered && !shown.hasRung;
+  shown.isWithdrawn = shown.isLifted = false;
+  if (!isText || isAnew) shown.toldEnds = decision.ends;
+  shown.ends = decision.ends;
+  shown.began = decision.began;
+  if (!decision.title.empty()) shown.title = decision.title;
+  shown.kind = decision.kind;
+  shown.place = decision.place;
+  shown.event = decision.event;
+}
+
+void rememberAbsent(ShownEvent& shown, Instant now) {
+  if (!shown.wasAbsent || !shown.absentSince) shown.absentSince = now;
+  shown.wasAbsent = true;
 }
 
 /// A rule that is off has nothing scheduled for any place.
@@ -132,6 +162,11 @@ std::string digestOf(NotificationRequest const& request) {
   return sha256Hex(request.title + "\n" + request.body);
 }
 
+bool hasMovedEnd(ShownEvent const& shown, std::optional<Instant> ends) {
+  auto const& told = shown.toldEnds ? shown.toldEnds : shown.ends;
+  return told && ends && std::chrono::abs(*ends - *told) > kMovedEnd;
+}
+
 bool isDelivery(RuleOutcome outcome) {
   return std::ranges::count(kDeliveries, outcome) > 0;
 }
@@ -166,6 +201,7 @@ void apply(Decision const& decision, Instant now, EngineState& state) {
     case announced:
     case escalated:
     case listed:
+    case endMoved:
       remember(decision, now, state);
       rememberShown(decision, state);
       rememberStorm(decision, state);
@@ -177,13 +213,18 @@ void apply(Decision const& decision, Instant now, EngineState& state) {
     case withdrawn:
       state.shown[decision.key].isWithdrawn = true;
       break;
+    case lifted:
+      state.shown[decision.key].isWithdrawn = state.shown[decision.key].isLifted = true;
+      break;
     case absent:
-      state.shown[decision.key].wasAbsent = true;
+      rememberAbsent(state.shown[decision.key], now);
       break;
     case alreadyDelivered:
       if (auto* const shown = find(state.shown, decision.key)) {
-        shown->wasAbsent = false;
+        rememberFound(decision, *shown);
         shown->ends = decision.ends;
+        shown->began = decision.began;
+        shown->event = decision.event;
       }
       rememberEvent(decision, now, state);
       rememberStorm(decision, state);
@@ -202,7 +243,7 @@ void apply(Decision const& decision, Instant now, EngineState& state) {
       break;
     default:
       // Held back it may be, but it was found.
-      if (auto* const shown = find(state.shown, decision.key)) shown->wasAbsent = false;
+      if (auto* const shown = find(state.shown, decision.key)) rememberFound(decision, *shown);
       break;
   }
 }

@@ -248,13 +248,19 @@ Decision PassPlanner::draft(Rule const& rule, PlannedEvent const& event) const {
   decision.key = keyOf(rule, event.finding, *event.inputs);
   decision.severity = event.finding.severity;
   decision.kind = kindOf(rule, event.finding);
+  decision.began = event.finding.began;
   decision.ends = event.finding.ends;
+  decision.event = event.finding.event;
+  decision.title = event.finding.title;
+  decision.isCovered = event.finding.isCovered;
   decision.place = event.names;
+  decision.placeTag = event.inputs->place.tag;
   decision.measured = event.measured;
   decision.greatness = event.finding.greatness;
   decision.storm = event.finding.storm;
   decision.fire = event.finding.fire;
   decision.request = requestOf(rule, event, decision.key);
+  if (rule.followsEvents) decision.digest = digestOf(decision.request);
   return decision;
 }
 

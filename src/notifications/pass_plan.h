@@ -20,7 +20,9 @@ enum class RuleOutcome {
   escalated,       ///< told before, and graver now: rings again
   listed,          ///< shown without a ring: old news, or told by another notification
   updated,         ///< what is shown is replaced in silence
+  endMoved,        ///< shown again without a ring: it ends much earlier or later than was told
   withdrawn,       ///< what is shown is over
+  lifted,          ///< over before the end that was told: shown without a ring in place of it
   scheduled,       ///< will be told at its hour
   stillScheduled,  ///< as it was
   settingOff,
@@ -41,10 +43,10 @@ enum class RuleOutcome {
 };
 template <>
 inline constexpr auto enumNames<RuleOutcome> = std::to_array<std::string_view>(
-    {"announced",        "escalated",       "listed",           "updated",          "withdrawn", "scheduled",
-     "stillScheduled",   "settingOff",      "notChosen",        "conditionFalse",   "unknown",   "absent",
-     "stillActive",      "returnedTooSoon", "alreadyDelivered", "alreadyToldToday", "hasEnded",  "muted",
-     "heldByQuietHours", "snoozed",         "refused",          "suppressed"});
+    {"announced", "escalated", "listed",           "updated",         "endMoved",         "withdrawn",
+     "lifted",    "scheduled", "stillScheduled",   "settingOff",      "notChosen",        "conditionFalse",
+     "unknown",   "absent",    "stillActive",      "returnedTooSoon", "alreadyDelivered", "alreadyToldToday",
+     "hasEnded",  "muted",     "heldByQuietHours", "snoozed",         "refused",          "suppressed"});
 static_assert(enumNamesComplete(RuleOutcome::suppressed));
 
 /// The pass has something to do for it.
@@ -63,8 +65,14 @@ struct Decision {
   NotificationRequest request;
   AlertSeverity severity = AlertSeverity::info;
   std::string kind;  ///< what a mute names
+  std::optional<Instant> began;
   std::optional<Instant> ends;
-  std::string place;  ///< names, by comma
+  std::string event;       ///< what it is about, as the finding says
+  std::string title;       ///< of the finding, without the place
+  std::string digest;      ///< of what is told of an event, without what the engine adds
+  bool isCovered = false;  ///< told without a ring: it is slight and only near, or cannot be placed
+  std::string place;       ///< names, by comma
+  std::string placeTag;    ///< of the place that tells it
   std::vector<Measurement> measured;
   std::string note;                                ///< the evaluation's, or a feed's problem
   std::optional<Instant> since;                    ///< when it was told, or last seen
@@ -129,6 +137,8 @@ void takeBack(Decision const& decision, EngineState& state, EngineState const& b
 
 /// Tells two wordings of one event apart.
 std::string digestOf(NotificationRequest const& request);
+/// An event ends so much later or earlier than was told that people must know.
+bool hasMovedEnd(ShownEvent const& shown, std::optional<Instant> ends);
 
 /// Every input that an enabled rule reads, by what is chosen for a place.
 struct NeededInputs {

@@ -28,6 +28,7 @@ struct PlannedEvent {
 struct PlannedEvents {
   std::vector<PlannedEvent> list;
   std::map<std::string, std::size_t, std::less<>> byIdentifier;
+  std::set<std::string, std::less<>> untold;  ///< there, but not grave enough
 };
 
 class PassPlanner {
@@ -98,6 +99,12 @@ class PassPlanner {
   // ---- Events
 
   void planEvents(Rule const& rule);
+  /// What the rule found, under the identifiers by which the state knows it.
+  Evaluation evaluationOf(Rule const& rule, RuleInputs const& inputs);
+  /// The same event was told under another identifier: what gave it its own has been forgotten, or the state
+  /// is of an older version.
+  std::optional<std::string> knownAs(Rule const& rule, Finding const& finding);
+  bool isSameEvent(ShownEvent const& shown, Finding const& finding) const;
   /// The rule's feed failed, or there is nothing to look at: false is not known to be false.
   static bool isUnknown(Rule const& rule, RuleInputs const& inputs, Evaluation const& evaluation);
   void tellNothing(Rule const& rule, RuleInputs const& inputs, Evaluation const& evaluation);
@@ -112,15 +119,23 @@ class PassPlanner {
   Decision eventDecision(Rule const& rule, PlannedEvent const& event) const;
   /// The end of what is shown was thought to be later.
   bool isStillShown(std::string_view key) const;
-  RuleOutcome followed(Decision const& decision, PlannedEvent const& event) const;
-  /// An event that two good checks in a row do not find is over: a feed may drop one for a moment.
+  RuleOutcome followed(Rule const& rule, Decision const& decision, PlannedEvent const& event) const;
+  /// Quiet: it is the event that people know of.
+  void tellNewEnd(Decision& decision, PlannedEvent const& event) const;
+  /// An event that good checks do not find for a while is over: a feed may drop one for a moment. What is
+  /// there still, though slight now, is taken away as well.
   void withdrawAbsent(Rule const& rule, PlannedEvents const& events);
   /// Its end is known, whatever the feeds say or fail to say.
   void withdrawEnded();
   bool isOver(ShownEvent const& shown) const { return shown.ends && *shown.ends <= context_.now; }
 
   /// A later message of the event has moved its end.
-  bool isProlonged(Rule const& rule, std::string_view key) const;
+  bool isProlonged(Rule const& rule, std::string_view key);
+  bool hasBeenAbsent(ShownEvent const& shown) const;
+  RuleInputs const* placeOf(ShownEvent const& shown) const;
+  /// It rang, and its place is looked at still. At night and while notices are put off it just goes.
+  bool isWorthLifting(Rule const& rule, ShownEvent const& shown) const;
+  void lift(Rule const& rule, std::string const& key, ShownEvent const& shown);
   void takeAway(RuleOutcome outcome, Rule const& rule, std::string const& key, ShownEvent const& shown);
 
   // ---- Told, listed or held
@@ -149,6 +164,7 @@ class PassPlanner {
   EngineState const& state_;
   std::vector<RuleInputs> places_;  ///< with what the state remembers for rules
   RuleSettings values_;
+  std::map<std::string, std::string, std::less<>> knownAs_;  ///< identifiers of events told under others
   PassPlan plan_;
 };
 

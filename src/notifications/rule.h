@@ -62,6 +62,8 @@ struct Finding {
   /// Told by another notification already, or slight and only near: listed without a ring.
   bool isCovered = false;
   double greatness = 0;  ///< among events of one rule and severity the greater come first: magnitude, MW …
+  /// What an official event is about. Together with its period it is the same event under another identifier.
+  std::string event;
   std::optional<ToldStorm> storm;  ///< what is known of a storm once this has been told
   std::vector<SeenFire> fire;      ///< where a fire burns, once this has been told
 };
@@ -73,8 +75,10 @@ struct Evaluation {
   std::vector<Finding> findings;
   std::vector<Measurement> measured;  ///< what decided, also when nothing was found
   std::string_view note;  ///< ends a text key "explain.note.<note>": "dark", "noForecast"; may be empty
+  /// Identifiers of events that are there but not grave enough to be told: they are not over.
+  std::vector<std::string> untold = {};  // NOLINT(readability-redundant-member-init): most leave it out
 
-  static Evaluation none(std::string_view note) { return {{}, {}, note}; }
+  static Evaluation none(std::string_view note) { return {{}, {}, note, {}}; }
 };
 
 using EvaluateRule = Evaluation (*)(RuleInputs const&, RuleSettings const&);
@@ -92,6 +96,7 @@ struct Rule {
   std::optional<SummaryKind> summary = std::nullopt;  ///< a language model may word it
   /// Of a daily rule that is scheduled: the key of its hour.
   std::string_view hourSetting = {};  // NOLINT(readability-redundant-member-init): rows leave it out
+  bool tellsLifting = false;          ///< an event that is over before its end is told to be so
 };
 
 }  // namespace nimbara

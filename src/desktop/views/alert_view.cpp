@@ -90,10 +90,12 @@ AlertView viewOf(WeatherAlert const& alert, WeatherState const& state, ViewConte
   AlertView view;
   view.id = alert.id.text();
   view.level = enumName(alert.severity);
-  view.severity = context.text("severity." + view.level);
+  view.severity =
+      context.text(alert.levelStated.value_or(true) ? "severity." + view.level : "severity.notStated");
   view.title = oneLine(alert.title, kLongestTitle);
   view.message = cutAt(messageOf(alert), kLongestMessage);
   view.area = oneLine(alert.areaDesc.value_or(""), kLongestTitle);
+  if (alert.onWater.value_or(false)) append(view.area, context.text("warning.onWater"), " – ");
   append(view.area, nearTextOf(alert, context), " – ");
   view.when = spanOf(alert, context, words);
   view.issuer = issuerOf(alert, context);

@@ -1,0 +1,228 @@
+#include "support/notification_engine.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace nimbara {
+namespace {
+
+using test::at;
+using test::identifierOf;
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr char kBegin[] = "2026-11-21T09:00:00Z";
+
+/// What becomes of one official warning as passes follow one another.
+struct WarningEvents : testing::Test {
+  WarningEvents() {
+    engine.turnOn("notify_govAlerts");
+    engine.pass();  // from here on what begins is news
+  }
+
+  WeatherAlert warning(AlertSeverity severity = AlertSeverity::advisory) const {
+    return test::officialWarning(1, severity, engine.clock.now());
+  }
+  /// The outcome of the one decision about a warning.
+  RuleOutcome outcomeAfter(std::chrono::minutes span, std::vector<WeatherAlert> warnings) {
+    engine.warnings = std::move(warnings);
+    PassReport const report = engine.passAfter(span);
+    for (Decision const& decision : report.plan.decisions) {
+      if (decision.key.starts_with("gov_")) return decision.outcome;
+    }
+    return RuleOutcome::conditionFalse;
+  }
+  NotificationRequest last() const { return engine.center.delivered().back(); }
+
+  test::NotificationEngine engine{kBegin};
+};
+
+struct EndRow {
+  std::chrono::minutes move;
+  RuleOutcome outcome;
+};
+
+TEST_F(WarningEvents, TellQuietlyOfAnEndThatMovesByMoreThanAnHour) {
+  for (EndRow const& row : {EndRow{60min, RuleOutcome::alreadyDelivered},
+                            {-60min, RuleOutcome::alreadyDelivered},
+                            {61min, RuleOutcome::endMoved},
+                            {-61min, RuleOutcome::endMoved}}) {
+    test::NotificationEngine fresh(kBegin);
+    fresh.turnOn("notify_govAlerts");
+    WeatherAlert alert = warning();
+    fresh.warnings = {alert};
+    fresh.pass();
+    alert.expires = *alert.expires + row.move;
+    fresh.warnings = {alert};
+    PassReport const report = fresh.passAfter(15min);
+    EXPECT_EQ(report.plan.decisions.at(0).outcome, row.outcome) << row.move.count();
+    if (row.outcome != RuleOutcome::endMoved) continue;
+    NotificationRequest const told = fresh.center.delivered().back();
+    EXPECT_TRUE(told.isSilent);
+    EXPECT_EQ(told.urgency, NotificationUrgency::low);
+    EXPECT_EQ(told.identifier, identifierOf(alert));
+    EXPECT_TRUE(told.body.starts_with("Now until ")) << told.body;
+    EXPECT_EQ(fresh.passAfter(15min).plan.decisions.at(0).outcome, RuleOutcome::alreadyDelivered);
+  }
+}
+
+TEST_F(WarningEvents, AddUpSmallMovesOfTheEnd) {
+  WeatherAlert alert = warning();
+  EXPECT_EQ(outcomeAfter(0min, {alert}), RuleOutcome::announced);
+  *alert.expires += 40min;
+  EXPECT_EQ(outcomeAfter(15min, {alert}), RuleOutcome::alreadyDelivered);
+  *alert.expires += 40min;
+  EXPECT_EQ(outcomeAfter(15min, {alert}), RuleOutcome::endMoved);
+}
+
+TEST_F(WarningEvents, RingAgainOnlyForAHigherLevel) {
+  WeatherAlert alert = warning();
+  EXPECT_EQ(outcomeAfter(0min, {alert}), RuleOutcome::announced);
+  alert.onset = *alert.onset + 3h;
+  EXPECT_EQ(outcomeAfter(15min, {alert}), RuleOutcome::alreadyDelivered);
+  alert.severity = AlertSeverity::warning;
+  EXPECT_EQ(outcomeAfter(15min, {alert}), RuleOutcome::escalated);
+  alert.severity = AlertSeverity::advisory;
+  EXPECT_EQ(outcomeAfter(15min, {alert}), RuleOutcome::alreadyDelivered);
+  alert.severity = AlertSeverity::warning;
+  EXPECT_EQ(outcomeAfter(15min, {alert}), RuleOutcome::alreadyDelivered) << "told of already";
+}
+
+TEST_F(WarningEvents, SayOnceThatTheyWereLifted) {
+  WeatherAlert const alert = warning();
+  EXPECT_EQ(outcomeAfter(0min, {alert}), RuleOutcome::announced);
+  EXPECT_EQ(outcomeAfter(5min, {}), RuleOutcome::absent);
+  EXPECT_EQ(outcomeAfter(14min, {}), RuleOutcome::absent) << "feeds drop one for a moment";
+  EXPECT_EQ(outcomeAfter(1min, {}), RuleOutcome::lifted);
+  EXPECT_TRUE(last().isSilent);
+  EXPECT_EQ(last().identifier, identifierOf(alert));
+  EXPECT_EQ(last().title, "No longer in force: Warning 1");
+  EXPECT_EQ(outcomeAfter(15min, {}), RuleOutcome::conditionFalse);
+  EXPECT_EQ(outcomeAfter(15min, {alert}), RuleOutcome::announced) << "who was told that it is over must know";
+}
+
+TEST_F(WarningEvents, GoWithoutAWordAtTheirEnd) {
+  WeatherAlert alert = warning();
+  alert.expires = *alert.onset + 2h;
+  EXPECT_EQ(outcomeAfter(0min, {alert}), RuleOutcome::announced);
+  EXPECT_EQ(outcomeAfter(2h, {}), RuleOutcome::withdrawn);
+  EXPECT_EQ(engine.center.delivered().size(), 1);
+}
+
+TEST_F(WarningEvents, AreNotLiftedWhenNobodyLooksAtThePlaceAnyMore) {
+  WeatherAlert const alert = warning();
+  engine.warnings = {alert};
+  RuleInputs other = engine.elsewhere("boulder", "Boulder");
+  RuleInputs home = engine.here();
+  home.govAlerts = InputReading<std::vector<WeatherAlert>>::of({});
+  engine.pass({home, other});
+  engine.warnings = std::vector<WeatherAlert>{};
+  engine.passAfter(15min);
+  engine.passAfter(15min);
+  EXPECT_EQ(engine.center.delivered().size(), 1);
+  EXPECT_THAT(engine.center.withdrawn(), ElementsAre(identifierOf(alert)));
+}
+
+TEST_F(WarningEvents, AreNotLiftedWhenTheyAreOnlySlighterOrTheNightIsQuiet) {
+  WeatherAlert alert = warning();
+  EXPECT_EQ(outcomeAfter(0min, {alert}), RuleOutcome::announced);
+  alert.severity = AlertSeverity::info;
+  EXPECT_EQ(outcomeAfter(15min, {alert}), RuleOutcome::absent);
+  EXPECT_EQ(outcomeAfter(15min, {alert}), RuleOutcome::withdrawn);
+  WeatherAlert other = test::officialWarning(2, AlertSeverity::warning, engine.clock.now());
+  EXPECT_EQ(outcomeAfter(15min, {other}), RuleOutcome::announced);
+  std::ignore = engine.store.set("notify_quietHours", true);
+  std::ignore = engine.store.set("notify_quietFrom", 0);
+  std::ignore = engine.store.set("notify_quietUntil", 23);
+  EXPECT_EQ(outcomeAfter(15min, {}), RuleOutcome::absent);
+  EXPECT_EQ(outcomeAfter(15min, {}), RuleOutcome::withdrawn);
+}
+
+TEST_F(WarningEvents, AreNotLiftedWhileTheFeedFails) {
+  EXPECT_EQ(outcomeAfter(0min, {warning()}), RuleOutcome::announced);
+  engine.warnings.reset();
+  for (int i = 0; i < 10; ++i) engine.passAfter(15min);
+  EXPECT_EQ(engine.center.delivered().size(), 1);
+  EXPECT_THAT(engine.center.withdrawn(), IsEmpty());
+}
+
+TEST_F(WarningEvents, ThatWereOnlyNearRingWhenTheyReachThePlace) {
+  WeatherAlert alert = warning(AlertSeverity::info);
+  std::ignore = engine.store.set("notify_govAlertLevel", std::string("low"));
+  alert.distanceKm = 20;
+  EXPECT_EQ(outcomeAfter(0min, {alert}), RuleOutcome::listed);
+  alert.severity = AlertSeverity::advisory;
+  EXPECT_NE(outcomeAfter(15min, {alert}), RuleOutcome::escalated) << "still slight and near";
+  alert.distanceKm.reset();
+  EXPECT_EQ(outcomeAfter(15min, {alert}), RuleOutcome::announced);
+  alert.distanceKm = 20;
+  EXPECT_EQ(outcomeAfter(15min, {alert}), RuleOutcome::alreadyDelivered);
+}
+
+TEST_F(WarningEvents, RingWhereTheyAreNotOnlyNear) {
+  WeatherAlert near = warning();
+  near.distanceKm = 20;
+  engine.warnings = {near};
+  RuleInputs const home = engine.here();
+  engine.warnings = {warning()};
+  PassReport const report = engine.pass({home, engine.elsewhere("boulder", "Boulder")});
+  EXPECT_EQ(report.plan.decisions.at(0).outcome, RuleOutcome::announced);
+  EXPECT_EQ(report.plan.decisions.at(0).place, "Testville, Boulder");
+}
+
+TEST_F(WarningEvents, AreKnownByWhatTheyAreAboutWhenTheirIdentifierIsLost) {
+  WeatherAlert alert = warning();
+  alert.event = "HR|wind|EMMA_ID:HR001";
+  EXPECT_EQ(outcomeAfter(0min, {alert}), RuleOutcome::announced);
+  engine.restart();
+  WeatherAlert next = alert;
+  next.id = Uuid::named(Uuid{}, "another");
+  next.onset = *alert.expires;
+  next.expires = *alert.expires + 30min;
+  EXPECT_EQ(outcomeAfter(15min, {next}), RuleOutcome::alreadyDelivered);
+  EXPECT_EQ(outcomeAfter(15min, {next}), RuleOutcome::alreadyDelivered);
+  next.event = "HR|rain|EMMA_ID:HR001";
+  EXPECT_EQ(outcomeAfter(15min, {alert, next}), RuleOutcome::announced);
+}
+
+TEST_F(WarningEvents, ToldByAnOlderVersionDoNotRingAgain) {
+  WeatherAlert const alert = warning();
+  std::string const old = "gov_" + Uuid::named(Uuid{}, "as it was named").text();
+  std::ignore =
+      engine.store.update(StoreArea::state, [&](SettingValues const&) -> Result<StoreChanges, StoreError> {
+        StoreChanges changes;
+        changes.emplace("notif_deliveredIDs", SettingValue(R"([")" + old + R"("])"));
+        changes.emplace("notif_shown",
+                        SettingValue(R"({")" + old + R"(":{"severity":"advisory","digest":"x","ends":")" +
+                                     formatIso8601(*alert.expires) + R"("}})"));
+        return changes;
+      });
+  engine.restart();
+  WeatherAlert other = test::officialWarning(2, AlertSeverity::advisory, engine.clock.now());
+  engine.warnings = {alert, other};
+  PassReport const report = engine.passAfter(15min);
+  EXPECT_THAT(engine.told(), ElementsAre(identifierOf(other))) << "one of them was told";
+  other.severity = AlertSeverity::critical;
+  engine.warnings = {alert, other};
+  engine.passAfter(15min);
+  EXPECT_THAT(engine.told(), ElementsAre(identifierOf(other)));
+}
+
+TEST_F(WarningEvents, OfPartsThatCannotBePlacedRingFromCriticalOnly) {
+  for (auto const severity : {AlertSeverity::warning, AlertSeverity::critical}) {
+    RuleInputs inputs = engine.here();
+    inputs.place.countryCode = "HR";
+    WeatherAlert alert = test::officialWarning(static_cast<int>(severity), severity, engine.clock.now());
+    alert.areaDesc = "Velebit channel";
+    inputs.unplacedAlerts = {alert};
+    PassReport const report = engine.pass({inputs});
+    EXPECT_EQ(report.plan.decisions.at(0).outcome,
+              severity == AlertSeverity::critical ? RuleOutcome::announced : RuleOutcome::listed);
+    EXPECT_NE(last().body.find("parts of Croatia that cannot be placed: Velebit channel"), std::string::npos)
+        << last().body;
+  }
+}
+
+}  // namespace
+}  // namespace nimbara
