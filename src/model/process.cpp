@@ -1,6 +1,7 @@
 #include "model/process.h"
 
 #include "base/number.h"
+#include "base/text.h"
 
 #include <algorithm>
 
@@ -13,6 +14,35 @@ using std::chrono::hours;
 std::optional<DetailFields> processedDetails(DetailFields const& fields) {
   if (fields == DetailFields::all()) return std::nullopt;
   return fields;
+}
+
+template <class Record>
+struct ValueText {
+  ForecastValue value;
+  std::string Record::* text;
+};
+
+constexpr ValueText<CurrentCondition> kCurrentValues[] = {
+    {ForecastValue::precipitation, &CurrentCondition::precipMM},
+    {ForecastValue::windSpeed, &CurrentCondition::windspeedKmph}};
+constexpr ValueText<HourlyCondition> kHourlyValues[] = {
+    {ForecastValue::precipitation, &HourlyCondition::precipMM},
+    {ForecastValue::precipitationChance, &HourlyCondition::chanceofrain},
+    {ForecastValue::windSpeed, &HourlyCondition::windspeedKmph},
+    {ForecastValue::windGust, &HourlyCondition::windGustKmph}};
+
+bool isNumber(std::string_view text) {
+  return parseDouble(trimmed(text)).has_value();
+}
+
+/// A text that is no number becomes 0 in the record; here stands that this 0 is nobody's.
+template <class Record, std::size_t count>
+std::optional<ForecastValues> processedUnknowns(Record const& in, ValueText<Record> const (&values)[count],
+                                                ForecastValues unknown) {
+  for (ValueText<Record> const& row : values) {
+    if (!isNumber(in.*row.text)) unknown.insert(row.value);
+  }
+  return unknown.empty() ? std::nullopt : std::optional(unknown);
 }
 
 LocationInfo processLocation(WttrResponse const& response) {
@@ -52,6 +82,7 @@ WeatherData::ProcessedCurrent processCurrent(CurrentCondition const& in) {
   out.observationTime = in.observationTime;
   out.isDay = in.isDay;
   out.availableDetailFields = processedDetails(in.availableDetailFields);
+  out.unknownValues = processedUnknowns(in, kCurrentValues, {});
   return out;
 }
 
@@ -81,6 +112,7 @@ HourlyForecast processHour(HourlyCondition const& in) {
   out.dewPointC = lenientDouble(in.dewPointC);
   out.dewPointF = lenientDouble(in.dewPointF);
   out.availableDetailFields = processedDetails(in.availableDetailFields);
+  out.unknownValues = processedUnknowns(in, kHourlyValues, in.unknownValues.value_or(ForecastValues()));
   return out;
 }
 
@@ -121,6 +153,18 @@ DailyForecast::ProcessedAstronomy processAstronomy(std::vector<Astronomy> const&
   return {in.sunrise, in.sunset, in.moonrise, in.moonset, in.moonPhase, lenientInteger(in.moonIllumination)};
 }
 
+std::optional<double> processedNumber(std::optional<std::string> const& text) {
+  return text ? parseDouble(trimmed(*text)) : std::nullopt;
+}
+
+void processWholeDay(WeatherDay const& in, DailyForecast& out) {
+  if (in.weatherCode) out.condition = conditionOfWwoCode(*in.weatherCode);
+  if (out.condition == WeatherConditionCode::unknown) out.condition.reset();
+  out.precipMM = processedNumber(in.precipMM);
+  out.windSpeedKmph = processedNumber(in.windspeedKmph);
+  out.windDirection = in.winddir16Point;
+}
+
 DailyForecast processDay(WeatherDay const& in, Date date, Calendar const& calendar) {
   DailyForecast out;
   out.date = calendar.startOfDay(date);
@@ -136,6 +180,7 @@ DailyForecast processDay(WeatherDay const& in, Date date, Calendar const& calend
   if (in.dailyPrecipitationChance)
     out.dailyPrecipitationChance = lenientInteger(*in.dailyPrecipitationChance);
   out.astronomy = processAstronomy(in.astronomy);
+  processWholeDay(in, out);
   HourReader moments(calendar, date);
   out.hourly.reserve(in.hourly.size());
   for (HourlyCondition const& hour : in.hourly) {

@@ -61,10 +61,12 @@ struct HourlyForecast {
   double dewPointC = 0;
   double dewPointF = 0;
   std::optional<DetailFields> availableDetailFields;
+  std::optional<ForecastValues> unknownValues;  ///< without that set all of these values are real
 
   bool has(WeatherDetailField detail) const {
     return !availableDetailFields || availableDetailFields->contains(detail);
   }
+  bool knows(ForecastValue value) const { return !unknownValues || !unknownValues->contains(value); }
   bool operator==(HourlyForecast const&) const = default;
 };
 
@@ -95,6 +97,7 @@ inline constexpr auto jsonFields<HourlyForecast> = std::tuple{
     field("dewPointC", &HourlyForecast::dewPointC),
     field("dewPointF", &HourlyForecast::dewPointF),
     field("_nimbaraDetailFields", &HourlyForecast::availableDetailFields),
+    field("_nimbaraUnknownValues", &HourlyForecast::unknownValues),
 };
 
 struct DailyForecast {
@@ -124,6 +127,11 @@ struct DailyForecast {
   std::optional<int> dailyPrecipitationChance;  ///< %
   std::vector<HourlyForecast> hourly;
   ProcessedAstronomy astronomy;
+  /// What the provider itself says of the whole day; its hours usually say more.
+  std::optional<WeatherConditionCode> condition;
+  std::optional<double> precipMM;
+  std::optional<double> windSpeedKmph;  ///< the strongest
+  std::optional<std::string> windDirection;
 
   bool operator==(DailyForecast const&) const = default;
 };
@@ -153,6 +161,10 @@ inline constexpr auto jsonFields<DailyForecast> = std::tuple{
     field("dailyPrecipitationChance", &DailyForecast::dailyPrecipitationChance),
     field("hourly", &DailyForecast::hourly),
     field("astronomy", &DailyForecast::astronomy),
+    field("_nimbaraCondition", &DailyForecast::condition),
+    field("_nimbaraPrecipMM", &DailyForecast::precipMM),
+    field("_nimbaraWindSpeedKmph", &DailyForecast::windSpeedKmph),
+    field("_nimbaraWindDirection", &DailyForecast::windDirection),
 };
 
 struct WeatherData {
@@ -178,11 +190,13 @@ struct WeatherData {
     std::string observationTime;
     std::optional<bool> isDay;
     std::optional<DetailFields> availableDetailFields;  ///< as in `HourlyForecast`
+    std::optional<ForecastValues> unknownValues;        ///< as in `HourlyForecast`
 
     bool isReading() const { return condition != WeatherConditionCode::unknown || !observationTime.empty(); }
     bool has(WeatherDetailField detail) const {
       return !availableDetailFields || availableDetailFields->contains(detail);
     }
+    bool knows(ForecastValue value) const { return !unknownValues || !unknownValues->contains(value); }
     bool operator==(ProcessedCurrent const&) const = default;
   };
 
@@ -217,6 +231,7 @@ inline constexpr auto jsonFields<WeatherData::ProcessedCurrent> = std::tuple{
     field("observationTime", &WeatherData::ProcessedCurrent::observationTime),
     field("isDay", &WeatherData::ProcessedCurrent::isDay),
     field("_nimbaraDetailFields", &WeatherData::ProcessedCurrent::availableDetailFields),
+    field("_nimbaraUnknownValues", &WeatherData::ProcessedCurrent::unknownValues),
 };
 
 template <>

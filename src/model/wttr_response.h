@@ -22,6 +22,17 @@ static_assert(enumNamesComplete(WeatherDetailField::dewPoint));
 
 using DetailFields = EnumSet<WeatherDetailField>;
 
+/// What every record has a place for although a provider may not say it. What is in a record's set of unknown
+/// values holds a placeholder: it is neither shown nor taken for "none".
+enum class ForecastValue { precipitation, precipitationChance, windSpeed, windGust };
+
+template <>
+inline constexpr auto enumNames<ForecastValue> =
+    std::to_array<std::string_view>({"precipitation", "precipitationChance", "windSpeed", "windGust"});
+static_assert(enumNamesComplete(ForecastValue::windGust));
+
+using ForecastValues = EnumSet<ForecastValue>;
+
 struct WttrValue {
   std::string value;
 
@@ -170,6 +181,8 @@ struct HourlyCondition {
   std::string windspeedKmph;
   std::string windspeedMiles;
   DetailFields availableDetailFields = DetailFields::all();
+  /// Those whose text looks like a value all the same; an empty text is unknown without this.
+  std::optional<ForecastValues> unknownValues;
 
   bool operator==(HourlyCondition const&) const = default;
 };
@@ -216,6 +229,7 @@ inline constexpr auto jsonFields<HourlyCondition> = std::tuple{
     field("windspeedKmph", &HourlyCondition::windspeedKmph),
     field("windspeedMiles", &HourlyCondition::windspeedMiles),
     fieldOr("_nimbaraDetailFields", &HourlyCondition::availableDetailFields),
+    field("_nimbaraUnknownValues", &HourlyCondition::unknownValues),
 };
 
 /// Clock texts in 12-hour form with AM or PM; "No moonrise" and its like where there is none.
@@ -254,6 +268,11 @@ struct WeatherDay {
   std::string totalSnowCm;
   std::string uvIndex;
   std::optional<std::string> dailyPrecipitationChance;  ///< the provider's own daily probability
+  /// The provider's own words on the whole day, where it has them.
+  std::optional<std::string> weatherCode;
+  std::optional<std::string> precipMM;
+  std::optional<std::string> windspeedKmph;  ///< the strongest
+  std::optional<std::string> winddir16Point;
 
   bool operator==(WeatherDay const&) const = default;
 };
@@ -273,6 +292,10 @@ inline constexpr auto jsonFields<WeatherDay> = std::tuple{
     field("totalSnow_cm", &WeatherDay::totalSnowCm),
     field("uvIndex", &WeatherDay::uvIndex),
     field("dailyPrecipitationChance", &WeatherDay::dailyPrecipitationChance),
+    field("_nimbaraWeatherCode", &WeatherDay::weatherCode),
+    field("_nimbaraPrecipMM", &WeatherDay::precipMM),
+    field("_nimbaraWindspeedKmph", &WeatherDay::windspeedKmph),
+    field("_nimbaraWinddir16Point", &WeatherDay::winddir16Point),
 };
 
 struct WttrResponse {

@@ -3,6 +3,7 @@
 #include "providers/hours_by_day.h"
 #include "providers/interchange.h"
 #include "providers/local_hours.h"
+#include "providers/measurement_ranges.h"
 
 #include <algorithm>
 
@@ -43,6 +44,7 @@ HourlyEntry entryOf(AppleWeatherHour const& in, Instant begin) {
   entry.visibility = in.visibility;
   entry.uvIndex = in.uvIndex;
   entry.isDay = in.daylight;
+  dropImpossible(entry);
   return entry;
 }
 
@@ -51,8 +53,9 @@ std::vector<HourlyEntry> hoursOf(AppleWeatherResponse const& response) {
   std::vector<HourlyEntry> entries;
   if (!response.hours) return entries;
   for (AppleWeatherHour const& hour : *response.hours) {
-    if (hour.time && hour.temperature) entries.push_back(entryOf(hour, *hour.time));
+    if (hour.time) entries.push_back(entryOf(hour, *hour.time));
   }
+  std::erase_if(entries, [](HourlyEntry const& entry) { return !entry.temperature2m; });
   std::ranges::stable_sort(entries, {}, &HourlyEntry::begin);
   auto const repeated = std::ranges::unique(entries, {}, &HourlyEntry::begin);
   entries.erase(repeated.begin(), repeated.end());
@@ -64,6 +67,12 @@ Date dateOf(Instant begin, Calendar const& calendar) {
   return calendar.day(begin + std::chrono::hours(12));
 }
 
+void addWind(std::optional<AppleWeatherDayPart> const& part, DailyEntry& day) {
+  if (!part || !part->windSpeed || day.windSpeedMax >= part->windSpeed) return;
+  day.windSpeedMax = part->windSpeed;
+  day.windDirectionDominant = part->windDirection;
+}
+
 DailyEntry dayOf(AppleWeatherDay const& in, Date date) {
   DailyEntry day;
   day.date = date;
@@ -72,6 +81,11 @@ DailyEntry dayOf(AppleWeatherDay const& in, Date date) {
   day.uvIndexMax = in.maxUvIndex;
   day.precipitationProbabilityMax = scaled(in.precipitationChance, kPercent);
   day.snowfallSum = scaled(in.snowfallAmount, kCmPerMm);
+  day.precipitationSum = in.precipitationAmount;
+  if (in.conditionCode) day.condition = conditionOfAppleCode(*in.conditionCode);
+  addWind(in.daytime, day);
+  addWind(in.overnight, day);
+  dropImpossible(day);
   day.sunrise = in.sunrise;
   day.sunset = in.sunset;
   return day;

@@ -107,9 +107,18 @@ inline constexpr auto jsonFields<AppleWeatherHour> = std::tuple{
 };
 
 template <>
+inline constexpr auto jsonFields<AppleWeatherDayPart> =
+    std::tuple{field("windDirection", &AppleWeatherDayPart::windDirection),
+               field("windSpeed", &AppleWeatherDayPart::windSpeed)};
+
+template <>
 inline constexpr auto jsonFields<AppleWeatherDay> = std::tuple{
     field("forecastStart", &AppleWeatherDay::begin),
+    field("conditionCode", &AppleWeatherDay::conditionCode),
+    field("daytimeForecast", &AppleWeatherDay::daytime),
     field("maxUvIndex", &AppleWeatherDay::maxUvIndex),
+    field("overnightForecast", &AppleWeatherDay::overnight),
+    field("precipitationAmount", &AppleWeatherDay::precipitationAmount),
     field("precipitationChance", &AppleWeatherDay::precipitationChance),
     field("snowfallAmount", &AppleWeatherDay::snowfallAmount),
     field("sunrise", &AppleWeatherDay::sunrise),

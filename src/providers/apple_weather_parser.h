@@ -39,9 +39,19 @@ struct AppleWeatherHour {
   Reading windSpeed;
 };
 
+/// The day's or the night's part of a day.
+struct AppleWeatherDayPart {
+  Reading windSpeed;
+  Reading windDirection;
+};
+
 struct AppleWeatherDay {
   std::optional<Instant> begin;
   Reading maxUvIndex;
+  std::optional<std::string> conditionCode;
+  std::optional<AppleWeatherDayPart> daytime;
+  std::optional<AppleWeatherDayPart> overnight;
+  Reading precipitationAmount;
   Reading precipitationChance;
   Reading snowfallAmount;
   std::optional<Instant> sunrise;

@@ -62,7 +62,8 @@ DetailFields detailsOf(HourlyEntry const& entry) {
   return details;
 }
 
-WwoCondition conditionOf(HourlyEntry const& entry) {
+template <class Entry>
+WwoCondition conditionOf(Entry const& entry) {
   if (entry.condition) return *entry.condition;
   if (!entry.weatherCode) return {"", "Unknown"};
   return {wwoCodeOfWmo(*entry.weatherCode), descriptionOfWmo(*entry.weatherCode)};
@@ -114,6 +115,7 @@ void writeChances(HourlyEntry const& entry, HourlyCondition& out) {
   double const wind = entry.windSpeed10m.value_or(0);
   double const temperature = *entry.temperature2m;
   bool const snows = entry.snowfall.value_or(0) > 0;
+  if (!entry.precipitationProbability) out.unknownValues = {ForecastValue::precipitationChance};
   out.chanceofrain = roundedText(rain);
   out.chanceofremdry = roundedText(std::max(0.0, 100 - rain));
   out.chanceofsnow = snows ? roundedText(std::min(100.0, rain + 20)) : "0";
@@ -189,6 +191,16 @@ void writeHourInto(HourlyEntry const& entry, HourlyCondition& out) {
   out.windGustMiles = rounded(entry.windGusts10m, kMilesPerKm);
 }
 
+/// What the provider itself says of the whole day.
+void writeWholeDay(DailyEntry const& entry, WeatherDay& out) {
+  if (entry.precipitationProbabilityMax)
+    out.dailyPrecipitationChance = rounded(entry.precipitationProbabilityMax);
+  if (entry.condition || entry.weatherCode) out.weatherCode = conditionOf(entry).code;
+  if (entry.precipitationSum) out.precipMM = decimals(entry.precipitationSum, 1, 1);
+  if (entry.windSpeedMax) out.windspeedKmph = rounded(entry.windSpeedMax);
+  if (entry.windDirectionDominant) out.winddir16Point = compassPoint(*entry.windDirectionDominant);
+}
+
 }  // namespace
 
 HourlyCondition writeHour(HourlyEntry const& entry) {
@@ -226,8 +238,7 @@ std::optional<WeatherDay> writeDay(DailyEntry const& entry, std::span<HourlyEntr
   out.sunHour = decimals(sunshineHours(hours), 1, 1);
   out.totalSnowCm = decimals(or_(entry.snowfallSum, sumOf(hours, &HourlyEntry::snowfall)), 1, 1);
   out.uvIndex = rounded(or_(entry.uvIndexMax, bestOf(hours, &HourlyEntry::uvIndex, std::greater{})));
-  if (entry.precipitationProbabilityMax)
-    out.dailyPrecipitationChance = rounded(entry.precipitationProbabilityMax);
+  writeWholeDay(entry, out);
   out.astronomy = {writeAstronomy(entry, calendar, place)};
   out.hourly.resize(hours.size());
   for (std::size_t i = 0; i < hours.size(); ++i) writeHourInto(hours[i], out.hourly[i]);

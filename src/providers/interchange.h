@@ -61,6 +61,11 @@ struct DailyEntry {
   Reading uvIndexMax;
   Reading precipitationProbabilityMax;
   Reading snowfallSum;
+  Reading precipitationSum;
+  Reading windSpeedMax;
+  Reading windDirectionDominant;
+  std::optional<int> weatherCode;  ///< WMO; services with other codes set `condition` instead
+  std::optional<WwoCondition> condition;
   std::optional<Instant> sunrise;
   std::optional<Instant> sunset;
 };

@@ -4,6 +4,7 @@
 #include "providers/hours_by_day.h"
 #include "providers/interchange.h"
 #include "providers/local_hours.h"
+#include "providers/measurement_ranges.h"
 #include "providers/open_meteo_request.h"
 #include "providers/service_answer.h"
 #include "providers/time_zone_lookup.h"
@@ -99,6 +100,7 @@ void fillEntry(OMHourly const& block, std::size_t i, HourlyEntry& entry) {
   entry.visibility = at(block.visibility, i);
   entry.uvIndex = at(block.uvIndex, i);
   entry.isDay = flagOf(at(block.isDay, i));
+  dropImpossible(entry);
 }
 
 /// All hours that have a time and a temperature, in the order of time.
@@ -106,10 +108,11 @@ std::vector<HourlyEntry> hoursOf(OMHourly const& block, AnswerTime const& time) 
   std::vector<HourlyEntry> entries;
   entries.reserve(block.time.size());
   for (std::size_t i = 0; i < block.time.size(); ++i) {
-    if (!block.time[i] || !at(block.temperature2m, i)) continue;
+    if (!block.time[i]) continue;
     HourlyEntry& entry = entries.emplace_back();
     fillEntry(block, i, entry);
     entry.begin = time.instant(*block.time[i]);
+    if (!entry.temperature2m) entries.pop_back();
   }
   if (!std::ranges::is_sorted(entries, {}, &HourlyEntry::begin)) {
     std::ranges::stable_sort(entries, {}, &HourlyEntry::begin);
@@ -133,6 +136,7 @@ HourlyEntry entryOf(OMCurrent const& current) {
   entry.visibility = current.visibility;
   entry.uvIndex = current.uvIndex;
   entry.isDay = flagOf(current.isDay);
+  dropImpossible(entry);
   return entry;
 }
 
@@ -165,6 +169,11 @@ DailyEntry dayAt(OMDaily const& block, std::size_t i, AnswerTime const& time) {
   entry.uvIndexMax = at(block.uvIndexMax, i);
   entry.precipitationProbabilityMax = at(block.precipitationProbabilityMax, i);
   entry.snowfallSum = at(block.snowfallSum, i);
+  entry.precipitationSum = at(block.precipitationSum, i);
+  entry.windSpeedMax = at(block.windSpeed10mMax, i);
+  entry.windDirectionDominant = at(block.windDirection10mDominant, i);
+  entry.weatherCode = codeOf(at(block.weatherCode, i));
+  dropImpossible(entry);
   auto const sunrise = at(block.sunrise, i);
   auto const sunset = at(block.sunset, i);
   if (isRealSunTime(entry.date, sunrise, sunset)) {

@@ -5,6 +5,7 @@
 #include "base/units.h"
 #include "providers/interchange.h"
 #include "providers/wttr_hours.h"
+#include "providers/wttr_ranges.h"
 
 #include <algorithm>
 #include <cmath>
@@ -190,6 +191,7 @@ Result<WttrResponse, APIError> joinWttr(WttrResponse answer, Coordinate place,
   if (isElsewhere(answer.nearestArea, place)) {
     return std::unexpected(APIError::of(APIError::Case::noResults));
   }
+  dropImpossible(answer);
   Calendar const calendar = calendarFor(answer, place, timeZone);
   answer.timeZone = calendar.zoneId();
   answer.nearestArea = {areaOf(answer.nearestArea, place)};

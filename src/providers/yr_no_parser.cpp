@@ -1,6 +1,7 @@
 #include "providers/yr_no_parser.h"
 
 #include "base/json_codec.h"
+#include "providers/measurement_ranges.h"
 
 #include <algorithm>
 
@@ -48,14 +49,46 @@ struct Document {
   Properties properties;
 };
 
+using Quantity = MeasuredQuantity;
+
+struct InstantRow {
+  Reading YrNoInstant::* reading;
+  Quantity quantity;
+  double factor = 1;  ///< into the unit of the range
+};
+
+constexpr double kKmhPerMs = 3.6;
+
+constexpr InstantRow kInstantRows[] = {
+    {&YrNoInstant::airTemperature, Quantity::temperature},
+    {&YrNoInstant::airPressureAtSeaLevel, Quantity::pressure},
+    {&YrNoInstant::cloudAreaFraction, Quantity::percentage},
+    {&YrNoInstant::dewPointTemperature, Quantity::dewPoint},
+    {&YrNoInstant::fogAreaFraction, Quantity::percentage},
+    {&YrNoInstant::relativeHumidity, Quantity::humidity},
+    {&YrNoInstant::ultravioletIndexClearSky, Quantity::uvIndex},
+    {&YrNoInstant::windFromDirection, Quantity::windDirection},
+    {&YrNoInstant::windSpeed, Quantity::windSpeed, kKmhPerMs},
+    {&YrNoInstant::windSpeedOfGust, Quantity::windSpeed, kKmhPerMs},
+};
+
+/// Without what cannot be, so that no hour between two steps is reckoned from it.
+YrNoInstant possibleOf(YrNoInstant instant) {
+  for (InstantRow const& row : kInstantRows) {
+    Reading& reading = instant.*row.reading;
+    if (reading && !isPossible(row.quantity, *reading * row.factor)) reading.reset();
+  }
+  return instant;
+}
+
 YrNoPeriod periodOf(PeriodBlock const& block) {
   PeriodDetails const& details = block.details;
   return {block.summary.symbolCode.value_or(""),
-          details.airTemperatureMax,
-          details.airTemperatureMin,
-          details.precipitationAmount,
-          details.probabilityOfPrecipitation,
-          details.probabilityOfThunder};
+          possible(Quantity::temperature, details.airTemperatureMax),
+          possible(Quantity::temperature, details.airTemperatureMin),
+          possible(Quantity::precipitation, details.precipitationAmount),
+          possible(Quantity::percentage, details.probabilityOfPrecipitation),
+          possible(Quantity::percentage, details.probabilityOfThunder)};
 }
 
 std::optional<YrNoPeriod> periodOf(std::optional<PeriodBlock> const& block) {
@@ -119,7 +152,7 @@ Result<std::vector<YrNoStep>, DecodeError> parseYrNo(std::string_view body) {
   std::vector<YrNoStep> steps;
   steps.reserve(document->properties.timeseries.size());
   for (Step const& step : document->properties.timeseries) {
-    steps.push_back({step.time, step.data.instant.details, periodOf(step.data.next1Hours),
+    steps.push_back({step.time, possibleOf(step.data.instant.details), periodOf(step.data.next1Hours),
                      periodOf(step.data.next6Hours)});
   }
   std::ranges::stable_sort(steps, {}, &YrNoStep::time);
