@@ -1,5 +1,6 @@
 #include "base/number.h"
 #include "cli/forecast_report.h"
+#include "model/condition_text.h"
 #include "model/day_summary.h"
 
 #include <algorithm>
@@ -81,7 +82,7 @@ class Table {
 
   std::string conditionCell(DaySummary const& summary) const {
     if (!summary.condition) return style().cell("", columns_.condition + 2);
-    std::string const name = context_.text("condition." + std::string(enumName(*summary.condition)));
+    std::string const name = style().text(conditionText(*summary.condition, true, context_.texts));
     return style().painted(style().cell(style().glyph(*summary.condition, true), 2),
                            conditionColour(*summary.condition)) +
            style().cell(name, columns_.condition);
@@ -123,8 +124,8 @@ class Table {
     if (day.totalSnowCm > 0) {
       text = snowText(day.totalSnowCm);
       colour = Colour::snow;
-    } else if (summary.precipitationMM > 0) {
-      text = display(summary.precipitationMM, units().precipitation) + " " +
+    } else if (summary.precipitationMM.value_or(0) > 0) {
+      text = display(*summary.precipitationMM, units().precipitation) + " " +
              std::string(symbol(units().precipitation));
     }
     return style().painted(style().cell(text, columns_.amount, Align::right), colour);
@@ -136,10 +137,9 @@ class Table {
   }
 
   std::string windCell(DaySummary const& summary) const {
-    if (summary.windDirection.empty() && summary.strongestWindKmph == 0)
-      return style().cell("", columns_.wind);
+    if (!summary.strongestWindKmph) return style().cell("", columns_.wind);
     std::string const text = std::string(style().windArrow(summary.windDirection)) + " " +
-                             display(summary.strongestWindKmph, units().wind);
+                             display(*summary.strongestWindKmph, units().wind);
     return style().cell(text, columns_.wind, Align::right);
   }
 

@@ -3,9 +3,8 @@
 #include "base/number.h"
 #include "base/text.h"
 #include "cli/line_text.h"
-#include "model/day_summary.h"
+#include "model/condition_text.h"
 #include "model/present.h"
-#include "model/upcoming_hours.h"
 
 #include <algorithm>
 #include <initializer_list>
@@ -105,69 +104,65 @@ class Report {
     return measured(number == "0" ? "< 1" : number, symbol(units().distance));
   }
 
-  bool isDayNow() const {
-    if (data_.current.isDay) return *data_.current.isDay;
-    int const hour = context_.calendar.hour(context_.options.now);
-    return hour >= 6 && hour < 20;
-  }
-
   /// The reading's own time where it is not of this hour.
-  std::string observedAt() const {
-    auto const observed = parseLocalTime(data_.current.observationTime);
-    if (!observed) return {};
-    auto const distance = std::chrono::abs(context_.calendar.local(context_.options.now) - *observed);
-    return distance < std::chrono::hours(1)
-               ? ""
-               : ", " + context_.texts.format("report.at", context_.words.clock(*observed));
+  std::string observedAt(Present const& present) const {
+    if (!present.readAt) return {};
+    Instant const now = context_.options.now;
+    if (std::chrono::abs(now - *present.readAt) < std::chrono::hours(1)) return {};
+    std::string const moment = context_.words.moment(*present.readAt, now);
+    bool const isToday = context_.calendar.isSameDay(*present.readAt, now);
+    return ", " + (isToday ? context_.texts.format("report.at", moment) : moment);
   }
 
-  std::string headline() const {
-    auto const& current = data_.current;
-    std::string const condition = current.conditionDescription.empty() || context_.texts.language() != "en"
-                                      ? text("condition." + std::string(enumName(current.condition)))
-                                      : style().text(current.conditionDescription);
+  /// The sky in words; those of the provider where no others are known.
+  std::string sky(Present const& present) const {
+    bool const isNamed = present.condition != WeatherConditionCode::unknown || present.description.empty();
+    return isNamed ? conditionText(present.condition, present.isDay, context_.texts) : present.description;
+  }
+
+  std::string headline(Present const& present) const {
+    std::string const condition = style().text(sky(present));
     std::string line =
         " " +
-        style().painted(style().glyph(current.condition, isDayNow()), conditionColour(current.condition)) +
+        style().painted(style().glyph(present.condition, present.isDay), conditionColour(present.condition)) +
         "  ";
-    line += style().paintedTemperature(temperature(current.tempC, current.tempF), current.tempC) + "  ";
+    line += style().paintedTemperature(temperature(present.tempC, present.tempF), present.tempC) + "  ";
     line += style().painted(condition, Colour::bold);
     std::string const feels =
-        context_.texts.format("report.feelsLike", temperature(current.feelsLikeC, current.feelsLikeF));
-    return line + "  " + style().painted(style().text(feels + observedAt()), Colour::dim) + "\n";
+        context_.texts.format("report.feelsLike", temperature(present.feelsLikeC, present.feelsLikeF));
+    return line + "  " + style().painted(style().text(feels + observedAt(present)), Colour::dim) + "\n";
   }
 
-  std::string wind() const {
-    auto const& current = data_.current;
-    std::string out = std::string(style().windArrow(current.windDirection)) + " " +
-                      measured(display(current.windSpeedKmph, units().wind), symbol(units().wind)) + " " +
-                      current.windDirection;
-    auto const* const hour = hourAt(data_.allHourly, context_.options.now);
-    if (hour != nullptr && hour->windGustKmph > current.windSpeedKmph) {
-      out += ", " + context_.texts.format("report.gusts", display(hour->windGustKmph, units().wind));
+  std::string wind(Present const& present) const {
+    if (!present.knowsWind) return {};
+    bool const knowsDirection = !present.windDirection.empty();
+    std::string out = knowsDirection ? std::string(style().windArrow(present.windDirection)) + " " : "";
+    out += measured(display(present.windSpeedKmph, units().wind), symbol(units().wind));
+    if (knowsDirection) out += " " + present.windDirection;
+    if (present.windGustKmph && *present.windGustKmph > present.windSpeedKmph) {
+      out += ", " + context_.texts.format("report.gusts", display(*present.windGustKmph, units().wind));
     }
     return style().text(out);
   }
 
-  std::vector<Fact> facts() const {
-    using Field = WeatherDetailField;
-    auto const& current = data_.current;
-    auto const* const hour = hourAt(data_.allHourly, context_.options.now);
-    auto const fact = [&](Field field, std::string_view key, std::string value) {
-      return Fact{text(key), current.has(field) ? std::move(value) : std::string()};
+  std::vector<Fact> facts(Present const& present) const {
+    auto const fact = [&](std::string_view key, auto const& reading, auto const& write) {
+      return Fact{text(key), reading ? write(*reading) : std::string()};
     };
-    bool const dewPoint = hour != nullptr && hour->has(Field::dewPoint);
+    auto const percentage = [](int value) { return std::to_string(value) + " %"; };
+    auto const inUnit = [&](auto unit) {
+      return [this, unit](double value) { return measured(display(value, unit), symbol(unit)); };
+    };
     return {
-        {text("report.wind"), current.windDirection.empty() ? std::string() : wind()},
-        fact(Field::humidity, "report.humidity", std::to_string(current.humidity) + " %"),
-        fact(Field::pressure, "report.pressure",
-             measured(display(current.pressure, units().pressure), symbol(units().pressure))),
-        fact(Field::cloudCover, "report.clouds", std::to_string(current.cloudCover) + " %"),
-        fact(Field::visibility, "report.visibility", visibility(current.visibility)),
-        {text("report.dewPoint"), dewPoint ? temperature(hour->dewPointC, hour->dewPointF) : std::string()},
-        fact(Field::uvIndex, "report.uvIndex", std::to_string(current.uvIndex)),
-        {text("report.precipitation"),
-         measured(display(current.precipMM, units().precipitation), symbol(units().precipitation))},
+        {text("report.wind"), wind(present)},
+        fact("report.humidity", present.humidity, percentage),
+        fact("report.pressure", present.pressure, inUnit(units().pressure)),
+        fact("report.clouds", present.cloudCover, percentage),
+        fact("report.visibility", present.visibility, [&](double km) { return visibility(km); }),
+        fact("report.dewPoint", present.dewPointC,
+             [&](double celsius) { return temperature(celsius, present.dewPointF.value_or(0)); }),
+        fact("report.uvIndex", present.uvIndex, [](int index) { return std::to_string(index); }),
+        fact("report.precipitation", present.precipMM, inUnit(units().precipitation)),
     };
   }
 
@@ -187,9 +182,18 @@ class Report {
     return filled % columns == 0 ? out : out + "\n";
   }
 
+  /// The present; where nothing covers it, the last reading with its day and time.
   std::string present() const {
-    if (!data_.current.isReading()) return " " + text("report.noCurrent") + "\n";
-    return headline() + grid(facts());
+    Instant const now = context_.options.now;
+    if (auto const present = presentAt(data_, now)) return headline(*present) + grid(facts(*present));
+    std::string sentence(context_.texts.text("report.noCurrent"));
+    if (auto const last = lastReading(data_)) {
+      sentence += " " + context_.texts.format("report.lastReading", context_.words.moment(*last->readAt, now),
+                                              temperature(last->tempC, last->tempF) + ", " + sky(*last));
+    }
+    std::string out;
+    for (std::string const& part : wrapped(style().text(sentence), width() - 1)) out += " " + part + "\n";
+    return out;
   }
 
   DailyForecast const* today() const {
@@ -213,6 +217,11 @@ class Report {
     return ", " + context_.texts.format("report.dayLength", minutes / 60, minutes % 60);
   }
 
+  /// Of a day without rise and set.
+  bool isSunUpAll(DailyForecast const& day) const {
+    return isDayAt(data_, day.date + std::chrono::hours(12));
+  }
+
   std::string sunAndMoon() const {
     DailyForecast const* const day = today();
     if (day == nullptr || day->astronomy.moonPhase.empty()) return {};
@@ -221,7 +230,8 @@ class Report {
     std::string const sun =
         sunMoves
             ? context_.texts.format("report.riseSet", clock(sky.sunrise), clock(sky.sunset)) + dayLength(*day)
-            : std::string(context_.texts.text("report.noSunRiseSet"));
+            : std::string(
+                  context_.texts.text(isSunUpAll(*day) ? "report.sunStaysUp" : "report.sunStaysDown"));
     std::string const phase = "moon." + sky.moonPhase;
     std::string const name(context_.texts.text(phase) == phase ? sky.moonPhase : context_.texts.text(phase));
     std::string const moon = name + ", " + std::to_string(sky.moonIllumination) + " %, " +

@@ -1,6 +1,6 @@
 #include "base/number.h"
 #include "cli/forecast_report.h"
-#include "model/day_summary.h"
+#include "model/present.h"
 #include "model/upcoming_hours.h"
 
 #include <algorithm>
@@ -32,7 +32,7 @@ Hours upcoming(WeatherData const& data, Instant now, std::size_t most) {
   for (DailyForecast const& day : data.daily) {
     for (HourlyForecast const& hour : day.hourly) {
       bool const within = hour.date >= begin && hour.date < begin + std::chrono::hours(24);
-      if (within && hours.size() < most) hours.push_back({&hour, isDaylight(day, hour)});
+      if (within && hours.size() < most) hours.push_back({&hour, isDayIn(data, hour)});
     }
   }
   return hours;
@@ -141,23 +141,35 @@ class Strip {
     std::string out;
     if (!dry) {
       out += labelled(symbol(unit), [&](HourlyForecast const& hour) {
+        if (!hour.knows(ForecastValue::precipitation)) return right("");
         int const eighths = hour.precipMM <= 0 ? 0 : 1 + static_cast<int>(hour.precipMM / kFullBarMm * 7.99);
         std::string cells(" ");
         for (int i = 1; i < column_; ++i) cells += style().bar(std::min(eighths, 8));
         return style().painted(cells, hour.chanceOfSnow > 0 ? Colour::snow : Colour::rain);
       });
     }
+    if (!isKnown(ForecastValue::precipitationChance)) return out;
     return out + row("report.chance", [&](HourlyForecast const& hour) {
+             if (!hour.knows(ForecastValue::precipitationChance)) return right("");
              int const chance = std::max(hour.chanceOfRain, 0);
              return style().painted(right(chance == 0 ? "·" : std::to_string(chance)),
                                     chance >= 50 ? Colour::rain : Colour::dim);
            });
   }
 
+  /// Of one hour at least.
+  bool isKnown(ForecastValue value) const {
+    return std::ranges::any_of(hours_, [&](StripHour const& hour) { return hour.forecast->knows(value); });
+  }
+
   std::string wind() const {
+    if (!isKnown(ForecastValue::windSpeed)) return {};
     WindUnit const unit = context_.options.units.wind;
     std::string out = numbers(
-        symbol(unit), [&](HourlyForecast const& hour) { return display(hour.windSpeedKmph, unit); },
+        symbol(unit),
+        [&](HourlyForecast const& hour) {
+          return hour.knows(ForecastValue::windSpeed) ? display(hour.windSpeedKmph, unit) : std::string();
+        },
         [](std::string const& cells, HourlyForecast const&) { return cells; });
     return out + labelled("", [&](HourlyForecast const& hour) {
              return style().painted(right(style().windArrow(hour.windDirection)), Colour::dim);

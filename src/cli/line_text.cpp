@@ -5,6 +5,7 @@
 #include "base/number.h"
 #include "base/time_words.h"
 #include "cli/style.h"
+#include "model/condition_text.h"
 #include "model/day_summary.h"
 #include "model/present.h"
 #include "model/process.h"
@@ -41,10 +42,6 @@ template <class Value>
 std::string ofToday(LineContext const& context, Value value) {
   DailyForecast const* const day = dayAt(context.answer.data, context.now);
   return day == nullptr ? std::string(kUnknown) : value(*day);
-}
-
-std::string conditionText(WeatherConditionCode condition, Texts const& texts) {
-  return std::string(texts.text("condition." + std::string(enumName(condition))));
 }
 
 std::string percent(int value) {
@@ -85,12 +82,13 @@ constexpr LineField kFields[] = {
      }},
     {"condition", "the sky in words",
      [](LineContext const& c) {
-       return ofPresent(c, [&](Present const& p) { return conditionText(p.condition, c.texts); });
+       return ofPresent(c, [&](Present const& p) { return conditionText(p.condition, p.isDay, c.texts); });
      }},
     {"wind", "the wind",
      [](LineContext const& c) {
        return ofPresent(c, [&](Present const& p) {
-         return measured(display(p.windSpeedKmph, c.units.wind), symbol(c.units.wind));
+         return p.knowsWind ? measured(display(p.windSpeedKmph, c.units.wind), symbol(c.units.wind))
+                            : std::string(kUnknown);
        });
      }},
     {"windDirection", "where the wind comes from",
@@ -118,7 +116,9 @@ constexpr LineField kFields[] = {
     {"precipitation", "rain or snow of this hour",
      [](LineContext const& c) {
        return ofPresent(c, [&](Present const& p) {
-         return measured(display(p.precipMM, c.units.precipitation), symbol(c.units.precipitation));
+         return known(p.precipMM, [&](double mm) {
+           return measured(display(mm, c.units.precipitation), symbol(c.units.precipitation));
+         });
        });
      }},
     {"chance", "the chance of rain in this hour",
@@ -167,7 +167,7 @@ constexpr LineField kFields[] = {
 std::string dayLine(DailyForecast const& day, LineContext const& context, TimeWords const& words) {
   std::string line = words.weekday(day.date);
   if (auto const condition = summarize(day).condition) {
-    line += ": " + conditionText(*condition, context.texts);
+    line += ": " + conditionText(*condition, true, context.texts);
   }
   return line + ", " + temperature(day.minTempC, day.minTempF, context.units) + " / " +
          temperature(day.maxTempC, day.maxTempF, context.units);

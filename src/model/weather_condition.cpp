@@ -133,6 +133,11 @@ ConditionCategory category(Code condition) {
   return row(condition).category;
 }
 
+bool isPrecipitation(Code condition) {
+  static_assert(ConditionCategory::fog < ConditionCategory::lightRain);
+  return category(condition) >= ConditionCategory::lightRain;
+}
+
 Code conditionOfWwoCode(std::string_view code) {
   auto const number = parseInteger(code);
   if (!number) return Code::unknown;

@@ -63,6 +63,8 @@ std::string_view displayName(WeatherConditionCode condition);
 /// The system symbol for day or night.
 std::string_view symbolName(WeatherConditionCode condition, bool isDay);
 ConditionCategory category(WeatherConditionCode condition);
+/// Rain, snow, sleet or a thunderstorm.
+bool isPrecipitation(WeatherConditionCode condition);
 
 /// The condition of a WWO code as providers write it: an optional sign and digits, nothing around them. All
 /// else, and every code that the table lacks, is `unknown`.

@@ -23,6 +23,7 @@ struct ConditionKind {
   /// the hour's condition is the event.
   double (*ofHour)(HourlyForecast const&) = nullptr;
   std::optional<WeatherDetailField> detail;  ///< that a provider must have given
+  std::optional<ForecastValue> value;        ///< as well
 
   /// It occurs or does not: compared by `any` alone.
   bool isEvent() const { return type == Type::snow || type == Type::fog || type == Type::thunder; }

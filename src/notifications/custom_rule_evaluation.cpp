@@ -68,19 +68,30 @@ void setDetail(HourlyForecast& hour, WeatherDetailField field, auto HourlyForeca
   hour.availableDetailFields->insert(field);
 }
 
+void setKnown(HourlyForecast& hour, ForecastValue value, bool isKnown) {
+  ForecastValues unknown = hour.unknownValues.value_or(ForecastValues());
+  isKnown ? unknown.erase(value) : unknown.insert(value);
+  hour.unknownValues = unknown;
+}
+
 /// The present in the form of an hour: the hour's entry under the provider's young reading.
 HourlyForecast presentHour(RuleInputs const& inputs) {
   using enum WeatherDetailField;
   HourlyForecast const* const entry = hourAt(inputs.hours, inputs.now);
   HourlyForecast hour = entry == nullptr ? HourlyForecast{} : *entry;
   if (!hour.availableDetailFields) hour.availableDetailFields = DetailFields::all();
-  if (entry == nullptr) hour.availableDetailFields = DetailFields{};
+  if (entry == nullptr) {
+    hour.availableDetailFields = DetailFields{};
+    hour.unknownValues = ForecastValues::all();
+  }
   Present const& present = *inputs.present;
   hour.date = inputs.now;
   hour.tempC = present.tempC;
   hour.feelsLikeC = present.feelsLikeC;
   hour.windSpeedKmph = present.windSpeedKmph;
-  hour.precipMM = present.precipMM;
+  hour.precipMM = present.precipMM.value_or(0);
+  setKnown(hour, ForecastValue::windSpeed, present.knowsWind);
+  setKnown(hour, ForecastValue::precipitation, present.precipMM.has_value());
   hour.condition = present.condition;
   setDetail(hour, humidity, &HourlyForecast::humidity, present.humidity);
   setDetail(hour, pressure, &HourlyForecast::pressure, present.pressure);
@@ -114,6 +125,7 @@ CustomEvaluation ofForecast(CustomNotification const& rule, RuleInputs const& in
   samples.reserve(hours.size());
   for (HourlyForecast const& hour : hours) {
     if (kind.detail && !hour.has(*kind.detail)) continue;
+    if (kind.value && !hour.knows(*kind.value)) continue;
     samples.push_back({kind.ofHour(hour), std::max(hour.date, inputs.now), {}});
   }
   if (samples.empty()) return without(CustomOutcome::noDetail);

@@ -1,6 +1,8 @@
 #include "notifications/daily_rules.h"
 
+#include "model/condition_text.h"
 #include "model/day_summary.h"
+#include "model/present.h"
 #include "model/upcoming_hours.h"
 #include "notifications/rule_constants.h"
 
@@ -43,8 +45,21 @@ int highest(DailyForecast const& day, int HourlyForecast::* value) {
   return (*std::ranges::max_element(day.hourly, {}, value)).*value;
 }
 
-std::string conditionText(RuleInputs const& inputs, std::optional<WeatherConditionCode> condition) {
-  return inputs.text("condition." + std::string(enumName(condition.value_or(WeatherConditionCode::unknown))));
+std::string dayText(RuleInputs const& inputs, std::optional<WeatherConditionCode> condition) {
+  return conditionText(condition.value_or(WeatherConditionCode::unknown), true, *inputs.texts);
+}
+
+bool knowsChance(HourlyForecast const& hour) {
+  return hour.knows(ForecastValue::precipitationChance);
+}
+
+/// 0 where no hour tells a chance, for texts that name it only when it is high.
+int highestChance(DailyForecast const& day, int HourlyForecast::* chance) {
+  int most = 0;
+  for (HourlyForecast const& hour : day.hourly) {
+    if (knowsChance(hour)) most = std::max(most, hour.*chance);
+  }
+  return most;
 }
 
 /// The hours of a day in which people are about.
@@ -74,10 +89,10 @@ std::optional<double> nightLow(RuleInputs const& inputs) {
 
 bool isBeachHour(HourlyForecast const& hour) {
   return hour.hour >= cuts::kBeachFrom && hour.hour < cuts::kBeachUntil &&
-         hour.feelsLikeC >= cuts::kBeachWarmC && hour.feelsLikeC <= cuts::kBeachHotC &&
-         hour.chanceOfRain < cuts::kBeachRainChance && hour.chanceOfThunder < cuts::kBeachRainChance &&
-         hour.windSpeedKmph < cuts::kBeachWindKmh && hour.windGustKmph < cuts::kBeachGustKmh &&
-         hour.cloudCover < cuts::kBeachCloud;
+         hour.feelsLikeC >= cuts::kBeachWarmC && hour.feelsLikeC <= cuts::kBeachHotC && knowsChance(hour) &&
+         hour.knows(ForecastValue::windSpeed) && hour.chanceOfRain < cuts::kBeachRainChance &&
+         hour.chanceOfThunder < cuts::kBeachRainChance && hour.windSpeedKmph < cuts::kBeachWindKmh &&
+         hour.windGustKmph < cuts::kBeachGustKmh && hour.cloudCover < cuts::kBeachCloud;
 }
 
 /// The longest run of beach hours of the rest of the day.
@@ -97,7 +112,10 @@ Hours beachWindow(RuleInputs const& inputs, DailyForecast const& day) {
 Evaluation umbrellaReminder(RuleInputs const& inputs, RuleSettings const& /*settings*/) {
   DailyForecast const* const day = today(inputs);
   if (day == nullptr) return Evaluation::none("noForecast");
-  int const chance = highest(*day, &HourlyForecast::chanceOfRain);
+  if (!day->hourly.empty() && std::ranges::none_of(day->hourly, knowsChance)) {
+    return Evaluation::none("noDetail");
+  }
+  int const chance = highestChance(*day, &HourlyForecast::chanceOfRain);
   Measurement const measured{"rainChance", static_cast<double>(chance), Relation::atLeast,
                              cuts::kUmbrellaChance, "%"};
   if (!measured.holds()) return {{}, {measured}, {}};
@@ -136,11 +154,11 @@ Evaluation morningSummary(RuleInputs const& inputs, RuleSettings const& /*settin
   if (day == nullptr) return Evaluation::none("noForecast");
   Texts const& texts = *inputs.texts;
   std::string_view const unit = temperatureSymbol(inputs);
-  std::string body = texts.format(
-      "push.morning.body", inputs.place.name, shownTemperature(inputs, day->maxTempC), unit,
-      shownTemperature(inputs, day->minTempC), unit, conditionText(inputs, summarize(*day).condition));
-  int const rain = highest(*day, &HourlyForecast::chanceOfRain);
-  int const snow = highest(*day, &HourlyForecast::chanceOfSnow);
+  std::string body =
+      texts.format("push.morning.body", inputs.place.name, shownTemperature(inputs, day->maxTempC), unit,
+                   shownTemperature(inputs, day->minTempC), unit, dayText(inputs, summarize(*day).condition));
+  int const rain = highestChance(*day, &HourlyForecast::chanceOfRain);
+  int const snow = highestChance(*day, &HourlyForecast::chanceOfSnow);
   if (snow > rain && snow >= cuts::kSummaryChance) {
     body += " " + texts.format("push.summary.snowChance", snow);
   } else if (rain >= cuts::kSummaryChance) {
@@ -157,7 +175,7 @@ Evaluation eveningSummary(RuleInputs const& inputs, RuleSettings const& /*settin
   std::string body = texts.format("push.evening.bodyLow", shownTemperature(inputs, *low), unit);
   if (DailyForecast const* const next = tomorrow(inputs)) {
     std::string const condition = isVaried(*next) ? inputs.text("push.evening.variedConditions")
-                                                  : conditionText(inputs, summarize(*next).condition);
+                                                  : dayText(inputs, summarize(*next).condition);
     body += " " + texts.format("push.evening.bodyTomorrow", condition,
                                shownTemperature(inputs, next->maxTempC), unit);
   }

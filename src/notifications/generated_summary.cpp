@@ -3,6 +3,8 @@
 #include "base/number.h"
 #include "base/text.h"
 #include "base/time_words.h"
+#include "model/condition_text.h"
+#include "model/present.h"
 
 #include <algorithm>
 
@@ -38,13 +40,11 @@ std::string_view instruction(SummaryKind kind, bool isAhead) {
   return isAhead ? kEveningAhead : kEveningToday;
 }
 
-std::string conditionText(RuleInputs const& inputs, WeatherConditionCode condition) {
-  return inputs.text("condition." + std::string(enumName(condition)));
-}
-
 std::string hourLine(RuleInputs const& inputs, TimeWords const& words, HourlyForecast const& hour) {
   std::string line = words.weekday(hour.date) + " " + words.hour(hour.date) + " " +
-                     conditionText(inputs, hour.condition) + " " + temperatureText(inputs, hour.tempC);
+                     conditionText(hour.condition, isDayIn(*inputs.weather, hour), *inputs.texts) + " " +
+                     temperatureText(inputs, hour.tempC);
+  if (!hour.knows(ForecastValue::precipitationChance)) return line;
   if (hour.chanceOfRain > 0) line += " rain " + std::to_string(hour.chanceOfRain) + "%";
   if (hour.chanceOfSnow > 0) line += " snow " + std::to_string(hour.chanceOfSnow) + "%";
   return line;
@@ -55,8 +55,9 @@ std::string presentLines(RuleInputs const& inputs) {
   Present const& now = *inputs.present;
   std::string const humidity = now.humidity ? std::to_string(*now.humidity) : "unknown";
   return "Current temperature is " + display(now.tempC, inputs.units.temperature) + " degrees.\n" +
-         "Current conditions: " + conditionText(inputs, now.condition) + "\n" + "Humidity: " + humidity +
-         " percent. Wind: " + windText(inputs, now.windSpeedKmph) + "\n";
+         "Current conditions: " + conditionText(now.condition, now.isDay, *inputs.texts) + "\n" +
+         "Humidity: " + humidity +
+         " percent. Wind: " + (now.knowsWind ? windText(inputs, now.windSpeedKmph) : "unknown") + "\n";
 }
 
 std::string_view withoutFences(std::string_view text) {

@@ -80,6 +80,14 @@ int highest(Hours hours, int HourlyForecast::* chance) {
   return (*std::ranges::max_element(hours, {}, chance)).*chance;
 }
 
+bool knowsChance(HourlyForecast const& hour) {
+  return hour.knows(ForecastValue::precipitationChance);
+}
+
+bool knowsAmount(HourlyForecast const& hour) {
+  return hour.knows(ForecastValue::precipitation);
+}
+
 Measurement chanceMeasured(Precipitation const& what, Hours hours, int cut) {
   return {what.chanceName, static_cast<double>(highest(hours, what.chance)), Relation::atLeast,
           static_cast<double>(cut), "%"};
@@ -107,6 +115,7 @@ std::string startBody(RuleInputs const& inputs, Precipitation const& what, Hourl
 Evaluation starts(RuleInputs const& inputs, Precipitation const& what) {
   Hours const hours = inputs.hoursWithin(cuts::kPrecipitationLookAhead);
   if (hours.empty()) return Evaluation::none("noForecast");
+  if (std::ranges::none_of(hours, knowsChance)) return Evaluation::none("noDetail");
   Measurement const measured = chanceMeasured(what, hours, what.startChance);
   if (isFalling(inputs, what.kind)) return {{}, {measured}, "alreadyFalling"};
   if (!measured.holds()) return {{}, {measured}, {}};
@@ -122,6 +131,8 @@ bool isWet(HourlyForecast const& hour, Precipitation const& what) {
 Evaluation stops(RuleInputs const& inputs, Precipitation const& what) {
   Hours const hours = inputs.hoursWithin(cuts::kPrecipitationLookAhead);
   if (hours.empty()) return Evaluation::none("noForecast");
+  // Nobody's 0 % is no reason to say that it stays dry.
+  if (!std::ranges::all_of(hours, knowsChance)) return Evaluation::none("noDetail");
   int const lowest = (*std::ranges::min_element(hours, {}, what.chance)).*what.chance;
   Measurement const measured{what.chanceName, static_cast<double>(lowest), Relation::below,
                              static_cast<double>(what.stopChance), "%"};
@@ -158,6 +169,9 @@ Evaluation heavyFall(RuleInputs const& inputs, HeavyFall const& heavy) {
         hour.*heavy.what.chance >= heavy.chance && kindOf(hour.condition) == heavy.what.kind;
     return isLikely ? hour.precipMM : 0;
   };
+  bool const isKnown = std::ranges::any_of(
+      hours, [](HourlyForecast const& hour) { return knowsChance(hour) && knowsAmount(hour); });
+  if (!isKnown) return Evaluation::none("noDetail");
   auto const peak = std::ranges::max_element(hours, {}, likelyAmount);
   Measurement const measured{heavy.amountName, likelyAmount(*peak), Relation::atLeast, heavy.mm, "mm"};
   if (!measured.holds()) return {{}, {measured}, {}};
@@ -196,6 +210,7 @@ Evaluation heavySnow(RuleInputs const& inputs, RuleSettings const& /*settings*/)
 Evaluation flood(RuleInputs const& inputs, RuleSettings const& /*settings*/) {
   Hours const hours = inputs.hoursWithin(cuts::kHeavyLookAhead);
   if (hours.empty()) return Evaluation::none("noForecast");
+  if (std::ranges::none_of(hours, knowsAmount)) return Evaluation::none("noDetail");
   double const total =
       std::accumulate(hours.begin(), hours.end(), 0.0, [](double sum, HourlyForecast const& hour) {
         return sum + (kindOf(hour.condition) == Kind::rain ? hour.precipMM : 0);

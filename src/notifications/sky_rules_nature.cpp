@@ -64,7 +64,8 @@ std::vector<Measurement> idealHour(HourlyForecast const& hour) {
 }
 
 bool isIdeal(HourlyForecast const& hour) {
-  return isDry(hour) && std::ranges::all_of(idealHour(hour), &Measurement::holds);
+  bool const isKnown = hour.knows(ForecastValue::precipitationChance) && hour.knows(ForecastValue::windSpeed);
+  return isKnown && isDry(hour) && std::ranges::all_of(idealHour(hour), &Measurement::holds);
 }
 
 /// The rest of today's hours that people spend outside, as far as the forecast goes by the hour.
@@ -135,6 +136,7 @@ Evaluation spiderBallooning(RuleInputs const& inputs, RuleSettings const&) {
   using namespace spider;
   if (!inputs.present || inputs.hours.empty()) return Evaluation::none("noForecast");
   Present const& present = *inputs.present;
+  if (!present.knowsWind) return Evaluation::none("noDetail");
   double const rain = rainBefore(inputs, inputs.hours.front().date, kRainBefore);
   return decide({{"windSpeed", present.windSpeedKmph, Relation::below, kWind, "km/h"},
                  {"windGust", present.windGustKmph.value_or(0), Relation::below, kGust, "km/h"},
@@ -168,7 +170,7 @@ Evaluation mosquitoSwarm(RuleInputs const& inputs, RuleSettings const&) {
   using namespace mosquito;
   if (!inputs.present || inputs.hours.empty()) return Evaluation::none("noForecast");
   Present const& present = *inputs.present;
-  if (!present.humidity) return Evaluation::none("noDetail");
+  if (!present.humidity || !present.knowsWind) return Evaluation::none("noDetail");
   auto measured = mosquitoAir(present, kSwarmTemperature, kSwarmHumidity, kSwarmWind);
   double const rain = rainBefore(inputs, inputs.hours.front().date, kRainBefore);
   measured.push_back({"recentRain", rain, Relation::atLeast, kSwarmRainMm, "mm"});
@@ -183,7 +185,7 @@ Evaluation mosquitoesActive(RuleInputs const& inputs, RuleSettings const&) {
   using namespace mosquito;
   if (!inputs.present) return Evaluation::none("noForecast");
   Present const& present = *inputs.present;
-  if (!present.humidity || !present.chanceOfRain) return Evaluation::none("noDetail");
+  if (!present.humidity || !present.knowsWind || !present.chanceOfRain) return Evaluation::none("noDetail");
   auto measured = mosquitoAir(present, kTemperature, kHumidity, kWind);
   measured.push_back(
       {"chanceOfRain", static_cast<double>(*present.chanceOfRain), Relation::atMost, kRainChance, "%"});

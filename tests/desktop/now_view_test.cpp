@@ -55,6 +55,40 @@ INSTANTIATE_TEST_SUITE_P(
                     SentenceRow{0, 3, 1, 80, kSnow, "Snow should ease by around 15:00."},
                     SentenceRow{0, 20, 1, 80, kSnow, "Snow for at least twelve hours."}));
 
+struct KnownRow {
+  char const* what;
+  ForecastValues unknown;
+  std::size_t from;  ///< hours from the hour of `kNow`; before it all is known
+  std::size_t until;
+  char const* expected;
+};
+
+TEST(NextHoursKnown, AreSpokenOfAsFarAsTheyAreKnown) {
+  using enum ForecastValue;
+  constexpr char const* kDry = "No rain in the next twelve hours.";
+  for (KnownRow const& row :
+       {KnownRow{"all is known", {}, 0, 20, kDry},
+        KnownRow{"an amount is enough", {precipitationChance}, 0, 20, kDry},
+        KnownRow{"a chance as well", {precipitation}, 0, 20, kDry},
+        KnownRow{"nothing is known", {precipitation, precipitationChance}, 0, 20, ""},
+        KnownRow{"one hour is not", {precipitation, precipitationChance}, 11, 12, ""},
+        KnownRow{"the hour behind", {precipitation, precipitationChance}, 13, 20, kDry}}) {
+    WeatherData data = mildWeek();
+    for (std::size_t hour = row.from; hour < row.until; ++hour) {
+      data.allHourly[12 + hour].unknownValues = row.unknown;
+    }
+    EXPECT_EQ(nextHoursSentence(data, contextAt(kNow)), row.expected) << row.what;
+  }
+  WeatherData data = mildWeek();
+  data.allHourly.resize(12 + 13);  // until 01:00, forty minutes beyond the twelve hours
+  EXPECT_EQ(nextHoursSentence(data, contextAt(kNow)), kDry);
+  data.allHourly.pop_back();
+  EXPECT_EQ(nextHoursSentence(data, contextAt(kNow)), "");
+  data.allHourly[12 + 3].precipMM = 1;
+  data.allHourly[12 + 3].chanceOfRain = 80;
+  EXPECT_EQ(nextHoursSentence(data, contextAt(kNow)), "Rain is expected to start around 15:00.");
+}
+
 TEST(NowView, TellsTheReadingInTheUsersUnits) {
   WeatherState const state = stateOf(mildWeek());
   ViewContext imperial = contextAt(kNow);
@@ -129,6 +163,7 @@ TEST(NowView, HasNoReadingFromAForecastThatHasEnded) {
   EXPECT_TRUE(view.hasWeather);
   EXPECT_FALSE(view.hasReading);
   EXPECT_EQ(view.sentence, "");
+  EXPECT_EQ(view.notice, "Last reading, 2026-11-21 12:15: 15\u00A0°C, Partly Cloudy.");
 }
 
 std::vector<std::string> kindsOf(std::vector<TileView> const& tiles) {
@@ -147,6 +182,14 @@ TEST(Tiles, AreOnlyOfWhatTheProviderGives) {
   for (HourlyForecast& hour : state.weatherData->allHourly) hour.availableDetailFields = few;
   EXPECT_THAT(kindsOf(tileViews(state, contextAt(kNow))), ElementsAre("wind", "humidity", "precipitation"));
   EXPECT_THAT(tileViews(WeatherState{}, contextAt(kNow)), IsEmpty());
+}
+
+TEST(Tiles, ShowNoUnknownValueAsZero) {
+  WeatherState state = stateOf(mildWeek());
+  state.weatherData->current.unknownValues = ForecastValues::all();
+  for (HourlyForecast& hour : state.weatherData->allHourly) hour.unknownValues = ForecastValues::all();
+  EXPECT_THAT(kindsOf(tileViews(state, contextAt(kNow))),
+              ElementsAre("humidity", "pressure", "uv", "visibility", "dewPoint", "clouds"));
 }
 
 TEST(Tiles, TellWhereThePressureGoes) {

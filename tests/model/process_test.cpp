@@ -198,28 +198,6 @@ TEST(DaySummary, AddsUpTheHours) {
   EXPECT_EQ(summarize(day).precipitationChance, 20);
 }
 
-TEST(Daylight, FollowsTheSunAndNearThePolesTheLight) {
-  DailyForecast day;
-  HourlyForecast hour;
-  auto const isDayAt = [&](int clock) {
-    hour.hour = clock;
-    return isDaylight(day, hour);
-  };
-  day.astronomy.sunrise = "07:29 AM";
-  day.astronomy.sunset = "04:30 PM";
-  EXPECT_FALSE(isDayAt(6));
-  EXPECT_TRUE(isDayAt(7));  // its middle, 7:30, has light
-  EXPECT_TRUE(isDayAt(15));
-  EXPECT_FALSE(isDayAt(16));
-  day.astronomy.sunset = "12:45 AM";  // behind midnight
-  EXPECT_TRUE(isDayAt(23));
-  EXPECT_FALSE(isDayAt(3));
-  day.astronomy.sunrise = day.astronomy.sunset = "No sunrise";
-  EXPECT_FALSE(isDayAt(12));
-  hour.uvIndex = 1;
-  EXPECT_TRUE(isDayAt(12));
-}
-
 TEST(HourAt, FindsTheHourThatContainsNow) {
   std::vector<HourlyForecast> hours(3);
   for (std::size_t i = 0; i < hours.size(); ++i) hours[i].date = at("2026-11-21T06:00:00Z") + i * 1h;

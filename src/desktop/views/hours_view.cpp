@@ -1,7 +1,7 @@
 #include "desktop/views/hours_view.h"
 
-#include "desktop/views/now_view.h"
 #include "model/day_summary.h"
+#include "model/present.h"
 #include "model/process.h"
 #include "model/upcoming_hours.h"
 
@@ -44,8 +44,32 @@ std::string joined(std::vector<std::string> const& parts) {
   return out;
 }
 
+/// Nothing for a value that is not known.
+std::string labelled(std::string_view key, std::string const& value, ViewContext const& context) {
+  return value.empty() ? std::string() : context.text(key) + " " + value;
+}
+
 std::string chanceText(int chance) {
   return chance >= kLeastChance ? percent(chance) : std::string();
+}
+
+/// The chance of rain or snow in %; nothing where the provider does not tell it.
+std::optional<int> chanceOf(HourlyForecast const& hour) {
+  if (!hour.knows(ForecastValue::precipitationChance)) return std::nullopt;
+  return std::max(hour.chanceOfRain, hour.chanceOfSnow);
+}
+
+std::string windText(HourlyForecast const& hour, ViewContext const& context) {
+  if (!hour.knows(ForecastValue::windSpeed)) return {};
+  return context.wind(hour.windSpeedKmph) + (hour.windDirection.empty() ? "" : " ") + hour.windDirection;
+}
+
+/// "0.4 mm (35 %)", or the one of the two that is known.
+std::string precipitationText(HourlyForecast const& hour, ViewContext const& context) {
+  auto const chance = chanceOf(hour);
+  std::string const likely = chance ? percent(*chance) : std::string();
+  if (!hour.knows(ForecastValue::precipitation)) return likely;
+  return context.precipitation(hour.precipMM) + (chance ? " (" + likely + ")" : "");
 }
 
 HourView hourView(HourlyForecast const& hour, WeatherData const& data, Calendar const& calendar,
@@ -55,18 +79,17 @@ HourView hourView(HourlyForecast const& hour, WeatherData const& data, Calendar 
   view.startsDay = hour.hour == 0;
   view.hour = view.startsDay ? words.format(hour.date, "EE") : words.hourColumn(hour.date);
   view.sky = skyName(hour.condition);
-  view.isDay = isDayAt(data, hour.date + std::chrono::minutes(30));
+  view.isDay = isDayIn(data, hour);
   view.temperature = context.degrees(hour.tempC, hour.tempF);
-  view.chance = chanceText(std::max(hour.chanceOfRain, hour.chanceOfSnow));
+  view.chance = chanceText(chanceOf(hour).value_or(0));
   view.amount = hour.precipMM > 0 ? context.precipitation(hour.precipMM) : std::string();
   view.wetness = std::clamp(hour.precipMM / kFullBarMM, 0.0, 1.0);
-  view.wind = display(hour.windSpeedKmph, context.units.wind);
+  if (hour.knows(ForecastValue::windSpeed)) view.wind = display(hour.windSpeedKmph, context.units.wind);
   view.direction = compassDegrees(hour.windDirection).value_or(0);
-  view.sentence = joined(
-      {words.weekday(hour.date) + " " + words.clock(hour.date), context.condition(hour.condition, view.isDay),
-       view.temperature, view.chance.empty() ? "" : context.texts.format("desktop.chance", view.chance),
-       view.amount,
-       context.text("report.wind") + " " + context.wind(hour.windSpeedKmph) + " " + hour.windDirection});
+  view.sentence = joined({words.weekday(hour.date) + " " + words.clock(hour.date),
+                          context.condition(hour.condition, view.isDay), view.temperature,
+                          view.chance.empty() ? "" : context.texts.format("desktop.chance", view.chance),
+                          view.amount, labelled("report.wind", windText(hour, context), context)});
   return view;
 }
 
@@ -108,12 +131,13 @@ DayView dayView(DailyForecast const& day, Range const& range, Calendar const& ca
   view.barFrom = range.share(day.minTempC);
   view.barTo = range.share(day.maxTempC);
   view.chance = chanceText(summary.precipitationChance.value_or(0));
-  view.amount = summary.precipitationMM > 0.05 ? context.precipitation(summary.precipitationMM) : "";
-  view.wind = context.wind(summary.strongestWindKmph);
+  double const amount = summary.precipitationMM.value_or(0);
+  view.amount = amount > 0.05 ? context.precipitation(amount) : "";
+  if (summary.strongestWindKmph) view.wind = context.wind(*summary.strongestWindKmph);
   view.sentence =
       joined({view.name, view.condition, context.texts.format("desktop.range", view.highest, view.lowest),
               view.chance.empty() ? "" : context.texts.format("desktop.chance", view.chance), view.amount,
-              context.text("report.wind") + " " + view.wind});
+              labelled("report.wind", view.wind, context)});
   return view;
 }
 
@@ -126,28 +150,26 @@ MeteogramPoint pointOf(HourlyForecast const& hour, Instant begin, WeatherData co
   point.temperature = convert(hour.tempC, units.temperature);
   point.feelsLike = convert(hour.feelsLikeC, units.temperature);
   point.precipitation = convert(hour.precipMM, units.precipitation);
-  point.chance = std::max(hour.chanceOfRain, hour.chanceOfSnow) / 100.0;
+  point.chance = chanceOf(hour).value_or(0) / 100.0;
   point.wind = convert(hour.windSpeedKmph, units.wind);
   point.gust = convert(std::max(hour.windGustKmph, hour.windSpeedKmph), units.wind);
   point.direction = compassDegrees(hour.windDirection).value_or(0);
   point.pressure = convert(hour.pressure, units.pressure);
   point.clouds = hour.cloudCover / 100.0;
-  point.isDay = isDayAt(data, hour.date + std::chrono::minutes(30));
+  point.isDay = isDayIn(data, hour);
   point.when = words.weekday(hour.date) + " " + words.clock(hour.date);
   std::string const feels =
       context.texts.format("report.feelsLike", context.degrees(hour.feelsLikeC, hour.feelsLikeF));
-  point.readings = joined({context.condition(hour.condition, point.isDay),
-                           context.temperature(hour.tempC, hour.tempF), feels,
-                           context.precipitation(hour.precipMM) + " (" +
-                               percent(std::max(hour.chanceOfRain, hour.chanceOfSnow)) + ")",
-                           context.wind(hour.windSpeedKmph) + " " + hour.windDirection,
-                           hour.windGustKmph > hour.windSpeedKmph
-                               ? context.texts.format("report.gusts", context.wind(hour.windGustKmph))
-                               : "",
-                           hour.has(WeatherDetailField::pressure) ? context.pressure(hour.pressure) : "",
-                           hour.has(WeatherDetailField::cloudCover)
-                               ? context.text("report.clouds") + " " + percent(hour.cloudCover)
-                               : ""});
+  point.readings =
+      joined({context.condition(hour.condition, point.isDay), context.temperature(hour.tempC, hour.tempF),
+              feels, precipitationText(hour, context), windText(hour, context),
+              hour.windGustKmph > hour.windSpeedKmph
+                  ? context.texts.format("report.gusts", context.wind(hour.windGustKmph))
+                  : "",
+              hour.has(WeatherDetailField::pressure) ? context.pressure(hour.pressure) : "",
+              hour.has(WeatherDetailField::cloudCover)
+                  ? context.text("report.clouds") + " " + percent(hour.cloudCover)
+                  : ""});
   return point;
 }
 

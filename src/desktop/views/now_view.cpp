@@ -12,9 +12,6 @@ namespace nimbara {
 
 namespace {
 
-/// The sun's centre when its upper rim touches the horizon.
-constexpr double kRiseAltitude = -0.833;
-
 Coordinate coordinateOf(WeatherData const& data) {
   return {data.location.latitude, data.location.longitude};
 }
@@ -56,20 +53,35 @@ std::string noticeOf(WeatherState const& state, ViewContext const& context, Time
   return notice;
 }
 
-void fillPresent(NowView& view, WeatherData const& data, Present const& present, ViewContext const& context) {
+void fillPresent(NowView& view, Present const& present, ViewContext const& context) {
   view.hasReading = true;
   view.temperature = context.degrees(present.tempC, present.tempF);
   view.feelsLike =
       context.texts.format("report.feelsLike", context.degrees(present.feelsLikeC, present.feelsLikeF));
-  view.isDay = isDayAt(data, context.now);
+  view.isDay = present.isDay;
   view.condition = context.condition(present.condition, view.isDay);
   view.sky = skyName(present.condition);
+}
+
+/// "Last reading, Friday 10:15: 20 °C, Clear.", for a present that nothing covers.
+std::string lastReadingOf(WeatherData const& data, ViewContext const& context) {
+  auto const last = lastReading(data);
+  if (!last) return {};
+  TimeWords const words(context.texts, calendarOf(data, context.fallback));
+  return context.texts.format(
+      "report.lastReading", words.moment(*last->readAt, context.now),
+      context.temperature(last->tempC, last->tempF) + ", " + context.condition(last->condition, last->isDay));
 }
 
 void fillWeather(NowView& view, WeatherData const& data, ViewContext const& context) {
   view.hasWeather = true;
   auto const present = presentAt(data, context.now);
-  if (present) fillPresent(view, data, *present, context);
+  if (present) {
+    fillPresent(view, *present, context);
+  } else {
+    std::string const last = lastReadingOf(data, context);
+    if (!last.empty()) view.notice += (view.notice.empty() ? "" : " ") + last;
+  }
   if (DailyForecast const* const day = dayAt(data, context.now)) {
     view.range = context.texts.format("desktop.range", context.degrees(day->maxTempC, day->maxTempF),
                                       context.degrees(day->minTempC, day->minTempF));
@@ -86,10 +98,18 @@ bool isSnow(WeatherConditionCode condition) {
   return sky == ConditionCategory::lightSnow || sky == ConditionCategory::heavySnow;
 }
 
-bool isWet(HourlyForecast const& hour) {
+/// Nothing where neither the amount nor the chance is known and no rain is seen in the sky.
+std::optional<bool> isWet(HourlyForecast const& hour) {
   constexpr double kLeastMM = 0.1;
   constexpr int kLeastChance = 40;
-  return hour.precipMM >= kLeastMM && std::max(hour.chanceOfRain, hour.chanceOfSnow) >= kLeastChance;
+  bool const knowsAmount = hour.knows(ForecastValue::precipitation);
+  bool const knowsChance = hour.knows(ForecastValue::precipitationChance);
+  if (!knowsAmount && !knowsChance) {
+    return isPrecipitation(hour.condition) ? std::optional(true) : std::nullopt;
+  }
+  bool const isEnough = !knowsAmount || hour.precipMM >= kLeastMM;
+  bool const isLikely = !knowsChance || std::max(hour.chanceOfRain, hour.chanceOfSnow) >= kLeastChance;
+  return isEnough && isLikely;
 }
 
 /// "1.2 hPa in three hours" matters to nobody below this.
@@ -132,7 +152,6 @@ void addMeasures(std::vector<TileView>& tiles, WeatherData const& data, Present 
     tiles.push_back({std::move(kind), context.text(title), std::move(value), std::move(note),
                      std::clamp(share, 0.0, 1.0), 0});
   };
-  auto const* const hour = hourAt(data.allHourly, context.now);
   if (present.humidity) {
     add("humidity", "report.humidity", percent(*present.humidity), {}, *present.humidity / 100.0);
   }
@@ -148,20 +167,21 @@ void addMeasures(std::vector<TileView>& tiles, WeatherData const& data, Present 
     add("visibility", "report.visibility", context.visibility(*present.visibility), {},
         *present.visibility / 20);
   }
-  if (hour != nullptr && hour->has(WeatherDetailField::dewPoint)) {
-    add("dewPoint", "report.dewPoint", context.degrees(hour->dewPointC, hour->dewPointF), {},
-        (hour->dewPointC + 10) / 35);
+  if (present.dewPointC) {
+    add("dewPoint", "report.dewPoint", context.degrees(*present.dewPointC, present.dewPointF.value_or(0)), {},
+        (*present.dewPointC + 10) / 35);
   }
-  bool const hasReading = hasYoungReading(data, context.now);
-  bool const knowsClouds = hasReading ? data.current.has(WeatherDetailField::cloudCover)
-                                      : hour != nullptr && hour->has(WeatherDetailField::cloudCover);
-  if (knowsClouds) {
-    int const cover = hasReading ? data.current.cloudCover : hour->cloudCover;
-    add("clouds", "report.clouds", percent(cover), {}, cover / 100.0);
+  if (present.cloudCover) {
+    add("clouds", "report.clouds", percent(*present.cloudCover), {}, *present.cloudCover / 100.0);
   }
-  add("precipitation", "report.precipitation", context.precipitation(present.precipMM),
-      present.chanceOfRain ? context.texts.format("desktop.chance", percent(*present.chanceOfRain)) : "",
-      present.precipMM / 10);
+  if (present.precipMM) {
+    add("precipitation", "report.precipitation", context.precipitation(*present.precipMM),
+        present.chanceOfRain ? context.texts.format("desktop.chance", percent(*present.chanceOfRain)) : "",
+        *present.precipMM / 10);
+  } else if (present.chanceOfRain) {
+    add("precipitation", "report.precipitation", percent(*present.chanceOfRain), {},
+        *present.chanceOfRain / 100.0);
+  }
 }
 
 /// Rise and set of the local day that holds `now`.
@@ -200,10 +220,6 @@ void fillSun(SkyView& view, RiseSet const& sun, TimeWords const& words, ViewCont
 
 }  // namespace
 
-bool isDayAt(WeatherData const& data, Instant instant) {
-  return sunPosition(instant, coordinateOf(data)).altitude > kRiseAltitude;
-}
-
 NowView nowView(WeatherState const& state, std::optional<Place> const& place, ViewContext const& context) {
   NowView view;
   view.isLoading = state.isLoading;
@@ -232,18 +248,20 @@ NowView nowView(WeatherState const& state, std::optional<Place> const& place, Vi
 
 std::string nextHoursSentence(WeatherData const& data, ViewContext const& context) {
   constexpr std::chrono::hours kAhead{12};
+  Instant const end = context.now + kAhead;
   auto hours = upcomingHours(data.allHourly, context.now);
-  auto const beyond = std::ranges::find_if(
-      hours, [&](HourlyForecast const& hour) { return hour.date >= context.now + kAhead; });
-  hours = hours.first(static_cast<std::size_t>(beyond - hours.begin()));
-  if (hours.empty()) return {};
+  auto const isBeyond = [&](HourlyForecast const& hour) { return hour.date >= end || !isWet(hour); };
+  hours = hours.first(static_cast<std::size_t>(std::ranges::find_if(hours, isBeyond) - hours.begin()));
+  if (hours.empty() || hours.front().date > context.now) return {};
   TimeWords const words(context.texts, calendarOf(data, context.fallback));
-  bool const isWetNow = isWet(hours.front());
+  bool const isWetNow = *isWet(hours.front());
   auto const change =
-      std::ranges::find_if(hours, [&](HourlyForecast const& hour) { return isWet(hour) != isWetNow; });
+      std::ranges::find_if(hours, [&](HourlyForecast const& hour) { return *isWet(hour) != isWetNow; });
   HourlyForecast const& kind = isWetNow || change == hours.end() ? hours.front() : *change;
   std::string const snow = isSnow(kind.condition) ? "snow" : "rain";
   if (change == hours.end()) {
+    // Twelve hours are spoken of only where twelve are known.
+    if (hours.back().date + stepLength(hours, hours.size() - 1) < end) return {};
     return context.text(!isWetNow ? "desktop.next.dry" : "desktop.next." + snow);
   }
   std::string const key = "push." + snow + (isWetNow ? "Stop" : "Start") + ".bodyAt";
@@ -255,7 +273,8 @@ std::vector<TileView> tileViews(WeatherState const& state, ViewContext const& co
   WeatherData const& data = *state.weatherData;
   auto const present = presentAt(data, context.now);
   if (!present) return {};
-  std::vector<TileView> tiles{windTile(*present, context)};
+  std::vector<TileView> tiles;
+  if (present->knowsWind) tiles.push_back(windTile(*present, context));
   addMeasures(tiles, data, *present, context);
   return tiles;
 }

@@ -115,7 +115,4 @@ SkyScene sceneView(WeatherState const& state, ViewContext const& context);
 /// What the next twelve hours bring, in one sentence; empty without hours.
 std::string nextHoursSentence(WeatherData const& data, ViewContext const& context);
 
-/// Whether the sun is up at the place.
-bool isDayAt(WeatherData const& data, Instant instant);
-
 }  // namespace nimbara

@@ -3,7 +3,6 @@
 #include "app/coverage_text.h"
 #include "app/failure_text.h"
 #include "app/weather_state.h"
-#include "desktop/views/now_view.h"
 #include "model/present.h"
 #include "model/process.h"
 

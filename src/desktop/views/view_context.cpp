@@ -1,5 +1,7 @@
 #include "desktop/views/view_context.h"
 
+#include "model/condition_text.h"
+
 #include <array>
 
 namespace nimbara {
@@ -39,8 +41,7 @@ std::string ViewContext::visibility(double km) const {
 }
 
 std::string ViewContext::condition(WeatherConditionCode code, bool isDay) const {
-  if (code == WeatherConditionCode::sunny && !isDay) return text("desktop.clearNight");
-  return text("condition." + std::string(enumName(code)));
+  return conditionText(code, isDay, texts);
 }
 
 std::optional<double> compassDegrees(std::string_view point) {
