@@ -8,6 +8,9 @@
 #include "gazetteer/tables.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdlib>
 #include <cstring>
 
 namespace nimbara {
@@ -62,10 +65,20 @@ Area areaNamed(std::string_view name, bool whole) {
 
 using Areas = std::vector<Area>;
 
-/// City numbers in order of population.
+void appendNew(std::vector<std::size_t>& numbers, std::vector<std::size_t> const& more) {
+  std::ranges::copy_if(more, std::back_inserter(numbers), [&](std::size_t number) {
+    return std::ranges::find(numbers, number) == numbers.end();
+  });
+}
+
+/// How a city's name has the text, the best first.
+enum class Match { exact, capital, nameBegins, otherNameBegins, nameContains, otherNameContains, count };
+
+/// City numbers in order of population, by the way they match.
 struct Matches {
-  std::vector<std::size_t> exact;
-  std::vector<std::size_t> others;
+  std::array<std::vector<std::size_t>, static_cast<std::size_t>(Match::count)> cities;
+
+  std::vector<std::size_t>& operator[](Match match) { return cities[static_cast<std::size_t>(match)]; }
 };
 
 /// Walks along the cities while a position in their names grows.
@@ -92,27 +105,35 @@ void addOnce(std::vector<std::size_t>& numbers, std::size_t number, std::size_t 
   if (numbers.size() < count && (numbers.empty() || numbers.back() != number)) numbers.push_back(number);
 }
 
-Matches citiesNamed(std::string_view name, Areas const& areas, std::size_t count) {
+/// Of the blank at `at`, before a word that begins like the text; `end` lies behind the text. A city's own
+/// name is the first of its keys.
+Match matchAt(std::string_view keys, std::size_t at, std::size_t end, std::size_t city, CityRecord record) {
+  bool const begins = keys[at - 1] == '\n';
+  if (begins && keys[end] == '\n') return Match::exact;
+  bool const isOwn = keys.substr(record.keys + 1, at - record.keys).find('\n') == std::string_view::npos;
+  if (begins && isOwn) return isCapital(city) ? Match::capital : Match::nameBegins;
+  if (isOwn) return Match::nameContains;
+  return begins ? Match::otherNameBegins : Match::otherNameContains;
+}
+
+bool isInside(Areas const& areas, CityRecord const& record) {
+  return std::ranges::all_of(areas, [&](Area const& area) { return area.contains(record); });
+}
+
+std::vector<std::size_t> citiesNamed(std::string_view name, Areas const& areas, std::size_t count) {
   Matches matches;
   std::string const wanted = " " + std::string(name);
   std::string_view const keys = bytesOf(Section::cityKeys);
   CityCursor cursor;
   for (auto at = findFrom(keys, wanted, 0); at != std::string_view::npos;
        at = findFrom(keys, wanted, at + 1)) {
-    bool const exact = keys[at - 1] == '\n' && keys[at + wanted.size()] == '\n';
-    auto& list = exact ? matches.exact : matches.others;
-    if (list.size() >= count) continue;
     std::size_t const city = cursor.cityAt(at);
-    auto const inside = [record = cursor.record()](Area const& area) { return area.contains(record); };
-    if (std::ranges::all_of(areas, inside)) addOnce(list, city, count);
+    auto& list = matches[matchAt(keys, at, at + wanted.size(), city, cursor.record())];
+    if (list.size() < count && isInside(areas, cursor.record())) addOnce(list, city, count);
   }
-  return matches;
-}
-
-void appendNew(std::vector<std::size_t>& numbers, std::vector<std::size_t> const& more) {
-  std::ranges::copy_if(more, std::back_inserter(numbers), [&](std::size_t number) {
-    return std::ranges::find(numbers, number) == numbers.end();
-  });
+  std::vector<std::size_t> numbers;
+  for (auto const& list : matches.cities) appendNew(numbers, list);
+  return numbers;
 }
 
 /// "paris texas" as a city's name and the area behind it, the longer name first.
@@ -124,9 +145,7 @@ std::vector<std::size_t> citiesWithArea(std::string_view words, std::size_t coun
     if (end == std::string_view::npos) break;
     Areas const areas{areaNamed(words.substr(end + 1), true)};
     if (areas.front().isEmpty()) continue;
-    Matches const matches = citiesNamed(words.substr(0, end), areas, count);
-    appendNew(numbers, matches.exact);
-    appendNew(numbers, matches.others);
+    appendNew(numbers, citiesNamed(words.substr(0, end), areas, count));
   }
   return numbers;
 }
@@ -141,20 +160,139 @@ Areas areasOf(std::vector<std::string_view> const& parts) {
   return areas;
 }
 
-}  // namespace
+/// A text as it is searched for: the folded name and the areas behind it. Nothing for what nobody looks for.
+struct Wanted {
+  std::string name;
+  Areas areas;
+  bool hasAreas = false;
+};
 
-std::vector<City> searchCities(std::string_view text, std::size_t count) {
-  if (text.size() > kLongestText || count == 0) return {};
+std::optional<Wanted> wantedOf(std::string_view text) {
+  if (text.size() > kLongestText) return std::nullopt;
   auto const parts = split(text, ',');
-  std::string const name = searchFolded(parts.front());
-  if (name.empty() || parts.size() > kMostParts) return {};
-  Matches const matches = citiesNamed(name, areasOf(parts), count);
-  std::vector<std::size_t> numbers = matches.exact;
-  appendNew(numbers, matches.others);
-  if (numbers.size() < count && parts.size() == 1) appendNew(numbers, citiesWithArea(name, count));
+  Wanted wanted{searchFolded(parts.front()), {}, parts.size() > 1};
+  if (wanted.name.empty() || parts.size() > kMostParts) return std::nullopt;
+  wanted.areas = areasOf(parts);
+  return wanted;
+}
+
+std::vector<std::size_t> citiesWanted(Wanted const& wanted, std::size_t count) {
+  std::vector<std::size_t> numbers = citiesNamed(wanted.name, wanted.areas, count);
+  if (numbers.size() < count && !wanted.hasAreas) appendNew(numbers, citiesWithArea(wanted.name, count));
+  return numbers;
+}
+
+/// "st moritz" as "saint moritz", "sankt moritz" …
+std::vector<std::string> otherSpellings(std::string const& name) {
+  struct Row {
+    std::string_view abbreviation;
+    std::string_view word;
+  };
+  constexpr Row kRows[] = {{"st", "saint"},   {"st", "sankt"}, {"st", "sint"},
+                           {"ste", "sainte"}, {"saint", "st"}, {"sankt", "st"},
+                           {"sainte", "ste"}, {"mt", "mount"}, {"ft", "fort"}};
+  std::vector<std::string> names;
+  for (Row const& row : kRows) {
+    std::string const begin = std::string(row.abbreviation) + " ";
+    if (name.starts_with(begin)) names.push_back(std::string(row.word) + " " + name.substr(begin.size()));
+  }
+  return names;
+}
+
+std::vector<City> citiesOf(std::vector<std::size_t> const& numbers, std::size_t count) {
   std::vector<City> cities;
   for (std::size_t i = 0; i < std::min(count, numbers.size()); ++i) cities.push_back(cityAt(numbers[i]));
   return cities;
+}
+
+/// The edits (a letter more, less or another, or two of them exchanged) between one name and others, by the
+/// bits of a machine word: H. Hyyrö, "A bit-vector algorithm for computing Levenshtein and Damerau edit
+/// distances", 2003. Names longer than the word are cut; bytes stand for letters.
+class EditDistance {
+ public:
+  explicit EditDistance(std::string_view name) : length_(std::min<std::size_t>(name.size(), 64)) {
+    for (std::size_t i = 0; i < length_; ++i) places_[byteOf(name[i])] |= std::uint64_t{1} << i;
+  }
+
+  int to(std::string_view other) const {
+    std::uint64_t const last = std::uint64_t{1} << (length_ - 1);
+    std::uint64_t more = ~std::uint64_t{0};
+    std::uint64_t less = 0;
+    std::uint64_t diagonal = 0;
+    std::uint64_t before = 0;
+    int distance = static_cast<int>(length_);
+    for (char const c : other) {
+      std::uint64_t const here = places_[byteOf(c)];
+      std::uint64_t const exchanged = ((~diagonal & here) << 1) & before;
+      diagonal = (((here & more) + more) ^ more) | here | less | exchanged;
+      std::uint64_t up = less | ~(diagonal | more);
+      std::uint64_t down = diagonal & more;
+      if ((up & last) != 0) ++distance;
+      if ((down & last) != 0) --distance;
+      up = (up << 1) | 1;
+      down <<= 1;
+      more = down | ~(diagonal | up);
+      less = up & diagonal;
+      before = here;
+    }
+    return distance;
+  }
+
+ private:
+  static std::size_t byteOf(char c) { return static_cast<unsigned char>(c); }
+
+  std::size_t length_;
+  std::array<std::uint64_t, 256> places_{};
+};
+
+/// How many edits a mistyped name of so many letters may have.
+int editsAllowed(std::size_t length) {
+  if (length < 4) return 0;
+  return length < 6 ? 1 : length < 10 ? 2 : 3;
+}
+
+/// The cities one of whose names is nearest to the wanted one.
+std::vector<std::size_t> nearestNames(Wanted const& wanted, std::size_t count) {
+  EditDistance const distance(wanted.name);
+  int least = editsAllowed(wanted.name.size());
+  std::vector<std::size_t> numbers;
+  std::string_view const keys = bytesOf(Section::cityKeys);
+  CityCursor cursor;
+  for (std::size_t begin = 0; begin + 1 < keys.size();) {
+    std::size_t const end = keys.find('\n', begin + 1);
+    std::string_view const key = keys.substr(begin + 2, end - begin - 2);  // behind the break and the blank
+    auto const unequal = static_cast<int>(key.size()) - static_cast<int>(wanted.name.size());
+    int const edits = std::abs(unequal) <= least ? distance.to(key) : least + 1;
+    if (edits <= least && edits > 0) {
+      std::size_t const city = cursor.cityAt(begin);
+      bool const isWanted = isInside(wanted.areas, cursor.record());
+      if (isWanted && edits < least) numbers.clear();
+      if (isWanted) addOnce(numbers, city, count);
+      if (isWanted) least = edits;
+    }
+    begin = end;
+  }
+  return numbers;
+}
+
+}  // namespace
+
+std::vector<City> searchCities(std::string_view text, std::size_t count) {
+  auto wanted = wantedOf(text);
+  if (!wanted || count == 0) return {};
+  std::vector<std::size_t> numbers = citiesWanted(*wanted, count);
+  for (std::string const& name : otherSpellings(wanted->name)) {
+    if (numbers.size() >= count) break;
+    wanted->name = name;
+    appendNew(numbers, citiesWanted(*wanted, count));
+  }
+  return citiesOf(numbers, count);
+}
+
+std::vector<City> similarCities(std::string_view text, std::size_t count) {
+  auto const wanted = wantedOf(text);
+  if (!wanted || count == 0) return {};
+  return citiesOf(nearestNames(*wanted, count), count);
 }
 
 }  // namespace nimbara

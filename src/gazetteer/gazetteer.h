@@ -13,7 +13,8 @@
 
 namespace nimbara {
 
-/// A city of at least 15,000 inhabitants or a capital. The texts live as long as the program.
+/// A city of at least 15,000 inhabitants, a capital, or a smaller town that many languages have a name for.
+/// The texts live as long as the program.
 struct City {
   std::string_view name;
   /// ISO 3166-1 of two letters; "XK" for Kosovo.
@@ -28,10 +29,15 @@ struct City {
 };
 
 /// At most `count` cities one of whose names has the words of `text` in it, the last of them perhaps
-/// unfinished; letter case, accents and punctuation do not count. Cities that are called just so come first,
-/// then the more populous. What follows a comma narrows by country code, country or region ("Paris, US");
+/// unfinished; letter case, accents and punctuation do not count, and "St." may stand for "Saint" or "Sankt".
+/// Cities that are called just so come first, then capitals, then those whose name begins with the text; of
+/// equals the more populous. What follows a comma narrows by country code, country or region ("Paris, US");
 /// without a comma the last words do so where no city's name has them ("Paris Texas").
 std::vector<City> searchCities(std::string_view text, std::size_t count);
+
+/// At most `count` cities whose names are nearest to a misspelled `text`, the most populous first; none where
+/// nothing is near enough to be meant. What follows a comma narrows as above.
+std::vector<City> similarCities(std::string_view text, std::size_t count);
 
 /// Every city, the most populous first.
 std::vector<City> allCities();

@@ -38,6 +38,7 @@ enum class Section : std::uint8_t {
   coasts,         // RingRecord, of coarse points
   borders,        // RingRecord, of coarse points
   coarsePoints,   // CoarsePoint
+  capitals,       // city numbers (uint16), ascending
   count
 };
 

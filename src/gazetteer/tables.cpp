@@ -53,6 +53,13 @@ City cityAt(std::size_t number) {
           record.population};
 }
 
+bool isCapital(std::size_t city) {
+  Table<std::uint16_t> const capitals(Section::capitals);
+  std::size_t const at =
+      partitionPoint(capitals, 0, capitals.size(), [city](std::uint16_t capital) { return capital < city; });
+  return at < capitals.size() && capitals[at] == city;
+}
+
 }  // namespace nimbara::gazetteer
 
 namespace nimbara {

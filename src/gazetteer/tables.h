@@ -52,5 +52,7 @@ std::string_view regionName(std::uint16_t region);
 std::string_view districtName(std::uint16_t district);
 std::string_view zoneName(std::uint16_t zone);
 City cityAt(std::size_t number);
+/// Of a country.
+bool isCapital(std::size_t city);
 
 }  // namespace nimbara::gazetteer

@@ -106,9 +106,52 @@ TEST(CitySearch, PutsExactNamesBeforeLargerCities) {
   ASSERT_GE(cities.size(), 2U);
   EXPECT_EQ(cities[0].name, "Bath");
   EXPECT_GT(cities[1].population, cities[0].population);
-  std::vector<std::int32_t> others;
-  for (City const& city : searchCities("berli", 20)) others.push_back(city.population);
-  EXPECT_TRUE(std::ranges::is_sorted(others, std::greater()));
+}
+
+std::vector<std::string> namesOf(std::vector<City> const& cities) {
+  std::vector<std::string> names;
+  for (City const& city : cities) names.emplace_back(city.name);
+  return names;
+}
+
+TEST(CitySearch, PutsCapitalsAndBeginningsBeforePartsOfLongerNames) {
+  auto const paris = namesOf(searchCities("Paris", 5));
+  EXPECT_THAT(paris, testing::Not(testing::Contains("New Orleans")));
+  auto const news = namesOf(searchCities("New", 5));
+  ASSERT_GE(news.size(), 2U);
+  EXPECT_EQ(news[0], "New Delhi");
+  EXPECT_EQ(news[1], "New York City");
+  EXPECT_THAT(news, testing::Each(testing::StartsWith("New")));
+}
+
+TEST(CitySearch, KnowsSmallTownsThatManyLanguagesName) {
+  for (Row const& row :
+       {Row{"St. Moritz", "St. Moritz, Grisons, CH"}, Row{"st moritz", "St. Moritz, Grisons, CH"},
+        Row{"Sankt Moritz", "St. Moritz, Grisons, CH"}, Row{"Zermatt", "Zermatt, Valais, CH"},
+        Row{"St. Petersburg, RU", "Saint Petersburg, St.-Petersburg, RU"}}) {
+    EXPECT_EQ(firstOf(row.text), row.first) << row.text;
+  }
+}
+
+TEST(SimilarCities, AreWhatAMisspelledNameMayMean) {
+  for (auto const& [text, name] : std::initializer_list<std::pair<std::string_view, std::string_view>>{
+           {"Sprngfield", "Springfield"},
+           {"zurch", "Zürich"},
+           {"new yrok", "New York City"},
+           {"Lodnon", "London"},
+           {"Pariss", "Paris"},
+           {"Copenhaggen", "Copenhagen"},
+           {"Sprngfield, Illinois", "Springfield"}}) {
+    auto const similar = similarCities(text, 5);
+    ASSERT_FALSE(similar.empty()) << text;
+    EXPECT_EQ(similar.front().name, name) << text;
+  }
+  EXPECT_EQ(labelOf(similarCities("Sprngfield, Illinois", 5).front()), "Springfield, Illinois, US");
+  for (std::string const& text :
+       {std::string("nosuchplacexyz"), std::string("qx"), std::string(), std::string("\xFF\xFE\x80"),
+        std::string(100'000, 'a'), std::string(", US")}) {
+    EXPECT_TRUE(similarCities(text, 5).empty()) << text.substr(0, 40);
+  }
 }
 
 TEST(CitySearch, TakesAnyBytes) {

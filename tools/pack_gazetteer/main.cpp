@@ -8,6 +8,7 @@
 #include "zone_rows.h"
 #include "zones_by_area.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 
@@ -15,6 +16,21 @@ namespace nimbara::gazetteer {
 namespace {
 
 constexpr std::int32_t kSmallestCity = 15'000;
+/// Smaller towns are known by name when so many other names are written for them.
+constexpr std::ptrdiff_t kNamesOfKnownTown = 12;
+
+std::ptrdiff_t namesOf(Town const& town) {
+  return town.alternates.empty() ? 0 : std::ranges::count(town.alternates, ',') + 1;
+}
+
+bool isListed(Town const& town) {
+  return town.population >= kSmallestCity || town.isCapital || namesOf(town) >= kNamesOfKnownTown;
+}
+
+/// Whether places around it are named after it.
+bool namesItsSurroundings(Town const& town) {
+  return !town.isSection && (town.population >= kSmallestCity || town.isCapital);
+}
 
 /// Countries whose official warnings go by unions of districts, without outlines.
 bool hasWarningsByDistrict(Town const& town) {
@@ -86,10 +102,11 @@ class Packer {
       countries_.addTown(landmarks.back().country, zones_.number(town.zone));
       if (hasWarningsByDistrict(town) && district(town) != kNone)
         districtMarks.push_back({town.at, landmarks.back().country, district(town)});
-      if (town.population < kSmallestCity && !town.isCapital) continue;
+      if (!isListed(town)) continue;
       auto const number = static_cast<std::uint16_t>(packCity(town));
       points.push_back(town.at);
-      if (!town.isSection) tree.push_back(number);
+      if (namesItsSurroundings(town)) tree.push_back(number);
+      if (town.isCapital) file_.append(Section::capitals, number);
     }
     file_.appendBytes(Section::cityKeys, "\n");
     orderAsTree(tree.data(), tree.data() + tree.size(), [&](std::uint16_t city) { return points[city]; });
