@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace nimbara {
 
@@ -18,6 +19,20 @@ bool hasLetter(std::string_view text) {
     bool const letter = byte >= 0x80 || (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z');
     return letter && !(likeNumber && (c == 'e' || c == 'E'));
   });
+}
+
+bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+/// "10115", "110 00", "1000-205": digits, in two groups at most. Codes with letters are names.
+bool isPostalCode(std::string_view text) {
+  constexpr std::ptrdiff_t kFewest = 3;
+  constexpr std::ptrdiff_t kMost = 10;
+  auto const digits = std::ranges::count_if(text, isDigit);
+  auto const marks = std::ranges::count_if(text, [](char c) { return c == ' ' || c == '-'; });
+  bool const isWritten = digits + marks == std::ssize(text) && marks <= 1;
+  return isWritten && digits >= kFewest && digits <= kMost && isDigit(text.front()) && isDigit(text.back());
 }
 
 std::string quoted(std::string_view text) {
@@ -43,6 +58,7 @@ Result<std::variant<Coordinate, PlaceName>, std::string> parsePlace(std::string_
   auto const first = parseDouble(trimmed(parts[0]));
   auto const second = parts.size() == 2 ? parseDouble(trimmed(parts[1])) : std::nullopt;
   if (first && second) return checked({*first, *second}, text);
+  if (!text.empty() && isPostalCode(text)) return PlaceName{std::string(text)};
   if (!text.empty() && !first && hasLetter(text)) return PlaceName{std::string(text)};
   return std::unexpected(quoted(text) + " is neither a coordinate like 52.52,13.41 nor a place's name");
 }

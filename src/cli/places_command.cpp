@@ -31,7 +31,8 @@ struct PlaceEntry {
   std::string countryName;
   std::string region;
   std::string timeZone;
-  std::optional<Instant> fixTime;  ///< of the current location
+  std::optional<Instant> fixTime;    ///< of the current location
+  std::optional<bool> isSuggestion;  ///< similar to a name that was not found
 };
 
 using Entries = std::vector<PlaceEntry>;
@@ -55,6 +56,7 @@ std::string json(Entries const& entries) {
     writer.member("timeZone", entry.timeZone);
     writer.member("fixTime", entry.fixTime);
     writer.memberOrNull("notifications", entry.notifications);
+    writer.member("suggestion", entry.isSuggestion);
     writer.endObject();
   }
   writer.endList();
@@ -72,6 +74,7 @@ PlaceEntry entryOf(SavedPlace const& place, std::optional<Uuid> id, bool selecte
           place.countryName,
           place.region,
           place.timeZone,
+          {},
           {}};
 }
 
@@ -246,9 +249,7 @@ class PlacesRun {
     std::string const language = Texts::load(common_.language).language();
     auto found = search.search(options_.place, language, options_.online, session_.stop);
     if (found) return std::move(*found);
-    std::string text = found.error().text();
-    if (text.ends_with('.')) text.pop_back();
-    return std::unexpected(text + "; no place '" + options_.place + "' can be found");
+    return std::unexpected(notFoundSentence(options_.place, found.error(), language));
   }
 
   int failSearch(std::string const& sentence) const {
@@ -258,13 +259,21 @@ class PlacesRun {
 
   int search() {
     auto const list = places_.list();
-    auto const matches = found();
-    if (!matches) return failSearch(matches.error());
+    auto matches = found();
+    bool const isSuggestion = !matches;
+    if (!matches) {
+      auto similar = similarPlaces(options_.place, Texts::load(common_.language).language());
+      if (similar.empty() || session_.stop.stop_requested()) return failSearch(matches.error());
+      session_.console.err("nimbara: no place called '" + oneLine(options_.place, 100) +
+                           "' was found; these names are similar\n");
+      matches = std::move(similar);
+    }
     Entries entries;
     for (FoundPlace const& match : *matches) {
       SavedPlace const* const saved = list ? list->findNear(match.coordinate) : nullptr;
       auto const id = saved == nullptr ? std::nullopt : std::optional(saved->id);
       entries.push_back(entryOf(savedPlaceOf(match), id, id && list->selected == id));
+      if (isSuggestion) entries.back().isSuggestion = true;
     }
     return show(entries, true);
   }

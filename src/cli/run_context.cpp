@@ -128,10 +128,11 @@ Result<Place, Failure> RunContext::place(std::string const& text) {
     return place->name.empty() ? describedPlace(place->coordinate, texts().language()) : *place;
   }
   PlaceSearch search(app_.http(), app_.services());
-  auto const found =
-      search.search(std::get<PlaceName>(*wanted).name, texts().language(), false, session_.stop);
+  std::string const& name = std::get<PlaceName>(*wanted).name;
+  auto const found = search.search(name, texts().language(), false, session_.stop);
   if (!found) {
-    return std::unexpected(Failure{exitCode::kUnavailable, sentenceOf(found.error()), found.error()});
+    std::string const sentence = notFoundSentence(name, found.error(), texts().language());
+    return std::unexpected(Failure{exitCode::kUnavailable, sentence, found.error()});
   }
   return placeOf(savedPlaceOf(found->front()));
 }

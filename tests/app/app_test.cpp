@@ -14,7 +14,8 @@ TEST(Places, AreCoordinatesOrNames) {
   auto const coordinate = [](std::string_view text) { return std::get<Coordinate>(*parsePlace(text)); };
   EXPECT_EQ(coordinate("52.52,13.41"), (Coordinate{52.52, 13.41}));
   EXPECT_EQ(coordinate(" -90 , +180 "), (Coordinate{-90, 180}));
-  for (char const* const name : {"Berlin", "Łódź", "東京", "Washington, DC", "St. John's", "10115 Berlin"}) {
+  for (char const* const name : {"Berlin", "Łódź", "東京", "Washington, DC", "St. John's", "10115 Berlin",
+                                 "10115", "110 00", "1000-205", "SW1A 1AA"}) {
     EXPECT_EQ(std::get<PlaceName>(*parsePlace(name)).name, name);
   }
 }
@@ -28,7 +29,8 @@ TEST(Places, RefuseWhatIsNeither) {
        {Row{"90.01,0", "latitude"}, Row{"-91,0", "latitude"}, Row{"0,180.01", "longitude"},
         Row{"0,-181", "longitude"}, Row{"", "neither"}, Row{" ", "neither"}, Row{"52.52", "neither"},
         Row{"52.52,", "neither"}, Row{",", "neither"}, Row{"1,2,3", "neither"}, Row{"52.5,abc", "neither"},
-        Row{"--", "neither"}, Row{"1e999,0", "neither"}}) {
+        Row{"12", "neither"}, Row{"1 2 345", "neither"}, Row{"-10115", "neither"},
+        Row{"12345678901", "neither"}, Row{"--", "neither"}, Row{"1e999,0", "neither"}}) {
     auto const place = parsePlace(row.text);
     ASSERT_FALSE(place) << row.text;
     EXPECT_NE(place.error().find(row.problem), std::string::npos) << place.error();

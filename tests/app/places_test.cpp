@@ -233,6 +233,33 @@ TEST(PlaceSearch, AsksTheGazetteerFirst) {
   EXPECT_EQ(search.search("Berlin", "en", true)->front().name, "Online");
 }
 
+TEST(PlaceSearch, AsksOnlineForOtherSpellingsAndPostalCodes) {
+  test::FakeHttpClient http;
+  ServiceDirectory const services({}, "http://127.0.0.1:1");
+  PlaceSearch search(http, services);
+  http.willAnswer(200, "{}");
+  http.willAnswer(200, "{}");
+  http.willAnswer(200, R"({"results":[{"name":"Sankt Nirgendwo","latitude":1,"longitude":2}]})");
+  EXPECT_EQ(search.search("St. Nirgendwo", "en", false)->front().name, "Sankt Nirgendwo");
+  ASSERT_EQ(http.requests.size(), 3U);
+  EXPECT_NE(http.requests[1].url.find("name=Saint%20Nirgendwo"), std::string::npos);
+  EXPECT_NE(http.requests[2].url.find("name=Sankt%20Nirgendwo"), std::string::npos);
+  http.willAnswer(200, R"({"results":[{"name":"Berlin","latitude":52.5,"longitude":13.4}]})");
+  EXPECT_EQ(search.search("10115", "en", false)->front().name, "Berlin");
+  EXPECT_NE(http.requests[3].url.find("name=10115"), std::string::npos);
+}
+
+TEST(PlaceSearch, SuggestsWhatMayHaveBeenMeant) {
+  EXPECT_EQ(suggestionFor("zurch", "en"), "did you mean Zürich, Zurich, Switzerland?");
+  std::string const springfield = suggestionFor("Sprngfield", "en");
+  EXPECT_NE(springfield.find("Springfield, Illinois, United States"), std::string::npos) << springfield;
+  EXPECT_EQ(suggestionFor("nosuchplacexyz", "en"), "");
+  APIError const nothing = APIError::of(APIError::Case::noResults);
+  EXPECT_EQ(notFoundSentence("nosuchplacexyz", nothing, "en"), "no place called 'nosuchplacexyz' was found");
+  EXPECT_EQ(notFoundSentence("zurch", nothing, "en"),
+            "no place called 'zurch' was found; did you mean Zürich, Zurich, Switzerland?");
+}
+
 TEST(DescribedPlace, TakesTheNameOfTheCityInWhichItLies) {
   Place const berlin = describedPlace({52.52, 13.41}, "en");
   EXPECT_EQ(berlin.name, "Berlin");

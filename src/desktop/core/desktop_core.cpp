@@ -364,7 +364,10 @@ void DesktopCore::chooseNotifications(Uuid id, PlaceChoice choice) {
 
 void DesktopCore::search(std::string text, SearchListener found) {
   commands_.run([this, text = std::move(text), found = std::move(found)](std::stop_token const&) {
-    found(searchOffline(text, settings_.wording()->texts->language()));
+    std::string const language = settings_.wording()->texts->language();
+    auto places = searchOffline(text, language);
+    if (places.empty()) places = similarPlaces(text, language);
+    found(std::move(places));
   });
 }
 
