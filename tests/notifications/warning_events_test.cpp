@@ -115,7 +115,7 @@ TEST_F(WarningEvents, AreNotLiftedWhenNobodyLooksAtThePlaceAnyMore) {
   engine.warnings = {alert};
   RuleInputs other = engine.elsewhere("boulder", "Boulder");
   RuleInputs home = engine.here();
-  home.govAlerts = InputReading<std::vector<WeatherAlert>>::of({});
+  home.govAlerts = InputReading<std::vector<WeatherAlert>>::of(std::vector<WeatherAlert>{});
   engine.pass({home, other});
   engine.warnings = std::vector<WeatherAlert>{};
   engine.passAfter(15min);
