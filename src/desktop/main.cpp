@@ -253,8 +253,8 @@ int showWindow(QGuiApplication& application, Environment const& environment, Des
         },
         Qt::QueuedConnection);
   };
-  DesktopCore::Options wanted{services, options.now, places, options.place, onGlobeChange,
-                              {},       onOpen,      {},     true};
+  DesktopCore::Options wanted{services, options.now, places, options.place, onGlobeChange, {},
+                              onOpen,   {},          {},     true};
   if (demo != nullptr) wanted.locate = unaskedLocation;
   DesktopCore core(environment, std::move(wanted),
                    [&box](SnapshotBox::Snapshot snapshot) { box.put(std::move(snapshot)); });

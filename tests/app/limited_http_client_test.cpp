@@ -23,7 +23,7 @@ struct LimitedHttp : testing::Test {
     return answer ? Kind::protocol : answer.error().kind;
   }
 
-  ManualClock clock;
+  ManualClock clock{Instant()};
   FakeHttpClient network;
   LimitedHttpClient client{network, clock, 24s};
 };
