@@ -61,7 +61,7 @@ struct Flood : testing::Test {
 TEST_F(Flood, OfOneMoreThanTwentyTellsEach) {
   std::ignore = pass(21);
   EXPECT_THAT(center.delivered(), SizeIs(21));
-  EXPECT_THAT(center.shown(), Not(testing::Contains("earthquake_others")));
+  EXPECT_THAT(center.shown(), testing::Not(testing::Contains("earthquake_others")));
 }
 
 TEST_F(Flood, TellsTheGreatestAndCountsTheRest) {
@@ -91,7 +91,7 @@ TEST_F(Flood, IsToldOnce) {
 TEST_F(Flood, ThatTheDesktopRefusedIsTriedAgain) {
   center.setFailure(DeliveryError{DeliveryError::Kind::unavailable, "nobody there"});
   auto const report = pass(100);
-  EXPECT_THAT(report.problems, Not(IsEmpty()));
+  EXPECT_THAT(report.problems, testing::Not(IsEmpty()));
   center.setFailure(std::nullopt);
   std::ignore = pass(100);
   EXPECT_THAT(center.delivered(), SizeIs(21));

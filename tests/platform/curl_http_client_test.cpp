@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <future>
+#include <sys/socket.h>
 
 namespace nimbara {
 namespace {

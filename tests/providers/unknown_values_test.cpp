@@ -186,7 +186,7 @@ TEST(UnknownValues, OfRecordedAnswersAreUnknown) {
     auto const file =
         std::ranges::find(*files, row.file, [](auto const& path) { return path.filename().string(); });
     ASSERT_NE(file, files->end()) << row.file;
-    WeatherData const data = forecastOf(test::readFile(*file), at(row.now));
+    WeatherData const data = forecastOf(test::readFile(*file), at(std::string(row.now)));
     for (HourlyForecast const& hour : data.allHourly) EXPECT_FALSE(hour.knows(row.lacking)) << row.file;
   }
 }
