@@ -116,11 +116,10 @@ Rectangle {
                 font.weight: Font.Light
             }
         }
-        Text {
+        PlainText {
             visible: place.warnings !== ""
             width: parent.width
             text: place.warnings
-            textFormat: Text.PlainText
             wrapMode: Text.Wrap
             maximumLineCount: 3
             elide: Text.ElideRight
