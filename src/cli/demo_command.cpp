@@ -46,7 +46,7 @@ int runAgainst(std::string const& baseUrl, std::vector<std::string> const& comma
   std::string const file = command[0] == "nimbara" ? session.environment.program.string() : command[0];
   pid_t child = 0;
   // A forecast that was made up is none to be kept, and one that was kept would hide the demo's.
-  DemoFolder const cache(std::filesystem::temp_directory_path());
+  DemoFolder const cache;
   int const error = spawn(child, file, command, variablesWith(baseUrl, cache.path()));
   if (error != 0) {
     std::string const reason = std::strerror(error);

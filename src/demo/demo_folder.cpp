@@ -38,7 +38,16 @@ void sweep(std::filesystem::path const& parent) {
   }
 }
 
+/// TMPDIR may name anything.
+std::filesystem::path temporaryFiles() {
+  std::error_code error;
+  std::filesystem::path const named = std::filesystem::temp_directory_path(error);
+  return error ? std::filesystem::path("/tmp") : named;
+}
+
 }  // namespace
+
+DemoFolder::DemoFolder() : DemoFolder(temporaryFiles()) {}
 
 DemoFolder::DemoFolder(std::filesystem::path const& parent) {
   sweep(parent);

@@ -8,7 +8,8 @@ namespace nimbara {
 
 class DemoFolder {
  public:
-  /// Below `parent`, the system's folder of temporary files.
+  /// Below the system's folder of temporary files.
+  DemoFolder();
   explicit DemoFolder(std::filesystem::path const& parent);
   ~DemoFolder();
   DemoFolder(DemoFolder const&) = delete;

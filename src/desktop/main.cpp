@@ -46,6 +46,7 @@ class Demo {
   }
 
   Result<DemoProcess, std::string> const& server() const { return server_; }
+  bool hasFolder() const { return !folder_.path().empty(); }
 
   /// Some of official warnings and some without, from the polar night to the tropics.
   static std::vector<SavedPlace> places() {
@@ -62,7 +63,7 @@ class Demo {
 
  private:
   Result<DemoProcess, std::string> server_;
-  DemoFolder folder_{std::filesystem::temp_directory_path()};
+  DemoFolder folder_;
 };
 
 /// Takes one picture as soon as the page has its weather, or after a while without.
@@ -316,6 +317,7 @@ int run(Environment environment, DesktopOptions const& options, InterruptSignals
   if (options.demo) {
     demo.emplace(environment, options.now);
     if (!demo->server()) return fail(1, demo->server().error());
+    if (!demo->hasFolder()) return fail(1, "there is no room for temporary files; check TMPDIR");
   }
   QGuiApplication::setApplicationName(QString::fromLatin1(kApplicationName));
   QGuiApplication::setDesktopFileName(QString::fromLatin1(kApplicationId));
