@@ -8,6 +8,7 @@
 #include "feeds/feed_source.h"
 #include "feeds/geomagnetic_service.h"
 #include "feeds/gov_alert_service.h"
+#include "feeds/known_areas.h"
 #include "feeds/kp_forecast_service.h"
 #include "feeds/lightning_source.h"
 #include "feeds/meteo_alarm_service.h"
@@ -57,6 +58,7 @@ class FeedServices {
  private:
   Options options_;
   Regions regions_;
+  KnownAreas knownAreas_;
   NWSAlertService nws_;
   std::unique_ptr<FeedSource> source_;
   EarthquakeService earthquakes_;
