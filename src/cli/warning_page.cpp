@@ -74,7 +74,7 @@ std::string sourceText(WarningEntry const& entry, WarningPageContext const& cont
 }
 
 std::string titleText(WarningEntry const& entry, WarningPageContext const& context) {
-  std::string const title = oneLine(entry.title);
+  std::string title = oneLine(entry.title);
   if (entry.colour.empty()) return title;
   return title + " (" + std::string(context.texts.text("warning.colour." + entry.colour)) + ")";
 }
@@ -137,15 +137,17 @@ WarningEntry warningEntry(NWSAlert const& alert) {
   std::string const mark = isMarked   ? "[" + alert.status + "] "
                            : isCancel ? "[" + alert.messageType + "] "
                                       : "";
-  return {.severity = severityOf(alert.severity),
-          .title = mark + alert.event,
-          .message = alert.headline,
-          .area = alert.areaDesc,
-          .instruction = alert.instruction,
-          .source = alert.senderName,
-          .onset = alert.onset,
-          .end = alert.ends ? alert.ends : alert.expires,
-          .isLevelStated = alert.severity != NWSAlertSeverity::unknown};
+  WarningEntry entry;
+  entry.severity = severityOf(alert.severity);
+  entry.title = mark + alert.event;
+  entry.message = alert.headline;
+  entry.area = alert.areaDesc;
+  entry.instruction = alert.instruction;
+  entry.source = alert.senderName;
+  entry.onset = alert.onset;
+  entry.end = alert.ends ? alert.ends : alert.expires;
+  entry.isLevelStated = alert.severity != NWSAlertSeverity::unknown;
+  return entry;
 }
 
 std::string warningPage(std::vector<WarningEntry> const& entries, WarningPageContext const& context) {

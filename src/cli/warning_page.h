@@ -25,13 +25,13 @@ struct WarningEntry {
   std::string source;
   std::optional<Instant> onset;
   std::optional<Instant> end;
-  std::optional<double> distanceKm = {};  ///< absent where the warned area has the place in it
-  std::vector<NearArea> near = {};        ///< further areas, where there is one that has the place in it
-  std::string text = {};                  ///< the issuer's own, to the letter
-  bool isTextMissing = false;             ///< offered, but not at hand
-  std::string issuer = {};                ///< where `source` only passes it on
-  std::string colour = {};                ///< of the awareness level: "orange"
-  std::optional<Instant> issued = {};
+  std::optional<double> distanceKm;  ///< absent where the warned area has the place in it
+  std::vector<NearArea> near;        ///< further areas, where there is one that has the place in it
+  std::string text;                  ///< the issuer's own, to the letter
+  bool isTextMissing = false;        ///< offered, but not at hand
+  std::string issuer;                ///< where `source` only passes it on
+  std::string colour;                ///< of the awareness level: "orange"
+  std::optional<Instant> issued;
   bool isLevelStated = true;  ///< the issuer names the severity
   bool isOnWater = false;     ///< of waters off the place's shore
 };

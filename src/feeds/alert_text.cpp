@@ -28,6 +28,10 @@ void cleanTexts(std::vector<WeatherAlert>& alerts) {
     clean(alert.source, kNameLimit, TextLines::one);
     clean(alert.areaDesc, kTextLimit, TextLines::one);
     clean(alert.link, kLongestAddress, TextLines::one);
+    clean(alert.issuer, kNameLimit, TextLines::one);
+    clean(alert.text, kTextLimit, TextLines::many);
+    if (!alert.near) continue;
+    for (NearArea& area : *alert.near) clean(area.area, kNameLimit, TextLines::one);
   }
 }
 

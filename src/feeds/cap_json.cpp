@@ -1,5 +1,6 @@
 #include "feeds/cap_json.h"
 
+#include "base/clean_text.h"
 #include "feeds/cap_reader.h"
 #include "feeds/cap_text.h"
 #include "feeds/lenient_json.h"
@@ -44,11 +45,11 @@ struct WireDocument {
 };
 
 std::string prose(Text const& text) {
-  return capProse(text.value.value_or(""));
+  return withoutControls(text.value.value_or(""));
 }
 
 std::string word(Text const& text) {
-  return capProse(trimmed(text.value.value_or("")));
+  return withoutControls(trimmed(text.value.value_or("")));
 }
 
 std::optional<Instant> date(Text const& text) {
@@ -93,7 +94,8 @@ CapInfo infoOf(WireInfo const& wire) {
   info.urgency = word(wire.urgency);
   info.severity = word(wire.severity);
   info.certainty = word(wire.certainty);
-  each(wire.responseType, [&](std::string const& text) { info.responseTypes.push_back(capProse(text)); });
+  each(wire.responseType,
+       [&](std::string const& text) { info.responseTypes.push_back(withoutControls(text)); });
   info.effective = date(wire.effective);
   info.onset = date(wire.onset);
   info.expires = date(wire.expires);

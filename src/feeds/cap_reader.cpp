@@ -1,5 +1,6 @@
 #include "feeds/cap_reader.h"
 
+#include "base/clean_text.h"
 #include "base/text.h"
 #include "feeds/cap_json.h"
 #include "feeds/cap_text.h"
@@ -87,7 +88,7 @@ bool storeText(Record& record, std::array<TextField<Record>, count> const& field
                std::string_view text) {
   auto const* const field = std::ranges::find(fields, name, &TextField<Record>::name);
   if (field == fields.end()) return false;
-  record.*(field->member) = field->isProse ? capProse(text) : capProse(trimmed(text));
+  record.*(field->member) = field->isProse ? withoutControls(text) : withoutControls(trimmed(text));
   return true;
 }
 
@@ -138,8 +139,8 @@ class MessageReader {
     if (parent == Block::info) return storeInInfo(alert_.infos.back(), name);
     if (parent == Block::area) return storeInArea(alert_.infos.back().areas.back(), name);
     if (!isPair(parent)) return;
-    if (name == "valueName") pair_.name = capProse(trimmed(text_));
-    if (name == "value") pair_.value = capProse(trimmed(text_));
+    if (name == "valueName") pair_.name = withoutControls(trimmed(text_));
+    if (name == "value") pair_.value = withoutControls(trimmed(text_));
   }
 
   void storeInAlert(std::string_view name) {
@@ -150,13 +151,13 @@ class MessageReader {
 
   void storeInInfo(CapInfo& info, std::string_view name) {
     if (storeText(info, kInfoTexts, name, text_)) return;
-    if (name == "responseType") info.responseTypes.push_back(capProse(trimmed(text_)));
+    if (name == "responseType") info.responseTypes.push_back(withoutControls(trimmed(text_)));
     auto const* const date = std::ranges::find(kInfoDates, name, &DateField::name);
     if (date != kInfoDates.end()) info.*(date->member) = capDate(text_);
   }
 
   void storeInArea(CapArea& area, std::string_view name) {
-    if (name == "areaDesc") area.areaDesc = capProse(trimmed(text_));
+    if (name == "areaDesc") area.areaDesc = withoutControls(trimmed(text_));
     if (name == "polygon") storePolygon(area);
     if (name != "circle") return;
     if (auto const circle = parseWarningCircle(text_)) area.circles.push_back(*circle);

@@ -38,6 +38,7 @@ CapDocuments CapStore::documents(std::span<std::string const> addresses, std::st
   std::size_t requests = 0;
   CapDocuments found;
   for (std::string const& address : addresses) {
+    if (stop.stop_requested()) break;
     if (found.contains(address)) continue;
     CapDocument document = kept(address);
     auto const left = std::chrono::floor<std::chrono::milliseconds>(end - clock_.steadyNow());

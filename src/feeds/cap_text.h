@@ -9,9 +9,6 @@
 
 namespace nimbara {
 
-/// `text` without control characters but line breaks and tabs, and otherwise to the letter.
-std::string capProse(std::string_view text);
-
 /// A moment of ISO 8601 with white space around it; years from 2400 on are of the Buddhist era.
 std::optional<Instant> capDate(std::string_view text);
 

@@ -38,7 +38,7 @@ std::vector<WeatherAlert> MeteoAlarmService::fetchAlerts(double latitude, double
 MeteoAlarmAnswer MeteoAlarmService::fetch(Coordinate place, std::string_view countryCode,
                                           std::optional<PlaceRegions> const& regions,
                                           std::stop_token const& stop) {
-  std::string const country = isoCountryCode(countryCode);
+  std::string const country = warningCountry(countryCode);
   auto const feedName = meteoAlarmFeedName(country);
   if (!feedName || !isValid(place)) return {{}, {}, clock_.now(), {}};
   auto const [feed, checkedAt, failure] = feedOf(country, *feedName).get(stop);

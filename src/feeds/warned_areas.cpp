@@ -1,6 +1,8 @@
 #include "feeds/warned_areas.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <set>
 #include <unordered_map>
 
@@ -21,8 +23,12 @@ std::string codesKey(RawEntry const& entry) {
   return key.empty() ? key : "code" + key;
 }
 
+/// The bytes, since outlines have thousands of corners.
 void append(std::string& key, Coordinate corner) {
-  key += std::to_string(corner.latitude) + "," + std::to_string(corner.longitude) + " ";
+  for (double const value : {corner.latitude, corner.longitude}) {
+    auto const bytes = std::bit_cast<std::array<char, sizeof(double)>>(value);
+    key.append(bytes.data(), bytes.size());
+  }
 }
 
 std::string shapesKey(RawEntry const& entry) {
@@ -73,6 +79,7 @@ class Areas {
 
   std::vector<WarnedArea> take() && {
     std::vector<WarnedArea> areas;
+    areas.reserve(areas_.size());
     for (Area& area : areas_) areas.push_back(std::move(area.shown));
     return areas;
   }

@@ -106,6 +106,13 @@ TEST_F(MeteoAlarmServiceTest, KeepsAFeedAndItsValidatorsForEachCountry) {
   EXPECT_THAT(http.requests[2].headers, Contains(Pair("If-None-Match", "\"de\"")));
 }
 
+TEST_F(MeteoAlarmServiceTest, AsksOnceForACountryAndItsIslands) {
+  http.willAnswer(200, feed);
+  EXPECT_EQ(ask(kHere, "FI").at(0).event, "FI|wind|EMMA_ID:DE001");
+  EXPECT_EQ(ask(kHere, "AX").at(0).event, "FI|wind|EMMA_ID:DE001");
+  EXPECT_EQ(http.requests.size(), 1U);
+}
+
 TEST_F(MeteoAlarmServiceTest, KeepsWhatItKnewThroughFailures) {
   http.willAnswer(200, feed, {{"ETag", "\"a\""}});
   auto const before = ask();

@@ -69,7 +69,7 @@ std::string nearAreasOf(WeatherAlert const& alert, ViewContext const& context) {
 
 std::string issuerOf(WeatherAlert const& alert, ViewContext const& context) {
   if (!alert.isGovAlert && !alert.source) return context.text("desktop.fromForecast");
-  std::string const source = oneLine(alert.source.value_or(""));
+  std::string source = oneLine(alert.source.value_or(""));
   if (!alert.issuer) return source;
   return context.texts.format("warning.issuedBy", oneLine(*alert.issuer), source);
 }
