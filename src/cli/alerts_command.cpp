@@ -68,7 +68,8 @@ class AlertsRun {
     for (GovSourceState const& state : official.sources) {
       // What was never checked is not known to be empty.
       if (!state.checkedAt)
-        missing_.push_back("the warnings of " + state.name + " could not be had: " + state.problem);
+        missing_.push_back("the warnings of " + warningServiceName(state.name) +
+                           " could not be checked: " + state.problem);
     }
     coverage_ = coverageOf(official, officialPlace_.countryCode);
     std::ranges::move(official.alerts, std::back_inserter(alerts_));

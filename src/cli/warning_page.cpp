@@ -102,7 +102,7 @@ std::string rendered(WarningEntry const& entry, WarningPageContext const& contex
   out += paragraph(entry.area, context);
   out += paragraph(nearText(entry, context), context);
   if (entry.message != entry.title && entry.message != entry.area) out += paragraph(entry.message, context);
-  out += verbatim(entry.text, context);
+  if (entry.text != entry.message) out += verbatim(entry.text, context);
   if (entry.isTextMissing) out += paragraph(std::string(context.texts.text("warning.noFullText")), context);
   if (!entry.instruction.empty())
     out += verbatim(context.texts.format("warning.whatToDo", entry.instruction), context);

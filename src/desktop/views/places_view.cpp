@@ -4,7 +4,6 @@
 #include "app/failure_text.h"
 #include "app/weather_state.h"
 #include "model/present.h"
-#include "model/process.h"
 
 #include <algorithm>
 
@@ -34,15 +33,15 @@ void fillWeather(View& view, WeatherData const& data, ViewContext const& context
   }
 }
 
-/// Of a place that nobody has asked for, nothing is said.
+/// Of a place that nobody has asked for, nothing is said. A list of places has one clock, the reader's.
 void fillWarnings(PlaceView& view, Coordinate coordinate, std::vector<PlaceCoverage> const& all,
-                  Calendar const& calendar, ViewContext const& context) {
+                  ViewContext const& context) {
   auto const found = std::ranges::find(all, coordinate, &PlaceCoverage::coordinate);
   if (found == all.end() || found->coverage.empty()) return;
   auto const aged = agedCoverage(found->coverage, context.now);
   SourceCoverage const& coverage = mostPressing(aged);
   view.warningsState = enumName(coverage.state);
-  view.warnings = coverageText(coverage, context.texts, calendar, context.now);
+  view.warnings = coverageText(coverage, context.texts, context.fallback, context.now);
   view.sentence += ", " + view.warnings;
 }
 
@@ -81,8 +80,7 @@ std::vector<PlaceView> placeViews(PlaceList const& list, KeptForecasts const& ke
     auto const found = kept.find(place.id);
     bool const isKept = found != kept.end() && found->second;
     if (isKept) fillWeather(view, *found->second, context);
-    fillWarnings(view, place.coordinate, coverage,
-                 isKept ? calendarOf(*found->second, context.fallback) : context.fallback, context);
+    fillWarnings(view, place.coordinate, coverage, context);
     if (!isKept) continue;
     view.age = ageText(found->second->fetchedAt, context.now, context.texts);
   }
