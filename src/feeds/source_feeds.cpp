@@ -14,6 +14,7 @@ constexpr std::size_t kLargestBody = std::size_t{16} << 20;
 constexpr std::size_t kLargestFile = std::size_t{48} << 20;
 constexpr std::size_t kLargestNote = std::size_t{64} << 10;
 constexpr std::chrono::seconds kTimeout{25};
+constexpr std::chrono::seconds kServerRetry{60};
 constexpr int kNotModified = 304;
 constexpr int kNotFound = 404;
 /// How often the lock of another process, each time for half a second, is waited for: a question of its own
@@ -207,10 +208,11 @@ SourceFeeds::State SourceFeeds::renewed(FeedKey const& key, State state, std::st
   } else {
     state.question.problem = networkProblem(answer.error());
     options_.log(key.name() + ": " + state.question.problem);
-    bool const wasAsked = !isNetworkAway(answer.error().kind);
-    if (!wasAsked && !options_.isServer) {
-      state.question.askedAt = before.askedAt;
-      state.question.pauseSeconds = before.pauseSeconds;
+    if (isNetworkAway(answer.error().kind)) {
+      // Nobody was asked. A server, which is asked all the time, looks again in a while.
+      bool const isServer = options_.isServer;
+      state.question.askedAt = isServer ? state.question.askedAt : before.askedAt;
+      state.question.pauseSeconds = isServer ? kServerRetry.count() : before.pauseSeconds;
     }
   }
   return state;

@@ -96,6 +96,18 @@ TEST_F(FeedKeeperTest, LeavesCelestrakAloneForSixHoursAndAfterARefusalForTwo) {
   EXPECT_THAT(keeper.get(weather_)->body, StartsWith("TEST SAT")) << "an empty table overwrites nothing";
 }
 
+TEST_F(FeedKeeperTest, LooksAgainInAMinuteWhereNothingReachedTheSource) {
+  FeedKeeper keeper = this->keeper();
+  http_.willFail({HttpError::Kind::unresolvedHost, "no name"});
+  EXPECT_EQ(keeper.get(weather_), nullptr);
+  clock_.advance(60s - 1ms);
+  EXPECT_EQ(keeper.get(weather_), nullptr);
+  EXPECT_EQ(http_.requests.size(), 1);
+  clock_.advance(1ms);
+  http_.willAnswer(200, kElementHeading + elementRow("25544"));
+  EXPECT_TRUE(keeper.get(weather_));
+}
+
 TEST_F(FeedKeeperTest, RemembersOverARestartWhatItFetchedAndWhen) {
   http_.willAnswer(200, kElementHeading + elementRow("25544"));
   keeper().get(weather_);
