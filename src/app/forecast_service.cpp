@@ -1,6 +1,7 @@
 #include "app/forecast_service.h"
 
 #include "base/file_lock.h"
+#include "base/private_folders.h"
 #include "model/process.h"
 
 namespace nimbara {
@@ -109,6 +110,7 @@ Result<ForecastAnswer, APIError> ForecastService::get(Place const& place, Weathe
   if (suits(kept)) return std::move(*kept);
   std::optional<FileLock> turn;
   if (!cache_.cacheDirectory().empty()) {
+    std::ignore = makePrivateFolders(cache_.cacheDirectory());
     auto const file =
         cache_.cacheDirectory() / (WeatherCache::fileName(cacheKey(place.coordinate)) + ".lock");
     for (int i = 0; i < kPatience && !stop.stop_requested(); ++i) {

@@ -3,6 +3,7 @@
 #include "base/file.h"
 #include "base/file_lock.h"
 #include "base/json_codec.h"
+#include "base/private_folders.h"
 #include "feeds/feed_exchange.h"
 #include "platform/network_reach.h"
 
@@ -15,6 +16,8 @@ constexpr std::size_t kLargestFile = std::size_t{48} << 20;
 constexpr std::size_t kLargestNote = std::size_t{64} << 10;
 constexpr std::chrono::seconds kTimeout{25};
 constexpr std::chrono::seconds kServerRetry{60};
+/// Less than any connection to a source takes.
+constexpr std::chrono::milliseconds kBarelyBegun{5};
 constexpr int kNotModified = 304;
 constexpr int kNotFound = 404;
 /// How often the lock of another process, each time for half a second, is waited for: a question of its own
@@ -84,7 +87,7 @@ SourceFeeds::Reading SourceFeeds::read(FeedKey const& key, std::stop_token const
   } else if (!turn.try_lock()) {
     return readingOf(state);
   }
-  auto const others = waitForOthers(key, state, stop);
+  auto const others = waitForOthers(key, stop);
   if (stop.stop_requested()) return {state.kept, "the question was cancelled"};
   if (others && others->isTaken()) return {state.kept, "another run of the program is asking and waits"};
   state = stateOf(key, true);  // another thread or process may have renewed it meanwhile
@@ -95,12 +98,9 @@ SourceFeeds::Reading SourceFeeds::read(FeedKey const& key, std::stop_token const
 }
 
 /// Other processes ask the same source. Null where nothing is shared with any.
-std::unique_ptr<FileLock> SourceFeeds::waitForOthers(FeedKey const& key, State const& state,
-                                                     std::stop_token const& stop) const {
+std::unique_ptr<FileLock> SourceFeeds::waitForOthers(FeedKey const& key, std::stop_token const& stop) const {
   if (options_.folder.empty()) return nullptr;
-  // The folder is made with the first note, and the lock lies in it.
-  std::error_code ignored;
-  if (!std::filesystem::exists(options_.folder, ignored)) std::ignore = note(key, state.question);
+  std::ignore = makePrivateFolders(options_.folder);
   auto const file = options_.folder / (std::string(sourceOf(key.kind).name) + ".lock");
   auto lock = std::make_unique<FileLock>(file);
   for (int i = 1; lock->isTaken() && i < kPatience && !stop.stop_requested(); ++i) {
@@ -202,13 +202,17 @@ SourceFeeds::State SourceFeeds::renewed(FeedKey const& key, State state, std::st
   state.question.pauseSeconds = sourceOf(key.kind).pauseAfterFailure.count();
   state.question.problem = "the last question got no answer";
   std::ignore = note(key, state.question);
+  auto const begun = clock_.steadyNow();
   auto const answer = ask(key, state, stop);
   if (answer) {
     take(key, state, *answer);
   } else {
     state.question.problem = networkProblem(answer.error());
     options_.log(key.name() + ": " + state.question.problem);
-    if (isNetworkAway(answer.error().kind)) {
+    // A command that has used up its time gives up before it asks.
+    bool const wasNeverAsked =
+        answer.error().kind == HttpError::Kind::cancelled && clock_.steadyNow() - begun < kBarelyBegun;
+    if (wasNeverAsked || isNetworkAway(answer.error().kind)) {
       // Nobody was asked. A server, which is asked all the time, looks again in a while.
       bool const isServer = options_.isServer;
       state.question.askedAt = isServer ? state.question.askedAt : before.askedAt;

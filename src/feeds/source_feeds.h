@@ -71,8 +71,7 @@ class SourceFeeds final : public FeedSource {
   State stored(FeedKey const& key) const;
   void remember(FeedKey const& key, State state);
   bool note(FeedKey const& key, SourceQuestion const& question) const;
-  std::unique_ptr<FileLock> waitForOthers(FeedKey const& key, State const& state,
-                                          std::stop_token const& stop) const;
+  std::unique_ptr<FileLock> waitForOthers(FeedKey const& key, std::stop_token const& stop) const;
   std::chrono::seconds pauseAfterAnswer(FeedKey const& key) const;
   bool isDue(State const& state) const;
   Reading readingOf(State const& state) const;
