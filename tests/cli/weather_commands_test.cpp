@@ -109,6 +109,10 @@ TEST_F(WeatherCommands, TellTheDoctorWhatHappened) {
   EXPECT_THAT(text.out, HasSubstr("Home                           2 min ago from openMeteo"));
   EXPECT_THAT(text.out, HasSubstr("last answer 2 min ago, last error 2 min ago: Network error: could not"));
   EXPECT_THAT(text.out, HasSubstr("appleWeather                   http://127.0.0.1:1, not configured"));
+  EXPECT_THAT(text.out, HasSubstr("at most every 15 min: the selected place, last 2 min ago, next from "
+                                  "2026-11-21T09:35:00Z\n"));
+  EXPECT_THAT(text.out,
+              HasSubstr("at most every 10 min: the current location, which is not the selected place\n"));
   EXPECT_THAT(run({"doctor", "--json"}).out,
               HasSubstr(R"("place":"Home","answeredAt":"2026-11-21T09:20:00Z")"));
 }
