@@ -63,7 +63,8 @@ inline constexpr auto jsonFields<KeptFeed> =
 template <>
 inline constexpr auto jsonFields<SourceQuestion> = std::tuple{
     field("askedAt", &SourceQuestion::askedAt), field("pauseSeconds", &SourceQuestion::pauseSeconds),
-    fieldOr("problem", &SourceQuestion::problem), fieldOr("tag", &SourceQuestion::tag)};
+    fieldOr("problem", &SourceQuestion::problem), fieldOr("tag", &SourceQuestion::tag),
+    fieldOr("open", &SourceQuestion::isOpen)};
 
 SourceFeeds::SourceFeeds(HttpClient& http, Clock const& clock, Options options)
     : http_(http), clock_(clock), options_(std::move(options)) {}
@@ -80,7 +81,8 @@ Result<FeedBody, std::string> SourceFeeds::get(FeedKey const& key, std::stop_tok
 
 SourceFeeds::Reading SourceFeeds::read(FeedKey const& key, std::stop_token const& stop) {
   State state = stateOf(key);
-  if (!isDue(state)) return readingOf(state);
+  // Another process's question is waited for.
+  if (!isDue(state) && !state.question.isOpen) return readingOf(state);
   std::unique_lock turn(turns_[static_cast<std::size_t>(key.kind)], std::defer_lock);
   if (!options_.isServer || !state.kept) {
     turn.lock();
@@ -164,7 +166,7 @@ SourceFeeds::State SourceFeeds::stored(FeedKey const& key) const {
   state.kept =
       std::make_shared<SourceBody const>(SourceBody{std::move(kept->body), kept->changedAt, kept->fetchedAt});
   if (question) return state;
-  state.question = {state.kept->fetchedAt, pauseAfterAnswer(key).count(), {}, {}};
+  state.question = {state.kept->fetchedAt, pauseAfterAnswer(key).count(), {}, {}, false};
   return state;
 }
 
@@ -201,7 +203,9 @@ SourceFeeds::State SourceFeeds::renewed(FeedKey const& key, State state, std::st
   state.question.askedAt = clock_.now();
   state.question.pauseSeconds = sourceOf(key.kind).pauseAfterFailure.count();
   state.question.problem = "the last question got no answer";
+  state.question.isOpen = true;
   std::ignore = note(key, state.question);
+  state.question.isOpen = false;
   auto const begun = clock_.steadyNow();
   auto const answer = ask(key, state, stop);
   if (answer) {
@@ -241,7 +245,7 @@ void SourceFeeds::accept(FeedKey const& key, State& state, std::string body) con
   bool const isSame = state.kept && state.kept->body == body;
   Instant const changedAt = isSame ? state.kept->changedAt : now;
   state.kept = std::make_shared<SourceBody const>(SourceBody{std::move(body), changedAt, now});
-  state.question = {now, pauseAfterAnswer(key).count(), {}, std::move(state.question.tag)};
+  state.question = {now, pauseAfterAnswer(key).count(), {}, std::move(state.question.tag), false};
   if (options_.folder.empty()) return;
   auto const written = writeFileAtomically(
       fileOf(key, kBodyFile), encodeJson(KeptFeed{state.kept->body, state.kept->changedAt, now}));

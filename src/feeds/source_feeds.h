@@ -32,6 +32,7 @@ struct SourceQuestion {
   std::int64_t pauseSeconds = 0;  ///< until it may be asked again
   std::string problem;            ///< a sentence; empty after an answer
   std::string tag;                ///< by which the source tells whether its body has changed
+  bool isOpen = false;            ///< whoever asks is waiting for the answer, or was ended
 };
 
 class SourceFeeds final : public FeedSource {

@@ -7,6 +7,9 @@
 
 #include <gmock/gmock.h>
 
+#include <future>
+#include <latch>
+
 namespace nimbara {
 namespace {
 
@@ -151,6 +154,30 @@ TEST_F(SourceFeedsTest, AQuestionCountsBeforeItsAnswer) {
   options.folder = folder_.path() / "killed";
   EXPECT_EQ(SourceFeeds(http_, clock_, options).get(weather_).error(),
             "the last question got no answer; asked again from 2026-11-21T11:20:00Z");
+  EXPECT_EQ(asked(), 0U);
+}
+
+TEST_F(SourceFeedsTest, TwoThatAskAtATimeAreOneQuestion) {
+  /// Answers once the other run has begun to wait.
+  class Slow final : public HttpClient {
+   public:
+    std::latch isAsked{1};
+    std::latch mayAnswer{1};
+    Result<HttpResponse, HttpError> get(HttpRequest const&, std::stop_token) override {
+      isAsked.count_down();
+      mayAnswer.wait();
+      return HttpResponse{200, {}, std::string(kTable) + kRow};
+    }
+  };
+  Slow slow;
+  SourceFeeds first(slow, clock_,
+                    {.usgsBase = "", .celestrakBase = "", .folder = folder_.path() / "Sources"});
+  auto one = std::async(std::launch::async, [&] { return first.get(weather_); });
+  slow.isAsked.wait();
+  auto other = std::async(std::launch::async, [&] { return run().get(weather_); });
+  slow.mayAnswer.count_down();
+  EXPECT_TRUE(one.get());
+  EXPECT_TRUE(other.get());
   EXPECT_EQ(asked(), 0U);
 }
 

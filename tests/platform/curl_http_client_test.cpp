@@ -9,7 +9,9 @@
 #include <cstdlib>
 #include <fstream>
 #include <future>
+#include <netinet/in.h>
 #include <sys/socket.h>
+#include <unistd.h>
 
 namespace nimbara {
 namespace {
