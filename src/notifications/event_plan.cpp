@@ -22,6 +22,22 @@ bool tellsMore(Finding const& a, Finding const& b) {
   return a.isCovered != b.isCovered ? !a.isCovered : a.severity > b.severity;
 }
 
+/// "HR|wind|" of "HR|wind|EMMA_ID:HR001"; empty for what is not told apart by its region.
+std::string_view withoutRegion(std::string_view event) {
+  auto const end = event.rfind('|');
+  bool const hasRegion = end != std::string_view::npos && event.find('|') != end;
+  return hasRegion ? event.substr(0, end + 1) : std::string_view();
+}
+
+/// The like is in force in another region near the place: of two the one that has the place in it may have
+/// taken the place of the other.
+bool hasNeighbour(PlannedEvents const& events, ShownEvent const& shown) {
+  std::string_view const what = withoutRegion(shown.event);
+  return !what.empty() && std::ranges::any_of(events.list, [&](PlannedEvent const& event) {
+    return withoutRegion(event.finding.event) == what;
+  });
+}
+
 }  // namespace
 
 void PassPlanner::planEvents(Rule const& rule) {
@@ -145,7 +161,8 @@ void PassPlanner::withdrawAbsent(Rule const& rule, PlannedEvents const& events) 
     bool const isFound = events.byIdentifier.contains(key);
     if (isFound || isOver(shown) || shown.isWithdrawn || ruleOf(key) != &rule) continue;
     bool const isGone = hasBeenAbsent(shown);
-    bool const isNews = isGone && !events.untold.contains(key) && isWorthLifting(rule, shown);
+    bool const isThere = events.untold.contains(key) || hasNeighbour(events, shown);
+    bool const isNews = isGone && !isThere && isWorthLifting(rule, shown);
     if (isNews) {
       lift(rule, key, shown);
     } else {

@@ -139,6 +139,22 @@ TEST_F(WarningEvents, AreNotLiftedWhenTheyAreOnlySlighterOrTheNightIsQuiet) {
   EXPECT_EQ(outcomeAfter(15min, {}), RuleOutcome::withdrawn);
 }
 
+TEST_F(WarningEvents, AreNotLiftedWhileTheLikeIsInForceInTheNextRegion) {
+  WeatherAlert near = warning(AlertSeverity::critical);
+  near.distanceKm = 20;
+  near.event = "HR|wind|EMMA_ID:HR002";
+  EXPECT_EQ(outcomeAfter(0min, {near}), RuleOutcome::announced);
+  WeatherAlert own = test::officialWarning(2, AlertSeverity::advisory, engine.clock.now());
+  own.event = "HR|wind|EMMA_ID:HR001";
+  engine.warnings = {own};
+  engine.passAfter(15min);
+  engine.passAfter(15min);
+  EXPECT_THAT(engine.told(), ElementsAre(identifierOf(near), identifierOf(own)));
+  EXPECT_THAT(engine.center.withdrawn(), ElementsAre(identifierOf(near)));
+  EXPECT_EQ(outcomeAfter(15min, {}), RuleOutcome::absent);
+  EXPECT_EQ(outcomeAfter(15min, {}), RuleOutcome::lifted);
+}
+
 TEST_F(WarningEvents, AreNotLiftedWhileTheFeedFails) {
   EXPECT_EQ(outcomeAfter(0min, {warning()}), RuleOutcome::announced);
   engine.warnings.reset();

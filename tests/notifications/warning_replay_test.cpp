@@ -109,6 +109,7 @@ class Feed {
       bool const isHere = std::string_view(entry.places).find(place) != std::string_view::npos;
       if (!isListed || !isHere || kBegin + hours(entry.expires) <= now) continue;
       if (!alert) alert = begun(story);
+      alert->message += ".";  // another area: widened
       alert->severity = std::max(alert->severity, entry.severity);
       Instant const onset = kBegin + hours(entry.onset);
       Instant const expires = kBegin + hours(entry.expires);
