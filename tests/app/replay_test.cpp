@@ -8,9 +8,11 @@
 #include "support/recording.h"
 #include "support/rules.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <set>
 
 namespace nimbara {
 namespace {
@@ -166,6 +168,42 @@ TEST_F(ReplayTest, OneEventIsOneNotificationWhateverTheFeedDoes) {
   }
   run("2026-11-22T23:59:00Z");
   expectRecorded("one-event.txt");
+}
+
+NwsMessage foulAir(int number, std::string const& sent, std::string const& ends) {
+  NwsMessage message;
+  message.id = "urn:air:" + std::to_string(number);
+  message.event = "Air Quality Alert";
+  message.severity = "Unknown";
+  message.sent = sent;
+  message.ends = ends;
+  return message;
+}
+
+TEST_F(ReplayTest, AlertsOfNoStatedLevelRingAndReissuesWithoutReferencesDoNot) {
+  NwsMessage const today = foulAir(1, "2026-11-21T08:00:00Z", "2026-11-21T20:00:00Z");
+  NwsMessage const longer = foulAir(2, "2026-11-21T12:00:00Z", "2026-11-21T22:00:00Z");
+  NwsMessage const tomorrow = foulAir(3, "2026-11-21T22:10:00Z", "2026-11-22T10:00:00Z");
+  says(kDenver, "2026-11-21T00:00:00Z", {});
+  says(kBoulder, "2026-11-21T00:00:00Z", {});
+  says(kDenver, "2026-11-21T08:05:00Z", {today});
+  says(kDenver, "2026-11-21T12:05:00Z", {today, longer});
+  says(kBoulder, "2026-11-21T14:05:00Z", {longer});
+  says(kDenver, "2026-11-21T22:11:00Z", {tomorrow});
+  says(kBoulder, "2026-11-21T22:11:00Z", {tomorrow});
+  begin("2026-11-21T07:00:00Z", {kDenver, kBoulder});
+  run("2026-11-21T13:00:00Z");
+  replay->restart();
+  run("2026-11-22T12:00:00Z");
+  std::vector<std::string> outcomes;
+  std::set<std::string> identifiers;
+  for (LoggedNotification const& line : replay->log()) {
+    outcomes.push_back(line.outcome);
+    identifiers.insert(line.identifier);
+  }
+  EXPECT_THAT(outcomes,
+              testing::ElementsAre("announced", "endMoved", "updated", "withdrawn", "endMoved", "withdrawn"));
+  EXPECT_EQ(identifiers.size(), 1);
 }
 
 TEST_F(ReplayTest, AFasterCheckTellsTheSameEvents) {
