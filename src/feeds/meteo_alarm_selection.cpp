@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "feeds/area_names.h"
 #include "feeds/meteo_alarm_type.h"
+#include "feeds/region_names.h"
 #include "regions/region_map.h"
 
 #include <algorithm>
@@ -119,8 +120,12 @@ class Selector {
     });
   }
 
+  /// The place's own names are bare ones: "rijeka", of which "rijeka region" is no other's.
   bool isNameOfAnother(std::string_view name) const {
-    if (std::ranges::find(foldedNames_, name) != foldedNames_.end()) return false;
+    auto const isOwn = [this](std::string_view own) {
+      return std::ranges::find(foldedNames_, own) != foldedNames_.end();
+    };
+    if (isOwn(name) || isOwn(comparableName(bareRegionName(name)))) return false;
     return isLongerName(name) || (regions_.outlines && regions_.outlines->hasName(name));
   }
 

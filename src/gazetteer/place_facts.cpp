@@ -39,10 +39,22 @@ struct Whereabouts {
 /// Nobody's territorial waters surround Antarctica: there the outline alone decides.
 constexpr double kAntarcticLatitude = -60;
 
+/// The outlines of countries are good to some hundred metres; what a town's own coordinate belongs to is
+/// known.
+constexpr double kTownKm = 0.3;
+
+std::uint16_t countryOf(Coordinate coordinate) {
+  if (auto const number = nearestCityNumber(coordinate)) {
+    auto const city = Table<CityRecord>(Section::cities)[*number];
+    if (haversineKm(coordinate, coordinateOf(city.at)) <= kTownKm) return city.country;
+  }
+  return countryWithin(coordinate);
+}
+
 Whereabouts whereabouts(Coordinate coordinate) {
   std::uint16_t const cell = zoneCellAt(coordinate);
   if (cell == kOpenSea && coordinate.latitude > kAntarcticLatitude) return {};
-  return {cell, countryWithin(coordinate)};
+  return {cell, countryOf(coordinate)};
 }
 
 bool keepsZone(CountryRecord const& country, std::uint16_t zone) {
