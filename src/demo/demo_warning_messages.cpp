@@ -104,7 +104,8 @@ std::string blockOf(DemoWarningMessage const& message, Words const& words) {
          pair("parameter", "awareness_level",
               fmt::format("{}; {}; {}", level + 1, colour, kDemoWarningSeverities[level])) +
          pair("parameter", "awareness_type", fmt::format("{}; {}", kind.number, kind.name)) + "<area>\n" +
-         element("areaDesc", message.region.name) + pair("geocode", "EMMA_ID", message.region.code) +
+         element("areaDesc", message.region.name) +
+         (message.region.code.empty() ? "" : pair("geocode", "EMMA_ID", message.region.code)) +
          "</area>\n</info>\n";
 }
 
@@ -118,7 +119,10 @@ DemoWarningMessage messageOf(DemoRegion const& region, DemoWarning const& warnin
 }  // namespace
 
 std::string DemoWarningMessage::identifier() const {
-  return fmt::format("2.49.0.0.0.0.{}.{}.{}", region.code, warning.kind, demoWarningTime(sent));
+  std::string const area = region.code.empty()
+                               ? std::string(region.town->countryCode) + (region.isBeside ? "2" : "1")
+                               : region.code;
+  return fmt::format("2.49.0.0.0.0.{}.{}.{}", area, warning.kind, demoWarningTime(sent));
 }
 
 std::string DemoWarningMessage::documentName() const {

@@ -29,8 +29,9 @@ Coordinate cornerOf(DemoRegion const& region, Corner corner) {
           center.longitude + corner.east * kDemoRegionHalfWidth};
 }
 
-/// Norway draws its areas; the others name them by their codes.
+/// Norway draws its areas; Great Britain names them; the others have codes.
 std::string areaElements(DemoRegion const& region) {
+  if (region.code.empty()) return {};
   if (region.town->countryCode != "NO") {
     return fmt::format(
         "    <cap:geocode>\n      <valueName>EMMA_ID</valueName>\n      <value>{0}</value>\n"
@@ -188,6 +189,7 @@ DemoAnswer meteoAlarmOutlines(DemoRequest const& request, Instant) {
   json.key("features");
   json.beginList();
   for (DemoRegion const& region : allDemoRegions()) {
+    if (region.code.empty()) continue;
     json.separate();
     writeFeature(json, region);
   }
