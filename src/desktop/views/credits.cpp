@@ -20,6 +20,7 @@ constexpr CreditRow kCredits[] = {
      "https://developer.apple.com/weatherkit/data-source-attribution/"},
     {"data", "National Weather Service / NOAA", "warnings", "public domain", "https://www.weather.gov/"},
     {"data", "EUMETNET – MeteoAlarm", "warnings", "", "https://meteoalarm.org/"},
+    {"data", "MeteoAlarm / EUMETNET", "regions", "CC0 1.0", "https://meteoalarm.org/"},
     {"data", "U.S. Geological Survey", "earthquakes", "public domain", "https://earthquake.usgs.gov/"},
     {"data", "NOAA Space Weather Prediction Center", "geomagnetic", "public domain",
      "https://www.swpc.noaa.gov/"},
