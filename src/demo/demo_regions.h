@@ -12,7 +12,7 @@ namespace nimbara {
 struct DemoRegion {
   DemoPlace const* town = nullptr;
   bool isBeside = false;  ///< the region east of the town's own
-  std::string code;  ///< EMMA_ID; empty where regions have none
+  std::string code;       ///< EMMA_ID; empty where regions have none
   std::string name;
 
   /// The middle of the region.
