@@ -68,9 +68,17 @@ class Selector {
 
  private:
   bool hasCode(RawEntry const& entry) const {
-    return anyCode(entry, [this](std::string_view, std::string const& code) {
-      return std::ranges::find(regions_.codes, code, &RegionCode::code) != regions_.codes.end();
+    return anyCode(entry, [this](std::string_view registry, std::string const& code) {
+      return std::ranges::any_of(regions_.codes, [&](RegionCode const& own) {
+        return own.code == code && (own.registry == registry || mayBeMislabelled(registry, code));
+      });
     });
+  }
+
+  /// Registries have the same codes for other regions: DE273 of NUTS3 is Berlin, that of EMMA_ID is not. Only
+  /// a code that its registry does not have may be of another, as one that the user states.
+  bool mayBeMislabelled(std::string_view registry, std::string const& code) const {
+    return !regions_.outlines || !regions_.outlines->knows({std::string(registry), code});
   }
 
   /// To the nearest of the shapes within reach, 0 in one of them.

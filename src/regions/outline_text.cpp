@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::string_view kHead =
     "# Warning regions of Europe: MeteoAlarm / EUMETNET, CC0 1.0. Made by tools/pack_regions; see\n"
-    "# docs/decisions/0022-outlines-as-part-of-the-program.md. An arc is a border, in ten thousandths of a\n"
+    "# docs/decisions/0019-outlines-as-part-of-the-program.md. An arc is a border, in ten thousandths of a\n"
     "# degree: its first latitude and longitude, then the steps from point to point.\n";
 
 std::string_view kindOf(OutlinedRegion const& region) {

@@ -190,6 +190,24 @@ TEST(RegionTable, GoesByNameWhereACodeIsNew) {
   }
 }
 
+TEST(RegionTable, TakesNoCodeForAnotherRegistrys) {
+  Coordinate const berlin{52.52, 13.41};
+  PlaceRegions const regions = placeRegionsOf(berlin, embeddedRegions());
+  ASSERT_TRUE(hasLandCodeOf(regions, "NUTS3"));
+  RegionCode const nuts = *std::ranges::find(regions.codes, "NUTS3", &RegionCode::registry);
+  ASSERT_TRUE(embeddedRegions()->knows({"EMMA_ID", nuts.code})) << "another region's";
+  RawEntry entry;
+  entry.otherCodes = {{"EMMA_ID", nuts.code}};
+  EXPECT_TRUE(selectedEntries(feedOf({entry}), berlin, regions).empty());
+  entry.otherCodes.clear();
+  entry.nuts3Codes = {nuts.code};
+  auto const feed = feedOf({entry});
+  EXPECT_EQ(selectedEntries(feed, berlin, regions).size(), 1U);
+  entry.nuts3Codes = {"DE202"};  // of EMMA_ID, and none of NUTS3
+  auto const mislabelled = feedOf({entry});
+  EXPECT_EQ(selectedEntries(mislabelled, berlin, regions).size(), 1U);
+}
+
 TEST(RegionTable, LetsNoSeaCodeSwitchNamesOff) {
   RawEntry entry;
   entry.areaDesc = "Rijeka";
