@@ -18,7 +18,7 @@ using std::chrono::seconds;
 using std::chrono::sys_seconds;
 
 constexpr std::size_t kLongestName = 64;
-constexpr std::size_t kLargestFile = 256 * 1024;
+constexpr std::size_t kLargestFile = 262'144;
 
 bool isNamePart(std::string_view part) {
   auto const belongs = [](char c) {
@@ -141,7 +141,7 @@ std::shared_ptr<ZoneRules const> ZoneDatabase::find(std::string_view name) {
 }
 
 NamedZone findMachineZone(MachineZone const& machine, ZoneDatabase& database) {
-  NamedZone const utc{"UTC", std::make_shared<ZoneRules const>(ZoneRules::constant(seconds(0)))};
+  NamedZone utc{"UTC", std::make_shared<ZoneRules const>(ZoneRules::constant(seconds(0)))};
   if (machine.variable) {
     if (machine.variable->empty()) return utc;
     if (auto zone = zoneOfVariable(*machine.variable, database)) return *std::move(zone);

@@ -78,19 +78,19 @@ struct ZoneFile {
   char version = '2';
   std::uint32_t leapSeconds = 0;
 
-  static std::string big(std::uint64_t number, int size) {
+  static std::string big(std::uint64_t number, std::size_t size) {
     std::string bytes;
-    for (int i = size - 1; i >= 0; --i) bytes += static_cast<char>(number >> (8U * static_cast<unsigned>(i)));
+    for (std::size_t i = size; i > 0; --i) bytes += static_cast<char>(number >> (8 * (i - 1)));
     return bytes;
   }
 
-  std::string block(int timeSize) const {
+  std::string block(std::size_t timeSize) const {
     std::string out = std::string("TZif") + version + std::string(15, '\0') + big(0, 8) +
                       big(leapSeconds, 4) + big(changes.size(), 4) + big(types.size(), 4) + big(4, 4);
     for (auto const& [time, type] : changes) out += big(static_cast<std::uint64_t>(time), timeSize);
     for (auto const& [time, type] : changes) out += static_cast<char>(type);
     for (auto const type : types) out += big(static_cast<std::uint32_t>(type), 4) + std::string(2, '\0');
-    return out + std::string("XXX\0", 4) + std::string(leapSeconds * (timeSize + 4U), '\0');
+    return out + std::string("XXX\0", 4) + std::string(leapSeconds * (timeSize + 4), '\0');
   }
 
   std::string bytes() const {

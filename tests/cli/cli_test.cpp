@@ -145,6 +145,21 @@ INSTANTIATE_TEST_SUITE_P(
         SnapshotRow{"berlin.json", {"Berlin", "--json"}, 0},
         SnapshotRow{"kathmandu-raw.json", {"Kathmandu", "--raw"}, 0}));
 
+TEST_F(ForecastTest, HasOneClockOnAPage) {
+  static std::regex const kTwelve("[0-9] (AM|PM)");
+  static std::regex const kTwentyFour("[0-2][0-9]:[0-5][0-9](?! (AM|PM))");
+  for (char const* const locale : {"C", "en_US.UTF-8", "en_GB.UTF-8", "pt_BR.UTF-8"}) {
+    Environment environment = plainEnvironment();
+    environment.time = locale;
+    // Berlin's page has an alert that names an hour.
+    std::string const page = forecast({"Berlin"}, 0, environment).out;
+    bool const isTwelve = hourClockOf(locale) == HourClock::twelve;
+    EXPECT_EQ(std::regex_search(page, kTwelve), isTwelve) << page;
+    EXPECT_EQ(std::regex_search(page, kTwentyFour), !isTwelve) << page;
+    EXPECT_NE(page.find(isTwelve ? " around 9 PM" : " around 21:00"), std::string::npos) << page;
+  }
+}
+
 TEST_F(ForecastTest, WritesOneJsonDocumentWithTheRecordsKeys) {
   CliRun const result = forecast({"--json", "-33.87,151.21"});
   ASSERT_EQ(result.exitCode, 0) << result.err;

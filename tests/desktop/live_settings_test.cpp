@@ -105,6 +105,10 @@ TEST_F(LiveSettings, FollowsUnitsAndLanguageOfOtherProcesses) {
   ASSERT_TRUE(other_.set("windUnit", std::string("knots")));
   EXPECT_TRUE(snapshots_.await(
       [](DesktopSnapshot const& shown) { return shown.wording->units.wind == WindUnit::knots; }));
+  ASSERT_TRUE(other_.set("clock", std::string("24")));
+  EXPECT_TRUE(snapshots_.await([](DesktopSnapshot const& shown) {
+    return shown.wording->texts->text("time.clockPattern") == "HH:mm";
+  }));
   ASSERT_TRUE(other_.set("language", std::string("pt")));
   auto const shown = snapshots_.await(
       [](DesktopSnapshot const& snapshot) { return snapshot.wording->texts->language() == "pt"; });
