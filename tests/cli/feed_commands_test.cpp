@@ -169,7 +169,7 @@ TEST(WarningPage, SaysWhatTheIssuerSaysAndWhatIsNear) {
             "  Later less.\n"
             "  What to do: Stay inside.\n"
             "  Close windows.\n"
-            "  DHMZ, through MeteoAlarm, issued 05:30\n");
+            "  DHMZ, through MeteoAlarm, issued 5:30 AM\n");
   alert.distanceKm = 34.6;
   alert.isFullText = false;
   alert.text = "Strong wind";

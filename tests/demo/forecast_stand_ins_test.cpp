@@ -19,6 +19,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace nimbara {
 namespace {
 
@@ -44,25 +46,28 @@ ConditionCategory generated(DemoWeather const& weather) {
   return category(conditionOfWwoCode(wwoCodeOfWmo(weather.weatherCode)));
 }
 
-/// An hour of a forecast beside the weather it was made from. Records know hours of the place's clock; where
-/// that stands a quarter of an hour apart from Greenwich's, as in Nepal, the sky is that of the service's
-/// hour which the record's hour mostly lies in.
-void expectHour(HourlyForecast const& hour, Coordinate place) {
-  DemoWeather const weather = demoWeather(place, hour.date);
+/// An hour of a forecast beside the weather it was made from.
+void expectHour(HourlyForecast const& hour, DemoWeather const& weather) {
   EXPECT_NEAR(hour.tempC, weather.temperature, kWholeNumber);
   EXPECT_NEAR(hour.windSpeedKmph, weather.windSpeed, kWholeNumber + 0.2);
   EXPECT_NEAR(hour.pressure, weather.pressure, kWholeNumber);
   EXPECT_NEAR(hour.humidity, weather.humidity, 1.1);
-  DemoWeather const sky = demoWeather(place, std::chrono::floor<std::chrono::hours>(hour.date));
-  EXPECT_EQ(category(hour.condition), generated(sky)) << sky.weatherCode;
+  EXPECT_EQ(category(hour.condition), generated(weather)) << weather.weatherCode;
 }
 
-/// Of the service's hours that the record's hour lies in.
-double rainIn(HourlyForecast const& hour, Coordinate place) {
-  auto const first = std::chrono::floor<std::chrono::hours>(hour.date);
-  double const part = std::chrono::duration<double, std::ratio<3600>>(hour.date - first).count();
-  return demoWeather(place, first).precipitation * (1 - part) +
-         demoWeather(place, first + 1h).precipitation * part;
+/// The weather of an hour of the place's clock, from a service that counts hours of Greenwich. Where the two
+/// stand a quarter of an hour apart, as in Nepal, readings lie between those of two hours, amounts are their
+/// parts, and the sky is that of the first.
+DemoWeather betweenHours(Coordinate place, Instant begin) {
+  auto const first = std::chrono::floor<std::chrono::hours>(begin);
+  double const part = std::chrono::duration<double, std::ratio<3600>>(begin - first).count();
+  DemoWeather weather = demoWeather(place, first);
+  DemoWeather const next = demoWeather(place, first + 1h);
+  for (auto const reading : {&DemoWeather::temperature, &DemoWeather::windSpeed, &DemoWeather::pressure,
+                             &DemoWeather::humidity, &DemoWeather::visibility, &DemoWeather::precipitation}) {
+    weather.*reading = std::lerp(weather.*reading, next.*reading, part);
+  }
+  return weather;
 }
 
 double generatedRain(Coordinate place, Instant begin, int hours) {
@@ -109,8 +114,9 @@ TEST_P(ForecastStandIns, MetNorwayIsReadAsItWasGenerated) {
   for (HourlyForecast const& hour : data.allHourly) {
     // The first hour may have begun before the first step.
     if (hour.date > hourlyEnd || hour.date < firstStep) continue;
-    expectHour(hour, place_);
-    EXPECT_NEAR(hour.precipMM, rainIn(hour, place_), kTenth);
+    DemoWeather const weather = betweenHours(place_, hour.date);
+    expectHour(hour, weather);
+    EXPECT_NEAR(hour.precipMM, weather.precipitation, kTenth);
   }
   DemoWeather const present = demoWeather(place_, std::chrono::floor<std::chrono::hours>(clock_.now()));
   EXPECT_NEAR(data.current.tempC, present.temperature, kWholeNumber);
@@ -147,7 +153,7 @@ TEST_P(ForecastStandIns, WttrIsReadAsItWasGenerated) {
       sum += hour.precipMM;
       bool const beginsEntry = hour.hour % 3 == 0;
       if (!beginsEntry) continue;
-      expectHour(hour, place_);
+      expectHour(hour, demoWeather(place_, hour.date));
       generatedSum += generatedRain(place_, hour.date, 3);
     }
     EXPECT_NEAR(sum, generatedSum, 8 * 0.051);
@@ -165,9 +171,10 @@ TEST_P(ForecastStandIns, WeatherKitIsReadAsItWasGenerated) {
   ASSERT_EQ(data.daily.size(), 7U);
   EXPECT_GE(data.allHourly.size(), 7U * 24 - 1);
   for (HourlyForecast const& hour : data.allHourly) {
-    expectHour(hour, place_);
-    EXPECT_NEAR(hour.precipMM, rainIn(hour, place_), kTenth);
-    EXPECT_NEAR(hour.visibilityKm, demoWeather(place_, hour.date).visibility / 1000, kWholeNumber);
+    DemoWeather const weather = betweenHours(place_, hour.date);
+    expectHour(hour, weather);
+    EXPECT_NEAR(hour.precipMM, weather.precipitation, kTenth);
+    EXPECT_NEAR(hour.visibilityKm, weather.visibility / 1000, kWholeNumber);
   }
   EXPECT_EQ(data.current.isDay, demoWeather(place_, clock_.now()).isDay);
 }
