@@ -1,5 +1,6 @@
 // One limit of time for all that a command asks: a request gets what is left of it, and beyond it none is
-// made. What the limit ends counts as given up, not as the service's failure. Any thread may call.
+// made. What the limit ends counts as given up, and what it leaves no time for as not asked: neither is the
+// service's failure. Any thread may call.
 #pragma once
 
 #include "platform/clock.h"
@@ -19,7 +20,8 @@ class LimitedHttpClient final : public HttpClient {
   Result<HttpResponse, HttpError> get(HttpRequest const& request, std::stop_token stop = {}) override;
 
  private:
-  HttpError overtime() const;
+  HttpError givenUp() const;
+  HttpError notAsked() const;
 
   std::unique_ptr<HttpClient> owned_;
   HttpClient& client_;

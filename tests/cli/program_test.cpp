@@ -56,7 +56,9 @@ TEST_F(Program, PrintsNothingThatATerminalObeys) {
                "A\x1B]0;title\x07Z \xC2\x9B"
                "31m\xE2\x80\xAE\n" +
                    std::string(kElements));
-  EXPECT_EQ(run({"satellites", "propagate", (folder.path() / "elements").string(), "0"}), 0) << err();
+  EXPECT_EQ(
+      run({"satellites", "propagate", "--tle", (folder.path() / "elements").string(), "--minutes", "0"}), 0)
+      << err();
   EXPECT_EQ(out().find_first_of("\x1B\x07"), std::string::npos);
   EXPECT_EQ(out().find("\xC2\x9B"), std::string::npos);
   EXPECT_EQ(out().find("\xE2\x80\xAE"), std::string::npos);
