@@ -1,4 +1,5 @@
 #include "notifications/event_bound.h"
+#include "notifications/notification_log.h"
 #include "support/notification_engine.h"
 
 #include <gmock/gmock.h>
@@ -10,6 +11,7 @@ namespace {
 using test::NotificationEngine;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using testing::SizeIs;
 
 constexpr char kNow[] = "2026-11-21T09:20:00Z";
