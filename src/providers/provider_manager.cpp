@@ -21,11 +21,23 @@ std::optional<AutomaticProvider> specific(WeatherProviderOption option) {
   return enumFromName<AutomaticProvider>(enumName(option));
 }
 
+constexpr int kTooManyRequests = 429;
+
 /// Until when the service asked not to be bothered.
 std::optional<Instant> blockOf(APIError const& error, Instant now) {
-  constexpr int kTooManyRequests = 429;
   if (error.retryAfter) return now + *error.retryAfter;
   return error.statusCode == kTooManyRequests ? quotaEnd(error.detail, now) : std::nullopt;
+}
+
+/// The answer of a service that asked not to be bothered yet, without asking it.
+std::optional<APIError> blockInForce(ProviderRecord const& record, Instant now) {
+  bool const isInForce =
+      record.blockedUntil && now < *record.blockedUntil && *record.blockedUntil - now <= kLongestBlock;
+  if (!isInForce) return std::nullopt;
+  APIError error =
+      APIError::http(kTooManyRequests, "no more requests before " + formatIso8601(*record.blockedUntil));
+  error.retryAfter = std::chrono::ceil<std::chrono::seconds>(*record.blockedUntil - now);
+  return error;
 }
 
 WeatherProviderOption optionOf(AutomaticProvider provider) {
@@ -133,6 +145,9 @@ WeatherProviderManager::Outcome WeatherProviderManager::fetch(double latitude, d
     return preferredProvider_;
   }();
   if (auto const provider = specific(preferred)) {
+    if (auto const block = blockInForce(history_.record(enumName(*provider)), clock_.now())) {
+      return std::unexpected(*block);
+    }
     auto outcome = attempt(*provider, latitude, longitude, stop);
     if (!outcome && isNetworkAway(outcome.error())) history_.forgiveFailure(enumName(*provider));
     return outcome;

@@ -242,6 +242,12 @@ TEST_F(ManagerTest, WaitsForTheNextDayAfterADailyQuota) {
     fetched(subject);
   }
   EXPECT_EQ(asked, 1);
+  subject.setPreferredProvider(WeatherProviderOption::appleWeather);
+  auto const blocked = subject.fetch(52.5, 13.4);
+  ASSERT_FALSE(blocked);
+  EXPECT_EQ(blocked.error().statusCode, 429);
+  EXPECT_EQ(blocked.error().retryAfter, 1s);
+  EXPECT_EQ(asked, 1) << "nor is it when it is the only one to ask";
   clock.advance(midnight - clock.now());
   fetched(subject);
   EXPECT_EQ(asked, 2);
