@@ -15,6 +15,7 @@
 #include "platform/linux/desktop_services.h"
 
 #include <algorithm>
+#include <set>
 
 namespace nimbara {
 
@@ -113,7 +114,7 @@ class NotifyRun {
   std::shared_ptr<WeatherData const> weatherOf(Place const& place, std::stop_token const& stop) {
     auto answer = context_.app().forecasts().get(place, WeatherProviderOption::automatic, stop);
     if (!answer) {
-      context_.tell(context_.sentenceOf(answer.error()));
+      tellOnce(context_.sentenceOf(answer.error()));
       lacksForecast_ = true;
       return nullptr;
     }
@@ -122,7 +123,7 @@ class NotifyRun {
   }
 
   int tell(PassReport const& report) {
-    for (std::string const& problem : report.problems) context_.tell(problem);
+    for (std::string const& problem : report.problems) tellOnce(problem);
     if (recording_ != nullptr) context_.tell(recording_->problem());
     tellFailedFeeds(report.plan);
     session_.console.out(rendered(report.plan));
@@ -138,15 +139,16 @@ class NotifyRun {
     return lacksForecast_ || wasRefused ? exitCode::kUnavailable : exitCode::kComplete;
   }
 
-  /// Each problem once, however many rules it silences.
-  void tellFailedFeeds(PassPlan const& plan) const {
-    std::vector<std::string> told;
+  void tellFailedFeeds(PassPlan const& plan) {
     for (Decision const& decision : plan.decisions) {
       bool const isProblem = decision.outcome == RuleOutcome::unknown && decision.note.contains(' ');
-      if (!isProblem || std::ranges::count(told, decision.note) > 0) continue;
-      told.push_back(decision.note);
-      context_.tell(decision.note);
+      if (isProblem) tellOnce(decision.note);
     }
+  }
+
+  /// However many rules or places it silences.
+  void tellOnce(std::string const& problem) {
+    if (told_.insert(problem).second) context_.tell(problem);
   }
 
   std::string rendered(PassPlan const& plan) {
@@ -187,6 +189,7 @@ class NotifyRun {
   std::vector<WatchedPlace> places_;
   std::vector<CustomNotification> rules_;
   bool lacksForecast_ = false;
+  std::set<std::string> told_;  ///< problems
 };
 
 }  // namespace

@@ -95,7 +95,8 @@ constexpr SettingDefinition kTable[] = {
     {"appleIntelligence", false, "A language model on your own machine words the daily summaries"},
     {"languageModelName", "", "What its server calls the model"},
 
-    {"notify_everyPlace", true, "Tell dangers for all saved places, not only for the selected one"},
+    {"notify_everyPlace", true,
+     "Notify of severe weather and danger for all saved places that are not set otherwise"},
     {"notify_quietHours", false, "Nothing rings in the quiet hours"},
     hourOf("notify_quietFrom", 22, "First quiet hour"),
     hourOf("notify_quietUntil", 7, "Hour at which they end"),
