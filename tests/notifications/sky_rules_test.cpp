@@ -77,7 +77,9 @@ Change warm(double celsius, int humidity = 50, double wind = 10) {
   });
 }
 Change gusts(double kmh) {
-  return everywhere([=](auto& x) { x.windGustKmph = kmh; });
+  return [kmh](WeatherData& data) {
+    for (HourlyForecast& hour : data.allHourly) hour.windGustKmph = kmh;
+  };
 }
 Change cloudy(int percent) {
   return everywhere([=](auto& x) { x.cloudCover = percent; });
