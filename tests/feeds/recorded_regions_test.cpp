@@ -78,7 +78,7 @@ TEST(RecordedRegions, ReadTheOtherRegistriesCodes) {
            {"france", "Nice", {43.7, 7.27}, {{"NUTS3", "FR823"}}},
            {"france", "Gap", {44.56, 6.08}, {{"NUTS3", "FR822"}}},
            {"france", "Lyon", {45.76, 4.84}, {}},
-           {"spain", "Albacete", {38.995, -1.856}, {}},
+           {"spain", "Albacete", {38.995, -1.856}, {{"EMMA_ID", "ES161"}}},
            {"spain", "Caravaca de la Cruz", {38.106, -1.86}, {{"EMMA_ID", "ES222"}}},
            {"spain", "Cartagena", {37.605, -0.986}, {}},
            {"poland", "Gdynia", {54.519, 18.53}, {{"EMMA_ID", "PL805"}}},
