@@ -214,6 +214,10 @@ class PlacesRun {
     }));
   }
 
+  PlaceChoice choiceOf(SavedPlace const& place, bool isSelected) const {
+    return effectiveChoice(place.notifications, isSelected, session_.settings->boolean("notify_everyPlace"));
+  }
+
   int choose() {
     std::optional<PlaceChoice> const choice = enumFromName<PlaceChoice>(options_.name);
     return changeSaved(
@@ -272,7 +276,8 @@ class PlacesRun {
     for (FoundPlace const& match : *matches) {
       SavedPlace const* const saved = list ? list->findNear(match.coordinate) : nullptr;
       auto const id = saved == nullptr ? std::nullopt : std::optional(saved->id);
-      entries.push_back(entryOf(savedPlaceOf(match), id, id && list->selected == id));
+      PlaceEntry& entry = entries.emplace_back(entryOf(savedPlaceOf(match), id, id && list->selected == id));
+      if (saved != nullptr) entry.notifications = choiceOf(*saved, entry.selected);
       if (isSuggestion) entries.back().isSuggestion = true;
     }
     return show(entries, true);

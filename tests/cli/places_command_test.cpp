@@ -97,7 +97,8 @@ TEST_F(PlacesCommand, ListsForScripts) {
   EXPECT_EQ(added.out,
             R"([{"id":")" + uuid +
                 R"(","name":"Berlin","latitude":52.52,"longitude":13.41,"country":"DE","selected":true,)"
-                R"("countryName":"Germany","region":"Berlin","timeZone":"Europe/Berlin"}])"
+                R"("countryName":"Germany","region":"Berlin","timeZone":"Europe/Berlin",)"
+                R"("notifications":"everything"}])"
                 "\n");
   EXPECT_EQ(places({"list", "--json"}).out, added.out);
   EXPECT_EQ(places({"search", "Berlin", "--online", "--json"}).out, added.out)
@@ -126,7 +127,8 @@ TEST_F(PlacesCommand, FollowsTheLocation) {
   EXPECT_EQ(refused.err, "nimbara: the location service denies it\n");
   EXPECT_EQ(names(), "Berlin*") << "never another place by guess";
   ASSERT_EQ(places({"select", "--here"}, &here).exitCode, 0);
-  EXPECT_NE(places({"list"}).out.find(" * Current location                  48.10°N 11.50°E, 20 min ago\n"),
+  EXPECT_NE(places({"list"}).out.find(
+                " * Current location                  48.10°N 11.50°E, 20 min ago  Everything\n"),
             std::string::npos)
       << places({"list"}).out;
   EXPECT_NE(run({"forecast", "--json"}).out.find("\"latitude\":48.1"), std::string::npos);
