@@ -40,9 +40,24 @@ TEST_F(WeatherCommands, ServeAForecastFromTheCacheWhileItIsFresh) {
   EXPECT_THAT(old.err, HasSubstr("nothing newer could be had: openMeteo (Network error: could not connect"));
   EXPECT_THAT(old.err, HasSubstr("fetched at 2026-11-21T09:20:00Z"));
   CliRun const again = run({"forecast", "1,2"}, "2026-11-21T09:36:00Z");
-  EXPECT_THAT(again.err, HasSubstr("every provider failed less than five minutes ago"));
+  EXPECT_THAT(again.err, HasSubstr("wttrIn (Network error: could not connect")) << "all are asked again";
   EXPECT_THAT(again.out, HasSubstr("! Older data, fetched 9:20 AM (16 min ago)"));
   EXPECT_EQ(run({"forecast", "1,2", "--no-cache"}, "2026-11-21T09:36:00Z").exitCode, exitCode::kUnavailable);
+  server = *DemoServer::start(clock, {});
+  base = server->baseUrl();
+  EXPECT_THAT(run({"forecast", "1,2", "--json"}, "2026-11-21T09:36:01Z").out,
+              StartsWith(R"({"provider":"openMeteo","fromCache":false,"stale":false)"))
+      << "the network is back";
+}
+
+TEST_F(WeatherCommands, SayWhenProvidersThatFailedAreAskedAgain) {
+  server = *DemoServer::start(clock, {{DemoService::openMeteo, DemoFault::Kind::status500},
+                                      {DemoService::yrNo, DemoFault::Kind::garbage},
+                                      {DemoService::wttrIn, DemoFault::Kind::status500}});
+  base = server->baseUrl();
+  EXPECT_EQ(run({"forecast", "1,2"}).exitCode, exitCode::kUnavailable);
+  EXPECT_THAT(run({"forecast", "1,2"}, "2026-11-21T09:21:30Z").err,
+              HasSubstr("every provider failed less than five minutes ago; try again in 4 minutes\n"));
 }
 
 TEST_F(WeatherCommands, FallOverToTheNextProviderAndSaySo) {
