@@ -95,6 +95,10 @@ void shareOut(std::span<HourlyEntry const> parts, Span const& span, HourlyEntry&
       if (entry.*amount) out.*amount = (out.*amount).value_or(0) + *(entry.*amount) * span.shareOf(entry);
     }
   }
+  // What one part does not know, the whole does not; of snow services speak only where it snows.
+  bool const isKnown =
+      std::ranges::all_of(parts, [](HourlyEntry const& entry) { return entry.precipitation.has_value(); });
+  if (!isKnown) out.precipitation = std::nullopt;
   for (auto const probability : kProbabilities) {
     for (HourlyEntry const& entry : parts) out.*probability = std::max(out.*probability, entry.*probability);
   }

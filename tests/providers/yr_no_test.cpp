@@ -316,6 +316,15 @@ TEST(YrNoJoin, TakesTheSkyOfTheLongerPartOfAnHour) {
   }
 }
 
+TEST(YrNoJoin, KnowsNoAmountOfAnHourOfWhichAPartIsUnknown) {
+  auto steps = hourlySteps("2026-11-21T10:00:00Z", 3);
+  steps[1].next1Hours->precipitationAmount.reset();
+  WttrResponse const record = join(steps, zone("Asia/Kolkata"), at("2026-11-21T10:05:00Z"));
+  std::vector<std::string> amounts;
+  for (HourlyCondition const& hour : record.weather.at(0).hourly) amounts.push_back(hour.precipMM);
+  EXPECT_EQ(amounts, (std::vector<std::string>{"0.3", "", "", "0.2"}));
+}
+
 TEST(YrNoJoin, KnowsAClockChangeOfHalfAnHour) {
   struct Row {
     char const* begin;
