@@ -90,7 +90,7 @@ class GeneratedSummaryTest : public testing::Test {
     };
     PassReport const report = manager_.evaluate(gather);
     for (Decision const& decision : report.plan.decisions) {
-      if (decision.outcome == RuleOutcome::scheduled) return decision.scheduled->body;
+      if (decision.scheduled) return decision.scheduled->body;
     }
     return {};
   }

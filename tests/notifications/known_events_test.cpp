@@ -14,8 +14,8 @@ using testing::IsEmpty;
 using testing::SizeIs;
 using namespace std::chrono_literals;
 
-struct Fires : testing::Test {
-  Fires() {
+struct FireMemory : testing::Test {
+  FireMemory() {
     engine.turnOn("notify_fires");
     std::ignore = look({});  // from now on nothing is old
   }
@@ -42,7 +42,7 @@ struct Fires : testing::Test {
   Coordinate home{38.7, -9.1};
 };
 
-TEST_F(Fires, AreOneWhileTheirDetectionsMove) {
+TEST_F(FireMemory, AreOneWhileTheirDetectionsMove) {
   EXPECT_THAT(lookAfter(1h, {40}), SizeIs(1));
   EXPECT_THAT(lookAfter(6h, {36}), IsEmpty());
   EXPECT_THAT(lookAfter(6h, {32}), IsEmpty());
@@ -50,20 +50,20 @@ TEST_F(Fires, AreOneWhileTheirDetectionsMove) {
   EXPECT_THAT(lookAfter(12h, {24}), IsEmpty());
 }
 
-TEST_F(Fires, AreOneWhileTheyFallApartAndGrowTogether) {
+TEST_F(FireMemory, AreOneWhileTheyFallApartAndGrowTogether) {
   EXPECT_THAT(lookAfter(1h, {30, 31.5}), SizeIs(1));
   EXPECT_THAT(lookAfter(6h, {27, 30, 34.5}), IsEmpty());
   EXPECT_THAT(lookAfter(6h, {24, 38}), IsEmpty());
   EXPECT_THAT(lookAfter(6h, {24, 25.5, 27, 28.5, 30, 31.5}), IsEmpty());
 }
 
-TEST_F(Fires, AreTwoAtADistance) {
+TEST_F(FireMemory, AreTwoAtADistance) {
   EXPECT_THAT(lookAfter(1h, {40}), SizeIs(1));
   EXPECT_THAT(lookAfter(6h, {40, 34.5}), SizeIs(1)) << "5.5 km from edge to edge";
   EXPECT_THAT(lookAfter(6h, {40, 34.5}), IsEmpty());
 }
 
-TEST_F(Fires, AreOthersAfterDaysWithoutAny) {
+TEST_F(FireMemory, AreOthersAfterDaysWithoutAny) {
   EXPECT_THAT(lookAfter(1h, {20}), SizeIs(1));
   EXPECT_THAT(lookAfter(48h, {20}), IsEmpty()) << "clouds hid it";
   EXPECT_THAT(lookAfter(24h * 5, {}), IsEmpty());
@@ -71,7 +71,7 @@ TEST_F(Fires, AreOthersAfterDaysWithoutAny) {
 }
 
 /// A new one where an older one began, which has moved away since.
-TEST_F(Fires, HaveIdentifiersOfTheirOwn) {
+TEST_F(FireMemory, HaveIdentifiersOfTheirOwn) {
   auto const first = lookAfter(1h, {20});
   for (double km = 24; km <= 44; km += 4) EXPECT_THAT(lookAfter(20h, {km}), IsEmpty()) << km;
   auto const second = lookAfter(1h, {20, 44});
