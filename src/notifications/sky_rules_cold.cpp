@@ -167,7 +167,8 @@ Evaluation windshieldFrost(RuleInputs const& inputs, RuleSettings const&) {
   auto const night = comingNight(inputs);
   HourlyForecast const* const low = coldest(night);
   if (low == nullptr) return Evaluation::none("noForecast");
-  if (!low->has(cloudCover) || !low->has(dewPoint)) return Evaluation::none("noDetail");
+  bool const isKnown = low->has(cloudCover) && low->has(dewPoint) && low->knows(ForecastValue::windSpeed);
+  if (!isKnown) return Evaluation::none("noDetail");
   return decide(
       {{"low", low->tempC, Relation::atMost, windshield::kLow, "°C"},
        {"dewPointSpread", low->tempC - low->dewPointC, Relation::atMost, windshield::kSpread, "°C"},

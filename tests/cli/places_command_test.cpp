@@ -117,6 +117,22 @@ TEST_F(PlacesCommand, ServesTheForecast) {
   }
 }
 
+TEST_F(PlacesCommand, SuggestsWhatAMisspelledNameMayMean) {
+  CliRun const list = places({"search", "Sprngfield"});
+  EXPECT_EQ(list.exitCode, 0);
+  EXPECT_NE(list.out.find("Springfield, Illinois, United States"), std::string::npos) << list.out;
+  EXPECT_EQ(list.err, "nimbara: no place called 'Sprngfield' was found; these names are similar\n");
+  EXPECT_NE(places({"search", "zurch", "--json"}).out.find("\"suggestion\":true"), std::string::npos);
+  EXPECT_EQ(places({"search", "Berlin", "--json"}).out.find("suggestion"), std::string::npos);
+  CliRun const forecast = run({"forecast", "zurch"});
+  EXPECT_EQ(forecast.exitCode, exitCode::kUnavailable);
+  EXPECT_EQ(forecast.out, "");
+  EXPECT_EQ(forecast.err,
+            "nimbara: no place called 'zurch' was found; did you mean Zürich, Zurich, Switzerland?\n");
+  EXPECT_EQ(places({"add", "new yrok"}).exitCode, exitCode::kUnavailable);
+  EXPECT_EQ(places({"search", "nosuchplacexyz"}).exitCode, exitCode::kUnavailable);
+}
+
 TEST_F(PlacesCommand, FollowsTheLocation) {
   test::FakeLocationSource here(LocationFix{{48.1, 11.5}, 1500, test::at("2026-11-21T09:00:00Z")});
   test::FakeLocationSource denied(
