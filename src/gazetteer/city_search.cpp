@@ -72,7 +72,7 @@ void appendNew(std::vector<std::size_t>& numbers, std::vector<std::size_t> const
 }
 
 /// How a city's name has the text, the best first.
-enum class Match { exact, capital, nameBegins, otherNameBegins, nameContains, otherNameContains, count };
+enum class Match { exact, capital, ownName, otherName, partOfOwnName, partOfOtherName, count };
 
 /// City numbers in order of population, by the way they match.
 struct Matches {
@@ -106,14 +106,15 @@ void addOnce(std::vector<std::size_t>& numbers, std::size_t number, std::size_t 
 }
 
 /// Of the blank at `at`, before a word that begins like the text; `end` lies behind the text. A city's own
-/// name is the first of its keys.
+/// name is the first of its keys; whole words within it count as much as its beginning.
 Match matchAt(std::string_view keys, std::size_t at, std::size_t end, std::size_t city, CityRecord record) {
   bool const begins = keys[at - 1] == '\n';
   if (begins && keys[end] == '\n') return Match::exact;
   bool const isOwn = keys.substr(record.keys + 1, at - record.keys).find('\n') == std::string_view::npos;
-  if (begins && isOwn) return isCapital(city) ? Match::capital : Match::nameBegins;
-  if (isOwn) return Match::nameContains;
-  return begins ? Match::otherNameBegins : Match::otherNameContains;
+  if (begins && isOwn && isCapital(city)) return Match::capital;
+  if (!isOwn) return begins ? Match::otherName : Match::partOfOtherName;
+  bool const isWord = keys[end] == ' ' || keys[end] == '\n';
+  return begins || isWord ? Match::ownName : Match::partOfOwnName;
 }
 
 bool isInside(Areas const& areas, CityRecord const& record) {

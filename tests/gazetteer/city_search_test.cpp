@@ -103,9 +103,10 @@ TEST(CitySearch, GivesNoMoreThanAskedAndNoCityTwice) {
 
 TEST(CitySearch, PutsExactNamesBeforeLargerCities) {
   auto const cities = searchCities("bath", 10);
-  ASSERT_GE(cities.size(), 2U);
+  ASSERT_FALSE(cities.empty());
   EXPECT_EQ(cities[0].name, "Bath");
-  EXPECT_GT(cities[1].population, cities[0].population);
+  auto const isLarger = [&](City const& city) { return city.population > cities[0].population; };
+  EXPECT_TRUE(std::ranges::any_of(cities, isLarger));
 }
 
 std::vector<std::string> namesOf(std::vector<City> const& cities) {

@@ -99,7 +99,7 @@ TEST(Present, LacksWhatTheProviderDidNotSay) {
 struct SunRow {
   std::string_view what;
   Coordinate place;
-  std::string_view instant;
+  std::string instant;
   bool isDay;
 };
 
