@@ -441,10 +441,13 @@ TEST(AppleWeatherParser, NamesWhatIsWrongAndTakesAnyBytes) {
   }
   for (std::size_t cut = 0; cut < whole.size(); cut += 100) EXPECT_FALSE(read(whole.substr(0, cut)));
   std::string huge = "{" + hoursJson(at("2026-11-21T09:00:00Z"), 1) + "}";
-  for (char const* const value : {"-1.4", "0.91", "14", "225", "2600"}) {
-    huge.replace(huge.find(std::string(":") + value), std::string_view(value).size() + 1, ":1e308");
-  }
+  auto const makeHuge = [&huge](std::string_view value) {
+    huge.replace(huge.find(":" + std::string(value)), value.size() + 1, ":1e308");
+  };
+  for (char const* const value : {"0.91", "14", "225", "2600"}) makeHuge(value);
   EXPECT_TRUE(read(huge));
+  makeHuge("-1.4");  // an hour without a possible temperature is none
+  EXPECT_EQ(read(huge).error().kind, APIError::Case::noResults);
 }
 
 TEST(AppleWeatherRecordedAnswers, BecomeAForecast) {
