@@ -67,8 +67,8 @@ TEST(PresentFaces, CallNoNightSunny) {
 }
 
 struct PolarRow {
-  std::string_view now;
-  std::string_view sun;
+  std::string now;
+  std::string sun;
   bool hasMoons;
 };
 
@@ -85,7 +85,7 @@ TEST(PresentFaces, KnowMidnightSunAndPolarNight) {
       for (HourlyForecast& hour : day.hourly) hour.condition = Code::sunny;
     }
     std::string const page = facesOf(data, at(row.now)).page;
-    EXPECT_THAT(page, HasSubstr(std::string(row.sun)));
+    EXPECT_THAT(page, HasSubstr(row.sun));
     std::string const hours = page.substr(0, page.find("Seven days"));
     EXPECT_THAT(hours, HasSubstr(row.hasMoons ? "☾" : "☀"));
     EXPECT_THAT(hours, Not(HasSubstr(row.hasMoons ? "☀" : "☾")));
