@@ -2,6 +2,7 @@
 
 #include "providers/apple_weather_token.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 
@@ -10,9 +11,11 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
   std::string_view const file(reinterpret_cast<char const*>(data), size);
   AppleWeatherCredentials const credentials{"key.p8", "KEY", "TEAM", "SERVICE"};
   auto const token = signAppleWeatherToken(credentials, file, Instant(std::chrono::hours(490'000)));
-  constexpr std::size_t kTelling = 16;
-  bool const isTold =
-      !token && size >= kTelling && token.error().find(file.substr(0, kTelling)) != std::string::npos;
+  // The sentences' own words have few digits.
+  std::string_view const telling = file.substr(0, 16);
+  auto const isDigit = [](char c) { return c >= '0' && c <= '9'; };
+  bool const isTold = !token && std::ranges::count_if(telling, isDigit) > 4 &&
+                      token.error().find(telling) != std::string::npos;
   if (isTold) std::abort();
   return 0;
 }
