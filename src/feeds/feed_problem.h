@@ -18,7 +18,7 @@ std::string networkProblem(HttpError const& error);
 /// "the service answered with status 503".
 std::string statusProblem(int status);
 
-/// "the list of wildfires could not be fetched: the service answered with status 503"; empty without a problem.
+/// "the list of fires could not be fetched: the service answered with status 503"; empty without a problem.
 std::string feedProblem(std::string_view feed, std::string_view problem);
 /// The two parts of such a sentence; nothing for any other.
 struct FeedProblem {
