@@ -111,8 +111,9 @@ std::string blockOf(DemoWarningMessage const& message, Words const& words) {
 
 DemoWarningMessage messageOf(DemoRegion const& region, DemoWarning const& warning, Instant now) {
   bool const hasBegun = warning.begin <= now;
-  Instant const sent = hasBegun ? std::min<Instant>(std::chrono::floor<hours>(now), warning.end - hours(1))
-                                : std::min(now, warning.begin - kNotice);
+  // By the hour, so that the links of a feed lead to documents as long as the feed is kept.
+  Instant const hour = std::chrono::floor<hours>(now);
+  Instant const sent = std::min(hour, hasBegun ? warning.end - hours(1) : warning.begin - kNotice);
   return {region, warning, sent, hasBegun};
 }
 
