@@ -49,7 +49,6 @@ constexpr WordRow kWords[] = {
     {"saved", "desktop.saved"},
     {"add", "desktop.add"},
     {"remove", "desktop.remove"},
-    {"notifications", "places.notifications"},
     {"notifyEverything", "places.notifications.everything"},
     {"notifySevere", "places.notifications.severe"},
     {"notifyOfficial", "places.notifications.official"},
