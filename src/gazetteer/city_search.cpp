@@ -71,8 +71,11 @@ void appendNew(std::vector<std::size_t>& numbers, std::vector<std::size_t> const
   });
 }
 
+/// "Roma" is Rome before it is a town of that name; a town's name of a century ago comes behind both.
+constexpr std::int32_t kKnownByOtherNames = 100'000;
+
 /// How a city's name has the text, the best first.
-enum class Match { exact, capital, ownName, otherName, partOfOwnName, partOfOtherName, count };
+enum class Match { exact, exactOther, capital, ownName, otherName, partOfOwnName, partOfOtherName, count };
 
 /// City numbers in order of population, by the way they match.
 struct Matches {
@@ -109,8 +112,10 @@ void addOnce(std::vector<std::size_t>& numbers, std::size_t number, std::size_t 
 /// name is the first of its keys; whole words within it count as much as its beginning.
 Match matchAt(std::string_view keys, std::size_t at, std::size_t end, std::size_t city, CityRecord record) {
   bool const begins = keys[at - 1] == '\n';
-  if (begins && keys[end] == '\n') return Match::exact;
   bool const isOwn = keys.substr(record.keys + 1, at - record.keys).find('\n') == std::string_view::npos;
+  if (begins && keys[end] == '\n') {
+    return isOwn || record.population >= kKnownByOtherNames ? Match::exact : Match::exactOther;
+  }
   if (begins && isOwn && isCapital(city)) return Match::capital;
   if (!isOwn) return begins ? Match::otherName : Match::partOfOtherName;
   bool const isWord = keys[end] == ' ' || keys[end] == '\n';
