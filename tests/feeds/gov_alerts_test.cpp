@@ -3,8 +3,9 @@
 #include "support/instants.h"
 #include "support/samples.h"
 
-#include <fmt/format.h>
 #include <gmock/gmock.h>
+
+#include <set>
 
 namespace nimbara {
 namespace {
