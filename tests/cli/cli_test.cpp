@@ -199,7 +199,7 @@ TEST_F(ForecastTest, TakesTheLanguageOfTheSurroundings) {
 
 TEST_F(ForecastTest, SaysWhenNoPlaceHasTheName) {
   expectOneLine(forecast({"Kleinkleckersdorf"}), exitCode::kUnavailable,
-                "No results found for the given location");
+                "no place called 'Kleinkleckersdorf' was found");
 }
 
 TEST_F(ForecastTest, GoesOnWithTheDefaultsWhenTheSettingsAreBroken) {
