@@ -64,11 +64,16 @@ Result<OutlineReading, std::string> readAll(std::vector<std::string_view> const&
   return all;
 }
 
-/// Why these outlines must not take the place of those that the file has.
-std::optional<std::string> objectionTo(OutlineReading const& reading, std::filesystem::path const& file) {
+/// Why these outlines must not be used at all.
+std::optional<std::string> objectionTo(OutlineReading const& reading) {
   std::size_t const count = reading.outlines.size();
   if (count == 0) return "the outlines have no region in them";
   if (reading.skipped > count) return "most of the outlines cannot be read";
+  return std::nullopt;
+}
+
+/// Why so few regions must not take the place of those that the file has.
+std::optional<std::string> objectionTo(std::size_t count, std::filesystem::path const& file) {
   auto const present = RegionMap::open(file);
   if (!present || present->size() <= 2 * count) return std::nullopt;
   return "the new outlines have only " + std::to_string(count) + " regions of the " +
@@ -97,10 +102,11 @@ Result<RegionUpdate, std::string> installRegions(std::vector<std::string_view> c
                                                  std::string const& edition) {
   auto const reading = readAll(documents);
   if (!reading) return std::unexpected(reading.error());
-  if (auto const objection = objectionTo(*reading, file)) return std::unexpected(*objection);
+  if (auto const objection = objectionTo(*reading)) return std::unexpected(*objection);
   OutlineSet set = outlineSetOf(reading->outlines);
   set.edition = edition.empty() ? reading->edition : edition;
   if (older != nullptr) complete(set, older->outlines());
+  if (auto const objection = objectionTo(set.regions.size(), file)) return std::unexpected(*objection);
   std::string const bytes = regionMapOf(set);
   auto const map = RegionMap::over(bytes);
   if (!map) return std::unexpected("the outlines cannot be packed: " + map.error());
