@@ -58,8 +58,8 @@ TEST(ServiceDirectory, KnowsAnAddressOfEveryServiceButTheUsersOwn) {
   for (std::size_t i = 0; i < enumNames<Service>.size(); ++i) {
     auto const service = static_cast<Service>(i);
     std::string const base = own.address(service).baseUrl;
-    bool const isTheUsersOwn = service == Service::feedServer || service == Service::lightning ||
-                               service == Service::languageModel;
+    bool const isTheUsersOwn =
+        service == Service::feedServer || service == Service::lightning || service == Service::languageModel;
     EXPECT_EQ(base.empty(), isTheUsersOwn) << enumName(service);
     EXPECT_EQ(normalizedBase(base).value_or(""), base);
   }
