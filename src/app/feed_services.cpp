@@ -75,11 +75,12 @@ FeedServices::FeedServices(HttpClient& http, Clock const& clock, ServiceDirector
       earthquakes_(*source_, clock, earthquakeOptions(services, options_.cacheDirectory)),
       geomagnetic_(http, clock, services.address(Service::swpc).baseUrl),
       kpForecast_(http, clock, services.address(Service::swpc).baseUrl),
-      meteoAlarm_(http, clock, meteoAlarmOptions(services, options_), *options_.texts,
-                  [this](Coordinate place) { return regions_.at(place); },
-                  [this](std::string_view country, RawEntry const& entry) {
-                    return knownAreas_.has(country, entry, regions_.outlines().get());
-                  }),
+      meteoAlarm_(
+          http, clock, meteoAlarmOptions(services, options_), *options_.texts,
+          [this](Coordinate place) { return regions_.at(place); },
+          [this](std::string_view country, RawEntry const& entry) {
+            return knownAreas_.has(country, entry, regions_.outlines().get());
+          }),
       nwsWaters_(http, clock, {services.address(Service::nws).baseUrl, options_.contact}),
       govAlerts_(clock, {nwsAlertSource(nws_, clock, &nwsWaters_), meteoAlarmSource(meteoAlarm_)},
                  alertDirectory(services, options_.cacheDirectory)),
