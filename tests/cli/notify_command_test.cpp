@@ -62,6 +62,7 @@ TEST_F(NotifyCommandTest, KeepsALogThatCanBeRead) {
   for (auto const& [key, value] : {std::pair("notify_highWindThreshold", "1"),
                                    {"notify_highWind", "true"},
                                    {"notify_severe", "false"},
+                                   {"notify_govAlerts", "false"},
                                    {"notify_travelAdvisory", "false"}}) {
     ASSERT_EQ(run({"settings", "set", key, value}).exitCode, 0) << key;
   }
