@@ -69,7 +69,7 @@ TEST(HostileInputs, AreRefusedOrReadAsFarAsTheyMakeSense) {
       {"deep-features.json", {.alerts = 0}},
       {"features-of-all-kinds.json", {.alerts = 0}},
       {"quakes-out-of-range.json", {.alerts = 0, .quakes = 2}},
-      {"kp-of-all-kinds.json", {.kIndex = 4.33}},
+      {"kp-of-all-kinds.json", {.kIndex = 4.33, .satellites = 0}},
       {"elements-ragged.csv", {.satellites = 1}},
   };
   std::size_t count = 0;
