@@ -50,14 +50,14 @@ Finding findingOf(WeatherAlert const& alert, Texts const& texts) {
   return finding;
 }
 
-/// Of a part of the country that nobody can place: only danger rings.
+/// Of a part of the country that nobody can place.
 Finding unplacedFinding(WeatherAlert const& alert, RuleInputs const& inputs) {
-  Finding finding = findingOf(alert, *inputs.texts);
-  finding.isCovered = alert.severity < AlertSeverity::critical;
-  std::string const where = inputs.texts->format(
-      "push.event.unplaced", countryName(inputs.place.countryCode, inputs.texts->language()),
-      alert.areaDesc.value_or(alert.title));
-  finding.body = where + "\n" + finding.body;
+  Texts const& texts = *inputs.texts;
+  Finding finding = findingOf(alert, texts);
+  std::string const area = alert.areaDesc.value_or(alert.title);
+  std::string const where =
+      texts.format("push.event.unplaced", countryName(inputs.place.countryCode, texts.language()), area);
+  finding.body = finding.body == area ? where : where + "\n" + finding.body;
   return finding;
 }
 
@@ -213,8 +213,21 @@ Evaluation officialWarnings(RuleInputs const& inputs, RuleSettings const& settin
     }
   };
   for (WeatherAlert const& alert : *inputs.govAlerts) look(alert, findingOf(alert, *inputs.texts));
-  for (WeatherAlert const& alert : inputs.unplacedAlerts) look(alert, unplacedFinding(alert, inputs));
-  if (highest < 0) return nothingNear("warnings", "noWarnings");
+  for (WeatherAlert const& alert : inputs.unplacedAlerts) {
+    // Others are for whoever looks: they are another region's as a rule.
+    bool const isDanger = alert.severity == AlertSeverity::critical;
+    if (isDanger) {
+      look(alert, unplacedFinding(alert, inputs));
+    } else {
+      evaluation.untold.push_back(identifierOf(alert));
+    }
+  }
+  if (highest < 0) {
+    Evaluation nothing =
+        nothingNear("warnings", inputs.unplacedAlerts.empty() ? "noWarnings" : "unplacedOnly");
+    nothing.untold = std::move(evaluation.untold);
+    return nothing;
+  }
   evaluation.measured.push_back({"warningLevel", highest, Relation::atLeast, limit, ""});
   return evaluation;
 }
