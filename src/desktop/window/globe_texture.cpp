@@ -105,6 +105,9 @@ void paintBorders(QPainter& painter, Projection const& projection) {
   for (WorldLine const& line : borderLines()) painter.drawPolyline(projection.polygon(line));
 }
 
+/// Smaller towns show no light from so far.
+constexpr std::int32_t kSmallestLit = 10'000;
+
 /// Brighter and wider the more people there are.
 QImage paintLights(QSize size, Projection const& projection) {
   QImage lights(size, QImage::Format_RGB32);
@@ -114,6 +117,7 @@ QImage paintLights(QSize size, Projection const& projection) {
   painter.setCompositionMode(QPainter::CompositionMode_Plus);
   painter.setPen(Qt::NoPen);
   for (City const& city : allCities()) {
+    if (city.population < kSmallestLit) continue;
     double const size10 = std::clamp(std::log10(std::max(1.0, double(city.population))) - 4, 0.0, 3.2);
     int const bright = static_cast<int>(60 + 60 * size10);
     double const radius = projection.pixels(0.07 + 0.085 * size10);
