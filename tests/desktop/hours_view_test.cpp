@@ -19,7 +19,7 @@ TEST(HourViews, AreTheNextTwentyFourFromTheOneThatIs) {
   EXPECT_EQ(views.front().hour, "12");
   EXPECT_EQ(views[12].hour, "Sun");
   EXPECT_TRUE(views[12].startsDay);
-  EXPECT_EQ(views.front().sentence, "Saturday 12:00, Partly Cloudy, 15°, Wind 10\u00A0km/h ");
+  EXPECT_EQ(views.front().sentence, "Saturday 12:00, Partly Cloudy, 15°, Wind 10\u00A0km/h");
 }
 
 TEST(HourViews, ShowAChanceFromFivePercentOn) {
@@ -29,6 +29,21 @@ TEST(HourViews, ShowAChanceFromFivePercentOn) {
   auto const views = hourViews(data, contextAt(kNow));
   EXPECT_EQ(views[0].chance, "");
   EXPECT_EQ(views[1].chance, "5\u00A0%");
+}
+
+TEST(HourViews, ShowNoUnknownValueAsZero) {
+  WeatherData data = mildWeek();
+  for (HourlyForecast& hour : data.allHourly) {
+    hour.chanceOfRain = 80;
+    hour.unknownValues = ForecastValues::all();
+  }
+  HourView const view = hourViews(data, contextAt(kNow)).front();
+  EXPECT_EQ(view.chance, "");
+  EXPECT_EQ(view.wind, "");
+  EXPECT_EQ(view.sentence, "Saturday 12:00, Partly Cloudy, 15°");
+  std::string const readings = meteogramOf(data, contextAt(kNow)).points.front().readings;
+  EXPECT_EQ(readings.find("mm"), std::string::npos) << readings;
+  EXPECT_EQ(readings.find("km/h"), std::string::npos) << readings;
 }
 
 TEST(HourViews, AreShadedByTheSunOfThePlace) {
