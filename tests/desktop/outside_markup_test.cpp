@@ -38,7 +38,11 @@ std::shared_ptr<DesktopSnapshot> markedUp(std::string const& markup) {
   HazardsState hazards = hazardsOf(checkOf(*snapshot->place));
   hazards.quakes.data = {quakeOf("a", 6, snapshot->place->coordinate, std::chrono::minutes(5))};
   hazards.quakes.data.front().place = markup;
-  hazards.official.problem = markup;
+  SourceCoverage& coverage = hazards.official.coverage.front();
+  coverage.state = CoverageState::unchecked;
+  coverage.since = kNow;
+  coverage.reason = coverage.service = markup;
+  coverage.areas = {markup};
   snapshot->hazards = shared(std::move(hazards));
   return snapshot;
 }
