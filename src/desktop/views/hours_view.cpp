@@ -163,7 +163,7 @@ MeteogramPoint pointOf(HourlyForecast const& hour, Instant begin, WeatherData co
   point.readings =
       joined({context.condition(hour.condition, point.isDay), context.temperature(hour.tempC, hour.tempF),
               feels, precipitationText(hour, context), windText(hour, context),
-              hour.windGustKmph > hour.windSpeedKmph
+              hour.knows(ForecastValue::windGust) && hour.windGustKmph > hour.windSpeedKmph
                   ? context.texts.format("report.gusts", context.wind(hour.windGustKmph))
                   : "",
               hour.has(WeatherDetailField::pressure) ? context.pressure(hour.pressure) : "",
