@@ -97,7 +97,8 @@ class AlertsRun {
     JsonWriter writer;
     writer.beginObject();
     writer.member("alerts", alerts_);
-    writer.member("coverage", coverage_);
+    writer.key("coverage");
+    writeCoverage(writer, coverage_);
     writer.endObject();
     return writer.take() + "\n";
   }

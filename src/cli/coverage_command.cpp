@@ -19,7 +19,9 @@ int runCoverage(CommandLine const& line, Session const& session) {
   if (session.stop.stop_requested()) return session.fail(exitCode::kInterrupted, "interrupted");
   auto const coverage = coverageOf(alerts, asked.countryCode);
   if (line.alerts.json) {
-    session.console.out(encodeJson(coverage) + "\n");
+    JsonWriter json;
+    writeCoverage(json, coverage);
+    session.console.out(json.take() + "\n");
     return exitCode::kComplete;
   }
   Calendar const calendar =

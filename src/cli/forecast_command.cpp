@@ -29,7 +29,8 @@ std::string json(ForecastAnswer const& answer, OfficialLook::Answer const& offic
   writer.member("data", answer.data);
   writer.member("alerts", answer.alerts);
   writer.member("officialWarnings", official.alerts);
-  writer.member("coverage", official.coverage);
+  writer.key("coverage");
+  writeCoverage(writer, official.coverage);
   writer.endObject();
   return writer.take() + "\n";
 }

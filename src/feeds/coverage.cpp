@@ -56,7 +56,28 @@ SourceCoverage coverageOf(GovSourceState const& source, std::string_view country
   return coverage;
 }
 
+template <class Member>
+void writeMember(JsonWriter& json, std::string_view key, Member const& member) {
+  if constexpr (isOptional<Member>) {
+    json.memberOrNull(key, member);
+  } else {
+    json.member(key, member);
+  }
+}
+
 }  // namespace
+
+void writeCoverage(JsonWriter& json, std::vector<SourceCoverage> const& coverage) {
+  json.beginList();
+  for (SourceCoverage const& source : coverage) {
+    json.separate();
+    json.beginObject();
+    std::apply([&](auto const&... fields) { (writeMember(json, fields.key, source.*(fields.member)), ...); },
+               jsonFields<SourceCoverage>);
+    json.endObject();
+  }
+  json.endList();
+}
 
 std::vector<SourceCoverage> coverageOf(GovAlerts const& alerts, std::string_view countryCode) {
   if (alerts.sources.empty()) return {uncovered(countryCode)};

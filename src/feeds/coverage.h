@@ -41,6 +41,9 @@ inline constexpr auto jsonFields<SourceCoverage> =
                field("reason", &SourceCoverage::reason),       field("areas", &SourceCoverage::areas),
                field("country", &SourceCoverage::country)};
 
+/// A list for scripts: every key is there, null where nothing is known.
+void writeCoverage(JsonWriter& json, std::vector<SourceCoverage> const& coverage);
+
 /// A check older than this, two of the window's intervals, says nothing of now.
 inline constexpr std::chrono::minutes kCoverageTrust{45};
 /// The reason of a state that is unchecked only because nobody has asked for so long.

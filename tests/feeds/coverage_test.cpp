@@ -97,9 +97,11 @@ TEST(Coverage, NamesTheCountryThatNobodyWarnsFor) {
   ASSERT_EQ(coverage.size(), 1);
   EXPECT_EQ(coverage[0].state, CoverageState::uncovered);
   EXPECT_EQ(coverage[0].country, "JP");
-  EXPECT_EQ(encodeJson(coverage[0]),
-            R"({"source":null,"service":null,"state":"uncovered","count":0,"checkedAt":null,"since":null,)"
-            R"("reason":null,"areas":[],"country":"JP"})");
+  JsonWriter json;
+  writeCoverage(json, coverage);
+  EXPECT_EQ(json.take(),
+            R"([{"source":null,"service":null,"state":"uncovered","count":0,"checkedAt":null,"since":null,)"
+            R"("reason":null,"areas":[],"country":"JP"}])");
 }
 
 TEST(Coverage, NamesEachUnplacedAreaOnce) {
