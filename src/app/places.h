@@ -26,8 +26,8 @@ struct SavedPlace {
   std::string countryName;  ///< in the language of the search that found it, or empty
   std::string region;
   Coordinate coordinate;
-  std::string timeZone;                           ///< empty when unknown
-  std::optional<PlaceChoice> notifications = {};  ///< what was chosen; else the default holds
+  std::string timeZone;                                     ///< empty when unknown
+  std::optional<PlaceChoice> notifications = std::nullopt;  ///< what was chosen; else the default holds
 
   bool operator==(SavedPlace const&) const = default;
 };

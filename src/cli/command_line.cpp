@@ -109,7 +109,7 @@ Result<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> argument
   app.require_subcommand(0, 1);
   app.footer(
       "Results go to standard output, everything else to standard error.\n"
-      "Exit codes: 0 complete, 1 not to be had, 2 wrong command line, 130 interrupted.");
+      "Exit codes: 0 complete, 1 unavailable, 2 wrong command line, 130 interrupted.");
   defineCommon(app, line, raw);
   defineWeather(app, line, raw);
   defineFeeds(app, line, raw);

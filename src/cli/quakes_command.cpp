@@ -65,7 +65,7 @@ int runQuakes(CommandLine const& line, Session const& session) {
   if (session.stop.stop_requested()) return session.fail(exitCode::kInterrupted, "interrupted");
   if (!problem.empty() && all.empty()) {
     return session.fail(exitCode::kUnavailable,
-                        "the earthquakes could not be had: " + problem + "; try again later");
+                        "the earthquakes could not be fetched: " + problem + "; try again later");
   }
   if (!problem.empty()) {
     session.console.err("nimbara: no newer list of earthquakes could be had: " + oneLine(problem) +

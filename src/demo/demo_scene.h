@@ -24,7 +24,7 @@ struct SceneEntry {
   /// From when until when the feed lists it.
   std::chrono::hours listedFrom{-48};
   std::chrono::hours listedUntil{72};
-  std::string_view polygon = {};  ///< "latitude,longitude …" of its area's corners
+  std::string_view polygon = "";  ///< "latitude,longitude …" of its area's corners
 };
 
 struct SceneFeed {

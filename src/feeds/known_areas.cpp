@@ -12,7 +12,8 @@ namespace nimbara {
 namespace {
 
 bool hasKnownCode(RawEntry const& entry, RegionMap const& outlines) {
-  return std::ranges::any_of(entry.otherCodes, [&](RegionCode const& code) { return outlines.knows(code); }) ||
+  return std::ranges::any_of(entry.otherCodes,
+                             [&](RegionCode const& code) { return outlines.knows(code); }) ||
          std::ranges::any_of(entry.nuts3Codes, [&](std::string const& code) {
            return outlines.knows({std::string(kNuts3Registry), code});
          });

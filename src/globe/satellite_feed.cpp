@@ -44,7 +44,7 @@ Result<SatelliteGroupLoad, std::string> SatelliteFeed::load(SatelliteCatalog::Gr
 
 Result<ElementSets, std::string> SatelliteFeed::ask(SatelliteCatalog::Group const& group,
                                                     std::stop_token const& stop) {
-  std::string const what = "the satellites of the group " + std::string(group.id) + " cannot be had: ";
+  std::string const what = "the satellites of the group " + std::string(group.id) + " could not be fetched: ";
   auto sets = source_(group.id, stop);
   if (sets && isElements(sets->text)) return sets;
   if (stop.stop_requested()) return std::unexpected(what + "interrupted");

@@ -76,7 +76,7 @@ struct NotifiedPlace {
   std::string countryCode;
   Coordinate coordinate;
   bool isSelected = true;
-  std::optional<PlaceChoice> choice = {};  ///< what somebody chose for it
+  std::optional<PlaceChoice> choice = = std::nullopt;  ///< what somebody chose for it
 
   bool operator==(NotifiedPlace const&) const = default;
 };
@@ -132,8 +132,8 @@ struct RuleInputs {
 
   InputReading<std::vector<WeatherAlert>> generatedAlerts;
   InputReading<std::vector<WeatherAlert>> govAlerts;  ///< live official events, most severe first
-  std::vector<WeatherAlert> unplacedAlerts;           ///< like these, in parts of the country of unknown place
-  InputReading<std::vector<NWSAlert>> nwsAlerts;      ///< live messages of the NWS
+  std::vector<WeatherAlert> unplacedAlerts;       ///< like these, in parts of the country of unknown place
+  InputReading<std::vector<NWSAlert>> nwsAlerts;  ///< live messages of the NWS
   InputReading<std::vector<EarthquakeEvent>> earthquakes;
   InputReading<double> kp;
   InputReading<AirQualityForecast> airQuality;

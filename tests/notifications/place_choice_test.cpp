@@ -10,7 +10,6 @@ using test::NotificationEngine;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::Not;
 using testing::UnorderedElementsAre;
 
 using enum PlaceChoice;
