@@ -27,6 +27,7 @@ FoundPlace foundPlaceOf(City const& city, std::string_view language) {
 
 std::vector<FoundPlace> foundPlacesOf(std::vector<City> const& cities, std::string_view language) {
   std::vector<FoundPlace> found;
+  found.reserve(cities.size());
   for (City const& city : cities) found.push_back(foundPlaceOf(city, language));
   return found;
 }
@@ -103,7 +104,7 @@ std::string offlineTimeZone(Coordinate coordinate) {
 
 Result<std::vector<FoundPlace>, APIError> PlaceSearch::search(std::string_view text,
                                                               std::string_view language, bool online,
-                                                              std::stop_token stop) {
+                                                              std::stop_token const& stop) {
   if (!online) {
     if (auto found = searchOffline(text, language); !found.empty()) return found;
   }

@@ -25,7 +25,7 @@ class PlaceSearch {
   /// that has none or `online` asks for it, which also knows postal codes. A name that it does not know is
   /// asked for once more in its other spellings ("St." for "Saint"). No match is `noResults`.
   Result<std::vector<FoundPlace>, APIError> search(std::string_view text, std::string_view language,
-                                                   bool online, std::stop_token stop = {});
+                                                   bool online, std::stop_token const& stop = {});
 
  private:
   Result<std::vector<FoundPlace>, APIError> searchOnline(std::string_view text, std::string_view language,

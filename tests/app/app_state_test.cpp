@@ -41,7 +41,7 @@ struct AppStateTest : testing::Test {
     for (auto& provider : all) provider.isConfigured = false;
     all[1].isConfigured = true;
     all[1].fetch = [this](double latitude, double longitude,
-                          std::stop_token) -> Result<WttrResponse, APIError> {
+                          std::stop_token const&) -> Result<WttrResponse, APIError> {
       requests.push_back(clock.now());
       if (failure) return std::unexpected(*failure);
       return test::plainAnswer({latitude, longitude}, clock.now(), double(requests.size()));

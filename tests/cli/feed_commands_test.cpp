@@ -40,7 +40,7 @@ TEST_F(FeedCommands, PrintTheKIndex) {
   CliRun const failed = run({"kp", "--json"}, {{DemoService::swpc, DemoFault::Kind::garbage}});
   EXPECT_EQ(failed.out, "{\"kp\":null}\n");
   EXPECT_EQ(failed.exitCode, exitCode::kUnavailable);
-  EXPECT_THAT(failed.err, StartsWith("nimbara: the K index could not be had"));
+  EXPECT_THAT(failed.err, StartsWith("nimbara: the K index could not be fetched"));
 }
 
 TEST_F(FeedCommands, PrintEarthquakes) {

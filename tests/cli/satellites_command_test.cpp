@@ -200,7 +200,7 @@ TEST_F(SatelliteCommands, OldElementsServeWithoutTheServer) {
   EXPECT_THAT(old.err, HasSubstr("the elements of 2026-11-21T09:20:00Z are used"));
   CliRun const none = run({"satellites", "list", "--group", "galileo"});
   EXPECT_EQ(none.exitCode, exitCode::kUnavailable);
-  EXPECT_THAT(none.err, HasSubstr("the satellites of the group galileo cannot be had"));
+  EXPECT_THAT(none.err, HasSubstr("the satellites of the group galileo could not be fetched"));
 }
 
 TEST(SatelliteMap, PutsSatellitesWhereTheyAre) {

@@ -134,7 +134,7 @@ TEST(EventMemory, IsSharedThroughItsFile) {
   auto const file = folder.path() / "events.json";
   EventMemory window(file);
   EventMemory watch(file);
-  auto const note = [](std::string name) {
+  auto const note = [](char const* name) {
     return [name](KnownEvents& known) { noteRoot(known, name, "a", kNow); };
   };
   window.update(kNow, note("1"));
@@ -154,6 +154,7 @@ TEST(EventMemory, LosesNothingBetweenThreadsAndObjects) {
   EventMemory(file).update(kNow, [](KnownEvents& known) { noteRoot(known, "first", "a", kNow); });
   {
     std::vector<std::jthread> writers;
+    writers.reserve(4);
     for (int writer = 0; writer < 4; ++writer) {
       writers.emplace_back([&file, writer] {
         EventMemory memory(file);

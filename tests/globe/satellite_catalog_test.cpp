@@ -187,7 +187,7 @@ TEST_F(Feed, WithoutAnyTextThereIsAReason) {
   answer = std::unexpected("the source is unknown");
   auto const none = feed().load(stations);
   ASSERT_FALSE(none);
-  EXPECT_EQ(none.error(), "the satellites of the group stations cannot be had: the source is unknown");
+  EXPECT_EQ(none.error(), "the satellites of the group stations could not be fetched: the source is unknown");
 }
 
 TEST_F(Feed, ATextIsAsOldAsItsSourceSays) {

@@ -31,6 +31,7 @@ inline WttrResponse plainAnswer(Coordinate place, Instant now, double celsius) {
     DailyEntry entry;
     entry.date = addDays(utc.day(now), day);
     std::vector<HourlyEntry> hours;
+    hours.reserve(24);
     for (int hour = 0; hour < 24; ++hour) {
       hours.push_back(plainEntry(utc.startOfDay(entry.date) + std::chrono::hours(hour), celsius));
     }

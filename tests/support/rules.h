@@ -17,7 +17,7 @@ using Change = std::function<void(WeatherData&)>;
 
 /// One change after the other.
 template <class... Changes>
-Change all(Changes... changes) {
+Change all(Changes const&... changes) {
   return [=](WeatherData& data) { (changes(data), ...); };
 }
 
