@@ -76,7 +76,7 @@ struct NotifiedPlace {
   std::string countryCode;
   Coordinate coordinate;
   bool isSelected = true;
-  std::optional<PlaceChoice> choice = = std::nullopt;  ///< what somebody chose for it
+  std::optional<PlaceChoice> choice = std::nullopt;  ///< what somebody chose for it
 
   bool operator==(NotifiedPlace const&) const = default;
 };
