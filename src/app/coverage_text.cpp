@@ -16,13 +16,22 @@ std::string reasonText(std::string const& reason, Texts const& texts) {
   return problemText(reason, texts);
 }
 
+/// What is known all the same must not be hidden by what is not.
+std::string withKnown(std::string const& sentence, std::size_t count, Texts const& texts) {
+  if (count == 0) return sentence;
+  return count == 1 ? texts.format("coverage.known.one", sentence)
+                    : texts.format("coverage.known.many", sentence, count);
+}
+
 std::string uncheckedText(SourceCoverage const& coverage, Texts const& texts, TimeWords const& words,
                           Instant now) {
   std::string const reason = reasonText(coverage.reason.value_or(""), texts);
   std::string const since = coverage.since ? words.moment(*coverage.since, now) : std::string();
-  if (since.empty()) return std::string(texts.text("warning.neverChecked"));
-  return reason.empty() ? texts.format("warning.uncheckedSince", since)
-                        : texts.format("coverage.unchecked", since, reason);
+  if (since.empty())
+    return std::string(texts.text(reason.empty() ? "coverage.notYet" : "warning.neverChecked"));
+  return withKnown(reason.empty() ? texts.format("warning.uncheckedSince", since)
+                                  : texts.format("coverage.unchecked", since, reason),
+                   coverage.count, texts);
 }
 
 std::string areaList(std::vector<std::string> const& areas) {

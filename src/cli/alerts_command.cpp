@@ -67,6 +67,10 @@ class AlertsRun {
     GovAlerts& official = *official_;
     for (GovSourceState const& state : official.sources) {
       // What was never checked is not known to be empty.
+      if (state.checkedAt && state.failedSince && options_.json) {
+        context_.tell("the warnings of " + warningServiceName(state.name) +
+                      " could not be checked: " + state.problem);
+      }
       if (!state.checkedAt)
         missing_.push_back("the warnings of " + warningServiceName(state.name) +
                            " could not be checked: " + state.problem);

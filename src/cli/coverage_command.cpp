@@ -10,7 +10,8 @@ namespace nimbara {
 
 int runCoverage(CommandLine const& line, Session const& session) {
   auto const clock = makeClock(line.common);
-  RunContext context(line.common, session, *clock, ownServices(line.common, line.forecast.provider));
+  RunContext context(line.common, session, *clock,
+                     ownServicesWithin(kCommandLimit, line.common, line.forecast.provider));
   auto const place = context.place(line.alerts.place);
   if (!place) return session.fail(place.error().exitCode, place.error().sentence);
   FeedServices& feeds = context.app().feeds();

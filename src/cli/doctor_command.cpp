@@ -8,6 +8,7 @@
 #include "cli/cli.h"
 #include "cli/line_text.h"
 #include "cli/run_context.h"
+#include "gazetteer/gazetteer.h"
 #include "platform/linux/desktop_services.h"
 
 #include <unistd.h>
@@ -34,6 +35,7 @@ struct CachedPlace {
 
 struct PlaceWarnings {
   std::string name;
+  Calendar calendar = Calendar::utc();  ///< the place's, for words
   std::vector<SourceCoverage> coverage;
 };
 
@@ -170,8 +172,10 @@ std::vector<PlaceWarnings> warningsOf(RunContext& context, Session const& sessio
   for (SavedPlace const& place : places.value_or(PlaceList{}).places) {
     GovAlertPlace const asked = govAlertPlace(place.coordinate);
     GovAlerts const kept = context.app().feeds().govAlerts().keptAlerts(asked);
+    Calendar const calendar =
+        Calendar::forZone(std::string(timeZoneAt(place.coordinate))).value_or(context.wording().fallback);
     warnings.push_back(
-        {place.name, agedCoverage(coverageOf(kept, asked.countryCode), context.clock().now())});
+        {place.name, calendar, agedCoverage(coverageOf(kept, asked.countryCode), context.clock().now())});
   }
   return warnings;
 }
@@ -289,8 +293,8 @@ class Page {
   }
   std::string linesOf(PlaceWarnings const& place) const {
     std::string text;
-    for (std::string const& line : coverageLines(place.coverage, context_.texts(),
-                                                 context_.wording().fallback, context_.clock().now())) {
+    for (std::string const& line :
+         coverageLines(place.coverage, context_.texts(), place.calendar, context_.clock().now())) {
       text += (text.empty() ? "" : "; ") + line;
     }
     return text;

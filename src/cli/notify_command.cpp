@@ -10,6 +10,7 @@
 #include "cli/run_context.h"
 #include "cli/stated_place.h"
 #include "cli/terminal.h"
+#include "gazetteer/gazetteer.h"
 #include "notifications/notification_manager.h"
 #include "notifications/notification_state.h"
 #include "platform/linux/desktop_services.h"
@@ -160,6 +161,11 @@ class NotifyRun {
                          : notificationsText(plan, context_.texts(), styleOf(session_), widthOf(session_));
   }
 
+  /// The place's own time.
+  Calendar calendarAt(Coordinate coordinate) const {
+    return Calendar::forZone(std::string(timeZoneAt(coordinate))).value_or(context_.wording().fallback);
+  }
+
   /// How the official warnings of each place were checked, in this pass or, where no rule reads them, before.
   std::string officialStates() {
     std::string out;
@@ -169,7 +175,7 @@ class NotifyRun {
       auto const coverage = agedCoverage(
           coverageOf(context_.app().feeds().govAlerts().keptAlerts(asked), asked.countryCode), clock_->now());
       for (std::string const& line :
-           coverageLines(coverage, context_.texts(), context_.wording().fallback, clock_->now())) {
+           coverageLines(coverage, context_.texts(), calendarAt(watched.place.coordinate), clock_->now())) {
         out += oneLine(watched.place.name) + ": " + line + "\n";
       }
     }

@@ -7,7 +7,9 @@ namespace {
 /// The shortest time between two questions for one list.
 constexpr std::chrono::minutes kFreshness{5};
 
+/// Warnings are worded when they are fetched, and who asks now may read another language.
 bool isFresh(GovAlerts const& kept, Instant now) {
+  if (!kept.alerts.empty()) return false;
   auto const checkedAt = kept.checkedAt();
   return !kept.failedSince() && checkedAt && *checkedAt <= now && now - *checkedAt < kFreshness;
 }

@@ -24,10 +24,16 @@ SourceCoverage uncovered(std::string_view countryCode) {
   return coverage;
 }
 
+/// "Wind Warning, red".
+std::string kindOf(WeatherAlert const& alert) {
+  return alert.title + (alert.colour ? ", " + *alert.colour : std::string());
+}
+
 std::vector<std::string> areasOf(std::vector<WeatherAlert> const& alerts) {
   std::vector<std::string> areas;
   for (WeatherAlert const& alert : alerts) {
-    std::string const area = alert.areaDesc.value_or(alert.title);
+    bool const hasArea = alert.areaDesc && !alert.areaDesc->empty();
+    std::string const area = hasArea ? *alert.areaDesc + " (" + kindOf(alert) + ")" : alert.title;
     if (!area.empty() && std::ranges::find(areas, area) == areas.end()) areas.push_back(area);
   }
   return areas;

@@ -76,7 +76,6 @@ MeteoAlarmCountryFeed::Outcome MeteoAlarmCountryFeed::accept(Result<HttpResponse
   }
   if (answer->status == kNotFound) {
     restsUntil_ = clock_.steadyNow() + kMissingFeedRest;
-    return std::unexpected("MeteoAlarm has no feed of this country");
   }
   return std::unexpected(statusProblem(answer->status));
 }

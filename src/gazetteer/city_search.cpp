@@ -73,9 +73,22 @@ void appendNew(std::vector<std::size_t>& numbers, std::vector<std::size_t> const
 
 /// "Roma" is Rome before it is a town of that name; a town's name of a century ago comes behind both.
 constexpr std::int32_t kKnownByOtherNames = 100'000;
+/// A town's own name counts as much as another name of a city this many times as large: "Porto" is not
+/// Bordeaux, but "Roma" is not the one in Queensland.
+constexpr std::int64_t kOwnNameWeight = 30;
 
 /// How a city's name has the text, the best first.
-enum class Match { exact, exactOther, capital, ownName, otherName, partOfOwnName, partOfOtherName, count };
+enum class Match {
+  exact,
+  exactKnown,
+  exactOther,
+  capital,
+  ownName,
+  otherName,
+  partOfOwnName,
+  partOfOtherName,
+  count
+};
 
 /// City numbers in order of population, by the way they match.
 struct Matches {
@@ -114,7 +127,8 @@ Match matchAt(std::string_view keys, std::size_t at, std::size_t end, std::size_
   bool const begins = keys[at - 1] == '\n';
   bool const isOwn = keys.substr(record.keys + 1, at - record.keys).find('\n') == std::string_view::npos;
   if (begins && keys[end] == '\n') {
-    return isOwn || record.population >= kKnownByOtherNames ? Match::exact : Match::exactOther;
+    if (isOwn) return Match::exact;
+    return record.population >= kKnownByOtherNames ? Match::exactKnown : Match::exactOther;
   }
   if (begins && isOwn && isCapital(city)) return Match::capital;
   if (!isOwn) return begins ? Match::otherName : Match::partOfOtherName;
@@ -124,6 +138,18 @@ Match matchAt(std::string_view keys, std::size_t at, std::size_t end, std::size_
 
 bool isInside(Areas const& areas, CityRecord const& record) {
   return std::ranges::all_of(areas, [&](Area const& area) { return area.contains(record); });
+}
+
+std::vector<std::size_t> exactByWeight(Matches& matches) {
+  Table<CityRecord> const table{Section::cities};
+  std::vector<std::size_t> const own = matches[Match::exact];
+  std::vector<std::size_t> numbers = own;
+  appendNew(numbers, matches[Match::exactKnown]);
+  std::ranges::stable_sort(numbers, std::ranges::greater{}, [&](std::size_t number) {
+    bool const isOwn = std::ranges::find(own, number) != own.end();
+    return table[number].population * (isOwn ? kOwnNameWeight : std::int64_t{1});
+  });
+  return numbers;
 }
 
 std::vector<std::size_t> citiesNamed(std::string_view name, Areas const& areas, std::size_t count) {
@@ -137,7 +163,7 @@ std::vector<std::size_t> citiesNamed(std::string_view name, Areas const& areas, 
     auto& list = matches[matchAt(keys, at, at + wanted.size(), city, cursor.record())];
     if (list.size() < count && isInside(areas, cursor.record())) addOnce(list, city, count);
   }
-  std::vector<std::size_t> numbers;
+  std::vector<std::size_t> numbers = exactByWeight(matches);
   for (auto const& list : matches.cities) appendNew(numbers, list);
   return numbers;
 }
@@ -169,6 +195,7 @@ Areas areasOf(std::vector<std::string_view> const& parts) {
 /// A text as it is searched for: the folded name and the areas behind it. Nothing for what nobody looks for.
 struct Wanted {
   std::string name;
+  std::string spelling;  ///< as it was written, where that has letters that are folded away
   Areas areas;
   bool hasAreas = false;
 };
@@ -176,7 +203,10 @@ struct Wanted {
 std::optional<Wanted> wantedOf(std::string_view text) {
   if (text.size() > kLongestText) return std::nullopt;
   auto const parts = split(text, ',');
-  Wanted wanted{searchFolded(parts.front()), {}, parts.size() > 1};
+  std::string_view const written = trimmed(parts.front());
+  bool const isPlain =
+      std::ranges::all_of(written, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+  Wanted wanted{searchFolded(written), isPlain ? std::string() : std::string(written), {}, parts.size() > 1};
   if (wanted.name.empty() || parts.size() > kMostParts) return std::nullopt;
   wanted.areas = areasOf(parts);
   return wanted;
@@ -185,6 +215,10 @@ std::optional<Wanted> wantedOf(std::string_view text) {
 std::vector<std::size_t> citiesWanted(Wanted const& wanted, std::size_t count) {
   std::vector<std::size_t> numbers = citiesNamed(wanted.name, wanted.areas, count);
   if (numbers.size() < count && !wanted.hasAreas) appendNew(numbers, citiesWithArea(wanted.name, count));
+  if (!wanted.spelling.empty()) {
+    std::ranges::stable_partition(numbers,
+                                  [&](std::size_t number) { return cityAt(number).name == wanted.spelling; });
+  }
   return numbers;
 }
 

@@ -31,7 +31,8 @@ TEST(CoverageText, SaysEachStateInItsOwnWords) {
   EXPECT_EQ(textOf(coverageOf(CoverageState::warnings, 2)), "2 official warnings, checked 2:20 PM");
   SourceCoverage unplaced = coverageOf(CoverageState::unplaced, 2);
   unplaced.areas = {"Kvarner", "Split"};
-  EXPECT_EQ(textOf(unplaced), "In force for parts of Croatia that cannot be placed: Kvarner, Split");
+  EXPECT_EQ(textOf(unplaced),
+            "Official warnings in force for parts of Croatia that cannot be placed: Kvarner, Split");
   EXPECT_EQ(textOf(coverageOf(CoverageState::uncovered)), "No official source of warnings for Croatia");
   SourceCoverage sea = coverageOf(CoverageState::uncovered);
   sea.country.clear();
@@ -48,6 +49,8 @@ TEST(CoverageText, SaysSinceWhenAndWhyNothingIsKnown) {
   failed.reason = kNotAskedLately;
   EXPECT_EQ(textOf(failed),
             "Official warnings could not be checked since 1:05 PM, because no program has asked since then");
+  failed.count = 1;
+  EXPECT_TRUE(textOf(failed).ends_with(". One known warning is still in force"));
   failed.since.reset();
   EXPECT_EQ(textOf(failed), "Official warnings could not be checked");
 }

@@ -150,10 +150,11 @@ TEST_P(OfficialCheckTexts, SayHowFarTheListCanBeTrusted) {
 }
 
 constexpr char kSince[] = "Official warnings could not be checked since 12:20, because no network";
-constexpr char kNever[] = "Official warnings could not be checked";
+constexpr char kNever[] = "Official warnings have not been checked yet";
 constexpr char kNobody[] = "No official source of warnings for Japan";
 constexpr char kNone[] = "No official warnings, checked 12:15";
-constexpr char kParts[] = "In force for parts of Croatia that cannot be placed: Kvarner, Velebit Channel";
+constexpr char kParts[] =
+    "Official warnings in force for parts of Croatia that cannot be placed: Kvarner, Velebit Channel";
 INSTANTIATE_TEST_SUITE_P(
     Rows, OfficialCheckTexts,
     testing::Values(
@@ -181,13 +182,13 @@ INSTANTIATE_TEST_SUITE_P(
                    c.coverage[0].state = CoverageState::unchecked;
                    c.isAsking = true;
                  },
-                 0, false, "Asking for official warnings …", "", ""},
+                 0, false, "Asking for official warnings …", "", "Asking for official warnings …"},
         CheckRow{"oldWhileAsking",
                  [](OfficialCheck& c) {
                    c.coverage[0].checkedAt = kNow - 24h;
                    c.isAsking = true;
                  },
-                 1, false, "One official warning", "", ""},
+                 1, false, "One official warning", "", "Asking for official warnings …"},
         CheckRow{"trusted", [](OfficialCheck& c) { c.coverage[0].checkedAt = kNow - 45min; }, 0, false,
                  "There are no official warnings.", "", "No official warnings, checked 11:35"},
         CheckRow{

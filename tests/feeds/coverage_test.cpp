@@ -108,7 +108,8 @@ TEST(Coverage, NamesEachUnplacedAreaOnce) {
   GovAlerts alerts;
   alerts.sources = {quiet()};
   alerts.sources[0].unplaced = {warningFor("Kvarner"), warningFor("Kvarner"), warningFor("Split")};
-  EXPECT_EQ(coverageOf(alerts, "HR")[0].areas, (std::vector<std::string>{"Kvarner", "Split"}));
+  EXPECT_EQ(coverageOf(alerts, "HR")[0].areas,
+            (std::vector<std::string>{"Kvarner (Wind Warning)", "Split (Wind Warning)"}));
 }
 
 TEST(Coverage, ShowsTheStateThatMustNotBeHidden) {

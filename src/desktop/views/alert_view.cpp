@@ -164,6 +164,7 @@ std::string headlineOf(SourceCoverage const& coverage, std::size_t count, ViewCo
 /// The sentence of a failed check without its reason, which has a sentence of its own.
 std::string uncheckedText(SourceCoverage coverage, Calendar const& calendar, ViewContext const& context) {
   coverage.reason.reset();
+  coverage.count = 0;  // they are listed
   return coverageText(coverage, context.texts, calendar, context.now);
 }
 
@@ -187,7 +188,10 @@ void fillStates(OfficialView& view, SourceCoverage coverage, std::size_t count, 
   view.headline = headlineOf(coverage, count, context);
   if (coverage.state == CoverageState::warnings) coverage.count = count;
   bool const isUnknown = coverage.state == CoverageState::unchecked;
-  if (isUnknown && isAsking) return;
+  if (isUnknown && isAsking) {
+    view.brief = context.text("desktop.official.asking");
+    return;
+  }
   view.brief = coverageText(coverage, context.texts, calendar, context.now);
   if (isUnknown) fillUnchecked(view, coverage, count > 0, calendar, context);
   if (coverage.state == CoverageState::unplaced) {

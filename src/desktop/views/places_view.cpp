@@ -3,6 +3,7 @@
 #include "app/coverage_text.h"
 #include "app/failure_text.h"
 #include "app/weather_state.h"
+#include "gazetteer/gazetteer.h"
 #include "model/present.h"
 
 #include <algorithm>
@@ -33,15 +34,16 @@ void fillWeather(View& view, WeatherData const& data, ViewContext const& context
   }
 }
 
-/// Of a place that nobody has asked for, nothing is said. A list of places has one clock, the reader's.
+/// Of a place that nobody has asked for, nothing is said. In the place's own time.
 void fillWarnings(PlaceView& view, Coordinate coordinate, std::vector<PlaceCoverage> const& all,
                   ViewContext const& context) {
   auto const found = std::ranges::find(all, coordinate, &PlaceCoverage::coordinate);
   if (found == all.end() || found->coverage.empty()) return;
   auto const aged = agedCoverage(found->coverage, context.now);
   SourceCoverage const& coverage = mostPressing(aged);
+  Calendar const calendar = Calendar::forZone(std::string(timeZoneAt(coordinate))).value_or(context.fallback);
   view.warningsState = enumName(coverage.state);
-  view.warnings = coverageText(coverage, context.texts, context.fallback, context.now);
+  view.warnings = coverageText(coverage, context.texts, calendar, context.now);
   view.sentence += ", " + view.warnings;
 }
 

@@ -4,6 +4,7 @@
 #include "desktop/views/now_view.h"
 #include "desktop/views/problem_text.h"
 #include "desktop/window/words.h"
+#include "gazetteer/gazetteer.h"
 
 #include <algorithm>
 
@@ -114,6 +115,16 @@ ViewContext DesktopModel::context() const {
           setting_.standIn};
 }
 
+/// With the selected place's own time, also before a forecast of it has come.
+ViewContext DesktopModel::contextOfPlace() const {
+  ViewContext view = context();
+  if (snapshot_->place) {
+    std::string const zone(timeZoneAt(snapshot_->place->coordinate));
+    view.fallback = Calendar::forZone(zone).value_or(view.fallback);
+  }
+  return view;
+}
+
 QString DesktopModel::problem() const {
   ViewContext const view = context();
   std::string const& unknown = snapshot_->unknownPlace;
@@ -141,9 +152,9 @@ void DesktopModel::showWeather() {
   now_->show(nowView(state, snapshot_->place, view));
   sky_->show(skyView(state, view));
   scene_ = sceneView(state, view);
-  alerts_->show(alertViews(state, view));
-  showOpenAlert(view);
-  hazards_->show(*snapshot_, view);
+  alerts_->show(alertViews(state, contextOfPlace()));
+  showOpenAlert(contextOfPlace());
+  hazards_->show(*snapshot_, contextOfPlace());
   tiles_->show(tileViews(state, view));
   bool const everyPlace = !snapshot_->settings || snapshot_->settings->settings.boolean("notify_everyPlace");
   places_->show(placeViews(snapshot_->places, snapshot_->kept, everyPlace, hazards->places, view));
@@ -165,7 +176,8 @@ void DesktopModel::showWeather() {
 TrayView DesktopModel::tray() const {
   ViewContext const view = context();
   WeatherState const& state = *snapshot_->weather;
-  OfficialView const official = officialView(snapshot_->hazards->official, snapshot_->place, state, view);
+  OfficialView const official =
+      officialView(snapshot_->hazards->official, snapshot_->place, state, contextOfPlace());
   return trayView(nowView(state, snapshot_->place, view), official.brief, view);
 }
 
@@ -178,7 +190,7 @@ void DesktopModel::setOpenDay(int day) {
 
 void DesktopModel::setOpenAlert(QString const& id) {
   openAlert_ = id.toStdString();
-  showOpenAlert(context());
+  showOpenAlert(contextOfPlace());
 }
 
 void DesktopModel::showOpenAlert(ViewContext const& context) {

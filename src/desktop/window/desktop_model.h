@@ -155,6 +155,7 @@ class DesktopModel : public QObject {
   };
 
   ViewContext context() const;
+  ViewContext contextOfPlace() const;
   void takeWording(Wording const& wording);
   void showWeather();
   void showOpenAlert(ViewContext const& context);
