@@ -24,7 +24,7 @@ namespace nimbara {
 struct WatchedPlace {
   Place place;
   std::optional<Uuid> id;                  ///< of a saved one
-  std::optional<PlaceChoice> choice = {};  ///< what was chosen for it
+  std::optional<PlaceChoice> choice = {};  // NOLINT(readability-redundant-member-init): what was chosen
 };
 
 /// The key under which a location is known to notifications.

@@ -43,7 +43,7 @@ class SourceFeeds final : public FeedSource {
     std::filesystem::path folder;  ///< of the kept bodies; empty: nothing outlives the process
     std::function<void(std::string_view)> log = [](std::string_view) {};
     /// Of a stand-in of all services that may know the relay's path only; empty for the sources themselves.
-    std::string relayBase = {};
+    std::string relayBase = {};  // NOLINT(readability-redundant-member-init): most leave it out
     /// Many readers: who comes while a body is renewed gets the last one at once, and groups are not asked
     /// for all at the same moment.
     bool isServer = false;

@@ -45,6 +45,7 @@ std::vector<WeatherAlert> liveEvents(std::vector<NWSAlert> const& messages, Inst
 
 std::vector<std::string> headlines(std::vector<WeatherAlert> const& alerts) {
   std::vector<std::string> texts;
+  texts.reserve(alerts.size());
   for (WeatherAlert const& alert : alerts) texts.push_back(alert.message);
   return texts;
 }

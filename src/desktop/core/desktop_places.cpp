@@ -43,6 +43,8 @@ void DesktopPlaces::read() {
 
 void DesktopPlaces::change(std::function<PlaceResult(PlaceList&)> const& apply) {
   keep(stored_.change(apply));
+  std::lock_guard const lock(mutex_);
+  state_.unknown.clear();
 }
 
 void DesktopPlaces::choose(std::string const& text) {
@@ -76,7 +78,6 @@ void DesktopPlaces::keep(Result<PlaceList, StoreError> list) {
   }
   std::lock_guard const lock(mutex_);
   state_.problem = list ? std::nullopt : std::optional(list.error());
-  state_.unknown.clear();
   if (!list) return;
   state_.list = std::move(*list);
   state_.location.here = std::move(here);
