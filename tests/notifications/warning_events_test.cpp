@@ -6,7 +6,6 @@
 namespace nimbara {
 namespace {
 
-using test::at;
 using test::identifierOf;
 using namespace std::chrono_literals;
 using testing::ElementsAre;
