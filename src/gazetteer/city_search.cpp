@@ -195,7 +195,6 @@ Areas areasOf(std::vector<std::string_view> const& parts) {
 /// A text as it is searched for: the folded name and the areas behind it. Nothing for what nobody looks for.
 struct Wanted {
   std::string name;
-  std::string spelling;  ///< as it was written, where that has letters that are folded away
   Areas areas;
   bool hasAreas = false;
 };
@@ -203,10 +202,7 @@ struct Wanted {
 std::optional<Wanted> wantedOf(std::string_view text) {
   if (text.size() > kLongestText) return std::nullopt;
   auto const parts = split(text, ',');
-  std::string_view const written = trimmed(parts.front());
-  bool const isPlain =
-      std::ranges::all_of(written, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-  Wanted wanted{searchFolded(written), isPlain ? std::string() : std::string(written), {}, parts.size() > 1};
+  Wanted wanted{searchFolded(parts.front()), {}, parts.size() > 1};
   if (wanted.name.empty() || parts.size() > kMostParts) return std::nullopt;
   wanted.areas = areasOf(parts);
   return wanted;
@@ -215,10 +211,6 @@ std::optional<Wanted> wantedOf(std::string_view text) {
 std::vector<std::size_t> citiesWanted(Wanted const& wanted, std::size_t count) {
   std::vector<std::size_t> numbers = citiesNamed(wanted.name, wanted.areas, count);
   if (numbers.size() < count && !wanted.hasAreas) appendNew(numbers, citiesWithArea(wanted.name, count));
-  if (!wanted.spelling.empty()) {
-    std::ranges::stable_partition(numbers,
-                                  [&](std::size_t number) { return cityAt(number).name == wanted.spelling; });
-  }
   return numbers;
 }
 
