@@ -59,6 +59,7 @@ class NotificationManager::Pass {
     DuePlan plan = planDue(now_, settings, manager_.texts(), manager_.suppressedTags(), state_);
     forgetMissed(plan, state_);
     std::vector<Decision> decisions;
+    decisions.reserve(plan.entries.size());
     for (DuePlan::Entry& entry : plan.entries) decisions.push_back(std::move(entry.decision));
     bool const isAnything = !decisions.empty() || !plan.missed.empty();
     if (isAnything) carryOut(decisions, [] {});
