@@ -24,7 +24,8 @@ struct SceneEntry {
   /// From when until when the feed lists it.
   std::chrono::hours listedFrom{-48};
   std::chrono::hours listedUntil{72};
-  std::string_view polygon = "";  ///< "latitude,longitude …" of its area's corners
+  /// "latitude,longitude …" of its area's corners
+  std::string_view polygon = {};  // NOLINT(readability-redundant-member-init): most have a code
 };
 
 struct SceneFeed {

@@ -67,7 +67,7 @@ std::string windText(HourlyForecast const& hour, ViewContext const& context) {
 /// "0.4 mm (35 %)", or the one of the two that is known.
 std::string precipitationText(HourlyForecast const& hour, ViewContext const& context) {
   auto const chance = chanceOf(hour);
-  std::string const likely = chance ? percent(*chance) : std::string();
+  std::string likely = chance ? percent(*chance) : std::string();
   if (!hour.knows(ForecastValue::precipitation)) return likely;
   return context.precipitation(hour.precipMM) + (chance ? " (" + likely + ")" : "");
 }
