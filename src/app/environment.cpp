@@ -25,7 +25,7 @@ std::string firstOf(std::initializer_list<char const*> names) {
 /// The base directory rules let only absolute paths count. Empty where there is no home either.
 std::filesystem::path baseDirectory(char const* name, std::string_view belowHome,
                                     std::filesystem::path const& home) {
-  std::filesystem::path const given = variable(name);
+  std::filesystem::path given = variable(name);
   if (given.is_absolute()) return given;
   return home.empty() ? home : home / belowHome;
 }
