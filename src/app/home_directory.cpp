@@ -8,7 +8,7 @@ namespace nimbara {
 
 std::filesystem::path homeDirectory() {
   char const* const named = std::getenv("HOME");
-  std::filesystem::path const given = named != nullptr ? named : "";
+  std::filesystem::path given = named != nullptr ? named : "";
   if (given.is_absolute()) return given;
   passwd const* const account = getpwuid(geteuid());
   std::filesystem::path const home = account != nullptr && account->pw_dir != nullptr ? account->pw_dir : "";
