@@ -1,10 +1,10 @@
 // MeteoAlarm's feeds beside expat alone, selection from a parsed feed, and look-ups of warning regions.
 // NIMBARA_SAMPLES, where it is set, gives the recorded feeds; the others are made here.
 
-#include "base/file.h"
-#include "feeds/meteo_alarm_merge.h"
-#include "feeds/meteo_alarm_selection.h"
-#include "feeds/regions.h"
+#include "base/files/file.h"
+#include "feeds/meteoalarm/meteo_alarm_merge.h"
+#include "feeds/meteoalarm/meteo_alarm_selection.h"
+#include "feeds/regions/regions.h"
 #include "gazetteer/gazetteer.h"
 
 #include <benchmark/benchmark.h>

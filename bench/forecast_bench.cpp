@@ -3,11 +3,11 @@
 
 #include "analysis/alert_generator.h"
 #include "base/sun_moon.h"
-#include "demo/open_meteo_stand_in.h"
+#include "demo/forecasts/open_meteo_stand_in.h"
 #include "model/process.h"
 #include "model/weather_cache.h"
-#include "providers/open_meteo_client.h"
-#include "providers/open_meteo_request.h"
+#include "providers/openmeteo/open_meteo_client.h"
+#include "providers/openmeteo/open_meteo_request.h"
 
 #include <benchmark/benchmark.h>
 #include <nlohmann/json.hpp>

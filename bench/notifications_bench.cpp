@@ -1,9 +1,9 @@
 // One pass of the notification engine without any input or output: every rule, every setting on, over a place
 // and over a hundred. The hours are mild ones with enough in them that rules speak.
 
-#include "notifications/hazard_rules.h"
-#include "notifications/pass_plan.h"
-#include "notifications/rule_settings.h"
+#include "notifications/engine/pass_plan.h"
+#include "notifications/rules/hazard_rules.h"
+#include "notifications/rules/rule_settings.h"
 #include "support/rules.h"
 
 #include <benchmark/benchmark.h>

@@ -2,8 +2,8 @@
 // library alone needs for the same bytes in the same run. The answer is made here: 246 alerts of 3.6 kB.
 // NIMBARA_SAMPLES, where it is set, adds the recorded answers.
 
-#include "base/file.h"
-#include "feeds/gov_alerts.h"
+#include "base/files/file.h"
+#include "feeds/alerts/gov_alerts.h"
 
 #include <benchmark/benchmark.h>
 #include <simdjson.h>

@@ -1,8 +1,8 @@
 // Near-earth propagation by every kernel of this machine beside the reference path, over element sets made up
 // like the groups that the globe shows.
 
+#include "globe/propagation/sgp4_batch.h"
 #include "globe/satellite_layer.h"
-#include "globe/sgp4_batch.h"
 #include "support/made_satellites.h"
 
 #include <benchmark/benchmark.h>

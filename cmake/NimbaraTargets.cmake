@@ -1,11 +1,19 @@
 # One library per folder of src/, one test program per folder of tests/, all sharing one precompiled header.
 
-# The library takes every source of its folder but a program's main.cpp. PRECOMPILED names a header of its own in
-# place of the shared one, for code that is compiled with other definitions.
+# The library takes every source of its folder and of the rooms in it (folders without a library of their own), but
+# no program's main.cpp. PRECOMPILED names a header of its own in place of the shared one, for code that is compiled
+# with other definitions.
 function(nimbara_library name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "PRECOMPILED" "USES;PRIVATE_USES")
   file(GLOB sources CONFIGURE_DEPENDS *.cpp)
   list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
+  file(GLOB rooms CONFIGURE_DEPENDS LIST_DIRECTORIES true *)
+  foreach(room IN LISTS rooms)
+    if(IS_DIRECTORY ${room} AND NOT EXISTS ${room}/CMakeLists.txt)
+      file(GLOB in_room CONFIGURE_DEPENDS ${room}/*.cpp)
+      list(APPEND sources ${in_room})
+    endif()
+  endforeach()
   add_library(${name} STATIC ${sources})
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
   target_link_libraries(${name} PUBLIC ${arg_USES} PRIVATE ${arg_PRIVATE_USES})

@@ -1,6 +1,6 @@
 // Any bytes as an answer about the air.
 
-#include "feeds/air_quality.h"
+#include "feeds/air/air_quality.h"
 
 #include <cstdint>
 

@@ -1,7 +1,7 @@
 // Any bytes as a WeatherKit answer: through the parser, the join and the processing.
 
 #include "model/process.h"
-#include "providers/apple_weather_client.h"
+#include "providers/weatherkit/apple_weather_client.h"
 
 #include <cstdint>
 

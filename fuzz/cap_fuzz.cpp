@@ -1,7 +1,7 @@
 // Any bytes as the document of a warning: through the reader and the choice of what it says of an entry.
 
-#include "feeds/cap_reader.h"
-#include "feeds/meteo_alarm_details.h"
+#include "feeds/cap/cap_reader.h"
+#include "feeds/meteoalarm/meteo_alarm_details.h"
 
 #include <cstdint>
 

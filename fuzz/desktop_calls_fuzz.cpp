@@ -1,10 +1,10 @@
 // Any texts as what the session's bus brings: answers to notifications, and the words of a second start that
 // the open window takes over. Lines of the input are its texts.
 
-#include "app/environment.h"
-#include "app/notification_call.h"
-#include "base/clean_text.h"
-#include "base/text.h"
+#include "app/notices/notification_call.h"
+#include "app/settings/environment.h"
+#include "base/text/clean_text.h"
+#include "base/text/text.h"
 #include "desktop/core/desktop_options.h"
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 // Any bytes as a table of orbital elements.
 
-#include "feeds/element_text.h"
+#include "feeds/space/element_text.h"
 
 #include <cstdint>
 

@@ -1,7 +1,7 @@
 // Any bytes as element sets: through the reader, the propagator and the batch, whose error codes must agree
 // and whose states must be numbers.
 
-#include "globe/sgp4_batch.h"
+#include "globe/propagation/sgp4_batch.h"
 
 #include <cmath>
 #include <cstdint>

@@ -1,6 +1,6 @@
 // Any bytes as a table of hot spots, through to the fires.
 
-#include "feeds/fire_detection.h"
+#include "feeds/fires/fire_detection.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,6 +1,6 @@
 // Any bytes as the private key of WeatherKit: a token or a sentence, and nothing of the file in the sentence.
 
-#include "providers/apple_weather_token.h"
+#include "providers/weatherkit/apple_weather_token.h"
 
 #include <algorithm>
 #include <cstdint>

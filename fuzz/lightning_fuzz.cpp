@@ -1,6 +1,6 @@
 // Any bytes as a list of lightning strikes.
 
-#include "feeds/lightning_source.h"
+#include "feeds/storms/lightning_source.h"
 
 #include <cstdint>
 

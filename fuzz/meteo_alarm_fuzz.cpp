@@ -1,6 +1,6 @@
 // Any bytes as a country's feed: through the parser, the selection and the merging.
 
-#include "feeds/meteo_alarm_merge.h"
+#include "feeds/meteoalarm/meteo_alarm_merge.h"
 
 #include <cstdint>
 

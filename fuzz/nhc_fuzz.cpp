@@ -1,6 +1,6 @@
 // Any bytes as each of the documents about storms.
 
-#include "feeds/tropical_storm.h"
+#include "feeds/storms/tropical_storm.h"
 
 #include <cstdint>
 

@@ -1,6 +1,6 @@
 // Any bytes as an answer of the National Weather Service: through the parser and the choice of live events.
 
-#include "feeds/gov_alerts.h"
+#include "feeds/alerts/gov_alerts.h"
 
 #include <cstdint>
 

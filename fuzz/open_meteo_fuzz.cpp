@@ -1,7 +1,7 @@
 // Any bytes as a forecast answer: through the parser, the join and the processing.
 
 #include "model/process.h"
-#include "providers/open_meteo_client.h"
+#include "providers/openmeteo/open_meteo_client.h"
 
 #include <cstdint>
 

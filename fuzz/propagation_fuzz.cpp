@@ -2,7 +2,7 @@
 // half a year: every kernel's batch must agree with the reference path in error codes, positions and
 // velocities.
 
-#include "globe/sgp4_batch.h"
+#include "globe/propagation/sgp4_batch.h"
 
 #include <algorithm>
 #include <cmath>

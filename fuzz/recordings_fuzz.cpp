@@ -1,7 +1,7 @@
 // Any bytes as the index of a recording: it is read as far as it goes, and no line of it leads out of the
 // recording's folder.
 
-#include "app/http_recording.h"
+#include "app/recording/http_recording.h"
 
 #include <cstdint>
 #include <cstdlib>

@@ -1,6 +1,6 @@
 // Any bytes as each persisted record; what is read must be written and read again to the same value.
 
-#include "base/json.h"
+#include "base/json/json.h"
 #include "model/process.h"
 #include "model/weather_alert.h"
 #include "model/weather_cache.h"

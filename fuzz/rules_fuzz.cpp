@@ -1,8 +1,8 @@
 // Any bytes as the stored list of the user's own rules: what is read must be written and read again to the
 // same list, and every rule must have its texts.
 
+#include "notifications/custom/custom_rule_text.h"
 #include "notifications/custom_notification.h"
-#include "notifications/custom_rule_text.h"
 
 #include <cstdint>
 #include <cstdlib>

@@ -1,11 +1,11 @@
 // Any bytes as the values of the settings database, as an older, a newer or a damaged program may have left
 // them: what is read of them must be written and read again to the same.
 
-#include "app/places.h"
-#include "app/settings_registry.h"
-#include "notifications/engine_state.h"
-#include "notifications/notification_log.h"
-#include "notifications/notification_state.h"
+#include "app/places/places.h"
+#include "app/settings/settings_registry.h"
+#include "notifications/engine/engine_state.h"
+#include "notifications/engine/notification_state.h"
+#include "notifications/log/notification_log.h"
 #include "platform/scratch_settings_store.h"
 
 #include <cstdint>

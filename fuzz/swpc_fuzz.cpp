@@ -1,6 +1,6 @@
 // Any bytes as a planetary K-index product.
 
-#include "feeds/planetary_k_index.h"
+#include "feeds/space/planetary_k_index.h"
 
 #include <cstdint>
 

@@ -1,7 +1,7 @@
 // Any bytes as a list of advisories, and as a text in HTML.
 
-#include "feeds/plain_text.h"
-#include "feeds/travel_advisory.h"
+#include "feeds/fetching/plain_text.h"
+#include "feeds/travel/travel_advisory.h"
 
 #include <cstdint>
 

@@ -1,6 +1,6 @@
 // Any bytes as a collection of earthquakes.
 
-#include "feeds/earthquake_event.h"
+#include "feeds/quakes/earthquake_event.h"
 
 #include <cstdint>
 

@@ -1,7 +1,7 @@
 // Any bytes as a wttr.in answer: through the parser, the join and the processing.
 
 #include "model/process.h"
-#include "providers/wttr_client.h"
+#include "providers/wttr/wttr_client.h"
 
 #include <cstdint>
 

@@ -1,7 +1,7 @@
 // Any bytes as a MET Norway forecast: through the parser, the join and the processing.
 
 #include "model/process.h"
-#include "providers/yr_no_join.h"
+#include "providers/metnorway/yr_no_join.h"
 
 #include <cstdint>
 

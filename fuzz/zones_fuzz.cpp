@@ -1,6 +1,6 @@
 // Any bytes as a compiled file of the tz database and as a POSIX TZ text.
 
-#include "base/zone_rules.h"
+#include "base/time/zone_rules.h"
 
 #include <cstdint>
 

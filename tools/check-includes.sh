@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Checks that every folder of src/ includes only from the folders that it stands on.
+# Checks that every folder of src/ includes only from the folders that it stands on, and every room in a folder only
+# from the rooms that it stands on. What lies in the folder itself serves its rooms or puts them together.
 set -euo pipefail
 cd "$(dirname "$0")/../src"
 
@@ -21,6 +22,40 @@ declare -A may=(
   [desktop]="base platform model providers gazetteer feeds notifications globe app demo desktop"
 )
 
+declare -A rooms=(
+  [base/json]="text time"
+  [base/time]="files text"
+  [base/words]="json text time"
+  [app/engine]="notices services words"
+  [app/notices]="places services"
+  [app/places]="settings"
+  [app/recording]="notices"
+  [app/services]="places settings"
+  [providers/metnorway]="common"
+  [providers/openmeteo]="common"
+  [providers/weatherkit]="common"
+  [providers/wttr]="common"
+  [feeds/air]="fetching"
+  [feeds/alerts]="nws"
+  [feeds/cap]="fetching"
+  [feeds/fires]="fetching"
+  [feeds/meteoalarm]="alerts cap fetching regions"
+  [feeds/nws]="fetching"
+  [feeds/quakes]="fetching"
+  [feeds/space]="fetching"
+  [feeds/storms]="fetching"
+  [feeds/travel]="fetching"
+  [notifications/custom]="rules sky"
+  [notifications/engine]="log rules"
+  [notifications/log]="engine"
+  [notifications/sky]="rules"
+  [demo/feeds]="world"
+  [demo/forecasts]="world"
+  [cli/commands]="options pages"
+  [desktop/core]="views"
+  [desktop/window]="core scene views"
+)
+
 wrong=0
 for folder in "${!may[@]}"; do
   while IFS=: read -r file line included; do
@@ -29,5 +64,13 @@ for folder in "${!may[@]}"; do
       *) echo "src/$file:$line: $folder must not include from $included"; wrong=1 ;;
     esac
   done < <(grep -rnoP --include='*.h' --include='*.cpp' '(?<=#include ")[a-z]+(?=/)' "$folder" || true)
+  for room in $(find "$folder" -mindepth 1 -maxdepth 1 -type d -printf '%f\n'); do
+    while IFS=: read -r file line included; do
+      case " $room ${rooms[$folder/$room]-} " in
+        *" $included "*) ;;
+        *) echo "src/$file:$line: $folder/$room must not include from $folder/$included"; wrong=1 ;;
+      esac
+    done < <(grep -rnoP --include='*.h' --include='*.cpp' "(?<=#include \"$folder/)[a-z_]+(?=/)" "$folder/$room" || true)
+  done
 done
 exit $wrong

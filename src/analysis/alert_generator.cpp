@@ -1,7 +1,7 @@
 #include "analysis/alert_generator.h"
 
 #include "analysis/felt_temperature.h"
-#include "base/time_words.h"
+#include "base/words/time_words.h"
 #include "model/present.h"
 #include "model/process.h"
 #include "model/upcoming_hours.h"

@@ -3,9 +3,9 @@
 // numbers in the texts. Never gives an alert of severity `info`.
 #pragma once
 
-#include "base/calendar.h"
-#include "base/texts.h"
+#include "base/time/calendar.h"
 #include "base/units.h"
+#include "base/words/texts.h"
 #include "model/forecast_insight.h"
 #include "model/weather_data.h"
 

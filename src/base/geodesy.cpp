@@ -1,6 +1,6 @@
 #include "base/geodesy.h"
 
-#include "base/number.h"
+#include "base/text/number.h"
 
 #include <cmath>
 #include <numbers>

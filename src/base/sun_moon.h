@@ -5,7 +5,7 @@
 
 #include "base/enum_names.h"
 #include "base/geodesy.h"
-#include "base/instant.h"
+#include "base/time/instant.h"
 
 #include <optional>
 #include <string_view>

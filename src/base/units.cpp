@@ -1,6 +1,6 @@
 #include "base/units.h"
 
-#include "base/number.h"
+#include "base/text/number.h"
 
 #include <cmath>
 

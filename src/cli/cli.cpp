@@ -1,9 +1,9 @@
 #include "cli/cli.h"
 
-#include "app/home_directory.h"
-#include "app/settings_registry.h"
-#include "app/unit_settings.h"
-#include "base/text.h"
+#include "app/settings/home_directory.h"
+#include "app/settings/settings_registry.h"
+#include "app/settings/unit_settings.h"
+#include "base/text/text.h"
 #include "platform/linux/resident_code.h"
 #include "platform/linux/sqlite_settings_store.h"
 

@@ -2,7 +2,7 @@
 // out, so that a test runs it as a person would.
 #pragma once
 
-#include "app/environment.h"
+#include "app/settings/environment.h"
 #include "cli/command_line.h"
 #include "platform/clock.h"
 #include "platform/http_client.h"

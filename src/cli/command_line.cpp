@@ -1,10 +1,10 @@
 #include "cli/command_line.h"
 
-#include "app/service_directory.h"
+#include "app/settings/service_directory.h"
 #include "app/version.h"
-#include "base/text.h"
-#include "base/texts.h"
-#include "cli/command_definitions.h"
+#include "base/text/text.h"
+#include "base/words/texts.h"
+#include "cli/options/command_definitions.h"
 
 #include <algorithm>
 

@@ -1,16 +1,16 @@
 // The command line as values: what was asked for, or what was wrong with it.
 #pragma once
 
-#include "app/environment.h"
-#include "base/hour_clock.h"
-#include "base/instant.h"
+#include "app/settings/environment.h"
 #include "base/result.h"
+#include "base/time/hour_clock.h"
+#include "base/time/instant.h"
 #include "base/units.h"
-#include "cli/feed_commands.h"
-#include "cli/regions_command.h"
-#include "cli/replay_options.h"
-#include "cli/rules_options.h"
-#include "cli/satellites_options.h"
+#include "cli/commands/feed_commands.h"
+#include "cli/commands/regions_command.h"
+#include "cli/options/replay_options.h"
+#include "cli/options/rules_options.h"
+#include "cli/options/satellites_options.h"
 #include "demo/demo_process.h"
 #include "model/provider_option.h"
 

@@ -1,4 +1,4 @@
-#include "base/clean_text.h"
+#include "base/text/clean_text.h"
 #include "cli/cli.h"
 #include "platform/linux/interrupt_signals.h"
 

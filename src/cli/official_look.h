@@ -2,8 +2,8 @@
 // list that was confirmed minutes ago is not asked for again: the services want it so.
 #pragma once
 
-#include "app/task_runner.h"
-#include "feeds/coverage.h"
+#include "app/services/task_runner.h"
+#include "feeds/alerts/coverage.h"
 #include "platform/clock.h"
 
 #include <chrono>

@@ -1,9 +1,9 @@
 #include "cli/run_context.h"
 
-#include "app/limited_http_client.h"
-#include "app/place_resolver.h"
-#include "app/place_search.h"
-#include "base/text.h"
+#include "app/places/place_resolver.h"
+#include "app/places/place_search.h"
+#include "app/services/limited_http_client.h"
+#include "base/text/text.h"
 
 #include <variant>
 

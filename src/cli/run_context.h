@@ -2,7 +2,7 @@
 // that was meant. Alive as long as the command.
 #pragma once
 
-#include "app/composition.h"
+#include "app/services/composition.h"
 #include "cli/cli.h"
 
 #include <memory>

@@ -1,6 +1,6 @@
 #include "cli/stated_place.h"
 
-#include "base/text.h"
+#include "base/text/text.h"
 
 namespace nimbara {
 

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "cli/command_line.h"
-#include "feeds/gov_alert_service.h"
-#include "feeds/regions.h"
+#include "feeds/alerts/gov_alert_service.h"
+#include "feeds/regions/regions.h"
 
 namespace nimbara {
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "cli/cli.h"
-#include "cli/style.h"
+#include "cli/pages/style.h"
 
 namespace nimbara {
 

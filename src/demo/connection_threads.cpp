@@ -1,6 +1,6 @@
 #include "demo/connection_threads.h"
 
-#include "base/number.h"
+#include "base/text/number.h"
 
 #include <arpa/inet.h>
 #include <filesystem>

@@ -1,6 +1,6 @@
 #include "demo/demo_exchange.h"
 
-#include "base/number.h"
+#include "base/text/number.h"
 
 namespace nimbara {
 

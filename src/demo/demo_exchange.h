@@ -3,7 +3,7 @@
 #pragma once
 
 #include "base/geodesy.h"
-#include "base/instant.h"
+#include "base/time/instant.h"
 
 #include <functional>
 #include <string>

@@ -1,6 +1,6 @@
 #include "demo/demo_fault.h"
 
-#include "base/text.h"
+#include "base/text/text.h"
 
 namespace nimbara {
 

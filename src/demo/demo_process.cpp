@@ -1,6 +1,6 @@
 #include "demo/demo_process.h"
 
-#include "demo/demo_scene.h"
+#include "demo/world/demo_scene.h"
 
 #include <cstring>
 #include <fcntl.h>

@@ -2,8 +2,8 @@
 // server's library is so kept out of the memory of every other run.
 #pragma once
 
-#include "base/instant.h"
 #include "base/result.h"
+#include "base/time/instant.h"
 #include "demo/demo_fault.h"
 #include "platform/linux/child_process.h"
 

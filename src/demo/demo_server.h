@@ -5,7 +5,7 @@
 
 #include "base/result.h"
 #include "demo/demo_fault.h"
-#include "demo/demo_scene.h"
+#include "demo/world/demo_scene.h"
 #include "platform/clock.h"
 
 #include <memory>

@@ -2,7 +2,7 @@
 // address and serves until its standard input ends, so that it never outlives the program that started it.
 // NOW is a moment or "-" for the clock.
 
-#include "base/number.h"
+#include "base/text/number.h"
 #include "demo/demo_server.h"
 
 #include <cstdio>

@@ -1,9 +1,9 @@
 #include "feeds/feed_source.h"
 
-#include "base/text.h"
-#include "feeds/earthquake_event.h"
-#include "feeds/element_text.h"
-#include "feeds/feed_exchange.h"
+#include "base/text/text.h"
+#include "feeds/fetching/feed_exchange.h"
+#include "feeds/quakes/earthquake_event.h"
+#include "feeds/space/element_text.h"
 #include "platform/network_reach.h"
 
 namespace nimbara {

@@ -2,9 +2,9 @@
 // (source_feeds.h). Any thread may ask; whoever asks blocks for the request.
 #pragma once
 
-#include "base/instant.h"
 #include "base/result.h"
-#include "feeds/feed_key.h"
+#include "base/time/instant.h"
+#include "feeds/fetching/feed_key.h"
 #include "platform/clock.h"
 #include "platform/http_client.h"
 

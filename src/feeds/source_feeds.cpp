@@ -1,10 +1,10 @@
 #include "feeds/source_feeds.h"
 
-#include "base/file.h"
-#include "base/file_lock.h"
-#include "base/json_codec.h"
-#include "base/private_folders.h"
-#include "feeds/feed_exchange.h"
+#include "base/files/file.h"
+#include "base/files/file_lock.h"
+#include "base/files/private_folders.h"
+#include "base/json/json_codec.h"
+#include "feeds/fetching/feed_exchange.h"
 #include "platform/network_reach.h"
 
 namespace nimbara {

@@ -4,7 +4,7 @@
 // alone for its pause, except where nothing reached it. Any thread may ask.
 #pragma once
 
-#include "base/file_lock.h"
+#include "base/files/file_lock.h"
 #include "feeds/feed_source.h"
 
 #include <array>

@@ -1,8 +1,8 @@
 #include "feedserver/feed_answer.h"
 
-#include "base/http_date.h"
-#include "base/number.h"
-#include "base/text.h"
+#include "base/text/number.h"
+#include "base/text/text.h"
+#include "base/time/http_date.h"
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 // Any thread may ask; whoever comes while a body is renewed gets the last good one at once.
 #pragma once
 
-#include "base/instant.h"
+#include "base/time/instant.h"
 #include "feeds/source_feeds.h"
 
 #include <filesystem>

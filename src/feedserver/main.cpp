@@ -1,7 +1,7 @@
 // nimbara-feed-server ADDRESS PORT USGS CELESTRAK USER-AGENT FOLDER: the feed server as a process, which
 // `nimbara feed-server` becomes. Prints its address and serves until it is told to end.
 
-#include "base/number.h"
+#include "base/text/number.h"
 #include "feedserver/feed_http_server.h"
 #include "platform/linux/http/curl_http_client.h"
 

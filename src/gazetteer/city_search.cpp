@@ -2,8 +2,8 @@
 // line break, each word with a blank: "\n berlin\n new york city\n". One run over this text finds the
 // beginnings of words in the order in which the cities are wanted.
 
-#include "base/search_text.h"
-#include "base/text.h"
+#include "base/text/search_text.h"
+#include "base/text/text.h"
 #include "gazetteer/gazetteer.h"
 #include "gazetteer/tables.h"
 

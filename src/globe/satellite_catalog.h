@@ -3,7 +3,7 @@
 #pragma once
 
 #include "base/enum_names.h"
-#include "globe/sat_rec.h"
+#include "globe/propagation/sat_rec.h"
 
 #include <array>
 #include <span>

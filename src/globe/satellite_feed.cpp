@@ -1,6 +1,6 @@
 #include "globe/satellite_feed.h"
 
-#include "base/file.h"
+#include "base/files/file.h"
 
 namespace nimbara {
 

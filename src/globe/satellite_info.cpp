@@ -1,6 +1,6 @@
 #include "globe/satellite_info.h"
 
-#include "globe/sgp4_batch.h"
+#include "globe/propagation/sgp4_batch.h"
 
 #include <cmath>
 

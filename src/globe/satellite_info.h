@@ -1,7 +1,7 @@
 // What is told of one satellite: the card, and its way over one period. Pure functions.
 #pragma once
 
-#include "base/json.h"
+#include "base/json/json.h"
 #include "globe/earth_frame.h"
 #include "globe/satellite_catalog.h"
 

@@ -3,10 +3,10 @@
 // owner's; the propagation runs on the layer's own queue and hands its result over by one swap.
 #pragma once
 
-#include "globe/propagation_queue.h"
+#include "globe/propagation/propagation_queue.h"
+#include "globe/propagation/sgp4_batch.h"
 #include "globe/satellite_feed.h"
 #include "globe/satellite_info.h"
-#include "globe/sgp4_batch.h"
 
 #include <atomic>
 #include <functional>

@@ -1,7 +1,7 @@
 #include "globe/satellite_passes.h"
 
 #include "base/sun_moon.h"
-#include "globe/sgp4_batch.h"
+#include "globe/propagation/sgp4_batch.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 // When a satellite passes over a place: pure functions over a record, a place and a span of time.
 #pragma once
 
-#include "base/json.h"
+#include "base/json/json.h"
 #include "globe/earth_frame.h"
 
 #include <optional>

@@ -1,8 +1,8 @@
 #include "globe/tle.h"
 
-#include "base/clean_text.h"
-#include "base/number.h"
-#include "base/text.h"
+#include "base/text/clean_text.h"
+#include "base/text/number.h"
+#include "base/text/text.h"
 
 #include <cmath>
 #include <numbers>

@@ -2,8 +2,8 @@
 // reader takes any bytes; it drops what is no sound record, says why, and goes on with the next one.
 #pragma once
 
-#include "base/instant.h"
 #include "base/result.h"
+#include "base/time/instant.h"
 
 #include <string>
 #include <string_view>

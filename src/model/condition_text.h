@@ -1,7 +1,7 @@
 // The words for a sky, the same on every page, line and notification.
 #pragma once
 
-#include "base/texts.h"
+#include "base/words/texts.h"
 #include "model/weather_condition.h"
 
 #include <string>

@@ -2,7 +2,7 @@
 // each setting of units and language, since its texts depend on them.
 #pragma once
 
-#include "base/json.h"
+#include "base/json/json.h"
 #include "model/weather_alert.h"
 
 #include <vector>

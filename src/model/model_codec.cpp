@@ -1,4 +1,4 @@
-#include "base/json_codec.h"
+#include "base/json/json_codec.h"
 #include "model/forecast_insight.h"
 #include "model/weather_alert.h"
 #include "model/weather_cache.h"

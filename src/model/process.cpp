@@ -1,7 +1,7 @@
 #include "model/process.h"
 
-#include "base/number.h"
-#include "base/text.h"
+#include "base/text/number.h"
+#include "base/text/text.h"
 
 #include <algorithm>
 

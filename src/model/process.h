@@ -2,8 +2,8 @@
 // (what is no number becomes 0), codes become conditions, local clock hours become moments.
 #pragma once
 
-#include "base/calendar.h"
-#include "base/instant.h"
+#include "base/time/calendar.h"
+#include "base/time/instant.h"
 #include "model/weather_data.h"
 #include "model/wttr_response.h"
 

@@ -2,8 +2,8 @@
 // advisories.
 #pragma once
 
-#include "base/instant.h"
-#include "base/json.h"
+#include "base/json/json.h"
+#include "base/time/instant.h"
 #include "base/uuid.h"
 
 #include <algorithm>

@@ -1,9 +1,9 @@
 #include "model/weather_cache.h"
 
-#include "base/file.h"
-#include "base/number.h"
+#include "base/files/file.h"
 #include "base/sha256.h"
-#include "base/text.h"
+#include "base/text/number.h"
+#include "base/text/text.h"
 
 namespace nimbara {
 

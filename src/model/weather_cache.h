@@ -5,7 +5,7 @@
 #pragma once
 
 #include "base/geodesy.h"
-#include "base/instant.h"
+#include "base/time/instant.h"
 #include "model/forecast_insight.h"
 #include "model/provider_option.h"
 #include "model/weather_data.h"

@@ -1,6 +1,6 @@
 #include "model/weather_condition.h"
 
-#include "base/number.h"
+#include "base/text/number.h"
 
 #include <algorithm>
 #include <array>

@@ -2,8 +2,8 @@
 // metric; moments are absolute. Its JSON keys are a file format.
 #pragma once
 
-#include "base/instant.h"
-#include "base/json.h"
+#include "base/json/json.h"
+#include "base/time/instant.h"
 #include "base/uuid.h"
 #include "model/weather_condition.h"
 #include "model/wttr_response.h"

@@ -3,7 +3,7 @@
 // JSON keys are a file format. `process` turns it into `WeatherData`.
 #pragma once
 
-#include "base/json.h"
+#include "base/json/json.h"
 
 #include <optional>
 #include <string>

@@ -1,10 +1,10 @@
 #include "notifications/catalogue.h"
 
-#include "notifications/daily_rules.h"
-#include "notifications/hazard_rules.h"
-#include "notifications/rule_constants.h"
-#include "notifications/sky_rules.h"
-#include "notifications/weather_rules.h"
+#include "notifications/rules/daily_rules.h"
+#include "notifications/rules/hazard_rules.h"
+#include "notifications/rules/rule_constants.h"
+#include "notifications/rules/weather_rules.h"
+#include "notifications/sky/sky_rules.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // The catalogue of the built-in notification rules: one row a rule. Nothing else knows which rules there are.
 #pragma once
 
-#include "notifications/rule.h"
+#include "notifications/rules/rule.h"
 
 #include <span>
 #include <string_view>

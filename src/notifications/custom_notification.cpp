@@ -1,6 +1,6 @@
 #include "notifications/custom_notification.h"
 
-#include "base/json_codec.h"
+#include "base/json/json_codec.h"
 
 #include <algorithm>
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "base/enum_names.h"
-#include "base/json.h"
+#include "base/json/json.h"
 #include "base/result.h"
 #include "base/uuid.h"
 

@@ -2,7 +2,7 @@
 // read it.
 #pragma once
 
-#include "base/instant.h"
+#include "base/time/instant.h"
 
 #include <atomic>
 #include <chrono>

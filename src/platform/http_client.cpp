@@ -1,6 +1,6 @@
 #include "platform/http_client.h"
 
-#include "base/text.h"
+#include "base/text/text.h"
 
 namespace nimbara {
 

@@ -3,8 +3,8 @@
 #pragma once
 
 #include "base/geodesy.h"
-#include "base/instant.h"
 #include "base/result.h"
+#include "base/time/instant.h"
 
 #include <chrono>
 #include <cstdint>

@@ -1,6 +1,6 @@
 #include "platform/request_quota.h"
 
-#include "base/text.h"
+#include "base/text/text.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // What a service says of the number of requests that it allows. Pure.
 #pragma once
 
-#include "base/instant.h"
+#include "base/time/instant.h"
 
 #include <optional>
 #include <string_view>

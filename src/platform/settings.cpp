@@ -1,7 +1,7 @@
 #include "platform/settings.h"
 
-#include "base/number.h"
-#include "base/text.h"
+#include "base/text/number.h"
+#include "base/text/text.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,6 +1,6 @@
 #include "providers/forecast_client.h"
 
-#include "providers/service_answer.h"
+#include "providers/common/service_answer.h"
 
 namespace nimbara {
 

@@ -8,8 +8,8 @@
 #include "model/wttr_response.h"
 #include "platform/clock.h"
 #include "platform/http_client.h"
-#include "providers/api_error.h"
-#include "providers/service_address.h"
+#include "providers/common/api_error.h"
+#include "providers/common/service_address.h"
 
 #include <mutex>
 #include <stop_token>

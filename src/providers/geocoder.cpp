@@ -1,8 +1,8 @@
 #include "providers/geocoder.h"
 
-#include "base/json_codec.h"
-#include "base/text.h"
-#include "providers/service_answer.h"
+#include "base/json/json_codec.h"
+#include "base/text/text.h"
+#include "providers/common/service_answer.h"
 
 namespace nimbara {
 

@@ -4,8 +4,8 @@
 #include "base/geodesy.h"
 #include "base/result.h"
 #include "platform/http_client.h"
-#include "providers/api_error.h"
-#include "providers/service_address.h"
+#include "providers/common/api_error.h"
+#include "providers/common/service_address.h"
 
 #include <stop_token>
 #include <string>

@@ -1,7 +1,7 @@
 #include "providers/kept_answers.h"
 
-#include "base/file.h"
-#include "base/json_codec.h"
+#include "base/files/file.h"
+#include "base/json/json_codec.h"
 #include "base/sha256.h"
 
 #include <algorithm>

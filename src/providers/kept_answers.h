@@ -3,9 +3,9 @@
 // as absent. Owned by one client, which calls it in its own turn.
 #pragma once
 
-#include "base/instant.h"
-#include "base/json.h"
+#include "base/json/json.h"
 #include "base/result.h"
+#include "base/time/instant.h"
 
 #include <filesystem>
 #include <map>

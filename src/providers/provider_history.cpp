@@ -1,8 +1,8 @@
 #include "providers/provider_history.h"
 
-#include "base/file.h"
-#include "base/file_lock.h"
-#include "base/json_codec.h"
+#include "base/files/file.h"
+#include "base/files/file_lock.h"
+#include "base/json/json_codec.h"
 
 #include <algorithm>
 #include <utility>

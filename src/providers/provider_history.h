@@ -3,8 +3,8 @@
 // memory lasts as long as the process.
 #pragma once
 
-#include "base/instant.h"
-#include "base/json.h"
+#include "base/json/json.h"
+#include "base/time/instant.h"
 #include "model/provider_option.h"
 
 #include <filesystem>

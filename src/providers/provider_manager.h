@@ -7,8 +7,8 @@
 #include "model/provider_option.h"
 #include "model/wttr_response.h"
 #include "platform/clock.h"
-#include "providers/api_error.h"
-#include "providers/hard_timeout.h"
+#include "providers/common/api_error.h"
+#include "providers/common/hard_timeout.h"
 #include "providers/provider_history.h"
 
 #include <array>

@@ -1,6 +1,6 @@
 #include "providers/time_zone_lookup.h"
 
-#include "base/number.h"
+#include "base/text/number.h"
 
 namespace nimbara {
 

@@ -2,8 +2,8 @@
 // lookup in.
 #pragma once
 
-#include "base/calendar.h"
 #include "base/geodesy.h"
+#include "base/time/calendar.h"
 
 #include <functional>
 #include <optional>

@@ -1,6 +1,6 @@
 #include "regions/country_code.h"
 
-#include "base/text.h"
+#include "base/text/text.h"
 
 namespace nimbara {
 

@@ -1,4 +1,4 @@
-#include "base/text.h"
+#include "base/text/text.h"
 #include "regions/country_code.h"
 #include "regions/region_outline.h"
 

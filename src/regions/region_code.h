@@ -2,7 +2,7 @@
 // these terms. Plain values.
 #pragma once
 
-#include "base/json.h"
+#include "base/json/json.h"
 
 #include <memory>
 #include <string>

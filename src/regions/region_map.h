@@ -3,7 +3,7 @@
 // A look-up takes nothing from the heap. Any thread may ask.
 #pragma once
 
-#include "base/mapped_file.h"
+#include "base/files/mapped_file.h"
 #include "regions/region_outline.h"
 
 #include <array>

@@ -1,4 +1,4 @@
-#include "base/search_text.h"
+#include "base/text/search_text.h"
 #include "regions/region_map.h"
 #include "regions/region_map_layout.h"
 

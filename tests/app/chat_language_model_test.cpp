@@ -1,4 +1,4 @@
-#include "app/chat_language_model.h"
+#include "app/services/chat_language_model.h"
 
 #include "support/fake_http_client.h"
 

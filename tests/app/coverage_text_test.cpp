@@ -1,4 +1,4 @@
-#include "app/coverage_text.h"
+#include "app/words/coverage_text.h"
 
 #include "support/instants.h"
 

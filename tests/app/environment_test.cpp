@@ -1,4 +1,4 @@
-#include "app/environment.h"
+#include "app/settings/environment.h"
 
 #include "support/child_process.h"
 

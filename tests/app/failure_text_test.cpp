@@ -1,4 +1,4 @@
-#include "app/failure_text.h"
+#include "app/words/failure_text.h"
 
 #include <gtest/gtest.h>
 

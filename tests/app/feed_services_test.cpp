@@ -1,4 +1,4 @@
-#include "app/feed_services.h"
+#include "app/services/feed_services.h"
 
 #include "support/fake_http_client.h"
 #include "support/instants.h"

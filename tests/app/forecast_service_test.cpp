@@ -1,4 +1,4 @@
-#include "app/forecast_service.h"
+#include "app/services/forecast_service.h"
 
 #include "support/interchange_answer.h"
 #include "support/manual_clock.h"

@@ -1,4 +1,4 @@
-#include "app/http_recording.h"
+#include "app/recording/http_recording.h"
 
 #include "support/manual_clock.h"
 #include "support/recording.h"

@@ -1,6 +1,6 @@
-#include "app/limited_http_client.h"
+#include "app/services/limited_http_client.h"
 
-#include "app/side_by_side.h"
+#include "app/services/side_by_side.h"
 #include "support/fake_http_client.h"
 #include "support/manual_clock.h"
 

@@ -1,4 +1,4 @@
-#include "app/location_follower.h"
+#include "app/engine/location_follower.h"
 
 #include "support/instants.h"
 

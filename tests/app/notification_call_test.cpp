@@ -1,4 +1,4 @@
-#include "app/notification_call.h"
+#include "app/notices/notification_call.h"
 
 #include "notifications/catalogue.h"
 

@@ -1,8 +1,8 @@
-#include "app/notification_desk.h"
+#include "app/notices/notification_desk.h"
 
-#include "app/late_notification_center.h"
-#include "app/settings_registry.h"
-#include "notifications/notification_log.h"
+#include "app/notices/late_notification_center.h"
+#include "app/settings/settings_registry.h"
+#include "notifications/log/notification_log.h"
 #include "platform/linux/sqlite_settings_store.h"
 #include "support/fake_http_client.h"
 #include "support/fake_notification_center.h"

@@ -1,8 +1,8 @@
-#include "app/places.h"
+#include "app/places/places.h"
 
-#include "app/place_resolver.h"
-#include "app/place_search.h"
-#include "app/settings_registry.h"
+#include "app/places/place_resolver.h"
+#include "app/places/place_search.h"
+#include "app/settings/settings_registry.h"
 #include "support/fake_http_client.h"
 #include "support/instants.h"
 #include "support/memory_settings_store.h"

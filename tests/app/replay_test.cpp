@@ -1,7 +1,7 @@
-#include "app/replay.h"
+#include "app/recording/replay.h"
 
-#include "app/feed_services.h"
-#include "app/settings_registry.h"
+#include "app/services/feed_services.h"
+#include "app/settings/settings_registry.h"
 #include "platform/scratch_settings_store.h"
 #include "support/forecasts.h"
 #include "support/paths.h"

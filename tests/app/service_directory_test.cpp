@@ -1,6 +1,6 @@
-#include "app/service_directory.h"
+#include "app/settings/service_directory.h"
 
-#include "base/text.h"
+#include "base/text/text.h"
 #include "support/paths.h"
 
 #include <gmock/gmock.h>

@@ -1,8 +1,8 @@
-#include "app/settings_registry.h"
+#include "app/settings/settings_registry.h"
 
-#include "app/configuration.h"
-#include "app/unit_settings.h"
-#include "base/texts.h"
+#include "app/settings/configuration.h"
+#include "app/settings/unit_settings.h"
+#include "base/words/texts.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "app/stand_in_store.h"
+#include "app/services/stand_in_store.h"
 
-#include "app/settings_registry.h"
+#include "app/settings/settings_registry.h"
 #include "support/memory_settings_store.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "app/watch_install.h"
+#include "app/settings/watch_install.h"
 
 #include "support/temporary_folder.h"
 

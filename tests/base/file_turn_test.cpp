@@ -1,4 +1,4 @@
-#include "base/file_turn.h"
+#include "base/files/file_turn.h"
 
 #include "support/temporary_folder.h"
 

@@ -1,6 +1,6 @@
 #include "base/apparent_temperature.h"
 #include "base/base64.h"
-#include "base/http_date.h"
+#include "base/time/http_date.h"
 #include "support/instants.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "base/number.h"
+#include "base/text/number.h"
 
 #include <gtest/gtest.h>
 

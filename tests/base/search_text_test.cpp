@@ -1,6 +1,6 @@
-#include "base/search_text.h"
+#include "base/text/search_text.h"
 
-#include "base/country_names.h"
+#include "base/words/country_names.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
-#include "base/texts.h"
+#include "base/words/texts.h"
 
-#include "base/display_text.h"
-#include "base/text.h"
+#include "base/text/display_text.h"
+#include "base/text/text.h"
 #include "base/units.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
-#include "base/calendar.h"
-#include "base/hour_clock.h"
-#include "base/instant.h"
-#include "base/time_words.h"
+#include "base/time/calendar.h"
+#include "base/time/hour_clock.h"
+#include "base/time/instant.h"
+#include "base/words/time_words.h"
 #include "support/instants.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
-#include "base/calendar.h"
-#include "base/file.h"
-#include "base/zone_database.h"
-#include "base/zone_rules.h"
+#include "base/files/file.h"
+#include "base/time/calendar.h"
+#include "base/time/zone_database.h"
+#include "base/time/zone_rules.h"
 #include "support/instants.h"
 #include "support/temporary_folder.h"
 

@@ -1,9 +1,9 @@
 #include "cli/cli.h"
 
-#include "base/display_text.h"
-#include "base/json.h"
-#include "base/text.h"
-#include "cli/forecast_report.h"
+#include "base/json/json.h"
+#include "base/text/display_text.h"
+#include "base/text/text.h"
+#include "cli/pages/forecast_report.h"
 #include "demo/demo_server.h"
 #include "model/process.h"
 #include "support/instants.h"

@@ -1,4 +1,4 @@
-#include "base/json.h"
+#include "base/json/json.h"
 #include "support/demo_session.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "base/text.h"
+#include "base/text/text.h"
 #include "cli/cli.h"
 #include "demo/demo_server.h"
 #include "support/fake_location_source.h"

@@ -1,6 +1,6 @@
 // What only the program as a process shows: how it prints, and how it ends.
 
-#include "base/file.h"
+#include "base/files/file.h"
 #include "cli/cli.h"
 #include "platform/linux/child_process.h"
 #include "support/paths.h"

@@ -1,4 +1,4 @@
-#include "cli/region_table.h"
+#include "cli/pages/region_table.h"
 
 #include "support/paths.h"
 #include "support/samples.h"

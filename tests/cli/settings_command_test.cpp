@@ -1,4 +1,4 @@
-#include "base/text.h"
+#include "base/text/text.h"
 #include "cli/cli.h"
 #include "demo/demo_server.h"
 #include "platform/linux/sqlite_settings_store.h"

@@ -1,5 +1,5 @@
 #include "cli/cli.h"
-#include "cli/line_text.h"
+#include "cli/pages/line_text.h"
 #include "demo/demo_server.h"
 #include "support/demo_session.h"
 #include "support/forecasts.h"

@@ -1,9 +1,9 @@
 #include "demo/demo_server.h"
 
 #include "platform/linux/http/curl_http_client.h"
-#include "providers/open_meteo_client.h"
-#include "providers/open_meteo_request.h"
-#include "providers/wttr_client.h"
+#include "providers/openmeteo/open_meteo_client.h"
+#include "providers/openmeteo/open_meteo_request.h"
+#include "providers/wttr/wttr_client.h"
 #include "support/instants.h"
 
 #include <gtest/gtest.h>

@@ -1,11 +1,11 @@
 #include "base/sun_moon.h"
-#include "demo/demo_places.h"
-#include "demo/demo_weather.h"
-#include "demo/open_meteo_stand_in.h"
+#include "demo/forecasts/open_meteo_stand_in.h"
+#include "demo/world/demo_places.h"
+#include "demo/world/demo_weather.h"
 #include "model/process.h"
-#include "providers/open_meteo_client.h"
-#include "providers/open_meteo_request.h"
-#include "providers/service_answer.h"
+#include "providers/common/service_answer.h"
+#include "providers/openmeteo/open_meteo_client.h"
+#include "providers/openmeteo/open_meteo_request.h"
 #include "support/instants.h"
 
 #include <gtest/gtest.h>

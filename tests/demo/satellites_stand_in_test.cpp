@@ -1,7 +1,7 @@
-#include "demo/satellites_stand_in.h"
+#include "demo/feeds/satellites_stand_in.h"
 
-#include "demo/feed_server_stand_in.h"
-#include "feeds/element_text.h"
+#include "demo/feeds/feed_server_stand_in.h"
+#include "feeds/space/element_text.h"
 #include "globe/satellite_catalog.h"
 #include "support/instants.h"
 

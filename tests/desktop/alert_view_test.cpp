@@ -1,4 +1,4 @@
-#include "desktop/views/alert_view.h"
+#include "desktop/views/hazards/alert_view.h"
 
 #include "hazard_states.h"
 

@@ -1,4 +1,4 @@
-#include "app/settings_registry.h"
+#include "app/settings/settings_registry.h"
 #include "desktop/core/snapshot_box.h"
 #include "states.h"
 #include "support/manual_runner.h"

@@ -1,6 +1,6 @@
 #include "desktop/core/desktop_hazards.h"
 
-#include "app/settings_registry.h"
+#include "app/settings/settings_registry.h"
 #include "platform/scratch_settings_store.h"
 #include "support/fake_http_client.h"
 #include "support/instants.h"

@@ -1,4 +1,4 @@
-#include "desktop/window/desktop_model.h"
+#include "desktop/window/models/desktop_model.h"
 
 #include "desktop/core/desktop_options.h"
 #include "desktop/views/now_view.h"

@@ -1,7 +1,7 @@
 #include "desktop/window/desktop_shell.h"
 
 #include "desktop/window/desktop_window.h"
-#include "desktop/window/tray_pictures.h"
+#include "desktop/window/painting/tray_pictures.h"
 #include "offscreen.h"
 #include "states.h"
 

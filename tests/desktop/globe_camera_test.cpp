@@ -1,4 +1,4 @@
-#include "desktop/views/globe_camera.h"
+#include "desktop/views/globe/globe_camera.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "desktop/window/desktop_window.h"
-#include "desktop/window/flat_globe.h"
 #include "desktop/window/globe_texture.h"
+#include "desktop/window/painting/flat_globe.h"
 #include "globe_states.h"
 #include "offscreen.h"
 

@@ -1,4 +1,4 @@
-#include "desktop/views/globe_view.h"
+#include "desktop/views/globe/globe_view.h"
 
 #include "desktop/core/desktop_globe.h"
 #include "globe_states.h"

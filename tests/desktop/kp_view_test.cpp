@@ -1,4 +1,4 @@
-#include "desktop/views/kp_view.h"
+#include "desktop/views/hazards/kp_view.h"
 
 #include "hazard_states.h"
 

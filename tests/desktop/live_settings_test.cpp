@@ -1,6 +1,6 @@
-#include "app/settings_registry.h"
+#include "app/settings/settings_registry.h"
 #include "desktop/core/desktop_core.h"
-#include "notifications/notification_state.h"
+#include "notifications/engine/notification_state.h"
 #include "support/instants.h"
 #include "support/paths.h"
 #include "support/temporary_folder.h"

@@ -1,7 +1,7 @@
 // States of notifications in tests: what the page may have to show.
 #pragma once
 
-#include "desktop/views/notifications_state.h"
+#include "desktop/views/notices/notifications_state.h"
 #include "states.h"
 
 namespace nimbara::test {

@@ -1,8 +1,8 @@
-#include "desktop/views/kind_titles.h"
-#include "desktop/views/notification_rows.h"
-#include "desktop/views/rules_view.h"
-#include "feeds/gov_alerts.h"
-#include "feeds/meteo_alarm_type.h"
+#include "desktop/views/notices/kind_titles.h"
+#include "desktop/views/notices/notification_rows.h"
+#include "desktop/views/notices/rules_view.h"
+#include "feeds/alerts/gov_alerts.h"
+#include "feeds/meteoalarm/meteo_alarm_type.h"
 #include "notifications/catalogue.h"
 #include "notifications_states.h"
 

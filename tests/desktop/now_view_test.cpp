@@ -1,6 +1,6 @@
 #include "desktop/views/now_view.h"
 
-#include "desktop/views/sky_colours.h"
+#include "desktop/views/sky/sky_colours.h"
 #include "states.h"
 
 #include <gmock/gmock.h>

@@ -1,7 +1,7 @@
 // The window's toolkit in tests: without screen and GPU, with what it complains of kept for the test to see.
 #pragma once
 
-#include "desktop/window/line_signs.h"
+#include "desktop/window/painting/line_signs.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "base/number.h"
+#include "base/text/number.h"
 #include "desktop/window/desktop_window.h"
 #include "offscreen.h"
 #include "page_checks.h"

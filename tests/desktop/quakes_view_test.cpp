@@ -1,6 +1,6 @@
-#include "desktop/views/quakes_view.h"
+#include "desktop/views/hazards/quakes_view.h"
 
-#include "desktop/views/world_map.h"
+#include "desktop/views/globe/world_map.h"
 #include "hazard_states.h"
 
 #include <gmock/gmock.h>

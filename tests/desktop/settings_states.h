@@ -1,7 +1,7 @@
 // Settings of tests as the page may have to show them.
 #pragma once
 
-#include "app/settings_registry.h"
+#include "app/settings/settings_registry.h"
 #include "desktop/views/settings_view.h"
 #include "states.h"
 

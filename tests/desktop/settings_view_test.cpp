@@ -1,8 +1,8 @@
 #include "desktop/views/settings_view.h"
 
-#include "app/unit_settings.h"
+#include "app/settings/unit_settings.h"
 #include "desktop/views/credits.h"
-#include "notifications/rule_settings.h"
+#include "notifications/rules/rule_settings.h"
 #include "settings_states.h"
 
 #include <gmock/gmock.h>

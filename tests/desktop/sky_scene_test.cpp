@@ -1,6 +1,6 @@
-#include "desktop/views/sky_scene.h"
+#include "desktop/views/sky/sky_scene.h"
 
-#include "desktop/window/sky_scenery.h"
+#include "desktop/window/painting/sky_scenery.h"
 #include "offscreen.h"
 #include "states.h"
 

@@ -1,4 +1,4 @@
-#include "feeds/air_quality_service.h"
+#include "feeds/air/air_quality_service.h"
 #include "support/bad_bytes.h"
 #include "support/feed_readings.h"
 #include "support/instants.h"

@@ -1,4 +1,4 @@
-#include "feeds/alert_text.h"
+#include "feeds/alerts/alert_text.h"
 
 #include <gtest/gtest.h>
 

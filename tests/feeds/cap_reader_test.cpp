@@ -1,4 +1,4 @@
-#include "feeds/cap_reader.h"
+#include "feeds/cap/cap_reader.h"
 
 #include "support/cap_message.h"
 #include "support/instants.h"

@@ -1,4 +1,4 @@
-#include "feeds/cap_store.h"
+#include "feeds/cap/cap_store.h"
 
 #include "support/cap_message.h"
 #include "support/fake_http_client.h"

@@ -1,4 +1,4 @@
-#include "feeds/coverage.h"
+#include "feeds/alerts/coverage.h"
 
 #include "support/instants.h"
 

@@ -1,4 +1,4 @@
-#include "feeds/earthquake_service.h"
+#include "feeds/quakes/earthquake_service.h"
 #include "support/bad_bytes.h"
 #include "support/fake_http_client.h"
 #include "support/instants.h"

@@ -1,6 +1,6 @@
-#include "feeds/element_text.h"
+#include "feeds/space/element_text.h"
 
-#include "feeds/feed_key.h"
+#include "feeds/fetching/feed_key.h"
 #include "support/bad_bytes.h"
 #include "support/element_table.h"
 

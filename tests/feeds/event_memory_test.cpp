@@ -1,4 +1,4 @@
-#include "feeds/event_memory.h"
+#include "feeds/alerts/event_memory.h"
 
 #include "support/instants.h"
 #include "support/temporary_folder.h"

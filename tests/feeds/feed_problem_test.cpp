@@ -1,4 +1,4 @@
-#include "feeds/feed_problem.h"
+#include "feeds/fetching/feed_problem.h"
 
 #include <gtest/gtest.h>
 

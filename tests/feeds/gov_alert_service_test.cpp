@@ -1,4 +1,4 @@
-#include "feeds/gov_alert_service.h"
+#include "feeds/alerts/gov_alert_service.h"
 
 #include "support/fake_http_client.h"
 #include "support/instants.h"

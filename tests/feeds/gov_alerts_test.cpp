@@ -1,4 +1,4 @@
-#include "feeds/gov_alerts.h"
+#include "feeds/alerts/gov_alerts.h"
 
 #include "support/instants.h"
 #include "support/samples.h"

@@ -1,6 +1,6 @@
-#include "feeds/known_areas.h"
+#include "feeds/meteoalarm/known_areas.h"
 
-#include "feeds/regions.h"
+#include "feeds/regions/regions.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "feeds/lightning_source.h"
+#include "feeds/storms/lightning_source.h"
 #include "support/bad_bytes.h"
 #include "support/feed_readings.h"
 #include "support/instants.h"

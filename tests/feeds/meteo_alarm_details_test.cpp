@@ -1,6 +1,6 @@
-#include "feeds/meteo_alarm_details.h"
+#include "feeds/meteoalarm/meteo_alarm_details.h"
 
-#include "feeds/cap_reader.h"
+#include "feeds/cap/cap_reader.h"
 #include "support/cap_message.h"
 #include "support/instants.h"
 #include "support/samples.h"

@@ -1,4 +1,4 @@
-#include "feeds/meteo_alarm_merge.h"
+#include "feeds/meteoalarm/meteo_alarm_merge.h"
 
 #include "support/instants.h"
 

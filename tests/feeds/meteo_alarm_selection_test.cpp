@@ -1,6 +1,6 @@
-#include "feeds/meteo_alarm_selection.h"
+#include "feeds/meteoalarm/meteo_alarm_selection.h"
 
-#include "feeds/meteo_alarm_countries.h"
+#include "feeds/regions/meteo_alarm_countries.h"
 #include "support/instants.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "feeds/meteo_alarm_service.h"
+#include "feeds/meteoalarm/meteo_alarm_service.h"
 
 #include "support/atom_feed.h"
 #include "support/cap_message.h"

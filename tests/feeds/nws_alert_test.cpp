@@ -1,5 +1,5 @@
-#include "feeds/nws_alert_service.h"
-#include "feeds/nws_territory.h"
+#include "feeds/nws/nws_alert_service.h"
+#include "feeds/nws/nws_territory.h"
 #include "support/bad_bytes.h"
 #include "support/fake_http_client.h"
 #include "support/instants.h"

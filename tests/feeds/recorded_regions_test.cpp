@@ -1,7 +1,7 @@
 // Recorded feeds and the towns of the regions that they warn of.
 
-#include "feeds/meteo_alarm_selection.h"
-#include "feeds/regions.h"
+#include "feeds/meteoalarm/meteo_alarm_selection.h"
+#include "feeds/regions/regions.h"
 #include "gazetteer/gazetteer.h"
 #include "support/samples.h"
 

@@ -1,6 +1,6 @@
-#include "feeds/region_renewal.h"
+#include "feeds/regions/region_renewal.h"
 
-#include "feeds/regions.h"
+#include "feeds/regions/regions.h"
 #include "support/fake_http_client.h"
 #include "support/instants.h"
 #include "support/manual_clock.h"

@@ -1,5 +1,5 @@
-#include "feeds/meteo_alarm_selection.h"
-#include "feeds/regions.h"
+#include "feeds/meteoalarm/meteo_alarm_selection.h"
+#include "feeds/regions/regions.h"
 #include "support/outlines.h"
 
 #include <gtest/gtest.h>

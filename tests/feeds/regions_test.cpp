@@ -1,8 +1,8 @@
-#include "feeds/regions.h"
+#include "feeds/regions/regions.h"
 
-#include "feeds/area_names.h"
-#include "feeds/region_names.h"
-#include "feeds/region_update.h"
+#include "feeds/meteoalarm/area_names.h"
+#include "feeds/regions/region_names.h"
+#include "feeds/regions/region_update.h"
 #include "gazetteer/gazetteer.h"
 #include "support/bad_bytes.h"
 #include "support/fake_http_client.h"

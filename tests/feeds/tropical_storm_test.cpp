@@ -1,5 +1,5 @@
-#include "feeds/hurricane_places.h"
-#include "feeds/tropical_storm_service.h"
+#include "feeds/storms/hurricane_places.h"
+#include "feeds/storms/tropical_storm_service.h"
 #include "gazetteer/gazetteer.h"
 #include "support/bad_bytes.h"
 #include "support/feed_readings.h"

@@ -1,4 +1,4 @@
-#include "feeds/us_waters.h"
+#include "feeds/alerts/us_waters.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "feeds/watched_feed.h"
+#include "feeds/fetching/watched_feed.h"
 
 #include "support/feed_readings.h"
 #include "support/instants.h"

@@ -1,4 +1,4 @@
-#include "feeds/wildfire_service.h"
+#include "feeds/fires/wildfire_service.h"
 #include "support/bad_bytes.h"
 #include "support/feed_readings.h"
 #include "support/instants.h"

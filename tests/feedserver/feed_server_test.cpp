@@ -1,5 +1,5 @@
-#include "base/http_date.h"
-#include "feeds/element_text.h"
+#include "base/time/http_date.h"
+#include "feeds/space/element_text.h"
 #include "feedserver/feed_answer.h"
 #include "feedserver/feed_http_server.h"
 #include "platform/linux/http/curl_http_client.h"

@@ -1,4 +1,4 @@
-#include "base/calendar.h"
+#include "base/time/calendar.h"
 #include "gazetteer/gazetteer.h"
 
 #include <gmock/gmock.h>

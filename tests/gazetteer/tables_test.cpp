@@ -1,6 +1,6 @@
 #include "gazetteer/tables.h"
 
-#include "base/calendar.h"
+#include "base/time/calendar.h"
 #include "gazetteer/country_outlines.h"
 #include "gazetteer/zone_map.h"
 

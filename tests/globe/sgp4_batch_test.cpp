@@ -1,6 +1,6 @@
 // Every kernel that the machine can run against the reference path.
 
-#include "globe/sgp4_batch.h"
+#include "globe/propagation/sgp4_batch.h"
 
 #include "globe/earth_frame.h"
 #include "support/made_satellites.h"

@@ -1,6 +1,6 @@
 // The reference path against the published verification set, when the samples are there.
 
-#include "globe/sat_rec.h"
+#include "globe/propagation/sat_rec.h"
 #include "support/samples.h"
 
 #include <gtest/gtest.h>

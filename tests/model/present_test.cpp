@@ -1,7 +1,7 @@
 #include "model/present.h"
 
-#include "base/calendar.h"
 #include "base/geodesy.h"
+#include "base/time/calendar.h"
 #include "model/condition_text.h"
 #include "support/forecasts.h"
 

@@ -1,4 +1,4 @@
-#include "base/json.h"
+#include "base/json/json.h"
 #include "model/weather_alert.h"
 #include "model/weather_data.h"
 #include "model/wttr_response.h"

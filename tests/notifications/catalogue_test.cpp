@@ -1,6 +1,6 @@
 #include "notifications/catalogue.h"
 
-#include "base/file.h"
+#include "base/files/file.h"
 #include "support/paths.h"
 #include "support/rules.h"
 

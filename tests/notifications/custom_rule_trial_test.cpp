@@ -1,4 +1,4 @@
-#include "notifications/custom_rule_trial.h"
+#include "notifications/custom/custom_rule_trial.h"
 
 #include "support/rules.h"
 

@@ -1,4 +1,4 @@
-#include "notifications/daily_rules.h"
+#include "notifications/rules/daily_rules.h"
 
 #include "support/rules.h"
 

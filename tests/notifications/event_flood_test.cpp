@@ -1,5 +1,5 @@
-#include "notifications/event_bound.h"
-#include "notifications/notification_log.h"
+#include "notifications/engine/event_bound.h"
+#include "notifications/log/notification_log.h"
 #include "support/notification_engine.h"
 
 #include <gmock/gmock.h>

@@ -1,7 +1,7 @@
-#include "notifications/generated_summary.h"
+#include "notifications/rules/generated_summary.h"
 
-#include "notifications/engine_state.h"
-#include "notifications/notification_manager.h"
+#include "notifications/engine/engine_state.h"
+#include "notifications/engine/notification_manager.h"
 #include "support/fake_notification_center.h"
 #include "support/manual_clock.h"
 #include "support/memory_settings_store.h"

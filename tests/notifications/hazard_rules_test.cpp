@@ -1,4 +1,4 @@
-#include "notifications/hazard_rules.h"
+#include "notifications/rules/hazard_rules.h"
 
 #include "support/rules.h"
 

@@ -1,4 +1,4 @@
-#include "notifications/reason_text.h"
+#include "notifications/log/reason_text.h"
 #include "support/notification_engine.h"
 
 #include <gmock/gmock.h>

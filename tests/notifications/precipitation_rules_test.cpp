@@ -1,4 +1,4 @@
-#include "notifications/weather_rules.h"
+#include "notifications/rules/weather_rules.h"
 #include "support/rules.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,6 @@
-#include "notifications/reason_text.h"
+#include "notifications/log/reason_text.h"
 
-#include "base/file.h"
+#include "base/files/file.h"
 #include "support/paths.h"
 #include "support/rules.h"
 

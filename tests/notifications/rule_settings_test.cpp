@@ -1,4 +1,4 @@
-#include "notifications/rule_settings.h"
+#include "notifications/rules/rule_settings.h"
 
 #include "support/instants.h"
 

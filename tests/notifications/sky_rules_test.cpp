@@ -1,8 +1,8 @@
-#include "notifications/sky_rules.h"
+#include "notifications/sky/sky_rules.h"
 
 #include "base/sun_moon.h"
 #include "notifications/catalogue.h"
-#include "notifications/sky_support.h"
+#include "notifications/sky/sky_support.h"
 #include "support/instants.h"
 #include "support/rules.h"
 

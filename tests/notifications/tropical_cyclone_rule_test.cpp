@@ -1,5 +1,5 @@
-#include "notifications/hazard_rules.h"
-#include "notifications/pass_plan.h"
+#include "notifications/engine/pass_plan.h"
+#include "notifications/rules/hazard_rules.h"
 #include "support/rules.h"
 
 #include <gmock/gmock.h>

@@ -1,8 +1,8 @@
 // Rules on forecasts whose provider leaves values out: what nobody knows is neither "none" nor "calm".
-#include "notifications/custom_rule_evaluation.h"
-#include "notifications/daily_rules.h"
-#include "notifications/sky_rules.h"
-#include "notifications/weather_rules.h"
+#include "notifications/custom/custom_rule_evaluation.h"
+#include "notifications/rules/daily_rules.h"
+#include "notifications/rules/weather_rules.h"
+#include "notifications/sky/sky_rules.h"
 #include "support/rules.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "feeds/gov_alert_service.h"
+#include "feeds/alerts/gov_alert_service.h"
 #include "support/notification_engine.h"
 #include "support/temporary_folder.h"
 

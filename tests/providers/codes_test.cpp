@@ -1,8 +1,8 @@
 #include "model/weather_condition.h"
-#include "providers/api_error.h"
-#include "providers/compass.h"
-#include "providers/interchange.h"
-#include "providers/wmo_code.h"
+#include "providers/common/api_error.h"
+#include "providers/common/compass.h"
+#include "providers/common/interchange.h"
+#include "providers/common/wmo_code.h"
 #include "support/instants.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "providers/provider_manager.h"
 
-#include "providers/service_answer.h"
+#include "providers/common/service_answer.h"
 #include "support/instants.h"
 #include "support/manual_clock.h"
 #include "support/temporary_folder.h"

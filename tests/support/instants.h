@@ -1,8 +1,8 @@
 // Moments of tests, written as texts.
 #pragma once
 
-#include "base/calendar.h"
-#include "base/instant.h"
+#include "base/time/calendar.h"
+#include "base/time/instant.h"
 
 #include <stdexcept>
 #include <string>

@@ -1,7 +1,7 @@
 // Interchange records of tests: a present and a few hours around a moment, in UTC.
 #pragma once
 
-#include "providers/interchange.h"
+#include "providers/common/interchange.h"
 #include "support/instants.h"
 
 namespace nimbara::test {

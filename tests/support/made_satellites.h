@@ -2,7 +2,7 @@
 // groups that the globe shows, near earth unless deep space is asked for.
 #pragma once
 
-#include "globe/sat_rec.h"
+#include "globe/propagation/sat_rec.h"
 
 #include <cmath>
 #include <cstdint>

@@ -1,7 +1,7 @@
 // A task runner whose tasks a test runs by hand. Any thread may hand it one.
 #pragma once
 
-#include "app/task_runner.h"
+#include "app/services/task_runner.h"
 
 #include <deque>
 #include <mutex>

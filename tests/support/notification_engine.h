@@ -1,7 +1,7 @@
 // The notification engine of a test: on a store, a clock and a center of its own, and forgetful at will.
 #pragma once
 
-#include "notifications/notification_manager.h"
+#include "notifications/engine/notification_manager.h"
 #include "support/fake_notification_center.h"
 #include "support/manual_clock.h"
 #include "support/memory_settings_store.h"

@@ -2,7 +2,7 @@
 // constant values that a test replaces where it cares.
 #pragma once
 
-#include "base/instant.h"
+#include "base/time/instant.h"
 #include "support/instants.h"
 
 #include <fmt/format.h>

@@ -1,7 +1,7 @@
 // A recording of services' answers that a test makes up, in the program's own format.
 #pragma once
 
-#include "app/http_recording.h"
+#include "app/recording/http_recording.h"
 #include "support/instants.h"
 #include "support/temporary_folder.h"
 

@@ -1,7 +1,7 @@
 // Inputs of notification rules in tests: mild hours at a place, of which a test changes what it is about.
 #pragma once
 
-#include "notifications/rule.h"
+#include "notifications/rules/rule.h"
 #include "support/forecasts.h"
 
 #include <functional>

@@ -1,6 +1,6 @@
 // Makes the gazetteer's file from the data files that tools/fetch-gazetteer.sh brings. Runs while building.
 
-#include "base/search_text.h"
+#include "base/text/search_text.h"
 #include "landmarks.h"
 #include "outlines.h"
 #include "search_keys.h"

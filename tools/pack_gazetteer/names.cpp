@@ -1,8 +1,8 @@
 #include "names.h"
 
-#include "base/calendar.h"
-#include "base/country_names.h"
-#include "base/search_text.h"
+#include "base/text/search_text.h"
+#include "base/time/calendar.h"
+#include "base/words/country_names.h"
 
 #include <algorithm>
 #include <stdexcept>

@@ -1,7 +1,7 @@
 #include "search_keys.h"
 
-#include "base/search_text.h"
-#include "base/text.h"
+#include "base/text/search_text.h"
+#include "base/text/text.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // The outlines of warning regions from what is published to the text that the repository keeps, and from that
 // text to the map that the program reads in place. The second runs while building.
 
-#include "base/file.h"
+#include "base/files/file.h"
 #include "regions/region_map.h"
 
 #include <cstdio>

@@ -1,11 +1,11 @@
 #include "desktop/core/desktop_core.h"
 
-#include "app/late_notification_center.h"
-#include "app/notification_call.h"
-#include "app/place_resolver.h"
-#include "app/scheduler.h"
-#include "app/settings_registry.h"
-#include "app/silent_center.h"
+#include "app/engine/scheduler.h"
+#include "app/notices/late_notification_center.h"
+#include "app/notices/notification_call.h"
+#include "app/notices/silent_center.h"
+#include "app/places/place_resolver.h"
+#include "app/settings/settings_registry.h"
 #include "platform/linux/desktop_services.h"
 
 namespace nimbara {

@@ -3,12 +3,12 @@
 // called on threads of the core's own. Owned by the program's entry. Knows nothing of the window's toolkit.
 #pragma once
 
-#include "app/app_state.h"
-#include "app/composition.h"
-#include "app/environment.h"
-#include "app/location_follower.h"
-#include "app/place_search.h"
-#include "app/places.h"
+#include "app/engine/app_state.h"
+#include "app/engine/location_follower.h"
+#include "app/places/place_search.h"
+#include "app/places/places.h"
+#include "app/services/composition.h"
+#include "app/settings/environment.h"
 #include "desktop/core/desktop_globe.h"
 #include "desktop/core/desktop_hazards.h"
 #include "desktop/core/desktop_notifications.h"

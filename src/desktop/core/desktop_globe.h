@@ -3,9 +3,9 @@
 // DesktopCore, which outlives its tasks.
 #pragma once
 
-#include "app/task_runner.h"
-#include "desktop/views/globe_state.h"
-#include "feeds/earthquake_service.h"
+#include "app/services/task_runner.h"
+#include "desktop/views/globe/globe_state.h"
+#include "feeds/quakes/earthquake_service.h"
 #include "globe/satellite_feed.h"
 
 #include <functional>

@@ -1,6 +1,6 @@
 #include "desktop/core/desktop_hazards.h"
 
-#include "app/settings_registry.h"
+#include "app/settings/settings_registry.h"
 
 #include <utility>
 

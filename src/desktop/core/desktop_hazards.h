@@ -3,10 +3,10 @@
 // which calls it on threads of its own; decides nothing about when the feeds are due.
 #pragma once
 
-#include "app/app_state.h"
-#include "app/feed_services.h"
-#include "app/task_runner.h"
-#include "desktop/views/hazards_state.h"
+#include "app/engine/app_state.h"
+#include "app/services/feed_services.h"
+#include "app/services/task_runner.h"
+#include "desktop/views/hazards/hazards_state.h"
 #include "platform/settings_store.h"
 
 #include <atomic>

@@ -1,7 +1,7 @@
 #include "desktop/core/desktop_notifications.h"
 
-#include "base/text.h"
-#include "notifications/custom_rule_trial.h"
+#include "base/text/text.h"
+#include "notifications/custom/custom_rule_trial.h"
 
 #include <algorithm>
 

@@ -3,9 +3,9 @@
 // it works on; nothing blocks the caller. What to tell is the engine's decision.
 #pragma once
 
-#include "app/notification_desk.h"
-#include "desktop/views/notifications_state.h"
-#include "notifications/rule_settings.h"
+#include "app/notices/notification_desk.h"
+#include "desktop/views/notices/notifications_state.h"
+#include "notifications/rules/rule_settings.h"
 
 #include <functional>
 #include <memory>

@@ -1,7 +1,7 @@
 #include "desktop/core/desktop_options.h"
 
 #include "app/version.h"
-#include "base/number.h"
+#include "base/text/number.h"
 
 #include <CLI/CLI.hpp>
 

@@ -1,10 +1,10 @@
 // The desktop program's command line as values.
 #pragma once
 
-#include "app/environment.h"
+#include "app/settings/environment.h"
 #include "base/enum_names.h"
-#include "base/instant.h"
 #include "base/result.h"
+#include "base/time/instant.h"
 
 #include <optional>
 #include <string>

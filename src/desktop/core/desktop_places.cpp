@@ -1,7 +1,7 @@
 #include "desktop/core/desktop_places.h"
 
-#include "app/place_resolver.h"
-#include "base/text.h"
+#include "app/places/place_resolver.h"
+#include "base/text/text.h"
 #include "desktop/core/place_lookup.h"
 
 #include <algorithm>

@@ -2,9 +2,9 @@
 // location, and the kept forecast of each. Any thread may call it; it shows and asks for nothing by itself.
 #pragma once
 
-#include "app/forecast_service.h"
-#include "app/notification_inputs.h"
-#include "app/places.h"
+#include "app/notices/notification_inputs.h"
+#include "app/places/places.h"
+#include "app/services/forecast_service.h"
 #include "desktop/core/desktop_settings.h"
 #include "desktop/core/removed_rules.h"
 #include "desktop/views/places_view.h"

@@ -1,6 +1,6 @@
 #include "desktop/core/desktop_settings.h"
 
-#include "app/unit_settings.h"
+#include "app/settings/unit_settings.h"
 
 #include <algorithm>
 

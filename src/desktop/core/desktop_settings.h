@@ -3,8 +3,8 @@
 // caller's thread, so only the core's own threads change anything; any thread may ask for what is known.
 #pragma once
 
-#include "app/composition.h"
-#include "app/environment.h"
+#include "app/services/composition.h"
+#include "app/settings/environment.h"
 #include "desktop/views/settings_view.h"
 #include "model/provider_option.h"
 #include "platform/settings_store.h"

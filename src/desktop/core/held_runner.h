@@ -2,7 +2,7 @@
 // library, which must not take the processor from the window's first frame.
 #pragma once
 
-#include "app/task_runner.h"
+#include "app/services/task_runner.h"
 
 #include <mutex>
 #include <utility>

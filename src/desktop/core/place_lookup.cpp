@@ -1,6 +1,6 @@
 #include "desktop/core/place_lookup.h"
 
-#include "app/place_resolver.h"
+#include "app/places/place_resolver.h"
 #include "model/weather_cache.h"
 
 #include <algorithm>

@@ -2,8 +2,8 @@
 // functions of the list.
 #pragma once
 
-#include "app/place.h"
-#include "app/places.h"
+#include "app/places/place.h"
+#include "app/places/places.h"
 
 #include <optional>
 #include <string_view>

@@ -1,6 +1,6 @@
 #include "desktop/core/removed_rules.h"
 
-#include "notifications/notification_state.h"
+#include "notifications/engine/notification_state.h"
 
 namespace nimbara {
 

@@ -1,7 +1,7 @@
 #include "desktop/views/now_view.h"
 
 #include "base/sun_moon.h"
-#include "desktop/views/sky_colours.h"
+#include "desktop/views/sky/sky_colours.h"
 #include "model/present.h"
 #include "model/process.h"
 #include "model/upcoming_hours.h"

@@ -1,8 +1,8 @@
 #include "desktop/views/places_view.h"
 
-#include "app/coverage_text.h"
-#include "app/failure_text.h"
-#include "app/weather_state.h"
+#include "app/engine/weather_state.h"
+#include "app/words/coverage_text.h"
+#include "app/words/failure_text.h"
 #include "gazetteer/gazetteer.h"
 #include "model/present.h"
 

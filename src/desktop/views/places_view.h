@@ -1,9 +1,9 @@
 // Saved and found places as display values. Pure functions.
 #pragma once
 
-#include "app/place_search.h"
-#include "app/places.h"
-#include "desktop/views/hazards_state.h"
+#include "app/places/place_search.h"
+#include "app/places/places.h"
+#include "desktop/views/hazards/hazards_state.h"
 #include "desktop/views/view_context.h"
 #include "desktop/views/view_fields.h"
 

@@ -1,6 +1,6 @@
 #include "desktop/views/problem_text.h"
 
-#include "feeds/feed_problem.h"
+#include "feeds/fetching/feed_problem.h"
 
 namespace nimbara {
 

@@ -1,9 +1,9 @@
 #include "desktop/views/settings_view.h"
 
-#include "app/service_directory.h"
-#include "app/settings_registry.h"
-#include "app/unit_settings.h"
-#include "base/time_words.h"
+#include "app/settings/service_directory.h"
+#include "app/settings/settings_registry.h"
+#include "app/settings/unit_settings.h"
+#include "base/words/time_words.h"
 #include "desktop/views/problem_text.h"
 #include "providers/provider_manager.h"
 

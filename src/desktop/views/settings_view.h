@@ -2,7 +2,7 @@
 // folders, credits. Pure functions of the settings of one moment.
 #pragma once
 
-#include "app/watch_install.h"
+#include "app/settings/watch_install.h"
 #include "desktop/views/view_context.h"
 #include "desktop/views/view_fields.h"
 #include "platform/desktop_appearance.h"

@@ -2,10 +2,10 @@
 // user's units, moments and ages in the user's words. Pure; values are made where they are shown.
 #pragma once
 
-#include "base/calendar.h"
-#include "base/texts.h"
-#include "base/time_words.h"
+#include "base/time/calendar.h"
 #include "base/units.h"
+#include "base/words/texts.h"
+#include "base/words/time_words.h"
 #include "model/weather_condition.h"
 #include "model/weather_data.h"
 

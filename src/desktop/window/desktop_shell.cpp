@@ -1,6 +1,6 @@
 #include "desktop/window/desktop_shell.h"
 
-#include "desktop/window/tray_pictures.h"
+#include "desktop/window/painting/tray_pictures.h"
 #include "desktop/window/x11_activation.h"
 #include "platform/application_id.h"
 

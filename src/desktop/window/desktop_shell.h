@@ -4,7 +4,7 @@
 #pragma once
 
 #include "desktop/core/desktop_options.h"
-#include "desktop/window/desktop_model.h"
+#include "desktop/window/models/desktop_model.h"
 #include "platform/application_instance.h"
 #include "platform/tray.h"
 

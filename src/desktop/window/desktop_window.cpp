@@ -1,13 +1,13 @@
 #include "desktop/window/desktop_window.h"
 
-#include "desktop/window/condition_pictures.h"
-#include "desktop/window/flat_globe.h"
-#include "desktop/window/kp_items.h"
-#include "desktop/window/line_signs.h"
-#include "desktop/window/meteogram_item.h"
-#include "desktop/window/quake_map_item.h"
-#include "desktop/window/sky_items.h"
-#include "desktop/window/sky_scenery.h"
+#include "desktop/window/painting/condition_pictures.h"
+#include "desktop/window/painting/flat_globe.h"
+#include "desktop/window/painting/kp_items.h"
+#include "desktop/window/painting/line_signs.h"
+#include "desktop/window/painting/meteogram_item.h"
+#include "desktop/window/painting/quake_map_item.h"
+#include "desktop/window/painting/sky_items.h"
+#include "desktop/window/painting/sky_scenery.h"
 
 #include <QGuiApplication>
 #include <QImage>

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "desktop/core/desktop_options.h"
-#include "desktop/window/desktop_model.h"
+#include "desktop/window/models/desktop_model.h"
 #include "desktop/window/refused_network.h"
 
 #include <QQmlApplicationEngine>

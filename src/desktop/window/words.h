@@ -2,8 +2,8 @@
 // its text, a table for each page. Written again when the language changes.
 #pragma once
 
-#include "base/texts.h"
-#include "desktop/window/view_models.h"
+#include "base/words/texts.h"
+#include "desktop/window/models/view_models.h"
 
 #include <span>
 #include <string_view>

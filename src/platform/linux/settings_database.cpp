@@ -1,6 +1,6 @@
 #include "platform/linux/settings_database.h"
 
-#include "base/private_folders.h"
+#include "base/files/private_folders.h"
 
 #include <sqlite3.h>
 

@@ -1,6 +1,6 @@
 #include "platform/linux/dbus/notify_call.h"
 
-#include "base/clean_text.h"
+#include "base/text/clean_text.h"
 #include "platform/application_id.h"
 #include "platform/linux/sound_files.h"
 

@@ -1,6 +1,6 @@
 #include "platform/linux/dbus/service_states.h"
 
-#include "base/clean_text.h"
+#include "base/text/clean_text.h"
 #include "platform/linux/dbus/bus.h"
 
 #include <algorithm>

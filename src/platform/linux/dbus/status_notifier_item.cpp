@@ -1,6 +1,6 @@
 #include "platform/linux/dbus/status_notifier_item.h"
 
-#include "base/clean_text.h"
+#include "base/text/clean_text.h"
 #include "platform/application_id.h"
 #include "platform/linux/dbus/tray_menu.h"
 

@@ -1,6 +1,6 @@
 #include "platform/linux/http/curl_http_client.h"
 
-#include "base/text.h"
+#include "base/text/text.h"
 
 #include <curl/curl.h>
 

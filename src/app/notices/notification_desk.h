@@ -1,0 +1,77 @@
+// Everything that a long-lived program notifies with, composed once for all such programs: the engine and
+// what it looks at, the notifier that says when, and the role that only one program has at a time. Owned by
+// the program; what it is given must outlive it. Tells the desktop nothing that stand-ins of the services
+// made up unless the program's own center does.
+#pragma once
+
+#include "app/notices/notification_inputs.h"
+#include "app/notices/notifier.h"
+#include "app/notices/notifier_role.h"
+#include "app/services/stand_in_store.h"
+#include "feeds/regions/region_renewal.h"
+#include "notifications/engine/notification_state.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace nimbara {
+
+class NotificationDesk {
+ public:
+  struct Surroundings {
+    SettingsStore& store;
+    Composition& app;
+    Clock const& clock;
+    TaskRunner& runner;
+    Wording wording;
+    std::filesystem::path dataDirectory;
+    std::string program;  ///< what the others read of whoever has the role: "watch"
+    std::unique_ptr<NotificationCenter> center;
+    std::function<std::vector<WatchedPlace>()> places;  ///< the selected one first
+    // May be empty. Called without locks, on any thread.
+    std::function<void(PassReport const&)> onPass;
+    std::function<void()> onDueChange;
+    std::function<void()> onRoleChange;  ///< this program got the role, or a third one did
+    std::function<void(NotificationResponse const&)>
+        onResponse;  ///< a person answered; mutes are kept already
+    std::function<void(std::string const&)> onProblem;
+    std::function<std::chrono::milliseconds()> jitter;
+  };
+
+  explicit NotificationDesk(Surroundings surroundings);
+  ~NotificationDesk();
+  NotificationDesk(NotificationDesk const&) = delete;
+  NotificationDesk& operator=(NotificationDesk const&) = delete;
+
+  /// Takes over when the program that has the role ends.
+  void followRole();
+  NotifierRole const& role() const { return role_; }
+  /// Changes of the user's words and units, from the next pass on.
+  void setWording(Wording const& wording);
+
+  Notifier& notifier() { return notifier_; }
+  NotificationInputs& inputs() { return inputs_; }
+  NotificationManager& manager() { return manager_; }
+  NotificationCenter& center() { return *around_.center; }
+  /// Where the engine remembers.
+  SettingsStore& remembered();
+
+ private:
+  bool isStandIn() const { return !around_.app.services().standIn().empty(); }
+  NotificationInputs::Options inputOptions() const;
+  Notifier::Surroundings notifierSurroundings();
+  void answer(NotificationResponse const& response);
+  /// Between passes, which come often enough: a newer edition of warning regions is used from the next on.
+  void renewRegions();
+
+  Surroundings around_;
+  StandInStore standIn_;
+  NotificationManager manager_;
+  NotificationInputs inputs_;
+  NotifierRole role_;
+  RegionRenewal regions_;
+  Notifier notifier_;
+};
+
+}  // namespace nimbara

@@ -1,0 +1,302 @@
+#include "app/notices/notification_inputs.h"
+
+#include "analysis/alert_generator.h"
+#include "app/places/place_resolver.h"
+#include "feeds/alerts/gov_alerts.h"
+#include "feeds/fetching/feed_problem.h"
+#include "feeds/nws/nws_territory.h"
+#include "gazetteer/gazetteer.h"
+#include "model/weather_cache.h"
+#include "notifications/custom/condition_kinds.h"
+#include "notifications/custom/custom_rule_evaluation.h"
+#include "notifications/rules/rule_constants.h"
+
+#include <algorithm>
+
+namespace nimbara {
+
+namespace {
+
+constexpr std::string_view kNws = "nws";
+
+std::string warningsProblem(std::string_view source, std::string_view problem) {
+  std::string const service = source == kNws           ? "the National Weather Service"
+                              : source == "meteoalarm" ? "MeteoAlarm"
+                                                       : std::string(source);
+  return feedProblem("the warnings of " + service, problem);
+}
+
+/// The first source that failed, in words.
+std::string problemOf(GovAlerts const& alerts) {
+  for (GovSourceState const& source : alerts.sources) {
+    if (source.failedSince || !source.checkedAt) return warningsProblem(source.name, source.problem);
+  }
+  return {};
+}
+
+/// What went wrong names the feed: it is told beside the problems of others.
+template <class T>
+InputReading<T> readingOf(std::string_view feed, FeedReading<T> reading) {
+  bool const hasFailed = reading.state == FeedState::failed;
+  auto input = InputReading<T>::of(std::move(reading));
+  if (hasFailed) input.problem = feedProblem(feed, input.problem);
+  return input;
+}
+
+bool watches(CustomNotification const& rule, WatchedPlace const& watched, bool isSelected) {
+  if (!rule.isEnabled) return false;
+  return rule.locationID ? rule.locationID == watched.id : isSelected;
+}
+
+/// The row of every rule of the user's own: gates are its own, each is told once on a scheduled day.
+Rule const& customRow() {
+  static constexpr Rule kRow{.stem = "custom_",
+                             .setting = "customNotifications",
+                             .policy = RulePolicy::daily,
+                             .inputs = {},
+                             .sound = "weather_warning.caf",
+                             .evaluate = nullptr};
+  return kRow;
+}
+
+Evaluation evaluationOf(CustomNotification const& rule, RuleInputs const& inputs,
+                        CustomEvaluation const& found) {
+  if (!found.holds()) {
+    Evaluation silent;
+    silent.note = enumName(found.outcome);
+    return silent;
+  }
+  Finding finding;
+  finding.identifier = rule.identifier();
+  finding.title = rule.title;
+  finding.body = customRuleBody(rule, found, inputs);
+  finding.sound = kindOf(rule.conditionType).sound;
+  finding.kind = rule.identifier();
+  return {{std::move(finding)}, {}, {}};
+}
+
+void addCustomRules(PassInputs& pass, std::vector<WatchedPlace> const& places, RuleSettings const& settings,
+                    std::vector<CustomNotification> const& rules) {
+  for (CustomNotification const& rule : rules) {
+    for (std::size_t i = 0; i < pass.places.size(); ++i) {
+      if (!watches(rule, places[i], i == 0)) continue;
+      RuleInputs const& inputs = pass.places[i];
+      CustomEvaluation const found = evaluateCustomRule(rule, inputs, settings, true);
+      pass.foreign.push_back({&customRow(), i, evaluationOf(rule, inputs, found)});
+    }
+  }
+}
+
+void adoptWorld(RuleInputs& inputs, RuleInputs const& world) {
+  inputs.earthquakes = world.earthquakes;
+  inputs.kp = world.kp;
+  inputs.storms = world.storms;
+  inputs.advisories = world.advisories;
+}
+
+}  // namespace
+
+std::string locationTag(Place const& place) {
+  return cacheKey(place.coordinate);
+}
+
+std::vector<WatchedPlace> watchedPlaces(Place const& selected, PlaceList const& saved) {
+  std::vector<WatchedPlace> watched{{selected, {}}};
+  for (SavedPlace const& place : saved.places) {
+    if (place.coordinate == selected.coordinate) {
+      watched.front().id = place.id;
+      watched.front().choice = place.notifications;
+    } else {
+      watched.push_back({placeOf(place), place.id, place.notifications});
+    }
+  }
+  return watched;
+}
+
+NotificationInputs::NotificationInputs(FeedServices& feeds, Clock const& clock, Options options)
+    : feeds_(feeds),
+      clock_(clock),
+      options_(std::move(options)),
+      units_(options_.units),
+      texts_{options_.texts} {}
+
+void NotificationInputs::setWording(Units const& units, std::shared_ptr<Texts const> texts) {
+  std::lock_guard const lock(mutex_);
+  units_ = units;
+  if (texts_.back() != texts) texts_.push_back(std::move(texts));
+}
+
+PassInputs NotificationInputs::gather(std::vector<WatchedPlace> const& places, NeededInputs const& needed,
+                                      Settings const& settings, std::vector<CustomNotification> const& rules,
+                                      std::stop_token const& stop) {
+  RuleSettings const values = RuleSettings::of(settings);
+  std::vector<RuleInputSet> wanted;
+  wanted.reserve(places.size());
+  for (WatchedPlace const& watched : places) {
+    bool const isSelected = wanted.empty();
+    PlaceChoice const choice = effectiveChoice(watched.choice, isSelected, values.everyPlace);
+    RuleInputSet& set = wanted.emplace_back(needed.of(choice));
+    for (CustomNotification const& rule : rules) {
+      if (choice >= PlaceChoice::severe && watches(rule, watched, isSelected))
+        set.insertAll(inputsOf(rule.conditionType));
+    }
+  }
+  PassInputs pass;
+  std::vector<Place> asked;
+  for (WatchedPlace const& watched : places) {
+    pass.places.push_back(inputsAt(watched.place, asked.empty(), watched.choice));
+    asked.push_back(watched.place);
+  }
+  readAll(pass.places, asked, wanted, values, stop);
+  addCustomRules(pass, places, values, rules);
+  return pass;
+}
+
+RuleInputs NotificationInputs::gatherFor(Place const& place, RuleInputSet needed, Settings const& settings,
+                                         std::stop_token const& stop) {
+  std::vector<RuleInputs> inputs{inputsAt(place, true)};
+  readAll(inputs, {place}, {needed}, RuleSettings::of(settings), stop);
+  return std::move(inputs.front());
+}
+
+RuleInputs NotificationInputs::inputsAt(Place const& place, bool isSelected,
+                                        std::optional<PlaceChoice> choice) const {
+  RuleInputs inputs;
+  inputs.now = clock_.now();
+  {
+    std::lock_guard const lock(mutex_);
+    inputs.units = units_;
+    inputs.texts = texts_.back().get();
+  }
+  std::string name = place.name.empty() ? cacheKey(place.coordinate) : place.name;
+  inputs.place = {locationTag(place), std::move(name), {}, place.coordinate, isSelected, choice};
+  inputs.calendar = Calendar::forZone(timeZoneAt(place.coordinate)).value_or(options_.fallback);
+  return inputs;
+}
+
+void NotificationInputs::readAll(std::vector<RuleInputs>& readings, std::vector<Place> const& places,
+                                 std::vector<RuleInputSet> const& wanted, RuleSettings const& settings,
+                                 std::stop_token const& stop) {
+  RuleInputs world;
+  std::vector<std::function<void()>> tasks;
+  auto const ofWorld = [&](RuleInput input,
+                           void (NotificationInputs::*read)(RuleInputs&, std::stop_token const&)) {
+    bool const isNeeded =
+        std::ranges::any_of(wanted, [input](RuleInputSet set) { return set.contains(input); });
+    if (isNeeded) tasks.emplace_back([this, &world, &stop, read] { (this->*read)(world, stop); });
+  };
+  /// Each service is asked for the places in turn.
+  auto const ofPlaces = [&](auto read) {
+    tasks.emplace_back([&, read] {
+      for (std::size_t i = 0; i < readings.size() && !stop.stop_requested(); ++i)
+        read(readings[i], places[i], wanted[i]);
+    });
+  };
+  ofWorld(RuleInput::earthquakes, &NotificationInputs::readEarthquakes);
+  ofWorld(RuleInput::kp, &NotificationInputs::readKp);
+  ofWorld(RuleInput::storms, &NotificationInputs::readStorms);
+  ofWorld(RuleInput::advisories, &NotificationInputs::readAdvisories);
+  ofPlaces([&](RuleInputs& inputs, Place const& place, RuleInputSet needed) {
+    readForecast(inputs, place, needed, stop);
+  });
+  ofPlaces([&](RuleInputs& inputs, Place const& place, RuleInputSet needed) {
+    readOfficial(inputs, place, needed, stop);
+  });
+  ofPlaces(
+      [&](RuleInputs& inputs, Place const&, RuleInputSet needed) { readAirQuality(inputs, needed, stop); });
+  ofPlaces([&](RuleInputs& inputs, Place const&, RuleInputSet needed) {
+    readFires(inputs, needed, settings, stop);
+  });
+  ofPlaces([&](RuleInputs& inputs, Place const&, RuleInputSet needed) {
+    readLightning(inputs, needed, settings, stop);
+  });
+  runAll(tasks, options_.waiting);
+  for (RuleInputs& inputs : readings) adoptWorld(inputs, world);
+}
+
+void NotificationInputs::readForecast(RuleInputs& inputs, Place const& place, RuleInputSet needed,
+                                      std::stop_token const& stop) {
+  bool const isNeeded = needed.contains(RuleInput::hourly) || needed.contains(RuleInput::generatedAlerts);
+  if (!isNeeded || !options_.weather) return;
+  inputs.weather = options_.weather(place, stop);
+  if (!inputs.weather) return;
+  if (auto const zone = inputs.weather->location.timeZone) {
+    inputs.calendar = Calendar::forZone(*zone).value_or(inputs.calendar);
+  }
+  inputs.readWeather();
+  if (!needed.contains(RuleInput::generatedAlerts)) return;
+  inputs.generatedAlerts = InputReading<std::vector<WeatherAlert>>::of(
+      AlertGenerator{}.generate(*inputs.weather, inputs.now, inputs.units, *inputs.texts, inputs.calendar));
+}
+
+void NotificationInputs::readOfficial(RuleInputs& inputs, Place const& place, RuleInputSet needed,
+                                      std::stop_token const& stop) {
+  GovAlertPlace const official =
+      options_.officialPlace ? options_.officialPlace(place) : govAlertPlace(place.coordinate);
+  inputs.place.countryCode = official.countryCode;
+  if (needed.contains(RuleInput::govAlerts)) {
+    GovAlerts alerts = feeds_.govAlerts().fetchAlerts(official, {}, stop);
+    inputs.govAlerts.problem = problemOf(alerts);
+    inputs.unplacedAlerts = std::move(alerts.unplaced);
+    bool const isKnown = !alerts.isCovered() || alerts.checkedAt() || !alerts.alerts.empty();
+    if (isKnown) {
+      inputs.govAlerts.value = std::make_shared<std::vector<WeatherAlert> const>(std::move(alerts.alerts));
+    }
+  }
+  Coordinate const at = place.coordinate;
+  if (!needed.contains(RuleInput::nwsAlerts) || !isNwsTerritory(official.countryCode, at)) return;
+  NWSAlertAnswer const answer = feeds_.nws().fetchAlerts(at.latitude, at.longitude, stop);
+  inputs.nwsAlerts = InputReading<std::vector<NWSAlert>>::of(
+      liveMessages(answer.readable ? *answer.readable : answer.alerts, inputs.now));
+  if (!answer.ok) inputs.nwsAlerts.problem = warningsProblem(kNws, answer.problem);
+}
+
+void NotificationInputs::readAirQuality(RuleInputs& inputs, RuleInputSet needed,
+                                        std::stop_token const& stop) {
+  if (!needed.contains(RuleInput::airQuality)) return;
+  inputs.airQuality =
+      readingOf("the air quality forecast", feeds_.airQuality().fetchForecast(inputs.place.coordinate, stop));
+}
+
+void NotificationInputs::readFires(RuleInputs& inputs, RuleInputSet needed, RuleSettings const& settings,
+                                   std::stop_token const& stop) {
+  if (!needed.contains(RuleInput::fires)) return;
+  inputs.fires =
+      readingOf("the list of wildfires",
+                feeds_.wildfires().fetchFires(inputs.place.coordinate, settings.fireRadiusKm, stop));
+}
+
+void NotificationInputs::readLightning(RuleInputs& inputs, RuleInputSet needed, RuleSettings const& settings,
+                                       std::stop_token const& stop) {
+  if (!needed.contains(RuleInput::lightning)) return;
+  inputs.lightning =
+      readingOf("the list of lightning strikes",
+                feeds_.lightning().fetchStrikes(inputs.place.coordinate, settings.lightningRadiusKm,
+                                                inputs.now - cuts::kStrikeLife, stop));
+}
+
+void NotificationInputs::readEarthquakes(RuleInputs& world, std::stop_token const& stop) {
+  EarthquakeService& service = feeds_.earthquakes();
+  auto events = service.fetchEarthquakes(stop);
+  world.earthquakes.problem = feedProblem("the list of earthquakes", service.problem());
+  bool const isKnown = world.earthquakes.problem.empty() || !events.empty();
+  if (isKnown) {
+    world.earthquakes.value = std::make_shared<std::vector<EarthquakeEvent> const>(std::move(events));
+  }
+}
+
+void NotificationInputs::readKp(RuleInputs& world, std::stop_token const& stop) {
+  GeomagneticService& service = feeds_.geomagnetic();
+  if (auto const kp = service.currentKp(stop)) world.kp = InputReading<double>::of(*kp);
+  world.kp.problem = feedProblem("the K index", service.problem());
+}
+
+void NotificationInputs::readStorms(RuleInputs& world, std::stop_token const& stop) {
+  world.storms = readingOf("the list of tropical cyclones", feeds_.tropicalStorms().fetchStorms(stop));
+}
+
+void NotificationInputs::readAdvisories(RuleInputs& world, std::stop_token const& stop) {
+  world.advisories = readingOf("the travel advisories", feeds_.travelAdvisories().fetchAdvisories(stop));
+}
+
+}  // namespace nimbara

@@ -1,0 +1,23 @@
+// The settings of the application: their keys, defaults and what they may hold. Areas with many settings of
+// their own keep their tables beside their code and are named here.
+#pragma once
+
+#include "app/settings/service_directory.h"
+#include "platform/settings.h"
+
+#include <string_view>
+
+namespace nimbara {
+
+/// Every setting that the program knows.
+SettingsRegistry const& settingsRegistry();
+
+/// Which earthquakes the window shows.
+inline constexpr std::string_view kQuakeRadiusSetting = "hazardsQuakeRadius";
+inline constexpr std::string_view kQuakeMagnitudeSetting = "hazardsQuakeMagnitude";
+
+/// "openMeteoHost" and "openMeteoApiKey": each service's own keys.
+std::string_view hostSetting(Service service);
+std::string_view apiKeySetting(Service service);
+
+}  // namespace nimbara

@@ -1,0 +1,89 @@
+#include "app/words/coverage_text.h"
+
+#include "base/words/country_names.h"
+#include "base/words/time_words.h"
+#include "feeds/fetching/feed_problem.h"
+
+namespace nimbara {
+
+namespace {
+
+/// A list of areas is cut here: a country has hundreds.
+constexpr std::size_t kMostAreas = 12;
+
+std::string reasonText(std::string const& reason, Texts const& texts) {
+  if (reason == kNotAskedLately) return std::string(texts.text("coverage.notAskedLately"));
+  return problemText(reason, texts);
+}
+
+/// What is known all the same must not be hidden by what is not.
+std::string withKnown(std::string const& sentence, std::size_t count, Texts const& texts) {
+  if (count == 0) return sentence;
+  return count == 1 ? texts.format("coverage.known.one", sentence)
+                    : texts.format("coverage.known.many", sentence, count);
+}
+
+std::string uncheckedText(SourceCoverage const& coverage, Texts const& texts, TimeWords const& words,
+                          Instant now) {
+  std::string const reason = reasonText(coverage.reason.value_or(""), texts);
+  std::string const since = coverage.since ? words.moment(*coverage.since, now) : std::string();
+  if (since.empty())
+    return std::string(texts.text(reason.empty() ? "coverage.notYet" : "warning.neverChecked"));
+  return withKnown(reason.empty() ? texts.format("warning.uncheckedSince", since)
+                                  : texts.format("coverage.unchecked", since, reason),
+                   coverage.count, texts);
+}
+
+std::string areaList(std::vector<std::string> const& areas) {
+  std::string list;
+  for (std::size_t i = 0; i < std::min(areas.size(), kMostAreas); ++i) {
+    list += (list.empty() ? "" : ", ") + areas[i];
+  }
+  return areas.size() > kMostAreas ? list + ", …" : list;
+}
+
+std::string uncoveredText(SourceCoverage const& coverage, Texts const& texts) {
+  std::string const country = countryName(coverage.country, texts.language());
+  return country.empty() ? std::string(texts.text("coverage.uncoveredHere"))
+                         : texts.format("coverage.uncovered", country);
+}
+
+std::string countText(SourceCoverage const& coverage, Texts const& texts, std::string const& checkedAt) {
+  return coverage.count == 1 ? texts.format("coverage.one", checkedAt)
+                             : texts.format("coverage.many", coverage.count, checkedAt);
+}
+
+}  // namespace
+
+std::string coverageText(SourceCoverage const& coverage, Texts const& texts, Calendar const& calendar,
+                         Instant now) {
+  TimeWords const words(texts, calendar);
+  std::string const checkedAt = coverage.checkedAt ? words.moment(*coverage.checkedAt, now) : std::string();
+  switch (coverage.state) {
+    case CoverageState::warnings:
+      return countText(coverage, texts, checkedAt);
+    case CoverageState::none:
+      return texts.format("coverage.none", checkedAt);
+    case CoverageState::unchecked:
+      return uncheckedText(coverage, texts, words, now);
+    case CoverageState::unplaced:
+      return texts.format("coverage.unplaced", countryName(coverage.country, texts.language()),
+                          areaList(coverage.areas));
+    case CoverageState::uncovered:
+      return uncoveredText(coverage, texts);
+  }
+  return {};
+}
+
+std::vector<std::string> coverageLines(std::vector<SourceCoverage> const& coverage, Texts const& texts,
+                                       Calendar const& calendar, Instant now) {
+  std::vector<std::string> lines;
+  for (SourceCoverage const& source : coverage) {
+    std::string line = coverageText(source, texts, calendar, now);
+    if (coverage.size() > 1 && source.service) line = *source.service + ": " + line;
+    lines.push_back(std::move(line));
+  }
+  return lines;
+}
+
+}  // namespace nimbara

@@ -1,0 +1,22 @@
+// Which official warnings a place has, in the words of a language. Pure.
+#pragma once
+
+#include "base/time/calendar.h"
+#include "base/words/texts.h"
+#include "feeds/alerts/coverage.h"
+
+#include <string>
+#include <vector>
+
+namespace nimbara {
+
+/// "2 official warnings, checked 14:20", "Official warnings could not be checked since 13:05, because …",
+/// without a full stop. Moments are told in the calendar's time.
+std::string coverageText(SourceCoverage const& coverage, Texts const& texts, Calendar const& calendar,
+                         Instant now);
+
+/// A line for each source, with its service's name before it where there are several.
+std::vector<std::string> coverageLines(std::vector<SourceCoverage> const& coverage, Texts const& texts,
+                                       Calendar const& calendar, Instant now);
+
+}  // namespace nimbara

@@ -1,0 +1,136 @@
+#include "app/services/side_by_side.h"
+#include "app/words/coverage_text.h"
+#include "base/json/json.h"
+#include "base/text/text.h"
+#include "cli/cli.h"
+#include "cli/pages/warning_page.h"
+#include "cli/run_context.h"
+#include "cli/stated_place.h"
+#include "cli/terminal.h"
+#include "gazetteer/gazetteer.h"
+
+#include <algorithm>
+
+namespace nimbara {
+
+namespace {
+
+/// The issuers' sources, by the names under which the aggregator knows them.
+constexpr AlertSource kOfficial[] = {AlertSource::nws, AlertSource::meteoalarm};
+
+/// One run: every source that was asked for, whatever becomes of the others.
+class AlertsRun {
+ public:
+  AlertsRun(CommandLine const& line, Session const& session)
+      : options_(line.alerts),
+        distance_(line.common.units.distance),
+        session_(session),
+        clock_(makeClock(line.common)),
+        context_(line.common, session, *clock_,
+                 ownServicesWithin(kCommandLimit, line.common, line.forecast.provider)) {}
+
+  int run() {
+    auto const place = context_.place(options_.place);
+    if (!place) return session_.fail(place.error().exitCode, place.error().sentence);
+    place_ = *place;
+    std::vector<std::function<void()>> asked{[this] { askOfficial(); }};
+    if (options_.sources.contains(AlertSource::generated)) asked.emplace_back([this] { gatherGenerated(); });
+    runAll(asked, Waiting::sideBySide);
+    takeOfficial();
+    if (session_.stop.stop_requested()) return session_.fail(exitCode::kInterrupted, "interrupted");
+    sortMostSevereFirst(alerts_);
+    session_.console.out(rendered());
+    for (std::string const& sentence : missing_) context_.tell(sentence);
+    return missing_.empty() ? exitCode::kComplete : exitCode::kUnavailable;
+  }
+
+ private:
+  void gatherGenerated() {
+    auto answer = context_.app().forecasts().get(place_, WeatherProviderOption::automatic, session_.stop);
+    if (!answer) return missing_.push_back(context_.sentenceOf(answer.error()));
+    context_.tell(context_.note(*answer));
+    std::ranges::move(answer->alerts, std::back_inserter(alerts_));
+  }
+
+  void askOfficial() {
+    std::vector<std::string> names;
+    for (AlertSource const source : kOfficial) {
+      if (options_.sources.contains(source)) names.emplace_back(enumName(source));
+    }
+    if (names.empty()) return;
+    officialPlace_ = statedPlace(place_.coordinate, options_.stated, context_.app().feeds().regions());
+    official_ = context_.app().feeds().govAlerts().fetchAlerts(officialPlace_, names, session_.stop);
+  }
+
+  void takeOfficial() {
+    if (!official_) return;
+    GovAlerts& official = *official_;
+    for (GovSourceState const& state : official.sources) {
+      // What was never checked is not known to be empty.
+      if (state.checkedAt && state.failedSince && options_.json) {
+        context_.tell("the warnings of " + warningServiceName(state.name) +
+                      " could not be checked: " + state.problem);
+      }
+      if (!state.checkedAt)
+        missing_.push_back("the warnings of " + warningServiceName(state.name) +
+                           " could not be checked: " + state.problem);
+    }
+    coverage_ = coverageOf(official, officialPlace_.countryCode);
+    std::ranges::move(official.alerts, std::back_inserter(alerts_));
+  }
+
+  WarningPageContext page() const {
+    return {context_.texts(), style_, calendar_, clock_->now(), widthOf(session_), distance_};
+  }
+
+  std::string rendered() {
+    if (options_.json) return json();
+    calendar_ = Calendar::forZone(timeZoneAt(place_.coordinate)).value_or(calendar_);
+    std::vector<WarningEntry> entries;
+    entries.reserve(alerts_.size());
+    for (WeatherAlert const& alert : alerts_) entries.push_back(warningEntry(alert));
+    std::string const list = warningPage(entries, page());
+    std::string const checks = coveragePage(coverage_, page());
+    if (list.empty() && checks.empty()) return std::string(context_.texts().text("report.noAlerts")) + "\n";
+    if (list.empty() || checks.empty()) return list + checks;
+    return isDoubtful() ? checks + "\n" + list : list + "\n" + checks;
+  }
+
+  std::string json() const {
+    if (!options_.coverage) return encodeJson(alerts_) + "\n";
+    JsonWriter writer;
+    writer.beginObject();
+    writer.member("alerts", alerts_);
+    writer.key("coverage");
+    writeCoverage(writer, coverage_);
+    writer.endObject();
+    return writer.take() + "\n";
+  }
+
+  /// Then the reader learns that first.
+  bool isDoubtful() const {
+    return !coverage_.empty() && mostPressing(coverage_).state == CoverageState::unchecked;
+  }
+
+  AlertsOptions const& options_;
+  DistanceUnit distance_;
+  Session const& session_;
+  std::unique_ptr<Clock> clock_;
+  RunContext context_;
+  Style style_ = styleOf(session_);
+  Calendar calendar_ = session_.environment.machineCalendar;
+  Place place_;
+  GovAlertPlace officialPlace_;
+  std::optional<GovAlerts> official_;
+  std::vector<WeatherAlert> alerts_;
+  std::vector<SourceCoverage> coverage_;  ///< of the official sources, where they were asked for
+  std::vector<std::string> missing_;      ///< sources that could not be had, a sentence each
+};
+
+}  // namespace
+
+int runAlerts(CommandLine const& line, Session const& session) {
+  return AlertsRun(line, session).run();
+}
+
+}  // namespace nimbara

@@ -1,0 +1,124 @@
+#include "app/words/coverage_text.h"
+#include "base/json/json.h"
+#include "cli/cli.h"
+#include "cli/official_look.h"
+#include "cli/pages/forecast_report.h"
+#include "cli/run_context.h"
+#include "cli/terminal.h"
+#include "model/process.h"
+
+namespace nimbara {
+
+namespace {
+
+/// How long a forecast that is there waits for the official warnings.
+constexpr std::chrono::seconds kPatience{8};
+
+bool isOffline(std::optional<APIError> const& error) {
+  using Kind = HttpError::Kind;
+  return error && (error->transport == Kind::unresolvedHost || error->transport == Kind::connectionFailed ||
+                   error->transport == Kind::timedOut);
+}
+
+std::string json(ForecastAnswer const& answer, OfficialLook::Answer const& official) {
+  JsonWriter writer;
+  writer.beginObject();
+  writer.memberOrNull("provider", answer.provider);
+  writer.member("fromCache", answer.fromCache);
+  writer.member("stale", answer.stale);
+  writer.member("data", answer.data);
+  writer.member("alerts", answer.alerts);
+  writer.member("officialWarnings", official.alerts);
+  writer.key("coverage");
+  writeCoverage(writer, official.coverage);
+  writer.endObject();
+  return writer.take() + "\n";
+}
+
+/// One forecast, from the services or, where that was asked for, from the demo.
+class ForecastRun {
+ public:
+  ForecastRun(CommandLine const& line, Session const& session)
+      : options_(line.forecast), common_(line.common), session_(session), clock_(makeClock(line.common)) {}
+
+  int run() {
+    auto done = ask(ownServices(common_, options_.provider));
+    bool const wantsDemo = !done && options_.demoIfOffline && common_.services.empty();
+    if (wantsDemo && isOffline(done.error().cause)) done = askDemo(done.error());
+    if (session_.stop.stop_requested()) return session_.fail(exitCode::kInterrupted, "interrupted");
+    if (!done) return session_.fail(done.error().exitCode, done.error().sentence);
+    return exitCode::kComplete;
+  }
+
+ private:
+  /// Asks and prints.
+  Result<void, Failure> ask(RunContext::Departure const& departure) {
+    if (common_.verbose) {
+      session_.console.err("nimbara: asking " +
+                           (departure.servicesBase.empty() ? "the services" : departure.servicesBase) + "\n");
+    }
+    RunContext context(common_, session_, *clock_, departure);
+    auto const place = context.place(options_.place);
+    if (!place) return std::unexpected(place.error());
+    std::optional<OfficialLook> look;
+    if (!options_.raw)
+      look.emplace(context.app().feeds().govAlerts(), *clock_, govAlertPlace(place->coordinate));
+    auto const answer = forecast(context, *place);
+    if (!answer) {
+      return std::unexpected(
+          Failure{exitCode::kUnavailable, context.sentenceOf(answer.error()), answer.error()});
+    }
+    context.tell(context.note(*answer));
+    auto const official = look ? look->answer(kPatience, session_.stop) : OfficialLook::Answer{};
+    session_.console.out(rendered(*answer, official, context));
+    return {};
+  }
+
+  Result<ForecastAnswer, APIError> forecast(RunContext& context, Place const& place) const {
+    ForecastService& service = context.app().forecasts();
+    // The cache does not keep the provider's answer as it was.
+    bool const asksAnew = options_.noCache || options_.raw;
+    auto answer =
+        asksAnew ? service.fetch(place, session_.stop) : service.get(place, options_.provider, session_.stop);
+    if (answer) context.app().cache().saveLastLocation(cacheKey(place.coordinate));
+    return answer;
+  }
+
+  Result<void, Failure> askDemo(Failure const& offline) {
+    auto const demo = DemoProcess::start(session_.environment.program, common_.now, {});
+    if (!demo) return std::unexpected(offline);
+    session_.console.err("nimbara: the live services cannot be reached (" + offline.cause->detail +
+                         "); this is generated demo weather, not a forecast\n");
+    return ask({demo->baseUrl(), true, options_.provider, {}});
+  }
+
+  std::string rendered(ForecastAnswer const& answer, OfficialLook::Answer const& official,
+                       RunContext const& context) const {
+    if (options_.raw) return encodeJson(*answer.response) + "\n";
+    if (options_.json) return json(answer, official);
+    ReportOptions report;
+    report.width = options_.width > 0 ? options_.width : widthOf(session_);
+    report.style = styleOf(session_, options_.ascii);
+    report.units = common_.units;
+    report.now = clock_->now();
+    report.standIn = context.servicesBase();
+    Calendar const calendar = calendarOf(answer.data, session_.environment.machineCalendar);
+    report.warnings = official.alerts;
+    report.coverage = coverageLines(official.coverage, context.texts(), calendar, clock_->now());
+    report.isCoverageDoubtful = mostPressing(official.coverage).state == CoverageState::unchecked;
+    return forecastReport(answer, report, context.texts(), calendar);
+  }
+
+  ForecastOptions const& options_;
+  CommonOptions const& common_;
+  Session const& session_;
+  std::unique_ptr<Clock> clock_;
+};
+
+}  // namespace
+
+int runForecast(CommandLine const& line, Session const& session) {
+  return ForecastRun(line, session).run();
+}
+
+}  // namespace nimbara

@@ -1,0 +1,133 @@
+#include "base/json/json.h"
+#include "base/text/clean_text.h"
+#include "base/text/display_text.h"
+#include "cli/cli.h"
+#include "cli/pages/line_text.h"
+#include "cli/run_context.h"
+#include "model/present.h"
+
+namespace nimbara {
+
+namespace {
+
+/// The forecast of a status bar: what the cache holds, and only on request more.
+class LineRun {
+ public:
+  LineRun(CommandLine const& line, Session const& session, bool isMarkup)
+      : options_(line.line),
+        isMarkup_(isMarkup),
+        session_(session),
+        clock_(makeClock(line.common)),
+        context_(line.common, session, *clock_, ownServices(line.common, line.forecast.provider)) {}
+
+  Result<ForecastAnswer, Failure> answer() {
+    auto const place = context_.place(options_.place);
+    if (!place) return std::unexpected(place.error());
+    GovAlertPlace const asked = govAlertPlace(place->coordinate);
+    GovAlerts official = context_.app().feeds().govAlerts().keptAlerts(asked);
+    official_.coverage = agedCoverage(coverageOf(official, asked.countryCode), clock_->now());
+    official_.alerts = std::move(official.alerts);
+    ForecastService& service = context_.app().forecasts();
+    if (!options_.fresh) {
+      auto kept = service.cached(*place);
+      if (kept) return std::move(*kept);
+      return std::unexpected(Failure{
+          exitCode::kUnavailable,
+          "no forecast of this place is kept yet; run nimbara forecast, nimbara watch, or add --fresh",
+          {}});
+    }
+    auto fetched = service.get(*place, WeatherProviderOption::automatic, session_.stop);
+    if (fetched) return std::move(*fetched);
+    return std::unexpected(
+        Failure{exitCode::kUnavailable, context_.sentenceOf(fetched.error()), fetched.error()});
+  }
+
+  /// The filled template, or why it cannot be filled.
+  Result<std::string, Failure> text(ForecastAnswer const& answer) {
+    auto filled = filledLine(options_.format.empty() ? kLineTemplate : options_.format, lineContext(answer));
+    if (!filled) return std::unexpected(Failure{exitCode::kUsage, filled.error(), {}});
+    return session_.environment.utf8 ? std::move(*filled) : asciiFolded(*filled);
+  }
+
+  LineContext lineContext(ForecastAnswer const& answer) {
+    return {answer, official_, context_.texts(), context_.wording().units, clock_->now(), isMarkup_};
+  }
+
+ private:
+  LineOptions const& options_;
+  bool isMarkup_;
+  Session const& session_;
+  std::unique_ptr<Clock> clock_;
+  RunContext context_;
+  KeptWarnings official_;
+};
+
+std::string fieldHelp() {
+  std::string out;
+  for (LineField const& field : lineFields()) {
+    out += fitted("{" + std::string(field.name) + "}", 16) + " " + std::string(field.explanation) + "\n";
+  }
+  return out + "\nUsual format: " + std::string(kLineTemplate) + "\n";
+}
+
+std::string barJson(std::string_view text, std::string_view tooltip, std::string_view cssClass,
+                    std::string_view alt) {
+  JsonWriter writer;
+  writer.beginObject();
+  writer.member("text", text);
+  writer.member("tooltip", tooltip);
+  writer.member("class", cssClass);
+  writer.member("alt", alt);
+  writer.endObject();
+  return writer.take() + "\n";
+}
+
+/// The most severe alert or warning, else whether warnings could not be checked or the forecast is old.
+std::string_view classOf(LineContext const& context) {
+  std::vector<WeatherAlert> all = context.official.alerts;
+  all.insert(all.end(), context.answer.alerts.begin(), context.answer.alerts.end());
+  sortMostSevereFirst(all);
+  if (!all.empty()) return enumName(all.front().severity);
+  if (context.answer.stale) return "stale";
+  return mostPressing(context.official.coverage).state == CoverageState::unchecked ? "unchecked" : "fresh";
+}
+
+std::string_view altOf(LineContext const& context) {
+  auto const present = presentAt(context.answer.data, context.now);
+  return enumName(present ? present->condition : WeatherConditionCode::unknown);
+}
+
+}  // namespace
+
+int runLine(CommandLine const& line, Session const& session) {
+  if (line.line.helpFormat) {
+    session.console.out(fieldHelp());
+    return exitCode::kComplete;
+  }
+  LineRun run(line, session, false);
+  auto const answer = run.answer();
+  if (!answer) return session.fail(answer.error().exitCode, answer.error().sentence);
+  auto const text = run.text(*answer);
+  if (!text) return session.fail(text.error().exitCode, text.error().sentence);
+  session.console.out(*text + "\n");
+  return exitCode::kComplete;
+}
+
+int runWaybar(CommandLine const& line, Session const& session) {
+  LineRun run(line, session, true);  // bars read markup
+  auto const answer = run.answer();
+  if (!answer) {
+    // A bar shows what it is given even when there is nothing to show.
+    if (answer.error().exitCode != exitCode::kUsage) {
+      session.console.out(barJson("", markupEscaped(answer.error().sentence), "unavailable", "unavailable"));
+    }
+    return session.fail(answer.error().exitCode, answer.error().sentence);
+  }
+  auto const text = run.text(*answer);
+  if (!text) return session.fail(text.error().exitCode, text.error().sentence);
+  LineContext const context = run.lineContext(*answer);
+  session.console.out(barJson(*text, tooltip(context), classOf(context), altOf(context)));
+  return exitCode::kComplete;
+}
+
+}  // namespace nimbara

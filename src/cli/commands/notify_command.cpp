@@ -1,0 +1,207 @@
+#include "app/notices/notification_inputs.h"
+#include "app/notices/silent_center.h"
+#include "app/places/places.h"
+#include "app/recording/http_recording.h"
+#include "app/services/stand_in_store.h"
+#include "app/words/coverage_text.h"
+#include "base/text/text.h"
+#include "cli/cli.h"
+#include "cli/pages/notification_page.h"
+#include "cli/run_context.h"
+#include "cli/stated_place.h"
+#include "cli/terminal.h"
+#include "gazetteer/gazetteer.h"
+#include "notifications/engine/notification_manager.h"
+#include "notifications/engine/notification_state.h"
+#include "platform/linux/desktop_services.h"
+
+#include <algorithm>
+#include <set>
+
+namespace nimbara {
+
+namespace {
+
+class NotifyRun {
+ public:
+  NotifyRun(CommandLine const& line, Session const& session)
+      : options_(line.notify),
+        session_(session),
+        clock_(makeClock(line.common)),
+        context_(line.common, session, *clock_, departureOf(line)) {}
+
+  int run() {
+    if (options_.log) return tellLog();
+    if (auto const failure = findPlaces()) return session_.fail(failure->exitCode, failure->sentence);
+    auto const center = makeCenter();
+    StandInStore standIn(*session_.store);
+    SettingsStore& store = context_.servicesBase().empty() ? *session_.store : standIn;
+    NotificationManager manager(
+        {store, *center, *clock_, context_.texts(), lockFile(), context_.app().languageModel()});
+    bool const isPreview = options_.dryRun || options_.explain;
+    auto const gather = [this](NeededInputs const& needed, std::stop_token const& stop) {
+      return gatherInputs(needed, stop);
+    };
+    PassReport const report =
+        isPreview ? manager.preview(gather, session_.stop) : manager.evaluate(gather, session_.stop);
+    if (session_.stop.stop_requested()) return session_.fail(exitCode::kInterrupted, "interrupted");
+    return tell(report);
+  }
+
+ private:
+  int tellLog() {
+    StandInStore standIn(*session_.store);
+    SettingsStore& store = context_.servicesBase().empty() ? *session_.store : standIn;
+    auto const stored = store.read(StoreArea::state);
+    if (!stored) return session_.fail(exitCode::kUnavailable, stored.error().message);
+    auto const log = notificationLogOf(*stored);
+    session_.console.out(options_.json ? logJson(log) : logText(log, words(), styleOf(session_)));
+    return exitCode::kComplete;
+  }
+
+  RunContext::Departure departureOf(CommandLine const& line) {
+    RunContext::Departure departure = ownServicesWithin(kCommandLimit, line.common, line.forecast.provider);
+    if (!options_.record.empty()) {
+      departure.aroundNetwork = [this](HttpClient& network) {
+        auto client = std::make_unique<RecordingHttpClient>(network, *clock_, options_.record);
+        recording_ = client.get();
+        return client;
+      };
+    }
+    return departure;
+  }
+
+  /// The one that was asked for, or the saved ones with the selected first.
+  std::optional<Failure> findPlaces() {
+    auto const selected = context_.place(options_.place);
+    if (!selected) return selected.error();
+    auto const list = Places(*session_.store).list();
+    if (!list) return Failure{exitCode::kUnavailable, list.error().message, {}};
+    places_ = watchedPlaces(*selected, *list);
+    if (!options_.place.empty()) places_.resize(1);
+    return readRules();
+  }
+
+  std::optional<Failure> readRules() {
+    auto saved = NotificationState(*session_.store).customNotifications();
+    if (!saved) return Failure{exitCode::kUnavailable, saved.error().message, {}};
+    rules_ = std::move(saved->rules);
+    return std::nullopt;
+  }
+
+  std::unique_ptr<NotificationCenter> makeCenter() const {
+    if (options_.deliver == NotifyOptions::Deliver::print || options_.dryRun || options_.explain) {
+      return std::make_unique<SilentCenter>();
+    }
+    return desktopNotificationCenter({session_.environment.program, {}, {}});
+  }
+
+  std::filesystem::path lockFile() const { return session_.environment.dataDirectory / "notifications.lock"; }
+
+  PassInputs gatherInputs(NeededInputs const& needed, std::stop_token const& stop) {
+    NotificationInputs inputs(
+        context_.app().feeds(), *clock_,
+        {context_.wording().units, context_.wording().texts, context_.wording().fallback,
+         [this](Place const& place, std::stop_token const& token) { return weatherOf(place, token); },
+         [this](Place const& place) {
+           return statedPlace(place.coordinate, options_.stated, context_.app().feeds().regions());
+         },
+         Waiting::sideBySide});
+    PassInputs pass = inputs.gather(places_, needed, *session_.settings, rules_, stop);
+    pass.isPartial = !options_.place.empty();
+    return pass;
+  }
+
+  std::shared_ptr<WeatherData const> weatherOf(Place const& place, std::stop_token const& stop) {
+    auto answer = context_.app().forecasts().get(place, WeatherProviderOption::automatic, stop);
+    if (!answer) {
+      tellOnce(context_.sentenceOf(answer.error()));
+      lacksForecast_ = true;
+      return nullptr;
+    }
+    context_.tell(context_.note(*answer));
+    return std::make_shared<WeatherData const>(std::move(answer->data));
+  }
+
+  int tell(PassReport const& report) {
+    for (std::string const& problem : report.problems) tellOnce(problem);
+    if (recording_ != nullptr) context_.tell(recording_->problem());
+    tellFailedFeeds(report.plan);
+    session_.console.out(rendered(report.plan));
+    if (report.end == PassReport::End::denied) {
+      return session_.fail(exitCode::kUnavailable,
+                           "the desktop shows no notifications; see nimbara doctor, or add --deliver print");
+    }
+    if (report.end == PassReport::End::busy) {
+      return session_.fail(exitCode::kUnavailable, "another program evaluates notifications; try again");
+    }
+    bool const wasRefused =
+        std::ranges::count(report.plan.decisions, RuleOutcome::refused, &Decision::outcome);
+    return lacksForecast_ || wasRefused ? exitCode::kUnavailable : exitCode::kComplete;
+  }
+
+  void tellFailedFeeds(PassPlan const& plan) {
+    for (Decision const& decision : plan.decisions) {
+      bool const isProblem = decision.outcome == RuleOutcome::unknown && decision.note.contains(' ');
+      if (isProblem) tellOnce(decision.note);
+    }
+  }
+
+  /// However many rules or places it silences.
+  void tellOnce(std::string const& problem) {
+    if (told_.insert(problem).second) context_.tell(problem);
+  }
+
+  std::string rendered(PassPlan const& plan) {
+    if (options_.explain) {
+      return options_.json ? explanationJson(plan)
+                           : officialStates() + explanationText(plan, words(), styleOf(session_));
+    }
+    return options_.json ? notificationsJson(plan)
+                         : notificationsText(plan, context_.texts(), styleOf(session_), widthOf(session_));
+  }
+
+  /// The place's own time.
+  Calendar calendarAt(Coordinate coordinate) const {
+    return Calendar::forZone(std::string(timeZoneAt(coordinate))).value_or(context_.wording().fallback);
+  }
+
+  /// How the official warnings of each place were checked, in this pass or, where no rule reads them, before.
+  std::string officialStates() {
+    std::string out;
+    for (WatchedPlace const& watched : places_) {
+      GovAlertPlace const asked =
+          statedPlace(watched.place.coordinate, options_.stated, context_.app().feeds().regions());
+      auto const coverage = agedCoverage(
+          coverageOf(context_.app().feeds().govAlerts().keptAlerts(asked), asked.countryCode), clock_->now());
+      for (std::string const& line :
+           coverageLines(coverage, context_.texts(), calendarAt(watched.place.coordinate), clock_->now())) {
+        out += oneLine(watched.place.name) + ": " + line + "\n";
+      }
+    }
+    return out.empty() ? out : out + "\n";
+  }
+
+  ReasonWords words() const {
+    Wording const& wording = context_.wording();
+    return {context_.texts(), wording.units, wording.fallback, clock_->now()};
+  }
+
+  NotifyOptions const& options_;
+  Session const& session_;
+  std::unique_ptr<Clock> clock_;
+  RecordingHttpClient* recording_ = nullptr;  ///< the context's
+  RunContext context_;
+  std::vector<WatchedPlace> places_;
+  std::vector<CustomNotification> rules_;
+  bool lacksForecast_ = false;
+  std::set<std::string> told_;  ///< problems
+};
+
+}  // namespace
+
+int runNotify(CommandLine const& line, Session const& session) {
+  return NotifyRun(line, session).run();
+}
+
+}  // namespace nimbara

@@ -1,0 +1,35 @@
+// What a pass of the notification engine did, or would do, as text and as JSON. Pure.
+#pragma once
+
+#include "base/time/calendar.h"
+#include "base/units.h"
+#include "base/words/texts.h"
+#include "cli/pages/style.h"
+#include "notifications/log/notification_log.h"
+
+#include <string>
+#include <vector>
+
+namespace nimbara {
+
+/// What was told and what is scheduled, in the order of delivery.
+std::string notificationsJson(PassPlan const& plan);
+std::string notificationsText(PassPlan const& plan, Texts const& texts, Style const& style, int width);
+
+/// What reasons are written with.
+struct ReasonWords {
+  Texts const& texts;
+  Units units;
+  Calendar calendar;  ///< of moments
+  Instant now;
+};
+
+/// Every decision: what each rule found at each place, and why that is told or not.
+std::string explanationJson(PassPlan const& plan);
+std::string explanationText(PassPlan const& plan, ReasonWords const& words, Style const& style);
+
+/// The log of what was told and held back, newest first.
+std::string logJson(std::vector<LoggedNotification> const& log);
+std::string logText(std::vector<LoggedNotification> const& log, ReasonWords const& words, Style const& style);
+
+}  // namespace nimbara

@@ -1,0 +1,169 @@
+#include "cli/pages/warning_page.h"
+
+#include "app/words/coverage_text.h"
+#include "base/text/text.h"
+#include "base/words/time_words.h"
+
+namespace nimbara {
+
+namespace {
+
+constexpr std::size_t kLongestText = 20'000;
+constexpr std::size_t kMostLines = 400;
+constexpr int kIndent = 2;
+
+AlertSeverity severityOf(NWSAlertSeverity severity) {
+  switch (severity) {
+    case NWSAlertSeverity::extreme:
+      return AlertSeverity::critical;
+    case NWSAlertSeverity::severe:
+      return AlertSeverity::warning;
+    case NWSAlertSeverity::moderate:
+    case NWSAlertSeverity::unknown:  // taken for medium
+      return AlertSeverity::advisory;
+    case NWSAlertSeverity::minor:
+      break;
+  }
+  return AlertSeverity::info;
+}
+
+std::string momentText(Instant moment, WarningPageContext const& context) {
+  return TimeWords(context.texts, context.calendar).moment(moment, context.now);
+}
+
+std::string paragraph(std::string const& text, WarningPageContext const& context) {
+  std::string out;
+  for (std::string const& line :
+       wrapped(context.style.text(oneLine(text, kLongestText)), context.width - kIndent)) {
+    if (!line.empty()) out += "  " + line + "\n";
+  }
+  return out;
+}
+
+/// Line by line as the issuer has it, but for empty lines and those that are too long.
+std::string verbatim(std::string_view text, WarningPageContext const& context) {
+  auto lines = split(text, '\n');
+  if (lines.size() > kMostLines) lines.resize(kMostLines);
+  std::string out;
+  for (std::string_view const line : lines) out += paragraph(std::string(line), context);
+  return out;
+}
+
+/// That all of it is near, or which areas of it are.
+std::string nearText(WarningEntry const& entry, WarningPageContext const& context) {
+  if (entry.distanceKm) {
+    return context.texts.format("warning.nearBy", display(*entry.distanceKm, context.distance),
+                                symbol(context.distance));
+  }
+  std::string areas;
+  for (NearArea const& area : entry.near) {
+    areas += (areas.empty() ? "" : ", ") + context.texts.format("warning.nearArea", oneLine(area.area),
+                                                                display(area.distanceKm, context.distance),
+                                                                symbol(context.distance));
+  }
+  return areas.empty() ? areas : context.texts.format("warning.nearAreas", areas);
+}
+
+std::string sourceText(WarningEntry const& entry, WarningPageContext const& context) {
+  std::string text = entry.source;
+  if (!entry.issuer.empty())
+    text = context.texts.format("warning.issuedBy", oneLine(entry.issuer), entry.source);
+  if (!entry.issued) return text;
+  return text + (text.empty() ? "" : ", ") +
+         context.texts.format("warning.issued", momentText(*entry.issued, context));
+}
+
+std::string titleText(WarningEntry const& entry, WarningPageContext const& context) {
+  std::string title = oneLine(entry.title);
+  if (entry.colour.empty()) return title;
+  return title + " (" + std::string(context.texts.text("warning.colour." + entry.colour)) + ")";
+}
+
+std::string spanText(WarningEntry const& entry, WarningPageContext const& context) {
+  auto const text = [&](std::string_view key, Instant moment) {
+    return context.texts.format(key, momentText(moment, context));
+  };
+  std::string from = entry.onset && *entry.onset > context.now ? text("warning.from", *entry.onset) : "";
+  std::string until = entry.end ? text("warning.until", *entry.end) : "";
+  return from + (from.empty() || until.empty() ? "" : ", ") + until;
+}
+
+std::string rendered(WarningEntry const& entry, WarningPageContext const& context) {
+  std::string const level(entry.isLevelStated ? enumName(entry.severity) : "notStated");
+  std::string const severity(context.texts.text("severity." + level));
+  Colour const colour = entry.severity >= AlertSeverity::warning ? Colour::warning : Colour::sun;
+  std::string out;
+  for (std::string const& line :
+       wrapped(context.style.text(severity + ": " + titleText(entry, context)), context.width)) {
+    out += context.style.painted(line, colour) + "\n";
+  }
+  out += paragraph(spanText(entry, context), context);
+  if (entry.isOnWater) out += paragraph(std::string(context.texts.text("warning.onWater")), context);
+  out += paragraph(entry.area, context);
+  out += paragraph(nearText(entry, context), context);
+  if (entry.message != entry.title && entry.message != entry.area) out += paragraph(entry.message, context);
+  if (entry.text != entry.message) out += verbatim(entry.text, context);
+  if (entry.isTextMissing) out += paragraph(std::string(context.texts.text("warning.noFullText")), context);
+  if (!entry.instruction.empty())
+    out += verbatim(context.texts.format("warning.whatToDo", entry.instruction), context);
+  return out + paragraph(sourceText(entry, context), context);
+}
+
+}  // namespace
+
+WarningEntry warningEntry(WeatherAlert const& alert) {
+  return {.severity = alert.severity,
+          .title = alert.title,
+          .message = alert.message,
+          .area = alert.areaDesc.value_or(""),
+          .instruction = alert.instruction.value_or(""),
+          .source = alert.source.value_or(""),
+          .onset = alert.onset,
+          .end = alert.expires,
+          .distanceKm = alert.distanceKm,
+          .near = alert.near.value_or(std::vector<NearArea>()),
+          .text = alert.text ? *alert.text : alert.description.value_or(""),
+          .isTextMissing = alert.isFullText == false,
+          .issuer = alert.issuer.value_or(""),
+          .colour = alert.colour.value_or(""),
+          .issued = alert.issued,
+          .isLevelStated = alert.levelStated.value_or(true),
+          .isOnWater = alert.onWater.value_or(false)};
+}
+
+WarningEntry warningEntry(NWSAlert const& alert) {
+  bool const isMarked = !alert.status.empty() && alert.status != "Actual";
+  bool const isCancel = alert.messageType == "Cancel";
+  std::string const mark = isMarked   ? "[" + alert.status + "] "
+                           : isCancel ? "[" + alert.messageType + "] "
+                                      : "";
+  WarningEntry entry;
+  entry.severity = severityOf(alert.severity);
+  entry.title = mark + alert.event;
+  entry.message = alert.headline;
+  entry.area = alert.areaDesc;
+  entry.instruction = alert.instruction;
+  entry.source = alert.senderName;
+  entry.onset = alert.onset;
+  entry.end = alert.ends ? alert.ends : alert.expires;
+  entry.isLevelStated = alert.severity != NWSAlertSeverity::unknown;
+  return entry;
+}
+
+std::string warningPage(std::vector<WarningEntry> const& entries, WarningPageContext const& context) {
+  std::string out;
+  for (WarningEntry const& entry : entries) out += (out.empty() ? "" : "\n") + rendered(entry, context);
+  return out;
+}
+
+std::string coveragePage(std::vector<SourceCoverage> const& coverage, WarningPageContext const& context) {
+  std::string out;
+  for (std::string const& text : coverageLines(coverage, context.texts, context.calendar, context.now)) {
+    for (std::string const& line : wrapped(context.style.text(text), context.width)) {
+      out += context.style.painted(line, Colour::dim) + "\n";
+    }
+  }
+  return out;
+}
+
+}  // namespace nimbara

@@ -1,0 +1,43 @@
+// What the background service tells of its work: a line an event, for people or in JSON. Any thread may call.
+#pragma once
+
+#include "app/engine/app_state.h"
+#include "cli/cli.h"
+#include "notifications/engine/notification_manager.h"
+
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace nimbara {
+
+class WatchLog {
+ public:
+  WatchLog(Console& console, Clock const& clock, Texts const& texts, bool json)
+      : console_(console), clock_(clock), texts_(texts), json_(json) {}
+
+  void refreshed(AppState::RefreshReport const& report);
+  /// What a pass told, and what went wrong with it.
+  void passed(PassReport const& report);
+  void happened(std::string_view event);
+
+ private:
+  std::string lineOf(AppState::RefreshReport const& report, APIError const* failure) const;
+  std::string jsonOf(AppState::RefreshReport const& report, APIError const* failure) const;
+  std::string lineOf(Decision const& decision) const;
+  std::string jsonOf(Decision const& decision) const;
+  /// Problems that were not told of the pass before.
+  void wentWrong(std::vector<std::string> problems);
+  std::string lineOf(std::string const& problem) const;
+  void write(std::string const& line);
+
+  Console& console_;
+  Clock const& clock_;
+  Texts const& texts_;
+  bool json_;
+  std::mutex mutex_;
+  std::vector<std::string> lastProblems_;  ///< of the last pass; only passes touch it, one at a time
+};
+
+}  // namespace nimbara

@@ -1,0 +1,146 @@
+#include "demo/world/demo_scene.h"
+
+#include "base/json/json.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace nimbara {
+
+namespace {
+
+using std::chrono::hours;
+
+constexpr std::string_view kFeedPath = "/feeds/meteoalarm-legacy-atom-";
+constexpr std::string_view kAlertsPath = "/alerts/active";
+
+std::string_view severityOf(std::string_view colour) {
+  if (colour == "Red") return "Extreme";
+  if (colour == "Orange") return "Severe";
+  return colour == "Yellow" ? "Moderate" : "Minor";
+}
+
+std::string timeOf(Instant instant) {
+  std::string text = formatIso8601(instant);
+  text.pop_back();
+  return text + "+00:00";
+}
+
+std::string areaElements(SceneEntry const& entry) {
+  std::string out;
+  if (!entry.code.empty()) {
+    out +=
+        fmt::format("<cap:geocode><valueName>EMMA_ID</valueName><value>{}</value></cap:geocode>", entry.code);
+  }
+  if (!entry.polygon.empty()) out += fmt::format("<cap:polygon>{}</cap:polygon>", entry.polygon);
+  return out;
+}
+
+std::string entryText(SceneEntry const& entry, std::string_view country, Instant day) {
+  std::string const id =
+      fmt::format("2.49.0.0.0.0.scene.{}.{}.{}.{}", country, entry.code.empty() ? entry.area : entry.code,
+                  entry.kind, entry.listedFrom.count());
+  Instant const sent = day + std::max(entry.listedFrom, entry.begin - hours(12));
+  return fmt::format(
+      "<entry>{}<cap:areaDesc>{}</cap:areaDesc><cap:event>{} {} warning</cap:event><cap:sent>{}</cap:sent>"
+      "<cap:onset>{}</cap:onset><cap:expires>{}</cap:expires><cap:severity>{}</cap:severity>"
+      "<cap:message_type>{}</cap:message_type><cap:status>Actual</cap:status>"
+      "<cap:identifier>{}</cap:identifier><id>{}</id>"
+      "<title>{} {} Warning issued for {} - {}</title></entry>\n",
+      areaElements(entry), entry.area, entry.colour, entry.kind, timeOf(sent), timeOf(day + entry.begin),
+      timeOf(day + entry.end), severityOf(entry.colour), entry.type, id, id, entry.colour, entry.kind,
+      country, entry.area);
+}
+
+std::string feedText(SceneFeed const& feed, Instant now) {
+  Instant const day = std::chrono::floor<std::chrono::days>(now);
+  std::string out =
+      "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<feed xmlns=\"http://www.w3.org/2005/Atom\" "
+      "xmlns:cap=\"urn:oasis:names:tc:emergency:cap:1.2\">\n"
+      "<rights>Played by the demo; no real warnings</rights>\n";
+  for (SceneEntry const& entry : feed.entries) {
+    bool const isListed = day + entry.listedFrom <= now && now < day + entry.listedUntil;
+    if (isListed) out += entryText(entry, feed.country, day);
+  }
+  return out + "</feed>\n";
+}
+
+SceneAnswer feedAnswer(SceneFeed const& feed, Instant now) {
+  switch (feed.manner) {
+    case SceneFeed::Manner::answers:
+      return {{200, feedText(feed, now), {}}};
+    case SceneFeed::Manner::html:
+      return {{200, "<!doctype html><title>Maintenance</title><p>We are back soon.", {}}};
+    case SceneFeed::Manner::missing:
+      return {{404, "Not Found", {}}};
+    case SceneFeed::Manner::hangs:
+      return {{}, true};
+  }
+  return {};
+}
+
+void writeMessage(JsonWriter& json, SceneMessage const& message, Instant day) {
+  json.separate();
+  json.beginObject();
+  json.member("type", "Feature");
+  json.member("id", message.id);
+  json.key("geometry");
+  json.null();
+  json.key("properties");
+  json.beginObject();
+  json.member("id", message.id);
+  json.member("areaDesc", "Demo County");
+  json.member("status", "Actual");
+  json.member("messageType", "Alert");
+  json.member("event", message.event);
+  json.member("severity", message.severity);
+  json.member("certainty", "Likely");
+  json.member("urgency", "Expected");
+  json.member("senderName", "NWS Demo Office");
+  json.member("headline", message.headline);
+  json.member("description", message.headline);
+  json.member("instruction", "");
+  json.member("sent", timeOf(day + message.sent));
+  json.member("onset", timeOf(day + message.begin));
+  json.member("expires", timeOf(day + message.end));
+  json.member("ends", timeOf(day + message.end));
+  json.endObject();
+  json.endObject();
+}
+
+DemoAnswer messagesAnswer(std::span<SceneMessage const> messages, Instant now) {
+  Instant const day = std::chrono::floor<std::chrono::days>(now);
+  JsonWriter json;
+  json.beginObject();
+  json.member("type", "FeatureCollection");
+  json.key("features");
+  json.beginList();
+  for (SceneMessage const& message : messages) {
+    if (day + message.sent <= now) writeMessage(json, message, day);
+  }
+  json.endList();
+  json.endObject();
+  return {200, json.take(), {}};
+}
+
+}  // namespace
+
+DemoScene const* findDemoScene(std::string_view name) {
+  auto const scenes = demoScenes();
+  auto const found = std::ranges::find(scenes, name, &DemoScene::name);
+  return found == scenes.end() ? nullptr : &*found;
+}
+
+std::optional<SceneAnswer> sceneAnswer(DemoScene const& scene, DemoRequest const& request, Instant now) {
+  if (request.path == kAlertsPath && !scene.messages.empty()) {
+    return SceneAnswer{messagesAnswer(scene.messages, now)};
+  }
+  if (!request.path.starts_with(kFeedPath)) return std::nullopt;
+  std::string_view const country = std::string_view(request.path).substr(kFeedPath.size());
+  auto const feed = std::ranges::find(scene.feeds, country, &SceneFeed::country);
+  if (feed == scene.feeds.end()) return std::nullopt;
+  return feedAnswer(*feed, now);
+}
+
+}  // namespace nimbara

@@ -1,0 +1,175 @@
+#include "demo/world/demo_warning_messages.h"
+
+#include "base/sha256.h"
+#include "base/text/text.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace nimbara {
+
+namespace {
+
+using std::chrono::hours;
+
+/// Announced so long before they begin; from then on the warnings are updates.
+constexpr hours kNotice{12};
+
+struct Kind {
+  std::string_view name;
+  int number;  ///< as the messages count
+  std::string_view description;
+  std::string_view instruction;
+};
+
+constexpr Kind kKinds[] = {
+    {"Wind", 1, "Strong gusts. Branches may break and loose objects may be carried away.",
+     "Secure loose objects and keep away from trees."},
+    {"Snow-ice", 2, "Snow and slippery roads. Journeys may take much longer.",
+     "Leave more time for journeys and drive with care."},
+    {"Thunderstorm", 3, "Thunderstorms with lightning and short, heavy rain.", "Seek shelter in a building."},
+    {"Fog", 4, "Dense fog. You may see less than a hundred metres.", "Drive slowly and with lights on."},
+    {"High-temperature", 5, "Great heat through the afternoon.", "Drink enough and stay in the shade."},
+    {"Low-temperature", 6, "Severe frost, above all by night.", "Keep warm and protect water pipes."},
+    {"Rain", 10, "Long and heavy rain. Small streams may rise quickly.", "Keep away from streams."},
+    {"Flooding", 12, "Rivers leave their beds in low places.", "Do not drive through water."},
+};
+
+Kind const& kindOf(std::string_view name) {
+  return *std::ranges::find(kKinds, name, &Kind::name);
+}
+
+/// What the demo says in the countries' own languages.
+struct Language {
+  std::string_view country;
+  std::string_view tag;
+  std::string_view description;
+  std::string_view instruction;
+};
+
+constexpr Language kLanguages[] = {
+    {"AT", "de-AT", "Eine erfundene Warnung für {}.", "Es ist nichts zu tun."},
+    {"DE", "de-DE", "Eine erfundene Warnung für {}.", "Es ist nichts zu tun."},
+    {"ES", "es-ES", "Un aviso inventado para {}.", "No hay que hacer nada."},
+    {"FI", "fi-FI", "Keksitty varoitus alueelle {}.", "Mitään ei tarvitse tehdä."},
+    {"FR", "fr-FR", "Une vigilance inventée pour {}.", "Il n’y a rien à faire."},
+    {"GR", "el-GR", "Μια επινοημένη προειδοποίηση για {}.", "Δεν χρειάζεται να κάνετε τίποτα."},
+    {"IS", "is-IS", "Tilbúin viðvörun fyrir {}.", "Ekkert þarf að gera."},
+    {"IT", "it-IT", "Un avviso inventato per {}.", "Non c’è nulla da fare."},
+    {"NO", "nb-NO", "Et oppdiktet varsel for {}.", "Ingenting må gjøres."},
+    {"PL", "pl-PL", "Zmyślone ostrzeżenie: {}.", "Nie trzeba nic robić."},
+    {"PT", "pt-PT", "Um aviso inventado para {}.", "Não é preciso fazer nada."},
+};
+
+struct Words {
+  std::string_view tag;
+  std::string description;
+  std::string_view instruction;
+};
+
+std::vector<Words> wordsOf(DemoWarningMessage const& message) {
+  Kind const& kind = kindOf(message.warning.kind);
+  std::vector<Words> words;
+  auto const* const own = std::ranges::find(kLanguages, message.region.town->countryCode, &Language::country);
+  if (own != std::end(kLanguages)) {
+    words.push_back(
+        {own->tag, fmt::format(fmt::runtime(own->description), message.region.name), own->instruction});
+  }
+  words.push_back({"en-GB", std::string(kind.description), kind.instruction});
+  return words;
+}
+
+std::string element(std::string_view name, std::string_view text) {
+  return fmt::format("<{0}>{1}</{0}>\n", name, demoXmlText(text));
+}
+
+std::string pair(std::string_view name, std::string_view key, std::string_view value) {
+  return fmt::format("<{0}><valueName>{1}</valueName><value>{2}</value></{0}>\n", name, key, value);
+}
+
+std::string blockOf(DemoWarningMessage const& message, Words const& words) {
+  auto const level = static_cast<std::size_t>(message.warning.level);
+  Kind const& kind = kindOf(message.warning.kind);
+  std::string const colour = asciiLowered(kDemoWarningColours[level]);
+  return "<info>\n" + element("language", words.tag) + element("category", "Met") +
+         element("event", fmt::format("{} {} warning", kDemoWarningSeverities[level], kind.name)) +
+         element("urgency", message.isUpdate ? "Immediate" : "Future") +
+         element("severity", kDemoWarningSeverities[level]) + element("certainty", "Likely") +
+         element("onset", demoWarningTime(message.warning.begin)) +
+         element("expires", demoWarningTime(message.warning.end)) +
+         element("senderName", fmt::format("Demo Weather Service of {}", message.region.town->country)) +
+         element("headline", fmt::format("{} warning for {}", kind.name, message.region.name)) +
+         element("description", words.description) + element("instruction", words.instruction) +
+         pair("parameter", "awareness_level",
+              fmt::format("{}; {}; {}", level + 1, colour, kDemoWarningSeverities[level])) +
+         pair("parameter", "awareness_type", fmt::format("{}; {}", kind.number, kind.name)) + "<area>\n" +
+         element("areaDesc", message.region.name) +
+         (message.region.code.empty() ? "" : pair("geocode", "EMMA_ID", message.region.code)) +
+         "</area>\n</info>\n";
+}
+
+DemoWarningMessage messageOf(DemoRegion const& region, DemoWarning const& warning, Instant now) {
+  bool const hasBegun = warning.begin <= now;
+  // By the hour, so that the links of a feed lead to documents as long as the feed is kept.
+  Instant const hour = std::chrono::floor<hours>(now);
+  Instant const sent = std::min(hour, hasBegun ? warning.end - hours(1) : warning.begin - kNotice);
+  return {region, warning, sent, hasBegun};
+}
+
+}  // namespace
+
+std::string DemoWarningMessage::identifier() const {
+  std::string const area = region.code.empty()
+                               ? std::string(region.town->countryCode) + (region.isBeside ? "2" : "1")
+                               : region.code;
+  return fmt::format("2.49.0.0.0.0.{}.{}.{}", area, warning.kind, demoWarningTime(sent));
+}
+
+std::string DemoWarningMessage::documentName() const {
+  constexpr std::size_t kDigits = 32;
+  return sha256Hex(identifier()).substr(0, kDigits);
+}
+
+std::vector<DemoWarningMessage> demoWarningMessages(std::vector<DemoRegion> const& regions, Instant now) {
+  Instant const today = std::chrono::floor<std::chrono::days>(now);
+  std::vector<DemoWarningMessage> messages;
+  auto const add = [&](DemoRegion const& region, DemoWarning const& warning) {
+    messages.push_back(messageOf(region, warning, now));
+  };
+  for (DemoRegion const& region : regions) {
+    for (DemoWarning const& warning : demoWarnings(region.center(), now)) add(region, warning);
+    if (region.isBeside) {
+      add(region, {"Flooding", 1, today - hours(6), today + hours(48)});
+    } else {
+      add(region, {"Wind", 1, today - hours(30), today - hours(12)});  // has ended
+      add(region, {"Rain", 0, today, today + hours(24)});              // warns of nothing
+    }
+  }
+  return messages;
+}
+
+std::string demoWarningDocument(DemoWarningMessage const& message) {
+  std::string document =
+      "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+      "<alert xmlns=\"urn:oasis:names:tc:emergency:cap:1.2\">\n" +
+      element("identifier", message.identifier()) + element("sender", "nimbara-demo") +
+      element("sent", demoWarningTime(message.sent)) + element("status", "Actual") +
+      element("msgType", message.isUpdate ? "Update" : "Alert") + element("scope", "Public");
+  for (Words const& words : wordsOf(message)) document += blockOf(message, words);
+  return document + "</alert>\n";
+}
+
+std::string demoWarningTime(Instant instant) {
+  std::string text = formatIso8601(std::chrono::floor<std::chrono::seconds>(instant));
+  text.pop_back();
+  return text + "+00:00";
+}
+
+std::string demoXmlText(std::string_view text) {
+  std::string out;
+  for (char const c : text) out += c == '&' ? "&amp;" : c == '<' ? "&lt;" : std::string(1, c);
+  return out;
+}
+
+}  // namespace nimbara

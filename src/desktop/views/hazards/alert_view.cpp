@@ -1,0 +1,265 @@
+#include "desktop/views/hazards/alert_view.h"
+
+#include "app/words/coverage_text.h"
+#include "base/text/text.h"
+#include "desktop/views/problem_text.h"
+#include "feeds/alerts/gov_alerts.h"
+#include "model/process.h"
+
+#include <algorithm>
+
+namespace nimbara {
+
+namespace {
+
+constexpr std::size_t kLongestTitle = 200;
+constexpr std::size_t kLongestMessage = 500;
+constexpr std::size_t kLongestDetails = 20'000;
+
+void append(std::string& text, std::string_view part, std::string_view separator) {
+  if (part.empty()) return;
+  if (!text.empty()) text += separator;
+  text += part;
+}
+
+std::vector<WeatherAlert> allAlerts(WeatherState const& state) {
+  std::vector<WeatherAlert> alerts = state.govAlerts;
+  if (state.insight) alerts.insert(alerts.end(), state.insight->alerts.begin(), state.insight->alerts.end());
+  return alerts;
+}
+
+Calendar calendarFor(WeatherState const& state, ViewContext const& context) {
+  return state.weatherData ? calendarOf(*state.weatherData, context.fallback) : context.fallback;
+}
+
+std::string spanOf(WeatherAlert const& alert, ViewContext const& context, TimeWords const& words) {
+  std::string span;
+  if (alert.onset && *alert.onset > context.now) {
+    span = context.texts.format("warning.from", words.moment(*alert.onset, context.now));
+  }
+  if (alert.expires) {
+    append(span, context.texts.format("warning.until", words.moment(*alert.expires, context.now)), ", ");
+  }
+  return span;
+}
+
+std::string messageOf(WeatherAlert const& alert) {
+  bool const repeats = alert.message == alert.title || alert.message == alert.areaDesc;
+  return repeats ? std::string() : reflowed(alert.message);
+}
+
+/// Where all of the warning is near and none of it here.
+std::string nearTextOf(WeatherAlert const& alert, ViewContext const& context) {
+  if (!alert.distanceKm) return {};
+  DistanceUnit const unit = context.units.distance;
+  return context.texts.format("warning.nearBy", display(*alert.distanceKm, unit), symbol(unit));
+}
+
+std::string nearAreasOf(WeatherAlert const& alert, ViewContext const& context) {
+  std::string areas;
+  DistanceUnit const unit = context.units.distance;
+  for (NearArea const& area : alert.near.value_or(std::vector<NearArea>())) {
+    append(areas,
+           context.texts.format("warning.nearArea", oneLine(area.area), display(area.distanceKm, unit),
+                                symbol(unit)),
+           ", ");
+  }
+  return areas.empty() ? areas : context.texts.format("warning.nearAreas", areas);
+}
+
+std::string issuerOf(WeatherAlert const& alert, ViewContext const& context) {
+  if (!alert.isGovAlert && !alert.source) return context.text("desktop.fromForecast");
+  std::string source = oneLine(alert.source.value_or(""));
+  if (!alert.issuer) return source;
+  return context.texts.format("warning.issuedBy", oneLine(*alert.issuer), source);
+}
+
+/// What the short form leaves out.
+bool hasMore(WeatherAlert const& alert) {
+  return alert.description || alert.instruction || alert.text || alert.message.size() > kLongestMessage ||
+         alert.areaDesc.value_or("").size() > kLongestTitle;
+}
+
+std::string ageOf(WeatherAlert const& alert, WeatherState const& state, ViewContext const& context) {
+  auto const since = alert.isGovAlert ? alert.issued : state.lastUpdated;
+  return since ? ageText(*since, context.now, context.texts) : std::string();
+}
+
+AlertView viewOf(WeatherAlert const& alert, WeatherState const& state, ViewContext const& context,
+                 TimeWords const& words) {
+  AlertView view;
+  view.id = alert.id.text();
+  view.level = enumName(alert.severity);
+  view.severity =
+      context.text(alert.levelStated.value_or(true) ? "severity." + view.level : "severity.notStated");
+  view.title = oneLine(alert.title, kLongestTitle);
+  view.message = cutAt(messageOf(alert), kLongestMessage);
+  view.area = oneLine(alert.areaDesc.value_or(""), kLongestTitle);
+  if (alert.onWater.value_or(false)) append(view.area, context.text("warning.onWater"), " – ");
+  append(view.area, nearTextOf(alert, context), " – ");
+  view.when = spanOf(alert, context, words);
+  view.issuer = issuerOf(alert, context);
+  view.colour = alert.colour.value_or("");
+  view.age = ageOf(alert, state, context);
+  view.isOfficial = alert.isGovAlert;
+  view.hasDetails = hasMore(alert);
+  view.sentence = view.severity + ": " + view.title;
+  for (std::string const* const part : {&view.area, &view.when, &view.issuer, &view.age}) {
+    append(view.sentence, *part, ", ");
+  }
+  return view;
+}
+
+std::vector<AlertView> viewsOf(std::vector<WeatherAlert> alerts, WeatherState const& state,
+                               ViewContext const& context) {
+  std::erase_if(alerts, [&](WeatherAlert const& alert) { return hasEnded(alert, context.now); });
+  sortMostSevereFirst(alerts);
+  TimeWords const words(context.texts, calendarFor(state, context));
+  std::vector<AlertView> views;
+  views.reserve(alerts.size());
+  for (WeatherAlert const& alert : alerts) views.push_back(viewOf(alert, state, context, words));
+  return views;
+}
+
+std::string detailsOf(WeatherAlert const& alert, ViewContext const& context) {
+  std::string details;
+  append(details, messageOf(alert), "\n\n");
+  if (alert.areaDesc) append(details, reflowed(*alert.areaDesc), "\n\n");
+  append(details, nearAreasOf(alert, context), "\n\n");
+  if (alert.text) {
+    append(details, trimmed(*alert.text), "\n\n");  // to the letter
+  } else if (alert.description && *alert.description != alert.message) {
+    append(details, reflowed(*alert.description), "\n\n");
+  }
+  if (alert.isFullText == false) append(details, context.text("warning.noFullText"), "\n\n");
+  if (alert.instruction) {
+    std::string const instruction = alert.text ? *alert.instruction : reflowed(*alert.instruction);
+    append(details, context.texts.format("warning.whatToDo", instruction), "\n\n");
+  }
+  return cutAt(details, kLongestDetails);
+}
+
+std::string namesOf(std::vector<SourceCoverage> const& coverage) {
+  std::string names;
+  for (SourceCoverage const& source : coverage) append(names, source.service.value_or(""), ", ");
+  return names;
+}
+
+std::string sourceOf(OfficialCheck const& check, ViewContext const& context) {
+  std::string source = context.standIn.empty() ? namesOf(check.coverage)
+                                               : context.texts.format("report.standIn", context.standIn);
+  if (auto const checkedAt = mostPressing(check.coverage).checkedAt) {
+    append(source, context.texts.format("desktop.checked", ageText(*checkedAt, context.now, context.texts)),
+           "  ·  ");
+  }
+  return source;
+}
+
+std::string headlineOf(SourceCoverage const& coverage, std::size_t count, ViewContext const& context) {
+  if (count == 1) return context.text("desktop.official.one");
+  if (count > 1) return context.texts.format("desktop.official.many", count);
+  return context.text(coverage.checkedAt ? "desktop.official.none" : "desktop.official.asking");
+}
+
+/// The sentence of a failed check without its reason, which has a sentence of its own.
+std::string uncheckedText(SourceCoverage coverage, Calendar const& calendar, ViewContext const& context) {
+  coverage.reason.reset();
+  coverage.count = 0;  // they are listed
+  return coverageText(coverage, context.texts, calendar, context.now);
+}
+
+void fillUnchecked(OfficialView& view, SourceCoverage const& coverage, bool hasWarnings,
+                   Calendar const& calendar, ViewContext const& context) {
+  view.isUnchecked = true;
+  std::string const sentence = uncheckedText(coverage, calendar, context);
+  if (hasWarnings) {
+    view.notice = sentence + ". ";
+  } else {
+    view.headline = sentence;
+  }
+  bool const hasReason = coverage.reason && *coverage.reason != kNotAskedLately;
+  if (hasReason) view.notice += becauseText(*coverage.reason, context) + " ";
+  view.notice += context.text(hasWarnings ? "desktop.official.retry" : "desktop.official.retryEmpty");
+}
+
+void fillStates(OfficialView& view, SourceCoverage coverage, std::size_t count, bool isAsking,
+                Calendar const& calendar, ViewContext const& context) {
+  view.state = enumName(coverage.state);
+  view.headline = headlineOf(coverage, count, context);
+  if (coverage.state == CoverageState::warnings) coverage.count = count;
+  bool const isUnknown = coverage.state == CoverageState::unchecked;
+  if (isUnknown && isAsking) {
+    view.brief = context.text("desktop.official.asking");
+    return;
+  }
+  view.brief = coverageText(coverage, context.texts, calendar, context.now);
+  if (isUnknown) fillUnchecked(view, coverage, count > 0, calendar, context);
+  if (coverage.state == CoverageState::unplaced) {
+    view.headline = view.brief;
+    view.notice = context.text("desktop.official.unplaced");
+  }
+  if (coverage.state == CoverageState::uncovered) {
+    view.isUncovered = true;
+    view.headline = view.brief;
+    view.notice = context.text("desktop.official.uncovered");
+  }
+}
+
+}  // namespace
+
+std::vector<AlertView> alertViews(WeatherState const& state, ViewContext const& context) {
+  return viewsOf(allAlerts(state), state, context);
+}
+
+std::vector<AlertView> officialViews(WeatherState const& state, ViewContext const& context) {
+  return viewsOf(state.govAlerts, state, context);
+}
+
+std::string alertDetails(WeatherState const& state, std::string_view id, ViewContext const& context) {
+  if (id.empty()) return {};
+  auto const alerts = allAlerts(state);
+  auto const found =
+      std::ranges::find_if(alerts, [&](WeatherAlert const& alert) { return alert.id.text() == id; });
+  return found == alerts.end() ? std::string() : detailsOf(*found, context);
+}
+
+OfficialView officialView(OfficialCheck const& check, std::optional<Place> const& place,
+                          WeatherState const& state, ViewContext const& context) {
+  OfficialView view;
+  view.hasPlace = place.has_value();
+  if (!place || check.place != place || check.coverage.empty()) return view;
+  auto const count = std::ranges::count_if(
+      state.govAlerts, [&](WeatherAlert const& alert) { return !hasEnded(alert, context.now); });
+  if (check.isCovered()) view.source = sourceOf(check, context);
+  fillStates(view, mostPressing(agedCoverage(check.coverage, context.now)), static_cast<std::size_t>(count),
+             check.isAsking, calendarFor(state, context), context);
+  return view;
+}
+
+std::string reflowed(std::string_view text) {
+  std::string flowed;
+  bool isBroken = true;  // a new paragraph begins
+  for (std::string_view const raw : split(text, '\n')) {
+    std::string_view const line = trimmed(raw);
+    bool const isItem = line.starts_with("* ") || line.starts_with("- ");
+    if (line.empty()) {
+      isBroken = true;
+      continue;
+    }
+    if (!flowed.empty()) flowed += isBroken ? "\n\n" : isItem ? "\n" : " ";
+    flowed += line;
+    isBroken = false;
+  }
+  return flowed;
+}
+
+std::string cutAt(std::string_view text, std::size_t limit) {
+  if (text.size() <= limit) return std::string(text);
+  constexpr std::string_view kEnd = "…";
+  std::size_t end = limit < kEnd.size() ? 0 : limit - kEnd.size();
+  auto const isInside = [&](std::size_t at) { return (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80; };
+  while (end > 0 && isInside(end)) --end;
+  return std::string(text.substr(0, end)) + std::string(kEnd);
+}
+
+}  // namespace nimbara

@@ -1,0 +1,172 @@
+#include "desktop/views/hazards/quakes_view.h"
+
+#include "base/text/number.h"
+#include "base/text/text.h"
+#include "desktop/views/problem_text.h"
+
+#include <algorithm>
+#include <array>
+
+namespace nimbara {
+
+namespace {
+
+using std::chrono::hours;
+
+constexpr std::size_t kMost = 500;
+constexpr double kStrong = 5;
+/// In km; 0 is the whole world.
+constexpr std::array kRadii{250.0, 500.0, 1000.0, 2500.0, 0.0};
+constexpr std::array kMagnitudes{-10.0, 2.5, 4.5, 6.0};
+
+double decimal(double magnitude) {
+  return roundHalfAway(magnitude * 10) / 10;
+}
+
+std::string magnitudeText(double magnitude, ViewContext const& context) {
+  std::string text = fixedDecimal(decimal(magnitude), 1);
+  if (auto const point = text.find('.'); point != std::string::npos) {
+    text.replace(point, 1, context.texts.decimalPoint());
+  }
+  return text;
+}
+
+std::string distanceText(double km, ViewContext const& context) {
+  return measured(display(std::max(0.0, km), context.units.distance), symbol(context.units.distance));
+}
+
+/// "310 mi" rather than "311 mi": nobody means the last digit.
+std::string roundDistance(double km, ViewContext const& context) {
+  double const value = convert(km, context.units.distance);
+  double const step = value >= 1000 ? 100 : value >= 100 ? 10 : 1;
+  return measured(roundedText(std::round(value / step) * step), symbol(context.units.distance));
+}
+
+int ageClassOf(Instant time, Instant now) {
+  auto const age = now - time;
+  return age < hours(1) ? 0 : age < hours(6) ? 1 : 2;
+}
+
+bool passes(EarthquakeEvent const& event, QuakeFilter const& filter, std::optional<Place> const& place) {
+  if (decimal(event.magnitude) < filter.minMagnitude) return false;
+  if (!place || !(filter.radiusKm > 0)) return true;
+  return haversineKm(place->coordinate, event.coordinate()) <= filter.radiusKm;
+}
+
+QuakeView viewOf(EarthquakeEvent const& event, std::optional<Place> const& place,
+                 ViewContext const& context) {
+  QuakeView view;
+  view.id = event.id;
+  view.magnitude = magnitudeText(event.magnitude, context);
+  view.place = oneLine(event.place);
+  view.age = ageText(event.time, context.now, context.texts);
+  view.ageClass = ageClassOf(event.time, context.now);
+  view.isStrong = event.magnitude >= kStrong;
+  if (place) {
+    double const km = haversineKm(place->coordinate, event.coordinate());
+    view.note = context.texts.format("desktop.quakes.away", distanceText(km, context)) + ", ";
+  }
+  view.note += context.texts.format("desktop.quakes.deep", distanceText(event.depthKm, context));
+  view.sentence = context.texts.format("desktop.quakes.magnitude", view.magnitude) + ", " + view.place +
+                  ", " + view.note + ", " + view.age;
+  return view;
+}
+
+std::string countText(std::size_t count, ViewContext const& context) {
+  if (count == 0) return context.text("desktop.quakes.none");
+  if (count == 1) return context.text("desktop.quakes.one");
+  return context.texts.format(count < kMost ? "desktop.quakes.many" : "desktop.quakes.newest", count);
+}
+
+std::string noticeOf(HazardReading<std::vector<EarthquakeEvent>> const& quakes, ViewContext const& context) {
+  if (quakes.problem.empty()) return {};
+  std::string const because = " " + becauseText(quakes.problem, context);
+  if (!quakes.checkedAt) {
+    return context.text(quakes.data.empty() ? "desktop.quakes.neverChecked" : "desktop.quakes.unchecked") +
+           because;
+  }
+  TimeWords const words(context.texts, context.fallback);
+  return context.texts.format("desktop.quakes.uncheckedSince", words.moment(*quakes.checkedAt, context.now)) +
+         because;
+}
+
+std::string sourceOf(std::optional<Instant> checkedAt, ViewContext const& context) {
+  std::string source = context.standIn.empty() ? context.text("desktop.quakes.source")
+                                               : context.texts.format("report.standIn", context.standIn);
+  if (!checkedAt) return source;
+  return source + "  ·  " +
+         context.texts.format("desktop.checked", ageText(*checkedAt, context.now, context.texts));
+}
+
+template <std::size_t count, class Text>
+std::vector<ChoiceView> choices(std::array<double, count> const& values, double chosen, Text const& text) {
+  std::vector<ChoiceView> views;
+  views.reserve(count + 1);
+  for (double const value : values) views.push_back({value, text(value), value == chosen});
+  if (std::ranges::find(values, chosen) == values.end()) views.push_back({chosen, text(chosen), true});
+  return views;
+}
+
+}  // namespace
+
+std::vector<EarthquakeEvent> shownQuakes(HazardsState const& state, std::optional<Place> const& place,
+                                         Instant now) {
+  std::vector<EarthquakeEvent> shown;
+  for (EarthquakeEvent const& event : state.quakes.data) {
+    if (shown.size() == kMost) break;
+    bool const isRecent = now - event.time <= hours(24);
+    if (isRecent && passes(event, state.filter, place)) shown.push_back(event);
+  }
+  return shown;
+}
+
+std::vector<QuakeView> quakeViews(std::vector<EarthquakeEvent> const& shown,
+                                  std::optional<Place> const& place, ViewContext const& context) {
+  std::vector<QuakeView> views;
+  views.reserve(shown.size());
+  for (EarthquakeEvent const& event : shown) views.push_back(viewOf(event, place, context));
+  return views;
+}
+
+QuakesView quakesView(HazardsState const& state, std::vector<EarthquakeEvent> const& shown,
+                      std::optional<Place> const& place, ViewContext const& context) {
+  QuakesView view;
+  view.hasPlace = place.has_value();
+  view.notice = noticeOf(state.quakes, context);
+  view.source = sourceOf(state.quakes.checkedAt, context);
+  bool const isKnown = state.quakes.checkedAt || !state.quakes.data.empty();
+  if (isKnown) {
+    view.count = countText(shown.size(), context);
+  } else if (view.notice.empty()) {
+    view.count = context.text("desktop.quakes.asking");
+  }
+  return view;
+}
+
+QuakeMap quakeMap(std::vector<EarthquakeEvent> const& shown, HazardsState const& state,
+                  std::optional<Place> const& place, Instant now) {
+  QuakeMap map;
+  map.points.reserve(shown.size());
+  for (EarthquakeEvent const& event : shown) {
+    map.points.push_back({event.coordinate(), event.magnitude, ageClassOf(event.time, now)});
+  }
+  if (place) map.place = place->coordinate;
+  map.radiusKm = place ? state.filter.radiusKm : 0;
+  return map;
+}
+
+std::vector<ChoiceView> radiusChoices(QuakeFilter const& filter, ViewContext const& context) {
+  return choices(kRadii, filter.radiusKm, [&](double km) {
+    return km > 0 ? roundDistance(km, context) : context.text("desktop.quakes.world");
+  });
+}
+
+std::vector<ChoiceView> magnitudeChoices(QuakeFilter const& filter, ViewContext const& context) {
+  return choices(kMagnitudes, filter.minMagnitude, [&](double least) {
+    return least == kMagnitudes.front()
+               ? context.text("desktop.quakes.all")
+               : context.texts.format("desktop.quakes.from", magnitudeText(least, context));
+  });
+}
+
+}  // namespace nimbara

@@ -1,0 +1,102 @@
+// Earthquakes as display values: the list, the points of the map, the filters. Pure functions.
+#pragma once
+
+#include "desktop/views/hazards/hazards_state.h"
+#include "desktop/views/view_context.h"
+#include "desktop/views/view_fields.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace nimbara {
+
+struct QuakeView {
+  std::string id;
+  std::string magnitude;  ///< "5.2"
+  std::string place;      ///< in the service's words
+  std::string note;       ///< distance and depth
+  std::string age;
+  double ageClass = 0;    ///< 0 of this hour, 1 of the last six, 2 older
+  bool isStrong = false;  ///< enough to do damage
+  std::string sentence;
+
+  bool operator==(QuakeView const&) const = default;
+};
+
+template <>
+inline constexpr auto viewFields<QuakeView> = std::tuple{
+    viewField("quakeId", &QuakeView::id),        viewField("magnitude", &QuakeView::magnitude),
+    viewField("place", &QuakeView::place),       viewField("note", &QuakeView::note),
+    viewField("age", &QuakeView::age),           viewField("ageClass", &QuakeView::ageClass),
+    viewField("isStrong", &QuakeView::isStrong), viewField("sentence", &QuakeView::sentence),
+};
+
+/// What stands beside the list.
+struct QuakesView {
+  std::string count;   ///< "12 earthquakes in the last 24 hours", or that there are none or none known
+  std::string notice;  ///< why the list may be old or is missing; empty when all is well
+  std::string source;
+  bool hasPlace = false;
+
+  bool operator==(QuakesView const&) const = default;
+};
+
+template <>
+inline constexpr auto viewFields<QuakesView> = std::tuple{
+    viewField("count", &QuakesView::count),
+    viewField("notice", &QuakesView::notice),
+    viewField("source", &QuakesView::source),
+    viewField("hasPlace", &QuakesView::hasPlace),
+};
+
+/// A value of a filter.
+struct ChoiceView {
+  double value = 0;
+  std::string text;
+  bool isChosen = false;
+
+  bool operator==(ChoiceView const&) const = default;
+};
+
+template <>
+inline constexpr auto viewFields<ChoiceView> = std::tuple{
+    viewField("value", &ChoiceView::value),
+    viewField("caption", &ChoiceView::text),
+    viewField("isChosen", &ChoiceView::isChosen),
+};
+
+/// An earthquake on the map, in the list's order.
+struct QuakePoint {
+  Coordinate place;
+  double magnitude = 0;
+  int ageClass = 0;
+
+  bool operator==(QuakePoint const&) const = default;
+};
+
+struct QuakeMap {
+  std::vector<QuakePoint> points;
+  std::optional<Coordinate> place;
+  double radiusKm = 0;
+
+  bool operator==(QuakeMap const&) const = default;
+};
+
+/// Those of the last 24 hours that the filter lets through, newest first; the newest 500 where there are
+/// more.
+std::vector<EarthquakeEvent> shownQuakes(HazardsState const& state, std::optional<Place> const& place,
+                                         Instant now);
+
+std::vector<QuakeView> quakeViews(std::vector<EarthquakeEvent> const& shown,
+                                  std::optional<Place> const& place, ViewContext const& context);
+QuakesView quakesView(HazardsState const& state, std::vector<EarthquakeEvent> const& shown,
+                      std::optional<Place> const& place, ViewContext const& context);
+QuakeMap quakeMap(std::vector<EarthquakeEvent> const& shown, HazardsState const& state,
+                  std::optional<Place> const& place, Instant now);
+
+/// The usual values and the chosen one.
+std::vector<ChoiceView> radiusChoices(QuakeFilter const& filter, ViewContext const& context);
+std::vector<ChoiceView> magnitudeChoices(QuakeFilter const& filter, ViewContext const& context);
+
+}  // namespace nimbara

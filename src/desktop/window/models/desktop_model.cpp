@@ -1,0 +1,303 @@
+#include "desktop/window/models/desktop_model.h"
+
+#include "desktop/views/hazards/alert_view.h"
+#include "desktop/views/now_view.h"
+#include "desktop/views/problem_text.h"
+#include "desktop/window/words.h"
+#include "gazetteer/gazetteer.h"
+
+#include <algorithm>
+
+namespace nimbara {
+
+namespace {
+
+constexpr WordRow kWords[] = {
+    {"now", "desktop.page.now"},
+    {"hours", "desktop.page.hours"},
+    {"hazards", "desktop.page.hazards"},
+    {"globe", "desktop.page.globe"},
+    {"places", "desktop.page.places"},
+    {"notifications", "desktop.page.notifications"},
+    {"settings", "desktop.page.settings"},
+    {"otherPages", "desktop.page.others"},
+    {"refresh", "desktop.refresh"},
+    {"loading", "desktop.loading"},
+    {"details", "desktop.details"},
+    {"next24", "report.next24"},
+    {"sevenDays", "report.days"},
+    {"meteogram", "desktop.meteogram"},
+    {"meteogramHint", "desktop.meteogram.hint"},
+    {"sun", "report.sun"},
+    {"moon", "report.moon"},
+    {"temperature", "desktop.temperature"},
+    {"feelsLike", "desktop.feelsLike"},
+    {"precipitation", "report.precipitation"},
+    {"wind", "report.wind"},
+    {"pressure", "report.pressure"},
+    {"clouds", "report.clouds"},
+    {"alerts", "desktop.alerts"},
+    {"previous", "desktop.previous"},
+    {"next", "desktop.next"},
+    {"more", "desktop.more"},
+    {"less", "desktop.less"},
+    {"search", "desktop.search"},
+    {"searchHint", "desktop.search.hint"},
+    {"noMatch", "desktop.search.none"},
+    {"noPlaces", "desktop.places.none"},
+    {"noWeather", "desktop.noWeather"},
+    {"noReading", "report.noCurrent"},
+    {"saved", "desktop.saved"},
+    {"add", "desktop.add"},
+    {"remove", "desktop.remove"},
+    {"notifyEverything", "places.notifications.everything"},
+    {"notifySevere", "places.notifications.severe"},
+    {"notifyOfficial", "places.notifications.official"},
+    {"notifyNothing", "places.notifications.nothing"},
+    {"moveUp", "desktop.moveUp"},
+    {"moveDown", "desktop.moveDown"},
+    {"selected", "desktop.selected"},
+    {"searchOnline", "desktop.search.online"},
+    {"searchOnlineHint", "desktop.search.online.hint"},
+    {"searchingOnline", "desktop.search.online.asking"},
+    {"here", "desktop.here"},
+    {"removeHere", "desktop.here.remove"},
+    {"findHere", "desktop.here.find"},
+    {"findHereAgain", "desktop.here.again"},
+    {"undo", "desktop.undo"},
+    {"dismiss", "desktop.dismiss"},
+};
+
+Uuid uuidOf(QString const& text) {
+  return Uuid::parse(text.toStdString()).value_or(Uuid{});
+}
+
+template <class Command, class... Arguments>
+void ask(Command const& command, Arguments&&... arguments) {
+  if (command) command(std::forward<Arguments>(arguments)...);
+}
+
+}  // namespace
+
+DesktopModel::DesktopModel(Setting setting, DesktopCommands commands, QObject* parent)
+    : QObject(parent),
+      setting_(std::move(setting)),
+      commands_(std::move(commands)),
+      globe_(new GlobeModel({setting_.wording.texts, setting_.program}, commands_.globe, this)),
+      now_(new RecordModel(this)),
+      sky_(new RecordModel(this)),
+      words_(new RecordModel(this)),
+      alerts_(new RecordListModel(this)),
+      tiles_(new RecordListModel(this)),
+      hours_(new RecordListModel(this)),
+      days_(new RecordListModel(this)),
+      dayHours_(new RecordListModel(this)),
+      places_(new RecordListModel(this)),
+      found_(new RecordListModel(this)),
+      hazards_(new HazardsModel(commands_.hazards, this)),
+      notifications_(new NotificationsModel(commands_.notifications, this)),
+      here_(new RecordModel(this)),
+      settings_(new SettingsModel(commands_.settings, this)) {
+  takeWording(setting_.wording);
+  connect(settings_, &SettingsModel::opened, this, &DesktopModel::tick);
+  connect(globe_, &GlobeModel::settled, this, &DesktopModel::shown);
+  showWeather();
+}
+
+void DesktopModel::takeWording(Wording const& wording) {
+  setting_.wording = wording;
+  showWords(*words_, kWords, *setting_.wording.texts);
+  globe_->takeTexts(setting_.wording.texts);
+}
+
+ViewContext DesktopModel::context() const {
+  return {*setting_.wording.texts, setting_.wording.units, setting_.now(), setting_.wording.fallback,
+          setting_.standIn};
+}
+
+/// With the selected place's own time, also before a forecast of it has come.
+ViewContext DesktopModel::contextOfPlace() const {
+  ViewContext view = context();
+  if (snapshot_->place) {
+    std::string const zone(timeZoneAt(snapshot_->place->coordinate));
+    view.fallback = Calendar::forZone(zone).value_or(view.fallback);
+  }
+  return view;
+}
+
+QString DesktopModel::problem() const {
+  ViewContext const view = context();
+  std::string const& unknown = snapshot_->unknownPlace;
+  return QString::fromStdString(unknown.empty() ? storeText(snapshot_->problem, view)
+                                                : view.texts.format("desktop.places.unknown", unknown));
+}
+
+void DesktopModel::show(std::shared_ptr<DesktopSnapshot const> snapshot) {
+  bool const isOther = snapshot->place != snapshot_->place;
+  snapshot_ = std::move(snapshot);
+  isReady_ = true;
+  if (snapshot_->wording) takeWording(*snapshot_->wording);
+  if (isOther) setOpenDay(-1);
+  showWeather();
+}
+
+void DesktopModel::tick() {
+  showWeather();
+}
+
+void DesktopModel::showWeather() {
+  ViewContext const view = context();
+  WeatherState const& state = *snapshot_->weather;
+  auto const& hazards = snapshot_->hazards;
+  now_->show(nowView(state, snapshot_->place, view));
+  sky_->show(skyView(state, view));
+  scene_ = sceneView(state, view);
+  alerts_->show(alertViews(state, contextOfPlace()));
+  showOpenAlert(contextOfPlace());
+  hazards_->show(*snapshot_, contextOfPlace());
+  tiles_->show(tileViews(state, view));
+  bool const everyPlace = !snapshot_->settings || snapshot_->settings->settings.boolean("notify_everyPlace");
+  places_->show(placeViews(snapshot_->places, snapshot_->kept, everyPlace, hazards->places, view));
+  found_->show(foundViews(foundPlaces_, snapshot_->places));
+  notifications_->show(*snapshot_, view);
+  here_->show(hereView(snapshot_->places, snapshot_->location, snapshot_->kept, view));
+  settings_->show(snapshot_->settings.get(), view);
+  WeatherData const none;
+  WeatherData const& data = state.weatherData ? *state.weatherData : none;
+  hours_->show(hourViews(data, view));
+  days_->show(dayViews(data, view));
+  dayHours_->show(openDay_ < 0 ? std::vector<HourView>()
+                               : dayHourViews(data, static_cast<std::size_t>(openDay_), view));
+  meteogram_ = meteogramOf(data, view);
+  globe_->show(snapshot_->place, view);
+  Q_EMIT shown();
+}
+
+TrayView DesktopModel::tray() const {
+  ViewContext const view = context();
+  WeatherState const& state = *snapshot_->weather;
+  OfficialView const official =
+      officialView(snapshot_->hazards->official, snapshot_->place, state, contextOfPlace());
+  return trayView(nowView(state, snapshot_->place, view), official.brief, view);
+}
+
+void DesktopModel::setOpenDay(int day) {
+  if (openDay_ == day) return;
+  openDay_ = day;
+  showWeather();
+  Q_EMIT openDayChanged();
+}
+
+void DesktopModel::setOpenAlert(QString const& id) {
+  openAlert_ = id.toStdString();
+  showOpenAlert(contextOfPlace());
+}
+
+void DesktopModel::showOpenAlert(ViewContext const& context) {
+  alertDetails_ = nimbara::alertDetails(*snapshot_->weather, openAlert_, context);
+  if (alertDetails_.empty()) openAlert_.clear();
+  Q_EMIT openAlertChanged();
+}
+
+void DesktopModel::refresh() {
+  ask(commands_.refresh);
+}
+
+void DesktopModel::selectPlace(QString const& id) {
+  ask(commands_.selectPlace, uuidOf(id));
+}
+
+QString DesktopModel::removed() const {
+  return removal_
+             ? QString::fromStdString(setting_.wording.texts->format("desktop.removed", removal_->place.name))
+             : QString();
+}
+
+void DesktopModel::removePlace(QString const& id) {
+  auto const& places = snapshot_->places.places;
+  auto const found = std::ranges::find(places, uuidOf(id), &SavedPlace::id);
+  if (found == places.end()) return;
+  int const position = static_cast<int>(found - places.begin()) + 1;
+  removal_ = Removal{*found, position, snapshot_->places.selected == found->id};
+  ask(commands_.removePlace, Uuid(found->id));
+  Q_EMIT removedChanged();
+}
+
+void DesktopModel::undoRemoval() {
+  if (!removal_) return;
+  ask(commands_.restorePlace, removal_->place, removal_->position, removal_->wasSelected);
+  forgetRemoval();
+}
+
+void DesktopModel::forgetRemoval() {
+  removal_.reset();
+  Q_EMIT removedChanged();
+}
+
+void DesktopModel::locate() {
+  ask(commands_.locate);
+}
+
+void DesktopModel::selectHere() {
+  ask(commands_.selectPlace, kCurrentLocation);
+}
+
+void DesktopModel::removeHere() {
+  ask(commands_.removeCurrentLocation);
+}
+
+void DesktopModel::movePlace(QString const& id, int position) {
+  ask(commands_.movePlace, uuidOf(id), position);
+}
+
+void DesktopModel::chooseNotifications(QString const& id, QString const& choice) {
+  if (auto const chosen = enumFromName<PlaceChoice>(choice.toStdString())) {
+    ask(commands_.chooseNotifications, uuidOf(id), *chosen);
+  }
+}
+
+void DesktopModel::search(QString const& text) {
+  searchText_ = text.trimmed().toStdString();
+  isSearchingOnline_ = false;
+  searchNote_.clear();
+  if (searchText_.empty()) {
+    showFound({}, {});
+  } else {
+    ask(commands_.search, searchText_);
+  }
+}
+
+void DesktopModel::showFound(std::string const& text, std::vector<FoundPlace> found) {
+  if (text != searchText_) return;
+  foundPlaces_ = std::move(found);
+  found_->show(foundViews(foundPlaces_, snapshot_->places));
+  Q_EMIT searched();
+}
+
+void DesktopModel::searchOnline() {
+  if (searchText_.empty() || isSearchingOnline_) return;
+  isSearchingOnline_ = true;
+  searchNote_.clear();
+  ask(commands_.searchOnline, searchText_);
+  Q_EMIT searched();
+}
+
+void DesktopModel::showFoundOnline(std::string const& text,
+                                   Result<std::vector<FoundPlace>, APIError> const& found) {
+  if (text != searchText_ || !isSearchingOnline_) return;
+  isSearchingOnline_ = false;
+  searchNote_ = QString::fromStdString(onlineNote(found, context()));
+  showFound(text, found ? *found : foundPlaces_);
+}
+
+void DesktopModel::addFound(int row) {
+  if (row < 0 || row >= static_cast<int>(foundPlaces_.size())) return;
+  FoundPlace const& place = foundPlaces_[static_cast<std::size_t>(row)];
+  if (SavedPlace const* const saved = snapshot_->places.findNear(place.coordinate)) {
+    ask(commands_.selectPlace, saved->id);
+  } else {
+    ask(commands_.addPlace, savedPlaceOf(place));
+  }
+}
+
+}  // namespace nimbara

@@ -1,0 +1,194 @@
+// What the window shows and what it can ask for, on the window's thread: holds the latest snapshot, turns it
+// into display values, and passes commands on. Reads no file, asks no service. Owned by the program's entry.
+#pragma once
+
+#include "desktop/core/desktop_core.h"
+#include "desktop/views/hours_view.h"
+#include "desktop/views/sky/sky_scene.h"
+#include "desktop/views/tray_view.h"
+#include "desktop/window/models/globe_model.h"
+#include "desktop/window/models/hazards_model.h"
+#include "desktop/window/models/notifications_model.h"
+#include "desktop/window/models/settings_model.h"
+#include "desktop/window/models/view_models.h"
+
+#include <QObject>
+#include <QVariantMap>
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace nimbara {
+
+/// What the window asks of the core; every member may be empty.
+struct DesktopCommands {
+  std::function<void()> refresh;
+  std::function<void(Uuid)> selectPlace;
+  std::function<void(SavedPlace)> addPlace;
+  std::function<void(Uuid)> removePlace;
+  std::function<void(Uuid, int)> movePlace;
+  std::function<void(Uuid, PlaceChoice)> chooseNotifications;
+  std::function<void(SavedPlace, int position, bool select)> restorePlace;
+  std::function<void(std::string)> search;
+  HazardsCommands hazards;
+  GlobeCommands globe;
+  NotificationCommands notifications;
+  std::function<void(std::string)> searchOnline;
+  std::function<void()> locate;
+  std::function<void()> removeCurrentLocation;
+  SettingsCommands settings;
+};
+
+class DesktopModel : public QObject {
+  Q_OBJECT
+  Q_PROPERTY(nimbara::RecordModel* now READ now CONSTANT)
+  Q_PROPERTY(nimbara::RecordModel* skyToday READ skyToday CONSTANT)
+  Q_PROPERTY(nimbara::RecordModel* words READ words CONSTANT)
+  Q_PROPERTY(nimbara::RecordListModel* alerts READ alerts CONSTANT)
+  Q_PROPERTY(nimbara::RecordListModel* tiles READ tiles CONSTANT)
+  Q_PROPERTY(nimbara::RecordListModel* hours READ hours CONSTANT)
+  Q_PROPERTY(nimbara::RecordListModel* days READ days CONSTANT)
+  Q_PROPERTY(nimbara::RecordListModel* dayHours READ dayHours CONSTANT)
+  Q_PROPERTY(nimbara::RecordListModel* places READ places CONSTANT)
+  Q_PROPERTY(nimbara::RecordListModel* found READ found CONSTANT)
+  Q_PROPERTY(nimbara::GlobeModel* globe READ globe CONSTANT)
+  Q_PROPERTY(nimbara::NotificationsModel* notifications READ notifications CONSTANT)
+  Q_PROPERTY(nimbara::HazardsModel* hazards READ hazards CONSTANT)
+  Q_PROPERTY(QString openAlert READ openAlert WRITE setOpenAlert NOTIFY openAlertChanged)
+  Q_PROPERTY(QString alertDetails READ alertDetails NOTIFY openAlertChanged)
+  Q_PROPERTY(nimbara::RecordModel* here READ here CONSTANT)
+  Q_PROPERTY(nimbara::SettingsModel* settings READ settings CONSTANT)
+  Q_PROPERTY(QString problem READ problem NOTIFY shown)
+  Q_PROPERTY(bool isReady READ isReady NOTIFY shown)
+  Q_PROPERTY(int openDay READ openDay WRITE setOpenDay NOTIFY openDayChanged)
+  Q_PROPERTY(QString searchText READ searchText NOTIFY searched)
+  Q_PROPERTY(bool isSearchingOnline READ isSearchingOnline NOTIFY searched)
+  Q_PROPERTY(QString searchNote READ searchNote NOTIFY searched)
+  Q_PROPERTY(QString removed READ removed NOTIFY removedChanged)
+
+ public:
+  struct Setting {
+    Wording wording;  ///< until a snapshot brings another
+    std::string standIn;
+    std::function<Instant()> now;
+    std::filesystem::path program;  ///< this program's own file, beside which its modules lie
+  };
+
+  DesktopModel(Setting setting, DesktopCommands commands, QObject* parent = nullptr);
+
+  void show(std::shared_ptr<DesktopSnapshot const> snapshot);
+  /// The matches of `text`; an answer to an older question is passed over.
+  void showFound(std::string const& text, std::vector<FoundPlace> found);
+  /// What the geocoding service knows of `text`.
+  void showFoundOnline(std::string const& text, Result<std::vector<FoundPlace>, APIError> const& found);
+  /// Ages and clocks move on.
+  void tick();
+
+  RecordModel* now() { return now_; }
+  RecordModel* skyToday() { return sky_; }
+  RecordModel* words() { return words_; }
+  RecordListModel* alerts() { return alerts_; }
+  RecordListModel* tiles() { return tiles_; }
+  RecordListModel* hours() { return hours_; }
+  RecordListModel* days() { return days_; }
+  RecordListModel* dayHours() { return dayHours_; }
+  RecordListModel* places() { return places_; }
+  RecordListModel* found() { return found_; }
+  HazardsModel* hazards() { return hazards_; }
+  /// The identifier of the warning whose whole text is shown; empty for none.
+  QString openAlert() const { return QString::fromStdString(openAlert_); }
+  void setOpenAlert(QString const& id);
+  QString alertDetails() const { return QString::fromStdString(alertDetails_); }
+  GlobeModel* globe() { return globe_; }
+  NotificationsModel* notifications() { return notifications_; }
+  RecordModel* here() { return here_; }
+  SettingsModel* settings() { return settings_; }
+  Meteogram const& meteogram() const { return meteogram_; }
+  SkyScene const& scene() const { return scene_; }
+  QString problem() const;
+  /// A first snapshot has come.
+  bool isReady() const { return isReady_; }
+  bool hasSettled() const {
+    return isReady_ && !snapshot_->weather->isLoading && snapshot_->hazards->isSettled() &&
+           globe_->hasSettled();
+  }
+  TrayView tray() const;
+  bool closesToTray() const { return snapshot_->closesToTray; }
+  int openDay() const { return openDay_; }
+  /// -1 closes it.
+  void setOpenDay(int day);
+  QString searchText() const { return QString::fromStdString(searchText_); }
+  bool isSearchingOnline() const { return isSearchingOnline_; }
+  /// What became of the search online.
+  QString searchNote() const { return searchNote_; }
+  /// The name of the place whose removal can be taken back; empty for none.
+  QString removed() const;
+
+  Q_INVOKABLE void refresh();
+  Q_INVOKABLE void selectPlace(QString const& id);
+  Q_INVOKABLE void removePlace(QString const& id);
+  Q_INVOKABLE void movePlace(QString const& id, int position);
+  Q_INVOKABLE void chooseNotifications(QString const& id, QString const& choice);
+  Q_INVOKABLE void undoRemoval();
+  Q_INVOKABLE void forgetRemoval();
+  Q_INVOKABLE void locate();
+  Q_INVOKABLE void selectHere();
+  Q_INVOKABLE void removeHere();
+  Q_INVOKABLE void search(QString const& text);
+  /// Sends the text that was searched for to the geocoding service.
+  Q_INVOKABLE void searchOnline();
+  /// Saves the match at `row` of `found` and selects it, or the saved place that it is.
+  Q_INVOKABLE void addFound(int row);
+
+ Q_SIGNALS:
+  void shown();
+  void openDayChanged();
+  void openAlertChanged();
+  void searched();
+  void removedChanged();
+
+ private:
+  struct Removal {
+    SavedPlace place;
+    int position = 1;
+    bool wasSelected = false;
+  };
+
+  ViewContext context() const;
+  ViewContext contextOfPlace() const;
+  void takeWording(Wording const& wording);
+  void showWeather();
+  void showOpenAlert(ViewContext const& context);
+
+  Setting setting_;
+  DesktopCommands commands_;
+  std::shared_ptr<DesktopSnapshot const> snapshot_ = std::make_shared<DesktopSnapshot>();
+  bool isReady_ = false;
+  int openDay_ = -1;
+  std::string searchText_;
+  std::string openAlert_;
+  std::string alertDetails_;
+  std::vector<FoundPlace> foundPlaces_;
+  bool isSearchingOnline_ = false;
+  QString searchNote_;
+  std::optional<Removal> removal_;
+  Meteogram meteogram_;
+  SkyScene scene_;
+  GlobeModel* globe_;
+  RecordModel* now_;
+  RecordModel* sky_;
+  RecordModel* words_;
+  RecordListModel* alerts_;
+  RecordListModel* tiles_;
+  RecordListModel* hours_;
+  RecordListModel* days_;
+  RecordListModel* dayHours_;
+  RecordListModel* places_;
+  RecordListModel* found_;
+  HazardsModel* hazards_;
+  NotificationsModel* notifications_;
+  RecordModel* here_;
+  SettingsModel* settings_;
+};
+
+}  // namespace nimbara

@@ -1,0 +1,97 @@
+#include "desktop/window/models/hazards_model.h"
+
+#include "desktop/views/hazards/alert_view.h"
+#include "desktop/window/words.h"
+
+#include <algorithm>
+
+namespace nimbara {
+
+namespace {
+
+constexpr WordRow kWords[] = {
+    {"title", "desktop.page.hazards"},
+    {"official", "desktop.official"},
+    {"noPlace", "desktop.official.noPlace"},
+    {"quakes", "desktop.quakes"},
+    {"radius", "desktop.quakes.radius"},
+    {"strength", "desktop.quakes.strength"},
+    {"map", "desktop.quakes.map"},
+    {"mapHint", "desktop.quakes.mapHint"},
+    {"lastHour", "desktop.quakes.lastHour"},
+    {"lastSix", "desktop.quakes.lastSix"},
+    {"lastDay", "desktop.quakes.lastDay"},
+    {"kp", "desktop.kp"},
+    {"bars", "desktop.kp.bars"},
+    {"more", "desktop.more"},
+    {"less", "desktop.less"},
+};
+
+}  // namespace
+
+HazardsModel::HazardsModel(HazardsCommands commands, QObject* parent)
+    : QObject(parent),
+      commands_(std::move(commands)),
+      words_(new RecordModel(this)),
+      official_(new RecordModel(this)),
+      warnings_(new RecordListModel(this)),
+      about_(new RecordModel(this)),
+      quakes_(new RecordListModel(this)),
+      radii_(new RecordListModel(this)),
+      magnitudes_(new RecordListModel(this)),
+      kp_(new RecordModel(this)) {}
+
+void HazardsModel::show(DesktopSnapshot const& snapshot, ViewContext const& context) {
+  HazardsState const& state = *snapshot.hazards;
+  showWords(*words_, kWords, context.texts);
+  official_->show(officialView(state.official, snapshot.place, *snapshot.weather, context));
+  warnings_->show(officialViews(*snapshot.weather, context));
+  showQuakes(snapshot, context);
+  kp_->show(kpView(state, context));
+  kpBars_ = nimbara::kpBars(state, context);
+  Q_EMIT shown();
+}
+
+/// What is pointed at stays so in whichever row it is now.
+void HazardsModel::showQuakes(DesktopSnapshot const& snapshot, ViewContext const& context) {
+  HazardsState const& state = *snapshot.hazards;
+  std::string const pointedAt =
+      highlighted_ < 0 ? std::string() : shownQuakes_[static_cast<std::size_t>(highlighted_)].id;
+  auto const events = shownQuakes(state, snapshot.place, context.now);
+  shownQuakes_ = quakeViews(events, snapshot.place, context);
+  quakeMap_ = nimbara::quakeMap(events, state, snapshot.place, context.now);
+  about_->show(quakesView(state, events, snapshot.place, context));
+  radii_->show(radiusChoices(state.filter, context));
+  magnitudes_->show(magnitudeChoices(state.filter, context));
+  quakes_->show(shownQuakes_);
+  auto const found = std::ranges::find(shownQuakes_, pointedAt, &QuakeView::id);
+  bool const isStill = !pointedAt.empty() && found != shownQuakes_.end();
+  highlighted_ = isStill ? static_cast<int>(found - shownQuakes_.begin()) : -1;
+  Q_EMIT highlightedChanged();
+}
+
+void HazardsModel::setHighlighted(int row) {
+  row = std::clamp(row, -1, static_cast<int>(shownQuakes_.size()) - 1);
+  if (row == highlighted_) return;
+  highlighted_ = row;
+  Q_EMIT highlightedChanged();
+}
+
+QString HazardsModel::highlightedText() const {
+  if (highlighted_ < 0) return {};
+  return QString::fromStdString(shownQuakes_[static_cast<std::size_t>(highlighted_)].sentence);
+}
+
+void HazardsModel::look() {
+  if (commands_.look) commands_.look();
+}
+
+void HazardsModel::setRadius(double km) {
+  if (commands_.setRadius) commands_.setRadius(km);
+}
+
+void HazardsModel::setMagnitude(double least) {
+  if (commands_.setMagnitude) commands_.setMagnitude(least);
+}
+
+}  // namespace nimbara

@@ -1,0 +1,118 @@
+#include "feeds/alerts/coverage.h"
+
+#include <algorithm>
+#include <array>
+
+namespace nimbara {
+
+namespace {
+
+struct ServiceName {
+  std::string_view source;
+  std::string_view name;
+};
+constexpr auto kServiceNames =
+    std::to_array<ServiceName>({{"nws", "National Weather Service"}, {"meteoalarm", "MeteoAlarm"}});
+
+/// What a face with one line must not hide, first: how sure is more urgent than how many.
+constexpr std::array kByUrgency{CoverageState::unchecked, CoverageState::warnings, CoverageState::unplaced,
+                                CoverageState::uncovered, CoverageState::none};
+
+SourceCoverage uncovered(std::string_view countryCode) {
+  SourceCoverage coverage;
+  coverage.country = countryCode;
+  return coverage;
+}
+
+/// "Wind Warning, red".
+std::string kindOf(WeatherAlert const& alert) {
+  return alert.title + (alert.colour ? ", " + *alert.colour : std::string());
+}
+
+std::vector<std::string> areasOf(std::vector<WeatherAlert> const& alerts) {
+  std::vector<std::string> areas;
+  for (WeatherAlert const& alert : alerts) {
+    bool const hasArea = alert.areaDesc && !alert.areaDesc->empty();
+    std::string const area = hasArea ? *alert.areaDesc + " (" + kindOf(alert) + ")" : alert.title;
+    if (!area.empty() && std::ranges::find(areas, area) == areas.end()) areas.push_back(area);
+  }
+  return areas;
+}
+
+SourceCoverage coverageOf(GovSourceState const& source, std::string_view countryCode) {
+  SourceCoverage coverage;
+  coverage.source = source.name;
+  coverage.service = warningServiceName(source.name);
+  coverage.country = countryCode;
+  coverage.checkedAt = source.checkedAt;
+  coverage.count = source.alerts.size();
+  coverage.areas = areasOf(source.unplaced);
+  if (source.failedSince || !source.checkedAt) {
+    coverage.state = CoverageState::unchecked;
+    coverage.since = source.failedSince;
+    if (!source.problem.empty()) coverage.reason = source.problem;
+  } else if (!source.alerts.empty()) {
+    coverage.state = CoverageState::warnings;
+  } else if (!source.unplaced.empty()) {
+    coverage.state = CoverageState::unplaced;
+    coverage.count = source.unplaced.size();
+  } else {
+    coverage.state = CoverageState::none;
+  }
+  return coverage;
+}
+
+template <class Member>
+void writeMember(JsonWriter& json, std::string_view key, Member const& member) {
+  if constexpr (isOptional<Member>) {
+    json.memberOrNull(key, member);
+  } else {
+    json.member(key, member);
+  }
+}
+
+}  // namespace
+
+void writeCoverage(JsonWriter& json, std::vector<SourceCoverage> const& coverage) {
+  json.beginList();
+  for (SourceCoverage const& source : coverage) {
+    json.separate();
+    json.beginObject();
+    std::apply([&](auto const&... fields) { (writeMember(json, fields.key, source.*(fields.member)), ...); },
+               jsonFields<SourceCoverage>);
+    json.endObject();
+  }
+  json.endList();
+}
+
+std::vector<SourceCoverage> coverageOf(GovAlerts const& alerts, std::string_view countryCode) {
+  if (alerts.sources.empty()) return {uncovered(countryCode)};
+  std::vector<SourceCoverage> coverage;
+  coverage.reserve(alerts.sources.size());
+  for (GovSourceState const& source : alerts.sources) coverage.push_back(coverageOf(source, countryCode));
+  return coverage;
+}
+
+std::vector<SourceCoverage> agedCoverage(std::vector<SourceCoverage> coverage, Instant now) {
+  for (SourceCoverage& source : coverage) {
+    bool const isOld = source.checkedAt && now - *source.checkedAt > kCoverageTrust;
+    if (!isOld || source.state == CoverageState::unchecked) continue;
+    source.state = CoverageState::unchecked;
+    source.since = source.checkedAt;
+    source.reason = kNotAskedLately;
+  }
+  return coverage;
+}
+
+SourceCoverage const& mostPressing(std::vector<SourceCoverage> const& coverage) {
+  return *std::ranges::min_element(coverage, {}, [](SourceCoverage const& one) {
+    return std::ranges::find(kByUrgency, one.state) - kByUrgency.begin();
+  });
+}
+
+std::string warningServiceName(std::string_view source) {
+  auto const* const row = std::ranges::find(kServiceNames, source, &ServiceName::source);
+  return std::string(row == kServiceNames.end() ? source : row->name);
+}
+
+}  // namespace nimbara

@@ -1,0 +1,141 @@
+// The official warnings of a place from all sources that cover it, as one list, most severe first, with the
+// state of the check beside it: "no warnings" and "could not be checked since 14:20" are different answers.
+// Owns what was last known of each place, in memory and on disk; never raises an error and never shows what
+// has ended.
+#pragma once
+
+#include "base/geodesy.h"
+#include "base/result.h"
+#include "feeds/alerts/event_memory.h"
+#include "feeds/alerts/gov_alerts.h"
+#include "feeds/nws/nws_alert_service.h"
+#include "model/weather_alert.h"
+#include "platform/clock.h"
+#include "regions/region_code.h"
+
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+namespace nimbara {
+
+/// A place as the sources ask for it.
+struct GovAlertPlace {
+  Coordinate coordinate;
+  std::string countryCode;              ///< ISO 3166-1; empty on the open sea
+  std::optional<PlaceRegions> regions;  ///< stated by somebody, in place of what sources look up themselves
+};
+
+/// What the gazetteer knows of a coordinate.
+GovAlertPlace govAlertPlace(Coordinate coordinate);
+
+/// What an issuer has in force.
+struct GovSourceAnswer {
+  std::vector<WeatherAlert> alerts;    ///< that concern the place, in the issuer's order
+  std::vector<WeatherAlert> unplaced;  ///< in parts of the country of which nobody can say where they are
+};
+
+struct GovSourceFailure {
+  std::string problem;  ///< a sentence without a full stop
+  /// What could be read all the same; what was known before stays beside it.
+  std::vector<WeatherAlert> readable;
+  std::vector<WeatherAlert> unplaced;
+};
+
+/// One issuer of warnings; `fetch` may be called for several places at once. Alerts either have the
+/// `govAlertId` of their event or say in `event` what they are about. `memory` is that of all events, for
+/// issuers that follow chains of messages.
+struct GovAlertSource {
+  using Fetch = std::function<Result<GovSourceAnswer, GovSourceFailure>(
+      GovAlertPlace const&, EventMemory& memory, std::stop_token const&)>;
+  std::string name;  ///< "nws"
+  std::function<bool(GovAlertPlace const&)> covers;
+  Fetch fetch;
+  bool isIdentified = false;  ///< its alerts have their identifiers, whatever `event` says
+};
+
+/// With `waters` a place near a shore is asked for a second time, by a point on the water: that names the
+/// marine zone, which no point on land lies in. All must outlive the source.
+GovAlertSource nwsAlertSource(NWSAlertService& service, Clock const& clock,
+                              NWSAlertService* waters = nullptr);
+
+struct GovSourceState {
+  std::string name;
+  std::optional<Instant> checkedAt;    ///< last success
+  std::optional<Instant> failedSince;  ///< first failure after it
+  std::string problem;                 ///< of the last failure
+  std::vector<WeatherAlert> alerts;
+  std::vector<WeatherAlert> unplaced;  ///< in force somewhere in the country; not among the alerts
+  EventRoots roots;                    ///< as files of older versions have them; the memory takes them over
+
+  bool operator==(GovSourceState const&) const = default;
+};
+
+template <>
+inline constexpr auto jsonFields<GovSourceState> =
+    std::tuple{field("name", &GovSourceState::name),
+               field("checkedAt", &GovSourceState::checkedAt),
+               field("failedSince", &GovSourceState::failedSince),
+               fieldOr("problem", &GovSourceState::problem),
+               field("alerts", &GovSourceState::alerts),
+               fieldOr("unplaced", &GovSourceState::unplaced),
+               fieldOr("roots", &GovSourceState::roots)};
+
+struct GovAlerts {
+  std::vector<WeatherAlert> alerts;     ///< live ones, most severe first
+  std::vector<WeatherAlert> unplaced;   ///< live ones of parts of the country that cannot be placed
+  std::vector<GovSourceState> sources;  ///< those that cover the place and were asked for
+
+  /// Nobody whom this program knows issues warnings for the place.
+  bool isCovered() const { return !sources.empty(); }
+  /// Of all sources the earliest last success; nothing when one never answered.
+  std::optional<Instant> checkedAt() const;
+  /// The earliest failure that lasts; nothing when all is well.
+  std::optional<Instant> failedSince() const;
+};
+
+class GovAlertService {
+ public:
+  /// With `cacheDirectory` lists outlive the process, one file a place, and so does what events are known by.
+  GovAlertService(Clock const& clock, std::vector<GovAlertSource> sources,
+                  std::filesystem::path cacheDirectory);
+
+  /// Asks every source that covers the place, or those of `names` when any are given. Blocks, and waits only
+  /// for those who ask for the same place.
+  GovAlerts fetchAlerts(GovAlertPlace const& place, std::vector<std::string> const& names = {},
+                        std::stop_token const& stop = {});
+  /// What was last known, without asking anybody and without waiting for those who ask: for the first moments
+  /// of a program or of a place.
+  GovAlerts keptAlerts(GovAlertPlace const& place, std::vector<std::string> const& names = {});
+
+ private:
+  using States = std::vector<GovSourceState>;
+
+  std::shared_ptr<std::mutex> turnOf(GovAlertPlace const& place);
+  void ask(GovAlertSource const& source, GovAlertPlace const& place, GovSourceState& state,
+           std::stop_token const& stop);
+  States& statesOf(GovAlertPlace const& place);
+  States copyOfStates(GovAlertPlace const& place);
+  void remember(GovAlertPlace const& place, States states);
+  void keep(GovAlertPlace const& place, States const& states) const;
+  std::filesystem::path fileOf(GovAlertPlace const& place) const;
+  std::vector<GovAlertSource const*> sourcesFor(GovAlertPlace const& place,
+                                                std::vector<std::string> const& names) const;
+  GovAlerts summary(std::vector<GovAlertSource const*> const& sources, States& states) const;
+
+  Clock const& clock_;
+  std::vector<GovAlertSource> sources_;
+  std::filesystem::path cacheDirectory_;
+  EventMemory events_;
+  std::mutex memoryLock_;  // guards the two below; never held while somebody is asked
+  std::map<std::string, States> memory_;
+  std::map<std::string, std::shared_ptr<std::mutex>> turns_;  ///< of those who ask for a place
+};
+
+}  // namespace nimbara

@@ -1,0 +1,67 @@
+// The documents of warnings, each fetched once from its address and kept until a week after its end, in
+// memory and in a folder. Owned by the service that needs them. Any thread may ask; nobody waits for another
+// document than the one that he asked for. Never throws.
+#pragma once
+
+#include "feeds/cap/cap_alert.h"
+#include "feeds/cap/cap_files.h"
+#include "platform/clock.h"
+#include "platform/http_client.h"
+
+#include <condition_variable>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <set>
+#include <span>
+#include <stop_token>
+#include <string>
+
+namespace nimbara {
+
+using CapDocument = std::shared_ptr<CapAlert const>;
+using CapDocuments = std::map<std::string, CapDocument, std::less<>>;
+
+/// What one pass may cost. The rests begin with a failure: that of a network or a host is everybody's.
+struct CapFetchLimits {
+  std::size_t requests = 12;
+  std::chrono::milliseconds pass{15'000};
+  std::chrono::milliseconds request{5'000};
+  std::chrono::milliseconds hostRest{60'000};
+  std::chrono::milliseconds addressRest{300'000};
+};
+
+class CapStore {
+ public:
+  /// With an empty `directory` documents live as long as the store.
+  CapStore(HttpClient& http, Clock const& clock, std::filesystem::path directory, CapFetchLimits limits = {});
+
+  /// Those of the addresses that are kept or can be fetched within the limits, asked for in their order; what
+  /// is missing may be asked for again in the next pass.
+  CapDocuments documents(std::span<std::string const> addresses, std::stop_token const& stop = {});
+
+ private:
+  CapDocument kept(std::string const& address);
+  CapDocument fetched(std::string const& address, std::chrono::milliseconds timeout,
+                      std::stop_token const& stop);
+  CapDocument accept(std::string const& address, std::string const& body);
+  void remember(std::string const& address, CapDocument const& document);
+  bool mayAsk(std::string const& address);
+  void rest(std::string const& address, bool isOfHost);
+  void sweepNowAndThen();
+
+  HttpClient& http_;
+  Clock const& clock_;
+  CapFetchLimits limits_;
+
+  std::mutex mutex_;  // of all below; not held while somebody is asked
+  std::condition_variable_any answered_;
+  CapFiles files_;
+  CapDocuments memory_;
+  std::set<std::string> asking_;
+  std::map<std::string, std::chrono::steady_clock::time_point> restUntil_;
+  std::chrono::steady_clock::time_point hostRestsUntil_;
+  std::optional<std::chrono::steady_clock::time_point> sweptAt_;
+};
+
+}  // namespace nimbara

@@ -1,0 +1,45 @@
+#include "feeds/cap/cap_text.h"
+
+#include "base/text/clean_text.h"
+#include "base/text/text.h"
+
+namespace nimbara {
+
+namespace {
+
+constexpr int kBuddhistYears = 543;
+constexpr int kFirstBuddhistYear = 2400;
+constexpr std::size_t kYearDigits = 4;
+
+/// The text with the year of the common era in it.
+std::string inCommonEra(std::string_view text) {
+  int year = 0;
+  if (text.size() <= kYearDigits || text[kYearDigits] != '-') return std::string(text);
+  for (char const c : text.substr(0, kYearDigits)) {
+    if (c < '0' || c > '9') return std::string(text);
+    year = year * 10 + (c - '0');
+  }
+  if (year < kFirstBuddhistYear) return std::string(text);
+  return std::to_string(year - kBuddhistYears) + std::string(text.substr(kYearDigits));
+}
+
+}  // namespace
+
+std::optional<Instant> capDate(std::string_view text) {
+  return parseIso8601(inCommonEra(trimmed(text)));
+}
+
+std::vector<CapReference> capReferences(std::string_view text) {
+  std::string blanks(text);
+  std::ranges::replace_if(blanks, [](char c) { return c == '\n' || c == '\t' || c == '\r'; }, ' ');
+  std::vector<CapReference> references;
+  for (std::string_view const one : split(blanks, ' ')) {
+    auto const parts = split(one, ',');
+    if (parts.size() < 2 || parts[1].empty()) continue;
+    references.push_back({withoutControls(parts[0]), withoutControls(parts[1]),
+                          parts.size() > 2 ? capDate(parts[2]) : std::nullopt});
+  }
+  return references;
+}
+
+}  // namespace nimbara

@@ -1,0 +1,115 @@
+#include "feeds/meteoalarm/meteo_alarm_service.h"
+
+#include "feeds/regions/meteo_alarm_countries.h"
+
+#include <algorithm>
+
+namespace nimbara {
+
+namespace {
+
+/// Where the feeds' links to documents lead, whoever stands in for the service.
+constexpr std::string_view kPublicHost = "https://feeds.meteoalarm.org";
+
+bool hasShape(RawEntry const& entry) {
+  return !entry.circles.empty() || !entry.polygons.empty();
+}
+
+}  // namespace
+
+MeteoAlarmService::MeteoAlarmService(HttpClient& http, Clock const& clock, Options options,
+                                     Texts const& texts, RegionLookup regions, AreaLookup isKnownArea)
+    : http_(http),
+      clock_(clock),
+      options_(std::move(options)),
+      texts_(texts),
+      lookUpRegions_(std::move(regions)),
+      isKnownArea_(std::move(isKnownArea)),
+      documents_(http, clock, options_.documentsDirectory) {
+  if (options_.language.empty()) options_.language = texts.language();
+}
+
+std::vector<WeatherAlert> MeteoAlarmService::fetchAlerts(double latitude, double longitude,
+                                                         std::string_view countryCode,
+                                                         std::stop_token const& stop) {
+  return fetch({latitude, longitude}, countryCode, {}, stop).alerts;
+}
+
+MeteoAlarmAnswer MeteoAlarmService::fetch(Coordinate place, std::string_view countryCode,
+                                          std::optional<PlaceRegions> const& regions,
+                                          std::stop_token const& stop) {
+  std::string const country = warningCountry(countryCode);
+  auto const feedName = meteoAlarmFeedName(country);
+  if (!feedName || !isValid(place)) return {{}, {}, clock_.now(), {}};
+  auto const [feed, checkedAt, failure] = feedOf(country, *feedName).get(stop);
+  if (!feed) return {{}, {}, checkedAt, failure};
+  PlaceRegions const here = regions ? *regions : lookUpRegions_ ? lookUpRegions_(place) : PlaceRegions{};
+  auto entries = selectedEntries(*feed, place, here);
+  Instant const now = clock_.now();
+  std::erase_if(entries, [now](SelectedEntry const& one) { return !isCurrentWarning(*one.entry, now); });
+  MergeContext const context{country, here, options_.language, texts_};
+  return {mergedAlerts(told(entries, stop), context), unplacedAlerts(*feed, entries, context), checkedAt,
+          failure};
+}
+
+MeteoAlarmCountryFeed& MeteoAlarmService::feedOf(std::string const& country, std::string_view feedName) {
+  std::lock_guard const lock(mutex_);
+  auto& feed = feeds_[country];
+  if (!feed) {
+    feed = std::make_unique<MeteoAlarmCountryFeed>(
+        http_, clock_, options_.baseUrl + "/feeds/meteoalarm-legacy-atom-" + std::string(feedName));
+  }
+  return *feed;
+}
+
+/// Documents are asked for where the feeds are: what a feed says leads to no other host.
+std::optional<std::string> MeteoAlarmService::addressOf(RawEntry const& entry) const {
+  for (std::string_view const host : {std::string_view(options_.baseUrl), kPublicHost}) {
+    if (!entry.link.starts_with(host) || entry.link.size() == host.size()) continue;
+    if (entry.link[host.size()] == '/') return options_.baseUrl + entry.link.substr(host.size());
+  }
+  return std::nullopt;
+}
+
+/// The entries with what the documents of the deciding ones among them say.
+std::vector<ToldEntry> MeteoAlarmService::told(std::vector<SelectedEntry> const& entries,
+                                               std::stop_token const& stop) {
+  std::vector<std::string> addresses;
+  for (SelectedEntry const& one : decidingEntries(entries)) {
+    if (auto address = addressOf(*one.entry)) addresses.push_back(std::move(*address));
+  }
+  CapDocuments const documents = documents_.documents(addresses, stop);
+  std::vector<ToldEntry> told;
+  for (SelectedEntry const& one : entries) {
+    ToldEntry& entry = told.emplace_back(ToldEntry{one, {}, {}});
+    auto const address = addressOf(*one.entry);
+    auto const document = address ? documents.find(*address) : documents.end();
+    if (document == documents.end()) continue;
+    entry.details = detailsOf(*document->second, *one.entry, options_.language);
+    entry.areaLanguage = languageOfEntry(*document->second, *one.entry);
+  }
+  return told;
+}
+
+/// Warnings that no rule could match with any place, because nothing that is known here has their codes or
+/// names; for a place of which nothing at all is known, all that have no shape.
+std::vector<WeatherAlert> MeteoAlarmService::unplacedAlerts(MeteoAlarmFeed const& feed,
+                                                            std::vector<SelectedEntry> const& selected,
+                                                            MergeContext const& context) const {
+  bool const isPlaceKnown = !context.regions.codes.empty() || !context.regions.names.empty();
+  if (isPlaceKnown && !isKnownArea_) return {};
+  Instant const now = clock_.now();
+  std::vector<SelectedEntry> unplaced;
+  auto next = selected.begin();  // they are in the feed's order
+  for (RawEntry const& entry : feed.entries) {
+    bool const isSelected = next != selected.end() && next->entry == &entry;
+    if (isSelected) ++next;
+    if (isSelected || hasShape(entry) || !isCurrentWarning(entry, now)) continue;
+    if (!isPlaceKnown || !isKnownArea_(context.country, entry)) unplaced.push_back({&entry, {}});
+  }
+  // One event for the whole country, whatever areas join it.
+  PlaceRegions const country{std::string(context.country), {}, {{"country", std::string(context.country)}}};
+  return mergedAlerts(unplaced, {context.country, country, context.language, context.texts});
+}
+
+}  // namespace nimbara

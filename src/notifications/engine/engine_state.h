@@ -1,0 +1,119 @@
+// What the notification engine remembers between passes and over restarts: what was told, which conditions
+// hold, what is still to be seen on the desktop, and what is scheduled for an hour. A value; it is read from
+// and written to the state area of the settings store, where all processes of the user find it.
+#pragma once
+
+#include "base/json/json.h"
+#include "base/time/instant.h"
+#include "model/weather_alert.h"
+#include "notifications/rules/rule_inputs.h"
+#include "platform/settings_store.h"
+
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace nimbara {
+
+/// An event that was told and may still be shown.
+struct ShownEvent {
+  AlertSeverity severity = AlertSeverity::advisory;
+  std::string digest;  ///< of what was told
+  std::optional<Instant> ends;
+  bool wasAbsent = false;              ///< the last pass did not find it
+  bool isWithdrawn = false;            ///< taken back; kept so that its return is no news
+  std::optional<Instant> absentSince;  ///< the first of the passes that did not find it
+  bool isLifted = false;               ///< people were told that it is over: its return is news
+  bool hasRung = false;
+  bool wasCovered = false;          ///< told without a ring since it was only near
+  std::optional<Instant> toldEnds;  ///< the end that people know of
+  std::optional<Instant> began;
+  std::string title;     ///< under which it was told; empty in a state of an older version
+  std::string kind;      ///< what a mute names
+  std::string place;     ///< names
+  std::string placeTag;  ///< where it was found last
+  std::string event;     ///< what it is about; may be empty
+
+  bool operator==(ShownEvent const&) const = default;
+};
+
+template <>
+inline constexpr auto jsonFields<ShownEvent> = std::tuple{field("severity", &ShownEvent::severity),
+                                                          field("digest", &ShownEvent::digest),
+                                                          field("ends", &ShownEvent::ends),
+                                                          fieldOr("wasAbsent", &ShownEvent::wasAbsent),
+                                                          fieldOr("isWithdrawn", &ShownEvent::isWithdrawn),
+                                                          fieldOr("absentSince", &ShownEvent::absentSince),
+                                                          fieldOr("isLifted", &ShownEvent::isLifted),
+                                                          fieldOr("hasRung", &ShownEvent::hasRung),
+                                                          fieldOr("wasCovered", &ShownEvent::wasCovered),
+                                                          fieldOr("toldEnds", &ShownEvent::toldEnds),
+                                                          fieldOr("began", &ShownEvent::began),
+                                                          fieldOr("title", &ShownEvent::title),
+                                                          fieldOr("kind", &ShownEvent::kind),
+                                                          fieldOr("place", &ShownEvent::place),
+                                                          fieldOr("placeTag", &ShownEvent::placeTag),
+                                                          fieldOr("event", &ShownEvent::event)};
+
+/// A daily reminder as it will be told.
+struct ScheduledNotification {
+  std::string identifier;
+  std::string title;
+  std::string body;
+  std::optional<std::string> sound;
+  int hour = 0;  ///< of the place
+  int minute = 0;
+  Instant due;
+  std::string place;     ///< its name
+  std::string placeTag;  ///< its key
+
+  bool operator==(ScheduledNotification const&) const = default;
+};
+
+template <>
+inline constexpr auto jsonFields<ScheduledNotification> =
+    std::tuple{field("identifier", &ScheduledNotification::identifier),
+               field("title", &ScheduledNotification::title),
+               field("body", &ScheduledNotification::body),
+               field("sound", &ScheduledNotification::sound),
+               field("hour", &ScheduledNotification::hour),
+               field("minute", &ScheduledNotification::minute),
+               field("due", &ScheduledNotification::due),
+               fieldOr("place", &ScheduledNotification::place),
+               fieldOr("placeTag", &ScheduledNotification::placeTag)};
+
+/// Under which the wording of a summary is kept: one for a day.
+std::string summaryKey(ScheduledNotification const& entry);
+
+struct EngineState {
+  using Strings = std::set<std::string, std::less<>>;
+  using Instants = std::map<std::string, Instant, std::less<>>;
+
+  Strings deliveredIDs;
+  Strings activeConditionIDs;
+  Instants lastActiveAt;  ///< of conditions
+  Instants lastToldAt;    ///< of daily notifications
+  std::map<std::string, ShownEvent, std::less<>> shown;
+  std::vector<ScheduledNotification> scheduled;
+  std::map<std::string, std::string, std::less<>> aiSummaryCache;  ///< by summary and day
+  Instants firstCheckedAt;  ///< by the stem of a rule: when it was first evaluated
+  std::map<std::string, KnownStorm, std::less<>> knownStorms;  ///< as they were told, by identifier
+  KnownFires knownFires;
+  Instants
+      deliveredAt;  ///< of events: the day on which one was last found, so that old ones can be forgotten
+
+  bool operator==(EngineState const&) const = default;
+};
+
+/// The state as the store has it. Unreadable entries are an error: an engine that forgot would tell again.
+Result<EngineState, StoreError> engineStateOf(SettingValues const& stored);
+/// What to write so that the store has `state`.
+StoreChanges changesOf(EngineState const& state);
+
+/// What the store has, and what this process told while it could not write there.
+EngineState merged(EngineState stored, EngineState const& known);
+
+}  // namespace nimbara

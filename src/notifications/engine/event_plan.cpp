@@ -1,0 +1,235 @@
+// What becomes of events in a pass: told once, followed where their rule follows them, taken back at their
+// end.
+#include "base/words/time_words.h"
+#include "feeds/alerts/event_memory.h"
+#include "notifications/engine/event_bound.h"
+#include "notifications/engine/hold_back.h"
+#include "notifications/engine/pass_planner.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace nimbara {
+
+using enum RuleOutcome;
+
+namespace {
+
+/// Feeds drop an event for a moment and bring it back.
+constexpr std::chrono::minutes kAbsenceOfWhatIsOver{15};
+
+bool tellsMore(Finding const& a, Finding const& b) {
+  return a.isCovered != b.isCovered ? !a.isCovered : a.severity > b.severity;
+}
+
+/// "HR|wind|" of "HR|wind|EMMA_ID:HR001"; empty for what is not told apart by its region.
+std::string_view withoutRegion(std::string_view event) {
+  auto const end = event.rfind('|');
+  bool const hasRegion = end != std::string_view::npos && event.find('|') != end;
+  return hasRegion ? event.substr(0, end + 1) : std::string_view();
+}
+
+/// The like is in force in another region near the place: of two the one that has the place in it may have
+/// taken the place of the other.
+bool hasNeighbour(PlannedEvents const& events, ShownEvent const& shown) {
+  std::string_view const what = withoutRegion(shown.event);
+  return !what.empty() && std::ranges::any_of(events.list, [&](PlannedEvent const& event) {
+    return withoutRegion(event.finding.event) == what;
+  });
+}
+
+}  // namespace
+
+void PassPlanner::planEvents(Rule const& rule) {
+  PlannedEvents events;
+  int looks = 0;
+  int checks = 0;
+  for (RuleInputs const& inputs : places_) {
+    if (!concerns(rule, inputs)) continue;
+    Evaluation const evaluation = evaluationOf(rule, inputs);
+    events.untold.insert(evaluation.untold.begin(), evaluation.untold.end());
+    ++looks;
+    if (!isUnknown(rule, inputs, evaluation)) ++checks;
+    for (Finding const& finding : evaluation.findings) merge(events, finding, inputs, evaluation);
+    if (evaluation.findings.empty()) tellNothing(rule, inputs, evaluation);
+  }
+  std::vector<Decision> decisions;
+  decisions.reserve(events.list.size());
+  for (PlannedEvent const& event : events.list) decisions.push_back(eventDecision(rule, event));
+  std::ranges::move(boundedEvents(std::move(decisions), context_.texts), std::back_inserter(plan_.decisions));
+  if (rule.followsEvents && looks > 0 && checks == looks && !context_.isPartial) withdrawAbsent(rule, events);
+  // One place whose feed fails for ever must not make all that comes from the others old news.
+  if (checks > 0) plan_.checked.push_back(&rule);
+}
+
+Evaluation PassPlanner::evaluationOf(Rule const& rule, RuleInputs const& inputs) {
+  Evaluation evaluation = rule.evaluate(inputs, values_);
+  if (!rule.followsEvents) return evaluation;
+  for (Finding& finding : evaluation.findings) {
+    if (auto const known = knownAs(rule, finding)) finding.identifier = *known;
+  }
+  return evaluation;
+}
+
+std::optional<std::string> PassPlanner::knownAs(Rule const& rule, Finding const& finding) {
+  if (auto const* const known = findIn(knownAs_, finding.identifier)) return *known;
+  bool const isKnown =
+      state_.shown.contains(finding.identifier) || state_.deliveredIDs.contains(finding.identifier);
+  if (isKnown) return std::nullopt;
+  for (auto const& [key, shown] : state_.shown) {
+    bool const isTaken =
+        std::ranges::any_of(knownAs_, [&](auto const& entry) { return entry.second == key; });
+    if (isTaken || ruleOf(key) != &rule || !isSameEvent(shown, finding)) continue;
+    return knownAs_[finding.identifier] = key;
+  }
+  return std::nullopt;
+}
+
+bool PassPlanner::isSameEvent(ShownEvent const& shown, Finding const& finding) const {
+  bool const isOfOldState = shown.title.empty() && shown.event.empty();
+  if (isOfOldState) return shown.ends && shown.ends == finding.ends && !isOver(shown);
+  if (shown.event.empty() || shown.event != finding.event || shown.isLifted) return false;
+  Instant const now = context_.now;
+  return adjoin({shown.began.value_or(now), shown.ends}, {finding.began.value_or(now), finding.ends});
+}
+
+void PassPlanner::merge(PlannedEvents& events, Finding const& finding, RuleInputs const& inputs,
+                        Evaluation const& evaluation) const {
+  PlannedEvent alone{finding, &inputs, inputs.place.name, !inputs.place.isSelected, evaluation.measured};
+  auto const [entry, isNew] = events.byIdentifier.try_emplace(finding.identifier, events.list.size());
+  if (isNew) return events.list.push_back(std::move(alone));
+  PlannedEvent& known = events.list[entry->second];
+  known.finding.fire.insert(known.finding.fire.end(), finding.fire.begin(), finding.fire.end());
+  if (isSuppressed(inputs)) return;
+  if (isSuppressed(*known.inputs)) {
+    known = std::move(alone);
+    return;
+  }
+  // What is only near one place may be at the door of another.
+  if (tellsMore(finding, known.finding)) {
+    alone.names = known.names + ", " + alone.names;
+    known = std::move(alone);
+  } else {
+    known.names += ", " + inputs.place.name;
+  }
+  known.isElsewhere = true;
+}
+
+Decision PassPlanner::eventDecision(Rule const& rule, PlannedEvent const& event) const {
+  Decision decision = draft(rule, event);
+  if (event.finding.ends && *event.finding.ends <= context_.now) {
+    decision.outcome = isStillShown(decision.key) ? withdrawn : hasEnded;
+  } else if (state_.deliveredIDs.contains(decision.key)) {
+    decision.outcome = rule.followsEvents ? followed(rule, decision, event) : alreadyDelivered;
+    if (decision.outcome == updated && isSuppressed(*event.inputs)) decision.outcome = suppressed;
+    bool const isAnew = decision.outcome == escalated || decision.outcome == endMoved;
+    if (isAnew) decision.outcome = held(rule, event).value_or(decision.outcome);
+  } else {
+    decision.outcome = told(rule, event);
+  }
+  if (decision.outcome == updated) decision.request.isSilent = true;
+  if (decision.outcome == endMoved) tellNewEnd(decision, event);
+  return decision;
+}
+
+bool PassPlanner::isStillShown(std::string_view key) const {
+  auto const* const shown = findIn(state_.shown, key);
+  return shown != nullptr && !shown->isWithdrawn && !isOver(*shown);
+}
+
+RuleOutcome PassPlanner::followed(Rule const& rule, Decision const& decision,
+                                  PlannedEvent const& event) const {
+  auto const* const shown = findIn(state_.shown, decision.key);
+  if (shown == nullptr) return alreadyDelivered;
+  bool const isCloser = shown->wasCovered && !event.finding.isCovered;
+  if (shown->isLifted || isCloser) return told(rule, event);
+  if (event.finding.severity > shown->severity) return event.finding.isCovered ? updated : escalated;
+  if (hasMovedEnd(*shown, event.finding.ends)) return endMoved;
+  return shown->digest == decision.digest ? alreadyDelivered : updated;
+}
+
+void PassPlanner::tellNewEnd(Decision& decision, PlannedEvent const& event) const {
+  std::string const end =
+      TimeWords(context_.texts, event.inputs->calendar).moment(*event.finding.ends, context_.now);
+  decision.request.body = context_.texts.format("push.event.endMoved", end) + "\n" + decision.request.body;
+  decision.request.isSilent = true;
+  decision.request.urgency = NotificationUrgency::low;
+}
+
+void PassPlanner::withdrawAbsent(Rule const& rule, PlannedEvents const& events) {
+  for (auto const& [key, shown] : state_.shown) {
+    bool const isFound = events.byIdentifier.contains(key);
+    if (isFound || isOver(shown) || shown.isWithdrawn || ruleOf(key) != &rule) continue;
+    bool const isGone = hasBeenAbsent(shown);
+    bool const isThere = events.untold.contains(key) || hasNeighbour(events, shown);
+    bool const isNews = isGone && !isThere && isWorthLifting(rule, shown);
+    if (isNews) {
+      lift(rule, key, shown);
+    } else {
+      takeAway(isGone ? withdrawn : absent, rule, key, shown);
+    }
+  }
+}
+
+bool PassPlanner::hasBeenAbsent(ShownEvent const& shown) const {
+  if (!shown.wasAbsent) return false;
+  return !shown.absentSince || context_.now < *shown.absentSince ||
+         context_.now - *shown.absentSince >= kAbsenceOfWhatIsOver;
+}
+
+RuleInputs const* PassPlanner::placeOf(ShownEvent const& shown) const {
+  auto const found = std::ranges::find_if(
+      places_, [&](RuleInputs const& inputs) { return inputs.place.tag == shown.placeTag; });
+  return found == places_.end() ? nullptr : &*found;
+}
+
+bool PassPlanner::isWorthLifting(Rule const& rule, ShownEvent const& shown) const {
+  RuleInputs const* const inputs = placeOf(shown);
+  if (!rule.tellsLifting || !shown.hasRung || shown.title.empty()) return false;
+  if (inputs == nullptr || !concerns(rule, *inputs) || isSuppressed(*inputs)) return false;
+  return !mutes(values_, context_.now, withoutJoint(rule.stem), shown.kind, shown.severity) &&
+         !heldAtHour(values_, context_.now, inputs->calendar.hour(context_.now));
+}
+
+void PassPlanner::lift(Rule const& rule, std::string const& key, ShownEvent const& shown) {
+  Finding finding;
+  finding.title = context_.texts.format("push.event.liftedTitle", shown.title);
+  finding.body = context_.texts.format("push.event.liftedBody", shown.place);
+  finding.severity = AlertSeverity::info;
+  Decision& decision = add(lifted, rule);
+  decision.key = key;
+  decision.kind = shown.kind;
+  decision.place = shown.place;
+  decision.severity = finding.severity;
+  decision.request = requestFor(rule, finding, false, true, context_.texts);
+  decision.request.identifier = key;
+}
+
+void PassPlanner::withdrawEnded() {
+  for (auto const& [key, shown] : state_.shown) {
+    Rule const* const rule = ruleOf(key);
+    if (rule == nullptr || shown.isWithdrawn || !isOver(shown) || isProlonged(*rule, key)) continue;
+    takeAway(withdrawn, *rule, key, shown);
+  }
+}
+
+bool PassPlanner::isProlonged(Rule const& rule, std::string_view key) {
+  if (!context_.settings.boolean(rule.setting)) return false;
+  return std::ranges::any_of(context_.places, [&](RuleInputs const& inputs) {
+    if (!concerns(rule, inputs)) return false;
+    Evaluation const evaluation = evaluationOf(rule, inputs);
+    return std::ranges::any_of(evaluation.findings, [&](Finding const& finding) {
+      return finding.identifier == key && (!finding.ends || *finding.ends > context_.now);
+    });
+  });
+}
+
+void PassPlanner::takeAway(RuleOutcome outcome, Rule const& rule, std::string const& key,
+                           ShownEvent const& shown) {
+  Decision& decision = add(outcome, rule);
+  decision.key = key;
+  decision.request.identifier = key;
+  decision.severity = shown.severity;
+}
+
+}  // namespace nimbara

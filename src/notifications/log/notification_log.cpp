@@ -1,0 +1,85 @@
+#include "notifications/log/notification_log.h"
+
+#include "base/json/json_codec.h"
+#include "base/text/text.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace nimbara {
+
+template Result<std::vector<LoggedNotification>, DecodeError> decodeJson(std::string_view);
+
+namespace {
+
+constexpr std::string_view kLog = "notif_log";
+/// In bytes; what a notification says in full has been shown.
+constexpr std::size_t kLongestBody = 300;
+constexpr std::chrono::hours kFreshMemory{1};
+
+LoggedMeasurement logged(Measurement const& measurement) {
+  return {std::string(measurement.what), measurement.value, std::string(enumName(measurement.needs)),
+          measurement.limit, std::string(measurement.unit)};
+}
+
+/// The newest line of the same notification says the same, and nothing was told. That something was told
+/// already is no news either while its telling is still remembered by everybody.
+bool isRepetition(std::vector<LoggedNotification> const& log, LoggedNotification const& line) {
+  auto const outcome = enumFromName<RuleOutcome>(line.outcome);
+  if (outcome && isDelivery(*outcome)) return false;
+  auto const isSame = [&](LoggedNotification const& old) {
+    return old.identifier == line.identifier && old.place == line.place;
+  };
+  auto const last = std::find_if(log.rbegin(), log.rend(), isSame);
+  if (last == log.rend()) return false;
+  bool const isFresh = outcome && isKnown(*outcome) && line.time - last->time < kFreshMemory;
+  return last->outcome == line.outcome || isFresh;
+}
+
+}  // namespace
+
+bool isWorthALine(RuleOutcome outcome) {
+  return isDelivery(outcome) || isHeldBack(outcome) || isKnown(outcome) || outcome == RuleOutcome::refused;
+}
+
+LoggedNotification logLineOf(Decision const& decision, Instant now) {
+  LoggedNotification line;
+  line.time = now;
+  line.identifier = decision.request.identifier.empty() ? decision.key : decision.request.identifier;
+  line.title = decision.request.title;
+  line.outcome = enumName(decision.outcome);
+  line.place = decision.place;
+  line.body = oneLine(decision.request.body, kLongestBody);
+  line.setting = decision.rule->setting;
+  line.kind = decision.kind;
+  line.note = decision.note;
+  std::ranges::transform(decision.measured, std::back_inserter(line.measured), logged);
+  return line;
+}
+
+std::vector<LoggedNotification> notificationLogOf(SettingValues const& stored) {
+  auto const found = stored.find(kLog);
+  std::string const* const text = found == stored.end() ? nullptr : std::get_if<std::string>(&found->second);
+  if (text == nullptr) return {};
+  auto log = decodeJson<std::vector<LoggedNotification>>(*text);
+  return log ? std::move(*log) : std::vector<LoggedNotification>{};
+}
+
+StoreChanges logChange(std::vector<LoggedNotification> log, std::vector<LoggedNotification> const& lines) {
+  bool isLonger = false;
+  for (LoggedNotification const& line : lines) {
+    if (isRepetition(log, line)) continue;
+    log.push_back(line);
+    isLonger = true;
+  }
+  return isLonger ? logReplacement(std::move(log)) : StoreChanges{};
+}
+
+StoreChanges logReplacement(std::vector<LoggedNotification> log) {
+  if (log.size() > kMostLogLines) log.erase(log.begin(), log.end() - kMostLogLines);
+  StoreChanges changes;
+  changes.emplace(kLog, SettingValue(encodeJson(log)));
+  return changes;
+}
+
+}  // namespace nimbara

@@ -1,0 +1,15 @@
+// Why something was told, held back or passed over, in sentences: the outcome, the values that decided in the
+// user's units, what else stood against it. Pure; decides nothing.
+#pragma once
+
+#include "base/units.h"
+#include "notifications/log/notification_log.h"
+
+#include <string>
+
+namespace nimbara {
+
+/// "Held back by the quiet hours. The strongest wind or gust will reach 72 km/h (told from 60 km/h)."
+std::string reasonText(LoggedNotification const& line, Units const& units, Texts const& texts);
+
+}  // namespace nimbara

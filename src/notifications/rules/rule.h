@@ -1,0 +1,102 @@
+// What a notification rule is: a row of the catalogue with a pure function that looks at the inputs of one
+// place and says what it found. Rules know no earlier pass, no delivery and no texts of other rules: whether
+// a finding is announced is the engine's decision.
+#pragma once
+
+#include "base/enum_names.h"
+#include "model/weather_alert.h"
+#include "notifications/place_choice.h"
+#include "notifications/rules/generated_summary.h"
+#include "notifications/rules/rule_inputs.h"
+#include "notifications/rules/rule_settings.h"
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace nimbara {
+
+/// How often a finding is announced.
+enum class RulePolicy {
+  condition,  ///< when it becomes true, and again when it returns after the rule's minimum gap
+  instance,   ///< once ever for each event
+  daily       ///< at most once on a local day; scheduled for its hour when the rule has one
+};
+template <>
+inline constexpr auto enumNames<RulePolicy> =
+    std::to_array<std::string_view>({"condition", "instance", "daily"});
+static_assert(enumNamesComplete(RulePolicy::daily));
+
+/// A value that decided, beside its limit; the face puts it into words. `what` ends a text key
+/// "explain.measure.<what>".
+struct Measurement {
+  enum class Relation { atLeast, above, atMost, below };
+
+  std::string_view what;
+  double value = 0;
+  Relation needs = Relation::atLeast;
+  double limit = 0;
+  std::string_view
+      unit;  ///< "%", "°C" or "°F", "km/h", "µg/m³", "km"; always metric but for the user's temperature
+
+  bool holds() const;
+};
+
+template <>
+inline constexpr auto enumNames<Measurement::Relation> =
+    std::to_array<std::string_view>({"atLeast", "above", "atMost", "below"});
+static_assert(enumNamesComplete(Measurement::Relation::below));
+
+/// Something to announce.
+struct Finding {
+  std::string identifier;  ///< begins with the rule's stem; empty: the stem itself
+  std::string title;
+  std::string body;
+  std::string_view sound;  ///< empty: the rule's
+  AlertSeverity severity = AlertSeverity::advisory;
+  std::string kind;              ///< what a mute names; empty: the rule's stem
+  std::optional<Instant> began;  ///< since when it is so, if that is known
+  std::optional<Instant> ends;   ///< when it will be over, if that is known
+  /// Told by another notification already, or slight and only near: listed without a ring.
+  bool isCovered = false;
+  double greatness = 0;  ///< among events of one rule and severity the greater come first: magnitude, MW …
+  /// What an official event is about. Together with its period it is the same event under another identifier.
+  std::string event;
+  std::optional<ToldStorm> storm;  ///< what is known of a storm once this has been told
+  std::vector<SeenFire> fire;      ///< where a fire burns, once this has been told
+};
+
+/// Notes of rules that could not look: false is not known to be false.
+inline constexpr std::string_view kUnknownNotes[] = {"noForecast", "notChecked", "noDetail", "noSource"};
+
+struct Evaluation {
+  std::vector<Finding> findings;
+  std::vector<Measurement> measured;  ///< what decided, also when nothing was found
+  std::string_view note;  ///< ends a text key "explain.note.<note>": "dark", "noForecast"; may be empty
+  /// Identifiers of events that are there but not grave enough to be told: they are not over.
+  std::vector<std::string> untold = {};  // NOLINT(readability-redundant-member-init): most leave it out
+
+  static Evaluation none(std::string_view note) { return {{}, {}, note, {}}; }
+};
+
+using EvaluateRule = Evaluation (*)(RuleInputs const&, RuleSettings const&);
+
+struct Rule {
+  std::string_view stem;     ///< of its identifiers; no two rules share one
+  std::string_view setting;  ///< the key that switches it
+  RulePolicy policy = RulePolicy::condition;
+  RuleInputSet inputs;
+  std::string_view sound;
+  EvaluateRule evaluate = nullptr;
+  PlaceChoice reach = PlaceChoice::everything;  ///< the least choice of a place that includes the rule
+  std::chrono::minutes minimumGap{0};           ///< of a condition: absence shorter than this is flicker
+  bool followsEvents = false;                   ///< updates and ends of what was told reach the desktop
+  std::optional<SummaryKind> summary = std::nullopt;  ///< a language model may word it
+  /// Of a daily rule that is scheduled: the key of its hour.
+  std::string_view hourSetting = {};  // NOLINT(readability-redundant-member-init): rows leave it out
+  bool tellsLifting = false;          ///< an event that is over before its end is told to be so
+};
+
+}  // namespace nimbara

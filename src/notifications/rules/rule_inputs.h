@@ -1,0 +1,168 @@
+// Everything that rules may look at for one place at one moment, as values. Built by whoever fetches; rules
+// only read. Feeds that were not asked, or that failed without an older answer, are absent.
+#pragma once
+
+#include "base/enum_names.h"
+#include "base/geodesy.h"
+#include "base/time/calendar.h"
+#include "base/units.h"
+#include "base/words/texts.h"
+#include "feeds/air/air_quality.h"
+#include "feeds/fetching/feed_reading.h"
+#include "feeds/fires/fire_detection.h"
+#include "feeds/nws/nws_alert.h"
+#include "feeds/quakes/earthquake_event.h"
+#include "feeds/storms/lightning_source.h"
+#include "feeds/storms/tropical_storm.h"
+#include "feeds/travel/travel_advisory.h"
+#include "model/present.h"
+#include "model/weather_alert.h"
+#include "model/weather_data.h"
+#include "notifications/place_choice.h"
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace nimbara {
+
+/// What a rule reads; what no enabled rule reads is not fetched.
+enum class RuleInput {
+  hourly,
+  generatedAlerts,
+  govAlerts,
+  nwsAlerts,
+  earthquakes,
+  kp,
+  airQuality,
+  storms,
+  fires,
+  advisories,
+  lightning
+};
+template <>
+inline constexpr auto enumNames<RuleInput> =
+    std::to_array<std::string_view>({"hourly", "generatedAlerts", "govAlerts", "nwsAlerts", "earthquakes",
+                                     "kp", "airQuality", "storms", "fires", "advisories", "lightning"});
+static_assert(enumNamesComplete(RuleInput::lightning));
+using RuleInputSet = EnumSet<RuleInput>;
+
+/// A feed's answer as rules see it. A failed feed silences its own rules only.
+template <class T>
+struct InputReading {
+  std::shared_ptr<T const> value;  ///< null: not asked, or nothing known
+  std::string problem;             ///< why it is not fresh: a sentence without a full stop; empty when it is
+
+  static InputReading of(T held) { return {std::make_shared<T const>(std::move(held)), {}}; }
+  /// What was never told is no value; an older one keeps its problem beside it.
+  static InputReading of(FeedReading<T> reading) {
+    InputReading input;
+    if (reading.checkedAt) input.value = std::make_shared<T const>(std::move(reading.data));
+    if (!reading.isCurrent()) input.problem = std::move(reading.problem);
+    return input;
+  }
+  explicit operator bool() const { return value != nullptr; }
+  T const& operator*() const { return *value; }
+  T const* operator->() const { return value.get(); }
+};
+
+/// The place as notifications name and tag it.
+struct NotifiedPlace {
+  std::string tag;   ///< stable key of the location
+  std::string name;  ///< `resolvedLocationName` in texts
+  std::string countryCode;
+  Coordinate coordinate;
+  bool isSelected = true;
+  std::optional<PlaceChoice> choice = std::nullopt;  ///< what somebody chose for it
+
+  bool operator==(NotifiedPlace const&) const = default;
+};
+
+/// What was told of a tropical storm last: changes are measured from there.
+struct KnownStorm {
+  StormCategory category = StormCategory::depression;
+  double windKmh = 0;
+
+  bool operator==(KnownStorm const&) const = default;
+};
+
+template <>
+inline constexpr auto jsonFields<KnownStorm> =
+    std::tuple{field("category", &KnownStorm::category), field("windKmh", &KnownStorm::windKmh)};
+
+/// Where a part of a fire was seen last, as a circle.
+struct SeenFire {
+  double latitude = 0;
+  double longitude = 0;
+  double reachKm = 0;
+  Instant seen;  ///< by a satellite
+
+  bool operator==(SeenFire const&) const = default;
+};
+
+template <>
+inline constexpr auto jsonFields<SeenFire> =
+    std::tuple{field("latitude", &SeenFire::latitude), field("longitude", &SeenFire::longitude),
+               field("reachKm", &SeenFire::reachKm), field("seen", &SeenFire::seen)};
+
+/// The parts of fires, by the identifier under which they were told.
+using KnownFires = std::map<std::string, std::vector<SeenFire>, std::less<>>;
+
+/// A storm as a notification tells it.
+struct ToldStorm {
+  std::string id;
+  KnownStorm as;
+
+  bool operator==(ToldStorm const&) const = default;
+};
+
+struct RuleInputs {
+  Instant now;
+  Calendar calendar = Calendar::utc();  ///< the place's
+  Units units;
+  Texts const* texts = nullptr;
+  NotifiedPlace place;
+
+  std::shared_ptr<WeatherData const> weather;  ///< null: no forecast
+  std::span<HourlyForecast const> hours;       ///< of it: the entry that contains `now` and all later ones
+  std::optional<Present> present;              ///< what it says of `now`
+
+  InputReading<std::vector<WeatherAlert>> generatedAlerts;
+  InputReading<std::vector<WeatherAlert>> govAlerts;  ///< live official events, most severe first
+  std::vector<WeatherAlert> unplacedAlerts;       ///< like these, in parts of the country of unknown place
+  InputReading<std::vector<NWSAlert>> nwsAlerts;  ///< live messages of the NWS
+  InputReading<std::vector<EarthquakeEvent>> earthquakes;
+  InputReading<double> kp;
+  InputReading<AirQualityForecast> airQuality;
+  InputReading<std::vector<TropicalStorm>> storms;
+  std::map<std::string, KnownStorm, std::less<>> knownStorms;  ///< of earlier passes, by identifier
+  InputReading<std::vector<FireDetection>> fires;              ///< within the radius of the settings
+  KnownFires knownFires;                                       ///< of earlier passes
+  InputReading<std::vector<TravelAdvisory>> advisories;
+  InputReading<std::vector<LightningStrike>> lightning;  ///< of the last half hour within the radius
+
+  /// Fills `hours` and `present` from `weather`.
+  void readWeather();
+  /// The entries that begin before `now` + `span`, the present one among them.
+  std::span<HourlyForecast const> hoursWithin(std::chrono::hours span) const;
+  /// Why one of these inputs is not fresh; empty when none failed.
+  std::string problemOf(RuleInputSet inputs) const;
+  std::string text(std::string_view key) const { return std::string(texts->text(key)); }
+};
+
+/// "3 PM" in the place's time.
+std::string hourText(RuleInputs const& inputs, Instant instant);
+/// The number of a temperature in the user's unit, unrounded, and the unit's symbol.
+double shownTemperature(RuleInputs const& inputs, double celsius);
+std::string_view temperatureSymbol(RuleInputs const& inputs);
+/// "3 °C" rounded, in the user's unit.
+std::string temperatureText(RuleInputs const& inputs, double celsius);
+/// "120 km" or "75 miles", in the user's family of wind units.
+std::string distanceText(RuleInputs const& inputs, double km);
+/// "85 km/h" rounded, in the user's unit.
+std::string windText(RuleInputs const& inputs, double kmh);
+
+}  // namespace nimbara
