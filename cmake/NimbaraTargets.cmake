@@ -57,7 +57,7 @@ function(nimbara_test name)
   target_compile_options(${name} PRIVATE -O0)
   if(Qt6::Test IN_LIST arg_USES)
     # The toolkit wants position-independent code, which no header compiled without it serves.
-    target_precompile_headers(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/precompiled.h)
+    target_precompile_headers(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/desktop/precompiled.h)
   else()
     target_precompile_headers(${name} REUSE_FROM nimbara_test_support)
   endif()

@@ -1,4 +1,5 @@
-// The standard headers that nearly every source includes, compiled once. Sources still name what they use.
+// The standard headers that nearly every source includes, and the records' JSON tables, compiled once. Sources still
+// name what they use.
 #pragma once
 
 #include <algorithm>
@@ -8,14 +9,21 @@
 #include <cmath>
 #include <cstdint>
 #include <expected>
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <memory>
+#include <mutex>
+#include <numbers>
 #include <optional>
+#include <set>
 #include <span>
+#include <stop_token>
 #include <string>
 #include <string_view>
 #include <tuple>
 #include <utility>
 #include <variant>
 #include <vector>
+
+#include "base/json/json.h"

@@ -58,10 +58,10 @@ std::chrono::seconds spread(FeedKey const& key) {
 
 template <>
 inline constexpr auto jsonFields<KeptFeed> =
-    std::tuple{field("fetchedAt", &KeptFeed::fetchedAt), field("changedAt", &KeptFeed::changedAt),
-               field("body", &KeptFeed::body)};
+    FieldList{field("fetchedAt", &KeptFeed::fetchedAt), field("changedAt", &KeptFeed::changedAt),
+              field("body", &KeptFeed::body)};
 template <>
-inline constexpr auto jsonFields<SourceQuestion> = std::tuple{
+inline constexpr auto jsonFields<SourceQuestion> = FieldList{
     field("askedAt", &SourceQuestion::askedAt), field("pauseSeconds", &SourceQuestion::pauseSeconds),
     fieldOr("problem", &SourceQuestion::problem), fieldOr("tag", &SourceQuestion::tag),
     fieldOr("open", &SourceQuestion::isOpen)};

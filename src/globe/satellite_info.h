@@ -27,17 +27,17 @@ struct SatelliteInfo {
 
 template <>
 inline constexpr auto jsonFields<SatelliteInfo> =
-    std::tuple{field("id", &SatelliteInfo::id),
-               field("name", &SatelliteInfo::name),
-               field("noradID", &SatelliteInfo::noradID),
-               field("kind", &SatelliteInfo::kind),
-               field("systemImage", &SatelliteInfo::systemImage),
-               field("altitudeKm", &SatelliteInfo::altitudeKm),
-               field("speedKmh", &SatelliteInfo::speedKmh),
-               field("latitude", &SatelliteInfo::latitude),
-               field("longitude", &SatelliteInfo::longitude),
-               field("periodMinutes", &SatelliteInfo::periodMinutes),
-               field("isSunlit", &SatelliteInfo::isSunlit)};
+    FieldList{field("id", &SatelliteInfo::id),
+              field("name", &SatelliteInfo::name),
+              field("noradID", &SatelliteInfo::noradID),
+              field("kind", &SatelliteInfo::kind),
+              field("systemImage", &SatelliteInfo::systemImage),
+              field("altitudeKm", &SatelliteInfo::altitudeKm),
+              field("speedKmh", &SatelliteInfo::speedKmh),
+              field("latitude", &SatelliteInfo::latitude),
+              field("longitude", &SatelliteInfo::longitude),
+              field("periodMinutes", &SatelliteInfo::periodMinutes),
+              field("isSunlit", &SatelliteInfo::isSunlit)};
 
 /// Nothing when the propagator reports an error.
 std::optional<SatelliteInfo> satelliteInfo(SatelliteCatalog::Entry const& entry, std::string_view groupID,
@@ -55,8 +55,8 @@ struct OrbitPoint {
 
 template <>
 inline constexpr auto jsonFields<OrbitPoint> =
-    std::tuple{field("time", &OrbitPoint::time), field("latitude", &OrbitPoint::latitude),
-               field("longitude", &OrbitPoint::longitude), field("altitudeKm", &OrbitPoint::altitudeKm)};
+    FieldList{field("time", &OrbitPoint::time), field("latitude", &OrbitPoint::latitude),
+              field("longitude", &OrbitPoint::longitude), field("altitudeKm", &OrbitPoint::altitudeKm)};
 
 /// One period ahead in `steps` equal steps, both ends included. Points that the propagator cannot give are
 /// left out.

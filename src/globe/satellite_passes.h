@@ -18,8 +18,8 @@ struct PassMoment {
 
 template <>
 inline constexpr auto jsonFields<PassMoment> =
-    std::tuple{field("time", &PassMoment::time), field("azimuth", &PassMoment::azimuth),
-               field("elevation", &PassMoment::elevation)};
+    FieldList{field("time", &PassMoment::time), field("azimuth", &PassMoment::azimuth),
+              field("elevation", &PassMoment::elevation)};
 
 /// A stretch of a pass.
 struct PassSpan {
@@ -28,7 +28,7 @@ struct PassSpan {
 
 template <>
 inline constexpr auto jsonFields<PassSpan> =
-    std::tuple{field("from", &PassSpan::from), field("to", &PassSpan::to)};
+    FieldList{field("from", &PassSpan::from), field("to", &PassSpan::to)};
 
 /// Below it buildings, trees and haze stand before satellites; degrees.
 inline constexpr double kVisibleAbove = 10;

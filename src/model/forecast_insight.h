@@ -16,6 +16,6 @@ struct ForecastInsight {
 };
 
 template <>
-inline constexpr auto jsonFields<ForecastInsight> = std::tuple{fieldOr("alerts", &ForecastInsight::alerts)};
+inline constexpr auto jsonFields<ForecastInsight> = FieldList{fieldOr("alerts", &ForecastInsight::alerts)};
 
 }  // namespace nimbara

@@ -32,7 +32,7 @@ struct NearArea {
 
 template <>
 inline constexpr auto jsonFields<NearArea> =
-    std::tuple{field("area", &NearArea::area), field("distanceKm", &NearArea::distanceKm)};
+    FieldList{field("area", &NearArea::area), field("distanceKm", &NearArea::distanceKm)};
 
 struct WeatherAlert {
   using AlertSeverity = nimbara::AlertSeverity;
@@ -77,7 +77,7 @@ struct WeatherAlert {
 };
 
 template <>
-inline constexpr auto jsonFields<WeatherAlert> = std::tuple{
+inline constexpr auto jsonFields<WeatherAlert> = FieldList{
     field("id", &WeatherAlert::id),
     field("severity", &WeatherAlert::severity),
     field("title", &WeatherAlert::title),

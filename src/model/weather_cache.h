@@ -31,8 +31,8 @@ struct CacheEntry {
 
 template <>
 inline constexpr auto jsonFields<CacheEntry> =
-    std::tuple{field("timestamp", &CacheEntry::timestamp), field("response", &CacheEntry::response),
-               field("_nimbaraProvider", &CacheEntry::provider)};
+    FieldList{field("timestamp", &CacheEntry::timestamp), field("response", &CacheEntry::response),
+              field("_nimbaraProvider", &CacheEntry::provider)};
 
 /// One file on disk.
 struct ParsedCacheEntry {
@@ -46,7 +46,7 @@ struct ParsedCacheEntry {
 };
 
 template <>
-inline constexpr auto jsonFields<ParsedCacheEntry> = std::tuple{
+inline constexpr auto jsonFields<ParsedCacheEntry> = FieldList{
     field("responseTimestamp", &ParsedCacheEntry::responseTimestamp), field("data", &ParsedCacheEntry::data),
     fieldOr("insight", &ParsedCacheEntry::insight), field("_nimbaraProvider", &ParsedCacheEntry::provider),
     field("_nimbaraStandIn", &ParsedCacheEntry::standIn)};

@@ -26,7 +26,7 @@ struct LocationInfo {
 };
 
 template <>
-inline constexpr auto jsonFields<LocationInfo> = std::tuple{
+inline constexpr auto jsonFields<LocationInfo> = FieldList{
     field("areaName", &LocationInfo::areaName),   field("country", &LocationInfo::country),
     field("region", &LocationInfo::region),       field("latitude", &LocationInfo::latitude),
     field("longitude", &LocationInfo::longitude), field("timeZone", &LocationInfo::timeZone),
@@ -71,7 +71,7 @@ struct HourlyForecast {
 };
 
 template <>
-inline constexpr auto jsonFields<HourlyForecast> = std::tuple{
+inline constexpr auto jsonFields<HourlyForecast> = FieldList{
     field("date", &HourlyForecast::date),
     field("hour", &HourlyForecast::hour),
     field("tempC", &HourlyForecast::tempC),
@@ -137,7 +137,7 @@ struct DailyForecast {
 };
 
 template <>
-inline constexpr auto jsonFields<DailyForecast::ProcessedAstronomy> = std::tuple{
+inline constexpr auto jsonFields<DailyForecast::ProcessedAstronomy> = FieldList{
     field("sunrise", &DailyForecast::ProcessedAstronomy::sunrise),
     field("sunset", &DailyForecast::ProcessedAstronomy::sunset),
     field("moonrise", &DailyForecast::ProcessedAstronomy::moonrise),
@@ -147,7 +147,7 @@ inline constexpr auto jsonFields<DailyForecast::ProcessedAstronomy> = std::tuple
 };
 
 template <>
-inline constexpr auto jsonFields<DailyForecast> = std::tuple{
+inline constexpr auto jsonFields<DailyForecast> = FieldList{
     field("date", &DailyForecast::date),
     field("maxTempC", &DailyForecast::maxTempC),
     field("maxTempF", &DailyForecast::maxTempF),
@@ -211,7 +211,7 @@ struct WeatherData {
 };
 
 template <>
-inline constexpr auto jsonFields<WeatherData::ProcessedCurrent> = std::tuple{
+inline constexpr auto jsonFields<WeatherData::ProcessedCurrent> = FieldList{
     field("tempC", &WeatherData::ProcessedCurrent::tempC),
     field("tempF", &WeatherData::ProcessedCurrent::tempF),
     field("feelsLikeC", &WeatherData::ProcessedCurrent::feelsLikeC),
@@ -235,7 +235,7 @@ inline constexpr auto jsonFields<WeatherData::ProcessedCurrent> = std::tuple{
 };
 
 template <>
-inline constexpr auto jsonFields<WeatherData> = std::tuple{
+inline constexpr auto jsonFields<WeatherData> = FieldList{
     field("location", &WeatherData::location),   field("current", &WeatherData::current),
     field("daily", &WeatherData::daily),         field("allHourly", &WeatherData::allHourly),
     field("fetchedAt", &WeatherData::fetchedAt),

@@ -40,7 +40,7 @@ struct WttrValue {
 };
 
 template <>
-inline constexpr auto jsonFields<WttrValue> = std::tuple{field("value", &WttrValue::value)};
+inline constexpr auto jsonFields<WttrValue> = FieldList{field("value", &WttrValue::value)};
 
 using WttrValues = std::vector<WttrValue>;
 
@@ -59,7 +59,7 @@ struct WttrRequest {
 
 template <>
 inline constexpr auto jsonFields<WttrRequest> =
-    std::tuple{field("query", &WttrRequest::query), field("type", &WttrRequest::type)};
+    FieldList{field("query", &WttrRequest::query), field("type", &WttrRequest::type)};
 
 struct NearestArea {
   WttrValues areaName;
@@ -74,7 +74,7 @@ struct NearestArea {
 };
 
 template <>
-inline constexpr auto jsonFields<NearestArea> = std::tuple{
+inline constexpr auto jsonFields<NearestArea> = FieldList{
     field("areaName", &NearestArea::areaName),     field("country", &NearestArea::country),
     field("region", &NearestArea::region),         field("weatherUrl", &NearestArea::weatherUrl),
     field("latitude", &NearestArea::latitude),     field("longitude", &NearestArea::longitude),
@@ -112,7 +112,7 @@ struct CurrentCondition {
 
 /// The current record writes "temp_C" where the hourly one writes "tempC"; the format has it so.
 template <>
-inline constexpr auto jsonFields<CurrentCondition> = std::tuple{
+inline constexpr auto jsonFields<CurrentCondition> = FieldList{
     field("FeelsLikeC", &CurrentCondition::feelsLikeC),
     field("FeelsLikeF", &CurrentCondition::feelsLikeF),
     field("cloudcover", &CurrentCondition::cloudcover),
@@ -188,7 +188,7 @@ struct HourlyCondition {
 };
 
 template <>
-inline constexpr auto jsonFields<HourlyCondition> = std::tuple{
+inline constexpr auto jsonFields<HourlyCondition> = FieldList{
     field("DewPointC", &HourlyCondition::dewPointC),
     field("DewPointF", &HourlyCondition::dewPointF),
     field("FeelsLikeC", &HourlyCondition::feelsLikeC),
@@ -245,7 +245,7 @@ struct Astronomy {
 };
 
 template <>
-inline constexpr auto jsonFields<Astronomy> = std::tuple{
+inline constexpr auto jsonFields<Astronomy> = FieldList{
     field("moon_illumination", &Astronomy::moonIllumination),
     field("moon_phase", &Astronomy::moonPhase),
     field("moonrise", &Astronomy::moonrise),
@@ -278,7 +278,7 @@ struct WeatherDay {
 };
 
 template <>
-inline constexpr auto jsonFields<WeatherDay> = std::tuple{
+inline constexpr auto jsonFields<WeatherDay> = FieldList{
     field("astronomy", &WeatherDay::astronomy),
     field("avgtempC", &WeatherDay::avgtempC),
     field("avgtempF", &WeatherDay::avgtempF),
@@ -310,7 +310,7 @@ struct WttrResponse {
 };
 
 template <>
-inline constexpr auto jsonFields<WttrResponse> = std::tuple{
+inline constexpr auto jsonFields<WttrResponse> = FieldList{
     field("current_condition", &WttrResponse::currentCondition),
     field("nearest_area", &WttrResponse::nearestArea),
     field("request", &WttrResponse::request),

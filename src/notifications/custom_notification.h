@@ -83,7 +83,7 @@ struct CustomNotification {
 };
 
 template <>
-inline constexpr auto jsonFields<CustomNotification> = std::tuple{
+inline constexpr auto jsonFields<CustomNotification> = FieldList{
     field("id", &CustomNotification::id),
     field("title", &CustomNotification::title),
     field("isEnabled", &CustomNotification::isEnabled),

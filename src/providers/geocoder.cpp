@@ -25,7 +25,7 @@ struct GeocodingAnswer {
 }  // namespace
 
 template <>
-inline constexpr auto jsonFields<GeocodingResult> = std::tuple{
+inline constexpr auto jsonFields<GeocodingResult> = FieldList{
     field("name", &GeocodingResult::name),
     field("latitude", &GeocodingResult::latitude),
     field("longitude", &GeocodingResult::longitude),
@@ -36,7 +36,7 @@ inline constexpr auto jsonFields<GeocodingResult> = std::tuple{
 };
 
 template <>
-inline constexpr auto jsonFields<GeocodingAnswer> = std::tuple{field("results", &GeocodingAnswer::results)};
+inline constexpr auto jsonFields<GeocodingAnswer> = FieldList{field("results", &GeocodingAnswer::results)};
 
 Result<std::vector<GeocodedPlace>, DecodeError> parseGeocoding(std::string_view body) {
   auto const answer = decodeJson<GeocodingAnswer>(body);

@@ -26,8 +26,8 @@ struct KeptAnswer {
 
 template <>
 inline constexpr auto jsonFields<KeptAnswer> =
-    std::tuple{field("lastModified", &KeptAnswer::lastModified), field("fetched", &KeptAnswer::fetched),
-               field("expires", &KeptAnswer::expires), field("body", &KeptAnswer::body)};
+    FieldList{field("lastModified", &KeptAnswer::lastModified), field("fetched", &KeptAnswer::fetched),
+              field("expires", &KeptAnswer::expires), field("body", &KeptAnswer::body)};
 
 class KeptAnswers {
  public:

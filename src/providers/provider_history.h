@@ -26,7 +26,7 @@ struct ProviderRecord {
 };
 
 template <>
-inline constexpr auto jsonFields<ProviderRecord> = std::tuple{
+inline constexpr auto jsonFields<ProviderRecord> = FieldList{
     field("lastFailureAt", &ProviderRecord::lastFailureAt),
     field("blockedUntil", &ProviderRecord::blockedUntil), field("lastError", &ProviderRecord::lastError),
     field("lastErrorAt", &ProviderRecord::lastErrorAt),

@@ -44,12 +44,12 @@ struct PlaceRegions {
 
 template <>
 inline constexpr auto jsonFields<RegionCode> =
-    std::tuple{field("registry", &RegionCode::registry), field("code", &RegionCode::code)};
+    FieldList{field("registry", &RegionCode::registry), field("code", &RegionCode::code)};
 
 template <>
 inline constexpr auto jsonFields<PlaceRegions> =
-    std::tuple{field("country", &PlaceRegions::country), field("names", &PlaceRegions::names),
-               field("codes", &PlaceRegions::codes), field("seaCodes", &PlaceRegions::seaCodes)};
+    FieldList{field("country", &PlaceRegions::country), field("names", &PlaceRegions::names),
+              field("codes", &PlaceRegions::codes), field("seaCodes", &PlaceRegions::seaCodes)};
 
 /// "EMMA_ID:DE356", or a bare code, which is taken for one of NUTS3.
 RegionCode regionCodeOf(std::string_view text);

@@ -20,19 +20,17 @@ struct Member {
 template <class T>
 std::vector<Member> membersOf(T const& record) {
   std::vector<Member> members;
-  std::apply(
-      [&](auto const&... fields) {
-        auto const add = [&]<class F>(F const& field) {
-          using Content = std::remove_cvref_t<decltype(record.*(field.member))>;
-          constexpr bool kNumber = std::is_arithmetic_v<Content> && !std::is_same_v<Content, bool>;
-          constexpr bool kNumberInside =
-              std::is_same_v<Content, std::optional<int>> || std::is_same_v<Content, std::optional<double>>;
-          members.push_back({std::string(field.key), encodeJson(record.*(field.member)),
-                             kNumber || kNumberInside ? "\"x\"" : "7", field.required});
-        };
-        (add(fields), ...);
-      },
-      jsonFields<T>);
+  jsonFields<T>.apply([&](auto const&... fields) {
+    auto const add = [&]<class F>(F const& field) {
+      using Content = std::remove_cvref_t<decltype(record.*(field.member))>;
+      constexpr bool kNumber = std::is_arithmetic_v<Content> && !std::is_same_v<Content, bool>;
+      constexpr bool kNumberInside =
+          std::is_same_v<Content, std::optional<int>> || std::is_same_v<Content, std::optional<double>>;
+      members.push_back({std::string(field.key), encodeJson(record.*(field.member)),
+                         kNumber || kNumberInside ? "\"x\"" : "7", field.required});
+    };
+    (add(fields), ...);
+  });
   return members;
 }
 

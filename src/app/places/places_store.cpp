@@ -34,7 +34,7 @@ struct FixRow {
 }  // namespace
 
 template <>
-inline constexpr auto jsonFields<PlaceRow> = std::tuple{
+inline constexpr auto jsonFields<PlaceRow> = FieldList{
     field("position", &PlaceRow::position),
     field("name", &PlaceRow::name),
     fieldOr("country", &PlaceRow::country),
@@ -48,8 +48,8 @@ inline constexpr auto jsonFields<PlaceRow> = std::tuple{
 
 template <>
 inline constexpr auto jsonFields<FixRow> =
-    std::tuple{field("latitude", &FixRow::latitude), field("longitude", &FixRow::longitude),
-               field("accuracyMetres", &FixRow::accuracyMetres), field("time", &FixRow::time)};
+    FieldList{field("latitude", &FixRow::latitude), field("longitude", &FixRow::longitude),
+              field("accuracyMetres", &FixRow::accuracyMetres), field("time", &FixRow::time)};
 
 namespace {
 

@@ -14,9 +14,9 @@ namespace nimbara {
 
 template <>
 inline constexpr auto jsonFields<RecordedAnswer> =
-    std::tuple{field("time", &RecordedAnswer::time),       field("url", &RecordedAnswer::url),
-               fieldOr("status", &RecordedAnswer::status), fieldOr("headers", &RecordedAnswer::headers),
-               fieldOr("body", &RecordedAnswer::body),     fieldOr("error", &RecordedAnswer::error)};
+    FieldList{field("time", &RecordedAnswer::time),       field("url", &RecordedAnswer::url),
+              fieldOr("status", &RecordedAnswer::status), fieldOr("headers", &RecordedAnswer::headers),
+              fieldOr("body", &RecordedAnswer::body),     fieldOr("error", &RecordedAnswer::error)};
 template Result<RecordedAnswer, DecodeError> decodeJson(std::string_view);
 
 namespace {

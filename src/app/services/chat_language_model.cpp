@@ -24,11 +24,11 @@ struct ChatReply {
 
 template <>
 inline constexpr auto jsonFields<ChatMessage> =
-    std::tuple{fieldOr("role", &ChatMessage::role), field("content", &ChatMessage::content)};
+    FieldList{fieldOr("role", &ChatMessage::role), field("content", &ChatMessage::content)};
 template <>
-inline constexpr auto jsonFields<ChatChoice> = std::tuple{field("message", &ChatChoice::message)};
+inline constexpr auto jsonFields<ChatChoice> = FieldList{field("message", &ChatChoice::message)};
 template <>
-inline constexpr auto jsonFields<ChatReply> = std::tuple{field("choices", &ChatReply::choices)};
+inline constexpr auto jsonFields<ChatReply> = FieldList{field("choices", &ChatReply::choices)};
 
 template Result<ChatReply, DecodeError> decodeJson(std::string_view);
 

@@ -1,6 +1,6 @@
 // The JSON form of records, declared once beside the record as a table of (key, pointer to member):
 //
-//   template <> inline constexpr auto jsonFields<Astronomy> = std::tuple{field("sunrise",
+//   template <> inline constexpr auto jsonFields<Astronomy> = FieldList{field("sunrise",
 //   &Astronomy::sunrise), …};
 //
 // `encodeJson` walks the table here; `decodeJson` is declared here and instantiated by the sources that
@@ -11,6 +11,7 @@
 #pragma once
 
 #include "base/enum_names.h"
+#include "base/field_list.h"
 #include "base/result.h"
 #include "base/time/instant.h"
 #include "base/uuid.h"
@@ -23,7 +24,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <tuple>
 #include <type_traits>
 #include <vector>
 
@@ -131,8 +131,7 @@ class JsonWriter {
   template <JsonRecord T>
   void value(T const& record) {
     beginObject();
-    std::apply([&](auto const&... fields) { (member(fields.key, record.*(fields.member)), ...); },
-               jsonFields<T>);
+    jsonFields<T>.apply([&](auto const&... fields) { (member(fields.key, record.*(fields.member)), ...); });
     endObject();
   }
 

@@ -145,7 +145,7 @@ bool read(dom::element element, std::map<std::string, T, Less>& out, Failure& fa
 
 template <class T, std::size_t index>
 bool readField(dom::element element, T& record, Failure& failure) {
-  constexpr auto const& entry = std::get<index>(jsonFields<T>);
+  constexpr auto const& entry = jsonFields<T>.template at<index>();
   if (!entry.required && element.is_null()) return true;
   return read(element, record.*(entry.member), failure);
 }
@@ -153,13 +153,13 @@ bool readField(dom::element element, T& record, Failure& failure) {
 /// The field table of a record as arrays that can be indexed at run time.
 template <class T>
 struct FieldTable {
-  static constexpr std::size_t size = std::tuple_size_v<decltype(jsonFields<T>)>;
+  static constexpr std::size_t size = decltype(jsonFields<T>)::size;
   using Reader = bool (*)(dom::element, T&, Failure&);
 
-  static constexpr std::array<std::string_view, size> keys = std::apply(
-      [](auto const&... entry) { return std::array<std::string_view, size>{entry.key...}; }, jsonFields<T>);
-  static constexpr std::array<bool, size> required = std::apply(
-      [](auto const&... entry) { return std::array<bool, size>{entry.required...}; }, jsonFields<T>);
+  static constexpr std::array<std::string_view, size> keys = jsonFields<T>.apply(
+      [](auto const&... entry) { return std::array<std::string_view, size>{entry.key...}; });
+  static constexpr std::array<bool, size> required =
+      jsonFields<T>.apply([](auto const&... entry) { return std::array<bool, size>{entry.required...}; });
   static constexpr std::array<Reader, size> readers =
       []<std::size_t... index>(std::index_sequence<index...>) {
         return std::array<Reader, size>{&readField<T, index>...};

@@ -82,7 +82,7 @@ struct Diagnosis {
 }  // namespace
 
 template <>
-inline constexpr auto jsonFields<ServiceState> = std::tuple{
+inline constexpr auto jsonFields<ServiceState> = FieldList{
     field("service", &ServiceState::service),         field("address", &ServiceState::address),
     field("configured", &ServiceState::configured),   field("lastSuccess", &ServiceState::lastSuccess),
     field("lastError", &ServiceState::lastError),     field("lastErrorAt", &ServiceState::lastErrorAt),
@@ -90,35 +90,35 @@ inline constexpr auto jsonFields<ServiceState> = std::tuple{
 };
 template <>
 inline constexpr auto jsonFields<CachedPlace> =
-    std::tuple{field("place", &CachedPlace::name), field("answeredAt", &CachedPlace::answeredAt),
-               field("provider", &CachedPlace::provider)};
+    FieldList{field("place", &CachedPlace::name), field("answeredAt", &CachedPlace::answeredAt),
+              field("provider", &CachedPlace::provider)};
 template <>
 inline constexpr auto jsonFields<PlaceWarnings> =
-    std::tuple{field("place", &PlaceWarnings::name), field("coverage", &PlaceWarnings::coverage)};
+    FieldList{field("place", &PlaceWarnings::name), field("coverage", &PlaceWarnings::coverage)};
 template <>
 inline constexpr auto jsonFields<FolderState> =
-    std::tuple{field("purpose", &FolderState::purpose), field("path", &FolderState::path),
-               field("exists", &FolderState::exists), field("writable", &FolderState::writable)};
+    FieldList{field("purpose", &FolderState::purpose), field("path", &FolderState::path),
+              field("exists", &FolderState::exists), field("writable", &FolderState::writable)};
 template <>
 inline constexpr auto jsonFields<DesktopState> =
-    std::tuple{field("name", &DesktopState::name), field("purpose", &DesktopState::purpose),
-               field("presence", &DesktopState::presence), field("details", &DesktopState::details)};
+    FieldList{field("name", &DesktopState::name), field("purpose", &DesktopState::purpose),
+              field("presence", &DesktopState::presence), field("details", &DesktopState::details)};
 template <>
 inline constexpr auto jsonFields<RegionState> =
-    std::tuple{field("edition", &RegionState::edition), field("updated", &RegionState::isUpdated),
-               field("problem", &RegionState::problem)};
+    FieldList{field("edition", &RegionState::edition), field("updated", &RegionState::isUpdated),
+              field("problem", &RegionState::problem)};
 template <>
-inline constexpr auto jsonFields<ClockState> = std::tuple{
+inline constexpr auto jsonFields<ClockState> = FieldList{
     field("clock", &ClockState::clock), field("seconds", &ClockState::seconds), field("of", &ClockState::of),
     field("last", &ClockState::last), field("next", &ClockState::next)};
 template <>
-inline constexpr auto jsonFields<Diagnosis> = std::tuple{field("services", &Diagnosis::services),
-                                                         field("cache", &Diagnosis::cache),
-                                                         field("officialWarnings", &Diagnosis::warnings),
-                                                         field("directories", &Diagnosis::folders),
-                                                         field("desktopServices", &Diagnosis::desktop),
-                                                         field("warningRegions", &Diagnosis::regions),
-                                                         field("clocks", &Diagnosis::clocks)};
+inline constexpr auto jsonFields<Diagnosis> = FieldList{field("services", &Diagnosis::services),
+                                                        field("cache", &Diagnosis::cache),
+                                                        field("officialWarnings", &Diagnosis::warnings),
+                                                        field("directories", &Diagnosis::folders),
+                                                        field("desktopServices", &Diagnosis::desktop),
+                                                        field("warningRegions", &Diagnosis::regions),
+                                                        field("clocks", &Diagnosis::clocks)};
 
 namespace {
 

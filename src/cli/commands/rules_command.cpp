@@ -88,8 +88,8 @@ class RulesRun {
   /// The rule's own keys and its texts; whoever calls closes the object.
   void writeRule(JsonWriter& writer, CustomNotification const& rule) const {
     writer.beginObject();
-    std::apply([&](auto const&... fields) { (writer.member(fields.key, rule.*(fields.member)), ...); },
-               jsonFields<CustomNotification>);
+    jsonFields<CustomNotification>.apply(
+        [&](auto const&... fields) { (writer.member(fields.key, rule.*(fields.member)), ...); });
     writer.member("description", description(rule));
     writer.member("schedule", ruleSchedule(rule, context_.texts()));
     if (!hasPlace(rule)) writer.member("placeDeleted", true);

@@ -39,12 +39,12 @@ struct SatellitePosition {
 
 template <>
 inline constexpr auto jsonFields<ListedSatellite> =
-    std::tuple{field("noradID", &ListedSatellite::noradID), field("name", &ListedSatellite::name),
-               field("group", &ListedSatellite::group), field("kind", &ListedSatellite::kind),
-               field("epoch", &ListedSatellite::epoch)};
+    FieldList{field("noradID", &ListedSatellite::noradID), field("name", &ListedSatellite::name),
+              field("group", &ListedSatellite::group), field("kind", &ListedSatellite::kind),
+              field("epoch", &ListedSatellite::epoch)};
 
 template <>
-inline constexpr auto jsonFields<SatellitePosition> = std::tuple{
+inline constexpr auto jsonFields<SatellitePosition> = FieldList{
     field("noradID", &SatellitePosition::noradID),       field("name", &SatellitePosition::name),
     field("latitude", &SatellitePosition::latitude),     field("longitude", &SatellitePosition::longitude),
     field("altitudeKm", &SatellitePosition::altitudeKm), field("isSunlit", &SatellitePosition::isSunlit)};

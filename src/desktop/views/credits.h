@@ -22,9 +22,9 @@ struct CreditView {
 
 template <>
 inline constexpr auto viewFields<CreditView> =
-    std::tuple{viewField("name", &CreditView::name), viewField("what", &CreditView::what),
-               viewField("link", &CreditView::link), viewField("isFirst", &CreditView::isFirst),
-               viewField("kind", &CreditView::kind), viewField("sentence", &CreditView::sentence)};
+    FieldList{viewField("name", &CreditView::name), viewField("what", &CreditView::what),
+              viewField("link", &CreditView::link), viewField("isFirst", &CreditView::isFirst),
+              viewField("kind", &CreditView::kind), viewField("sentence", &CreditView::sentence)};
 
 std::vector<CreditView> creditViews(ViewContext const& context);
 

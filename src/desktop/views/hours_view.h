@@ -28,7 +28,7 @@ struct HourView {
 };
 
 template <>
-inline constexpr auto viewFields<HourView> = std::tuple{
+inline constexpr auto viewFields<HourView> = FieldList{
     viewField("hour", &HourView::hour),
     viewField("startsDay", &HourView::startsDay),
     viewField("sky", &HourView::sky),
@@ -61,7 +61,7 @@ struct DayView {
 };
 
 template <>
-inline constexpr auto viewFields<DayView> = std::tuple{
+inline constexpr auto viewFields<DayView> = FieldList{
     viewField("name", &DayView::name),       viewField("date", &DayView::date),
     viewField("sky", &DayView::sky),         viewField("condition", &DayView::condition),
     viewField("lowest", &DayView::lowest),   viewField("highest", &DayView::highest),

@@ -41,7 +41,7 @@ struct NowView {
 };
 
 template <>
-inline constexpr auto viewFields<NowView> = std::tuple{
+inline constexpr auto viewFields<NowView> = FieldList{
     viewField("hasPlace", &NowView::hasPlace),     viewField("hasWeather", &NowView::hasWeather),
     viewField("hasReading", &NowView::hasReading), viewField("isLoading", &NowView::isLoading),
     viewField("place", &NowView::place),           viewField("area", &NowView::area),
@@ -68,7 +68,7 @@ struct TileView {
 };
 
 template <>
-inline constexpr auto viewFields<TileView> = std::tuple{
+inline constexpr auto viewFields<TileView> = FieldList{
     viewField("kind", &TileView::kind),   viewField("title", &TileView::title),
     viewField("value", &TileView::value), viewField("note", &TileView::note),
     viewField("share", &TileView::share), viewField("direction", &TileView::direction),
@@ -92,7 +92,7 @@ struct SkyView {
 };
 
 template <>
-inline constexpr auto viewFields<SkyView> = std::tuple{
+inline constexpr auto viewFields<SkyView> = FieldList{
     viewField("sun", &SkyView::sun),
     viewField("sunrise", &SkyView::sunrise),
     viewField("sunset", &SkyView::sunset),

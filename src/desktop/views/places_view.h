@@ -33,7 +33,7 @@ struct PlaceView {
 };
 
 template <>
-inline constexpr auto viewFields<PlaceView> = std::tuple{
+inline constexpr auto viewFields<PlaceView> = FieldList{
     viewField("placeId", &PlaceView::id),
     viewField("name", &PlaceView::name),
     viewField("area", &PlaceView::area),
@@ -59,7 +59,7 @@ struct FoundView {
 };
 
 template <>
-inline constexpr auto viewFields<FoundView> = std::tuple{
+inline constexpr auto viewFields<FoundView> = FieldList{
     viewField("name", &FoundView::name),
     viewField("area", &FoundView::area),
     viewField("isSaved", &FoundView::isSaved),
@@ -99,12 +99,12 @@ struct HereView {
 
 template <>
 inline constexpr auto viewFields<HereView> =
-    std::tuple{viewField("isOffered", &HereView::isOffered), viewField("isSelected", &HereView::isSelected),
-               viewField("isAsking", &HereView::isAsking),   viewField("isTroubled", &HereView::isTroubled),
-               viewField("note", &HereView::note),           viewField("name", &HereView::name),
-               viewField("area", &HereView::area),           viewField("temperature", &HereView::temperature),
-               viewField("range", &HereView::range),         viewField("sky", &HereView::sky),
-               viewField("isDay", &HereView::isDay),         viewField("sentence", &HereView::sentence)};
+    FieldList{viewField("isOffered", &HereView::isOffered), viewField("isSelected", &HereView::isSelected),
+              viewField("isAsking", &HereView::isAsking),   viewField("isTroubled", &HereView::isTroubled),
+              viewField("note", &HereView::note),           viewField("name", &HereView::name),
+              viewField("area", &HereView::area),           viewField("temperature", &HereView::temperature),
+              viewField("range", &HereView::range),         viewField("sky", &HereView::sky),
+              viewField("isDay", &HereView::isDay),         viewField("sentence", &HereView::sentence)};
 
 HereView hereView(PlaceList const& list, LocationState const& location, KeptForecasts const& kept,
                   ViewContext const& context);

@@ -59,7 +59,7 @@ struct SettingRowView {
 };
 
 template <>
-inline constexpr auto viewFields<SettingRowView> = std::tuple{
+inline constexpr auto viewFields<SettingRowView> = FieldList{
     viewField("key", &SettingRowView::key),         viewField("kind", &SettingRowView::kind),
     viewField("title", &SettingRowView::title),     viewField("explanation", &SettingRowView::explanation),
     viewField("value", &SettingRowView::value),     viewField("values", &SettingRowView::values),
@@ -84,7 +84,7 @@ struct ProviderView {
 };
 
 template <>
-inline constexpr auto viewFields<ProviderView> = std::tuple{
+inline constexpr auto viewFields<ProviderView> = FieldList{
     viewField("value", &ProviderView::value),           viewField("name", &ProviderView::name),
     viewField("report", &ProviderView::state),          viewField("isChosen", &ProviderView::isChosen),
     viewField("isTroubled", &ProviderView::isTroubled), viewField("sentence", &ProviderView::sentence),
@@ -107,7 +107,7 @@ struct SettingsView {
 };
 
 template <>
-inline constexpr auto viewFields<SettingsView> = std::tuple{
+inline constexpr auto viewFields<SettingsView> = FieldList{
     viewField("theme", &SettingsView::theme),
     viewField("textSize", &SettingsView::textSize),
     viewField("isCalm", &SettingsView::isCalm),
@@ -130,8 +130,8 @@ struct FolderView {
 
 template <>
 inline constexpr auto viewFields<FolderView> =
-    std::tuple{viewField("purpose", &FolderView::purpose), viewField("path", &FolderView::path),
-               viewField("sentence", &FolderView::sentence)};
+    FieldList{viewField("purpose", &FolderView::purpose), viewField("path", &FolderView::path),
+              viewField("sentence", &FolderView::sentence)};
 
 std::vector<FolderView> folderViews(SettingsState const& state, ViewContext const& context);
 

@@ -2,8 +2,9 @@
 // (name, pointer to member), beside itself. Owned by nobody; knows nothing of the window's toolkit.
 #pragma once
 
+#include "base/field_list.h"
+
 #include <string_view>
-#include <tuple>
 
 namespace nimbara {
 
@@ -20,11 +21,11 @@ constexpr ViewField<Record, Value> viewField(std::string_view name, Value Record
 
 /// The table of a record; specialised beside it.
 template <class Record>
-inline constexpr std::tuple<> viewFields{};
+inline constexpr FieldList<> viewFields{};
 
 template <class Record, class Visit>
 void forEachViewField(Visit visit) {
-  std::apply([&](auto const&... fields) { (visit(fields), ...); }, viewFields<Record>);
+  viewFields<Record>.apply([&](auto const&... fields) { (visit(fields), ...); });
 }
 
 }  // namespace nimbara

@@ -29,15 +29,15 @@ struct Answer {
 
 template <>
 inline constexpr auto jsonFields<Current> =
-    std::tuple{fieldOr("pm2_5", &Current::pm25), fieldOr("us_aqi", &Current::usAqi),
-               fieldOr("european_aqi", &Current::europeanAqi)};
+    FieldList{fieldOr("pm2_5", &Current::pm25), fieldOr("us_aqi", &Current::usAqi),
+              fieldOr("european_aqi", &Current::europeanAqi)};
 template <>
 inline constexpr auto jsonFields<Hourly> =
-    std::tuple{field("time", &Hourly::time), fieldOr("pm2_5", &Hourly::pm25)};
+    FieldList{field("time", &Hourly::time), fieldOr("pm2_5", &Hourly::pm25)};
 template <>
 inline constexpr auto jsonFields<Answer> =
-    std::tuple{field("reason", &Answer::reason), fieldOr("utc_offset_seconds", &Answer::utcOffset),
-               fieldOr("current", &Answer::current), fieldOr("hourly", &Answer::hourly)};
+    FieldList{field("reason", &Answer::reason), fieldOr("utc_offset_seconds", &Answer::utcOffset),
+              fieldOr("current", &Answer::current), fieldOr("hourly", &Answer::hourly)};
 
 namespace {
 

@@ -78,8 +78,8 @@ void writeCoverage(JsonWriter& json, std::vector<SourceCoverage> const& coverage
   for (SourceCoverage const& source : coverage) {
     json.separate();
     json.beginObject();
-    std::apply([&](auto const&... fields) { (writeMember(json, fields.key, source.*(fields.member)), ...); },
-               jsonFields<SourceCoverage>);
+    jsonFields<SourceCoverage>.apply(
+        [&](auto const&... fields) { (writeMember(json, fields.key, source.*(fields.member)), ...); });
     json.endObject();
   }
   json.endList();

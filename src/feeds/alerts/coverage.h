@@ -35,11 +35,11 @@ struct SourceCoverage {
 
 template <>
 inline constexpr auto jsonFields<SourceCoverage> =
-    std::tuple{field("source", &SourceCoverage::source),       field("service", &SourceCoverage::service),
-               field("state", &SourceCoverage::state),         field("count", &SourceCoverage::count),
-               field("checkedAt", &SourceCoverage::checkedAt), field("since", &SourceCoverage::since),
-               field("reason", &SourceCoverage::reason),       field("areas", &SourceCoverage::areas),
-               field("country", &SourceCoverage::country)};
+    FieldList{field("source", &SourceCoverage::source),       field("service", &SourceCoverage::service),
+              field("state", &SourceCoverage::state),         field("count", &SourceCoverage::count),
+              field("checkedAt", &SourceCoverage::checkedAt), field("since", &SourceCoverage::since),
+              field("reason", &SourceCoverage::reason),       field("areas", &SourceCoverage::areas),
+              field("country", &SourceCoverage::country)};
 
 /// A list for scripts: every key is there, null where nothing is known.
 void writeCoverage(JsonWriter& json, std::vector<SourceCoverage> const& coverage);

@@ -35,7 +35,7 @@ struct EventRoot {
 
 template <>
 inline constexpr auto jsonFields<EventRoot> =
-    std::tuple{field("root", &EventRoot::root), field("seenAt", &EventRoot::seenAt)};
+    FieldList{field("root", &EventRoot::root), field("seenAt", &EventRoot::seenAt)};
 
 /// By the messages' identifiers. What a list no longer names is remembered for a while: an update may refer
 /// to the message before it alone.
@@ -68,8 +68,8 @@ struct KnownEvent {
 
 template <>
 inline constexpr auto jsonFields<KnownEvent> =
-    std::tuple{field("root", &KnownEvent::root), field("from", &KnownEvent::from),
-               field("until", &KnownEvent::until), field("seenAt", &KnownEvent::seenAt)};
+    FieldList{field("root", &KnownEvent::root), field("from", &KnownEvent::from),
+              field("until", &KnownEvent::until), field("seenAt", &KnownEvent::seenAt)};
 
 struct KnownEvents {
   EventRoots roots;
@@ -80,7 +80,7 @@ struct KnownEvents {
 
 template <>
 inline constexpr auto jsonFields<KnownEvents> =
-    std::tuple{fieldOr("roots", &KnownEvents::roots), fieldOr("periods", &KnownEvents::periods)};
+    FieldList{fieldOr("roots", &KnownEvents::roots), fieldOr("periods", &KnownEvents::periods)};
 
 /// The period that is of one event with `period`.
 KnownEvent* findPeriod(KnownEvents& known, std::string_view key, EventPeriod const& period);

@@ -152,7 +152,7 @@ void takeOverRoots(GovSourceState& state, EventMemory& memory, Instant now) {
 }  // namespace
 
 template <>
-inline constexpr auto jsonFields<Kept> = std::tuple{field("sources", &Kept::sources)};
+inline constexpr auto jsonFields<Kept> = FieldList{field("sources", &Kept::sources)};
 
 GovAlertPlace govAlertPlace(Coordinate coordinate) {
   return {coordinate, std::string(describePlace(coordinate).countryCode), {}};

@@ -79,13 +79,13 @@ struct GovSourceState {
 
 template <>
 inline constexpr auto jsonFields<GovSourceState> =
-    std::tuple{field("name", &GovSourceState::name),
-               field("checkedAt", &GovSourceState::checkedAt),
-               field("failedSince", &GovSourceState::failedSince),
-               fieldOr("problem", &GovSourceState::problem),
-               field("alerts", &GovSourceState::alerts),
-               fieldOr("unplaced", &GovSourceState::unplaced),
-               fieldOr("roots", &GovSourceState::roots)};
+    FieldList{field("name", &GovSourceState::name),
+              field("checkedAt", &GovSourceState::checkedAt),
+              field("failedSince", &GovSourceState::failedSince),
+              fieldOr("problem", &GovSourceState::problem),
+              field("alerts", &GovSourceState::alerts),
+              fieldOr("unplaced", &GovSourceState::unplaced),
+              fieldOr("roots", &GovSourceState::roots)};
 
 struct GovAlerts {
   std::vector<WeatherAlert> alerts;     ///< live ones, most severe first

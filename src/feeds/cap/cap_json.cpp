@@ -133,15 +133,15 @@ std::size_t pointsOf(CapAlert const& alert) {
 
 template <>
 inline constexpr auto jsonFields<WireValue> =
-    std::tuple{fieldOr("valueName", &WireValue::valueName), fieldOr("value", &WireValue::value)};
+    FieldList{fieldOr("valueName", &WireValue::valueName), fieldOr("value", &WireValue::value)};
 
 template <>
 inline constexpr auto jsonFields<WireArea> =
-    std::tuple{fieldOr("areaDesc", &WireArea::areaDesc), fieldOr("polygon", &WireArea::polygon),
-               fieldOr("circle", &WireArea::circle), fieldOr("geocode", &WireArea::geocode)};
+    FieldList{fieldOr("areaDesc", &WireArea::areaDesc), fieldOr("polygon", &WireArea::polygon),
+              fieldOr("circle", &WireArea::circle), fieldOr("geocode", &WireArea::geocode)};
 
 template <>
-inline constexpr auto jsonFields<WireInfo> = std::tuple{
+inline constexpr auto jsonFields<WireInfo> = FieldList{
     fieldOr("language", &WireInfo::language),
     fieldOr("event", &WireInfo::event),
     fieldOr("headline", &WireInfo::headline),
@@ -162,7 +162,7 @@ inline constexpr auto jsonFields<WireInfo> = std::tuple{
 };
 
 template <>
-inline constexpr auto jsonFields<WireAlert> = std::tuple{
+inline constexpr auto jsonFields<WireAlert> = FieldList{
     fieldOr("identifier", &WireAlert::identifier),
     fieldOr("sender", &WireAlert::sender),
     fieldOr("sent", &WireAlert::sent),
@@ -173,7 +173,7 @@ inline constexpr auto jsonFields<WireAlert> = std::tuple{
 };
 
 template <>
-inline constexpr auto jsonFields<WireDocument> = std::tuple{fieldOr("alert", &WireDocument::alert)};
+inline constexpr auto jsonFields<WireDocument> = FieldList{fieldOr("alert", &WireDocument::alert)};
 
 static std::optional<WireAlert> bareAlert(std::string_view body) {
   auto alert = decodeJson<WireAlert>(body);

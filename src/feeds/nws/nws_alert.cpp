@@ -141,17 +141,17 @@ static bool read(dom::element element, WireDate& out, Failure& failure) {
 
 template <>
 inline constexpr auto jsonFields<WireReference> =
-    std::tuple{field("identifier", &WireReference::identifier), fieldOr("sent", &WireReference::sent)};
+    FieldList{field("identifier", &WireReference::identifier), fieldOr("sent", &WireReference::sent)};
 
 template <>
-inline constexpr auto jsonFields<WireGeocode> = std::tuple{fieldOr("UGC", &WireGeocode::zones)};
+inline constexpr auto jsonFields<WireGeocode> = FieldList{fieldOr("UGC", &WireGeocode::zones)};
 
 template <>
-inline constexpr auto jsonFields<WireParameters> = std::tuple{fieldOr("VTEC", &WireParameters::vtec)};
+inline constexpr auto jsonFields<WireParameters> = FieldList{fieldOr("VTEC", &WireParameters::vtec)};
 
 /// In the order of the service's own documents.
 template <>
-inline constexpr auto jsonFields<WireProperties> = std::tuple{
+inline constexpr auto jsonFields<WireProperties> = FieldList{
     field("id", &WireProperties::id),
     field("areaDesc", &WireProperties::areaDesc),
     fieldOr("geocode", &WireProperties::geocode),
@@ -174,10 +174,10 @@ inline constexpr auto jsonFields<WireProperties> = std::tuple{
 };
 
 template <>
-inline constexpr auto jsonFields<WireFeature> = std::tuple{field("properties", &WireFeature::properties)};
+inline constexpr auto jsonFields<WireFeature> = FieldList{field("properties", &WireFeature::properties)};
 
 template <>
-inline constexpr auto jsonFields<WireResponse> = std::tuple{field("features", &WireResponse::features)};
+inline constexpr auto jsonFields<WireResponse> = FieldList{field("features", &WireResponse::features)};
 
 NWSAlertSeverity nwsSeverity(std::string_view text) {
   auto const found = std::ranges::find(kSeverityWords, text);

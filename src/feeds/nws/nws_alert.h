@@ -35,7 +35,7 @@ struct NWSReference {
 
 template <>
 inline constexpr auto jsonFields<NWSReference> =
-    std::tuple{field("identifier", &NWSReference::identifier), field("sent", &NWSReference::sent)};
+    FieldList{field("identifier", &NWSReference::identifier), field("sent", &NWSReference::sent)};
 
 struct NWSAlert {
   std::string id;  ///< of the message; every update has its own
@@ -62,7 +62,7 @@ struct NWSAlert {
 };
 
 template <>
-inline constexpr auto jsonFields<NWSAlert> = std::tuple{
+inline constexpr auto jsonFields<NWSAlert> = FieldList{
     field("id", &NWSAlert::id),
     field("event", &NWSAlert::event),
     field("headline", &NWSAlert::headline),

@@ -79,7 +79,7 @@ std::optional<EarthquakeEvent> eventOf(Feature& feature) {
 }  // namespace
 
 template <>
-inline constexpr auto jsonFields<Properties> = std::tuple{
+inline constexpr auto jsonFields<Properties> = FieldList{
     field("mag", &Properties::mag),     field("place", &Properties::place),
     field("time", &Properties::time),   field("updated", &Properties::updated),
     field("url", &Properties::url),     field("detail", &Properties::detail),
@@ -87,15 +87,15 @@ inline constexpr auto jsonFields<Properties> = std::tuple{
 };
 
 template <>
-inline constexpr auto jsonFields<Geometry> = std::tuple{fieldOr("coordinates", &Geometry::coordinates)};
+inline constexpr auto jsonFields<Geometry> = FieldList{fieldOr("coordinates", &Geometry::coordinates)};
 
 template <>
 inline constexpr auto jsonFields<Feature> =
-    std::tuple{field("properties", &Feature::properties), field("geometry", &Feature::geometry),
-               field("id", &Feature::id)};
+    FieldList{field("properties", &Feature::properties), field("geometry", &Feature::geometry),
+              field("id", &Feature::id)};
 
 template <>
-inline constexpr auto jsonFields<Collection> = std::tuple{field("features", &Collection::features)};
+inline constexpr auto jsonFields<Collection> = FieldList{field("features", &Collection::features)};
 
 template Result<std::vector<EarthquakeEvent>, DecodeError> decodeJson(std::string_view);
 

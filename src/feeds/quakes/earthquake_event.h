@@ -33,7 +33,7 @@ struct EarthquakeEvent {
 };
 
 template <>
-inline constexpr auto jsonFields<EarthquakeEvent> = std::tuple{
+inline constexpr auto jsonFields<EarthquakeEvent> = FieldList{
     field("id", &EarthquakeEvent::id),
     field("magnitude", &EarthquakeEvent::magnitude),
     field("place", &EarthquakeEvent::place),

@@ -18,7 +18,7 @@ struct ListedFile {
 }  // namespace
 
 template <>
-inline constexpr auto jsonFields<ListedFile> = std::tuple{field("name", &ListedFile::name)};
+inline constexpr auto jsonFields<ListedFile> = FieldList{field("name", &ListedFile::name)};
 
 namespace {
 

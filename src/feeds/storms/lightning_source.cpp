@@ -46,10 +46,10 @@ FeedQuestion questionFor(std::string const& baseUrl, std::string const& placeQue
 
 template <>
 inline constexpr auto jsonFields<StrikeEntry> =
-    std::tuple{field("time", &StrikeEntry::time), field("latitude", &StrikeEntry::latitude),
-               field("longitude", &StrikeEntry::longitude)};
+    FieldList{field("time", &StrikeEntry::time), field("latitude", &StrikeEntry::latitude),
+              field("longitude", &StrikeEntry::longitude)};
 template <>
-inline constexpr auto jsonFields<StrikeList> = std::tuple{field("strikes", &StrikeList::strikes)};
+inline constexpr auto jsonFields<StrikeList> = FieldList{field("strikes", &StrikeList::strikes)};
 
 Result<std::vector<LightningStrike>, DecodeError> parseLightningStrikes(std::string_view body) {
   auto const list = decodeJson<StrikeList>(body);

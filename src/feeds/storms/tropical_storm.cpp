@@ -27,7 +27,7 @@ struct LayerList {
 }  // namespace
 
 template <>
-inline constexpr auto jsonFields<StormEntry> = std::tuple{
+inline constexpr auto jsonFields<StormEntry> = FieldList{
     fieldOr("id", &StormEntry::id),
     fieldOr("binNumber", &StormEntry::binNumber),
     fieldOr("name", &StormEntry::name),
@@ -43,12 +43,12 @@ inline constexpr auto jsonFields<StormEntry> = std::tuple{
     fieldOr("lastUpdate", &StormEntry::lastUpdate),
 };
 template <>
-inline constexpr auto jsonFields<StormList> = std::tuple{field("activeStorms", &StormList::activeStorms)};
+inline constexpr auto jsonFields<StormList> = FieldList{field("activeStorms", &StormList::activeStorms)};
 template <>
 inline constexpr auto jsonFields<MapLayer> =
-    std::tuple{field("id", &MapLayer::id), field("name", &MapLayer::name)};
+    FieldList{field("id", &MapLayer::id), field("name", &MapLayer::name)};
 template <>
-inline constexpr auto jsonFields<LayerList> = std::tuple{field("layers", &LayerList::layers)};
+inline constexpr auto jsonFields<LayerList> = FieldList{field("layers", &LayerList::layers)};
 
 namespace {
 

@@ -32,16 +32,16 @@ struct PointCollection {
 
 template <>
 inline constexpr auto jsonFields<PointProperties> =
-    std::tuple{fieldOr("validtime", &PointProperties::validTime),
-               fieldOr("tau", &PointProperties::hoursAhead), fieldOr("maxwind", &PointProperties::knots)};
+    FieldList{fieldOr("validtime", &PointProperties::validTime), fieldOr("tau", &PointProperties::hoursAhead),
+              fieldOr("maxwind", &PointProperties::knots)};
 template <>
 inline constexpr auto jsonFields<PointGeometry> =
-    std::tuple{field("coordinates", &PointGeometry::coordinates)};
+    FieldList{field("coordinates", &PointGeometry::coordinates)};
 template <>
 inline constexpr auto jsonFields<PointFeature> =
-    std::tuple{field("properties", &PointFeature::properties), field("geometry", &PointFeature::geometry)};
+    FieldList{field("properties", &PointFeature::properties), field("geometry", &PointFeature::geometry)};
 template <>
-inline constexpr auto jsonFields<PointCollection> = std::tuple{field("features", &PointCollection::features)};
+inline constexpr auto jsonFields<PointCollection> = FieldList{field("features", &PointCollection::features)};
 
 namespace {
 

@@ -21,7 +21,7 @@ struct Entry {
 }  // namespace
 
 template <>
-inline constexpr auto jsonFields<Entry> = std::tuple{
+inline constexpr auto jsonFields<Entry> = FieldList{
     fieldOr("Title", &Entry::title),         fieldOr("Link", &Entry::link),
     fieldOr("Category", &Entry::category),   fieldOr("Summary", &Entry::summary),
     fieldOr("Published", &Entry::published), fieldOr("Updated", &Entry::updated),

@@ -28,7 +28,7 @@ struct TravelAdvisory {
 };
 
 template <>
-inline constexpr auto jsonFields<TravelAdvisory> = std::tuple{
+inline constexpr auto jsonFields<TravelAdvisory> = FieldList{
     field("country", &TravelAdvisory::country), field("level", &TravelAdvisory::level),
     field("title", &TravelAdvisory::title),     field("link", &TravelAdvisory::link),
     field("summary", &TravelAdvisory::summary), field("published", &TravelAdvisory::published),

@@ -17,7 +17,7 @@ struct KeptAdvisories {
 }  // namespace
 
 template <>
-inline constexpr auto jsonFields<KeptAdvisories> = std::tuple{
+inline constexpr auto jsonFields<KeptAdvisories> = FieldList{
     field("checkedAt", &KeptAdvisories::checkedAt), field("advisories", &KeptAdvisories::advisories)};
 
 namespace {

@@ -41,22 +41,22 @@ struct ShownEvent {
 };
 
 template <>
-inline constexpr auto jsonFields<ShownEvent> = std::tuple{field("severity", &ShownEvent::severity),
-                                                          field("digest", &ShownEvent::digest),
-                                                          field("ends", &ShownEvent::ends),
-                                                          fieldOr("wasAbsent", &ShownEvent::wasAbsent),
-                                                          fieldOr("isWithdrawn", &ShownEvent::isWithdrawn),
-                                                          fieldOr("absentSince", &ShownEvent::absentSince),
-                                                          fieldOr("isLifted", &ShownEvent::isLifted),
-                                                          fieldOr("hasRung", &ShownEvent::hasRung),
-                                                          fieldOr("wasCovered", &ShownEvent::wasCovered),
-                                                          fieldOr("toldEnds", &ShownEvent::toldEnds),
-                                                          fieldOr("began", &ShownEvent::began),
-                                                          fieldOr("title", &ShownEvent::title),
-                                                          fieldOr("kind", &ShownEvent::kind),
-                                                          fieldOr("place", &ShownEvent::place),
-                                                          fieldOr("placeTag", &ShownEvent::placeTag),
-                                                          fieldOr("event", &ShownEvent::event)};
+inline constexpr auto jsonFields<ShownEvent> = FieldList{field("severity", &ShownEvent::severity),
+                                                         field("digest", &ShownEvent::digest),
+                                                         field("ends", &ShownEvent::ends),
+                                                         fieldOr("wasAbsent", &ShownEvent::wasAbsent),
+                                                         fieldOr("isWithdrawn", &ShownEvent::isWithdrawn),
+                                                         fieldOr("absentSince", &ShownEvent::absentSince),
+                                                         fieldOr("isLifted", &ShownEvent::isLifted),
+                                                         fieldOr("hasRung", &ShownEvent::hasRung),
+                                                         fieldOr("wasCovered", &ShownEvent::wasCovered),
+                                                         fieldOr("toldEnds", &ShownEvent::toldEnds),
+                                                         fieldOr("began", &ShownEvent::began),
+                                                         fieldOr("title", &ShownEvent::title),
+                                                         fieldOr("kind", &ShownEvent::kind),
+                                                         fieldOr("place", &ShownEvent::place),
+                                                         fieldOr("placeTag", &ShownEvent::placeTag),
+                                                         fieldOr("event", &ShownEvent::event)};
 
 /// A daily reminder as it will be told.
 struct ScheduledNotification {
@@ -75,15 +75,15 @@ struct ScheduledNotification {
 
 template <>
 inline constexpr auto jsonFields<ScheduledNotification> =
-    std::tuple{field("identifier", &ScheduledNotification::identifier),
-               field("title", &ScheduledNotification::title),
-               field("body", &ScheduledNotification::body),
-               field("sound", &ScheduledNotification::sound),
-               field("hour", &ScheduledNotification::hour),
-               field("minute", &ScheduledNotification::minute),
-               field("due", &ScheduledNotification::due),
-               fieldOr("place", &ScheduledNotification::place),
-               fieldOr("placeTag", &ScheduledNotification::placeTag)};
+    FieldList{field("identifier", &ScheduledNotification::identifier),
+              field("title", &ScheduledNotification::title),
+              field("body", &ScheduledNotification::body),
+              field("sound", &ScheduledNotification::sound),
+              field("hour", &ScheduledNotification::hour),
+              field("minute", &ScheduledNotification::minute),
+              field("due", &ScheduledNotification::due),
+              fieldOr("place", &ScheduledNotification::place),
+              fieldOr("placeTag", &ScheduledNotification::placeTag)};
 
 /// Under which the wording of a summary is kept: one for a day.
 std::string summaryKey(ScheduledNotification const& entry);

@@ -23,9 +23,9 @@ struct LoggedMeasurement {
 
 template <>
 inline constexpr auto jsonFields<LoggedMeasurement> =
-    std::tuple{field("what", &LoggedMeasurement::what), field("value", &LoggedMeasurement::value),
-               field("needs", &LoggedMeasurement::needs), field("limit", &LoggedMeasurement::limit),
-               field("unit", &LoggedMeasurement::unit)};
+    FieldList{field("what", &LoggedMeasurement::what), field("value", &LoggedMeasurement::value),
+              field("needs", &LoggedMeasurement::needs), field("limit", &LoggedMeasurement::limit),
+              field("unit", &LoggedMeasurement::unit)};
 
 /// A line of the log of what was told and what was held back.
 struct LoggedNotification {
@@ -44,7 +44,7 @@ struct LoggedNotification {
 };
 
 template <>
-inline constexpr auto jsonFields<LoggedNotification> = std::tuple{
+inline constexpr auto jsonFields<LoggedNotification> = FieldList{
     field("time", &LoggedNotification::time),         field("identifier", &LoggedNotification::identifier),
     field("title", &LoggedNotification::title),       field("outcome", &LoggedNotification::outcome),
     fieldOr("place", &LoggedNotification::place),     fieldOr("body", &LoggedNotification::body),

@@ -91,7 +91,7 @@ struct KnownStorm {
 
 template <>
 inline constexpr auto jsonFields<KnownStorm> =
-    std::tuple{field("category", &KnownStorm::category), field("windKmh", &KnownStorm::windKmh)};
+    FieldList{field("category", &KnownStorm::category), field("windKmh", &KnownStorm::windKmh)};
 
 /// Where a part of a fire was seen last, as a circle.
 struct SeenFire {
@@ -105,8 +105,8 @@ struct SeenFire {
 
 template <>
 inline constexpr auto jsonFields<SeenFire> =
-    std::tuple{field("latitude", &SeenFire::latitude), field("longitude", &SeenFire::longitude),
-               field("reachKm", &SeenFire::reachKm), field("seen", &SeenFire::seen)};
+    FieldList{field("latitude", &SeenFire::latitude), field("longitude", &SeenFire::longitude),
+              field("reachKm", &SeenFire::reachKm), field("seen", &SeenFire::seen)};
 
 /// The parts of fires, by the identifier under which they were told.
 using KnownFires = std::map<std::string, std::vector<SeenFire>, std::less<>>;

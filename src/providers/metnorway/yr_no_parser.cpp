@@ -99,7 +99,7 @@ std::optional<YrNoPeriod> periodOf(std::optional<PeriodBlock> const& block) {
 }  // namespace
 
 template <>
-inline constexpr auto jsonFields<YrNoInstant> = std::tuple{
+inline constexpr auto jsonFields<YrNoInstant> = FieldList{
     field("air_pressure_at_sea_level", &YrNoInstant::airPressureAtSeaLevel),
     field("air_temperature", &YrNoInstant::airTemperature),
     field("cloud_area_fraction", &YrNoInstant::cloudAreaFraction),
@@ -113,11 +113,10 @@ inline constexpr auto jsonFields<YrNoInstant> = std::tuple{
 };
 
 template <>
-inline constexpr auto jsonFields<PeriodSummary> =
-    std::tuple{field("symbol_code", &PeriodSummary::symbolCode)};
+inline constexpr auto jsonFields<PeriodSummary> = FieldList{field("symbol_code", &PeriodSummary::symbolCode)};
 
 template <>
-inline constexpr auto jsonFields<PeriodDetails> = std::tuple{
+inline constexpr auto jsonFields<PeriodDetails> = FieldList{
     field("air_temperature_max", &PeriodDetails::airTemperatureMax),
     field("air_temperature_min", &PeriodDetails::airTemperatureMin),
     field("precipitation_amount", &PeriodDetails::precipitationAmount),
@@ -127,24 +126,24 @@ inline constexpr auto jsonFields<PeriodDetails> = std::tuple{
 
 template <>
 inline constexpr auto jsonFields<PeriodBlock> =
-    std::tuple{fieldOr("summary", &PeriodBlock::summary), fieldOr("details", &PeriodBlock::details)};
+    FieldList{fieldOr("summary", &PeriodBlock::summary), fieldOr("details", &PeriodBlock::details)};
 
 template <>
-inline constexpr auto jsonFields<InstantBlock> = std::tuple{fieldOr("details", &InstantBlock::details)};
+inline constexpr auto jsonFields<InstantBlock> = FieldList{fieldOr("details", &InstantBlock::details)};
 
 template <>
 inline constexpr auto jsonFields<StepData> =
-    std::tuple{fieldOr("instant", &StepData::instant), field("next_1_hours", &StepData::next1Hours),
-               field("next_6_hours", &StepData::next6Hours)};
+    FieldList{fieldOr("instant", &StepData::instant), field("next_1_hours", &StepData::next1Hours),
+              field("next_6_hours", &StepData::next6Hours)};
 
 template <>
-inline constexpr auto jsonFields<Step> = std::tuple{field("time", &Step::time), fieldOr("data", &Step::data)};
+inline constexpr auto jsonFields<Step> = FieldList{field("time", &Step::time), fieldOr("data", &Step::data)};
 
 template <>
-inline constexpr auto jsonFields<Properties> = std::tuple{field("timeseries", &Properties::timeseries)};
+inline constexpr auto jsonFields<Properties> = FieldList{field("timeseries", &Properties::timeseries)};
 
 template <>
-inline constexpr auto jsonFields<Document> = std::tuple{field("properties", &Document::properties)};
+inline constexpr auto jsonFields<Document> = FieldList{field("properties", &Document::properties)};
 
 Result<std::vector<YrNoStep>, DecodeError> parseYrNo(std::string_view body) {
   auto const document = decodeJson<Document>(body);

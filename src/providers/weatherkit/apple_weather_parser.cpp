@@ -83,7 +83,7 @@ constexpr ConditionRow kConditions[] = {
 
 /// The present and the hours differ in the key of their time and are alike in all else.
 template <>
-inline constexpr auto jsonFields<AppleWeatherHour> = std::tuple{
+inline constexpr auto jsonFields<AppleWeatherHour> = FieldList{
     field("forecastStart", &AppleWeatherHour::time),
     field("asOf", &AppleWeatherHour::time),
     field("cloudCover", &AppleWeatherHour::cloudCover),
@@ -108,11 +108,11 @@ inline constexpr auto jsonFields<AppleWeatherHour> = std::tuple{
 
 template <>
 inline constexpr auto jsonFields<AppleWeatherDayPart> =
-    std::tuple{field("windDirection", &AppleWeatherDayPart::windDirection),
-               field("windSpeed", &AppleWeatherDayPart::windSpeed)};
+    FieldList{field("windDirection", &AppleWeatherDayPart::windDirection),
+              field("windSpeed", &AppleWeatherDayPart::windSpeed)};
 
 template <>
-inline constexpr auto jsonFields<AppleWeatherDay> = std::tuple{
+inline constexpr auto jsonFields<AppleWeatherDay> = FieldList{
     field("forecastStart", &AppleWeatherDay::begin),
     field("conditionCode", &AppleWeatherDay::conditionCode),
     field("daytimeForecast", &AppleWeatherDay::daytime),
@@ -128,13 +128,13 @@ inline constexpr auto jsonFields<AppleWeatherDay> = std::tuple{
 };
 
 template <>
-inline constexpr auto jsonFields<HourlySet> = std::tuple{field("hours", &HourlySet::hours)};
+inline constexpr auto jsonFields<HourlySet> = FieldList{field("hours", &HourlySet::hours)};
 
 template <>
-inline constexpr auto jsonFields<DailySet> = std::tuple{field("days", &DailySet::days)};
+inline constexpr auto jsonFields<DailySet> = FieldList{field("days", &DailySet::days)};
 
 template <>
-inline constexpr auto jsonFields<Document> = std::tuple{
+inline constexpr auto jsonFields<Document> = FieldList{
     field("currentWeather", &Document::currentWeather),
     field("forecastDaily", &Document::forecastDaily),
     field("forecastHourly", &Document::forecastHourly),

@@ -46,7 +46,7 @@ void readLeniently(dom::element element, T& out) {
     dom::element member;
     if (object[entry.key].get(member) == simdjson::SUCCESS) readLeniently(member, out.*(entry.member));
   };
-  std::apply([&](auto const&... entry) { (readField(entry), ...); }, jsonFields<T>);
+  jsonFields<T>.apply([&](auto const&... entry) { (readField(entry), ...); });
 }
 
 /// The service's own words, where it wrote any.

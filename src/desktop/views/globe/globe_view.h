@@ -28,7 +28,7 @@ struct LegendRow {
 };
 
 template <>
-inline constexpr auto viewFields<LegendRow> = std::tuple{
+inline constexpr auto viewFields<LegendRow> = FieldList{
     viewField("name", &LegendRow::name),         viewField("title", &LegendRow::title),
     viewField("count", &LegendRow::count),       viewField("colour", &LegendRow::colour),
     viewField("isOn", &LegendRow::isOn),         viewField("note", &LegendRow::note),
@@ -48,7 +48,7 @@ struct SatelliteCard {
 };
 
 template <>
-inline constexpr auto viewFields<SatelliteCard> = std::tuple{
+inline constexpr auto viewFields<SatelliteCard> = FieldList{
     viewField("isShown", &SatelliteCard::isShown),   viewField("title", &SatelliteCard::title),
     viewField("subtitle", &SatelliteCard::subtitle), viewField("colour", &SatelliteCard::colour),
     viewField("sentence", &SatelliteCard::sentence),
@@ -63,7 +63,7 @@ struct CardRow {
 
 template <>
 inline constexpr auto viewFields<CardRow> =
-    std::tuple{viewField("label", &CardRow::label), viewField("value", &CardRow::value)};
+    FieldList{viewField("label", &CardRow::label), viewField("value", &CardRow::value)};
 
 SatelliteCard satelliteCard(GlobeState const& state, ViewContext const& context);
 std::vector<CardRow> satelliteCardRows(GlobeState const& state, ViewContext const& context);
@@ -79,7 +79,7 @@ struct GlobeLabel {
 };
 
 template <>
-inline constexpr auto viewFields<GlobeLabel> = std::tuple{
+inline constexpr auto viewFields<GlobeLabel> = FieldList{
     viewField("text", &GlobeLabel::text),       viewField("isPlace", &GlobeLabel::isPlace),
     viewField("at_x", &GlobeLabel::x),          viewField("at_y", &GlobeLabel::y),
     viewField("isShown", &GlobeLabel::isShown),
@@ -99,7 +99,7 @@ struct SatelliteMatch {
 };
 
 template <>
-inline constexpr auto viewFields<SatelliteMatch> = std::tuple{
+inline constexpr auto viewFields<SatelliteMatch> = FieldList{
     viewField("name", &SatelliteMatch::name),
     viewField("group", &SatelliteMatch::group),
     viewField("colour", &SatelliteMatch::colour),

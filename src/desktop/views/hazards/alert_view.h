@@ -32,7 +32,7 @@ struct AlertView {
 };
 
 template <>
-inline constexpr auto viewFields<AlertView> = std::tuple{
+inline constexpr auto viewFields<AlertView> = FieldList{
     viewField("alertId", &AlertView::id),
     viewField("severity", &AlertView::severity),
     viewField("level", &AlertView::level),
@@ -64,7 +64,7 @@ struct OfficialView {
 };
 
 template <>
-inline constexpr auto viewFields<OfficialView> = std::tuple{
+inline constexpr auto viewFields<OfficialView> = FieldList{
     viewField("hasPlace", &OfficialView::hasPlace),
     viewField("isUnchecked", &OfficialView::isUnchecked),
     viewField("isUncovered", &OfficialView::isUncovered),

@@ -31,7 +31,7 @@ struct KpView {
 };
 
 template <>
-inline constexpr auto viewFields<KpView> = std::tuple{
+inline constexpr auto viewFields<KpView> = FieldList{
     viewField("isKnown", &KpView::isKnown), viewField("value", &KpView::value),
     viewField("word", &KpView::word),       viewField("meaning", &KpView::meaning),
     viewField("share", &KpView::share),     viewField("level", &KpView::level),

@@ -25,7 +25,7 @@ struct QuakeView {
 };
 
 template <>
-inline constexpr auto viewFields<QuakeView> = std::tuple{
+inline constexpr auto viewFields<QuakeView> = FieldList{
     viewField("quakeId", &QuakeView::id),        viewField("magnitude", &QuakeView::magnitude),
     viewField("place", &QuakeView::place),       viewField("note", &QuakeView::note),
     viewField("age", &QuakeView::age),           viewField("ageClass", &QuakeView::ageClass),
@@ -43,7 +43,7 @@ struct QuakesView {
 };
 
 template <>
-inline constexpr auto viewFields<QuakesView> = std::tuple{
+inline constexpr auto viewFields<QuakesView> = FieldList{
     viewField("count", &QuakesView::count),
     viewField("notice", &QuakesView::notice),
     viewField("source", &QuakesView::source),
@@ -60,7 +60,7 @@ struct ChoiceView {
 };
 
 template <>
-inline constexpr auto viewFields<ChoiceView> = std::tuple{
+inline constexpr auto viewFields<ChoiceView> = FieldList{
     viewField("value", &ChoiceView::value),
     viewField("caption", &ChoiceView::text),
     viewField("isChosen", &ChoiceView::isChosen),

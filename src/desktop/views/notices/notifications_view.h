@@ -24,7 +24,7 @@ struct NotificationsView {
 };
 
 template <>
-inline constexpr auto viewFields<NotificationsView> = std::tuple{
+inline constexpr auto viewFields<NotificationsView> = FieldList{
     viewField("notifier", &NotificationsView::notifier), viewField("trouble", &NotificationsView::trouble),
     viewField("test", &NotificationsView::test),         viewField("pause", &NotificationsView::pause),
     viewField("isPaused", &NotificationsView::isPaused), viewField("logNote", &NotificationsView::logNote)};
@@ -38,8 +38,8 @@ struct RuleGroupView {
 
 template <>
 inline constexpr auto viewFields<RuleGroupView> =
-    std::tuple{viewField("name", &RuleGroupView::name), viewField("title", &RuleGroupView::title),
-               viewField("summary", &RuleGroupView::summary)};
+    FieldList{viewField("name", &RuleGroupView::name), viewField("title", &RuleGroupView::title),
+              viewField("summary", &RuleGroupView::summary)};
 
 /// A setting as a row with its control. Numbers are in the user's unit.
 struct NotificationSettingView {
@@ -61,20 +61,20 @@ struct NotificationSettingView {
 
 template <>
 inline constexpr auto viewFields<NotificationSettingView> =
-    std::tuple{viewField("key", &NotificationSettingView::key),
-               viewField("control", &NotificationSettingView::control),
-               viewField("title", &NotificationSettingView::title),
-               viewField("explanation", &NotificationSettingView::explanation),
-               viewField("isOn", &NotificationSettingView::isOn),
-               viewField("isDetail", &NotificationSettingView::isDetail),
-               viewField("isEnabled", &NotificationSettingView::isEnabled),
-               viewField("value", &NotificationSettingView::value),
-               viewField("from", &NotificationSettingView::from),
-               viewField("to", &NotificationSettingView::to),
-               viewField("step", &NotificationSettingView::step),
-               viewField("decimals", &NotificationSettingView::decimals),
-               viewField("unit", &NotificationSettingView::unit),
-               viewField("choice", &NotificationSettingView::choice)};
+    FieldList{viewField("key", &NotificationSettingView::key),
+              viewField("control", &NotificationSettingView::control),
+              viewField("title", &NotificationSettingView::title),
+              viewField("explanation", &NotificationSettingView::explanation),
+              viewField("isOn", &NotificationSettingView::isOn),
+              viewField("isDetail", &NotificationSettingView::isDetail),
+              viewField("isEnabled", &NotificationSettingView::isEnabled),
+              viewField("value", &NotificationSettingView::value),
+              viewField("from", &NotificationSettingView::from),
+              viewField("to", &NotificationSettingView::to),
+              viewField("step", &NotificationSettingView::step),
+              viewField("decimals", &NotificationSettingView::decimals),
+              viewField("unit", &NotificationSettingView::unit),
+              viewField("choice", &NotificationSettingView::choice)};
 
 /// One of a list to choose from.
 struct OptionView {
@@ -84,7 +84,7 @@ struct OptionView {
 
 template <>
 inline constexpr auto viewFields<OptionView> =
-    std::tuple{viewField("value", &OptionView::value), viewField("text", &OptionView::text)};
+    FieldList{viewField("value", &OptionView::value), viewField("text", &OptionView::text)};
 
 struct MuteView {
   std::string kind;
@@ -94,8 +94,8 @@ struct MuteView {
 
 template <>
 inline constexpr auto viewFields<MuteView> =
-    std::tuple{viewField("kind", &MuteView::kind), viewField("title", &MuteView::title),
-               viewField("until", &MuteView::until)};
+    FieldList{viewField("kind", &MuteView::kind), viewField("title", &MuteView::title),
+              viewField("until", &MuteView::until)};
 
 struct LogView {
   std::string key;  ///< tells lines apart
@@ -114,19 +114,19 @@ struct LogView {
 };
 
 template <>
-inline constexpr auto viewFields<LogView> = std::tuple{viewField("key", &LogView::key),
-                                                       viewField("when", &LogView::when),
-                                                       viewField("title", &LogView::title),
-                                                       viewField("body", &LogView::body),
-                                                       viewField("place", &LogView::place),
-                                                       viewField("reason", &LogView::reason),
-                                                       viewField("wasTold", &LogView::wasTold),
-                                                       viewField("kind", &LogView::kind),
-                                                       viewField("kindTitle", &LogView::kindTitle),
-                                                       viewField("mute", &LogView::mute),
-                                                       viewField("muted", &LogView::muted),
-                                                       viewField("mutes", &LogView::mutes),
-                                                       viewField("sentence", &LogView::sentence)};
+inline constexpr auto viewFields<LogView> = FieldList{viewField("key", &LogView::key),
+                                                      viewField("when", &LogView::when),
+                                                      viewField("title", &LogView::title),
+                                                      viewField("body", &LogView::body),
+                                                      viewField("place", &LogView::place),
+                                                      viewField("reason", &LogView::reason),
+                                                      viewField("wasTold", &LogView::wasTold),
+                                                      viewField("kind", &LogView::kind),
+                                                      viewField("kindTitle", &LogView::kindTitle),
+                                                      viewField("mute", &LogView::mute),
+                                                      viewField("muted", &LogView::muted),
+                                                      viewField("mutes", &LogView::mutes),
+                                                      viewField("sentence", &LogView::sentence)};
 
 /// How long something is muted or nothing rings.
 enum class MuteSpan { hour, tomorrow, forever };

@@ -20,12 +20,12 @@ struct RuleView {
 };
 
 template <>
-inline constexpr auto viewFields<RuleView> = std::tuple{viewField("id", &RuleView::id),
-                                                        viewField("title", &RuleView::title),
-                                                        viewField("description", &RuleView::description),
-                                                        viewField("schedule", &RuleView::schedule),
-                                                        viewField("isOn", &RuleView::isOn),
-                                                        viewField("isOrphan", &RuleView::isOrphan)};
+inline constexpr auto viewFields<RuleView> = FieldList{viewField("id", &RuleView::id),
+                                                       viewField("title", &RuleView::title),
+                                                       viewField("description", &RuleView::description),
+                                                       viewField("schedule", &RuleView::schedule),
+                                                       viewField("isOn", &RuleView::isOn),
+                                                       viewField("isOrphan", &RuleView::isOrphan)};
 
 /// The rule that is being written, in the user's units.
 struct DraftView {
@@ -50,24 +50,24 @@ struct DraftView {
 };
 
 template <>
-inline constexpr auto viewFields<DraftView> = std::tuple{viewField("id", &DraftView::id),
-                                                         viewField("title", &DraftView::title),
-                                                         viewField("kind", &DraftView::kind),
-                                                         viewField("comparison", &DraftView::comparison),
-                                                         viewField("hasThreshold", &DraftView::hasThreshold),
-                                                         viewField("threshold", &DraftView::threshold),
-                                                         viewField("from", &DraftView::from),
-                                                         viewField("to", &DraftView::to),
-                                                         viewField("step", &DraftView::step),
-                                                         viewField("decimals", &DraftView::decimals),
-                                                         viewField("unit", &DraftView::unit),
-                                                         viewField("span", &DraftView::span),
-                                                         viewField("hasSpan", &DraftView::hasSpan),
-                                                         viewField("hour", &DraftView::hour),
-                                                         viewField("place", &DraftView::place),
-                                                         viewField("description", &DraftView::description),
-                                                         viewField("schedule", &DraftView::schedule),
-                                                         viewField("fault", &DraftView::fault)};
+inline constexpr auto viewFields<DraftView> = FieldList{viewField("id", &DraftView::id),
+                                                        viewField("title", &DraftView::title),
+                                                        viewField("kind", &DraftView::kind),
+                                                        viewField("comparison", &DraftView::comparison),
+                                                        viewField("hasThreshold", &DraftView::hasThreshold),
+                                                        viewField("threshold", &DraftView::threshold),
+                                                        viewField("from", &DraftView::from),
+                                                        viewField("to", &DraftView::to),
+                                                        viewField("step", &DraftView::step),
+                                                        viewField("decimals", &DraftView::decimals),
+                                                        viewField("unit", &DraftView::unit),
+                                                        viewField("span", &DraftView::span),
+                                                        viewField("hasSpan", &DraftView::hasSpan),
+                                                        viewField("hour", &DraftView::hour),
+                                                        viewField("place", &DraftView::place),
+                                                        viewField("description", &DraftView::description),
+                                                        viewField("schedule", &DraftView::schedule),
+                                                        viewField("fault", &DraftView::fault)};
 
 struct WeekdayView {
   std::string name;
@@ -77,8 +77,8 @@ struct WeekdayView {
 
 template <>
 inline constexpr auto viewFields<WeekdayView> =
-    std::tuple{viewField("name", &WeekdayView::name), viewField("dayName", &WeekdayView::dayName),
-               viewField("isOn", &WeekdayView::isOn)};
+    FieldList{viewField("name", &WeekdayView::name), viewField("dayName", &WeekdayView::dayName),
+              viewField("isOn", &WeekdayView::isOn)};
 
 std::vector<RuleView> ruleViews(NotificationsState const& state, PlaceList const& places,
                                 ViewContext const& view);
