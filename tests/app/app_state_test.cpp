@@ -432,8 +432,7 @@ TEST(AppError, TellsALostNetworkFromAFailingService) {
   Texts const texts = Texts::load("en");
   EXPECT_EQ(
       AppError::of(APIError::http(503)).text(texts),
-      "The forecast could not be fetched: the service answered with an error (HTTP 503). It is tried again "
-      "by itself.");
+      "Could not fetch the forecast: the service returned an error (HTTP 503). Retrying automatically.");
 }
 
 TEST(RefreshClocks, KeepPlacesAndKindsApart) {

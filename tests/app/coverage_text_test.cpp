@@ -32,11 +32,11 @@ TEST(CoverageText, SaysEachStateInItsOwnWords) {
   SourceCoverage unplaced = coverageOf(CoverageState::unplaced, 2);
   unplaced.areas = {"Kvarner", "Split"};
   EXPECT_EQ(textOf(unplaced),
-            "Official warnings in force for parts of Croatia that cannot be placed: Kvarner, Split");
-  EXPECT_EQ(textOf(coverageOf(CoverageState::uncovered)), "No official source of warnings for Croatia");
+            "Official warnings in effect for parts of Croatia that could not be located: Kvarner, Split");
+  EXPECT_EQ(textOf(coverageOf(CoverageState::uncovered)), "No source of official warnings for Croatia");
   SourceCoverage sea = coverageOf(CoverageState::uncovered);
   sea.country.clear();
-  EXPECT_EQ(textOf(sea), "No official source of warnings for this place");
+  EXPECT_EQ(textOf(sea), "No source of official warnings for this place");
 }
 
 TEST(CoverageText, SaysSinceWhenAndWhyNothingIsKnown) {
@@ -44,13 +44,11 @@ TEST(CoverageText, SaysSinceWhenAndWhyNothingIsKnown) {
   failed.since = at("2026-11-21T13:05:00Z");
   failed.reason = "the service answered with status 503";
   EXPECT_EQ(textOf(failed),
-            "Official warnings could not be checked since 1:05 PM, because the service answered with an "
-            "error (HTTP 503)");
+            "Official warnings could not be checked since 1:05 PM: the service returned an error (HTTP 503)");
   failed.reason = kNotAskedLately;
-  EXPECT_EQ(textOf(failed),
-            "Official warnings could not be checked since 1:05 PM, because no program has asked since then");
+  EXPECT_EQ(textOf(failed), "Official warnings could not be checked since 1:05 PM: no check was requested");
   failed.count = 1;
-  EXPECT_TRUE(textOf(failed).ends_with(". One known warning is still in force"));
+  EXPECT_TRUE(textOf(failed).ends_with(". One known warning is still in effect"));
   failed.since.reset();
   EXPECT_EQ(textOf(failed), "Official warnings could not be checked");
 }

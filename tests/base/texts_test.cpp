@@ -53,7 +53,7 @@ TEST(Texts, FallBackToEnglishAndThenToTheKey) {
   Texts const chinese = Texts::load("zh-Hans");
   EXPECT_EQ(chinese.language(), "zh");
   EXPECT_FALSE(chinese.translates("report.noCurrent"));
-  EXPECT_EQ(chinese.text("report.noCurrent"), "No current conditions are known.");
+  EXPECT_EQ(chinese.text("report.noCurrent"), "Current conditions are unavailable.");
   EXPECT_EQ(chinese.text("no.such.key"), "no.such.key");
   EXPECT_EQ(Texts::load("xx").language(), "en");
   EXPECT_EQ(Texts::load("C.UTF-8").language(), "en");

@@ -81,14 +81,14 @@ TEST_F(FeedCommands, PrintWhatTheNwsLists) {
 
 TEST_F(FeedCommands, TellNoWarningsFromNobodyWhoWarns) {
   EXPECT_EQ(run({"alerts", "35.68,139.69", "--source", "nws,meteoalarm"}).out,
-            "No official source of warnings for Japan\n");
+            "No source of official warnings for Japan\n");
   EXPECT_EQ(run({"alerts", "35.68,139.69", "--source", "nws,meteoalarm", "--json"}).out, "[]\n");
 }
 
 TEST_F(FeedCommands, MarkWhatIsOnlyNear) {
   CliRun const near = run({"alerts", "69.65,19.26", "--source", "meteoalarm"});
   EXPECT_THAT(near.out, HasSubstr("Flood Warning"));
-  EXPECT_THAT(near.out, HasSubstr("  near: "));
+  EXPECT_THAT(near.out, HasSubstr("  nearby: "));
   EXPECT_THAT(run({"alerts", "69.65,19.26", "--source", "meteoalarm", "--json"}).out,
               HasSubstr("\"_nimbaraDistanceKm\":"));
 }
@@ -162,20 +162,14 @@ TEST(WarningPage, SaysWhatTheIssuerSaysAndWhatIsNear) {
   Style const style;
   WarningPageContext context{texts, style, Calendar::utc(), at("2026-11-21T09:20:00Z"), 60};
   EXPECT_EQ(warningPage({warningEntry(alert)}, context),
-            "Advisory: Wind Warning (orange)\n"
-            "  Coast\n"
-            "  Near: Hills (35 km)\n"
-            "  Gusts of 80 km/h.\n"
-            "  Later less.\n"
-            "  What to do: Stay inside.\n"
-            "  Close windows.\n"
-            "  DHMZ, through MeteoAlarm, issued 5:30 AM\n");
+            "Advisory: Wind Warning (orange)\n  Coast\n  Nearby: Hills (35 km)\n  Gusts of 80 km/h.\n  Later "
+            "less.\n  What to do: Stay inside.\n  Close windows.\n  DHMZ, via MeteoAlarm, issued 5:30 AM\n");
   alert.distanceKm = 34.6;
   alert.isFullText = false;
   alert.text = "Strong wind";
   context.distance = DistanceUnit::miles;
   std::string const near = warningPage({warningEntry(alert)}, context);
-  EXPECT_THAT(near, HasSubstr("  near: the warned area begins 21 mi away\n"));
+  EXPECT_THAT(near, HasSubstr("  nearby: the warned area starts 21 mi away\n"));
   EXPECT_THAT(near, HasSubstr("  Strong wind\n  The full text could not be fetched."));
 }
 

@@ -44,12 +44,10 @@ TEST_F(NotifyCommandTest, WhatWasToldIsNotToldAgain) {
 TEST_F(NotifyCommandTest, ExplainsEveryRule) {
   auto const text = run({"notify", "--explain"});
   EXPECT_EQ(text.exitCode, 0) << text.err;
-  EXPECT_THAT(text.out, ContainsRegex("rain_start +Switched off\\."));
-  EXPECT_THAT(text.out, ContainsRegex("rain +Berlin: Nothing to tell\\. No rain is likely\\.\n"));
-  EXPECT_THAT(
-      text.out,
-      ContainsRegex(
-          "morning_summary +Berlin: Scheduled\\. It will be told at 7:00 AM, in the place's time\\."));
+  EXPECT_THAT(text.out, ContainsRegex("rain_start +Turned off\\."));
+  EXPECT_THAT(text.out, ContainsRegex("rain +Berlin: Not sent\\. No rain likely\\.\n"));
+  EXPECT_THAT(text.out,
+              ContainsRegex("morning_summary +Berlin: Scheduled\\. To be sent at 7:00 AM local time\\."));
   auto const json = run({"notify", "--explain", "--json"});
   EXPECT_THAT(json.out,
               HasSubstr(R"({"rule":"rain","setting":"notify_rain","identifier":"rain",)"
@@ -57,7 +55,7 @@ TEST_F(NotifyCommandTest, ExplainsEveryRule) {
 }
 
 TEST_F(NotifyCommandTest, KeepsALogThatCanBeRead) {
-  EXPECT_EQ(run({"notify", "--log"}).out, "Nothing has been told or held back yet.\n");
+  EXPECT_EQ(run({"notify", "--log"}).out, "No notifications yet.\n");
   EXPECT_EQ(run({"notify", "--log", "--json"}).out, "[]\n");
   for (auto const& [key, value] : {std::pair("notify_highWindThreshold", "1"),
                                    {"notify_highWind", "true"},
@@ -69,8 +67,8 @@ TEST_F(NotifyCommandTest, KeepsALogThatCanBeRead) {
   ASSERT_EQ(run({"notify", "--deliver", "print"}).exitCode, 0);
   ASSERT_EQ(run({"notify", "--deliver", "print"}).exitCode, 0);
   EXPECT_THAT(run({"notify", "--log"}).out,
-              ContainsRegex("^2026-11-21T[0-9:]+Z  [^\n]+ \\(Berlin\\)\n  Told\\. The strongest wind or gust "
-                            "will reach [0-9.]+ km/h \\(told from 1 km/h\\)\\.\n$"));
+              ContainsRegex("^2026-11-21T[0-9:]+Z  [^\n]+ \\(Berlin\\)\n  Sent\\. Strongest wind or gust: "
+                            "[0-9.]+ km/h \\(minimum: 1 km/h\\)\\.\n$"));
   EXPECT_THAT(
       run({"notify", "--log", "--json"}).out,
       ContainsRegex(R"("outcome":"announced","identifier":"high_wind".*"setting":"notify_highWind",)"

@@ -62,7 +62,7 @@ TEST(PresentFaces, CallNoNightSunny) {
   EXPECT_THAT(night.page, HasSubstr("☾"));
   for (std::string const& face : {night.page, night.line, night.tip}) {
     EXPECT_THAT(face, HasSubstr("Clear"));
-    EXPECT_THAT(face.substr(0, face.find("Seven days")), Not(HasSubstr("Sunny")));
+    EXPECT_THAT(face.substr(0, face.find("7-day forecast")), Not(HasSubstr("Sunny")));
   }
 }
 
@@ -74,7 +74,7 @@ struct PolarRow {
 
 TEST(PresentFaces, KnowMidnightSunAndPolarNight) {
   for (PolarRow const& row : {PolarRow{"2026-06-21T22:10:00Z", "stays up all day", false},
-                              PolarRow{"2026-12-21T12:10:00Z", "stays down all day", true}}) {
+                              PolarRow{"2026-12-21T12:10:00Z", "stays below the horizon all day", true}}) {
     WeatherData data = test::mildForecast(std::chrono::floor<std::chrono::hours>(at(row.now)), 24);
     data.location.latitude = 78.22;
     data.location.longitude = 15.65;
@@ -86,7 +86,7 @@ TEST(PresentFaces, KnowMidnightSunAndPolarNight) {
     }
     std::string const page = facesOf(data, at(row.now)).page;
     EXPECT_THAT(page, HasSubstr(row.sun));
-    std::string const hours = page.substr(0, page.find("Seven days"));
+    std::string const hours = page.substr(0, page.find("7-day forecast"));
     EXPECT_THAT(hours, HasSubstr(row.hasMoons ? "☾" : "☀"));
     EXPECT_THAT(hours, Not(HasSubstr(row.hasMoons ? "☀" : "☾")));
   }

@@ -111,8 +111,8 @@ TEST_F(SettingsCommand, DecideHowAForecastIsPrinted) {
   EXPECT_NE(given.find("km/h"), std::string::npos);
   EXPECT_NE(given.find("Next 24 hours"), std::string::npos);
   ASSERT_EQ(settings({"set", "preferredProvider", "yrNo"}).exitCode, 0);
-  EXPECT_NE(forecast({"--lang", "en"}).find("MET Norway, fetched"), std::string::npos);
-  EXPECT_NE(forecast({"--lang", "en", "--provider", "openMeteo"}).find("Open-Meteo, fetched"),
+  EXPECT_NE(forecast({"--lang", "en"}).find("MET Norway, updated"), std::string::npos);
+  EXPECT_NE(forecast({"--lang", "en", "--provider", "openMeteo"}).find("Open-Meteo, updated"),
             std::string::npos)
       << "what is given counts";
 }

@@ -41,7 +41,7 @@ TEST_F(WeatherCommands, ServeAForecastFromTheCacheWhileItIsFresh) {
   EXPECT_THAT(old.err, HasSubstr("fetched at 2026-11-21T09:20:00Z"));
   CliRun const again = run({"forecast", "1,2"}, "2026-11-21T09:36:00Z");
   EXPECT_THAT(again.err, HasSubstr("wttrIn (Network error: could not connect")) << "all are asked again";
-  EXPECT_THAT(again.out, HasSubstr("! Older data, fetched 9:20 AM (16 min ago)"));
+  EXPECT_THAT(again.out, HasSubstr("! Older data from 9:20 AM (16 min ago)"));
   EXPECT_EQ(run({"forecast", "1,2", "--no-cache"}, "2026-11-21T09:36:00Z").exitCode, exitCode::kUnavailable);
   server = *DemoServer::start(clock, {});
   base = server->baseUrl();
@@ -217,7 +217,7 @@ TEST(LineText, TellsWhatIsKnownAndDashesForTheRest) {
   for (char const* const wrong : {"{", "{}", "{temperature", "{nothing}"}) {
     EXPECT_EQ(line(wrong, "2026-11-21T10:00:00Z"), "refused") << wrong;
   }
-  EXPECT_EQ(line("{warnings}", "2026-11-21T10:00:00Z"), "No official source of warnings for Japan");
+  EXPECT_EQ(line("{warnings}", "2026-11-21T10:00:00Z"), "No source of official warnings for Japan");
   EXPECT_EQ(line("{{}", "2026-11-21T10:00:00Z"), "{}");
   for (LineField const& field : lineFields()) {
     EXPECT_NE(line("{" + std::string(field.name) + "}", "2026-11-21T10:00:00Z"), "refused");

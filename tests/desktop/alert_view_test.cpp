@@ -38,7 +38,7 @@ TEST(Alerts, StandGravestFirstAndEndInTime) {
     return all;
   };
   EXPECT_THAT(titles(alertViews(state, contextAt(kNow))),
-              ElementsAre("own/Danger/", "lasts/Warning/until 12:20", "note/Note/"));
+              ElementsAre("own/Critical/", "lasts/Warning/until 12:20", "note/Information/"));
   EXPECT_THAT(titles(officialViews(state, contextAt(kNow))), ElementsAre("lasts/Warning/until 12:20"));
 }
 
@@ -54,8 +54,8 @@ TEST(Alerts, TellFromWhomHowOldAndUntilWhen) {
   state.insight = ForecastInsight{{alertOf(AlertSeverity::info, "own")}};
   auto const views = alertViews(state, contextAt(kNow + 1min));
   EXPECT_EQ(views[0].sentence,
-            "Warning: Wind <b>Warning</b>, Coast – near: the warned area begins 12 km away, "
-            "from 13:20, until Sunday 12:20, Weather Office, 26 min ago");
+            "Warning: Wind <b>Warning</b>, Coast – nearby: the warned area starts 12 km away, from 13:20, "
+            "until Sunday 12:20, Weather Office, 26 min ago");
   EXPECT_EQ(views[1].issuer + ", " + views[1].age, "from the forecast, 1 min ago");
 }
 
@@ -74,7 +74,7 @@ TEST(Alerts, ShowTheIssuersTextToTheLetter) {
   state.govAlerts = {alert};
   ViewContext const context = contextAt(kNow);
   AlertView const view = officialViews(state, context).at(0);
-  EXPECT_EQ(view.issuer, "Met Office, through MeteoAlarm");
+  EXPECT_EQ(view.issuer, "Met Office, via MeteoAlarm");
   EXPECT_EQ(view.colour, "orange");
   EXPECT_TRUE(view.hasDetails);
   EXPECT_EQ(view.area, "Coast, Hills") << "one of them is here";
@@ -149,16 +149,16 @@ TEST_P(OfficialCheckTexts, SayHowFarTheListCanBeTrusted) {
   EXPECT_EQ(view.brief, row.brief);
 }
 
-constexpr char kSince[] = "Official warnings could not be checked since 12:20, because no network";
+constexpr char kSince[] = "Official warnings could not be checked since 12:20: no network";
 constexpr char kNever[] = "Official warnings have not been checked yet";
-constexpr char kNobody[] = "No official source of warnings for Japan";
+constexpr char kNobody[] = "No source of official warnings for Japan";
 constexpr char kNone[] = "No official warnings, checked 12:15";
 constexpr char kParts[] =
-    "Official warnings in force for parts of Croatia that cannot be placed: Kvarner, Velebit Channel";
+    "Official warnings in effect for parts of Croatia that could not be located: Kvarner, Velebit Channel";
 INSTANTIATE_TEST_SUITE_P(
     Rows, OfficialCheckTexts,
     testing::Values(
-        CheckRow{"none", [](OfficialCheck&) {}, 0, false, "There are no official warnings.", "", kNone},
+        CheckRow{"none", [](OfficialCheck&) {}, 0, false, "No official warnings.", "", kNone},
         CheckRow{"one", [](OfficialCheck& c) { c.coverage[0].state = CoverageState::warnings; }, 1, false,
                  "One official warning", "", "One official warning, checked 12:15"},
         CheckRow{"many", [](OfficialCheck& c) { c.coverage[0].state = CoverageState::warnings; }, 500, false,
@@ -166,35 +166,35 @@ INSTANTIATE_TEST_SUITE_P(
         CheckRow{"failedWithout", [](OfficialCheck& c) { fail(c, kNow, "no network"); }, 0, true,
                  "Official warnings could not be checked since 12:20",
                  "Reason: no network. So there may be some", kSince},
-        CheckRow{"failedWith", [](OfficialCheck& c) { fail(c, kNow, "no network"); }, 2, true,
-                 "2 official warnings",
-                 "Official warnings could not be checked since 12:20. Reason: no network. What was known",
-                 kSince},
+        CheckRow{
+            "failedWith", [](OfficialCheck& c) { fail(c, kNow, "no network"); }, 2, true,
+            "2 official warnings",
+            "Official warnings could not be checked since 12:20. Reason: no network. Showing the last known",
+            kSince},
         CheckRow{"never",
                  [](OfficialCheck& c) {
                    c.coverage[0].checkedAt.reset();
                    c.coverage[0].state = CoverageState::unchecked;
                  },
-                 0, true, kNever, "So there may be some", kNever},
+                 0, true, kNever, "There may be warnings", kNever},
         CheckRow{"asking",
                  [](OfficialCheck& c) {
                    c.coverage[0].checkedAt.reset();
                    c.coverage[0].state = CoverageState::unchecked;
                    c.isAsking = true;
                  },
-                 0, false, "Asking for official warnings …", "", "Asking for official warnings …"},
+                 0, false, "Checking for official warnings…", "", "Checking for official warnings…"},
         CheckRow{"oldWhileAsking",
                  [](OfficialCheck& c) {
                    c.coverage[0].checkedAt = kNow - 24h;
                    c.isAsking = true;
                  },
-                 1, false, "One official warning", "", "Asking for official warnings …"},
+                 1, false, "One official warning", "", "Checking for official warnings…"},
         CheckRow{"trusted", [](OfficialCheck& c) { c.coverage[0].checkedAt = kNow - 45min; }, 0, false,
-                 "There are no official warnings.", "", "No official warnings, checked 11:35"},
-        CheckRow{
-            "tooOld", [](OfficialCheck& c) { c.coverage[0].checkedAt = kNow - 45min - 1ms; }, 0, true,
-            "Official warnings could not be checked since 11:34", "So there may be some",
-            "Official warnings could not be checked since 11:34, because no program has asked since then"},
+                 "No official warnings.", "", "No official warnings, checked 11:35"},
+        CheckRow{"tooOld", [](OfficialCheck& c) { c.coverage[0].checkedAt = kNow - 45min - 1ms; }, 0, true,
+                 "Official warnings could not be checked since 11:34", "There may be warnings",
+                 "Official warnings could not be checked since 11:34: no check was requested"},
         CheckRow{"unplaced",
                  [](OfficialCheck& c) {
                    c.coverage[0].state = CoverageState::unplaced;

@@ -152,10 +152,11 @@ TEST_F(DesktopNotificationsTest, TryARuleWithoutKeepingIt) {
   EXPECT_THAT(state().rules.rules, IsEmpty());
   ASSERT_THAT(answers, SizeIs(3));
   EXPECT_TRUE(answers[0].rings);
-  EXPECT_TRUE(answers[0].text.starts_with("It would ring now: “Wind gust above 40.0km/h")) << answers[0].text;
+  EXPECT_TRUE(answers[0].text.starts_with("Would notify you now: “Wind gust above 40.0km/h"))
+      << answers[0].text;
   EXPECT_FALSE(answers[1].rings);
-  EXPECT_TRUE(answers[1].text.starts_with("It would not ring until")) << answers[1].text;
-  EXPECT_EQ(answers[2].text, "There is no such place any more.");
+  EXPECT_TRUE(answers[1].text.starts_with("Not expected through")) << answers[1].text;
+  EXPECT_EQ(answers[2].text, "This place no longer exists.");
   EXPECT_THAT(center->delivered(), IsEmpty());
 }
 

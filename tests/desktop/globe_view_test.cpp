@@ -96,8 +96,8 @@ TEST(Legend, TellsEachRowOnce) {
   maker.state().earthquakes = std::make_shared<std::vector<EarthquakeEvent> const>(
       std::vector<EarthquakeEvent>{quakeOf(2.4, {0, 0}), quakeOf(2.5, {0, 0})});
   EXPECT_THAT(linesOf(legendRows(*maker.made(), contextAt(kNow))),
-              ElementsAre("+ Space stations, 1", "+ Starlink, 0, cannot be fetched now",
-                          "+ OneWeb, 0, elements of 9 h ago", "+ Weather satellites, 0", "+ Galileo, 0",
+              ElementsAre("+ Space stations, 1", "+ Starlink, 0, unavailable",
+                          "+ OneWeb, 0, orbits from 9 h ago", "+ Weather satellites, 0", "+ Galileo, 0",
                           "+ GLONASS, 0", "- Debris, 3", "- Earthquakes, 1"));
   EXPECT_EQ(legendRows(*maker.made(), contextAt(kNow))[0].colour, "#ffd64d");
 }
@@ -109,11 +109,10 @@ struct StatusRow {
 
 TEST(GlobeStatus, SpeaksOnlyWithoutSatellites) {
   for (StatusRow const& row :
-       {StatusRow{true, false, false, "Fetching the satellites …"},
+       {StatusRow{true, false, false, "Loading satellites…"},
         {true, false, true, ""},
         {false, true, true, ""},
-        {false, true, false,
-         "The satellites cannot be fetched now. They are asked for again in ten minutes."}}) {
+        {false, true, false, "Could not fetch the satellites. Retrying in ten minutes."}}) {
     GlobeStateMaker maker;
     maker.state().isLoading = row.isLoading;
     if (row.hasFailed) maker.state().groups[3].state = GlobeGroup::State::failed;
@@ -137,9 +136,8 @@ TEST(SatelliteCard, IsInTheUsersUnits) {
   SatelliteCard const card = satelliteCard(*maker.made(), contextAt(kNow));
   EXPECT_EQ(card.sentence,
             "ISS (ZARYA), International Space Station · Space stations, Altitude 419\u00A0km, Speed "
-            "27588\u00A0km/h, Latitude 52.52°, Longitude 13.39°, Above Germany, Once around in 92.9 min, "
-            "Light in the "
-            "earth’s shadow, Catalogue number 25544");
+            "27588\u00A0km/h, Latitude 52.52°, Longitude 13.39°, Above Germany, Orbital period 92.9 min, "
+            "Light in Earth's shadow, Catalog number 25544");
   ViewContext imperial = contextAt(kNow);
   imperial.units = Units::imperial();
   auto const rows = satelliteCardRows(*maker.made(), imperial);

@@ -52,14 +52,14 @@ TEST(KpView, TellsWhatIsNotKnownAndWhatIsOld) {
     char const* notice;
   };
   for (Row const& row :
-       {Row{std::nullopt, "", false, "Fetching the K index …", ""},
+       {Row{std::nullopt, "", false, "Loading K index…", ""},
         Row{std::nullopt, "no network", false, "", "The K index could not be fetched. Reason: no network."},
         Row{1h, "no network", true, "Quiet",
-            "The K index could not be renewed since 11:20. Reason: no network."},
+            "The K index could not be updated since 11:20. Reason: no network."},
         Row{6h, "no network", true, "Quiet",
-            "The K index could not be renewed since 06:20. Reason: no network."},
+            "The K index could not be updated since 06:20. Reason: no network."},
         Row{6h + 1ms, "no network", false, "",
-            "The K index could not be renewed since 06:19. Reason: no network."}}) {
+            "The K index could not be updated since 06:19. Reason: no network."}}) {
     HazardsState state = hazardsOf({});
     state.kp.problem = row.problem;
     state.kp.checkedAt.reset();

@@ -78,11 +78,11 @@ struct WhoRow {
 };
 
 TEST_F(NotificationViews, SayWhoNotifies) {
-  for (WhoRow const& who : {WhoRow{true, "window", false, "This window notifies"},
-                            WhoRow{false, "watch", false, "The background service notifies"},
-                            WhoRow{false, "window", false, "Another window notifies"},
-                            WhoRow{false, "", false, "Another of your programs"},
-                            WhoRow{true, "window", true, "The weather here is made up"}}) {
+  for (WhoRow const& who : {WhoRow{true, "window", false, "This window sends notifications"},
+                            WhoRow{false, "watch", false, "The background service sends"},
+                            WhoRow{false, "window", false, "Another window sends"},
+                            WhoRow{false, "", false, "Another Nimbara program"},
+                            WhoRow{true, "window", true, "Demo weather: nothing"}}) {
     NotificationsState state;
     state.isOurs = who.isOurs;
     state.holder = who.holder;
@@ -93,13 +93,14 @@ TEST_F(NotificationViews, SayWhoNotifies) {
 
 TEST_F(NotificationViews, SayWhatIsWrong) {
   EXPECT_EQ(shown({}).trouble, "");
-  EXPECT_EQ(shown({}).logNote, "Nothing has been told or held back yet.");
+  EXPECT_EQ(shown({}).logNote, "No notifications yet.");
   NotificationsView const crowded = shown(crowdedState());
   EXPECT_EQ(crowded.trouble,
-            "Notifications cannot be shown: this desktop has no notification service, or it does not answer. "
-            "Your settings cannot be written: the disk is full, or the file may not be changed.");
-  EXPECT_EQ(crowded.test, "The test did not come through: there is no notification service on this desktop.");
-  EXPECT_EQ(crowded.pause, "Nothing rings until 18:00.");
+            "Notifications cannot be shown: the desktop's notification service is missing or not responding. "
+            "Could not save your settings: the disk is full or the file is read-only.");
+  EXPECT_EQ(crowded.test,
+            "Could not send the test notification: there is no notification service on this desktop.");
+  EXPECT_EQ(crowded.pause, "Paused until 18:00.");
 }
 
 TEST_F(NotificationViews, PausesEnd) {
@@ -167,11 +168,11 @@ TEST_F(NotificationViews, KeepNumbersAsTheyWereTyped) {
 TEST_F(NotificationViews, ListMutesWithTheirEnds) {
   auto const mutes = muteViews(crowdedState(), view);
   ASSERT_THAT(mutes, SizeIs(3));
-  EXPECT_EQ(mutes[0].title, "Official warnings: wind (level “medium”)");
+  EXPECT_EQ(mutes[0].title, "Official warnings: wind (level Advisory)");
   EXPECT_EQ(mutes[0].until, "until Sunday 07:00");
   EXPECT_EQ(mutes[1].title, "Heavy rain");
-  EXPECT_EQ(mutes[1].until, "for ever");
-  EXPECT_EQ(mutes[2].title, "Something that this version does not know (elsewhere)");
+  EXPECT_EQ(mutes[1].until, "forever");
+  EXPECT_EQ(mutes[2].title, "Unknown notification (elsewhere)");
   view.now = at("2026-11-22T07:00:00Z");
   EXPECT_THAT(muteViews(crowdedState(), view), SizeIs(2));
 }
@@ -199,11 +200,9 @@ TEST_F(NotificationViews, TellTheLogNewestFirst) {
   auto const all = logViews(state, LogFilter::all, view);
   ASSERT_THAT(all, SizeIs(500));
   EXPECT_EQ(all.front().when, "12:19");
-  EXPECT_EQ(
-      all.front().sentence,
-      "12:19, " + std::string(50, 'n') +
-          ", Testville, Bring a coat., Held back by the quiet hours. Up to 6 mm of rain is likely in one "
-          "hour (told from 4 mm).");
+  EXPECT_EQ(all.front().sentence, "12:19, " + std::string(50, 'n') +
+                                      ", Testville, Bring a coat., Held back during quiet hours. Likely rain "
+                                      "in one hour: up to 6 mm (minimum: 4 mm).");
   EXPECT_THAT(logViews(state, LogFilter::told, view), SizeIs(167));
   EXPECT_THAT(logViews(state, LogFilter::held, view), SizeIs(333));
 }
@@ -229,14 +228,14 @@ TEST_F(NotificationViews, NameEveryKind) {
                              {"beta_stargazing_tonight", "Stargazing"},
                              {"gov", "Official warnings"},
                              {"gov:cloud.bolt.fill", "Official warnings: thunderstorm"},
-                             {"gov:newsign", "Official warnings: other subjects"},
-                             {"gov:wind:critical", "Official warnings: wind (level “critical”)"},
-                             {"gov:info", "Official warnings (level “low”)"},
+                             {"gov:newsign", "Official warnings: other"},
+                             {"gov:wind:critical", "Official warnings: wind (level Critical)"},
+                             {"gov:info", "Official warnings (level Information)"},
                              {"travel_advisory:PT", "Travel advisories: Portugal"},
                              {"hurricane:al092026", "Tropical storm AL092026"},
                              {mine.c_str(), "My gusts"},
-                             {"custom_lost", "A rule of your own that was removed"},
-                             {"", "Something that this version does not know ()"}}) {
+                             {"custom_lost", "A rule you removed"},
+                             {"", "Unknown notification ()"}}) {
     EXPECT_EQ(kindTitle(row.kind, own, view), row.title) << row.kind;
   }
 }
@@ -275,8 +274,8 @@ TEST_F(NotificationViews, SayInTheLogWhatIsMutedNow) {
         {"rain@2026-11-21T13:00:00Z", "rain", "Muted until 13:00.", "rain"},
         {"rain@2026-11-21T12:19:00Z", "rain", "", ""},
         {"rain", "rain_start", "", ""},
-        {"gov", "gov:wind", "Muted for ever.", "gov"},
-        {"gov:wind:advisory,gov:wind", "gov:wind", "Muted for ever.", "gov:wind:advisory+gov:wind"},
+        {"gov", "gov:wind", "Muted forever.", "gov"},
+        {"gov:wind:advisory,gov:wind", "gov:wind", "Muted forever.", "gov:wind:advisory+gov:wind"},
         {"gov:flood", "gov:wind", "", ""}}) {
     NotificationsState state = withSettings({{"notify_mutedKinds", std::string(row.stored)}});
     state.log = {logLine("Title", RuleOutcome::announced)};
@@ -304,7 +303,7 @@ TEST_F(RuleViews, SayWhatARuleWatches) {
   auto const rules = ruleViews(crowdedState(), places, view);
   ASSERT_THAT(rules, SizeIs(3));
   EXPECT_EQ(rules[0].description, "Wind gust above 50.0km/h in the next 6 hours");
-  EXPECT_EQ(rules[0].schedule, "Every day, as soon as it is forecast; the selected place");
+  EXPECT_EQ(rules[0].schedule, "Every day, as soon as it is forecast; selected place");
   EXPECT_FALSE(rules[0].isOrphan);
   EXPECT_TRUE(rules[2].isOrphan);
 }
@@ -319,7 +318,7 @@ TEST_F(RuleViews, FindFaultsInADraft) {
   draft.scheduledDays = {};
   EXPECT_EQ(draftView(draft, places, view).fault, "Choose at least one day.");
   draft.locationID = Uuid::named(kCurrentLocation, "lost");
-  EXPECT_EQ(draftView(draft, places, view).fault, "Its place was deleted; choose another.");
+  EXPECT_EQ(draftView(draft, places, view).fault, "Its place was removed. Choose another.");
 }
 
 /// Whatever is chosen first makes sense, and holds between its bounds.

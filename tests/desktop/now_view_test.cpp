@@ -42,18 +42,18 @@ constexpr auto kRain = WeatherConditionCode::lightRain;
 constexpr auto kSnow = WeatherConditionCode::lightSnow;
 INSTANTIATE_TEST_SUITE_P(
     Rows, NextHours,
-    testing::Values(SentenceRow{0, 0, 0, 0, kRain, "No rain in the next twelve hours."},
+    testing::Values(SentenceRow{0, 0, 0, 0, kRain, "No rain in the next 12 hours."},
                     SentenceRow{3, 5, 1, 80, kRain, "Rain is expected to start around 15:00."},
                     SentenceRow{3, 5, 0.1, 40, kRain, "Rain is expected to start around 15:00."},
-                    SentenceRow{3, 5, 0.09, 40, kRain, "No rain in the next twelve hours."},
-                    SentenceRow{3, 5, 0.1, 39, kRain, "No rain in the next twelve hours."},
+                    SentenceRow{3, 5, 0.09, 40, kRain, "No rain in the next 12 hours."},
+                    SentenceRow{3, 5, 0.1, 39, kRain, "No rain in the next 12 hours."},
                     SentenceRow{0, 2, 1, 80, kRain, "Rain should ease by around 14:00."},
-                    SentenceRow{0, 14, 1, 80, kRain, "Rain for at least twelve hours."},
+                    SentenceRow{0, 14, 1, 80, kRain, "Rain for at least 12 hours."},
                     SentenceRow{12, 14, 1, 80, kRain, "Rain is expected to start around Sunday 00:00."},
-                    SentenceRow{13, 14, 1, 80, kRain, "No rain in the next twelve hours."},
+                    SentenceRow{13, 14, 1, 80, kRain, "No rain in the next 12 hours."},
                     SentenceRow{4, 6, 1, 80, kSnow, "Snow is expected to start around 16:00."},
                     SentenceRow{0, 3, 1, 80, kSnow, "Snow should ease by around 15:00."},
-                    SentenceRow{0, 20, 1, 80, kSnow, "Snow for at least twelve hours."}));
+                    SentenceRow{0, 20, 1, 80, kSnow, "Snow for at least 12 hours."}));
 
 struct KnownRow {
   char const* what;
@@ -65,7 +65,7 @@ struct KnownRow {
 
 TEST(NextHoursKnown, AreSpokenOfAsFarAsTheyAreKnown) {
   using enum ForecastValue;
-  constexpr char const* kDry = "No rain in the next twelve hours.";
+  constexpr char const* kDry = "No rain in the next 12 hours.";
   for (KnownRow const& row :
        {KnownRow{"all is known", {}, 0, 20, kDry},
         KnownRow{"an amount is enough", {precipitationChance}, 0, 20, kDry},
@@ -124,11 +124,11 @@ TEST(NowView, SaysWhatIsOldAndWhy) {
   state.isShowingStaleData = true;
   state.lastUpdated = kNow - std::chrono::hours(3);
   NowView const old = nowView(state, Place{}, contextAt(kNow));
-  EXPECT_EQ(old.notice, "Showing older data since 09:20 (3 h ago).");
+  EXPECT_EQ(old.notice, "Showing older data from 09:20 (3 h ago).");
   EXPECT_FALSE(old.isFailure);
   state.error = AppError{AppError::Case::offline, {}};
   NowView const failed = nowView(state, Place{}, contextAt(kNow));
-  EXPECT_THAT(failed.notice, HasSubstr("09:20 (3 h ago). The network cannot be reached."));
+  EXPECT_THAT(failed.notice, HasSubstr("09:20 (3 h ago). You appear to be offline."));
   EXPECT_TRUE(failed.isFailure);
 }
 
@@ -136,11 +136,11 @@ TEST(NowView, SaysFromWhenItCanBeRefreshedAgain) {
   WeatherState state = stateOf(mildWeek());
   state.askAgainAt = kNow + std::chrono::seconds(90);
   EXPECT_EQ(nowView(state, Place{}, contextAt(kNow)).notice,
-            "The forecast was asked for less than five minutes ago. It can be asked for again from 12:22.");
+            "Last refreshed less than five minutes ago. You can refresh again from 12:22.");
   state.error = AppError::of(APIError::refusal(std::chrono::seconds(90)));
   EXPECT_EQ(nowView(state, Place{}, contextAt(kNow)).notice,
-            "The forecast could not be fetched: every forecast service failed a few minutes ago. It is tried "
-            "again by itself. They can be asked again from 12:22.");
+            "Could not fetch the forecast: every forecast service failed a few minutes ago. Retrying "
+            "automatically. You can try again from 12:22.");
   state.askAgainAt = kNow;
   state.error.reset();
   EXPECT_EQ(nowView(state, Place{}, contextAt(kNow)).notice, "");
@@ -163,7 +163,7 @@ TEST(NowView, HasNoReadingFromAForecastThatHasEnded) {
   EXPECT_TRUE(view.hasWeather);
   EXPECT_FALSE(view.hasReading);
   EXPECT_EQ(view.sentence, "");
-  EXPECT_EQ(view.notice, "Last reading, 2026-11-21 12:15: 15\u00A0°C, Partly Cloudy.");
+  EXPECT_EQ(view.notice, "Last reading 2026-11-21 12:15: 15\u00A0°C, Partly Cloudy.");
 }
 
 std::vector<std::string> kindsOf(std::vector<TileView> const& tiles) {
@@ -233,8 +233,8 @@ TEST_P(Sky, TellsTheSunOfTheDay) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, Sky,
-                         testing::Values(SkyRow{0, "2026-03-20T12:00:00Z", "12 h 6 min of day", true},
-                                         SkyRow{-33, "2026-12-21T12:00:00Z", "14 h 20 min of day", true},
+                         testing::Values(SkyRow{0, "2026-03-20T12:00:00Z", "12 h 6 min of daylight", true},
+                                         SkyRow{-33, "2026-12-21T12:00:00Z", "14 h 20 min of daylight", true},
                                          SkyRow{78, "2026-12-21T12:00:00Z", "does not rise", false},
                                          SkyRow{78, "2026-06-21T12:00:00Z", "does not set", false}));
 

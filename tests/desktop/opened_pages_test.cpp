@@ -132,7 +132,7 @@ TEST_P(OpenedPages, ShowNotificationsWhole) {
     model.notifications()->editRule(QString::fromStdString(edited.id.text()));
     model.notifications()->tryDraft();
     model.notifications()->showTrial(
-        {edited.id, true, "It would ring on Saturday 14:00: “Wind gust above 50.0 km/h now: 62.0 km/h”"});
+        {edited.id, true, "Next notification, Saturday 14:00: “Wind gust above 50.0 km/h now: 62.0 km/h”"});
   });
 }
 

@@ -63,11 +63,11 @@ TEST(Here, SaysWhatBecameOfTheQuestion) {
 TEST(OnlineSearch, SaysWhatFailed) {
   APIError offline = APIError::of(APIError::Case::networkError);
   offline.transport = HttpError::Kind::connectionFailed;
-  EXPECT_THAT(onlineNote(std::unexpected(offline), contextAt(kNow)), HasSubstr("network cannot be reached"));
+  EXPECT_THAT(onlineNote(std::unexpected(offline), contextAt(kNow)), HasSubstr("appear to be offline"));
   EXPECT_THAT(onlineNote(std::unexpected(APIError::of(APIError::Case::noResults)), contextAt(kNow)),
               HasSubstr("No place of that name"));
   EXPECT_EQ(onlineNote(std::unexpected(APIError::http(503, "busy")), contextAt(kNow)),
-            "The search failed: the service answered with an error (HTTP 503: busy).");
+            "The search failed: the service returned an error (HTTP 503: busy).");
   EXPECT_THAT(onlineNote(std::vector<FoundPlace>{}, contextAt(kNow)), HasSubstr("Open-Meteo"));
 }
 

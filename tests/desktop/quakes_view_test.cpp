@@ -51,7 +51,7 @@ TEST(ShownQuakes, AreAtMostTheNewestFiveHundred) {
   HazardsState const state = stateWith(many);
   auto const shown = shownQuakes(state, kPlace, kNow);
   EXPECT_EQ(shown.size(), 500);
-  EXPECT_EQ(quakesView(state, shown, kPlace, contextAt(kNow)).count, "The newest 500 earthquakes");
+  EXPECT_EQ(quakesView(state, shown, kPlace, contextAt(kNow)).count, "Latest 500 earthquakes");
 }
 
 TEST(QuakeViews, TellDistanceAndDepthInTheUsersUnits) {
@@ -80,14 +80,14 @@ TEST(QuakesView, TellsAnEmptyListFromOneThatIsNotKnown) {
     char const* notice;
   };
   for (Row const& row :
-       {Row{true, false, "", "No such earthquakes in the last 24 hours.", ""},
+       {Row{true, false, "", "No matching earthquakes in the last 24 hours.", ""},
         Row{true, true, "", "One earthquake in the last 24 hours", ""},
-        Row{false, false, "", "Fetching the earthquakes …", ""},
-        Row{false, false, "no network", "", "The earthquakes could not be fetched. Reason: no network."},
+        Row{false, false, "", "Loading earthquakes…", ""},
+        Row{false, false, "no network", "", "Earthquakes could not be fetched. Reason: no network."},
         Row{false, true, "no network", "One earthquake in the last 24 hours",
-            "The list of earthquakes could not be renewed; it is the last known one. Reason: no network."},
+            "The earthquake list could not be updated. Showing the last known one. Reason: no network."},
         Row{true, true, "no network", "One earthquake in the last 24 hours",
-            "The list of earthquakes could not be renewed since 12:15. Reason: no network."}}) {
+            "The earthquake list could not be updated since 12:15. Reason: no network."}}) {
     HazardsState state = stateWith({});
     if (row.hasData) state.quakes.data = {quakeOf("a", 5, {0, 0}, 1h)};
     if (!row.isChecked) state.quakes.checkedAt.reset();

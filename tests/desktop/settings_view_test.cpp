@@ -159,10 +159,10 @@ TEST(SettingViews, NeverTellASecret) {
 TEST(SettingViews, SayWhyAValueWasRefused) {
   SettingsState state = troubledSettings();
   EXPECT_EQ(row(SettingsGroup::addresses, "openMeteoHost", state).problem,
-            "This is no address like https://host; the old one stays.");
+            "Not a valid address like https://host. The old one was kept.");
   state.refusal->kind = StoreError::Kind::busy;
   EXPECT_EQ(row(SettingsGroup::addresses, "openMeteoHost", state).problem,
-            "Another program keeps your settings busy. Try again in a moment.");
+            "Another program is using your settings. Try again in a moment.");
   EXPECT_EQ(row(SettingsGroup::addresses, "yrNoHost", state).problem, "");
 }
 
@@ -170,12 +170,11 @@ TEST(Providers, TellWhatBecameOfTheLastAttempts) {
   auto const views = providerViews(troubledSettings(), contextAt(kNow));
   std::vector<std::string> sentences;
   for (ProviderView const& view : views) sentences.push_back(view.sentence);
-  EXPECT_THAT(
-      sentences,
-      ElementsAre(HasSubstr("Automatic: The first that answers"), "Apple Weather: Needs your keys, below",
-                  "Open-Meteo: last answer 3 h ago  ·  last failure 2 min ago: HTTP 503: over capacity  ·  "
-                  "not asked before 12:23",
-                  "MET Norway: last answer 1 min ago", "wttr.in: Not asked yet"));
+  EXPECT_THAT(sentences, ElementsAre(HasSubstr("Automatic: The first that answers"),
+                                     "Apple Weather: Needs your own keys, below",
+                                     "Open-Meteo: last response 3 h ago  ·  last failure 2 min ago: HTTP "
+                                     "503: over capacity  ·  paused until 12:23",
+                                     "MET Norway: last response 1 min ago", "wttr.in: Not used yet"));
   EXPECT_TRUE(views[0].isChosen);
   EXPECT_TRUE(views[2].isTroubled);
   EXPECT_FALSE(views[3].isTroubled);
@@ -184,7 +183,7 @@ TEST(Providers, TellWhatBecameOfTheLastAttempts) {
 TEST(Providers, AreLeftAloneAsLongAsTheyAsk) {
   SettingsState state = settingsWith({{"preferredProvider", std::string("yrNo")}});
   state.providers["yrNo"].blockedUntil = kNow + std::chrono::hours(1);
-  EXPECT_THAT(providerViews(state, contextAt(kNow))[3].state, HasSubstr("not asked before 13:20"));
+  EXPECT_THAT(providerViews(state, contextAt(kNow))[3].state, HasSubstr("paused until 13:20"));
   EXPECT_TRUE(providerViews(state, contextAt(kNow))[3].isChosen);
   ViewContext const later = contextAt(kNow + std::chrono::hours(1));
   EXPECT_THAT(providerViews(state, later)[3].state, Not(HasSubstr("not asked before")));
@@ -192,7 +191,7 @@ TEST(Providers, AreLeftAloneAsLongAsTheyAsk) {
 
 TEST(SettingsPage, NamesFaultsAndProblems) {
   SettingsView const view = settingsView(troubledSettings(), contextAt(kNow));
-  EXPECT_THAT(view.notice, HasSubstr("or is no file of Nimbara's.\nA stored value cannot be used: "));
+  EXPECT_THAT(view.notice, HasSubstr("or is not a Nimbara file.\nA stored value is not valid: "));
   EXPECT_THAT(view.notice, HasSubstr("temperatureUnit"));
   EXPECT_TRUE(view.needsRestart);
   EXPECT_EQ(settingsView(settingsWith({}), contextAt(kNow)).notice, "");
@@ -212,7 +211,7 @@ TEST(SettingsPage, SaysWhetherTheWatchStartsAtLogin) {
   EXPECT_THAT(settingsView(state, contextAt(kNow)).startNote, HasSubstr("changed by hand"));
   state.watch = WatchStart::byHand;
   state.watchProblem = "no room";
-  EXPECT_EQ(settingsView(state, contextAt(kNow)).startNote, "This could not be changed: no room.");
+  EXPECT_EQ(settingsView(state, contextAt(kNow)).startNote, "Could not change this: no room.");
   state.isWatchChanging = true;
   EXPECT_FALSE(settingsView(state, contextAt(kNow)).canStartAtLogin);
   state.isWatchChanging = false;
@@ -226,7 +225,7 @@ TEST(Folders, AreThoseThatThereAre) {
   state.cacheDirectory = "/c";
   auto const folders = folderViews(state, contextAt(kNow));
   ASSERT_EQ(folders.size(), 1);
-  EXPECT_EQ(folders[0].sentence, "Kept forecasts: /c");
+  EXPECT_EQ(folders[0].sentence, "Cached forecasts: /c");
 }
 
 }  // namespace

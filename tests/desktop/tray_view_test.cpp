@@ -22,10 +22,10 @@ std::vector<SummaryRow> summaryRows() {
   WeatherState loading;
   loading.isLoading = true;
   return {{"weather", stateOf(mildWeek()), true, "15°",
-           "Testville: 15°, Partly Cloudy. No rain in the next twelve hours."},
-          {"loading", loading, true, "", "Testville: Fetching the forecast …"},
-          {"nothing", {}, true, "", "Testville: There is no forecast yet."},
-          {"noPlace", {}, false, "", "No place is saved yet. Search for the first one."}};
+           "Testville: 15°, Partly Cloudy. No rain in the next 12 hours."},
+          {"loading", loading, true, "", "Testville: Loading forecast…"},
+          {"nothing", {}, true, "", "Testville: No forecast yet."},
+          {"noPlace", {}, false, "", "No places saved yet. Search for your first one."}};
 }
 
 TEST(TrayView, SaysThePresentInOneLine) {

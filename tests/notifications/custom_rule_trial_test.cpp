@@ -34,10 +34,10 @@ std::string tried(CustomNotification const& rule, RuleInputs const& inputs) {
 
 TEST(RuleTrials, TellWhenARuleRingsFirst) {
   EXPECT_EQ(tried(gustRule(50), windyInputs()),
-            "It would ring on Sunday 2:00 PM: “Wind gust above 50.0km/h now: now 62.0km/h”");
+            "Next notification, Sunday 2:00 PM: “Wind gust above 50.0km/h now: now 62.0km/h”");
   EXPECT_EQ(tried(gustRule(50, 6), windyInputs()),
-            "It would ring on Sunday 8:00 AM: “Wind gust above 50.0km/h in the next 6 hours: 62.0km/h around "
-            "2 PM”");
+            "Next notification, Sunday 8:00 AM: “Wind gust above 50.0km/h in the next 6 hours: 62.0km/h "
+            "around 2 PM”");
   CustomNotification atSeven = gustRule(50, 12);
   atSeven.checkHour = 7;
   EXPECT_EQ(triedRule(atSeven, windyInputs(), {}).ringsAt, at("2026-11-22T07:00:00Z"));
@@ -55,26 +55,23 @@ TEST(RuleTrials, TellWhatRingsNow) {
   RuleInputs inputs = ruleInputs(at(kSaturdayMorning));
   CustomNotification rule = gustRule(-1);
   rule.conditionType = Type::humidity;
-  EXPECT_TRUE(tried(rule, inputs).starts_with("It would ring now: “Humidity above -1% now: "))
+  EXPECT_TRUE(tried(rule, inputs).starts_with("Would notify you now: “Humidity above -1% now: "))
       << tried(rule, inputs);
 }
 
 TEST(RuleTrials, TellWhatComesNearest) {
-  EXPECT_EQ(
-      tried(gustRule(62), windyInputs()),
-      "It would not ring until Wednesday 9:00 AM. Nearest is 62.0km/h at Sunday 2:00 PM, 0.0km/h short of "
-      "the limit.");
-  EXPECT_EQ(
-      tried(gustRule(80), windyInputs()),
-      "It would not ring until Wednesday 9:00 AM. Nearest is 62.0km/h at Sunday 2:00 PM, 18.0km/h short of "
-      "the limit.");
+  EXPECT_EQ(tried(gustRule(62), windyInputs()),
+            "Not expected through Wednesday 9:00 AM. Closest: 62.0km/h, Sunday 2:00 PM, 0.0km/h short of the "
+            "limit.");
+  EXPECT_EQ(tried(gustRule(80), windyInputs()),
+            "Not expected through Wednesday 9:00 AM. Closest: 62.0km/h, Sunday 2:00 PM, 18.0km/h short of "
+            "the limit.");
   CustomNotification thunder = gustRule(0);
   thunder.conditionType = Type::thunder;
   thunder.conditionOperator = Operator::any;
   RuleInputs const inputs =
       ruleInputs(at(kSaturdayMorning), [](WeatherData& data) { data.allHourly[3].chanceOfThunder = 49; });
-  EXPECT_EQ(tried(thunder, inputs),
-            "It would not ring until Wednesday 9:00 AM. The chance is highest at 12:00 PM: 49%.");
+  EXPECT_EQ(tried(thunder, inputs), "Not expected through Wednesday 9:00 AM. Highest chance: 49%, 12:00 PM.");
 }
 
 TEST(RuleTrials, SayWhyNothingCanBeKnown) {
@@ -85,17 +82,17 @@ TEST(RuleTrials, SayWhyNothingCanBeKnown) {
   EXPECT_EQ(triedRule(gustRule(50), nothing, {}).outcome, CustomOutcome::noForecast);
   CustomNotification dust = gustRule(10);
   dust.conditionType = Type::airQuality;
-  EXPECT_EQ(tried(dust, nothing), "What it watches could not be had.");
+  EXPECT_EQ(tried(dust, nothing), "The data it needs could not be fetched.");
   CustomNotification shaking = gustRule(4);
   shaking.conditionType = Type::earthquake;
   nothing.earthquakes = InputReading<std::vector<EarthquakeEvent>>::of(std::vector<EarthquakeEvent>{});
-  EXPECT_EQ(tried(shaking, nothing), "It would not ring now: there was no such earthquake of late.");
+  EXPECT_EQ(tried(shaking, nothing), "No such earthquake recently.");
 }
 
 TEST(RuleTrials, OnNoDaySayNothingOfValues) {
   CustomNotification rule = gustRule(50);
   rule.scheduledDays = {};
-  EXPECT_EQ(tried(rule, windyInputs()), "It would not ring until Wednesday 9:00 AM.");
+  EXPECT_EQ(tried(rule, windyInputs()), "Not expected through Wednesday 9:00 AM.");
 }
 
 }  // namespace

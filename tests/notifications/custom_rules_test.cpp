@@ -207,12 +207,11 @@ TEST(CustomRuleTexts, DescribeInTheUsersUnits) {
            {Type::humidity, Operator::above, 70, 0, "Humidity above 70% now", "Humidity above 70% now"},
            {Type::uvIndex, Operator::above, 6, 0, "UV index above 6 now", "UV index above 6 now"},
            {Type::snow, Operator::any, 0, 24, "Snow in the next 24 hours", "Snow in the next 24 hours"},
-           {Type::airQuality, Operator::above, 35, 24,
-            "Fine dust (PM2.5) above 35.0µg/m³ in the next 24 hours",
-            "Fine dust (PM2.5) above 35.0µg/m³ in the next 24 hours"},
-           {Type::earthquake, Operator::any, 0, 0, "Earthquake near the place", "Earthquake near the place"},
-           {Type::earthquake, Operator::above, 4.5, 0, "Earthquake near the place, magnitude above 4.5",
-            "Earthquake near the place, magnitude above 4.5"},
+           {Type::airQuality, Operator::above, 35, 24, "PM2.5 above 35.0µg/m³ in the next 24 hours",
+            "PM2.5 above 35.0µg/m³ in the next 24 hours"},
+           {Type::earthquake, Operator::any, 0, 0, "Earthquake nearby", "Earthquake nearby"},
+           {Type::earthquake, Operator::above, 4.5, 0, "Earthquake nearby, magnitude above 4.5",
+            "Earthquake nearby, magnitude above 4.5"},
        }) {
     CustomNotification const rule = ruleOf(row.type, row.comparison, row.threshold, row.lookahead);
     EXPECT_EQ(ruleDescription(rule, Units::metric(), test::englishTexts()), row.metric);
@@ -246,7 +245,7 @@ TEST(CustomRuleTexts, TellTheSchedule) {
   rule.scheduledDays = {DayOfWeek::saturday, DayOfWeek::sunday};
   EXPECT_EQ(ruleSchedule(rule, texts), "Sun, Sat, as soon as it is forecast");
   rule.scheduledDays = {};
-  EXPECT_EQ(ruleSchedule(rule, texts), "On no day");
+  EXPECT_EQ(ruleSchedule(rule, texts), "Never");
 }
 
 TEST(CustomRuleTexts, HaveWordsForEveryKind) {

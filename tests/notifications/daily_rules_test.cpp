@@ -76,9 +76,9 @@ struct Row {
   char const* body;  ///< empty: nothing is found
 };
 
-constexpr char kWindow[] = "Warm, bright and calm from 10 AM until 1 PM, up to 24°C.";
-constexpr char kWholeDay[] = "Warm, bright and calm from 9 AM until 7 PM, up to 24°C.";
-constexpr char kHotDay[] = "Warm, bright and calm from 9 AM until 7 PM, up to 36°C.";
+constexpr char kWindow[] = "Warm, sunny and calm from 10 AM until 1 PM, up to 24°C.";
+constexpr char kWholeDay[] = "Warm, sunny and calm from 9 AM until 7 PM, up to 24°C.";
+constexpr char kHotDay[] = "Warm, sunny and calm from 9 AM until 7 PM, up to 36°C.";
 
 Row const kRows[] = {
     {"40 % of rain", umbrellaReminder, kMidnight, rain(5, 6, 40), ""},
@@ -95,10 +95,10 @@ Row const kRows[] = {
     {"two hours", beachTime, kMidnight, beach(10, 12), ""},
     {"two hours twice", beachTime, kMidnight, all(beach(10, 12), beach(14, 16)), ""},
     {"the longer of two", beachTime, kMidnight, all(beach(10, 13), beach(15, 19)),
-     "Warm, bright and calm from 3 PM until 7 PM, up to 24°C."},
+     "Warm, sunny and calm from 3 PM until 7 PM, up to 24°C."},
     {"two of three are left", beachTime, "2026-06-15T11:00:00Z", beach(10, 13), ""},
     {"what is left begins now", beachTime, "2026-06-15T15:20:00Z", beach(9, 19),
-     "Warm, bright and calm from 3 PM until 7 PM, up to 24°C."},
+     "Warm, sunny and calm from 3 PM until 7 PM, up to 24°C."},
     {"nine until seven", beachTime, kMidnight, beach(0, 24), kWholeDay},
     {"23.9 °C", beachTime, kMidnight, warm(23.9), ""},
     {"36 °C", beachTime, kMidnight, warm(36), kHotDay},
@@ -161,7 +161,7 @@ TEST(DailyRules, HoldOnTheRightSideOfEachCut) {
 TEST(DailyRules, SpeakTheUsersUnits) {
   RuleInputs inputs = test::ruleInputs(at(kMidnight), all(highs(21, 9, 23), beach(10, 13)));
   inputs.units = Units::imperial();
-  EXPECT_EQ(bodyOf(beachTime(inputs, {})), "Warm, bright and calm from 10 AM until 1 PM, up to 75°F.");
+  EXPECT_EQ(bodyOf(beachTime(inputs, {})), "Warm, sunny and calm from 10 AM until 1 PM, up to 75°F.");
   EXPECT_EQ(bodyOf(morningSummary(inputs, {})), "Testville — High 70°F, Low 48°F. Partly Cloudy.");
   EXPECT_EQ(bodyOf(eveningSummary(inputs, {})), "Tonight's low: 59°F. Tomorrow: Partly Cloudy, high 73°F.");
 }

@@ -203,7 +203,8 @@ TEST(Fires, AreEachAnEventOfItsOwn) {
   ASSERT_EQ(found.findings.size(), 2);
   EXPECT_EQ(found.findings[0].identifier, "fire_fire:1");
   EXPECT_EQ(found.findings[1].identifier, "fire_fire:2");
-  EXPECT_EQ(bodyOf(found), "Satellites see a fire about 12 km from Testville, last around 6 AM.");
+  EXPECT_EQ(bodyOf(found),
+            "Satellites have detected a fire about 12 km from Testville, last seen around 6 AM.");
 }
 
 // ---- Lightning
@@ -234,7 +235,7 @@ TEST(Lightning, HoldsOnTheRightSideOfEachCut) {
            {"several",
             {strike(19), strike(14, "2026-11-21T08:50:00Z"), strike(15, "2026-11-21T09:20:10Z")},
             20,
-            "3 lightning strikes were detected within half an hour, the nearest about 14 km away. Be ready "
+            "3 lightning strikes were detected in the last half hour, the nearest about 14 km away. Be ready "
             "to go indoors. Last strike: 0 min ago."},
            {"at the radius",
             {strike(20 - kBit)},

@@ -38,7 +38,7 @@ TEST_F(NotificationLog, SaysWhatWasToldAndWhy) {
   EXPECT_EQ(line.title, engine.center.delivered().front().title);
   EXPECT_EQ(line.body, engine.center.delivered().front().body);
   EXPECT_EQ(reasonText(line, Units::metric(), englishTexts()),
-            "Told. Up to 6 mm of rain is likely in one hour (told from 4 mm).");
+            "Sent. Likely rain in one hour: up to 6 mm (minimum: 4 mm).");
 }
 
 TEST_F(NotificationLog, SaysWhatWasHeldBackOnceForEachReason) {

@@ -101,22 +101,22 @@ Row const kRows[] = {
     {"it rains, which is no snow", snowStop, all(now(Code::lightRain), snow(0, 3, 80)), ""},
 
     {"4 mm", heavyRain, amount(2, 4, 50, Code::heavyRain),
-     "Up to 4.0 mm of rain in an hour is expected around 2 PM."},
+     "Up to 4.0 mm of rain per hour expected around 2 PM."},
     {"3.9 mm", heavyRain, amount(2, 3.9, 50, Code::heavyRain), ""},
     {"49 %", heavyRain, amount(2, 9, 49, Code::heavyRain), ""},
     {"4 mm of snow", heavyRain, amount(2, 9, 90, Code::heavySnow), ""},
     {"in eight hours", heavyRain, amount(8, 9, 90, Code::heavyRain),
-     "Up to 9.0 mm of rain in an hour is expected around 8 PM."},
+     "Up to 9.0 mm of rain per hour expected around 8 PM."},
     {"in nine hours", heavyRain, amount(9, 9, 90, Code::heavyRain), ""},
 
     {"2 mm", heavySnow, amount(2, 2, 50, Code::lightSnow),
-     "Snow that melts to up to 2.0 mm in an hour is expected around 2 PM."},
+     "Up to 2.0 mm of snow per hour (as water) expected around 2 PM."},
     {"1.9 mm", heavySnow, amount(2, 1.9, 50, Code::lightSnow), ""},
     {"49 % of snow", heavySnow, amount(2, 5, 49, Code::lightSnow), ""},
     {"2 mm of rain", heavySnow, amount(2, 5, 90, Code::lightRain), ""},
 
     {"30 mm in nine hours", flood, steady(3.34, 9),
-     "Up to 30.1 mm of rain is expected in the coming hours. Keep away from low ground and flooded roads."},
+     "Up to 30.1 mm of rain expected in the coming hours. Stay away from low-lying areas and flooded roads."},
     {"29.9 mm in nine hours", flood, steady(3.32, 9), ""},
     {"30 mm in longer", flood, all(steady(3.3, 9), steady(3.3, 24)), ""},
     {"snow floods nothing", flood, steady(9, 9, Code::heavySnow), ""},
@@ -136,12 +136,12 @@ TEST(PrecipitationRules, HoldOnTheRightSideOfEachCut) {
 TEST(PrecipitationRules, SpeakTheUsersUnits) {
   RuleInputs inputs = test::ruleInputs(at(kNow), amount(2, 5.08, 50, Code::heavyRain));
   inputs.units = Units::imperial();
-  EXPECT_EQ(bodyOf(heavyRain(inputs, {})), "Up to 0.20 in of rain in an hour is expected around 2 PM.");
+  EXPECT_EQ(bodyOf(heavyRain(inputs, {})), "Up to 0.20 in of rain per hour expected around 2 PM.");
   inputs = test::ruleInputs(at(kNow), steady(5.08, 9));
   inputs.units = Units::imperial();
-  EXPECT_EQ(
-      bodyOf(flood(inputs, {})),
-      "Up to 1.80 in of rain is expected in the coming hours. Keep away from low ground and flooded roads.");
+  EXPECT_EQ(bodyOf(flood(inputs, {})),
+            "Up to 1.80 in of rain expected in the coming hours. Stay away from low-lying areas and flooded "
+            "roads.");
 }
 
 TEST(PrecipitationRules, TellHoursInThePlacesTime) {

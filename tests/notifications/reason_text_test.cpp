@@ -159,28 +159,27 @@ TEST(ReasonText, SaysWhatDecided) {
   LoggedMeasurement const damp{"humidity", 90, "atLeast", 85, "%"};
   using enum RuleOutcome;
   for (Reason const& row : {
-           Reason{lineOf(conditionFalse, {warm, damp}),
-                  "Nothing to tell. The temperature is 8 °C (told up to 5 °C)."},
-           {lineOf(conditionFalse, {damp}, "wet"), "Nothing to tell. It is wet."},
+           Reason{lineOf(conditionFalse, {warm, damp}), "Not sent. Temperature: 8 °C (maximum: 5 °C)."},
+           {lineOf(conditionFalse, {damp}, "wet"), "Not sent. Too wet."},
            {lineOf(announced, {height(20, "above", 0), height(20, "below", 42)}),
-            "Told. The sun's altitude is 20° (told between 0° and 42°)."},
+            "Sent. Height of the sun: 20° (must be between 0° and 42°)."},
            {lineOf(announced, {height(20, "below", 42), height(20, "above", 0)}),
-            "Told. The sun's altitude is 20° (told between 0° and 42°)."},
+            "Sent. Height of the sun: 20° (must be between 0° and 42°)."},
            {lineOf(conditionFalse, {height(50, "above", 0), height(50, "below", 42)}),
-            "Nothing to tell. The sun's altitude is 50° (told below 42°)."},
+            "Not sent. Height of the sun: 50° (must be below 42°)."},
            {lineOf(conditionFalse,
                    {{"storms", 2, "atLeast", 1, ""},
                     {"trackDistance", 900, "atMost", 500, "km"},
                     {"trackDistance", 700, "atMost", 500, "km"}},
                    "stormsUnchanged"),
-            "Nothing to tell. The nearest forecast track of a tropical cyclone passes at 700 km (told up to "
-            "500 km). There is nothing new of the tropical cyclones."},
+            "Not sent. Closest forecast track of a tropical cyclone: 700 km away (maximum: 500 km). No "
+            "change in the tropical cyclones."},
            {lineOf(conditionFalse, {{"strikesNear", 0, "atLeast", 1, ""}}, "noStrikes"),
-            "Nothing to tell. No lightning struck near in the last half hour."},
+            "Not sent. No lightning nearby in the last half hour."},
            {lineOf(unknown, {}, "the service answered with status 503"),
-            "Not known. The service answered with an error (HTTP 503)."},
+            "Could not be checked. The service returned an error (HTTP 503)."},
            {lineOf(refused, {}, "No such service!"),
-            "The desktop did not take it; it will be tried again. No such service!"},
+            "The desktop did not accept it. Retrying automatically. No such service!"},
        }) {
     EXPECT_EQ(reasonText(row.line, Units::metric(), englishTexts()), row.text);
   }
@@ -192,7 +191,7 @@ TEST(ReasonText, TellsAValueFromItsLimit) {
     std::string const text =
         reasonText(lineOf(RuleOutcome::conditionFalse, {{"wind", value, "atLeast", 60, "km/h"}}),
                    Units::metric(), englishTexts());
-    EXPECT_NE(text.find(std::string("will reach ") + shown), std::string::npos) << text;
+    EXPECT_NE(text.find(std::string("gust: ") + shown), std::string::npos) << text;
   }
 }
 
@@ -201,7 +200,7 @@ TEST(ReasonText, OfALogOfAnotherVersionIsReadAsItIs) {
   line.outcome = "postponed";
   line.measured = {{"pollen", 12, "atLeast", 10, "grains"}};
   EXPECT_EQ(reasonText(line, Units::metric(), englishTexts()),
-            "Postponed. pollen 12 grains (told from 10 grains).");
+            "Postponed. pollen 12 grains (minimum: 10 grains).");
 }
 
 }  // namespace

@@ -62,7 +62,7 @@ TEST_F(WarningEvents, TellQuietlyOfAnEndThatMovesByMoreThanAnHour) {
     EXPECT_TRUE(told.isSilent);
     EXPECT_EQ(told.urgency, NotificationUrgency::low);
     EXPECT_EQ(told.identifier, identifierOf(alert));
-    EXPECT_TRUE(told.body.starts_with("Now until ")) << told.body;
+    EXPECT_TRUE(told.body.starts_with("Now in effect until ")) << told.body;
     EXPECT_EQ(outcomeOf(fresh.passAfter(15min)), RuleOutcome::alreadyDelivered);
   }
 }
@@ -97,7 +97,7 @@ TEST_F(WarningEvents, SayOnceThatTheyWereLifted) {
   EXPECT_EQ(outcomeAfter(1min, {}), RuleOutcome::lifted);
   EXPECT_TRUE(last().isSilent);
   EXPECT_EQ(last().identifier, identifierOf(alert));
-  EXPECT_EQ(last().title, "No longer in force: Warning 1");
+  EXPECT_EQ(last().title, "Lifted: Warning 1");
   EXPECT_EQ(outcomeAfter(15min, {}), RuleOutcome::conditionFalse);
   EXPECT_EQ(outcomeAfter(15min, {alert}), RuleOutcome::announced) << "who was told that it is over must know";
 }
@@ -239,7 +239,8 @@ TEST_F(WarningEvents, OfPartsThatCannotBePlacedRingFromCriticalOnly) {
     EXPECT_EQ(outcomeOf(report), rings ? RuleOutcome::announced : RuleOutcome::conditionFalse);
     EXPECT_EQ(engine.center.delivered().size(), rings ? 1 : 0);
     if (!rings) continue;
-    EXPECT_NE(last().body.find("parts of Croatia that cannot be placed: Velebit channel"), std::string::npos)
+    EXPECT_NE(last().body.find("parts of Croatia that could not be located: Velebit channel"),
+              std::string::npos)
         << last().body;
   }
 }

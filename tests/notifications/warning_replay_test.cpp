@@ -195,8 +195,8 @@ class TwoDays {
     for (Decision const& decision : report.plan.decisions) {
       if (!isDelivery(decision.outcome)) continue;
       for (Story const& story : stories()) {
-        bool const isIts = decision.title == story.name ||
-                           decision.request.title == "No longer in force: " + std::string(story.name);
+        bool const isIts =
+            decision.title == story.name || decision.request.title == "Lifted: " + std::string(story.name);
         if (isIts) ++counts_[{story.name, decision.outcome}];
       }
     }

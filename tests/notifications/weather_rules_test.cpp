@@ -113,9 +113,9 @@ Row const kRows[] = {
     {"UV 8 in five hours", highUv, uv(5, 8), "", kMetric},
 
     {"39 % of thunder", storm, thunder(2, 39), "", kMetric},
-    {"40 % of thunder", storm, thunder(2, 40), "Thunderstorms are likely from around 2 PM.", kMetric},
+    {"40 % of thunder", storm, thunder(2, 40), "Thunderstorms likely from around 2 PM.", kMetric},
     {"thunder now", storm, thunder(0, 40), "Thunderstorms are likely now.", kMetric},
-    {"thunder in six hours", storm, thunder(6, 40), "Thunderstorms are likely from around 6 PM.", kMetric},
+    {"thunder in six hours", storm, thunder(6, 40), "Thunderstorms likely from around 6 PM.", kMetric},
     {"thunder in seven hours", storm, thunder(7, 90), "", kMetric},
 };
 
