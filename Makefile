@@ -2,60 +2,74 @@
 SHELL := /bin/bash
 PLACE ?= 52.52,13.41
 JOBS ?= $(shell nproc)
+install = @tools/install-deps.sh
+configure = @tools/configure.sh
+compile = @cmake --build --preset
 
-.PHONY: run desktop test bench format format-check lint analyze asan tsan fuzz build deps clean
-
-deps:
-	@tools/install-deps.sh
-
-build/%/build.ninja: CMakeLists.txt CMakePresets.json | deps
-	@cmake --preset $* > build-configure.log 2>&1 || { cat build-configure.log; rm -f build-configure.log; exit 1; }
-	@rm -f build-configure.log
-
-build: deps build/release/build.ninja
-	@cmake --build --preset release -j $(JOBS)
+.PHONY: run desktop build test debug bench format format-check lint analyze asan tsan fuzz clean
 
 ## make run [PLACE=LAT,LON]: the forecast of a place, from the live services or, without network, the demo
-run: deps build/release/build.ninja
-	@cmake --build --preset release -j $(JOBS) --target nimbara
+run:
+	$(install) run
+	$(configure) release
+	$(compile) release -j $(JOBS) --target nimbara
 	@build/release/bin/nimbara forecast --demo-if-offline "$(PLACE)"
 
 ## make desktop [ARGS=--demo]: the program in a window
-desktop: deps build/release/build.ninja
-	@cmake --build --preset release -j $(JOBS) --target nimbara-desktop
+desktop:
+	$(install) desktop
+	$(configure) release desktop
+	$(compile) release -j $(JOBS) --target nimbara-desktop
 	@build/release/bin/nimbara-desktop $(ARGS)
+
+build:
+	$(install) test
+	$(configure) release desktop tests
+	$(compile) release -j $(JOBS)
 
 test: build
 	@ctest --preset release -j $(JOBS)
 
-bench: build
+## make debug: the same programs for the debugger, in build/debug
+debug:
+	$(install) test
+	$(configure) debug desktop tests
+	$(compile) debug -j $(JOBS)
+
+bench:
+	$(install) bench
+	$(configure) release desktop tests bench
+	$(compile) release -j $(JOBS)
 	@bench/run.sh build/release
 
-format: deps
+format:
+	$(install) lint
 	@tools/sources.sh | xargs clang-format-19 -i
 
-format-check: deps
+format-check:
+	$(install) lint
 	@tools/sources.sh | xargs clang-format-19 --dry-run --Werror
 
 # The analyzer follows paths through the code and takes as long as all other checks together.
 lint: TIDY_CHECKS = -checks=-clang-analyzer-*
 lint analyze: build
+	$(install) lint
 	@tools/check-includes.sh
 	@tools/check-pages.sh
 	@tools/sources.sh cpp | xargs run-clang-tidy-22 -quiet $(TIDY_CHECKS) -j $(JOBS) -p build/release > build/lint.log 2>&1 \
 	  || { grep -E 'warning:|error:' build/lint.log | sort -u; exit 1; }
 	@echo "$@: clean"
 
-asan: deps build/asan/build.ninja
-	@cmake --build --preset asan -j $(JOBS)
-	@ctest --preset asan -j $(JOBS)
+asan tsan:
+	$(install) test
+	$(configure) $@ desktop tests
+	$(compile) $@ -j $(JOBS)
+	@ctest --preset $@ -j $(JOBS)
 
-tsan: deps build/tsan/build.ninja
-	@cmake --build --preset tsan -j $(JOBS)
-	@ctest --preset tsan -j $(JOBS)
-
-fuzz: deps build/fuzz/build.ninja
-	@cmake --build --preset fuzz -j $(JOBS)
+fuzz:
+	$(install) fuzz
+	$(configure) fuzz desktop tests
+	$(compile) fuzz -j $(JOBS)
 	@fuzz/run.sh build/fuzz
 
 clean:

@@ -1,5 +1,32 @@
 # One library per folder of src/, one test program per folder of tests/, all sharing one precompiled header.
 
+# A library that `tools/install-deps.sh GROUP` installs, in the words of find_package; says so where it is missing.
+macro(nimbara_need group package)
+  find_package(${package} ${ARGN} QUIET)
+  if(NOT ${package}_FOUND)
+    nimbara_lacks(${group} ${package})
+  endif()
+endmacro()
+
+# The like for a library that only pkg-config knows.
+macro(nimbara_need_module group prefix module)
+  pkg_check_modules(${prefix} QUIET IMPORTED_TARGET ${module})
+  if(NOT ${prefix}_FOUND)
+    nimbara_lacks(${group} ${module})
+  endif()
+endmacro()
+
+function(nimbara_lacks group what)
+  set(hint "tools/install-deps.sh ${group} installs what is missing")
+  set(option_desktop NIMBARA_DESKTOP)
+  set(option_test NIMBARA_TESTS)
+  set(option_bench NIMBARA_BENCH)
+  if(option_${group})
+    string(APPEND hint "; -D${option_${group}}=OFF builds without it")
+  endif()
+  message(FATAL_ERROR "${what} was not found: ${hint}.")
+endfunction()
+
 # The library takes every source of its folder and of the rooms in it (folders without a library of their own), but
 # no program's main.cpp. PRECOMPILED names a header of its own in place of the shared one, for code that is compiled
 # with other definitions.
