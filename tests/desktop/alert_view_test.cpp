@@ -79,7 +79,7 @@ TEST(Alerts, ShowTheIssuersTextToTheLetter) {
   EXPECT_TRUE(view.hasDetails);
   EXPECT_EQ(view.area, "Coast, Hills") << "one of them is here";
   std::string const details = alertDetails(state, view.id, context);
-  EXPECT_THAT(details, testing::EndsWith("Coast, Hills\n\nNear: Hills (35 km)\n\nGusts:\n  * 80 km/h\n  by "
+  EXPECT_THAT(details, testing::EndsWith("Coast, Hills\n\nNearby: Hills (35 km)\n\nGusts:\n  * 80 km/h\n  by "
                                          "night\n\nWhat to do: Stay\ninside."));
   state.govAlerts[0].isFullText = false;
   EXPECT_THAT(alertDetails(state, view.id, context),
@@ -165,7 +165,7 @@ INSTANTIATE_TEST_SUITE_P(
                  "500 official warnings", "", "500 official warnings, checked 12:15"},
         CheckRow{"failedWithout", [](OfficialCheck& c) { fail(c, kNow, "no network"); }, 0, true,
                  "Official warnings could not be checked since 12:20",
-                 "Reason: no network. So there may be some", kSince},
+                 "Reason: no network. There may be warnings", kSince},
         CheckRow{
             "failedWith", [](OfficialCheck& c) { fail(c, kNow, "no network"); }, 2, true,
             "2 official warnings",
@@ -201,13 +201,13 @@ INSTANTIATE_TEST_SUITE_P(
                    c.coverage[0].country = "HR";
                    c.coverage[0].areas = {"Kvarner", "Velebit Channel"};
                  },
-                 0, false, kParts, "They may concern this place.", kParts},
+                 0, false, kParts, "They may affect this place.", kParts},
         CheckRow{"uncovered",
                  [](OfficialCheck& c) {
                    c.coverage = {SourceCoverage{}};
                    c.coverage[0].country = "JP";
                  },
-                 0, false, kNobody, "Warnings made from the forecast", kNobody}),
+                 0, false, kNobody, "Alerts from the forecast", kNobody}),
     [](auto const& row) { return std::string(row.param.why); });
 
 TEST(OfficialView, SaysNothingOfAnotherPlace) {

@@ -163,7 +163,7 @@ TEST_F(DesktopNotificationsTest, TryARuleWithoutKeepingIt) {
 TEST_F(DesktopNotificationsTest, PostATest) {
   notifications->postTest();
   EXPECT_EQ(state().testsTold, 1);
-  EXPECT_EQ(center->delivered().front().title, "A test");
+  EXPECT_EQ(center->delivered().front().title, "Test notification");
   center->setFailure(DeliveryError{DeliveryError::Kind::unavailable, "nobody is there"});
   notifications->postTest();
   EXPECT_EQ(state().testNote, "nobody is there");

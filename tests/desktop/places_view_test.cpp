@@ -27,7 +27,7 @@ TEST(Here, IsAPlaceWithItsAge) {
   EXPECT_TRUE(view.isOffered);
   EXPECT_TRUE(view.isSelected);
   EXPECT_EQ(view.name, "Berlin");
-  EXPECT_EQ(view.area, "52.52°N 13.41°E  ·  known 5 min ago");
+  EXPECT_EQ(view.area, "52.52°N 13.41°E  ·  found 5 min ago");
   EXPECT_EQ(view.temperature, "15°");
   EXPECT_THAT(view.sentence, HasSubstr("Current location, Berlin, 15°"));
 }
@@ -47,11 +47,11 @@ struct PhaseRow {
 
 TEST(Here, SaysWhatBecameOfTheQuestion) {
   using Phase = LocationState::Phase;
-  for (PhaseRow const& row :
-       {PhaseRow{Phase::idle, "accuracy of a city", false, false},
-        PhaseRow{Phase::asking, "Asking the desktop", true, false}, PhaseRow{Phase::found, "", false, false},
-        PhaseRow{Phase::denied, "does not allow it", false, true},
-        PhaseRow{Phase::unavailable, "could not be found", false, true}}) {
+  for (PhaseRow const& row : {PhaseRow{Phase::idle, "city-level accuracy", false, false},
+                              PhaseRow{Phase::asking, "Finding your location", true, false},
+                              PhaseRow{Phase::found, "", false, false},
+                              PhaseRow{Phase::denied, "not allowed to use your location", false, true},
+                              PhaseRow{Phase::unavailable, "could not be found", false, true}}) {
     HereView const view = hereView({}, {row.phase, "no GeoClue", {}}, {}, contextAt(kNow));
     EXPECT_THAT(view.note, HasSubstr(row.note));
     EXPECT_EQ(view.isAsking, row.isAsking) << row.note;
@@ -65,7 +65,7 @@ TEST(OnlineSearch, SaysWhatFailed) {
   offline.transport = HttpError::Kind::connectionFailed;
   EXPECT_THAT(onlineNote(std::unexpected(offline), contextAt(kNow)), HasSubstr("appear to be offline"));
   EXPECT_THAT(onlineNote(std::unexpected(APIError::of(APIError::Case::noResults)), contextAt(kNow)),
-              HasSubstr("No place of that name"));
+              HasSubstr("No place found with that name"));
   EXPECT_EQ(onlineNote(std::unexpected(APIError::http(503, "busy")), contextAt(kNow)),
             "The search failed: the service returned an error (HTTP 503: busy).");
   EXPECT_THAT(onlineNote(std::vector<FoundPlace>{}, contextAt(kNow)), HasSubstr("Open-Meteo"));

@@ -111,7 +111,7 @@ TEST(QuakeFilters, OfferTheUsualValuesAndTheChosenOne) {
   EXPECT_THAT(
       texts(radiusChoices({300, 2.5}, context)),
       ElementsAre("250\u00A0km", "500\u00A0km", "1000\u00A0km", "2500\u00A0km", "World", "*300\u00A0km"));
-  EXPECT_THAT(texts(magnitudeChoices({0, 2.5}, context)), ElementsAre("All", "*2.5 +", "4.5 +", "6.0 +"));
+  EXPECT_THAT(texts(magnitudeChoices({0, 2.5}, context)), ElementsAre("All", "*2.5+", "4.5+", "6.0+"));
   context.units = Units::imperial();
   EXPECT_THAT(texts(radiusChoices({0, 2.5}, context)),
               ElementsAre("160\u00A0mi", "310\u00A0mi", "620\u00A0mi", "1600\u00A0mi", "*World"));

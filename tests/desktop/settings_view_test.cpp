@@ -170,7 +170,7 @@ TEST(Providers, TellWhatBecameOfTheLastAttempts) {
   auto const views = providerViews(troubledSettings(), contextAt(kNow));
   std::vector<std::string> sentences;
   for (ProviderView const& view : views) sentences.push_back(view.sentence);
-  EXPECT_THAT(sentences, ElementsAre(HasSubstr("Automatic: The first that answers"),
+  EXPECT_THAT(sentences, ElementsAre(HasSubstr("Automatic: The first to respond"),
                                      "Apple Weather: Needs your own keys, below",
                                      "Open-Meteo: last response 3 h ago  ·  last failure 2 min ago: HTTP "
                                      "503: over capacity  ·  paused until 12:23",
@@ -205,10 +205,10 @@ TEST(SettingsPage, SaysWhetherTheWatchStartsAtLogin) {
   EXPECT_TRUE(settingsView(state, contextAt(kNow)).startsAtLogin);
   state.watch = WatchStart::fromNextLogin;
   EXPECT_TRUE(settingsView(state, contextAt(kNow)).startsAtLogin);
-  EXPECT_THAT(settingsView(state, contextAt(kNow)).startNote, HasSubstr("from your next login on"));
+  EXPECT_THAT(settingsView(state, contextAt(kNow)).startNote, HasSubstr("starting at your next login"));
   state.watch = WatchStart::changedByHand;
   EXPECT_FALSE(settingsView(state, contextAt(kNow)).canStartAtLogin);
-  EXPECT_THAT(settingsView(state, contextAt(kNow)).startNote, HasSubstr("changed by hand"));
+  EXPECT_THAT(settingsView(state, contextAt(kNow)).startNote, HasSubstr("edited manually"));
   state.watch = WatchStart::byHand;
   state.watchProblem = "no room";
   EXPECT_EQ(settingsView(state, contextAt(kNow)).startNote, "Could not change this: no room.");
