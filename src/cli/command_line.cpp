@@ -24,21 +24,22 @@ std::optional<EarlyEnd> understandCommon(CommonOptions& common, RawOptions const
   if (!services.empty()) {
     auto const base = normalizedBase(services);
     if (!base)
-      return mistake("'" + oneLine(services) + "' is no base address; write one like http://127.0.0.1:8080");
+      return mistake("'" + oneLine(services) + "' is not a base address; use one like http://127.0.0.1:8080");
     common.services = *base;
   }
   std::string const& now = raw.now.empty() ? environment.now : raw.now;
   if (!now.empty()) {
     common.now = parseIso8601(now);
     if (!common.now) {
-      return mistake("'" + oneLine(now) + "' is no moment with a zone; write one like 2026-11-21T06:00:00Z");
+      return mistake("'" + oneLine(now) +
+                     "' is not a timestamp with a time zone; use one like 2026-11-21T06:00:00Z");
     }
   }
   common.unitsGiven = !raw.units.empty();
   if (raw.units == "imperial") {
     common.units = Units::imperial();
   } else if (!raw.units.empty() && raw.units != "metric") {
-    return mistake("'" + oneLine(raw.units) + "' is no system of units; choose metric or imperial");
+    return mistake("'" + oneLine(raw.units) + "' is not a unit system; choose metric or imperial");
   }
   if (!raw.language.empty() && !Texts::has(raw.language)) {
     return mistake("there are no texts in the language '" + oneLine(raw.language) + "'; choose en, pt or zh");
@@ -52,7 +53,7 @@ std::optional<EarlyEnd> understandCommand(CommandLine& line, RawOptions const& r
   auto const provider = enumFromName<WeatherProviderOption>(
       line.forecast.providerGiven ? std::string_view(raw.provider) : "automatic");
   if (!provider) {
-    return mistake("'" + oneLine(raw.provider) + "' is no provider; choose one of " +
+    return mistake("'" + oneLine(raw.provider) + "' is not a provider; choose one of " +
                    namesOf<WeatherProviderOption>());
   }
   line.forecast.provider = *provider;
@@ -61,7 +62,8 @@ std::optional<EarlyEnd> understandCommand(CommandLine& line, RawOptions const& r
        raw.sources.empty() ? std::vector<std::string_view>{} : split(raw.sources, ',')) {
     auto const source = enumFromName<AlertSource>(trimmed(name));
     if (!source) {
-      return mistake("'" + oneLine(name) + "' is no source of alerts; choose from " + namesOf<AlertSource>());
+      return mistake("'" + oneLine(name) + "' is not a source of alerts; choose from " +
+                     namesOf<AlertSource>());
     }
     line.alerts.sources.insert(*source);
   }
@@ -89,22 +91,20 @@ EarlyEnd endOf(CLI::App const& app, CLI::ParseError const& error) {
 }  // namespace
 
 void defineCommon(CLI::App& app, CommandLine& line, RawOptions& raw) {
-  app.add_option("--services", raw.services,
-                 "Reach every outside service below this base address (NIMBARA_SERVICES)")
+  app.add_option("--services", raw.services, "Use this base address for every service (NIMBARA_SERVICES)")
       ->type_name("URL");
-  app.add_option("--now", raw.now, "Take this moment for now, for example 2026-11-21T06:00:00Z (NIMBARA_NOW)")
+  app.add_option("--now", raw.now, "Pretend it is this time, for example 2026-11-21T06:00:00Z (NIMBARA_NOW)")
       ->type_name("TIME");
   app.add_option("--units", raw.units, "metric or imperial")->type_name("SYSTEM");
-  app.add_option("--lang", raw.language, "Language of the texts: en, pt or zh")->type_name("CODE");
-  app.add_flag("-v,--verbose", line.common.verbose, "Tell on standard error what is done");
+  app.add_option("--lang", raw.language, "Language: en, pt or zh")->type_name("CODE");
+  app.add_flag("-v,--verbose", line.common.verbose, "Log what happens to standard error");
 }
 
 Result<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> arguments,
                                                Environment const& environment) {
   CommandLine line;
   RawOptions raw;
-  CLI::App app("Nimbara: the weather of your places, from public services, honest about what is known",
-               "nimbara");
+  CLI::App app("Nimbara: the weather for your places, from public services", "nimbara");
   app.set_version_flag("--version", std::string(kVersion), "Print the version");
   app.require_subcommand(0, 1);
   app.footer(
@@ -126,8 +126,7 @@ Result<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> argument
   } catch (CLI::ParseError const& error) {
     return std::unexpected(endOf(app, error));
   }
-  if (app.get_subcommands().empty())
-    return std::unexpected(mistake("a command is missing; see nimbara --help"));
+  if (app.get_subcommands().empty()) return std::unexpected(mistake("no command given; see nimbara --help"));
   if (auto const end = understandCommon(line.common, raw, environment)) return std::unexpected(*end);
   if (auto const end = understandCommand(line, raw)) return std::unexpected(*end);
   return line;

@@ -48,5 +48,5 @@ int main(int count, char** arguments) {
   nimbara::Session const session{environment, console, signals.token()};
   int const code = nimbara::runCli({arguments + 1, arguments + count}, session);
   if (std::ferror(stdout) == 0) return code;
-  return session.fail(nimbara::exitCode::kUnavailable, "the output cannot be written; is the disk full?");
+  return session.fail(nimbara::exitCode::kUnavailable, "could not write the output; is the disk full?");
 }

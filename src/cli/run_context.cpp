@@ -23,11 +23,11 @@ std::string adviceFor(APIError const& error) {
     case APIError::Case::networkError:
       return error.isRefusal() ? adviceForRefusal(error) : "check the connection, or try again later";
     case APIError::Case::httpError:
-      return error.statusCode == 429   ? "the service's limit is reached, try again later"
-             : error.statusCode >= 500 ? "the service has a fault, try again later"
+      return error.statusCode == 429   ? "the service's rate limit was reached; try again later"
+             : error.statusCode >= 500 ? "the service has a problem; try again later"
                                        : "check the place and the settings";
     case APIError::Case::decodingError:
-      return "the answer is no forecast; is this network behind a log-in page?";
+      return "the response is not a forecast; does this network need you to log in?";
     case APIError::Case::invalidURL:
       return "check the service's address in the settings";
     case APIError::Case::noData:
@@ -99,7 +99,7 @@ std::string RunContext::failedProviders() const {
 std::string RunContext::note(ForecastAnswer const& answer) const {
   if (answer.failure) {
     std::string const why = failures_.empty() ? answer.failure->text() : failedProviders();
-    return "nothing newer could be had: " + why + "; this forecast was fetched at " +
+    return "could not fetch a newer forecast: " + why + "; showing the one fetched at " +
            formatIso8601(answer.answeredAt);
   }
   if (failures_.empty() || !answer.provider) return {};
@@ -113,7 +113,7 @@ void RunContext::tell(std::string_view sentence) const {
 
 std::string RunContext::sentenceOf(APIError const& error) const {
   if (failures_.size() < 2) return adviseOn(error);
-  return "no provider gave a forecast: " + failedProviders() + "; " + adviceFor(error);
+  return "could not fetch a forecast: " + failedProviders() + "; " + adviceFor(error);
 }
 
 Result<Place, Failure> RunContext::place(std::string const& text) {

@@ -18,12 +18,12 @@ Result<DemoFault, std::string> parseDemoFault(std::string_view text) {
   auto const parts = split(text, '=');
   auto const service = enumFromName<DemoService>(parts[0]);
   if (!service) {
-    return std::unexpected("'" + oneLine(parts[0]) + "' is no service of the demo; there are " +
+    return std::unexpected("'" + oneLine(parts[0]) + "' is not a demo service; choose from " +
                            namesOf(enumNames<DemoService>));
   }
   auto const kind = parts.size() == 2 ? enumFromName<DemoFault::Kind>(parts[1]) : std::nullopt;
   if (!kind) {
-    return std::unexpected("'" + oneLine(text) + "' names no fault; write " + std::string(parts[0]) +
+    return std::unexpected("'" + oneLine(text) + "' is not a fault; use " + std::string(parts[0]) +
                            "= and one of " + namesOf(enumNames<DemoFault::Kind>));
   }
   return DemoFault{*service, *kind};

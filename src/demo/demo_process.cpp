@@ -66,7 +66,8 @@ Result<DemoProcess, std::string> DemoProcess::start(std::filesystem::path const&
   DemoProcess process(child, input.releaseWriteEnd());
   process.baseUrl_ = readLine(output.readEnd);
   if (!process.baseUrl_.starts_with("http://")) {
-    return std::unexpected(process.baseUrl_.empty() ? "the demo ended before it served" : process.baseUrl_);
+    return std::unexpected(process.baseUrl_.empty() ? "the demo stopped before it was ready"
+                                                    : process.baseUrl_);
   }
   return process;
 }

@@ -117,8 +117,8 @@ NotificationCommands notificationCommandsOf(DesktopNotifications& told, DesktopM
 
 /// The demo does not ask where its user is.
 Result<LocationFix, LocationError> unaskedLocation(std::stop_token const& /*stop*/) {
-  return std::unexpected(
-      LocationError{LocationError::Kind::unavailable, "the demo does not ask the desktop"});
+  return std::unexpected(LocationError{LocationError::Kind::unavailable,
+                                       "the demo does not use the desktop's location service"});
 }
 
 DesktopCommands commandsOf(DesktopCore& core, DesktopModel*& model) {
@@ -268,7 +268,7 @@ int showWindow(QGuiApplication& application, Environment const& environment, Des
   auto const owned = std::move(begun);  // ends before what it shows
   DesktopWindow& window = *owned;
   window.open(shown, options);
-  if (window.window() == nullptr) return fail(1, "the window's pages cannot be loaded");
+  if (window.window() == nullptr) return fail(1, "could not load the window's pages");
   endWhereNothingCanBeDrawn(*window.window(), [](std::string const& why) {
     std::ignore = fail(0, "drawn without the graphics card: " + why);
   });
@@ -317,7 +317,7 @@ int run(Environment environment, DesktopOptions const& options, InterruptSignals
   if (options.demo) {
     demo.emplace(environment, options.now);
     if (!demo->server()) return fail(1, demo->server().error());
-    if (!demo->hasFolder()) return fail(1, "there is no room for temporary files; check TMPDIR");
+    if (!demo->hasFolder()) return fail(1, "no space for temporary files; check TMPDIR");
   }
   QGuiApplication::setApplicationName(QString::fromLatin1(kApplicationName));
   QGuiApplication::setDesktopFileName(QString::fromLatin1(kApplicationId));
@@ -352,5 +352,5 @@ int main(int count, char** arguments) {
   }();
   if (code != nimbara::kCannotDraw) return code;
   nimbara::startInSoftware(environment.program, given.data());
-  return fail(1, "the window cannot be drawn");
+  return fail(1, "could not draw the window");
 }

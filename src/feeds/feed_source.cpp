@@ -20,12 +20,13 @@ Result<std::string, std::string> servedBody(FeedKey const& key, std::string_view
   if (key.kind == FeedKey::Kind::quakes) {
     auto const events = parseEarthquakes(body);
     if (!events)
-      return std::unexpected("the answer is no list of earthquakes (" + events.error().text() + ")");
+      return std::unexpected("the response is not a valid list of earthquakes (" + events.error().text() +
+                             ")");
     return std::string(body);
   }
   auto elements = elementText(body);
   if (!elements) return std::unexpected(std::move(elements.error()));
-  if (elements->count == 0) return std::unexpected("the answer lists no satellites");
+  if (elements->count == 0) return std::unexpected("the response lists no satellites");
   return std::move(elements->text);
 }
 
@@ -43,7 +44,7 @@ Result<FeedBody, std::string> RelayFeedSource::get(FeedKey const& key, std::stop
     std::lock_guard const lock(mutex_);
     auto const resting = notBefore_.find(key);
     if (resting != notBefore_.end() && clock_.now() < resting->second) {
-      return std::unexpected("the server is left alone until " + formatIso8601(resting->second));
+      return std::unexpected("the server is not asked again until " + formatIso8601(resting->second));
     }
   }
   return ask(key, stop);

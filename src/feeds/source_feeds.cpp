@@ -90,8 +90,8 @@ SourceFeeds::Reading SourceFeeds::read(FeedKey const& key, std::stop_token const
     return readingOf(state);
   }
   auto const others = waitForOthers(key, stop);
-  if (stop.stop_requested()) return {state.kept, "the question was cancelled"};
-  if (others && others->isTaken()) return {state.kept, "another run of the program is asking and waits"};
+  if (stop.stop_requested()) return {state.kept, "the request was cancelled"};
+  if (others && others->isTaken()) return {state.kept, "another running Nimbara is already asking"};
   state = stateOf(key, true);  // another thread or process may have renewed it meanwhile
   if (!isDue(state)) return readingOf(state);
   state = renewed(key, std::move(state), stop);
@@ -123,8 +123,8 @@ bool SourceFeeds::isDue(State const& state) const {
 SourceFeeds::Reading SourceFeeds::readingOf(State const& state) const {
   if (state.kept && state.question.problem.empty()) return {state.kept, {}};
   auto const next = state.question.askedAt + std::chrono::seconds(state.question.pauseSeconds);
-  std::string problem = state.question.problem.empty() ? "there is no answer yet" : state.question.problem;
-  if (next > clock_.now()) problem += "; asked again from " + formatIso8601(next);
+  std::string problem = state.question.problem.empty() ? "no response yet" : state.question.problem;
+  if (next > clock_.now()) problem += "; next attempt from " + formatIso8601(next);
   return {state.kept, std::move(problem)};
 }
 
@@ -202,7 +202,7 @@ SourceFeeds::State SourceFeeds::renewed(FeedKey const& key, State state, std::st
   SourceQuestion const before = state.question;
   state.question.askedAt = clock_.now();
   state.question.pauseSeconds = sourceOf(key.kind).pauseAfterFailure.count();
-  state.question.problem = "the last question got no answer";
+  state.question.problem = "the last request got no response";
   state.question.isOpen = true;
   std::ignore = note(key, state.question);
   state.question.isOpen = false;

@@ -48,7 +48,7 @@ Result<ElementSets, std::string> SatelliteFeed::ask(SatelliteCatalog::Group cons
   auto sets = source_(group.id, stop);
   if (sets && isElements(sets->text)) return sets;
   if (stop.stop_requested()) return std::unexpected(what + "interrupted");
-  return std::unexpected(what + (sets ? "the answer holds no element sets" : sets.error()));
+  return std::unexpected(what + (sets ? "the response contains no element sets" : sets.error()));
 }
 
 std::filesystem::path SatelliteFeed::fileOf(SatelliteCatalog::Group const& group) const {

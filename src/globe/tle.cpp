@@ -159,7 +159,8 @@ std::string checksumProblem(std::string_view line) {
 std::string shapeProblem(std::string_view line1, std::string_view line2) {
   for (auto const& [line, digit] : {std::pair{line1, '1'}, std::pair{line2, '2'}}) {
     if (line.size() < kLineLength) return std::string("line ") + digit + " is shorter than 69 columns";
-    if (line[0] != digit || line[1] != ' ') return std::string("line ") + digit + " begins otherwise";
+    if (line[0] != digit || line[1] != ' ')
+      return std::string("line ") + digit + " does not start with its number";
   }
   return {};
 }
@@ -219,13 +220,13 @@ class Reader {
  private:
   void step() {
     Line const line = lines_[next_++];
-    if (line.isElement('2')) return drop(line, "line 2 has no line 1 before it");
+    if (line.isElement('2')) return drop(line, "line 2 without a line 1");
     if (!line.isElement('1')) {
       name_ = nameIn(line.text);
       return;
     }
     if (next_ == lines_.size() || !lines_[next_].isElement('2')) {
-      return drop(line, "line 1 has no line 2 behind it");
+      return drop(line, "line 1 without a line 2");
     }
     take(line, lines_[next_++]);
   }

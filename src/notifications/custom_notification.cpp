@@ -36,13 +36,13 @@ Result<CustomNotification, std::string> readRule(dom::element element) {
 
 std::optional<std::string> faultOf(CustomNotification const& rule) {
   if (rule.checkHour != CustomNotification::kImmediately && (rule.checkHour < 0 || rule.checkHour > 23)) {
-    return "the hour of its check is none of 0 to 23";
+    return "the hour to check at is not between 0 and 23";
   }
   if (rule.lookaheadHours < 0 || rule.lookaheadHours > CustomNotification::kFarthestHours) {
-    return "it looks ahead by other than 0 to " + std::to_string(CustomNotification::kFarthestHours) +
+    return "the look-ahead is not between 0 and " + std::to_string(CustomNotification::kFarthestHours) +
            " hours";
   }
-  if (!std::isfinite(rule.threshold)) return "its threshold is no number";
+  if (!std::isfinite(rule.threshold)) return "its threshold is not a number";
   return std::nullopt;
 }
 
@@ -58,8 +58,7 @@ Result<CustomNotificationList, std::string> parseCustomNotifications(std::string
       list.rules.push_back(std::move(*rule));
     } else {
       list.unread.push_back(simdjson::minify(element));
-      list.warnings.push_back("rule " + std::to_string(number) +
-                              " of the list is passed over: " + rule.error());
+      list.warnings.push_back("rule " + std::to_string(number) + " of the list was skipped: " + rule.error());
     }
     ++number;
   }

@@ -169,7 +169,7 @@ std::vector<std::string> Settings::faults() const {
     SettingDefinition const* const definition = registry_->find(key);
     if (definition == nullptr) continue;  // of another version
     auto const checked = checkedSetting(*definition, value);
-    if (!checked) sentences.push_back(checked.error() + "; its default holds");
+    if (!checked) sentences.push_back(checked.error() + "; using the default");
   }
   return sentences;
 }

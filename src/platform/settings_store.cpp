@@ -18,7 +18,7 @@ void put(StoreChanges& changes, SettingDefinition const& definition, std::option
 
 std::unexpected<StoreError> unknown(std::string_view key) {
   return std::unexpected(
-      StoreError{StoreError::Kind::refused, "there is no setting '" + std::string(key) + "'"});
+      StoreError{StoreError::Kind::refused, "no such setting: '" + std::string(key) + "'"});
 }
 
 }  // namespace

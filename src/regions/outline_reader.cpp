@@ -59,7 +59,7 @@ class RingCollector {
       return std::unexpected("a shape has no coordinates");
     }
     if (type == "Polygon") return addPolygon(coordinates);
-    if (type != "MultiPolygon") return std::unexpected("a shape is no polygon");
+    if (type != "MultiPolygon") return std::unexpected("a shape is not a polygon");
     for (dom::element const polygon : coordinates) {
       dom::array rings;
       if (polygon.get(rings) != simdjson::SUCCESS) return std::unexpected("a polygon has no rings");
@@ -76,7 +76,7 @@ class RingCollector {
       OutlineRing ring;
       for (dom::element const corner : corners) {
         auto const point = pointOf(corner);
-        if (!point) return std::unexpected("a corner is no coordinate");
+        if (!point) return std::unexpected("a corner is not a coordinate");
         ring.push_back(*point);
       }
       keep(ring);
@@ -125,12 +125,12 @@ Result<OutlineReading, std::string> readOutlines(std::string_view geoJson) {
   dom::parser parser;
   dom::element document;
   if (auto const error = parser.parse(geoJson.data(), geoJson.size()).get(document))
-    return std::unexpected(std::string("it is no JSON: ") + simdjson::error_message(error));
+    return std::unexpected(std::string("it is not JSON: ") + simdjson::error_message(error));
   std::string_view type;
   dom::array features;
   if (document["type"].get(type) != simdjson::SUCCESS || type != "FeatureCollection" ||
       document["features"].get(features) != simdjson::SUCCESS) {
-    return std::unexpected("it is no collection of features");
+    return std::unexpected("it is not a feature collection");
   }
   OutlineReading reading;
   for (dom::element const feature : features) {

@@ -129,7 +129,7 @@ Result<OutlineSet, std::string> readOutlineText(std::string_view text) {
   for (std::string_view const line : split(text, '\n')) {
     ++number;
     if (line.empty() || line.starts_with('#')) continue;
-    if (!addLine(set, line)) return std::unexpected("line " + std::to_string(number) + " is no outline");
+    if (!addLine(set, line)) return std::unexpected("line " + std::to_string(number) + " is not an outline");
   }
   return set;
 }

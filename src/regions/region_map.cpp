@@ -58,7 +58,7 @@ Result<RegionMap, std::string> RegionMap::over(std::string_view bytes) {
   if (bytes.size() < sizeof header) return std::unexpected("it is too short");
   header = recordAt<Header>(bytes, 0);
   if (header.magic != kMagic || header.byteOrder != kByteOrder)
-    return std::unexpected("it is no map of regions");
+    return std::unexpected("it is not a region map");
   Cutter cutter(bytes.substr(sizeof header));
   RegionMap map;
   map.byteCount_ = bytes.size();
@@ -72,7 +72,7 @@ Result<RegionMap, std::string> RegionMap::over(std::string_view bytes) {
   map.steps_ = cutter.cut(header.steps, sizeof(Step));
   map.names_ = cutter.cut(header.nameBytes);
   map.texts_ = cutter.cut(header.textBytes);
-  if (!cutter.isExact()) return std::unexpected("its length is not what it says");
+  if (!cutter.isExact()) return std::unexpected("its length does not match its header");
   return map;
 }
 

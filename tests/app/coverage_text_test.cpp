@@ -42,7 +42,7 @@ TEST(CoverageText, SaysEachStateInItsOwnWords) {
 TEST(CoverageText, SaysSinceWhenAndWhyNothingIsKnown) {
   SourceCoverage failed = coverageOf(CoverageState::unchecked);
   failed.since = at("2026-11-21T13:05:00Z");
-  failed.reason = "the service answered with status 503";
+  failed.reason = "the service returned status 503";
   EXPECT_EQ(textOf(failed),
             "Official warnings could not be checked since 1:05 PM: the service returned an error (HTTP 503)");
   failed.reason = kNotAskedLately;

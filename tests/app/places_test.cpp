@@ -43,7 +43,7 @@ TEST(PlaceList, RefusesAPlaceWithinAHundredMetres) {
   constexpr double kDegreesPer100m = 0.1 / 111.19493;
   auto const near = addPlace(list, place(4, "Mitte", {52.52 + 0.999 * kDegreesPer100m, 13.41}));
   ASSERT_FALSE(near);
-  EXPECT_EQ(near.error(), "the place is saved already, as Berlin");
+  EXPECT_EQ(near.error(), "the place is already saved as Berlin");
   EXPECT_TRUE(addPlace(list, place(4, "Mitte", {52.52 + 1.001 * kDegreesPer100m, 13.41})));
   EXPECT_FALSE(addPlace(list, place(5, "Nowhere", {91, 0})));
   EXPECT_TRUE(addPlace(list, place(5, " \n", {1, 2})));

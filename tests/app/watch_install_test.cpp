@@ -70,7 +70,7 @@ TEST_F(WatchInstall, CanBeRepeatedAndUndone) {
                                      "systemctl --user daemon-reload"));
   EXPECT_FALSE(exists(kUnit));
   commands_.clear();
-  EXPECT_EQ(uninstall().value_or(""), "The watch is not installed.\n");
+  EXPECT_EQ(uninstall().value_or(""), "The background service is not installed.\n");
   EXPECT_THAT(commands_, IsEmpty());
 }
 
@@ -115,7 +115,7 @@ TEST_F(WatchInstall, UsesTheDesktopsAutostartWithoutSystemd) {
   hasSystemd_ = false;
   auto const report = install();
   ASSERT_TRUE(report);
-  EXPECT_THAT(*report, HasSubstr("No systemd"));
+  EXPECT_THAT(*report, HasSubstr("does not use systemd"));
   EXPECT_THAT(folder_.read(kAutostart), HasSubstr("\nExec=\"/opt/nimbara/bin/nimbara\" watch\n"));
   EXPECT_FALSE(exists(kUnit));
   EXPECT_TRUE(install());

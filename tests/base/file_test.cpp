@@ -86,7 +86,7 @@ TEST_F(FileTest, ReadsNoMoreThanIsAllowed) {
   EXPECT_EQ(readFile(folder_ / "f", 5), "12345");
   auto const tooLarge = readFile(folder_ / "f", 4);
   ASSERT_FALSE(tooLarge);
-  EXPECT_EQ(tooLarge.error(), "the file " + (folder_ / "f").string() + " is larger than is allowed");
+  EXPECT_EQ(tooLarge.error(), "the file " + (folder_ / "f").string() + " is too large");
 }
 
 TEST_F(FileTest, SaysWhatCannotBeRead) {
@@ -97,8 +97,8 @@ TEST_F(FileTest, SaysWhatCannotBeRead) {
   };
   for (Row const& row :
        {Row{folder_ / "none", "No such file or directory"},
-        Row{folder_ / "none" / "f", "No such file or directory"}, Row{folder_, "it is no regular file"},
-        Row{folder_ / "pipe", "it is no regular file"}, Row{"/dev/zero", "it is no regular file"}}) {
+        Row{folder_ / "none" / "f", "No such file or directory"}, Row{folder_, "it is not a regular file"},
+        Row{folder_ / "pipe", "it is not a regular file"}, Row{"/dev/zero", "it is not a regular file"}}) {
     auto const content = readFile(row.path, 100);
     ASSERT_FALSE(content) << row.path;
     EXPECT_EQ(content.error(),

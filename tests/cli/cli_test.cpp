@@ -242,7 +242,7 @@ INSTANTIATE_TEST_SUITE_P(
                     FaultRow{"HalfJson", httpAnswer(test::OpenMeteoAnswer().body().substr(0, 900)),
                              "Failed to decode response"},
                     FaultRow{"CutBody", "HTTP/1.1 200 OK\r\nContent-Length: 5000\r\n\r\n{\"latitude\":1",
-                             "Network error: the answer was cut short"},
+                             "Network error: the response was incomplete"},
                     FaultRow{"OverTheCap", "HTTP/1.1 200 OK\r\nContent-Length: 4194305\r\n\r\n{",
                              "Network error: the answer is larger"},
                     FaultRow{"Closed", "", "Network error: the server closed the connection"},
@@ -265,10 +265,9 @@ TEST(ForecastFaults, NameAnUnverifiedCertificateAndAnUnknownHost) {
 
 TEST(ForecastFaults, NameEveryProviderThatWasAsked) {
   LoopbackServer const server(LoopbackServer::always(httpAnswer("", "", "503 Service Unavailable")));
-  expectOneLine(
-      run({"forecast", "1,2", "--services", server.url("")}), exitCode::kUnavailable,
-      "no provider gave a forecast: openMeteo (Server returned HTTP 503), yrNo (Server returned HTTP "
-      "503), wttrIn (Server returned HTTP 503); the service has a fault");
+  expectOneLine(run({"forecast", "1,2", "--services", server.url("")}), exitCode::kUnavailable,
+                "could not fetch a forecast: openMeteo (Server returned HTTP 503), yrNo (Server returned "
+                "HTTP 503), wttrIn (Server returned HTTP 503); the service has a problem");
 }
 
 TEST(ForecastFaults, GiveWayToAStopRequest) {

@@ -30,7 +30,7 @@ TEST(PlacesAndTheirRegions, AreRefusedWhereALineIsWrong) {
        {"Berlin\t52\t13\tDE\tDE202\t", "Berlin\tx\t13\tDE\tDE202\t\t", "Berlin\t92\t13\tDE\tDE202\t\t"}) {
     auto const rows = readRegionTable("# head\n" + bad + "\n");
     ASSERT_FALSE(rows);
-    EXPECT_EQ(rows.error(), "line 2 is no place with its regions");
+    EXPECT_EQ(rows.error(), "line 2 is not a place with its regions");
   }
 }
 

@@ -69,7 +69,7 @@ TEST_F(RegionsCommand, KeepsWhatItHasThroughFailures) {
     auto const faulty = *DemoServer::start(clock_, {{DemoService::meteoAlarmRegions, kind}});
     CliRun const update = regions({"update"}, faulty.get());
     EXPECT_EQ(update.exitCode, exitCode::kUnavailable);
-    EXPECT_THAT(update.err, HasSubstr("; the regions stay as they were\n"));
+    EXPECT_THAT(update.err, HasSubstr("; the regions are unchanged\n"));
     EXPECT_EQ(update.out, "");
     EXPECT_THAT(regions({"show", "52.40,13.06", "--json"}).out, HasSubstr("DE202"));
   }
@@ -94,7 +94,8 @@ TEST_F(RegionsCommand, SaysThatABrokenFileIsOfNoUse) {
   EXPECT_THAT(shown.out, HasSubstr("DE202"));
   EXPECT_THAT(
       shown.err,
-      HasSubstr("regions.map cannot be used: it is too short; fetch it anew with: nimbara regions update"));
+      HasSubstr(
+          "regions.map cannot be used: it is too short; download it again with: nimbara regions update"));
 }
 
 TEST_F(RegionsCommand, RefusesWhatItDoesNotUnderstand) {

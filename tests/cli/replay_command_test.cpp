@@ -88,7 +88,7 @@ TEST_F(ReplayCommand, SaysWhatItLacks) {
   }
   auto const absent = test::run({"replay", "/no such folder", "--from", from, "--to", from}, environment());
   EXPECT_EQ(absent.exitCode, 1);
-  EXPECT_NE(absent.err.find("no folder /no such folder"), std::string::npos);
+  EXPECT_NE(absent.err.find("no such folder: /no such folder"), std::string::npos);
   prepare();
   auto const silent = replay({"--from", from, "--to", from});
   EXPECT_EQ(silent.exitCode, 0);

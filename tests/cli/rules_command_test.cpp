@@ -125,7 +125,7 @@ TEST_F(RulesCommand, WarnsOfRulesThatItCannotRead) {
   CliRun const list = rules({"list", "--json"});
   EXPECT_EQ(list.exitCode, 0);
   EXPECT_EQ(list.out, "[]\n");
-  EXPECT_NE(list.err.find("nimbara: rule 1 of the list is passed over: /id"), std::string::npos) << list.err;
+  EXPECT_NE(list.err.find("nimbara: rule 1 of the list was skipped: /id"), std::string::npos) << list.err;
   ASSERT_EQ(rules({"add", "--title", "T", "--type", "snow"}).exitCode, 0);
   EXPECT_NE(run({"settings", "get", "customNotifications"}).out.find(R"({"id":"7"}])"), std::string::npos);
 }

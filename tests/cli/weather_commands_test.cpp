@@ -37,7 +37,8 @@ TEST_F(WeatherCommands, ServeAForecastFromTheCacheWhileItIsFresh) {
   CliRun const old = run({"forecast", "1,2", "--json"}, "2026-11-21T09:35:00Z");
   EXPECT_EQ(old.exitCode, 0);
   EXPECT_THAT(old.out, StartsWith(R"({"provider":"openMeteo","fromCache":true,"stale":true)"));
-  EXPECT_THAT(old.err, HasSubstr("nothing newer could be had: openMeteo (Network error: could not connect"));
+  EXPECT_THAT(old.err,
+              HasSubstr("could not fetch a newer forecast: openMeteo (Network error: could not connect"));
   EXPECT_THAT(old.err, HasSubstr("fetched at 2026-11-21T09:20:00Z"));
   CliRun const again = run({"forecast", "1,2"}, "2026-11-21T09:36:00Z");
   EXPECT_THAT(again.err, HasSubstr("wttrIn (Network error: could not connect")) << "all are asked again";
@@ -99,7 +100,7 @@ TEST_F(WeatherCommands, FillStatusBarsFromTheCacheAlone) {
   CliRun const nothing = run({"line", "51.48,0"});
   EXPECT_EQ(nothing.exitCode, exitCode::kUnavailable);
   EXPECT_EQ(nothing.out, "");
-  EXPECT_THAT(nothing.err, HasSubstr("no forecast of this place is kept yet"));
+  EXPECT_THAT(nothing.err, HasSubstr("no forecast is cached for this place yet"));
   CliRun const emptyBar = run({"waybar", "51.48,0"});
   EXPECT_EQ(emptyBar.exitCode, exitCode::kUnavailable);
   EXPECT_THAT(emptyBar.out, StartsWith(R"({"text":"","tooltip":"no forecast)"));
@@ -122,12 +123,11 @@ TEST_F(WeatherCommands, TellTheDoctorWhatHappened) {
   run({"forecast", "--no-cache"});
   CliRun const text = run({"doctor"}, "2026-11-21T09:22:00Z");
   EXPECT_THAT(text.out, HasSubstr("Home                           2 min ago from openMeteo"));
-  EXPECT_THAT(text.out, HasSubstr("last answer 2 min ago, last error 2 min ago: Network error: could not"));
+  EXPECT_THAT(text.out, HasSubstr("last response 2 min ago, last error 2 min ago: Network error: could not"));
   EXPECT_THAT(text.out, HasSubstr("appleWeather                   http://127.0.0.1:1, not configured"));
   EXPECT_THAT(text.out, HasSubstr("at most every 15 min: the selected place, last 2 min ago, next from "
                                   "2026-11-21T09:35:00Z\n"));
-  EXPECT_THAT(text.out,
-              HasSubstr("at most every 10 min: the current location, which is not the selected place\n"));
+  EXPECT_THAT(text.out, HasSubstr("at most every 10 min: the current location (not the selected place)\n"));
   EXPECT_THAT(run({"doctor", "--json"}).out,
               HasSubstr(R"("place":"Home","answeredAt":"2026-11-21T09:20:00Z")"));
 }

@@ -75,7 +75,7 @@ inline std::shared_ptr<DesktopSnapshot> manyHazards() {
 inline std::shared_ptr<DesktopSnapshot> uncheckedHazards() {
   auto snapshot = snapshotOf(stateOf(mildWeek()));
   HazardsState hazards = hazardsOf(checkOf(*snapshot->place));
-  constexpr char kProblem[] = "the service answered with status 503";
+  constexpr char kProblem[] = "the service returned status 503";
   fail(hazards.official, kNow, kProblem);
   hazards.quakes.problem = hazards.kp.problem = kProblem;
   hazards.kp.checkedAt.reset();

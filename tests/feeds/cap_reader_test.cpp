@@ -164,11 +164,11 @@ TEST(CapReader, RefusesWhatIsNoMessageOrTooMuch) {
   for (Row const& row :
        {Row{nested(65), "nested too deeply"},
         {"<alert><info><area>" + ring(60'000) + ring(40'001) + "</area></info></alert>", "too many points"},
-        {"<html><alert/></html>", "it is no alert"},
+        {"<html><alert/></html>", "it is not an alert"},
         {"<!DOCTYPE alert [<!ENTITY a \"b\">]><alert>&a;</alert>", "declares entities"},
         {"<alert><info></alert>", "mismatched tag"},
         {"", "no element found"},
-        {"{\"alert\":{}}", "it is no alert"},
+        {"{\"alert\":{}}", "it is not an alert"},
         {"{\"alert\":[1]", "cannot be read"},
         {R"({"identifier":"1","info":[{"area":[{"polygon":[")" + corners(60'000) + R"(",")" +
              corners(40'001) + R"("]}]}]})",

@@ -80,10 +80,10 @@ INSTANTIATE_TEST_SUITE_P(
         StateRow{"failed",
                  [](GovSourceState& s) {
                    s.failedSince = kNow - 5min;
-                   s.problem = "there was no answer in time";
+                   s.problem = "the service took too long to respond";
                    s.alerts = {warningFor("a")};
                  },
-                 CoverageState::unchecked, 1, kNow - 5min, "there was no answer in time"},
+                 CoverageState::unchecked, 1, kNow - 5min, "the service took too long to respond"},
         StateRow{
             "never", [](GovSourceState& s) { s.checkedAt.reset(); }, CoverageState::unchecked, 0, {}, {}},
         StateRow{

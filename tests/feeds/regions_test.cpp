@@ -274,13 +274,13 @@ TEST_F(RegionFileTest, SaysWhatCouldNotBeFetched) {
   for (Row const& row :
        {Row{500, "", 0, "", "the list of outlines cannot be fetched: status 500"},
         {200, "<html>", 0, "", "the list of outlines cannot be read"},
-        {200, "[]", 0, "", "the list of outlines has none in it"},
+        {200, "[]", 0, "", "the list of outlines is empty"},
         {200, kList, 404, "",
          "the outlines MeteoAlarm_Geocodes_2026_07_31.json cannot be fetched: status 404"},
-        {200, kList, 200, "<html>", "the outlines cannot be read: it is no JSON"},
-        {200, kList, 200, good.substr(0, good.size() - 9), "the outlines cannot be read: it is no JSON"},
-        {200, kList, 200, "{}", "the outlines cannot be read: it is no collection of features"},
-        {200, kList, 200, collection({}), "the outlines have no region in them"}}) {
+        {200, kList, 200, "<html>", "the outlines cannot be read: it is not JSON"},
+        {200, kList, 200, good.substr(0, good.size() - 9), "the outlines cannot be read: it is not JSON"},
+        {200, kList, 200, "{}", "the outlines cannot be read: it is not a feature collection"},
+        {200, kList, 200, collection({}), "the outlines contain no regions"}}) {
     test::FakeHttpClient http;
     http.willAnswer(row.listStatus, row.list);
     if (row.status != 0) http.willAnswer(row.status, row.document);

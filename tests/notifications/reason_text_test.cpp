@@ -176,7 +176,7 @@ TEST(ReasonText, SaysWhatDecided) {
             "change in the tropical cyclones."},
            {lineOf(conditionFalse, {{"strikesNear", 0, "atLeast", 1, ""}}, "noStrikes"),
             "Not sent. No lightning nearby in the last half hour."},
-           {lineOf(unknown, {}, "the service answered with status 503"),
+           {lineOf(unknown, {}, "the service returned status 503"),
             "Could not be checked. The service returned an error (HTTP 503)."},
            {lineOf(refused, {}, "No such service!"),
             "The desktop did not accept it. Retrying automatically. No such service!"},

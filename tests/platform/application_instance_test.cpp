@@ -137,7 +137,7 @@ TEST_F(InstanceTest, AProgramThatHangsIsSaidSo) {
   connection->requestName(kApplicationId);  // and nobody handles its events
   auto const answer = callApplication(buses(), {}, kShort);
   ASSERT_FALSE(answer);
-  EXPECT_EQ(answer.error(), "the running program does not answer");
+  EXPECT_EQ(answer.error(), "the running program does not respond");
 }
 
 TEST(ApplicationInstance, IsAloneWithoutTheModule) {

@@ -198,7 +198,7 @@ TEST_P(OtherKindOfFile, IsRefusedAtOnce) {
   ASSERT_FALSE(refused);
   for (StoreError const& error : {*reading.problem, refused.error()}) {
     EXPECT_EQ(error.kind, StoreError::Kind::unreadable);
-    EXPECT_NE(error.message.find("no regular file"), std::string::npos) << error.message;
+    EXPECT_NE(error.message.find("not a regular file"), std::string::npos) << error.message;
   }
 }
 

@@ -111,8 +111,8 @@ TEST(Settings, NameWhatTheyCannotUse) {
                                        {"ofAnotherVersion", std::string("x")}});
   EXPECT_EQ(
       settings.faults(),
-      (std::vector<std::string>{"the setting colour takes one of red, green; its default holds",
-                                "the setting count takes a whole number from -1 to 10; its default holds"}));
+      (std::vector<std::string>{"the setting colour takes one of red, green; using the default",
+                                "the setting count takes a whole number from -1 to 10; using the default"}));
 }
 
 TEST(Settings, KnowWhatWasChosen) {

@@ -337,14 +337,14 @@ TEST(WttrFailures, AreNamed) {
   };
   for (Row const& row :
        {Row{200, "Unknown location; please try ~52.52,13.41\n",
-            "Failed to decode response: it is no forecast but the text \"Unknown location; please try "
+            "Failed to decode response: it is not a forecast but the text \"Unknown location; please try "
             "~52.52,13.41\""},
         Row{200, "weather data source\x1b[31m not available",
-            "Failed to decode response: it is no forecast but the text \"weather data source [31m not "
+            "Failed to decode response: it is not a forecast but the text \"weather data source [31m not "
             "available\""},
-        Row{200, "{}", "Failed to decode response: neither /weather nor /current_condition holds anything"},
+        Row{200, "{}", "Failed to decode response: /weather and /current_condition are both empty"},
         Row{200, R"({"weather":{},"current_condition":"none"})",
-            "Failed to decode response: neither /weather nor /current_condition holds anything"},
+            "Failed to decode response: /weather and /current_condition are both empty"},
         Row{200, "\n", "The server returned an empty response."},
         Row{503, "busy", "Server returned HTTP 503"}, Row{404, "", "Server returned HTTP 404"}}) {
     auto const record = readWttrAnswer({row.status, {}, row.body}, kBerlin, inBerlin);

@@ -42,10 +42,10 @@ std::string quoted(std::string_view text) {
 Result<std::variant<Coordinate, PlaceName>, std::string> checked(Coordinate coordinate,
                                                                  std::string_view text) {
   if (std::abs(coordinate.latitude) > 90) {
-    return std::unexpected("the latitude of " + quoted(text) + " lies outside -90 to 90");
+    return std::unexpected("the latitude of " + quoted(text) + " is outside -90 to 90");
   }
   if (std::abs(coordinate.longitude) > 180) {
-    return std::unexpected("the longitude of " + quoted(text) + " lies outside -180 to 180");
+    return std::unexpected("the longitude of " + quoted(text) + " is outside -180 to 180");
   }
   return coordinate;
 }

@@ -78,7 +78,7 @@ std::string notFoundSentence(std::string_view text, APIError const& error, std::
   if (error.kind != APIError::Case::noResults) {
     std::string why = error.text();
     if (why.ends_with('.')) why.pop_back();
-    sentence = quoted + " is not in the offline list and could not be searched for online (" + why + ")";
+    sentence = quoted + " is not in the offline list, and the online search failed (" + why + ")";
   }
   std::string const suggestion = suggestionFor(text, language);
   return suggestion.empty() ? sentence : sentence + "; " + suggestion;

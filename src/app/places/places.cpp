@@ -14,7 +14,7 @@ auto placeWith(PlaceList& list, Uuid const& id) {
 }
 
 std::unexpected<std::string> noSuchPlace() {
-  return std::unexpected(std::string("that place is not among the saved ones any more"));
+  return std::unexpected(std::string("that place is no longer saved"));
 }
 
 void selectFirst(PlaceList& list) {
@@ -53,9 +53,10 @@ SavedPlace const* PlaceList::findNear(Coordinate coordinate) const {
 }
 
 PlaceResult addPlace(PlaceList& list, SavedPlace place) {
-  if (!isValid(place.coordinate)) return std::unexpected(std::string("the place's coordinate is impossible"));
+  if (!isValid(place.coordinate))
+    return std::unexpected(std::string("the place's coordinates are not valid"));
   if (SavedPlace const* const other = list.findNear(place.coordinate)) {
-    return std::unexpected("the place is saved already, as " + other->name);
+    return std::unexpected("the place is already saved as " + other->name);
   }
   place.name = oneLine(place.name);
   if (place.name.empty()) place.name = formatCoordinate(place.coordinate);
@@ -86,7 +87,7 @@ PlaceResult movePlace(PlaceList& list, Uuid const& id, int position) {
   if (found == list.places.end()) return noSuchPlace();
   int const count = static_cast<int>(list.places.size());
   if (position < 1 || position > count) {
-    return std::unexpected("the position " + std::to_string(position) + " lies outside 1 to " +
+    return std::unexpected("the position " + std::to_string(position) + " is outside 1 to " +
                            std::to_string(count));
   }
   auto const target = list.places.begin() + (position - 1);
@@ -120,7 +121,7 @@ PlaceResult selectCurrentLocation(PlaceList& list, LocationFix const& fix) {
 
 PlaceResult moveCurrentLocation(PlaceList& list, LocationFix const& fix) {
   if (!list.offersCurrentLocation) {
-    return std::unexpected(std::string("the current location is not among the places any more"));
+    return std::unexpected(std::string("the current location is no longer among the places"));
   }
   list.lastFix = fix;
   return {};

@@ -187,7 +187,7 @@ void RecordedHttpClient::read(std::string_view index) {
       answers_[key].push_back(std::move(*line));
     } else if (problem_.empty()) {
       problem_ = (directory_ / kIndex).string() + ", line " + std::to_string(number) +
-                 " is passed over: " + (line ? "the body is no plain file name" : line.error().text());
+                 " was skipped: " + (line ? "the body is not a plain file name" : line.error().text());
     }
   }
   for (auto& [key, lines] : answers_) std::ranges::stable_sort(lines, {}, &RecordedAnswer::time);
@@ -230,9 +230,9 @@ Result<HttpResponse, HttpError> RecordedHttpClient::answer(RecordedAnswer const&
 }
 
 Result<HttpResponse, HttpError> RecordedHttpClient::get(HttpRequest const& request, std::stop_token stop) {
-  if (request.body) return std::unexpected(noConnection("what is sent is not recorded"));
+  if (request.body) return std::unexpected(noConnection("requests with a body are not recorded"));
   if (auto const* const line = newest(recordingKey(request.url))) return answer(*line, request);
-  if (otherwise_ == nullptr) return std::unexpected(noConnection("nothing was recorded of it until then"));
+  if (otherwise_ == nullptr) return std::unexpected(noConnection("nothing was recorded for it by then"));
   HttpRequest simulated = request;
   simulated.headers.emplace_back(kSimulatedTime, formatIso8601(clock_.now()));
   return otherwise_->get(simulated, std::move(stop));

@@ -34,7 +34,7 @@ Result<SettingValues, std::string> readReplaySettings(std::filesystem::path cons
   simdjson::dom::parser parser;
   simdjson::dom::object members;
   if (parser.parse(*text).get(members) != simdjson::SUCCESS) {
-    return std::unexpected(file.string() + " is no JSON object of settings");
+    return std::unexpected(file.string() + " is not a JSON object of settings");
   }
   SettingValues values;
   for (auto const [key, element] : members) {

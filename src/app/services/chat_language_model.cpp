@@ -62,12 +62,12 @@ HttpRequest ChatLanguageModel::requestOf(std::string const& prompt) const {
 Result<std::string, std::string> ChatLanguageModel::reply(std::string const& prompt,
                                                           std::stop_token const& stop) {
   auto const response = http_.get(requestOf(prompt), stop);
-  if (!response) return std::unexpected("the language model did not answer: " + response.error().message);
+  if (!response) return std::unexpected("the language model did not respond: " + response.error().message);
   if (response->status != 200) {
-    return std::unexpected("the language model answered with status " + std::to_string(response->status));
+    return std::unexpected("the language model returned status " + std::to_string(response->status));
   }
   auto reply = decodeJson<ChatReply>(response->body);
-  if (!reply || reply->choices.empty()) return std::unexpected("the language model's answer is none");
+  if (!reply || reply->choices.empty()) return std::unexpected("the language model's response was empty");
   return std::move(reply->choices.front().message.content);
 }
 

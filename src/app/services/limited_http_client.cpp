@@ -26,7 +26,7 @@ LimitedHttpClient::LimitedHttpClient(HttpClient& network, Clock const& clock, mi
     : client_(network), clock_(clock), limit_(limit), end_(clock.steadyNow() + limit) {}
 
 HttpError LimitedHttpClient::givenUp() const {
-  return {HttpError::Kind::cancelled, "there was no answer within the " + secondsOf(limit_) + kTaken};
+  return {HttpError::Kind::cancelled, "there was no response within the " + secondsOf(limit_) + kTaken};
 }
 
 /// As where there is no connection: nothing has left this machine.

@@ -9,7 +9,6 @@ namespace nimbara {
 /// HOME, else the account's own folder; empty where nobody knows one. Never the current folder.
 std::filesystem::path homeDirectory();
 
-inline constexpr std::string_view kNoHome =
-    "there is no home directory to keep the settings in; set HOME or XDG_DATA_HOME";
+inline constexpr std::string_view kNoHome = "no home directory for the settings; set HOME or XDG_DATA_HOME";
 
 }  // namespace nimbara

@@ -33,8 +33,7 @@ constexpr std::string_view kNone;
 constexpr std::string_view kClocks[] = {"automatic", "12", "24"};
 
 constexpr SettingDefinition kGeneral[] = {
-    {"preferredProvider", kAutomatic, "The forecast service that is asked first",
-     enumNames<WeatherProviderOption>},
+    {"preferredProvider", kAutomatic, "The forecast service to ask first", enumNames<WeatherProviderOption>},
     {"temperatureUnit", kAutomatic, "Unit of temperatures", kAutomaticOr<TemperatureUnit>},
     {"windUnit", kAutomatic, "Unit of wind speeds", kAutomaticOr<WindUnit>},
     {"pressureUnit", kAutomatic, "Unit of air pressure", kAutomaticOr<PressureUnit>},
@@ -44,30 +43,30 @@ constexpr SettingDefinition kGeneral[] = {
      .choices = kAutomaticOr<PrecipitationUnit>,
      .formerKey = "precipitationUnit"},
     {"visibilityUnit", kAutomatic, "Unit of visibility and distances", kAutomaticOr<DistanceUnit>},
-    {"clock", kAutomatic, "Hours of a clock of 12 or of 24; automatic follows the locale", kClocks},
+    {"clock", kAutomatic, "12-hour or 24-hour clock; automatic follows the locale", kClocks},
     {.key = "language",
      .byDefault = kAutomatic,
-     .explanation = "Language of the texts",
+     .explanation = "Language",
      .accepts = &isLanguage,
-     .expected = "automatic or the code of a language that has texts: en, pt, zh"},
-    {"desktop_closeToTray", true, "Closing the window leaves the program in the tray, where there is one"},
-    {"globeHidden", kNone, "What the globe does not show: names of its legend, separated by commas"},
+     .expected = "automatic or a language code: en, pt, zh"},
+    {"desktop_closeToTray", true,
+     "Closing the window keeps the program running in the tray, if there is one"},
+    {"globeHidden", kNone, "Layers hidden on the globe: names from its legend, separated by commas"},
     {.key = kQuakeRadiusSetting,
      .byDefault = 0.0,
-     .explanation =
-         "How far around the place the hazards page shows earthquakes, in km; 0 for the whole world",
+     .explanation = "Radius of the earthquakes on the hazards page, in km; 0 for the whole world",
      .minimum = 0,
      .maximum = 20'100},
     {.key = kQuakeMagnitudeSetting,
      .byDefault = 2.5,
-     .explanation = "The least magnitude of the earthquakes that the hazards page shows",
+     .explanation = "Minimum magnitude of the earthquakes on the hazards page",
      .minimum = -10,
      .maximum = 12},
-    {"contact", kNone, "Your e-mail or web address, which the services are told"},
-    {"appleWeatherKeyFile", kNone, "File of the private key for Apple Weather"},
-    {"appleWeatherKeyID", kNone, "Identifier of that key"},
-    {"appleWeatherTeamID", kNone, "Identifier of the developer team that it belongs to"},
-    {"appleWeatherServiceID", kNone, "Identifier of the service that it is registered for"},
+    {"contact", kNone, "Your email or web address, sent to the services so they can contact you"},
+    {"appleWeatherKeyFile", kNone, "Private key file for Apple Weather"},
+    {"appleWeatherKeyID", kNone, "ID of that key"},
+    {"appleWeatherTeamID", kNone, "ID of the developer team it belongs to"},
+    {"appleWeatherServiceID", kNone, "ID of the service it is registered for"},
 };
 
 constexpr std::string_view kThemes[] = {"system", "light", "dark"};
@@ -75,13 +74,13 @@ constexpr std::string_view kAutomaticOnOff[] = {"automatic", "on", "off"};
 
 /// Of the window.
 constexpr SettingDefinition kDesktop[] = {
-    {"desktop_theme", "system", "Colours of the window", kThemes},
+    {"desktop_theme", "system", "Appearance of the window", kThemes},
     {.key = "desktop_textSize",
      .byDefault = std::int64_t{100},
-     .explanation = "Size of the window's texts, in percent of the desktop's",
+     .explanation = "Text size in the window, in percent of the desktop's",
      .minimum = 100,
      .maximum = 200},
-    {"desktop_reducedMotion", kAutomatic, "Leave out movements in the window", kAutomaticOnOff},
+    {"desktop_reducedMotion", kAutomatic, "Reduce motion in the window", kAutomaticOnOff},
 };
 
 /// A service's name and an ending, joined by the compiler.
@@ -112,12 +111,12 @@ constexpr auto kServiceSettings = [] {
   for (std::size_t i = 0; i < kServices; ++i) {
     table[2 * i] = {.key = kHostKeys[i].text(),
                     .byDefault = kNone,
-                    .explanation = "Address that stands in place of the service's own",
+                    .explanation = "Address to use instead of the service's own",
                     .accepts = &isHost,
                     .expected = "an address like https://host, or nothing"};
     table[2 * i + 1] = {.key = kApiKeyKeys[i].text(),
                         .byDefault = kNone,
-                        .explanation = "Your key for the service, sent to it alone"};
+                        .explanation = "Your key for the service, sent only to it"};
   }
   return table;
 }();

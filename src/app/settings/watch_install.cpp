@@ -66,7 +66,7 @@ bool hasOddName(std::filesystem::path const& program) {
 }
 
 std::unexpected<std::string> leftAlone(std::filesystem::path const& file) {
-  return std::unexpected(file.string() + " was changed by hand and is left alone");
+  return std::unexpected(file.string() + " was edited manually and is left unchanged");
 }
 
 /// The user's systemd.
@@ -116,13 +116,13 @@ Result<std::string, std::string> installUnit(Target const& target, std::filesyst
   if (auto const removed = removeOurs(target.autostart); !removed) return std::unexpected(removed.error());
   std::string const failed = manager.run({{"daemon-reload"}, {"enable", kUnit}, {"restart", kUnit}});
   if (!failed.empty()) {
-    return std::unexpected(target.unit.string() + " is written, but \"" + failed +
+    return std::unexpected(target.unit.string() + " was written, but \"" + failed +
                            "\" failed; try it yourself");
   }
   return "Wrote " + target.unit.string() +
-         ", enabled and started it: the watch runs now and after each login.\n"
-         "What it does: journalctl --user -u " +
-         kUnit + "\nNot any more: nimbara watch --uninstall\n";
+         ", enabled and started it: Nimbara runs in the background now and at every login.\nSee its log: "
+         "journalctl --user -u " +
+         kUnit + "\nTo undo: nimbara watch --uninstall\n";
 }
 
 Result<std::string, std::string> installAutostart(Target const& target,
@@ -131,10 +131,10 @@ Result<std::string, std::string> installAutostart(Target const& target,
   if (auto const written = writeFileAtomically(target.autostart, watchAutostart(program)); !written) {
     return std::unexpected(written.error());
   }
-  return "No systemd of your session answers here, so the desktop starts the watch: wrote " +
+  return "Your session does not use systemd, so the desktop will start Nimbara in the background: wrote " +
          target.autostart.string() +
-         ".\nIt runs after your next login; to start it now: nimbara watch\n"
-         "Not any more: nimbara watch --uninstall\n";
+         ".\nIt starts at your next login; to start it now: nimbara watch\nTo undo: nimbara watch "
+         "--uninstall\n";
 }
 
 /// Adds what was done to `done`; the error is a sentence.
@@ -151,10 +151,10 @@ Result<void, std::string> uninstallUnit(Target const& target, UserManager const&
   done += std::string(managed ? "Stopped and disabled " : "Disabled ") + kUnit + " and removed " +
           target.unit.string() + ".\n";
   if (!managed)
-    done += "No systemd of your session answers here; a watch that runs goes on until it is ended.\n";
+    done += "Your session does not use systemd; a running nimbara watch continues until you stop it.\n";
   std::string const failed = managed ? manager.run({{"daemon-reload"}}) : "";
   if (!failed.empty())
-    return std::unexpected(target.unit.string() + " is removed, but \"" + failed + "\" failed");
+    return std::unexpected(target.unit.string() + " was removed, but \"" + failed + "\" failed");
   return {};
 }
 
@@ -194,7 +194,7 @@ std::string watchAutostart(std::filesystem::path const& program) {
   return sealed(R"([Desktop Entry]
 Type=Application
 Name=Nimbara
-Comment=Forecasts and warnings of your places
+Comment=Forecasts and warnings for your places
 Exec=")" + percentDoubled(argument) +
                 R"(" watch
 Terminal=false
@@ -206,7 +206,7 @@ Result<std::string, std::string> installWatch(Environment const& environment,
                                               ProgramRunner const& runProgram) {
   Target const target = targetOf(environment);
   if (hasOddName(environment.program))
-    return std::unexpected("this program's path cannot be written into a unit");
+    return std::unexpected("this program's path cannot be used in a systemd unit");
   UserManager const manager(runProgram);
   return manager.answers() ? installUnit(target, environment.program, manager)
                            : installAutostart(target, environment.program);
@@ -224,7 +224,7 @@ Result<std::string, std::string> uninstallWatch(Environment const& environment,
   auto const autostart = removeOurs(target.autostart);
   if (!autostart) return std::unexpected(autostart.error());
   if (*autostart) done += "Removed " + target.autostart.string() + ".\n";
-  return done.empty() ? "The watch is not installed.\n" : done;
+  return done.empty() ? "The background service is not installed.\n" : done;
 }
 
 WatchStart watchStart(Environment const& environment) {

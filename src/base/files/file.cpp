@@ -57,7 +57,7 @@ std::unexpected<std::string> failure(path const& file, std::string_view what, in
 }
 
 std::unexpected<std::string> tooLarge(path const& file) {
-  return std::unexpected("the file " + file.string() + " is larger than is allowed");
+  return std::unexpected("the file " + file.string() + " is too large");
 }
 
 int writeAll(int descriptor, std::string_view bytes) {
@@ -120,7 +120,7 @@ Result<std::string, std::string> readFile(path const& file, std::size_t maxBytes
   struct stat about{};
   if (!handle.isOpen() || fstat(handle.get(), &about) != 0) return failure(file, "read", errno);
   if (!S_ISREG(about.st_mode)) {
-    return std::unexpected("the file " + file.string() + " cannot be read: it is no regular file");
+    return std::unexpected("the file " + file.string() + " cannot be read: it is not a regular file");
   }
   auto const size = static_cast<std::size_t>(about.st_size);
   if (size > maxBytes) return tooLarge(file);

@@ -18,9 +18,9 @@ std::string cannotRead(std::filesystem::path const& file, std::string_view why) 
 Result<std::string_view, std::string> mapped(int descriptor, std::size_t maxBytes) {
   struct stat about{};
   if (fstat(descriptor, &about) != 0) return std::unexpected(std::strerror(errno));
-  if (!S_ISREG(about.st_mode)) return std::unexpected("it is no regular file");
+  if (!S_ISREG(about.st_mode)) return std::unexpected("it is not a regular file");
   auto const size = static_cast<std::size_t>(about.st_size);
-  if (size > maxBytes) return std::unexpected("it is larger than is allowed");
+  if (size > maxBytes) return std::unexpected("it is too large");
   if (size == 0) return std::string_view();
   void* const address = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, descriptor, 0);
   if (address == MAP_FAILED) return std::unexpected(std::strerror(errno));

@@ -193,14 +193,14 @@ std::vector<ClockState> clocksOf(RunContext& context, Session const& session) {
     return ClockState{std::move(name), interval.count(), std::move(of), last, next};
   };
   bool const isHere = list.selected == kCurrentLocation && list.lastFix;
-  std::string const device = isHere ? "the current location, which follows the device"
-                                    : "the current location, which is not the selected place";
+  std::string const device =
+      isHere ? "the current location (follows this device)" : "the current location (not the selected place)";
   return {clock("refresh", "the selected place", intervals.refreshInterval,
                 kept ? std::optional(kept->responseTimestamp) : std::nullopt),
-          clock("fastRefresh", "a place, when somebody asks for it", intervals.fastRefreshInterval),
-          clock("supplementalRefresh", "warnings and other feeds of a place",
+          clock("fastRefresh", "a place, on demand", intervals.fastRefreshInterval),
+          clock("supplementalRefresh", "warnings and other feeds for a place",
                 intervals.supplementalRefreshInterval),
-          clock("otherPlacesInFront", "the other places, while the window is in front",
+          clock("otherPlacesInFront", "the other places, while the window is active",
                 intervals.nonActiveNotificationRefreshIntervalForeground),
           clock("otherPlaces", "the other places", intervals.nonActiveNotificationRefreshIntervalBackground),
           clock("locationChange", device, intervals.slcRefreshMinInterval,
@@ -237,12 +237,12 @@ class Page {
   std::string str(Diagnosis const& diagnosis) {
     heading("Services");
     for (ServiceState const& state : diagnosis.services) row(state.service, lineOf(state));
-    heading("Kept forecasts");
+    heading("Cached forecasts");
     for (CachedPlace const& place : diagnosis.cache) row(place.name, lineOf(place));
-    if (diagnosis.cache.empty()) row("", "no places are saved");
+    if (diagnosis.cache.empty()) row("", "no saved places");
     heading("Official warnings");
     for (PlaceWarnings const& place : diagnosis.warnings) row(place.name, linesOf(place));
-    if (diagnosis.warnings.empty()) row("", "no places are saved");
+    if (diagnosis.warnings.empty()) row("", "no saved places");
     heading("Clocks");
     for (ClockState const& state : diagnosis.clocks) row(state.clock, lineOf(state));
     heading("Folders");
@@ -254,7 +254,7 @@ class Page {
       std::string const details = state.details.empty() ? "" : ": " + state.details;
       row(state.name, std::string(enumName(state.presence)) + " (" + state.purpose + ")" + details);
     }
-    if (diagnosis.desktop.empty()) row("", "the part of the program that asks for them is not installed");
+    if (diagnosis.desktop.empty()) row("", "the component for desktop services is not installed");
     return std::move(out_);
   }
 
@@ -265,8 +265,8 @@ class Page {
   }
   static std::string lineOf(RegionState const& regions) {
     std::string const edition =
-        regions.edition.empty() ? "from files of yours" : "edition " + regions.edition;
-    std::string const line = edition + (regions.isUpdated ? ", updated" : ", the program's own");
+        regions.edition.empty() ? "from your own files" : "edition " + regions.edition;
+    std::string const line = edition + (regions.isUpdated ? ", updated" : ", included with the program");
     return regions.problem ? line + "; " + *regions.problem : line;
   }
   std::string age(Instant then) const { return ageText(then, context_.clock().now(), context_.texts()); }
@@ -274,11 +274,11 @@ class Page {
   std::string lineOf(ServiceState const& state) const {
     std::string line = state.address;
     if (!state.configured) return line + (line.empty() ? "" : ", ") + "not configured";
-    if (state.lastSuccess) line += ", last answer " + age(*state.lastSuccess);
+    if (state.lastSuccess) line += ", last response " + age(*state.lastSuccess);
     if (state.lastError && state.lastErrorAt) {
       line += ", last error " + age(*state.lastErrorAt) + ": " + *state.lastError;
     }
-    return state.coolingDown ? line + " (not asked for five minutes)" : line;
+    return state.coolingDown ? line + " (paused for five minutes)" : line;
   }
   std::string lineOf(ClockState const& state) const {
     std::string line = "at most every " + std::to_string(state.seconds / 60) + " min: " + state.of;
@@ -300,7 +300,7 @@ class Page {
     return text;
   }
   static std::string lineOf(FolderState const& folder) {
-    if (!folder.exists) return folder.path + " (not made yet)";
+    if (!folder.exists) return folder.path + " (not created yet)";
     return folder.path + (folder.writable ? "" : " (cannot be written)");
   }
 

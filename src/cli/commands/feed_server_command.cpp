@@ -25,7 +25,7 @@ Result<ListenAddress, std::string> parseListen(std::string const& text) {
   if (address.starts_with('[') && address.ends_with(']')) address = address.substr(1, address.size() - 2);
   if (address.empty() || !port || *port < 0 || *port > 65535) {
     return std::unexpected("'" + oneLine(text) +
-                           "' is no address to listen on; write one like 127.0.0.1:8088");
+                           "' is not an address to listen on; use one like 127.0.0.1:8088");
   }
   return ListenAddress{address, *port};
 }
@@ -37,7 +37,7 @@ int runFeedServer(CommandLine const& line, Session const& session) {
   if (!listen) return session.fail(exitCode::kUsage, listen.error());
   if (session.environment.cacheDirectory.empty()) {
     return session.fail(exitCode::kUnavailable,
-                        "there is no home directory to keep the feeds in; set HOME or XDG_CACHE_HOME");
+                        "no home directory for the feeds; set HOME or XDG_CACHE_HOME");
   }
   Configuration const configuration = configurationOf(*session.settings);
   ServiceDirectory const services(configuration, line.common.services);

@@ -87,8 +87,8 @@ class ForecastRun {
   Result<void, Failure> askDemo(Failure const& offline) {
     auto const demo = DemoProcess::start(session_.environment.program, common_.now, {});
     if (!demo) return std::unexpected(offline);
-    session_.console.err("nimbara: the live services cannot be reached (" + offline.cause->detail +
-                         "); this is generated demo weather, not a forecast\n");
+    session_.console.err("nimbara: could not reach the weather services (" + offline.cause->detail +
+                         "); showing generated demo weather, not a forecast\n");
     return ask({demo->baseUrl(), true, options_.provider, {}});
   }
 

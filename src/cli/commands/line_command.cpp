@@ -33,7 +33,7 @@ class LineRun {
       if (kept) return std::move(*kept);
       return std::unexpected(Failure{
           exitCode::kUnavailable,
-          "no forecast of this place is kept yet; run nimbara forecast, nimbara watch, or add --fresh",
+          "no forecast is cached for this place yet; run nimbara forecast or nimbara watch, or add --fresh",
           {}});
     }
     auto fetched = service.get(*place, WeatherProviderOption::automatic, session_.stop);
@@ -67,7 +67,7 @@ std::string fieldHelp() {
   for (LineField const& field : lineFields()) {
     out += fitted("{" + std::string(field.name) + "}", 16) + " " + std::string(field.explanation) + "\n";
   }
-  return out + "\nUsual format: " + std::string(kLineTemplate) + "\n";
+  return out + "\nDefault format: " + std::string(kLineTemplate) + "\n";
 }
 
 std::string barJson(std::string_view text, std::string_view tooltip, std::string_view cssClass,

@@ -133,7 +133,7 @@ class NotifyRun {
                            "the desktop shows no notifications; see nimbara doctor, or add --deliver print");
     }
     if (report.end == PassReport::End::busy) {
-      return session_.fail(exitCode::kUnavailable, "another program evaluates notifications; try again");
+      return session_.fail(exitCode::kUnavailable, "another program is checking notifications; try again");
     }
     bool const wasRefused =
         std::ranges::count(report.plan.decisions, RuleOutcome::refused, &Decision::outcome);

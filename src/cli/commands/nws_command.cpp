@@ -61,9 +61,8 @@ int runNws(CommandLine const& line, Session const& session) {
   if (!place) return session.fail(place.error().exitCode, place.error().sentence);
   if (!isAsked(options, place->coordinate)) {
     if (options.json) session.console.out(jsonOf({}));
-    return session.fail(exitCode::kUnavailable,
-                        "the National Weather Service of the United States issues nothing for " +
-                            formatCoordinate(place->coordinate));
+    return session.fail(exitCode::kUnavailable, "the U.S. National Weather Service issues no warnings for " +
+                                                    formatCoordinate(place->coordinate));
   }
   auto answer = context.app().feeds().nws().fetchAlerts(place->coordinate.latitude,
                                                         place->coordinate.longitude, session.stop);

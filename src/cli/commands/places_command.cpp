@@ -199,7 +199,7 @@ class PlacesRun {
     if (options_.json) {
       session_.console.out(json(entries));
     } else if (always && entries.empty()) {
-      session_.console.err("nimbara: no places are saved; add one with: nimbara places add NAME\n");
+      session_.console.err("nimbara: no saved places; add one with: nimbara places add NAME\n");
     } else if (always) {
       session_.console.out(table(entries, clock_->now(), texts(), !session_.environment.utf8));
     }

@@ -68,8 +68,8 @@ int runQuakes(CommandLine const& line, Session const& session) {
                         "the earthquakes could not be fetched: " + problem + "; try again later");
   }
   if (!problem.empty()) {
-    session.console.err("nimbara: no newer list of earthquakes could be had: " + oneLine(problem) +
-                        "; this is the last known one\n");
+    session.console.err("nimbara: could not fetch a newer earthquake list: " + oneLine(problem) +
+                        "; showing the last known one\n");
   }
   auto const events = chosen(all, options, centre);
   session.console.out(options.json ? encodeJson(events) + "\n"

@@ -85,7 +85,7 @@ class RegionsRun {
     Regions const known(file_);
     PlaceRegions const regions = known.at(place->coordinate);
     if (auto const problem = known.problem())
-      session_.fail(exitCode::kUnavailable, *problem + "; fetch it anew with: nimbara regions update");
+      session_.fail(exitCode::kUnavailable, *problem + "; download it again with: nimbara regions update");
     std::string const text = report(regions, context_.texts().language());
     session_.console.out(options_.json               ? encodeJson(regions) + "\n"
                          : session_.environment.utf8 ? text
@@ -119,7 +119,7 @@ class RegionsRun {
       bool const interrupted = session_.stop.stop_requested();
       return interrupted
                  ? session_.fail(exitCode::kInterrupted, "interrupted")
-                 : session_.fail(exitCode::kUnavailable, done.error() + "; the regions stay as they were");
+                 : session_.fail(exitCode::kUnavailable, done.error() + "; the regions are unchanged");
     }
     session_.console.out(options_.json ? json(*done) : report(*done));
     return exitCode::kComplete;
@@ -153,7 +153,7 @@ class RegionsRun {
 std::vector<CLI::App*> defineRegions(CLI::App& app, CommandLine& line) {
   using Action = RegionsOptions::Action;
   CLI::App* const command =
-      app.add_subcommand("regions", "The regions of official warnings, and in which of them a place lies");
+      app.add_subcommand("regions", "Regions used in official warnings, and those a place belongs to");
   command->require_subcommand(1);
   RegionsOptions& options = line.regions;
   auto const define = [&](char const* name, char const* explanation, Action action) {
@@ -165,23 +165,21 @@ std::vector<CLI::App*> defineRegions(CLI::App& app, CommandLine& line) {
     });
     return sub;
   };
-  CLI::App* const show = define("show", "Country, names and codes of a place's regions", Action::show);
+  CLI::App* const show = define("show", "The country, names and codes of a place's regions", Action::show);
   show->add_option("PLACE", options.place, "LAT,LON in decimal degrees, or a name to search for");
-  CLI::App* const check =
-      define("check", "Compare a table of places and their regions with what is found: place, expected, got",
-             Action::check);
+  CLI::App* const check = define(
+      "check", "Check a table of places against the regions found: place, expected, found", Action::check);
   check
       ->add_option("FILE", options.table,
-                   "Lines of place, latitude, longitude, country, codes of the land "
-                   "regions, codes of the sea regions and a name, parted by tabs")
+                   "Tab-separated lines: place, latitude, longitude, country, land region codes, sea region "
+                   "codes, name")
       ->required();
-  CLI::App* const update = define("update",
-                                  "Fetch a newer edition of the outlines of Europe's regions, some 20 to 40 "
-                                  "MB; one is part of the program",
-                                  Action::update);
+  CLI::App* const update =
+      define("update",
+             "Download newer outlines of Europe's regions (20 to 40 MB); a set is included with the program",
+             Action::update);
   update
-      ->add_option("--from", options.files,
-                   "Take the outlines of this GeoJSON file instead; may be given several times")
+      ->add_option("--from", options.files, "Use the outlines in this GeoJSON file instead; may be repeated")
       ->type_name("FILE")
       ->allow_extra_args(false);
   return {show, check, update};

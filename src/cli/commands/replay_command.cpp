@@ -24,7 +24,7 @@ Result<Span, std::string> spanOf(ReplayOptions const& options) {
   auto const to = parseIso8601(options.to);
   if (!from || !to) {
     return std::unexpected("'" + (from ? options.to : options.from) +
-                           "' is no moment like 2026-11-21T09:00:00Z");
+                           "' is not a timestamp like 2026-11-21T09:00:00Z");
   }
   if (*to < *from) return std::unexpected("--to must not be before --from");
   return Span{*from, *to};
@@ -172,7 +172,7 @@ int runReplay(CommandLine const& line, Session const& session) {
   if (!span) return session.fail(exitCode::kUsage, span.error());
   std::error_code ignored;
   if (!std::filesystem::is_directory(line.replay.directory, ignored)) {
-    return session.fail(exitCode::kUnavailable, "there is no folder " + line.replay.directory);
+    return session.fail(exitCode::kUnavailable, "no such folder: " + line.replay.directory);
   }
   ReplayStore scratch(*session.store);
   if (auto const filled = scratch.fill(line.replay.directory); !filled) {

@@ -77,7 +77,7 @@ class RulesRun {
   }
 
   static std::string placeless(CustomNotification const& rule) {
-    return "the place of this rule was deleted; give it another with: nimbara rules edit " +
+    return "this rule's place was removed; choose another with: nimbara rules edit " +
            rule.id.text().substr(0, kShortId) + " --place PLACE";
   }
 
@@ -112,7 +112,7 @@ class RulesRun {
     writer.endList();
     print(options_.json ? writer.take() + "\n" : text);
     if (rules.empty() && !options_.json) {
-      context_.tell("there are no rules; make one with: nimbara rules add --title T --type TYPE …");
+      context_.tell("no rules yet; add one with: nimbara rules add --title T --type TYPE …");
     }
     return exitCode::kComplete;
   }

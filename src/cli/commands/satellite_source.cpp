@@ -27,7 +27,7 @@ Outcome<std::vector<SatelliteCatalog::Group>> groupsOf(std::vector<std::string> 
       std::string known;
       for (auto const& each : all) known += (known.empty() ? "" : ", ") + std::string(each.id);
       return std::unexpected(
-          Failure{exitCode::kUsage, "'" + oneLine(id) + "' is no group; choose from " + known, {}});
+          Failure{exitCode::kUsage, "'" + oneLine(id) + "' is not a group; choose from " + known, {}});
     }
     groups.push_back(*group);
   }
@@ -72,11 +72,11 @@ Outcome<SatelliteGroupLoad> SatelliteSource::load(SatelliteCatalog::Group const&
   if (!loaded)
     return std::unexpected(Failure{exitCode::kUnavailable, loaded.error() + "; try again later", {}});
   if (loaded->source == SatelliteGroupLoad::Source::staleFile) {
-    context_.tell(loaded->failure + "; the elements of " + formatIso8601(loaded->fetched) + " are used");
+    context_.tell(loaded->failure + "; using the orbits from " + formatIso8601(loaded->fetched));
   }
   if (loaded->parsed.dropped > 0) {
     context_.tell(std::to_string(loaded->parsed.dropped) + " records of the group " + std::string(group.id) +
-                  " cannot be used");
+                  " could not be used");
   }
   return std::move(*loaded);
 }
@@ -117,7 +117,7 @@ Outcome<FoundSatellite> SatelliteSource::find(std::string_view wanted) {
   if (failure) return std::unexpected(*failure);
   return std::unexpected(
       Failure{exitCode::kUnavailable,
-              "no satellite is called '" + oneLine(wanted) + "'; see nimbara satellites list",
+              "no satellite found for '" + oneLine(wanted) + "'; see nimbara satellites list",
               {}});
 }
 

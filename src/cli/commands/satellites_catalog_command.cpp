@@ -126,7 +126,7 @@ Outcome<std::string> info(SatelliteSource& source, SatellitesOptions const& opti
   auto const info = satelliteInfo(found->entry, found->group, source.now());
   if (!info) {
     return std::unexpected(Failure{
-        exitCode::kUnavailable, found->entry.name + " has no position now: its orbit has decayed", {}});
+        exitCode::kUnavailable, found->entry.name + " no longer has a position: its orbit has decayed", {}});
   }
   if (options.json) return encodeJson(*info) + "\n";
   auto const days =
@@ -135,8 +135,8 @@ Outcome<std::string> info(SatelliteSource& source, SatellitesOptions const& opti
          std::string(source.context().texts().text(info->kind)) + "\n" + "  " +
          roundedText(info->altitudeKm) + " km high, " + roundedText(info->speedKmh) + " km/h, " +
          fixedDecimal(info->periodMinutes, 1) + " min around\n" + "  above " + angleText(info->latitude, 2) +
-         ", " + angleText(info->longitude, 2) + (info->isSunlit ? ", sunlit" : ", in the earth's shadow") +
-         "\n" + "  elements " + fixedDecimal(days.count(), 1) + " days old\n";
+         ", " + angleText(info->longitude, 2) + (info->isSunlit ? ", sunlit" : ", in Earth's shadow") + "\n" +
+         "  elements " + fixedDecimal(days.count(), 1) + " days old\n";
 }
 
 Outcome<std::string> orbit(SatelliteSource& source, SatellitesOptions const& options) {

@@ -56,7 +56,7 @@ Outcome<std::vector<double>> readMinutes(std::string const& text) {
   auto const tooFar = [](double value) { return std::abs(value) > SGP4::kLongestSpanMinutes; };
   if (!minutes || std::ranges::any_of(*minutes, tooFar)) {
     return std::unexpected(Trouble{
-        exitCode::kUsage, "'" + oneLine(text) + "' is no list of minutes; write 0,360,720 or FROM:TO:STEP"});
+        exitCode::kUsage, "'" + oneLine(text) + "' is not a list of minutes; use 0,360,720 or FROM:TO:STEP"});
   }
   return *minutes;
 }
@@ -68,10 +68,10 @@ Outcome<std::vector<SGP4::SatRec>> readRecords(std::string const& file, Session 
   auto const document = SGP4::readElements(*text, SGP4::Checksums::reported);
   for (auto const& [line, reason, dropped] : document.problems) {
     session.console.err("nimbara: line " + std::to_string(line) + " of " + oneLine(file) + ": " + reason +
-                        (dropped ? "; the record is left out\n" : "\n"));
+                        (dropped ? "; skipping the record\n" : "\n"));
   }
   if (document.elements.empty()) {
-    return std::unexpected(Trouble{exitCode::kUnavailable, oneLine(file) + " holds no element sets"});
+    return std::unexpected(Trouble{exitCode::kUnavailable, oneLine(file) + " contains no element sets"});
   }
   std::vector<SGP4::SatRec> records;
   records.reserve(document.elements.size());
@@ -179,9 +179,9 @@ Outcome<std::string> run(SatellitesOptions const& options, Session const& sessio
   if (options.action == SatellitesOptions::Action::bench) {
     auto const time = parseIso8601(options.time);
     if (!time) {
-      return std::unexpected(Trouble{exitCode::kUsage, "'" + oneLine(options.time) +
-                                                           "' is no moment with a zone; write one like "
-                                                           "2026-11-21T12:00:00Z"});
+      return std::unexpected(Trouble{
+          exitCode::kUsage, "'" + oneLine(options.time) +
+                                "' is not a timestamp with a time zone; use one like 2026-11-21T12:00:00Z"});
     }
     auto const records = readRecords(options.file, session);
     if (!records) return std::unexpected(records.error());

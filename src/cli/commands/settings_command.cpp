@@ -90,7 +90,7 @@ int runSettings(CommandLine const& line, Session const& session) {
     definition = session.store->registry().find(options.key);
     if (definition == nullptr) {
       return session.fail(exitCode::kUsage,
-                          "there is no setting '" + options.key + "'; nimbara settings list names them all");
+                          "no such setting: '" + options.key + "'; see nimbara settings list");
     }
   }
   if (!reads) return write(options, session, *definition);

@@ -179,7 +179,7 @@ class Watch {
   void open(ApplicationCall const& call) {
     constexpr std::chrono::seconds kPatience{5};
     auto const opened = callApplication({session_.environment.program, {}, {}}, call, kPatience);
-    if (!opened) note("the window cannot be opened: " + opened.error());
+    if (!opened) note("could not open the window: " + opened.error());
   }
 
   void note(std::string const& sentence) { session_.console.err("nimbara: " + oneLine(sentence) + "\n"); }
@@ -202,7 +202,7 @@ class Watch {
   /// and is nobody's news.
   void followSettings(std::stop_token const& stop) {
     auto const watch = session_.store->watch();
-    if (!watch) return note(watch.error().message + "; changes of settings are not noticed");
+    if (!watch) return note(watch.error().message + "; changed settings will not be detected");
     auto known = chosen();
     while ((*watch)->wait(stop) == WaitOutcome::changed) {
       auto now = chosen();

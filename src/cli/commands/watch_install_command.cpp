@@ -5,8 +5,9 @@ namespace nimbara {
 
 int runWatchInstall(CommandLine const& line, Session const& session) {
   if (session.environment.configHome.empty()) {
-    return session.fail(exitCode::kUnavailable,
-                        "there is no home directory to install the watch in; set HOME or XDG_CONFIG_HOME");
+    return session.fail(
+        exitCode::kUnavailable,
+        "no home directory to install the background service in; set HOME or XDG_CONFIG_HOME");
   }
   constexpr std::chrono::seconds kPatience{20};
   auto const change = line.watch.install ? installWatch : uninstallWatch;

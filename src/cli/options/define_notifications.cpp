@@ -5,22 +5,24 @@ namespace nimbara {
 namespace {
 
 void defineNotify(CLI::App& app, CommandLine& line, RawOptions& raw) {
-  CLI::App* const command =
-      app.add_subcommand("notify", "Look once at everything you want to be told of, and tell it");
+  CLI::App* const command = app.add_subcommand(
+      "notify", "Check everything you want to be notified of once, and send notifications");
   NotifyOptions& options = line.notify;
-  command->add_option("PLACE", options.place, "Only this place; your saved places without it");
-  command->add_flag("--dry-run", options.dryRun, "Deliver and remember nothing");
+  command->add_option("PLACE", options.place, "Only this place; all saved places by default");
+  command->add_flag("--dry-run", options.dryRun, "Send and remember nothing");
   command->add_flag("--explain", options.explain,
-                    "Say of every rule why it tells something or not; delivers nothing");
-  command->add_flag("--log", options.log, "What was told and what was held back, and why; newest first")
+                    "Explain for every rule why it would notify you or not; sends nothing");
+  command->add_flag("--log", options.log, "Notifications sent and held back, and why; newest first")
       ->excludes("--explain", "--dry-run");
-  command->add_option("--deliver", options.deliver, "desktop, or print: remember, but post nothing")
+  command
+      ->add_option("--deliver", options.deliver,
+                   "desktop, or print (remembers, but shows nothing on the desktop)")
       ->type_name("WHERE")
       ->transform(CLI::CheckedTransformer(std::map<std::string, NotifyOptions::Deliver>{
           {"desktop", NotifyOptions::Deliver::desktop}, {"print", NotifyOptions::Deliver::print}}));
   command
       ->add_option("--record", options.record,
-                   "Keep what the services answer in this folder, for nimbara replay")
+                   "Record the services' responses in this folder for nimbara replay")
       ->type_name("DIRECTORY");
   defineStatedRegions(*command, options.stated);
   command->add_flag("--json", options.json, "One JSON document instead of text");
@@ -33,17 +35,16 @@ void defineNotify(CLI::App& app, CommandLine& line, RawOptions& raw) {
 
 void defineReplay(CLI::App& app, CommandLine& line, RawOptions& raw) {
   CLI::App* const command = app.add_subcommand(
-      "replay", "What you would have been told in a stretch of time, from recorded answers of the services");
+      "replay", "The notifications you would have received over a period, from recorded responses");
   ReplayOptions& options = line.replay;
-  command
-      ->add_option("DIRECTORY", options.directory, "A folder that --record has written; see docs/replay.md")
+  command->add_option("DIRECTORY", options.directory, "A folder written by --record; see docs/replay.md")
       ->required();
-  command->add_option("PLACE", options.place, "Only this place; your saved places without it");
-  command->add_option("--from", options.from, "The first moment, as in 2026-11-21T09:00:00Z")
+  command->add_option("PLACE", options.place, "Only this place; all saved places by default");
+  command->add_option("--from", options.from, "Start time, for example 2026-11-21T09:00:00Z")
       ->type_name("TIME")
       ->required();
-  command->add_option("--to", options.to, "The last moment")->type_name("TIME")->required();
-  command->add_option("--step", options.stepSeconds, "Seconds from one look to the next; 900 by default")
+  command->add_option("--to", options.to, "End time")->type_name("TIME")->required();
+  command->add_option("--step", options.stepSeconds, "Seconds between checks (default: 900)")
       ->type_name("SECONDS")
       ->check(CLI::Range(10, 86'400));
   command->add_flag("--json", options.json, "One JSON document instead of text");

@@ -14,41 +14,41 @@ CLI::Validator nameOf() {
 
 void defineWhen(CLI::App& sub, RulesOptions& options) {
   CLI::Option_group* const when = sub.add_option_group("when");
-  when->add_option("--hour", options.hour, "Check it at this hour of the place's day")
+  when->add_option("--hour", options.hour, "Check at this hour, in the place's local time")
       ->type_name("H")
       ->check(CLI::Range(0, 23));
-  when->add_flag("--immediately", options.immediately, "Check it whenever there is a new forecast");
+  when->add_flag("--immediately", options.immediately, "Check with every new forecast");
   when->require_option(0, 1);
-  sub.add_option("--days", options.days, "On which days: mon,tue,wed,thu,fri,sat,sun")->type_name("LIST");
+  sub.add_option("--days", options.days, "Days to check: mon,tue,wed,thu,fri,sat,sun")->type_name("LIST");
 }
 
 /// What a rule is made of.
 void defineParts(CLI::App& sub, RulesOptions& options, bool isNew) {
-  sub.add_option("--title", options.title, "The title of its notification")->required(isNew);
+  sub.add_option("--title", options.title, "Title of the notification")->required(isNew);
   sub.add_option("--type", options.type, namesOf<ConditionType>())
       ->type_name("TYPE")
       ->required(isNew)
       ->check(nameOf<ConditionType>().description(""));
-  sub.add_option("--operator", options.comparison, "above, below, or any: it occurs at all")
+  sub.add_option("--operator", options.comparison, "above, below, or any (occurs at all)")
       ->type_name("OP")
       ->check(nameOf<ConditionOperator>().description(""));
   sub.add_option("--threshold", options.threshold, "In metric units: °C, km/h, mm, km, hPa, %, µg/m³")
       ->type_name("NUMBER");
-  sub.add_option("--lookahead", options.lookahead, "Hours of forecast; 0 for the present conditions")
+  sub.add_option("--lookahead", options.lookahead, "Hours of forecast to look at; 0 for current conditions")
       ->type_name("N")
       ->check(CLI::Range(0, CustomNotification::kFarthestHours));
   defineWhen(sub, options);
   CLI::Option_group* const where = sub.add_option_group("where");
-  where->add_option("--place", options.place, "A saved place; without one the selected place is watched")
+  where->add_option("--place", options.place, "A saved place; the selected place by default")
       ->type_name("PLACE");
-  if (!isNew) where->add_flag("--selected-place", options.selectedPlace, "Watch the selected place again");
+  if (!isNew) where->add_flag("--selected-place", options.selectedPlace, "Use the selected place again");
   where->require_option(0, 1);
 }
 
 }  // namespace
 
 void defineRules(CLI::App& app, CommandLine& line, RawOptions& raw) {
-  CLI::App* const command = app.add_subcommand("rules", "Notification rules of your own");
+  CLI::App* const command = app.add_subcommand("rules", "Your own notification rules");
   command->require_subcommand(1);
   RulesOptions& options = line.rules;
   auto const define = [&](char const* name, char const* explanation, Action action) {
@@ -66,13 +66,13 @@ void defineRules(CLI::App& app, CommandLine& line, RawOptions& raw) {
     return sub;
   };
   define("list", "Your rules", Action::list);
-  defineParts(*define("add", "Make a rule", Action::add), options, true);
+  defineParts(*define("add", "Add a rule", Action::add), options, true);
   defineParts(*define("edit", "Change a rule", Action::edit), options, false);
-  define("remove", "Forget a rule", Action::remove);
-  define("enable", "Let a rule run", Action::enable);
-  define("disable", "Keep a rule without running it", Action::disable);
+  define("remove", "Remove a rule", Action::remove);
+  define("enable", "Turn a rule on", Action::enable);
+  define("disable", "Turn a rule off", Action::disable);
   define("show", "One rule", Action::show);
-  define("test", "One rule on the present forecast, telling nobody else", Action::test);
+  define("test", "Try a rule on the current forecast; sends nothing", Action::test);
 }
 
 }  // namespace nimbara

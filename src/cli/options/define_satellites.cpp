@@ -15,38 +15,37 @@ class Definitions {
       : command_(command), line_(line), raw_(raw), options_(line.satellites) {}
 
   void list() {
-    groups(*sub("list", "The satellites of the catalogue", Action::list));
+    groups(*sub("list", "List the satellites", Action::list));
     groups(*sub("positions", "Where each satellite is now", Action::positions));
-    groups(*sub("map", "A map of the world with the satellites above it", Action::map));
+    groups(*sub("map", "A world map with the satellites above it", Action::map));
   }
 
   void single() {
-    satellite(*sub("info", "One satellite: height, speed, place, period, light", Action::info));
-    satellite(*sub("orbit", "The way of one satellite over one period from now", Action::orbit));
+    satellite(*sub("info", "One satellite: altitude, speed, position, orbital period, light", Action::info));
+    satellite(*sub("orbit", "The path of a satellite over one orbit from now", Action::orbit));
   }
 
   void passes() {
     CLI::App* const command =
-        sub("passes", "When satellites rise, stand highest and set at a place", Action::passes);
+        sub("passes", "When satellites rise, culminate and set at a place", Action::passes);
     command->add_option("PLACE", options_.place, "LAT,LON in decimal degrees, a saved place or a name");
     command
-        ->add_option("--name", options_.satellite,
-                     "A name, a part of one, or a catalogue number; default ISS")
+        ->add_option("--name", options_.satellite, "A name, part of one, or a catalog number (default: ISS)")
         ->type_name("N");
-    command->add_option("--days", options_.days, "How far to look ahead")
+    command->add_option("--days", options_.days, "Days to look ahead")
         ->type_name("D")
         ->check(CLI::Range(1, kLongestForecastDays));
     command->add_flag("--visible", options_.visible,
-                      "Only passes of which a part can be seen: lit, high enough, in a dark sky");
-    command->add_option("--above", options_.above, "From how many degrees on that is high enough; default 10")
+                      "Only visible passes: sunlit, high enough, in a dark sky");
+    command->add_option("--above", options_.above, "Minimum elevation in degrees (default: 10)")
         ->type_name("DEGREES")
         ->check(CLI::Range(0, 90));
   }
 
   void files() {
     CLI::App* const propagate =
-        sub("propagate", "States of the element sets of a file by SGP4", Action::propagate);
-    propagate->add_option("--tle", options_.file, "File of two-line element sets")
+        sub("propagate", "Propagate the element sets in a file with SGP4", Action::propagate);
+    propagate->add_option("--tle", options_.file, "A file of two-line element sets")
         ->type_name("FILE")
         ->required();
     propagate
@@ -55,8 +54,8 @@ class Definitions {
         ->type_name("LIST")
         ->required();
     CLI::App* const bench = sub("bench", "Nanoseconds per propagation on this machine", Action::bench);
-    bench->add_option("FILE", options_.file, "File of two-line element sets")->required();
-    bench->add_option("TIME", options_.time, "The moment of the tick, for example 2026-11-21T12:00:00Z")
+    bench->add_option("FILE", options_.file, "A file of two-line element sets")->required();
+    bench->add_option("TIME", options_.time, "The time of the tick, for example 2026-11-21T12:00:00Z")
         ->required();
   }
 
@@ -73,13 +72,13 @@ class Definitions {
   }
 
   void groups(CLI::App& command) {
-    command.add_option("--group", options_.groups, "A group of the catalogue; may be given several times")
+    command.add_option("--group", options_.groups, "A group of satellites; may be repeated")
         ->type_name("ID")
         ->allow_extra_args(false);
   }
 
   void satellite(CLI::App& command) {
-    command.add_option("SATELLITE", options_.satellite, "A name, a part of one, or a catalogue number")
+    command.add_option("SATELLITE", options_.satellite, "A name, part of one, or a catalog number")
         ->required();
   }
 

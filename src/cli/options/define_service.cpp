@@ -9,17 +9,16 @@ namespace {
 
 void defineWatch(CLI::App& app, CommandLine& line, RawOptions& raw) {
   CLI::App* const command = app.add_subcommand(
-      "watch",
-      "Keep the forecasts of your places fresh and tell what you want to be told of, until interrupted");
+      "watch", "Keep the forecasts for your places up to date and send notifications until interrupted");
   command->add_flag("--json", line.watch.json, "A line of JSON for each event");
   command
       ->add_option("--record", line.watch.record,
-                   "Keep what the services answer in this folder, for nimbara replay")
+                   "Record the services' responses in this folder for nimbara replay")
       ->type_name("DIRECTORY");
   defineCommon(*command, line, raw);
-  auto* const install = command->add_flag("--install", line.watch.install,
-                                          "Let it run in the background, now and after each login");
-  command->add_flag("--uninstall", line.watch.uninstall, "Take that back")->excludes(install);
+  auto* const install =
+      command->add_flag("--install", line.watch.install, "Run it in the background, now and at every login");
+  command->add_flag("--uninstall", line.watch.uninstall, "Undo --install")->excludes(install);
   command->callback([&line] {
     bool const installs = line.watch.install || line.watch.uninstall;
     line.run = installs ? runWatchInstall : runWatch;
@@ -28,32 +27,32 @@ void defineWatch(CLI::App& app, CommandLine& line, RawOptions& raw) {
 
 std::string sceneProblem(std::string const& name) {
   if (name == "list" || findDemoScene(name) != nullptr) return {};
-  return "'" + oneLine(name) + "' is no scene of the demo; nimbara demo --scene list names them";
+  return "'" + oneLine(name) + "' is not a demo scene; nimbara demo --scene list shows them all";
 }
 
 void defineDemo(CLI::App& app, CommandLine& line, RawOptions& raw) {
   CLI::App* const command =
-      app.add_subcommand("demo", "Loopback stand-ins of the outside services, with generated weather");
+      app.add_subcommand("demo", "Local test servers with generated weather in place of all services");
   DemoOptions& options = line.demo;
   command->add_option("--port", options.port, "Port on 127.0.0.1; a free one by default")
       ->type_name("N")
       ->check(CLI::Range(0, 65535));
   command
-      ->add_option("--fail", raw.faults,
-                   "SERVICE=FAULT: let a service misbehave; may be given several times. Faults: " +
-                       namesOf<DemoFault::Kind>() +
-                       ". "
-                       "Services: " +
-                       namesOf<DemoService>())
+      ->add_option(
+          "--fail", raw.faults,
+          "SERVICE=FAULT: make a service fail; may be repeated. Faults: " + namesOf<DemoFault::Kind>() +
+              ". "
+              "Services: " +
+              namesOf<DemoService>())
       ->type_name("FAULT")
       ->allow_extra_args(false);
   command
       ->add_option("--scene", options.scene,
-                   "Play a scene of official warnings instead of generated ones; --scene list names them")
+                   "Play a scene of official warnings instead of generated ones; --scene list shows them all")
       ->type_name("NAME")
       ->check(sceneProblem);
   command->add_option("COMMAND", options.command,
-                      "After --: a command to run against the demo, which then stops");
+                      "After --: a command to run against the demo, which stops afterwards");
   defineCommon(*command, line, raw);
   command->callback([&line] { line.run = runDemo; });
 }

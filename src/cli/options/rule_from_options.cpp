@@ -27,7 +27,7 @@ Result<EnumSet<DayOfWeek>, Failure> daysOf(std::string_view text) {
   EnumSet<DayOfWeek> days;
   for (std::string_view const part : split(text, ',')) {
     auto const day = dayNamed(part);
-    if (!day) return mistake("'" + oneLine(part) + "' is no day; write some of mon,tue,wed,thu,fri,sat,sun");
+    if (!day) return mistake("'" + oneLine(part) + "' is not a day; use mon,tue,wed,thu,fri,sat,sun");
     days.insert(*day);
   }
   return days;
@@ -52,9 +52,10 @@ std::optional<std::string> misfit(CustomNotification const& rule, bool hasThresh
   ConditionKind const& kind = kindOf(rule.conditionType);
   std::string const type(enumName(rule.conditionType));
   bool const isAny = rule.conditionOperator == ConditionOperator::any;
-  if (isAny && !kind.canBeAny()) return "'any' says nothing of " + type + "; compare it with above or below";
+  if (isAny && !kind.canBeAny())
+    return "'any' cannot be used with " + type + "; compare it with above or below";
   if (!isAny && kind.isEvent()) return type + " occurs or does not; the operator for it is any";
-  if (!isAny && !hasThreshold) return type + " needs a --threshold to be compared with";
+  if (!isAny && !hasThreshold) return type + " needs a --threshold";
   return std::nullopt;
 }
 
@@ -114,7 +115,7 @@ Result<CustomNotification, Failure> ruleWith(CustomNotification rule, RulesOptio
   if (auto const sentence = misfit(rule, hasThreshold)) return mistake(*sentence);
   if (auto const done = setSchedule(rule, options); !done) return std::unexpected(done.error());
   if (auto const done = setPlace(rule, options, places); !done) return std::unexpected(done.error());
-  if (auto const fault = faultOf(rule)) return mistake("the rule makes no sense: " + *fault);
+  if (auto const fault = faultOf(rule)) return mistake("the rule is not valid: " + *fault);
   return rule;
 }
 

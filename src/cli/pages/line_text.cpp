@@ -67,7 +67,7 @@ std::vector<std::string> coverageOfLine(LineContext const& context) {
 }
 
 constexpr LineField kFields[] = {
-    {"icon", "a sign for the sky",
+    {"icon", "a symbol for the sky",
      [](LineContext const& c) {
        return ofPresent(c, [](Present const& p) { return std::string(Style{}.glyph(p.condition, p.isDay)); });
      }},
@@ -75,7 +75,7 @@ constexpr LineField kFields[] = {
      [](LineContext const& c) {
        return ofPresent(c, [&](Present const& p) { return temperature(p.tempC, p.tempF, c.units); });
      }},
-    {"feelsLike", "how warm it feels",
+    {"feelsLike", "the feels-like temperature",
      [](LineContext const& c) {
        return ofPresent(c,
                         [&](Present const& p) { return temperature(p.feelsLikeC, p.feelsLikeF, c.units); });
@@ -91,7 +91,7 @@ constexpr LineField kFields[] = {
                             : std::string(kUnknown);
        });
      }},
-    {"windDirection", "where the wind comes from",
+    {"windDirection", "the wind direction",
      [](LineContext const& c) { return ofPresent(c, [](Present const& p) { return p.windDirection; }); }},
     {"gusts", "the gusts",
      [](LineContext const& c) {
@@ -113,7 +113,7 @@ constexpr LineField kFields[] = {
          });
        });
      }},
-    {"precipitation", "rain or snow of this hour",
+    {"precipitation", "precipitation this hour",
      [](LineContext const& c) {
        return ofPresent(c, [&](Present const& p) {
          return known(p.precipMM, [&](double mm) {
@@ -121,7 +121,7 @@ constexpr LineField kFields[] = {
          });
        });
      }},
-    {"chance", "the chance of rain in this hour",
+    {"chance", "the chance of rain this hour",
      [](LineContext const& c) {
        return ofPresent(c, [](Present const& p) { return known(p.chanceOfRain, percent); });
      }},
@@ -146,18 +146,18 @@ constexpr LineField kFields[] = {
     {"alerts", "how many alerts there are",
      [](LineContext const& c) { return std::to_string(c.answer.alerts.size()); }},
     {"warning", "the most severe official warning, or nothing", strongestWarning},
-    {"warnings", "how many official warnings there are, or that this is not known",
+    {"warnings", "how many official warnings there are, or that they could not be checked",
      [](LineContext const& c) {
        auto const lines = coverageOfLine(c);
        return lines.empty() ? std::string() : lines.front();
      }},
     {"age", "how old the forecast is",
      [](LineContext const& c) { return ageText(c.answer.answeredAt, c.now, c.texts); }},
-    {"stale", "the age in brackets when the forecast is old, else nothing",
+    {"stale", "the age in brackets if the forecast is old, otherwise nothing",
      [](LineContext const& c) {
        return c.answer.stale ? " (" + ageText(c.answer.answeredAt, c.now, c.texts) + ")" : std::string();
      }},
-    {"provider", "who gave the forecast",
+    {"provider", "the forecast provider",
      [](LineContext const& c) {
        std::string const provider(c.answer.provider ? enumName(*c.answer.provider) : "unknown");
        return std::string(c.texts.text("provider." + provider));
@@ -188,12 +188,12 @@ Result<std::string, std::string> filledLine(std::string_view pattern, LineContex
       continue;
     }
     auto const end = pattern.find('}', at);
-    if (end == std::string_view::npos) return std::unexpected("a brace of the format is not closed");
+    if (end == std::string_view::npos) return std::unexpected("the format has an unclosed brace");
     auto const name = pattern.substr(at + 1, end - at - 1);
     auto const field = std::ranges::find(kFields, name, &LineField::name);
     if (field == std::ranges::end(kFields)) {
-      return std::unexpected("the format names '{" + std::string(name) +
-                             "}', which there is not; see nimbara line --help-format");
+      return std::unexpected("the format has an unknown field '{" + std::string(name) +
+                             "}'; see nimbara line --help-format");
     }
     out += written(field->value(context), context);
     at = end + 1;

@@ -36,7 +36,7 @@ Result<std::vector<RegionTableRow>, std::string> readRegionTable(std::string_vie
     ++number;
     if (line.empty() || line.starts_with('#')) continue;
     auto row = readRow(line);
-    if (!row) return std::unexpected("line " + std::to_string(number) + " is no place with its regions");
+    if (!row) return std::unexpected("line " + std::to_string(number) + " is not a place with its regions");
     rows.push_back(std::move(*row));
   }
   return rows;

@@ -69,7 +69,7 @@ std::string WatchLog::lineOf(AppState::RefreshReport const& report, APIError con
   if (failure != nullptr) return line + AppError::of(*failure).text(texts_);
   ForecastAnswer const& answer = *report.outcome;
   std::string const provider(answer.provider ? enumName(*answer.provider) : "unknown");
-  return line + (answer.fromCache ? "kept forecast from " : "forecast from ") + provider + ", " +
+  return line + (answer.fromCache ? "cached forecast from " : "forecast from ") + provider + ", " +
          std::to_string(answer.alerts.size()) + " alerts";
 }
 

@@ -45,7 +45,7 @@ constexpr Hazard kHazards[] = {
      [](DemoWeather const& w) { return w.windGusts >= 70 && w.windGusts < 93; }},
     {"Flood Watch", "Severe", "Be ready to move to higher ground.",
      [](DemoWeather const& w) { return w.precipitation >= 6 && w.snowfall == 0; }},
-    {"Winter Weather Advisory", "Moderate", "Slow down and keep a distance on the road.",
+    {"Winter Weather Advisory", "Moderate", "Slow down and keep your distance on the road.",
      [](DemoWeather const& w) { return w.snowfall >= 0.7; }},
     {"Dense Fog Advisory", "Minor", "Use your headlights and leave plenty of distance.",
      [](DemoWeather const& w) { return w.visibility < 400; }},

@@ -108,8 +108,8 @@ void writeAdvisory(JsonWriter& json, Country const& country, Instant now) {
   json.member("Link", "https://travel.state.gov/demo/" + std::string(country.fips) + ".html");
   json.member("Category", std::vector<std::string>{std::string(country.fips)});
   json.member("Summary", "<p><b>" + advice + "</b> in " + name +
-                             ".&nbsp;This is a made-up text.</p><ul><li>Read the country&rsquo;s page.</li>"
-                             "<li>Enroll &amp; stay informed.</li></ul>");
+                             ".&nbsp;This text is made up.</p><ul><li>Read the country&rsquo;s "
+                             "page.</li><li>Enroll &amp; stay informed.</li></ul>");
   json.member("id", "https://travel.state.gov/demo/" + std::string(country.fips));
   json.member("Published", published);
   json.member("Updated", published + std::chrono::hours(24));

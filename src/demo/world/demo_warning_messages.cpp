@@ -26,14 +26,15 @@ struct Kind {
 constexpr Kind kKinds[] = {
     {"Wind", 1, "Strong gusts. Branches may break and loose objects may be carried away.",
      "Secure loose objects and keep away from trees."},
-    {"Snow-ice", 2, "Snow and slippery roads. Journeys may take much longer.",
-     "Leave more time for journeys and drive with care."},
+    {"Snow-ice", 2, "Snow and slippery roads. Expect much longer journey times.",
+     "Allow extra time for your journey and drive with care."},
     {"Thunderstorm", 3, "Thunderstorms with lightning and short, heavy rain.", "Seek shelter in a building."},
-    {"Fog", 4, "Dense fog. You may see less than a hundred metres.", "Drive slowly and with lights on."},
-    {"High-temperature", 5, "Great heat through the afternoon.", "Drink enough and stay in the shade."},
-    {"Low-temperature", 6, "Severe frost, above all by night.", "Keep warm and protect water pipes."},
-    {"Rain", 10, "Long and heavy rain. Small streams may rise quickly.", "Keep away from streams."},
-    {"Flooding", 12, "Rivers leave their beds in low places.", "Do not drive through water."},
+    {"Fog", 4, "Dense fog. Visibility may drop below 100 m.", "Drive slowly with your lights on."},
+    {"High-temperature", 5, "Intense heat through the afternoon.",
+     "Drink plenty of water and stay in the shade."},
+    {"Low-temperature", 6, "Severe frost, especially at night.", "Keep warm and protect water pipes."},
+    {"Rain", 10, "Prolonged heavy rain. Small streams may rise quickly.", "Keep away from streams."},
+    {"Flooding", 12, "Rivers are flooding low-lying areas.", "Do not drive through flood water."},
 };
 
 Kind const& kindOf(std::string_view name) {

@@ -26,28 +26,28 @@ std::vector<std::string> casesOf() {
 void define(CLI::App& app, DesktopOptions& options, RawDesktopOptions& raw) {
   app.set_version_flag("--version", "nimbara-desktop " + std::string(kVersion));
   app.add_flag("--demo", options.demo,
-               "Generated weather of a few places; nothing of yours is read or changed");
-  app.add_option("--services", options.services, "Reach every outside service below this address")
-      ->type_name("URL");
-  app.add_option("--now", raw.now, "Take this moment for now, like 2026-11-21T09:20:00Z")->type_name("TIME");
-  app.add_option("--page", raw.page, "The page to begin with")->check(CLI::IsMember(casesOf<DesktopPage>()));
+               "Show generated weather for a few places; your own data is neither read nor changed");
+  app.add_option("--services", options.services, "Use this base address for every service")->type_name("URL");
+  app.add_option("--now", raw.now, "Pretend it is this time, for example 2026-11-21T09:20:00Z")
+      ->type_name("TIME");
+  app.add_option("--page", raw.page, "The page to open")->check(CLI::IsMember(casesOf<DesktopPage>()));
   app.add_option("--place", options.place, "The saved place to show")->type_name("PLACE");
-  app.add_flag("--refresh", options.refresh, "Ask the services now");
-  app.add_option("--theme", raw.theme, "The colours; those of the settings by default")
+  app.add_flag("--refresh", options.refresh, "Refresh now");
+  app.add_option("--theme", raw.theme, "The appearance; from the settings by default")
       ->check(CLI::IsMember(casesOf<DesktopTheme>()));
-  app.add_option("--size", raw.size, "Of the window, like 1280x800")->type_name("WxH");
-  app.add_option("--screenshot", options.screenshot, "Write a picture of the page and end")
+  app.add_option("--size", raw.size, "Size of the window, for example 1280x800")->type_name("WxH");
+  app.add_option("--screenshot", options.screenshot, "Save a picture of the page and quit")
       ->type_name("FILE");
 }
 
 Result<void, std::string> understand(DesktopOptions& options, RawDesktopOptions const& raw) {
   if (!raw.now.empty()) {
     options.now = parseIso8601(raw.now);
-    if (!options.now) return std::unexpected("no moment with a zone: '" + raw.now + "'");
+    if (!options.now) return std::unexpected("not a timestamp with a time zone: '" + raw.now + "'");
   }
   if (!raw.size.empty()) {
     auto const size = parseWindowSize(raw.size);
-    if (!size) return std::unexpected("no size like 1280x800: '" + raw.size + "'");
+    if (!size) return std::unexpected("not a size like 1280x800: '" + raw.size + "'");
     options.size = size;
   }
   options.page = enumFromName<DesktopPage>(raw.page);
@@ -80,7 +80,7 @@ Result<DesktopOptions, DesktopEarlyEnd> parseDesktopOptions(std::vector<std::str
   DesktopOptions options;
   options.services = environment.services;
   RawDesktopOptions raw{environment.now, {}, {}, {}};
-  CLI::App app("The weather of your places, in a window", "nimbara-desktop");
+  CLI::App app("The weather for your places, in a window", "nimbara-desktop");
   define(app, options, raw);
   removeSession(arguments);
   std::ranges::reverse(arguments);

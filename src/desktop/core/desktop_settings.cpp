@@ -104,7 +104,7 @@ Result<void, StoreError> DesktopSettings::write(std::string_view key, std::strin
     return preset ? store_.setAll(unitChoices(*preset)) : Result<void, StoreError>();
   }
   SettingDefinition const* const definition = store_.registry().find(key);
-  if (definition == nullptr) return refused("there is no setting '" + std::string(key) + "'");
+  if (definition == nullptr) return refused("no such setting: '" + std::string(key) + "'");
   if (text.empty()) return store_.reset(key);
   auto value = parsedSetting(*definition, text);
   return value ? store_.set(key, *value) : refused(value.error());

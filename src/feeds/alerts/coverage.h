@@ -47,7 +47,7 @@ void writeCoverage(JsonWriter& json, std::vector<SourceCoverage> const& coverage
 /// A check older than this, two of the window's intervals, says nothing of now.
 inline constexpr std::chrono::minutes kCoverageTrust{45};
 /// The reason of a state that is unchecked only because nobody has asked for so long.
-inline constexpr std::string_view kNotAskedLately = "nobody has asked since then";
+inline constexpr std::string_view kNotAskedLately = "no check was requested";
 
 /// At least one entry, in the order of the sources, as it was when they were asked.
 std::vector<SourceCoverage> coverageOf(GovAlerts const& alerts, std::string_view countryCode);

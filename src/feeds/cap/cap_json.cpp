@@ -182,9 +182,9 @@ static std::optional<WireAlert> bareAlert(std::string_view body) {
 
 Result<CapAlert, std::string> parseCapJson(std::string_view body) {
   auto document = decodeJson<WireDocument>(body);
-  if (!document) return std::unexpected("it cannot be read: " + document.error().text());
+  if (!document) return std::unexpected("it could not be read: " + document.error().text());
   auto wire = document->alert.value ? std::move(document->alert.value) : bareAlert(body);
-  if (!wire || !wire->identifier.value || !wire->info.value) return std::unexpected("it is no alert");
+  if (!wire || !wire->identifier.value || !wire->info.value) return std::unexpected("it is not an alert");
   CapAlert alert = alertOf(*wire);
   if (pointsOf(alert) > kMostCapPoints) return std::unexpected("its polygons have too many points");
   return alert;

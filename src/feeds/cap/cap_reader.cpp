@@ -104,7 +104,7 @@ class MessageReader {
   void begin(std::string_view fullName) {
     std::string_view const name = withoutPrefix(fullName);
     if (blocks_.size() >= kDeepest) return refuse("its elements are nested too deeply");
-    if (blocks_.empty() && name != "alert") return refuse("it is no alert");
+    if (blocks_.empty() && name != "alert") return refuse("it is not an alert");
     Block const block = blocks_.empty() ? Block::alert : blockOf(blocks_.back(), name);
     blocks_.push_back(block);
     text_.clear();

@@ -19,14 +19,14 @@ struct Beginning {
 constexpr std::array kBeginnings =
     std::to_array<Beginning>({{Kind::unresolvedHost, "the network cannot be reached"},
                               {Kind::connectionFailed, "the service cannot be reached"},
-                              {Kind::tlsFailed, "no secure connection could be made"},
-                              {Kind::timedOut, "there was no answer in time"},
-                              {Kind::bodyTooLarge, "the answer is too large"},
-                              {Kind::truncated, "the answer was cut short"}});
+                              {Kind::tlsFailed, "could not establish a secure connection"},
+                              {Kind::timedOut, "the service took too long to respond"},
+                              {Kind::bodyTooLarge, "the response was too large"},
+                              {Kind::truncated, "the response was incomplete"}});
 
-constexpr std::string_view kStatus = "the service answered with status ";
+constexpr std::string_view kStatus = "the service returned status ";
 constexpr std::string_view kNotFetched = " could not be fetched: ";
-constexpr std::string_view kUnreadable = "answer is no ";
+constexpr std::string_view kUnreadable = "response is not a valid ";
 constexpr int kTooManyRequests = 429;
 
 std::string_view upTo(std::string_view text, char end) {

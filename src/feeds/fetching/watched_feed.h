@@ -97,9 +97,10 @@ class WatchedFeed {
   void take(Clock const& clock, FeedQuestion const& question, HttpResponse const& answer,
             Result<T, DecodeError> parsed) {
     if (!parsed) {
-      return check_.fail(
-          clock, "the answer is no " + std::string(question.expected) + " (" + parsed.error().text() + ")",
-          answer.status, {}, answer.body);
+      return check_.fail(clock,
+                         "the response is not a valid " + std::string(question.expected) + " (" +
+                             parsed.error().text() + ")",
+                         answer.status, {}, answer.body);
     }
     data_ = std::move(*parsed);
     check_.accept(clock, answer);

@@ -65,10 +65,10 @@ WildfireService::WildfireService(HttpClient& http, Clock const& clock, Options o
 FeedReading<std::vector<FireDetection>> WildfireService::fetchFires(Coordinate place, double radiusKm,
                                                                     std::stop_token const& stop) {
   if (trimmed(options_.mapKey).empty()) {
-    return notConfiguredReading<std::vector<FireDetection>>("no key for the list of fires is set");
+    return notConfiguredReading<std::vector<FireDetection>>("no key for the wildfire list is set");
   }
   if (!isValid(place) || !(radiusKm > 0))
-    return failedReading<std::vector<FireDetection>>("the circle is not on the globe");
+    return failedReading<std::vector<FireDetection>>("the coordinates are not valid");
   double const radius = std::min(radiusKm, kLargestRadiusKm);
   std::lock_guard const turn(turn_);
   auto const areas = fireAreas(place, radius);

@@ -85,7 +85,7 @@ class FeedReader {
 
   void begin(std::string_view name, XML_Char const** attributes) {
     if (++depth_ > kDeepest) return refuse("its elements are nested too deeply");
-    if (depth_ == 1 && withoutPrefix(name) != "feed") return refuse("it is no feed");
+    if (depth_ == 1 && withoutPrefix(name) != "feed") return refuse("it is not a feed");
     Element const element = elementOf(name);
     if (!inEntry_) {
       if (element == Element::entry) beginEntry();

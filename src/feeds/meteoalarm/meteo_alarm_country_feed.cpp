@@ -84,7 +84,7 @@ MeteoAlarmCountryFeed::Outcome MeteoAlarmCountryFeed::accept(Result<HttpResponse
 MeteoAlarmCountryFeed::Outcome MeteoAlarmCountryFeed::acceptBody(HttpResponse const& answer) {
   MeteoAlarmAtomParser parser;
   if (auto const read = parser.parse(answer.body); !read)
-    return std::unexpected("MeteoAlarm's answer is no feed: " + read.error());
+    return std::unexpected("MeteoAlarm's response is not a valid feed: " + read.error());
   feed_ = std::make_shared<MeteoAlarmFeed const>(feedOf(parser.takeEntries()));
   lastFetchDate_ = clock_.now();
   validators_ = {headerOf(answer, "ETag"), headerOf(answer, "Last-Modified")};

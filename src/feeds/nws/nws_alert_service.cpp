@@ -55,7 +55,7 @@ NWSAlertService::NWSAlertService(HttpClient& http, Clock const& clock, Options o
 
 NWSAlertAnswer NWSAlertService::fetchAlerts(double latitude, double longitude, std::stop_token const& stop) {
   Coordinate const place{latitude, longitude};
-  if (!isValid(place)) return {{}, false, "the coordinate is not on the globe", {}, false};
+  if (!isValid(place)) return {{}, false, "the coordinates are not valid", {}, false};
   std::string const key = keyOf(place);
   std::unique_lock lock(mutex_);
   bool const isFresh = lastFetchPoint_ == key && isYounger(*lastFetchDate_, kCacheTTL, clock_.now());
@@ -99,7 +99,7 @@ HttpRequest NWSAlertService::requestFor(std::string const& key) const {
 
 NWSAlertAnswer NWSAlertService::taken(std::string const& key, HttpResponse const& response) {
   auto list = parseNwsAlerts(response.body);
-  if (!list) return failed(key, "the answer is no list of alerts (" + list.error().text() + ")");
+  if (!list) return failed(key, "the response is not a valid list of alerts (" + list.error().text() + ")");
   if (list->unreadable > 0) {
     auto answer = failed(key, std::to_string(list->unreadable) + " of the listed alerts cannot be read");
     answer.readable = std::move(list->alerts);

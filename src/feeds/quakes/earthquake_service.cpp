@@ -38,7 +38,7 @@ std::optional<std::string> EarthquakeService::renew(std::stop_token const& stop)
   auto const answer = source_.get({}, stop);
   if (!answer) return answer.error();
   auto events = parseEarthquakes(answer->body);
-  if (!events) return "the answer is no list of earthquakes (" + events.error().text() + ")";
+  if (!events) return "the response is not a valid list of earthquakes (" + events.error().text() + ")";
   lastFetchDate_ = answer->fetchedAt;
   cachedEvents_ = recentEarthquakes(std::move(*events), clock_.now());
   save();

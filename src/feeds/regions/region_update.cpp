@@ -67,8 +67,8 @@ Result<OutlineReading, std::string> readAll(std::vector<std::string_view> const&
 /// Why these outlines must not be used at all.
 std::optional<std::string> objectionTo(OutlineReading const& reading) {
   std::size_t const count = reading.outlines.size();
-  if (count == 0) return "the outlines have no region in them";
-  if (reading.skipped > count) return "most of the outlines cannot be read";
+  if (count == 0) return "the outlines contain no regions";
+  if (reading.skipped > count) return "most of the outlines could not be read";
   return std::nullopt;
 }
 
@@ -76,9 +76,8 @@ std::optional<std::string> objectionTo(OutlineReading const& reading) {
 std::optional<std::string> objectionTo(std::size_t count, std::filesystem::path const& file) {
   auto const present = RegionMap::open(file);
   if (!present || present->size() <= 2 * count) return std::nullopt;
-  return "the new outlines have only " + std::to_string(count) + " regions of the " +
-         std::to_string(present->size()) + " that are known; remove " + file.string() +
-         " to take them all the same";
+  return "the new outlines have only " + std::to_string(count) + " of the " +
+         std::to_string(present->size()) + " known regions; remove " + file.string() + " to use them anyway";
 }
 
 /// "2026-02-20" of "MeteoAlarm_Geocodes_2026_02_20.json"; empty for a name without a day.
@@ -125,7 +124,7 @@ Result<RegionUpdate, std::string> updateRegions(HttpClient& http, std::string co
   auto const files = decodeJson<std::vector<ListedFile>>(*list);
   if (!files) return std::unexpected("the list of outlines cannot be read: " + files.error().text());
   std::string const newest = newestOf(*files);
-  if (newest.empty()) return std::unexpected("the list of outlines has none in it");
+  if (newest.empty()) return std::unexpected("the list of outlines is empty");
   std::string const day = dayOf(newest);
   RegionUpdate nothingNew;
   nothingNew.edition = newest;

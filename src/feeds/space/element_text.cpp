@@ -297,7 +297,7 @@ Result<ElementText, std::string> elementText(std::string_view document) {
   document = trimmed(document);
   auto elements = document.starts_with('[') ? fromObjects(document) : fromTable(document);
   if (!elements) elements = fromElementSets(document);
-  if (!elements) return std::unexpected("the answer is no table of orbital elements");
+  if (!elements) return std::unexpected("the response is not a valid table of orbital elements");
   return std::move(*elements);
 }
 

@@ -47,7 +47,7 @@ std::optional<std::string> GeomagneticService::renew(std::stop_token const& stop
   if (!response) return response.error();
   if (!isSuccess(response->status)) return statusProblem(response->status);
   auto const kp = newestKp(response->body);
-  if (!kp) return "the answer holds no K index";
+  if (!kp) return "the response contains no K index";
   cachedKp_ = kp;
   recent_ = kpReadings(response->body).value_or(std::vector<KpReading>());
   checkedAt_ = clock_.now();

@@ -71,10 +71,10 @@ FeedReading<std::vector<LightningStrike>> HttpLightningSource::fetchStrikes(Coor
                                                                             Instant since,
                                                                             std::stop_token const& stop) {
   if (baseUrl_.empty()) {
-    return notConfiguredReading<std::vector<LightningStrike>>("no source of lightning strikes is set");
+    return notConfiguredReading<std::vector<LightningStrike>>("no lightning source is set");
   }
   if (!isValid(place) || !(radiusKm > 0))
-    return failedReading<std::vector<LightningStrike>>("the circle is not on the globe");
+    return failedReading<std::vector<LightningStrike>>("the coordinates are not valid");
   double const radius = std::min(radiusKm, kLargestRadiusKm);
   std::string const key = placeQuery(place, radius);
   std::lock_guard const turn(turn_);

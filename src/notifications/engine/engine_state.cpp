@@ -43,7 +43,7 @@ class Reader {
   T read(std::string_view key) {
     if (!stored_.contains(key)) return {};
     std::string const* const text = textAt(stored_, key);
-    if (text == nullptr) return failed<T>(key, "it is no text");
+    if (text == nullptr) return failed<T>(key, "it is not a string");
     auto value = decodeJson<T>(*text);
     return value ? std::move(*value) : failed<T>(key, value.error().text());
   }

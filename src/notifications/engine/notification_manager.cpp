@@ -131,7 +131,7 @@ class NotificationManager::Pass {
 
   static Result<void, DeliveryError> notRemembered() {
     return std::unexpected(
-        DeliveryError{DeliveryError::Kind::refused, "what was told could not be remembered"});
+        DeliveryError{DeliveryError::Kind::refused, "the notifications sent could not be saved"});
   }
 
   /// One wording for a summary and day; the template stays where the model has nothing fit to show.

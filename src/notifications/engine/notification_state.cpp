@@ -21,13 +21,13 @@ NotificationState::Saved listOf(SettingValues const& settings) {
   auto list = parseCustomNotifications(text == nullptr ? "" : *text);
   if (list) return std::move(*list);
   return refused("the stored rules cannot be read (" + list.error() +
-                 "); forget them with: nimbara settings reset customNotifications");
+                 "); delete them with: nimbara settings reset customNotifications");
 }
 
 /// Runs `change` on the rule of that identifier.
 RulesResult onRule(Rules& rules, Uuid const& id, auto change) {
   auto const found = std::ranges::find(rules, id, &CustomNotification::id);
-  if (found == rules.end()) return std::unexpected("there is no rule '" + id.text() + "'");
+  if (found == rules.end()) return std::unexpected("no such rule: '" + id.text() + "'");
   change(found);
   return {};
 }
@@ -44,12 +44,10 @@ Result<CustomNotification, std::string> findRule(std::span<CustomNotification co
   CustomNotification const* found = nullptr;
   for (CustomNotification const& rule : rules) {
     if (!rule.id.text().starts_with(wanted)) continue;
-    if (found != nullptr)
-      return std::unexpected("several rules' identifiers begin with '" + oneLine(prefix) + "'");
+    if (found != nullptr) return std::unexpected("several rule IDs start with '" + oneLine(prefix) + "'");
     found = &rule;
   }
-  if (wanted.empty() || found == nullptr)
-    return std::unexpected("there is no rule '" + oneLine(prefix) + "'");
+  if (wanted.empty() || found == nullptr) return std::unexpected("no such rule: '" + oneLine(prefix) + "'");
   return *found;
 }
 

@@ -12,8 +12,7 @@ DbusModule const* dbusModule(std::filesystem::path const& program) {
   return static_cast<DbusModule const*>(loadModule(program, kDbusModuleFile, kDbusModuleSymbol));
 }
 
-constexpr char kNoModule[] =
-    "the program's part for the desktop's services (nimbara-dbus.so) is not installed";
+constexpr char kNoModule[] = "the component for desktop services (nimbara-dbus.so) is not installed";
 
 class NoLocationSource final : public LocationSource {
  public:
@@ -24,14 +23,14 @@ class NoLocationSource final : public LocationSource {
 
  private:
   static LocationError absent() {
-    return {LocationError::Kind::unavailable, "the location is not known: " + std::string(kNoModule)};
+    return {LocationError::Kind::unavailable, "the location is unknown: " + std::string(kNoModule)};
   }
 };
 
 class NoPowerAndNetwork final : public PowerAndNetwork {
  public:
   std::vector<std::string> missing() const override {
-    return {"resuming from sleep and the network's return are not noticed: " + std::string(kNoModule)};
+    return {"resume from sleep and the network coming back are not detected: " + std::string(kNoModule)};
   }
 };
 

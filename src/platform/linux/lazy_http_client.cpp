@@ -15,8 +15,8 @@ Result<HttpResponse, HttpError> LazyHttpClient::get(HttpRequest const& request, 
     giveBackCode();
   });
   if (client_) return client_->get(request, std::move(stop));
-  return std::unexpected(HttpError{HttpError::Kind::protocol,
-                                   "the program's part for the network (nimbara-http.so) is not installed"});
+  return std::unexpected(
+      HttpError{HttpError::Kind::protocol, "the network component (nimbara-http.so) is not installed"});
 }
 
 }  // namespace nimbara

@@ -19,7 +19,7 @@ namespace {
 std::unexpected<StoreError> cannotMake(std::filesystem::path const& path, int error) {
   return std::unexpected(StoreError{
       StoreError::Kind::unwritable,
-      "the settings cannot be kept: " + path.string() + " cannot be made (" + std::strerror(error) + ")"});
+      "the settings cannot be saved: " + path.string() + " cannot be made (" + std::strerror(error) + ")"});
 }
 
 constexpr std::string_view kTemporaryPrefix = ".new-";
@@ -99,21 +99,20 @@ void sweepLeftovers(std::filesystem::path const& directory) {
   }
 }
 
-constexpr std::string_view kDamaged =
-    "it is damaged or no database of this program; move it aside to start anew";
+constexpr std::string_view kDamaged = "it is damaged or not a Nimbara database; move it away to start afresh";
 
 constexpr ProblemRow kProblems[] = {
     {SQLITE_NOTADB, StoreError::Kind::unreadable, kDamaged},
     {SQLITE_CORRUPT, StoreError::Kind::unreadable, kDamaged},
     {SQLITE_ERROR, StoreError::Kind::unreadable, kDamaged},
     {SQLITE_FULL, StoreError::Kind::unwritable, "the disk is full"},
-    {SQLITE_IOERR, StoreError::Kind::unwritable, "the disk is full or fails"},
-    {SQLITE_READONLY, StoreError::Kind::unwritable, "it or its folder may not be written"},
+    {SQLITE_IOERR, StoreError::Kind::unwritable, "the disk is full or failing"},
+    {SQLITE_READONLY, StoreError::Kind::unwritable, "it or its folder is read-only"},
     {SQLITE_CANTOPEN, StoreError::Kind::unwritable, "it cannot be opened; check its permissions"},
     {SQLITE_PERM, StoreError::Kind::unwritable, "it cannot be opened; check its permissions"},
-    {SQLITE_BUSY, StoreError::Kind::busy, "another process has kept it for too long"},
-    {SQLITE_LOCKED, StoreError::Kind::busy, "another process has kept it for too long"},
-    {SQLITE_PROTOCOL, StoreError::Kind::busy, "another process has kept it for too long"},
+    {SQLITE_BUSY, StoreError::Kind::busy, "another program has locked it for too long"},
+    {SQLITE_LOCKED, StoreError::Kind::busy, "another program has locked it for too long"},
+    {SQLITE_PROTOCOL, StoreError::Kind::busy, "another program has locked it for too long"},
 };
 
 }  // namespace
@@ -146,9 +145,9 @@ Result<void, StoreError> checkSettingsFile(std::filesystem::path const& file, st
   struct stat about{};
   bool const isOther = stat(file.c_str(), &about) == 0 && !S_ISREG(about.st_mode);
   if (!isOther) return {};
-  return std::unexpected(StoreError{
-      StoreError::Kind::unreadable,
-      "the settings in " + file.string() + " cannot be " + std::string(doing) + ": it is no regular file"});
+  return std::unexpected(StoreError{StoreError::Kind::unreadable, "the settings in " + file.string() +
+                                                                      " cannot be " + std::string(doing) +
+                                                                      ": it is not a regular file"});
 }
 
 bool isOfNewerVersion(SqliteConnection& connection) {
@@ -157,9 +156,9 @@ bool isOfNewerVersion(SqliteConnection& connection) {
 }
 
 StoreError newerSettings(std::filesystem::path const& file, std::string_view doing) {
-  return {StoreError::Kind::unreadable, "the settings in " + file.string() + " cannot be " +
-                                            std::string(doing) +
-                                            ": a newer version of Nimbara has written them; update this one"};
+  return {StoreError::Kind::unreadable,
+          "the settings in " + file.string() + " cannot be " + std::string(doing) +
+              ": they were saved by a newer version of Nimbara; update this one"};
 }
 
 StoreError settingsDatabaseError(std::filesystem::path const& file, SqliteProblem const& problem,

@@ -134,9 +134,9 @@ Result<std::unique_ptr<SettingsWatch>, StoreError> watchSettingsDatabase(
     std::filesystem::path const& directory) {
   auto watch = std::make_unique<DatabaseWatch>(directory);
   if (watch->error() != 0) {
-    return std::unexpected(
-        StoreError{StoreError::Kind::unreadable, "changes of the settings in " + directory.string() +
-                                                     " cannot be noticed: " + std::strerror(watch->error())});
+    return std::unexpected(StoreError{StoreError::Kind::unreadable,
+                                      "changes of the settings in " + directory.string() +
+                                          " cannot be detected: " + std::strerror(watch->error())});
   }
   return watch;
 }

@@ -30,7 +30,7 @@ timespec momentIn(milliseconds span) {
 TimerfdWakeTimer::TimerfdWakeTimer()
     : timer_(timerfd_create(CLOCK_REALTIME, TFD_CLOEXEC | TFD_NONBLOCK)),
       event_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
-  if (timer_ < 0 || event_ < 0) throw std::runtime_error("the kernel gives no timer");
+  if (timer_ < 0 || event_ < 0) throw std::runtime_error("the kernel provided no timer");
 }
 
 TimerfdWakeTimer::~TimerfdWakeTimer() {

@@ -69,7 +69,8 @@ Result<WttrResponse, APIError> YrNoClient::read(std::string_view body, Coordinat
 Result<WttrResponse, APIError> YrNoClient::readNew(std::string const& path, HttpResponse answer,
                                                    Coordinate place) {
   if (auto refusal = refusalIn(answer)) return std::unexpected(std::move(*refusal));
-  if (answer.status == kDeprecated) warn("MET Norway calls this version of its forecast deprecated");
+  if (answer.status == kDeprecated)
+    warn("MET Norway reports that this version of its forecast is deprecated");
   auto record = read(answer.body, place);
   if (!record) return record;
   Instant const now = clock().now();

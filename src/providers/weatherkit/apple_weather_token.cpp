@@ -112,24 +112,23 @@ std::string tokenPayload(AppleWeatherCredentials const& credentials, Instant iss
 Result<std::string, std::string> signAppleWeatherToken(AppleWeatherCredentials const& credentials,
                                                        std::string_view keyPem, Instant issued) {
   Key const key = readKey(keyPem);
-  if (!key)
-    return std::unexpected("it holds no private key on the curve P-256 in PEM form without a password");
+  if (!key) return std::unexpected("it does not contain an unencrypted P-256 private key in PEM format");
   std::string const signedPart =
       base64UrlEncoded(tokenHeader(credentials)) + "." + base64UrlEncoded(tokenPayload(credentials, issued));
   std::string const signature = sign(key.get(), signedPart);
   ERR_clear_error();
-  if (signature.empty()) return std::unexpected("nothing can be signed with its key");
+  if (signature.empty()) return std::unexpected("its key cannot sign");
   return signedPart + "." + base64UrlEncoded(signature);
 }
 
 Result<std::string, std::string> AppleWeatherToken::get() {
   if (!token_.empty() && clock_.steadyNow() < renewal_) return token_;
   auto pem = readFile(credentials_.keyFile, kLargestKeyFile);
-  if (!pem) return std::unexpected("WeatherKit cannot be asked: " + pem.error());
+  if (!pem) return std::unexpected("WeatherKit cannot be used: " + pem.error());
   auto token = signAppleWeatherToken(credentials_, *pem, clock_.now() + clockError_);
   OPENSSL_cleanse(pem->data(), pem->size());
   if (!token) {
-    return std::unexpected("WeatherKit cannot be asked: the key file " + credentials_.keyFile.string() +
+    return std::unexpected("WeatherKit cannot be used: the key file " + credentials_.keyFile.string() +
                            " cannot be used: " + token.error());
   }
   token_ = std::move(*token);

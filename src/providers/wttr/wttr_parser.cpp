@@ -54,7 +54,7 @@ DecodeError notJson(std::string_view body, DecodeError const& error) {
   constexpr std::size_t kLongestWords = 120;
   std::string const words = oneLine(body, kLongestWords);
   if (words.empty() || words.find_first_of("<{[") == 0) return error;
-  return {"", "it is no forecast but the text \"" + words + "\""};
+  return {"", "it is not a forecast but the text \"" + words + "\""};
 }
 
 }  // namespace
@@ -65,7 +65,7 @@ Result<WttrResponse, DecodeError> parseWttr(std::string_view body) {
   WttrResponse response;
   readLeniently(*document, response);
   if (response.weather.empty() && response.currentCondition.empty()) {
-    return std::unexpected(DecodeError{"", "neither /weather nor /current_condition holds anything"});
+    return std::unexpected(DecodeError{"", "/weather and /current_condition are both empty"});
   }
   return response;
 }

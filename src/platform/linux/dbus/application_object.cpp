@@ -34,7 +34,8 @@ sdbus::Error refusal(char const* why) {
 
 Texts argumentsIn(std::vector<sdbus::Variant> const& parameters) {
   if (parameters.empty()) return {};
-  if (!parameters.front().containsValueOfType<Texts>()) throw refusal("the parameter is no list of texts");
+  if (!parameters.front().containsValueOfType<Texts>())
+    throw refusal("the parameter is not a list of strings");
   auto arguments = parameters.front().get<Texts>();
   bool const isTooLong =
       std::ranges::any_of(arguments, [](std::string const& text) { return text.size() > kLongestText; });
@@ -87,7 +88,7 @@ Result<void, std::string> callApplicationOnBus(std::string const& sessionBus, Ap
     auto const reply = call.action.empty()
                            ? task.call<>(*proxy, kInterface, "Activate", data)
                            : task.call<>(*proxy, kInterface, "ActivateAction", call.action, parameters, data);
-    if (!reply) return std::unexpected("the running program does not answer");
+    if (!reply) return std::unexpected("the running program does not respond");
     if (!*reply) return std::unexpected(reply->error().getMessage());
     return {};
   } catch (sdbus::Error const& error) {

@@ -15,7 +15,7 @@ namespace {
 void requireAnswer(std::string const& address) {
   constexpr std::chrono::milliseconds kPatience{700};
   if (!answersAt(address, kPatience)) {
-    throw sdbus::Error("org.freedesktop.DBus.Error.NoServer", "nobody answers at " + address);
+    throw sdbus::Error("org.freedesktop.DBus.Error.NoServer", "nothing responds at " + address);
   }
 }
 

@@ -14,7 +14,7 @@ constexpr std::chrono::milliseconds kBusPatience{900};
 
 Result<void, DeliveryError> nobodyThere() {
   return std::unexpected(
-      DeliveryError{DeliveryError::Kind::unavailable, "the desktop's session bus (D-Bus) does not answer"});
+      DeliveryError{DeliveryError::Kind::unavailable, "the desktop's session bus (D-Bus) does not respond"});
 }
 
 }  // namespace

@@ -25,24 +25,24 @@ constexpr char kProperties[] = "org.freedesktop.DBus.Properties";
 constexpr std::uint32_t kCityLevel = 4;
 
 LocationError errorOf(Kind kind, std::string_view reason) {
-  return {kind, "the location is not known: " + std::string(reason)};
+  return {kind, "the location is unknown: " + std::string(reason)};
 }
 
 LocationError errorOf(sdbus::Error const& error) {
   std::string const& name = error.getName();
   if (name.ends_with(".AccessDenied")) {
     return errorOf(Kind::denied,
-                   "the location service denies it; allow it in the desktop's privacy settings");
+                   "access to your location is denied; allow it in the desktop's privacy settings");
   }
   bool const absent = name.ends_with(".ServiceUnknown") || name.ends_with(".NameHasNoOwner") ||
                       name.find(".Spawn.") != std::string::npos;
   if (absent) return errorOf(Kind::unavailable, "there is no location service (GeoClue) on this machine");
-  return errorOf(Kind::unavailable, "the location service fails (" + error.getMessage() + ")");
+  return errorOf(Kind::unavailable, "the location service failed (" + error.getMessage() + ")");
 }
 
 LocationError errorOf(BusWait wait) {
-  if (wait == BusWait::stopped) return errorOf(Kind::cancelled, "the question was cancelled");
-  return errorOf(Kind::timedOut, "the location service has found no source that knows it in time");
+  if (wait == BusWait::stopped) return errorOf(Kind::cancelled, "the request was cancelled");
+  return errorOf(Kind::timedOut, "the location service found no position in time");
 }
 
 std::optional<double> number(Properties const& properties, char const* name) {
@@ -68,7 +68,7 @@ Result<LocationFix, LocationError> fixOf(Properties const& properties) {
   auto const latitude = number(properties, "Latitude");
   auto const longitude = number(properties, "Longitude");
   if (!latitude || !longitude || std::abs(*latitude) > 90 || std::abs(*longitude) > 180) {
-    return std::unexpected(errorOf(Kind::unavailable, "the location service gives no coordinate"));
+    return std::unexpected(errorOf(Kind::unavailable, "the location service returned no position"));
   }
   return LocationFix{{*latitude, *longitude}, number(properties, "Accuracy").value_or(0), timeOf(properties)};
 }
@@ -152,7 +152,7 @@ Result<LocationFix, LocationError> converse(std::string const& systemBus, Talk c
   try {
     connection = connectToBus(systemBus);
   } catch (sdbus::Error const&) {
-    return std::unexpected(errorOf(Kind::unavailable, "there is no system bus (D-Bus) to ask on"));
+    return std::unexpected(errorOf(Kind::unavailable, "there is no system bus (D-Bus)"));
   }
   try {
     return talk(*connection);

@@ -29,11 +29,11 @@ bool isAbsence(sdbus::Error const& error) {
 
 DeliveryError errorOf(sdbus::Error const& error) {
   if (isAbsence(error)) return {Kind::unavailable, "there is no notification service on this desktop"};
-  return {Kind::refused, "the notification service refuses (" + error.getMessage() + ")"};
+  return {Kind::refused, "the notification service refused it (" + error.getMessage() + ")"};
 }
 
 DeliveryError noAnswer() {
-  return {Kind::unavailable, "the notification service does not answer in time"};
+  return {Kind::unavailable, "the notification service took too long to respond"};
 }
 
 }  // namespace

@@ -27,8 +27,8 @@ struct Known {
 
 constexpr Known kServices[] = {
     {Bus::system, "org.freedesktop.GeoClue2", "where you are"},
-    {Bus::system, "org.freedesktop.login1", "noticing the return from sleep"},
-    {Bus::system, "org.freedesktop.NetworkManager", "noticing the network's return"},
+    {Bus::system, "org.freedesktop.login1", "detecting resume from sleep"},
+    {Bus::system, "org.freedesktop.NetworkManager", "detecting the network coming back"},
     {Bus::session, "org.freedesktop.Notifications", "showing notifications", &notificationDetails},
     {Bus::session, "org.freedesktop.portal.Desktop", "the desktop's settings"},
 };
@@ -49,7 +49,7 @@ std::string notificationDetails(sdbus::IConnection& connection) {
   BusTask task(connection, kPatience, {});
   using Text = std::string;
   auto const server = task.call<Text, Text, Text, Text>(*proxy, kServer, "GetServerInformation");
-  if (!server || !*server) return "it does not tell what it is";
+  if (!server || !*server) return "unnamed";
   auto const& [name, vendor, version, specification] = **server;
   std::string details = name + " " + version;
   Names capabilities = ask(*proxy, connection, kServer, "GetCapabilities");

@@ -24,10 +24,11 @@ SystemWatch::SystemWatch(std::string const& systemBus, Listener listener) : list
     connect(systemBus);
   } catch (sdbus::Error const&) {
     connection_.reset();
-    missing_.emplace_back("resuming from sleep is not noticed: there is no system bus (D-Bus)");
+    missing_.emplace_back("resume from sleep is not detected: there is no system bus (D-Bus)");
   }
   if (!managed_ && notices_.descriptor() < 0) {
-    missing_.emplace_back("the network's return is not noticed: neither NetworkManager nor the kernel tells");
+    missing_.emplace_back(
+        "the network coming back is not detected: neither NetworkManager nor the kernel reports it");
   }
   thread_ = std::jthread([this](std::stop_token const& stop) { run(stop); });
 }
@@ -45,7 +46,7 @@ void SystemWatch::connect(std::string const& systemBus) {
   hearNetworkManager();
   managed_ = hasOwner(kNetworkManager);
   if (!hasOwner(kLogind)) {
-    missing_.emplace_back("resuming from sleep is not noticed: there is no login service (logind)");
+    missing_.emplace_back("resume from sleep is not detected: there is no login service (logind)");
   }
 }
 

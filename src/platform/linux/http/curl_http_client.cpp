@@ -97,23 +97,23 @@ struct CodeRow {
 constexpr CodeRow kCodes[] = {
     {CURLE_URL_MALFORMAT, Kind::invalidUrl, "the address is not a URL", ""},
     {CURLE_COULDNT_RESOLVE_HOST, Kind::unresolvedHost, "could not resolve host ", "{host}"},
-    {CURLE_COULDNT_RESOLVE_PROXY, Kind::unresolvedHost, "could not resolve the proxy's name", ""},
+    {CURLE_COULDNT_RESOLVE_PROXY, Kind::unresolvedHost, "could not resolve the proxy's host name", ""},
     {CURLE_COULDNT_CONNECT, Kind::connectionFailed, "could not connect to ", "{host}"},
     // A server that was reached has been asked, whatever became of its answer.
-    {CURLE_GOT_NOTHING, Kind::truncated, "the server closed the connection without an answer", ""},
-    {CURLE_SEND_ERROR, Kind::truncated, "the connection broke while the request was sent", ""},
-    {CURLE_RECV_ERROR, Kind::truncated, "the connection broke", ""},
+    {CURLE_GOT_NOTHING, Kind::truncated, "the server closed the connection without a response", ""},
+    {CURLE_SEND_ERROR, Kind::truncated, "the connection was lost while sending the request", ""},
+    {CURLE_RECV_ERROR, Kind::truncated, "the connection was lost", ""},
     {CURLE_PEER_FAILED_VERIFICATION, Kind::tlsFailed, "the certificate could not be verified for ", "{host}"},
-    {CURLE_SSL_CONNECT_ERROR, Kind::tlsFailed, "no secure connection could be made to ", "{host}"},
-    {CURLE_SSL_CACERT_BADFILE, Kind::tlsFailed, "the system's certificates cannot be read", ""},
+    {CURLE_SSL_CONNECT_ERROR, Kind::tlsFailed, "could not establish a secure connection to ", "{host}"},
+    {CURLE_SSL_CACERT_BADFILE, Kind::tlsFailed, "the system's certificates could not be read", ""},
     {CURLE_SSL_ISSUER_ERROR, Kind::tlsFailed, "the certificate could not be verified for ", "{host}"},
-    {CURLE_PARTIAL_FILE, Kind::truncated, "the answer was cut short", ""},
-    {CURLE_BAD_CONTENT_ENCODING, Kind::truncated, "the compressed answer is damaged", ""},
-    {CURLE_FILESIZE_EXCEEDED, Kind::bodyTooLarge, "the answer is larger than is allowed", ""},
-    {CURLE_HTTP2, Kind::protocol, "the answer breaks the rules of HTTP/2", ""},
-    {CURLE_HTTP2_STREAM, Kind::truncated, "the answer was cut short", ""},
-    {CURLE_WEIRD_SERVER_REPLY, Kind::protocol, "the answer is not HTTP", ""},
-    {CURLE_UNSUPPORTED_PROTOCOL, Kind::protocol, "the answer is not HTTP", ""},
+    {CURLE_PARTIAL_FILE, Kind::truncated, "the response was incomplete", ""},
+    {CURLE_BAD_CONTENT_ENCODING, Kind::truncated, "the compressed response is damaged", ""},
+    {CURLE_FILESIZE_EXCEEDED, Kind::bodyTooLarge, "the response is too large", ""},
+    {CURLE_HTTP2, Kind::protocol, "the response is not valid HTTP/2", ""},
+    {CURLE_HTTP2_STREAM, Kind::truncated, "the response was incomplete", ""},
+    {CURLE_WEIRD_SERVER_REPLY, Kind::protocol, "the response is not HTTP", ""},
+    {CURLE_UNSUPPORTED_PROTOCOL, Kind::protocol, "the response is not HTTP", ""},
 };
 
 }  // namespace
@@ -281,18 +281,18 @@ std::optional<CurlHttpClient::Session::Attempt> CurlHttpClient::Session::attempt
 
 HttpError CurlHttpClient::Session::errorOf(Attempt const& attempt, HttpRequest const& request,
                                            Target const& target) {
-  if (attempt.tooLarge) return {Kind::bodyTooLarge, "the answer is larger than is allowed"};
+  if (attempt.tooLarge) return {Kind::bodyTooLarge, "the response is too large"};
   if (attempt.code == CURLE_OPERATION_TIMEDOUT && !attempt.isConnected) {
     return {Kind::connectionFailed,
             "no connection to " + target.host + " within " + secondsText(request.timeout)};
   }
   if (attempt.code == CURLE_OPERATION_TIMEDOUT) {
     return {Kind::timedOut,
-            "no whole answer from " + target.host + " within " + secondsText(request.timeout)};
+            "no complete response from " + target.host + " within " + secondsText(request.timeout)};
   }
   // A connection that breaks behind the headers has cut the body.
   if (attempt.code == CURLE_RECV_ERROR && attempt.response.status != 0) {
-    return {Kind::truncated, "the answer was cut short"};
+    return {Kind::truncated, "the response was incomplete"};
   }
   auto const row = std::ranges::find(kCodes, attempt.code, &CodeRow::code);
   if (row == std::ranges::end(kCodes)) {
@@ -323,7 +323,7 @@ Result<HttpResponse, HttpError> CurlHttpClient::Session::exchange(HttpRequest co
     if (!sameOrigin(target, next)) dropSecrets(hop.headers);
     hop.url = made->redirect;
   }
-  return std::unexpected(HttpError{Kind::refusedRedirect, "the server redirects without end"});
+  return std::unexpected(HttpError{Kind::refusedRedirect, "the server redirects endlessly"});
 }
 
 CurlHttpClient::CurlHttpClient(CurlOptions options) : options_(std::move(options)) {
