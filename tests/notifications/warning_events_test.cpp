@@ -187,6 +187,52 @@ TEST_F(WarningEvents, RingWhereTheyAreNotOnlyNear) {
   EXPECT_EQ(report.plan.decisions.at(0).place, "Testville, Boulder");
 }
 
+TEST_F(WarningEvents, SayThatTheyAreOnlyNear) {
+  WeatherAlert near = warning(AlertSeverity::warning);
+  near.distanceKm = 20;
+  EXPECT_EQ(outcomeAfter(0min, {near}), RuleOutcome::announced);
+  EXPECT_EQ(last().body, "Take care.\nNear Testville: the warned area starts 20 km away.");
+  near.distanceKm = 12;
+  EXPECT_EQ(outcomeAfter(15min, {near}), RuleOutcome::alreadyDelivered) << "the event is what it was";
+  near.expires = *near.expires + 3h;
+  EXPECT_EQ(outcomeAfter(15min, {near}), RuleOutcome::endMoved);
+  EXPECT_TRUE(last().body.ends_with("Near Testville: the warned area starts 12 km away.")) << last().body;
+}
+
+TEST_F(WarningEvents, ThatRangAsNearOnesAreReplacedInSilenceWhenTheyReachThePlace) {
+  WeatherAlert alert = warning(AlertSeverity::warning);
+  alert.distanceKm = 20;
+  EXPECT_EQ(outcomeAfter(0min, {alert}), RuleOutcome::announced);
+  alert.distanceKm.reset();
+  EXPECT_EQ(outcomeAfter(15min, {alert}), RuleOutcome::updated);
+  EXPECT_EQ(engine.center.updated().back().body, "Take care.");
+  EXPECT_EQ(outcomeAfter(15min, {alert}), RuleOutcome::alreadyDelivered);
+  alert.distanceKm = 20;
+  EXPECT_EQ(outcomeAfter(15min, {alert}), RuleOutcome::alreadyDelivered);
+}
+
+TEST_F(WarningEvents, SayOfEachPlaceWhetherTheyAreOnlyNear) {
+  WeatherAlert alert = warning(AlertSeverity::warning);
+  auto const at = [&](std::optional<double> here, std::optional<double> there) {
+    alert.distanceKm = here;
+    engine.warnings = {alert};
+    RuleInputs const home = engine.here();
+    alert.distanceKm = there;
+    engine.warnings = {alert};
+    alert.id = Uuid::random();
+    return engine.pass({home, engine.elsewhere("boulder", "Boulder")});
+  };
+  at({}, 34);
+  EXPECT_EQ(last().title, "Testville, Boulder: Warning 1");
+  EXPECT_EQ(last().body, "Take care.\nNear Boulder: the warned area starts 34 km away.");
+  at(20, {});
+  EXPECT_EQ(last().body, "Take care.\nNear Testville: the warned area starts 20 km away.");
+  at(20, 34);
+  EXPECT_EQ(last().body,
+            "Take care.\nNear Testville: the warned area starts 20 km away.\n"
+            "Near Boulder: the warned area starts 34 km away.");
+}
+
 TEST_F(WarningEvents, AreKnownByWhatTheyAreAboutWhenTheirIdentifierIsLost) {
   WeatherAlert alert = warning();
   alert.event = "HR|wind|EMMA_ID:HR001";

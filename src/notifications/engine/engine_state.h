@@ -29,6 +29,7 @@ struct ShownEvent {
   bool isLifted = false;               ///< people were told that it is over: its return is news
   bool hasRung = false;
   bool wasCovered = false;          ///< told without a ring since it was only near
+  bool wasNear = false;             ///< told as an event outside the place
   std::optional<Instant> toldEnds;  ///< the end that people know of
   std::optional<Instant> began;
   std::string title;     ///< under which it was told; empty in a state of an older version
@@ -50,6 +51,7 @@ inline constexpr auto jsonFields<ShownEvent> = FieldList{field("severity", &Show
                                                          fieldOr("isLifted", &ShownEvent::isLifted),
                                                          fieldOr("hasRung", &ShownEvent::hasRung),
                                                          fieldOr("wasCovered", &ShownEvent::wasCovered),
+                                                         fieldOr("wasNear", &ShownEvent::wasNear),
                                                          fieldOr("toldEnds", &ShownEvent::toldEnds),
                                                          fieldOr("began", &ShownEvent::began),
                                                          fieldOr("title", &ShownEvent::title),

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <tuple>
 
 namespace nimbara {
 
@@ -19,7 +20,10 @@ namespace {
 constexpr std::chrono::minutes kAbsenceOfWhatIsOver{15};
 
 bool tellsMore(Finding const& a, Finding const& b) {
-  return a.isCovered != b.isCovered ? !a.isCovered : a.severity > b.severity;
+  auto const rank = [](Finding const& finding) {
+    return std::tuple(!finding.isCovered, finding.severity, !finding.isNear);
+  };
+  return rank(a) > rank(b);
 }
 
 /// "HR|wind|" of "HR|wind|EMMA_ID:HR001"; empty for what is not told apart by its region.
@@ -106,12 +110,15 @@ void PassPlanner::merge(PlannedEvents& events, Finding const& finding, RuleInput
     return;
   }
   // What is only near one place may be at the door of another.
+  bool const areBoth = !known.finding.remark.empty() && !finding.remark.empty();
+  std::string remarks = known.finding.remark + (areBoth ? "\n" : "") + finding.remark;
   if (tellsMore(finding, known.finding)) {
     alone.names = known.names + ", " + alone.names;
     known = std::move(alone);
   } else {
     known.names += ", " + inputs.place.name;
   }
+  known.finding.remark = std::move(remarks);
   known.isElsewhere = true;
 }
 
@@ -145,7 +152,9 @@ RuleOutcome PassPlanner::followed(Rule const& rule, Decision const& decision,
   if (shown->isLifted || isCloser) return told(rule, event);
   if (event.finding.severity > shown->severity) return event.finding.isCovered ? updated : escalated;
   if (hasMovedEnd(*shown, event.finding.ends)) return endMoved;
-  return shown->digest == decision.digest ? alreadyDelivered : updated;
+  // What is shown must not say that it is elsewhere once it is here.
+  bool const isHereNow = shown->wasNear && !event.finding.isNear;
+  return shown->digest == decision.digest && !isHereNow ? alreadyDelivered : updated;
 }
 
 void PassPlanner::tellNewEnd(Decision& decision, PlannedEvent const& event) const {

@@ -103,6 +103,7 @@ void rememberShown(Decision const& decision, EngineState& state) {
   shown.digest = decision.digest;
   shown.hasRung = rings || (shown.hasRung && !isAnew);
   shown.wasCovered = decision.isCovered && !shown.hasRung;
+  shown.wasNear = decision.isNear;
   shown.isWithdrawn = shown.isLifted = false;
   if (!isText || isAnew) shown.toldEnds = decision.ends;
   shown.ends = decision.ends;

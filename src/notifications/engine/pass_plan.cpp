@@ -253,6 +253,7 @@ Decision PassPlanner::draft(Rule const& rule, PlannedEvent const& event) const {
   decision.event = event.finding.event;
   decision.title = event.finding.title;
   decision.isCovered = event.finding.isCovered;
+  decision.isNear = event.finding.isNear;
   decision.place = event.names;
   decision.placeTag = event.inputs->place.tag;
   decision.measured = event.measured;
@@ -261,6 +262,7 @@ Decision PassPlanner::draft(Rule const& rule, PlannedEvent const& event) const {
   decision.fire = event.finding.fire;
   decision.request = requestOf(rule, event, decision.key);
   if (rule.followsEvents) decision.digest = digestOf(decision.request);
+  if (!event.finding.remark.empty()) decision.request.body += "\n" + event.finding.remark;
   return decision;
 }
 

@@ -71,6 +71,7 @@ struct Decision {
   std::string title;       ///< of the finding, without the place
   std::string digest;      ///< of what is told of an event, without what the engine adds
   bool isCovered = false;  ///< told without a ring: it is slight and only near, or cannot be placed
+  bool isNear = false;     ///< told as an event outside the place
   std::string place;       ///< names, by comma
   std::string placeTag;    ///< of the place that tells it
   std::vector<Measurement> measured;

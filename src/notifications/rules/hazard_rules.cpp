@@ -34,7 +34,8 @@ std::string identifierOf(WeatherAlert const& alert) {
   return "gov_" + alert.id.text();
 }
 
-Finding findingOf(WeatherAlert const& alert, Texts const& texts) {
+Finding findingOf(WeatherAlert const& alert, RuleInputs const& inputs) {
+  Texts const& texts = *inputs.texts;
   Finding finding;
   finding.identifier = identifierOf(alert);
   finding.title = alert.title;
@@ -44,6 +45,11 @@ Finding findingOf(WeatherAlert const& alert, Texts const& texts) {
   finding.kind = "gov:" + alert.icon;
   // Neighbours' warnings are many: a slight one that only comes near is listed, not rung.
   finding.isCovered = alert.distanceKm && alert.severity < AlertSeverity::warning;
+  finding.isNear = alert.distanceKm.has_value();
+  if (alert.distanceKm) {
+    finding.remark =
+        texts.format("push.event.near", inputs.place.name, distanceText(inputs, *alert.distanceKm));
+  }
   finding.began = alert.onset;
   finding.ends = alert.expires;
   finding.event = alert.event.value_or("");
@@ -53,7 +59,7 @@ Finding findingOf(WeatherAlert const& alert, Texts const& texts) {
 /// Of a part of the country that nobody can place.
 Finding unplacedFinding(WeatherAlert const& alert, RuleInputs const& inputs) {
   Texts const& texts = *inputs.texts;
-  Finding finding = findingOf(alert, texts);
+  Finding finding = findingOf(alert, inputs);
   std::string const area = alert.areaDesc.value_or(alert.title);
   std::string const where =
       texts.format("push.event.unplaced", countryName(inputs.place.countryCode, texts.language()), area);
@@ -212,7 +218,7 @@ Evaluation officialWarnings(RuleInputs const& inputs, RuleSettings const& settin
       evaluation.untold.push_back(std::move(finding.identifier));
     }
   };
-  for (WeatherAlert const& alert : *inputs.govAlerts) look(alert, findingOf(alert, *inputs.texts));
+  for (WeatherAlert const& alert : *inputs.govAlerts) look(alert, findingOf(alert, inputs));
   for (WeatherAlert const& alert : inputs.unplacedAlerts) {
     // Others are for whoever looks: they are another region's as a rule.
     bool const isDanger = alert.severity == AlertSeverity::critical;

@@ -61,6 +61,10 @@ struct Finding {
   std::optional<Instant> ends;   ///< when it will be over, if that is known
   /// Told by another notification already, or slight and only near: listed without a ring.
   bool isCovered = false;
+  bool isNear = false;  ///< the place is outside, though not far from it
+  /// Said below the body, and no part of what the event is: how far from the place it is. A whole sentence
+  /// that names the place.
+  std::string remark;
   double greatness = 0;  ///< among events of one rule and severity the greater come first: magnitude, MW …
   /// What an official event is about. Together with its period it is the same event under another identifier.
   std::string event;
