@@ -226,15 +226,58 @@ TEST_F(Warnings, AreOverWhenGoodChecksMissThemForAWhile) {
 }
 
 TEST_F(Warnings, OfOtherPlacesOutlastALookAtOneOfThem) {
+  auto const lookAt = [&](std::vector<RuleInputs> places) {
+    engine.clock.advance(15min);
+    engine.isPartial = places.size() == 1;
+    engine.pass(std::move(places));
+    return engine.center.delivered().size();
+  };
+  auto const home = [&] { return engine.here(); };
+  auto const porto = [&] { return engine.elsewhere("porto", "Porto"); };
+  auto const oslo = [&] { return engine.elsewhere("oslo", "Oslo"); };
   add(1);
-  engine.pass();
+  EXPECT_EQ(lookAt({home(), porto()}), 1);
   engine.warnings->clear();
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(lookAt({oslo()}), 1) << "it was never in force there";
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(lookAt({home()}), 1) << "it may still be in force in Porto";
+  EXPECT_EQ(lookAt({porto()}), 1);
+  EXPECT_EQ(lookAt({porto()}), 2) << "told to be over";
+  EXPECT_EQ(lookAt({porto()}), 2);
+  EXPECT_EQ(lookAt({home(), porto()}), 2);
+  EXPECT_EQ(engine.center.withdrawn().size(), 0);
+}
+
+TEST_F(Warnings, OfAPlaceThatSomebodyLooksUpAreFollowedThere) {
+  auto const lookUp = [&] {
+    engine.clock.advance(15min);
+    engine.isPartial = true;
+    engine.pass({engine.elsewhere("oslo", "Oslo")});
+    engine.isPartial = false;
+    return engine.center.delivered().size();
+  };
+  add(1);
+  EXPECT_EQ(lookUp(), 1);
+  auto const inForce = engine.warnings;
+  engine.warnings->clear();
+  for (int i = 0; i < 3; ++i) engine.passAfter(15min);
+  EXPECT_TRUE(engine.center.withdrawn().empty()) << "nobody else looks there";
+  EXPECT_EQ(lookUp(), 1) << "feeds drop one for a moment";
+  EXPECT_EQ(lookUp(), 2);
+  EXPECT_EQ(engine.center.delivered().back().title, "Lifted: Warning 1");
+  EXPECT_EQ(lookUp(), 2) << "once";
+  engine.warnings = inForce;
+  EXPECT_EQ(lookUp(), 3) << "who was told that it is over must know";
+}
+
+TEST_F(Warnings, OfAPlaceThatIsWatchedLaterAreFollowedByTheWatch) {
+  add(1);
   engine.isPartial = true;
-  for (int i = 0; i < 3; ++i) engine.passAfter(2min);
-  EXPECT_EQ(engine.center.delivered().size(), 1);
+  engine.pass();
   engine.isPartial = false;
-  for (int i = 0; i < 2; ++i) engine.passAfter(15min);
-  EXPECT_EQ(engine.center.delivered().size(), 2) << "told, and told to be over";
+  engine.warnings->clear();
+  engine.passAfter(15min);
+  engine.passAfter(15min);
+  EXPECT_EQ(engine.center.delivered().back().title, "Lifted: Warning 1");
 }
 
 TEST_F(Warnings, AtTwoPlacesRingOnceAndNameBoth) {

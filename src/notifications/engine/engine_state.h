@@ -36,7 +36,10 @@ struct ShownEvent {
   std::string kind;      ///< what a mute names
   std::string place;     ///< names
   std::string placeTag;  ///< where it was found last
-  std::string event;     ///< what it is about; may be empty
+  /// Where it may be in force: where the last look at all places found it, and looks at single ones since.
+  std::vector<std::string> placeTags;
+  bool isOfVisit = false;  ///< looks at single places alone have found it
+  std::string event;       ///< what it is about; may be empty
 
   bool operator==(ShownEvent const&) const = default;
 };
@@ -58,6 +61,8 @@ inline constexpr auto jsonFields<ShownEvent> = FieldList{field("severity", &Show
                                                          fieldOr("kind", &ShownEvent::kind),
                                                          fieldOr("place", &ShownEvent::place),
                                                          fieldOr("placeTag", &ShownEvent::placeTag),
+                                                         fieldOr("placeTags", &ShownEvent::placeTags),
+                                                         fieldOr("isOfVisit", &ShownEvent::isOfVisit),
                                                          fieldOr("event", &ShownEvent::event)};
 
 /// A daily reminder as it will be told.

@@ -42,6 +42,11 @@ bool hasNeighbour(PlannedEvents const& events, ShownEvent const& shown) {
   });
 }
 
+/// A state of an older version knows one place alone.
+bool wasFoundAt(ShownEvent const& shown, std::string_view tag) {
+  return shown.placeTags.empty() ? shown.placeTag == tag : std::ranges::count(shown.placeTags, tag) > 0;
+}
+
 }  // namespace
 
 void PassPlanner::planEvents(Rule const& rule) {
@@ -61,7 +66,7 @@ void PassPlanner::planEvents(Rule const& rule) {
   decisions.reserve(events.list.size());
   for (PlannedEvent const& event : events.list) decisions.push_back(eventDecision(rule, event));
   std::ranges::move(boundedEvents(std::move(decisions), context_.texts), std::back_inserter(plan_.decisions));
-  if (rule.followsEvents && looks > 0 && checks == looks && !context_.isPartial) withdrawAbsent(rule, events);
+  if (rule.followsEvents && looks > 0 && checks == looks) withdrawAbsent(rule, events);
   // One place whose feed fails for ever must not make all that comes from the others old news.
   if (checks > 0) plan_.checked.push_back(&rule);
 }
@@ -99,7 +104,8 @@ bool PassPlanner::isSameEvent(ShownEvent const& shown, Finding const& finding) c
 
 void PassPlanner::merge(PlannedEvents& events, Finding const& finding, RuleInputs const& inputs,
                         Evaluation const& evaluation) const {
-  PlannedEvent alone{finding, &inputs, inputs.place.name, !inputs.place.isSelected, evaluation.measured};
+  PlannedEvent alone{
+      finding, &inputs, inputs.place.name, !inputs.place.isSelected, evaluation.measured, {inputs.place.tag}};
   auto const [entry, isNew] = events.byIdentifier.try_emplace(finding.identifier, events.list.size());
   if (isNew) return events.list.push_back(std::move(alone));
   PlannedEvent& known = events.list[entry->second];
@@ -112,8 +118,10 @@ void PassPlanner::merge(PlannedEvents& events, Finding const& finding, RuleInput
   // What is only near one place may be at the door of another.
   bool const areBoth = !known.finding.remark.empty() && !finding.remark.empty();
   std::string remarks = known.finding.remark + (areBoth ? "\n" : "") + finding.remark;
+  known.tags.push_back(inputs.place.tag);
   if (tellsMore(finding, known.finding)) {
     alone.names = known.names + ", " + alone.names;
+    alone.tags = std::move(known.tags);
     known = std::move(alone);
   } else {
     known.names += ", " + inputs.place.name;
@@ -169,7 +177,8 @@ void PassPlanner::withdrawAbsent(Rule const& rule, PlannedEvents const& events) 
   for (auto const& [key, shown] : state_.shown) {
     bool const isFound = events.byIdentifier.contains(key);
     if (isFound || isOver(shown) || shown.isWithdrawn || ruleOf(key) != &rule) continue;
-    bool const isGone = hasBeenAbsent(shown);
+    if (!isLookedFor(shown)) continue;
+    bool const isGone = !isElsewhere(shown) && hasBeenAbsent(shown);
     bool const isThere = events.untold.contains(key) || hasNeighbour(events, shown);
     bool const isNews = isGone && !isThere && isWorthLifting(rule, shown);
     if (isNews) {
@@ -188,8 +197,19 @@ bool PassPlanner::hasBeenAbsent(ShownEvent const& shown) const {
 
 RuleInputs const* PassPlanner::placeOf(ShownEvent const& shown) const {
   auto const found = std::ranges::find_if(
-      places_, [&](RuleInputs const& inputs) { return inputs.place.tag == shown.placeTag; });
+      places_, [&](RuleInputs const& inputs) { return wasFoundAt(shown, inputs.place.tag); });
   return found == places_.end() ? nullptr : &*found;
+}
+
+bool PassPlanner::isLookedFor(ShownEvent const& shown) const {
+  return placeOf(shown) != nullptr || (!context_.isPartial && !shown.isOfVisit);
+}
+
+bool PassPlanner::isElsewhere(ShownEvent const& shown) const {
+  return context_.isPartial && std::ranges::any_of(shown.placeTags, [&](std::string const& tag) {
+           return std::ranges::none_of(places_,
+                                       [&](RuleInputs const& inputs) { return inputs.place.tag == tag; });
+         });
 }
 
 bool PassPlanner::isWorthLifting(Rule const& rule, ShownEvent const& shown) const {
@@ -239,6 +259,8 @@ void PassPlanner::takeAway(RuleOutcome outcome, Rule const& rule, std::string co
   decision.key = key;
   decision.request.identifier = key;
   decision.severity = shown.severity;
+  decision.isPartial = context_.isPartial;
+  for (RuleInputs const& inputs : places_) decision.placeTags.push_back(inputs.place.tag);
 }
 
 }  // namespace nimbara

@@ -89,6 +89,13 @@ void rememberFound(Decision const& decision, ShownEvent& shown) {
   shown.wasAbsent = false;
   shown.absentSince.reset();
   if (!decision.placeTag.empty()) shown.placeTag = decision.placeTag;
+  if (!decision.isPartial) {
+    shown.isOfVisit = false;
+    shown.placeTags.clear();
+  }
+  for (std::string const& tag : decision.placeTags) {
+    if (std::ranges::count(shown.placeTags, tag) == 0) shown.placeTags.push_back(tag);
+  }
 }
 
 void rememberShown(Decision const& decision, EngineState& state) {
@@ -98,6 +105,10 @@ void rememberShown(Decision const& decision, EngineState& state) {
   bool const isAnew = isNew || shown.isLifted;
   bool const isText = decision.outcome == updated;
   bool const rings = decision.outcome == announced || decision.outcome == escalated;
+  if (isAnew) {
+    shown.placeTags.clear();
+    shown.isOfVisit = true;
+  }
   rememberFound(decision, shown);
   shown.severity = isAnew ? decision.severity : std::max(shown.severity, decision.severity);
   shown.digest = decision.digest;
@@ -114,7 +125,16 @@ void rememberShown(Decision const& decision, EngineState& state) {
   shown.event = decision.event;
 }
 
-void rememberAbsent(ShownEvent& shown, Instant now) {
+/// A look at one of its places says nothing of the others.
+void rememberAbsent(Decision const& decision, ShownEvent& shown, Instant now) {
+  auto const isMissed = [&](std::string const& tag) {
+    return std::ranges::count(decision.placeTags, tag) > 0;
+  };
+  bool const isElsewhere = decision.isPartial && !std::ranges::all_of(shown.placeTags, isMissed);
+  if (isElsewhere) {
+    std::erase_if(shown.placeTags, isMissed);
+    return;
+  }
   if (!shown.wasAbsent || !shown.absentSince) shown.absentSince = now;
   shown.wasAbsent = true;
 }
@@ -218,7 +238,7 @@ void apply(Decision const& decision, Instant now, EngineState& state) {
       state.shown[decision.key].isWithdrawn = state.shown[decision.key].isLifted = true;
       break;
     case absent:
-      rememberAbsent(state.shown[decision.key], now);
+      rememberAbsent(decision, state.shown[decision.key], now);
       break;
     case alreadyDelivered:
       if (auto* const shown = find(state.shown, decision.key)) {

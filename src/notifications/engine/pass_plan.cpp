@@ -256,6 +256,8 @@ Decision PassPlanner::draft(Rule const& rule, PlannedEvent const& event) const {
   decision.isNear = event.finding.isNear;
   decision.place = event.names;
   decision.placeTag = event.inputs->place.tag;
+  decision.placeTags = event.tags;
+  decision.isPartial = context_.isPartial;
   decision.measured = event.measured;
   decision.greatness = event.finding.greatness;
   decision.storm = event.finding.storm;

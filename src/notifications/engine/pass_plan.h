@@ -74,6 +74,8 @@ struct Decision {
   bool isNear = false;     ///< told as an event outside the place
   std::string place;       ///< names, by comma
   std::string placeTag;    ///< of the place that tells it
+  std::vector<std::string> placeTags;  ///< of an event: where it was found, or missed
+  bool isPartial = false;              ///< of a look at not all places
   std::vector<Measurement> measured;
   std::string note;                                ///< the evaluation's, or a feed's problem
   std::optional<Instant> since;                    ///< when it was told, or last seen

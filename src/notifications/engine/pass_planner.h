@@ -22,6 +22,8 @@ struct PlannedEvent {
   std::string names;  ///< of its places
   bool isElsewhere = false;
   std::vector<Measurement> measured;
+  std::vector<std::string> tags =
+      {};  // NOLINT(readability-redundant-member-init): added as places are merged
 };
 
 /// Those of one rule, each once, in the order of their finding.
@@ -132,7 +134,13 @@ class PassPlanner {
   /// A later message of the event has moved its end.
   bool isProlonged(Rule const& rule, std::string_view key);
   bool hasBeenAbsent(ShownEvent const& shown) const;
+  /// The first of the pass's places where it was found; null where it was found at none of them.
   RuleInputs const* placeOf(ShownEvent const& shown) const;
+  /// What a look that does not find it says: a look at all places nothing of what somebody looked up for a
+  /// place that is not among them, one at a single place only that it is not there.
+  bool isLookedFor(ShownEvent const& shown) const;
+  /// It may still be in force where this pass does not look.
+  bool isElsewhere(ShownEvent const& shown) const;
   /// It rang, and its place is looked at still. At night and while notices are put off it just goes.
   bool isWorthLifting(Rule const& rule, ShownEvent const& shown) const;
   void lift(Rule const& rule, std::string const& key, ShownEvent const& shown);
