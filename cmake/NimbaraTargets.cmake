@@ -92,9 +92,10 @@ function(nimbara_test name)
 endfunction()
 
 # Embeds FILES as byte arrays: `extern std::string_view const <symbol>` for each, in namespace nimbara::resources.
-# The symbol is the file's name with every other character than letters and digits turned into "_".
+# The symbol is the file's name with every other character than letters and digits turned into "_". LIST names a
+# `std::span<std::pair<std::string_view, std::string_view const*> const>` of the files: name without ending, bytes.
 function(nimbara_embed target)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "FILES")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "LIST" "FILES")
   foreach(file IN LISTS arg_FILES)
     get_filename_component(name ${file} NAME)
     string(REGEX REPLACE "[^A-Za-z0-9]" "_" symbol ${name})
@@ -106,7 +107,28 @@ function(nimbara_embed target)
       DEPENDS ${file} ${PROJECT_SOURCE_DIR}/cmake/Embed.cmake VERBATIM)
     target_sources(${target} PRIVATE ${source})
     set_source_files_properties(${source} PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
+    get_filename_component(stem ${file} NAME_WE)
+    string(APPEND declarations "extern std::string_view const ${symbol};\n")
+    string(APPEND rows "    {\"${stem}\", &${symbol}},\n")
   endforeach()
+  if(arg_LIST)
+    set(source ${CMAKE_CURRENT_BINARY_DIR}/resource_list_${arg_LIST}.cpp)
+    file(CONFIGURE OUTPUT ${source} @ONLY CONTENT [[
+#include <span>
+#include <string_view>
+#include <utility>
+namespace nimbara::resources {
+@declarations@
+using Row = std::pair<std::string_view, std::string_view const*>;
+static Row const rows[] = {
+@rows@};
+extern std::span<Row const> const @arg_LIST@;
+std::span<Row const> const @arg_LIST@(rows);
+}  // namespace nimbara::resources
+]])
+    target_sources(${target} PRIVATE ${source})
+    set_source_files_properties(${source} PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
+  endif()
 endfunction()
 
 # Embeds the bytes of FILE, which is made while building, as they are: <symbol>_begin and <symbol>_end are its bounds.

@@ -42,7 +42,8 @@ std::optional<EarlyEnd> understandCommon(CommonOptions& common, RawOptions const
     return mistake("'" + oneLine(raw.units) + "' is not a unit system; choose metric or imperial");
   }
   if (!raw.language.empty() && !Texts::has(raw.language)) {
-    return mistake("there are no texts in the language '" + oneLine(raw.language) + "'; choose en, pt or zh");
+    return mistake("there are no texts in the language '" + oneLine(raw.language) + "'; choose " +
+                   Texts::languageList());
   }
   common.language = raw.language;
   return std::nullopt;
@@ -96,7 +97,7 @@ void defineCommon(CLI::App& app, CommandLine& line, RawOptions& raw) {
   app.add_option("--now", raw.now, "Pretend it is this time, for example 2026-11-21T06:00:00Z (NIMBARA_NOW)")
       ->type_name("TIME");
   app.add_option("--units", raw.units, "metric or imperial")->type_name("SYSTEM");
-  app.add_option("--lang", raw.language, "Language: en, pt or zh")->type_name("CODE");
+  app.add_option("--lang", raw.language, "Language: " + Texts::languageList())->type_name("CODE");
   app.add_flag("-v,--verbose", line.common.verbose, "Log what happens to standard error");
 }
 

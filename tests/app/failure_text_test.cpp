@@ -40,7 +40,7 @@ TEST(FailureText, SaysInTheUsersLanguageWhatHappened) {
 }
 
 TEST(FailureText, HasWordsForEveryFailure) {
-  for (std::string_view const language : Texts::languages()) {
+  for (auto const& [language, name] : Texts::languages()) {
     Texts const texts = Texts::load(language);
     for (std::string_view const kind : enumNames<HttpError::Kind>) {
       EXPECT_TRUE(texts.translates("failure." + std::string(kind))) << language << " " << kind;

@@ -3,6 +3,8 @@
 #include "base/text/display_text.h"
 #include "base/text/text.h"
 #include "base/units.h"
+#include "base/words/compass_point.h"
+#include "base/words/plural_form.h"
 
 #include <gtest/gtest.h>
 
@@ -36,25 +38,64 @@ TEST(MessageFormat, KeepsWhatItCannotFill) {
   EXPECT_EQ(format("%n%x", {"one"}), "%n%x");
 }
 
-TEST(Texts, EveryTranslationHasThePlaceholdersOfEnglish) {
-  Texts const english = Texts::load("en");
-  EXPECT_GT(english.table().size(), 50U);
-  for (std::string_view const language : Texts::languages()) {
-    Texts const texts = Texts::load(language);
-    EXPECT_FALSE(texts.table().empty()) << language;
-    for (auto const& [key, text] : texts.table()) {
-      ASSERT_TRUE(english.translates(key)) << language << " has a text that English lacks: " << key;
-      EXPECT_EQ(placeholders(text), placeholders(english.text(key))) << language << " " << key;
+struct FormRow {
+  char const* locale;
+  char const* special;
+  std::vector<std::pair<int, char const*>> numbers;
+};
+
+TEST(PluralForms, AreThoseOfTheLanguage) {
+  for (FormRow const& row :
+       {FormRow{"en", "one", {{0, "other"}, {1, "one"}, {2, "other"}}},
+        {"fr", "one", {{0, "one"}, {1, "one"}, {2, "other"}}},
+        {"pt_PT", "one", {{0, "other"}, {1, "one"}}},
+        {"pt_BR", "one", {{0, "one"}}},
+        {"pl", "one few", {{1, "one"}, {2, "few"}, {4, "few"}, {5, "many"}, {12, "many"}, {22, "few"}}},
+        {"ar", "zero one two few other", {{0, "zero"}, {2, "two"}, {100, "other"}}},
+        {"ja", "", {{1, "other"}}},
+        {"zh", "", {{1, "other"}}}}) {
+    EXPECT_EQ(specialForms(row.locale), row.special) << row.locale;
+    for (auto const& [number, form] : row.numbers) {
+      EXPECT_EQ(pluralForm(row.locale, number), form) << row.locale << " " << number;
     }
   }
 }
 
+// Keys, placeholders and what is behind the English texts: tools/texts.py, a test of its own.
+TEST(Texts, SayOfEachLanguageWhatItNeeds) {
+  ASSERT_EQ(Texts::languages().front().code, "en");
+  for (auto const& [code, name] : Texts::languages()) {
+    Texts const texts = Texts::load(code);
+    EXPECT_EQ(texts.language(), code);
+    EXPECT_FALSE(name.empty()) << code;
+    EXPECT_TRUE(texts.locale().starts_with(code)) << code;
+    EXPECT_EQ(texts.text("language.forms"), specialForms(texts.locale())) << code;
+    EXPECT_NE(Texts::languageList().find(code), std::string::npos);
+  }
+}
+
+TEST(Texts, CountInTheFormsOfTheLanguage) {
+  Texts const english = Texts::load("en");
+  EXPECT_EQ(english.format("report.daysAgo", 1), "1 day ago");
+  EXPECT_EQ(english.format("report.daysAgo", std::size_t{21}), "21 days ago");
+  // The number stands behind another argument, and is left out of its form.
+  EXPECT_EQ(english.format("govAlert.affectingAreas", "Heat", 1U), "Heat affecting one area");
+  EXPECT_EQ(english.format("govAlert.affectingAreas", "Heat", 2U), "Heat affecting 2 areas");
+  EXPECT_EQ(Texts::load("zh").format("report.daysAgo", 1), "1天前");
+}
+
+TEST(Texts, NameThePointsOfTheCompass) {
+  EXPECT_EQ(compassPoint("NNW", Texts::load("pt")), "NNO");
+  EXPECT_EQ(compassPoint("NNW", Texts::load("en")), "NNW");
+  EXPECT_EQ(compassPoint("Variable", Texts::load("zh")), "Variable");
+  EXPECT_EQ(compassPoint("", Texts::load("zh")), "");
+}
+
 TEST(Texts, FallBackToEnglishAndThenToTheKey) {
-  Texts const chinese = Texts::load("zh-Hans");
-  EXPECT_EQ(chinese.language(), "zh");
-  EXPECT_FALSE(chinese.translates("report.noCurrent"));
-  EXPECT_EQ(chinese.text("report.noCurrent"), "Current conditions are unavailable.");
-  EXPECT_EQ(chinese.text("no.such.key"), "no.such.key");
+  EXPECT_EQ(Texts::load("zh-Hans").language(), "zh");
+  EXPECT_EQ(Texts::load("zh_TW.UTF-8").language(), "zh");
+  EXPECT_EQ(Texts::load("pt_BR").locale(), "pt_PT");
+  EXPECT_EQ(Texts::load("zh").text("no.such.key"), "no.such.key");
   EXPECT_EQ(Texts::load("xx").language(), "en");
   EXPECT_EQ(Texts::load("C.UTF-8").language(), "en");
   EXPECT_FALSE(Texts::has("xx"));

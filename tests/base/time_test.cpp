@@ -137,7 +137,7 @@ TEST(TimeWords, HaveOneClockForAllForms) {
                              " around 16:00", "Sunday 00:00", "Sat, 16:05"},
                          Row{"pt_BR@hours=h23", "16:00", "16", "16:05", "16:05:09", "amanhã 00:00",
                              " por volta de 16:00", "domingo 00:00", "sáb., 16:05"},
-                         Row{"zh@hours=h12", "4 下午", "4 下午", "下午4:05", "下午4:05:09", "明天12 上午",
+                         Row{"zh@hours=h12", "4 下午", "下午4", "下午4:05", "下午4:05:09", "明天12 上午",
                              "，4 下午左右", "星期日 上午12:00", "周六, 下午4:05"}}) {
     Texts const texts = Texts::load(row.locale);
     TimeWords const words(texts, zone("UTC"));
@@ -158,10 +158,12 @@ TEST(TimeWords, HaveOneClockForAllForms) {
 }
 
 TEST(HourClock, FollowsTheLocaleAndTravelsInItsName) {
-  for (char const* const locale : {"", "C", "C.UTF-8", "POSIX", "en_US", "en_US.UTF-8", "en-US"}) {
+  for (char const* const locale : {"", "C", "C.UTF-8", "POSIX", "en_US", "en_US.UTF-8", "en-US", "en",
+                                   "en_CA", "en_AU.UTF-8", "hi_IN", "ko_KR", "zh_TW", "zh-Hant-HK"}) {
     EXPECT_EQ(hourClockOf(locale), HourClock::twelve) << locale;
   }
-  for (char const* const locale : {"en_GB.UTF-8", "en", "en_CA", "pt_BR.UTF-8", "de_DE@euro", "zh_CN"}) {
+  for (char const* const locale :
+       {"en_GB.UTF-8", "fr_CA", "pt_BR.UTF-8", "de_DE@euro", "de", "pl", "ja_JP", "zh_CN", "tlh"}) {
     EXPECT_EQ(hourClockOf(locale), HourClock::twentyFour) << locale;
   }
   EXPECT_EQ(withHourClock("de_DE@euro", HourClock::twentyFour), "de_DE@hours=h23");

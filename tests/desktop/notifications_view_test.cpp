@@ -58,7 +58,7 @@ TEST_F(NotificationViews, HaveARowForEverySetting) {
 }
 
 TEST_F(NotificationViews, AreWordedInEveryLanguage) {
-  for (std::string_view const language : Texts::languages()) {
+  for (auto const& [language, name] : Texts::languages()) {
     Texts const texts = Texts::load(language);
     for (NotificationGroup const& group : notificationGroups()) {
       EXPECT_TRUE(texts.translates("desktop.notifications.group." + std::string(group.name))) << group.name;
@@ -253,7 +253,7 @@ TEST_F(NotificationViews, NameTheSubjectsOfWarnings) {
   for (std::size_t i = 0; i < enumNames<MeteoAlarmType>.size(); ++i)
     signs.insert(std::string(iconOf(static_cast<MeteoAlarmType>(i))));
   EXPECT_GE(signs.size(), 16U);
-  for (std::string_view const language : Texts::languages()) {
+  for (auto const& [language, name] : Texts::languages()) {
     Texts const texts = Texts::load(language);
     for (std::string const& sign : signs) {
       EXPECT_TRUE(texts.translates("desktop.notifications.kind.gov." + sign)) << language << " " << sign;

@@ -32,7 +32,7 @@ constexpr SettingsGroup kGroups[] = {SettingsGroup::look, SettingsGroup::units, 
                                      SettingsGroup::keys, SettingsGroup::addresses};
 
 TEST(SettingViews, HaveWordsInEveryLanguage) {
-  for (std::string_view const language : Texts::languages()) {
+  for (auto const& [language, name] : Texts::languages()) {
     Texts const texts = Texts::load(language);
     ViewContext const context{texts, Units::metric(), kNow, Calendar::utc(), {}};
     for (SettingsGroup const group : kGroups) {

@@ -191,7 +191,7 @@ std::set<std::string> namedTexts() {
 TEST(Catalogue, HasATextForEveryKeyThatRulesName) {
   std::set<std::string> const keys = namedTexts();
   EXPECT_GT(keys.size(), 100U);
-  for (std::string_view const language : Texts::languages()) {
+  for (auto const& [language, name] : Texts::languages()) {
     Texts const texts = Texts::load(language);
     for (std::string const& key : keys) EXPECT_TRUE(texts.translates(key)) << language << ": " << key;
   }

@@ -249,7 +249,7 @@ TEST(CustomRuleTexts, TellTheSchedule) {
 }
 
 TEST(CustomRuleTexts, HaveWordsForEveryKind) {
-  for (std::string const& language : {std::string("en"), std::string("pt"), std::string("zh")}) {
+  for (auto const& [language, name] : Texts::languages()) {
     Texts const texts = Texts::load(language);
     for (ConditionKind const& kind : conditionKinds()) {
       EXPECT_TRUE(texts.translates("customnotif.type." + std::string(enumName(kind.type)))) << language;

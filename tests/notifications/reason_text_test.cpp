@@ -126,10 +126,8 @@ void expectReference(std::string const& name, std::string const& text) {
   EXPECT_EQ(text, readFile(file, 1 << 20).value_or("")) << name;
 }
 
-TEST(ReasonText, IsASentenceInEveryLanguage) {
-  for (std::string_view const language : Texts::languages()) {
-    expectReference("reasons-" + std::string(language), everyReason(Texts::load(language), Units::metric()));
-  }
+TEST(ReasonText, IsASentence) {
+  expectReference("reasons-en", everyReason(englishTexts(), Units::metric()));
   expectReference("reasons-imperial", everyReason(englishTexts(), Units::imperial()));
 }
 

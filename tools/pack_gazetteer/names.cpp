@@ -3,6 +3,7 @@
 #include "base/text/search_text.h"
 #include "base/time/calendar.h"
 #include "base/words/country_names.h"
+#include "base/words/texts.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -55,7 +56,7 @@ constexpr int kTownShare = 20;
 
 std::string countryKeys(std::string_view code) {
   std::string keys = "\n" + searchFolded(code);
-  for (char const* const language : {"en", "pt", "zh"})
+  for (auto const& [language, name] : Texts::languages())
     keys += "\n" + searchFolded(countryName(code, language));
   for (auto const& [of, key] : kNicknames) {
     if (of == code) keys += "\n" + std::string(key);

@@ -21,7 +21,7 @@ constexpr auto kAutomaticOr = [] {
 }();
 
 bool isLanguage(std::string_view text) {
-  return text == "automatic" || std::ranges::count(Texts::languages(), text) > 0;
+  return text == "automatic" || std::ranges::count(Texts::languages(), text, &Texts::Language::code) > 0;
 }
 
 bool isHost(std::string_view text) {
@@ -48,7 +48,7 @@ constexpr SettingDefinition kGeneral[] = {
      .byDefault = kAutomatic,
      .explanation = "Language",
      .accepts = &isLanguage,
-     .expected = "automatic or a language code: en, pt, zh"},
+     .expected = "automatic or a language code, see nimbara --help"},
     {"desktop_closeToTray", true,
      "Closing the window keeps the program running in the tray, if there is one"},
     {"globeHidden", kNone, "Layers hidden on the globe: names from its legend, separated by commas"},

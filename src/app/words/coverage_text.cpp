@@ -18,9 +18,7 @@ std::string reasonText(std::string const& reason, Texts const& texts) {
 
 /// What is known all the same must not be hidden by what is not.
 std::string withKnown(std::string const& sentence, std::size_t count, Texts const& texts) {
-  if (count == 0) return sentence;
-  return count == 1 ? texts.format("coverage.known.one", sentence)
-                    : texts.format("coverage.known.many", sentence, count);
+  return count == 0 ? sentence : texts.format("coverage.known", sentence, count);
 }
 
 std::string uncheckedText(SourceCoverage const& coverage, Texts const& texts, TimeWords const& words,
@@ -48,11 +46,6 @@ std::string uncoveredText(SourceCoverage const& coverage, Texts const& texts) {
                          : texts.format("coverage.uncovered", country);
 }
 
-std::string countText(SourceCoverage const& coverage, Texts const& texts, std::string const& checkedAt) {
-  return coverage.count == 1 ? texts.format("coverage.one", checkedAt)
-                             : texts.format("coverage.many", coverage.count, checkedAt);
-}
-
 }  // namespace
 
 std::string coverageText(SourceCoverage const& coverage, Texts const& texts, Calendar const& calendar,
@@ -61,7 +54,7 @@ std::string coverageText(SourceCoverage const& coverage, Texts const& texts, Cal
   std::string const checkedAt = coverage.checkedAt ? words.moment(*coverage.checkedAt, now) : std::string();
   switch (coverage.state) {
     case CoverageState::warnings:
-      return countText(coverage, texts, checkedAt);
+      return texts.format("coverage.warnings", coverage.count, checkedAt);
     case CoverageState::none:
       return texts.format("coverage.none", checkedAt);
     case CoverageState::unchecked:

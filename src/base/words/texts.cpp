@@ -3,37 +3,33 @@
 #include "base/json/json.h"
 #include "base/text/text.h"
 #include "base/time/hour_clock.h"
+#include "base/words/plural_form.h"
 
 #include <unicode/dcfmtsym.h>
 
 #include <algorithm>
-#include <array>
+#include <span>
+#include <utility>
 
 namespace nimbara {
 
 namespace resources {
-extern std::string_view const en_json;
-extern std::string_view const pt_json;
-extern std::string_view const zh_json;
+/// Made of the files of resources/texts.
+extern std::span<std::pair<std::string_view, std::string_view const*> const> const texts;
 }  // namespace resources
 
 namespace {
 
-using Table = std::map<std::string, std::string, std::less<>>;
+using Table = Texts::Table;
+using Document = std::pair<std::string_view, std::string_view const*>;
 
-struct Language {
-  std::string_view code;
-  std::string_view const& document;
-};
-
-std::array<Language, 3> const kLanguages{
-    {{"en", resources::en_json}, {"pt", resources::pt_json}, {"zh", resources::zh_json}}};
+constexpr std::string_view kEnglish = "en";
 
 /// "pt_BR.UTF-8" and "pt-BR" speak of "pt".
-Language const* findLanguage(std::string_view name) {
+Document const* findDocument(std::string_view name) {
   std::string const code = asciiLowered(name.substr(0, name.find_first_of("_-.@")));
-  auto const found = std::ranges::find(kLanguages, code, &Language::code);
-  return found == kLanguages.end() ? nullptr : &*found;
+  auto const found = std::ranges::find(resources::texts, code, &Document::first);
+  return found == resources::texts.end() ? nullptr : &*found;
 }
 
 /// The patterns of hours stand in the tables for 12 hours; a clock of 24 has no words and is the same in all.
@@ -45,48 +41,95 @@ constexpr std::pair<std::string_view, std::string_view> kTwentyFourHours[] = {
 };
 
 /// The tables are part of the program and a test reads each; a broken one leaves the keys to show.
-Table readTable(Language const& language) {
-  return decodeJson<Table>(language.document).value_or(Table{});
+Table readTable(Document const& language) {
+  return decodeJson<Table>(*language.second).value_or(Table{});
 }
 
-std::string decimalPointOf(std::string const& language) {
+std::string decimalPointOf(std::string_view locale) {
   UErrorCode status = U_ZERO_ERROR;
-  icu::DecimalFormatSymbols const symbols(icu::Locale(language.c_str()), status);
+  icu::DecimalFormatSymbols const symbols(icu::Locale(std::string(locale).c_str()), status);
   std::string utf8;
   if (U_SUCCESS(status))
     symbols.getSymbol(icu::DecimalFormatSymbols::kDecimalSeparatorSymbol).toUTF8String(utf8);
   return utf8.empty() ? "." : utf8;
 }
 
+std::string_view localeOf(Table const& table) {
+  auto const found = table.find("language.locale");
+  return found == table.end() ? kEnglish : std::string_view(found->second);
+}
+
+std::vector<Texts::Language> readLanguages() {
+  std::vector<Texts::Language> languages;
+  for (Document const& document : resources::texts) {
+    languages.push_back({document.first, readTable(document)["language.name"]});
+  }
+  std::ranges::stable_partition(languages, [](auto const& language) { return language.code == kEnglish; });
+  return languages;
+}
+
+std::string readList() {
+  std::string list;
+  auto const& languages = Texts::languages();
+  for (std::size_t i = 0; i < languages.size(); ++i) {
+    if (i > 0) list += i + 1 == languages.size() ? " or " : ", ";
+    list += languages[i].code;
+  }
+  return list;
+}
+
+/// The form of the text at `usual` that goes with the first whole number; forms stand right behind their
+/// text.
+std::string_view countedForm(Table const& table, Table::const_iterator usual,
+                             std::initializer_list<MessageArgument> arguments) {
+  std::string const stem = usual->first + '#';
+  if (auto const next = std::next(usual); next == table.end() || !next->first.starts_with(stem))
+    return usual->second;
+  for (MessageArgument const& argument : arguments) {
+    auto const* const count = std::get_if<std::int64_t>(&argument.value());
+    if (count == nullptr) continue;
+    auto const form = table.find(stem + pluralForm(localeOf(table), *count));
+    return form == table.end() ? usual->second : form->second;
+  }
+  return usual->second;
+}
+
 }  // namespace
 
-std::vector<std::string_view> Texts::languages() {
-  std::vector<std::string_view> codes;
-  codes.reserve(kLanguages.size());
-  for (Language const& language : kLanguages) codes.push_back(language.code);
-  return codes;
+std::vector<Texts::Language> const& Texts::languages() {
+  static std::vector<Language> const kLanguages = readLanguages();
+  return kLanguages;
+}
+
+std::string const& Texts::languageList() {
+  static std::string const kList = readList();
+  return kList;
 }
 
 bool Texts::has(std::string_view name) {
-  return findLanguage(name) != nullptr;
+  return findDocument(name) != nullptr;
 }
 
 Texts Texts::load(std::string_view name) {
-  Language const& english = kLanguages.front();
-  Language const* const found = findLanguage(name);
-  Language const& language = found == nullptr ? english : *found;
+  Document const* const english = findDocument(kEnglish);
+  Document const* const found = findDocument(name);
+  Document const* const language = found == nullptr ? english : found;
   Texts texts;
-  texts.language_ = language.code;
-  texts.own_ = readTable(language);
-  if (&language != &english) {
-    texts.english_ = readTable(english);
-    texts.decimalPoint_ = decimalPointOf(texts.language_);
+  texts.language_ = language->first;
+  texts.own_ = readTable(*language);
+  if (language != english) {
+    texts.english_ = readTable(*english);
+    texts.decimalPoint_ = decimalPointOf(texts.locale());
   }
   if (hourClockIn(name) == HourClock::twentyFour) {
     for (auto const& [key, pattern] : kTwentyFourHours)
       texts.own_.insert_or_assign(std::string(key), pattern);
   }
   return texts;
+}
+
+std::string_view Texts::locale() const {
+  return localeOf(own_);
 }
 
 std::string_view Texts::text(std::string_view key) const {
@@ -97,7 +140,14 @@ std::string_view Texts::text(std::string_view key) const {
 }
 
 std::string Texts::fill(std::string_view key, std::initializer_list<MessageArgument> arguments) const {
-  return formatMessage(text(key), std::span(arguments.begin(), arguments.size()), decimalPoint_);
+  std::string_view pattern = key;
+  for (Table const* const table : {&own_, &english_}) {
+    auto const found = table->find(key);
+    if (found == table->end()) continue;
+    pattern = countedForm(*table, found, arguments);
+    break;
+  }
+  return formatMessage(pattern, std::span(arguments.begin(), arguments.size()), decimalPoint_);
 }
 
 }  // namespace nimbara

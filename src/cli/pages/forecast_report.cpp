@@ -2,6 +2,7 @@
 
 #include "base/text/number.h"
 #include "base/text/text.h"
+#include "base/words/compass_point.h"
 #include "cli/pages/line_text.h"
 #include "model/condition_text.h"
 #include "model/present.h"
@@ -138,7 +139,7 @@ class Report {
     bool const knowsDirection = !present.windDirection.empty();
     std::string out = knowsDirection ? std::string(style().windArrow(present.windDirection)) + " " : "";
     out += measured(display(present.windSpeedKmph, units().wind), symbol(units().wind));
-    if (knowsDirection) out += " " + present.windDirection;
+    if (knowsDirection) out += " " + compassPoint(present.windDirection, context_.texts);
     if (present.windGustKmph && *present.windGustKmph > present.windSpeedKmph) {
       out += ", " + context_.texts.format("report.gusts", display(*present.windGustKmph, units().wind));
     }

@@ -71,19 +71,20 @@ class Strip {
 
   std::string clockOf(StripHour const& hour) const { return context_.words.hourColumn(hour.forecast->date); }
 
-  /// The hours; where they are too long for a column, every second one in the room of two.
+  /// The hours; where they are too long for a column, every second one in the room of two, or every third.
   std::string clocks() const {
-    bool const crowded = std::ranges::any_of(
-        hours_, [&](StripHour const& hour) { return displayWidth(clockOf(hour)) >= column_; });
+    int widest = 0;
+    for (StripHour const& hour : hours_) widest = std::max(widest, displayWidth(clockOf(hour)));
+    std::size_t const columns = widest / column_ + 1;
     std::size_t index = 0;
     return row("report.hour", [&](HourlyForecast const&) -> std::string {
       std::size_t const own = index++;
       std::string const clock = clockOf(hours_[own]);
-      if (!crowded) return style().painted(right(clock), Colour::dim);
-      if (own % 2 == 1) return {};
-      bool const isLast = own + 1 == hours_.size();
-      return style().painted(style().cell(isLast ? "" : " " + clock, isLast ? column_ : 2 * column_),
-                             Colour::dim);
+      if (columns == 1) return style().painted(right(clock), Colour::dim);
+      if (own % columns > 0) return {};
+      std::size_t const room = std::min(columns, hours_.size() - own);
+      return style().painted(
+          style().cell(room < columns ? "" : " " + clock, static_cast<int>(room) * column_), Colour::dim);
     });
   }
 

@@ -1,5 +1,6 @@
 #include "desktop/views/hours_view.h"
 
+#include "base/words/compass_point.h"
 #include "model/day_summary.h"
 #include "model/present.h"
 #include "model/process.h"
@@ -61,7 +62,8 @@ std::optional<int> chanceOf(HourlyForecast const& hour) {
 
 std::string windText(HourlyForecast const& hour, ViewContext const& context) {
   if (!hour.knows(ForecastValue::windSpeed)) return {};
-  return context.wind(hour.windSpeedKmph) + (hour.windDirection.empty() ? "" : " ") + hour.windDirection;
+  return context.wind(hour.windSpeedKmph) + (hour.windDirection.empty() ? "" : " ") +
+         compassPoint(hour.windDirection, context.texts);
 }
 
 /// "0.4 mm (35 %)", or the one of the two that is known.

@@ -1,6 +1,7 @@
 #include "desktop/views/now_view.h"
 
 #include "base/sun_moon.h"
+#include "base/words/compass_point.h"
 #include "desktop/views/sky/sky_colours.h"
 #include "model/present.h"
 #include "model/process.h"
@@ -136,7 +137,7 @@ std::string uvWord(int index, ViewContext const& context) {
 TileView windTile(Present const& present, ViewContext const& context) {
   TileView tile{"wind", context.text("report.wind"), context.wind(present.windSpeedKmph), {}, 0, 0};
   tile.direction = compassDegrees(present.windDirection).value_or(0);
-  tile.note = present.windDirection;
+  tile.note = compassPoint(present.windDirection, context.texts);
   if (present.windGustKmph && *present.windGustKmph > present.windSpeedKmph) {
     tile.note += (tile.note.empty() ? "" : ", ") +
                  context.texts.format("report.gusts", context.wind(*present.windGustKmph));

@@ -72,7 +72,9 @@ std::string unitLabel(std::string_view value, Unit inUse, bool isChosen, ViewCon
 
 std::string languageLabel(std::string_view value, ViewContext const& context) {
   if (isAutomatic(value)) return context.text("desktop.settings.automatic");
-  return context.text("desktop.language." + std::string(value));
+  auto const& languages = Texts::languages();
+  auto const found = std::ranges::find(languages, value, &Texts::Language::code);
+  return found == languages.end() ? std::string(value) : found->name;
 }
 
 /// An afternoon hour shows which clock the locale's is.
@@ -111,9 +113,8 @@ std::vector<std::string> valuesOf(std::string_view key, SettingDefinition const*
   } else if (key == "desktop_textSize") {
     values.assign(kTextSizes.begin(), kTextSizes.end());
   } else if (key == "language") {
-    auto const languages = Texts::languages();
-    values.assign(languages.begin(), languages.end());
-    values.emplace(values.begin(), "automatic");
+    values.emplace_back("automatic");
+    for (auto const& language : Texts::languages()) values.emplace_back(language.code);
   } else if (definition != nullptr) {
     values.assign(definition->choices.begin(), definition->choices.end());
   }

@@ -62,7 +62,6 @@ std::string formatted(Shown const& shown, Texts const& texts) {
 
 std::string spanText(int hours, Texts const& texts) {
   if (hours == 0) return std::string(texts.text("customnotif.desc.immediate"));
-  if (hours == 1) return std::string(texts.text("customnotif.desc.windowOne"));
   return texts.format("customnotif.desc.window", hours);
 }
 

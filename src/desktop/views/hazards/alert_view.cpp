@@ -156,8 +156,7 @@ std::string sourceOf(OfficialCheck const& check, ViewContext const& context) {
 }
 
 std::string headlineOf(SourceCoverage const& coverage, std::size_t count, ViewContext const& context) {
-  if (count == 1) return context.text("desktop.official.one");
-  if (count > 1) return context.texts.format("desktop.official.many", count);
+  if (count > 0) return context.texts.format("desktop.official.count", count);
   return context.text(coverage.checkedAt ? "desktop.official.none" : "desktop.official.asking");
 }
 

@@ -74,8 +74,7 @@ QuakeView viewOf(EarthquakeEvent const& event, std::optional<Place> const& place
 
 std::string countText(std::size_t count, ViewContext const& context) {
   if (count == 0) return context.text("desktop.quakes.none");
-  if (count == 1) return context.text("desktop.quakes.one");
-  return context.texts.format(count < kMost ? "desktop.quakes.many" : "desktop.quakes.newest", count);
+  return context.texts.format(count < kMost ? "desktop.quakes.count" : "desktop.quakes.newest", count);
 }
 
 std::string noticeOf(HazardReading<std::vector<EarthquakeEvent>> const& quakes, ViewContext const& context) {

@@ -79,7 +79,6 @@ std::string faultText(CustomNotification const& draft, PlaceList const& places, 
 
 std::string spanText(int hours, ViewContext const& view) {
   if (hours == 0) return view.text("desktop.rules.span.now");
-  if (hours == 1) return view.text("customnotif.desc.windowOne");
   return view.texts.format("customnotif.desc.window", hours);
 }
 
