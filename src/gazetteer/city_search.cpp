@@ -1,9 +1,14 @@
 // The names of all cities stand one after another, city by city, the most populous first. Each begins with a
 // line break, each word with a blank: "\n berlin\n new york city\n". One run over this text finds the
 // beginnings of words in the order in which the cities are wanted.
+//
+// Where several cities share a name, another text has how it is written for each, with accents and the city's
+// number: "\ncádiz\t311\n".
 
+#include "base/text/number.h"
 #include "base/text/search_text.h"
 #include "base/text/text.h"
+#include "gazetteer/edit_distance.h"
 #include "gazetteer/gazetteer.h"
 #include "gazetteer/tables.h"
 
@@ -73,13 +78,23 @@ void appendNew(std::vector<std::size_t>& numbers, std::vector<std::size_t> const
 
 /// "Roma" is Rome before it is a town of that name; a town's name of a century ago comes behind both.
 constexpr std::int32_t kKnownByOtherNames = 100'000;
-/// A town's own name counts as much as another name of a city this many times as large: "Porto" is not
-/// Bordeaux, but "Roma" is not the one in Queensland.
-constexpr std::int64_t kOwnNameWeight = 30;
+
+/// By how much a population counts for a city that is called just so, in tenths: "Porto" is not Bordeaux and
+/// "Sion" not Jerusalem, but "Roma" is not the one in Queensland.
+constexpr std::int64_t kOtherName = 10;
+/// "Mykolaiv" of Mykolayiv.
+constexpr std::int64_t kOtherSpelling = 16;
+/// "Frankfurt" of Frankfurt am Main.
+constexpr std::int64_t kShortOwnName = 100;
+constexpr std::int64_t kOwnName = 500;
+/// Who types an accent means it ("Cádiz" is not Cadiz), while it is not the way in which some write a name of
+/// many ("Dhāka"). Who types none may have no key for it.
+constexpr std::int64_t kOwnNameAsTyped = 10'000;
 
 /// How a city's name has the text, the best first.
 enum class Match {
   exact,
+  exactShort,
   exactKnown,
   exactOther,
   capital,
@@ -121,15 +136,31 @@ void addOnce(std::vector<std::size_t>& numbers, std::size_t number, std::size_t 
   if (numbers.size() < count && (numbers.empty() || numbers.back() != number)) numbers.push_back(number);
 }
 
+/// Of `key`, which is a name of the city: "Frankfurt" of "Frankfurt am Main".
+bool beginsOwnName(std::string_view keys, std::string_view key, CityRecord record) {
+  std::string_view const own = keys.substr(record.keys + 1);
+  return own.starts_with(key) && own[key.size()] == ' ';
+}
+
+/// "Halle" of "Halle (Saale)": what stands in brackets only tells it from others.
+bool isBeforeBrackets(std::string_view key, std::size_t city) {
+  std::string_view const name = cityAt(city).name;
+  auto const bracket = name.find(" (");
+  return bracket != std::string_view::npos && searchFolded(name.substr(0, bracket)) == key.substr(1);
+}
+
 /// Of the blank at `at`, before a word that begins like the text; `end` lies behind the text. A city's own
 /// name is the first of its keys; whole words within it count as much as its beginning.
 Match matchAt(std::string_view keys, std::size_t at, std::size_t end, std::size_t city, CityRecord record) {
   bool const begins = keys[at - 1] == '\n';
   bool const isOwn = keys.substr(record.keys + 1, at - record.keys).find('\n') == std::string_view::npos;
+  std::string_view const key = keys.substr(at, end - at);
   if (begins && keys[end] == '\n') {
     if (isOwn) return Match::exact;
+    if (beginsOwnName(keys, key, record)) return Match::exactShort;
     return record.population >= kKnownByOtherNames ? Match::exactKnown : Match::exactOther;
   }
+  if (begins && isOwn && keys[end] == ' ' && isBeforeBrackets(key, city)) return Match::exact;
   if (begins && isOwn && isCapital(city)) return Match::capital;
   if (!isOwn) return begins ? Match::otherName : Match::partOfOtherName;
   bool const isWord = keys[end] == ' ' || keys[end] == '\n';
@@ -140,19 +171,68 @@ bool isInside(Areas const& areas, CityRecord const& record) {
   return std::ranges::all_of(areas, [&](Area const& area) { return area.contains(record); });
 }
 
-std::vector<std::size_t> exactByWeight(Matches& matches) {
-  Table<CityRecord> const table{Section::cities};
-  std::vector<std::size_t> const own = matches[Match::exact];
-  std::vector<std::size_t> numbers = own;
-  appendNew(numbers, matches[Match::exactKnown]);
-  std::ranges::stable_sort(numbers, std::ranges::greater{}, [&](std::size_t number) {
-    bool const isOwn = std::ranges::find(own, number) != own.end();
-    return table[number].population * (isOwn ? kOwnNameWeight : std::int64_t{1});
-  });
+/// Namesakes whose own name others write so.
+std::vector<std::size_t> citiesWrittenSo(std::string const& name) {
+  std::string_view const text = bytesOf(Section::accents);
+  std::string const wanted = "\n" + name + "\t";
+  std::vector<std::size_t> numbers;
+  for (auto at = text.find(wanted); at != std::string_view::npos; at = text.find(wanted, at + 1)) {
+    std::string_view const rest = text.substr(at + wanted.size());
+    if (auto const number = parseInteger(rest.substr(0, rest.find('\n')))) numbers.push_back(*number);
+  }
   return numbers;
 }
 
-std::vector<std::size_t> citiesNamed(std::string_view name, Areas const& areas, std::size_t count) {
+/// What of a name that is the whole text makes it weigh more than its city's population.
+class Weights {
+ public:
+  /// `typed`: the text with its accents, as far as it is known.
+  Weights(std::string_view name, std::string const& typed) : name_(name), typed_(typed) {
+    bool const hasAccents = std::ranges::any_of(typed, [](char c) { return (c & 0x80) != 0; });
+    if (hasAccents) writtenSo_ = citiesWrittenSo(typed);
+    if (!hasAccents) typed_.clear();
+  }
+
+  std::int64_t of(Match match, std::size_t city) const {
+    if (match == Match::exactShort) return kShortOwnName;
+    if (match == Match::exactKnown) return isOtherSpelling(city) ? kOtherSpelling : kOtherName;
+    bool const isAsTyped = !typed_.empty() && (std::ranges::count(writtenSo_, city) > 0 ||
+                                               accentsKept(cityAt(city).name) == typed_);
+    return isAsTyped ? kOwnNameAsTyped : kOwnName;
+  }
+
+ private:
+  /// Of the city's own name.
+  bool isOtherSpelling(std::size_t city) const {
+    constexpr std::size_t kAlike = 4;
+    return searchFolded(cityAt(city).name).starts_with(name_.substr(0, kAlike));
+  }
+
+  std::string_view name_;
+  std::string typed_;
+  std::vector<std::size_t> writtenSo_;
+};
+
+/// Names that are the whole text are few, and weighed against each other.
+constexpr std::array kWeighed{Match::exact, Match::exactShort, Match::exactKnown};
+
+std::vector<std::size_t> exactByWeight(Matches& matches, Weights const& weights) {
+  Table<CityRecord> const table{Section::cities};
+  std::vector<std::pair<std::int64_t, std::size_t>> weighed;
+  for (Match const match : kWeighed) {
+    for (std::size_t const city : matches[match]) {
+      weighed.emplace_back(table[city].population * weights.of(match, city), city);
+    }
+  }
+  std::ranges::stable_sort(weighed, std::ranges::greater{}, [](auto const& entry) { return entry.first; });
+  std::vector<std::size_t> numbers;
+  for (auto const& [weight, city] : weighed) appendNew(numbers, {city});
+  return numbers;
+}
+
+/// `typed`: the name with its accents, as far as it is known.
+std::vector<std::size_t> citiesNamed(std::string_view name, std::string const& typed, Areas const& areas,
+                                     std::size_t count) {
   Matches matches;
   std::string const wanted = " " + std::string(name);
   std::string_view const keys = bytesOf(Section::cityKeys);
@@ -160,10 +240,12 @@ std::vector<std::size_t> citiesNamed(std::string_view name, Areas const& areas, 
   for (auto at = findFrom(keys, wanted, 0); at != std::string_view::npos;
        at = findFrom(keys, wanted, at + 1)) {
     std::size_t const city = cursor.cityAt(at);
-    auto& list = matches[matchAt(keys, at, at + wanted.size(), city, cursor.record())];
-    if (list.size() < count && isInside(areas, cursor.record())) addOnce(list, city, count);
+    Match const match = matchAt(keys, at, at + wanted.size(), city, cursor.record());
+    std::size_t const most = std::ranges::count(kWeighed, match) > 0 ? keys.size() : count;
+    auto& list = matches[match];
+    if (list.size() < most && isInside(areas, cursor.record())) addOnce(list, city, most);
   }
-  std::vector<std::size_t> numbers = exactByWeight(matches);
+  std::vector<std::size_t> numbers = exactByWeight(matches, Weights(name, typed));
   for (auto const& list : matches.cities) appendNew(numbers, list);
   return numbers;
 }
@@ -177,7 +259,7 @@ std::vector<std::size_t> citiesWithArea(std::string_view words, std::size_t coun
     if (end == std::string_view::npos) break;
     Areas const areas{areaNamed(words.substr(end + 1), true)};
     if (areas.front().isEmpty()) continue;
-    appendNew(numbers, citiesNamed(words.substr(0, end), areas, count));
+    appendNew(numbers, citiesNamed(words.substr(0, end), {}, areas, count));
   }
   return numbers;
 }
@@ -195,6 +277,7 @@ Areas areasOf(std::vector<std::string_view> const& parts) {
 /// A text as it is searched for: the folded name and the areas behind it. Nothing for what nobody looks for.
 struct Wanted {
   std::string name;
+  std::string typed;  ///< the name in lower case with its accents
   Areas areas;
   bool hasAreas = false;
 };
@@ -202,14 +285,14 @@ struct Wanted {
 std::optional<Wanted> wantedOf(std::string_view text) {
   if (text.size() > kLongestText) return std::nullopt;
   auto const parts = split(text, ',');
-  Wanted wanted{searchFolded(parts.front()), {}, parts.size() > 1};
+  Wanted wanted{searchFolded(parts.front()), accentsKept(parts.front()), {}, parts.size() > 1};
   if (wanted.name.empty() || parts.size() > kMostParts) return std::nullopt;
   wanted.areas = areasOf(parts);
   return wanted;
 }
 
 std::vector<std::size_t> citiesWanted(Wanted const& wanted, std::size_t count) {
-  std::vector<std::size_t> numbers = citiesNamed(wanted.name, wanted.areas, count);
+  std::vector<std::size_t> numbers = citiesNamed(wanted.name, wanted.typed, wanted.areas, count);
   if (numbers.size() < count && !wanted.hasAreas) appendNew(numbers, citiesWithArea(wanted.name, count));
   return numbers;
 }
@@ -236,46 +319,6 @@ std::vector<City> citiesOf(std::vector<std::size_t> const& numbers, std::size_t 
   for (std::size_t i = 0; i < std::min(count, numbers.size()); ++i) cities.push_back(cityAt(numbers[i]));
   return cities;
 }
-
-/// The edits (a letter more, less or another, or two of them exchanged) between one name and others, by the
-/// bits of a machine word: H. Hyyrö, "A bit-vector algorithm for computing Levenshtein and Damerau edit
-/// distances", 2003. Names longer than the word are cut; bytes stand for letters.
-class EditDistance {
- public:
-  explicit EditDistance(std::string_view name) : length_(std::min<std::size_t>(name.size(), 64)) {
-    for (std::size_t i = 0; i < length_; ++i) places_[byteOf(name[i])] |= std::uint64_t{1} << i;
-  }
-
-  int to(std::string_view other) const {
-    std::uint64_t const last = std::uint64_t{1} << (length_ - 1);
-    std::uint64_t more = ~std::uint64_t{0};
-    std::uint64_t less = 0;
-    std::uint64_t diagonal = 0;
-    std::uint64_t before = 0;
-    int distance = static_cast<int>(length_);
-    for (char const c : other) {
-      std::uint64_t const here = places_[byteOf(c)];
-      std::uint64_t const exchanged = ((~diagonal & here) << 1) & before;
-      diagonal = (((here & more) + more) ^ more) | here | less | exchanged;
-      std::uint64_t up = less | ~(diagonal | more);
-      std::uint64_t down = diagonal & more;
-      if ((up & last) != 0) ++distance;
-      if ((down & last) != 0) --distance;
-      up = (up << 1) | 1;
-      down <<= 1;
-      more = down | ~(diagonal | up);
-      less = up & diagonal;
-      before = here;
-    }
-    return distance;
-  }
-
- private:
-  static std::size_t byteOf(char c) { return static_cast<unsigned char>(c); }
-
-  std::size_t length_;
-  std::array<std::uint64_t, 256> places_{};
-};
 
 /// How many edits a mistyped name of so many letters may have.
 int editsAllowed(std::size_t length) {

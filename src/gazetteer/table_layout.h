@@ -39,11 +39,12 @@ enum class Section : std::uint8_t {
   borders,        // RingRecord, of coarse points
   coarsePoints,   // CoarsePoint
   capitals,       // city numbers (uint16), ascending
+  accents,        // own names of namesakes with accents: see city_search.cpp
   count
 };
 
 inline constexpr auto kSections = static_cast<std::size_t>(Section::count);
-inline constexpr std::uint32_t kMagic = 0x325A474E;  // "NGZ2"
+inline constexpr std::uint32_t kMagic = 0x335A474E;  // "NGZ3"
 
 struct SectionEntry {
   std::uint32_t offset;

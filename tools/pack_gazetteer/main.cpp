@@ -98,6 +98,9 @@ class Packer {
     std::vector<std::uint16_t> tree;
     std::vector<PointRecord> points;
     for (Town const& town : towns_) {
+      if (isListed(town)) ++namesakes_[searchFolded(town.name)];
+    }
+    for (Town const& town : towns_) {
       landmarks.push_back({town.at, countries_.number(town.country), region(town)});
       countries_.addTown(landmarks.back().country, zones_.number(town.zone));
       if (hasWarningsByDistrict(town) && district(town) != kNone)
@@ -109,6 +112,7 @@ class Packer {
       if (town.isCapital) file_.append(Section::capitals, number);
     }
     file_.appendBytes(Section::cityKeys, "\n");
+    file_.appendBytes(Section::accents, "\n");
     orderAsTree(tree.data(), tree.data() + tree.size(), [&](std::uint16_t city) { return points[city]; });
     for (std::uint16_t const city : tree) file_.append(Section::cityTree, city);
     packMarks(landmarks, Section::landmarks);
@@ -127,7 +131,17 @@ class Packer {
                     district(town),  zones_.number(town.zone)};
     city.keys = static_cast<std::uint32_t>(file_.bytes(Section::cityKeys).size());
     for (std::string const& key : searchKeys(town)) file_.appendBytes(Section::cityKeys, "\n " + key);
-    return file_.append(Section::cities, city);
+    std::uint32_t const number = file_.append(Section::cities, city);
+    packAccents(town, number);
+    return number;
+  }
+
+  /// Accents tell towns apart only where there are several of the name.
+  void packAccents(Town const& town, std::uint32_t number) {
+    if (namesakes_[searchFolded(town.name)] < 2) return;
+    for (std::string const& name : accentedNames(town)) {
+      file_.appendBytes(Section::accents, "\n" + name + "\t" + std::to_string(number));
+    }
   }
 
   std::uint16_t region(Town const& town) {
@@ -151,6 +165,7 @@ class Packer {
   ZoneNumbers zones_;
   NamedCodes regions_;
   NamedCodes districts_;
+  std::map<std::string, int> namesakes_;  ///< listed towns by their folded names
   TableFile file_;
 };
 

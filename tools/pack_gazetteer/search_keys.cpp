@@ -61,4 +61,14 @@ std::vector<std::string> searchKeys(Town const& town) {
   return keys;
 }
 
+std::set<std::string> accentedNames(Town const& town) {
+  std::string const own = searchFolded(town.name);
+  std::set<std::string> names;
+  for (std::string_view const alternate : split(town.alternates, ',')) {
+    std::string name = accentsKept(alternate);
+    if (!isAscii(name) && searchFolded(alternate) == own) names.insert(std::move(name));
+  }
+  return names;
+}
+
 }  // namespace nimbara::gazetteer

@@ -34,6 +34,21 @@ bool existsNoMore(std::string_view feature) {
   return std::ranges::find(kGone, feature) != std::ranges::end(kGone);
 }
 
+struct NameThere {
+  std::string_view country, given, name;
+};
+/// Towns to which the source gives a name that is not in the town's own language.
+constexpr NameThere kNamesThere[] = {{"CH", "Sitten", "Sion"}};
+
+void takeOwnName(Town& town) {
+  for (NameThere const& row : kNamesThere) {
+    if (town.country != row.country || town.name != row.given) continue;
+    town.alternates += "," + town.name;
+    town.name = row.name;
+    return;
+  }
+}
+
 std::optional<Town> readTown(std::string_view line) {
   auto const cells = split(line, '\t');
   if (cells.size() != columns) throw std::runtime_error("towns: a line without 19 columns");
@@ -49,6 +64,7 @@ std::optional<Town> readTown(std::string_view line) {
   town.population = parseInteger(cells[population]).value();
   town.isCapital = cells[featureCode] == "PPLC";
   town.isSection = cells[featureCode] == "PPLX";
+  takeOwnName(town);
   return town;
 }
 

@@ -72,4 +72,12 @@ std::string searchFolded(std::string_view text) {
   return utf8;
 }
 
+std::string accentsKept(std::string_view text) {
+  text = trimmed(text);
+  icu::StringPiece const bytes(text.data(), static_cast<std::int32_t>(text.size()));
+  std::string utf8;
+  normalized(composition(), icu::UnicodeString::fromUTF8(bytes).foldCase()).toUTF8String(utf8);
+  return utf8;
+}
+
 }  // namespace nimbara

@@ -11,4 +11,7 @@ namespace nimbara {
 /// taken as blanks. Letters of other scripts stay what they are.
 std::string searchFolded(std::string_view text);
 
+/// UTF-8 `text` in lower case and without blanks around it: what tells apart names that are folded alike.
+std::string accentsKept(std::string_view text);
+
 }  // namespace nimbara
