@@ -77,40 +77,37 @@ std::optional<EarlyEnd> understandCommand(CommandLine& line, RawOptions const& r
 }
 
 /// The parser's own sentences, on one line.
-EarlyEnd endOf(CLI::App const& app, CLI::ParseError const& error) {
-  if (dynamic_cast<CLI::CallForVersion const*>(&error) != nullptr) {
-    return {0, "nimbara " + std::string(kVersion) + "\n"};
-  }
-  if (error.get_exit_code() == 0) {
-    return {0, app.help()};
-  }
-  std::string sentence = oneLine(error.what());
+EarlyEnd earlyEnd(ParseEnd const& end) {
+  if (end.reason != ParseEnd::Reason::mistake) return {0, end.text};
+  std::string sentence = oneLine(end.text);
+  if (sentence.ends_with('?')) return mistake(sentence + " See nimbara --help");
   if (sentence.ends_with('.')) sentence.pop_back();
   return mistake(sentence + "; see nimbara --help");
 }
 
 }  // namespace
 
-void defineCommon(CLI::App& app, CommandLine& line, RawOptions& raw) {
-  app.add_option("--services", raw.services, "Use this base address for every service (NIMBARA_SERVICES)")
-      ->type_name("URL");
-  app.add_option("--now", raw.now, "Pretend it is this time, for example 2026-11-21T06:00:00Z (NIMBARA_NOW)")
-      ->type_name("TIME");
-  app.add_option("--units", raw.units, "metric or imperial")->type_name("SYSTEM");
-  app.add_option("--lang", raw.language, "Language: " + Texts::languageList())->type_name("CODE");
-  app.add_flag("-v,--verbose", line.common.verbose, "Log what happens to standard error");
+void defineCommon(Command command, CommandLine& line, RawOptions& raw) {
+  command.option("--services", raw.services, "Use this base address for every service (NIMBARA_SERVICES)")
+      .called("URL");
+  command.option("--now", raw.now, "Pretend it is this time, for example 2026-11-21T06:00:00Z (NIMBARA_NOW)")
+      .called("TIME");
+  command.option("--units", raw.units, "metric or imperial").called("SYSTEM");
+  command.option("--lang", raw.language, "Language: " + Texts::languageList()).called("CODE");
+  command.flag("-v,--verbose", line.common.verbose, "Log what happens to standard error");
 }
 
 Result<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> arguments,
                                                Environment const& environment) {
   CommandLine line;
   RawOptions raw;
-  CLI::App app("Nimbara: the weather for your places, from public services", "nimbara");
-  app.set_version_flag("--version", std::string(kVersion), "Print the version");
-  app.require_subcommand(0, 1);
-  app.footer(
+  CommandParser parser("Nimbara: the weather for your places, from public services", "nimbara",
+                       "nimbara " + std::string(kVersion) + "\n", "Print the version");
+  parser.footer(
       "Results go to standard output, everything else to standard error.\n"
       "Exit codes: 0 complete, 1 unavailable, 2 wrong command line, 130 interrupted.");
+  Command const app = parser.root();
+  app.requireCommands(0, 1);
   defineCommon(app, line, raw);
   defineWeather(app, line, raw);
   defineFeeds(app, line, raw);
@@ -120,14 +117,11 @@ Result<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> argument
   defineSatellites(app, line, raw);
   defineNotifications(app, line, raw);
   defineService(app, line, raw);
-  for (CLI::App* const sub : defineRegions(app, line)) defineCommon(*sub, line, raw);
-  std::ranges::reverse(arguments);
-  try {
-    app.parse(arguments);
-  } catch (CLI::ParseError const& error) {
-    return std::unexpected(endOf(app, error));
+  defineRegions(app, line, raw);
+  if (auto const parsed = parser.parse(std::move(arguments)); !parsed) {
+    return std::unexpected(earlyEnd(parsed.error()));
   }
-  if (app.get_subcommands().empty()) return std::unexpected(mistake("no command given; see nimbara --help"));
+  if (!parser.hasCommand()) return std::unexpected(mistake("no command given; see nimbara --help"));
   if (auto const end = understandCommon(line.common, raw, environment)) return std::unexpected(*end);
   if (auto const end = understandCommand(line, raw)) return std::unexpected(*end);
   return line;

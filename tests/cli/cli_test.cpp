@@ -64,6 +64,23 @@ TEST(CommandLine, NamesTheOffendingWord) {
   }
 }
 
+TEST(CommandLine, SuggestsWhatAMistypedWordWasMeantToBe) {
+  for (UsageRow const& row :
+       {UsageRow{{"forcast", "1,2"}, "no such command: 'forcast'; did you mean forecast? See nimbara --help"},
+        UsageRow{{"satellites", "pases"}, "no such command: 'pases'; did you mean passes?"},
+        UsageRow{{"settings", "gte", "units"}, "no such command: 'gte'; did you mean get?"},
+        UsageRow{{"forecast", "1,2", "--jsn"}, "no such option: '--jsn'; did you mean --json?"},
+        UsageRow{{"--unts", "imperial"}, "no such option: '--unts'; did you mean --units?"},
+        UsageRow{{"forecast", "--widht=80"}, "no such option: '--widht'; did you mean --width?"},
+        UsageRow{{"places", "add", "--hre"}, "no such option: '--hre'; did you mean --here?"},
+        UsageRow{{"replay", "a", "--form", "b"}, "no such option: '--form'; did you mean --from?"},
+        UsageRow{{"weather"}, "not expected: weather; see nimbara --help"},
+        UsageRow{{"forecast", "1,2", "places"}, "not expected: places; see nimbara --help"},
+        UsageRow{{"forecast", "1,2", "--colour"}, "not expected: --colour; see nimbara --help"}}) {
+    expectOneLine(run(row.arguments), exitCode::kUsage, row.offending);
+  }
+}
+
 TEST(CommandLine, HelpsAndTellsItsVersion) {
   EXPECT_TRUE(run({"--version"}).out.starts_with("nimbara "));
   for (std::vector<std::string> const& arguments :

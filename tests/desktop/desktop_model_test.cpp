@@ -180,9 +180,10 @@ struct MistakeRow {
 };
 
 TEST(DesktopOptions, NameWhatIsWrong) {
-  for (MistakeRow const& row : {MistakeRow{{"--page", "moon"}, "moon"},
-                                MistakeRow{{"--theme", "pink"}, "pink"}, MistakeRow{{"--size", "big"}, "big"},
-                                MistakeRow{{"--now", "noon"}, "noon"}, MistakeRow{{"--what"}, "--what"}}) {
+  for (MistakeRow const& row :
+       {MistakeRow{{"--page", "moon"}, "moon"}, MistakeRow{{"--theme", "pink"}, "pink"},
+        MistakeRow{{"--size", "big"}, "big"}, MistakeRow{{"--now", "noon"}, "noon"},
+        MistakeRow{{"--what"}, "--what"}, MistakeRow{{"--thme=dark"}, "did you mean --theme?"}}) {
     auto const options = parseDesktopOptions(row.arguments, {});
     ASSERT_FALSE(options) << row.named;
     EXPECT_EQ(options.error().exitCode, 2);

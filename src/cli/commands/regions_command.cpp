@@ -9,8 +9,6 @@
 #include "feeds/regions/region_update.h"
 #include "feeds/regions/regions.h"
 
-#include <CLI/CLI.hpp>
-
 #include <algorithm>
 
 namespace nimbara {
@@ -149,41 +147,6 @@ class RegionsRun {
 };
 
 }  // namespace
-
-std::vector<CLI::App*> defineRegions(CLI::App& app, CommandLine& line) {
-  using Action = RegionsOptions::Action;
-  CLI::App* const command =
-      app.add_subcommand("regions", "Regions used in official warnings, and those a place belongs to");
-  command->require_subcommand(1);
-  RegionsOptions& options = line.regions;
-  auto const define = [&](char const* name, char const* explanation, Action action) {
-    CLI::App* const sub = command->add_subcommand(name, explanation);
-    sub->add_flag("--json", options.json, "One JSON document instead of text");
-    sub->callback([&line, action] {
-      line.run = runRegions;
-      line.regions.action = action;
-    });
-    return sub;
-  };
-  CLI::App* const show = define("show", "The country, names and codes of a place's regions", Action::show);
-  show->add_option("PLACE", options.place, "LAT,LON in decimal degrees, or a name to search for");
-  CLI::App* const check = define(
-      "check", "Check a table of places against the regions found: place, expected, found", Action::check);
-  check
-      ->add_option("FILE", options.table,
-                   "Tab-separated lines: place, latitude, longitude, country, land region codes, sea region "
-                   "codes, name")
-      ->required();
-  CLI::App* const update =
-      define("update",
-             "Download newer outlines of Europe's regions (20 to 40 MB); a set is included with the program",
-             Action::update);
-  update
-      ->add_option("--from", options.files, "Use the outlines in this GeoJSON file instead; may be repeated")
-      ->type_name("FILE")
-      ->allow_extra_args(false);
-  return {show, check, update};
-}
 
 int runRegions(CommandLine const& line, Session const& session) {
   RegionsRun run(line, session);

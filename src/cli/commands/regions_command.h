@@ -4,10 +4,6 @@
 #include <string>
 #include <vector>
 
-namespace CLI {
-class App;
-}
-
 namespace nimbara {
 
 struct CommandLine;
@@ -22,9 +18,6 @@ struct RegionsOptions {
   std::vector<std::string> files;  ///< outlines to take in place of the published ones
   bool json = false;
 };
-
-/// Adds the command to `app`; the result are its own commands, which still want the common options.
-std::vector<CLI::App*> defineRegions(CLI::App& app, CommandLine& line);
 
 int runRegions(CommandLine const& line, Session const& session);
 

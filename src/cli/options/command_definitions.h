@@ -2,10 +2,9 @@
 // commands and to the command line that puts them together.
 #pragma once
 
+#include "app/options/command.h"
 #include "cli/cli.h"
 #include "cli/command_line.h"
-
-#include <CLI/CLI.hpp>
 
 #include <string>
 #include <vector>
@@ -31,22 +30,23 @@ std::string namesOf() {
   return list;
 }
 
-/// Why a text is no country code, for CLI11; empty for two letters.
+/// Why a text is no country code; empty for two letters.
 std::string countryCodeProblem(std::string const& text);
 
 /// What every command takes.
-void defineCommon(CLI::App& app, CommandLine& line, RawOptions& raw);
+void defineCommon(Command app, CommandLine& line, RawOptions& raw);
 
 /// --country, --region and --region-name.
-void defineStatedRegions(CLI::App& command, StatedRegions& stated);
+void defineStatedRegions(Command command, StatedRegions& stated);
 
-void defineWeather(CLI::App& app, CommandLine& line, RawOptions& raw);
-void defineFeeds(CLI::App& app, CommandLine& line, RawOptions& raw);
-void defineNotifications(CLI::App& app, CommandLine& line, RawOptions& raw);
-void defineService(CLI::App& app, CommandLine& line, RawOptions& raw);
-void defineSatellites(CLI::App& app, CommandLine& line, RawOptions& raw);
-void definePlaces(CLI::App& app, CommandLine& line, RawOptions& raw);
-void defineRules(CLI::App& app, CommandLine& line, RawOptions& raw);
-void defineSettings(CLI::App& app, CommandLine& line, RawOptions& raw);
+void defineWeather(Command app, CommandLine& line, RawOptions& raw);
+void defineFeeds(Command app, CommandLine& line, RawOptions& raw);
+void defineNotifications(Command app, CommandLine& line, RawOptions& raw);
+void defineService(Command app, CommandLine& line, RawOptions& raw);
+void defineSatellites(Command app, CommandLine& line, RawOptions& raw);
+void definePlaces(Command app, CommandLine& line, RawOptions& raw);
+void defineRules(Command app, CommandLine& line, RawOptions& raw);
+void defineRegions(Command app, CommandLine& line, RawOptions& raw);
+void defineSettings(Command app, CommandLine& line, RawOptions& raw);
 
 }  // namespace nimbara

@@ -16,60 +16,58 @@ std::string number(std::string const& text) {
   return value && std::isfinite(*value) ? "" : "'" + oneLine(text) + "' is not a number";
 }
 
-void defineNws(CLI::App& app, CommandLine& line, RawOptions& raw) {
-  CLI::App* const command =
-      app.add_subcommand("nws", "Active alerts for a place from the U.S. National Weather Service");
+void defineNws(Command app, CommandLine& line, RawOptions& raw) {
+  Command const command =
+      app.command("nws", "Active alerts for a place from the U.S. National Weather Service");
   FeedOptions& options = line.feeds;
-  command->add_option("PLACE", options.place, "LAT,LON in decimal degrees, or a name to search for");
-  command->add_option("--view", options.view, "all, convective or flood")
-      ->check(CLI::IsMember({"all", "convective", "flood"}));
-  command->add_option("--country", options.country, "The country the place is in")
-      ->type_name("CC")
-      ->check(countryCodeProblem);
-  command->add_flag("--json", options.json, kJson);
-  defineCommon(*command, line, raw);
-  command->callback([&line] { line.run = runNws; });
+  command.option("PLACE", options.place, "LAT,LON in decimal degrees, or a name to search for");
+  command.option("--view", options.view, "all, convective or flood")
+      .among(std::to_array<std::string_view>({"all", "convective", "flood"}));
+  command.option("--country", options.country, "The country the place is in")
+      .called("CC")
+      .check(countryCodeProblem);
+  command.flag("--json", options.json, kJson);
+  defineCommon(command, line, raw);
+  command.whenGiven([&line] { line.run = runNws; });
 }
 
-void defineQuakes(CLI::App& app, CommandLine& line, RawOptions& raw) {
-  CLI::App* const command =
-      app.add_subcommand("quakes", "The earthquakes of the last 24 hours, newest first");
+void defineQuakes(Command app, CommandLine& line, RawOptions& raw) {
+  Command const command = app.command("quakes", "The earthquakes of the last 24 hours, newest first");
   FeedOptions& options = line.feeds;
-  auto* const near =
-      command->add_option("--near", options.place, "Only earthquakes near this place")->type_name("PLACE");
-  command->add_option("--radius", options.radiusKm, "Distance from the place")
-      ->type_name("KM")
-      ->check(number)
-      ->check(CLI::Range(0.0, 20100.0))
-      ->needs(near);
-  command->add_option("--min-magnitude", options.minMagnitude, "Minimum magnitude")
-      ->type_name("M")
-      ->check(number)
-      ->check(CLI::Range(-10.0, 12.0));
-  command->add_flag("--json", options.json, kJson);
-  defineCommon(*command, line, raw);
-  command->callback([&line, near] {
+  Option const near =
+      command.option("--near", options.place, "Only earthquakes near this place").called("PLACE");
+  command.option("--radius", options.radiusKm, "Distance from the place")
+      .called("KM")
+      .check(number)
+      .range(0.0, 20100.0)
+      .needs(near);
+  command.option("--min-magnitude", options.minMagnitude, "Minimum magnitude")
+      .called("M")
+      .check(number)
+      .range(-10.0, 12.0);
+  command.flag("--json", options.json, kJson);
+  defineCommon(command, line, raw);
+  command.whenGiven([&line, near] {
     line.run = runQuakes;
-    line.feeds.isNear = near->count() > 0;
+    line.feeds.isNear = near.isGiven();
   });
 }
 
-void defineKp(CLI::App& app, CommandLine& line, RawOptions& raw) {
-  CLI::App* const command =
-      app.add_subcommand("kp", "The planetary K index, a measure of geomagnetic activity");
-  command->add_flag("--json", line.feeds.json, kJson);
-  defineCommon(*command, line, raw);
-  command->callback([&line] { line.run = runKp; });
+void defineKp(Command app, CommandLine& line, RawOptions& raw) {
+  Command const command = app.command("kp", "The planetary K index, a measure of geomagnetic activity");
+  command.flag("--json", line.feeds.json, kJson);
+  defineCommon(command, line, raw);
+  command.whenGiven([&line] { line.run = runKp; });
 }
 
-void defineFeedServer(CLI::App& app, CommandLine& line, RawOptions& raw) {
-  CLI::App* const command = app.add_subcommand(
+void defineFeedServer(Command app, CommandLine& line, RawOptions& raw) {
+  Command const command = app.command(
       "feed-server", "Serve earthquakes and satellite orbits from the public sources to many programs");
-  command->add_option("--listen", line.feeds.listen, "Address to listen on; port 0 picks a free one")
-      ->capture_default_str()
-      ->type_name("ADDR:PORT");
-  defineCommon(*command, line, raw);
-  command->callback([&line] { line.run = runFeedServer; });
+  command.option("--listen", line.feeds.listen, "Address to listen on; port 0 picks a free one")
+      .showsDefault()
+      .called("ADDR:PORT");
+  defineCommon(command, line, raw);
+  command.whenGiven([&line] { line.run = runFeedServer; });
 }
 
 }  // namespace
@@ -80,7 +78,7 @@ std::string countryCodeProblem(std::string const& text) {
   return isCode ? "" : "'" + oneLine(text) + "' is not a country code; use one like US";
 }
 
-void defineFeeds(CLI::App& app, CommandLine& line, RawOptions& raw) {
+void defineFeeds(Command app, CommandLine& line, RawOptions& raw) {
   defineNws(app, line, raw);
   defineQuakes(app, line, raw);
   defineKp(app, line, raw);

@@ -1,9 +1,8 @@
 #include "desktop/core/desktop_options.h"
 
+#include "app/options/command.h"
 #include "app/version.h"
 #include "base/text/number.h"
-
-#include <CLI/CLI.hpp>
 
 #include <algorithm>
 
@@ -18,26 +17,18 @@ struct RawDesktopOptions {
   std::string size;
 };
 
-template <class E>
-std::vector<std::string> casesOf() {
-  return {enumNames<E>.begin(), enumNames<E>.end()};
-}
-
-void define(CLI::App& app, DesktopOptions& options, RawDesktopOptions& raw) {
-  app.set_version_flag("--version", "nimbara-desktop " + std::string(kVersion));
-  app.add_flag("--demo", options.demo,
-               "Show generated weather for a few places; your own data is neither read nor changed");
-  app.add_option("--services", options.services, "Use this base address for every service")->type_name("URL");
-  app.add_option("--now", raw.now, "Pretend it is this time, for example 2026-11-21T09:20:00Z")
-      ->type_name("TIME");
-  app.add_option("--page", raw.page, "The page to open")->check(CLI::IsMember(casesOf<DesktopPage>()));
-  app.add_option("--place", options.place, "The saved place to show")->type_name("PLACE");
-  app.add_flag("--refresh", options.refresh, "Refresh now");
-  app.add_option("--theme", raw.theme, "The appearance; from the settings by default")
-      ->check(CLI::IsMember(casesOf<DesktopTheme>()));
-  app.add_option("--size", raw.size, "Size of the window, for example 1280x800")->type_name("WxH");
-  app.add_option("--screenshot", options.screenshot, "Save a picture of the page and quit")
-      ->type_name("FILE");
+void define(Command app, DesktopOptions& options, RawDesktopOptions& raw) {
+  app.flag("--demo", options.demo,
+           "Show generated weather for a few places; your own data is neither read nor changed");
+  app.option("--services", options.services, "Use this base address for every service").called("URL");
+  app.option("--now", raw.now, "Pretend it is this time, for example 2026-11-21T09:20:00Z").called("TIME");
+  app.option("--page", raw.page, "The page to open").among(enumNames<DesktopPage>);
+  app.option("--place", options.place, "The saved place to show").called("PLACE");
+  app.flag("--refresh", options.refresh, "Refresh now");
+  app.option("--theme", raw.theme, "The appearance; from the settings by default")
+      .among(enumNames<DesktopTheme>);
+  app.option("--size", raw.size, "Size of the window, for example 1280x800").called("WxH");
+  app.option("--screenshot", options.screenshot, "Save a picture of the page and quit").called("FILE");
 }
 
 Result<void, std::string> understand(DesktopOptions& options, RawDesktopOptions const& raw) {
@@ -80,18 +71,13 @@ Result<DesktopOptions, DesktopEarlyEnd> parseDesktopOptions(std::vector<std::str
   DesktopOptions options;
   options.services = environment.services;
   RawDesktopOptions raw{environment.now, {}, {}, {}};
-  CLI::App app("The weather for your places, in a window", "nimbara-desktop");
-  define(app, options, raw);
+  CommandParser parser("The weather for your places, in a window", "nimbara-desktop",
+                       "nimbara-desktop " + std::string(kVersion) + "\n", "Display program version");
+  define(parser.root(), options, raw);
   removeSession(arguments);
-  std::ranges::reverse(arguments);
-  try {
-    app.parse(std::move(arguments));
-  } catch (CLI::CallForHelp const&) {
-    return std::unexpected(DesktopEarlyEnd{0, app.help()});
-  } catch (CLI::CallForVersion const&) {
-    return std::unexpected(DesktopEarlyEnd{0, app.version() + "\n"});
-  } catch (CLI::ParseError const& error) {
-    return std::unexpected(DesktopEarlyEnd{2, error.what()});
+  if (auto const parsed = parser.parse(std::move(arguments)); !parsed) {
+    bool const isMistake = parsed.error().reason == ParseEnd::Reason::mistake;
+    return std::unexpected(DesktopEarlyEnd{isMistake ? 2 : 0, parsed.error().text});
   }
   if (auto const done = understand(options, raw); !done) {
     return std::unexpected(DesktopEarlyEnd{2, done.error()});

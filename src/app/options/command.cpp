@@ -1,0 +1,218 @@
+#include "app/options/command.h"
+
+#include "base/text/nearest_word.h"
+#include "base/text/text.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+
+namespace nimbara {
+
+Option Option::called(std::string const& valueName) const {
+  option_->type_name(valueName);
+  return *this;
+}
+
+Option Option::required(bool isRequired) const {
+  option_->required(isRequired);
+  return *this;
+}
+
+Option Option::oneValueEach() const {
+  option_->allow_extra_args(false);
+  return *this;
+}
+
+Option Option::showsDefault() const {
+  option_->capture_default_str();
+  return *this;
+}
+
+Option Option::check(ValueCheck problem) const {
+  option_->check(std::function<std::string(std::string const&)>(problem));
+  return *this;
+}
+
+Option Option::range(int least, int most) const {
+  option_->check(CLI::Range(least, most));
+  return *this;
+}
+
+Option Option::range(double least, double most) const {
+  option_->check(CLI::Range(least, most));
+  return *this;
+}
+
+Option Option::among(std::span<std::string_view const> values, ValuesInHelp help) const {
+  CLI::Validator isAmong = CLI::IsMember(std::vector<std::string>(values.begin(), values.end()));
+  if (help == ValuesInHelp::explained) isAmong.description("");
+  option_->check(std::move(isAmong));
+  return *this;
+}
+
+Option Option::needs(Option other) const {
+  option_->needs(other.option_);
+  return *this;
+}
+
+Option Option::excludes(Option other) const {
+  option_->excludes(other.option_);
+  return *this;
+}
+
+bool Option::isGiven() const {
+  return option_->count() > 0;
+}
+
+Command Command::command(std::string const& name, std::string const& explanation) const {
+  return Command(app_->add_subcommand(name, explanation));
+}
+
+Command Command::group(std::string const& name) const {
+  return Command(app_->add_option_group(name));
+}
+
+Option Command::option(std::string const& name, std::string& value, std::string const& explanation) const {
+  return Option(app_->add_option(name, value, explanation));
+}
+
+Option Command::option(std::string const& name, std::optional<std::string>& value,
+                       std::string const& explanation) const {
+  return Option(app_->add_option(name, value, explanation));
+}
+
+Option Command::option(std::string const& name, std::vector<std::string>& values,
+                       std::string const& explanation) const {
+  return Option(app_->add_option(name, values, explanation));
+}
+
+Option Command::option(std::string const& name, int& value, std::string const& explanation) const {
+  return Option(app_->add_option(name, value, explanation));
+}
+
+Option Command::option(std::string const& name, std::optional<int>& value,
+                       std::string const& explanation) const {
+  return Option(app_->add_option(name, value, explanation));
+}
+
+Option Command::option(std::string const& name, double& value, std::string const& explanation) const {
+  return Option(app_->add_option(name, value, explanation));
+}
+
+Option Command::option(std::string const& name, std::optional<double>& value,
+                       std::string const& explanation) const {
+  return Option(app_->add_option(name, value, explanation));
+}
+
+Option Command::flag(std::string const& name, bool& value, std::string const& explanation) const {
+  return Option(app_->add_flag(name, value, explanation));
+}
+
+Option Command::choice(std::string const& name, std::vector<std::pair<std::string, int>> const& words,
+                       std::string const& explanation, std::function<void(int)> const& take) const {
+  CLI::Option* const option = app_->add_option_function<int>(name, take, explanation);
+  option->transform(CLI::CheckedTransformer(std::map<std::string, int>(words.begin(), words.end())));
+  return Option(option);
+}
+
+void Command::requireCommands(std::size_t least, std::size_t most) const {
+  app_->require_subcommand(least, most);
+}
+
+void Command::requireOptions(std::size_t least, std::size_t most) const {
+  app_->require_option(least, most);
+}
+
+void Command::whenGiven(std::function<void()> action) const {
+  app_->callback(std::move(action));
+}
+
+namespace {
+
+/// A word that nothing takes, and the command that it was given to; nothing when all were taken.
+struct Stray {
+  CLI::App const* app;
+  std::string word;
+};
+
+std::optional<Stray> strayWord(CLI::App const& app) {
+  for (std::string const& word : app.remaining()) {
+    if (word != "--") return Stray{&app, word};
+  }
+  auto const commands = app.get_subcommands();
+  return commands.empty() ? std::nullopt : strayWord(*commands.front());
+}
+
+std::vector<std::string> commandNames(CLI::App const& app) {
+  std::vector<std::string> names;
+  for (CLI::App const* const command : app.get_subcommands({})) {
+    if (!command->get_name().empty()) names.push_back(command->get_name());
+  }
+  return names;
+}
+
+/// Without their dashes. Groups are commands without a name.
+std::vector<std::string> optionNames(CLI::App const& app) {
+  std::vector<std::string> names;
+  for (CLI::Option const* const option : app.get_options({})) {
+    names.insert(names.end(), option->get_lnames().begin(), option->get_lnames().end());
+  }
+  for (CLI::App const* const group : app.get_subcommands({})) {
+    if (!group->get_name().empty()) continue;
+    auto const further = optionNames(*group);
+    names.insert(names.end(), further.begin(), further.end());
+  }
+  return names;
+}
+
+/// The sentence about a word that is nearly a command or an option; empty for any other.
+std::string suggestion(CLI::App const& app) {
+  auto const stray = strayWord(app);
+  if (!stray) return {};
+  std::string const word = stray->word.substr(0, stray->word.find('='));
+  if (!word.starts_with("--")) {
+    std::string const meant = nearestWord(word, commandNames(*stray->app));
+    return meant.empty() ? "" : "no such command: '" + oneLine(word) + "'; did you mean " + meant + "?";
+  }
+  std::string const meant = nearestWord(word.substr(2), optionNames(*stray->app));
+  return meant.empty() ? "" : "no such option: '" + oneLine(word) + "'; did you mean --" + meant + "?";
+}
+
+}  // namespace
+
+CommandParser::CommandParser(std::string const& explanation, std::string const& program,
+                             std::string const& version, std::string const& versionExplanation)
+    : app_(std::make_unique<CLI::App>(explanation, program)), version_(version) {
+  app_->set_version_flag("--version", version, versionExplanation);
+}
+
+CommandParser::~CommandParser() = default;
+
+void CommandParser::footer(std::string const& lines) {
+  app_->footer(lines);
+}
+
+Result<void, ParseEnd> CommandParser::parse(std::vector<std::string> arguments) {
+  using Reason = ParseEnd::Reason;
+  std::ranges::reverse(arguments);
+  try {
+    app_->parse(std::move(arguments));
+    return {};
+  } catch (CLI::CallForVersion const&) {
+    return std::unexpected(ParseEnd{Reason::version, version_});
+  } catch (CLI::Success const&) {
+    return std::unexpected(ParseEnd{Reason::help, app_->help()});
+  } catch (CLI::ParseError const& error) {
+    bool const mayBeMistyped = dynamic_cast<CLI::ExtrasError const*>(&error) != nullptr ||
+                               dynamic_cast<CLI::RequiredError const*>(&error) != nullptr;
+    std::string const meant = mayBeMistyped ? suggestion(*app_) : "";
+    return std::unexpected(ParseEnd{Reason::mistake, meant.empty() ? error.what() : meant});
+  }
+}
+
+bool CommandParser::hasCommand() const {
+  return !app_->get_subcommands().empty();
+}
+
+}  // namespace nimbara
