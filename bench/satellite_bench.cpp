@@ -64,7 +64,7 @@ std::vector<SatRec> const& deepRecords() {
 }
 
 /// Moments two weeks from the epochs: a second further each time, so that resonances go on, or now on this
-/// side and now on the other, so that each begins anew.
+/// side and now on the other, so that each begins again.
 class DeepMoments {
  public:
   explicit DeepMoments(bool anew) : anew_(anew) {}

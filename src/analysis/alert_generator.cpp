@@ -20,7 +20,7 @@ using Severity = AlertSeverity;
 constexpr std::size_t kShortHorizon = 8;
 constexpr std::size_t kLongHorizon = 12;
 
-/// A level of a warning: reached at its bound, the gravest first.
+/// A level of a warning: reached at its bound, the most severe first.
 struct Level {
   double from;
   Severity severity;

@@ -1,4 +1,4 @@
-// The command line program without its process: arguments and surroundings in, two texts and an exit code
+// The command line program without its process: arguments and environment in, two texts and an exit code
 // out, so that a test runs it as a person would.
 #pragma once
 

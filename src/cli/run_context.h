@@ -43,7 +43,7 @@ class RunContext {
   std::string note(ForecastAnswer const& answer) const;
   /// One line on standard error; nothing for an empty sentence.
   void tell(std::string_view sentence) const;
-  /// Why no forecast could be had, with every provider that was asked, and what to do.
+  /// Why no forecast was available, with every provider that was asked, and what to do.
   std::string sentenceOf(APIError const& error) const;
 
   Composition& app() { return app_; }

@@ -25,7 +25,7 @@ struct DemoOptions {
 class DemoProcess {
  public:
   /// The error is a sentence.
-  /// `program` is the running program: the server lies beside it.
+  /// `program` is the running program: the server lies next to it.
   static Result<DemoProcess, std::string> start(std::filesystem::path const& program,
                                                 std::optional<Instant> now, DemoOptions const& options);
   ~DemoProcess();

@@ -262,7 +262,7 @@ int showWindow(QGuiApplication& application, Environment const& environment, Des
   DesktopModel shown(
       {core.wording(), core.standIn(), [&core] { return core.clock().now(); }, environment.program},
       commandsOf(core, model));
-  // The kept forecast is there within milliseconds; the pages are made with it and not once more.
+  // The cached forecast is there within milliseconds; the pages are made with it and not once more.
   if (auto first = box.take(kFirstPatience)) shown.show(std::move(first));
   model = &shown;
   auto const owned = std::move(begun);  // ends before what it shows

@@ -79,7 +79,7 @@ void send(FeedAnswer const& answer, httplib::Response& response) {
   for (auto const& [name, value] : answer.headers) response.set_header(name, value);
   if (answer.status == 304) return sendNothing(response);
   if (!answer.feed) return response.set_content(answer.text, answer.contentType);
-  // As a provider, lest the library copy or compress it anew for every reader.
+  // As a provider, lest the library copy or compress it again for every reader.
   std::string const& body = answer.body();
   if (body.empty()) return response.set_content("", answer.contentType);
   response.set_content_provider(

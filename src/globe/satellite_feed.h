@@ -27,7 +27,7 @@ struct ElementSets {
 using ElementSource =
     std::function<Result<ElementSets, std::string>(std::string_view group, std::stop_token const& stop)>;
 
-/// One group as it could be had.
+/// One group as it was available.
 struct SatelliteGroupLoad {
   enum class Source { file, server, staleFile };
 

@@ -35,7 +35,7 @@ bool isNumber(std::string_view text) {
   return parseDouble(trimmed(text)).has_value();
 }
 
-/// A text that is no number becomes 0 in the record; here stands that this 0 is nobody's.
+/// A text that is not a number becomes 0 in the record; here stands that this 0 is nobody's.
 template <class Record, std::size_t count>
 std::optional<ForecastValues> processedUnknowns(Record const& in, ValueText<Record> const (&values)[count],
                                                 ForecastValues unknown) {

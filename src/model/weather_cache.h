@@ -40,7 +40,7 @@ struct ParsedCacheEntry {
   WeatherData data;
   ForecastInsight insight;
   std::optional<WeatherProviderOption> provider;  ///< the one that answered
-  std::optional<bool> standIn;                    ///< true for what a stand-in of the services made up
+  std::optional<bool> standIn;                    ///< true for what a test server made up
 
   bool operator==(ParsedCacheEntry const&) const = default;
 };
@@ -62,7 +62,7 @@ class WeatherCache {
 
   enum class Source { services, standIn };
 
-  /// Without a directory nothing outlives the process. What a stand-in of the services made up is marked in
+  /// Without a directory nothing outlives the process. What a test server made up is marked in
   /// its file, and is not taken for a forecast by runs that ask the services themselves.
   WeatherCache(std::filesystem::path cacheDirectory, Clock const& clock, Source source = Source::services,
                std::chrono::seconds ttl = kTtl);

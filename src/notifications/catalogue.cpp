@@ -33,7 +33,7 @@ constexpr Rule cycloneRule(std::string_view stem, std::string_view setting) {
 }
 
 constexpr Rule kCatalogue[] = {
-    // Danger first: what a person must hear is told before what is good to know.
+    // Danger first: what a person must hear is sent before what is good to know.
     {"tornado_conditions",
      "notify_tornado",
      condition,
@@ -172,7 +172,7 @@ constexpr Rule kCatalogue[] = {
      .summary = SummaryKind::evening,
      .hourSetting = "notify_eveningHour"},
 
-    // The sky and nature: off until wanted, told once a day when they become true.
+    // The sky and nature: off until wanted, sent once a day when they become true.
     skyRule("beta_rainbow", "notify_beta_rainbow", &rainbowAhead),
     skyRule("beta_fog_bow", "notify_beta_fogBow", &fogBowAhead),
     skyRule("beta_aurora", "notify_beta_aurora", &auroraOverhead, {hourly, kp}),

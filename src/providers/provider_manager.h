@@ -47,7 +47,7 @@ class WeatherProviderManager {
   void setOnFailure(OnFailure onFailure);
   void setPreferredProvider(WeatherProviderOption preferred);
 
-  /// Degrees. The error is that of the last provider tried; when all were passed over, a timed-out one at
+  /// Degrees. The error is that of the last provider tried; when all were skipped, a timed-out one at
   /// once that says for how long. Where no service at all could be reached the providers are not to blame. A
   /// stopped caller gets a `cancelled` error and leaves no failure behind.
   Result<WeatherProviderFetchResult, APIError> fetch(double latitude, double longitude,

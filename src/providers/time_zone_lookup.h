@@ -11,7 +11,7 @@
 
 namespace nimbara {
 
-/// The IANA name of a place's zone, or an empty text when nobody knows it.
+/// The IANA name of a place's zone, or an empty text when it is unknown.
 using TimeZoneLookup = std::function<std::string(Coordinate)>;
 
 /// The calendar of the place's zone, when the lookup knows one.

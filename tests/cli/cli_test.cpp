@@ -113,7 +113,7 @@ class ForecastTest : public testing::Test {
          at = result.out.find(server_->baseUrl())) {
       result.out.replace(at, server_->baseUrl().size(), "http://127.0.0.1:12345");
     }
-    // Alerts are named anew in each run.
+    // Alerts are named again in each run.
     static std::regex const kIdentifier("[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}");
     result.out = std::regex_replace(result.out, kIdentifier, "00000000-0000-4000-8000-000000000000");
     return result;

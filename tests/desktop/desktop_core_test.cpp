@@ -17,7 +17,7 @@ using std::chrono::seconds;
 
 constexpr seconds kLong{20};
 
-/// A user's folders with two places, the second one selected, and a kept forecast of each.
+/// A user's folders with two places, the second one selected, and a cached forecast of each.
 struct Core : testing::Test {
   Core() {
     environment.program = test::kProgram;

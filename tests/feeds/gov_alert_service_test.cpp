@@ -171,7 +171,7 @@ TEST_F(GovAlertServiceTest, LetsAPlaceThatHangsDelayNoOther) {
   GovAlertSource slow = sourceOf("a", a_);
   slow.fetch = [&](GovAlertPlace const& place, EventMemory&, std::stop_token const&) {
     if (place.coordinate == place_.coordinate) {
-      // Would wait for ever if one turn were for all.
+      // Would wait forever if one turn were for all.
       std::jthread([&] { meanwhile = gov->fetchAlerts(other).alerts.size(); }).join();
     }
     return Result<GovSourceAnswer, GovSourceFailure>(

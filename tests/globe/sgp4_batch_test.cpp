@@ -88,7 +88,7 @@ TEST_P(EachKernel, AgreesWithTheReferencePath) {
   }
 }
 
-/// Moments on both sides of the epoch, towards it and away from it, so that resonances go on and begin anew.
+/// Moments on both sides of the epoch, towards it and away from it, so that resonances go on and begin again.
 TEST_P(EachKernel, DeepSpaceAgreesWithTheReferencePath) {
   // The reference path ends Kepler's equation 1e-12 rad from its root: 4e-5 m for the geostationary.
   constexpr double kLimit = 1e-4;

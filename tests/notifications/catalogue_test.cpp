@@ -73,7 +73,7 @@ TEST(Catalogue, FindsNothingWhereThereIsNothing) {
   }
 }
 
-/// A pass that gets no forecast must not take for over what the rules of the forecast told before.
+/// A pass that gets no forecast must not take for over what the rules of the forecast sent before.
 TEST(Catalogue, KnowsNothingWithoutAForecast) {
   for (Rule const& rule : ruleCatalogue()) {
     bool const readsForecast =

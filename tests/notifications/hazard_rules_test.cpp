@@ -126,7 +126,7 @@ EarthquakeEvent quake(double magnitude, double km, char const* time = "2026-11-2
 struct QuakeRow {
   char const* what;
   EarthquakeEvent event;
-  char const* sound;  ///< nullptr: not told
+  char const* sound;  ///< nullptr: not sent
 };
 
 TEST(Earthquakes, HoldOnTheRightSideOfEachCut) {
@@ -171,7 +171,7 @@ FireDetection fire(double km) {
 
 struct FireRow {
   double km;
-  char const* sound;  ///< nullptr: not told
+  char const* sound;  ///< nullptr: not sent
   bool ringsAtFirstLook;
 };
 
@@ -217,7 +217,7 @@ struct StrikeRow {
   char const* what;
   std::vector<LightningStrike> strikes;
   double radiusKm;
-  char const* body;  ///< empty: not told
+  char const* body;  ///< empty: not sent
 };
 
 TEST(Lightning, HoldsOnTheRightSideOfEachCut) {
@@ -329,7 +329,7 @@ std::vector<std::optional<double>> peakIn(std::size_t hours, double pm25) {
 struct AirRow {
   char const* what;
   AirQualityForecast forecast;
-  char const* body;  ///< empty: not told
+  char const* body;  ///< empty: not sent
   char const* sound;
 };
 

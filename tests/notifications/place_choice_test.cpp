@@ -48,7 +48,7 @@ struct Elsewhere : testing::Test {
     inputs.place.choice = choice;
     return inputs;
   }
-  /// Of a place beside the selected one, of which nothing is chosen to be told.
+  /// Of a place beside the selected one, of which nothing is chosen to be sent.
   std::vector<std::string> toldWith(std::optional<PlaceChoice> choice) {
     RuleInputs here = engine.here();
     here.place.choice = nothing;

@@ -16,7 +16,7 @@ namespace {
 
 using test::englishTexts;
 
-/// A value that a rule measures, once as it is told and once as it is not.
+/// A value that a rule measures, once as it is sent and once as it is not.
 struct Measure {
   char const* what;
   double told;

@@ -13,7 +13,7 @@ namespace {
 using test::at;
 using Code = WeatherConditionCode;
 
-// June at noon, where mosquitoes fly and rain would be told.
+// June at noon, where mosquitoes fly and rain would be sent.
 constexpr char kNow[] = "2026-06-15T12:20:00Z";
 
 struct Row {

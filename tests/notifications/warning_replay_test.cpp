@@ -25,7 +25,7 @@ struct Entry {
   bool isNear = false;
 };
 
-/// The entries of one kind of warning in one region, and what a person should have been told of them.
+/// The entries of one kind of warning in one region, and what a person should have been sent of them.
 struct Story {
   char const* name;
   std::vector<Entry> entries;

@@ -248,7 +248,7 @@ struct CoverRow {
   bool isCovered;
 };
 
-/// The same event rings once: as an official warning, where those are told from its grade on.
+/// The same event notifies once: as an official warning, where those are sent from its grade on.
 TEST(NwsRules, RingOnlyForWhatOfficialWarningsLeaveOut) {
   using Level = NotificationLevel;
   using Severity = NWSAlertSeverity;

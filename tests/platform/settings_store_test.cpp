@@ -387,7 +387,7 @@ TEST_F(SettingsStoreTest, LetsManyProcessesWriteAtOnce) {
   };
   auto const work = [&](ChildProcess::Report const&) {
     for (int i = 0; i < kChanges; ++i) {
-      // Sometimes anew, so that openings, closings and writes meet.
+      // Sometimes again, so that openings, closings and writes meet.
       SqliteSettingsStore store(directory_, registry());
       for (int j = 0; j < 2; ++j) {
         auto const done = store.update(StoreArea::settings, increment);

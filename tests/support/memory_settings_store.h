@@ -18,7 +18,7 @@ class MemorySettingsStore final : public ScratchSettingsStore {
     return ScratchSettingsStore::update(area, decide);
   }
 
-  std::optional<StoreError> failure;  ///< what every call shall answer
+  std::optional<StoreError> failure;  ///< what every call should answer
 };
 
 }  // namespace nimbara::test

@@ -1,4 +1,4 @@
-// Private keys that are made anew in every run.
+// Private keys that are made again in every run.
 #pragma once
 
 #include <openssl/ec.h>

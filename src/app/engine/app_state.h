@@ -40,7 +40,7 @@ inline constexpr auto enumNames<RefreshTrigger> = std::to_array<std::string_view
      "retry", "providerChosen"});
 static_assert(enumNamesComplete(RefreshTrigger::providerChosen));
 
-/// Whether all that goes with a forecast could be had; what could not is asked for again soon.
+/// Whether all that goes with a forecast was available; what could not is asked for again soon.
 enum class SupplementalOutcome { complete, incomplete };
 
 class AppState {
@@ -71,14 +71,14 @@ class AppState {
            RefreshIntervals intervals = {});
 
   /// Shows what the cache holds of the place at once and asks for its refresh. Another place's running
-  /// refresh is given up.
+  /// refresh is cancelled.
   void selectPlace(std::optional<Place> place, RefreshTrigger trigger = RefreshTrigger::placeChosen);
   /// Starts a refresh where the clocks allow it; one that is asked for while one runs is run once after it.
   void requestRefresh(RefreshTrigger trigger);
   /// The device is elsewhere. `onArrival` is called as soon as moves may cause a refresh again, with the last
   /// of several.
   void deviceMoved(LocationFix const& fix);
-  /// Shows the kept forecast of the selected place again, as after a change of the forecasts' wording.
+  /// Shows the cached forecast of the selected place again, as after a change of the forecasts' wording.
   void reshow();
   void setForeground(bool isForeground);
   /// What supplemental feeds have of a place, unless another one is selected.

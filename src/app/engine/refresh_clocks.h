@@ -45,7 +45,7 @@ class RefreshClocks {
                     std::chrono::seconds interval) const;
   /// Notes that a refresh starts now.
   void noteStart(RefreshKind kind, std::string_view place, Instant now);
-  /// As if the last refresh had not been started: it was given up.
+  /// As if the last refresh had not been started: it was cancelled.
   void clear(RefreshKind kind, std::string_view place);
 
  private:

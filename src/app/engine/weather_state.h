@@ -43,7 +43,7 @@ struct WeatherState {
   std::optional<WeatherData> weatherData;
   std::optional<ForecastInsight> insight;
   bool isLoading = false;
-  bool isShowingStaleData = false;  ///< the forecast is an older one, kept while no fresh one could be had
+  bool isShowingStaleData = false;  ///< the forecast is an older one, kept while no fresh one was available
   std::optional<AppError> error;
   std::optional<Instant> lastUpdated;  ///< when the forecast shown was fetched
   std::optional<Instant> askAgainAt;   ///< a refresh was wanted and refused; from then on it is not

@@ -1,6 +1,6 @@
 // Everything that a long-lived program notifies with, composed once for all such programs: the engine and
 // what it looks at, the notifier that says when, and the role that only one program has at a time. Owned by
-// the program; what it is given must outlive it. Tells the desktop nothing that stand-ins of the services
+// the program; what it is given must outlive it. Tells the desktop nothing that test servers
 // made up unless the program's own center does.
 #pragma once
 

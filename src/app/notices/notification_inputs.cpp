@@ -34,7 +34,7 @@ std::string problemOf(GovAlerts const& alerts) {
   return {};
 }
 
-/// What went wrong names the feed: it is told beside the problems of others.
+/// What went wrong names the feed: it is reported with the problems of others.
 template <class T>
 InputReading<T> readingOf(std::string_view feed, FeedReading<T> reading) {
   bool const hasFailed = reading.state == FeedState::failed;
@@ -48,7 +48,7 @@ bool watches(CustomNotification const& rule, WatchedPlace const& watched, bool i
   return rule.locationID ? rule.locationID == watched.id : isSelected;
 }
 
-/// The row of every rule of the user's own: gates are its own, each is told once on a scheduled day.
+/// The row of every rule of the user's own: gates are its own, each is sent once on a scheduled day.
 Rule const& customRow() {
   static constexpr Rule kRow{.stem = "custom_",
                              .setting = "customNotifications",

@@ -1,5 +1,5 @@
 // Gathers what notification rules look at: the forecasts of the places and the answers of the feeds that an
-// enabled rule reads, each asked once a pass. Decides nothing about what is told.
+// enabled rule reads, each asked once a pass. Decides nothing about what is sent.
 #pragma once
 
 #include "app/places/place.h"
@@ -38,7 +38,7 @@ class NotificationInputs {
   struct Options {
     Units units;
     std::shared_ptr<Texts const> texts;
-    Calendar fallback = Calendar::utc();  ///< of places whose zone nobody knows
+    Calendar fallback = Calendar::utc();  ///< of places whose zone is unknown
     /// The forecast of a place as this program has it; nothing when there is none.
     std::function<std::shared_ptr<WeatherData const>(Place const&, std::stop_token const&)> weather;
     /// What is stated of a place instead of what the gazetteer finds; may be empty.

@@ -100,7 +100,7 @@ void Notifier::runDue() {
 std::optional<Instant> Notifier::nextDue() const {
   if (!isOurs()) return std::nullopt;
   std::lock_guard const lock(mutex_);
-  // What runs asks anew when it is done.
+  // What runs asks again when it is done.
   if (isRunning_) return std::nullopt;
   auto const scheduled = manager_.nextScheduled();
   if (!nextCheck_ || !scheduled) return nextCheck_ ? nextCheck_ : scheduled;

@@ -1,5 +1,5 @@
 // Which of the user's programs tells notifications: exactly one at a time, for as long as it runs; the next
-// takes over when it ends. Owned by a long-lived program. Decides nothing about what is told.
+// takes over when it ends. Owned by a long-lived program. Decides nothing about what is sent.
 #pragma once
 
 #include "base/files/file_turn.h"

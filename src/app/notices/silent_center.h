@@ -1,4 +1,4 @@
-// A notification center that takes everything and shows nothing: what was told is said elsewhere, or is made
+// A notification center that takes everything and shows nothing: what was sent is said elsewhere, or is made
 // up and must not reach the user's desktop.
 #pragma once
 

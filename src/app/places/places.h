@@ -75,7 +75,7 @@ class Places {
  public:
   explicit Places(SettingsStore& store) : store_(store) {}
 
-  /// Rows that cannot be understood are passed over, and kept.
+  /// Rows that cannot be understood are skipped, and kept.
   Result<PlaceList, StoreError> list();
   /// The list after `change`.
   Result<PlaceList, StoreError> change(std::function<PlaceResult(PlaceList&)> const& change);

@@ -19,7 +19,7 @@
 namespace nimbara {
 
 /// What tells requests apart: host, path and sorted query, without the scheme, the services' keys and the
-/// parameters that change with time. Every host of the own machine is "*".
+/// parameters that change with time. Every host on the same machine is "*".
 std::string recordingKey(std::string_view url);
 
 /// A line of the index.

@@ -103,7 +103,7 @@ void Replay::note(Decision const& decision) {
   log_.push_back(std::move(line));
 }
 
-/// What is taken back has the title under which it was told.
+/// What is taken back has the title under which it was sent.
 std::string Replay::titleOf(Decision const& decision) {
   NotificationRequest const& request = decision.request;
   if (request.title.empty()) return titles_[request.identifier];

@@ -39,7 +39,7 @@ class Replay {
   /// The selected one first.
   void setPlaces(std::vector<WatchedPlace> places) { places_ = std::move(places); }
   void setRules(std::vector<CustomNotification> rules) { rules_ = std::move(rules); }
-  /// The program ends and starts anew; what is in the store stays.
+  /// The program ends and starts again; what is in the store stays.
   void restart();
   /// A pass now and after each step, as long as it is not after `end`.
   void runUntil(Instant end, std::chrono::milliseconds step, std::stop_token const& stop = {});
@@ -65,7 +65,7 @@ class Replay {
   std::vector<LoggedNotification> log_;
   std::vector<std::string> problems_;
   std::set<std::string> held_;                 ///< keys of what is held back now
-  std::map<std::string, std::string> titles_;  ///< by the identifier of what was told
+  std::map<std::string, std::string> titles_;  ///< by the identifier of what was sent
 };
 
 }  // namespace nimbara

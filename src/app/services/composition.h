@@ -1,4 +1,4 @@
-// The services that one program works with, made of its surroundings and settings and bound to each other.
+// The services that one program works with, made from its environment and settings and bound to each other.
 // Owned by the program's entry (a command, the background service); the one place that knows which parts
 // there are.
 #pragma once

@@ -27,7 +27,7 @@ struct ForecastAnswer {
   Instant answeredAt;                             ///< when it did
   bool fromCache = false;
   bool stale = false;                ///< older than the cache's limit
-  std::optional<APIError> failure;   ///< why nothing newer could be had
+  std::optional<APIError> failure;   ///< why nothing newer was available
   std::vector<WeatherAlert> alerts;  ///< those made from the forecast, for the moment of the call
 };
 
@@ -35,7 +35,7 @@ struct ForecastAnswer {
 struct Wording {
   Units units;
   std::shared_ptr<Texts const> texts = std::make_shared<Texts>(Texts::load("en"));
-  Calendar fallback = Calendar::utc();  ///< of places whose zone nobody knows
+  Calendar fallback = Calendar::utc();  ///< of places whose zone is unknown
   std::string language;                 ///< as the user has it, also where no texts are in it: "de_DE.UTF-8"
 };
 

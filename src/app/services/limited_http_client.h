@@ -1,5 +1,5 @@
 // One limit of time for all that a command asks: a request gets what is left of it, and beyond it none is
-// made. What the limit ends counts as given up, and what it leaves no time for as not asked: neither is the
+// made. What the limit ends counts as cancelled, and what it leaves no time for as not asked: neither is the
 // service's failure. Any thread may call.
 #pragma once
 

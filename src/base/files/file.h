@@ -16,7 +16,7 @@ Result<std::string, std::string> readFile(std::filesystem::path const& file, std
 
 /// Writes a new file beside `file`, brings it to the disk and gives it the name. Folders that are missing are
 /// made for the user only (0700), the file is readable by the user only (0600). After a failure `file` is as
-/// it was and nothing is left beside it. Several writers may write the same path at once; one of them wins.
+/// it was and nothing is left next to it. Several writers may write the same path at once; one of them wins.
 Result<void, std::string> writeFileAtomically(std::filesystem::path const& file, std::string_view bytes);
 
 }  // namespace nimbara

@@ -1,5 +1,5 @@
 // Keeps other processes out of a file while it is read, changed and written back. Advisory and bounded: where
-// the lock cannot be had within half a second, or no lock file can be made, the work goes on without it.
+// the lock is not available within half a second, or no lock file can be made, the work goes on without it.
 #pragma once
 
 #include <filesystem>

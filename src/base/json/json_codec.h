@@ -94,7 +94,7 @@ bool read(dom::element element, E& out, Failure& failure) {
   return readText(element, out, failure, "the name of a known case is expected", enumFromName<E>);
 }
 
-/// Names that a later version may add are passed over.
+/// Names that a later version may add are skipped.
 template <NamedEnum E>
 bool read(dom::element element, EnumSet<E>& out, Failure& failure) {
   dom::array list;

@@ -21,7 +21,7 @@ class Calendar {
   /// The calendar of the zone that the machine is set to (`TZ` first).
   static Calendar machine();
   /// An IANA zone ("Europe/Berlin") of the system's tz database or a fixed offset ("GMT+05:30"); nothing for
-  /// a name that nobody knows.
+  /// an unknown name.
   static std::optional<Calendar> forZone(std::string_view zoneId);
   static std::optional<Calendar> forZone(std::string_view zoneId, ZoneDatabase& database);
   /// A zone that always stands `offset` east of Greenwich.

@@ -21,7 +21,7 @@ class ZoneDatabase {
   /// The one in `TZDIR`, where that is set, else in /usr/share/zoneinfo.
   static ZoneDatabase& ofSystem();
 
-  /// Null for a name that nobody knows. Names are IANA's ("Europe/Berlin"); what only looks like one, as a
+  /// Null for an unknown name. Names are IANA's ("Europe/Berlin"); what only looks like one, as a
   /// path does, is refused, for names come from answers of the network.
   std::shared_ptr<ZoneRules const> find(std::string_view name);
 

@@ -124,7 +124,7 @@ class AlertsRun {
   std::optional<GovAlerts> official_;
   std::vector<WeatherAlert> alerts_;
   std::vector<SourceCoverage> coverage_;  ///< of the official sources, where they were asked for
-  std::vector<std::string> missing_;      ///< sources that could not be had, a sentence each
+  std::vector<std::string> missing_;      ///< sources that was not available, a sentence each
 };
 
 }  // namespace

@@ -30,7 +30,7 @@ Result<Span, std::string> spanOf(ReplayOptions const& options) {
   return Span{*from, *to};
 }
 
-/// What the user has set, or what the recording says; nothing of what was told before.
+/// What the user has set, or what the recording says; nothing of what was sent before.
 class ReplayStore {
  public:
   explicit ReplayStore(SettingsStore& user) : user_(user), store_(user.registry()) {}

@@ -9,7 +9,7 @@ namespace {
 template <class T>
 using Outcome = Result<T, Failure>;
 
-/// What a stand-in of the services made up is kept apart.
+/// What a test server made up is kept apart.
 std::filesystem::path folderOf(CommonOptions const& common, Session const& session) {
   auto const& cache = session.environment.cacheDirectory;
   if (cache.empty()) return {};

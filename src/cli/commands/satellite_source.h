@@ -1,5 +1,5 @@
 // Where the satellites commands get element sets from: the catalogue's groups by the feed server, with what
-// was kept of them. Alive as long as the command; tells on standard error what could not be had.
+// was kept of them. Alive as long as the command; tells on standard error what was not available.
 #pragma once
 
 #include "cli/run_context.h"
@@ -21,7 +21,7 @@ class SatelliteSource {
   RunContext& context() { return context_; }
   Instant now() const { return clock_->now(); }
 
-  /// The groups of these names, all for none. Groups that cannot be had are told of; only when none can be
+  /// The groups of these names, all for none. Unavailable groups are reported; only when none can be
   /// had there is no answer.
   Result<std::vector<SatelliteGroupLoad>, Failure> load(std::vector<std::string> const& groupIDs);
   /// Asks group after group, and no further once a satellite is found.

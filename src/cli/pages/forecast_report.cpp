@@ -259,7 +259,7 @@ class Report {
     return formatDate(context_.calendar.day(data_.fetchedAt)) + " " + clock;
   }
 
-  /// The age of old data and the forecast's alerts, the gravest first.
+  /// The age of old data and the forecast's alerts, the most severe first.
   std::string warnings() const {
     std::string out;
     if (answer_.stale)

@@ -18,7 +18,7 @@ using enum RuleOutcome;
 
 constexpr std::string_view kSystemSound = "default";
 
-/// What a person is told of the pass: not what was replaced or taken back in silence.
+/// What a person is sent of the pass: not what was replaced or taken back in silence.
 bool isTold(Decision const& decision) {
   RuleOutcome const told[] = {announced, escalated, listed, endMoved, lifted, scheduled};
   return std::ranges::count(told, decision.outcome) > 0;

@@ -12,7 +12,7 @@
 
 namespace nimbara {
 
-/// What was told and what is scheduled, in the order of delivery.
+/// What was sent and what is scheduled, in the order of delivery.
 std::string notificationsJson(PassPlan const& plan);
 std::string notificationsText(PassPlan const& plan, Texts const& texts, Style const& style, int width);
 
@@ -24,11 +24,11 @@ struct ReasonWords {
   Instant now;
 };
 
-/// Every decision: what each rule found at each place, and why that is told or not.
+/// Every decision: what each rule found at each place, and why that is sent or not.
 std::string explanationJson(PassPlan const& plan);
 std::string explanationText(PassPlan const& plan, ReasonWords const& words, Style const& style);
 
-/// The log of what was told and held back, newest first.
+/// The log of what was sent and held back, newest first.
 std::string logJson(std::vector<LoggedNotification> const& log);
 std::string logText(std::vector<LoggedNotification> const& log, ReasonWords const& words, Style const& style);
 

@@ -1,4 +1,4 @@
-// Official warnings as text for a person at a terminal: how grave, what, where, until when, and what to do.
+// Official warnings as text for a person at a terminal: how severe, what, where, until when, and what to do.
 // Pure functions; decides nothing about which warnings are shown.
 #pragma once
 
@@ -28,7 +28,7 @@ struct WarningEntry {
   std::optional<double> distanceKm;  ///< absent where the warned area has the place in it
   std::vector<NearArea> near;        ///< further areas, where there is one that has the place in it
   std::string text;                  ///< the issuer's own, to the letter
-  bool isTextMissing = false;        ///< offered, but not at hand
+  bool isTextMissing = false;        ///< offered, but not available
   std::string issuer;                ///< where `source` only passes it on
   std::string colour;                ///< of the awareness level: "orange"
   std::optional<Instant> issued;

@@ -27,7 +27,7 @@ class WatchLog {
   std::string jsonOf(AppState::RefreshReport const& report, APIError const* failure) const;
   std::string lineOf(Decision const& decision) const;
   std::string jsonOf(Decision const& decision) const;
-  /// Problems that were not told of the pass before.
+  /// Problems not already reported for the previous pass.
   void wentWrong(std::vector<std::string> problems);
   std::string lineOf(std::string const& problem) const;
   void write(std::string const& line);

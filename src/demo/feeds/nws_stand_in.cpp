@@ -221,7 +221,7 @@ std::vector<Message> messagesOf(Event const& event, Coordinate place, Instant no
   return messages;
 }
 
-/// As they are sent every month, with the gravest severity of all.
+/// As they are sent every month, with the highest severity of all.
 Message testMessage(Instant now) {
   static constexpr Hazard kTest{"Tsunami Warning", "Extreme", "This is a test. No action is needed.",
                                 nullptr};

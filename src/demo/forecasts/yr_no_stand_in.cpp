@@ -60,7 +60,7 @@ class Period {
   double lowest(double DemoWeather::* value) const {
     return (*std::ranges::min_element(hours_, {}, value)).*value;
   }
-  /// That of the gravest hour, by day or by night as it begins.
+  /// That of the most severe hour, by day or by night as it begins.
   std::string symbol() const {
     DemoCondition const& gravest =
         demoCondition(std::ranges::max_element(hours_, {}, &DemoWeather::weatherCode)->weatherCode);

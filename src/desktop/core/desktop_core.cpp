@@ -12,7 +12,7 @@ namespace nimbara {
 
 namespace {
 
-/// What a stand-in of the services made up is kept apart.
+/// What a test server made up is kept apart.
 std::filesystem::path satelliteFolder(Environment const& environment, std::string const& standIn) {
   auto const& cache = environment.cacheDirectory;
   if (cache.empty()) return {};

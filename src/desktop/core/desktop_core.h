@@ -61,7 +61,7 @@ class DesktopCore {
     std::vector<SavedPlace> places;       ///< saved when there are none
     std::string place;                    ///< selected at the start, as by `choosePlace`; may be empty
     std::function<void()> onGlobeChange;  ///< called on the core's threads
-    /// Shows what is to be told; empty for the desktop's own, and for none while stand-ins answer.
+    /// Shows what is to be told; empty for the desktop's own, and for none while test servers answer.
     std::function<std::unique_ptr<NotificationCenter>()> center;
     /// A person clicked on a notification. Called on the core's threads.
     std::function<void(ApplicationCall const&)> onOpen;

@@ -160,7 +160,7 @@ void DesktopGlobe::choose(std::optional<std::uint32_t> entry) {
   chooseAgain(parts_.clock.now());
 }
 
-/// Entries are numbered anew by each load, so the chosen one is looked up by its number in the catalogue.
+/// Entries are numbered again by each load, so the chosen one is looked up by its number in the catalogue.
 void DesktopGlobe::chooseAgain(Instant now) {
   state_.chosen.reset();
   layer_->hideOrbit();

@@ -24,7 +24,7 @@ class DesktopGlobe {
     std::function<void(std::string)> saveHidden;  ///< takes the setting's new value; does not wait
   };
 
-  /// What could not be had is asked for again, and earthquakes are asked for anew, after these spans.
+  /// What was not available is asked for again, and earthquakes are fetched again, after these spans.
   static constexpr std::chrono::minutes kRetry{10};
   static constexpr std::chrono::minutes kEarthquakesAfter{5};
 

@@ -1,6 +1,6 @@
 // The window's part in notifying: keeps the engine and its role going while the window runs, knows what the
 // page of notifications shows, and changes settings, mutes and rules for it. Owned by the core, whose threads
-// it works on; nothing blocks the caller. What to tell is the engine's decision.
+// it works on; nothing blocks the caller. What to send is the engine's decision.
 #pragma once
 
 #include "app/notices/notification_desk.h"
@@ -51,10 +51,10 @@ class DesktopNotifications {
 
   // Commands: they return at once.
   void set(std::string key, SettingValue value);
-  /// Kinds by "+"; nothing mutes them for ever.
+  /// Kinds by "+"; nothing mutes them forever.
   void mute(std::string const& kinds, std::optional<Instant> until);
   void unmute(std::string const& kinds);
-  /// Nothing rings until then; nothing ends the pause.
+  /// Nothing gets through until then; nothing ends the pause.
   void pause(std::optional<Instant> until);
   void saveRule(CustomNotification rule);
   void removeRule(Uuid id);

@@ -1,5 +1,5 @@
 // The part of the core that knows the user's places: the saved ones, the selected one among them, the current
-// location, and the kept forecast of each. Any thread may call it; it shows and asks for nothing by itself.
+// location, and the cached forecast of each. Any thread may call it; it shows and asks for nothing by itself.
 #pragma once
 
 #include "app/notices/notification_inputs.h"

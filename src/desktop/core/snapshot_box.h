@@ -1,5 +1,5 @@
 // Hands the newest snapshot from the core's threads to the window's: what was not taken before the next one
-// came is passed over, so that the window never works through old ones. Owned by the program's entry.
+// came is skipped, so that the window never works through old ones. Owned by the program's entry.
 #pragma once
 
 #include "desktop/core/desktop_core.h"

@@ -1,4 +1,4 @@
-// Warnings one at a time, the gravest first, with the full text on demand.
+// Warnings one at a time, the most severe first, with the full text on demand.
 import QtQuick
 import NimbaraPages
 

@@ -119,7 +119,7 @@ FocusScope {
         }
     }
 
-    // Where a frame takes long, as without a graphics card, only what has moved is drawn anew.
+    // Where a frame takes long, as without a graphics card, only what has moved is drawn again.
     property bool isSlow: false
     FrameAnimation {
         running: pulse.running

@@ -1,4 +1,4 @@
-// Notifications: who tells them, the rules in groups, pauses and mutes, rules of the user's own, the log.
+// Notifications: who tells them, the rules in groups, pauses and mutes, the user's own rules, the log.
 import QtQuick
 import QtQuick.Controls.Basic
 import NimbaraPages

@@ -1,4 +1,4 @@
-// An official warning: how grave, what, where, until when, from whom; opens its whole text.
+// An official warning: how severe, what, where, until when, from whom; opens its whole text.
 import QtQuick
 import QtQuick.Controls.Basic
 import NimbaraPages

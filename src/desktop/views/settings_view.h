@@ -75,7 +75,7 @@ std::vector<SettingRowView> settingRows(SettingsGroup group, SettingsState const
 struct ProviderView {
   std::string value;
   std::string name;
-  std::string state;  ///< when it answered last, what failed, until when it is left alone
+  std::string state;  ///< when it answered last, what failed, until when it is paused
   bool isChosen = false;
   bool isTroubled = false;
   std::string sentence;

@@ -15,7 +15,7 @@ inline constexpr char kTrayRefresh[] = "refresh";
 inline constexpr char kTrayQuit[] = "quit";
 
 struct TrayView {
-  std::string temperature;  ///< "14°"; empty when nobody knows it
+  std::string temperature;  ///< "14°"; empty when it is unknown
   std::string sky;          ///< the picture in its place
   bool isDay = true;
   std::string skyTop;  ///< colours behind it

@@ -18,7 +18,7 @@ struct ViewContext {
   Texts const& texts;
   Units units;
   Instant now;
-  Calendar fallback = Calendar::utc();  ///< of places whose zone nobody knows
+  Calendar fallback = Calendar::utc();  ///< of places whose zone is unknown
   std::string standIn;                  ///< the address that stands in for the services; empty for none
 
   std::string text(std::string_view key) const { return std::string(texts.text(key)); }

@@ -24,7 +24,7 @@ class AirQualityService {
 
   AirQualityService(HttpClient& http, Clock const& clock, Options options);
 
-  /// Blocks for the request where the kept forecast is too old.
+  /// Blocks for the request where the cached forecast is too old.
   FeedReading<AirQualityForecast> fetchForecast(Coordinate place, std::stop_token const& stop = {});
 
  private:

@@ -18,7 +18,7 @@ constexpr Uuid kEvents{
     {0x6b, 0x1d, 0x0c, 0x52, 0x8e, 0x3f, 0x4a, 0x77, 0x9c, 0x21, 0x5f, 0xd8, 0x03, 0xa9, 0xe4, 0x16}};
 
 constexpr std::chrono::minutes kAdjoining = 30min;
-/// What is found again and again is noted anew once an hour: a memory that stays as it is costs no writing.
+/// What is found again and again is noted again once an hour: a memory that stays as it is costs no writing.
 constexpr std::chrono::hours kNotedAgain{1};
 constexpr std::size_t kLargestFile = std::size_t{16} << 20;
 /// A stormy week over a continent has some hundred.

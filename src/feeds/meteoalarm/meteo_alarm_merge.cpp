@@ -68,7 +68,7 @@ std::string colourOf(ToldEntry const& told) {
   return isStated ? told.details->colour : colourOfTitle(told.entry().title);
 }
 
-/// The gravest of the colours that are a warning's.
+/// The most severe of the colours that are a warning's.
 std::optional<std::string> colourOf(Group const& group) {
   constexpr std::string_view kColours[] = {"red", "orange", "yellow"};
   for (std::string_view const colour : kColours) {

@@ -43,7 +43,7 @@ std::vector<WeatherAlert> mergedAlerts(std::span<ToldEntry const> entries, Merge
 std::vector<WeatherAlert> mergedAlerts(std::span<SelectedEntry const> entries, MergeContext const& context);
 
 /// Those entries that decide something: of each kind the ones that have the place in them, or else the near
-/// ones; the gravest first.
+/// ones; the most severe first.
 std::vector<SelectedEntry> decidingEntries(std::span<SelectedEntry const> entries);
 
 }  // namespace nimbara

@@ -87,7 +87,7 @@ struct NWSAlertList {
   std::size_t unreadable = 0;    ///< further features that are no alerts
 };
 
-/// The error is that of a document that is no list of features at all.
+/// The error is that of a document that is not a list of features at all.
 Result<NWSAlertList, DecodeError> parseNwsAlerts(std::string_view body);
 
 }  // namespace nimbara

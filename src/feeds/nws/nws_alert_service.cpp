@@ -62,7 +62,7 @@ NWSAlertAnswer NWSAlertService::fetchAlerts(double latitude, double longitude, s
   if (isFresh) return {cachedAlerts_, true, "", {}, false};
   bool const hadValidators = lastFetchPoint_ == key;
   auto response = askFor(key, lock, stop);
-  // Another place took the cache in between, and what has not changed is not at hand any more.
+  // Another place took the cache in between, and what has not changed is not available any more.
   bool const isLost = hadValidators && lastFetchPoint_ != key && response && response->status == kNotModified;
   if (isLost) response = askFor(key, lock, stop);
   if (!response) return failed(key, response.error());

@@ -36,7 +36,7 @@ Result<RegionUpdate, std::string> updateRegions(HttpClient& http, std::string co
                                                 RegionUpdateOptions const& options = {},
                                                 std::stop_token const& stop = {});
 
-/// The same from documents at hand, the regions of all of them together.
+/// The same from these documents, the regions of all of them together.
 Result<RegionUpdate, std::string> installRegions(std::vector<std::string_view> const& documents,
                                                  std::filesystem::path const& file,
                                                  RegionMap const* older = nullptr,

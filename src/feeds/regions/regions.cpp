@@ -103,7 +103,7 @@ std::optional<Regions::Stamp> Regions::stampNow() const {
   return error ? std::nullopt : std::optional(stamp);
 }
 
-/// A file that was replaced is read anew; what was handed out of the one before stays whole.
+/// A file that was replaced is read again; what was handed out of the one before stays whole.
 Regions::State Regions::current() const {
   std::lock_guard const lock(mutex_);
   auto const stamp = stampNow();

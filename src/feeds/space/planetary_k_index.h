@@ -14,7 +14,7 @@
 namespace nimbara {
 
 /// The newest Kp (0 to 9) of either form that the service has used: rows of texts behind a header row (until
-/// March 2026), or objects with a number "Kp" and no header. Entries without a value are passed over.
+/// March 2026), or objects with a number "Kp" and no header. Entries without a value are skipped.
 /// Nothing for a document of another form or without any value.
 std::optional<double> newestKp(std::string_view body);
 

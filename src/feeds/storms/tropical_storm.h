@@ -51,7 +51,7 @@ struct TropicalStorm {
   std::optional<double> movementDirection;  ///< degrees that it moves towards
   std::optional<double> movementKmh;
   std::optional<Instant> lastUpdate;
-  std::vector<TropicalTrackPoint> track;  ///< in the order of time; empty where none could be had
+  std::vector<TropicalTrackPoint> track;  ///< in the order of time; empty where none was available
 
   bool operator==(TropicalStorm const&) const = default;
 };

@@ -1,6 +1,6 @@
 // The tropical cyclones of the Atlantic and the Pacific from the National Hurricane Center, each with its
 // forecast track. Keeps the last list for a quarter of an hour, and a track until its storm is reported on
-// anew; never raises an error.
+// again; never raises an error.
 #pragma once
 
 #include "feeds/fetching/watched_feed.h"
@@ -25,7 +25,7 @@ class TropicalStormService {
 
   TropicalStormService(HttpClient& http, Clock const& clock, Options options);
 
-  /// Blocks for the requests. A storm whose track cannot be had has none; that is no failure.
+  /// Blocks for the requests. A storm whose track is not available has none; that is no failure.
   FeedReading<std::vector<TropicalStorm>> fetchStorms(std::stop_token const& stop = {});
 
  private:

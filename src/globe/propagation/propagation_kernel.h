@@ -4,7 +4,7 @@
 //  - √am = √ao · |tempa|, so the powers of the semi-major axis need no pow;
 //  - angles are not reduced to a turn, as sine and cosine do that themselves;
 //  - the drag's shift of the mean anomaly, the steps of Kepler's equation and the short-period changes are
-//    small angles: known sines and cosines are turned by them instead of being computed anew;
+//    small angles: known sines and cosines are turned by them instead of being recomputed;
 //  - sine and cosine of the argument of latitude come out of Kepler's equation, so it needs no atan2;
 //  - divisions by two quantities share one quotient: 1/a = b · (1/ab).
 // Four full sine-cosine pairs, five divisions and one root are left.

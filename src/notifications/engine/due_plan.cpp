@@ -8,7 +8,7 @@ namespace {
 
 using enum RuleOutcome;
 
-/// A daily notification that was missed, as in a machine asleep, is told until so long after its hour.
+/// A daily notification that was missed, as in a machine asleep, is sent until so long after its hour.
 constexpr std::chrono::hours kDailyGrace{3};
 
 Decision dueDecision(ScheduledNotification const& entry, Rule const& rule, Texts const& texts) {
@@ -24,7 +24,7 @@ Decision dueDecision(ScheduledNotification const& entry, Rule const& rule, Texts
   return decision;
 }
 
-/// The place's clock: hours run on from the due one. A change of the clock within the grace is passed over.
+/// The place's clock: hours run on from the due one. A change of the clock within the grace is skipped.
 int hourAt(ScheduledNotification const& entry, Instant now) {
   return (entry.hour + static_cast<int>(std::chrono::floor<std::chrono::hours>(now - entry.due).count())) %
          24;

@@ -1,4 +1,4 @@
-// What the notification engine remembers between passes and over restarts: what was told, which conditions
+// What the notification engine remembers between passes and over restarts: what was sent, which conditions
 // hold, what is still to be seen on the desktop, and what is scheduled for an hour. A value; it is read from
 // and written to the state area of the settings store, where all processes of the user find it.
 #pragma once
@@ -18,21 +18,21 @@
 
 namespace nimbara {
 
-/// An event that was told and may still be shown.
+/// An event that was sent and may still be shown.
 struct ShownEvent {
   AlertSeverity severity = AlertSeverity::advisory;
-  std::string digest;  ///< of what was told
+  std::string digest;  ///< of what was sent
   std::optional<Instant> ends;
   bool wasAbsent = false;              ///< the last pass did not find it
   bool isWithdrawn = false;            ///< taken back; kept so that its return is no news
   std::optional<Instant> absentSince;  ///< the first of the passes that did not find it
-  bool isLifted = false;               ///< people were told that it is over: its return is news
+  bool isLifted = false;               ///< people know that it is over: its return is news
   bool hasRung = false;
   bool wasCovered = false;          ///< told without a ring since it was only near
   bool wasNear = false;             ///< told as an event outside the place
   std::optional<Instant> toldEnds;  ///< the end that people know of
   std::optional<Instant> began;
-  std::string title;     ///< under which it was told; empty in a state of an older version
+  std::string title;     ///< under which it was sent; empty in a state of an older version
   std::string kind;      ///< what a mute names
   std::string place;     ///< names
   std::string placeTag;  ///< where it was found last
@@ -65,7 +65,7 @@ inline constexpr auto jsonFields<ShownEvent> = FieldList{field("severity", &Show
                                                          fieldOr("isOfVisit", &ShownEvent::isOfVisit),
                                                          fieldOr("event", &ShownEvent::event)};
 
-/// A daily reminder as it will be told.
+/// A daily reminder as it will be sent.
 struct ScheduledNotification {
   std::string identifier;
   std::string title;
@@ -107,7 +107,7 @@ struct EngineState {
   std::vector<ScheduledNotification> scheduled;
   std::map<std::string, std::string, std::less<>> aiSummaryCache;  ///< by summary and day
   Instants firstCheckedAt;  ///< by the stem of a rule: when it was first evaluated
-  std::map<std::string, KnownStorm, std::less<>> knownStorms;  ///< as they were told, by identifier
+  std::map<std::string, KnownStorm, std::less<>> knownStorms;  ///< as they were sent, by identifier
   KnownFires knownFires;
   Instants
       deliveredAt;  ///< of events: the day on which one was last found, so that old ones can be forgotten
@@ -115,7 +115,7 @@ struct EngineState {
   bool operator==(EngineState const&) const = default;
 };
 
-/// The state as the store has it. Unreadable entries are an error: an engine that forgot would tell again.
+/// The state as the store has it. Unreadable entries are an error: an engine that forgot would send again.
 Result<EngineState, StoreError> engineStateOf(SettingValues const& stored);
 /// What to write so that the store has `state`.
 StoreChanges changesOf(EngineState const& state);

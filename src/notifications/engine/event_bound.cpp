@@ -13,7 +13,7 @@ namespace {
 
 using enum RuleOutcome;
 
-/// What rings comes with what is only listed: both are new.
+/// What notifies comes with what is only listed: both are new.
 constexpr std::array kOutcomes{announced,        muted,   heldByQuietHours, snoozed, suppressed,
                                alreadyDelivered, hasEnded};
 

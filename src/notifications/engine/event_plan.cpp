@@ -1,4 +1,4 @@
-// What becomes of events in a pass: told once, followed where their rule follows them, taken back at their
+// What becomes of events in a pass: sent once, followed where their rule follows them, taken back at their
 // end.
 #include "base/words/time_words.h"
 #include "feeds/alerts/event_memory.h"
@@ -26,7 +26,7 @@ bool tellsMore(Finding const& a, Finding const& b) {
   return rank(a) > rank(b);
 }
 
-/// "HR|wind|" of "HR|wind|EMMA_ID:HR001"; empty for what is not told apart by its region.
+/// "HR|wind|" of "HR|wind|EMMA_ID:HR001"; empty for what is not distinguished by its region.
 std::string_view withoutRegion(std::string_view event) {
   auto const end = event.rfind('|');
   bool const hasRegion = end != std::string_view::npos && event.find('|') != end;

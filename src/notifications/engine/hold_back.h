@@ -17,7 +17,7 @@ std::string_view withoutJoint(std::string_view stem);
 NotificationUrgency urgencyOf(AlertSeverity severity);
 std::vector<NotificationAction> notificationActions(Texts const& texts);
 
-/// A finding as the desktop is to show it, under no identifier yet; a quiet one is listed without a ring.
+/// A finding as the desktop is to show it, under no identifier yet; a quiet one is delivered silently.
 NotificationRequest requestFor(Rule const& rule, Finding const& finding, bool sounds, bool isQuiet,
                                Texts const& texts);
 

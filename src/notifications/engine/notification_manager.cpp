@@ -89,14 +89,14 @@ class NotificationManager::Pass {
       state_ = manager_.isAhead_ ? merged(std::move(*state), known) : std::move(*state);
       return;
     }
-    // Without the memory of other runs only what cannot wait is told.
+    // Without the memory of other runs only what cannot wait is sent.
     canRemember_ = false;
     report_.problems.push_back(state.error().message);
     state_ = known;
   }
 
   /// All is remembered first, with one write, and told then: a process that dies in between has told at most
-  /// once. What could not be told is forgotten again.
+  /// once. What could not be sent is forgotten again.
   void carryOut(std::vector<Decision>& decisions, auto const& alsoRemember) {
     EngineState const before = state_;
     for (Decision const& decision : decisions) apply(decision, now_, state_);

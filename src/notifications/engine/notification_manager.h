@@ -1,5 +1,5 @@
 // The notification engine: runs one evaluation pass after the other, delivers what the plan of a pass says,
-// and keeps what was told. Long-lived, one for a program; any thread may call. It fetches nothing by itself:
+// and keeps what was sent. Long-lived, one for a program; any thread may call. It fetches nothing by itself:
 // each pass is given a function that gathers its inputs.
 #pragma once
 
@@ -59,7 +59,7 @@ class NotificationManager {
 
   explicit NotificationManager(Surroundings surroundings);
 
-  /// The words of the next passes, where they are other than those of the surroundings.
+  /// The words of the next passes, where they are other than those of the environment.
   void setTexts(std::shared_ptr<Texts const> texts);
   /// May ask the user.
   AuthorizationStatus requestAuthorization();
@@ -74,7 +74,7 @@ class NotificationManager {
 
   /// Tells the daily notifications whose hour has come.
   PassReport tellScheduled();
-  /// When the next of them is due. What was due and could not be told is left to the next pass.
+  /// When the next of them is due. What was due and could not be sent is left to the next pass.
   std::optional<Instant> nextScheduled() const;
 
   /// For a location that is being removed or replaced.

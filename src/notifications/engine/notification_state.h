@@ -29,7 +29,7 @@ class NotificationState {
 
   explicit NotificationState(SettingsStore& store) : store_(store) {}
 
-  /// Refuses a stored text that is no list at all.
+  /// Refuses a stored text that is not a list at all.
   Saved customNotifications();
   /// These give the list as it was saved.
   Saved change(std::function<RulesResult(Rules&)> const& change);

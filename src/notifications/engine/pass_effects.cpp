@@ -66,7 +66,7 @@ void remember(Decision const& decision, Instant now, EngineState& state) {
   }
 }
 
-/// Changes of a storm are measured from what was told of it, be that told long ago.
+/// Changes of a storm are measured from what was sent of it, even if that was long ago.
 void rememberStorm(Decision const& decision, EngineState& state) {
   if (decision.storm) state.knownStorms.insert_or_assign(decision.storm->id, decision.storm->as);
 }

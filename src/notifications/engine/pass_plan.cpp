@@ -59,7 +59,7 @@ void PassPlanner::skip(Rule const& rule) {
   for (RuleInputs const& inputs : places_) release(rule, inputs, {});
 }
 
-// ---- Conditions and what is told once a day
+// ---- Conditions and what is sent once a day
 
 void PassPlanner::planFindings(Rule const& rule, RuleInputs const& inputs, Evaluation const& evaluation) {
   Keys found;

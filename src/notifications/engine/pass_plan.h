@@ -1,4 +1,4 @@
-// One evaluation pass as a pure function: from the inputs of the places, the settings and what was told
+// One evaluation pass as a pure function: from the inputs of the places, the settings and what was sent
 // before to a decision for every rule, in the order of delivery. It delivers, fetches and remembers nothing;
 // `apply` says what to remember of a decision once it has been carried out.
 #pragma once
@@ -16,21 +16,21 @@
 namespace nimbara {
 
 enum class RuleOutcome {
-  announced,       ///< rings
-  escalated,       ///< told before, and graver now: rings again
-  listed,          ///< shown without a ring: old news, or told by another notification
+  announced,       ///< notifies
+  escalated,       ///< sent before, and more severe now: notifies again
+  listed,          ///< shown silently: old news, or covered by another notification
   updated,         ///< what is shown is replaced in silence
-  endMoved,        ///< shown again without a ring: it ends much earlier or later than was told
+  endMoved,        ///< shown again silently: it ends much earlier or later than was sent
   withdrawn,       ///< what is shown is over
-  lifted,          ///< over before the end that was told: shown without a ring in place of it
-  scheduled,       ///< will be told at its hour
+  lifted,          ///< over before the end that was sent: shown silently in place of it
+  scheduled,       ///< will be sent at its hour
   stillScheduled,  ///< as it was
   settingOff,
   notChosen,  ///< what is chosen for the place leaves the rule out
   conditionFalse,
   unknown,          ///< the rule's input is missing: its feed failed, or there is no forecast
   absent,           ///< what is shown was not found; one check more and it is over
-  stillActive,      ///< told when it became true
+  stillActive,      ///< sent when it became true
   returnedTooSoon,  ///< a flicker
   alreadyDelivered,
   alreadyToldToday,
@@ -53,9 +53,9 @@ static_assert(enumNamesComplete(RuleOutcome::suppressed));
 bool isAction(RuleOutcome outcome);
 /// Something goes to the desktop at once.
 bool isDelivery(RuleOutcome outcome);
-/// Something would have been told.
+/// Something would have been sent.
 bool isHeldBack(RuleOutcome outcome);
-/// It was told before.
+/// It was sent before.
 bool isKnown(RuleOutcome outcome);
 
 struct Decision {
@@ -78,13 +78,13 @@ struct Decision {
   bool isPartial = false;              ///< of a look at not all places
   std::vector<Measurement> measured;
   std::string note;                                ///< the evaluation's, or a feed's problem
-  std::optional<Instant> since;                    ///< when it was told, or last seen
+  std::optional<Instant> since;                    ///< when it was sent, or last seen
   std::optional<ScheduledNotification> scheduled;  ///< of a scheduled one
   std::string prompt;                              ///< for a language model that may word it; else empty
   double greatness = 0;                            ///< the finding's
-  std::optional<ToldStorm> storm;                  ///< what is known of a storm once it has been told
-  std::vector<SeenFire> fire;                      ///< where a fire burns, once it has been told
-  std::vector<Decision> counted;                   ///< those for which this one stands: they are told with it
+  std::optional<ToldStorm> storm;                  ///< what is known of a storm once it has been sent
+  std::vector<SeenFire> fire;                      ///< where a fire burns, once it has been sent
+  std::vector<Decision> counted;                   ///< those for which this one stands: they are sent with it
 };
 
 /// A rule that is no row of the catalogue, already evaluated: one of the user's own.
@@ -106,14 +106,14 @@ struct PassContext {
 };
 
 struct PassPlan {
-  /// Deliveries first, critical ones before all others; then schedules, then what is not told.
+  /// Deliveries first, critical ones before all others; then schedules, then what is not sent.
   std::vector<Decision> decisions;
   std::vector<Rule const*> checked;  ///< rules about events whose feeds answered
 };
 
 PassPlan planPass(PassContext const& context, EngineState const& state);
 
-/// What of the schedule is due: told, held back until the next pass, or missed for too long and forgotten.
+/// What of the schedule is due: sent, held back until the next pass, or missed for too long and forgotten.
 struct DuePlan {
   struct Entry {
     ScheduledNotification scheduled;
@@ -128,7 +128,7 @@ DuePlan planDue(Instant now, Settings const& settings, Texts const& texts,
 /// What a mute of a notification names when nothing is known of it but its identifier.
 std::string kindOfIdentifier(std::string_view identifier);
 
-/// Whether what is to be told at its hour is other than what waits for it. Of scheduled ones.
+/// Whether what is to be sent at its hour is other than what waits for it. Of scheduled ones.
 void settleSchedule(Decision& decision, EngineState const& state);
 
 /// Carried out, or needing nothing: the state after it.
@@ -140,7 +140,7 @@ void takeBack(Decision const& decision, EngineState& state, EngineState const& b
 
 /// Tells two wordings of one event apart.
 std::string digestOf(NotificationRequest const& request);
-/// An event ends so much later or earlier than was told that people must know.
+/// An event ends so much later or earlier than was sent that people must know.
 bool hasMovedEnd(ShownEvent const& shown, std::optional<Instant> ends);
 
 /// Every input that an enabled rule reads, by what is chosen for a place.

@@ -30,7 +30,7 @@ struct PlannedEvent {
 struct PlannedEvents {
   std::vector<PlannedEvent> list;
   std::map<std::string, std::size_t, std::less<>> byIdentifier;
-  std::set<std::string, std::less<>> untold;  ///< there, but not grave enough
+  std::set<std::string, std::less<>> untold;  ///< there, but not severe enough
 };
 
 class PassPlanner {
@@ -79,7 +79,7 @@ class PassPlanner {
   void planForeign(ForeignEvaluation const& foreign);
   void skip(Rule const& rule);
 
-  // ---- Conditions and what is told once a day
+  // ---- Conditions and what is sent once a day
 
   void planFindings(Rule const& rule, RuleInputs const& inputs, Evaluation const& evaluation);
   static std::string noteOf(Rule const& rule, RuleInputs const& inputs, Evaluation const& evaluation);
@@ -103,7 +103,7 @@ class PassPlanner {
   void planEvents(Rule const& rule);
   /// What the rule found, under the identifiers by which the state knows it.
   Evaluation evaluationOf(Rule const& rule, RuleInputs const& inputs);
-  /// The same event was told under another identifier: what gave it its own has been forgotten, or the state
+  /// The same event was sent under another identifier: what gave it its own has been forgotten, or the state
   /// is of an older version.
   std::optional<std::string> knownAs(Rule const& rule, Finding const& finding);
   bool isSameEvent(ShownEvent const& shown, Finding const& finding) const;
@@ -158,7 +158,7 @@ class PassPlanner {
   // ---- Scheduled for an hour
 
   void planScheduled(Rule const& rule, RuleInputs const& inputs);
-  /// What was due before this pass could not be told yet, and is not to be replaced by tomorrow's.
+  /// What was due before this pass could not be sent yet, and is not to be replaced by tomorrow's.
   bool isWaiting(std::string_view key) const;
   Instant nextDue(std::string_view key, RuleInputs const& inputs, int hour) const;
 

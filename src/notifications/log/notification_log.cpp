@@ -22,7 +22,7 @@ LoggedMeasurement logged(Measurement const& measurement) {
           measurement.limit, std::string(measurement.unit)};
 }
 
-/// The newest line of the same notification says the same, and nothing was told. That something was told
+/// The newest line of the same notification says the same, and nothing was sent. That something was sent
 /// already is no news either while its telling is still remembered by everybody.
 bool isRepetition(std::vector<LoggedNotification> const& log, LoggedNotification const& line) {
   auto const outcome = enumFromName<RuleOutcome>(line.outcome);

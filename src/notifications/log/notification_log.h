@@ -27,7 +27,7 @@ inline constexpr auto jsonFields<LoggedMeasurement> =
               field("needs", &LoggedMeasurement::needs), field("limit", &LoggedMeasurement::limit),
               field("unit", &LoggedMeasurement::unit)};
 
-/// A line of the log of what was told and what was held back.
+/// A line of the log of what was sent and what was held back.
 struct LoggedNotification {
   Instant time;
   std::string identifier;

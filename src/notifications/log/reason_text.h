@@ -1,4 +1,4 @@
-// Why something was told, held back or passed over, in sentences: the outcome, the values that decided in the
+// Why something was sent, held back or skipped, in sentences: the outcome, the values that decided in the
 // user's units, what else stood against it. Pure; decides nothing.
 #pragma once
 

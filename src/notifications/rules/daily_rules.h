@@ -1,5 +1,5 @@
 // The reminders and summaries that come at an hour of the user's choice. Each looks at one local day: the
-// engine gives it the moment at which it will be told as `now`.
+// engine gives it the moment at which it will be sent as `now`.
 #pragma once
 
 #include "notifications/rules/rule.h"

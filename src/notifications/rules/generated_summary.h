@@ -1,4 +1,4 @@
-// The morning and evening summaries as a language model may word them: what it is told and asked, and what of
+// The morning and evening summaries as a language model may word them: what it is sent and asked, and what of
 // its reply is fit to be shown. Pure.
 #pragma once
 

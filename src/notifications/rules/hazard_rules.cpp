@@ -15,7 +15,7 @@ namespace {
 
 using Relation = Measurement::Relation;
 
-/// From here on an earthquake is told with the sound of danger.
+/// From here on an earthquake is sent with the sound of danger.
 constexpr double kStrongEarthquake = 5.5;
 
 std::string bodyOf(WeatherAlert const& alert, Texts const& texts) {
@@ -101,7 +101,7 @@ double gapKm(FireDetection const& fire, SeenFire const& part) {
   return haversineKm(fire.coordinate, {part.latitude, part.longitude}) - reach;
 }
 
-/// The identifier under which a fire was told, wherever it burns by now; else one that no other fire has.
+/// The identifier under which a fire was sent, wherever it burns by now; else one that no other fire has.
 std::string identifierOf(FireDetection const& fire, KnownFires const& known) {
   std::string identifier = "fire_" + fire.id;
   if (known.contains(identifier)) identifier += "_" + formatIso8601(fire.detectedAt);
@@ -118,7 +118,7 @@ std::string identifierOf(FireDetection const& fire, KnownFires const& known) {
 }
 
 /// Of fires farther off only the moment counts as their beginning in which they were seen: the first look
-/// lists what has burned for a while. One at the door rings.
+/// lists what has burned for a while. One at the door notifies.
 Finding findingOf(FireDetection const& fire, double km, RuleInputs const& inputs) {
   bool const isNear = km <= cuts::kNearFireKm;
   Finding finding;

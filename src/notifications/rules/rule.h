@@ -59,7 +59,7 @@ struct Finding {
   std::string kind;              ///< what a mute names; empty: the rule's stem
   std::optional<Instant> began;  ///< since when it is so, if that is known
   std::optional<Instant> ends;   ///< when it will be over, if that is known
-  /// Told by another notification already, or slight and only near: listed without a ring.
+  /// Covered by another notification already, or slight and only near: delivered silently.
   bool isCovered = false;
   bool isNear = false;  ///< the place is outside, though not far from it
   /// Said below the body, and no part of what the event is: how far from the place it is. A whole sentence
@@ -68,8 +68,8 @@ struct Finding {
   double greatness = 0;  ///< among events of one rule and severity the greater come first: magnitude, MW …
   /// What an official event is about. Together with its period it is the same event under another identifier.
   std::string event;
-  std::optional<ToldStorm> storm;  ///< what is known of a storm once this has been told
-  std::vector<SeenFire> fire;      ///< where a fire burns, once this has been told
+  std::optional<ToldStorm> storm;  ///< what is known of a storm once this has been sent
+  std::vector<SeenFire> fire;      ///< where a fire burns, once this has been sent
 };
 
 /// Notes of rules that could not look: false is not known to be false.
@@ -79,7 +79,7 @@ struct Evaluation {
   std::vector<Finding> findings;
   std::vector<Measurement> measured;  ///< what decided, also when nothing was found
   std::string_view note;  ///< ends a text key "explain.note.<note>": "dark", "noForecast"; may be empty
-  /// Identifiers of events that are there but not grave enough to be told: they are not over.
+  /// Identifiers of events that are there but not severe enough to be sent: they are not over.
   std::vector<std::string> untold = {};  // NOLINT(readability-redundant-member-init): most leave it out
 
   static Evaluation none(std::string_view note) { return {{}, {}, note, {}}; }
@@ -96,11 +96,11 @@ struct Rule {
   EvaluateRule evaluate = nullptr;
   PlaceChoice reach = PlaceChoice::everything;  ///< the least choice of a place that includes the rule
   std::chrono::minutes minimumGap{0};           ///< of a condition: absence shorter than this is flicker
-  bool followsEvents = false;                   ///< updates and ends of what was told reach the desktop
+  bool followsEvents = false;                   ///< updates and ends of what was sent reach the desktop
   std::optional<SummaryKind> summary = std::nullopt;  ///< a language model may word it
   /// Of a daily rule that is scheduled: the key of its hour.
   std::string_view hourSetting = {};  // NOLINT(readability-redundant-member-init): rows leave it out
-  bool tellsLifting = false;          ///< an event that is over before its end is told to be so
+  bool tellsLifting = false;          ///< an event that ends early is announced as lifted
 };
 
 }  // namespace nimbara

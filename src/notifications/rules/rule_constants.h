@@ -13,7 +13,7 @@ inline constexpr std::chrono::hours kPrecipitationLookAhead{6};
 // The end of a wet spell may lie farther ahead than its start and still be worth naming.
 inline constexpr std::chrono::hours kSpellLookAhead{18};
 
-// Starts need a firmer signal than stops, and snow is told on a weaker one than rain.
+// Starts need a firmer signal than stops, and snow is sent on a weaker one than rain.
 inline constexpr int kRainStartChance = 30;
 inline constexpr int kRainStopChance = 20;
 inline constexpr int kSnowStartChance = 20;
@@ -65,7 +65,7 @@ inline constexpr double kBeachGustKmh = 45;
 inline constexpr int kBeachCloud = 50;
 inline constexpr int kBeachHours = 3;
 
-// Until tomorrow at this hour: time to plan another day, and what comes later is told later.
+// Until tomorrow at this hour: time to plan another day, and what comes later is sent later.
 inline constexpr std::chrono::hours kAirLookAhead{24};
 
 // A strike says where a thunderstorm is; half an hour later it is over or elsewhere.

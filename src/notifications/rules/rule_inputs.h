@@ -57,7 +57,7 @@ struct InputReading {
   std::string problem;             ///< why it is not fresh: a sentence without a full stop; empty when it is
 
   static InputReading of(T held) { return {std::make_shared<T const>(std::move(held)), {}}; }
-  /// What was never told is no value; an older one keeps its problem beside it.
+  /// What was never sent is no value; an older one keeps its problem beside it.
   static InputReading of(FeedReading<T> reading) {
     InputReading input;
     if (reading.checkedAt) input.value = std::make_shared<T const>(std::move(reading.data));
@@ -81,7 +81,7 @@ struct NotifiedPlace {
   bool operator==(NotifiedPlace const&) const = default;
 };
 
-/// What was told of a tropical storm last: changes are measured from there.
+/// What was sent of a tropical storm last: changes are measured from there.
 struct KnownStorm {
   StormCategory category = StormCategory::depression;
   double windKmh = 0;
@@ -108,7 +108,7 @@ inline constexpr auto jsonFields<SeenFire> =
     FieldList{field("latitude", &SeenFire::latitude), field("longitude", &SeenFire::longitude),
               field("reachKm", &SeenFire::reachKm), field("seen", &SeenFire::seen)};
 
-/// The parts of fires, by the identifier under which they were told.
+/// The parts of fires, by the identifier under which they were sent.
 using KnownFires = std::map<std::string, std::vector<SeenFire>, std::less<>>;
 
 /// A storm as a notification tells it.

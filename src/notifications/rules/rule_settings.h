@@ -40,10 +40,10 @@ struct QuietHours {
   bool contain(int hour) const;
 };
 
-/// Something that is not told, for ever or for a while.
+/// Something that is not sent, forever or for a while.
 struct Mute {
   std::string kind;  ///< a rule, a kind of warning, or a kind at one severity: "rain", "gov:wind:advisory"
-  std::optional<Instant> until;  ///< none: for ever
+  std::optional<Instant> until;  ///< none: forever
 
   bool holds(Instant now) const { return !until || now < *until; }
   bool operator==(Mute const&) const = default;
@@ -58,7 +58,7 @@ std::vector<Mute> mutedToo(std::vector<Mute> mutes, Mute mute, Instant now);
 struct RuleSettings {
   double highWindKmh = 60;
   double airQualityLevel = 35;  ///< PM2.5, µg/m³
-  bool govAlerts = true;        ///< official warnings are told at all
+  bool govAlerts = true;        ///< official warnings are sent at all
   NotificationLevel govAlertLevel = NotificationLevel::medium;
   NotificationLevel travelAdvisoryLevel = NotificationLevel::medium;
   double fireRadiusKm = 50;
@@ -67,7 +67,7 @@ struct RuleSettings {
   double lightningRadiusKm = 20;  ///< never above 50
   bool sounds = true;
   bool generatedSummaries = false;  ///< a language model may word the daily summaries
-  bool everyPlace = true;           ///< danger is told for each saved place
+  bool everyPlace = true;           ///< danger is sent for each saved place
   QuietHours quiet;
   std::vector<Mute> mutes;
   std::optional<Instant> snoozedUntil;
@@ -75,7 +75,7 @@ struct RuleSettings {
   static RuleSettings of(Settings const& settings);
 };
 
-/// The widest circle in which lightning is told, km.
+/// The widest circle in which lightning is reported, km.
 inline constexpr double kMostLightningRadiusKm = 50;
 
 }  // namespace nimbara

@@ -42,7 +42,7 @@ Finding aboutStorm(TropicalStorm const& storm, std::string const& event, AlertSe
   return finding;
 }
 
-/// The like for what is told once and then known.
+/// The like for what is sent once and then known.
 Finding newsOfStorm(TropicalStorm const& storm, std::string const& event, AlertSeverity severity) {
   Finding finding = aboutStorm(storm, event, severity);
   finding.began = storm.lastUpdate;
@@ -121,7 +121,7 @@ Finding windChange(TropicalStorm const& storm, KnownStorm const& known, RuleInpu
   return finding;
 }
 
-/// What is new of a storm since it was told last.
+/// What is new of a storm since it was sent last.
 std::optional<Finding> newsOf(TropicalStorm const& storm, RuleInputs const& inputs) {
   auto const known = inputs.knownStorms.find(storm.id);
   if (known == inputs.knownStorms.end()) return newStorm(storm, inputs);

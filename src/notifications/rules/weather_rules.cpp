@@ -139,7 +139,7 @@ AlertSeverity severityOf(NWSAlert const& message) {
   }
 }
 
-/// The same event is told as an official warning of its own.
+/// The same event is sent as an official warning of its own.
 bool isToldOfficially(NWSAlert const& message, RuleSettings const& settings) {
   return settings.govAlerts && levelOf(severityOf(message)) >= settings.govAlertLevel;
 }

@@ -54,7 +54,7 @@ bool isNearFreezing(HourlyForecast const& hour) {
   return std::abs(hour.tempC) <= blackIce::kNearFreezing;
 }
 
-/// One level of a heat pump's icing, the gravest first.
+/// One level of a heat pump's icing, the most severe first.
 struct IcingLevel {
   double warmest;
   double leastHumidity;
@@ -78,7 +78,7 @@ std::vector<Measurement> icing(IcingLevel const& level, HourlyForecast const& ho
           {"dewPointSpread", spread, Relation::atMost, level.widestSpread, "°C"}};
 }
 
-/// The gravest level that is reached, else the lightest.
+/// The most severe level that is reached, else the lightest.
 IcingLevel const& icingLevel(HourlyForecast const& hour) {
   auto const found = std::ranges::find_if(kIcing, [&](IcingLevel const& level) {
     return std::ranges::all_of(icing(level, hour), &Measurement::holds);

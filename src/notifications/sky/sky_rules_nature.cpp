@@ -97,7 +97,7 @@ Hours bestWindow(Hours hours) {
   return best;
 }
 
-/// "⚠️ Wind Warning in effect …" for the gravest warning that is in force in the window, else nothing.
+/// "⚠️ Wind Warning in effect …" for the most severe warning that is in force in the window, else nothing.
 std::string caution(RuleInputs const& inputs, Instant begin, Instant end) {
   if (!inputs.govAlerts) return {};
   auto const found = std::ranges::find_if(*inputs.govAlerts, [&](WeatherAlert const& alert) {

@@ -57,7 +57,7 @@ std::optional<int> cloudCoverNow(RuleInputs const& inputs);
 double rainBefore(RuleInputs const& inputs, Instant instant, std::chrono::hours span);
 /// The hours of the night that is coming or has begun, as far as they are ahead.
 std::vector<HourlyForecast> comingNight(RuleInputs const& inputs);
-/// True from noon to midnight: each night is told once, and not again after midnight.
+/// True from noon to midnight: each night is sent once, and not again after midnight.
 bool isTimeForTonight(RuleInputs const& inputs);
 
 }  // namespace nimbara::sky

@@ -13,7 +13,7 @@ namespace nimbara {
 
 class LazyHttpClient final : public HttpClient {
  public:
-  /// `program` is the running program's file: the library's part lies beside it.
+  /// `program` is the running program's file: the library's part lies next to it.
   LazyHttpClient(std::filesystem::path program, std::string userAgent)
       : program_(std::move(program)), userAgent_(std::move(userAgent)) {}
 

@@ -1,4 +1,4 @@
-// Parts of the program that lie beside it and are loaded when they are first needed.
+// Parts of the program that lie next to it and are loaded when they are first needed.
 #pragma once
 
 #include <filesystem>

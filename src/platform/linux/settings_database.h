@@ -20,7 +20,7 @@ Result<void, StoreError> makeSettingsDirectory(std::filesystem::path const& dire
 /// Makes an empty database unless there is a file of that name. Several processes may do so at once.
 Result<void, StoreError> makeSettingsDatabase(std::filesystem::path const& directory);
 
-/// Refuses what is no regular file before anybody opens it: a pipe would keep its reader for ever.
+/// Refuses what is no regular file before anybody opens it: a pipe would keep its reader forever.
 Result<void, StoreError> checkSettingsFile(std::filesystem::path const& file, std::string_view doing);
 /// A newer version of the program has written it; false where that cannot be read.
 bool isOfNewerVersion(SqliteConnection& connection);

@@ -42,7 +42,7 @@ class AppleWeatherToken {
 
   /// The error is a sentence that names the key's file.
   Result<std::string, std::string> get();
-  /// Makes the next call sign anew; `serverTime`, where it is known, corrects a wall clock that is off by
+  /// Makes the next call sign again; `serverTime`, where it is known, corrects a wall clock that is off by
   /// more than a minute.
   void drop(std::optional<Instant> serverTime);
 

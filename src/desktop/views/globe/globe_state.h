@@ -14,7 +14,7 @@
 
 namespace nimbara {
 
-/// One group of the catalogue as far as it could be had.
+/// One group of the catalogue as far as it was available.
 struct GlobeGroup {
   enum class State { waiting, fresh, stale, failed };
 

@@ -75,7 +75,7 @@ inline constexpr auto viewFields<OfficialView> = FieldList{
     viewField("source", &OfficialView::source),
 };
 
-/// Those that have not ended, official ones and the forecast's, the gravest first.
+/// Those that have not ended, official ones and the forecast's, the most severe first.
 std::vector<AlertView> alertViews(WeatherState const& state, ViewContext const& context);
 /// The official ones alone.
 std::vector<AlertView> officialViews(WeatherState const& state, ViewContext const& context);

@@ -18,7 +18,7 @@ struct NotificationsView {
   std::string notifier;  ///< who notifies now, a sentence
   std::string trouble;   ///< why nothing can be shown, or what went wrong; empty when all is well
   std::string test;      ///< what became of the test
-  std::string pause;     ///< until when nothing rings; empty when it does
+  std::string pause;     ///< until when nothing gets through; empty when it does
   bool isPaused = false;
   std::string logNote;  ///< what stands in place of an empty log
 };
@@ -108,7 +108,7 @@ struct LogView {
   std::string kind;  ///< what a mute names
   std::string kindTitle;
   std::string mute;      ///< "Mute “Heavy rain”"
-  std::string muted;     ///< until when its like is muted; empty when it is told
+  std::string muted;     ///< until when its like is muted; empty when it is sent
   std::string mutes;     ///< what holds it back, kinds by "+"
   std::string sentence;  ///< all of it, for those who listen
 };
@@ -128,7 +128,7 @@ inline constexpr auto viewFields<LogView> = FieldList{viewField("key", &LogView:
                                                       viewField("mutes", &LogView::mutes),
                                                       viewField("sentence", &LogView::sentence)};
 
-/// How long something is muted or nothing rings.
+/// How long something is muted or nothing gets through.
 enum class MuteSpan { hour, tomorrow, forever };
 template <>
 inline constexpr auto enumNames<MuteSpan> = std::to_array<std::string_view>({"hour", "tomorrow", "forever"});
@@ -158,7 +158,7 @@ std::vector<OptionView> muteOptions(ViewContext const& view);
 std::optional<SettingValue> settingFromShown(std::string_view key, double shown, Units const& units);
 
 std::vector<MuteView> muteViews(NotificationsState const& state, ViewContext const& view);
-/// "Until tomorrow" ends with the night: at `morning` o'clock. Nothing for ever.
+/// "Until tomorrow" ends with the night: at `morning` o'clock. Nothing forever.
 std::optional<Instant> endOf(MuteSpan span, Instant now, Calendar const& calendar, int morning);
 
 /// Newest first.

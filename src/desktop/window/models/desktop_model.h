@@ -77,7 +77,7 @@ class DesktopModel : public QObject {
   DesktopModel(Setting setting, DesktopCommands commands, QObject* parent = nullptr);
 
   void show(std::shared_ptr<DesktopSnapshot const> snapshot);
-  /// The matches of `text`; an answer to an older question is passed over.
+  /// The matches of `text`; an answer to an older question is skipped.
   void showFound(std::string const& text, std::vector<FoundPlace> found);
   /// What the geocoding service knows of `text`.
   void showFoundOnline(std::string const& text, Result<std::vector<FoundPlace>, APIError> const& found);

@@ -330,7 +330,7 @@ void NotificationsModel::tryDraft() {
   ask(commands_.tryRule, *draft_);
 }
 
-/// An answer about a draft that has changed since is passed over.
+/// An answer about a draft that has changed since is skipped.
 void NotificationsModel::showTrial(TrialAnswer const& answer) {
   if (!draft_ || !isTrying_ || answer.rule != draft_->id) return;
   isTrying_ = false;

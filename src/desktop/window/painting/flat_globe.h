@@ -1,6 +1,6 @@
 // The globe painted without a graphics card: each pixel's place on the earth is computed, points and lines go
 // on top. Draws what the model has, seen from the model's camera, like the scene in three dimensions. The
-// disc is coarser while the camera moves, and painted anew only when camera or sun have moved.
+// disc is coarser while the camera moves, and repainted only when camera or sun have moved.
 #pragma once
 
 #include "desktop/window/models/globe_model.h"

@@ -169,7 +169,7 @@ Result<LocationFix, LocationError> GeoclueLocationSource::locate(milliseconds ti
 }
 
 LocationError GeoclueLocationSource::follow(std::uint32_t metres, Moved const& moved, std::stop_token stop) {
-  // A new conversation now and then outlives a service that was started anew.
+  // A new conversation now and then outlives a service that was started again.
   constexpr std::chrono::hours kAConversation{1};
   for (;;) {
     Result<LocationFix, LocationError> const ended =

@@ -20,7 +20,7 @@ struct NotificationCapabilities {
   bool sound = false;
 };
 
-/// From the names of the Desktop Notifications Specification; others are passed over.
+/// From the names of the Desktop Notifications Specification; others are skipped.
 NotificationCapabilities capabilitiesOf(std::vector<std::string> const& names);
 
 struct NotifyCall {

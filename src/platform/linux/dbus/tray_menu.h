@@ -1,5 +1,5 @@
 // A menu on the bus as tray hosts read it (com.canonical.dbusmenu): one level, an entry for each item.
-// Whatever a host asks for is looked up, never trusted: what is not there is passed over or refused.
+// Whatever a host asks for is looked up, never trusted: what is not there is skipped or refused.
 #pragma once
 
 #include "platform/tray.h"
