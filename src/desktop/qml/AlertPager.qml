@@ -1,19 +1,20 @@
 // Warnings one at a time, the most severe first, with the full text on demand.
 import QtQuick
 import NimbaraPages
+import NimbaraItems
 
 Rectangle {
     id: pager
 
     readonly property int count: list.count
     readonly property var current: list.currentItem
-    readonly property bool isOpen: current !== null && app.openAlert === current.alertId
+    readonly property bool isOpen: current !== null && App.openAlert === current.alertId
 
     height: content.height + 3 * Theme.space
     radius: Theme.radius
     color: Theme.alertColour(current ? current.level : "info")
     Accessible.role: Accessible.Grouping
-    Accessible.name: app.words.alerts
+    Accessible.name: App.words.alerts
 
     // Holds the values of each warning; draws nothing.
     ListView {
@@ -21,7 +22,7 @@ Rectangle {
         width: 1
         height: 1
         visible: false
-        model: app.alerts
+        model: App.alerts
         onCountChanged: currentIndex = Math.max(0, Math.min(currentIndex, count - 1))
         delegate: Item {
             required property string alertId
@@ -65,7 +66,7 @@ Rectangle {
             font.pixelSize: Theme.small
         }
         Words {
-            text: pager.isOpen ? app.alertDetails : pager.current ? pager.current.message : ""
+            text: pager.isOpen ? App.alertDetails : pager.current ? pager.current.message : ""
             maximumLineCount: pager.isOpen ? 1000 : 4
             elide: Text.ElideRight
             font.pixelSize: Theme.body
@@ -77,14 +78,14 @@ Rectangle {
                 width: Math.min(implicitWidth, content.width)
                 height: Math.max(implicitHeight, 36 * Theme.scale)
                 verticalAlignment: Text.AlignVCenter
-                text: pager.current ? [pager.current.when, pager.current.issuer, pager.current.age].filter(part => part !== "").join("  ·  ") : ""
+                text: pager.current ? Theme.joined([pager.current.when, pager.current.issuer, pager.current.age], "  ·  ") : ""
                 font.pixelSize: Theme.small
             }
             PlainButton {
                 visible: pager.current !== null && pager.current.hasDetails
                 ink: Theme.text
-                text: pager.isOpen ? app.words.less : app.words.more
-                onClicked: app.openAlert = pager.isOpen ? "" : pager.current.alertId
+                text: pager.isOpen ? App.words.less : App.words.more
+                onClicked: App.openAlert = pager.isOpen ? "" : pager.current.alertId
             }
             Row {
                 visible: pager.count > 1
@@ -92,7 +93,7 @@ Rectangle {
                 PlainButton {
                     ink: Theme.text
                     sign: LayoutMirroring.enabled ? "forth" : "back"
-                    explanation: app.words.previous
+                    explanation: App.words.previous
                     enabled: list.currentIndex > 0
                     onClicked: list.currentIndex -= 1
                 }
@@ -106,7 +107,7 @@ Rectangle {
                 PlainButton {
                     ink: Theme.text
                     sign: LayoutMirroring.enabled ? "back" : "forth"
-                    explanation: app.words.next
+                    explanation: App.words.next
                     enabled: list.currentIndex < pager.count - 1
                     onClicked: list.currentIndex += 1
                 }

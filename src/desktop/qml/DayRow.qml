@@ -2,6 +2,7 @@
 import QtQuick
 import QtQuick.Controls.Basic
 import NimbaraPages
+import NimbaraItems
 
 Column {
     id: day
@@ -20,7 +21,7 @@ Column {
     required property string wind
     required property string sentence
 
-    readonly property bool isOpen: app.openDay === index
+    readonly property bool isOpen: App.openDay === index
     readonly property bool isWide: width >= 640 * Theme.scale
     readonly property bool isTight: width < 300 * Theme.scale  // two lines
 
@@ -28,7 +29,7 @@ Column {
         id: row
         width: day.width
         height: (day.isTight ? 104 : 56) * Theme.scale
-        onClicked: app.openDay = day.isOpen ? -1 : day.index
+        onClicked: App.openDay = day.isOpen ? -1 : day.index
         Keys.onReturnPressed: clicked()
         Accessible.role: Accessible.Button
         Accessible.name: day.sentence
@@ -69,7 +70,7 @@ Column {
                 y: day.isTight ? names.height + Theme.space / 2 : (parent.height - height) / 2
                 size: 34 * Theme.scale
                 sky: day.sky
-                onDark: Theme.dark
+                overDark: Theme.dark
             }
             PlainText {
                 id: lowest
@@ -123,7 +124,7 @@ Column {
                 anchors.verticalCenter: parent.verticalCenter
                 width: 118 * Theme.scale
                 horizontalAlignment: Text.AlignRight
-                text: [day.chance, day.amount].filter(part => part !== "").join("  ")
+                text: Theme.joined([day.chance, day.amount], "  ")
                 color: Theme.rain
                 font.pixelSize: Theme.small
             }
@@ -147,7 +148,7 @@ Column {
         visible: active
         sourceComponent: HourStrip {
             title: day.name + ", " + day.date
-            hours: app.dayHours
+            hours: App.dayHours
             border.width: 0
         }
     }

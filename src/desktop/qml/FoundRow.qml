@@ -2,6 +2,7 @@
 import QtQuick
 import QtQuick.Controls.Basic
 import NimbaraPages
+import NimbaraItems
 
 AbstractButton {
     id: match
@@ -15,7 +16,7 @@ AbstractButton {
     implicitHeight: Math.max(52 * Theme.scale, words.height + Theme.space)
     Keys.onReturnPressed: clicked()
     Accessible.role: Accessible.Button
-    Accessible.name: sentence + ", " + (isSaved ? app.words.saved : app.words.add)
+    Accessible.name: sentence + ", " + (isSaved ? App.words.saved : App.words.add)
 
     background: Rectangle {
         radius: 10
@@ -56,7 +57,7 @@ AbstractButton {
             anchors.right: parent.right
             anchors.rightMargin: 1.5 * Theme.space
             anchors.verticalCenter: parent.verticalCenter
-            text: match.isSaved ? app.words.saved : "+ " + app.words.add
+            text: match.isSaved ? App.words.saved : "+ " + App.words.add
             color: match.isSaved ? Theme.muted : Theme.accent
             font.pixelSize: Theme.small
             font.weight: Font.DemiBold

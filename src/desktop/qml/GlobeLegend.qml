@@ -2,6 +2,7 @@
 import QtQuick
 import QtQuick.Controls.Basic
 import NimbaraPages
+import NimbaraItems
 
 Rectangle {
     id: legend
@@ -30,18 +31,18 @@ Rectangle {
             width: parent.width
             height: 38 * Theme.scale
             leftPadding: 14
-            placeholderText: app.globe.words.search
+            placeholderText: App.globe.words.search
             placeholderTextColor: Theme.muted
             color: Theme.text
             selectionColor: Theme.accent
             selectedTextColor: Theme.accentText
             font.pixelSize: Theme.small
             Accessible.role: Accessible.EditableText
-            Accessible.name: app.globe.words.search
-            onTextEdited: app.globe.search(text)
+            Accessible.name: App.globe.words.search
+            onTextEdited: App.globe.search(text)
             Keys.onEscapePressed: legend.leave()
             Keys.onDownPressed: if (legend.isSearching && found.count > 0) found.itemAtIndex(0)?.forceActiveFocus()
-            onAccepted: if (legend.isSearching && app.globe.matches.count > 0) legend.take(0)
+            onAccepted: if (legend.isSearching && App.globe.matches.count > 0) legend.take(0)
             background: Rectangle {
                 radius: height / 2
                 color: Theme.page
@@ -52,8 +53,8 @@ Rectangle {
 
         PlainText {
             width: parent.width
-            visible: legend.isSearching && app.globe.matches.count === 0
-            text: app.globe.words.noMatch
+            visible: legend.isSearching && App.globe.matches.count === 0
+            text: App.globe.words.noMatch
             wrapMode: Text.Wrap
             color: Theme.muted
             font.pixelSize: Theme.small
@@ -67,7 +68,7 @@ Rectangle {
             height: Math.min(contentHeight, Math.max(80, legend.most - search.height - 5 * Theme.space))
             visible: legend.isSearching
             clip: true
-            model: legend.isSearching ? app.globe.matches : null
+            model: legend.isSearching ? App.globe.matches : null
             keyNavigationEnabled: true
             ScrollBar.vertical: ScrollBar {}
 
@@ -130,7 +131,7 @@ Rectangle {
             visible: !legend.isSearching
 
             Repeater {
-                model: app.globe.legend
+                model: App.globe.legend
 
                 AbstractButton {
                     id: row
@@ -143,7 +144,7 @@ Rectangle {
                     required property string sentence
                     width: parent.width
                     height: (note === "" ? 34 : 46) * Theme.scale
-                    onClicked: app.globe.toggle(name)
+                    onClicked: App.globe.toggle(name)
                     Keys.onReturnPressed: clicked()
                     Accessible.role: Accessible.CheckBox
                     Accessible.name: sentence
@@ -204,12 +205,12 @@ Rectangle {
     }
 
     function take(row) {
-        app.globe.chooseMatch(row);
+        App.globe.chooseMatch(row);
         leave();
         chosen();
     }
     function leave() {
         search.clear();
-        app.globe.search("");
+        App.globe.search("");
     }
 }

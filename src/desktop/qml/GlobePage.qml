@@ -3,7 +3,7 @@
 import QtQuick
 import QtQuick.Controls.Basic
 import NimbaraPages
-import NimbaraItems 1.0
+import NimbaraItems
 
 FocusScope {
     id: page
@@ -16,8 +16,8 @@ FocusScope {
     property bool hasFailed: false  // the scene, where its modules are not installed
     property bool isLegendOpen: false
 
-    Binding { target: app.globe; property: "isShown"; value: page.isCurrent && page.Window.visibility !== Window.Minimized && page.Window.visibility !== Window.Hidden }
-    Component.onDestruction: app.globe.isShown = false
+    Binding { target: App.globe; property: "isShown"; value: page.isCurrent && page.Window.visibility !== Window.Minimized && page.Window.visibility !== Window.Hidden }
+    Component.onDestruction: App.globe.isShown = false
 
     Rectangle {
         anchors.fill: parent
@@ -32,7 +32,7 @@ FocusScope {
         width: page.width
         height: 1
         Accessible.role: Accessible.Heading
-        Accessible.name: app.words.globe
+        Accessible.name: App.words.globe
     }
 
     Item {
@@ -43,27 +43,27 @@ FocusScope {
         focus: true
         activeFocusOnTab: true
         Accessible.role: Accessible.Graphic
-        Accessible.name: app.globe.description
-        Accessible.description: app.globe.words.hint
-        onWidthChanged: app.globe.resize(width, height)
-        onHeightChanged: app.globe.resize(width, height)
+        Accessible.name: App.globe.description
+        Accessible.description: App.globe.words.hint
+        onWidthChanged: App.globe.resize(width, height)
+        onHeightChanged: App.globe.resize(width, height)
 
         Keys.onPressed: event => {
             const step = event.modifiers & Qt.ShiftModifier ? 1 : 6;
             const east = LayoutMirroring.enabled ? -step : step;
             event.accepted = true;
             switch (event.key) {
-            case Qt.Key_Left: app.globe.turn(0, -step); break;
-            case Qt.Key_Right: app.globe.turn(0, step); break;
-            case Qt.Key_Up: app.globe.turn(step, 0); break;
-            case Qt.Key_Down: app.globe.turn(-step, 0); break;
+            case Qt.Key_Left: App.globe.turn(0, -step); break;
+            case Qt.Key_Right: App.globe.turn(0, step); break;
+            case Qt.Key_Up: App.globe.turn(step, 0); break;
+            case Qt.Key_Down: App.globe.turn(-step, 0); break;
             case Qt.Key_Plus:
-            case Qt.Key_Equal: app.globe.zoom(1.25); break;
-            case Qt.Key_Minus: app.globe.zoom(0.8); break;
-            case Qt.Key_Home: app.globe.goHome(); break;
-            case Qt.Key_Escape: app.globe.dismiss(); break;
+            case Qt.Key_Equal: App.globe.zoom(1.25); break;
+            case Qt.Key_Minus: App.globe.zoom(0.8); break;
+            case Qt.Key_Home: App.globe.goHome(); break;
+            case Qt.Key_Escape: App.globe.dismiss(); break;
             case Qt.Key_Return:
-            case Qt.Key_Enter: app.globe.pick(sky.width / 2, sky.height / 2); break;
+            case Qt.Key_Enter: App.globe.pick(sky.width / 2, sky.height / 2); break;
             default: event.accepted = false;
             }
         }
@@ -71,7 +71,7 @@ FocusScope {
         Loader {
             id: scene
             anchors.fill: parent
-            source: page.hasCard && !page.hasFailed && app.globe.loadScene() ? "GlobeScene.qml" : ""
+            source: page.hasCard && !page.hasFailed && App.globe.loadScene() ? "GlobeScene.qml" : ""
             onStatusChanged: if (status === Loader.Error) page.hasFailed = true
             opacity: status === Loader.Ready ? 1 : 0
             Binding {
@@ -84,7 +84,7 @@ FocusScope {
         Loader {
             anchors.fill: parent
             active: scene.status !== Loader.Ready && !(page.hasCard && scene.status === Loader.Loading)
-            sourceComponent: FlatGlobe { model: app.globe }
+            sourceComponent: FlatGlobe { model: App.globe }
         }
 
         Rectangle {
@@ -108,14 +108,14 @@ FocusScope {
             onPositionChanged: mouse => {
                 way += Math.abs(mouse.x - last.x) + Math.abs(mouse.y - last.y);
                 if (way > 4)
-                    app.globe.drag(mouse.x - last.x, mouse.y - last.y);
+                    App.globe.drag(mouse.x - last.x, mouse.y - last.y);
                 last = Qt.point(mouse.x, mouse.y);
             }
             onReleased: mouse => {
                 if (way <= 4)
-                    app.globe.pick(mouse.x, mouse.y);
+                    App.globe.pick(mouse.x, mouse.y);
             }
-            onWheel: wheel => app.globe.zoom(Math.pow(1.0015, wheel.angleDelta.y))
+            onWheel: wheel => App.globe.zoom(Math.pow(1.0015, wheel.angleDelta.y))
         }
     }
 
@@ -126,17 +126,19 @@ FocusScope {
         onTriggered: if (currentFrame > 30 && smoothFrameTime > 0.06) page.isSlow = true
     }
     property real pulse: 0
-    NumberAnimation on pulse {
+    NumberAnimation {
         id: pulse
+        target: page
+        property: "pulse"
         from: 0
         to: 1
         duration: 3200
         loops: Animation.Infinite
-        running: page.isMoving && !page.isSlow && app.globe.isShown && scene.status === Loader.Ready
+        running: page.isMoving && !page.isSlow && App.globe.isShown && scene.status === Loader.Ready
     }
 
     Repeater {
-        model: app.globe.labels
+        model: App.globe.labels
 
         Item {
             id: label
@@ -190,7 +192,7 @@ FocusScope {
         anchors.horizontalCenter: parent.horizontalCenter
         y: parent.height - height - 2 * Theme.space
         width: Math.min(implicitWidth, parent.width - 4 * Theme.space)
-        text: app.globe.status
+        text: App.globe.status
         visible: text !== ""
         wrapMode: Text.Wrap
         horizontalAlignment: Text.AlignHCenter
@@ -215,7 +217,7 @@ FocusScope {
         x: page.isWide ? parent.width - width - 2 * Theme.space : Theme.space
         y: page.isWide ? 2 * Theme.space : parent.height - height - Theme.space
         width: page.panelWidth
-        visible: app.globe.card.isShown && !(page.isLegendOpen && !page.isWide)
+        visible: App.globe.card.isShown && !(page.isLegendOpen && !page.isWide)
         onClosed: sky.forceActiveFocus()
     }
 
@@ -231,24 +233,24 @@ FocusScope {
         Knob {
             visible: !page.isWide
             sign: page.isLegendOpen ? "cross" : "others"
-            explanation: app.globe.words.legend
+            explanation: App.globe.words.legend
             onClicked: page.isLegendOpen = !page.isLegendOpen
         }
         Knob {
             sign: "plus"
-            explanation: app.globe.words.closer
-            onClicked: app.globe.zoom(1.25)
+            explanation: App.globe.words.closer
+            onClicked: App.globe.zoom(1.25)
         }
         Knob {
             sign: "minus"
-            explanation: app.globe.words.farther
-            onClicked: app.globe.zoom(0.8)
+            explanation: App.globe.words.farther
+            onClicked: App.globe.zoom(0.8)
         }
         Knob {
             sign: "place"
-            visible: app.globe.hasPlace
-            explanation: app.globe.words.home
-            onClicked: app.globe.goHome()
+            visible: App.globe.hasPlace
+            explanation: App.globe.words.home
+            onClicked: App.globe.goHome()
         }
     }
 }

@@ -3,6 +3,7 @@ import QtQuick
 import QtQuick3D
 import NimbaraScene
 import NimbaraPages
+import NimbaraItems
 
 View3D {
     id: view
@@ -18,8 +19,8 @@ View3D {
     }
 
     PerspectiveCamera {
-        position: app.globe.eye
-        eulerRotation: app.globe.eyeTurn
+        position: App.globe.eye
+        eulerRotation: App.globe.eyeTurn
         fieldOfView: 30
         clipNear: 2
         clipFar: 12000
@@ -46,20 +47,20 @@ View3D {
         }
     }
 
-    Points { table: app.globe.stars }
-    Points { table: app.globe.sunGlow }
+    Points { table: App.globe.stars }
+    Points { table: App.globe.sunGlow }
 
     // Made when its surface is there: a texture takes up only the data that it begins with.
     Repeater3D {
-        model: app.globe.hasSurface ? 1 : 0
+        model: App.globe.hasSurface ? 1 : 0
         Model {
             required property int index
             geometry: SceneSphere {}
             materials: CustomMaterial {
-                property vector3d sun: app.globe.sun
+                property vector3d sun: App.globe.sun
                 property TextureInput surface: TextureInput {
                     texture: Texture {
-                        textureData: SceneTexture { source: app.globe.surface }
+                        textureData: SceneTexture { source: App.globe.surface }
                         generateMipmaps: true
                         mipFilter: Texture.Linear
                         tilingModeHorizontal: Texture.Repeat
@@ -77,7 +78,7 @@ View3D {
         geometry: SceneSphere {}
         scale: Qt.vector3d(1.15, 1.15, 1.15)
         materials: Blended {
-            property vector3d sun: app.globe.sun
+            property vector3d sun: App.globe.sun
             cullMode: Material.FrontFaceCulling
             vertexShader: "air.vert"
             fragmentShader: "air.frag"
@@ -87,7 +88,7 @@ View3D {
     Model {
         source: "#Rectangle"
         visible: quakes.count > 0
-        instancing: SceneInstances { id: quakes; source: app.globe.earthquakes }
+        instancing: SceneInstances { id: quakes; source: App.globe.earthquakes }
         materials: Blended {
             property real moment: view.pulse
             vertexShader: "pulses.vert"
@@ -98,7 +99,7 @@ View3D {
     Model {
         source: "#Rectangle"
         visible: way.count > 0
-        instancing: SceneInstances { id: way; source: app.globe.orbit }
+        instancing: SceneInstances { id: way; source: App.globe.orbit }
         materials: Blended {
             property vector2d pixel: view.pixel
             vertexShader: "lines.vert"
@@ -107,10 +108,10 @@ View3D {
     }
 
     Repeater3D {
-        model: app.globe.groupCount
+        model: App.globe.groupCount
         Points {
             required property int index
-            table: app.globe.group(index)
+            table: App.globe.group(index)
         }
     }
 }

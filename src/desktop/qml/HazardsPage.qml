@@ -2,16 +2,17 @@
 import QtQuick
 import QtQuick.Controls.Basic
 import NimbaraPages
+import NimbaraItems
 
 ScrollPage {
     id: page
 
-    onEnabledChanged: if (enabled) app.hazards.look()
-    Component.onCompleted: app.hazards.look()
+    onEnabledChanged: if (enabled) App.hazards.look()
+    Component.onCompleted: App.hazards.look()
 
     PlainText {
         width: page.inner
-        text: [app.hazards.words.title, app.now.place].filter(part => part !== "").join("  ·  ")
+        text: Theme.joined([App.hazards.words.title, App.now.place], "  ·  ")
         elide: Text.ElideRight
         color: Theme.text
         font.pixelSize: Theme.headline
@@ -22,7 +23,7 @@ ScrollPage {
 
     Card {
         width: page.inner
-        title: app.hazards.words.official
+        title: App.hazards.words.official
 
         Column {
             width: parent.width
@@ -31,7 +32,7 @@ ScrollPage {
             PlainText {
                 width: parent.width
                 visible: text !== ""
-                text: app.hazards.official.hasPlace ? app.hazards.official.headline : app.hazards.words.noPlace
+                text: App.hazards.official.hasPlace ? App.hazards.official.headline : App.hazards.words.noPlace
                 wrapMode: Text.Wrap
                 color: Theme.text
                 font.pixelSize: Theme.title
@@ -40,16 +41,16 @@ ScrollPage {
             }
             Rectangle {
                 width: parent.width
-                visible: app.hazards.official.notice !== ""
+                visible: App.hazards.official.notice !== ""
                 height: notice.height + 2 * Theme.space
                 radius: 12
-                color: app.hazards.official.isUnchecked ? Theme.alertColour("warning") : Theme.raised
+                color: App.hazards.official.isUnchecked ? Theme.alertColour("warning") : Theme.raised
                 PlainText {
                     id: notice
                     x: 1.5 * Theme.space
                     y: Theme.space
                     width: parent.width - 3 * Theme.space
-                    text: app.hazards.official.notice
+                    text: App.hazards.official.notice
                     wrapMode: Text.Wrap
                     color: Theme.text
                     font.pixelSize: Theme.small
@@ -63,23 +64,23 @@ ScrollPage {
                 visible: count > 0
                 // Long lists scroll by themselves, so that only what is seen is made.
                 height: Math.min(contentHeight, 420 * Theme.scale)
-                model: app.hazards.warnings
+                model: App.hazards.warnings
                 clip: true
                 boundsBehavior: Flickable.StopAtBounds
                 activeFocusOnTab: count > 0
                 keyNavigationEnabled: true
                 highlightMoveDuration: Theme.quick
-                Keys.onReturnPressed: if (currentItem) currentItem.toggle()
-                Keys.onSpacePressed: if (currentItem) currentItem.toggle()
+                Keys.onReturnPressed: if (currentItem) (currentItem as WarningRow).toggle()
+                Keys.onSpacePressed: if (currentItem) (currentItem as WarningRow).toggle()
                 ScrollBar.vertical: ScrollBar {}
                 Accessible.role: Accessible.List
-                Accessible.name: app.hazards.words.official
+                Accessible.name: App.hazards.words.official
                 delegate: WarningRow { width: warnings.width }
             }
             PlainText {
                 width: parent.width
                 visible: text !== ""
-                text: app.hazards.official.source
+                text: App.hazards.official.source
                 wrapMode: Text.Wrap
                 color: Theme.muted
                 font.pixelSize: Theme.tiny

@@ -2,11 +2,11 @@
 import QtQuick
 import QtQuick.Controls.Basic
 import NimbaraPages
+import NimbaraItems
 
 Rectangle {
     id: card
 
-    readonly property var here: app.here
 
     readonly property bool isTight: content.width < 320 * Theme.scale && picture.visible
 
@@ -15,22 +15,22 @@ Rectangle {
     implicitHeight: content.height + 3 * Theme.space
     radius: Theme.radius
     color: Theme.card
-    border.width: here.isSelected || choose.visualFocus ? 2 : 1
-    border.color: here.isSelected || choose.visualFocus ? Theme.accent : Theme.outline
+    border.width: App.here.isSelected || choose.visualFocus ? 2 : 1
+    border.color: App.here.isSelected || choose.visualFocus ? Theme.accent : Theme.outline
 
     AbstractButton {
         id: choose
         anchors.fill: parent
-        enabled: card.here.isOffered
+        enabled: App.here.isOffered
         visible: enabled
         onClicked: {
-            app.selectHere();
+            App.selectHere();
             card.chosen();
         }
         Keys.onReturnPressed: clicked()
-        Keys.onDeletePressed: app.removeHere()
+        Keys.onDeletePressed: App.removeHere()
         Accessible.role: Accessible.Button
-        Accessible.name: card.here.sentence + (card.here.isSelected ? ", " + app.words.selected : "")
+        Accessible.name: App.here.sentence + (App.here.isSelected ? ", " + App.words.selected : "")
     }
     Column {
         id: content
@@ -58,7 +58,7 @@ Rectangle {
                 width: parent.width - sign.width - (picture.visible && !card.isTight ? picture.width + warmth.width + 2 * Theme.space : 0) - 2 * Theme.space
                 PlainText {
                     width: parent.width
-                    text: card.here.name || app.words.here
+                    text: App.here.name || App.words.here
                     wrapMode: Text.Wrap
                     maximumLineCount: 3
                     elide: Text.ElideRight
@@ -70,7 +70,7 @@ Rectangle {
                 PlainText {
                     width: parent.width
                     visible: text !== ""
-                    text: [card.here.name === app.words.here ? "" : card.here.isOffered ? app.words.here : "", card.here.area].filter(part => part).join("  ·  ")
+                    text: Theme.joined([App.here.name === App.words.here ? "" : App.here.isOffered ? App.words.here : "", App.here.area], "  ·  ")
                     wrapMode: Text.Wrap
                     horizontalAlignment: Text.AlignLeft
                     color: Theme.muted
@@ -79,20 +79,20 @@ Rectangle {
             }
             Glyph {
                 id: picture
-                visible: card.here.temperature !== ""
+                visible: App.here.temperature !== ""
                 anchors.right: warmth.left
                 anchors.rightMargin: Theme.space
                 y: card.isTight ? names.height : (parent.height - height) / 2
                 size: 42 * Theme.scale
-                sky: card.here.sky
-                isDay: card.here.isDay
-                onDark: Theme.dark
+                sky: App.here.sky
+                isDay: App.here.isDay
+                overDark: Theme.dark
             }
             PlainText {
                 id: warmth
                 anchors.right: parent.right
                 anchors.verticalCenter: picture.verticalCenter
-                text: card.here.temperature
+                text: App.here.temperature
                 color: Theme.text
                 font.pixelSize: Theme.headline
                 font.weight: Font.Light
@@ -101,27 +101,27 @@ Rectangle {
         PlainText {
             width: parent.width
             visible: text !== ""
-            text: card.here.note
+            text: App.here.note
             wrapMode: Text.Wrap
             horizontalAlignment: Text.AlignLeft
-            color: card.here.isTroubled ? Theme.text : Theme.muted
+            color: App.here.isTroubled ? Theme.text : Theme.muted
             font.pixelSize: Theme.small
-            Accessible.role: card.here.isTroubled ? Accessible.AlertMessage : Accessible.StaticText
+            Accessible.role: App.here.isTroubled ? Accessible.AlertMessage : Accessible.StaticText
             Accessible.name: text
         }
         Flow {
             width: parent.width
             spacing: Theme.space
             PlainButton {
-                text: card.here.isOffered ? app.words.findHereAgain : app.words.findHere
-                enabled: !card.here.isAsking
-                onClicked: app.locate()
+                text: App.here.isOffered ? App.words.findHereAgain : App.words.findHere
+                enabled: !App.here.isAsking
+                onClicked: App.locate()
             }
             PlainButton {
-                visible: card.here.isOffered
+                visible: App.here.isOffered
                 sign: "cross"
-                explanation: app.words.removeHere
-                onClicked: app.removeHere()
+                explanation: App.words.removeHere
+                onClicked: App.removeHere()
             }
         }
     }

@@ -2,20 +2,21 @@
 import QtQuick
 import QtQuick.Templates as T
 import NimbaraPages
+import NimbaraItems
 
 Card {
     id: strip
 
     property alias hours: list.model
 
-    title: app.words.next24
+    title: App.words.next24
 
     ListView {
         id: list
         width: parent.width
         height: 148 * Theme.scale
         orientation: ListView.Horizontal
-        model: app.hours
+        model: App.hours
         clip: true
         boundsBehavior: Flickable.StopAtBounds
         activeFocusOnTab: true
@@ -63,7 +64,7 @@ Card {
                 size: 30 * Theme.scale
                 sky: entry.sky
                 isDay: entry.isDay
-                onDark: Theme.dark
+                overDark: Theme.dark
             }
             PlainText {
                 anchors.horizontalCenter: parent.horizontalCenter

@@ -8,7 +8,7 @@ ScrollPage {
 
     PlainText {
         width: page.inner
-        text: app.now.place || (app.isReady ? app.words.noPlaces : "")
+        text: App.now.place || (App.isReady ? App.words.noPlaces : "")
         wrapMode: Text.Wrap
         maximumLineCount: 3
         elide: Text.ElideRight
@@ -21,8 +21,8 @@ ScrollPage {
     }
     PlainText {
         width: page.inner
-        visible: app.isReady && app.hours.count === 0
-        text: app.now.notice || (app.now.isLoading ? app.words.loading : app.words.noWeather)
+        visible: App.isReady && App.hours.count === 0
+        text: App.now.notice || (App.now.isLoading ? App.words.loading : App.words.noWeather)
         horizontalAlignment: Text.AlignLeft
         wrapMode: Text.Wrap
         color: Theme.muted
@@ -32,14 +32,14 @@ ScrollPage {
     }
 
     HourStrip {
-        visible: app.hours.count > 0
+        visible: App.hours.count > 0
         width: page.inner
     }
 
     Card {
         visible: !curves.isEmpty
         width: page.inner
-        title: app.words.meteogram
+        title: App.words.meteogram
 
         Column {
             width: parent.width
@@ -50,12 +50,12 @@ ScrollPage {
                 spacing: 2 * Theme.space
                 Repeater {
                     model: [
-                        { name: app.words.temperature, colour: Theme.warm },
-                        { name: app.words.feelsLike, colour: Theme.felt },
-                        { name: app.words.precipitation, colour: Theme.rain },
-                        { name: app.words.wind, colour: Theme.wind },
-                        { name: app.words.pressure, colour: Theme.air },
-                        { name: app.words.clouds, colour: Theme.cloud }
+                        { name: App.words.temperature, colour: Theme.warm },
+                        { name: App.words.feelsLike, colour: Theme.felt },
+                        { name: App.words.precipitation, colour: Theme.rain },
+                        { name: App.words.wind, colour: Theme.wind },
+                        { name: App.words.pressure, colour: Theme.air },
+                        { name: App.words.clouds, colour: Theme.cloud }
                     ]
                     Row {
                         required property var modelData
@@ -95,14 +95,14 @@ ScrollPage {
                     event.accepted = true;
                 }
                 Accessible.role: Accessible.Chart
-                Accessible.name: app.words.meteogram
-                Accessible.description: curves.cursor < 0 ? app.words.meteogramHint : curves.when + ": " + curves.readings
+                Accessible.name: App.words.meteogram
+                Accessible.description: curves.cursor < 0 ? App.words.meteogramHint : curves.when + ": " + curves.readings
                 Accessible.focusable: true
 
                 MeteogramItem {
                     id: curves
                     anchors.fill: parent
-                    model: app
+                    model: App
                     enlargement: Math.min(1.5, Theme.scale)
                     text: Theme.muted
                     grid: Theme.outline
@@ -146,7 +146,7 @@ ScrollPage {
                 width: parent.width
                 height: Math.max(implicitHeight, 2.6 * Theme.small)
                 lead: curves.cursor < 0 ? "" : curves.when
-                rest: curves.cursor < 0 ? app.words.meteogramHint : curves.readings
+                rest: curves.cursor < 0 ? App.words.meteogramHint : curves.readings
                 horizontalAlignment: Text.AlignLeft
                 wrapMode: Text.Wrap
                 color: curves.cursor < 0 ? Theme.muted : Theme.text
@@ -157,14 +157,14 @@ ScrollPage {
     }
 
     Card {
-        visible: app.days.count > 0
+        visible: App.days.count > 0
         width: page.inner
-        title: app.words.sevenDays
+        title: App.words.sevenDays
 
         Column {
             width: parent.width
             Repeater {
-                model: app.days
+                model: App.days
                 DayRow { width: parent.width }
             }
         }

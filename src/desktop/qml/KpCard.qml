@@ -6,10 +6,9 @@ import NimbaraPages
 Card {
     id: card
 
-    readonly property var kp: app.hazards.kp
     readonly property bool isWide: width >= 620
 
-    title: app.hazards.words.kp
+    title: App.hazards.words.kp
 
     component Words: PlainText {
         width: parent.width
@@ -26,7 +25,7 @@ Card {
         spacing: 1.5 * Theme.space
 
         Words {
-            text: card.kp.notice
+            text: App.hazards.kp.notice
             Accessible.role: Accessible.AlertMessage
         }
         Flow {
@@ -38,21 +37,21 @@ Card {
                 width: card.isWide ? 230 * Theme.scale : parent.width
                 spacing: 4
                 Accessible.role: Accessible.StaticText
-                Accessible.name: card.kp.sentence || card.kp.word || card.title
+                Accessible.name: App.hazards.kp.sentence || App.hazards.kp.word || card.title
 
                 KpGauge {
-                    visible: card.kp.isKnown
+                    visible: App.hazards.kp.isKnown
                     anchors.horizontalCenter: parent.horizontalCenter
                     width: 170 * Theme.scale
                     height: 132 * Theme.scale
-                    isKnown: card.kp.isKnown
-                    share: card.kp.share
+                    isKnown: App.hazards.kp.isKnown
+                    share: App.hazards.kp.share
                     levels: Theme.kpColours
                     text: Theme.text
                     PlainText {
                         anchors.horizontalCenter: parent.horizontalCenter
                         y: parent.height * 0.36
-                        text: card.kp.value
+                        text: App.hazards.kp.value
                         color: Theme.text
                         font.pixelSize: 1.3 * Theme.headline
                         font.weight: Font.Light
@@ -69,7 +68,7 @@ Card {
                     width: parent.width
                     horizontalAlignment: Text.AlignHCenter
                     visible: text !== ""
-                    text: card.kp.word
+                    text: App.hazards.kp.word
                     wrapMode: Text.Wrap
                     color: Theme.text
                     font.pixelSize: Theme.body
@@ -77,7 +76,7 @@ Card {
                 }
                 Words {
                     horizontalAlignment: Text.AlignHCenter
-                    text: card.kp.meaning
+                    text: App.hazards.kp.meaning
                     color: Theme.muted
                 }
             }
@@ -100,15 +99,15 @@ Card {
                     Keys.onRightPressed: bars.cursor += 1
                     Keys.onEscapePressed: bars.cursor = -1
                     Accessible.role: Accessible.Chart
-                    Accessible.name: app.hazards.words.bars
-                    Accessible.description: bars.reading || card.kp.hint
+                    Accessible.name: App.hazards.words.bars
+                    Accessible.description: bars.reading || App.hazards.kp.hint
                     Accessible.focusable: true
 
                     KpBarsItem {
                         id: bars
                         anchors.fill: parent
                         anchors.margins: 2
-                        model: app.hazards
+                        model: App.hazards
                         levels: Theme.kpColours
                         text: Theme.muted
                         grid: Theme.outline
@@ -127,14 +126,14 @@ Card {
                 }
                 Words {
                     height: Math.max(implicitHeight, 2.6 * Theme.small)
-                    text: bars.reading || card.kp.hint
+                    text: bars.reading || App.hazards.kp.hint
                     color: bars.reading === "" ? Theme.muted : Theme.text
                     Accessible.ignored: true
                 }
             }
         }
         Words {
-            text: card.kp.source
+            text: App.hazards.kp.source
             color: Theme.muted
             font.pixelSize: Theme.tiny
         }

@@ -2,9 +2,12 @@
 // stands below everything else on its page: nothing moves when it comes.
 import QtQuick
 import QtQuick.Window
+import NimbaraPages
 
 Loader {
     property string file
 
-    source: Window.window !== null && Window.window.hasDrawn ? file : ""
+    readonly property Main main: Window.window as Main
+
+    source: main !== null && main.hasDrawn ? file : ""
 }

@@ -1,6 +1,7 @@
 // An entry of the log, and a way to mute its like or to hear of it again.
 import QtQuick
 import NimbaraPages
+import NimbaraItems
 
 Item {
     id: entry
@@ -18,9 +19,7 @@ Item {
     required property string muted
     required property string mutes
     required property string sentence
-    property var notifications
     property bool isChoosing
-    readonly property var words: notifications.words
     readonly property bool isMuted: mutes !== ""
     signal choose()
     signal chosen()
@@ -74,8 +73,8 @@ Item {
                 anchors.right: parent.right
                 ink: entry.isMuted || entry.isChoosing ? Theme.accent : Theme.muted
                 sign: entry.isMuted ? "bell" : "silence"
-                explanation: entry.isMuted ? entry.words.unmute + ": " + entry.kindTitle : entry.mute
-                onClicked: entry.isMuted ? entry.notifications.unmute(entry.mutes) : entry.choose()
+                explanation: entry.isMuted ? App.notifications.words.unmute + ": " + entry.kindTitle : entry.mute
+                onClicked: entry.isMuted ? App.notifications.unmute(entry.mutes) : entry.choose()
             }
         }
         Part {
@@ -88,7 +87,7 @@ Item {
         Part { text: entry.muted; color: Theme.accent }
         Loader {
             width: parent.width
-            height: item ? item.implicitHeight : 0
+            height: item ? (item as Item).implicitHeight : 0
             active: entry.isChoosing && !entry.isMuted
             visible: active
             sourceComponent: Column {
@@ -106,16 +105,16 @@ Item {
                     spacing: Theme.space
                     Repeater {
                         model: [
-                            { span: "hour", text: entry.words.forAnHour },
-                            { span: "tomorrow", text: entry.words.untilTomorrow },
-                            { span: "forever", text: entry.words.forEver }
+                            { span: "hour", text: App.notifications.words.forAnHour },
+                            { span: "tomorrow", text: App.notifications.words.untilTomorrow },
+                            { span: "forever", text: App.notifications.words.forEver }
                         ]
                         PlainButton {
                             required property var modelData
                             text: modelData.text
                             explanation: entry.mute + ", " + text
                             onClicked: {
-                                entry.notifications.mute(entry.kind, modelData.span);
+                                App.notifications.mute(entry.kind, modelData.span);
                                 entry.chosen();
                             }
                         }

@@ -1,6 +1,7 @@
 // The window: the pages and the way between them, at the side of a wide window and below in a narrow one.
 import QtQuick
 import NimbaraPages
+import NimbaraItems
 
 Window {
     id: window
@@ -9,43 +10,48 @@ Window {
     property string theme  // in place of the setting
     readonly property bool isWide: width >= 720
     readonly property var pages: [
-        { name: "now", title: app.words.now, sky: "partlyCloudy", sign: "" },
-        { name: "hours", title: app.words.hours, sky: "lightRain", sign: "" },
-        { name: "hazards", title: app.words.hazards, sky: "", sign: "warning" },
-        { name: "globe", title: app.words.globe, sky: "", sign: "globe" },
-        { name: "places", title: app.words.places, sky: "", sign: "place" },
-        { name: "notifications", title: app.words.notifications, sky: "", sign: "bell" },
-        { name: "settings", title: app.words.settings, sky: "", sign: "gear" }
+        { name: "now", title: App.words.now, sky: "partlyCloudy", sign: "" },
+        { name: "hours", title: App.words.hours, sky: "lightRain", sign: "" },
+        { name: "hazards", title: App.words.hazards, sky: "", sign: "warning" },
+        { name: "globe", title: App.words.globe, sky: "", sign: "globe" },
+        { name: "places", title: App.words.places, sky: "", sign: "place" },
+        { name: "notifications", title: App.words.notifications, sky: "", sign: "bell" },
+        { name: "settings", title: App.words.settings, sky: "", sign: "gear" }
     ]
     // A narrow window has no room for all of them.
     readonly property int shownPages: isWide || pages.length <= 5 ? pages.length : 4
     readonly property var otherPages: pages.slice(shownPages)
-    readonly property bool wantsPlace: app.isReady && !app.now.hasPlace
+    readonly property bool wantsPlace: App.isReady && !App.now.hasPlace
 
     // The first frame has been shown.
     property bool hasDrawn: false
+    Timer {
+        id: afterwards
+        interval: 0
+        onTriggered: window.hasDrawn = true
+    }
     Connections {
         target: window
-        enabled: !window.hasDrawn
-        function onFrameSwapped() { Qt.callLater(() => window.hasDrawn = true) }
+        enabled: !window.hasDrawn && !afterwards.running
+        function onFrameSwapped() { afterwards.start() }
     }
 
     visible: true
     minimumWidth: 360
     minimumHeight: 480
     color: Theme.page
-    title: app.now.hasPlace ? app.now.place + " – Nimbara" : "Nimbara"
+    title: App.now.hasPlace ? App.now.place + " – Nimbara" : "Nimbara"
     onWantsPlaceChanged: if (wantsPlace) page = "places"
     Component.onCompleted: if (wantsPlace) page = "places"
 
-    Binding { target: Theme; property: "choice"; value: window.theme || app.settings.now.theme }
-    Binding { target: Theme; property: "enlargement"; value: app.settings.now.textSize }
-    Binding { target: Theme; property: "calm"; value: app.settings.now.isCalm }
+    Binding { target: Theme; property: "choice"; value: window.theme || App.settings.now.theme }
+    Binding { target: Theme; property: "enlargement"; value: App.settings.now.textSize }
+    Binding { target: Theme; property: "calm"; value: App.settings.now.isCalm }
 
-    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
+    LayoutMirroring.enabled: Application.layoutDirection === Qt.RightToLeft
     LayoutMirroring.childrenInherit: true
 
-    Shortcut { sequences: [StandardKey.Refresh, "Ctrl+R"]; onActivated: app.refresh() }
+    Shortcut { sequences: [StandardKey.Refresh, "Ctrl+R"]; onActivated: App.refresh() }
     Shortcut { sequence: StandardKey.Quit; onActivated: Qt.quit() }
     Instantiator {
         model: window.pages
@@ -60,7 +66,7 @@ Window {
         sequence: StandardKey.Find
         onActivated: {
             window.page = "places";
-            places.item.focusSearch();
+            (places.item as PlacesPage).focusSearch();
         }
     }
 
@@ -104,11 +110,11 @@ Window {
                 visible: window.otherPages.length > 0
                 width: navigation.slot
                 sign: "others"
-                text: app.words.otherPages
+                text: App.words.otherPages
                 checked: window.otherPages.some(page => page.name === window.page)
                 onClicked: {
                     otherPages.active = true;
-                    otherPages.item.open();
+                    (otherPages.item as OtherPages).open();
                 }
             }
         }

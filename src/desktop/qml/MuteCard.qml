@@ -1,19 +1,18 @@
 // What is muted, until when, and a way to mute more.
 import QtQuick
 import NimbaraPages
+import NimbaraItems
 
 Card {
     id: card
 
-    required property var notifications
-    readonly property var words: notifications.words
     readonly property var spans: [
-        { value: "hour", text: words.forAnHour ?? "" },
-        { value: "tomorrow", text: words.untilTomorrow ?? "" },
-        { value: "forever", text: words.forEver ?? "" }
+        { value: "hour", text: App.notifications.words.forAnHour },
+        { value: "tomorrow", text: App.notifications.words.untilTomorrow },
+        { value: "forever", text: App.notifications.words.forEver }
     ]
 
-    title: words.mutes ?? ""
+    title: App.notifications.words.mutes
 
     Column {
         width: parent.width
@@ -21,7 +20,7 @@ Card {
 
         PlainText {
             width: parent.width
-            text: card.notifications.mutes.count > 0 ? card.words.mutesHint ?? "" : card.words.noMutes ?? ""
+            text: App.notifications.mutes.count > 0 ? App.notifications.words.mutesHint : App.notifications.words.noMutes
             wrapMode: Text.Wrap
             horizontalAlignment: Text.AlignLeft
             color: Theme.muted
@@ -30,7 +29,7 @@ Card {
             Accessible.name: text
         }
         Repeater {
-            model: card.notifications.mutes
+            model: App.notifications.mutes
             Item {
                 id: muted
                 required property string kind
@@ -66,9 +65,9 @@ Card {
                     id: again
                     anchors.right: parent.right
                     anchors.verticalCenter: parent.verticalCenter
-                    text: card.words.unmute ?? ""
+                    text: App.notifications.words.unmute
                     explanation: text + ": " + muted.title
-                    onClicked: card.notifications.unmute(muted.kind)
+                    onClicked: App.notifications.unmute(muted.kind)
                 }
             }
         }
@@ -77,8 +76,8 @@ Card {
             spacing: Theme.space
             Choice {
                 id: kind
-                title: card.words.whatToMute ?? ""
-                model: card.notifications.kindsToMute
+                title: App.notifications.words.whatToMute
+                model: App.notifications.kindsToMute
                 onCountChanged: if (value === undefined && count > 0) value = valueAt(0)
                 Component.onCompleted: countChanged()
                 onChosen: wanted => value = wanted
@@ -86,15 +85,15 @@ Card {
             }
             Choice {
                 id: span
-                title: card.words.howLong ?? ""
+                title: App.notifications.words.howLong
                 model: card.spans
                 value: "hour"
                 onChosen: wanted => value = wanted
             }
             PlainButton {
-                text: card.words.mute ?? ""
+                text: App.notifications.words.mute
                 enabled: kind.value !== undefined
-                onClicked: card.notifications.mute(kind.value, span.value)
+                onClicked: App.notifications.mute(kind.value, span.value)
             }
         }
     }

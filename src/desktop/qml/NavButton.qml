@@ -33,7 +33,7 @@ T.AbstractButton {
                 size: 26 * Theme.scale
                 sky: button.sky
                 isDay: true
-                onDark: Theme.dark
+                overDark: Theme.dark
             }
             Sign {
                 visible: button.sky === ""

@@ -1,16 +1,15 @@
 // The log of what was told and what was held back, newest first, a page at a time.
 import QtQuick
 import NimbaraPages
+import NimbaraItems
 
 Card {
     id: card
 
-    required property var notifications
-    readonly property var words: notifications.words
 
     property string choosing  // the entry whose like is to be muted
 
-    title: words.log ?? ""
+    title: App.notifications.words.log
 
     Column {
         width: parent.width
@@ -18,7 +17,7 @@ Card {
 
         PlainText {
             width: parent.width
-            text: card.notifications.now.logNote || (card.words.logHint ?? "")
+            text: App.notifications.now.logNote || (App.notifications.words.logHint)
             wrapMode: Text.Wrap
             horizontalAlignment: Text.AlignLeft
             color: Theme.muted
@@ -28,20 +27,20 @@ Card {
         }
         Choice {
             anchors.left: parent.left
-            visible: card.notifications.now.logNote === ""
-            title: card.words.logShow ?? ""
+            visible: App.notifications.now.logNote === ""
+            title: App.notifications.words.logShow
             model: [
-                { value: "all", text: card.words.logAll ?? "" },
-                { value: "told", text: card.words.logTold ?? "" },
-                { value: "held", text: card.words.logHeld ?? "" }
+                { value: "all", text: App.notifications.words.logAll },
+                { value: "told", text: App.notifications.words.logTold },
+                { value: "held", text: App.notifications.words.logHeld }
             ]
-            value: card.notifications.logFilter
-            onChosen: filter => card.notifications.logFilter = filter
+            value: App.notifications.logFilter
+            onChosen: filter => App.notifications.logFilter = filter
         }
         PlainText {
             width: parent.width
-            visible: card.notifications.log.count === 0 && card.notifications.now.logNote === ""
-            text: card.words.logNone ?? ""
+            visible: App.notifications.log.count === 0 && App.notifications.now.logNote === ""
+            text: App.notifications.words.logNone
             wrapMode: Text.Wrap
             horizontalAlignment: Text.AlignLeft
             color: Theme.muted
@@ -50,10 +49,9 @@ Card {
             Accessible.name: text
         }
         Repeater {
-            model: card.notifications.log
+            model: App.notifications.log
             LogEntry {
                 width: parent.width
-                notifications: card.notifications
                 isChoosing: card.choosing === key
                 onChoose: card.choosing = isChoosing ? "" : key
                 onChosen: card.choosing = ""
@@ -61,9 +59,9 @@ Card {
         }
         PlainButton {
             anchors.left: parent.left
-            visible: card.notifications.olderLines > 0
-            text: (card.words.logMore ?? "") + " (" + card.notifications.olderLines + ")"
-            onClicked: card.notifications.showMoreLog()
+            visible: App.notifications.olderLines > 0
+            text: (App.notifications.words.logMore) + " (" + App.notifications.olderLines + ")"
+            onClicked: App.notifications.showMoreLog()
         }
     }
 }

@@ -2,20 +2,19 @@
 import QtQuick
 import QtQuick.Controls.Basic
 import NimbaraPages
+import NimbaraItems
 
 ScrollPage {
     id: page
 
-    readonly property var notifications: app.notifications
-    readonly property var words: notifications.words
     readonly property bool isTwofold: inner >= 860 * Theme.scale
     readonly property real part: isTwofold ? (inner - 3 * Theme.space) / 2 : inner
 
-    Binding { target: page.notifications; property: "isOpen"; value: page.visible }
+    Binding { target: App.notifications; property: "isOpen"; value: page.visible }
 
     PlainText {
         width: page.inner
-        text: page.words.title ?? ""
+        text: App.notifications.words.title
         horizontalAlignment: Text.AlignLeft
         color: Theme.text
         font.pixelSize: Theme.headline
@@ -35,26 +34,26 @@ ScrollPage {
             width: page.part
             spacing: 2 * Theme.space
 
-            NotifierCard { width: parent.width; notifications: page.notifications }
+            NotifierCard { width: parent.width }
             Card {
                 width: parent.width
-                title: page.words.groups ?? ""
+                title: App.notifications.words.groups
                 Column {
                     width: parent.width
                     Repeater {
-                        model: page.notifications.groups
-                        RuleGroup { width: parent.width; notifications: page.notifications }
+                        model: App.notifications.groups
+                        RuleGroup { width: parent.width }
                     }
                 }
             }
-            MuteCard { width: parent.width; notifications: page.notifications }
+            MuteCard { width: parent.width }
         }
         Column {
             width: page.part
             spacing: 2 * Theme.space
 
-            OwnRules { width: parent.width; notifications: page.notifications }
-            NotificationLog { width: parent.width; notifications: page.notifications }
+            OwnRules { width: parent.width }
+            NotificationLog { width: parent.width }
         }
     }
 }

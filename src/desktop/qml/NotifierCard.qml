@@ -1,13 +1,11 @@
 // Who notifies, whether the desktop shows it, a test, and a pause for everything.
 import QtQuick
 import NimbaraPages
+import NimbaraItems
 
 Card {
     id: card
 
-    required property var notifications
-    readonly property var words: notifications.words
-    readonly property var now: notifications.now
 
     Column {
         width: parent.width
@@ -24,47 +22,47 @@ Card {
             Accessible.name: text
         }
 
-        Line { text: card.now.notifier }
+        Line { text: App.notifications.now.notifier }
         Line {
-            text: card.now.trouble
+            text: App.notifications.now.trouble
             color: Theme.warm
         }
         PlainButton {
             anchors.left: parent.left
-            text: card.words.testButton ?? ""
-            onClicked: card.notifications.postTest()
+            text: App.notifications.words.testButton
+            onClicked: App.notifications.postTest()
         }
         Line {
-            text: card.now.test
+            text: App.notifications.now.test
             color: Theme.muted
             font.pixelSize: Theme.small
         }
         Rectangle { width: parent.width; height: 1; color: Theme.outline }
-        Line { text: card.words.pauseTitle ?? "" }
+        Line { text: App.notifications.words.pauseTitle }
         Line {
-            text: card.now.isPaused ? card.now.pause : card.words.pauseHint ?? ""
-            color: card.now.isPaused ? Theme.accent : Theme.muted
+            text: App.notifications.now.isPaused ? App.notifications.now.pause : App.notifications.words.pauseHint
+            color: App.notifications.now.isPaused ? Theme.accent : Theme.muted
             font.pixelSize: Theme.small
         }
         Flow {
             width: parent.width
             spacing: Theme.space
             PlainButton {
-                visible: !card.now.isPaused
-                text: card.words.forAnHour ?? ""
-                explanation: card.words.pauseTitle + ": " + text
-                onClicked: card.notifications.pause("hour")
+                visible: !App.notifications.now.isPaused
+                text: App.notifications.words.forAnHour
+                explanation: App.notifications.words.pauseTitle + ": " + text
+                onClicked: App.notifications.pause("hour")
             }
             PlainButton {
-                visible: !card.now.isPaused
-                text: card.words.untilTomorrow ?? ""
-                explanation: card.words.pauseTitle + ": " + text
-                onClicked: card.notifications.pause("tomorrow")
+                visible: !App.notifications.now.isPaused
+                text: App.notifications.words.untilTomorrow
+                explanation: App.notifications.words.pauseTitle + ": " + text
+                onClicked: App.notifications.pause("tomorrow")
             }
             PlainButton {
-                visible: card.now.isPaused
-                text: card.words.resume ?? ""
-                onClicked: card.notifications.pause("")
+                visible: App.notifications.now.isPaused
+                text: App.notifications.words.resume
+                onClicked: App.notifications.pause("")
             }
         }
     }

@@ -1,6 +1,7 @@
 // What follows the present on its page: the next hours, the measured details, sun and moon, and the source.
 import QtQuick
 import NimbaraPages
+import NimbaraItems
 
 Column {
     id: details
@@ -8,31 +9,31 @@ Column {
     spacing: 2 * Theme.space
 
     HourStrip {
-        visible: app.hours.count > 0
+        visible: App.hours.count > 0
         width: details.width
     }
 
     Grid {
         id: tiles
-        visible: app.tiles.count > 0
+        visible: App.tiles.count > 0
         width: details.width
         columns: Math.max(width < 300 * Theme.scale ? 1 : 2, Math.min(4, Math.floor(width / (190 * Theme.scale))))
         spacing: 2 * Theme.space
         Repeater {
-            model: app.tiles
+            model: App.tiles
             DetailTile { width: (tiles.width - (tiles.columns - 1) * tiles.spacing) / tiles.columns }
         }
     }
 
     SkyCards {
-        visible: app.now.hasWeather
+        visible: App.now.hasWeather
         width: details.width
     }
 
     PlainText {
         width: details.width
         visible: text !== ""
-        text: [app.now.source, app.now.age].filter(part => part).join("  ·  ")
+        text: Theme.joined([App.now.source, App.now.age], "  ·  ")
         wrapMode: Text.Wrap
         horizontalAlignment: Text.AlignHCenter
         color: Theme.muted

@@ -1,6 +1,7 @@
 // The present at the selected place.
 import QtQuick
 import NimbaraPages
+import NimbaraItems
 
 ScrollPage {
     id: page
@@ -13,11 +14,11 @@ ScrollPage {
         height: head.height + 6 * Theme.space
         radius: 1.5 * Theme.radius
         gradient: Gradient {
-            GradientStop { position: 0; color: app.now.skyTop }
-            GradientStop { position: 1; color: app.now.skyBottom }
+            GradientStop { position: 0; color: App.now.skyTop }
+            GradientStop { position: 1; color: App.now.skyBottom }
         }
         Accessible.role: Accessible.StaticText
-        Accessible.name: app.now.summary || app.now.place || app.words.noWeather
+        Accessible.name: App.now.summary || App.now.place || App.words.noWeather
 
         Later {
             id: scenery
@@ -26,7 +27,7 @@ ScrollPage {
             anchors.right: parent.right
             width: parent.width - begin
             height: parent.height
-            visible: hasRoom && app.now.hasReading
+            visible: hasRoom && App.now.hasReading
             file: hasRoom ? "Scenery.qml" : ""
             opacity: status === Loader.Ready ? 1 : 0
             Behavior on opacity { NumberAnimation { duration: Theme.quick } }
@@ -57,7 +58,7 @@ ScrollPage {
                     PlainText {
                         id: place
                         width: parent.width
-                        text: app.now.place
+                        text: App.now.place
                         horizontalAlignment: Text.AlignLeft
                         wrapMode: Text.Wrap
                         maximumLineCount: 3
@@ -71,7 +72,7 @@ ScrollPage {
                     PlainText {
                         id: area
                         width: parent.width
-                        text: [app.now.area, app.now.localTime].filter(part => part !== "").join("  ·  ")
+                        text: Theme.joined([App.now.area, App.now.localTime], "  ·  ")
                         horizontalAlignment: Text.AlignLeft
                         wrapMode: Text.Wrap
                         color: "white"
@@ -83,9 +84,9 @@ ScrollPage {
                     anchors.right: parent.right
                     ink: "white"
                     sign: "again"
-                    explanation: app.words.refresh
-                    enabled: !app.now.isLoading && app.now.hasPlace
-                    onClicked: app.refresh()
+                    explanation: App.words.refresh
+                    enabled: !App.now.isLoading && App.now.hasPlace
+                    onClicked: App.refresh()
                 }
             }
 
@@ -93,12 +94,12 @@ ScrollPage {
                 id: reading
                 width: parent.width
                 spacing: 2 * Theme.space
-                visible: app.now.hasReading
+                visible: App.now.hasReading
 
                 Row {
                     spacing: 2 * Theme.space
                     PlainText {
-                        text: app.now.temperature
+                        text: App.now.temperature
                         color: "white"
                         font.pixelSize: Theme.display
                         font.weight: Font.Light
@@ -106,27 +107,27 @@ ScrollPage {
                     Glyph {
                         anchors.verticalCenter: parent.verticalCenter
                         size: 88 * Theme.scale
-                        sky: app.now.sky
-                        isDay: app.now.isDay
-                        onDark: true
+                        sky: App.now.sky
+                        isDay: App.now.isDay
+                        overDark: true
                     }
                 }
                 Column {
                     topPadding: page.inner > 460 * Theme.scale ? 2.5 * Theme.space : 0
                     spacing: 3
                     PlainText {
-                        text: app.now.condition
+                        text: App.now.condition
                         color: "white"
                         font.pixelSize: Theme.title
                         font.weight: Font.DemiBold
                     }
                     PlainText {
-                        text: app.now.feelsLike
+                        text: App.now.feelsLike
                         color: "white"
                         font.pixelSize: Theme.body
                     }
                     PlainText {
-                        text: app.now.range
+                        text: App.now.range
                         color: "white"
                         font.pixelSize: Theme.body
                     }
@@ -134,8 +135,8 @@ ScrollPage {
             }
             PlainText {
                 width: parent.width
-                visible: !app.now.hasReading
-                text: !app.isReady ? "" : app.now.isLoading ? app.words.loading : app.now.hasWeather ? app.words.noReading : app.words.noWeather
+                visible: !App.now.hasReading
+                text: !App.isReady ? "" : App.now.isLoading ? App.words.loading : App.now.hasWeather ? App.words.noReading : App.words.noWeather
                 horizontalAlignment: Text.AlignLeft
                 color: "white"
                 font.pixelSize: Theme.title
@@ -147,7 +148,7 @@ ScrollPage {
                 id: sentence
                 width: parent.width
                 visible: text !== ""
-                text: app.now.sentence
+                text: App.now.sentence
                 horizontalAlignment: Text.AlignLeft
                 wrapMode: Text.Wrap
                 color: "white"
@@ -159,17 +160,17 @@ ScrollPage {
     }
 
     Rectangle {
-        visible: app.now.notice !== ""
+        visible: App.now.notice !== ""
         width: page.inner
         height: notice.height + 3 * Theme.space
         radius: Theme.radius
-        color: Theme.alertColour(app.now.isFailure ? "warning" : "advisory")
+        color: Theme.alertColour(App.now.isFailure ? "warning" : "advisory")
         PlainText {
             id: notice
             x: 2 * Theme.space
             y: 1.5 * Theme.space
             width: parent.width - 4 * Theme.space
-            text: app.now.notice
+            text: App.now.notice
             horizontalAlignment: Text.AlignLeft
             wrapMode: Text.Wrap
             color: Theme.text
@@ -180,7 +181,7 @@ ScrollPage {
     }
 
     Loader {
-        visible: app.alerts.count > 0
+        visible: App.alerts.count > 0
         width: page.inner
         source: visible ? "AlertPager.qml" : ""
     }
@@ -191,17 +192,17 @@ ScrollPage {
         Sign {
             id: briefSign
             anchors.verticalCenter: parent.verticalCenter
-            visible: app.hazards.official.state !== "none"
+            visible: App.hazards.official.state !== "none"
             size: 16 * Theme.scale
             name: "warning"
-            ink: app.hazards.official.isUnchecked ? Theme.alertInk("warning") : Theme.muted
+            ink: App.hazards.official.isUnchecked ? Theme.alertInk("warning") : Theme.muted
         }
         PlainText {
             id: brief
             width: parent.width - (briefSign.visible ? briefSign.width + Theme.space : 0)
-            text: app.hazards.official.brief
+            text: App.hazards.official.brief
             wrapMode: Text.Wrap
-            color: app.hazards.official.isUnchecked ? Theme.text : Theme.muted
+            color: App.hazards.official.isUnchecked ? Theme.text : Theme.muted
             font.pixelSize: Theme.small
             Accessible.role: Accessible.StaticText
             Accessible.name: text

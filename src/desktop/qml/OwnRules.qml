@@ -1,14 +1,13 @@
 // The user's own rules, and the editor of one of them.
 import QtQuick
 import NimbaraPages
+import NimbaraItems
 
 Card {
     id: card
 
-    required property var notifications
-    readonly property var words: notifications.words
 
-    title: words.rules ?? ""
+    title: App.notifications.words.rules
 
     Column {
         width: parent.width
@@ -16,7 +15,7 @@ Card {
 
         PlainText {
             width: parent.width
-            text: card.notifications.rules.count > 0 ? card.words.rulesHint ?? "" : card.words.noRules ?? ""
+            text: App.notifications.rules.count > 0 ? App.notifications.words.rulesHint : App.notifications.words.noRules
             wrapMode: Text.Wrap
             horizontalAlignment: Text.AlignLeft
             color: Theme.muted
@@ -25,7 +24,7 @@ Card {
             Accessible.name: text
         }
         Repeater {
-            model: card.notifications.rules
+            model: App.notifications.rules
             Column {
                 id: rule
                 required property string id
@@ -41,37 +40,37 @@ Card {
                     explanation: rule.description + "\n" + rule.schedule
                     enabled: rule.isOn || !rule.isOrphan
                     checked: rule.isOn
-                    onSwitched: on => card.notifications.enableRule(rule.id, on)
+                    onSwitched: on => App.notifications.enableRule(rule.id, on)
                 }
                 Flow {
                     width: parent.width
                     spacing: Theme.space
                     PlainButton {
-                        text: card.words.editRule ?? ""
+                        text: App.notifications.words.editRule
                         explanation: text + ": " + rule.title
-                        onClicked: card.notifications.editRule(rule.id)
+                        onClicked: App.notifications.editRule(rule.id)
                     }
                     PlainButton {
-                        text: card.words.removeRule ?? ""
+                        text: App.notifications.words.removeRule
                         explanation: text + ": " + rule.title
                         ink: Theme.warm
-                        onClicked: card.notifications.removeRule(rule.id)
+                        onClicked: App.notifications.removeRule(rule.id)
                     }
                 }
             }
         }
         PlainButton {
             anchors.left: parent.left
-            visible: !card.notifications.isEditing
-            text: card.words.addRule ?? ""
-            onClicked: card.notifications.addRule()
+            visible: !App.notifications.isEditing
+            text: App.notifications.words.addRule
+            onClicked: App.notifications.addRule()
         }
         Loader {
             width: parent.width
-            height: item ? item.implicitHeight : 0
-            active: card.notifications.isEditing
+            height: item ? (item as Item).implicitHeight : 0
+            active: App.notifications.isEditing
             visible: active
-            sourceComponent: RuleEditor { notifications: card.notifications }
+            sourceComponent: RuleEditor {}
         }
     }
 }

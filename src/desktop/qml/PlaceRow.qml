@@ -2,6 +2,7 @@
 import QtQuick
 import QtQuick.Controls.Basic
 import NimbaraPages
+import NimbaraItems
 
 Rectangle {
     id: place
@@ -32,31 +33,31 @@ Rectangle {
     border.color: isSelected || choose.visualFocus ? Theme.accent : Theme.outline
 
     function move(by) {
-        app.movePlace(placeId, index + 1 + by);
+        App.movePlace(placeId, index + 1 + by);
     }
 
     AbstractButton {
         id: choose
         anchors.fill: parent
         onClicked: {
-            app.selectPlace(place.placeId);
+            App.selectPlace(place.placeId);
             place.chosen();
         }
         Keys.onReturnPressed: clicked()
-        Keys.onDeletePressed: app.removePlace(place.placeId)
+        Keys.onDeletePressed: App.removePlace(place.placeId)
         Keys.onPressed: event => {
             if (!(event.modifiers & Qt.ControlModifier))
                 return;
             if (event.key === Qt.Key_Up && place.index > 0)
                 place.move(-1);
-            else if (event.key === Qt.Key_Down && place.index < app.places.count - 1)
+            else if (event.key === Qt.Key_Down && place.index < App.places.count - 1)
                 place.move(1);
             else
                 return;
             event.accepted = true;
         }
         Accessible.role: Accessible.Button
-        Accessible.name: place.sentence + (place.isSelected ? ", " + app.words.selected : "")
+        Accessible.name: place.sentence + (place.isSelected ? ", " + App.words.selected : "")
     }
 
     Column {
@@ -104,7 +105,7 @@ Rectangle {
                 size: 42 * Theme.scale
                 sky: place.sky
                 isDay: place.isDay
-                onDark: Theme.dark
+                overDark: Theme.dark
             }
             PlainText {
                 id: warmth
@@ -136,7 +137,7 @@ Rectangle {
                 anchors.left: parent.left
                 y: parent.isTight ? 0 : (parent.height - height) / 2
                 width: parent.isTight ? parent.width : implicitWidth
-                text: [place.range, place.age].filter(part => part !== "").join("  ·  ")
+                text: Theme.joined([place.range, place.age], "  ·  ")
                 wrapMode: Text.Wrap
                 horizontalAlignment: Text.AlignLeft
                 color: Theme.muted
@@ -149,20 +150,20 @@ Rectangle {
                 spacing: 6
                 PlainButton {
                     sign: "up"
-                    explanation: app.words.moveUp + ": " + place.name
+                    explanation: App.words.moveUp + ": " + place.name
                     enabled: place.index > 0
                     onClicked: place.move(-1)
                 }
                 PlainButton {
                     sign: "down"
-                    explanation: app.words.moveDown + ": " + place.name
-                    enabled: place.index < app.places.count - 1
+                    explanation: App.words.moveDown + ": " + place.name
+                    enabled: place.index < App.places.count - 1
                     onClicked: place.move(1)
                 }
                 PlainButton {
                     sign: "cross"
-                    explanation: app.words.remove + ": " + place.name
-                    onClicked: app.removePlace(place.placeId)
+                    explanation: App.words.remove + ": " + place.name
+                    onClicked: App.removePlace(place.placeId)
                 }
             }
         }
@@ -171,7 +172,7 @@ Rectangle {
             spacing: Theme.space
             PlainText {
                 height: choice.height
-                text: app.words.notifications
+                text: App.words.notifications
                 verticalAlignment: Text.AlignVCenter
                 color: Theme.muted
                 font.pixelSize: Theme.small
@@ -181,24 +182,24 @@ Rectangle {
                 model: [
                     {
                         "value": "everything",
-                        "text": app.words.notifyEverything
+                        "text": App.words.notifyEverything
                     },
                     {
                         "value": "severe",
-                        "text": app.words.notifySevere
+                        "text": App.words.notifySevere
                     },
                     {
                         "value": "official",
-                        "text": app.words.notifyOfficial
+                        "text": App.words.notifyOfficial
                     },
                     {
                         "value": "nothing",
-                        "text": app.words.notifyNothing
+                        "text": App.words.notifyNothing
                     }
                 ]
                 value: place.notifications
-                title: app.words.notifications + ", " + place.name
-                onChosen: value => app.chooseNotifications(place.placeId, value)
+                title: App.words.notifications + ", " + place.name
+                onChosen: value => App.chooseNotifications(place.placeId, value)
             }
         }
     }

@@ -2,6 +2,7 @@
 import QtQuick
 import QtQuick.Controls.Basic
 import NimbaraPages
+import NimbaraItems
 
 ScrollPage {
     id: page
@@ -17,7 +18,7 @@ ScrollPage {
 
     PlainText {
         width: page.inner
-        text: app.words.places
+        text: App.words.places
         horizontalAlignment: Text.AlignLeft
         color: Theme.text
         font.pixelSize: Theme.headline
@@ -33,21 +34,21 @@ ScrollPage {
         leftPadding: 18
         rightPadding: 18
         focus: true
-        placeholderText: app.words.search
+        placeholderText: App.words.search
         placeholderTextColor: Theme.muted
         color: Theme.text
         selectionColor: Theme.accent
         selectedTextColor: Theme.accentText
         font.pixelSize: Theme.body
         Accessible.role: Accessible.EditableText
-        Accessible.name: app.words.search
-        Accessible.description: app.words.searchHint
-        onTextEdited: app.search(text)
+        Accessible.name: App.words.search
+        Accessible.description: App.words.searchHint
+        onTextEdited: App.search(text)
         Keys.onEscapePressed: {
             clear();
-            app.search("");
+            App.search("");
         }
-        onAccepted: if (app.found.count > 0) page.take(0)
+        onAccepted: if (App.found.count > 0) page.take(0)
         background: Rectangle {
             radius: height / 2
             color: Theme.card
@@ -57,8 +58,8 @@ ScrollPage {
     }
     PlainText {
         width: page.inner
-        visible: app.found.count === 0 && app.searchNote === ""
-        text: search.text.trim() !== "" && app.searchText === search.text.trim() ? app.words.noMatch : app.words.searchHint
+        visible: App.found.count === 0 && App.searchNote === ""
+        text: search.text.trim() !== "" && App.searchText === search.text.trim() ? App.words.noMatch : App.words.searchHint
         horizontalAlignment: Text.AlignLeft
         wrapMode: Text.Wrap
         color: Theme.muted
@@ -68,20 +69,20 @@ ScrollPage {
     }
 
     function take(row) {
-        app.addFound(row);
+        App.addFound(row);
         search.clear();
-        app.search("");
+        App.search("");
         page.chosen();
     }
 
     Card {
-        visible: app.found.count > 0
+        visible: App.found.count > 0
         width: page.inner
         padding: Theme.space
         Column {
             width: parent.width
             Repeater {
-                model: app.found
+                model: App.found
                 FoundRow {
                     width: parent.width
                     onClicked: page.take(index)
@@ -93,7 +94,7 @@ ScrollPage {
     PlainText {
         width: page.inner
         visible: text !== ""
-        text: app.searchNote
+        text: App.searchNote
         horizontalAlignment: Text.AlignLeft
         wrapMode: Text.Wrap
         color: Theme.muted
@@ -102,18 +103,18 @@ ScrollPage {
         Accessible.name: text
     }
     Column {
-        visible: app.searchText !== "" && search.text.trim() !== ""
+        visible: App.searchText !== "" && search.text.trim() !== ""
         width: page.inner
         spacing: Theme.space / 2
         PlainButton {
             width: Math.min(implicitWidth, page.inner)
-            text: app.isSearchingOnline ? app.words.searchingOnline : app.words.searchOnline.replace("%@", app.searchText)
-            enabled: !app.isSearchingOnline
-            onClicked: app.searchOnline()
+            text: App.isSearchingOnline ? App.words.searchingOnline : App.words.searchOnline.replace("%@", App.searchText)
+            enabled: !App.isSearchingOnline
+            onClicked: App.searchOnline()
         }
         PlainText {
             width: parent.width
-            text: app.words.searchOnlineHint
+            text: App.words.searchOnlineHint
             horizontalAlignment: Text.AlignLeft
             wrapMode: Text.Wrap
             color: Theme.muted
@@ -124,7 +125,7 @@ ScrollPage {
     }
 
     UndoBar {
-        visible: app.removed !== ""
+        visible: App.removed !== ""
         width: page.inner
     }
 
@@ -136,7 +137,7 @@ ScrollPage {
     PlainText {
         width: page.inner
         visible: text !== ""
-        text: app.problem || (app.isReady && app.places.count === 0 ? app.words.noPlaces : "")
+        text: App.problem || (App.isReady && App.places.count === 0 ? App.words.noPlaces : "")
         horizontalAlignment: Text.AlignLeft
         wrapMode: Text.Wrap
         color: Theme.text
@@ -146,7 +147,7 @@ ScrollPage {
     }
 
     Repeater {
-        model: app.places
+        model: App.places
         PlaceRow {
             width: page.inner
             onChosen: page.chosen()

@@ -2,6 +2,7 @@
 import QtQuick
 import QtQuick.Controls.Basic
 import NimbaraPages
+import NimbaraItems
 
 AbstractButton {
     id: provider
@@ -14,7 +15,7 @@ AbstractButton {
     required property string sentence
 
     implicitHeight: words.height + 2 * Theme.space
-    onClicked: app.settings.change("preferredProvider", value)
+    onClicked: App.settings.change("preferredProvider", value)
     Keys.onReturnPressed: clicked()
     Accessible.role: Accessible.RadioButton
     Accessible.name: sentence

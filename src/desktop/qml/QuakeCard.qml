@@ -7,10 +7,9 @@ import NimbaraPages
 Card {
     id: card
 
-    readonly property var hazards: app.hazards
     readonly property bool isWide: width >= 820
 
-    title: hazards.words.quakes
+    title: App.hazards.words.quakes
 
     Column {
         width: parent.width
@@ -19,7 +18,7 @@ Card {
         PlainText {
             width: parent.width
             visible: text !== ""
-            text: card.hazards.about.count
+            text: App.hazards.about.count
             wrapMode: Text.Wrap
             color: Theme.text
             font.pixelSize: Theme.title
@@ -29,7 +28,7 @@ Card {
         PlainText {
             width: parent.width
             visible: text !== ""
-            text: card.hazards.about.notice
+            text: App.hazards.about.notice
             wrapMode: Text.Wrap
             color: Theme.text
             font.pixelSize: Theme.small
@@ -41,16 +40,16 @@ Card {
             spacing: Theme.space
             ChoiceRow {
                 width: card.isWide ? (parent.width - Theme.space) * 0.55 : parent.width
-                visible: card.hazards.about.hasPlace
-                title: card.hazards.words.radius
-                values: card.hazards.radii
-                onChosen: value => card.hazards.setRadius(value)
+                visible: App.hazards.about.hasPlace
+                title: App.hazards.words.radius
+                values: App.hazards.radii
+                onChosen: value => App.hazards.setRadius(value)
             }
             ChoiceRow {
                 width: card.isWide ? (parent.width - Theme.space) * 0.45 : parent.width
-                title: card.hazards.words.strength
-                values: card.hazards.magnitudes
-                onChosen: value => card.hazards.setMagnitude(value)
+                title: App.hazards.words.strength
+                values: App.hazards.magnitudes
+                onChosen: value => App.hazards.setMagnitude(value)
             }
         }
         Item {
@@ -71,19 +70,19 @@ Card {
                     border.width: activeFocus ? 2 : 0
                     border.color: Theme.accent
                     activeFocusOnTab: true
-                    Keys.onRightPressed: card.hazards.highlighted += 1
-                    Keys.onLeftPressed: card.hazards.highlighted = Math.max(0, card.hazards.highlighted - 1)
-                    Keys.onEscapePressed: card.hazards.highlighted = -1
+                    Keys.onRightPressed: App.hazards.highlighted += 1
+                    Keys.onLeftPressed: App.hazards.highlighted = Math.max(0, App.hazards.highlighted - 1)
+                    Keys.onEscapePressed: App.hazards.highlighted = -1
                     Accessible.role: Accessible.Chart
-                    Accessible.name: card.hazards.words.map
-                    Accessible.description: card.hazards.highlightedText || card.hazards.words.mapHint
+                    Accessible.name: App.hazards.words.map
+                    Accessible.description: App.hazards.highlightedText || App.hazards.words.mapHint
                     Accessible.focusable: true
 
                     QuakeMapItem {
                         id: world
                         anchors.fill: parent
                         anchors.margins: 2
-                        model: card.hazards
+                        model: App.hazards
                         sea: Theme.sea
                         land: Theme.land
                         border: Theme.border
@@ -91,13 +90,13 @@ Card {
                         ring: Theme.text
                         ages: Theme.ageColours
                         HoverHandler {
-                            onPointChanged: if (hovered) card.hazards.highlighted = world.rowAt(point.position.x, point.position.y)
-                            onHoveredChanged: if (!hovered && !frame.activeFocus) card.hazards.highlighted = -1
+                            onPointChanged: if (hovered) App.hazards.highlighted = world.rowAt(point.position.x, point.position.y)
+                            onHoveredChanged: if (!hovered && !frame.activeFocus) App.hazards.highlighted = -1
                         }
                         TapHandler {
                             onTapped: point => {
                                 frame.forceActiveFocus();
-                                card.hazards.highlighted = world.rowAt(point.position.x, point.position.y);
+                                App.hazards.highlighted = world.rowAt(point.position.x, point.position.y);
                             }
                         }
                     }
@@ -106,7 +105,7 @@ Card {
                     width: parent.width
                     spacing: 2 * Theme.space
                     Repeater {
-                        model: [card.hazards.words.lastHour, card.hazards.words.lastSix, card.hazards.words.lastDay]
+                        model: [App.hazards.words.lastHour, App.hazards.words.lastSix, App.hazards.words.lastDay]
                         Row {
                             required property int index
                             required property string modelData
@@ -129,9 +128,9 @@ Card {
                 PlainText {
                     width: parent.width
                     height: Math.max(implicitHeight, 2.6 * Theme.small)
-                    text: card.hazards.highlightedText || card.hazards.words.mapHint
+                    text: App.hazards.highlightedText || App.hazards.words.mapHint
                     wrapMode: Text.Wrap
-                    color: card.hazards.highlighted < 0 ? Theme.muted : Theme.text
+                    color: App.hazards.highlighted < 0 ? Theme.muted : Theme.text
                     font.pixelSize: Theme.small
                     Accessible.ignored: true
                 }
@@ -146,7 +145,7 @@ Card {
         }
         PlainText {
             width: parent.width
-            text: card.hazards.about.source
+            text: App.hazards.about.source
             wrapMode: Text.Wrap
             color: Theme.muted
             font.pixelSize: Theme.tiny

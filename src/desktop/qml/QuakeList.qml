@@ -2,11 +2,12 @@
 import QtQuick
 import QtQuick.Controls.Basic
 import NimbaraPages
+import NimbaraItems
 
 ListView {
     id: list
 
-    model: app.hazards.quakes
+    model: App.hazards.quakes
     clip: true
     boundsBehavior: Flickable.StopAtBounds
     activeFocusOnTab: count > 0
@@ -14,25 +15,25 @@ ListView {
     highlightMoveDuration: Theme.quick
     ScrollBar.vertical: ScrollBar {}
     Accessible.role: Accessible.List
-    Accessible.name: app.hazards.words.quakes
+    Accessible.name: App.hazards.words.quakes
 
     // Keys move what is pointed at; what is pointed at on the map scrolls into view here.
-    onActiveFocusChanged: if (activeFocus && app.hazards.highlighted < 0) app.hazards.highlighted = Math.max(0, currentIndex)
-    onCurrentIndexChanged: if (activeFocus) app.hazards.highlighted = currentIndex
-    Keys.onEscapePressed: app.hazards.highlighted = -1
+    onActiveFocusChanged: if (activeFocus && App.hazards.highlighted < 0) App.hazards.highlighted = Math.max(0, currentIndex)
+    onCurrentIndexChanged: if (activeFocus) App.hazards.highlighted = currentIndex
+    Keys.onEscapePressed: App.hazards.highlighted = -1
     Connections {
-        target: app.hazards
+        target: App.hazards
         function onHighlightedChanged() {
-            if (app.hazards.highlighted < 0 || pointer.hovered)
+            if (App.hazards.highlighted < 0 || pointer.hovered)
                 return;
-            list.currentIndex = app.hazards.highlighted;
-            list.positionViewAtIndex(app.hazards.highlighted, ListView.Contain);
+            list.currentIndex = App.hazards.highlighted;
+            list.positionViewAtIndex(App.hazards.highlighted, ListView.Contain);
         }
     }
     HoverHandler {
         id: pointer
-        onPointChanged: if (hovered) app.hazards.highlighted = list.indexAt(point.position.x + list.contentX, point.position.y + list.contentY)
-        onHoveredChanged: if (!hovered && !list.activeFocus) app.hazards.highlighted = -1
+        onPointChanged: if (hovered) App.hazards.highlighted = list.indexAt(point.position.x + list.contentX, point.position.y + list.contentY)
+        onHoveredChanged: if (!hovered && !list.activeFocus) App.hazards.highlighted = -1
     }
 
     delegate: Rectangle {
@@ -47,7 +48,7 @@ ListView {
         required property bool isStrong
         required property string sentence
 
-        readonly property bool isPointedAt: app.hazards.highlighted === index
+        readonly property bool isPointedAt: App.hazards.highlighted === index
 
         width: list.width
         height: Math.max(52 * Theme.scale, words.height + Theme.space)
@@ -92,7 +93,7 @@ ListView {
             }
             PlainText {
                 width: parent.width
-                text: [quake.age, quake.note].filter(part => part !== "").join("  ·  ")
+                text: Theme.joined([quake.age, quake.note], "  ·  ")
                 wrapMode: Text.Wrap
                 color: Theme.muted
                 font.pixelSize: Theme.tiny

@@ -2,13 +2,11 @@
 import QtQuick
 import QtQuick.Controls.Basic
 import NimbaraPages
+import NimbaraItems
 
 Rectangle {
     id: editor
 
-    required property var notifications
-    readonly property var words: notifications.words
-    readonly property var draft: notifications.draft
 
     implicitHeight: all.height + 3 * Theme.space
     radius: Theme.radius
@@ -16,7 +14,7 @@ Rectangle {
     border.width: 1
     border.color: Theme.accent
     Component.onCompleted: name.forceActiveFocus()
-    Keys.onEscapePressed: notifications.dropDraft()
+    Keys.onEscapePressed: App.notifications.dropDraft()
 
     component Words: PlainText {
         width: parent ? parent.width : 0
@@ -37,76 +35,76 @@ Rectangle {
         spacing: Theme.space / 2
 
         Words {
-            text: editor.notifications.isNewRule ? editor.words.newRule : editor.words.editRule
+            text: App.notifications.isNewRule ? App.notifications.words.newRule : App.notifications.words.editRule
             font.weight: Font.DemiBold
             Accessible.role: Accessible.Heading
         }
         SettingRow {
             width: parent.width
-            title: editor.words.ruleTitle
-            explanation: editor.words.ruleTitleHint
+            title: App.notifications.words.ruleTitle
+            explanation: App.notifications.words.ruleTitleHint
             stacked: true
             Field {
                 id: name
                 implicitWidth: all.width
                 width: all.width
-                title: editor.words.ruleTitle
+                title: App.notifications.words.ruleTitle
                 maximumLength: 200
-                Component.onCompleted: text = editor.draft.title
-                onTextEdited: editor.notifications.setTitle(text)
+                Component.onCompleted: text = App.notifications.draft.title
+                onTextEdited: App.notifications.setTitle(text)
             }
         }
         SettingChoice {
             width: parent.width
-            title: editor.words.ruleKind
-            options: editor.notifications.kinds
-            value: editor.draft.kind
-            onChosen: kind => editor.notifications.setKind(kind)
+            title: App.notifications.words.ruleKind
+            options: App.notifications.kinds
+            value: App.notifications.draft.kind
+            onChosen: kind => App.notifications.setKind(kind)
         }
         SettingChoice {
             width: parent.width
-            title: editor.words.ruleComparison
-            options: editor.notifications.comparisons
-            value: editor.draft.comparison
-            onChosen: comparison => editor.notifications.setComparison(comparison)
+            title: App.notifications.words.ruleComparison
+            options: App.notifications.comparisons
+            value: App.notifications.draft.comparison
+            onChosen: comparison => App.notifications.setComparison(comparison)
         }
         SettingNumber {
             width: parent.width
-            visible: editor.draft.hasThreshold
-            title: editor.words.ruleThreshold
-            value: editor.draft.threshold
-            from: editor.draft.from
-            to: editor.draft.to
-            step: editor.draft.step
-            decimals: editor.draft.decimals
-            unit: editor.draft.unit
-            onChanged: shown => editor.notifications.setThreshold(shown)
+            visible: App.notifications.draft.hasThreshold
+            title: App.notifications.words.ruleThreshold
+            value: App.notifications.draft.threshold
+            from: App.notifications.draft.from
+            to: App.notifications.draft.to
+            step: App.notifications.draft.step
+            decimals: App.notifications.draft.decimals
+            unit: App.notifications.draft.unit
+            onChanged: shown => App.notifications.setThreshold(shown)
         }
         SettingChoice {
             width: parent.width
-            visible: editor.draft.hasSpan
-            title: editor.words.ruleSpan
-            options: editor.notifications.spans
-            value: editor.draft.span
-            onChosen: hours => editor.notifications.setSpan(hours)
+            visible: App.notifications.draft.hasSpan
+            title: App.notifications.words.ruleSpan
+            options: App.notifications.spans
+            value: App.notifications.draft.span
+            onChosen: hours => App.notifications.setSpan(hours)
         }
         SettingChoice {
             width: parent.width
-            title: editor.words.ruleHour
-            options: editor.notifications.checkHours
-            value: editor.draft.hour
-            onChosen: hour => editor.notifications.setCheckHour(hour)
+            title: App.notifications.words.ruleHour
+            options: App.notifications.checkHours
+            value: App.notifications.draft.hour
+            onChosen: hour => App.notifications.setCheckHour(hour)
         }
         SettingChoice {
             width: parent.width
-            title: editor.words.rulePlace
-            options: editor.notifications.rulePlaces
-            value: editor.draft.place
-            onChosen: place => editor.notifications.setPlace(place)
+            title: App.notifications.words.rulePlace
+            options: App.notifications.rulePlaces
+            value: App.notifications.draft.place
+            onChosen: place => App.notifications.setPlace(place)
         }
         SettingRow {
             width: parent.width
-            title: editor.words.ruleDays
+            title: App.notifications.words.ruleDays
             stacked: true
             Item {
                 implicitWidth: all.width
@@ -117,7 +115,7 @@ Rectangle {
                     width: parent.width
                     spacing: Theme.space / 2
                     Repeater {
-                        model: editor.notifications.days
+                        model: App.notifications.days
                         AbstractButton {
                             id: day
                             required property string name
@@ -125,7 +123,7 @@ Rectangle {
                             required property bool isOn
                             implicitWidth: Math.max(44 * Theme.scale, label.implicitWidth + 16)
                             implicitHeight: 36 * Theme.scale
-                            onClicked: editor.notifications.setDay(name, !isOn)
+                            onClicked: App.notifications.setDay(name, !isOn)
                             Keys.onReturnPressed: clicked()
                             Accessible.role: Accessible.CheckBox
                             Accessible.name: dayName
@@ -161,12 +159,12 @@ Rectangle {
                 y: Theme.space
                 width: parent.width - 3 * Theme.space
                 spacing: 4
-                Words { text: editor.draft.description; font.weight: Font.DemiBold }
-                Words { text: editor.draft.schedule; color: Theme.muted; font.pixelSize: Theme.small }
-                Words { text: editor.draft.fault; color: Theme.warm; font.pixelSize: Theme.small }
+                Words { text: App.notifications.draft.description; font.weight: Font.DemiBold }
+                Words { text: App.notifications.draft.schedule; color: Theme.muted; font.pixelSize: Theme.small }
+                Words { text: App.notifications.draft.fault; color: Theme.warm; font.pixelSize: Theme.small }
                 Words {
-                    text: editor.notifications.isTrying ? editor.words.trying : editor.notifications.trial
-                    color: editor.notifications.trialRings ? Theme.accent : Theme.text
+                    text: App.notifications.isTrying ? App.notifications.words.trying : App.notifications.trial
+                    color: App.notifications.trialRings ? Theme.accent : Theme.text
                     font.pixelSize: Theme.small
                 }
             }
@@ -177,19 +175,19 @@ Rectangle {
             spacing: Theme.space
             PlainButton {
                 width: Math.min(implicitWidth, parent.width)
-                text: editor.words.tryRule
-                enabled: !editor.notifications.isTrying
-                onClicked: editor.notifications.tryDraft()
+                text: App.notifications.words.tryRule
+                enabled: !App.notifications.isTrying
+                onClicked: App.notifications.tryDraft()
             }
             PlainButton {
-                text: editor.words.save
-                enabled: editor.draft.fault === ""
-                onClicked: editor.notifications.saveDraft()
+                text: App.notifications.words.save
+                enabled: App.notifications.draft.fault === ""
+                onClicked: App.notifications.saveDraft()
             }
             PlainButton {
-                text: editor.words.cancel
+                text: App.notifications.words.cancel
                 ink: Theme.muted
-                onClicked: editor.notifications.dropDraft()
+                onClicked: App.notifications.dropDraft()
             }
         }
     }

@@ -2,6 +2,7 @@
 import QtQuick
 import QtQuick.Controls.Basic
 import NimbaraPages
+import NimbaraItems
 
 Item {
     id: group
@@ -9,7 +10,6 @@ Item {
     required property string name
     required property string title
     required property string summary
-    required property var notifications
     property bool isOpen: false
 
     required property int index
@@ -89,15 +89,14 @@ Item {
         id: rows
         y: header.height
         width: parent.width
-        height: item ? item.implicitHeight : 0  // a height of its own would stay what it was at first
+        height: item ? (item as Item).implicitHeight : 0  // a height of its own would stay what it was at first
         active: group.isOpen || item !== null
         visible: group.isOpen
         sourceComponent: Column {
             Repeater {
-                model: group.notifications.rows(group.name)
+                model: App.notifications.rows(group.name)
                 RuleRow {
                     width: rows.width
-                    notifications: group.notifications
                 }
             }
         }

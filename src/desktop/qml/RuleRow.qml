@@ -1,6 +1,7 @@
 // A setting of notifications with the control that suits it.
 import QtQuick
 import NimbaraPages
+import NimbaraItems
 
 Item {
     id: row
@@ -19,7 +20,6 @@ Item {
     required property double decimals
     required property string unit
     required property string choice
-    property var notifications
 
     readonly property real indent: isDetail ? 2 * Theme.space : 0
 
@@ -31,7 +31,7 @@ Item {
         id: body
         anchors.right: parent.right
         width: parent.width - row.indent
-        height: item ? item.implicitHeight : 0
+        height: item ? (item as Item).implicitHeight : 0
         active: row.isEnabled
         sourceComponent: row.control === "switch" ? onOff : row.control === "number" ? number : choices
     }
@@ -41,7 +41,7 @@ Item {
             title: row.title
             explanation: row.explanation
             checked: row.isOn
-            onSwitched: on => row.notifications.setSwitch(row.key, on)
+            onSwitched: on => App.notifications.setSwitch(row.key, on)
         }
     }
     Component {
@@ -55,7 +55,7 @@ Item {
             step: row.step
             decimals: row.decimals
             unit: row.unit
-            onChanged: shown => row.notifications.setNumber(row.key, shown)
+            onChanged: shown => App.notifications.setNumber(row.key, shown)
         }
     }
     Component {
@@ -63,10 +63,10 @@ Item {
         SettingChoice {
             title: row.title
             explanation: row.explanation
-            options: row.control === "hour" ? row.notifications.hours : row.notifications.levels
+            options: row.control === "hour" ? App.notifications.hours : App.notifications.levels
             value: row.choice
-            onChosen: wanted => row.control === "hour" ? row.notifications.setHour(row.key, wanted)
-                                                       : row.notifications.setLevel(row.key, wanted)
+            onChosen: wanted => row.control === "hour" ? App.notifications.setHour(row.key, wanted)
+                                                       : App.notifications.setLevel(row.key, wanted)
         }
     }
 }

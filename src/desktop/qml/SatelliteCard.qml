@@ -1,6 +1,7 @@
 // What is known of the chosen satellite.
 import QtQuick
 import NimbaraPages
+import NimbaraItems
 
 Rectangle {
     id: card
@@ -13,7 +14,7 @@ Rectangle {
     border.width: 1
     border.color: Theme.outline
     Accessible.role: Accessible.Grouping
-    Accessible.name: app.globe.card.sentence
+    Accessible.name: App.globe.card.sentence
 
     MouseArea { anchors.fill: parent }
 
@@ -33,7 +34,7 @@ Rectangle {
                 width: 10
                 height: 10
                 radius: 5
-                color: app.globe.card.colour === "" ? "transparent" : app.globe.card.colour
+                color: App.globe.card.colour === "" ? "transparent" : App.globe.card.colour
             }
             Column {
                 id: names
@@ -44,7 +45,7 @@ Rectangle {
                 anchors.rightMargin: 6
                 PlainText {
                     width: parent.width
-                    text: app.globe.card.title
+                    text: App.globe.card.title
                     elide: Text.ElideRight
                     color: Theme.text
                     font.pixelSize: Theme.title
@@ -52,7 +53,7 @@ Rectangle {
                 }
                 PlainText {
                     width: parent.width
-                    text: app.globe.card.subtitle
+                    text: App.globe.card.subtitle
                     wrapMode: Text.Wrap
                     color: Theme.muted
                     font.pixelSize: Theme.tiny
@@ -63,16 +64,16 @@ Rectangle {
                 anchors.right: parent.right
                 anchors.verticalCenter: parent.verticalCenter
                 sign: "cross"
-                explanation: app.globe.words.close
+                explanation: App.globe.words.close
                 onClicked: {
-                    app.globe.dismiss();
+                    App.globe.dismiss();
                     card.closed();
                 }
             }
         }
 
         Repeater {
-            model: app.globe.cardRows
+            model: App.globe.cardRows
 
             Item {
                 id: row

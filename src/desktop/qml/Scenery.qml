@@ -4,7 +4,7 @@ import NimbaraItems
 import NimbaraPages
 
 SkyScenery {
-    model: app
+    model: App
     fadesToRight: LayoutMirroring.enabled
     Accessible.ignored: true
 }

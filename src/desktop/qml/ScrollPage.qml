@@ -29,7 +29,13 @@ Flickable {
 
     // Whoever walks with the keys sees where they are.
     readonly property Item focused: Window.activeFocusItem
-    onFocusedChanged: if (focused && focused.visualFocus !== false && page.holds(focused)) page.reveal(focused)
+    onFocusedChanged: if (focused && page.showsFocus(focused) && page.holds(focused)) page.reveal(focused)
+
+    // A control that the mouse chose is in sight already.
+    function showsFocus(item) {
+        const control = item as T.Control;
+        return !control || control.visualFocus;
+    }
 
     function holds(item) {
         for (let up = item.parent; up; up = up.parent) {

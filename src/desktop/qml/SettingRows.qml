@@ -1,6 +1,7 @@
 // The settings of a group, each as the row that its kind asks for.
 import QtQuick
 import NimbaraPages
+import NimbaraItems
 
 Column {
     id: rows
@@ -25,7 +26,7 @@ Column {
             required property string problem
 
             function ask(text) {
-                app.settings.change(key, text);
+                App.settings.change(key, text);
             }
 
             width: rows.width
@@ -49,7 +50,7 @@ Column {
             PlainButton {
                 anchors.left: parent.left
                 visible: entry.kind === "secret" && entry.isSet
-                text: app.settings.words.forget
+                text: App.settings.words.forget
                 explanation: text + ": " + entry.title
                 onClicked: entry.ask("")
             }
@@ -80,7 +81,7 @@ Column {
                     explanation: entry.explanation
                     secret: entry.kind === "secret"
                     value: entry.value
-                    placeholder: secret && entry.isSet ? app.settings.words.kept : ""
+                    placeholder: secret && entry.isSet ? App.settings.words.kept : ""
                     onChanged: value => entry.ask(value)
                 }
             }

@@ -2,20 +2,19 @@
 import QtQuick
 import QtQuick.Controls.Basic
 import NimbaraPages
+import NimbaraItems
 
 ScrollPage {
     id: page
 
-    readonly property var words: app.settings.words
-    readonly property var now: app.settings.now
 
-    Component.onCompleted: app.settings.open()
+    Component.onCompleted: App.settings.open()
 
     most: 760 * Theme.scale
 
     PlainText {
         width: page.inner
-        text: app.words.settings
+        text: App.words.settings
         horizontalAlignment: Text.AlignLeft
         color: Theme.text
         font.pixelSize: Theme.headline
@@ -27,35 +26,35 @@ ScrollPage {
     }
     Notice {
         width: page.inner
-        text: page.now.notice
+        text: App.settings.now.notice
         level: "warning"
     }
 
     Card {
         width: page.inner
-        title: page.words.look
+        title: App.settings.words.look
         SettingRows {
             width: parent.width
-            model: app.settings.look
+            model: App.settings.look
         }
     }
     Card {
         width: page.inner
-        title: page.words.units
+        title: App.settings.words.units
         SettingRows {
             width: parent.width
-            model: app.settings.units
+            model: App.settings.units
         }
     }
     Card {
         width: page.inner
-        title: page.words.service
+        title: App.settings.words.service
         Column {
             width: parent.width
             spacing: Theme.space / 2
             PlainText {
                 width: parent.width
-                text: page.words.serviceHint
+                text: App.settings.words.serviceHint
                 horizontalAlignment: Text.AlignLeft
                 wrapMode: Text.Wrap
                 color: Theme.muted
@@ -64,53 +63,53 @@ ScrollPage {
                 Accessible.name: text
             }
             Repeater {
-                model: app.settings.providers
+                model: App.settings.providers
                 ProviderRow { width: parent.width }
             }
         }
     }
     Card {
         width: page.inner
-        title: page.words.window
+        title: App.settings.words.window
         Column {
             width: parent.width
             SettingSwitch {
                 width: parent.width
-                title: page.words.startAtLogin
-                explanation: page.now.startNote
-                enabled: page.now.canStartAtLogin
-                checked: page.now.startsAtLogin
-                onSwitched: on => app.settings.setStartAtLogin(on)
+                title: App.settings.words.startAtLogin
+                explanation: App.settings.now.startNote
+                enabled: App.settings.now.canStartAtLogin
+                checked: App.settings.now.startsAtLogin
+                onSwitched: on => App.settings.setStartAtLogin(on)
             }
             SettingRows {
                 width: parent.width
-                model: app.settings.window
+                model: App.settings.window
             }
         }
     }
     Notice {
         width: page.inner
-        text: page.now.needsRestart ? page.words.restart : ""
+        text: App.settings.now.needsRestart ? App.settings.words.restart : ""
     }
     FoldedCard {
         width: page.inner
-        heading: page.words.secrets
-        hint: page.words.secretsHint
-        list: SettingRows { model: app.settings.keys }
+        heading: App.settings.words.secrets
+        hint: App.settings.words.secretsHint
+        list: SettingRows { model: App.settings.keys }
     }
     FoldedCard {
         width: page.inner
-        heading: page.words.addresses
-        hint: page.words.addressesHint
-        list: SettingRows { model: app.settings.addresses }
+        heading: App.settings.words.addresses
+        hint: App.settings.words.addressesHint
+        list: SettingRows { model: App.settings.addresses }
     }
     Card {
         width: page.inner
-        title: page.words.folders
+        title: App.settings.words.folders
         Column {
             width: parent.width
             Repeater {
-                model: app.settings.folders
+                model: App.settings.folders
                 SettingRow {
                     required property string purpose
                     required property string path
@@ -119,9 +118,9 @@ ScrollPage {
                     title: purpose
                     explanation: path
                     PlainButton {
-                        text: page.words.open
+                        text: App.settings.words.open
                         explanation: text + ": " + sentence
-                        onClicked: app.settings.openFolder(path)
+                        onClicked: App.settings.openFolder(path)
                     }
                 }
             }
@@ -129,17 +128,17 @@ ScrollPage {
     }
     FoldedCard {
         width: page.inner
-        heading: page.words.credits
+        heading: App.settings.words.credits
         list: Column {
             Repeater {
-                model: app.settings.credits
+                model: App.settings.credits
                 CreditRow { width: parent.width }
             }
         }
     }
     PlainText {
         width: page.inner
-        text: page.words.about.replace("%@", app.settings.version)
+        text: App.settings.words.about.replace("%@", App.settings.version)
         wrapMode: Text.Wrap
         horizontalAlignment: Text.AlignHCenter
         color: Theme.muted

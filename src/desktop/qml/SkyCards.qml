@@ -14,24 +14,24 @@ Grid {
     Card {
         width: cards.each
         height: Math.max(implicitHeight, moon.implicitHeight)
-        title: app.words.sun
+        title: App.words.sun
         Accessible.role: Accessible.StaticText
-        Accessible.name: app.words.sun + ": " + app.skyToday.sun
+        Accessible.name: App.words.sun + ": " + App.skyToday.sun
 
         Column {
             width: parent.width
             spacing: Theme.space
             SunArc {
-                visible: app.skyToday.hasArc
+                visible: App.skyToday.hasArc
                 width: parent.width
                 height: Math.min(112, width * 0.4) * Theme.scale
-                share: app.skyToday.sunShare
+                share: App.skyToday.sunShare
                 lines: Theme.dark ? "#4a5667" : "#c3ccd6"
                 passed: Theme.sun
             }
             PlainText {
                 width: parent.width
-                text: app.skyToday.sun
+                text: App.skyToday.sun
                 horizontalAlignment: Text.AlignLeft
                 wrapMode: Text.Wrap
                 color: Theme.text
@@ -43,9 +43,9 @@ Grid {
         id: moon
         width: cards.each
         height: Math.max(implicitHeight, cards.children[0].implicitHeight)
-        title: app.words.moon
+        title: App.words.moon
         Accessible.role: Accessible.StaticText
-        Accessible.name: app.words.moon + ": " + app.skyToday.moon + ", " + app.skyToday.moonTimes
+        Accessible.name: App.words.moon + ": " + App.skyToday.moon + ", " + App.skyToday.moonTimes
 
         Row {
             width: parent.width
@@ -53,8 +53,8 @@ Grid {
             MoonDisc {
                 width: 112 * Theme.scale
                 height: width
-                illumination: app.skyToday.moonIllumination
-                litOnRight: app.skyToday.moonIsWaxing !== app.skyToday.fromSouth
+                illumination: App.skyToday.moonIllumination
+                litOnRight: App.skyToday.moonIsWaxing !== App.skyToday.fromSouth
                 lit: Theme.moonLit
                 shade: Theme.moonShade
             }
@@ -64,7 +64,7 @@ Grid {
                 spacing: 4
                 PlainText {
                     width: parent.width
-                    text: app.skyToday.moon
+                    text: App.skyToday.moon
                     horizontalAlignment: Text.AlignLeft
                     wrapMode: Text.Wrap
                     color: Theme.text
@@ -73,7 +73,7 @@ Grid {
                 }
                 PlainText {
                     width: parent.width
-                    text: app.skyToday.moonTimes
+                    text: App.skyToday.moonTimes
                     horizontalAlignment: Text.AlignLeft
                     wrapMode: Text.Wrap
                     color: Theme.muted

@@ -10,7 +10,12 @@ QtObject {
     readonly property bool dark: choice === "dark" || (choice === "system" && system.window.hslLightness < 0.5)
     property real enlargement: 1
     property bool calm: false
-    readonly property real scale: Math.max(1, Qt.application.font.pointSize / 11) * enlargement
+    readonly property real scale: Math.max(1, Application.font.pointSize / 11) * enlargement
+
+    // What there is of some parts of a line.
+    function joined(parts, separator) {
+        return parts.filter(part => part).join(separator);
+    }
 
     readonly property int tiny: Math.round(12 * scale)
     readonly property int small: Math.round(13 * scale)

@@ -1,6 +1,7 @@
 // What was removed, and the way back.
 import QtQuick
 import NimbaraPages
+import NimbaraItems
 
 Rectangle {
     id: bar
@@ -20,7 +21,7 @@ Rectangle {
             height: Math.max(implicitHeight, undo.height)
             verticalAlignment: Text.AlignVCenter
             horizontalAlignment: Text.AlignLeft
-            text: app.removed
+            text: App.removed
             wrapMode: Text.Wrap
             color: Theme.text
             font.pixelSize: Theme.body
@@ -29,14 +30,14 @@ Rectangle {
         }
         PlainButton {
             id: undo
-            text: app.words.undo
-            onClicked: app.undoRemoval()
+            text: App.words.undo
+            onClicked: App.undoRemoval()
         }
         PlainButton {
             id: dismiss
             sign: "cross"
-            explanation: app.words.dismiss
-            onClicked: app.forgetRemoval()
+            explanation: App.words.dismiss
+            onClicked: App.forgetRemoval()
         }
     }
 }

@@ -2,6 +2,7 @@
 import QtQuick
 import QtQuick.Controls.Basic
 import NimbaraPages
+import NimbaraItems
 
 Item {
     id: row
@@ -18,18 +19,18 @@ Item {
     required property bool hasDetails
     required property string sentence
 
-    readonly property bool isOpen: app.openAlert === alertId
+    readonly property bool isOpen: App.openAlert === alertId
     readonly property bool isCurrent: ListView.isCurrentItem && ListView.view.activeFocus
 
     function toggle() {
         if (hasDetails)
-            app.openAlert = isOpen ? "" : alertId;
+            App.openAlert = isOpen ? "" : alertId;
     }
 
     height: surface.height + Theme.space
     Accessible.role: Accessible.ListItem
     Accessible.name: sentence
-    Accessible.description: isOpen ? app.alertDetails : message
+    Accessible.description: isOpen ? App.alertDetails : message
     Accessible.focusable: true
     Accessible.onPressAction: toggle()
 
@@ -78,10 +79,10 @@ Item {
                 font.weight: Font.DemiBold
             }
             Words {
-                text: [row.area, row.when].filter(part => part !== "").join("  ·  ")
+                text: Theme.joined([row.area, row.when], "  ·  ")
             }
             Words {
-                text: row.isOpen ? app.alertDetails : row.message
+                text: row.isOpen ? App.alertDetails : row.message
                 maximumLineCount: row.isOpen ? 1000 : 2
                 elide: Text.ElideRight
             }
@@ -91,7 +92,7 @@ Item {
                 Words {
                     id: origin
                     width: parent.width - sign.width - Theme.space
-                    text: [row.issuer, row.age].filter(part => part !== "").join("  ·  ")
+                    text: Theme.joined([row.issuer, row.age], "  ·  ")
                     opacity: 0.85
                     font.pixelSize: Theme.tiny
                 }

@@ -108,6 +108,11 @@ void NotificationsModel::show(DesktopSnapshot const& snapshot, ViewContext const
   if (isOpen_) showAll();
 }
 
+RecordModel* NotificationsModel::words() {
+  if (words_->isEmpty() && shown_.view) showWords(*words_, kWords, shown_.view->texts);
+  return words_;
+}
+
 void NotificationsModel::setOpen(bool isOpen) {
   if (isOpen == isOpen_) return;
   isOpen_ = isOpen;

@@ -64,7 +64,8 @@ class NotificationsModel : public QObject {
   void showTrial(TrialAnswer const& answer);
 
   RecordModel* now() { return now_; }
-  RecordModel* words() { return words_; }
+  /// Written when the page first reads them.
+  RecordModel* words();
   RecordModel* draft() { return draftRow_; }
   RecordListModel* groups() { return groups_; }
   RecordListModel* levels() { return levels_; }

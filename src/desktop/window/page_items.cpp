@@ -1,0 +1,65 @@
+#include "desktop/window/page_items.h"
+
+#include "desktop/window/models/desktop_model.h"
+#include "desktop/window/painting/flat_globe.h"
+#include "desktop/window/painting/kp_items.h"
+#include "desktop/window/painting/meteogram_item.h"
+#include "desktop/window/painting/quake_map_item.h"
+#include "desktop/window/painting/sky_items.h"
+#include "desktop/window/painting/sky_scenery.h"
+
+#include <QQmlEngine>
+#include <array>
+#include <tuple>
+
+namespace nimbara {
+
+namespace {
+
+constexpr char kModelProperty[] = "pageModel";
+
+template <class Item>
+PageItem pageItem(char const* name) {
+  return {name, &Item::staticMetaObject,
+          [](char const* known) { qmlRegisterType<Item>(kItemsModule, 1, 0, known); }};
+}
+
+QObject* modelOf(QQmlEngine* engine, QJSEngine* /*scripts*/) {
+  auto* const model = engine->property(kModelProperty).value<QObject*>();
+  QQmlEngine::setObjectOwnership(model, QQmlEngine::CppOwnership);
+  return model;
+}
+
+}  // namespace
+
+std::span<PageItem const> pageItems() {
+  static std::array const kItems{
+      pageItem<WindCompass>("WindCompass"),     pageItem<SunArc>("SunArc"),
+      pageItem<MoonDisc>("MoonDisc"),           pageItem<SkyScenery>("SkyScenery"),
+      pageItem<MeteogramItem>("MeteogramItem"), pageItem<FlatGlobe>("FlatGlobe"),
+      pageItem<QuakeMapItem>("QuakeMapItem"),   pageItem<KpGauge>("KpGauge"),
+      pageItem<KpBarsItem>("KpBarsItem"),
+  };
+  return kItems;
+}
+
+void enrolPageItems() {
+  static bool const kOnce = [] {
+    for (PageItem const& item : pageItems()) item.enrol(item.name);
+    qmlRegisterSingletonType<DesktopModel>(kItemsModule, 1, 0, "App", modelOf);
+    qmlRegisterAnonymousType<GlobeModel>(kItemsModule, 1);
+    qmlRegisterAnonymousType<HazardsModel>(kItemsModule, 1);
+    qmlRegisterAnonymousType<NotificationsModel>(kItemsModule, 1);
+    qmlRegisterAnonymousType<SettingsModel>(kItemsModule, 1);
+    qmlRegisterAnonymousType<RecordModel>(kItemsModule, 1);
+    qmlRegisterAnonymousType<RecordListModel>(kItemsModule, 1);
+    return true;
+  }();
+  std::ignore = kOnce;
+}
+
+void setPageModel(QQmlEngine& engine, DesktopModel& model) {
+  engine.setProperty(kModelProperty, QVariant::fromValue<QObject*>(&model));
+}
+
+}  // namespace nimbara
