@@ -5,6 +5,7 @@
 #include "model/upcoming_hours.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace nimbara {
 
@@ -93,6 +94,14 @@ bool isDayAt(WeatherData const& data, Instant instant) {
 
 bool isDayIn(WeatherData const& data, HourlyForecast const& hour) {
   return isDayAt(data, hour.date + std::chrono::minutes(30));
+}
+
+bool hasDaylight(WeatherData const& data, DailyForecast const& day) {
+  using namespace std::chrono;
+  constexpr double kSecondsOfADegree = 240;  // the sun's way around the world
+  seconds const east(std::lround(data.location.longitude * kSecondsOfADegree));
+  auto const noon = floor<days>(day.date) + 12h - east;
+  return isDayAt(data, noon + ceil<days>(day.date - noon));  // the first noon since the day began
 }
 
 bool hasYoungReading(WeatherData const& data, Instant now) {

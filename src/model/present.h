@@ -57,4 +57,7 @@ bool isDayAt(WeatherData const& data, Instant instant);
 /// Whether the sun is up at the place in the middle of that hour.
 bool isDayIn(WeatherData const& data, HourlyForecast const& hour);
 
+/// Whether the sun is up at the place when it stands highest on that day: not in a polar night.
+bool hasDaylight(WeatherData const& data, DailyForecast const& day);
+
 }  // namespace nimbara

@@ -84,11 +84,14 @@ TEST(PresentFaces, KnowMidnightSunAndPolarNight) {
       day.astronomy = {"No sunrise", "No sunset", "No moonrise", "No moonset", "Full Moon", 100};
       for (HourlyForecast& hour : day.hourly) hour.condition = Code::sunny;
     }
-    std::string const page = facesOf(data, at(row.now)).page;
-    EXPECT_THAT(page, HasSubstr(row.sun));
-    std::string const hours = page.substr(0, page.find("7-day forecast"));
-    EXPECT_THAT(hours, HasSubstr(row.hasMoons ? "☾" : "☀"));
-    EXPECT_THAT(hours, Not(HasSubstr(row.hasMoons ? "☀" : "☾")));
+    Faces const faces = facesOf(data, at(row.now));
+    EXPECT_THAT(faces.page, HasSubstr(row.sun));
+    EXPECT_THAT(faces.page, HasSubstr(row.hasMoons ? "☾" : "☀"));
+    EXPECT_THAT(faces.page, Not(HasSubstr(row.hasMoons ? "☀" : "☾")));
+    for (std::string const& face : {faces.page, faces.tip}) {
+      EXPECT_THAT(face, HasSubstr(row.hasMoons ? "Clear" : "Sunny"));
+      EXPECT_THAT(face, Not(HasSubstr(row.hasMoons ? "Sunny" : "Clear")));
+    }
   }
 }
 

@@ -67,6 +67,18 @@ TEST(DayViews, ShareOneScaleAndBeginToday) {
   EXPECT_EQ(views[0].sentence, "Today, Partly Cloudy, high 20°, low 10°, Wind 10\u00A0km/h");
 }
 
+TEST(DayViews, CallNoPolarNightSunny) {
+  WeatherData data = mildWeek();
+  for (DailyForecast& day : data.daily) {
+    for (HourlyForecast& hour : day.hourly) hour.condition = WeatherConditionCode::sunny;
+  }
+  EXPECT_TRUE(dayViews(data, contextAt(kNow))[1].isDay);
+  EXPECT_EQ(dayViews(data, contextAt(kNow))[1].condition, "Sunny");
+  data.location.latitude = 78.22;
+  EXPECT_FALSE(dayViews(data, contextAt(kNow))[1].isDay);
+  EXPECT_EQ(dayViews(data, contextAt(kNow))[1].condition, "Clear");
+}
+
 TEST(DayViews, DropDaysThatHavePassed) {
   auto const views = dayViews(mildWeek(), contextAt(kNow + std::chrono::days(5)));
   ASSERT_THAT(views, SizeIs(3));

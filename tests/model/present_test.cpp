@@ -126,6 +126,33 @@ TEST(Daylight, FollowsTheSunsHeightAtThePlace) {
   }
 }
 
+struct DayRow {
+  std::string_view what;
+  Coordinate place;
+  std::string begin;  ///< of the day there
+  bool hasDaylight;
+};
+
+TEST(Daylight, IsTheDaysWhereTheSunRisesAtAll) {
+  for (DayRow const& row :
+       {DayRow{"a short day", {52.52, 13.41}, "2026-12-20T23:00:00Z", true},
+        DayRow{"polar night", {78.22, 15.65}, "2026-11-21T23:00:00Z", false},
+        DayRow{"polar day", {78.22, 15.65}, "2026-06-20T22:00:00Z", true},
+        DayRow{"the last sun of Tromsø, at 11:30", {69.65, 18.96}, "2026-11-25T23:00:00Z", true},
+        DayRow{"the day after next", {69.65, 18.96}, "2026-11-27T23:00:00Z", false},
+        DayRow{"Anadyr's noon, a day after Greenwich's", {66.73, 177.51}, "2026-12-19T12:00:00Z", true},
+        DayRow{"up at 13:00 by the clock, not at noon", {69.3, 30}, "2026-11-27T21:00:00Z", true},
+        DayRow{"Utqiagvik, in the west", {71.29, -156.79}, "2026-12-21T09:00:00Z", false},
+        DayRow{"Kiritimati, across the date line", {1.87, -157.36}, "2026-12-20T10:00:00Z", true}}) {
+    WeatherData data = test::mildForecast(at(row.begin), 1);
+    data.location.latitude = row.place.latitude;
+    data.location.longitude = row.place.longitude;
+    DailyForecast day;
+    day.date = at(row.begin);
+    EXPECT_EQ(hasDaylight(data, day), row.hasDaylight) << row.what;
+  }
+}
+
 TEST(ConditionText, CallsNoNightSunny) {
   Texts const texts = Texts::load("en");
   EXPECT_EQ(conditionText(Code::sunny, true, texts), "Sunny");

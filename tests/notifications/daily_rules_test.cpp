@@ -62,6 +62,14 @@ Change highs(double today, double low, double tomorrow) {
 Change skyTomorrow(int from, int until, Code condition) {
   return hoursOf(1, from, until, [=](HourlyForecast& hour) { hour.condition = condition; });
 }
+/// Clear skies over McMurdo.
+void polarNight(WeatherData& data) {
+  data.location.latitude = -77.85;
+  data.location.longitude = 166.67;
+  for (DailyForecast& day : data.daily) {
+    for (HourlyForecast& hour : day.hourly) hour.condition = Code::sunny;
+  }
+}
 /// The forecast ends with the day.
 void endToday(WeatherData& data) {
   data.daily.resize(1);
@@ -124,6 +132,10 @@ Row const kRows[] = {
      "Testville — High 21°C, Low 9°C. Partly Cloudy."},
     {"10 % of rain", morningSummary, kMidnight, all(highs(21, 9, 0), rain(4, 5, 10)),
      "Testville — High 21°C, Low 9°C. Partly Cloudy. Rain chance 10%."},
+    {"a polar night without clouds", morningSummary, kMidnight, all(highs(-21, -29, 0), polarNight),
+     "Testville — High -21°C, Low -29°C. Clear."},
+    {"tomorrow in a polar night", eveningSummary, kEvening, all(highs(0, 0, -21), polarNight),
+     "Tonight's low: 15°C. Tomorrow: Clear, high -21°C."},
     {"more rain than snow", morningSummary, kMidnight, all(highs(2, -3, 0), rain(4, 5, 30), snow(4, 5, 30)),
      "Testville — High 2°C, Low -3°C. Partly Cloudy. Rain chance 30%."},
     {"more snow than rain", morningSummary, kMidnight, all(highs(2, -3, 0), rain(4, 5, 30), snow(4, 5, 31)),

@@ -2,6 +2,7 @@
 #include "cli/pages/forecast_report.h"
 #include "model/condition_text.h"
 #include "model/day_summary.h"
+#include "model/present.h"
 
 #include <algorithm>
 #include <cmath>
@@ -66,7 +67,7 @@ class Table {
 
   std::string row(DailyForecast const& day) const {
     DaySummary const summary = summarize(day);
-    std::string line = dayCell(day) + conditionCell(summary);
+    std::string line = dayCell(day) + conditionCell(day, summary);
     line += temperatureCell(day.minTempC, day.minTempF) + " " + bar(day) + " " +
             temperatureCell(day.maxTempC, day.maxTempF);
     line += chanceCell(summary) + amountCell(day, summary) + windCell(summary) + sunCell(day);
@@ -80,10 +81,11 @@ class Table {
     return style().painted(style().cell(label, columns_.day), today ? Colour::bold : Colour::plain);
   }
 
-  std::string conditionCell(DaySummary const& summary) const {
+  std::string conditionCell(DailyForecast const& day, DaySummary const& summary) const {
     if (!summary.condition) return style().cell("", columns_.condition + 2);
-    std::string const name = style().text(conditionText(*summary.condition, true, context_.texts));
-    return style().painted(style().cell(style().glyph(*summary.condition, true), 2),
+    bool const isLight = hasDaylight(data_, day);
+    std::string const name = style().text(conditionText(*summary.condition, isLight, context_.texts));
+    return style().painted(style().cell(style().glyph(*summary.condition, isLight), 2),
                            conditionColour(*summary.condition)) +
            style().cell(name, columns_.condition);
   }

@@ -218,11 +218,6 @@ class Report {
     return ", " + context_.texts.format("report.dayLength", minutes / 60, minutes % 60);
   }
 
-  /// Of a day without rise and set.
-  bool isSunUpAll(DailyForecast const& day) const {
-    return isDayAt(data_, day.date + std::chrono::hours(12));
-  }
-
   std::string sunAndMoon() const {
     DailyForecast const* const day = today();
     if (day == nullptr || day->astronomy.moonPhase.empty()) return {};
@@ -231,8 +226,8 @@ class Report {
     std::string const sun =
         sunMoves
             ? context_.texts.format("report.riseSet", clock(sky.sunrise), clock(sky.sunset)) + dayLength(*day)
-            : std::string(
-                  context_.texts.text(isSunUpAll(*day) ? "report.sunStaysUp" : "report.sunStaysDown"));
+            : std::string(context_.texts.text(hasDaylight(data_, *day) ? "report.sunStaysUp"
+                                                                       : "report.sunStaysDown"));
     std::string const phase = "moon." + sky.moonPhase;
     std::string const name(context_.texts.text(phase) == phase ? sky.moonPhase : context_.texts.text(phase));
     std::string const moon = name + ", " + std::to_string(sky.moonIllumination) + " %, " +

@@ -167,7 +167,7 @@ constexpr LineField kFields[] = {
 std::string dayLine(DailyForecast const& day, LineContext const& context, TimeWords const& words) {
   std::string line = words.weekday(day.date);
   if (auto const condition = summarize(day).condition) {
-    line += ": " + conditionText(*condition, true, context.texts);
+    line += ": " + conditionText(*condition, hasDaylight(context.answer.data, day), context.texts);
   }
   return line + ", " + temperature(day.minTempC, day.minTempF, context.units) + " / " +
          temperature(day.maxTempC, day.maxTempF, context.units);

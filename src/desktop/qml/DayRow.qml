@@ -11,6 +11,7 @@ Column {
     required property string name
     required property string date
     required property string sky
+    required property bool isDay
     required property string condition
     required property string lowest
     required property string highest
@@ -70,6 +71,7 @@ Column {
                 y: day.isTight ? names.height + Theme.space / 2 : (parent.height - height) / 2
                 size: 34 * Theme.scale
                 sky: day.sky
+                isDay: day.isDay
                 overDark: Theme.dark
             }
             PlainText {

@@ -118,8 +118,8 @@ std::span<DailyForecast const> daysAhead(WeatherData const& data, ViewContext co
   return days.first(std::min(days.size(), kDays));
 }
 
-DayView dayView(DailyForecast const& day, Range const& range, Calendar const& calendar,
-                ViewContext const& context) {
+DayView dayView(DailyForecast const& day, WeatherData const& data, Range const& range,
+                Calendar const& calendar, ViewContext const& context) {
   TimeWords const words(context.texts, calendar);
   DaySummary const summary = summarize(day);
   DayView view;
@@ -127,7 +127,8 @@ DayView dayView(DailyForecast const& day, Range const& range, Calendar const& ca
       calendar.isSameDay(day.date, context.now) ? context.text("report.today") : words.weekday(day.date);
   view.date = words.format(day.date, context.texts.text("desktop.dayDate"));
   view.sky = skyName(summary.condition.value_or(WeatherConditionCode::unknown));
-  view.condition = context.condition(summary.condition.value_or(WeatherConditionCode::unknown), true);
+  view.isDay = hasDaylight(data, day);
+  view.condition = context.condition(summary.condition.value_or(WeatherConditionCode::unknown), view.isDay);
   view.lowest = context.degrees(day.minTempC, day.minTempF);
   view.highest = context.degrees(day.maxTempC, day.maxTempF);
   view.barFrom = range.share(day.minTempC);
@@ -206,7 +207,7 @@ std::vector<DayView> dayViews(WeatherData const& data, ViewContext const& contex
   Range const range = rangeOf(days, &DailyForecast::minTempC, &DailyForecast::maxTempC);
   std::vector<DayView> views;
   views.reserve(days.size());
-  for (DailyForecast const& day : days) views.push_back(dayView(day, range, calendar, context));
+  for (DailyForecast const& day : days) views.push_back(dayView(day, data, range, calendar, context));
   return views;
 }
 

@@ -47,6 +47,7 @@ struct DayView {
   std::string name;  ///< "Today", "Sunday"
   std::string date;
   std::string sky;
+  bool isDay = true;  ///< not in a polar night
   std::string condition;
   std::string lowest;
   std::string highest;
@@ -62,12 +63,19 @@ struct DayView {
 
 template <>
 inline constexpr auto viewFields<DayView> = FieldList{
-    viewField("name", &DayView::name),       viewField("date", &DayView::date),
-    viewField("sky", &DayView::sky),         viewField("condition", &DayView::condition),
-    viewField("lowest", &DayView::lowest),   viewField("highest", &DayView::highest),
-    viewField("barFrom", &DayView::barFrom), viewField("barTo", &DayView::barTo),
-    viewField("chance", &DayView::chance),   viewField("amount", &DayView::amount),
-    viewField("wind", &DayView::wind),       viewField("sentence", &DayView::sentence),
+    viewField("name", &DayView::name),
+    viewField("date", &DayView::date),
+    viewField("sky", &DayView::sky),
+    viewField("isDay", &DayView::isDay),
+    viewField("condition", &DayView::condition),
+    viewField("lowest", &DayView::lowest),
+    viewField("highest", &DayView::highest),
+    viewField("barFrom", &DayView::barFrom),
+    viewField("barTo", &DayView::barTo),
+    viewField("chance", &DayView::chance),
+    viewField("amount", &DayView::amount),
+    viewField("wind", &DayView::wind),
+    viewField("sentence", &DayView::sentence),
 };
 
 /// The next 24 hours.

@@ -45,8 +45,9 @@ int highest(DailyForecast const& day, int HourlyForecast::* value) {
   return (*std::ranges::max_element(day.hourly, {}, value)).*value;
 }
 
-std::string dayText(RuleInputs const& inputs, std::optional<WeatherConditionCode> condition) {
-  return conditionText(condition.value_or(WeatherConditionCode::unknown), true, *inputs.texts);
+std::string dayText(RuleInputs const& inputs, DailyForecast const& day) {
+  return conditionText(summarize(day).condition.value_or(WeatherConditionCode::unknown),
+                       hasDaylight(*inputs.weather, day), *inputs.texts);
 }
 
 bool knowsChance(HourlyForecast const& hour) {
@@ -156,7 +157,7 @@ Evaluation morningSummary(RuleInputs const& inputs, RuleSettings const& /*settin
   std::string_view const unit = temperatureSymbol(inputs);
   std::string body =
       texts.format("push.morning.body", inputs.place.name, shownTemperature(inputs, day->maxTempC), unit,
-                   shownTemperature(inputs, day->minTempC), unit, dayText(inputs, summarize(*day).condition));
+                   shownTemperature(inputs, day->minTempC), unit, dayText(inputs, *day));
   int const rain = highestChance(*day, &HourlyForecast::chanceOfRain);
   int const snow = highestChance(*day, &HourlyForecast::chanceOfSnow);
   if (snow > rain && snow >= cuts::kSummaryChance) {
@@ -174,8 +175,8 @@ Evaluation eveningSummary(RuleInputs const& inputs, RuleSettings const& /*settin
   std::string_view const unit = temperatureSymbol(inputs);
   std::string body = texts.format("push.evening.bodyLow", shownTemperature(inputs, *low), unit);
   if (DailyForecast const* const next = tomorrow(inputs)) {
-    std::string const condition = isVaried(*next) ? inputs.text("push.evening.variedConditions")
-                                                  : dayText(inputs, summarize(*next).condition);
+    std::string const condition =
+        isVaried(*next) ? inputs.text("push.evening.variedConditions") : dayText(inputs, *next);
     body += " " + texts.format("push.evening.bodyTomorrow", condition,
                                shownTemperature(inputs, next->maxTempC), unit);
   }
