@@ -6,9 +6,21 @@ namespace nimbara {
 
 namespace {
 
-std::string namesOf(auto const& names) {
+void append(std::string& list, std::string_view name) {
+  list.append(list.empty() ? "" : ", ").append(name);
+}
+
+std::string serviceNames() {
   std::string list;
-  for (std::string_view const name : names) list += (list.empty() ? "" : ", ") + std::string(name);
+  for (ServiceRow const& row : kServices) {
+    if (!row.isOnThisMachine) append(list, row.name);
+  }
+  return list;
+}
+
+std::string faultNames() {
+  std::string list;
+  for (std::string_view const name : enumNames<DemoFault::Kind>) append(list, name);
   return list;
 }
 
@@ -16,15 +28,15 @@ std::string namesOf(auto const& names) {
 
 Result<DemoFault, std::string> parseDemoFault(std::string_view text) {
   auto const parts = split(text, '=');
-  auto const service = enumFromName<DemoService>(parts[0]);
-  if (!service) {
+  auto const service = enumFromName<Service>(parts[0]);
+  if (!service || rowOf(*service).isOnThisMachine) {
     return std::unexpected("'" + oneLine(parts[0]) + "' is not a demo service; choose from " +
-                           namesOf(enumNames<DemoService>));
+                           serviceNames());
   }
   auto const kind = parts.size() == 2 ? enumFromName<DemoFault::Kind>(parts[1]) : std::nullopt;
   if (!kind) {
     return std::unexpected("'" + oneLine(text) + "' is not a fault; use " + std::string(parts[0]) +
-                           "= and one of " + namesOf(enumNames<DemoFault::Kind>));
+                           "= and one of " + faultNames());
   }
   return DemoFault{*service, *kind};
 }

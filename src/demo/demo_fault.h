@@ -1,48 +1,21 @@
-// The services that the demo stands in for, and the ways in which each can be made to misbehave.
+// The ways in which each service that the demo stands in for can be made to misbehave.
 #pragma once
 
 #include "base/enum_names.h"
 #include "base/result.h"
+#include "platform/service.h"
 
 #include <string>
 #include <string_view>
 
 namespace nimbara {
 
-enum class DemoService {
-  openMeteo,
-  openMeteoGeocoding,
-  appleWeather,
-  yrNo,
-  wttrIn,
-  nws,
-  swpc,
-  usgs,
-  celestrak,
-  feedServer,
-  meteoAlarm,
-  meteoAlarmRegions,
-  airQuality,
-  nhc,
-  nhcMaps,
-  firms,
-  travelAdvisories,
-  lightning
-};
-
-template <>
-inline constexpr auto enumNames<DemoService> = std::to_array<std::string_view>(
-    {"openMeteo", "openMeteoGeocoding", "appleWeather", "yrNo", "wttrIn", "nws", "swpc", "usgs", "celestrak",
-     "feedServer", "meteoAlarm", "meteoAlarmRegions", "airQuality", "nhc", "nhcMaps", "firms",
-     "travelAdvisories", "lightning"});
-static_assert(enumNamesComplete(DemoService::lightning));
-
 struct DemoFault {
   /// 500 with a page of HTML; no answer; an answer that is no data; a connection that breaks in the middle;
   /// one byte a second; redirects in a circle; a forecast for the other side of the globe.
   enum class Kind { status500, timeout, garbage, drop, drip, loop, elsewhere };
 
-  DemoService service = DemoService::openMeteo;
+  Service service = Service::openMeteo;
   Kind kind = Kind::status500;
 
   bool operator==(DemoFault const&) const = default;

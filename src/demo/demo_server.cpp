@@ -33,36 +33,36 @@ constexpr std::size_t kLongestQuery = 64 << 10;
 
 /// `pattern` is a regular expression for the whole path.
 struct Route {
-  DemoService service;
+  Service service;
   std::string_view pattern;
   DemoStandIn answer;
 };
 
 constexpr std::array kRoutes = std::to_array<Route>({
-    {DemoService::openMeteo, "/v1/forecast", openMeteoForecast},
-    {DemoService::openMeteoGeocoding, "/v1/search", openMeteoSearch},
-    {DemoService::appleWeather, "/api/v1/weather/[^/]+/[^/]+/[^/]+", appleWeatherForecast},
-    {DemoService::yrNo, R"(/weatherapi/locationforecast/2\.0/(complete|compact))", yrNoForecast},
-    {DemoService::nws, "/alerts/active", nwsActiveAlerts},
-    {DemoService::swpc, R"(/products/noaa-planetary-k-index\.json)", planetaryKIndex},
-    {DemoService::swpc, R"(/products/noaa-planetary-k-index-forecast\.json)", planetaryKForecast},
-    {DemoService::usgs, R"(/earthquakes/feed/v1\.0/summary/all_day\.geojson)", usgsDayFeed},
-    {DemoService::celestrak, R"(/NORAD/elements/gp\.php)", celestrakElements},
-    {DemoService::feedServer, R"(/api/feed\.php)", feedServerFeed},
-    {DemoService::wttrIn, "/[^/,]+,[^/,]+", wttrForecast},
-    {DemoService::meteoAlarm, "/feeds/meteoalarm-legacy-atom-[a-z-]+", meteoAlarmFeed},
-    {DemoService::meteoAlarm, "/api/v1/warnings/feeds-[a-z-]+/[0-9a-f]{32}", meteoAlarmDocument},
-    {DemoService::meteoAlarmRegions, "/api/v4/projects/meteoalarm-pm-group/documents/repository/tree",
+    {Service::openMeteo, "/v1/forecast", openMeteoForecast},
+    {Service::openMeteoGeocoding, "/v1/search", openMeteoSearch},
+    {Service::appleWeather, "/api/v1/weather/[^/]+/[^/]+/[^/]+", appleWeatherForecast},
+    {Service::yrNo, R"(/weatherapi/locationforecast/2\.0/(complete|compact))", yrNoForecast},
+    {Service::nws, "/alerts/active", nwsActiveAlerts},
+    {Service::swpc, R"(/products/noaa-planetary-k-index\.json)", planetaryKIndex},
+    {Service::swpc, R"(/products/noaa-planetary-k-index-forecast\.json)", planetaryKForecast},
+    {Service::usgs, R"(/earthquakes/feed/v1\.0/summary/all_day\.geojson)", usgsDayFeed},
+    {Service::celestrak, R"(/NORAD/elements/gp\.php)", celestrakElements},
+    {Service::feedServer, R"(/api/feed\.php)", feedServerFeed},
+    {Service::wttrIn, "/[^/,]+,[^/,]+", wttrForecast},
+    {Service::meteoAlarm, "/feeds/meteoalarm-legacy-atom-[a-z-]+", meteoAlarmFeed},
+    {Service::meteoAlarm, "/api/v1/warnings/feeds-[a-z-]+/[0-9a-f]{32}", meteoAlarmDocument},
+    {Service::meteoAlarmRegions, "/api/v4/projects/meteoalarm-pm-group/documents/repository/tree",
      meteoAlarmOutlineList},
-    {DemoService::meteoAlarmRegions, "/meteoalarm-pm-group/documents/-/raw/master/[^/]+", meteoAlarmOutlines},
-    {DemoService::airQuality, "/v1/air-quality", airQualityForecast},
-    {DemoService::nhc, R"(/CurrentStorms\.json)", currentStorms},
-    {DemoService::nhcMaps, "/tropical/rest/services/tropical/NHC_tropical_weather/MapServer", stormMapLayers},
-    {DemoService::nhcMaps, "/tropical/rest/services/tropical/NHC_tropical_weather/MapServer/[0-9]{1,6}/query",
+    {Service::meteoAlarmRegions, "/meteoalarm-pm-group/documents/-/raw/master/[^/]+", meteoAlarmOutlines},
+    {Service::airQuality, "/v1/air-quality", airQualityForecast},
+    {Service::nhc, R"(/CurrentStorms\.json)", currentStorms},
+    {Service::nhcMaps, "/tropical/rest/services/tropical/NHC_tropical_weather/MapServer", stormMapLayers},
+    {Service::nhcMaps, "/tropical/rest/services/tropical/NHC_tropical_weather/MapServer/[0-9]{1,6}/query",
      stormMapQuery},
-    {DemoService::firms, "/api/area/csv/[^/]+/[^/]+/[^/]+/[^/]+", fireTable},
-    {DemoService::travelAdvisories, "/api/TravelAdvisories", travelAdvisories},
-    {DemoService::lightning, "/lightning/strikes", lightningStrikes},
+    {Service::firms, "/api/area/csv/[^/]+/[^/]+/[^/]+/[^/]+", fireTable},
+    {Service::travelAdvisories, "/api/TravelAdvisories", travelAdvisories},
+    {Service::lightning, "/lightning/strikes", lightningStrikes},
 });
 
 constexpr std::string_view kErrorPage = "<html><body><h1>500 Internal Server Error</h1></body></html>";
@@ -120,7 +120,7 @@ struct DemoServer::Running {
     }
   }
 
-  std::optional<DemoFault::Kind> faultOf(DemoService service) const {
+  std::optional<DemoFault::Kind> faultOf(Service service) const {
     auto const found = std::ranges::find(faults, service, &DemoFault::service);
     return found == faults.end() ? std::nullopt : std::optional(found->kind);
   }

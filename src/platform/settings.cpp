@@ -68,8 +68,11 @@ Result<SettingValue, std::string> checkedText(SettingDefinition const& definitio
                                               SettingValue const& value) {
   auto const* const text = std::get_if<std::string>(&value);
   if (text == nullptr) return refused(definition, "a text");
-  bool const known = definition.choices.empty() || std::ranges::count(definition.choices, *text) > 0;
-  if (!known) return refused(definition, listed(definition.choices));
+  auto const choices = definition.offers == nullptr
+                           ? std::vector(definition.choices.begin(), definition.choices.end())
+                           : definition.offers();
+  bool const known = choices.empty() || std::ranges::count(choices, *text) > 0;
+  if (!known) return refused(definition, listed(choices));
   if (definition.accepts != nullptr && !definition.accepts(*text)) {
     return refused(definition, definition.expected);
   }
@@ -96,11 +99,6 @@ std::optional<std::int64_t> parsedWhole(std::string_view text) {
 
 }  // namespace
 
-bool SettingDefinition::isSecret() const {
-  constexpr std::string_view kEndings[] = {"ApiKey", "Secret", "Token", "Password"};
-  return std::ranges::any_of(kEndings, [this](std::string_view ending) { return key.ends_with(ending); });
-}
-
 SettingValue SettingDefinition::defaultValue() const {
   if (auto const* const text = std::get_if<std::string_view>(&byDefault)) return std::string(*text);
   if (auto const* const flag = std::get_if<bool>(&byDefault)) return *flag;
@@ -110,8 +108,9 @@ SettingValue SettingDefinition::defaultValue() const {
 
 SettingsRegistry::SettingsRegistry(std::initializer_list<std::span<SettingDefinition const>> tables) {
   for (auto const table : tables) {
-    for (SettingDefinition const& definition : table) definitions_.push_back(&definition);
+    for (SettingDefinition const& definition : table) asWritten_.push_back(&definition);
   }
+  definitions_ = asWritten_;
   std::ranges::sort(definitions_, {}, [](auto const* definition) { return definition->key; });
 }
 

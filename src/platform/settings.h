@@ -24,22 +24,30 @@ namespace nimbara {
 using SettingValue = std::variant<bool, std::int64_t, double, std::string>;
 using SettingValues = std::map<std::string, SettingValue, std::less<>>;
 
-/// One setting; tables of them are constants of whoever knows what the settings mean.
+/// Where the window shows a setting: in a group of its page of settings, on another page, or nowhere.
+enum class SettingsGroup { none, look, units, window, keys, addresses, elsewhere };
+
+/// One setting: all that is known of it. Tables of them are constants of whoever knows what the settings
+/// mean. The settings page makes its row of it, titled "desktop.settings.KEY", with
+/// "desktop.settings.KEY.why" below.
 struct SettingDefinition {
   std::string_view key;
   std::variant<bool, std::int64_t, double, std::string_view> byDefault;  ///< its type is the setting's
   std::string_view explanation;                                          ///< one line
   // NOLINTBEGIN(readability-redundant-member-init): tables leave these out
-  std::span<std::string_view const> choices = {};  ///< of a text; none means any text
+  std::span<std::string_view const> choices =
+      {};  ///< of a text, none means any; of a number, what the page offers
   double minimum = -std::numeric_limits<double>::infinity();
   double maximum = std::numeric_limits<double>::infinity();
   bool (*accepts)(std::string_view text) = nullptr;  ///< a further condition of a text
   std::string_view expected = {};                    ///< that condition in words: "an address like https://…"
-  std::string_view formerKey = {};  ///< under which earlier versions kept it; still understood
+  std::string_view formerKey = {};            ///< under which earlier versions kept it; still understood
+  SettingsGroup group = SettingsGroup::none;  ///< none: `nimbara settings` alone shows it
+  bool isSecret = false;                      ///< a key: lists show only whether it is set
+  std::vector<std::string_view> (*offers)() =
+      nullptr;  ///< choices of a text that only the running program knows
   // NOLINTEND(readability-redundant-member-init)
 
-  /// A key, token or password, which lists show only as set or unset.
-  bool isSecret() const;
   SettingValue defaultValue() const;
 };
 
@@ -52,8 +60,11 @@ class SettingsRegistry {
   SettingDefinition const* find(std::string_view key) const;
   /// Ordered by key.
   std::vector<SettingDefinition const*> const& all() const { return definitions_; }
+  /// In the order of the tables.
+  std::vector<SettingDefinition const*> const& asWritten() const { return asWritten_; }
 
  private:
+  std::vector<SettingDefinition const*> asWritten_;
   std::vector<SettingDefinition const*> definitions_;
 };
 

@@ -56,7 +56,7 @@ TEST(SettingsRegistry, ChecksValues) {
 
 TEST(SettingsRegistry, HidesKeysButNotTheirNames) {
   for (SettingDefinition const* const definition : settingsRegistry().all()) {
-    EXPECT_EQ(definition->isSecret(), definition->key.ends_with("ApiKey")) << definition->key;
+    EXPECT_EQ(definition->isSecret, definition->key.ends_with("ApiKey")) << definition->key;
   }
 }
 

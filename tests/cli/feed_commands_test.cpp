@@ -37,7 +37,7 @@ class FeedCommands : public testing::Test {
 TEST_F(FeedCommands, PrintTheKIndex) {
   EXPECT_THAT(run({"kp", "--json"}).out, StartsWith(R"({"kp":)"));
   EXPECT_THAT(run({"kp"}).out, HasSubstr("of 9"));
-  CliRun const failed = run({"kp", "--json"}, {{DemoService::swpc, DemoFault::Kind::garbage}});
+  CliRun const failed = run({"kp", "--json"}, {{Service::swpc, DemoFault::Kind::garbage}});
   EXPECT_EQ(failed.out, "{\"kp\":null}\n");
   EXPECT_EQ(failed.exitCode, exitCode::kUnavailable);
   EXPECT_THAT(failed.err, StartsWith("nimbara: the K index could not be fetched"));
@@ -51,7 +51,7 @@ TEST_F(FeedCommands, PrintEarthquakes) {
   EXPECT_THAT(run({"quakes", "--min-magnitude", "4"}).out, Not(HasSubstr("M 3.")));
   EXPECT_EQ(run({"quakes", "--near", "0,0", "--radius", "1", "--json"}).out, "[]\n");
   EXPECT_THAT(run({"quakes", "--near", "36.8,-120.1"}).out, HasSubstr("Parkfield"));
-  std::vector<DemoFault> const down{{DemoService::usgs, DemoFault::Kind::status500}};
+  std::vector<DemoFault> const down{{Service::usgs, DemoFault::Kind::status500}};
   EXPECT_EQ(run({"quakes", "--json"}, down, "2026-11-21T09:20:59Z").err, "") << "it is not asked yet";
   CliRun const stale = run({"quakes", "--json"}, down, "2026-11-21T09:21:00Z");
   EXPECT_EQ(stale.out, all.out);
@@ -60,7 +60,7 @@ TEST_F(FeedCommands, PrintEarthquakes) {
 }
 
 TEST_F(FeedCommands, SayThatThereAreNoEarthquakesToBeHad) {
-  CliRun const failed = run({"quakes", "--json"}, {{DemoService::usgs, DemoFault::Kind::drop}});
+  CliRun const failed = run({"quakes", "--json"}, {{Service::usgs, DemoFault::Kind::drop}});
   EXPECT_EQ(failed.exitCode, exitCode::kUnavailable);
   EXPECT_EQ(failed.out, "");
 }
@@ -73,8 +73,7 @@ TEST_F(FeedCommands, PrintWhatTheNwsLists) {
   EXPECT_EQ(run({"nws", "39.74,-104.98", "--view", "convective", "--json"}).out,
             "{\"ok\":true,\"alerts\":[]}\n");
   EXPECT_EQ(run({"nws", "39.74,-104.98", "--view", "flood"}).out, "No warnings.\n");
-  CliRun const failed =
-      run({"nws", "39.74,-104.98", "--json"}, {{DemoService::nws, DemoFault::Kind::status500}});
+  CliRun const failed = run({"nws", "39.74,-104.98", "--json"}, {{Service::nws, DemoFault::Kind::status500}});
   EXPECT_EQ(failed.out, "{\"ok\":false,\"alerts\":[]}\n");
   EXPECT_EQ(failed.exitCode, exitCode::kUnavailable);
 }

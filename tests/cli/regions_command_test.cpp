@@ -66,7 +66,7 @@ TEST_F(RegionsCommand, ComparesATable) {
 TEST_F(RegionsCommand, KeepsWhatItHasThroughFailures) {
   ASSERT_EQ(regions({"update"}).exitCode, exitCode::kComplete);
   for (auto const kind : {DemoFault::Kind::status500, DemoFault::Kind::garbage, DemoFault::Kind::drop}) {
-    auto const faulty = *DemoServer::start(clock_, {{DemoService::meteoAlarmRegions, kind}});
+    auto const faulty = *DemoServer::start(clock_, {{Service::meteoAlarmRegions, kind}});
     CliRun const update = regions({"update"}, faulty.get());
     EXPECT_EQ(update.exitCode, exitCode::kUnavailable);
     EXPECT_THAT(update.err, HasSubstr("; the regions are unchanged\n"));

@@ -52,9 +52,9 @@ TEST_F(WeatherCommands, ServeAForecastFromTheCacheWhileItIsFresh) {
 }
 
 TEST_F(WeatherCommands, SayWhenProvidersThatFailedAreAskedAgain) {
-  server = *DemoServer::start(clock, {{DemoService::openMeteo, DemoFault::Kind::status500},
-                                      {DemoService::yrNo, DemoFault::Kind::garbage},
-                                      {DemoService::wttrIn, DemoFault::Kind::status500}});
+  server = *DemoServer::start(clock, {{Service::openMeteo, DemoFault::Kind::status500},
+                                      {Service::yrNo, DemoFault::Kind::garbage},
+                                      {Service::wttrIn, DemoFault::Kind::status500}});
   base = server->baseUrl();
   EXPECT_EQ(run({"forecast", "1,2"}).exitCode, exitCode::kUnavailable);
   EXPECT_THAT(run({"forecast", "1,2"}, "2026-11-21T09:21:30Z").err,
@@ -62,8 +62,8 @@ TEST_F(WeatherCommands, SayWhenProvidersThatFailedAreAskedAgain) {
 }
 
 TEST_F(WeatherCommands, FallOverToTheNextProviderAndSaySo) {
-  server = *DemoServer::start(clock, {{DemoService::openMeteo, DemoFault::Kind::status500},
-                                      {DemoService::yrNo, DemoFault::Kind::garbage}});
+  server = *DemoServer::start(
+      clock, {{Service::openMeteo, DemoFault::Kind::status500}, {Service::yrNo, DemoFault::Kind::garbage}});
   base = server->baseUrl();
   CliRun const first = run({"forecast", "52.52,13.41", "--json"});
   EXPECT_THAT(first.out, StartsWith(R"({"provider":"wttrIn","fromCache":false)"));

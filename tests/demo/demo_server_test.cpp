@@ -17,10 +17,10 @@ using test::at;
 using namespace std::chrono_literals;
 
 TEST(DemoFaults, AreReadFromTheirTexts) {
-  EXPECT_EQ(parseDemoFault("openMeteo=500"), (DemoFault{DemoService::openMeteo, DemoFault::Kind::status500}));
+  EXPECT_EQ(parseDemoFault("openMeteo=500"), (DemoFault{Service::openMeteo, DemoFault::Kind::status500}));
   EXPECT_EQ(parseDemoFault("openMeteoGeocoding=drop"),
-            (DemoFault{DemoService::openMeteoGeocoding, DemoFault::Kind::drop}));
-  EXPECT_EQ(parseDemoFault("yrNo=elsewhere"), (DemoFault{DemoService::yrNo, DemoFault::Kind::elsewhere}));
+            (DemoFault{Service::openMeteoGeocoding, DemoFault::Kind::drop}));
+  EXPECT_EQ(parseDemoFault("yrNo=elsewhere"), (DemoFault{Service::yrNo, DemoFault::Kind::elsewhere}));
   for (char const* const text :
        {"", "openMeteo", "openMeteo=", "openMeteo=404", "noService=500", "openMeteo=500=1"}) {
     auto const fault = parseDemoFault(text);
@@ -52,32 +52,31 @@ class DemoServerTest : public testing::Test {
 
 TEST_F(DemoServerTest, ServesAndMisbehavesAsAsked) {
   EXPECT_TRUE(ask({}));
-  EXPECT_TRUE(ask({{DemoService::openMeteoGeocoding, DemoFault::Kind::status500}}));
-  EXPECT_EQ(ask({{DemoService::openMeteo, DemoFault::Kind::status500}}).error().text(),
+  EXPECT_TRUE(ask({{Service::openMeteoGeocoding, DemoFault::Kind::status500}}));
+  EXPECT_EQ(ask({{Service::openMeteo, DemoFault::Kind::status500}}).error().text(),
             "Server returned HTTP 500");
-  EXPECT_EQ(ask({{DemoService::openMeteo, DemoFault::Kind::garbage}}).error().kind,
+  EXPECT_EQ(ask({{Service::openMeteo, DemoFault::Kind::garbage}}).error().kind,
             APIError::Case::decodingError);
-  EXPECT_EQ(ask({{DemoService::openMeteo, DemoFault::Kind::drop}}).error().transport,
-            HttpError::Kind::truncated);
-  EXPECT_EQ(ask({{DemoService::openMeteo, DemoFault::Kind::loop}}).error().transport,
+  EXPECT_EQ(ask({{Service::openMeteo, DemoFault::Kind::drop}}).error().transport, HttpError::Kind::truncated);
+  EXPECT_EQ(ask({{Service::openMeteo, DemoFault::Kind::loop}}).error().transport,
             HttpError::Kind::refusedRedirect);
   // One byte a second: whoever waits for the whole gives up.
-  auto const server = DemoServer::start(clock_, {{DemoService::openMeteo, DemoFault::Kind::drip}});
+  auto const server = DemoServer::start(clock_, {{Service::openMeteo, DemoFault::Kind::drip}});
   EXPECT_EQ(http_.get(briefRequest(**server)).error().kind, HttpError::Kind::timedOut);
 }
 
 TEST_F(DemoServerTest, AnswersForAnotherPlaceWhenAskedTo) {
   auto const here = ask({});
-  auto const elsewhere = ask({{DemoService::openMeteo, DemoFault::Kind::elsewhere}});
+  auto const elsewhere = ask({{Service::openMeteo, DemoFault::Kind::elsewhere}});
   ASSERT_TRUE(here && elsewhere);
   EXPECT_NE(here->weather.at(0).maxtempC, elsewhere->weather.at(0).maxtempC);  // autumn and spring
-  auto const server = DemoServer::start(clock_, {{DemoService::wttrIn, DemoFault::Kind::elsewhere}});
+  auto const server = DemoServer::start(clock_, {{Service::wttrIn, DemoFault::Kind::elsewhere}});
   WttrAPIClient wttr(http_, clock_, {(*server)->baseUrl(), ""}, {});
   EXPECT_EQ(wttr.fetchForecast(52.52, 13.41).error().kind, APIError::Case::noResults);
 }
 
 TEST_F(DemoServerTest, ServesOthersWhileManyAnswersAreHeldBack) {
-  auto const server = DemoServer::start(clock_, {{DemoService::openMeteo, DemoFault::Kind::timeout}});
+  auto const server = DemoServer::start(clock_, {{Service::openMeteo, DemoFault::Kind::timeout}});
   std::stop_source stop;
   std::vector<std::jthread> waiting;
   for (int i = 0; i < 20; ++i) {
@@ -102,7 +101,7 @@ TEST_F(DemoServerTest, StopsAtOnceWhileConnectionsAreIdle) {
 }
 
 TEST_F(DemoServerTest, StopsWhileAnAnswerIsHeldBack) {
-  auto server = DemoServer::start(clock_, {{DemoService::openMeteo, DemoFault::Kind::timeout}});
+  auto server = DemoServer::start(clock_, {{Service::openMeteo, DemoFault::Kind::timeout}});
   ASSERT_TRUE(server);
   EXPECT_EQ(http_.get(briefRequest(**server)).error().kind, HttpError::Kind::timedOut);
   server->reset();  // returns although the answer never came

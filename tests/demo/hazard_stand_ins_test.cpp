@@ -162,11 +162,11 @@ TEST_F(HazardStandIns, StrikeInThunderstormsOnly) {
 TEST_F(HazardStandIns, MisbehaveWhenTold) {
   for (DemoFault::Kind const kind :
        {DemoFault::Kind::status500, DemoFault::Kind::garbage, DemoFault::Kind::drop}) {
-    auto const faulty = *DemoServer::start(clock_, {{DemoService::airQuality, kind},
-                                                    {DemoService::nhc, kind},
-                                                    {DemoService::firms, kind},
-                                                    {DemoService::travelAdvisories, kind},
-                                                    {DemoService::lightning, kind}});
+    auto const faulty = *DemoServer::start(clock_, {{Service::airQuality, kind},
+                                                    {Service::nhc, kind},
+                                                    {Service::firms, kind},
+                                                    {Service::travelAdvisories, kind},
+                                                    {Service::lightning, kind}});
     std::string const& base = faulty->baseUrl();
     AirQualityService air(http_, clock_, {base, ""});
     TropicalStormService storms(http_, clock_, {base, base});
@@ -180,7 +180,7 @@ TEST_F(HazardStandIns, MisbehaveWhenTold) {
     EXPECT_EQ(lightning.fetchStrikes({50, 10}, 50, clock_.now() - 1h).state, FeedState::failed)
         << enumName(kind);
   }
-  auto const mapless = *DemoServer::start(clock_, {{DemoService::nhcMaps, DemoFault::Kind::garbage}});
+  auto const mapless = *DemoServer::start(clock_, {{Service::nhcMaps, DemoFault::Kind::garbage}});
   TropicalStormService storms(http_, clock_, {mapless->baseUrl(), mapless->baseUrl()});
   auto const reading = storms.fetchStorms();
   EXPECT_TRUE(reading.isCurrent());

@@ -56,7 +56,7 @@ TEST(SettingViews, OfferOnlyWhatTheSettingTakes) {
       if (each.key == kUnitPresetKey) continue;
       SettingDefinition const* const definition = settingsRegistry().find(each.key);
       ASSERT_NE(definition, nullptr) << each.key;
-      EXPECT_EQ(definition->isSecret(), each.kind == "secret") << each.key;
+      EXPECT_EQ(definition->isSecret, each.kind == "secret") << each.key;
       for (std::string const& value : each.values) {
         EXPECT_TRUE(parsedSetting(*definition, value)) << each.key << " " << value;
       }
@@ -114,36 +114,17 @@ TEST(SettingViews, KeepAValueBetweenTheChoices) {
   EXPECT_EQ(size.labels.back(), "117\u00A0%");
 }
 
-/// Settings that have no row on this page, and why.
-struct Elsewhere {
-  std::string_view key;
-  std::string_view why;
-};
-
-constexpr Elsewhere kElsewhere[] = {
-    {"preferredProvider", "the list of forecast services chooses it"},
-    {"globeHidden", "the legend of the globe switches it"},
-    {kQuakeRadiusSetting, "a filter of the hazards page"},
-    {kQuakeMagnitudeSetting, "a filter of the hazards page"},
-};
-
-/// The page of notifications has its own like of this.
-TEST(SettingViews, HaveARowForEverySetting) {
-  std::set<std::string> shown;
-  for (SettingsGroup const group : {SettingsGroup::look, SettingsGroup::units, SettingsGroup::window,
-                                    SettingsGroup::keys, SettingsGroup::addresses}) {
-    for (SettingRowView const& each : settingRows(group, settingsWith({}), contextAt(kNow)))
-      shown.insert(each.key);
-  }
-  EXPECT_TRUE(shown.contains("languageModelName")) << "which the page of notifications leaves to this one";
+/// The page of notifications has its own like of this; a key is asked for where the service takes one.
+TEST(SettingViews, HaveAPlaceForEverySetting) {
   for (SettingDefinition const* const definition : settingsRegistry().all()) {
     bool const isOfNotifications =
         std::ranges::count(notificationSettings(), definition->key, &SettingDefinition::key) > 0;
-    // Most services have no keys; those that have are a table of the page.
-    if (isOfNotifications || definition->key.ends_with("ApiKey")) continue;
-    bool const isElsewhere = std::ranges::count(kElsewhere, definition->key, &Elsewhere::key) > 0;
-    EXPECT_NE(shown.contains(std::string(definition->key)), isElsewhere) << definition->key;
+    bool const isOfService = definition->key.ends_with("Host") || definition->isSecret;
+    if (isOfNotifications || isOfService) continue;
+    EXPECT_NE(definition->group, SettingsGroup::none) << definition->key;
   }
+  EXPECT_EQ(settingsRegistry().find("languageModelName")->group, SettingsGroup::keys)
+      << "which the page of notifications leaves to this one";
 }
 
 TEST(SettingViews, NeverTellASecret) {

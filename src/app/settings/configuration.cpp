@@ -21,10 +21,9 @@ std::optional<std::string> textUnlessEmpty(Settings const& settings, std::string
 Configuration configurationOf(Settings const& settings) {
   Configuration configuration;
   configuration.contact = textUnlessEmpty(settings, "contact");
-  for (std::size_t i = 0; i < enumNames<Service>.size(); ++i) {
-    auto const service = static_cast<Service>(i);
-    configuration.services[std::string(enumName(service))] = {
-        textUnlessEmpty(settings, hostSetting(service)), textUnlessEmpty(settings, apiKeySetting(service))};
+  for (ServiceRow const& row : kServices) {
+    configuration.services[std::string(row.name)] = {textUnlessEmpty(settings, hostSetting(row.service)),
+                                                     textUnlessEmpty(settings, apiKeySetting(row.service))};
   }
   return configuration;
 }

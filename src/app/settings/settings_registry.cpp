@@ -20,8 +20,10 @@ constexpr auto kAutomaticOr = [] {
   return choices;
 }();
 
-bool isLanguage(std::string_view text) {
-  return text == "automatic" || std::ranges::count(Texts::languages(), text, &Texts::Language::code) > 0;
+std::vector<std::string_view> languages() {
+  std::vector<std::string_view> codes{"automatic"};
+  for (auto const& [code, name] : Texts::languages()) codes.push_back(code);
+  return codes;
 }
 
 bool isHost(std::string_view text) {
@@ -32,55 +34,80 @@ constexpr std::string_view kAutomatic = "automatic";
 constexpr std::string_view kNone;
 constexpr std::string_view kClocks[] = {"automatic", "12", "24"};
 
+constexpr std::string_view kThemes[] = {"system", "light", "dark"};
+constexpr std::string_view kTextSizes[] = {"100", "115", "130", "150", "175", "200"};
+constexpr std::string_view kAutomaticOnOff[] = {"automatic", "on", "off"};
+
+/// A choice that is automatic until the user makes it.
+constexpr SettingDefinition choiceIn(SettingsGroup group, std::string_view key, std::string_view explanation,
+                                     std::span<std::string_view const> choices) {
+  return {
+      .key = key, .byDefault = kAutomatic, .explanation = explanation, .choices = choices, .group = group};
+}
+
+constexpr SettingDefinition textIn(SettingsGroup group, std::string_view key, std::string_view explanation) {
+  return {.key = key, .byDefault = kNone, .explanation = explanation, .group = group};
+}
+
+/// The settings page shows those of a group in this order.
 constexpr SettingDefinition kGeneral[] = {
-    {"preferredProvider", kAutomatic, "The forecast service to ask first", enumNames<WeatherProviderOption>},
-    {"temperatureUnit", kAutomatic, "Unit of temperatures", kAutomaticOr<TemperatureUnit>},
-    {"windUnit", kAutomatic, "Unit of wind speeds", kAutomaticOr<WindUnit>},
-    {"pressureUnit", kAutomatic, "Unit of air pressure", kAutomaticOr<PressureUnit>},
+    choiceIn(SettingsGroup::elsewhere, "preferredProvider", "The forecast service to ask first",
+             enumNames<WeatherProviderOption>),
+    choiceIn(SettingsGroup::units, "temperatureUnit", "Unit of temperatures", kAutomaticOr<TemperatureUnit>),
+    choiceIn(SettingsGroup::units, "windUnit", "Unit of wind speeds", kAutomaticOr<WindUnit>),
+    choiceIn(SettingsGroup::units, "pressureUnit", "Unit of air pressure", kAutomaticOr<PressureUnit>),
     {.key = "precipUnitDisplay",
      .byDefault = kAutomatic,
      .explanation = "Unit of rain",
      .choices = kAutomaticOr<PrecipitationUnit>,
-     .formerKey = "precipitationUnit"},
-    {"visibilityUnit", kAutomatic, "Unit of visibility and distances", kAutomaticOr<DistanceUnit>},
-    {"clock", kAutomatic, "12-hour or 24-hour clock; automatic follows the locale", kClocks},
+     .formerKey = "precipitationUnit",
+     .group = SettingsGroup::units},
+    choiceIn(SettingsGroup::units, "visibilityUnit", "Unit of visibility and distances",
+             kAutomaticOr<DistanceUnit>),
+    choiceIn(SettingsGroup::units, "clock", "12-hour or 24-hour clock; automatic follows the locale",
+             kClocks),
     {.key = "language",
      .byDefault = kAutomatic,
      .explanation = "Language",
-     .accepts = &isLanguage,
-     .expected = "automatic or a language code, see nimbara --help"},
-    {"desktop_closeToTray", true,
-     "Closing the window keeps the program running in the tray, if there is one"},
-    {"globeHidden", kNone, "Layers hidden on the globe: names from its legend, separated by commas"},
+     .group = SettingsGroup::look,
+     .offers = &languages},
+    {.key = "desktop_theme",
+     .byDefault = "system",
+     .explanation = "Appearance of the window",
+     .choices = kThemes,
+     .group = SettingsGroup::look},
+    {.key = "desktop_textSize",
+     .byDefault = std::int64_t{100},
+     .explanation = "Text size in the window, in percent of the desktop's",
+     .choices = kTextSizes,
+     .minimum = 100,
+     .maximum = 200,
+     .group = SettingsGroup::look},
+    choiceIn(SettingsGroup::look, "desktop_reducedMotion", "Reduce motion in the window", kAutomaticOnOff),
+    {.key = "desktop_closeToTray",
+     .byDefault = true,
+     .explanation = "Closing the window keeps the program running in the tray, if there is one",
+     .group = SettingsGroup::window},
+    textIn(SettingsGroup::elsewhere, "globeHidden",
+           "Layers hidden on the globe: names from its legend, separated by commas"),
     {.key = kQuakeRadiusSetting,
      .byDefault = 0.0,
      .explanation = "Radius of the earthquakes on the hazards page, in km; 0 for the whole world",
      .minimum = 0,
-     .maximum = 20'100},
+     .maximum = 20'100,
+     .group = SettingsGroup::elsewhere},
     {.key = kQuakeMagnitudeSetting,
      .byDefault = 2.5,
      .explanation = "Minimum magnitude of the earthquakes on the hazards page",
      .minimum = -10,
-     .maximum = 12},
-    {"contact", kNone, "Your email or web address, sent to the services so they can contact you"},
-    {"appleWeatherKeyFile", kNone, "Private key file for Apple Weather"},
-    {"appleWeatherKeyID", kNone, "ID of that key"},
-    {"appleWeatherTeamID", kNone, "ID of the developer team it belongs to"},
-    {"appleWeatherServiceID", kNone, "ID of the service it is registered for"},
-};
-
-constexpr std::string_view kThemes[] = {"system", "light", "dark"};
-constexpr std::string_view kAutomaticOnOff[] = {"automatic", "on", "off"};
-
-/// Of the window.
-constexpr SettingDefinition kDesktop[] = {
-    {"desktop_theme", "system", "Appearance of the window", kThemes},
-    {.key = "desktop_textSize",
-     .byDefault = std::int64_t{100},
-     .explanation = "Text size in the window, in percent of the desktop's",
-     .minimum = 100,
-     .maximum = 200},
-    {"desktop_reducedMotion", kAutomatic, "Reduce motion in the window", kAutomaticOnOff},
+     .maximum = 12,
+     .group = SettingsGroup::elsewhere},
+    textIn(SettingsGroup::keys, "contact",
+           "Your email or web address, sent to the services so they can contact you"),
+    textIn(SettingsGroup::keys, "appleWeatherKeyFile", "Private key file for Apple Weather"),
+    textIn(SettingsGroup::keys, "appleWeatherKeyID", "ID of that key"),
+    textIn(SettingsGroup::keys, "appleWeatherTeamID", "ID of the developer team it belongs to"),
+    textIn(SettingsGroup::keys, "appleWeatherServiceID", "ID of the service it is registered for"),
 };
 
 /// A service's name and an ending, joined by the compiler.
@@ -91,12 +118,10 @@ struct ServiceKey {
   constexpr std::string_view text() const { return {characters.data(), size}; }
 };
 
-constexpr std::size_t kServices = enumNames<Service>.size();
-
-constexpr std::array<ServiceKey, kServices> keysEndingIn(std::string_view ending) {
-  std::array<ServiceKey, kServices> keys;
-  for (std::size_t i = 0; i < kServices; ++i) {
-    for (std::string_view const part : {enumNames<Service>[i], ending}) {
+constexpr std::array<ServiceKey, kServices.size()> keysEndingIn(std::string_view ending) {
+  std::array<ServiceKey, kServices.size()> keys;
+  for (std::size_t i = 0; i < kServices.size(); ++i) {
+    for (std::string_view const part : {kServices[i].name, ending}) {
       for (char const c : part) keys[i].characters[keys[i].size++] = c;
     }
   }
@@ -107,8 +132,8 @@ constexpr auto kHostKeys = keysEndingIn("Host");
 constexpr auto kApiKeyKeys = keysEndingIn("ApiKey");
 
 constexpr auto kServiceSettings = [] {
-  std::array<SettingDefinition, 2 * kServices> table{};
-  for (std::size_t i = 0; i < kServices; ++i) {
+  std::array<SettingDefinition, 2 * kServices.size()> table{};
+  for (std::size_t i = 0; i < kServices.size(); ++i) {
     table[2 * i] = {.key = kHostKeys[i].text(),
                     .byDefault = kNone,
                     .explanation = "Address to use instead of the service's own",
@@ -116,7 +141,8 @@ constexpr auto kServiceSettings = [] {
                     .expected = "an address like https://host, or nothing"};
     table[2 * i + 1] = {.key = kApiKeyKeys[i].text(),
                         .byDefault = kNone,
-                        .explanation = "Your key for the service, sent only to it"};
+                        .explanation = "Your key for the service, sent only to it",
+                        .isSecret = true};
   }
   return table;
 }();
@@ -124,7 +150,7 @@ constexpr auto kServiceSettings = [] {
 }  // namespace
 
 SettingsRegistry const& settingsRegistry() {
-  static SettingsRegistry const kRegistry{kGeneral, kDesktop, kServiceSettings, notificationSettings()};
+  static SettingsRegistry const kRegistry{kGeneral, kServiceSettings, notificationSettings()};
   return kRegistry;
 }
 

@@ -1,8 +1,8 @@
-// The settings of the application: their keys, defaults and what they may hold. Areas with many settings of
-// their own keep their tables beside their code and are named here.
+// The settings of the application, one row each. Areas with many settings of their own keep their tables
+// beside their code and are named here; a service's two are made of its row.
 #pragma once
 
-#include "app/settings/service_directory.h"
+#include "platform/service.h"
 #include "platform/settings.h"
 
 #include <string_view>

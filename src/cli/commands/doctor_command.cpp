@@ -126,17 +126,17 @@ bool isConfigured(RunContext& context, Service service) {
   ServiceDirectory const& services = context.app().services();
   ServiceAddress const address = services.address(service);
   if (service == Service::appleWeather) return context.app().isAppleWeatherConfigured();
-  if (service == Service::firms) return !address.apiKey.empty() || !services.standIn().empty();
+  if (rowOf(service).needsKey) return !address.apiKey.empty() || !services.standIn().empty();
   return !address.baseUrl.empty();
 }
 
 std::vector<ServiceState> servicesOf(RunContext& context) {
   auto const records = context.app().history().records();
   std::vector<ServiceState> states;
-  for (std::size_t i = 0; i < enumNames<Service>.size(); ++i) {
-    auto const service = static_cast<Service>(i);
+  for (ServiceRow const& row : kServices) {
+    Service const service = row.service;
     ServiceState state;
-    state.service = enumName(service);
+    state.service = row.name;
     state.address = context.app().services().address(service).baseUrl;
     state.configured = isConfigured(context, service);
     if (auto const found = records.find(state.service); found != records.end()) {

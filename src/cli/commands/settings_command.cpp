@@ -25,7 +25,7 @@ std::string shown(SettingValue const& value) {
 /// Lists tell of a secret only that there is one.
 SettingValue listedValue(Settings const& settings, SettingDefinition const& definition) {
   SettingValue value = settings.value(definition.key);
-  bool const hidden = definition.isSecret() && value != SettingValue(std::string());
+  bool const hidden = definition.isSecret && value != SettingValue(std::string());
   return hidden ? SettingValue(std::string(kHidden)) : value;
 }
 

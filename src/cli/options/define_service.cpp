@@ -42,7 +42,7 @@ void defineDemo(Command app, CommandLine& line, RawOptions& raw) {
               "SERVICE=FAULT: make a service fail; may be repeated. Faults: " + namesOf<DemoFault::Kind>() +
                   ". "
                   "Services: " +
-                  namesOf<DemoService>())
+                  namesOf<Service>())
       .called("FAULT")
       .oneValueEach();
   command

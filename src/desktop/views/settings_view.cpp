@@ -1,10 +1,10 @@
 #include "desktop/views/settings_view.h"
 
-#include "app/settings/service_directory.h"
 #include "app/settings/settings_registry.h"
 #include "app/settings/unit_settings.h"
 #include "base/words/time_words.h"
 #include "desktop/views/problem_text.h"
+#include "platform/service.h"
 #include "providers/provider_manager.h"
 
 #include <algorithm>
@@ -12,40 +12,6 @@
 namespace nimbara {
 
 namespace {
-
-struct RowDefinition {
-  SettingsGroup group;
-  std::string_view key;
-  std::string_view kind;
-};
-
-constexpr RowDefinition kRows[] = {
-    {SettingsGroup::look, "language", "choice"},
-    {SettingsGroup::look, "desktop_theme", "choice"},
-    {SettingsGroup::look, "desktop_textSize", "choice"},
-    {SettingsGroup::look, "desktop_reducedMotion", "choice"},
-    {SettingsGroup::units, kUnitPresetKey, "choice"},
-    {SettingsGroup::units, "temperatureUnit", "choice"},
-    {SettingsGroup::units, "windUnit", "choice"},
-    {SettingsGroup::units, "pressureUnit", "choice"},
-    {SettingsGroup::units, "precipUnitDisplay", "choice"},
-    {SettingsGroup::units, "visibilityUnit", "choice"},
-    {SettingsGroup::units, "clock", "choice"},
-    {SettingsGroup::window, "desktop_closeToTray", "switch"},
-    {SettingsGroup::keys, "contact", "text"},
-    {SettingsGroup::keys, "appleWeatherKeyFile", "text"},
-    {SettingsGroup::keys, "appleWeatherKeyID", "text"},
-    {SettingsGroup::keys, "appleWeatherTeamID", "text"},
-    {SettingsGroup::keys, "appleWeatherServiceID", "text"},
-    {SettingsGroup::keys, "languageModelName", "text"},
-};
-
-/// Whose keys are sent when there are any.
-constexpr Service kServicesWithKeys[] = {Service::firms, Service::openMeteo, Service::openMeteoGeocoding,
-                                         Service::airQuality, Service::languageModel};
-
-/// The sizes that can be chosen, in percent.
-constexpr std::array<std::string_view, 6> kTextSizes{"100", "115", "130", "150", "175", "200"};
 
 bool isAutomatic(std::string_view value) {
   return value == "automatic";
@@ -105,22 +71,25 @@ std::string shown(SettingValue const& value) {
   return {};
 }
 
-std::vector<std::string> valuesOf(std::string_view key, SettingDefinition const* definition,
-                                  std::string const& current) {
+std::vector<std::string> valuesOf(SettingDefinition const* definition, std::string const& current) {
   std::vector<std::string> values;
-  if (key == kUnitPresetKey) {
+  if (definition == nullptr) {
     values.assign(enumNames<UnitPreset>.begin(), enumNames<UnitPreset>.end());
-  } else if (key == "desktop_textSize") {
-    values.assign(kTextSizes.begin(), kTextSizes.end());
-  } else if (key == "language") {
-    values.emplace_back("automatic");
-    for (auto const& language : Texts::languages()) values.emplace_back(language.code);
-  } else if (definition != nullptr) {
+  } else if (definition->offers != nullptr) {
+    auto const offered = definition->offers();
+    values.assign(offered.begin(), offered.end());
+  } else {
     values.assign(definition->choices.begin(), definition->choices.end());
   }
   // What the command line has set may lie between the choices.
   if (std::ranges::count(values, current) == 0) values.push_back(current);
   return values;
+}
+
+std::string_view kindOf(SettingDefinition const* definition) {
+  if (definition == nullptr || !definition->choices.empty() || definition->offers != nullptr) return "choice";
+  if (std::holds_alternative<bool>(definition->byDefault)) return "switch";
+  return definition->isSecret ? "secret" : "text";
 }
 
 std::string currentOf(std::string_view key, SettingsState const& state) {
@@ -136,20 +105,20 @@ std::string refusalText(std::string_view key, std::optional<StoreError> const& r
                                             : "desktop.settings.refused");
 }
 
-SettingRowView rowOf(std::string_view key, std::string_view kind, SettingsState const& state,
-                     ViewContext const& context) {
+/// The row of a setting, or of all units, which are none of their own.
+SettingRowView rowOf(std::string_view key, SettingsState const& state, ViewContext const& context) {
   SettingDefinition const* const definition = state.settings.registry().find(key);
   SettingRowView row;
   row.key = key;
-  row.kind = kind;
+  row.kind = kindOf(definition);
   row.title = context.text("desktop.settings." + row.key);
   row.isSet = definition != nullptr && state.settings.value(key) != definition->defaultValue();
   if (state.refusedKey == key) row.problem = refusalText(key, state.refusal, context);
-  if (kind == "switch") row.isOn = state.settings.boolean(key);
-  if (kind == "text") row.value = state.settings.text(key);
-  if (kind != "choice") return row;
+  if (row.kind == "switch") row.isOn = state.settings.boolean(key);
+  if (row.kind == "text") row.value = state.settings.text(key);
+  if (row.kind != "choice") return row;
   row.value = currentOf(key, state);
-  row.values = valuesOf(key, definition, row.value);
+  row.values = valuesOf(definition, row.value);
   for (std::string const& value : row.values) {
     row.labels.push_back(optionLabel(key, value, value == row.value, context));
   }
@@ -163,28 +132,24 @@ void explain(SettingRowView& row, ViewContext const& context) {
   if (text != key) row.explanation = std::move(text);
 }
 
-std::string serviceName(Service service, ViewContext const& context) {
-  return context.text("desktop.service." + std::string(enumName(service)));
+std::string serviceName(ServiceRow const& service, ViewContext const& context) {
+  return context.text("desktop.service." + std::string(service.name));
 }
 
 void addKeys(std::vector<SettingRowView>& rows, SettingsState const& state, ViewContext const& context) {
-  for (Service const service : kServicesWithKeys) {
-    SettingRowView row = rowOf(apiKeySetting(service), "secret", state, context);
-    row.title = context.texts.format("desktop.settings.keyOf", serviceName(service, context));
-    rows.push_back(std::move(row));
+  for (ServiceRow const& service : kServices) {
+    if (!service.takesKey) continue;
+    rows.push_back(rowOf(apiKeySetting(service.service), state, context));
+    rows.back().title = context.texts.format("desktop.settings.keyOf", serviceName(service, context));
   }
 }
 
 void addAddresses(std::vector<SettingRowView>& rows, SettingsState const& state, ViewContext const& context) {
-  for (std::size_t i = 0; i < enumNames<Service>.size(); ++i) {
-    auto const service = static_cast<Service>(i);
-    SettingRowView row = rowOf(hostSetting(service), "text", state, context);
-    row.title = serviceName(service, context);
-    rows.push_back(std::move(row));
+  for (ServiceRow const& service : kServices) {
+    rows.push_back(rowOf(hostSetting(service.service), state, context));
+    rows.back().title = serviceName(service, context);
   }
 }
-
-constexpr std::string_view kProviders[] = {"appleWeather", "openMeteo", "yrNo", "wttrIn"};
 
 /// Until when a provider is left alone.
 std::optional<Instant> leftAloneUntil(ProviderRecord const& record, Instant now) {
@@ -269,8 +234,9 @@ void addFolder(std::vector<FolderView>& folders, std::string const& purpose,
 std::vector<SettingRowView> settingRows(SettingsGroup group, SettingsState const& state,
                                         ViewContext const& context) {
   std::vector<SettingRowView> rows;
-  for (RowDefinition const& definition : kRows) {
-    if (definition.group == group) rows.push_back(rowOf(definition.key, definition.kind, state, context));
+  if (group == SettingsGroup::units) rows.push_back(rowOf(kUnitPresetKey, state, context));
+  for (SettingDefinition const* const definition : state.settings.registry().asWritten()) {
+    if (definition->group == group) rows.push_back(rowOf(definition->key, state, context));
   }
   if (group == SettingsGroup::keys) addKeys(rows, state, context);
   if (group == SettingsGroup::addresses) addAddresses(rows, state, context);
@@ -279,8 +245,10 @@ std::vector<SettingRowView> settingRows(SettingsGroup group, SettingsState const
 }
 
 std::vector<ProviderView> providerViews(SettingsState const& state, ViewContext const& context) {
-  std::vector<ProviderView> views{providerView("automatic", state, context)};
-  for (std::string_view const provider : kProviders) views.push_back(providerView(provider, state, context));
+  std::vector<ProviderView> views;
+  for (std::string_view const provider : enumNames<WeatherProviderOption>) {
+    views.push_back(providerView(provider, state, context));
+  }
   return views;
 }
 

@@ -40,8 +40,6 @@ struct SettingsState {
 /// Stands for all units among the keys of settings; its values are the presets.
 inline constexpr std::string_view kUnitPresetKey = "unitPreset";
 
-enum class SettingsGroup { look, units, window, keys, addresses };
-
 struct SettingRowView {
   std::string key;
   std::string kind;  ///< "choice", "switch", "text" or "secret"

@@ -93,7 +93,10 @@ constexpr SettingDefinition kTable[] = {
     {"notify_sounds", true, "A different sound for each type of notification"},
 
     {"appleIntelligence", false, "A language model on your own computer words the daily summaries"},
-    {"languageModelName", "", "The server's name for the model"},
+    {.key = "languageModelName",
+     .byDefault = "",
+     .explanation = "The server's name for the model",
+     .group = SettingsGroup::keys},
 
     {"notify_everyPlace", true,
      "Notify of severe weather and hazards for all saved places not set otherwise"},
