@@ -3,6 +3,7 @@
 #include "notifications/rules/rule_settings.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace nimbara {
 
@@ -56,29 +57,6 @@ constexpr Row kDaily[] = {
     {"notify_beachTime"},        {"appleIntelligence"},
 };
 
-constexpr Row kSky[] = {
-    {"notify_beta_frost"},
-    {"notify_beta_blackIce"},
-    {"notify_beta_windshieldFrost"},
-    {"notify_beta_fog"},
-    {"notify_beta_heatIndex"},
-    {"notify_beta_windChill"},
-    {"notify_beta_pressureHeadache"},
-    {"notify_beta_outdoorWindow"},
-    {"notify_beta_goldenHour"},
-    {"notify_beta_stargazing"},
-    {"notify_beta_aurora"},
-    {"notify_beta_rainbow"},
-    {"notify_beta_fogBow"},
-    {"notify_beta_birdMigration"},
-    {"notify_beta_mosquito"},
-    {"notify_beta_mosquitoSwarm"},
-    {"notify_beta_spiderBallooning"},
-    {"notify_beta_staticShock"},
-    {"notify_beta_vitaminD"},
-    {"notify_beta_heatPumpFreeze"},
-};
-
 constexpr Row kQuiet[] = {
     {"notify_quietHours"},
     {"notify_quietFrom", hour, "notify_quietHours"},
@@ -87,19 +65,28 @@ constexpr Row kQuiet[] = {
     {"notify_sounds"},
 };
 
-constexpr NotificationGroup kGroups[] = {
-    {"danger", kDanger}, {"weather", kWeather}, {"daily", kDaily},
-    {"earth", kEarth},   {"sky", kSky},         {"quiet", kQuiet},
-};
+/// A switch each, in the order of their settings.
+std::vector<Row> skyRows() {
+  std::vector<Row> rows;
+  for (SettingDefinition const& definition : notificationSettings()) {
+    if (definition.key.starts_with("notify_beta_")) rows.push_back({definition.key});
+  }
+  return rows;
+}
 
 }  // namespace
 
 std::span<NotificationGroup const> notificationGroups() {
+  static std::vector<Row> const kSky = skyRows();
+  static NotificationGroup const kGroups[] = {
+      {"danger", kDanger}, {"weather", kWeather}, {"daily", kDaily},
+      {"earth", kEarth},   {"sky", kSky},         {"quiet", kQuiet},
+  };
   return kGroups;
 }
 
 NotificationRow const* findNotificationRow(std::string_view key) {
-  for (NotificationGroup const& group : kGroups) {
+  for (NotificationGroup const& group : notificationGroups()) {
     auto const found = std::ranges::find(group.rows, key, &NotificationRow::key);
     if (found != group.rows.end()) return &*found;
   }
