@@ -45,9 +45,9 @@ struct SourceCredit {
 
 struct ServiceRow {
   Service service;
-  std::string_view name;     ///< in settings and documents; "NAMEHost" and "NAMEApiKey" are its settings
-  std::string_view host;     ///< empty: asked only where the user names an address
-  std::string_view asksFor;  ///< this and the next four are cells of docs/services.md
+  std::string_view name;       ///< in settings and documents; "NAMEHost" and "NAMEApiKey" are its settings
+  std::string_view host = {};  ///< empty: asked only where the user names an address
+  std::string_view asksFor;    ///< this and the next four are cells of docs/services.md
   std::string_view terms;
   std::string_view period;  ///< how often it is asked at most
   std::string_view credit;

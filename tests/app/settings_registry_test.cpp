@@ -1,6 +1,7 @@
 #include "app/settings/settings_registry.h"
 
 #include "app/settings/configuration.h"
+#include "app/settings/service_directory.h"
 #include "app/settings/unit_settings.h"
 #include "base/words/texts.h"
 

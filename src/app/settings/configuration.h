@@ -25,8 +25,8 @@ Configuration configurationOf(Settings const& settings);
 /// Whom a service that asks for a contact may write to: the user's choice, else the makers of this program.
 std::string contactOf(Configuration const& configuration);
 
-/// "nimbara/0.1.0 (https://nimbara.github.io; contact)", without characters that would break a header: for every
-/// service but the National Weather Service, which has its own.
+/// "nimbara/0.1.0 (https://nimbara.github.io; contact)", without characters that would break a header: for
+/// every service but the National Weather Service, which has its own.
 std::string userAgent(Configuration const& configuration);
 
 }  // namespace nimbara

@@ -1,5 +1,6 @@
-// What the process finds around itself, as one value that the entry of a program reads once and hands down. Only
-// what belongs to one part is asked for there: the zone and its folder by the calendar, addresses of buses by D-Bus.
+// What the process finds around itself, as one value that the entry of a program reads once and hands down.
+// Only what belongs to one part is asked for there: the zone and its folder by the calendar, addresses of
+// buses by D-Bus.
 #pragma once
 
 #include "base/time/calendar.h"
