@@ -67,10 +67,11 @@ TEST(OfficialWarnings, OnlyNearRingFromWarningUp) {
     WeatherAlert alert = warning(severity);
     RuleSettings const settings = withDefaults([](auto& s) { s.govAlertLevel = NotificationLevel::low; });
     inputs.govAlerts = reading(std::vector{alert});
-    EXPECT_FALSE(officialWarnings(inputs, settings).findings.at(0).isCovered);
+    EXPECT_FALSE(officialWarnings(inputs, settings).findings.at(0).isCovered());
     alert.distanceKm = 12;
     inputs.govAlerts = reading(std::vector{alert});
-    EXPECT_EQ(officialWarnings(inputs, settings).findings.at(0).isCovered, severity < AlertSeverity::warning)
+    EXPECT_EQ(officialWarnings(inputs, settings).findings.at(0).quietNote,
+              severity < AlertSeverity::warning ? "onlyNear" : "")
         << enumName(severity);
   }
 }

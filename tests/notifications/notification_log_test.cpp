@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <map>
+
 namespace nimbara {
 namespace {
 
@@ -58,6 +60,60 @@ TEST_F(NotificationLog, SaysWhatWasHeldBackOnceForEachReason) {
   EXPECT_THAT(outcomes(), ElementsAre("muted", "snoozed", "announced", "stillActive"));
   engine.passAfter(5min);
   EXPECT_THAT(outcomes(), SizeIs(4));
+}
+
+TEST_F(NotificationLog, SaysOfEachWhyItWasOnlyListed) {
+  engine.turnOn("notify_govAlerts");
+  WeatherAlert old = officialWarning(1, AlertSeverity::warning, engine.clock.now() - 24h);
+  old.expires = engine.clock.now() + 24h;
+  WeatherAlert near = officialWarning(2, AlertSeverity::advisory, engine.clock.now());
+  near.distanceKm = 20;
+  engine.warnings = {old, near, officialWarning(3, AlertSeverity::warning, engine.clock.now())};
+  engine.pass();
+  std::map<std::string, std::string> reasons;
+  for (LoggedNotification const& line : log()) {
+    if (line.outcome == "listed") reasons[line.title] = line.note;
+  }
+  EXPECT_THAT(reasons, ElementsAre(std::pair("Warning 1", "oldNews"), std::pair("Warning 2", "onlyNear")));
+  LoggedNotification line;
+  line.outcome = "listed";
+  line.note = "onlyNear";
+  EXPECT_EQ(reasonText(line, Units::metric(), englishTexts()),
+            std::string(englishTexts().text("explain.outcome.listed")) + " " +
+                std::string(englishTexts().text("explain.note.onlyNear")));
+}
+
+TEST_F(NotificationLog, TakesAnotherLanguageForNoNews) {
+  engine.turnOn("notify_govAlerts");
+  WeatherAlert alert = officialWarning(1, AlertSeverity::warning, engine.clock.now());
+  auto const tell = [&](char const* language, char const* title) {
+    Texts const texts = Texts::load(language);
+    alert.title = title;
+    engine.warnings = {alert};
+    engine.clock.advance(15min);
+    NotificationManager manager({engine.store, engine.center, engine.clock, texts, {}});
+    manager.evaluate([&](NeededInputs const&, std::stop_token const&) {
+      RuleInputs inputs = engine.here();
+      inputs.texts = &texts;
+      return PassInputs{{inputs}, {}, false};
+    });
+    return std::ranges::count(outcomes(), "updated");
+  };
+  EXPECT_EQ(tell("en", "Wind Warning"), 0);
+  EXPECT_EQ(tell("pt", "Aviso de vento"), 0);
+  EXPECT_EQ(tell("pt", "Aviso de vento forte"), 1) << "now it says something else";
+  EXPECT_EQ(tell("en", "Strong Wind Warning"), 1);
+}
+
+TEST(JoinedLines, AreSetOffWhereNoStopEndsThem) {
+  for (auto const& [body, line] : std::initializer_list<std::pair<std::string_view, std::string_view>>{
+           {"Take care.\nStay inside.", "Take care. Stay inside."},
+           {"Gusts of 80 km/h\nStay inside", "Gusts of 80 km/h · Stay inside"},
+           {"注意安全。\n请留在室内", "注意安全。 请留在室内"},
+           {"\n one \n\n two\n", "one · two"},
+           {"", ""}}) {
+    EXPECT_EQ(joinedLines(body), line);
+  }
 }
 
 TEST_F(NotificationLog, KeepsTheNewest) {

@@ -267,7 +267,7 @@ TEST(NwsRules, RingOnlyForWhatOfficialWarningsLeaveOut) {
     RuleSettings settings;
     settings.govAlerts = row.govAlerts;
     settings.govAlertLevel = row.level;
-    EXPECT_EQ(tornado(inputs, settings).findings.at(0).isCovered, row.isCovered)
+    EXPECT_EQ(tornado(inputs, settings).findings.at(0).quietNote, row.isCovered ? "toldOfficially" : "")
         << enumName(row.severity) << " " << enumName(row.level);
   }
 }

@@ -116,7 +116,7 @@ std::string notificationsText(PassPlan const& plan, Texts const& texts, Style co
       heading = texts.format("notify.at", fixedDecimal(decision.scheduled->hour, 0), heading);
     }
     text += style.painted(heading, Colour::bold) + "\n";
-    for (std::string const& line : wrapped(oneLine(decision.request.body), width - 2)) {
+    for (std::string const& line : wrapped(oneLine(joinedLines(decision.request.body)), width - 2)) {
       text += "  " + line + "\n";
     }
   }

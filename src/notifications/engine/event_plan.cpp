@@ -21,7 +21,7 @@ constexpr std::chrono::minutes kAbsenceOfWhatIsOver{15};
 
 bool tellsMore(Finding const& a, Finding const& b) {
   auto const rank = [](Finding const& finding) {
-    return std::tuple(!finding.isCovered, finding.severity, !finding.isNear);
+    return std::tuple(!finding.isCovered(), finding.severity, !finding.isNear);
   };
   return rank(a) > rank(b);
 }
@@ -142,6 +142,7 @@ Decision PassPlanner::eventDecision(Rule const& rule, PlannedEvent const& event)
   } else {
     decision.outcome = told(rule, event);
   }
+  if (decision.outcome == listed) decision.note = quietNote(rule, event.finding);
   if (decision.outcome == updated) decision.request.isSilent = true;
   if (decision.outcome == endMoved) tellNewEnd(decision, event);
   return decision;
@@ -156,13 +157,15 @@ RuleOutcome PassPlanner::followed(Rule const& rule, Decision const& decision,
                                   PlannedEvent const& event) const {
   auto const* const shown = findIn(state_.shown, decision.key);
   if (shown == nullptr) return alreadyDelivered;
-  bool const isCloser = shown->wasCovered && !event.finding.isCovered;
+  bool const isCloser = shown->wasCovered && !event.finding.isCovered();
   if (shown->isLifted || isCloser) return told(rule, event);
-  if (event.finding.severity > shown->severity) return event.finding.isCovered ? updated : escalated;
+  if (event.finding.severity > shown->severity) return event.finding.isCovered() ? updated : escalated;
   if (hasMovedEnd(*shown, event.finding.ends)) return endMoved;
-  // What is shown must not say that it is elsewhere once it is here.
+  // The like in another language is no other event, but what is shown must not say that it is elsewhere once
+  // it is here.
+  bool const isSame = shown->digest == decision.digest || !areComparable(shown->digest, decision.digest);
   bool const isHereNow = shown->wasNear && !event.finding.isNear;
-  return shown->digest == decision.digest && !isHereNow ? alreadyDelivered : updated;
+  return isSame && !isHereNow ? alreadyDelivered : updated;
 }
 
 void PassPlanner::tellNewEnd(Decision& decision, PlannedEvent const& event) const {

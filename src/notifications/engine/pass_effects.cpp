@@ -23,6 +23,9 @@ constexpr std::size_t kMostParts = 16;
 constexpr std::string_view kFireStem = "fire_";
 constexpr std::string_view kStormStem = "hurricane_";
 
+/// Between a digest and the language of what it is of.
+constexpr char kLanguageMark = '@';
+
 /// An end that is moved by less changes nobody's plans.
 constexpr std::chrono::hours kMovedEnd{1};
 
@@ -179,8 +182,15 @@ void restoreMember(std::string const& key, EngineState::Strings& set, EngineStat
 
 }  // namespace
 
-std::string digestOf(NotificationRequest const& request) {
-  return sha256Hex(request.title + "\n" + request.body);
+std::string digestOf(NotificationRequest const& request, std::string_view language) {
+  return sha256Hex(request.title + "\n" + request.body) + kLanguageMark + std::string(language);
+}
+
+bool areComparable(std::string_view digest, std::string_view other) {
+  auto const language = [](std::string_view text) {
+    return text.substr(std::min(text.find(kLanguageMark), text.size()));
+  };
+  return !language(digest).empty() && language(digest) == language(other);
 }
 
 bool hasMovedEnd(ShownEvent const& shown, std::optional<Instant> ends) {
@@ -243,6 +253,8 @@ void apply(Decision const& decision, Instant now, EngineState& state) {
     case alreadyDelivered:
       if (auto* const shown = find(state.shown, decision.key)) {
         rememberFound(decision, *shown);
+        shown->digest = decision.digest;
+        shown->title = decision.title;
         shown->ends = decision.ends;
         shown->began = decision.began;
         shown->event = decision.event;

@@ -96,6 +96,7 @@ void PassPlanner::planCondition(Rule const& rule, PlannedEvent const& event) {
   // Not longer than the gap even where somebody set the clock back in between.
   bool const isFlicker = lastSeen != nullptr && std::chrono::abs(context_.now - *lastSeen) < rule.minimumGap;
   decision.outcome = isActive ? stillActive : isFlicker ? returnedTooSoon : told(rule, event);
+  if (decision.outcome == listed) decision.note = quietNote(rule, event.finding);
   plan_.decisions.push_back(std::move(decision));
 }
 
@@ -103,6 +104,7 @@ void PassPlanner::planDaily(Rule const& rule, PlannedEvent const& event) {
   Decision decision = draft(rule, event);
   decision.outcome =
       wasToldToday(decision.key, *event.inputs, context_.now) ? alreadyToldToday : told(rule, event);
+  if (decision.outcome == listed) decision.note = quietNote(rule, event.finding);
   if (auto const* const last = findIn(state_.lastToldAt, decision.key)) decision.since = *last;
   plan_.decisions.push_back(std::move(decision));
 }
@@ -160,8 +162,11 @@ void PassPlanner::tellNothing(Rule const& rule, RuleInputs const& inputs, Evalua
 
 RuleOutcome PassPlanner::told(Rule const& rule, PlannedEvent const& event) const {
   if (auto const reason = held(rule, event)) return *reason;
-  if (event.finding.isCovered || isOldNews(rule, event.finding)) return listed;
-  return announced;
+  return quietNote(rule, event.finding).empty() ? announced : listed;
+}
+
+std::string_view PassPlanner::quietNote(Rule const& rule, Finding const& finding) const {
+  return finding.isCovered() || !isOldNews(rule, finding) ? finding.quietNote : "oldNews";
 }
 
 std::optional<RuleOutcome> PassPlanner::held(Rule const& rule, PlannedEvent const& event) const {
@@ -252,7 +257,7 @@ Decision PassPlanner::draft(Rule const& rule, PlannedEvent const& event) const {
   decision.ends = event.finding.ends;
   decision.event = event.finding.event;
   decision.title = event.finding.title;
-  decision.isCovered = event.finding.isCovered;
+  decision.isCovered = event.finding.isCovered();
   decision.isNear = event.finding.isNear;
   decision.place = event.names;
   decision.placeTag = event.inputs->place.tag;
@@ -263,7 +268,7 @@ Decision PassPlanner::draft(Rule const& rule, PlannedEvent const& event) const {
   decision.storm = event.finding.storm;
   decision.fire = event.finding.fire;
   decision.request = requestOf(rule, event, decision.key);
-  if (rule.followsEvents) decision.digest = digestOf(decision.request);
+  if (rule.followsEvents) decision.digest = digestOf(decision.request, context_.texts.language());
   if (!event.finding.remark.empty()) decision.request.body += "\n" + event.finding.remark;
   return decision;
 }
@@ -271,7 +276,7 @@ Decision PassPlanner::draft(Rule const& rule, PlannedEvent const& event) const {
 NotificationRequest PassPlanner::requestOf(Rule const& rule, PlannedEvent const& event,
                                            std::string const& key) const {
   Finding const& finding = event.finding;
-  bool const isQuiet = finding.isCovered || isOldNews(rule, finding);
+  bool const isQuiet = !quietNote(rule, finding).empty();
   NotificationRequest request = requestFor(rule, finding, values_.sounds, isQuiet, context_.texts);
   request.identifier = event.inputs->place.isSelected ? identifierOf(rule, finding) : key;
   if (event.isElsewhere) request.title = context_.texts.format("push.withPlace", event.names, finding.title);

@@ -70,7 +70,7 @@ struct Decision {
   std::string event;       ///< what it is about, as the finding says
   std::string title;       ///< of the finding, without the place
   std::string digest;      ///< of what is told of an event, without what the engine adds
-  bool isCovered = false;  ///< told without a ring: it is slight and only near, or cannot be placed
+  bool isCovered = false;  ///< delivered silently, since it is only near or covered by another notification
   bool isNear = false;     ///< told as an event outside the place
   std::string place;       ///< names, by comma
   std::string placeTag;    ///< of the place that tells it
@@ -138,8 +138,10 @@ void applyChecks(PassPlan const& plan, Instant now, EngineState& state);
 /// What was remembered in advance of a delivery that was refused is forgotten.
 void takeBack(Decision const& decision, EngineState& state, EngineState const& before);
 
-/// Tells two wordings of one event apart.
-std::string digestOf(NotificationRequest const& request);
+/// Tells two wordings of one event apart, in one language.
+std::string digestOf(NotificationRequest const& request, std::string_view language);
+/// Whether they are of the same language, and tell anything. Not by the digests of older versions.
+bool areComparable(std::string_view digest, std::string_view other);
 /// An event ends so much later or earlier than was sent that people must know.
 bool hasMovedEnd(ShownEvent const& shown, std::optional<Instant> ends);
 

@@ -154,6 +154,8 @@ class PassPlanner {
   static std::string kindOf(Rule const& rule, Finding const& finding);
   bool isMuted(Rule const& rule, Finding const& finding) const;
   bool isOldNews(Rule const& rule, Finding const& finding) const;
+  /// Why a finding that is new would be delivered silently; empty: it would not.
+  std::string_view quietNote(Rule const& rule, Finding const& finding) const;
 
   // ---- Scheduled for an hour
 

@@ -22,6 +22,12 @@ LoggedMeasurement logged(Measurement const& measurement) {
           measurement.limit, std::string(measurement.unit)};
 }
 
+/// Also in the scripts that have stops of their own.
+bool endsSentence(std::string_view text) {
+  constexpr std::string_view kStops[] = {".", "!", "?", ":", ";", ",", "…", "。", "！", "？", "：", "；"};
+  return std::ranges::any_of(kStops, [text](std::string_view stop) { return text.ends_with(stop); });
+}
+
 /// The newest line of the same notification says the same, and nothing was sent. That something was sent
 /// already is no news either while its telling is still remembered by everybody.
 bool isRepetition(std::vector<LoggedNotification> const& log, LoggedNotification const& line) {
@@ -49,12 +55,23 @@ LoggedNotification logLineOf(Decision const& decision, Instant now) {
   line.title = decision.request.title;
   line.outcome = enumName(decision.outcome);
   line.place = decision.place;
-  line.body = oneLine(decision.request.body, kLongestBody);
+  line.body = oneLine(joinedLines(decision.request.body), kLongestBody);
   line.setting = decision.rule->setting;
   line.kind = decision.kind;
   line.note = decision.note;
   std::ranges::transform(decision.measured, std::back_inserter(line.measured), logged);
   return line;
+}
+
+std::string joinedLines(std::string_view body) {
+  std::string joined;
+  for (std::string_view const line : split(body, '\n')) {
+    std::string_view const text = trimmed(line);
+    if (text.empty()) continue;
+    if (!joined.empty()) joined += endsSentence(joined) ? " " : " · ";
+    joined += text;
+  }
+  return joined;
 }
 
 std::vector<LoggedNotification> notificationLogOf(SettingValues const& stored) {

@@ -58,6 +58,9 @@ inline constexpr std::size_t kMostLogLines = 500;
 bool isWorthALine(RuleOutcome outcome);
 LoggedNotification logLineOf(Decision const& decision, Instant now);
 
+/// The lines of a notification's body as one: what does not end a sentence is set off by a dot.
+std::string joinedLines(std::string_view body);
+
 /// The log, newest last; an unreadable one is empty.
 std::vector<LoggedNotification> notificationLogOf(SettingValues const& stored);
 /// The change that makes it `log` with `lines` behind; the oldest go. What is held back for the same reason

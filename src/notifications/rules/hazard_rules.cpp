@@ -44,7 +44,7 @@ Finding findingOf(WeatherAlert const& alert, RuleInputs const& inputs) {
   finding.severity = alert.severity;
   finding.kind = "gov:" + alert.icon;
   // Neighbours' warnings are many: a slight one that only comes near is listed, not rung.
-  finding.isCovered = alert.distanceKm && alert.severity < AlertSeverity::warning;
+  if (alert.distanceKm && alert.severity < AlertSeverity::warning) finding.quietNote = "onlyNear";
   finding.isNear = alert.distanceKm.has_value();
   if (alert.distanceKm) {
     finding.remark =

@@ -59,8 +59,8 @@ struct Finding {
   std::string kind;              ///< what a mute names; empty: the rule's stem
   std::optional<Instant> began;  ///< since when it is so, if that is known
   std::optional<Instant> ends;   ///< when it will be over, if that is known
-  /// Covered by another notification already, or slight and only near: delivered silently.
-  bool isCovered = false;
+  /// Why it is delivered silently, a note as in `Evaluation`: "onlyNear", "toldOfficially"; empty: it is not.
+  std::string_view quietNote;
   bool isNear = false;  ///< the place is outside, though not far from it
   /// Said below the body, and no part of what the event is: how far from the place it is. A whole sentence
   /// that names the place.
@@ -70,6 +70,8 @@ struct Finding {
   std::string event;
   std::optional<ToldStorm> storm;  ///< what is known of a storm once this has been sent
   std::vector<SeenFire> fire;      ///< where a fire burns, once this has been sent
+
+  bool isCovered() const { return !quietNote.empty(); }
 };
 
 /// Notes of rules that could not look: false is not known to be false.

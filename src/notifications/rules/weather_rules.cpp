@@ -149,7 +149,7 @@ Finding officialFinding(NWSAlert const& message, RuleSettings const& settings, s
   Finding finding = told(std::move(title), std::move(body), severityOf(message));
   finding.began = message.onset ? message.onset : message.sent;
   finding.ends = message.ends ? message.ends : message.expires;
-  finding.isCovered = isToldOfficially(message, settings);
+  if (isToldOfficially(message, settings)) finding.quietNote = "toldOfficially";
   return finding;
 }
 
