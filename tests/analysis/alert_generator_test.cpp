@@ -38,6 +38,10 @@ struct Row {
   std::string expected;  ///< how the only line begins; empty for no alert
 };
 
+void PrintTo(Row const& row, std::ostream* out) {
+  *out << row.what;
+}
+
 class AlertRows : public testing::TestWithParam<Row> {};
 
 TEST_P(AlertRows, GiveTheAlertOfTheirThreshold) {

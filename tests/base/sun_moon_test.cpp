@@ -19,6 +19,10 @@ struct PhaseRow {
   MoonPhase phase;
 };
 
+void PrintTo(PhaseRow const& row, std::ostream* out) {
+  *out << row.moment;
+}
+
 class PrincipalPhases : public testing::TestWithParam<PhaseRow> {};
 
 TEST_P(PrincipalPhases, FallWithinThreeMinutesOfTheAlmanac) {
@@ -69,6 +73,10 @@ struct SunRow {
   char const* rise;  // local clock, as almanacs print it
   char const* set;
 };
+
+void PrintTo(SunRow const& row, std::ostream* out) {
+  *out << row.zone << " on " << row.date;
+}
 
 class SunTimes : public testing::TestWithParam<SunRow> {};
 

@@ -65,6 +65,10 @@ struct DayRow {
   int hours;
 };
 
+void PrintTo(DayRow const& row, std::ostream* out) {
+  *out << row.zone << " on " << row.date;
+}
+
 class DayLengths : public testing::TestWithParam<DayRow> {};
 
 TEST_P(DayLengths, FollowTheZonesClockChanges) {

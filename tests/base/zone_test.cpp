@@ -25,6 +25,10 @@ struct RuleRow {
   seconds offset;
 };
 
+void PrintTo(RuleRow const& row, std::ostream* out) {
+  *out << row.zone << " at " << row.moment;
+}
+
 class PosixZones : public testing::TestWithParam<RuleRow> {};
 
 TEST_P(PosixZones, SayTheOffsetOfEveryMoment) {
@@ -233,6 +237,10 @@ struct ChangedZone {
   seconds offset;
 };
 
+void PrintTo(ChangedZone const& row, std::ostream* out) {
+  *out << row.zone << " at " << row.moment;
+}
+
 class ChangedZones : public testing::TestWithParam<ChangedZone> {};
 
 TEST_P(ChangedZones, FollowTheSystemsDatabase) {
@@ -260,6 +268,10 @@ struct OddDay {
   char const* start;
   std::chrono::minutes length;
 };
+
+void PrintTo(OddDay const& row, std::ostream* out) {
+  *out << row.zone << " on " << row.date;
+}
 
 class OddDays : public testing::TestWithParam<OddDay> {};
 

@@ -36,6 +36,10 @@ struct PlaceAndTime {
   char const* now;
 };
 
+void PrintTo(PlaceAndTime const& row, std::ostream* out) {
+  *out << formatCoordinate(row.place) << " at " << row.now;
+}
+
 constexpr PlaceAndTime kCases[] = {
     {{52.52, 13.41}, "2026-11-21T09:20:00Z"},    {{52.52, 13.41}, "2026-10-23T21:59:00Z"},
     {{-33.87, 151.21}, "2026-03-01T13:30:00Z"},  {{69.65, 18.96}, "2026-01-10T00:00:00Z"},

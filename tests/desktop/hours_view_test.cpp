@@ -119,6 +119,10 @@ struct AxisRow {
   Axis expected;
 };
 
+void PrintTo(AxisRow const& row, std::ostream* out) {
+  *out << row.lowest << " to " << row.highest << " in " << row.steps;
+}
+
 class RoundAxis : public testing::TestWithParam<AxisRow> {};
 
 TEST_P(RoundAxis, HoldsBothEndsInRoundSteps) {

@@ -16,6 +16,10 @@ struct LevelRow {
   char const* word;
 };
 
+void PrintTo(LevelRow const& row, std::ostream* out) {
+  *out << "Kp " << row.kp;
+}
+
 struct Levels : testing::TestWithParam<LevelRow> {};
 
 TEST_P(Levels, FollowTheScaleOfStorms) {

@@ -24,6 +24,11 @@ struct SentenceRow {
   char const* expected;
 };
 
+void PrintTo(SentenceRow const& row, std::ostream* out) {
+  *out << row.mm << " mm, " << row.chance << " %, " << row.from << " to " << row.until
+       << " h: " << row.expected;
+}
+
 class NextHours : public testing::TestWithParam<SentenceRow> {};
 
 TEST_P(NextHours, AreToldInOneSentence) {
@@ -219,6 +224,10 @@ struct SkyRow {
   char const* sun;
   bool hasArc;
 };
+
+void PrintTo(SkyRow const& row, std::ostream* out) {
+  *out << row.latitude << " degrees north, " << row.now;
+}
 
 class Sky : public testing::TestWithParam<SkyRow> {};
 

@@ -135,6 +135,10 @@ struct FrameRow {
   double aspect;
 };
 
+void PrintTo(FrameRow const& row, std::ostream* out) {
+  *out << row.radiusKm << " km around " << formatCoordinate(row.place);
+}
+
 struct Frames : testing::TestWithParam<FrameRow> {};
 
 TEST_P(Frames, HoldTheCircleWithRoomBesideIt) {

@@ -114,6 +114,10 @@ struct TypedRow {
   Asked asked;
 };
 
+void PrintTo(TypedRow const& row, std::ostream* out) {
+  *out << row.name;
+}
+
 struct TypedNumbers : SettingRows, testing::WithParamInterface<TypedRow> {};
 
 TEST_P(TypedNumbers, AreBoundedAndUnderstood) {

@@ -18,6 +18,10 @@ struct SunRow {
   double low, high;  // of the sun's way along the view
 };
 
+void PrintTo(SunRow const& row, std::ostream* out) {
+  *out << row.name;
+}
+
 class Sun : public testing::TestWithParam<SunRow> {};
 
 TEST_P(Sun, CrossesTheViewTowardsTheEquator) {

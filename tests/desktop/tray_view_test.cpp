@@ -18,6 +18,10 @@ struct SummaryRow {
   std::string summary;
 };
 
+void PrintTo(SummaryRow const& row, std::ostream* out) {
+  *out << row.name;
+}
+
 std::vector<SummaryRow> summaryRows() {
   WeatherState loading;
   loading.isLoading = true;
