@@ -1,8 +1,7 @@
+#include "base/json/simdjson_dom.h"
 #include "base/text/text.h"
 #include "regions/country_code.h"
 #include "regions/region_outline.h"
-
-#include <simdjson.h>
 
 #include <algorithm>
 #include <optional>

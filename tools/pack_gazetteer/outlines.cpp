@@ -1,6 +1,6 @@
 #include "outlines.h"
 
-#include <simdjson.h>
+#include "base/json/simdjson_dom.h"
 
 #include <algorithm>
 

@@ -1,9 +1,8 @@
 #include "towns.h"
 
+#include "base/json/simdjson_dom.h"
 #include "base/text/number.h"
 #include "base/text/text.h"
-
-#include <simdjson.h>
 
 #include <algorithm>
 #include <fstream>

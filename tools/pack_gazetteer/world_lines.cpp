@@ -1,6 +1,6 @@
 #include "world_lines.h"
 
-#include <simdjson.h>
+#include "base/json/simdjson_dom.h"
 
 #include <algorithm>
 #include <functional>

@@ -1,6 +1,6 @@
 #include "zone_rows.h"
 
-#include <simdjson.h>
+#include "base/json/simdjson_dom.h"
 
 #include <algorithm>
 #include <stdexcept>

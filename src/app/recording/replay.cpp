@@ -2,8 +2,7 @@
 
 #include "app/notices/silent_center.h"
 #include "base/files/file.h"
-
-#include <simdjson.h>
+#include "base/json/simdjson_dom.h"
 
 #include <algorithm>
 

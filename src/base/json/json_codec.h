@@ -6,9 +6,8 @@
 #pragma once
 
 #include "base/json/json.h"
+#include "base/json/simdjson_dom.h"
 #include "base/text/clean_text.h"
-
-#include <simdjson.h>
 
 #include <bitset>
 #include <limits>
@@ -16,6 +15,12 @@
 namespace nimbara::json_detail {
 
 namespace dom = simdjson::dom;
+
+constexpr std::size_t longest(std::span<std::string_view const> texts) {
+  std::size_t length = 0;
+  for (std::string_view const text : texts) length = std::max(length, text.size());
+  return length;
+}
 
 /// Where reading failed. Parts of the path are gathered from the inside outwards, only after a failure.
 struct Failure {
@@ -165,7 +170,7 @@ struct FieldTable {
         return std::array<Reader, size>{&readField<T, index>...};
       }(std::make_index_sequence<size>{});
 
-  static constexpr std::size_t kLongestKey = std::ranges::max(keys, {}, &std::string_view::size).size();
+  static constexpr std::size_t kLongestKey = longest(keys);
   static constexpr std::array<bool, kLongestKey + 1> hasKeyOfLength = [] {
     std::array<bool, kLongestKey + 1> lengths{};
     for (std::string_view const key : keys) lengths[key.size()] = true;

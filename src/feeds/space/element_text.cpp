@@ -1,11 +1,11 @@
 #include "feeds/space/element_text.h"
 
+#include "base/json/simdjson_dom.h"
 #include "base/text/number.h"
 #include "base/text/text.h"
 #include "base/time/instant.h"
 
 #include <fmt/format.h>
-#include <simdjson.h>
 
 #include <algorithm>
 #include <array>
