@@ -6,10 +6,8 @@
 #include "base/time/instant.h"
 #include "base/uuid.h"
 
-#include <algorithm>
 #include <optional>
 #include <string>
-#include <tuple>
 #include <vector>
 
 namespace nimbara {
@@ -107,10 +105,6 @@ inline constexpr auto jsonFields<WeatherAlert> = FieldList{
 
 /// Most severe first, of equal severity those of a stated level before those that are only taken for it, and
 /// those of the place itself before those that are only near; otherwise alerts keep their order.
-inline void sortMostSevereFirst(std::vector<WeatherAlert>& alerts) {
-  std::ranges::stable_sort(alerts, std::ranges::greater{}, [](WeatherAlert const& alert) {
-    return std::tuple(alert.severity, alert.levelStated.value_or(true), !alert.distanceKm);
-  });
-}
+void sortMostSevereFirst(std::vector<WeatherAlert>& alerts);
 
 }  // namespace nimbara

@@ -2,9 +2,9 @@
 // form of a source that a user can name is told in docs/lightning-source.md.
 #pragma once
 
-#include "base/geodesy.h"
 #include "base/json/json.h"
 #include "feeds/fetching/watched_feed.h"
+#include "feeds/storms/lightning_strike.h"
 
 #include <mutex>
 #include <stop_token>
@@ -13,13 +13,6 @@
 #include <vector>
 
 namespace nimbara {
-
-struct LightningStrike {
-  Instant time;
-  Coordinate coordinate;
-
-  bool operator==(LightningStrike const&) const = default;
-};
 
 class LightningSource {
  public:

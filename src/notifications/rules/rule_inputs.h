@@ -12,7 +12,7 @@
 #include "feeds/fires/fire_detection.h"
 #include "feeds/nws/nws_alert.h"
 #include "feeds/quakes/earthquake_event.h"
-#include "feeds/storms/lightning_source.h"
+#include "feeds/storms/lightning_strike.h"
 #include "feeds/storms/tropical_storm.h"
 #include "feeds/travel/travel_advisory.h"
 #include "model/present.h"
