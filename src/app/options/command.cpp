@@ -111,8 +111,19 @@ Option Command::flag(std::string const& name, bool& value, std::string const& ex
 
 Option Command::choice(std::string const& name, std::vector<std::pair<std::string, int>> const& words,
                        std::string const& explanation, std::function<void(int)> const& take) const {
-  CLI::Option* const option = app_->add_option_function<int>(name, take, explanation);
-  option->transform(CLI::CheckedTransformer(std::map<std::string, int>(words.begin(), words.end())));
+  auto const isWord = [](std::string const& text) {
+    return [&text](std::pair<std::string, int> const& word) { return word.first == text; };
+  };
+  auto const takeWord = [words, take, isWord](std::string const& text) {
+    take(std::ranges::find_if(words, isWord(text))->second);
+  };
+  CLI::Option* const option = app_->add_option_function<std::string>(name, takeWord, explanation);
+  option->check([words, isWord](std::string const& text) {
+    if (std::ranges::any_of(words, isWord(text))) return std::string();
+    std::string list;
+    for (auto const& [word, value] : words) list += (list.empty() ? "" : ", ") + word;
+    return "'" + oneLine(text) + "' is not one of " + list;
+  });
   return Option(option);
 }
 

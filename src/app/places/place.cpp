@@ -6,14 +6,34 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <vector>
 
 namespace nimbara {
 
 namespace {
 
+bool beginsLikeNumber(std::string_view text) {
+  return !text.empty() && std::string_view("+-.0123456789").find(text.front()) != std::string_view::npos;
+}
+
+/// "nan", "-inf": how programs write what is no number.
+bool isNoNumber(std::string_view text) {
+  if (text.starts_with('+') || text.starts_with('-')) text.remove_prefix(1);
+  std::string const word = asciiLowered(text);
+  return word == "nan" || word == "inf" || word == "infinity";
+}
+
+/// Two parts that are to be numbers, whether they are or not. "Nan, Thailand" and "Stuttgart, 70173" are not.
+bool isMeantAsCoordinate(std::vector<std::string_view> const& parts) {
+  auto const like = [](std::string_view part) {
+    return beginsLikeNumber(trimmed(part)) || isNoNumber(trimmed(part));
+  };
+  return parts.size() == 2 && like(parts[0]) && like(parts[1]);
+}
+
 /// A letter that no number is written with, or any letter where the text does not begin like a number.
 bool hasLetter(std::string_view text) {
-  bool const likeNumber = std::string_view("+-.0123456789").find(text.front()) != std::string_view::npos;
+  bool const likeNumber = beginsLikeNumber(text);
   return std::ranges::any_of(text, [likeNumber](char c) {
     auto const byte = static_cast<unsigned char>(c);
     bool const letter = byte >= 0x80 || (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z');
@@ -58,8 +78,9 @@ Result<std::variant<Coordinate, PlaceName>, std::string> parsePlace(std::string_
   auto const first = parseDouble(trimmed(parts[0]));
   auto const second = parts.size() == 2 ? parseDouble(trimmed(parts[1])) : std::nullopt;
   if (first && second) return checked({*first, *second}, text);
-  if (!text.empty() && isPostalCode(text)) return PlaceName{std::string(text)};
-  if (!text.empty() && !first && hasLetter(text)) return PlaceName{std::string(text)};
+  bool const isName = !text.empty() && !isMeantAsCoordinate(parts);
+  if (isName && isPostalCode(text)) return PlaceName{std::string(text)};
+  if (isName && !first && hasLetter(text)) return PlaceName{std::string(text)};
   return std::unexpected(quoted(text) + " is neither a coordinate like 52.52,13.41 nor a place's name");
 }
 
