@@ -4,6 +4,8 @@
 #include "app/places/place_search.h"
 #include "app/services/limited_http_client.h"
 #include "base/text/text.h"
+#include "base/words/time_words.h"
+#include "feeds/fetching/plain_problem.h"
 
 #include <variant>
 
@@ -51,13 +53,6 @@ DecorateHttp limited(RunContext::Departure const& departure, Clock const& clock)
   };
 }
 
-/// The error and what to do, without a full stop.
-std::string adviseOn(APIError const& error) {
-  std::string text = error.text();
-  if (text.ends_with('.')) text.pop_back();
-  return text + "; " + adviceFor(error);
-}
-
 }  // namespace
 
 RunContext::Departure ownServices(CommonOptions const& common, WeatherProviderOption provider) {
@@ -86,21 +81,26 @@ RunContext::RunContext(CommonOptions const& common, Session const& session, Cloc
       [this](auto provider, APIError const& error) { failures_.emplace_back(enumName(provider), error); });
 }
 
+/// Without a full stop.
+std::string RunContext::textOf(APIError const& error) const {
+  std::string text = error.text();
+  if (text.ends_with('.')) text.pop_back();
+  if (error.statusCode == 0 || !error.retryAfter) return text;
+  return text + "; next attempt: " + moment(clock_.now() + *error.retryAfter);
+}
+
 std::string RunContext::failedProviders() const {
   std::string list;
   for (auto const& [provider, error] : failures_) {
-    std::string text = error.text();
-    if (text.ends_with('.')) text.pop_back();
-    list += (list.empty() ? "" : ", ") + provider + " (" + text + ")";
+    list += (list.empty() ? "" : ", ") + provider + " (" + textOf(error) + ")";
   }
   return list;
 }
 
 std::string RunContext::note(ForecastAnswer const& answer) const {
   if (answer.failure) {
-    std::string const why = failures_.empty() ? answer.failure->text() : failedProviders();
-    return "could not fetch a newer forecast: " + why + "; showing the one fetched at " +
-           formatIso8601(answer.answeredAt);
+    std::string const why = failures_.empty() ? textOf(*answer.failure) : failedProviders();
+    return "could not fetch a newer forecast: " + why + "; showing the one from " + moment(answer.answeredAt);
   }
   if (failures_.empty() || !answer.provider) return {};
   return "no forecast from " + failedProviders() + "; this one is from " +
@@ -111,8 +111,22 @@ void RunContext::tell(std::string_view sentence) const {
   if (!sentence.empty()) session_.console.err("nimbara: " + oneLine(sentence, 1000) + "\n");
 }
 
+std::string RunContext::plain(std::string_view problem) const {
+  if (common_.verbose) return std::string(problem);
+  auto const [text, next] = plainProblem(problem);
+  return next ? text + "; next attempt: " + moment(*next) : text;
+}
+
+std::string RunContext::advised(std::string_view problem) const {
+  return plain(problem) + (plainProblem(problem).next ? "" : "; try again later");
+}
+
+std::string RunContext::moment(Instant when) const {
+  return TimeWords(texts(), wording_.fallback).moment(when, clock_.now());
+}
+
 std::string RunContext::sentenceOf(APIError const& error) const {
-  if (failures_.size() < 2) return adviseOn(error);
+  if (failures_.size() < 2) return textOf(error) + "; " + adviceFor(error);
   return "could not fetch a forecast: " + failedProviders() + "; " + adviceFor(error);
 }
 

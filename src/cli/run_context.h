@@ -41,8 +41,14 @@ class RunContext {
   /// What went wrong on the way to an answer that came all the same: providers that failed, data that are
   /// old. Empty when nothing did.
   std::string note(ForecastAnswer const& answer) const;
+  /// "10:20 AM", with the day where it is not today, by the machine's clock.
+  std::string moment(Instant when) const;
   /// One line on standard error; nothing for an empty sentence.
   void tell(std::string_view sentence) const;
+  /// A feed's sentence as people read it, with the machine's clock; whole with --verbose.
+  std::string plain(std::string_view problem) const;
+  /// The same, and what to do.
+  std::string advised(std::string_view problem) const;
   /// Why no forecast was available, with every provider that was asked, and what to do.
   std::string sentenceOf(APIError const& error) const;
 
@@ -53,6 +59,7 @@ class RunContext {
   std::string const& servicesBase() const { return app_.services().standIn(); }
 
  private:
+  std::string textOf(APIError const& error) const;
   std::string failedProviders() const;
 
   CommonOptions const& common_;

@@ -2,6 +2,7 @@
 
 #include "base/text/text.h"
 #include "feeds/fetching/feed_exchange.h"
+#include "feeds/fetching/plain_problem.h"
 #include "feeds/quakes/earthquake_event.h"
 #include "feeds/space/element_text.h"
 #include "platform/network_reach.h"
@@ -44,7 +45,7 @@ Result<FeedBody, std::string> RelayFeedSource::get(FeedKey const& key, std::stop
     std::lock_guard const lock(mutex_);
     auto const resting = notBefore_.find(key);
     if (resting != notBefore_.end() && clock_.now() < resting->second) {
-      return std::unexpected("the server is not asked again until " + formatIso8601(resting->second));
+      return std::unexpected(withNextRequest("the service failed a short while ago", resting->second));
     }
   }
   return ask(key, stop);

@@ -5,6 +5,7 @@
 #include "base/files/private_folders.h"
 #include "base/json/json_codec.h"
 #include "feeds/fetching/feed_exchange.h"
+#include "feeds/fetching/plain_problem.h"
 #include "platform/network_reach.h"
 
 namespace nimbara {
@@ -124,7 +125,7 @@ SourceFeeds::Reading SourceFeeds::readingOf(State const& state) const {
   if (state.kept && state.question.problem.empty()) return {state.kept, {}};
   auto const next = state.question.askedAt + std::chrono::seconds(state.question.pauseSeconds);
   std::string problem = state.question.problem.empty() ? "no response yet" : state.question.problem;
-  if (next > clock_.now()) problem += "; next attempt from " + formatIso8601(next);
+  if (next > clock_.now()) problem = withNextRequest(std::move(problem), next);
   return {state.kept, std::move(problem)};
 }
 

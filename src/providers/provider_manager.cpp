@@ -34,8 +34,7 @@ std::optional<APIError> blockInForce(ProviderRecord const& record, Instant now) 
   bool const isInForce =
       record.blockedUntil && now < *record.blockedUntil && *record.blockedUntil - now <= kLongestBlock;
   if (!isInForce) return std::nullopt;
-  APIError error =
-      APIError::http(kTooManyRequests, "no more requests before " + formatIso8601(*record.blockedUntil));
+  APIError error = APIError::http(kTooManyRequests, "it asked for a pause");
   error.retryAfter = std::chrono::ceil<std::chrono::seconds>(*record.blockedUntil - now);
   return error;
 }

@@ -197,10 +197,25 @@ TEST_F(SatelliteCommands, OldElementsServeWithoutTheServer) {
   EXPECT_TRUE(run({"satellites", "info", "HST"}, "2026-11-21T15:19:59Z").err.empty());
   CliRun const old = run({"satellites", "info", "HST"}, "2026-11-21T15:20:00Z");
   EXPECT_EQ(old.exitCode, 0);
-  EXPECT_THAT(old.err, HasSubstr("using the orbits from 2026-11-21T09:20:00Z"));
+  EXPECT_THAT(old.err, HasSubstr("using the orbits from 9:20 AM\n"));
   CliRun const none = run({"satellites", "list", "--group", "galileo"});
   EXPECT_EQ(none.exitCode, exitCode::kUnavailable);
   EXPECT_THAT(none.err, HasSubstr("the satellites of the group galileo could not be fetched"));
+}
+
+TEST_F(SatelliteCommands, EachFailedGroupHasOneLine) {
+  ASSERT_EQ(run({"satellites", "list", "--group", "stations"}).exitCode, 0);
+  server.reset();
+  base = "http://127.0.0.1:1";
+  auto const lines = [](std::string const& text) { return std::ranges::count(text, '\n'); };
+  CliRun const some = run({"satellites", "list"});
+  EXPECT_EQ(some.exitCode, 0);
+  EXPECT_EQ(lines(some.err), std::ssize(SatelliteCatalog::groups()) - 1) << some.err;
+  std::filesystem::remove_all(environment().cacheDirectory);
+  CliRun const none = run({"satellites", "list"});
+  EXPECT_EQ(none.exitCode, exitCode::kUnavailable);
+  EXPECT_EQ(none.out, "");
+  EXPECT_EQ(lines(none.err), std::ssize(SatelliteCatalog::groups())) << none.err;
 }
 
 TEST(SatelliteMap, PutsSatellitesWhereTheyAre) {

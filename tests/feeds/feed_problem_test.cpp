@@ -1,5 +1,8 @@
 #include "feeds/fetching/feed_problem.h"
 
+#include "feeds/fetching/plain_problem.h"
+#include "support/instants.h"
+
 #include <gtest/gtest.h>
 
 namespace nimbara {
@@ -39,6 +42,36 @@ TEST(FeedProblem, IsSaidInTheUsersLanguage) {
     EXPECT_EQ(problemText(row.sentence, english), row.english) << row.sentence;
     EXPECT_EQ(problemText(row.sentence, portuguese), row.portuguese) << row.sentence;
   }
+}
+
+TEST(FeedProblem, IsPlainWithoutAParsersWords) {
+  struct PlainRow {
+    std::string sentence, text;
+    std::optional<Instant> next;
+  };
+  constexpr char kUnreadable[] =
+      "the response is not a valid list of alerts (it is not JSON (TAPE_ERROR: improper structure))";
+  Instant const next = test::at("2026-11-21T11:20:00Z");
+  for (PlainRow const& row : {
+           PlainRow{kUnreadable, "the response could not be read", {}},
+           {feedProblem("the K index", kUnreadable),
+            "the K index could not be fetched: the response could not be read",
+            {}},
+           {statusProblem(503), "the service returned status 503", {}},
+           {networkProblem({Kind::unresolvedHost, "could not resolve host example.org"}),
+            "the network cannot be reached (could not resolve host example.org)",
+            {}},
+           {withNextRequest(statusProblem(403), next - std::chrono::milliseconds(400)),
+            "the service returned status 403", next},
+           {feedProblem("the satellites", withNextRequest(kUnreadable, next)),
+            "the satellites could not be fetched: the response could not be read", next},
+           {"", "", {}},
+       }) {
+    PlainProblem const plain = plainProblem(row.sentence);
+    EXPECT_EQ(plain.text, row.text);
+    EXPECT_EQ(plain.next, row.next) << row.sentence;
+  }
+  EXPECT_EQ(problemText(withNextRequest("no response yet", next), Texts::load("en")), "no response yet");
 }
 
 TEST(FeedProblem, KeepsWhatTheTransportSaid) {

@@ -28,7 +28,7 @@ int runKp(CommandLine const& line, Session const& session) {
   if (line.feeds.json) session.console.out(jsonOf(kp));
   if (!kp) {
     return session.fail(exitCode::kUnavailable,
-                        "the K index could not be fetched: " + service.problem() + "; try again later");
+                        "the K index could not be fetched: " + context.advised(service.problem()));
   }
   if (!line.feeds.json) session.console.out(context.texts().format("kp.value", fixedDecimal(*kp, 2)) + "\n");
   return exitCode::kComplete;

@@ -65,11 +65,11 @@ int runQuakes(CommandLine const& line, Session const& session) {
   if (session.stop.stop_requested()) return session.fail(exitCode::kInterrupted, "interrupted");
   if (!problem.empty() && all.empty()) {
     return session.fail(exitCode::kUnavailable,
-                        "the earthquakes could not be fetched: " + problem + "; try again later");
+                        "the earthquakes could not be fetched: " + context.advised(problem));
   }
   if (!problem.empty()) {
-    session.console.err("nimbara: could not fetch a newer earthquake list: " + oneLine(problem) +
-                        "; showing the last known one\n");
+    session.console.err("nimbara: could not fetch a newer earthquake list: " +
+                        oneLine(context.plain(problem)) + "; showing the last known one\n");
   }
   auto const events = chosen(all, options, centre);
   session.console.out(options.json ? encodeJson(events) + "\n"

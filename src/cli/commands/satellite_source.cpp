@@ -69,10 +69,10 @@ SatelliteSource::SatelliteSource(CommandLine const& line, Session const& session
 
 Outcome<SatelliteGroupLoad> SatelliteSource::load(SatelliteCatalog::Group const& group) {
   auto loaded = feed_.load(group, session_.stop);
-  if (!loaded)
-    return std::unexpected(Failure{exitCode::kUnavailable, loaded.error() + "; try again later", {}});
+  if (!loaded) return std::unexpected(Failure{exitCode::kUnavailable, context_.advised(loaded.error()), {}});
   if (loaded->source == SatelliteGroupLoad::Source::staleFile) {
-    context_.tell(loaded->failure + "; using the orbits from " + formatIso8601(loaded->fetched));
+    context_.tell(context_.plain(loaded->failure) + "; using the orbits from " +
+                  context_.moment(loaded->fetched));
   }
   if (loaded->parsed.dropped > 0) {
     context_.tell(std::to_string(loaded->parsed.dropped) + " records of the group " + std::string(group.id) +
@@ -91,13 +91,15 @@ Outcome<std::vector<SatelliteGroupLoad>> SatelliteSource::load(std::vector<std::
     auto loaded = load(group);
     if (loaded) {
       loads.push_back(std::move(*loaded));
-    } else {
-      failure = loaded.error();
-      if (session_.stop.stop_requested()) break;
-      if (groups->size() > 1) context_.tell(failure->sentence);
+      continue;
     }
+    // The last failure may be the command's own, which says it.
+    if (failure) context_.tell(failure->sentence);
+    failure = loaded.error();
+    if (session_.stop.stop_requested()) break;
   }
   if (loads.empty() && failure) return std::unexpected(*failure);
+  if (failure) context_.tell(failure->sentence);
   return loads;
 }
 

@@ -1,6 +1,7 @@
 #include "feeds/fetching/feed_problem.h"
 
 #include "base/text/number.h"
+#include "feeds/fetching/plain_problem.h"
 
 #include <algorithm>
 #include <array>
@@ -26,7 +27,6 @@ constexpr std::array kBeginnings =
 
 constexpr std::string_view kStatus = "the service returned status ";
 constexpr std::string_view kNotFetched = " could not be fetched: ";
-constexpr std::string_view kUnreadable = "response is not a valid ";
 constexpr int kTooManyRequests = 429;
 
 std::string_view upTo(std::string_view text, char end) {
@@ -70,7 +70,7 @@ std::string problemText(std::string_view sentence, Texts const& texts) {
     return std::string(texts.text("failure.unreadable"));
   auto const status =
       sentence.starts_with(kStatus) ? parseInteger(upTo(sentence.substr(kStatus.size()), ';')) : std::nullopt;
-  return status ? statusText(*status, texts) : std::string(sentence);
+  return status ? statusText(*status, texts) : std::string(sentence.substr(0, sentence.find(kAskedAgain)));
 }
 
 }  // namespace nimbara
