@@ -43,6 +43,66 @@ TEST_F(FeedCommands, PrintTheKIndex) {
   EXPECT_THAT(failed.err, StartsWith("nimbara: the K index could not be fetched"));
 }
 
+TEST_F(FeedCommands, TellOfAnUnreadableAnswerWithoutAParsersWords) {
+  struct Row {
+    std::vector<std::string> arguments;
+    DemoService service;
+  };
+  for (Row const& row : {Row{{"kp"}, DemoService::swpc}, Row{{"nws", "39.74,-104.98"}, DemoService::nws},
+                         Row{{"quakes"}, DemoService::usgs},
+                         Row{{"alerts", "52.52,13.41", "--source", "meteoalarm"}, DemoService::meteoAlarm},
+                         Row{{"satellites", "list", "--group", "galileo"}, DemoService::celestrak}}) {
+    std::vector<DemoFault> const garbage{{row.service, DemoFault::Kind::garbage}};
+    CliRun const plain = run(row.arguments, garbage);
+    EXPECT_EQ(plain.exitCode, exitCode::kUnavailable);
+    EXPECT_THAT(plain.err, HasSubstr("the response could not be read"));
+    EXPECT_THAT(plain.err, Not(HasSubstr("(")));
+    auto verbose = row.arguments;
+    verbose.emplace_back("--verbose");
+    EXPECT_THAT(run(verbose, garbage).err, HasSubstr("not a valid ")) << row.arguments.front();
+  }
+}
+
+TEST_F(FeedCommands, AnswerWithOneWhereWarningsCouldNotBeChecked) {
+  std::vector<std::string> const arguments{"alerts", "52.52,13.41", "--source", "meteoalarm"};
+  CliRun const known = run(arguments);
+  EXPECT_EQ(known.exitCode, 0) << known.err;
+  std::vector<DemoFault> const down{{DemoService::meteoAlarm, DemoFault::Kind::status500}};
+  CliRun const kept = run(arguments, down, "2026-11-21T09:30:00Z");
+  EXPECT_EQ(kept.exitCode, exitCode::kUnavailable) << "what is kept is not the answer";
+  EXPECT_THAT(kept.out, HasSubstr("could not be checked since"));
+  EXPECT_EQ(kept.err,
+            "nimbara: the warnings of MeteoAlarm could not be checked: the service returned status 500\n");
+}
+
+TEST_F(FeedCommands, RefuseCoordinatesThatAreNone) {
+  for (std::vector<std::string> const& command :
+       {std::vector<std::string>{"forecast"},
+        {"alerts"},
+        {"coverage"},
+        {"nws"},
+        {"quakes", "--near"},
+        {"notify", "--dry-run"},
+        {"line"},
+        {"waybar"},
+        {"satellites", "passes"},
+        {"regions", "show"},
+        {"places", "add"},
+        {"rules", "add", "--title", "Rain", "--type", "uvIndex", "--operator", "above", "--threshold", "3",
+         "--immediately", "--place"}}) {
+    for (std::string const coordinate :
+         {"nan,nan", "NaN,13", "52,inf", "0,-inf", "1e999,0", "91,0", "0,180.5", "52.5x,13.4"}) {
+      auto arguments = command;
+      arguments.push_back(coordinate);
+      CliRun const refused = test::run(arguments, environment_);
+      EXPECT_EQ(refused.exitCode, exitCode::kUsage) << command.front() << " " << refused.err;
+      EXPECT_THAT(refused.err, HasSubstr("'" + coordinate + "'")) << command.front();
+      EXPECT_EQ(std::ranges::count(refused.err, '\n'), 1) << refused.err;
+      EXPECT_EQ(refused.out, "");
+    }
+  }
+}
+
 TEST_F(FeedCommands, PrintEarthquakes) {
   CliRun const all = run({"quakes", "--json"});
   EXPECT_EQ(all.exitCode, 0);

@@ -88,6 +88,24 @@ TEST_F(NotifyCommandTest, NamesTheOffendingWord) {
   auto const wrong = run({"notify", "--deliver", "pigeon"});
   EXPECT_EQ(wrong.exitCode, 2);
   EXPECT_THAT(wrong.err, HasSubstr("pigeon"));
+  EXPECT_THAT(wrong.err, HasSubstr("desktop"));
+  EXPECT_THAT(wrong.err, HasSubstr("print"));
+}
+
+TEST_F(NotifyCommandTest, TakesWhatNobodyHasSetUpForNoFailure) {
+  auto const whole = run({"notify", "--dry-run"});
+  EXPECT_EQ(whole.exitCode, 0);
+  EXPECT_EQ(whole.err, "");
+}
+
+TEST_F(NotifyCommandTest, EndsWithOneWhereAFeedFailed) {
+  server = *DemoServer::start(clock, {{DemoService::travelAdvisories, DemoFault::Kind::garbage}});
+  base = server->baseUrl();
+  auto const failed = run({"notify", "--dry-run", "--json"});
+  EXPECT_EQ(failed.exitCode, 1);
+  EXPECT_THAT(failed.out, HasSubstr("morning_summary")) << "the rest is sent";
+  EXPECT_EQ(failed.err,
+            "nimbara: the travel advisories could not be fetched: the response could not be read\n");
 }
 
 TEST_F(NotifyCommandTest, NoNetworkSilencesWhatNeedsIt) {

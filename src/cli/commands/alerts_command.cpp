@@ -66,14 +66,10 @@ class AlertsRun {
     if (!official_) return;
     GovAlerts& official = *official_;
     for (GovSourceState const& state : official.sources) {
-      // What was never checked is not known to be empty.
-      if (state.checkedAt && state.failedSince && options_.json) {
-        context_.tell("the warnings of " + warningServiceName(state.name) +
-                      " could not be checked: " + state.problem);
-      }
-      if (!state.checkedAt)
-        missing_.push_back("the warnings of " + warningServiceName(state.name) +
-                           " could not be checked: " + state.problem);
+      // What is kept of an earlier check, and shown, is not the answer.
+      if (state.checkedAt && !state.failedSince) continue;
+      missing_.push_back("the warnings of " + warningServiceName(state.name) +
+                         " could not be checked: " + context_.plain(state.problem));
     }
     coverage_ = coverageOf(official, officialPlace_.countryCode);
     std::ranges::move(official.alerts, std::back_inserter(alerts_));
@@ -124,7 +120,7 @@ class AlertsRun {
   std::optional<GovAlerts> official_;
   std::vector<WeatherAlert> alerts_;
   std::vector<SourceCoverage> coverage_;  ///< of the official sources, where they were asked for
-  std::vector<std::string> missing_;      ///< sources that was not available, a sentence each
+  std::vector<std::string> missing_;      ///< sources that gave no answer now, a sentence each
 };
 
 }  // namespace

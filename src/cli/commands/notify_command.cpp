@@ -10,6 +10,7 @@
 #include "cli/run_context.h"
 #include "cli/stated_place.h"
 #include "cli/terminal.h"
+#include "feeds/fetching/feed_problem.h"
 #include "gazetteer/gazetteer.h"
 #include "notifications/engine/notification_manager.h"
 #include "notifications/engine/notification_state.h"
@@ -109,6 +110,7 @@ class NotifyRun {
          Waiting::sideBySide});
     PassInputs pass = inputs.gather(places_, needed, *session_.settings, rules_, stop);
     pass.isPartial = !options_.place.empty();
+    for (RuleInputs const& place : pass.places) noteFailedFeeds(place);
     return pass;
   }
 
@@ -126,7 +128,8 @@ class NotifyRun {
   int tell(PassReport const& report) {
     for (std::string const& problem : report.problems) tellOnce(problem);
     if (recording_ != nullptr) context_.tell(recording_->problem());
-    tellFailedFeeds(report.plan);
+    for (Decision const& decision : report.plan.decisions) noteFailedFeed(decision.note);
+    for (std::string const& problem : failedFeeds_) tellOnce(context_.plain(problem));
     session_.console.out(rendered(report.plan));
     if (report.end == PassReport::End::denied) {
       return session_.fail(exitCode::kUnavailable,
@@ -137,14 +140,20 @@ class NotifyRun {
     }
     bool const wasRefused =
         std::ranges::count(report.plan.decisions, RuleOutcome::refused, &Decision::outcome);
-    return lacksForecast_ || wasRefused ? exitCode::kUnavailable : exitCode::kComplete;
+    bool const isWhole = !lacksForecast_ && failedFeeds_.empty() && !wasRefused;
+    return isWhole ? exitCode::kComplete : exitCode::kUnavailable;
   }
 
-  void tellFailedFeeds(PassPlan const& plan) {
-    for (Decision const& decision : plan.decisions) {
-      bool const isProblem = decision.outcome == RuleOutcome::unknown && decision.note.contains(' ');
-      if (isProblem) tellOnce(decision.note);
+  void noteFailedFeeds(RuleInputs const& place) {
+    for (std::size_t i = 0; i < enumNames<RuleInput>.size(); ++i) {
+      noteFailedFeed(place.problemOf({static_cast<RuleInput>(i)}));
     }
+  }
+
+  /// Not those that nobody has set up.
+  void noteFailedFeed(std::string const& problem) {
+    bool const isKnown = std::ranges::find(failedFeeds_, problem) != failedFeeds_.end();
+    if (feedProblemIn(problem) && !isKnown) failedFeeds_.push_back(problem);
   }
 
   /// However many rules or places it silences.
@@ -195,7 +204,8 @@ class NotifyRun {
   std::vector<WatchedPlace> places_;
   std::vector<CustomNotification> rules_;
   bool lacksForecast_ = false;
-  std::set<std::string> told_;  ///< problems
+  std::vector<std::string> failedFeeds_;  ///< a sentence each, in the order of the feeds
+  std::set<std::string> told_;            ///< problems
 };
 
 }  // namespace
