@@ -7,12 +7,21 @@ namespace {
 constexpr char kPlace[] = "LAT,LON in decimal degrees, a saved place's name, or a name to search for";
 constexpr char kJson[] = "One JSON document instead of text";
 
+std::string providerList() {
+  std::string list;
+  auto const& names = enumNames<WeatherProviderOption>;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    if (i > 0) list += i + 1 == names.size() ? " or " : ", ";
+    list += names[i];
+  }
+  return list;
+}
+
 void defineForecast(Command app, CommandLine& line, RawOptions& raw) {
   Command const command = app.command("forecast", "The seven-day forecast for a place");
   ForecastOptions& options = line.forecast;
   command.option("PLACE", options.place, kPlace);
-  command.option("--provider", raw.provider, "automatic, appleWeather, openMeteo, yrNo or wttrIn")
-      .called("NAME");
+  command.option("--provider", raw.provider, providerList()).called("NAME");
   command.flag("--no-cache", options.noCache, "Fetch a new forecast even if a recent one is cached");
   command.flag("--json", options.json, kJson);
   command.flag("--raw", options.raw, "The provider's response as the interchange record, in JSON");
