@@ -2,6 +2,7 @@
 #include "demo/demo_server.h"
 #include "feeds/space/element_text.h"
 #include "globe/propagation/sat_rec.h"
+#include "globe/satellite_catalog.h"
 #include "support/demo_session.h"
 #include "support/element_table.h"
 #include "support/instants.h"
