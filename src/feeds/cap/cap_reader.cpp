@@ -4,17 +4,13 @@
 #include "base/text/text.h"
 #include "feeds/cap/cap_json.h"
 #include "feeds/cap/cap_text.h"
-
-#include <expat.h>
+#include "feeds/fetching/xml_reader.h"
 
 #include <array>
-#include <memory>
 
 namespace nimbara {
 
 namespace {
-
-constexpr std::size_t kDeepest = 64;
 
 /// What an open element is to the reader.
 enum class Block { alert, info, area, parameter, eventCode, geocode, leaf, ignored };
@@ -92,20 +88,19 @@ bool storeText(Record& record, std::array<TextField<Record>, count> const& field
   return true;
 }
 
-std::string_view withoutPrefix(std::string_view name) {
-  return name.substr(name.find(':') + 1);
-}
-
-/// What the parser's callbacks work on.
-class MessageReader {
+class MessageReader final : XmlReader {
  public:
-  explicit MessageReader(XML_Parser parser) : parser_(parser) {}
+  Result<CapAlert, std::string> message(std::string_view body) {
+    if (auto const done = read(body); !done) return std::unexpected(done.error());
+    return std::move(alert_);
+  }
 
-  void begin(std::string_view fullName) {
-    std::string_view const name = withoutPrefix(fullName);
-    if (blocks_.size() >= kDeepest) return refuse("its elements are nested too deeply");
+ private:
+  void begin(std::string_view name, XmlAttributes const&) override {
     if (blocks_.empty() && name != "alert") return refuse("it is not an alert");
     Block const block = blocks_.empty() ? Block::alert : blockOf(blocks_.back(), name);
+    bool const isPart = block != Block::leaf && block != Block::ignored;
+    if (isPart && ++parts_ > kMostCapParts) return refuse("it has too many parts");
     blocks_.push_back(block);
     text_.clear();
     if (block == Block::info) alert_.infos.emplace_back();
@@ -113,27 +108,18 @@ class MessageReader {
     if (isPair(block)) pair_ = {};
   }
 
-  void characters(std::string_view text) {
+  void characters(std::string_view text) override {
     if (!blocks_.empty() && blocks_.back() == Block::leaf) text_.append(text);
   }
 
-  void end(std::string_view fullName) {
+  void end(std::string_view name) override {
     Block const block = blocks_.back();
     blocks_.pop_back();
-    if (block == Block::leaf) store(blocks_.back(), withoutPrefix(fullName));
+    if (block == Block::leaf) store(blocks_.back(), name);
     if (isPair(block)) storePair(block);
     text_.clear();
   }
 
-  void refuse(char const* reason) {
-    if (!refusal_) refusal_ = reason;
-    XML_StopParser(parser_, XML_FALSE);
-  }
-
-  std::optional<std::string> const& refusal() const { return refusal_; }
-  CapAlert take() { return std::move(alert_); }
-
- private:
   void store(Block parent, std::string_view name) {
     if (parent == Block::alert) return storeInAlert(name);
     if (parent == Block::info) return storeInInfo(alert_.infos.back(), name);
@@ -180,54 +166,20 @@ class MessageReader {
     values.push_back(std::move(pair_));
   }
 
-  XML_Parser parser_;
-  std::optional<std::string> refusal_;
   CapAlert alert_;
   std::vector<Block> blocks_;
   std::string text_;
   CapValue pair_;
   std::size_t points_ = 0;
+  std::size_t parts_ = 0;
 };
-
-MessageReader& reader(void* data) {
-  return *static_cast<MessageReader*>(data);
-}
-
-void onBegin(void* data, XML_Char const* name, XML_Char const**) {
-  reader(data).begin(name);
-}
-
-void onEnd(void* data, XML_Char const* name) {
-  reader(data).end(name);
-}
-
-void onCharacters(void* data, XML_Char const* text, int size) {
-  reader(data).characters({text, static_cast<std::size_t>(size)});
-}
-
-void onEntity(void* data, XML_Char const*, int, XML_Char const*, int, XML_Char const*, XML_Char const*,
-              XML_Char const*, XML_Char const*) {
-  reader(data).refuse("it declares entities");
-}
-
-using ParserHandle = std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)>;
 
 }  // namespace
 
 Result<CapAlert, std::string> parseCap(std::string_view body) {
   if (body.size() > kLongestCapMessage) return std::unexpected("it is too long");
   if (trimmed(body).starts_with('{')) return parseCapJson(body);
-  ParserHandle const parser(XML_ParserCreate(nullptr), &XML_ParserFree);
-  MessageReader message(parser.get());
-  XML_SetUserData(parser.get(), &message);
-  XML_SetElementHandler(parser.get(), &onBegin, &onEnd);
-  XML_SetCharacterDataHandler(parser.get(), &onCharacters);
-  XML_SetEntityDeclHandler(parser.get(), &onEntity);
-  auto const status = XML_Parse(parser.get(), body.data(), static_cast<int>(body.size()), XML_TRUE);
-  if (message.refusal()) return std::unexpected(*message.refusal());
-  if (status == XML_STATUS_OK) return message.take();
-  return std::unexpected("line " + std::to_string(XML_GetCurrentLineNumber(parser.get())) + ": " +
-                         XML_ErrorString(XML_GetErrorCode(parser.get())));
+  return MessageReader().message(body);
 }
 
 }  // namespace nimbara

@@ -1,20 +1,15 @@
 #include "feeds/meteoalarm/meteo_alarm_atom_parser.h"
 
 #include "base/text/text.h"
-
-#include <expat.h>
+#include "feeds/fetching/xml_reader.h"
 
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <limits>
-#include <memory>
 
 namespace nimbara {
 
 namespace {
-
-constexpr int kDeepest = 64;
 
 enum class Element {
   entry,
@@ -65,12 +60,8 @@ constexpr std::array kElements = std::to_array<NamedElement>({
     {"link", Element::link},
 });
 
-std::string_view withoutPrefix(std::string_view name) {
-  return name.substr(name.find(':') + 1);
-}
-
 Element elementOf(std::string_view name) {
-  auto const* const found = std::ranges::find(kElements, withoutPrefix(name), &NamedElement::name);
+  auto const* const found = std::ranges::find(kElements, name, &NamedElement::name);
   return found == kElements.end() ? Element::other : found->element;
 }
 
@@ -78,44 +69,36 @@ void addOnce(std::vector<RegionCode>& codes, RegionCode code) {
   if (std::ranges::find(codes, code) == codes.end()) codes.push_back(std::move(code));
 }
 
-/// What the parser's callbacks work on.
-class FeedReader {
+class FeedReader final : XmlReader {
  public:
-  FeedReader(XML_Parser parser, std::vector<RawEntry>& entries) : parser_(parser), entries_(entries) {}
+  explicit FeedReader(std::vector<RawEntry>& entries) : entries_(entries) {}
 
-  void begin(std::string_view name, XML_Char const** attributes) {
-    if (++depth_ > kDeepest) return refuse("its elements are nested too deeply");
-    if (depth_ == 1 && withoutPrefix(name) != "feed") return refuse("it is not a feed");
+  using XmlReader::read;
+
+ private:
+  void begin(std::string_view name, XmlAttributes const& attributes) override {
+    if (depth() == 1 && name != "feed") return refuse("it is not a feed");
     Element const element = elementOf(name);
     if (!inEntry_) {
       if (element == Element::entry) beginEntry();
       return;
     }
-    if (element == Element::author && authorDepth_ == 0) authorDepth_ = depth_;
+    if (element == Element::author && authorDepth_ == 0) authorDepth_ = depth();
     if (element == Element::link) readLink(attributes);
     text_.clear();
   }
 
-  void characters(std::string_view text) {
+  void characters(std::string_view text) override {
     if (inEntry_ && authorDepth_ == 0) text_.append(text);
   }
 
-  void end(std::string_view name) {
+  void end(std::string_view name) override {
     if (inEntry_) endWithin(elementOf(name));
-    --depth_;
   }
 
-  void refuse(char const* reason) {
-    if (!refusal_) refusal_ = reason;
-    XML_StopParser(parser_, XML_FALSE);
-  }
-
-  std::optional<std::string> const& refusal() const { return refusal_; }
-
- private:
   void beginEntry() {
     inEntry_ = true;
-    entryDepth_ = depth_;
+    entryDepth_ = depth();
     authorDepth_ = 0;
     current_ = {};
     pendingRegistry_.clear();
@@ -123,12 +106,12 @@ class FeedReader {
   }
 
   void endWithin(Element element) {
-    if (depth_ == entryDepth_) {
+    if (depth() == entryDepth_) {
       entries_.push_back(std::move(current_));
       inEntry_ = false;
     } else if (authorDepth_ == 0) {
       store(element, trimmed(text_));
-    } else if (depth_ == authorDepth_) {
+    } else if (depth() == authorDepth_) {
       authorDepth_ = 0;
     }
     text_.clear();
@@ -205,77 +188,31 @@ class FeedReader {
 
   /// Besides the message, entries link to their region's page, whose address has the region's code also where
   /// the entry itself gives that of another registry.
-  void readLink(XML_Char const** attributes) {
-    std::string_view href;
-    std::string_view type;
-    for (; attributes[0] != nullptr; attributes += 2) {
-      if (std::string_view(attributes[0]) == "href") href = attributes[1];
-      if (std::string_view(attributes[0]) == "type") type = attributes[1];
-    }
+  void readLink(XmlAttributes const& attributes) {
+    std::string_view const href = attributes.value("href");
     constexpr std::string_view kRegionPage = "?geocode=EMMA_ID:";
-    if (type == "application/cap+xml") return assign(current_.link, href);
+    if (attributes.value("type") == "application/cap+xml") return assign(current_.link, href);
     if (auto const found = href.find(kRegionPage); found != std::string_view::npos) {
       std::string_view const code = href.substr(found + kRegionPage.size());
       if (!code.empty()) addOnce(current_.otherCodes, {std::string(kEmmaRegistry), std::string(code)});
     }
   }
 
-  XML_Parser parser_;
   std::vector<RawEntry>& entries_;
-  std::optional<std::string> refusal_;
   RawEntry current_;
   std::string text_;
   std::string pendingRegistry_;
   bool inEntry_ = false;
-  int depth_ = 0;
   int entryDepth_ = 0;
   int authorDepth_ = 0;
 };
-
-FeedReader& reader(void* data) {
-  return *static_cast<FeedReader*>(data);
-}
-
-void onBegin(void* data, XML_Char const* name, XML_Char const** attributes) {
-  reader(data).begin(name, attributes);
-}
-
-void onEnd(void* data, XML_Char const* name) {
-  reader(data).end(name);
-}
-
-void onCharacters(void* data, XML_Char const* text, int size) {
-  reader(data).characters({text, static_cast<std::size_t>(size)});
-}
-
-void onEntity(void* data, XML_Char const*, int, XML_Char const*, int, XML_Char const*, XML_Char const*,
-              XML_Char const*, XML_Char const*) {
-  reader(data).refuse("it declares entities");
-}
-
-using ParserHandle = std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)>;
-
-std::string describe(XML_Parser parser) {
-  return "line " + std::to_string(XML_GetCurrentLineNumber(parser)) + ": " +
-         XML_ErrorString(XML_GetErrorCode(parser));
-}
 
 }  // namespace
 
 Result<void, std::string> MeteoAlarmAtomParser::parse(std::string_view body) {
   entries_.clear();
-  if (body.size() > std::size_t{std::numeric_limits<int>::max()}) {
-    return std::unexpected("the feed is too long");
-  }
-  ParserHandle const parser(XML_ParserCreate(nullptr), &XML_ParserFree);
-  FeedReader feed(parser.get(), entries_);
-  XML_SetUserData(parser.get(), &feed);
-  XML_SetElementHandler(parser.get(), &onBegin, &onEnd);
-  XML_SetCharacterDataHandler(parser.get(), &onCharacters);
-  XML_SetEntityDeclHandler(parser.get(), &onEntity);
-  if (XML_Parse(parser.get(), body.data(), static_cast<int>(body.size()), XML_TRUE) == XML_STATUS_OK)
-    return {};
-  return std::unexpected("the feed cannot be read: " + feed.refusal().value_or(describe(parser.get())));
+  auto const done = FeedReader(entries_).read(body);
+  return done ? done : std::unexpected("the feed cannot be read: " + done.error());
 }
 
 }  // namespace nimbara
