@@ -20,6 +20,7 @@ using test::at;
 using test::AtomEntry;
 using test::atomFeed;
 using testing::Contains;
+using testing::ElementsAre;
 using testing::Key;
 using testing::Not;
 using testing::Pair;
@@ -324,8 +325,11 @@ TEST_F(MeteoAlarmServiceTest, ListsApartWhatNobodyCanPlace) {
   drawn.more += "<cap:polygon>10,10 11,10 11,11</cap:polygon>";
   AtomEntry ended = entryIn("DE902", "Ended");
   ended.expires = "2026-11-21T11:00:00Z";
+  AtomEntry inOtherWords = entryIn("DE903", "Verloren");
+  AtomEntry graver = entryIn("DE903", "Lost");
+  graver.severity = "Extreme";
   std::string const body = atomFeed({entryIn("DE001"), entryIn("DE002", "Hills"), entryIn("DE900", "Nowhere"),
-                                     entryIn("DE903", "Lost"), drawn, ended});
+                                     graver, inOtherWords, drawn, ended});
   auto const isKnown = [](std::string_view country, RawEntry const& entry) {
     EXPECT_EQ(country, "DE");
     return entry.otherCodes.front().code < "DE900";
@@ -335,12 +339,18 @@ TEST_F(MeteoAlarmServiceTest, ListsApartWhatNobodyCanPlace) {
   MeteoAlarmAnswer const answer = placing.fetch(kHere, "DE", PlaceRegions{"DE", {}, {{"EMMA_ID", "DE001"}}});
   ASSERT_EQ(answer.alerts.size(), 1U);
   EXPECT_EQ(answer.alerts[0].areaDesc, "Coast");
-  ASSERT_EQ(answer.unplaced.size(), 1U);
-  EXPECT_EQ(answer.unplaced[0].areaDesc, "Nowhere, Lost");
-  EXPECT_EQ(answer.unplaced[0].event, "DE|wind|country:DE");
+  auto const areas = [](MeteoAlarmAnswer const& of) {
+    std::vector<std::string> names;
+    for (WeatherAlert const& alert : of.unplaced) names.push_back(alert.areaDesc.value_or(""));
+    return names;
+  };
+  EXPECT_THAT(areas(answer), ElementsAre("Lost", "Nowhere")) << "each by its name, the severest first";
+  EXPECT_EQ(answer.unplaced[0].event, "DE|wind|unplaced:EMMA_ID:DE903");
+  EXPECT_EQ(answer.unplaced[0].severity, AlertSeverity::critical);
+  EXPECT_EQ(answer.unplaced[1].event, "DE|wind|unplaced:EMMA_ID:DE900");
+  EXPECT_EQ(answer.unplaced[1].severity, AlertSeverity::advisory);
   MeteoAlarmAnswer const nothingKnown = placing.fetch(kHere, "DE", PlaceRegions{"DE", {}, {}});
-  ASSERT_EQ(nothingKnown.unplaced.size(), 1U);
-  EXPECT_EQ(nothingKnown.unplaced[0].areaDesc, "Coast, Hills, Nowhere, Lost");
+  EXPECT_THAT(areas(nothingKnown), ElementsAre("Lost", "Coast", "Hills", "Nowhere"));
   http.willAnswer(200, body);
   EXPECT_TRUE(service.fetch(kHere, "DE").unplaced.empty()) << "nobody says which areas are known";
 }

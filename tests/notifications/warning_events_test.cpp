@@ -291,5 +291,27 @@ TEST_F(WarningEvents, OfPartsThatCannotBePlacedRingFromCriticalOnly) {
   }
 }
 
+TEST_F(WarningEvents, OfTwoPartsThatCannotBePlacedAreTwo) {
+  auto const alertIn = [&](int number, std::string const& area) {
+    WeatherAlert alert = test::officialWarning(number, AlertSeverity::critical, engine.clock.now());
+    alert.areaDesc = area;
+    alert.event = "HR|wind|unplaced:" + area;
+    return alert;
+  };
+  RuleInputs inputs = engine.here();
+  inputs.place.countryCode = "HR";
+  inputs.unplacedAlerts = {alertIn(1, "Velebit channel"), alertIn(2, "Outer islands")};
+  engine.pass({inputs});
+  EXPECT_EQ(engine.center.delivered().size(), 2);
+  inputs.unplacedAlerts.pop_back();
+  for (int i = 0; i < 3; ++i) {
+    engine.clock.advance(15min);
+    inputs.now = engine.clock.now();
+    engine.pass({inputs});
+  }
+  EXPECT_EQ(engine.center.delivered().size(), 3);
+  EXPECT_EQ(last().title, "Lifted: Warning 2");
+}
+
 }  // namespace
 }  // namespace nimbara

@@ -25,6 +25,11 @@ namespace nimbara {
 /// `key` begins with the source's name.
 Uuid govAlertId(std::string_view key);
 
+/// What stands for a region's registry in what an event is about where nobody can place the region:
+/// "HR|wind|unplaced:EMMA_ID:HR951".
+inline constexpr std::string_view kUnplacedRegistry = "unplaced";
+inline constexpr std::string_view kUnplacedEvent = "|unplaced:";
+
 /// The message that began the event of another one, and when a list last had to do with that other one.
 struct EventRoot {
   std::string root;

@@ -1,6 +1,7 @@
 #include "feeds/meteoalarm/meteo_alarm_merge.h"
 
 #include "base/text/text.h"
+#include "feeds/alerts/event_memory.h"
 #include "feeds/alerts/gov_alerts.h"
 #include "feeds/meteoalarm/warned_areas.h"
 #include "feeds/regions/meteo_alarm_countries.h"
@@ -173,6 +174,13 @@ WeatherAlert alertOf(Group const& group, MergeContext const& context) {
   return alert;
 }
 
+std::vector<ToldEntry> withoutDocuments(std::span<SelectedEntry const> entries) {
+  std::vector<ToldEntry> told;
+  told.reserve(entries.size());
+  for (SelectedEntry const& selected : entries) told.push_back({selected, {}, {}});
+  return told;
+}
+
 }  // namespace
 
 MeteoAlarmType typeOf(ToldEntry const& told) {
@@ -187,14 +195,32 @@ std::vector<WeatherAlert> mergedAlerts(std::span<ToldEntry const> entries, Merge
 }
 
 std::vector<WeatherAlert> mergedAlerts(std::span<SelectedEntry const> entries, MergeContext const& context) {
-  std::vector<ToldEntry> told;
-  for (SelectedEntry const& selected : entries) told.push_back({selected, {}, {}});
+  std::vector<ToldEntry> const told = withoutDocuments(entries);
   return mergedAlerts(std::span<ToldEntry const>(told), context);
 }
 
+std::vector<WeatherAlert> unplacedAlerts(std::span<SelectedEntry const> entries,
+                                         MergeContext const& context) {
+  std::vector<ToldEntry> const told = withoutDocuments(entries);
+  std::vector<ToldEntry const*> pointers;
+  pointers.reserve(told.size());
+  for (ToldEntry const& one : told) pointers.push_back(&one);
+  std::vector<WeatherAlert> alerts;
+  for (auto const& area : entriesByArea(pointers)) {
+    RegionCode const region{std::string(kUnplacedRegistry), regionKey(area.front()->entry())};
+    PlaceRegions const here{std::string(context.country), {}, {region}};
+    std::vector<ToldEntry> ofArea;
+    for (ToldEntry const* const one : area) ofArea.push_back(*one);
+    std::ranges::move(mergedAlerts(std::span<ToldEntry const>(ofArea),
+                                   {context.country, here, context.language, context.texts}),
+                      std::back_inserter(alerts));
+  }
+  sortMostSevereFirst(alerts);
+  return alerts;
+}
+
 std::vector<SelectedEntry> decidingEntries(std::span<SelectedEntry const> entries) {
-  std::vector<ToldEntry> told;
-  for (SelectedEntry const& selected : entries) told.push_back({selected, {}, {}});
+  std::vector<ToldEntry> const told = withoutDocuments(entries);
   std::vector<SelectedEntry> deciding;
   for (Group const& group : groupsOf(told)) {
     for (ToldEntry const* const one : group.deciding) deciding.push_back(one->selected);

@@ -42,6 +42,10 @@ std::vector<WeatherAlert> mergedAlerts(std::span<ToldEntry const> entries, Merge
 /// The same of entries without documents.
 std::vector<WeatherAlert> mergedAlerts(std::span<SelectedEntry const> entries, MergeContext const& context);
 
+/// Of entries that nobody can place: one alert for each kind and area, the severest first. Two areas are two
+/// events, and neither is one of a region that is known.
+std::vector<WeatherAlert> unplacedAlerts(std::span<SelectedEntry const> entries, MergeContext const& context);
+
 /// Those entries that decide something: of each kind the ones that have the place in them, or else the near
 /// ones; the most severe first.
 std::vector<SelectedEntry> decidingEntries(std::span<SelectedEntry const> entries);

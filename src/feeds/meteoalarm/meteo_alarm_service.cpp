@@ -107,9 +107,7 @@ std::vector<WeatherAlert> MeteoAlarmService::unplacedAlerts(MeteoAlarmFeed const
     if (isSelected || hasShape(entry) || !isCurrentWarning(entry, now)) continue;
     if (!isPlaceKnown || !isKnownArea_(context.country, entry)) unplaced.push_back({&entry, {}});
   }
-  // One event for the whole country, whatever areas join it.
-  PlaceRegions const country{std::string(context.country), {}, {{"country", std::string(context.country)}}};
-  return mergedAlerts(unplaced, {context.country, country, context.language, context.texts});
+  return nimbara::unplacedAlerts(unplaced, context);
 }
 
 }  // namespace nimbara

@@ -63,9 +63,10 @@ class Areas {
  public:
   explicit Areas(std::string_view language) : language_(language) {}
 
-  void add(ToldEntry const& told) {
+  /// Its index among the areas; nothing for an entry without a name.
+  std::optional<std::size_t> add(ToldEntry const& told) {
     RawEntry const& entry = told.entry();
-    if (entry.areaDesc.empty()) return;
+    if (entry.areaDesc.empty()) return std::nullopt;
     std::string const key = areaKey(entry);
     Area* area = known("name\n" + entry.areaDesc);
     if (area == nullptr && !key.empty()) area = known(key);
@@ -75,6 +76,7 @@ class Areas {
     indexes_.try_emplace("name\n" + entry.areaDesc, index);
     if (!key.empty()) indexes_.try_emplace(key, index);
     take(*area, told, isNew);
+    return index;
   }
 
   std::vector<WarnedArea> take() && {
@@ -118,6 +120,19 @@ std::vector<WarnedArea> warnedAreas(std::span<ToldEntry const* const> entries, s
   Areas areas(language);
   for (ToldEntry const* const told : entries) areas.add(*told);
   return std::move(areas).take();
+}
+
+std::vector<std::vector<ToldEntry const*>> entriesByArea(std::span<ToldEntry const* const> entries) {
+  Areas areas({});
+  std::vector<std::vector<ToldEntry const*>> byArea;
+  std::vector<ToldEntry const*> nameless;
+  for (ToldEntry const* const told : entries) {
+    auto const area = areas.add(*told);
+    if (area && *area == byArea.size()) byArea.emplace_back();
+    (area ? byArea[*area] : nameless).push_back(told);
+  }
+  if (!nameless.empty()) byArea.push_back(std::move(nameless));
+  return byArea;
 }
 
 }  // namespace nimbara

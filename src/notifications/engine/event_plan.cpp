@@ -26,11 +26,13 @@ bool tellsMore(Finding const& a, Finding const& b) {
   return rank(a) > rank(b);
 }
 
-/// "HR|wind|" of "HR|wind|EMMA_ID:HR001"; empty for what is not distinguished by its region.
+/// "HR|wind|" of "HR|wind|EMMA_ID:HR001"; empty for what is not distinguished by its region, and for a region
+/// that nobody can place: it takes the place of no other.
 std::string_view withoutRegion(std::string_view event) {
   auto const end = event.rfind('|');
   bool const hasRegion = end != std::string_view::npos && event.find('|') != end;
-  return hasRegion ? event.substr(0, end + 1) : std::string_view();
+  bool const isUnplaced = event.find(kUnplacedEvent) != std::string_view::npos;
+  return hasRegion && !isUnplaced ? event.substr(0, end + 1) : std::string_view();
 }
 
 /// The like is in force in another region near the place: of two the one that has the place in it may have
