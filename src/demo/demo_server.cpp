@@ -51,6 +51,7 @@ constexpr std::array kRoutes = std::to_array<Route>({
     {Service::feedServer, R"(/api/feed\.php)", feedServerFeed},
     {Service::wttrIn, "/[^/,]+,[^/,]+", wttrForecast},
     {Service::meteoAlarm, "/feeds/meteoalarm-legacy-atom-[a-z-]+", meteoAlarmFeed},
+    {Service::meteoAlarm, "/api/v1/warnings/feeds-[a-z-]+", meteoAlarmList},
     {Service::meteoAlarm, "/api/v1/warnings/feeds-[a-z-]+/[0-9a-f]{32}", meteoAlarmDocument},
     {Service::meteoAlarmRegions, "/api/v4/projects/meteoalarm-pm-group/documents/repository/tree",
      meteoAlarmOutlineList},

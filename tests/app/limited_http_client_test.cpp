@@ -1,6 +1,7 @@
 #include "app/services/limited_http_client.h"
 
 #include "app/services/side_by_side.h"
+#include "platform/http_patience.h"
 #include "support/fake_http_client.h"
 #include "support/manual_clock.h"
 
@@ -48,6 +49,16 @@ TEST_F(LimitedHttp, BlamesAServiceForItsOwnLimitOnly) {
   EXPECT_EQ(failureOf(15s), Kind::cancelled);
   network.willFail({Kind::connectionFailed, "closed"});
   EXPECT_EQ(failureOf(15s), Kind::connectionFailed);
+}
+
+TEST_F(LimitedHttp, BlamesAServiceThatFallsSilentBeforeTheLimit) {
+  clock.advance(20s);
+  HttpRequest patient{"https://a/", {}, 60s};
+  setLongestSilence(patient, 3s);
+  network.willFail({Kind::timedOut, "silent"});
+  auto const answer = client.get(patient);
+  ASSERT_FALSE(answer);
+  EXPECT_EQ(answer.error().kind, Kind::timedOut);
 }
 
 TEST(RunAll, LetsTasksWaitForEachOther) {

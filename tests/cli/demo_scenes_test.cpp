@@ -66,6 +66,12 @@ INSTANTIATE_TEST_SUITE_P(
         SceneRow{"bilingual", "warnings", 1, {R"("message":"Brabant)"}, {"2 areas"}},
         SceneRow{"calm", "none", 0, {}, {}}, SceneRow{"rubbish", "unchecked", 0, {}, {}},
         SceneRow{"missing", "unchecked", 0, {}, {}},
+        SceneRow{"second-feed",
+                 "warnings",
+                 1,
+                 {"Wind Warning", R"("_nimbaraText":"Orange Wind warning for Stadt Berlin.")",
+                  R"("_nimbaraFullText":true)"},
+                 {"Rain Warning"}},
         SceneRow{"uncovered", "uncovered", 0, {R"("country":"JP")"}, {}},
         SceneRow{"unknown-level", "warnings", 2, {"Air Quality Alert", "Frost Advisory"}, {}},
         SceneRow{"reissued", "warnings", 1, {"now until tomorrow"}, {}}),
@@ -78,6 +84,16 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(DemoScenes, EndWithACancellation) {
   EXPECT_THAT(play("cancelled", {"coverage"}, "2026-11-21T12:20:00Z").out,
               testing::StartsWith("No official warnings, checked"));
+}
+
+TEST_F(DemoScenes, LiftOnceWhatWasLookedUpForAPlace) {
+  auto const told = [&](std::string const& clock) {
+    return play("cancelled", {"notify", "--deliver", "print"}, "2026-11-21T" + clock + ":00Z").out;
+  };
+  EXPECT_THAT(told("07:50"), HasSubstr("Rain Warning"));
+  EXPECT_THAT(told("12:10"), Not(HasSubstr("Rain Warning"))) << "feeds drop one for a moment";
+  EXPECT_THAT(told("12:30"), HasSubstr("Lifted: Rain Warning"));
+  EXPECT_THAT(told("12:50"), Not(HasSubstr("Rain Warning")));
 }
 
 TEST_F(DemoScenes, PutTheUnstatedLevelAboveTheSlightOne) {

@@ -148,6 +148,12 @@ std::string ring(std::size_t points) {
   return "<polygon>" + corners(points) + "</polygon>";
 }
 
+std::string repeated(std::string_view text, std::size_t times) {
+  std::string all;
+  for (std::size_t i = 0; i < times; ++i) all += text;
+  return all;
+}
+
 TEST(CapReader, RefusesWhatIsNoMessageOrTooMuch) {
   auto const nested = [](int levels) {
     std::string open = "<alert>";
@@ -165,11 +171,14 @@ TEST(CapReader, RefusesWhatIsNoMessageOrTooMuch) {
        {Row{nested(65), "nested too deeply"},
         {"<alert><info><area>" + ring(60'000) + ring(40'001) + "</area></info></alert>", "too many points"},
         {"<html><alert/></html>", "it is not an alert"},
+        {"<html/>", "it is not an alert"},
+        {"<alert>" + repeated("<info/>", kMostCapParts) + "</alert>", "too many parts"},
         {"<!DOCTYPE alert [<!ENTITY a \"b\">]><alert>&a;</alert>", "declares entities"},
         {"<alert><info></alert>", "mismatched tag"},
         {"", "no element found"},
         {"{\"alert\":{}}", "it is not an alert"},
         {"{\"alert\":[1]", "cannot be read"},
+        {"{\"identifier\":\"1\",\"info\":[{}" + repeated(",{}", kMostCapParts) + "]}", "too many parts"},
         {R"({"identifier":"1","info":[{"area":[{"polygon":[")" + corners(60'000) + R"(",")" +
              corners(40'001) + R"("]}]}]})",
          "too many points"},

@@ -18,6 +18,19 @@ namespace {
 using namespace std::chrono_literals;
 using test::at;
 
+/// Hears nothing but errors from the first of the two feeds.
+class SecondFeedOnly final : public HttpClient {
+ public:
+  explicit SecondFeedOnly(HttpClient& client) : client_(client) {}
+  Result<HttpResponse, HttpError> get(HttpRequest const& request, std::stop_token stop) override {
+    bool const isFirst = request.url.find("/feeds/meteoalarm-legacy-atom-") != std::string::npos;
+    return isFirst ? HttpResponse{500, {}, ""} : client_.get(request, std::move(stop));
+  }
+
+ private:
+  HttpClient& client_;
+};
+
 class MeteoAlarmDemoTest : public testing::Test {
  protected:
   void SetUp() override {
@@ -26,8 +39,9 @@ class MeteoAlarmDemoTest : public testing::Test {
     server = std::move(*started);
   }
 
-  std::vector<WeatherAlert> warningsOf(DemoPlace const& town) {
-    MeteoAlarmService service(http, clock, {server->baseUrl(), {}, {}}, texts,
+  std::vector<WeatherAlert> warningsOf(DemoPlace const& town) { return warningsOf(town, http); }
+  std::vector<WeatherAlert> warningsOf(DemoPlace const& town, HttpClient& client) {
+    MeteoAlarmService service(client, clock, {server->baseUrl(), {}, {}}, texts,
                               [&](Coordinate place) { return regions.at(place); });
     auto const answer = service.fetch(town.coordinate, town.countryCode);
     EXPECT_FALSE(answer.failure) << *answer.failure;
@@ -70,6 +84,22 @@ TEST_F(MeteoAlarmDemoTest, WarnsOfWhatTheWeatherBringsAndNothingElse) {
     }
   }
   EXPECT_GT(seen, 5);
+}
+
+TEST_F(MeteoAlarmDemoTest, SaysTheSameInItsSecondFeed) {
+  DemoPlace neighbour = town("Tromsø");
+  neighbour.coordinate.longitude += 0.3;
+  std::vector<DemoPlace> places{neighbour};
+  for (char const* const name : {"Berlin", "Warsaw", "London", "Tromsø", "Madrid"})
+    places.push_back(town(name));
+  SecondFeedOnly second(http);
+  std::size_t warnings = 0;
+  for (DemoPlace const& place : places) {
+    auto const first = warningsOf(place);
+    EXPECT_EQ(encodeJson(warningsOf(place, second)), encodeJson(first)) << place.name;
+    warnings += first.size();
+  }
+  EXPECT_GT(warnings, 5);
 }
 
 TEST_F(MeteoAlarmDemoTest, TellsANeighboursWarningFromThePlacesOwn) {

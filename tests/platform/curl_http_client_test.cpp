@@ -1,5 +1,6 @@
 #include "platform/linux/http/curl_http_client.h"
 
+#include "platform/http_patience.h"
 #include "support/loopback_server.h"
 #include "support/temporary_folder.h"
 
@@ -226,6 +227,19 @@ TEST_F(CurlHttpClientTest, EndsInTimeWhenTheServerHangsOrDrips) {
     ASSERT_FALSE(answer);
     EXPECT_EQ(answer.error().kind, Kind::timedOut) << answer.error().message;
   }
+}
+
+TEST_F(CurlHttpClientTest, GivesUpEarlyOnAServerThatFallsSilent) {
+  LoopbackServer const silent([](Connection& connection) { connection.waitForEnd(); });
+  HttpRequest wanted = request(silent.url());
+  wanted.timeout = 60s;
+  setLongestSilence(wanted, 1s);
+  auto const begin = std::chrono::steady_clock::now();
+  auto const answer = client_.get(wanted);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, 30s);
+  ASSERT_FALSE(answer);
+  EXPECT_EQ(answer.error().kind, Kind::timedOut);
+  EXPECT_EQ(answer.error().message, "127.0.0.1 sent nothing for 1 s");
 }
 
 TEST_F(CurlHttpClientTest, TellsAHostThatCannotBeReachedInTimeFromOneThatIsSilent) {

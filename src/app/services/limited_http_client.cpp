@@ -1,5 +1,7 @@
 #include "app/services/limited_http_client.h"
 
+#include "platform/http_patience.h"
+
 namespace nimbara {
 
 using std::chrono::milliseconds;
@@ -41,7 +43,9 @@ Result<HttpResponse, HttpError> LimitedHttpClient::get(HttpRequest const& reques
   HttpRequest shortened = request;
   shortened.timeout = left;
   auto answer = client_.get(shortened, std::move(stop));
-  bool const isOvertime = !answer && answer.error().kind == HttpError::Kind::timedOut;
+  // A service that has fallen silent has done so before the limit.
+  bool const isOver = !longestSilence(request) || clock_.steadyNow() >= end_;
+  bool const isOvertime = isOver && !answer && answer.error().kind == HttpError::Kind::timedOut;
   return isOvertime ? std::unexpected(givenUp()) : std::move(answer);
 }
 

@@ -16,35 +16,17 @@ namespace {
 constexpr std::string_view kFeedPath = "/feeds/meteoalarm-legacy-atom-";
 constexpr std::string_view kDocumentPath = "/api/v1/warnings/feeds-";
 constexpr std::string_view kDocument = "MeteoAlarm_Geocodes_2026_11_01.json";
-struct Corner {
-  double north, east;
-};
 
-/// Of a region's outline and, closing it, the first again.
-constexpr Corner kCorners[] = {{-1, -1}, {-1, 1}, {1, 1}, {1, -1}, {-1, -1}};
-
-Coordinate cornerOf(DemoRegion const& region, Corner corner) {
-  Coordinate const center = region.center();
-  return {center.latitude + corner.north * kDemoRegionHalfHeight,
-          center.longitude + corner.east * kDemoRegionHalfWidth};
-}
-
-/// Norway draws its areas; Great Britain names them; the others have codes.
 std::string areaElements(DemoRegion const& region) {
   if (region.code.empty()) return {};
-  if (region.town->countryCode != "NO") {
+  if (!region.isDrawn()) {
     return fmt::format(
         "    <cap:geocode>\n      <valueName>EMMA_ID</valueName>\n      <value>{0}</value>\n"
         "    </cap:geocode>\n    <link href=\"https://meteoalarm.org?geocode=EMMA_ID:{0}\" "
         "hreflang=\"en\"/>\n",
         region.code);
   }
-  std::string corners;
-  for (Corner const& corner : kCorners) {
-    Coordinate const at = cornerOf(region, corner);
-    corners += fmt::format("{}{:.4f},{:.4f}", corners.empty() ? "" : " ", at.latitude, at.longitude);
-  }
-  return "    <cap:polygon>" + corners + "</cap:polygon>\n";
+  return "    <cap:polygon>" + region.outlineText() + "</cap:polygon>\n";
 }
 
 class FeedWriter {
@@ -99,10 +81,9 @@ class FeedWriter {
 
 void writeRing(JsonWriter& json, DemoRegion const& region) {
   json.beginList();
-  for (Corner const& corner : kCorners) {
-    Coordinate const at = cornerOf(region, corner);
+  for (Coordinate const corner : region.outline()) {
     json.separate();
-    json.value(std::vector{at.longitude, at.latitude});
+    json.value(std::vector{corner.longitude, corner.latitude});
   }
   json.endList();
 }
@@ -150,6 +131,12 @@ DemoAnswer meteoAlarmFeed(DemoRequest const& request, Instant now) {
   FeedWriter writer(feedName, now);
   for (DemoWarningMessage const& message : demoWarningMessages(regions, now)) writer.add(message);
   return answerOf(request, std::move(writer).finish(), "application/atom+xml");
+}
+
+DemoAnswer meteoAlarmList(DemoRequest const& request, Instant now) {
+  auto const regions = demoRegionsOfFeed(std::string_view(request.path).substr(kDocumentPath.size()));
+  if (regions.empty()) return {404, "Not Found", {}};
+  return answerOf(request, demoWarningList(demoWarningMessages(regions, now)), "application/json");
 }
 
 /// Feeds are kept for some minutes, so that documents of the hour before are still asked for.

@@ -12,6 +12,9 @@ namespace nimbara {
 /// has ended, a green one and one for the region beside.
 DemoAnswer meteoAlarmFeed(DemoRequest const& request, Instant now);
 
+/// "/api/v1/warnings/feeds-germany": the same warnings as whole messages.
+DemoAnswer meteoAlarmList(DemoRequest const& request, Instant now);
+
 /// "/api/v1/warnings/feeds-germany/…": the document that an entry of the feed links to.
 DemoAnswer meteoAlarmDocument(DemoRequest const& request, Instant now);
 

@@ -1,5 +1,7 @@
 #include "demo/world/demo_regions.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 
 namespace nimbara {
@@ -43,6 +45,28 @@ Coordinate DemoRegion::center() const {
   Coordinate center = town->coordinate;
   if (isBeside) center.longitude += 2 * kDemoRegionHalfWidth;
   return center;
+}
+
+std::vector<Coordinate> DemoRegion::outline() const {
+  struct Corner {
+    double north, east;
+  };
+  constexpr Corner kCorners[] = {{-1, -1}, {-1, 1}, {1, 1}, {1, -1}, {-1, -1}};
+  Coordinate const middle = center();
+  std::vector<Coordinate> corners;
+  for (auto const [north, east] : kCorners) {
+    corners.push_back(
+        {middle.latitude + north * kDemoRegionHalfHeight, middle.longitude + east * kDemoRegionHalfWidth});
+  }
+  return corners;
+}
+
+std::string DemoRegion::outlineText() const {
+  std::string text;
+  for (Coordinate const corner : outline()) {
+    text += fmt::format("{}{:.4f},{:.4f}", text.empty() ? "" : " ", corner.latitude, corner.longitude);
+  }
+  return text;
 }
 
 std::vector<DemoRegion> demoRegionsOfFeed(std::string_view feedName) {

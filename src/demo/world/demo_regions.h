@@ -17,6 +17,12 @@ struct DemoRegion {
 
   /// The middle of the region.
   Coordinate center() const;
+  /// The corners of its outline and, closing it, the first again.
+  std::vector<Coordinate> outline() const;
+  /// Norway's warnings draw their areas; Great Britain's name them; the others have codes.
+  bool isDrawn() const { return town->countryCode == "NO"; }
+  /// "48.2000,13.5000 …".
+  std::string outlineText() const;
 };
 
 /// Half the extent of each region, in degrees.

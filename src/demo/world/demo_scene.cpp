@@ -1,6 +1,7 @@
 #include "demo/world/demo_scene.h"
 
 #include "base/json/json.h"
+#include "demo/world/demo_warning_messages.h"
 
 #include <fmt/format.h>
 
@@ -13,6 +14,7 @@ namespace {
 using std::chrono::hours;
 
 constexpr std::string_view kFeedPath = "/feeds/meteoalarm-legacy-atom-";
+constexpr std::string_view kListPath = "/api/v1/warnings/feeds-";
 constexpr std::string_view kAlertsPath = "/alerts/active";
 
 std::string_view severityOf(std::string_view colour) {
@@ -37,39 +39,89 @@ std::string areaElements(SceneEntry const& entry) {
   return out;
 }
 
+std::string identifierOf(SceneEntry const& entry, std::string_view country) {
+  return fmt::format("2.49.0.0.0.0.scene.{}.{}.{}.{}.{}", country,
+                     entry.code.empty() ? entry.area : entry.code, entry.kind, entry.listedFrom.count(),
+                     entry.begin.count());
+}
+
+Instant sentAt(SceneEntry const& entry, Instant day) {
+  return day + std::max(entry.listedFrom, entry.begin - hours(12));
+}
+
+std::string eventOf(SceneEntry const& entry) {
+  return fmt::format("{} {} warning", entry.colour, entry.kind);
+}
+
 std::string entryText(SceneEntry const& entry, std::string_view country, Instant day) {
-  std::string const id =
-      fmt::format("2.49.0.0.0.0.scene.{}.{}.{}.{}", country, entry.code.empty() ? entry.area : entry.code,
-                  entry.kind, entry.listedFrom.count());
-  Instant const sent = day + std::max(entry.listedFrom, entry.begin - hours(12));
+  std::string const id = identifierOf(entry, country);
   return fmt::format(
-      "<entry>{}<cap:areaDesc>{}</cap:areaDesc><cap:event>{} {} warning</cap:event><cap:sent>{}</cap:sent>"
+      "<entry>{}<cap:areaDesc>{}</cap:areaDesc><cap:event>{}</cap:event><cap:sent>{}</cap:sent>"
       "<cap:onset>{}</cap:onset><cap:expires>{}</cap:expires><cap:severity>{}</cap:severity>"
       "<cap:message_type>{}</cap:message_type><cap:status>Actual</cap:status>"
       "<cap:identifier>{}</cap:identifier><id>{}</id>"
       "<title>{} {} Warning issued for {} - {}</title></entry>\n",
-      areaElements(entry), entry.area, entry.colour, entry.kind, timeOf(sent), timeOf(day + entry.begin),
+      areaElements(entry), entry.area, eventOf(entry), timeOf(sentAt(entry, day)), timeOf(day + entry.begin),
       timeOf(day + entry.end), severityOf(entry.colour), entry.type, id, id, entry.colour, entry.kind,
       country, entry.area);
 }
 
-std::string feedText(SceneFeed const& feed, Instant now) {
+std::vector<SceneEntry> listedEntries(SceneFeed const& feed, Instant now) {
   Instant const day = std::chrono::floor<std::chrono::days>(now);
+  std::vector<SceneEntry> listed;
+  std::ranges::copy_if(feed.entries, std::back_inserter(listed), [&](SceneEntry const& entry) {
+    return day + entry.listedFrom <= now && now < day + entry.listedUntil;
+  });
+  return listed;
+}
+
+std::string feedText(SceneFeed const& feed, Instant now) {
   std::string out =
       "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<feed xmlns=\"http://www.w3.org/2005/Atom\" "
       "xmlns:cap=\"urn:oasis:names:tc:emergency:cap:1.2\">\n"
       "<rights>Played by the demo; no real warnings</rights>\n";
-  for (SceneEntry const& entry : feed.entries) {
-    bool const isListed = day + entry.listedFrom <= now && now < day + entry.listedUntil;
-    if (isListed) out += entryText(entry, feed.country, day);
+  for (SceneEntry const& entry : listedEntries(feed, now)) {
+    out += entryText(entry, feed.country, std::chrono::floor<std::chrono::days>(now));
   }
   return out + "</feed>\n";
 }
 
-SceneAnswer feedAnswer(SceneFeed const& feed, Instant now) {
-  switch (feed.manner) {
+std::string pairText(std::string_view name, std::string_view value) {
+  return fmt::format(R"({{"valueName":"{}","value":"{}"}})", name, value);
+}
+
+/// The entry's message whole. The texts of scenes need no escapes.
+std::string messageText(SceneEntry const& entry, std::string_view country, Instant day) {
+  std::string const area =
+      entry.polygon.empty()
+          ? entry.code.empty() ? "" : fmt::format(R"(,"geocode":[{}])", pairText("EMMA_ID", entry.code))
+          : fmt::format(R"(,"polygon":["{}"])", entry.polygon);
+  constexpr std::string_view kLevels[] = {"", "Green", "Yellow", "Orange", "Red"};
+  auto const level = std::ranges::find(kLevels, entry.colour) - std::begin(kLevels);
+  return fmt::format(
+      R"({{"alert":{{"identifier":"{}","sender":"nimbara-demo","sent":"{}","status":"Actual","msgType":"{}",)"
+      R"("info":[{{"language":"en-GB","event":"{}","severity":"{}","onset":"{}","expires":"{}",)"
+      R"("senderName":"Demo Weather Service","description":"{} for {}.",)"
+      R"("instruction":"There is nothing to do.","parameter":[{},{}],"area":[{{"areaDesc":"{}"{}}}]}}]}}}})",
+      identifierOf(entry, country), timeOf(sentAt(entry, day)), entry.type, eventOf(entry),
+      severityOf(entry.colour), timeOf(day + entry.begin), timeOf(day + entry.end), eventOf(entry),
+      entry.area, pairText("awareness_level", fmt::format("{}; {}", level, entry.colour)),
+      pairText("awareness_type", demoAwarenessType(entry.kind)), entry.area, area);
+}
+
+std::string listText(SceneFeed const& feed, Instant now) {
+  std::string messages;
+  for (SceneEntry const& entry : listedEntries(feed, now)) {
+    messages += (messages.empty() ? "" : ",") +
+                messageText(entry, feed.country, std::chrono::floor<std::chrono::days>(now));
+  }
+  return R"({"warnings":[)" + messages + "]}";
+}
+
+SceneAnswer answerIn(SceneFeed::Manner manner, std::string body) {
+  switch (manner) {
     case SceneFeed::Manner::answers:
-      return {{200, feedText(feed, now), {}}};
+      return {{200, std::move(body), {}}};
     case SceneFeed::Manner::html:
       return {{200, "<!doctype html><title>Maintenance</title><p>We are back soon.", {}}};
     case SceneFeed::Manner::missing:
@@ -136,11 +188,13 @@ std::optional<SceneAnswer> sceneAnswer(DemoScene const& scene, DemoRequest const
   if (request.path == kAlertsPath && !scene.messages.empty()) {
     return SceneAnswer{messagesAnswer(scene.messages, now)};
   }
-  if (!request.path.starts_with(kFeedPath)) return std::nullopt;
-  std::string_view const country = std::string_view(request.path).substr(kFeedPath.size());
+  bool const isList = request.path.starts_with(kListPath);
+  if (!isList && !request.path.starts_with(kFeedPath)) return std::nullopt;
+  std::string_view const country =
+      std::string_view(request.path).substr(isList ? kListPath.size() : kFeedPath.size());
   auto const feed = std::ranges::find(scene.feeds, country, &SceneFeed::country);
   if (feed == scene.feeds.end()) return std::nullopt;
-  return feedAnswer(*feed, now);
+  return isList ? answerIn(feed->list, listText(*feed, now)) : answerIn(feed->manner, feedText(*feed, now));
 }
 
 }  // namespace nimbara

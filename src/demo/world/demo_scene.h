@@ -33,6 +33,7 @@ struct SceneFeed {
   std::string_view country;  ///< as its path ends: "germany"
   std::span<SceneEntry const> entries;
   Manner manner = Manner::answers;
+  Manner list = manner;  ///< of the country's second feed, which has the same messages whole
 };
 
 /// A message of the National Weather Service, listed for every place.

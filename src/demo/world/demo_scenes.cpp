@@ -67,6 +67,12 @@ constexpr SceneFeed kBilingual[] = {{"belgium", kTwoLanguages}};
 constexpr SceneFeed kRubbish[] = {{"germany", {}, Manner::html}};
 constexpr SceneFeed kMissing[] = {{"germany", {}, Manner::missing}};
 constexpr SceneFeed kHanging[] = {{"germany", {}, Manner::hangs}};
+constexpr SceneEntry kSecond[] = {
+    {"DE202", "Stadt Berlin", "Orange", "Wind", 6h, 30h},
+    {"DE233", "Stadt Potsdam", "Red", "Rain", 6h, 30h},
+};
+constexpr SceneFeed kSecondFeed[] = {{"germany", kSecond, Manner::html, Manner::answers}};
+constexpr SceneFeed kSecondInTime[] = {{"germany", kSecond, Manner::hangs, Manner::answers}};
 constexpr SceneFeed kCalm[] = {{"germany", {}}};
 
 constexpr SceneMessage kAirQuality[] = {
@@ -110,9 +116,19 @@ constexpr std::array kScenes = std::to_array<DemoScene>({
     {"cancelled", "52.23,21.01", "Warsaw: a warning cancelled at 12:00 (UTC)", kCancelled, {}},
     {"bilingual", "50.85,4.35", "Brussels: one region in two languages: one area", kBilingual, {}},
     {"calm", "52.52,13.41", "Berlin: the feed responds without warnings", kCalm, {}},
-    {"rubbish", "52.52,13.41", "Berlin: the feed returns 200 with an HTML page: not checked", kRubbish, {}},
-    {"missing", "52.52,13.41", "Berlin: the feed is not found: not checked", kMissing, {}},
-    {"hanging", "52.52,13.41", "Berlin: the feed never responds; other countries' feeds do", kHanging, {}},
+    {"rubbish", "52.52,13.41", "Berlin: both feeds return 200 with an HTML page: not checked", kRubbish, {}},
+    {"missing", "52.52,13.41", "Berlin: neither feed is found: not checked", kMissing, {}},
+    {"hanging", "52.52,13.41", "Berlin: the feeds never respond; other countries' feeds do", kHanging, {}},
+    {"second-feed",
+     "52.52,13.41",
+     "Berlin: the feed returns an HTML page; the country's second feed has the warning",
+     kSecondFeed,
+     {}},
+    {"second-in-time",
+     "52.52,13.41",
+     "Berlin: the feed never responds; the second feed does, within the time limit",
+     kSecondInTime,
+     {}},
     {"uncovered", "35.68,139.69", "Tokyo: no known service issues warnings", {}, {}},
     {"unknown-level",
      "39.74,-104.98",

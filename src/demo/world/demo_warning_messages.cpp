@@ -1,5 +1,6 @@
 #include "demo/world/demo_warning_messages.h"
 
+#include "base/json/json.h"
 #include "base/sha256.h"
 #include "base/text/text.h"
 
@@ -33,6 +34,7 @@ constexpr Kind kKinds[] = {
     {"High-temperature", 5, "Intense heat through the afternoon.",
      "Drink plenty of water and stay in the shade."},
     {"Low-temperature", 6, "Severe frost, especially at night.", "Keep warm and protect water pipes."},
+    {"Coastalevent", 7, "High waves and strong currents on the coast.", "Keep away from the shore."},
     {"Rain", 10, "Prolonged heavy rain. Small streams may rise quickly.", "Keep away from streams."},
     {"Flooding", 12, "Rivers are flooding low-lying areas.", "Do not drive through flood water."},
 };
@@ -89,25 +91,107 @@ std::string pair(std::string_view name, std::string_view key, std::string_view v
   return fmt::format("<{0}><valueName>{1}</valueName><value>{2}</value></{0}>\n", name, key, value);
 }
 
+std::string eventOf(DemoWarningMessage const& message) {
+  return fmt::format("{} {} warning", kDemoWarningSeverities[static_cast<std::size_t>(message.warning.level)],
+                     message.warning.kind);
+}
+
+std::string headlineOf(DemoWarningMessage const& message) {
+  return fmt::format("{} warning for {}", message.warning.kind, message.region.name);
+}
+
+std::string issuerOf(DemoWarningMessage const& message) {
+  return fmt::format("Demo Weather Service of {}", message.region.town->country);
+}
+
+std::string levelText(std::size_t level) {
+  return fmt::format("{}; {}; {}", level + 1, asciiLowered(kDemoWarningColours[level]),
+                     kDemoWarningSeverities[level]);
+}
+
 std::string blockOf(DemoWarningMessage const& message, Words const& words) {
   auto const level = static_cast<std::size_t>(message.warning.level);
-  Kind const& kind = kindOf(message.warning.kind);
-  std::string const colour = asciiLowered(kDemoWarningColours[level]);
   return "<info>\n" + element("language", words.tag) + element("category", "Met") +
-         element("event", fmt::format("{} {} warning", kDemoWarningSeverities[level], kind.name)) +
-         element("urgency", message.isUpdate ? "Immediate" : "Future") +
+         element("event", eventOf(message)) + element("urgency", message.isUpdate ? "Immediate" : "Future") +
          element("severity", kDemoWarningSeverities[level]) + element("certainty", "Likely") +
          element("onset", demoWarningTime(message.warning.begin)) +
-         element("expires", demoWarningTime(message.warning.end)) +
-         element("senderName", fmt::format("Demo Weather Service of {}", message.region.town->country)) +
-         element("headline", fmt::format("{} warning for {}", kind.name, message.region.name)) +
-         element("description", words.description) + element("instruction", words.instruction) +
-         pair("parameter", "awareness_level",
-              fmt::format("{}; {}; {}", level + 1, colour, kDemoWarningSeverities[level])) +
-         pair("parameter", "awareness_type", fmt::format("{}; {}", kind.number, kind.name)) + "<area>\n" +
+         element("expires", demoWarningTime(message.warning.end)) + element("senderName", issuerOf(message)) +
+         element("headline", headlineOf(message)) + element("description", words.description) +
+         element("instruction", words.instruction) + pair("parameter", "awareness_level", levelText(level)) +
+         pair("parameter", "awareness_type", demoAwarenessType(message.warning.kind)) + "<area>\n" +
          element("areaDesc", message.region.name) +
          (message.region.code.empty() ? "" : pair("geocode", "EMMA_ID", message.region.code)) +
          "</area>\n</info>\n";
+}
+
+void writePair(JsonWriter& json, std::string_view key, std::string_view value) {
+  json.separate();
+  json.beginObject();
+  json.member("valueName", key);
+  json.member("value", value);
+  json.endObject();
+}
+
+void writeArea(JsonWriter& json, DemoRegion const& region) {
+  json.key("area");
+  json.beginList();
+  json.separate();
+  json.beginObject();
+  json.member("areaDesc", region.name);
+  json.key(region.isDrawn() ? "polygon" : "geocode");
+  json.beginList();
+  if (region.isDrawn()) {
+    json.separate();
+    json.value(region.outlineText());
+  } else if (!region.code.empty()) {
+    writePair(json, "EMMA_ID", region.code);
+  }
+  json.endList();
+  json.endObject();
+  json.endList();
+}
+
+void writeBlock(JsonWriter& json, DemoWarningMessage const& message, Words const& words) {
+  auto const level = static_cast<std::size_t>(message.warning.level);
+  json.separate();
+  json.beginObject();
+  json.member("language", words.tag);
+  json.member("event", eventOf(message));
+  json.member("urgency", message.isUpdate ? "Immediate" : "Future");
+  json.member("severity", kDemoWarningSeverities[level]);
+  json.member("certainty", "Likely");
+  json.member("onset", demoWarningTime(message.warning.begin));
+  json.member("expires", demoWarningTime(message.warning.end));
+  json.member("senderName", issuerOf(message));
+  json.member("headline", headlineOf(message));
+  json.member("description", words.description);
+  json.member("instruction", words.instruction);
+  json.key("parameter");
+  json.beginList();
+  writePair(json, "awareness_level", levelText(level));
+  writePair(json, "awareness_type", demoAwarenessType(message.warning.kind));
+  json.endList();
+  writeArea(json, message.region);
+  json.endObject();
+}
+
+void writeMessage(JsonWriter& json, DemoWarningMessage const& message) {
+  json.separate();
+  json.beginObject();
+  json.member("uuid", message.documentName());
+  json.key("alert");
+  json.beginObject();
+  json.member("identifier", message.identifier());
+  json.member("sender", "nimbara-demo");
+  json.member("sent", demoWarningTime(message.sent));
+  json.member("status", "Actual");
+  json.member("msgType", message.isUpdate ? "Update" : "Alert");
+  json.key("info");
+  json.beginList();
+  for (Words const& words : wordsOf(message)) writeBlock(json, message, words);
+  json.endList();
+  json.endObject();
+  json.endObject();
 }
 
 DemoWarningMessage messageOf(DemoRegion const& region, DemoWarning const& warning, Instant now) {
@@ -124,7 +208,8 @@ std::string DemoWarningMessage::identifier() const {
   std::string const area = region.code.empty()
                                ? std::string(region.town->countryCode) + (region.isBeside ? "2" : "1")
                                : region.code;
-  return fmt::format("2.49.0.0.0.0.{}.{}.{}", area, warning.kind, demoWarningTime(sent));
+  return fmt::format("2.49.0.0.0.0.{}.{}.{}.{}", area, warning.kind, demoWarningTime(sent),
+                     demoWarningTime(warning.begin));
 }
 
 std::string DemoWarningMessage::documentName() const {
@@ -159,6 +244,22 @@ std::string demoWarningDocument(DemoWarningMessage const& message) {
       element("msgType", message.isUpdate ? "Update" : "Alert") + element("scope", "Public");
   for (Words const& words : wordsOf(message)) document += blockOf(message, words);
   return document + "</alert>\n";
+}
+
+std::string demoWarningList(std::vector<DemoWarningMessage> const& messages) {
+  JsonWriter json;
+  json.beginObject();
+  json.key("warnings");
+  json.beginList();
+  for (DemoWarningMessage const& message : messages) writeMessage(json, message);
+  json.endList();
+  json.endObject();
+  return json.take();
+}
+
+std::string demoAwarenessType(std::string_view kind) {
+  auto const* const found = std::ranges::find(kKinds, kind, &Kind::name);
+  return found == std::end(kKinds) ? std::string(kind) : fmt::format("{}; {}", found->number, kind);
 }
 
 std::string demoWarningTime(Instant instant) {

@@ -27,6 +27,12 @@ std::vector<DemoWarningMessage> demoWarningMessages(std::vector<DemoRegion> cons
 /// In the form of the Common Alerting Protocol, in the country's language and in English.
 std::string demoWarningDocument(DemoWarningMessage const& message);
 
+/// The messages whole, as the service's JSON feed of a country has them.
+std::string demoWarningList(std::vector<DemoWarningMessage> const& messages);
+
+/// "1; Wind".
+std::string demoAwarenessType(std::string_view kind);
+
 /// Both beginning with what is not worth a warning.
 inline constexpr std::string_view kDemoWarningColours[] = {"Green", "Yellow", "Orange", "Red"};
 inline constexpr std::string_view kDemoWarningSeverities[] = {"Minor", "Moderate", "Severe", "Extreme"};

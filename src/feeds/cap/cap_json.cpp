@@ -44,6 +44,20 @@ struct WireDocument {
   Lenient<WireAlert> alert;
 };
 
+struct WireListed {
+  Text uuid;
+  Lenient<WireAlert> alert;
+};
+
+/// Made into messages one by one: together, as they are written, they take many times as much.
+struct WireMessages {
+  std::vector<ListedCapAlert> list;
+};
+
+struct WireList {
+  WireMessages warnings;
+};
+
 std::string prose(Text const& text) {
   return withoutControls(text.value.value_or(""));
 }
@@ -119,6 +133,12 @@ CapAlert alertOf(WireAlert const& wire) {
   return alert;
 }
 
+/// A cancellation need not say what it cancels; everything else must be readable.
+bool isMessage(Lenient<WireAlert> const& wire) {
+  if (!wire.value || !wire.value->identifier.value || wire.value->identifier.value->empty()) return false;
+  return wire.value->info.value || wire.value->msgType.value == "Cancel";
+}
+
 std::size_t pointsOf(CapAlert const& alert) {
   std::size_t points = 0;
   for (CapInfo const& info : alert.infos) {
@@ -175,12 +195,45 @@ inline constexpr auto jsonFields<WireAlert> = FieldList{
 template <>
 inline constexpr auto jsonFields<WireDocument> = FieldList{fieldOr("alert", &WireDocument::alert)};
 
+template <>
+inline constexpr auto jsonFields<WireListed> =
+    FieldList{fieldOr("uuid", &WireListed::uuid), fieldOr("alert", &WireListed::alert)};
+
+template <>
+inline constexpr auto jsonFields<WireList> = FieldList{field("warnings", &WireList::warnings)};
+
+namespace json_detail {
+
+static bool read(dom::element element, WireMessages& out, Failure& failure) {
+  dom::array list;
+  if (element.get(list) != simdjson::SUCCESS) return failure.because("a list is expected");
+  for (dom::element const member : list) {
+    WireListed wire;
+    bool const isRead =
+        read(member, wire, failure) && (isMessage(wire.alert) || failure.because("it is not an alert"));
+    if (!isRead) return failure.within(out.list.size());
+    out.list.push_back({word(wire.uuid), alertOf(*wire.alert.value)});
+    if (pointsOf(out.list.back().alert) > kMostCapPoints) {
+      failure.because("its polygons have too many points");
+      return failure.within(out.list.size() - 1);
+    }
+  }
+  return true;
+}
+
+}  // namespace json_detail
+
+static bool hasTooManyParts(std::string_view body) {
+  return static_cast<std::size_t>(std::ranges::count(body, '{')) > kMostCapParts;
+}
+
 static std::optional<WireAlert> bareAlert(std::string_view body) {
   auto alert = decodeJson<WireAlert>(body);
   return alert ? std::optional(std::move(*alert)) : std::nullopt;
 }
 
 Result<CapAlert, std::string> parseCapJson(std::string_view body) {
+  if (hasTooManyParts(body)) return std::unexpected("it has too many parts");
   auto document = decodeJson<WireDocument>(body);
   if (!document) return std::unexpected("it could not be read: " + document.error().text());
   auto wire = document->alert.value ? std::move(document->alert.value) : bareAlert(body);
@@ -188,6 +241,13 @@ Result<CapAlert, std::string> parseCapJson(std::string_view body) {
   CapAlert alert = alertOf(*wire);
   if (pointsOf(alert) > kMostCapPoints) return std::unexpected("its polygons have too many points");
   return alert;
+}
+
+Result<std::vector<ListedCapAlert>, std::string> parseCapJsonList(std::string_view body) {
+  if (hasTooManyParts(body)) return std::unexpected("it has too many parts");
+  auto list = decodeJson<WireList>(body);
+  if (!list) return std::unexpected("it cannot be read: " + list.error().text());
+  return std::move(list->warnings.list);
 }
 
 }  // namespace nimbara

@@ -1,6 +1,8 @@
 #include "feeds/meteoalarm/meteo_alarm_country_feed.h"
 
-#include "feeds/fetching/feed_problem.h"
+#include "feeds/meteoalarm/meteo_alarm_json_feed.h"
+
+#include <algorithm>
 
 namespace nimbara {
 
@@ -9,22 +11,36 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr std::chrono::milliseconds kCacheLife = 300s;
-constexpr std::chrono::milliseconds kTimeout = 60s;
-/// Of a feed that was not found.
-constexpr std::chrono::milliseconds kMissingFeedRest = 1h;
-/// Of a service that hangs, so that the country's places do not wait for it one after the other.
-constexpr std::chrono::milliseconds kHangRest = 30s;
-constexpr std::size_t kLongestBody = std::size_t{32} << 20;
-constexpr int kOk = 200;
-constexpr int kNotModified = 304;
-constexpr int kNotFound = 404;
 
-std::optional<std::string> headerOf(HttpResponse const& answer, std::string_view name) {
-  auto const value = answer.header(name);
-  return value ? std::optional(std::string(*value)) : std::nullopt;
+Result<MeteoAlarmContent, std::string> readAtom(std::string_view body) {
+  MeteoAlarmAtomParser parser;
+  if (auto const done = parser.parse(body); !done) return std::unexpected(done.error());
+  return MeteoAlarmContent{feedOf(parser.takeEntries()), {}};
+}
+
+Result<MeteoAlarmContent, std::string> readJson(std::string_view body, std::string_view documents) {
+  auto feed = parseMeteoAlarmJson(body, documents);
+  if (!feed) return std::unexpected(feed.error());
+  return MeteoAlarmContent{feedOf(std::move(feed->entries)), std::move(feed->messages)};
+}
+
+/// Both forms lie on one host: what kept the one from being asked keeps the other one.
+bool isHostAway(HttpError const& error) {
+  using enum HttpError::Kind;
+  constexpr HttpError::Kind kAway[] = {unresolvedHost, connectionFailed, tlsFailed, cancelled};
+  return std::ranges::find(kAway, error.kind) != std::end(kAway);
 }
 
 }  // namespace
+
+MeteoAlarmCountryFeed::MeteoAlarmCountryFeed(HttpClient& http, Clock const& clock, Addresses const& addresses)
+    : http_(http),
+      clock_(clock),
+      forms_{MeteoAlarmFeedForm(clock, addresses.atom, "application/atom+xml", readAtom),
+             MeteoAlarmFeedForm(clock, addresses.json, "application/json",
+                                [documents = addresses.documents](std::string_view body) {
+                                  return readJson(body, documents);
+                                })} {}
 
 MeteoAlarmCountryFeed::Answer MeteoAlarmCountryFeed::get(std::stop_token const& stop) {
   std::unique_lock lock(mutex_);
@@ -32,17 +48,33 @@ MeteoAlarmCountryFeed::Answer MeteoAlarmCountryFeed::get(std::stop_token const& 
     answered_.wait(lock, stop, [this] { return !isAsking_; });
     return known();
   }
-  if (isFresh() || rests()) return known();
+  if (isFresh() || std::ranges::all_of(forms_, &MeteoAlarmFeedForm::rests)) return known();
   isAsking_ = true;
-  HttpRequest const asked = request();
   lock.unlock();
-  auto const answer = http_.get(asked, stop);
+  Asked const asked = ask(stop);
   lock.lock();
-  auto const outcome = accept(answer);
-  failure_ = outcome ? std::nullopt : std::optional(outcome.error());
   isAsking_ = false;
+  failure_ = asked.form == nullptr ? std::optional(asked.problem) : std::nullopt;
+  if (asked.form != nullptr) {
+    content_ = asked.form->content();
+    if (!content_->messages.empty()) messages_ = content_;
+    lastFetchDate_ = clock_.now();
+  }
   answered_.notify_all();
   return known();
+}
+
+MeteoAlarmCountryFeed::Asked MeteoAlarmCountryFeed::ask(std::stop_token const& stop) {
+  Asked asked;
+  for (MeteoAlarmFeedForm& form : forms_) {
+    if (form.rests()) continue;
+    auto const answer = http_.get(form.request(), stop);
+    auto const accepted = form.accept(answer);
+    if (accepted) return {&form, {}};
+    if (asked.problem.empty()) asked.problem = accepted.error();
+    if (stop.stop_requested() || (!answer && isHostAway(answer.error()))) break;
+  }
+  return asked;
 }
 
 /// A clock that was set back makes no feed fresh.
@@ -50,45 +82,6 @@ bool MeteoAlarmCountryFeed::isFresh() const {
   if (failure_ || !lastFetchDate_) return false;
   Instant const now = clock_.now();
   return *lastFetchDate_ <= now && now - *lastFetchDate_ < kCacheLife;
-}
-
-bool MeteoAlarmCountryFeed::rests() const {
-  return restsUntil_ && clock_.steadyNow() < *restsUntil_;
-}
-
-HttpRequest MeteoAlarmCountryFeed::request() const {
-  HttpHeaders headers{{"Accept", "application/atom+xml"}};
-  if (validators_.etag) headers.emplace_back("If-None-Match", *validators_.etag);
-  if (validators_.lastModified) headers.emplace_back("If-Modified-Since", *validators_.lastModified);
-  return {url_, std::move(headers), kTimeout, kLongestBody};
-}
-
-MeteoAlarmCountryFeed::Outcome MeteoAlarmCountryFeed::accept(Result<HttpResponse, HttpError> const& answer) {
-  restsUntil_.reset();
-  if (!answer) {
-    if (answer.error().kind == HttpError::Kind::timedOut) restsUntil_ = clock_.steadyNow() + kHangRest;
-    return std::unexpected(networkProblem(answer.error()));
-  }
-  if (answer->status == kOk) return acceptBody(*answer);
-  if (answer->status == kNotModified && feed_) {
-    lastFetchDate_ = clock_.now();
-    return {};
-  }
-  if (answer->status == kNotFound) {
-    restsUntil_ = clock_.steadyNow() + kMissingFeedRest;
-  }
-  return std::unexpected(statusProblem(answer->status));
-}
-
-/// What is not well formed to its end is not kept, nor what would have it confirmed.
-MeteoAlarmCountryFeed::Outcome MeteoAlarmCountryFeed::acceptBody(HttpResponse const& answer) {
-  MeteoAlarmAtomParser parser;
-  if (auto const read = parser.parse(answer.body); !read)
-    return std::unexpected("MeteoAlarm's response is not a valid feed: " + read.error());
-  feed_ = std::make_shared<MeteoAlarmFeed const>(feedOf(parser.takeEntries()));
-  lastFetchDate_ = clock_.now();
-  validators_ = {headerOf(answer, "ETag"), headerOf(answer, "Last-Modified")};
-  return {};
 }
 
 }  // namespace nimbara

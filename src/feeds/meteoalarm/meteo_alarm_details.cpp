@@ -73,14 +73,6 @@ bool areOneEvent(CapInfo const& a, CapInfo const& b) {
          a.language != b.language;
 }
 
-/// "3; orange; Severe" says "orange".
-std::string colourOf(std::string_view level) {
-  auto const parts = split(level, ';');
-  std::string const colour = parts.size() < 2 ? std::string() : asciiLowered(trimmed(parts[1]));
-  constexpr std::string_view kColours[] = {"green", "yellow", "orange", "red"};
-  return std::ranges::find(kColours, colour) == std::end(kColours) ? std::string() : colour;
-}
-
 WarningDetails detailsIn(CapInfo const& info, CapAlert const& document) {
   WarningDetails details;
   details.text = isBlank(info.description) ? info.headline : info.description;
@@ -88,7 +80,7 @@ WarningDetails detailsIn(CapInfo const& info, CapAlert const& document) {
   if (!isBlank(info.instruction)) details.instruction = info.instruction;
   details.language = info.language;
   details.issuer = info.senderName;
-  details.colour = colourOf(valueOf(info.parameters, "awareness_level").value_or(""));
+  details.colour = colourOfLevel(valueOf(info.parameters, "awareness_level").value_or(""));
   details.type = awarenessTypeOf(valueOf(info.parameters, "awareness_type").value_or(""));
   details.sent = document.sent;
   return details;

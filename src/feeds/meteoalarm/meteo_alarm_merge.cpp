@@ -208,7 +208,7 @@ std::vector<WeatherAlert> unplacedAlerts(std::span<SelectedEntry const> entries,
   std::vector<WeatherAlert> alerts;
   for (auto const& area : entriesByArea(pointers)) {
     RegionCode const region{std::string(kUnplacedRegistry), regionKey(area.front()->entry())};
-    PlaceRegions const here{std::string(context.country), {}, {region}};
+    PlaceRegions const here{std::string(context.country), {}, {region}, {}, {}};
     std::vector<ToldEntry> ofArea;
     for (ToldEntry const* const one : area) ofArea.push_back(*one);
     std::ranges::move(mergedAlerts(std::span<ToldEntry const>(ofArea),

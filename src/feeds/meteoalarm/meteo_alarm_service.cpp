@@ -15,6 +15,17 @@ bool hasShape(RawEntry const& entry) {
   return !entry.circles.empty() || !entry.polygons.empty();
 }
 
+CapDocument documentIn(CapDocuments const& documents, std::string const& name) {
+  auto const found = documents.find(name);
+  return found == documents.end() ? nullptr : found->second;
+}
+
+/// Two messages may have one identifier by mistake, but no address has two.
+CapDocument messageOf(RawEntry const& entry, CapDocuments const& messages) {
+  CapDocument message = documentIn(messages, entry.link);
+  return message ? message : documentIn(messages, entry.identifier);
+}
+
 }  // namespace
 
 MeteoAlarmService::MeteoAlarmService(HttpClient& http, Clock const& clock, Options options,
@@ -41,23 +52,28 @@ MeteoAlarmAnswer MeteoAlarmService::fetch(Coordinate place, std::string_view cou
   std::string const country = warningCountry(countryCode);
   auto const feedName = meteoAlarmFeedName(country);
   if (!feedName || !isValid(place)) return {{}, {}, clock_.now(), {}};
-  auto const [feed, checkedAt, failure] = feedOf(country, *feedName).get(stop);
-  if (!feed) return {{}, {}, checkedAt, failure};
+  auto const [content, messages, checkedAt, failure] = feedOf(country, *feedName).get(stop);
+  if (!content) return {{}, {}, checkedAt, failure};
   PlaceRegions const here = regions ? *regions : lookUpRegions_ ? lookUpRegions_(place) : PlaceRegions{};
-  auto entries = selectedEntries(*feed, place, here);
+  auto entries = selectedEntries(content->feed, place, here);
   Instant const now = clock_.now();
   std::erase_if(entries, [now](SelectedEntry const& one) { return !isCurrentWarning(*one.entry, now); });
   MergeContext const context{country, here, options_.language, texts_};
-  return {mergedAlerts(told(entries, stop), context), unplacedAlerts(*feed, entries, context), checkedAt,
-          failure};
+  CapDocuments const none;
+  auto const said = told(entries, messages ? messages->messages : none, stop);
+  return {mergedAlerts(said, context), unplacedAlerts(content->feed, entries, context), checkedAt, failure};
 }
 
 MeteoAlarmCountryFeed& MeteoAlarmService::feedOf(std::string const& country, std::string_view feedName) {
   std::lock_guard const lock(mutex_);
   auto& feed = feeds_[country];
   if (!feed) {
+    std::string const name(feedName);
+    std::string const list = "/api/v1/warnings/feeds-" + name;
     feed = std::make_unique<MeteoAlarmCountryFeed>(
-        http_, clock_, options_.baseUrl + "/feeds/meteoalarm-legacy-atom-" + std::string(feedName));
+        http_, clock_,
+        MeteoAlarmCountryFeed::Addresses{options_.baseUrl + "/feeds/meteoalarm-legacy-atom-" + name,
+                                         options_.baseUrl + list, std::string(kPublicHost) + list + "/"});
   }
   return *feed;
 }
@@ -71,22 +87,24 @@ std::optional<std::string> MeteoAlarmService::addressOf(RawEntry const& entry) c
   return std::nullopt;
 }
 
-/// The entries with what the documents of the deciding ones among them say.
+/// The entries with what is said of them in full: by a message that is at hand, or by the documents of the
+/// deciding ones among them.
 std::vector<ToldEntry> MeteoAlarmService::told(std::vector<SelectedEntry> const& entries,
-                                               std::stop_token const& stop) {
+                                               CapDocuments const& messages, std::stop_token const& stop) {
   std::vector<std::string> addresses;
   for (SelectedEntry const& one : decidingEntries(entries)) {
+    if (messageOf(*one.entry, messages)) continue;
     if (auto address = addressOf(*one.entry)) addresses.push_back(std::move(*address));
   }
   CapDocuments const documents = documents_.documents(addresses, stop);
   std::vector<ToldEntry> told;
   for (SelectedEntry const& one : entries) {
     ToldEntry& entry = told.emplace_back(ToldEntry{one, {}, {}});
-    auto const address = addressOf(*one.entry);
-    auto const document = address ? documents.find(*address) : documents.end();
-    if (document == documents.end()) continue;
-    entry.details = detailsOf(*document->second, *one.entry, options_.language);
-    entry.areaLanguage = languageOfEntry(*document->second, *one.entry);
+    CapDocument document = messageOf(*one.entry, messages);
+    if (!document) document = documentIn(documents, addressOf(*one.entry).value_or(""));
+    if (!document) continue;
+    entry.details = detailsOf(*document, *one.entry, options_.language);
+    entry.areaLanguage = languageOfEntry(*document, *one.entry);
   }
   return told;
 }

@@ -1,5 +1,5 @@
-// The official warnings of European countries, from MeteoAlarm's feed of each country and the documents that
-// its entries link to. Owned by the application; keeps the feed of every country that was asked for. Any
+// The official warnings of European countries, from MeteoAlarm's feeds of each country and the documents that
+// their entries link to. Owned by the application; keeps the feed of every country that was asked for. Any
 // thread may ask, and a country that does not answer delays no other. Never throws; a failure leaves what was
 // known before.
 #pragma once
@@ -56,7 +56,8 @@ class MeteoAlarmService {
  private:
   MeteoAlarmCountryFeed& feedOf(std::string const& country, std::string_view feedName);
   std::optional<std::string> addressOf(RawEntry const& entry) const;
-  std::vector<ToldEntry> told(std::vector<SelectedEntry> const& entries, std::stop_token const& stop);
+  std::vector<ToldEntry> told(std::vector<SelectedEntry> const& entries, CapDocuments const& messages,
+                              std::stop_token const& stop);
   std::vector<WeatherAlert> unplacedAlerts(MeteoAlarmFeed const& feed,
                                            std::vector<SelectedEntry> const& selected,
                                            MergeContext const& context) const;

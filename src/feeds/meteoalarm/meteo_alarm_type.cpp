@@ -72,6 +72,11 @@ bool isNamedIn(std::string_view paddedText, std::string_view word) {
   return paddedText.find(bounded) != std::string_view::npos;
 }
 
+std::string colourOrNone(std::string word) {
+  constexpr std::string_view kColours[] = {"green", "yellow", "orange", "red"};
+  return std::ranges::find(kColours, word) == std::end(kColours) ? std::string() : word;
+}
+
 }  // namespace
 
 std::string_view iconOf(MeteoAlarmType type) {
@@ -112,10 +117,13 @@ std::optional<MeteoAlarmType> awarenessTypeOf(std::string_view parameter) {
 }
 
 std::string colourOfTitle(std::string_view title) {
-  constexpr std::string_view kColours[] = {"green", "yellow", "orange", "red"};
   std::string const folded = searchFolded(headOf(title));
-  std::string const first = folded.substr(0, folded.find(' '));
-  return std::ranges::find(kColours, first) == std::end(kColours) ? std::string() : first;
+  return colourOrNone(folded.substr(0, folded.find(' ')));
+}
+
+std::string colourOfLevel(std::string_view parameter) {
+  auto const parts = split(parameter, ';');
+  return parts.size() < 2 ? std::string() : colourOrNone(asciiLowered(trimmed(parts[1])));
 }
 
 bool isGreenTitle(std::string_view title) {

@@ -49,6 +49,9 @@ std::optional<MeteoAlarmType> awarenessTypeOf(std::string_view parameter);
 /// "yellow" of "Yellow Wind Warning issued for …"; empty for titles that begin with no level's colour.
 std::string colourOfTitle(std::string_view title);
 
+/// "orange" of a message's parameter "3; orange; Severe"; empty where it names no level's colour.
+std::string colourOfLevel(std::string_view parameter);
+
 /// Whether the title calls the level green, which means that there is nothing to warn of.
 bool isGreenTitle(std::string_view title);
 

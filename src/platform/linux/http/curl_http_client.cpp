@@ -1,6 +1,7 @@
 #include "platform/linux/http/curl_http_client.h"
 
 #include "base/text/text.h"
+#include "platform/http_patience.h"
 
 #include <curl/curl.h>
 
@@ -17,6 +18,8 @@ using Kind = HttpError::Kind;
 
 constexpr int kMostRedirects = 5;
 constexpr milliseconds kConnectTimeout{8'000};
+/// Less is silence: one byte now and then keeps nobody waiting.
+constexpr long kSlowestBytesASecond = 64;
 constexpr std::size_t kMostHeaderBytes = std::size_t{256} << 10;
 
 struct EasyDeleter {
@@ -136,6 +139,7 @@ class CurlHttpClient::Session {
   struct Attempt {
     CURLcode code = CURLE_OK;
     bool isConnected = false;
+    bool fellSilent = false;  ///< timed out before its time
     bool tooLarge = false;
     std::string redirect;  ///< where the answer points to; empty when nowhere
     HttpResponse response;
@@ -217,6 +221,10 @@ void CurlHttpClient::Session::setOptions(HttpRequest const& request, curl_slist*
   curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(request.maxBodyBytes));
   curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &receiveBody);
   curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &receiveHeader);
+  if (auto const silence = longestSilence(request)) {
+    curl_easy_setopt(easy, CURLOPT_LOW_SPEED_LIMIT, kSlowestBytesASecond);
+    curl_easy_setopt(easy, CURLOPT_LOW_SPEED_TIME, static_cast<long>(silence->count()));
+  }
   if (!request.body) return;
   curl_easy_setopt(easy, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(request.body->size()));
   curl_easy_setopt(easy, CURLOPT_POSTFIELDS, request.body->data());
@@ -265,6 +273,8 @@ std::optional<CurlHttpClient::Session::Attempt> CurlHttpClient::Session::attempt
   curl_easy_setopt(easy_.get(), CURLOPT_HEADERDATA, &receiver);
   curl_multi_add_handle(multi_.get(), easy_.get());
   bool const finished = drive(attempt.code, deadline, stop);
+  attempt.fellSilent = attempt.code == CURLE_OPERATION_TIMEDOUT && steady_clock::now() < deadline &&
+                       longestSilence(request).has_value();
   long status = 0;
   char* redirect = nullptr;
   char* peer = nullptr;
@@ -285,6 +295,10 @@ HttpError CurlHttpClient::Session::errorOf(Attempt const& attempt, HttpRequest c
   if (attempt.code == CURLE_OPERATION_TIMEDOUT && !attempt.isConnected) {
     return {Kind::connectionFailed,
             "no connection to " + target.host + " within " + secondsText(request.timeout)};
+  }
+  if (attempt.fellSilent) {
+    return {Kind::timedOut, target.host + " sent nothing for " +
+                                secondsText(longestSilence(request).value_or(std::chrono::seconds(0)))};
   }
   if (attempt.code == CURLE_OPERATION_TIMEDOUT) {
     return {Kind::timedOut,
