@@ -21,8 +21,9 @@ std::unique_ptr<Clock> makeClock(CommonOptions const& options) {
 
 namespace {
 
-/// What the command line leaves open is as the settings say.
+/// What the command line leaves open is as the settings say. The watch follows them while it runs.
 void fillIn(CommandLine& line, Settings const& settings, Environment const& environment) {
+  if (line.run == runWatch) return;
   CommonOptions& common = line.common;
   if (!common.unitsGiven) common.units = unitsOf(settings, environment.measurement);
   std::string const language = settings.text("language");

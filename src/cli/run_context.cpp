@@ -1,8 +1,11 @@
 #include "cli/run_context.h"
 
+#include "app/engine/engine_options.h"
 #include "app/places/place_resolver.h"
 #include "app/places/place_search.h"
+#include "app/services/forecast_service.h"
 #include "app/services/limited_http_client.h"
+#include "app/settings/service_directory.h"
 #include "base/text/text.h"
 #include "base/words/time_words.h"
 #include "feeds/fetching/plain_problem.h"
@@ -40,17 +43,25 @@ std::string adviceFor(APIError const& error) {
   return {};
 }
 
-Wording wordingOf(CommonOptions const& common, Session const& session) {
-  return {common.units, std::make_shared<Texts>(Texts::load(withHourClock(common.language, common.clock))),
-          session.environment.machineCalendar, common.language};
-}
-
 DecorateHttp limited(RunContext::Departure const& departure, Clock const& clock) {
   if (!departure.limit) return departure.aroundNetwork;
   return [inner = departure.aroundNetwork, limit = *departure.limit, &clock](HttpClient& network) {
     return inner ? std::make_unique<LimitedHttpClient>(inner(network), clock, limit)
                  : std::make_unique<LimitedHttpClient>(network, clock, limit);
   };
+}
+
+EngineOptions optionsOf(CommonOptions const& common, Session const& session, Clock const& clock,
+                        RunContext::Departure const& departure) {
+  EngineOptions options;
+  options.services = departure.servicesBase;
+  options.overrides = {common.units, common.language, departure.provider};
+  options.keepsNothing = departure.keepsNothing;
+  options.aroundNetwork = limited(departure, clock);
+  options.store = session.store;
+  options.settings = session.settings;
+  options.clock = &clock;
+  return options;
 }
 
 }  // namespace
@@ -71,14 +82,16 @@ RunContext::RunContext(CommonOptions const& common, Session const& session, Cloc
     : common_(common),
       session_(session),
       clock_(clock),
-      wording_(wordingOf(common, session)),
-      app_(*session.settings, clock,
-           {departure.servicesBase, wording_, departure.provider, session.environment.program,
-            session.environment.dataDirectory,
-            departure.keepsNothing ? std::filesystem::path() : session.environment.cacheDirectory,
-            limited(departure, clock)}) {
-  app_.providers().setOnFailure(
-      [this](auto provider, APIError const& error) { failures_.emplace_back(enumName(provider), error); });
+      engine_(session.environment, optionsOf(common, session, clock, departure)),
+      wording_(engine_.wording()) {}
+
+Composition& RunContext::app() {
+  std::call_once(asked_, [this] {
+    app_ = engine_.services();
+    app_->providers().setOnFailure(
+        [this](auto provider, APIError const& error) { failures_.emplace_back(enumName(provider), error); });
+  });
+  return *app_;
 }
 
 /// Without a full stop.
@@ -141,7 +154,7 @@ Result<Place, Failure> RunContext::place(std::string const& text) {
   if (auto const* const place = std::get_if<Place>(&*wanted)) {
     return place->name.empty() ? describedPlace(place->coordinate, texts().language()) : *place;
   }
-  PlaceSearch search(app_.http(), app_.services());
+  PlaceSearch search(app().http(), app().services());
   std::string const& name = std::get<PlaceName>(*wanted).name;
   auto const found = search.search(name, texts().language(), false, session_.stop);
   if (!found) {

@@ -1,9 +1,12 @@
-// What commands about a place share: the clock, the texts, the services bound to the settings, and the place
-// that was meant. Alive as long as the command.
+// What commands about a place share: an engine that was not begun, the texts, and the place that was meant.
+// Alive as long as the command.
 #pragma once
 
+#include "app/engine/engine.h"
+#include "app/places/place.h"
 #include "app/services/composition.h"
 #include "cli/cli.h"
+#include "providers/common/api_error.h"
 
 #include <memory>
 #include <optional>
@@ -12,6 +15,8 @@
 #include <vector>
 
 namespace nimbara {
+
+struct ForecastAnswer;
 
 /// Why a command ends without its answer.
 struct Failure {
@@ -52,11 +57,11 @@ class RunContext {
   /// Why no forecast was available, with every provider that was asked, and what to do.
   std::string sentenceOf(APIError const& error) const;
 
-  Composition& app() { return app_; }
+  Composition& app();
   Clock const& clock() const { return clock_; }
-  Texts const& texts() const { return *wording_.texts; }
-  Wording const& wording() const { return wording_; }
-  std::string const& servicesBase() const { return app_.services().standIn(); }
+  Texts const& texts() const { return *wording_->texts; }
+  Wording const& wording() const { return *wording_; }
+  std::string const& servicesBase() const { return engine_.standIn(); }
 
  private:
   std::string textOf(APIError const& error) const;
@@ -65,8 +70,10 @@ class RunContext {
   CommonOptions const& common_;
   Session const& session_;
   Clock const& clock_;
-  Wording wording_;
-  Composition app_;
+  Engine engine_;
+  std::shared_ptr<Wording const> wording_;
+  std::once_flag asked_;
+  std::shared_ptr<Composition> app_;                        ///< from the first question on
   std::vector<std::pair<std::string, APIError>> failures_;  ///< in the order of the attempts
 };
 

@@ -1,3 +1,7 @@
+#include "app/engine/engine.h"
+#include "app/engine/engine_globe.h"
+#include "app/engine/engine_notifications.h"
+#include "app/engine/engine_options.h"
 #include "app/settings/home_directory.h"
 #include "base/text/text.h"
 #include "demo/demo_folder.h"
@@ -94,7 +98,7 @@ class Photographer : public QObject {
   QTimer settle_;
 };
 
-NotificationCommands notificationCommandsOf(DesktopNotifications& told, DesktopModel*& model) {
+NotificationCommands notificationCommandsOf(EngineNotifications& told, DesktopModel*& model) {
   NotificationCommands asked;
   asked.set = [&told](std::string key, SettingValue value) { told.set(std::move(key), std::move(value)); };
   asked.mute = [&told](std::string const& kinds, std::optional<Instant> until) { told.mute(kinds, until); };
@@ -121,48 +125,49 @@ Result<LocationFix, LocationError> unaskedLocation(std::stop_token const& /*stop
                                        "the demo does not use the desktop's location service"});
 }
 
-DesktopCommands commandsOf(DesktopCore& core, DesktopModel*& model) {
+DesktopCommands commandsOf(Engine& engine, DesktopModel*& model) {
   DesktopCommands commands;
-  commands.refresh = [&core] { core.refresh(); };
-  commands.selectPlace = [&core](Uuid id) { core.selectPlace(id); };
-  commands.addPlace = [&core](SavedPlace place) { core.addPlace(std::move(place)); };
-  commands.removePlace = [&core](Uuid id) { core.removePlace(id); };
-  commands.chooseNotifications = [&core](Uuid id, PlaceChoice choice) {
-    core.chooseNotifications(id, choice);
+  commands.refresh = [&engine] { engine.refresh(); };
+  commands.selectPlace = [&engine](Uuid id) { engine.selectPlace(id); };
+  commands.addPlace = [&engine](SavedPlace place) { engine.addPlace(std::move(place)); };
+  commands.removePlace = [&engine](Uuid id) { engine.removePlace(id); };
+  commands.chooseNotifications = [&engine](Uuid id, PlaceChoice choice) {
+    engine.chooseNotifications(id, choice);
   };
-  commands.movePlace = [&core](Uuid id, int position) { core.movePlace(id, position); };
-  commands.hazards = {[&core] { core.lookAtHazards(); }, [&core](double km) { core.setQuakeRadius(km); },
-                      [&core](double least) { core.setQuakeMagnitude(least); }};
-  commands.globe.setShown = [&core](bool isShown) { core.globe().setShown(isShown); };
-  commands.globe.tick = [&core] { return core.globe().tick(); };
-  commands.globe.choose = [&core](std::optional<std::uint32_t> entry) { core.globe().choose(entry); };
-  commands.globe.setHidden = [&core](std::string const& row, bool isHidden) {
-    core.globe().setHidden(row, isHidden);
+  commands.movePlace = [&engine](Uuid id, int position) { engine.movePlace(id, position); };
+  commands.hazards = {[&engine] { engine.lookAtHazards(); },
+                      [&engine](double km) { engine.setQuakeRadius(km); },
+                      [&engine](double least) { engine.setQuakeMagnitude(least); }};
+  commands.globe.setShown = [&engine](bool isShown) { engine.globe().setShown(isShown); };
+  commands.globe.tick = [&engine] { return engine.globe().tick(); };
+  commands.globe.choose = [&engine](std::optional<std::uint32_t> entry) { engine.globe().choose(entry); };
+  commands.globe.setHidden = [&engine](std::string const& row, bool isHidden) {
+    engine.globe().setHidden(row, isHidden);
   };
-  commands.search = [&core, &model](std::string const& text) {
-    core.search(text, [&model, text](std::vector<FoundPlace> found) {
+  commands.search = [&engine, &model](std::string const& text) {
+    engine.search(text, [&model, text](std::vector<FoundPlace> found) {
       QMetaObject::invokeMethod(
           qApp, [&model, text, found = std::move(found)] { model->showFound(text, found); },
           Qt::QueuedConnection);
     });
   };
-  commands.notifications = notificationCommandsOf(core.notifications(), model);
-  commands.searchOnline = [&core, &model](std::string const& text) {
-    core.searchOnline(text, [&model, text](Result<std::vector<FoundPlace>, APIError> found) {
+  commands.notifications = notificationCommandsOf(engine.notifications(), model);
+  commands.searchOnline = [&engine, &model](std::string const& text) {
+    engine.searchOnline(text, [&model, text](Result<std::vector<FoundPlace>, APIError> found) {
       QMetaObject::invokeMethod(
           qApp, [&model, text, found = std::move(found)] { model->showFoundOnline(text, found); },
           Qt::QueuedConnection);
     });
   };
-  commands.restorePlace = [&core](SavedPlace place, int position, bool select) {
-    core.restorePlace(std::move(place), position, select);
+  commands.restorePlace = [&engine](SavedPlace place, int position, bool select) {
+    engine.restorePlace(std::move(place), position, select);
   };
-  commands.locate = [&core] { core.locate(); };
-  commands.removeCurrentLocation = [&core] { core.removeCurrentLocation(); };
-  commands.settings.change = [&core](std::string key, std::string text) {
-    core.changeSetting(std::move(key), std::move(text));
+  commands.locate = [&engine] { engine.locate(); };
+  commands.removeCurrentLocation = [&engine] { engine.removeCurrentLocation(); };
+  commands.settings.change = [&engine](std::string key, std::string text) {
+    engine.changeSetting(std::move(key), std::move(text));
   };
-  commands.settings.setStartAtLogin = [&core](bool wanted) { core.setStartAtLogin(wanted); };
+  commands.settings.setStartAtLogin = [&engine](bool wanted) { engine.setStartAtLogin(wanted); };
   return commands;
 }
 
@@ -218,8 +223,8 @@ class Start {
 };
 
 /// What the first frame can do without.
-void beginTheRest(DesktopCore& core, DesktopShell& shell) {
-  core.followSystem([](std::string const& sentence) { std::ignore = fail(0, sentence); });
+void beginTheRest(Engine& engine, DesktopShell& shell) {
+  engine.followSystem([](std::string const& sentence) { std::ignore = fail(0, sentence); });
   shell.begin();
 }
 
@@ -254,14 +259,21 @@ int showWindow(QGuiApplication& application, Environment const& environment, Des
         },
         Qt::QueuedConnection);
   };
-  DesktopCore::Options wanted{services, options.now, places, options.place, onGlobeChange, {},
-                              onOpen,   {},          {},     true};
+  EngineOptions wanted;
+  wanted.services = services;
+  wanted.now = options.now;
+  wanted.places = places;
+  wanted.place = options.place;
+  wanted.waitsForWindow = true;
+  wanted.followsAppearance = true;
+  wanted.onGlobeChange = onGlobeChange;
+  wanted.onOpen = onOpen;
   if (demo != nullptr) wanted.locate = unaskedLocation;
-  DesktopCore core(environment, std::move(wanted),
-                   [&box](SnapshotBox::Snapshot snapshot) { box.put(std::move(snapshot)); });
+  Engine engine(environment, std::move(wanted),
+                [&box](SnapshotBox::Snapshot snapshot) { box.put(std::move(snapshot)); });
   DesktopModel shown(
-      {core.wording(), core.standIn(), [&core] { return core.clock().now(); }, environment.program},
-      commandsOf(core, model));
+      {*engine.wording(), engine.standIn(), [&engine] { return engine.clock().now(); }, environment.program},
+      commandsOf(engine, model));
   // The cached forecast is there within milliseconds; the pages are made with it and not once more.
   if (auto first = box.take(kFirstPatience)) shown.show(std::move(first));
   model = &shown;
@@ -274,30 +286,30 @@ int showWindow(QGuiApplication& application, Environment const& environment, Des
   });
   std::optional<Photographer> photographer;
   if (!options.screenshot.empty()) photographer.emplace(shown, window, options.screenshot);
-  DesktopShell shell(shown, *window.window(), {trayMaker(start.buses()), [&core](std::string const& place) {
-                                                 core.choosePlace(place);
+  DesktopShell shell(shown, *window.window(), {trayMaker(start.buses()), [&engine](std::string const& place) {
+                                                 engine.choosePlace(place);
                                                }});
   front = &shell;
   start.listen(shell);
   QObject::connect(
       window.window(), &QQuickWindow::frameSwapped, &shell,
       [&] {
-        core.windowIsShown();
+        engine.windowIsShown();
         QGuiApplication::setWindowIcon(programIcon());
-        if (!options.isApart()) beginTheRest(core, shell);
+        if (!options.isApart()) beginTheRest(engine, shell);
       },
       static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
   QObject::connect(
       &application, &QGuiApplication::applicationStateChanged,
-      [&core](Qt::ApplicationState state) { core.setForeground(state == Qt::ApplicationActive); });
+      [&engine](Qt::ApplicationState state) { engine.setForeground(state == Qt::ApplicationActive); });
   QTimer minute;
   QObject::connect(&minute, &QTimer::timeout, [&] {
     if (window.window()->isExposed()) shown.tick();
   });
   minute.start(std::chrono::minutes(1));
   // A window that begins minimised draws nothing.
-  QTimer::singleShot(std::chrono::seconds(2), &shell, [&core] { core.windowIsShown(); });
-  if (options.refresh) core.refresh();
+  QTimer::singleShot(std::chrono::seconds(2), &shell, [&engine] { engine.windowIsShown(); });
+  if (options.refresh) engine.refresh();
   std::stop_callback const leave(signals.token(), [&signals] {
     QMetaObject::invokeMethod(
         qApp, [code = codeOf(signals)] { QCoreApplication::exit(code); }, Qt::QueuedConnection);

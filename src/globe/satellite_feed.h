@@ -3,6 +3,7 @@
 // that no group is asked for twice at a time. Several processes may share the folder.
 #pragma once
 
+#include "globe/element_source.h"
 #include "globe/satellite_catalog.h"
 #include "platform/clock.h"
 
@@ -15,17 +16,6 @@
 #include <vector>
 
 namespace nimbara {
-
-/// A group's element sets, as somebody has them.
-struct ElementSets {
-  std::string text;
-  Instant fetched;  ///< when their source gave them
-};
-
-/// Asks for a group by its name; blocks. The error is a sentence without a full stop. Whoever answers decides
-/// how often sources are asked.
-using ElementSource =
-    std::function<Result<ElementSets, std::string>(std::string_view group, std::stop_token const& stop)>;
 
 /// One group as it was available.
 struct SatelliteGroupLoad {

@@ -12,6 +12,8 @@ namespace nimbara {
 class LanguageModel {
  public:
   virtual ~LanguageModel() = default;
+  /// False while the user has named none.
+  virtual bool isThere() { return true; }
   /// Blocks for at most ten seconds. The error is a sentence without a full stop.
   virtual Result<std::string, std::string> reply(std::string const& prompt, std::stop_token const& stop) = 0;
 };

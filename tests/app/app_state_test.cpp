@@ -34,7 +34,7 @@ struct AppStateTest : testing::Test {
   WeatherProviderManager providers{scripted(), history, clock};
   ForecastService forecasts{providers, cache, clock, {}};
   std::vector<std::string> reports;
-  AppState state{forecasts, providers, cache, clock, runner, surroundings()};
+  AppState state{always(forecasts), clock, runner, surroundings()};
 
   WeatherProviderManager::Providers scripted() {
     WeatherProviderManager::Providers all;
@@ -95,7 +95,7 @@ TEST_F(AppStateTest, ShowsTheCacheAtOnceAndAsksTheNetworkOnlyForWhatIsOld) {
   test::ManualRunner laterRunner;
   auto const later = [&](std::chrono::seconds age) {
     clock.set(kStart + age);
-    AppState next(forecasts, providers, cache, clock, laterRunner, {});
+    AppState next(always(forecasts), clock, laterRunner, {});
     next.selectPlace(kBerlin, RefreshTrigger::start);
     auto const shown = *next.weather();
     laterRunner.runAll();
@@ -157,7 +157,7 @@ TEST_F(AppStateTest, TwoProgramsRefreshOnceBetweenThem) {
   // The same folder, a memory of its own.
   WeatherCache otherCache{folder.path(), clock};
   ForecastService otherForecasts{providers, otherCache, clock, {}};
-  AppState other{otherForecasts, providers, otherCache, clock, runner, {}};
+  AppState other{always(otherForecasts), clock, runner, {}};
   state.selectPlace(kBerlin, RefreshTrigger::start);
   runner.runAll();
   other.selectPlace(kBerlin, RefreshTrigger::start);
@@ -181,7 +181,7 @@ TEST_F(AppStateTest, SpacesTheMovesOfTheDevice) {
     arrived.push_back(fix.coordinate.latitude);
     acting->selectPlace(Place{fix.coordinate, "", "", ""}, RefreshTrigger::locationChanged);
   };
-  AppState subject(forecasts, providers, cache, clock, runner, all);
+  AppState subject(always(forecasts), clock, runner, all);
   acting = &subject;
   subject.selectPlace(kBerlin, RefreshTrigger::start);
   runner.runAll();
@@ -352,7 +352,7 @@ TEST_F(AppStateTest, SpacesTheSupplementalFeeds) {
     fed.push_back(clock.now());
     return outcome;
   };
-  AppState subject(forecasts, providers, cache, clock, runner, all);
+  AppState subject(always(forecasts), clock, runner, all);
   subject.selectPlace(kBerlin, RefreshTrigger::start);
   for (auto const later : {0s, 1199s, 1200s, 2399s, 2400s}) {
     clock.set(kStart + later);
@@ -370,7 +370,7 @@ TEST_F(AppStateTest, AsksAgainSoonForSupplementsThatCouldNotBeHad) {
     fed.push_back(clock.now());
     return outcome;
   };
-  AppState subject(forecasts, providers, cache, clock, runner, all);
+  AppState subject(always(forecasts), clock, runner, all);
   subject.selectPlace(kBerlin, RefreshTrigger::start);
   auto const runAt = [&](std::chrono::seconds later) {
     clock.set(kStart + later);
@@ -400,7 +400,7 @@ TEST_F(AppStateTest, GivesUpTheSupplementsOfAnotherPlace) {
     if (stop.stop_requested()) fed.back() += " stopped";
     return SupplementalOutcome::complete;
   };
-  AppState subject(forecasts, providers, cache, clock, runner, all);
+  AppState subject(always(forecasts), clock, runner, all);
   acting = &subject;
   subject.selectPlace(kBerlin, RefreshTrigger::start);
   subject.runDue();

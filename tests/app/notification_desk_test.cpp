@@ -1,6 +1,7 @@
 #include "app/notices/notification_desk.h"
 
 #include "app/notices/late_notification_center.h"
+#include "app/services/forecast_service.h"
 #include "app/settings/settings_registry.h"
 #include "notifications/log/notification_log.h"
 #include "platform/linux/sqlite_settings_store.h"
@@ -48,14 +49,19 @@ struct Program {
     center = made.get();
     desk = std::make_unique<NotificationDesk>(
         NotificationDesk::Surroundings{.store = store,
-                                       .app = app,
+                                       .services = always(app),
+                                       .isStandIn = !services.empty(),
                                        .clock = clock,
                                        .runner = runner,
                                        .wording = {},
                                        .dataDirectory = folder,
                                        .program = name,
                                        .center = std::move(made),
-                                       .places = [] { return std::vector<WatchedPlace>{{kBerlin, {}}}; },
+                                       .places =
+                                           [this] {
+                                             if (whileAPassBegins) whileAPassBegins();
+                                             return std::vector<WatchedPlace>{{kBerlin, {}}};
+                                           },
                                        .onPass = {},
                                        .onDueChange = {},
                                        .onRoleChange = [this] { hasRole.count_down(); },
@@ -83,6 +89,7 @@ struct Program {
   test::ManualRunner runner;
   test::FakeNotificationCenter* center = nullptr;  // the desk's
   std::latch hasRole{1};
+  std::function<void()> whileAPassBegins;
   std::unique_ptr<NotificationDesk> desk;
 };
 
@@ -136,6 +143,14 @@ TEST_F(NotificationDesks, OfStandInsLeaveTheRealRoleAndMemoryAlone) {
   EXPECT_TRUE(watch.desk->role().isOurs());
   EXPECT_EQ(made.told(), 1);
   EXPECT_EQ(watch.told(), 1);
+}
+
+TEST_F(NotificationDesks, TellNothingOfAPlaceThatGoesWhileAPassIsUnderWay) {
+  Program watch(folder.path(), "watch", clock);
+  watch.whileAPassBegins = [&] { watch.desk->suppress(locationTag(kBerlin)); };
+  EXPECT_EQ(watch.told(), 0);
+  watch.whileAPassBegins = {};
+  EXPECT_EQ(watch.told(), 1) << "it is back when the next pass begins";
 }
 
 TEST_F(NotificationDesks, SpeakTheLanguageOfTheDay) {

@@ -1,12 +1,14 @@
 #include "app/recording/replay.h"
 
 #include "app/services/feed_services.h"
+#include "app/settings/service_directory.h"
 #include "app/settings/settings_registry.h"
 #include "platform/scratch_settings_store.h"
 #include "support/forecasts.h"
 #include "support/paths.h"
 #include "support/recording.h"
 #include "support/rules.h"
+#include "support/shared_texts.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -54,14 +56,15 @@ struct ReplayTest : testing::Test {
     feeds = std::make_unique<FeedServices>(*http, *clock, ServiceDirectory({}, ""),
                                            FeedServices::Options{"me", {}, {}, texts()});
     inputs = std::make_unique<NotificationInputs>(
-        *feeds, *clock,
+        always(*feeds), *clock,
         NotificationInputs::Options{
             {},
             texts(),
             Calendar::utc(),
             [this](Place const& place, std::stop_token const&) { return weatherAt(place); },
             {}});
-    replay = std::make_unique<Replay>(Replay::Surroundings{*clock, store, *inputs, test::englishTexts()});
+    replay =
+        std::make_unique<Replay>(Replay::Surroundings{*clock, store, *inputs, test::sharedEnglishTexts()});
     choose(places);
   }
 

@@ -1,6 +1,8 @@
+#include "app/settings/settings_registry.h"
 #include "cli/cli.h"
 #include "cli/pages/line_text.h"
 #include "demo/demo_server.h"
+#include "platform/linux/sqlite_settings_store.h"
 #include "support/demo_session.h"
 #include "support/forecasts.h"
 #include "support/instants.h"
@@ -175,6 +177,32 @@ TEST_F(WeatherCommands, WatchPlacesUntilInterrupted) {
   // Another process selects another place.
   ASSERT_EQ(run({"places", "select", "Gulf"}).exitCode, 0);
   console.waitFor(R"("place":"Gulf","latitude":1,"longitude":2,"selected":true)");
+  stop.request_stop();
+}
+
+TEST_F(WeatherCommands, TheWatchFollowsWhatIsSetMeanwhile) {
+  SqliteSettingsStore settings(environment().dataDirectory, settingsRegistry());
+  for (SettingDefinition const* const definition : settingsRegistry().all()) {
+    if (definition->key.ends_with("Host")) {
+      ASSERT_TRUE(settings.set(definition->key, std::string("http://127.0.0.1:1")));
+    }
+  }
+  ASSERT_EQ(run({"places", "add", "51.48,0", "--name", "Home"}).exitCode, 0);
+  SharedConsole console;
+  std::stop_source stop;
+  Environment const surroundings = environment();
+  std::jthread const watch([&] {
+    EXPECT_EQ(runCli({"watch", "--now", kMoment}, Session{surroundings, console, stop.get_token()}),
+              exitCode::kInterrupted);
+  });
+  console.waitFor("Home: " + std::string(Texts::load("en").text("error.offline")));
+  ASSERT_TRUE(settings.set("language", std::string("pt")));
+  console.waitFor("a previsão");
+  ASSERT_TRUE(settings.set("openMeteoHost", base));
+  console.waitFor("Home: forecast from openMeteo");
+  ASSERT_TRUE(settings.set("yrNoHost", base));
+  ASSERT_TRUE(settings.set("preferredProvider", std::string("yrNo")));
+  console.waitFor("Home: forecast from yrNo");
   stop.request_stop();
 }
 

@@ -22,7 +22,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
-std::shared_ptr<DesktopSnapshot> withSettings(SettingValues stored) {
+std::shared_ptr<EngineSnapshot> withSettings(SettingValues stored) {
   auto snapshot = snapshotOf(stateOf(mildWeek()));
   snapshot->settings = std::make_shared<SettingsState const>(settingsWith(std::move(stored)));
   return snapshot;

@@ -1,5 +1,10 @@
+#include "app/engine/engine.h"
+#include "app/engine/engine_options.h"
+#include "app/engine/held_runner.h"
 #include "app/settings/settings_registry.h"
 #include "desktop/core/snapshot_box.h"
+#include "model/weather_cache.h"
+#include "platform/linux/sqlite_settings_store.h"
 #include "states.h"
 #include "support/manual_runner.h"
 #include "support/paths.h"
@@ -38,29 +43,29 @@ struct Core : testing::Test {
   }
 
   /// Nobody listens at the services' address.
-  static DesktopCore::Options optionsOf(std::string place, bool waitsForWindow) {
-    DesktopCore::Options options;
+  static Engine::Options optionsOf(std::string place, bool waitsForWindow) {
+    Engine::Options options;
     options.services = "http://127.0.0.1:9";
     options.now = kNow;
     options.place = std::move(place);
     options.waitsForWindow = waitsForWindow;
     return options;
   }
-  std::unique_ptr<DesktopCore> start(std::string place = {}, bool waitsForWindow = false) {
-    return std::make_unique<DesktopCore>(environment, optionsOf(std::move(place), waitsForWindow),
-                                         [this](SnapshotBox::Snapshot snapshot) {
-                                           if (!first) first = snapshot;
-                                           box.put(std::move(snapshot));
-                                         });
+  std::unique_ptr<Engine> start(std::string place = {}, bool waitsForWindow = false) {
+    return std::make_unique<Engine>(environment, optionsOf(std::move(place), waitsForWindow),
+                                    [this](SnapshotBox::Snapshot snapshot) {
+                                      if (!first) first = snapshot;
+                                      box.put(std::move(snapshot));
+                                    });
   }
   /// Takes snapshots until one is as wanted.
-  SnapshotBox::Snapshot waitFor(std::function<bool(DesktopSnapshot const&)> const& isWanted) {
+  SnapshotBox::Snapshot waitFor(std::function<bool(EngineSnapshot const&)> const& isWanted) {
     while (auto snapshot = box.take(kLong)) {
       if (isWanted(*snapshot)) return snapshot;
     }
     return nullptr;
   }
-  static std::string nameOf(DesktopSnapshot const& snapshot) {
+  static std::string nameOf(EngineSnapshot const& snapshot) {
     return snapshot.place ? snapshot.place->name : "";
   }
 
@@ -72,7 +77,7 @@ struct Core : testing::Test {
 
 TEST_F(Core, TheFirstSnapshotHasTheKeptForecast) {
   auto const core = start();
-  ASSERT_TRUE(waitFor([](DesktopSnapshot const&) { return true; }));
+  ASSERT_TRUE(waitFor([](EngineSnapshot const&) { return true; }));
   EXPECT_EQ(nameOf(*first), "Quito");
   ASSERT_TRUE(first->weather->weatherData);
   EXPECT_EQ(first->weather->weatherData->daily.size(), mildWeek().daily.size());
@@ -80,7 +85,7 @@ TEST_F(Core, TheFirstSnapshotHasTheKeptForecast) {
 
 TEST_F(Core, TheFirstSnapshotIsOfThePlaceThatWasAskedFor) {
   auto const core = start("oslo");
-  ASSERT_TRUE(waitFor([](DesktopSnapshot const&) { return true; }));
+  ASSERT_TRUE(waitFor([](EngineSnapshot const&) { return true; }));
   EXPECT_EQ(nameOf(*first), "Oslo");
   EXPECT_TRUE(first->weather->weatherData);
 }
@@ -89,11 +94,11 @@ TEST_F(Core, ChoosesAmongThePlacesThatItBeginsWith) {
   environment.dataDirectory = folder.path() / "fresh";
   auto options = optionsOf("Lima", false);
   options.places = {savedPlace("Oslo", {59.91, 10.75}), savedPlace("Lima", {-12.05, -77.04})};
-  DesktopCore const core(environment, std::move(options), [this](SnapshotBox::Snapshot snapshot) {
+  Engine const core(environment, std::move(options), [this](SnapshotBox::Snapshot snapshot) {
     if (!first) first = std::move(snapshot);
     box.put(first);
   });
-  ASSERT_TRUE(waitFor([](DesktopSnapshot const&) { return true; }));
+  ASSERT_TRUE(waitFor([](EngineSnapshot const&) { return true; }));
   EXPECT_EQ(nameOf(*first), "Lima");
 }
 
@@ -102,14 +107,14 @@ TEST_F(Core, ChoosesAPlaceByWhatItIsCalled) {
   std::string const id = savedPlace("Oslo", {}).id.text();
   for (std::string const& text : {std::string("OSLO"), id, std::string("59.91,10.75")}) {
     core->choosePlace("Quito");
-    ASSERT_TRUE(waitFor([](DesktopSnapshot const& snapshot) { return nameOf(snapshot) == "Quito"; })) << text;
+    ASSERT_TRUE(waitFor([](EngineSnapshot const& snapshot) { return nameOf(snapshot) == "Quito"; })) << text;
     core->choosePlace(text);
-    auto const chosen = waitFor([](DesktopSnapshot const& snapshot) { return nameOf(snapshot) == "Oslo"; });
+    auto const chosen = waitFor([](EngineSnapshot const& snapshot) { return nameOf(snapshot) == "Oslo"; });
     ASSERT_TRUE(chosen) << text;
     EXPECT_EQ(chosen->unknownPlace, "");
   }
   core->choosePlace("Atlantis");
-  auto const kept = waitFor([](DesktopSnapshot const& snapshot) { return !snapshot.unknownPlace.empty(); });
+  auto const kept = waitFor([](EngineSnapshot const& snapshot) { return !snapshot.unknownPlace.empty(); });
   ASSERT_TRUE(kept);
   EXPECT_EQ(kept->unknownPlace, "Atlantis");
   EXPECT_FALSE(kept->problem.has_value());
@@ -118,10 +123,10 @@ TEST_F(Core, ChoosesAPlaceByWhatItIsCalled) {
 
 TEST_F(Core, FollowsWhetherClosingHides) {
   auto const core = start();
-  ASSERT_TRUE(waitFor([](DesktopSnapshot const& snapshot) { return snapshot.closesToTray; }));
+  ASSERT_TRUE(waitFor([](EngineSnapshot const& snapshot) { return snapshot.closesToTray; }));
   SqliteSettingsStore other(environment.dataDirectory, settingsRegistry());
   ASSERT_TRUE(other.set("desktop_closeToTray", false));
-  EXPECT_TRUE(waitFor([](DesktopSnapshot const& snapshot) { return !snapshot.closesToTray; }));
+  EXPECT_TRUE(waitFor([](EngineSnapshot const& snapshot) { return !snapshot.closesToTray; }));
 }
 
 TEST(HeldRunner, PassesOnInOrderOnceReleased) {
@@ -144,12 +149,12 @@ TEST(HeldRunner, PassesOnInOrderOnceReleased) {
 
 TEST_F(Core, AsksNobodyBeforeTheWindowIsShown) {
   auto const core = start({}, true);
-  auto const begun = waitFor([](DesktopSnapshot const& snapshot) { return snapshot.weather->isLoading; });
+  auto const begun = waitFor([](EngineSnapshot const& snapshot) { return snapshot.weather->isLoading; });
   ASSERT_TRUE(begun);
   EXPECT_FALSE(begun->weather->error);
   EXPECT_THAT(begun->kept, testing::IsEmpty());
   core->windowIsShown();
-  EXPECT_TRUE(waitFor([](DesktopSnapshot const& snapshot) {
+  EXPECT_TRUE(waitFor([](EngineSnapshot const& snapshot) {
     return !snapshot.weather->isLoading && snapshot.kept.size() == 2;
   }));
 }
@@ -157,8 +162,8 @@ TEST_F(Core, AsksNobodyBeforeTheWindowIsShown) {
 TEST(SnapshotBox, HoldsTheNewestAndAnnouncesOnce) {
   int announced = 0;
   SnapshotBox box([&] { ++announced; });
-  auto const one = std::make_shared<DesktopSnapshot>();
-  auto const two = std::make_shared<DesktopSnapshot>();
+  auto const one = std::make_shared<EngineSnapshot>();
+  auto const two = std::make_shared<EngineSnapshot>();
   box.put(one);
   box.put(two);
   EXPECT_EQ(announced, 1);

@@ -1,5 +1,6 @@
-#include "desktop/core/desktop_hazards.h"
-
+#include "app/engine/engine_hazards.h"
+#include "app/services/feed_services.h"
+#include "app/settings/service_directory.h"
 #include "app/settings/settings_registry.h"
 #include "platform/scratch_settings_store.h"
 #include "support/fake_http_client.h"
@@ -44,9 +45,9 @@ struct DesktopHazardsTest : testing::Test {
   test::ManualRunner runner;
   std::vector<std::string> shown;
   int published = 0;
-  DesktopHazards hazards{feeds, store, runner, surroundings()};
+  EngineHazards hazards{always(feeds), store, runner, surroundings()};
 
-  DesktopHazards::Surroundings surroundings() {
+  EngineHazards::Surroundings surroundings() {
     return {[this](Place const& place, std::vector<WeatherAlert> const& alerts) {
               shown.push_back(place.name + ":");
               for (WeatherAlert const& alert : alerts) shown.back() += " " + alert.title;
@@ -160,7 +161,7 @@ TEST_F(DesktopHazardsTest, KeepTheFilterInTheSettings) {
   hazards.setRadius(500);
   hazards.setMagnitude(4.5);
   EXPECT_EQ(published, 2);
-  DesktopHazards other(feeds, store, runner, surroundings());
+  EngineHazards other(always(feeds), store, runner, surroundings());
   other.readFilter();
   EXPECT_EQ(other.state()->filter, (QuakeFilter{500, 4.5}));
   EXPECT_EQ(published, 3);

@@ -95,7 +95,7 @@ TEST_F(ModelTest, SettlesWhenTheHazardsAreKnownToo) {
   snapshot->hazards = shared(hazards);
   model.show(snapshot);
   EXPECT_FALSE(model.hasSettled());
-  auto const later = std::make_shared<DesktopSnapshot>(*snapshot);
+  auto const later = std::make_shared<EngineSnapshot>(*snapshot);
   hazards.official.isAsking = false;
   later->hazards = shared(hazards);
   model.show(later);

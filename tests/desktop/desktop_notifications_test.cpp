@@ -1,5 +1,5 @@
-#include "desktop/core/desktop_notifications.h"
-
+#include "app/engine/engine_notifications.h"
+#include "app/services/forecast_service.h"
 #include "notifications_states.h"
 #include "platform/linux/sqlite_settings_store.h"
 #include "support/fake_http_client.h"
@@ -28,21 +28,24 @@ struct DesktopNotificationsTest : testing::Test {
     std::ignore = app.forecasts().get(kBerlin, WeatherProviderOption::openMeteo);
     auto made = std::make_unique<FakeNotificationCenter>();
     center = made.get();
-    notifications = std::make_unique<DesktopNotifications>(
-        DesktopNotifications::Surroundings{.store = store,
-                                           .app = app,
-                                           .clock = clock,
-                                           .work = runner,
-                                           .commands = runner,
-                                           .wording = {},
-                                           .dataDirectory = folder.path(),
-                                           .center = std::move(made),
-                                           .places = [] { return std::vector<WatchedPlace>{{kBerlin, {}}}; },
-                                           .publish = [this] { ++published; },
-                                           .onPass = {},
-                                           .onDueChange = {},
-                                           .onResponse = {},
-                                           .jitter = {}});
+    notifications = std::make_unique<EngineNotifications>(
+        EngineNotifications::Surroundings{.store = store,
+                                          .services = always(app),
+                                          .clock = clock,
+                                          .work = runner,
+                                          .commands = runner,
+                                          .wording = {},
+                                          .dataDirectory = folder.path(),
+                                          .program = "window",
+                                          .center = std::move(made),
+                                          .places = [] { return std::vector<WatchedPlace>{{kBerlin, {}}}; },
+                                          .publish = [this] { ++published; },
+                                          .onPass = {},
+                                          .onRoleChange = {},
+                                          .onProblem = {},
+                                          .onDueChange = {},
+                                          .onResponse = {},
+                                          .jitter = {}});
     switchOff("notify_govAlerts");
     switchOff("notify_travelAdvisory");
     notifications->begin();
@@ -77,7 +80,7 @@ struct DesktopNotificationsTest : testing::Test {
   FakeNotificationCenter* center = nullptr;  // the desk's
   int published = 0;
   std::shared_ptr<NotificationsState const> held;
-  std::unique_ptr<DesktopNotifications> notifications;
+  std::unique_ptr<EngineNotifications> notifications;
 };
 
 TEST_F(DesktopNotificationsTest, ChangeASettingAndLookAgain) {
@@ -178,20 +181,23 @@ TEST_F(DesktopNotificationsTest, LookWhetherTheDesktopShowsThem) {
 TEST_F(DesktopNotificationsTest, SayWhoNotifies) {
   EXPECT_TRUE(state().isOurs);
   EXPECT_EQ(state().holder, "window");
-  DesktopNotifications second({.store = store,
-                               .app = app,
-                               .clock = clock,
-                               .work = runner,
-                               .commands = runner,
-                               .wording = {},
-                               .dataDirectory = folder.path(),
-                               .center = std::make_unique<FakeNotificationCenter>(),
-                               .places = [] { return std::vector<WatchedPlace>(); },
-                               .publish = [] {},
-                               .onPass = {},
-                               .onDueChange = {},
-                               .onResponse = {},
-                               .jitter = {}});
+  EngineNotifications second({.store = store,
+                              .services = always(app),
+                              .clock = clock,
+                              .work = runner,
+                              .commands = runner,
+                              .wording = {},
+                              .dataDirectory = folder.path(),
+                              .program = "window",
+                              .center = std::make_unique<FakeNotificationCenter>(),
+                              .places = [] { return std::vector<WatchedPlace>(); },
+                              .publish = [] {},
+                              .onPass = {},
+                              .onRoleChange = {},
+                              .onProblem = {},
+                              .onDueChange = {},
+                              .onResponse = {},
+                              .jitter = {}});
   second.reload();
   EXPECT_FALSE(second.state()->isOurs);
   EXPECT_EQ(second.state()->holder, "window");

@@ -82,7 +82,7 @@ TEST_F(Shell, ClosingHidesWhereThereIsATray) {
 }
 
 TEST_F(Shell, ClosingEndsWhereTheUserWantsThat) {
-  auto snapshot = std::make_shared<DesktopSnapshot>(*snapshotOf(stateOf(mildWeek())));
+  auto snapshot = std::make_shared<EngineSnapshot>(*snapshotOf(stateOf(mildWeek())));
   snapshot->closesToTray = false;
   model.show(snapshot);
   happen(hostCame);
@@ -144,7 +144,7 @@ TEST_F(Shell, ShowsTheFaceOncePerChange) {
   EXPECT_EQ(faces[0].pictures.size(), 4U);
   model.tick();
   EXPECT_EQ(faces.size(), 1U);
-  model.show(std::make_shared<DesktopSnapshot>());
+  model.show(std::make_shared<EngineSnapshot>());
   ASSERT_EQ(faces.size(), 2U);
   EXPECT_NE(faces[1].pictures, faces[0].pictures);
 }

@@ -2,8 +2,8 @@
 // many.
 #pragma once
 
+#include "app/engine/globe_state.h"
 #include "desktop/views/globe/globe_camera.h"
-#include "desktop/views/globe/globe_state.h"
 #include "states.h"
 
 namespace nimbara::test {

@@ -1,6 +1,9 @@
 #include "desktop/views/globe/globe_view.h"
 
-#include "desktop/core/desktop_globe.h"
+#include "app/engine/engine_globe.h"
+#include "feeds/feed_source.h"
+#include "feeds/quakes/earthquake_service.h"
+#include "globe/satellite_feed.h"
 #include "globe_states.h"
 #include "support/fake_http_client.h"
 #include "support/made_satellites.h"
@@ -234,8 +237,8 @@ struct GlobeTest : testing::Test {
   EarthquakeService quakes{quakeRelay, clock, {{}, false}};
   int changes = 0;
   std::string saved;
-  DesktopGlobe globe{
-      {feed, quakes, clock, work, [this] { ++changes; }, [this](std::string text) { saved = text; }},
+  EngineGlobe globe{
+      {feed, always(quakes), clock, work, [this] { ++changes; }, [this](std::string text) { saved = text; }},
       "debris"};
 };
 

@@ -1,6 +1,9 @@
+#include "app/engine/engine.h"
+#include "app/engine/engine_options.h"
+#include "app/engine/engine_snapshot.h"
 #include "app/settings/settings_registry.h"
-#include "desktop/core/desktop_core.h"
 #include "notifications/engine/notification_state.h"
+#include "platform/linux/sqlite_settings_store.h"
 #include "support/instants.h"
 #include "support/paths.h"
 #include "support/temporary_folder.h"
@@ -20,7 +23,7 @@ using testing::HasSubstr;
 /// The newest snapshot, for whoever waits for a certain one.
 class Snapshots {
  public:
-  using Snapshot = std::shared_ptr<DesktopSnapshot const>;
+  using Snapshot = std::shared_ptr<EngineSnapshot const>;
 
   void take(Snapshot snapshot) {
     std::lock_guard const lock(mutex_);
@@ -29,7 +32,7 @@ class Snapshots {
   }
 
   /// Null when none comes within a generous time.
-  Snapshot await(std::function<bool(DesktopSnapshot const&)> const& isWanted) {
+  Snapshot await(std::function<bool(EngineSnapshot const&)> const& isWanted) {
     std::unique_lock lock(mutex_);
     bool const came =
         changed_.wait_for(lock, std::chrono::seconds(30), [&] { return newest_ && isWanted(*newest_); });
@@ -57,7 +60,7 @@ class LiveSettings : public testing::Test {
   }
 
   void start() {
-    DesktopCore::Options options;
+    Engine::Options options;
     options.services = "http://127.0.0.1:1";
     options.now = test::at("2026-11-21T12:00:00Z");
     options.places = {placeAt("One", {10, 10}), placeAt("Two", {20, 20}), placeAt("Three", {30, 30})};
@@ -72,7 +75,7 @@ class LiveSettings : public testing::Test {
     core_.emplace(environment_, std::move(options),
                   [this](Snapshots::Snapshot snapshot) { snapshots_.take(std::move(snapshot)); });
     EXPECT_TRUE(
-        snapshots_.await([](DesktopSnapshot const& shown) { return shown.places.places.size() == 3; }));
+        snapshots_.await([](EngineSnapshot const& shown) { return shown.places.places.size() == 3; }));
   }
 
   static CustomNotification ruleAt(SavedPlace const& place) {
@@ -97,51 +100,48 @@ class LiveSettings : public testing::Test {
       std::unexpected(LocationError{LocationError::Kind::denied, "no"});
   std::optional<LocationFix> movesTo_;
   Snapshots snapshots_;
-  std::optional<DesktopCore> core_;
+  std::optional<Engine> core_;
 };
 
 TEST_F(LiveSettings, FollowsUnitsAndLanguageOfOtherProcesses) {
   start();
   ASSERT_TRUE(other_.set("windUnit", std::string("knots")));
   EXPECT_TRUE(snapshots_.await(
-      [](DesktopSnapshot const& shown) { return shown.wording->units.wind == WindUnit::knots; }));
+      [](EngineSnapshot const& shown) { return shown.wording->units.wind == WindUnit::knots; }));
   ASSERT_TRUE(other_.set("clock", std::string("24")));
-  EXPECT_TRUE(snapshots_.await([](DesktopSnapshot const& shown) {
+  EXPECT_TRUE(snapshots_.await([](EngineSnapshot const& shown) {
     return shown.wording->texts->text("time.clockPattern") == "HH:mm";
   }));
   ASSERT_TRUE(other_.set("language", std::string("pt")));
   auto const shown = snapshots_.await(
-      [](DesktopSnapshot const& snapshot) { return snapshot.wording->texts->language() == "pt"; });
+      [](EngineSnapshot const& snapshot) { return snapshot.wording->texts->language() == "pt"; });
   ASSERT_TRUE(shown);
   EXPECT_EQ(shown->settings->settings.text("windUnit"), "knots");
-  EXPECT_FALSE(shown->settings->needsRestart);
 }
 
 TEST_F(LiveSettings, WritesWhatIsChosenAndSaysWhatIsRefused) {
   start();
   core_->changeSetting(std::string(kUnitPresetKey), "imperial");
   EXPECT_TRUE(snapshots_.await(
-      [](DesktopSnapshot const& shown) { return shown.wording->units == Units::imperial(); }));
+      [](EngineSnapshot const& shown) { return shown.wording->units == Units::imperial(); }));
   EXPECT_EQ(other_.settings().settings.text("pressureUnit"), "inHg");
   core_->changeSetting("openMeteoHost", "nowhere");
   auto const refused = snapshots_.await(
-      [](DesktopSnapshot const& shown) { return shown.settings->refusedKey == "openMeteoHost"; });
+      [](EngineSnapshot const& shown) { return shown.settings->refusedKey == "openMeteoHost"; });
   ASSERT_TRUE(refused);
   ASSERT_TRUE(refused->settings->refusal);
   EXPECT_THAT(refused->settings->refusal->message, HasSubstr("an address like"));
   core_->changeSetting("openMeteoHost", "https://own.example");
-  auto const bound =
-      snapshots_.await([](DesktopSnapshot const& shown) { return shown.settings->needsRestart; });
-  ASSERT_TRUE(bound);
-  EXPECT_FALSE(bound->settings->refusal.has_value());
-  core_->changeSetting("openMeteoHost", "");
-  EXPECT_TRUE(snapshots_.await([](DesktopSnapshot const& shown) { return !shown.settings->needsRestart; }));
+  EXPECT_TRUE(snapshots_.await([](EngineSnapshot const& shown) {
+    return !shown.settings->refusal &&
+           shown.settings->settings.text("openMeteoHost") == "https://own.example";
+  }));
 }
 
 TEST_F(LiveSettings, AsksTheProviderThatWasChosen) {
   start();
   core_->changeSetting("preferredProvider", "yrNo");
-  EXPECT_TRUE(snapshots_.await([](DesktopSnapshot const& shown) {
+  EXPECT_TRUE(snapshots_.await([](EngineSnapshot const& shown) {
     auto const record = shown.settings->providers.find("yrNo");
     return record != shown.settings->providers.end() && record->second.lastError;
   }));
@@ -154,9 +154,9 @@ TEST_F(LiveSettings, TakesARemovalBackWithItsRules) {
   ASSERT_TRUE(rules.add(ruleAt(two)));
   core_->selectPlace(two.id);
   core_->removePlace(two.id);
-  ASSERT_TRUE(snapshots_.await([](DesktopSnapshot const& shown) { return shown.places.places.size() == 2; }));
+  ASSERT_TRUE(snapshots_.await([](EngineSnapshot const& shown) { return shown.places.places.size() == 2; }));
   core_->restorePlace(two, 2, true);
-  auto const restored = snapshots_.await([&](DesktopSnapshot const& shown) {
+  auto const restored = snapshots_.await([&](EngineSnapshot const& shown) {
     return shown.places.places.size() == 3 && shown.places.selected == two.id && shown.place &&
            shown.place->name == "Two";
   });
@@ -174,14 +174,14 @@ TEST_F(LiveSettings, DisablesTheRulesOfARemovedPlace) {
   core_->removePlace(two.id);
   core_->selectPlace(placeAt("Three", {30, 30}).id);  // is done after it
   ASSERT_TRUE(snapshots_.await(
-      [](DesktopSnapshot const& shown) { return shown.place && shown.place->name == "Three"; }));
+      [](EngineSnapshot const& shown) { return shown.place && shown.place->name == "Three"; }));
   EXPECT_FALSE(rules.customNotifications()->rules.front().isEnabled);
 }
 
 TEST_F(LiveSettings, SaysWhyTheLocationIsNotKnown) {
   start();
   core_->locate();
-  EXPECT_TRUE(snapshots_.await([](DesktopSnapshot const& shown) {
+  EXPECT_TRUE(snapshots_.await([](EngineSnapshot const& shown) {
     return shown.location.phase == LocationState::Phase::denied && shown.location.message == "no";
   }));
 }
@@ -190,12 +190,12 @@ TEST_F(LiveSettings, SelectsWhereTheUserIsByTheNameOfTheCity) {
   location_ = LocationFix{{52.52, 13.41}, 1000, test::at("2026-11-21T12:00:00Z")};
   start();
   core_->locate();
-  ASSERT_TRUE(snapshots_.await([](DesktopSnapshot const& shown) {
+  ASSERT_TRUE(snapshots_.await([](EngineSnapshot const& shown) {
     return shown.location.phase == LocationState::Phase::found && shown.place &&
            shown.place->name == "Berlin";
   }));
   core_->removeCurrentLocation();
-  EXPECT_TRUE(snapshots_.await([](DesktopSnapshot const& shown) {
+  EXPECT_TRUE(snapshots_.await([](EngineSnapshot const& shown) {
     return !shown.places.offersCurrentLocation && shown.place && shown.place->name == "One";
   }));
 }
@@ -206,7 +206,7 @@ TEST_F(LiveSettings, FollowsTheDeviceWhileTheCurrentLocationIsSelected) {
   start();
   core_->locate();
   auto const arrived = snapshots_.await(
-      [](DesktopSnapshot const& shown) { return shown.place && shown.place->name == "Munich"; });
+      [](EngineSnapshot const& shown) { return shown.place && shown.place->name == "Munich"; });
   ASSERT_TRUE(arrived);
   EXPECT_EQ(arrived->places.selected, kCurrentLocation);
   EXPECT_EQ(Places(other_).list()->lastFix, movesTo_);

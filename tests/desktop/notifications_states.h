@@ -1,7 +1,7 @@
 // States of notifications in tests: what the page may have to show.
 #pragma once
 
-#include "desktop/views/notices/notifications_state.h"
+#include "app/engine/notifications_state.h"
 #include "states.h"
 
 namespace nimbara::test {
@@ -58,7 +58,7 @@ inline NotificationsState crowdedState() {
   return state;
 }
 
-inline std::shared_ptr<DesktopSnapshot> notifying(NotificationsState state) {
+inline std::shared_ptr<EngineSnapshot> notifying(NotificationsState state) {
   auto snapshot = snapshotOf(stateOf(mildWeek()));
   snapshot->notifications = std::make_shared<NotificationsState const>(std::move(state));
   return snapshot;

@@ -43,7 +43,7 @@ constexpr Elsewhere kElsewhere[] = {
     {"notify_mutedKinds", "mutes are listed and lifted in a card of their own, and made from the log"},
     {"notify_snoozedUntil", "the pause has buttons of its own"},
     {"languageModelName", "stands on the page of settings, beside the model's address and key"},
-    {"liveActivityEnabled", "of live activities, which Linux does not have: nothing reads it"},
+    {"liveActivityEnabled", "switches the mark on the tray's picture, which is no notification"},
 };
 
 TEST_F(NotificationViews, HaveARowForEverySetting) {

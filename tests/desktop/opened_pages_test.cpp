@@ -100,8 +100,7 @@ struct OpenedPages : OffscreenTest, testing::WithParamInterface<Reading> {
   }
 
   template <class Prepare>
-  void expectWhole(DesktopPage page, std::shared_ptr<DesktopSnapshot const> snapshot,
-                   Prepare const& prepare) {
+  void expectWhole(DesktopPage page, std::shared_ptr<EngineSnapshot const> snapshot, Prepare const& prepare) {
     Reading const& reading = GetParam();
     Mirrored const mirrored(reading.direction);
     DesktopModel model(settingOf(reading.language), {});

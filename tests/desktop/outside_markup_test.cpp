@@ -22,7 +22,7 @@ using namespace nimbara::test;
 using testing::IsEmpty;
 
 /// Everything that a service or another program may have named, with a picture in its name.
-std::shared_ptr<DesktopSnapshot> markedUp(std::string const& markup) {
+std::shared_ptr<EngineSnapshot> markedUp(std::string const& markup) {
   WeatherState state = alertState();
   state.govAlerts.resize(3);
   for (WeatherAlert& alert : state.govAlerts) {

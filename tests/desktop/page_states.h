@@ -58,7 +58,7 @@ inline WeatherState failedState() {
 }
 
 /// As many of everything as there may be.
-inline std::shared_ptr<DesktopSnapshot> manyHazards() {
+inline std::shared_ptr<EngineSnapshot> manyHazards() {
   WeatherState state = alertState();
   for (WeatherAlert& alert : state.govAlerts) alert.isGovAlert = true;
   auto snapshot = snapshotOf(std::move(state));
@@ -72,7 +72,7 @@ inline std::shared_ptr<DesktopSnapshot> manyHazards() {
   return snapshot;
 }
 
-inline std::shared_ptr<DesktopSnapshot> uncheckedHazards() {
+inline std::shared_ptr<EngineSnapshot> uncheckedHazards() {
   auto snapshot = snapshotOf(stateOf(mildWeek()));
   HazardsState hazards = hazardsOf(checkOf(*snapshot->place));
   constexpr char kProblem[] = "the service returned status 503";
@@ -86,7 +86,7 @@ inline std::shared_ptr<DesktopSnapshot> uncheckedHazards() {
   return snapshot;
 }
 
-inline std::shared_ptr<DesktopSnapshot> uncoveredHazards() {
+inline std::shared_ptr<EngineSnapshot> uncoveredHazards() {
   auto snapshot = snapshotOf(stateOf(mildWeek()));
   HazardsState hazards = hazardsOf(checkOf(*snapshot->place));
   hazards.official.coverage = {SourceCoverage{}};
@@ -96,21 +96,21 @@ inline std::shared_ptr<DesktopSnapshot> uncoveredHazards() {
   return snapshot;
 }
 
-inline std::shared_ptr<DesktopSnapshot> noPlaces() {
-  auto snapshot = std::make_shared<DesktopSnapshot>();
+inline std::shared_ptr<EngineSnapshot> noPlaces() {
+  auto snapshot = std::make_shared<EngineSnapshot>();
   snapshot->problem = StoreError{StoreError::Kind::unreadable, "it is no database"};
   return snapshot;
 }
 
 /// Settings that ask for attention, and a current location that is denied.
-inline std::shared_ptr<DesktopSnapshot> troubled() {
+inline std::shared_ptr<EngineSnapshot> troubled() {
   auto snapshot = snapshotOf(stateOf(mildWeek()));
   snapshot->settings = std::make_shared<SettingsState const>(troubledSettings());
   snapshot->location.phase = LocationState::Phase::denied;
   return snapshot;
 }
 
-inline std::shared_ptr<DesktopSnapshot> here() {
+inline std::shared_ptr<EngineSnapshot> here() {
   auto snapshot = snapshotOf(stateOf(mildWeek()));
   snapshot->places.offersCurrentLocation = true;
   snapshot->places.lastFix = LocationFix{{52.52, 13.41}, 1000, kNow};
@@ -121,7 +121,7 @@ inline std::shared_ptr<DesktopSnapshot> here() {
 
 struct StateRow {
   char const* name;
-  std::shared_ptr<DesktopSnapshot> (*snapshot)();
+  std::shared_ptr<EngineSnapshot> (*snapshot)();
 };
 
 inline constexpr StateRow kStates[] = {

@@ -1,8 +1,8 @@
 // Settings of tests as the page may have to show them.
 #pragma once
 
+#include "app/engine/settings_state.h"
 #include "app/settings/settings_registry.h"
-#include "desktop/views/settings_view.h"
 #include "states.h"
 
 namespace nimbara::test {
@@ -22,7 +22,6 @@ inline SettingsState troubledSettings(std::int64_t textSize = 100) {
   state.refusedKey = "openMeteoHost";
   state.refusal = StoreError{StoreError::Kind::refused,
                              "the setting openMeteoHost takes an address like https://host, or nothing"};
-  state.needsRestart = true;
   state.watchProblem = "\"systemctl --user enable nimbara-watch.service\" failed; try it yourself";
   state.dataDirectory = "/home/someone/with/a/rather/long/way/to/her/data/nimbara";
   state.cacheDirectory = "/home/someone/.cache/Nimbara";

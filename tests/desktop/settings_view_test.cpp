@@ -174,7 +174,6 @@ TEST(SettingsPage, NamesFaultsAndProblems) {
   SettingsView const view = settingsView(troubledSettings(), contextAt(kNow));
   EXPECT_THAT(view.notice, HasSubstr("or is not a Nimbara file.\nA stored value is not valid: "));
   EXPECT_THAT(view.notice, HasSubstr("temperatureUnit"));
-  EXPECT_TRUE(view.needsRestart);
   EXPECT_EQ(settingsView(settingsWith({}), contextAt(kNow)).notice, "");
 }
 

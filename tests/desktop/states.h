@@ -1,7 +1,8 @@
 // Snapshots of tests: what the window may have to show, made of mild forecasts.
 #pragma once
 
-#include "desktop/core/desktop_core.h"
+#include "app/engine/engine_snapshot.h"
+#include "desktop/views/view_context.h"
 #include "support/forecasts.h"
 
 #include <memory>
@@ -50,9 +51,8 @@ inline SavedPlace savedPlace(std::string name, Coordinate coordinate) {
   return {Uuid::named(kCurrentLocation, name), std::move(name), "NO", "Norway", "Region", coordinate, "UTC"};
 }
 
-inline std::shared_ptr<DesktopSnapshot> snapshotOf(WeatherState state,
-                                                   std::string const& name = "Testville") {
-  auto snapshot = std::make_shared<DesktopSnapshot>();
+inline std::shared_ptr<EngineSnapshot> snapshotOf(WeatherState state, std::string const& name = "Testville") {
+  auto snapshot = std::make_shared<EngineSnapshot>();
   Coordinate coordinate;
   if (state.weatherData) {
     coordinate = {state.weatherData->location.latitude, state.weatherData->location.longitude};

@@ -53,5 +53,25 @@ TEST(TrayView, SaysWhatIsKnownOfOfficialWarnings) {
   EXPECT_EQ(view.menu[1], (TrayMenuItem{"warnings", "2 official warnings, checked 12:15", false}));
 }
 
+TEST(TrayView, MarksTheSeverestWarningThatIsInForce) {
+  auto const warning = [](AlertSeverity severity, std::chrono::minutes from, std::chrono::minutes to) {
+    WeatherAlert alert;
+    alert.severity = severity;
+    alert.onset = kNow + from;
+    alert.expires = kNow + to;
+    return alert;
+  };
+  using std::chrono::minutes;
+  WeatherAlert const over = warning(AlertSeverity::critical, minutes(-60), minutes(0));
+  WeatherAlert const ahead = warning(AlertSeverity::critical, minutes(1), minutes(60));
+  WeatherAlert const begins = warning(AlertSeverity::advisory, minutes(0), minutes(60));
+  WeatherAlert const ends = warning(AlertSeverity::warning, minutes(-60), minutes(1));
+  EXPECT_EQ(trayMark({}, kNow), "");
+  EXPECT_EQ(trayMark({over, ahead}, kNow), "");
+  EXPECT_EQ(trayMark({over, begins, ahead}, kNow), "advisory");
+  EXPECT_EQ(trayMark({ends, begins}, kNow), "warning");
+  EXPECT_EQ(trayMark({WeatherAlert{}}, kNow), "info") << "without a period it holds until it is withdrawn";
+}
+
 }  // namespace
 }  // namespace nimbara

@@ -1,6 +1,7 @@
 #include "notifications/engine/event_bound.h"
 #include "notifications/log/notification_log.h"
 #include "support/notification_engine.h"
+#include "support/shared_texts.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -57,7 +58,7 @@ struct Flood : testing::Test {
   CountingStore store{test::notificationRegistry()};
   test::FakeNotificationCenter center;
   test::ManualClock clock{test::at(kNow)};
-  NotificationManager manager{{store, center, clock, test::englishTexts(), {}}};
+  NotificationManager manager{{store, center, clock, test::sharedEnglishTexts(), {}}};
 };
 
 TEST_F(Flood, OfOneMoreThanTwentyTellsEach) {

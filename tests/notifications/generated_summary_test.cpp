@@ -6,6 +6,7 @@
 #include "support/manual_clock.h"
 #include "support/memory_settings_store.h"
 #include "support/rules.h"
+#include "support/shared_texts.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -100,7 +101,7 @@ class GeneratedSummaryTest : public testing::Test {
   test::FakeNotificationCenter center_;
   test::ManualClock clock_{at("2026-11-21T09:00:00Z")};
   FakeModel model_;
-  NotificationManager manager_{{store_, center_, clock_, test::englishTexts(), {}, &model_}};
+  NotificationManager manager_{{store_, center_, clock_, test::sharedEnglishTexts(), {}, &model_}};
 };
 
 TEST_F(GeneratedSummaryTest, IsAskedForOnceADay) {

@@ -1,6 +1,7 @@
 #include "platform/linux/sqlite_settings_store.h"
 #include "support/killed_writer.h"
 #include "support/notification_engine.h"
+#include "support/shared_texts.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -52,7 +53,7 @@ class Passes {
     SqliteSettingsStore store(folder_, test::notificationRegistry());
     FileCenter center(log());
     test::ManualClock const clock(test::at(kBegin) + std::chrono::seconds(count));
-    NotificationManager manager({store, center, clock, test::englishTexts(), folder_ / "lock"});
+    NotificationManager manager({store, center, clock, test::sharedEnglishTexts(), folder_ / "lock"});
     RuleInputs inputs = test::ruleInputs(clock.now());
     std::vector<WeatherAlert> warnings;
     for (int i = 0; i < count; ++i) {

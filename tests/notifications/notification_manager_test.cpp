@@ -474,7 +474,7 @@ class UnwritableStore final : public SettingsStore {
 TEST_F(Warnings, OfAStoreThatCannotBeWrittenAreToldIfCriticalAndOnce) {
   UnwritableStore full(engine.store);
   engine.manager = std::make_unique<NotificationManager>(
-      NotificationManager::Surroundings{full, engine.center, engine.clock, test::englishTexts(), {}});
+      NotificationManager::Surroundings{full, engine.center, engine.clock, test::sharedEnglishTexts(), {}});
   add(1, Severity::critical);
   add(2);
   for (int i = 0; i < 3; ++i) engine.passAfter(15min);
@@ -488,7 +488,7 @@ TEST_F(Warnings, OfAStoreThatCannotBeWrittenAreToldIfCriticalAndOnce) {
 
 TEST_F(Warnings, AreToldWithoutADataDirectory) {
   engine.manager = std::make_unique<NotificationManager>(NotificationManager::Surroundings{
-      engine.store, engine.center, engine.clock, test::englishTexts(), "/proc/no such folder/lock"});
+      engine.store, engine.center, engine.clock, test::sharedEnglishTexts(), "/proc/no such folder/lock"});
   add(1);
   EXPECT_EQ(engine.pass().end, PassReport::End::completed);
   EXPECT_EQ(engine.told(), Names{name(1)});
@@ -555,7 +555,7 @@ struct Passes : testing::Test {
 
   NotificationEngine engine{kMorning};
   BusyCenter center;
-  NotificationManager manager{{engine.store, center, engine.clock, test::englishTexts(), {}}};
+  NotificationManager manager{{engine.store, center, engine.clock, test::sharedEnglishTexts(), {}}};
   PassReport second;
   std::jthread newer;
 };

@@ -6,6 +6,7 @@
 #include "support/manual_clock.h"
 #include "support/memory_settings_store.h"
 #include "support/rules.h"
+#include "support/shared_texts.h"
 
 #include <algorithm>
 #include <memory>
@@ -64,7 +65,7 @@ struct NotificationEngine {
   /// Another process of the program takes over.
   void restart() {
     manager = std::make_unique<NotificationManager>(
-        NotificationManager::Surroundings{store, center, clock, englishTexts(), {}});
+        NotificationManager::Surroundings{store, center, clock, sharedEnglishTexts(), {}});
   }
 
   /// The place at this moment in the weather of the test.

@@ -33,6 +33,9 @@ constexpr TriggerRule ruleOf(RefreshTrigger trigger) {
       return {RefreshKind::significantLocationChange, true};
     case RefreshTrigger::providerChosen:
       return {std::nullopt, false};
+    case RefreshTrigger::servicesChanged:
+      return {std::nullopt, false, true};
+    case RefreshTrigger::languageChosen:  // official warnings have their own
     case RefreshTrigger::networkReturned:
     case RefreshTrigger::resumed:
       return {std::nullopt, true, true};
@@ -61,12 +64,9 @@ bool isDue(std::optional<Instant> due, Instant now, seconds farthest) {
 
 }  // namespace
 
-AppState::AppState(ForecastService& forecasts, WeatherProviderManager& providers, WeatherCache& cache,
-                   Clock const& clock, TaskRunner& runner, Surroundings surroundings,
-                   RefreshIntervals intervals)
-    : forecasts_(forecasts),
-      providers_(providers),
-      cache_(cache),
+AppState::AppState(InUse<ForecastService> forecasts, Clock const& clock, TaskRunner& runner,
+                   Surroundings surroundings, RefreshIntervals intervals)
+    : forecasts_(std::move(forecasts)),
       clock_(clock),
       runner_(runner),
       surroundings_(std::move(surroundings)),
@@ -136,15 +136,16 @@ void AppState::selectPlace(std::optional<Place> place, RefreshTrigger trigger) {
     change([](WeatherState& state) { state.error = AppError{AppError::Case::noLocation, {}}; });
     return;
   }
-  cache_.saveLastLocation(keyOf(*place));
-  if (auto const kept = forecasts_.cached(*place)) show(*place, *kept);
+  auto const forecasts = forecasts_();
+  forecasts->cache().saveLastLocation(keyOf(*place));
+  if (auto const kept = forecasts->cached(*place)) show(*place, *kept);
   requestRefresh(trigger);
 }
 
 void AppState::reshow() {
   auto const place = selectedPlace();
   if (!place) return;
-  if (auto const kept = forecasts_.cached(*place)) show(*place, *kept);
+  if (auto const kept = forecasts_()->cached(*place)) show(*place, *kept);
 }
 
 /// With the lock held and a place selected.
@@ -200,11 +201,12 @@ void AppState::refresh(Place const& place, RefreshTrigger trigger, std::stop_tok
     std::lock_guard const lock(mutex_);
     return trigger == RefreshTrigger::retry && wasOffline_;
   }();
+  auto const forecasts = forecasts_();
   // Where the network itself was away, the providers' failures were not theirs.
-  if (forgets) providers_.forgetFailures();
+  if (forgets) forecasts->providers().forgetFailures();
   auto const outcome = ruleOf(trigger).cacheFirst
-                           ? forecasts_.get(place, WeatherProviderOption::automatic, stop)
-                           : forecasts_.fetch(place, stop);
+                           ? forecasts->get(place, WeatherProviderOption::automatic, stop)
+                           : forecasts->fetch(place, stop);
   finishRefresh(place, outcome);
 }
 
@@ -235,6 +237,7 @@ void AppState::finishRefresh(Place const& place, Result<ForecastAnswer, APIError
   Instant const timerDue =
       (outcome && !failure ? outcome->answeredAt : now) + intervals_.refreshInterval + jitter;
   std::optional<RefreshTrigger> again;
+  std::chrono::seconds const ttl = forecasts_()->cache().ttl();
   change([&](WeatherState& state) {
     currentRefreshTask_.isRunning = false;
     bool const wasGivenUp = failure && failure->transport == HttpError::Kind::cancelled;
@@ -249,7 +252,7 @@ void AppState::finishRefresh(Place const& place, Result<ForecastAnswer, APIError
       state.askAgainAt = isRefused ? std::optional<Instant>(now + *failure->retryAfter) : std::nullopt;
       if (!hidesFirst) state.error = failure ? std::optional(AppError::of(*failure)) : std::nullopt;
       if (state.lastUpdated) {
-        state.isShowingStaleData = !isFresh(*state.lastUpdated, now, cache_.ttl());
+        state.isShowingStaleData = !isFresh(*state.lastUpdated, now, ttl);
       }
       bool const isOffline = failure && (AppError::of(*failure).kind == AppError::Case::offline ||
                                          (failure->isRefusal() && wasOffline_));
@@ -272,7 +275,7 @@ void AppState::setForeground(bool isForeground) {
 }
 
 void AppState::wokeUp(RefreshTrigger trigger) {
-  providers_.forgetFailures();
+  forecasts_()->providers().forgetFailures();
   {
     std::lock_guard const lock(mutex_);
     hasAnswerSinceWake_ = false;
@@ -301,7 +304,7 @@ void AppState::startOthers(Instant now) {
   runner_.run([this, places = std::move(places)](std::stop_token const& stop) {
     for (Place const& place : places) {
       if (stop.stop_requested()) break;
-      auto const outcome = forecasts_.get(place, WeatherProviderOption::automatic, stop);
+      auto const outcome = forecasts_()->get(place, WeatherProviderOption::automatic, stop);
       if (surroundings_.onRefresh) surroundings_.onRefresh({place, false, outcome});
     }
     {

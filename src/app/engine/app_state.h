@@ -7,6 +7,7 @@
 #include "app/engine/refresh_clocks.h"
 #include "app/engine/weather_state.h"
 #include "app/services/forecast_service.h"
+#include "app/services/in_use.h"
 #include "app/services/task_runner.h"
 #include "platform/clock.h"
 #include "platform/location_source.h"
@@ -31,14 +32,16 @@ enum class RefreshTrigger {
   networkReturned,
   resumed,
   retry,
-  providerChosen
+  providerChosen,
+  languageChosen,
+  servicesChanged  ///< their addresses or keys
 };
 
 template <>
 inline constexpr auto enumNames<RefreshTrigger> = std::to_array<std::string_view>(
     {"start", "placeChosen", "timer", "foreground", "asked", "locationChanged", "networkReturned", "resumed",
-     "retry", "providerChosen"});
-static_assert(enumNamesComplete(RefreshTrigger::providerChosen));
+     "retry", "providerChosen", "languageChosen", "servicesChanged"});
+static_assert(enumNamesComplete(RefreshTrigger::servicesChanged));
 
 /// Whether all that goes with a forecast was available; what could not is asked for again soon.
 enum class SupplementalOutcome { complete, incomplete };
@@ -66,9 +69,8 @@ class AppState {
     std::function<std::chrono::milliseconds()> jitter;  ///< added to the timer, against full hours
   };
 
-  AppState(ForecastService& forecasts, WeatherProviderManager& providers, WeatherCache& cache,
-           Clock const& clock, TaskRunner& runner, Surroundings surroundings,
-           RefreshIntervals intervals = {});
+  AppState(InUse<ForecastService> forecasts, Clock const& clock, TaskRunner& runner,
+           Surroundings surroundings, RefreshIntervals intervals = {});
 
   /// Shows what the cache holds of the place at once and asks for its refresh. Another place's running
   /// refresh is cancelled.
@@ -119,9 +121,7 @@ class AppState {
   void change(Change apply);
   void tell(std::function<void()> const& listener) const;
 
-  ForecastService& forecasts_;
-  WeatherProviderManager& providers_;
-  WeatherCache& cache_;
+  InUse<ForecastService> forecasts_;
   Clock const& clock_;
   TaskRunner& runner_;
   Surroundings surroundings_;

@@ -1,5 +1,9 @@
 #include "app/notices/notification_desk.h"
 
+#include "app/services/forecast_service.h"
+#include "app/settings/service_directory.h"
+#include "feeds/regions/region_renewal.h"
+
 namespace nimbara {
 
 namespace {
@@ -14,14 +18,13 @@ void tell(Listener const& listener, Arguments const&... arguments) {
 NotificationDesk::NotificationDesk(Surroundings surroundings)
     : around_(std::move(surroundings)),
       standIn_(around_.store),
-      manager_({remembered(), *around_.center, around_.clock, *around_.wording.texts,
-                around_.dataDirectory / "notifications.lock", around_.app.languageModel()}),
-      inputs_(around_.app.feeds(), around_.clock, inputOptions()),
+      model_(around_.services),
+      manager_({remembered(), *around_.center, around_.clock, around_.wording.texts,
+                around_.dataDirectory / "notifications.lock", &model_}),
+      inputs_(feedsOf(around_.services), around_.clock, inputOptions()),
       // Made-up news keep nobody from telling real ones.
-      role_(around_.dataDirectory / (isStandIn() ? "notifier-stand-in.lock" : "notifier.lock"),
+      role_(around_.dataDirectory / (around_.isStandIn ? "notifier-stand-in.lock" : "notifier.lock"),
             around_.program),
-      regions_(around_.app.http(), around_.clock,
-               around_.app.services().address(Service::meteoAlarmRegions).baseUrl, around_.dataDirectory),
       notifier_(manager_, inputs_, around_.store, around_.clock, around_.runner, notifierSurroundings()) {
   around_.center->setListener([this](NotificationResponse const& response) { answer(response); });
 }
@@ -32,7 +35,7 @@ NotificationDesk::~NotificationDesk() {
 }
 
 SettingsStore& NotificationDesk::remembered() {
-  return isStandIn() ? static_cast<SettingsStore&>(standIn_) : around_.store;
+  return around_.isStandIn ? static_cast<SettingsStore&>(standIn_) : around_.store;
 }
 
 NotificationInputs::Options NotificationDesk::inputOptions() const {
@@ -40,7 +43,7 @@ NotificationInputs::Options NotificationDesk::inputOptions() const {
   NotificationInputs::Options options{wording.units, wording.texts, wording.fallback, {}, {}};
   // The refreshes keep the forecasts; a pass looks at what they kept.
   options.weather = [this](Place const& place, std::stop_token const&) {
-    auto answer = around_.app.forecasts().cached(place);
+    auto answer = around_.services()->forecasts().cached(place);
     return answer ? std::make_shared<WeatherData const>(std::move(answer->data)) : nullptr;
   };
   return options;
@@ -48,7 +51,11 @@ NotificationInputs::Options NotificationDesk::inputOptions() const {
 
 Notifier::Surroundings NotificationDesk::notifierSurroundings() {
   Notifier::Surroundings all;
-  all.places = around_.places;
+  all.places = [this] {
+    // A pass begins: the one that was under way when places were removed has ended.
+    manager_.releaseAll();
+    return around_.places();
+  };
   all.rules = [this] {
     auto saved = NotificationState(around_.store).customNotifications();
     return saved ? std::move(saved->rules) : std::vector<CustomNotification>{};
@@ -65,12 +72,16 @@ Notifier::Surroundings NotificationDesk::notifierSurroundings() {
 
 /// Stand-ins have regions of their own making.
 void NotificationDesk::renewRegions() {
-  if (isStandIn() || !around_.places) return;
+  if (around_.isStandIn || !around_.places) return;
   std::vector<Coordinate> coordinates;
   for (WatchedPlace const& watched : around_.places()) coordinates.push_back(watched.place.coordinate);
-  if (!regions_.isDue(coordinates)) return;
-  around_.runner.run([this](std::stop_token const& stop) {
-    auto const done = regions_.run(stop);
+  auto const services = around_.services();
+  auto const renewal = std::make_shared<RegionRenewal>(
+      services->http(), around_.clock, services->services().address(Service::meteoAlarmRegions).baseUrl,
+      around_.dataDirectory);
+  if (!renewal->isDue(coordinates)) return;
+  around_.runner.run([this, services, renewal](std::stop_token const& stop) {
+    auto const done = renewal->run(stop);
     if (!done && !stop.stop_requested()) tell(around_.onProblem, "warning regions: " + done.error());
   });
 }
@@ -86,6 +97,14 @@ void NotificationDesk::followRole() {
     if (role_.isOurs()) notifier_.requestPass();
     tell(around_.onRoleChange);
   });
+}
+
+Result<std::string, std::string> NotificationDesk::ModelInUse::reply(std::string const& prompt,
+                                                                     std::stop_token const& stop) {
+  auto const services = services_();
+  LanguageModel* const model = services->languageModel();
+  if (model == nullptr) return std::unexpected("no language model is set");
+  return model->reply(prompt, stop);
 }
 
 void NotificationDesk::setWording(Wording const& wording) {

@@ -7,9 +7,10 @@
 #include "app/notices/notification_inputs.h"
 #include "app/notices/notifier.h"
 #include "app/notices/notifier_role.h"
+#include "app/services/composition.h"
 #include "app/services/stand_in_store.h"
-#include "feeds/regions/region_renewal.h"
 #include "notifications/engine/notification_state.h"
+#include "platform/language_model.h"
 
 #include <memory>
 #include <string>
@@ -21,7 +22,8 @@ class NotificationDesk {
  public:
   struct Surroundings {
     SettingsStore& store;
-    Composition& app;
+    InUse<Composition> services;
+    bool isStandIn = false;  ///< what they say is made up
     Clock const& clock;
     TaskRunner& runner;
     Wording wording;
@@ -47,6 +49,8 @@ class NotificationDesk {
   /// Takes over when the program that has the role ends.
   void followRole();
   NotifierRole const& role() const { return role_; }
+  /// A place is being removed or replaced: the pass under way delivers nothing of it any more.
+  void suppress(std::string const& locationTag) { manager_.suppress(locationTag); }
   /// Changes of the user's words and units, from the next pass on.
   void setWording(Wording const& wording);
 
@@ -58,19 +62,29 @@ class NotificationDesk {
   SettingsStore& remembered();
 
  private:
-  bool isStandIn() const { return !around_.app.services().standIn().empty(); }
   NotificationInputs::Options inputOptions() const;
   Notifier::Surroundings notifierSurroundings();
   void answer(NotificationResponse const& response);
   /// Between passes, which come often enough: a newer edition of warning regions is used from the next on.
   void renewRegions();
 
+  /// Whichever the user has named.
+  class ModelInUse final : public LanguageModel {
+   public:
+    explicit ModelInUse(InUse<Composition> services) : services_(std::move(services)) {}
+    bool isThere() override { return services_()->languageModel() != nullptr; }
+    Result<std::string, std::string> reply(std::string const& prompt, std::stop_token const& stop) override;
+
+   private:
+    InUse<Composition> services_;
+  };
+
   Surroundings around_;
   StandInStore standIn_;
+  ModelInUse model_;
   NotificationManager manager_;
   NotificationInputs inputs_;
   NotifierRole role_;
-  RegionRenewal regions_;
   Notifier notifier_;
 };
 

@@ -2,9 +2,17 @@
 
 #include "analysis/alert_generator.h"
 #include "app/places/place_resolver.h"
+#include "feeds/air/air_quality_service.h"
 #include "feeds/alerts/gov_alerts.h"
 #include "feeds/fetching/feed_problem.h"
+#include "feeds/fires/wildfire_service.h"
+#include "feeds/nws/nws_alert_service.h"
 #include "feeds/nws/nws_territory.h"
+#include "feeds/quakes/earthquake_service.h"
+#include "feeds/space/geomagnetic_service.h"
+#include "feeds/storms/lightning_source.h"
+#include "feeds/storms/tropical_storm_service.h"
+#include "feeds/travel/travel_advisory_service.h"
 #include "gazetteer/gazetteer.h"
 #include "model/weather_cache.h"
 #include "notifications/custom/condition_kinds.h"
@@ -113,17 +121,22 @@ std::vector<WatchedPlace> watchedPlaces(Place const& selected, PlaceList const& 
   return watched;
 }
 
-NotificationInputs::NotificationInputs(FeedServices& feeds, Clock const& clock, Options options)
-    : feeds_(feeds),
+NotificationInputs::NotificationInputs(InUse<FeedServices> feeds, Clock const& clock, Options options)
+    : feeds_(std::move(feeds)),
       clock_(clock),
       options_(std::move(options)),
       units_(options_.units),
-      texts_{options_.texts} {}
+      texts_(options_.texts) {}
 
 void NotificationInputs::setWording(Units const& units, std::shared_ptr<Texts const> texts) {
   std::lock_guard const lock(mutex_);
   units_ = units;
-  if (texts_.back() != texts) texts_.push_back(std::move(texts));
+  texts_ = std::move(texts);
+}
+
+std::shared_ptr<Texts const> NotificationInputs::texts() const {
+  std::lock_guard const lock(mutex_);
+  return texts_;
 }
 
 PassInputs NotificationInputs::gather(std::vector<WatchedPlace> const& places, NeededInputs const& needed,
@@ -142,9 +155,10 @@ PassInputs NotificationInputs::gather(std::vector<WatchedPlace> const& places, N
     }
   }
   PassInputs pass;
+  pass.texts = texts();
   std::vector<Place> asked;
   for (WatchedPlace const& watched : places) {
-    pass.places.push_back(inputsAt(watched.place, asked.empty(), watched.choice));
+    pass.places.push_back(inputsAt(watched.place, *pass.texts, asked.empty(), watched.choice));
     asked.push_back(watched.place);
   }
   readAll(pass.places, asked, wanted, values, stop);
@@ -152,21 +166,22 @@ PassInputs NotificationInputs::gather(std::vector<WatchedPlace> const& places, N
   return pass;
 }
 
-RuleInputs NotificationInputs::gatherFor(Place const& place, RuleInputSet needed, Settings const& settings,
-                                         std::stop_token const& stop) {
-  std::vector<RuleInputs> inputs{inputsAt(place, true)};
+GatheredInputs NotificationInputs::gatherFor(Place const& place, RuleInputSet needed,
+                                             Settings const& settings, std::stop_token const& stop) {
+  auto words = texts();
+  std::vector<RuleInputs> inputs{inputsAt(place, *words, true)};
   readAll(inputs, {place}, {needed}, RuleSettings::of(settings), stop);
-  return std::move(inputs.front());
+  return {std::move(inputs.front()), std::move(words)};
 }
 
-RuleInputs NotificationInputs::inputsAt(Place const& place, bool isSelected,
+RuleInputs NotificationInputs::inputsAt(Place const& place, Texts const& words, bool isSelected,
                                         std::optional<PlaceChoice> choice) const {
   RuleInputs inputs;
   inputs.now = clock_.now();
+  inputs.texts = &words;
   {
     std::lock_guard const lock(mutex_);
     inputs.units = units_;
-    inputs.texts = texts_.back().get();
   }
   std::string name = place.name.empty() ? cacheKey(place.coordinate) : place.name;
   inputs.place = {locationTag(place), std::move(name), {}, place.coordinate, isSelected, choice};
@@ -235,7 +250,7 @@ void NotificationInputs::readOfficial(RuleInputs& inputs, Place const& place, Ru
       options_.officialPlace ? options_.officialPlace(place) : govAlertPlace(place.coordinate);
   inputs.place.countryCode = official.countryCode;
   if (needed.contains(RuleInput::govAlerts)) {
-    GovAlerts alerts = feeds_.govAlerts().fetchAlerts(official, {}, stop);
+    GovAlerts alerts = feeds_()->govAlerts().fetchAlerts(official, {}, stop);
     inputs.govAlerts.problem = problemOf(alerts);
     inputs.unplacedAlerts = std::move(alerts.unplaced);
     bool const isKnown = !alerts.isCovered() || alerts.checkedAt() || !alerts.alerts.empty();
@@ -245,7 +260,7 @@ void NotificationInputs::readOfficial(RuleInputs& inputs, Place const& place, Ru
   }
   Coordinate const at = place.coordinate;
   if (!needed.contains(RuleInput::nwsAlerts) || !isNwsTerritory(official.countryCode, at)) return;
-  NWSAlertAnswer const answer = feeds_.nws().fetchAlerts(at.latitude, at.longitude, stop);
+  NWSAlertAnswer const answer = feeds_()->nws().fetchAlerts(at.latitude, at.longitude, stop);
   inputs.nwsAlerts = InputReading<std::vector<NWSAlert>>::of(
       liveMessages(answer.readable ? *answer.readable : answer.alerts, inputs.now));
   if (!answer.ok) inputs.nwsAlerts.problem = warningsProblem(kNws, answer.problem);
@@ -254,8 +269,8 @@ void NotificationInputs::readOfficial(RuleInputs& inputs, Place const& place, Ru
 void NotificationInputs::readAirQuality(RuleInputs& inputs, RuleInputSet needed,
                                         std::stop_token const& stop) {
   if (!needed.contains(RuleInput::airQuality)) return;
-  inputs.airQuality =
-      readingOf("the air quality forecast", feeds_.airQuality().fetchForecast(inputs.place.coordinate, stop));
+  inputs.airQuality = readingOf("the air quality forecast",
+                                feeds_()->airQuality().fetchForecast(inputs.place.coordinate, stop));
 }
 
 void NotificationInputs::readFires(RuleInputs& inputs, RuleInputSet needed, RuleSettings const& settings,
@@ -263,7 +278,7 @@ void NotificationInputs::readFires(RuleInputs& inputs, RuleInputSet needed, Rule
   if (!needed.contains(RuleInput::fires)) return;
   inputs.fires =
       readingOf("the list of wildfires",
-                feeds_.wildfires().fetchFires(inputs.place.coordinate, settings.fireRadiusKm, stop));
+                feeds_()->wildfires().fetchFires(inputs.place.coordinate, settings.fireRadiusKm, stop));
 }
 
 void NotificationInputs::readLightning(RuleInputs& inputs, RuleInputSet needed, RuleSettings const& settings,
@@ -271,12 +286,13 @@ void NotificationInputs::readLightning(RuleInputs& inputs, RuleInputSet needed, 
   if (!needed.contains(RuleInput::lightning)) return;
   inputs.lightning =
       readingOf("the list of lightning strikes",
-                feeds_.lightning().fetchStrikes(inputs.place.coordinate, settings.lightningRadiusKm,
-                                                inputs.now - cuts::kStrikeLife, stop));
+                feeds_()->lightning().fetchStrikes(inputs.place.coordinate, settings.lightningRadiusKm,
+                                                   inputs.now - cuts::kStrikeLife, stop));
 }
 
 void NotificationInputs::readEarthquakes(RuleInputs& world, std::stop_token const& stop) {
-  EarthquakeService& service = feeds_.earthquakes();
+  auto const feeds = feeds_();
+  EarthquakeService& service = feeds->earthquakes();
   auto events = service.fetchEarthquakes(stop);
   world.earthquakes.problem = feedProblem("the list of earthquakes", service.problem());
   bool const isKnown = world.earthquakes.problem.empty() || !events.empty();
@@ -286,17 +302,18 @@ void NotificationInputs::readEarthquakes(RuleInputs& world, std::stop_token cons
 }
 
 void NotificationInputs::readKp(RuleInputs& world, std::stop_token const& stop) {
-  GeomagneticService& service = feeds_.geomagnetic();
+  auto const feeds = feeds_();
+  GeomagneticService& service = feeds->geomagnetic();
   if (auto const kp = service.currentKp(stop)) world.kp = InputReading<double>::of(*kp);
   world.kp.problem = feedProblem("the K index", service.problem());
 }
 
 void NotificationInputs::readStorms(RuleInputs& world, std::stop_token const& stop) {
-  world.storms = readingOf("the list of tropical cyclones", feeds_.tropicalStorms().fetchStorms(stop));
+  world.storms = readingOf("the list of tropical cyclones", feeds_()->tropicalStorms().fetchStorms(stop));
 }
 
 void NotificationInputs::readAdvisories(RuleInputs& world, std::stop_token const& stop) {
-  world.advisories = readingOf("the travel advisories", feeds_.travelAdvisories().fetchAdvisories(stop));
+  world.advisories = readingOf("the travel advisories", feeds_()->travelAdvisories().fetchAdvisories(stop));
 }
 
 }  // namespace nimbara

@@ -4,7 +4,8 @@
 
 #include "app/places/place.h"
 #include "app/places/places.h"
-#include "app/services/composition.h"
+#include "app/services/feed_services.h"
+#include "app/services/in_use.h"
 #include "app/services/side_by_side.h"
 #include "feeds/alerts/gov_alert_service.h"
 #include "notifications/custom_notification.h"
@@ -33,6 +34,12 @@ std::string locationTag(Place const& place);
 /// The selected place and then the saved ones, each once.
 std::vector<WatchedPlace> watchedPlaces(Place const& selected, PlaceList const& saved);
 
+/// What a rule reads, with the words that it points to.
+struct GatheredInputs {
+  RuleInputs inputs;
+  std::shared_ptr<Texts const> texts;
+};
+
 class NotificationInputs {
  public:
   struct Options {
@@ -47,7 +54,7 @@ class NotificationInputs {
     Waiting waiting = Waiting::oneAfterTheOther;
   };
 
-  NotificationInputs(FeedServices& feeds, Clock const& clock, Options options);
+  NotificationInputs(InUse<FeedServices> feeds, Clock const& clock, Options options);
 
   /// From the next pass on.
   void setWording(Units const& units, std::shared_ptr<Texts const> texts);
@@ -56,11 +63,13 @@ class NotificationInputs {
                     Settings const& settings, std::vector<CustomNotification> const& rules,
                     std::stop_token const& stop = {});
   /// What one rule of the user's own reads at its place.
-  RuleInputs gatherFor(Place const& place, RuleInputSet needed, Settings const& settings,
-                       std::stop_token const& stop = {});
+  GatheredInputs gatherFor(Place const& place, RuleInputSet needed, Settings const& settings,
+                           std::stop_token const& stop = {});
 
  private:
-  RuleInputs inputsAt(Place const& place, bool isSelected, std::optional<PlaceChoice> choice = {}) const;
+  std::shared_ptr<Texts const> texts() const;
+  RuleInputs inputsAt(Place const& place, Texts const& words, bool isSelected,
+                      std::optional<PlaceChoice> choice = {}) const;
   /// What `wanted` names of each of `readings`, into it; of each service in the readings' order.
   void readAll(std::vector<RuleInputs>& readings, std::vector<Place> const& places,
                std::vector<RuleInputSet> const& wanted, RuleSettings const& settings,
@@ -79,12 +88,12 @@ class NotificationInputs {
   void readStorms(RuleInputs& world, std::stop_token const& stop);
   void readAdvisories(RuleInputs& world, std::stop_token const& stop);
 
-  FeedServices& feeds_;
+  InUse<FeedServices> feeds_;
   Clock const& clock_;
   Options options_;
   mutable std::mutex mutex_;  // guards the two below
   Units units_;
-  std::vector<std::shared_ptr<Texts const>> texts_;  ///< the last is in use; passes may still read the others
+  std::shared_ptr<Texts const> texts_;
 };
 
 }  // namespace nimbara

@@ -28,7 +28,7 @@ class Replay {
     SteppedClock& clock;
     SettingsStore& store;
     NotificationInputs& inputs;
-    Texts const& texts;
+    std::shared_ptr<Texts const> texts;
   };
 
   explicit Replay(Surroundings surroundings);

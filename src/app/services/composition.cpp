@@ -1,7 +1,23 @@
 #include "app/services/composition.h"
 
 #include "app/places/place_search.h"
+#include "app/services/chat_language_model.h"
+#include "app/services/feed_services.h"
+#include "app/services/forecast_service.h"
 #include "app/settings/configuration.h"
+#include "app/settings/service_directory.h"
+#include "model/weather_cache.h"
+#include "platform/linux/lazy_http_client.h"
+#include "platform/settings.h"
+#include "providers/metnorway/yr_no_client.h"
+#include "providers/openmeteo/open_meteo_client.h"
+#include "providers/provider_history.h"
+#include "providers/provider_manager.h"
+#include "providers/weatherkit/apple_weather_client.h"
+#include "providers/wttr/wttr_client.h"
+
+#include <mutex>
+#include <optional>
 
 namespace nimbara {
 
@@ -36,35 +52,111 @@ ForecastProvider providerOf(Client& client, bool isConfigured = true) {
 
 }  // namespace
 
+struct Composition::Parts {
+  Parts(Settings const& settings, Clock const& theClock, Options const& options)
+      : clock(theClock),
+        configuration(configurationOf(settings)),
+        services(configuration, options.servicesBase),
+        network(options.program, userAgent(configuration)),
+        decorated(options.aroundNetwork ? options.aroundNetwork(network) : nullptr),
+        http(decorated ? *decorated : network),
+        appleWeather(http, clock, services.address(Service::appleWeather), offlineTimeZone,
+                     credentialsOf(settings)),
+        openMeteo(http, clock, services.address(Service::openMeteo)),
+        yrNo(http, clock, services.address(Service::yrNo), offlineTimeZone,
+             below(options.cacheDirectory, options.servicesBase.empty() ? "yrNo" : "yrNo.stand-in")),
+        wttr(http, clock, services.address(Service::wttrIn), offlineTimeZone),
+        cache(options.cacheDirectory, clock, sourceOf(options.servicesBase)),
+        history(below(options.cacheDirectory, historyFile(options.servicesBase))),
+        providers({providerOf(appleWeather, appleWeather.isConfigured()), providerOf(openMeteo),
+                   providerOf(yrNo), providerOf(wttr)},
+                  history, clock),
+        forecasts(providers, cache, clock, options.wording),
+        feedOptions{contactOf(configuration), options.cacheDirectory, options.dataDirectory,
+                    options.wording.texts, options.wording.language} {
+    providers.setPreferredProvider(options.preferredProvider);
+    ServiceAddress const model = services.address(Service::languageModel);
+    if (model.baseUrl.empty()) return;
+    languageModel.emplace(
+        http, ChatLanguageModel::Options{model.baseUrl, settings.text("languageModelName"), model.apiKey});
+  }
+
+  Clock const& clock;
+  Configuration configuration;
+  ServiceDirectory services;
+  LazyHttpClient network;
+  std::unique_ptr<HttpClient> decorated;
+  HttpClient& http;
+  AppleWeatherClient appleWeather;
+  OpenMeteoClient openMeteo;
+  YrNoClient yrNo;
+  WttrAPIClient wttr;
+  WeatherCache cache;
+  ProviderHistory history;
+  WeatherProviderManager providers;
+  ForecastService forecasts;
+  FeedServices::Options feedOptions;
+  std::once_flag feedsAsked;
+  std::optional<FeedServices> feeds;
+  std::optional<ChatLanguageModel> languageModel;
+};
+
 Composition::Composition(Settings const& settings, Clock const& clock, Options const& options)
-    : configuration_(configurationOf(settings)),
-      services_(configuration_, options.servicesBase),
-      network_(options.program, userAgent(configuration_)),
-      decorated_(options.aroundNetwork ? options.aroundNetwork(network_) : nullptr),
-      http_(decorated_ ? decorated_.get() : &network_),
-      appleWeather_(*http_, clock, services_.address(Service::appleWeather), offlineTimeZone,
-                    credentialsOf(settings)),
-      openMeteo_(*http_, clock, services_.address(Service::openMeteo)),
-      yrNo_(*http_, clock, services_.address(Service::yrNo), offlineTimeZone,
-            below(options.cacheDirectory, options.servicesBase.empty() ? "yrNo" : "yrNo.stand-in")),
-      wttr_(*http_, clock, services_.address(Service::wttrIn), offlineTimeZone),
-      cache_(options.cacheDirectory, clock, sourceOf(options.servicesBase)),
-      history_(below(options.cacheDirectory, historyFile(options.servicesBase))),
-      providers_(clients(), history_, clock),
-      forecasts_(providers_, cache_, clock, options.wording),
-      feeds_(*http_, clock, services_,
-             {contactOf(configuration_), options.cacheDirectory, options.dataDirectory, options.wording.texts,
-              options.wording.language}) {
-  providers_.setPreferredProvider(options.preferredProvider);
-  ServiceAddress const model = services_.address(Service::languageModel);
-  if (model.baseUrl.empty()) return;
-  languageModel_.emplace(
-      *http_, ChatLanguageModel::Options{model.baseUrl, settings.text("languageModelName"), model.apiKey});
+    : parts_(std::make_unique<Parts>(settings, clock, options)) {}
+
+Composition::~Composition() = default;
+
+HttpClient& Composition::http() {
+  return parts_->http;
 }
 
-WeatherProviderManager::Providers Composition::clients() {
-  return {providerOf(appleWeather_, appleWeather_.isConfigured()), providerOf(openMeteo_), providerOf(yrNo_),
-          providerOf(wttr_)};
+ServiceDirectory const& Composition::services() const {
+  return parts_->services;
+}
+
+WeatherCache& Composition::cache() {
+  return parts_->cache;
+}
+
+ProviderHistory& Composition::history() {
+  return parts_->history;
+}
+
+WeatherProviderManager& Composition::providers() {
+  return parts_->providers;
+}
+
+ForecastService& Composition::forecasts() {
+  return parts_->forecasts;
+}
+
+bool Composition::isAppleWeatherConfigured() const {
+  return parts_->appleWeather.isConfigured();
+}
+
+FeedServices& Composition::feeds() {
+  std::call_once(parts_->feedsAsked, [this] {
+    parts_->feeds.emplace(parts_->http, parts_->clock, parts_->services, parts_->feedOptions);
+  });
+  return *parts_->feeds;
+}
+
+LanguageModel* Composition::languageModel() {
+  return parts_->languageModel ? &*parts_->languageModel : nullptr;
+}
+
+InUse<ForecastService> forecastsOf(InUse<Composition> const& services) {
+  return [services] {
+    auto const all = services();
+    return std::shared_ptr<ForecastService>(all, &all->forecasts());
+  };
+}
+
+InUse<FeedServices> feedsOf(InUse<Composition> const& services) {
+  return [services] {
+    auto const all = services();
+    return std::shared_ptr<FeedServices>(all, &all->feeds());
+  };
 }
 
 }  // namespace nimbara

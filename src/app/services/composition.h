@@ -1,31 +1,29 @@
-// The services that one program works with, made from its environment and settings and bound to each other.
-// Owned by the program's entry (a command, the background service); the one place that knows which parts
-// there are.
+// The services that one program works with, made of its surroundings and settings and bound to each other;
+// the one place that knows which parts there are. Made by the engine, and made anew when settings change that
+// the services were made with. What nobody asks for is not made. Any thread may ask.
 #pragma once
 
-#include "app/services/chat_language_model.h"
-#include "app/services/feed_services.h"
-#include "app/services/forecast_service.h"
-#include "app/settings/environment.h"
-#include "app/settings/service_directory.h"
+#include "app/services/in_use.h"
+#include "app/services/wording.h"
 #include "model/provider_option.h"
-#include "model/weather_cache.h"
-#include "platform/clock.h"
-#include "platform/linux/lazy_http_client.h"
-#include "platform/settings.h"
-#include "providers/metnorway/yr_no_client.h"
-#include "providers/openmeteo/open_meteo_client.h"
-#include "providers/provider_history.h"
-#include "providers/provider_manager.h"
-#include "providers/weatherkit/apple_weather_client.h"
-#include "providers/wttr/wttr_client.h"
 
+#include <filesystem>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 
 namespace nimbara {
+
+class Clock;
+class FeedServices;
+class ForecastService;
+class HttpClient;
+class LanguageModel;
+class ProviderHistory;
+class ServiceDirectory;
+class Settings;
+class WeatherCache;
+class WeatherProviderManager;
 
 /// Gives a client that may use the network's. It must not outlive that.
 using DecorateHttp = std::function<std::unique_ptr<HttpClient>(HttpClient& network)>;
@@ -43,36 +41,28 @@ class Composition {
   };
 
   Composition(Settings const& settings, Clock const& clock, Options const& options);
+  ~Composition();
+  Composition(Composition const&) = delete;
+  Composition& operator=(Composition const&) = delete;
 
-  HttpClient& http() { return *http_; }
-  ServiceDirectory const& services() const { return services_; }
-  WeatherCache& cache() { return cache_; }
-  ProviderHistory& history() { return history_; }
-  WeatherProviderManager& providers() { return providers_; }
-  ForecastService& forecasts() { return forecasts_; }
-  bool isAppleWeatherConfigured() const { return appleWeather_.isConfigured(); }
-  FeedServices& feeds() { return feeds_; }
+  HttpClient& http();
+  ServiceDirectory const& services() const;
+  WeatherCache& cache();
+  ProviderHistory& history();
+  WeatherProviderManager& providers();
+  ForecastService& forecasts();
+  bool isAppleWeatherConfigured() const;
+  FeedServices& feeds();
   /// Null unless the user has named an address.
-  LanguageModel* languageModel() { return languageModel_ ? &*languageModel_ : nullptr; }
+  LanguageModel* languageModel();
 
  private:
-  WeatherProviderManager::Providers clients();
-
-  Configuration configuration_;
-  ServiceDirectory services_;
-  LazyHttpClient network_;
-  std::unique_ptr<HttpClient> decorated_;
-  HttpClient* http_;
-  AppleWeatherClient appleWeather_;
-  OpenMeteoClient openMeteo_;
-  YrNoClient yrNo_;
-  WttrAPIClient wttr_;
-  WeatherCache cache_;
-  ProviderHistory history_;
-  WeatherProviderManager providers_;
-  ForecastService forecasts_;
-  FeedServices feeds_;
-  std::optional<ChatLanguageModel> languageModel_;
+  struct Parts;
+  std::unique_ptr<Parts> parts_;
 };
+
+/// Each by itself, held together with all that it stands on.
+InUse<ForecastService> forecastsOf(InUse<Composition> const& services);
+InUse<FeedServices> feedsOf(InUse<Composition> const& services);
 
 }  // namespace nimbara

@@ -1,8 +1,23 @@
 #include "app/services/feed_services.h"
 
+#include "app/settings/service_directory.h"
+#include "feeds/air/air_quality_service.h"
+#include "feeds/alerts/gov_alert_service.h"
+#include "feeds/feed_source.h"
+#include "feeds/fires/wildfire_service.h"
+#include "feeds/meteoalarm/known_areas.h"
+#include "feeds/meteoalarm/meteo_alarm_service.h"
 #include "feeds/meteoalarm/meteo_alarm_source.h"
+#include "feeds/nws/nws_alert_service.h"
+#include "feeds/quakes/earthquake_service.h"
 #include "feeds/regions/region_update.h"
+#include "feeds/regions/regions.h"
 #include "feeds/source_feeds.h"
+#include "feeds/space/geomagnetic_service.h"
+#include "feeds/space/kp_forecast_service.h"
+#include "feeds/storms/lightning_source.h"
+#include "feeds/storms/tropical_storm_service.h"
+#include "feeds/travel/travel_advisory_service.h"
 
 namespace nimbara {
 
@@ -66,36 +81,104 @@ WildfireService::Options wildfireOptions(ServiceDirectory const& services) {
 
 }  // namespace
 
+struct FeedServices::Parts {
+  Parts(HttpClient& http, Clock const& clock, ServiceDirectory const& services, Options given)
+      : options(std::move(given)),
+        regions(regionFileIn(options.dataDirectory)),
+        nws(http, clock, {services.address(Service::nws).baseUrl, options.contact}),
+        source(feedSource(http, clock, services, options.cacheDirectory)),
+        earthquakes(*source, clock, earthquakeOptions(services, options.cacheDirectory)),
+        geomagnetic(http, clock, services.address(Service::swpc).baseUrl),
+        kpForecast(http, clock, services.address(Service::swpc).baseUrl),
+        meteoAlarm(
+            http, clock, meteoAlarmOptions(services, options), *options.texts,
+            [this](Coordinate place) { return regions.at(place); },
+            [this](std::string_view country, RawEntry const& entry) {
+              return knownAreas.has(country, entry, regions.outlines().get());
+            }),
+        nwsWaters(http, clock, {services.address(Service::nws).baseUrl, options.contact}),
+        govAlerts(clock, {nwsAlertSource(nws, clock, &nwsWaters), meteoAlarmSource(meteoAlarm)},
+                  alertDirectory(services, options.cacheDirectory)),
+        airQuality(http, clock, airQualityOptions(services.address(Service::airQuality))),
+        tropicalStorms(http, clock,
+                       {services.address(Service::nhc).baseUrl, services.address(Service::nhcMaps).baseUrl}),
+        wildfires(http, clock, wildfireOptions(services)),
+        travelAdvisories(http, clock,
+                         {services.address(Service::travelAdvisories).baseUrl,
+                          advisoryDirectory(services, options.cacheDirectory)}),
+        lightning(http, clock, services.address(Service::lightning).baseUrl) {}
+
+  Options options;
+  Regions regions;
+  KnownAreas knownAreas;
+  NWSAlertService nws;
+  std::unique_ptr<FeedSource> source;
+  EarthquakeService earthquakes;
+  GeomagneticService geomagnetic;
+  KpForecastService kpForecast;
+  MeteoAlarmService meteoAlarm;
+  NWSAlertService nwsWaters;  ///< of the points on the water off the places
+  GovAlertService govAlerts;
+  AirQualityService airQuality;
+  TropicalStormService tropicalStorms;
+  WildfireService wildfires;
+  TravelAdvisoryService travelAdvisories;
+  HttpLightningSource lightning;
+};
+
 FeedServices::FeedServices(HttpClient& http, Clock const& clock, ServiceDirectory const& services,
                            Options options)
-    : options_(std::move(options)),
-      regions_(regionFileIn(options_.dataDirectory)),
-      nws_(http, clock, {services.address(Service::nws).baseUrl, options_.contact}),
-      source_(feedSource(http, clock, services, options_.cacheDirectory)),
-      earthquakes_(*source_, clock, earthquakeOptions(services, options_.cacheDirectory)),
-      geomagnetic_(http, clock, services.address(Service::swpc).baseUrl),
-      kpForecast_(http, clock, services.address(Service::swpc).baseUrl),
-      meteoAlarm_(
-          http, clock, meteoAlarmOptions(services, options_), *options_.texts,
-          [this](Coordinate place) { return regions_.at(place); },
-          [this](std::string_view country, RawEntry const& entry) {
-            return knownAreas_.has(country, entry, regions_.outlines().get());
-          }),
-      nwsWaters_(http, clock, {services.address(Service::nws).baseUrl, options_.contact}),
-      govAlerts_(clock, {nwsAlertSource(nws_, clock, &nwsWaters_), meteoAlarmSource(meteoAlarm_)},
-                 alertDirectory(services, options_.cacheDirectory)),
-      airQuality_(http, clock, airQualityOptions(services.address(Service::airQuality))),
-      tropicalStorms_(http, clock,
-                      {services.address(Service::nhc).baseUrl, services.address(Service::nhcMaps).baseUrl}),
-      wildfires_(http, clock, wildfireOptions(services)),
-      travelAdvisories_(http, clock,
-                        {services.address(Service::travelAdvisories).baseUrl,
-                         advisoryDirectory(services, options_.cacheDirectory)}),
-      lightning_(http, clock, services.address(Service::lightning).baseUrl) {}
+    : parts_(std::make_unique<Parts>(http, clock, services, std::move(options))) {}
+
+FeedServices::~FeedServices() = default;
+
+NWSAlertService& FeedServices::nws() {
+  return parts_->nws;
+}
+
+EarthquakeService& FeedServices::earthquakes() {
+  return parts_->earthquakes;
+}
+
+GeomagneticService& FeedServices::geomagnetic() {
+  return parts_->geomagnetic;
+}
+
+KpForecastService& FeedServices::kpForecast() {
+  return parts_->kpForecast;
+}
+
+GovAlertService& FeedServices::govAlerts() {
+  return parts_->govAlerts;
+}
+
+AirQualityService& FeedServices::airQuality() {
+  return parts_->airQuality;
+}
+
+TropicalStormService& FeedServices::tropicalStorms() {
+  return parts_->tropicalStorms;
+}
+
+WildfireService& FeedServices::wildfires() {
+  return parts_->wildfires;
+}
+
+TravelAdvisoryService& FeedServices::travelAdvisories() {
+  return parts_->travelAdvisories;
+}
+
+LightningSource& FeedServices::lightning() {
+  return parts_->lightning;
+}
+
+Regions const& FeedServices::regions() const {
+  return parts_->regions;
+}
 
 ElementSource FeedServices::elements() {
   return [this](std::string_view group, std::stop_token const& stop) -> Result<ElementSets, std::string> {
-    auto body = source_->get({FeedKey::Kind::satellites, std::string(group)}, stop);
+    auto body = parts_->source->get({FeedKey::Kind::satellites, std::string(group)}, stop);
     if (!body) return std::unexpected(std::move(body.error()));
     return ElementSets{std::move(body->body), body->fetchedAt};
   };

@@ -5,9 +5,7 @@
 
 #include "analysis/alert_generator.h"
 #include "app/places/place.h"
-#include "base/time/calendar.h"
-#include "base/units.h"
-#include "base/words/texts.h"
+#include "app/services/wording.h"
 #include "model/weather_cache.h"
 #include "platform/clock.h"
 #include "providers/provider_manager.h"
@@ -31,14 +29,6 @@ struct ForecastAnswer {
   std::vector<WeatherAlert> alerts;  ///< those made from the forecast, for the moment of the call
 };
 
-/// What the texts of a forecast's alerts depend on.
-struct Wording {
-  Units units;
-  std::shared_ptr<Texts const> texts = std::make_shared<Texts>(Texts::load("en"));
-  Calendar fallback = Calendar::utc();  ///< of places whose zone is unknown
-  std::string language;                 ///< as the user has it, also where no texts are in it: "de_DE.UTF-8"
-};
-
 class ForecastService {
  public:
   ForecastService(WeatherProviderManager& providers, WeatherCache& cache, Clock const& clock,
@@ -55,6 +45,9 @@ class ForecastService {
 
   /// Holds for what is answered from now on.
   void setWording(Wording wording);
+
+  WeatherProviderManager& providers() { return providers_; }
+  WeatherCache& cache() { return cache_; }
 
  private:
   ForecastAnswer answerOf(Place const& place, WttrResponse response, Instant answeredAt) const;

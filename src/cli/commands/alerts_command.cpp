@@ -1,3 +1,5 @@
+#include "app/services/feed_services.h"
+#include "app/services/forecast_service.h"
 #include "app/services/side_by_side.h"
 #include "app/words/coverage_text.h"
 #include "base/json/json.h"
@@ -7,6 +9,7 @@
 #include "cli/run_context.h"
 #include "cli/stated_place.h"
 #include "cli/terminal.h"
+#include "feeds/alerts/gov_alert_service.h"
 #include "gazetteer/gazetteer.h"
 
 #include <algorithm>

@@ -1,9 +1,11 @@
+#include "app/services/feed_services.h"
 #include "base/json/json.h"
 #include "cli/cli.h"
 #include "cli/pages/warning_page.h"
 #include "cli/run_context.h"
 #include "cli/stated_place.h"
 #include "cli/terminal.h"
+#include "feeds/alerts/gov_alert_service.h"
 #include "gazetteer/gazetteer.h"
 
 namespace nimbara {

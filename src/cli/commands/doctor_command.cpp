@@ -1,6 +1,8 @@
 #include "app/engine/refresh_clocks.h"
 #include "app/places/place_resolver.h"
 #include "app/places/places.h"
+#include "app/services/feed_services.h"
+#include "app/settings/service_directory.h"
 #include "app/words/coverage_text.h"
 #include "base/json/json.h"
 #include "base/text/display_text.h"
@@ -8,8 +10,12 @@
 #include "cli/cli.h"
 #include "cli/pages/line_text.h"
 #include "cli/run_context.h"
+#include "feeds/alerts/gov_alert_service.h"
+#include "feeds/regions/regions.h"
 #include "gazetteer/gazetteer.h"
+#include "model/weather_cache.h"
 #include "platform/linux/desktop_services.h"
+#include "providers/provider_history.h"
 
 #include <unistd.h>
 

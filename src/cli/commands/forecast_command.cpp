@@ -1,3 +1,5 @@
+#include "app/services/feed_services.h"
+#include "app/services/forecast_service.h"
 #include "app/words/coverage_text.h"
 #include "base/json/json.h"
 #include "cli/cli.h"
@@ -5,6 +7,7 @@
 #include "cli/pages/forecast_report.h"
 #include "cli/run_context.h"
 #include "cli/terminal.h"
+#include "feeds/alerts/gov_alert_service.h"
 #include "model/process.h"
 
 namespace nimbara {

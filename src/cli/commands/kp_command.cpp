@@ -1,8 +1,10 @@
+#include "app/services/feed_services.h"
 #include "base/json/json.h"
 #include "base/text/number.h"
 #include "cli/cli.h"
 #include "cli/commands/feed_commands.h"
 #include "cli/run_context.h"
+#include "feeds/space/geomagnetic_service.h"
 
 namespace nimbara {
 

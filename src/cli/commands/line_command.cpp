@@ -1,9 +1,12 @@
+#include "app/services/feed_services.h"
+#include "app/services/forecast_service.h"
 #include "base/json/json.h"
 #include "base/text/clean_text.h"
 #include "base/text/display_text.h"
 #include "cli/cli.h"
 #include "cli/pages/line_text.h"
 #include "cli/run_context.h"
+#include "feeds/alerts/gov_alert_service.h"
 #include "model/present.h"
 
 namespace nimbara {

@@ -2,6 +2,8 @@
 #include "app/notices/silent_center.h"
 #include "app/places/places.h"
 #include "app/recording/http_recording.h"
+#include "app/services/feed_services.h"
+#include "app/services/forecast_service.h"
 #include "app/services/stand_in_store.h"
 #include "app/words/coverage_text.h"
 #include "base/text/text.h"
@@ -10,7 +12,9 @@
 #include "cli/run_context.h"
 #include "cli/stated_place.h"
 #include "cli/terminal.h"
+#include "feeds/alerts/gov_alert_service.h"
 #include "feeds/fetching/feed_problem.h"
+#include "feeds/regions/regions.h"
 #include "gazetteer/gazetteer.h"
 #include "notifications/engine/notification_manager.h"
 #include "notifications/engine/notification_state.h"
@@ -38,7 +42,7 @@ class NotifyRun {
     StandInStore standIn(*session_.store);
     SettingsStore& store = context_.servicesBase().empty() ? *session_.store : standIn;
     NotificationManager manager(
-        {store, *center, *clock_, context_.texts(), lockFile(), context_.app().languageModel()});
+        {store, *center, *clock_, context_.wording().texts, lockFile(), context_.app().languageModel()});
     bool const isPreview = options_.dryRun || options_.explain;
     auto const gather = [this](NeededInputs const& needed, std::stop_token const& stop) {
       return gatherInputs(needed, stop);
@@ -101,7 +105,7 @@ class NotifyRun {
 
   PassInputs gatherInputs(NeededInputs const& needed, std::stop_token const& stop) {
     NotificationInputs inputs(
-        context_.app().feeds(), *clock_,
+        always(context_.app().feeds()), *clock_,
         {context_.wording().units, context_.wording().texts, context_.wording().fallback,
          [this](Place const& place, std::stop_token const& token) { return weatherOf(place, token); },
          [this](Place const& place) {

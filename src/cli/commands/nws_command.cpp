@@ -1,3 +1,4 @@
+#include "app/services/feed_services.h"
 #include "base/json/json.h"
 #include "base/text/text.h"
 #include "cli/cli.h"
@@ -5,6 +6,7 @@
 #include "cli/pages/warning_page.h"
 #include "cli/run_context.h"
 #include "cli/terminal.h"
+#include "feeds/nws/nws_alert_service.h"
 #include "feeds/nws/nws_territory.h"
 #include "gazetteer/gazetteer.h"
 

@@ -1,3 +1,4 @@
+#include "app/services/feed_services.h"
 #include "base/json/json.h"
 #include "base/text/display_text.h"
 #include "base/text/number.h"
@@ -6,6 +7,7 @@
 #include "cli/cli.h"
 #include "cli/commands/feed_commands.h"
 #include "cli/run_context.h"
+#include "feeds/quakes/earthquake_service.h"
 
 #include <algorithm>
 

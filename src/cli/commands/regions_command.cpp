@@ -1,5 +1,6 @@
 #include "cli/commands/regions_command.h"
 
+#include "app/settings/service_directory.h"
 #include "base/files/file.h"
 #include "base/text/display_text.h"
 #include "base/words/country_names.h"

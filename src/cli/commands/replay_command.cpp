@@ -1,6 +1,8 @@
 #include "app/places/places.h"
 #include "app/recording/http_recording.h"
 #include "app/recording/replay.h"
+#include "app/services/feed_services.h"
+#include "app/services/forecast_service.h"
 #include "base/json/json.h"
 #include "base/text/display_text.h"
 #include "base/text/text.h"
@@ -71,13 +73,13 @@ class ReplayRun {
         context_(line.common, session, clock_,
                  {line.common.services, true, line.forecast.provider,
                   [this, &line](HttpClient& network) { return makeHttp(network, line.common.services); }}),
-        inputs_(context_.app().feeds(), clock_,
+        inputs_(always(context_.app().feeds()), clock_,
                 {context_.wording().units,
                  context_.wording().texts,
                  context_.wording().fallback,
                  [this](Place const& place, std::stop_token const& stop) { return weatherOf(place, stop); },
                  {}}),
-        replay_({clock_, *session.store, inputs_, context_.texts()}),
+        replay_({clock_, *session.store, inputs_, context_.wording().texts}),
         end_(span.to) {}
 
   int run() {

@@ -2,6 +2,8 @@
 
 #include "app/notices/notification_inputs.h"
 #include "app/places/place_resolver.h"
+#include "app/services/feed_services.h"
+#include "app/services/forecast_service.h"
 #include "notifications/custom/custom_rule_evaluation.h"
 #include "notifications/custom/custom_rule_text.h"
 
@@ -25,13 +27,13 @@ Result<RuleInputs, Failure> inputsFor(CustomNotification const& rule, Place cons
     return std::make_shared<WeatherData const>(std::move(answer->data));
   };
   NotificationInputs gatherer(
-      context.app().feeds(), context.clock(),
+      always(context.app().feeds()), context.clock(),
       {context.wording().units, context.wording().texts, context.wording().fallback, weatherOf, {}});
   RuleInputSet const needed = inputsOf(rule.conditionType);
-  RuleInputs inputs = gatherer.gatherFor(place, needed, *session.settings, session.stop);
+  RuleInputs inputs = gatherer.gatherFor(place, needed, *session.settings, session.stop).inputs;
   if (failure) return std::unexpected(*failure);
   context.tell(inputs.problemOf(needed));
-  return inputs;
+  return inputs;  // whose words are the context's
 }
 
 bool isUnknown(CustomOutcome outcome) {

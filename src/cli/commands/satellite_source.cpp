@@ -1,5 +1,6 @@
 #include "cli/commands/satellite_source.h"
 
+#include "app/services/feed_services.h"
 #include "base/text/text.h"
 
 namespace nimbara {

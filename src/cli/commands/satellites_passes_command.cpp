@@ -1,3 +1,4 @@
+#include "app/services/forecast_service.h"
 #include "base/text/display_text.h"
 #include "base/text/number.h"
 #include "base/text/text.h"

@@ -66,7 +66,7 @@ void WatchLog::happened(std::string_view event) {
 
 std::string WatchLog::lineOf(AppState::RefreshReport const& report, APIError const* failure) const {
   std::string line = formatIso8601(clock_.now()) + " " + nameOf(report.place) + ": ";
-  if (failure != nullptr) return line + AppError::of(*failure).text(texts_);
+  if (failure != nullptr) return line + AppError::of(*failure).text(*texts_());
   ForecastAnswer const& answer = *report.outcome;
   std::string const provider(answer.provider ? enumName(*answer.provider) : "unknown");
   return line + (answer.fromCache ? "cached forecast from " : "forecast from ") + provider + ", " +

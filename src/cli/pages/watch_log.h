@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/engine/app_state.h"
+#include "app/services/in_use.h"
 #include "cli/cli.h"
 #include "notifications/engine/notification_manager.h"
 
@@ -14,8 +15,9 @@ namespace nimbara {
 
 class WatchLog {
  public:
-  WatchLog(Console& console, Clock const& clock, Texts const& texts, bool json)
-      : console_(console), clock_(clock), texts_(texts), json_(json) {}
+  /// `texts` gives those of now.
+  WatchLog(Console& console, Clock const& clock, InUse<Texts const> texts, bool json)
+      : console_(console), clock_(clock), texts_(std::move(texts)), json_(json) {}
 
   void refreshed(AppState::RefreshReport const& report);
   /// What a pass told, and what went wrong with it.
@@ -34,7 +36,7 @@ class WatchLog {
 
   Console& console_;
   Clock const& clock_;
-  Texts const& texts_;
+  InUse<Texts const> texts_;
   bool json_;
   std::mutex mutex_;
   std::vector<std::string> lastProblems_;  ///< of the last pass; only passes touch it, one at a time

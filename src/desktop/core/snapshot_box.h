@@ -2,7 +2,7 @@
 // came is skipped, so that the window never works through old ones. Owned by the program's entry.
 #pragma once
 
-#include "desktop/core/desktop_core.h"
+#include "app/engine/engine_snapshot.h"
 
 #include <chrono>
 #include <condition_variable>
@@ -15,7 +15,7 @@ namespace nimbara {
 
 class SnapshotBox {
  public:
-  using Snapshot = std::shared_ptr<DesktopSnapshot const>;
+  using Snapshot = std::shared_ptr<EngineSnapshot const>;
 
   /// `announce` is called on the core's threads when the box was empty: the window is to take what is there.
   explicit SnapshotBox(std::function<void()> announce) : announce_(std::move(announce)) {}

@@ -87,10 +87,6 @@ ScrollPage {
             }
         }
     }
-    Notice {
-        width: page.inner
-        text: App.settings.now.needsRestart ? App.settings.words.restart : ""
-    }
     FoldedCard {
         width: page.inner
         heading: App.settings.words.secrets

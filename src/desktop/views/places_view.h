@@ -1,14 +1,12 @@
 // Saved and found places as display values. Pure functions.
 #pragma once
 
+#include "app/engine/hazards_state.h"
+#include "app/engine/places_state.h"
 #include "app/places/place_search.h"
-#include "app/places/places.h"
-#include "desktop/views/hazards/hazards_state.h"
 #include "desktop/views/view_context.h"
 #include "desktop/views/view_fields.h"
 
-#include <map>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -65,19 +63,6 @@ inline constexpr auto viewFields<FoundView> = FieldList{
     viewField("isSaved", &FoundView::isSaved),
     viewField("sentence", &FoundView::sentence),
 };
-
-/// What became of asking where the user is.
-struct LocationState {
-  enum class Phase { idle, asking, found, denied, unavailable };
-  Phase phase = Phase::idle;
-  std::string message;        ///< the desktop's own words for a failure
-  std::optional<Place> here;  ///< where the user was last, with its names
-
-  bool operator==(LocationState const&) const = default;
-};
-
-/// What is kept of the places' forecasts.
-using KeptForecasts = std::map<Uuid, std::shared_ptr<WeatherData const>>;
 
 /// The current location: offered, being asked for, or why it is not known.
 struct HereView {

@@ -263,7 +263,6 @@ SettingsView settingsView(SettingsState const& state, ViewContext const& context
       state.canChangeWatch && state.watch != WatchStart::changedByHand && !state.isWatchChanging;
   view.startNote = startNoteOf(state, context);
   view.notice = noticeOf(state, context);
-  view.needsRestart = state.needsRestart;
   return view;
 }
 

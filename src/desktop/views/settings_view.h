@@ -2,43 +2,15 @@
 // folders, credits. Pure functions of the settings of one moment.
 #pragma once
 
-#include "app/settings/watch_install.h"
+#include "app/engine/settings_state.h"
 #include "desktop/views/view_context.h"
 #include "desktop/views/view_fields.h"
-#include "platform/desktop_appearance.h"
-#include "platform/settings_store.h"
-#include "providers/provider_history.h"
 
-#include <filesystem>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace nimbara {
-
-/// The settings of one moment and what the window tells about them.
-struct SettingsState {
-  explicit SettingsState(Settings read) : settings(std::move(read)) {}
-
-  Settings settings;
-  std::optional<StoreError> problem;  ///< why they could not be read
-  std::string refusedKey;             ///< of the last change, when it failed
-  std::optional<StoreError> refusal;  ///< why
-  bool needsRestart = false;          ///< something that the services were made with has changed since
-  ProviderHistory::Records providers;
-  bool isAppleWeatherConfigured = false;
-  AppearanceWish wish;  ///< of the desktop
-  WatchStart watch = WatchStart::byHand;
-  bool canChangeWatch = true;
-  bool isWatchChanging = false;
-  std::string watchProblem;  ///< why the watch's start could not be changed
-  std::filesystem::path dataDirectory;
-  std::filesystem::path cacheDirectory;
-};
-
-/// Stands for all units among the keys of settings; its values are the presets.
-inline constexpr std::string_view kUnitPresetKey = "unitPreset";
 
 struct SettingRowView {
   std::string key;
@@ -99,7 +71,6 @@ struct SettingsView {
   bool canStartAtLogin = true;
   std::string startNote;
   std::string notice;  ///< what cannot be read or written, and stored values that cannot be used
-  bool needsRestart = false;
 
   bool operator==(SettingsView const&) const = default;
 };
@@ -113,7 +84,6 @@ inline constexpr auto viewFields<SettingsView> = FieldList{
     viewField("canStartAtLogin", &SettingsView::canStartAtLogin),
     viewField("startNote", &SettingsView::startNote),
     viewField("notice", &SettingsView::notice),
-    viewField("needsRestart", &SettingsView::needsRestart),
 };
 
 SettingsView settingsView(SettingsState const& state, ViewContext const& context);

@@ -22,6 +22,7 @@ TrayView trayView(NowView const& now, std::string const& warnings, ViewContext c
                 now.isDay,
                 now.skyTop,
                 now.skyBottom,
+                {},
                 summaryOf(now, context),
                 {}};
   view.menu = {{"summary", view.summary, false}};
@@ -36,6 +37,15 @@ TrayView trayView(NowView const& now, std::string const& warnings, ViewContext c
                                               {kTrayQuit, context.text("desktop.tray.quit"), true}};
   view.menu.insert(view.menu.end(), commands.begin(), commands.end());
   return view;
+}
+
+std::string trayMark(std::vector<WeatherAlert> const& official, Instant now) {
+  WeatherAlert const* severest = nullptr;
+  for (WeatherAlert const& alert : official) {
+    bool const isInForce = alert.onset.value_or(now) <= now && (!alert.expires || *alert.expires > now);
+    if (isInForce && (severest == nullptr || alert.severity > severest->severity)) severest = &alert;
+  }
+  return severest == nullptr ? "" : std::string(enumName(severest->severity));
 }
 
 }  // namespace nimbara

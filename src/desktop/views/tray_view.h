@@ -2,6 +2,7 @@
 #pragma once
 
 #include "desktop/views/now_view.h"
+#include "model/weather_alert.h"
 #include "platform/tray.h"
 
 #include <string>
@@ -20,6 +21,7 @@ struct TrayView {
   bool isDay = true;
   std::string skyTop;  ///< colours behind it
   std::string skyBottom;
+  std::string mark;     ///< how severe the official warning in force is; empty where none is to be marked
   std::string summary;  ///< the present and the warnings, in one line
   std::vector<TrayMenuItem> menu;
 
@@ -28,5 +30,8 @@ struct TrayView {
 
 /// `warnings` says what is known of the official ones; may be empty.
 TrayView trayView(NowView const& now, std::string const& warnings, ViewContext const& context);
+
+/// The name of the greatest severity among the official warnings that are in force, empty without one.
+std::string trayMark(std::vector<WeatherAlert> const& official, Instant now);
 
 }  // namespace nimbara

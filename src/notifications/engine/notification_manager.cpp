@@ -3,6 +3,7 @@
 #include "base/files/file_lock.h"
 #include "notifications/catalogue.h"
 #include "notifications/log/notification_log.h"
+#include "notifications/rules/mute_changes.h"
 
 #include <algorithm>
 #include <iterator>
@@ -56,7 +57,7 @@ class NotificationManager::Pass {
 
   /// Tells what is due of the schedule and forgets what was missed for too long.
   void tellScheduled(Settings const& settings) {
-    DuePlan plan = planDue(now_, settings, manager_.texts(), manager_.suppressedTags(), state_);
+    DuePlan plan = planDue(now_, settings, *manager_.texts(), manager_.suppressedTags(), state_);
     forgetMissed(plan, state_);
     std::vector<Decision> decisions;
     decisions.reserve(plan.entries.size());
@@ -136,7 +137,7 @@ class NotificationManager::Pass {
 
   /// One wording for a summary and day; the template stays where the model has nothing fit to show.
   void reword(Decision& decision) {
-    if (around_.languageModel == nullptr || isOver_()) return;
+    if (around_.languageModel == nullptr || !around_.languageModel->isThere() || isOver_()) return;
     ScheduledNotification& entry = *decision.scheduled;
     std::string const key = summaryKey(entry);
     if (!state_.aiSummaryCache.contains(key)) {
@@ -240,7 +241,8 @@ PassReport ended(PassReport::End end) {
 
 }  // namespace
 
-NotificationManager::NotificationManager(Surroundings surroundings) : around_(std::move(surroundings)) {
+NotificationManager::NotificationManager(Surroundings surroundings)
+    : around_(std::move(surroundings)), texts_(std::move(around_.texts)) {
   auto const stored = around_.store.read(StoreArea::state);
   if (!stored) return;
   if (auto state = engineStateOf(*stored)) lastKnown_ = std::move(*state);
@@ -248,12 +250,12 @@ NotificationManager::NotificationManager(Surroundings surroundings) : around_(st
 
 void NotificationManager::setTexts(std::shared_ptr<Texts const> texts) {
   std::lock_guard const lock(mutex_);
-  if (texts_.empty() || texts_.back() != texts) texts_.push_back(std::move(texts));
+  texts_ = std::move(texts);
 }
 
-Texts const& NotificationManager::texts() const {
+std::shared_ptr<Texts const> NotificationManager::texts() const {
   std::lock_guard const lock(mutex_);
-  return texts_.empty() ? around_.texts : *texts_.back();
+  return texts_;
 }
 
 AuthorizationStatus NotificationManager::requestAuthorization() {
@@ -281,8 +283,9 @@ PassReport NotificationManager::evaluate(GatherInputs const& gather, std::stop_t
   // First what was due before: the plan puts the next day's in its place.
   pass.tellScheduled(settings.settings);
   EngineState::Strings const suppressed = suppressedTags();
+  auto const words = texts();
   pass.run(planPass(
-      {pass.now(), inputs.places, inputs.foreign, settings.settings, texts(), suppressed, inputs.isPartial},
+      {pass.now(), inputs.places, inputs.foreign, settings.settings, *words, suppressed, inputs.isPartial},
       pass.state()));
   return std::move(pass.report());
 }
@@ -290,15 +293,15 @@ PassReport NotificationManager::evaluate(GatherInputs const& gather, std::stop_t
 PassReport NotificationManager::preview(GatherInputs const& gather, std::stop_token const& stop) {
   auto const settings = around_.store.settings();
   PassInputs const inputs = gather(neededInputs(settings.settings), stop);
-  Texts const& words = texts();
+  auto const words = texts();
   std::lock_guard const guard(mutex_);
   Instant const now = around_.clock.now();
   EngineState state = lastKnown_;
-  DuePlan due = planDue(now, settings.settings, words, suppressedLocationTags_, state);
+  DuePlan due = planDue(now, settings.settings, *words, suppressedLocationTags_, state);
   Pass::forgetMissed(due, state);
   for (DuePlan::Entry const& entry : due.entries) apply(entry.decision, now, state);
   PassReport report;
-  report.plan = planPass({now, inputs.places, inputs.foreign, settings.settings, words,
+  report.plan = planPass({now, inputs.places, inputs.foreign, settings.settings, *words,
                           suppressedLocationTags_, inputs.isPartial},
                          state);
   auto const told = due.entries | std::views::transform(&DuePlan::Entry::decision);
@@ -353,6 +356,11 @@ void NotificationManager::release(std::string_view locationTag) {
   }
 }
 
+void NotificationManager::releaseAll() {
+  std::lock_guard const lock(mutex_);
+  suppressedLocationTags_.clear();
+}
+
 Result<void, StoreError> NotificationManager::respond(NotificationResponse const& response) {
   if (response.action == "snooze") {
     return around_.store.set("notify_snoozedUntil", formatIso8601(around_.clock.now() + kSnooze));
@@ -364,9 +372,9 @@ Result<void, StoreError> NotificationManager::respond(NotificationResponse const
     auto const found = kinds_.find(response.identifier);
     kind = found == kinds_.end() ? kindOfIdentifier(response.identifier) : found->second;
   }
-  auto mutes = parseMutes(around_.store.settings().settings.text("notify_mutedKinds"));
-  mutes = mutedToo(std::move(mutes), {std::move(kind), {}}, around_.clock.now());
-  return around_.store.set("notify_mutedKinds", encodeMutes(mutes));
+  return changeMutes(around_.store, [&](std::vector<Mute> mutes) {
+    return mutedToo(std::move(mutes), {kind, {}}, around_.clock.now());
+  });
 }
 
 }  // namespace nimbara

@@ -23,6 +23,8 @@ struct PassInputs {
   std::vector<RuleInputs> places;  ///< the selected one first
   std::vector<ForeignEvaluation> foreign;
   bool isPartial = false;  ///< further places are watched that this pass does not look at
+  std::shared_ptr<Texts const> texts =
+      {};  // NOLINT(readability-redundant-member-init): what `places` point to
 };
 
 /// Asks the network for what enabled rules read. Blocks.
@@ -52,14 +54,14 @@ class NotificationManager {
     SettingsStore& store;
     NotificationCenter& center;
     Clock const& clock;
-    Texts const& texts;
+    std::shared_ptr<Texts const> texts;      ///< the words of the passes
     std::filesystem::path lockFile;          ///< shared by the processes of the user; empty: none
     LanguageModel* languageModel = nullptr;  ///< words the summaries where the user wants it
   };
 
   explicit NotificationManager(Surroundings surroundings);
 
-  /// The words of the next passes, where they are other than those of the environment.
+  /// Those of the next passes.
   void setTexts(std::shared_ptr<Texts const> texts);
   /// May ask the user.
   AuthorizationStatus requestAuthorization();
@@ -80,6 +82,8 @@ class NotificationManager {
   /// For a location that is being removed or replaced.
   void suppress(std::string const& locationTag);
   void release(std::string_view locationTag);
+  /// Every tag, as when the pass that was under way has ended.
+  void releaseAll();
 
   /// A person answered a notification: snoozing and muting are settings.
   Result<void, StoreError> respond(NotificationResponse const& response);
@@ -88,14 +92,14 @@ class NotificationManager {
   class Pass;
 
   EngineState::Strings suppressedTags() const;
-  Texts const& texts() const;
+  std::shared_ptr<Texts const> texts() const;
 
   Surroundings around_;
   std::atomic<AuthorizationStatus> authorizationStatus_ = AuthorizationStatus::notDetermined;
   std::atomic<std::uint64_t> evaluationTailToken_ = 0;  ///< of the newest pass
   std::mutex evaluationTail_;                           ///< held by the pass that runs
   mutable std::mutex mutex_;                            // guards all below
-  std::vector<std::shared_ptr<Texts const>> texts_;  ///< the last is in use; passes may still read the others
+  std::shared_ptr<Texts const> texts_;
   std::optional<Instant> lastLookAtSchedule_;
   EngineState::Strings suppressedLocationTags_;
   EngineState lastKnown_;                     ///< while the store cannot be read or written

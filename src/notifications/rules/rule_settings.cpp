@@ -57,7 +57,7 @@ constexpr SettingDefinition kTable[] = {
     {"notify_eveningSummary", false, "Evening summary: tonight and tomorrow"},
     hourOf("notify_morningHour", 7, "Hour of the morning summary"),
     hourOf("notify_eveningHour", 18, "Hour of the evening summary"),
-    {"liveActivityEnabled", true, "Show the present weather while it changes"},
+    {"liveActivityEnabled", true, "Mark the tray icon while an official warning is in force"},
     {"notify_govAlerts", true, "Official warnings"},
     {"notify_govAlertLevel", "medium", "Minimum level of official warnings", enumNames<NotificationLevel>},
     {"notify_travelAdvisory", true, "Travel advisories for your places' countries"},

@@ -2,7 +2,7 @@
 // bars. Pure functions.
 #pragma once
 
-#include "desktop/views/hazards/hazards_state.h"
+#include "app/engine/hazards_state.h"
 #include "desktop/views/view_context.h"
 #include "desktop/views/view_fields.h"
 

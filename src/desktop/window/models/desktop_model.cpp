@@ -132,7 +132,7 @@ QString DesktopModel::problem() const {
                                                 : view.texts.format("desktop.places.unknown", unknown));
 }
 
-void DesktopModel::show(std::shared_ptr<DesktopSnapshot const> snapshot) {
+void DesktopModel::show(std::shared_ptr<EngineSnapshot const> snapshot) {
   bool const isOther = snapshot->place != snapshot_->place;
   snapshot_ = std::move(snapshot);
   isReady_ = true;
@@ -178,7 +178,10 @@ TrayView DesktopModel::tray() const {
   WeatherState const& state = *snapshot_->weather;
   OfficialView const official =
       officialView(snapshot_->hazards->official, snapshot_->place, state, contextOfPlace());
-  return trayView(nowView(state, snapshot_->place, view), official.brief, view);
+  TrayView tray = trayView(nowView(state, snapshot_->place, view), official.brief, view);
+  bool const isMarked = snapshot_->settings && snapshot_->settings->settings.boolean("liveActivityEnabled");
+  if (isMarked) tray.mark = trayMark(state.govAlerts, view.now);
+  return tray;
 }
 
 void DesktopModel::setOpenDay(int day) {

@@ -2,8 +2,9 @@
 // into display values, and passes commands on. Reads no file, asks no service. Owned by the program's entry.
 #pragma once
 
-#include "desktop/core/desktop_core.h"
+#include "app/engine/engine_snapshot.h"
 #include "desktop/views/hours_view.h"
+#include "desktop/views/places_view.h"
 #include "desktop/views/sky/sky_scene.h"
 #include "desktop/views/tray_view.h"
 #include "desktop/window/models/globe_model.h"
@@ -76,7 +77,7 @@ class DesktopModel : public QObject {
 
   DesktopModel(Setting setting, DesktopCommands commands, QObject* parent = nullptr);
 
-  void show(std::shared_ptr<DesktopSnapshot const> snapshot);
+  void show(std::shared_ptr<EngineSnapshot const> snapshot);
   /// The matches of `text`; an answer to an older question is skipped.
   void showFound(std::string const& text, std::vector<FoundPlace> found);
   /// What the geocoding service knows of `text`.
@@ -162,7 +163,7 @@ class DesktopModel : public QObject {
 
   Setting setting_;
   DesktopCommands commands_;
-  std::shared_ptr<DesktopSnapshot const> snapshot_ = std::make_shared<DesktopSnapshot>();
+  std::shared_ptr<EngineSnapshot const> snapshot_ = std::make_shared<EngineSnapshot>();
   bool isReady_ = false;
   int openDay_ = -1;
   std::string searchText_;

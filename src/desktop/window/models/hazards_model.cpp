@@ -41,7 +41,7 @@ HazardsModel::HazardsModel(HazardsCommands commands, QObject* parent)
       magnitudes_(new RecordListModel(this)),
       kp_(new RecordModel(this)) {}
 
-void HazardsModel::show(DesktopSnapshot const& snapshot, ViewContext const& context) {
+void HazardsModel::show(EngineSnapshot const& snapshot, ViewContext const& context) {
   HazardsState const& state = *snapshot.hazards;
   showWords(*words_, kWords, context.texts);
   official_->show(officialView(state.official, snapshot.place, *snapshot.weather, context));
@@ -53,7 +53,7 @@ void HazardsModel::show(DesktopSnapshot const& snapshot, ViewContext const& cont
 }
 
 /// What is pointed at stays so in whichever row it is now.
-void HazardsModel::showQuakes(DesktopSnapshot const& snapshot, ViewContext const& context) {
+void HazardsModel::showQuakes(EngineSnapshot const& snapshot, ViewContext const& context) {
   HazardsState const& state = *snapshot.hazards;
   std::string const pointedAt =
       highlighted_ < 0 ? std::string() : shownQuakes_[static_cast<std::size_t>(highlighted_)].id;

@@ -2,7 +2,7 @@
 // it each snapshot. Reads no file, asks no service.
 #pragma once
 
-#include "desktop/core/desktop_core.h"
+#include "app/engine/engine_snapshot.h"
 #include "desktop/views/hazards/kp_view.h"
 #include "desktop/views/hazards/quakes_view.h"
 #include "desktop/window/models/view_models.h"
@@ -37,7 +37,7 @@ class HazardsModel : public QObject {
  public:
   HazardsModel(HazardsCommands commands, QObject* parent);
 
-  void show(DesktopSnapshot const& snapshot, ViewContext const& context);
+  void show(EngineSnapshot const& snapshot, ViewContext const& context);
 
   RecordModel* words() { return words_; }
   RecordModel* official() { return official_; }
@@ -63,7 +63,7 @@ class HazardsModel : public QObject {
   void highlightedChanged();
 
  private:
-  void showQuakes(DesktopSnapshot const& snapshot, ViewContext const& context);
+  void showQuakes(EngineSnapshot const& snapshot, ViewContext const& context);
 
   HazardsCommands commands_;
   RecordModel* words_;

@@ -2,7 +2,9 @@
 
 #include "base/text/number.h"
 #include "base/text/text.h"
+#include "desktop/views/notices/notifications_view.h"
 #include "desktop/window/words.h"
+#include "notifications/rules/rule_settings.h"
 
 #include <algorithm>
 
@@ -101,7 +103,7 @@ NotificationsModel::NotificationsModel(NotificationCommands commands, QObject* p
   draftRow_->show(DraftView());
 }
 
-void NotificationsModel::show(DesktopSnapshot const& snapshot, ViewContext const& view) {
+void NotificationsModel::show(EngineSnapshot const& snapshot, ViewContext const& view) {
   shown_.state = snapshot.notifications;
   shown_.places = snapshot.places;
   shown_.view.emplace(view);

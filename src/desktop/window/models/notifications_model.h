@@ -3,7 +3,7 @@
 // while the page is open. Decides nothing: it passes commands on.
 #pragma once
 
-#include "desktop/core/desktop_core.h"
+#include "app/engine/engine_snapshot.h"
 #include "desktop/views/notices/rules_view.h"
 #include "desktop/window/models/view_models.h"
 
@@ -60,7 +60,7 @@ class NotificationsModel : public QObject {
  public:
   NotificationsModel(NotificationCommands commands, QObject* parent);
 
-  void show(DesktopSnapshot const& snapshot, ViewContext const& view);
+  void show(EngineSnapshot const& snapshot, ViewContext const& view);
   void showTrial(TrialAnswer const& answer);
 
   RecordModel* now() { return now_; }

@@ -3,6 +3,7 @@
 #include "app/settings/settings_registry.h"
 #include "app/version.h"
 #include "desktop/views/credits.h"
+#include "desktop/views/settings_view.h"
 #include "desktop/window/words.h"
 
 #include <QDesktopServices>
@@ -25,7 +26,6 @@ constexpr WordRow kWords[] = {
     {"folders", "desktop.settings.group.folders"},
     {"credits", "desktop.settings.group.credits"},
     {"about", "desktop.settings.about"},
-    {"restart", "desktop.settings.restart"},
     {"startAtLogin", "desktop.settings.startAtLogin"},
     {"open", "desktop.settings.open"},
     {"save", "desktop.settings.save"},

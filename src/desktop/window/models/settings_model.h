@@ -2,7 +2,8 @@
 // latest snapshot; decides nothing. Owned by the window's model.
 #pragma once
 
-#include "desktop/core/desktop_core.h"
+#include "app/engine/engine_snapshot.h"
+#include "desktop/views/view_context.h"
 #include "desktop/window/models/view_models.h"
 
 #include <QObject>

@@ -7,6 +7,8 @@
 #include <QLinearGradient>
 #include <QPainter>
 #include <QPainterPath>
+#include <map>
+#include <string>
 
 namespace nimbara {
 
@@ -44,6 +46,21 @@ void paintTemperature(QPainter& painter, QString number, double side) {
   painter.fillPath(digits, Qt::white);
 }
 
+/// A dot in the lower corner, in the colours by which issuers grade their warnings.
+void paintMark(QPainter& painter, std::string const& severity, double side) {
+  static std::map<std::string, QColor, std::less<>> const kColours = {{"info", QColor(0x2f, 0x80, 0xed)},
+                                                                      {"advisory", QColor(0xf2, 0xc9, 0x1c)},
+                                                                      {"warning", QColor(0xf2, 0x7a, 0x1a)},
+                                                                      {"critical", QColor(0xd3, 0x1d, 0x1d)}};
+  auto const colour = kColours.find(severity);
+  if (colour == kColours.end()) return;
+  double const radius = 0.17 * side;
+  painter.resetTransform();
+  painter.setPen(QPen(Qt::white, 0.05 * side));
+  painter.setBrush(colour->second);
+  painter.drawEllipse(QPointF(side - 1.2 * radius, side - 1.2 * radius), radius, radius);
+}
+
 /// The four bytes of each point in the order that the tray wants, whatever the machine's.
 TrayPicture pictureOf(QImage const& image) {
   TrayPicture picture{image.width(), {}};
@@ -75,6 +92,7 @@ QImage trayImage(TrayView const& view, int side) {
   } else {
     paintTemperature(painter, viewName(view.temperature), side);
   }
+  paintMark(painter, view.mark, side);
   return image;
 }
 

@@ -1,11 +1,11 @@
-// The globe's part of the core: loads the satellites and earthquakes when the page is first shown, keeps them
-// fresh while it is, and lets the layer propagate. Any thread may call; nothing waits for a service. Owned by
-// DesktopCore, which outlives its tasks.
+// The globe's part of the engine: loads the satellites and earthquakes when the page is first shown, keeps
+// them fresh while it is, and lets the layer propagate. Any thread may call; nothing waits for a service.
+// Owned by the engine, which outlives its tasks.
 #pragma once
 
+#include "app/engine/globe_state.h"
+#include "app/services/in_use.h"
 #include "app/services/task_runner.h"
-#include "desktop/views/globe/globe_state.h"
-#include "feeds/quakes/earthquake_service.h"
 #include "globe/satellite_feed.h"
 
 #include <functional>
@@ -13,11 +13,13 @@
 
 namespace nimbara {
 
-class DesktopGlobe {
+class EarthquakeService;
+
+class EngineGlobe {
  public:
   struct Parts {
     SatelliteFeed& feed;
-    EarthquakeService& earthquakes;
+    InUse<EarthquakeService> earthquakes;
     Clock const& clock;
     TaskRunner& work;
     std::function<void()> onChange;               ///< called without locks, on the tasks' threads
@@ -28,7 +30,7 @@ class DesktopGlobe {
   static constexpr std::chrono::minutes kRetry{10};
   static constexpr std::chrono::minutes kEarthquakesAfter{5};
 
-  DesktopGlobe(Parts parts, std::string_view hiddenSetting);
+  EngineGlobe(Parts parts, std::string_view hiddenSetting);
 
   /// Begins or pauses.
   void setShown(bool isShown);

@@ -1,4 +1,6 @@
-#include "desktop/core/desktop_globe.h"
+#include "app/engine/engine_globe.h"
+
+#include "feeds/quakes/earthquake_service.h"
 
 #include <algorithm>
 
@@ -32,14 +34,14 @@ std::string_view groupKeyOf(GlobeCatalogue const& catalogue, std::uint32_t entry
 
 }  // namespace
 
-DesktopGlobe::DesktopGlobe(Parts parts, std::string_view hiddenSetting) : parts_(std::move(parts)) {
+EngineGlobe::EngineGlobe(Parts parts, std::string_view hiddenSetting) : parts_(std::move(parts)) {
   state_.hidden = hiddenRows(hiddenSetting);
   for (SatelliteCatalog::Group const& group : SatelliteCatalog::groups()) {
     state_.groups.push_back({group, GlobeGroup::State::waiting, 0, {}, {}});
   }
 }
 
-void DesktopGlobe::setShown(bool isShown) {
+void EngineGlobe::setShown(bool isShown) {
   std::lock_guard const lock(mutex_);
   isShown_ = isShown;
   if (isShown && !layer_) layer_.emplace().activate();
@@ -48,7 +50,7 @@ void DesktopGlobe::setShown(bool isShown) {
   if (isShown) askForMore(parts_.clock.now());
 }
 
-bool DesktopGlobe::isLoadDue(Instant now) const {
+bool EngineGlobe::isLoadDue(Instant now) const {
   if (!loaded_) return true;
   bool const areSound = std::ranges::all_of(
       state_.groups, [](GlobeGroup const& group) { return group.state == GlobeGroup::State::fresh; });
@@ -58,7 +60,7 @@ bool DesktopGlobe::isLoadDue(Instant now) const {
   return isOld && now - *loaded_ >= kRetry;
 }
 
-void DesktopGlobe::askForMore(Instant now) {
+void EngineGlobe::askForMore(Instant now) {
   if (!state_.isLoading && isLoadDue(now)) {
     state_.isLoading = layer_->isLoading = true;
     parts_.work.run([this](std::stop_token const& stop) { loadGroups(stop); });
@@ -69,7 +71,7 @@ void DesktopGlobe::askForMore(Instant now) {
   }
 }
 
-void DesktopGlobe::loadGroups(std::stop_token const& stop) {
+void EngineGlobe::loadGroups(std::stop_token const& stop) {
   auto const groups = SatelliteCatalog::groups();
   for (std::size_t i = 0; i < groups.size(); ++i) {
     auto loaded = parts_.feed.load(groups[i], stop);
@@ -87,7 +89,7 @@ void DesktopGlobe::loadGroups(std::stop_token const& stop) {
   parts_.onChange();
 }
 
-void DesktopGlobe::take(std::size_t group, Result<SatelliteGroupLoad, std::string> loaded) {
+void EngineGlobe::take(std::size_t group, Result<SatelliteGroupLoad, std::string> loaded) {
   std::lock_guard const lock(mutex_);
   GlobeGroup& shown = state_.groups[group];
   if (!loaded) {
@@ -100,7 +102,7 @@ void DesktopGlobe::take(std::size_t group, Result<SatelliteGroupLoad, std::strin
   if (isFirstLoad_) showLoaded(false);
 }
 
-void DesktopGlobe::showLoaded(bool isLast) {
+void EngineGlobe::showLoaded(bool isLast) {
   layer_->show(isLast ? std::exchange(loads_, {}) : loads_);
   state_.catalogue = std::make_shared<GlobeCatalogue const>(catalogueOf(*layer_));
   Instant const now = parts_.clock.now();
@@ -109,13 +111,14 @@ void DesktopGlobe::showLoaded(bool isLast) {
   chooseAgain(now);
 }
 
-void DesktopGlobe::loadEarthquakes(std::stop_token const& stop) {
-  auto events = parts_.earthquakes.fetchEarthquakes(stop);
+void EngineGlobe::loadEarthquakes(std::stop_token const& stop) {
+  auto const earthquakes = parts_.earthquakes();
+  auto events = earthquakes->fetchEarthquakes(stop);
   if (stop.stop_requested()) return;
   {
     std::lock_guard const lock(mutex_);
     state_.earthquakes = std::make_shared<std::vector<EarthquakeEvent> const>(std::move(events));
-    state_.earthquakeProblem = parts_.earthquakes.problem();
+    state_.earthquakeProblem = earthquakes->problem();
     state_.hasEarthquakes = true;
     earthquakesLoaded_ = parts_.clock.now();
     areEarthquakesAsked_ = false;
@@ -123,7 +126,7 @@ void DesktopGlobe::loadEarthquakes(std::stop_token const& stop) {
   parts_.onChange();
 }
 
-std::shared_ptr<GlobeState const> DesktopGlobe::tick() {
+std::shared_ptr<GlobeState const> EngineGlobe::tick() {
   std::unique_lock const lock(mutex_, std::try_to_lock);
   if (!lock) return nullptr;
   Instant const now = parts_.clock.now();
@@ -139,12 +142,12 @@ std::shared_ptr<GlobeState const> DesktopGlobe::tick() {
   return stateNow();
 }
 
-std::shared_ptr<GlobeState const> DesktopGlobe::state() const {
+std::shared_ptr<GlobeState const> EngineGlobe::state() const {
   std::lock_guard const lock(mutex_);
   return stateNow();
 }
 
-std::shared_ptr<GlobeState const> DesktopGlobe::stateNow() const {
+std::shared_ptr<GlobeState const> EngineGlobe::stateNow() const {
   auto state = std::make_shared<GlobeState>(state_);
   state->now = parts_.clock.now();
   SGP4::Moment const moment = SGP4::momentOf(state->now);
@@ -152,7 +155,7 @@ std::shared_ptr<GlobeState const> DesktopGlobe::stateNow() const {
   return state;
 }
 
-void DesktopGlobe::choose(std::optional<std::uint32_t> entry) {
+void EngineGlobe::choose(std::optional<std::uint32_t> entry) {
   std::lock_guard const lock(mutex_);
   if (!layer_) return;
   bool const isKnown = entry && *entry < layer_->entries().size();
@@ -161,7 +164,7 @@ void DesktopGlobe::choose(std::optional<std::uint32_t> entry) {
 }
 
 /// Entries are numbered again by each load, so the chosen one is looked up by its number in the catalogue.
-void DesktopGlobe::chooseAgain(Instant now) {
+void EngineGlobe::chooseAgain(Instant now) {
   state_.chosen.reset();
   layer_->hideOrbit();
   if (!chosenNumber_) return;
@@ -176,7 +179,7 @@ void DesktopGlobe::chooseAgain(Instant now) {
   state_.chosen = ChosenSatellite{entry, groupKeyOf(*state_.catalogue, entry), *info, layer_->orbit()};
 }
 
-void DesktopGlobe::setHidden(std::string_view row, bool isHidden) {
+void EngineGlobe::setHidden(std::string_view row, bool isHidden) {
   std::string setting;
   {
     std::lock_guard const lock(mutex_);

@@ -1,5 +1,6 @@
-#include "desktop/core/desktop_settings.h"
+#include "app/engine/engine_settings.h"
 
+#include "app/services/composition.h"
 #include "app/settings/unit_settings.h"
 
 #include <algorithm>
@@ -8,11 +9,17 @@ namespace nimbara {
 
 namespace {
 
-std::shared_ptr<Wording const> wordingOf(Settings const& settings, Environment const& environment) {
+std::string languageOf(Settings const& settings, Environment const& environment, Overrides const& overrides) {
+  if (!overrides.language.empty()) return overrides.language;
   std::string const chosen = settings.text("language");
-  std::string const& language = chosen == "automatic" ? environment.language : chosen;
+  return chosen == "automatic" ? environment.language : chosen;
+}
+
+std::shared_ptr<Wording const> wordingOf(Settings const& settings, Environment const& environment,
+                                         Overrides const& overrides) {
+  std::string const language = languageOf(settings, environment, overrides);
   return std::make_shared<Wording const>(
-      Wording{unitsOf(settings, environment.measurement),
+      Wording{overrides.units.value_or(unitsOf(settings, environment.measurement)),
               std::make_shared<Texts>(Texts::load(wordsLocale(settings, language, environment.time))),
               environment.machineCalendar, language});
 }
@@ -22,21 +29,24 @@ WatchStart startOf(Environment const& environment) {
   return environment.configHome.empty() ? WatchStart::byHand : watchStart(environment);
 }
 
-bool isSame(Wording const& one, Wording const& other) {
+bool haveSameWords(Wording const& one, Wording const& other) {
   constexpr std::string_view kClock = "time.clockPattern";
-  return one.units == other.units && one.texts->language() == other.texts->language() &&
+  return one.language == other.language && one.texts->language() == other.texts->language() &&
          one.texts->text(kClock) == other.texts->text(kClock);
 }
 
 /// Services take these when they are made.
-bool isBoundAtStart(std::string_view key) {
+bool makesServices(std::string_view key) {
   return key == "contact" || key == "languageModelName" || key.starts_with("appleWeather") ||
          key.ends_with("Host") || key.ends_with("ApiKey");
 }
 
-bool differWhereBound(Settings const& one, Settings const& other) {
+/// Every setting that is chosen otherwise, or those of services alone.
+bool differ(Settings const& one, Settings const& other, bool ofServices) {
   return std::ranges::any_of(one.registry().all(), [&](SettingDefinition const* definition) {
-    return isBoundAtStart(definition->key) && one.value(definition->key) != other.value(definition->key);
+    std::string_view const key = definition->key;
+    if (ofServices && !makesServices(key)) return false;
+    return one.value(key) != other.value(key) || one.isChosen(key) != other.isChosen(key);
   });
 }
 
@@ -46,59 +56,65 @@ std::unexpected<StoreError> refused(std::string sentence) {
 
 }  // namespace
 
-DesktopSettings::DesktopSettings(SettingsStore& store, Environment environment)
-    : store_(store), environment_(std::move(environment)), atStart_(store.settings().settings) {
-  SettingsState state(atStart_);
+EngineSettings::EngineSettings(SettingsStore& store, Environment const& environment, Overrides overrides,
+                               Settings const* atStart)
+    : store_(store), environment_(environment), overrides_(std::move(overrides)) {
+  SettingsState state(atStart == nullptr ? store.settings().settings : *atStart);
   state.canChangeWatch = !environment_.configHome.empty();
   state.dataDirectory = environment_.dataDirectory;
   state.cacheDirectory = environment_.cacheDirectory;
+  wording_ = wordingOf(state.settings, environment_, overrides_);
   state_ = std::make_shared<SettingsState const>(std::move(state));
-  wording_ = wordingOf(atStart_, environment_);
 }
 
-WeatherProviderOption DesktopSettings::preferredProvider() const {
+WeatherProviderOption EngineSettings::preferredProvider() const {
+  if (overrides_.provider) return *overrides_.provider;
   return state()
       ->settings.choice<WeatherProviderOption>("preferredProvider")
       .value_or(WeatherProviderOption::automatic);
 }
 
-std::shared_ptr<Wording const> DesktopSettings::wording() const {
+std::shared_ptr<Wording const> EngineSettings::wording() const {
   std::lock_guard const lock(mutex_);
   return wording_;
 }
 
-std::shared_ptr<SettingsState const> DesktopSettings::state() const {
+std::shared_ptr<SettingsState const> EngineSettings::state() const {
   std::lock_guard const lock(mutex_);
   return state_;
 }
 
 template <class Change>
-void DesktopSettings::change(Change apply) {
+void EngineSettings::change(Change apply) {
   std::lock_guard const lock(mutex_);
   auto next = std::make_shared<SettingsState>(*state_);
   apply(*next);
   state_ = std::move(next);
 }
 
-SettingsChanges DesktopSettings::reread() {
+SettingsChanges EngineSettings::reread() {
   auto reading = store_.settings();
-  auto words = wordingOf(reading.settings, environment_);
   WatchStart const watch = startOf(environment_);
+  Settings const before = settings();
+  auto const words = wording();
   SettingsChanges changes;
-  changes.wording = !isSame(*wording(), *words);
-  changes.provider = reading.settings.text("preferredProvider") != settings().text("preferredProvider");
-  bool const needsRestart = differWhereBound(atStart_, reading.settings);
+  changes.any = differ(before, reading.settings, false);
+  auto now = changes.any ? wordingOf(reading.settings, environment_, overrides_) : words;
+  changes.language = !haveSameWords(*words, *now);
+  changes.wording = changes.language || words->units != now->units;
+  changes.provider =
+      !overrides_.provider && reading.settings.text("preferredProvider") != before.text("preferredProvider");
+  changes.services = differ(before, reading.settings, true);
   change([&](SettingsState& state) {
     state.settings = std::move(reading.settings);
     state.problem = reading.problem;
-    state.needsRestart = needsRestart;
     state.watch = watch;
-    if (changes.wording) wording_ = std::move(words);
+    if (changes.wording) wording_ = std::move(now);
   });
   return changes;
 }
 
-Result<void, StoreError> DesktopSettings::write(std::string_view key, std::string_view text) {
+Result<void, StoreError> EngineSettings::write(std::string_view key, std::string_view text) {
   if (key == kUnitPresetKey) {
     auto const preset = enumFromName<UnitPreset>(text);
     return preset ? store_.setAll(unitChoices(*preset)) : Result<void, StoreError>();
@@ -110,7 +126,7 @@ Result<void, StoreError> DesktopSettings::write(std::string_view key, std::strin
   return value ? store_.set(key, *value) : refused(value.error());
 }
 
-SettingsChanges DesktopSettings::set(std::string_view key, std::string_view text) {
+SettingsChanges EngineSettings::set(std::string_view key, std::string_view text) {
   auto const written = write(key, text);
   SettingsChanges const changes = reread();
   change([&](SettingsState& state) {
@@ -120,7 +136,7 @@ SettingsChanges DesktopSettings::set(std::string_view key, std::string_view text
   return changes;
 }
 
-void DesktopSettings::noteProviders(Composition& composition) {
+void EngineSettings::noteProviders(Composition& composition) {
   auto records = composition.history().records();
   change([&](SettingsState& state) {
     state.providers = std::move(records);
@@ -128,15 +144,15 @@ void DesktopSettings::noteProviders(Composition& composition) {
   });
 }
 
-void DesktopSettings::noteWish(AppearanceWish const& wish) {
+void EngineSettings::noteWish(AppearanceWish const& wish) {
   change([&](SettingsState& state) { state.wish = wish; });
 }
 
-void DesktopSettings::noteWatchChanging() {
+void EngineSettings::noteWatchChanging() {
   change([](SettingsState& state) { state.isWatchChanging = true; });
 }
 
-void DesktopSettings::setStartAtLogin(bool wanted, std::stop_token const& stop) {
+void EngineSettings::setStartAtLogin(bool wanted, std::stop_token const& stop) {
   constexpr std::chrono::seconds kPatience{20};
   Environment environment = environment_;
   environment.program = environment.program.parent_path() / "nimbara";

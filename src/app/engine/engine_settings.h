@@ -1,12 +1,12 @@
-// The window's part for settings: reads them again when they change, whoever changed them, and writes what
-// the user chooses. Owned by the core, which tells its services of the changes. Reads and writes on the
-// caller's thread, so only the core's own threads change anything; any thread may ask for what is known.
+// The engine's part for settings: reads them again when they change, whoever changed them, and writes what
+// the user chooses. Owned by the engine, which tells its services of the changes. Reads and writes on the
+// caller's thread, so only the engine's own threads change anything; any thread may ask for what is known.
 #pragma once
 
-#include "app/services/composition.h"
+#include "app/engine/overrides.h"
+#include "app/engine/settings_state.h"
+#include "app/services/wording.h"
 #include "app/settings/environment.h"
-#include "desktop/views/settings_view.h"
-#include "model/provider_option.h"
 #include "platform/settings_store.h"
 
 #include <memory>
@@ -17,15 +17,22 @@
 
 namespace nimbara {
 
+class Composition;
+
 /// What of the settings others have to follow.
 struct SettingsChanges {
+  bool any = false;
   bool wording = false;
+  bool language = false;  ///< of the words, or their clock
   bool provider = false;
+  bool services = false;  ///< keys, addresses and whatever else services are made with
 };
 
-class DesktopSettings {
+class EngineSettings {
  public:
-  DesktopSettings(SettingsStore& store, Environment environment);
+  /// `atStart` are the settings as they have been read already; null reads them.
+  EngineSettings(SettingsStore& store, Environment const& environment, Overrides overrides,
+                 Settings const* atStart);
 
   Settings settings() const { return state()->settings; }
   WeatherProviderOption preferredProvider() const;
@@ -49,7 +56,7 @@ class DesktopSettings {
 
   SettingsStore& store_;
   Environment environment_;
-  Settings atStart_;
+  Overrides overrides_;
 
   mutable std::mutex mutex_;  // guards the two below
   std::shared_ptr<SettingsState const> state_;

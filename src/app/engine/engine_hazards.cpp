@@ -1,29 +1,33 @@
-#include "desktop/core/desktop_hazards.h"
+#include "app/engine/engine_hazards.h"
 
+#include "app/services/feed_services.h"
 #include "app/settings/settings_registry.h"
+#include "feeds/quakes/earthquake_service.h"
+#include "feeds/space/geomagnetic_service.h"
+#include "feeds/space/kp_forecast_service.h"
 
 #include <utility>
 
 namespace nimbara {
 
-DesktopHazards::DesktopHazards(FeedServices& feeds, SettingsStore& store, TaskRunner& runner,
-                               Surroundings surroundings)
-    : feeds_(feeds), store_(store), runner_(runner), surroundings_(std::move(surroundings)) {}
+EngineHazards::EngineHazards(InUse<FeedServices> feeds, SettingsStore& store, TaskRunner& runner,
+                             Surroundings surroundings)
+    : feeds_(std::move(feeds)), store_(store), runner_(runner), surroundings_(std::move(surroundings)) {}
 
-std::shared_ptr<HazardsState const> DesktopHazards::state() const {
+std::shared_ptr<HazardsState const> EngineHazards::state() const {
   std::lock_guard const lock(mutex_);
   return state_;
 }
 
 template <class Change>
-void DesktopHazards::change(Change apply) {
+void EngineHazards::change(Change apply) {
   std::lock_guard const lock(mutex_);
   auto next = std::make_shared<HazardsState>(*state_);
   apply(*next);
   state_ = std::move(next);
 }
 
-void DesktopHazards::setPlace(std::optional<Place> const& place) {
+void EngineHazards::setPlace(std::optional<Place> const& place) {
   std::lock_guard const turn(officialTurn_);
   change([&](HazardsState& state) {
     state.official = {};
@@ -32,7 +36,7 @@ void DesktopHazards::setPlace(std::optional<Place> const& place) {
   });
 }
 
-void DesktopHazards::showKept() {
+void EngineHazards::showKept() {
   std::lock_guard const turn(officialTurn_);
   OfficialCheck const check = state()->official;
   if (check.place) showOfficial(*check.place, check.isAsking);
@@ -41,32 +45,33 @@ void DesktopHazards::showKept() {
 }
 
 /// In its turn.
-void DesktopHazards::showOfficial(Place const& place, bool isAsking) {
+void EngineHazards::showOfficial(Place const& place, bool isAsking) {
   GovAlertPlace const asked = govAlertPlace(place.coordinate);
-  GovAlerts alerts = feeds_.govAlerts().keptAlerts(asked);
+  GovAlerts alerts = feeds_()->govAlerts().keptAlerts(asked);
   auto coverage = coverageOf(alerts, asked.countryCode);
   change([&](HazardsState& state) { state.official = {place, std::move(coverage), isAsking}; });
   surroundings_.showAlerts(place, std::move(alerts.alerts));
 }
 
-void DesktopHazards::finishOfficial(Place const& place) {
+void EngineHazards::finishOfficial(Place const& place) {
   std::lock_guard const turn(officialTurn_);
   if (state()->official.place == place) showOfficial(place, false);
   showPlaces();
 }
 
 /// In its turn.
-void DesktopHazards::showPlaces() {
+void EngineHazards::showPlaces() {
   std::vector<PlaceCoverage> places;
   for (Place const& place : surroundings_.savedPlaces()) {
     GovAlertPlace const asked = govAlertPlace(place.coordinate);
-    places.push_back({place.coordinate, coverageOf(feeds_.govAlerts().keptAlerts(asked), asked.countryCode)});
+    places.push_back(
+        {place.coordinate, coverageOf(feeds_()->govAlerts().keptAlerts(asked), asked.countryCode)});
   }
   change([&](HazardsState& state) { state.places = std::move(places); });
 }
 
-SupplementalOutcome DesktopHazards::refresh(Place const& place, std::stop_token const& stop) {
-  std::ignore = feeds_.govAlerts().fetchAlerts(govAlertPlace(place.coordinate), {}, stop);
+SupplementalOutcome EngineHazards::refresh(Place const& place, std::stop_token const& stop) {
+  std::ignore = feeds_()->govAlerts().fetchAlerts(govAlertPlace(place.coordinate), {}, stop);
   if (!stop.stop_requested()) finishOfficial(place);
   askWorld(stop);
   auto const now = state();
@@ -76,29 +81,30 @@ SupplementalOutcome DesktopHazards::refresh(Place const& place, std::stop_token 
 }
 
 /// One feed after the other, each shown as soon as it has answered.
-void DesktopHazards::askWorld(std::stop_token const& stop) {
+void EngineHazards::askWorld(std::stop_token const& stop) {
   auto const show = [&](auto const& apply) {
     if (stop.stop_requested()) return;
     change(apply);
     surroundings_.publish();
   };
-  EarthquakeService& quakes = feeds_.earthquakes();
+  auto const feeds = feeds_();
+  EarthquakeService& quakes = feeds->earthquakes();
   auto events = quakes.fetchEarthquakes(stop);
   show(
       [&](HazardsState& state) { state.quakes = {std::move(events), quakes.checkedAt(), quakes.problem()}; });
-  GeomagneticService& field = feeds_.geomagnetic();
+  GeomagneticService& field = feeds->geomagnetic();
   auto const kp = field.currentKp(stop);
   show([&](HazardsState& state) {
     state.kp = {kp, field.checkedAt(), field.problem()};
     state.kpRecent = field.recent();
   });
-  auto forecast = feeds_.kpForecast().fetchForecast(stop);
+  auto forecast = feeds->kpForecast().fetchForecast(stop);
   show([&](HazardsState& state) {
     state.kpForecast = {std::move(forecast.data), forecast.checkedAt, forecast.problem};
   });
 }
 
-void DesktopHazards::look() {
+void EngineHazards::look() {
   if (isLooking_.exchange(true)) return;
   runner_.run([this](std::stop_token const& stop) {
     askWorld(stop);
@@ -106,7 +112,7 @@ void DesktopHazards::look() {
   });
 }
 
-void DesktopHazards::readFilter() {
+void EngineHazards::readFilter() {
   Settings const settings = store_.settings().settings;
   QuakeFilter const filter{settings.real(kQuakeRadiusSetting), settings.real(kQuakeMagnitudeSetting)};
   if (filter == state()->filter) return;
@@ -114,18 +120,18 @@ void DesktopHazards::readFilter() {
   surroundings_.publish();
 }
 
-void DesktopHazards::setRadius(double km) {
+void EngineHazards::setRadius(double km) {
   change([km](HazardsState& state) { state.filter.radiusKm = km; });
   choose(kQuakeRadiusSetting, km);
 }
 
-void DesktopHazards::setMagnitude(double least) {
+void EngineHazards::setMagnitude(double least) {
   change([least](HazardsState& state) { state.filter.minMagnitude = least; });
   choose(kQuakeMagnitudeSetting, least);
 }
 
 /// A choice that cannot be written holds while the window is open.
-void DesktopHazards::choose(std::string_view setting, double value) {
+void EngineHazards::choose(std::string_view setting, double value) {
   surroundings_.publish();
   std::ignore = store_.set(setting, value);
 }

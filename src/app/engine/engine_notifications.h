@@ -1,11 +1,11 @@
-// The window's part in notifying: keeps the engine and its role going while the window runs, knows what the
-// page of notifications shows, and changes settings, mutes and rules for it. Owned by the core, whose threads
-// it works on; nothing blocks the caller. What to send is the engine's decision.
+// The engine's part in notifying: keeps the desk and its role going while the program runs, knows what a page
+// of notifications shows, and changes settings, mutes and rules for it. Owned by the engine, whose threads it
+// works on; nothing blocks the caller.
 #pragma once
 
+#include "app/engine/notifications_state.h"
 #include "app/notices/notification_desk.h"
-#include "desktop/views/notices/notifications_state.h"
-#include "notifications/rules/rule_settings.h"
+#include "notifications/rules/mute_changes.h"
 
 #include <functional>
 #include <memory>
@@ -15,30 +15,35 @@
 
 namespace nimbara {
 
-class DesktopNotifications {
+class EngineNotifications {
  public:
   struct Surroundings {
     SettingsStore& store;
-    Composition& app;
+    InUse<Composition> services;
+    bool isStandIn = false;
     Clock const& clock;
     TaskRunner& work;      ///< passes, and what asks the desktop
     TaskRunner& commands;  ///< one after the other
     Wording wording;
     std::filesystem::path dataDirectory;
+    std::string program;  ///< what other programs read of this one
     std::unique_ptr<NotificationCenter> center;
     std::function<std::vector<WatchedPlace>()> places;  ///< the selected one first
-    std::function<void()> publish;                      ///< the state is another
-    std::function<void()> onPass;                       ///< the feeds have been asked
+    std::function<void()> publish;                      ///< the state is another; empty: nobody looks at it
+    std::function<void(PassReport const&)> onPass;
+    std::function<void()> onRoleChange;                 ///< may be empty
+    std::function<void(std::string const&)> onProblem;  ///< may be empty
     std::function<void()> onDueChange;
     std::function<void(NotificationResponse const&)> onResponse;  ///< a person answered; may be empty
     std::function<std::chrono::milliseconds()> jitter;
   };
   using TrialListener = std::function<void(TrialAnswer)>;
 
-  explicit DesktopNotifications(Surroundings surroundings);
+  explicit EngineNotifications(Surroundings surroundings);
 
   std::shared_ptr<NotificationsState const> state() const;
   Notifier& notifier() { return desk_.notifier(); }
+  NotificationDesk& desk() { return desk_; }
   /// Reads for the first time and waits for the role where another program has it.
   void begin();
   /// A forecast has come, or what is watched is another.
@@ -68,7 +73,7 @@ class DesktopNotifications {
 
  private:
   void command(std::function<Result<void, StoreError>()> apply);
-  void changeMutes(std::function<std::vector<Mute>(std::vector<Mute>)> change);
+  void changeMutes(MuteChange change);
   template <class Change>
   bool change(Change apply);
   std::optional<Place> placeOf(CustomNotification const& rule) const;

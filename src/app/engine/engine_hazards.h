@@ -1,12 +1,12 @@
-// The hazards of the window: official warnings of the selected place, earthquakes, geomagnetic activity. Asks
-// the feeds, keeps what they said last with its age, and the filter that the user chose. Owned by the core,
-// which calls it on threads of its own; decides nothing about when the feeds are due.
+// The hazards that somebody looks at: official warnings of the selected place, earthquakes, geomagnetic
+// activity. Asks the feeds, keeps what they said last with its age, and the filter that the user chose. Owned
+// by the engine, which calls it on threads of its own; decides nothing about when the feeds are due.
 #pragma once
 
 #include "app/engine/app_state.h"
-#include "app/services/feed_services.h"
+#include "app/engine/hazards_state.h"
+#include "app/services/in_use.h"
 #include "app/services/task_runner.h"
-#include "desktop/views/hazards/hazards_state.h"
 #include "platform/settings_store.h"
 
 #include <atomic>
@@ -20,7 +20,9 @@
 
 namespace nimbara {
 
-class DesktopHazards {
+class FeedServices;
+
+class EngineHazards {
  public:
   /// Called on any thread, while nobody waits for the state.
   struct Surroundings {
@@ -29,7 +31,8 @@ class DesktopHazards {
     std::function<std::vector<Place>()> savedPlaces;
   };
 
-  DesktopHazards(FeedServices& feeds, SettingsStore& store, TaskRunner& runner, Surroundings surroundings);
+  EngineHazards(InUse<FeedServices> feeds, SettingsStore& store, TaskRunner& runner,
+                Surroundings surroundings);
 
   std::shared_ptr<HazardsState const> state() const;
 
@@ -56,7 +59,7 @@ class DesktopHazards {
   template <class Change>
   void change(Change apply);
 
-  FeedServices& feeds_;
+  InUse<FeedServices> feeds_;
   SettingsStore& store_;
   TaskRunner& runner_;
   Surroundings surroundings_;

@@ -1,4 +1,4 @@
-#include "desktop/views/globe/globe_state.h"
+#include "app/engine/globe_state.h"
 
 #include "base/text/text.h"
 

@@ -1,4 +1,4 @@
-#include "desktop/core/removed_rules.h"
+#include "app/engine/removed_rules.h"
 
 #include "notifications/engine/notification_state.h"
 

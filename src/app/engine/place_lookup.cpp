@@ -1,4 +1,4 @@
-#include "desktop/core/place_lookup.h"
+#include "app/engine/place_lookup.h"
 
 #include "app/places/place_resolver.h"
 #include "model/weather_cache.h"

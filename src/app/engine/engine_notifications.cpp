@@ -1,4 +1,4 @@
-#include "desktop/core/desktop_notifications.h"
+#include "app/engine/engine_notifications.h"
 
 #include "base/text/text.h"
 #include "notifications/custom/custom_rule_trial.h"
@@ -9,28 +9,31 @@ namespace nimbara {
 
 namespace {
 
-constexpr char kProgram[] = "window";
-
-NotificationDesk::Surroundings deskSurroundings(DesktopNotifications::Surroundings& around,
-                                                DesktopNotifications& owner) {
+NotificationDesk::Surroundings deskSurroundings(EngineNotifications::Surroundings& around,
+                                                EngineNotifications& owner) {
   return {.store = around.store,
-          .app = around.app,
+          .services = around.services,
+          .isStandIn = around.isStandIn,
           .clock = around.clock,
           .runner = around.work,
           .wording = around.wording,
           .dataDirectory = around.dataDirectory,
-          .program = kProgram,
+          .program = around.program,
           .center = std::move(around.center),
           .places = around.places,
           .onPass =
-              [&owner, asked = around.onPass](PassReport const&) {
-                if (asked) asked();
+              [&owner, told = around.onPass](PassReport const& report) {
+                if (told) told(report);
                 owner.notePass();
               },
           .onDueChange = around.onDueChange,
-          .onRoleChange = [&owner] { owner.notePass(); },
+          .onRoleChange =
+              [&owner, told = around.onRoleChange] {
+                if (told) told();
+                owner.notePass();
+              },
           .onResponse = around.onResponse,
-          .onProblem = {},
+          .onProblem = around.onProblem,
           .jitter = around.jitter};
 }
 
@@ -47,25 +50,25 @@ Result<void, StoreError> outcomeOf(NotificationState::Saved const& saved) {
 
 }  // namespace
 
-DesktopNotifications::DesktopNotifications(Surroundings surroundings)
+EngineNotifications::EngineNotifications(Surroundings surroundings)
     : around_(std::move(surroundings)),
       desk_(deskSurroundings(around_, *this)),
       state_(std::make_shared<NotificationsState>()),
       texts_(around_.wording.texts) {}
 
-std::shared_ptr<NotificationsState const> DesktopNotifications::state() const {
+std::shared_ptr<NotificationsState const> EngineNotifications::state() const {
   std::lock_guard const lock(mutex_);
   return state_;
 }
 
-std::shared_ptr<Texts const> DesktopNotifications::texts() const {
+std::shared_ptr<Texts const> EngineNotifications::texts() const {
   std::lock_guard const lock(mutex_);
   return texts_;
 }
 
 /// Whether anything became other than it was.
 template <class Change>
-bool DesktopNotifications::change(Change apply) {
+bool EngineNotifications::change(Change apply) {
   std::lock_guard const lock(mutex_);
   auto next = std::make_shared<NotificationsState>(*state_);
   if (!apply(*next)) return false;
@@ -73,18 +76,19 @@ bool DesktopNotifications::change(Change apply) {
   return true;
 }
 
-void DesktopNotifications::begin() {
+void EngineNotifications::begin() {
   desk_.followRole();
   around_.commands.run([this](std::stop_token const&) { reload(); });
 }
 
-void DesktopNotifications::setWording(Wording const& wording) {
+void EngineNotifications::setWording(Wording const& wording) {
   desk_.setWording(wording);
   std::lock_guard const lock(mutex_);
   texts_ = wording.texts;
 }
 
-void DesktopNotifications::notePass() {
+void EngineNotifications::notePass() {
+  if (!around_.publish) return;
   AuthorizationStatus const status = desk_.manager().authorizationStatus();
   bool const isKnown = status != AuthorizationStatus::notDetermined;
   around_.commands.run([this, status, isKnown](std::stop_token const&) {
@@ -93,12 +97,13 @@ void DesktopNotifications::notePass() {
       if (isNew) next.status = status;
       return isNew;
     });
-    if (isOther) around_.publish();
+    if (isOther && around_.publish) around_.publish();
     reload();
   });
 }
 
-void DesktopNotifications::reload() {
+void EngineNotifications::reload() {
+  if (!around_.publish) return;
   auto const chosen = around_.store.read(StoreArea::settings);
   auto const remembered = desk_.remembered().read(StoreArea::state);
   bool const isChosenAnew = chosen && *chosen != chosen_;
@@ -108,7 +113,7 @@ void DesktopNotifications::reload() {
     NotificationsState const before = next;
     next.isOurs = desk_.role().isOurs();
     next.holder = desk_.role().holder();
-    next.isStandIn = !around_.app.services().standIn().empty();
+    next.isStandIn = around_.isStandIn;
     if (chosen) next.settings = Settings(settingsRegistry(), *chosen);
     if (rules) next.rules = std::move(*rules);
     if (remembered) next.log = notificationLogOf(*remembered);
@@ -121,7 +126,7 @@ void DesktopNotifications::reload() {
   if (isOther) around_.publish();
 }
 
-void DesktopNotifications::command(std::function<Result<void, StoreError>()> apply) {
+void EngineNotifications::command(std::function<Result<void, StoreError>()> apply) {
   around_.commands.run([this, apply = std::move(apply)](std::stop_token const&) {
     auto const done = apply();
     std::optional<StoreError> const problem = done ? std::nullopt : std::optional(done.error());
@@ -130,23 +135,20 @@ void DesktopNotifications::command(std::function<Result<void, StoreError>()> app
       next.problem = problem;
       return isNew;
     });
-    if (isOther) around_.publish();
+    if (isOther && around_.publish) around_.publish();
     reload();
   });
 }
 
-void DesktopNotifications::set(std::string key, SettingValue value) {
+void EngineNotifications::set(std::string key, SettingValue value) {
   command([this, key = std::move(key), value = std::move(value)] { return around_.store.set(key, value); });
 }
 
-void DesktopNotifications::changeMutes(std::function<std::vector<Mute>(std::vector<Mute>)> change) {
-  command([this, change = std::move(change)] {
-    auto const mutes = parseMutes(around_.store.settings().settings.text("notify_mutedKinds"));
-    return around_.store.set("notify_mutedKinds", encodeMutes(change(mutes)));
-  });
+void EngineNotifications::changeMutes(MuteChange change) {
+  command([this, change = std::move(change)] { return nimbara::changeMutes(around_.store, change); });
 }
 
-void DesktopNotifications::mute(std::string const& kinds, std::optional<Instant> until) {
+void EngineNotifications::mute(std::string const& kinds, std::optional<Instant> until) {
   changeMutes([this, kinds = kindsOf(kinds), until](std::vector<Mute> mutes) {
     for (std::string const& kind : kinds) {
       if (!kind.empty()) mutes = mutedToo(std::move(mutes), {kind, until}, around_.clock.now());
@@ -155,18 +157,18 @@ void DesktopNotifications::mute(std::string const& kinds, std::optional<Instant>
   });
 }
 
-void DesktopNotifications::unmute(std::string const& kinds) {
+void EngineNotifications::unmute(std::string const& kinds) {
   changeMutes([kinds = kindsOf(kinds)](std::vector<Mute> mutes) {
     std::erase_if(mutes, [&](Mute const& mute) { return std::ranges::count(kinds, mute.kind) > 0; });
     return mutes;
   });
 }
 
-void DesktopNotifications::pause(std::optional<Instant> until) {
+void EngineNotifications::pause(std::optional<Instant> until) {
   set("notify_snoozedUntil", until ? formatIso8601(*until) : std::string());
 }
 
-void DesktopNotifications::saveRule(CustomNotification rule) {
+void EngineNotifications::saveRule(CustomNotification rule) {
   command([this, rule = std::move(rule)] {
     NotificationState rules(around_.store);
     auto const saved = rules.customNotifications();
@@ -176,17 +178,17 @@ void DesktopNotifications::saveRule(CustomNotification rule) {
   });
 }
 
-void DesktopNotifications::removeRule(Uuid id) {
+void EngineNotifications::removeRule(Uuid id) {
   command([this, id] { return outcomeOf(NotificationState(around_.store).remove(id)); });
 }
 
-void DesktopNotifications::enableRule(Uuid id, bool isEnabled) {
+void EngineNotifications::enableRule(Uuid id, bool isEnabled) {
   command([this, id, isEnabled] {
     return outcomeOf(NotificationState(around_.store).setEnabled(id, isEnabled));
   });
 }
 
-std::optional<Place> DesktopNotifications::placeOf(CustomNotification const& rule) const {
+std::optional<Place> EngineNotifications::placeOf(CustomNotification const& rule) const {
   std::vector<WatchedPlace> const places = around_.places();
   if (places.empty()) return std::nullopt;
   if (!rule.locationID) return places.front().place;
@@ -194,16 +196,18 @@ std::optional<Place> DesktopNotifications::placeOf(CustomNotification const& rul
   return found == places.end() ? std::nullopt : std::optional(found->place);
 }
 
-TrialAnswer DesktopNotifications::tried(CustomNotification const& rule, std::stop_token const& stop) {
+TrialAnswer EngineNotifications::tried(CustomNotification const& rule, std::stop_token const& stop) {
   auto const place = placeOf(rule);
   if (!place) return {rule.id, false, std::string(texts()->text("desktop.rules.noPlace"))};
   Settings const settings = around_.store.settings().settings;
-  RuleInputs const inputs = desk_.inputs().gatherFor(*place, inputsOf(rule.conditionType), settings, stop);
+  GatheredInputs const gathered =
+      desk_.inputs().gatherFor(*place, inputsOf(rule.conditionType), settings, stop);
+  RuleInputs const& inputs = gathered.inputs;
   RuleTrial const trial = triedRule(rule, inputs, RuleSettings::of(settings));
   return {rule.id, trial.outcome == CustomOutcome::holds, trialText(rule, trial, inputs)};
 }
 
-void DesktopNotifications::tryRule(CustomNotification rule, TrialListener answered) {
+void EngineNotifications::tryRule(CustomNotification rule, TrialListener answered) {
   around_.work.run(
       [this, rule = std::move(rule), answered = std::move(answered)](std::stop_token const& stop) {
         TrialAnswer answer = tried(rule, stop);
@@ -211,7 +215,7 @@ void DesktopNotifications::tryRule(CustomNotification rule, TrialListener answer
       });
 }
 
-void DesktopNotifications::postTest() {
+void EngineNotifications::postTest() {
   around_.work.run([this](std::stop_token const&) {
     NotificationRequest request;
     request.identifier = "test";
@@ -227,7 +231,7 @@ void DesktopNotifications::postTest() {
   });
 }
 
-void DesktopNotifications::lookAtDesktop() {
+void EngineNotifications::lookAtDesktop() {
   around_.work.run([this](std::stop_token const&) {
     AuthorizationStatus const status = desk_.center().authorizationStatus();
     bool const isOther = change([&](NotificationsState& next) {

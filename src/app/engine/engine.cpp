@@ -1,0 +1,377 @@
+#include "app/engine/engine.h"
+
+#include "app/engine/engine_globe.h"
+#include "app/engine/engine_hazards.h"
+#include "app/engine/engine_notifications.h"
+#include "app/engine/engine_options.h"
+#include "app/engine/engine_places.h"
+#include "app/engine/engine_settings.h"
+#include "app/engine/engine_snapshot.h"
+#include "app/engine/held_runner.h"
+#include "app/engine/location_follower.h"
+#include "app/engine/scheduler.h"
+#include "app/notices/late_notification_center.h"
+#include "app/notices/notification_call.h"
+#include "app/notices/silent_center.h"
+#include "app/services/feed_services.h"
+#include "app/settings/settings_registry.h"
+#include "globe/satellite_feed.h"
+#include "platform/linux/desktop_services.h"
+#include "platform/linux/sqlite_settings_store.h"
+#include "platform/linux/timerfd_wake_timer.h"
+
+#include <algorithm>
+
+namespace nimbara {
+
+namespace {
+
+/// What a test server made up is kept apart.
+std::filesystem::path satelliteFolder(Environment const& environment, std::string const& standIn) {
+  auto const& cache = environment.cacheDirectory;
+  if (cache.empty()) return {};
+  return cache / (standIn.empty() ? "satellites" : "satellites.stand-in");
+}
+
+EngineOptions::Locate locationOfDesktop(Environment const& environment) {
+  return [program = environment.program](std::stop_token const& stop) {
+    constexpr std::chrono::seconds kPatience{30};
+    return desktopLocationSource({program, {}, {}})->locate(kPatience, stop);
+  };
+}
+
+EngineOptions::Follow followOfDesktop(Environment const& environment) {
+  return [program = environment.program](LocationSource::Moved const& moved, std::stop_token stop) {
+    return desktopLocationSource({program, {}, {}})->follow(kSignificantMetres, moved, std::move(stop));
+  };
+}
+
+std::function<std::unique_ptr<NotificationCenter>()> centerOf(Environment const& environment,
+                                                              EngineOptions const& options) {
+  if (options.center) return options.center;
+  if (!options.services.empty()) return [] { return std::make_unique<SilentCenter>(); };
+  return [program = environment.program] { return desktopNotificationCenter({program, {}, {}}); };
+}
+
+/// What has to be asked for again.
+std::optional<RefreshTrigger> triggerOf(SettingsChanges const& changes) {
+  if (changes.services || (changes.language && changes.provider)) return RefreshTrigger::servicesChanged;
+  if (changes.provider) return RefreshTrigger::providerChosen;
+  if (changes.language) return RefreshTrigger::languageChosen;
+  return std::nullopt;
+}
+
+}  // namespace
+
+Engine::Engine(Environment const& environment, Options options)
+    : environment_(std::make_unique<Environment>(environment)),
+      options_(std::make_unique<Options>(std::move(options))),
+      ownClock_(options_->clock == nullptr ? runningClock(options_->now) : nullptr),
+      clock_(ownClock_ ? ownClock_.get() : options_->clock),
+      ownStore_(options_->store == nullptr
+                    ? std::make_unique<SqliteSettingsStore>(environment.dataDirectory, settingsRegistry())
+                    : nullptr),
+      store_(ownStore_ ? ownStore_.get() : options_->store),
+      settings_(
+          std::make_unique<EngineSettings>(*store_, environment, options_->overrides, options_->settings)) {}
+
+Engine::Engine(Environment const& environment, Options options, Listener listener)
+    : Engine(environment, std::move(options)) {
+  begin(std::move(listener));
+}
+
+Engine::~Engine() {
+  if (!commands_) return;
+  follower_ = {};
+  scheduler_ = {};
+  commands_->stop();
+  device_->want(false);
+  system_.reset();
+  work_->stop();
+  appearance_.reset();
+}
+
+Settings Engine::settings() const {
+  return settings_->settings();
+}
+
+std::shared_ptr<Wording const> Engine::wording() const {
+  return settings_->wording();
+}
+
+std::string const& Engine::standIn() const {
+  return options_->services;
+}
+
+std::shared_ptr<Composition> Engine::services() {
+  std::lock_guard const lock(servicesTurn_);
+  if (!services_) {
+    services_ = std::make_shared<Composition>(
+        settings(), *clock_,
+        Composition::Options{options_->services, *wording(), settings_->preferredProvider(),
+                             environment_->program, environment_->dataDirectory,
+                             options_->keepsNothing ? std::filesystem::path() : environment_->cacheDirectory,
+                             options_->aroundNetwork});
+  }
+  return services_;
+}
+
+/// Whoever works with the old ones goes on doing so.
+void Engine::replaceServices() {
+  std::shared_ptr<Composition> old;  // ends, where nobody works with it, after the lock
+  std::lock_guard const lock(servicesTurn_);
+  old.swap(services_);
+}
+
+void Engine::begin(Listener listener) {
+  listener_ = std::move(listener);
+  InUse<Composition> const services = [this] { return this->services(); };
+  places_ = std::make_unique<EnginePlaces>(*store_, forecastsOf(services), *settings_);
+  timer_ = std::make_unique<TimerfdWakeTimer>();
+  work_ = std::make_unique<ThreadPool>();
+  held_ = std::make_unique<HeldRunner>(*work_);
+  commands_ = std::make_unique<ThreadPool>(1);
+  makeState();
+  if (listener_) makeGlobe();
+  makeNotifications();
+  makeFollower();
+  if (!options_->waitsForWindow) held_->release();
+  run([this] { first(); });
+  scheduler_ = std::jthread([this](std::stop_token const& stop) {
+    runScheduler(*state_, notifications_->notifier(), *timer_, *clock_, stop);
+  });
+  follower_ = std::jthread([this](std::stop_token const& stop) { followStore(stop); });
+}
+
+void Engine::makeState() {
+  InUse<Composition> const services = [this] { return this->services(); };
+  AppState::Surroundings all;
+  if (listener_) {
+    hazards_ = std::make_unique<EngineHazards>(
+        feedsOf(services), *store_, *held_,
+        EngineHazards::Surroundings{[this](Place const& place, std::vector<WeatherAlert> alerts) {
+                                      state_->showGovAlerts(place, std::move(alerts));
+                                    },
+                                    [this] { publish(); }, [this] { return places_->saved(); }});
+    all.refreshSupplemental = [this](Place const& place, std::stop_token const& stop) {
+      return hazards_->refresh(place, stop);
+    };
+    all.onChange = [this] { publish(); };
+  }
+  all.savedPlaces = [this] { return places_->saved(); };
+  all.onRefresh = [this](AppState::RefreshReport const& report) {
+    if (options_->onRefresh) options_->onRefresh(report);
+    notifications_->requestPass();
+    if (!listener_) return;
+    settings_->noteProviders(*this->services());
+    if (report.outcome) places_->noteForecast(report.place.coordinate, report.outcome->data);
+    publish();
+  };
+  all.onArrival = [this](LocationFix const& fix) { run([this, fix] { arrive(fix); }); };
+  all.onDueChange = [this] { timer_->wake(); };
+  all.jitter = requestJitter;
+  state_ = std::make_unique<AppState>(forecastsOf(services), *clock_, *held_, std::move(all));
+}
+
+void Engine::makeNotifications() {
+  auto center = std::make_unique<LateNotificationCenter>(centerOf(*environment_, *options_));
+  notifications_ = std::make_unique<EngineNotifications>(EngineNotifications::Surroundings{
+      .store = *store_,
+      .services = [this] { return services(); },
+      .isStandIn = !standIn().empty(),
+      .clock = *clock_,
+      .work = *work_,
+      .commands = *commands_,
+      .wording = *wording(),
+      .dataDirectory = environment_->dataDirectory,
+      .program = options_->program,
+      .center = std::move(center),
+      .places = [this] { return places_->watched(); },
+      .publish = listener_ ? std::function<void()>([this] { publish(); }) : nullptr,
+      .onPass =
+          [this](PassReport const& report) {
+            if (options_->onPass) options_->onPass(report);
+            if (hazards_) hazards_->showKept();
+          },
+      .onRoleChange =
+          [this] {
+            if (notifications_->desk().role().isOurs()) tell(EngineEvent::tookOver);
+          },
+      .onProblem = options_->onProblem,
+      .onDueChange = [this] { timer_->wake(); },
+      .onResponse =
+          [this](NotificationResponse const& response) {
+            auto const call = notificationCall(response);
+            if (!call || !options_->onOpen) return;
+            work_->run([this, call = *call](std::stop_token const&) { options_->onOpen(call); });
+          },
+      .jitter = requestJitter});
+}
+
+void Engine::makeGlobe() {
+  ElementSource const elements = [this](std::string_view group, std::stop_token const& stop) {
+    auto const services = this->services();
+    return services->feeds().elements()(group, stop);
+  };
+  satellites_ = std::make_unique<SatelliteFeed>(elements, *clock_, satelliteFolder(*environment_, standIn()));
+  InUse<EarthquakeService> const earthquakes = [this] {
+    auto const services = this->services();
+    return std::shared_ptr<EarthquakeService>(services, &services->feeds().earthquakes());
+  };
+  globe_ = std::make_unique<EngineGlobe>(
+      EngineGlobe::Parts{*satellites_, earthquakes, *clock_, *work_,
+                         options_->onGlobeChange ? options_->onGlobeChange : [] {},
+                         [this](std::string hidden) { keepSetting("globeHidden", std::move(hidden)); }},
+      settings().text("globeHidden"));
+}
+
+void Engine::makeFollower() {
+  device_ = std::make_unique<LocationFollower>(
+      LocationFollower::Surroundings{options_->follow ? options_->follow : followOfDesktop(*environment_),
+                                     [this] { return places_->state().list.lastFix; },
+                                     [this](LocationFix const& fix) { state_->deviceMoved(fix); }});
+  if (!options_->locate) options_->locate = locationOfDesktop(*environment_);
+}
+
+/// The selected place before all else: it is what a window waits for.
+void Engine::first() {
+  places_->begin(options_->places, [this] { return services()->cache().loadLastLocation(); });
+  if (hazards_) hazards_->readFilter();
+  if (!options_->place.empty()) places_->choose(options_->place);
+  showSelected(RefreshTrigger::start);
+  if (listener_) settings_->noteProviders(*services());
+  apply(settings_->reread());
+  if (held_->isReleased()) beginTheRest();
+  timer_->wake();
+  if (options_->followsAppearance) followAppearance();
+}
+
+void Engine::followAppearance() {
+  appearance_ = desktopAppearance({environment_->program, {}, {}}, [this](AppearanceWish const& wish) {
+    settings_->noteWish(wish);
+    publish();
+  });
+}
+
+/// What the first frame does without.
+void Engine::beginTheRest() {
+  if (std::exchange(hasBegunTheRest_, true)) return;
+  if (listener_) places_->readAllKept();
+  publish();
+  notifications_->begin();
+  followDevice();
+}
+
+void Engine::apply(SettingsChanges const& changes) {
+  if (changes.wording) notifications_->setWording(*wording());
+  if (changes.services || changes.language) {
+    replaceServices();
+  } else if (changes.any) {
+    auto const services = this->services();
+    services->forecasts().setWording(*wording());
+    services->providers().setPreferredProvider(settings_->preferredProvider());
+  }
+  // What failed may have been the address or the key.
+  if (changes.services) services()->providers().forgetFailures();
+  if (changes.wording) state_->reshow();
+  if (auto const trigger = triggerOf(changes)) state_->requestRefresh(*trigger);
+  if (changes.any) {
+    tell(EngineEvent::settingsChanged);
+    notifications_->requestPass();
+    timer_->wake();
+  }
+  publish();
+}
+
+void Engine::showSelected(RefreshTrigger trigger) {
+  auto const place = places_->selected();
+  if (trigger == RefreshTrigger::start || place != state_->selectedPlace()) {
+    if (!place) tell(EngineEvent::noPlace);
+    if (hazards_) hazards_->setPlace(place);
+    state_->selectPlace(place, trigger);
+    if (hazards_) hazards_->showKept();
+  }
+  hasBegun_ = true;
+  publish();
+  if (hasBegunTheRest_) followDevice();
+}
+
+void Engine::followDevice() {
+  PlaceList const list = places_->state().list;
+  device_->want(list.selected == kCurrentLocation && list.lastFix);
+}
+
+/// The device is where the current location is not any more.
+void Engine::arrive(LocationFix const& fix) {
+  adoptPlaces([&] { places_->change([&](PlaceList& list) { return moveCurrentLocation(list, fix); }); });
+  tell(EngineEvent::locationChanged);
+  showSelected(RefreshTrigger::locationChanged);
+  notifications_->requestPass();
+  timer_->wake();
+}
+
+/// One after the other, so that the listener has the newest last.
+void Engine::publish() {
+  if (!hasBegun_ || !listener_) return;
+  std::lock_guard const turn(turn_);
+  auto snapshot = std::make_shared<EngineSnapshot>();
+  snapshot->weather = state_->weather();
+  snapshot->place = state_->selectedPlace();
+  snapshot->hazards = hazards_->state();
+  snapshot->notifications = notifications_->state();
+  snapshot->settings = settings_->state();
+  snapshot->wording = settings_->wording();
+  snapshot->closesToTray = snapshot->settings->settings.boolean("desktop_closeToTray");
+  PlacesState places = places_->state();
+  snapshot->places = std::move(places.list);
+  snapshot->kept = std::move(places.kept);
+  snapshot->location = std::move(places.location);
+  snapshot->problem = std::move(places.problem);
+  snapshot->unknownPlace = std::move(places.unknown);
+  listener_(std::move(snapshot));
+}
+
+void Engine::tell(EngineEvent event) {
+  if (options_->onEvent) options_->onEvent(event);
+}
+
+/// Another process changed places or settings.
+void Engine::followStore(std::stop_token const& stop) {
+  auto const watch = store_->watch();
+  if (!watch) {
+    if (options_->onProblem)
+      options_->onProblem(watch.error().message + "; changed settings will not be detected");
+    return;
+  }
+  while ((*watch)->wait(stop) == WaitOutcome::changed) run([this] { readAgain(); });
+}
+
+void Engine::readAgain() {
+  SettingsChanges const changes = settings_->reread();
+  bool arePlacesOther = false;
+  adoptPlaces([&] { arePlacesOther = places_->read(); });
+  if (hazards_) hazards_->readFilter();
+  showSelected(RefreshTrigger::placeChosen);
+  if (arePlacesOther && !changes.any) {
+    tell(EngineEvent::settingsChanged);
+    notifications_->requestPass();
+    timer_->wake();
+  }
+  apply(changes);
+  notifications_->reload();
+}
+
+/// Of a place that goes, the pass of notifications that is under way delivers nothing any more.
+void Engine::adoptPlaces(std::function<void()> const& adopt) {
+  auto const before = places_->watched();
+  adopt();
+  auto const after = places_->watched();
+  for (WatchedPlace const& watched : before) {
+    std::string const tag = locationTag(watched.place);
+    bool const stays =
+        std::ranges::any_of(after, [&](WatchedPlace const& each) { return locationTag(each.place) == tag; });
+    if (!stays) notifications_->desk().suppress(tag);
+  }
+}
+
+}  // namespace nimbara

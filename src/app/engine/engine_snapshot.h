@@ -1,0 +1,32 @@
+// All that an engine shows at one moment: an immutable value that fits together.
+#pragma once
+
+#include "app/engine/hazards_state.h"
+#include "app/engine/notifications_state.h"
+#include "app/engine/places_state.h"
+#include "app/engine/settings_state.h"
+#include "app/engine/weather_state.h"
+#include "app/services/wording.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace nimbara {
+
+struct EngineSnapshot {
+  std::shared_ptr<WeatherState const> weather = std::make_shared<WeatherState>();
+  std::optional<Place> place;
+  PlaceList places;
+  KeptForecasts kept;
+  std::shared_ptr<HazardsState const> hazards = std::make_shared<HazardsState>();
+  std::shared_ptr<NotificationsState const> notifications = std::make_shared<NotificationsState>();
+  bool closesToTray = true;  ///< where there is a tray
+  LocationState location;
+  std::optional<StoreError> problem;  ///< why places could not be read or changed
+  std::string unknownPlace;           ///< what none of them is called, though somebody asked for it
+  std::shared_ptr<SettingsState const> settings;
+  std::shared_ptr<Wording const> wording;  ///< the words and units that hold now
+};
+
+}  // namespace nimbara

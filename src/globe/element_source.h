@@ -1,0 +1,25 @@
+// Who gives element sets of satellites: a function, so that this folder knows no service.
+#pragma once
+
+#include "base/result.h"
+#include "base/time/instant.h"
+
+#include <functional>
+#include <stop_token>
+#include <string>
+#include <string_view>
+
+namespace nimbara {
+
+/// A group's element sets, as somebody has them.
+struct ElementSets {
+  std::string text;
+  Instant fetched;  ///< when their source gave them
+};
+
+/// Asks for a group by its name; blocks. The error is a sentence without a full stop. Whoever answers decides
+/// how often sources are asked.
+using ElementSource =
+    std::function<Result<ElementSets, std::string>(std::string_view group, std::stop_token const& stop)>;
+
+}  // namespace nimbara
