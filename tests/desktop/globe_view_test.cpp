@@ -94,15 +94,45 @@ TEST(Legend, TellsEachRowOnce) {
       .satellite("COSMOS 2251 DEB", {0, 9}, 1.1);
   maker.state().hidden = {"debris", "earthquakes"};
   maker.state().groups[1].state = GlobeGroup::State::failed;
+  maker.state().groups[1].failure =
+      "the satellites of the group starlink could not be fetched: the network "
+      "cannot be reached (could not resolve host celestrak.org)";
+  maker.state().groups[3].state = GlobeGroup::State::failed;
+  maker.state().groups[4].state = GlobeGroup::State::waiting;
+  maker.state().groups[7].state = GlobeGroup::State::failed;
+  maker.state().hasEarthquakes = true;
   maker.state().groups[2].state = GlobeGroup::State::stale;
   maker.state().groups[2].fetched = kNow - std::chrono::hours(9);
   maker.state().earthquakes = std::make_shared<std::vector<EarthquakeEvent> const>(
       std::vector<EarthquakeEvent>{quakeOf(2.4, {0, 0}), quakeOf(2.5, {0, 0})});
   EXPECT_THAT(linesOf(legendRows(*maker.made(), contextAt(kNow))),
-              ElementsAre("+ Space stations, 1", "+ Starlink, 0, unavailable",
-                          "+ OneWeb, 0, orbits from 9 h ago", "+ Weather satellites, 0", "+ Galileo, 0",
-                          "+ GLONASS, 0", "- Debris, 3", "- Earthquakes, 1"));
-  EXPECT_EQ(legendRows(*maker.made(), contextAt(kNow))[0].colour, "#ffd64d");
+              ElementsAre("+ Space stations, 1", "+ Starlink, the server could not be found",
+                          "+ OneWeb, 0, orbits from 9 h ago", "+ Weather satellites, unavailable",
+                          "+ Galileo, not known yet", "+ GLONASS, 0", "- Debris, 3, unavailable",
+                          "- Earthquakes, 1"));
+  auto const rows = legendRows(*maker.made(), contextAt(kNow));
+  EXPECT_EQ(rows[0].colour, "#ffd64d");
+  EXPECT_EQ(rows[1].count, "–");
+  EXPECT_EQ(rows[4].count, "–");
+  EXPECT_EQ(rows[5].count, "0");
+}
+
+struct EarthquakeRow {
+  bool areAsked;
+  std::string problem;
+  std::string expected;
+};
+
+TEST(Legend, KnowsNoEarthquakesFromNotKnown) {
+  for (EarthquakeRow const& row :
+       {EarthquakeRow{false, "", "+ Earthquakes, not known yet"}, EarthquakeRow{true, "", "+ Earthquakes, 0"},
+        EarthquakeRow{true, "there was no answer in time",
+                      "+ Earthquakes, the service took too long to respond"}}) {
+    GlobeStateMaker maker;
+    maker.state().hasEarthquakes = row.areAsked;
+    maker.state().earthquakeProblem = row.problem;
+    EXPECT_EQ(linesOf(legendRows(*maker.made(), contextAt(kNow))).back(), row.expected);
+  }
 }
 
 struct StatusRow {

@@ -143,7 +143,7 @@ Rectangle {
                     required property string note
                     required property string sentence
                     width: parent.width
-                    height: (note === "" ? 34 : 46) * Theme.scale
+                    height: Math.max(34 * Theme.scale, texts.implicitHeight + 12)
                     onClicked: App.globe.toggle(name)
                     Keys.onReturnPressed: clicked()
                     Accessible.role: Accessible.CheckBox
@@ -169,6 +169,7 @@ Rectangle {
                             border.color: row.isOn ? Qt.darker(row.colour, 1.35) : Theme.muted
                         }
                         Column {
+                            id: texts
                             anchors.verticalCenter: parent.verticalCenter
                             anchors.left: parent.left
                             anchors.leftMargin: 24
@@ -185,6 +186,8 @@ Rectangle {
                                 width: parent.width
                                 visible: row.note !== ""
                                 text: row.note
+                                wrapMode: Text.Wrap
+                                maximumLineCount: 2
                                 elide: Text.ElideRight
                                 color: Theme.muted
                                 font.pixelSize: Theme.tiny

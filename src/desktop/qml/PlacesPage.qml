@@ -26,6 +26,19 @@ ScrollPage {
         Accessible.role: Accessible.Heading
         Accessible.name: text
     }
+    // Whoever opened another page is shown this one.
+    PlainText {
+        objectName: "firstPlace"
+        width: page.inner
+        visible: App.isReady && !App.now.hasPlace
+        text: App.words.firstPlace
+        horizontalAlignment: Text.AlignLeft
+        wrapMode: Text.Wrap
+        color: Theme.text
+        font.pixelSize: Theme.body
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+    }
 
     TextField {
         id: search
@@ -137,7 +150,7 @@ ScrollPage {
     PlainText {
         width: page.inner
         visible: text !== ""
-        text: App.problem || (App.isReady && App.places.count === 0 ? App.words.noPlaces : "")
+        text: App.problem
         horizontalAlignment: Text.AlignLeft
         wrapMode: Text.Wrap
         color: Theme.text

@@ -3,6 +3,7 @@
 #include "base/text/number.h"
 #include "base/text/text.h"
 #include "base/words/country_names.h"
+#include "feeds/fetching/feed_problem.h"
 #include "gazetteer/gazetteer.h"
 
 #include <algorithm>
@@ -45,22 +46,35 @@ bool isEntryHidden(GlobeState const& state, std::uint32_t entry) {
   return group == nullptr || isHidden(state, *group);
 }
 
+/// "the network cannot be reached", of a feed's sentence that names the feed or not.
+std::string failureOf(std::string_view problem, ViewContext const& context) {
+  auto const part = feedProblemIn(problem);
+  std::string text = problemText(part ? part->problem : problem, context.texts);
+  return text.empty() ? context.text("desktop.globe.failed") : text;
+}
+
+bool isKnown(GlobeGroup const& group) {
+  return group.state == GlobeGroup::State::fresh || group.state == GlobeGroup::State::stale;
+}
+
 std::string noteOf(GlobeGroup const& group, ViewContext const& context) {
   switch (group.state) {
     case GlobeGroup::State::failed:
-      return context.text("desktop.globe.failed");
+      return failureOf(group.failure, context);
     case GlobeGroup::State::stale:
       return context.texts.format("desktop.globe.stale", ageText(group.fetched, context.now, context.texts));
     case GlobeGroup::State::waiting:
+      return context.text("desktop.globe.waiting");
     case GlobeGroup::State::fresh:
       break;
   }
   return {};
 }
 
-void finish(LegendRow& row, std::size_t count) {
-  row.count = std::to_string(count);
-  row.sentence = row.title + ", " + row.count + (row.note.empty() ? "" : ", " + row.note);
+/// None of what has not been fetched is not known to be none.
+void finish(LegendRow& row, std::optional<std::size_t> count) {
+  row.count = count ? std::to_string(*count) : "–";
+  row.sentence = row.title + (count ? ", " + row.count : "") + (row.note.empty() ? "" : ", " + row.note);
 }
 
 LegendRow earthquakeRow(GlobeState const& state, ViewContext const& context) {
@@ -74,8 +88,10 @@ LegendRow earthquakeRow(GlobeState const& state, ViewContext const& context) {
   auto const count = std::ranges::count_if(*state.earthquakes, [](EarthquakeEvent const& event) {
     return event.magnitude >= kLeastShownMagnitude;
   });
-  if (!state.earthquakeProblem.empty()) row.note = context.text("desktop.globe.failed");
-  finish(row, static_cast<std::size_t>(count));
+  bool const isKnown = state.hasEarthquakes && (state.earthquakeProblem.empty() || count > 0);
+  if (!state.hasEarthquakes) row.note = context.text("desktop.globe.waiting");
+  if (!state.earthquakeProblem.empty()) row.note = failureOf(state.earthquakeProblem, context);
+  finish(row, isKnown ? std::optional(static_cast<std::size_t>(count)) : std::nullopt);
   return row;
 }
 
@@ -118,7 +134,7 @@ GlobeLabel labelAt(std::string text, bool isPlace, Vector3 const& point, GlobeCa
 
 std::vector<LegendRow> legendRows(GlobeState const& state, ViewContext const& context) {
   std::vector<LegendRow> rows;
-  std::vector<std::size_t> counts;
+  std::vector<std::optional<std::size_t>> counts;
   for (GlobeGroup const& group : state.groups) {
     std::string_view const name = legendName(group.group);
     auto found = std::ranges::find(rows, name, &LegendRow::name);
@@ -130,10 +146,11 @@ std::vector<LegendRow> legendRows(GlobeState const& state, ViewContext const& co
                       !state.hidden.contains(name),
                       {},
                       {}});
-      counts.push_back(0);
+      counts.emplace_back();
       found = rows.end() - 1;
     }
-    counts[static_cast<std::size_t>(found - rows.begin())] += group.count;
+    auto& count = counts[static_cast<std::size_t>(found - rows.begin())];
+    if (isKnown(group)) count = count.value_or(0) + group.count;
     if (found->note.empty()) found->note = noteOf(group, context);
   }
   for (std::size_t i = 0; i < rows.size(); ++i) finish(rows[i], counts[i]);

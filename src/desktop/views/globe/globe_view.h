@@ -18,7 +18,7 @@ namespace nimbara {
 struct LegendRow {
   std::string name;
   std::string title;
-  std::string count;
+  std::string count;   ///< "–" where it is not known
   std::string colour;  ///< "#ffd64d"
   bool isOn = true;
   std::string note;  ///< why it is old or missing

@@ -45,6 +45,7 @@ constexpr WordRow kWords[] = {
     {"searchHint", "desktop.search.hint"},
     {"noMatch", "desktop.search.none"},
     {"noPlaces", "desktop.places.none"},
+    {"firstPlace", "desktop.places.first"},
     {"noWeather", "desktop.noWeather"},
     {"noReading", "report.noCurrent"},
     {"saved", "desktop.saved"},
