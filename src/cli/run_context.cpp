@@ -135,7 +135,7 @@ std::string RunContext::advised(std::string_view problem) const {
 }
 
 std::string RunContext::moment(Instant when) const {
-  return TimeWords(texts(), wording_.fallback).moment(when, clock_.now());
+  return TimeWords(texts(), wording_->fallback).moment(when, clock_.now());
 }
 
 std::string RunContext::sentenceOf(APIError const& error) const {
