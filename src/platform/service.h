@@ -45,9 +45,9 @@ struct SourceCredit {
 
 struct ServiceRow {
   Service service;
-  std::string_view name;       ///< in settings and documents; "NAMEHost" and "NAMEApiKey" are its settings
-  std::string_view host = {};  ///< empty: asked only where the user names an address
-  std::string_view asksFor;    ///< this and the next four are cells of docs/services.md
+  std::string_view name;     ///< in settings and documents; "NAMEHost" and "NAMEApiKey" are its settings
+  std::string_view host;     ///< empty: asked only where the user names an address
+  std::string_view asksFor;  ///< this and the next four are cells of docs/services.md
   std::string_view terms;
   std::string_view period;  ///< how often it is asked at most
   std::string_view credit;
@@ -145,6 +145,7 @@ inline constexpr auto kServices = std::to_array<ServiceRow>({
      .source = {"CelesTrak, 18 SDS", "satellites", "", "https://celestrak.org"}},
     {.service = Service::feedServer,
      .name = "feedServer",
+     .host = "",
      .asksFor = "`/api/feed.php`",
      .terms = "the user's own relay, see [feed-server.md](feed-server.md)",
      .period = "5 min; 6 h a group",
@@ -216,6 +217,7 @@ inline constexpr auto kServices = std::to_array<ServiceRow>({
      .source = {"U.S. Department of State", "advisories", "public domain", "https://travel.state.gov/"}},
     {.service = Service::lightning,
      .name = "lightning",
+     .host = "",
      .asksFor = "`/lightning/strikes`",
      .terms = "the user's own source, see [lightning-source.md](lightning-source.md)",
      .period = "60 s a program",
@@ -223,6 +225,7 @@ inline constexpr auto kServices = std::to_array<ServiceRow>({
      .without = "no source is set"},
     {.service = Service::languageModel,
      .name = "languageModel",
+     .host = "",
      .asksFor = "`/v1/chat/completions`",
      .terms = "the user's own, on the user's own computer",
      .period = "with each summary",
