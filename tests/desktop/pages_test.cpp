@@ -165,14 +165,14 @@ TEST_F(Keyboard, OpensAWarningsText) {
 
 TEST_F(Keyboard, ShowsTheSearchWithoutAPlaceAndSaysWhy) {
   press(Qt::Key_5, Qt::ControlModifier);
-  auto const* const why = window.window()->findChild<QQuickItem*>("firstPlace");
+  auto const* const why = window.window()->findChild<QQuickItem*>(QStringLiteral("firstPlace"));
   ASSERT_NE(why, nullptr);
   EXPECT_FALSE(why->isVisible());
   press(Qt::Key_3, Qt::ControlModifier);
   model.show(noPlaces());
   EXPECT_EQ(page(), "places");
   EXPECT_TRUE(why->isVisible());
-  EXPECT_EQ(why->property("text"),
+  EXPECT_EQ(why->property("text").toString().toStdString(),
             "Choose a place first: the other pages show its weather, warnings and notifications.");
 }
 
