@@ -56,7 +56,7 @@ lint analyze: build
 	$(install) lint
 	@tools/check-includes.sh
 	@tools/check-pages.sh build/release
-	@tools/sources.sh cpp | xargs run-clang-tidy-22 -quiet $(TIDY_CHECKS) -j $(JOBS) -p build/release > build/lint.log 2>&1 \
+	@tools/sources.sh cpp | tools/tidy.py build/release -quiet $(TIDY_CHECKS) -j $(JOBS) > build/lint.log 2>&1 \
 	  || { grep -E 'warning:|error:' build/lint.log | sort -u; exit 1; }
 	@echo "$@: clean"
 
