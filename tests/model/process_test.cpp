@@ -58,6 +58,23 @@ TEST(ConditionCodes, CountAsManyAsTheTableLists) {
   EXPECT_EQ(known, 48);
 }
 
+struct StepRow {
+  std::vector<int> hours;  ///< at which the entries begin
+  std::size_t index;
+  int length;  ///< h
+};
+
+TEST(StepLengths, EndAtTheNextEntryAndAfterSixHours) {
+  for (StepRow const& row :
+       {StepRow{{0, 1}, 0, 1}, StepRow{{0, 3, 9}, 1, 6}, StepRow{{0, 3, 9}, 2, 6}, StepRow{{0, 7}, 0, 6},
+        StepRow{{0, 1, 4}, 2, 3}, StepRow{{5, 5}, 0, 0}, StepRow{{5, 4}, 0, 0}, StepRow{{5}, 0, 1}}) {
+    std::vector<HourlyForecast> entries(row.hours.size());
+    for (std::size_t i = 0; i < entries.size(); ++i)
+      entries[i].date = at("2026-11-21T00:00:00Z") + row.hours[i] * 1h;
+    EXPECT_EQ(stepLength(entries, row.index), row.length * 1h) << row.hours.back() << " " << row.index;
+  }
+}
+
 TEST(Conditions, CollapseTheirNamesAndCategoriesOnPurpose) {
   EXPECT_EQ(displayName(Code::lightSleet), "Sleet");
   EXPECT_EQ(displayName(Code::thunderyShowers), displayName(Code::thunderyHeavyRain));
