@@ -117,16 +117,6 @@ struct Warnings : testing::Test {
   NotificationEngine engine{kMorning};
 };
 
-TEST_F(Warnings, AreToldOnceEverAlsoOverRestarts) {
-  add(1);
-  add(2);
-  for (int i = 0; i < 5; ++i) {
-    engine.restart();
-    engine.passAfter(15min);
-  }
-  EXPECT_EQ(engine.told(), (Names{name(1), name(2)}));
-}
-
 TEST_F(Warnings, OfTheGravestKindComeFirst) {
   add(1, Severity::advisory);
   add(2, Severity::critical);
@@ -148,22 +138,6 @@ TEST_F(Warnings, AreReplacedInSilenceWhenTheirWordsChange) {
   ASSERT_EQ(engine.center.updated().size(), 1);
   EXPECT_TRUE(engine.center.updated().front().isSilent);
   EXPECT_EQ(engine.center.updated().front().body, "Take more care.");
-}
-
-TEST_F(Warnings, RingAgainWhenTheyBecomeGraverAndNotWhenTheyEase) {
-  struct Row {
-    Severity severity;
-    bool rings;
-  };
-  add(1, Severity::advisory);
-  engine.pass();
-  engine.told();
-  for (Row const& row : {Row{Severity::warning, true}, Row{Severity::advisory, false},
-                         Row{Severity::warning, false}, Row{Severity::critical, true}}) {
-    engine.warnings->front().severity = row.severity;
-    engine.passAfter(15min);
-    EXPECT_EQ(engine.told(), row.rings ? Names{name(1)} : Names{}) << enumName(row.severity);
-  }
 }
 
 TEST_F(Warnings, AreTakenBackAtTheirEndAlsoWhileTheFeedFails) {
@@ -203,26 +177,6 @@ TEST_F(Warnings, ThatHaveEndedAreNeverTold) {
     fresh.pass();
     EXPECT_EQ(fresh.told().empty(), left == 0min);
   }
-}
-
-TEST_F(Warnings, AreOverWhenGoodChecksMissThemForAWhile) {
-  add(1);
-  engine.pass();
-  auto const all = engine.warnings;
-  auto const check = [&](std::optional<std::vector<WeatherAlert>> answer) {
-    engine.warnings = std::move(answer);
-    engine.passAfter(8min);
-    return engine.center.delivered().size();
-  };
-  std::vector<WeatherAlert> const none;
-  EXPECT_EQ(check(none), 1);
-  EXPECT_EQ(check(all), 1);
-  EXPECT_EQ(check(none), 1) << "it was seen in between";
-  EXPECT_EQ(check(std::nullopt), 1) << "a feed that fails says nothing";
-  EXPECT_EQ(check(std::nullopt), 1);
-  EXPECT_EQ(check(none), 2);
-  EXPECT_TRUE(engine.center.delivered().back().isSilent);
-  EXPECT_EQ(check(none), 2);
 }
 
 TEST_F(Warnings, OfOtherPlacesOutlastALookAtOneOfThem) {

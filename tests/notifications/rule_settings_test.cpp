@@ -77,16 +77,6 @@ TEST(NotificationSettings, HaveTheirDefaults) {
   }
 }
 
-TEST(NotificationSettings, LeaveTheSkyOffUntilItIsWanted) {
-  int count = 0;
-  for (SettingDefinition const& definition : notificationSettings()) {
-    if (!definition.key.starts_with("notify_beta_")) continue;
-    EXPECT_EQ(definition.defaultValue(), SettingValue(false)) << definition.key;
-    ++count;
-  }
-  EXPECT_EQ(count, 20);
-}
-
 TEST(NotificationSettings, AcceptTheirOwnDefaultsUnderKeysOfTheirOwn) {
   std::set<std::string_view> keys;
   for (SettingDefinition const& definition : notificationSettings()) {

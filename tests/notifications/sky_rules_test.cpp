@@ -500,18 +500,6 @@ TEST(SkyRules, ADetailThatIsMissingIsNoGround) {
   }
 }
 
-TEST(SkyRules, EachIdentifierLeadsToItsRow) {
-  for (auto const& [identifier, stem] : {std::pair{"beta_frost_near", "beta_fro"},
-                                         {"beta_fog_bow", "beta_fog_bow"},
-                                         {"beta_fog", "beta_fog"},
-                                         {"beta_mosquito_swarm", "beta_mosquito_swarm"},
-                                         {"beta_golden_sunset", "beta_golden_"}}) {
-    Rule const* const rule = ruleOf(identifier);
-    ASSERT_NE(rule, nullptr) << identifier;
-    EXPECT_EQ(rule->stem, stem);
-  }
-}
-
 TEST(SkyRules, ReckonTheDewPoint) {
   EXPECT_NEAR(magnusDewPoint(20, 50), 9.26, 0.02);
   EXPECT_NEAR(magnusDewPoint(0, 100), 0, 1e-9);

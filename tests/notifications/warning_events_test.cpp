@@ -102,14 +102,6 @@ TEST_F(WarningEvents, SayOnceThatTheyWereLifted) {
   EXPECT_EQ(outcomeAfter(15min, {alert}), RuleOutcome::announced) << "who was told that it is over must know";
 }
 
-TEST_F(WarningEvents, GoWithoutAWordAtTheirEnd) {
-  WeatherAlert alert = warning();
-  alert.expires = *alert.onset + 2h;
-  EXPECT_EQ(outcomeAfter(0min, {alert}), RuleOutcome::announced);
-  EXPECT_EQ(outcomeAfter(2h, {}), RuleOutcome::withdrawn);
-  EXPECT_EQ(engine.center.delivered().size(), 1);
-}
-
 TEST_F(WarningEvents, AreNotLiftedWhenNobodyLooksAtThePlaceAnyMore) {
   WeatherAlert const alert = warning();
   engine.warnings = {alert};
@@ -174,17 +166,6 @@ TEST_F(WarningEvents, ThatWereOnlyNearRingWhenTheyReachThePlace) {
   EXPECT_EQ(outcomeAfter(15min, {alert}), RuleOutcome::announced);
   alert.distanceKm = 20;
   EXPECT_EQ(outcomeAfter(15min, {alert}), RuleOutcome::alreadyDelivered);
-}
-
-TEST_F(WarningEvents, RingWhereTheyAreNotOnlyNear) {
-  WeatherAlert near = warning();
-  near.distanceKm = 20;
-  engine.warnings = {near};
-  RuleInputs const home = engine.here();
-  engine.warnings = {warning()};
-  PassReport const report = engine.pass({home, engine.elsewhere("boulder", "Boulder")});
-  EXPECT_EQ(report.plan.decisions.at(0).outcome, RuleOutcome::announced);
-  EXPECT_EQ(report.plan.decisions.at(0).place, "Testville, Boulder");
 }
 
 TEST_F(WarningEvents, SayThatTheyAreOnlyNear) {
