@@ -81,7 +81,7 @@ TEST_F(WatchInstall, LeavesChangedFilesAlone) {
   commands_.clear();
   for (auto const& report : {install(), uninstall()}) {
     ASSERT_FALSE(report);
-    EXPECT_THAT(report.error(), HasSubstr("changed by hand"));
+    EXPECT_THAT(report.error(), HasSubstr("edited manually"));
   }
   EXPECT_EQ(folder_.read(kUnit), changed);
   EXPECT_THAT(commands_, ElementsAre("systemctl --user show-environment"));
@@ -124,7 +124,7 @@ TEST_F(WatchInstall, UsesTheDesktopsAutostartWithoutSystemd) {
   EXPECT_FALSE(exists(kAutostart));
   EXPECT_TRUE(exists(kUnit));
   hasSystemd_ = false;
-  EXPECT_THAT(uninstall().value_or(""), HasSubstr("goes on until it is ended"));
+  EXPECT_THAT(uninstall().value_or(""), HasSubstr("continues until you stop it"));
   EXPECT_FALSE(exists(kUnit));
   install();
   addLine(kAutostart);

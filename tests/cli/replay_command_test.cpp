@@ -78,8 +78,8 @@ TEST_F(ReplayCommand, SaysWhatItLacks) {
   };
   std::string const from = "2026-11-21T00:00:00Z";
   for (Row const& row :
-       {Row{{"--from", from, "--to", "tomorrow"}, 2, "'tomorrow' is no moment"},
-        Row{{"--from", "x", "--to", from}, 2, "'x' is no moment"},
+       {Row{{"--from", from, "--to", "tomorrow"}, 2, "'tomorrow' is not a timestamp"},
+        Row{{"--from", "x", "--to", from}, 2, "'x' is not a timestamp"},
         Row{{"--from", from, "--to", "2026-11-20T23:59:59Z"}, 2, "must not be before"},
         Row{{"--from", from, "--to", from, "--step", "9"}, 2, "--step"}, Row{{"--to", from}, 2, "--from"}}) {
     auto const result = replay(row.arguments);

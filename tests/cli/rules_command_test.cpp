@@ -115,7 +115,7 @@ TEST_F(RulesCommand, KeepsARuleWhosePlaceIsDeleted) {
   EXPECT_EQ(rules({"enable", id}).exitCode, exitCode::kUnavailable);
   CliRun const tested = rules({"test", id});
   EXPECT_EQ(tested.exitCode, exitCode::kUnavailable);
-  EXPECT_NE(tested.err.find("was deleted"), std::string::npos) << tested.err;
+  EXPECT_NE(tested.err.find("was removed"), std::string::npos) << tested.err;
   EXPECT_EQ(rules({"edit", id, "--place", "Lisbon"}).exitCode, 0);
   EXPECT_EQ(rules({"enable", id}).exitCode, 0);
 }
