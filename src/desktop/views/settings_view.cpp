@@ -246,6 +246,7 @@ std::vector<SettingRowView> settingRows(SettingsGroup group, SettingsState const
 
 std::vector<ProviderView> providerViews(SettingsState const& state, ViewContext const& context) {
   std::vector<ProviderView> views;
+  views.reserve(enumNames<WeatherProviderOption>.size());
   for (std::string_view const provider : enumNames<WeatherProviderOption>) {
     views.push_back(providerView(provider, state, context));
   }
