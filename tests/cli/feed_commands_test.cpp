@@ -48,8 +48,7 @@ TEST_F(FeedCommands, TellOfAnUnreadableAnswerWithoutAParsersWords) {
     std::vector<std::string> arguments;
     DemoService service;
   };
-  for (Row const& row : {Row{{"kp"}, DemoService::swpc}, Row{{"nws", "39.74,-104.98"}, DemoService::nws},
-                         Row{{"quakes"}, DemoService::usgs},
+  for (Row const& row : {Row{{"nws", "39.74,-104.98"}, DemoService::nws}, Row{{"quakes"}, DemoService::usgs},
                          Row{{"alerts", "52.52,13.41", "--source", "meteoalarm"}, DemoService::meteoAlarm},
                          Row{{"satellites", "list", "--group", "galileo"}, DemoService::celestrak}}) {
     std::vector<DemoFault> const garbage{{row.service, DemoFault::Kind::garbage}};
