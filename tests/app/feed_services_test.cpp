@@ -1,5 +1,10 @@
 #include "app/services/feed_services.h"
 
+#include "app/settings/service_directory.h"
+#include "base/words/texts.h"
+#include "feeds/fires/wildfire_service.h"
+#include "feeds/quakes/earthquake_service.h"
+#include "feeds/storms/lightning_source.h"
 #include "support/fake_http_client.h"
 #include "support/instants.h"
 #include "support/manual_clock.h"
