@@ -40,60 +40,6 @@ void expectOneLine(CliRun const& result, int code, std::string_view holds) {
   EXPECT_NE(result.err.find(holds), std::string::npos) << result.err;
 }
 
-struct UsageRow {
-  std::vector<std::string> arguments;
-  std::string_view offending;
-};
-
-TEST(CommandLine, NamesTheOffendingWord) {
-  for (UsageRow const& row :
-       {UsageRow{{}, "a command is missing"}, UsageRow{{"forcast"}, "forcast"},
-        UsageRow{{"forecast", "1,2", "--colour"}, "--colour"},
-        UsageRow{{"forecast", "1,2", "Berlin"}, "Berlin"}, UsageRow{{"forecast", "91,0"}, "91,0"},
-        UsageRow{{"forecast", "0,-181"}, "0,-181"}, UsageRow{{"forecast", "12"}, "12"},
-        UsageRow{{"forecast", "1,2", "--provider", "noaa"}, "noaa"},
-        UsageRow{{"forecast", "1,2", "--width", "39"}, "39"},
-        UsageRow{{"forecast", "1,2", "--units", "royal"}, "royal"},
-        UsageRow{{"forecast", "1,2", "--lang", "tlh"}, "tlh"},
-        UsageRow{{"forecast", "1,2", "--now", "noon"}, "noon"},
-        UsageRow{{"forecast", "1,2", "--now", "2026-11-21T06:00:00"}, "2026-11-21T06:00:00"},
-        UsageRow{{"forecast", "1,2", "--services", "localhost"}, "localhost"},
-        UsageRow{{"demo", "--port", "70000"}, "70000"},
-        UsageRow{{"demo", "--fail", "openMeteo=404"}, "openMeteo=404"}}) {
-    expectOneLine(run(row.arguments), exitCode::kUsage, row.offending);
-  }
-}
-
-TEST(CommandLine, SuggestsWhatAMistypedWordWasMeantToBe) {
-  for (UsageRow const& row :
-       {UsageRow{{"forcast", "1,2"}, "no such command: 'forcast'; did you mean forecast? See nimbara --help"},
-        UsageRow{{"satellites", "pases"}, "no such command: 'pases'; did you mean passes?"},
-        UsageRow{{"settings", "gte", "units"}, "no such command: 'gte'; did you mean get?"},
-        UsageRow{{"forecast", "1,2", "--jsn"}, "no such option: '--jsn'; did you mean --json?"},
-        UsageRow{{"--unts", "imperial"}, "no such option: '--unts'; did you mean --units?"},
-        UsageRow{{"forecast", "--widht=80"}, "no such option: '--widht'; did you mean --width?"},
-        UsageRow{{"places", "add", "--hre"}, "no such option: '--hre'; did you mean --here?"},
-        UsageRow{{"replay", "a", "--form", "b"}, "no such option: '--form'; did you mean --from?"},
-        UsageRow{{"weather"}, "not expected: weather; see nimbara --help"},
-        UsageRow{{"forecast", "1,2", "places"}, "not expected: places; see nimbara --help"},
-        UsageRow{{"forecast", "1,2", "--colour"}, "not expected: --colour; see nimbara --help"}}) {
-    expectOneLine(run(row.arguments), exitCode::kUsage, row.offending);
-  }
-}
-
-TEST(CommandLine, HelpsAndTellsItsVersion) {
-  EXPECT_TRUE(run({"--version"}).out.starts_with("nimbara "));
-  for (std::vector<std::string> const& arguments :
-       {std::vector<std::string>{"--help"}, {"forecast", "--help"}, {"demo", "-h"}}) {
-    CliRun const help = run(arguments);
-    EXPECT_EQ(help.exitCode, 0);
-    EXPECT_EQ(help.err, "");
-    EXPECT_NE(help.out.find("--services"), std::string::npos)
-        << "global options belong into every help: " << help.out;
-  }
-  EXPECT_NE(run({"forecast", "--help"}).out.find("--provider"), std::string::npos);
-}
-
 TEST(Forecast, SaysWhatIsMissing) {
   expectOneLine(run({"forecast"}), exitCode::kUnavailable, "no place is selected");
 }
@@ -206,28 +152,9 @@ TEST_F(ForecastTest, WritesNothingButAsciiWhenAskedOrWhenTheLocaleHasNoMore) {
   EXPECT_TRUE(isAscii(forecast({"Tromsø"}, 0, latin).out));
 }
 
-TEST_F(ForecastTest, TakesTheLanguageOfTheSurroundings) {
-  Environment environment = plainEnvironment();
-  environment.language = "pt_PT.UTF-8";
-  EXPECT_NE(forecast({"Lisbon"}, 0, environment).out.find("Próximas 24 horas"), std::string::npos);
-  EXPECT_NE(forecast({"Lisbon", "--lang", "en"}, 0, environment).out.find("Next 24 hours"),
-            std::string::npos);
-}
-
 TEST_F(ForecastTest, SaysWhenNoPlaceHasTheName) {
   expectOneLine(forecast({"Kleinkleckersdorf"}), exitCode::kUnavailable,
                 "no place called 'Kleinkleckersdorf' was found");
-}
-
-TEST_F(ForecastTest, GoesOnWithTheDefaultsWhenTheSettingsAreBroken) {
-  test::TemporaryFolder const directory;
-  Environment environment = plainEnvironment();
-  environment.dataDirectory = directory.path();
-  std::ofstream(directory.path() / "nimbara.db") << "no database";
-  CliRun const result = forecast({"Berlin"}, 0, environment);
-  EXPECT_EQ(result.exitCode, 0);
-  EXPECT_NE(result.err.find("nimbara.db cannot be read"), std::string::npos) << result.err;
-  EXPECT_NE(result.err.find("the defaults are used"), std::string::npos) << result.err;
 }
 
 struct FaultRow {
