@@ -46,11 +46,11 @@ TEST_F(FeedCommands, PrintTheKIndex) {
 TEST_F(FeedCommands, TellOfAnUnreadableAnswerWithoutAParsersWords) {
   struct Row {
     std::vector<std::string> arguments;
-    DemoService service;
+    Service service;
   };
-  for (Row const& row : {Row{{"nws", "39.74,-104.98"}, DemoService::nws}, Row{{"quakes"}, DemoService::usgs},
-                         Row{{"alerts", "52.52,13.41", "--source", "meteoalarm"}, DemoService::meteoAlarm},
-                         Row{{"satellites", "list", "--group", "galileo"}, DemoService::celestrak}}) {
+  for (Row const& row : {Row{{"nws", "39.74,-104.98"}, Service::nws}, Row{{"quakes"}, Service::usgs},
+                         Row{{"alerts", "52.52,13.41", "--source", "meteoalarm"}, Service::meteoAlarm},
+                         Row{{"satellites", "list", "--group", "galileo"}, Service::celestrak}}) {
     std::vector<DemoFault> const garbage{{row.service, DemoFault::Kind::garbage}};
     CliRun const plain = run(row.arguments, garbage);
     EXPECT_EQ(plain.exitCode, exitCode::kUnavailable);
@@ -66,7 +66,7 @@ TEST_F(FeedCommands, AnswerWithOneWhereWarningsCouldNotBeChecked) {
   std::vector<std::string> const arguments{"alerts", "52.52,13.41", "--source", "meteoalarm"};
   CliRun const known = run(arguments);
   EXPECT_EQ(known.exitCode, 0) << known.err;
-  std::vector<DemoFault> const down{{DemoService::meteoAlarm, DemoFault::Kind::status500}};
+  std::vector<DemoFault> const down{{Service::meteoAlarm, DemoFault::Kind::status500}};
   CliRun const kept = run(arguments, down, "2026-11-21T09:30:00Z");
   EXPECT_EQ(kept.exitCode, exitCode::kUnavailable) << "what is kept is not the answer";
   EXPECT_THAT(kept.out, HasSubstr("could not be checked since"));

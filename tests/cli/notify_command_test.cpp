@@ -99,7 +99,7 @@ TEST_F(NotifyCommandTest, TakesWhatNobodyHasSetUpForNoFailure) {
 }
 
 TEST_F(NotifyCommandTest, EndsWithOneWhereAFeedFailed) {
-  server = *DemoServer::start(clock, {{DemoService::travelAdvisories, DemoFault::Kind::garbage}});
+  server = *DemoServer::start(clock, {{Service::travelAdvisories, DemoFault::Kind::garbage}});
   base = server->baseUrl();
   auto const failed = run({"notify", "--dry-run", "--json"});
   EXPECT_EQ(failed.exitCode, 1);
