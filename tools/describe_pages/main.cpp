@@ -6,7 +6,7 @@
 //
 // The models are asked themselves. Records, whose names come from their tables at run time, become types of
 // their own.
-#include "desktop/core/desktop_core.h"
+#include "app/engine/engine_snapshot.h"
 #include "desktop/scene/scene_items.h"
 #include "desktop/window/models/desktop_model.h"
 #include "desktop/window/page_items.h"
@@ -143,7 +143,7 @@ int main(int count, char** arguments) {
   qputenv("QT_QPA_PLATFORM", "offscreen");
   QGuiApplication const application(count, arguments);
   DesktopModel model({Wording(), {}, [] { return Instant(); }, {}}, {});
-  model.show(std::make_shared<DesktopSnapshot>());
+  model.show(std::make_shared<EngineSnapshot>());
 
   Types types("NimbaraItems");
   types.addClass(DesktopModel::staticMetaObject, "App", true, &model);
