@@ -18,6 +18,8 @@ using test::MockTrayHost;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+constexpr char kMenuInterface[] = "com.canonical.dbusmenu";
+
 /// Keeps what the tray tells, as texts, and waits for it.
 class Told : public test::HeardTexts {
  public:
