@@ -306,8 +306,8 @@ INSTANTIATE_TEST_SUITE_P(Rows, YrNoHalfHourZones,
 
 TEST(YrNoJoin, TakesTheSkyOfTheLongerPartOfAnHour) {
   for (auto const& [zoneId, wetIsFirst, condition] :
-       {FieldList{"Asia/Kathmandu", true, "Rain"}, FieldList{"Asia/Kathmandu", false, "Cloudy"},
-        FieldList{"Asia/Kolkata", true, "Rain"}, FieldList{"Asia/Kolkata", false, "Rain"}}) {
+       {std::tuple{"Asia/Kathmandu", true, "Rain"}, std::tuple{"Asia/Kathmandu", false, "Cloudy"},
+        std::tuple{"Asia/Kolkata", true, "Rain"}, std::tuple{"Asia/Kolkata", false, "Rain"}}) {
     auto steps = hourlySteps("2026-11-21T10:00:00Z", 2);
     steps[0].next1Hours = wetIsFirst ? period("rain", 1) : period("cloudy", 0);
     steps[1].next1Hours = wetIsFirst ? period("cloudy", 0) : period("rain", 1);
