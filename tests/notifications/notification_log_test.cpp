@@ -87,14 +87,14 @@ TEST_F(NotificationLog, TakesAnotherLanguageForNoNews) {
   engine.turnOn("notify_govAlerts");
   WeatherAlert alert = officialWarning(1, AlertSeverity::warning, engine.clock.now());
   auto const tell = [&](char const* language, char const* title) {
-    Texts const texts = Texts::load(language);
+    auto const texts = std::make_shared<Texts const>(Texts::load(language));
     alert.title = title;
     engine.warnings = {alert};
     engine.clock.advance(15min);
     NotificationManager manager({engine.store, engine.center, engine.clock, texts, {}});
     manager.evaluate([&](NeededInputs const&, std::stop_token const&) {
       RuleInputs inputs = engine.here();
-      inputs.texts = &texts;
+      inputs.texts = texts.get();
       return PassInputs{{inputs}, {}, false};
     });
     return std::ranges::count(outcomes(), "updated");
