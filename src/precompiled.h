@@ -1,6 +1,8 @@
-// The standard headers that nearly every source includes, and the records' JSON tables, compiled once. Sources still
-// name what they use.
+// The standard headers that nearly every source includes, and the records' JSON tables, compiled once.
+// Sources still name what they use.
 #pragma once
+
+#include "base/json/json.h"
 
 #include <algorithm>
 #include <array>
@@ -25,5 +27,3 @@
 #include <utility>
 #include <variant>
 #include <vector>
-
-#include "base/json/json.h"

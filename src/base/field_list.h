@@ -1,5 +1,6 @@
-// A list of a record's fields that differ in their types, walked at compile time. It stands where std::tuple would:
-// a tuple of thirty elements instantiates hundreds of templates in every source that sees it, this one thirty.
+// A list of a record's fields that differ in their types, walked at compile time. It stands where std::tuple
+// would: a tuple of thirty elements instantiates hundreds of templates in every source that sees it, this one
+// thirty.
 #pragma once
 
 #include <cstddef>

@@ -1,5 +1,5 @@
-// What nearly every test of the window includes, compiled once: the toolkit wants position-independent code, which the
-// other tests' precompiled header has not.
+// What nearly every test of the window includes, compiled once: the toolkit wants position-independent code,
+// which the other tests' precompiled header has not.
 #pragma once
 
 #include "../precompiled.h"

@@ -1,5 +1,5 @@
-// The sentences of `feed_problem.h` as people read them on a terminal: without what a parser said, and with the
-// moment of the next request apart, so that it can be written by a clock. Pure.
+// The sentences of `feed_problem.h` as people read them on a terminal: without what a parser said, and with
+// the moment of the next request apart, so that it can be written by a clock. Pure.
 #pragma once
 
 #include "base/time/instant.h"
