@@ -129,8 +129,11 @@ TEST_F(EngineTest, FollowsLanguageUnitProviderAndAddressWhileItRuns) {
   EXPECT_TRUE(heard.has("First: "));
   EXPECT_TRUE(heard.has("°C"));
 
-  ASSERT_TRUE(other.set("language", std::string("pt")));
-  ASSERT_TRUE(other.set("temperatureUnit", std::string("fahrenheit")));
+  // At once: a pass between the two would tell the rule in the old unit, and not again.
+  ASSERT_TRUE(other.update(StoreArea::settings, [](SettingValues const&) {
+    return StoreChanges{{"language", SettingValue(std::string("pt"))},
+                        {"temperatureUnit", SettingValue(std::string("fahrenheit"))}};
+  }));
   addRule("Second");
   EXPECT_TRUE(heard.has("37,4°F")) << "in the words and the unit of now";
 

@@ -108,7 +108,7 @@ TEST(Legend, TellsEachRowOnce) {
   EXPECT_THAT(linesOf(legendRows(*maker.made(), contextAt(kNow))),
               ElementsAre("+ Space stations, 1", "+ Starlink, the server could not be found",
                           "+ OneWeb, 0, orbits from 9 h ago", "+ Weather satellites, unavailable",
-                          "+ Galileo, not known yet", "+ GLONASS, 0", "- Debris, 3, unavailable",
+                          "+ Galileo, not known yet", "+ GLONASS, 0", "- Debris, 2, unavailable",
                           "- Earthquakes, 1"));
   auto const rows = legendRows(*maker.made(), contextAt(kNow));
   EXPECT_EQ(rows[0].colour, "#ffd64d");
@@ -126,7 +126,7 @@ struct EarthquakeRow {
 TEST(Legend, KnowsNoEarthquakesFromNotKnown) {
   for (EarthquakeRow const& row :
        {EarthquakeRow{false, "", "+ Earthquakes, not known yet"}, EarthquakeRow{true, "", "+ Earthquakes, 0"},
-        EarthquakeRow{true, "there was no answer in time",
+        EarthquakeRow{true, "the service took too long to respond",
                       "+ Earthquakes, the service took too long to respond"}}) {
     GlobeStateMaker maker;
     maker.state().hasEarthquakes = row.areAsked;

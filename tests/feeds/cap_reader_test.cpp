@@ -177,7 +177,7 @@ TEST(CapReader, RefusesWhatIsNoMessageOrTooMuch) {
         {"<alert><info></alert>", "mismatched tag"},
         {"", "no element found"},
         {"{\"alert\":{}}", "it is not an alert"},
-        {"{\"alert\":[1]", "cannot be read"},
+        {"{\"alert\":[1]", "could not be read"},
         {"{\"identifier\":\"1\",\"info\":[{}" + repeated(",{}", kMostCapParts) + "]}", "too many parts"},
         {R"({"identifier":"1","info":[{"area":[{"polygon":[")" + corners(60'000) + R"(",")" +
              corners(40'001) + R"("]}]}]})",

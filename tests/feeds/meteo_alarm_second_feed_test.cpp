@@ -158,7 +158,7 @@ TEST_F(MeteoAlarmSecondFeed, IsAskedAloneWhileTheFirstRests) {
 TEST_F(MeteoAlarmSecondFeed, LeavesTheReasonOfTheFirstWhereItFailsToo) {
   http.willAnswer(503, "");
   http.willAnswer(200, R"({"warnings":[{"alert":{}}]})");
-  EXPECT_THAT(ask().failure.value_or(""), StartsWith("the service answered with status 503"));
+  EXPECT_THAT(ask().failure.value_or(""), StartsWith("the service returned status 503"));
   willHang();
   willHang();
   MeteoAlarmAnswer const answer = ask();

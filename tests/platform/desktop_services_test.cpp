@@ -173,11 +173,11 @@ TEST_F(LocationTest, NeverGuesses) {
   notANumber.latitude = std::numeric_limits<double>::quiet_NaN();
   GeoclueScript without;
   without.hasCoordinate = false;
-  for (FailureRow const& row : {FailureRow{denied, LocationError::Kind::denied, "denies"},
-                                FailureRow{broken, LocationError::Kind::unavailable, "fails (no)"},
-                                FailureRow{beyond, LocationError::Kind::unavailable, "no coordinate"},
-                                FailureRow{notANumber, LocationError::Kind::unavailable, "no coordinate"},
-                                FailureRow{without, LocationError::Kind::unavailable, "no coordinate"}}) {
+  for (FailureRow const& row : {FailureRow{denied, LocationError::Kind::denied, "denied"},
+                                FailureRow{broken, LocationError::Kind::unavailable, "failed (no)"},
+                                FailureRow{beyond, LocationError::Kind::unavailable, "no position"},
+                                FailureRow{notANumber, LocationError::Kind::unavailable, "no position"},
+                                FailureRow{without, LocationError::Kind::unavailable, "no position"}}) {
     FakeGeoclue const geoclue(bus_, row.script);
     auto const fix = locate();
     ASSERT_FALSE(fix) << row.text;
