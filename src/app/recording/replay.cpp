@@ -47,7 +47,8 @@ Result<SettingValues, std::string> readReplaySettings(std::filesystem::path cons
   return values;
 }
 
-Replay::Replay(Surroundings surroundings) : around_(surroundings), center_(std::make_unique<SilentCenter>()) {
+Replay::Replay(Surroundings surroundings)
+    : around_(std::move(surroundings)), center_(std::make_unique<SilentCenter>()) {
   restart();
 }
 

@@ -72,7 +72,7 @@ bool isNamedIn(std::string_view paddedText, std::string_view word) {
   return paddedText.find(bounded) != std::string_view::npos;
 }
 
-std::string colourOrNone(std::string word) {
+std::string colourOrNone(std::string const& word) {
   constexpr std::string_view kColours[] = {"green", "yellow", "orange", "red"};
   return std::ranges::find(kColours, word) == std::end(kColours) ? std::string() : word;
 }

@@ -23,8 +23,8 @@ struct PassInputs {
   std::vector<RuleInputs> places;  ///< the selected one first
   std::vector<ForeignEvaluation> foreign;
   bool isPartial = false;  ///< further places are watched that this pass does not look at
-  std::shared_ptr<Texts const> texts =
-      {};  // NOLINT(readability-redundant-member-init): what `places` point to
+  /// What `places` point to.
+  std::shared_ptr<Texts const> texts = {};  // NOLINT(readability-redundant-member-init)
 };
 
 /// Asks the network for what enabled rules read. Blocks.

@@ -22,8 +22,8 @@ struct PlannedEvent {
   std::string names;  ///< of its places
   bool isElsewhere = false;
   std::vector<Measurement> measured;
-  std::vector<std::string> tags =
-      {};  // NOLINT(readability-redundant-member-init): added as places are merged
+  /// Added as places are merged.
+  std::vector<std::string> tags = {};  // NOLINT(readability-redundant-member-init)
 };
 
 /// Those of one rule, each once, in the order of their finding.
