@@ -43,6 +43,12 @@ class Heard {
     return testing::AssertionFailure() << "no \"" << part << "\" in:\n" << texts_;
   }
 
+  /// The like for what shows elsewhere; looked at again with each text.
+  bool until(std::function<bool()> const& isSo) {
+    std::unique_lock lock(mutex_);
+    return changed_.wait_for(lock, std::chrono::seconds(30), isSo);
+  }
+
  private:
   std::mutex mutex_;
   std::condition_variable changed_;
@@ -129,11 +135,13 @@ TEST_F(EngineTest, FollowsLanguageUnitProviderAndAddressWhileItRuns) {
   EXPECT_TRUE(heard.has("First: "));
   EXPECT_TRUE(heard.has("°C"));
 
-  // At once: a pass between the two would tell the rule in the old unit, and not again.
   ASSERT_TRUE(other.update(StoreArea::settings, [](SettingValues const&) {
     return StoreChanges{{"language", SettingValue(std::string("pt"))},
                         {"temperatureUnit", SettingValue(std::string("fahrenheit"))}};
   }));
+  // A pass that was under way would tell the new rule in the old words, and not again.
+  ASSERT_TRUE(
+      heard.until([&] { return engine->wording()->units.temperature == TemperatureUnit::fahrenheit; }));
   addRule("Second");
   EXPECT_TRUE(heard.has("37,4°F")) << "in the words and the unit of now";
 

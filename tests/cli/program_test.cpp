@@ -85,7 +85,7 @@ TEST_F(Program, SaysThatItsOutputCannotBeWritten) {
       spawn(child, test::kProgram, {"nimbara", "--help"}, {"HOME=" + folder.path().string()}, -1, full, err),
       0);
   EXPECT_EQ(codeOf(child), 1);
-  EXPECT_NE(this->err().find("could not be written"), std::string::npos);
+  EXPECT_NE(this->err().find("could not write the output"), std::string::npos);
   close(full);
   close(err);
 }

@@ -92,7 +92,7 @@ class ForecastRun {
     if (!demo) return std::unexpected(offline);
     session_.console.err("nimbara: could not reach the weather services (" + offline.cause->detail +
                          "); showing generated demo weather, not a forecast\n");
-    return ask({demo->baseUrl(), true, options_.provider, {}});
+    return ask({demo->baseUrl(), true, options_.provider, {}, {}});
   }
 
   std::string rendered(ForecastAnswer const& answer, OfficialLook::Answer const& official,
