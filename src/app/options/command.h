@@ -80,6 +80,7 @@ class Command {
   Option choice(std::string const& name, E& value, std::string const& explanation,
                 std::vector<std::pair<std::string, E>> const& words) const {
     std::vector<std::pair<std::string, int>> numbers;
+    numbers.reserve(words.size());
     for (auto const& [word, meaning] : words) numbers.emplace_back(word, static_cast<int>(meaning));
     return choice(name, numbers, explanation, [&value](int number) { value = static_cast<E>(number); });
   }

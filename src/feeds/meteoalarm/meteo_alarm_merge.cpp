@@ -210,6 +210,7 @@ std::vector<WeatherAlert> unplacedAlerts(std::span<SelectedEntry const> entries,
     RegionCode const region{std::string(kUnplacedRegistry), regionKey(area.front()->entry())};
     PlaceRegions const here{std::string(context.country), {}, {region}, {}, {}};
     std::vector<ToldEntry> ofArea;
+    ofArea.reserve(area.size());
     for (ToldEntry const* const one : area) ofArea.push_back(*one);
     std::ranges::move(mergedAlerts(std::span<ToldEntry const>(ofArea),
                                    {context.country, here, context.language, context.texts}),
