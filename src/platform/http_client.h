@@ -24,6 +24,9 @@ struct HttpRequest {
   std::chrono::milliseconds timeout{15'000};        ///< for the whole exchange, redirects included
   std::size_t maxBodyBytes = std::size_t{4} << 20;  ///< after decompression
   std::optional<std::string> body = std::nullopt;   ///< with one the request is a POST of it
+  /// Timed out when for so long hardly anything comes, be it before the answer or within it. The timeout is
+  /// for slow lines; where somebody else can be asked, a server that hangs must not use it up.
+  std::optional<std::chrono::seconds> longestSilence = std::nullopt;
 
   bool operator==(HttpRequest const&) const = default;
 };

@@ -1,7 +1,6 @@
 #include "app/services/limited_http_client.h"
 
 #include "app/services/side_by_side.h"
-#include "platform/http_patience.h"
 #include "support/fake_http_client.h"
 #include "support/manual_clock.h"
 
@@ -54,7 +53,7 @@ TEST_F(LimitedHttp, BlamesAServiceForItsOwnLimitOnly) {
 TEST_F(LimitedHttp, BlamesAServiceThatFallsSilentBeforeTheLimit) {
   clock.advance(20s);
   HttpRequest patient{"https://a/", {}, 60s};
-  setLongestSilence(patient, 3s);
+  patient.longestSilence = 3s;
   network.willFail({Kind::timedOut, "silent"});
   auto const answer = client.get(patient);
   ASSERT_FALSE(answer);

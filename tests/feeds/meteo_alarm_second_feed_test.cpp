@@ -1,6 +1,5 @@
 // The JSON form of a country's feed, where the Atom form cannot be had.
 #include "feeds/meteoalarm/meteo_alarm_service.h"
-#include "platform/http_patience.h"
 #include "support/atom_feed.h"
 #include "support/cap_json_message.h"
 #include "support/fake_http_client.h"
@@ -71,7 +70,7 @@ TEST_F(MeteoAlarmSecondFeed, IsAskedWhereTheFirstCannotBeHad) {
     EXPECT_EQ(network.requests[1].url, kJson);
     EXPECT_THAT(network.requests[1].headers, Contains(Pair("Accept", "application/json")));
     EXPECT_EQ(network.requests[1].timeout, 60s);
-    EXPECT_TRUE(longestSilence(network.requests[0]));
+    EXPECT_TRUE(network.requests[0].longestSilence);
     EXPECT_EQ(answer.alerts.size(), 1) << i;
     EXPECT_EQ(answer.checkedAt, clock.now()) << i;
     EXPECT_FALSE(answer.failure) << i;

@@ -1,6 +1,5 @@
 #include "platform/linux/http/curl_http_client.h"
 
-#include "platform/http_patience.h"
 #include "support/loopback_server.h"
 #include "support/temporary_folder.h"
 
@@ -233,7 +232,7 @@ TEST_F(CurlHttpClientTest, GivesUpEarlyOnAServerThatFallsSilent) {
   LoopbackServer const silent([](Connection& connection) { connection.waitForEnd(); });
   HttpRequest wanted = request(silent.url());
   wanted.timeout = 60s;
-  setLongestSilence(wanted, 1s);
+  wanted.longestSilence = 1s;
   auto const begin = std::chrono::steady_clock::now();
   auto const answer = client_.get(wanted);
   EXPECT_LT(std::chrono::steady_clock::now() - begin, 30s);

@@ -1,7 +1,5 @@
 #include "app/services/limited_http_client.h"
 
-#include "platform/http_patience.h"
-
 namespace nimbara {
 
 using std::chrono::milliseconds;
@@ -44,7 +42,7 @@ Result<HttpResponse, HttpError> LimitedHttpClient::get(HttpRequest const& reques
   shortened.timeout = left;
   auto answer = client_.get(shortened, std::move(stop));
   // A service that has fallen silent has done so before the limit.
-  bool const isOver = !longestSilence(request) || clock_.steadyNow() >= end_;
+  bool const isOver = !request.longestSilence || clock_.steadyNow() >= end_;
   bool const isOvertime = isOver && !answer && answer.error().kind == HttpError::Kind::timedOut;
   return isOvertime ? std::unexpected(givenUp()) : std::move(answer);
 }

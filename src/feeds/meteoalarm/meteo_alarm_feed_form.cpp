@@ -1,7 +1,6 @@
 #include "feeds/meteoalarm/meteo_alarm_feed_form.h"
 
 #include "feeds/fetching/feed_problem.h"
-#include "platform/http_patience.h"
 
 namespace nimbara {
 
@@ -40,7 +39,7 @@ HttpRequest MeteoAlarmFeedForm::request() const {
   if (validators_.etag) headers.emplace_back("If-None-Match", *validators_.etag);
   if (validators_.lastModified) headers.emplace_back("If-Modified-Since", *validators_.lastModified);
   HttpRequest request{url_, std::move(headers), kTimeout, kLongestBody};
-  setLongestSilence(request, kLongestSilence);
+  request.longestSilence = kLongestSilence;
   return request;
 }
 

@@ -1,7 +1,6 @@
 #include "platform/linux/http/curl_http_client.h"
 
 #include "base/text/text.h"
-#include "platform/http_patience.h"
 
 #include <curl/curl.h>
 
@@ -221,7 +220,7 @@ void CurlHttpClient::Session::setOptions(HttpRequest const& request, curl_slist*
   curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(request.maxBodyBytes));
   curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &receiveBody);
   curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &receiveHeader);
-  if (auto const silence = longestSilence(request)) {
+  if (auto const silence = request.longestSilence) {
     curl_easy_setopt(easy, CURLOPT_LOW_SPEED_LIMIT, kSlowestBytesASecond);
     curl_easy_setopt(easy, CURLOPT_LOW_SPEED_TIME, static_cast<long>(silence->count()));
   }
@@ -274,7 +273,7 @@ std::optional<CurlHttpClient::Session::Attempt> CurlHttpClient::Session::attempt
   curl_multi_add_handle(multi_.get(), easy_.get());
   bool const finished = drive(attempt.code, deadline, stop);
   attempt.fellSilent = attempt.code == CURLE_OPERATION_TIMEDOUT && steady_clock::now() < deadline &&
-                       longestSilence(request).has_value();
+                       request.longestSilence.has_value();
   long status = 0;
   char* redirect = nullptr;
   char* peer = nullptr;
@@ -298,7 +297,7 @@ HttpError CurlHttpClient::Session::errorOf(Attempt const& attempt, HttpRequest c
   }
   if (attempt.fellSilent) {
     return {Kind::timedOut, target.host + " sent nothing for " +
-                                secondsText(longestSilence(request).value_or(std::chrono::seconds(0)))};
+                                secondsText(request.longestSilence.value_or(std::chrono::seconds(0)))};
   }
   if (attempt.code == CURLE_OPERATION_TIMEDOUT) {
     return {Kind::timedOut,
