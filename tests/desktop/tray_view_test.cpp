@@ -18,10 +18,6 @@ struct SummaryRow {
   std::string summary;
 };
 
-void PrintTo(SummaryRow const& row, std::ostream* out) {
-  *out << row.name;
-}
-
 std::vector<SummaryRow> summaryRows() {
   WeatherState loading;
   loading.isLoading = true;

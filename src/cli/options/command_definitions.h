@@ -34,7 +34,7 @@ std::string namesOf() {
 std::string countryCodeProblem(std::string const& text);
 
 /// What every command takes.
-void defineCommon(Command app, CommandLine& line, RawOptions& raw);
+void defineCommon(Command command, CommandLine& line, RawOptions& raw);
 
 /// --country, --region and --region-name.
 void defineStatedRegions(Command command, StatedRegions& stated);
