@@ -3,7 +3,6 @@
 // terms, an own User-Agent with a contact and compression, are the HTTP client's.)
 #pragma once
 
-#include "providers/credit.h"
 #include "providers/forecast_client.h"
 #include "providers/kept_answers.h"
 #include "providers/time_zone_lookup.h"
@@ -23,11 +22,6 @@ class YrNoClient final : public ForecastClient {
   /// it is missing.
   YrNoClient(HttpClient& http, Clock const& clock, ServiceAddress address, TimeZoneLookup timeZone,
              std::filesystem::path cacheDirectory = {});
-
-  static constexpr std::string_view name() { return "MET Norway"; }
-  static constexpr Credit credit() {
-    return {"Data from MET Norway (CC BY 4.0, NLOD 2.0)", "https://api.met.no/"};
-  }
 
   /// Told of what is no failure: a version that the service calls deprecated, a file that cannot be written.
   /// Set before the first fetch.

@@ -1,7 +1,6 @@
 // The forecast of a coordinate from Open-Meteo: request, parser and the join into the interchange record.
 #pragma once
 
-#include "providers/credit.h"
 #include "providers/forecast_client.h"
 #include "providers/openmeteo/open_meteo_parser.h"
 
@@ -11,11 +10,6 @@ class OpenMeteoClient final : public ForecastClient {
  public:
   OpenMeteoClient(HttpClient& http, Clock const& clock, ServiceAddress address)
       : ForecastClient(http, clock, std::move(address)) {}
-
-  static constexpr std::string_view name() { return "Open-Meteo"; }
-  static constexpr Credit credit() {
-    return {"Weather data by Open-Meteo.com (CC BY 4.0)", "https://open-meteo.com/"};
-  }
 
  private:
   Result<WttrResponse, APIError> fetch(Coordinate place, std::stop_token const& stop) override;

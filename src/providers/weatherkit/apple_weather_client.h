@@ -2,7 +2,6 @@
 // configures; none is part of the program.
 #pragma once
 
-#include "providers/credit.h"
 #include "providers/forecast_client.h"
 #include "providers/time_zone_lookup.h"
 #include "providers/weatherkit/apple_weather_token.h"
@@ -18,12 +17,6 @@ class AppleWeatherClient final : public ForecastClient {
       : ForecastClient(http, clock, std::move(address)),
         timeZone_(std::move(timeZone)),
         token_(clock, std::move(credentials)) {}
-
-  static constexpr std::string_view name() { return "Apple Weather"; }
-  /// The trademark and the legal link must stand beside the data.
-  static constexpr Credit credit() {
-    return {"Apple Weather", "https://developer.apple.com/weatherkit/data-source-attribution/"};
-  }
 
   /// Without all four credentials every fetch fails at once, without a request: `networkError` with the
   /// detail "WeatherKit is not configured" and no `transport`. Whoever tries several providers asks here

@@ -2,7 +2,6 @@
 // guarantee and fails in ways of its own, so it is the last to be asked.
 #pragma once
 
-#include "providers/credit.h"
 #include "providers/forecast_client.h"
 #include "providers/time_zone_lookup.h"
 
@@ -14,9 +13,6 @@ class WttrAPIClient final : public ForecastClient {
  public:
   WttrAPIClient(HttpClient& http, Clock const& clock, ServiceAddress address, TimeZoneLookup timeZone)
       : ForecastClient(http, clock, std::move(address)), timeZone_(std::move(timeZone)) {}
-
-  static constexpr std::string_view name() { return "wttr.in"; }
-  static constexpr Credit credit() { return {"Weather data by wttr.in", "https://wttr.in/"}; }
 
  private:
   Result<WttrResponse, APIError> fetch(Coordinate place, std::stop_token const& stop) override;
