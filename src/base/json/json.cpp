@@ -1,7 +1,5 @@
 #include "base/json/json.h"
 
-#include "base/json/json_codec.h"
-
 #include <charconv>
 #include <cmath>
 
@@ -73,7 +71,5 @@ void JsonWriter::key(std::string_view key) {
   value(key);
   out_ += ':';
 }
-
-template Result<std::map<std::string, std::string, std::less<>>, DecodeError> decodeJson(std::string_view);
 
 }  // namespace nimbara
