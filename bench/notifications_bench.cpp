@@ -36,7 +36,7 @@ std::vector<WeatherAlert> warnings(int count) {
     alert.severity = AlertSeverity::warning;
     alert.title = "High Wind Warning";
     alert.message = std::string(800, 'x');
-    alert.icon = "wind";
+    alert.kind = WarningKind::wind;
     alert.onset = now();
     alert.expires = now() + std::chrono::hours(6);
   }

@@ -130,13 +130,13 @@ class Run {
 
  private:
   template <class... Arguments>
-  void add(Severity severity, std::string_view title, std::string_view icon, std::string_view message,
+  void add(Severity severity, std::string_view title, WarningKind kind, std::string_view message,
            Arguments const&... arguments) {
     WeatherAlert alert;
     alert.severity = severity;
     alert.title = texts_.text(title);
     alert.message = texts_.format(message, arguments...);
-    alert.icon = icon;
+    alert.kind = kind;
     found_.push_back(std::move(alert));
   }
 
@@ -149,7 +149,7 @@ class Run {
 
   /// Heat (`sign` +1) or, mirrored, cold (-1): the extreme of the coming hours against the present.
   template <std::size_t count>
-  void extremeTemperature(std::array<Level, count> const& levels, double sign, std::string_view icon) {
+  void extremeTemperature(std::array<Level, count> const& levels, double sign, WarningKind kind) {
     auto const felt = [sign](auto const& conditions) { return sign * feltOf(conditions); };
     HourlyForecast const* hour = peak(long_, felt);
     if (!hasReading() && hour == nullptr) return;
@@ -160,15 +160,15 @@ class Run {
     if (level == nullptr) return;
     std::string const shown =
         display(sign * value, units_.temperature) + " " + std::string(symbol(units_.temperature));
-    add(level->severity, level->title, icon, level->message, shown, suffix(hour));
+    add(level->severity, level->title, kind, level->message, shown, suffix(hour));
   }
 
-  void heat() { extremeTemperature(kHeat, 1, "thermometer.sun.fill"); }
-  void cold() { extremeTemperature(kCold, -1, "thermometer.snowflake"); }
+  void heat() { extremeTemperature(kHeat, 1, WarningKind::heat); }
+  void cold() { extremeTemperature(kCold, -1, WarningKind::cold); }
 
   void stormSetup() {
     if (auto const* const hour = firstWhere(short_, isStormSetup)) {
-      add(Severity::critical, "alert.gen.tornadoSetup", "tornado", "alert.gen.tornadoSetup.msg",
+      add(Severity::critical, "alert.gen.tornadoSetup", WarningKind::tornado, "alert.gen.tornadoSetup.msg",
           label(*hour));
     }
   }
@@ -177,7 +177,7 @@ class Run {
     auto const* const hour = peak(short_, &HourlyForecast::chanceOfThunder);
     if (hour == nullptr || hour->chanceOfThunder < 50) return;
     add(hour->chanceOfThunder >= 70 ? Severity::warning : Severity::advisory, "alert.gen.thunderRisk",
-        "cloud.bolt.fill", "alert.gen.thunderRisk.msg", label(*hour), hour->chanceOfThunder);
+        WarningKind::thunderstorm, "alert.gen.thunderRisk.msg", label(*hour), hour->chanceOfThunder);
   }
 
   void rain() {
@@ -188,7 +188,7 @@ class Run {
     if (adjustedRainChance(*hour) < 70 && total < 20) return;
     bool const floods = total >= 30;
     Severity const severity = floods || hour->precipMM >= 8 ? Severity::warning : Severity::advisory;
-    add(severity, floods ? "alert.gen.floodingRain" : "alert.gen.heavyRain", "cloud.heavyrain.fill",
+    add(severity, floods ? "alert.gen.floodingRain" : "alert.gen.heavyRain", WarningKind::rain,
         "alert.gen.rain.msg", label(*hour), hour->precipMM, total);
   }
 
@@ -199,48 +199,49 @@ class Run {
   }
 
   void snow() {
-    constexpr std::string_view kIcon = "cloud.snow.fill";
     double const today = snowToday();
     if (today > 10) {
-      return add(Severity::warning, "alert.gen.heavySnow", kIcon, "alert.gen.heavySnow.msg", today);
+      return add(Severity::warning, "alert.gen.heavySnow", WarningKind::snow, "alert.gen.heavySnow.msg",
+                 today);
     }
     if (today >= 3) {
-      return add(Severity::advisory, "alert.gen.snowExpected", kIcon, "alert.gen.snowToday.msg", today);
+      return add(Severity::advisory, "alert.gen.snowExpected", WarningKind::snow, "alert.gen.snowToday.msg",
+                 today);
     }
     auto const* const hour = peak(long_, &HourlyForecast::chanceOfSnow);
     if (hour == nullptr || hour->chanceOfSnow < 60) return;
-    add(Severity::advisory, "alert.gen.snowExpected", kIcon, "alert.gen.snowPeak.msg", label(*hour));
+    add(Severity::advisory, "alert.gen.snowExpected", WarningKind::snow, "alert.gen.snowPeak.msg",
+        label(*hour));
   }
 
   void ice() {
     if (auto const* const hour = firstWhere(long_, isIcy)) {
-      add(Severity::advisory, "alert.gen.icy", "snowflake", "alert.gen.icy.msg", label(*hour));
+      add(Severity::advisory, "alert.gen.icy", WarningKind::ice, "alert.gen.icy.msg", label(*hour));
     }
   }
 
   void fog() {
     constexpr std::string_view kTitle = "alert.gen.denseFog";
-    constexpr std::string_view kIcon = "cloud.fog.fill";
     auto const& current = weather_.current;
     bool const isFoggyNow =
         hasReading() && current.has(WeatherDetailField::visibility) && current.visibility < 1;
     if (auto const* const hour = firstWhere(short_, isFoggy)) {
-      add(Severity::advisory, kTitle, kIcon, "alert.gen.fogAt.msg", label(*hour));
+      add(Severity::advisory, kTitle, WarningKind::fog, "alert.gen.fogAt.msg", label(*hour));
     } else if (isFoggyNow) {
-      add(Severity::advisory, kTitle, kIcon, "alert.gen.fogNow.msg");
+      add(Severity::advisory, kTitle, WarningKind::fog, "alert.gen.fogNow.msg");
     }
   }
 
   void ultraviolet() {
     constexpr std::string_view kTitle = "alert.gen.uvHigh";
-    constexpr std::string_view kIcon = "sun.max.trianglebadge.exclamationmark";
     auto const* const hour = peak(long_, &HourlyForecast::uvIndex);
     int const value =
         std::max(hasReading() ? weather_.current.uvIndex : 0, hour == nullptr ? 0 : hour->uvIndex);
     if (value < 8) return;
     Severity const severity = value >= 11 ? Severity::warning : Severity::advisory;
-    if (hour != nullptr) return add(severity, kTitle, kIcon, "alert.gen.uvAt.msg", value, label(*hour));
-    add(severity, kTitle, kIcon, "alert.gen.uvNow.msg", value);
+    if (hour != nullptr)
+      return add(severity, kTitle, WarningKind::sun, "alert.gen.uvAt.msg", value, label(*hour));
+    add(severity, kTitle, WarningKind::sun, "alert.gen.uvNow.msg", value);
   }
 
   void wind() {
@@ -251,7 +252,7 @@ class Run {
     if (level == nullptr) return;
     auto const whole = static_cast<int>(convert(value, units_.wind));
     std::string const shown = std::to_string(whole) + " " + std::string(symbol(units_.wind));
-    add(level->severity, level->title, "wind", level->message, shown, suffix(hour));
+    add(level->severity, level->title, WarningKind::wind, level->message, shown, suffix(hour));
   }
 
   WeatherData const& weather_;

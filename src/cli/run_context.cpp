@@ -8,8 +8,8 @@
 #include "app/settings/service_directory.h"
 #include "base/text/text.h"
 #include "base/words/time_words.h"
-#include "feeds/fetching/plain_problem.h"
 
+#include <utility>
 #include <variant>
 
 namespace nimbara {
@@ -62,6 +62,12 @@ EngineOptions optionsOf(CommonOptions const& common, Session const& session, Clo
   options.settings = session.settings;
   options.clock = &clock;
   return options;
+}
+
+/// Leaves out a parser's words, and takes the moment of the next attempt out.
+std::optional<Instant> withoutDetails(ServiceFailure& failure) {
+  if (failure.kind == ServiceFailure::Kind::unreadable) failure.detail = "the response could not be read";
+  return std::exchange(failure.nextTry, std::nullopt);
 }
 
 }  // namespace
@@ -124,14 +130,23 @@ void RunContext::tell(std::string_view sentence) const {
   if (!sentence.empty()) session_.console.err("nimbara: " + oneLine(sentence, 1000) + "\n");
 }
 
-std::string RunContext::plain(std::string_view problem) const {
-  if (common_.verbose) return std::string(problem);
-  auto const [text, next] = plainProblem(problem);
+std::string RunContext::plain(ServiceFailure failure) const {
+  if (common_.verbose) return nimbara::sentenceOf(failure);
+  auto const next = withoutDetails(failure);
+  std::string const text = nimbara::sentenceOf(failure);
   return next ? text + "; next attempt: " + moment(*next) : text;
 }
 
-std::string RunContext::advised(std::string_view problem) const {
-  return plain(problem) + (plainProblem(problem).next ? "" : "; try again later");
+std::string RunContext::plain(InputFailure failure) const {
+  if (common_.verbose) return nimbara::sentenceOf(failure);
+  auto const next = withoutDetails(failure.failure);
+  std::string const text = nimbara::sentenceOf(failure);
+  return next ? text + "; next attempt: " + moment(*next) : text;
+}
+
+std::string RunContext::advised(std::optional<ServiceFailure> const& failure) const {
+  if (!failure) return "try again later";
+  return plain(*failure) + (failure->nextTry ? "" : "; try again later");
 }
 
 std::string RunContext::moment(Instant when) const {

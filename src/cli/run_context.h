@@ -6,6 +6,7 @@
 #include "app/places/place.h"
 #include "app/services/composition.h"
 #include "cli/cli.h"
+#include "notifications/rules/rule_inputs.h"
 #include "providers/common/api_error.h"
 
 #include <memory>
@@ -50,10 +51,11 @@ class RunContext {
   std::string moment(Instant when) const;
   /// One line on standard error; nothing for an empty sentence.
   void tell(std::string_view sentence) const;
-  /// A feed's sentence as people read it, with the machine's clock; whole with --verbose.
-  std::string plain(std::string_view problem) const;
+  /// Why a feed failed, as people read it, with the machine's clock; whole with --verbose.
+  std::string plain(ServiceFailure failure) const;
+  std::string plain(InputFailure failure) const;
   /// The same, and what to do.
-  std::string advised(std::string_view problem) const;
+  std::string advised(std::optional<ServiceFailure> const& failure) const;
   /// Why no forecast was available, with every provider that was asked, and what to do.
   std::string sentenceOf(APIError const& error) const;
 

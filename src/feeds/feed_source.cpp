@@ -2,7 +2,6 @@
 
 #include "base/text/text.h"
 #include "feeds/fetching/feed_exchange.h"
-#include "feeds/fetching/plain_problem.h"
 #include "feeds/quakes/earthquake_event.h"
 #include "feeds/space/element_text.h"
 #include "platform/network_reach.h"
@@ -17,17 +16,19 @@ constexpr int kRefused = 403;
 
 }  // namespace
 
-Result<std::string, std::string> servedBody(FeedKey const& key, std::string_view body) {
+Result<std::string, ServiceFailure> servedBody(FeedKey const& key, std::string_view body) {
+  auto const unreadable = [](std::string why) {
+    return std::unexpected(ServiceFailure::of(ServiceFailure::Kind::unreadable, std::move(why)));
+  };
   if (key.kind == FeedKey::Kind::quakes) {
     auto const events = parseEarthquakes(body);
     if (!events)
-      return std::unexpected("the response is not a valid list of earthquakes (" + events.error().text() +
-                             ")");
+      return unreadable("the response is not a valid list of earthquakes (" + events.error().text() + ")");
     return std::string(body);
   }
   auto elements = elementText(body);
-  if (!elements) return std::unexpected(std::move(elements.error()));
-  if (elements->count == 0) return std::unexpected("the response lists no satellites");
+  if (!elements) return unreadable(std::move(elements.error()));
+  if (elements->count == 0) return unreadable("the response lists no satellites");
   return std::move(elements->text);
 }
 
@@ -40,32 +41,28 @@ HttpRequest relayRequest(std::string const& base, FeedKey const& key) {
   return request;
 }
 
-Result<FeedBody, std::string> RelayFeedSource::get(FeedKey const& key, std::stop_token const& stop) {
+Result<FeedBody, ServiceFailure> RelayFeedSource::get(FeedKey const& key, std::stop_token const& stop) {
   {
     std::lock_guard const lock(mutex_);
     auto const resting = notBefore_.find(key);
     if (resting != notBefore_.end() && clock_.now() < resting->second) {
-      return std::unexpected(withNextRequest("the service failed a short while ago", resting->second));
+      auto failure = ServiceFailure::of(ServiceFailure::Kind::leftAlone);
+      failure.nextTry = resting->second;
+      return std::unexpected(std::move(failure));
     }
   }
   return ask(key, stop);
 }
 
-Result<FeedBody, std::string> RelayFeedSource::ask(FeedKey const& key, std::stop_token const& stop) {
-  auto const answer = http_.get(relayRequest(base_, key), stop);
-  if (!answer) {
-    bool const wasAsked = !stop.stop_requested() && !isNetworkAway(answer.error().kind);
-    if (wasAsked) pause(key, 0);
-    return std::unexpected(networkProblem(answer.error()));
-  }
-  if (!isSuccess(answer->status)) {
-    pause(key, answer->status);
-    return std::unexpected(statusProblem(answer->status));
-  }
-  auto body = servedBody(key, answer->body);
+Result<FeedBody, ServiceFailure> RelayFeedSource::ask(FeedKey const& key, std::stop_token const& stop) {
+  auto const answer = exchange(http_, relayRequest(base_, key), {}, stop);
+  auto body = answer ? servedBody(key, (*answer)->body) : std::unexpected(answer.error());
   if (!body) {
-    pause(key, answer->status);
-    return std::unexpected(std::move(body.error()));
+    ServiceFailure& failure = body.error();
+    bool const wasAsked =
+        !failure.transport || (!stop.stop_requested() && !isNetworkAway(*failure.transport));
+    if (wasAsked) pause(key, failure.status);
+    return std::unexpected(std::move(failure));
   }
   return FeedBody{std::move(*body), clock_.now()};
 }

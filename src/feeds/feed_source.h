@@ -7,6 +7,7 @@
 #include "feeds/fetching/feed_key.h"
 #include "platform/clock.h"
 #include "platform/http_client.h"
+#include "platform/service_failure.h"
 
 #include <map>
 #include <mutex>
@@ -23,13 +24,13 @@ struct FeedBody {
 class FeedSource {
  public:
   virtual ~FeedSource() = default;
-  /// A body that was read and is what the feed promises. The error is a sentence without a full stop.
-  virtual Result<FeedBody, std::string> get(FeedKey const& key, std::stop_token const& stop = {}) = 0;
+  /// A body that was read and is what the feed promises.
+  virtual Result<FeedBody, ServiceFailure> get(FeedKey const& key, std::stop_token const& stop = {}) = 0;
 };
 
-/// A body of any of the feed's forms to the one in which it is passed on; the error is a sentence about an
-/// answer that is something else, or that lists no satellite.
-Result<std::string, std::string> servedBody(FeedKey const& key, std::string_view body);
+/// A body of any of the feed's forms to the one in which it is passed on; `unreadable` where the answer is
+/// something else or lists no satellite.
+Result<std::string, ServiceFailure> servedBody(FeedKey const& key, std::string_view body);
 
 /// Where a feed lies at a relay.
 HttpRequest relayRequest(std::string const& base, FeedKey const& key);
@@ -45,10 +46,10 @@ class RelayFeedSource final : public FeedSource {
   RelayFeedSource(HttpClient& http, Clock const& clock, std::string base)
       : http_(http), clock_(clock), base_(std::move(base)) {}
 
-  Result<FeedBody, std::string> get(FeedKey const& key, std::stop_token const& stop = {}) override;
+  Result<FeedBody, ServiceFailure> get(FeedKey const& key, std::stop_token const& stop = {}) override;
 
  private:
-  Result<FeedBody, std::string> ask(FeedKey const& key, std::stop_token const& stop);
+  Result<FeedBody, ServiceFailure> ask(FeedKey const& key, std::stop_token const& stop);
   void pause(FeedKey const& key, int status);
 
   HttpClient& http_;

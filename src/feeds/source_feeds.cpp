@@ -1,11 +1,10 @@
 #include "feeds/source_feeds.h"
 
-#include "base/files/file.h"
 #include "base/files/file_lock.h"
 #include "base/files/private_folders.h"
 #include "base/json/json_codec.h"
 #include "feeds/fetching/feed_exchange.h"
-#include "feeds/fetching/plain_problem.h"
+#include "feeds/fetching/kept_record.h"
 #include "platform/network_reach.h"
 
 namespace nimbara {
@@ -19,7 +18,6 @@ constexpr std::chrono::seconds kTimeout{25};
 constexpr std::chrono::seconds kServerRetry{60};
 /// Less than any connection to a source takes.
 constexpr std::chrono::milliseconds kBarelyBegun{5};
-constexpr int kNotModified = 304;
 constexpr int kNotFound = 404;
 /// How often the lock of another process, each time for half a second, is waited for: a question of its own
 /// and some.
@@ -64,7 +62,7 @@ inline constexpr auto jsonFields<KeptFeed> =
 template <>
 inline constexpr auto jsonFields<SourceQuestion> = FieldList{
     field("askedAt", &SourceQuestion::askedAt), field("pauseSeconds", &SourceQuestion::pauseSeconds),
-    fieldOr("problem", &SourceQuestion::problem), fieldOr("tag", &SourceQuestion::tag),
+    field("failure", &SourceQuestion::failure), fieldOr("tag", &SourceQuestion::tag),
     fieldOr("open", &SourceQuestion::isOpen)};
 
 SourceFeeds::SourceFeeds(HttpClient& http, Clock const& clock, Options options)
@@ -74,9 +72,9 @@ std::chrono::seconds SourceFeeds::periodOf(FeedKey::Kind kind) {
   return sourceOf(kind).period;
 }
 
-Result<FeedBody, std::string> SourceFeeds::get(FeedKey const& key, std::stop_token const& stop) {
+Result<FeedBody, ServiceFailure> SourceFeeds::get(FeedKey const& key, std::stop_token const& stop) {
   Reading reading = read(key, stop);
-  if (!reading.problem.empty()) return std::unexpected(std::move(reading.problem));
+  if (reading.failure) return std::unexpected(std::move(*reading.failure));
   return FeedBody{reading.kept->body, reading.kept->fetchedAt};
 }
 
@@ -91,8 +89,9 @@ SourceFeeds::Reading SourceFeeds::read(FeedKey const& key, std::stop_token const
     return readingOf(state);
   }
   auto const others = waitForOthers(key, stop);
-  if (stop.stop_requested()) return {state.kept, "the request was cancelled"};
-  if (others && others->isTaken()) return {state.kept, "another running Nimbara is already asking"};
+  if (stop.stop_requested())
+    return {state.kept, ServiceFailure::network({HttpError::Kind::cancelled, "the request was cancelled"})};
+  if (others && others->isTaken()) return {state.kept, ServiceFailure::of(ServiceFailure::Kind::othersAsk)};
   state = stateOf(key, true);  // another thread or process may have renewed it meanwhile
   if (!isDue(state)) return readingOf(state);
   state = renewed(key, std::move(state), stop);
@@ -117,16 +116,16 @@ std::chrono::seconds SourceFeeds::pauseAfterAnswer(FeedKey const& key) const {
 }
 
 bool SourceFeeds::isDue(State const& state) const {
-  if (!state.kept && state.question.problem.empty()) return true;
+  if (!state.kept && !state.question.failure) return true;
   return !isYounger(state.question.askedAt, std::chrono::seconds(state.question.pauseSeconds), clock_.now());
 }
 
 SourceFeeds::Reading SourceFeeds::readingOf(State const& state) const {
-  if (state.kept && state.question.problem.empty()) return {state.kept, {}};
+  if (state.kept && !state.question.failure) return {state.kept, {}};
   auto const next = state.question.askedAt + std::chrono::seconds(state.question.pauseSeconds);
-  std::string problem = state.question.problem.empty() ? "no response yet" : state.question.problem;
-  if (next > clock_.now()) problem = withNextRequest(std::move(problem), next);
-  return {state.kept, std::move(problem)};
+  auto failure = state.question.failure.value_or(ServiceFailure::of(ServiceFailure::Kind::noAnswer));
+  if (next > clock_.now()) failure.nextTry = next;
+  return {state.kept, std::move(failure)};
 }
 
 /// What is newer: what this process remembers or what the folder holds. A server, which has it to itself for
@@ -155,10 +154,8 @@ void SourceFeeds::remember(FeedKey const& key, State state) {
 SourceFeeds::State SourceFeeds::stored(FeedKey const& key) const {
   State state;
   if (options_.folder.empty()) return state;
-  auto const noted = readFile(fileOf(key, kNoteFile), kLargestNote);
-  auto question = noted ? decodeJson<SourceQuestion>(*noted) : std::unexpected(DecodeError{});
-  auto const content = readFile(fileOf(key, kBodyFile), kLargestFile);
-  auto kept = content ? decodeJson<KeptFeed>(*content) : std::unexpected(DecodeError{});
+  auto question = keptRecord<SourceQuestion>(fileOf(key, kNoteFile), kLargestNote);
+  auto kept = keptRecord<KeptFeed>(fileOf(key, kBodyFile), kLargestFile);
   if (question) state.question = std::move(*question);
   if (!kept) {
     state.question.tag.clear();
@@ -179,23 +176,22 @@ bool SourceFeeds::note(FeedKey const& key, SourceQuestion const& question) const
   return written.has_value();
 }
 
-HttpRequest SourceFeeds::requestFor(FeedKey const& key, State const& state) const {
+HttpRequest SourceFeeds::requestFor(FeedKey const& key) const {
   HttpRequest request;
   request.url = key.kind == FeedKey::Kind::quakes
                     ? options_.usgsBase + "/earthquakes/feed/v1.0/summary/all_day.geojson"
                     : options_.celestrakBase + "/NORAD/elements/gp.php?GROUP=" + key.group + "&FORMAT=CSV";
   request.timeout = kTimeout;
   request.maxBodyBytes = kLargestBody;
-  if (state.kept && !state.question.tag.empty())
-    request.headers.emplace_back("If-None-Match", state.question.tag);
   return request;
 }
 
-Result<HttpResponse, HttpError> SourceFeeds::ask(FeedKey const& key, State const& state,
-                                                 std::stop_token const& stop) const {
-  auto answer = http_.get(requestFor(key, state), stop);
-  bool const isUnknown = answer && answer->status == kNotFound && !options_.relayBase.empty();
-  return isUnknown ? http_.get(relayRequest(options_.relayBase, key), stop) : std::move(answer);
+Result<std::optional<HttpResponse>, ServiceFailure> SourceFeeds::ask(FeedKey const& key, State const& state,
+                                                                     std::stop_token const& stop) const {
+  auto const kept = state.kept ? std::optional(Validators{state.question.tag, {}}) : std::nullopt;
+  auto answer = exchange(http_, requestFor(key), kept, stop);
+  bool const isUnknown = !answer && answer.error().status == kNotFound && !options_.relayBase.empty();
+  return isUnknown ? exchange(http_, relayRequest(options_.relayBase, key), {}, stop) : std::move(answer);
 }
 
 /// The question is noted before it is asked: a run that is killed has asked all the same.
@@ -203,42 +199,40 @@ SourceFeeds::State SourceFeeds::renewed(FeedKey const& key, State state, std::st
   SourceQuestion const before = state.question;
   state.question.askedAt = clock_.now();
   state.question.pauseSeconds = sourceOf(key.kind).pauseAfterFailure.count();
-  state.question.problem = "the last request got no response";
+  state.question.failure =
+      ServiceFailure::of(ServiceFailure::Kind::noAnswer, "the last request got no response");
   state.question.isOpen = true;
   std::ignore = note(key, state.question);
   state.question.isOpen = false;
   auto const begun = clock_.steadyNow();
   auto const answer = ask(key, state, stop);
-  if (answer) {
-    take(key, state, *answer);
-  } else {
-    state.question.problem = networkProblem(answer.error());
-    options_.log(key.name() + ": " + state.question.problem);
-    // A command that has used up its time gives up before it asks.
-    bool const wasNeverAsked =
-        answer.error().kind == HttpError::Kind::cancelled && clock_.steadyNow() - begun < kBarelyBegun;
-    if (wasNeverAsked || isNetworkAway(answer.error().kind)) {
-      // Nobody was asked. A server, which is asked all the time, looks again in a while.
-      bool const isServer = options_.isServer;
-      state.question.askedAt = isServer ? state.question.askedAt : before.askedAt;
-      state.question.pauseSeconds = isServer ? kServerRetry.count() : before.pauseSeconds;
-    }
-  }
+  auto failure = answer ? take(key, state, *answer) : std::optional(answer.error());
+  if (!failure) return state;
+  state.question.failure = failure;
+  options_.log(key.name() + ": " + sentenceOf(*failure));
+  // A command that has used up its time gives up before it asks.
+  bool const wasNeverAsked =
+      failure->transport == HttpError::Kind::cancelled && clock_.steadyNow() - begun < kBarelyBegun;
+  bool const isAway = failure->transport && isNetworkAway(*failure->transport);
+  if (!wasNeverAsked && !isAway) return state;
+  // Nobody was asked. A server, which is asked all the time, looks again in a while.
+  state.question.askedAt = options_.isServer ? state.question.askedAt : before.askedAt;
+  state.question.pauseSeconds = options_.isServer ? kServerRetry.count() : before.pauseSeconds;
   return state;
 }
 
-/// Takes an answer over into the state, whatever it is.
-void SourceFeeds::take(FeedKey const& key, State& state, HttpResponse const& response) const {
-  if (response.status == kNotModified && state.kept) return accept(key, state, state.kept->body);
-  if (!isSuccess(response.status)) {
-    state.question.problem = statusProblem(response.status);
-  } else if (auto body = servedBody(key, response.body); !body) {
-    state.question.problem = std::move(body.error());
-  } else {
-    state.question.tag = response.header("ETag").value_or("");
-    return accept(key, state, std::move(*body));
+/// Takes an answer over into the state, or says why it cannot be taken.
+std::optional<ServiceFailure> SourceFeeds::take(FeedKey const& key, State& state,
+                                                std::optional<HttpResponse> const& response) const {
+  if (!response) {
+    accept(key, state, state.kept->body);
+    return std::nullopt;
   }
-  options_.log(key.name() + ": " + state.question.problem);
+  auto body = servedBody(key, response->body);
+  if (!body) return std::move(body.error());
+  state.question.tag = Validators::of(*response).etag;
+  accept(key, state, std::move(*body));
+  return std::nullopt;
 }
 
 void SourceFeeds::accept(FeedKey const& key, State& state, std::string body) const {

@@ -29,10 +29,10 @@ struct SourceBody {
 /// When a source was last asked for a feed, and what became of it.
 struct SourceQuestion {
   Instant askedAt;
-  std::int64_t pauseSeconds = 0;  ///< until it may be asked again
-  std::string problem;            ///< a sentence; empty after an answer
-  std::string tag;                ///< by which the source tells whether its body has changed
-  bool isOpen = false;            ///< whoever asks is waiting for the answer, or was ended
+  std::int64_t pauseSeconds = 0;          ///< until it may be asked again
+  std::optional<ServiceFailure> failure;  ///< nothing after an answer
+  std::string tag;                        ///< by which the source tells whether its body has changed
+  bool isOpen = false;                    ///< whoever asks is waiting for the answer, or was ended
 };
 
 class SourceFeeds final : public FeedSource {
@@ -51,13 +51,13 @@ class SourceFeeds final : public FeedSource {
 
   struct Reading {
     std::shared_ptr<SourceBody const> kept;  ///< the last good one; null when there never was one
-    std::string problem;                     ///< why there is nothing newer; empty within the period
+    std::optional<ServiceFailure> failure;   ///< why there is nothing newer; nothing within the period
   };
 
   SourceFeeds(HttpClient& http, Clock const& clock, Options options);
 
   Reading read(FeedKey const& key, std::stop_token const& stop = {});
-  Result<FeedBody, std::string> get(FeedKey const& key, std::stop_token const& stop = {}) override;
+  Result<FeedBody, ServiceFailure> get(FeedKey const& key, std::stop_token const& stop = {}) override;
 
   /// Between questions for a feed.
   static std::chrono::seconds periodOf(FeedKey::Kind kind);
@@ -77,11 +77,12 @@ class SourceFeeds final : public FeedSource {
   bool isDue(State const& state) const;
   Reading readingOf(State const& state) const;
   State renewed(FeedKey const& key, State state, std::stop_token const& stop) const;
-  Result<HttpResponse, HttpError> ask(FeedKey const& key, State const& state,
-                                      std::stop_token const& stop) const;
-  void take(FeedKey const& key, State& state, HttpResponse const& response) const;
+  Result<std::optional<HttpResponse>, ServiceFailure> ask(FeedKey const& key, State const& state,
+                                                          std::stop_token const& stop) const;
+  std::optional<ServiceFailure> take(FeedKey const& key, State& state,
+                                     std::optional<HttpResponse> const& response) const;
   void accept(FeedKey const& key, State& state, std::string body) const;
-  HttpRequest requestFor(FeedKey const& key, State const& state) const;
+  HttpRequest requestFor(FeedKey const& key) const;
   std::filesystem::path fileOf(FeedKey const& key, std::string_view ending) const;
 
   HttpClient& http_;

@@ -3,6 +3,7 @@
 
 #include "base/result.h"
 #include "base/time/instant.h"
+#include "platform/service_failure.h"
 
 #include <functional>
 #include <stop_token>
@@ -17,9 +18,8 @@ struct ElementSets {
   Instant fetched;  ///< when their source gave them
 };
 
-/// Asks for a group by its name; blocks. The error is a sentence without a full stop. Whoever answers decides
-/// how often sources are asked.
+/// Asks for a group by its name; blocks. Whoever answers decides how often sources are asked.
 using ElementSource =
-    std::function<Result<ElementSets, std::string>(std::string_view group, std::stop_token const& stop)>;
+    std::function<Result<ElementSets, ServiceFailure>(std::string_view group, std::stop_token const& stop)>;
 
 }  // namespace nimbara

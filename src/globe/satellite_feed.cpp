@@ -18,7 +18,7 @@ bool isElements(std::string_view body) {
 }
 
 SatelliteGroupLoad loadOf(SatelliteCatalog::Group const& group, SatelliteGroupLoad::Source source,
-                          ElementSets const& sets, std::string failure = {}) {
+                          ElementSets const& sets, std::optional<ServiceFailure> failure = {}) {
   return {group, source, sets.fetched, SatelliteCatalog::parse(sets.text, group), std::move(failure)};
 }
 
@@ -27,8 +27,8 @@ SatelliteGroupLoad loadOf(SatelliteCatalog::Group const& group, SatelliteGroupLo
 SatelliteFeed::SatelliteFeed(ElementSource source, Clock const& clock, std::filesystem::path folder)
     : source_(std::move(source)), clock_(clock), folder_(std::move(folder)) {}
 
-Result<SatelliteGroupLoad, std::string> SatelliteFeed::load(SatelliteCatalog::Group const& group,
-                                                            std::stop_token const& stop) {
+Result<SatelliteGroupLoad, ServiceFailure> SatelliteFeed::load(SatelliteCatalog::Group const& group,
+                                                               std::stop_token const& stop) {
   using Source = SatelliteGroupLoad::Source;
   std::lock_guard const lock(turn_);
   auto const old = kept(group);
@@ -42,13 +42,12 @@ Result<SatelliteGroupLoad, std::string> SatelliteFeed::load(SatelliteCatalog::Gr
   return loadOf(group, Source::staleFile, *old, std::move(sets.error()));
 }
 
-Result<ElementSets, std::string> SatelliteFeed::ask(SatelliteCatalog::Group const& group,
-                                                    std::stop_token const& stop) {
-  std::string const what = "the satellites of the group " + std::string(group.id) + " could not be fetched: ";
+Result<ElementSets, ServiceFailure> SatelliteFeed::ask(SatelliteCatalog::Group const& group,
+                                                       std::stop_token const& stop) {
   auto sets = source_(group.id, stop);
-  if (sets && isElements(sets->text)) return sets;
-  if (stop.stop_requested()) return std::unexpected(what + "interrupted");
-  return std::unexpected(what + (sets ? "the response contains no element sets" : sets.error()));
+  if (!sets || isElements(sets->text)) return sets;
+  return std::unexpected(
+      ServiceFailure::of(ServiceFailure::Kind::unreadable, "the response contains no element sets"));
 }
 
 std::filesystem::path SatelliteFeed::fileOf(SatelliteCatalog::Group const& group) const {

@@ -6,6 +6,7 @@
 #include "globe/element_source.h"
 #include "globe/satellite_catalog.h"
 #include "platform/clock.h"
+#include "platform/service_failure.h"
 
 #include <filesystem>
 #include <functional>
@@ -25,7 +26,7 @@ struct SatelliteGroupLoad {
   Source source = Source::server;
   Instant fetched;  ///< when the text came from its source
   SatelliteCatalog::Parsed parsed;
-  std::string failure;  ///< why an old text had to do; for people, without a full stop
+  std::optional<ServiceFailure> failure;  ///< why an old text had to do
 };
 
 class SatelliteFeed {
@@ -35,14 +36,14 @@ class SatelliteFeed {
   /// Without a folder nothing outlives the process.
   SatelliteFeed(ElementSource source, Clock const& clock, std::filesystem::path folder);
 
-  /// The error is a sentence without a full stop: neither source nor file had the group.
-  Result<SatelliteGroupLoad, std::string> load(SatelliteCatalog::Group const& group,
-                                               std::stop_token const& stop = {});
+  /// An error where neither source nor file had the group.
+  Result<SatelliteGroupLoad, ServiceFailure> load(SatelliteCatalog::Group const& group,
+                                                  std::stop_token const& stop = {});
 
  private:
   std::filesystem::path fileOf(SatelliteCatalog::Group const& group) const;
   std::optional<ElementSets> kept(SatelliteCatalog::Group const& group) const;
-  Result<ElementSets, std::string> ask(SatelliteCatalog::Group const& group, std::stop_token const& stop);
+  Result<ElementSets, ServiceFailure> ask(SatelliteCatalog::Group const& group, std::stop_token const& stop);
   void keep(SatelliteCatalog::Group const& group, ElementSets const& sets) const;
 
   ElementSource source_;

@@ -5,6 +5,7 @@
 #include "base/json/json.h"
 #include "base/time/instant.h"
 #include "base/uuid.h"
+#include "model/warning_kind.h"
 
 #include <optional>
 #include <string>
@@ -39,7 +40,7 @@ struct WeatherAlert {
   AlertSeverity severity = AlertSeverity::info;
   std::string title;
   std::string message;
-  std::string icon;  ///< a system symbol's name
+  WarningKind kind = WarningKind::other;
   std::optional<std::string> description;
   std::optional<std::string> instruction;
   std::optional<std::string> source;
@@ -80,7 +81,7 @@ inline constexpr auto jsonFields<WeatherAlert> = FieldList{
     field("severity", &WeatherAlert::severity),
     field("title", &WeatherAlert::title),
     field("message", &WeatherAlert::message),
-    field("icon", &WeatherAlert::icon),
+    field("icon", &WeatherAlert::kind),
     field("description", &WeatherAlert::description),
     field("instruction", &WeatherAlert::instruction),
     field("source", &WeatherAlert::source),

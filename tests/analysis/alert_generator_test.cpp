@@ -265,7 +265,8 @@ TEST(AlertGenerator, AsksForBothThunderAndWindBeforeItSpeaksOfTornadoes) {
     weather.allHourly[7].chanceOfThunder = row.thunder;
     weather.allHourly[7].windGustKmph = row.gust;
     weather.allHourly[7].windSpeedKmph = row.wind;
-    EXPECT_EQ(alertsOf(weather).front().icon == "tornado", row.expected) << row.thunder << ' ' << row.gust;
+    EXPECT_EQ(alertsOf(weather).front().kind == WarningKind::tornado, row.expected)
+        << row.thunder << ' ' << row.gust;
   }
 }
 

@@ -42,10 +42,10 @@ TEST(CoverageText, SaysEachStateInItsOwnWords) {
 TEST(CoverageText, SaysSinceWhenAndWhyNothingIsKnown) {
   SourceCoverage failed = coverageOf(CoverageState::unchecked);
   failed.since = at("2026-11-21T13:05:00Z");
-  failed.reason = "the service returned status 503";
+  failed.reason = ServiceFailure::answered(503);
   EXPECT_EQ(textOf(failed),
             "Official warnings could not be checked since 1:05 PM: the service returned an error (HTTP 503)");
-  failed.reason = kNotAskedLately;
+  failed.reason = ServiceFailure::of(ServiceFailure::Kind::notAskedLately);
   EXPECT_EQ(textOf(failed), "Official warnings could not be checked since 1:05 PM: no check was requested");
   failed.count = 1;
   EXPECT_TRUE(textOf(failed).ends_with(". One known warning is still in effect"));

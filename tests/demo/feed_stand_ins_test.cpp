@@ -45,8 +45,9 @@ TEST_F(FeedStandIns, AnswerTheServicesOfTheProgram) {
   std::string const& base = server_->baseUrl();
   SourceFeeds sources(http_, clock_, {.usgsBase = base, .celestrakBase = base, .folder = {}});
   EarthquakeService quakes(sources, clock_, {{}, true});
-  auto const events = quakes.fetchEarthquakes();
-  EXPECT_EQ(quakes.problem(), "");
+  auto const reading = quakes.fetchEarthquakes();
+  EXPECT_EQ(reading.problem(), "");
+  auto const& events = reading.data;
   RelayFeedSource relay(http_, clock_, base);
   EXPECT_EQ(relay.get({})->body, sources.get({})->body);
   EXPECT_GT(events.size(), 100);
@@ -54,10 +55,10 @@ TEST_F(FeedStandIns, AnswerTheServicesOfTheProgram) {
   for (EarthquakeEvent const& event : events) EXPECT_TRUE(isValid(event.coordinate())) << event.id;
   GeomagneticService geomagnetic(http_, clock_, base);
   // The newest bin has no value yet.
-  EXPECT_NEAR(geomagnetic.currentKp().value_or(-1), demoKp(clock_.now() - 1h), 0.01);
+  EXPECT_NEAR(geomagnetic.currentKp().data.now.value_or(-1), demoKp(clock_.now() - 1h), 0.01);
   KpForecastService kpForecast(http_, clock_, base);
   auto const ahead = kpForecast.fetchForecast();
-  EXPECT_TRUE(ahead.isCurrent()) << ahead.problem;
+  EXPECT_TRUE(ahead.isCurrent()) << ahead.problem();
   ASSERT_FALSE(ahead.data.empty());
   EXPECT_EQ(ahead.data.front().begin, at("2026-11-21T09:00:00Z"));
   EXPECT_EQ(ahead.data.back().begin, at("2026-11-24T09:00:00Z"));

@@ -35,7 +35,7 @@ TEST_F(HazardStandIns, ForecastTheAir) {
   Coordinate const berlin{52.52, 13.405};
   AirQualityService service(http_, clock_, {server_->baseUrl(), ""});
   auto const reading = service.fetchForecast(berlin);
-  ASSERT_TRUE(reading.isCurrent()) << reading.problem;
+  ASSERT_TRUE(reading.isCurrent()) << reading.problem();
   ASSERT_EQ(reading.data.hours.size(), 120);
   EXPECT_EQ(reading.data.hours.front().time, at("2026-11-21T00:00:00Z"));
   EXPECT_TRUE(reading.data.hours[96].pm25);
@@ -65,7 +65,7 @@ TEST_F(HazardStandIns, AlwaysHaveAStormInEachOcean) {
   for (int step = 0; step < 12; ++step) {
     auto service = storms();
     auto const reading = service.fetchStorms();
-    ASSERT_TRUE(reading.isCurrent()) << reading.problem;
+    ASSERT_TRUE(reading.isCurrent()) << reading.problem();
     std::set<std::string> ids;
     std::set<TropicalBasin> basins;
     for (TropicalStorm const& storm : reading.data) {
@@ -108,7 +108,7 @@ TEST_F(HazardStandIns, BurnHereAndThere) {
   ASSERT_GE(middles.size(), 5);
   WildfireService service(http_, clock_, {server_->baseUrl(), "any"});
   auto const reading = service.fetchFires(middles.front(), 50);
-  ASSERT_TRUE(reading.isCurrent()) << reading.problem;
+  ASSERT_TRUE(reading.isCurrent()) << reading.problem();
   ASSERT_FALSE(reading.data.empty());
   EXPECT_LT(haversineKm(reading.data.front().coordinate, middles.front()), 2);
   EXPECT_GT(reading.data.front().hotSpots, 1);
@@ -117,13 +117,13 @@ TEST_F(HazardStandIns, BurnHereAndThere) {
   ASSERT_FALSE(later.data.empty());
   EXPECT_EQ(later.data.front().id, reading.data.front().id);
   WildfireService wrong(http_, clock_, {server_->baseUrl(), "wrong"});
-  EXPECT_NE(wrong.fetchFires(middles.front(), 50).problem.find("Invalid MAP_KEY"), std::string::npos);
+  EXPECT_NE(wrong.fetchFires(middles.front(), 50).problem().find("Invalid MAP_KEY"), std::string::npos);
 }
 
 TEST_F(HazardStandIns, AdviseTravellers) {
   TravelAdvisoryService service(http_, clock_, {server_->baseUrl(), {}});
   auto const reading = service.fetchAdvisories();
-  ASSERT_TRUE(reading.isCurrent()) << reading.problem;
+  ASSERT_TRUE(reading.isCurrent()) << reading.problem();
   EXPECT_EQ(reading.data.size(), 63);
   std::map<std::string, int> levels;
   for (TravelAdvisory const& advisory : reading.data) levels[advisory.country] = advisory.level;
@@ -152,7 +152,7 @@ TEST_F(HazardStandIns, StrikeInThunderstormsOnly) {
     }
     if (thunder != 0 && thunder != 5) continue;
     auto const reading = source.fetchStrikes(place, 30.5, clock_.now() - 50min);
-    ASSERT_TRUE(reading.isCurrent()) << reading.problem;
+    ASSERT_TRUE(reading.isCurrent()) << reading.problem();
     EXPECT_EQ(reading.data.size(), 4 * thunder) << formatIso8601(clock_.now());
     storms += thunder == 5 ? 1 : 0;
   }

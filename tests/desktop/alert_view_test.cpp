@@ -163,14 +163,14 @@ INSTANTIATE_TEST_SUITE_P(
                  "One official warning", "", "One official warning, checked 12:15"},
         CheckRow{"many", [](OfficialCheck& c) { c.coverage[0].state = CoverageState::warnings; }, 500, false,
                  "500 official warnings", "", "500 official warnings, checked 12:15"},
-        CheckRow{"failedWithout", [](OfficialCheck& c) { fail(c, kNow, "no network"); }, 0, true,
-                 "Official warnings could not be checked since 12:20",
-                 "Reason: no network. There may be warnings", kSince},
-        CheckRow{
-            "failedWith", [](OfficialCheck& c) { fail(c, kNow, "no network"); }, 2, true,
-            "2 official warnings",
-            "Official warnings could not be checked since 12:20. Reason: no network. Showing the last known",
-            kSince},
+        CheckRow{"failedWithout", [](OfficialCheck& c) { fail(c, kNow, ServiceFailure::answered(503)); }, 0,
+                 true, "Official warnings could not be checked since 12:20",
+                 "Reason: the service returned an error (HTTP 503). There may be warnings", kSince},
+        CheckRow{"failedWith", [](OfficialCheck& c) { fail(c, kNow, ServiceFailure::answered(503)); }, 2,
+                 true, "2 official warnings",
+                 "Official warnings could not be checked since 12:20. Reason: the service returned an error "
+                 "(HTTP 503). Showing the last known",
+                 kSince},
         CheckRow{"never",
                  [](OfficialCheck& c) {
                    c.coverage[0].checkedAt.reset();

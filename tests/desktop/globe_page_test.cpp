@@ -104,7 +104,7 @@ struct GlobePage : OffscreenTest {
 std::shared_ptr<GlobeState const> failed() {
   GlobeStateMaker maker;
   for (GlobeGroup& group : maker.state().groups) group.state = GlobeGroup::State::failed;
-  maker.state().earthquakeProblem = "no network";
+  maker.state().earthquakeFailure = ServiceFailure::answered(503);
   return maker.made();
 }
 

@@ -94,9 +94,7 @@ TEST(Legend, TellsEachRowOnce) {
       .satellite("COSMOS 2251 DEB", {0, 9}, 1.1);
   maker.state().hidden = {"debris", "earthquakes"};
   maker.state().groups[1].state = GlobeGroup::State::failed;
-  maker.state().groups[1].failure =
-      "the satellites of the group starlink could not be fetched: the network "
-      "cannot be reached (could not resolve host celestrak.org)";
+  maker.state().groups[1].failure = ServiceFailure::network({HttpError::Kind::unresolvedHost, ""});
   maker.state().groups[3].state = GlobeGroup::State::failed;
   maker.state().groups[4].state = GlobeGroup::State::waiting;
   maker.state().groups[7].state = GlobeGroup::State::failed;
@@ -119,18 +117,18 @@ TEST(Legend, TellsEachRowOnce) {
 
 struct EarthquakeRow {
   bool areAsked;
-  std::string problem;
+  std::optional<ServiceFailure> failure;
   std::string expected;
 };
 
 TEST(Legend, KnowsNoEarthquakesFromNotKnown) {
   for (EarthquakeRow const& row :
-       {EarthquakeRow{false, "", "+ Earthquakes, not known yet"}, EarthquakeRow{true, "", "+ Earthquakes, 0"},
-        EarthquakeRow{true, "the service took too long to respond",
+       {EarthquakeRow{false, {}, "+ Earthquakes, not known yet"}, EarthquakeRow{true, {}, "+ Earthquakes, 0"},
+        EarthquakeRow{true, ServiceFailure::network({HttpError::Kind::timedOut, ""}),
                       "+ Earthquakes, the service took too long to respond"}}) {
     GlobeStateMaker maker;
     maker.state().hasEarthquakes = row.areAsked;
-    maker.state().earthquakeProblem = row.problem;
+    maker.state().earthquakeFailure = row.failure;
     EXPECT_EQ(linesOf(legendRows(*maker.made(), contextAt(kNow))).back(), row.expected);
   }
 }
@@ -257,7 +255,7 @@ struct GlobeTest : testing::Test {
   RelayFeedSource relay{http, clock, "http://feed.test"};
   RelayFeedSource quakeRelay{quakeHttp, clock, "http://feed.test"};
   SatelliteFeed feed{
-      [this](std::string_view group, std::stop_token const& stop) -> Result<ElementSets, std::string> {
+      [this](std::string_view group, std::stop_token const& stop) -> Result<ElementSets, ServiceFailure> {
         auto body = relay.get({FeedKey::Kind::satellites, std::string(group)}, stop);
         if (!body) return std::unexpected(body.error());
         return ElementSets{body->body, body->fetchedAt};
@@ -314,7 +312,7 @@ TEST_F(GlobeTest, AsksAgainForWhatFailedAfterTenMinutes) {
   globe.setShown(true);
   work.runAll();
   EXPECT_EQ(globe.state()->groups[0].state, GlobeGroup::State::failed);
-  EXPECT_FALSE(globe.state()->earthquakeProblem.empty());
+  EXPECT_TRUE(globe.state()->earthquakeFailure);
   clock.advance(std::chrono::minutes(10) - std::chrono::milliseconds(1));
   globe.tick();
   EXPECT_EQ(work.waiting(), 1U) << "the earthquakes alone";

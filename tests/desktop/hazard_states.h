@@ -33,7 +33,7 @@ inline OfficialCheck checkOf(Place const& place) {
 }
 
 /// The check failed at `since`.
-inline void fail(OfficialCheck& check, Instant since, std::string reason) {
+inline void fail(OfficialCheck& check, Instant since, ServiceFailure reason) {
   SourceCoverage& coverage = check.coverage.front();
   coverage.state = CoverageState::unchecked;
   coverage.since = since;
@@ -45,9 +45,10 @@ inline HazardsState hazardsOf(OfficialCheck check) {
   HazardsState state;
   state.official = std::move(check);
   state.quakes.checkedAt = state.kp.checkedAt = state.kpForecast.checkedAt = kNow - std::chrono::minutes(5);
-  state.kp.data = 2.0;
+  state.kp.data.now = 2.0;
   Instant const newest = at("2026-11-21T12:00:00Z");
-  for (int bin = 55; bin >= 0; --bin) state.kpRecent.push_back({newest - bin * std::chrono::hours(3), 2});
+  for (int bin = 55; bin >= 0; --bin)
+    state.kp.data.recent.push_back({newest - bin * std::chrono::hours(3), 2});
   for (int bin = 1; bin <= 24; ++bin) {
     state.kpForecast.data.push_back({newest + bin * std::chrono::hours(3), 5, KpKind::predicted});
   }

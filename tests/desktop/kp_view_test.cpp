@@ -24,7 +24,7 @@ struct Levels : testing::TestWithParam<LevelRow> {};
 
 TEST_P(Levels, FollowTheScaleOfStorms) {
   HazardsState state = hazardsOf({});
-  state.kp.data = GetParam().kp;
+  state.kp.data.now = GetParam().kp;
   KpView const view = kpView(state, contextAt(kNow));
   EXPECT_EQ(view.word, GetParam().word);
   EXPECT_EQ(view.level, kpLevel(GetParam().kp));
@@ -50,25 +50,28 @@ TEST(KpView, TellsTheValueItsSourceAndAge) {
 TEST(KpView, TellsWhatIsNotKnownAndWhatIsOld) {
   struct Row {
     std::optional<std::chrono::milliseconds> age;
-    char const* problem;
+    bool hasFailed;
     bool isKnown;
     char const* word;
     char const* notice;
   };
-  for (Row const& row :
-       {Row{std::nullopt, "", false, "Loading K index…", ""},
-        Row{std::nullopt, "no network", false, "", "The K index could not be fetched. Reason: no network."},
-        Row{1h, "no network", true, "Quiet",
-            "The K index could not be updated since 11:20. Reason: no network."},
-        Row{6h, "no network", true, "Quiet",
-            "The K index could not be updated since 06:20. Reason: no network."},
-        Row{6h + 1ms, "no network", false, "",
-            "The K index could not be updated since 06:19. Reason: no network."}}) {
+  for (
+      Row const& row :
+      {Row{std::nullopt, false, false, "Loading K index…", ""},
+       Row{std::nullopt, true, false, "",
+           "The K index could not be fetched. Reason: the service returned an error (HTTP 503)."},
+       Row{1h, true, true, "Quiet",
+           "The K index could not be updated since 11:20. Reason: the service returned an error (HTTP 503)."},
+       Row{6h, true, true, "Quiet",
+           "The K index could not be updated since 06:20. Reason: the service returned an error (HTTP 503)."},
+       Row{6h + 1ms, true, false, "",
+           "The K index could not be updated since 06:19. Reason: the service returned an error (HTTP "
+           "503)."}}) {
     HazardsState state = hazardsOf({});
-    state.kp.problem = row.problem;
+    if (row.hasFailed) state.kp.failure = ServiceFailure::answered(503);
     state.kp.checkedAt.reset();
     if (row.age) state.kp.checkedAt = kNow - *row.age;
-    if (!row.age) state.kp.data.reset();
+    if (!row.age) state.kp.data.now.reset();
     KpView const view = kpView(state, contextAt(kNow));
     EXPECT_EQ(view.isKnown, row.isKnown) << row.notice;
     EXPECT_EQ(view.word, row.word);
@@ -93,7 +96,7 @@ TEST(KpBars, ShowTheWeekAndWhatIsForeseenOfTheNextDays) {
 TEST(KpBars, LeaveOutWhatWasForeseenOfThePastAndWhatIsFarAway) {
   HazardsState state = hazardsOf({});
   state.kpForecast.data.insert(state.kpForecast.data.begin(),
-                               {state.kpRecent.back().begin, 9, KpKind::predicted});
+                               {state.kp.data.recent.back().begin, 9, KpKind::predicted});
   state.kpForecast.data.push_back({kNow + 30 * 24h, 9, KpKind::predicted});
   EXPECT_EQ(kpBars(state, contextAt(kNow)), kpBars(hazardsOf({}), contextAt(kNow)));
   EXPECT_EQ(kpBars(state, contextAt(kNow + 300 * 24h)).bars.size(), 0);

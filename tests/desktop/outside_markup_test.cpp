@@ -41,7 +41,8 @@ std::shared_ptr<EngineSnapshot> markedUp(std::string const& markup) {
   SourceCoverage& coverage = hazards.official.coverage.front();
   coverage.state = CoverageState::unchecked;
   coverage.since = kNow;
-  coverage.reason = coverage.service = markup;
+  coverage.reason = ServiceFailure::of(ServiceFailure::Kind::unreadable, markup);
+  coverage.service = markup;
   coverage.areas = {markup};
   snapshot->hazards = shared(std::move(hazards));
   return snapshot;

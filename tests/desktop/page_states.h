@@ -75,12 +75,11 @@ inline std::shared_ptr<EngineSnapshot> manyHazards() {
 inline std::shared_ptr<EngineSnapshot> uncheckedHazards() {
   auto snapshot = snapshotOf(stateOf(mildWeek()));
   HazardsState hazards = hazardsOf(checkOf(*snapshot->place));
-  constexpr char kProblem[] = "the service returned status 503";
-  fail(hazards.official, kNow, kProblem);
-  hazards.quakes.problem = hazards.kp.problem = kProblem;
+  auto const failure = ServiceFailure::answered(503);
+  fail(hazards.official, kNow, failure);
+  hazards.quakes.failure = hazards.kp.failure = failure;
   hazards.kp.checkedAt.reset();
-  hazards.kp.data.reset();
-  hazards.kpRecent.clear();
+  hazards.kp.data = {};
   hazards.kpForecast.data.clear();
   snapshot->hazards = shared(std::move(hazards));
   return snapshot;

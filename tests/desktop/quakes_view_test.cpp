@@ -74,24 +74,26 @@ TEST(QuakeViews, TellDistanceAndDepthInTheUsersUnits) {
 
 TEST(QuakesView, TellsAnEmptyListFromOneThatIsNotKnown) {
   struct Row {
-    bool isChecked, hasData;
-    char const* problem;
+    bool isChecked, hasData, hasFailed;
     char const* count;
     char const* notice;
   };
   for (Row const& row :
-       {Row{true, false, "", "No matching earthquakes in the last 24 hours.", ""},
-        Row{true, true, "", "One earthquake in the last 24 hours", ""},
-        Row{false, false, "", "Loading earthquakes…", ""},
-        Row{false, false, "no network", "", "Earthquakes could not be fetched. Reason: no network."},
-        Row{false, true, "no network", "One earthquake in the last 24 hours",
-            "The earthquake list could not be updated. Showing the last known one. Reason: no network."},
-        Row{true, true, "no network", "One earthquake in the last 24 hours",
-            "The earthquake list could not be updated since 12:15. Reason: no network."}}) {
+       {Row{true, false, false, "No matching earthquakes in the last 24 hours.", ""},
+        Row{true, true, false, "One earthquake in the last 24 hours", ""},
+        Row{false, false, false, "Loading earthquakes…", ""},
+        Row{false, false, true, "",
+            "Earthquakes could not be fetched. Reason: the service returned an error (HTTP 503)."},
+        Row{false, true, true, "One earthquake in the last 24 hours",
+            "The earthquake list could not be updated. Showing the last known one. Reason: the service "
+            "returned an error (HTTP 503)."},
+        Row{true, true, true, "One earthquake in the last 24 hours",
+            "The earthquake list could not be updated since 12:15. Reason: the service returned an error "
+            "(HTTP 503)."}}) {
     HazardsState state = stateWith({});
     if (row.hasData) state.quakes.data = {quakeOf("a", 5, {0, 0}, 1h)};
     if (!row.isChecked) state.quakes.checkedAt.reset();
-    state.quakes.problem = row.problem;
+    if (row.hasFailed) state.quakes.failure = ServiceFailure::answered(503);
     QuakesView const view = quakesView(state, shownQuakes(state, kPlace, kNow), kPlace, contextAt(kNow));
     EXPECT_EQ(view.count, row.count) << row.notice;
     EXPECT_EQ(view.notice, row.notice);

@@ -33,7 +33,7 @@ struct StateRow {
   CoverageState state;
   std::size_t count;
   std::optional<Instant> since;
-  std::optional<std::string> reason;
+  std::optional<ServiceFailure> reason;
 };
 
 struct CoverageStates : testing::TestWithParam<StateRow> {};
@@ -80,16 +80,16 @@ INSTANTIATE_TEST_SUITE_P(
         StateRow{"failed",
                  [](GovSourceState& s) {
                    s.failedSince = kNow - 5min;
-                   s.problem = "the service took too long to respond";
+                   s.failure = ServiceFailure::answered(503);
                    s.alerts = {warningFor("a")};
                  },
-                 CoverageState::unchecked, 1, kNow - 5min, "the service took too long to respond"},
+                 CoverageState::unchecked, 1, kNow - 5min, ServiceFailure::answered(503)},
         StateRow{
             "never", [](GovSourceState& s) { s.checkedAt.reset(); }, CoverageState::unchecked, 0, {}, {}},
         StateRow{
             "trusted", [](GovSourceState& s) { s.checkedAt = kNow - 45min; }, CoverageState::none, 0, {}, {}},
         StateRow{"old", [](GovSourceState& s) { s.checkedAt = kNow - 45min - 1ms; }, CoverageState::unchecked,
-                 0, kNow - 45min - 1ms, std::string(kNotAskedLately)}),
+                 0, kNow - 45min - 1ms, ServiceFailure::of(ServiceFailure::Kind::notAskedLately)}),
     [](auto const& row) { return std::string(row.param.why); });
 
 TEST(Coverage, NamesTheCountryThatNobodyWarnsFor) {
@@ -102,6 +102,15 @@ TEST(Coverage, NamesTheCountryThatNobodyWarnsFor) {
   EXPECT_EQ(json.take(),
             R"([{"source":null,"service":null,"state":"uncovered","count":0,"checkedAt":null,"since":null,)"
             R"("reason":null,"areas":[],"country":"JP"}])");
+}
+
+TEST(Coverage, SaysItsReasonToScriptsInASentence) {
+  SourceCoverage failed;
+  failed.state = CoverageState::unchecked;
+  failed.reason = ServiceFailure::answered(503);
+  JsonWriter json;
+  writeCoverage(json, {failed});
+  EXPECT_NE(json.take().find(R"("reason":"the service returned status 503")"), std::string::npos);
 }
 
 TEST(Coverage, NamesEachUnplacedAreaOnce) {

@@ -135,7 +135,7 @@ TEST_F(EarthquakeServiceTest, AsksTheFeedServerEveryFiveMinutes) {
   EarthquakeService quakes = service();
   std::string const body = collection({quakeAt("a", clock_.now())});
   for (int i = 0; i < 2; ++i) http_.willAnswer(200, body);
-  EXPECT_EQ(quakes.fetchEarthquakes().size(), 1);
+  EXPECT_EQ(quakes.fetchEarthquakes().data.size(), 1);
   EXPECT_EQ(http_.requests[0].url, "https://feeds.example/api/feed.php?f=quakes");
   EXPECT_EQ(http_.requests[0].timeout, 25s);
   clock_.advance(299'999ms);
@@ -163,22 +163,27 @@ TEST_F(EarthquakeServiceTest, KeepsItsListThroughFailures) {
   for (Row const& row : {Row{500, collection({})}, Row{304, ""}, Row{200, "<html>"}, Row{200, "{"}}) {
     EarthquakeService quakes = service();
     http_.willAnswer(299, collection({quakeAt("a", clock_.now())}));
-    EXPECT_EQ(quakes.fetchEarthquakes().size(), 1);
-    EXPECT_EQ(quakes.problem(), "");
+    auto const fresh = quakes.fetchEarthquakes();
+    EXPECT_EQ(fresh.data.size(), 1);
+    EXPECT_TRUE(fresh.isCurrent());
+    Instant const checked = clock_.now();
     clock_.advance(300s);
     http_.willAnswer(row.status, row.body);
-    EXPECT_EQ(quakes.fetchEarthquakes().size(), 1);
-    EXPECT_NE(quakes.problem(), "");
+    auto const stale = quakes.fetchEarthquakes();
+    EXPECT_EQ(stale.data, fresh.data);
+    EXPECT_TRUE(stale.failure);
+    EXPECT_EQ(stale.checkedAt, checked);
+    EXPECT_EQ(stale.failedSince, clock_.now());
   }
 }
 
 TEST_F(EarthquakeServiceTest, RemembersOverARestartWhatIsLessThanADayOld) {
   Instant const now = clock_.now();
   http_.willAnswer(200, collection({quakeAt("old", now - 1h), quakeAt("new", now)}));
-  EXPECT_EQ(service().fetchEarthquakes().size(), 2);
+  EXPECT_EQ(service().fetchEarthquakes().data.size(), 2);
   clock_.advance(23h + 1s);
   EarthquakeService restarted = service();
-  auto const events = restarted.fetchEarthquakes();
+  auto const events = restarted.fetchEarthquakes().data;
   ASSERT_EQ(events.size(), 1);
   EXPECT_EQ(events[0].id, "new");
   EXPECT_EQ(http_.requests.size(), 2) << "what the disk holds is shown, but never taken for fresh";
@@ -188,22 +193,22 @@ TEST_F(EarthquakeServiceTest, LivesWithAnyFileOnDisk) {
   for (char const* const content : {"", "{}", "[{}]", "[", "\xff"}) {
     std::filesystem::create_directories(folder_.path() / "Earthquakes");
     folder_.write("Earthquakes/earthquakes.json", content);
-    EXPECT_TRUE(service().fetchEarthquakes().empty()) << content;
+    EXPECT_TRUE(service().fetchEarthquakes().data.empty()) << content;
   }
   std::filesystem::remove_all(folder_.path() / "Earthquakes");
   folder_.write("Earthquakes", "a file where the folder should be");
   http_.willAnswer(200, collection({quakeAt("a", clock_.now())}));
-  EXPECT_EQ(service().fetchEarthquakes().size(), 1);
+  EXPECT_EQ(service().fetchEarthquakes().data.size(), 1);
 }
 
 TEST_F(EarthquakeServiceTest, NeverTakesAStandInsListForItsOwn) {
   http_.willAnswer(200, collection({quakeAt("generated", clock_.now())}));
-  EXPECT_EQ(service(true).fetchEarthquakes().size(), 1);
-  EXPECT_EQ(service(true).fetchEarthquakes().size(), 1) << "the stand-in itself may";
-  EXPECT_TRUE(service().fetchEarthquakes().empty());
+  EXPECT_EQ(service(true).fetchEarthquakes().data.size(), 1);
+  EXPECT_EQ(service(true).fetchEarthquakes().data.size(), 1) << "the stand-in itself may";
+  EXPECT_TRUE(service().fetchEarthquakes().data.empty());
   http_.willAnswer(200, collection({quakeAt("real", clock_.now())}));
-  EXPECT_EQ(service().fetchEarthquakes().size(), 1);
-  EXPECT_EQ(service().fetchEarthquakes().size(), 1);
+  EXPECT_EQ(service().fetchEarthquakes().data.size(), 1);
+  EXPECT_EQ(service().fetchEarthquakes().data.size(), 1);
 }
 
 }  // namespace

@@ -164,24 +164,25 @@ class GeomagneticServiceTest : public testing::Test {
 TEST_F(GeomagneticServiceTest, AsksEveryHalfHour) {
   http_.willAnswer(200, R"([{"Kp":2}])");
   http_.willAnswer(200, R"([{"Kp":3}])");
-  EXPECT_EQ(service_.currentKp(), 2);
+  EXPECT_EQ(service_.currentKp().data.now, 2);
   EXPECT_EQ(http_.requests[0].url, "https://swpc.example/products/noaa-planetary-k-index.json");
   EXPECT_EQ(http_.requests[0].timeout, 12s);
   clock_.advance(1'799'999ms);
-  EXPECT_EQ(service_.currentKp(), 2);
+  EXPECT_EQ(service_.currentKp().data.now, 2);
   clock_.advance(1ms);
-  EXPECT_EQ(service_.currentKp(), 3);
-  EXPECT_EQ(service_.checkedAt(), at("2026-11-21T09:50:00Z"));
+  auto const second = service_.currentKp();
+  EXPECT_EQ(second.data.now, 3);
+  EXPECT_EQ(second.checkedAt, at("2026-11-21T09:50:00Z"));
   clock_.set(at("2026-11-20T09:20:00Z"));
   service_.currentKp();
   EXPECT_EQ(http_.requests.size(), 3) << "a clock that was set back";
 }
 
 TEST_F(GeomagneticServiceTest, KeepsItsValueThroughFailuresAndAsksAgain) {
-  EXPECT_EQ(service_.currentKp(), std::nullopt);
+  EXPECT_EQ(service_.currentKp().data.now, std::nullopt);
   http_.willAnswer(299, R"([{"Kp":2}])");
-  EXPECT_EQ(service_.currentKp(), 2);
-  EXPECT_EQ(service_.problem(), "");
+  EXPECT_EQ(service_.currentKp().data.now, 2);
+  EXPECT_TRUE(service_.currentKp().isCurrent());
   clock_.advance(30min);
   struct Row {
     int status;
@@ -190,13 +191,15 @@ TEST_F(GeomagneticServiceTest, KeepsItsValueThroughFailuresAndAsksAgain) {
   for (Row const& row :
        {Row{500, R"([{"Kp":9}])"}, Row{304, ""}, Row{200, "[]"}, Row{200, "<html>"}, Row{200, rows("")}}) {
     http_.willAnswer(row.status, row.body);
-    EXPECT_EQ(service_.currentKp(), 2) << row.body;
-    EXPECT_NE(service_.problem(), "");
+    auto const stale = service_.currentKp();
+    EXPECT_EQ(stale.data.now, 2) << row.body;
+    EXPECT_TRUE(stale.failure) << row.body;
+    EXPECT_EQ(stale.checkedAt, at("2026-11-21T09:20:00Z"));
   }
-  EXPECT_EQ(service_.checkedAt(), at("2026-11-21T09:20:00Z"));
   http_.willAnswer(200, R"([{"time_tag":"2026-11-21T06:00:00","Kp":4}])");
-  EXPECT_EQ(service_.currentKp(), 4);
-  EXPECT_EQ(told(service_.recent()), "06:00 4 observed");
+  auto const last = service_.currentKp();
+  EXPECT_EQ(last.data.now, 4);
+  EXPECT_EQ(told(last.data.recent), "06:00 4 observed");
 }
 
 }  // namespace

@@ -18,6 +18,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 Instant const kNow = at("2026-11-21T09:20:00Z");
+auto const kNoNetwork = ServiceFailure::network({HttpError::Kind::unresolvedHost, ""});
 
 /// An aggregator over sources that answer what a test says.
 class GovAlertServiceTest : public testing::Test {
@@ -86,14 +87,14 @@ TEST_F(GovAlertServiceTest, SaysSinceWhenACheckFailsAndShowsWhatStillHolds) {
   GovAlertService gov = service();
   gov.fetchAlerts(place_);
   clock_.advance(9min);
-  a_.answer = std::unexpected(GovSourceFailure{"no network", {}, {}});
+  a_.answer = std::unexpected(GovSourceFailure{kNoNetwork, {}, {}});
   EXPECT_THAT(titles(gov.fetchAlerts(place_)), ElementsAre("short", "long"));
   clock_.advance(1min);
   GovAlerts const later = gov.fetchAlerts(place_);
   EXPECT_THAT(titles(later), ElementsAre("long")) << "what has ended goes while the source fails, too";
   EXPECT_EQ(later.checkedAt(), kNow);
   EXPECT_EQ(later.failedSince(), kNow + 9min) << "the first failure, not the last";
-  EXPECT_EQ(later.sources.at(0).problem, "no network");
+  EXPECT_EQ(later.sources.at(0).failure, kNoNetwork);
   a_.answer = GovSourceAnswer{};
   GovAlerts const well = gov.fetchAlerts(place_);
   EXPECT_THAT(titles(well), IsEmpty());
@@ -102,7 +103,7 @@ TEST_F(GovAlertServiceTest, SaysSinceWhenACheckFailsAndShowsWhatStillHolds) {
 }
 
 TEST_F(GovAlertServiceTest, DoesNotTakeAFirstFailureForAnEmptyList) {
-  a_.answer = std::unexpected(GovSourceFailure{"no network", {}, {}});
+  a_.answer = std::unexpected(GovSourceFailure{kNoNetwork, {}, {}});
   GovAlerts const result = service().fetchAlerts(place_);
   EXPECT_TRUE(result.isCovered());
   EXPECT_EQ(result.checkedAt(), std::nullopt);
@@ -115,7 +116,7 @@ TEST_F(GovAlertServiceTest, AddsWhatIsReadableToWhatIsKnown) {
   GovAlertService gov = service();
   gov.fetchAlerts(place_);
   a_.answer = std::unexpected(GovSourceFailure{
-      "spoiled", {alert("both", AlertSeverity::warning, {}), alert("new", AlertSeverity::info, {})}, {}});
+      kNoNetwork, {alert("both", AlertSeverity::warning, {}), alert("new", AlertSeverity::info, {})}, {}});
   GovAlerts const result = gov.fetchAlerts(place_);
   EXPECT_THAT(titles(result), ElementsAre("both", "new", "known"));
   EXPECT_EQ(result.alerts[0].severity, AlertSeverity::warning);
@@ -125,7 +126,7 @@ TEST_F(GovAlertServiceTest, BelievesAnAlertWithoutEndForADay) {
   a_.answer = GovSourceAnswer{{alert("endless", AlertSeverity::info, {})}, {}};
   GovAlertService gov = service();
   gov.fetchAlerts(place_);
-  a_.answer = std::unexpected(GovSourceFailure{"no network", {}, {}});
+  a_.answer = std::unexpected(GovSourceFailure{kNoNetwork, {}, {}});
   clock_.advance(24h - 1ms);
   EXPECT_EQ(gov.fetchAlerts(place_).alerts.size(), 1);
   clock_.advance(1ms);
@@ -189,7 +190,7 @@ TEST_F(GovAlertServiceTest, PassesOnWhatCannotBePlaced) {
   GovAlerts const found = gov.fetchAlerts(place_);
   EXPECT_THAT(titles(found), ElementsAre("here"));
   ASSERT_EQ(found.unplaced.size(), 1);
-  a_.answer = std::unexpected(GovSourceFailure{"no network", {}, {}});
+  a_.answer = std::unexpected(GovSourceFailure{kNoNetwork, {}, {}});
   EXPECT_EQ(gov.fetchAlerts(place_).unplaced.size(), 1);
   EXPECT_EQ(service().keptAlerts(place_).unplaced.size(), 1);
   clock_.advance(1h);
@@ -224,7 +225,7 @@ TEST_F(GovAlertServiceTest, TakesOverChainsThatOlderVersionsKept) {
 TEST_F(GovAlertServiceTest, TakesAStoppedCheckForNoFailure) {
   GovAlertService gov = service();
   gov.fetchAlerts(place_);
-  a_.answer = std::unexpected(GovSourceFailure{"stopped", {}, {}});
+  a_.answer = std::unexpected(GovSourceFailure{kNoNetwork, {}, {}});
   std::stop_source stop;
   stop.request_stop();
   EXPECT_EQ(gov.fetchAlerts(place_, {}, stop.get_token()).failedSince(), std::nullopt);

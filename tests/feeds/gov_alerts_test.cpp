@@ -340,7 +340,7 @@ TEST(LiveEvents, FillTheAlert) {
   EXPECT_EQ(event.severity, AlertSeverity::warning);
   EXPECT_EQ(event.title, "Flood Watch");
   EXPECT_EQ(event.message, "Flood Watch issued");
-  EXPECT_EQ(event.icon, "cloud.heavyrain.fill");
+  EXPECT_EQ(event.kind, WarningKind::rain);
   EXPECT_EQ(event.description, "Rain.");
   EXPECT_EQ(event.instruction, std::nullopt);
   EXPECT_EQ(event.source, "NWS Chicago IL");
@@ -351,20 +351,28 @@ TEST(LiveEvents, FillTheAlert) {
   EXPECT_EQ(event.link, "https://api.weather.gov/alerts/urn%3Aoid%3A2.49");
 }
 
-TEST(LiveEvents, HaveIconsByTheirKind) {
+TEST(LiveEvents, AreOfTheKindThatTheirNameSays) {
   struct Row {
-    std::string_view event, icon;
+    std::string_view event;
+    WarningKind kind;
   };
+  using enum WarningKind;
   for (Row const& row :
-       {Row{"Tornado Warning", "tornado"}, Row{"Severe Thunderstorm Watch", "cloud.bolt.fill"},
-        Row{"Coastal Flood Advisory", "water.waves"}, Row{"Flash Flood Warning", "cloud.heavyrain.fill"},
-        Row{"Winter Storm Warning", "cloud.snow.fill"}, Row{"Wind Chill Warning", "thermometer.snowflake"},
-        Row{"High Wind Warning", "wind"}, Row{"Fire Weather Watch", "flame.fill"},
-        Row{"Hurricane Force Wind Warning", "hurricane"}, Row{"Storm Surge Warning", "water.waves"},
-        Row{"Dense Fog Advisory", "cloud.fog.fill"}, Row{"Extreme Heat Warning", "thermometer.sun.fill"},
-        Row{"Child Abduction Emergency", "exclamationmark.triangle.fill"}}) {
-    EXPECT_EQ(nwsIcon(row.event), row.icon) << row.event;
+       {Row{"Tornado Warning", tornado}, Row{"Severe Thunderstorm Watch", thunderstorm},
+        Row{"Coastal Flood Advisory", coast}, Row{"Flash Flood Warning", rain},
+        Row{"Winter Storm Warning", snow}, Row{"Wind Chill Warning", cold}, Row{"High Wind Warning", wind},
+        Row{"Fire Weather Watch", fire}, Row{"Hurricane Force Wind Warning", tropicalCyclone},
+        Row{"Storm Surge Warning", coast}, Row{"Dense Fog Advisory", fog}, Row{"Extreme Heat Warning", heat},
+        Row{"Child Abduction Emergency", other}}) {
+    EXPECT_EQ(nwsWarningKind(row.event), row.kind) << row.event;
   }
+}
+
+/// Records state it by the symbol's name.
+TEST(LiveEvents, HaveTheSymbolOfTheirKindInJson) {
+  WeatherAlert alert;
+  alert.kind = WarningKind::thunderstorm;
+  EXPECT_NE(encodeJson(alert).find(R"("icon":"cloud.bolt.fill")"), std::string::npos);
 }
 
 TEST(LiveEvents, LoseNothingOfRecordedLists) {

@@ -87,7 +87,7 @@ TEST_F(LightningSourceTest, TellsAFailureFromAQuietSky) {
   http_.willAnswer(500, "");
   auto const failed = source_.fetchStrikes({50, 10}, 20, clock_.now() - 1h);
   EXPECT_EQ(failed.state, FeedState::failed);
-  EXPECT_EQ(failed.problem, "the service returned status 500");
+  EXPECT_EQ(failed.problem(), "the service returned status 500");
   EXPECT_EQ(source_.fetchStrikes({50, 10}, 0, clock_.now()).state, FeedState::failed);
 }
 

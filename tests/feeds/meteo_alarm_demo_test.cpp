@@ -44,7 +44,7 @@ class MeteoAlarmDemoTest : public testing::Test {
     MeteoAlarmService service(client, clock, {server->baseUrl(), {}, {}}, texts,
                               [&](Coordinate place) { return regions.at(place); });
     auto const answer = service.fetch(town.coordinate, town.countryCode);
-    EXPECT_FALSE(answer.failure) << *answer.failure;
+    EXPECT_FALSE(answer.failure) << sentenceOf(*answer.failure);
     return answer.alerts;
   }
 

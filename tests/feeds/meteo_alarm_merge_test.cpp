@@ -71,7 +71,7 @@ TEST(MeteoAlarmMerging, MakesOneAlertOfEachKind) {
           .merged();
   ASSERT_EQ(alerts.size(), 2U);
   EXPECT_EQ(alerts[0].title, "Wind Warning");
-  EXPECT_EQ(alerts[0].icon, "wind");
+  EXPECT_EQ(alerts[0].kind, WarningKind::wind);
   EXPECT_EQ(alerts[0].severity, AlertSeverity::critical);
   EXPECT_EQ(alerts[0].onset, at("2026-11-21T03:00:00Z"));
   EXPECT_EQ(alerts[0].expires, at("2026-11-22T00:00:00Z"));
@@ -83,7 +83,7 @@ TEST(MeteoAlarmMerging, MakesOneAlertOfEachKind) {
   EXPECT_EQ(alerts[1].title, "Rain Warning");
   EXPECT_EQ(alerts[1].message, "North");
   EXPECT_FALSE(alerts[1].description || alerts[1].onset || alerts[1].expires);
-  EXPECT_EQ(alerts[1].icon, "cloud.heavyrain.fill");
+  EXPECT_EQ(alerts[1].kind, WarningKind::rain);
 }
 
 /// Both ways round: the order of the feed says nothing.

@@ -1,6 +1,6 @@
 #include "feeds/meteoalarm/meteo_alarm_atom_parser.h"
+#include "feeds/meteoalarm/meteo_alarm_classes.h"
 #include "feeds/meteoalarm/meteo_alarm_selection.h"
-#include "feeds/meteoalarm/meteo_alarm_type.h"
 #include "support/atom_feed.h"
 #include "support/bad_bytes.h"
 #include "support/instants.h"

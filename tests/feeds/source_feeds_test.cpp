@@ -84,7 +84,7 @@ TEST_F(SourceFeedsTest, LeavesARefusingSourceAloneForTwoHoursAcrossRuns) {
     clock_.advance(2h - 1ms);
     auto const refused = run().get(weather_);
     EXPECT_FALSE(refused);
-    EXPECT_THAT(refused.error(), HasSubstr("; next attempt from 2026-11-2"));
+    EXPECT_THAT(sentenceOf(refused.error()), HasSubstr("; next attempt from 2026-11-2"));
     EXPECT_EQ(asked(), before + 1) << body;
     http_.willAnswer(403, "");
     EXPECT_FALSE(run().get(starlink_)) << "another group has its own pause";
@@ -102,9 +102,11 @@ TEST_F(SourceFeedsTest, ALaterRunKnowsWhyThereIsNothingNewerAndWhatThereWas) {
   clock_.advance(6h);
   http_.willAnswer(403, "not again");
   auto const reading = run().read(weather_);
-  EXPECT_EQ(reading.problem, "the service returned status 403; next attempt from 2026-11-21T17:20:00Z");
+  ASSERT_TRUE(reading.failure);
+  EXPECT_EQ(sentenceOf(*reading.failure),
+            "the service returned status 403; next attempt from 2026-11-21T17:20:00Z");
   auto const later = run().read(weather_);
-  EXPECT_EQ(later.problem, reading.problem);
+  EXPECT_EQ(later.failure, reading.failure);
   ASSERT_TRUE(later.kept);
   EXPECT_THAT(later.kept->body, StartsWith("TEST SAT\n1 C3456U 26001A"));
   EXPECT_EQ(later.kept->fetchedAt, at("2026-11-21T09:20:00Z"));
@@ -152,7 +154,7 @@ TEST_F(SourceFeedsTest, AQuestionCountsBeforeItsAnswer) {
       .usgsBase = "", .celestrakBase = "https://celestrak", .folder = folder_.path() / "Sources"};
   ASSERT_TRUE(SourceFeeds(killing, clock_, options).get(weather_));
   options.folder = folder_.path() / "killed";
-  EXPECT_EQ(SourceFeeds(http_, clock_, options).get(weather_).error(),
+  EXPECT_EQ(sentenceOf(SourceFeeds(http_, clock_, options).get(weather_).error()),
             "the last request got no response; next attempt from 2026-11-21T11:20:00Z");
   EXPECT_EQ(asked(), 0U);
 }

@@ -24,13 +24,14 @@ class WatchedFeedTest : public testing::Test {
  protected:
   FeedReading<int> read() {
     return feed_.read(http_, clock_,
-                      {HttpRequest{.url = "https://a.example/x", .headers = {}}, "number", 60s}, parseWhole,
-                      {});
+                      {HttpRequest{.url = "https://a.example/x", .headers = {}}, "number", 60s, isPatient_},
+                      parseWhole, {});
   }
 
   test::FakeHttpClient http_;
   test::ManualClock clock_{at("2026-11-21T09:20:00Z")};
   WatchedFeed<int> feed_;
+  bool isPatient_ = true;
 };
 
 TEST_F(WatchedFeedTest, IsAskedAgainWhenItsLifeIsOver) {
@@ -70,10 +71,20 @@ TEST_F(WatchedFeedTest, SendsTheValidatorsOfWhatItRead) {
   auto const failed = read();
   EXPECT_EQ(failed.state, FeedState::failed);
   EXPECT_EQ(failed.data, 7);
-  EXPECT_NE(failed.problem.find("no number"), std::string::npos) << failed.problem;
+  EXPECT_NE(failed.problem().find("no number"), std::string::npos) << failed.problem();
   clock_.advance(60s);
   EXPECT_TRUE(read().isCurrent());
   EXPECT_EQ(headerOf(http_.requests[3], "If-None-Match"), "\"a\"") << "never that of what was not read";
+}
+
+TEST_F(WatchedFeedTest, AsksAnImpatientQuestionAgainAfterEveryFailure) {
+  isPatient_ = false;
+  http_.willAnswer(503, "");
+  http_.willAnswer(200, "7");
+  read();
+  EXPECT_EQ(read().data, 7);
+  read();
+  EXPECT_EQ(http_.requests.size(), 2) << "what is fresh is not asked for";
 }
 
 TEST_F(WatchedFeedTest, TakesNoConfirmationThatItDidNotAskFor) {
@@ -89,7 +100,7 @@ TEST_F(WatchedFeedTest, TellsSinceWhenItFailsAndForgetsItAfterwards) {
   clock_.advance(60s);
   Instant const first = clock_.now();
   http_.willFail({HttpError::Kind::connectionFailed, "no way"});
-  EXPECT_EQ(read().problem, "the service cannot be reached (no way)");
+  EXPECT_EQ(read().problem(), "the service cannot be reached (no way)");
   clock_.advance(1s);
   http_.willAnswer(503, "");
   auto const reading = read();
@@ -99,7 +110,7 @@ TEST_F(WatchedFeedTest, TellsSinceWhenItFailsAndForgetsItAfterwards) {
   clock_.advance(5min);
   http_.willAnswer(200, "9");
   EXPECT_FALSE(read().failedSince);
-  EXPECT_EQ(read().problem, "");
+  EXPECT_EQ(read().problem(), "");
 }
 
 TEST_F(WatchedFeedTest, LeavesARefusingServiceAlone) {

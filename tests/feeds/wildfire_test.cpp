@@ -207,9 +207,9 @@ TEST_F(WildfireServiceTest, NeverTellsTheKey) {
   auto const problemOf = [&] {
     auto const reading = service_.fetchFires({38.5, -122.6}, 50);
     EXPECT_EQ(reading.state, FeedState::failed);
-    EXPECT_FALSE(reading.problem.empty());
+    EXPECT_FALSE(reading.problem().empty());
     clock_.advance(1h);
-    return reading.problem;
+    return reading.problem();
   };
   for (std::string const& text : {"Invalid MAP_KEY " + key, std::string(60, 'x') + " " + key + " " + key}) {
     http_.willAnswer(200, text);

@@ -87,7 +87,7 @@ class GeneratedSummaryTest : public testing::Test {
 
   std::string scheduledBody() {
     auto const gather = [&](NeededInputs const&, std::stop_token const&) {
-      return PassInputs{.places = {test::ruleInputs(clock_.now())}, .foreign = {}};
+      return PassInputs{.places = {test::ruleInputs(clock_.now())}, .rules = {}};
     };
     PassReport const report = manager_.evaluate(gather);
     for (Decision const& decision : report.plan.decisions) {

@@ -41,7 +41,7 @@ WeatherAlert warning(AlertSeverity severity) {
   alert.title = "Gale Warning";
   alert.message = "Gales.";
   alert.instruction = "Stay in port.";
-  alert.icon = "wind";
+  alert.kind = WarningKind::wind;
   alert.onset = at("2026-11-21T10:00:00Z");
   alert.expires = at("2026-11-21T20:00:00Z");
   return alert;

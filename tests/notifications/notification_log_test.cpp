@@ -140,5 +140,57 @@ TEST_F(NotificationLog, OfEarlierVersionsIsReadAndOfNoneIsEmpty) {
   EXPECT_THAT(notificationLogOf(stored), SizeIs(0));
 }
 
+/// A store as the version before wrote it.
+TEST_F(NotificationLog, AndMutesOfTheVersionBeforeKeepTheirMeaning) {
+  engine.turnOn("notify_govAlerts");
+  ASSERT_TRUE(engine.store.set("notify_mutedKinds", "gov:cloud.bolt.fill:warning,rain"));
+  WeatherAlert storm = officialWarning(1, AlertSeverity::warning, engine.clock.now());
+  std::string const identifier = identifierOf(storm);
+  SettingValues const before{
+      {"notif_deliveredIDs", R"([")" + identifier + R"("])"},
+      {"notif_shown",
+       R"({")" + identifier +
+           R"(":{"severity":"warning","digest":"","kind":"gov:cloud.bolt.fill","hasRung":true}})"},
+      {"notif_log",
+       std::string(R"([{"time":"2026-11-21T09:00:00Z","identifier":"fire","title":"","outcome":"unknown",)"
+                   R"("kind":"gov:flame.fill",)"
+                   R"("note":"the list of wildfires could not be fetched: no way"}])")}};
+  ASSERT_TRUE(engine.store.update(StoreArea::state, [&](SettingValues const&) {
+    StoreChanges changes;
+    for (auto const& [key, value] : before) changes.emplace(key, value);
+    return Result<StoreChanges, StoreError>(std::move(changes));
+  }));
+  ASSERT_THAT(log(), SizeIs(1));
+  EXPECT_EQ(log()[0].kind, "gov:fire");
+  EXPECT_THAT(reasonText(log()[0], Units::metric(), englishTexts()),
+              testing::HasSubstr("The list of wildfires could not be fetched: no way"));
+  engine.restart();
+  WeatherAlert other = officialWarning(2, AlertSeverity::warning, engine.clock.now());
+  WeatherAlert graver = officialWarning(3, AlertSeverity::critical, engine.clock.now());
+  WeatherAlert wind = officialWarning(4, AlertSeverity::warning, engine.clock.now());
+  storm.kind = other.kind = graver.kind = WarningKind::thunderstorm;
+  engine.warnings = {storm, other, graver, wind};
+  engine.pass();
+  EXPECT_THAT(engine.told(), testing::UnorderedElementsAre(identifierOf(graver), identifierOf(wind)));
+}
+
+TEST_F(NotificationLog, SaysWhatCouldNotBeFetchedInTheUsersLanguage) {
+  engine.turnOn("notify_govAlerts");
+  engine.warnings.reset();
+  auto const report = engine.pass();
+  EXPECT_THAT(failedFeeds(report.plan),
+              ElementsAre("the warnings could not be fetched: the service returned status 503"));
+  auto const failed = std::ranges::find(report.plan.decisions, RuleOutcome::unknown, &Decision::outcome);
+  ASSERT_NE(failed, report.plan.decisions.end());
+  LoggedNotification line = logLineOf(*failed, engine.clock.now());
+  line.failure->service = "nws";
+  EXPECT_EQ(decodeJson<std::vector<LoggedNotification>>(encodeJson(std::vector{line})), std::vector{line});
+  EXPECT_EQ(plainNote(line.note, line.failure),
+            "the warnings of the National Weather Service could not be fetched: the service returned "
+            "status 503");
+  EXPECT_THAT(reasonText(line, Units::metric(), Texts::load("pt")),
+              testing::EndsWith("National Weather Service: o serviço respondeu com um erro (HTTP 503)."));
+}
+
 }  // namespace
 }  // namespace nimbara

@@ -279,7 +279,7 @@ TEST_F(Warnings, ThatAreOldNewsAtTheFirstCheckAreListedButForCriticalOnes) {
 
 TEST_F(Warnings, OfOnePlaceAreNewsAlthoughAnothersFeedNeverAnswers) {
   RuleInputs deaf = engine.elsewhere("porto", "Porto");
-  deaf.govAlerts = {nullptr, "the feed failed"};
+  deaf.govAlerts = {nullptr, ServiceFailure::answered(503)};
   engine.pass({engine.here(), deaf});
   add(1, Severity::warning, 2h);
   engine.pass({engine.here(), deaf});

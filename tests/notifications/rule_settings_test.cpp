@@ -118,6 +118,28 @@ TEST_F(RuleSettingsOf, TakeWhatTheUserChose) {
   EXPECT_FALSE(with("notify_everyPlace", false).everyPlace);
 }
 
+/// Earlier versions named a warning's kind by its symbol.
+TEST(Mutes, OfEarlierVersionsKeepTheirMeaning) {
+  struct Row {
+    char const* stored;
+    char const* kind;
+  };
+  for (Row const& row : {Row{"gov:cloud.bolt.fill", "gov:thunderstorm"},
+                         {"gov:cloud.bolt.fill:advisory", "gov:thunderstorm:advisory"},
+                         {"gov:hurricane@2026-11-21T18:00:00Z", "gov:tropicalCyclone"},
+                         {"gov:exclamationmark.triangle.fill", "gov:other"},
+                         {"gov:wind:advisory", "gov:wind:advisory"},
+                         {"gov:thunderstorm", "gov:thunderstorm"},
+                         {"gov:newsign:critical", "gov:newsign:critical"},
+                         {"gov:info", "gov:info"},
+                         {"gov", "gov"},
+                         {"hurricane:al092026", "hurricane:al092026"}}) {
+    auto const mutes = parseMutes(row.stored);
+    ASSERT_EQ(mutes.size(), 1) << row.stored;
+    EXPECT_EQ(mutes[0].kind, row.kind);
+  }
+}
+
 TEST(Mutes, MayEnd) {
   Instant const end = test::at("2026-11-21T18:00:00Z");
   std::vector<Mute> const mutes{{"gov:wind", end}, {"rain", {}}};

@@ -124,7 +124,7 @@ class Feed {
     WeatherAlert alert;  // with an identifier of its own each time
     alert.title = story.name;
     alert.message = story.name;
-    alert.icon = "wind";
+    alert.kind = WarningKind::wind;
     alert.isGovAlert = true;
     alert.event = "HR|" + std::string(story.name) + "|EMMA_ID:HR001";
     return alert;
@@ -178,14 +178,14 @@ class TwoDays {
   }
 
   Result<GovSourceAnswer, GovSourceFailure> answer(GovAlertPlace const& place) const {
-    if (isAway_) return std::unexpected(GovSourceFailure{"no network", {}, {}});
+    if (isAway_) return std::unexpected(GovSourceFailure{ServiceFailure::answered(503), {}, {}});
     return GovSourceAnswer{feed_.at(engine_.clock.now(), place.coordinate == kA ? 'A' : 'B'), {}};
   }
 
   RuleInputs inputsAt(Coordinate place, RuleInputs inputs) {
     GovAlerts alerts = gov_->fetchAlerts({place, "HR", {}});
     inputs.govAlerts = InputReading<std::vector<WeatherAlert>>::of(alerts.alerts);
-    if (alerts.failedSince()) inputs.govAlerts.problem = alerts.sources.at(0).problem;
+    if (alerts.failedSince()) inputs.govAlerts.failure = alerts.sources.at(0).failure;
     return inputs;
   }
 

@@ -158,29 +158,34 @@ RuleInputs withGenerated(std::vector<WeatherAlert> alerts) {
   return inputs;
 }
 
-WeatherAlert generated(AlertSeverity severity, char const* icon) {
+WeatherAlert generated(AlertSeverity severity, WarningKind kind) {
   WeatherAlert alert;
   alert.severity = severity;
-  alert.icon = icon;
+  alert.kind = kind;
   alert.title = "Heavy Gusts";
   alert.message = "Hold your hat.";
   return alert;
 }
 
 TEST(SevereWeather, IsAWarningOfTheForecastFromItsGradeOn) {
-  Evaluation const calm = severeWeather(withGenerated({generated(AlertSeverity::advisory, "wind")}), {});
+  Evaluation const calm =
+      severeWeather(withGenerated({generated(AlertSeverity::advisory, WarningKind::wind)}), {});
   EXPECT_THAT(calm.findings, IsEmpty());
   EXPECT_THAT(faultsOf(calm), IsEmpty());
-  Evaluation const found = severeWeather(withGenerated({generated(AlertSeverity::warning, "wind")}), {});
+  Evaluation const found =
+      severeWeather(withGenerated({generated(AlertSeverity::warning, WarningKind::wind)}), {});
   EXPECT_EQ(bodyOf(found), "Heavy Gusts: Hold your hat.");
   // What says tornado has a rule of its own.
-  EXPECT_THAT(severeWeather(withGenerated({generated(AlertSeverity::critical, "tornado")}), {}).findings,
-              IsEmpty());
+  EXPECT_THAT(
+      severeWeather(withGenerated({generated(AlertSeverity::critical, WarningKind::tornado)}), {}).findings,
+      IsEmpty());
 }
 
 TEST(Tornado, ComesFromTheForecastOrTheOffice) {
-  EXPECT_THAT(tornado(withGenerated({generated(AlertSeverity::critical, "wind")}), {}).findings, IsEmpty());
-  Evaluation const likely = tornado(withGenerated({generated(AlertSeverity::critical, "tornado")}), {});
+  EXPECT_THAT(tornado(withGenerated({generated(AlertSeverity::critical, WarningKind::wind)}), {}).findings,
+              IsEmpty());
+  Evaluation const likely =
+      tornado(withGenerated({generated(AlertSeverity::critical, WarningKind::tornado)}), {});
   EXPECT_EQ(
       bodyOf(likely),
       "Conditions are favorable for tornado activity. Seek shelter immediately if warnings are issued in "

@@ -28,7 +28,7 @@ inline WeatherAlert officialWarning(int number, AlertSeverity severity, Instant 
   alert.severity = severity;
   alert.title = "Warning " + std::to_string(number);
   alert.message = "Take care.";
-  alert.icon = "wind";
+  alert.kind = WarningKind::wind;
   alert.isGovAlert = true;
   alert.onset = begin;
   alert.expires = begin + std::chrono::hours(24);
@@ -73,7 +73,7 @@ struct NotificationEngine {
     RuleInputs inputs = ruleInputs(clock.now(), weather);
     inputs.calendar = calendar;
     if (warnings) inputs.govAlerts = InputReading<std::vector<WeatherAlert>>::of(*warnings);
-    if (!warnings) inputs.govAlerts.problem = "the feed failed";
+    if (!warnings) inputs.govAlerts.failure = ServiceFailure::answered(503);
     return inputs;
   }
   RuleInputs elsewhere(std::string const& tag, std::string const& name) const {

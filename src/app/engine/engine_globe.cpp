@@ -89,7 +89,7 @@ void EngineGlobe::loadGroups(std::stop_token const& stop) {
   parts_.onChange();
 }
 
-void EngineGlobe::take(std::size_t group, Result<SatelliteGroupLoad, std::string> loaded) {
+void EngineGlobe::take(std::size_t group, Result<SatelliteGroupLoad, ServiceFailure> loaded) {
   std::lock_guard const lock(mutex_);
   GlobeGroup& shown = state_.groups[group];
   if (!loaded) {
@@ -112,13 +112,12 @@ void EngineGlobe::showLoaded(bool isLast) {
 }
 
 void EngineGlobe::loadEarthquakes(std::stop_token const& stop) {
-  auto const earthquakes = parts_.earthquakes();
-  auto events = earthquakes->fetchEarthquakes(stop);
+  auto quakes = parts_.earthquakes()->fetchEarthquakes(stop);
   if (stop.stop_requested()) return;
   {
     std::lock_guard const lock(mutex_);
-    state_.earthquakes = std::make_shared<std::vector<EarthquakeEvent> const>(std::move(events));
-    state_.earthquakeProblem = earthquakes->problem();
+    state_.earthquakes = std::make_shared<std::vector<EarthquakeEvent> const>(std::move(quakes.data));
+    state_.earthquakeFailure = std::move(quakes.failure);
     state_.hasEarthquakes = true;
     earthquakesLoaded_ = parts_.clock.now();
     areEarthquakesAsked_ = false;

@@ -47,7 +47,7 @@ class EngineGlobe {
   void askForMore(Instant now);
   void loadGroups(std::stop_token const& stop);
   void loadEarthquakes(std::stop_token const& stop);
-  void take(std::size_t group, Result<SatelliteGroupLoad, std::string> loaded);
+  void take(std::size_t group, Result<SatelliteGroupLoad, ServiceFailure> loaded);
   void showLoaded(bool isLast);
   void chooseAgain(Instant now);
   bool isLoadDue(Instant now) const;

@@ -75,8 +75,7 @@ SupplementalOutcome EngineHazards::refresh(Place const& place, std::stop_token c
   if (!stop.stop_requested()) finishOfficial(place);
   askWorld(stop);
   auto const now = state();
-  bool const isComplete =
-      !now->official.hasFailed() && now->quakes.problem.empty() && now->kp.problem.empty();
+  bool const isComplete = !now->official.hasFailed() && !now->quakes.failure && !now->kp.failure;
   return isComplete ? SupplementalOutcome::complete : SupplementalOutcome::incomplete;
 }
 
@@ -88,20 +87,12 @@ void EngineHazards::askWorld(std::stop_token const& stop) {
     surroundings_.publish();
   };
   auto const feeds = feeds_();
-  EarthquakeService& quakes = feeds->earthquakes();
-  auto events = quakes.fetchEarthquakes(stop);
-  show(
-      [&](HazardsState& state) { state.quakes = {std::move(events), quakes.checkedAt(), quakes.problem()}; });
-  GeomagneticService& field = feeds->geomagnetic();
-  auto const kp = field.currentKp(stop);
-  show([&](HazardsState& state) {
-    state.kp = {kp, field.checkedAt(), field.problem()};
-    state.kpRecent = field.recent();
-  });
+  auto quakes = feeds->earthquakes().fetchEarthquakes(stop);
+  show([&](HazardsState& state) { state.quakes = std::move(quakes); });
+  auto kp = feeds->geomagnetic().currentKp(stop);
+  show([&](HazardsState& state) { state.kp = std::move(kp); });
   auto forecast = feeds->kpForecast().fetchForecast(stop);
-  show([&](HazardsState& state) {
-    state.kpForecast = {std::move(forecast.data), forecast.checkedAt, forecast.problem};
-  });
+  show([&](HazardsState& state) { state.kpForecast = std::move(forecast); });
 }
 
 void EngineHazards::look() {

@@ -21,8 +21,8 @@ struct GlobeGroup {
   SatelliteCatalog::Group group;
   State state = State::waiting;
   std::size_t count = 0;
-  Instant fetched;      ///< when its elements came from the server
-  std::string failure;  ///< why it is stale or failed; without a full stop
+  Instant fetched;                        ///< when its elements came from the server
+  std::optional<ServiceFailure> failure;  ///< why it is stale or failed
 };
 
 /// The loaded satellites, entry by entry; changes with loads only.
@@ -50,8 +50,8 @@ struct GlobeState {
   Vector3 sun{1, 0, 0};  ///< earth-fixed, towards the sun
   std::shared_ptr<std::vector<EarthquakeEvent> const> earthquakes =
       std::make_shared<std::vector<EarthquakeEvent>>();
-  bool hasEarthquakes = false;    ///< they have been asked for
-  std::string earthquakeProblem;  ///< why they are old or missing; without a full stop
+  bool hasEarthquakes = false;                      ///< they have been asked for
+  std::optional<ServiceFailure> earthquakeFailure;  ///< why they are old or missing
   std::optional<ChosenSatellite> chosen;
   /// Legend rows that are switched off, by their names.
   std::set<std::string, std::less<>> hidden;

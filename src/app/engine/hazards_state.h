@@ -6,7 +6,7 @@
 #include "feeds/alerts/coverage.h"
 #include "feeds/fetching/feed_reading.h"
 #include "feeds/quakes/earthquake_event.h"
-#include "feeds/space/planetary_k_index.h"
+#include "feeds/space/geomagnetic_service.h"
 
 #include <algorithm>
 #include <optional>
@@ -31,17 +31,6 @@ struct OfficialCheck {
   bool operator==(OfficialCheck const&) const = default;
 };
 
-/// What a service of the whole world said, and why it said nothing newer.
-template <class T>
-struct HazardReading {
-  T data{};
-  std::optional<Instant> checkedAt;  ///< nothing where the data are older than this process, or never came
-  std::string problem;               ///< a sentence without a full stop; empty when all is well
-
-  bool isSettled() const { return checkedAt || !problem.empty(); }
-  bool operator==(HazardReading const&) const = default;
-};
-
 struct QuakeFilter {
   double radiusKm = 0;  ///< around the selected place; 0 for the whole world
   double minMagnitude = 2.5;
@@ -60,10 +49,9 @@ struct PlaceCoverage {
 struct HazardsState {
   OfficialCheck official;
   std::vector<PlaceCoverage> places;
-  HazardReading<std::vector<EarthquakeEvent>> quakes;  ///< newest first
-  HazardReading<std::optional<double>> kp;
-  std::vector<KpReading> kpRecent;
-  HazardReading<std::vector<KpReading>> kpForecast;
+  FeedReading<std::vector<EarthquakeEvent>> quakes;  ///< newest first
+  FeedReading<KIndex> kp;
+  FeedReading<std::vector<KpReading>> kpForecast;
   QuakeFilter filter;
 
   /// Every feed has answered or failed once.

@@ -4,7 +4,6 @@
 #include "app/places/place_resolver.h"
 #include "feeds/air/air_quality_service.h"
 #include "feeds/alerts/gov_alerts.h"
-#include "feeds/fetching/feed_problem.h"
 #include "feeds/fires/wildfire_service.h"
 #include "feeds/nws/nws_alert_service.h"
 #include "feeds/nws/nws_territory.h"
@@ -15,8 +14,7 @@
 #include "feeds/travel/travel_advisory_service.h"
 #include "gazetteer/gazetteer.h"
 #include "model/weather_cache.h"
-#include "notifications/custom/condition_kinds.h"
-#include "notifications/custom/custom_rule_evaluation.h"
+#include "notifications/custom/custom_rule_pass.h"
 #include "notifications/rules/rule_constants.h"
 
 #include <algorithm>
@@ -25,73 +23,13 @@ namespace nimbara {
 
 namespace {
 
-constexpr std::string_view kNws = "nws";
-
-std::string warningsProblem(std::string_view source, std::string_view problem) {
-  std::string const service = source == kNws           ? "the National Weather Service"
-                              : source == "meteoalarm" ? "MeteoAlarm"
-                                                       : std::string(source);
-  return feedProblem("the warnings of " + service, problem);
-}
-
-/// The first source that failed, in words.
-std::string problemOf(GovAlerts const& alerts) {
+/// The first source that failed.
+void noteFailure(InputReading<std::vector<WeatherAlert>>& input, GovAlerts const& alerts) {
   for (GovSourceState const& source : alerts.sources) {
-    if (source.failedSince || !source.checkedAt) return warningsProblem(source.name, source.problem);
-  }
-  return {};
-}
-
-/// What went wrong names the feed: it is reported with the problems of others.
-template <class T>
-InputReading<T> readingOf(std::string_view feed, FeedReading<T> reading) {
-  bool const hasFailed = reading.state == FeedState::failed;
-  auto input = InputReading<T>::of(std::move(reading));
-  if (hasFailed) input.problem = feedProblem(feed, input.problem);
-  return input;
-}
-
-bool watches(CustomNotification const& rule, WatchedPlace const& watched, bool isSelected) {
-  if (!rule.isEnabled) return false;
-  return rule.locationID ? rule.locationID == watched.id : isSelected;
-}
-
-/// The row of every rule of the user's own: gates are its own, each is sent once on a scheduled day.
-Rule const& customRow() {
-  static constexpr Rule kRow{.stem = "custom_",
-                             .setting = "customNotifications",
-                             .policy = RulePolicy::daily,
-                             .inputs = {},
-                             .sound = "weather_warning.caf",
-                             .evaluate = nullptr};
-  return kRow;
-}
-
-Evaluation evaluationOf(CustomNotification const& rule, RuleInputs const& inputs,
-                        CustomEvaluation const& found) {
-  if (!found.holds()) {
-    Evaluation silent;
-    silent.note = enumName(found.outcome);
-    return silent;
-  }
-  Finding finding;
-  finding.identifier = rule.identifier();
-  finding.title = rule.title;
-  finding.body = customRuleBody(rule, found, inputs);
-  finding.sound = kindOf(rule.conditionType).sound;
-  finding.kind = rule.identifier();
-  return {{std::move(finding)}, {}, {}};
-}
-
-void addCustomRules(PassInputs& pass, std::vector<WatchedPlace> const& places, RuleSettings const& settings,
-                    std::vector<CustomNotification> const& rules) {
-  for (CustomNotification const& rule : rules) {
-    for (std::size_t i = 0; i < pass.places.size(); ++i) {
-      if (!watches(rule, places[i], i == 0)) continue;
-      RuleInputs const& inputs = pass.places[i];
-      CustomEvaluation const found = evaluateCustomRule(rule, inputs, settings, true);
-      pass.foreign.push_back({&customRow(), i, evaluationOf(rule, inputs, found)});
-    }
+    if (!source.failedSince && source.checkedAt) continue;
+    input.failure = source.failure.value_or(ServiceFailure::of(ServiceFailure::Kind::noAnswer));
+    input.service = source.name;
+    return;
   }
 }
 
@@ -143,26 +81,20 @@ PassInputs NotificationInputs::gather(std::vector<WatchedPlace> const& places, N
                                       Settings const& settings, std::vector<CustomNotification> const& rules,
                                       std::stop_token const& stop) {
   RuleSettings const values = RuleSettings::of(settings);
+  PassInputs pass{{}, rules, false, texts()};
+  std::vector<Place> asked;
   std::vector<RuleInputSet> wanted;
-  wanted.reserve(places.size());
   for (WatchedPlace const& watched : places) {
-    bool const isSelected = wanted.empty();
+    bool const isSelected = asked.empty();
+    RuleInputs& inputs = pass.places.emplace_back(inputsAt(watched.place, *pass.texts, isSelected));
+    inputs.place.choice = watched.choice;
+    inputs.place.id = watched.id;
     PlaceChoice const choice = effectiveChoice(watched.choice, isSelected, values.everyPlace);
     RuleInputSet& set = wanted.emplace_back(needed.of(choice));
-    for (CustomNotification const& rule : rules) {
-      if (choice >= PlaceChoice::severe && watches(rule, watched, isSelected))
-        set.insertAll(inputsOf(rule.conditionType));
-    }
-  }
-  PassInputs pass;
-  pass.texts = texts();
-  std::vector<Place> asked;
-  for (WatchedPlace const& watched : places) {
-    pass.places.push_back(inputsAt(watched.place, *pass.texts, asked.empty(), watched.choice));
+    if (choice >= PlaceChoice::severe) set.insertAll(inputsOf(rules, inputs.place));
     asked.push_back(watched.place);
   }
   readAll(pass.places, asked, wanted, values, stop);
-  addCustomRules(pass, places, values, rules);
   return pass;
 }
 
@@ -174,8 +106,7 @@ GatheredInputs NotificationInputs::gatherFor(Place const& place, RuleInputSet ne
   return {std::move(inputs.front()), std::move(words)};
 }
 
-RuleInputs NotificationInputs::inputsAt(Place const& place, Texts const& words, bool isSelected,
-                                        std::optional<PlaceChoice> choice) const {
+RuleInputs NotificationInputs::inputsAt(Place const& place, Texts const& words, bool isSelected) const {
   RuleInputs inputs;
   inputs.now = clock_.now();
   inputs.texts = &words;
@@ -184,7 +115,7 @@ RuleInputs NotificationInputs::inputsAt(Place const& place, Texts const& words, 
     inputs.units = units_;
   }
   std::string name = place.name.empty() ? cacheKey(place.coordinate) : place.name;
-  inputs.place = {locationTag(place), std::move(name), {}, place.coordinate, isSelected, choice};
+  inputs.place = {locationTag(place), std::move(name), {}, place.coordinate, isSelected};
   inputs.calendar = Calendar::forZone(timeZoneAt(place.coordinate)).value_or(options_.fallback);
   return inputs;
 }
@@ -251,7 +182,7 @@ void NotificationInputs::readOfficial(RuleInputs& inputs, Place const& place, Ru
   inputs.place.countryCode = official.countryCode;
   if (needed.contains(RuleInput::govAlerts)) {
     GovAlerts alerts = feeds_()->govAlerts().fetchAlerts(official, {}, stop);
-    inputs.govAlerts.problem = problemOf(alerts);
+    noteFailure(inputs.govAlerts, alerts);
     inputs.unplacedAlerts = std::move(alerts.unplaced);
     bool const isKnown = !alerts.isCovered() || alerts.checkedAt() || !alerts.alerts.empty();
     if (isKnown) {
@@ -263,57 +194,53 @@ void NotificationInputs::readOfficial(RuleInputs& inputs, Place const& place, Ru
   NWSAlertAnswer const answer = feeds_()->nws().fetchAlerts(at.latitude, at.longitude, stop);
   inputs.nwsAlerts = InputReading<std::vector<NWSAlert>>::of(
       liveMessages(answer.readable ? *answer.readable : answer.alerts, inputs.now));
-  if (!answer.ok) inputs.nwsAlerts.problem = warningsProblem(kNws, answer.problem);
+  inputs.nwsAlerts.failure = answer.failure;
+  inputs.nwsAlerts.service = "nws";
 }
 
 void NotificationInputs::readAirQuality(RuleInputs& inputs, RuleInputSet needed,
                                         std::stop_token const& stop) {
   if (!needed.contains(RuleInput::airQuality)) return;
-  inputs.airQuality = readingOf("the air quality forecast",
-                                feeds_()->airQuality().fetchForecast(inputs.place.coordinate, stop));
+  inputs.airQuality = InputReading<AirQualityForecast>::of(
+      feeds_()->airQuality().fetchForecast(inputs.place.coordinate, stop));
 }
 
 void NotificationInputs::readFires(RuleInputs& inputs, RuleInputSet needed, RuleSettings const& settings,
                                    std::stop_token const& stop) {
   if (!needed.contains(RuleInput::fires)) return;
-  inputs.fires =
-      readingOf("the list of wildfires",
-                feeds_()->wildfires().fetchFires(inputs.place.coordinate, settings.fireRadiusKm, stop));
+  inputs.fires = InputReading<std::vector<FireDetection>>::of(
+      feeds_()->wildfires().fetchFires(inputs.place.coordinate, settings.fireRadiusKm, stop));
 }
 
 void NotificationInputs::readLightning(RuleInputs& inputs, RuleInputSet needed, RuleSettings const& settings,
                                        std::stop_token const& stop) {
   if (!needed.contains(RuleInput::lightning)) return;
-  inputs.lightning =
-      readingOf("the list of lightning strikes",
-                feeds_()->lightning().fetchStrikes(inputs.place.coordinate, settings.lightningRadiusKm,
-                                                   inputs.now - cuts::kStrikeLife, stop));
+  inputs.lightning = InputReading<std::vector<LightningStrike>>::of(feeds_()->lightning().fetchStrikes(
+      inputs.place.coordinate, settings.lightningRadiusKm, inputs.now - cuts::kStrikeLife, stop));
 }
 
 void NotificationInputs::readEarthquakes(RuleInputs& world, std::stop_token const& stop) {
-  auto const feeds = feeds_();
-  EarthquakeService& service = feeds->earthquakes();
-  auto events = service.fetchEarthquakes(stop);
-  world.earthquakes.problem = feedProblem("the list of earthquakes", service.problem());
-  bool const isKnown = world.earthquakes.problem.empty() || !events.empty();
-  if (isKnown) {
-    world.earthquakes.value = std::make_shared<std::vector<EarthquakeEvent> const>(std::move(events));
-  }
+  auto reading = feeds_()->earthquakes().fetchEarthquakes(stop);
+  world.earthquakes.failure = std::move(reading.failure);
+  // The list of an earlier process has no time of its check.
+  bool const isKnown = !world.earthquakes.failure || !reading.data.empty();
+  if (!isKnown) return;
+  world.earthquakes.value = std::make_shared<std::vector<EarthquakeEvent> const>(std::move(reading.data));
 }
 
 void NotificationInputs::readKp(RuleInputs& world, std::stop_token const& stop) {
-  auto const feeds = feeds_();
-  GeomagneticService& service = feeds->geomagnetic();
-  if (auto const kp = service.currentKp(stop)) world.kp = InputReading<double>::of(*kp);
-  world.kp.problem = feedProblem("the K index", service.problem());
+  auto reading = feeds_()->geomagnetic().currentKp(stop);
+  if (reading.data.now) world.kp = InputReading<double>::of(*reading.data.now);
+  world.kp.failure = std::move(reading.failure);
 }
 
 void NotificationInputs::readStorms(RuleInputs& world, std::stop_token const& stop) {
-  world.storms = readingOf("the list of tropical cyclones", feeds_()->tropicalStorms().fetchStorms(stop));
+  world.storms = InputReading<std::vector<TropicalStorm>>::of(feeds_()->tropicalStorms().fetchStorms(stop));
 }
 
 void NotificationInputs::readAdvisories(RuleInputs& world, std::stop_token const& stop) {
-  world.advisories = readingOf("the travel advisories", feeds_()->travelAdvisories().fetchAdvisories(stop));
+  world.advisories =
+      InputReading<std::vector<TravelAdvisory>>::of(feeds_()->travelAdvisories().fetchAdvisories(stop));
 }
 
 }  // namespace nimbara

@@ -68,8 +68,7 @@ class NotificationInputs {
 
  private:
   std::shared_ptr<Texts const> texts() const;
-  RuleInputs inputsAt(Place const& place, Texts const& words, bool isSelected,
-                      std::optional<PlaceChoice> choice = {}) const;
+  RuleInputs inputsAt(Place const& place, Texts const& words, bool isSelected) const;
   /// What `wanted` names of each of `readings`, into it; of each service in the readings' order.
   void readAll(std::vector<RuleInputs>& readings, std::vector<Place> const& places,
                std::vector<RuleInputSet> const& wanted, RuleSettings const& settings,

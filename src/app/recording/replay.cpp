@@ -84,12 +84,11 @@ void Replay::tellScheduledUntil(Instant next) {
 
 void Replay::note(PassReport const& report) {
   for (std::string const& problem : report.problems) noteProblem(problem);
+  for (std::string const& problem : failedFeeds(report.plan)) noteProblem(problem);
   for (Decision const& decision : report.plan.decisions) note(decision);
 }
 
 void Replay::note(Decision const& decision) {
-  bool const isProblem = decision.outcome == RuleOutcome::unknown && decision.note.contains(' ');
-  if (isProblem) noteProblem(decision.note);
   if (isHeldBack(decision.outcome)) {
     if (!held_.insert(decision.key).second) return;
   } else {

@@ -177,7 +177,7 @@ Regions const& FeedServices::regions() const {
 }
 
 ElementSource FeedServices::elements() {
-  return [this](std::string_view group, std::stop_token const& stop) -> Result<ElementSets, std::string> {
+  return [this](std::string_view group, std::stop_token const& stop) -> Result<ElementSets, ServiceFailure> {
     auto body = parts_->source->get({FeedKey::Kind::satellites, std::string(group)}, stop);
     if (!body) return std::unexpected(std::move(body.error()));
     return ElementSets{std::move(body->body), body->fetchedAt};

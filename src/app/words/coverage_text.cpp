@@ -2,7 +2,7 @@
 
 #include "base/words/country_names.h"
 #include "base/words/time_words.h"
-#include "feeds/fetching/feed_problem.h"
+#include "feeds/fetching/failure_words.h"
 
 namespace nimbara {
 
@@ -11,11 +11,6 @@ namespace {
 /// A list of areas is cut here: a country has hundreds.
 constexpr std::size_t kMostAreas = 12;
 
-std::string reasonText(std::string const& reason, Texts const& texts) {
-  if (reason == kNotAskedLately) return std::string(texts.text("coverage.notAskedLately"));
-  return problemText(reason, texts);
-}
-
 /// What is known all the same must not be hidden by what is not.
 std::string withKnown(std::string const& sentence, std::size_t count, Texts const& texts) {
   return count == 0 ? sentence : texts.format("coverage.known", sentence, count);
@@ -23,7 +18,7 @@ std::string withKnown(std::string const& sentence, std::size_t count, Texts cons
 
 std::string uncheckedText(SourceCoverage const& coverage, Texts const& texts, TimeWords const& words,
                           Instant now) {
-  std::string const reason = reasonText(coverage.reason.value_or(""), texts);
+  std::string const reason = coverage.reason ? failureText(*coverage.reason, texts) : std::string();
   std::string const since = coverage.since ? words.moment(*coverage.since, now) : std::string();
   if (since.empty())
     return std::string(texts.text(reason.empty() ? "coverage.notYet" : "warning.neverChecked"));

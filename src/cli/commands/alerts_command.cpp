@@ -71,8 +71,8 @@ class AlertsRun {
     for (GovSourceState const& state : official.sources) {
       // What is kept of an earlier check, and shown, is not the answer.
       if (state.checkedAt && !state.failedSince) continue;
-      missing_.push_back("the warnings of " + warningServiceName(state.name) +
-                         " could not be checked: " + context_.plain(state.problem));
+      missing_.push_back("the warnings of " + warningServiceName(state.name) + " could not be checked: " +
+                         (state.failure ? context_.plain(*state.failure) : std::string()));
     }
     coverage_ = coverageOf(official, officialPlace_.countryCode);
     std::ranges::move(official.alerts, std::back_inserter(alerts_));

@@ -24,13 +24,13 @@ int runKp(CommandLine const& line, Session const& session) {
   auto const clock = makeClock(line.common);
   RunContext context(line.common, session, *clock,
                      ownServices(line.common, WeatherProviderOption::automatic));
-  GeomagneticService& service = context.app().feeds().geomagnetic();
-  auto const kp = service.currentKp(session.stop);
+  auto const reading = context.app().feeds().geomagnetic().currentKp(session.stop);
+  auto const kp = reading.data.now;
   if (session.stop.stop_requested()) return session.fail(exitCode::kInterrupted, "interrupted");
   if (line.feeds.json) session.console.out(jsonOf(kp));
   if (!kp) {
     return session.fail(exitCode::kUnavailable,
-                        "the K index could not be fetched: " + context.advised(service.problem()));
+                        "the K index could not be fetched: " + context.advised(reading.failure));
   }
   if (!line.feeds.json) session.console.out(context.texts().format("kp.value", fixedDecimal(*kp, 2)) + "\n");
   return exitCode::kComplete;

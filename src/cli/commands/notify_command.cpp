@@ -13,7 +13,6 @@
 #include "cli/stated_place.h"
 #include "cli/terminal.h"
 #include "feeds/alerts/gov_alert_service.h"
-#include "feeds/fetching/feed_problem.h"
 #include "feeds/regions/regions.h"
 #include "gazetteer/gazetteer.h"
 #include "notifications/engine/notification_manager.h"
@@ -132,8 +131,8 @@ class NotifyRun {
   int tell(PassReport const& report) {
     for (std::string const& problem : report.problems) tellOnce(problem);
     if (recording_ != nullptr) context_.tell(recording_->problem());
-    for (Decision const& decision : report.plan.decisions) noteFailedFeed(decision.note);
-    for (std::string const& problem : failedFeeds_) tellOnce(context_.plain(problem));
+    for (Decision const& decision : report.plan.decisions) noteFailedFeed(decision.failure);
+    for (InputFailure const& failure : failedFeeds_) tellOnce(context_.plain(failure));
     session_.console.out(rendered(report.plan));
     if (report.end == PassReport::End::denied) {
       return session_.fail(exitCode::kUnavailable,
@@ -150,14 +149,15 @@ class NotifyRun {
 
   void noteFailedFeeds(RuleInputs const& place) {
     for (std::size_t i = 0; i < enumNames<RuleInput>.size(); ++i) {
-      noteFailedFeed(place.problemOf({static_cast<RuleInput>(i)}));
+      noteFailedFeed(place.failureOf({static_cast<RuleInput>(i)}));
     }
   }
 
   /// Not those that nobody has set up.
-  void noteFailedFeed(std::string const& problem) {
-    bool const isKnown = std::ranges::find(failedFeeds_, problem) != failedFeeds_.end();
-    if (feedProblemIn(problem) && !isKnown) failedFeeds_.push_back(problem);
+  void noteFailedFeed(std::optional<InputFailure> const& failure) {
+    if (!failure || failure->failure.kind == ServiceFailure::Kind::notConfigured) return;
+    bool const isKnown = std::ranges::find(failedFeeds_, *failure) != failedFeeds_.end();
+    if (!isKnown) failedFeeds_.push_back(*failure);
   }
 
   /// However many rules or places it silences.
@@ -208,8 +208,8 @@ class NotifyRun {
   std::vector<WatchedPlace> places_;
   std::vector<CustomNotification> rules_;
   bool lacksForecast_ = false;
-  std::vector<std::string> failedFeeds_;  ///< a sentence each, in the order of the feeds
-  std::set<std::string> told_;            ///< problems
+  std::vector<InputFailure> failedFeeds_;  ///< each once, in the order of the feeds
+  std::set<std::string> told_;             ///< problems
 };
 
 }  // namespace

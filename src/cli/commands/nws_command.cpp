@@ -73,7 +73,7 @@ int runNws(CommandLine const& line, Session const& session) {
   if (options.json) session.console.out(jsonOf(report));
   if (!answer.ok) {
     return session.fail(exitCode::kUnavailable, "the National Weather Service could not be checked: " +
-                                                    context.advised(answer.problem));
+                                                    context.advised(answer.failure));
   }
   if (!options.json) session.console.out(pageOf(report, *place, context, session));
   return exitCode::kComplete;

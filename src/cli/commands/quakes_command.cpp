@@ -61,19 +61,17 @@ int runQuakes(CommandLine const& line, Session const& session) {
     if (!place) return session.fail(place.error().exitCode, place.error().sentence);
     centre = place->coordinate;
   }
-  EarthquakeService& service = context.app().feeds().earthquakes();
-  auto const all = service.fetchEarthquakes(session.stop);
-  std::string const problem = service.problem();
+  auto const reading = context.app().feeds().earthquakes().fetchEarthquakes(session.stop);
   if (session.stop.stop_requested()) return session.fail(exitCode::kInterrupted, "interrupted");
-  if (!problem.empty() && all.empty()) {
+  if (reading.failure && reading.data.empty()) {
     return session.fail(exitCode::kUnavailable,
-                        "the earthquakes could not be fetched: " + context.advised(problem));
+                        "the earthquakes could not be fetched: " + context.advised(reading.failure));
   }
-  if (!problem.empty()) {
+  if (reading.failure) {
     session.console.err("nimbara: could not fetch a newer earthquake list: " +
-                        oneLine(context.plain(problem)) + "; showing the last known one\n");
+                        oneLine(context.plain(*reading.failure)) + "; showing the last known one\n");
   }
-  auto const events = chosen(all, options, centre);
+  auto const events = chosen(reading.data, options, centre);
   session.console.out(options.json ? encodeJson(events) + "\n"
                                    : table(events, centre, session, context.texts()));
   return exitCode::kComplete;

@@ -32,7 +32,7 @@ Result<RuleInputs, Failure> inputsFor(CustomNotification const& rule, Place cons
   RuleInputSet const needed = inputsOf(rule.conditionType);
   RuleInputs inputs = gatherer.gatherFor(place, needed, *session.settings, session.stop).inputs;
   if (failure) return std::unexpected(*failure);
-  context.tell(inputs.problemOf(needed));
+  if (auto const failed = inputs.failureOf(needed)) context.tell(context.plain(*failed));
   return inputs;  // whose words are the context's
 }
 

@@ -70,9 +70,11 @@ SatelliteSource::SatelliteSource(CommandLine const& line, Session const& session
 
 Outcome<SatelliteGroupLoad> SatelliteSource::load(SatelliteCatalog::Group const& group) {
   auto loaded = feed_.load(group, session_.stop);
-  if (!loaded) return std::unexpected(Failure{exitCode::kUnavailable, context_.advised(loaded.error()), {}});
-  if (loaded->source == SatelliteGroupLoad::Source::staleFile) {
-    context_.tell(context_.plain(loaded->failure) + "; using the orbits from " +
+  std::string const what = "the satellites of the group " + std::string(group.id) + " could not be fetched: ";
+  if (!loaded)
+    return std::unexpected(Failure{exitCode::kUnavailable, what + context_.advised(loaded.error()), {}});
+  if (loaded->failure) {
+    context_.tell(what + context_.plain(*loaded->failure) + "; using the orbits from " +
                   context_.moment(loaded->fetched));
   }
   if (loaded->parsed.dropped > 0) {

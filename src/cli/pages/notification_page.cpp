@@ -135,7 +135,7 @@ std::string explanationJson(PassPlan const& plan) {
     json.member("outcome", decision.outcome);
     json.member("place", decision.place);
     writeMeasured(json, decision.measured);
-    json.member("note", decision.note);
+    json.member("note", plainNote(decision.note, decision.failure));
     json.member("since", decision.since);
     json.endObject();
   }
@@ -172,7 +172,7 @@ std::string logJson(std::vector<LoggedNotification> const& log) {
     json.member("setting", line.setting);
     json.member("kind", line.kind);
     writeMeasured(json, line.measured);
-    json.member("note", line.note);
+    json.member("note", plainNote(line.note, line.failure));
     json.endObject();
   }
   json.endList();

@@ -5,6 +5,7 @@
 #include "base/units.h"
 #include "base/words/texts.h"
 #include "cli/pages/style.h"
+#include "notifications/engine/pass_plan.h"
 #include "notifications/log/notification_log.h"
 
 #include <string>

@@ -5,6 +5,7 @@
 #include "platform/linux/resident_code.h"
 
 #include <algorithm>
+#include <iterator>
 #include <malloc.h>
 
 namespace nimbara {
@@ -45,10 +46,7 @@ void WatchLog::passed(PassReport const& report) {
     if (isWorthALine(decision.outcome)) write(json_ ? jsonOf(decision) : lineOf(decision));
   }
   std::vector<std::string> problems = report.problems;
-  for (Decision const& decision : report.plan.decisions) {
-    bool const isProblem = decision.outcome == RuleOutcome::unknown && decision.note.contains(' ');
-    if (isProblem && std::ranges::count(problems, decision.note) == 0) problems.push_back(decision.note);
-  }
+  std::ranges::move(failedFeeds(report.plan), std::back_inserter(problems));
   if (report.end == PassReport::End::denied) problems.emplace_back("the desktop shows no notifications");
   wentWrong(std::move(problems));
   giveBackMemory();

@@ -1,6 +1,6 @@
 #include "desktop/views/problem_text.h"
 
-#include "feeds/fetching/feed_problem.h"
+#include "feeds/fetching/failure_words.h"
 
 namespace nimbara {
 
@@ -19,8 +19,8 @@ std::string storeText(std::optional<StoreError> const& problem, ViewContext cons
   return {};
 }
 
-std::string becauseText(std::string_view problem, ViewContext const& context) {
-  return context.texts.format("desktop.because", problemText(problem, context.texts));
+std::string becauseText(ServiceFailure const& failure, ViewContext const& context) {
+  return context.texts.format("desktop.because", failureText(failure, context.texts));
 }
 
 }  // namespace nimbara

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "desktop/views/view_context.h"
+#include "platform/service_failure.h"
 #include "platform/settings_store.h"
 
 #include <optional>
@@ -12,7 +13,7 @@ namespace nimbara {
 /// Empty when all went well. What was decided against says why in the words of the store.
 std::string storeText(std::optional<StoreError> const& problem, ViewContext const& context);
 
-/// "Reason: the service did not answer in time.", of what a feed says of itself.
-std::string becauseText(std::string_view problem, ViewContext const& context);
+/// "Reason: the service did not answer in time.", of a service.
+std::string becauseText(ServiceFailure const& failure, ViewContext const& context);
 
 }  // namespace nimbara

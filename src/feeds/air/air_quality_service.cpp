@@ -36,7 +36,7 @@ AirQualityService::AirQualityService(HttpClient& http, Clock const& clock, Optio
 
 FeedReading<AirQualityForecast> AirQualityService::fetchForecast(Coordinate place,
                                                                  std::stop_token const& stop) {
-  if (!isValid(place)) return failedReading<AirQualityForecast>("the coordinates are not valid");
+  if (!isValid(place)) return placelessReading<AirQualityForecast>();
   std::string const key = placeQuery(place);
   std::lock_guard const turn(turn_);
   return places_.of(key).read(http_, clock_, questionFor(key, options_), parseAirQuality, stop);

@@ -50,7 +50,7 @@ SourceCoverage coverageOf(GovSourceState const& source, std::string_view country
   if (source.failedSince || !source.checkedAt) {
     coverage.state = CoverageState::unchecked;
     coverage.since = source.failedSince;
-    if (!source.problem.empty()) coverage.reason = source.problem;
+    coverage.reason = source.failure;
   } else if (!source.alerts.empty()) {
     coverage.state = CoverageState::warnings;
   } else if (!source.unplaced.empty()) {
@@ -64,7 +64,9 @@ SourceCoverage coverageOf(GovSourceState const& source, std::string_view country
 
 template <class Member>
 void writeMember(JsonWriter& json, std::string_view key, Member const& member) {
-  if constexpr (isOptional<Member>) {
+  if constexpr (std::is_same_v<Member, std::optional<ServiceFailure>>) {
+    json.memberOrNull(key, member.transform(sentenceOf));
+  } else if constexpr (isOptional<Member>) {
     json.memberOrNull(key, member);
   } else {
     json.member(key, member);
@@ -99,7 +101,7 @@ std::vector<SourceCoverage> agedCoverage(std::vector<SourceCoverage> coverage, I
     if (!isOld || source.state == CoverageState::unchecked) continue;
     source.state = CoverageState::unchecked;
     source.since = source.checkedAt;
-    source.reason = kNotAskedLately;
+    source.reason = ServiceFailure::of(ServiceFailure::Kind::notAskedLately);
   }
   return coverage;
 }

@@ -25,8 +25,8 @@ struct SourceCoverage {
   CoverageState state = CoverageState::uncovered;
   std::size_t count = 0;  ///< warnings for the place; of `unplaced` those that may concern it
   std::optional<Instant> checkedAt;
-  std::optional<Instant> since;       ///< of `unchecked`: from when on nothing is known
-  std::optional<std::string> reason;  ///< of `unchecked`: a sentence without a full stop
+  std::optional<Instant> since;          ///< of `unchecked`: from when on nothing is known
+  std::optional<ServiceFailure> reason;  ///< of `unchecked`
   std::vector<std::string> areas;  ///< of `unplaced`: where the warnings are in force, in the service's words
   std::string country;             ///< ISO 3166-1 of the place; empty on the open sea
 
@@ -41,13 +41,11 @@ inline constexpr auto jsonFields<SourceCoverage> =
               field("reason", &SourceCoverage::reason),       field("areas", &SourceCoverage::areas),
               field("country", &SourceCoverage::country)};
 
-/// A list for scripts: every key is there, null where nothing is known.
+/// A list for scripts: every key is there, null where nothing is known; reasons are English sentences.
 void writeCoverage(JsonWriter& json, std::vector<SourceCoverage> const& coverage);
 
 /// A check older than this, two of the window's intervals, says nothing of now.
 inline constexpr std::chrono::minutes kCoverageTrust{45};
-/// The reason of a state that is unchecked only because nobody has asked for so long.
-inline constexpr std::string_view kNotAskedLately = "no check was requested";
 
 /// At least one entry, in the order of the sources, as it was when they were asked.
 std::vector<SourceCoverage> coverageOf(GovAlerts const& alerts, std::string_view countryCode);

@@ -1,11 +1,11 @@
 #include "feeds/alerts/gov_alert_service.h"
 
-#include "base/files/file.h"
 #include "base/json/json_codec.h"
 #include "base/text/number.h"
 #include "feeds/alerts/alert_text.h"
 #include "feeds/alerts/gov_alerts.h"
 #include "feeds/alerts/us_waters.h"
+#include "feeds/fetching/kept_record.h"
 #include "feeds/nws/nws_territory.h"
 #include "gazetteer/gazetteer.h"
 
@@ -58,7 +58,7 @@ void succeed(GovSourceState& state, GovSourceAnswer answer, Instant now) {
   state.unplaced = std::move(answer.unplaced);
   state.checkedAt = now;
   state.failedSince.reset();
-  state.problem.clear();
+  state.failure.reset();
 }
 
 /// What could be read now, and what was known before.
@@ -74,7 +74,7 @@ void fail(GovSourceState& state, GovSourceFailure failure, Instant now) {
   complete(state.alerts, std::move(failure.readable));
   complete(state.unplaced, std::move(failure.unplaced));
   if (!state.failedSince || *state.failedSince > now) state.failedSince = now;
-  state.problem = std::move(failure.problem);
+  state.failure = std::move(failure.failure);
 }
 
 /// The National Weather Service as the issuer of a place's warnings.
@@ -86,18 +86,19 @@ class NwsSource {
   Result<GovSourceAnswer, GovSourceFailure> fetch(Coordinate place, EventMemory& memory,
                                                   std::stop_token const& stop) {
     auto answer = land_.fetchAlerts(place.latitude, place.longitude, stop);
-    std::string problem = answer.ok ? addWaters(answer.alerts, place, stop) : answer.problem;
+    auto failure = answer.ok ? addWaters(answer.alerts, place, stop) : answer.failure;
     auto alerts = events(answer.ok ? answer.alerts : answer.readable.value_or(answer.alerts), memory);
-    if (problem.empty()) return GovSourceAnswer{std::move(alerts), {}};
-    return std::unexpected(GovSourceFailure{std::move(problem), std::move(alerts), {}});
+    if (!failure) return GovSourceAnswer{std::move(alerts), {}};
+    return std::unexpected(GovSourceFailure{std::move(*failure), std::move(alerts), {}});
   }
 
  private:
   /// What went wrong, if anything did.
-  std::string addWaters(std::vector<NWSAlert>& messages, Coordinate place, std::stop_token const& stop) {
+  std::optional<ServiceFailure> addWaters(std::vector<NWSAlert>& messages, Coordinate place,
+                                          std::stop_token const& stop) {
     auto const point = waters_ == nullptr ? std::nullopt : waterPoint(place);
     if (!point) return {};
-    auto const answer = waters_->fetchAlerts(point->latitude, point->longitude, stop);
+    auto answer = waters_->fetchAlerts(point->latitude, point->longitude, stop);
     std::set<std::string_view> known;
     for (NWSAlert const& message : messages) known.insert(message.id);
     std::vector<NWSAlert> added;
@@ -107,8 +108,9 @@ class NwsSource {
       if (isMarine && !known.contains(message.id)) added.push_back(message);
     }
     std::ranges::move(added, std::back_inserter(messages));
-    bool const isWell = answer.ok || answer.isOutside;
-    return isWell ? std::string() : "those for the water off the shore: " + answer.problem;
+    if (answer.ok || answer.isOutside) return std::nullopt;
+    answer.failure->isOfWaters = true;
+    return std::move(answer.failure);
   }
 
   std::optional<Coordinate> waterPoint(Coordinate place) {
@@ -280,8 +282,7 @@ GovAlertService::States& GovAlertService::statesOf(GovAlertPlace const& place) {
   if (memory_.size() >= kMostPlaces) memory_.clear();
   States& states = memory_[key];
   if (cacheDirectory_.empty()) return states;
-  auto const content = readFile(fileOf(place), kLargestFile);
-  auto kept = content ? decodeJson<Kept>(*content) : std::unexpected(DecodeError{});
+  auto kept = keptRecord<Kept>(fileOf(place), kLargestFile);
   if (kept) states = std::move(kept->sources);
   return states;
 }

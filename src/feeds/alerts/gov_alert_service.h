@@ -42,7 +42,7 @@ struct GovSourceAnswer {
 };
 
 struct GovSourceFailure {
-  std::string problem;  ///< a sentence without a full stop
+  ServiceFailure failure;
   /// What could be read all the same; what was known before stays beside it.
   std::vector<WeatherAlert> readable;
   std::vector<WeatherAlert> unplaced;
@@ -67,9 +67,9 @@ GovAlertSource nwsAlertSource(NWSAlertService& service, Clock const& clock,
 
 struct GovSourceState {
   std::string name;
-  std::optional<Instant> checkedAt;    ///< last success
-  std::optional<Instant> failedSince;  ///< first failure after it
-  std::string problem;                 ///< of the last failure
+  std::optional<Instant> checkedAt;       ///< last success
+  std::optional<Instant> failedSince;     ///< first failure after it
+  std::optional<ServiceFailure> failure;  ///< the last one
   std::vector<WeatherAlert> alerts;
   std::vector<WeatherAlert> unplaced;  ///< in force somewhere in the country; not among the alerts
   EventRoots roots;                    ///< as files of older versions have them; the memory takes them over
@@ -82,7 +82,7 @@ inline constexpr auto jsonFields<GovSourceState> =
     FieldList{field("name", &GovSourceState::name),
               field("checkedAt", &GovSourceState::checkedAt),
               field("failedSince", &GovSourceState::failedSince),
-              fieldOr("problem", &GovSourceState::problem),
+              field("failure", &GovSourceState::failure),
               field("alerts", &GovSourceState::alerts),
               fieldOr("unplaced", &GovSourceState::unplaced),
               fieldOr("roots", &GovSourceState::roots)};
@@ -92,7 +92,7 @@ struct GovAlerts {
   std::vector<WeatherAlert> unplaced;   ///< live ones of parts of the country that cannot be placed
   std::vector<GovSourceState> sources;  ///< those that cover the place and were asked for
 
-  /// Nobody whom this program knows issues warnings for the place.
+  /// Somebody whom this program knows issues warnings for the place.
   bool isCovered() const { return !sources.empty(); }
   /// Of all sources the earliest last success; nothing when one never answered.
   std::optional<Instant> checkedAt() const;

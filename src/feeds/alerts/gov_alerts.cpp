@@ -21,54 +21,55 @@ constexpr std::array kTestEvents = std::to_array<std::string_view>(
     {"test message", "required weekly test", "required monthly test", "national periodic test",
      "practice/demo warning", "system demonstration", "network message/notification"});
 
-struct IconRow {
+struct KindRow {
   std::string_view word;
-  std::string_view icon;
+  WarningKind kind;
 };
 
+using enum WarningKind;
+
 /// The first word that an event's name has in it decides.
-constexpr IconRow kIcons[] = {
-    {"tornado", "tornado"},
-    {"waterspout", "tornado"},
-    {"hurricane", "hurricane"},
-    {"typhoon", "hurricane"},
-    {"tropical", "hurricane"},
-    {"storm surge", "water.waves"},
-    {"tsunami", "water.waves"},
-    {"thunderstorm", "cloud.bolt.fill"},
-    {"avalanche", "mountain.2.fill"},
-    {"coastal", "water.waves"},
-    {"lakeshore", "water.waves"},
-    {"surf", "water.waves"},
-    {"rip current", "water.waves"},
-    {"beach", "water.waves"},
-    {"flood", "cloud.heavyrain.fill"},
-    {"hydrologic", "cloud.heavyrain.fill"},
-    {"blizzard", "cloud.snow.fill"},
-    {"snow", "cloud.snow.fill"},
-    {"winter", "cloud.snow.fill"},
-    {"ice storm", "cloud.snow.fill"},
-    {"freezing rain", "cloud.snow.fill"},
-    {"freezing spray", "cloud.snow.fill"},
-    {"fire", "flame.fill"},
-    {"red flag", "flame.fill"},
-    {"heat", "thermometer.sun.fill"},
-    {"chill", "thermometer.snowflake"},
-    {"cold", "thermometer.snowflake"},
-    {"freeze", "thermometer.snowflake"},
-    {"frost", "thermometer.snowflake"},
-    {"fog", "cloud.fog.fill"},
-    {"smoke", "smoke.fill"},
-    {"ashfall", "smoke.fill"},
-    {"air quality", "aqi.medium"},
-    {"air stagnation", "aqi.medium"},
-    {"dust", "sun.dust.fill"},
-    {"wind", "wind"},
-    {"gale", "wind"},
-    {"small craft", "wind"},
-    {"storm", "wind"},
+constexpr KindRow kKinds[] = {
+    {"tornado", tornado},
+    {"waterspout", tornado},
+    {"hurricane", tropicalCyclone},
+    {"typhoon", tropicalCyclone},
+    {"tropical", tropicalCyclone},
+    {"storm surge", coast},
+    {"tsunami", coast},
+    {"thunderstorm", thunderstorm},
+    {"avalanche", avalanche},
+    {"coastal", coast},
+    {"lakeshore", coast},
+    {"surf", coast},
+    {"rip current", coast},
+    {"beach", coast},
+    {"flood", rain},
+    {"hydrologic", rain},
+    {"blizzard", snow},
+    {"snow", snow},
+    {"winter", snow},
+    {"ice storm", snow},
+    {"freezing rain", snow},
+    {"freezing spray", snow},
+    {"fire", fire},
+    {"red flag", fire},
+    {"heat", heat},
+    {"chill", cold},
+    {"cold", cold},
+    {"freeze", cold},
+    {"frost", cold},
+    {"fog", fog},
+    {"smoke", smoke},
+    {"ashfall", smoke},
+    {"air quality", air},
+    {"air stagnation", air},
+    {"dust", dust},
+    {"wind", wind},
+    {"gale", wind},
+    {"small craft", wind},
+    {"storm", wind},
 };
-constexpr std::string_view kGenericIcon = "exclamationmark.triangle.fill";
 
 /// The service states no level of some that people must know of, such as foul air: they are taken for medium.
 constexpr std::array<AlertSeverity, enumNames<NWSAlertSeverity>.size()> kSeverities{
@@ -211,7 +212,7 @@ WeatherAlert eventOf(NWSAlert const& message, std::string_view key) {
   alert.event = eventKey(message);
   alert.title = message.event;
   alert.message = message.headline;
-  alert.icon = nwsIcon(message.event);
+  alert.kind = nwsWarningKind(message.event);
   alert.description = unlessEmpty(message.description);
   alert.instruction = unlessEmpty(message.instruction);
   alert.source = message.senderName;
@@ -269,10 +270,10 @@ bool hasEnded(WeatherAlert const& alert, Instant now) {
   return alert.expires && *alert.expires <= now;
 }
 
-std::string_view nwsIcon(std::string_view event) {
+WarningKind nwsWarningKind(std::string_view event) {
   std::string const name = asciiLowered(event);
-  auto const row = std::ranges::find_if(kIcons, [&](IconRow const& r) { return name.contains(r.word); });
-  return row == std::ranges::end(kIcons) ? kGenericIcon : row->icon;
+  auto const row = std::ranges::find_if(kKinds, [&](KindRow const& r) { return name.contains(r.word); });
+  return row == std::ranges::end(kKinds) ? other : row->kind;
 }
 
 std::vector<WeatherAlert> liveEvents(std::vector<NWSAlert> const& messages, Instant now, KnownEvents& known) {

@@ -16,8 +16,8 @@ namespace nimbara {
 /// Past its end. An alert that does not say when it ends never has.
 bool hasEnded(WeatherAlert const& alert, Instant now);
 
-/// A system symbol for the service's name of an event ("Winter Storm Warning").
-std::string_view nwsIcon(std::string_view event);
+/// What an event of that name ("Winter Storm Warning") is about.
+WarningKind nwsWarningKind(std::string_view event);
 
 /// The live events of a list, in its order. Left out are tests, exercises and drafts, cancellations and what
 /// they cancel, messages that another of the list updates or issues anew, and what has ended: the event's end

@@ -2,11 +2,34 @@
 
 namespace nimbara {
 
-Result<HttpResponse, std::string> exchange(HttpClient& http, HttpRequest const& request,
-                                           std::stop_token stop) {
+namespace {
+
+constexpr int kNotModified = 304;
+
+bool isSuccess(int status) {
+  return status >= 200 && status <= 299;
+}
+
+}  // namespace
+
+Validators Validators::of(HttpResponse const& answer) {
+  auto const header = [&](std::string_view name) { return std::string(answer.header(name).value_or("")); };
+  return {header("ETag"), header("Last-Modified")};
+}
+
+Result<std::optional<HttpResponse>, ServiceFailure> exchange(HttpClient& http, HttpRequest request,
+                                                             std::optional<Validators> const& kept,
+                                                             std::stop_token stop, HttpResponse* refusal) {
+  if (kept && !kept->etag.empty()) request.headers.emplace_back("If-None-Match", kept->etag);
+  if (kept && !kept->lastModified.empty())
+    request.headers.emplace_back("If-Modified-Since", kept->lastModified);
   auto answer = http.get(request, std::move(stop));
-  if (!answer) return std::unexpected(networkProblem(answer.error()));
-  return std::move(*answer);
+  if (!answer) return std::unexpected(ServiceFailure::network(answer.error()));
+  if (isSuccess(answer->status)) return std::move(*answer);
+  if (answer->status == kNotModified && kept) return std::nullopt;
+  int const status = answer->status;
+  if (refusal != nullptr) *refusal = std::move(*answer);
+  return std::unexpected(ServiceFailure::answered(status));
 }
 
 }  // namespace nimbara

@@ -1,25 +1,34 @@
-// What the feed services share: one exchange with a service, and the sentence that says why it gave nothing.
-// Feed services raise no errors; they keep such a sentence beside the data that they still have.
+// One exchange with a service, as all feeds have it: what is kept is asked for by its validators, and
+// whatever is no answer becomes a `ServiceFailure`. Feed services raise no errors; they keep the failure
+// beside the data that they still have.
 #pragma once
 
 #include "base/result.h"
 #include "base/time/instant.h"
-#include "feeds/fetching/feed_problem.h"
-#include "platform/http_client.h"
+#include "platform/service_failure.h"
 
 #include <chrono>
+#include <optional>
 #include <stop_token>
 #include <string>
 
 namespace nimbara {
 
-/// The answer, whatever its status. The error is a sentence without a full stop.
-Result<HttpResponse, std::string> exchange(HttpClient& http, HttpRequest const& request,
-                                           std::stop_token stop);
+/// What a service sends with a document so that it can be asked whether it has changed. They belong to the
+/// document and are kept only with it.
+struct Validators {
+  std::string etag;
+  std::string lastModified;
 
-inline bool isSuccess(int status) {
-  return status >= 200 && status <= 299;
-}
+  static Validators of(HttpResponse const& answer);
+};
+
+/// The document of a status from 200 to 299, or nothing where the service confirms the one that `kept`
+/// belongs to. Any other status is a failure; `refusal`, where given, is then the answer that had it.
+Result<std::optional<HttpResponse>, ServiceFailure> exchange(HttpClient& http, HttpRequest request,
+                                                             std::optional<Validators> const& kept,
+                                                             std::stop_token stop,
+                                                             HttpResponse* refusal = nullptr);
 
 /// Less than `life` has passed since then. A moment in the future, where a clock that was set back puts it,
 /// is not trusted.

@@ -4,6 +4,7 @@
 
 #include "base/enum_names.h"
 #include "base/time/instant.h"
+#include "platform/service_failure.h"
 
 #include <optional>
 #include <string>
@@ -20,24 +21,33 @@ static_assert(enumNamesComplete(FeedState::notConfigured));
 template <class T>
 struct FeedReading {
   FeedState state = FeedState::failed;
-  T data{};                            ///< the last that the service told, perhaps long ago
-  std::optional<Instant> checkedAt;    ///< when it last told or confirmed it; never: `data` means nothing
-  std::optional<Instant> failedSince;  ///< the first failure after that
-  std::string problem;                 ///< why it is not current: a sentence without a full stop
+  T data{};                               ///< the last that the service told, perhaps long ago
+  std::optional<Instant> checkedAt;       ///< when it last told or confirmed it; never: `data` means nothing
+  std::optional<Instant> failedSince;     ///< the first failure after that
+  std::optional<ServiceFailure> failure;  ///< why it is not current
 
   bool isCurrent() const { return state == FeedState::current; }
+  /// Somebody has answered or failed.
+  bool isSettled() const { return checkedAt || failure; }
+  /// Why it is not current, in English, without a full stop; empty when it is.
+  std::string problem() const { return failure ? sentenceOf(*failure) : std::string(); }
+  bool operator==(FeedReading const&) const = default;
 };
 
-/// The reading of a question that no service was asked.
+/// The reading of a question about a place that is not on the globe.
 template <class T>
-FeedReading<T> failedReading(std::string problem) {
-  return {FeedState::failed, {}, {}, {}, std::move(problem)};
+FeedReading<T> placelessReading() {
+  return {FeedState::failed, {}, {}, {}, ServiceFailure::of(ServiceFailure::Kind::noSuchPlace)};
 }
 
 /// The reading of a feed for which the user has named no source, key or address.
 template <class T>
 FeedReading<T> notConfiguredReading(std::string problem) {
-  return {FeedState::notConfigured, {}, {}, {}, std::move(problem)};
+  return {FeedState::notConfigured,
+          {},
+          {},
+          {},
+          ServiceFailure::of(ServiceFailure::Kind::notConfigured, std::move(problem))};
 }
 
 }  // namespace nimbara

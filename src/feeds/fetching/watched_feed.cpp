@@ -2,7 +2,6 @@
 
 #include "base/text/number.h"
 #include "base/time/http_date.h"
-#include "feeds/fetching/feed_exchange.h"
 #include "platform/request_quota.h"
 
 #include <algorithm>
@@ -14,13 +13,8 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::minutes;
 
-constexpr int kNotModified = 304;
 constexpr minutes kPauses[] = {minutes(1), minutes(2), minutes(5), minutes(15), minutes(60)};
 constexpr milliseconds kLongestPause = std::chrono::hours(24);
-
-std::string headerText(HttpResponse const& answer, std::string_view name) {
-  return std::string(answer.header(name).value_or(""));
-}
 
 std::optional<milliseconds> namedPause(std::string_view retryAfter, Instant now) {
   if (auto const seconds = parseInteger(retryAfter)) return std::chrono::seconds(*seconds);
@@ -57,44 +51,39 @@ bool FeedCheck::isOverQuota(Instant now) const {
 
 std::optional<HttpResponse> FeedCheck::ask(HttpClient& http, Clock const& clock, HttpRequest request,
                                            std::stop_token const& stop) {
-  if (!etag_.empty()) request.headers.emplace_back("If-None-Match", etag_);
-  if (!lastModified_.empty()) request.headers.emplace_back("If-Modified-Since", lastModified_);
-  bool const isConditional = !etag_.empty() || !lastModified_.empty();
-  auto answer = exchange(http, request, stop);
+  HttpResponse refusal;
+  auto answer = exchange(http, std::move(request), validators_, stop, &refusal);
   if (!answer) {
-    fail(clock, answer.error(), 0);
-  } else if (answer->status == kNotModified && isConditional) {
-    confirm(clock.now());
-  } else if (!isSuccess(answer->status)) {
-    fail(clock, statusProblem(answer->status), answer->status, answer->header("Retry-After"), answer->body);
-  } else {
-    return std::move(*answer);
+    fail(clock, std::move(answer.error()), refusal);
+    return std::nullopt;
   }
-  return std::nullopt;
+  if (!*answer) confirm(clock.now());
+  return std::move(*answer);
 }
 
 void FeedCheck::accept(Clock const& clock, HttpResponse const& answer) {
-  etag_ = headerText(answer, "ETag");
-  lastModified_ = headerText(answer, "Last-Modified");
+  auto given = Validators::of(answer);
+  bool const isAny = !given.etag.empty() || !given.lastModified.empty();
+  validators_ = isAny ? std::optional(std::move(given)) : std::nullopt;
   confirm(clock.now());
 }
 
 void FeedCheck::confirm(Instant now) {
   checkedAt_ = now;
   failedSince_.reset();
-  problem_.clear();
+  failure_.reset();
   failures_ = 0;
   pausedUntil_.reset();
   quotaEnd_.reset();
 }
 
-void FeedCheck::fail(Clock const& clock, std::string problem, int status,
-                     std::optional<std::string_view> retryAfter, std::string_view body) {
+void FeedCheck::fail(Clock const& clock, ServiceFailure failure, HttpResponse const& answer) {
   Instant const now = clock.now();
-  quotaEnd_ = quotaEnd(body, now);
+  quotaEnd_ = quotaEnd(answer.body, now);
   if (!failedSince_) failedSince_ = now;
-  problem_ = std::move(problem);
-  pausedUntil_ = clock.steadyNow() + pauseAfterFailure(status, ++failures_, retryAfter, now);
+  failure_ = std::move(failure);
+  pausedUntil_ =
+      clock.steadyNow() + pauseAfterFailure(answer.status, ++failures_, answer.header("Retry-After"), now);
 }
 
 }  // namespace nimbara

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "base/json/json.h"
+#include "feeds/fetching/feed_exchange.h"
 #include "feeds/fetching/feed_reading.h"
 #include "platform/clock.h"
 #include "platform/http_client.h"
@@ -24,6 +25,7 @@ struct FeedQuestion {
   HttpRequest request;
   std::string_view expected;         ///< "list of storms", for the sentence about anything else
   std::chrono::milliseconds life{};  ///< how long an answer is taken for the present one
+  bool isPatient = true;             ///< a service that refuses is left alone for a while
 };
 
 /// For how long a service is not asked after its `failures`th failure in a row (from 1). `status` is 0 where
@@ -43,15 +45,14 @@ class FeedCheck {
                                   std::stop_token const& stop);
   /// The answer has been read.
   void accept(Clock const& clock, HttpResponse const& answer);
-  /// The answer could not be read, or is none. Its `body` may say until when the service answers no more.
-  void fail(Clock const& clock, std::string problem, int status,
-            std::optional<std::string_view> retryAfter = {}, std::string_view body = {});
+  /// There is none, or it could not be read. The answer may say until when the service gives no other.
+  void fail(Clock const& clock, ServiceFailure failure, HttpResponse const& answer);
   /// What another process had of the service.
   void restore(Instant checkedAt) { checkedAt_ = checkedAt; }
 
   std::optional<Instant> const& checkedAt() const { return checkedAt_; }
   std::optional<Instant> const& failedSince() const { return failedSince_; }
-  std::string const& problem() const { return problem_; }
+  std::optional<ServiceFailure> const& failure() const { return failure_; }
 
  private:
   void confirm(Instant now);
@@ -59,9 +60,8 @@ class FeedCheck {
 
   std::optional<Instant> checkedAt_;
   std::optional<Instant> failedSince_;
-  std::string problem_;
-  std::string etag_;
-  std::string lastModified_;
+  std::optional<ServiceFailure> failure_;
+  std::optional<Validators> validators_;  ///< where the service has given any
   int failures_ = 0;
   std::optional<std::chrono::steady_clock::time_point> pausedUntil_;
   std::optional<Instant> quotaEnd_;  ///< the service allows no more requests before
@@ -74,7 +74,7 @@ class WatchedFeed {
   template <class Parse>
   FeedReading<T> read(HttpClient& http, Clock const& clock, FeedQuestion const& question, Parse const& parse,
                       std::stop_token const& stop) {
-    if (check_.isDue(clock, question.life)) {
+    if (check_.isDue(clock, question.life) || !(question.isPatient || check_.isFresh(clock, question.life))) {
       if (auto const answer = check_.ask(http, clock, question.request, stop)) {
         take(clock, question, *answer, parse(answer->body));
       }
@@ -85,7 +85,7 @@ class WatchedFeed {
   FeedReading<T> reading(Clock const& clock, std::chrono::milliseconds life) const {
     bool const fresh = check_.isFresh(clock, life);
     return {fresh ? FeedState::current : FeedState::failed, data_, check_.checkedAt(), check_.failedSince(),
-            fresh ? std::string() : check_.problem()};
+            fresh ? std::nullopt : check_.failure()};
   }
 
   void restore(T data, Instant checkedAt) {
@@ -98,9 +98,10 @@ class WatchedFeed {
             Result<T, DecodeError> parsed) {
     if (!parsed) {
       return check_.fail(clock,
-                         "the response is not a valid " + std::string(question.expected) + " (" +
-                             parsed.error().text() + ")",
-                         answer.status, {}, answer.body);
+                         ServiceFailure::of(ServiceFailure::Kind::unreadable,
+                                            "the response is not a valid " + std::string(question.expected) +
+                                                " (" + parsed.error().text() + ")"),
+                         answer);
     }
     data_ = std::move(*parsed);
     check_.accept(clock, answer);

@@ -38,7 +38,7 @@ void addReading(FeedReading<std::vector<HotSpot>>& sum, FeedReading<std::vector<
   sum.checkedAt = sum.checkedAt && part.checkedAt ? std::min(sum.checkedAt, part.checkedAt) : std::nullopt;
   if (part.isCurrent()) return;
   sum.state = part.state;
-  sum.problem = std::move(part.problem);
+  sum.failure = std::move(part.failure);
   sum.failedSince = sum.failedSince ? std::min(sum.failedSince, part.failedSince) : part.failedSince;
 }
 
@@ -67,8 +67,7 @@ FeedReading<std::vector<FireDetection>> WildfireService::fetchFires(Coordinate p
   if (trimmed(options_.mapKey).empty()) {
     return notConfiguredReading<std::vector<FireDetection>>("no key for the wildfire list is set");
   }
-  if (!isValid(place) || !(radiusKm > 0))
-    return failedReading<std::vector<FireDetection>>("the coordinates are not valid");
+  if (!isValid(place) || !(radiusKm > 0)) return placelessReading<std::vector<FireDetection>>();
   double const radius = std::min(radiusKm, kLargestRadiusKm);
   std::lock_guard const turn(turn_);
   auto const areas = fireAreas(place, radius);
@@ -82,7 +81,8 @@ FeedReading<std::vector<FireDetection>> WildfireService::fetchFires(Coordinate p
   });
   known_.insert(known_.end(), fires.begin(), fires.begin() + std::min(fires.size(), kMostRemembered));
   if (known_.size() > kMostRemembered) known_.erase(known_.begin(), known_.end() - kMostRemembered);
-  return {spots.state, std::move(fires), spots.checkedAt, spots.failedSince, withoutKey(spots.problem)};
+  if (spots.failure) spots.failure->detail = withoutKey(std::move(spots.failure->detail));
+  return {spots.state, std::move(fires), spots.checkedAt, spots.failedSince, std::move(spots.failure)};
 }
 
 FeedReading<std::vector<HotSpot>> WildfireService::hotSpots(std::string const& area,

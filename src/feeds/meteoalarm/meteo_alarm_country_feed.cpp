@@ -25,10 +25,10 @@ Result<MeteoAlarmContent, std::string> readJson(std::string_view body, std::stri
 }
 
 /// Both forms lie on one host: what kept the one from being asked keeps the other one.
-bool isHostAway(HttpError const& error) {
+bool isHostAway(ServiceFailure const& failure) {
   using enum HttpError::Kind;
   constexpr HttpError::Kind kAway[] = {unresolvedHost, connectionFailed, tlsFailed, cancelled};
-  return std::ranges::find(kAway, error.kind) != std::end(kAway);
+  return std::ranges::find(kAway, failure.transport) != std::end(kAway);
 }
 
 }  // namespace
@@ -54,7 +54,7 @@ MeteoAlarmCountryFeed::Answer MeteoAlarmCountryFeed::get(std::stop_token const& 
   Asked const asked = ask(stop);
   lock.lock();
   isAsking_ = false;
-  failure_ = asked.form == nullptr ? std::optional(asked.problem) : std::nullopt;
+  failure_ = asked.form == nullptr ? asked.failure : std::nullopt;
   if (asked.form != nullptr) {
     content_ = asked.form->content();
     if (!content_->messages.empty()) messages_ = content_;
@@ -68,11 +68,10 @@ MeteoAlarmCountryFeed::Asked MeteoAlarmCountryFeed::ask(std::stop_token const& s
   Asked asked;
   for (MeteoAlarmFeedForm& form : forms_) {
     if (form.rests()) continue;
-    auto const answer = http_.get(form.request(), stop);
-    auto const accepted = form.accept(answer);
-    if (accepted) return {&form, {}};
-    if (asked.problem.empty()) asked.problem = accepted.error();
-    if (stop.stop_requested() || (!answer && isHostAway(answer.error()))) break;
+    auto const failure = form.ask(http_, stop);
+    if (!failure) return {&form, {}};
+    if (!asked.failure) asked.failure = failure;
+    if (stop.stop_requested() || isHostAway(*failure)) break;
   }
   return asked;
 }

@@ -19,8 +19,8 @@ class MeteoAlarmCountryFeed {
     std::shared_ptr<MeteoAlarmContent const> content;  ///< null until the service has answered
     /// The last that had messages whole: they never change, so that they serve entries of either form.
     std::shared_ptr<MeteoAlarmContent const> messages;
-    std::optional<Instant> checkedAt;    ///< when the service confirmed the content
-    std::optional<std::string> failure;  ///< why it could not be confirmed just now
+    std::optional<Instant> checkedAt;       ///< when the service confirmed the content
+    std::optional<ServiceFailure> failure;  ///< why it could not be confirmed just now
   };
 
   struct Addresses {
@@ -36,7 +36,7 @@ class MeteoAlarmCountryFeed {
  private:
   struct Asked {
     MeteoAlarmFeedForm const* form = nullptr;  ///< that answered
-    std::string problem;                       ///< of the first that did not
+    std::optional<ServiceFailure> failure;     ///< of the first that did not
   };
 
   bool isFresh() const;
@@ -53,7 +53,7 @@ class MeteoAlarmCountryFeed {
   std::shared_ptr<MeteoAlarmContent const> content_;
   std::shared_ptr<MeteoAlarmContent const> messages_;
   std::optional<Instant> lastFetchDate_;
-  std::optional<std::string> failure_;  ///< of the last request
+  std::optional<ServiceFailure> failure_;  ///< of the last request
 };
 
 }  // namespace nimbara

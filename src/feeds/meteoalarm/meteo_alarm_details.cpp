@@ -1,6 +1,7 @@
 #include "feeds/meteoalarm/meteo_alarm_details.h"
 
 #include "base/text/text.h"
+#include "feeds/meteoalarm/meteo_alarm_classes.h"
 
 #include <algorithm>
 #include <set>

@@ -1,7 +1,5 @@
 #include "feeds/meteoalarm/meteo_alarm_feed_form.h"
 
-#include "feeds/fetching/feed_problem.h"
-
 namespace nimbara {
 
 namespace {
@@ -17,13 +15,7 @@ constexpr std::chrono::milliseconds kMissingFeedRest = 1h;
 constexpr std::chrono::milliseconds kHangRest = 30s;
 constexpr std::size_t kLongestBody = std::size_t{32} << 20;
 constexpr int kOk = 200;
-constexpr int kNotModified = 304;
 constexpr int kNotFound = 404;
-
-std::optional<std::string> headerOf(HttpResponse const& answer, std::string_view name) {
-  auto const value = answer.header(name);
-  return value ? std::optional(std::string(*value)) : std::nullopt;
-}
 
 }  // namespace
 
@@ -35,32 +27,32 @@ bool MeteoAlarmFeedForm::rests() const {
 }
 
 HttpRequest MeteoAlarmFeedForm::request() const {
-  HttpHeaders headers{{"Accept", accept_}};
-  if (validators_.etag) headers.emplace_back("If-None-Match", *validators_.etag);
-  if (validators_.lastModified) headers.emplace_back("If-Modified-Since", *validators_.lastModified);
-  HttpRequest request{url_, std::move(headers), kTimeout, kLongestBody};
+  HttpRequest request{url_, {{"Accept", accept_}}, kTimeout, kLongestBody};
   request.longestSilence = kLongestSilence;
   return request;
 }
 
-Result<void, std::string> MeteoAlarmFeedForm::accept(Result<HttpResponse, HttpError> const& answer) {
+std::optional<ServiceFailure> MeteoAlarmFeedForm::ask(HttpClient& http, std::stop_token const& stop) {
+  auto const kept = content_ ? std::optional(validators_) : std::nullopt;
+  auto const answer = exchange(http, request(), kept, stop);
   restsUntil_.reset();
-  if (!answer) {
-    if (answer.error().kind == HttpError::Kind::timedOut) restsUntil_ = clock_.steadyNow() + kHangRest;
-    return std::unexpected(networkProblem(answer.error()));
-  }
-  if (answer->status == kOk) return acceptBody(*answer);
-  if (answer->status == kNotModified && content_) return {};
-  if (answer->status == kNotFound) restsUntil_ = clock_.steadyNow() + kMissingFeedRest;
-  return std::unexpected(statusProblem(answer->status));
+  if (answer) return *answer ? acceptBody(**answer) : std::nullopt;
+  ServiceFailure const& failure = answer.error();
+  if (failure.transport == HttpError::Kind::timedOut) restsUntil_ = clock_.steadyNow() + kHangRest;
+  if (failure.status == kNotFound) restsUntil_ = clock_.steadyNow() + kMissingFeedRest;
+  return failure;
 }
 
-Result<void, std::string> MeteoAlarmFeedForm::acceptBody(HttpResponse const& answer) {
+std::optional<ServiceFailure> MeteoAlarmFeedForm::acceptBody(HttpResponse const& answer) {
+  if (answer.status != kOk) return ServiceFailure::answered(answer.status);
   auto content = read_(answer.body);
-  if (!content) return std::unexpected("MeteoAlarm's response is not a valid feed: " + content.error());
+  if (!content) {
+    return ServiceFailure::of(ServiceFailure::Kind::unreadable,
+                              "MeteoAlarm's response is not a valid feed: " + content.error());
+  }
   content_ = std::make_shared<MeteoAlarmContent const>(std::move(*content));
-  validators_ = {headerOf(answer, "ETag"), headerOf(answer, "Last-Modified")};
-  return {};
+  validators_ = Validators::of(answer);
+  return std::nullopt;
 }
 
 }  // namespace nimbara

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "feeds/cap/cap_store.h"
+#include "feeds/fetching/feed_exchange.h"
 #include "feeds/meteoalarm/meteo_alarm_selection.h"
 #include "platform/clock.h"
 #include "platform/http_client.h"
@@ -31,20 +32,15 @@ class MeteoAlarmFeedForm {
 
   /// It was not found, or hangs: nobody waits for it again at once.
   bool rests() const;
-  HttpRequest request() const;
-  /// Success says that `content` is what the service has now. The error is a sentence's beginning, and leaves
-  /// what was known: what is not well formed to its end is not kept, nor what would have it confirmed.
-  Result<void, std::string> accept(Result<HttpResponse, HttpError> const& answer);
+  /// Afterwards `content` is what the service has now. A failure leaves what was known: what is not well
+  /// formed to its end is not kept, nor what would have it confirmed.
+  std::optional<ServiceFailure> ask(HttpClient& http, std::stop_token const& stop);
   /// Null until the service has answered.
   std::shared_ptr<MeteoAlarmContent const> const& content() const { return content_; }
 
  private:
-  struct Validators {
-    std::optional<std::string> etag;
-    std::optional<std::string> lastModified;
-  };
-
-  Result<void, std::string> acceptBody(HttpResponse const& answer);
+  HttpRequest request() const;
+  std::optional<ServiceFailure> acceptBody(HttpResponse const& answer);
 
   Clock const& clock_;
   std::string url_;

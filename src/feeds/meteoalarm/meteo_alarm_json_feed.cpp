@@ -2,8 +2,8 @@
 
 #include "base/text/text.h"
 #include "feeds/cap/cap_json.h"
+#include "feeds/meteoalarm/meteo_alarm_classes.h"
 #include "feeds/meteoalarm/meteo_alarm_details.h"
-#include "feeds/meteoalarm/meteo_alarm_type.h"
 
 #include <algorithm>
 #include <map>

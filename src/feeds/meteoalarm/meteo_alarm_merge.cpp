@@ -3,6 +3,7 @@
 #include "base/text/text.h"
 #include "feeds/alerts/event_memory.h"
 #include "feeds/alerts/gov_alerts.h"
+#include "feeds/meteoalarm/meteo_alarm_classes.h"
 #include "feeds/meteoalarm/warned_areas.h"
 #include "feeds/regions/meteo_alarm_countries.h"
 
@@ -160,7 +161,7 @@ void locate(WeatherAlert& alert, Group const& group, MergeContext const& context
 WeatherAlert alertOf(Group const& group, MergeContext const& context) {
   WeatherAlert alert;
   alert.title = context.texts.text("govAlert.event." + std::string(enumName(group.type)));
-  alert.icon = iconOf(group.type);
+  alert.kind = warningKindOf(group.type);
   alert.source = "MeteoAlarm";
   alert.isGovAlert = true;
   for (ToldEntry const* const told : group.deciding) widen(alert, *told);

@@ -2,7 +2,7 @@
 
 #include "base/text/text.h"
 #include "feeds/meteoalarm/area_names.h"
-#include "feeds/meteoalarm/meteo_alarm_type.h"
+#include "feeds/meteoalarm/meteo_alarm_classes.h"
 #include "feeds/regions/region_names.h"
 #include "regions/region_map.h"
 

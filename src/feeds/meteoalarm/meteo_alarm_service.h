@@ -24,9 +24,9 @@ namespace nimbara {
 /// The warnings of a place and how far they can be trusted.
 struct MeteoAlarmAnswer {
   std::vector<WeatherAlert> alerts;
-  std::vector<WeatherAlert> unplaced;  ///< in force in areas of the country that nobody here can place
-  std::optional<Instant> checkedAt;    ///< when the service confirmed them; never: nothing is known
-  std::optional<std::string> failure;  ///< why they could not be confirmed just now; a sentence's beginning
+  std::vector<WeatherAlert> unplaced;     ///< in force in areas of the country that nobody here can place
+  std::optional<Instant> checkedAt;       ///< when the service confirmed them; never: nothing is known
+  std::optional<ServiceFailure> failure;  ///< why they could not be confirmed just now
 };
 
 class MeteoAlarmService {

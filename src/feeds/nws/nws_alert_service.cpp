@@ -14,19 +14,12 @@ namespace {
 constexpr std::chrono::seconds kTimeout{15};
 constexpr std::size_t kLargestBody = std::size_t{8} << 20;
 constexpr int kOk = 200;
-constexpr int kNotModified = 304;
 constexpr int kBadRequest = 400;
 constexpr int kNotFound = 404;
 
 std::string keyOf(Coordinate place) {
   constexpr int kDecimals = 4;
   return fixedDecimal(place.latitude, kDecimals) + "," + fixedDecimal(place.longitude, kDecimals);
-}
-
-std::optional<std::string> headerOf(HttpResponse const& response, std::string_view name) {
-  auto const value = response.header(name);
-  if (!value || value->empty()) return std::nullopt;
-  return std::string(*value);
 }
 
 std::vector<NWSAlert> withEventNaming(std::vector<NWSAlert> alerts,
@@ -55,34 +48,30 @@ NWSAlertService::NWSAlertService(HttpClient& http, Clock const& clock, Options o
 
 NWSAlertAnswer NWSAlertService::fetchAlerts(double latitude, double longitude, std::stop_token const& stop) {
   Coordinate const place{latitude, longitude};
-  if (!isValid(place)) return {{}, false, "the coordinates are not valid", {}, false};
+  if (!isValid(place)) return {{}, false, ServiceFailure::of(ServiceFailure::Kind::noSuchPlace), {}, false};
   std::string const key = keyOf(place);
   std::unique_lock lock(mutex_);
   bool const isFresh = lastFetchPoint_ == key && isYounger(*lastFetchDate_, kCacheTTL, clock_.now());
-  if (isFresh) return {cachedAlerts_, true, "", {}, false};
-  bool const hadValidators = lastFetchPoint_ == key;
-  auto response = askFor(key, lock, stop);
+  if (isFresh) return {cachedAlerts_, true, {}, {}, false};
+  auto answer = askFor(key, lock, stop);
   // Another place took the cache in between, and what has not changed is not available any more.
-  bool const isLost = hadValidators && lastFetchPoint_ != key && response && response->status == kNotModified;
-  if (isLost) response = askFor(key, lock, stop);
-  if (!response) return failed(key, response.error());
-  if (response->status == kNotModified && lastFetchPoint_ == key) {
-    lastFetchDate_ = clock_.now();
-    return {cachedAlerts_, true, "", {}, false};
-  }
-  if (response->status != kOk) return refused(key, response->status);
-  return taken(key, *response);
+  bool const isLost = answer && !*answer && lastFetchPoint_ != key;
+  if (isLost) answer = askFor(key, lock, stop);
+  if (!answer) return failed(key, std::move(answer.error()));
+  if (*answer) return taken(key, **answer);
+  lastFetchDate_ = clock_.now();
+  return {cachedAlerts_, true, {}, {}, false};
 }
 
 /// Lets others in while the service is asked.
-Result<HttpResponse, std::string> NWSAlertService::askFor(std::string const& key,
-                                                          std::unique_lock<std::mutex>& lock,
-                                                          std::stop_token const& stop) {
+NWSAlertService::Answer NWSAlertService::askFor(std::string const& key, std::unique_lock<std::mutex>& lock,
+                                                std::stop_token const& stop) {
   HttpRequest const request = requestFor(key);
+  auto const kept = lastFetchPoint_ == key ? std::optional(validators_) : std::nullopt;
   lock.unlock();
-  auto response = exchange(http_, request, stop);
+  auto answer = exchange(http_, request, kept, stop);
   lock.lock();
-  return response;
+  return answer;
 }
 
 HttpRequest NWSAlertService::requestFor(std::string const& key) const {
@@ -91,47 +80,34 @@ HttpRequest NWSAlertService::requestFor(std::string const& key) const {
   request.timeout = kTimeout;
   request.maxBodyBytes = kLargestBody;
   request.headers = {{"User-Agent", userAgent_}, {"Accept", "application/geo+json"}};
-  if (lastFetchPoint_ != key) return request;
-  if (lastETag_) request.headers.emplace_back("If-None-Match", *lastETag_);
-  if (lastModified_) request.headers.emplace_back("If-Modified-Since", *lastModified_);
   return request;
 }
 
 NWSAlertAnswer NWSAlertService::taken(std::string const& key, HttpResponse const& response) {
+  using enum ServiceFailure::Kind;
+  if (response.status != kOk) return failed(key, ServiceFailure::answered(response.status));
   auto list = parseNwsAlerts(response.body);
-  if (!list) return failed(key, "the response is not a valid list of alerts (" + list.error().text() + ")");
+  if (!list) {
+    return failed(key, ServiceFailure::of(unreadable, "the response is not a valid list of alerts (" +
+                                                          list.error().text() + ")"));
+  }
   if (list->unreadable > 0) {
-    auto answer = failed(key, std::to_string(list->unreadable) + " of the listed alerts cannot be read");
+    auto answer = failed(key, ServiceFailure::of(incomplete, std::to_string(list->unreadable) +
+                                                                 " of the listed alerts cannot be read"));
     answer.readable = std::move(list->alerts);
     return answer;
   }
   cachedAlerts_ = std::move(list->alerts);
   lastFetchDate_ = clock_.now();
   lastFetchPoint_ = key;
-  lastETag_ = headerOf(response, "ETag");
-  lastModified_ = headerOf(response, "Last-Modified");
-  return {cachedAlerts_, true, "", {}, false};
+  validators_ = Validators::of(response);
+  return {cachedAlerts_, true, {}, {}, false};
 }
 
-NWSAlertAnswer NWSAlertService::refused(std::string const& key, int status) const {
-  auto answer = failed(key, statusProblem(status));
-  answer.isOutside = status == kBadRequest || status == kNotFound;
-  return answer;
-}
-
-NWSAlertAnswer NWSAlertService::failed(std::string const& key, std::string problem) const {
-  return {
-      lastFetchPoint_ == key ? cachedAlerts_ : std::vector<NWSAlert>(), false, std::move(problem), {}, false};
-}
-
-std::vector<NWSAlert> NWSAlertService::fetchConvectiveAlerts(double latitude, double longitude,
-                                                             std::stop_token const& stop) {
-  return convectiveAlerts(fetchAlerts(latitude, longitude, stop).alerts);
-}
-
-std::vector<NWSAlert> NWSAlertService::fetchFloodAlerts(double latitude, double longitude,
-                                                        std::stop_token const& stop) {
-  return floodAlerts(fetchAlerts(latitude, longitude, stop).alerts);
+NWSAlertAnswer NWSAlertService::failed(std::string const& key, ServiceFailure failure) const {
+  bool const isOutside = failure.status == kBadRequest || failure.status == kNotFound;
+  auto known = lastFetchPoint_ == key ? cachedAlerts_ : std::vector<NWSAlert>();
+  return {std::move(known), false, std::move(failure), {}, isOutside};
 }
 
 }  // namespace nimbara

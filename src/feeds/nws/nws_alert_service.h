@@ -5,9 +5,9 @@
 #pragma once
 
 #include "base/geodesy.h"
+#include "feeds/fetching/feed_exchange.h"
 #include "feeds/nws/nws_alert.h"
 #include "platform/clock.h"
-#include "platform/http_client.h"
 
 #include <mutex>
 #include <optional>
@@ -19,8 +19,8 @@ namespace nimbara {
 
 struct NWSAlertAnswer {
   std::vector<NWSAlert> alerts;
-  bool ok = false;      ///< the list is the service's, of now or of less than two minutes ago
-  std::string problem;  ///< why it is not: a sentence without a full stop
+  bool ok = false;  ///< the list is the service's, of now or of less than two minutes ago
+  std::optional<ServiceFailure> failure;  ///< why it is not
   /// Of an answer in which some features are no alerts: the others. Such an answer is a failure.
   std::optional<std::vector<NWSAlert>> readable;
   bool isOutside = false;  ///< the service says that it knows no such point
@@ -39,17 +39,14 @@ class NWSAlertService {
 
   /// Degrees. Any thread, also several at once. Blocks for the request; `stop` ends it as a failure.
   NWSAlertAnswer fetchAlerts(double latitude, double longitude, std::stop_token const& stop = {});
-  std::vector<NWSAlert> fetchConvectiveAlerts(double latitude, double longitude,
-                                              std::stop_token const& stop = {});
-  std::vector<NWSAlert> fetchFloodAlerts(double latitude, double longitude, std::stop_token const& stop = {});
 
  private:
-  Result<HttpResponse, std::string> askFor(std::string const& key, std::unique_lock<std::mutex>& lock,
-                                           std::stop_token const& stop);
+  using Answer = Result<std::optional<HttpResponse>, ServiceFailure>;
+
+  Answer askFor(std::string const& key, std::unique_lock<std::mutex>& lock, std::stop_token const& stop);
   HttpRequest requestFor(std::string const& key) const;
   NWSAlertAnswer taken(std::string const& key, HttpResponse const& response);
-  NWSAlertAnswer refused(std::string const& key, int status) const;
-  NWSAlertAnswer failed(std::string const& key, std::string problem) const;
+  NWSAlertAnswer failed(std::string const& key, ServiceFailure failure) const;
 
   HttpClient& http_;
   Clock const& clock_;
@@ -59,8 +56,7 @@ class NWSAlertService {
   std::vector<NWSAlert> cachedAlerts_;
   std::optional<Instant> lastFetchDate_;
   std::optional<std::string> lastFetchPoint_;
-  std::optional<std::string> lastETag_;
-  std::optional<std::string> lastModified_;
+  Validators validators_;
 };
 
 /// Those whose event names a tornado or a severe thunderstorm, in the service's capitals.

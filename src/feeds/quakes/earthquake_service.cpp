@@ -1,7 +1,7 @@
 #include "feeds/quakes/earthquake_service.h"
 
-#include "base/files/file.h"
 #include "feeds/fetching/feed_exchange.h"
+#include "feeds/fetching/kept_record.h"
 
 namespace nimbara {
 
@@ -9,36 +9,33 @@ namespace {
 
 constexpr std::size_t kLargestFile = std::size_t{8} << 20;
 
+ServiceFailure unreadableList(DecodeError const& error) {
+  return ServiceFailure::of(ServiceFailure::Kind::unreadable,
+                            "the response is not a valid list of earthquakes (" + error.text() + ")");
+}
+
 }  // namespace
 
 EarthquakeService::EarthquakeService(FeedSource& source, Clock const& clock, Options options)
     : source_(source), clock_(clock), options_(std::move(options)) {}
 
-std::vector<EarthquakeEvent> EarthquakeService::fetchEarthquakes(std::stop_token const& stop) {
+FeedReading<std::vector<EarthquakeEvent>> EarthquakeService::fetchEarthquakes(std::stop_token const& stop) {
   std::lock_guard const turn(turn_);
   loadOnce();
   bool const fresh =
       lastFetchDate_ && isYounger(*lastFetchDate_, kTTL, clock_.now()) && !cachedEvents_.empty();
-  if (!fresh) problem_ = renew(stop).value_or("");
-  return cachedEvents_;
-}
-
-std::string EarthquakeService::problem() const {
-  std::lock_guard const turn(turn_);
-  return problem_;
-}
-
-std::optional<Instant> EarthquakeService::checkedAt() const {
-  std::lock_guard const turn(turn_);
-  return lastFetchDate_;
+  auto failure = fresh ? std::nullopt : renew(stop);
+  failedSince_ = failure ? std::optional(failedSince_.value_or(clock_.now())) : std::nullopt;
+  return {failure ? FeedState::failed : FeedState::current, cachedEvents_, lastFetchDate_, failedSince_,
+          std::move(failure)};
 }
 
 /// Gives what went wrong; then everything is as it was.
-std::optional<std::string> EarthquakeService::renew(std::stop_token const& stop) {
+std::optional<ServiceFailure> EarthquakeService::renew(std::stop_token const& stop) {
   auto const answer = source_.get({}, stop);
   if (!answer) return answer.error();
   auto events = parseEarthquakes(answer->body);
-  if (!events) return "the response is not a valid list of earthquakes (" + events.error().text() + ")";
+  if (!events) return unreadableList(events.error());
   lastFetchDate_ = answer->fetchedAt;
   cachedEvents_ = recentEarthquakes(std::move(*events), clock_.now());
   save();
@@ -57,9 +54,7 @@ void EarthquakeService::loadOnce() {
   if (std::exchange(loaded_, true) || options_.cacheDirectory.empty()) return;
   std::error_code ignored;
   if (!options_.isStandIn && std::filesystem::exists(standInMark(), ignored)) return;
-  auto const content = readFile(file(), kLargestFile);
-  if (!content) return;
-  auto events = decodeJson<std::vector<EarthquakeEvent>>(*content);
+  auto events = keptRecord<std::vector<EarthquakeEvent>>(file(), kLargestFile);
   if (events) cachedEvents_ = recentEarthquakes(std::move(*events), clock_.now());
 }
 

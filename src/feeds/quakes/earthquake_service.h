@@ -3,6 +3,7 @@
 #pragma once
 
 #include "feeds/feed_source.h"
+#include "feeds/fetching/feed_reading.h"
 #include "feeds/quakes/earthquake_event.h"
 #include "platform/clock.h"
 
@@ -26,16 +27,12 @@ class EarthquakeService {
 
   EarthquakeService(FeedSource& source, Clock const& clock, Options options);
 
-  /// Newest first; the last known list, perhaps empty, when nothing newer can be had. Blocks for the request.
-  std::vector<EarthquakeEvent> fetchEarthquakes(std::stop_token const& stop = {});
-
-  /// Why the last call could not renew the list: a sentence without a full stop; empty when it is fresh.
-  std::string problem() const;
-  /// When the list that this process has was downloaded.
-  std::optional<Instant> checkedAt() const;
+  /// Newest first; the last known list, perhaps empty, when nothing newer can be had. A list of an earlier
+  /// process has no `checkedAt`. Blocks for the request.
+  FeedReading<std::vector<EarthquakeEvent>> fetchEarthquakes(std::stop_token const& stop = {});
 
  private:
-  std::optional<std::string> renew(std::stop_token const& stop);
+  std::optional<ServiceFailure> renew(std::stop_token const& stop);
   void loadOnce();
   void save() const;
   std::filesystem::path file() const;
@@ -44,11 +41,11 @@ class EarthquakeService {
   FeedSource& source_;
   Clock const& clock_;
   Options options_;
-  mutable std::mutex turn_;
+  std::mutex turn_;
   bool loaded_ = false;
   std::vector<EarthquakeEvent> cachedEvents_;
   std::optional<Instant> lastFetchDate_;
-  std::string problem_;
+  std::optional<Instant> failedSince_;
 };
 
 }  // namespace nimbara

@@ -2,9 +2,8 @@
 // half an hour; never raises an error.
 #pragma once
 
+#include "feeds/fetching/watched_feed.h"
 #include "feeds/space/planetary_k_index.h"
-#include "platform/clock.h"
-#include "platform/http_client.h"
 
 #include <mutex>
 #include <optional>
@@ -14,6 +13,13 @@
 
 namespace nimbara {
 
+struct KIndex {
+  std::optional<double> now;      ///< 0 to 9; nothing when it was never known
+  std::vector<KpReading> recent;  ///< the last days, oldest first
+
+  bool operator==(KIndex const&) const = default;
+};
+
 class GeomagneticService {
  public:
   static constexpr std::chrono::seconds kLife{1800};
@@ -21,29 +27,15 @@ class GeomagneticService {
   /// `baseUrl` is that of the service's products ("https://services.swpc.noaa.gov").
   GeomagneticService(HttpClient& http, Clock const& clock, std::string baseUrl);
 
-  /// 0 to 9; the last known value when no newer one can be had, nothing when there never was one. Blocks for
-  /// the request.
-  std::optional<double> currentKp(std::stop_token const& stop = {});
-
-  /// Why the last call gave no fresh value: a sentence without a full stop; empty when it did.
-  std::string problem() const;
-  /// The last days of the answer that gave the value, oldest first; empty before.
-  std::vector<KpReading> recent() const;
-  /// When that answer came.
-  std::optional<Instant> checkedAt() const;
+  /// The last known value when no newer one can be had. Blocks for the request.
+  FeedReading<KIndex> currentKp(std::stop_token const& stop = {});
 
  private:
-  std::optional<std::string> renew(std::stop_token const& stop);
-
   HttpClient& http_;
   Clock const& clock_;
   std::string baseUrl_;
-  mutable std::mutex turn_;
-  std::optional<double> cachedKp_;
-  std::optional<Instant> cacheExpiry_;
-  std::string problem_;
-  std::vector<KpReading> recent_;
-  std::optional<Instant> checkedAt_;
+  std::mutex turn_;
+  WatchedFeed<KIndex> feed_;
 };
 
 }  // namespace nimbara

@@ -73,8 +73,7 @@ FeedReading<std::vector<LightningStrike>> HttpLightningSource::fetchStrikes(Coor
   if (baseUrl_.empty()) {
     return notConfiguredReading<std::vector<LightningStrike>>("no lightning source is set");
   }
-  if (!isValid(place) || !(radiusKm > 0))
-    return failedReading<std::vector<LightningStrike>>("the coordinates are not valid");
+  if (!isValid(place) || !(radiusKm > 0)) return placelessReading<std::vector<LightningStrike>>();
   double const radius = std::min(radiusKm, kLargestRadiusKm);
   std::string const key = placeQuery(place, radius);
   std::lock_guard const turn(turn_);

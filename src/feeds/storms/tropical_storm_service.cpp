@@ -98,9 +98,9 @@ std::optional<std::string> TropicalStormService::mapAnswer(std::string const& pa
   request.headers = {{"Accept", "application/json"}};
   request.timeout = kMapTimeout;
   request.maxBodyBytes = kLargestBody;
-  auto answer = exchange(http_, request, stop);
-  if (!answer || !isSuccess(answer->status)) return std::nullopt;
-  return std::move(answer->body);
+  auto answer = exchange(http_, std::move(request), {}, stop);
+  if (!answer || !*answer) return std::nullopt;
+  return std::move((*answer)->body);
 }
 
 }  // namespace nimbara

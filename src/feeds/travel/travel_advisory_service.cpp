@@ -1,7 +1,7 @@
 #include "feeds/travel/travel_advisory_service.h"
 
-#include "base/files/file.h"
 #include "base/json/json_codec.h"
+#include "feeds/fetching/kept_record.h"
 
 #include <utility>
 
@@ -52,9 +52,7 @@ FeedReading<std::vector<TravelAdvisory>> TravelAdvisoryService::fetchAdvisories(
 
 void TravelAdvisoryService::loadOnce() {
   if (std::exchange(loaded_, true) || options_.cacheDirectory.empty()) return;
-  auto const content = readFile(file(), kLargestBody);
-  if (!content) return;
-  auto kept = decodeJson<KeptAdvisories>(*content);
+  auto kept = keptRecord<KeptAdvisories>(file(), kLargestBody);
   if (!kept || kept->advisories.empty()) return;
   feed_.restore(std::move(kept->advisories), kept->checkedAt);
 }

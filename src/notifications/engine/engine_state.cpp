@@ -1,6 +1,7 @@
 #include "notifications/engine/engine_state.h"
 
 #include "base/json/json_codec.h"
+#include "notifications/rules/rule_settings.h"
 
 #include <algorithm>
 #include <iterator>
@@ -85,6 +86,7 @@ Result<EngineState, StoreError> engineStateOf(SettingValues const& stored) {
   state.lastActiveAt = reader.read<EngineState::Instants>(kLastActive);
   state.lastToldAt = reader.read<EngineState::Instants>(kLastTold);
   state.shown = reader.read<std::map<std::string, ShownEvent, std::less<>>>(kShown);
+  for (auto& [identifier, shown] : state.shown) shown.kind = currentKind(std::move(shown.kind));
   state.scheduled = reader.read<std::vector<ScheduledNotification>>(kScheduled);
   state.aiSummaryCache = reader.read<std::map<std::string, std::string, std::less<>>>(kSummaries);
   state.firstCheckedAt = reader.read<EngineState::Instants>(kFirstChecked);

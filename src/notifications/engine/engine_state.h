@@ -6,7 +6,7 @@
 #include "base/json/json.h"
 #include "base/time/instant.h"
 #include "model/weather_alert.h"
-#include "notifications/rules/rule_inputs.h"
+#include "notifications/decision.h"
 #include "platform/settings_store.h"
 
 #include <map>
@@ -64,33 +64,6 @@ inline constexpr auto jsonFields<ShownEvent> = FieldList{field("severity", &Show
                                                          fieldOr("placeTags", &ShownEvent::placeTags),
                                                          fieldOr("isOfVisit", &ShownEvent::isOfVisit),
                                                          fieldOr("event", &ShownEvent::event)};
-
-/// A daily reminder as it will be sent.
-struct ScheduledNotification {
-  std::string identifier;
-  std::string title;
-  std::string body;
-  std::optional<std::string> sound;
-  int hour = 0;  ///< of the place
-  int minute = 0;
-  Instant due;
-  std::string place;     ///< its name
-  std::string placeTag;  ///< its key
-
-  bool operator==(ScheduledNotification const&) const = default;
-};
-
-template <>
-inline constexpr auto jsonFields<ScheduledNotification> =
-    FieldList{field("identifier", &ScheduledNotification::identifier),
-              field("title", &ScheduledNotification::title),
-              field("body", &ScheduledNotification::body),
-              field("sound", &ScheduledNotification::sound),
-              field("hour", &ScheduledNotification::hour),
-              field("minute", &ScheduledNotification::minute),
-              field("due", &ScheduledNotification::due),
-              fieldOr("place", &ScheduledNotification::place),
-              fieldOr("placeTag", &ScheduledNotification::placeTag)};
 
 /// Under which the wording of a summary is kept: one for a day.
 std::string summaryKey(ScheduledNotification const& entry);

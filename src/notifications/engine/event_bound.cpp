@@ -47,6 +47,7 @@ Decision standIn(std::vector<Decision> rest, Texts const& texts) {
   decision.place = greatest.place;
   decision.measured = greatest.measured;
   decision.note = greatest.note;
+  decision.failure = greatest.failure;
   decision.request = greatest.request;
   decision.request.identifier = decision.key;
   decision.request.title = texts.format(textKey(*greatest.rule), static_cast<std::int64_t>(rest.size()));

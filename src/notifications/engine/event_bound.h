@@ -1,7 +1,8 @@
 // Keeps a flood of events from becoming a flood of notifications. Pure.
 #pragma once
 
-#include "notifications/engine/pass_plan.h"
+#include "base/words/texts.h"
+#include "notifications/decision.h"
 
 #include <vector>
 

@@ -3,7 +3,8 @@
 #pragma once
 
 #include "base/words/texts.h"
-#include "notifications/engine/pass_plan.h"
+#include "notifications/decision.h"
+#include "notifications/rules/rule_settings.h"
 
 #include <optional>
 #include <string>

@@ -2,6 +2,7 @@
 
 #include "base/files/file_lock.h"
 #include "notifications/catalogue.h"
+#include "notifications/custom/custom_rule_pass.h"
 #include "notifications/log/notification_log.h"
 #include "notifications/rules/mute_changes.h"
 
@@ -284,9 +285,9 @@ PassReport NotificationManager::evaluate(GatherInputs const& gather, std::stop_t
   pass.tellScheduled(settings.settings);
   EngineState::Strings const suppressed = suppressedTags();
   auto const words = texts();
-  pass.run(planPass(
-      {pass.now(), inputs.places, inputs.foreign, settings.settings, *words, suppressed, inputs.isPartial},
-      pass.state()));
+  auto const own = evaluatedRules(inputs.rules, inputs.places, RuleSettings::of(settings.settings));
+  pass.run(planPass({pass.now(), inputs.places, own, settings.settings, *words, suppressed, inputs.isPartial},
+                    pass.state()));
   return std::move(pass.report());
 }
 
@@ -301,9 +302,9 @@ PassReport NotificationManager::preview(GatherInputs const& gather, std::stop_to
   Pass::forgetMissed(due, state);
   for (DuePlan::Entry const& entry : due.entries) apply(entry.decision, now, state);
   PassReport report;
-  report.plan = planPass({now, inputs.places, inputs.foreign, settings.settings, *words,
-                          suppressedLocationTags_, inputs.isPartial},
-                         state);
+  auto const own = evaluatedRules(inputs.rules, inputs.places, RuleSettings::of(settings.settings));
+  report.plan = planPass(
+      {now, inputs.places, own, settings.settings, *words, suppressedLocationTags_, inputs.isPartial}, state);
   auto const told = due.entries | std::views::transform(&DuePlan::Entry::decision);
   report.plan.decisions.insert(report.plan.decisions.begin(), told.begin(), told.end());
   return report;

@@ -3,6 +3,7 @@
 // each pass is given a function that gathers its inputs.
 #pragma once
 
+#include "notifications/custom_notification.h"
 #include "notifications/engine/pass_plan.h"
 #include "platform/clock.h"
 #include "platform/language_model.h"
@@ -20,9 +21,9 @@ namespace nimbara {
 
 /// What a pass looks at.
 struct PassInputs {
-  std::vector<RuleInputs> places;  ///< the selected one first
-  std::vector<ForeignEvaluation> foreign;
-  bool isPartial = false;  ///< further places are watched that this pass does not look at
+  std::vector<RuleInputs> places;         ///< the selected one first
+  std::vector<CustomNotification> rules;  ///< the user's own
+  bool isPartial = false;                 ///< further places are watched that this pass does not look at
   /// What `places` point to.
   std::shared_ptr<Texts const> texts = {};  // NOLINT(readability-redundant-member-init)
 };

@@ -10,10 +10,6 @@ namespace {
 
 using enum RuleOutcome;
 
-constexpr RuleOutcome kDeliveries[] = {announced, escalated, listed, updated, endMoved, withdrawn, lifted};
-constexpr RuleOutcome kHeldBack[] = {muted, heldByQuietHours, snoozed, suppressed};
-constexpr RuleOutcome kKnown[] = {stillActive, returnedTooSoon, alreadyDelivered, alreadyToldToday};
-
 /// An event that was not found for so long does not return. A fire is another one by then, even at the same
 /// place.
 constexpr std::chrono::days kEventMemory{60};
@@ -196,22 +192,6 @@ bool areComparable(std::string_view digest, std::string_view other) {
 bool hasMovedEnd(ShownEvent const& shown, std::optional<Instant> ends) {
   auto const& told = shown.toldEnds ? shown.toldEnds : shown.ends;
   return told && ends && std::chrono::abs(*ends - *told) > kMovedEnd;
-}
-
-bool isDelivery(RuleOutcome outcome) {
-  return std::ranges::count(kDeliveries, outcome) > 0;
-}
-
-bool isAction(RuleOutcome outcome) {
-  return isDelivery(outcome) || outcome == scheduled;
-}
-
-bool isHeldBack(RuleOutcome outcome) {
-  return std::ranges::count(kHeldBack, outcome) > 0;
-}
-
-bool isKnown(RuleOutcome outcome) {
-  return std::ranges::count(kKnown, outcome) > 0;
 }
 
 void settleSchedule(Decision& decision, EngineState const& state) {

@@ -72,11 +72,6 @@ void PassPlanner::planFindings(Rule const& rule, RuleInputs const& inputs, Evalu
   if (!isUnknown(rule, inputs, evaluation)) release(rule, inputs, found);
 }
 
-std::string PassPlanner::noteOf(Rule const& rule, RuleInputs const& inputs, Evaluation const& evaluation) {
-  std::string const problem = inputs.problemOf(rule.inputs);
-  return problem.empty() ? std::string(evaluation.note) : problem;
-}
-
 std::string PassPlanner::identifierOf(Rule const& rule, Finding const& finding) {
   return finding.identifier.empty() ? std::string(rule.stem) : finding.identifier;
 }
@@ -146,15 +141,15 @@ void PassPlanner::releaseUnwatched(Rule const& rule) {
 }
 
 bool PassPlanner::isUnknown(Rule const& rule, RuleInputs const& inputs, Evaluation const& evaluation) {
-  bool const lacksInput = std::ranges::count(kUnknownNotes, evaluation.note) > 0;
-  return lacksInput || !inputs.problemOf(rule.inputs).empty();
+  return evaluation.isUnknown || inputs.failureOf(rule.inputs);
 }
 
 void PassPlanner::tellNothing(Rule const& rule, RuleInputs const& inputs, Evaluation const& evaluation) {
   Decision& decision = add(isUnknown(rule, inputs, evaluation) ? unknown : conditionFalse, rule);
   decision.place = inputs.place.name;
   decision.measured = evaluation.measured;
-  decision.note = noteOf(rule, inputs, evaluation);
+  decision.note = evaluation.note;
+  decision.failure = inputs.failureOf(rule.inputs);
   if (!rule.hourSetting.empty()) decision.request.identifier = keyOf(rule, {}, inputs);
 }
 
@@ -285,6 +280,16 @@ NotificationRequest PassPlanner::requestOf(Rule const& rule, PlannedEvent const&
 
 PassPlan planPass(PassContext const& context, EngineState const& state) {
   return PassPlanner(context, state).plan();
+}
+
+std::vector<std::string> failedFeeds(PassPlan const& plan) {
+  std::vector<std::string> sentences;
+  for (Decision const& decision : plan.decisions) {
+    if (decision.outcome != unknown || !decision.failure) continue;
+    std::string sentence = sentenceOf(*decision.failure);
+    if (std::ranges::count(sentences, sentence) == 0) sentences.push_back(std::move(sentence));
+  }
+  return sentences;
 }
 
 }  // namespace nimbara

@@ -82,7 +82,6 @@ class PassPlanner {
   // ---- Conditions and what is sent once a day
 
   void planFindings(Rule const& rule, RuleInputs const& inputs, Evaluation const& evaluation);
-  static std::string noteOf(Rule const& rule, RuleInputs const& inputs, Evaluation const& evaluation);
   static std::string identifierOf(Rule const& rule, Finding const& finding);
   static std::string keyOf(Rule const& rule, Finding const& finding, RuleInputs const& inputs);
   /// A rule of somebody's own has its place in itself.

@@ -2,6 +2,7 @@
 
 #include "base/json/json_codec.h"
 #include "base/text/text.h"
+#include "notifications/rules/rule_settings.h"
 
 #include <algorithm>
 #include <iterator>
@@ -59,6 +60,7 @@ LoggedNotification logLineOf(Decision const& decision, Instant now) {
   line.setting = decision.rule->setting;
   line.kind = decision.kind;
   line.note = decision.note;
+  line.failure = decision.failure;
   std::ranges::transform(decision.measured, std::back_inserter(line.measured), logged);
   return line;
 }
@@ -79,7 +81,9 @@ std::vector<LoggedNotification> notificationLogOf(SettingValues const& stored) {
   std::string const* const text = found == stored.end() ? nullptr : std::get_if<std::string>(&found->second);
   if (text == nullptr) return {};
   auto log = decodeJson<std::vector<LoggedNotification>>(*text);
-  return log ? std::move(*log) : std::vector<LoggedNotification>{};
+  if (!log) return {};
+  for (LoggedNotification& line : *log) line.kind = currentKind(std::move(line.kind));
+  return std::move(*log);
 }
 
 StoreChanges logChange(std::vector<LoggedNotification> log, std::vector<LoggedNotification> const& lines) {

@@ -3,7 +3,8 @@
 // decides nothing.
 #pragma once
 
-#include "notifications/engine/pass_plan.h"
+#include "notifications/decision.h"
+#include "platform/settings_store.h"
 
 #include <string>
 #include <vector>
@@ -37,7 +38,8 @@ struct LoggedNotification {
   std::string body;     ///< its beginning, on one line
   std::string setting;  ///< the key that switches its rule
   std::string kind;     ///< what a mute names
-  std::string note;     ///< of the evaluation, or why the desktop did not take it
+  std::string note;     ///< of the evaluation, or why the desktop did not take it; older lines: what failed
+  std::optional<InputFailure> failure;  ///< of what the rule reads
   std::vector<LoggedMeasurement> measured;
 
   bool operator==(LoggedNotification const&) const = default;
@@ -45,11 +47,12 @@ struct LoggedNotification {
 
 template <>
 inline constexpr auto jsonFields<LoggedNotification> = FieldList{
-    field("time", &LoggedNotification::time),         field("identifier", &LoggedNotification::identifier),
-    field("title", &LoggedNotification::title),       field("outcome", &LoggedNotification::outcome),
-    fieldOr("place", &LoggedNotification::place),     fieldOr("body", &LoggedNotification::body),
-    fieldOr("setting", &LoggedNotification::setting), fieldOr("kind", &LoggedNotification::kind),
-    fieldOr("note", &LoggedNotification::note),       fieldOr("measured", &LoggedNotification::measured)};
+    field("time", &LoggedNotification::time),          field("identifier", &LoggedNotification::identifier),
+    field("title", &LoggedNotification::title),        field("outcome", &LoggedNotification::outcome),
+    fieldOr("place", &LoggedNotification::place),      fieldOr("body", &LoggedNotification::body),
+    fieldOr("setting", &LoggedNotification::setting),  fieldOr("kind", &LoggedNotification::kind),
+    fieldOr("note", &LoggedNotification::note),        field("failure", &LoggedNotification::failure),
+    fieldOr("measured", &LoggedNotification::measured)};
 
 /// How many lines the log keeps.
 inline constexpr std::size_t kMostLogLines = 500;

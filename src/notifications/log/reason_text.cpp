@@ -1,7 +1,8 @@
 #include "notifications/log/reason_text.h"
 
 #include "base/text/number.h"
-#include "feeds/fetching/feed_problem.h"
+#include "feeds/alerts/coverage.h"
+#include "feeds/fetching/failure_words.h"
 
 #include <algorithm>
 #include <array>
@@ -169,12 +170,16 @@ bool isOutdone(LoggedMeasurement const& one, Measured const& all) {
   });
 }
 
+bool isNoted(LoggedNotification const& line) {
+  return line.failure || !line.note.empty();
+}
+
 /// Of something told what spoke for it, else what stood against it.
 Measured decisive(LoggedNotification const& line, Texts const& texts) {
   bool const isFalse = line.outcome == enumName(RuleOutcome::conditionFalse);
   Measured chosen;
   for (LoggedMeasurement const& measured : line.measured) {
-    bool const isSaidByNote = !line.note.empty() && isNone(measured, texts);
+    bool const isSaidByNote = isNoted(line) && isNone(measured, texts);
     if (holds(measured) == isFalse || isSaidByNote || isOutdone(measured, line.measured)) continue;
     chosen.push_back(measured);
   }
@@ -217,35 +222,21 @@ std::string asSentence(std::string_view text, Texts const& texts) {
   return isEnded ? said : texts.format("explain.relation.none", said);
 }
 
-struct FeedName {
-  std::string_view feed, key;
-};
+constexpr std::array<std::string_view, enumNames<RuleInput>.size()> kFeeds{
+    "forecast",   "forecast", "warnings", "warnings",   "earthquakes", "kp",
+    "airQuality", "storms",   "fires",    "advisories", "lightning"};
 
-/// The feeds as those who fetch them call them.
-constexpr FeedName kFeeds[] = {{"the air quality forecast", "explain.feed.airQuality"},
-                               {"the list of wildfires", "explain.feed.fires"},
-                               {"the list of lightning strikes", "explain.feed.lightning"},
-                               {"the list of tropical cyclones", "explain.feed.storms"},
-                               {"the travel advisories", "explain.feed.advisories"},
-                               {"the list of earthquakes", "explain.feed.earthquakes"},
-                               {"the K index", "explain.feed.kp"}};
-
-std::string feedText(std::string_view feed, Texts const& texts) {
-  constexpr std::string_view kWarnings = "the warnings of ";
-  if (feed.starts_with(kWarnings)) {
-    return texts.format("explain.feed.warnings", feed.substr(kWarnings.size()));
-  }
-  auto const row = std::ranges::find(kFeeds, feed, &FeedName::feed);
-  return std::string(row == std::end(kFeeds) ? feed : texts.text(row->key));
+std::string failureSentence(InputFailure const& failure, Texts const& texts) {
+  std::string const key = "explain.feed." + std::string(kFeeds[static_cast<std::size_t>(failure.input)]);
+  std::string const feed = failure.service.empty() ? std::string(texts.text(key))
+                                                   : texts.format(key, warningServiceName(failure.service));
+  return asSentence(texts.format("explain.feedFailed", feed, failureText(failure.failure, texts)), texts);
 }
 
-std::string noteText(std::string const& note, Texts const& texts) {
-  if (auto const failed = feedProblemIn(note)) {
-    std::string const feed = feedText(failed->feed, texts);
-    return asSentence(texts.format("explain.feedFailed", feed, problemText(failed->problem, texts)), texts);
-  }
-  std::string const key = "explain.note." + note;
-  return has(key, texts) ? std::string(texts.text(key)) : asSentence(problemText(note, texts), texts);
+std::string noteText(LoggedNotification const& line, Texts const& texts) {
+  if (line.failure) return failureSentence(*line.failure, texts);
+  std::string const key = "explain.note." + line.note;
+  return has(key, texts) ? std::string(texts.text(key)) : asSentence(line.note, texts);
 }
 
 }  // namespace
@@ -254,7 +245,7 @@ std::string reasonText(LoggedNotification const& line, Units const& units, Texts
   std::string const outcome = "explain.outcome." + line.outcome;
   std::string text = has(outcome, texts) ? std::string(texts.text(outcome)) : asSentence(line.outcome, texts);
   addMeasured(text, decisive(line, texts), units, texts);
-  if (!line.note.empty()) add(text, noteText(line.note, texts), texts);
+  if (isNoted(line)) add(text, noteText(line, texts), texts);
   return text;
 }
 

@@ -76,9 +76,9 @@ std::string bodyOf(RuleInputs const& inputs, Air const& air, double level) {
 }  // namespace
 
 Evaluation airQuality(RuleInputs const& inputs, RuleSettings const& settings) {
-  if (!inputs.airQuality) return Evaluation::none("notChecked");
+  if (!inputs.airQuality) return Evaluation::unknown(Lack::notChecked);
   Air const air{inputs.airQuality->pm25, peakOf(*inputs.airQuality, inputs.now)};
-  if (!air.isKnown()) return Evaluation::none("noDetail");
+  if (!air.isKnown()) return Evaluation::unknown(Lack::noDetail);
   Measurement const measured{"pm25", air.worst(), Relation::atLeast, settings.airQualityLevel, "µg/m³"};
   if (!measured.holds()) return {{}, {measured}, {}};
   Finding finding;

@@ -112,9 +112,9 @@ Hours beachWindow(RuleInputs const& inputs, DailyForecast const& day) {
 
 Evaluation umbrellaReminder(RuleInputs const& inputs, RuleSettings const& /*settings*/) {
   DailyForecast const* const day = today(inputs);
-  if (day == nullptr) return Evaluation::none("noForecast");
+  if (day == nullptr) return Evaluation::unknown(Lack::noForecast);
   if (!day->hourly.empty() && std::ranges::none_of(day->hourly, knowsChance)) {
-    return Evaluation::none("noDetail");
+    return Evaluation::unknown(Lack::noDetail);
   }
   int const chance = highestChance(*day, &HourlyForecast::chanceOfRain);
   Measurement const measured{"rainChance", static_cast<double>(chance), Relation::atLeast,
@@ -126,7 +126,7 @@ Evaluation umbrellaReminder(RuleInputs const& inputs, RuleSettings const& /*sett
 
 Evaluation uvReminder(RuleInputs const& inputs, RuleSettings const& /*settings*/) {
   DailyForecast const* const day = today(inputs);
-  if (day == nullptr) return Evaluation::none("noForecast");
+  if (day == nullptr) return Evaluation::unknown(Lack::noForecast);
   int const index = std::max(day->uvIndex, highest(*day, &HourlyForecast::uvIndex));
   Measurement const measured{"uvIndex", static_cast<double>(index), Relation::atLeast, cuts::kUvReminderIndex,
                              ""};
@@ -137,7 +137,7 @@ Evaluation uvReminder(RuleInputs const& inputs, RuleSettings const& /*settings*/
 
 Evaluation beachTime(RuleInputs const& inputs, RuleSettings const& /*settings*/) {
   DailyForecast const* const day = today(inputs);
-  if (day == nullptr) return Evaluation::none("noForecast");
+  if (day == nullptr) return Evaluation::unknown(Lack::noForecast);
   Hours const window = beachWindow(inputs, *day);
   Measurement const measured{"beachHours", static_cast<double>(window.size()), Relation::atLeast,
                              cuts::kBeachHours, ""};
@@ -152,7 +152,7 @@ Evaluation beachTime(RuleInputs const& inputs, RuleSettings const& /*settings*/)
 
 Evaluation morningSummary(RuleInputs const& inputs, RuleSettings const& /*settings*/) {
   DailyForecast const* const day = today(inputs);
-  if (day == nullptr) return Evaluation::none("noForecast");
+  if (day == nullptr) return Evaluation::unknown(Lack::noForecast);
   Texts const& texts = *inputs.texts;
   std::string_view const unit = temperatureSymbol(inputs);
   std::string body =
@@ -170,7 +170,7 @@ Evaluation morningSummary(RuleInputs const& inputs, RuleSettings const& /*settin
 
 Evaluation eveningSummary(RuleInputs const& inputs, RuleSettings const& /*settings*/) {
   std::optional<double> const low = nightLow(inputs);
-  if (!low) return Evaluation::none("noForecast");
+  if (!low) return Evaluation::unknown(Lack::noForecast);
   Texts const& texts = *inputs.texts;
   std::string_view const unit = temperatureSymbol(inputs);
   std::string body = texts.format("push.evening.bodyLow", shownTemperature(inputs, *low), unit);

@@ -42,7 +42,7 @@ Finding findingOf(WeatherAlert const& alert, RuleInputs const& inputs) {
   finding.body = bodyOf(alert, texts);
   finding.sound = soundOf(alert.severity);
   finding.severity = alert.severity;
-  finding.kind = "gov:" + alert.icon;
+  finding.kind = "gov:" + std::string(wordOf(alert.kind));
   // Neighbours' warnings are many: a slight one that only comes near is listed, not rung.
   if (alert.distanceKm && alert.severity < AlertSeverity::warning) finding.quietNote = "onlyNear";
   finding.isNear = alert.distanceKm.has_value();
@@ -205,7 +205,7 @@ Finding findingOf(TravelAdvisory const& advisory, Texts const& texts) {
 }  // namespace
 
 Evaluation officialWarnings(RuleInputs const& inputs, RuleSettings const& settings) {
-  if (!inputs.govAlerts) return Evaluation::none("notChecked");
+  if (!inputs.govAlerts) return Evaluation::unknown(Lack::notChecked);
   Evaluation evaluation;
   auto const limit = static_cast<double>(settings.govAlertLevel);
   double highest = -1;
@@ -239,7 +239,7 @@ Evaluation officialWarnings(RuleInputs const& inputs, RuleSettings const& settin
 }
 
 Evaluation earthquakes(RuleInputs const& inputs, RuleSettings const& settings) {
-  if (!inputs.earthquakes) return Evaluation::none("notChecked");
+  if (!inputs.earthquakes) return Evaluation::unknown(Lack::notChecked);
   Evaluation evaluation;
   double strongest = 0;
   for (EarthquakeEvent const& quake : *inputs.earthquakes) {
@@ -256,7 +256,7 @@ Evaluation earthquakes(RuleInputs const& inputs, RuleSettings const& settings) {
 }
 
 Evaluation fires(RuleInputs const& inputs, RuleSettings const& settings) {
-  if (!inputs.fires) return Evaluation::none("notChecked");
+  if (!inputs.fires) return Evaluation::unknown(Lack::notChecked);
   if (inputs.fires->empty()) return nothingNear("firesNear", "noFires");
   Evaluation evaluation;
   FoundFires found(inputs);
@@ -272,7 +272,7 @@ Evaluation fires(RuleInputs const& inputs, RuleSettings const& settings) {
 }
 
 Evaluation lightning(RuleInputs const& inputs, RuleSettings const& settings) {
-  if (!inputs.lightning) return Evaluation::none("notChecked");
+  if (!inputs.lightning) return Evaluation::unknown(Lack::notChecked);
   NearStrikes const near = strikesNear(inputs, settings.lightningRadiusKm);
   if (near.count == 0) return nothingNear("strikesNear", "noStrikes");
   Finding finding;
@@ -286,7 +286,7 @@ Evaluation lightning(RuleInputs const& inputs, RuleSettings const& settings) {
 }
 
 Evaluation travelAdvisories(RuleInputs const& inputs, RuleSettings const& settings) {
-  if (!inputs.advisories) return Evaluation::none("notChecked");
+  if (!inputs.advisories) return Evaluation::unknown(Lack::notChecked);
   auto const own = std::ranges::find(*inputs.advisories, inputs.place.countryCode, &TravelAdvisory::country);
   int const level = own == inputs.advisories->end() ? 0 : own->level;
   int const least = static_cast<int>(settings.travelAdvisoryLevel) + 1;

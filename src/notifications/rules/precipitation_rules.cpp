@@ -114,8 +114,8 @@ std::string startBody(RuleInputs const& inputs, Precipitation const& what, Hourl
 
 Evaluation starts(RuleInputs const& inputs, Precipitation const& what) {
   Hours const hours = inputs.hoursWithin(cuts::kPrecipitationLookAhead);
-  if (hours.empty()) return Evaluation::none("noForecast");
-  if (std::ranges::none_of(hours, knowsChance)) return Evaluation::none("noDetail");
+  if (hours.empty()) return Evaluation::unknown(Lack::noForecast);
+  if (std::ranges::none_of(hours, knowsChance)) return Evaluation::unknown(Lack::noDetail);
   Measurement const measured = chanceMeasured(what, hours, what.startChance);
   if (isFalling(inputs, what.kind)) return {{}, {measured}, "alreadyFalling"};
   if (!measured.holds()) return {{}, {measured}, {}};
@@ -130,9 +130,9 @@ bool isWet(HourlyForecast const& hour, Precipitation const& what) {
 
 Evaluation stops(RuleInputs const& inputs, Precipitation const& what) {
   Hours const hours = inputs.hoursWithin(cuts::kPrecipitationLookAhead);
-  if (hours.empty()) return Evaluation::none("noForecast");
+  if (hours.empty()) return Evaluation::unknown(Lack::noForecast);
   // Nobody's 0 % is no reason to say that it stays dry.
-  if (!std::ranges::all_of(hours, knowsChance)) return Evaluation::none("noDetail");
+  if (!std::ranges::all_of(hours, knowsChance)) return Evaluation::unknown(Lack::noDetail);
   int const lowest = (*std::ranges::min_element(hours, {}, what.chance)).*what.chance;
   Measurement const measured{what.chanceName, static_cast<double>(lowest), Relation::below,
                              static_cast<double>(what.stopChance), "%"};
@@ -163,7 +163,7 @@ constexpr HeavyFall kHeavySnow{kSnow,        cuts::kHeavySnowMm, cuts::kHeavySno
 
 Evaluation heavyFall(RuleInputs const& inputs, HeavyFall const& heavy) {
   Hours const hours = inputs.hoursWithin(cuts::kHeavyLookAhead);
-  if (hours.empty()) return Evaluation::none("noForecast");
+  if (hours.empty()) return Evaluation::unknown(Lack::noForecast);
   auto const likelyAmount = [&](HourlyForecast const& hour) {
     bool const isLikely =
         hour.*heavy.what.chance >= heavy.chance && kindOf(hour.condition) == heavy.what.kind;
@@ -171,7 +171,7 @@ Evaluation heavyFall(RuleInputs const& inputs, HeavyFall const& heavy) {
   };
   bool const isKnown = std::ranges::any_of(
       hours, [](HourlyForecast const& hour) { return knowsChance(hour) && knowsAmount(hour); });
-  if (!isKnown) return Evaluation::none("noDetail");
+  if (!isKnown) return Evaluation::unknown(Lack::noDetail);
   auto const peak = std::ranges::max_element(hours, {}, likelyAmount);
   Measurement const measured{heavy.amountName, likelyAmount(*peak), Relation::atLeast, heavy.mm, "mm"};
   if (!measured.holds()) return {{}, {measured}, {}};
@@ -209,8 +209,8 @@ Evaluation heavySnow(RuleInputs const& inputs, RuleSettings const& /*settings*/)
 
 Evaluation flood(RuleInputs const& inputs, RuleSettings const& /*settings*/) {
   Hours const hours = inputs.hoursWithin(cuts::kHeavyLookAhead);
-  if (hours.empty()) return Evaluation::none("noForecast");
-  if (std::ranges::none_of(hours, knowsAmount)) return Evaluation::none("noDetail");
+  if (hours.empty()) return Evaluation::unknown(Lack::noForecast);
+  if (std::ranges::none_of(hours, knowsAmount)) return Evaluation::unknown(Lack::noDetail);
   double const total =
       std::accumulate(hours.begin(), hours.end(), 0.0, [](double sum, HourlyForecast const& hour) {
         return sum + (kindOf(hour.condition) == Kind::rain ? hour.precipMM : 0);

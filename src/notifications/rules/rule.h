@@ -74,8 +74,12 @@ struct Finding {
   bool isCovered() const { return !quietNote.empty(); }
 };
 
-/// Notes of rules that could not look: false is not known to be false.
-inline constexpr std::string_view kUnknownNotes[] = {"noForecast", "notChecked", "noDetail", "noSource"};
+/// What a rule lacks to look: false is not known to be false.
+enum class Lack { noForecast, notChecked, noDetail };
+template <>
+inline constexpr auto enumNames<Lack> =
+    std::to_array<std::string_view>({"noForecast", "notChecked", "noDetail"});
+static_assert(enumNamesComplete(Lack::noDetail));
 
 struct Evaluation {
   std::vector<Finding> findings;
@@ -84,7 +88,10 @@ struct Evaluation {
   /// Identifiers of events that are there but not severe enough to be sent: they are not over.
   std::vector<std::string> untold = {};  // NOLINT(readability-redundant-member-init): most leave it out
 
+  bool isUnknown = false;  // the rule could not look
+
   static Evaluation none(std::string_view note) { return {{}, {}, note, {}}; }
+  static Evaluation unknown(Lack lack) { return {{}, {}, enumName(lack), {}, true}; }
 };
 
 using EvaluateRule = Evaluation (*)(RuleInputs const&, RuleSettings const&);
@@ -103,6 +110,13 @@ struct Rule {
   /// Of a daily rule that is scheduled: the key of its hour.
   std::string_view hourSetting = {};  // NOLINT(readability-redundant-member-init): rows leave it out
   bool tellsLifting = false;          ///< an event that ends early is announced as lifted
+};
+
+/// A rule that is no row of the catalogue, already evaluated: one of the user's own.
+struct ForeignEvaluation {
+  Rule const* rule = nullptr;
+  std::size_t place = 0;  ///< its index among those of the pass
+  Evaluation evaluation;
 };
 
 }  // namespace nimbara

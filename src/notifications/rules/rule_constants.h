@@ -26,7 +26,7 @@ inline constexpr int kHeavyRainChance = 50;
 inline constexpr double kHeavySnowMm = 2;
 inline constexpr int kHeavySnowChance = 50;
 inline constexpr std::chrono::hours kHeavyLookAhead{8};
-// What the alert generator calls flooding rain, over the same hours.
+// What the alert generator calls flooding rain, which adds up four hours more.
 inline constexpr double kFloodMm = 30;
 
 // A fall is felt, and dangerous to plants and pipes, sooner than a rise. Six hours leave the usual day's
@@ -39,7 +39,7 @@ inline constexpr int kTrendDays = 3;
 // Objects are secured before the night: half a day ahead.
 inline constexpr std::chrono::hours kWindLookAhead{12};
 
-// As the alert generator's own check of thunder.
+// Sooner than the alert generator, which asks for even odds: who turns the rule on wants to know early.
 inline constexpr int kThunderChance = 40;
 inline constexpr std::chrono::hours kStormLookAhead{6};
 

@@ -4,6 +4,7 @@
 #include "model/upcoming_hours.h"
 
 #include <algorithm>
+#include <array>
 
 namespace nimbara {
 
@@ -13,6 +14,19 @@ template <class Unit>
 std::string withSymbol(double value, Unit unit) {
   return display(value, unit) + " " + std::string(symbol(unit));
 }
+
+/// In the order of the enumerators.
+constexpr std::array<std::string_view, enumNames<RuleInput>.size()> kFeeds{"the forecast",
+                                                                           "the forecast",
+                                                                           "the warnings",
+                                                                           "the warnings",
+                                                                           "the list of earthquakes",
+                                                                           "the K index",
+                                                                           "the air quality forecast",
+                                                                           "the list of tropical cyclones",
+                                                                           "the list of wildfires",
+                                                                           "the travel advisories",
+                                                                           "the list of lightning strikes"};
 
 }  // namespace
 
@@ -29,22 +43,30 @@ std::span<HourlyForecast const> RuleInputs::hoursWithin(std::chrono::hours span)
   return hours.first(static_cast<std::size_t>(end - hours.begin()));
 }
 
-std::string RuleInputs::problemOf(RuleInputSet inputs) const {
-  std::pair<RuleInput, std::string const*> const problems[] = {
-      {RuleInput::govAlerts, &govAlerts.problem},
-      {RuleInput::nwsAlerts, &nwsAlerts.problem},
-      {RuleInput::earthquakes, &earthquakes.problem},
-      {RuleInput::kp, &kp.problem},
-      {RuleInput::airQuality, &airQuality.problem},
-      {RuleInput::storms, &storms.problem},
-      {RuleInput::fires, &fires.problem},
-      {RuleInput::advisories, &advisories.problem},
-      {RuleInput::lightning, &lightning.problem},
+std::optional<InputFailure> RuleInputs::failureOf(RuleInputSet inputs) const {
+  std::optional<InputFailure> found;
+  auto const look = [&](RuleInput input, auto const& reading) {
+    if (found || !inputs.contains(input) || !reading.failure) return;
+    found = InputFailure{input, reading.service, *reading.failure};
   };
-  for (auto const& [input, problem] : problems) {
-    if (inputs.contains(input) && !problem->empty()) return *problem;
-  }
-  return {};
+  look(RuleInput::govAlerts, govAlerts);
+  look(RuleInput::nwsAlerts, nwsAlerts);
+  look(RuleInput::earthquakes, earthquakes);
+  look(RuleInput::kp, kp);
+  look(RuleInput::airQuality, airQuality);
+  look(RuleInput::storms, storms);
+  look(RuleInput::fires, fires);
+  look(RuleInput::advisories, advisories);
+  look(RuleInput::lightning, lightning);
+  return found;
+}
+
+std::string sentenceOf(InputFailure const& failure) {
+  if (failure.failure.kind == ServiceFailure::Kind::notConfigured) return sentenceOf(failure.failure);
+  std::string feed(kFeeds[static_cast<std::size_t>(failure.input)]);
+  if (failure.service == "nws") feed += " of the National Weather Service";
+  if (failure.service == "meteoalarm") feed += " of MeteoAlarm";
+  return feed + " could not be fetched: " + sentenceOf(failure.failure);
 }
 
 std::string hourText(RuleInputs const& inputs, Instant instant) {

@@ -53,21 +53,40 @@ using RuleInputSet = EnumSet<RuleInput>;
 /// A feed's answer as rules see it. A failed feed silences its own rules only.
 template <class T>
 struct InputReading {
-  std::shared_ptr<T const> value;  ///< null: not asked, or nothing known
-  std::string problem;             ///< why it is not fresh: a sentence without a full stop; empty when it is
+  std::shared_ptr<T const> value;         ///< null: not asked, or nothing known
+  std::optional<ServiceFailure> failure;  ///< why it is not fresh
+  std::string service = {};               ///< whose failure: "nws"; empty where the feed says it
 
   static InputReading of(T held) { return {std::make_shared<T const>(std::move(held)), {}}; }
-  /// What was never sent is no value; an older one keeps its problem beside it.
+  /// What was never sent is no value; an older one keeps its failure beside it.
   static InputReading of(FeedReading<T> reading) {
     InputReading input;
     if (reading.checkedAt) input.value = std::make_shared<T const>(std::move(reading.data));
-    if (!reading.isCurrent()) input.problem = std::move(reading.problem);
+    if (!reading.isCurrent()) input.failure = std::move(reading.failure);
     return input;
   }
   explicit operator bool() const { return value != nullptr; }
   T const& operator*() const { return *value; }
   T const* operator->() const { return value.get(); }
 };
+
+/// Why something that rules read is not fresh.
+struct InputFailure {
+  RuleInput input = RuleInput::govAlerts;
+  std::string service;  ///< the source of warnings: "nws"; empty of other feeds
+  ServiceFailure failure;
+
+  bool operator==(InputFailure const&) const = default;
+};
+
+template <>
+inline constexpr auto jsonFields<InputFailure> =
+    FieldList{field("input", &InputFailure::input), fieldOr("service", &InputFailure::service),
+              field("failure", &InputFailure::failure)};
+
+/// "the list of wildfires could not be fetched: the service returned status 503": English, without a
+/// full stop.
+std::string sentenceOf(InputFailure const& failure);
 
 /// The place as notifications name and tag it.
 struct NotifiedPlace {
@@ -77,6 +96,7 @@ struct NotifiedPlace {
   Coordinate coordinate;
   bool isSelected = true;
   std::optional<PlaceChoice> choice = std::nullopt;  ///< what somebody chose for it
+  std::optional<Uuid> id = std::nullopt;             ///< of a saved place
 
   bool operator==(NotifiedPlace const&) const = default;
 };
@@ -148,8 +168,8 @@ struct RuleInputs {
   void readWeather();
   /// The entries that begin before `now` + `span`, the present one among them.
   std::span<HourlyForecast const> hoursWithin(std::chrono::hours span) const;
-  /// Why one of these inputs is not fresh; empty when none failed.
-  std::string problemOf(RuleInputSet inputs) const;
+  /// Why one of these inputs is not fresh.
+  std::optional<InputFailure> failureOf(RuleInputSet inputs) const;
   std::string text(std::string_view key) const { return std::string(texts->text(key)); }
 };
 

@@ -143,7 +143,7 @@ constexpr SettingDefinition kTable[] = {
 /// A moment that cannot be read ends nothing: what somebody muted stays so.
 Mute muteOf(std::string_view text) {
   std::size_t const end = text.find('@');
-  Mute mute{std::string(trimmed(text.substr(0, end))), {}};
+  Mute mute{currentKind(std::string(trimmed(text.substr(0, end)))), {}};
   if (end == std::string_view::npos) return mute;
   if (auto const until = parseIso8601(trimmed(text.substr(end + 1)))) mute.until = *until;
   return mute;
@@ -168,6 +168,14 @@ std::span<SettingDefinition const> notificationSettings() {
 bool QuietHours::contain(int hour) const {
   if (!isOn || from == until) return false;
   return from < until ? hour >= from && hour < until : hour >= from || hour < until;
+}
+
+std::string currentKind(std::string stored) {
+  constexpr std::string_view kWarnings = "gov:";
+  if (!stored.starts_with(kWarnings)) return stored;
+  std::size_t const length = stored.find(':', kWarnings.size()) - kWarnings.size();
+  auto const kind = enumFromName<WarningKind>(stored.substr(kWarnings.size(), length));
+  return kind ? stored.replace(kWarnings.size(), length, wordOf(*kind)) : stored;
 }
 
 std::vector<Mute> parseMutes(std::string_view text) {

@@ -49,6 +49,10 @@ struct Mute {
   bool operator==(Mute const&) const = default;
 };
 
+/// What a mute names, as this version says it: earlier ones named a warning's kind by its symbol,
+/// "gov:cloud.bolt.fill" for "gov:thunderstorm".
+std::string currentKind(std::string stored);
+
 /// As the setting has them: kinds by comma, each with "@" and a moment where it ends.
 std::vector<Mute> parseMutes(std::string_view text);
 std::string encodeMutes(std::vector<Mute> const& mutes);

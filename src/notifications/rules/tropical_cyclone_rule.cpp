@@ -160,7 +160,7 @@ Finding approaching(TropicalStorm const& storm, Approach const& approach, RuleIn
 }  // namespace
 
 Evaluation tropicalCyclones(TropicalBasin basin, RuleInputs const& inputs) {
-  if (!inputs.storms) return Evaluation::none("notChecked");
+  if (!inputs.storms) return Evaluation::unknown(Lack::notChecked);
   Evaluation evaluation;
   int count = 0;
   for (TropicalStorm const& storm : *inputs.storms) {

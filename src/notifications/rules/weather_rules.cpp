@@ -55,9 +55,9 @@ struct TemperatureChange {
 };
 
 Evaluation temperatureChange(RuleInputs const& inputs, TemperatureChange const& change) {
-  if (!inputs.present) return Evaluation::none("noForecast");
+  if (!inputs.present) return Evaluation::unknown(Lack::noForecast);
   Hours const hours = inputs.hoursWithin(cuts::kTemperatureLookAhead);
-  if (hours.empty()) return Evaluation::none("noForecast");
+  if (hours.empty()) return Evaluation::unknown(Lack::noForecast);
   auto const extreme = std::ranges::max_element(
       hours, {}, [&](HourlyForecast const& hour) { return change.sign * hour.tempC; });
   double const difference = change.sign * (extreme->tempC - inputs.present->tempC);
@@ -105,10 +105,8 @@ std::string windBody(RuleInputs const& inputs, HourlyForecast const& onset, Hour
 
 // ---- Generated alerts and official messages of the United States
 
-constexpr std::string_view kTornadoIcon = "tornado";
-
 bool tellsTornado(WeatherAlert const& alert) {
-  return alert.icon == kTornadoIcon;
+  return alert.kind == WarningKind::tornado;
 }
 
 WeatherAlert const* firstOf(InputReading<std::vector<WeatherAlert>> const& alerts, auto const& wanted) {
@@ -173,7 +171,7 @@ Evaluation temperatureRise(RuleInputs const& inputs, RuleSettings const& /*setti
 
 Evaluation highWind(RuleInputs const& inputs, RuleSettings const& settings) {
   Hours const hours = inputs.hoursWithin(cuts::kWindLookAhead);
-  if (hours.empty()) return Evaluation::none("noForecast");
+  if (hours.empty()) return Evaluation::unknown(Lack::noForecast);
   auto const peak = std::ranges::max_element(hours, {}, strongest);
   Measurement const measured{"wind", strongest(*peak), Relation::atLeast, settings.highWindKmh, "km/h"};
   if (!measured.holds()) return nothing(measured);
@@ -184,13 +182,13 @@ Evaluation highWind(RuleInputs const& inputs, RuleSettings const& settings) {
 
 Evaluation highUv(RuleInputs const& inputs, RuleSettings const& /*settings*/) {
   Hours const hours = inputs.hoursWithin(cuts::kUvLookAhead);
-  if (hours.empty() && !inputs.present) return Evaluation::none("noForecast");
+  if (hours.empty() && !inputs.present) return Evaluation::unknown(Lack::noForecast);
   std::optional<int> const now = inputs.present ? inputs.present->uvIndex : std::nullopt;
   std::optional<int> highest = now;
   for (HourlyForecast const& hour : hours) {
     if (hour.has(WeatherDetailField::uvIndex)) highest = std::max(highest, std::optional(hour.uvIndex));
   }
-  if (!highest) return Evaluation::none("noDetail");
+  if (!highest) return Evaluation::unknown(Lack::noDetail);
   Measurement const measured{"uvIndex", static_cast<double>(*highest), Relation::atLeast, cuts::kHighUv, ""};
   if (!measured.holds()) return nothing(measured);
   std::string body = now >= cuts::kHighUv ? inputs.texts->format("push.uvHigh.bodyNow", *now)
@@ -199,7 +197,7 @@ Evaluation highUv(RuleInputs const& inputs, RuleSettings const& /*settings*/) {
 }
 
 Evaluation severeWeather(RuleInputs const& inputs, RuleSettings const& /*settings*/) {
-  if (!inputs.generatedAlerts) return Evaluation::none("noForecast");
+  if (!inputs.generatedAlerts) return Evaluation::unknown(Lack::noForecast);
   WeatherAlert const* const worst = firstOf(inputs.generatedAlerts, [](WeatherAlert const& alert) {
     return alert.severity >= AlertSeverity::warning && !tellsTornado(alert);
   });
@@ -211,7 +209,7 @@ Evaluation severeWeather(RuleInputs const& inputs, RuleSettings const& /*setting
 
 Evaluation storm(RuleInputs const& inputs, RuleSettings const& /*settings*/) {
   Hours const hours = inputs.hoursWithin(cuts::kStormLookAhead);
-  if (hours.empty()) return Evaluation::none("noForecast");
+  if (hours.empty()) return Evaluation::unknown(Lack::noForecast);
   auto const likeliest = std::ranges::max_element(hours, {}, &HourlyForecast::chanceOfThunder);
   Measurement const measured{"thunderChance", static_cast<double>(likeliest->chanceOfThunder),
                              Relation::atLeast, cuts::kThunderChance, "%"};
@@ -231,7 +229,7 @@ Evaluation tornado(RuleInputs const& inputs, RuleSettings const& settings) {
     return one(officialFinding(*message, settings, std::move(title), std::move(body)),
                countOf("tornadoMessages", 1));
   }
-  if (!inputs.generatedAlerts) return Evaluation::none("noForecast");
+  if (!inputs.generatedAlerts) return Evaluation::unknown(Lack::noForecast);
   bool const isLikely = firstOf(inputs.generatedAlerts, tellsTornado) != nullptr;
   Measurement const measured = countOf("tornadoSetup", isLikely ? 1 : 0);
   if (!isLikely) return nothing(measured);

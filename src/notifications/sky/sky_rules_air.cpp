@@ -35,7 +35,7 @@ Finding pressureFinding(RuleInputs const& inputs, Hours hours, HourlyForecast co
 
 Evaluation fogAhead(RuleInputs const& inputs, RuleSettings const&) {
   Hours const hours = inputs.hoursWithin(fog::kLookAhead);
-  if (hours.empty()) return Evaluation::none("noForecast");
+  if (hours.empty()) return Evaluation::unknown(Lack::noForecast);
   auto const found = std::ranges::find_if(hours, isFog);
   if (found != hours.end()) {
     Evaluation evaluation;
@@ -54,8 +54,8 @@ Evaluation fogAhead(RuleInputs const& inputs, RuleSettings const&) {
 
 Evaluation pressureFall(RuleInputs const& inputs, RuleSettings const&) {
   Hours const hours = inputs.hoursWithin(pressure::kLookAhead);
-  if (hours.empty()) return Evaluation::none("noForecast");
-  if (!std::ranges::all_of(hours, knowsPressure)) return Evaluation::none("noDetail");
+  if (hours.empty()) return Evaluation::unknown(Lack::noForecast);
+  if (!std::ranges::all_of(hours, knowsPressure)) return Evaluation::unknown(Lack::noDetail);
   auto const lowest = std::ranges::min_element(hours, {}, &HourlyForecast::pressure);
   return decide({{"pressureFall", hours.front().pressure - lowest->pressure, Relation::atLeast,
                   pressure::kFall, "hPa"}},
@@ -63,9 +63,9 @@ Evaluation pressureFall(RuleInputs const& inputs, RuleSettings const&) {
 }
 
 Evaluation humidHeat(RuleInputs const& inputs, RuleSettings const&) {
-  if (!inputs.present) return Evaluation::none("noForecast");
+  if (!inputs.present) return Evaluation::unknown(Lack::noForecast);
   Present const& present = *inputs.present;
-  if (!present.humidity) return Evaluation::none("noDetail");
+  if (!present.humidity) return Evaluation::unknown(Lack::noDetail);
   double const hotter = present.feelsLikeC - present.tempC;
   return decide(
       {{"temperature", present.tempC, Relation::atLeast, heat::kTemperature, "°C"},

@@ -96,8 +96,8 @@ double magnusDewPoint(double celsius, double humidity) {
 }
 
 Evaluation staticShockRisk(RuleInputs const& inputs, RuleSettings const&) {
-  if (!inputs.present) return Evaluation::none("noForecast");
-  if (!inputs.present->humidity) return Evaluation::none("noDetail");
+  if (!inputs.present) return Evaluation::unknown(Lack::noForecast);
+  if (!inputs.present->humidity) return Evaluation::unknown(Lack::noDetail);
   int const humidity = *inputs.present->humidity;
   return decide({{"humidity", static_cast<double>(humidity), Relation::atMost, staticShock::kHumidity, "%"},
                  {"temperature", inputs.present->tempC, Relation::below, staticShock::kTemperature, "°C"}},
@@ -113,7 +113,7 @@ Evaluation staticShockRisk(RuleInputs const& inputs, RuleSettings const&) {
 Evaluation frostTonight(RuleInputs const& inputs, RuleSettings const&) {
   auto const night = comingNight(inputs);
   HourlyForecast const* const low = coldest(night);
-  if (low == nullptr) return Evaluation::none("noForecast");
+  if (low == nullptr) return Evaluation::unknown(Lack::noForecast);
   bool const isFreeze = low->tempC <= frost::kFreeze;
   std::vector<Measurement> measured{{"low", low->tempC, Relation::atMost, frost::kNear, "°C"}};
   bool const knowsCloud = low->has(WeatherDetailField::cloudCover);
@@ -123,13 +123,13 @@ Evaluation frostTonight(RuleInputs const& inputs, RuleSettings const&) {
   }
   return decide(std::move(measured),
                 {{isTimeForTonight(inputs), "tooEarly"},
-                 {isFreeze || knowsCloud, "noDetail"},
+                 {isFreeze || knowsCloud, enumName(Lack::noDetail), true},
                  {isFreeze || letsGroundCool(*low), "groundStaysWarm"}},
                 [&] { return frostFinding(inputs, isFreeze, low->tempC); });
 }
 
 Evaluation windChill(RuleInputs const& inputs, RuleSettings const&) {
-  if (!inputs.present) return Evaluation::none("noForecast");
+  if (!inputs.present) return Evaluation::unknown(Lack::noForecast);
   Present const& present = *inputs.present;
   return decide({{"temperature", present.tempC, Relation::atMost, chill::kTemperature, "°C"},
                  {"feltColder", present.tempC - present.feelsLikeC, Relation::atLeast, chill::kColder, "°C"},
@@ -146,7 +146,7 @@ Evaluation windChill(RuleInputs const& inputs, RuleSettings const&) {
 
 Evaluation blackIceAhead(RuleInputs const& inputs, RuleSettings const&) {
   auto const hours = inputs.hoursWithin(blackIce::kLookAhead);
-  if (hours.empty()) return Evaluation::none("noForecast");
+  if (hours.empty()) return Evaluation::unknown(Lack::noForecast);
   auto const freezing = std::ranges::find_if(hours, isNearFreezing);
   auto const icy = std::ranges::find_if(hours, [&](HourlyForecast const& hour) {
     return isNearFreezing(hour) && roadWater(inputs, hour).isThere();
@@ -166,9 +166,9 @@ Evaluation windshieldFrost(RuleInputs const& inputs, RuleSettings const&) {
   using enum WeatherDetailField;
   auto const night = comingNight(inputs);
   HourlyForecast const* const low = coldest(night);
-  if (low == nullptr) return Evaluation::none("noForecast");
+  if (low == nullptr) return Evaluation::unknown(Lack::noForecast);
   bool const isKnown = low->has(cloudCover) && low->has(dewPoint) && low->knows(ForecastValue::windSpeed);
-  if (!isKnown) return Evaluation::none("noDetail");
+  if (!isKnown) return Evaluation::unknown(Lack::noDetail);
   return decide(
       {{"low", low->tempC, Relation::atMost, windshield::kLow, "°C"},
        {"dewPointSpread", low->tempC - low->dewPointC, Relation::atMost, windshield::kSpread, "°C"},
@@ -183,8 +183,8 @@ Evaluation windshieldFrost(RuleInputs const& inputs, RuleSettings const&) {
 
 Evaluation heatPumpIcing(RuleInputs const& inputs, RuleSettings const&) {
   HourlyForecast const* const low = coldest(inputs.hoursWithin(heatPump::kLookAhead));
-  if (low == nullptr) return Evaluation::none("noForecast");
-  if (!low->has(WeatherDetailField::humidity)) return Evaluation::none("noDetail");
+  if (low == nullptr) return Evaluation::unknown(Lack::noForecast);
+  if (!low->has(WeatherDetailField::humidity)) return Evaluation::unknown(Lack::noDetail);
   IcingLevel const& level = icingLevel(*low);
   return decide(icing(level, *low), {}, [&] {
     return nuisance("beta_heat_pump_freeze", inputs.text(level.title),

@@ -130,7 +130,7 @@ Finding goldenFinding(RuleInputs const& inputs, GoldenLight const& light, int cl
 }  // namespace
 
 Evaluation rainbowAhead(RuleInputs const& inputs, RuleSettings const&) {
-  if (!inputs.weather) return Evaluation::none("noForecast");
+  if (!inputs.weather) return Evaluation::unknown(Lack::noForecast);
   HourlyForecast const* const clearing = clearingShower(inputs);
   if (clearing == nullptr) return Evaluation::none("noSunAfterRain");
   double const altitude = sunAltitude(inputs, std::max(clearing->date, inputs.now));
@@ -143,7 +143,7 @@ Evaluation rainbowAhead(RuleInputs const& inputs, RuleSettings const&) {
 }
 
 Evaluation fogBowAhead(RuleInputs const& inputs, RuleSettings const&) {
-  if (inputs.hours.empty()) return Evaluation::none("noForecast");
+  if (inputs.hours.empty()) return Evaluation::unknown(Lack::noForecast);
   HourlyForecast const* const entry = sunlitFog(inputs);
   if (entry == nullptr) return Evaluation::none("noSunInFog");
   return decide(bowSun(sunAltitude(inputs, entry->date)), {}, [&] {
@@ -159,7 +159,7 @@ Evaluation auroraOverhead(RuleInputs const& inputs, RuleSettings const&) {
   std::vector<Measurement> measured{{"latitude", latitude, Relation::atLeast, aurora::kLatitude, "°"}};
   if (!measured.front().holds()) return decide(std::move(measured), {}, [] { return Finding{}; });
   auto const cloud = cloudCoverNow(inputs);
-  if (!cloud) return Evaluation::none(inputs.weather ? "noDetail" : "noForecast");
+  if (!cloud) return Evaluation::unknown(inputs.weather ? Lack::noDetail : Lack::noForecast);
   measured.push_back(
       {"sunAltitude", sunAltitude(inputs, inputs.now), Relation::below, kDarkSunAltitude, "°"});
   measured.push_back({"cloudCover", static_cast<double>(*cloud), Relation::atMost, aurora::kCloud, "%"});
@@ -177,7 +177,7 @@ Evaluation auroraOverhead(RuleInputs const& inputs, RuleSettings const&) {
 
 Evaluation stargazingNow(RuleInputs const& inputs, RuleSettings const&) {
   auto const cloud = cloudCoverNow(inputs);
-  if (!cloud) return Evaluation::none(inputs.weather ? "noDetail" : "noForecast");
+  if (!cloud) return Evaluation::unknown(inputs.weather ? Lack::noDetail : Lack::noForecast);
   int const moon = moonPercent(inputs.now);
   auto measured = starlight(*cloud, moon);
   measured.push_back(
@@ -189,11 +189,11 @@ Evaluation stargazingNow(RuleInputs const& inputs, RuleSettings const&) {
 }
 
 Evaluation stargazingTonight(RuleInputs const& inputs, RuleSettings const&) {
-  if (inputs.hours.empty()) return Evaluation::none("noForecast");
+  if (inputs.hours.empty()) return Evaluation::unknown(Lack::noForecast);
   if (isDark(inputs, inputs.now)) return Evaluation::none("darkAlready");
   Darkness const darkness = comingDarkness(inputs);
   if (darkness.hours < stargazing::kFewestHours) return Evaluation::none("noDarkness");
-  if (!darkness.isKnown) return Evaluation::none("noDetail");
+  if (!darkness.isKnown) return Evaluation::unknown(Lack::noDetail);
   int const moon = moonPercent(darkness.begin);
   return decide(starlight(darkness.cloud, moon), {{isTimeForTonight(inputs), "tooEarly"}}, [&] {
     return pleasant("beta_stargazing_tonight", inputs.text("push.stargazingTonight.title"),
@@ -205,8 +205,8 @@ Evaluation goldenHour(RuleInputs const& inputs, RuleSettings const&) {
   auto const light = goldenLight(inputs);
   if (!light) return Evaluation::none("sunNotLow");
   HourlyForecast const* const hour = hourAt(inputs.hours, light->at);
-  if (hour == nullptr) return Evaluation::none("noForecast");
-  if (!hour->has(WeatherDetailField::cloudCover)) return Evaluation::none("noDetail");
+  if (hour == nullptr) return Evaluation::unknown(Lack::noForecast);
+  if (!hour->has(WeatherDetailField::cloudCover)) return Evaluation::unknown(Lack::noDetail);
   double const cloud = hour->cloudCover;
   // A sun that only dips or only peeps all day has no golden hour: twilight or low light go on for hours.
   RiseSet const sun = sunRiseSet(light->at - kHalfDay, light->at + kHalfDay, inputs.place.coordinate);

@@ -134,9 +134,9 @@ bool isBetween(int hour, int from, int until) {
 
 Evaluation spiderBallooning(RuleInputs const& inputs, RuleSettings const&) {
   using namespace spider;
-  if (!inputs.present || inputs.hours.empty()) return Evaluation::none("noForecast");
+  if (!inputs.present || inputs.hours.empty()) return Evaluation::unknown(Lack::noForecast);
   Present const& present = *inputs.present;
-  if (!present.knowsWind) return Evaluation::none("noDetail");
+  if (!present.knowsWind) return Evaluation::unknown(Lack::noDetail);
   double const rain = rainBefore(inputs, inputs.hours.front().date, kRainBefore);
   return decide({{"windSpeed", present.windSpeedKmph, Relation::below, kWind, "km/h"},
                  {"windGust", present.windGustKmph.value_or(0), Relation::below, kGust, "km/h"},
@@ -151,12 +151,12 @@ Evaluation spiderBallooning(RuleInputs const& inputs, RuleSettings const&) {
 }
 
 Evaluation birdMigration(RuleInputs const& inputs, RuleSettings const&) {
-  if (!inputs.present) return Evaluation::none("noForecast");
+  if (!inputs.present) return Evaluation::unknown(Lack::noForecast);
   Present const& present = *inputs.present;
   auto const migration = migrationOf(inputs);
   if (!migration) return Evaluation::none("notTheSeason");
   auto const degrees = degreesOf(present.windDirection);
-  if (!degrees || !present.pressure) return Evaluation::none("noDetail");
+  if (!degrees || !present.pressure) return Evaluation::unknown(Lack::noDetail);
   return decide(
       {{"pressure", *present.pressure, Relation::atLeast, birds::kPressure, "hPa"},
        {"windSpeed", present.windSpeedKmph, Relation::atLeast, birds::kTailwind, "km/h"}},
@@ -168,9 +168,9 @@ Evaluation birdMigration(RuleInputs const& inputs, RuleSettings const&) {
 
 Evaluation mosquitoSwarm(RuleInputs const& inputs, RuleSettings const&) {
   using namespace mosquito;
-  if (!inputs.present || inputs.hours.empty()) return Evaluation::none("noForecast");
+  if (!inputs.present || inputs.hours.empty()) return Evaluation::unknown(Lack::noForecast);
   Present const& present = *inputs.present;
-  if (!present.humidity || !present.knowsWind) return Evaluation::none("noDetail");
+  if (!present.humidity || !present.knowsWind) return Evaluation::unknown(Lack::noDetail);
   auto measured = mosquitoAir(present, kSwarmTemperature, kSwarmHumidity, kSwarmWind);
   double const rain = rainBefore(inputs, inputs.hours.front().date, kRainBefore);
   measured.push_back({"recentRain", rain, Relation::atLeast, kSwarmRainMm, "mm"});
@@ -183,9 +183,10 @@ Evaluation mosquitoSwarm(RuleInputs const& inputs, RuleSettings const&) {
 
 Evaluation mosquitoesActive(RuleInputs const& inputs, RuleSettings const&) {
   using namespace mosquito;
-  if (!inputs.present) return Evaluation::none("noForecast");
+  if (!inputs.present) return Evaluation::unknown(Lack::noForecast);
   Present const& present = *inputs.present;
-  if (!present.humidity || !present.knowsWind || !present.chanceOfRain) return Evaluation::none("noDetail");
+  if (!present.humidity || !present.knowsWind || !present.chanceOfRain)
+    return Evaluation::unknown(Lack::noDetail);
   auto measured = mosquitoAir(present, kTemperature, kHumidity, kWind);
   measured.push_back(
       {"chanceOfRain", static_cast<double>(*present.chanceOfRain), Relation::atMost, kRainChance, "%"});
@@ -195,13 +196,13 @@ Evaluation mosquitoesActive(RuleInputs const& inputs, RuleSettings const&) {
 }
 
 Evaluation outdoorWindow(RuleInputs const& inputs, RuleSettings const&) {
-  if (inputs.hours.empty()) return Evaluation::none("noForecast");
+  if (inputs.hours.empty()) return Evaluation::unknown(Lack::noForecast);
   if (localHour(inputs, inputs.now) < outdoor::kFromHour) return Evaluation::none("tooEarly");
   Hours const hours = outdoorHours(inputs);
   if (hours.empty()) return Evaluation::none("tooLate");
   bool const knowsUv =
       std::ranges::all_of(hours, [](auto const& hour) { return hour.has(WeatherDetailField::uvIndex); });
-  if (!knowsUv) return Evaluation::none("noDetail");
+  if (!knowsUv) return Evaluation::unknown(Lack::noDetail);
   Hours const window = bestWindow(hours);
   return decide({{"idealHours", static_cast<double>(window.size()), Relation::atLeast,
                   static_cast<double>(outdoor::kShortest.count()), "h"}},
@@ -210,9 +211,9 @@ Evaluation outdoorWindow(RuleInputs const& inputs, RuleSettings const&) {
 
 Evaluation vitaminDWindow(RuleInputs const& inputs, RuleSettings const&) {
   using namespace vitaminD;
-  if (!inputs.present) return Evaluation::none("noForecast");
+  if (!inputs.present) return Evaluation::unknown(Lack::noForecast);
   Present const& present = *inputs.present;
-  if (!present.uvIndex) return Evaluation::none("noDetail");
+  if (!present.uvIndex) return Evaluation::unknown(Lack::noDetail);
   int const uv = *present.uvIndex;
   return decide({{"uvIndex", static_cast<double>(uv), Relation::atLeast, kUv, ""}},
                 {{isBetween(localHour(inputs, inputs.now), kFromHour, kUntilHour), "notTheHour"},

@@ -17,6 +17,7 @@ using Hours = std::span<HourlyForecast const>;
 struct Ground {
   bool holds = false;
   std::string_view note;
+  bool isLack = false;  ///< not met, since nothing is known of it
 };
 
 /// What `tell` finds when every measurement and ground holds; else what was measured and the first ground
@@ -26,7 +27,9 @@ Evaluation decide(std::vector<Measurement> measured, std::initializer_list<Groun
   Evaluation evaluation;
   evaluation.measured = std::move(measured);
   for (Ground const& ground : grounds) {
-    if (!ground.holds && evaluation.note.empty()) evaluation.note = ground.note;
+    if (ground.holds || !evaluation.note.empty()) continue;
+    evaluation.note = ground.note;
+    evaluation.isUnknown = ground.isLack;
   }
   bool const allHold = std::ranges::all_of(evaluation.measured, &Measurement::holds);
   if (allHold && evaluation.note.empty()) evaluation.findings.push_back(tell());

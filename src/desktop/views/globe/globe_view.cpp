@@ -3,7 +3,7 @@
 #include "base/text/number.h"
 #include "base/text/text.h"
 #include "base/words/country_names.h"
-#include "feeds/fetching/feed_problem.h"
+#include "feeds/fetching/failure_words.h"
 #include "gazetteer/gazetteer.h"
 
 #include <algorithm>
@@ -46,13 +46,6 @@ bool isEntryHidden(GlobeState const& state, std::uint32_t entry) {
   return group == nullptr || isHidden(state, *group);
 }
 
-/// "the network cannot be reached", of a feed's sentence that names the feed or not.
-std::string failureOf(std::string_view problem, ViewContext const& context) {
-  auto const part = feedProblemIn(problem);
-  std::string text = problemText(part ? part->problem : problem, context.texts);
-  return text.empty() ? context.text("desktop.globe.failed") : text;
-}
-
 bool isKnown(GlobeGroup const& group) {
   return group.state == GlobeGroup::State::fresh || group.state == GlobeGroup::State::stale;
 }
@@ -60,7 +53,8 @@ bool isKnown(GlobeGroup const& group) {
 std::string noteOf(GlobeGroup const& group, ViewContext const& context) {
   switch (group.state) {
     case GlobeGroup::State::failed:
-      return failureOf(group.failure, context);
+      return group.failure ? failureText(*group.failure, context.texts)
+                           : context.text("desktop.globe.failed");
     case GlobeGroup::State::stale:
       return context.texts.format("desktop.globe.stale", ageText(group.fetched, context.now, context.texts));
     case GlobeGroup::State::waiting:
@@ -88,9 +82,9 @@ LegendRow earthquakeRow(GlobeState const& state, ViewContext const& context) {
   auto const count = std::ranges::count_if(*state.earthquakes, [](EarthquakeEvent const& event) {
     return event.magnitude >= kLeastShownMagnitude;
   });
-  bool const isKnown = state.hasEarthquakes && (state.earthquakeProblem.empty() || count > 0);
+  bool const isKnown = state.hasEarthquakes && (!state.earthquakeFailure || count > 0);
   if (!state.hasEarthquakes) row.note = context.text("desktop.globe.waiting");
-  if (!state.earthquakeProblem.empty()) row.note = failureOf(state.earthquakeProblem, context);
+  if (state.earthquakeFailure) row.note = failureText(*state.earthquakeFailure, context.texts);
   finish(row, isKnown ? std::optional(static_cast<std::size_t>(count)) : std::nullopt);
   return row;
 }

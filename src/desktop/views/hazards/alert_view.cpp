@@ -176,7 +176,7 @@ void fillUnchecked(OfficialView& view, SourceCoverage const& coverage, bool hasW
   } else {
     view.headline = sentence;
   }
-  bool const hasReason = coverage.reason && *coverage.reason != kNotAskedLately;
+  bool const hasReason = coverage.reason && coverage.reason->kind != ServiceFailure::Kind::notAskedLately;
   if (hasReason) view.notice += becauseText(*coverage.reason, context) + " ";
   view.notice += context.text(hasWarnings ? "desktop.official.retry" : "desktop.official.retryEmpty");
 }

@@ -34,9 +34,9 @@ std::string levelKey(int level, std::string_view kind) {
   return "desktop.kp." + std::string(kind) + "." + std::to_string(level);
 }
 
-std::string noticeOf(HazardReading<std::optional<double>> const& kp, ViewContext const& context) {
-  if (kp.problem.empty()) return {};
-  std::string const because = becauseText(kp.problem, context);
+std::string noticeOf(FeedReading<KIndex> const& kp, ViewContext const& context) {
+  if (!kp.failure) return {};
+  std::string const because = becauseText(*kp.failure, context);
   if (!kp.checkedAt) return context.text("desktop.kp.neverChecked") + " " + because;
   TimeWords const words(context.texts, context.fallback);
   return context.texts.format("desktop.kp.uncheckedSince", words.moment(*kp.checkedAt, context.now)) + " " +
@@ -53,7 +53,7 @@ std::string sourceOf(std::optional<Instant> checkedAt, ViewContext const& contex
 
 /// What was measured, and after it what is foreseen.
 std::vector<KpReading> readingsOf(HazardsState const& state, Instant now) {
-  std::vector<KpReading> readings = state.kpRecent;
+  std::vector<KpReading> readings = state.kp.data.recent;
   Instant const measured = readings.empty() ? Instant::min() : readings.back().begin;
   for (KpReading const& ahead : state.kpForecast.data) {
     if (ahead.begin > measured && ahead.begin + kBin > now) readings.push_back(ahead);
@@ -98,7 +98,7 @@ KpView kpView(HazardsState const& state, ViewContext const& context) {
   KpView view;
   view.notice = noticeOf(state.kp, context);
   view.source = sourceOf(state.kp.checkedAt, context);
-  auto const kp = state.kp.data;
+  auto const kp = state.kp.data.now;
   bool const isOld = state.kp.checkedAt && context.now - *state.kp.checkedAt > kTrust;
   if (!kp || isOld) {
     view.word = view.notice.empty() ? context.text("desktop.kp.asking") : std::string();
@@ -113,7 +113,7 @@ KpView kpView(HazardsState const& state, ViewContext const& context) {
   view.level = level;
   view.sentence = context.texts.format("kp.value", view.value) + ", " + view.word;
   bool const hasForecast = !state.kpForecast.data.empty();
-  if (!state.kpRecent.empty()) {
+  if (!state.kp.data.recent.empty()) {
     view.hint = context.text(hasForecast ? "desktop.kp.hintForecast" : "desktop.kp.hint");
   }
   return view;

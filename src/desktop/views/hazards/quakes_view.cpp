@@ -77,9 +77,9 @@ std::string countText(std::size_t count, ViewContext const& context) {
   return context.texts.format(count < kMost ? "desktop.quakes.count" : "desktop.quakes.newest", count);
 }
 
-std::string noticeOf(HazardReading<std::vector<EarthquakeEvent>> const& quakes, ViewContext const& context) {
-  if (quakes.problem.empty()) return {};
-  std::string const because = " " + becauseText(quakes.problem, context);
+std::string noticeOf(FeedReading<std::vector<EarthquakeEvent>> const& quakes, ViewContext const& context) {
+  if (!quakes.failure) return {};
+  std::string const because = " " + becauseText(*quakes.failure, context);
   if (!quakes.checkedAt) {
     return context.text(quakes.data.empty() ? "desktop.quakes.neverChecked" : "desktop.quakes.unchecked") +
            because;

@@ -23,9 +23,9 @@ std::string worded(ViewContext const& view, std::string_view ending, Arguments c
   return view.texts.format(std::string(kKindKey) + std::string(ending), arguments...);
 }
 
-/// A warning's subject by the sign that it bears: "wind" of "gov:wind".
-std::string subjectText(std::string_view sign, ViewContext const& view) {
-  std::string const key = std::string(kKindKey) + "gov." + std::string(sign);
+/// A warning's subject: "wind" of "gov:wind".
+std::string subjectText(std::string_view subject, ViewContext const& view) {
+  std::string const key = std::string(kKindKey) + "gov." + std::string(subject);
   std::string_view const text = view.texts.text(key);
   return text == key ? worded("gov.other", view) : std::string(text);
 }

@@ -7,6 +7,7 @@
 #include "notifications/catalogue.h"
 #include "notifications/custom/custom_rule_text.h"
 #include "notifications/engine/hold_back.h"
+#include "notifications/engine/pass_plan.h"
 #include "notifications/log/reason_text.h"
 #include "notifications/rules/rule_settings.h"
 

@@ -1,4 +1,4 @@
-#include "feeds/meteoalarm/meteo_alarm_type.h"
+#include "feeds/meteoalarm/meteo_alarm_classes.h"
 
 #include "base/text/search_text.h"
 #include "base/text/text.h"
@@ -11,22 +11,11 @@ namespace nimbara {
 
 namespace {
 
-constexpr std::string_view kIcons[] = {
-    "wind",
-    "cloud.snow.fill",
-    "cloud.bolt.fill",
-    "cloud.fog.fill",
-    "thermometer.sun.fill",
-    "thermometer.snowflake",
-    "water.waves",
-    "flame.fill",
-    "mountain.2.fill",
-    "cloud.heavyrain.fill",
-    "cloud.heavyrain.fill",
-    "cloud.heavyrain.fill",
-    "exclamationmark.triangle.fill",
-};
-static_assert(std::size(kIcons) == enumNames<MeteoAlarmType>.size());
+using enum WarningKind;
+
+constexpr WarningKind kKinds[] = {wind, snow,      thunderstorm, fog,  heat, cold, coast,
+                                  fire, avalanche, rain,         rain, rain, other};
+static_assert(std::size(kKinds) == enumNames<MeteoAlarmType>.size());
 
 constexpr std::string_view kIssuedFor = " issued for";
 
@@ -79,8 +68,8 @@ std::string colourOrNone(std::string const& word) {
 
 }  // namespace
 
-std::string_view iconOf(MeteoAlarmType type) {
-  return kIcons[static_cast<std::size_t>(type)];
+WarningKind warningKindOf(MeteoAlarmType type) {
+  return kKinds[static_cast<std::size_t>(type)];
 }
 
 MeteoAlarmType meteoAlarmTypeInWords(std::string_view text) {
