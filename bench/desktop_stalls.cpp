@@ -99,10 +99,11 @@ void measure(MeasuredApplication& application, StateRow const& row) {
 
 /// The painted globe with as many points as there are satellites in use.
 void measureGlobe(MeasuredApplication& application, WindowSize size) {
-  auto state = crowdedGlobe();
-  DesktopCommands commands;
-  commands.globe.tick = [&state] { return state; };
-  DesktopModel model({Wording(), {}, [] { return kNow; }, {}}, commands);
+  struct Globe : GlobeActions {
+    std::shared_ptr<GlobeState const> tick() override { return state; }
+    std::shared_ptr<GlobeState const> state = crowdedGlobe();
+  } globe;
+  DesktopModel model({Wording(), {}, [] { return kNow; }, {}}, {.globe = &globe});
   model.show(snapshotOf(stateOf(mildWeek())));
   DesktopOptions options;
   options.size = size;

@@ -98,77 +98,10 @@ class Photographer : public QObject {
   QTimer settle_;
 };
 
-NotificationCommands notificationCommandsOf(EngineNotifications& told, DesktopModel*& model) {
-  NotificationCommands asked;
-  asked.set = [&told](std::string key, SettingValue value) { told.set(std::move(key), std::move(value)); };
-  asked.mute = [&told](std::string const& kinds, std::optional<Instant> until) { told.mute(kinds, until); };
-  asked.unmute = [&told](std::string const& kinds) { told.unmute(kinds); };
-  asked.pause = [&told](std::optional<Instant> until) { told.pause(until); };
-  asked.saveRule = [&told](CustomNotification rule) { told.saveRule(std::move(rule)); };
-  asked.removeRule = [&told](Uuid id) { told.removeRule(id); };
-  asked.enableRule = [&told](Uuid id, bool isEnabled) { told.enableRule(id, isEnabled); };
-  asked.tryRule = [&told, &model](CustomNotification rule) {
-    told.tryRule(std::move(rule), [&model](TrialAnswer answer) {
-      QMetaObject::invokeMethod(
-          qApp, [&model, answer = std::move(answer)] { model->notifications()->showTrial(answer); },
-          Qt::QueuedConnection);
-    });
-  };
-  asked.postTest = [&told] { told.postTest(); };
-  asked.lookAtDesktop = [&told] { told.lookAtDesktop(); };
-  return asked;
-}
-
 /// The demo does not ask where its user is.
 Result<LocationFix, LocationError> unaskedLocation(std::stop_token const& /*stop*/) {
   return std::unexpected(LocationError{LocationError::Kind::unavailable,
                                        "the demo does not use the desktop's location service"});
-}
-
-DesktopCommands commandsOf(Engine& engine, DesktopModel*& model) {
-  DesktopCommands commands;
-  commands.refresh = [&engine] { engine.refresh(); };
-  commands.selectPlace = [&engine](Uuid id) { engine.selectPlace(id); };
-  commands.addPlace = [&engine](SavedPlace place) { engine.addPlace(std::move(place)); };
-  commands.removePlace = [&engine](Uuid id) { engine.removePlace(id); };
-  commands.chooseNotifications = [&engine](Uuid id, PlaceChoice choice) {
-    engine.chooseNotifications(id, choice);
-  };
-  commands.movePlace = [&engine](Uuid id, int position) { engine.movePlace(id, position); };
-  commands.hazards = {[&engine] { engine.lookAtHazards(); },
-                      [&engine](double km) { engine.setQuakeRadius(km); },
-                      [&engine](double least) { engine.setQuakeMagnitude(least); }};
-  commands.globe.setShown = [&engine](bool isShown) { engine.globe().setShown(isShown); };
-  commands.globe.tick = [&engine] { return engine.globe().tick(); };
-  commands.globe.choose = [&engine](std::optional<std::uint32_t> entry) { engine.globe().choose(entry); };
-  commands.globe.setHidden = [&engine](std::string const& row, bool isHidden) {
-    engine.globe().setHidden(row, isHidden);
-  };
-  commands.search = [&engine, &model](std::string const& text) {
-    engine.search(text, [&model, text](std::vector<FoundPlace> found) {
-      QMetaObject::invokeMethod(
-          qApp, [&model, text, found = std::move(found)] { model->showFound(text, found); },
-          Qt::QueuedConnection);
-    });
-  };
-  commands.notifications = notificationCommandsOf(engine.notifications(), model);
-  commands.searchOnline = [&engine, &model](std::string const& text) {
-    engine.searchOnline(text, [&model, text](Result<std::vector<FoundPlace>, APIError> found) {
-      QMetaObject::invokeMethod(
-          qApp, [&model, text, found = std::move(found)] { model->showFoundOnline(text, found); },
-          Qt::QueuedConnection);
-    });
-  };
-  commands.restorePlace = [&engine](SavedPlace place, int position, bool select) {
-    engine.restorePlace(std::move(place), position, select);
-  };
-  commands.locate = [&engine] { engine.locate(); };
-  commands.removeCurrentLocation = [&engine] { engine.removeCurrentLocation(); };
-  commands.settings.change = [&engine](std::string key, std::string text) {
-    engine.changeSetting(std::move(key), std::move(text));
-  };
-  commands.settings.setStartAtLogin = [&engine](bool wanted) { engine.setStartAtLogin(wanted); };
-  return commands;
 }
 
 /// What the first frame waits for the first snapshot, and the program's end for whoever does not end.
@@ -273,7 +206,7 @@ int showWindow(QGuiApplication& application, Environment const& environment, Des
                 [&box](SnapshotBox::Snapshot snapshot) { box.put(std::move(snapshot)); });
   DesktopModel shown(
       {*engine.wording(), engine.standIn(), [&engine] { return engine.clock().now(); }, environment.program},
-      commandsOf(engine, model));
+      {engine, &engine.globe(), engine.notifications()});
   // The cached forecast is there within milliseconds; the pages are made with it and not once more.
   if (auto first = box.take(kFirstPatience)) shown.show(std::move(first));
   model = &shown;

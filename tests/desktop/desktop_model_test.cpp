@@ -50,16 +50,17 @@ struct ModelTest : testing::Test {
     return {wording, {}, [] { return kNow; }, {}};
   }
 
-  DesktopCommands commands() {
-    DesktopCommands made;
-    made.selectPlace = [this](Uuid id) { asked.push_back("select " + id.text()); };
-    made.addPlace = [this](SavedPlace const& place) { asked.push_back("add " + place.name); };
-    made.search = [this](std::string const& text) { asked.push_back("search " + text); };
-    return made;
-  }
+  struct Places : EngineActions {
+    explicit Places(std::vector<std::string>& asked) : asked_(asked) {}
+    void selectPlace(Uuid id) override { asked_.push_back("select " + id.text()); }
+    void addPlace(SavedPlace place) override { asked_.push_back("add " + place.name); }
+    void search(std::string text, SearchListener) override { asked_.push_back("search " + text); }
+    std::vector<std::string>& asked_;
+  };
 
   std::vector<std::string> asked;
-  DesktopModel model{setting(), commands()};
+  Places places{asked};
+  DesktopModel model{setting(), {.engine = places}};
 };
 
 TEST_F(ModelTest, IsReadyWithTheFirstSnapshotAndSettledWithTheLastRefresh) {

@@ -43,11 +43,11 @@ struct Shell : testing::Test {
             [this](std::string const& place) { asked.push_back("place " + place); },
             std::chrono::milliseconds(0)};
   }
-  DesktopCommands commands() {
-    DesktopCommands all;
-    all.refresh = [this] { asked.emplace_back("refresh"); };
-    return all;
-  }
+  struct Engine : EngineActions {
+    explicit Engine(std::vector<std::string>& asked) : asked_(asked) {}
+    void refresh() override { asked_.emplace_back("refresh"); }
+    std::vector<std::string>& asked_;
+  };
   void happen(TrayEvent::Kind kind, std::string key = {}) {
     shell->receive(TrayEvent{kind, std::move(key), {}});
     QCoreApplication::processEvents();
@@ -63,7 +63,8 @@ struct Shell : testing::Test {
 
   std::vector<std::string> asked;
   std::vector<TrayFace> faces;
-  DesktopModel model{{Wording(), {}, [] { return kNow; }, {}}, commands()};
+  Engine engine{asked};
+  DesktopModel model{{Wording(), {}, [] { return kNow; }, {}}, {.engine = engine}};
   std::optional<DesktopWindow> window;
   std::optional<DesktopShell> shell;
 };

@@ -47,22 +47,18 @@ TEST(PaintedDisc, HasDayNightAndNothingAround) {
 }
 
 /// The page in a window without a graphics card.
-struct GlobePage : OffscreenTest {
-  GlobeCommands globeCommands() {
-    GlobeCommands commands;
-    commands.setShown = [this](bool isShown) { asked.emplace_back(isShown ? "show" : "hide"); };
-    commands.tick = [this] { return state; };
-    commands.choose = [this](std::optional<std::uint32_t> entry) {
-      asked.push_back(entry ? "choose " + std::to_string(*entry) : "dismiss");
-      GlobeState changed = *state;
-      changed.chosen.reset();
-      if (entry) changed.chosen = ChosenSatellite{*entry, "sat.group.stations", infoOf(*entry), {}};
-      state = std::make_shared<GlobeState const>(changed);
-    };
-    commands.setHidden = [this](std::string const& row, bool isHidden) {
-      asked.push_back((isHidden ? "hide " : "show ") + row);
-    };
-    return commands;
+struct GlobePage : OffscreenTest, GlobeActions {
+  void setShown(bool isShown) override { asked.emplace_back(isShown ? "show" : "hide"); }
+  std::shared_ptr<GlobeState const> tick() override { return state; }
+  void choose(std::optional<std::uint32_t> entry) override {
+    asked.push_back(entry ? "choose " + std::to_string(*entry) : "dismiss");
+    GlobeState changed = *state;
+    changed.chosen.reset();
+    if (entry) changed.chosen = ChosenSatellite{*entry, "sat.group.stations", infoOf(*entry), {}};
+    state = std::make_shared<GlobeState const>(changed);
+  }
+  void setHidden(std::string_view row, bool isHidden) override {
+    asked.push_back((isHidden ? "hide " : "show ") + std::string(row));
   }
 
   SatelliteInfo infoOf(std::uint32_t entry) const {
@@ -81,11 +77,7 @@ struct GlobePage : OffscreenTest {
     return maker.made();
   }
 
-  DesktopCommands commands() {
-    DesktopCommands made;
-    made.globe = globeCommands();
-    return made;
-  }
+  WindowActions actions() { return {.globe = this}; }
   static DesktopOptions options(WindowSize size, DesktopTheme theme = DesktopTheme::dark) {
     DesktopOptions made;
     made.page = DesktopPage::globe;
@@ -119,7 +111,7 @@ TEST_F(GlobePage, IsPaintedWithoutAComplaint) {
     state = make();
     for (auto const& [size, theme] : {std::pair(WindowSize{360, 640}, DesktopTheme::light),
                                       {WindowSize{1280, 800}, DesktopTheme::dark}}) {
-      DesktopModel model(setting(), commands());
+      DesktopModel model(setting(), actions());
       model.show(snapshotOf(stateOf(mildWeek())));
       DesktopWindow const window(model, options(size, theme));
       ASSERT_NE(window.window(), nullptr);
@@ -132,7 +124,7 @@ TEST_F(GlobePage, IsPaintedWithoutAComplaint) {
 }
 
 TEST_F(GlobePage, RestsWhenAnotherPageIsShown) {
-  DesktopModel model(setting(), commands());
+  DesktopModel model(setting(), actions());
   model.show(snapshotOf(stateOf(mildWeek())));
   {
     DesktopWindow const window(model, options({1000, 700}));
@@ -166,7 +158,7 @@ struct GlobeKeys : GlobePage {
     return false;
   }
 
-  DesktopModel model{setting(), commands()};
+  DesktopModel model{setting(), actions()};
   std::optional<DesktopWindow> window;
 };
 
@@ -208,7 +200,7 @@ TEST_F(GlobeKeys, SwitchGroups) {
 }
 
 TEST_F(GlobePage, HidesTheTablesOfHiddenGroups) {
-  DesktopModel model(setting(), commands());
+  DesktopModel model(setting(), actions());
   model.show(snapshotOf(stateOf(mildWeek())));
   GlobeModel& globe = *model.globe();
   globe.setShown(true);
@@ -226,7 +218,7 @@ TEST_F(GlobePage, HidesTheTablesOfHiddenGroups) {
 }
 
 TEST_F(GlobePage, SpeaksAnotherLanguageAtOnce) {
-  DesktopModel model(setting(), commands());
+  DesktopModel model(setting(), actions());
   model.show(snapshotOf(stateOf(mildWeek())));
   model.globe()->setShown(true);
   auto snapshot = snapshotOf(stateOf(mildWeek()));
@@ -241,7 +233,7 @@ TEST_F(GlobePage, SpeaksAnotherLanguageAtOnce) {
 }
 
 TEST_F(GlobePage, HasNoSceneWhereItsModuleIsMissing) {
-  DesktopModel model(setting(), commands());
+  DesktopModel model(setting(), actions());
   EXPECT_FALSE(model.globe()->loadScene());
 }
 

@@ -160,14 +160,14 @@ struct LogByKeys : OffscreenTest {
     options.size = WindowSize{1000, 900};
     return options;
   }
-  DesktopCommands commands() {
-    DesktopCommands made;
-    made.notifications.mute = [this](std::string const& kinds, std::optional<Instant> until) {
-      asked.push_back("mute " + kinds + " " + (until ? formatIso8601(*until) : "for ever"));
-    };
-    made.notifications.unmute = [this](std::string const& kinds) { asked.push_back("unmute " + kinds); };
-    return made;
-  }
+  struct Mutes : NotificationActions {
+    explicit Mutes(std::vector<std::string>& asked) : asked_(asked) {}
+    void mute(std::string const& kinds, std::optional<Instant> until) override {
+      asked_.push_back("mute " + kinds + " " + (until ? formatIso8601(*until) : "for ever"));
+    }
+    void unmute(std::string const& kinds) override { asked_.push_back("unmute " + kinds); }
+    std::vector<std::string>& asked_;
+  };
   void show(NotificationsState state) { model.show(notifying(std::move(state))); }
   /// Walks on to what has that name, and presses it.
   bool press(std::string const& name) {
@@ -181,7 +181,8 @@ struct LogByKeys : OffscreenTest {
   }
 
   std::vector<std::string> asked;
-  DesktopModel model{{Wording(), {}, [] { return kNow; }, {}}, commands()};
+  Mutes mutes{asked};
+  DesktopModel model{{Wording(), {}, [] { return kNow; }, {}}, {.notifications = mutes}};
   DesktopWindow window{model, optionsOf()};
 };
 

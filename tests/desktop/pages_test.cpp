@@ -64,15 +64,16 @@ struct Keyboard : PageTest {
     QTest::keyClick(window.window(), key, modifiers);
   }
 
-  DesktopCommands commands() {
-    DesktopCommands made;
-    made.hazards.setRadius = [this](double km) { asked.push_back("radius " + plainDecimal(km)); };
-    made.hazards.setMagnitude = [this](double least) { asked.push_back("magnitude " + plainDecimal(least)); };
-    return made;
-  }
+  struct Hazards : EngineActions {
+    explicit Hazards(std::vector<std::string>& asked) : asked_(asked) {}
+    void setQuakeRadius(double km) override { asked_.push_back("radius " + plainDecimal(km)); }
+    void setQuakeMagnitude(double least) override { asked_.push_back("magnitude " + plainDecimal(least)); }
+    std::vector<std::string>& asked_;
+  };
 
   std::vector<std::string> asked;
-  DesktopModel model{setting(), commands()};
+  Hazards hazards{asked};
+  DesktopModel model{setting(), {.engine = hazards}};
   DesktopWindow window;
 };
 

@@ -6,6 +6,7 @@
 // once somebody asks for them, its services.
 #pragma once
 
+#include "app/engine/engine_actions.h"
 #include "base/result.h"
 #include "base/uuid.h"
 
@@ -39,31 +40,25 @@ class ThreadPool;
 class TimerfdWakeTimer;
 enum class EngineEvent;
 enum class LocationPhase;
-enum class PlaceChoice;
 enum class RefreshTrigger;
-struct APIError;
 struct EngineOptions;
 struct EngineSnapshot;
 struct Environment;
-struct GeocodedPlace;
 struct LocationError;
 struct LocationFix;
 struct PlaceList;
-struct SavedPlace;
 struct SettingsChanges;
 struct Wording;
 
-class Engine {
+class Engine final : public EngineActions {
  public:
   using Options = EngineOptions;
   using Listener = std::function<void(std::shared_ptr<EngineSnapshot const>)>;
-  using SearchListener = std::function<void(std::vector<GeocodedPlace>)>;
-  using OnlineListener = std::function<void(Result<std::vector<GeocodedPlace>, APIError>)>;
 
   Engine(Environment const& environment, Options options);
   /// The same, begun at once.
   Engine(Environment const& environment, Options options, Listener listener);
-  ~Engine();
+  ~Engine() override;
   Engine(Engine const&) = delete;
   Engine& operator=(Engine const&) = delete;
 
@@ -80,27 +75,22 @@ class Engine {
   void begin(Listener listener);
 
   // Commands, of an engine that has begun.
-  void refresh();
+  void refresh() override;
   void setForeground(bool isForeground);
-  void selectPlace(Uuid id);
+  void selectPlace(Uuid id) override;
   /// The saved place by its name, identifier or coordinate.
   void choosePlace(std::string text);
-  void addPlace(SavedPlace place);
-  void removePlace(Uuid id);
-  /// Takes a removal back: the place at its old position with the rules that watched it.
-  void restorePlace(SavedPlace place, int position, bool select);
-  /// `position` counts from one.
-  void movePlace(Uuid id, int position);
-  void chooseNotifications(Uuid id, PlaceChoice choice);
-  /// Cities of the gazetteer. The listener is called on a thread of the engine's own.
-  void search(std::string text, SearchListener found);
-  /// Sends the text to the geocoding service.
-  void searchOnline(std::string text, OnlineListener found);
-  /// Asks the desktop where the user is, and selects that.
-  void locate();
-  void removeCurrentLocation();
-  void changeSetting(std::string key, std::string text);
-  void setStartAtLogin(bool wanted);
+  void addPlace(SavedPlace place) override;
+  void removePlace(Uuid id) override;
+  void restorePlace(SavedPlace place, int position, bool select) override;
+  void movePlace(Uuid id, int position) override;
+  void chooseNotifications(Uuid id, PlaceChoice choice) override;
+  void search(std::string text, SearchListener found) override;
+  void searchOnline(std::string text, OnlineListener found) override;
+  void locate() override;
+  void removeCurrentLocation() override;
+  void changeSetting(std::string key, std::string text) override;
+  void setStartAtLogin(bool wanted) override;
 
   /// The first frame has been drawn: what it does not show may take its time.
   void windowIsShown();
@@ -108,9 +98,9 @@ class Engine {
   /// to `missing`, a sentence each, on a thread of the engine's own.
   void followSystem(std::function<void(std::string const&)> missing);
 
-  void lookAtHazards();
-  void setQuakeRadius(double km);
-  void setQuakeMagnitude(double least);
+  void lookAtHazards() override;
+  void setQuakeRadius(double km) override;
+  void setQuakeMagnitude(double least) override;
 
   EngineGlobe& globe() { return *globe_; }
   EngineNotifications& notifications() { return *notifications_; }

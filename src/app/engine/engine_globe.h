@@ -3,6 +3,7 @@
 // Owned by the engine, which outlives its tasks.
 #pragma once
 
+#include "app/engine/engine_actions.h"
 #include "app/engine/globe_state.h"
 #include "app/services/in_use.h"
 #include "app/services/task_runner.h"
@@ -15,7 +16,7 @@ namespace nimbara {
 
 class EarthquakeService;
 
-class EngineGlobe {
+class EngineGlobe final : public GlobeActions {
  public:
   struct Parts {
     SatelliteFeed& feed;
@@ -32,15 +33,11 @@ class EngineGlobe {
 
   EngineGlobe(Parts parts, std::string_view hiddenSetting);
 
-  /// Begins or pauses.
-  void setShown(bool isShown);
-  /// Takes in what has been propagated, begins the next propagation and tells what there is. Nothing when a
-  /// load is just being taken in: the last state holds.
-  std::shared_ptr<GlobeState const> tick();
+  void setShown(bool isShown) override;
+  std::shared_ptr<GlobeState const> tick() override;
+  void choose(std::optional<std::uint32_t> entry) override;
+  void setHidden(std::string_view legendRow, bool isHidden) override;
   std::shared_ptr<GlobeState const> state() const;
-  /// The entry whose card and orbit are shown from now on.
-  void choose(std::optional<std::uint32_t> entry);
-  void setHidden(std::string_view row, bool isHidden);
 
  private:
   std::shared_ptr<GlobeState const> stateNow() const;

@@ -3,6 +3,7 @@
 // works on; nothing blocks the caller.
 #pragma once
 
+#include "app/engine/engine_actions.h"
 #include "app/engine/notifications_state.h"
 #include "app/notices/notification_desk.h"
 #include "notifications/rules/mute_changes.h"
@@ -15,7 +16,7 @@
 
 namespace nimbara {
 
-class EngineNotifications {
+class EngineNotifications final : public NotificationActions {
  public:
   struct Surroundings {
     SettingsStore& store;
@@ -37,7 +38,6 @@ class EngineNotifications {
     std::function<void(NotificationResponse const&)> onResponse;  ///< a person answered; may be empty
     std::function<std::chrono::milliseconds()> jitter;
   };
-  using TrialListener = std::function<void(TrialAnswer)>;
 
   explicit EngineNotifications(Surroundings surroundings);
 
@@ -54,22 +54,16 @@ class EngineNotifications {
   /// On the thread of the commands, after somebody changed the store.
   void reload();
 
-  // Commands: they return at once.
-  void set(std::string key, SettingValue value);
-  /// Kinds by "+"; nothing mutes them forever.
-  void mute(std::string const& kinds, std::optional<Instant> until);
-  void unmute(std::string const& kinds);
-  /// Nothing gets through until then; nothing ends the pause.
-  void pause(std::optional<Instant> until);
-  void saveRule(CustomNotification rule);
-  void removeRule(Uuid id);
-  void enableRule(Uuid id, bool isEnabled);
-  /// The listener is called on a thread of the core's own.
-  void tryRule(CustomNotification rule, TrialListener answered);
-  /// Posts one notification that says it is a test.
-  void postTest();
-  /// Whether the desktop shows notifications.
-  void lookAtDesktop();
+  void set(std::string key, SettingValue value) override;
+  void mute(std::string const& kinds, std::optional<Instant> until) override;
+  void unmute(std::string const& kinds) override;
+  void pause(std::optional<Instant> until) override;
+  void saveRule(CustomNotification rule) override;
+  void removeRule(Uuid id) override;
+  void enableRule(Uuid id, bool isEnabled) override;
+  void tryRule(CustomNotification rule, TrialListener answered) override;
+  void postTest() override;
+  void lookAtDesktop() override;
 
  private:
   void command(std::function<Result<void, StoreError>()> apply);

@@ -73,18 +73,13 @@ Uuid uuidOf(QString const& text) {
   return Uuid::parse(text.toStdString()).value_or(Uuid{});
 }
 
-template <class Command, class... Arguments>
-void ask(Command const& command, Arguments&&... arguments) {
-  if (command) command(std::forward<Arguments>(arguments)...);
-}
-
 }  // namespace
 
-DesktopModel::DesktopModel(Setting setting, DesktopCommands commands, QObject* parent)
+DesktopModel::DesktopModel(Setting setting, WindowActions actions, QObject* parent)
     : QObject(parent),
       setting_(std::move(setting)),
-      commands_(std::move(commands)),
-      globe_(new GlobeModel({setting_.wording.texts, setting_.program}, commands_.globe, this)),
+      actions_(actions),
+      globe_(new GlobeModel({setting_.wording.texts, setting_.program}, actions_.globe, this)),
       now_(new RecordModel(this)),
       sky_(new RecordModel(this)),
       words_(new RecordModel(this)),
@@ -95,10 +90,10 @@ DesktopModel::DesktopModel(Setting setting, DesktopCommands commands, QObject* p
       dayHours_(new RecordListModel(this)),
       places_(new RecordListModel(this)),
       found_(new RecordListModel(this)),
-      hazards_(new HazardsModel(commands_.hazards, this)),
-      notifications_(new NotificationsModel(commands_.notifications, this)),
+      hazards_(new HazardsModel(actions_.engine, this)),
+      notifications_(new NotificationsModel(actions_.notifications, this)),
       here_(new RecordModel(this)),
-      settings_(new SettingsModel(commands_.settings, this)) {
+      settings_(new SettingsModel(actions_.engine, this)) {
   takeWording(setting_.wording);
   connect(settings_, &SettingsModel::opened, this, &DesktopModel::tick);
   connect(globe_, &GlobeModel::settled, this, &DesktopModel::shown);
@@ -204,11 +199,11 @@ void DesktopModel::showOpenAlert(ViewContext const& context) {
 }
 
 void DesktopModel::refresh() {
-  ask(commands_.refresh);
+  actions_.engine.refresh();
 }
 
 void DesktopModel::selectPlace(QString const& id) {
-  ask(commands_.selectPlace, uuidOf(id));
+  actions_.engine.selectPlace(uuidOf(id));
 }
 
 QString DesktopModel::removed() const {
@@ -223,13 +218,13 @@ void DesktopModel::removePlace(QString const& id) {
   if (found == places.end()) return;
   int const position = static_cast<int>(found - places.begin()) + 1;
   removal_ = Removal{*found, position, snapshot_->places.selected == found->id};
-  ask(commands_.removePlace, Uuid(found->id));
+  actions_.engine.removePlace(Uuid(found->id));
   Q_EMIT removedChanged();
 }
 
 void DesktopModel::undoRemoval() {
   if (!removal_) return;
-  ask(commands_.restorePlace, removal_->place, removal_->position, removal_->wasSelected);
+  actions_.engine.restorePlace(removal_->place, removal_->position, removal_->wasSelected);
   forgetRemoval();
 }
 
@@ -239,24 +234,24 @@ void DesktopModel::forgetRemoval() {
 }
 
 void DesktopModel::locate() {
-  ask(commands_.locate);
+  actions_.engine.locate();
 }
 
 void DesktopModel::selectHere() {
-  ask(commands_.selectPlace, kCurrentLocation);
+  actions_.engine.selectPlace(kCurrentLocation);
 }
 
 void DesktopModel::removeHere() {
-  ask(commands_.removeCurrentLocation);
+  actions_.engine.removeCurrentLocation();
 }
 
 void DesktopModel::movePlace(QString const& id, int position) {
-  ask(commands_.movePlace, uuidOf(id), position);
+  actions_.engine.movePlace(uuidOf(id), position);
 }
 
 void DesktopModel::chooseNotifications(QString const& id, QString const& choice) {
   if (auto const chosen = enumFromName<PlaceChoice>(choice.toStdString())) {
-    ask(commands_.chooseNotifications, uuidOf(id), *chosen);
+    actions_.engine.chooseNotifications(uuidOf(id), *chosen);
   }
 }
 
@@ -267,7 +262,10 @@ void DesktopModel::search(QString const& text) {
   if (searchText_.empty()) {
     showFound({}, {});
   } else {
-    ask(commands_.search, searchText_);
+    auto const show = [text = searchText_](DesktopModel& model, std::vector<FoundPlace> const& found) {
+      model.showFound(text, found);
+    };
+    actions_.engine.search(searchText_, answerTo<std::vector<FoundPlace>>(this, show));
   }
 }
 
@@ -282,7 +280,11 @@ void DesktopModel::searchOnline() {
   if (searchText_.empty() || isSearchingOnline_) return;
   isSearchingOnline_ = true;
   searchNote_.clear();
-  ask(commands_.searchOnline, searchText_);
+  using Found = Result<std::vector<FoundPlace>, APIError>;
+  auto const show = [text = searchText_](DesktopModel& model, Found const& found) {
+    model.showFoundOnline(text, found);
+  };
+  actions_.engine.searchOnline(searchText_, answerTo<Found>(this, show));
   Q_EMIT searched();
 }
 
@@ -298,9 +300,9 @@ void DesktopModel::addFound(int row) {
   if (row < 0 || row >= static_cast<int>(foundPlaces_.size())) return;
   FoundPlace const& place = foundPlaces_[static_cast<std::size_t>(row)];
   if (SavedPlace const* const saved = snapshot_->places.findNear(place.coordinate)) {
-    ask(commands_.selectPlace, saved->id);
+    actions_.engine.selectPlace(saved->id);
   } else {
-    ask(commands_.addPlace, savedPlaceOf(place));
+    actions_.engine.addPlace(savedPlaceOf(place));
   }
 }
 

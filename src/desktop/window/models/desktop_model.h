@@ -12,6 +12,7 @@
 #include "desktop/window/models/notifications_model.h"
 #include "desktop/window/models/settings_model.h"
 #include "desktop/window/models/view_models.h"
+#include "desktop/window/models/window_actions.h"
 
 #include <QObject>
 #include <QVariantMap>
@@ -20,25 +21,6 @@
 #include <vector>
 
 namespace nimbara {
-
-/// What the window asks of the core; every member may be empty.
-struct DesktopCommands {
-  std::function<void()> refresh;
-  std::function<void(Uuid)> selectPlace;
-  std::function<void(SavedPlace)> addPlace;
-  std::function<void(Uuid)> removePlace;
-  std::function<void(Uuid, int)> movePlace;
-  std::function<void(Uuid, PlaceChoice)> chooseNotifications;
-  std::function<void(SavedPlace, int position, bool select)> restorePlace;
-  std::function<void(std::string)> search;
-  HazardsCommands hazards;
-  GlobeCommands globe;
-  NotificationCommands notifications;
-  std::function<void(std::string)> searchOnline;
-  std::function<void()> locate;
-  std::function<void()> removeCurrentLocation;
-  SettingsCommands settings;
-};
 
 class DesktopModel : public QObject {
   Q_OBJECT
@@ -75,7 +57,7 @@ class DesktopModel : public QObject {
     std::filesystem::path program;  ///< this program's own file, beside which its modules lie
   };
 
-  DesktopModel(Setting setting, DesktopCommands commands, QObject* parent = nullptr);
+  DesktopModel(Setting setting, WindowActions actions, QObject* parent = nullptr);
 
   void show(std::shared_ptr<EngineSnapshot const> snapshot);
   /// The matches of `text`; an answer to an older question is skipped.
@@ -162,7 +144,7 @@ class DesktopModel : public QObject {
   void showOpenAlert(ViewContext const& context);
 
   Setting setting_;
-  DesktopCommands commands_;
+  WindowActions actions_;
   std::shared_ptr<EngineSnapshot const> snapshot_ = std::make_shared<EngineSnapshot>();
   bool isReady_ = false;
   int openDay_ = -1;

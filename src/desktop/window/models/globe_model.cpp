@@ -32,11 +32,6 @@ QVector3D vectorOf(Vector3 const& v) {
   return {p[0], p[1], p[2]};
 }
 
-template <class Command, class... Arguments>
-void ask(Command const& command, Arguments&&... arguments) {
-  if (command) command(std::forward<Arguments>(arguments)...);
-}
-
 }  // namespace
 
 void GlobeBytes::set(QByteArray bytes, QSize size) {
@@ -51,10 +46,10 @@ void GlobeBytes::set(std::vector<InstanceRow> const& rows) {
   set(QByteArray(reinterpret_cast<char const*>(rows.data()), size));
 }
 
-GlobeModel::GlobeModel(Setting setting, GlobeCommands commands, QObject* parent)
+GlobeModel::GlobeModel(Setting setting, GlobeActions* actions, QObject* parent)
     : QObject(parent),
       setting_(std::move(setting)),
-      commands_(std::move(commands)),
+      actions_(actions),
       words_(new RecordModel(this)),
       card_(new RecordModel(this)),
       cardRows_(new RecordListModel(this)),
@@ -162,18 +157,18 @@ QVector3D GlobeModel::eyeTurn() const {
 
 bool GlobeModel::hasSettled() const {
   if (!isShown_) return true;
-  bool const isWaiting = !state_->isLoading && state_->catalogue->names.empty() && bool(commands_.tick) &&
+  bool const isWaiting = !state_->isLoading && state_->catalogue->names.empty() && actions_ != nullptr &&
                          std::ranges::all_of(state_->groups, [](GlobeGroup const& group) {
                            return group.state == GlobeGroup::State::waiting;
                          });
-  bool const isAsking = bool(commands_.tick) && !state_->hasEarthquakes;
+  bool const isAsking = actions_ != nullptr && !state_->hasEarthquakes;
   return !earth_.isNull() && !state_->isLoading && !isWaiting && !isAsking;
 }
 
 void GlobeModel::setShown(bool isShown) {
   if (isShown == isShown_) return;
   isShown_ = isShown;
-  ask(commands_.setShown, isShown);
+  if (actions_ != nullptr) actions_->setShown(isShown);
   if (isShown) {
     paintOnce();
     timer_.start();
@@ -204,7 +199,7 @@ void GlobeModel::paintOnce() {
 }
 
 void GlobeModel::tick() {
-  std::shared_ptr<GlobeState const> state = commands_.tick ? commands_.tick() : nullptr;
+  std::shared_ptr<GlobeState const> state = actions_ != nullptr ? actions_->tick() : nullptr;
   if (state) {
     show(std::move(state));
   } else {
@@ -263,7 +258,7 @@ void GlobeModel::goHome() {
 }
 
 void GlobeModel::choose(std::optional<std::uint32_t> entry) {
-  ask(commands_.choose, entry);
+  if (actions_ != nullptr) actions_->choose(entry);
   tick();
 }
 
@@ -289,7 +284,7 @@ void GlobeModel::dismiss() {
 
 void GlobeModel::toggle(QString const& row) {
   std::string const name = row.toStdString();
-  ask(commands_.setHidden, name, !state_->hidden.contains(name));
+  if (actions_ != nullptr) actions_->setHidden(name, !state_->hidden.contains(name));
   tick();
 }
 

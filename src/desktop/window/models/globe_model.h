@@ -3,6 +3,7 @@
 // DesktopModel.
 #pragma once
 
+#include "app/engine/engine_actions.h"
 #include "app/places/place.h"
 #include "desktop/views/globe/globe_view.h"
 #include "desktop/window/models/view_models.h"
@@ -20,14 +21,6 @@
 #include <thread>
 
 namespace nimbara {
-
-/// What the page asks of the core; every member may be empty.
-struct GlobeCommands {
-  std::function<void(bool)> setShown;
-  std::function<std::shared_ptr<GlobeState const>()> tick;
-  std::function<void(std::optional<std::uint32_t>)> choose;
-  std::function<void(std::string, bool)> setHidden;  ///< a legend row
-};
 
 /// Bytes that the scene's module draws from. It reads them by the names of their properties, as it is built
 /// apart from this.
@@ -82,7 +75,7 @@ class GlobeModel : public QObject {
     std::filesystem::path program;  ///< beside which the scene's module lies
   };
 
-  GlobeModel(Setting setting, GlobeCommands commands, QObject* parent);
+  GlobeModel(Setting setting, GlobeActions* actions, QObject* parent);
   ~GlobeModel() override;
 
   /// Another language, before it is shown.
@@ -157,7 +150,7 @@ class GlobeModel : public QObject {
   void showLabels();
 
   Setting setting_;
-  GlobeCommands commands_;
+  GlobeActions* actions_;  ///< may be null
   std::optional<ViewContext> context_;
   std::shared_ptr<GlobeState const> state_ = std::make_shared<GlobeState>();
   std::optional<Place> place_;

@@ -29,9 +29,9 @@ constexpr WordRow kWords[] = {
 
 }  // namespace
 
-HazardsModel::HazardsModel(HazardsCommands commands, QObject* parent)
+HazardsModel::HazardsModel(EngineActions& engine, QObject* parent)
     : QObject(parent),
-      commands_(std::move(commands)),
+      engine_(engine),
       words_(new RecordModel(this)),
       official_(new RecordModel(this)),
       warnings_(new RecordListModel(this)),
@@ -83,15 +83,15 @@ QString HazardsModel::highlightedText() const {
 }
 
 void HazardsModel::look() {
-  if (commands_.look) commands_.look();
+  engine_.lookAtHazards();
 }
 
 void HazardsModel::setRadius(double km) {
-  if (commands_.setRadius) commands_.setRadius(km);
+  engine_.setQuakeRadius(km);
 }
 
 void HazardsModel::setMagnitude(double least) {
-  if (commands_.setMagnitude) commands_.setMagnitude(least);
+  engine_.setQuakeMagnitude(least);
 }
 
 }  // namespace nimbara

@@ -2,6 +2,7 @@
 // it each snapshot. Reads no file, asks no service.
 #pragma once
 
+#include "app/engine/engine_actions.h"
 #include "app/engine/engine_snapshot.h"
 #include "desktop/views/hazards/kp_view.h"
 #include "desktop/views/hazards/quakes_view.h"
@@ -13,13 +14,6 @@
 #include <vector>
 
 namespace nimbara {
-
-/// What the page asks of the core; every member may be empty.
-struct HazardsCommands {
-  std::function<void()> look;  ///< somebody looks at the page
-  std::function<void(double)> setRadius;
-  std::function<void(double)> setMagnitude;
-};
 
 class HazardsModel : public QObject {
   Q_OBJECT
@@ -35,7 +29,7 @@ class HazardsModel : public QObject {
   Q_PROPERTY(QString highlightedText READ highlightedText NOTIFY highlightedChanged)
 
  public:
-  HazardsModel(HazardsCommands commands, QObject* parent);
+  HazardsModel(EngineActions& engine, QObject* parent);
 
   void show(EngineSnapshot const& snapshot, ViewContext const& context);
 
@@ -65,7 +59,7 @@ class HazardsModel : public QObject {
  private:
   void showQuakes(EngineSnapshot const& snapshot, ViewContext const& context);
 
-  HazardsCommands commands_;
+  EngineActions& engine_;
   RecordModel* words_;
   RecordModel* official_;
   RecordListModel* warnings_;

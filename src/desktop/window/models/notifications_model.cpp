@@ -61,11 +61,6 @@ constexpr WordRow kWords[] = {
     {"logShow", "desktop.log.show"},
 };
 
-template <class Command, class... Arguments>
-void ask(Command const& command, Arguments&&... arguments) {
-  if (command) command(std::forward<Arguments>(arguments)...);
-}
-
 template <NamedEnum E>
 std::optional<E> named(QString const& name) {
   return enumFromName<E>(name.toStdString());
@@ -79,9 +74,9 @@ std::optional<int> numberOf(QString const& text) {
 
 }  // namespace
 
-NotificationsModel::NotificationsModel(NotificationCommands commands, QObject* parent)
+NotificationsModel::NotificationsModel(NotificationActions& actions, QObject* parent)
     : QObject(parent),
-      commands_(std::move(commands)),
+      actions_(actions),
       mostLines_(kLogPage),
       now_(new RecordModel(this)),
       words_(new RecordModel(this)),
@@ -119,7 +114,7 @@ void NotificationsModel::setOpen(bool isOpen) {
   if (isOpen == isOpen_) return;
   isOpen_ = isOpen;
   if (isOpen) {
-    ask(commands_.lookAtDesktop);
+    actions_.lookAtDesktop();
     showAll();
   }
   Q_EMIT opened();
@@ -172,22 +167,22 @@ RecordListModel* NotificationsModel::rows(QString const& group) {
 }
 
 void NotificationsModel::setSwitch(QString const& key, bool isOn) {
-  ask(commands_.set, key.toStdString(), SettingValue(isOn));
+  actions_.set(key.toStdString(), SettingValue(isOn));
 }
 
 void NotificationsModel::setNumber(QString const& key, double shown) {
   if (!shown_.view) return;
   auto const value = settingFromShown(key.toStdString(), shown, shown_.view->units);
-  if (value) ask(commands_.set, key.toStdString(), *value);
+  if (value) actions_.set(key.toStdString(), *value);
 }
 
 void NotificationsModel::setLevel(QString const& key, QString const& level) {
-  ask(commands_.set, key.toStdString(), SettingValue(level.toStdString()));
+  actions_.set(key.toStdString(), SettingValue(level.toStdString()));
 }
 
 void NotificationsModel::setHour(QString const& key, QString const& hour) {
   if (auto const number = numberOf(hour))
-    ask(commands_.set, key.toStdString(), SettingValue(std::int64_t{*number}));
+    actions_.set(key.toStdString(), SettingValue(std::int64_t{*number}));
 }
 
 std::optional<Instant> NotificationsModel::endOf(QString const& span) const {
@@ -199,19 +194,19 @@ std::optional<Instant> NotificationsModel::endOf(QString const& span) const {
 }
 
 void NotificationsModel::mute(QString const& kinds, QString const& span) {
-  if (named<MuteSpan>(span)) ask(commands_.mute, kinds.toStdString(), endOf(span));
+  if (named<MuteSpan>(span)) actions_.mute(kinds.toStdString(), endOf(span));
 }
 
 void NotificationsModel::unmute(QString const& kinds) {
-  ask(commands_.unmute, kinds.toStdString());
+  actions_.unmute(kinds.toStdString());
 }
 
 void NotificationsModel::pause(QString const& span) {
-  ask(commands_.pause, endOf(span));
+  actions_.pause(endOf(span));
 }
 
 void NotificationsModel::postTest() {
-  ask(commands_.postTest);
+  actions_.postTest();
 }
 
 void NotificationsModel::setLogFilter(QString const& name) {
@@ -278,11 +273,11 @@ void NotificationsModel::editRule(QString const& id) {
 }
 
 void NotificationsModel::removeRule(QString const& id) {
-  if (CustomNotification const* const rule = ruleOf(id)) ask(commands_.removeRule, rule->id);
+  if (CustomNotification const* const rule = ruleOf(id)) actions_.removeRule(rule->id);
 }
 
 void NotificationsModel::enableRule(QString const& id, bool isEnabled) {
-  if (CustomNotification const* const rule = ruleOf(id)) ask(commands_.enableRule, rule->id, isEnabled);
+  if (CustomNotification const* const rule = ruleOf(id)) actions_.enableRule(rule->id, isEnabled);
 }
 
 void NotificationsModel::setTitle(QString const& title) {
@@ -334,7 +329,10 @@ void NotificationsModel::tryDraft() {
   if (!draft_) return;
   isTrying_ = true;
   Q_EMIT draftChanged();
-  ask(commands_.tryRule, *draft_);
+  actions_.tryRule(*draft_,
+                   answerTo<TrialAnswer>(this, [](NotificationsModel& model, TrialAnswer const& answer) {
+                     model.showTrial(answer);
+                   }));
 }
 
 /// An answer about a draft that has changed since is skipped.
@@ -349,7 +347,7 @@ void NotificationsModel::saveDraft() {
   if (!draft_ || !draftRow_->value(QStringLiteral("fault")).toString().isEmpty()) return;
   CustomNotification rule = *draft_;
   rule.title = trimmed(rule.title);
-  ask(commands_.saveRule, std::move(rule));
+  actions_.saveRule(std::move(rule));
   dropDraft();
 }
 

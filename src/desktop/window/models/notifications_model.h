@@ -6,6 +6,7 @@
 #include "app/engine/engine_snapshot.h"
 #include "desktop/views/notices/rules_view.h"
 #include "desktop/window/models/view_models.h"
+#include "desktop/window/models/window_actions.h"
 
 #include <QMap>
 #include <QObject>
@@ -15,20 +16,6 @@
 #include <vector>
 
 namespace nimbara {
-
-/// What the page asks of the core; every member may be empty.
-struct NotificationCommands {
-  std::function<void(std::string key, SettingValue value)> set;
-  std::function<void(std::string kinds, std::optional<Instant> until)> mute;
-  std::function<void(std::string kinds)> unmute;
-  std::function<void(std::optional<Instant> until)> pause;
-  std::function<void(CustomNotification)> saveRule;
-  std::function<void(Uuid)> removeRule;
-  std::function<void(Uuid, bool)> enableRule;
-  std::function<void(CustomNotification)> tryRule;
-  std::function<void()> postTest;
-  std::function<void()> lookAtDesktop;
-};
 
 class NotificationsModel : public QObject {
   Q_OBJECT
@@ -58,7 +45,7 @@ class NotificationsModel : public QObject {
   Q_PROPERTY(int olderLines READ olderLines NOTIFY logChanged)
 
  public:
-  NotificationsModel(NotificationCommands commands, QObject* parent);
+  NotificationsModel(NotificationActions& actions, QObject* parent);
 
   void show(EngineSnapshot const& snapshot, ViewContext const& view);
   void showTrial(TrialAnswer const& answer);
@@ -147,7 +134,7 @@ class NotificationsModel : public QObject {
   CustomNotification const* ruleOf(QString const& id) const;
   std::optional<Instant> endOf(QString const& span) const;
 
-  NotificationCommands commands_;
+  NotificationActions& actions_;
   Shown shown_;
   bool isOpen_ = false;
   LogFilter filter_ = LogFilter::all;

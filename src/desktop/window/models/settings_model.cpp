@@ -37,9 +37,9 @@ constexpr WordRow kWords[] = {
 
 }  // namespace
 
-SettingsModel::SettingsModel(SettingsCommands commands, QObject* parent)
+SettingsModel::SettingsModel(EngineActions& engine, QObject* parent)
     : QObject(parent),
-      commands_(std::move(commands)),
+      engine_(engine),
       now_(new RecordModel(this)),
       words_(new RecordModel(this)),
       look_(new RecordListModel(this)),
@@ -78,11 +78,11 @@ QString SettingsModel::version() {
 }
 
 void SettingsModel::change(QString const& key, QString const& text) {
-  if (commands_.change) commands_.change(key.toStdString(), text.toStdString());
+  engine_.changeSetting(key.toStdString(), text.toStdString());
 }
 
 void SettingsModel::setStartAtLogin(bool wanted) {
-  if (commands_.setStartAtLogin) commands_.setStartAtLogin(wanted);
+  engine_.setStartAtLogin(wanted);
 }
 
 void SettingsModel::openFolder(QString const& path) {

@@ -2,6 +2,7 @@
 // latest snapshot; decides nothing. Owned by the window's model.
 #pragma once
 
+#include "app/engine/engine_actions.h"
 #include "app/engine/engine_snapshot.h"
 #include "desktop/views/view_context.h"
 #include "desktop/window/models/view_models.h"
@@ -10,12 +11,6 @@
 #include <functional>
 
 namespace nimbara {
-
-/// What the page asks of the core; every member may be empty.
-struct SettingsCommands {
-  std::function<void(std::string key, std::string text)> change;
-  std::function<void(bool)> setStartAtLogin;
-};
 
 class SettingsModel : public QObject {
   Q_OBJECT
@@ -32,7 +27,7 @@ class SettingsModel : public QObject {
   Q_PROPERTY(QString version READ version CONSTANT)
 
  public:
-  SettingsModel(SettingsCommands commands, QObject* parent);
+  SettingsModel(EngineActions& engine, QObject* parent);
 
   /// Before the first snapshot, the defaults hold.
   void show(SettingsState const* state, ViewContext const& context);
@@ -61,7 +56,7 @@ class SettingsModel : public QObject {
   void opened();
 
  private:
-  SettingsCommands commands_;
+  EngineActions& engine_;
   bool isOpen_ = false;
   RecordModel* now_;
   RecordModel* words_;
