@@ -5,7 +5,7 @@
 #include "app/settings/unit_settings.h"
 #include "base/text/text.h"
 #include "platform/linux/resident_code.h"
-#include "platform/linux/sqlite_settings_store.h"
+#include "platform/linux/store/sqlite_settings_store.h"
 
 namespace nimbara {
 

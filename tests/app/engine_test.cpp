@@ -9,7 +9,7 @@
 #include "notifications/engine/notification_state.h"
 #include "notifications/rules/mute_changes.h"
 #include "platform/http_client.h"
-#include "platform/linux/sqlite_settings_store.h"
+#include "platform/linux/store/sqlite_settings_store.h"
 #include "support/fake_notification_center.h"
 #include "support/notification_engine.h"
 #include "support/open_meteo_answer.h"

@@ -4,7 +4,7 @@
 #include "app/services/forecast_service.h"
 #include "app/settings/settings_registry.h"
 #include "notifications/log/notification_log.h"
-#include "platform/linux/sqlite_settings_store.h"
+#include "platform/linux/store/sqlite_settings_store.h"
 #include "support/fake_http_client.h"
 #include "support/fake_notification_center.h"
 #include "support/manual_clock.h"

@@ -2,7 +2,7 @@
 #include "cli/cli.h"
 #include "cli/pages/line_text.h"
 #include "demo/demo_server.h"
-#include "platform/linux/sqlite_settings_store.h"
+#include "platform/linux/store/sqlite_settings_store.h"
 #include "support/demo_session.h"
 #include "support/forecasts.h"
 #include "support/instants.h"

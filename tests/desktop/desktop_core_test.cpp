@@ -4,7 +4,7 @@
 #include "app/settings/settings_registry.h"
 #include "desktop/core/snapshot_box.h"
 #include "model/weather_cache.h"
-#include "platform/linux/sqlite_settings_store.h"
+#include "platform/linux/store/sqlite_settings_store.h"
 #include "states.h"
 #include "support/manual_runner.h"
 #include "support/paths.h"

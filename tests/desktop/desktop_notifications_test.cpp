@@ -1,7 +1,7 @@
 #include "app/engine/engine_notifications.h"
 #include "app/services/forecast_service.h"
 #include "notifications_states.h"
-#include "platform/linux/sqlite_settings_store.h"
+#include "platform/linux/store/sqlite_settings_store.h"
 #include "support/fake_http_client.h"
 #include "support/fake_notification_center.h"
 #include "support/manual_clock.h"

@@ -2,7 +2,7 @@
 // many.
 #pragma once
 
-#include "app/engine/globe_state.h"
+#include "app/state/globe_state.h"
 #include "desktop/views/globe/globe_camera.h"
 #include "states.h"
 

@@ -1,7 +1,7 @@
 // States of notifications in tests: what the page may have to show.
 #pragma once
 
-#include "app/engine/notifications_state.h"
+#include "app/state/notifications_state.h"
 #include "states.h"
 
 namespace nimbara::test {

@@ -1,8 +1,8 @@
 // Settings of tests as the page may have to show them.
 #pragma once
 
-#include "app/engine/settings_state.h"
 #include "app/settings/settings_registry.h"
+#include "app/state/settings_state.h"
 #include "states.h"
 
 namespace nimbara::test {

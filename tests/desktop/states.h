@@ -1,7 +1,7 @@
 // Snapshots of tests: what the window may have to show, made of mild forecasts.
 #pragma once
 
-#include "app/engine/engine_snapshot.h"
+#include "app/state/engine_snapshot.h"
 #include "desktop/views/view_context.h"
 #include "support/forecasts.h"
 

@@ -1,4 +1,4 @@
-#include "feeds/meteoalarm/known_areas.h"
+#include "feeds/meteoalarm/areas/known_areas.h"
 
 #include "feeds/regions/regions.h"
 

@@ -1,6 +1,6 @@
 #include "feeds/regions/regions.h"
 
-#include "feeds/meteoalarm/area_names.h"
+#include "feeds/meteoalarm/areas/area_names.h"
 #include "feeds/regions/region_names.h"
 #include "feeds/regions/region_update.h"
 #include "gazetteer/gazetteer.h"

@@ -1,4 +1,4 @@
-#include "platform/linux/sqlite_settings_store.h"
+#include "platform/linux/store/sqlite_settings_store.h"
 #include "support/killed_writer.h"
 #include "support/notification_engine.h"
 #include "support/shared_texts.h"

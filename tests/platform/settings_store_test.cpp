@@ -1,5 +1,5 @@
-#include "platform/linux/settings_database.h"
-#include "platform/linux/sqlite_settings_store.h"
+#include "platform/linux/store/settings_database.h"
+#include "platform/linux/store/sqlite_settings_store.h"
 #include "support/child_process.h"
 #include "support/temporary_folder.h"
 

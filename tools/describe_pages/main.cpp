@@ -6,7 +6,7 @@
 //
 // The models are asked themselves. Records, whose names come from their tables at run time, become types of
 // their own.
-#include "app/engine/engine_snapshot.h"
+#include "app/state/engine_snapshot.h"
 #include "desktop/scene/scene_items.h"
 #include "desktop/window/models/desktop_model.h"
 #include "desktop/window/page_items.h"

@@ -5,10 +5,10 @@
 #pragma once
 
 #include "app/engine/refresh_clocks.h"
-#include "app/engine/weather_state.h"
 #include "app/services/forecast_service.h"
 #include "app/services/in_use.h"
 #include "app/services/task_runner.h"
+#include "app/state/weather_state.h"
 #include "platform/clock.h"
 #include "platform/location_source.h"
 

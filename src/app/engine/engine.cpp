@@ -6,7 +6,6 @@
 #include "app/engine/engine_options.h"
 #include "app/engine/engine_places.h"
 #include "app/engine/engine_settings.h"
-#include "app/engine/engine_snapshot.h"
 #include "app/engine/held_runner.h"
 #include "app/engine/location_follower.h"
 #include "app/engine/scheduler.h"
@@ -15,9 +14,10 @@
 #include "app/notices/silent_center.h"
 #include "app/services/feed_services.h"
 #include "app/settings/settings_registry.h"
+#include "app/state/engine_snapshot.h"
 #include "globe/satellite_feed.h"
 #include "platform/linux/desktop_services.h"
-#include "platform/linux/sqlite_settings_store.h"
+#include "platform/linux/store/sqlite_settings_store.h"
 #include "platform/linux/timerfd_wake_timer.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 #include "app/engine/engine_actions.h"
 
-#include "app/engine/globe_state.h"
-#include "app/engine/notifications_state.h"
 #include "app/places/places.h"
+#include "app/state/globe_state.h"
+#include "app/state/notifications_state.h"
 #include "notifications/place_choice.h"
 #include "providers/common/api_error.h"
 #include "providers/geocoder.h"

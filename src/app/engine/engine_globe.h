@@ -4,9 +4,9 @@
 #pragma once
 
 #include "app/engine/engine_actions.h"
-#include "app/engine/globe_state.h"
 #include "app/services/in_use.h"
 #include "app/services/task_runner.h"
+#include "app/state/globe_state.h"
 #include "globe/satellite_feed.h"
 
 #include <functional>

@@ -4,9 +4,9 @@
 #pragma once
 
 #include "app/engine/app_state.h"
-#include "app/engine/hazards_state.h"
 #include "app/services/in_use.h"
 #include "app/services/task_runner.h"
+#include "app/state/hazards_state.h"
 #include "platform/settings_store.h"
 
 #include <atomic>

@@ -4,8 +4,8 @@
 #pragma once
 
 #include "app/engine/engine_actions.h"
-#include "app/engine/notifications_state.h"
 #include "app/notices/notification_desk.h"
+#include "app/state/notifications_state.h"
 #include "notifications/rules/mute_changes.h"
 
 #include <functional>

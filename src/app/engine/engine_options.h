@@ -3,9 +3,9 @@
 #pragma once
 
 #include "app/engine/app_state.h"
-#include "app/engine/overrides.h"
 #include "app/places/places.h"
 #include "app/services/composition.h"
+#include "app/settings/overrides.h"
 #include "base/enum_names.h"
 #include "notifications/engine/notification_manager.h"
 #include "platform/application_instance.h"

@@ -1,6 +1,6 @@
 #include "app/engine/engine_places.h"
 
-#include "app/engine/place_lookup.h"
+#include "app/places/place_lookup.h"
 #include "app/places/place_resolver.h"
 #include "app/places/place_search.h"
 #include "app/services/forecast_service.h"

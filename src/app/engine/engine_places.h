@@ -4,10 +4,10 @@
 #pragma once
 
 #include "app/engine/engine_settings.h"
-#include "app/engine/places_state.h"
-#include "app/engine/removed_rules.h"
 #include "app/notices/notification_inputs.h"
+#include "app/notices/removed_rules.h"
 #include "app/services/in_use.h"
+#include "app/state/places_state.h"
 
 #include <functional>
 #include <mutex>

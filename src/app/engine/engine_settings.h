@@ -3,10 +3,10 @@
 // caller's thread, so only the engine's own threads change anything; any thread may ask for what is known.
 #pragma once
 
-#include "app/engine/overrides.h"
-#include "app/engine/settings_state.h"
 #include "app/services/wording.h"
 #include "app/settings/environment.h"
+#include "app/settings/overrides.h"
+#include "app/state/settings_state.h"
 #include "platform/settings_store.h"
 
 #include <memory>

@@ -5,7 +5,7 @@
 #include "feeds/alerts/gov_alert_service.h"
 #include "feeds/feed_source.h"
 #include "feeds/fires/wildfire_service.h"
-#include "feeds/meteoalarm/known_areas.h"
+#include "feeds/meteoalarm/areas/known_areas.h"
 #include "feeds/meteoalarm/meteo_alarm_service.h"
 #include "feeds/meteoalarm/meteo_alarm_source.h"
 #include "feeds/nws/nws_alert_service.h"

@@ -2,7 +2,7 @@
 // came is skipped, so that the window never works through old ones. Owned by the program's entry.
 #pragma once
 
-#include "app/engine/engine_snapshot.h"
+#include "app/state/engine_snapshot.h"
 
 #include <chrono>
 #include <condition_variable>

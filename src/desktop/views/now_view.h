@@ -2,8 +2,8 @@
 // pictures are drawn from. Pure functions of a snapshot; nothing here knows the window's toolkit.
 #pragma once
 
-#include "app/engine/weather_state.h"
 #include "app/places/place.h"
+#include "app/state/weather_state.h"
 #include "desktop/views/sky/sky_scene.h"
 #include "desktop/views/view_context.h"
 #include "desktop/views/view_fields.h"

@@ -1,6 +1,6 @@
 #include "desktop/views/places_view.h"
 
-#include "app/engine/weather_state.h"
+#include "app/state/weather_state.h"
 #include "app/words/coverage_text.h"
 #include "app/words/failure_text.h"
 #include "gazetteer/gazetteer.h"

@@ -1,9 +1,9 @@
 // Saved and found places as display values. Pure functions.
 #pragma once
 
-#include "app/engine/hazards_state.h"
-#include "app/engine/places_state.h"
 #include "app/places/place_search.h"
+#include "app/state/hazards_state.h"
+#include "app/state/places_state.h"
 #include "desktop/views/view_context.h"
 #include "desktop/views/view_fields.h"
 

@@ -2,7 +2,7 @@
 // folders, credits. Pure functions of the settings of one moment.
 #pragma once
 
-#include "app/engine/settings_state.h"
+#include "app/state/settings_state.h"
 #include "desktop/views/view_context.h"
 #include "desktop/views/view_fields.h"
 

@@ -1,7 +1,7 @@
 #include "feeds/meteoalarm/meteo_alarm_selection.h"
 
 #include "base/text/text.h"
-#include "feeds/meteoalarm/area_names.h"
+#include "feeds/meteoalarm/areas/area_names.h"
 #include "feeds/meteoalarm/meteo_alarm_classes.h"
 #include "feeds/regions/region_names.h"
 #include "regions/region_map.h"

@@ -1,8 +1,8 @@
 // The globe's legend, card, labels and list of names as display values. Pure functions.
 #pragma once
 
-#include "app/engine/globe_state.h"
 #include "app/places/place.h"
+#include "app/state/globe_state.h"
 #include "desktop/views/globe/globe_camera.h"
 #include "desktop/views/globe/globe_instances.h"
 #include "desktop/views/view_context.h"

@@ -2,8 +2,8 @@
 // official ones went. Pure functions.
 #pragma once
 
-#include "app/engine/hazards_state.h"
-#include "app/engine/weather_state.h"
+#include "app/state/hazards_state.h"
+#include "app/state/weather_state.h"
 #include "desktop/views/view_context.h"
 #include "desktop/views/view_fields.h"
 

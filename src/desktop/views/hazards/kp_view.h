@@ -2,7 +2,7 @@
 // bars. Pure functions.
 #pragma once
 
-#include "app/engine/hazards_state.h"
+#include "app/state/hazards_state.h"
 #include "desktop/views/view_context.h"
 #include "desktop/views/view_fields.h"
 

@@ -1,7 +1,7 @@
 // Earthquakes as display values: the list, the points of the map, the filters. Pure functions.
 #pragma once
 
-#include "app/engine/hazards_state.h"
+#include "app/state/hazards_state.h"
 #include "desktop/views/view_context.h"
 #include "desktop/views/view_fields.h"
 

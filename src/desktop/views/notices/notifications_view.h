@@ -2,7 +2,7 @@
 // muted, and the log. Pure.
 #pragma once
 
-#include "app/engine/notifications_state.h"
+#include "app/state/notifications_state.h"
 #include "desktop/views/view_context.h"
 #include "desktop/views/view_fields.h"
 

@@ -2,7 +2,7 @@
 // into display values, and passes commands on. Reads no file, asks no service. Owned by the program's entry.
 #pragma once
 
-#include "app/engine/engine_snapshot.h"
+#include "app/state/engine_snapshot.h"
 #include "desktop/views/hours_view.h"
 #include "desktop/views/places_view.h"
 #include "desktop/views/sky/sky_scene.h"

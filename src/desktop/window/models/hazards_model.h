@@ -3,7 +3,7 @@
 #pragma once
 
 #include "app/engine/engine_actions.h"
-#include "app/engine/engine_snapshot.h"
+#include "app/state/engine_snapshot.h"
 #include "desktop/views/hazards/kp_view.h"
 #include "desktop/views/hazards/quakes_view.h"
 #include "desktop/window/models/view_models.h"

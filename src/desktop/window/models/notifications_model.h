@@ -3,7 +3,7 @@
 // while the page is open. Decides nothing: it passes commands on.
 #pragma once
 
-#include "app/engine/engine_snapshot.h"
+#include "app/state/engine_snapshot.h"
 #include "desktop/views/notices/rules_view.h"
 #include "desktop/window/models/view_models.h"
 #include "desktop/window/models/window_actions.h"

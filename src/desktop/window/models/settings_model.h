@@ -3,7 +3,7 @@
 #pragma once
 
 #include "app/engine/engine_actions.h"
-#include "app/engine/engine_snapshot.h"
+#include "app/state/engine_snapshot.h"
 #include "desktop/views/view_context.h"
 #include "desktop/window/models/view_models.h"
 

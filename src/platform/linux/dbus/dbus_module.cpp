@@ -1,12 +1,12 @@
 #include "platform/linux/dbus/dbus_module.h"
 
 #include "platform/linux/dbus/bus_application.h"
-#include "platform/linux/dbus/desktop_notification_center.h"
 #include "platform/linux/dbus/geoclue_location_source.h"
+#include "platform/linux/dbus/notifications/desktop_notification_center.h"
 #include "platform/linux/dbus/portal_appearance.h"
 #include "platform/linux/dbus/service_states.h"
-#include "platform/linux/dbus/status_notifier_tray.h"
 #include "platform/linux/dbus/system_watch.h"
+#include "platform/linux/dbus/tray/status_notifier_tray.h"
 
 extern "C" {
 

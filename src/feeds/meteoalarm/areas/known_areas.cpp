@@ -1,6 +1,6 @@
-#include "feeds/meteoalarm/known_areas.h"
+#include "feeds/meteoalarm/areas/known_areas.h"
 
-#include "feeds/meteoalarm/area_names.h"
+#include "feeds/meteoalarm/areas/area_names.h"
 #include "feeds/regions/region_names.h"
 #include "gazetteer/gazetteer.h"
 

@@ -1,4 +1,4 @@
-#include "app/engine/weather_state.h"
+#include "app/state/weather_state.h"
 
 #include "app/words/failure_text.h"
 

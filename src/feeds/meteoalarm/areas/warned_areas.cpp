@@ -1,4 +1,4 @@
-#include "feeds/meteoalarm/warned_areas.h"
+#include "feeds/meteoalarm/areas/warned_areas.h"
 
 #include <algorithm>
 #include <array>

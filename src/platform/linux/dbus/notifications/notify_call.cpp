@@ -1,4 +1,4 @@
-#include "platform/linux/dbus/notify_call.h"
+#include "platform/linux/dbus/notifications/notify_call.h"
 
 #include "base/text/clean_text.h"
 #include "platform/application_id.h"

@@ -1,4 +1,4 @@
-#include "app/engine/place_lookup.h"
+#include "app/places/place_lookup.h"
 
 #include "app/places/place_resolver.h"
 #include "model/weather_cache.h"

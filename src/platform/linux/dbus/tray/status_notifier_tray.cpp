@@ -1,4 +1,4 @@
-#include "platform/linux/dbus/status_notifier_tray.h"
+#include "platform/linux/dbus/tray/status_notifier_tray.h"
 
 #include <utility>
 

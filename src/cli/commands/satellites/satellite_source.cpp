@@ -1,4 +1,4 @@
-#include "cli/commands/satellite_source.h"
+#include "cli/commands/satellites/satellite_source.h"
 
 #include "app/services/feed_services.h"
 #include "base/text/text.h"

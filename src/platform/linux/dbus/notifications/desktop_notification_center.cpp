@@ -1,4 +1,4 @@
-#include "platform/linux/dbus/desktop_notification_center.h"
+#include "platform/linux/dbus/notifications/desktop_notification_center.h"
 
 #include <future>
 #include <poll.h>

@@ -5,7 +5,7 @@
 #pragma once
 
 #include "platform/linux/dbus/bus.h"
-#include "platform/linux/dbus/notify_call.h"
+#include "platform/linux/dbus/notifications/notify_call.h"
 #include "platform/notification_center.h"
 
 #include <cstdint>

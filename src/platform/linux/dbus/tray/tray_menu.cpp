@@ -1,4 +1,4 @@
-#include "platform/linux/dbus/tray_menu.h"
+#include "platform/linux/dbus/tray/tray_menu.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,7 +1,7 @@
 #include "base/files/file.h"
 #include "base/text/number.h"
 #include "base/text/text.h"
-#include "cli/commands/satellites_commands.h"
+#include "cli/commands/satellites/satellites_commands.h"
 #include "globe/propagation/sgp4_batch.h"
 
 #include <algorithm>

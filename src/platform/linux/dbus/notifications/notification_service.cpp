@@ -1,4 +1,4 @@
-#include "platform/linux/dbus/notification_service.h"
+#include "platform/linux/dbus/notifications/notification_service.h"
 
 #include "platform/application_id.h"
 

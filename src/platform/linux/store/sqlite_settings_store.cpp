@@ -1,6 +1,6 @@
-#include "platform/linux/sqlite_settings_store.h"
+#include "platform/linux/store/sqlite_settings_store.h"
 
-#include "platform/linux/settings_database.h"
+#include "platform/linux/store/settings_database.h"
 
 #include <sqlite3.h>
 

@@ -1,4 +1,4 @@
-#include "app/engine/removed_rules.h"
+#include "app/notices/removed_rules.h"
 
 #include "notifications/engine/notification_state.h"
 

@@ -1,8 +1,8 @@
-#include "platform/linux/dbus/status_notifier_item.h"
+#include "platform/linux/dbus/tray/status_notifier_item.h"
 
 #include "base/text/clean_text.h"
 #include "platform/application_id.h"
-#include "platform/linux/dbus/tray_menu.h"
+#include "platform/linux/dbus/tray/tray_menu.h"
 
 #include <utility>
 

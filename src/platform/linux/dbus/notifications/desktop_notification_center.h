@@ -4,7 +4,7 @@
 #pragma once
 
 #include "platform/linux/dbus/bus.h"
-#include "platform/linux/dbus/notification_service.h"
+#include "platform/linux/dbus/notifications/notification_service.h"
 #include "platform/notification_center.h"
 
 #include <chrono>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "base/result.h"
-#include "platform/linux/sqlite.h"
+#include "platform/linux/store/sqlite.h"
 #include "platform/settings_store.h"
 
 #include <filesystem>

@@ -1,12 +1,12 @@
 // All that an engine shows at one moment: an immutable value that fits together.
 #pragma once
 
-#include "app/engine/hazards_state.h"
-#include "app/engine/notifications_state.h"
-#include "app/engine/places_state.h"
-#include "app/engine/settings_state.h"
-#include "app/engine/weather_state.h"
 #include "app/services/wording.h"
+#include "app/state/hazards_state.h"
+#include "app/state/notifications_state.h"
+#include "app/state/places_state.h"
+#include "app/state/settings_state.h"
+#include "app/state/weather_state.h"
 
 #include <memory>
 #include <optional>

@@ -1,4 +1,4 @@
-#include "platform/linux/settings_database.h"
+#include "platform/linux/store/settings_database.h"
 
 #include "base/files/private_folders.h"
 

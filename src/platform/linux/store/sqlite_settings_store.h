@@ -4,7 +4,7 @@
 // when it is complete.
 #pragma once
 
-#include "platform/linux/sqlite.h"
+#include "platform/linux/store/sqlite.h"
 #include "platform/settings_store.h"
 
 #include <filesystem>

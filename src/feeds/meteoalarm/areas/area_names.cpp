@@ -1,4 +1,4 @@
-#include "feeds/meteoalarm/area_names.h"
+#include "feeds/meteoalarm/areas/area_names.h"
 
 #include "base/text/search_text.h"
 #include "base/text/text.h"

@@ -1,4 +1,4 @@
-#include "app/engine/globe_state.h"
+#include "app/state/globe_state.h"
 
 #include "base/text/text.h"
 

@@ -1,4 +1,4 @@
-#include "platform/linux/sqlite.h"
+#include "platform/linux/store/sqlite.h"
 
 #include "platform/linux/resident_code.h"
 

@@ -3,8 +3,8 @@
 #pragma once
 
 #include "platform/linux/dbus/bus_thread.h"
-#include "platform/linux/dbus/status_notifier_item.h"
-#include "platform/linux/dbus/tray_menu.h"
+#include "platform/linux/dbus/tray/status_notifier_item.h"
+#include "platform/linux/dbus/tray/tray_menu.h"
 #include "platform/tray.h"
 
 #include <memory>
