@@ -45,10 +45,6 @@ struct JsonMessage {
   }
 };
 
-inline std::string jsonFeed(std::vector<JsonMessage> const& messages) {
-  std::string list;
-  for (JsonMessage const& message : messages) list += (list.empty() ? "" : ",") + message.json();
-  return R"({"warnings":[)" + list + "]}";
-}
+std::string jsonFeed(std::vector<JsonMessage> const& messages);
 
 }  // namespace nimbara::test

@@ -7,8 +7,6 @@
 
 namespace nimbara::test {
 
-inline std::shared_ptr<Texts const> sharedEnglishTexts() {
-  return {std::shared_ptr<void>(), &englishTexts()};
-}
+std::shared_ptr<Texts const> sharedEnglishTexts();
 
 }  // namespace nimbara::test
