@@ -29,7 +29,8 @@ endfunction()
 
 # The library takes every source of its folder and of the rooms in it (folders without a library of their own), but
 # no program's main.cpp. PRECOMPILED names a header of its own in place of the shared one, for code that is compiled
-# with other definitions.
+# with other definitions. Precompiled headers are named without the checkout's folder, so that the compiler's cache
+# serves one checkout with what another compiled.
 function(nimbara_library name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "PRECOMPILED" "USES;PRIVATE_USES")
   file(GLOB sources CONFIGURE_DEPENDS *.cpp)
@@ -47,7 +48,7 @@ function(nimbara_library name)
   if(arg_PRECOMPILED)
     target_precompile_headers(${name} PRIVATE ${arg_PRECOMPILED})
   elseif(name STREQUAL "nimbara_base")
-    target_precompile_headers(${name} PRIVATE ${PROJECT_SOURCE_DIR}/src/precompiled.h)
+    target_precompile_headers(${name} PRIVATE <precompiled.h>)
   else()
     target_precompile_headers(${name} REUSE_FROM nimbara_base)
   endif()
@@ -84,7 +85,7 @@ function(nimbara_test name)
   target_compile_options(${name} PRIVATE -O0)
   if(Qt6::Test IN_LIST arg_USES)
     # The toolkit wants position-independent code, which no header compiled without it serves.
-    target_precompile_headers(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/desktop/precompiled.h)
+    target_precompile_headers(${name} PRIVATE <tests/desktop/precompiled.h>)
   else()
     target_precompile_headers(${name} REUSE_FROM nimbara_test_support)
   endif()

@@ -1,6 +1,9 @@
 // The standard headers that nearly every source includes, and the records' JSON tables, compiled once.
-// Sources still name what they use.
-#pragma once
+// Sources still name what they use. This header and those of ours that it brings have guards: the compiler
+// knows a "pragma once" by the file's time, which differs where the compiled header comes from the compiler's
+// cache.
+#ifndef NIMBARA_PRECOMPILED_H
+#define NIMBARA_PRECOMPILED_H
 
 #include "base/json/json.h"
 
@@ -27,3 +30,5 @@
 #include <utility>
 #include <variant>
 #include <vector>
+
+#endif  // NIMBARA_PRECOMPILED_H

@@ -3,7 +3,8 @@
 //
 //   template <> inline constexpr auto enumNames<Colour> = std::to_array<std::string_view>({"red", "green"});
 //   static_assert(enumNamesComplete<Colour>(Colour::green));
-#pragma once
+#ifndef NIMBARA_BASE_ENUM_NAMES_H
+#define NIMBARA_BASE_ENUM_NAMES_H
 
 #include <array>
 #include <cstddef>
@@ -72,3 +73,5 @@ class EnumSet {
 };
 
 }  // namespace nimbara
+
+#endif  // NIMBARA_BASE_ENUM_NAMES_H

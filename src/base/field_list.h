@@ -1,7 +1,8 @@
 // A list of a record's fields that differ in their types, walked at compile time. It stands where std::tuple
 // would: a tuple of thirty elements instantiates hundreds of templates in every source that sees it, this one
 // thirty.
-#pragma once
+#ifndef NIMBARA_BASE_FIELD_LIST_H
+#define NIMBARA_BASE_FIELD_LIST_H
 
 #include <cstddef>
 #include <utility>
@@ -49,3 +50,5 @@ struct FieldList : field_list_detail::Slots<std::index_sequence_for<Fields...>, 
 };
 
 }  // namespace nimbara
+
+#endif  // NIMBARA_BASE_FIELD_LIST_H

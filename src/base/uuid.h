@@ -1,5 +1,6 @@
 // Universally unique identifiers (RFC 9562): random ones and ones made from a name.
-#pragma once
+#ifndef NIMBARA_BASE_UUID_H
+#define NIMBARA_BASE_UUID_H
 
 #include <array>
 #include <compare>
@@ -35,3 +36,5 @@ struct TransientId {
 };
 
 }  // namespace nimbara
+
+#endif  // NIMBARA_BASE_UUID_H

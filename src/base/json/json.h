@@ -8,7 +8,8 @@
 //
 // Rules of reading: a required member must be present; `std::optional` members and those declared by
 // `fieldOr` may be absent or null; unknown keys are ignored; of equal keys the last one counts.
-#pragma once
+#ifndef NIMBARA_BASE_JSON_JSON_H
+#define NIMBARA_BASE_JSON_JSON_H
 
 #include "base/enum_names.h"
 #include "base/field_list.h"
@@ -191,3 +192,5 @@ std::string encodeJson(T const& value) {
 }
 
 }  // namespace nimbara
+
+#endif  // NIMBARA_BASE_JSON_JSON_H

@@ -1,6 +1,7 @@
 // Moments and civil dates, and their ISO 8601 forms. A moment says nothing about a place; `Calendar` turns it
 // into a place's days and hours.
-#pragma once
+#ifndef NIMBARA_BASE_TIME_INSTANT_H
+#define NIMBARA_BASE_TIME_INSTANT_H
 
 #include <chrono>
 #include <optional>
@@ -48,3 +49,5 @@ std::string formatClock24(LocalTime time);
 std::optional<int> parseClock12(std::string_view text);
 
 }  // namespace nimbara
+
+#endif  // NIMBARA_BASE_TIME_INSTANT_H
