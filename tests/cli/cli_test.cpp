@@ -76,6 +76,10 @@ struct SnapshotRow {
   std::string timeLocale = "C";
 };
 
+void PrintTo(SnapshotRow const& row, std::ostream* out) {
+  *out << row.file;
+}
+
 class ForecastSnapshots : public ForecastTest, public testing::WithParamInterface<SnapshotRow> {};
 
 /// NIMBARA_UPDATE_SNAPSHOTS=1 writes what is printed now; the change is then read in the diff.
@@ -162,6 +166,10 @@ struct FaultRow {
   std::string answer;
   std::string_view text;
 };
+
+void PrintTo(FaultRow const& row, std::ostream* out) {
+  *out << row.name;
+}
 
 class ForecastFaults : public testing::TestWithParam<FaultRow> {};
 

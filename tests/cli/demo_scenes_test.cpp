@@ -32,6 +32,10 @@ struct SceneRow {
   std::vector<char const*> absent;
 };
 
+void PrintTo(SceneRow const& row, std::ostream* out) {
+  *out << row.scene;
+}
+
 struct ScenesPlayed : DemoScenes, testing::WithParamInterface<SceneRow> {};
 
 TEST_P(ScenesPlayed, ComeOutAsTheySay) {

@@ -133,6 +133,10 @@ struct CheckRow {
   char const* brief;
 };
 
+void PrintTo(CheckRow const& row, std::ostream* out) {
+  *out << row.why;
+}
+
 struct OfficialCheckTexts : testing::TestWithParam<CheckRow> {};
 
 TEST_P(OfficialCheckTexts, SayHowFarTheListCanBeTrusted) {

@@ -41,6 +41,10 @@ struct Reading {
   std::int64_t percent;
 };
 
+void PrintTo(Reading const& row, std::ostream* out) {
+  *out << row.name;
+}
+
 constexpr Reading kReadings[] = {
     {"wide", "en", Qt::LeftToRight, DesktopTheme::light, 1280, 100},
     {"wideDark", "pt", Qt::LeftToRight, DesktopTheme::dark, 1280, 100},

@@ -105,4 +105,8 @@ std::shared_ptr<EngineSnapshot> here() {
   return snapshot;
 }
 
+void PrintTo(StateRow const& row, std::ostream* out) {
+  *out << row.name;
+}
+
 }  // namespace nimbara::test

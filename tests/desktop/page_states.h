@@ -44,6 +44,8 @@ struct StateRow {
   std::shared_ptr<EngineSnapshot> (*snapshot)();
 };
 
+void PrintTo(StateRow const& row, std::ostream* out);
+
 inline constexpr StateRow kStates[] = {
     {"fresh", [] { return snapshotOf(stateOf(mildWeek())); }},
     {"stale", [] { return snapshotOf(staleState()); }},

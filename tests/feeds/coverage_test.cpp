@@ -36,6 +36,10 @@ struct StateRow {
   std::optional<ServiceFailure> reason;
 };
 
+void PrintTo(StateRow const& row, std::ostream* out) {
+  *out << row.why;
+}
+
 struct CoverageStates : testing::TestWithParam<StateRow> {};
 
 TEST_P(CoverageStates, FollowFromWhatASourceSaid) {

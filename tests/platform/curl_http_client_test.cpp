@@ -89,6 +89,10 @@ struct BadAnswer {
   Kind kind;
 };
 
+void PrintTo(BadAnswer const& row, std::ostream* out) {
+  *out << row.name;
+}
+
 class BadAnswerTest : public CurlHttpClientTest, public testing::WithParamInterface<BadAnswer> {};
 
 TEST_P(BadAnswerTest, IsAnErrorAndNeverABody) {

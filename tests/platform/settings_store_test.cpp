@@ -134,6 +134,10 @@ struct BrokenRow {
   std::function<std::string(std::string)> damage;
 };
 
+void PrintTo(BrokenRow const& row, std::ostream* out) {
+  *out << row.name;
+}
+
 class BrokenSettings : public SettingsStoreTest, public testing::WithParamInterface<BrokenRow> {};
 
 /// Whatever lies there: defaults to read, one sentence, and not a byte of it changed.
@@ -184,6 +188,10 @@ struct OtherKindRow {
   std::string name;
   std::function<void(std::filesystem::path const&)> make;
 };
+
+void PrintTo(OtherKindRow const& row, std::ostream* out) {
+  *out << row.name;
+}
 
 class OtherKindOfFile : public SettingsStoreTest, public testing::WithParamInterface<OtherKindRow> {};
 

@@ -256,6 +256,10 @@ struct HalfHourZone {
   std::vector<std::string> amounts;       ///< mm
 };
 
+void PrintTo(HalfHourZone const& row, std::ostream* out) {
+  *out << row.zone;
+}
+
 class YrNoHalfHourZones : public testing::TestWithParam<HalfHourZone> {};
 
 TEST_P(YrNoHalfHourZones, HaveHoursOfTheirOwnClock) {
