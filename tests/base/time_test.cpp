@@ -141,8 +141,8 @@ TEST(TimeWords, HaveOneClockForAllForms) {
                              " around 16:00", "Sunday 00:00", "Sat, 16:05"},
                          Row{"pt_BR@hours=h23", "16:00", "16", "16:05", "16:05:09", "amanhã 00:00",
                              " por volta de 16:00", "domingo 00:00", "sáb., 16:05"},
-                         Row{"zh@hours=h12", "4 下午", "下午4", "下午4:05", "下午4:05:09", "明天12 上午",
-                             "，4 下午左右", "星期日 上午12:00", "周六, 下午4:05"}}) {
+                         Row{"zh@hours=h12", "下午4时", "下午4时", "下午4:05", "下午4:05:09", "明天上午12时",
+                             "（下午4时左右）", "星期日 上午12:00", "周六, 下午4:05"}}) {
     Texts const texts = Texts::load(row.locale);
     TimeWords const words(texts, zone("UTC"));
     Instant const hour = at("2026-11-21T16:00:00Z");
