@@ -139,8 +139,8 @@ TEST(TimeWords, HaveOneClockForAllForms) {
                              " around 4 PM", "Sunday 12:00 AM", "Sat, 4:05 PM"},
                          Row{"en_GB@hours=h23", "16:00", "16", "16:05", "16:05:09", "tomorrow 00:00",
                              " around 16:00", "Sunday 00:00", "Sat, 16:05"},
-                         Row{"pt_BR@hours=h23", "16:00", "16", "16:05", "16:05:09", "amanhã 00:00",
-                             " por volta de 16:00", "domingo 00:00", "sáb., 16:05"},
+                         Row{"pt_BR@hours=h23", "16:00", "16", "16:05", "16:05:09", "00:00 de amanhã",
+                             " por volta das 16:00", "domingo 00:00", "sáb., 16:05"},
                          Row{"zh@hours=h12", "下午4时", "下午4时", "下午4:05", "下午4:05:09", "明天上午12时",
                              "（下午4时左右）", "星期日 上午12:00", "周六, 下午4:05"}}) {
     Texts const texts = Texts::load(row.locale);

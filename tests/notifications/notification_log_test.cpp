@@ -189,7 +189,7 @@ TEST_F(NotificationLog, SaysWhatCouldNotBeFetchedInTheUsersLanguage) {
             "the warnings of the National Weather Service could not be fetched: the service returned "
             "status 503");
   EXPECT_THAT(reasonText(line, Units::metric(), Texts::load("pt")),
-              testing::EndsWith("National Weather Service: o serviço respondeu com um erro (HTTP 503)."));
+              testing::EndsWith("National Weather Service: o serviço devolveu um erro (HTTP 503)."));
 }
 
 }  // namespace
