@@ -22,8 +22,9 @@ struct Columns {
   int wind = 8;
   int sun = 0;
 
-  /// `clock`: cells of the longest clock.
-  Columns(int width, int clock) {
+  /// `clock`: cells of the longest clock; `label`: those of the longest name of a day.
+  Columns(int width, int clock, int label) {
+    day = std::max(day, label + 1);
     constexpr int kDashAndGap = 5;
     int const sunWidth = 2 * clock + kDashAndGap;
     constexpr int kGlyph = 2;
@@ -39,7 +40,9 @@ struct Columns {
 class Table {
  public:
   Table(WeatherData const& data, ReportContext const& context)
-      : data_(data), context_(context), columns_(context.options.width, clockWidth(context)) {
+      : data_(data),
+        context_(context),
+        columns_(context.options.width, clockWidth(context), labelWidth(data, context)) {
     lowest_ = std::ranges::min(data.daily, {}, &DailyForecast::minTempC).minTempC;
     highest_ = std::ranges::max(data.daily, {}, &DailyForecast::maxTempC).maxTempC;
   }
@@ -55,6 +58,18 @@ class Table {
  private:
   static int clockWidth(ReportContext const& context) {
     return displayWidth(context.words.clock(LocalTime(std::chrono::hours(22))));
+  }
+
+  static std::string dayLabel(DailyForecast const& day, ReportContext const& context) {
+    bool const today = context.calendar.isSameDay(day.date, context.options.now);
+    return std::string(today ? context.text("report.today") : context.words.format(day.date, "EEE d"));
+  }
+
+  static int labelWidth(WeatherData const& data, ReportContext const& context) {
+    int widest = 0;
+    for (DailyForecast const& day : data.daily)
+      widest = std::max(widest, displayWidth(dayLabel(day, context)));
+    return widest;
   }
 
   Style const& style() const { return context_.style(); }
@@ -76,9 +91,8 @@ class Table {
 
   std::string dayCell(DailyForecast const& day) const {
     bool const today = context_.calendar.isSameDay(day.date, context_.options.now);
-    std::string const label =
-        today ? context_.text("report.today") : context_.words.format(day.date, "EEE d");
-    return style().painted(style().cell(label, columns_.day), today ? Colour::bold : Colour::plain);
+    return style().painted(style().cell(dayLabel(day, context_), columns_.day),
+                           today ? Colour::bold : Colour::plain);
   }
 
   std::string conditionCell(DailyForecast const& day, DaySummary const& summary) const {
