@@ -153,7 +153,8 @@ TEST_P(OfficialCheckTexts, SayHowFarTheListCanBeTrusted) {
   EXPECT_EQ(view.brief, row.brief);
 }
 
-constexpr char kSince[] = "Official warnings could not be checked since 12:20: no network";
+constexpr char kSince[] =
+    "Official warnings could not be checked since 12:20: the service returned an error (HTTP 503)";
 constexpr char kNever[] = "Official warnings have not been checked yet";
 constexpr char kNobody[] = "No source of official warnings for Japan";
 constexpr char kNone[] = "No official warnings, checked 12:15";

@@ -152,6 +152,12 @@ LoggedMeasurement height(double degrees, char const* needs, double limit) {
   return {"sunAltitude", degrees, needs, limit, "°"};
 }
 
+LoggedNotification failed(int status) {
+  LoggedNotification line = lineOf(RuleOutcome::unknown);
+  line.failure = InputFailure{RuleInput::earthquakes, "", ServiceFailure::answered(status)};
+  return line;
+}
+
 TEST(ReasonText, SaysWhatDecided) {
   LoggedMeasurement const warm{"temperature", 8, "atMost", 5, "°C"};
   LoggedMeasurement const damp{"humidity", 90, "atLeast", 85, "%"};
@@ -174,8 +180,10 @@ TEST(ReasonText, SaysWhatDecided) {
             "change in the tropical cyclones."},
            {lineOf(conditionFalse, {{"strikesNear", 0, "atLeast", 1, ""}}, "noStrikes"),
             "Not sent. No lightning nearby in the last half hour."},
+           {failed(503), "Could not be checked. The service returned an error (HTTP 503)."},
+           // As former versions wrote it.
            {lineOf(unknown, {}, "the service returned status 503"),
-            "Could not be checked. The service returned an error (HTTP 503)."},
+            "Could not be checked. The service returned status 503."},
            {lineOf(refused, {}, "No such service!"),
             "The desktop did not accept it. Retrying automatically. No such service!"},
        }) {
