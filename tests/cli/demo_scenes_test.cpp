@@ -105,6 +105,14 @@ TEST_F(DemoScenes, PutTheUnstatedLevelAboveTheSlightOne) {
   EXPECT_LT(page.find("Air Quality Alert"), page.find("Frost Advisory"));
 }
 
+TEST_F(DemoScenes, ExplainNoAllClearThatNobodyGave) {
+  std::string const abroad = play("uncovered", {"notify", "--explain"}).out;
+  EXPECT_THAT(abroad, HasSubstr("Not sent. No source of official warnings for this place."));
+  std::string const unread = play("rubbish", {"notify", "--explain"}).out;
+  EXPECT_THAT(unread, HasSubstr("Could not be checked. Could not fetch warnings from MeteoAlarm"));
+  for (std::string const& page : {abroad, unread}) EXPECT_THAT(page, Not(HasSubstr("No official")));
+}
+
 TEST_F(DemoScenes, AreListed) {
   CliRun const list = run({"demo", "--scene", "list"});
   EXPECT_EQ(list.exitCode, 0);

@@ -111,6 +111,18 @@ TEST(HazardRules, TellNothingNearFromNotChecked) {
   EXPECT_EQ(airQuality(silent, {}).note, "notChecked");
 }
 
+TEST(OfficialWarnings, OfAPlaceThatNobodyWarnsAreNotNone) {
+  RuleInputs inputs = here();
+  inputs.govAlerts = reading(std::vector<WeatherAlert>{});
+  EXPECT_EQ(officialWarnings(inputs, {}).note, "noWarnings");
+  inputs.isUncovered = true;
+  Evaluation const found = officialWarnings(inputs, {});
+  EXPECT_EQ(found.note, "uncovered");
+  EXPECT_THAT(found.measured, IsEmpty()) << "nothing was counted";
+  EXPECT_FALSE(found.isUnknown);
+  EXPECT_THAT(faultsOf(found), IsEmpty());
+}
+
 // ---- Earthquakes
 
 EarthquakeEvent quake(double magnitude, double km, char const* time = "2026-11-21T09:00:00Z") {

@@ -235,6 +235,19 @@ TEST(NwsRules, KnowTheirProducts) {
   }
 }
 
+TEST(NwsRules, SayNothingOfOtherCountries) {
+  for (EvaluateRule const rule : {nwsFlood, nwsSevereThunderstorm}) {
+    RuleInputs inputs = withGenerated({});
+    Evaluation const abroad = rule(inputs, {});
+    EXPECT_EQ(abroad.note, "onlyUnitedStates");
+    EXPECT_THAT(abroad.measured, IsEmpty()) << "nothing was counted";
+    EXPECT_THAT(faultsOf(abroad), IsEmpty());
+    inputs.nwsAlerts = InputReading<std::vector<NWSAlert>>::of(std::vector<NWSAlert>{});
+    EXPECT_EQ(rule(inputs, {}).measured.size(), 1U);
+    EXPECT_EQ(rule(inputs, {}).note, "");
+  }
+}
+
 TEST(NwsRules, TellTheGravestMessage) {
   RuleInputs inputs = withGenerated({});
   inputs.nwsAlerts = InputReading<std::vector<NWSAlert>>::of(

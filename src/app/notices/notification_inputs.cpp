@@ -183,6 +183,7 @@ void NotificationInputs::readOfficial(RuleInputs& inputs, Place const& place, Ru
   if (needed.contains(RuleInput::govAlerts)) {
     GovAlerts alerts = feeds_()->govAlerts().fetchAlerts(official, {}, stop);
     noteFailure(inputs.govAlerts, alerts);
+    inputs.isUncovered = !alerts.isCovered();
     inputs.unplacedAlerts = std::move(alerts.unplaced);
     bool const isKnown = !alerts.isCovered() || alerts.checkedAt() || !alerts.alerts.empty();
     if (isKnown) {

@@ -205,6 +205,7 @@ Finding findingOf(TravelAdvisory const& advisory, Texts const& texts) {
 }  // namespace
 
 Evaluation officialWarnings(RuleInputs const& inputs, RuleSettings const& settings) {
+  if (inputs.isUncovered) return Evaluation::none(kUncovered);
   if (!inputs.govAlerts) return Evaluation::unknown(Lack::notChecked);
   Evaluation evaluation;
   auto const limit = static_cast<double>(settings.govAlertLevel);

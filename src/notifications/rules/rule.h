@@ -81,6 +81,10 @@ inline constexpr auto enumNames<Lack> =
     std::to_array<std::string_view>({"noForecast", "notChecked", "noDetail"});
 static_assert(enumNamesComplete(Lack::noDetail));
 
+/// Notes of rules for which there is nothing to look at where the place lies.
+inline constexpr std::string_view kUncovered = "uncovered";
+inline constexpr std::string_view kOnlyUnitedStates = "onlyUnitedStates";
+
 struct Evaluation {
   std::vector<Finding> findings;
   std::vector<Measurement> measured;  ///< what decided, also when nothing was found

@@ -159,6 +159,11 @@ Measurement countOf(std::string_view what, std::size_t count) {
   return {what, static_cast<double>(count), Relation::atLeast, 1, ""};
 }
 
+/// No message. That the service of the United States has none says nothing of other countries.
+Evaluation noMessage(RuleInputs const& inputs, std::string_view what) {
+  return inputs.nwsAlerts ? nothing(countOf(what, 0)) : Evaluation::none(kOnlyUnitedStates);
+}
+
 }  // namespace
 
 Evaluation temperatureDrop(RuleInputs const& inputs, RuleSettings const& /*settings*/) {
@@ -238,14 +243,14 @@ Evaluation tornado(RuleInputs const& inputs, RuleSettings const& settings) {
 
 Evaluation nwsFlood(RuleInputs const& inputs, RuleSettings const& settings) {
   NWSAlert const* const message = messageAbout(inputs, "Flood");
-  if (message == nullptr) return nothing(countOf("floodMessages", 0));
+  if (message == nullptr) return noMessage(inputs, "floodMessages");
   return one(officialFinding(*message, settings, inputs.text("push.flood.title"), wordingOf(*message)),
              countOf("floodMessages", 1));
 }
 
 Evaluation nwsSevereThunderstorm(RuleInputs const& inputs, RuleSettings const& settings) {
   NWSAlert const* const message = messageAbout(inputs, "Severe Thunderstorm");
-  if (message == nullptr) return nothing(countOf("thunderstormMessages", 0));
+  if (message == nullptr) return noMessage(inputs, "thunderstormMessages");
   std::string body = inputs.texts->format("push.storm.body", message->event, wordingOf(*message));
   return one(officialFinding(*message, settings, inputs.text("push.storm.title"), std::move(body)),
              countOf("thunderstormMessages", 1));
