@@ -113,6 +113,12 @@ struct Decision {
   std::vector<Decision> counted;                   ///< those for which this one stands: they are sent with it
 };
 
+/// The rule looked at what it is about, whatever it found there: not where it is off or left out, where its
+/// input is missing, or where there is nothing to look at for the place.
+bool wasChecked(Decision const& decision);
+/// The rule was to look and could not, and that is nobody's setting.
+bool wasMissed(Decision const& decision);
+
 /// For logs and scripts: the key of a rule's note, or in English what failed.
 std::string plainNote(std::string const& note, std::optional<InputFailure> const& failure);
 

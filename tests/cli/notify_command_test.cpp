@@ -114,6 +114,20 @@ TEST_F(NotifyCommandTest, NoNetworkSilencesWhatNeedsIt) {
   EXPECT_EQ(offline.exitCode, 1);
   EXPECT_EQ(offline.out, "[]\n");
   EXPECT_THAT(offline.err, StartsWith("nimbara: "));
+  EXPECT_EQ(run({"notify", "--dry-run"}).out, "Nothing could be checked.\n");
+}
+
+/// Warnings and alerts would be listed: of what is left, the advisories alone can be looked at.
+TEST_F(NotifyCommandTest, TellsNothingFoundFromNotLookedAt) {
+  for (char const* const rule : {"notify_morningSummary", "notify_severe", "notify_govAlerts",
+                                 "notify_travelAdvisory"}) {
+    ASSERT_EQ(run({"settings", "set", rule, "false"}).exitCode, 0);
+  }
+  EXPECT_EQ(run({"notify", "--dry-run"}).out, "No notifications.\n");
+  ASSERT_EQ(run({"settings", "set", "notify_earthquakes", "true"}).exitCode, 0);
+  server = *DemoServer::start(clock, {{Service::usgs, DemoFault::Kind::garbage}});
+  base = server->baseUrl();
+  EXPECT_EQ(run({"notify", "--dry-run"}).out, "No notifications from what could be checked.\n");
 }
 
 TEST_F(NotifyCommandTest, StandInsLeaveTheUsersOwnMemoryAlone) {

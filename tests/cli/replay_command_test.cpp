@@ -91,8 +91,18 @@ TEST_F(ReplayCommand, SaysWhatItLacks) {
   EXPECT_NE(absent.err.find("no such folder: /no such folder"), std::string::npos);
   prepare();
   auto const silent = replay({"--from", from, "--to", from});
-  EXPECT_EQ(silent.exitCode, 0);
+  EXPECT_EQ(silent.exitCode, 1);
+  EXPECT_EQ(silent.out, "Nothing was recorded for this period.\n");
   EXPECT_NE(silent.err.find("nothing was recorded"), std::string::npos) << silent.err;
+}
+
+TEST_F(ReplayCommand, TellsAPeriodBeforeTheRecordingFromAQuietOne) {
+  prepare();
+  ASSERT_EQ(run({"notify", "--deliver", "print", "--record", directory()}).exitCode, 0);
+  auto const before = replay({"--from", "2026-11-20T00:00:00Z", "--to", "2026-11-21T09:19:59Z", "--json"});
+  EXPECT_EQ(before.exitCode, 1);
+  EXPECT_EQ(before.out, "[]\n");
+  EXPECT_EQ(replay({"--from", kMoment, "--to", kMoment}).exitCode, 0) << "the answers of that very moment";
 }
 
 }  // namespace

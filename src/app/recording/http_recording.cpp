@@ -199,6 +199,12 @@ std::size_t RecordedHttpClient::size() const {
   return count;
 }
 
+bool RecordedHttpClient::hasAnyUntil(Instant moment) const {
+  return std::ranges::any_of(answers_, [moment](auto const& entry) {
+    return !entry.second.empty() && entry.second.front().time <= moment;
+  });
+}
+
 RecordedAnswer const* RecordedHttpClient::newest(std::string const& key) const {
   auto found = answers_.find(key);
   if (found == answers_.end()) found = answers_.find(anyHost(key));

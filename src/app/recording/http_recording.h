@@ -66,6 +66,8 @@ class RecordedHttpClient final : public HttpClient {
   Result<HttpResponse, HttpError> get(HttpRequest const& request, std::stop_token stop = {}) override;
   /// Lines of the index that could be read.
   std::size_t size() const;
+  /// There is an answer of that moment or an earlier one.
+  bool hasAnyUntil(Instant moment) const;
   /// Why the recording is not read whole; empty when it is.
   std::string const& problem() const { return problem_; }
 

@@ -89,6 +89,8 @@ void Replay::note(PassReport const& report) {
 }
 
 void Replay::note(Decision const& decision) {
+  hasMissed_ = hasMissed_ || wasMissed(decision);
+  hasChecked_ = hasChecked_ || wasChecked(decision);
   if (isHeldBack(decision.outcome)) {
     if (!held_.insert(decision.key).second) return;
   } else {

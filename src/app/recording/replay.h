@@ -48,6 +48,9 @@ class Replay {
   std::vector<LoggedNotification> const& log() const { return log_; }
   /// What went wrong, each sentence once, in the order of its coming.
   std::vector<std::string> const& problems() const { return problems_; }
+  /// A rule could not look at what it is about, at some moment; or one could.
+  bool hasMissed() const { return hasMissed_; }
+  bool hasChecked() const { return hasChecked_; }
 
  private:
   void pass(std::stop_token const& stop);
@@ -64,6 +67,8 @@ class Replay {
   std::vector<CustomNotification> rules_;
   std::vector<LoggedNotification> log_;
   std::vector<std::string> problems_;
+  bool hasMissed_ = false;
+  bool hasChecked_ = false;
   std::set<std::string> held_;                 ///< keys of what is held back now
   std::map<std::string, std::string> titles_;  ///< by the identifier of what was sent
 };

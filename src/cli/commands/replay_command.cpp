@@ -8,6 +8,7 @@
 #include "base/text/text.h"
 #include "cli/cli.h"
 #include "cli/options/replay_options.h"
+#include "cli/pages/notification_page.h"
 #include "cli/run_context.h"
 #include "notifications/engine/notification_state.h"
 #include "platform/scratch_settings_store.h"
@@ -90,13 +91,14 @@ class ReplayRun {
     for (std::string const& problem : replay_.problems()) context_.tell(problem);
     for (std::string const& problem : problems_) context_.tell(problem);
     session_.console.out(options_.json ? json() : text());
-    return exitCode::kComplete;
+    return hasSource() ? exitCode::kComplete : exitCode::kUnavailable;
   }
 
  private:
   std::unique_ptr<HttpClient> makeHttp(HttpClient& network, std::string const& services) {
     // Services of today know nothing of another time; a stand-in may.
     HttpClient* const otherwise = services.empty() ? nullptr : &network;
+    hasServices_ = otherwise != nullptr;
     auto client = std::make_unique<RecordedHttpClient>(options_.directory, clock_, otherwise);
     http_ = client.get();
     return client;
@@ -123,6 +125,14 @@ class ReplayRun {
     return nullptr;
   }
 
+  /// Somebody can have answered in the whole stretch of time.
+  bool hasSource() const { return hasServices_ || http_->hasAnyUntil(end_); }
+
+  std::string_view nothingText() const {
+    return context_.texts().text(hasSource() ? nothingKey(replay_.hasMissed(), replay_.hasChecked())
+                                             : "replay.nothingRecorded");
+  }
+
   std::string text() const {
     std::string text;
     for (LoggedNotification const& line : replay_.log()) {
@@ -131,7 +141,7 @@ class ReplayRun {
       if (!line.place.empty()) text += " (" + oneLine(line.place) + ")";
       text += "\n";
     }
-    return text.empty() ? std::string(context_.texts().text("notify.nothing")) + "\n" : text;
+    return text.empty() ? std::string(nothingText()) + "\n" : text;
   }
 
   static std::string padded(std::string text, std::size_t width) {
@@ -160,6 +170,7 @@ class ReplayRun {
   Session const& session_;
   SteppedClock clock_;
   RecordedHttpClient* http_ = nullptr;  ///< the context's
+  bool hasServices_ = false;            ///< that are asked for what was not recorded
   RunContext context_;
   NotificationInputs inputs_;
   Replay replay_;

@@ -95,6 +95,11 @@ std::string identifierOf(Decision const& decision) {
 
 }  // namespace
 
+std::string_view nothingKey(bool isAnyMissed, bool isAnyChecked) {
+  if (!isAnyMissed) return "notify.nothing";
+  return isAnyChecked ? "notify.nothingKnown" : "notify.nothingChecked";
+}
+
 std::string notificationsJson(PassPlan const& plan) {
   JsonWriter json;
   json.beginList();
@@ -120,7 +125,10 @@ std::string notificationsText(PassPlan const& plan, Texts const& texts, Style co
       text += "  " + line + "\n";
     }
   }
-  return text.empty() ? std::string(texts.text("notify.nothing")) + "\n" : text;
+  if (!text.empty()) return text;
+  return std::string(texts.text(nothingKey(std::ranges::any_of(plan.decisions, wasMissed),
+                                           std::ranges::any_of(plan.decisions, wasChecked)))) +
+         "\n";
 }
 
 std::string explanationJson(PassPlan const& plan) {

@@ -9,9 +9,13 @@
 #include "notifications/log/notification_log.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace nimbara {
+
+/// The text that says that there is nothing to send: of what was looked at alone.
+std::string_view nothingKey(bool isAnyMissed, bool isAnyChecked);
 
 /// What was sent and what is scheduled, in the order of delivery.
 std::string notificationsJson(PassPlan const& plan);
