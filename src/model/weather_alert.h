@@ -21,17 +21,24 @@ inline constexpr auto enumNames<AlertSeverity> =
     std::to_array<std::string_view>({"info", "advisory", "warning", "critical"});
 static_assert(enumNamesComplete(AlertSeverity::critical));
 
-/// An area of an official warning that does not have the place in it.
+/// An area of an official warning that does not have the place in it, and what the warning says there. An
+/// area with several levels or periods stands there several times, one after the other.
 struct NearArea {
   std::string area;
   double distanceKm = 0;
+  std::optional<AlertSeverity> severity = std::nullopt;
+  std::optional<std::string> colour = std::nullopt;
+  std::optional<Instant> onset = std::nullopt;
+  std::optional<Instant> expires = std::nullopt;
 
   bool operator==(NearArea const&) const = default;
 };
 
 template <>
 inline constexpr auto jsonFields<NearArea> =
-    FieldList{field("area", &NearArea::area), field("distanceKm", &NearArea::distanceKm)};
+    FieldList{field("area", &NearArea::area),         field("distanceKm", &NearArea::distanceKm),
+              field("severity", &NearArea::severity), field("colour", &NearArea::colour),
+              field("onset", &NearArea::onset),       field("expires", &NearArea::expires)};
 
 struct WeatherAlert {
   using AlertSeverity = nimbara::AlertSeverity;

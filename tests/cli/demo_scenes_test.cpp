@@ -100,6 +100,15 @@ TEST_F(DemoScenes, LiftOnceWhatWasLookedUpForAPlace) {
   EXPECT_THAT(told("12:50"), Not(HasSubstr("Rain Warning")));
 }
 
+TEST_F(DemoScenes, TellWhatIsGraverNearby) {
+  std::string const page = play("near", {"alerts", "--source", "meteoalarm"}).out;
+  EXPECT_THAT(page, HasSubstr("\n  Linz (Stadt)\n"));
+  EXPECT_THAT(page, testing::ContainsRegex("Nearby: Innviertel \\(37 km: red, from [^)]*until [^)]*\\)"));
+  std::string const told = play("near", {"notify", "--deliver", "print", "--json"}).out;
+  EXPECT_THAT(told, HasSubstr(R"("body":"Linz (Stadt), from 11:00 AM, until 4:00 PM\n)"));
+  EXPECT_THAT(told, HasSubstr("Innviertel (37 km: red, from "));
+}
+
 TEST_F(DemoScenes, PutTheUnstatedLevelAboveTheSlightOne) {
   std::string const page = play("unknown-level", {"alerts", "--source", "nws"}).out;
   EXPECT_LT(page.find("Air Quality Alert"), page.find("Frost Advisory"));

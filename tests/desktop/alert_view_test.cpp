@@ -77,13 +77,32 @@ TEST(Alerts, ShowTheIssuersTextToTheLetter) {
   EXPECT_EQ(view.issuer, "Met Office, via MeteoAlarm");
   EXPECT_EQ(view.colour, "orange");
   EXPECT_TRUE(view.hasDetails);
-  EXPECT_EQ(view.area, "Coast, Hills") << "one of them is here";
+  EXPECT_EQ(view.area, "Coast");
+  EXPECT_EQ(view.near, "Nearby: Hills (35 km)");
   std::string const details = alertDetails(state, view.id, context);
-  EXPECT_THAT(details, testing::EndsWith("Coast, Hills\n\nNearby: Hills (35 km)\n\nGusts:\n  * 80 km/h\n  by "
+  EXPECT_THAT(details, testing::EndsWith("Coast\n\nNearby: Hills (35 km)\n\nGusts:\n  * 80 km/h\n  by "
                                          "night\n\nWhat to do: Stay\ninside."));
   state.govAlerts[0].isFullText = false;
   EXPECT_THAT(alertDetails(state, view.id, context),
               testing::HasSubstr("The full text could not be fetched."));
+}
+
+/// What is graver next door is told beside the place's own level and period, and is neither.
+TEST(Alerts, TellWhatIsGraverNearby) {
+  WeatherState state = stateOf(mildWeek());
+  WeatherAlert alert = officialOf(AlertSeverity::advisory, "Wind Warning");
+  alert.colour = "yellow";
+  alert.expires = kNow + 3h;
+  alert.areaDesc = "Linz, Innviertel, Linz-Land";
+  alert.near =
+      std::vector<NearArea>{{"Innviertel", 36.5, AlertSeverity::critical, "red", kNow + 8h, kNow + 10h},
+                            {"Linz-Land", 5, AlertSeverity::advisory, "yellow", std::nullopt, alert.expires}};
+  state.govAlerts = {alert};
+  AlertView const view = officialViews(state, contextAt(kNow)).at(0);
+  EXPECT_EQ(view.area, "Linz");
+  EXPECT_EQ(view.when, "until 15:20");
+  EXPECT_EQ(view.near, "Nearby: Innviertel (37 km: red, from 20:20, until 22:20), Linz-Land (5 km)");
+  EXPECT_THAT(view.sentence, testing::HasSubstr("Linz, until 15:20, Nearby: Innviertel (37 km: red, from"));
 }
 
 TEST(Alerts, ShowWhatIsLongOnlyOnDemand) {

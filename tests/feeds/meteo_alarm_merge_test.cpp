@@ -1,5 +1,6 @@
 #include "feeds/meteoalarm/meteo_alarm_merge.h"
 
+#include "feeds/alerts/warning_words.h"
 #include "support/instants.h"
 
 #include <gmock/gmock.h>
@@ -109,9 +110,28 @@ TEST(MeteoAlarmMerging, TakesLevelAndPeriodFromThePlacesOwnEntries) {
     EXPECT_EQ(alert.distanceKm, std::nullopt);
     EXPECT_EQ(alert.link, std::nullopt);
     EXPECT_EQ(alert.text, "Strong Wind");
-    EXPECT_EQ(alert.near, (std::vector<NearArea>{{"Hills", 35}}));
+    EXPECT_EQ(alert.near, (std::vector<NearArea>{{"Hills", 35, AlertSeverity::critical, "red",
+                                                  neighbour.onset, neighbour.expires}}))
+        << "what is graver next door is not lost";
+    EXPECT_EQ(placeAreas(alert), "Coast");
     EXPECT_EQ(alert.message, "Wind Warning affecting 2 areas");
   }
+}
+
+TEST(MeteoAlarmMerging, TellsEachPeriodOfANearAreaOnce) {
+  std::string const evening = "2026-11-21T20:00:00Z";
+  WeatherAlert const alert =
+      Case()
+          .add(warning("Wind", "Coast", "Moderate", "2026-11-21T10:00:00Z", "2026-11-21T15:00:00Z"))
+          .add(warning("Wind", "Hills", "Moderate", "2026-11-21T10:00:00Z", evening, "HR005"), 35)
+          .add(warning("Wind", "Hills", "Severe", evening, "2026-11-21T23:00:00Z", "HR005"), 35)
+          .add(warning("Wind", "Hills", "Severe", evening, "2026-11-21T23:00:00Z", "HR005"), 35)
+          .only();
+  ASSERT_EQ(alert.near.value_or(std::vector<NearArea>()).size(), 2);
+  EXPECT_EQ(alert.near->at(0).severity, AlertSeverity::advisory);
+  EXPECT_EQ(alert.near->at(1).severity, AlertSeverity::warning);
+  EXPECT_EQ(alert.near->at(1).onset, at(evening));
+  EXPECT_EQ(placeAreas(alert), "Coast");
 }
 
 TEST(MeteoAlarmMerging, LetsTheNearEntriesDecideWhereThereAreNoOthers) {
@@ -126,7 +146,12 @@ TEST(MeteoAlarmMerging, LetsTheNearEntriesDecideWhereThereAreNoOthers) {
   EXPECT_EQ(alert.onset, at("2026-11-21T18:00:00Z"));
   EXPECT_EQ(alert.expires, at("2026-11-21T23:00:00Z"));
   EXPECT_EQ(alert.distanceKm, 7.1);
-  EXPECT_EQ(alert.near, (std::vector<NearArea>{{"Hills", 35}, {"Plain", 7.1}}));
+  ASSERT_EQ(alert.near.value_or(std::vector<NearArea>()).size(), 2);
+  EXPECT_EQ(alert.near->at(0).area, "Hills");
+  EXPECT_EQ(alert.near->at(0).distanceKm, 35);
+  EXPECT_EQ(alert.near->at(1).area, "Plain");
+  EXPECT_EQ(alert.near->at(1).distanceKm, 7.1);
+  EXPECT_EQ(placeAreas(alert), "Hills, Plain") << "none of them has the place in it";
   EXPECT_EQ(alert.event, "HR|wind|EMMA_ID:HR006") << "that of the nearest region";
   EXPECT_EQ(Case().add(warning("Wind", "Hills", "Minor", "", ""), 0.001).only().distanceKm, 0.1)
       << "near is not here";

@@ -111,6 +111,28 @@ TEST(HazardRules, TellNothingNearFromNotChecked) {
   EXPECT_EQ(airQuality(silent, {}).note, "notChecked");
 }
 
+TEST(OfficialWarnings, SayWhereAndWhenAndWhatIsGraverNearby) {
+  RuleInputs inputs = here();
+  WeatherAlert alert = warning(AlertSeverity::advisory);
+  alert.message = "Gale Warning affecting 3 areas";
+  alert.event = "PT|wind|EMMA_ID:PT001";
+  alert.areaDesc = "Hills, Coast, Plain";
+  alert.near =
+      std::vector<NearArea>{{"Hills", 36, AlertSeverity::critical, "red", at("2026-11-21T22:00:00Z"), {}},
+                            {"Plain", 12, AlertSeverity::advisory, "yellow", {}, alert.expires}};
+  inputs.govAlerts = reading(std::vector{alert});
+  Finding const finding = officialWarnings(inputs, {}).findings.at(0);
+  EXPECT_EQ(finding.body, "Coast\nStay in port.") << "neighbours and hours are no part of the event";
+  EXPECT_EQ(finding.when, "from 10:00 AM, until 8:00 PM");
+  EXPECT_EQ(finding.remark, "More severe near Testville: Hills (36 km: red, from 10:00 PM).");
+  EXPECT_FALSE(finding.isNear);
+  alert.near.reset();
+  alert.areaDesc = std::string(201, 'x');
+  inputs.govAlerts = reading(std::vector{alert});
+  EXPECT_EQ(officialWarnings(inputs, {}).findings.at(0).body,
+            "Gale Warning affecting 3 areas\nStay in port.");
+}
+
 TEST(OfficialWarnings, OfAPlaceThatNobodyWarnsAreNotNone) {
   RuleInputs inputs = here();
   inputs.govAlerts = reading(std::vector<WeatherAlert>{});

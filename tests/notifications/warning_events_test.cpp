@@ -52,8 +52,11 @@ TEST_F(WarningEvents, TellQuietlyOfAnEndThatMovesByMoreThanAnHour) {
     test::NotificationEngine fresh(kBegin);
     fresh.turnOn("notify_govAlerts");
     WeatherAlert alert = warning();
+    alert.event = "HR|wind|EMMA_ID:HR001";
+    alert.areaDesc = "Coast";
     fresh.warnings = {alert};
     fresh.pass();
+    EXPECT_THAT(fresh.center.delivered().back().body, testing::StartsWith("Coast, until "));
     alert.expires = *alert.expires + row.move;
     fresh.warnings = {alert};
     EXPECT_EQ(outcomeOf(fresh.passAfter(15min)), row.outcome) << row.move.count();
@@ -63,6 +66,7 @@ TEST_F(WarningEvents, TellQuietlyOfAnEndThatMovesByMoreThanAnHour) {
     EXPECT_EQ(told.urgency, NotificationUrgency::low);
     EXPECT_EQ(told.identifier, identifierOf(alert));
     EXPECT_TRUE(told.body.starts_with("Now in effect until ")) << told.body;
+    EXPECT_EQ(told.body.find("until", 20), std::string::npos) << "once: " << told.body;
     EXPECT_EQ(outcomeOf(fresh.passAfter(15min)), RuleOutcome::alreadyDelivered);
   }
 }

@@ -3,6 +3,7 @@
 #include "app/words/coverage_text.h"
 #include "base/text/text.h"
 #include "base/words/time_words.h"
+#include "feeds/alerts/warning_words.h"
 
 namespace nimbara {
 
@@ -49,18 +50,22 @@ std::string verbatim(std::string_view text, WarningPageContext const& context) {
   return out;
 }
 
+WarningWords wordsOf(WarningPageContext const& context) {
+  return {context.texts, TimeWords(context.texts, context.calendar), context.now, context.distance};
+}
+
+std::optional<std::string> colourOf(WarningEntry const& entry) {
+  return entry.colour.empty() ? std::nullopt : std::optional(entry.colour);
+}
+
 /// That all of it is near, or which areas of it are.
 std::string nearText(WarningEntry const& entry, WarningPageContext const& context) {
   if (entry.distanceKm) {
     return context.texts.format("warning.nearBy", display(*entry.distanceKm, context.distance),
                                 symbol(context.distance));
   }
-  std::string areas;
-  for (NearArea const& area : entry.near) {
-    areas += (areas.empty() ? "" : ", ") + context.texts.format("warning.nearArea", oneLine(area.area),
-                                                                display(area.distanceKm, context.distance),
-                                                                symbol(context.distance));
-  }
+  NearArea const own{{}, 0, entry.severity, colourOf(entry), entry.onset, entry.end};
+  std::string const areas = nearAreasText(entry.near, own, wordsOf(context));
   return areas.empty() ? areas : context.texts.format("warning.nearAreas", areas);
 }
 
@@ -79,15 +84,6 @@ std::string titleText(WarningEntry const& entry, WarningPageContext const& conte
   return title + " (" + std::string(context.texts.text("warning.colour." + entry.colour)) + ")";
 }
 
-std::string spanText(WarningEntry const& entry, WarningPageContext const& context) {
-  auto const text = [&](std::string_view key, Instant moment) {
-    return context.texts.format(key, momentText(moment, context));
-  };
-  std::string from = entry.onset && *entry.onset > context.now ? text("warning.from", *entry.onset) : "";
-  std::string until = entry.end ? text("warning.until", *entry.end) : "";
-  return from + (from.empty() || until.empty() ? "" : ", ") + until;
-}
-
 std::string rendered(WarningEntry const& entry, WarningPageContext const& context) {
   std::string const level(entry.isLevelStated ? enumName(entry.severity) : "notStated");
   std::string const severity(context.texts.text("severity." + level));
@@ -97,7 +93,7 @@ std::string rendered(WarningEntry const& entry, WarningPageContext const& contex
        wrapped(context.style.text(severity + ": " + titleText(entry, context)), context.width)) {
     out += context.style.painted(line, colour) + "\n";
   }
-  out += paragraph(spanText(entry, context), context);
+  out += paragraph(spanText(entry.onset, entry.end, wordsOf(context)), context);
   if (entry.isOnWater) out += paragraph(std::string(context.texts.text("warning.onWater")), context);
   out += paragraph(entry.area, context);
   out += paragraph(nearText(entry, context), context);
@@ -115,7 +111,7 @@ WarningEntry warningEntry(WeatherAlert const& alert) {
   return {.severity = alert.severity,
           .title = alert.title,
           .message = alert.message,
-          .area = alert.areaDesc.value_or(""),
+          .area = placeAreas(alert),
           .instruction = alert.instruction.value_or(""),
           .source = alert.source.value_or(""),
           .onset = alert.onset,

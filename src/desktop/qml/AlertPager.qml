@@ -32,6 +32,7 @@ Rectangle {
             required property string message
             required property string area
             required property string when
+            required property string near
             required property string issuer
             required property string age
             required property bool hasDetails
@@ -63,6 +64,10 @@ Rectangle {
         }
         Words {
             text: pager.current ? pager.current.area : ""
+            font.pixelSize: Theme.small
+        }
+        Words {
+            text: pager.current ? pager.current.near : ""
             font.pixelSize: Theme.small
         }
         Words {

@@ -14,6 +14,7 @@ Item {
     required property string message
     required property string area
     required property string when
+    required property string near
     required property string issuer
     required property string age
     required property bool hasDetails
@@ -80,6 +81,9 @@ Item {
             }
             Words {
                 text: Theme.joined([row.area, row.when], "  ·  ")
+            }
+            Words {
+                text: row.near
             }
             Words {
                 text: row.isOpen ? App.alertDetails : row.message

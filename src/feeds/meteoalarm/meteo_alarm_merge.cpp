@@ -139,12 +139,32 @@ void tell(WeatherAlert& alert, Group const& group) {
   if (!alert.text) alert.text = said(deciding, "\n\n", [](auto const& told) { return told.entry().event; });
 }
 
+/// What is said of one area, each level and period once.
+void addNear(std::vector<NearArea>& near, WarnedArea const& area,
+             std::vector<ToldEntry const*> const& entries) {
+  auto const first = static_cast<std::ptrdiff_t>(near.size());
+  for (ToldEntry const* const told : entries) {
+    RawEntry const& entry = told->entry();
+    std::string const colour = colourOf(*told);
+    NearArea row{area.name,
+                 rounded(*area.distanceKm),
+                 severityOfCap(entry.severity),
+                 colour.empty() ? std::nullopt : std::optional(colour),
+                 entry.onset,
+                 entry.expires};
+    bool const isNew = std::find(near.begin() + first, near.end(), row) == near.end();
+    if (isNew) near.push_back(std::move(row));
+  }
+}
+
 void locate(WeatherAlert& alert, Group const& group, MergeContext const& context) {
   std::vector<std::string> names;
   std::vector<NearArea> near;
-  for (WarnedArea const& area : warnedAreas(group.entries, context.language)) {
-    names.push_back(area.name);
-    if (area.distanceKm) near.push_back({area.name, rounded(*area.distanceKm)});
+  auto const areas = warnedAreas(group.entries, context.language);
+  auto const entries = entriesByArea(group.entries);
+  for (std::size_t i = 0; i < areas.size(); ++i) {
+    names.push_back(areas[i].name);
+    if (areas[i].distanceKm) addNear(near, areas[i], entries[i]);
   }
   if (!near.empty()) alert.near = std::move(near);
   if (auto const km = nearestOf(group).selected.distanceKm) alert.distanceKm = rounded(*km);

@@ -173,7 +173,9 @@ RuleOutcome PassPlanner::followed(Rule const& rule, Decision const& decision,
 void PassPlanner::tellNewEnd(Decision& decision, PlannedEvent const& event) const {
   std::string const end =
       TimeWords(context_.texts, event.inputs->calendar).moment(*event.finding.ends, context_.now);
-  decision.request.body = context_.texts.format("push.event.endMoved", end) + "\n" + decision.request.body;
+  Finding told = event.finding;
+  told.when.clear();
+  decision.request.body = context_.texts.format("push.event.endMoved", end) + "\n" + wholeBody(told);
   decision.request.isSilent = true;
   decision.request.urgency = NotificationUrgency::low;
 }

@@ -41,6 +41,13 @@ NotificationRequest requestFor(Rule const& rule, Finding const& finding, bool so
   return request;
 }
 
+std::string wholeBody(Finding const& finding) {
+  std::string body = finding.body;
+  if (!finding.when.empty()) body.insert(std::min(body.find('\n'), body.size()), ", " + finding.when);
+  if (!finding.remark.empty()) body += "\n" + finding.remark;
+  return body;
+}
+
 std::optional<RuleOutcome> heldAtHour(RuleSettings const& values, Instant now, int hour) {
   if (values.snoozedUntil && now < *values.snoozedUntil) return snoozed;
   if (values.quiet.contain(hour)) return heldByQuietHours;

@@ -22,6 +22,9 @@ std::vector<NotificationAction> notificationActions(Texts const& texts);
 NotificationRequest requestFor(Rule const& rule, Finding const& finding, bool sounds, bool isQuiet,
                                Texts const& texts);
 
+/// The body with what is said of an event and no part of it.
+std::string wholeBody(Finding const& finding);
+
 /// Snoozing and the quiet hours; `hour` is the place's.
 std::optional<RuleOutcome> heldAtHour(RuleSettings const& values, Instant now, int hour);
 /// A mute names the rule, the kind, or the kind at one severity.

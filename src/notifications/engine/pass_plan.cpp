@@ -264,7 +264,7 @@ Decision PassPlanner::draft(Rule const& rule, PlannedEvent const& event) const {
   decision.fire = event.finding.fire;
   decision.request = requestOf(rule, event, decision.key);
   if (rule.followsEvents) decision.digest = digestOf(decision.request, context_.texts.language());
-  if (!event.finding.remark.empty()) decision.request.body += "\n" + event.finding.remark;
+  decision.request.body = wholeBody(event.finding);
   return decision;
 }
 

@@ -3,6 +3,7 @@
 #include "base/geodesy.h"
 #include "base/text/text.h"
 #include "base/words/country_names.h"
+#include "feeds/alerts/warning_words.h"
 #include "notifications/rules/rule_constants.h"
 
 #include <algorithm>
@@ -18,8 +19,17 @@ using Relation = Measurement::Relation;
 /// From here on an earthquake is sent with the sound of danger.
 constexpr double kStrongEarthquake = 5.5;
 
+/// Those of a warning that has no message but how many areas it has; empty where they would fill a page.
+std::string areasOf(WeatherAlert const& alert) {
+  constexpr std::size_t kLongest = 200;
+  bool const isOfAreas = alert.event && alert.areaDesc;
+  std::string areas = isOfAreas ? placeAreas(alert) : std::string();
+  return areas.size() > kLongest ? std::string() : areas;
+}
+
 std::string bodyOf(WeatherAlert const& alert, Texts const& texts) {
-  std::string body = alert.message.empty() ? alert.areaDesc.value_or("") : alert.message;
+  std::string body = areasOf(alert);
+  if (body.empty()) body = alert.message.empty() ? alert.areaDesc.value_or("") : alert.message;
   if (alert.instruction && !alert.instruction->empty()) {
     body += (body.empty() ? "" : "\n") + *alert.instruction;
   }
@@ -34,6 +44,24 @@ std::string identifierOf(WeatherAlert const& alert) {
   return "gov_" + alert.id.text();
 }
 
+WarningWords wordsOf(RuleInputs const& inputs) {
+  return {*inputs.texts, TimeWords(*inputs.texts, inputs.calendar), inputs.now, distanceUnit(inputs)};
+}
+
+/// How far off the warning is, or where near the place it is graver than at it.
+std::string remarkOn(WeatherAlert const& alert, RuleInputs const& inputs) {
+  Texts const& texts = *inputs.texts;
+  if (alert.distanceKm) {
+    return texts.format("push.event.near", inputs.place.name, distanceText(inputs, *alert.distanceKm));
+  }
+  std::vector<NearArea> graver = alert.near.value_or(std::vector<NearArea>());
+  std::erase_if(
+      graver, [&](NearArea const& area) { return area.severity.value_or(alert.severity) <= alert.severity; });
+  if (graver.empty()) return {};
+  return texts.format("push.event.nearAreas", inputs.place.name,
+                      nearAreasText(graver, ownLevel(alert), wordsOf(inputs)));
+}
+
 Finding findingOf(WeatherAlert const& alert, RuleInputs const& inputs) {
   Texts const& texts = *inputs.texts;
   Finding finding;
@@ -46,10 +74,8 @@ Finding findingOf(WeatherAlert const& alert, RuleInputs const& inputs) {
   // Neighbours' warnings are many: a slight one that only comes near is listed, not rung.
   if (alert.distanceKm && alert.severity < AlertSeverity::warning) finding.quietNote = "onlyNear";
   finding.isNear = alert.distanceKm.has_value();
-  if (alert.distanceKm) {
-    finding.remark =
-        texts.format("push.event.near", inputs.place.name, distanceText(inputs, *alert.distanceKm));
-  }
+  finding.remark = remarkOn(alert, inputs);
+  if (alert.event) finding.when = spanText(alert.onset, alert.expires, wordsOf(inputs));
   finding.began = alert.onset;
   finding.ends = alert.expires;
   finding.event = alert.event.value_or("");
@@ -64,6 +90,7 @@ Finding unplacedFinding(WeatherAlert const& alert, RuleInputs const& inputs) {
   std::string const where =
       texts.format("push.event.unplaced", countryName(inputs.place.countryCode, texts.language()), area);
   finding.body = finding.body == area ? where : where + "\n" + finding.body;
+  finding.when.clear();  // a sentence stands there
   return finding;
 }
 

@@ -62,6 +62,8 @@ struct Finding {
   /// Why it is delivered silently, a note as in `Evaluation`: "onlyNear", "toldOfficially"; empty: it is not.
   std::string_view quietNote;
   bool isNear = false;  ///< the place is outside, though not far from it
+  /// Said behind the body's first line, and no part of what the event is: from when until when.
+  std::string when;
   /// Said below the body, and no part of what the event is: how far from the place it is. A whole sentence
   /// that names the place.
   std::string remark;

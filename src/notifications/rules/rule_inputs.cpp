@@ -85,9 +85,12 @@ std::string temperatureText(RuleInputs const& inputs, double celsius) {
   return display(celsius, inputs.units.temperature) + std::string(temperatureSymbol(inputs));
 }
 
+DistanceUnit distanceUnit(RuleInputs const& inputs) {
+  return inputs.units.wind == WindUnit::mph ? DistanceUnit::miles : DistanceUnit::km;
+}
+
 std::string distanceText(RuleInputs const& inputs, double km) {
-  bool const inMiles = inputs.units.wind == WindUnit::mph;
-  return withSymbol(km, inMiles ? DistanceUnit::miles : DistanceUnit::km);
+  return withSymbol(km, distanceUnit(inputs));
 }
 
 std::string windText(RuleInputs const& inputs, double kmh) {

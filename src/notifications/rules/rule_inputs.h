@@ -152,9 +152,10 @@ struct RuleInputs {
 
   InputReading<std::vector<WeatherAlert>> generatedAlerts;
   InputReading<std::vector<WeatherAlert>> govAlerts;  ///< live official events, most severe first
-  bool isUncovered = false;  ///< nobody is known who issues official warnings for the place
-  std::vector<WeatherAlert> unplacedAlerts;       ///< like these, in parts of the country of unknown place
-  InputReading<std::vector<NWSAlert>> nwsAlerts;  ///< live messages of the NWS; of no place that is not its own
+  bool isUncovered = false;                  ///< nobody is known who issues official warnings for the place
+  std::vector<WeatherAlert> unplacedAlerts;  ///< like these, in parts of the country of unknown place
+  InputReading<std::vector<NWSAlert>>
+      nwsAlerts;  ///< live messages of the NWS; of no place that is not its own
   InputReading<std::vector<EarthquakeEvent>> earthquakes;
   InputReading<double> kp;
   InputReading<AirQualityForecast> airQuality;
@@ -181,7 +182,9 @@ double shownTemperature(RuleInputs const& inputs, double celsius);
 std::string_view temperatureSymbol(RuleInputs const& inputs);
 /// "3 °C" rounded, in the user's unit.
 std::string temperatureText(RuleInputs const& inputs, double celsius);
-/// "120 km" or "75 miles", in the user's family of wind units.
+/// The user's family of wind units.
+DistanceUnit distanceUnit(RuleInputs const& inputs);
+/// "120 km" or "75 miles", in that family.
 std::string distanceText(RuleInputs const& inputs, double km);
 /// "85 km/h" rounded, in the user's unit.
 std::string windText(RuleInputs const& inputs, double kmh);

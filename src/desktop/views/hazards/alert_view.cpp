@@ -4,6 +4,7 @@
 #include "base/text/text.h"
 #include "desktop/views/problem_text.h"
 #include "feeds/alerts/gov_alerts.h"
+#include "feeds/alerts/warning_words.h"
 #include "model/process.h"
 
 #include <algorithm>
@@ -13,6 +14,7 @@ namespace nimbara {
 namespace {
 
 constexpr std::size_t kLongestTitle = 200;
+constexpr std::size_t kLongestNear = 400;
 constexpr std::size_t kLongestMessage = 500;
 constexpr std::size_t kLongestDetails = 20'000;
 
@@ -32,17 +34,6 @@ Calendar calendarFor(WeatherState const& state, ViewContext const& context) {
   return state.weatherData ? calendarOf(*state.weatherData, context.fallback) : context.fallback;
 }
 
-std::string spanOf(WeatherAlert const& alert, ViewContext const& context, TimeWords const& words) {
-  std::string span;
-  if (alert.onset && *alert.onset > context.now) {
-    span = context.texts.format("warning.from", words.moment(*alert.onset, context.now));
-  }
-  if (alert.expires) {
-    append(span, context.texts.format("warning.until", words.moment(*alert.expires, context.now)), ", ");
-  }
-  return span;
-}
-
 std::string messageOf(WeatherAlert const& alert) {
   bool const repeats = alert.message == alert.title || alert.message == alert.areaDesc;
   return repeats ? std::string() : reflowed(alert.message);
@@ -55,16 +46,16 @@ std::string nearTextOf(WeatherAlert const& alert, ViewContext const& context) {
   return context.texts.format("warning.nearBy", display(*alert.distanceKm, unit), symbol(unit));
 }
 
-std::string nearAreasOf(WeatherAlert const& alert, ViewContext const& context) {
-  std::string areas;
-  DistanceUnit const unit = context.units.distance;
-  for (NearArea const& area : alert.near.value_or(std::vector<NearArea>())) {
-    append(areas,
-           context.texts.format("warning.nearArea", oneLine(area.area), display(area.distanceKm, unit),
-                                symbol(unit)),
-           ", ");
-  }
-  return areas.empty() ? areas : context.texts.format("warning.nearAreas", areas);
+WarningWords wordsOf(WeatherState const& state, ViewContext const& context) {
+  return {context.texts, TimeWords(context.texts, calendarFor(state, context)), context.now,
+          context.units.distance};
+}
+
+/// Which areas are near, where others have the place in them; what is said of those may be graver.
+std::string nearAreasOf(WeatherAlert const& alert, WarningWords const& words) {
+  if (!alert.near) return {};
+  std::string const areas = nearAreasText(*alert.near, ownLevel(alert), words);
+  return areas.empty() ? areas : words.texts.format("warning.nearAreas", areas);
 }
 
 std::string issuerOf(WeatherAlert const& alert, ViewContext const& context) {
@@ -86,7 +77,7 @@ std::string ageOf(WeatherAlert const& alert, WeatherState const& state, ViewCont
 }
 
 AlertView viewOf(WeatherAlert const& alert, WeatherState const& state, ViewContext const& context,
-                 TimeWords const& words) {
+                 WarningWords const& words) {
   AlertView view;
   view.id = alert.id.text();
   view.level = enumName(alert.severity);
@@ -94,17 +85,18 @@ AlertView viewOf(WeatherAlert const& alert, WeatherState const& state, ViewConte
       context.text(alert.levelStated.value_or(true) ? "severity." + view.level : "severity.notStated");
   view.title = oneLine(alert.title, kLongestTitle);
   view.message = cutAt(messageOf(alert), kLongestMessage);
-  view.area = oneLine(alert.areaDesc.value_or(""), kLongestTitle);
+  view.area = oneLine(placeAreas(alert), kLongestTitle);
   if (alert.onWater.value_or(false)) append(view.area, context.text("warning.onWater"), " – ");
   append(view.area, nearTextOf(alert, context), " – ");
-  view.when = spanOf(alert, context, words);
+  if (!alert.distanceKm) view.near = cutAt(nearAreasOf(alert, words), kLongestNear);
+  view.when = spanText(alert.onset, alert.expires, words);
   view.issuer = issuerOf(alert, context);
   view.colour = alert.colour.value_or("");
   view.age = ageOf(alert, state, context);
   view.isOfficial = alert.isGovAlert;
   view.hasDetails = hasMore(alert);
   view.sentence = view.severity + ": " + view.title;
-  for (std::string const* const part : {&view.area, &view.when, &view.issuer, &view.age}) {
+  for (std::string const* const part : {&view.area, &view.when, &view.near, &view.issuer, &view.age}) {
     append(view.sentence, *part, ", ");
   }
   return view;
@@ -114,18 +106,18 @@ std::vector<AlertView> viewsOf(std::vector<WeatherAlert> alerts, WeatherState co
                                ViewContext const& context) {
   std::erase_if(alerts, [&](WeatherAlert const& alert) { return hasEnded(alert, context.now); });
   sortMostSevereFirst(alerts);
-  TimeWords const words(context.texts, calendarFor(state, context));
+  WarningWords const words = wordsOf(state, context);
   std::vector<AlertView> views;
   views.reserve(alerts.size());
   for (WeatherAlert const& alert : alerts) views.push_back(viewOf(alert, state, context, words));
   return views;
 }
 
-std::string detailsOf(WeatherAlert const& alert, ViewContext const& context) {
+std::string detailsOf(WeatherAlert const& alert, WeatherState const& state, ViewContext const& context) {
   std::string details;
   append(details, messageOf(alert), "\n\n");
-  if (alert.areaDesc) append(details, reflowed(*alert.areaDesc), "\n\n");
-  append(details, nearAreasOf(alert, context), "\n\n");
+  if (alert.areaDesc) append(details, reflowed(placeAreas(alert)), "\n\n");
+  append(details, nearAreasOf(alert, wordsOf(state, context)), "\n\n");
   if (alert.text) {
     append(details, trimmed(*alert.text), "\n\n");  // to the letter
   } else if (alert.description && *alert.description != alert.message) {
@@ -219,7 +211,7 @@ std::string alertDetails(WeatherState const& state, std::string_view id, ViewCon
   auto const alerts = allAlerts(state);
   auto const found =
       std::ranges::find_if(alerts, [&](WeatherAlert const& alert) { return alert.id.text() == id; });
-  return found == alerts.end() ? std::string() : detailsOf(*found, context);
+  return found == alerts.end() ? std::string() : detailsOf(*found, state, context);
 }
 
 OfficialView officialView(OfficialCheck const& check, std::optional<Place> const& place,

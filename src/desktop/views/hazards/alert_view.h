@@ -19,8 +19,9 @@ struct AlertView {
   std::string level;     ///< "info", "advisory", "warning", "critical"
   std::string title;
   std::string message;  ///< the beginning of it, where it is long
-  std::string area;
-  std::string when;  ///< from, until
+  std::string area;     ///< where the place is in it, or how far from it
+  std::string when;     ///< from, until
+  std::string near;     ///< which areas of it are only near, and what is said of those
   std::string issuer;
   std::string age;     ///< of the newest message about it
   std::string colour;  ///< of the issuer's awareness level: "yellow", "orange", "red"; may be empty
@@ -40,6 +41,7 @@ inline constexpr auto viewFields<AlertView> = FieldList{
     viewField("message", &AlertView::message),
     viewField("area", &AlertView::area),
     viewField("when", &AlertView::when),
+    viewField("near", &AlertView::near),
     viewField("issuer", &AlertView::issuer),
     viewField("age", &AlertView::age),
     viewField("colour", &AlertView::colour),

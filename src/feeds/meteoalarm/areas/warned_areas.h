@@ -19,8 +19,8 @@ struct WarnedArea {
 /// are no areas.
 std::vector<WarnedArea> warnedAreas(std::span<ToldEntry const* const> entries, std::string_view language);
 
-/// The entries of each area, in the order in which the areas appear; entries without a name are together
-/// those of one more.
+/// The entries of each area, in the order in which `warnedAreas` has the areas; entries without a name are
+/// together those of one more.
 std::vector<std::vector<ToldEntry const*>> entriesByArea(std::span<ToldEntry const* const> entries);
 
 }  // namespace nimbara

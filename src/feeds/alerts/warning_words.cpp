@@ -1,0 +1,90 @@
+#include "feeds/alerts/warning_words.h"
+
+#include "base/text/text.h"
+
+namespace nimbara {
+
+namespace {
+
+constexpr std::string_view kJoint = ", ";
+
+void append(std::string& text, std::string_view part) {
+  if (part.empty()) return;
+  if (!text.empty()) text += kJoint;
+  text += part;
+}
+
+/// The colour where the issuer grades by colours.
+std::string levelText(NearArea const& area, Texts const& texts) {
+  if (area.colour) return std::string(texts.text("warning.colour." + *area.colour));
+  return area.severity ? std::string(texts.text("severity." + std::string(enumName(*area.severity)))) : "";
+}
+
+bool isAlike(NearArea const& one, NearArea const& other) {
+  return one.severity == other.severity && one.colour == other.colour && one.onset == other.onset &&
+         one.expires == other.expires;
+}
+
+std::string nearAreaText(NearArea const& area, NearArea const& own, WarningWords const& words) {
+  std::string const name = oneLine(area.area);
+  std::string const distance = display(area.distanceKm, words.distance);
+  std::string detail;
+  bool const isTold = area.severity || area.colour || area.onset || area.expires;
+  if (isTold && !isAlike(area, own)) {
+    append(detail, levelText(area, words.texts));
+    append(detail, spanText(area.onset, area.expires, words));
+  }
+  if (detail.empty()) return words.texts.format("warning.nearArea", name, distance, symbol(words.distance));
+  return words.texts.format("warning.nearAreaDetail", name, distance, symbol(words.distance), detail);
+}
+
+/// Takes `part` out of a list of names, wherever it stands as a whole.
+void takeOut(std::string& list, std::string_view part) {
+  for (std::size_t at = list.find(part); at != std::string::npos; at = list.find(part, at + 1)) {
+    std::size_t const end = at + part.size();
+    bool const begins = at == 0 || std::string_view(list).substr(0, at).ends_with(kJoint);
+    bool const ends = end == list.size() || std::string_view(list).substr(end).starts_with(kJoint);
+    if (!begins || !ends) continue;
+    bool const isFirst = at == 0;
+    std::size_t const from = isFirst ? 0 : at - kJoint.size();
+    list.erase(from, part.size() + (isFirst && end == list.size() ? 0 : kJoint.size()));
+    return;
+  }
+}
+
+}  // namespace
+
+std::string spanText(std::optional<Instant> onset, std::optional<Instant> end, WarningWords const& words) {
+  std::string span;
+  auto const add = [&](std::string_view key, Instant moment) {
+    append(span, words.texts.format(key, words.words.moment(moment, words.now)));
+  };
+  if (onset && *onset > words.now) add("warning.from", *onset);
+  if (end) add("warning.until", *end);
+  return span;
+}
+
+std::string nearAreasText(std::vector<NearArea> const& near, NearArea const& own, WarningWords const& words) {
+  std::string areas;
+  for (NearArea const& area : near) append(areas, nearAreaText(area, own, words));
+  return areas;
+}
+
+NearArea ownLevel(WeatherAlert const& alert) {
+  return {{}, 0, alert.severity, alert.colour, alert.onset, alert.expires};
+}
+
+std::string placeAreas(WeatherAlert const& alert) {
+  std::string const all = alert.areaDesc.value_or("");
+  if (!alert.near) return all;
+  std::string own = all;
+  std::string_view last;
+  for (NearArea const& area : *alert.near) {
+    // An area has a row for each of its periods.
+    if (area.area != last) takeOut(own, area.area);
+    last = area.area;
+  }
+  return own.empty() ? all : own;
+}
+
+}  // namespace nimbara
