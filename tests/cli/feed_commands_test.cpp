@@ -220,7 +220,8 @@ TEST(WarningPage, SaysWhatTheIssuerSaysAndWhatIsNear) {
   Style const style;
   WarningPageContext context{texts, style, Calendar::utc(), at("2026-11-21T09:20:00Z"), 60};
   EXPECT_EQ(warningPage({warningEntry(alert)}, context),
-            "Advisory: Wind Warning (orange)\n  Coast\n  Nearby: Hills (35 km)\n  Gusts of 80 km/h.\n  Later "
+            "Orange: Wind Warning\n  Severity stated by the service: Advisory\n  Coast\n  Nearby: Hills (35 "
+            "km)\n  Gusts of 80 km/h.\n  Later "
             "less.\n  What to do: Stay inside.\n  Close windows.\n  DHMZ, via MeteoAlarm, issued 5:30 AM\n");
   alert.distanceKm = 34.6;
   alert.isFullText = false;

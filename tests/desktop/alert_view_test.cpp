@@ -76,6 +76,7 @@ TEST(Alerts, ShowTheIssuersTextToTheLetter) {
   AlertView const view = officialViews(state, context).at(0);
   EXPECT_EQ(view.issuer, "Met Office, via MeteoAlarm");
   EXPECT_EQ(view.colour, "orange");
+  EXPECT_EQ(view.severity, "Orange") << "as the issuer grades";
   EXPECT_TRUE(view.hasDetails);
   EXPECT_EQ(view.area, "Coast");
   EXPECT_EQ(view.near, "Nearby: Hills (35 km)");

@@ -4,6 +4,7 @@
 #include "base/text/text.h"
 #include "base/words/compass_point.h"
 #include "cli/pages/line_text.h"
+#include "feeds/alerts/warning_words.h"
 #include "model/condition_text.h"
 #include "model/present.h"
 
@@ -265,9 +266,9 @@ class Report {
   }
 
   std::string alertLines(WeatherAlert const& alert) const {
-    std::string const severity(context_.texts.text("severity." + std::string(enumName(alert.severity))));
     Colour const colour = alert.severity >= AlertSeverity::warning ? Colour::warning : Colour::sun;
-    return paragraph(severity + ": " + alert.title + ". ", alert.message, colour);
+    return paragraph(gradeText(gradeOf(alert), context_.texts) + ": " + alert.title + ". ", alert.message,
+                     colour);
   }
 
   /// How the official warnings were checked.

@@ -78,21 +78,15 @@ std::string sourceText(WarningEntry const& entry, WarningPageContext const& cont
          context.texts.format("warning.issued", momentText(*entry.issued, context));
 }
 
-std::string titleText(WarningEntry const& entry, WarningPageContext const& context) {
-  std::string title = oneLine(entry.title);
-  if (entry.colour.empty()) return title;
-  return title + " (" + std::string(context.texts.text("warning.colour." + entry.colour)) + ")";
-}
-
 std::string rendered(WarningEntry const& entry, WarningPageContext const& context) {
-  std::string const level(entry.isLevelStated ? enumName(entry.severity) : "notStated");
-  std::string const severity(context.texts.text("severity." + level));
+  WarningGrade const grade{entry.severity, entry.colour, entry.isLevelStated};
+  std::string const heading = gradeText(grade, context.texts) + ": " + oneLine(entry.title);
   Colour const colour = entry.severity >= AlertSeverity::warning ? Colour::warning : Colour::sun;
   std::string out;
-  for (std::string const& line :
-       wrapped(context.style.text(severity + ": " + titleText(entry, context)), context.width)) {
+  for (std::string const& line : wrapped(context.style.text(heading), context.width)) {
     out += context.style.painted(line, colour) + "\n";
   }
+  out += paragraph(statedSeverityText(grade, context.texts), context);
   out += paragraph(spanText(entry.onset, entry.end, wordsOf(context)), context);
   if (entry.isOnWater) out += paragraph(std::string(context.texts.text("warning.onWater")), context);
   out += paragraph(entry.area, context);

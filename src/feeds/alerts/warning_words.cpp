@@ -2,6 +2,10 @@
 
 #include "base/text/text.h"
 
+#include <algorithm>
+#include <iterator>
+#include <string_view>
+
 namespace nimbara {
 
 namespace {
@@ -14,10 +18,27 @@ void append(std::string& text, std::string_view part) {
   text += part;
 }
 
+std::string severityText(AlertSeverity severity, Texts const& texts) {
+  return std::string(texts.text("severity." + std::string(enumName(severity))));
+}
+
 /// The colour where the issuer grades by colours.
 std::string levelText(NearArea const& area, Texts const& texts) {
   if (area.colour) return std::string(texts.text("warning.colour." + *area.colour));
-  return area.severity ? std::string(texts.text("severity." + std::string(enumName(*area.severity)))) : "";
+  return area.severity ? severityText(*area.severity, texts) : std::string();
+}
+
+struct ColourGrade {
+  std::string_view colour;
+  AlertSeverity severity;
+};
+constexpr ColourGrade kColours[] = {{"yellow", AlertSeverity::advisory},
+                                    {"orange", AlertSeverity::warning},
+                                    {"red", AlertSeverity::critical}};
+
+ColourGrade const* colourGrade(std::string_view colour) {
+  auto const* const row = std::ranges::find(kColours, colour, &ColourGrade::colour);
+  return row == std::end(kColours) ? nullptr : row;
 }
 
 bool isAlike(NearArea const& one, NearArea const& other) {
@@ -53,6 +74,24 @@ void takeOut(std::string& list, std::string_view part) {
 }
 
 }  // namespace
+
+WarningGrade gradeOf(WeatherAlert const& alert) {
+  return {alert.severity, alert.colour ? std::string_view(*alert.colour) : std::string_view(),
+          alert.levelStated.value_or(true)};
+}
+
+std::string gradeText(WarningGrade const& grade, Texts const& texts) {
+  if (colourGrade(grade.colour) != nullptr) {
+    return std::string(texts.text("warning.grade." + std::string(grade.colour)));
+  }
+  return grade.isStated ? severityText(grade.severity, texts) : std::string(texts.text("severity.notStated"));
+}
+
+std::string statedSeverityText(WarningGrade const& grade, Texts const& texts) {
+  ColourGrade const* const colour = colourGrade(grade.colour);
+  if (colour == nullptr || colour->severity == grade.severity) return {};
+  return texts.format("warning.statedSeverity", severityText(grade.severity, texts));
+}
 
 std::string spanText(std::optional<Instant> onset, std::optional<Instant> end, WarningWords const& words) {
   std::string span;

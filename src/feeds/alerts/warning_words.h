@@ -8,6 +8,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace nimbara {
@@ -20,11 +21,25 @@ struct WarningWords {
   DistanceUnit distance = DistanceUnit::km;
 };
 
+/// How severe a warning is by those who issue it.
+struct WarningGrade {
+  AlertSeverity severity = AlertSeverity::info;
+  std::string_view colour = {};  ///< empty where they do not grade by colours
+  bool isStated = true;
+};
+
+WarningGrade gradeOf(WeatherAlert const& alert);
+/// "Orange": the colour where there is one, else "Warning", or that no level is stated.
+std::string gradeText(WarningGrade const& grade, Texts const& texts);
+/// "Severity stated by the service: Advisory" where the colour stands for another severity; else empty. Some
+/// services grade by both, each in its own way.
+std::string statedSeverityText(WarningGrade const& grade, Texts const& texts);
+
 /// "from 9:00 AM, until Sunday 9:00 PM"; a beginning that is past is left out.
 std::string spanText(std::optional<Instant> onset, std::optional<Instant> end, WarningWords const& words);
 
-/// "Innviertel (37 km: red, from 8:00 PM), Hills (12 km)": level and period where they differ from `own`, what
-/// the warning says of the place itself. Empty without areas.
+/// "Innviertel (37 km: red, from 8:00 PM), Hills (12 km)": level and period where they differ from `own`,
+/// what the warning says of the place itself. Empty without areas.
 std::string nearAreasText(std::vector<NearArea> const& near, NearArea const& own, WarningWords const& words);
 
 /// What the warning says of the place itself, in the form of a near area.

@@ -81,8 +81,7 @@ AlertView viewOf(WeatherAlert const& alert, WeatherState const& state, ViewConte
   AlertView view;
   view.id = alert.id.text();
   view.level = enumName(alert.severity);
-  view.severity =
-      context.text(alert.levelStated.value_or(true) ? "severity." + view.level : "severity.notStated");
+  view.severity = gradeText(gradeOf(alert), context.texts);
   view.title = oneLine(alert.title, kLongestTitle);
   view.message = cutAt(messageOf(alert), kLongestMessage);
   view.area = oneLine(placeAreas(alert), kLongestTitle);
@@ -116,6 +115,7 @@ std::vector<AlertView> viewsOf(std::vector<WeatherAlert> alerts, WeatherState co
 std::string detailsOf(WeatherAlert const& alert, WeatherState const& state, ViewContext const& context) {
   std::string details;
   append(details, messageOf(alert), "\n\n");
+  append(details, statedSeverityText(gradeOf(alert), context.texts), "\n\n");
   if (alert.areaDesc) append(details, reflowed(placeAreas(alert)), "\n\n");
   append(details, nearAreasOf(alert, wordsOf(state, context)), "\n\n");
   if (alert.text) {
