@@ -127,6 +127,23 @@ TEST(TimeWords, LabelHoursByTheirDistanceInDays) {
   EXPECT_EQ(words.format(now, "EEE d.M.yyyy 'at' HH:mm, h a"), "Sat 21.11.2026 at 21:30, 9 PM");
 }
 
+TEST(TimeWords, TellHowOldSomethingIs) {
+  Texts const english = Texts::load("en");
+  Instant const now = at("2026-11-21T20:30:00Z");
+  for (auto const& [age, text] : {std::pair<std::chrono::seconds, char const*>{0s, "just now"},
+                                  {59s, "just now"},
+                                  {60s, "1 min ago"},
+                                  {2h - 1s, "119 min ago"},
+                                  {2h, "2 h ago"},
+                                  {48h - 1s, "47 h ago"},
+                                  {48h, "2 days ago"},
+                                  {-120s, "just now"},
+                                  {-121s, "dated in the future"},
+                                  {-24h * 154, "dated in the future"}}) {
+    EXPECT_EQ(ageText(now - age, now, english), text) << age.count();
+  }
+}
+
 TEST(TimeWords, HaveOneClockForAllForms) {
   struct Row {
     char const* locale;

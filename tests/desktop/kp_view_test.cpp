@@ -66,7 +66,8 @@ TEST(KpView, TellsWhatIsNotKnownAndWhatIsOld) {
            "The K index could not be updated since 06:20. Reason: the service returned an error (HTTP 503)."},
        Row{6h + 1ms, true, false, "",
            "The K index could not be updated since 06:19. Reason: the service returned an error (HTTP "
-           "503)."}}) {
+           "503)."},
+       Row{-6h, false, true, "Quiet", ""}, Row{-6h - 1ms, false, false, "Loading K index…", ""}}) {
     HazardsState state = hazardsOf({});
     if (row.hasFailed) state.kp.failure = ServiceFailure::answered(503);
     state.kp.checkedAt.reset();

@@ -93,7 +93,12 @@ INSTANTIATE_TEST_SUITE_P(
         StateRow{
             "trusted", [](GovSourceState& s) { s.checkedAt = kNow - 45min; }, CoverageState::none, 0, {}, {}},
         StateRow{"old", [](GovSourceState& s) { s.checkedAt = kNow - 45min - 1ms; }, CoverageState::unchecked,
-                 0, kNow - 45min - 1ms, ServiceFailure::of(ServiceFailure::Kind::notAskedLately)}),
+                 0, kNow - 45min - 1ms, ServiceFailure::of(ServiceFailure::Kind::notAskedLately)},
+        StateRow{
+            "ahead", [](GovSourceState& s) { s.checkedAt = kNow + 45min; }, CoverageState::none, 0, {}, {}},
+        StateRow{"ofAnotherClock", [](GovSourceState& s) { s.checkedAt = kNow + 45min + 1ms; },
+                 CoverageState::unchecked, 0, kNow,
+                 ServiceFailure::of(ServiceFailure::Kind::notAskedLately)}),
     [](auto const& row) { return std::string(row.param.why); });
 
 TEST(Coverage, NamesTheCountryThatNobodyWarnsFor) {

@@ -133,6 +133,16 @@ TEST_F(GovAlertServiceTest, BelievesAnAlertWithoutEndForADay) {
   EXPECT_TRUE(gov.fetchAlerts(place_).alerts.empty());
 }
 
+TEST_F(GovAlertServiceTest, BelievesNoAlertWithoutEndForEverBecauseTheClockWasSetBack) {
+  a_.answer = GovSourceAnswer{{alert("endless", AlertSeverity::info, {})}, {}};
+  GovAlertService gov = service();
+  gov.fetchAlerts(place_);
+  clock_.advance(-24h + 1ms);
+  EXPECT_EQ(gov.keptAlerts(place_).alerts.size(), 1);
+  clock_.advance(-1ms);
+  EXPECT_TRUE(gov.keptAlerts(place_).alerts.empty());
+}
+
 TEST_F(GovAlertServiceTest, ShowsAtOnceWhatItKnewBeforeARestart) {
   a_.answer = GovSourceAnswer{
       {alert("kept", AlertSeverity::info, kNow + 1h), alert("ending", AlertSeverity::info, kNow + 1min)}, {}};

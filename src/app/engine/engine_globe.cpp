@@ -1,5 +1,6 @@
 #include "app/engine/engine_globe.h"
 
+#include "feeds/fetching/feed_exchange.h"
 #include "feeds/quakes/earthquake_service.h"
 
 #include <algorithm>
@@ -52,12 +53,10 @@ void EngineGlobe::setShown(bool isShown) {
 
 bool EngineGlobe::isLoadDue(Instant now) const {
   if (!loaded_) return true;
-  bool const areSound = std::ranges::all_of(
-      state_.groups, [](GlobeGroup const& group) { return group.state == GlobeGroup::State::fresh; });
-  Instant oldest = now;
-  for (GlobeGroup const& group : state_.groups) oldest = std::min(oldest, group.fetched);
-  bool const isOld = !areSound || now - oldest >= SatelliteFeed::kFreshFor;
-  return isOld && now - *loaded_ >= kRetry;
+  bool const areFresh = std::ranges::all_of(state_.groups, [now](GlobeGroup const& group) {
+    return group.state == GlobeGroup::State::fresh && isYounger(group.fetched, SatelliteFeed::kFreshFor, now);
+  });
+  return !areFresh && !isYounger(*loaded_, kRetry, now);
 }
 
 void EngineGlobe::askForMore(Instant now) {
@@ -65,7 +64,8 @@ void EngineGlobe::askForMore(Instant now) {
     state_.isLoading = layer_->isLoading = true;
     parts_.work.run([this](std::stop_token const& stop) { loadGroups(stop); });
   }
-  if (!areEarthquakesAsked_ && (!earthquakesLoaded_ || now - *earthquakesLoaded_ >= kEarthquakesAfter)) {
+  if (!areEarthquakesAsked_ &&
+      (!earthquakesLoaded_ || !isYounger(*earthquakesLoaded_, kEarthquakesAfter, now))) {
     areEarthquakesAsked_ = true;
     parts_.work.run([this](std::stop_token const& stop) { loadEarthquakes(stop); });
   }

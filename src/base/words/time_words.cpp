@@ -148,7 +148,9 @@ std::string TimeWords::moment(Instant moment, Instant now) const {
 
 std::string ageText(Instant then, Instant now, Texts const& texts) {
   using namespace std::chrono;
+  constexpr minutes kClocksDiffer{2};
   auto const age = now - then;
+  if (age < -kClocksDiffer) return std::string(texts.text("report.inFuture"));
   if (age < minutes(1)) return std::string(texts.text("report.justNow"));
   if (age < hours(2)) return texts.format("report.minutesAgo", floor<minutes>(age).count());
   if (age < hours(48)) return texts.format("report.hoursAgo", floor<hours>(age).count());

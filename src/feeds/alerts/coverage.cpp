@@ -97,10 +97,11 @@ std::vector<SourceCoverage> coverageOf(GovAlerts const& alerts, std::string_view
 
 std::vector<SourceCoverage> agedCoverage(std::vector<SourceCoverage> coverage, Instant now) {
   for (SourceCoverage& source : coverage) {
-    bool const isOld = source.checkedAt && now - *source.checkedAt > kCoverageTrust;
+    // A check that lies ahead is of a clock that was set back: nobody knows how old it is.
+    bool const isOld = source.checkedAt && std::chrono::abs(now - *source.checkedAt) > kCoverageTrust;
     if (!isOld || source.state == CoverageState::unchecked) continue;
     source.state = CoverageState::unchecked;
-    source.since = source.checkedAt;
+    source.since = std::min(*source.checkedAt, now);
     source.reason = ServiceFailure::of(ServiceFailure::Kind::notAskedLately);
   }
   return coverage;

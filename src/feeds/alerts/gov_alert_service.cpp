@@ -47,7 +47,8 @@ bool has(std::vector<WeatherAlert> const& alerts, Uuid const& id) {
 }
 
 bool isOver(WeatherAlert const& alert, GovSourceState const& state, Instant now) {
-  bool const isOld = state.checkedAt && now - *state.checkedAt >= kLongestFaith;
+  // As long ahead: of a clock that was set back.
+  bool const isOld = state.checkedAt && std::chrono::abs(now - *state.checkedAt) >= kLongestFaith;
   return hasEnded(alert, now) || (!alert.expires && isOld);
 }
 

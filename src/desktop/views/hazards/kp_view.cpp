@@ -99,7 +99,7 @@ KpView kpView(HazardsState const& state, ViewContext const& context) {
   view.notice = noticeOf(state.kp, context);
   view.source = sourceOf(state.kp.checkedAt, context);
   auto const kp = state.kp.data.now;
-  bool const isOld = state.kp.checkedAt && context.now - *state.kp.checkedAt > kTrust;
+  bool const isOld = state.kp.checkedAt && std::chrono::abs(context.now - *state.kp.checkedAt) > kTrust;
   if (!kp || isOld) {
     view.word = view.notice.empty() ? context.text("desktop.kp.asking") : std::string();
     return view;
