@@ -83,6 +83,21 @@ TEST_F(NotificationLog, SaysOfEachWhyItWasOnlyListed) {
                 std::string(englishTexts().text("explain.note.onlyNear")));
 }
 
+/// Delivered silently, since it had begun before the first look, and cancelled before its end.
+TEST_F(NotificationLog, NamesWhatIsTakenAway) {
+  engine.turnOn("notify_govAlerts");
+  WeatherAlert alert = officialWarning(1, AlertSeverity::warning, engine.clock.now() - 24h);
+  alert.expires = engine.clock.now() + 24h;
+  engine.warnings = {alert};
+  engine.pass();
+  engine.warnings = std::vector<WeatherAlert>{};
+  engine.passAfter(15min);
+  engine.passAfter(15min);
+  EXPECT_THAT(outcomes(), ElementsAre("listed", "withdrawn"));
+  EXPECT_EQ(log().back().title, "Warning 1");
+  EXPECT_EQ(log().back().kind, "gov:wind");
+}
+
 TEST_F(NotificationLog, TakesAnotherLanguageForNoNews) {
   engine.turnOn("notify_govAlerts");
   WeatherAlert alert = officialWarning(1, AlertSeverity::warning, engine.clock.now());

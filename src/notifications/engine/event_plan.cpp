@@ -265,6 +265,8 @@ void PassPlanner::takeAway(RuleOutcome outcome, Rule const& rule, std::string co
   Decision& decision = add(outcome, rule);
   decision.key = key;
   decision.request.identifier = key;
+  decision.title = shown.title;
+  decision.kind = shown.kind;
   decision.severity = shown.severity;
   decision.isPartial = context_.isPartial;
   for (RuleInputs const& inputs : places_) decision.placeTags.push_back(inputs.place.tag);

@@ -53,7 +53,8 @@ LoggedNotification logLineOf(Decision const& decision, Instant now) {
   LoggedNotification line;
   line.time = now;
   line.identifier = decision.request.identifier.empty() ? decision.key : decision.request.identifier;
-  line.title = decision.request.title;
+  // What is taken away sends nothing that has a title.
+  line.title = decision.request.title.empty() ? decision.title : decision.request.title;
   line.outcome = enumName(decision.outcome);
   line.place = decision.place;
   line.body = oneLine(joinedLines(decision.request.body), kLongestBody);
