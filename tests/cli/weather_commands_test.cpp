@@ -20,6 +20,7 @@ using namespace std::chrono_literals;
 using test::at;
 using test::CliRun;
 using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 
 struct WeatherCommands : test::DemoSession {
@@ -51,6 +52,27 @@ TEST_F(WeatherCommands, ServeAForecastFromTheCacheWhileItIsFresh) {
   EXPECT_THAT(run({"forecast", "1,2", "--json"}, "2026-11-21T09:36:01Z").out,
               StartsWith(R"({"provider":"openMeteo","fromCache":false,"stale":false)"))
       << "the network is back";
+}
+
+/// A week's forecast, found eight days later.
+TEST_F(WeatherCommands, SayThatAForecastHasEnded) {
+  ASSERT_EQ(run({"forecast", "1,2"}).exitCode, 0);
+  goOffline();
+  std::string const last = run({"forecast", "1,2"}, "2026-11-27T22:00:00Z").out;
+  EXPECT_THAT(last, HasSubstr("\nToday "));
+  EXPECT_THAT(last, HasSubstr("\nSun and moon\n"));
+  std::string const over = run({"forecast", "1,2"}, "2026-11-29T09:20:00Z").out;
+  EXPECT_THAT(over, HasSubstr("\n7-day forecast\n The forecast ended on Friday, 27 November 2026.\n"));
+  EXPECT_THAT(over, Not(HasSubstr("Sun and moon"))) << "those of a day that is over";
+}
+
+TEST_F(WeatherCommands, TellNoAgeThatLiesAhead) {
+  ASSERT_EQ(run({"forecast", "1,2"}).exitCode, 0);
+  goOffline();
+  CliRun const before = run({"forecast", "1,2"}, "2026-06-21T12:00:00Z");
+  EXPECT_THAT(before.err, HasSubstr("could not fetch a newer forecast")) << "somebody is asked";
+  EXPECT_THAT(before.out, HasSubstr("(dated in the future)"));
+  EXPECT_THAT(before.out, Not(HasSubstr("just now")));
 }
 
 TEST_F(WeatherCommands, SayWhenProvidersThatFailedAreAskedAgain) {

@@ -50,9 +50,9 @@ class Table {
   std::string str() const {
     std::string out;
     for (DailyForecast const& day : data_.daily) {
-      if (!isOver(day) || isOver(data_.daily.back())) out += row(day);
+      if (!isOver(day)) out += row(day);
     }
-    return out;
+    return out.empty() ? ended() : out;
   }
 
  private:
@@ -78,6 +78,18 @@ class Table {
   /// Some answers begin with yesterday.
   bool isOver(DailyForecast const& day) const {
     return daysBetween(context_.calendar.day(day.date), context_.calendar.day(context_.options.now)) > 0;
+  }
+
+  /// In place of days that are none any more.
+  std::string ended() const {
+    std::string const day =
+        context_.words.format(data_.daily.back().date, context_.texts.text("report.dateFormat"));
+    std::string out;
+    for (std::string const& line :
+         wrapped(style().text(context_.texts.format("report.ended", day)), context_.options.width - 1)) {
+      out += " " + line + "\n";
+    }
+    return out;
   }
 
   std::string row(DailyForecast const& day) const {

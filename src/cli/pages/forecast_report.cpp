@@ -198,12 +198,6 @@ class Report {
     return out;
   }
 
-  DailyForecast const* today() const {
-    DailyForecast const* const day = dayAt(data_, context_.options.now);
-    if (day != nullptr) return day;
-    return data_.daily.empty() ? nullptr : &data_.daily.front();
-  }
-
   /// A clock text of the record as this program writes clocks; other texts ("No moonrise") have no clock.
   std::string clock(std::string const& recorded) const {
     auto const minutes = parseClock12(recorded);
@@ -220,7 +214,7 @@ class Report {
   }
 
   std::string sunAndMoon() const {
-    DailyForecast const* const day = today();
+    DailyForecast const* const day = dayAt(data_, context_.options.now);
     if (day == nullptr || day->astronomy.moonPhase.empty()) return {};
     auto const& sky = day->astronomy;
     bool const sunMoves = parseClock12(sky.sunrise) || parseClock12(sky.sunset);
