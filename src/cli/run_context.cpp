@@ -8,6 +8,7 @@
 #include "app/settings/service_directory.h"
 #include "base/text/text.h"
 #include "base/words/time_words.h"
+#include "gazetteer/gazetteer.h"
 
 #include <utility>
 #include <variant>
@@ -89,7 +90,8 @@ RunContext::RunContext(CommonOptions const& common, Session const& session, Cloc
       session_(session),
       clock_(clock),
       engine_(session.environment, optionsOf(common, session, clock, departure)),
-      wording_(engine_.wording()) {}
+      wording_(engine_.wording()),
+      calendar_(wording_->fallback) {}
 
 Composition& RunContext::app() {
   std::call_once(asked_, [this] {
@@ -150,7 +152,7 @@ std::string RunContext::advised(std::optional<ServiceFailure> const& failure) co
 }
 
 std::string RunContext::moment(Instant when) const {
-  return TimeWords(texts(), wording_->fallback).moment(when, clock_.now());
+  return TimeWords(texts(), calendar_).moment(when, clock_.now());
 }
 
 std::string RunContext::sentenceOf(APIError const& error) const {
@@ -159,6 +161,14 @@ std::string RunContext::sentenceOf(APIError const& error) const {
 }
 
 Result<Place, Failure> RunContext::place(std::string const& text) {
+  auto found = findPlace(text);
+  if (found) {
+    calendar_ = Calendar::forZone(std::string(timeZoneAt(found->coordinate))).value_or(wording_->fallback);
+  }
+  return found;
+}
+
+Result<Place, Failure> RunContext::findPlace(std::string const& text) {
   auto const places = Places(*session_.store).list();
   auto const wanted = resolvePlace(text, places.value_or(PlaceList{}));
   if (!wanted) {

@@ -47,11 +47,15 @@ class RunContext {
   /// What went wrong on the way to an answer that came all the same: providers that failed, data that are
   /// old. Empty when nothing did.
   std::string note(ForecastAnswer const& answer) const;
-  /// "10:20 AM", with the day where it is not today, by the machine's clock.
+  /// In whose time moments are told: the place's once `place` has found one, else the reader's.
+  Calendar const& calendar() const { return calendar_; }
+  /// In the reader's time: of several places at once.
+  void tellReadersTime() { calendar_ = wording_->fallback; }
+  /// "10:20 AM", with the day where it is not today, in that time.
   std::string moment(Instant when) const;
   /// One line on standard error; nothing for an empty sentence.
   void tell(std::string_view sentence) const;
-  /// Why a feed failed, as people read it, with the machine's clock; whole with --verbose.
+  /// Why a feed failed, as people read it, in the time of `calendar`; whole with --verbose.
   std::string plain(ServiceFailure failure) const;
   std::string plain(InputFailure failure) const;
   /// The same, and what to do.
@@ -66,6 +70,7 @@ class RunContext {
   std::string const& servicesBase() const { return engine_.standIn(); }
 
  private:
+  Result<Place, Failure> findPlace(std::string const& text);
   std::string textOf(APIError const& error) const;
   std::string failedProviders() const;
 
@@ -74,6 +79,7 @@ class RunContext {
   Clock const& clock_;
   Engine engine_;
   std::shared_ptr<Wording const> wording_;
+  Calendar calendar_;
   std::once_flag asked_;
   std::shared_ptr<Composition> app_;                        ///< from the first question on
   std::vector<std::pair<std::string, APIError>> failures_;  ///< in the order of the attempts

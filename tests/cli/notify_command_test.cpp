@@ -54,6 +54,15 @@ TEST_F(NotifyCommandTest, ExplainsEveryRule) {
                         R"("outcome":"conditionFalse","place":"Berlin","measured":[{"what":"hourlyRain",)"));
 }
 
+TEST_F(NotifyCommandTest, TellsTheTimesOfOnePlaceByItsClockAndOfSeveralByTheReaders) {
+  EXPECT_THAT(run({"notify", "--explain"}).out,
+              StartsWith("Berlin: No official warnings, checked 10:20 AM\n"));
+  ASSERT_EQ(run({"places", "add", "38.72,-9.14", "--name", "Lisbon"}).exitCode, 0);
+  std::string const several = run({"notify", "--explain"}).out;
+  EXPECT_THAT(several, HasSubstr("Berlin: No official warnings, checked 9:20 AM\n"));
+  EXPECT_THAT(several, ContainsRegex("Lisbon: [^\n]+, checked 9:20 AM\n"));
+}
+
 TEST_F(NotifyCommandTest, KeepsALogThatCanBeRead) {
   EXPECT_EQ(run({"notify", "--log"}).out, "No notifications yet.\n");
   EXPECT_EQ(run({"notify", "--log", "--json"}).out, "[]\n");
@@ -119,8 +128,8 @@ TEST_F(NotifyCommandTest, NoNetworkSilencesWhatNeedsIt) {
 
 /// Warnings and alerts would be listed: of what is left, the advisories alone can be looked at.
 TEST_F(NotifyCommandTest, TellsNothingFoundFromNotLookedAt) {
-  for (char const* const rule : {"notify_morningSummary", "notify_severe", "notify_govAlerts",
-                                 "notify_travelAdvisory"}) {
+  for (char const* const rule :
+       {"notify_morningSummary", "notify_severe", "notify_govAlerts", "notify_travelAdvisory"}) {
     ASSERT_EQ(run({"settings", "set", rule, "false"}).exitCode, 0);
   }
   EXPECT_EQ(run({"notify", "--dry-run"}).out, "No notifications.\n");

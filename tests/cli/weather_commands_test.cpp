@@ -66,6 +66,14 @@ TEST_F(WeatherCommands, SayThatAForecastHasEnded) {
   EXPECT_THAT(over, Not(HasSubstr("Sun and moon"))) << "those of a day that is over";
 }
 
+TEST_F(WeatherCommands, TellAllTimesOfAPlaceByItsClock) {
+  ASSERT_EQ(run({"forecast", "59.91,10.75"}).exitCode, 0);
+  goOffline();
+  CliRun const old = run({"forecast", "59.91,10.75"}, "2026-11-21T10:00:00Z");
+  EXPECT_THAT(old.out, HasSubstr("! Older data from 10:20 AM (40 min ago)"));
+  EXPECT_THAT(old.err, HasSubstr("showing the one from 10:20 AM\n"));
+}
+
 TEST_F(WeatherCommands, TellNoAgeThatLiesAhead) {
   ASSERT_EQ(run({"forecast", "1,2"}).exitCode, 0);
   goOffline();

@@ -60,6 +60,29 @@ TEST(Here, SaysWhatBecameOfTheQuestion) {
   }
 }
 
+SavedPlace savedAt(char const* name, Coordinate coordinate) {
+  SavedPlace place;
+  place.id = Uuid::named(Uuid{}, name);
+  place.name = name;
+  place.coordinate = coordinate;
+  return place;
+}
+
+/// One moment is told once, whatever the clocks of the places say.
+TEST(Places, TellTheirChecksInTheReadersTime) {
+  PlaceList list;
+  list.places = {savedAt("Berlin", {52.52, 13.41}), savedAt("Lisbon", {38.72, -9.14})};
+  SourceCoverage calm;
+  calm.state = CoverageState::none;
+  calm.checkedAt = kNow - std::chrono::minutes(5);
+  std::vector<PlaceCoverage> coverage;
+  for (SavedPlace const& place : list.places) coverage.push_back({place.coordinate, {calm}});
+  auto const views = placeViews(list, {}, false, coverage, contextAt(kNow));
+  ASSERT_EQ(views.size(), 2);
+  EXPECT_EQ(views[0].warnings, "No official warnings, checked 12:15");
+  EXPECT_EQ(views[1].warnings, views[0].warnings);
+}
+
 TEST(OnlineSearch, SaysWhatFailed) {
   APIError offline = APIError::of(APIError::Case::networkError);
   offline.transport = HttpError::Kind::connectionFailed;

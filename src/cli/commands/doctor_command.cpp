@@ -41,7 +41,6 @@ struct CachedPlace {
 
 struct PlaceWarnings {
   std::string name;
-  Calendar calendar = Calendar::utc();  ///< the place's, for words
   std::vector<SourceCoverage> coverage;
 };
 
@@ -178,10 +177,8 @@ std::vector<PlaceWarnings> warningsOf(RunContext& context, Session const& sessio
   for (SavedPlace const& place : places.value_or(PlaceList{}).places) {
     GovAlertPlace const asked = govAlertPlace(place.coordinate);
     GovAlerts const kept = context.app().feeds().govAlerts().keptAlerts(asked);
-    Calendar const calendar =
-        Calendar::forZone(std::string(timeZoneAt(place.coordinate))).value_or(context.wording().fallback);
     warnings.push_back(
-        {place.name, calendar, agedCoverage(coverageOf(kept, asked.countryCode), context.clock().now())});
+        {place.name, agedCoverage(coverageOf(kept, asked.countryCode), context.clock().now())});
   }
   return warnings;
 }
@@ -300,7 +297,7 @@ class Page {
   std::string linesOf(PlaceWarnings const& place) const {
     std::string text;
     for (std::string const& line :
-         coverageLines(place.coverage, context_.texts(), place.calendar, context_.clock().now())) {
+         coverageLines(place.coverage, context_.texts(), context_.calendar(), context_.clock().now())) {
       text += (text.empty() ? "" : "; ") + line;
     }
     return text;

@@ -14,7 +14,6 @@
 #include "cli/terminal.h"
 #include "feeds/alerts/gov_alert_service.h"
 #include "feeds/regions/regions.h"
-#include "gazetteer/gazetteer.h"
 #include "notifications/engine/notification_manager.h"
 #include "notifications/engine/notification_state.h"
 #include "platform/linux/desktop_services.h"
@@ -83,6 +82,7 @@ class NotifyRun {
     if (!list) return Failure{exitCode::kUnavailable, list.error().message, {}};
     places_ = watchedPlaces(*selected, *list);
     if (!options_.place.empty()) places_.resize(1);
+    if (places_.size() > 1) context_.tellReadersTime();
     return readRules();
   }
 
@@ -174,11 +174,6 @@ class NotifyRun {
                          : notificationsText(plan, context_.texts(), styleOf(session_), widthOf(session_));
   }
 
-  /// The place's own time.
-  Calendar calendarAt(Coordinate coordinate) const {
-    return Calendar::forZone(std::string(timeZoneAt(coordinate))).value_or(context_.wording().fallback);
-  }
-
   /// How the official warnings of each place were checked, in this pass or, where no rule reads them, before.
   std::string officialStates() {
     std::string out;
@@ -188,7 +183,7 @@ class NotifyRun {
       auto const coverage = agedCoverage(
           coverageOf(context_.app().feeds().govAlerts().keptAlerts(asked), asked.countryCode), clock_->now());
       for (std::string const& line :
-           coverageLines(coverage, context_.texts(), calendarAt(watched.place.coordinate), clock_->now())) {
+           coverageLines(coverage, context_.texts(), context_.calendar(), clock_->now())) {
         out += oneLine(watched.place.name) + ": " + line + "\n";
       }
     }
@@ -197,7 +192,7 @@ class NotifyRun {
 
   ReasonWords words() const {
     Wording const& wording = context_.wording();
-    return {context_.texts(), wording.units, wording.fallback, clock_->now()};
+    return {context_.texts(), wording.units, context_.calendar(), clock_->now()};
   }
 
   NotifyOptions const& options_;

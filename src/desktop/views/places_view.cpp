@@ -3,7 +3,6 @@
 #include "app/state/weather_state.h"
 #include "app/words/coverage_text.h"
 #include "app/words/failure_text.h"
-#include "gazetteer/gazetteer.h"
 #include "model/present.h"
 
 #include <algorithm>
@@ -34,16 +33,15 @@ void fillWeather(View& view, WeatherData const& data, ViewContext const& context
   }
 }
 
-/// Of a place that nobody has asked for, nothing is said. In the place's own time.
+/// Of a place that nobody has asked for, nothing is said. In the reader's time, as of all in the list.
 void fillWarnings(PlaceView& view, Coordinate coordinate, std::vector<PlaceCoverage> const& all,
                   ViewContext const& context) {
   auto const found = std::ranges::find(all, coordinate, &PlaceCoverage::coordinate);
   if (found == all.end() || found->coverage.empty()) return;
   auto const aged = agedCoverage(found->coverage, context.now);
   SourceCoverage const& coverage = mostPressing(aged);
-  Calendar const calendar = Calendar::forZone(std::string(timeZoneAt(coordinate))).value_or(context.fallback);
   view.warningsState = enumName(coverage.state);
-  view.warnings = coverageText(coverage, context.texts, calendar, context.now);
+  view.warnings = coverageText(coverage, context.texts, context.fallback, context.now);
   view.sentence += ", " + view.warnings;
 }
 
