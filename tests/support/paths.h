@@ -7,6 +7,7 @@ namespace nimbara::test {
 extern char const* const kFixtures;  ///< tests/fixtures
 extern char const* const
     kProgram;  ///< the command line's program, beside which the others and the modules lie
-extern char const* const kPictures;  ///< where pictures of pages are left for people to look at
+extern char const* const kForeignModules;  ///< modules of another version
+extern char const* const kPictures;        ///< where pictures of pages are left for people to look at
 
 }  // namespace nimbara::test

@@ -10,13 +10,15 @@ Result<HttpResponse, HttpError> LazyHttpClient::get(HttpRequest const& request, 
   std::call_once(loaded_, [this] {
     auto const* const module =
         static_cast<HttpModule const*>(loadModule(program_, kHttpModuleFile, kHttpModuleSymbol));
-    if (module != nullptr) client_ = module->make(userAgent_);
+    isForeign_ = module != nullptr && module->layout != HttpLayout{};
+    if (module != nullptr && !isForeign_) client_ = module->make(userAgent_);
     // Much was run through on the way here that is not needed while the answer is awaited.
     giveBackCode();
   });
   if (client_) return client_->get(request, std::move(stop));
-  return std::unexpected(
-      HttpError{HttpError::Kind::protocol, "the network component (nimbara-http.so) is not installed"});
+  constexpr std::string_view kComponent = "the network component (nimbara-http.so) is ";
+  std::string_view const why = isForeign_ ? "of another version; restart Nimbara" : "not installed";
+  return std::unexpected(HttpError{HttpError::Kind::protocol, std::string(kComponent) + std::string(why)});
 }
 
 }  // namespace nimbara

@@ -17,13 +17,14 @@ class LazyHttpClient final : public HttpClient {
   LazyHttpClient(std::filesystem::path program, std::string userAgent)
       : program_(std::move(program)), userAgent_(std::move(userAgent)) {}
 
-  /// `protocol` for every request when that part is not installed.
+  /// `protocol` for every request when that part is not installed, or is of another build than the program.
   Result<HttpResponse, HttpError> get(HttpRequest const& request, std::stop_token stop = {}) override;
 
  private:
   std::filesystem::path program_;
   std::string userAgent_;
   std::once_flag loaded_;
+  bool isForeign_ = false;
   std::unique_ptr<HttpClient> client_;
 };
 

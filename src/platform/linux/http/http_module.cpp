@@ -7,6 +7,7 @@ extern "C" {
 [[gnu::visibility("default")]] extern nimbara::HttpModule const nimbaraHttpModule;
 
 nimbara::HttpModule const nimbaraHttpModule{
+    {},
     [](std::string const& userAgent) -> std::unique_ptr<nimbara::HttpClient> {
       return std::make_unique<nimbara::CurlHttpClient>(nimbara::CurlOptions{userAgent, {}});
     },

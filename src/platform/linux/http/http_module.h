@@ -3,12 +3,24 @@
 
 #include "platform/http_client.h"
 
+#include <cstddef>
 #include <memory>
 #include <string>
 
 namespace nimbara {
 
+/// By what both sides tell that they were built together: an update may replace the module beneath a program
+/// that is running, and what one of them writes the other must be able to read.
+struct HttpLayout {
+  std::size_t request = sizeof(HttpRequest);
+  std::size_t response = sizeof(HttpResponse);
+  std::size_t error = sizeof(HttpError);
+
+  bool operator==(HttpLayout const&) const = default;
+};
+
 struct HttpModule {
+  HttpLayout layout;
   std::unique_ptr<HttpClient> (*make)(std::string const& userAgent);
 };
 
