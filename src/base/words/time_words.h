@@ -54,8 +54,7 @@ class TimeWords {
   Calendar calendar_;
 };
 
-/// How old something is, in words: "just now", "25 min ago"; "dated in the future" where the clock has been
-/// set back since, or was wrong then.
+/// How old something is, in words: "just now", "25 min ago".
 std::string ageText(Instant then, Instant now, Texts const& texts);
 
 }  // namespace nimbara
