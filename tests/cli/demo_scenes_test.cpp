@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <regex>
+
 namespace nimbara {
 namespace {
 
@@ -64,7 +66,7 @@ INSTANTIATE_TEST_SUITE_P(
                  "warnings",
                  1,
                  {R"("severity":"advisory")", R"("expires":"2026-11-21T15:00:00Z")"},
-                 {R"("severity":"critical")"}},
+                 {R"("severity":"critical","title")"}},
         SceneRow{"moved", "warnings", 1, {R"("onset":"2026-11-21T09:00:00Z")"}, {}},
         SceneRow{"cancelled", "warnings", 1, {"Rain Warning"}, {}},
         SceneRow{"bilingual", "warnings", 1, {R"("message":"Brabant)"}, {"2 areas"}},
@@ -115,9 +117,13 @@ TEST_F(DemoScenes, PutTheUnstatedLevelAboveTheSlightOne) {
 }
 
 TEST_F(DemoScenes, ExplainNoAllClearThatNobodyGave) {
-  std::string const abroad = play("uncovered", {"notify", "--explain"}).out;
-  EXPECT_THAT(abroad, HasSubstr("Not sent. No source of official warnings for this place."));
-  std::string const unread = play("rubbish", {"notify", "--explain"}).out;
+  auto const explained = [&](char const* scene) {
+    std::string const page = play(scene, {"notify", "--explain"}).out;
+    return std::regex_replace(page, std::regex("[ \n]+"), " ");
+  };
+  std::string const abroad = explained("uncovered");
+  EXPECT_THAT(abroad, HasSubstr("No source of official warnings for this place."));
+  std::string const unread = explained("rubbish");
   EXPECT_THAT(unread, HasSubstr("Could not be checked. Could not fetch warnings from MeteoAlarm"));
   for (std::string const& page : {abroad, unread}) EXPECT_THAT(page, Not(HasSubstr("No official")));
 }
