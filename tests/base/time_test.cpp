@@ -195,7 +195,7 @@ TEST(TimeWords, FollowTheLanguage) {
   Texts const portuguese = Texts::load("pt_BR.UTF-8");
   TimeWords const words(portuguese, zone("UTC"));
   Instant const now = at("2026-11-21T10:00:00Z");
-  EXPECT_EQ(words.aroundSuffix(at("2026-11-21T15:00:00Z"), now), " por volta de 3 PM");
+  EXPECT_EQ(words.aroundSuffix(at("2026-11-21T15:00:00Z"), now), " por volta das 3 PM");
   // Its table puts the weekday last.
   EXPECT_EQ(words.hourLabel(at("2026-11-23T15:00:00Z"), now), "3 PM de segunda-feira");
 }

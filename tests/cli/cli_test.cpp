@@ -108,6 +108,7 @@ INSTANTIATE_TEST_SUITE_P(
         SnapshotRow{"longyearbyen-ascii-80.txt", {"longyearbyen", "--ascii"}, 80},
         SnapshotRow{"lisbon-pt-100.txt", {"Lisbon", "--lang", "pt", "--width", "100"}, 100, "pt_PT.UTF-8"},
         SnapshotRow{"beijing-zh-80.txt", {"Beijing", "--lang", "zh"}, 80, "zh_CN.UTF-8"},
+        SnapshotRow{"warsaw-pl-80.txt", {"Warsaw", "--lang", "pl"}, 80, "pl_PL.UTF-8"},
         SnapshotRow{"singapore-40.txt", {"Singapore", "--width", "40"}, 40, "en_SG.UTF-8"},
         SnapshotRow{"berlin.json", {"Berlin", "--json"}, 0},
         SnapshotRow{"kathmandu-raw.json", {"Kathmandu", "--raw"}, 0}));

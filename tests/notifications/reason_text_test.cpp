@@ -180,7 +180,9 @@ TEST(ReasonText, SaysWhatDecided) {
             "change in the tropical cyclones."},
            {lineOf(conditionFalse, {{"strikesNear", 0, "atLeast", 1, ""}}, "noStrikes"),
             "Not sent. No lightning nearby in the last half hour."},
-           {failed(503), "Could not be checked. The service returned an error (HTTP 503)."},
+           {failed(503),
+            "Could not be checked. Could not fetch the earthquake list: the service returned an error (HTTP "
+            "503)."},
            // As former versions wrote it.
            {lineOf(unknown, {}, "the service returned status 503"),
             "Could not be checked. The service returned status 503."},

@@ -168,20 +168,21 @@ class Report {
     };
   }
 
-  /// Facts in columns of 40 cells.
+  /// Facts in columns of 40 cells; one that needs more has the rest of its line.
   std::string grid(std::vector<Fact> const& list) const {
     constexpr int kLabel = 15;
     int const columns = std::max(1, width() / 40);
-    int const column = width() / columns;
+    int const room = width() / columns - kLabel - 1;
     std::string out;
     int filled = 0;
     for (Fact const& fact : list) {
       if (fact.value.empty()) continue;
       out += " " + style().painted(style().cell(fact.label, kLabel), Colour::dim);
-      bool const lineEnds = ++filled % columns == 0;
-      out += lineEnds ? style().text(fact.value) + "\n" : style().cell(fact.value, column - kLabel - 1);
+      bool const lineEnds = ++filled == columns || displayWidth(fact.value) >= room;
+      out += lineEnds ? style().text(fact.value) + "\n" : style().cell(fact.value, room);
+      if (lineEnds) filled = 0;
     }
-    return filled % columns == 0 ? out : out + "\n";
+    return filled == 0 ? out : out + "\n";
   }
 
   /// The present; where nothing covers it, the last reading with its day and time.
