@@ -64,8 +64,11 @@ std::filesystem::path advisoryDirectory(ServiceDirectory const& services,
 MeteoAlarmService::Options meteoAlarmOptions(ServiceDirectory const& services,
                                              FeedServices::Options const& options) {
   auto const directory = alertDirectory(services, options.cacheDirectory);
-  return {services.address(Service::meteoAlarm).baseUrl,
-          directory.empty() ? directory : directory / "WarningDocuments", options.language};
+  auto const below = [&directory](char const* name) {
+    return directory.empty() ? directory : directory / name;
+  };
+  return {services.address(Service::meteoAlarm).baseUrl, below("WarningDocuments"), options.language,
+          below("WarningFeeds")};
 }
 
 AirQualityService::Options airQualityOptions(ServiceAddress address) {

@@ -1,8 +1,10 @@
 // One country's feed of warnings, asked for at most every five minutes and kept in memory: in Atom, and where
 // that fails as a list in JSON. Owned by the service of all countries. Any thread may ask; who comes while
-// another one asks waits for the same answer. Never throws; a failure leaves what was known before.
+// another one asks waits for the same answer. With a folder all processes that share it ask as one. Never
+// throws; a failure leaves what was known before.
 #pragma once
 
+#include "base/files/file_lock.h"
 #include "feeds/meteoalarm/meteo_alarm_feed_form.h"
 
 #include <array>
@@ -29,7 +31,9 @@ class MeteoAlarmCountryFeed {
     std::string documents;  ///< begins the public addresses of messages, ends in "/"
   };
 
-  MeteoAlarmCountryFeed(HttpClient& http, Clock const& clock, Addresses const& addresses);
+  /// `file` is where the forms are kept, without an ending; empty: nothing outlives the process.
+  MeteoAlarmCountryFeed(HttpClient& http, Clock const& clock, Addresses const& addresses,
+                        std::filesystem::path file);
 
   Answer get(std::stop_token const& stop);
 
@@ -41,10 +45,15 @@ class MeteoAlarmCountryFeed {
 
   bool isFresh() const;
   Asked ask(std::stop_token const& stop);
+  Asked askForms(std::stop_token const& stop);
+  std::optional<Asked> shared();
+  MeteoAlarmFeedForm const* latestForm() const;
+  std::unique_ptr<FileLock> waitForOthers(std::stop_token const& stop) const;
   Answer known() const { return {content_, messages_, lastFetchDate_, failure_}; }
 
   HttpClient& http_;
   Clock const& clock_;
+  std::filesystem::path file_;
 
   std::mutex mutex_;  // of all below; not held while the service is asked
   std::condition_variable_any answered_;

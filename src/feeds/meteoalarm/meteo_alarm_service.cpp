@@ -73,7 +73,8 @@ MeteoAlarmCountryFeed& MeteoAlarmService::feedOf(std::string const& country, std
     feed = std::make_unique<MeteoAlarmCountryFeed>(
         http_, clock_,
         MeteoAlarmCountryFeed::Addresses{options_.baseUrl + "/feeds/meteoalarm-legacy-atom-" + name,
-                                         options_.baseUrl + list, std::string(kPublicHost) + list + "/"});
+                                         options_.baseUrl + list, std::string(kPublicHost) + list + "/"},
+        options_.feedsDirectory.empty() ? std::filesystem::path() : options_.feedsDirectory / name);
   }
   return *feed;
 }

@@ -36,9 +36,10 @@ class MeteoAlarmService {
   using AreaLookup = std::function<bool(std::string_view country, RawEntry const&)>;
 
   struct Options {
-    std::string baseUrl;                       ///< scheme and host of the feeds
-    std::filesystem::path documentsDirectory;  ///< empty: documents do not outlive the process
-    std::string language;                      ///< of the reader; empty: that of the texts
+    std::string baseUrl;                        ///< scheme and host of the feeds
+    std::filesystem::path documentsDirectory;   ///< empty: documents do not outlive the process
+    std::string language;                       ///< of the reader; empty: that of the texts
+    std::filesystem::path feedsDirectory = {};  ///< shared by processes; empty: feeds do not outlive this one
   };
 
   /// `texts` outlives the service. Without `isKnownArea` every area counts as known.
