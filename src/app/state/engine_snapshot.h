@@ -25,6 +25,7 @@ struct EngineSnapshot {
   LocationState location;
   std::optional<StoreError> problem;  ///< why places could not be read or changed
   std::string unknownPlace;           ///< what none of them is called, though somebody asked for it
+  bool isOffline = false;  ///< there is no network; looked for only while there is no place to ask for
   std::shared_ptr<SettingsState const> settings;
   std::shared_ptr<Wording const> wording;  ///< the words and units that hold now
 };
