@@ -16,6 +16,7 @@
 #include "app/settings/settings_registry.h"
 #include "app/state/engine_snapshot.h"
 #include "globe/satellite_feed.h"
+#include "platform/linux/default_route.h"
 #include "platform/linux/desktop_services.h"
 #include "platform/linux/store/sqlite_settings_store.h"
 #include "platform/linux/timerfd_wake_timer.h"
@@ -328,6 +329,7 @@ void Engine::publish() {
   snapshot->location = std::move(places.location);
   snapshot->problem = std::move(places.problem);
   snapshot->unknownPlace = std::move(places.unknown);
+  snapshot->isOffline = !snapshot->place && standIn().empty() && !hasDefaultRoute();
   listener_(std::move(snapshot));
 }
 

@@ -82,6 +82,7 @@ class Engine final : public EngineActions {
   void choosePlace(std::string text);
   void addPlace(SavedPlace place) override;
   void removePlace(Uuid id) override;
+  void renamePlace(Uuid id, std::string name) override;
   void restorePlace(SavedPlace place, int position, bool select) override;
   void movePlace(Uuid id, int position) override;
   void chooseNotifications(Uuid id, PlaceChoice choice) override;

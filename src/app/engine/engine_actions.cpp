@@ -13,6 +13,7 @@ namespace nimbara {
 void EngineActions::selectPlace(Uuid /*id*/) {}
 void EngineActions::addPlace(SavedPlace /*place*/) {}
 void EngineActions::removePlace(Uuid /*id*/) {}
+void EngineActions::renamePlace(Uuid /*id*/, std::string /*name*/) {}
 void EngineActions::restorePlace(SavedPlace /*place*/, int /*position*/, bool /*select*/) {}
 void EngineActions::movePlace(Uuid /*id*/, int /*position*/) {}
 void EngineActions::chooseNotifications(Uuid /*id*/, PlaceChoice /*choice*/) {}

@@ -37,6 +37,7 @@ class EngineActions {
   virtual void selectPlace(Uuid id);
   virtual void addPlace(SavedPlace place);
   virtual void removePlace(Uuid id);
+  virtual void renamePlace(Uuid id, std::string name);
   /// Takes a removal back: the place at its old position with the rules that watched it.
   virtual void restorePlace(SavedPlace place, int position, bool select);
   /// `position` counts from one.

@@ -93,7 +93,10 @@ void Engine::followSystem(std::function<void(std::string const&)> missing) {
       state_->wokeUp(isResume ? RefreshTrigger::resumed : RefreshTrigger::networkReturned);
       notifications_->notifier().wokeUp();
       timer_->wake();
-      run([this] { followDevice(); });
+      run([this] {
+        followDevice();
+        publish();
+      });
     });
     for (std::string const& sentence : system_->missing()) missing(sentence);
   });
@@ -112,6 +115,12 @@ void Engine::removePlace(Uuid id) {
   run([this, id] {
     change([&id](PlaceList& list) { return nimbara::removePlace(list, id); });
     places_->disableRulesOf(id);
+  });
+}
+
+void Engine::renamePlace(Uuid id, std::string name) {
+  run([this, id, name = std::move(name)] {
+    change([&](PlaceList& list) { return nimbara::renamePlace(list, id, name); });
   });
 }
 

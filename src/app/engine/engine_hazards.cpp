@@ -10,6 +10,15 @@
 
 namespace nimbara {
 
+namespace {
+
+/// Whatever it is called.
+bool isSameSpot(std::optional<Place> const& one, std::optional<Place> const& other) {
+  return one && other && one->coordinate == other->coordinate;
+}
+
+}  // namespace
+
 EngineHazards::EngineHazards(InUse<FeedServices> feeds, SettingsStore& store, TaskRunner& runner,
                              Surroundings surroundings)
     : feeds_(std::move(feeds)), store_(store), runner_(runner), surroundings_(std::move(surroundings)) {}
@@ -30,9 +39,10 @@ void EngineHazards::change(Change apply) {
 void EngineHazards::setPlace(std::optional<Place> const& place) {
   std::lock_guard const turn(officialTurn_);
   change([&](HazardsState& state) {
-    state.official = {};
+    bool const isOnlyRenamed = isSameSpot(state.official.place, place);
+    if (!isOnlyRenamed) state.official = {};
     state.official.place = place;
-    state.official.isAsking = true;
+    state.official.isAsking = !isOnlyRenamed || state.official.isAsking;
   });
 }
 
@@ -55,7 +65,8 @@ void EngineHazards::showOfficial(Place const& place, bool isAsking) {
 
 void EngineHazards::finishOfficial(Place const& place) {
   std::lock_guard const turn(officialTurn_);
-  if (state()->official.place == place) showOfficial(place, false);
+  auto const shown = state()->official.place;
+  if (isSameSpot(shown, place)) showOfficial(*shown, false);
   showPlaces();
 }
 
@@ -64,8 +75,9 @@ void EngineHazards::showPlaces() {
   std::vector<PlaceCoverage> places;
   for (Place const& place : surroundings_.savedPlaces()) {
     GovAlertPlace const asked = govAlertPlace(place.coordinate);
-    places.push_back(
-        {place.coordinate, coverageOf(feeds_()->govAlerts().keptAlerts(asked), asked.countryCode)});
+    GovAlerts kept = feeds_()->govAlerts().keptAlerts(asked);
+    auto coverage = coverageOf(kept, asked.countryCode);
+    places.push_back({place.coordinate, std::move(coverage), std::move(kept.alerts)});
   }
   change([&](HazardsState& state) { state.places = std::move(places); });
 }

@@ -16,6 +16,9 @@ SettingsRegistry const& settingsRegistry();
 inline constexpr std::string_view kQuakeRadiusSetting = "hazardsQuakeRadius";
 inline constexpr std::string_view kQuakeMagnitudeSetting = "hazardsQuakeMagnitude";
 
+/// Whether the window has asked its one question, about notifications while it is closed.
+inline constexpr std::string_view kAskedBackgroundSetting = "desktop_askedBackground";
+
 /// "openMeteoHost" and "openMeteoApiKey": each service's own keys.
 std::string_view hostSetting(Service service);
 std::string_view apiKeySetting(Service service);

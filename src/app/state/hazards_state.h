@@ -42,6 +42,7 @@ struct QuakeFilter {
 struct PlaceCoverage {
   Coordinate coordinate;
   std::vector<SourceCoverage> coverage;
+  std::vector<WeatherAlert> alerts;  ///< the most severe first
 
   bool operator==(PlaceCoverage const&) const = default;
 };
