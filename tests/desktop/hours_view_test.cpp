@@ -1,6 +1,6 @@
 #include "desktop/views/hours_view.h"
 
-#include "desktop/views/places_view.h"
+#include "desktop/views/places/places_view.h"
 #include "states.h"
 
 #include <gmock/gmock.h>

@@ -25,6 +25,26 @@ WeatherState unknownState();
 
 WeatherState failedState();
 
+/// Nothing is stored yet and nobody can be reached.
+inline std::shared_ptr<EngineSnapshot> firstStart() {
+  auto snapshot = std::make_shared<EngineSnapshot>();
+  snapshot->isOffline = true;
+  return snapshot;
+}
+
+inline WeatherState loadingState() {
+  WeatherState state;
+  state.isLoading = true;
+  return state;
+}
+
+/// The first forecast of the first place.
+inline std::shared_ptr<EngineSnapshot> firstForecast() {
+  auto snapshot = snapshotOf(stateOf(mildWeek()));
+  snapshot->settings = std::make_shared<SettingsState const>(settingsWith({}));
+  return snapshot;
+}
+
 /// As many of everything as there may be.
 std::shared_ptr<EngineSnapshot> manyHazards();
 
@@ -51,6 +71,9 @@ inline constexpr StateRow kStates[] = {
     {"stale", [] { return snapshotOf(staleState()); }},
     {"failed", [] { return snapshotOf(failedState()); }},
     {"noPlaces", noPlaces},
+    {"firstStart", firstStart},
+    {"loading", [] { return snapshotOf(loadingState()); }},
+    {"firstForecast", firstForecast},
     {"alerts", [] { return snapshotOf(alertState()); }},
     {"manyHazards", manyHazards},
     {"uncheckedHazards", uncheckedHazards},

@@ -164,18 +164,5 @@ TEST_F(Keyboard, OpensAWarningsText) {
   EXPECT_THAT(model.alertDetails().toStdString(), testing::EndsWith("wwww"));
 }
 
-TEST_F(Keyboard, ShowsTheSearchWithoutAPlaceAndSaysWhy) {
-  press(Qt::Key_5, Qt::ControlModifier);
-  auto const* const why = window.window()->findChild<QQuickItem*>(QStringLiteral("firstPlace"));
-  ASSERT_NE(why, nullptr);
-  EXPECT_FALSE(why->isVisible());
-  press(Qt::Key_3, Qt::ControlModifier);
-  model.show(noPlaces());
-  EXPECT_EQ(page(), "places");
-  EXPECT_TRUE(why->isVisible());
-  EXPECT_EQ(why->property("text").toString().toStdString(),
-            "Choose a place first: the other pages show its weather, warnings and notifications.");
-}
-
 }  // namespace
 }  // namespace nimbara

@@ -1,4 +1,4 @@
-#include "desktop/views/places_view.h"
+#include "desktop/views/places/places_view.h"
 
 #include "states.h"
 
@@ -81,6 +81,74 @@ TEST(Places, TellTheirChecksInTheReadersTime) {
   ASSERT_EQ(views.size(), 2);
   EXPECT_EQ(views[0].warnings, "No official warnings, checked 12:15");
   EXPECT_EQ(views[1].warnings, views[0].warnings);
+}
+
+PlaceView viewOf(SavedPlace place, std::vector<PlaceCoverage> const& coverage = {}) {
+  PlaceList list;
+  list.places = {std::move(place)};
+  return placeViews(list, {}, true, coverage, contextAt(kNow)).front();
+}
+
+TEST(PlaceView, HasThePlacesOwnClock) {
+  EXPECT_EQ(viewOf(savedPlace("Tokyo", {35.68, 139.69})).localTime, "Sat 21:20");
+  EXPECT_EQ(viewOf(savedPlace("Auckland", {-36.85, 174.76})).localTime, "Sun 01:20");
+  EXPECT_EQ(viewOf(savedPlace("Denver", {39.74, -104.98})).localTime, "Sat 05:20");
+}
+
+struct MarkRow {
+  char const* name;
+  std::vector<std::pair<AlertSeverity, std::chrono::hours>> warnings;  ///< until when they last
+  CoverageState state;
+  char const* mark;
+  char const* text;
+};
+
+TEST(PlaceView, IsMarkedByItsHighestWarningThatLasts) {
+  using enum AlertSeverity;
+  using std::chrono::hours;
+  for (MarkRow const& row : {
+           MarkRow{"none", {}, CoverageState::none, "", ""},
+           MarkRow{"one", {{advisory, hours(3)}}, CoverageState::warnings, "advisory", "Advisory: Gale 0"},
+           MarkRow{"two",
+                   {{critical, hours(1)}, {info, hours(9)}},
+                   CoverageState::warnings,
+                   "critical",
+                   "Critical: Gale 0"},
+           MarkRow{"the higher has ended",
+                   {{critical, hours(0)}, {warning, hours(1)}},
+                   CoverageState::warnings,
+                   "warning",
+                   "Warning: Gale 1"},
+           MarkRow{"all ended", {{critical, hours(-1)}}, CoverageState::none, "", ""},
+           MarkRow{"not checked", {}, CoverageState::unchecked, "unchecked", nullptr},
+           MarkRow{
+               "known before", {{warning, hours(2)}}, CoverageState::unchecked, "warning", "Warning: Gale 0"},
+           MarkRow{"nobody warns here", {}, CoverageState::uncovered, "", ""},
+       }) {
+    SourceCoverage source;
+    source.source = "nws";
+    source.state = row.state;
+    source.checkedAt = source.since = kNow;
+    PlaceCoverage coverage{{10, 20}, {source}, {}};
+    for (auto const& [severity, left] : row.warnings) {
+      WeatherAlert alert = alertOf(severity, "Gale " + std::to_string(coverage.alerts.size()));
+      alert.expires = kNow + left;
+      coverage.alerts.push_back(std::move(alert));
+    }
+    PlaceView const view = viewOf(savedPlace("Somewhere", {10, 20}), {coverage});
+    EXPECT_EQ(view.mark, row.mark) << row.name;
+    EXPECT_EQ(view.markText, row.text == nullptr ? view.warnings : row.text) << row.name;
+    EXPECT_EQ(viewOf(savedPlace("Elsewhere", {11, 20}), {coverage}).mark, "");
+  }
+}
+
+TEST(FoundView, KnowsTheSavedPlaceThatItIs) {
+  PlaceList list;
+  list.places = {savedPlace("Home", {10, 20})};
+  auto const views =
+      foundViews({{"Near", "", "", "", {10, 20}, ""}, {"Far", "", "", "", {10, 21}, ""}}, list);
+  EXPECT_EQ(views[0].savedId, list.places[0].id.text());
+  EXPECT_EQ(views[1].savedId, "");
 }
 
 TEST(OnlineSearch, SaysWhatFailed) {

@@ -12,15 +12,19 @@ AbstractButton {
     required property string area
     required property bool isSaved
     required property string sentence
+    property bool isFirst: false  // Enter takes it
 
     implicitHeight: Math.max(52 * Theme.scale, words.height + Theme.space)
     Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
+    Keys.onDownPressed: match.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+    Keys.onUpPressed: match.nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
     Accessible.role: Accessible.Button
     Accessible.name: sentence + ", " + (isSaved ? App.words.saved : App.words.add)
 
     background: Rectangle {
         radius: 10
-        color: match.hovered ? Theme.raised : "transparent"
+        color: match.hovered || match.isFirst ? Theme.raised : "transparent"
         border.width: match.visualFocus ? 2 : 0
         border.color: Theme.accent
     }

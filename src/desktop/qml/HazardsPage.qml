@@ -10,15 +10,10 @@ ScrollPage {
     onEnabledChanged: if (enabled) App.hazards.look()
     Component.onCompleted: App.hazards.look()
 
-    PlainText {
+    PlaceHeading {
         width: page.inner
-        text: Theme.joined([App.hazards.words.title, App.now.place], "  ·  ")
-        elide: Text.ElideRight
-        color: Theme.text
-        font.pixelSize: Theme.headline
-        font.weight: Font.DemiBold
-        Accessible.role: Accessible.Heading
-        Accessible.name: text
+        lead: App.hazards.words.title
+        size: width < 300 * Theme.scale ? Theme.title : Theme.headline
     }
 
     Card {

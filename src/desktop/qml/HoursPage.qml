@@ -6,18 +6,9 @@ import NimbaraPages
 ScrollPage {
     id: page
 
-    PlainText {
+    PlaceHeading {
         width: page.inner
-        text: App.now.place || (App.isReady ? App.words.noPlaces : "")
-        wrapMode: Text.Wrap
-        maximumLineCount: 3
-        elide: Text.ElideRight
-        horizontalAlignment: Text.AlignLeft
-        color: Theme.text
-        font.pixelSize: width < 300 * Theme.scale ? Theme.title : Theme.headline
-        font.weight: Font.DemiBold
-        Accessible.role: Accessible.Heading
-        Accessible.name: text
+        size: width < 300 * Theme.scale ? Theme.title : Theme.headline
     }
     PlainText {
         width: page.inner

@@ -41,8 +41,31 @@ Window {
     minimumHeight: 480
     color: Theme.page
     title: App.now.hasPlace ? App.now.place + " – Nimbara" : "Nimbara"
-    onWantsPlaceChanged: if (wantsPlace) page = "places"
-    Component.onCompleted: if (wantsPlace) page = "places"
+
+    // Opens the menu of places with what was typed, below a heading or in the middle.
+    function switchPlace(typed, heading) {
+        switcher.active = true;
+        (switcher.item as PlaceSwitcher).show(typed, heading);
+    }
+
+    // Typing goes to the search, wherever the keys are: what nothing in the window wants comes here.
+    function type(event) {
+        const isCommand = event.modifiers & (Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier);
+        if (isCommand || !App.switcher.beginsSearch(event.text))
+            return;
+        event.accepted = true;
+        const welcome = (window.page === "now" ? now.item : hours.item) as WelcomePage;
+        if (window.page === "places")
+            (places.item as PlacesPage).begin(event.text);
+        else if (welcome && welcome.enabled)
+            welcome.begin(event.text);
+        else
+            switchPlace(event.text, null);
+    }
+
+    Component.onCompleted: contentItem.Keys.pressed.connect(type)
+
+    readonly property string shownPlace: App.now.place + App.now.area
 
     Binding { target: Theme; property: "choice"; value: window.theme || App.settings.now.theme }
     Binding { target: Theme; property: "enlargement"; value: App.settings.now.textSize }
@@ -68,6 +91,15 @@ Window {
             window.page = "places";
             (places.item as PlacesPage).focusSearch();
         }
+    }
+
+    Shortcut { sequence: "Ctrl+K"; onActivated: window.switchPlace("", null) }
+    Shortcut { sequence: "Alt+Left"; onActivated: App.stepPlace(-1) }
+    Shortcut { sequence: "Alt+Right"; onActivated: App.stepPlace(1) }
+    Shortcut {
+        sequences: [StandardKey.Undo]
+        enabled: window.page === "places" && App.undoText !== ""
+        onActivated: App.undo()
     }
 
     Rectangle {
@@ -131,21 +163,35 @@ Window {
         component Page: Loader {
             required property string name
             required property string file
+            property bool isOfPlace: false
             readonly property bool isShown: window.page === name
             property bool wasShown: false
+            // A page opens at its top, with another place too.
+            readonly property string shown: isOfPlace ? window.shownPlace : ""
+            onShownChanged: toTop()
+            function toTop() {
+                const page = item as ScrollPage;
+                if (page)
+                    page.contentY = 0;
+            }
             anchors.fill: parent
             active: isShown || wasShown
             source: file
-            onIsShownChanged: if (isShown) wasShown = true
+            onIsShownChanged: {
+                if (!isShown)
+                    return;
+                wasShown = true;
+                toTop();
+            }
             visible: isShown || opacity > 0
             enabled: isShown
             opacity: isShown ? 1 : 0
             Behavior on opacity { NumberAnimation { duration: Theme.quick } }
         }
 
-        Page { name: "now"; file: "NowPage.qml" }
-        Page { name: "hours"; file: "HoursPage.qml" }
-        Page { name: "hazards"; file: "HazardsPage.qml" }
+        Page { id: now; name: "now"; isOfPlace: true; file: window.wantsPlace ? "WelcomePage.qml" : "NowPage.qml" }
+        Page { id: hours; name: "hours"; isOfPlace: true; file: window.wantsPlace ? "WelcomePage.qml" : "HoursPage.qml" }
+        Page { name: "hazards"; isOfPlace: true; file: "HazardsPage.qml" }
         Page { name: "globe"; file: "GlobePage.qml" }
         Page { id: places; name: "places"; file: "PlacesPage.qml" }
         Page { name: "notifications"; file: "NotificationsPage.qml" }
@@ -153,6 +199,16 @@ Window {
         Connections {
             target: places.item
             function onChosen() { window.page = "now" }
+        }
+    }
+
+    Loader {
+        id: switcher
+        active: false
+        source: "PlaceSwitcher.qml"
+        Connections {
+            target: switcher.item
+            function onManaged() { window.page = "places" }
         }
     }
 

@@ -55,19 +55,11 @@ ScrollPage {
                     anchors.left: parent.left
                     width: parent.width - again.width - Theme.space
                     spacing: 2
-                    PlainText {
+                    PlaceHeading {
                         id: place
                         width: parent.width
-                        text: App.now.place
-                        horizontalAlignment: Text.AlignLeft
-                        wrapMode: Text.Wrap
-                        maximumLineCount: 3
-                        elide: Text.ElideRight
-                        color: "white"
-                        font.pixelSize: page.isTight ? Theme.title : Theme.headline
-                        font.weight: Font.DemiBold
-                        Accessible.role: Accessible.Heading
-                        Accessible.name: text
+                        ink: "white"
+                        size: page.isTight ? Theme.title : Theme.headline
                     }
                     PlainText {
                         id: area
@@ -133,16 +125,9 @@ ScrollPage {
                     }
                 }
             }
-            PlainText {
+            NowArrival {
                 width: parent.width
-                visible: !App.now.hasReading
-                text: !App.isReady ? "" : App.now.isLoading ? App.words.loading : App.now.hasWeather ? App.words.noReading : App.words.noWeather
-                horizontalAlignment: Text.AlignLeft
-                color: "white"
-                font.pixelSize: Theme.title
-                wrapMode: Text.Wrap
-                Accessible.role: Accessible.StaticText
-                Accessible.name: text
+                visible: !App.now.hasReading && App.isReady
             }
             PlainText {
                 id: sentence
@@ -159,8 +144,19 @@ ScrollPage {
         }
     }
 
+    Loader {
+        visible: App.first.arrival.phase === "loading"
+        width: page.inner
+        source: visible ? "NowWaiting.qml" : ""
+    }
+    Loader {
+        visible: App.first.background.phase !== ""
+        width: page.inner
+        source: visible ? "BackgroundQuestion.qml" : ""
+    }
+
     Rectangle {
-        visible: App.now.notice !== ""
+        visible: App.now.notice !== "" && App.first.arrival.phase === ""
         width: page.inner
         height: notice.height + 3 * Theme.space
         radius: Theme.radius

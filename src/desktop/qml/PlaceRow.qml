@@ -1,10 +1,11 @@
-// A saved place with its small forecast.
+// A saved place with its small forecast. A bar at its side shows that it is the selected one, a frame where the keys
+// are.
 import QtQuick
 import QtQuick.Controls.Basic
 import NimbaraPages
 import NimbaraItems
 
-Rectangle {
+Item {
     id: place
 
     required property int index
@@ -17,23 +18,69 @@ Rectangle {
     required property string sky
     required property bool isDay
     required property string age
+    required property string localTime
+    required property string mark
+    required property string markText
     required property string warnings
     required property string warningsState
     required property string sentence
     required property string notifications
 
-    readonly property bool isTight: content.width < 280 * Theme.scale
+    readonly property bool isTight: content.width < 340 * Theme.scale
+    readonly property bool isDragged: grip.active
+    property real shift: 0  // to make room for one that is dragged
+    property bool moves: false
+    property bool isRenaming: false
 
     signal chosen
+    signal dragged(real distance)
+    signal dropped
 
-    height: content.height + 3 * Theme.space
-    radius: Theme.radius
-    color: Theme.card
-    border.width: isSelected || choose.visualFocus ? 2 : 1
-    border.color: isSelected || choose.visualFocus ? Theme.accent : Theme.outline
+    height: content.height + 2.5 * Theme.space
+    z: isDragged ? 1 : 0
+    transform: Translate {
+        y: place.isDragged ? grip.activeTranslation.y : place.shift
+        Behavior on y {
+            enabled: place.moves && !place.isDragged
+            NumberAnimation { duration: Theme.quick }
+        }
+    }
 
     function move(by) {
         App.movePlace(placeId, index + 1 + by);
+    }
+    function rename() {
+        isRenaming = true;
+        (naming.item as Field).text = name;
+        (naming.item as Field).selectAll();
+        (naming.item as Field).forceActiveFocus();
+    }
+    function endRenaming(isWanted) {
+        if (!isRenaming)
+            return;
+        const text = (naming.item as Field).text;
+        isRenaming = false;
+        choose.forceActiveFocus(Qt.TabFocusReason);
+        if (isWanted)
+            App.renamePlace(placeId, text);
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        radius: Theme.radius
+        color: Theme.card
+        border.width: choose.visualFocus ? 3 : 1
+        border.color: choose.visualFocus ? Theme.accent : place.isDragged ? Theme.muted : Theme.outline
+        Rectangle {
+            visible: place.isSelected
+            anchors.left: parent.left
+            anchors.leftMargin: 5
+            anchors.verticalCenter: parent.verticalCenter
+            width: 5
+            height: parent.height - 28
+            radius: 2.5
+            color: Theme.accent
+        }
     }
 
     AbstractButton {
@@ -43,12 +90,16 @@ Rectangle {
             App.selectPlace(place.placeId);
             place.chosen();
         }
+        onDoubleClicked: place.rename()
         Keys.onReturnPressed: clicked()
+        Keys.onEnterPressed: clicked()
         Keys.onDeletePressed: App.removePlace(place.placeId)
         Keys.onPressed: event => {
-            if (!(event.modifiers & Qt.ControlModifier))
+            if (event.key === Qt.Key_F2)
+                place.rename();
+            else if (!(event.modifiers & Qt.ControlModifier))
                 return;
-            if (event.key === Qt.Key_Up && place.index > 0)
+            else if (event.key === Qt.Key_Up && place.index > 0)
                 place.move(-1);
             else if (event.key === Qt.Key_Down && place.index < App.places.count - 1)
                 place.move(1);
@@ -58,37 +109,65 @@ Rectangle {
         }
         Accessible.role: Accessible.Button
         Accessible.name: place.sentence + (place.isSelected ? ", " + App.words.selected : "")
+        Accessible.onPressAction: clicked()
     }
 
     Column {
         id: content
         x: 2 * Theme.space
-        y: 1.5 * Theme.space
+        y: 1.25 * Theme.space
         width: parent.width - 4 * Theme.space
         spacing: 4
 
         Item {
             width: parent.width
-            height: place.isTight ? names.height + picture.height : Math.max(names.height, picture.height)
+            height: place.isTight ? names.height + Math.max(picture.height, buttons.height) + 4 : Math.max(names.height, picture.height, buttons.height)
+
             Column {
                 id: names
                 anchors.left: parent.left
                 y: place.isTight ? 0 : (parent.height - height) / 2
-                width: place.isTight ? parent.width : parent.width - picture.width - warmth.width - 2 * Theme.space
-                PlainText {
+                width: place.isTight ? parent.width : parent.width - buttons.width - warmth.width - picture.width - 5 * Theme.space
+                spacing: 2
+
+                Row {
                     width: parent.width
-                    text: place.name
-                    wrapMode: Text.Wrap
-                    maximumLineCount: 3
-                    elide: Text.ElideRight
-                    horizontalAlignment: Text.AlignLeft
-                    color: Theme.text
-                    font.pixelSize: Theme.title
-                    font.weight: Font.DemiBold
+                    spacing: Theme.space
+                    PlainText {
+                        id: title
+                        visible: !place.isRenaming
+                        width: Math.min(implicitWidth, parent.width - (badge.visible ? badge.width + parent.spacing : 0))
+                        text: place.name
+                        wrapMode: Text.Wrap
+                        maximumLineCount: 3
+                        elide: Text.ElideRight
+                        horizontalAlignment: Text.AlignLeft
+                        color: Theme.text
+                        font.pixelSize: Theme.title
+                        font.weight: Font.DemiBold
+                    }
+                    PlaceMark {
+                        id: badge
+                        visible: place.mark !== "" && !place.isRenaming
+                        anchors.verticalCenter: title.verticalCenter
+                        level: place.mark
+                    }
+                    Loader {
+                        id: naming
+                        active: place.isRenaming
+                        visible: active
+                        width: parent.width
+                        sourceComponent: Field {
+                            title: App.words.rename + ": " + place.name
+                            onAccepted: place.endRenaming(true)
+                            onActiveFocusChanged: if (!activeFocus) place.endRenaming(true)
+                            Keys.onEscapePressed: place.endRenaming(false)
+                        }
+                    }
                 }
                 PlainText {
                     width: parent.width
-                    text: place.area
+                    text: Theme.joined([place.area, place.localTime], "  ·  ")
                     wrapMode: Text.Wrap
                     maximumLineCount: 2
                     elide: Text.ElideRight
@@ -99,9 +178,10 @@ Rectangle {
             }
             Glyph {
                 id: picture
-                anchors.right: warmth.left
+                anchors.left: place.isTight ? parent.left : undefined
+                anchors.right: place.isTight ? undefined : warmth.left
                 anchors.rightMargin: Theme.space
-                y: place.isTight ? names.height : (parent.height - height) / 2
+                anchors.verticalCenter: buttons.verticalCenter
                 size: 42 * Theme.scale
                 sky: place.sky
                 isDay: place.isDay
@@ -109,73 +189,79 @@ Rectangle {
             }
             PlainText {
                 id: warmth
-                anchors.right: parent.right
-                anchors.verticalCenter: picture.verticalCenter
+                anchors.left: place.isTight ? picture.right : undefined
+                anchors.leftMargin: Theme.space
+                anchors.right: place.isTight ? undefined : buttons.left
+                anchors.rightMargin: 2 * Theme.space
+                anchors.verticalCenter: buttons.verticalCenter
                 text: place.temperature
                 color: Theme.text
                 font.pixelSize: Theme.headline
                 font.weight: Font.Light
             }
-        }
-        PlainText {
-            visible: place.warnings !== ""
-            width: parent.width
-            text: place.warnings
-            wrapMode: Text.Wrap
-            maximumLineCount: 3
-            elide: Text.ElideRight
-            horizontalAlignment: Text.AlignLeft
-            color: place.warningsState === "none" || place.warningsState === "uncovered" ? Theme.muted : Theme.text
-            font.pixelSize: Theme.tiny
-        }
-        Item {
-            readonly property bool isTight: remark.implicitWidth > width - buttons.width - Theme.space
-            width: parent.width
-            height: isTight ? remark.height + buttons.height + 4 : Math.max(remark.height, buttons.height)
-            PlainText {
-                id: remark
-                anchors.left: parent.left
-                y: parent.isTight ? 0 : (parent.height - height) / 2
-                width: parent.isTight ? parent.width : implicitWidth
-                text: Theme.joined([place.range, place.age], "  ·  ")
-                wrapMode: Text.Wrap
-                horizontalAlignment: Text.AlignLeft
-                color: Theme.muted
-                font.pixelSize: Theme.tiny
-            }
             Row {
                 id: buttons
                 anchors.right: parent.right
-                anchors.bottom: parent.bottom
-                spacing: 6
+                y: place.isTight ? names.height + 4 : (parent.height - height) / 2
+                spacing: 4
                 PlainButton {
-                    sign: "up"
-                    explanation: App.words.moveUp + ": " + place.name
-                    enabled: place.index > 0
-                    onClicked: place.move(-1)
-                }
-                PlainButton {
-                    sign: "down"
-                    explanation: App.words.moveDown + ": " + place.name
-                    enabled: place.index < App.places.count - 1
-                    onClicked: place.move(1)
+                    sign: "pencil"
+                    explanation: App.words.rename + ": " + place.name
+                    onClicked: place.rename()
                 }
                 PlainButton {
                     sign: "cross"
                     explanation: App.words.remove + ": " + place.name
                     onClicked: App.removePlace(place.placeId)
                 }
+                PlainButton {
+                    id: handle
+                    visible: App.places.count > 1
+                    sign: "grip"
+                    explanation: App.words.move + ": " + place.name
+                    Accessible.description: App.words.moveHint
+                    Keys.onUpPressed: if (place.index > 0) place.move(-1)
+                    Keys.onDownPressed: if (place.index < App.places.count - 1) place.move(1)
+                    onClicked: place.move(place.index < App.places.count - 1 ? 1 : -place.index)
+                    HoverHandler { cursorShape: Qt.OpenHandCursor }
+                    DragHandler {
+                        id: grip
+                        target: null
+                        xAxis.enabled: false
+                        dragThreshold: 4
+                        cursorShape: Qt.ClosedHandCursor
+                        grabPermissions: PointerHandler.CanTakeOverFromAnything
+                        onActiveTranslationChanged: if (active) place.dragged(activeTranslation.y)
+                        onActiveChanged: if (!active) place.dropped()
+                    }
+                }
             }
+        }
+        PlainText {
+            visible: text !== ""
+            width: parent.width
+            text: place.markText && place.mark !== "unchecked" ? Theme.joined([place.markText, place.warnings], "  ·  ") : place.warnings
+            wrapMode: Text.Wrap
+            maximumLineCount: 3
+            elide: Text.ElideRight
+            horizontalAlignment: Text.AlignLeft
+            color: place.mark === "" ? Theme.muted : Theme.text
+            font.pixelSize: Theme.tiny
         }
         Flow {
             width: parent.width
+            topPadding: 4
             spacing: Theme.space
-            PlainText {
+            Item {
+                width: bell.width
                 height: choice.height
-                text: App.words.notifications
-                verticalAlignment: Text.AlignVCenter
-                color: Theme.muted
-                font.pixelSize: Theme.small
+                Sign {
+                    id: bell
+                    anchors.verticalCenter: parent.verticalCenter
+                    size: 18 * Theme.scale
+                    name: place.notifications === "nothing" ? "silence" : "bell"
+                    ink: Theme.muted
+                }
             }
             Choice {
                 id: choice
@@ -200,6 +286,14 @@ Rectangle {
                 value: place.notifications
                 title: App.words.notifications + ", " + place.name
                 onChosen: value => App.chooseNotifications(place.placeId, value)
+            }
+            PlainText {
+                height: choice.height
+                text: Theme.joined([place.range, place.age], "  ·  ")
+                verticalAlignment: Text.AlignVCenter
+                horizontalAlignment: Text.AlignLeft
+                color: Theme.muted
+                font.pixelSize: Theme.tiny
             }
         }
     }

@@ -1,6 +1,5 @@
-// Places: search, add, choose, order, remove.
+// Places: search, add, choose, order, rename, remove.
 import QtQuick
-import QtQuick.Controls.Basic
 import NimbaraPages
 import NimbaraItems
 
@@ -9,9 +8,12 @@ ScrollPage {
 
     signal chosen
 
+    // Typed while nothing else has the focus.
+    function begin(text) { search.begin(text) }
+
     function focusSearch() {
-        search.forceActiveFocus();
-        search.selectAll();
+        search.field.forceActiveFocus();
+        search.field.selectAll();
     }
 
     most: 760 * Theme.scale
@@ -26,119 +28,15 @@ ScrollPage {
         Accessible.role: Accessible.Heading
         Accessible.name: text
     }
-    // Whoever opened another page is shown this one.
-    PlainText {
-        objectName: "firstPlace"
-        width: page.inner
-        visible: App.isReady && !App.now.hasPlace
-        text: App.words.firstPlace
-        horizontalAlignment: Text.AlignLeft
-        wrapMode: Text.Wrap
-        color: Theme.text
-        font.pixelSize: Theme.body
-        Accessible.role: Accessible.StaticText
-        Accessible.name: text
-    }
 
-    TextField {
+    PlaceSearch {
         id: search
         width: page.inner
-        height: 48 * Theme.scale
-        leftPadding: 18
-        rightPadding: 18
-        focus: true
-        placeholderText: App.words.search
-        placeholderTextColor: Theme.muted
-        color: Theme.text
-        selectionColor: Theme.accent
-        selectedTextColor: Theme.accentText
-        font.pixelSize: Theme.body
-        Accessible.role: Accessible.EditableText
-        Accessible.name: App.words.search
-        Accessible.description: App.words.searchHint
-        onTextEdited: App.search(text)
-        Keys.onEscapePressed: {
-            clear();
-            App.search("");
-        }
-        onAccepted: if (App.found.count > 0) page.take(0)
-        background: Rectangle {
-            radius: height / 2
-            color: Theme.card
-            border.width: search.activeFocus ? 2 : 1
-            border.color: search.activeFocus ? Theme.accent : Theme.outline
-        }
-    }
-    PlainText {
-        width: page.inner
-        visible: App.found.count === 0 && App.searchNote === ""
-        text: search.text.trim() !== "" && App.searchText === search.text.trim() ? App.words.noMatch : App.words.searchHint
-        horizontalAlignment: Text.AlignLeft
-        wrapMode: Text.Wrap
-        color: Theme.muted
-        font.pixelSize: Theme.small
-        Accessible.role: Accessible.StaticText
-        Accessible.name: text
-    }
-
-    function take(row) {
-        App.addFound(row);
-        search.clear();
-        App.search("");
-        page.chosen();
-    }
-
-    Card {
-        visible: App.found.count > 0
-        width: page.inner
-        padding: Theme.space
-        Column {
-            width: parent.width
-            Repeater {
-                model: App.found
-                FoundRow {
-                    width: parent.width
-                    onClicked: page.take(index)
-                }
-            }
-        }
-    }
-
-    PlainText {
-        width: page.inner
-        visible: text !== ""
-        text: App.searchNote
-        horizontalAlignment: Text.AlignLeft
-        wrapMode: Text.Wrap
-        color: Theme.muted
-        font.pixelSize: Theme.small
-        Accessible.role: Accessible.StaticText
-        Accessible.name: text
-    }
-    Column {
-        visible: App.searchText !== "" && search.text.trim() !== ""
-        width: page.inner
-        spacing: Theme.space / 2
-        PlainButton {
-            width: Math.min(implicitWidth, page.inner)
-            text: App.isSearchingOnline ? App.words.searchingOnline : App.words.searchOnline.replace("%@", App.searchText)
-            enabled: !App.isSearchingOnline
-            onClicked: App.searchOnline()
-        }
-        PlainText {
-            width: parent.width
-            text: App.words.searchOnlineHint
-            horizontalAlignment: Text.AlignLeft
-            wrapMode: Text.Wrap
-            color: Theme.muted
-            font.pixelSize: Theme.small
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
-        }
+        onTaken: page.chosen()
     }
 
     UndoBar {
-        visible: App.removed !== ""
+        visible: App.undoText !== ""
         width: page.inner
     }
 
@@ -159,11 +57,62 @@ ScrollPage {
         Accessible.name: text
     }
 
-    Repeater {
-        model: App.places
-        PlaceRow {
-            width: page.inner
-            onChosen: page.chosen()
+    Column {
+        id: list
+        width: page.inner
+        spacing: 1.5 * Theme.space
+        // Of the row that is being dragged: where it was, and the row that it would push aside.
+        property int from: -1
+        property int to: -1
+
+        // How far the others make room.
+        readonly property real gap: from < 0 ? 0 : rows.itemAt(from).height + spacing
+
+        function target(from, middle) {
+            let at = 0;
+            for (let i = 0; i < rows.count; ++i) {
+                const row = rows.itemAt(i);
+                if (i !== from && row.y + row.height / 2 < middle)
+                    ++at;
+            }
+            return at;
         }
+        function shift(index) {
+            if (from < 0 || index === from)
+                return 0;
+            return index > from && index <= to ? -gap : index < from && index >= to ? gap : 0;
+        }
+
+        Repeater {
+            id: rows
+            model: App.places
+            PlaceRow {
+                id: row
+                width: list.width
+                shift: list.shift(index)
+                moves: list.from >= 0
+                onChosen: page.chosen()
+                onDragged: distance => {
+                    list.from = index;
+                    list.to = list.target(index, y + distance + height / 2);
+                    page.follow(y + distance + list.y, height);
+                }
+                onDropped: {
+                    const to = list.to;
+                    list.from = list.to = -1;
+                    if (to >= 0 && to !== index)
+                        App.movePlace(placeId, to + 1);
+                }
+            }
+        }
+    }
+
+    // A row that is dragged to an edge takes the page with it.
+    function follow(top, height) {
+        const lowest = Math.max(0, contentHeight - page.height);
+        if (top < contentY)
+            contentY = Math.max(0, contentY - 8);
+        else if (top + height > contentY + page.height)
+            contentY = Math.min(lowest, contentY + 8);
     }
 }

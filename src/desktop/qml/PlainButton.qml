@@ -9,6 +9,7 @@ T.Button {
     property color ink: Theme.accent
     property string explanation: text
     property string sign
+    property bool isMain: false  // what most will choose
 
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: Math.max(36 * Theme.scale, sign !== "" ? 0 : label.contentHeight + 12 * Theme.scale)
@@ -31,7 +32,7 @@ T.Button {
             text: button.text
             font: button.font
             wrapMode: Text.Wrap
-            color: button.ink
+            color: button.isMain ? Theme.accentText : button.ink
             horizontalAlignment: Text.AlignHCenter
             verticalAlignment: Text.AlignVCenter
         }
@@ -46,8 +47,8 @@ T.Button {
     background: Rectangle {
         radius: height / 2
         color: button.ink
-        opacity: button.down ? 0.24 : button.hovered ? 0.16 : 0.09
+        opacity: button.isMain ? (button.down ? 0.8 : button.hovered ? 0.9 : 1) : button.down ? 0.24 : button.hovered ? 0.16 : 0.09
         border.width: button.visualFocus ? 2 : 0
-        border.color: button.ink
+        border.color: button.isMain ? Theme.text : button.ink
     }
 }

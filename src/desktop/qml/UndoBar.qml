@@ -21,7 +21,7 @@ Rectangle {
             height: Math.max(implicitHeight, undo.height)
             verticalAlignment: Text.AlignVCenter
             horizontalAlignment: Text.AlignLeft
-            text: App.removed
+            text: App.undoText
             wrapMode: Text.Wrap
             color: Theme.text
             font.pixelSize: Theme.body
@@ -31,13 +31,13 @@ Rectangle {
         PlainButton {
             id: undo
             text: App.words.undo
-            onClicked: App.undoRemoval()
+            onClicked: App.undo()
         }
         PlainButton {
             id: dismiss
             sign: "cross"
             explanation: App.words.dismiss
-            onClicked: App.forgetRemoval()
+            onClicked: App.forgetUndo()
         }
     }
 }

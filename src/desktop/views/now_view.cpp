@@ -74,6 +74,11 @@ std::string lastReadingOf(WeatherData const& data, ViewContext const& context) {
       context.temperature(last->tempC, last->tempF) + ", " + context.condition(last->condition, last->isDay));
 }
 
+void showSky(NowView& view, SkyColours const& sky) {
+  view.skyTop = hexText(sky.top);
+  view.skyBottom = hexText(sky.bottom);
+}
+
 void fillWeather(NowView& view, WeatherData const& data, ViewContext const& context) {
   view.hasWeather = true;
   auto const present = presentAt(data, context.now);
@@ -88,10 +93,8 @@ void fillWeather(NowView& view, WeatherData const& data, ViewContext const& cont
                                       context.degrees(day->minTempC, day->minTempF));
   }
   view.sentence = nextHoursSentence(data, context);
-  auto const sky = skyColours(present ? present->condition : WeatherConditionCode::unknown,
-                              sunPosition(context.now, coordinateOf(data)).altitude);
-  view.skyTop = hexText(sky.top);
-  view.skyBottom = hexText(sky.bottom);
+  showSky(view, skyColours(present ? present->condition : WeatherConditionCode::unknown,
+                           sunPosition(context.now, coordinateOf(data)).altitude));
 }
 
 bool isSnow(WeatherConditionCode condition) {
@@ -225,9 +228,7 @@ NowView nowView(WeatherState const& state, std::optional<Place> const& place, Vi
   NowView view;
   view.isLoading = state.isLoading;
   view.hasPlace = place.has_value();
-  auto const sky = skyColours(WeatherConditionCode::cloudy, -90);
-  view.skyTop = hexText(sky.top);
-  view.skyBottom = hexText(sky.bottom);
+  showSky(view, skyColours(WeatherConditionCode::cloudy, -90));
   if (!place) return view;
   view.place = nameOf(*place);
   view.area = areaOf(*place);
@@ -236,8 +237,12 @@ NowView nowView(WeatherState const& state, std::optional<Place> const& place, Vi
   TimeWords const words(context.texts, calendar);
   view.notice = noticeOf(state, context, words);
   view.isFailure = state.error.has_value();
-  if (!state.weatherData) return view;
   view.localTime = words.format(context.now, context.texts.text("desktop.localTime"));
+  if (!state.weatherData) {
+    showSky(view,
+            skyColours(WeatherConditionCode::unknown, sunPosition(context.now, place->coordinate).altitude));
+    return view;
+  }
   if (state.lastUpdated) view.age = ageText(*state.lastUpdated, context.now, context.texts);
   view.source = sourceOf(state, context);
   fillWeather(view, *state.weatherData, context);

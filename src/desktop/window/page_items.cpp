@@ -51,6 +51,8 @@ void enrolPageItems() {
     qmlRegisterAnonymousType<HazardsModel>(kItemsModule, 1);
     qmlRegisterAnonymousType<NotificationsModel>(kItemsModule, 1);
     qmlRegisterAnonymousType<SettingsModel>(kItemsModule, 1);
+    qmlRegisterAnonymousType<FirstModel>(kItemsModule, 1);
+    qmlRegisterAnonymousType<SwitcherModel>(kItemsModule, 1);
     qmlRegisterAnonymousType<RecordModel>(kItemsModule, 1);
     qmlRegisterAnonymousType<RecordListModel>(kItemsModule, 1);
     return true;

@@ -45,7 +45,6 @@ constexpr WordRow kWords[] = {
     {"searchHint", "desktop.search.hint"},
     {"noMatch", "desktop.search.none"},
     {"noPlaces", "desktop.places.none"},
-    {"firstPlace", "desktop.places.first"},
     {"noWeather", "desktop.noWeather"},
     {"noReading", "report.noCurrent"},
     {"saved", "desktop.saved"},
@@ -55,8 +54,7 @@ constexpr WordRow kWords[] = {
     {"notifySevere", "places.notifications.severe"},
     {"notifyOfficial", "places.notifications.official"},
     {"notifyNothing", "places.notifications.nothing"},
-    {"moveUp", "desktop.moveUp"},
-    {"moveDown", "desktop.moveDown"},
+    {"move", "desktop.move"},
     {"selected", "desktop.selected"},
     {"searchOnline", "desktop.search.online"},
     {"searchOnlineHint", "desktop.search.online.hint"},
@@ -65,13 +63,13 @@ constexpr WordRow kWords[] = {
     {"removeHere", "desktop.here.remove"},
     {"findHere", "desktop.here.find"},
     {"findHereAgain", "desktop.here.again"},
+    {"rename", "desktop.rename"},
+    {"moveHint", "desktop.move.hint"},
+    {"switchPlace", "desktop.switch"},
+    {"switchHint", "desktop.switch.hint"},
     {"undo", "desktop.undo"},
     {"dismiss", "desktop.dismiss"},
 };
-
-Uuid uuidOf(QString const& text) {
-  return Uuid::parse(text.toStdString()).value_or(Uuid{});
-}
 
 }  // namespace
 
@@ -93,10 +91,14 @@ DesktopModel::DesktopModel(Setting setting, WindowActions actions, QObject* pare
       hazards_(new HazardsModel(actions_.engine, this)),
       notifications_(new NotificationsModel(actions_.notifications, this)),
       here_(new RecordModel(this)),
-      settings_(new SettingsModel(actions_.engine, this)) {
+      settings_(new SettingsModel(actions_.engine, this)),
+      first_(new FirstModel(actions_.engine, this)),
+      switcher_(new SwitcherModel(this)) {
   takeWording(setting_.wording);
   connect(settings_, &SettingsModel::opened, this, &DesktopModel::tick);
   connect(globe_, &GlobeModel::settled, this, &DesktopModel::shown);
+  connect(first_, &FirstModel::answered, this, &DesktopModel::tick);
+  connect(switcher_, &SwitcherModel::openChanged, this, &DesktopModel::showSwitcher);
   showWeather();
 }
 
@@ -145,19 +147,17 @@ void DesktopModel::showWeather() {
   ViewContext const view = context();
   WeatherState const& state = *snapshot_->weather;
   auto const& hazards = snapshot_->hazards;
-  now_->show(nowView(state, snapshot_->place, view));
+  now_->show(nowView(state, snapshot_->place, contextOfPlace()));
   sky_->show(skyView(state, view));
   scene_ = sceneView(state, view);
   alerts_->show(alertViews(state, contextOfPlace()));
   showOpenAlert(contextOfPlace());
   hazards_->show(*snapshot_, contextOfPlace());
   tiles_->show(tileViews(state, view));
-  bool const everyPlace = !snapshot_->settings || snapshot_->settings->settings.boolean("notify_everyPlace");
-  places_->show(placeViews(snapshot_->places, snapshot_->kept, everyPlace, hazards->places, view));
-  found_->show(foundViews(foundPlaces_, snapshot_->places));
+  showPlaces();
   notifications_->show(*snapshot_, view);
-  here_->show(hereView(snapshot_->places, snapshot_->location, snapshot_->kept, view));
   settings_->show(snapshot_->settings.get(), view);
+  first_->show(*snapshot_, view);
   WeatherData const none;
   WeatherData const& data = state.weatherData ? *state.weatherData : none;
   hours_->show(hourViews(data, view));
@@ -200,110 +200,6 @@ void DesktopModel::showOpenAlert(ViewContext const& context) {
 
 void DesktopModel::refresh() {
   actions_.engine.refresh();
-}
-
-void DesktopModel::selectPlace(QString const& id) {
-  actions_.engine.selectPlace(uuidOf(id));
-}
-
-QString DesktopModel::removed() const {
-  return removal_
-             ? QString::fromStdString(setting_.wording.texts->format("desktop.removed", removal_->place.name))
-             : QString();
-}
-
-void DesktopModel::removePlace(QString const& id) {
-  auto const& places = snapshot_->places.places;
-  auto const found = std::ranges::find(places, uuidOf(id), &SavedPlace::id);
-  if (found == places.end()) return;
-  int const position = static_cast<int>(found - places.begin()) + 1;
-  removal_ = Removal{*found, position, snapshot_->places.selected == found->id};
-  actions_.engine.removePlace(Uuid(found->id));
-  Q_EMIT removedChanged();
-}
-
-void DesktopModel::undoRemoval() {
-  if (!removal_) return;
-  actions_.engine.restorePlace(removal_->place, removal_->position, removal_->wasSelected);
-  forgetRemoval();
-}
-
-void DesktopModel::forgetRemoval() {
-  removal_.reset();
-  Q_EMIT removedChanged();
-}
-
-void DesktopModel::locate() {
-  actions_.engine.locate();
-}
-
-void DesktopModel::selectHere() {
-  actions_.engine.selectPlace(kCurrentLocation);
-}
-
-void DesktopModel::removeHere() {
-  actions_.engine.removeCurrentLocation();
-}
-
-void DesktopModel::movePlace(QString const& id, int position) {
-  actions_.engine.movePlace(uuidOf(id), position);
-}
-
-void DesktopModel::chooseNotifications(QString const& id, QString const& choice) {
-  if (auto const chosen = enumFromName<PlaceChoice>(choice.toStdString())) {
-    actions_.engine.chooseNotifications(uuidOf(id), *chosen);
-  }
-}
-
-void DesktopModel::search(QString const& text) {
-  searchText_ = text.trimmed().toStdString();
-  isSearchingOnline_ = false;
-  searchNote_.clear();
-  if (searchText_.empty()) {
-    showFound({}, {});
-  } else {
-    auto const show = [text = searchText_](DesktopModel& model, std::vector<FoundPlace> const& found) {
-      model.showFound(text, found);
-    };
-    actions_.engine.search(searchText_, answerTo<std::vector<FoundPlace>>(this, show));
-  }
-}
-
-void DesktopModel::showFound(std::string const& text, std::vector<FoundPlace> found) {
-  if (text != searchText_) return;
-  foundPlaces_ = std::move(found);
-  found_->show(foundViews(foundPlaces_, snapshot_->places));
-  Q_EMIT searched();
-}
-
-void DesktopModel::searchOnline() {
-  if (searchText_.empty() || isSearchingOnline_) return;
-  isSearchingOnline_ = true;
-  searchNote_.clear();
-  using Found = Result<std::vector<FoundPlace>, APIError>;
-  auto const show = [text = searchText_](DesktopModel& model, Found const& found) {
-    model.showFoundOnline(text, found);
-  };
-  actions_.engine.searchOnline(searchText_, answerTo<Found>(this, show));
-  Q_EMIT searched();
-}
-
-void DesktopModel::showFoundOnline(std::string const& text,
-                                   Result<std::vector<FoundPlace>, APIError> const& found) {
-  if (text != searchText_ || !isSearchingOnline_) return;
-  isSearchingOnline_ = false;
-  searchNote_ = QString::fromStdString(onlineNote(found, context()));
-  showFound(text, found ? *found : foundPlaces_);
-}
-
-void DesktopModel::addFound(int row) {
-  if (row < 0 || row >= static_cast<int>(foundPlaces_.size())) return;
-  FoundPlace const& place = foundPlaces_[static_cast<std::size_t>(row)];
-  if (SavedPlace const* const saved = snapshot_->places.findNear(place.coordinate)) {
-    actions_.engine.selectPlace(saved->id);
-  } else {
-    actions_.engine.addPlace(savedPlaceOf(place));
-  }
 }
 
 }  // namespace nimbara

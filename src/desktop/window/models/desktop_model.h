@@ -4,13 +4,15 @@
 
 #include "app/state/engine_snapshot.h"
 #include "desktop/views/hours_view.h"
-#include "desktop/views/places_view.h"
+#include "desktop/views/places/place_undo.h"
 #include "desktop/views/sky/sky_scene.h"
 #include "desktop/views/tray_view.h"
+#include "desktop/window/models/first_model.h"
 #include "desktop/window/models/globe_model.h"
 #include "desktop/window/models/hazards_model.h"
 #include "desktop/window/models/notifications_model.h"
 #include "desktop/window/models/settings_model.h"
+#include "desktop/window/models/switcher_model.h"
 #include "desktop/window/models/view_models.h"
 #include "desktop/window/models/window_actions.h"
 
@@ -47,7 +49,10 @@ class DesktopModel : public QObject {
   Q_PROPERTY(QString searchText READ searchText NOTIFY searched)
   Q_PROPERTY(bool isSearchingOnline READ isSearchingOnline NOTIFY searched)
   Q_PROPERTY(QString searchNote READ searchNote NOTIFY searched)
-  Q_PROPERTY(QString removed READ removed NOTIFY removedChanged)
+  Q_PROPERTY(bool isAnswered READ isAnswered NOTIFY searched)
+  Q_PROPERTY(QString undoText READ undoText NOTIFY undoChanged)
+  Q_PROPERTY(nimbara::FirstModel* first READ first CONSTANT)
+  Q_PROPERTY(nimbara::SwitcherModel* switcher READ switcher CONSTANT)
 
  public:
   struct Setting {
@@ -104,16 +109,23 @@ class DesktopModel : public QObject {
   bool isSearchingOnline() const { return isSearchingOnline_; }
   /// What became of the search online.
   QString searchNote() const { return searchNote_; }
-  /// The name of the place whose removal can be taken back; empty for none.
-  QString removed() const;
+  /// `found` belongs to what was typed last.
+  bool isAnswered() const { return answeredText_ == searchText_; }
+  /// The last change of the list of places, which can be taken back; empty for none.
+  QString undoText() const;
+  FirstModel* first() { return first_; }
+  SwitcherModel* switcher() { return switcher_; }
 
   Q_INVOKABLE void refresh();
   Q_INVOKABLE void selectPlace(QString const& id);
+  /// The place before (-1) or after (1) the selected one.
+  Q_INVOKABLE void stepPlace(int step);
   Q_INVOKABLE void removePlace(QString const& id);
+  Q_INVOKABLE void renamePlace(QString const& id, QString const& name);
   Q_INVOKABLE void movePlace(QString const& id, int position);
   Q_INVOKABLE void chooseNotifications(QString const& id, QString const& choice);
-  Q_INVOKABLE void undoRemoval();
-  Q_INVOKABLE void forgetRemoval();
+  Q_INVOKABLE void undo();
+  Q_INVOKABLE void forgetUndo();
   Q_INVOKABLE void locate();
   Q_INVOKABLE void selectHere();
   Q_INVOKABLE void removeHere();
@@ -128,19 +140,18 @@ class DesktopModel : public QObject {
   void openDayChanged();
   void openAlertChanged();
   void searched();
-  void removedChanged();
+  void undoChanged();
 
  private:
-  struct Removal {
-    SavedPlace place;
-    int position = 1;
-    bool wasSelected = false;
-  };
-
   ViewContext context() const;
   ViewContext contextOfPlace() const;
   void takeWording(Wording const& wording);
   void showWeather();
+  void showPlaces();
+  void showSwitcher();
+  /// At once, before the engine has stored it.
+  void changeAhead(std::function<PlaceResult(PlaceList&)> const& apply);
+  void noteChange(PlaceChange change);
   void showOpenAlert(ViewContext const& context);
 
   Setting setting_;
@@ -149,12 +160,13 @@ class DesktopModel : public QObject {
   bool isReady_ = false;
   int openDay_ = -1;
   std::string searchText_;
+  std::string answeredText_;
   std::string openAlert_;
   std::string alertDetails_;
   std::vector<FoundPlace> foundPlaces_;
   bool isSearchingOnline_ = false;
   QString searchNote_;
-  std::optional<Removal> removal_;
+  PlaceUndo undo_;
   Meteogram meteogram_;
   SkyScene scene_;
   GlobeModel* globe_;
@@ -172,6 +184,8 @@ class DesktopModel : public QObject {
   NotificationsModel* notifications_;
   RecordModel* here_;
   SettingsModel* settings_;
+  FirstModel* first_;
+  SwitcherModel* switcher_;
 };
 
 }  // namespace nimbara

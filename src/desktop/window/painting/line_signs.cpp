@@ -42,6 +42,28 @@ constexpr std::array kSigns = std::to_array<SignRow>({
        stroke(p, {{7, 7}, {17, 17}});
        stroke(p, {{17, 7}, {7, 17}});
      }},
+    {"check", [](QPainter& p) { stroke(p, {{5, 12.5}, {10, 17.5}, {19.5, 7}}); }},
+    {"search",
+     [](QPainter& p) {
+       p.drawEllipse(QPointF(10.5, 10.5), 6.5, 6.5);
+       stroke(p, {{15.5, 15.5}, {20.5, 20.5}});
+     }},
+    {"pencil",
+     [](QPainter& p) {
+       stroke(p, {{4.5, 19.5}, {5.5, 15.5}, {16, 5}, {19, 8}, {8.5, 18.5}, {4.5, 19.5}});
+       stroke(p, {{13.5, 7.5}, {16.5, 10.5}});
+     }},
+    {"grip",
+     [](QPainter& p) {
+       for (double const y : {8.0, 12.0, 16.0}) stroke(p, {{6, y}, {18, y}});
+     }},
+    {"question",
+     [](QPainter& p) {
+       p.drawEllipse(QPointF(12, 12), 9, 9);
+       p.drawArc(QRectF(9, 6.5, 6, 6), -60 * 16, 220 * 16);
+       stroke(p, {{13.3, 12}, {12, 13.6}});
+       p.drawEllipse(QPointF(12, 16.8), 0.5, 0.5);
+     }},
     {"again",
      [](QPainter& p) {
        p.drawArc(QRectF(4, 5, 15, 15), 35 * 16, 290 * 16);

@@ -1,8 +1,10 @@
-#include "desktop/views/places_view.h"
+#include "desktop/views/places/places_view.h"
 
 #include "app/state/weather_state.h"
 #include "app/words/coverage_text.h"
 #include "app/words/failure_text.h"
+#include "base/words/time_words.h"
+#include "gazetteer/gazetteer.h"
 #include "model/present.h"
 
 #include <algorithm>
@@ -15,6 +17,10 @@ std::string areaText(std::string const& region, std::string const& country, std:
   std::string area = region == name ? std::string() : region;
   if (!country.empty() && country != name) area += (area.empty() ? "" : ", ") + country;
   return area;
+}
+
+Calendar calendarAt(Coordinate coordinate, ViewContext const& context) {
+  return Calendar::forZone(std::string(timeZoneAt(coordinate))).value_or(context.fallback);
 }
 
 /// Of a saved place or of the current location.
@@ -33,6 +39,21 @@ void fillWeather(View& view, WeatherData const& data, ViewContext const& context
   }
 }
 
+/// A warning that has not ended marks its place also where a later check failed.
+void fillMark(PlaceView& view, PlaceCoverage const& place, CoverageState state, ViewContext const& context) {
+  auto const lasts = [&](WeatherAlert const& alert) {
+    return !alert.expires || *alert.expires > context.now;
+  };
+  auto const severest = std::ranges::find_if(place.alerts, lasts);
+  if (severest != place.alerts.end()) {
+    view.mark = enumName(severest->severity);
+    view.markText = context.text("severity." + view.mark) + ": " + severest->title;
+  } else if (state == CoverageState::unchecked) {
+    view.mark = enumName(state);
+    view.markText = view.warnings;
+  }
+}
+
 /// Of a place that nobody has asked for, nothing is said. In the reader's time, as of all in the list.
 void fillWarnings(PlaceView& view, Coordinate coordinate, std::vector<PlaceCoverage> const& all,
                   ViewContext const& context) {
@@ -43,6 +64,13 @@ void fillWarnings(PlaceView& view, Coordinate coordinate, std::vector<PlaceCover
   view.warningsState = enumName(coverage.state);
   view.warnings = coverageText(coverage, context.texts, context.fallback, context.now);
   view.sentence += ", " + view.warnings;
+  fillMark(view, *found, coverage.state, context);
+}
+
+/// Of the place's own clock.
+std::string localTimeOf(Calendar const& calendar, ViewContext const& context) {
+  TimeWords const words(context.texts, calendar);
+  return words.format(context.now, context.texts.text("desktop.places.localTime"));
 }
 
 std::string noteOf(LocationState const& location, ViewContext const& context) {
@@ -80,6 +108,7 @@ std::vector<PlaceView> placeViews(PlaceList const& list, KeptForecasts const& ke
     auto const found = kept.find(place.id);
     bool const isKept = found != kept.end() && found->second;
     if (isKept) fillWeather(view, *found->second, context);
+    view.localTime = localTimeOf(calendarAt(place.coordinate, context), context);
     fillWarnings(view, place.coordinate, coverage, context);
     if (!isKept) continue;
     view.age = ageText(found->second->fetchedAt, context.now, context.texts);
@@ -123,8 +152,9 @@ std::vector<FoundView> foundViews(std::vector<FoundPlace> const& found, PlaceLis
   views.reserve(found.size());
   for (FoundPlace const& place : found) {
     std::string const area = areaText(place.region, place.country, place.name);
-    views.push_back({place.name, area, list.findNear(place.coordinate) != nullptr,
-                     place.name + (area.empty() ? "" : ", " + area)});
+    SavedPlace const* const saved = list.findNear(place.coordinate);
+    views.push_back({place.name, area, saved != nullptr, place.name + (area.empty() ? "" : ", " + area),
+                     saved == nullptr ? std::string() : saved->id.text()});
   }
   return views;
 }

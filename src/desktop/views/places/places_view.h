@@ -22,6 +22,9 @@ struct PlaceView {
   std::string sky;
   bool isDay = true;
   std::string age;
+  std::string localTime;      ///< "Sun 1:53 PM"
+  std::string mark;           ///< the highest level of its official warnings; "unchecked", or empty
+  std::string markText;       ///< the same in words: "Warning: Gale"
   std::string warnings;       ///< what is known of its official warnings; empty before anybody has asked
   std::string warningsState;  ///< "warnings", "none", "unchecked", "unplaced", "uncovered"
   std::string sentence;
@@ -41,6 +44,9 @@ inline constexpr auto viewFields<PlaceView> = FieldList{
     viewField("sky", &PlaceView::sky),
     viewField("isDay", &PlaceView::isDay),
     viewField("age", &PlaceView::age),
+    viewField("localTime", &PlaceView::localTime),
+    viewField("mark", &PlaceView::mark),
+    viewField("markText", &PlaceView::markText),
     viewField("warnings", &PlaceView::warnings),
     viewField("warningsState", &PlaceView::warningsState),
     viewField("sentence", &PlaceView::sentence),
@@ -52,16 +58,16 @@ struct FoundView {
   std::string area;
   bool isSaved = false;
   std::string sentence;
+  std::string savedId = {};  ///< of the saved place that it is
 
   bool operator==(FoundView const&) const = default;
 };
 
 template <>
 inline constexpr auto viewFields<FoundView> = FieldList{
-    viewField("name", &FoundView::name),
-    viewField("area", &FoundView::area),
-    viewField("isSaved", &FoundView::isSaved),
-    viewField("sentence", &FoundView::sentence),
+    viewField("name", &FoundView::name),       viewField("area", &FoundView::area),
+    viewField("isSaved", &FoundView::isSaved), viewField("sentence", &FoundView::sentence),
+    viewField("savedId", &FoundView::savedId),
 };
 
 /// The current location: offered, being asked for, or why it is not known.
