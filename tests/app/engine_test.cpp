@@ -1,6 +1,7 @@
 #include "app/engine/engine.h"
 
 #include "app/engine/engine_options.h"
+#include "app/engine/engine_snapshot.h"
 #include "app/services/feed_services.h"
 #include "app/services/wording.h"
 #include "app/settings/environment.h"
@@ -41,6 +42,11 @@ class Heard {
     auto const isThere = [&] { return texts_.find(part) != std::string::npos; };
     if (changed_.wait_for(lock, std::chrono::seconds(30), isThere)) return testing::AssertionSuccess();
     return testing::AssertionFailure() << "no \"" << part << "\" in:\n" << texts_;
+  }
+
+  bool hasAlready(std::string_view part) {
+    std::lock_guard const lock(mutex_);
+    return texts_.find(part) != std::string::npos;
   }
 
   /// The like for what shows elsewhere; looked at again with each text.
@@ -167,6 +173,22 @@ TEST_F(EngineTest, ShowsThePlaceThatWasShownLastWhereNoneIsSelected) {
   start();
   engine->begin({});
   EXPECT_TRUE(heard.has("latitude=52.52"));
+}
+
+TEST_F(EngineTest, KeepsWhatIsKnownOfAPlaceThatIsRenamed) {
+  addBerlin();
+  auto const saved = Places(other).list();
+  ASSERT_TRUE(saved);
+  start();
+  engine->begin([this](std::shared_ptr<EngineSnapshot const> const& snapshot) {
+    bool const isAsking = snapshot->hazards->official.isAsking;
+    heard.add("shown " + (snapshot->place ? snapshot->place->name : "nothing") +
+              (isAsking ? ", asking" : ", checked"));
+  });
+  EXPECT_TRUE(heard.has("shown Berlin, checked"));
+  engine->renamePlace(saved->places[0].id, "Heim");
+  EXPECT_TRUE(heard.has("shown Heim, checked"));
+  EXPECT_FALSE(heard.hasAlready("shown Heim, asking"));
 }
 
 TEST_F(EngineTest, SaysThatThereIsNoPlace) {
