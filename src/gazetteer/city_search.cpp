@@ -7,15 +7,13 @@
 
 #include "base/text/number.h"
 #include "base/text/search_text.h"
-#include "base/text/text.h"
-#include "gazetteer/edit_distance.h"
 #include "gazetteer/gazetteer.h"
 #include "gazetteer/tables.h"
+#include "gazetteer/wanted_city.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 
 namespace nimbara {
@@ -24,57 +22,8 @@ using namespace gazetteer;
 
 namespace {
 
-/// No city's name is so long; whoever sends more does not look for a city.
-constexpr std::size_t kLongestText = 200;
-/// A name, a region, a country and two to spare.
-constexpr std::size_t kMostParts = 5;
 /// "Bosnia and Herzegovina" and the like behind a name without a comma.
 constexpr int kMostAreaWords = 5;
-
-/// The places that a search is narrowed to: cities of one of these countries or regions.
-struct Area {
-  std::vector<bool> countries;
-  std::vector<bool> regions;
-
-  bool contains(CityRecord const& city) const {
-    return countries[city.country] || (city.region != kNone && regions[city.region]);
-  }
-  bool isEmpty() const {
-    return std::ranges::find(countries, true) == countries.end() &&
-           std::ranges::find(regions, true) == regions.end();
-  }
-};
-
-/// Which records have a key (between line breaks) that is `name` or, unless it must be whole, begins with it.
-template <class Record>
-std::vector<bool> recordsNamed(std::string_view name, bool whole, Section records, Section keys) {
-  Table<Record> const table(records);
-  std::string_view const text = bytesOf(keys);
-  std::string const wanted = "\n" + std::string(name) + (whole ? "\n" : "");
-  std::vector<bool> named(table.size());
-  for (auto at = text.find(wanted); at != std::string_view::npos; at = text.find(wanted, at + 1)) {
-    auto const behind =
-        partitionPoint(table, 0, table.size(), [at](Record const& record) { return record.keys <= at; });
-    named[behind - 1] = true;
-  }
-  return named;
-}
-
-/// Codes must be whole; a name may still be being typed.
-Area areaNamed(std::string_view name, bool whole) {
-  constexpr std::size_t kCodeLength = 2;
-  bool const exact = whole || name.size() <= kCodeLength;
-  return {recordsNamed<CountryRecord>(name, exact, Section::countries, Section::countryKeys),
-          recordsNamed<RegionRecord>(name, exact, Section::regions, Section::regionKeys)};
-}
-
-using Areas = std::vector<Area>;
-
-void appendNew(std::vector<std::size_t>& numbers, std::vector<std::size_t> const& more) {
-  std::ranges::copy_if(more, std::back_inserter(numbers), [&](std::size_t number) {
-    return std::ranges::find(numbers, number) == numbers.end();
-  });
-}
 
 /// "Roma" is Rome before it is a town of that name; a town's name of a century ago comes behind both.
 constexpr std::int32_t kKnownByOtherNames = 100'000;
@@ -105,35 +54,28 @@ enum class Match {
   count
 };
 
-/// City numbers in order of population, by the way they match.
+/// Cities in order of population, by the way they match.
 struct Matches {
-  std::array<std::vector<std::size_t>, static_cast<std::size_t>(Match::count)> cities;
+  std::array<CityHits, static_cast<std::size_t>(Match::count)> cities;
 
-  std::vector<std::size_t>& operator[](Match match) { return cities[static_cast<std::size_t>(match)]; }
+  CityHits& operator[](Match match) { return cities[static_cast<std::size_t>(match)]; }
 };
 
-/// Walks along the cities while a position in their names grows.
-class CityCursor {
- public:
-  std::size_t cityAt(std::size_t position) {
-    while (number_ + 1 < cities_.size() && cities_[number_ + 1].keys <= position) ++number_;
-    return number_;
-  }
-  CityRecord record() const { return cities_[number_]; }
+bool isByOtherName(Match match) {
+  constexpr std::array kOther{Match::exactKnown, Match::exactOther, Match::otherName, Match::partOfOtherName};
+  return std::ranges::count(kOther, match) > 0;
+}
 
- private:
-  Table<CityRecord> cities_{Section::cities};
-  std::size_t number_ = 0;
-};
+/// The whole name in which there is a word at `at`.
+std::string_view nameAround(std::string_view keys, std::size_t at) {
+  std::size_t const begin = keys.rfind('\n', at) + 2;  // behind the break and the blank
+  return keys.substr(begin, keys.find('\n', begin) - begin);
+}
 
 std::size_t findFrom(std::string_view text, std::string_view wanted, std::size_t from) {
   void const* const found = memmem(text.data() + from, text.size() - from, wanted.data(), wanted.size());
   return found == nullptr ? std::string_view::npos
                           : static_cast<std::size_t>(static_cast<char const*>(found) - text.data());
-}
-
-void addOnce(std::vector<std::size_t>& numbers, std::size_t number, std::size_t count) {
-  if (numbers.size() < count && (numbers.empty() || numbers.back() != number)) numbers.push_back(number);
 }
 
 /// Of `key`, which is a name of the city: "Frankfurt" of "Frankfurt am Main".
@@ -165,10 +107,6 @@ Match matchAt(std::string_view keys, std::size_t at, std::size_t end, std::size_
   if (!isOwn) return begins ? Match::otherName : Match::partOfOtherName;
   bool const isWord = keys[end] == ' ' || keys[end] == '\n';
   return begins || isWord ? Match::ownName : Match::partOfOwnName;
-}
-
-bool isInside(Areas const& areas, CityRecord const& record) {
-  return std::ranges::all_of(areas, [&](Area const& area) { return area.contains(record); });
 }
 
 /// Namesakes whose own name others write so.
@@ -216,23 +154,26 @@ class Weights {
 /// Names that are the whole text are few, and weighed against each other.
 constexpr std::array kWeighed{Match::exact, Match::exactShort, Match::exactKnown};
 
-std::vector<std::size_t> exactByWeight(Matches& matches, Weights const& weights) {
+CityHits exactByWeight(Matches& matches, Weights const& weights) {
+  struct Weighed {
+    std::int64_t weight;
+    CityHit hit;
+  };
   Table<CityRecord> const table{Section::cities};
-  std::vector<std::pair<std::int64_t, std::size_t>> weighed;
+  std::vector<Weighed> weighed;
   for (Match const match : kWeighed) {
-    for (std::size_t const city : matches[match]) {
-      weighed.emplace_back(table[city].population * weights.of(match, city), city);
+    for (CityHit const& hit : matches[match]) {
+      weighed.push_back({table[hit.city].population * weights.of(match, hit.city), hit});
     }
   }
-  std::ranges::stable_sort(weighed, std::ranges::greater{}, [](auto const& entry) { return entry.first; });
-  std::vector<std::size_t> numbers;
-  for (auto const& [weight, city] : weighed) appendNew(numbers, {city});
-  return numbers;
+  std::ranges::stable_sort(weighed, std::ranges::greater{}, &Weighed::weight);
+  CityHits hits;
+  for (Weighed const& each : weighed) appendNew(hits, {each.hit});
+  return hits;
 }
 
 /// `typed`: the name with its accents, as far as it is known.
-std::vector<std::size_t> citiesNamed(std::string_view name, std::string const& typed, Areas const& areas,
-                                     std::size_t count) {
+CityHits citiesNamed(std::string_view name, std::string const& typed, Areas const& areas, std::size_t count) {
   Matches matches;
   std::string const wanted = " " + std::string(name);
   std::string_view const keys = bytesOf(Section::cityKeys);
@@ -243,58 +184,61 @@ std::vector<std::size_t> citiesNamed(std::string_view name, std::string const& t
     Match const match = matchAt(keys, at, at + wanted.size(), city, cursor.record());
     std::size_t const most = std::ranges::count(kWeighed, match) > 0 ? keys.size() : count;
     auto& list = matches[match];
-    if (list.size() < most && isInside(areas, cursor.record())) addOnce(list, city, most);
+    if (list.size() >= most || !isInside(areas, cursor.record())) continue;
+    addOnce(list, {city, isByOtherName(match) ? nameAround(keys, at) : std::string_view()}, most);
   }
-  std::vector<std::size_t> numbers = exactByWeight(matches, Weights(name, typed));
-  for (auto const& list : matches.cities) appendNew(numbers, list);
-  return numbers;
+  CityHits hits = exactByWeight(matches, Weights(name, typed));
+  for (auto const& list : matches.cities) appendNew(hits, list);
+  return hits;
 }
 
 /// "paris texas" as a city's name and the area behind it, the longer name first.
-std::vector<std::size_t> citiesWithArea(std::string_view words, std::size_t count) {
-  std::vector<std::size_t> numbers;
+CityHits citiesWithArea(std::string_view words, std::size_t count) {
+  CityHits hits;
   std::size_t end = words.size();
   for (int taken = 0; taken < kMostAreaWords; ++taken) {
     end = words.rfind(' ', end - 1);
     if (end == std::string_view::npos) break;
     Areas const areas{areaNamed(words.substr(end + 1), true)};
     if (areas.front().isEmpty()) continue;
-    appendNew(numbers, citiesNamed(words.substr(0, end), {}, areas, count));
+    appendNew(hits, citiesNamed(words.substr(0, end), {}, areas, count));
   }
-  return numbers;
+  return hits;
 }
 
-/// The areas of "Springfield, Illinois, US": every part behind the name that is not blank.
-Areas areasOf(std::vector<std::string_view> const& parts) {
-  Areas areas;
-  for (std::size_t i = 1; i < parts.size(); ++i) {
-    std::string const area = searchFolded(parts[i]);
-    if (!area.empty()) areas.push_back(areaNamed(area, false));
-  }
-  return areas;
+CityHits citiesWanted(WantedCity const& wanted, std::size_t count) {
+  CityHits hits = citiesNamed(wanted.name, wanted.typed, wanted.areas, count);
+  if (hits.size() < count && !wanted.hasAreas) appendNew(hits, citiesWithArea(wanted.name, count));
+  return hits;
 }
 
-/// A text as it is searched for: the folded name and the areas behind it. Nothing for what nobody looks for.
-struct Wanted {
-  std::string name;
-  std::string typed;  ///< the name in lower case with its accents
-  Areas areas;
-  bool hasAreas = false;
+/// Letters by which people call a city and which the source has only among the codes of airports.
+struct Abbreviation {
+  std::string_view folded;
+  std::string_view written;
+  std::string_view city;  ///< folded
+  std::string_view country;
 };
 
-std::optional<Wanted> wantedOf(std::string_view text) {
-  if (text.size() > kLongestText) return std::nullopt;
-  auto const parts = split(text, ',');
-  Wanted wanted{searchFolded(parts.front()), accentsKept(parts.front()), {}, parts.size() > 1};
-  if (wanted.name.empty() || parts.size() > kMostParts) return std::nullopt;
-  wanted.areas = areasOf(parts);
-  return wanted;
-}
+constexpr Abbreviation kAbbreviations[] = {
+    {"nyc", "NYC", "new york city", "us"},     {"ny", "NY", "new york city", "us"},
+    {"la", "LA", "los angeles", "us"},         {"sf", "SF", "san francisco", "us"},
+    {"dc", "DC", "washington", "us"},          {"cdmx", "CDMX", "mexico city", "mx"},
+    {"rio", "Rio", "rio de janeiro", "br"},    {"bcn", "BCN", "barcelona", "es"},
+    {"ffm", "FFM", "frankfurt am main", "de"}, {"cph", "CPH", "copenhagen", "dk"},
+    {"spb", "SPb", "saint petersburg", "ru"},  {"kl", "KL", "kuala lumpur", "my"},
+    {"hk", "HK", "hong kong", "hk"},           {"hcmc", "HCMC", "ho chi minh city", "vn"},
+};
 
-std::vector<std::size_t> citiesWanted(Wanted const& wanted, std::size_t count) {
-  std::vector<std::size_t> numbers = citiesNamed(wanted.name, wanted.typed, wanted.areas, count);
-  if (numbers.size() < count && !wanted.hasAreas) appendNew(numbers, citiesWithArea(wanted.name, count));
-  return numbers;
+/// At most one.
+CityHits cityAbbreviated(WantedCity const& wanted) {
+  auto const row = std::ranges::find(kAbbreviations, wanted.name, &Abbreviation::folded);
+  if (row == std::ranges::end(kAbbreviations)) return {};
+  Areas areas = wanted.areas;
+  areas.push_back(areaNamed(row->country, true));
+  CityHits hits = citiesNamed(row->city, {}, areas, 1);
+  if (hits.empty()) return {};
+  return {{hits.front().city, row->written}};
 }
 
 /// "st moritz" as "saint moritz", "sankt moritz" …
@@ -314,60 +258,19 @@ std::vector<std::string> otherSpellings(std::string const& name) {
   return names;
 }
 
-std::vector<City> citiesOf(std::vector<std::size_t> const& numbers, std::size_t count) {
-  std::vector<City> cities;
-  for (std::size_t i = 0; i < std::min(count, numbers.size()); ++i) cities.push_back(cityAt(numbers[i]));
-  return cities;
-}
-
-/// How many edits a mistyped name of so many letters may have.
-int editsAllowed(std::size_t length) {
-  if (length < 4) return 0;
-  return length < 6 ? 1 : length < 10 ? 2 : 3;
-}
-
-/// The cities one of whose names is nearest to the wanted one.
-std::vector<std::size_t> nearestNames(Wanted const& wanted, std::size_t count) {
-  EditDistance const distance(wanted.name);
-  int least = editsAllowed(wanted.name.size());
-  std::vector<std::size_t> numbers;
-  std::string_view const keys = bytesOf(Section::cityKeys);
-  CityCursor cursor;
-  for (std::size_t begin = 0; begin + 1 < keys.size();) {
-    std::size_t const end = keys.find('\n', begin + 1);
-    std::string_view const key = keys.substr(begin + 2, end - begin - 2);  // behind the break and the blank
-    auto const unequal = static_cast<int>(key.size()) - static_cast<int>(wanted.name.size());
-    int const edits = std::abs(unequal) <= least ? distance.to(key) : least + 1;
-    if (edits <= least && edits > 0) {
-      std::size_t const city = cursor.cityAt(begin);
-      bool const isWanted = isInside(wanted.areas, cursor.record());
-      if (isWanted && edits < least) numbers.clear();
-      if (isWanted) addOnce(numbers, city, count);
-      if (isWanted) least = edits;
-    }
-    begin = end;
-  }
-  return numbers;
-}
-
 }  // namespace
 
 std::vector<City> searchCities(std::string_view text, std::size_t count) {
-  auto wanted = wantedOf(text);
+  auto wanted = wantedCity(text);
   if (!wanted || count == 0) return {};
-  std::vector<std::size_t> numbers = citiesWanted(*wanted, count);
+  CityHits hits = cityAbbreviated(*wanted);
+  appendNew(hits, citiesWanted(*wanted, count));
   for (std::string const& name : otherSpellings(wanted->name)) {
-    if (numbers.size() >= count) break;
+    if (hits.size() >= count) break;
     wanted->name = name;
-    appendNew(numbers, citiesWanted(*wanted, count));
+    appendNew(hits, citiesWanted(*wanted, count));
   }
-  return citiesOf(numbers, count);
-}
-
-std::vector<City> similarCities(std::string_view text, std::size_t count) {
-  auto const wanted = wantedOf(text);
-  if (!wanted || count == 0) return {};
-  return citiesOf(nearestNames(*wanted, count), count);
+  return citiesOf(hits, count);
 }
 
 }  // namespace nimbara

@@ -19,13 +19,29 @@ class EditDistance {
   }
 
   int to(std::string_view other) const {
+    int distance = static_cast<int>(length_);
+    eachDistance(other, other.size(), [&](int edits) { distance = edits; });
+    return distance;
+  }
+
+  /// To the beginning of `other` that is nearest, which is at most two letters longer than the name.
+  int toBeginning(std::string_view other) const {
+    int least = static_cast<int>(length_);
+    eachDistance(other, length_ + 2, [&](int edits) { least = std::min(least, edits); });
+    return least;
+  }
+
+ private:
+  /// `take` gets the distance to each beginning of `other` up to `longest` letters, the shortest first.
+  template <class Take>
+  void eachDistance(std::string_view other, std::size_t longest, Take const& take) const {
     std::uint64_t const last = std::uint64_t{1} << (length_ - 1);
     std::uint64_t more = ~std::uint64_t{0};
     std::uint64_t less = 0;
     std::uint64_t diagonal = 0;
     std::uint64_t before = 0;
     int distance = static_cast<int>(length_);
-    for (char const c : other) {
+    for (char const c : other.substr(0, longest)) {
       std::uint64_t const here = places_[byteOf(c)];
       std::uint64_t const exchanged = ((~diagonal & here) << 1) & before;
       diagonal = (((here & more) + more) ^ more) | here | less | exchanged;
@@ -38,11 +54,10 @@ class EditDistance {
       more = down | ~(diagonal | up);
       less = up & diagonal;
       before = here;
+      take(distance);
     }
-    return distance;
   }
 
- private:
   static std::size_t byteOf(char c) { return static_cast<unsigned char>(c); }
 
   std::size_t length_;

@@ -26,17 +26,23 @@ struct City {
   /// IANA name.
   std::string_view timeZone;
   std::int32_t population = 0;
+  /// By which a search found the city, where that is not its own name: in the form in which names are
+  /// compared
+  /// ("lisboa"), or letters as they are written ("NYC").
+  std::string_view otherName = {};
 };
 
 /// At most `count` cities one of whose names has the words of `text` in it, the last of them perhaps
 /// unfinished; letter case, accents and punctuation do not count, and "St." may stand for "Saint" or "Sankt".
-/// Cities that are called just so come first, then capitals, then those whose name begins with the text; of
-/// equals the more populous. What follows a comma narrows by country code, country or region ("Paris, US");
-/// without a comma the last words do so where no city's name has them ("Paris Texas").
+/// Cities that are called just so, or by such letters ("NYC"), come first, then capitals, then those whose
+/// name begins with the text; of equals the more populous. What follows a comma narrows by country code,
+/// country or region ("Paris, US"); without a comma the last words do so where no city's name has them
+/// ("Paris Texas").
 std::vector<City> searchCities(std::string_view text, std::size_t count);
 
-/// At most `count` cities whose names are nearest to a misspelled `text`, the most populous first; none where
-/// nothing is near enough to be meant. What follows a comma narrows as above.
+/// At most `count` cities whose names are nearest to a misspelled `text`, the most populous first: by one
+/// edit or two, else names that begin nearly like it. None where nothing is near enough to be meant. What
+/// follows a comma narrows as above.
 std::vector<City> similarCities(std::string_view text, std::size_t count);
 
 /// Every city, the most populous first.

@@ -20,6 +20,7 @@ struct GeocodedPlace {
   std::string region;
   Coordinate coordinate;
   std::string timeZone;
+  std::string otherName = {};  ///< by which a search found it ("Lisboa"), where that is not `name`
 
   bool operator==(GeocodedPlace const&) const = default;
 };

@@ -16,7 +16,7 @@ TEST(Places, AreCoordinatesOrNames) {
   EXPECT_EQ(coordinate(" -90 , +180 "), (Coordinate{-90, 180}));
   for (char const* const name :
        {"Berlin", "Łódź", "東京", "Washington, DC", "St. John's", "10115 Berlin", "10115", "110 00",
-        "1000-205", "SW1A 1AA", "Nan", "Nan, Thailand", "Stuttgart, 70173", "100 Mile House, BC"}) {
+        "1000-205", "SW1A 1AA", "Nan", "Nan, Thailand", "Stuttgart, 70173", "10115, Berlin", "100 Mile House, BC"}) {
     EXPECT_EQ(std::get<PlaceName>(*parsePlace(name)).name, name);
   }
 }
@@ -37,6 +37,7 @@ TEST(Places, RefuseWhatIsNeither) {
                          Row{",", "neither"},
                          Row{"1,2,3", "neither"},
                          Row{"52.5,abc", "neither"},
+                         Row{"12,abc", "neither"},
                          Row{"12", "neither"},
                          Row{"1 2 345", "neither"},
                          Row{"-10115", "neither"},

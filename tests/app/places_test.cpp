@@ -2,11 +2,13 @@
 
 #include "app/places/place_resolver.h"
 #include "app/places/place_search.h"
+#include "app/places/postal_town.h"
 #include "app/settings/settings_registry.h"
 #include "support/fake_http_client.h"
 #include "support/instants.h"
 #include "support/memory_settings_store.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace nimbara {
@@ -247,6 +249,86 @@ TEST(PlaceSearch, AsksOnlineForOtherSpellingsAndPostalCodes) {
   http.willAnswer(200, R"({"results":[{"name":"Berlin","latitude":52.5,"longitude":13.4}]})");
   EXPECT_EQ(search.search("10115", "en", false)->front().name, "Berlin");
   EXPECT_NE(http.requests[3].url.find("name=10115"), std::string::npos);
+}
+
+TEST(PlaceSearch, AsksOnlineForATownWithItsPostalCode) {
+  struct Row {
+    std::vector<std::string_view> answers;
+    std::vector<std::string_view> asked;
+    std::string_view first;
+  };
+  constexpr std::string_view kMitte = R"({"results":[{"name":"Mitte","latitude":52.52,"longitude":13.4}]})";
+  constexpr std::string_view kElsewhere = R"({"results":[{"name":"Nowhere","latitude":1,"longitude":2}]})";
+  constexpr std::string_view kBerlin = R"({"results":[{"name":"Berlin","latitude":52.5,"longitude":13.4}]})";
+  for (Row const& row :
+       {Row{{"{}", kMitte}, {"10115%20Berlin", "10115"}, "Mitte"},
+        Row{{"{}", kElsewhere, kBerlin}, {"10115%20Berlin", "10115", "Berlin"}, "Berlin"},
+        Row{{"{}", "{}", kBerlin}, {"10115%20Berlin", "10115", "Berlin"}, "Berlin"}}) {
+    test::FakeHttpClient http;
+    ServiceDirectory const services({}, "http://127.0.0.1:1");
+    PlaceSearch search(http, services);
+    for (std::string_view const answer : row.answers) http.willAnswer(200, std::string(answer));
+    auto const found = search.search("10115 Berlin", "en", true);
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->front().name, row.first);
+    ASSERT_EQ(http.requests.size(), row.asked.size());
+    for (std::size_t i = 0; i < row.asked.size(); ++i) {
+      EXPECT_THAT(http.requests[i].url, testing::HasSubstr("name=" + std::string(row.asked[i]) + "&"));
+    }
+  }
+}
+
+TEST(OfflineSearch, UnderstandsWhatPeopleType) {
+  struct Row {
+    std::string_view text, name, otherName, country;
+  };
+  for (Row const& row : {Row{"Berlin", "Berlin", "", "DE"},
+                         Row{"Lisboa", "Lisbon", "Lisboa", "PT"},
+                         Row{"LISBOA, Portugal", "Lisbon", "Lisboa", "PT"},
+                         Row{"münch", "Munich", "München", "DE"},
+                         Row{"monaco di bav", "Munich", "Monaco di Baviera", "DE"},
+                         Row{"nyc", "New York City", "NYC", "US"},
+                         Row{"St. Moritz", "St. Moritz", "", "CH"},
+                         Row{"10115 Berlin", "Berlin", "", "DE"},
+                         Row{"1000-205 Lisboa", "Lisbon", "Lisboa", "PT"},
+                         Row{"London SW1A 1AA", "London", "", "GB"},
+                         Row{"38.72, -9.14", "Lisbon", "", "PT"},
+                         Row{"40,-40", "40.00°N 40.00°W", "", ""}}) {
+    auto const found = searchOffline(row.text, "en");
+    ASSERT_FALSE(found.empty()) << row.text;
+    EXPECT_EQ(found.front().name, row.name);
+    EXPECT_EQ(found.front().otherName, row.otherName) << row.text;
+    EXPECT_EQ(found.front().countryCode, row.country) << row.text;
+    EXPECT_FALSE(found.front().timeZone.empty()) << row.text;
+  }
+  auto const here = searchOffline("38.72, -9.14", "en");
+  EXPECT_EQ(here.size(), 1U);
+  EXPECT_EQ(here.front().coordinate, (Coordinate{38.72, -9.14})) << "the one that was typed";
+  EXPECT_EQ(foundName(searchOffline("Lisboa", "en").front()), "Lisboa (Lisbon)");
+  EXPECT_EQ(foundName(searchOffline("Lisbon", "en").front()), "Lisbon");
+  EXPECT_TRUE(searchOffline("10115", "en").empty()) << "only the service knows codes";
+  EXPECT_EQ(similarPlaces("10115 Berln", "en").front().name, "Berlin");
+}
+
+TEST(PostalTown, IsATownBesideItsCode) {
+  struct Row {
+    std::string_view text, code, town;
+  };
+  for (Row const& row : {Row{"10115 Berlin", "10115", "Berlin"},
+                         Row{"Berlin 10115", "10115", "Berlin"},
+                         Row{"10115, Berlin", "10115", "Berlin"},
+                         Row{"D-10115 Berlin", "D-10115", "Berlin"},
+                         Row{"1012 AB Amsterdam", "1012 AB", "Amsterdam"},
+                         Row{"Amsterdam 1012 ab", "1012 ab", "Amsterdam"},
+                         Row{"London SW1A 1AA", "SW1A 1AA", "London"},
+                         Row{"110 00 Praha", "110 00", "Praha"},
+                         Row{"Portland, OR 97201", "97201", "Portland, OR"},
+                         Row{"01000 St. Gallen", "01000", "St. Gallen"}}) {
+    EXPECT_EQ(postalTownIn(row.text), (PostalTown{std::string(row.code), std::string(row.town)})) << row.text;
+  }
+  for (std::string_view const none : {"", " , ", "10115", "Berlin", "Route 66", "1012 AB", "Área 51", ",,"}) {
+    EXPECT_EQ(postalTownIn(none), std::nullopt) << none;
+  }
 }
 
 TEST(PlaceSearch, SuggestsWhatMayHaveBeenMeant) {

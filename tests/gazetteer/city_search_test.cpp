@@ -82,6 +82,44 @@ TEST(CitySearch, KnowsNamesInOtherLanguages) {
   }
 }
 
+TEST(CitySearch, SaysByWhichOtherNameItFound) {
+  struct Named {
+    std::string_view text, name, otherName;
+  };
+  for (Named const& row :
+       {Named{"Lisboa", "Lisbon", "lisboa"}, Named{"lisbon", "Lisbon", ""}, Named{"lisbo", "Lisbon", ""},
+        Named{"Muenchen", "Munich", "muenchen"}, Named{"big app", "New York City", "big apple"},
+        Named{"new york", "New York City", ""}, Named{"Frankfurt", "Frankfurt am Main", ""},
+        Named{"Halle", "Halle (Saale)", ""}, Named{"Köln", "Köln", ""}}) {
+    auto const found = searchCities(row.text, 5);
+    ASSERT_FALSE(found.empty()) << row.text;
+    EXPECT_EQ(found.front().name, row.name);
+    EXPECT_EQ(found.front().otherName, row.otherName) << row.text;
+  }
+}
+
+TEST(CitySearch, KnowsWhatPeopleAbbreviate) {
+  struct Named {
+    std::string_view text, name, otherName;
+  };
+  for (Named const& row :
+       {Named{"NYC", "New York City", "NYC"}, Named{"nyc, us", "New York City", "NYC"},
+        Named{"ny", "New York City", "NY"}, Named{"L.A.", "Los Angeles", "LA"},
+        Named{"sf", "San Francisco", "SF"}, Named{"DC", "Washington", "DC"},
+        Named{"cdmx", "Mexico City", "CDMX"}, Named{"rio", "Rio de Janeiro", "Rio"},
+        Named{"BCN", "Barcelona", "BCN"}, Named{"FFM", "Frankfurt am Main", "FFM"},
+        Named{"cph", "Copenhagen", "CPH"}, Named{"spb", "Saint Petersburg", "SPb"},
+        Named{"KL", "Kuala Lumpur", "KL"}, Named{"HK", "Hong Kong", "HK"},
+        Named{"hcmc", "Ho Chi Minh City", "HCMC"}}) {
+    auto const found = searchCities(row.text, 5);
+    ASSERT_FALSE(found.empty()) << row.text;
+    EXPECT_EQ(found.front().name, row.name);
+    EXPECT_EQ(found.front().otherName, row.otherName);
+  }
+  EXPECT_NE(firstOf("LA, Nigeria"), "Los Angeles, California, US");
+  EXPECT_THAT(searchCities("la", 10), testing::Contains(testing::Field(&City::name, "Lagos")));
+}
+
 TEST(CitySearch, IsNarrowedByCountryAndRegion) {
   for (Row const& row :
        {Row{"Paris", "Paris, Île-de-France, FR"}, Row{"Paris, US", "Paris, Texas, US"},
@@ -165,17 +203,41 @@ TEST(SimilarCities, AreWhatAMisspelledNameMayMean) {
            {"Lodnon", "London"},
            {"Pariss", "Paris"},
            {"Copenhaggen", "Copenhagen"},
-           {"Sprngfield, Illinois", "Springfield"}}) {
+           {"Sprngfield, Illinois", "Springfield"},
+           {"san fransi", "San Francisco"},
+           {"copnhag", "Copenhagen"},
+           {"Lizbo", "Lisbon"}}) {
     auto const similar = similarCities(text, 5);
     ASSERT_FALSE(similar.empty()) << text;
     EXPECT_EQ(similar.front().name, name) << text;
   }
   EXPECT_EQ(labelOf(similarCities("Sprngfield, Illinois", 5).front()), "Springfield, Illinois, US");
   for (std::string const& text :
-       {std::string("nosuchplacexyz"), std::string("qx"), std::string(), std::string("\xFF\xFE\x80"),
-        std::string(100'000, 'a'), std::string(", US")}) {
+       {std::string("nosuchplacexyz"), std::string("qx"), std::string("qxzw"), std::string(),
+        std::string("\xFF\xFE\x80"), std::string(100'000, 'a'), std::string(", US"),
+        std::string("Lodnon, Narnia")}) {
     EXPECT_TRUE(similarCities(text, 5).empty()) << text.substr(0, 40);
   }
+}
+
+TEST(SimilarCities, SayByWhichOtherNameTheyAreMeant) {
+  auto const munich = similarCities("Muenchn", 1);
+  ASSERT_EQ(munich.size(), 1U);
+  EXPECT_EQ(munich[0].name, "Munich");
+  EXPECT_EQ(munich[0].otherName, "muenchen");
+  EXPECT_EQ(similarCities("Lodnon", 1).front().otherName, "");
+}
+
+TEST(SimilarCities, HaveOneEditUpToFiveLettersAndTwoBeyond) {
+  auto const finds = [](std::string_view text, std::string_view name) {
+    auto const found = similarCities(text, 20);
+    return std::ranges::find(found, name, &City::name) != found.end();
+  };
+  EXPECT_FALSE(finds("Osl", "Oslo")) << "three letters";
+  EXPECT_TRUE(finds("Osol", "Oslo"));
+  EXPECT_FALSE(finds("Oxyo", "Oslo")) << "two edits of four letters";
+  EXPECT_TRUE(finds("Beijxyg", "Beijing"));
+  EXPECT_FALSE(finds("Bxyjzng", "Beijing")) << "three";
 }
 
 TEST(CitySearch, TakesAnyBytes) {

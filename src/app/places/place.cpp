@@ -80,7 +80,9 @@ Result<std::variant<Coordinate, PlaceName>, std::string> parsePlace(std::string_
   if (first && second) return checked({*first, *second}, text);
   bool const isName = !text.empty() && !isMeantAsCoordinate(parts);
   if (isName && isPostalCode(text)) return PlaceName{std::string(text)};
-  if (isName && !first && hasLetter(text)) return PlaceName{std::string(text)};
+  bool const isAfterCode =
+      first && parts.size() > 1 && isPostalCode(trimmed(parts[0])) && hasLetter(parts[1]);
+  if (isName && (!first || isAfterCode) && hasLetter(text)) return PlaceName{std::string(text)};
   return std::unexpected(quoted(text) + " is neither a coordinate like 52.52,13.41 nor a place's name");
 }
 

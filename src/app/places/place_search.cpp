@@ -1,5 +1,7 @@
 #include "app/places/place_search.h"
 
+#include "app/places/postal_town.h"
+#include "base/text/search_text.h"
 #include "base/text/text.h"
 #include "base/words/country_names.h"
 #include "gazetteer/gazetteer.h"
@@ -14,7 +16,19 @@ constexpr int kMostMatches = 10;
 /// A coordinate farther from every city is named by itself.
 constexpr double kWithinCityKm = 15;
 
-FoundPlace foundPlaceOf(City const& city, std::string_view language) {
+/// A city's other name as the person writes it, with the accents that were typed: the gazetteer has it
+/// without.
+std::string otherNameOf(City const& city, std::string_view typed) {
+  std::string const other(city.otherName);
+  bool const isAsWritten = std::ranges::any_of(other, [](char c) { return c >= 'A' && c <= 'Z'; });
+  if (other.empty() || isAsWritten) return other;
+  typed = trimmed(typed.substr(0, typed.find(',')));
+  std::string const folded = searchFolded(typed);
+  bool const isTyped = !folded.empty() && other.starts_with(folded);
+  return capitalized(isTyped ? std::string(typed) + other.substr(folded.size()) : other);
+}
+
+FoundPlace foundPlaceOf(City const& city, std::string_view typed, std::string_view language) {
   FoundPlace found;
   found.name = city.name;
   found.countryCode = city.countryCode;
@@ -22,13 +36,44 @@ FoundPlace foundPlaceOf(City const& city, std::string_view language) {
   found.region = city.region;
   found.coordinate = city.coordinate;
   found.timeZone = city.timeZone;
+  found.otherName = otherNameOf(city, typed);
   return found;
 }
 
-std::vector<FoundPlace> foundPlacesOf(std::vector<City> const& cities, std::string_view language) {
+std::vector<FoundPlace> foundPlacesOf(std::vector<City> const& cities, std::string_view typed,
+                                      std::string_view language) {
   std::vector<FoundPlace> found;
   found.reserve(cities.size());
-  for (City const& city : cities) found.push_back(foundPlaceOf(city, language));
+  for (City const& city : cities) found.push_back(foundPlaceOf(city, typed, language));
+  return found;
+}
+
+/// The place at a text that is a coordinate.
+std::optional<FoundPlace> placeAt(std::string_view text, std::string_view language) {
+  auto const parsed = parsePlace(text);
+  auto const* const coordinate = parsed ? std::get_if<Coordinate>(&*parsed) : nullptr;
+  if (coordinate == nullptr) return std::nullopt;
+  Place const here = describedPlace(*coordinate, language);
+  FoundPlace found;
+  found.name = here.name.empty() ? formatCoordinate(*coordinate) : here.name;
+  found.country = here.country;
+  found.countryCode = describePlace(*coordinate).countryCode;
+  found.region = here.region;
+  found.coordinate = *coordinate;
+  found.timeZone = offlineTimeZone(*coordinate);
+  return found;
+}
+
+/// Those of a postal code's places that lie in or near the town that was named with it.
+std::vector<FoundPlace> inTown(std::vector<FoundPlace> const& places, std::string_view town) {
+  constexpr double kNearKm = 50;
+  auto const cities = searchCities(town, 1);
+  std::string const wanted = searchFolded(town.substr(0, town.find(',')));
+  std::vector<FoundPlace> found;
+  std::ranges::copy_if(places, std::back_inserter(found), [&](FoundPlace const& place) {
+    bool const isNear = !cities.empty() && haversineKm(cities[0].coordinate, place.coordinate) <= kNearKm;
+    return isNear || searchFolded(place.name) == wanted;
+  });
   return found;
 }
 
@@ -47,7 +92,7 @@ std::vector<std::string> otherSpellings(std::string_view text) {
 }
 
 std::string fullName(FoundPlace const& place) {
-  std::string name = place.name;
+  std::string name = foundName(place);
   if (!place.region.empty() && place.region != place.name) name += ", " + place.region;
   if (!place.country.empty() && place.country != place.name) name += ", " + place.country;
   return name;
@@ -55,8 +100,14 @@ std::string fullName(FoundPlace const& place) {
 
 }  // namespace
 
+std::string foundName(FoundPlace const& found) {
+  return found.otherName.empty() ? found.name : found.otherName + " (" + found.name + ")";
+}
+
 std::vector<FoundPlace> similarPlaces(std::string_view text, std::string_view language) {
-  return foundPlacesOf(similarCities(text, kMostMatches), language);
+  auto found = foundPlacesOf(similarCities(text, kMostMatches), {}, language);
+  auto const postal = found.empty() ? postalTownIn(text) : std::nullopt;
+  return postal ? similarPlaces(postal->town, language) : found;
 }
 
 std::string suggestionFor(std::string_view text, std::string_view language) {
@@ -72,20 +123,26 @@ std::string suggestionFor(std::string_view text, std::string_view language) {
   return "did you mean " + names + "?";
 }
 
-std::string notFoundSentence(std::string_view text, APIError const& error, std::string_view language) {
+std::string missingSentence(std::string_view text, APIError const& error) {
   std::string const quoted = "'" + oneLine(text, 100) + "'";
-  std::string sentence = "no place called " + quoted + " was found";
-  if (error.kind != APIError::Case::noResults) {
-    std::string why = error.text();
-    if (why.ends_with('.')) why.pop_back();
-    sentence = quoted + " is not in the offline list, and the online search failed (" + why + ")";
-  }
+  if (error.kind == APIError::Case::noResults) return "no place called " + quoted + " was found";
+  std::string why = error.text();
+  if (why.ends_with('.')) why.pop_back();
+  return quoted + " is not in the offline list, and the online search failed (" + why + ")";
+}
+
+std::string notFoundSentence(std::string_view text, APIError const& error, std::string_view language) {
+  std::string sentence = missingSentence(text, error);
   std::string const suggestion = suggestionFor(text, language);
   return suggestion.empty() ? sentence : sentence + "; " + suggestion;
 }
 
 std::vector<FoundPlace> searchOffline(std::string_view text, std::string_view language) {
-  return foundPlacesOf(searchCities(text, kMostMatches), language);
+  if (auto here = placeAt(text, language)) return std::vector{std::move(*here)};
+  auto found = foundPlacesOf(searchCities(text, kMostMatches), text, language);
+  auto const postal = found.empty() ? postalTownIn(text) : std::nullopt;
+  if (postal) found = foundPlacesOf(searchCities(postal->town, kMostMatches), postal->town, language);
+  return found;
 }
 
 Place describedPlace(Coordinate coordinate, std::string_view language) {
@@ -105,22 +162,30 @@ std::string offlineTimeZone(Coordinate coordinate) {
 Result<std::vector<FoundPlace>, APIError> PlaceSearch::search(std::string_view text,
                                                               std::string_view language, bool online,
                                                               std::stop_token const& stop) {
+  if (auto here = placeAt(text, language)) return std::vector{std::move(*here)};
   if (!online) {
     if (auto found = searchOffline(text, language); !found.empty()) return found;
   }
   return searchOnline(text, language, stop);
 }
 
-Result<std::vector<FoundPlace>, APIError> PlaceSearch::searchOnline(std::string_view text,
-                                                                    std::string_view language,
-                                                                    std::stop_token const& stop) {
+PlaceSearch::Found PlaceSearch::searchOnline(std::string_view text, std::string_view language,
+                                             std::stop_token const& stop) {
   OpenMeteoGeocoder geocoder(http_, services_.address(Service::openMeteoGeocoding));
-  auto found = geocoder.search(text, language, kMostMatches, stop);
+  auto const ask = [&](std::string_view name) { return geocoder.search(name, language, kMostMatches, stop); };
+  auto const isMissing = [](Found const& found) {
+    return !found && found.error().kind == APIError::Case::noResults;
+  };
+  Found found = ask(text);
   for (std::string const& spelling : otherSpellings(text)) {
-    if (found || found.error().kind != APIError::Case::noResults) break;
-    found = geocoder.search(spelling, language, kMostMatches, stop);
+    if (isMissing(found)) found = ask(spelling);
   }
-  return found;
+  auto const postal = isMissing(found) ? postalTownIn(text) : std::nullopt;
+  if (!postal) return found;
+  Found const coded = ask(postal->code);
+  auto there = coded ? inTown(*coded, postal->town) : std::vector<FoundPlace>();
+  if (!there.empty()) return there;
+  return isMissing(coded) || coded ? ask(postal->town) : coded;
 }
 
 SavedPlace savedPlaceOf(FoundPlace const& found) {

@@ -7,6 +7,8 @@
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 
+#include <algorithm>
+
 namespace nimbara {
 
 namespace {
@@ -51,6 +53,15 @@ icu::UnicodeString plainLetter(UChar32 letter) {
   return known ? icu::UnicodeString::fromUTF8(asciiLowered(spelled)) : lower;
 }
 
+/// Between the words of towns' names in the languages that write them small.
+constexpr std::string_view kSmallWords[] = {
+    "a",  "am", "an", "auf", "bei", "da", "das", "de",  "del", "der",  "di",  "do", "dos", "en", "im",
+    "in", "la", "le", "les", "of",  "on", "sur", "the", "und", "upon", "van", "y",  "ob",  "nad"};
+
+bool isSmallWord(std::string_view word) {
+  return std::ranges::find(kSmallWords, word) != std::ranges::end(kSmallWords);
+}
+
 }  // namespace
 
 std::string searchFolded(std::string_view text) {
@@ -78,6 +89,21 @@ std::string accentsKept(std::string_view text) {
   std::string utf8;
   normalized(composition(), icu::UnicodeString::fromUTF8(bytes).foldCase()).toUTF8String(utf8);
   return utf8;
+}
+
+std::string capitalized(std::string_view name) {
+  std::string out;
+  for (std::string_view const word : split(accentsKept(name), ' ')) {
+    if (!out.empty()) out += ' ';
+    auto letters = icu::UnicodeString::fromUTF8({word.data(), static_cast<std::int32_t>(word.size())});
+    bool const isSmall = !out.empty() && isSmallWord(word);
+    if (!isSmall && !letters.isEmpty()) {
+      UChar32 const first = letters.char32At(0);
+      letters.replace(0, U16_LENGTH(first), u_totitle(first));
+    }
+    letters.toUTF8String(out);
+  }
+  return out;
 }
 
 }  // namespace nimbara

@@ -14,4 +14,8 @@ std::string searchFolded(std::string_view text);
 /// UTF-8 `text` in lower case and without blanks around it: what tells apart names that are folded alike.
 std::string accentsKept(std::string_view text);
 
+/// A name as it is written, from one in any letter case: each word begins with a capital, but for the small
+/// words within names ("Monaco di Baviera", "Frankfurt am Main").
+std::string capitalized(std::string_view name);
+
 }  // namespace nimbara

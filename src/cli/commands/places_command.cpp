@@ -31,8 +31,9 @@ struct PlaceEntry {
   std::string countryName;
   std::string region;
   std::string timeZone;
-  std::optional<Instant> fixTime;    ///< of the current location
-  std::optional<bool> isSuggestion;  ///< similar to a name that was not found
+  std::optional<Instant> fixTime;             ///< of the current location
+  std::optional<bool> isSuggestion;           ///< similar to a name that was not found
+  std::optional<std::string> otherName = {};  ///< by which a search found it
 };
 
 using Entries = std::vector<PlaceEntry>;
@@ -57,6 +58,7 @@ std::string json(Entries const& entries) {
     writer.member("fixTime", entry.fixTime);
     writer.memberOrNull("notifications", entry.notifications);
     writer.member("suggestion", entry.isSuggestion);
+    writer.member("matchedName", entry.otherName);
     writer.endObject();
   }
   writer.endList();
@@ -115,7 +117,7 @@ std::string whereabouts(PlaceEntry const& entry, Instant now) {
 }
 
 std::string fullName(PlaceEntry const& entry) {
-  std::string name = entry.name;
+  std::string name = entry.otherName ? *entry.otherName + " (" + entry.name + ")" : entry.name;
   for (std::string const& part : {entry.region, entry.countryName}) {
     if (!part.empty() && part != entry.name) name += ", " + part;
   }
@@ -245,15 +247,12 @@ class PlacesRun {
     if (!rules) session_.console.err("nimbara: " + rules.error().message + "\n");
   }
 
-  Result<std::vector<FoundPlace>, std::string> found() {
+  Result<std::vector<FoundPlace>, APIError> found() {
     Configuration const configuration = configurationOf(*session_.settings);
     LazyHttpClient http(session_.environment.program, userAgent(configuration));
     ServiceDirectory const services(configuration, common_.services);
     PlaceSearch search(http, services);
-    std::string const language = Texts::load(common_.language).language();
-    auto found = search.search(options_.place, language, options_.online, session_.stop);
-    if (found) return std::move(*found);
-    return std::unexpected(notFoundSentence(options_.place, found.error(), language));
+    return search.search(options_.place, texts().language(), options_.online, session_.stop);
   }
 
   int failSearch(std::string const& sentence) const {
@@ -266,10 +265,10 @@ class PlacesRun {
     auto matches = found();
     bool const isSuggestion = !matches;
     if (!matches) {
-      auto similar = similarPlaces(options_.place, Texts::load(common_.language).language());
-      if (similar.empty() || session_.stop.stop_requested()) return failSearch(matches.error());
-      session_.console.err("nimbara: no place called '" + oneLine(options_.place, 100) +
-                           "' was found; these names are similar\n");
+      auto similar = similarPlaces(options_.place, texts().language());
+      std::string const why = missingSentence(options_.place, matches.error());
+      if (similar.empty() || session_.stop.stop_requested()) return failSearch(why);
+      session_.console.err("nimbara: " + why + "; these names are similar\n");
       matches = std::move(similar);
     }
     Entries entries;
@@ -278,7 +277,8 @@ class PlacesRun {
       auto const id = saved == nullptr ? std::nullopt : std::optional(saved->id);
       PlaceEntry& entry = entries.emplace_back(entryOf(savedPlaceOf(match), id, id && list->selected == id));
       if (saved != nullptr) entry.notifications = choiceOf(*saved, entry.selected);
-      if (isSuggestion) entries.back().isSuggestion = true;
+      if (isSuggestion) entry.isSuggestion = true;
+      if (!match.otherName.empty()) entry.otherName = match.otherName;
     }
     return show(entries, true);
   }
@@ -289,7 +289,9 @@ class PlacesRun {
     if (!wanted) return session_.fail(exitCode::kUsage, wanted.error());
     if (auto const* const coordinate = std::get_if<Coordinate>(&*wanted)) return addAt(*coordinate);
     auto const matches = found();
-    if (!matches) return failSearch(matches.error());
+    if (!matches) {
+      return failSearch(notFoundSentence(options_.place, matches.error(), texts().language()));
+    }
     return save(savedPlaceOf(matches->front()));
   }
 
