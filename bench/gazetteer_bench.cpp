@@ -23,6 +23,15 @@ BENCHMARK_CAPTURE(search, withoutComma, "paris texas");
 BENCHMARK_CAPTURE(search, manyWords, "a b c d e f g h i j k l m n o p q r s t");
 BENCHMARK_CAPTURE(search, manyAreas, "s, san, san, san, san");
 
+void similar(benchmark::State& state, char const* text) {
+  for (auto _ : state) benchmark::DoNotOptimize(similarCities(text, 20));
+}
+BENCHMARK_CAPTURE(similar, word, "zurch");
+BENCHMARK_CAPTURE(similar, words, "new yrok");
+BENCHMARK_CAPTURE(similar, beginning, "san fransi");
+BENCHMARK_CAPTURE(similar, nothing, "nosuchplacexyz");
+BENCHMARK_CAPTURE(similar, narrowed, "sprngfield, illinois, us");
+
 std::vector<Coordinate> drawn(std::size_t count) {
   std::mt19937 random(1);
   std::uniform_real_distribution<double> latitude(-90, 90);

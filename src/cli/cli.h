@@ -9,6 +9,7 @@
 #include "platform/location_source.h"
 #include "platform/settings_store.h"
 
+#include <chrono>
 #include <stop_token>
 #include <string>
 #include <vector>
@@ -30,6 +31,8 @@ class Console {
   virtual void err(std::string_view text) = 0;
   /// Cells a line of standard output, 0 when it is no terminal.
   virtual int terminalWidth() const = 0;
+  /// Somebody watches standard error.
+  virtual bool showsProgress() const { return false; }
 };
 
 /// What a command works with.
@@ -40,6 +43,8 @@ struct Session {
   LocationSource* location = nullptr;  ///< none: the desktop's
   SettingsStore* store = nullptr;      ///< the user's; set by runCli
   Settings const* settings = nullptr;  ///< as they were at the start of the run
+  /// How long a command works before it says what it is doing.
+  std::chrono::milliseconds patience{1000};
 
   /// One line on standard error: "nimbara: " and a sentence.
   int fail(int code, std::string_view sentence) const;

@@ -27,6 +27,8 @@ class ProcessConsole final : public nimbara::Console {
     return known ? size.ws_col : 80;
   }
 
+  bool showsProgress() const override { return isatty(STDERR_FILENO) != 0; }
+
  private:
   /// Whatever a text is made of, a terminal obeys none of it.
   static void write(std::string_view text, std::FILE* file) {

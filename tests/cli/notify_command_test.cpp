@@ -44,10 +44,13 @@ TEST_F(NotifyCommandTest, WhatWasToldIsNotToldAgain) {
 TEST_F(NotifyCommandTest, ExplainsEveryRule) {
   auto const text = run({"notify", "--explain"});
   EXPECT_EQ(text.exitCode, 0) << text.err;
-  EXPECT_THAT(text.out, ContainsRegex("rain_start +Turned off\\."));
-  EXPECT_THAT(text.out, ContainsRegex("rain +Berlin: Not sent\\. No rain likely\\.\n"));
-  EXPECT_THAT(text.out,
-              ContainsRegex("morning_summary +Berlin: Scheduled\\. To be sent at 7:00 AM local time\\."));
+  EXPECT_THAT(text.out, ContainsRegex("Turned off: [^.]*Rain starting"));
+  EXPECT_THAT(text.out, ContainsRegex("\nHeavy rain +Not sent\\. No rain likely\\.\n"));
+  EXPECT_THAT(text.out, ContainsRegex("Morning summary +Would be scheduled\\. To be sent at 7:00 AM"));
+  EXPECT_THAT(text.out, Not(ContainsRegex("rain_start|morning_summary|gov_|Sent\\.")));
+  auto const verbose = run({"notify", "--explain", "--verbose"});
+  EXPECT_THAT(verbose.out, HasSubstr("Rain starting [rain_start]"));
+  EXPECT_THAT(verbose.out, HasSubstr("Morning summary [morning_summary]"));
   auto const json = run({"notify", "--explain", "--json"});
   EXPECT_THAT(json.out,
               HasSubstr(R"({"rule":"rain","setting":"notify_rain","identifier":"rain",)"
@@ -61,6 +64,25 @@ TEST_F(NotifyCommandTest, TellsTheTimesOfOnePlaceByItsClockAndOfSeveralByTheRead
   std::string const several = run({"notify", "--explain"}).out;
   EXPECT_THAT(several, HasSubstr("Berlin: No official warnings, checked 9:20 AM\n"));
   EXPECT_THAT(several, ContainsRegex("Lisbon: [^\n]+, checked 9:20 AM\n"));
+}
+
+TEST_F(NotifyCommandTest, SaysOfAPreviewWhatWouldBeSent) {
+  std::string const would = "These notifications would be sent:\n\n";
+  EXPECT_THAT(run({"notify", "--dry-run"}).out, StartsWith(would));
+  EXPECT_THAT(run({"notify", "--deliver", "print"}).out, Not(HasSubstr("would")));
+  for (char const* const rule :
+       {"notify_govAlerts", "notify_severe", "notify_travelAdvisory", "notify_morningSummary",
+        "notify_eveningSummary", "notify_umbrellaReminder", "notify_uvDailyReminder"})
+    ASSERT_EQ(run({"settings", "set", rule, "false"}).exitCode, 0) << rule;
+  EXPECT_EQ(run({"notify", "--dry-run"}).out, "No notifications would be sent.\n");
+}
+
+TEST_F(NotifyCommandTest, ExplainsRulesOfTheUsersOwnByTheirTitles) {
+  ASSERT_EQ(run({"rules", "add", "--title", "Blast", "--type", "windGust", "--operator", "above",
+                 "--threshold", "300", "--immediately"})
+                .exitCode,
+            0);
+  EXPECT_THAT(run({"notify", "--explain"}).out, ContainsRegex("\nBlast +Not sent\\. Condition not met\\."));
 }
 
 TEST_F(NotifyCommandTest, KeepsALogThatCanBeRead) {

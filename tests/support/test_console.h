@@ -18,10 +18,12 @@ class TestConsole final : public Console {
   void out(std::string_view text) override { output += text; }
   void err(std::string_view text) override { errors += text; }
   int terminalWidth() const override { return width; }
+  bool showsProgress() const override { return isWatched; }
 
   std::string output;
   std::string errors;
   int width = 0;
+  bool isWatched = false;
 };
 
 struct CliRun {

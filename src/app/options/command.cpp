@@ -177,14 +177,18 @@ std::vector<std::string> optionNames(CLI::App const& app) {
   return names;
 }
 
-/// The sentence about a word that is nearly a command or an option; empty for any other.
+/// The sentence about a word that is nearly a command or an option, or stands where a command must; empty for
+/// any other.
 std::string suggestion(CLI::App const& app) {
   auto const stray = strayWord(app);
   if (!stray) return {};
   std::string const word = stray->word.substr(0, stray->word.find('='));
   if (!word.starts_with("--")) {
     std::string const meant = nearestWord(word, commandNames(*stray->app));
-    return meant.empty() ? "" : "no such command: '" + oneLine(word) + "'; did you mean " + meant + "?";
+    bool const isCommandMissing = !commandNames(*stray->app).empty() && stray->app->get_subcommands().empty();
+    if (meant.empty() && !isCommandMissing) return {};
+    return "no such command: '" + oneLine(word) + "'" +
+           (meant.empty() ? "" : "; did you mean " + meant + "?");
   }
   std::string const meant = nearestWord(word.substr(2), optionNames(*stray->app));
   return meant.empty() ? "" : "no such option: '" + oneLine(word) + "'; did you mean --" + meant + "?";

@@ -64,11 +64,12 @@ std::string coverageText(SourceCoverage const& coverage, Texts const& texts, Cal
 }
 
 std::vector<std::string> coverageLines(std::vector<SourceCoverage> const& coverage, Texts const& texts,
-                                       Calendar const& calendar, Instant now) {
+                                       Calendar const& calendar, Instant now, ServiceNames names) {
+  bool const isNamed = names == ServiceNames::always || coverage.size() > 1;
   std::vector<std::string> lines;
   for (SourceCoverage const& source : coverage) {
     std::string line = coverageText(source, texts, calendar, now);
-    if (coverage.size() > 1 && source.service) line = *source.service + ": " + line;
+    if (isNamed && source.service) line = *source.service + ": " + line;
     lines.push_back(std::move(line));
   }
   return lines;

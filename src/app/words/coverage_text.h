@@ -15,8 +15,12 @@ namespace nimbara {
 std::string coverageText(SourceCoverage const& coverage, Texts const& texts, Calendar const& calendar,
                          Instant now);
 
-/// A line for each source, with its service's name before it where there are several.
+/// When a line begins with its service's name: where there are several, or always.
+enum class ServiceNames { ofSeveral, always };
+
+/// A line for each source.
 std::vector<std::string> coverageLines(std::vector<SourceCoverage> const& coverage, Texts const& texts,
-                                       Calendar const& calendar, Instant now);
+                                       Calendar const& calendar, Instant now,
+                                       ServiceNames names = ServiceNames::ofSeveral);
 
 }  // namespace nimbara

@@ -7,6 +7,7 @@
 #include "cli/cli.h"
 #include "cli/pages/warning_page.h"
 #include "cli/run_context.h"
+#include "cli/slow_note.h"
 #include "cli/stated_place.h"
 #include "cli/terminal.h"
 #include "feeds/alerts/gov_alert_service.h"
@@ -38,7 +39,7 @@ class AlertsRun {
     place_ = *place;
     std::vector<std::function<void()>> asked{[this] { askOfficial(); }};
     if (options_.sources.contains(AlertSource::generated)) asked.emplace_back([this] { gatherGenerated(); });
-    runAll(asked, Waiting::sideBySide);
+    ask(asked);
     takeOfficial();
     if (session_.stop.stop_requested()) return session_.fail(exitCode::kInterrupted, "interrupted");
     sortMostSevereFirst(alerts_);
@@ -48,10 +49,16 @@ class AlertsRun {
   }
 
  private:
+  void ask(std::vector<std::function<void()>> const& sources) const {
+    SlowNote const note(session_, "asking the sources …");
+    runAll(sources, Waiting::sideBySide);
+  }
+
   void gatherGenerated() {
     auto answer = context_.app().forecasts().get(place_, WeatherProviderOption::automatic, session_.stop);
     if (!answer) return missing_.push_back(context_.sentenceOf(answer.error()));
     context_.tell(context_.note(*answer));
+    generatedCount_ = answer->alerts.size();
     std::ranges::move(answer->alerts, std::back_inserter(alerts_));
   }
 
@@ -87,12 +94,46 @@ class AlertsRun {
     calendar_ = Calendar::forZone(timeZoneAt(place_.coordinate)).value_or(calendar_);
     std::vector<WarningEntry> entries;
     entries.reserve(alerts_.size());
-    for (WeatherAlert const& alert : alerts_) entries.push_back(warningEntry(alert));
+    for (WeatherAlert const& alert : alerts_) entries.push_back(entryOf(alert));
     std::string const list = warningPage(entries, page());
-    std::string const checks = coveragePage(coverage_, page());
-    if (list.empty() && checks.empty()) return std::string(context_.texts().text("report.noAlerts")) + "\n";
-    if (list.empty() || checks.empty()) return list + checks;
-    return isDoubtful() ? checks + "\n" + list : list + "\n" + checks;
+    std::string const checks = sources();
+    std::string out = style_.painted(style_.text(heading()), Colour::bold) + "\n\n";
+    if (list.empty()) return out + checks;
+    return out + (isDoubtful() ? checks + "\n" + list : list + "\n" + checks);
+  }
+
+  std::string heading() const {
+    std::string place = place_.name.empty() ? formatCoordinate(place_.coordinate) : place_.name;
+    if (!place_.country.empty() && place_.country != place) place += ", " + place_.country;
+    return context_.texts().format("alerts.heading", oneLine(place));
+  }
+
+  /// Those that nobody issued say that they are from the forecast.
+  WarningEntry entryOf(WeatherAlert const& alert) const {
+    WarningEntry entry = warningEntry(alert);
+    if (entry.source.empty()) entry.source = context_.texts().text("alerts.fromForecast");
+    return entry;
+  }
+
+  /// What each source that was asked has said.
+  std::string sources() const {
+    Texts const& texts = context_.texts();
+    auto lines = coverageLines(coverage_, texts, calendar_, clock_->now(), ServiceNames::always);
+    if (options_.sources.contains(AlertSource::generated)) lines.push_back(generatedState());
+    std::string out = style_.painted(style_.text(texts.text("alerts.sources")), Colour::bold) + "\n";
+    for (std::string const& line : lines) {
+      for (std::string const& part : wrapped(style_.text(line), widthOf(session_) - 2)) {
+        out += "  " + style_.painted(part, Colour::dim) + "\n";
+      }
+    }
+    return out;
+  }
+
+  std::string generatedState() const {
+    Texts const& texts = context_.texts();
+    if (!generatedCount_) return std::string(texts.text("alerts.forecast.failed"));
+    return *generatedCount_ == 0 ? std::string(texts.text("alerts.forecast.none"))
+                                 : texts.format("alerts.forecast", *generatedCount_);
   }
 
   std::string json() const {
@@ -122,8 +163,9 @@ class AlertsRun {
   GovAlertPlace officialPlace_;
   std::optional<GovAlerts> official_;
   std::vector<WeatherAlert> alerts_;
-  std::vector<SourceCoverage> coverage_;  ///< of the official sources, where they were asked for
-  std::vector<std::string> missing_;      ///< sources that gave no answer now, a sentence each
+  std::vector<SourceCoverage> coverage_;       ///< of the official sources, where they were asked for
+  std::optional<std::size_t> generatedCount_;  ///< of alerts, where there is a forecast
+  std::vector<std::string> missing_;           ///< sources that gave no answer now, a sentence each
 };
 
 }  // namespace

@@ -10,7 +10,7 @@ struct CommandLine;
 struct Session;
 
 struct FeedOptions {
-  std::string place;         ///< of nws, and --near of quakes
+  std::string place;         ///< of nws, --near of quakes, --place of kp
   std::string view = "all";  ///< of nws: all, convective or flood
   std::string country;       ///< of nws: in place of what the gazetteer says
   bool isNear = false;       ///< quakes: only those around `place`

@@ -6,6 +6,7 @@
 #include "cli/official_look.h"
 #include "cli/pages/forecast_report.h"
 #include "cli/run_context.h"
+#include "cli/slow_note.h"
 #include "cli/terminal.h"
 #include "feeds/alerts/gov_alert_service.h"
 #include "model/process.h"
@@ -79,6 +80,7 @@ class ForecastRun {
 
   Result<ForecastAnswer, APIError> forecast(RunContext& context, Place const& place) const {
     ForecastService& service = context.app().forecasts();
+    SlowNote const note(session_, "asking for the forecast …");
     // The cache does not keep the provider's answer as it was.
     bool const asksAnew = options_.noCache || options_.raw;
     auto answer =

@@ -10,6 +10,7 @@
 #include "cli/cli.h"
 #include "cli/pages/notification_page.h"
 #include "cli/run_context.h"
+#include "cli/slow_note.h"
 #include "cli/stated_place.h"
 #include "cli/terminal.h"
 #include "feeds/alerts/gov_alert_service.h"
@@ -29,6 +30,7 @@ class NotifyRun {
  public:
   NotifyRun(CommandLine const& line, Session const& session)
       : options_(line.notify),
+        isVerbose_(line.common.verbose),
         session_(session),
         clock_(makeClock(line.common)),
         context_(line.common, session, *clock_, departureOf(line)) {}
@@ -58,7 +60,7 @@ class NotifyRun {
     auto const stored = store.read(StoreArea::state);
     if (!stored) return session_.fail(exitCode::kUnavailable, stored.error().message);
     auto const log = notificationLogOf(*stored);
-    session_.console.out(options_.json ? logJson(log) : logText(log, words(), styleOf(session_)));
+    session_.console.out(options_.json ? logJson(log) : logText(log, words(), style_));
     return exitCode::kComplete;
   }
 
@@ -103,6 +105,7 @@ class NotifyRun {
   std::filesystem::path lockFile() const { return session_.environment.dataDirectory / "notifications.lock"; }
 
   PassInputs gatherInputs(NeededInputs const& needed, std::stop_token const& stop) {
+    SlowNote const note(session_, "asking the sources …");
     NotificationInputs inputs(
         always(context_.app().feeds()), *clock_,
         {context_.wording().units, context_.wording().texts, context_.wording().fallback,
@@ -168,11 +171,14 @@ class NotifyRun {
   std::string rendered(PassPlan const& plan) {
     if (options_.explain) {
       return options_.json ? explanationJson(plan)
-                           : officialStates() + explanationText(plan, words(), styleOf(session_));
+                           : officialStates() + explanationText(plan, words(), explanationPage());
     }
     return options_.json ? notificationsJson(plan)
-                         : notificationsText(plan, context_.texts(), styleOf(session_), widthOf(session_));
+                         : notificationsText(plan, context_.texts(), style_, widthOf(session_),
+                                             options_.dryRun ? ReasonTense::preview : ReasonTense::past);
   }
+
+  ExplanationPage explanationPage() const { return {style_, widthOf(session_), isVerbose_}; }
 
   /// How the official warnings of each place were checked, in this pass or, where no rule reads them, before.
   std::string officialStates() {
@@ -196,7 +202,9 @@ class NotifyRun {
   }
 
   NotifyOptions const& options_;
+  bool isVerbose_;
   Session const& session_;
+  Style style_ = styleOf(session_);
   std::unique_ptr<Clock> clock_;
   RecordingHttpClient* recording_ = nullptr;  ///< the context's
   RunContext context_;

@@ -5,6 +5,7 @@
 #include "base/text/text.h"
 #include "base/words/texts.h"
 #include "cli/cli.h"
+#include "cli/slow_note.h"
 #include "notifications/engine/notification_state.h"
 #include "platform/linux/desktop_services.h"
 #include "platform/linux/lazy_http_client.h"
@@ -252,6 +253,7 @@ class PlacesRun {
     LazyHttpClient http(session_.environment.program, userAgent(configuration));
     ServiceDirectory const services(configuration, common_.services);
     PlaceSearch search(http, services);
+    SlowNote const note(session_, "searching online …");
     return search.search(options_.place, texts().language(), options_.online, session_.stop);
   }
 

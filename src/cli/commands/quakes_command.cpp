@@ -7,6 +7,7 @@
 #include "cli/cli.h"
 #include "cli/commands/feed_commands.h"
 #include "cli/run_context.h"
+#include "cli/terminal.h"
 #include "feeds/quakes/earthquake_service.h"
 
 #include <algorithm>
@@ -15,38 +16,111 @@ namespace nimbara {
 
 namespace {
 
+/// Around what was asked for.
+struct Circle {
+  std::string name;
+  Coordinate centre;
+  double radiusKm = 0;
+};
+
 /// Only what was asked for.
 std::vector<EarthquakeEvent> chosen(std::vector<EarthquakeEvent> events, FeedOptions const& options,
-                                    std::optional<Coordinate> centre) {
+                                    std::optional<Circle> const& circle) {
   std::erase_if(events, [&](EarthquakeEvent const& event) {
-    bool const isFar = centre && !(haversineKm(*centre, event.coordinate()) <= options.radiusKm);
+    bool const isFar = circle && !(haversineKm(circle->centre, event.coordinate()) <= circle->radiusKm);
     return isFar || (options.minMagnitude && event.magnitude < *options.minMagnitude);
   });
   return events;
 }
 
-std::string distanceText(EarthquakeEvent const& event, std::optional<Coordinate> centre) {
-  return centre ? roundedText(haversineKm(*centre, event.coordinate())) + " km" : "";
-}
+/// A page of earthquakes: a heading, titles of columns, a row for each.
+class QuakePage {
+ public:
+  QuakePage(std::vector<EarthquakeEvent> const& events, std::optional<Circle> const& circle,
+            RunContext const& context, Session const& session)
+      : events_(events),
+        circle_(circle),
+        texts_(context.texts()),
+        unit_(context.wording().units.distance),
+        now_(context.clock().now()),
+        words_(texts_, session.environment.machineCalendar),
+        style_(styleOf(session)),
+        width_(session.console.terminalWidth()) {}
 
-/// Time in the machine's zone, magnitude, depth, distance from the place that was asked for, place.
-std::string table(std::vector<EarthquakeEvent> const& events, std::optional<Coordinate> centre,
-                  Session const& session, Texts const& texts) {
-  if (events.empty()) return std::string(texts.text("quakes.none")) + "\n";
-  std::string out;
-  TimeWords const words(texts, session.environment.machineCalendar);
-  int const clockWidth = displayWidth(words.clock(LocalTime(std::chrono::hours(22))));
-  for (EarthquakeEvent const& event : events) {
-    out += formatDate(session.environment.machineCalendar.day(event.time)) + " " +
-           fitted(words.clock(event.time), clockWidth, Align::right) + "  M" +
-           fitted(fixedDecimal(event.magnitude, 1), 4, Align::right) +
-           fitted(roundedText(event.depthKm) + " km", 8, Align::right) + "  " +
-           (centre ? fitted(distanceText(event, centre), 9, Align::right) + "  " : "") + oneLine(event.place);
-    if (event.alert) out += "  [" + oneLine(*event.alert, 20) + "]";
-    out += "\n";
+  std::string text() const {
+    if (events_.empty()) return style_.text(emptySentence()) + "\n";
+    auto const rows = this->rows();
+    std::vector<int> widths(rows.front().size());
+    for (Row const& row : rows) {
+      for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], displayWidth(row[i]));
+    }
+    std::string out = style_.painted(style_.text(heading()), Colour::bold) + "\n";
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      std::string const line = lineOf(rows[i], widths);
+      out += (i == 0 ? style_.painted(line, Colour::dim) : line) + "\n";
+    }
+    return out;
   }
-  return session.environment.utf8 ? out : asciiFolded(out);
-}
+
+ private:
+  using Row = std::vector<std::string>;
+
+  std::string distance(double km) const { return display(km, unit_) + " " + std::string(symbol(unit_)); }
+
+  std::string heading() const {
+    if (!circle_) return texts_.format("desktop.quakes.count", events_.size());
+    return texts_.format("quakes.near", events_.size(), distance(circle_->radiusKm), circle_->name);
+  }
+
+  std::string emptySentence() const {
+    if (!circle_) return std::string(texts_.text("desktop.quakes.none"));
+    return texts_.format("quakes.noneNear", distance(circle_->radiusKm), circle_->name);
+  }
+
+  std::string title(std::string_view column) const {
+    return std::string(texts_.text("quakes.column." + std::string(column)));
+  }
+
+  std::string magnitude(double value) const {
+    std::string text = fixedDecimal(value, 1);
+    return text.replace(text.find('.'), 1, texts_.decimalPoint());
+  }
+
+  std::vector<Row> rows() const {
+    std::vector<Row> rows{{title("time"), title("magnitude"), title("depth")}};
+    if (circle_) rows.front().push_back(title("distance"));
+    rows.front().push_back(title("place"));
+    for (EarthquakeEvent const& event : events_) {
+      Row& row = rows.emplace_back(
+          Row{words_.moment(event.time, now_), magnitude(event.magnitude), distance(event.depthKm)});
+      if (circle_) row.push_back(distance(haversineKm(circle_->centre, event.coordinate())));
+      row.push_back(oneLine(event.place));
+      if (event.alert) row.back() += " [" + oneLine(*event.alert, 20) + "]";
+    }
+    return rows;
+  }
+
+  /// Numbers stand to the right; the place ends where the terminal does.
+  std::string lineOf(Row const& row, std::vector<int> const& widths) const {
+    std::string line;
+    int used = 0;
+    for (std::size_t i = 0; i + 1 < row.size(); ++i) {
+      line += style_.cell(row[i], widths[i], Align::right) + "  ";
+      used += widths[i] + 2;
+    }
+    bool const isCut = width_ > 0 && used + displayWidth(row.back()) > width_;
+    return line + (isCut ? style_.cell(row.back(), std::max(1, width_ - used)) : style_.text(row.back()));
+  }
+
+  std::vector<EarthquakeEvent> const& events_;
+  std::optional<Circle> const& circle_;
+  Texts const& texts_;
+  DistanceUnit unit_;
+  Instant now_;
+  TimeWords words_;
+  Style style_;
+  int width_;  ///< 0: not a terminal
+};
 
 }  // namespace
 
@@ -55,11 +129,12 @@ int runQuakes(CommandLine const& line, Session const& session) {
   auto const clock = makeClock(line.common);
   RunContext context(line.common, session, *clock,
                      ownServices(line.common, WeatherProviderOption::automatic));
-  std::optional<Coordinate> centre;
+  std::optional<Circle> circle;
   if (options.isNear) {
     auto const place = context.place(options.place);
     if (!place) return session.fail(place.error().exitCode, place.error().sentence);
-    centre = place->coordinate;
+    std::string const name = place->name.empty() ? formatCoordinate(place->coordinate) : place->name;
+    circle = {oneLine(name), place->coordinate, options.radiusKm};
   }
   auto const reading = context.app().feeds().earthquakes().fetchEarthquakes(session.stop);
   if (session.stop.stop_requested()) return session.fail(exitCode::kInterrupted, "interrupted");
@@ -71,9 +146,9 @@ int runQuakes(CommandLine const& line, Session const& session) {
     session.console.err("nimbara: could not fetch a newer earthquake list: " +
                         oneLine(context.plain(*reading.failure)) + "; showing the last known one\n");
   }
-  auto const events = chosen(reading.data, options, centre);
+  auto const events = chosen(reading.data, options, circle);
   session.console.out(options.json ? encodeJson(events) + "\n"
-                                   : table(events, centre, session, context.texts()));
+                                   : QuakePage(events, circle, context, session).text());
   return exitCode::kComplete;
 }
 

@@ -7,6 +7,7 @@
 #include "cli/cli.h"
 #include "cli/pages/region_table.h"
 #include "cli/run_context.h"
+#include "cli/slow_note.h"
 #include "feeds/regions/region_update.h"
 #include "feeds/regions/regions.h"
 
@@ -126,11 +127,13 @@ class RegionsRun {
 
  private:
   Result<RegionUpdate, std::string> fetched() {
+    SlowNote const note(session_, "downloading the outlines of warning regions …");
     std::string const base = context_.app().services().address(Service::meteoAlarmRegions).baseUrl;
     return updateRegions(context_.app().http(), base, file_, {embeddedRegions().get(), {}}, session_.stop);
   }
 
   Result<RegionUpdate, std::string> read() const {
+    SlowNote const note(session_, "reading the outlines of warning regions …");
     std::vector<std::string> documents;
     for (std::string const& name : options_.files) {
       auto document = readFile(name, kLongestDocument);

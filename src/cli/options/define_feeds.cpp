@@ -54,7 +54,10 @@ void defineQuakes(Command app, CommandLine& line, RawOptions& raw) {
 }
 
 void defineKp(Command app, CommandLine& line, RawOptions& raw) {
-  Command const command = app.command("kp", "The planetary K index, a measure of geomagnetic activity");
+  Command const command =
+      app.command("kp", "Geomagnetic activity: the planetary K index, and where auroras may be seen");
+  command.option("--place", line.feeds.place, "Where to look for auroras; the selected place by default")
+      .called("PLACE");
   command.flag("--json", line.feeds.json, kJson);
   defineCommon(command, line, raw);
   command.whenGiven([&line] { line.run = runKp; });

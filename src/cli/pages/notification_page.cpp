@@ -5,10 +5,11 @@
 #include "base/text/number.h"
 #include "base/text/text.h"
 #include "base/words/time_words.h"
-#include "notifications/log/reason_text.h"
 
 #include <algorithm>
+#include <map>
 #include <ranges>
+#include <set>
 
 namespace nimbara {
 
@@ -76,8 +77,8 @@ std::string clockText(ScheduledNotification const& entry, Texts const& texts) {
   return TimeWords(texts, Calendar::utc()).moment(clock, clock);
 }
 
-std::string reasonText(Decision const& decision, ReasonWords const& words) {
-  std::string text = reasonText(logLineOf(decision, {}), words.units, words.texts);
+std::string previewText(Decision const& decision, ReasonWords const& words) {
+  std::string text = reasonText(logLineOf(decision, {}), words.units, words.texts, ReasonTense::preview);
   auto const add = [&](std::string_view key, std::string const& moment) {
     text = words.texts.format("explain.and", text, words.texts.format(key, moment));
   };
@@ -92,6 +93,117 @@ std::string reasonText(Decision const& decision, ReasonWords const& words) {
 std::string identifierOf(Decision const& decision) {
   return decision.request.identifier.empty() ? std::string(decision.rule->stem) : decision.request.identifier;
 }
+
+/// The text of an explanation, from one decision after another.
+class Explanation {
+ public:
+  Explanation(PassPlan const& plan, ReasonWords const& words, ExplanationPage const& page)
+      : plan_(plan), words_(words), page_(page) {
+    std::set<std::string_view> places;
+    for (Decision const& decision : plan.decisions) {
+      if (!decision.place.empty()) places.insert(decision.place);
+      if (!isLeftOut(decision)) nameWidth_ = std::max(nameWidth_, displayWidth(nameOf(decision)));
+    }
+    isOfOnePlace_ = places.size() < 2;
+    constexpr int kWidestName = 30;
+    nameWidth_ = std::min(nameWidth_, kWidestName);
+  }
+
+  std::string text() const {
+    std::string sent;
+    std::string others;
+    for (Decision const& decision : plan_.decisions) {
+      if (isLeftOut(decision)) continue;
+      bool const isSent = isAction(decision.outcome);
+      (isSent ? sent : others) += entry(decision, isSent ? Colour::bold : Colour::plain);
+    }
+    std::string text = joined(sent, others);
+    text = joined(text, leftOut(notChosen, "explain.leftOut"));
+    return joined(text, leftOut(settingOff, "explain.turnedOff"));
+  }
+
+ private:
+  static bool isLeftOut(Decision const& decision) {
+    return decision.outcome == settingOff || decision.outcome == notChosen;
+  }
+
+  static std::string joined(std::string const& one, std::string const& other) {
+    return one + (one.empty() || other.empty() ? "" : "\n") + other;
+  }
+
+  /// "Heavy rain"; of one event among many, and of a rule of the user's own, its title.
+  std::string nameOf(Decision const& decision) const {
+    std::string const key = "desktop.notifications." + std::string(decision.rule->setting);
+    std::string_view const title = words_.texts.text(key);
+    bool const isOneOfMany = decision.rule->policy == RulePolicy::instance || title == key;
+    if (isOneOfMany && !decision.title.empty()) return oneLine(decision.title);
+    return title == key ? identifierOf(decision) : std::string(title);
+  }
+
+  std::string named(Decision const& decision) const {
+    std::string const name = nameOf(decision);
+    return page_.showsIdentifiers ? name + " [" + identifierOf(decision) + "]" : name;
+  }
+
+  /// The name in a column of its own, where there is room, and the reason beside it.
+  std::string entry(Decision const& decision, Colour colour) const {
+    constexpr int kGap = 2;
+    constexpr int kNarrowestReason = 40;
+    std::string const place = isOfOnePlace_ || decision.place.empty() ? "" : oneLine(decision.place) + ": ";
+    std::string const reason = place + oneLine(previewText(decision, words_), 1000);
+    std::string const name = page_.style.text(named(decision));
+    bool const isBeside =
+        displayWidth(name) <= nameWidth_ && page_.width - nameWidth_ - kGap >= kNarrowestReason;
+    int const indent = isBeside ? nameWidth_ + kGap : kGap;
+    std::string out = isBeside ? page_.style.painted(fitted(name, indent), colour)
+                               : page_.style.painted(name, colour) + "\n" + std::string(kGap, ' ');
+    std::string margin;
+    for (std::string const& line : wrapped(page_.style.text(reason), page_.width - indent)) {
+      out += margin + line + "\n";
+      margin = std::string(static_cast<std::size_t>(indent), ' ');
+    }
+    return out;
+  }
+
+  std::string paragraph(std::string const& text) const {
+    std::string out;
+    for (std::string const& line : wrapped(page_.style.text(text), page_.width)) {
+      out += page_.style.painted(line, Colour::dim) + "\n";
+    }
+    return out;
+  }
+
+  /// A paragraph for each reason, and each place where there are several, that names the rules with that
+  /// outcome.
+  std::string leftOut(RuleOutcome outcome, std::string_view key) const {
+    std::map<std::pair<std::string, std::string>, std::string> lists;
+    std::set<std::string> listed;
+    for (Decision const& decision : plan_.decisions) {
+      if (decision.outcome != outcome) continue;
+      std::string const place = isOfOnePlace_ ? "" : oneLine(decision.place);
+      std::string const name = named(decision);
+      if (!listed.insert(place + "\n" + name).second) continue;
+      std::string& list = lists[{place, decision.note}];
+      list += (list.empty() ? "" : ", ") + name;
+    }
+    std::string out;
+    for (auto const& [of, list] : lists) {
+      auto const& [place, note] = of;
+      std::string text = (place.empty() ? "" : place + ": ") + words_.texts.format(key, list);
+      if (!note.empty()) {
+        text = words_.texts.format("explain.and", text, words_.texts.text("explain.note." + note));
+      }
+      out += paragraph(text);
+    }
+    return out;
+  }
+
+  PassPlan const& plan_;
+  ReasonWords const& words_;
+  ExplanationPage const& page_;
+  int nameWidth_ = 0;
+  bool isOfOnePlace_ = false;
+};
 
 }  // namespace
 
@@ -112,7 +224,9 @@ std::string notificationsJson(PassPlan const& plan) {
   return json.take() + "\n";
 }
 
-std::string notificationsText(PassPlan const& plan, Texts const& texts, Style const& style, int width) {
+std::string notificationsText(PassPlan const& plan, Texts const& texts, Style const& style, int width,
+                              ReasonTense tense) {
+  bool const isPreview = tense == ReasonTense::preview;
   std::string text;
   for (Decision const& decision : plan.decisions) {
     if (!isTold(decision)) continue;
@@ -125,10 +239,13 @@ std::string notificationsText(PassPlan const& plan, Texts const& texts, Style co
       text += "  " + line + "\n";
     }
   }
-  if (!text.empty()) return text;
-  return std::string(texts.text(nothingKey(std::ranges::any_of(plan.decisions, wasMissed),
-                                           std::ranges::any_of(plan.decisions, wasChecked)))) +
-         "\n";
+  if (text.empty()) {
+    std::string_view const key = nothingKey(std::ranges::any_of(plan.decisions, wasMissed),
+                                            std::ranges::any_of(plan.decisions, wasChecked));
+    return std::string(texts.text(isPreview && key == "notify.nothing" ? "notify.preview.nothing" : key)) +
+           "\n";
+  }
+  return isPreview ? std::string(texts.text("notify.preview.heading")) + "\n\n" + text : text;
 }
 
 std::string explanationJson(PassPlan const& plan) {
@@ -151,18 +268,8 @@ std::string explanationJson(PassPlan const& plan) {
   return json.take() + "\n";
 }
 
-std::string explanationText(PassPlan const& plan, ReasonWords const& words, Style const& style) {
-  std::size_t width = 0;
-  for (Decision const& decision : plan.decisions) width = std::max(width, identifierOf(decision).size());
-  constexpr std::size_t kWidest = 28;
-  std::string text;
-  for (Decision const& decision : plan.decisions) {
-    std::string const name = fitted(identifierOf(decision), static_cast<int>(std::min(width, kWidest)));
-    std::string const place = decision.place.empty() ? "" : oneLine(decision.place) + ": ";
-    std::string const line = name + "  " + place + oneLine(reasonText(decision, words), 1000);
-    text += (isAction(decision.outcome) ? style.painted(line, Colour::bold) : line) + "\n";
-  }
-  return text;
+std::string explanationText(PassPlan const& plan, ReasonWords const& words, ExplanationPage const& page) {
+  return Explanation(plan, words, page).text();
 }
 
 std::string logJson(std::vector<LoggedNotification> const& log) {

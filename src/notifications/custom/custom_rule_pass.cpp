@@ -62,7 +62,7 @@ std::vector<ForeignEvaluation> evaluatedRules(std::span<CustomNotification const
     for (std::size_t i = 0; i < places.size(); ++i) {
       if (!watches(rule, places[i].place)) continue;
       CustomEvaluation const found = evaluateCustomRule(rule, places[i], settings, true);
-      evaluations.push_back({&customRow(), i, evaluationOf(rule, places[i], found)});
+      evaluations.push_back({&customRow(), i, evaluationOf(rule, places[i], found), rule.title});
     }
   }
   return evaluations;

@@ -4,6 +4,7 @@
 #include "notifications/engine/pass_planner.h"
 
 #include <algorithm>
+#include <ranges>
 
 namespace nimbara {
 
@@ -48,10 +49,15 @@ void PassPlanner::leaveOut(Rule const& rule) {
 void PassPlanner::planForeign(ForeignEvaluation const& foreign) {
   RuleInputs const& inputs = places_[foreign.place];
   PlaceChoice const choice = choiceAt(inputs);
-  if (choice >= PlaceChoice::severe) return planFindings(*foreign.rule, inputs, foreign.evaluation);
-  Decision& decision = add(notChosen, *foreign.rule);
-  decision.place = inputs.place.name;
-  decision.note = noteOf(choice);
+  std::size_t const known = plan_.decisions.size();
+  if (choice >= PlaceChoice::severe) {
+    planFindings(*foreign.rule, inputs, foreign.evaluation);
+  } else {
+    Decision& decision = add(notChosen, *foreign.rule);
+    decision.place = inputs.place.name;
+    decision.note = noteOf(choice);
+  }
+  for (Decision& decision : plan_.decisions | std::views::drop(known)) decision.title = foreign.title;
 }
 
 void PassPlanner::skip(Rule const& rule) {

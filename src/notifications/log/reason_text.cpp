@@ -236,14 +236,25 @@ std::string failureSentence(InputFailure const& failure, Texts const& texts) {
 std::string noteText(LoggedNotification const& line, Texts const& texts) {
   if (line.failure) return failureSentence(*line.failure, texts);
   std::string const key = "explain.note." + line.note;
-  return has(key, texts) ? std::string(texts.text(key)) : asSentence(line.note, texts);
+  if (has(key, texts)) return std::string(texts.text(key));
+  std::string const ofOwnRule = "customnotif.outcome." + line.note;
+  if (has(ofOwnRule, texts)) return asSentence(texts.text(ofOwnRule), texts);
+  return asSentence(line.note, texts);
+}
+
+/// Most outcomes read the same in a preview.
+std::string outcomeText(std::string const& outcome, ReasonTense tense, Texts const& texts) {
+  std::string const preview = "explain.preview." + outcome;
+  if (tense == ReasonTense::preview && has(preview, texts)) return std::string(texts.text(preview));
+  std::string const key = "explain.outcome." + outcome;
+  return has(key, texts) ? std::string(texts.text(key)) : asSentence(outcome, texts);
 }
 
 }  // namespace
 
-std::string reasonText(LoggedNotification const& line, Units const& units, Texts const& texts) {
-  std::string const outcome = "explain.outcome." + line.outcome;
-  std::string text = has(outcome, texts) ? std::string(texts.text(outcome)) : asSentence(line.outcome, texts);
+std::string reasonText(LoggedNotification const& line, Units const& units, Texts const& texts,
+                       ReasonTense tense) {
+  std::string text = outcomeText(line.outcome, tense, texts);
   addMeasured(text, decisive(line, texts), units, texts);
   if (isNoted(line)) add(text, noteText(line, texts), texts);
   return text;

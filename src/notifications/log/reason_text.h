@@ -9,7 +9,11 @@
 
 namespace nimbara {
 
+/// What became of it, or what would become of it: a preview sends nothing.
+enum class ReasonTense { past, preview };
+
 /// "Held back by the quiet hours. The strongest wind or gust will reach 72 km/h (told from 60 km/h)."
-std::string reasonText(LoggedNotification const& line, Units const& units, Texts const& texts);
+std::string reasonText(LoggedNotification const& line, Units const& units, Texts const& texts,
+                       ReasonTense tense = ReasonTense::past);
 
 }  // namespace nimbara

@@ -123,6 +123,7 @@ struct ForeignEvaluation {
   Rule const* rule = nullptr;
   std::size_t place = 0;  ///< its index among those of the pass
   Evaluation evaluation;
+  std::string title = {};  ///< what the user calls it
 };
 
 }  // namespace nimbara

@@ -2,6 +2,7 @@
 
 #include "app/services/feed_services.h"
 #include "base/text/text.h"
+#include "cli/slow_note.h"
 
 namespace nimbara {
 
@@ -68,8 +69,13 @@ SatelliteSource::SatelliteSource(CommandLine const& line, Session const& session
                ownServicesWithin(kCommandLimit, line.common, line.forecast.provider)),
       feed_(context_.app().feeds().elements(), *clock_, folderOf(line.common, session)) {}
 
+Result<SatelliteGroupLoad, ServiceFailure> SatelliteSource::fetched(SatelliteCatalog::Group const& group) {
+  SlowNote const note(session_, "fetching the orbits of the group " + std::string(group.id) + " …");
+  return feed_.load(group, session_.stop);
+}
+
 Outcome<SatelliteGroupLoad> SatelliteSource::load(SatelliteCatalog::Group const& group) {
-  auto loaded = feed_.load(group, session_.stop);
+  auto loaded = fetched(group);
   std::string const what = "the satellites of the group " + std::string(group.id) + " could not be fetched: ";
   if (!loaded)
     return std::unexpected(Failure{exitCode::kUnavailable, what + context_.advised(loaded.error()), {}});

@@ -29,6 +29,7 @@ class SatelliteSource {
 
  private:
   Result<SatelliteGroupLoad, Failure> load(SatelliteCatalog::Group const& group);
+  Result<SatelliteGroupLoad, ServiceFailure> fetched(SatelliteCatalog::Group const& group);
 
   Session const& session_;
   std::unique_ptr<Clock> clock_;

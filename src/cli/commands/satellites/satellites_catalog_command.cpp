@@ -1,9 +1,13 @@
 #include "base/text/display_text.h"
+<<<<<<< HEAD:src/cli/commands/satellites/satellites_catalog_command.cpp
 #include "base/text/number.h"
 #include "cli/commands/satellites/satellite_source.h"
 #include "cli/commands/satellites/satellites_commands.h"
+=======
+#include "cli/commands/satellite_source.h"
+#include "cli/commands/satellites_commands.h"
+>>>>>>> 51751ff (wip):src/cli/commands/satellites_catalog_command.cpp
 #include "cli/pages/satellite_map.h"
-#include "cli/pages/satellites_text.h"
 #include "cli/terminal.h"
 #include "globe/propagation/sgp4_batch.h"
 #include "globe/satellite_info.h"
@@ -96,6 +100,24 @@ Outcome<std::vector<SatellitePosition>> currentPositions(SatelliteSource& source
   return positions;
 }
 
+/// "23.50°N 146.88°E".
+constexpr int kCoordinateWidth = 18;
+
+std::string distanceText(double km, SatelliteSource& source) {
+  DistanceUnit const unit = source.context().wording().units.distance;
+  return display(km, unit) + " " + std::string(symbol(unit));
+}
+
+std::string speedText(double kmh, SatelliteSource& source) {
+  WindUnit const unit = source.context().wording().units.wind;
+  return display(kmh, unit) + " " + std::string(symbol(unit));
+}
+
+std::string lightText(bool isSunlit, SatelliteSource& source) {
+  return std::string(
+      source.context().texts().text(isSunlit ? "desktop.globe.sunlit" : "desktop.globe.shadow"));
+}
+
 Outcome<std::string> positions(SatelliteSource& source, SatellitesOptions const& options) {
   auto const positions = currentPositions(source, options.groups);
   if (!positions) return std::unexpected(positions.error());
@@ -103,10 +125,9 @@ Outcome<std::string> positions(SatelliteSource& source, SatellitesOptions const&
   std::string out;
   for (auto const& each : *positions) {
     out += fitted(std::to_string(each.noradID), 6, Align::right) + "  " + fitted(each.name, 24) + "  " +
-           fitted(angleText(each.latitude, 2), 8, Align::right) +
-           fitted(angleText(each.longitude, 2), 10, Align::right) +
-           fitted(roundedText(each.altitudeKm), 8, Align::right) + " km  " +
-           (each.isSunlit ? "sunlit" : "in shadow") + "\n";
+           fitted(formatCoordinate({each.latitude, each.longitude}), kCoordinateWidth, Align::right) +
+           fitted(distanceText(each.altitudeKm, source), 10, Align::right) + "  " +
+           lightText(each.isSunlit, source) + "\n";
   }
   return out;
 }
@@ -120,23 +141,45 @@ Outcome<std::string> map(SatelliteSource& source, SatellitesOptions const& optio
   return satelliteMap(places, source.now(), widthOf(source.session()), styleOf(source.session()));
 }
 
+Failure decayed(std::string const& name) {
+  return {exitCode::kUnavailable, name + " no longer has a position: its orbit has decayed", {}};
+}
+
+/// The card of a satellite: a row for each fact, its name in a column of its own.
+std::string infoText(SatelliteInfo const& info, Instant epoch, SatelliteSource& source) {
+  RunContext const& context = source.context();
+  Texts const& texts = context.texts();
+  struct Fact {
+    std::string_view name;
+    std::string text;
+  };
+  Fact const facts[] = {
+      {"number", info.id},
+      {"altitude", distanceText(info.altitudeKm, source)},
+      {"speed", speedText(info.speedKmh, source)},
+      {"above", formatCoordinate({info.latitude, info.longitude})},
+      {"period", texts.format("desktop.globe.minutes", info.periodMinutes)},
+      {"light", lightText(info.isSunlit, source)},
+  };
+  auto const title = [&](Fact const& fact) {
+    return std::string(texts.text("desktop.globe." + std::string(fact.name)));
+  };
+  int width = 0;
+  for (Fact const& fact : facts) width = std::max(width, displayWidth(title(fact)));
+  std::string out = info.name + ", " + std::string(texts.text(info.kind)) + "\n";
+  for (Fact const& fact : facts) out += "  " + fitted(title(fact), width + 2) + fact.text + "\n";
+  return out + "  " + texts.format("desktop.globe.stale", context.moment(epoch)) + "\n";
+}
+
 Outcome<std::string> info(SatelliteSource& source, SatellitesOptions const& options) {
   auto const found = source.find(options.satellite);
   if (!found) return std::unexpected(found.error());
   auto const info = satelliteInfo(found->entry, found->group, source.now());
   if (!info) {
-    return std::unexpected(Failure{
-        exitCode::kUnavailable, found->entry.name + " no longer has a position: its orbit has decayed", {}});
+    return std::unexpected(decayed(found->entry.name));
   }
   if (options.json) return encodeJson(*info) + "\n";
-  auto const days =
-      std::chrono::duration<double, std::ratio<86400>>(source.now() - found->entry.satrec.tle.epoch);
-  return info->name + " (" + info->id + ")\n" + "  " +
-         std::string(source.context().texts().text(info->kind)) + "\n" + "  " +
-         roundedText(info->altitudeKm) + " km high, " + roundedText(info->speedKmh) + " km/h, " +
-         fixedDecimal(info->periodMinutes, 1) + " min around\n" + "  above " + angleText(info->latitude, 2) +
-         ", " + angleText(info->longitude, 2) + (info->isSunlit ? ", sunlit" : ", in Earth's shadow") + "\n" +
-         "  elements " + fixedDecimal(days.count(), 1) + " days old\n";
+  return infoText(*info, found->entry.satrec.tle.epoch, source);
 }
 
 Outcome<std::string> orbit(SatelliteSource& source, SatellitesOptions const& options) {
@@ -144,12 +187,12 @@ Outcome<std::string> orbit(SatelliteSource& source, SatellitesOptions const& opt
   if (!found) return std::unexpected(found.error());
   auto const path = orbitPath(found->entry.satrec, source.now());
   if (options.json) return encodeJson(path) + "\n";
+  if (path.empty()) return std::unexpected(decayed(found->entry.name));
   std::string out = found->entry.name + "\n";
   for (auto const& point : path) {
     out += "  " + formatIso8601(std::chrono::round<std::chrono::seconds>(point.time)) +
-           fitted(angleText(point.latitude, 2), 10, Align::right) +
-           fitted(angleText(point.longitude, 2), 10, Align::right) +
-           fitted(roundedText(point.altitudeKm), 8, Align::right) + " km\n";
+           fitted(formatCoordinate({point.latitude, point.longitude}), kCoordinateWidth + 2, Align::right) +
+           fitted(distanceText(point.altitudeKm, source), 12, Align::right) + "\n";
   }
   return out;
 }

@@ -1,26 +1,23 @@
 #include "app/services/forecast_service.h"
-#include "base/text/display_text.h"
-#include "base/text/number.h"
 #include "base/text/text.h"
 #include "base/words/time_words.h"
+<<<<<<< HEAD:src/cli/commands/satellites/satellites_passes_command.cpp
 #include "cli/commands/satellites/satellite_source.h"
 #include "cli/commands/satellites/satellites_commands.h"
 #include "cli/pages/satellites_text.h"
+=======
+#include "cli/commands/satellite_source.h"
+#include "cli/commands/satellites_commands.h"
+#include "cli/pages/pass_table.h"
+>>>>>>> 51751ff (wip):src/cli/commands/satellites_passes_command.cpp
 #include "cli/terminal.h"
-#include "globe/satellite_passes.h"
-#include "model/process.h"
+#include "gazetteer/gazetteer.h"
 
 namespace nimbara {
 
 namespace {
 
 constexpr std::string_view kDefaultSatellite = "ISS";
-
-struct ListedPass {
-  std::string name;
-  SatellitePass pass;
-  std::optional<int> cloudCover;  ///< % in the hour of the culmination; absent without a forecast
-};
 
 /// Seconds are enough for people and keep the document short.
 SatellitePass rounded(SatellitePass pass) {
@@ -54,12 +51,6 @@ std::string json(std::vector<ListedPass> const& passes) {
   return writer.take() + "\n";
 }
 
-/// "18:03:20", or "6:03:20 PM", in a column.
-std::string clockText(Instant instant, TimeWords const& words) {
-  int const width = displayWidth(words.clockWithSeconds(Instant(std::chrono::hours(22))));
-  return fitted(words.clockWithSeconds(instant), width, Align::right);
-}
-
 /// Per cent in the hour that holds the moment.
 std::optional<int> cloudCoverAt(WeatherData const* data, Instant instant) {
   if (data == nullptr) return std::nullopt;
@@ -68,31 +59,6 @@ std::optional<int> cloudCoverAt(WeatherData const* data, Instant instant) {
     if (holds && hour.has(WeatherDetailField::cloudCover)) return hour.cloudCover;
   }
   return std::nullopt;
-}
-
-std::string rowText(ListedPass const& listed, TimeWords const& words) {
-  auto const& [name, pass, cloudCover] = listed;
-  auto const right = [](double degrees, int width) {
-    return fitted(angleText(degrees, 0), width, Align::right);
-  };
-  std::string out = "  " + words.format(pass.rise.time, "yyyy-MM-dd ") + clockText(pass.rise.time, words) +
-                    right(pass.rise.azimuth, 6) + "  up " + clockText(pass.culmination.time, words) +
-                    right(pass.culmination.elevation, 5) + " high  " + clockText(pass.set.time, words) +
-                    right(pass.set.azimuth, 6) + " down  " + (pass.sunlit ? "sunlit" : "in shadow") +
-                    (pass.skyDark ? ", dark sky" : ", bright sky");
-  if (pass.visible) {
-    out += ", visible " + words.clockWithSeconds(pass.visible->from) + "-" +
-           words.clockWithSeconds(pass.visible->to);
-  }
-  if (cloudCover) out += ", clouds " + std::to_string(*cloudCover) + " %";
-  return out + "\n";
-}
-
-std::string table(std::vector<ListedPass> const& passes, TimeWords const& words) {
-  if (passes.empty()) return "no passes\n";
-  std::string out = passes.front().name + "\n";
-  for (ListedPass const& pass : passes) out += rowText(pass, words);
-  return out;
 }
 
 }  // namespace
@@ -117,8 +83,13 @@ Result<std::string, Failure> satellitePassesAnswer(SatelliteSource& source,
     listed.push_back({found->entry.name, rounded(pass), cloudCoverAt(data, pass.culmination.time)});
   }
   if (options.json) return json(listed);
-  Calendar const& machine = session.environment.machineCalendar;
-  return table(listed, TimeWords(context.texts(), data != nullptr ? calendarOf(*data, machine) : machine));
+  Calendar const calendar = Calendar::forZone(std::string(timeZoneAt(place->coordinate)))
+                                .value_or(session.environment.machineCalendar);
+  TimeWords const words(context.texts(), calendar);
+  Style const style = styleOf(session);
+  std::string const where = place->name.empty() ? formatCoordinate(place->coordinate) : place->name;
+  return passTable(listed, {found->entry.name, oneLine(where), options.days, options.visible, options.above,
+                            context.texts(), words, calendar, style});
 }
 
 }  // namespace nimbara

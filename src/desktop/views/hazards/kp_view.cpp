@@ -4,7 +4,6 @@
 #include "desktop/views/problem_text.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace nimbara {
 
@@ -88,11 +87,6 @@ std::vector<KpDay> daysBetween(Instant first, Instant end, Calendar const& calen
 }
 
 }  // namespace
-
-int kpLevel(double kp) {
-  if (kp >= kHighest) return kKpLevels - 1;
-  return std::clamp(static_cast<int>(std::lround(kp)) - 2, 0, kKpLevels - 2);
-}
 
 KpView kpView(HazardsState const& state, ViewContext const& context) {
   KpView view;

@@ -5,15 +5,12 @@
 #include "app/state/hazards_state.h"
 #include "desktop/views/view_context.h"
 #include "desktop/views/view_fields.h"
+#include "feeds/space/kp_scale.h"
 
 #include <string>
 #include <vector>
 
 namespace nimbara {
-
-/// The steps of the scale: quiet, unsettled, active, and the five storms G1 to G5.
-inline constexpr int kKpLevels = 8;
-int kpLevel(double kp);
 
 struct KpView {
   bool isKnown = false;
