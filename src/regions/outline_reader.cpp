@@ -2,6 +2,7 @@
 #include "base/text/text.h"
 #include "regions/country_code.h"
 #include "regions/region_outline.h"
+#include "regions/region_spelling.h"
 
 #include <algorithm>
 #include <optional>
@@ -103,7 +104,8 @@ std::optional<RegionOutline> outlineOf(dom::element const& feature) {
   RegionOutline outline;
   outline.code = {registryOf(properties), property(properties, {"code", "NUTS_ID"})};
   outline.country = isoCountryCode(property(properties, {"country", "CNTR_CODE"}));
-  outline.name = property(properties, {"name", "NUTS_NAME", "NAME_LATN"});
+  outline.name =
+      spelledRegionName(outline.code.code, property(properties, {"name", "NUTS_NAME", "NAME_LATN"}));
   if (outline.code.code.empty()) return std::nullopt;
   if (!RingCollector(outline.rings).addGeometry(geometry) || outline.rings.empty()) return std::nullopt;
   return outline;
