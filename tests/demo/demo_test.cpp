@@ -34,6 +34,7 @@ void checkConsistency(DemoWeather const& weather) {
   EXPECT_EQ(weather.snowfall > 0, isSnowCode(weather.weatherCode)) << weather.weatherCode;
   EXPECT_EQ(weather.visibility < 1000, weather.weatherCode == 45 || weather.weatherCode == 48);
   EXPECT_TRUE(weather.snowfall == 0 || weather.temperature < 0.5);
+  EXPECT_TRUE(weather.weatherCode != 77 || weather.temperature > -8) << weather.temperature;
   EXPECT_TRUE(weather.uvIndex == 0 || weather.isDay);
   EXPECT_TRUE(weather.precipitation == 0 || weather.precipitationProbability >= 50);
   struct Range {
@@ -99,6 +100,10 @@ TEST(DemoPlaces, GiveZonesAndNames) {
   for (DemoPlace const& place : demoPlaces())
     EXPECT_TRUE(Calendar::forZone(place.timeZone)) << place.timeZone;
   EXPECT_EQ(demoTimeZone({52.4, 13.1}), "Europe/Berlin");
+  EXPECT_EQ(demoTimeZone({28.61, 77.21}), "Asia/Kolkata");
+  EXPECT_EQ(demoTimeZone({64.18, -51.72}), "America/Nuuk");
+  EXPECT_EQ(demoTimeZone({43.25, 76.92}), "Asia/Almaty");
+  EXPECT_EQ(demoTimeZone({16.81, 96.16}), "Asia/Yangon");
   EXPECT_EQ(demoTimeZone({0, -30}), "Etc/GMT+2");
   EXPECT_EQ(demoTimeZone({-50, 100}), "Etc/GMT-7");
   EXPECT_EQ(demoTimeZone({-50, 2}), "Etc/GMT");

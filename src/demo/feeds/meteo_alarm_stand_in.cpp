@@ -126,16 +126,17 @@ DemoAnswer answerOf(DemoRequest const& request, std::string body, std::string co
 
 DemoAnswer meteoAlarmFeed(DemoRequest const& request, Instant now) {
   std::string_view const feedName = std::string_view(request.path).substr(kFeedPath.size());
+  if (!isDemoFeed(feedName)) return {404, "Not Found", {}};
   auto const regions = demoRegionsOfFeed(feedName);
-  if (regions.empty()) return {404, "Not Found", {}};
   FeedWriter writer(feedName, now);
   for (DemoWarningMessage const& message : demoWarningMessages(regions, now)) writer.add(message);
   return answerOf(request, std::move(writer).finish(), "application/atom+xml");
 }
 
 DemoAnswer meteoAlarmList(DemoRequest const& request, Instant now) {
-  auto const regions = demoRegionsOfFeed(std::string_view(request.path).substr(kDocumentPath.size()));
-  if (regions.empty()) return {404, "Not Found", {}};
+  std::string_view const feedName = std::string_view(request.path).substr(kDocumentPath.size());
+  if (!isDemoFeed(feedName)) return {404, "Not Found", {}};
+  auto const regions = demoRegionsOfFeed(feedName);
   return answerOf(request, demoWarningList(demoWarningMessages(regions, now)), "application/json");
 }
 

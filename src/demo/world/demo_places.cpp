@@ -2,9 +2,9 @@
 
 #include "base/text/display_text.h"
 #include "base/text/text.h"
+#include "gazetteer/gazetteer.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace nimbara {
 
@@ -81,8 +81,6 @@ constexpr DemoPlace kPlaces[] = {
     {40, "St. John's", "Canada", "CA", "Newfoundland", {47.56, -52.71}, "America/St_Johns", 110'000},
 };
 
-constexpr double kZoneReachKm = 400;
-
 std::string searchForm(std::string_view name) {
   return asciiLowered(asciiFolded(trimmed(name)));
 }
@@ -94,12 +92,8 @@ std::span<DemoPlace const> demoPlaces() {
 }
 
 std::string demoTimeZone(Coordinate place) {
-  auto const distance = [place](DemoPlace const& known) { return haversineKm(known.coordinate, place); };
-  auto const nearest = std::ranges::min_element(kPlaces, {}, distance);
-  if (distance(*nearest) <= kZoneReachKm) return std::string(nearest->timeZone);
-  long const hours = std::lround(place.longitude / 15);
-  if (hours == 0) return "Etc/GMT";
-  return (hours > 0 ? "Etc/GMT-" : "Etc/GMT+") + std::to_string(std::abs(hours));
+  std::string_view const zone = timeZoneAt(place);
+  return zone.empty() ? "Etc/GMT" : std::string(zone);
 }
 
 std::vector<DemoPlace const*> findDemoPlaces(std::string_view name, std::size_t count) {

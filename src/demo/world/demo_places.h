@@ -1,4 +1,4 @@
-// The few towns that the stand-ins know: for place search and for the time zone of a coordinate.
+// The few towns that the stand-ins know by name, and the time zone of any place.
 #pragma once
 
 #include "base/geodesy.h"
@@ -23,7 +23,7 @@ struct DemoPlace {
 
 std::span<DemoPlace const> demoPlaces();
 
-/// The zone of the nearest town within 400 km, else the nautical one ("Etc/GMT-3": three hours ahead of
+/// As the gazetteer has it, which names the nautical one at sea ("Etc/GMT-3": three hours ahead of
 /// Greenwich).
 std::string demoTimeZone(Coordinate place);
 

@@ -26,6 +26,37 @@ constexpr DemoFeed kFeeds[] = {
     {"spain", "ES", "ES219", "ES168"},    {"united-kingdom", "GB", "", ""},
 };
 
+/// The service's other feeds. The demo has no town there: no warning is in force.
+constexpr std::string_view kCalmFeeds[] = {
+    "andorra",
+    "belgium",
+    "bosnia-herzegovina",
+    "bulgaria",
+    "croatia",
+    "cyprus",
+    "czechia",
+    "denmark",
+    "estonia",
+    "hungary",
+    "ireland",
+    "israel",
+    "latvia",
+    "lithuania",
+    "luxembourg",
+    "malta",
+    "moldova",
+    "montenegro",
+    "netherlands",
+    "republic-of-north-macedonia",
+    "romania",
+    "serbia",
+    "slovakia",
+    "slovenia",
+    "sweden",
+    "switzerland",
+    "ukraine",
+};
+
 std::vector<DemoRegion> regionsOf(DemoFeed const& feed) {
   bool const hasCodes = !feed.code.empty();
   std::vector<DemoRegion> regions;
@@ -72,6 +103,11 @@ std::string DemoRegion::outlineText() const {
 std::vector<DemoRegion> demoRegionsOfFeed(std::string_view feedName) {
   auto const* const feed = std::ranges::find(kFeeds, feedName, &DemoFeed::name);
   return feed == std::end(kFeeds) ? std::vector<DemoRegion>() : regionsOf(*feed);
+}
+
+bool isDemoFeed(std::string_view feedName) {
+  return std::ranges::find(kFeeds, feedName, &DemoFeed::name) != std::end(kFeeds) ||
+         std::ranges::find(kCalmFeeds, feedName) != std::end(kCalmFeeds);
 }
 
 std::vector<DemoRegion> allDemoRegions() {

@@ -29,7 +29,10 @@ struct DemoRegion {
 inline constexpr double kDemoRegionHalfHeight = 0.4;
 inline constexpr double kDemoRegionHalfWidth = 0.6;
 
-/// The regions of the country with that feed; nothing for a feed that the demo does not have.
+/// Whether the service has a feed of that name.
+bool isDemoFeed(std::string_view feedName);
+
+/// The regions of the country with that feed; none where the demo has no town.
 std::vector<DemoRegion> demoRegionsOfFeed(std::string_view feedName);
 
 std::vector<DemoRegion> allDemoRegions();

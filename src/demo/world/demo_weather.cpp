@@ -17,7 +17,8 @@ constexpr double kTurn = 2 * std::numbers::pi;
 constexpr double kSunUp = -0.833;
 /// What a rain gauge would not show is no rain.
 constexpr double kLeastPrecipitation = 0.1;
-constexpr double kSnowBelow = 0.5;  // °C
+constexpr double kSnowBelow = 0.5;     // °C
+constexpr double kGrainsAbove = -8.0;  // °C; what falls in deep frost is snow
 constexpr double kCmOfSnowPerMm = 0.7;
 
 /// What keeps the values of one seed apart.
@@ -182,7 +183,7 @@ Water frozen(double amount, bool behindFront, bool glaze, double temperature) {
   if (glaze && temperature > -4)
     return {amount < 0.6 ? Fall::freezingDrizzle : Fall::freezingRain, amount, 0};
   if (behindFront) return {Fall::snowShowers, amount, 0};
-  return {amount < 0.18 ? Fall::grains : Fall::snow, amount, 0};
+  return {amount < 0.18 && temperature > kGrainsAbove ? Fall::grains : Fall::snow, amount, 0};
 }
 
 Water fallingWater(Chance const& chance, Coordinate place, double hours, FrontEffect const& front,
