@@ -90,6 +90,39 @@ TEST_F(Program, SaysThatItsOutputCannotBeWritten) {
   close(err);
 }
 
+TEST_F(Program, GivesACommandOfTheDemoFoldersOfItsOwn) {
+  EXPECT_EQ(
+      run({"--now", "2026-11-21T12:00:00Z", "demo", "--", "/bin/sh", "-c",
+           "for folder in $XDG_DATA_HOME $XDG_CONFIG_HOME $XDG_CACHE_HOME; do echo \"<${folder##*/}>\"; "
+           "done; echo $NIMBARA_NOW"}),
+      0);
+  EXPECT_EQ(out(), "<XDG_DATA_HOME>\n<XDG_CONFIG_HOME>\n<XDG_CACHE_HOME>\n2026-11-21T12:00:00Z\n") << err();
+  EXPECT_EQ(run({"demo", "--", "nimbara", "places", "add", "10,1", "--name", "Gulf"}), 0) << err();
+  EXPECT_EQ(run({"places", "list"}), 0);
+  EXPECT_EQ(out(), "") << "the user's own places are as they were";
+}
+
+TEST_F(Program, GivesEachSceneACacheOfItsOwnBelowTheUsers) {
+  std::string const given = "XDG_CACHE_HOME=" + folder.path().string();
+  for (std::string const scene : {"rubbish", "second-in-time"}) {
+    EXPECT_EQ(run({"demo", "--", "/usr/bin/env", given, test::kProgram, "demo", "--scene", scene, "--",
+                   "/bin/sh", "-c", "echo $XDG_CACHE_HOME"}),
+              0);
+    EXPECT_EQ(out(), folder.path().string() + "/nimbara-demo/" + scene + "\n") << err();
+  }
+}
+
+TEST_F(Program, PlaysTheDemoAtTheMomentThatItsCommandStates) {
+  std::vector<std::string> const alerts{"alerts", "Warsaw", "--source", "meteoalarm", "--coverage", "--json"};
+  for (auto const& [moment, state] :
+       {std::pair("2026-11-21T11:00:00Z", "\"warnings\""), {"2026-11-21T13:00:00Z", "\"none\""}}) {
+    std::vector<std::string> words{"demo", "--scene", "cancelled", "--", "nimbara", "--now", moment};
+    words.insert(words.end(), alerts.begin(), alerts.end());
+    EXPECT_EQ(run(words), 0) << err();
+    EXPECT_NE(out().find(std::string("\"state\":") + state), std::string::npos) << moment << out() << err();
+  }
+}
+
 TEST_F(Program, NeedsAHomeButWritesNothingHere) {
   Environment nowhere = test::plainEnvironment();
   nowhere.dataDirectory.clear();

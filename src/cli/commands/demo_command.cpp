@@ -20,17 +20,51 @@ namespace {
 constexpr int kNotFound = 127;
 constexpr int kSignalBase = 128;
 
-/// The environment of the child: ours, with the demo in place of the services. Who names a cache wants that
-/// one.
-std::vector<std::string> variablesWith(std::string const& baseUrl, std::filesystem::path const& cache) {
-  std::vector<std::string> variables = environmentVariables();
-  auto const names = [](std::string const& entry) { return entry.starts_with("XDG_CACHE_HOME="); };
-  if (!cache.empty() && std::ranges::none_of(variables, names)) {
-    variables.push_back("XDG_CACHE_HOME=" + cache.string());
+/// The environment of a command: ours, with some variables set.
+class Variables {
+ public:
+  std::string* find(std::string_view name) {
+    auto const isNamed = [name](std::string_view entry) {
+      return entry.starts_with(name) && entry.substr(name.size()).starts_with('=');
+    };
+    auto const found = std::ranges::find_if(all_, isNamed);
+    return found == all_.end() ? nullptr : &*found;
   }
-  std::erase_if(variables, [](std::string const& entry) { return entry.starts_with("NIMBARA_SERVICES="); });
-  variables.push_back("NIMBARA_SERVICES=" + baseUrl);
-  return variables;
+  void set(std::string_view name, std::string_view value) {
+    std::string entry = std::string(name) + "=" + std::string(value);
+    std::string* const found = find(name);
+    found == nullptr ? all_.push_back(std::move(entry)) : void(*found = std::move(entry));
+  }
+  std::vector<std::string> take() { return std::move(all_); }
+
+ private:
+  std::vector<std::string> all_ = environmentVariables();
+};
+
+/// Who names a folder wants that one; what a scene has left in a cache is nothing that another one knows.
+void setFolders(Variables& variables, std::filesystem::path const& own, std::string const& scene) {
+  constexpr std::string_view kCache = "XDG_CACHE_HOME";
+  std::string* const cache = variables.find(kCache);
+  bool const isNamed = cache != nullptr && cache->size() > kCache.size() + 1;
+  if (isNamed && !scene.empty()) *cache += "/nimbara-demo/" + scene;
+  if (own.empty()) return;
+  for (std::string_view const name :
+       {kCache, std::string_view("XDG_CONFIG_HOME"), std::string_view("XDG_DATA_HOME")}) {
+    std::string* const given = variables.find(name);
+    if (given == nullptr || given->size() == name.size() + 1) variables.set(name, (own / name).string());
+  }
+}
+
+/// The moment that a command states for itself, as in `demo -- nimbara --now TIME alerts`.
+std::optional<Instant> momentIn(std::vector<std::string> const& command) {
+  constexpr std::string_view kOption = "--now";
+  for (auto word = command.begin(); word != command.end(); ++word) {
+    std::string_view const text = *word;
+    if (text == kOption && std::next(word) != command.end()) return parseIso8601(*std::next(word));
+    if (text.starts_with(kOption) && text.substr(kOption.size()).starts_with('='))
+      return parseIso8601(text.substr(kOption.size() + 1));
+  }
+  return std::nullopt;
 }
 
 int waitFor(pid_t child, std::stop_token const& stop) {
@@ -41,13 +75,19 @@ int waitFor(pid_t child, std::stop_token const& stop) {
   return WIFEXITED(status) ? WEXITSTATUS(status) : kSignalBase + WTERMSIG(status);
 }
 
-int runAgainst(std::string const& baseUrl, std::vector<std::string> const& command, Session const& session) {
+int runAgainst(std::string const& baseUrl, CommandLine const& line, Session const& session) {
+  std::vector<std::string> const& command = line.demo.command;
   // The program knows where it lies, also where it is not installed.
   std::string const file = command[0] == "nimbara" ? session.environment.program.string() : command[0];
   pid_t child = 0;
-  // A forecast that was made up is none to be kept, and one that was kept would hide the demo's.
-  DemoFolder const cache;
-  int const error = spawn(child, file, command, variablesWith(baseUrl, cache.path()));
+  // A forecast that was made up is none to be kept, and one that was kept would hide the demo's; nor are
+  // places and settings of the demo the user's.
+  DemoFolder const folder;
+  Variables variables;
+  setFolders(variables, folder.path(), line.demo.scene);
+  variables.set("NIMBARA_SERVICES", baseUrl);
+  if (line.common.now) variables.set("NIMBARA_NOW", formatIso8601(*line.common.now));
+  int const error = spawn(child, file, command, variables.take());
   if (error != 0) {
     std::string const reason = std::strerror(error);
     return session.fail(error == ENOENT ? kNotFound : exitCode::kUnavailable,
@@ -69,7 +109,10 @@ std::string sceneList() {
     out +=
         fitted(scene.name, 14) + " " + fitted(scene.place, 14) + " " + std::string(scene.explanation) + "\n";
   }
-  return out + "\nFor example: nimbara demo --scene coast -- nimbara alerts 60.17,24.94\n";
+  return out +
+         "\nFor example: nimbara demo --scene coast -- nimbara alerts 60.17,24.94\n"
+         "Some change with the time of day: nimbara --now 2026-11-22T13:00:00Z demo --scene cancelled -- "
+         "nimbara alerts Warsaw\n";
 }
 
 }  // namespace
@@ -79,9 +122,11 @@ int runDemo(CommandLine const& line, Session const& session) {
     session.console.out(sceneList());
     return exitCode::kComplete;
   }
-  auto const demo = DemoProcess::start(session.environment.program, line.common.now, line.demo);
+  auto const stated = momentIn(line.demo.command);
+  auto const demo =
+      DemoProcess::start(session.environment.program, stated ? stated : line.common.now, line.demo);
   if (!demo) return session.fail(exitCode::kUnavailable, demo.error());
-  if (!line.demo.command.empty()) return runAgainst(demo->baseUrl(), line.demo.command, session);
+  if (!line.demo.command.empty()) return runAgainst(demo->baseUrl(), line, session);
   session.console.out(demo->baseUrl() + "\n");
   waitForStop(session.stop);
   return exitCode::kInterrupted;
