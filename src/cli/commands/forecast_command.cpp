@@ -83,10 +83,8 @@ class ForecastRun {
     SlowNote const note(session_, "asking for the forecast …");
     // The cache does not keep the provider's answer as it was.
     bool const asksAnew = options_.noCache || options_.raw;
-    auto answer =
-        asksAnew ? service.fetch(place, session_.stop) : service.get(place, options_.provider, session_.stop);
-    if (answer) context.app().cache().saveLastLocation(cacheKey(place.coordinate));
-    return answer;
+    return asksAnew ? service.fetch(place, session_.stop)
+                    : service.get(place, options_.provider, session_.stop);
   }
 
   Result<void, Failure> askDemo(Failure const& offline) {
