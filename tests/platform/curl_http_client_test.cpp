@@ -190,6 +190,14 @@ TEST_F(CurlHttpClientTest, GivesUpOnRedirectsInACircle) {
   EXPECT_EQ(asked, 6);  // the request itself and five redirects
 }
 
+TEST_F(CurlHttpClientTest, NamesThePortThatARedirectLeadsTo) {
+  LoopbackServer const server(
+      LoopbackServer::always(httpAnswer("", "Location: http://127.0.0.1:1/\r\n", "302 Found")));
+  auto const answer = client_.get(request(server.url()));
+  ASSERT_FALSE(answer);
+  EXPECT_EQ(answer.error().message, "127.0.0.1 redirects to http://127.0.0.1:1, which is not safe to follow");
+}
+
 TEST_F(CurlHttpClientTest, NeverLeavesHttps) {
   LoopbackServer const server(
       LoopbackServer::always(httpAnswer("", "Location: http://127.0.0.1:1/\r\n", "302 Found")), true);

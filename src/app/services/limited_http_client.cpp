@@ -29,9 +29,9 @@ HttpError LimitedHttpClient::givenUp() const {
   return {HttpError::Kind::cancelled, "there was no response within the " + secondsOf(limit_) + kTaken};
 }
 
-/// As where there is no connection: nothing has left this machine.
+/// Nothing has left this machine, and no service is to blame.
 HttpError LimitedHttpClient::notAsked() const {
-  return {HttpError::Kind::connectionFailed, "no time was left of the " + secondsOf(limit_) + kTaken};
+  return {HttpError::Kind::cancelled, "no time was left of the " + secondsOf(limit_) + kTaken};
 }
 
 Result<HttpResponse, HttpError> LimitedHttpClient::get(HttpRequest const& request, std::stop_token stop) {

@@ -72,6 +72,12 @@ bool mayFollow(Target const& from, Target const& to) {
   return to.scheme == "https" || (from.scheme == "http" && to.host == from.host && to.port == from.port);
 }
 
+/// Its port is what may make the difference.
+std::string textOf(Target const& target) {
+  bool const isUsual = target.port == (target.scheme == "https" ? "443" : "80");
+  return target.scheme + "://" + target.host + (isUsual ? "" : ":" + target.port);
+}
+
 bool sameOrigin(Target const& a, Target const& b) {
   return a.scheme == b.scheme && a.host == b.host && a.port == b.port;
 }
@@ -329,7 +335,7 @@ Result<HttpResponse, HttpError> CurlHttpClient::Session::exchange(HttpRequest co
     if (made->redirect.empty()) return std::move(made->response);
     Target const next = targetOf(made->redirect);
     if (!mayFollow(target, next)) {
-      std::string const where = next.host.empty() ? "elsewhere" : "to " + next.scheme + "://" + next.host;
+      std::string const where = next.host.empty() ? "elsewhere" : "to " + textOf(next);
       return std::unexpected(HttpError{
           Kind::refusedRedirect, target.host + " redirects " + where + ", which is not safe to follow"});
     }
