@@ -10,6 +10,7 @@
 #include "base/words/time_words.h"
 #include "gazetteer/gazetteer.h"
 
+#include <algorithm>
 #include <utility>
 #include <variant>
 
@@ -110,10 +111,15 @@ std::string RunContext::textOf(APIError const& error) const {
   return text + "; next attempt: " + moment(clock_.now() + *error.retryAfter);
 }
 
+/// Each once, for however many places it failed.
 std::string RunContext::failedProviders() const {
+  std::vector<std::string> parts;
   std::string list;
   for (auto const& [provider, error] : failures_) {
-    list += (list.empty() ? "" : ", ") + provider + " (" + textOf(error) + ")";
+    std::string part = provider + " (" + textOf(error) + ")";
+    if (std::ranges::find(parts, part) != parts.end()) continue;
+    list += (list.empty() ? "" : ", ") + part;
+    parts.push_back(std::move(part));
   }
   return list;
 }

@@ -119,7 +119,8 @@ Outcome<FoundSatellite> SatelliteSource::find(std::string_view wanted) {
     if (wanted.empty() || session_.stop.stop_requested()) break;
     auto loaded = load(group);
     if (!loaded) {
-      failure = loaded.error();
+      // Those that follow, most of them debris, fail for the same reason.
+      if (!failure) failure = loaded.error();
       continue;
     }
     auto* const best = bestOf(loaded->parsed.entries, wanted);
