@@ -9,6 +9,14 @@
 
 namespace nimbara {
 
+namespace {
+
+std::string problemOfPlace(std::string const& text) {
+  return trimmed(text).empty() ? "'' is neither a coordinate like 52.52,13.41 nor a place's name" : "";
+}
+
+}  // namespace
+
 Option Option::called(std::string const& valueName) const {
   option_->type_name(valueName);
   return *this;
@@ -73,8 +81,10 @@ Command Command::group(std::string const& name) const {
   return Command(app_->add_option_group(name));
 }
 
+/// A place may be left out, but one that is given is named.
 Option Command::option(std::string const& name, std::string& value, std::string const& explanation) const {
-  return Option(app_->add_option(name, value, explanation));
+  Option const option(app_->add_option(name, value, explanation));
+  return name == "PLACE" ? option.check(problemOfPlace) : option;
 }
 
 Option Command::option(std::string const& name, std::optional<std::string>& value,

@@ -221,7 +221,19 @@ class PlacesRun {
     return effectiveChoice(place.notifications, isSelected, session_.settings->boolean("notify_everyPlace"));
   }
 
+  /// The choice of a place as it is.
+  int showChoice() {
+    auto const list = places_.list();
+    if (!list) return unavailable(list.error().message);
+    SavedPlace const* const place = list->find(options_.place);
+    if (place == nullptr) return unavailable("there is no saved place '" + options_.place + "'");
+    PlaceEntry entry = entryOf(*place, place->id, list->selected == place->id);
+    entry.notifications = choiceOf(*place, entry.selected);
+    return show({std::move(entry)}, true);
+  }
+
   int choose() {
+    if (options_.name.empty()) return showChoice();
     std::optional<PlaceChoice> const choice = enumFromName<PlaceChoice>(options_.name);
     return changeSaved(
         [&](PlaceList& list, Uuid const& id) { return chooseNotifications(list, id, choice); });

@@ -3,6 +3,7 @@
 #include "app/settings/service_directory.h"
 #include "base/files/file.h"
 #include "base/text/display_text.h"
+#include "base/text/text.h"
 #include "base/words/country_names.h"
 #include "cli/cli.h"
 #include "cli/pages/region_table.h"
@@ -34,11 +35,17 @@ std::vector<std::string> codeTexts(PlaceRegions const& regions, bool atSea) {
   return texts;
 }
 
-std::string report(PlaceRegions const& regions, std::string const& language) {
+/// A name that was looked up may have meant another place.
+std::string report(Place const& place, PlaceRegions const& regions, std::string const& language) {
   std::string const country =
       regions.country.empty() ? "-" : countryName(regions.country, language) + " (" + regions.country + ")";
-  return "Country  " + country + "\nNames    " + joined(regions.names) + "\nLand     " +
-         joined(codeTexts(regions, false)) + "\nSea      " + joined(codeTexts(regions, true)) + "\n";
+  std::string name = place.name;
+  for (std::string const& part : {place.region, place.country}) {
+    if (!name.empty() && !part.empty() && part != place.name) name += ", " + part;
+  }
+  return (name.empty() ? name : "Place    " + oneLine(name) + "\n") + "Country  " + country + "\nNames    " +
+         joined(regions.names) + "\nLand     " + joined(codeTexts(regions, false)) + "\nSea      " +
+         joined(codeTexts(regions, true)) + "\n";
 }
 
 std::string json(RegionUpdate const& update) {
@@ -86,7 +93,7 @@ class RegionsRun {
     PlaceRegions const regions = known.at(place->coordinate);
     if (auto const problem = known.problem())
       session_.fail(exitCode::kUnavailable, *problem + "; download it again with: nimbara regions update");
-    std::string const text = report(regions, context_.texts().language());
+    std::string const text = report(*place, regions, context_.texts().language());
     session_.console.out(options_.json               ? encodeJson(regions) + "\n"
                          : session_.environment.utf8 ? text
                                                      : asciiFolded(text));

@@ -53,13 +53,13 @@ void definePlaces(Command app, CommandLine& line, RawOptions& raw) {
   move.option("POSITION", options.position, "Position, starting at 1").required();
   Command const select = define("select", "Make a place the default", Action::select);
   definePlaceOrHere(select, options, kSaved, "Your current location, from the desktop's location service");
-  Command const notify = define("notify", "Choose the notifications for a place", Action::notify);
+  Command const notify = define("notify", "Show or choose the notifications for a place", Action::notify);
   notify.option("PLACE", options.place, kSaved).required();
   notify
       .option("CHOICE", options.name,
               "everything, severe (severe weather and hazards), official (official warnings only), "
-              "nothing, or default (everything for the selected place, severe for the others)")
-      .required()
+              "nothing, or default (everything for the selected place, severe for the others); without it "
+              "the present choice is shown")
       .among(std::to_array<std::string_view>({"everything", "severe", "official", "nothing", "default"}));
   Command const search = define("search", "Search for a place", Action::search);
   search.option("TEXT", options.place, "The name").required();
