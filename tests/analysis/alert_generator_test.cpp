@@ -234,7 +234,7 @@ TEST(AlertGenerator, NamesAnHourOfTomorrow) {
   weather.allHourly[8].chanceOfSnow = 80;
   Texts const texts = Texts::load("en");
   auto const alerts = AlertGenerator{}.generate(weather, at("2026-11-21T18:30:00Z"), Units::metric(), texts);
-  EXPECT_THAT(linesOf(alerts), HasSubstr("peaks around tomorrow 2 AM."));
+  EXPECT_THAT(linesOf(alerts), HasSubstr("peaks around 2 AM tomorrow."));
 }
 
 TEST(AlertGenerator, OrdersBySeverityAndKeepsTheOrderOfItsChecks) {

@@ -120,7 +120,7 @@ TEST(TimeWords, LabelHoursByTheirDistanceInDays) {
   TimeWords const words(english, zone("Europe/Berlin"));
   Instant const now = at("2026-11-21T20:30:00Z");  // 21:30 on a Saturday
   EXPECT_EQ(words.hourLabel(at("2026-11-21T22:00:00Z"), now), "11 PM");
-  EXPECT_EQ(words.hourLabel(at("2026-11-21T23:00:00Z"), now), "tomorrow 12 AM");
+  EXPECT_EQ(words.hourLabel(at("2026-11-21T23:00:00Z"), now), "12 AM tomorrow");
   EXPECT_EQ(words.hourLabel(at("2026-11-23T14:00:00Z"), now), "Monday 3 PM");
   EXPECT_EQ(words.aroundSuffix(at("2026-11-21T22:00:00Z"), now), " around 11 PM");
   EXPECT_EQ(words.weekday(now), "Saturday");
@@ -150,11 +150,11 @@ TEST(TimeWords, HaveOneClockForAllForms) {
     char const *hour, *column, *clock, *seconds, *tomorrow, *around, *moment, *pattern;
   };
   Instant const now = at("2026-11-21T10:00:00Z");
-  for (Row const& row : {Row{"en", "4 PM", "4 PM", "4:05 PM", "4:05:09 PM", "tomorrow 12 AM", " around 4 PM",
+  for (Row const& row : {Row{"en", "4 PM", "4 PM", "4:05 PM", "4:05:09 PM", "12 AM tomorrow", " around 4 PM",
                              "Sunday 12:00 AM", "Sat, 4:05 PM"},
-                         Row{"en@hours=h12", "4 PM", "4 PM", "4:05 PM", "4:05:09 PM", "tomorrow 12 AM",
+                         Row{"en@hours=h12", "4 PM", "4 PM", "4:05 PM", "4:05:09 PM", "12 AM tomorrow",
                              " around 4 PM", "Sunday 12:00 AM", "Sat, 4:05 PM"},
-                         Row{"en_GB@hours=h23", "16:00", "16", "16:05", "16:05:09", "tomorrow 00:00",
+                         Row{"en_GB@hours=h23", "16:00", "16", "16:05", "16:05:09", "00:00 tomorrow",
                              " around 16:00", "Sunday 00:00", "Sat, 16:05"},
                          Row{"pt_BR@hours=h23", "16:00", "16", "16:05", "16:05:09", "00:00 de amanhã",
                              " por volta das 16:00", "domingo 00:00", "sáb., 16:05"},
