@@ -116,6 +116,7 @@ TEST(OfficialWarnings, SayWhereAndWhenAndWhatIsGraverNearby) {
   WeatherAlert alert = warning(AlertSeverity::advisory);
   alert.message = "Gale Warning affecting 3 areas";
   alert.event = "PT|wind|EMMA_ID:PT001";
+  alert.text = "Gale";
   alert.areaDesc = "Hills, Coast, Plain";
   alert.near =
       std::vector<NearArea>{{"Hills", 36, AlertSeverity::critical, "red", at("2026-11-21T22:00:00Z"), {}},
@@ -131,6 +132,12 @@ TEST(OfficialWarnings, SayWhereAndWhenAndWhatIsGraverNearby) {
   inputs.govAlerts = reading(std::vector{alert});
   EXPECT_EQ(officialWarnings(inputs, {}).findings.at(0).body,
             "Gale Warning affecting 3 areas\nStay in port.");
+  // A headline of the issuer's says all of it.
+  alert.text.reset();
+  inputs.govAlerts = reading(std::vector{alert});
+  EXPECT_EQ(officialWarnings(inputs, {}).findings.at(0).body,
+            "Gale Warning affecting 3 areas\nStay in port.");
+  EXPECT_EQ(officialWarnings(inputs, {}).findings.at(0).when, "");
 }
 
 TEST(OfficialWarnings, OfAPlaceThatNobodyWarnsAreNotNone) {

@@ -19,11 +19,15 @@ using Relation = Measurement::Relation;
 /// From here on an earthquake is sent with the sound of danger.
 constexpr double kStrongEarthquake = 5.5;
 
-/// Those of a warning that has no message but how many areas it has; empty where they would fill a page.
+/// A warning whose message is not the issuer's headline but says how many areas it has.
+bool isCounted(WeatherAlert const& alert) {
+  return alert.event && alert.text;
+}
+
+/// Those of a counted warning; empty where they would fill a page.
 std::string areasOf(WeatherAlert const& alert) {
   constexpr std::size_t kLongest = 200;
-  bool const isOfAreas = alert.event && alert.areaDesc;
-  std::string areas = isOfAreas ? placeAreas(alert) : std::string();
+  std::string areas = isCounted(alert) && alert.areaDesc ? placeAreas(alert) : std::string();
   return areas.size() > kLongest ? std::string() : areas;
 }
 
@@ -75,7 +79,7 @@ Finding findingOf(WeatherAlert const& alert, RuleInputs const& inputs) {
   if (alert.distanceKm && alert.severity < AlertSeverity::warning) finding.quietNote = "onlyNear";
   finding.isNear = alert.distanceKm.has_value();
   finding.remark = remarkOn(alert, inputs);
-  if (alert.event) finding.when = spanText(alert.onset, alert.expires, wordsOf(inputs));
+  if (isCounted(alert)) finding.when = spanText(alert.onset, alert.expires, wordsOf(inputs));
   finding.began = alert.onset;
   finding.ends = alert.expires;
   finding.event = alert.event.value_or("");
