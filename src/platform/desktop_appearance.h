@@ -1,5 +1,5 @@
 // The port through which the window learns how the desktop wants programs to look: dark or light, with or
-// without movements. What the desktop does not say is left open.
+// without movements, with strong contrasts. What the desktop does not say is left open.
 #pragma once
 
 #include <functional>
@@ -10,6 +10,7 @@ struct AppearanceWish {
   enum class Scheme { open, dark, light };
   Scheme scheme = Scheme::open;
   bool reducesMotion = false;
+  bool strengthensContrast = false;
 
   bool operator==(AppearanceWish const&) const = default;
 };

@@ -79,11 +79,20 @@ TEST(DesktopAppearance, FollowsThePortal) {
   EXPECT_TRUE(wishes.await({Scheme::light, false}));
   portal.change("org.gnome.desktop.interface", "enable-animations", sdbus::Variant(false));
   EXPECT_TRUE(wishes.await({Scheme::light, true}));
+  // Of two places that say it, one is enough.
+  portal.change(kAppearance, "reduced-motion", sdbus::Variant(std::uint32_t{1}));
+  portal.change("org.gnome.desktop.interface", "enable-animations", sdbus::Variant(true));
+  portal.change(kAppearance, "contrast", sdbus::Variant(std::uint32_t{1}));
+  EXPECT_TRUE(wishes.await({Scheme::light, true, true}));
+  portal.change(kAppearance, "contrast", sdbus::Variant(std::uint32_t{0}));
+  EXPECT_TRUE(wishes.await({Scheme::light, true, false}));
+  portal.change("org.gnome.desktop.a11y.interface", "high-contrast", sdbus::Variant(true));
+  EXPECT_TRUE(wishes.await({Scheme::light, true, true}));
   // Of another type or another key: nothing changes.
   portal.change(kAppearance, "color-scheme", sdbus::Variant(std::string("dark")));
   portal.change("org.gnome.desktop.interface", "color-scheme", sdbus::Variant(std::uint32_t{1}));
   portal.change(kAppearance, "color-scheme", sdbus::Variant(std::uint32_t{7}));
-  EXPECT_TRUE(wishes.await({Scheme::open, true}));
+  EXPECT_TRUE(wishes.await({Scheme::open, true, true}));
 }
 
 TEST(DesktopAppearance, WishesNothingWithoutABus) {

@@ -83,6 +83,7 @@ constexpr SettingDefinition kGeneral[] = {
      .minimum = 100,
      .maximum = 200,
      .group = SettingsGroup::look},
+    choiceIn(SettingsGroup::look, "desktop_contrast", "High contrast in the window", kAutomaticOnOff),
     choiceIn(SettingsGroup::look, "desktop_reducedMotion", "Reduce motion in the window", kAutomaticOnOff),
     {.key = "desktop_closeToTray",
      .byDefault = true,

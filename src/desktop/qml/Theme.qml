@@ -10,6 +10,7 @@ QtObject {
     readonly property bool dark: choice === "dark" || (choice === "system" && system.window.hslLightness < 0.5)
     property real enlargement: 1
     property bool calm: false
+    property bool contrasting: false
     readonly property real scale: Math.max(1, Application.font.pointSize / 11) * enlargement
 
     // What there is of some parts of a line.
@@ -28,15 +29,20 @@ QtObject {
     readonly property int radius: 16
     readonly property int quick: calm ? 0 : 140
 
-    readonly property color page: dark ? "#11161d" : "#f2f5f8"
-    readonly property color card: dark ? "#1b222c" : "#ffffff"
-    readonly property color raised: dark ? "#27303d" : "#e6ecf2"
-    readonly property color outline: dark ? "#2c3644" : "#dde4eb"
-    readonly property color text: dark ? "#eef2f6" : "#17202a"
-    readonly property color muted: dark ? "#a3b0bf" : "#566372"
-    readonly property color accent: dark ? "#7cb8f5" : "#1f64ab"
+    // Of four: usual and high contrast, light and dark.
+    function tone(light, night, lightContrast, nightContrast) {
+        return contrasting ? (dark ? nightContrast : lightContrast) : dark ? night : light;
+    }
+
+    readonly property color page: tone("#f2f5f8", "#11161d", "#ffffff", "#000000")
+    readonly property color card: tone("#ffffff", "#1b222c", "#ffffff", "#000000")
+    readonly property color raised: tone("#e6ecf2", "#27303d", "#e4e9ee", "#22272e")
+    readonly property color outline: tone("#dde4eb", "#2c3644", "#4a5561", "#a9b4c0")
+    readonly property color text: tone("#17202a", "#eef2f6", "#000000", "#ffffff")
+    readonly property color muted: tone("#566372", "#a3b0bf", "#2b333c", "#dbe2ea")
+    readonly property color accent: tone("#1f64ab", "#7cb8f5", "#0b3f78", "#a9d3ff")
     readonly property color accentText: dark ? "#0d1b2a" : "#ffffff"
-    readonly property color danger: dark ? "#ff9a9f" : "#b3202c"
+    readonly property color danger: tone("#b3202c", "#ff9a9f", "#8a0f1a", "#ffc2c5")
     readonly property color sun: dark ? "#f7bd4a" : "#ca8000"
     readonly property color rain: dark ? "#5aa9f0" : "#2874c2"
     readonly property color warm: dark ? "#ff9a76" : "#d1502b"

@@ -215,6 +215,12 @@ std::string themeOf(SettingsState const& state) {
   return state.wish.scheme == Scheme::dark ? "dark" : "light";
 }
 
+/// A choice between automatic, which leaves it to the desktop, on and off.
+bool isWanted(std::string_view key, bool isWished, SettingsState const& state) {
+  std::string const chosen = state.settings.text(key);
+  return isAutomatic(chosen) ? isWished : chosen == "on";
+}
+
 std::string startNoteOf(SettingsState const& state, ViewContext const& context) {
   if (state.isWatchChanging) return context.text("desktop.settings.startAtLogin.changing");
   if (!state.watchProblem.empty()) {
@@ -257,8 +263,8 @@ SettingsView settingsView(SettingsState const& state, ViewContext const& context
   SettingsView view;
   view.theme = themeOf(state);
   view.textSize = static_cast<double>(state.settings.integer("desktop_textSize")) / 100;
-  std::string const calm = state.settings.text("desktop_reducedMotion");
-  view.isCalm = isAutomatic(calm) ? state.wish.reducesMotion : calm == "on";
+  view.isCalm = isWanted("desktop_reducedMotion", state.wish.reducesMotion, state);
+  view.isContrasting = isWanted("desktop_contrast", state.wish.strengthensContrast, state);
   view.startsAtLogin = state.watch == WatchStart::atLogin || state.watch == WatchStart::fromNextLogin;
   view.canStartAtLogin =
       state.canChangeWatch && state.watch != WatchStart::changedByHand && !state.isWatchChanging;

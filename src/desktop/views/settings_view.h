@@ -67,6 +67,7 @@ struct SettingsView {
   std::string theme = "system";
   double textSize = 1;  ///< 1 for the desktop's own
   bool isCalm = false;  ///< without movements
+  bool isContrasting = false;
   bool startsAtLogin = false;
   bool canStartAtLogin = true;
   std::string startNote;
@@ -80,6 +81,7 @@ inline constexpr auto viewFields<SettingsView> = FieldList{
     viewField("theme", &SettingsView::theme),
     viewField("textSize", &SettingsView::textSize),
     viewField("isCalm", &SettingsView::isCalm),
+    viewField("isContrasting", &SettingsView::isContrasting),
     viewField("startsAtLogin", &SettingsView::startsAtLogin),
     viewField("canStartAtLogin", &SettingsView::canStartAtLogin),
     viewField("startNote", &SettingsView::startNote),

@@ -1,5 +1,7 @@
 #include "platform/linux/dbus/portal_appearance.h"
 
+#include <optional>
+
 namespace nimbara {
 
 namespace {
@@ -9,9 +11,12 @@ constexpr char kPortalPath[] = "/org/freedesktop/portal/desktop";
 constexpr char kSettings[] = "org.freedesktop.portal.Settings";
 constexpr char kAppearance[] = "org.freedesktop.appearance";
 constexpr char kGnomeInterface[] = "org.gnome.desktop.interface";
+constexpr char kGnomeAccess[] = "org.gnome.desktop.a11y.interface";
 /// The portal's numbers of the scheme.
 constexpr std::uint32_t kPrefersDark = 1;
 constexpr std::uint32_t kPrefersLight = 2;
+/// Its number of reduced motion and of high contrast, where they are preferred.
+constexpr std::uint32_t kPreferred = 1;
 
 /// The portal wraps what it reads a second time.
 sdbus::Variant unwrapped(sdbus::Variant value) {
@@ -23,6 +28,37 @@ AppearanceWish::Scheme schemeOf(std::uint32_t number) {
   using Scheme = AppearanceWish::Scheme;
   return number == kPrefersDark ? Scheme::dark : number == kPrefersLight ? Scheme::light : Scheme::open;
 }
+
+std::optional<bool> isPreferred(sdbus::Variant const& value) {
+  if (!value.containsValueOfType<std::uint32_t>()) return std::nullopt;
+  return value.get<std::uint32_t>() == kPreferred;
+}
+
+std::optional<bool> isOn(sdbus::Variant const& value) {
+  if (!value.containsValueOfType<bool>()) return std::nullopt;
+  return value.get<bool>();
+}
+
+std::optional<bool> isOff(sdbus::Variant const& value) {
+  auto const on = isOn(value);
+  return on ? std::optional(!*on) : std::nullopt;
+}
+
+/// Where desktops say what they wish; one of several places is enough.
+struct Wish {
+  char const* group;
+  char const* key;
+  std::optional<bool> (*isWished)(sdbus::Variant const& value);
+  bool AppearanceWish::* member;
+};
+
+constexpr std::array kWishes{
+    Wish{kAppearance, "reduced-motion", isPreferred, &AppearanceWish::reducesMotion},
+    Wish{kGnomeInterface, "enable-animations", isOff, &AppearanceWish::reducesMotion},
+    Wish{kAppearance, "contrast", isPreferred, &AppearanceWish::strengthensContrast},
+    Wish{kGnomeAccess, "high-contrast", isOn, &AppearanceWish::strengthensContrast},
+};
+static_assert(kWishes.size() == PortalAppearance::kPlaces);
 
 }  // namespace
 
@@ -50,8 +86,7 @@ void PortalAppearance::connect(std::string const& sessionBus) {
       });
   portal_->finishRegistration();
   ask(kAppearance, "color-scheme");
-  ask(kAppearance, "reduced-motion");
-  ask(kGnomeInterface, "enable-animations");
+  for (Wish const& wish : kWishes) ask(wish.group, wish.key);
   connection_->enterEventLoopAsync();
 }
 
@@ -67,15 +102,23 @@ void PortalAppearance::ask(char const* group, char const* key) {
 void PortalAppearance::take(std::string const& group, std::string const& key, sdbus::Variant const& value) {
   sdbus::Variant const told = unwrapped(value);
   AppearanceWish const before = wish_;
-  bool const isNumber = told.containsValueOfType<std::uint32_t>();
-  if (group == kAppearance && key == "color-scheme" && isNumber) {
+  if (group == kAppearance && key == "color-scheme" && told.containsValueOfType<std::uint32_t>()) {
     wish_.scheme = schemeOf(told.get<std::uint32_t>());
-  } else if (group == kAppearance && key == "reduced-motion" && isNumber) {
-    wish_.reducesMotion = told.get<std::uint32_t>() == 1;
-  } else if (group == kGnomeInterface && key == "enable-animations" && told.containsValueOfType<bool>()) {
-    wish_.reducesMotion = !told.get<bool>();
   }
+  for (std::size_t i = 0; i < kWishes.size(); ++i) {
+    auto const& [place, name, isWished, member] = kWishes[i];
+    if (group == place && key == name) said_[i] = isWished(told).value_or(said_[i]);
+  }
+  wish_.reducesMotion = isSaidOf(&AppearanceWish::reducesMotion);
+  wish_.strengthensContrast = isSaidOf(&AppearanceWish::strengthensContrast);
   if (wish_ != before) listener_(wish_);
+}
+
+bool PortalAppearance::isSaidOf(bool AppearanceWish::* member) const {
+  for (std::size_t i = 0; i < kWishes.size(); ++i) {
+    if (kWishes[i].member == member && said_[i]) return true;
+  }
+  return false;
 }
 
 }  // namespace nimbara

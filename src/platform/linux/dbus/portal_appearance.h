@@ -5,6 +5,7 @@
 #include "platform/desktop_appearance.h"
 #include "platform/linux/dbus/bus.h"
 
+#include <array>
 #include <memory>
 #include <string>
 
@@ -12,6 +13,9 @@ namespace nimbara {
 
 class PortalAppearance final : public DesktopAppearance {
  public:
+  /// How many of the portal's settings say what is wished besides the scheme.
+  static constexpr std::size_t kPlaces = 4;
+
   /// The session's own bus for an empty address.
   PortalAppearance(std::string const& sessionBus, Listener listener);
   ~PortalAppearance() override;
@@ -20,9 +24,11 @@ class PortalAppearance final : public DesktopAppearance {
   void connect(std::string const& sessionBus);
   void ask(char const* group, char const* key);
   void take(std::string const& group, std::string const& key, sdbus::Variant const& value);
+  bool isSaidOf(bool AppearanceWish::* member) const;
 
   Listener listener_;
   AppearanceWish wish_;  // of the connection's thread
+  std::array<bool, kPlaces> said_{};
   std::unique_ptr<sdbus::IConnection> connection_;
   std::unique_ptr<sdbus::IProxy> portal_;
 };
