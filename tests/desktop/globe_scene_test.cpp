@@ -1,3 +1,4 @@
+#include "desktop/window/software_start.h"
 #include "support/paths.h"
 #include "support/temporary_folder.h"
 
@@ -42,14 +43,23 @@ struct DrawnGlobe {
 constexpr QSize kSize(640, 560);
 constexpr int kLeastLit = 640 * 560 / 50;
 
+int differentPoints(QImage const& one, QImage const& other) {
+  int count = 0;
+  for (int y = 0; y < one.height(); ++y) {
+    for (int x = 0; x < one.width(); ++x)
+      count += std::abs(qGreen(one.pixel(x, y)) - qGreen(other.pixel(x, y))) > 24;
+  }
+  return count;
+}
+
 /// The whole program on a display of its own, in this environment.
-DrawnGlobe drawnGlobe(std::string const& variables) {
+DrawnGlobe drawnGlobe(std::string const& variables, std::string const& options = {}) {
   TemporaryFolder const folder;
   auto const program = std::filesystem::path(test::kProgram).parent_path() / "nimbara-desktop";
   auto const picture = folder.path() / "globe.png", complaints = folder.path() / "complaints";
   std::string const command =
       "env -u QT_QPA_PLATFORM -u QT_QUICK_BACKEND XDG_RUNTIME_DIR=" + folder.path().string() + " " +
-      variables + " timeout 90 xvfb-run -a -s '-screen 0 900x700x24' " + program.string() +
+      variables + " timeout 90 xvfb-run -a -s '-screen 0 900x700x24' " + program.string() + " " + options +
       " --demo --now 2026-11-21T09:20:00Z --page globe --theme dark --size 640x560"
       " --screenshot " +
       picture.string() + " 2>" + complaints.string();
@@ -65,12 +75,40 @@ struct GlobeScene : testing::Test {
 
 /// In three dimensions, by Mesa's software renderer.
 TEST_F(GlobeScene, IsDrawnOnADisplayWithoutAComplaint) {
-  DrawnGlobe const globe = drawnGlobe("");
+  DrawnGlobe const globe = drawnGlobe("", "--globe 3d");
   if (!globe.hasDisplay()) GTEST_SKIP() << "no display";
   ASSERT_EQ(globe.code, 0) << globe.complaints;
   EXPECT_EQ(globe.complaints, "");
   ASSERT_EQ(globe.picture.size(), kSize);
   EXPECT_GT(globe.litPoints(), kLeastLit);
+}
+
+/// The scene in three dimensions differs in a third of its points.
+TEST_F(GlobeScene, IsPaintedWhereTheProcessorImitatesAGraphicsCard) {
+  DrawnGlobe const chosen = drawnGlobe("LIBGL_ALWAYS_SOFTWARE=1");
+  if (!chosen.hasDisplay()) GTEST_SKIP() << "no display";
+  DrawnGlobe const painted = drawnGlobe("LIBGL_ALWAYS_SOFTWARE=1", "--globe painted");
+  ASSERT_EQ(chosen.code, 0) << chosen.complaints;
+  EXPECT_EQ(chosen.complaints, "");
+  EXPECT_LT(differentPoints(chosen.picture, painted.picture), kSize.width() * kSize.height() / 50);
+}
+
+struct RendererRow {
+  char const* name;
+  bool isSoftware;
+};
+
+TEST(Renderers, AreKnownByTheirNames) {
+  for (auto const& [name, isSoftware] : {RendererRow{"llvmpipe (LLVM 15.0.6, 256 bits)", true},
+                                         {"softpipe", true},
+                                         {"Software Rasterizer", true},
+                                         {"Google SwiftShader", true},
+                                         {"Mesa Intel(R) UHD Graphics 620 (KBL GT2)", false},
+                                         {"AMD Radeon RX 580 (polaris10, LLVM 15.0.6, DRM 3.49)", false},
+                                         {"NVIDIA GeForce GTX 1650/PCIe/SSE2", false},
+                                         {"", false}}) {
+    EXPECT_EQ(isSoftwareRenderer(name), isSoftware) << name;
+  }
 }
 
 TEST_F(GlobeScene, IsPaintedWhereThereIsNoOpenGL) {

@@ -15,6 +15,7 @@ struct RawDesktopOptions {
   std::string page;
   std::string theme;
   std::string size;
+  std::string globe;
 };
 
 void define(Command app, DesktopOptions& options, RawDesktopOptions& raw) {
@@ -28,6 +29,8 @@ void define(Command app, DesktopOptions& options, RawDesktopOptions& raw) {
   app.option("--theme", raw.theme, "The appearance; from the settings by default")
       .among(enumNames<DesktopTheme>);
   app.option("--size", raw.size, "Size of the window, for example 1280x800").called("WxH");
+  app.option("--globe", raw.globe, "How the globe is drawn; by the graphics card if there is one by default")
+      .among(enumNames<DesktopGlobe>);
   app.option("--screenshot", options.screenshot, "Save a picture of the page and quit").called("FILE");
 }
 
@@ -43,6 +46,7 @@ Result<void, std::string> understand(DesktopOptions& options, RawDesktopOptions 
   }
   options.page = enumFromName<DesktopPage>(raw.page);
   options.theme = enumFromName<DesktopTheme>(raw.theme);
+  options.globe = enumFromName<DesktopGlobe>(raw.globe).value_or(DesktopGlobe::automatic);
   return {};
 }
 
@@ -70,7 +74,7 @@ Result<DesktopOptions, DesktopEarlyEnd> parseDesktopOptions(std::vector<std::str
                                                             Environment const& environment) {
   DesktopOptions options;
   options.services = environment.services;
-  RawDesktopOptions raw{environment.now, {}, {}, {}};
+  RawDesktopOptions raw{environment.now, {}, {}, {}, {}};
   CommandParser parser("The weather for your places, in a window", "nimbara-desktop",
                        "nimbara-desktop " + std::string(kVersion) + "\n", "Display program version");
   define(parser.root(), options, raw);

@@ -23,6 +23,14 @@ template <>
 inline constexpr auto enumNames<DesktopTheme> = std::to_array<std::string_view>({"system", "light", "dark"});
 static_assert(enumNamesComplete(DesktopTheme::dark));
 
+/// How the globe is drawn: by the toolkit's scene in three dimensions, or painted as where there is no
+/// graphics card.
+enum class DesktopGlobe { automatic, solid, painted };
+template <>
+inline constexpr auto enumNames<DesktopGlobe> =
+    std::to_array<std::string_view>({"automatic", "3d", "painted"});
+static_assert(enumNamesComplete(DesktopGlobe::painted));
+
 /// Of the window, in its own pixels.
 struct WindowSize {
   int width = 1100;
@@ -40,6 +48,7 @@ struct DesktopOptions {
   std::optional<WindowSize> size;
   std::string place;  ///< a saved one to select: its name, identifier or coordinate
   bool refresh = false;
+  DesktopGlobe globe = DesktopGlobe::automatic;
   std::string screenshot;  ///< the file of the one picture that is asked for; empty for a window
 
   /// A run that has nothing to do with a window that is open already.

@@ -10,7 +10,8 @@ FocusScope {
 
     readonly property bool isCurrent: parent?.isShown ?? false
     readonly property bool isWide: width >= 760
-    readonly property bool hasCard: GraphicsInfo.api !== GraphicsInfo.Unknown && GraphicsInfo.api !== GraphicsInfo.Software
+    // A graphics card that the processor imitates draws the scene in jerks.
+    readonly property bool hasCard: App.globe.isInSpace && GraphicsInfo.api !== GraphicsInfo.Unknown && GraphicsInfo.api !== GraphicsInfo.Software
     readonly property bool isMoving: isCurrent && Theme.quick > 0
     readonly property real panelWidth: isWide ? 272 * Theme.scale : width - 2 * Theme.space
     property bool hasFailed: false  // the scene, where its modules are not installed

@@ -3,6 +3,7 @@
 #include "desktop/window/page_items.h"
 #include "desktop/window/painting/condition_pictures.h"
 #include "desktop/window/painting/line_signs.h"
+#include "desktop/window/software_start.h"
 
 #include <QGuiApplication>
 #include <QImage>
@@ -41,6 +42,11 @@ void DesktopWindow::open(DesktopModel& model, DesktopOptions const& options) {
        {QStringLiteral("height"), size.height}});
   engine_.load(pageUrl("Main"));
   if (!engine_.rootObjects().isEmpty()) window_ = qobject_cast<QQuickWindow*>(engine_.rootObjects().front());
+  if (window_ == nullptr) return;
+  whenRendererIsKnown(*window_, [globe = model.globe(), wanted = options.globe](std::string const& renderer) {
+    bool const isCard = !isSoftwareRenderer(renderer);
+    globe->setInSpace(wanted == DesktopGlobe::automatic ? isCard : wanted == DesktopGlobe::solid);
+  });
 }
 
 Result<void, std::string> DesktopWindow::savePicture(std::string const& file) const {

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <string_view>
 
 namespace nimbara {
 
@@ -15,6 +16,13 @@ inline constexpr int kCannotDraw = 256;
 
 /// Ends the event loop with `kCannotDraw` in place of the process with an abort, after telling why.
 void endWhereNothingCanBeDrawn(QQuickWindow& window, std::function<void(std::string)> const& tell);
+
+/// Whether the processor draws what a graphics card should, by the name that the interface gives itself.
+bool isSoftwareRenderer(std::string_view name);
+
+/// Tells that name once, on the window's thread, as soon as the window is first drawn; empty where no OpenGL
+/// draws.
+void whenRendererIsKnown(QQuickWindow& window, std::function<void(std::string)> tell);
 
 /// The same program in place of this one, with the toolkit's software renderer. Returns only where that is in
 /// use already or the program's file cannot be started.

@@ -221,6 +221,12 @@ bool GlobeModel::loadScene() {
   return true;
 }
 
+void GlobeModel::setInSpace(bool isInSpace) {
+  if (isInSpace_ == isInSpace) return;
+  isInSpace_ = isInSpace;
+  Q_EMIT drawingChanged();
+}
+
 void GlobeModel::setCamera(GlobeCamera const& camera) {
   if (camera == camera_) return;
   camera_ = camera;

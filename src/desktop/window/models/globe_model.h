@@ -67,6 +67,7 @@ class GlobeModel : public QObject {
   Q_PROPERTY(int groupCount READ groupCount CONSTANT)
   Q_PROPERTY(bool hasSurface READ hasSurface NOTIFY shown)
   Q_PROPERTY(bool hasPlace READ hasPlace NOTIFY shown)
+  Q_PROPERTY(bool isInSpace READ isInSpace NOTIFY drawingChanged)
   Q_PROPERTY(bool isShown READ isShown WRITE setShown NOTIFY isShownChanged)
 
  public:
@@ -100,6 +101,9 @@ class GlobeModel : public QObject {
   QObject* earthquakes() { return &earthquakes_; }
   QObject* stars() { return &stars_; }
   QObject* sunGlow() { return &sunGlow_; }
+  /// Drawn in three dimensions, where a graphics card does it.
+  bool isInSpace() const { return isInSpace_; }
+  void setInSpace(bool isInSpace);
   int groupCount() const { return static_cast<int>(groups_.size()); }
   bool hasSurface() const { return !earth_.isNull(); }
   bool hasPlace() const { return place_.has_value(); }
@@ -135,6 +139,7 @@ class GlobeModel : public QObject {
   Q_INVOKABLE void search(QString const& text);
 
  Q_SIGNALS:
+  void drawingChanged();
   void shown();
   void cameraChanged();
   void isShownChanged();
@@ -157,6 +162,7 @@ class GlobeModel : public QObject {
   GlobeCamera camera_;
   bool isShown_ = false;
   bool isSceneLoaded_ = false;
+  bool isInSpace_ = false;
   std::string searchText_;
   std::vector<SatelliteMatch> found_;
   QImage earth_;
