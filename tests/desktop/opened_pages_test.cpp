@@ -74,13 +74,6 @@ QImage settled(QQuickWindow* window) {
   return picture;
 }
 
-void openAll(QQuickItem* root) {
-  visitVisible(root, [](QQuickItem* item) {
-    bool const isNamed = item->property("summary").isValid() || item->property("heading").isValid();
-    if (isNamed && item->property("isOpen").isValid()) item->setProperty("isOpen", true);
-  });
-}
-
 /// What can be used and reaches beyond the card that it stands in.
 std::vector<std::string> strayBelow(QQuickItem* root) {
   std::vector<std::string> stray;

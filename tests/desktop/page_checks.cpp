@@ -69,6 +69,13 @@ std::vector<std::string> cutOffBelow(QQuickItem* root) {
   return cutOff;
 }
 
+void openAll(QQuickItem* root) {
+  visitVisible(root, [](QQuickItem* item) {
+    bool const isNamed = item->property("summary").isValid() || item->property("heading").isValid();
+    if (isNamed && item->property("isOpen").isValid()) item->setProperty("isOpen", true);
+  });
+}
+
 void keepPicture(QImage const& picture, std::string const& state, DesktopPage page, DesktopTheme theme,
                  WindowSize size) {
   QDir const folder(QString::fromUtf8(test::kPictures));

@@ -36,6 +36,9 @@ bool goesSideways(QQuickItem* item);
 /// Texts that do not show whole: shortened, wider than the place that they have, or beyond the window.
 std::vector<std::string> cutOffBelow(QQuickItem* root);
 
+/// Groups and folded cards.
+void openAll(QQuickItem* root);
+
 void keepPicture(QImage const& picture, std::string const& state, DesktopPage page, DesktopTheme theme,
                  WindowSize size);
 
