@@ -127,6 +127,7 @@ class Palette {
   }
 
   void choose(char const* theme) { theme_->setProperty("choice", QString::fromLatin1(theme)); }
+  void strengthen(bool on) { theme_->setProperty("contrasting", on); }
   QColor colour(char const* name) const {
     QVariant const value = theme_->property(name);
     EXPECT_TRUE(value.isValid()) << name;
@@ -180,6 +181,35 @@ TEST_F(Accessibility, HasReadableTextsInBothThemes) {
     }
     EXPECT_GE(contrast(palette.colour("accentText"), palette.colour("accent")), kReadable) << theme;
   }
+}
+
+constexpr double kStrong = 7.0;  // for texts in high contrast
+
+TEST_F(Accessibility, HasStrongTextsAndFramesInHighContrast) {
+  Palette palette;
+  for (char const* const theme : kThemes) {
+    palette.choose(theme);
+    EXPECT_LT(contrast(palette.colour("outline"), palette.colour("card")), kDiscernible);
+    palette.strengthen(true);
+    for (char const* const surface : kSurfaces) {
+      for (char const* const ink : {"text", "muted", "accent", "danger"}) {
+        EXPECT_GE(contrast(palette.colour(ink), palette.colour(surface)), kStrong)
+            << theme << ": " << ink << " on " << surface;
+      }
+      EXPECT_GE(contrast(palette.colour("outline"), palette.colour(surface)), kDiscernible) << theme;
+    }
+    palette.strengthen(false);
+  }
+}
+
+TEST_F(Accessibility, IsShownInHighContrast) {
+  for (DesktopPage const page : everyPage()) {
+    Shown const usual(page, {1280, 800});
+    Shown const shown(page, {1280, 800}, {{"desktop_contrast", std::string("on")}});
+    keepPicture(shown.picture(), "contrast", page, DesktopTheme::light, {1280, 800});
+    EXPECT_NE(shown.picture(), usual.picture()) << enumName(page);
+  }
+  EXPECT_THAT(complaints(), IsEmpty());
 }
 
 TEST_F(Accessibility, HasDiscernibleCurvesInBothThemes) {

@@ -62,6 +62,7 @@ struct Keyboard : PageTest {
   std::string page() const { return window.window()->property("page").toString().toStdString(); }
   void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const {
     QTest::keyClick(window.window(), key, modifiers);
+    QCoreApplication::processEvents();
   }
 
   struct Hazards : EngineActions {
@@ -86,6 +87,69 @@ TEST_F(Keyboard, ReachesThePages) {
   EXPECT_EQ(page(), "places");
   press(Qt::Key_1, Qt::ControlModifier);
   EXPECT_EQ(page(), "now");
+}
+
+TEST_F(Keyboard, HearsTheHeadingOfThePageThatItGoesTo) {
+  for (Qt::Key const key : {Qt::Key_2, Qt::Key_3, Qt::Key_4, Qt::Key_5, Qt::Key_6, Qt::Key_7, Qt::Key_1}) {
+    press(key, Qt::ControlModifier);
+    QQuickItem* const focused = window.window()->activeFocusItem();
+    auto* const seen = QAccessible::queryAccessibleInterface(focused);
+    ASSERT_NE(seen, nullptr) << page();
+    EXPECT_EQ(seen->role(), QAccessible::Heading) << page();
+    EXPECT_TRUE(focused->isVisible());
+  }
+}
+
+TEST_F(Keyboard, GoesBetweenNavigationAndPage) {
+  press(Qt::Key_2, Qt::ControlModifier);
+  press(Qt::Key_Tab);
+  QQuickItem* const left = window.window()->activeFocusItem();
+  press(Qt::Key_F6);
+  EXPECT_EQ(accessibleName(window.window()->activeFocusItem()), "Forecast");
+  press(Qt::Key_F6);
+  EXPECT_EQ(window.window()->activeFocusItem(), left);
+  press(Qt::Key_1, Qt::ControlModifier);
+  press(Qt::Key_F6);
+  EXPECT_EQ(accessibleName(window.window()->activeFocusItem()), "Now");
+  press(Qt::Key_F6);
+  EXPECT_THAT(accessibleName(window.window()->activeFocusItem()), testing::HasSubstr("Testville"));
+}
+
+TEST_F(Keyboard, ScrollsThePage) {
+  press(Qt::Key_2, Qt::ControlModifier);
+  QQuickItem* scrolled = window.window()->activeFocusItem();
+  while (scrolled != nullptr && !scrolled->inherits("QQuickFlickable")) scrolled = scrolled->parentItem();
+  ASSERT_NE(scrolled, nullptr);
+  auto const top = [&] { return scrolled->property("contentY").toDouble(); };
+  double const lowest = scrolled->property("contentHeight").toDouble() - scrolled->height();
+  ASSERT_GT(lowest, 400);
+  press(Qt::Key_PageDown);
+  double const page = top();
+  EXPECT_GT(page, 0.6 * scrolled->height());
+  EXPECT_LT(page, scrolled->height());
+  press(Qt::Key_End);
+  EXPECT_EQ(top(), lowest);
+  press(Qt::Key_PageUp);
+  EXPECT_EQ(top(), lowest - page);
+  press(Qt::Key_Home);
+  EXPECT_EQ(top(), 0);
+  press(Qt::Key_Down);
+  EXPECT_EQ(top(), 80);
+}
+
+TEST_F(Keyboard, ShowsWhatTheKeysDo) {
+  auto const isShown = [&] {
+    auto const names = namesBelow(window.window()->contentItem(), QAccessible::Heading);
+    return std::ranges::count(names, "Keyboard shortcuts") == 1;
+  };
+  EXPECT_FALSE(isShown());
+  press(Qt::Key_Question, Qt::ShiftModifier);
+  EXPECT_TRUE(isShown());
+  EXPECT_THAT(cutOffBelow(window.window()->contentItem()), IsEmpty());
+  press(Qt::Key_Escape);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !isShown(); }));
+  press(Qt::Key_Question, Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_TRUE(isShown());
 }
 
 TEST_F(Keyboard, OpensADay) {

@@ -89,6 +89,8 @@ Rectangle {
             PlainButton {
                 visible: pager.current !== null && pager.current.hasDetails
                 ink: Theme.text
+                isExpandable: true
+                isExpanded: pager.isOpen
                 text: pager.isOpen ? App.words.less : App.words.more
                 onClicked: App.openAlert = pager.isOpen ? "" : pager.current.alertId
             }
@@ -98,7 +100,7 @@ Rectangle {
                 PlainButton {
                     ink: Theme.text
                     sign: LayoutMirroring.enabled ? "forth" : "back"
-                    explanation: App.words.previous
+                    explanation: enabled ? App.words.previousOf.replace("%1$@", list.currentIndex).replace("%2$@", pager.count) : App.words.previous
                     enabled: list.currentIndex > 0
                     onClicked: list.currentIndex -= 1
                 }
@@ -112,7 +114,7 @@ Rectangle {
                 PlainButton {
                     ink: Theme.text
                     sign: LayoutMirroring.enabled ? "back" : "forth"
-                    explanation: App.words.next
+                    explanation: enabled ? App.words.nextOf.replace("%1$@", list.currentIndex + 2).replace("%2$@", pager.count) : App.words.next
                     enabled: list.currentIndex < pager.count - 1
                     onClicked: list.currentIndex += 1
                 }

@@ -16,6 +16,16 @@ ComboBox {
         currentIndex = Qt.binding(() => choice.count > 0 ? choice.indexOfValue(choice.value) : -1);
     }
 
+    readonly property int spokenRole: Accessible.ComboBox
+    readonly property bool isExpandable: true
+    readonly property bool isExpanded: popup.visible
+    function press() {
+        if (popup.visible)
+            popup.close();
+        else
+            popup.open();
+    }
+
     property real least: 160  // wide, before enlargement
     readonly property real arrow: 16 + 18 * Theme.scale
     // Its texts change with the language, and what is shown with them; their width with the size of letters.
@@ -36,10 +46,10 @@ ComboBox {
     textRole: "text"
     valueRole: "value"
     font.pixelSize: Theme.body
-    Accessible.role: Accessible.ComboBox
     Accessible.name: title + (displayText !== "" ? ": " + displayText : "")
     Accessible.description: explanation
-    Keys.onReturnPressed: popup.open()
+    Keys.onReturnPressed: press()
+    Keys.onEnterPressed: press()
     Component.onCompleted: reset()
     onModelChanged: reset()
     onActivated: index => {
@@ -80,12 +90,16 @@ ComboBox {
     delegate: ItemDelegate {
         id: option
         required property int index
+        readonly property int spokenRole: Accessible.ListItem
+        readonly property bool isSelectable: true
+        readonly property bool isCurrent: choice.currentIndex === index
+        function press() {
+            clicked();
+        }
         width: ListView.view ? ListView.view.width : choice.width
         height: 40 * Theme.scale
         highlighted: choice.highlightedIndex === index
-        Accessible.role: Accessible.ListItem
         Accessible.name: choice.textAt(index)
-        Accessible.selected: choice.currentIndex === index
         contentItem: PlainText {
             text: choice.textAt(option.index)
             elide: Text.ElideRight
@@ -113,7 +127,7 @@ ComboBox {
             model: choice.popup.visible ? choice.delegateModel : null
             currentIndex: choice.highlightedIndex
             boundsBehavior: Flickable.StopAtBounds
-            ScrollBar.vertical: ScrollBar {}
+            ScrollBar.vertical: ThinBar {}
         }
         background: Rectangle {
             radius: 12

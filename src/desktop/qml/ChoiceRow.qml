@@ -25,7 +25,7 @@ Flow {
     }
     Repeater {
         id: values
-        AbstractButton {
+        Pressable {
             id: option
             required property double value
             required property string caption
@@ -33,11 +33,10 @@ Flow {
             width: label.implicitWidth + 22
             height: 32 * Theme.scale
             onClicked: choice.chosen(value)
-            Keys.onReturnPressed: clicked()
-            Accessible.role: Accessible.RadioButton
+            spokenRole: Accessible.RadioButton
+            isCheckable: true
+            isChecked: isChosen
             Accessible.name: choice.title + ": " + option.caption
-            Accessible.checkable: true
-            Accessible.checked: isChosen
             background: Rectangle {
                 radius: height / 2
                 color: option.isChosen ? Theme.accent : option.hovered ? Theme.raised : "transparent"

@@ -25,12 +25,11 @@ Column {
         Accessible.role: Accessible.Heading
         Accessible.name: text
     }
-    AbstractButton {
+    Pressable {
         id: row
         width: parent.width
         onClicked: Qt.openUrlExternally(credit.link)
-        Keys.onReturnPressed: clicked()
-        Accessible.role: Accessible.Link
+        spokenRole: Accessible.Link
         Accessible.name: credit.sentence
         background: Rectangle {
             radius: 10

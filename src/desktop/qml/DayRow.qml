@@ -26,13 +26,13 @@ Column {
     readonly property bool isWide: width >= 640 * Theme.scale
     readonly property bool isTight: width < 300 * Theme.scale  // two lines
 
-    AbstractButton {
+    Pressable {
         id: row
         width: day.width
         height: (day.isTight ? 104 : 56) * Theme.scale
         onClicked: App.openDay = day.isOpen ? -1 : day.index
-        Keys.onReturnPressed: clicked()
-        Accessible.role: Accessible.Button
+        isExpandable: true
+        isExpanded: day.isOpen
         Accessible.name: day.sentence
         background: Rectangle {
             radius: 10

@@ -15,16 +15,14 @@ Card {
         width: parent.width
         spacing: Theme.space
 
-        AbstractButton {
+        Pressable {
             id: head
             width: parent.width
             onClicked: card.isOpen = !card.isOpen
-            Keys.onReturnPressed: clicked()
-            Accessible.role: Accessible.Button
+            isExpandable: true
+            isExpanded: card.isOpen
             Accessible.name: card.heading
             Accessible.description: card.hint
-            Accessible.checkable: true
-            Accessible.checked: card.isOpen
             contentItem: Item {
                 implicitHeight: Math.max(words.height, sign.height)
                 PlainText {

@@ -4,7 +4,7 @@ import QtQuick.Controls.Basic
 import NimbaraPages
 import NimbaraItems
 
-AbstractButton {
+Pressable {
     id: match
 
     required property int index
@@ -15,11 +15,8 @@ AbstractButton {
     property bool isFirst: false  // Enter takes it
 
     implicitHeight: Math.max(52 * Theme.scale, words.height + Theme.space)
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
     Keys.onDownPressed: match.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
     Keys.onUpPressed: match.nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
-    Accessible.role: Accessible.Button
     Accessible.name: sentence + ", " + (isSaved ? App.words.saved : App.words.add)
 
     background: Rectangle {

@@ -70,9 +70,9 @@ Rectangle {
             clip: true
             model: legend.isSearching ? App.globe.matches : null
             keyNavigationEnabled: true
-            ScrollBar.vertical: ScrollBar {}
+            ScrollBar.vertical: ThinBar {}
 
-            delegate: AbstractButton {
+            delegate: Pressable {
                 id: match
                 required property int index
                 required property string name
@@ -81,11 +81,9 @@ Rectangle {
                 width: ListView.view.width
                 height: 44 * Theme.scale
                 onClicked: legend.take(index)
-                Keys.onReturnPressed: clicked()
                 Keys.onEscapePressed: legend.leave()
                 Keys.onDownPressed: nextItemInFocusChain(true)?.forceActiveFocus()
                 Keys.onUpPressed: nextItemInFocusChain(false)?.forceActiveFocus()
-                Accessible.role: Accessible.Button
                 Accessible.name: name + ", " + group
                 background: Rectangle {
                     radius: 8
@@ -133,7 +131,7 @@ Rectangle {
             Repeater {
                 model: App.globe.legend
 
-                AbstractButton {
+                Pressable {
                     id: row
                     required property string name
                     required property string title
@@ -145,11 +143,10 @@ Rectangle {
                     width: parent.width
                     height: Math.max(34 * Theme.scale, texts.implicitHeight + 12)
                     onClicked: App.globe.toggle(name)
-                    Keys.onReturnPressed: clicked()
-                    Accessible.role: Accessible.CheckBox
+                    spokenRole: Accessible.CheckBox
+                    isCheckable: true
+                    isChecked: isOn
                     Accessible.name: sentence
-                    Accessible.checkable: true
-                    Accessible.checked: isOn
                     background: Rectangle {
                         radius: 8
                         color: row.hovered ? Theme.raised : "transparent"

@@ -67,8 +67,8 @@ ScrollPage {
                 highlightMoveDuration: Theme.quick
                 Keys.onReturnPressed: if (currentItem) (currentItem as WarningRow).toggle()
                 Keys.onSpacePressed: if (currentItem) (currentItem as WarningRow).toggle()
-                ScrollBar.vertical: ScrollBar {}
-                Accessible.role: Accessible.List
+                ScrollBar.vertical: ThinBar {}
+                readonly property int spokenRole: Accessible.List
                 Accessible.name: App.hazards.words.official
                 delegate: WarningRow { width: warnings.width }
             }

@@ -18,7 +18,7 @@ Rectangle {
     border.width: App.here.isSelected || choose.visualFocus ? 2 : 1
     border.color: App.here.isSelected || choose.visualFocus ? Theme.accent : Theme.outline
 
-    AbstractButton {
+    Pressable {
         id: choose
         anchors.fill: parent
         enabled: App.here.isOffered
@@ -27,9 +27,7 @@ Rectangle {
             App.selectHere();
             card.chosen();
         }
-        Keys.onReturnPressed: clicked()
         Keys.onDeletePressed: App.removeHere()
-        Accessible.role: Accessible.Button
         Accessible.name: App.here.sentence + (App.here.isSelected ? ", " + App.words.selected : "")
     }
     Column {

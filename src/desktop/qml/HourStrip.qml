@@ -29,7 +29,7 @@ Card {
             border.color: Theme.accent
         }
         T.ScrollBar.horizontal: ThinBar {}
-        Accessible.role: Accessible.List
+        readonly property int spokenRole: Accessible.List
         Accessible.name: strip.title
 
         delegate: Item {

@@ -102,12 +102,15 @@ Card {
                     Accessible.name: App.hazards.words.bars
                     Accessible.description: bars.reading || App.hazards.kp.hint
                     Accessible.focusable: true
+                    Accessible.onIncreaseAction: bars.cursor += 1
+                    Accessible.onDecreaseAction: bars.cursor = Math.max(0, bars.cursor - 1)
 
                     KpBarsItem {
                         id: bars
                         anchors.fill: parent
                         anchors.margins: 2
                         model: App.hazards
+                        enlargement: Theme.scale
                         levels: Theme.kpColours
                         text: Theme.muted
                         grid: Theme.outline

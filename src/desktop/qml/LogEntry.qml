@@ -74,6 +74,8 @@ Item {
                 ink: entry.isMuted || entry.isChoosing ? Theme.accent : Theme.muted
                 sign: entry.isMuted ? "bell" : "silence"
                 explanation: entry.isMuted ? App.notifications.words.unmute + ": " + entry.kindTitle : entry.mute
+                isExpandable: !entry.isMuted
+                isExpanded: entry.isChoosing
                 onClicked: entry.isMuted ? App.notifications.unmute(entry.mutes) : entry.choose()
             }
         }

@@ -69,12 +69,46 @@ Window {
 
     Binding { target: Theme; property: "choice"; value: window.theme || App.settings.now.theme }
     Binding { target: Theme; property: "enlargement"; value: App.settings.now.textSize }
+    Binding { target: Theme; property: "contrasting"; value: App.settings.now.isContrasting }
     Binding { target: Theme; property: "calm"; value: App.settings.now.isCalm }
+
+    // Whoever goes to a page hears its heading and scrolls it.
+    function enter(page) {
+        if (order.holds(page, activeFocusItem))
+            return;
+        const target = page ? (page as ScrollPage)?.entry ?? order.headingBelow(page) : null;
+        target?.forceActiveFocus(Qt.OtherFocusReason);
+    }
+
+    // To the navigation, and back to where the keys were.
+    property Item left: null
+    function changeArea() {
+        const shown = areas.shown();
+        if (!order.holds(bar, window.activeFocusItem)) {
+            left = window.activeFocusItem;
+            const at = pages.findIndex(page => page.name === window.page);
+            (at < shownPages ? ways.itemAt(at) : others).forceActiveFocus(Qt.ShortcutFocusReason);
+        } else if (left && order.holds(shown, left)) {
+            left.forceActiveFocus(Qt.ShortcutFocusReason);
+        } else {
+            enter(shown);
+        }
+    }
+
+    ReadingOrder { id: order }
 
     LayoutMirroring.enabled: Application.layoutDirection === Qt.RightToLeft
     LayoutMirroring.childrenInherit: true
 
     Shortcut { sequences: [StandardKey.Refresh, "Ctrl+R"]; onActivated: App.refresh() }
+    Shortcut { sequences: ["F6", "Shift+F6"]; onActivated: window.changeArea() }
+    Shortcut {
+        sequences: ["?", "Ctrl+?", "F1"]
+        onActivated: {
+            shortcuts.active = true;
+            (shortcuts.item as KeyList).open();
+        }
+    }
     Shortcut { sequence: StandardKey.Quit; onActivated: Qt.quit() }
     Instantiator {
         model: window.pages
@@ -124,6 +158,7 @@ Window {
                 : Math.min(132 * Theme.scale, window.width / slots - Theme.space)
 
             Repeater {
+                id: ways
                 model: window.pages.slice(0, window.shownPages)
 
                 NavButton {
@@ -132,7 +167,7 @@ Window {
                     sky: modelData.sky
                     sign: modelData.sign
                     text: modelData.title
-                    checked: window.page === modelData.name
+                    isCurrent: window.page === modelData.name
                     onClicked: window.page = modelData.name
                 }
             }
@@ -143,7 +178,7 @@ Window {
                 width: navigation.slot
                 sign: "others"
                 text: App.words.otherPages
-                checked: window.otherPages.some(page => page.name === window.page)
+                isCurrent: window.otherPages.some(page => page.name === window.page)
                 onClicked: {
                     otherPages.active = true;
                     (otherPages.item as OtherPages).open();
@@ -153,6 +188,14 @@ Window {
     }
 
     Item {
+        id: areas
+        function shown() {
+            for (const page of [now, hours, hazards, globe, places, notifications, settings]) {
+                if (page.isShown)
+                    return page.item;
+            }
+            return null;
+        }
         anchors.top: parent.top
         anchors.right: parent.right
         width: window.isWide ? parent.width - bar.thickness : parent.width
@@ -177,11 +220,13 @@ Window {
             anchors.fill: parent
             active: isShown || wasShown
             source: file
+            onLoaded: if (isShown) Qt.callLater(window.enter, item)
             onIsShownChanged: {
                 if (!isShown)
                     return;
                 wasShown = true;
                 toTop();
+                Qt.callLater(window.enter, item);
             }
             visible: isShown || opacity > 0
             enabled: isShown
@@ -191,11 +236,11 @@ Window {
 
         Page { id: now; name: "now"; isOfPlace: true; file: window.wantsPlace ? "WelcomePage.qml" : "NowPage.qml" }
         Page { id: hours; name: "hours"; isOfPlace: true; file: window.wantsPlace ? "WelcomePage.qml" : "HoursPage.qml" }
-        Page { name: "hazards"; isOfPlace: true; file: "HazardsPage.qml" }
-        Page { name: "globe"; file: "GlobePage.qml" }
+        Page { id: hazards; name: "hazards"; isOfPlace: true; file: "HazardsPage.qml" }
+        Page { id: globe; name: "globe"; file: "GlobePage.qml" }
         Page { id: places; name: "places"; file: "PlacesPage.qml" }
-        Page { name: "notifications"; file: "NotificationsPage.qml" }
-        Page { name: "settings"; file: "SettingsPage.qml" }
+        Page { id: notifications; name: "notifications"; file: "NotificationsPage.qml" }
+        Page { id: settings; name: "settings"; file: "SettingsPage.qml" }
         Connections {
             target: places.item
             function onChosen() { window.page = "now" }
@@ -212,6 +257,10 @@ Window {
         }
     }
 
+        id: shortcuts
+        active: false
+        source: "KeyList.qml"
+    }
     Loader {
         id: otherPages
         active: false

@@ -1,23 +1,20 @@
 // A way to a page: a picture above its name.
 import QtQuick
-import QtQuick.Templates as T
 import NimbaraPages
 
-T.AbstractButton {
+Pressable {
     id: button
 
     property string sky
     property string sign  // where there is no sky
 
     implicitHeight: 56 * Theme.scale
-    checkable: false
-    Accessible.role: Accessible.PageTab
-    Accessible.name: text
-    Accessible.selected: checked
+    spokenRole: Accessible.PageTab
+    isSelectable: true
 
     background: Rectangle {
         radius: Theme.radius * 0.75
-        color: button.checked ? Theme.raised : button.hovered ? Qt.alpha(Theme.raised, 0.5) : "transparent"
+        color: button.isCurrent ? Theme.raised : button.hovered ? Qt.alpha(Theme.raised, 0.5) : "transparent"
         border.width: button.visualFocus ? 2 : 0
         border.color: Theme.accent
     }
@@ -49,9 +46,9 @@ T.AbstractButton {
                 elide: Text.ElideRight
                 fontSizeMode: Text.HorizontalFit
                 minimumPixelSize: 9
-                color: button.checked ? Theme.text : Theme.muted
+                color: button.isCurrent ? Theme.text : Theme.muted
                 font.pixelSize: Theme.tiny
-                font.weight: button.checked ? Font.DemiBold : Font.Normal
+                font.weight: button.isCurrent ? Font.DemiBold : Font.Normal
             }
         }
     }

@@ -35,7 +35,7 @@ T.Popup {
                 sky: modelData.sky
                 sign: modelData.sign
                 text: modelData.title
-                checked: popup.page === modelData.name
+                isCurrent: popup.page === modelData.name
                 onClicked: {
                     popup.chosen(modelData.name);
                     popup.close();

@@ -1,10 +1,9 @@
 // The heading of a page of a place: its name, and the menu that goes to another one.
 import QtQuick
-import QtQuick.Templates as T
 import NimbaraPages
 import NimbaraItems
 
-T.AbstractButton {
+Pressable {
     id: heading
 
     property color ink: Theme.text
@@ -17,12 +16,15 @@ T.AbstractButton {
     hoverEnabled: true
     enabled: App.now.hasPlace
     onClicked: if (main) main.switchPlace("", heading)
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
-    Keys.onDownPressed: clicked()
-    Accessible.role: Accessible.ButtonMenu
+    // Whoever has come by the keys opens it with them; whoever has come to the page scrolls it.
+    Keys.onDownPressed: event => {
+        if (visualFocus)
+            clicked();
+        else
+            event.accepted = false;
+    }
+    spokenRole: Accessible.Heading
     Accessible.name: App.words.switchPlace + ": " + App.now.place
-    Accessible.onPressAction: clicked()
 
     contentItem: Item {
         Rectangle {
@@ -45,8 +47,6 @@ T.AbstractButton {
             color: heading.ink
             font.pixelSize: heading.size
             font.weight: Font.DemiBold
-            Accessible.role: Accessible.Heading
-            Accessible.name: text
         }
         Sign {
             id: sign

@@ -83,7 +83,7 @@ Item {
         }
     }
 
-    AbstractButton {
+    Pressable {
         id: choose
         anchors.fill: parent
         onClicked: {
@@ -91,8 +91,6 @@ Item {
             place.chosen();
         }
         onDoubleClicked: place.rename()
-        Keys.onReturnPressed: clicked()
-        Keys.onEnterPressed: clicked()
         Keys.onDeletePressed: App.removePlace(place.placeId)
         Keys.onPressed: event => {
             if (event.key === Qt.Key_F2)
@@ -107,9 +105,7 @@ Item {
                 return;
             event.accepted = true;
         }
-        Accessible.role: Accessible.Button
         Accessible.name: place.sentence + (place.isSelected ? ", " + App.words.selected : "")
-        Accessible.onPressAction: clicked()
     }
 
     Column {

@@ -135,8 +135,8 @@ T.Popup {
             boundsBehavior: Flickable.StopAtBounds
             highlightMoveDuration: 0
             cacheBuffer: 2000
-            ScrollBar.vertical: ScrollBar {}
-            Accessible.role: Accessible.List
+            ScrollBar.vertical: ThinBar {}
+            readonly property int spokenRole: Accessible.List
             Accessible.name: App.words.switchPlace
             delegate: SwitcherRow {
                 width: list.width

@@ -1,9 +1,8 @@
 // A button of text or of a sign.
 import QtQuick
-import QtQuick.Templates as T
 import NimbaraPages
 
-T.Button {
+Pressable {
     id: button
 
     property color ink: Theme.accent
@@ -11,15 +10,12 @@ T.Button {
     property string sign
     property bool isMain: false  // what most will choose
 
-    implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: Math.max(36 * Theme.scale, sign !== "" ? 0 : label.contentHeight + 12 * Theme.scale)
     leftPadding: sign !== "" ? 9 : 12
     rightPadding: leftPadding
     font.pixelSize: Theme.small
     font.weight: Font.DemiBold
-    Accessible.role: Accessible.Button
     Accessible.name: explanation
-    Keys.onReturnPressed: clicked()
 
     contentItem: Item {
         implicitWidth: button.sign !== "" ? picture.width : label.implicitWidth

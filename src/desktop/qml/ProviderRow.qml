@@ -4,7 +4,7 @@ import QtQuick.Controls.Basic
 import NimbaraPages
 import NimbaraItems
 
-AbstractButton {
+Pressable {
     id: provider
 
     required property string value
@@ -16,11 +16,10 @@ AbstractButton {
 
     implicitHeight: words.height + 2 * Theme.space
     onClicked: App.settings.change("preferredProvider", value)
-    Keys.onReturnPressed: clicked()
-    Accessible.role: Accessible.RadioButton
+    spokenRole: Accessible.RadioButton
+    isCheckable: true
+    isChecked: isChosen
     Accessible.name: sentence
-    Accessible.checkable: true
-    Accessible.checked: isChosen
 
     background: Rectangle {
         radius: 10

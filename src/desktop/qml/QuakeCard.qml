@@ -77,6 +77,8 @@ Card {
                     Accessible.name: App.hazards.words.map
                     Accessible.description: App.hazards.highlightedText || App.hazards.words.mapHint
                     Accessible.focusable: true
+                    Accessible.onIncreaseAction: App.hazards.highlighted += 1
+                    Accessible.onDecreaseAction: App.hazards.highlighted = Math.max(0, App.hazards.highlighted - 1)
 
                     QuakeMapItem {
                         id: world

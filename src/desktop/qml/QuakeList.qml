@@ -13,8 +13,8 @@ ListView {
     activeFocusOnTab: count > 0
     keyNavigationEnabled: true
     highlightMoveDuration: Theme.quick
-    ScrollBar.vertical: ScrollBar {}
-    Accessible.role: Accessible.List
+    ScrollBar.vertical: ThinBar {}
+    readonly property int spokenRole: Accessible.List
     Accessible.name: App.hazards.words.quakes
 
     // Keys move what is pointed at; what is pointed at on the map scrolls into view here.

@@ -116,7 +116,7 @@ Rectangle {
                     spacing: Theme.space / 2
                     Repeater {
                         model: App.notifications.days
-                        AbstractButton {
+                        Pressable {
                             id: day
                             required property string name
                             required property string dayName
@@ -124,10 +124,10 @@ Rectangle {
                             implicitWidth: Math.max(44 * Theme.scale, label.implicitWidth + 16)
                             implicitHeight: 36 * Theme.scale
                             onClicked: App.notifications.setDay(name, !isOn)
-                            Keys.onReturnPressed: clicked()
-                            Accessible.role: Accessible.CheckBox
+                            spokenRole: Accessible.CheckBox
+                            isCheckable: true
+                            isChecked: isOn
                             Accessible.name: dayName
-                            Accessible.checked: isOn
                             background: Rectangle {
                                 radius: height / 2
                                 color: day.isOn ? Theme.accent : Theme.raised

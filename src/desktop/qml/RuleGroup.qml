@@ -23,7 +23,7 @@ Item {
         color: Theme.outline
     }
 
-    AbstractButton {
+    Pressable {
         id: header
         anchors.left: parent.left
         anchors.right: parent.right
@@ -33,11 +33,9 @@ Item {
         topPadding: 2 * Theme.space
         bottomPadding: 2 * Theme.space
         onClicked: group.isOpen = !group.isOpen
-        Keys.onReturnPressed: clicked()
-        Accessible.role: Accessible.Button
+        isExpandable: true
+        isExpanded: group.isOpen
         Accessible.name: group.title + ", " + group.summary
-        Accessible.checkable: true
-        Accessible.checked: group.isOpen
         background: Rectangle {
             anchors.fill: parent
             anchors.topMargin: 4

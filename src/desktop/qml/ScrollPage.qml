@@ -1,4 +1,4 @@
-// A page that scrolls when its content is taller than the window, with the arrow keys as well.
+// A page that scrolls when its content is taller than the window, with the keys as well.
 import QtQuick
 import QtQuick.Templates as T
 import NimbaraPages
@@ -45,8 +45,28 @@ Flickable {
         return false;
     }
 
-    Keys.onDownPressed: contentY = Math.min(Math.max(0, contentHeight - height), contentY + 80)
-    Keys.onUpPressed: contentY = Math.max(0, contentY - 80)
+    // What takes the keys when the page is shown, in place of its heading.
+    property Item entry: null
+
+    readonly property real lowest: Math.max(0, contentHeight - height)
+    function scroll(distance) {
+        contentY = Math.min(lowest, Math.max(0, contentY + distance));
+    }
+
+    Keys.onPressed: event => {
+        if (event.modifiers & ~Qt.KeypadModifier)
+            return;
+        // A line of the old page stays in sight on the new one.
+        const page = Math.max(80, height - 60 * Theme.scale);
+        const distances = new Map([[Qt.Key_PageDown, page], [Qt.Key_PageUp, -page], [Qt.Key_Home, -contentHeight], [Qt.Key_End, contentHeight]]);
+        const distance = distances.get(event.key);
+        if (distance === undefined)
+            return;
+        scroll(distance);
+        event.accepted = true;
+    }
+    Keys.onDownPressed: scroll(80)
+    Keys.onUpPressed: scroll(-80)
 
     Column {
         id: column

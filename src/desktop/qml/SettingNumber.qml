@@ -116,14 +116,13 @@ SettingRow {
     }
 
     // The keys up and down do the same for the keyboard.
-    component StepButton: AbstractButton {
+    component StepButton: Pressable {
         id: button
         implicitWidth: 36 * Theme.scale
         implicitHeight: 36 * Theme.scale
         activeFocusOnTab: false
         focusPolicy: Qt.NoFocus
         autoRepeat: true
-        Accessible.role: Accessible.Button
         Accessible.name: text + " " + row.title
         contentItem: PlainText {
             text: button.text

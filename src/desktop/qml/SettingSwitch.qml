@@ -19,15 +19,20 @@ SettingRow {
 
     Switch {
         id: control
+        readonly property int spokenRole: Accessible.CheckBox
+        readonly property bool isCheckable: true
+        readonly property bool isChecked: row.checked
+        function press() {
+            row.switched(!row.checked);
+        }
         implicitWidth: 48 * Theme.scale
         implicitHeight: 36 * Theme.scale
         padding: 0
         checked: row.checked
-        Accessible.role: Accessible.CheckBox
         Accessible.name: row.title
         Accessible.description: row.explanation
-        Accessible.checked: row.checked
-        Keys.onReturnPressed: row.switched(!row.checked)
+        Keys.onReturnPressed: press()
+        Keys.onEnterPressed: press()
         onClicked: {
             row.switched(checked);
             checked = Qt.binding(() => row.checked);

@@ -1,10 +1,9 @@
 // A row of the menu of places.
 import QtQuick
-import QtQuick.Templates as T
 import NimbaraPages
 import NimbaraItems
 
-T.AbstractButton {
+Pressable {
     id: row
 
     required property int index
@@ -19,7 +18,6 @@ T.AbstractButton {
     required property bool isSelected
     required property bool isFirstOfKind
     required property string sentence
-    property bool isCurrent: false
 
     readonly property bool isPlace: kind === "place" || kind === "here"
 
@@ -29,10 +27,9 @@ T.AbstractButton {
     topPadding: isFirstOfKind ? Theme.space : 0
     hoverEnabled: true
     focusPolicy: Qt.NoFocus
-    Accessible.role: Accessible.ListItem
+    spokenRole: Accessible.ListItem
+    isSelectable: true
     Accessible.name: sentence + (isSelected ? ", " + App.words.selected : "")
-    Accessible.selected: isCurrent
-    Accessible.onPressAction: clicked()
 
     HoverHandler {
         onPointChanged: if (hovered) row.pointed(point.scenePosition)

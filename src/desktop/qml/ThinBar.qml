@@ -2,6 +2,7 @@
 import QtQuick
 import QtQuick.Templates as T
 import NimbaraPages
+import NimbaraItems
 
 T.ScrollBar {
     id: bar
@@ -10,6 +11,9 @@ T.ScrollBar {
     implicitHeight: 10
     padding: 2
     minimumSize: 0.05
+    Accessible.name: App.words.scrollBar
+    Accessible.onIncreaseAction: increase()
+    Accessible.onDecreaseAction: decrease()
     visible: policy !== T.ScrollBar.AlwaysOff
 
     contentItem: Rectangle {

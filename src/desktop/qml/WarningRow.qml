@@ -23,17 +23,20 @@ Item {
     readonly property bool isOpen: App.openAlert === alertId
     readonly property bool isCurrent: ListView.isCurrentItem && ListView.view.activeFocus
 
+    function press() {
+        toggle();
+    }
     function toggle() {
         if (hasDetails)
             App.openAlert = isOpen ? "" : alertId;
     }
 
     height: surface.height + Theme.space
-    Accessible.role: Accessible.ListItem
+    readonly property int spokenRole: Accessible.ListItem
+    readonly property bool isExpandable: hasDetails
+    readonly property bool isExpanded: isOpen
     Accessible.name: sentence
     Accessible.description: isOpen ? App.alertDetails : message
-    Accessible.focusable: true
-    Accessible.onPressAction: toggle()
 
     AbstractButton {
         id: surface

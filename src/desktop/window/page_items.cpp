@@ -1,5 +1,7 @@
 #include "desktop/window/page_items.h"
 
+#include "desktop/window/accessibility/accessible_items.h"
+#include "desktop/window/accessibility/reading_order.h"
 #include "desktop/window/models/desktop_model.h"
 #include "desktop/window/painting/flat_globe.h"
 #include "desktop/window/painting/kp_items.h"
@@ -38,7 +40,7 @@ std::span<PageItem const> pageItems() {
       pageItem<MoonDisc>("MoonDisc"),           pageItem<SkyScenery>("SkyScenery"),
       pageItem<MeteogramItem>("MeteogramItem"), pageItem<FlatGlobe>("FlatGlobe"),
       pageItem<QuakeMapItem>("QuakeMapItem"),   pageItem<KpGauge>("KpGauge"),
-      pageItem<KpBarsItem>("KpBarsItem"),
+      pageItem<KpBarsItem>("KpBarsItem"),       pageItem<ReadingOrder>("ReadingOrder"),
   };
   return kItems;
 }
@@ -46,6 +48,7 @@ std::span<PageItem const> pageItems() {
 void enrolPageItems() {
   static bool const kOnce = [] {
     for (PageItem const& item : pageItems()) item.enrol(item.name);
+    enrolAccessibleItems();
     qmlRegisterSingletonType<DesktopModel>(kItemsModule, 1, 0, "App", modelOf);
     qmlRegisterAnonymousType<GlobeModel>(kItemsModule, 1);
     qmlRegisterAnonymousType<HazardsModel>(kItemsModule, 1);

@@ -102,24 +102,24 @@ QString KpBarsItem::reading() const {
 }
 
 double KpBarsItem::xOf(double hours) const {
-  return kLeft + (width() - kLeft) * hours / std::max(1.0, data().hours);
+  return kLeft + (area().width() - kLeft) * hours / std::max(1.0, data().hours);
 }
 
 int KpBarsItem::barAt(double x) const {
   auto const& bars = data().bars;
-  auto const nearest =
-      std::ranges::min_element(bars, {}, [&](KpBar const& bar) { return std::abs(xOf(bar.x + 1.5) - x); });
+  auto const nearest = std::ranges::min_element(
+      bars, {}, [&](KpBar const& bar) { return std::abs(xOf(bar.x + 1.5) - x / scale_); });
   return nearest == bars.end() ? -1 : static_cast<int>(nearest - bars.begin());
 }
 
 /// A name that has no room before the next day is left out.
 void KpBarsItem::paintGrid(QPainter& painter) const {
-  double const bottom = height() - kFoot;
+  double const bottom = area().height() - kFoot;
   for (double const value : {0.0, 3.0, kStormBegins, 7.0, 9.0}) {
     double const y = bottom - (bottom - kHead) * value / kHighest;
     bool const isStorm = value == kStormBegins;
     painter.setPen(QPen(isStorm ? text_ : grid_, 1, isStorm ? Qt::DashLine : Qt::SolidLine));
-    painter.drawLine(QPointF(kLeft, y), QPointF(width(), y));
+    painter.drawLine(QPointF(kLeft, y), QPointF(area().width(), y));
     painter.setPen(text_);
     painter.drawText(QRectF(0, y - 8, kLeft - 6, 16), Qt::AlignRight | Qt::AlignVCenter,
                      QString::number(static_cast<int>(value)));
@@ -129,7 +129,7 @@ void KpBarsItem::paintGrid(QPainter& painter) const {
     double const x = xOf(days[i].x);
     double const room = xOf(i + 1 < days.size() ? days[i + 1].x : data().hours) - x - 6;
     painter.setPen(QPen(grid_, 1));
-    painter.drawLine(QPointF(x, kHead), QPointF(x, height() - 4));
+    painter.drawLine(QPointF(x, kHead), QPointF(x, area().height() - 4));
     QString name = QString::fromStdString(days[i].name);
     auto const fits = [&] { return painter.fontMetrics().horizontalAdvance(name) <= room; };
     if (!fits()) name = name.section(QLatin1Char(' '), -1);
@@ -139,7 +139,7 @@ void KpBarsItem::paintGrid(QPainter& painter) const {
 }
 
 void KpBarsItem::paintBars(QPainter& painter) const {
-  double const bottom = height() - kFoot;
+  double const bottom = area().height() - kFoot;
   double const slot = xOf(3) - xOf(0);
   auto const& bars = data().bars;
   painter.setPen(Qt::NoPen);
@@ -159,11 +159,12 @@ void KpBarsItem::paint(QPainter* painter) {
   QFont font = painter->font();
   font.setPixelSize(11);
   painter->setFont(font);
+  painter->scale(scale_, scale_);
   paintGrid(*painter);
   paintBars(*painter);
   double const now = xOf(data().now);
   painter->setPen(QPen(mark_, 1.4));
-  painter->drawLine(QPointF(now, kHead), QPointF(now, height() - kFoot));
+  painter->drawLine(QPointF(now, kHead), QPointF(now, area().height() - kFoot));
 }
 
 }  // namespace nimbara

@@ -36,6 +36,7 @@ class KpBarsItem : public QQuickPaintedItem {
   Q_PROPERTY(int cursor READ cursor WRITE setCursor NOTIFY cursorChanged)
   Q_PROPERTY(QString reading READ reading NOTIFY cursorChanged)
   Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY changed)
+  Q_PROPERTY(double enlargement MEMBER scale_ NOTIFY changed)
   Q_PROPERTY(QVariantList levels MEMBER levels_ NOTIFY changed)
   Q_PROPERTY(QColor text MEMBER text_ NOTIFY changed)
   Q_PROPERTY(QColor grid MEMBER grid_ NOTIFY changed)
@@ -62,12 +63,15 @@ class KpBarsItem : public QQuickPaintedItem {
 
  private:
   KpBars const& data() const;
+  /// The item before it is enlarged; all is drawn in its coordinates.
+  QSizeF area() const { return size() / scale_; }
   double xOf(double hours) const;
   void paintGrid(QPainter& painter) const;
   void paintBars(QPainter& painter) const;
 
   HazardsModel* model_ = nullptr;
   int cursor_ = -1;
+  double scale_ = 1;
   QVariantList levels_;
   QColor text_, grid_, mark_;
 };
