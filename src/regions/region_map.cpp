@@ -35,9 +35,10 @@ class Cutter {
   bool isShort_ = false;
 };
 
-/// Whether a section that is sorted by registry and code has the code.
+/// Where a section that is sorted by registry and code has the code.
 template <class Record>
-bool hasCode(std::string_view section, std::string_view texts, RegionCode const& wanted) {
+std::optional<std::size_t> findCode(std::string_view section, std::string_view texts,
+                                    RegionCode const& wanted) {
   auto const codeOf = [&](std::size_t i) {
     auto const record = recordAt<Record>(section, i);
     return std::pair(textAt(texts, record.registry), textAt(texts, record.code));
@@ -48,7 +49,17 @@ bool hasCode(std::string_view section, std::string_view texts, RegionCode const&
     std::size_t const middle = first + (end - first) / 2;
     codeOf(middle) < key ? first = middle + 1 : end = middle;
   }
-  return first < countIn<Record>(section) && codeOf(first) == key;
+  bool const isFound = first < countIn<Record>(section) && codeOf(first) == key;
+  return isFound ? std::optional(first) : std::nullopt;
+}
+
+std::vector<Coordinate> cornersOf(OutlineRing const& ring) {
+  std::vector<Coordinate> corners;
+  corners.reserve(ring.size());
+  for (OutlinePoint const point : ring) {
+    corners.push_back({point.latitude / kOutlineStepsPerDegree, point.longitude / kOutlineStepsPerDegree});
+  }
+  return corners;
 }
 
 }  // namespace
@@ -85,16 +96,41 @@ Result<RegionMap, std::string> RegionMap::open(std::filesystem::path const& file
   return map;
 }
 
+OutlineArc RegionMap::arcAt(std::size_t number) const {
+  auto const record = recordAt<ArcRecord>(arcs_, number);
+  OutlineArc arc(1, record.first);
+  std::size_t const end = endWithin(record.firstStep, record.stepCount, countIn<Step>(steps_));
+  for (std::size_t at = record.firstStep; at < end; ++at)
+    arc.push_back(stepped(arc.back(), recordAt<Step>(steps_, at)));
+  return arc;
+}
+
+std::vector<std::vector<Coordinate>> RegionMap::outlineOf(RegionCode const& code) const {
+  auto found = findCode<RegionRecord>(regions_, texts_, code);
+  if (!found) {
+    auto const alias = findCode<AliasRecord>(aliases_, texts_, code);
+    if (!alias) return {};
+    std::uint32_t const region = recordAt<AliasRecord>(aliases_, *alias).region;
+    found = findCode<RegionRecord>(regions_, texts_,
+                                   {std::string(kEmmaRegistry), std::string(textAt(texts_, region))});
+    if (!found) return {};
+  }
+  auto const record = recordAt<RegionRecord>(regions_, *found);
+  std::vector<OutlineArc> arcs;
+  std::size_t const end = endWithin(record.firstBorder, record.borderCount, countIn<std::uint32_t>(borders_));
+  for (std::size_t at = record.firstBorder; at < end; ++at) {
+    auto const arc = recordAt<std::uint32_t>(borders_, at);
+    if (arc < countIn<ArcRecord>(arcs_)) arcs.push_back(arcAt(arc));
+  }
+  std::vector<std::vector<Coordinate>> outline;
+  for (OutlineRing const& ring : ringsOf(arcs)) outline.push_back(cornersOf(ring));
+  return outline;
+}
+
 OutlineSet RegionMap::outlines() const {
   OutlineSet set;
   set.edition = edition();
-  for (std::size_t i = 0; i < countIn<ArcRecord>(arcs_); ++i) {
-    auto const record = recordAt<ArcRecord>(arcs_, i);
-    OutlineArc& arc = set.arcs.emplace_back(1, record.first);
-    std::size_t const end = endWithin(record.firstStep, record.stepCount, countIn<Step>(steps_));
-    for (std::size_t at = record.firstStep; at < end; ++at)
-      arc.push_back(stepped(arc.back(), recordAt<Step>(steps_, at)));
-  }
+  for (std::size_t i = 0; i < countIn<ArcRecord>(arcs_); ++i) set.arcs.push_back(arcAt(i));
   for (std::size_t i = 0; i < regionCount_; ++i) {
     auto const record = recordAt<RegionRecord>(regions_, i);
     OutlinedRegion& region = set.regions.emplace_back(
@@ -128,7 +164,7 @@ std::vector<RegionCode> RegionMap::aliasesOf(std::string_view region) const {
 }
 
 bool RegionMap::knows(RegionCode const& code) const {
-  return hasCode<RegionRecord>(regions_, texts_, code) || hasCode<AliasRecord>(aliases_, texts_, code);
+  return findCode<RegionRecord>(regions_, texts_, code) || findCode<AliasRecord>(aliases_, texts_, code);
 }
 
 bool RegionMap::hasName(std::string_view folded) const {

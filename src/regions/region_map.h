@@ -66,6 +66,10 @@ class RegionMap {
   /// The other registries' codes of an EMMA_ID region.
   std::vector<RegionCode> aliasesOf(std::string_view region) const;
 
+  /// The region's border as rings of corners, for drawing it; an odd number of them encloses what is inside.
+  /// Whichever registry the code is of; empty for a region that the map does not have.
+  std::vector<std::vector<Coordinate>> outlineOf(RegionCode const& code) const;
+
   /// Everything that the map holds, as it can be packed again.
   OutlineSet outlines() const;
 
@@ -83,6 +87,8 @@ class RegionMap {
 
  private:
   RegionMap() = default;
+
+  OutlineArc arcAt(std::size_t number) const;
 
   friend class RegionSearch;
 

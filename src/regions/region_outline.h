@@ -89,6 +89,10 @@ OutlineSet outlineSetOf(std::vector<RegionOutline> const& outlines,
 /// one of which less than a triangle is left.
 OutlineArc simplified(OutlineArc const& arc, std::int32_t tolerance = kOutlineTolerance);
 
+/// The rings that a region's arcs make, put end to end in whichever direction fits. Arcs that make no ring
+/// are left out.
+std::vector<OutlineRing> ringsOf(std::vector<OutlineArc> const& arcs);
+
 /// Adds what an older set has and this one lacks: all regions of a country of which this one has fewer than
 /// half as many, since some editions leave countries out, and other registries' codes.
 void complete(OutlineSet& set, OutlineSet const& older);

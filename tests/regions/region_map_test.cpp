@@ -78,6 +78,40 @@ TEST(RegionMap, TakesHugeAndPolarRegions) {
   EXPECT_THAT(codesAt(bytes, {-90, -180}).size(), 1U);
 }
 
+TEST(RegionMap, GivesARegionsOutlineAsRings) {
+  OutlineSet set = outlineSetOf(
+      readOutlines(collection({feature("XX1", "DE", "Whole",
+                                       rectangle(50, 10, 53, 13) + "," + rectangle(51, 11, 52, 12)),
+                               feature("XX2", "DE", "Beside", rectangle(50, 13, 53, 16))}))
+          ->outlines);
+  set.aliases = {{{"NUTS3", "DE1"}, "XX2"}};
+  std::string const bytes = regionMapOf(set);
+  auto const map = RegionMap::over(bytes);
+  ASSERT_TRUE(map);
+  auto const cornersOf = [&](RegionCode const& code) {
+    std::vector<std::size_t> counts;
+    for (auto const& ring : map->outlineOf(code)) {
+      EXPECT_NE(ring.front(), ring.back());
+      counts.push_back(ring.size());
+    }
+    return counts;
+  };
+  EXPECT_THAT(cornersOf({"EMMA_ID", "XX1"}), testing::UnorderedElementsAre(4, 4)) << "and a hole";
+  EXPECT_THAT(map->outlineOf({"EMMA_ID", "XX2"}),
+              ElementsAre(testing::UnorderedElementsAre(Coordinate{50, 13}, Coordinate{53, 13},
+                                                        Coordinate{53, 16}, Coordinate{50, 16})));
+  EXPECT_EQ(map->outlineOf({"NUTS3", "DE1"}), map->outlineOf({"EMMA_ID", "XX2"}));
+  EXPECT_THAT(map->outlineOf({"EMMA_ID", "XX3"}), IsEmpty());
+}
+
+TEST(Rings, AreMadeOfArcsThatMeet) {
+  OutlinePoint const a{0, 0}, b{0, 9}, c{9, 9};
+  EXPECT_THAT(ringsOf({{a, b}, {c, b}, {c, a}}), ElementsAre(ElementsAre(a, b, c)));
+  EXPECT_THAT(ringsOf({{a, b, c, a}}), ElementsAre(ElementsAre(a, b, c)));
+  EXPECT_THAT(ringsOf({{a, b}, {b, c}}), IsEmpty()) << "it is open";
+  EXPECT_THAT(ringsOf({{a}, {}}), IsEmpty());
+}
+
 TEST(RegionMap, AgreesWithAPlainSearchOnRandomOutlines) {
   std::mt19937 random(7);
   std::uniform_real_distribution<double> unit(0, 1);
