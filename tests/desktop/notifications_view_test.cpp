@@ -297,7 +297,7 @@ TEST_F(RuleViews, SayWhatARuleWatches) {
 }
 
 TEST_F(RuleViews, FindFaultsInADraft) {
-  CustomNotification draft = newDraft();
+  CustomNotification draft = newDraft(view.units);
   EXPECT_EQ(draftView(draft, places, view).fault, "Give the rule a title.");
   draft.title = "  ";
   EXPECT_EQ(draftView(draft, places, view).fault, "Give the rule a title.");
@@ -314,11 +314,13 @@ TEST_F(RuleViews, SuggestALimitForEverySubject) {
   for (Units const& units : {Units::metric(), Units::imperial()}) {
     view.units = units;
     for (ConditionKind const& kind : conditionKinds()) {
-      CustomNotification const draft = withKind(newDraft(), kind.type);
+      CustomNotification const draft = withKind(newDraft(units), kind.type, units);
       DraftView const shown = draftView(draft, places, view);
       EXPECT_EQ(shown.hasThreshold, !kind.isEvent()) << shown.kind;
       EXPECT_LE(shown.from, shown.threshold) << shown.kind;
       EXPECT_GE(shown.to, shown.threshold) << shown.kind;
+      EXPECT_NEAR(std::remainder(shown.threshold, shown.step), 0, 1e-6)
+          << shown.kind << ": " << shown.threshold;
       EXPECT_EQ(faultOf(draft), std::nullopt);
       auto const allowed = comparisonOptions(draft, view);
       EXPECT_TRUE(std::ranges::count(allowed, shown.comparison, &OptionView::value)) << shown.kind;
@@ -326,8 +328,18 @@ TEST_F(RuleViews, SuggestALimitForEverySubject) {
   }
 }
 
+TEST_F(RuleViews, OfferARoundWindInEveryUnit) {
+  for (auto const& [unit, offered] : {std::pair(WindUnit::kmh, 50.0),
+                                      {WindUnit::mph, 30.0},
+                                      {WindUnit::ms, 15.0},
+                                      {WindUnit::knots, 25.0}}) {
+    view.units.wind = unit;
+    EXPECT_EQ(draftView(newDraft(view.units), places, view).threshold, offered);
+  }
+}
+
 TEST_F(RuleViews, TakeLimitsInTheUsersUnits) {
-  CustomNotification const warm = withKind(newDraft(), ConditionType::temperature);
+  CustomNotification const warm = withKind(newDraft(view.units), ConditionType::temperature, view.units);
   EXPECT_NEAR(withThreshold(warm, 77, Units::imperial()).threshold, 25, 1e-9);
   EXPECT_NEAR(withThreshold(warm, 25, Units::metric()).threshold, 25, 1e-9);
   view.units = Units::imperial();

@@ -87,15 +87,19 @@ double rounded(double value, double decimals) {
   return std::round(value * grain) / grain;
 }
 
+double stepOf(ConditionScale const& scale, LimitRow const& limit) {
+  bool const isInches = scale.decimals == 2;
+  return isInches ? 0.1 : limit.step;
+}
+
 void setLimit(DraftView& shown, CustomNotification const& draft, Units const& units) {
   ConditionScale const scale = conditionScale(kindOf(draft.conditionType).unit, units);
   LimitRow const limit = limitOf(draft.conditionType);
-  bool const isInches = scale.decimals == 2;
   shown.decimals = scale.decimals;
   shown.threshold = rounded(scale.shown(draft.threshold), shown.decimals);
   shown.from = rounded(scale.shown(limit.from), shown.decimals);
   shown.to = rounded(scale.shown(limit.to), shown.decimals);
-  shown.step = isInches ? 0.1 : limit.step;
+  shown.step = stepOf(scale, limit);
   shown.unit = scale.unit;
 }
 
@@ -113,17 +117,22 @@ std::vector<RuleView> ruleViews(NotificationsState const& state, PlaceList const
   return shown;
 }
 
-CustomNotification newDraft() {
+CustomNotification newDraft(Units const& units) {
   CustomNotification draft;
   draft.id = Uuid::random();
   draft.scheduledDays = EnumSet<DayOfWeek>::all();
   draft.lookaheadHours = 24;
-  return withKind(draft, Type::windGust);
+  return withKind(draft, Type::windGust, units);
 }
 
-CustomNotification withKind(CustomNotification draft, Type kind) {
+CustomNotification withKind(CustomNotification draft, Type kind, Units const& units) {
+  LimitRow const limit = limitOf(kind);
+  ConditionScale const scale = conditionScale(kindOf(kind).unit, units);
+  double const step = stepOf(scale, limit);
   draft.conditionType = kind;
-  draft.threshold = limitOf(kind).usual;
+  double const shown = scale.shown(limit.usual);
+  double const round = std::round(shown / step) * step;
+  draft.threshold = scale.metric(round == 0 && shown > 0 ? step : round);
   auto const allowed = comparisonsOf(kind);
   if (std::ranges::count(allowed, draft.conditionOperator) == 0 || allowed.size() == 3) {
     draft.conditionOperator = allowed.size() == 3 ? Operator::above : allowed.front();

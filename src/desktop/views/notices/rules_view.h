@@ -84,9 +84,10 @@ std::vector<RuleView> ruleViews(NotificationsState const& state, PlaceList const
                                 ViewContext const& view);
 
 /// A new rule to begin with.
-CustomNotification newDraft();
-/// The rule with another subject, and with a comparison and limit that suit it.
-CustomNotification withKind(CustomNotification draft, ConditionType kind);
+CustomNotification newDraft(Units const& units);
+/// The rule with another subject, and with a comparison and limit that suit it: a round one in the user's
+/// unit.
+CustomNotification withKind(CustomNotification draft, ConditionType kind, Units const& units);
 /// A limit in the user's unit.
 CustomNotification withThreshold(CustomNotification draft, double shown, Units const& units);
 

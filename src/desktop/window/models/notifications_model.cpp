@@ -264,8 +264,12 @@ void NotificationsModel::change(Change apply) {
   edit(std::move(draft));
 }
 
+Units NotificationsModel::units() const {
+  return shown_.view ? shown_.view->units : Units::metric();
+}
+
 void NotificationsModel::addRule() {
-  edit(newDraft());
+  edit(newDraft(units()));
 }
 
 void NotificationsModel::editRule(QString const& id) {
@@ -286,7 +290,7 @@ void NotificationsModel::setTitle(QString const& title) {
 
 void NotificationsModel::setKind(QString const& kind) {
   if (auto const wanted = named<ConditionType>(kind)) {
-    change([&](CustomNotification& draft) { draft = withKind(draft, *wanted); });
+    change([&](CustomNotification& draft) { draft = withKind(draft, *wanted, units()); });
   }
 }
 

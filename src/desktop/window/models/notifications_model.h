@@ -129,6 +129,7 @@ class NotificationsModel : public QObject {
   void showLog();
   void showDraft();
   void edit(CustomNotification draft);
+  Units units() const;
   template <class Change>
   void change(Change apply);
   CustomNotification const* ruleOf(QString const& id) const;
