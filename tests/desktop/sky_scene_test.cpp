@@ -111,6 +111,18 @@ TEST_F(Scenery, HasStarsAtNightOnlyAndNotThroughClouds) {
   EXPECT_EQ(painted(covered, 0, 400), painted(coveredDay, 0, 400)) << "clouds alone";
 }
 
+TEST_F(Scenery, ShowsTheMoonsDarkLimb) {
+  SkyScene scene = sunny(-20);
+  scene.moonAltitude = 30;
+  scene.moonIllumination = 0.2;
+  scene.moonLitOnRight = true;
+  QImage const picture = paint(scene);
+  QColor const dark = picture.pixelColor(236 - 12, 105), lit = picture.pixelColor(236 + 17, 105);
+  EXPECT_GT(dark.alpha(), 200);
+  EXPECT_GT(lit.lightness(), dark.lightness() + 80);
+  EXPECT_LT(picture.pixelColor(236 - 24, 105).alpha(), 120) << "beside the disc";
+}
+
 TEST_F(Scenery, ShowsTheSunWhereItStands) {
   QImage const morning = paint(sunny(30, 0.1));
   QImage const evening = paint(sunny(30, 0.9));

@@ -140,13 +140,14 @@ void SkyScenery::paintStars(QPainter& painter) const {
   double const dark =
       std::clamp(-(scene_.sunAltitude + 4) / 10, 0.0, 1.0) * (1 - scene_.clouds) * (1 - scene_.fog);
   if (dark <= 0) return;
+  QPainterPath const covered = cloudsPath();
   Dice dice(7);
   int const count = static_cast<int>(width() * height() / 1500);
   for (int i = 0; i < count; ++i) {
     QPointF const at(dice.between(0, width()), dice.between(0, height()));
     double const size = dice.between(0.5, 1.3);
     painter.setBrush(faint(Qt::white, dark * dice.between(0.15, 0.85)));
-    painter.drawEllipse(at, size, size);
+    if (!covered.contains(at)) painter.drawEllipse(at, size, size);
   }
 }
 
@@ -161,6 +162,9 @@ void SkyScenery::paintMoon(QPainter& painter) const {
   painter.fillRect(boundingRect(), glow);
   painter.save();
   painter.translate(at);
+  // The side without sunlight hides the stars behind it.
+  painter.setBrush(faint(QColor(54, 63, 92), 0.92 * discShare() * (1 - dayShare())));
+  painter.drawEllipse(QPointF(0, 0), radius, radius);
   painter.setBrush(faint(QColor(240, 240, 228), discShare() * (1 - 0.75 * dayShare())));
   painter.drawPath(litMoon(radius, scene_.moonIllumination, scene_.moonLitOnRight));
   painter.restore();
@@ -181,6 +185,17 @@ void SkyScenery::paintSun(QPainter& painter) const {
   if (scene_.sunAltitude < -1) return;
   painter.setBrush(faint(blend(light, Qt::white, 0.35), discShare()));
   painter.drawEllipse(at, radius, radius);
+}
+
+QPainterPath SkyScenery::cloudsPath() const {
+  QPainterPath all;
+  all.setFillRule(Qt::WindingFill);
+  for (Cloud const& cloud : kClouds) {
+    if (scene_.clouds < cloud.from) continue;
+    QPointF const middle(width() * (fadesToRight_ ? 1 - cloud.x : cloud.x), height() * cloud.y);
+    all.addPath(cloudPath(middle, cloud.size * std::min(height(), 0.6 * width())));
+  }
+  return all;
 }
 
 /// Brighter above, where the light comes from; heavy rain darkens them.

@@ -5,6 +5,7 @@
 #include "desktop/window/models/desktop_model.h"
 
 #include <QColor>
+#include <QPainterPath>
 #include <QQuickPaintedItem>
 
 namespace nimbara {
@@ -32,6 +33,7 @@ class SkyScenery : public QQuickPaintedItem {
   double discShare() const;
   QPointF placeOf(double altitude, double along) const;
   void clipToCorners(QPainter& painter) const;
+  QPainterPath cloudsPath() const;
   void paintStars(QPainter& painter) const;
   void paintMoon(QPainter& painter) const;
   void paintSun(QPainter& painter) const;
