@@ -53,6 +53,13 @@ TEST(CoverageText, SaysSinceWhenAndWhyNothingIsKnown) {
   EXPECT_EQ(textOf(failed), "Official warnings could not be checked");
 }
 
+TEST(CoverageText, NamesTheColourInTheReadersLanguage) {
+  SourceCoverage unplaced = coverageOf(CoverageState::unplaced, 2);
+  unplaced.areas = {"Kvarner (Windwarnung, red)", "Split (Regenwarnung)"};
+  EXPECT_TRUE(textOf(unplaced, "de").ends_with("Kvarner (Windwarnung, rot), Split (Regenwarnung)"));
+  EXPECT_TRUE(textOf(unplaced, "en").ends_with("Kvarner (Windwarnung, red), Split (Regenwarnung)"));
+}
+
 TEST(CoverageText, CutsAListOfHundredsOfAreas) {
   SourceCoverage unplaced = coverageOf(CoverageState::unplaced);
   for (int i = 0; i < 13; ++i) unplaced.areas.push_back("A" + std::to_string(i));

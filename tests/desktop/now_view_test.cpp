@@ -94,6 +94,16 @@ TEST(NextHoursKnown, AreSpokenOfAsFarAsTheyAreKnown) {
   EXPECT_EQ(nextHoursSentence(data, contextAt(kNow)), "Rain is expected to start around 15:00.");
 }
 
+TEST(NowView, NamesTheCountryInTheReadersLanguage) {
+  Texts const german = Texts::load("de");
+  ViewContext const context{german, Units::metric(), kNow, Calendar::utc(), {}};
+  Place place{{45.34, 14.41}, "Rijeka", "Croatia", "Primorje-Gorski Kotar"};
+  EXPECT_EQ(nowView(WeatherState(), place, context).area, "Primorje-Gorski Kotar, Kroatien");
+  EXPECT_EQ(context.precipitation(2.54), "2,5\u00A0mm");
+  place.country = "my country";
+  EXPECT_EQ(nowView(WeatherState(), place, context).area, "Primorje-Gorski Kotar, my country");
+}
+
 TEST(NowView, TellsTheReadingInTheUsersUnits) {
   WeatherState const state = stateOf(mildWeek());
   ViewContext imperial = contextAt(kNow);

@@ -27,10 +27,21 @@ std::string uncheckedText(SourceCoverage const& coverage, Texts const& texts, Ti
                    coverage.count, texts);
 }
 
-std::string areaList(std::vector<std::string> const& areas) {
+/// "Kvarner (Windwarnung, rot)": scripts read the colour's identifier there, people its name.
+std::string worded(std::string area, Texts const& texts) {
+  for (std::string_view const colour : {"yellow", "orange", "red"}) {
+    std::string const ending = ", " + std::string(colour) + ")";
+    if (!area.ends_with(ending)) continue;
+    area.resize(area.size() - ending.size());
+    return area + ", " + std::string(texts.text("warning.colour." + std::string(colour))) + ")";
+  }
+  return area;
+}
+
+std::string areaList(std::vector<std::string> const& areas, Texts const& texts) {
   std::string list;
   for (std::size_t i = 0; i < std::min(areas.size(), kMostAreas); ++i) {
-    list += (list.empty() ? "" : ", ") + areas[i];
+    list += (list.empty() ? "" : ", ") + worded(areas[i], texts);
   }
   return areas.size() > kMostAreas ? list + ", …" : list;
 }
@@ -56,7 +67,7 @@ std::string coverageText(SourceCoverage const& coverage, Texts const& texts, Cal
       return uncheckedText(coverage, texts, words, now);
     case CoverageState::unplaced:
       return texts.format("coverage.unplaced", countryName(coverage.country, texts.language()),
-                          areaList(coverage.areas));
+                          areaList(coverage.areas, texts));
     case CoverageState::uncovered:
       return uncoveredText(coverage, texts);
   }

@@ -1,4 +1,5 @@
 #include "base/text/number.h"
+#include "base/words/decimal_text.h"
 #include "cli/pages/forecast_report.h"
 #include "model/condition_text.h"
 #include "model/day_summary.h"
@@ -150,10 +151,10 @@ class Table {
     std::string text;
     Colour colour = Colour::rain;
     if (day.totalSnowCm > 0) {
-      text = snowText(day.totalSnowCm);
+      text = decimalText(snowText(day.totalSnowCm), context_.texts);
       colour = Colour::snow;
     } else if (summary.precipitationMM.value_or(0) > 0) {
-      text = display(*summary.precipitationMM, units().precipitation) + " " +
+      text = decimalText(display(*summary.precipitationMM, units().precipitation), context_.texts) + " " +
              std::string(symbol(units().precipitation));
     }
     return style().painted(style().cell(text, columns_.amount, Align::right), colour);

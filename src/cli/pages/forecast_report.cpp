@@ -3,6 +3,7 @@
 #include "base/text/number.h"
 #include "base/text/text.h"
 #include "base/words/compass_point.h"
+#include "base/words/decimal_text.h"
 #include "cli/pages/line_text.h"
 #include "feeds/alerts/warning_words.h"
 #include "model/condition_text.h"
@@ -153,7 +154,9 @@ class Report {
     };
     auto const percentage = [](int value) { return std::to_string(value) + " %"; };
     auto const inUnit = [&](auto unit) {
-      return [this, unit](double value) { return measured(display(value, unit), symbol(unit)); };
+      return [this, unit](double value) {
+        return measured(decimalText(display(value, unit), context_.texts), symbol(unit));
+      };
     };
     return {
         {text("report.wind"), wind(present)},

@@ -2,7 +2,9 @@
 
 #include "base/sun_moon.h"
 #include "base/words/compass_point.h"
+#include "base/words/country_names.h"
 #include "desktop/views/sky/sky_colours.h"
+#include "gazetteer/gazetteer.h"
 #include "model/present.h"
 #include "model/process.h"
 #include "model/upcoming_hours.h"
@@ -17,11 +19,17 @@ Coordinate coordinateOf(WeatherData const& data) {
   return {data.location.latitude, data.location.longitude};
 }
 
-std::string areaOf(Place const& place) {
+/// A place that was saved in English has its country's English name.
+std::string countryOf(Place const& place, std::string const& language) {
+  std::string_view const code = describePlace(place.coordinate).countryCode;
+  bool const isEnglish = !code.empty() && place.country == countryName(code, "en");
+  return isEnglish ? countryName(code, language) : place.country;
+}
+
+std::string areaOf(Place const& place, std::string const& language) {
   std::string area = place.region == place.name ? std::string() : place.region;
-  if (!place.country.empty() && place.country != place.name) {
-    area += (area.empty() ? "" : ", ") + place.country;
-  }
+  std::string const country = countryOf(place, language);
+  if (!country.empty() && country != place.name) area += (area.empty() ? "" : ", ") + country;
   return area;
 }
 
@@ -231,7 +239,7 @@ NowView nowView(WeatherState const& state, std::optional<Place> const& place, Vi
   showSky(view, skyColours(WeatherConditionCode::cloudy, -90));
   if (!place) return view;
   view.place = nameOf(*place);
-  view.area = areaOf(*place);
+  view.area = areaOf(*place, context.texts.language());
   Calendar const calendar =
       state.weatherData ? calendarOf(*state.weatherData, context.fallback) : context.fallback;
   TimeWords const words(context.texts, calendar);

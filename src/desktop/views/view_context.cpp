@@ -1,5 +1,6 @@
 #include "desktop/views/view_context.h"
 
+#include "base/words/decimal_text.h"
 #include "model/condition_text.h"
 
 #include <array>
@@ -23,15 +24,15 @@ std::string ViewContext::temperature(double celsius, double fahrenheit) const {
 }
 
 std::string ViewContext::wind(double kmh) const {
-  return measured(display(kmh, units.wind), symbol(units.wind));
+  return measured(decimalText(display(kmh, units.wind), texts), symbol(units.wind));
 }
 
 std::string ViewContext::precipitation(double mm) const {
-  return measured(display(mm, units.precipitation), symbol(units.precipitation));
+  return measured(decimalText(display(mm, units.precipitation), texts), symbol(units.precipitation));
 }
 
 std::string ViewContext::pressure(double hPa) const {
-  return measured(display(hPa, units.pressure), symbol(units.pressure));
+  return measured(decimalText(display(hPa, units.pressure), texts), symbol(units.pressure));
 }
 
 /// Records carry whole kilometres: 0 is all that lies below half a one.

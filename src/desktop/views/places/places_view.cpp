@@ -3,6 +3,7 @@
 #include "app/state/weather_state.h"
 #include "app/words/coverage_text.h"
 #include "app/words/failure_text.h"
+#include "base/words/country_names.h"
 #include "base/words/time_words.h"
 #include "gazetteer/gazetteer.h"
 #include "model/present.h"
@@ -89,6 +90,13 @@ std::string noteOf(LocationState const& location, ViewContext const& context) {
   return {};
 }
 
+/// A place that was saved in English has its country's English name.
+std::string countryOf(SavedPlace const& place, std::string const& language) {
+  bool const isEnglish = place.countryName.empty() || place.countryName == countryName(place.country, "en");
+  std::string const local = isEnglish ? countryName(place.country, language) : place.countryName;
+  return local.empty() ? place.country : local;
+}
+
 }  // namespace
 
 std::vector<PlaceView> placeViews(PlaceList const& list, KeptForecasts const& kept, bool everyPlace,
@@ -99,8 +107,7 @@ std::vector<PlaceView> placeViews(PlaceList const& list, KeptForecasts const& ke
     PlaceView& view = views.emplace_back();
     view.id = place.id.text();
     view.name = place.name;
-    view.area =
-        areaText(place.region, place.countryName.empty() ? place.country : place.countryName, place.name);
+    view.area = areaText(place.region, countryOf(place, context.texts.language()), place.name);
     view.isSelected = list.selected == place.id;
     view.notifications = enumName(effectiveChoice(place.notifications, view.isSelected, everyPlace));
     view.sky = "unknown";
