@@ -1,12 +1,6 @@
 #include "base/text/display_text.h"
-<<<<<<< HEAD:src/cli/commands/satellites/satellites_catalog_command.cpp
-#include "base/text/number.h"
 #include "cli/commands/satellites/satellite_source.h"
 #include "cli/commands/satellites/satellites_commands.h"
-=======
-#include "cli/commands/satellite_source.h"
-#include "cli/commands/satellites_commands.h"
->>>>>>> 51751ff (wip):src/cli/commands/satellites_catalog_command.cpp
 #include "cli/pages/satellite_map.h"
 #include "cli/terminal.h"
 #include "globe/propagation/sgp4_batch.h"

@@ -1,15 +1,9 @@
 #include "app/services/forecast_service.h"
 #include "base/text/text.h"
 #include "base/words/time_words.h"
-<<<<<<< HEAD:src/cli/commands/satellites/satellites_passes_command.cpp
 #include "cli/commands/satellites/satellite_source.h"
 #include "cli/commands/satellites/satellites_commands.h"
-#include "cli/pages/satellites_text.h"
-=======
-#include "cli/commands/satellite_source.h"
-#include "cli/commands/satellites_commands.h"
 #include "cli/pages/pass_table.h"
->>>>>>> 51751ff (wip):src/cli/commands/satellites_passes_command.cpp
 #include "cli/terminal.h"
 #include "gazetteer/gazetteer.h"
 
