@@ -149,6 +149,8 @@ TEST(FoundView, KnowsTheSavedPlaceThatItIs) {
       foundViews({{"Near", "", "", "", {10, 20}, ""}, {"Far", "", "", "", {10, 21}, ""}}, list);
   EXPECT_EQ(views[0].savedId, list.places[0].id.text());
   EXPECT_EQ(views[1].savedId, "");
+  FoundPlace const lisbon{"Lisbon", "Portugal", "PT", "", {38.72, -9.13}, "", "Lisboa"};
+  EXPECT_EQ(foundViews({lisbon}, list).front().name, "Lisboa (Lisbon)") << "by which name it was found";
 }
 
 TEST(OnlineSearch, SaysWhatFailed) {

@@ -158,9 +158,10 @@ std::vector<FoundView> foundViews(std::vector<FoundPlace> const& found, PlaceLis
   std::vector<FoundView> views;
   views.reserve(found.size());
   for (FoundPlace const& place : found) {
+    std::string const name = foundName(place);
     std::string const area = areaText(place.region, place.country, place.name);
     SavedPlace const* const saved = list.findNear(place.coordinate);
-    views.push_back({place.name, area, saved != nullptr, place.name + (area.empty() ? "" : ", " + area),
+    views.push_back({name, area, saved != nullptr, name + (area.empty() ? "" : ", " + area),
                      saved == nullptr ? std::string() : saved->id.text()});
   }
   return views;
