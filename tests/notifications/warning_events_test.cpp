@@ -54,6 +54,7 @@ TEST_F(WarningEvents, TellQuietlyOfAnEndThatMovesByMoreThanAnHour) {
     WeatherAlert alert = warning();
     alert.event = "HR|wind|EMMA_ID:HR001";
     alert.areaDesc = "Coast";
+    alert.text = "Wind";
     fresh.warnings = {alert};
     fresh.pass();
     EXPECT_THAT(fresh.center.delivered().back().body, testing::StartsWith("Coast, until "));
