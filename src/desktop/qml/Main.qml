@@ -256,7 +256,7 @@ Window {
             function onManaged() { window.page = "places" }
         }
     }
-
+    Loader {
         id: shortcuts
         active: false
         source: "KeyList.qml"
