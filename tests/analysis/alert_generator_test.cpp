@@ -281,7 +281,7 @@ TEST(AlertGenerator, WritesTheUsersUnitsAndLanguage) {
   Units knots;
   knots.wind = WindUnit::knots;
   EXPECT_THAT(linesOf(alertsOf(weather, knots)), HasSubstr("up to 32 knots around"));
-  EXPECT_THAT(linesOf(alertsOf(weather, {}, "pt")), HasSubstr("chega a 34 °C por volta das 8 AM."));
+  EXPECT_THAT(linesOf(alertsOf(weather, {}, "pt")), HasSubstr("chega a 34 °C por volta de 8 AM."));
   // Two arguments by position, in reverse order.
   EXPECT_THAT(linesOf(alertsOf(weather, {}, "zh")), HasSubstr("前后紫外线指数将达到9。"));
 }

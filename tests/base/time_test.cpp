@@ -157,7 +157,7 @@ TEST(TimeWords, HaveOneClockForAllForms) {
                          Row{"en_GB@hours=h23", "16:00", "16", "16:05", "16:05:09", "00:00 tomorrow",
                              " around 16:00", "Sunday 00:00", "Sat, 16:05"},
                          Row{"pt_BR@hours=h23", "16:00", "16", "16:05", "16:05:09", "00:00 de amanhã",
-                             " por volta das 16:00", "domingo 00:00", "sáb., 16:05"},
+                             " por volta de 16:00", "domingo 00:00", "sáb., 16:05"},
                          Row{"zh@hours=h12", "下午4时", "下午4时", "下午4:05", "下午4:05:09", "明天上午12时",
                              "（下午4时左右）", "星期日 上午12:00", "周六, 下午4:05"}}) {
     Texts const texts = Texts::load(row.locale);
@@ -195,7 +195,7 @@ TEST(TimeWords, FollowTheLanguage) {
   Texts const portuguese = Texts::load("pt_BR.UTF-8");
   TimeWords const words(portuguese, zone("UTC"));
   Instant const now = at("2026-11-21T10:00:00Z");
-  EXPECT_EQ(words.aroundSuffix(at("2026-11-21T15:00:00Z"), now), " por volta das 3 PM");
+  EXPECT_EQ(words.aroundSuffix(at("2026-11-21T15:00:00Z"), now), " por volta de 3 PM");
   // Its table puts the weekday last.
   EXPECT_EQ(words.hourLabel(at("2026-11-23T15:00:00Z"), now), "3 PM de segunda-feira");
 }
