@@ -19,7 +19,7 @@ declare -A may=(
   [app]="base platform model analysis providers gazetteer feeds notifications globe app"
   [demo]="base platform gazetteer globe demo"
   [cli]="base platform model analysis providers gazetteer feeds notifications globe app demo cli"
-  [desktop]="base platform model providers gazetteer feeds notifications globe app demo desktop"
+  [desktop]="base platform model providers gazetteer regions feeds notifications globe app demo desktop"
 )
 
 declare -A rooms=(

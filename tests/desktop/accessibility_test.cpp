@@ -63,12 +63,16 @@ TEST_F(Accessibility, GivesEveryPageAHeading) {
 }
 
 TEST_F(Accessibility, ReadsForecastRowsAsSentences) {
-  Shown const shown(DesktopPage::hours, {1280, 800});
-  auto const hours = namesBelow(shown.root(), QAccessible::ListItem);
+  Shown const now(DesktopPage::now, {1280, 800});
+  auto const hours = namesBelow(now.root(), QAccessible::ListItem);
   ASSERT_FALSE(hours.empty());
   EXPECT_THAT(hours.front(), HasSubstr("°"));
   EXPECT_THAT(hours.front(), HasSubstr(", "));
-  EXPECT_THAT(namesBelow(shown.root(), QAccessible::Button), Contains(HasSubstr("high 20°")));
+  for (DesktopPage const page : {DesktopPage::now, DesktopPage::hours}) {
+    Shown const shown(page, {1280, 800});
+    EXPECT_THAT(namesBelow(shown.root(), QAccessible::Button), Contains(HasSubstr("high 20°")))
+        << enumName(page);
+  }
 }
 
 TEST_F(Accessibility, ShowsTextsWholeAtTwiceTheirSize) {

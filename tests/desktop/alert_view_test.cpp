@@ -77,15 +77,16 @@ TEST(Alerts, ShowTheIssuersTextToTheLetter) {
   EXPECT_EQ(view.issuer, "Met Office, via MeteoAlarm");
   EXPECT_EQ(view.colour, "orange");
   EXPECT_EQ(view.severity, "Orange") << "as the issuer grades";
-  EXPECT_TRUE(view.hasDetails);
   EXPECT_EQ(view.area, "Coast");
   EXPECT_EQ(view.near, "Nearby: Hills (35 km)");
-  std::string const details = alertDetails(state, view.id, context);
-  EXPECT_THAT(details, testing::EndsWith("Coast\n\nNearby: Hills (35 km)\n\nGusts:\n  * 80 km/h\n  by "
-                                         "night\n\nWhat to do: Stay\ninside."));
+  WarningView const opened = warningView(state, view.id, context);
+  EXPECT_EQ(opened.area, "Coast");
+  EXPECT_EQ(opened.near, "Nearby: Hills (35 km)");
+  EXPECT_THAT(opened.text, testing::EndsWith("\n\nGusts:\n  * 80 km/h\n  by night"));
+  EXPECT_EQ(opened.instruction, "Stay\ninside.");
+  EXPECT_EQ(opened.note, "");
   state.govAlerts[0].isFullText = false;
-  EXPECT_THAT(alertDetails(state, view.id, context),
-              testing::HasSubstr("The full text could not be fetched."));
+  EXPECT_THAT(warningView(state, view.id, context).note, HasSubstr("The full text could not be fetched."));
 }
 
 /// What is graver next door is told beside the place's own level and period, and is neither.
@@ -116,18 +117,58 @@ TEST(Alerts, ShowWhatIsLongOnlyOnDemand) {
   state.govAlerts = {alert, officialOf(AlertSeverity::info, "Short")};
   ViewContext const context = contextAt(kNow);
   auto const views = alertViews(state, context);
-  EXPECT_TRUE(views[0].hasDetails);
   EXPECT_EQ(views[0].message.size(), 500);
   EXPECT_THAT(views[0].message, testing::EndsWith("m…"));
-  EXPECT_FALSE(views[1].hasDetails);
-  EXPECT_EQ(alertDetails(state, views[0].id, context),
-            alert.message +
-                "\n\nValley\n\n* WHAT...A flood is coming.\n* WHERE...Here.\n\nTake care of all."
-                "\n\nWhat to do: Climb.");
-  EXPECT_EQ(alertDetails(state, "", context), "");
-  EXPECT_EQ(alertDetails(state, "no such", context), "");
+  WarningView const opened = warningView(state, views[0].id, context);
+  EXPECT_EQ(opened.text,
+            alert.message + "\n\n* WHAT...A flood is coming.\n* WHERE...Here.\n\nTake care of all.");
+  EXPECT_EQ(opened.instruction, "Climb.");
+  EXPECT_EQ(warningView(state, "", context), WarningView());
+  EXPECT_EQ(warningView(state, "no such", context), WarningView());
   state.govAlerts[0].description = std::string(100'000, 'd');
-  EXPECT_EQ(alertDetails(state, views[0].id, context).size(), 20'000);
+  EXPECT_EQ(warningView(state, views[0].id, context).text.size(), 20'000);
+}
+
+TEST(Alerts, SayOfAnOpenedOneFromWhenTillWhenAndFromWhom) {
+  WeatherState state = stateOf(mildWeek());
+  WeatherAlert alert = officialOf(AlertSeverity::warning, "Wind");
+  alert.issued = kNow - 25min;
+  alert.link = "https://example.org/1";
+  state.govAlerts = {alert};
+  state.insight = ForecastInsight{{alertOf(AlertSeverity::info, "own")}};
+  ViewContext const context = contextAt(kNow);
+  std::string const id = alert.id.text();
+  WarningView view = warningView(state, id, context);
+  EXPECT_EQ(view.when, "no end given");
+  EXPECT_EQ(view.issued, "11:55  ·  25 min ago");
+  EXPECT_EQ(view.issuer, "Weather Office");
+  EXPECT_EQ(view.link, "https://example.org/1");
+  state.govAlerts[0].onset = kNow + 1h;
+  state.govAlerts[0].link = "javascript:alert(1)";
+  view = warningView(state, id, context);
+  EXPECT_EQ(view.when, "from 13:20, no end given");
+  EXPECT_EQ(view.link, "") << "only pages are opened";
+  state.govAlerts[0].expires = kNow + 24h;
+  EXPECT_EQ(warningView(state, id, context).when, "from 13:20, until Sunday 12:20");
+  WarningView const own = warningView(state, state.insight->alerts[0].id.text(), context);
+  EXPECT_EQ(own.when, "") << "the forecast's have no end";
+  EXPECT_EQ(own.issuer, "from the forecast");
+}
+
+TEST(Alerts, KnowTheOnesBesideThem) {
+  WeatherState state = stateOf(mildWeek());
+  ViewContext const context = contextAt(kNow);
+  state.govAlerts = {officialOf(AlertSeverity::info, "c"), officialOf(AlertSeverity::critical, "a"),
+                     officialOf(AlertSeverity::warning, "b")};
+  auto const idOf = [&](std::size_t at) { return state.govAlerts[at].id.text(); };
+  WarningView const middle = warningView(state, idOf(2), context);
+  EXPECT_EQ(middle.position, "2 of 3");
+  EXPECT_EQ(middle.previous, idOf(1));
+  EXPECT_EQ(middle.next, idOf(0));
+  EXPECT_EQ(warningView(state, idOf(1), context).previous, "");
+  EXPECT_EQ(warningView(state, idOf(0), context).next, "");
+  state.govAlerts.resize(1);
+  EXPECT_EQ(warningView(state, idOf(0), context).position, "");
 }
 
 TEST(Alerts, AreCutAtACharactersBoundary) {

@@ -133,7 +133,8 @@ TEST_F(ModelTest, ClosesAWarningsTextWithTheWarning) {
   QString const id = QString::fromStdString(state.govAlerts[0].id.text());
   model.setOpenAlert(id);
   EXPECT_EQ(model.openAlert(), id);
-  EXPECT_EQ(model.alertDetails(), QString::fromStdString(state.govAlerts[0].message));
+  EXPECT_EQ(model.warning()->value(QStringLiteral("content")).toString().toStdString(),
+            state.govAlerts[0].message);
   state.govAlerts.clear();
   model.show(snapshotOf(state));
   EXPECT_EQ(model.openAlert(), QString());

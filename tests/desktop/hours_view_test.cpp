@@ -67,6 +67,16 @@ TEST(DayViews, ShareOneScaleAndBeginToday) {
   EXPECT_EQ(views[0].sentence, "Today, Partly Cloudy, high 20°, low 10°, Wind 10\u00A0km/h");
 }
 
+TEST(DayViews, GiveATemperatureOneColourOnEveryDay) {
+  WeatherData data = mildWeek();
+  data.daily[1].minTempC = 20;
+  data.daily[1].maxTempC = 30;
+  auto const views = dayViews(data, contextAt(kNow));
+  EXPECT_EQ(views[0].toColour, views[1].fromColour);
+  EXPECT_NE(views[0].fromColour, views[1].fromColour);
+  EXPECT_EQ(views[0].fromColour, views[2].fromColour);
+}
+
 TEST(DayViews, CallNoPolarNightSunny) {
   WeatherData data = mildWeek();
   for (DailyForecast& day : data.daily) {

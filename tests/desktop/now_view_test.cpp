@@ -40,6 +40,7 @@ TEST_P(NextHours, AreToldInOneSentence) {
     wet.chanceOfRain = row.chance;
     wet.condition = row.condition;
   }
+  if (row.from == 0 && row.until > 0) data.current.condition = row.condition;
   EXPECT_EQ(nextHoursSentence(data, contextAt(kNow)), row.expected);
 }
 
@@ -59,6 +60,52 @@ INSTANTIATE_TEST_SUITE_P(
                     SentenceRow{4, 6, 1, 80, kSnow, "Snow is expected to start around 16:00."},
                     SentenceRow{0, 3, 1, 80, kSnow, "Snow should ease by around 15:00."},
                     SentenceRow{0, 20, 1, 80, kSnow, "Snow for at least 12 hours."}));
+
+/// What is seen of the sky, beside a forecast of so many wet hours from now on after so many dry ones.
+struct SeenRow {
+  WeatherConditionCode seen;
+  int from;
+  int until;
+  WeatherConditionCode forecast;
+  char const* expected;
+};
+
+void PrintTo(SeenRow const& row, std::ostream* out) {
+  *out << enumName(row.seen) << " beside " << enumName(row.forecast) << " from " << row.from << " to "
+       << row.until;
+}
+
+class SeenSky : public testing::TestWithParam<SeenRow> {};
+
+TEST_P(SeenSky, IsNeverContradicted) {
+  SeenRow const& row = GetParam();
+  WeatherData data = mildWeek();
+  data.current.condition = row.seen;
+  for (int hour = row.from; hour < row.until; ++hour) {
+    HourlyForecast& wet = data.allHourly[static_cast<std::size_t>(12 + hour)];
+    wet.precipMM = 1;
+    wet.chanceOfRain = 80;
+    wet.condition = row.forecast;
+  }
+  EXPECT_EQ(nextHoursSentence(data, contextAt(kNow)), row.expected);
+}
+
+constexpr auto kClear = WeatherConditionCode::sunny;
+constexpr auto kUnknown = WeatherConditionCode::unknown;
+INSTANTIATE_TEST_SUITE_P(
+    Rows, SeenSky,
+    testing::Values(SeenRow{kClear, 0, 5, kSnow, "Snow is possible until around 17:00."},
+                    SeenRow{kClear, 0, 5, kRain, "Rain is possible until around 17:00."},
+                    SeenRow{kClear, 0, 20, kSnow, "Snow is possible during the next 12 hours."},
+                    SeenRow{kClear, 0, 20, kRain, "Rain is possible during the next 12 hours."},
+                    SeenRow{kClear, 1, 5, kSnow, "Snow is expected to start around 13:00."},
+                    SeenRow{kSnow, 0, 0, kRain, "The snow should stop soon."},
+                    SeenRow{kRain, 0, 0, kRain, "The rain should stop soon."},
+                    SeenRow{kRain, 3, 5, kSnow, "The rain should stop soon."},
+                    SeenRow{kSnow, 0, 5, kRain, "Snow should ease by around 17:00."},
+                    SeenRow{kSnow, 0, 20, kRain, "Snow for at least 12 hours."},
+                    SeenRow{kUnknown, 0, 5, kSnow, "Snow should ease by around 17:00."},
+                    SeenRow{kUnknown, 0, 0, kSnow, "No rain in the next 12 hours."}));
 
 struct KnownRow {
   char const* what;
@@ -197,6 +244,49 @@ TEST(Tiles, AreOnlyOfWhatTheProviderGives) {
   for (HourlyForecast& hour : state.weatherData->allHourly) hour.availableDetailFields = few;
   EXPECT_THAT(kindsOf(tileViews(state, contextAt(kNow))), ElementsAre("wind", "humidity", "precipitation"));
   EXPECT_THAT(tileViews(WeatherState{}, contextAt(kNow)), IsEmpty());
+}
+
+TileView tileOf(std::string const& kind, Units const& units, auto const& change) {
+  WeatherState state = stateOf(mildWeek());
+  change(state.weatherData->current);
+  ViewContext context = contextAt(kNow);
+  context.units = units;
+  auto const tiles = tileViews(state, context);
+  auto const found = std::ranges::find(tiles, kind, &TileView::kind);
+  return found == tiles.end() ? TileView() : *found;
+}
+
+TEST(Tiles, SayWhatTheirGaugesStandFor) {
+  auto const far = [](auto& current) { current.visibility = 20; };
+  TileView const metric = tileOf("visibility", Units::metric(), far);
+  EXPECT_EQ(metric.scaleFrom + " to " + metric.scaleTo, "0 to 40\u00A0km");
+  EXPECT_EQ(metric.share, 0.5);
+  EXPECT_EQ(tileOf("visibility", Units::imperial(), far).scaleTo, "25\u00A0mi");
+  auto const moist = [](auto& current) { current.dewPointC = 7.5; };
+  EXPECT_EQ(tileOf("dewPoint", Units::metric(), moist).share, 0.5);
+  EXPECT_EQ(tileOf("dewPoint", Units::imperial(), moist).scaleFrom, "14°");
+  EXPECT_EQ(tileOf("humidity", Units::metric(), [](auto&) {}).scaleTo, "");
+}
+
+TEST(Tiles, HaveAWordForVisibilityAndMoisture) {
+  for (auto const& [km, word] : {std::pair(0.9, "very poor"),
+                                 {1.0, "poor"},
+                                 {3.9, "poor"},
+                                 {4.0, "moderate"},
+                                 {10.0, "good"},
+                                 {20.0, "very good"}}) {
+    EXPECT_EQ(tileOf("visibility", Units::metric(), [km](auto& current) { current.visibility = km; }).note,
+              word);
+  }
+  for (auto const& [celsius, word] : {std::pair(9.9, "dry"),
+                                      {10.0, "comfortable"},
+                                      {15.9, "comfortable"},
+                                      {16.0, "humid"},
+                                      {21.0, "oppressive"}}) {
+    EXPECT_EQ(
+        tileOf("dewPoint", Units::metric(), [celsius](auto& current) { current.dewPointC = celsius; }).note,
+        word);
+  }
 }
 
 TEST(Tiles, ShowNoUnknownValueAsZero) {

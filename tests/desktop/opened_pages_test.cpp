@@ -62,18 +62,6 @@ struct Mirrored {
   ~Mirrored() { QGuiApplication::setLayoutDirection(Qt::LeftToRight); }
 };
 
-/// What was opened has found its place.
-QImage settled(QQuickWindow* window) {
-  QImage picture = window->grabWindow();
-  for (int look = 0; look < 20; ++look) {
-    QCoreApplication::processEvents();
-    QImage next = window->grabWindow();
-    if (next == picture) break;
-    picture = std::move(next);
-  }
-  return picture;
-}
-
 /// What can be used and reaches beyond the card that it stands in.
 std::vector<std::string> strayBelow(QQuickItem* root) {
   std::vector<std::string> stray;

@@ -76,6 +76,17 @@ void openAll(QQuickItem* root) {
   });
 }
 
+QImage settled(QQuickWindow* window) {
+  QImage picture = window->grabWindow();
+  for (int look = 0; look < 20; ++look) {
+    QCoreApplication::processEvents();
+    QImage next = window->grabWindow();
+    if (next == picture) break;
+    picture = std::move(next);
+  }
+  return picture;
+}
+
 void keepPicture(QImage const& picture, std::string const& state, DesktopPage page, DesktopTheme theme,
                  WindowSize size) {
   QDir const folder(QString::fromUtf8(test::kPictures));

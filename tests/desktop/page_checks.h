@@ -8,6 +8,7 @@
 
 #include <QDir>
 #include <QQuickItem>
+#include <QQuickWindow>
 #include <functional>
 #include <string>
 #include <vector>
@@ -38,6 +39,9 @@ std::vector<std::string> cutOffBelow(QQuickItem* root);
 
 /// Groups and folded cards.
 void openAll(QQuickItem* root);
+
+/// The window's picture once what was laid out or opened has found its place.
+QImage settled(QQuickWindow* window);
 
 void keepPicture(QImage const& picture, std::string const& state, DesktopPage page, DesktopTheme theme,
                  WindowSize size);

@@ -52,6 +52,24 @@ TEST_P(Pages, AreDrawnWithoutAComplaint) {
 INSTANTIATE_TEST_SUITE_P(States, Pages, testing::ValuesIn(kStates),
                          [](auto const& row) { return std::string(row.param.name); });
 
+TEST_F(PageTest, LookTheSameAfterTheWindowGrewAndShrank) {
+  for (DesktopPage const page : everyPage()) {
+    if (page == DesktopPage::globe) continue;  // it turns
+    DesktopModel model(setting(), {});
+    model.show(notifying(crowdedState()));
+    DesktopWindow const window(model, optionsOf(page, DesktopTheme::light, {1440, 900}));
+    QQuickWindow* const shown = window.window();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return shown->property("hasDrawn").toBool(); }));
+    QImage const before = settled(shown);
+    for (QSize const size : {QSize(360, 640), QSize(2400, 1300), QSize(760, 500), QSize(1440, 900)}) {
+      shown->resize(size);
+      settled(shown);
+    }
+    EXPECT_EQ(settled(shown), before) << enumName(page);
+  }
+  EXPECT_THAT(complaints(), IsEmpty());
+}
+
 struct Keyboard : PageTest {
   Keyboard() : window(model, optionsOf(DesktopPage::now, DesktopTheme::light, {1000, 700})) {
     model.show(snapshotOf(stateOf(mildWeek())));
@@ -225,7 +243,44 @@ TEST_F(Keyboard, OpensAWarningsText) {
   }
   EXPECT_EQ(model.openAlert(),
             model.hazards()->warnings()->data(model.hazards()->warnings()->index(1), Qt::UserRole));
-  EXPECT_THAT(model.alertDetails().toStdString(), testing::EndsWith("wwww"));
+  EXPECT_THAT(model.warning()->value(QStringLiteral("content")).toString().toStdString(),
+              testing::EndsWith("wwww"));
+  press(Qt::Key_Escape);
+  EXPECT_EQ(model.openAlert(), QString()) << "the sheet is closed";
+  EXPECT_THAT(complaints(), IsEmpty());
+}
+
+/// Below `root`, what has that text to be read.
+QQuickItem* buttonNamed(QQuickItem* root, std::string const& start) {
+  QQuickItem* found = nullptr;
+  visitVisible(root, [&](QQuickItem* item) {
+    bool const isButton = item->inherits("QQuickAbstractButton");
+    if (found == nullptr && isButton && accessibleName(item).starts_with(start)) found = item;
+  });
+  return found;
+}
+
+TEST_F(Keyboard, ShowsAWarningAtOneClickAndTheNextAtAnother) {
+  model.show(snapshotOf(alertState()));
+  QQuickItem* const root = window.window()->contentItem();
+  auto const click = [&](std::string const& name) {
+    QQuickItem const* const button = buttonNamed(root, name);
+    ASSERT_NE(button, nullptr) << name;
+    QTest::mouseClick(window.window(), Qt::LeftButton, {},
+                      button->mapToScene(button->boundingRect().center()).toPoint());
+    QCoreApplication::processEvents();
+  };
+  ASSERT_TRUE(QTest::qWaitFor([&] { return buttonNamed(root, "Critical: Warning 3") != nullptr; }));
+  click("Critical: Warning 3");
+  EXPECT_EQ(model.warning()->value(QStringLiteral("title")), QStringLiteral("Warning 3"));
+  EXPECT_THAT(complaints(), IsEmpty());
+  keepPicture(window.window()->grabWindow(), "openWarning", DesktopPage::now, DesktopTheme::light,
+              {1000, 700});
+  EXPECT_THAT(namelessBelow(root), IsEmpty());
+  click("Next warning");
+  EXPECT_EQ(model.warning()->value(QStringLiteral("title")), QStringLiteral("Warning 7"));
+  click("Close");
+  EXPECT_EQ(model.openAlert(), QString());
 }
 
 }  // namespace

@@ -36,7 +36,7 @@ TEST(ShownQuakes, AreThoseThatTheFilterLetsThrough) {
                                   quakeOf("edge", 4, {0, 1}, 24h), quakeOf("old", 9, {0, 1}, 24h + 1ms)});
   auto const shown = [&](QuakeFilter filter, std::optional<Place> const& place) {
     state.filter = filter;
-    return ids(shownQuakes(state, place, kNow));
+    return ids(shownQuakes(state, place, QuakeOrder::time, contextAt(kNow)));
   };
   EXPECT_THAT(shown({0, 2.5}, kPlace), ElementsAre("near", "far", "rounded", "edge"));
   EXPECT_THAT(shown({0, -10}, kPlace), ElementsAre("near", "far", "weak", "rounded", "edge"));
@@ -49,7 +49,7 @@ TEST(ShownQuakes, AreAtMostTheNewestFiveHundred) {
   std::vector<EarthquakeEvent> many;
   for (int i = 0; i < 501; ++i) many.push_back(quakeOf(std::to_string(i), 3, {0, 0}, 1h));
   HazardsState const state = stateWith(many);
-  auto const shown = shownQuakes(state, kPlace, kNow);
+  auto const shown = shownQuakes(state, kPlace, QuakeOrder::time, contextAt(kNow));
   EXPECT_EQ(shown.size(), 500);
   EXPECT_EQ(quakesView(state, shown, kPlace, contextAt(kNow)).count, "Latest 500 earthquakes");
 }
@@ -94,7 +94,8 @@ TEST(QuakesView, TellsAnEmptyListFromOneThatIsNotKnown) {
     if (row.hasData) state.quakes.data = {quakeOf("a", 5, {0, 0}, 1h)};
     if (!row.isChecked) state.quakes.checkedAt.reset();
     if (row.hasFailed) state.quakes.failure = ServiceFailure::answered(503);
-    QuakesView const view = quakesView(state, shownQuakes(state, kPlace, kNow), kPlace, contextAt(kNow));
+    QuakesView const view = quakesView(state, shownQuakes(state, kPlace, QuakeOrder::time, contextAt(kNow)),
+                                       kPlace, contextAt(kNow));
     EXPECT_EQ(view.count, row.count) << row.notice;
     EXPECT_EQ(view.notice, row.notice);
   }
@@ -116,7 +117,64 @@ TEST(QuakeFilters, OfferTheUsualValuesAndTheChosenOne) {
   EXPECT_THAT(texts(magnitudeChoices({0, 2.5}, context)), ElementsAre("All", "*2.5+", "4.5+", "6.0+"));
   context.units = Units::imperial();
   EXPECT_THAT(texts(radiusChoices({0, 2.5}, context)),
-              ElementsAre("160\u00A0mi", "310\u00A0mi", "620\u00A0mi", "1600\u00A0mi", "*World"));
+              ElementsAre("150\u00A0mi", "300\u00A0mi", "600\u00A0mi", "1500\u00A0mi", "*World"));
+  EXPECT_THAT(texts(radiusChoices({500, 2.5}, context)),
+              ElementsAre("150\u00A0mi", "*300\u00A0mi", "600\u00A0mi", "1500\u00A0mi", "World"))
+      << "chosen as 500 km";
+}
+
+TEST(QuakeFilters, HoldWhatTheySayInTheUsersUnit) {
+  HazardsState const state = stateWith({quakeOf("near", 5, {0, 490 / kDegreeKm}, 1h)}, {500, 2.5});
+  ViewContext context = contextAt(kNow);
+  EXPECT_EQ(shownQuakes(state, kPlace, QuakeOrder::time, context).size(), 1);
+  EXPECT_EQ(quakeMap({}, state, kPlace, context).radiusKm, 500);
+  context.units = Units::imperial();
+  EXPECT_EQ(shownQuakes(state, kPlace, QuakeOrder::time, context).size(), 0) << "304 miles";
+  EXPECT_NEAR(quakeMap({}, state, kPlace, context).radiusKm, 482.8, 0.1);
+}
+
+TEST(ShownQuakes, StandBySignificanceOrByTime) {
+  HazardsState const state = stateWith(
+      {quakeOf("new", 4, {0, 50}, 1h), quakeOf("felt", 3.2, {0, 0.1}, 2h), quakeOf("great", 8.3, {0, 90}, 3h),
+       quakeOf("newer", 8.3, {0, 90}, 2h), quakeOf("feltMore", 4.5, {0, 0.2}, 4h)});
+  ViewContext const context = contextAt(kNow);
+  auto const shown = [&](QuakeOrder order, std::optional<Place> const& place) {
+    return ids(shownQuakes(state, place, order, context));
+  };
+  EXPECT_THAT(shown(QuakeOrder::significance, kPlace),
+              ElementsAre("feltMore", "felt", "newer", "great", "new"));
+  EXPECT_THAT(shown(QuakeOrder::significance, std::nullopt),
+              ElementsAre("newer", "great", "feltMore", "new", "felt"));
+  EXPECT_THAT(shown(QuakeOrder::time, kPlace), ElementsAre("new", "felt", "great", "newer", "feltMore"));
+  auto const events = shownQuakes(state, kPlace, QuakeOrder::significance, context);
+  EXPECT_EQ(quakesView(state, events, kPlace, context).headline, "M 8.3, somewhere, 2 h ago");
+  EXPECT_THAT(quakeViews(events, kPlace, context)[0].note, testing::EndsWith("may be felt here"));
+  EXPECT_THAT(quakeViews(events, kPlace, context)[2].note, testing::EndsWith("deep"));
+}
+
+TEST(Quakes, AreFeltTheFartherTheStrongerTheyAre) {
+  struct Row {
+    double magnitude, depthKm, feltKm, silentKm;
+  };
+  for (Row const& row :
+       {Row{3, 5, 18, 20}, Row{5, 10, 138, 140}, Row{5, 130, 48, 52}, Row{7, 10, 990, 1010}}) {
+    EXPECT_TRUE(couldBeFelt(row.magnitude, row.feltKm, row.depthKm)) << row.magnitude;
+    EXPECT_FALSE(couldBeFelt(row.magnitude, row.silentKm, row.depthKm)) << row.magnitude;
+  }
+  EXPECT_FALSE(couldBeFelt(1, 0, -3));
+}
+
+TEST(QuakePlaces, TellDistancesInTheUsersUnit) {
+  for (auto const& [place, expected] : {std::pair("75 km SE of Parkfield, CA", "47 mi SE of Parkfield, CA"),
+                                        {"1 km N of X", "1 mi N of X"},
+                                        {"off the coast of Chile", "off the coast of Chile"},
+                                        {"75 kmSE", "75 kmSE"},
+                                        {"75", "75"},
+                                        {"", ""},
+                                        {" km of X", " km of X"}}) {
+    EXPECT_EQ(quakePlace(place, DistanceUnit::miles), expected);
+    EXPECT_EQ(quakePlace(place, DistanceUnit::km), place);
+  }
 }
 
 TEST(WorldMap, ShowsTheWholeWorldWithoutARadius) {
@@ -186,12 +244,12 @@ TEST(WorldMap, EndsAtThePoles) {
 TEST(QuakeMap, HasThePointsInTheOrderOfTheList) {
   HazardsState const state = stateWith(
       {quakeOf("a", 5, {1, 2}, 59min), quakeOf("b", 3, {3, 4}, 1h), quakeOf("c", 3, {5, 6}, 6h)}, {900, 2.5});
-  auto const shown = shownQuakes(state, kPlace, kNow);
-  QuakeMap const map = quakeMap(shown, state, kPlace, kNow);
+  auto const shown = shownQuakes(state, kPlace, QuakeOrder::time, contextAt(kNow));
+  QuakeMap const map = quakeMap(shown, state, kPlace, contextAt(kNow));
   EXPECT_THAT(map.points,
               ElementsAre(QuakePoint{{1, 2}, 5, 0}, QuakePoint{{3, 4}, 3, 1}, QuakePoint{{5, 6}, 3, 2}));
   EXPECT_EQ(map.radiusKm, 900);
-  EXPECT_EQ(quakeMap(shown, state, std::nullopt, kNow).radiusKm, 0);
+  EXPECT_EQ(quakeMap(shown, state, std::nullopt, contextAt(kNow)).radiusKm, 0);
 }
 
 }  // namespace

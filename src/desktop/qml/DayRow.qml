@@ -17,6 +17,9 @@ Column {
     required property string highest
     required property double barFrom
     required property double barTo
+    required property string fromColour
+    required property string middleColour
+    required property string toColour
     required property string chance
     required property string amount
     required property string wind
@@ -101,10 +104,12 @@ Column {
                     width: Math.max(6, (day.barTo - day.barFrom) * bar.width)
                     height: parent.height
                     radius: 3
+                    // The same colour is the same temperature on every day.
                     gradient: Gradient {
                         orientation: Gradient.Horizontal
-                        GradientStop { position: 0; color: Theme.cold }
-                        GradientStop { position: 1; color: Theme.warm }
+                        GradientStop { position: 0; color: bar.LayoutMirroring.enabled ? day.toColour : day.fromColour }
+                        GradientStop { position: 0.5; color: day.middleColour }
+                        GradientStop { position: 1; color: bar.LayoutMirroring.enabled ? day.fromColour : day.toColour }
                     }
                 }
             }

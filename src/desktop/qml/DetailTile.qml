@@ -11,11 +11,13 @@ Card {
     required property string note
     required property double share
     required property double direction
+    required property string scaleFrom
+    required property string scaleTo
     required title
 
     readonly property bool isWind: kind === "wind"
 
-    height: Math.max(implicitHeight + 1.5 * Theme.space, 148 * Theme.scale)
+    height: Math.max(implicitHeight + 1.5 * Theme.space + (scaleTo !== "" ? ends.height : 0), 148 * Theme.scale)
     Accessible.role: Accessible.StaticText
     Accessible.name: title + ": " + value + (note !== "" ? ", " + note : "")
 
@@ -56,7 +58,7 @@ Card {
         parent: tile
         visible: !tile.isWind
         x: tile.padding
-        y: tile.height - tile.padding
+        y: tile.height - tile.padding - (tile.scaleTo !== "" ? ends.height - 0.25 * tile.padding + 4 : 0)
         width: tile.width - 2 * tile.padding
         height: 4
         radius: 2
@@ -67,6 +69,29 @@ Card {
             height: parent.height
             radius: 2
             color: tile.kind === "uv" ? Theme.sun : tile.kind === "pressure" ? Theme.air : Theme.rain
+        }
+    }
+    // What the gauge's ends stand for.
+    Item {
+        id: ends
+        parent: tile
+        visible: tile.scaleTo !== ""
+        x: tile.padding
+        y: tile.height - height - 0.75 * tile.padding
+        width: tile.width - 2 * tile.padding
+        height: lower.height
+        PlainText {
+            id: lower
+            anchors.left: parent.left
+            text: tile.scaleFrom
+            color: Theme.muted
+            font.pixelSize: Theme.tiny
+        }
+        PlainText {
+            anchors.right: parent.right
+            text: tile.scaleTo
+            color: Theme.muted
+            font.pixelSize: Theme.tiny
         }
     }
 }

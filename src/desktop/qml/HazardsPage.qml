@@ -7,6 +7,7 @@ import NimbaraItems
 ScrollPage {
     id: page
 
+    most: 3000
     onEnabledChanged: if (enabled) App.hazards.look()
     Component.onCompleted: App.hazards.look()
 
@@ -16,76 +17,83 @@ ScrollPage {
         size: width < 300 * Theme.scale ? Theme.title : Theme.headline
     }
 
-    Card {
+    Board {
         width: page.inner
-        title: App.hazards.words.official
+        weights: [[1], [1, 1.4], [1, 1.4, 1]][page.lanes - 1]
+        spacing: 2 * Theme.space
+        isMirrored: LayoutMirroring.enabled
 
-        Column {
-            width: parent.width
-            spacing: 1.25 * Theme.space
+        Card {
+            readonly property int lane: 0
+            title: App.hazards.words.official
 
-            PlainText {
+            Column {
                 width: parent.width
-                visible: text !== ""
-                text: App.hazards.official.hasPlace ? App.hazards.official.headline : App.hazards.words.noPlace
-                wrapMode: Text.Wrap
-                color: Theme.text
-                font.pixelSize: Theme.title
-                Accessible.role: Accessible.StaticText
-                Accessible.name: text
-            }
-            Rectangle {
-                width: parent.width
-                visible: App.hazards.official.notice !== ""
-                height: notice.height + 2 * Theme.space
-                radius: 12
-                color: App.hazards.official.isUnchecked ? Theme.alertColour("warning") : Theme.raised
+                spacing: 1.25 * Theme.space
+
                 PlainText {
-                    id: notice
-                    x: 1.5 * Theme.space
-                    y: Theme.space
-                    width: parent.width - 3 * Theme.space
-                    text: App.hazards.official.notice
+                    width: parent.width
+                    visible: text !== ""
+                    text: App.hazards.official.hasPlace ? App.hazards.official.headline : App.hazards.words.noPlace
                     wrapMode: Text.Wrap
                     color: Theme.text
-                    font.pixelSize: Theme.small
-                    Accessible.role: Accessible.AlertMessage
+                    font.pixelSize: Theme.title
+                    Accessible.role: Accessible.StaticText
+                    Accessible.name: text
+                }
+                Rectangle {
+                    width: parent.width
+                    visible: App.hazards.official.notice !== ""
+                    height: notice.height + 2 * Theme.space
+                    radius: 12
+                    color: App.hazards.official.isUnchecked ? Theme.alertColour("warning") : Theme.raised
+                    PlainText {
+                        id: notice
+                        x: 1.5 * Theme.space
+                        y: Theme.space
+                        width: parent.width - 3 * Theme.space
+                        text: App.hazards.official.notice
+                        wrapMode: Text.Wrap
+                        color: Theme.text
+                        font.pixelSize: Theme.small
+                        Accessible.role: Accessible.AlertMessage
+                        Accessible.name: text
+                    }
+                }
+                ListView {
+                    id: warnings
+                    width: parent.width
+                    visible: count > 0
+                    // Long lists scroll by themselves, so that only what is seen is made.
+                    height: Math.min(contentHeight, 420 * Theme.scale)
+                    model: App.hazards.warnings
+                    clip: true
+                    boundsBehavior: Flickable.StopAtBounds
+                    activeFocusOnTab: count > 0
+                    keyNavigationEnabled: true
+                    highlightMoveDuration: Theme.quick
+                    Keys.onReturnPressed: if (currentItem) (currentItem as WarningRow).open()
+                    Keys.onSpacePressed: if (currentItem) (currentItem as WarningRow).open()
+                    ScrollBar.vertical: ThinBar {}
+                    readonly property int spokenRole: Accessible.List
+                    Accessible.name: App.hazards.words.official
+                    delegate: WarningRow { width: warnings.width }
+                }
+                PlainText {
+                    width: parent.width
+                    visible: text !== ""
+                    text: App.hazards.official.source
+                    wrapMode: Text.Wrap
+                    color: Theme.muted
+                    font.pixelSize: Theme.tiny
+                    Accessible.role: Accessible.StaticText
                     Accessible.name: text
                 }
             }
-            ListView {
-                id: warnings
-                width: parent.width
-                visible: count > 0
-                // Long lists scroll by themselves, so that only what is seen is made.
-                height: Math.min(contentHeight, 420 * Theme.scale)
-                model: App.hazards.warnings
-                clip: true
-                boundsBehavior: Flickable.StopAtBounds
-                activeFocusOnTab: count > 0
-                keyNavigationEnabled: true
-                highlightMoveDuration: Theme.quick
-                Keys.onReturnPressed: if (currentItem) (currentItem as WarningRow).toggle()
-                Keys.onSpacePressed: if (currentItem) (currentItem as WarningRow).toggle()
-                ScrollBar.vertical: ThinBar {}
-                readonly property int spokenRole: Accessible.List
-                Accessible.name: App.hazards.words.official
-                delegate: WarningRow { width: warnings.width }
-            }
-            PlainText {
-                width: parent.width
-                visible: text !== ""
-                text: App.hazards.official.source
-                wrapMode: Text.Wrap
-                color: Theme.muted
-                font.pixelSize: Theme.tiny
-                Accessible.role: Accessible.StaticText
-                Accessible.name: text
-            }
         }
+
+        QuakeCard { readonly property int lane: 1 }
+
+        KpCard { readonly property int lane: page.lanes === 3 ? 2 : 0 }
     }
-
-    QuakeCard { width: page.inner }
-
-    KpCard { width: page.inner }
 }

@@ -14,7 +14,7 @@ Card {
     ListView {
         id: list
         width: parent.width
-        height: 148 * Theme.scale
+        height: 152 * Theme.scale
         orientation: ListView.Horizontal
         model: App.hours
         clip: true
@@ -42,6 +42,7 @@ Card {
             required property string temperature
             required property double warmth
             required property string chance
+            required property double wetness
             required property string wind
             required property double direction
             required property string sentence
@@ -68,7 +69,7 @@ Card {
             }
             PlainText {
                 anchors.horizontalCenter: parent.horizontalCenter
-                y: (54 + 24 * (1 - entry.warmth)) * Theme.scale
+                y: (51 + 12 * (1 - entry.warmth)) * Theme.scale
                 text: entry.temperature
                 color: Theme.text
                 font.pixelSize: Theme.body
@@ -76,17 +77,29 @@ Card {
             }
             PlainText {
                 anchors.horizontalCenter: parent.horizontalCenter
-                y: 102 * Theme.scale
+                y: 84 * Theme.scale
                 text: entry.chance
                 color: Theme.rain
                 font.pixelSize: Theme.tiny
             }
+            // How much falls; hours that stand side by side make one picture.
+            Rectangle {
+                visible: entry.wetness > 0
+                x: 1
+                width: parent.width - 2
+                height: Math.max(3, 22 * Math.sqrt(entry.wetness)) * Theme.scale
+                y: 123 * Theme.scale - height
+                radius: 2
+                color: Theme.rain
+                opacity: 0.75
+            }
             Row {
                 anchors.horizontalCenter: parent.horizontalCenter
-                y: 120 * Theme.scale
+                y: 127 * Theme.scale
                 spacing: 2
                 Sign {
                     anchors.verticalCenter: parent.verticalCenter
+                    visible: entry.wind !== ""
                     size: 12 * Theme.scale
                     name: "arrow"
                     ink: Theme.wind

@@ -272,4 +272,26 @@ Window {
             function onChosen(name) { window.page = name }
         }
     }
+
+    Loader {
+        id: warning
+        active: false
+        source: "WarningSheet.qml"
+        Connections {
+            target: App
+            function onOpenAlertChanged() {
+                if (App.openAlert === "") {
+                    if (warning.item)
+                        (warning.item as WarningSheet).close();
+                    return;
+                }
+                warning.active = true;
+                (warning.item as WarningSheet).open();
+            }
+        }
+        Connections {
+            target: warning.item
+            function onClosed() { App.openAlert = "" }
+        }
+    }
 }

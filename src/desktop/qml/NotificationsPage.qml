@@ -8,7 +8,9 @@ ScrollPage {
     id: page
 
     readonly property bool isTwofold: inner >= 860 * Theme.scale
-    readonly property real part: isTwofold ? (inner - 3 * Theme.space) / 2 : inner
+    readonly property bool isThreefold: lanes === 3
+
+    most: isThreefold ? 2400 : lanes === 2 ? 1560 : 1240
 
     Binding { target: App.notifications; property: "isOpen"; value: page.visible }
 
@@ -25,35 +27,26 @@ ScrollPage {
         Accessible.name: text
     }
 
-    Grid {
-        columns: page.isTwofold ? 2 : 1
-        columnSpacing: 3 * Theme.space
-        rowSpacing: 2 * Theme.space
+    Board {
+        width: page.inner
+        weights: page.isThreefold ? [1, 1, 1] : page.isTwofold ? [1, 1] : [1]
+        spacing: 2 * Theme.space
+        isMirrored: LayoutMirroring.enabled
 
-        Column {
-            width: page.part
-            spacing: 2 * Theme.space
-
-            NotifierCard { width: parent.width }
-            Card {
+        NotifierCard { readonly property int lane: 0 }
+        Card {
+            readonly property int lane: 0
+            title: App.notifications.words.groups
+            Column {
                 width: parent.width
-                title: App.notifications.words.groups
-                Column {
-                    width: parent.width
-                    Repeater {
-                        model: App.notifications.groups
-                        RuleGroup { width: parent.width }
-                    }
+                Repeater {
+                    model: App.notifications.groups
+                    RuleGroup { width: parent.width }
                 }
             }
-            MuteCard { width: parent.width }
         }
-        Column {
-            width: page.part
-            spacing: 2 * Theme.space
-
-            OwnRules { width: parent.width }
-            NotificationLog { width: parent.width }
-        }
+        MuteCard { readonly property int lane: page.isThreefold ? 1 : 0 }
+        OwnRules { readonly property int lane: 1 }
+        NotificationLog { readonly property int lane: 2 }
     }
 }

@@ -1,4 +1,4 @@
-// What follows the present on its page: the next hours, the measured details, sun and moon, and the source.
+// What follows the hours on the page of the present: the measured details, sun and moon, and the source.
 import QtQuick
 import NimbaraPages
 import NimbaraItems
@@ -7,11 +7,6 @@ Column {
     id: details
 
     spacing: 2 * Theme.space
-
-    HourStrip {
-        visible: App.hours.count > 0
-        width: details.width
-    }
 
     Grid {
         id: tiles

@@ -18,10 +18,20 @@ Card {
         PlainText {
             width: parent.width
             visible: text !== ""
-            text: App.hazards.about.count
+            text: App.hazards.about.headline || App.hazards.about.count
             wrapMode: Text.Wrap
             color: Theme.text
             font.pixelSize: Theme.title
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
+        PlainText {
+            width: parent.width
+            visible: App.hazards.about.headline !== ""
+            text: App.hazards.about.count
+            wrapMode: Text.Wrap
+            color: Theme.muted
+            font.pixelSize: Theme.small
             Accessible.role: Accessible.StaticText
             Accessible.name: text
         }
@@ -50,6 +60,12 @@ Card {
                 title: App.hazards.words.strength
                 values: App.hazards.magnitudes
                 onChosen: value => App.hazards.setMagnitude(value)
+            }
+            ChoiceRow {
+                width: parent.width
+                title: App.hazards.words.order
+                values: App.hazards.orders
+                onChosen: value => App.hazards.setOrder(value)
             }
         }
         Item {

@@ -1,4 +1,4 @@
-// The earthquakes one below the other, newest first.
+// The earthquakes one below the other, in the chosen order.
 import QtQuick
 import QtQuick.Controls.Basic
 import NimbaraPages

@@ -64,9 +64,10 @@ Item {
             }
             PlainText {
                 id: count
-                anchors.left: heading.isTight ? parent.left : undefined
-                anchors.right: heading.isTight ? undefined : arrow.left
-                anchors.rightMargin: Theme.space
+                // No anchors: changed together they would leave a width behind.
+                readonly property real besideArrow: parent.width - arrow.width - Theme.space - width
+                x: heading.isTight !== LayoutMirroring.enabled ? (heading.isTight ? 0 : parent.width - width - besideArrow)
+                                                               : (heading.isTight ? parent.width - width : besideArrow)
                 y: heading.isTight ? name.height + 2 : (parent.height - height) / 2
                 text: group.summary
                 color: Theme.muted

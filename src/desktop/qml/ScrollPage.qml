@@ -8,6 +8,8 @@ Flickable {
 
     property real margin: width < 560 ? 1.5 * Theme.space : 3 * Theme.space
     property real most: 1240
+    // How many columns of cards there is room for.
+    readonly property int lanes: width >= 1900 * Theme.scale ? 3 : width >= 1300 * Theme.scale ? 2 : 1
     readonly property real inner: Math.min(width - 2 * margin, most)
     default property alias content: column.data
 

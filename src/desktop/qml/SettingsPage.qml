@@ -10,7 +10,7 @@ ScrollPage {
 
     Component.onCompleted: App.settings.open()
 
-    most: 760 * Theme.scale
+    most: [760, 1560, 2360][lanes - 1] * Theme.scale
 
     PlainText {
         width: page.inner
@@ -30,116 +30,123 @@ ScrollPage {
         level: "warning"
     }
 
-    Card {
+    Board {
         width: page.inner
-        title: App.settings.words.look
-        SettingRows {
-            width: parent.width
-            model: App.settings.look
-        }
-    }
-    Card {
-        width: page.inner
-        title: App.settings.words.units
-        SettingRows {
-            width: parent.width
-            model: App.settings.units
-        }
-    }
-    Card {
-        width: page.inner
-        title: App.settings.words.service
-        Column {
-            width: parent.width
-            spacing: Theme.space / 2
-            PlainText {
-                width: parent.width
-                text: App.settings.words.serviceHint
-                horizontalAlignment: Text.AlignLeft
-                wrapMode: Text.Wrap
-                color: Theme.muted
-                font.pixelSize: Theme.small
-                Accessible.role: Accessible.StaticText
-                Accessible.name: text
-            }
-            Repeater {
-                model: App.settings.providers
-                ProviderRow { width: parent.width }
-            }
-        }
-    }
-    Card {
-        width: page.inner
-        title: App.settings.words.window
-        Column {
-            width: parent.width
-            SettingSwitch {
-                width: parent.width
-                title: App.settings.words.startAtLogin
-                explanation: App.settings.now.startNote
-                enabled: App.settings.now.canStartAtLogin
-                checked: App.settings.now.startsAtLogin
-                onSwitched: on => App.settings.setStartAtLogin(on)
-            }
+        weights: page.lanes === 3 ? [1, 1, 1] : page.lanes === 2 ? [1, 1] : [1]
+        spacing: 2 * Theme.space
+        isMirrored: LayoutMirroring.enabled
+
+        Card {
+            readonly property int lane: 0
+            title: App.settings.words.look
             SettingRows {
                 width: parent.width
-                model: App.settings.window
+                model: App.settings.look
             }
         }
-    }
-    FoldedCard {
-        width: page.inner
-        heading: App.settings.words.secrets
-        hint: App.settings.words.secretsHint
-        list: SettingRows { model: App.settings.keys }
-    }
-    FoldedCard {
-        width: page.inner
-        heading: App.settings.words.addresses
-        hint: App.settings.words.addressesHint
-        list: SettingRows { model: App.settings.addresses }
-    }
-    Card {
-        width: page.inner
-        title: App.settings.words.folders
-        Column {
-            width: parent.width
-            Repeater {
-                model: App.settings.folders
-                SettingRow {
-                    required property string purpose
-                    required property string path
-                    required property string sentence
+        Card {
+            readonly property int lane: 0
+            title: App.settings.words.units
+            SettingRows {
+                width: parent.width
+                model: App.settings.units
+            }
+        }
+        Card {
+            readonly property int lane: 1
+            title: App.settings.words.service
+            Column {
+                width: parent.width
+                spacing: Theme.space / 2
+                PlainText {
                     width: parent.width
-                    title: purpose
-                    explanation: path
-                    PlainButton {
-                        text: App.settings.words.open
-                        explanation: text + ": " + sentence
-                        onClicked: App.settings.openFolder(path)
+                    text: App.settings.words.serviceHint
+                    horizontalAlignment: Text.AlignLeft
+                    wrapMode: Text.Wrap
+                    color: Theme.muted
+                    font.pixelSize: Theme.small
+                    Accessible.role: Accessible.StaticText
+                    Accessible.name: text
+                }
+                Repeater {
+                    model: App.settings.providers
+                    ProviderRow { width: parent.width }
+                }
+            }
+        }
+        Card {
+            readonly property int lane: 0
+            title: App.settings.words.window
+            Column {
+                width: parent.width
+                SettingSwitch {
+                    width: parent.width
+                    title: App.settings.words.startAtLogin
+                    explanation: App.settings.now.startNote
+                    enabled: App.settings.now.canStartAtLogin
+                    checked: App.settings.now.startsAtLogin
+                    onSwitched: on => App.settings.setStartAtLogin(on)
+                }
+                SettingRows {
+                    width: parent.width
+                    model: App.settings.window
+                }
+            }
+        }
+        FoldedCard {
+            readonly property int lane: 2
+            heading: App.settings.words.secrets
+            hint: App.settings.words.secretsHint
+            list: SettingRows { model: App.settings.keys }
+        }
+        FoldedCard {
+            readonly property int lane: 2
+            heading: App.settings.words.addresses
+            hint: App.settings.words.addressesHint
+            list: SettingRows { model: App.settings.addresses }
+        }
+        Card {
+            readonly property int lane: 1
+            title: App.settings.words.folders
+            Column {
+                width: parent.width
+                Repeater {
+                    model: App.settings.folders
+                    SettingRow {
+                        required property string purpose
+                        required property string path
+                        required property string sentence
+                        width: parent.width
+                        title: purpose
+                        explanation: path
+                        PlainButton {
+                            text: App.settings.words.open
+                            explanation: text + ": " + sentence
+                            onClicked: App.settings.openFolder(path)
+                        }
                     }
                 }
             }
         }
-    }
-    FoldedCard {
-        width: page.inner
-        heading: App.settings.words.credits
-        list: Column {
-            Repeater {
-                model: App.settings.credits
-                CreditRow { width: parent.width }
+        FoldedCard {
+            readonly property int lane: 2
+            heading: App.settings.words.credits
+            list: Column {
+                Repeater {
+                    model: App.settings.credits
+                    CreditRow { width: parent.width }
+                }
             }
         }
-    }
-    PlainText {
-        width: page.inner
-        text: App.settings.words.about.replace("%@", App.settings.version)
-        wrapMode: Text.Wrap
-        horizontalAlignment: Text.AlignHCenter
-        color: Theme.muted
-        font.pixelSize: Theme.tiny
-        Accessible.role: Accessible.StaticText
-        Accessible.name: text
+        PlainText {
+            readonly property int lane: -1
+            text: App.settings.words.about.replace("%@", App.settings.version)
+            wrapMode: Text.Wrap
+            horizontalAlignment: Text.AlignHCenter
+            color: Theme.muted
+            font.pixelSize: Theme.tiny
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
     }
 }

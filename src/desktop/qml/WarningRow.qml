@@ -1,4 +1,4 @@
-// An official warning: how severe, what, where, until when, from whom; opens its whole text.
+// An official warning: how severe, what, where, until when, from whom; opens its whole text on a sheet.
 import QtQuick
 import QtQuick.Controls.Basic
 import NimbaraPages
@@ -17,33 +17,28 @@ Item {
     required property string near
     required property string issuer
     required property string age
-    required property bool hasDetails
     required property string sentence
 
-    readonly property bool isOpen: App.openAlert === alertId
     readonly property bool isCurrent: ListView.isCurrentItem && ListView.view.activeFocus
 
     function press() {
-        toggle();
+        open();
     }
-    function toggle() {
-        if (hasDetails)
-            App.openAlert = isOpen ? "" : alertId;
+    function open() {
+        App.openAlert = alertId;
     }
 
     height: surface.height + Theme.space
     readonly property int spokenRole: Accessible.ListItem
-    readonly property bool isExpandable: hasDetails
-    readonly property bool isExpanded: isOpen
     Accessible.name: sentence
-    Accessible.description: isOpen ? App.alertDetails : message
+    Accessible.description: message
 
     AbstractButton {
         id: surface
         width: row.width
         height: content.height + 2.5 * Theme.space
         focusPolicy: Qt.NoFocus  // the list's keys move from row to row
-        onClicked: row.toggle()
+        onClicked: row.open()
         Accessible.ignored: true
 
         background: Rectangle {
@@ -89,8 +84,8 @@ Item {
                 text: row.near
             }
             Words {
-                text: row.isOpen ? App.alertDetails : row.message
-                maximumLineCount: row.isOpen ? 1000 : 2
+                text: row.message
+                maximumLineCount: 2
                 elide: Text.ElideRight
             }
             Item {
@@ -105,10 +100,9 @@ Item {
                 }
                 Sign {
                     id: sign
-                    visible: row.hasDetails
                     anchors.right: parent.right
                     size: 16 * Theme.scale
-                    name: row.isOpen ? "up" : "down"
+                    name: LayoutMirroring.enabled ? "back" : "forth"
                     ink: Theme.text
                 }
             }

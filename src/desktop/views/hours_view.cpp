@@ -1,6 +1,7 @@
 #include "desktop/views/hours_view.h"
 
 #include "base/words/compass_point.h"
+#include "desktop/views/sky/sky_colours.h"
 #include "model/day_summary.h"
 #include "model/present.h"
 #include "model/process.h"
@@ -133,6 +134,9 @@ DayView dayView(DailyForecast const& day, WeatherData const& data, Range const& 
   view.highest = context.degrees(day.maxTempC, day.maxTempF);
   view.barFrom = range.share(day.minTempC);
   view.barTo = range.share(day.maxTempC);
+  view.fromColour = hexText(temperatureColour(day.minTempC));
+  view.middleColour = hexText(temperatureColour((day.minTempC + day.maxTempC) / 2));
+  view.toColour = hexText(temperatureColour(day.maxTempC));
   view.chance = chanceText(summary.precipitationChance.value_or(0));
   double const amount = summary.precipitationMM.value_or(0);
   view.amount = amount > 0.05 ? context.precipitation(amount) : "";

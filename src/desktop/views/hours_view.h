@@ -53,6 +53,9 @@ struct DayView {
   std::string highest;
   double barFrom = 0;  ///< the day's temperatures on the scale of all days, 0-1
   double barTo = 0;
+  std::string fromColour;  ///< of the lowest temperature, of the middle and of the highest
+  std::string middleColour;
+  std::string toColour;
   std::string chance;
   std::string amount;
   std::string wind;
@@ -72,6 +75,9 @@ inline constexpr auto viewFields<DayView> = FieldList{
     viewField("highest", &DayView::highest),
     viewField("barFrom", &DayView::barFrom),
     viewField("barTo", &DayView::barTo),
+    viewField("fromColour", &DayView::fromColour),
+    viewField("middleColour", &DayView::middleColour),
+    viewField("toColour", &DayView::toColour),
     viewField("chance", &DayView::chance),
     viewField("amount", &DayView::amount),
     viewField("wind", &DayView::wind),

@@ -10,6 +10,8 @@
 #include "model/upcoming_hours.h"
 
 #include <algorithm>
+#include <limits>
+#include <span>
 
 namespace nimbara {
 
@@ -124,6 +126,13 @@ std::optional<bool> isWet(HourlyForecast const& hour) {
   return isEnough && isLikely;
 }
 
+/// What the page shows as the present; nothing where that is not known.
+std::optional<WeatherConditionCode> skyNow(WeatherData const& data, ViewContext const& context) {
+  auto const present = presentAt(data, context.now);
+  if (!present || present->condition == WeatherConditionCode::unknown) return std::nullopt;
+  return present->condition;
+}
+
 /// "1.2 hPa in three hours" matters to nobody below this.
 constexpr double kSteadyHPa = 1;
 
@@ -145,8 +154,35 @@ std::string uvWord(int index, ViewContext const& context) {
                                    : "desktop.uv.extreme");
 }
 
+/// The word of the first row whose bound lies above the value; the last row has none.
+struct WordRow {
+  double below;
+  std::string_view key;
+};
+
+std::string wordOf(std::span<WordRow const> rows, double value, ViewContext const& context) {
+  auto const row = std::ranges::find_if(rows, [value](WordRow const& one) { return value < one.below; });
+  return context.text((row == rows.end() ? rows.back() : *row).key);
+}
+
+constexpr double kNoBound = std::numeric_limits<double>::infinity();
+/// Kilometres, in the classes of the shipping forecast.
+constexpr WordRow kVisibilityWords[] = {{1, "desktop.visibility.veryPoor"},
+                                        {4, "desktop.visibility.poor"},
+                                        {10, "desktop.visibility.moderate"},
+                                        {20, "desktop.visibility.good"},
+                                        {kNoBound, "desktop.visibility.veryGood"}};
+/// Degrees Celsius: how moist air feels.
+constexpr WordRow kDewPointWords[] = {{10, "desktop.dewPoint.dry"},
+                                      {16, "desktop.dewPoint.comfortable"},
+                                      {21, "desktop.dewPoint.humid"},
+                                      {kNoBound, "desktop.dewPoint.oppressive"}};
+
 TileView windTile(Present const& present, ViewContext const& context) {
-  TileView tile{"wind", context.text("report.wind"), context.wind(present.windSpeedKmph), {}, 0, 0};
+  TileView tile;
+  tile.kind = "wind";
+  tile.title = context.text("report.wind");
+  tile.value = context.wind(present.windSpeedKmph);
   tile.direction = compassDegrees(present.windDirection).value_or(0);
   tile.note = compassPoint(present.windDirection, context.texts);
   if (present.windGustKmph && *present.windGustKmph > present.windSpeedKmph) {
@@ -156,43 +192,74 @@ TileView windTile(Present const& present, ViewContext const& context) {
   return tile;
 }
 
-/// The details beside the wind, those that are known.
-void addMeasures(std::vector<TileView>& tiles, WeatherData const& data, Present const& present,
-                 ViewContext const& context) {
-  auto const add = [&](std::string kind, std::string_view title, std::string value, std::string note,
-                       double share) {
-    tiles.push_back({std::move(kind), context.text(title), std::move(value), std::move(note),
-                     std::clamp(share, 0.0, 1.0), 0});
-  };
-  if (present.humidity) {
-    add("humidity", "report.humidity", percent(*present.humidity), {}, *present.humidity / 100.0);
+/// A gauge from one value to another and what stands at its ends.
+struct Gauge {
+  double from;
+  double to;
+  std::string fromText;
+  std::string toText;
+};
+
+class Tiles {
+ public:
+  Tiles(std::vector<TileView>& tiles, ViewContext const& context) : tiles_(tiles), context_(context) {}
+
+  void add(std::string kind, std::string_view title, std::string value, std::string note, double measured,
+           Gauge gauge) {
+    TileView& tile = tiles_.emplace_back();
+    tile.kind = std::move(kind);
+    tile.title = context_.text(title);
+    tile.value = std::move(value);
+    tile.note = std::move(note);
+    tile.share = std::clamp((measured - gauge.from) / (gauge.to - gauge.from), 0.0, 1.0);
+    tile.scaleFrom = std::move(gauge.fromText);
+    tile.scaleTo = std::move(gauge.toText);
   }
+  void addPercent(std::string kind, std::string_view title, int value) {
+    add(std::move(kind), title, percent(value), {}, value, {0, 100, {}, {}});
+  }
+
+ private:
+  std::vector<TileView>& tiles_;
+  ViewContext const& context_;
+};
+
+/// The details beside the wind, those that are known.
+void addMeasures(std::vector<TileView>& all, WeatherData const& data, Present const& present,
+                 ViewContext const& context) {
+  Tiles tiles(all, context);
+  auto const degrees = [&](double celsius) {
+    return context.degrees(celsius, fahrenheitFromCelsius(celsius));
+  };
+  if (present.humidity) tiles.addPercent("humidity", "report.humidity", *present.humidity);
   if (present.pressure) {
-    add("pressure", "report.pressure", context.pressure(*present.pressure), pressureTrend(data, context),
-        (*present.pressure - 960) / 90);
+    tiles.add("pressure", "report.pressure", context.pressure(*present.pressure),
+              pressureTrend(data, context), *present.pressure,
+              {960, 1050, context.pressure(960), context.pressure(1050)});
   }
   if (present.uvIndex) {
-    add("uv", "report.uvIndex", std::to_string(*present.uvIndex), uvWord(*present.uvIndex, context),
-        *present.uvIndex / 11.0);
+    tiles.add("uv", "report.uvIndex", std::to_string(*present.uvIndex), uvWord(*present.uvIndex, context),
+              *present.uvIndex, {0, 11, "0", "11+"});
   }
   if (present.visibility) {
-    add("visibility", "report.visibility", context.visibility(*present.visibility), {},
-        *present.visibility / 20);
+    tiles.add("visibility", "report.visibility", context.visibility(*present.visibility),
+              wordOf(kVisibilityWords, *present.visibility, context), *present.visibility,
+              {0, 40, "0", context.visibility(40)});
   }
   if (present.dewPointC) {
-    add("dewPoint", "report.dewPoint", context.degrees(*present.dewPointC, present.dewPointF.value_or(0)), {},
-        (*present.dewPointC + 10) / 35);
+    tiles.add("dewPoint", "report.dewPoint",
+              context.degrees(*present.dewPointC, present.dewPointF.value_or(0)),
+              wordOf(kDewPointWords, *present.dewPointC, context), *present.dewPointC,
+              {-10, 25, degrees(-10), degrees(25)});
   }
-  if (present.cloudCover) {
-    add("clouds", "report.clouds", percent(*present.cloudCover), {}, *present.cloudCover / 100.0);
-  }
+  if (present.cloudCover) tiles.addPercent("clouds", "report.clouds", *present.cloudCover);
   if (present.precipMM) {
-    add("precipitation", "report.precipitation", context.precipitation(*present.precipMM),
+    tiles.add(
+        "precipitation", "report.precipitation", context.precipitation(*present.precipMM),
         present.chanceOfRain ? context.texts.format("desktop.chance", percent(*present.chanceOfRain)) : "",
-        *present.precipMM / 10);
+        *present.precipMM, {0, 10, "0", context.precipitation(10)});
   } else if (present.chanceOfRain) {
-    add("precipitation", "report.precipitation", percent(*present.chanceOfRain), {},
-        *present.chanceOfRain / 100.0);
+    tiles.addPercent("precipitation", "report.precipitation", *present.chanceOfRain);
   }
 }
 
@@ -267,19 +334,27 @@ std::string nextHoursSentence(WeatherData const& data, ViewContext const& contex
   auto const isBeyond = [&](HourlyForecast const& hour) { return hour.date >= end || !isWet(hour); };
   hours = hours.first(static_cast<std::size_t>(std::ranges::find_if(hours, isBeyond) - hours.begin()));
   if (hours.empty() || hours.front().date > context.now) return {};
-  TimeWords const words(context.texts, calendarOf(data, context.fallback));
-  bool const isWetNow = *isWet(hours.front());
+  bool const isForecastWet = *isWet(hours.front());
   auto const change =
-      std::ranges::find_if(hours, [&](HourlyForecast const& hour) { return *isWet(hour) != isWetNow; });
-  HourlyForecast const& kind = isWetNow || change == hours.end() ? hours.front() : *change;
-  std::string const snow = isSnow(kind.condition) ? "snow" : "rain";
-  if (change == hours.end()) {
-    // Twelve hours are spoken of only where twelve are known.
-    if (hours.back().date + stepLength(hours, hours.size() - 1) < end) return {};
-    return context.text(!isWetNow ? "desktop.next.dry" : "desktop.next." + snow);
+      std::ranges::find_if(hours, [&](HourlyForecast const& hour) { return *isWet(hour) != isForecastWet; });
+  bool const changes = change != hours.end();
+  // Twelve hours are spoken of only where twelve are known.
+  if (!changes && hours.back().date + stepLength(hours, hours.size() - 1) < end) return {};
+  auto const sky = skyNow(data, context);
+  bool const isWetNow = sky ? isPrecipitation(*sky) : isForecastWet;
+  HourlyForecast const& kind = isForecastWet || !changes ? hours.front() : *change;
+  bool const isSnowy = isSnow(sky && isWetNow ? *sky : kind.condition);
+  std::string const fall = isSnowy ? "snow" : "rain";
+  std::string const when =
+      changes ? TimeWords(context.texts, calendarOf(data, context.fallback)).moment(change->date, context.now)
+              : std::string();
+  if (isWetNow && !isForecastWet) return context.text("desktop.next." + fall + "Stops");
+  if (!isWetNow && isForecastWet) {
+    return changes ? context.texts.format("desktop.next." + fall + "PossibleUntil", when)
+                   : context.text("desktop.next." + fall + "Possible");
   }
-  std::string const key = "push." + snow + (isWetNow ? "Stop" : "Start") + ".bodyAt";
-  return context.texts.format(key, words.moment(change->date, context.now));
+  if (!changes) return context.text(!isWetNow ? "desktop.next.dry" : "desktop.next." + fall);
+  return context.texts.format("push." + fall + (isWetNow ? "Stop" : "Start") + ".bodyAt", when);
 }
 
 std::vector<TileView> tileViews(WeatherState const& state, ViewContext const& context) {

@@ -61,17 +61,20 @@ struct TileView {
   std::string title;
   std::string value;
   std::string note;
-  double share = 0;      ///< of the gauge, 0-1
-  double direction = 0;  ///< of the wind, degrees from north where it comes from
+  double share = 0;       ///< of the gauge, 0-1
+  double direction = 0;   ///< of the wind, degrees from north where it comes from
+  std::string scaleFrom;  ///< what the gauge's ends stand for; empty for shares of a hundred
+  std::string scaleTo;
 
   bool operator==(TileView const&) const = default;
 };
 
 template <>
 inline constexpr auto viewFields<TileView> = FieldList{
-    viewField("kind", &TileView::kind),   viewField("title", &TileView::title),
-    viewField("value", &TileView::value), viewField("note", &TileView::note),
-    viewField("share", &TileView::share), viewField("direction", &TileView::direction),
+    viewField("kind", &TileView::kind),           viewField("title", &TileView::title),
+    viewField("value", &TileView::value),         viewField("note", &TileView::note),
+    viewField("share", &TileView::share),         viewField("direction", &TileView::direction),
+    viewField("scaleFrom", &TileView::scaleFrom), viewField("scaleTo", &TileView::scaleTo),
 };
 
 /// Sun and moon of the day.
@@ -112,7 +115,8 @@ SkyView skyView(WeatherState const& state, ViewContext const& context);
 /// The sky over the place as it is now; an empty one without weather.
 SkyScene sceneView(WeatherState const& state, ViewContext const& context);
 
-/// What the next twelve hours bring, in one sentence; empty without hours.
+/// What the next twelve hours bring, in one sentence; empty without hours. Where the sky of now and the
+/// forecast of this hour differ, the sky is right, and the forecast is spoken of as possible.
 std::string nextHoursSentence(WeatherData const& data, ViewContext const& context);
 
 }  // namespace nimbara

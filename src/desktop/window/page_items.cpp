@@ -3,12 +3,14 @@
 #include "desktop/window/accessibility/accessible_items.h"
 #include "desktop/window/accessibility/reading_order.h"
 #include "desktop/window/models/desktop_model.h"
+#include "desktop/window/painting/board.h"
 #include "desktop/window/painting/flat_globe.h"
 #include "desktop/window/painting/kp_items.h"
 #include "desktop/window/painting/meteogram_item.h"
 #include "desktop/window/painting/quake_map_item.h"
 #include "desktop/window/painting/sky_items.h"
 #include "desktop/window/painting/sky_scenery.h"
+#include "desktop/window/painting/warning_map_item.h"
 
 #include <QQmlEngine>
 #include <array>
@@ -36,11 +38,18 @@ QObject* modelOf(QQmlEngine* engine, QJSEngine* /*scripts*/) {
 
 std::span<PageItem const> pageItems() {
   static std::array const kItems{
-      pageItem<WindCompass>("WindCompass"),     pageItem<SunArc>("SunArc"),
-      pageItem<MoonDisc>("MoonDisc"),           pageItem<SkyScenery>("SkyScenery"),
-      pageItem<MeteogramItem>("MeteogramItem"), pageItem<FlatGlobe>("FlatGlobe"),
-      pageItem<QuakeMapItem>("QuakeMapItem"),   pageItem<KpGauge>("KpGauge"),
-      pageItem<KpBarsItem>("KpBarsItem"),       pageItem<ReadingOrder>("ReadingOrder"),
+      pageItem<WindCompass>("WindCompass"),
+      pageItem<SunArc>("SunArc"),
+      pageItem<MoonDisc>("MoonDisc"),
+      pageItem<SkyScenery>("SkyScenery"),
+      pageItem<MeteogramItem>("MeteogramItem"),
+      pageItem<FlatGlobe>("FlatGlobe"),
+      pageItem<QuakeMapItem>("QuakeMapItem"),
+      pageItem<KpGauge>("KpGauge"),
+      pageItem<KpBarsItem>("KpBarsItem"),
+      pageItem<ReadingOrder>("ReadingOrder"),
+      pageItem<WarningMapItem>("WarningMapItem"),
+      pageItem<Board>("Board"),
   };
   return kItems;
 }

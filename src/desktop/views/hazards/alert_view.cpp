@@ -65,12 +65,6 @@ std::string issuerOf(WeatherAlert const& alert, ViewContext const& context) {
   return context.texts.format("warning.issuedBy", oneLine(*alert.issuer), source);
 }
 
-/// What the short form leaves out.
-bool hasMore(WeatherAlert const& alert) {
-  return alert.description || alert.instruction || alert.text || alert.message.size() > kLongestMessage ||
-         alert.areaDesc.value_or("").size() > kLongestTitle;
-}
-
 std::string ageOf(WeatherAlert const& alert, WeatherState const& state, ViewContext const& context) {
   auto const since = alert.isGovAlert ? alert.issued : state.lastUpdated;
   return since ? ageText(*since, context.now, context.texts) : std::string();
@@ -93,7 +87,6 @@ AlertView viewOf(WeatherAlert const& alert, WeatherState const& state, ViewConte
   view.colour = alert.colour.value_or("");
   view.age = ageOf(alert, state, context);
   view.isOfficial = alert.isGovAlert;
-  view.hasDetails = hasMore(alert);
   view.sentence = view.severity + ": " + view.title;
   for (std::string const* const part : {&view.area, &view.when, &view.near, &view.issuer, &view.age}) {
     append(view.sentence, *part, ", ");
@@ -101,34 +94,55 @@ AlertView viewOf(WeatherAlert const& alert, WeatherState const& state, ViewConte
   return view;
 }
 
-std::vector<AlertView> viewsOf(std::vector<WeatherAlert> alerts, WeatherState const& state,
-                               ViewContext const& context) {
+/// Those that have not ended, as they are listed.
+std::vector<WeatherAlert> listed(std::vector<WeatherAlert> alerts, ViewContext const& context) {
   std::erase_if(alerts, [&](WeatherAlert const& alert) { return hasEnded(alert, context.now); });
   sortMostSevereFirst(alerts);
+  return alerts;
+}
+
+std::vector<AlertView> viewsOf(std::vector<WeatherAlert> alerts, WeatherState const& state,
+                               ViewContext const& context) {
   WarningWords const words = wordsOf(state, context);
   std::vector<AlertView> views;
-  views.reserve(alerts.size());
-  for (WeatherAlert const& alert : alerts) views.push_back(viewOf(alert, state, context, words));
+  for (WeatherAlert const& alert : listed(std::move(alerts), context)) {
+    views.push_back(viewOf(alert, state, context, words));
+  }
   return views;
 }
 
-std::string detailsOf(WeatherAlert const& alert, WeatherState const& state, ViewContext const& context) {
-  std::string details;
-  append(details, messageOf(alert), "\n\n");
-  append(details, statedSeverityText(gradeOf(alert), context.texts), "\n\n");
-  if (alert.areaDesc) append(details, reflowed(placeAreas(alert)), "\n\n");
-  append(details, nearAreasOf(alert, wordsOf(state, context)), "\n\n");
+/// What is told of it beside area, period and what to do.
+std::string textOf(WeatherAlert const& alert, ViewContext const& context) {
+  std::string text = messageOf(alert);
+  append(text, statedSeverityText(gradeOf(alert), context.texts), "\n\n");
   if (alert.text) {
-    append(details, trimmed(*alert.text), "\n\n");  // to the letter
+    append(text, trimmed(*alert.text), "\n\n");  // to the letter
   } else if (alert.description && *alert.description != alert.message) {
-    append(details, reflowed(*alert.description), "\n\n");
+    append(text, reflowed(*alert.description), "\n\n");
   }
-  if (alert.isFullText == false) append(details, context.text("warning.noFullText"), "\n\n");
-  if (alert.instruction) {
-    std::string const instruction = alert.text ? *alert.instruction : reflowed(*alert.instruction);
-    append(details, context.texts.format("warning.whatToDo", instruction), "\n\n");
-  }
-  return cutAt(details, kLongestDetails);
+  return cutAt(text, kLongestDetails);
+}
+
+std::string instructionOf(WeatherAlert const& alert) {
+  std::string const instruction = alert.instruction.value_or("");
+  return cutAt(alert.text ? std::string(trimmed(instruction)) : reflowed(instruction), kLongestDetails);
+}
+
+std::string wholeSpanOf(WeatherAlert const& alert, ViewContext const& context, WarningWords const& words) {
+  std::string span = spanText(alert.onset, alert.expires, words);
+  if (alert.isGovAlert && !alert.expires) append(span, context.text("desktop.warning.openEnded"), ", ");
+  return span;
+}
+
+/// Its number among those that are listed, and the ones beside it.
+void findNeighbours(WarningView& view, WeatherState const& state, ViewContext const& context) {
+  auto const all = listed(allAlerts(state), context);
+  auto const idOf = [](WeatherAlert const& alert) { return alert.id.text(); };
+  auto const found = std::ranges::find(all, view.id, idOf);
+  if (found == all.end() || all.size() < 2) return;
+  view.position = context.texts.format("desktop.warning.position", found - all.begin() + 1, all.size());
+  if (found != all.begin()) view.previous = idOf(*std::prev(found));
+  if (std::next(found) != all.end()) view.next = idOf(*std::next(found));
 }
 
 std::string namesOf(std::vector<SourceCoverage> const& coverage) {
@@ -206,12 +220,39 @@ std::vector<AlertView> officialViews(WeatherState const& state, ViewContext cons
   return viewsOf(state.govAlerts, state, context);
 }
 
-std::string alertDetails(WeatherState const& state, std::string_view id, ViewContext const& context) {
-  if (id.empty()) return {};
-  auto const alerts = allAlerts(state);
-  auto const found =
-      std::ranges::find_if(alerts, [&](WeatherAlert const& alert) { return alert.id.text() == id; });
-  return found == alerts.end() ? std::string() : detailsOf(*found, state, context);
+std::optional<WeatherAlert> alertOf(WeatherState const& state, std::string_view id) {
+  if (id.empty()) return std::nullopt;
+  for (WeatherAlert& alert : allAlerts(state)) {
+    if (alert.id.text() == id) return std::move(alert);
+  }
+  return std::nullopt;
+}
+
+WarningView warningView(WeatherState const& state, std::string_view id, ViewContext const& context) {
+  WarningView view;
+  auto const alert = alertOf(state, id);
+  if (!alert) return view;
+  WarningWords const words = wordsOf(state, context);
+  AlertView const brief = viewOf(*alert, state, context, words);
+  view.id = brief.id;
+  view.severity = brief.severity;
+  view.level = brief.level;
+  view.title = brief.title;
+  view.area = reflowed(placeAreas(*alert));
+  if (alert->onWater.value_or(false)) append(view.area, context.text("warning.onWater"), " – ");
+  append(view.area, nearTextOf(*alert, context), " – ");
+  if (!alert->distanceKm) view.near = nearAreasOf(*alert, words);
+  view.when = wholeSpanOf(*alert, context, words);
+  if (alert->issued) view.issued = words.words.moment(*alert->issued, context.now);
+  append(view.issued, brief.age, "  ·  ");
+  view.issuer = brief.issuer;
+  view.text = textOf(*alert, context);
+  if (alert->isFullText == false) view.note = context.text("warning.noFullText");
+  view.instruction = instructionOf(*alert);
+  view.link = alert->link.value_or("").starts_with("https://") ? *alert->link : std::string();
+  view.isOfficial = alert->isGovAlert;
+  findNeighbours(view, state, context);
+  return view;
 }
 
 OfficialView officialView(OfficialCheck const& check, std::optional<Place> const& place,

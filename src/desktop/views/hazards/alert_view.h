@@ -7,6 +7,7 @@
 #include "desktop/views/view_context.h"
 #include "desktop/views/view_fields.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,28 +27,64 @@ struct AlertView {
   std::string age;     ///< of the newest message about it
   std::string colour;  ///< of the issuer's awareness level: "yellow", "orange", "red"; may be empty
   bool isOfficial = false;
-  bool hasDetails = false;  ///< there is more to read
-  std::string sentence;     ///< the whole, for those who listen
+  std::string sentence;  ///< the whole, for those who listen
 
   bool operator==(AlertView const&) const = default;
 };
 
 template <>
 inline constexpr auto viewFields<AlertView> = FieldList{
-    viewField("alertId", &AlertView::id),
-    viewField("severity", &AlertView::severity),
-    viewField("level", &AlertView::level),
-    viewField("title", &AlertView::title),
-    viewField("message", &AlertView::message),
-    viewField("area", &AlertView::area),
-    viewField("when", &AlertView::when),
-    viewField("near", &AlertView::near),
-    viewField("issuer", &AlertView::issuer),
-    viewField("age", &AlertView::age),
-    viewField("colour", &AlertView::colour),
-    viewField("isOfficial", &AlertView::isOfficial),
-    viewField("hasDetails", &AlertView::hasDetails),
+    viewField("alertId", &AlertView::id),        viewField("severity", &AlertView::severity),
+    viewField("level", &AlertView::level),       viewField("title", &AlertView::title),
+    viewField("message", &AlertView::message),   viewField("area", &AlertView::area),
+    viewField("when", &AlertView::when),         viewField("near", &AlertView::near),
+    viewField("issuer", &AlertView::issuer),     viewField("age", &AlertView::age),
+    viewField("colour", &AlertView::colour),     viewField("isOfficial", &AlertView::isOfficial),
     viewField("sentence", &AlertView::sentence),
+};
+
+/// All there is to read of one warning.
+struct WarningView {
+  std::string id;  ///< empty when there is none of the identifier that was asked for
+  std::string severity;
+  std::string level;
+  std::string title;
+  std::string area;
+  std::string near;    ///< further areas, which the place is not in
+  std::string when;    ///< from, until, or that no end is given
+  std::string issued;  ///< when its newest message was sent
+  std::string issuer;
+  std::string text;
+  std::string note;  ///< what of the text is missing
+  std::string instruction;
+  std::string link;      ///< to the original; empty without
+  std::string position;  ///< "2 of 3"; empty for the only one
+  std::string previous;  ///< the identifiers of the warnings beside it; empty at either end
+  std::string next;
+  bool isOfficial = false;
+
+  bool operator==(WarningView const&) const = default;
+};
+
+template <>
+inline constexpr auto viewFields<WarningView> = FieldList{
+    viewField("alertId", &WarningView::id),
+    viewField("severity", &WarningView::severity),
+    viewField("level", &WarningView::level),
+    viewField("title", &WarningView::title),
+    viewField("area", &WarningView::area),
+    viewField("near", &WarningView::near),
+    viewField("when", &WarningView::when),
+    viewField("issued", &WarningView::issued),
+    viewField("issuer", &WarningView::issuer),
+    viewField("content", &WarningView::text),
+    viewField("note", &WarningView::note),
+    viewField("instruction", &WarningView::instruction),
+    viewField("link", &WarningView::link),
+    viewField("position", &WarningView::position),
+    viewField("previous", &WarningView::previous),
+    viewField("next", &WarningView::next),
+    viewField("isOfficial", &WarningView::isOfficial),
 };
 
 /// How far the list of official warnings can be trusted.
@@ -81,8 +118,10 @@ inline constexpr auto viewFields<OfficialView> = FieldList{
 std::vector<AlertView> alertViews(WeatherState const& state, ViewContext const& context);
 /// The official ones alone.
 std::vector<AlertView> officialViews(WeatherState const& state, ViewContext const& context);
-/// All there is to read of one of them; empty when there is none of that identifier.
-std::string alertDetails(WeatherState const& state, std::string_view id, ViewContext const& context);
+/// The warning of that identifier, and those before and after it in `alertViews`.
+WarningView warningView(WeatherState const& state, std::string_view id, ViewContext const& context);
+/// The warning of that identifier, ended or not; nothing when there is none.
+std::optional<WeatherAlert> alertOf(WeatherState const& state, std::string_view id);
 
 /// `place` is the selected one; a check of another one says nothing of it.
 OfficialView officialView(OfficialCheck const& check, std::optional<Place> const& place,

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <tuple>
 
 namespace nimbara {
 
@@ -15,8 +17,10 @@ using std::chrono::hours;
 
 constexpr std::size_t kMost = 500;
 constexpr double kStrong = 5;
+constexpr double kKmPerMile = 1.609344;
 /// In km; 0 is the whole world.
 constexpr std::array kRadii{250.0, 500.0, 1000.0, 2500.0, 0.0};
+constexpr std::array kMileRadii{150 * kKmPerMile, 300 * kKmPerMile, 600 * kKmPerMile, 1500 * kKmPerMile, 0.0};
 constexpr std::array kMagnitudes{-10.0, 2.5, 4.5, 6.0};
 
 double decimal(double magnitude) {
@@ -35,16 +39,38 @@ std::string distanceText(double km, ViewContext const& context) {
   return measured(display(std::max(0.0, km), context.units.distance), symbol(context.units.distance));
 }
 
-/// "310 mi" rather than "311 mi": nobody means the last digit.
-std::string roundDistance(double km, ViewContext const& context) {
-  double const value = convert(km, context.units.distance);
-  double const step = value >= 1000 ? 100 : value >= 100 ? 10 : 1;
-  return measured(roundedText(std::round(value / step) * step), symbol(context.units.distance));
-}
-
 int ageClassOf(Instant time, Instant now) {
   auto const age = now - time;
   return age < hours(1) ? 0 : age < hours(6) ? 1 : 2;
+}
+
+using Radii = decltype(kRadii);
+
+Radii const& radiiOf(DistanceUnit unit) {
+  return unit == DistanceUnit::miles ? kMileRadii : kRadii;
+}
+
+/// A usual radius that was chosen in another unit is the one of this unit in its stead.
+double radiusIn(DistanceUnit unit, double km) {
+  for (Radii const* const radii : {&kRadii, &kMileRadii}) {
+    auto const found =
+        std::ranges::find_if(*radii, [km](double usual) { return std::abs(usual - km) < 1e-3; });
+    if (found != radii->end()) return radiiOf(unit)[static_cast<std::size_t>(found - radii->begin())];
+  }
+  return km;
+}
+
+QuakeFilter inUnits(QuakeFilter filter, ViewContext const& context) {
+  filter.radiusKm = radiusIn(context.units.distance, filter.radiusKm);
+  return filter;
+}
+
+/// What the list is sorted by, the greatest first.
+std::tuple<bool, double, Instant> significance(EarthquakeEvent const& event,
+                                               std::optional<Place> const& place) {
+  bool const isFelt = place && couldBeFelt(event.magnitude,
+                                           haversineKm(place->coordinate, event.coordinate()), event.depthKm);
+  return {isFelt, event.magnitude, event.time};
 }
 
 bool passes(EarthquakeEvent const& event, QuakeFilter const& filter, std::optional<Place> const& place) {
@@ -58,18 +84,29 @@ QuakeView viewOf(EarthquakeEvent const& event, std::optional<Place> const& place
   QuakeView view;
   view.id = event.id;
   view.magnitude = magnitudeText(event.magnitude, context);
-  view.place = oneLine(event.place);
+  view.place = quakePlace(oneLine(event.place), context.units.distance);
   view.age = ageText(event.time, context.now, context.texts);
   view.ageClass = ageClassOf(event.time, context.now);
   view.isStrong = event.magnitude >= kStrong;
   if (place) {
     double const km = haversineKm(place->coordinate, event.coordinate());
     view.note = context.texts.format("desktop.quakes.away", distanceText(km, context)) + ", ";
+    view.isFelt = couldBeFelt(event.magnitude, km, event.depthKm);
   }
   view.note += context.texts.format("desktop.quakes.deep", distanceText(event.depthKm, context));
+  if (view.isFelt) view.note += ", " + context.text("desktop.quakes.felt");
   view.sentence = context.texts.format("desktop.quakes.magnitude", view.magnitude) + ", " + view.place +
                   ", " + view.note + ", " + view.age;
   return view;
+}
+
+std::string headlineOf(std::vector<EarthquakeEvent> const& shown, ViewContext const& context) {
+  auto const greatest = std::ranges::max_element(
+      shown, {}, [](EarthquakeEvent const& event) { return std::pair(event.magnitude, event.time); });
+  if (greatest == shown.end()) return {};
+  return context.texts.format("desktop.quakes.greatest", magnitudeText(greatest->magnitude, context),
+                              quakePlace(oneLine(greatest->place), context.units.distance),
+                              ageText(greatest->time, context.now, context.texts));
 }
 
 std::string countText(std::size_t count, ViewContext const& context) {
@@ -108,14 +145,36 @@ std::vector<ChoiceView> choices(std::array<double, count> const& values, double 
 
 }  // namespace
 
+bool couldBeFelt(double magnitude, double km, double depthKm) {
+  constexpr double kShallowest = 5;     // km, below which no focus counts
+  constexpr double kFeltIntensity = 3;  // "weak", felt by some indoors
+  double const way = std::hypot(km, std::max(depthKm, kShallowest));
+  return 1.5 * magnitude - 3.5 * std::log10(way) + 3 >= kFeltIntensity;
+}
+
+std::string quakePlace(std::string_view place, DistanceUnit unit) {
+  std::size_t const digits = place.find_first_not_of("0123456789");
+  bool const isDistance =
+      digits != 0 && digits != std::string_view::npos && place.substr(digits).starts_with(" km ");
+  auto const km = isDistance ? parseDouble(place.substr(0, digits)) : std::nullopt;
+  if (!km || unit == DistanceUnit::km) return std::string(place);
+  std::string_view const rest = place.substr(digits + std::string_view(" km").size());
+  return display(*km, unit) + " " + std::string(symbol(unit)) + std::string(rest);
+}
+
 std::vector<EarthquakeEvent> shownQuakes(HazardsState const& state, std::optional<Place> const& place,
-                                         Instant now) {
+                                         QuakeOrder order, ViewContext const& context) {
+  QuakeFilter const filter = inUnits(state.filter, context);
   std::vector<EarthquakeEvent> shown;
   for (EarthquakeEvent const& event : state.quakes.data) {
-    if (shown.size() == kMost) break;
-    bool const isRecent = now - event.time <= hours(24);
-    if (isRecent && passes(event, state.filter, place)) shown.push_back(event);
+    bool const isRecent = context.now - event.time <= hours(24);
+    if (isRecent && passes(event, filter, place)) shown.push_back(event);
   }
+  if (order == QuakeOrder::significance) {
+    std::ranges::stable_sort(shown, std::ranges::greater{},
+                             [&](EarthquakeEvent const& event) { return significance(event, place); });
+  }
+  if (shown.size() > kMost) shown.resize(kMost);
   return shown;
 }
 
@@ -133,6 +192,7 @@ QuakesView quakesView(HazardsState const& state, std::vector<EarthquakeEvent> co
   view.hasPlace = place.has_value();
   view.notice = noticeOf(state.quakes, context);
   view.source = sourceOf(state.quakes.checkedAt, context);
+  view.headline = headlineOf(shown, context);
   bool const isKnown = state.quakes.checkedAt || !state.quakes.data.empty();
   if (isKnown) {
     view.count = countText(shown.size(), context);
@@ -143,20 +203,20 @@ QuakesView quakesView(HazardsState const& state, std::vector<EarthquakeEvent> co
 }
 
 QuakeMap quakeMap(std::vector<EarthquakeEvent> const& shown, HazardsState const& state,
-                  std::optional<Place> const& place, Instant now) {
+                  std::optional<Place> const& place, ViewContext const& context) {
   QuakeMap map;
   map.points.reserve(shown.size());
   for (EarthquakeEvent const& event : shown) {
-    map.points.push_back({event.coordinate(), event.magnitude, ageClassOf(event.time, now)});
+    map.points.push_back({event.coordinate(), event.magnitude, ageClassOf(event.time, context.now)});
   }
   if (place) map.place = place->coordinate;
-  map.radiusKm = place ? state.filter.radiusKm : 0;
+  map.radiusKm = place ? inUnits(state.filter, context).radiusKm : 0;
   return map;
 }
 
 std::vector<ChoiceView> radiusChoices(QuakeFilter const& filter, ViewContext const& context) {
-  return choices(kRadii, filter.radiusKm, [&](double km) {
-    return km > 0 ? roundDistance(km, context) : context.text("desktop.quakes.world");
+  return choices(radiiOf(context.units.distance), inUnits(filter, context).radiusKm, [&](double km) {
+    return km > 0 ? distanceText(km, context) : context.text("desktop.quakes.world");
   });
 }
 
@@ -166,6 +226,15 @@ std::vector<ChoiceView> magnitudeChoices(QuakeFilter const& filter, ViewContext 
                ? context.text("desktop.quakes.all")
                : context.texts.format("desktop.quakes.from", magnitudeText(least, context));
   });
+}
+
+std::vector<ChoiceView> orderChoices(QuakeOrder chosen, ViewContext const& context) {
+  std::vector<ChoiceView> views;
+  for (auto const& [order, key] : {std::pair(QuakeOrder::significance, "desktop.quakes.bySignificance"),
+                                   {QuakeOrder::time, "desktop.quakes.byTime"}}) {
+    views.push_back({static_cast<double>(order), context.text(key), order == chosen});
+  }
+  return views;
 }
 
 }  // namespace nimbara

@@ -7,6 +7,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace nimbara {
@@ -14,11 +15,12 @@ namespace nimbara {
 struct QuakeView {
   std::string id;
   std::string magnitude;  ///< "5.2"
-  std::string place;      ///< in the service's words
-  std::string note;       ///< distance and depth
+  std::string place;      ///< in the service's words, distances in the user's unit
+  std::string note;       ///< distance and depth, and that it could be felt
   std::string age;
   double ageClass = 0;    ///< 0 of this hour, 1 of the last six, 2 older
   bool isStrong = false;  ///< enough to do damage
+  bool isFelt = false;    ///< it could be felt at the place
   std::string sentence;
 
   bool operator==(QuakeView const&) const = default;
@@ -29,13 +31,15 @@ inline constexpr auto viewFields<QuakeView> = FieldList{
     viewField("quakeId", &QuakeView::id),        viewField("magnitude", &QuakeView::magnitude),
     viewField("place", &QuakeView::place),       viewField("note", &QuakeView::note),
     viewField("age", &QuakeView::age),           viewField("ageClass", &QuakeView::ageClass),
-    viewField("isStrong", &QuakeView::isStrong), viewField("sentence", &QuakeView::sentence),
+    viewField("isStrong", &QuakeView::isStrong), viewField("isFelt", &QuakeView::isFelt),
+    viewField("sentence", &QuakeView::sentence),
 };
 
 /// What stands beside the list.
 struct QuakesView {
-  std::string count;   ///< "12 earthquakes in the last 24 hours", or that there are none or none known
-  std::string notice;  ///< why the list may be old or is missing; empty when all is well
+  std::string headline;  ///< the greatest: "M 8.3, 12 km W of Iquique, Chile, 38 min ago"; empty without any
+  std::string count;     ///< "12 earthquakes in the last 24 hours", or that there are none or none known
+  std::string notice;    ///< why the list may be old or is missing; empty when all is well
   std::string source;
   bool hasPlace = false;
 
@@ -44,9 +48,8 @@ struct QuakesView {
 
 template <>
 inline constexpr auto viewFields<QuakesView> = FieldList{
-    viewField("count", &QuakesView::count),
-    viewField("notice", &QuakesView::notice),
-    viewField("source", &QuakesView::source),
+    viewField("headline", &QuakesView::headline), viewField("count", &QuakesView::count),
+    viewField("notice", &QuakesView::notice),     viewField("source", &QuakesView::source),
     viewField("hasPlace", &QuakesView::hasPlace),
 };
 
@@ -83,20 +86,31 @@ struct QuakeMap {
   bool operator==(QuakeMap const&) const = default;
 };
 
-/// Those of the last 24 hours that the filter lets through, newest first; the newest 500 where there are
-/// more.
+/// By significance: what could be felt at the place first, then by magnitude; else the newest first.
+enum class QuakeOrder { significance, time };
+
+/// Whether somebody at that distance may have felt it, by the usual decay of intensity with the way from the
+/// focus.
+bool couldBeFelt(double magnitude, double km, double depthKm);
+
+/// The service's words for where it was, "75 km SE of Parkfield, CA", with the distance in the unit.
+std::string quakePlace(std::string_view place, DistanceUnit unit);
+
+/// Those of the last 24 hours that the filter lets through, in that order; the first 500 where there are
+/// more. One of the usual radii is the user's unit's.
 std::vector<EarthquakeEvent> shownQuakes(HazardsState const& state, std::optional<Place> const& place,
-                                         Instant now);
+                                         QuakeOrder order, ViewContext const& context);
 
 std::vector<QuakeView> quakeViews(std::vector<EarthquakeEvent> const& shown,
                                   std::optional<Place> const& place, ViewContext const& context);
 QuakesView quakesView(HazardsState const& state, std::vector<EarthquakeEvent> const& shown,
                       std::optional<Place> const& place, ViewContext const& context);
 QuakeMap quakeMap(std::vector<EarthquakeEvent> const& shown, HazardsState const& state,
-                  std::optional<Place> const& place, Instant now);
+                  std::optional<Place> const& place, ViewContext const& context);
 
 /// The usual values and the chosen one.
 std::vector<ChoiceView> radiusChoices(QuakeFilter const& filter, ViewContext const& context);
 std::vector<ChoiceView> magnitudeChoices(QuakeFilter const& filter, ViewContext const& context);
+std::vector<ChoiceView> orderChoices(QuakeOrder chosen, ViewContext const& context);
 
 }  // namespace nimbara

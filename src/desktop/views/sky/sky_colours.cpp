@@ -72,7 +72,30 @@ double linear(std::uint8_t channel) {
   return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
 }
 
+struct WarmthRow {
+  double celsius;
+  Colour24 colour;
+};
+
+constexpr std::array kWarmth = std::to_array<WarmthRow>({{-30, rgb(0x9a5fc7)},
+                                                         {-15, rgb(0x5b63d8)},
+                                                         {0, rgb(0x3f9be0)},
+                                                         {8, rgb(0x35b3a6)},
+                                                         {15, rgb(0x6bb545)},
+                                                         {22, rgb(0xe0b128)},
+                                                         {30, rgb(0xe8782c)},
+                                                         {40, rgb(0xd02f3e)}});
+
 }  // namespace
+
+Colour24 temperatureColour(double celsius) {
+  if (!(celsius > kWarmth.front().celsius)) return kWarmth.front().colour;
+  auto const above =
+      std::ranges::find_if(kWarmth, [&](WarmthRow const& row) { return row.celsius >= celsius; });
+  if (above == kWarmth.end()) return kWarmth.back().colour;
+  WarmthRow const& below = *std::prev(above);
+  return mix(below.colour, above->colour, (celsius - below.celsius) / (above->celsius - below.celsius));
+}
 
 SkyColours skyColours(WeatherConditionCode condition, double sunAltitude) {
   constexpr double kDay = 8, kDusk = -2, kNight = -12;

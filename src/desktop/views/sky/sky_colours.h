@@ -27,6 +27,10 @@ struct SkyColours {
 /// `sunAltitude` in degrees: full day from 8 up, full night from -12 down, a warm horizon in between.
 SkyColours skyColours(WeatherConditionCode condition, double sunAltitude);
 
+/// The one scale of temperatures, from deep frost over the freezing point to great heat. Seen on light and on
+/// dark cards.
+Colour24 temperatureColour(double celsius);
+
 /// "#2f6db0".
 std::string hexText(Colour24 colour);
 

@@ -1,9 +1,11 @@
 #include "desktop/window/models/desktop_model.h"
 
 #include "desktop/views/hazards/alert_view.h"
+#include "desktop/views/hazards/elsewhere_view.h"
 #include "desktop/views/now_view.h"
 #include "desktop/views/problem_text.h"
 #include "desktop/window/words.h"
+#include "feeds/regions/regions.h"
 #include "gazetteer/gazetteer.h"
 
 #include <algorithm>
@@ -37,9 +39,6 @@ constexpr WordRow kWords[] = {
     {"pressure", "report.pressure"},
     {"clouds", "report.clouds"},
     {"alerts", "desktop.alerts"},
-    {"previous", "desktop.previous"},
-    {"previousOf", "desktop.previousOf"},
-    {"nextOf", "desktop.nextOf"},
     {"scrollBar", "desktop.scrollBar"},
     {"keys", "desktop.keys"},
     {"keyPages", "desktop.keys.pages"},
@@ -53,9 +52,18 @@ constexpr WordRow kWords[] = {
     {"keyRemovePlace", "desktop.keys.removePlace"},
     {"keyList", "desktop.keys.list"},
     {"keyQuit", "desktop.tray.quit"},
-    {"next", "desktop.next"},
-    {"more", "desktop.more"},
-    {"less", "desktop.less"},
+    {"also", "desktop.also"},
+    {"close", "desktop.globe.close"},
+    {"warningArea", "desktop.warning.area"},
+    {"warningWhen", "desktop.warning.when"},
+    {"warningIssued", "desktop.warning.issued"},
+    {"warningSource", "desktop.warning.source"},
+    {"warningInstruction", "desktop.warning.instruction"},
+    {"warningLink", "desktop.warning.link"},
+    {"warningPrevious", "desktop.warning.previous"},
+    {"warningNext", "desktop.warning.next"},
+    {"warningMap", "desktop.warning.map"},
+    {"warningNoMap", "desktop.warning.noMap"},
     {"search", "desktop.search"},
     {"searchHint", "desktop.search.hint"},
     {"noMatch", "desktop.search.none"},
@@ -97,6 +105,8 @@ DesktopModel::DesktopModel(Setting setting, WindowActions actions, QObject* pare
       sky_(new RecordModel(this)),
       words_(new RecordModel(this)),
       alerts_(new RecordListModel(this)),
+      warning_(new RecordModel(this)),
+      elsewhere_(new RecordListModel(this)),
       tiles_(new RecordListModel(this)),
       hours_(new RecordListModel(this)),
       days_(new RecordListModel(this)),
@@ -111,6 +121,7 @@ DesktopModel::DesktopModel(Setting setting, WindowActions actions, QObject* pare
       switcher_(new SwitcherModel(this)) {
   takeWording(setting_.wording);
   connect(settings_, &SettingsModel::opened, this, &DesktopModel::tick);
+  connect(hazards_, &HazardsModel::reordered, this, &DesktopModel::tick);
   connect(globe_, &GlobeModel::settled, this, &DesktopModel::shown);
   connect(first_, &FirstModel::answered, this, &DesktopModel::tick);
   connect(switcher_, &SwitcherModel::openChanged, this, &DesktopModel::showSwitcher);
@@ -167,6 +178,7 @@ void DesktopModel::showWeather() {
   scene_ = sceneView(state, view);
   alerts_->show(alertViews(state, contextOfPlace()));
   showOpenAlert(contextOfPlace());
+  elsewhere_->show(elsewhereViews(snapshot_->places, hazards->places, snapshot_->place, view));
   hazards_->show(*snapshot_, contextOfPlace());
   tiles_->show(tileViews(state, view));
   showPlaces();
@@ -176,12 +188,23 @@ void DesktopModel::showWeather() {
   WeatherData const none;
   WeatherData const& data = state.weatherData ? *state.weatherData : none;
   hours_->show(hourViews(data, view));
-  days_->show(dayViews(data, view));
-  dayHours_->show(openDay_ < 0 ? std::vector<HourView>()
-                               : dayHourViews(data, static_cast<std::size_t>(openDay_), view));
+  showDays(data, view);
   meteogram_ = meteogramOf(data, view);
   globe_->show(snapshot_->place, view);
   Q_EMIT shown();
+}
+
+void DesktopModel::showDays(WeatherData const& data, ViewContext const& context) {
+  auto const days = dayViews(data, context);
+  days_->show(days);
+  bool const isOpen = openDay_ >= 0 && openDay_ < static_cast<int>(days.size());
+  auto const index = static_cast<std::size_t>(openDay_);
+  dayHours_->show(isOpen ? dayHourViews(data, index, context) : std::vector<HourView>());
+  QString const title =
+      isOpen ? QString::fromStdString(days[index].name + ", " + days[index].date) : QString();
+  if (title == openDayTitle_) return;
+  openDayTitle_ = title;
+  Q_EMIT openDayChanged();
 }
 
 TrayView DesktopModel::tray() const {
@@ -208,8 +231,13 @@ void DesktopModel::setOpenAlert(QString const& id) {
 }
 
 void DesktopModel::showOpenAlert(ViewContext const& context) {
-  alertDetails_ = nimbara::alertDetails(*snapshot_->weather, openAlert_, context);
-  if (alertDetails_.empty()) openAlert_.clear();
+  WarningView const view = warningView(*snapshot_->weather, openAlert_, context);
+  openAlert_ = view.id;
+  warning_->show(view);
+  auto const alert = alertOf(*snapshot_->weather, openAlert_);
+  openAlertMap_ = alert && snapshot_->place
+                      ? alertMap(*alert, snapshot_->place->coordinate, embeddedRegions().get())
+                      : AlertMap();
   Q_EMIT openAlertChanged();
 }
 

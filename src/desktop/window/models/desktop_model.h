@@ -3,6 +3,7 @@
 #pragma once
 
 #include "app/state/engine_snapshot.h"
+#include "desktop/views/hazards/alert_map.h"
 #include "desktop/views/hours_view.h"
 #include "desktop/views/places/place_undo.h"
 #include "desktop/views/sky/sky_scene.h"
@@ -40,12 +41,14 @@ class DesktopModel : public QObject {
   Q_PROPERTY(nimbara::NotificationsModel* notifications READ notifications CONSTANT)
   Q_PROPERTY(nimbara::HazardsModel* hazards READ hazards CONSTANT)
   Q_PROPERTY(QString openAlert READ openAlert WRITE setOpenAlert NOTIFY openAlertChanged)
-  Q_PROPERTY(QString alertDetails READ alertDetails NOTIFY openAlertChanged)
+  Q_PROPERTY(nimbara::RecordModel* warning READ warning CONSTANT)
+  Q_PROPERTY(nimbara::RecordListModel* elsewhere READ elsewhere CONSTANT)
   Q_PROPERTY(nimbara::RecordModel* here READ here CONSTANT)
   Q_PROPERTY(nimbara::SettingsModel* settings READ settings CONSTANT)
   Q_PROPERTY(QString problem READ problem NOTIFY shown)
   Q_PROPERTY(bool isReady READ isReady NOTIFY shown)
   Q_PROPERTY(int openDay READ openDay WRITE setOpenDay NOTIFY openDayChanged)
+  Q_PROPERTY(QString openDayTitle READ openDayTitle NOTIFY openDayChanged)
   Q_PROPERTY(QString searchText READ searchText NOTIFY searched)
   Q_PROPERTY(bool isSearchingOnline READ isSearchingOnline NOTIFY searched)
   Q_PROPERTY(QString searchNote READ searchNote NOTIFY searched)
@@ -86,7 +89,9 @@ class DesktopModel : public QObject {
   /// The identifier of the warning whose whole text is shown; empty for none.
   QString openAlert() const { return QString::fromStdString(openAlert_); }
   void setOpenAlert(QString const& id);
-  QString alertDetails() const { return QString::fromStdString(alertDetails_); }
+  RecordModel* warning() { return warning_; }
+  AlertMap const& openAlertMap() const { return openAlertMap_; }
+  RecordListModel* elsewhere() { return elsewhere_; }
   GlobeModel* globe() { return globe_; }
   NotificationsModel* notifications() { return notifications_; }
   RecordModel* here() { return here_; }
@@ -103,6 +108,8 @@ class DesktopModel : public QObject {
   TrayView tray() const;
   bool closesToTray() const { return snapshot_->closesToTray; }
   int openDay() const { return openDay_; }
+  /// "Sunday, 22 November"; empty while none is open.
+  QString openDayTitle() const { return openDayTitle_; }
   /// -1 closes it.
   void setOpenDay(int day);
   QString searchText() const { return QString::fromStdString(searchText_); }
@@ -152,6 +159,7 @@ class DesktopModel : public QObject {
   /// At once, before the engine has stored it.
   void changeAhead(std::function<PlaceResult(PlaceList&)> const& apply);
   void noteChange(PlaceChange change);
+  void showDays(WeatherData const& data, ViewContext const& context);
   void showOpenAlert(ViewContext const& context);
 
   Setting setting_;
@@ -159,10 +167,11 @@ class DesktopModel : public QObject {
   std::shared_ptr<EngineSnapshot const> snapshot_ = std::make_shared<EngineSnapshot>();
   bool isReady_ = false;
   int openDay_ = -1;
+  QString openDayTitle_;
   std::string searchText_;
   std::string answeredText_;
   std::string openAlert_;
-  std::string alertDetails_;
+  AlertMap openAlertMap_;
   std::vector<FoundPlace> foundPlaces_;
   bool isSearchingOnline_ = false;
   QString searchNote_;
@@ -174,6 +183,8 @@ class DesktopModel : public QObject {
   RecordModel* sky_;
   RecordModel* words_;
   RecordListModel* alerts_;
+  RecordModel* warning_;
+  RecordListModel* elsewhere_;
   RecordListModel* tiles_;
   RecordListModel* hours_;
   RecordListModel* days_;

@@ -16,6 +16,7 @@ constexpr WordRow kWords[] = {
     {"quakes", "desktop.quakes"},
     {"radius", "desktop.quakes.radius"},
     {"strength", "desktop.quakes.strength"},
+    {"order", "desktop.quakes.order"},
     {"map", "desktop.quakes.map"},
     {"mapHint", "desktop.quakes.mapHint"},
     {"lastHour", "desktop.quakes.lastHour"},
@@ -23,8 +24,6 @@ constexpr WordRow kWords[] = {
     {"lastDay", "desktop.quakes.lastDay"},
     {"kp", "desktop.kp"},
     {"bars", "desktop.kp.bars"},
-    {"more", "desktop.more"},
-    {"less", "desktop.less"},
 };
 
 }  // namespace
@@ -39,6 +38,7 @@ HazardsModel::HazardsModel(EngineActions& engine, QObject* parent)
       quakes_(new RecordListModel(this)),
       radii_(new RecordListModel(this)),
       magnitudes_(new RecordListModel(this)),
+      orders_(new RecordListModel(this)),
       kp_(new RecordModel(this)) {}
 
 void HazardsModel::show(EngineSnapshot const& snapshot, ViewContext const& context) {
@@ -57,12 +57,13 @@ void HazardsModel::showQuakes(EngineSnapshot const& snapshot, ViewContext const&
   HazardsState const& state = *snapshot.hazards;
   std::string const pointedAt =
       highlighted_ < 0 ? std::string() : shownQuakes_[static_cast<std::size_t>(highlighted_)].id;
-  auto const events = shownQuakes(state, snapshot.place, context.now);
+  auto const events = shownQuakes(state, snapshot.place, order_, context);
   shownQuakes_ = quakeViews(events, snapshot.place, context);
-  quakeMap_ = nimbara::quakeMap(events, state, snapshot.place, context.now);
+  quakeMap_ = nimbara::quakeMap(events, state, snapshot.place, context);
   about_->show(quakesView(state, events, snapshot.place, context));
   radii_->show(radiusChoices(state.filter, context));
   magnitudes_->show(magnitudeChoices(state.filter, context));
+  orders_->show(orderChoices(order_, context));
   quakes_->show(shownQuakes_);
   auto const found = std::ranges::find(shownQuakes_, pointedAt, &QuakeView::id);
   bool const isStill = !pointedAt.empty() && found != shownQuakes_.end();
@@ -92,6 +93,13 @@ void HazardsModel::setRadius(double km) {
 
 void HazardsModel::setMagnitude(double least) {
   engine_.setQuakeMagnitude(least);
+}
+
+void HazardsModel::setOrder(double order) {
+  auto const wanted = order > 0 ? QuakeOrder::time : QuakeOrder::significance;
+  if (wanted == order_) return;
+  order_ = wanted;
+  Q_EMIT reordered();
 }
 
 }  // namespace nimbara

@@ -24,6 +24,7 @@ class HazardsModel : public QObject {
   Q_PROPERTY(nimbara::RecordListModel* quakes READ quakes CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* radii READ radii CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* magnitudes READ magnitudes CONSTANT)
+  Q_PROPERTY(nimbara::RecordListModel* orders READ orders CONSTANT)
   Q_PROPERTY(nimbara::RecordModel* kp READ kp CONSTANT)
   Q_PROPERTY(int highlighted READ highlighted WRITE setHighlighted NOTIFY highlightedChanged)
   Q_PROPERTY(QString highlightedText READ highlightedText NOTIFY highlightedChanged)
@@ -40,6 +41,7 @@ class HazardsModel : public QObject {
   RecordListModel* quakes() { return quakes_; }
   RecordListModel* radii() { return radii_; }
   RecordListModel* magnitudes() { return magnitudes_; }
+  RecordListModel* orders() { return orders_; }
   RecordModel* kp() { return kp_; }
   QuakeMap const& quakeMap() const { return quakeMap_; }
   KpBars const& kpBars() const { return kpBars_; }
@@ -51,10 +53,13 @@ class HazardsModel : public QObject {
   Q_INVOKABLE void look();
   Q_INVOKABLE void setRadius(double km);
   Q_INVOKABLE void setMagnitude(double least);
+  /// One of the values of `orders`.
+  Q_INVOKABLE void setOrder(double order);
 
  Q_SIGNALS:
   void shown();
   void highlightedChanged();
+  void reordered();  ///< the list is to be shown anew
 
  private:
   void showQuakes(EngineSnapshot const& snapshot, ViewContext const& context);
@@ -67,9 +72,11 @@ class HazardsModel : public QObject {
   RecordListModel* quakes_;
   RecordListModel* radii_;
   RecordListModel* magnitudes_;
+  RecordListModel* orders_;
   RecordModel* kp_;
   QuakeMap quakeMap_;
   KpBars kpBars_;
+  QuakeOrder order_ = QuakeOrder::significance;
   int highlighted_ = -1;
   std::vector<QuakeView> shownQuakes_;
 };

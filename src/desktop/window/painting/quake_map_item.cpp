@@ -1,65 +1,19 @@
 #include "desktop/window/painting/quake_map_item.h"
 
-#include "gazetteer/world_outlines.h"
-
 #include <QPainter>
 #include <QPainterPath>
 #include <QQuickWindow>
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <ranges>
+#include <vector>
 
 namespace nimbara {
 
 namespace {
 
 constexpr double kWorld = 360;
-/// In picture points: bends below this are left out of lines.
-constexpr double kFinest = 0.6;
 /// How near a pointer has to come.
 constexpr double kReach = 12;
-
-QPointF scaled(MapPoint point, QSizeF size) {
-  return {point.x * size.width(), point.y * size.height()};
-}
-
-/// The line as it lies in the frame, and whether any of it can be seen there.
-class LineDrawer {
- public:
-  LineDrawer(MapFrame const& frame, QSizeF size) : frame_(frame), size_(size) {}
-
-  /// Adds a line, once for each way around the world on which it can be seen.
-  void add(WorldLine const& line, QPainterPath& path) const {
-    auto const [west, east] = std::ranges::minmax(line, {}, &Coordinate::longitude);
-    for (double const turn : {-kWorld, 0.0, kWorld}) {
-      double const shift = turn - frame_.centre.longitude;
-      double const half = frame_.degreesWide / 2;
-      if (east.longitude + shift >= -half && west.longitude + shift <= half) addShifted(line, shift, path);
-    }
-  }
-
- private:
-  void addShifted(WorldLine const& line, double shift, QPainterPath& path) const {
-    QPointF last;
-    bool isFirst = true;
-    for (Coordinate const& point : line) {
-      QPointF const to = scaled(frame_.atOffset(point.longitude + shift, point.latitude), size_);
-      if (isFirst) {
-        path.moveTo(to);
-      } else if ((to - last).manhattanLength() >= kFinest) {
-        path.lineTo(to);
-      } else {
-        continue;
-      }
-      isFirst = false;
-      last = to;
-    }
-  }
-
-  MapFrame const& frame_;
-  QSizeF size_;
-};
 
 }  // namespace
 
@@ -100,24 +54,7 @@ double QuakeMapItem::radiusOf(double magnitude) const {
 
 void QuakeMapItem::paintLand(QPainter& painter, MapFrame const& frame) {
   double const ratio = window() == nullptr ? 1 : window()->effectiveDevicePixelRatio();
-  QSizeF const points = size();
-  LandKey const key{(points * ratio).toSize(), frame, sea_, land_, border_};
-  if (landPicture_.isNull() || key != landKey_) {
-    landKey_ = key;
-    landPicture_ = QImage(key.size, QImage::Format_RGB32);
-    landPicture_.setDevicePixelRatio(ratio);
-    landPicture_.fill(sea_);
-    LineDrawer const drawer(frame, points);
-    QPainter picture(&landPicture_);
-    picture.setRenderHint(QPainter::Antialiasing);
-    QPainterPath coasts;
-    for (WorldLine const& ring : landOutlines()) drawer.add(ring, coasts);
-    picture.fillPath(coasts, land_);
-    QPainterPath borders;
-    for (WorldLine const& line : borderLines()) drawer.add(line, borders);
-    picture.strokePath(borders, QPen(border_, 0.7));
-  }
-  painter.drawImage(QPointF(0, 0), landPicture_);
+  land_.paint(painter, frame, size(), ratio, {sea_, landColour_, border_});
 }
 
 /// Its pieces: where it passes a pole or the far side of the world it is broken.
@@ -139,14 +76,7 @@ void QuakeMapItem::paintCircle(QPainter& painter, MapFrame const& frame) const {
 }
 
 void QuakeMapItem::paintPlace(QPainter& painter, MapFrame const& frame) const {
-  if (!data().place) return;
-  QPointF const centre = at(frame, *data().place);
-  painter.setPen(QPen(mark_, 1.8));
-  painter.setBrush(Qt::NoBrush);
-  painter.drawEllipse(centre, 4.5, 4.5);
-  for (QPointF const& way : std::array<QPointF, 4>{{{1, 0}, {-1, 0}, {0, 1}, {0, -1}}}) {
-    painter.drawLine(centre + 4.5 * way, centre + 8.5 * way);
-  }
+  if (data().place) paintPlaceMark(painter, at(frame, *data().place), mark_);
 }
 
 void QuakeMapItem::paintQuake(QPainter& painter, MapFrame const& frame, QuakePoint const& point) const {
@@ -158,7 +88,7 @@ void QuakeMapItem::paintQuake(QPainter& painter, MapFrame const& frame, QuakePoi
   painter.drawEllipse(at(frame, point.place), radius, radius);
 }
 
-/// The newest on top, and what is pointed at above all.
+/// The smallest on top, so that none is hidden, and what is pointed at above all.
 void QuakeMapItem::paint(QPainter* painter) {
   if (width() < 1 || height() < 1) return;
   MapFrame const shown = frame();
@@ -167,7 +97,10 @@ void QuakeMapItem::paint(QPainter* painter) {
   painter->setRenderHint(QPainter::Antialiasing);
   paintCircle(*painter, shown);
   auto const& points = data().points;
-  for (QuakePoint const& point : std::views::reverse(points)) paintQuake(*painter, shown, point);
+  std::vector<QuakePoint const*> greatestFirst;
+  for (QuakePoint const& point : points) greatestFirst.push_back(&point);
+  std::ranges::stable_sort(greatestFirst, std::ranges::greater{}, &QuakePoint::magnitude);
+  for (QuakePoint const* const point : greatestFirst) paintQuake(*painter, shown, *point);
   paintPlace(*painter, shown);
   int const row = model_ == nullptr ? -1 : model_->highlighted();
   if (row < 0) return;

@@ -1,13 +1,11 @@
 // The world, or the part of it around the place, with the earthquakes as points: the larger the stronger, the
-// colour by age. An item of the window; what is shown comes from the model. The land is drawn once for a size
-// and a frame and kept as a picture.
+// colour by age. An item of the window; what is shown comes from the model.
 #pragma once
 
-#include "desktop/views/globe/world_map.h"
 #include "desktop/window/models/hazards_model.h"
+#include "desktop/window/painting/land_picture.h"
 
 #include <QColor>
-#include <QImage>
 #include <QQuickPaintedItem>
 
 namespace nimbara {
@@ -16,7 +14,7 @@ class QuakeMapItem : public QQuickPaintedItem {
   Q_OBJECT
   Q_PROPERTY(nimbara::HazardsModel* model READ model WRITE setModel NOTIFY changed)
   Q_PROPERTY(QColor sea MEMBER sea_ NOTIFY changed)
-  Q_PROPERTY(QColor land MEMBER land_ NOTIFY changed)
+  Q_PROPERTY(QColor land MEMBER landColour_ NOTIFY changed)
   Q_PROPERTY(QColor border MEMBER border_ NOTIFY changed)
   Q_PROPERTY(QColor mark MEMBER mark_ NOTIFY changed)
   Q_PROPERTY(QColor ring MEMBER ring_ NOTIFY changed)
@@ -36,14 +34,6 @@ class QuakeMapItem : public QQuickPaintedItem {
   void changed();
 
  private:
-  /// What the picture of the land depends on.
-  struct LandKey {
-    QSize size;
-    MapFrame frame;
-    QColor sea, land, border;
-    bool operator==(LandKey const&) const = default;
-  };
-
   QuakeMap const& data() const;
   MapFrame frame() const;
   QPointF at(MapFrame const& frame, Coordinate place) const;
@@ -54,10 +44,9 @@ class QuakeMapItem : public QQuickPaintedItem {
   void paintQuake(QPainter& painter, MapFrame const& frame, QuakePoint const& point) const;
 
   HazardsModel* model_ = nullptr;
-  QColor sea_, land_, border_, mark_, ring_;
+  QColor sea_, landColour_, border_, mark_, ring_;
   QVariantList ages_;
-  LandKey landKey_;
-  QImage landPicture_;
+  LandPicture land_;
 };
 
 }  // namespace nimbara
