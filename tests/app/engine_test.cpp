@@ -1,11 +1,11 @@
 #include "app/engine/engine.h"
 
 #include "app/engine/engine_options.h"
-#include "app/engine/engine_snapshot.h"
 #include "app/services/feed_services.h"
 #include "app/services/wording.h"
 #include "app/settings/environment.h"
 #include "app/settings/settings_registry.h"
+#include "app/state/engine_snapshot.h"
 #include "model/weather_cache.h"
 #include "notifications/engine/notification_state.h"
 #include "notifications/rules/mute_changes.h"

@@ -153,6 +153,14 @@ TEST(FoundView, KnowsTheSavedPlaceThatItIs) {
   EXPECT_EQ(foundViews({lisbon}, list).front().name, "Lisboa (Lisbon)") << "by which name it was found";
 }
 
+TEST(FoundView, SaysByWhichNameItWasFound) {
+  FoundPlace lisbon{"Lisbon", "Portugal", "PT", "", {38.72, -9.14}, ""};
+  EXPECT_EQ(foundViews({lisbon}, {})[0].sentence, "Lisbon, Portugal");
+  lisbon.otherName = "Lisboa";
+  EXPECT_EQ(foundViews({lisbon}, {})[0].name, "Lisboa (Lisbon)");
+  EXPECT_EQ(foundViews({lisbon}, {})[0].sentence, "Lisboa (Lisbon), Portugal");
+}
+
 TEST(OnlineSearch, SaysWhatFailed) {
   APIError offline = APIError::of(APIError::Case::networkError);
   offline.transport = HttpError::Kind::connectionFailed;
