@@ -51,15 +51,15 @@ TEST(KpPage, HasTheLastAndTheNextDaysInTheReadersHours) {
       {{at("2026-11-21T09:00:00Z"), 3, predicted}, {at("2026-11-22T18:00:00Z"), 5.33, predicted}},
       {}};
   EXPECT_THAT(page(outlook),
-              testing::EndsWith("Highest in the forecast: Kp 5.33 (minor storm (G1)), Sunday 6:00 PM\n"
+              testing::EndsWith("Highest in the forecast: Kp 5.33, minor storm (G1), Sunday 6:00 PM\n"
                                 "\n"
                                 "Kp in steps of three hours (~ forecast)\n"
-                                "          12 AM    3 AM    6 AM    9 AM   12 PM    3 PM    6 PM    9 PM\n"
+                                "           12 AM    3 AM    6 AM    9 AM   12 PM    3 PM    6 PM    9 PM\n"
                                 "Fri 20                                                              1.33\n"
                                 "Sat 21      2.67            2.00   ~3.00\n"
                                 "Sun 22                                                     ~5.33\n"));
   EXPECT_THAT(page(outlook, test::zone("Europe/Berlin")),
-              HasSubstr("           1 AM    4 AM    7 AM   10 AM    1 PM    4 PM    7 PM   10 PM\n"
+              HasSubstr("            1 AM    4 AM    7 AM   10 AM    1 PM    4 PM    7 PM   10 PM\n"
                         "Fri 20                                                              1.33\n"
                         "Sat 21      2.67            2.00   ~3.00\n"));
   EXPECT_THAT(page(outlook, test::zone("Asia/Kathmandu")), HasSubstr("     2:45    5:45    8:45   11:45"));

@@ -43,12 +43,12 @@ TEST(PassTable, HasPointsOfTheCompassBelowEachDay) {
                    {"ISS (ZARYA)", visiblePass("2026-11-21"), 100},
                    {"ISS (ZARYA)", visiblePass("2026-11-22"), std::nullopt}}),
             "ISS (ZARYA): passes over Berlin\n"
-            "       Rises             Highest         Sets  Visible            Clouds\n"
+            "        Rises          Highest         Sets  Visible            Clouds\n"
             "Saturday, 21 November 2026\n"
-            "  4:45 PM W    4:50 PM  23° S    4:55 PM E    bright sky           14 %\n"
-            "  4:45 PM W    4:50 PM  62° S    4:55 PM E    4:46 PM – 4:52 PM   100 %\n"
+            "  4:45 PM W    4:50 PM 23° S    4:55 PM E    bright sky           14 %\n"
+            "  4:45 PM W    4:50 PM 62° S    4:55 PM E    4:46 PM – 4:52 PM   100 %\n"
             "Sunday, 22 November 2026\n"
-            "  4:45 PM W    4:50 PM  62° S    4:55 PM E    4:46 PM – 4:52 PM\n");
+            "  4:45 PM W    4:50 PM 62° S    4:55 PM E    4:46 PM – 4:52 PM\n");
 }
 
 TEST(PassTable, SaysWhyAPassIsNotVisible) {

@@ -42,7 +42,7 @@ TEST(AuroraSight, ComesNearerWithTheIndex) {
   for (Row const& row :
        {Row{kBerlin, 1.67, none}, Row{kBerlin, 6, none}, Row{kBerlin, 7, low}, Row{kBerlin, 9, low},
         Row{kEdinburgh, 4, none}, Row{kEdinburgh, 5, low}, Row{kEdinburgh, 8, high}, Row{kTromso, 0, high},
-        Row{kMinneapolis, 2, none}, Row{kMinneapolis, 5, low}, Row{kHobart, 3, none}, Row{kHobart, 6, low},
+        Row{kMinneapolis, 2, none}, Row{kMinneapolis, 5, low}, Row{kHobart, 2, none}, Row{kHobart, 5, low},
         Row{kSingapore, 9, none}, Row{kTromso, -1, high}, Row{kBerlin, 12, low}}) {
     EXPECT_EQ(auroraSight(row.place, row.kp), row.sight) << row.place.latitude << " " << row.kp;
   }
