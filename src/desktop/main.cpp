@@ -197,6 +197,17 @@ int showWindow(QGuiApplication& application, Environment const& environment, Des
   wanted.now = options.now;
   wanted.places = places;
   wanted.place = options.place;
+  wanted.leavesNoTrace = !options.screenshot.empty();
+  wanted.onUnknownPlace = [](std::string const& place) {
+    QMetaObject::invokeMethod(
+        qApp,
+        [place] {
+          QCoreApplication::exit(
+              fail(1, "no place called '" + oneLine(place) +
+                          "' was found; try another spelling or a coordinate like 52.52,13.41"));
+        },
+        Qt::QueuedConnection);
+  };
   wanted.waitsForWindow = true;
   wanted.followsAppearance = true;
   wanted.onGlobeChange = onGlobeChange;

@@ -12,6 +12,7 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <cstdlib>
 
 namespace nimbara {
@@ -113,12 +114,47 @@ TEST_F(Core, ChoosesAPlaceByWhatItIsCalled) {
     ASSERT_TRUE(chosen) << text;
     EXPECT_EQ(chosen->unknownPlace, "");
   }
-  core->choosePlace("Atlantis");
+  core->choosePlace("Zzyzxqw");
   auto const kept = waitFor([](EngineSnapshot const& snapshot) { return !snapshot.unknownPlace.empty(); });
   ASSERT_TRUE(kept);
-  EXPECT_EQ(kept->unknownPlace, "Atlantis");
+  EXPECT_EQ(kept->unknownPlace, "Zzyzxqw");
   EXPECT_FALSE(kept->problem.has_value());
   EXPECT_EQ(nameOf(*kept), "Oslo");
+}
+
+TEST_F(Core, ShowsAPlaceThatIsNotSavedAndRemembersNone) {
+  for (std::string const& text : {std::string("-13.83,-171.77"), std::string("Apia"), std::string("Oslo")}) {
+    first.reset();
+    while (box.take(seconds(0))) {
+    }
+    auto options = optionsOf(text, false);
+    options.leavesNoTrace = true;
+    Engine const core(environment, std::move(options), [this](SnapshotBox::Snapshot snapshot) {
+      if (!first) first = snapshot;
+      box.put(std::move(snapshot));
+    });
+    ASSERT_TRUE(waitFor([](EngineSnapshot const&) { return true; }));
+    EXPECT_EQ(nameOf(*first), text == "Oslo" ? "Oslo" : "Apia") << text;
+    FixedClock const clock(kNow);
+    EXPECT_FALSE(WeatherCache(environment.cacheDirectory, clock).loadLastLocation()) << text;
+  }
+  SqliteSettingsStore store(environment.dataDirectory, settingsRegistry());
+  auto const list = Places(store).list();
+  ASSERT_TRUE(list);
+  EXPECT_EQ(list->places.size(), 2U);
+  EXPECT_EQ(list->find(*list->selected)->name, "Quito") << "looking at a place selects none";
+}
+
+TEST_F(Core, SaysThatItKnowsNoSuchPlace) {
+  std::atomic<bool> isSaid = false;
+  auto options = optionsOf("Zzyzxqw", false);
+  options.onUnknownPlace = [&](std::string const& place) { isSaid = place == "Zzyzxqw"; };
+  Engine const core(environment, std::move(options),
+                    [this](SnapshotBox::Snapshot snapshot) { box.put(std::move(snapshot)); });
+  auto const shown = waitFor([](EngineSnapshot const& snapshot) { return !snapshot.unknownPlace.empty(); });
+  ASSERT_TRUE(shown);
+  EXPECT_EQ(nameOf(*shown), "Quito");
+  EXPECT_TRUE(isSaid);
 }
 
 TEST_F(Core, FollowsWhetherClosingHides) {

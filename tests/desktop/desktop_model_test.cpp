@@ -185,6 +185,7 @@ TEST(DesktopOptions, NameWhatIsWrong) {
   for (MistakeRow const& row :
        {MistakeRow{{"--page", "moon"}, "moon"}, MistakeRow{{"--theme", "pink"}, "pink"},
         MistakeRow{{"--size", "big"}, "big"}, MistakeRow{{"--now", "noon"}, "noon"},
+        MistakeRow{{"--place", "95,10"}, "95,10"}, MistakeRow{{"--place", "?"}, "?"},
         MistakeRow{{"--what"}, "--what"}, MistakeRow{{"--thme=dark"}, "did you mean --theme?"}}) {
     auto const options = parseDesktopOptions(row.arguments, {});
     ASSERT_FALSE(options) << row.named;

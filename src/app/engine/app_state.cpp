@@ -137,7 +137,7 @@ void AppState::selectPlace(std::optional<Place> place, RefreshTrigger trigger) {
     return;
   }
   auto const forecasts = forecasts_();
-  forecasts->cache().saveLastLocation(keyOf(*place));
+  if (surroundings_.isRemembered) forecasts->cache().saveLastLocation(keyOf(*place));
   if (auto const kept = forecasts->cached(*place)) show(*place, *kept);
   requestRefresh(trigger);
 }

@@ -67,6 +67,7 @@ class AppState {
     std::function<void()> onChange;                     ///< the weather state was replaced
     std::function<void()> onDueChange;                  ///< `nextDue` may have moved
     std::function<std::chrono::milliseconds()> jitter;  ///< added to the timer, against full hours
+    bool isRemembered = true;                           ///< the place that is shown, for the next start
   };
 
   AppState(InUse<ForecastService> forecasts, Clock const& clock, TaskRunner& runner,

@@ -171,6 +171,7 @@ void Engine::makeState() {
   all.onArrival = [this](LocationFix const& fix) { run([this, fix] { arrive(fix); }); };
   all.onDueChange = [this] { timer_->wake(); };
   all.jitter = requestJitter;
+  all.isRemembered = !options_->leavesNoTrace;
   state_ = std::make_unique<AppState>(forecastsOf(services), *clock_, *held_, std::move(all));
 }
 
@@ -238,7 +239,8 @@ void Engine::makeFollower() {
 void Engine::first() {
   places_->begin(options_->places, [this] { return services()->cache().loadLastLocation(); });
   if (hazards_) hazards_->readFilter();
-  if (!options_->place.empty()) places_->choose(options_->place);
+  bool const isKnown = options_->place.empty() || places_->look(options_->place);
+  if (!isKnown && options_->onUnknownPlace) options_->onUnknownPlace(options_->place);
   showSelected(RefreshTrigger::start);
   if (listener_) settings_->noteProviders(*services());
   apply(settings_->reread());
@@ -285,7 +287,7 @@ void Engine::apply(SettingsChanges const& changes) {
 }
 
 void Engine::showSelected(RefreshTrigger trigger) {
-  auto const place = places_->selected();
+  auto const place = places_->shown();
   if (trigger == RefreshTrigger::start || place != state_->selectedPlace()) {
     if (!place) tell(EngineEvent::noPlace);
     if (hazards_) hazards_->setPlace(place);

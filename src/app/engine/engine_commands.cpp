@@ -63,6 +63,7 @@ void Engine::setForeground(bool isForeground) {
 
 void Engine::selectPlace(Uuid id) {
   run([this, id] {
+    places_->lookAway();
     change([&id](PlaceList& list) {
       bool const isHere = id == kCurrentLocation && list.lastFix;
       return isHere ? selectCurrentLocation(list, LocationFix(*list.lastFix))
@@ -73,7 +74,7 @@ void Engine::selectPlace(Uuid id) {
 
 void Engine::choosePlace(std::string text) {
   run([this, text = std::move(text)] {
-    adoptPlaces([&] { places_->choose(text); });
+    std::ignore = places_->look(text);
     showSelected(RefreshTrigger::placeChosen);
     timer_->wake();
   });

@@ -51,7 +51,8 @@ struct EngineOptions {
   // Of programs that run for long.
   std::string program = "window";  ///< what the others read of whoever notifies
   std::vector<SavedPlace> places;  ///< saved when there are none
-  std::string place;               ///< selected at the start, as by `choosePlace`; may be empty
+  std::string place;               ///< shown at the start, as by `choosePlace`; may be empty
+  bool leavesNoTrace = false;      ///< the place that is shown is not remembered: for a picture
   bool waitsForWindow = false;     ///< nothing is asked of the services before `windowIsShown`
   bool followsAppearance = false;  ///< of the desktop: dark or light, with or without movements
   Locate locate;
@@ -62,6 +63,7 @@ struct EngineOptions {
   // Called on the engine's threads.
   std::function<void(ApplicationCall const&)> onOpen;  ///< a person clicked on a notification
   std::function<void()> onGlobeChange;
+  std::function<void(std::string const& place)> onUnknownPlace;  ///< the one to show at the start
   std::function<void(AppState::RefreshReport const&)> onRefresh;
   std::function<void(PassReport const&)> onPass;
   std::function<void(EngineEvent)> onEvent;

@@ -20,8 +20,13 @@ PlacesState EnginePlaces::state() const {
   return state_;
 }
 
-std::optional<Place> EnginePlaces::selected() const {
+std::optional<Place> EnginePlaces::shown() const {
   std::lock_guard const lock(mutex_);
+  return lookedAt_ ? lookedAt_ : selected();
+}
+
+/// With the lock held.
+std::optional<Place> EnginePlaces::selected() const {
   auto const selected = selectedPlace(state_.list, state_.location.here);
   return selected || state_.list.selected ? selected : lastShown_;
 }
@@ -37,8 +42,8 @@ std::vector<Place> EnginePlaces::saved() const {
 }
 
 std::vector<WatchedPlace> EnginePlaces::watched() const {
-  auto const place = selected();
   std::lock_guard const lock(mutex_);
+  auto const place = selected();
   return place ? watchedPlaces(*place, state_.list) : std::vector<WatchedPlace>();
 }
 
@@ -47,23 +52,37 @@ bool EnginePlaces::read() {
 }
 
 void EnginePlaces::change(std::function<PlaceResult(PlaceList&)> const& apply) {
+  auto const before = state().list.selected;
   std::ignore = keep(stored_.change(apply));
   std::lock_guard const lock(mutex_);
   state_.unknown.clear();
+  if (state_.list.selected != before) lookedAt_.reset();
 }
 
-void EnginePlaces::choose(std::string const& text) {
-  bool isKnown = true;
-  change([&](PlaceList& list) -> PlaceResult {
-    SavedPlace const* const place = savedPlaceMeant(list, text);
-    isKnown = place != nullptr;
-    if (!isKnown) return std::unexpected("no saved place is called " + oneLine(text));
-    return selectPlace(list, place->id);
-  });
-  if (isKnown) return;
+std::optional<Place> EnginePlaces::placeMeant(PlaceList const& list, std::string const& text) const {
+  if (SavedPlace const* const saved = savedPlaceMeant(list, text)) return placeOf(*saved);
+  std::string const language = settings_.wording()->texts->language();
+  auto const wanted = parsePlace(text);
+  if (!wanted) return std::nullopt;
+  if (auto const* const coordinate = std::get_if<Coordinate>(&*wanted))
+    return describedPlace(*coordinate, language);
+  auto const found = searchOffline(std::get<PlaceName>(*wanted).name, language);
+  return found.empty() ? std::nullopt : std::optional(placeOf(savedPlaceOf(found.front())));
+}
+
+bool EnginePlaces::look(std::string const& text) {
+  auto place = placeMeant(state().list, text);
   std::lock_guard const lock(mutex_);
   state_.problem.reset();
-  state_.unknown = oneLine(text);
+  state_.unknown = place ? std::string() : oneLine(text);
+  if (!place) return false;
+  lookedAt_ = std::move(place);
+  return true;
+}
+
+void EnginePlaces::lookAway() {
+  std::lock_guard const lock(mutex_);
+  lookedAt_.reset();
 }
 
 void EnginePlaces::begin(std::vector<SavedPlace> const& places,

@@ -24,16 +24,21 @@ class EnginePlaces {
   EnginePlaces(SettingsStore& store, InUse<ForecastService> forecasts, EngineSettings const& settings);
 
   PlacesState state() const;
-  /// The selected place; the one that was shown last while nothing is selected.
-  std::optional<Place> selected() const;
+  /// The one that is looked at; else the selected place, or while nothing is selected the one that was shown
+  /// last.
+  std::optional<Place> shown() const;
   std::vector<Place> saved() const;
+  /// Looking at a place makes it none of these.
   std::vector<WatchedPlace> watched() const;
 
   /// Again from the store, after another process has changed it. True when the places are others.
   bool read();
   void change(std::function<PlaceResult(PlaceList&)> const& apply);
-  /// The saved place by its name, identifier or coordinate.
-  void choose(std::string const& text);
+  /// Shows a place until another one is chosen or the program ends: a saved one by its name, identifier or
+  /// coordinate, any other by its coordinate or as the gazetteer knows its name. False where there is none.
+  bool look(std::string const& text);
+  /// The selected place is shown again.
+  void lookAway();
   /// Reads the places, and saves these when there are none. `lastShown` gives the key of the place that was
   /// shown last; it is asked only where nothing is selected.
   void begin(std::vector<SavedPlace> const& places,
@@ -51,6 +56,8 @@ class EnginePlaces {
   void noteLocation(LocationState::Phase phase, std::string message = {});
 
  private:
+  std::optional<Place> selected() const;
+  std::optional<Place> placeMeant(PlaceList const& list, std::string const& text) const;
   bool isSaved(Uuid const& id) const;
   bool keep(Result<PlaceList, StoreError> list);
 
@@ -59,9 +66,10 @@ class EnginePlaces {
   InUse<ForecastService> forecasts_;
   EngineSettings const& settings_;
 
-  mutable std::mutex mutex_;  // guards the two below
+  mutable std::mutex mutex_;  // guards those below
   PlacesState state_;
   std::optional<Place> lastShown_;
+  std::optional<Place> lookedAt_;
 };
 
 }  // namespace nimbara

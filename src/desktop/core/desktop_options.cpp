@@ -1,6 +1,7 @@
 #include "desktop/core/desktop_options.h"
 
 #include "app/options/command.h"
+#include "app/places/place.h"
 #include "app/version.h"
 #include "base/text/number.h"
 
@@ -24,7 +25,7 @@ void define(Command app, DesktopOptions& options, RawDesktopOptions& raw) {
   app.option("--services", options.services, "Use this base address for every service").called("URL");
   app.option("--now", raw.now, "Pretend it is this time, for example 2026-11-21T09:20:00Z").called("TIME");
   app.option("--page", raw.page, "The page to open").among(enumNames<DesktopPage>);
-  app.option("--place", options.place, "The saved place to show").called("PLACE");
+  app.option("--place", options.place, "The place to show: LAT,LON, a saved place or a city").called("PLACE");
   app.flag("--refresh", options.refresh, "Refresh now");
   app.option("--theme", raw.theme, "The appearance; from the settings by default")
       .among(enumNames<DesktopTheme>);
@@ -44,6 +45,8 @@ Result<void, std::string> understand(DesktopOptions& options, RawDesktopOptions 
     if (!size) return std::unexpected("not a size like 1280x800: '" + raw.size + "'");
     options.size = size;
   }
+  if (auto const place = parsePlace(options.place); !options.place.empty() && !place)
+    return std::unexpected(place.error());
   options.page = enumFromName<DesktopPage>(raw.page);
   options.theme = enumFromName<DesktopTheme>(raw.theme);
   options.globe = enumFromName<DesktopGlobe>(raw.globe).value_or(DesktopGlobe::automatic);

@@ -46,7 +46,7 @@ struct DesktopOptions {
   std::optional<DesktopPage> page;
   std::optional<DesktopTheme> theme;  ///< in place of the setting
   std::optional<WindowSize> size;
-  std::string place;  ///< a saved one to select: its name, identifier or coordinate
+  std::string place;  ///< to show in this run: the name or identifier of a saved one, a coordinate or a city
   bool refresh = false;
   DesktopGlobe globe = DesktopGlobe::automatic;
   std::string screenshot;  ///< the file of the one picture that is asked for; empty for a window
