@@ -260,10 +260,9 @@ TEST(PlaceSearch, AsksOnlineForATownWithItsPostalCode) {
   constexpr std::string_view kMitte = R"({"results":[{"name":"Mitte","latitude":52.52,"longitude":13.4}]})";
   constexpr std::string_view kElsewhere = R"({"results":[{"name":"Nowhere","latitude":1,"longitude":2}]})";
   constexpr std::string_view kBerlin = R"({"results":[{"name":"Berlin","latitude":52.5,"longitude":13.4}]})";
-  for (Row const& row :
-       {Row{{"{}", kMitte}, {"10115%20Berlin", "10115"}, "Mitte"},
-        Row{{"{}", kElsewhere, kBerlin}, {"10115%20Berlin", "10115", "Berlin"}, "Berlin"},
-        Row{{"{}", "{}", kBerlin}, {"10115%20Berlin", "10115", "Berlin"}, "Berlin"}}) {
+  for (Row const& row : {Row{{"{}", kMitte}, {"10115%20Berlin", "10115"}, "Mitte"},
+                         Row{{"{}", kElsewhere, kBerlin}, {"10115%20Berlin", "10115", "Berlin"}, "Berlin"},
+                         Row{{"{}", "{}", kBerlin}, {"10115%20Berlin", "10115", "Berlin"}, "Berlin"}}) {
     test::FakeHttpClient http;
     ServiceDirectory const services({}, "http://127.0.0.1:1");
     PlaceSearch search(http, services);
@@ -282,18 +281,13 @@ TEST(OfflineSearch, UnderstandsWhatPeopleType) {
   struct Row {
     std::string_view text, name, otherName, country;
   };
-  for (Row const& row : {Row{"Berlin", "Berlin", "", "DE"},
-                         Row{"Lisboa", "Lisbon", "Lisboa", "PT"},
-                         Row{"LISBOA, Portugal", "Lisbon", "Lisboa", "PT"},
-                         Row{"münch", "Munich", "München", "DE"},
-                         Row{"monaco di bav", "Munich", "Monaco di Baviera", "DE"},
-                         Row{"nyc", "New York City", "NYC", "US"},
-                         Row{"St. Moritz", "St. Moritz", "", "CH"},
-                         Row{"10115 Berlin", "Berlin", "", "DE"},
-                         Row{"1000-205 Lisboa", "Lisbon", "Lisboa", "PT"},
-                         Row{"London SW1A 1AA", "London", "", "GB"},
-                         Row{"38.72, -9.14", "Lisbon", "", "PT"},
-                         Row{"40,-40", "40.00°N 40.00°W", "", ""}}) {
+  for (Row const& row :
+       {Row{"Berlin", "Berlin", "", "DE"}, Row{"Lisboa", "Lisbon", "Lisboa", "PT"},
+        Row{"LISBOA, Portugal", "Lisbon", "Lisboa", "PT"}, Row{"münch", "Munich", "München", "DE"},
+        Row{"monaco di bav", "Munich", "Monaco di Baviera", "DE"}, Row{"nyc", "New York City", "NYC", "US"},
+        Row{"St. Moritz", "St. Moritz", "", "CH"}, Row{"10115 Berlin", "Berlin", "", "DE"},
+        Row{"1000-205 Lisboa", "Lisbon", "Lisboa", "PT"}, Row{"London SW1A 1AA", "London", "", "GB"},
+        Row{"38.72, -9.14", "Lisbon", "", "PT"}, Row{"40,-40", "40.00°N 40.00°W", "", ""}}) {
     auto const found = searchOffline(row.text, "en");
     ASSERT_FALSE(found.empty()) << row.text;
     EXPECT_EQ(found.front().name, row.name);
@@ -314,16 +308,12 @@ TEST(PostalTown, IsATownBesideItsCode) {
   struct Row {
     std::string_view text, code, town;
   };
-  for (Row const& row : {Row{"10115 Berlin", "10115", "Berlin"},
-                         Row{"Berlin 10115", "10115", "Berlin"},
-                         Row{"10115, Berlin", "10115", "Berlin"},
-                         Row{"D-10115 Berlin", "D-10115", "Berlin"},
-                         Row{"1012 AB Amsterdam", "1012 AB", "Amsterdam"},
-                         Row{"Amsterdam 1012 ab", "1012 ab", "Amsterdam"},
-                         Row{"London SW1A 1AA", "SW1A 1AA", "London"},
-                         Row{"110 00 Praha", "110 00", "Praha"},
-                         Row{"Portland, OR 97201", "97201", "Portland, OR"},
-                         Row{"01000 St. Gallen", "01000", "St. Gallen"}}) {
+  for (Row const& row :
+       {Row{"10115 Berlin", "10115", "Berlin"}, Row{"Berlin 10115", "10115", "Berlin"},
+        Row{"10115, Berlin", "10115", "Berlin"}, Row{"D-10115 Berlin", "D-10115", "Berlin"},
+        Row{"1012 AB Amsterdam", "1012 AB", "Amsterdam"}, Row{"Amsterdam 1012 ab", "1012 ab", "Amsterdam"},
+        Row{"London SW1A 1AA", "SW1A 1AA", "London"}, Row{"110 00 Praha", "110 00", "Praha"},
+        Row{"Portland, OR 97201", "97201", "Portland, OR"}, Row{"01000 St. Gallen", "01000", "St. Gallen"}}) {
     EXPECT_EQ(postalTownIn(row.text), (PostalTown{std::string(row.code), std::string(row.town)})) << row.text;
   }
   for (std::string_view const none : {"", " , ", "10115", "Berlin", "Route 66", "1012 AB", "Área 51", ",,"}) {
