@@ -92,8 +92,9 @@ std::string accentsKept(std::string_view text) {
 }
 
 std::string capitalized(std::string_view name) {
+  std::string const lower = accentsKept(name);
   std::string out;
-  for (std::string_view const word : split(accentsKept(name), ' ')) {
+  for (std::string_view const word : split(lower, ' ')) {
     if (!out.empty()) out += ' ';
     auto letters = icu::UnicodeString::fromUTF8({word.data(), static_cast<std::int32_t>(word.size())});
     bool const isSmall = !out.empty() && isSmallWord(word);
