@@ -90,7 +90,6 @@ Item {
             App.selectPlace(place.placeId);
             place.chosen();
         }
-        onDoubleClicked: place.rename()
         Keys.onDeletePressed: App.removePlace(place.placeId)
         Keys.onPressed: event => {
             if (event.key === Qt.Key_F2)
