@@ -15,8 +15,19 @@ Rectangle {
     implicitHeight: content.height + 3 * Theme.space
     radius: Theme.radius
     color: Theme.card
-    border.width: App.here.isSelected || choose.visualFocus ? 2 : 1
-    border.color: App.here.isSelected || choose.visualFocus ? Theme.accent : Theme.outline
+    border.width: choose.visualFocus ? 3 : 1
+    border.color: choose.visualFocus ? Theme.accent : Theme.outline
+
+    Rectangle {
+        visible: App.here.isSelected
+        anchors.left: parent.left
+        anchors.leftMargin: 5
+        anchors.verticalCenter: parent.verticalCenter
+        width: 5
+        height: parent.height - 28
+        radius: 2.5
+        color: Theme.accent
+    }
 
     Pressable {
         id: choose
