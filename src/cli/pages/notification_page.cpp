@@ -184,7 +184,7 @@ class Explanation {
       std::string const name = named(decision);
       if (!listed.insert(place + "\n" + name).second) continue;
       std::string& list = lists[{place, decision.note}];
-      list += (list.empty() ? "" : ", ") + name;
+      list += (list.empty() ? "" : "; ") + name;  // names have commas
     }
     std::string out;
     for (auto const& [of, list] : lists) {
