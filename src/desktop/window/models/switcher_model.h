@@ -6,7 +6,6 @@
 #include "desktop/window/models/view_models.h"
 
 #include <QObject>
-#include <algorithm>
 
 namespace nimbara {
 
@@ -17,27 +16,17 @@ class SwitcherModel : public QObject {
   Q_PROPERTY(bool isOpen READ isOpen WRITE setOpen NOTIFY openChanged)
 
  public:
-  explicit SwitcherModel(QObject* parent) : QObject(parent), rows_(new RecordListModel(this)) {}
+  explicit SwitcherModel(QObject* parent);
 
-  void show(std::vector<SwitcherRow> const& rows) {
-    auto const selected = std::ranges::find(rows, true, &SwitcherRow::isSelected);
-    selectedRow_ = selected == rows.end() ? 0 : static_cast<int>(selected - rows.begin());
-    rows_->show(rows);
-  }
+  void show(std::vector<SwitcherRow> const& rows);
 
   RecordListModel* rows() { return rows_; }
   bool isOpen() const { return isOpen_; }
   /// The row of the place that is shown; 0 where none is.
   int selectedRow() const { return selectedRow_; }
-  void setOpen(bool isOpen) {
-    if (isOpen_ == isOpen) return;
-    isOpen_ = isOpen;
-    Q_EMIT openChanged();
-  }
+  void setOpen(bool isOpen);
   /// A letter or a digit: typing one opens the menu.
-  Q_INVOKABLE bool beginsSearch(QString const& typed) const {
-    return typed.size() == 1 ? typed[0].isLetterOrNumber() : typed.size() == 2 && typed[0].isHighSurrogate();
-  }
+  Q_INVOKABLE bool beginsSearch(QString const& typed) const;
 
  Q_SIGNALS:
   void openChanged();
