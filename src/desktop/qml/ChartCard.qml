@@ -48,7 +48,7 @@ Card {
         Item {
             id: chart
             width: parent.width
-            height: card.tall * Math.min(1.5, Theme.scale)
+            height: card.tall * Math.min(2, Theme.scale)
             activeFocusOnTab: true
             onActiveFocusChanged: if (activeFocus && curves.cursor < 0) curves.cursor = 0
             Keys.onLeftPressed: curves.cursor = Math.max(0, curves.cursor - 1)
@@ -73,7 +73,7 @@ Card {
                 id: curves
                 anchors.fill: parent
                 model: App
-                enlargement: Math.min(1.5, Theme.scale)
+                enlargement: Math.min(2, Theme.scale)
                 text: Theme.muted
                 grid: Theme.outline
                 night: Theme.night
