@@ -4,6 +4,7 @@
 #include "gazetteer/gazetteer.h"
 #include "gazetteer/wanted_city.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace nimbara {
@@ -23,6 +24,9 @@ int editsAllowedInBeginning(std::size_t length) {
   if (length < 5) return 0;
   return length < 8 ? 1 : 2;
 }
+
+/// Many names may begin alike.
+constexpr std::size_t kMostBeginnings = 1000;
 
 /// The cities for whose names `editsOf` gives the fewest edits, at least one and at most `allowed`.
 template <class EditsOf>
@@ -58,12 +62,16 @@ CityHits nearestWholeNames(WantedCity const& wanted, std::size_t count) {
   return nearestNames(wanted, editsAllowed(wanted.name.size()), count, editsOf);
 }
 
+/// Of equals own names first: much larger cities have other names that begin like them.
 CityHits nearestBeginnings(WantedCity const& wanted, std::size_t count) {
   EditDistance const distance(wanted.name);
   auto const editsOf = [&](std::string_view key, int most) {
     return key.size() > wanted.name.size() ? distance.toBeginning(key) : most + 1;
   };
-  return nearestNames(wanted, editsAllowedInBeginning(wanted.name.size()), count, editsOf);
+  CityHits hits = nearestNames(wanted, editsAllowedInBeginning(wanted.name.size()), kMostBeginnings, editsOf);
+  std::ranges::stable_sort(hits, {}, [](CityHit const& hit) { return !hit.otherName.empty(); });
+  if (hits.size() > count) hits.resize(count);
+  return hits;
 }
 
 }  // namespace

@@ -234,8 +234,8 @@ TEST(SimilarCities, HaveOneEditUpToFiveLettersAndTwoBeyond) {
   EXPECT_FALSE(finds("Osl", "Oslo")) << "three letters";
   EXPECT_TRUE(finds("Osol", "Oslo"));
   EXPECT_FALSE(finds("Oxyo", "Oslo")) << "two edits of four letters";
-  EXPECT_TRUE(finds("Beijxyg", "Beijing"));
-  EXPECT_FALSE(finds("Bxyjzng", "Beijing")) << "three";
+  EXPECT_TRUE(finds("Sprqngfxeld", "Springfield"));
+  EXPECT_FALSE(finds("Sqrqngfxeld", "Springfield")) << "three";
 }
 
 TEST(CitySearch, TakesAnyBytes) {
