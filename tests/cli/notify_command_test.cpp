@@ -154,7 +154,7 @@ TEST_F(NotifyCommandTest, TellsNothingFoundFromNotLookedAt) {
        {"notify_morningSummary", "notify_severe", "notify_govAlerts", "notify_travelAdvisory"}) {
     ASSERT_EQ(run({"settings", "set", rule, "false"}).exitCode, 0);
   }
-  EXPECT_EQ(run({"notify", "--dry-run"}).out, "No notifications.\n");
+  EXPECT_EQ(run({"notify", "--dry-run"}).out, "No notifications would be sent.\n");
   ASSERT_EQ(run({"settings", "set", "notify_earthquakes", "true"}).exitCode, 0);
   server = *DemoServer::start(clock, {{Service::usgs, DemoFault::Kind::garbage}});
   base = server->baseUrl();

@@ -120,7 +120,8 @@ TEST_F(WeatherCommands, ServeEveryProviderByItsName) {
 
 TEST_F(WeatherCommands, ListAlertsOfTheForecast) {
   CliRun const text = run({"alerts", "51.48,0"});
-  EXPECT_THAT(text.out, StartsWith("Warning: Very Cold\n  Feels-like temperature drops to"));
+  EXPECT_THAT(text.out, StartsWith("Warnings and alerts for Blackheath, United Kingdom\n\n"
+                                   "Warning: Very Cold\n  Feels-like temperature drops to"));
   EXPECT_THAT(run({"alerts", "51.48,0", "--json", "--source", "generated"}).out,
               HasSubstr(R"("severity":"warning","title":"Very Cold")"));
   CliRun const wrong = run({"alerts", "1,2", "--source", "generated,rumours"});

@@ -193,6 +193,21 @@ TEST(ReasonText, SaysWhatDecided) {
   }
 }
 
+TEST(ReasonText, SaysOfAPreviewWhatWouldBecomeOfIt) {
+  using enum RuleOutcome;
+  struct Preview {
+    RuleOutcome outcome;
+    std::string_view text;
+  };
+  for (Preview const& row :
+       {Preview{announced, "Would be sent."}, Preview{listed, "Would be delivered silently."},
+        Preview{scheduled, "Would be scheduled."}, Preview{muted, "Held back: muted."},
+        Preview{alreadyDelivered, "Already sent."}}) {
+    EXPECT_EQ(reasonText(lineOf(row.outcome), Units::metric(), englishTexts(), ReasonTense::preview),
+              row.text);
+  }
+}
+
 TEST(ReasonText, TellsAValueFromItsLimit) {
   for (auto const& [value, shown] :
        {std::pair(59.6, "59.6 km/h"), {59.98, "59.98 km/h"}, {59.4, "59 km/h"}}) {
