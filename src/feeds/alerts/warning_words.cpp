@@ -114,7 +114,7 @@ NearArea ownLevel(WeatherAlert const& alert) {
 }
 
 std::string placeAreas(WeatherAlert const& alert) {
-  std::string const all = alert.areaDesc.value_or("");
+  std::string all = alert.areaDesc.value_or("");
   if (!alert.near) return all;
   std::string own = all;
   std::string_view last;

@@ -24,7 +24,7 @@ struct WarningWords {
 /// How severe a warning is by those who issue it.
 struct WarningGrade {
   AlertSeverity severity = AlertSeverity::info;
-  std::string_view colour = {};  ///< empty where they do not grade by colours
+  std::string_view colour;  ///< empty where they do not grade by colours
   bool isStated = true;
 };
 
