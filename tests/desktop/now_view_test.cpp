@@ -248,7 +248,7 @@ TEST(Tiles, AreOnlyOfWhatTheProviderGives) {
 
 TileView tileOf(std::string const& kind, Units const& units, auto const& change) {
   WeatherState state = stateOf(mildWeek());
-  change(state.weatherData->current);
+  change(*state.weatherData);
   ViewContext context = contextAt(kNow);
   context.units = units;
   auto const tiles = tileViews(state, context);
@@ -256,16 +256,20 @@ TileView tileOf(std::string const& kind, Units const& units, auto const& change)
   return found == tiles.end() ? TileView() : *found;
 }
 
+void setDewPoint(WeatherData& data, double celsius) {
+  for (HourlyForecast& hour : data.allHourly) hour.dewPointC = celsius;
+}
+
 TEST(Tiles, SayWhatTheirGaugesStandFor) {
-  auto const far = [](auto& current) { current.visibility = 20; };
+  auto const far = [](WeatherData& data) { data.current.visibility = 20; };
   TileView const metric = tileOf("visibility", Units::metric(), far);
   EXPECT_EQ(metric.scaleFrom + " to " + metric.scaleTo, "0 to 40\u00A0km");
   EXPECT_EQ(metric.share, 0.5);
   EXPECT_EQ(tileOf("visibility", Units::imperial(), far).scaleTo, "25\u00A0mi");
-  auto const moist = [](auto& current) { current.dewPointC = 7.5; };
+  auto const moist = [](WeatherData& data) { setDewPoint(data, 7.5); };
   EXPECT_EQ(tileOf("dewPoint", Units::metric(), moist).share, 0.5);
   EXPECT_EQ(tileOf("dewPoint", Units::imperial(), moist).scaleFrom, "14°");
-  EXPECT_EQ(tileOf("humidity", Units::metric(), [](auto&) {}).scaleTo, "");
+  EXPECT_EQ(tileOf("humidity", Units::metric(), [](WeatherData&) {}).scaleTo, "");
 }
 
 TEST(Tiles, HaveAWordForVisibilityAndMoisture) {
@@ -275,8 +279,9 @@ TEST(Tiles, HaveAWordForVisibilityAndMoisture) {
                                  {4.0, "moderate"},
                                  {10.0, "good"},
                                  {20.0, "very good"}}) {
-    EXPECT_EQ(tileOf("visibility", Units::metric(), [km](auto& current) { current.visibility = km; }).note,
-              word);
+    EXPECT_EQ(
+        tileOf("visibility", Units::metric(), [km](WeatherData& data) { data.current.visibility = km; }).note,
+        word);
   }
   for (auto const& [celsius, word] : {std::pair(9.9, "dry"),
                                       {10.0, "comfortable"},
@@ -284,7 +289,8 @@ TEST(Tiles, HaveAWordForVisibilityAndMoisture) {
                                       {16.0, "humid"},
                                       {21.0, "oppressive"}}) {
     EXPECT_EQ(
-        tileOf("dewPoint", Units::metric(), [celsius](auto& current) { current.dewPointC = celsius; }).note,
+        tileOf("dewPoint", Units::metric(), [celsius](WeatherData& data) { setDewPoint(data, celsius); })
+            .note,
         word);
   }
 }

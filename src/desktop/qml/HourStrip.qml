@@ -14,7 +14,7 @@ Card {
     ListView {
         id: list
         width: parent.width
-        height: 152 * Theme.scale
+        height: 150 * Theme.scale
         orientation: ListView.Horizontal
         model: App.hours
         clip: true

@@ -20,8 +20,8 @@ Column {
         property bool isQuiet: false
 
         width: Math.min(implicitWidth, chips.width)
-        implicitWidth: words.implicitWidth + sign.width + 5.5 * Theme.space
-        implicitHeight: Math.max((isQuiet ? 32 : 40) * Theme.scale, words.height + 2 * Theme.space)
+        implicitWidth: words.implicitWidth + sign.width + 4.5 * Theme.space
+        implicitHeight: Math.max((isQuiet ? 30 : 34) * Theme.scale, words.height + (isQuiet ? 1.5 : 2) * Theme.space)
         background: Rectangle {
             radius: 12
             color: chip.isQuiet ? "transparent" : Theme.alertColour(chip.level)
@@ -56,7 +56,7 @@ Column {
                 elide: Text.ElideRight
                 maximumLineCount: 3
                 color: chip.isQuiet ? Theme.muted : Theme.text
-                font.pixelSize: chip.isQuiet ? Theme.small : Theme.body
+                font.pixelSize: Theme.small
             }
         }
     }
@@ -95,7 +95,7 @@ Column {
         visible: App.elsewhere.count > 0
         spacing: Theme.space
         PlainText {
-            height: 32 * Theme.scale
+            height: 30 * Theme.scale
             verticalAlignment: Text.AlignVCenter
             text: App.words.also
             color: Theme.muted
