@@ -24,7 +24,7 @@ Pressable {
             event.accepted = false;
     }
     spokenRole: Accessible.Heading
-    Accessible.name: App.words.switchPlace + ": " + App.now.place
+    Accessible.name: Theme.joined([heading.lead, App.words.switchPlace + ": " + App.now.place], ", ")
 
     contentItem: Item {
         Rectangle {
