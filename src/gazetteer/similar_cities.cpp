@@ -25,6 +25,13 @@ int editsAllowedInBeginning(std::size_t length) {
   return length < 8 ? 1 : 2;
 }
 
+/// The city's own name, which is the first of its keys, or the first words of it: "New York" of New York
+/// City.
+bool isOwnName(std::string_view keys, std::string_view key, CityRecord const& record) {
+  std::string_view const own = keys.substr(record.keys + 2);  // behind the break and the blank
+  return own.starts_with(key) && (own[key.size()] == '\n' || own[key.size()] == ' ');
+}
+
 /// Many names may begin alike.
 constexpr std::size_t kMostBeginnings = 1000;
 
@@ -44,7 +51,7 @@ CityHits nearestNames(WantedCity const& wanted, int allowed, std::size_t count, 
       CityRecord const record = cursor.record();
       if (isInside(wanted.areas, record)) {
         if (edits < least) hits.clear();
-        addOnce(hits, {city, begin == record.keys ? std::string_view() : key}, count);
+        addOnce(hits, {city, isOwnName(keys, key, record) ? std::string_view() : key}, count);
         least = edits;
       }
     }

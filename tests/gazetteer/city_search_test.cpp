@@ -224,6 +224,7 @@ TEST(SimilarCities, SayByWhichOtherNameTheyAreMeant) {
   EXPECT_EQ(munich[0].name, "Munich");
   EXPECT_EQ(munich[0].otherName, "muenchen");
   EXPECT_EQ(similarCities("Lodnon", 1).front().otherName, "");
+  EXPECT_EQ(similarCities("new yrok", 1).front().otherName, "") << "the beginning of its own";
 }
 
 TEST(SimilarCities, HaveOneEditUpToFiveLettersAndTwoBeyond) {
