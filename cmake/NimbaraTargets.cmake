@@ -135,19 +135,11 @@ endfunction()
 # Embeds the bytes of FILE, which is made while building, as they are: <symbol>_begin and <symbol>_end are its bounds.
 function(nimbara_embed_bytes target symbol file)
   set(source ${CMAKE_CURRENT_BINARY_DIR}/embedded_${symbol}.cpp)
-  file(CONFIGURE OUTPUT ${source} @ONLY CONTENT [[
-__asm__(R"(
-  .section .rodata
-  .balign 64
-  .globl @symbol@_begin
-  .globl @symbol@_end
-@symbol@_begin:
-  .incbin "@file@"
-@symbol@_end:
-  .byte 0
-  .previous
-)");
-]])
+  set(script ${PROJECT_SOURCE_DIR}/cmake/EmbedBytes.cmake)
+  add_custom_command(
+    OUTPUT ${source}
+    COMMAND ${CMAKE_COMMAND} -DINPUT=${file} -DOUTPUT=${source} -DSYMBOL=${symbol} -P ${script}
+    DEPENDS ${file} ${script} VERBATIM)
   target_sources(${target} PRIVATE ${source})
   set_source_files_properties(${source} PROPERTIES SKIP_PRECOMPILE_HEADERS ON OBJECT_DEPENDS ${file})
 endfunction()
