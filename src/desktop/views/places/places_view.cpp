@@ -5,6 +5,7 @@
 #include "app/words/failure_text.h"
 #include "base/words/country_names.h"
 #include "base/words/time_words.h"
+#include "feeds/alerts/warning_words.h"
 #include "gazetteer/gazetteer.h"
 #include "model/present.h"
 
@@ -48,7 +49,7 @@ void fillMark(PlaceView& view, PlaceCoverage const& place, CoverageState state, 
   auto const severest = std::ranges::find_if(place.alerts, lasts);
   if (severest != place.alerts.end()) {
     view.mark = enumName(severest->severity);
-    view.markText = context.text("severity." + view.mark) + ": " + severest->title;
+    view.markText = gradeText(gradeOf(*severest), context.texts) + ": " + severest->title;
   } else if (state == CoverageState::unchecked) {
     view.mark = enumName(state);
     view.markText = view.warnings;
