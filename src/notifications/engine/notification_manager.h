@@ -25,7 +25,7 @@ struct PassInputs {
   std::vector<CustomNotification> rules;  ///< the user's own
   bool isPartial = false;                 ///< further places are watched that this pass does not look at
   /// What `places` point to.
-  std::shared_ptr<Texts const> texts = {};  // NOLINT(readability-redundant-member-init)
+  std::shared_ptr<Texts const> texts = {};
 };
 
 /// Asks the network for what enabled rules read. Blocks.

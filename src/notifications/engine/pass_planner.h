@@ -23,7 +23,7 @@ struct PlannedEvent {
   bool isElsewhere = false;
   std::vector<Measurement> measured;
   /// Added as places are merged.
-  std::vector<std::string> tags = {};  // NOLINT(readability-redundant-member-init)
+  std::vector<std::string> tags = {};
 };
 
 /// Those of one rule, each once, in the order of their finding.
