@@ -19,7 +19,7 @@ constexpr double kWithinCityKm = 15;
 /// A city's other name as the person writes it, with the accents that were typed: the gazetteer has it
 /// without.
 std::string otherNameOf(City const& city, std::string_view typed) {
-  std::string const other(city.otherName);
+  std::string other(city.otherName);
   bool const isAsWritten = std::ranges::any_of(other, [](char c) { return c >= 'A' && c <= 'Z'; });
   if (other.empty() || isAsWritten) return other;
   typed = trimmed(typed.substr(0, typed.find(',')));
