@@ -191,12 +191,14 @@ ScrollPage {
             visible: App.alerts.count > 0 || App.elsewhere.count > 0
             source: visible ? "WarningChips.qml" : ""
         }
-        Row {
+        // A row would take its own width from the text's, which takes it from the row.
+        Item {
             readonly property int lane: 0
             visible: brief.text !== ""
-            spacing: Theme.space
+            height: Math.max(brief.height, briefSign.height)
             Sign {
                 id: briefSign
+                anchors.left: parent.left
                 anchors.verticalCenter: parent.verticalCenter
                 visible: App.hazards.official.state !== "none"
                 size: 16 * Theme.scale
@@ -205,7 +207,8 @@ ScrollPage {
             }
             PlainText {
                 id: brief
-                width: parent.width - (briefSign.visible ? briefSign.width + Theme.space : 0)
+                anchors.right: parent.right
+                width: Math.max(0, parent.width - (briefSign.visible ? briefSign.width + Theme.space : 0))
                 text: App.hazards.official.brief
                 wrapMode: Text.Wrap
                 color: App.hazards.official.isUnchecked ? Theme.text : Theme.muted
