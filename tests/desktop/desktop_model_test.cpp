@@ -113,8 +113,9 @@ TEST_F(ModelTest, KeepsPointingAtTheSameEarthquake) {
   };
   auto const old = quakeOf("old", 5, {1, 1}, std::chrono::hours(1));
   auto const gone = quakeOf("gone", 5, {2, 2}, std::chrono::hours(2));
-  model.show(snapshotWith({old, gone}));
   HazardsModel& hazards = *model.hazards();
+  hazards.setOrder(1);
+  model.show(snapshotWith({old, gone}));
   hazards.setHighlighted(7);
   EXPECT_EQ(hazards.highlighted(), 1) << "the last there is";
   hazards.setHighlighted(0);

@@ -130,17 +130,6 @@ struct ScreenReader : OffscreenTest {
     return all;
   }
 
-  /// What can be pressed and was not yet.
-  QAccessibleInterface* unpressed(std::set<std::string> const& pressed) {
-    QAccessibleInterface* found = nullptr;
-    visitAccessible(root(), [&](QAccessibleInterface& node) {
-      bool const isIdle = node.state().disabled || node.state().selected;
-      if (found == nullptr && !isIdle && canBePressed(node) && !pressed.contains(described(node)))
-        found = &node;
-    });
-    return found;
-  }
-
   Asked asked;
   Opened opened;
   DesktopModel model{{Wording(), {}, [] { return kNow; }, {}}, {asked, &asked, asked}};
@@ -190,24 +179,6 @@ TEST_P(EveryAction, IsOfferedWhereTheMousePresses) {
   EXPECT_GT(count, 7);
 }
 
-TEST_P(EveryAction, HasAnEffect) {
-  constexpr int kMost = 400;
-  show(GetParam().page, GetParam().snapshot());
-  std::set<std::string> pressed;
-  while (QAccessibleInterface* const node = unpressed(pressed)) {
-    ASSERT_LT(pressed.size(), kMost);
-    std::string const name = described(*node), before = heard();
-    pressed.insert(name);
-    node->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-    QCoreApplication::processEvents();
-    EXPECT_NE(heard(), before) << name;
-    open(GetParam().page);
-    QCoreApplication::processEvents();
-  }
-  EXPECT_GT(pressed.size(), 7U);
-  EXPECT_THAT(complaints(), IsEmpty());
-}
-
 INSTANTIATE_TEST_SUITE_P(Pages, EveryAction, testing::ValuesIn(kHeard),
                          [](auto const& row) { return std::string(row.param.name); });
 
@@ -235,31 +206,6 @@ TEST_F(ScreenReader, HearsRolesAndStates) {
   ASSERT_NE(group, states.end());
   EXPECT_TRUE(group->second.collapsed);
   EXPECT_FALSE(group->second.checkable);
-}
-
-TEST_F(ScreenReader, ReadsListsInTheirOrderAfterScrolling) {
-  show(DesktopPage::hazards, manyHazards());
-  QQuickItem* list = nullptr;
-  visitVisible(root(), [&](QQuickItem* item) {
-    if (item->inherits("QQuickListView") && item->property("count").toInt() == 600) list = item;
-  });
-  ASSERT_NE(list, nullptr);
-  for (double const top : {0.0, 9000.0, 4000.0, 4300.0}) {
-    list->setProperty("contentY", top);
-    QCoreApplication::processEvents();
-    auto* const seen = QAccessible::queryAccessibleInterface(list);
-    ASSERT_EQ(seen->role(), QAccessible::List);
-    int last = -1'000'000, entries = 0;
-    for (int i = 0; i < seen->childCount(); ++i) {
-      if (seen->child(i)->role() != QAccessible::ListItem) continue;
-      int const y = seen->child(i)->rect().y();
-      EXPECT_GT(y, last) << top;
-      EXPECT_EQ(seen->indexOfChild(seen->child(i)), i);
-      last = y;
-      ++entries;
-    }
-    EXPECT_GT(entries, 5);
-  }
 }
 
 TEST_F(ScreenReader, HearsTheNamesOfScrollBars) {

@@ -1,4 +1,7 @@
+#include "desktop/window/models/desktop_model.h"
+#include "desktop/window/page_items.h"
 #include "offscreen.h"
+#include "states.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -55,6 +58,8 @@ Window {
 
 struct SettingRows : OffscreenTest {
   SettingRows() {
+    enrolPageItems();
+    setPageModel(engine, model);
     engine.addImportPath(QStringLiteral(":/pages"));
     engine.addImageProvider(QStringLiteral("sign"), new LineSigns);
     QQmlComponent component(&engine);
@@ -93,6 +98,7 @@ struct SettingRows : OffscreenTest {
     return all;
   }
 
+  DesktopModel model{{Wording(), {}, [] { return kNow; }, {}}, {}};
   QQmlEngine engine;
   std::unique_ptr<QQuickWindow> window;
 };

@@ -55,6 +55,8 @@ Column {
                 PlainText {
                     width: parent.width
                     text: day.name
+                    fontSizeMode: Text.HorizontalFit
+                    minimumPixelSize: 9
                     elide: Text.ElideRight
                     color: Theme.text
                     font.pixelSize: Theme.body

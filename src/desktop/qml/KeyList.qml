@@ -63,7 +63,7 @@ T.Popup {
                     anchors.left: parent.left
                     anchors.verticalCenter: parent.verticalCenter
                     width: parent.width - close.width - Theme.space
-                    text: App.words.keyList
+                    text: App.words.keysTitle
                     wrapMode: Text.Wrap
                     horizontalAlignment: Text.AlignLeft
                     color: Theme.text

@@ -76,7 +76,7 @@ Column {
         selectedTextColor: Theme.accentText
         selectByMouse: true
         verticalAlignment: TextInput.AlignVCenter
-        font.pixelSize: Theme.body
+        font.pixelSize: Math.min(Theme.body, width / 14)
         Accessible.role: Accessible.EditableText
         Accessible.name: App.words.search
         Accessible.description: App.words.searchHint

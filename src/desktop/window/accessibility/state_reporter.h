@@ -22,7 +22,7 @@ class StateReporter : public QObject {
  private Q_SLOTS:
   void report();
 
- private:
+ private:  // NOLINT(readability-redundant-access-specifiers)
   QAccessible::State last_;
 };
 

@@ -40,7 +40,7 @@ constexpr WordRow kWords[] = {
     {"clouds", "report.clouds"},
     {"alerts", "desktop.alerts"},
     {"scrollBar", "desktop.scrollBar"},
-    {"keyList", "desktop.keys"},
+    {"keysTitle", "desktop.keys"},
     {"keyPages", "desktop.keys.pages"},
     {"keyAreas", "desktop.keys.areas"},
     {"keyStepPlace", "desktop.keys.stepPlace"},

@@ -98,6 +98,7 @@ void QuakeMapItem::paint(QPainter* painter) {
   paintCircle(*painter, shown);
   auto const& points = data().points;
   std::vector<QuakePoint const*> greatestFirst;
+  greatestFirst.reserve(points.size());
   for (QuakePoint const& point : points) greatestFirst.push_back(&point);
   std::ranges::stable_sort(greatestFirst, std::ranges::greater{}, &QuakePoint::magnitude);
   for (QuakePoint const* const point : greatestFirst) paintQuake(*painter, shown, *point);
