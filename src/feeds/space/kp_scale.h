@@ -9,10 +9,6 @@ namespace nimbara {
 inline constexpr int kKpLevels = 8;
 int kpLevel(double kp);
 
-/// Degrees from the geomagnetic equator, north positive: of a dipole through Earth's centre, good to some
-/// degrees.
-double geomagneticLatitude(Coordinate place);
-
 enum class AuroraSight { none, low, high };
 
 /// How auroras stand at a place where the sky is dark and clear: not at all, low above the horizon on the
