@@ -50,7 +50,9 @@ Rectangle {
                 width: all.width
                 title: App.notifications.words.ruleTitle
                 maximumLength: 200
-                Component.onCompleted: text = App.notifications.draft.title
+                // Typing breaks a binding of the text, and another rule may be opened in the same editor.
+                readonly property string draftTitle: App.notifications.draft.title
+                onDraftTitleChanged: if (text !== draftTitle) text = draftTitle
                 onTextEdited: App.notifications.setTitle(text)
             }
         }
