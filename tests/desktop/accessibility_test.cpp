@@ -62,7 +62,15 @@ TEST_F(Accessibility, GivesEveryPageAHeading) {
   }
 }
 
-TEST_F(Accessibility, ReadsDaysAsSentences) {
+TEST_F(Accessibility, ReadsForecastRowsAsSentences) {
+  Shown const now(DesktopPage::now, {1280, 800});
+  std::vector<std::string> hours;
+  ASSERT_TRUE(QTest::qWaitFor([&] {
+    hours = namesBelow(now.root(), QAccessible::ListItem);
+    return !hours.empty();
+  }));
+  EXPECT_THAT(hours.front(), HasSubstr("°"));
+  EXPECT_THAT(hours.front(), HasSubstr(", "));
   for (DesktopPage const page : {DesktopPage::now, DesktopPage::hours}) {
     Shown const shown(page, {1280, 800});
     EXPECT_TRUE(QTest::qWaitFor([&] {

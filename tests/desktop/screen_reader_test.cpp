@@ -119,15 +119,30 @@ struct ScreenReader : OffscreenTest {
   void open(DesktopPage page) { window.window()->setProperty("page", viewName(enumName(page))); }
   QQuickItem* root() { return window.window()->contentItem(); }
 
-  /// What is heard of the whole window, with all states.
+  /// What is heard of the whole window, with all states, and how near the globe is.
   std::string heard() {
+    QVector3D const eye = model.globe()->eye();
     std::string all = std::to_string(asked.count + opened.count());
+    for (int axis = 0; axis < 3; ++axis) all += " " + std::to_string(eye[axis]);
     visitAccessible(root(), [&](QAccessibleInterface& node) {
       QAccessible::State const state = node.state();
-      all += described(node) + (state.checked ? "+" : "-") + (state.expanded ? "+" : "-") +
-             (state.selected ? "+" : "-") + (state.disabled ? "+" : "-") + "\n";
+      all += described(node) + node.text(QAccessible::Value).toStdString() + (state.checked ? "+" : "-") +
+             (state.expanded ? "+" : "-") + (state.selected ? "+" : "-") + (state.disabled ? "+" : "-") +
+             "\n";
     });
     return all;
+  }
+
+  /// What can be pressed and was not yet.
+  QAccessibleInterface* unpressed(std::set<std::string> const& pressed) {
+    QAccessibleInterface* found = nullptr;
+    visitAccessible(root(), [&](QAccessibleInterface& node) {
+      bool const isChosen = node.role() == QAccessible::RadioButton && node.state().checked;
+      bool const isIdle = node.state().disabled || node.state().selected || isChosen;
+      if (found == nullptr && !isIdle && canBePressed(node) && !pressed.contains(described(node)))
+        found = &node;
+    });
+    return found;
   }
 
   Asked asked;
@@ -179,6 +194,25 @@ TEST_P(EveryAction, IsOfferedWhereTheMousePresses) {
   EXPECT_GT(count, 7);
 }
 
+TEST_P(EveryAction, HasAnEffect) {
+  constexpr int kMost = 400;
+  show(GetParam().page, GetParam().snapshot());
+  std::set<std::string> pressed;
+  while (QAccessibleInterface* const node = unpressed(pressed)) {
+    ASSERT_LT(pressed.size(), kMost);
+    model.globe()->turn(8, 4);  // away from the place, to which a button leads back
+    std::string const name = described(*node), before = heard();
+    pressed.insert(name);
+    node->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    QCoreApplication::processEvents();
+    EXPECT_NE(heard(), before) << name;
+    open(GetParam().page);
+    QCoreApplication::processEvents();
+  }
+  EXPECT_GT(pressed.size(), 7U);
+  EXPECT_THAT(complaints(), IsEmpty());
+}
+
 INSTANTIATE_TEST_SUITE_P(Pages, EveryAction, testing::ValuesIn(kHeard),
                          [](auto const& row) { return std::string(row.param.name); });
 
@@ -208,10 +242,35 @@ TEST_F(ScreenReader, HearsRolesAndStates) {
   EXPECT_FALSE(group->second.checkable);
 }
 
+TEST_F(ScreenReader, ReadsListsInTheirOrderAfterScrolling) {
+  show(DesktopPage::hazards, manyHazards());
+  QQuickItem* list = nullptr;
+  visitVisible(root(), [&](QQuickItem* item) {
+    if (item->inherits("QQuickListView") && item->property("count").toInt() == 500) list = item;
+  });
+  ASSERT_NE(list, nullptr);
+  for (double const top : {0.0, 9000.0, 4000.0, 4300.0}) {
+    list->setProperty("contentY", top);
+    QCoreApplication::processEvents();
+    auto* const seen = QAccessible::queryAccessibleInterface(list);
+    ASSERT_EQ(seen->role(), QAccessible::List);
+    int last = -1'000'000, entries = 0;
+    for (int i = 0; i < seen->childCount(); ++i) {
+      if (seen->child(i)->role() != QAccessible::ListItem) continue;
+      int const y = seen->child(i)->rect().y();
+      EXPECT_GT(y, last) << top;
+      EXPECT_EQ(seen->indexOfChild(seen->child(i)), i);
+      last = y;
+      ++entries;
+    }
+    EXPECT_GT(entries, 5);
+  }
+}
+
 TEST_F(ScreenReader, HearsTheNamesOfScrollBars) {
   show(DesktopPage::hazards, manyHazards());
   auto const bars = namesBelow(root(), QAccessible::ScrollBar);
-  EXPECT_GE(bars.size(), 1U);
+  EXPECT_GE(bars.size(), 2U);
   EXPECT_THAT(bars, testing::Each("Scroll bar"));
 }
 

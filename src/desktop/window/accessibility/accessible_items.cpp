@@ -66,14 +66,23 @@ class ItemAccessible : public QAccessibleObject {
   }
 };
 
-/// A control: what it holds is part of its name.
-class PressableAccessible : public ItemAccessible, public QAccessibleActionInterface {
+/// A control or a list. Which of them is asked for each time: the toolkit may ask for the interface before
+/// the item has said its role.
+class SpokenAccessible : public ItemAccessible, public QAccessibleActionInterface {
  public:
-  explicit PressableAccessible(QQuickItem* item) : ItemAccessible(item) { new StateReporter(*item); }
+  explicit SpokenAccessible(QQuickItem* item) : ItemAccessible(item) { new StateReporter(*item); }
 
-  QAccessibleInterface* child(int /*index*/) const override { return nullptr; }
-  int childCount() const override { return 0; }
-  int indexOfChild(QAccessibleInterface const* /*child*/) const override { return -1; }
+  QAccessibleInterface* child(int index) const override {
+    auto const all = entries();
+    return index >= 0 && index < static_cast<int>(all.size()) ? all[static_cast<std::size_t>(index)].seen
+                                                              : nullptr;
+  }
+  int childCount() const override { return static_cast<int>(entries().size()); }
+  int indexOfChild(QAccessibleInterface const* child) const override {
+    auto const all = entries();
+    auto const found = std::ranges::find(all, child, &Entry::seen);
+    return found == all.end() ? -1 : static_cast<int>(found - all.begin());
+  }
 
   QStringList actionNames() const override {
     QStringList names{pressAction()};
@@ -93,25 +102,8 @@ class PressableAccessible : public ItemAccessible, public QAccessibleActionInter
 
  protected:
   void* interface_cast(QAccessible::InterfaceType type) override {
-    return type == QAccessible::ActionInterface ? static_cast<QAccessibleActionInterface*>(this) : nullptr;
-  }
-};
-
-/// A list reads its entries in the order in which they stand.
-class ListAccessible : public ItemAccessible {
- public:
-  using ItemAccessible::ItemAccessible;
-
-  QAccessibleInterface* child(int index) const override {
-    auto const all = entries();
-    return index >= 0 && index < static_cast<int>(all.size()) ? all[static_cast<std::size_t>(index)].seen
-                                                              : nullptr;
-  }
-  int childCount() const override { return static_cast<int>(entries().size()); }
-  int indexOfChild(QAccessibleInterface const* child) const override {
-    auto const all = entries();
-    auto const found = std::ranges::find(all, child, &Entry::seen);
-    return found == all.end() ? -1 : static_cast<int>(found - all.begin());
+    bool const isPressed = type == QAccessible::ActionInterface && role() != QAccessible::List;
+    return isPressed ? static_cast<QAccessibleActionInterface*>(this) : nullptr;
   }
 
  private:
@@ -122,8 +114,10 @@ class ListAccessible : public ItemAccessible {
     auto place() const { return std::tuple(isBar, y, x); }
   };
 
+  /// Those of a list, in the order in which they stand; what a control holds is part of its name.
   std::vector<Entry> entries() const {
     std::vector<Entry> all;
+    if (role() != QAccessible::List) return all;
     bool const isMirrored = item()->property("effectiveLayoutDirection").toInt() == Qt::RightToLeft;
     collect(item(), isMirrored ? -1 : 1, all);
     std::ranges::stable_sort(all, {}, &Entry::place);
@@ -145,8 +139,7 @@ class ListAccessible : public ItemAccessible {
 QAccessibleInterface* accessibleOf(QString const& /*className*/, QObject* object) {
   auto* const item = qobject_cast<QQuickItem*>(object);
   if (item == nullptr || item->metaObject()->indexOfProperty(kRole) < 0) return nullptr;
-  if (roleOf(item) == QAccessible::List) return new ListAccessible(item);
-  return new PressableAccessible(item);
+  return new SpokenAccessible(item);
 }
 
 }  // namespace
