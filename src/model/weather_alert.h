@@ -78,6 +78,11 @@ struct WeatherAlert {
   std::optional<bool> levelStated;
   /// Of waters only, be it those off the place's shore.
   std::optional<bool> onWater;
+  /// Where an official warning holds, as its issuer draws it: corners as "latitude,longitude" pairs parted by
+  /// blanks, and circles as "latitude,longitude radius" with kilometres. Absent where nothing is drawn.
+  std::optional<std::vector<std::string>> polygons;
+  std::optional<std::vector<std::string>> circles;
+  std::optional<int> updates;  ///< of an official warning: messages that changed it since the first
 
   bool operator==(WeatherAlert const&) const = default;
 };
@@ -109,6 +114,9 @@ inline constexpr auto jsonFields<WeatherAlert> = FieldList{
     field("_nimbaraNear", &WeatherAlert::near),
     field("_nimbaraLevelStated", &WeatherAlert::levelStated),
     field("_nimbaraOnWater", &WeatherAlert::onWater),
+    field("_nimbaraPolygons", &WeatherAlert::polygons),
+    field("_nimbaraCircles", &WeatherAlert::circles),
+    field("_nimbaraUpdates", &WeatherAlert::updates),
 };
 
 /// Most severe first, of equal severity those of a stated level before those that are only taken for it, and

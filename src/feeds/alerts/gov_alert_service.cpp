@@ -55,8 +55,11 @@ bool isOver(WeatherAlert const& alert, GovSourceState const& state, Instant now)
 void succeed(GovSourceState& state, GovSourceAnswer answer, Instant now) {
   cleanTexts(answer.alerts);
   cleanTexts(answer.unplaced);
+  cleanTexts(answer.calledOff);
   state.alerts = std::move(answer.alerts);
   state.unplaced = std::move(answer.unplaced);
+  state.calledOff = std::move(answer.calledOff);
+  state.isBlind = answer.isBlind;
   state.checkedAt = now;
   state.failedSince.reset();
   state.failure.reset();
@@ -74,6 +77,10 @@ void complete(std::vector<WeatherAlert>& known, std::vector<WeatherAlert> readab
 void fail(GovSourceState& state, GovSourceFailure failure, Instant now) {
   complete(state.alerts, std::move(failure.readable));
   complete(state.unplaced, std::move(failure.unplaced));
+  complete(state.calledOff, std::move(failure.calledOff));
+  auto const isCalledOff = [&](WeatherAlert const& alert) { return has(state.calledOff, alert.id); };
+  std::erase_if(state.alerts, isCalledOff);
+  std::erase_if(state.unplaced, isCalledOff);
   if (!state.failedSince || *state.failedSince > now) state.failedSince = now;
   state.failure = std::move(failure.failure);
 }
@@ -263,8 +270,10 @@ GovAlerts GovAlertService::summary(std::vector<GovAlertSource const*> const& sou
     auto const over = [&](WeatherAlert const& alert) { return isOver(alert, state, clock_.now()); };
     std::erase_if(state.alerts, over);
     std::erase_if(state.unplaced, over);
+    std::erase_if(state.calledOff, over);
     result.alerts.insert(result.alerts.end(), state.alerts.begin(), state.alerts.end());
     result.unplaced.insert(result.unplaced.end(), state.unplaced.begin(), state.unplaced.end());
+    result.calledOff.insert(result.calledOff.end(), state.calledOff.begin(), state.calledOff.end());
     result.sources.push_back(state);
   }
   sortMostSevereFirst(result.alerts);

@@ -30,6 +30,7 @@ struct GovAlertPlace {
   Coordinate coordinate;
   std::string countryCode;              ///< ISO 3166-1; empty on the open sea
   std::optional<PlaceRegions> regions;  ///< stated by somebody, in place of what sources look up themselves
+  std::string chosenSource = {};        ///< the name of the source that the user wants; empty: the usual one
 };
 
 /// What the gazetteer knows of a coordinate.
@@ -39,6 +40,11 @@ GovAlertPlace govAlertPlace(Coordinate coordinate);
 struct GovSourceAnswer {
   std::vector<WeatherAlert> alerts;    ///< that concern the place, in the issuer's order
   std::vector<WeatherAlert> unplaced;  ///< in parts of the country of which nobody can say where they are
+  /// Events that their issuer ended early, as they last were; until the moment at which they would have
+  /// ended.
+  std::vector<WeatherAlert> calledOff = {};
+  /// Nothing is listed, and the source is not known to have the warnings of the place's country.
+  bool isBlind = false;
 };
 
 struct GovSourceFailure {
@@ -46,6 +52,7 @@ struct GovSourceFailure {
   /// What could be read all the same; what was known before stays beside it.
   std::vector<WeatherAlert> readable;
   std::vector<WeatherAlert> unplaced;
+  std::vector<WeatherAlert> calledOff = {};
 };
 
 /// One issuer of warnings; `fetch` may be called for several places at once. Alerts either have the
@@ -71,8 +78,10 @@ struct GovSourceState {
   std::optional<Instant> failedSince;     ///< first failure after it
   std::optional<ServiceFailure> failure;  ///< the last one
   std::vector<WeatherAlert> alerts;
-  std::vector<WeatherAlert> unplaced;  ///< in force somewhere in the country; not among the alerts
-  EventRoots roots;                    ///< as files of older versions have them; the memory takes them over
+  std::vector<WeatherAlert> unplaced;   ///< in force somewhere in the country; not among the alerts
+  std::vector<WeatherAlert> calledOff;  ///< until they would have ended
+  bool isBlind = false;                 ///< of the last success: see `GovSourceAnswer`
+  EventRoots roots;                     ///< as files of older versions have them; the memory takes them over
 
   bool operator==(GovSourceState const&) const = default;
 };
@@ -85,11 +94,14 @@ inline constexpr auto jsonFields<GovSourceState> =
               field("failure", &GovSourceState::failure),
               field("alerts", &GovSourceState::alerts),
               fieldOr("unplaced", &GovSourceState::unplaced),
+              fieldOr("calledOff", &GovSourceState::calledOff),
+              fieldOr("isBlind", &GovSourceState::isBlind),
               fieldOr("roots", &GovSourceState::roots)};
 
 struct GovAlerts {
   std::vector<WeatherAlert> alerts;     ///< live ones, most severe first
   std::vector<WeatherAlert> unplaced;   ///< live ones of parts of the country that cannot be placed
+  std::vector<WeatherAlert> calledOff;  ///< ended early by their issuers, until they would have ended
   std::vector<GovSourceState> sources;  ///< those that cover the place and were asked for
 
   /// Somebody whom this program knows issues warnings for the place.

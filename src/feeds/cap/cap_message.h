@@ -1,0 +1,30 @@
+// A message of the Common Alerting Protocol as a source lists it for a place, and such a list. What a message
+// means for the place is not judged here (`feeds/alerts/cap_events.h`).
+#pragma once
+
+#include "feeds/cap/cap_store.h"
+#include "platform/service_failure.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace nimbara {
+
+struct CapMessage {
+  CapDocument alert;   ///< never null
+  std::string link;    ///< to the message as it was issued; empty where nobody offers it
+  bool isHit = false;  ///< the source itself says that the place lies within
+  /// By which the source placed a message that draws nothing itself.
+  std::vector<WarningPolygon> outline;
+};
+
+struct CapListing {
+  std::vector<CapMessage> messages;
+  /// Nothing is listed, and the source is not known to have the warnings of the place's country.
+  bool isBlind = false;
+  /// Why the list is not whole; what could be read stands in it all the same.
+  std::optional<ServiceFailure> failure;
+};
+
+}  // namespace nimbara
