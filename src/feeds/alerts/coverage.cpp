@@ -1,18 +1,13 @@
 #include "feeds/alerts/coverage.h"
 
+#include "feeds/alerts/official_sources.h"
+
 #include <algorithm>
 #include <array>
 
 namespace nimbara {
 
 namespace {
-
-struct ServiceName {
-  std::string_view source;
-  std::string_view name;
-};
-constexpr auto kServiceNames =
-    std::to_array<ServiceName>({{"nws", "National Weather Service"}, {"meteoalarm", "MeteoAlarm"}});
 
 /// What a face with one line must not hide, first: how sure is more urgent than how many.
 constexpr std::array kByUrgency{CoverageState::unchecked, CoverageState::warnings, CoverageState::unplaced,
@@ -114,8 +109,8 @@ SourceCoverage const& mostPressing(std::vector<SourceCoverage> const& coverage) 
 }
 
 std::string warningServiceName(std::string_view source) {
-  auto const* const row = std::ranges::find(kServiceNames, source, &ServiceName::source);
-  return std::string(row == kServiceNames.end() ? source : row->name);
+  OfficialSource const* const row = officialSource(source);
+  return std::string(row == nullptr ? source : row->service);
 }
 
 }  // namespace nimbara
