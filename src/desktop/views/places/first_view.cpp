@@ -16,7 +16,8 @@ constexpr std::array<std::string_view, 5> kAskedAtOnce{"forecast", "warnings", "
 
 bool isAsked(ServiceRow const& row, bool isAppleWeatherConfigured) {
   bool const wantsContract = row.service == Service::appleWeather && !isAppleWeatherConfigured;
-  return !row.source.name.empty() && !row.host.empty() && !row.needsKey && !wantsContract;
+  bool const isOption = row.service == Service::brightSky;
+  return !row.source.name.empty() && !row.host.empty() && !row.needsKey && !wantsContract && !isOption;
 }
 
 std::string joinedNames(std::vector<std::string> const& names, ViewContext const& context) {
