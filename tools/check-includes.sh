@@ -39,6 +39,7 @@ declare -A rooms=(
   [feeds/air]="fetching"
   [feeds/alerts]="cap fetching nws regions"
   [feeds/cap]="fetching"
+  [feeds/eccc]="cap fetching"
   [feeds/fires]="fetching"
   [feeds/meteoalarm]="alerts cap fetching regions"
   [feeds/nws]="fetching"
