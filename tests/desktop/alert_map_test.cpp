@@ -55,6 +55,10 @@ struct FrameRow {
   double high;
 };
 
+void PrintTo(FrameRow const& row, std::ostream* out) {
+  *out << row.why;
+}
+
 struct AlertFrames : testing::TestWithParam<FrameRow> {};
 
 TEST_P(AlertFrames, HoldThePlaceAndTheArea) {
@@ -81,6 +85,10 @@ struct ElsewhereRow {
   std::chrono::minutes left;
   std::vector<std::string> expected;
 };
+
+void PrintTo(ElsewhereRow const& row, std::ostream* out) {
+  *out << row.why;
+}
 
 struct Elsewhere : testing::TestWithParam<ElsewhereRow> {};
 

@@ -189,6 +189,10 @@ constexpr ActionRow kActions[] = {
     {"Credits", "settings", "push button", "Credits", Spoken::expanded},
 };
 
+void PrintTo(ActionRow const& row, std::ostream* out) {
+  *out << row.name;
+}
+
 struct AtSpi : testing::TestWithParam<ActionRow> {
   static bool isInstalled(char const* program) {
     return std::system(("command -v " + std::string(program) + " >/dev/null 2>&1").c_str()) == 0;

@@ -35,6 +35,10 @@ struct BoardRow {
   BoardTops expected;
 };
 
+void PrintTo(BoardRow const& row, std::ostream* out) {
+  *out << row.why;
+}
+
 struct Boards : testing::TestWithParam<BoardRow> {};
 
 TEST_P(Boards, StackEntriesInTheirLanes) {

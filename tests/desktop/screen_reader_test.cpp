@@ -181,6 +181,10 @@ constexpr HeardRow kHeard[] = {
     {"settings", DesktopPage::settings, troubled},
 };
 
+void PrintTo(HeardRow const& row, std::ostream* out) {
+  *out << row.name;
+}
+
 struct EveryAction : ScreenReader, testing::WithParamInterface<HeardRow> {};
 
 TEST_P(EveryAction, IsOfferedWhereTheMousePresses) {

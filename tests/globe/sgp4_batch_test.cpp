@@ -13,6 +13,11 @@
 #include <set>
 
 namespace nimbara::SGP4 {
+
+void PrintTo(Kernel kernel, std::ostream* out) {
+  *out << enumName(kernel);
+}
+
 namespace {
 
 constexpr double kDay = 1440;
