@@ -1,18 +1,15 @@
 #include "providers/metnorway/yr_no_client.h"
 
 #include "base/text/number.h"
-#include "base/time/http_date.h"
+#include "platform/http_expiry.h"
 #include "providers/common/service_answer.h"
 #include "providers/metnorway/yr_no_join.h"
 #include "providers/metnorway/yr_no_parser.h"
-
-#include <algorithm>
 
 namespace nimbara {
 
 namespace {
 
-constexpr std::chrono::milliseconds kLongestLife = std::chrono::hours(24);
 constexpr int kDeprecated = 203;
 constexpr int kNotModified = 304;
 
@@ -21,23 +18,11 @@ std::string fourDecimals(double degrees) {
   return plainDecimal(roundHalfAway(degrees * kSteps) / kSteps + 0.0);
 }
 
-std::optional<Instant> dateHeader(HttpResponse const& answer, std::string_view name) {
-  auto const text = answer.header(name);
-  return text ? parseHttpDate(*text) : std::nullopt;
-}
-
 }  // namespace
 
 std::string yrNoPath(Coordinate place) {
   return "/weatherapi/locationforecast/2.0/complete?lat=" + fourDecimals(place.latitude) +
          "&lon=" + fourDecimals(place.longitude);
-}
-
-Instant expiryOf(HttpResponse const& answer, Instant now) {
-  auto const expires = dateHeader(answer, "Expires");
-  if (!expires) return now;
-  auto const life = *expires - dateHeader(answer, "Date").value_or(now);
-  return now + std::clamp(life, std::chrono::milliseconds(0), kLongestLife);
 }
 
 YrNoClient::YrNoClient(HttpClient& http, Clock const& clock, ServiceAddress address, TimeZoneLookup timeZone,

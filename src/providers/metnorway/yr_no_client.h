@@ -45,8 +45,4 @@ class YrNoClient final : public ForecastClient {
 /// decimals; rounding to them moves a place by six metres at most.
 std::string yrNoPath(Coordinate place);
 
-/// When an answer that arrives at `now` expires: reckoned from its Date header where it has one, so that a
-/// wrong clock does no harm, and never more than a day ahead. `now` when the answer does not say.
-Instant expiryOf(HttpResponse const& answer, Instant now);
-
 }  // namespace nimbara
