@@ -19,16 +19,16 @@ Validators Validators::of(HttpResponse const& answer) {
 
 Result<std::optional<HttpResponse>, ServiceFailure> exchange(HttpClient& http, HttpRequest request,
                                                              std::optional<Validators> const& kept,
-                                                             std::stop_token stop, HttpResponse* refusal) {
+                                                             std::stop_token stop, HttpResponse* other) {
   if (kept && !kept->etag.empty()) request.headers.emplace_back("If-None-Match", kept->etag);
   if (kept && !kept->lastModified.empty())
     request.headers.emplace_back("If-Modified-Since", kept->lastModified);
   auto answer = http.get(request, std::move(stop));
   if (!answer) return std::unexpected(ServiceFailure::network(answer.error()));
   if (isSuccess(answer->status)) return std::move(*answer);
-  if (answer->status == kNotModified && kept) return std::nullopt;
   int const status = answer->status;
-  if (refusal != nullptr) *refusal = std::move(*answer);
+  if (other != nullptr) *other = std::move(*answer);
+  if (status == kNotModified && kept) return std::nullopt;
   return std::unexpected(ServiceFailure::answered(status));
 }
 

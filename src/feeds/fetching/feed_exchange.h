@@ -24,11 +24,12 @@ struct Validators {
 };
 
 /// The document of a status from 200 to 299, or nothing where the service confirms the one that `kept`
-/// belongs to. Any other status is a failure; `refusal`, where given, is then the answer that had it.
+/// belongs to. Any other status is a failure. `other`, where given, is then the answer that had it, as it is
+/// the one that confirms.
 Result<std::optional<HttpResponse>, ServiceFailure> exchange(HttpClient& http, HttpRequest request,
                                                              std::optional<Validators> const& kept,
                                                              std::stop_token stop,
-                                                             HttpResponse* refusal = nullptr);
+                                                             HttpResponse* other = nullptr);
 
 /// Less than `life` has passed since then. A moment in the future, where a clock that was set back puts it,
 /// is not trusted.
