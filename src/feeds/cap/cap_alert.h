@@ -22,11 +22,20 @@ struct CapValue {
   auto operator<=>(CapValue const&) const = default;
 };
 
+/// Of polygons, in their order: what is computed once so that most of them need not be looked at again. No
+/// part of the value.
+struct PolygonBoxes {
+  std::vector<ShapeBox> list;
+
+  bool operator==(PolygonBoxes const&) const { return true; }
+};
+
 struct CapArea {
   std::string areaDesc;
   std::vector<WarningPolygon> polygons;
   std::vector<WarningCircle> circles;
   std::vector<CapValue> geocodes;  ///< by registry: "EMMA_ID" and "RS010"
+  PolygonBoxes boxes = {};         ///< none, or those of all polygons (`noteBoxes`)
 
   bool operator==(CapArea const&) const = default;
 };

@@ -3,6 +3,7 @@
 #include "base/text/clean_text.h"
 #include "feeds/cap/cap_reader.h"
 #include "feeds/cap/cap_text.h"
+#include "feeds/cap/shape_geometry.h"
 #include "feeds/fetching/lenient_json.h"
 
 namespace nimbara {
@@ -130,6 +131,7 @@ CapAlert alertOf(WireAlert const& wire) {
   alert.msgType = word(wire.msgType);
   alert.references = capReferences(wire.references.value.value_or(""));
   each(wire.info, [&](WireInfo const& info) { alert.infos.push_back(infoOf(info)); });
+  noteBoxes(alert);
   return alert;
 }
 

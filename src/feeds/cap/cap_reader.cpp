@@ -4,6 +4,7 @@
 #include "base/text/text.h"
 #include "feeds/cap/cap_json.h"
 #include "feeds/cap/cap_text.h"
+#include "feeds/cap/shape_geometry.h"
 #include "feeds/fetching/xml_reader.h"
 
 #include <array>
@@ -92,6 +93,7 @@ class MessageReader final : XmlReader {
  public:
   Result<CapAlert, std::string> message(std::string_view body) {
     if (auto const done = read(body); !done) return std::unexpected(done.error());
+    noteBoxes(alert_);
     return std::move(alert_);
   }
 

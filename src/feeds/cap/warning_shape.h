@@ -20,6 +20,17 @@ struct WarningCircle {
 /// The corners of an outline, the last of them perhaps the first again.
 using WarningPolygon = std::vector<Coordinate>;
 
+/// Around an outline, in degrees: `width` eastwards from `west`, over ±180° where the outline goes there. 360
+/// wide for one that goes round a pole, which is then in it.
+struct ShapeBox {
+  double south = 0;
+  double north = 0;
+  double west = 0;
+  double width = 0;
+
+  bool operator==(ShapeBox const&) const = default;
+};
+
 /// Blank-separated pairs "latitude,longitude"; nothing when a pair cannot be read or there are fewer than
 /// three.
 std::optional<WarningPolygon> parseWarningPolygon(std::string_view text);
