@@ -39,7 +39,7 @@ TEST_P(Lies, InAnOutlineOrSoFarFromIt) {
   EXPECT_TRUE(!km || isNear(boxOf(row.polygon), row.place, 50));
   // With the outline turned round and its first corner said twice nothing is different.
   WarningPolygon turned(row.polygon.rbegin(), row.polygon.rend());
-  turned.push_back(turned.front());
+  if (!turned.empty()) turned.push_back(turned.front());
   EXPECT_EQ(holds(turned, row.place), row.isInside);
 }
 
