@@ -28,7 +28,7 @@ void fillIn(CommandLine& line, Settings const& settings, Environment const& envi
   if (!common.unitsGiven) common.units = unitsOf(settings, environment.measurement);
   std::string const language = settings.text("language");
   if (common.language.empty()) common.language = language == "automatic" ? environment.language : language;
-  common.clock = chosenClock(settings, environment.time);
+  common.clock = chosenClock(settings, common.language, environment.time);
   if (!line.forecast.providerGiven) {
     line.forecast.provider = settings.choice<WeatherProviderOption>("preferredProvider").value();
   }

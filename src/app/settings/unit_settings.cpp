@@ -1,6 +1,7 @@
 #include "app/settings/unit_settings.h"
 
 #include "base/text/text.h"
+#include "base/words/texts.h"
 
 #include <algorithm>
 
@@ -109,14 +110,15 @@ Units unitsOf(Settings const& settings, std::string_view locale) {
           settings.choice<DistanceUnit>("visibilityUnit").value_or(custom.distance)};
 }
 
-HourClock chosenClock(Settings const& settings, std::string_view timeLocale) {
+HourClock chosenClock(Settings const& settings, std::string_view language, std::string_view timeLocale) {
   std::string const choice = settings.text("clock");
   if (choice == "12") return HourClock::twelve;
-  return choice == "24" ? HourClock::twentyFour : hourClockOf(timeLocale);
+  bool const isEnglish = !Texts::has(language) || language.starts_with("en");
+  return choice == "24" || !isEnglish ? HourClock::twentyFour : hourClockOf(timeLocale);
 }
 
 std::string wordsLocale(Settings const& settings, std::string_view language, std::string_view timeLocale) {
-  return withHourClock(language, chosenClock(settings, timeLocale));
+  return withHourClock(language, chosenClock(settings, language, timeLocale));
 }
 
 }  // namespace nimbara

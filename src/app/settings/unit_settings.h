@@ -17,8 +17,9 @@ Units regionalUnits(std::string_view locale);
 /// The chosen units, and the region's for those that are automatic.
 Units unitsOf(Settings const& settings, std::string_view locale);
 
-/// The chosen clock, and that of the locale where it is automatic.
-HourClock chosenClock(Settings const& settings, std::string_view timeLocale);
+/// The chosen clock, and that of the locale where it is automatic: of 12 hours only with texts in English,
+/// for a locale that says nothing ("C") has no other language's custom.
+HourClock chosenClock(Settings const& settings, std::string_view language, std::string_view timeLocale);
 
 /// The name of the locale whose texts are shown, with the chosen clock; `timeLocale` has it where it is
 /// automatic.

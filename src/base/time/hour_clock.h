@@ -9,8 +9,8 @@ namespace nimbara {
 
 enum class HourClock { twelve, twentyFour };
 
-/// The custom of a locale ("en_US.UTF-8") as CLDR has it: 12 hours in the United States, India or Taiwan and
-/// in the C locale, 24 in most others.
+/// The custom of a locale: 12 hours in the United States ("en_US.UTF-8") and where the locale says nothing
+/// ("C"), 24 in all others.
 HourClock hourClockOf(std::string_view locale);
 
 /// The locale's name with the clock as its keyword; one that it had is replaced.
