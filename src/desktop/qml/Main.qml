@@ -48,8 +48,20 @@ Window {
         (switcher.item as PlaceSwitcher).show(typed, heading);
     }
 
+    function showKeys() {
+        shortcuts.active = true;
+        (shortcuts.item as KeyList).open();
+    }
+
     // Typing goes to the search, wherever the keys are: what nothing in the window wants comes here.
     function type(event) {
+        // By what is typed: each keyboard has the question mark elsewhere.
+        const isControlled = event.modifiers & Qt.ControlModifier && event.key === Qt.Key_Question;
+        if (event.text === "?" || isControlled) {
+            event.accepted = true;
+            showKeys();
+            return;
+        }
         const isCommand = event.modifiers & (Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier);
         if (isCommand || !App.switcher.beginsSearch(event.text))
             return;
@@ -102,13 +114,7 @@ Window {
 
     Shortcut { sequences: [StandardKey.Refresh, "Ctrl+R"]; onActivated: App.refresh() }
     Shortcut { sequences: ["F6", "Shift+F6"]; onActivated: window.changeArea() }
-    Shortcut {
-        sequences: ["?", "Ctrl+?", "F1"]
-        onActivated: {
-            shortcuts.active = true;
-            (shortcuts.item as KeyList).open();
-        }
-    }
+    Shortcut { sequences: ["F1", "Ctrl+?"]; onActivated: window.showKeys() }
     Shortcut { sequence: StandardKey.Quit; onActivated: Qt.quit() }
     Instantiator {
         model: window.pages

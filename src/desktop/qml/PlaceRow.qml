@@ -115,6 +115,10 @@ Item {
         spacing: 4
 
         Item {
+            id: line
+            // Of what stands beside the names, or below them: places, for an anchor would keep what it was before.
+            readonly property real warmthAt: place.isTight ? picture.width + Theme.space : width - buttons.width - warmth.width - 2 * Theme.space
+            readonly property real pictureAt: place.isTight ? 0 : warmthAt - picture.width - Theme.space
             width: parent.width
             height: place.isTight ? names.height + Math.max(picture.height, buttons.height) + 4 : Math.max(names.height, picture.height, buttons.height)
 
@@ -173,10 +177,8 @@ Item {
             }
             Glyph {
                 id: picture
-                anchors.left: place.isTight ? parent.left : undefined
-                anchors.right: place.isTight ? undefined : warmth.left
-                anchors.rightMargin: Theme.space
-                anchors.verticalCenter: buttons.verticalCenter
+                x: LayoutMirroring.enabled ? line.width - width - line.pictureAt : line.pictureAt
+                y: buttons.y + (buttons.height - height) / 2
                 size: 42 * Theme.scale
                 sky: place.sky
                 isDay: place.isDay
@@ -184,11 +186,8 @@ Item {
             }
             PlainText {
                 id: warmth
-                anchors.left: place.isTight ? picture.right : undefined
-                anchors.leftMargin: Theme.space
-                anchors.right: place.isTight ? undefined : buttons.left
-                anchors.rightMargin: 2 * Theme.space
-                anchors.verticalCenter: buttons.verticalCenter
+                x: LayoutMirroring.enabled ? line.width - width - line.warmthAt : line.warmthAt
+                y: buttons.y + (buttons.height - height) / 2
                 text: place.temperature
                 color: Theme.text
                 font.pixelSize: Theme.headline
