@@ -1,7 +1,8 @@
 #include "feeds/meteoalarm/meteo_alarm_details.h"
 
+#include "feeds/awareness/meteo_alarm_classes.h"
+#include "feeds/cap/cap_language.h"
 #include "feeds/cap/cap_reader.h"
-#include "feeds/meteoalarm/meteo_alarm_classes.h"
 #include "support/cap_message.h"
 #include "support/instants.h"
 #include "support/samples.h"

@@ -1,5 +1,5 @@
+#include "feeds/awareness/meteo_alarm_classes.h"
 #include "feeds/meteoalarm/meteo_alarm_atom_parser.h"
-#include "feeds/meteoalarm/meteo_alarm_classes.h"
 #include "feeds/meteoalarm/meteo_alarm_selection.h"
 #include "support/atom_feed.h"
 #include "support/bad_bytes.h"

@@ -1,7 +1,8 @@
 #include "feeds/meteoalarm/meteo_alarm_details.h"
 
 #include "base/text/text.h"
-#include "feeds/meteoalarm/meteo_alarm_classes.h"
+#include "feeds/awareness/meteo_alarm_classes.h"
+#include "feeds/cap/cap_language.h"
 
 #include <algorithm>
 #include <set>
@@ -9,12 +10,6 @@
 namespace nimbara {
 
 namespace {
-
-/// "de" of "de-DE" and of "de_DE.UTF-8"; the written forms of Norwegian are one language here.
-std::string primaryLanguage(std::string_view tag) {
-  std::string const primary = asciiLowered(tag.substr(0, tag.find_first_of("-_.@")));
-  return primary == "nb" || primary == "nn" ? "no" : primary;
-}
 
 bool isBlank(std::string_view text) {
   return trimmed(text).empty();
@@ -88,12 +83,6 @@ WarningDetails detailsIn(CapInfo const& info, CapAlert const& document) {
 }
 
 }  // namespace
-
-int languageRank(std::string_view text, std::string_view language) {
-  std::string const primary = primaryLanguage(text);
-  if (primary.empty()) return 2;
-  return primary == primaryLanguage(language) ? 0 : primary == "en" ? 1 : 2;
-}
 
 std::optional<WarningDetails> detailsOf(CapAlert const& document, RawEntry const& entry,
                                         std::string_view language) {

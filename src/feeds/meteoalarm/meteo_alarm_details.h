@@ -1,9 +1,9 @@
 // What the document of an entry says in full of the entry's warning. Pure functions.
 #pragma once
 
+#include "feeds/awareness/meteo_alarm_type.h"
 #include "feeds/cap/cap_alert.h"
 #include "feeds/meteoalarm/meteo_alarm_atom_parser.h"
-#include "feeds/meteoalarm/meteo_alarm_type.h"
 
 #include <optional>
 #include <string>
@@ -29,9 +29,6 @@ struct WarningDetails {
 /// has to do with the entry.
 std::optional<WarningDetails> detailsOf(CapAlert const& document, RawEntry const& entry,
                                         std::string_view language);
-
-/// How well a reader of `language` is served by a text in another one: 0 in his own, 1 in English, 2 else.
-int languageRank(std::string_view text, std::string_view language);
 
 /// Of the block that the entry was made of; empty when the document does not tell.
 std::string languageOfEntry(CapAlert const& document, RawEntry const& entry);

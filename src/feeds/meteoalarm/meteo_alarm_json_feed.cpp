@@ -1,8 +1,9 @@
 #include "feeds/meteoalarm/meteo_alarm_json_feed.h"
 
 #include "base/text/text.h"
+#include "feeds/awareness/meteo_alarm_classes.h"
 #include "feeds/cap/cap_json.h"
-#include "feeds/meteoalarm/meteo_alarm_classes.h"
+#include "feeds/cap/cap_language.h"
 #include "feeds/meteoalarm/meteo_alarm_details.h"
 
 #include <algorithm>

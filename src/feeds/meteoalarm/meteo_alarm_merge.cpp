@@ -3,8 +3,8 @@
 #include "base/text/text.h"
 #include "feeds/alerts/event_memory.h"
 #include "feeds/alerts/gov_alerts.h"
+#include "feeds/awareness/meteo_alarm_classes.h"
 #include "feeds/meteoalarm/areas/warned_areas.h"
-#include "feeds/meteoalarm/meteo_alarm_classes.h"
 #include "feeds/regions/meteo_alarm_countries.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 #include "feeds/meteoalarm/meteo_alarm_selection.h"
 
 #include "base/text/text.h"
+#include "feeds/awareness/meteo_alarm_classes.h"
 #include "feeds/meteoalarm/areas/area_names.h"
-#include "feeds/meteoalarm/meteo_alarm_classes.h"
 #include "feeds/regions/region_names.h"
 #include "regions/region_map.h"
 

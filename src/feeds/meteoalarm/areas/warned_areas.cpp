@@ -1,5 +1,7 @@
 #include "feeds/meteoalarm/areas/warned_areas.h"
 
+#include "feeds/cap/cap_language.h"
+
 #include <algorithm>
 #include <array>
 #include <bit>

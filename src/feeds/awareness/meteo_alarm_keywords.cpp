@@ -1,4 +1,4 @@
-#include "feeds/meteoalarm/meteo_alarm_keywords.h"
+#include "feeds/awareness/meteo_alarm_keywords.h"
 
 #include "base/text/search_text.h"
 #include "base/text/text.h"

@@ -1,7 +1,7 @@
 // The words by which the national services call their warnings.
 #pragma once
 
-#include "feeds/meteoalarm/meteo_alarm_type.h"
+#include "feeds/awareness/meteo_alarm_type.h"
 
 #include <string>
 #include <vector>

@@ -1,7 +1,7 @@
 // How a MeteoAlarm entry tells what it warns of and by which level's colour. Pure.
 #pragma once
 
-#include "feeds/meteoalarm/meteo_alarm_type.h"
+#include "feeds/awareness/meteo_alarm_type.h"
 #include "model/weather_alert.h"
 
 #include <optional>

@@ -1,8 +1,8 @@
-#include "feeds/meteoalarm/meteo_alarm_classes.h"
+#include "feeds/awareness/meteo_alarm_classes.h"
 
 #include "base/text/search_text.h"
 #include "base/text/text.h"
-#include "feeds/meteoalarm/meteo_alarm_keywords.h"
+#include "feeds/awareness/meteo_alarm_keywords.h"
 
 #include <algorithm>
 #include <charconv>
