@@ -49,6 +49,7 @@ declare -A rooms=(
   [feeds/space]="fetching"
   [feeds/storms]="fetching"
   [feeds/travel]="fetching"
+  [feeds/wmo]="cap fetching"
   [notifications/custom]="rules sky"
   [notifications/engine]="custom log rules"
   [notifications/log]="rules"
