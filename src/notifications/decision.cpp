@@ -8,7 +8,8 @@ namespace {
 
 using enum RuleOutcome;
 
-constexpr RuleOutcome kDeliveries[] = {announced, escalated, listed, updated, endMoved, withdrawn, lifted};
+constexpr RuleOutcome kDeliveries[] = {announced, escalated, listed, updated,
+                                       endMoved,  withdrawn, lifted, cancelled};
 constexpr RuleOutcome kHeldBack[] = {muted, heldByQuietHours, snoozed, suppressed};
 constexpr RuleOutcome kKnown[] = {stillActive, returnedTooSoon, alreadyDelivered, alreadyToldToday};
 /// What is over by the clock is taken away without a look.

@@ -18,9 +18,10 @@ enum class RuleOutcome {
   escalated,       ///< sent before, and more severe now: notifies again
   listed,          ///< shown silently: old news, or covered by another notification
   updated,         ///< what is shown is replaced in silence
-  endMoved,        ///< shown again silently: it ends much earlier or later than was sent
+  endMoved,        ///< sent before, and it ends much earlier or later than was sent: notifies again
   withdrawn,       ///< what is shown is over
-  lifted,          ///< over before the end that was sent: shown silently in place of it
+  lifted,          ///< no longer listed before the end that was sent: shown silently in place of it
+  cancelled,       ///< its issuer says that it is over before its end: notifies in place of it
   scheduled,       ///< will be sent at its hour
   stillScheduled,  ///< as it was
   settingOff,
@@ -41,10 +42,11 @@ enum class RuleOutcome {
 };
 template <>
 inline constexpr auto enumNames<RuleOutcome> = std::to_array<std::string_view>(
-    {"announced", "escalated", "listed",           "updated",         "endMoved",         "withdrawn",
-     "lifted",    "scheduled", "stillScheduled",   "settingOff",      "notChosen",        "conditionFalse",
-     "unknown",   "absent",    "stillActive",      "returnedTooSoon", "alreadyDelivered", "alreadyToldToday",
-     "hasEnded",  "muted",     "heldByQuietHours", "snoozed",         "refused",          "suppressed"});
+    {"announced",   "escalated",        "listed",           "updated",          "endMoved",
+     "withdrawn",   "lifted",           "cancelled",        "scheduled",        "stillScheduled",
+     "settingOff",  "notChosen",        "conditionFalse",   "unknown",          "absent",
+     "stillActive", "returnedTooSoon",  "alreadyDelivered", "alreadyToldToday", "hasEnded",
+     "muted",       "heldByQuietHours", "snoozed",          "refused",          "suppressed"});
 static_assert(enumNamesComplete(RuleOutcome::suppressed));
 
 /// The pass has something to do for it.
@@ -92,7 +94,12 @@ struct Decision {
   std::string kind;  ///< what a mute names
   std::optional<Instant> began;
   std::optional<Instant> ends;
-  std::string event;       ///< what it is about, as the finding says
+  std::string event;              ///< what it is about, as the finding says
+  std::optional<Instant> issued;  ///< of an official event: the newest message
+  std::optional<int> updates;     ///< of an official event, as its issuer's chain tells
+  /// Of an event that was sent: the identifier under which the desktop has it, where this one takes its place
+  /// under another.
+  std::string replaces;
   std::string title;       ///< of the finding, without the place
   std::string digest;      ///< of what is told of an event, without what the engine adds
   bool isCovered = false;  ///< delivered silently, since it is only near or covered by another notification

@@ -380,7 +380,7 @@ TEST_F(Warnings, ARefusedRiseRingsInTheNextPass) {
   engine.pass();
   engine.center.setFailure(std::nullopt);
   engine.pass();
-  EXPECT_EQ(engine.told(), Names{name(1)});
+  EXPECT_EQ(engine.told(), Names{name(1) + "_warning"});
 }
 
 TEST_F(Warnings, AreNotEvenLookedForWithoutAuthorization) {

@@ -44,7 +44,7 @@ struct EndRow {
   RuleOutcome outcome;
 };
 
-TEST_F(WarningEvents, TellQuietlyOfAnEndThatMovesByMoreThanAnHour) {
+TEST_F(WarningEvents, TellOfAnEndThatMovesByMoreThanAnHour) {
   for (EndRow const& row : {EndRow{60min, RuleOutcome::alreadyDelivered},
                             {-60min, RuleOutcome::alreadyDelivered},
                             {61min, RuleOutcome::endMoved},
@@ -63,9 +63,10 @@ TEST_F(WarningEvents, TellQuietlyOfAnEndThatMovesByMoreThanAnHour) {
     EXPECT_EQ(outcomeOf(fresh.passAfter(15min)), row.outcome) << row.move.count();
     if (row.outcome != RuleOutcome::endMoved) continue;
     NotificationRequest const told = fresh.center.delivered().back();
-    EXPECT_TRUE(told.isSilent);
-    EXPECT_EQ(told.urgency, NotificationUrgency::low);
-    EXPECT_EQ(told.identifier, identifierOf(alert));
+    EXPECT_FALSE(told.isSilent);
+    EXPECT_EQ(told.urgency, NotificationUrgency::normal);
+    EXPECT_EQ(told.identifier, identifierOf(alert) + "_until_" + formatIso8601(*alert.expires));
+    EXPECT_THAT(fresh.center.shown(), ElementsAre(told.identifier)) << "in place of what was shown";
     EXPECT_TRUE(told.body.starts_with("Now in effect until ")) << told.body;
     EXPECT_EQ(told.body.find("until", 20), std::string::npos) << "once: " << told.body;
     EXPECT_EQ(outcomeOf(fresh.passAfter(15min)), RuleOutcome::alreadyDelivered);
@@ -101,10 +102,11 @@ TEST_F(WarningEvents, SayOnceThatTheyWereLifted) {
   EXPECT_EQ(outcomeAfter(14min, {}), RuleOutcome::absent) << "feeds drop one for a moment";
   EXPECT_EQ(outcomeAfter(1min, {}), RuleOutcome::lifted);
   EXPECT_TRUE(last().isSilent);
-  EXPECT_EQ(last().identifier, identifierOf(alert));
+  EXPECT_EQ(last().identifier, identifierOf(alert) + "_lifted");
   EXPECT_EQ(last().title, "Lifted: Warning 1");
   EXPECT_EQ(outcomeAfter(15min, {}), RuleOutcome::conditionFalse);
   EXPECT_EQ(outcomeAfter(15min, {alert}), RuleOutcome::announced) << "who was told that it is over must know";
+  EXPECT_EQ(last().identifier, identifierOf(alert) + "_again");
 }
 
 TEST_F(WarningEvents, AreNotLiftedWhenNobodyLooksAtThePlaceAnyMore) {

@@ -185,6 +185,7 @@ void NotificationInputs::readOfficial(RuleInputs& inputs, Place const& place, Ru
     noteFailure(inputs.govAlerts, alerts);
     inputs.isUncovered = !alerts.isCovered();
     inputs.unplacedAlerts = std::move(alerts.unplaced);
+    inputs.calledOff = std::move(alerts.calledOff);
     bool const isKnown = !alerts.isCovered() || alerts.checkedAt() || !alerts.alerts.empty();
     if (isKnown) {
       inputs.govAlerts.value = std::make_shared<std::vector<WeatherAlert> const>(std::move(alerts.alerts));

@@ -21,7 +21,7 @@ constexpr std::string_view kSystemSound = "default";
 
 /// What a person is sent of the pass: not what was replaced or taken back in silence.
 bool isTold(Decision const& decision) {
-  RuleOutcome const told[] = {announced, escalated, listed, endMoved, lifted, scheduled};
+  RuleOutcome const told[] = {announced, escalated, listed, endMoved, lifted, cancelled, scheduled};
   return std::ranges::count(told, decision.outcome) > 0;
 }
 
@@ -288,6 +288,7 @@ std::string logJson(std::vector<LoggedNotification> const& log) {
     json.member("kind", line.kind);
     writeMeasured(json, line.measured);
     json.member("note", plainNote(line.note, line.failure));
+    json.member("updates", line.updates);
     json.endObject();
   }
   json.endList();

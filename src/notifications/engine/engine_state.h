@@ -40,6 +40,11 @@ struct ShownEvent {
   std::vector<std::string> placeTags;
   bool isOfVisit = false;  ///< looks at single places alone have found it
   std::string event;       ///< what it is about; may be empty
+  /// Under which the desktop has it since it was sent anew; empty: under its own.
+  std::string identifier;
+  std::optional<Instant> issued;  ///< the newest message that was found
+  int updates = 0;                ///< messages since the first
+  int toldUpdates = 0;            ///< of them those that were there when it was sent last
 
   bool operator==(ShownEvent const&) const = default;
 };
@@ -63,7 +68,11 @@ inline constexpr auto jsonFields<ShownEvent> = FieldList{field("severity", &Show
                                                          fieldOr("placeTag", &ShownEvent::placeTag),
                                                          fieldOr("placeTags", &ShownEvent::placeTags),
                                                          fieldOr("isOfVisit", &ShownEvent::isOfVisit),
-                                                         fieldOr("event", &ShownEvent::event)};
+                                                         fieldOr("event", &ShownEvent::event),
+                                                         fieldOr("identifier", &ShownEvent::identifier),
+                                                         fieldOr("issued", &ShownEvent::issued),
+                                                         fieldOr("updates", &ShownEvent::updates),
+                                                         fieldOr("toldUpdates", &ShownEvent::toldUpdates)};
 
 /// Under which the wording of a summary is kept: one for a day.
 std::string summaryKey(ScheduledNotification const& entry);

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <iterator>
 #include <tuple>
+#include <utility>
 
 namespace nimbara {
 
@@ -53,6 +54,7 @@ bool wasFoundAt(ShownEvent const& shown, std::string_view tag) {
 
 void PassPlanner::planEvents(Rule const& rule) {
   PlannedEvents events;
+  PlannedEvents calledOff;
   int looks = 0;
   int checks = 0;
   for (RuleInputs const& inputs : places_) {
@@ -62,13 +64,20 @@ void PassPlanner::planEvents(Rule const& rule) {
     ++looks;
     if (!isUnknown(rule, inputs, evaluation)) ++checks;
     for (Finding const& finding : evaluation.findings) merge(events, finding, inputs, evaluation);
+    for (Finding const& finding : evaluation.calledOff) merge(calledOff, finding, inputs, evaluation);
     if (evaluation.findings.empty()) tellNothing(rule, inputs, evaluation);
   }
   std::vector<Decision> decisions;
   decisions.reserve(events.list.size());
   for (PlannedEvent const& event : events.list) decisions.push_back(eventDecision(rule, event));
   std::ranges::move(boundedEvents(std::move(decisions), context_.texts), std::back_inserter(plan_.decisions));
-  if (rule.followsEvents && looks > 0 && checks == looks) withdrawAbsent(rule, events);
+  for (PlannedEvent const& event : calledOff.list) {
+    std::string const& key = event.finding.identifier;
+    // In force at another place it is not over.
+    bool const isThere = events.byIdentifier.contains(key) || events.untold.contains(key);
+    if (!isThere) planCalledOff(rule, event);
+  }
+  if (rule.followsEvents && looks > 0 && checks == looks) withdrawAbsent(rule, events, calledOff);
   // One place whose feed fails for ever must not make all that comes from the others old news.
   if (checks > 0) plan_.checked.push_back(&rule);
 }
@@ -76,8 +85,10 @@ void PassPlanner::planEvents(Rule const& rule) {
 Evaluation PassPlanner::evaluationOf(Rule const& rule, RuleInputs const& inputs) {
   Evaluation evaluation = rule.evaluate(inputs, values_);
   if (!rule.followsEvents) return evaluation;
-  for (Finding& finding : evaluation.findings) {
-    if (auto const known = knownAs(rule, finding)) finding.identifier = *known;
+  for (auto* const findings : {&evaluation.findings, &evaluation.calledOff}) {
+    for (Finding& finding : *findings) {
+      if (auto const known = knownAs(rule, finding)) finding.identifier = *known;
+    }
   }
   return evaluation;
 }
@@ -132,8 +143,39 @@ void PassPlanner::merge(PlannedEvents& events, Finding const& finding, RuleInput
   known.isElsewhere = true;
 }
 
-Decision PassPlanner::eventDecision(Rule const& rule, PlannedEvent const& event) const {
+Decision PassPlanner::eventDraft(Rule const& rule, PlannedEvent const& event) const {
   Decision decision = draft(rule, event);
+  auto const* const shown = findIn(state_.shown, decision.key);
+  if (shown != nullptr && !shown->identifier.empty()) decision.request.identifier = shown->identifier;
+  return decision;
+}
+
+void PassPlanner::nameAnew(Decision& decision, std::string_view what) const {
+  std::string identifier = decision.key + "_" + std::string(what);
+  // What was sent once is never sent again under the same name: an end may move to and fro.
+  if (state_.deliveredIDs.contains(identifier)) identifier += "_" + formatIso8601(context_.now);
+  decision.replaces = std::exchange(decision.request.identifier, std::move(identifier));
+}
+
+std::string PassPlanner::newsOf(Decision const& decision) const {
+  if (decision.outcome == escalated) return std::string(enumName(decision.severity));
+  if (decision.outcome == endMoved) return "until_" + formatIso8601(*decision.ends);
+  bool const isTold = decision.outcome == announced || decision.outcome == listed;
+  bool const isFirst = !isTold || !state_.deliveredIDs.contains(decision.key);
+  if (isFirst) return {};
+  auto const* const shown = findIn(state_.shown, decision.key);
+  return shown != nullptr && shown->isLifted ? "again" : "here";
+}
+
+bool PassPlanner::hasSlightUpdates(Rule const& rule, Decision const& decision) const {
+  auto const* const shown = findIn(state_.shown, decision.key);
+  bool const isQuiet = decision.outcome == alreadyDelivered || decision.outcome == updated;
+  if (shown == nullptr || !isQuiet || !rule.tellsLifting) return false;
+  return updatesWith(*shown, decision) > shown->toldUpdates;
+}
+
+Decision PassPlanner::eventDecision(Rule const& rule, PlannedEvent const& event) const {
+  Decision decision = eventDraft(rule, event);
   if (event.finding.ends && *event.finding.ends <= context_.now) {
     decision.outcome = isStillShown(decision.key) ? withdrawn : hasEnded;
   } else if (state_.deliveredIDs.contains(decision.key)) {
@@ -147,7 +189,31 @@ Decision PassPlanner::eventDecision(Rule const& rule, PlannedEvent const& event)
   if (decision.outcome == listed) decision.note = quietNote(rule, event.finding);
   if (decision.outcome == updated) decision.request.isSilent = true;
   if (decision.outcome == endMoved) tellNewEnd(decision, event);
+  if (hasSlightUpdates(rule, decision)) decision.note = "slightUpdate";
+  if (std::string const news = newsOf(decision); !news.empty()) nameAnew(decision, news);
   return decision;
+}
+
+void PassPlanner::planCalledOff(Rule const& rule, PlannedEvent const& event) {
+  std::string const& key = event.finding.identifier;
+  auto const* const shown = findIn(state_.shown, key);
+  bool const isKnown = shown != nullptr && !shown->isLifted && !isOver(*shown);
+  if (!isKnown || isSuppressed(*event.inputs)) return;
+  auto const reason = heldCancellation(rule, event, *shown);
+  bool const isTold = shown->hasRung && !reason;
+  // What is no longer in force does not stay on the screen over night.
+  if (!isTold && !shown->isWithdrawn) return takeAway(withdrawn, rule, key, *shown);
+  if (!shown->hasRung) return;
+  Decision decision = eventDraft(rule, event);
+  decision.outcome = reason.value_or(cancelled);
+  nameAnew(decision, "cancelled");
+  plan_.decisions.push_back(std::move(decision));
+}
+
+std::optional<RuleOutcome> PassPlanner::heldCancellation(Rule const& rule, PlannedEvent const& event,
+                                                         ShownEvent const& shown) const {
+  if (mutes(values_, context_.now, withoutJoint(rule.stem), shown.kind, shown.severity)) return muted;
+  return heldAtHour(values_, context_.now, event.inputs->calendar.hour(context_.now));
 }
 
 bool PassPlanner::isStillShown(std::string_view key) const {
@@ -176,13 +242,16 @@ void PassPlanner::tellNewEnd(Decision& decision, PlannedEvent const& event) cons
   Finding told = event.finding;
   told.when.clear();
   decision.request.body = context_.texts.format("push.event.endMoved", end) + "\n" + wholeBody(told);
+  auto const* const shown = findIn(state_.shown, decision.key);
+  if (shown != nullptr && shown->hasRung) return;
   decision.request.isSilent = true;
   decision.request.urgency = NotificationUrgency::low;
 }
 
-void PassPlanner::withdrawAbsent(Rule const& rule, PlannedEvents const& events) {
+void PassPlanner::withdrawAbsent(Rule const& rule, PlannedEvents const& events,
+                                 PlannedEvents const& calledOff) {
   for (auto const& [key, shown] : state_.shown) {
-    bool const isFound = events.byIdentifier.contains(key);
+    bool const isFound = events.byIdentifier.contains(key) || calledOff.byIdentifier.contains(key);
     if (isFound || isOver(shown) || shown.isWithdrawn || ruleOf(key) != &rule) continue;
     if (!isLookedFor(shown)) continue;
     bool const isGone = !isElsewhere(shown) && hasBeenAbsent(shown);
@@ -238,7 +307,8 @@ void PassPlanner::lift(Rule const& rule, std::string const& key, ShownEvent cons
   decision.place = shown.place;
   decision.severity = finding.severity;
   decision.request = requestFor(rule, finding, false, true, context_.texts);
-  decision.request.identifier = key;
+  decision.request.identifier = shown.identifier.empty() ? key : shown.identifier;
+  nameAnew(decision, "lifted");
 }
 
 void PassPlanner::withdrawEnded() {
@@ -264,7 +334,7 @@ void PassPlanner::takeAway(RuleOutcome outcome, Rule const& rule, std::string co
                            ShownEvent const& shown) {
   Decision& decision = add(outcome, rule);
   decision.key = key;
-  decision.request.identifier = key;
+  decision.request.identifier = shown.identifier.empty() ? key : shown.identifier;
   decision.title = shown.title;
   decision.kind = shown.kind;
   decision.severity = shown.severity;

@@ -44,7 +44,7 @@ NotificationRequest requestFor(Rule const& rule, Finding const& finding, bool so
 std::string wholeBody(Finding const& finding) {
   std::string body = finding.body;
   if (!finding.when.empty()) body.insert(std::min(body.find('\n'), body.size()), ", " + finding.when);
-  if (!finding.remark.empty()) body += "\n" + finding.remark;
+  if (!finding.remark.empty()) body += (body.empty() ? "" : "\n") + finding.remark;
   return body;
 }
 

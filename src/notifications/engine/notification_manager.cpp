@@ -103,6 +103,7 @@ class NotificationManager::Pass {
     EngineState const before = state_;
     for (Decision const& decision : decisions) apply(decision, now_, state_);
     alsoRemember();
+    updates_ = updatesSince(before, state_);
     isKept_ = save(decisions);
     bool isOtherwise = false;
     for (Decision& decision : decisions) {
@@ -129,6 +130,7 @@ class NotificationManager::Pass {
     finish();
     logBefore_.reset();
     withoutLine_.clear();
+    updates_.clear();
   }
 
   static Result<void, DeliveryError> notRemembered() {
@@ -161,8 +163,15 @@ class NotificationManager::Pass {
         around_.center.withdraw(decision.request.identifier);
         return {};
       default:
-        return deliver(decision.request);
+        return replace(decision);
     }
+  }
+
+  /// What the desktop has of the event goes once the new is there.
+  Result<void, DeliveryError> replace(Decision const& decision) {
+    auto done = deliver(decision.request);
+    if (done && !decision.replaces.empty()) around_.center.withdraw(decision.replaces);
+    return done;
   }
 
   /// A desktop that cannot be reached is tried once in a pass: each attempt may start a service that fails.
@@ -191,11 +200,12 @@ class NotificationManager::Pass {
   }
 
   StoreChanges logChanges(SettingValues const& stored, std::vector<LoggedNotification> const& lines) {
-    if (lines.empty() && !logBefore_) return {};
+    if (lines.empty() && updates_.empty() && !logBefore_) return {};
     bool const isFirst = !logBefore_;
     if (isFirst) logBefore_ = notificationLogOf(stored);
+    bool const isNoted = noteUpdates(*logBefore_, updates_);
     StoreChanges changes = logChange(*logBefore_, lines);
-    return changes.empty() && !isFirst ? logReplacement(*logBefore_) : changes;
+    return changes.empty() && (isNoted || !isFirst) ? logReplacement(*logBefore_) : changes;
   }
 
   /// False when the store does not take it. The lines of a second call replace those of the first.
@@ -229,6 +239,7 @@ class NotificationManager::Pass {
   std::optional<DeliveryError> unreachable_;                  ///< why nothing more is handed over
   std::optional<std::vector<LoggedNotification>> logBefore_;  ///< without the lines of this pass
   std::vector<Decision const*> withoutLine_;                  ///< neither told nor refused
+  EventUpdates updates_;                                      ///< of what is carried out together
   PassReport report_;
 };
 

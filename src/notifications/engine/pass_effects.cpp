@@ -48,6 +48,14 @@ void rememberEvent(Decision const& decision, Instant now, EngineState& state) {
   state.deliveredAt[decision.key] = std::chrono::floor<std::chrono::days>(now);
 }
 
+/// What is sent of an event after its first sight has an identifier of its own, which is remembered like it.
+void rememberNews(Decision const& decision, Instant now, EngineState& state) {
+  bool const isNews = decision.rule->followsEvents && decision.request.identifier != decision.key;
+  if (!isNews) return;
+  state.deliveredIDs.insert(decision.request.identifier);
+  state.deliveredAt[decision.request.identifier] = std::chrono::floor<std::chrono::days>(now);
+}
+
 void remember(Decision const& decision, Instant now, EngineState& state) {
   state.deliveredIDs.insert(decision.key);
   switch (decision.rule->policy) {
@@ -61,6 +69,7 @@ void remember(Decision const& decision, Instant now, EngineState& state) {
       break;
     case RulePolicy::instance:
       rememberEvent(decision, now, state);
+      rememberNews(decision, now, state);
       break;
   }
 }
@@ -87,6 +96,8 @@ void rememberFire(Decision const& decision, Instant now, EngineState& state) {
 void rememberFound(Decision const& decision, ShownEvent& shown) {
   shown.wasAbsent = false;
   shown.absentSince.reset();
+  shown.updates = updatesWith(shown, decision);
+  if (decision.issued) shown.issued = std::max(shown.issued.value_or(*decision.issued), *decision.issued);
   if (!decision.placeTag.empty()) shown.placeTag = decision.placeTag;
   if (!decision.isPartial) {
     shown.isOfVisit = false;
@@ -95,6 +106,19 @@ void rememberFound(Decision const& decision, ShownEvent& shown) {
   for (std::string const& tag : decision.placeTags) {
     if (std::ranges::count(shown.placeTags, tag) == 0) shown.placeTags.push_back(tag);
   }
+}
+
+/// Under which the desktop has it from now on.
+void rememberName(Decision const& decision, ShownEvent& shown) {
+  bool const isOwn = decision.request.identifier == decision.key;
+  shown.identifier = isOwn ? std::string() : decision.request.identifier;
+}
+
+void rememberOver(Decision const& decision, Instant now, EngineState& state) {
+  ShownEvent& shown = state.shown[decision.key];
+  shown.isWithdrawn = shown.isLifted = true;
+  rememberName(decision, shown);
+  rememberNews(decision, now, state);
 }
 
 void rememberShown(Decision const& decision, EngineState& state) {
@@ -115,7 +139,11 @@ void rememberShown(Decision const& decision, EngineState& state) {
   shown.wasCovered = decision.isCovered && !shown.hasRung;
   shown.wasNear = decision.isNear;
   shown.isWithdrawn = shown.isLifted = false;
-  if (!isText || isAnew) shown.toldEnds = decision.ends;
+  if (!isText || isAnew) {
+    shown.toldEnds = decision.ends;
+    shown.toldUpdates = shown.updates;
+  }
+  rememberName(decision, shown);
   shown.ends = decision.ends;
   shown.began = decision.began;
   if (!decision.title.empty()) shown.title = decision.title;
@@ -189,6 +217,21 @@ bool areComparable(std::string_view digest, std::string_view other) {
   return !language(digest).empty() && language(digest) == language(other);
 }
 
+int updatesWith(ShownEvent const& shown, Decision const& decision) {
+  // A list without times has no messages to be told apart.
+  bool const isNewer = shown.issued && decision.issued && *decision.issued > *shown.issued;
+  return std::max(shown.updates + (isNewer ? 1 : 0), decision.updates.value_or(0));
+}
+
+std::map<std::string, int, std::less<>> updatesSince(EngineState const& before, EngineState const& state) {
+  std::map<std::string, int, std::less<>> updates;
+  for (auto const& [key, shown] : state.shown) {
+    auto const* const old = find(before.shown, key);
+    if (old != nullptr && shown.updates > old->updates) updates[key] = shown.updates;
+  }
+  return updates;
+}
+
 bool hasMovedEnd(ShownEvent const& shown, std::optional<Instant> ends) {
   auto const& told = shown.toldEnds ? shown.toldEnds : shown.ends;
   return told && ends && std::chrono::abs(*ends - *told) > kMovedEnd;
@@ -225,7 +268,8 @@ void apply(Decision const& decision, Instant now, EngineState& state) {
       state.shown[decision.key].isWithdrawn = true;
       break;
     case lifted:
-      state.shown[decision.key].isWithdrawn = state.shown[decision.key].isLifted = true;
+    case cancelled:
+      rememberOver(decision, now, state);
       break;
     case absent:
       rememberAbsent(decision, state.shown[decision.key], now);
@@ -296,12 +340,14 @@ void applyChecks(PassPlan const& plan, Instant now, EngineState& state) {
 
 void takeBack(Decision const& decision, EngineState& state, EngineState const& before) {
   for (Decision const& one : decision.counted) takeBack(one, state, before);
-  restoreMember(decision.key, state.deliveredIDs, before.deliveredIDs);
+  for (std::string const& identifier : {decision.key, decision.request.identifier}) {
+    restoreMember(identifier, state.deliveredIDs, before.deliveredIDs);
+    restore(identifier, state.deliveredAt, before.deliveredAt);
+  }
   restoreMember(decision.key, state.activeConditionIDs, before.activeConditionIDs);
   restore(decision.key, state.lastActiveAt, before.lastActiveAt);
   restore(decision.key, state.lastToldAt, before.lastToldAt);
   restore(decision.key, state.shown, before.shown);
-  restore(decision.key, state.deliveredAt, before.deliveredAt);
   restore(decision.key, state.knownFires, before.knownFires);
   if (isScheduled(*decision.rule)) state.scheduled = before.scheduled;
   if (decision.storm) restore(decision.storm->id, state.knownStorms, before.knownStorms);

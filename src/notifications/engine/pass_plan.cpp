@@ -257,6 +257,8 @@ Decision PassPlanner::draft(Rule const& rule, PlannedEvent const& event) const {
   decision.began = event.finding.began;
   decision.ends = event.finding.ends;
   decision.event = event.finding.event;
+  decision.issued = event.finding.issued;
+  decision.updates = event.finding.updates;
   decision.title = event.finding.title;
   decision.isCovered = event.finding.isCovered();
   decision.isNear = event.finding.isNear;

@@ -7,6 +7,7 @@
 #include "notifications/engine/engine_state.h"
 
 #include <array>
+#include <map>
 #include <set>
 #include <span>
 #include <string>
@@ -65,6 +66,10 @@ void takeBack(Decision const& decision, EngineState& state, EngineState const& b
 std::string digestOf(NotificationRequest const& request, std::string_view language);
 /// Whether they are of the same language, and tell anything. Not by the digests of older versions.
 bool areComparable(std::string_view digest, std::string_view other);
+/// The messages of an event since its first, with those of this look.
+int updatesWith(ShownEvent const& shown, Decision const& decision);
+/// The same of events that were sent before, by identifier, where there are more than `before`.
+std::map<std::string, int, std::less<>> updatesSince(EngineState const& before, EngineState const& state);
 /// An event ends so much later or earlier than was sent that people must know.
 bool hasMovedEnd(ShownEvent const& shown, std::optional<Instant> ends);
 

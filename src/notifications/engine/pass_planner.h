@@ -118,14 +118,26 @@ class PassPlanner {
   void merge(PlannedEvents& events, Finding const& finding, RuleInputs const& inputs,
              Evaluation const& evaluation) const;
   Decision eventDecision(Rule const& rule, PlannedEvent const& event) const;
+  /// The draft under the identifier under which the desktop has the event.
+  Decision eventDraft(Rule const& rule, PlannedEvent const& event) const;
+  /// What is sent of an event after its first sight is an instance of its own: "gov_x_critical".
+  void nameAnew(Decision& decision, std::string_view what) const;
+  /// In what it differs from what was sent before; empty for a first sight and for what is not sent.
+  std::string newsOf(Decision const& decision) const;
+  /// Later messages were found, and none of them was worth sending.
+  bool hasSlightUpdates(Rule const& rule, Decision const& decision) const;
+  /// Events that their issuer ended early. Those who were sent one are told, and nobody else.
+  void planCalledOff(Rule const& rule, PlannedEvent const& event);
+  std::optional<RuleOutcome> heldCancellation(Rule const& rule, PlannedEvent const& event,
+                                              ShownEvent const& shown) const;
   /// The end of what is shown was thought to be later.
   bool isStillShown(std::string_view key) const;
   RuleOutcome followed(Rule const& rule, Decision const& decision, PlannedEvent const& event) const;
-  /// Quiet: it is the event that people know of.
+  /// Silent where the event itself never rang.
   void tellNewEnd(Decision& decision, PlannedEvent const& event) const;
   /// An event that good checks do not find for a while is over: a feed may drop one for a moment. What is
   /// there still, though slight now, is taken away as well.
-  void withdrawAbsent(Rule const& rule, PlannedEvents const& events);
+  void withdrawAbsent(Rule const& rule, PlannedEvents const& events, PlannedEvents const& calledOff);
   /// Its end is known, whatever the feeds say or fail to say.
   void withdrawEnded();
   bool isOver(ShownEvent const& shown) const { return shown.ends && *shown.ends <= context_.now; }

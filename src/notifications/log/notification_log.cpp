@@ -18,6 +18,11 @@ constexpr std::string_view kLog = "notif_log";
 constexpr std::size_t kLongestBody = 300;
 constexpr std::chrono::hours kFreshMemory{1};
 
+/// Of what people were sent of an event that is in force.
+constexpr std::string_view kSentOutcomes[] = {enumName(RuleOutcome::announced),
+                                              enumName(RuleOutcome::escalated), enumName(RuleOutcome::listed),
+                                              enumName(RuleOutcome::endMoved)};
+
 LoggedMeasurement logged(Measurement const& measurement) {
   return {std::string(measurement.what), measurement.value, std::string(enumName(measurement.needs)),
           measurement.limit, std::string(measurement.unit)};
@@ -63,6 +68,7 @@ LoggedNotification logLineOf(Decision const& decision, Instant now) {
   line.note = decision.note;
   line.failure = decision.failure;
   std::ranges::transform(decision.measured, std::back_inserter(line.measured), logged);
+  line.updates = decision.updates.value_or(0);
   return line;
 }
 
@@ -95,6 +101,21 @@ StoreChanges logChange(std::vector<LoggedNotification> log, std::vector<LoggedNo
     isLonger = true;
   }
   return isLonger ? logReplacement(std::move(log)) : StoreChanges{};
+}
+
+bool noteUpdates(std::vector<LoggedNotification>& log, EventUpdates const& updates) {
+  bool isChanged = false;
+  for (auto const& [event, count] : updates) {
+    auto const isItsOwn = [&](LoggedNotification const& line) {
+      bool const isOfIt = line.identifier == event || line.identifier.starts_with(event + "_");
+      return isOfIt && std::ranges::count(kSentOutcomes, line.outcome) > 0;
+    };
+    auto const newest = std::find_if(log.rbegin(), log.rend(), isItsOwn);
+    if (newest == log.rend() || newest->updates >= count) continue;
+    newest->updates = count;
+    isChanged = true;
+  }
+  return isChanged;
 }
 
 StoreChanges logReplacement(std::vector<LoggedNotification> log) {

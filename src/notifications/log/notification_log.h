@@ -6,6 +6,7 @@
 #include "notifications/decision.h"
 #include "platform/settings_store.h"
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -41,18 +42,19 @@ struct LoggedNotification {
   std::string note;     ///< of the evaluation, or why the desktop did not take it; older lines: what failed
   std::optional<InputFailure> failure;  ///< of what the rule reads
   std::vector<LoggedMeasurement> measured;
+  int updates = 0;  ///< of an official event: messages that changed it since the first, up to now
 
   bool operator==(LoggedNotification const&) const = default;
 };
 
 template <>
 inline constexpr auto jsonFields<LoggedNotification> = FieldList{
-    field("time", &LoggedNotification::time),          field("identifier", &LoggedNotification::identifier),
-    field("title", &LoggedNotification::title),        field("outcome", &LoggedNotification::outcome),
-    fieldOr("place", &LoggedNotification::place),      fieldOr("body", &LoggedNotification::body),
-    fieldOr("setting", &LoggedNotification::setting),  fieldOr("kind", &LoggedNotification::kind),
-    fieldOr("note", &LoggedNotification::note),        field("failure", &LoggedNotification::failure),
-    fieldOr("measured", &LoggedNotification::measured)};
+    field("time", &LoggedNotification::time),           field("identifier", &LoggedNotification::identifier),
+    field("title", &LoggedNotification::title),         field("outcome", &LoggedNotification::outcome),
+    fieldOr("place", &LoggedNotification::place),       fieldOr("body", &LoggedNotification::body),
+    fieldOr("setting", &LoggedNotification::setting),   fieldOr("kind", &LoggedNotification::kind),
+    fieldOr("note", &LoggedNotification::note),         field("failure", &LoggedNotification::failure),
+    fieldOr("measured", &LoggedNotification::measured), fieldOr("updates", &LoggedNotification::updates)};
 
 /// How many lines the log keeps.
 inline constexpr std::size_t kMostLogLines = 500;
@@ -69,6 +71,10 @@ std::vector<LoggedNotification> notificationLogOf(SettingValues const& stored);
 /// The change that makes it `log` with `lines` behind; the oldest go. What is held back for the same reason
 /// as at the last look is no news and adds nothing.
 StoreChanges logChange(std::vector<LoggedNotification> log, std::vector<LoggedNotification> const& lines);
+/// How many messages events have had since their first, by the identifier of their first sight.
+using EventUpdates = std::map<std::string, int, std::less<>>;
+/// Notes them in the newest line of each event that says that it was sent. True when that changed a line.
+bool noteUpdates(std::vector<LoggedNotification>& log, EventUpdates const& updates);
 /// The change that makes it `log`.
 StoreChanges logReplacement(std::vector<LoggedNotification> log);
 

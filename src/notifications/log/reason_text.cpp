@@ -257,6 +257,8 @@ std::string reasonText(LoggedNotification const& line, Units const& units, Texts
   std::string text = outcomeText(line.outcome, tense, texts);
   addMeasured(text, decisive(line, texts), units, texts);
   if (isNoted(line)) add(text, noteText(line, texts), texts);
+  if (line.updates > 0)
+    add(text, texts.format("explain.updates", static_cast<std::int64_t>(line.updates)), texts);
   return text;
 }
 

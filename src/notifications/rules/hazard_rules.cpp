@@ -3,6 +3,7 @@
 #include "base/geodesy.h"
 #include "base/text/text.h"
 #include "base/words/country_names.h"
+#include "base/words/time_words.h"
 #include "feeds/alerts/warning_words.h"
 #include "notifications/rules/rule_constants.h"
 
@@ -83,6 +84,28 @@ Finding findingOf(WeatherAlert const& alert, RuleInputs const& inputs) {
   finding.began = alert.onset;
   finding.ends = alert.expires;
   finding.event = alert.event.value_or("");
+  finding.issued = alert.issued;
+  finding.updates = alert.updates;
+  return finding;
+}
+
+/// For those who were sent the warning, and no louder than it need be.
+Finding calledOffFinding(WeatherAlert const& alert, RuleInputs const& inputs) {
+  Texts const& texts = *inputs.texts;
+  Finding finding;
+  finding.identifier = identifierOf(alert);
+  finding.title = texts.format("push.event.cancelledTitle", alert.title);
+  std::string const moment =
+      TimeWords(texts, inputs.calendar).moment(alert.issued.value_or(inputs.now), inputs.now);
+  std::string const issuer = alert.issuer.value_or(alert.source.value_or(""));
+  finding.remark = issuer.empty() ? texts.format("push.event.cancelledBody", inputs.place.name, moment)
+                                  : texts.format("push.event.cancelledBy", issuer, inputs.place.name, moment);
+  finding.severity = AlertSeverity::advisory;
+  finding.sound = soundOf(finding.severity);
+  finding.kind = "gov:" + std::string(wordOf(alert.kind));
+  finding.began = alert.onset;
+  finding.ends = alert.expires;
+  finding.event = alert.event.value_or("");
   return finding;
 }
 
@@ -90,9 +113,11 @@ Finding findingOf(WeatherAlert const& alert, RuleInputs const& inputs) {
 Finding unplacedFinding(WeatherAlert const& alert, RuleInputs const& inputs) {
   Texts const& texts = *inputs.texts;
   Finding finding = findingOf(alert, inputs);
-  std::string const area = alert.areaDesc.value_or(alert.title);
-  std::string const where =
-      texts.format("push.event.unplaced", countryName(inputs.place.countryCode, texts.language()), area);
+  std::string const country = countryName(inputs.place.countryCode, texts.language());
+  std::string const area = alert.areaDesc.value_or("");
+  bool const isWhole = area.empty() || area == country || area == countryName(inputs.place.countryCode, "en");
+  std::string const where = isWhole ? texts.format("push.event.countryWide", country)
+                                    : texts.format("push.event.unplaced", country, area);
   finding.body = finding.body == area ? where : where + "\n" + finding.body;
   finding.when.clear();  // a sentence stands there
   return finding;
@@ -260,10 +285,14 @@ Evaluation officialWarnings(RuleInputs const& inputs, RuleSettings const& settin
       evaluation.untold.push_back(identifierOf(alert));
     }
   }
+  for (WeatherAlert const& alert : inputs.calledOff) {
+    evaluation.calledOff.push_back(calledOffFinding(alert, inputs));
+  }
   if (highest < 0) {
     Evaluation nothing =
         nothingNear("warnings", inputs.unplacedAlerts.empty() ? "noWarnings" : "unplacedOnly");
     nothing.untold = std::move(evaluation.untold);
+    nothing.calledOff = std::move(evaluation.calledOff);
     return nothing;
   }
   evaluation.measured.push_back({"warningLevel", highest, Relation::atLeast, limit, ""});

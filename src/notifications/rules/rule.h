@@ -70,6 +70,8 @@ struct Finding {
   double greatness = 0;  ///< among events of one rule and severity the greater come first: magnitude, MW …
   /// What an official event is about. Together with its period it is the same event under another identifier.
   std::string event;
+  std::optional<Instant> issued;   ///< when the newest message of an official event was sent
+  std::optional<int> updates;      ///< its messages since the first, where the issuer's chain is known
   std::optional<ToldStorm> storm;  ///< what is known of a storm once this has been sent
   std::vector<SeenFire> fire;      ///< where a fire burns, once this has been sent
 
@@ -93,11 +95,13 @@ struct Evaluation {
   std::string_view note;  ///< ends a text key "explain.note.<note>": "dark", "noForecast"; may be empty
   /// Identifiers of events that are there but not severe enough to be sent: they are not over.
   std::vector<std::string> untold = {};  // NOLINT(readability-redundant-member-init): most leave it out
+  /// Events that their issuer ended early, worded for those who were sent them.
+  std::vector<Finding> calledOff = {};  // NOLINT(readability-redundant-member-init)
 
   bool isUnknown = false;  // the rule could not look
 
-  static Evaluation none(std::string_view note) { return {{}, {}, note, {}}; }
-  static Evaluation unknown(Lack lack) { return {{}, {}, enumName(lack), {}, true}; }
+  static Evaluation none(std::string_view note) { return {{}, {}, note}; }
+  static Evaluation unknown(Lack lack) { return {{}, {}, enumName(lack), {}, {}, true}; }
 };
 
 using EvaluateRule = Evaluation (*)(RuleInputs const&, RuleSettings const&);
@@ -111,7 +115,7 @@ struct Rule {
   EvaluateRule evaluate = nullptr;
   PlaceChoice reach = PlaceChoice::everything;  ///< the least choice of a place that includes the rule
   std::chrono::minutes minimumGap{0};           ///< of a condition: absence shorter than this is flicker
-  bool followsEvents = false;                   ///< updates and ends of what was sent reach the desktop
+  bool followsEvents = false;                   ///< changes and ends of what was sent reach the desktop
   std::optional<SummaryKind> summary = std::nullopt;  ///< a language model may word it
   /// Of a daily rule that is scheduled: the key of its hour.
   std::string_view hourSetting = {};  // NOLINT(readability-redundant-member-init): rows leave it out

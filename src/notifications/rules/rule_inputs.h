@@ -154,6 +154,7 @@ struct RuleInputs {
   InputReading<std::vector<WeatherAlert>> govAlerts;  ///< live official events, most severe first
   bool isUncovered = false;                  ///< nobody is known who issues official warnings for the place
   std::vector<WeatherAlert> unplacedAlerts;  ///< like these, in parts of the country of unknown place
+  std::vector<WeatherAlert> calledOff;       ///< official events that their issuer ended early: not live
   InputReading<std::vector<NWSAlert>>
       nwsAlerts;  ///< live messages of the NWS; of no place that is not its own
   InputReading<std::vector<EarthquakeEvent>> earthquakes;
