@@ -62,6 +62,12 @@ struct WarningChanges : testing::Test {
     std::ignore = engine.store.set("notify_quietFrom", 0);
     std::ignore = engine.store.set("notify_quietUntil", 23);
   }
+  /// Of this event alone.
+  std::vector<std::string> toldOfIt() {
+    auto told = engine.told();
+    std::erase_if(told, [&](std::string const& identifier) { return !identifier.starts_with(name()); });
+    return told;
+  }
   NotificationRequest last() const { return engine.center.delivered().back(); }
 
   test::NotificationEngine engine{"2026-11-21T09:00:00Z"};
@@ -94,21 +100,21 @@ TEST_F(WarningChanges, OfTheLevelAreSentWhenItRises) {
                               {Severity::critical, Severity::critical, ""}}) {
     alert = test::officialWarning(++number, row.sent, engine.clock.now());
     lookAtAlert();
-    EXPECT_THAT(engine.told(), ElementsAre(name()));
+    EXPECT_THAT(toldOfIt(), ElementsAre(name()));
     alert.severity = row.next;
     lookAtAlert();
     std::string const title = std::string(enumName(row.sent)) + " to " + std::string(enumName(row.next));
     if (row.change[0] == 0) {
-      EXPECT_THAT(engine.told(), IsEmpty()) << title;
+      EXPECT_THAT(toldOfIt(), IsEmpty()) << title;
     } else {
-      EXPECT_THAT(engine.told(), ElementsAre(name(row.change))) << title;
+      EXPECT_THAT(toldOfIt(), ElementsAre(name(row.change))) << title;
       EXPECT_THAT(engine.center.shown(), testing::Not(testing::Contains(name()))) << title;
     }
     alert.severity = row.sent;
     lookAtAlert();
     alert.severity = row.next;
     lookAtAlert();
-    EXPECT_THAT(engine.told(), IsEmpty()) << title << ": it falls and rises to what was sent";
+    EXPECT_THAT(toldOfIt(), IsEmpty()) << title << ": it falls and rises to what was sent";
   }
 }
 
@@ -301,9 +307,9 @@ TEST_F(WarningChanges, ThatAreSlightAreCountedAndExplained) {
   }
   Decision const decision = decisionOf(look({{alert}}));
   EXPECT_EQ(decision.outcome, alreadyDelivered);
-  EXPECT_EQ(
-      reasonText(logLineOf(decision, {}), Units::metric(), test::englishTexts()),
-      "Already sent. Updated since, but the level has not risen and the end has moved by an hour at most.");
+  EXPECT_THAT(reasonText(logLineOf(decision, {}), Units::metric(), test::englishTexts()),
+              testing::EndsWith("Updated since, but the level has not risen and the end has moved by an hour "
+                                "at most."));
   auto const log = notificationLogOf(*engine.store.read(StoreArea::state));
   ASSERT_EQ(log.front().outcome, "announced");
   EXPECT_EQ(log.front().updates, 7);
