@@ -21,7 +21,7 @@ OfficialLook::OfficialLook(GovAlertService& service, Clock const& clock, GovAler
   GovAlerts kept = service_.keptAlerts(place_);
   std::promise<GovAlerts> promise;
   answered_ = promise.get_future();
-  if (!kept.isCovered() || isFresh(kept, clock_.now())) {
+  if (kept.sources.empty() || isFresh(kept, clock_.now())) {
     promise.set_value(std::move(kept));
     return;
   }

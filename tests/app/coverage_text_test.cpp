@@ -53,6 +53,19 @@ TEST(CoverageText, SaysSinceWhenAndWhyNothingIsKnown) {
   EXPECT_EQ(textOf(failed), "Official warnings could not be checked");
 }
 
+TEST(CoverageText, SaysWhoAnsweredBecauseAnotherWasUnavailable) {
+  SourceCoverage second = coverageOf(CoverageState::none);
+  second.service = "FOSS Public Alert Server";
+  second.insteadOf = "wmo";
+  second.insteadReason = ServiceFailure::answered(503);
+  EXPECT_EQ(
+      textOf(second),
+      "No official warnings, checked 2:20 PM. Checked through FOSS Public Alert Server because WMO Severe "
+      "Weather Information Centre was unavailable: the service returned an error (HTTP 503)");
+  auto const aged = agedCoverage({second}, kNow + std::chrono::hours(2));
+  EXPECT_EQ(textOf(aged[0]), "Official warnings could not be checked since 2:20 PM: no check was requested");
+}
+
 TEST(CoverageText, NamesTheColourInTheReadersLanguage) {
   SourceCoverage unplaced = coverageOf(CoverageState::unplaced, 2);
   unplaced.areas = {"Kvarner (Windwarnung, red)", "Split (Regenwarnung)"};

@@ -177,6 +177,29 @@ TEST_F(PlacesTest, KeepsWhatIsChosenForAPlace) {
   EXPECT_FALSE(places.change([](PlaceList& list) { return chooseNotifications(list, id(7), {}); }));
 }
 
+TEST_F(PlacesTest, KeepsTheSourceOfWarningsThatIsChosenForAPlace) {
+  Coordinate const berlin{52.52, 13.41};
+  ASSERT_TRUE(places_.change([&](PlaceList& list) { return addPlace(list, place(1, "Berlin", berlin)); }));
+  EXPECT_EQ(places_.list()->places.front().warningSource, std::nullopt);
+  auto const choose = [&](std::string_view name) {
+    return places_.change([&](PlaceList& list) { return chooseWarningSource(list, id(1), name); });
+  };
+  ASSERT_TRUE(choose("brightsky"));
+  EXPECT_EQ(places_.list()->places.front().warningSource, "brightsky");
+  EXPECT_EQ(chosenWarningSource(store_, berlin), "brightsky");
+  EXPECT_EQ(chosenWarningSource(store_, {48.1, 11.5}), "") << "no saved place";
+  auto const refused = choose("nws");
+  ASSERT_FALSE(refused);
+  EXPECT_EQ(refused.error().message,
+            "'nws' has no official warnings for Berlin; choose from meteoalarm, brightsky, wmo, fpas, usual");
+  EXPECT_EQ(chosenWarningSource(store_, berlin), "brightsky");
+  for (char const* const usual : {"usual", ""}) {
+    ASSERT_TRUE(choose("wmo"));
+    ASSERT_TRUE(choose(usual));
+    EXPECT_EQ(chosenWarningSource(store_, berlin), "") << usual;
+  }
+}
+
 TEST_F(PlacesTest, TakesTheRowsOfRemovedPlacesAway) {
   ASSERT_TRUE(places_.change([](PlaceList& list) -> PlaceResult {
     list = threePlaces();

@@ -96,6 +96,32 @@ INSTANTIATE_TEST_SUITE_P(
                  0, kNow - 45min - 1ms, ServiceFailure::of(ServiceFailure::Kind::notAskedLately)},
         StateRow{
             "ahead", [](GovSourceState& s) { s.checkedAt = kNow + 45min; }, CoverageState::none, 0, {}, {}},
+        StateRow{"blind", [](GovSourceState& s) { s.isBlind = true; }, CoverageState::uncovered, 0, {}, {}},
+        StateRow{"blindForLong",
+                 [](GovSourceState& s) {
+                   s.isBlind = true;
+                   s.checkedAt = kNow - 24h;
+                 },
+                 CoverageState::uncovered,
+                 0,
+                 {},
+                 {}},
+        StateRow{"blindWithWarnings",
+                 [](GovSourceState& s) {
+                   s.isBlind = true;
+                   s.alerts = {warningFor("a")};
+                 },
+                 CoverageState::warnings,
+                 1,
+                 {},
+                 {}},
+        StateRow{"blindAndFailed",
+                 [](GovSourceState& s) {
+                   s.isBlind = true;
+                   s.failedSince = kNow - 5min;
+                   s.failure = ServiceFailure::answered(503);
+                 },
+                 CoverageState::unchecked, 0, kNow - 5min, ServiceFailure::answered(503)},
         StateRow{"ofAnotherClock", [](GovSourceState& s) { s.checkedAt = kNow + 45min + 1ms; },
                  CoverageState::unchecked, 0, kNow,
                  ServiceFailure::of(ServiceFailure::Kind::notAskedLately)}),
@@ -110,7 +136,7 @@ TEST(Coverage, NamesTheCountryThatNobodyWarnsFor) {
   writeCoverage(json, coverage);
   EXPECT_EQ(json.take(),
             R"([{"source":null,"service":null,"state":"uncovered","count":0,"checkedAt":null,"since":null,)"
-            R"("reason":null,"areas":[],"country":"JP"}])");
+            R"("reason":null,"areas":[],"country":"JP","insteadOf":null,"insteadReason":null}])");
 }
 
 TEST(Coverage, SaysItsReasonToScriptsInASentence) {

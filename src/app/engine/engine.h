@@ -86,6 +86,7 @@ class Engine final : public EngineActions {
   void restorePlace(SavedPlace place, int position, bool select) override;
   void movePlace(Uuid id, int position) override;
   void chooseNotifications(Uuid id, PlaceChoice choice) override;
+  void chooseWarningSource(Uuid place, std::string name) override;
   void search(std::string text, SearchListener found) override;
   void searchOnline(std::string text, OnlineListener found) override;
   void locate() override;

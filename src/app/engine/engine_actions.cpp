@@ -17,6 +17,7 @@ void EngineActions::renamePlace(Uuid /*id*/, std::string /*name*/) {}
 void EngineActions::restorePlace(SavedPlace /*place*/, int /*position*/, bool /*select*/) {}
 void EngineActions::movePlace(Uuid /*id*/, int /*position*/) {}
 void EngineActions::chooseNotifications(Uuid /*id*/, PlaceChoice /*choice*/) {}
+void EngineActions::chooseWarningSource(Uuid /*place*/, std::string /*name*/) {}
 void EngineActions::search(std::string /*text*/, SearchListener /*found*/) {}
 void EngineActions::searchOnline(std::string /*text*/, OnlineListener /*found*/) {}
 void EngineActions::changeSetting(std::string /*key*/, std::string /*text*/) {}

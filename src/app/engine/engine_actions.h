@@ -43,6 +43,8 @@ class EngineActions {
   /// `position` counts from one.
   virtual void movePlace(Uuid id, int position);
   virtual void chooseNotifications(Uuid id, PlaceChoice choice);
+  /// Of official warnings, by its name; empty for the usual one. What is not possible there changes nothing.
+  virtual void chooseWarningSource(Uuid place, std::string name);
   /// Cities of the gazetteer.
   virtual void search(std::string text, SearchListener found);
   /// Sends the text to the geocoding service.

@@ -150,6 +150,15 @@ void Engine::chooseNotifications(Uuid id, PlaceChoice choice) {
   });
 }
 
+void Engine::chooseWarningSource(Uuid place, std::string name) {
+  run([this, place, name = std::move(name)] {
+    change([&](PlaceList& list) { return nimbara::chooseWarningSource(list, place, name); });
+    PlaceList const list = places_->state().list;
+    SavedPlace const* const saved = list.find(place);
+    if (hazards_ && saved != nullptr) hazards_->askOfficial(placeOf(*saved));
+  });
+}
+
 void Engine::search(std::string text, SearchListener found) {
   run([this, text = std::move(text), found = std::move(found)] {
     std::string const language = wording()->texts->language();

@@ -82,6 +82,15 @@ void EngineHazards::showPlaces() {
   change([&](HazardsState& state) { state.places = std::move(places); });
 }
 
+void EngineHazards::askOfficial(Place const& place) {
+  runner_.run([this, place](std::stop_token const& stop) {
+    std::ignore = feeds_()->govAlerts().fetchAlerts(govAlertPlace(place.coordinate), {}, stop);
+    if (stop.stop_requested()) return;
+    finishOfficial(place);
+    surroundings_.publish();
+  });
+}
+
 SupplementalOutcome EngineHazards::refresh(Place const& place, std::stop_token const& stop) {
   std::ignore = feeds_()->govAlerts().fetchAlerts(govAlertPlace(place.coordinate), {}, stop);
   if (!stop.stop_requested()) finishOfficial(place);

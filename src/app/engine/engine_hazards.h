@@ -42,6 +42,8 @@ class EngineHazards {
   /// nobody.
   void showKept();
   /// Asks every feed. Blocks; what is stopped leaves everything as it was.
+  /// In the background: its source was changed.
+  void askOfficial(Place const& place);
   SupplementalOutcome refresh(Place const& place, std::stop_token const& stop);
   /// Somebody looks: asks soon for what is not a place's and has grown old.
   void look();

@@ -2,6 +2,8 @@
 
 #include "base/text/search_text.h"
 #include "base/text/text.h"
+#include "feeds/alerts/official_sources.h"
+#include "feeds/alerts/warning_route.h"
 
 #include <algorithm>
 
@@ -109,6 +111,22 @@ PlaceResult chooseNotifications(PlaceList& list, Uuid const& id, std::optional<P
   auto const found = placeWith(list, id);
   if (found == list.places.end()) return noSuchPlace();
   found->notifications = choice;
+  return {};
+}
+
+PlaceResult chooseWarningSource(PlaceList& list, Uuid const& id, std::string_view name) {
+  auto const found = placeWith(list, id);
+  if (found == list.places.end()) return noSuchPlace();
+  if (name.empty() || name == kUsualSource) {
+    found->warningSource.reset();
+    return {};
+  }
+  auto const possible = possibleSources(govAlertPlace(found->coordinate));
+  if (std::ranges::find(possible, name) == possible.end()) {
+    return std::unexpected("'" + oneLine(name) + "' has no official warnings for " + found->name +
+                           "; choose from " + namesOf(possible) + ", " + std::string(kUsualSource));
+  }
+  found->warningSource = std::string(name);
   return {};
 }
 

@@ -28,6 +28,7 @@ struct SavedPlace {
   Coordinate coordinate;
   std::string timeZone;                                     ///< empty when unknown
   std::optional<PlaceChoice> notifications = std::nullopt;  ///< what was chosen; else the default holds
+  std::optional<std::string> warningSource = std::nullopt;  ///< of official ones; else the usual one is asked
 
   bool operator==(SavedPlace const&) const = default;
 };
@@ -66,10 +67,15 @@ PlaceResult movePlace(PlaceList& list, Uuid const& id, int position);
 PlaceResult selectPlace(PlaceList& list, Uuid const& id);
 /// Nothing leaves it to the default again.
 PlaceResult chooseNotifications(PlaceList& list, Uuid const& id, std::optional<PlaceChoice> choice);
+/// By its name; empty or "usual" for the usual one. The error says which are possible for the place.
+PlaceResult chooseWarningSource(PlaceList& list, Uuid const& id, std::string_view name);
 PlaceResult selectCurrentLocation(PlaceList& list, LocationFix const& fix);
 /// The device is elsewhere; the selection stays.
 PlaceResult moveCurrentLocation(PlaceList& list, LocationFix const& fix);
 PlaceResult removeCurrentLocation(PlaceList& list);
+
+/// The name of the usual source of warnings where another may be chosen.
+inline constexpr std::string_view kUsualSource = "usual";
 
 class Places {
  public:
@@ -83,5 +89,8 @@ class Places {
  private:
   SettingsStore& store_;
 };
+
+/// The source of official warnings that was chosen for the saved place at `coordinate`; empty: the usual one.
+std::string chosenWarningSource(SettingsStore& store, Coordinate coordinate);
 
 }  // namespace nimbara

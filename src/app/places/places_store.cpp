@@ -22,6 +22,7 @@ struct PlaceRow {
   double longitude = 0;
   std::string timeZone;
   std::string notifications;  ///< a choice, or empty
+  std::string warningSource;  ///< a name, or empty
 };
 
 struct FixRow {
@@ -44,6 +45,7 @@ inline constexpr auto jsonFields<PlaceRow> = FieldList{
     field("longitude", &PlaceRow::longitude),
     fieldOr("timeZone", &PlaceRow::timeZone),
     fieldOr("notifications", &PlaceRow::notifications),
+    fieldOr("warningSource", &PlaceRow::warningSource),
 };
 
 template <>
@@ -56,7 +58,8 @@ namespace {
 std::string encoded(SavedPlace const& place, int position) {
   return encodeJson(PlaceRow{position, place.name, place.country, place.countryName, place.region,
                              place.coordinate.latitude, place.coordinate.longitude, place.timeZone,
-                             std::string(place.notifications ? enumName(*place.notifications) : "")});
+                             std::string(place.notifications ? enumName(*place.notifications) : ""),
+                             place.warningSource.value_or("")});
 }
 
 std::string encoded(std::optional<LocationFix> const& fix) {
@@ -88,7 +91,8 @@ std::optional<PositionedPlace> decodedPlace(Uuid const& id, std::string_view tex
                           row->region,
                           {row->latitude, row->longitude},
                           row->timeZone,
-                          enumFromName<PlaceChoice>(row->notifications)}};
+                          enumFromName<PlaceChoice>(row->notifications),
+                          row->warningSource.empty() ? std::nullopt : std::optional(row->warningSource)}};
 }
 
 PlaceList decoded(SettingValues const& rows) {
@@ -147,6 +151,12 @@ Result<PlaceList, StoreError> Places::change(std::function<PlaceResult(PlaceList
       });
   if (!changed) return std::unexpected(changed.error());
   return after;
+}
+
+std::string chosenWarningSource(SettingsStore& store, Coordinate coordinate) {
+  auto const list = Places(store).list();
+  SavedPlace const* const place = list ? list->findNear(coordinate) : nullptr;
+  return place == nullptr ? std::string() : place->warningSource.value_or("");
 }
 
 }  // namespace nimbara

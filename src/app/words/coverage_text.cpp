@@ -52,10 +52,8 @@ std::string uncoveredText(SourceCoverage const& coverage, Texts const& texts) {
                          : texts.format("coverage.uncovered", country);
 }
 
-}  // namespace
-
-std::string coverageText(SourceCoverage const& coverage, Texts const& texts, Calendar const& calendar,
-                         Instant now) {
+std::string stateText(SourceCoverage const& coverage, Texts const& texts, Calendar const& calendar,
+                      Instant now) {
   TimeWords const words(texts, calendar);
   std::string const checkedAt = coverage.checkedAt ? words.moment(*coverage.checkedAt, now) : std::string();
   switch (coverage.state) {
@@ -72,6 +70,18 @@ std::string coverageText(SourceCoverage const& coverage, Texts const& texts, Cal
       return uncoveredText(coverage, texts);
   }
   return {};
+}
+
+}  // namespace
+
+std::string coverageText(SourceCoverage const& coverage, Texts const& texts, Calendar const& calendar,
+                         Instant now) {
+  std::string text = stateText(coverage, texts, calendar, now);
+  bool const isSecond = coverage.insteadOf && coverage.service && coverage.state != CoverageState::unchecked;
+  if (!isSecond) return text;
+  auto const reason = coverage.insteadReason.value_or(ServiceFailure::of(ServiceFailure::Kind::noAnswer));
+  return texts.format("coverage.insteadOf", text, *coverage.service, warningServiceName(*coverage.insteadOf),
+                      failureText(reason, texts));
 }
 
 std::vector<std::string> coverageLines(std::vector<SourceCoverage> const& coverage, Texts const& texts,

@@ -11,7 +11,8 @@
 namespace nimbara {
 
 /// "2 official warnings, checked 14:20", "Official warnings could not be checked since 13:05, because …",
-/// without a full stop. Moments are told in the calendar's time.
+/// without a full stop; followed by which source answered because another one was unavailable. Moments are
+/// given in the calendar's time.
 std::string coverageText(SourceCoverage const& coverage, Texts const& texts, Calendar const& calendar,
                          Instant now);
 

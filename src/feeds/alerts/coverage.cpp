@@ -42,10 +42,14 @@ SourceCoverage coverageOf(GovSourceState const& source, std::string_view country
   coverage.checkedAt = source.checkedAt;
   coverage.count = source.alerts.size();
   coverage.areas = areasOf(source.unplaced);
+  coverage.insteadOf = source.insteadOf;
+  coverage.insteadReason = source.insteadReason;
   if (source.failedSince || !source.checkedAt) {
     coverage.state = CoverageState::unchecked;
     coverage.since = source.failedSince;
     coverage.reason = source.failure;
+  } else if (source.knowsNothing()) {
+    coverage.state = CoverageState::uncovered;
   } else if (!source.alerts.empty()) {
     coverage.state = CoverageState::warnings;
   } else if (!source.unplaced.empty()) {
@@ -94,7 +98,10 @@ std::vector<SourceCoverage> agedCoverage(std::vector<SourceCoverage> coverage, I
   for (SourceCoverage& source : coverage) {
     // A check that lies ahead is of a clock that was set back: nobody knows how old it is.
     bool const isOld = source.checkedAt && std::chrono::abs(now - *source.checkedAt) > kCoverageTrust;
-    if (!isOld || source.state == CoverageState::unchecked) continue;
+    // That nobody is known to have a country's warnings does not change from one check to the next.
+    bool const isSettled =
+        source.state == CoverageState::unchecked || source.state == CoverageState::uncovered;
+    if (!isOld || isSettled) continue;
     source.state = CoverageState::unchecked;
     source.since = std::min(*source.checkedAt, now);
     source.reason = ServiceFailure::of(ServiceFailure::Kind::notAskedLately);

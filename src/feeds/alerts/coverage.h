@@ -1,5 +1,6 @@
-// Which official warnings a place has, as one value a source: warnings, none, not checked, warnings that
-// cannot be placed, or nobody who issues any. Pure; every face words these states and none decides them anew.
+// Which official warnings a place has, as one value a source that was asked: warnings, none, not checked,
+// warnings that cannot be placed, or nobody who issues any. Pure; every face words these states and none
+// decides them anew.
 #pragma once
 
 #include "base/json/json.h"
@@ -20,7 +21,7 @@ inline constexpr auto enumNames<CoverageState> =
 static_assert(enumNamesComplete(CoverageState::uncovered));
 
 struct SourceCoverage {
-  std::optional<std::string> source;   ///< "meteoalarm"; nothing where nobody issues warnings
+  std::optional<std::string> source;   ///< "meteoalarm"; nothing where nobody could be asked
   std::optional<std::string> service;  ///< its proper name
   CoverageState state = CoverageState::uncovered;
   std::size_t count = 0;  ///< warnings for the place; of `unplaced` those that may concern it
@@ -29,17 +30,26 @@ struct SourceCoverage {
   std::optional<ServiceFailure> reason;  ///< of `unchecked`
   std::vector<std::string> areas;  ///< of `unplaced`: where the warnings are in force, in the service's words
   std::string country;             ///< ISO 3166-1 of the place; empty on the open sea
+  /// The source that should have answered, where it failed and `source` answered after it, and why.
+  std::optional<std::string> insteadOf = std::nullopt;
+  std::optional<ServiceFailure> insteadReason = std::nullopt;
 
   bool operator==(SourceCoverage const&) const = default;
 };
 
 template <>
 inline constexpr auto jsonFields<SourceCoverage> =
-    FieldList{field("source", &SourceCoverage::source),       field("service", &SourceCoverage::service),
-              field("state", &SourceCoverage::state),         field("count", &SourceCoverage::count),
-              field("checkedAt", &SourceCoverage::checkedAt), field("since", &SourceCoverage::since),
-              field("reason", &SourceCoverage::reason),       field("areas", &SourceCoverage::areas),
-              field("country", &SourceCoverage::country)};
+    FieldList{field("source", &SourceCoverage::source),
+              field("service", &SourceCoverage::service),
+              field("state", &SourceCoverage::state),
+              field("count", &SourceCoverage::count),
+              field("checkedAt", &SourceCoverage::checkedAt),
+              field("since", &SourceCoverage::since),
+              field("reason", &SourceCoverage::reason),
+              field("areas", &SourceCoverage::areas),
+              field("country", &SourceCoverage::country),
+              field("insteadOf", &SourceCoverage::insteadOf),
+              field("insteadReason", &SourceCoverage::insteadReason)};
 
 /// A list for scripts: every key is there, null where nothing is known; reasons are English sentences.
 void writeCoverage(JsonWriter& json, std::vector<SourceCoverage> const& coverage);
@@ -47,7 +57,8 @@ void writeCoverage(JsonWriter& json, std::vector<SourceCoverage> const& coverage
 /// A check older than this, two of the window's intervals, says nothing of now.
 inline constexpr std::chrono::minutes kCoverageTrust{45};
 
-/// At least one entry, in the order of the sources, as it was when they were asked.
+/// At least one entry, in the order of the sources, as it was when they were asked; just one for a place
+/// whose sources are asked one after the other.
 std::vector<SourceCoverage> coverageOf(GovAlerts const& alerts, std::string_view countryCode);
 
 /// The same, looked at later: a check that has grown old is none.

@@ -4,14 +4,11 @@
 #include "base/text/number.h"
 #include "feeds/alerts/alert_text.h"
 #include "feeds/alerts/gov_alerts.h"
-#include "feeds/alerts/us_waters.h"
 #include "feeds/fetching/kept_record.h"
-#include "feeds/nws/nws_territory.h"
 #include "gazetteer/gazetteer.h"
 
 #include <algorithm>
 #include <iterator>
-#include <set>
 #include <string_view>
 
 namespace nimbara {
@@ -65,6 +62,37 @@ void succeed(GovSourceState& state, GovSourceAnswer answer, Instant now) {
   state.failure.reset();
 }
 
+bool isGood(GovSourceState const& state) {
+  return state.checkedAt && !state.failedSince;
+}
+
+/// Of the sources of a route, in its order: the first that answered. Its list is the truth, whatever those
+/// before it knew.
+GovSourceState answering(std::vector<GovSourceState> const& route, GovSourceState const& good) {
+  GovSourceState state = good;
+  GovSourceState const& first = route.front();
+  if (first.name == good.name || !first.failedSince) return state;
+  state.insteadOf = first.name;
+  state.insteadReason = first.failure;
+  return state;
+}
+
+/// All have failed, or nobody was asked: what was known last, by whomever, as the first one's failure.
+/// Nothing is known from when on the last of them failed, too.
+GovSourceState failing(std::vector<GovSourceState> const& route) {
+  GovSourceState state = *std::ranges::max_element(route, {}, &GovSourceState::checkedAt);
+  GovSourceState const& first = route.front();
+  state.name = first.name;
+  state.failedSince = std::ranges::max_element(route, {}, &GovSourceState::failedSince)->failedSince;
+  state.failure = first.failure;
+  return state;
+}
+
+GovSourceState servingState(std::vector<GovSourceState> const& route) {
+  auto const good = std::ranges::find_if(route, isGood);
+  return good == route.end() ? failing(route) : answering(route, *good);
+}
+
 /// What could be read now, and what was known before.
 void complete(std::vector<WeatherAlert>& known, std::vector<WeatherAlert> readable) {
   for (WeatherAlert& alert : known) {
@@ -84,64 +112,6 @@ void fail(GovSourceState& state, GovSourceFailure failure, Instant now) {
   if (!state.failedSince || *state.failedSince > now) state.failedSince = now;
   state.failure = std::move(failure.failure);
 }
-
-/// The National Weather Service as the issuer of a place's warnings.
-class NwsSource {
- public:
-  NwsSource(NWSAlertService& land, NWSAlertService* waters, Clock const& clock)
-      : land_(land), waters_(waters), clock_(clock) {}
-
-  Result<GovSourceAnswer, GovSourceFailure> fetch(Coordinate place, EventMemory& memory,
-                                                  std::stop_token const& stop) {
-    auto answer = land_.fetchAlerts(place.latitude, place.longitude, stop);
-    auto failure = answer.ok ? addWaters(answer.alerts, place, stop) : answer.failure;
-    auto alerts = events(answer.ok ? answer.alerts : answer.readable.value_or(answer.alerts), memory);
-    if (!failure) return GovSourceAnswer{std::move(alerts), {}};
-    return std::unexpected(GovSourceFailure{std::move(*failure), std::move(alerts), {}});
-  }
-
- private:
-  /// What went wrong, if anything did.
-  std::optional<ServiceFailure> addWaters(std::vector<NWSAlert>& messages, Coordinate place,
-                                          std::stop_token const& stop) {
-    auto const point = waters_ == nullptr ? std::nullopt : waterPoint(place);
-    if (!point) return {};
-    auto answer = waters_->fetchAlerts(point->latitude, point->longitude, stop);
-    std::set<std::string_view> known;
-    for (NWSAlert const& message : messages) known.insert(message.id);
-    std::vector<NWSAlert> added;
-    for (NWSAlert const& message : answer.readable.value_or(answer.alerts)) {
-      // The point may after all be on land, and that another district's.
-      bool const isMarine = std::ranges::any_of(message.zones, isMarineZone);
-      if (isMarine && !known.contains(message.id)) added.push_back(message);
-    }
-    std::ranges::move(added, std::back_inserter(messages));
-    if (answer.ok || answer.isOutside) return std::nullopt;
-    answer.failure->isOfWaters = true;
-    return std::move(answer.failure);
-  }
-
-  std::optional<Coordinate> waterPoint(Coordinate place) {
-    std::lock_guard const lock(mutex_);
-    if (points_.size() >= kMostPlaces) points_.clear();
-    auto const [entry, isNew] = points_.try_emplace(keyOf(place));
-    if (isNew) entry->second = usWatersOff(place);
-    return entry->second;
-  }
-
-  std::vector<WeatherAlert> events(std::vector<NWSAlert> const& messages, EventMemory& memory) {
-    std::vector<WeatherAlert> alerts;
-    Instant const now = clock_.now();
-    memory.update(now, [&](KnownEvents& known) { alerts = liveEvents(messages, now, known); });
-    return alerts;
-  }
-
-  NWSAlertService& land_;
-  NWSAlertService* waters_;
-  Clock const& clock_;
-  std::mutex mutex_;  // guards the one below
-  std::map<std::string, std::optional<Coordinate>> points_;
-};
 
 void identifyAll(std::vector<WeatherAlert>& placed, std::vector<WeatherAlert>& unplaced, EventMemory& memory,
                  Instant now) {
@@ -168,14 +138,9 @@ GovAlertPlace govAlertPlace(Coordinate coordinate) {
   return {coordinate, std::string(describePlace(coordinate).countryCode), {}};
 }
 
-GovAlertSource nwsAlertSource(NWSAlertService& service, Clock const& clock, NWSAlertService* waters) {
-  auto const source = std::make_shared<NwsSource>(service, waters, clock);
-  return {"nws",
-          [](GovAlertPlace const& place) { return isNwsTerritory(place.countryCode, place.coordinate); },
-          [source](GovAlertPlace const& place, EventMemory& memory, std::stop_token const& stop) {
-            return source->fetch(place.coordinate, memory, stop);
-          },
-          true};
+bool GovAlerts::isCovered() const {
+  return std::ranges::any_of(
+      sources, [](GovSourceState const& source) { return source.failedSince || !source.knowsNothing(); });
 }
 
 std::optional<Instant> GovAlerts::checkedAt() const {
@@ -193,26 +158,62 @@ std::optional<Instant> GovAlerts::failedSince() const {
 }
 
 GovAlertService::GovAlertService(Clock const& clock, std::vector<GovAlertSource> sources,
-                                 std::filesystem::path cacheDirectory)
+                                 std::filesystem::path cacheDirectory, GovAlertRouting routing)
     : clock_(clock),
       sources_(std::move(sources)),
       cacheDirectory_(std::move(cacheDirectory)),
+      routing_(std::move(routing)),
       events_(cacheDirectory_.empty() ? std::filesystem::path() : cacheDirectory_ / kEventFile) {}
 
-GovAlerts GovAlertService::fetchAlerts(GovAlertPlace const& place, std::vector<std::string> const& names,
+GovAlertPlace GovAlertService::withChoice(GovAlertPlace place) const {
+  bool const isOpen = place.chosenSource.empty() && routing_.chosen;
+  if (isOpen) place.chosenSource = routing_.chosen(place.coordinate);
+  return place;
+}
+
+GovAlerts GovAlertService::fetchAlerts(GovAlertPlace const& asked, std::vector<std::string> const& names,
                                        std::stop_token const& stop) {
-  auto const sources = sourcesFor(place, names);
+  GovAlertPlace const place = withChoice(asked);
+  Sources const sources = sourcesFor(place, names);
   if (sources.empty()) return {};
   auto const turn = turnOf(place);
   std::lock_guard const guard(*turn);
   States states = copyOfStates(place);
-  for (GovAlertSource const* const source : sources) {
-    ask(*source, place, stateOf(states, source->name), stop);
+  if (routing_.route) {
+    askAlong(sources, place, states, stop);
+  } else {
+    for (GovAlertSource const* const source : sources)
+      ask(*source, place, stateOf(states, source->name), stop);
   }
   auto result = summary(sources, states);
   keep(place, states);
   remember(place, std::move(states));
   return result;
+}
+
+/// Well, and less long ago than the source wants to be left alone.
+bool GovAlertService::isAnswered(GovAlertSource const& source, States const& states) const {
+  auto const state = std::ranges::find(states, source.name, &GovSourceState::name);
+  if (state == states.end() || !state->askedAt || state->failedSince) return false;
+  return std::chrono::abs(clock_.now() - *state->askedAt) < source.rest;
+}
+
+/// Until one has answered. Those before one that answered a moment ago had failed then, and rest, too.
+void GovAlertService::askAlong(Sources const& route, GovAlertPlace const& place, States& states,
+                               std::stop_token const& stop) {
+  auto const isAnswered = [&](GovAlertSource const* source) { return this->isAnswered(*source, states); };
+  auto const hasFailedLately = [&](GovAlertSource const* source) {
+    GovSourceState const& state = stateOf(states, source->name);
+    return state.failedSince && state.askedAt &&
+           std::chrono::abs(clock_.now() - *state.askedAt) < source->rest;
+  };
+  auto const answered = std::ranges::find_if(route, isAnswered);
+  bool const isFresh = answered != route.end() && std::all_of(route.begin(), answered, hasFailedLately);
+  if (isFresh) return;
+  for (GovAlertSource const* const source : route) {
+    ask(*source, place, stateOf(states, source->name), stop);
+    if (stop.stop_requested() || !stateOf(states, source->name).failedSince) return;
+  }
 }
 
 void GovAlertService::ask(GovAlertSource const& source, GovAlertPlace const& place, GovSourceState& state,
@@ -223,6 +224,7 @@ void GovAlertService::ask(GovAlertSource const& source, GovAlertPlace const& pla
   Instant const now = clock_.now();
   auto& alerts = answer ? answer->alerts : answer.error().readable;
   auto& unplaced = answer ? answer->unplaced : answer.error().unplaced;
+  state.askedAt = now;
   if (!source.isIdentified) identifyAll(alerts, unplaced, events_, now);
   answer ? succeed(state, std::move(*answer), now) : fail(state, std::move(answer.error()), now);
 }
@@ -236,7 +238,8 @@ std::shared_ptr<std::mutex> GovAlertService::turnOf(GovAlertPlace const& place) 
   return turn;
 }
 
-GovAlerts GovAlertService::keptAlerts(GovAlertPlace const& place, std::vector<std::string> const& names) {
+GovAlerts GovAlertService::keptAlerts(GovAlertPlace const& asked, std::vector<std::string> const& names) {
+  GovAlertPlace const place = withChoice(asked);
   States states = copyOfStates(place);
   return summary(sourcesFor(place, names), states);
 }
@@ -251,10 +254,26 @@ void GovAlertService::remember(GovAlertPlace const& place, States states) {
   statesOf(place) = std::move(states);
 }
 
-std::vector<GovAlertSource const*> GovAlertService::sourcesFor(GovAlertPlace const& place,
-                                                               std::vector<std::string> const& names) const {
-  std::vector<GovAlertSource const*> chosen;
-  if (!isValid(place.coordinate)) return chosen;
+/// In their order; all of them where nobody names any.
+GovAlertService::Sources GovAlertService::named(std::vector<std::string_view> const& candidates,
+                                                std::vector<std::string> const& names) const {
+  Sources chosen;
+  for (std::string_view const name : candidates) {
+    auto const source = std::ranges::find(sources_, name, &GovAlertSource::name);
+    bool const isAsked = names.empty() || std::ranges::count(names, name) > 0;
+    if (isAsked && source != sources_.end()) chosen.push_back(&*source);
+  }
+  return chosen;
+}
+
+GovAlertService::Sources GovAlertService::sourcesFor(GovAlertPlace const& place,
+                                                     std::vector<std::string> const& names) const {
+  if (!isValid(place.coordinate)) return {};
+  if (routing_.route) {
+    Sources const chosen = named(routing_.route(place), names);
+    return chosen.empty() && !names.empty() ? named(routing_.possible(place), names) : chosen;
+  }
+  Sources chosen;
   for (GovAlertSource const& source : sources_) {
     bool const isAsked = names.empty() || std::ranges::count(names, source.name) > 0;
     if (isAsked && source.covers(place)) chosen.push_back(&source);
@@ -263,19 +282,24 @@ std::vector<GovAlertSource const*> GovAlertService::sourcesFor(GovAlertPlace con
 }
 
 /// Forgets what has ended on the way.
-GovAlerts GovAlertService::summary(std::vector<GovAlertSource const*> const& sources, States& states) const {
-  GovAlerts result;
+GovAlerts GovAlertService::summary(Sources const& sources, States& states) const {
+  std::vector<GovSourceState> asked;
   for (GovAlertSource const* const source : sources) {
     GovSourceState& state = stateOf(states, source->name);
     auto const over = [&](WeatherAlert const& alert) { return isOver(alert, state, clock_.now()); };
     std::erase_if(state.alerts, over);
     std::erase_if(state.unplaced, over);
     std::erase_if(state.calledOff, over);
+    asked.push_back(state);
+  }
+  if (routing_.route && asked.size() > 1) asked = {servingState(asked)};
+  GovAlerts result;
+  for (GovSourceState const& state : asked) {
     result.alerts.insert(result.alerts.end(), state.alerts.begin(), state.alerts.end());
     result.unplaced.insert(result.unplaced.end(), state.unplaced.begin(), state.unplaced.end());
     result.calledOff.insert(result.calledOff.end(), state.calledOff.begin(), state.calledOff.end());
-    result.sources.push_back(state);
   }
+  result.sources = std::move(asked);
   sortMostSevereFirst(result.alerts);
   sortMostSevereFirst(result.unplaced);
   return result;

@@ -1,7 +1,7 @@
-// The official warnings of a place from all sources that cover it, as one list, most severe first, with the
-// state of the check beside it: "no warnings" and "could not be checked since 14:20" are different answers.
-// Owns what was last known of each place, in memory and on disk; never raises an error and never shows what
-// has ended.
+// The official warnings of a place, as one list, most severe first, with the state of the check beside it:
+// "no warnings" and "could not be checked since 14:20" are different answers. The sources of a place are
+// asked along its route, each only when the one before has failed. Owns what was last known of each place, in
+// memory and on disk; never raises an error and never shows what has ended.
 #pragma once
 
 #include "base/geodesy.h"
@@ -13,6 +13,7 @@
 #include "platform/clock.h"
 #include "regions/region_code.h"
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -21,6 +22,7 @@
 #include <optional>
 #include <stop_token>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace nimbara {
@@ -65,6 +67,18 @@ struct GovAlertSource {
   std::function<bool(GovAlertPlace const&)> covers;
   Fetch fetch;
   bool isIdentified = false;  ///< its alerts have their identifiers, whatever `event` says
+  /// A place that was checked well less long ago is not asked for again; with none the source keeps to its
+  /// terms itself.
+  std::chrono::minutes rest{0};
+};
+
+/// Which sources a place is asked for. Without a route each that covers it is.
+struct GovAlertRouting {
+  using Names = std::function<std::vector<std::string_view>(GovAlertPlace const&)>;
+  Names route;     ///< each is asked only when those before it have failed
+  Names possible;  ///< all that may be asked, for who names some
+  /// The source that the user has chosen for a place that names none; empty: the usual one.
+  std::function<std::string(Coordinate)> chosen;
 };
 
 /// With `waters` a place near a shore is asked for a second time, by a point on the water: that names the
@@ -81,8 +95,14 @@ struct GovSourceState {
   std::vector<WeatherAlert> unplaced;   ///< in force somewhere in the country; not among the alerts
   std::vector<WeatherAlert> calledOff;  ///< until they would have ended
   bool isBlind = false;                 ///< of the last success: see `GovSourceAnswer`
-  EventRoots roots;                     ///< as files of older versions have them; the memory takes them over
+  std::optional<Instant> askedAt;       ///< by this process, well or not; not kept
+  /// In a summary: the source that failed before this one answered, and why.
+  std::optional<std::string> insteadOf;
+  std::optional<ServiceFailure> insteadReason;
+  EventRoots roots;  ///< as files of older versions have them; the memory takes them over
 
+  /// Nothing is listed, and that says nothing: the source is not known to have the country's warnings.
+  bool knowsNothing() const { return isBlind && alerts.empty() && unplaced.empty(); }
   bool operator==(GovSourceState const&) const = default;
 };
 
@@ -102,10 +122,12 @@ struct GovAlerts {
   std::vector<WeatherAlert> alerts;     ///< live ones, most severe first
   std::vector<WeatherAlert> unplaced;   ///< live ones of parts of the country that cannot be placed
   std::vector<WeatherAlert> calledOff;  ///< ended early by their issuers, until they would have ended
-  std::vector<GovSourceState> sources;  ///< those that cover the place and were asked for
+  /// Those that cover the place and were asked for; along a route the one that answered, or the first where
+  /// all have failed.
+  std::vector<GovSourceState> sources;
 
   /// Somebody whom this program knows issues warnings for the place.
-  bool isCovered() const { return !sources.empty(); }
+  bool isCovered() const;
   /// Of all sources the earliest last success; nothing when one never answered.
   std::optional<Instant> checkedAt() const;
   /// The earliest failure that lasts; nothing when all is well.
@@ -116,10 +138,11 @@ class GovAlertService {
  public:
   /// With `cacheDirectory` lists outlive the process, one file a place, and so does what events are known by.
   GovAlertService(Clock const& clock, std::vector<GovAlertSource> sources,
-                  std::filesystem::path cacheDirectory);
+                  std::filesystem::path cacheDirectory, GovAlertRouting routing = {});
 
-  /// Asks every source that covers the place, or those of `names` when any are given. Blocks, and waits only
-  /// for those who ask for the same place.
+  /// Asks the sources of the place. Where `names` are given, those of its route that are among them, or,
+  /// where none is, those that may be asked for the place. Blocks, and waits only for those who ask for the
+  /// same place.
   GovAlerts fetchAlerts(GovAlertPlace const& place, std::vector<std::string> const& names = {},
                         std::stop_token const& stop = {});
   /// What was last known, without asking anybody and without waiting for those who ask: for the first moments
@@ -129,6 +152,12 @@ class GovAlertService {
  private:
   using States = std::vector<GovSourceState>;
 
+  using Sources = std::vector<GovAlertSource const*>;
+
+  GovAlertPlace withChoice(GovAlertPlace place) const;
+  void askAlong(Sources const& route, GovAlertPlace const& place, States& states,
+                std::stop_token const& stop);
+  bool isAnswered(GovAlertSource const& source, States const& states) const;
   std::shared_ptr<std::mutex> turnOf(GovAlertPlace const& place);
   void ask(GovAlertSource const& source, GovAlertPlace const& place, GovSourceState& state,
            std::stop_token const& stop);
@@ -137,13 +166,14 @@ class GovAlertService {
   void remember(GovAlertPlace const& place, States states);
   void keep(GovAlertPlace const& place, States const& states) const;
   std::filesystem::path fileOf(GovAlertPlace const& place) const;
-  std::vector<GovAlertSource const*> sourcesFor(GovAlertPlace const& place,
-                                                std::vector<std::string> const& names) const;
-  GovAlerts summary(std::vector<GovAlertSource const*> const& sources, States& states) const;
+  Sources sourcesFor(GovAlertPlace const& place, std::vector<std::string> const& names) const;
+  Sources named(std::vector<std::string_view> const& candidates, std::vector<std::string> const& names) const;
+  GovAlerts summary(Sources const& sources, States& states) const;
 
   Clock const& clock_;
   std::vector<GovAlertSource> sources_;
   std::filesystem::path cacheDirectory_;
+  GovAlertRouting routing_;
   EventMemory events_;
   std::mutex memoryLock_;  // guards the two below; never held while somebody is asked
   std::map<std::string, States> memory_;

@@ -28,6 +28,7 @@ struct OfficialSource {
   /// The shortest time between two good checks of a place. The first two rows keep to theirs themselves: for
   /// a program the one, for a country the other.
   std::chrono::minutes rest{10};
+  bool takesArticle = false;  ///< in English sentences: "the National Weather Service"
   /// What it cannot give: keys of texts; the rest is empty.
   std::array<std::string_view, 4> lacks = {};
 };

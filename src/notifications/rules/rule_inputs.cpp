@@ -1,6 +1,7 @@
 #include "notifications/rules/rule_inputs.h"
 
 #include "base/words/time_words.h"
+#include "feeds/alerts/official_sources.h"
 #include "model/upcoming_hours.h"
 
 #include <algorithm>
@@ -64,8 +65,9 @@ std::optional<InputFailure> RuleInputs::failureOf(RuleInputSet inputs) const {
 std::string sentenceOf(InputFailure const& failure) {
   if (failure.failure.kind == ServiceFailure::Kind::notConfigured) return sentenceOf(failure.failure);
   std::string feed(kFeeds[static_cast<std::size_t>(failure.input)]);
-  if (failure.service == "nws") feed += " of the National Weather Service";
-  if (failure.service == "meteoalarm") feed += " of MeteoAlarm";
+  if (OfficialSource const* const source = officialSource(failure.service)) {
+    feed.append(source->takesArticle ? " of the " : " of ").append(source->service);
+  }
   return feed + " could not be fetched: " + sentenceOf(failure.failure);
 }
 
