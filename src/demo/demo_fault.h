@@ -12,8 +12,9 @@ namespace nimbara {
 
 struct DemoFault {
   /// 500 with a page of HTML; no answer; an answer that is no data; a connection that breaks in the middle;
-  /// one byte a second; redirects in a circle; a forecast for the other side of the globe.
-  enum class Kind { status500, timeout, garbage, drop, drip, loop, elsewhere };
+  /// one byte a second; redirects in a circle; a forecast for the other side of the globe; 200 and nothing
+  /// behind it; 200 and word of an error in XML.
+  enum class Kind { status500, timeout, garbage, drop, drip, loop, elsewhere, empty, exception };
 
   Service service = Service::openMeteo;
   Kind kind = Kind::status500;
@@ -22,9 +23,9 @@ struct DemoFault {
 };
 
 template <>
-inline constexpr auto enumNames<DemoFault::Kind> =
-    std::to_array<std::string_view>({"500", "timeout", "garbage", "drop", "drip", "loop", "elsewhere"});
-static_assert(enumNamesComplete(DemoFault::Kind::elsewhere));
+inline constexpr auto enumNames<DemoFault::Kind> = std::to_array<std::string_view>(
+    {"500", "timeout", "garbage", "drop", "drip", "loop", "elsewhere", "empty", "exception"});
+static_assert(enumNamesComplete(DemoFault::Kind::exception));
 
 /// "openMeteo=500"; the error is a sentence that names what is wrong.
 Result<DemoFault, std::string> parseDemoFault(std::string_view text);

@@ -1,9 +1,13 @@
 #include "demo/demo_server.h"
 
 #include "demo/connection_threads.h"
+#include "demo/feeds/bright_sky_stand_in.h"
+#include "demo/feeds/eccc_stand_in.h"
 #include "demo/feeds/feed_server_stand_in.h"
 #include "demo/feeds/firms_stand_in.h"
+#include "demo/feeds/fpas_stand_in.h"
 #include "demo/feeds/lightning_stand_in.h"
+#include "demo/feeds/met_alerts_stand_in.h"
 #include "demo/feeds/meteo_alarm_stand_in.h"
 #include "demo/feeds/nhc_stand_in.h"
 #include "demo/feeds/nws_stand_in.h"
@@ -11,6 +15,7 @@
 #include "demo/feeds/swpc_stand_in.h"
 #include "demo/feeds/travel_stand_in.h"
 #include "demo/feeds/usgs_stand_in.h"
+#include "demo/feeds/wmo_stand_in.h"
 #include "demo/forecasts/air_quality_stand_in.h"
 #include "demo/forecasts/apple_weather_stand_in.h"
 #include "demo/forecasts/open_meteo_stand_in.h"
@@ -64,6 +69,18 @@ constexpr std::array kRoutes = std::to_array<Route>({
     {Service::firms, "/api/area/csv/[^/]+/[^/]+/[^/]+/[^/]+", fireTable},
     {Service::travelAdvisories, "/api/TravelAdvisories", travelAdvisories},
     {Service::lightning, "/lightning/strikes", lightningStrikes},
+    {Service::wmoWarnings, "/f/wfs", wmoPointQuery},
+    {Service::wmoWarnings, "/g/wfs", wmoWarningList},
+    {Service::wmoWarnings, R"(/json/wmo_member\.json)", wmoMembers},
+    {Service::wmoWarnings, R"((/v2)?/json/sources\.json)", wmoSources},
+    {Service::wmoWarnings, R"(/v2/cap-alerts/[a-z-]+/[0-9/]+-[0-9a-f]{32}\.xml)", wmoMessage},
+    {Service::fpas, "/alert/area", fpasArea},
+    {Service::fpas, "/alert/[0-9a-fA-F-]{36}", fpasAlert},
+    {Service::fpas, R"(/cap/[0-9a-f-]{36}\.xml)", fpasMessage},
+    {Service::fpas, "/sources/area_status", fpasAreaStatus},
+    {Service::eccc, "/collections/weather-alerts/items", ecccAlerts},
+    {Service::metAlerts, R"(/weatherapi/metalerts/2\.0/current\.json)", metAlertsCurrent},
+    {Service::brightSky, "/alerts", brightSkyAlerts},
 });
 
 constexpr std::string_view kErrorPage = "<html><body><h1>500 Internal Server Error</h1></body></html>";
@@ -154,6 +171,10 @@ struct DemoServer::Running {
         return response.set_redirect(request.target);
       case DemoFault::Kind::elsewhere:
         return sendWhole(answer, response);
+      case DemoFault::Kind::empty:
+        return sendWhole({}, response);
+      case DemoFault::Kind::exception:
+        return response.set_content(kWmoException, "application/xml");
     }
   }
 

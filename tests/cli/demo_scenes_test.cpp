@@ -78,7 +78,7 @@ INSTANTIATE_TEST_SUITE_P(
                  {"Wind Warning", R"("_nimbaraText":"Orange Wind warning for Stadt Berlin.")",
                   R"("_nimbaraFullText":true)"},
                  {"Rain Warning"}},
-        SceneRow{"uncovered", "uncovered", 0, {R"("country":"JP")"}, {}},
+        SceneRow{"uncovered", "uncovered", 0, {R"("country":"TD")"}, {}},
         SceneRow{"unknown-level", "warnings", 2, {"Air Quality Alert", "Frost Advisory"}, {}},
         SceneRow{"reissued", "warnings", 1, {"now until tomorrow"}, {}}),
     [](auto const& row) {

@@ -129,7 +129,7 @@ constexpr std::array kScenes = std::to_array<DemoScene>({
      "Berlin: the feed never responds; the second feed does, within the time limit",
      kSecondInTime,
      {}},
-    {"uncovered", "35.68,139.69", "Tokyo: no known service issues warnings", {}, {}},
+    {"uncovered", "12.11,15.04", "N'Djamena: no known service issues warnings", {}, {}},
     {"unknown-level",
      "39.74,-104.98",
      "Denver: an alert without a stated severity, above a minor one",

@@ -1,0 +1,105 @@
+#include "demo/feeds/fpas_stand_in.h"
+
+#include "base/json/json.h"
+#include "base/text/number.h"
+#include "base/text/text.h"
+#include "demo/conditional_answer.h"
+#include "demo/world/demo_cap.h"
+
+#include <algorithm>
+#include <array>
+
+namespace nimbara {
+
+namespace {
+
+constexpr std::string_view kAlertPath = "/alert/";
+constexpr std::string_view kFilePath = "/cap/";
+constexpr std::string_view kFileEnd = ".xml";
+constexpr int kDay = 86'400;
+
+/// With the dashes of a UUID.
+std::string dashed(std::string_view code) {
+  constexpr std::size_t kDashes[] = {8, 12, 16, 20};
+  std::string text;
+  for (std::size_t i = 0; i < code.size(); ++i) {
+    if (std::ranges::find(kDashes, i) != std::end(kDashes)) text += '-';
+    text += code[i];
+  }
+  return text;
+}
+
+std::optional<DemoWorldMessage> messageOf(std::string_view uuid) {
+  std::string code = asciiLowered(uuid);
+  std::erase(code, '-');
+  return demoMessageOf(code);
+}
+
+bool isServed(DemoIssuer const& issuer) {
+  return issuer.isMirrored() && issuer.shape != DemoShape::codes;
+}
+
+/// Of the box; nothing for one without an extent.
+std::optional<Coordinate> middleOf(DemoRequest const& request) {
+  auto const south = parseDouble(request.query("min_lat"));
+  auto const north = parseDouble(request.query("max_lat"));
+  auto const west = parseDouble(request.query("min_lon"));
+  auto const east = parseDouble(request.query("max_lon"));
+  if (!south || !north || !west || !east || !(*south < *north) || !(*west < *east)) return std::nullopt;
+  Coordinate const middle{(*south + *north) / 2, (*west + *east) / 2};
+  return isValid(middle) ? std::optional(middle) : std::nullopt;
+}
+
+}  // namespace
+
+DemoAnswer fpasArea(DemoRequest const& request, Instant now) {
+  auto const place = middleOf(request);
+  if (!place) return {400, "invalid bounding box", {{"Content-Type", "text/plain"}}};
+  DemoIssuer const* const issuer = demoIssuerAt(*place);
+  if (issuer != nullptr && issuer->silence == DemoSilence::everywhere)
+    return {200, "<!doctype html><title>Maintenance</title><p>We are back soon.", {}};
+  std::vector<std::string> identifiers;
+  if (issuer != nullptr && isServed(*issuer)) {
+    for (auto const& message : demoWorldMessages(*issuer, demoWarnedTile(*issuer, *place), now))
+      identifiers.push_back(dashed(message.code()));
+  }
+  JsonWriter json;
+  json.value(identifiers);
+  return {200, json.take(), {}};
+}
+
+DemoAnswer fpasAlert(DemoRequest const& request, Instant) {
+  auto const message = messageOf(std::string_view(request.path).substr(kAlertPath.size()));
+  if (!message) return {404, "Not Found", {}};
+  std::string const file = std::string(kFilePath) + dashed(message->code()) + std::string(kFileEnd);
+  return {301, {}, {{"Location", file}}};
+}
+
+DemoAnswer fpasMessage(DemoRequest const& request, Instant) {
+  std::string_view uuid = std::string_view(request.path).substr(kFilePath.size());
+  uuid.remove_suffix(kFileEnd.size());
+  auto const message = messageOf(uuid);
+  if (!message) return {404, "Not Found", {}};
+  DemoAnswer answer = conditionalAnswer(request, demoCapDocument(*message), kDay);
+  answer.headers.emplace_back("Content-Type", "application/xml");
+  return answer;
+}
+
+DemoAnswer fpasAreaStatus(DemoRequest const& request, Instant now) {
+  JsonWriter json;
+  json.beginList();
+  for (DemoIssuer const& issuer : demoIssuers()) {
+    if (!isServed(issuer)) continue;
+    json.separate();
+    json.beginObject();
+    json.member("country", asciiLowered(issuer.countryCode));
+    json.member("feeds", 1);
+    json.member("status", "operating");
+    json.member("lastFetch", formatIso8601(std::chrono::floor<std::chrono::hours>(now)));
+    json.endObject();
+  }
+  json.endList();
+  return conditionalAnswer(request, json.take(), kDay);
+}
+
+}  // namespace nimbara
