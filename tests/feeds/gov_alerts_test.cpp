@@ -395,5 +395,60 @@ TEST(LiveEvents, LoseNothingOfRecordedLists) {
   }
 }
 
+struct CalledOffRow {
+  char const* name;
+  std::vector<NWSAlert> earlier, list;
+  std::vector<std::string> calledOff;  ///< identifiers of the messages that began what is called off
+};
+
+TEST(CalledOffEvents, AreThoseThatACancellationEndsBeforeTheirTime) {
+  NWSReference const a{"a", kNow - 1h};
+  NWSAlert const first = message("a");
+  NWSAlert const second = update("b", {a});
+  auto const cancelOf = [](std::vector<NWSReference> references) {
+    NWSAlert cancel = update("c", std::move(references), "cancelled");
+    cancel.messageType = "Cancel";
+    cancel.sent = kNow - 5min;
+    cancel.expires = kNow + 10min;
+    return cancel;
+  };
+  NWSAlert const cancel = cancelOf({a});
+  NWSAlert const cancelOfUpdate = cancelOf({{"b", kNow - 30min}});
+  NWSAlert ended = first;
+  ended.expires = kNow;
+  NWSAlert test = cancel;
+  test.status = "Test";
+  NWSAlert ack = cancel;
+  ack.messageType = "Ack";
+  NWSAlert anew = update("d", {{"c", kNow - 5min}}, "anew");
+  anew.sent = kNow;
+  for (CalledOffRow const& row :
+       {CalledOffRow{"with what it cancels", {}, {first, cancel}, {"a"}},
+        {"once", {}, {first, cancel, cancelOfUpdate, second}, {"a"}},
+        {"of an update", {first}, {second, cancelOfUpdate}, {"a"}},
+        {"no longer listed", {first}, {cancel}, {"a"}},
+        {"no longer listed, of an update", {first, second}, {cancelOfUpdate}, {"a"}},
+        {"over by then", {}, {ended, cancel}, {}},
+        {"a test", {}, {first, test}, {}},
+        {"an acknowledgement", {}, {first, ack}, {}},
+        {"issued anew", {first}, {cancel, anew}, {}},
+        {"nothing", {first}, {second}, {}}}) {
+    KnownEvents known;
+    nimbara::liveEvents(row.earlier, kNow - 10min, known);
+    auto const live = nimbara::liveEvents(row.list, kNow, known);
+    auto const found = calledOffEvents(row.list, live, kNow, known);
+    std::vector<Uuid> ids;
+    std::vector<Uuid> expected;
+    for (WeatherAlert const& alert : found) ids.push_back(alert.id);
+    for (std::string const& root : row.calledOff) expected.push_back(govAlertId("nws:" + root));
+    EXPECT_EQ(ids, expected) << row.name;
+    for (WeatherAlert const& alert : found) {
+      EXPECT_EQ(alert.title, "Flood Watch");
+      EXPECT_EQ(alert.issued, kNow - 5min) << "when it was cancelled";
+      EXPECT_EQ(alert.expires, kNow + 1h) << row.name << ": when it would have ended";
+    }
+  }
+}
+
 }  // namespace
 }  // namespace nimbara

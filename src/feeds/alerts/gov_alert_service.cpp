@@ -103,6 +103,10 @@ void complete(std::vector<WeatherAlert>& known, std::vector<WeatherAlert> readab
 }
 
 void fail(GovSourceState& state, GovSourceFailure failure, Instant now) {
+  // Issued anew it is in force.
+  std::erase_if(state.calledOff, [&](WeatherAlert const& alert) {
+    return has(failure.readable, alert.id) || has(failure.unplaced, alert.id);
+  });
   complete(state.alerts, std::move(failure.readable));
   complete(state.unplaced, std::move(failure.unplaced));
   complete(state.calledOff, std::move(failure.calledOff));

@@ -86,6 +86,10 @@ bool warns(NWSAlert const& message) {
   return std::ranges::count(kSilentTypes, asciiLowered(trimmed(message.messageType))) == 0;
 }
 
+bool cancels(NWSAlert const& message) {
+  return isActual(message) && asciiLowered(trimmed(message.messageType)) == "cancel";
+}
+
 /// Refers to a message that stays as it is.
 bool acknowledges(NWSAlert const& message) {
   return asciiLowered(trimmed(message.messageType)) == "ack";
@@ -131,6 +135,16 @@ class Messages {
       at = found->second;
     }
     return {at->id};
+  }
+
+  /// The newest warning of the list that the message refers to; null where none is.
+  NWSAlert const* referred(NWSAlert const& message) const {
+    NWSAlert const* newest = nullptr;
+    for (auto const& [follower, older] : follows_) {
+      bool const isCandidate = follower == &message && warns(*older);
+      if (isCandidate && (newest == nullptr || isNewer(*older, *newest))) newest = older;
+    }
+    return newest;
   }
 
   /// Of two messages the one that was sent later, of equal times the one listed first. A message of no known
@@ -264,6 +278,32 @@ class Events {
   std::map<std::string, std::map<std::string_view, std::vector<NWSAlert const*>>> byRoot_;
 };
 
+std::optional<Instant> knownEnd(KnownEvents const& known, std::string_view root) {
+  std::optional<Instant> latest;
+  for (auto const& [key, periods] : known.periods) {
+    for (KnownEvent const& event : periods) {
+      if (event.root == root && event.until) latest = std::max(latest.value_or(*event.until), *event.until);
+    }
+  }
+  return latest;
+}
+
+/// What a message that cancels ends.
+WeatherAlert calledOffEvent(NWSAlert const& message, Messages const& related, Instant now,
+                            KnownEvents& known) {
+  Messages::Root const own = related.root(message);
+  KnownEvent const* const event =
+      own.isKnown ? nullptr : findPeriod(known, eventKey(message), periodOf(message, now));
+  std::string const root(event == nullptr ? own.message : std::string_view(event->root));
+  NWSAlert const* const last = related.referred(message);
+  WeatherAlert alert = eventOf(last == nullptr ? message : *last, "nws:" + root);
+  alert.issued = message.sent;
+  // The message that cancels ends at once.
+  auto const end = last == nullptr ? knownEnd(known, root) : endOf(*last);
+  if (end) alert.expires = end;
+  return alert;
+}
+
 }  // namespace
 
 bool hasEnded(WeatherAlert const& alert, Instant now) {
@@ -295,6 +335,21 @@ std::vector<WeatherAlert> liveEvents(std::vector<NWSAlert> const& messages, Inst
     if (auto alert = events.told(roots.at(message), *message)) alerts.push_back(std::move(*alert));
   }
   return alerts;
+}
+
+std::vector<WeatherAlert> calledOffEvents(std::vector<NWSAlert> const& messages,
+                                          std::vector<WeatherAlert> const& live, Instant now,
+                                          KnownEvents& known) {
+  Messages const related(messages, known.roots);
+  std::set<Uuid> taken;
+  for (WeatherAlert const& alert : live) taken.insert(alert.id);
+  std::vector<WeatherAlert> events;
+  for (NWSAlert const& message : messages) {
+    if (!cancels(message)) continue;
+    WeatherAlert event = calledOffEvent(message, related, now, known);
+    if (!hasEnded(event, now) && taken.insert(event.id).second) events.push_back(std::move(event));
+  }
+  return events;
 }
 
 std::vector<NWSAlert> liveMessages(std::vector<NWSAlert> const& messages, Instant now) {

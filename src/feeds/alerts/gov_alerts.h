@@ -27,6 +27,13 @@ WarningKind nwsWarningKind(std::string_view event);
 /// says.
 std::vector<WeatherAlert> liveEvents(std::vector<NWSAlert> const& messages, Instant now, KnownEvents& known);
 
+/// The events that messages of the list cancel, without those that are `live` under another message: as they
+/// last were, issued when they were cancelled, until the moment at which they would have ended. `known` is as
+/// `liveEvents` has left it.
+std::vector<WeatherAlert> calledOffEvents(std::vector<NWSAlert> const& messages,
+                                          std::vector<WeatherAlert> const& live, Instant now,
+                                          KnownEvents& known);
+
 /// The live messages of a list as the service worded them, by the same rules.
 std::vector<NWSAlert> liveMessages(std::vector<NWSAlert> const& messages, Instant now);
 

@@ -26,9 +26,10 @@ class NwsSource {
                                                   std::stop_token const& stop) {
     auto answer = land_.fetchAlerts(place.latitude, place.longitude, stop);
     auto failure = answer.ok ? addWaters(answer.alerts, place, stop) : answer.failure;
-    auto alerts = events(answer.ok ? answer.alerts : answer.readable.value_or(answer.alerts), memory);
-    if (!failure) return GovSourceAnswer{std::move(alerts), {}};
-    return std::unexpected(GovSourceFailure{std::move(*failure), std::move(alerts), {}});
+    auto found = events(answer.ok ? answer.alerts : answer.readable.value_or(answer.alerts), memory);
+    if (!failure) return found;
+    return std::unexpected(
+        GovSourceFailure{std::move(*failure), std::move(found.alerts), {}, std::move(found.calledOff)});
   }
 
  private:
@@ -60,11 +61,14 @@ class NwsSource {
     return entry->second;
   }
 
-  std::vector<WeatherAlert> events(std::vector<NWSAlert> const& messages, EventMemory& memory) {
-    std::vector<WeatherAlert> alerts;
+  GovSourceAnswer events(std::vector<NWSAlert> const& messages, EventMemory& memory) {
+    GovSourceAnswer found;
     Instant const now = clock_.now();
-    memory.update(now, [&](KnownEvents& known) { alerts = liveEvents(messages, now, known); });
-    return alerts;
+    memory.update(now, [&](KnownEvents& known) {
+      found.alerts = liveEvents(messages, now, known);
+      found.calledOff = calledOffEvents(messages, found.alerts, now, known);
+    });
+    return found;
   }
 
   NWSAlertService& land_;
