@@ -16,4 +16,7 @@ std::string alpha3CountryCode(std::string_view code);
 /// "KZ" of "KAZ" in any letters; empty for what is no country's code.
 std::string alpha2CountryCode(std::string_view alpha3);
 
+/// "KZ" of 398, the number of ISO 3166-1; empty for those that are no country's.
+std::string countryCodeOfNumber(int number);
+
 }  // namespace nimbara
