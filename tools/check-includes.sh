@@ -42,6 +42,7 @@ declare -A rooms=(
   [feeds/cap]="fetching"
   [feeds/eccc]="cap fetching"
   [feeds/fires]="fetching"
+  [feeds/fpas]="cap fetching"
   [feeds/metalerts]="cap fetching"
   [feeds/meteoalarm]="alerts awareness cap fetching regions"
   [feeds/nws]="fetching"
