@@ -122,6 +122,31 @@ TEST_F(GovAlertServiceTest, AddsWhatIsReadableToWhatIsKnown) {
   EXPECT_EQ(result.alerts[0].severity, AlertSeverity::warning);
 }
 
+TEST_F(GovAlertServiceTest, KnowsWhatWasCalledOffUntilItWouldHaveEndedOrIsIssuedAnew) {
+  WeatherAlert const first = alert("first", AlertSeverity::info, kNow + 1h);
+  WeatherAlert const second = alert("second", AlertSeverity::info, kNow + 1h);
+  WeatherAlert const endless = alert("endless", AlertSeverity::info, {});
+  GovAlertService gov = service();
+  auto const calledOffWith = [&](Result<GovSourceAnswer, GovSourceFailure> answer) {
+    a_.answer = std::move(answer);
+    std::vector<std::string> titles;
+    for (WeatherAlert const& one : gov.fetchAlerts(place_).calledOff) titles.push_back(one.title);
+    return titles;
+  };
+  EXPECT_THAT(calledOffWith(GovSourceAnswer{{}, {}, {first, second, endless}}),
+              ElementsAre("first", "second", "endless"));
+  EXPECT_THAT(calledOffWith(GovSourceAnswer{}), ElementsAre("first", "second")) << "nobody knows its end";
+  EXPECT_THAT(calledOffWith(GovSourceAnswer{{first}, {}}), ElementsAre("second"));
+  EXPECT_THAT(calledOffWith(std::unexpected(GovSourceFailure{kNoNetwork, {}, {}, {first}})),
+              ElementsAre("first", "second"));
+  EXPECT_THAT(calledOffWith(std::unexpected(GovSourceFailure{kNoNetwork, {first}, {}})),
+              ElementsAre("second"));
+  clock_.advance(1h - 1ms);
+  EXPECT_THAT(calledOffWith(GovSourceAnswer{}), ElementsAre("second"));
+  clock_.advance(1ms);
+  EXPECT_THAT(calledOffWith(GovSourceAnswer{}), IsEmpty());
+}
+
 TEST_F(GovAlertServiceTest, BelievesAnAlertWithoutEndForADay) {
   a_.answer = GovSourceAnswer{{alert("endless", AlertSeverity::info, {})}, {}};
   GovAlertService gov = service();

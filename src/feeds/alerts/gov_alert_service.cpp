@@ -49,13 +49,31 @@ bool isOver(WeatherAlert const& alert, GovSourceState const& state, Instant now)
   return hasEnded(alert, now) || (!alert.expires && isOld);
 }
 
+/// What could be read now, and what was known before.
+void complete(std::vector<WeatherAlert>& known, std::vector<WeatherAlert> readable) {
+  for (WeatherAlert& alert : known) {
+    if (!has(readable, alert.id)) readable.push_back(std::move(alert));
+  }
+  cleanTexts(readable);
+  known = std::move(readable);
+}
+
+/// Lists name what was called off for a short time; whoever looks later is to know of it too, unless it has
+/// been issued anew.
+void keepCalledOff(GovSourceState& state, std::vector<WeatherAlert> calledOff,
+                   std::vector<WeatherAlert> const& live, std::vector<WeatherAlert> const& unplaced) {
+  std::erase_if(state.calledOff, [&](WeatherAlert const& alert) {
+    return !alert.expires || has(live, alert.id) || has(unplaced, alert.id);
+  });
+  complete(state.calledOff, std::move(calledOff));
+}
+
 void succeed(GovSourceState& state, GovSourceAnswer answer, Instant now) {
   cleanTexts(answer.alerts);
   cleanTexts(answer.unplaced);
-  cleanTexts(answer.calledOff);
+  keepCalledOff(state, std::move(answer.calledOff), answer.alerts, answer.unplaced);
   state.alerts = std::move(answer.alerts);
   state.unplaced = std::move(answer.unplaced);
-  state.calledOff = std::move(answer.calledOff);
   state.isBlind = answer.isBlind;
   state.checkedAt = now;
   state.failedSince.reset();
@@ -93,23 +111,10 @@ GovSourceState servingState(std::vector<GovSourceState> const& route) {
   return good == route.end() ? failing(route) : answering(route, *good);
 }
 
-/// What could be read now, and what was known before.
-void complete(std::vector<WeatherAlert>& known, std::vector<WeatherAlert> readable) {
-  for (WeatherAlert& alert : known) {
-    if (!has(readable, alert.id)) readable.push_back(std::move(alert));
-  }
-  cleanTexts(readable);
-  known = std::move(readable);
-}
-
 void fail(GovSourceState& state, GovSourceFailure failure, Instant now) {
-  // Issued anew it is in force.
-  std::erase_if(state.calledOff, [&](WeatherAlert const& alert) {
-    return has(failure.readable, alert.id) || has(failure.unplaced, alert.id);
-  });
+  keepCalledOff(state, std::move(failure.calledOff), failure.readable, failure.unplaced);
   complete(state.alerts, std::move(failure.readable));
   complete(state.unplaced, std::move(failure.unplaced));
-  complete(state.calledOff, std::move(failure.calledOff));
   auto const isCalledOff = [&](WeatherAlert const& alert) { return has(state.calledOff, alert.id); };
   std::erase_if(state.alerts, isCalledOff);
   std::erase_if(state.unplaced, isCalledOff);
