@@ -158,6 +158,12 @@ TEST(WmoStandIn, ListsForTheCountryWhatNoPointFinds) {
   EXPECT_THAT(listed("mem='036'"), HasSubstr("ng-demo-en/"));
   EXPECT_THAT(listed("mem='036'"), Not(HasSubstr("th-demo")));
   EXPECT_THAT(listed(""), HasSubstr("th-demo-xx/"));
+  auto const typeOf = [&](std::string_view country) {
+    std::string const filter = "capurl IN ('" + messagesOf(*demoIssuerOf(country), now).at(0).file() + "')";
+    return wmoPointQuery(asked("/f/wfs", {{"request", "GetFeature"}, {"cql_filter", filter}}), now).body;
+  };
+  EXPECT_THAT(typeOf("NG"), HasSubstr(R"("row_type":"POINT")"));
+  EXPECT_THAT(typeOf("PH"), HasSubstr(R"("row_type":"POLYGON")"));
 }
 
 TEST(FpasStandIn, LeadsToTheSameMessageAsTheCentre) {

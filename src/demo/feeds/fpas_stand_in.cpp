@@ -35,8 +35,8 @@ std::optional<DemoWorldMessage> messageOf(std::string_view uuid) {
   return demoMessageOf(code);
 }
 
-bool isServed(DemoIssuer const& issuer) {
-  return issuer.isMirrored() && issuer.shape != DemoShape::codes;
+bool canDraw(DemoIssuer const& issuer) {
+  return issuer.shape != DemoShape::codes;
 }
 
 /// Of the box; nothing for one without an extent.
@@ -50,6 +50,21 @@ std::optional<Coordinate> middleOf(DemoRequest const& request) {
   return isValid(middle) ? std::optional(middle) : std::nullopt;
 }
 
+/// Calm countries have had a message earlier that day.
+void writeFeed(JsonWriter& json, DemoIssuer const& issuer, Instant now) {
+  json.separate();
+  json.beginObject();
+  json.member("name", std::string(issuer.country) + ": " + demoServiceName(issuer));
+  json.member("source_is_official", true);
+  json.member("cap_alert_feed_status", "operating");
+  json.member("authorityCountry", asciiLowered(issuer.countryCode));
+  json.key("register_url");
+  json.null();
+  json.key("latest_published_alert_datetime");
+  canDraw(issuer) ? json.value(std::chrono::floor<std::chrono::days>(now)) : json.null();
+  json.endObject();
+}
+
 }  // namespace
 
 DemoAnswer fpasArea(DemoRequest const& request, Instant now) {
@@ -59,7 +74,7 @@ DemoAnswer fpasArea(DemoRequest const& request, Instant now) {
   if (issuer != nullptr && issuer->silence == DemoSilence::everywhere)
     return {200, "<!doctype html><title>Maintenance</title><p>We are back soon.", {}};
   std::vector<std::string> identifiers;
-  if (issuer != nullptr && isServed(*issuer)) {
+  if (issuer != nullptr && issuer->isMirrored() && canDraw(*issuer)) {
     for (auto const& message : demoWorldMessages(*issuer, demoWarnedTile(*issuer, *place), now))
       identifiers.push_back(dashed(message.code()));
   }
@@ -86,19 +101,19 @@ DemoAnswer fpasMessage(DemoRequest const& request, Instant) {
 }
 
 DemoAnswer fpasAreaStatus(DemoRequest const& request, Instant now) {
+  std::string const wanted = asciiLowered(request.query("country_codes"));
+  auto const countries = split(wanted, ',');
   JsonWriter json;
+  json.beginObject();
+  json.key("results");
   json.beginList();
   for (DemoIssuer const& issuer : demoIssuers()) {
-    if (!isServed(issuer)) continue;
-    json.separate();
-    json.beginObject();
-    json.member("country", asciiLowered(issuer.countryCode));
-    json.member("feeds", 1);
-    json.member("status", "operating");
-    json.member("lastFetch", formatIso8601(std::chrono::floor<std::chrono::hours>(now)));
-    json.endObject();
+    std::string const country = asciiLowered(issuer.countryCode);
+    bool const isAsked = wanted.empty() || std::ranges::find(countries, country) != countries.end();
+    if (isAsked && issuer.isMirrored()) writeFeed(json, issuer, now);
   }
   json.endList();
+  json.endObject();
   return conditionalAnswer(request, json.take(), kDay);
 }
 

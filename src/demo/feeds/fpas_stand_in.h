@@ -1,6 +1,6 @@
 // What the free public alert server would answer for the demo's world: the identifiers of the messages of a
-// box, the messages by way of a redirect, and which countries' feeds it reads. It has nothing of mainland
-// China, whose messages name their areas by codes that it cannot draw.
+// box, the messages by way of a redirect, and which countries' feeds it reads. It reads mainland China's too,
+// and has no message of it: they name their areas by codes that it cannot draw.
 #pragma once
 
 #include "demo/demo_exchange.h"
@@ -16,7 +16,7 @@ DemoAnswer fpasAlert(DemoRequest const& request, Instant now);
 /// "/cap/….xml".
 DemoAnswer fpasMessage(DemoRequest const& request, Instant now);
 
-/// "/sources/area_status".
+/// "/sources/area_status": the feeds of `country_codes`, or all.
 DemoAnswer fpasAreaStatus(DemoRequest const& request, Instant now);
 
 }  // namespace nimbara

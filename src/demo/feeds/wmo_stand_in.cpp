@@ -153,6 +153,32 @@ void addListed(Collection& list, Row const& row, std::string_view member) {
   list.close();
 }
 
+void addType(Collection& found, std::string_view file, DemoWorldMessage const& message) {
+  JsonWriter& json = found.open("postgis_geojsons", nullptr);
+  json.member("capurl", file);
+  json.member("row_type", message.event.issuer->shape == DemoShape::country ? "POINT" : "POLYGON");
+  found.close();
+}
+
+/// Of a path "kz-demo-en/2026/11/21/06/00/00-….xml".
+std::optional<DemoWorldMessage> messageOf(std::string_view file) {
+  auto const dash = file.rfind('-');
+  auto const dot = file.rfind('.');
+  if (dash == std::string_view::npos || dot == std::string_view::npos || dash > dot) return std::nullopt;
+  auto message = demoMessageOf(file.substr(dash + 1, dot - dash - 1));
+  return message && message->file() == file ? std::move(message) : std::nullopt;
+}
+
+/// Every other part between the apostrophes of "capurl IN ('…','…')".
+DemoAnswer typesOf(std::string_view filter, Instant now) {
+  Collection found(now);
+  auto const parts = split(filter, '\'');
+  for (std::size_t i = 1; i < parts.size(); i += 2) {
+    if (auto const message = messageOf(parts[i])) addType(found, parts[i], *message);
+  }
+  return found.answer();
+}
+
 /// Members are numbered as the demo lists them.
 std::string memberOf(DemoIssuer const& issuer) {
   return fmt::format("{:03}", &issuer - demoIssuers().data() + 1);
@@ -223,7 +249,9 @@ void writeSources(JsonWriter& json, DemoIssuer const& issuer) {
 }  // namespace
 
 DemoAnswer wmoPointQuery(DemoRequest const& request, Instant now) {
-  auto const place = pointIn(request.query("cql_filter"));
+  std::string const filter = request.query("cql_filter");
+  if (filter.starts_with("capurl IN (")) return typesOf(filter, now);
+  auto const place = pointIn(filter);
   if (request.query("request") != "GetFeature" || !place) return exceptionAnswer();
   Collection found(now);
   DemoIssuer const* const issuer = demoIssuerAt(*place);
@@ -279,12 +307,8 @@ DemoAnswer wmoSources(DemoRequest const& request, Instant) {
 }
 
 DemoAnswer wmoMessage(DemoRequest const& request, Instant) {
-  std::string_view file = std::string_view(request.path).substr(kCapPath.size());
-  auto const dash = file.rfind('-');
-  auto const dot = file.rfind('.');
-  if (dash > dot || dot == std::string_view::npos) return {404, "Not Found", {}};
-  auto const message = demoMessageOf(file.substr(dash + 1, dot - dash - 1));
-  if (!message || message->file() != file) return {404, "Not Found", {}};
+  auto const message = messageOf(std::string_view(request.path).substr(kCapPath.size()));
+  if (!message) return {404, "Not Found", {}};
   DemoAnswer answer = conditionalAnswer(request, demoCapDocument(*message), kDay);
   answer.headers.emplace_back("Content-Type", "application/xml");
   return answer;

@@ -8,7 +8,7 @@
 namespace nimbara {
 
 /// "/f/wfs": the rows around the point of `cql_filter`, latitude first. Warnings for a whole country are not
-/// found by a point.
+/// found by a point. By "capurl IN ('…')" the types of the rows of those messages.
 DemoAnswer wmoPointQuery(DemoRequest const& request, Instant now);
 
 /// "/g/wfs": the rows of a member or of all, without geometry; those of a country around its town.

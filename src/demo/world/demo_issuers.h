@@ -47,8 +47,9 @@ enum DemoHabit : unsigned {
 enum class DemoSilence { none, atCentre, everywhere };
 
 struct DemoIssuer {
-  std::string_view countryCode;  ///< ISO 3166-1
+  std::string_view countryCode;  ///< this and the next two of ISO 3166-1
   std::string_view alpha3;
+  int number = 0;
   std::string_view country;
   std::string_view town;
   Coordinate place;  ///< of the town

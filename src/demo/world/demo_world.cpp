@@ -213,8 +213,8 @@ std::string DemoWorldMessage::identifier() const {
   std::string const language = issuer.languages != DemoLanguages::oneEach ? ""
                                : isInEnglish                              ? "-EN"
                                              : "-" + asciiUppered(issuer.language.substr(0, 2));
-  return fmt::format("{}-demo-{}-{}-{:02}{}", asciiLowered(issuer.countryCode), compactTime(about().sent),
-                     chainOf(*this), step, language);
+  return fmt::format("2.49.0.0.{}.0-{}-{}-{:02}{}", issuer.number, compactTime(about().sent), chainOf(*this),
+                     step, language);
 }
 
 std::string DemoWorldMessage::file() const {

@@ -82,7 +82,7 @@ struct DemoWorldMessage {
   std::string code() const;
   /// "kz-demo-en": the issuer's feed that has it.
   std::string feed() const;
-  /// "kz-demo-20261121-060000-0284797abc-00-EN".
+  /// "2.49.0.0.398.0-20261121-060000-0284797abc-00-EN".
   std::string identifier() const;
   /// "kz-demo-en/2026/11/21/06/00/00-….xml".
   std::string file() const;
