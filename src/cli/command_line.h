@@ -31,11 +31,11 @@ struct CommonOptions {
 };
 
 /// Where warnings come from.
-enum class AlertSource { generated, nws, meteoalarm };
+enum class AlertSource { generated, nws, meteoalarm, eccc, metalerts, wmo, fpas, brightsky };
 template <>
-inline constexpr auto enumNames<AlertSource> =
-    std::to_array<std::string_view>({"generated", "nws", "meteoalarm"});
-static_assert(enumNamesComplete(AlertSource::meteoalarm));
+inline constexpr auto enumNames<AlertSource> = std::to_array<std::string_view>(
+    {"generated", "nws", "meteoalarm", "eccc", "metalerts", "wmo", "fpas", "brightsky"});
+static_assert(enumNamesComplete(AlertSource::brightsky));
 
 struct ForecastOptions {
   std::string place;
@@ -50,11 +50,11 @@ struct ForecastOptions {
 };
 
 struct PlacesOptions {
-  enum class Action { list, add, remove, rename, move, select, search, notify };
+  enum class Action { list, add, remove, rename, move, select, search, notify, source };
 
   Action action = Action::list;
   std::string place;
-  std::string name;  ///< or the choice of notifications
+  std::string name;  ///< or the choice of notifications or of a source of warnings
   int position = 0;
   bool here = false;
   bool online = false;
@@ -82,6 +82,7 @@ struct AlertsOptions {
   EnumSet<AlertSource> sources = EnumSet<AlertSource>::all();
   StatedRegions stated;
   bool coverage = false;  ///< how the official ones were checked is part of the JSON document
+  bool geometry = false;  ///< where each one holds is part of the JSON document
   bool json = false;
 };
 
@@ -106,6 +107,7 @@ struct LineOptions {
 };
 
 struct DoctorOptions {
+  bool sources = false;  ///< only those of official warnings, place by place
   bool json = false;
 };
 

@@ -12,6 +12,7 @@
 #include "app/notices/late_notification_center.h"
 #include "app/notices/notification_call.h"
 #include "app/notices/silent_center.h"
+#include "app/places/places.h"
 #include "app/services/feed_services.h"
 #include "app/settings/settings_registry.h"
 #include "app/state/engine_snapshot.h"
@@ -112,7 +113,8 @@ std::shared_ptr<Composition> Engine::services() {
         Composition::Options{options_->services, *wording(), settings_->preferredProvider(),
                              environment_->program, environment_->dataDirectory,
                              options_->keepsNothing ? std::filesystem::path() : environment_->cacheDirectory,
-                             options_->aroundNetwork});
+                             options_->aroundNetwork,
+                             [store = store_](Coordinate at) { return chosenWarningSource(*store, at); }});
   }
   return services_;
 }

@@ -72,8 +72,8 @@ struct Composition::Parts {
                    providerOf(yrNo), providerOf(wttr)},
                   history, clock),
         forecasts(providers, cache, clock, options.wording),
-        feedOptions{contactOf(configuration), options.cacheDirectory, options.dataDirectory,
-                    options.wording.texts, options.wording.language} {
+        feedOptions{contactOf(configuration), options.cacheDirectory,   options.dataDirectory,
+                    options.wording.texts,    options.wording.language, options.chosenSource} {
     providers.setPreferredProvider(options.preferredProvider);
     ServiceAddress const model = services.address(Service::languageModel);
     if (model.baseUrl.empty()) return;

@@ -5,6 +5,7 @@
 
 #include "app/services/in_use.h"
 #include "app/services/wording.h"
+#include "base/geodesy.h"
 #include "model/provider_option.h"
 
 #include <filesystem>
@@ -38,6 +39,8 @@ class Composition {
     std::filesystem::path dataDirectory;   ///< of what the user has fetched
     std::filesystem::path cacheDirectory;  ///< empty: nothing outlives the process
     DecorateHttp aroundNetwork;            ///< makes what stands before the network; empty: nothing does
+    /// See `FeedServices::Options`.
+    std::function<std::string(Coordinate)> chosenSource = {};
   };
 
   Composition(Settings const& settings, Clock const& clock, Options const& options);

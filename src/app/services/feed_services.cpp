@@ -1,14 +1,10 @@
 #include "app/services/feed_services.h"
 
+#include "app/services/official_services.h"
 #include "app/settings/service_directory.h"
 #include "feeds/air/air_quality_service.h"
-#include "feeds/alerts/gov_alert_service.h"
 #include "feeds/feed_source.h"
 #include "feeds/fires/wildfire_service.h"
-#include "feeds/meteoalarm/areas/known_areas.h"
-#include "feeds/meteoalarm/meteo_alarm_service.h"
-#include "feeds/meteoalarm/meteo_alarm_source.h"
-#include "feeds/nws/nws_alert_service.h"
 #include "feeds/quakes/earthquake_service.h"
 #include "feeds/regions/region_update.h"
 #include "feeds/regions/regions.h"
@@ -49,26 +45,11 @@ EarthquakeService::Options earthquakeOptions(ServiceDirectory const& services,
   return {cacheDirectory.empty() ? cacheDirectory : cacheDirectory / "Earthquakes", isStandIn(services)};
 }
 
-/// Warnings that a stand-in made up must never be taken for official ones.
-std::filesystem::path alertDirectory(ServiceDirectory const& services,
-                                     std::filesystem::path const& cacheDirectory) {
-  return cacheDirectory.empty() || !isStandIn(services) ? cacheDirectory : cacheDirectory / "stand-in";
-}
-
+/// Advisories that a stand-in made up must never be taken for official ones.
 std::filesystem::path advisoryDirectory(ServiceDirectory const& services,
                                         std::filesystem::path const& cacheDirectory) {
-  auto const directory = alertDirectory(services, cacheDirectory);
-  return directory.empty() ? directory : directory / "TravelAdvisories";
-}
-
-MeteoAlarmService::Options meteoAlarmOptions(ServiceDirectory const& services,
-                                             FeedServices::Options const& options) {
-  auto const directory = alertDirectory(services, options.cacheDirectory);
-  auto const below = [&directory](char const* name) {
-    return directory.empty() ? directory : directory / name;
-  };
-  return {services.address(Service::meteoAlarm).baseUrl, below("WarningDocuments"), options.language,
-          below("WarningFeeds")};
+  if (cacheDirectory.empty()) return {};
+  return (isStandIn(services) ? cacheDirectory / "stand-in" : cacheDirectory) / "TravelAdvisories";
 }
 
 AirQualityService::Options airQualityOptions(ServiceAddress address) {
@@ -88,20 +69,11 @@ struct FeedServices::Parts {
   Parts(HttpClient& http, Clock const& clock, ServiceDirectory const& services, Options given)
       : options(std::move(given)),
         regions(regionFileIn(options.dataDirectory)),
-        nws(http, clock, {services.address(Service::nws).baseUrl, options.contact}),
+        official(http, clock, services, options, regions),
         source(feedSource(http, clock, services, options.cacheDirectory)),
         earthquakes(*source, clock, earthquakeOptions(services, options.cacheDirectory)),
         geomagnetic(http, clock, services.address(Service::swpc).baseUrl),
         kpForecast(http, clock, services.address(Service::swpc).baseUrl),
-        meteoAlarm(
-            http, clock, meteoAlarmOptions(services, options), *options.texts,
-            [this](Coordinate place) { return regions.at(place); },
-            [this](std::string_view country, RawEntry const& entry) {
-              return knownAreas.has(country, entry, regions.outlines().get());
-            }),
-        nwsWaters(http, clock, {services.address(Service::nws).baseUrl, options.contact}),
-        govAlerts(clock, {nwsAlertSource(nws, clock, &nwsWaters), meteoAlarmSource(meteoAlarm)},
-                  alertDirectory(services, options.cacheDirectory)),
         airQuality(http, clock, airQualityOptions(services.address(Service::airQuality))),
         tropicalStorms(http, clock,
                        {services.address(Service::nhc).baseUrl, services.address(Service::nhcMaps).baseUrl}),
@@ -113,15 +85,11 @@ struct FeedServices::Parts {
 
   Options options;
   Regions regions;
-  KnownAreas knownAreas;
-  NWSAlertService nws;
+  OfficialServices official;
   std::unique_ptr<FeedSource> source;
   EarthquakeService earthquakes;
   GeomagneticService geomagnetic;
   KpForecastService kpForecast;
-  MeteoAlarmService meteoAlarm;
-  NWSAlertService nwsWaters;  ///< of the points on the water off the places
-  GovAlertService govAlerts;
   AirQualityService airQuality;
   TropicalStormService tropicalStorms;
   WildfireService wildfires;
@@ -136,7 +104,7 @@ FeedServices::FeedServices(HttpClient& http, Clock const& clock, ServiceDirector
 FeedServices::~FeedServices() = default;
 
 NWSAlertService& FeedServices::nws() {
-  return parts_->nws;
+  return parts_->official.nws();
 }
 
 EarthquakeService& FeedServices::earthquakes() {
@@ -152,7 +120,7 @@ KpForecastService& FeedServices::kpForecast() {
 }
 
 GovAlertService& FeedServices::govAlerts() {
-  return parts_->govAlerts;
+  return parts_->official.alerts();
 }
 
 AirQualityService& FeedServices::airQuality() {

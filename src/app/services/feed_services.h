@@ -2,9 +2,11 @@
 // is made with it and asks nobody until it is asked.
 #pragma once
 
+#include "base/geodesy.h"
 #include "globe/element_source.h"
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -34,6 +36,8 @@ class FeedServices {
     std::filesystem::path dataDirectory;   ///< where the outlines of warning regions lie
     std::shared_ptr<Texts const> texts;
     std::string language;  ///< in which warnings are wanted; empty: that of the texts
+    /// The source of official warnings that the user has chosen for a place; empty: the usual one.
+    std::function<std::string(Coordinate)> chosenSource = {};
   };
 
   FeedServices(HttpClient& http, Clock const& clock, ServiceDirectory const& services, Options options);

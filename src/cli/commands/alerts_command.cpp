@@ -5,12 +5,14 @@
 #include "base/json/json.h"
 #include "base/text/text.h"
 #include "cli/cli.h"
+#include "cli/pages/warning_json.h"
 #include "cli/pages/warning_page.h"
 #include "cli/run_context.h"
 #include "cli/slow_note.h"
 #include "cli/stated_place.h"
 #include "cli/terminal.h"
 #include "feeds/alerts/gov_alert_service.h"
+#include "feeds/alerts/official_sources.h"
 #include "gazetteer/gazetteer.h"
 
 #include <algorithm>
@@ -18,9 +20,6 @@
 namespace nimbara {
 
 namespace {
-
-/// The issuers' sources, by the names under which the aggregator knows them.
-constexpr AlertSource kOfficial[] = {AlertSource::nws, AlertSource::meteoalarm};
 
 /// One run: every source that was asked for, whatever becomes of the others.
 class AlertsRun {
@@ -64,8 +63,9 @@ class AlertsRun {
 
   void askOfficial() {
     std::vector<std::string> names;
-    for (AlertSource const source : kOfficial) {
-      if (options_.sources.contains(source)) names.emplace_back(enumName(source));
+    for (OfficialSource const& source : officialSources()) {
+      auto const name = enumFromName<AlertSource>(source.name);
+      if (name && options_.sources.contains(*name)) names.emplace_back(source.name);
     }
     if (names.empty()) return;
     officialPlace_ = statedPlace(place_.coordinate, options_.stated, context_.app().feeds().regions());
@@ -137,10 +137,15 @@ class AlertsRun {
   }
 
   std::string json() const {
-    if (!options_.coverage) return encodeJson(alerts_) + "\n";
+    auto const geometry = options_.geometry ? WarningGeometry::asGeoJson : WarningGeometry::left;
     JsonWriter writer;
+    if (!options_.coverage) {
+      writeWarnings(writer, alerts_, geometry);
+      return writer.take() + "\n";
+    }
     writer.beginObject();
-    writer.member("alerts", alerts_);
+    writer.key("alerts");
+    writeWarnings(writer, alerts_, geometry);
     writer.key("coverage");
     writeCoverage(writer, coverage_);
     writer.endObject();

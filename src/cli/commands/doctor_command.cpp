@@ -9,6 +9,7 @@
 #include "base/words/time_words.h"
 #include "cli/cli.h"
 #include "cli/pages/line_text.h"
+#include "cli/pages/source_report.h"
 #include "cli/run_context.h"
 #include "feeds/alerts/gov_alert_service.h"
 #include "feeds/regions/regions.h"
@@ -311,11 +312,30 @@ class Page {
   std::string out_;
 };
 
+/// As somebody found them last; nobody is asked.
+int tellSources(CommandLine const& line, RunContext& context, Session const& session) {
+  auto const list = Places(*session.store).list();
+  if (!list) return session.fail(exitCode::kUnavailable, list.error().message);
+  std::vector<PlaceSources> places;
+  for (SavedPlace const& saved : list->places) {
+    places.push_back(placeSources(saved, context.app().feeds().govAlerts(), context.clock().now()));
+  }
+  if (line.doctor.json) {
+    session.console.out(sourceReportJson(places, context.texts()));
+  } else if (places.empty()) {
+    session.console.err("nimbara: no saved places; add one with: nimbara places add NAME\n");
+  } else {
+    session.console.out(sourceReport(places, context.texts(), context.calendar(), context.clock().now()));
+  }
+  return exitCode::kComplete;
+}
+
 }  // namespace
 
 int runDoctor(CommandLine const& line, Session const& session) {
   auto const clock = makeClock(line.common);
   RunContext context(line.common, session, *clock, ownServices(line.common, line.forecast.provider));
+  if (line.doctor.sources) return tellSources(line, context, session);
   Diagnosis const diagnosis = diagnose(context, session);
   session.console.out(line.doctor.json ? encodeJson(diagnosis) + "\n" : Page(context).str(diagnosis));
   return exitCode::kComplete;

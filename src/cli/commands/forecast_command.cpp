@@ -5,6 +5,7 @@
 #include "cli/cli.h"
 #include "cli/official_look.h"
 #include "cli/pages/forecast_report.h"
+#include "cli/pages/warning_json.h"
 #include "cli/run_context.h"
 #include "cli/slow_note.h"
 #include "cli/terminal.h"
@@ -32,7 +33,8 @@ std::string json(ForecastAnswer const& answer, OfficialLook::Answer const& offic
   writer.member("stale", answer.stale);
   writer.member("data", answer.data);
   writer.member("alerts", answer.alerts);
-  writer.member("officialWarnings", official.alerts);
+  writer.key("officialWarnings");
+  writeWarnings(writer, official.alerts);
   writer.key("coverage");
   writeCoverage(writer, official.coverage);
   writer.endObject();

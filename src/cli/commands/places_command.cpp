@@ -5,7 +5,9 @@
 #include "base/text/text.h"
 #include "base/words/texts.h"
 #include "cli/cli.h"
+#include "cli/pages/source_choices.h"
 #include "cli/slow_note.h"
+#include "feeds/alerts/official_sources.h"
 #include "notifications/engine/notification_state.h"
 #include "platform/linux/desktop_services.h"
 #include "platform/linux/lazy_http_client.h"
@@ -32,9 +34,10 @@ struct PlaceEntry {
   std::string countryName;
   std::string region;
   std::string timeZone;
-  std::optional<Instant> fixTime;             ///< of the current location
-  std::optional<bool> isSuggestion;           ///< similar to a name that was not found
-  std::optional<std::string> otherName = {};  ///< by which a search found it
+  std::optional<Instant> fixTime;                 ///< of the current location
+  std::optional<bool> isSuggestion;               ///< similar to a name that was not found
+  std::optional<std::string> otherName = {};      ///< by which a search found it
+  std::optional<std::string> warningSource = {};  ///< chosen for a saved one
 };
 
 using Entries = std::vector<PlaceEntry>;
@@ -60,6 +63,7 @@ std::string json(Entries const& entries) {
     writer.memberOrNull("notifications", entry.notifications);
     writer.member("suggestion", entry.isSuggestion);
     writer.member("matchedName", entry.otherName);
+    writer.member("warningSource", entry.warningSource);
     writer.endObject();
   }
   writer.endList();
@@ -101,6 +105,7 @@ Entries entriesOf(PlaceList const& list, bool everyPlace) {
   for (SavedPlace const& place : list.places) {
     PlaceEntry& entry = entries.emplace_back(entryOf(place, place.id, list.selected == place.id));
     entry.notifications = effectiveChoice(place.notifications, entry.selected, everyPlace);
+    entry.warningSource = place.warningSource;
   }
   return entries;
 }
@@ -181,6 +186,8 @@ class PlacesRun {
             [this](PlaceList& list, Uuid const& id) { return renamePlace(list, id, options_.name); });
       case Action::notify:
         return choose();
+      case Action::source:
+        return chooseSource();
       case Action::move:
         return changeSaved(
             [this](PlaceList& list, Uuid const& id) { return movePlace(list, id, options_.position); });
@@ -237,6 +244,30 @@ class PlacesRun {
     std::optional<PlaceChoice> const choice = enumFromName<PlaceChoice>(options_.name);
     return changeSaved(
         [&](PlaceList& list, Uuid const& id) { return chooseNotifications(list, id, choice); });
+  }
+
+  /// The sources that are possible for the place, the usual one first; * marks the one that is asked first.
+  int showSources() {
+    auto const list = places_.list();
+    if (!list) return unavailable(list.error().message);
+    SavedPlace const* const place = list->find(options_.place);
+    if (place == nullptr) return unavailable("there is no saved place '" + options_.place + "'");
+    auto const choices = sourceChoices(*place);
+    session_.console.out(options_.json ? encodeJson(choices) + "\n" : sourceTable(choices));
+    return exitCode::kComplete;
+  }
+
+  int chooseSource() {
+    if (options_.name.empty()) return showSources();
+    bool const isKnown = options_.name == kUsualSource || officialSource(options_.name) != nullptr;
+    if (!isKnown) {
+      return session_.fail(exitCode::kUsage,
+                           "'" + oneLine(options_.name) +
+                               "' is not a source of official warnings; nimbara places source " +
+                               oneLine(options_.place) + " lists them");
+    }
+    return changeSaved(
+        [this](PlaceList& list, Uuid const& id) { return chooseWarningSource(list, id, options_.name); });
   }
 
   Texts const& texts() {

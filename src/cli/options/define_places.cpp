@@ -61,6 +61,11 @@ void definePlaces(Command app, CommandLine& line, RawOptions& raw) {
               "nothing, or default (everything for the selected place, severe for the others); without it "
               "the present choice is shown")
       .among(std::to_array<std::string_view>({"everything", "severe", "official", "nothing", "default"}));
+  Command const source =
+      define("source", "Show or choose the source of official warnings for a place", Action::source);
+  source.option("PLACE", options.place, kSaved).required();
+  source.option("NAME", options.name,
+                "One of the place's sources, or usual; without it those that are possible are shown");
   Command const search = define("search", "Search for a place", Action::search);
   search.option("TEXT", options.place, "The name").required();
   search.flag("--online", options.online, kOnline);

@@ -39,10 +39,13 @@ void defineAlerts(Command app, CommandLine& line, RawOptions& raw) {
   Command const command = app.command("alerts", "Warnings for a place, the most severe first");
   AlertsOptions& options = line.alerts;
   command.option("PLACE", options.place, kPlace);
-  command.option("--source", raw.sources, "Comma-separated: generated, nws, meteoalarm (default: all)")
+  command
+      .option("--source", raw.sources,
+              "Comma-separated: " + namesOf<AlertSource>() + " (default: the usual ones of the place)")
       .called("LIST");
   defineStatedRegions(command, options.stated);
   command.flag("--coverage", options.coverage, "With --json, add the state of each official source");
+  command.flag("--geometry", options.geometry, "With --json, add the area of each warning as GeoJSON");
   command.flag("--json", options.json, kJson);
   defineCommon(command, line, raw);
   command.whenGiven([&line] { line.run = runAlerts; });
@@ -79,6 +82,7 @@ void defineLine(Command app, CommandLine& line, RawOptions& raw) {
 void defineDoctor(Command app, CommandLine& line, RawOptions& raw) {
   Command const command =
       app.command("doctor", "Services with their last responses and errors, folders, desktop services");
+  command.flag("--sources", line.doctor.sources, "Only where the official warnings of your places come from");
   command.flag("--json", line.doctor.json, kJson);
   defineCommon(command, line, raw);
   command.whenGiven([&line] { line.run = runDoctor; });

@@ -1,0 +1,182 @@
+// Where warnings come from and where they hold, as the command line says it.
+#include "cli/pages/source_report.h"
+#include "cli/pages/warning_json.h"
+#include "feeds/alerts/official_sources.h"
+#include "support/demo_session.h"
+#include "support/manual_clock.h"
+
+#include <gmock/gmock.h>
+
+namespace nimbara {
+namespace {
+
+using test::at;
+using test::CliRun;
+using testing::HasSubstr;
+using testing::Not;
+
+Instant const kNow = at("2026-11-21T14:40:00Z");
+
+std::string written(WeatherAlert const& warning, WarningGeometry geometry) {
+  JsonWriter json;
+  writeWarnings(json, {warning}, geometry);
+  return json.take();
+}
+
+WeatherAlert drawn(std::vector<std::string> polygons, std::vector<std::string> circles) {
+  WeatherAlert warning;
+  warning.id = Uuid();
+  if (!polygons.empty()) warning.polygons = std::move(polygons);
+  if (!circles.empty()) warning.circles = std::move(circles);
+  return warning;
+}
+
+struct GeometryRow {
+  char const* name;
+  std::vector<std::string> polygons;
+  std::vector<std::string> circles;
+  char const* geometry;
+};
+
+void PrintTo(GeometryRow const& row, std::ostream* out) {
+  *out << row.name;
+}
+
+struct Geometries : testing::TestWithParam<GeometryRow> {};
+
+TEST_P(Geometries, AreGeoJsonWithTheLongitudeFirst) {
+  WeatherAlert const warning = drawn(GetParam().polygons, GetParam().circles);
+  std::string const plain = written(warning, WarningGeometry::left);
+  EXPECT_EQ(plain, written(drawn({}, {}), WarningGeometry::left)) << "shapes are printed on request only";
+  std::string const expected =
+      plain.substr(0, plain.size() - 2) + R"(,"geometry":)" + GetParam().geometry + "}]";
+  EXPECT_EQ(written(warning, WarningGeometry::asGeoJson), expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, Geometries,
+    testing::Values(
+        GeometryRow{"None", {}, {}, "null"}, GeometryRow{"Unreadable", {"1,2 3"}, {"x"}, "null"},
+        GeometryRow{"Open",
+                    {"1,10 1,11 2,11"},
+                    {},
+                    R"({"type":"MultiPolygon","coordinates":[[[[10,1],[11,1],[11,2],[10,1]]]]})"},
+        GeometryRow{"ClosedTwice",
+                    {"1,10 1,11 2,11 1,10", "-1.5,179 -1,180 -2,180 -1.5,179"},
+                    {},
+                    R"({"type":"MultiPolygon","coordinates":[[[[10,1],[11,1],[11,2],[10,1]]],)"
+                    R"([[[179,-1.5],[180,-1],[180,-2],[179,-1.5]]]]})"},
+        GeometryRow{"Circle",
+                    {},
+                    {"52.5,13.4 20"},
+                    R"({"type":"GeometryCollection","geometries":[{"type":"Point","coordinates":[13.4,52.5],)"
+                    R"("radiusKm":20}]})"},
+        GeometryRow{"Both",
+                    {"1,10 1,11 2,11"},
+                    {"1,2 0.5", "3,4 1"},
+                    R"({"type":"GeometryCollection","geometries":[)"
+                    R"({"type":"MultiPolygon","coordinates":[[[[10,1],[11,1],[11,2],[10,1]]]]},)"
+                    R"({"type":"Point","coordinates":[2,1],"radiusKm":0.5},)"
+                    R"({"type":"Point","coordinates":[4,3],"radiusKm":1}]})"}),
+    [](auto const& row) { return row.param.name; });
+
+class SourceReports : public testing::Test {
+ protected:
+  static GovAlertSource failing(std::string name) {
+    return {std::move(name), [](GovAlertPlace const&) { return true; },
+            [](GovAlertPlace const&, EventMemory&,
+               std::stop_token const&) -> Result<GovSourceAnswer, GovSourceFailure> {
+              return std::unexpected(GovSourceFailure{ServiceFailure::answered(503), {}, {}});
+            }};
+  }
+  static GovAlertSource quiet(std::string name) {
+    return {std::move(name), [](GovAlertPlace const&) { return true; },
+            [](GovAlertPlace const&, EventMemory&, std::stop_token const&) { return GovSourceAnswer{}; }};
+  }
+
+  test::ManualClock clock_{kNow};
+  GovAlertService alerts_{clock_,
+                          {failing("wmo"), quiet("fpas"), quiet("brightsky")},
+                          {},
+                          {[](GovAlertPlace const& place) -> std::vector<std::string_view> {
+                             if (place.chosenSource == "brightsky") return {"brightsky"};
+                             return {"wmo", "fpas"};
+                           },
+                           {},
+                           {}}};
+};
+
+TEST_F(SourceReports, SayWhoServesAPlaceAndWhoFollows) {
+  Texts const texts = Texts::load("en");
+  SavedPlace tokyo;
+  tokyo.name = "Tokyo";
+  tokyo.coordinate = {35.68, 139.69};
+  alerts_.fetchAlerts(govAlertPlace(tokyo.coordinate));
+  SavedPlace berlin;
+  berlin.name = "Berlin";
+  berlin.coordinate = {52.52, 13.41};
+  berlin.warningSource = "brightsky";
+  std::vector<PlaceSources> const places{placeSources(tokyo, alerts_, kNow),
+                                         placeSources(berlin, alerts_, kNow)};
+  EXPECT_EQ(sourceReport(places, texts, Calendar::utc(), kNow),
+            R"(Tokyo
+  asked          WMO Severe Weather Information Centre
+  state          No official warnings, checked 2:40 PM. Checked through FOSS Public Alert Server because WMO Severe Weather Information Centre was unavailable: the service returned an error (HTTP 503)
+  cannot give    Not every country takes part; No warned areas in mainland China; Levels of different issuers cannot be compared; Run by volunteers, on trial
+  if it fails    FOSS Public Alert Server
+
+Berlin
+  asked          Deutscher Wetterdienst (your choice)
+  state          Official warnings have not been checked yet
+  cannot give    No flood warnings; Texts are in English and German only
+  if it fails    what was known is shown with the time of the last check
+)");
+  std::string const json = sourceReportJson({places[0]}, texts);
+  for (char const* const part :
+       {R"("place":"Tokyo")", R"("source":"fpas")", R"("through":"fpas")", R"("chosen":false)",
+        R"("state":"none")", R"("insteadOf":"wmo","insteadReason":"the service returned status 503")",
+        R"("thenAsked":["fpas"])", R"("possible":["wmo","fpas"])"}) {
+    EXPECT_THAT(json, HasSubstr(part));
+  }
+}
+
+struct SourceCommands : test::DemoSession {
+  void SetUp() override { ASSERT_EQ(run({"places", "add", "52.52,13.41", "--name", "Berlin"}).exitCode, 0); }
+};
+
+TEST_F(SourceCommands, ListAndChooseTheSourceOfAPlace) {
+  EXPECT_EQ(run({"places", "source", "Berlin"}).out,
+            " * meteoalarm  MeteoAlarm (usual)\n"
+            "   brightsky   Deutscher Wetterdienst\n"
+            "   wmo         WMO Severe Weather Information Centre\n"
+            "   fpas        FOSS Public Alert Server\n");
+  EXPECT_EQ(run({"places", "source", "Berlin", "fpas"}).exitCode, 0);
+  EXPECT_THAT(
+      run({"places", "source", "Berlin", "--json"}).out,
+      HasSubstr(R"({"name":"fpas","service":"FOSS Public Alert Server","usual":false,"chosen":true})"));
+  EXPECT_THAT(run({"places", "list", "--json"}).out, HasSubstr(R"("warningSource":"fpas")"));
+  EXPECT_THAT(run({"doctor", "--sources"}).out, HasSubstr("FOSS Public Alert Server (your choice)"));
+  EXPECT_EQ(run({"places", "source", "Berlin", "usual"}).exitCode, 0);
+  EXPECT_THAT(run({"places", "list", "--json"}).out, Not(HasSubstr("warningSource")));
+}
+
+TEST_F(SourceCommands, RefuseASourceThatIsNotPossible) {
+  CliRun const elsewhere = run({"places", "source", "Berlin", "nws"});
+  EXPECT_EQ(elsewhere.exitCode, exitCode::kUnavailable);
+  EXPECT_EQ(elsewhere.err,
+            "nimbara: 'nws' has no official warnings for Berlin; choose from meteoalarm, brightsky, "
+            "wmo, fpas, usual\n");
+  CliRun const unknown = run({"places", "source", "Berlin", "weather"});
+  EXPECT_EQ(unknown.exitCode, exitCode::kUsage);
+  EXPECT_THAT(unknown.err, HasSubstr("'weather' is not a source of official warnings"));
+}
+
+TEST(AlertSources, AreThoseOfTheTableAndTheForecasts) {
+  std::vector<std::string_view> names{"generated"};
+  for (OfficialSource const& source : officialSources()) names.push_back(source.name);
+  EXPECT_EQ(names,
+            std::vector<std::string_view>(enumNames<AlertSource>.begin(), enumNames<AlertSource>.end()));
+}
+
+}  // namespace
+}  // namespace nimbara
