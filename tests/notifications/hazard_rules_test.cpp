@@ -1,5 +1,6 @@
 #include "notifications/rules/hazard_rules.h"
 
+#include "base/words/time_words.h"
 #include "support/rules.h"
 
 #include <gmock/gmock.h>
@@ -138,6 +139,42 @@ TEST(OfficialWarnings, SayWhereAndWhenAndWhatIsGraverNearby) {
   EXPECT_EQ(officialWarnings(inputs, {}).findings.at(0).body,
             "Gale Warning affecting 3 areas\nStay in port.");
   EXPECT_EQ(officialWarnings(inputs, {}).findings.at(0).when, "");
+}
+
+TEST(OfficialWarnings, ThatNobodyCanPlaceNameTheirAreasOrTheCountry) {
+  RuleInputs inputs = here();  // in Portugal
+  inputs.govAlerts = reading(std::vector<WeatherAlert>{});
+  for (auto const& [area, first] :
+       {std::pair{"Serra, Vale", "In effect for parts of Portugal that could not be located: Serra, Vale."},
+        {"", "In effect for Portugal; no area within it is stated."},
+        {"Portugal", "In effect for Portugal; no area within it is stated."}}) {
+    WeatherAlert alert = warning(AlertSeverity::critical);
+    alert.message = "Gale Warning";
+    if (area[0] != 0) alert.areaDesc = area;
+    inputs.unplacedAlerts = {alert};
+    EXPECT_EQ(officialWarnings(inputs, {}).findings.at(0).body,
+              std::string(first) + "\nGale Warning\nStay in port.");
+    inputs.unplacedAlerts.front().severity = AlertSeverity::warning;
+    EXPECT_THAT(officialWarnings(inputs, {}).findings, IsEmpty());
+  }
+}
+
+TEST(OfficialWarnings, ThatWereCalledOffSayByWhomAndWhen) {
+  RuleInputs inputs = here();
+  inputs.govAlerts = reading(std::vector<WeatherAlert>{});
+  WeatherAlert alert = warning(AlertSeverity::critical);
+  alert.title = "Gale Warning";
+  alert.issued = inputs.now - std::chrono::minutes(20);
+  alert.source = "Institute";
+  inputs.calledOff = {alert};
+  Finding const finding = officialWarnings(inputs, {}).calledOff.at(0);
+  std::string const when = TimeWords(*inputs.texts, inputs.calendar).moment(*alert.issued, inputs.now);
+  EXPECT_EQ(finding.title, "Cancelled: Gale Warning");
+  EXPECT_EQ(finding.remark, "Institute cancelled this warning for Testville (" + when + ").");
+  EXPECT_EQ(finding.severity, AlertSeverity::advisory);
+  inputs.calledOff.front().source.reset();
+  EXPECT_EQ(officialWarnings(inputs, {}).calledOff.at(0).remark,
+            "This warning for Testville was cancelled (" + when + ").");
 }
 
 TEST(OfficialWarnings, OfAPlaceThatNobodyWarnsAreNotNone) {
