@@ -102,6 +102,20 @@ TEST_F(Program, GivesACommandOfTheDemoFoldersOfItsOwn) {
   EXPECT_EQ(out(), "") << "the user's own places are as they were";
 }
 
+TEST_F(Program, SavesTheWorldInAFolderOfTheDemosOwnAlone) {
+  std::string const list = "nimbara places list --json | grep -o '\"name\"' | wc -l";
+  std::string const program = test::kProgram;
+  std::vector<std::string> const demo{
+      "demo", "--scene", "world", "--", "/bin/sh", "-c", program.substr(0, program.rfind('/') + 1) + list};
+  EXPECT_EQ(run(demo), 0) << err();
+  EXPECT_EQ(out(), "40\n") << err();
+  std::vector<std::string> named{"demo", "--", "/usr/bin/env", "XDG_DATA_HOME=" + folder.path().string(),
+                                 program};
+  named.insert(named.end(), demo.begin(), demo.end());
+  EXPECT_EQ(run(named), 0) << err();
+  EXPECT_EQ(out(), "0\n") << err();
+}
+
 TEST_F(Program, GivesEachSceneACacheOfItsOwnBelowTheUsers) {
   std::string const given = "XDG_CACHE_HOME=" + folder.path().string();
   for (std::string const scene : {"rubbish", "second-in-time"}) {

@@ -1,8 +1,13 @@
+#include "app/places/places.h"
+#include "app/settings/settings_registry.h"
 #include "base/text/display_text.h"
 #include "cli/cli.h"
 #include "demo/demo_folder.h"
 #include "demo/demo_process.h"
+#include "demo/world/demo_issuers.h"
 #include "demo/world/demo_scene.h"
+#include "gazetteer/gazetteer.h"
+#include "platform/linux/store/sqlite_settings_store.h"
 
 #include <algorithm>
 #include <condition_variable>
@@ -41,6 +46,30 @@ class Variables {
   std::vector<std::string> all_ = environmentVariables();
 };
 
+constexpr std::string_view kDataHome = "XDG_DATA_HOME";
+
+SavedPlace savedPlace(DemoIssuer const& issuer) {
+  return {Uuid::random(),
+          std::string(issuer.town),
+          std::string(issuer.countryCode),
+          std::string(issuer.country),
+          {},
+          issuer.place,
+          std::string(timeZoneAt(issuer.place))};
+}
+
+/// Where the command will look for them.
+PlaceResult saveWorld(std::filesystem::path const& dataHome) {
+  SqliteSettingsStore store(dataHome / "nimbara", settingsRegistry());
+  auto const saved = Places(store).change([](PlaceList& list) -> PlaceResult {
+    for (DemoIssuer const& issuer : demoIssuers()) {
+      if (auto added = addPlace(list, savedPlace(issuer)); !added) return added;
+    }
+    return {};
+  });
+  return saved ? PlaceResult() : std::unexpected(saved.error().message);
+}
+
 /// Who names a folder wants that one; what a scene has left in a cache is nothing that another one knows.
 void setFolders(Variables& variables, std::filesystem::path const& own, std::string const& scene) {
   constexpr std::string_view kCache = "XDG_CACHE_HOME";
@@ -48,8 +77,7 @@ void setFolders(Variables& variables, std::filesystem::path const& own, std::str
   bool const isNamed = cache != nullptr && cache->size() > kCache.size() + 1;
   if (isNamed && !scene.empty()) *cache += "/nimbara-demo/" + scene;
   if (own.empty()) return;
-  for (std::string_view const name :
-       {kCache, std::string_view("XDG_CONFIG_HOME"), std::string_view("XDG_DATA_HOME")}) {
+  for (std::string_view const name : {kCache, std::string_view("XDG_CONFIG_HOME"), kDataHome}) {
     std::string* const given = variables.find(name);
     if (given == nullptr || given->size() == name.size() + 1) variables.set(name, (own / name).string());
   }
@@ -75,6 +103,15 @@ int waitFor(pid_t child, std::stop_token const& stop) {
   return WIFEXITED(status) ? WEXITSTATUS(status) : kSignalBase + WTERMSIG(status);
 }
 
+/// In the run's own folder alone: who names one has places of his own there.
+PlaceResult prepareScene(std::string const& name, std::filesystem::path const& own, Variables& variables) {
+  DemoScene const* const scene = findDemoScene(name);
+  std::filesystem::path const dataHome = own / kDataHome;
+  bool const isOurs =
+      !own.empty() && *variables.find(kDataHome) == std::string(kDataHome) + "=" + dataHome.string();
+  return scene != nullptr && scene->savesWorld && isOurs ? saveWorld(dataHome) : PlaceResult();
+}
+
 int runAgainst(std::string const& baseUrl, CommandLine const& line, Session const& session) {
   std::vector<std::string> const& command = line.demo.command;
   // The program knows where it lies, also where it is not installed.
@@ -85,6 +122,8 @@ int runAgainst(std::string const& baseUrl, CommandLine const& line, Session cons
   DemoFolder const folder;
   Variables variables;
   setFolders(variables, folder.path(), line.demo.scene);
+  auto const prepared = prepareScene(line.demo.scene, folder.path(), variables);
+  if (!prepared) return session.fail(exitCode::kUnavailable, prepared.error());
   variables.set("NIMBARA_SERVICES", baseUrl);
   if (line.common.now) variables.set("NIMBARA_NOW", formatIso8601(*line.common.now));
   int const error = spawn(child, file, command, variables.take());

@@ -53,6 +53,7 @@ struct DemoScene {
   std::string_view explanation;  ///< what is played, and what should come of it
   std::span<SceneFeed const> feeds;
   std::span<SceneMessage const> messages;
+  bool savesWorld = false;  ///< a place in each country that has an issuer in the demo is saved
 };
 
 /// Before a scene's name among the arguments of the demo's process.

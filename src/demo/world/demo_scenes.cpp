@@ -140,6 +140,13 @@ constexpr std::array kScenes = std::to_array<DemoScene>({
      "Denver: one event issued twice without a reference: one entry, the newest",
      {},
      kReissues},
+    {"world",
+     "-1.28,36.82",
+     "Nairobi, and one saved place in each of 40 countries: some have warnings, some none, one cannot be "
+     "checked, three have no source",
+     {},
+     {},
+     true},
 });
 
 }  // namespace
