@@ -83,6 +83,7 @@ struct AlertsOptions {
   StatedRegions stated;
   bool coverage = false;  ///< how the official ones were checked is part of the JSON document
   bool geometry = false;  ///< where each one holds is part of the JSON document
+  bool map = false;       ///< the areas of warnings are drawn
   bool json = false;
 };
 

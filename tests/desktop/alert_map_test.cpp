@@ -30,9 +30,9 @@ TEST(AlertMaps, TakeTheRegionFromTheOutlines) {
   ASSERT_FALSE(here.empty());
   std::string const region = here[0].registry + ":" + here[0].code;
   auto const map = alertMap(ofEvent("PL|wind|" + region), kWarsaw, outlines.get());
-  ASSERT_FALSE(map.rings.empty());
+  ASSERT_FALSE(map.area.rings.empty());
   MapFrame const frame = frameOf(map, 1.5);
-  for (auto const& ring : map.rings) {
+  for (auto const& ring : map.area.rings) {
     for (Coordinate const& corner : ring) {
       EXPECT_THAT(frame.at(corner).x, DoubleNear(0.5, 0.5));
       EXPECT_THAT(frame.at(corner).y, DoubleNear(0.5, 0.5));
@@ -40,10 +40,10 @@ TEST(AlertMaps, TakeTheRegionFromTheOutlines) {
   }
   for (std::string const event :
        {"PL|wind|EMMA_ID:none", "PL|wind|Northern hills", "nws|KLOT.WS.A.0001", ""}) {
-    EXPECT_THAT(alertMap(ofEvent(event), kWarsaw, outlines.get()).rings, IsEmpty()) << event;
+    EXPECT_THAT(alertMap(ofEvent(event), kWarsaw, outlines.get()).area.rings, IsEmpty()) << event;
   }
-  EXPECT_THAT(alertMap({}, kWarsaw, outlines.get()).rings, IsEmpty()) << "of the forecast";
-  EXPECT_THAT(alertMap(ofEvent("PL|wind|" + region), kWarsaw, nullptr).rings, IsEmpty());
+  EXPECT_THAT(alertMap({}, kWarsaw, outlines.get()).area.rings, IsEmpty()) << "of the forecast";
+  EXPECT_THAT(alertMap(ofEvent("PL|wind|" + region), kWarsaw, nullptr).area.rings, IsEmpty());
 }
 
 struct FrameRow {
@@ -63,7 +63,7 @@ struct AlertFrames : testing::TestWithParam<FrameRow> {};
 
 TEST_P(AlertFrames, HoldThePlaceAndTheArea) {
   FrameRow const& row = GetParam();
-  MapFrame const frame = frameOf({{row.corners}, row.place}, row.aspect);
+  MapFrame const frame = frameOf({{{row.corners}}, row.place}, row.aspect);
   EXPECT_NEAR(frame.centre.latitude, row.centre.latitude, 1e-6);
   EXPECT_NEAR(frame.centre.longitude, row.centre.longitude, 1e-6);
   EXPECT_NEAR(frame.degreesHigh, row.high, 1e-3);

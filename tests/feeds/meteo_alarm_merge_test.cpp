@@ -87,6 +87,21 @@ TEST(MeteoAlarmMerging, MakesOneAlertOfEachKind) {
   EXPECT_EQ(alerts[1].kind, WarningKind::rain);
 }
 
+TEST(MeteoAlarmMerging, DrawsWhatTheDecidingEntriesDrawOnce) {
+  RawEntry own = warning("Wind", "Coast", "Moderate", "", "");
+  own.polygons = {{{1, 2}, {3, 4}, {5, 7.25}}};
+  RawEntry circled = warning("Wind", "Bay", "Moderate", "", "");
+  circled.polygons = own.polygons;
+  circled.circles = {{{-1.5, 2}, 30}};
+  RawEntry neighbour = warning("Wind", "Hills", "Extreme", "", "");
+  neighbour.polygons = {{{10, 2}, {13, 4}, {15, 7}}};
+  WeatherAlert const alert = Case().add(own).add(circled).add(neighbour, 34).only();
+  EXPECT_EQ(alert.polygons, std::vector<std::string>{"1,2 3,4 5,7.25"});
+  EXPECT_EQ(alert.circles, std::vector<std::string>{"-1.5,2 30"});
+  WeatherAlert const named = Case().add(warning("Wind", "Coast", "Moderate", "", "")).only();
+  EXPECT_FALSE(named.polygons || named.circles);
+}
+
 /// Both ways round: the order of the feed says nothing.
 TEST(MeteoAlarmMerging, TakesLevelAndPeriodFromThePlacesOwnEntries) {
   RawEntry own = warning("Wind", "Coast", "Moderate", "2026-11-21T10:00:00Z", "2026-11-21T15:00:00Z");

@@ -5,6 +5,7 @@
 #include "base/json/json.h"
 #include "base/text/text.h"
 #include "cli/cli.h"
+#include "cli/pages/area_map.h"
 #include "cli/pages/warning_json.h"
 #include "cli/pages/warning_page.h"
 #include "cli/run_context.h"
@@ -109,9 +110,14 @@ class AlertsRun {
   }
 
   /// Those that nobody issued say that they are from the forecast.
-  WarningEntry entryOf(WeatherAlert const& alert) const {
+  WarningEntry entryOf(WeatherAlert const& alert) {
     WarningEntry entry = warningEntry(alert);
     if (entry.source.empty()) entry.source = context_.texts().text("alerts.fromForecast");
+    if (options_.map) {
+      auto const outlines = context_.app().feeds().regions().outlines();
+      entry.map =
+          areaMap(alertOutlines(alert, outlines.get()), place_.coordinate, widthOf(session_) - 2, style_);
+    }
     return entry;
   }
 

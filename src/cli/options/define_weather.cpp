@@ -46,6 +46,7 @@ void defineAlerts(Command app, CommandLine& line, RawOptions& raw) {
   defineStatedRegions(command, options.stated);
   command.flag("--coverage", options.coverage, "With --json, add the state of each official source");
   command.flag("--geometry", options.geometry, "With --json, add the area of each warning as GeoJSON");
+  command.flag("--map", options.map, "Draw the area of each warning on a small map with the place");
   command.flag("--json", options.json, kJson);
   defineCommon(command, line, raw);
   command.whenGiven([&line] { line.run = runAlerts; });

@@ -50,6 +50,17 @@ std::string verbatim(std::string_view text, WarningPageContext const& context) {
   return out;
 }
 
+std::string indented(std::string_view lines) {
+  std::string out;
+  while (!lines.empty()) {
+    std::size_t const end = std::min(lines.find('\n'), lines.size() - 1);
+    if (lines.front() != '\n') out += "  ";
+    out += lines.substr(0, end + 1);
+    lines.remove_prefix(end + 1);
+  }
+  return out;
+}
+
 WarningWords wordsOf(WarningPageContext const& context) {
   return {context.texts, TimeWords(context.texts, context.calendar), context.now, context.distance};
 }
@@ -91,6 +102,7 @@ std::string rendered(WarningEntry const& entry, WarningPageContext const& contex
   if (entry.isOnWater) out += paragraph(std::string(context.texts.text("warning.onWater")), context);
   out += paragraph(entry.area, context);
   out += paragraph(nearText(entry, context), context);
+  out += indented(entry.map);
   if (entry.message != entry.title && entry.message != entry.area) out += paragraph(entry.message, context);
   if (entry.text != entry.message) out += verbatim(entry.text, context);
   if (entry.isTextMissing) out += paragraph(std::string(context.texts.text("warning.noFullText")), context);
@@ -118,7 +130,8 @@ WarningEntry warningEntry(WeatherAlert const& alert) {
           .colour = alert.colour.value_or(""),
           .issued = alert.issued,
           .isLevelStated = alert.levelStated.value_or(true),
-          .isOnWater = alert.onWater.value_or(false)};
+          .isOnWater = alert.onWater.value_or(false),
+          .map = {}};
 }
 
 WarningEntry warningEntry(NWSAlert const& alert) {

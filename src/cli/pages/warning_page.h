@@ -34,6 +34,7 @@ struct WarningEntry {
   std::optional<Instant> issued;
   bool isLevelStated = true;  ///< the issuer names the severity
   bool isOnWater = false;     ///< of waters off the place's shore
+  std::string map;            ///< lines that are drawn already
 };
 
 WarningEntry warningEntry(WeatherAlert const& alert);

@@ -212,6 +212,14 @@ std::string noteEvent(NWSAlert const& message, Messages const& related, Instant 
   return root;
 }
 
+std::optional<std::vector<std::string>> textsOf(std::vector<WarningPolygon> const& polygons) {
+  if (polygons.empty()) return std::nullopt;
+  std::vector<std::string> texts;
+  texts.reserve(polygons.size());
+  for (WarningPolygon const& polygon : polygons) texts.push_back(shapeText(polygon));
+  return texts;
+}
+
 std::optional<std::string> unlessEmpty(std::string const& text) {
   return trimmed(text).empty() ? std::nullopt : std::optional(text);
 }
@@ -231,6 +239,7 @@ WeatherAlert eventOf(NWSAlert const& message, std::string_view key) {
   alert.instruction = unlessEmpty(message.instruction);
   alert.source = message.senderName;
   alert.areaDesc = unlessEmpty(message.areaDesc);
+  alert.polygons = textsOf(message.polygons);
   alert.isGovAlert = true;
   alert.issued = message.sent;
   alert.onset = message.onset;

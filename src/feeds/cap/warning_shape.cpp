@@ -2,6 +2,8 @@
 
 #include "base/text/text.h"
 
+#include <fmt/format.h>
+
 #include <charconv>
 #include <cmath>
 
@@ -75,6 +77,19 @@ std::optional<WarningCircle> parseWarningCircle(std::string_view text) {
   auto const radius = scanner.number();
   if (!radius || *radius < 0 || !scanner.atEnd()) return std::nullopt;
   return WarningCircle{*center, *radius};
+}
+
+std::string shapeText(WarningPolygon const& polygon) {
+  std::string text;
+  for (Coordinate const& corner : polygon) {
+    fmt::format_to(std::back_inserter(text), "{}{},{}", text.empty() ? "" : " ", corner.latitude,
+                   corner.longitude);
+  }
+  return text;
+}
+
+std::string shapeText(WarningCircle const& circle) {
+  return fmt::format("{},{} {}", circle.center.latitude, circle.center.longitude, circle.radiusKm);
 }
 
 }  // namespace nimbara

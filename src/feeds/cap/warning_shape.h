@@ -5,6 +5,7 @@
 #include "base/geodesy.h"
 
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -37,5 +38,9 @@ std::optional<WarningPolygon> parseWarningPolygon(std::string_view text);
 
 /// "latitude,longitude radius"; nothing for other texts and for a negative radius.
 std::optional<WarningCircle> parseWarningCircle(std::string_view text);
+
+/// What the readers above read as the same shape.
+std::string shapeText(WarningPolygon const& polygon);
+std::string shapeText(WarningCircle const& circle);
 
 }  // namespace nimbara

@@ -157,6 +157,19 @@ void addNear(std::vector<NearArea>& near, WarnedArea const& area,
   }
 }
 
+/// The shapes of the entries that decide, each once.
+template <class Shape>
+std::optional<std::vector<std::string>> drawn(Group const& group, std::vector<Shape> RawEntry::* shapes) {
+  std::vector<std::string> texts;
+  for (ToldEntry const* const told : group.deciding) {
+    for (Shape const& shape : told->entry().*shapes) {
+      std::string text = shapeText(shape);
+      if (std::ranges::find(texts, text) == texts.end()) texts.push_back(std::move(text));
+    }
+  }
+  return texts.empty() ? std::nullopt : std::optional(std::move(texts));
+}
+
 void locate(WeatherAlert& alert, Group const& group, MergeContext const& context) {
   std::vector<std::string> names;
   std::vector<NearArea> near;
@@ -168,6 +181,8 @@ void locate(WeatherAlert& alert, Group const& group, MergeContext const& context
   }
   if (!near.empty()) alert.near = std::move(near);
   if (auto const km = nearestOf(group).selected.distanceKm) alert.distanceKm = rounded(*km);
+  alert.polygons = drawn(group, &RawEntry::polygons);
+  alert.circles = drawn(group, &RawEntry::circles);
   alert.areaDesc = joined(names, ", ");
   alert.message = *alert.areaDesc;
   if (names.size() < 2) {

@@ -1,5 +1,6 @@
 #include "feeds/nws/nws_alert.h"
 
+#include "feeds/fetching/geo_json.h"
 #include "feeds/fetching/lenient_json.h"
 
 #include <algorithm>
@@ -56,6 +57,7 @@ struct WireProperties {
 
 struct WireFeature {
   WireProperties properties;
+  Lenient<GeoAreas> geometry;
 };
 
 struct WireResponse {
@@ -174,7 +176,8 @@ inline constexpr auto jsonFields<WireProperties> = FieldList{
 };
 
 template <>
-inline constexpr auto jsonFields<WireFeature> = FieldList{field("properties", &WireFeature::properties)};
+inline constexpr auto jsonFields<WireFeature> =
+    FieldList{field("properties", &WireFeature::properties), fieldOr("geometry", &WireFeature::geometry)};
 
 template <>
 inline constexpr auto jsonFields<WireResponse> = FieldList{field("features", &WireResponse::features)};
@@ -193,6 +196,8 @@ Result<NWSAlertList, DecodeError> parseNwsAlerts(std::string_view body) {
   for (Lenient<WireFeature>& feature : response->features) {
     if (feature.value) {
       list.alerts.push_back(alertOf(feature.value->properties));
+      if (auto& drawn = feature.value->geometry.value)
+        list.alerts.back().polygons = std::move(drawn->outlines);
     } else {
       ++list.unreadable;
     }

@@ -5,6 +5,7 @@
 #include "base/json/json.h"
 #include "base/result.h"
 #include "base/time/instant.h"
+#include "feeds/cap/warning_shape.h"
 
 #include <cstddef>
 #include <optional>
@@ -57,6 +58,8 @@ struct NWSAlert {
   /// messages; empty for products that have none.
   std::string vtec;
   std::vector<std::string> zones;  ///< codes of zones and counties: "ILZ014", "LMZ741"
+  /// Outlines of warnings that hold elsewhere than in whole zones; no part of the record for scripts.
+  std::vector<WarningPolygon> polygons = {};
 
   bool operator==(NWSAlert const&) const = default;
 };

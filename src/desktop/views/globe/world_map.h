@@ -1,40 +1,14 @@
-// Where things lie on a flat picture of the world or of a part of it: degrees east and north are equally long
-// in the middle of the picture, which may lie across the 180th meridian. Pure functions.
+// Which part of the world a map shows. Pure functions.
 #pragma once
 
-#include "base/geodesy.h"
+#include "base/map_frame.h"
 
 #include <optional>
-#include <vector>
 
 namespace nimbara {
-
-/// In parts of the picture's width and height from its top left corner; beyond 0-1 outside of it.
-struct MapPoint {
-  double x = 0;
-  double y = 0;
-};
-
-/// The part of the world that a picture shows.
-struct MapFrame {
-  Coordinate centre;
-  double degreesWide = 360;
-  double degreesHigh = 180;
-
-  /// The nearest of the ways around the world to the point.
-  MapPoint at(Coordinate point) const;
-  /// As far east of the centre as given, without a look at the way around: lines stay in one piece.
-  MapPoint atOffset(double degreesEast, double latitude) const;
-
-  bool operator==(MapFrame const&) const = default;
-};
 
 /// The whole world without a place or with a radius of 0, else what lies around the place with some room
 /// beside the circle. `aspect` is the picture's width in heights.
 MapFrame frameAround(std::optional<Coordinate> place, double radiusKm, double aspect);
-
-/// The points at that distance from a place, the first of them again at the end, each as degrees east of it
-/// (-180 to 180) and latitude.
-std::vector<Coordinate> circleAround(Coordinate place, double radiusKm);
 
 }  // namespace nimbara

@@ -1,19 +1,13 @@
 // Where a warning holds, as lines on a map beside the place. Pure functions.
 #pragma once
 
-#include "desktop/views/globe/world_map.h"
-#include "model/weather_alert.h"
-
-#include <vector>
+#include "base/map_frame.h"
+#include "feeds/alerts/alert_outlines.h"
 
 namespace nimbara {
 
-class RegionMap;
-
 struct AlertMap {
-  /// Of what the issuer draws, or names by a code that the outlines have; empty where the areas are only
-  /// named. Shapes may lie over one another.
-  std::vector<std::vector<Coordinate>> rings;
+  AlertOutlines area;
   Coordinate place;
 
   bool operator==(AlertMap const&) const = default;
@@ -22,8 +16,7 @@ struct AlertMap {
 /// `outlines` may be null.
 AlertMap alertMap(WeatherAlert const& alert, Coordinate place, RegionMap const* outlines);
 
-/// What holds all of the rings and the place, with some room around them, and is not closer than a region's
-/// width. `aspect` is the picture's width in heights.
+/// What holds the whole area and the place; see `frameHolding`.
 MapFrame frameOf(AlertMap const& map, double aspect);
 
 }  // namespace nimbara

@@ -28,7 +28,7 @@ class WarningMapItem : public QQuickPaintedItem {
   DesktopModel* model() const { return model_; }
   void setModel(DesktopModel* model);
   /// The issuer draws no area.
-  bool isEmpty() const { return model_ == nullptr || model_->openAlertMap().rings.empty(); }
+  bool isEmpty() const { return model_ == nullptr || model_->openAlertMap().area.rings.empty(); }
 
  Q_SIGNALS:
   void changed();
@@ -36,6 +36,8 @@ class WarningMapItem : public QQuickPaintedItem {
  private:
   DesktopModel* model_ = nullptr;
   QColor sea_, landColour_, border_, area_, mark_;
+  QImage areasOf(AlertMap const& map, MapFrame const& frame, double ratio) const;
+
   LandPicture land_;
 };
 
