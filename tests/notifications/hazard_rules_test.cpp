@@ -169,7 +169,7 @@ TEST(OfficialWarnings, ThatWereCalledOffSayByWhomAndWhen) {
   inputs.calledOff = {alert};
   Finding const finding = officialWarnings(inputs, {}).calledOff.at(0);
   std::string const when = TimeWords(*inputs.texts, inputs.calendar).moment(*alert.issued, inputs.now);
-  EXPECT_EQ(finding.title, "Cancelled: Gale Warning");
+  EXPECT_EQ(finding.title, "Gale Warning");
   EXPECT_EQ(finding.remark, "Institute cancelled this warning for Testville (" + when + ").");
   EXPECT_EQ(finding.severity, AlertSeverity::advisory);
   inputs.calledOff.front().source.reset();

@@ -43,6 +43,7 @@ struct WarningChanges : testing::Test {
     WeatherAlert over = alert;
     over.issued = engine.clock.now() + 15min;
     over.issuer = "DHMZ";
+    over.title.clear();  // a cancellation may tell nothing else
     return look(std::vector<WeatherAlert>{}, {over});
   }
   /// Of the official warnings, in the plan's order.

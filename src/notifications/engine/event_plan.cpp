@@ -204,7 +204,11 @@ void PassPlanner::planCalledOff(Rule const& rule, PlannedEvent const& event) {
   // What is no longer in force does not stay on the screen over night.
   if (!isTold && !shown->isWithdrawn) return takeAway(withdrawn, rule, key, *shown);
   if (!shown->hasRung) return;
-  Decision decision = eventDraft(rule, event);
+  // Under the title that people know; a cancellation may have none.
+  PlannedEvent known = event;
+  known.finding.title = context_.texts.format("push.event.cancelledTitle", shown->title);
+  known.finding.kind = shown->kind;
+  Decision decision = eventDraft(rule, known);
   decision.outcome = reason.value_or(cancelled);
   nameAnew(decision, "cancelled");
   plan_.decisions.push_back(std::move(decision));

@@ -94,7 +94,7 @@ Finding calledOffFinding(WeatherAlert const& alert, RuleInputs const& inputs) {
   Texts const& texts = *inputs.texts;
   Finding finding;
   finding.identifier = identifierOf(alert);
-  finding.title = texts.format("push.event.cancelledTitle", alert.title);
+  finding.title = alert.title;
   std::string const moment =
       TimeWords(texts, inputs.calendar).moment(alert.issued.value_or(inputs.now), inputs.now);
   std::string const issuer = alert.issuer.value_or(alert.source.value_or(""));
