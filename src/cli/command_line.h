@@ -109,6 +109,7 @@ struct LineOptions {
 
 struct DoctorOptions {
   bool sources = false;  ///< only those of official warnings, place by place
+  bool check = false;    ///< and ask them first
   bool json = false;
 };
 

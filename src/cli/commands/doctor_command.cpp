@@ -312,13 +312,15 @@ class Page {
   std::string out_;
 };
 
-/// As somebody found them last; nobody is asked.
+/// As somebody found them last; nobody is asked but where the command line wants it.
 int tellSources(CommandLine const& line, RunContext& context, Session const& session) {
   auto const list = Places(*session.store).list();
   if (!list) return session.fail(exitCode::kUnavailable, list.error().message);
   std::vector<PlaceSources> places;
+  GovAlertService& service = context.app().feeds().govAlerts();
   for (SavedPlace const& saved : list->places) {
-    places.push_back(placeSources(saved, context.app().feeds().govAlerts(), context.clock().now()));
+    if (line.doctor.check) service.fetchAlerts(askedPlace(saved), {}, session.stop);
+    places.push_back(placeSources(saved, service, context.clock().now()));
   }
   if (line.doctor.json) {
     session.console.out(sourceReportJson(places, context.texts()));

@@ -83,7 +83,10 @@ void defineLine(Command app, CommandLine& line, RawOptions& raw) {
 void defineDoctor(Command app, CommandLine& line, RawOptions& raw) {
   Command const command =
       app.command("doctor", "Services with their last responses and errors, folders, desktop services");
-  command.flag("--sources", line.doctor.sources, "Only where the official warnings of your places come from");
+  Option const sources = command.flag("--sources", line.doctor.sources,
+                                      "Only where the official warnings of your places come from");
+  command.flag("--check", line.doctor.check, "With --sources, check the warnings of all places first")
+      .needs(sources);
   command.flag("--json", line.doctor.json, kJson);
   defineCommon(command, line, raw);
   command.whenGiven([&line] { line.run = runDoctor; });

@@ -63,9 +63,14 @@ std::string_view PlaceSources::serving() const {
   return coverage.source ? std::string_view(*coverage.source) : route.front();
 }
 
-PlaceSources placeSources(SavedPlace const& saved, GovAlertService& service, Instant now) {
+GovAlertPlace askedPlace(SavedPlace const& saved) {
   GovAlertPlace asked = govAlertPlace(saved.coordinate);
   asked.chosenSource = saved.warningSource.value_or("");
+  return asked;
+}
+
+PlaceSources placeSources(SavedPlace const& saved, GovAlertService& service, Instant now) {
+  GovAlertPlace const asked = askedPlace(saved);
   auto const coverage = agedCoverage(coverageOf(service.keptAlerts(asked), asked.countryCode), now);
   return {saved.name, saved.coordinate, warningRoute(asked), possibleSources(asked), coverage.front()};
 }

@@ -24,6 +24,9 @@ struct PlaceSources {
   std::string_view serving() const;
 };
 
+/// As its warnings are asked for.
+GovAlertPlace askedPlace(SavedPlace const& saved);
+
 PlaceSources placeSources(SavedPlace const& saved, GovAlertService& service, Instant now);
 
 std::string sourceReportJson(std::vector<PlaceSources> const& places, Texts const& texts);
