@@ -1,6 +1,7 @@
 // Where warnings come from and where they hold, as the command line says it.
 #include "cli/pages/source_report.h"
 #include "cli/pages/warning_json.h"
+#include "cli/pages/warning_page.h"
 #include "feeds/alerts/official_sources.h"
 #include "support/demo_session.h"
 #include "support/manual_clock.h"
@@ -79,6 +80,17 @@ INSTANTIATE_TEST_SUITE_P(
                     R"({"type":"Point","coordinates":[2,1],"radiusKm":0.5},)"
                     R"({"type":"Point","coordinates":[4,3],"radiusKm":1}]})"}),
     [](auto const& row) { return row.param.name; });
+
+TEST(UnplacedEntries, SayForWhichPartsOfTheCountry) {
+  Texts const texts = Texts::load("en");
+  WeatherAlert warning;
+  warning.title = "Heavy rain";
+  warning.message = "North Province";
+  EXPECT_EQ(unplacedEntry(warning, texts).area, "For the country");
+  warning.areaDesc = "North Province";
+  EXPECT_EQ(unplacedEntry(warning, texts).area, "For: North Province");
+  EXPECT_EQ(unplacedEntry(warning, texts).message, "") << "not a second time";
+}
 
 class SourceReports : public testing::Test {
  protected:

@@ -84,6 +84,7 @@ class AlertsRun {
     }
     coverage_ = coverageOf(official, officialPlace_.countryCode);
     std::ranges::move(official.alerts, std::back_inserter(alerts_));
+    unplaced_ = std::move(official.unplaced);
   }
 
   WarningPageContext page() const {
@@ -96,7 +97,8 @@ class AlertsRun {
     std::vector<WarningEntry> entries;
     entries.reserve(alerts_.size());
     for (WeatherAlert const& alert : alerts_) entries.push_back(entryOf(alert));
-    std::string const list = warningPage(entries, page());
+    std::string list = warningPage(entries, page());
+    if (!unplaced_.empty()) list += (list.empty() ? "" : "\n") + unplacedList();
     std::string const checks = sources();
     std::string out = style_.painted(style_.text(heading()), Colour::bold) + "\n\n";
     if (list.empty()) return out + checks;
@@ -107,6 +109,20 @@ class AlertsRun {
     std::string place = place_.name.empty() ? formatCoordinate(place_.coordinate) : place_.name;
     if (!place_.country.empty() && place_.country != place) place += ", " + place_.country;
     return context_.texts().format("alerts.heading", oneLine(place));
+  }
+
+  /// Those of which nobody can say whether they concern the place, the most severe first.
+  std::string unplacedList() const {
+    constexpr std::size_t kMostListed = 12;
+    Texts const& texts = context_.texts();
+    std::vector<WarningEntry> entries;
+    for (WeatherAlert const& alert : unplaced_) {
+      if (entries.size() < kMostListed) entries.push_back(unplacedEntry(alert, texts));
+    }
+    std::string out = style_.painted(style_.text(texts.text("alerts.unplaced")), Colour::bold) + "\n\n";
+    out += warningPage(entries, page());
+    std::size_t const left = unplaced_.size() - entries.size();
+    return left == 0 ? out : out + "\n" + style_.text(texts.format("alerts.unplaced.more", left)) + "\n";
   }
 
   /// Those that nobody issued say that they are from the forecast.
@@ -174,6 +190,7 @@ class AlertsRun {
   GovAlertPlace officialPlace_;
   std::optional<GovAlerts> official_;
   std::vector<WeatherAlert> alerts_;
+  std::vector<WeatherAlert> unplaced_;         ///< in effect somewhere in the country
   std::vector<SourceCoverage> coverage_;       ///< of the official sources, where they were asked for
   std::optional<std::size_t> generatedCount_;  ///< of alerts, where there is a forecast
   std::vector<std::string> missing_;           ///< sources that gave no answer now, a sentence each

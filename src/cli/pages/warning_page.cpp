@@ -134,6 +134,15 @@ WarningEntry warningEntry(WeatherAlert const& alert) {
           .map = {}};
 }
 
+WarningEntry unplacedEntry(WeatherAlert const& alert, Texts const& texts) {
+  WarningEntry entry = warningEntry(alert);
+  std::string const areas = oneLine(alert.areaDesc.value_or(""));
+  entry.area =
+      areas.empty() ? std::string(texts.text("warning.forCountry")) : texts.format("warning.forAreas", areas);
+  if (entry.message == areas) entry.message.clear();
+  return entry;
+}
+
 WarningEntry warningEntry(NWSAlert const& alert) {
   bool const isMarked = !alert.status.empty() && alert.status != "Actual";
   bool const isCancel = alert.messageType == "Cancel";
