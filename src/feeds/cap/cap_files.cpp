@@ -46,15 +46,18 @@ CapFiles::CapFiles(fs::path directory, CapFileLimits limits)
 
 std::optional<std::string> CapFiles::read(std::string_view address) const {
   if (directory_.empty()) return std::nullopt;
-  std::string const hash = hashOf(address);
-  auto found = files_.find(hash);
-  if (found == files_.end()) {
-    files_ = listed();
-    found = files_.find(hash);
-  }
+  auto const found = files_.find(hashOf(address));
   if (found == files_.end()) return std::nullopt;
   auto content = readFile(found->second.path, kLongestCapMessage);
   return content ? std::optional(std::move(*content)) : std::nullopt;
+}
+
+bool CapFiles::isKnown(std::string_view address) const {
+  return !directory_.empty() && files_.contains(hashOf(address));
+}
+
+void CapFiles::look() {
+  if (!directory_.empty()) files_ = listed();
 }
 
 void CapFiles::keep(std::string_view address, std::string_view document, Instant until) {

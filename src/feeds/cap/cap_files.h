@@ -24,8 +24,11 @@ class CapFiles {
   /// An empty `directory` keeps nothing.
   explicit CapFiles(std::filesystem::path directory, CapFileLimits limits = {});
 
-  /// The document of an address; nothing when it was never kept.
+  /// The document of an address; nothing where none is known.
   std::optional<std::string> read(std::string_view address) const;
+  bool isKnown(std::string_view address) const;
+  /// For what other processes have kept.
+  void look();
   void keep(std::string_view address, std::string_view document, Instant until);
   /// Removes what is kept until `now` or earlier, and what is beyond the limits.
   void sweep(Instant now);
@@ -41,8 +44,8 @@ class CapFiles {
 
   std::filesystem::path directory_;
   CapFileLimits limits_;
-  /// By the hash of the address, as last seen: what another process has kept since is found by looking again.
-  mutable std::map<std::string, File> files_;
+  /// By the hash of the address, as last seen.
+  std::map<std::string, File> files_;
 };
 
 }  // namespace nimbara

@@ -36,11 +36,12 @@ CapDocuments CapStore::documents(std::span<std::string const> addresses, std::st
   sweepNowAndThen();
   auto const end = clock_.steadyNow() + limits_.pass;
   std::size_t requests = 0;
+  bool hasLooked = false;
   CapDocuments found;
   for (std::string const& address : addresses) {
     if (stop.stop_requested()) break;
     if (found.contains(address)) continue;
-    CapDocument document = kept(address);
+    CapDocument document = kept(address, hasLooked);
     auto const left = std::chrono::floor<std::chrono::milliseconds>(end - clock_.steadyNow());
     if (!document && requests < limits_.requests && left > 0ms && mayAsk(address)) {
       ++requests;
@@ -51,9 +52,11 @@ CapDocuments CapStore::documents(std::span<std::string const> addresses, std::st
   return found;
 }
 
-CapDocument CapStore::kept(std::string const& address) {
+/// The folder is looked at once a pass for what other processes have kept.
+CapDocument CapStore::kept(std::string const& address, bool& hasLooked) {
   std::lock_guard const lock(mutex_);
   if (auto const found = memory_.find(address); found != memory_.end()) return found->second;
+  if (!files_.isKnown(address) && !std::exchange(hasLooked, true)) files_.look();
   auto const file = files_.read(address);
   if (!file) return nullptr;
   auto alert = parseCap(*file);

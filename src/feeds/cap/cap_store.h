@@ -39,9 +39,11 @@ class CapStore {
   /// Those of the addresses that are kept or can be fetched within the limits, asked for in their order; what
   /// is missing may be asked for again in the next pass.
   CapDocuments documents(std::span<std::string const> addresses, std::stop_token const& stop = {});
+  /// After a failure the address is not asked for a while.
+  bool rests(std::string const& address) { return !mayAsk(address); }
 
  private:
-  CapDocument kept(std::string const& address);
+  CapDocument kept(std::string const& address, bool& hasLooked);
   CapDocument fetched(std::string const& address, std::chrono::milliseconds timeout,
                       std::stop_token const& stop);
   CapDocument accept(std::string const& address, std::string const& body);

@@ -23,7 +23,7 @@ constexpr std::array<std::string_view, 5> kCertainties{"Unknown", "Unknown", "Po
 using Text = Lenient<std::string>;
 
 struct WireProperties {
-  Text capurl, rlink, url, identifier, event, description, areadesc, areaDesc;
+  Text capurl, rlink, url, identifier, event, description, areadesc, areaDesc, rowType;
   Text sent, effective, onset, expires;
   LenientNumber s, u, c;
 };
@@ -77,6 +77,7 @@ WmoRow rowOf(WireFeature& wire) {
   row.event = word(own.event);
   row.description = own.description.value.value_or("");
   row.areaDesc = word(own.areadesc.value ? own.areadesc : own.areaDesc);
+  row.type = word(own.rowType);
   row.severity = codeWord(own.s, kSeverities);
   row.urgency = codeWord(own.u, kUrgencies);
   row.certainty = codeWord(own.c, kCertainties);
@@ -136,6 +137,7 @@ inline constexpr auto jsonFields<WireProperties> = FieldList{
     fieldOr("effective", &WireProperties::effective),
     fieldOr("onset", &WireProperties::onset),
     fieldOr("expires", &WireProperties::expires),
+    fieldOr("row_type", &WireProperties::rowType),
 };
 
 template <>

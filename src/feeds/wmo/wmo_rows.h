@@ -23,6 +23,7 @@ struct WmoRow {
   std::string event;
   std::string description;
   std::string areaDesc;
+  std::string type;      ///< "POLYGON", "POINT" for what has no area; empty when not told
   std::string severity;  ///< CAP's words; "Unknown" for a code that nobody has explained, empty for none
   std::string urgency;
   std::string certainty;

@@ -204,6 +204,7 @@ Result<std::vector<std::string>, DecodeError> parseWmoSources(std::string_view b
     std::string country = isOfUse(wire) ? countryOf(wire) : std::string();
     if (!country.empty() && !isIn(kNotMirrored, country)) countries.push_back(std::move(country));
   }
+  if (countries.empty()) return std::unexpected(DecodeError{"", "no source of it operates"});
   std::ranges::sort(countries);
   auto const repeated = std::ranges::unique(countries);
   countries.erase(repeated.begin(), repeated.end());

@@ -32,7 +32,7 @@ using WmoMembers = std::map<std::string, std::string, std::less<>>;
 Result<WmoMembers, DecodeError> parseWmoMembers(std::string_view body);
 
 /// The countries with a source that operates and whose messages the centre keeps, sorted, however deep the
-/// document has them; the error is that of a document without any source.
+/// document has them; the error is that of a document without any.
 Result<std::vector<std::string>, DecodeError> parseWmoSources(std::string_view body);
 
 /// Where the directory has never been had.
