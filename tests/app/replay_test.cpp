@@ -202,11 +202,11 @@ TEST_F(ReplayTest, AlertsOfNoStatedLevelRingAndReissuesWithoutReferencesDoNot) {
   std::set<std::string> identifiers;
   for (LoggedNotification const& line : replay->log()) {
     outcomes.push_back(line.outcome);
-    identifiers.insert(line.identifier);
+    identifiers.insert(line.identifier.substr(0, line.identifier.find("_until_")));
   }
   EXPECT_THAT(outcomes,
               testing::ElementsAre("announced", "endMoved", "updated", "withdrawn", "endMoved", "withdrawn"));
-  EXPECT_EQ(identifiers.size(), 1);
+  EXPECT_EQ(identifiers.size(), 1) << "one event";
 }
 
 TEST_F(ReplayTest, AFasterCheckTellsTheSameEvents) {

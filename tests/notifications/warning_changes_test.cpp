@@ -264,8 +264,8 @@ TEST_F(WarningChanges, AtTwoPlacesAreSentOnceAndNameBoth) {
   passAtBoth({alert});
   EXPECT_THAT(engine.told(), ElementsAre(name(), name("_cancelled")));
   EXPECT_EQ(last().title, "Testville, Boulder: Cancelled: Warning 1");
-  EXPECT_THAT(last().body, HasSubstr("for Testville ("));
-  EXPECT_THAT(last().body, HasSubstr("for Boulder ("));
+  EXPECT_THAT(last().body, HasSubstr("for Testville was"));
+  EXPECT_THAT(last().body, HasSubstr("for Boulder was"));
 }
 
 TEST_F(WarningChanges, WaitForTheEndOfTheQuietHours) {

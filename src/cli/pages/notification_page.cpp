@@ -288,7 +288,7 @@ std::string logJson(std::vector<LoggedNotification> const& log) {
     json.member("kind", line.kind);
     writeMeasured(json, line.measured);
     json.member("note", plainNote(line.note, line.failure));
-    json.member("updates", line.updates);
+    if (line.updates > 0) json.member("updates", line.updates);
     json.endObject();
   }
   json.endList();
