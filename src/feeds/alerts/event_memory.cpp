@@ -118,9 +118,11 @@ void notePeriod(KnownEvents& known, std::string const& key, EventPeriod const& p
   see(event->seenAt, now);
 }
 
-void noteRoot(KnownEvents& known, std::string const& message, std::string_view root, Instant now) {
+void noteRoot(KnownEvents& known, std::string const& message, std::string_view root, Instant now,
+              std::optional<Instant> sent) {
   EventRoot& entry = known.roots.try_emplace(message, EventRoot{std::string(root), now}).first->second;
   entry.root = root;
+  if (sent) entry.sent = sent;
   see(entry.seenAt, now);
 }
 

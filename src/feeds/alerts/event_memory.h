@@ -22,7 +22,7 @@
 namespace nimbara {
 
 /// The identifier of an official event: the same for all of its messages, on every machine and in every run.
-/// `key` begins with the source's name.
+/// `key` begins with the name of the source, or with "cap:" where several sources pass the same messages on.
 Uuid govAlertId(std::string_view key);
 
 /// What stands for a region's registry in what an event is about where nobody can place the region:
@@ -34,13 +34,14 @@ inline constexpr std::string_view kUnplacedEvent = "|unplaced:";
 struct EventRoot {
   std::string root;
   Instant seenAt;
+  std::optional<Instant> sent = std::nullopt;  ///< where the list said it: tells messages from translations
 
   bool operator==(EventRoot const&) const = default;
 };
 
 template <>
-inline constexpr auto jsonFields<EventRoot> =
-    FieldList{field("root", &EventRoot::root), field("seenAt", &EventRoot::seenAt)};
+inline constexpr auto jsonFields<EventRoot> = FieldList{
+    field("root", &EventRoot::root), field("seenAt", &EventRoot::seenAt), fieldOr("sent", &EventRoot::sent)};
 
 /// By the messages' identifiers. What a list no longer names is remembered for a while: an update may refer
 /// to the message before it alone.
@@ -92,7 +93,8 @@ KnownEvent* findPeriod(KnownEvents& known, std::string_view key, EventPeriod con
 /// Remembers that the event has that period now. One that adjoins it is the same and takes over its end.
 void notePeriod(KnownEvents& known, std::string const& key, EventPeriod const& period, std::string_view root,
                 Instant now);
-void noteRoot(KnownEvents& known, std::string const& message, std::string_view root, Instant now);
+void noteRoot(KnownEvents& known, std::string const& message, std::string_view root, Instant now,
+              std::optional<Instant> sent = {});
 
 /// Gives alerts that say what they are about the identifier of their event.
 void identify(std::vector<WeatherAlert>& alerts, KnownEvents& known, Instant now);

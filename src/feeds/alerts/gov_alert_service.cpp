@@ -58,10 +58,27 @@ void complete(std::vector<WeatherAlert>& known, std::vector<WeatherAlert> readab
   known = std::move(readable);
 }
 
+/// A cancellation may say no more than which event it ends; that one is then as it was known before.
+void fillIn(std::vector<WeatherAlert>& calledOff, GovSourceState const& state) {
+  for (WeatherAlert& alert : calledOff) {
+    if (!alert.title.empty()) continue;
+    for (auto const* const known : {&state.alerts, &state.unplaced, &state.calledOff}) {
+      auto const found = std::ranges::find(*known, alert.id, &WeatherAlert::id);
+      if (found == known->end()) continue;
+      auto const cancelled = alert.issued;
+      alert = *found;
+      if (cancelled) alert.issued = cancelled;
+      break;
+    }
+  }
+  std::erase_if(calledOff, [](WeatherAlert const& alert) { return alert.title.empty(); });
+}
+
 /// Lists name what was called off for a short time; whoever looks later is to know of it too, unless it has
 /// been issued anew.
 void keepCalledOff(GovSourceState& state, std::vector<WeatherAlert> calledOff,
                    std::vector<WeatherAlert> const& live, std::vector<WeatherAlert> const& unplaced) {
+  fillIn(calledOff, state);
   std::erase_if(state.calledOff, [&](WeatherAlert const& alert) {
     return !alert.expires || has(live, alert.id) || has(unplaced, alert.id);
   });

@@ -1,0 +1,373 @@
+#include "feeds/alerts/cap_chains.h"
+
+#include "base/text/text.h"
+#include "feeds/alerts/cap_blocks.h"
+#include "feeds/alerts/cap_likeness.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <ranges>
+#include <set>
+#include <unordered_map>
+
+namespace nimbara {
+
+namespace {
+
+constexpr std::array kMuteTypes = std::to_array<std::string_view>({"ack", "error"});
+/// More messages of one text are no translations of one another.
+constexpr std::size_t kMostTranslations = 40;
+/// An event is split into a few parts.
+constexpr std::size_t kMostParts = 16;
+/// What is remembered of a chain beside its beginning.
+constexpr std::size_t kMostLinks = 200;
+
+std::string keyOf(std::string_view sender, std::string_view identifier) {
+  return std::string(sender) + "," + std::string(identifier);
+}
+
+/// Where a service names no sender its identifiers are its own affair, and so it is the service that is
+/// named.
+std::string keyOf(CapAlert const& message) {
+  if (!message.sender.empty() || message.infos.empty()) return keyOf(message.sender, message.identifier);
+  return keyOf(message.infos.front().senderName, message.identifier);
+}
+
+std::string keyOf(CapReference const& reference, CapAlert const& of) {
+  return of.sender.empty() && reference.sender.empty() && !of.infos.empty()
+             ? keyOf(of.infos.front().senderName, reference.identifier)
+             : keyOf(reference.sender, reference.identifier);
+}
+
+/// Groups of numbers that grow together.
+class Groups {
+ public:
+  std::size_t add() {
+    parents_.push_back(parents_.size());
+    return parents_.size() - 1;
+  }
+  std::size_t size() const { return parents_.size(); }
+  std::size_t of(std::size_t one) {
+    while (parents_[one] != one) one = parents_[one] = parents_[parents_[one]];
+    return one;
+  }
+  void join(std::size_t a, std::size_t b) { parents_[of(b)] = of(a); }
+
+ private:
+  std::vector<std::size_t> parents_;
+};
+
+/// A key that a message has or refers to.
+struct Node {
+  std::string key;
+  std::optional<Instant> sent;
+  bool isListed = false;
+  EventRoot const* known = nullptr;
+};
+
+struct Member {
+  CapMessage const* message = nullptr;
+  Reach reach = Reach::elsewhere;
+  std::size_t node = 0;
+  std::vector<std::size_t> older;  ///< nodes that it refers to, without itself
+  std::size_t position = 0;        ///< in the list
+
+  CapAlert const& alert() const { return *message->alert; }
+};
+
+/// A message of no known time is older than all others; of equal times the end comes last, then what is
+/// listed later.
+bool isNewer(Member const* a, Member const* b) {
+  auto const rank = [](Member const* m) { return std::tuple(m->alert().sent, endsEvent(m->alert())); };
+  return rank(a) != rank(b) ? rank(a) > rank(b) : a->position < b->position;
+}
+
+class Chains {
+ public:
+  Chains(std::span<PlacedMessage const> messages, KnownEvents const& known) : known_(known) {
+    members_.reserve(messages.size());
+    for (PlacedMessage const& message : messages) add(message);
+    joinKnown();
+    joinTranslations();
+    joinLikes();
+  }
+
+  std::vector<CapChain> list() {
+    std::map<std::size_t, std::vector<Member const*>> byGroup;
+    std::set<std::size_t> concerned;
+    for (Member const& member : members_) {
+      byGroup[groups_.of(member.node)].push_back(&member);
+      bool const isBareEnd = member.alert().infos.empty();
+      if (member.reach != Reach::elsewhere || (isBareEnd && isKnown(member)))
+        concerned.insert(groups_.of(member.node));
+    }
+    std::map<std::size_t, std::vector<Node const*>> nodes;
+    for (std::size_t i = 0; i < nodes_.size(); ++i) {
+      if (concerned.contains(groups_.of(i))) nodes[groups_.of(i)].push_back(&nodes_[i]);
+    }
+    std::vector<std::pair<std::size_t, CapChain>> chains;
+    for (std::size_t const group : concerned) append(chains, byGroup[group], nodes[group]);
+    std::ranges::stable_sort(chains, {}, [](auto const& chain) { return chain.first; });
+    std::vector<CapChain> list;
+    for (auto& [position, chain] : chains) list.push_back(std::move(chain));
+    return list;
+  }
+
+ private:
+  std::size_t nodeOf(std::string key) {
+    auto const [entry, isNew] = byKey_.try_emplace(std::move(key), nodes_.size());
+    if (isNew) {
+      auto const found = known_.roots.find(entry->first);
+      EventRoot const* const known = found == known_.roots.end() ? nullptr : &found->second;
+      nodes_.push_back({entry->first, known == nullptr ? std::nullopt : known->sent, false, known});
+      groups_.add();
+    }
+    return entry->second;
+  }
+
+  void add(PlacedMessage const& placed) {
+    CapAlert const& alert = *placed.message->alert;
+    std::size_t const own = nodeOf(keyOf(alert));
+    if (isListedAgain(own, placed)) return;
+    Node& node = nodes_[own];
+    node.isListed = true;
+    node.sent = std::max(node.sent, alert.sent);
+    Member member{placed.message, placed.reach, own, {}, members_.size()};
+    for (CapReference const& reference : alert.references) {
+      std::size_t const older = nodeOf(keyOf(reference, alert));
+      if (older == own) continue;
+      if (!nodes_[older].sent) nodes_[older].sent = reference.sent;
+      groups_.join(own, older);
+      member.older.push_back(older);
+    }
+    members_.push_back(std::move(member));
+  }
+
+  /// The same message once more; what the source found out by itself may stand in either.
+  bool isListedAgain(std::size_t node, PlacedMessage const& placed) {
+    if (!nodes_[node].isListed) return false;
+    auto const same = std::ranges::find_if(members_, [&](Member const& member) {
+      return member.node == node && member.alert().sent == placed.message->alert->sent;
+    });
+    if (same == members_.end()) return false;
+    if (placed.reach > same->reach) {
+      same->message = placed.message;
+      same->reach = placed.reach;
+    }
+    return true;
+  }
+
+  void joinKnown() {
+    std::size_t const listed = nodes_.size();
+    for (std::size_t i = 0; i < listed; ++i) {
+      if (nodes_[i].known != nullptr) groups_.join(nodeOf(nodes_[i].known->root), i);
+    }
+  }
+
+  void joinTranslations() {
+    for (std::size_t i = 0; i < members_.size(); ++i) texts_.add();
+    std::map<std::string, std::vector<std::size_t>> byText;
+    for (Member const& member : members_) {
+      if (member.reach == Reach::elsewhere || member.alert().infos.empty()) continue;
+      byText[languageFreeText(member.alert())].push_back(member.position);
+    }
+    for (auto const& [text, alike] : byText) {
+      if (alike.size() > 1 && alike.size() <= kMostTranslations) joinTranslations(alike);
+    }
+  }
+
+  void joinTranslations(std::vector<std::size_t> const& alike) {
+    for (std::size_t const one : alike) {
+      std::vector<std::size_t> perhaps;
+      std::set<std::string> languages;
+      for (std::size_t const other : alike) {
+        auto const translation = translationOf(members_[one].alert(), members_[other].alert());
+        if (translation == Translation::surely) joinTexts(one, other);
+        if (translation != Translation::perhaps) continue;
+        perhaps.push_back(other);
+        languages.insert(members_[other].alert().infos.front().language);
+      }
+      // Two in one language are two events, and nobody knows of which this one is the translation.
+      if (perhaps.size() != languages.size()) continue;
+      for (std::size_t const other : perhaps) joinTexts(one, other);
+    }
+  }
+
+  void joinTexts(std::size_t a, std::size_t b) {
+    texts_.join(a, b);
+    groups_.join(members_[a].node, members_[b].node);
+  }
+
+  /// Neither it nor what it refers to is known.
+  bool isAlone(Member const& member) const {
+    return !isKnown(member) &&
+           std::ranges::none_of(member.older, [&](std::size_t n) { return nodes_[n].isListed; });
+  }
+
+  /// Messages that lead nowhere, issued anew.
+  void joinLikes() {
+    std::map<std::string, std::map<std::size_t, std::optional<Instant>>> byLikeness;
+    for (Member const& member : members_) {
+      if (member.reach == Reach::elsewhere || member.alert().infos.empty() || !isAlone(member)) continue;
+      Likeness const likeness = likenessOf(member.alert());
+      auto& sent = byLikeness[likeness.text][groups_.of(member.node)];
+      sent = std::max(sent, member.alert().sent);
+      if (!likeness.hasHour) continue;
+      auto const known = known_.roots.find(kLikeness + likeness.text);
+      if (known != known_.roots.end()) groups_.join(nodeOf(known->second.root), member.node);
+    }
+    for (auto const& [text, groups] : byLikeness) {
+      std::set<std::optional<Instant>> times;
+      for (auto const& [group, sent] : groups) times.insert(sent);
+      // Sent at once they are several.
+      if (times.size() != groups.size()) continue;
+      for (auto const& [group, sent] : groups) groups_.join(groups.begin()->first, group);
+    }
+  }
+
+  bool isKnown(Member const& member) const {
+    auto const has = [&](std::size_t node) { return nodes_[node].known != nullptr; };
+    return has(member.node) || std::ranges::any_of(member.older, has);
+  }
+
+  /// Those that no other message follows.
+  std::vector<Member const*> headsOf(std::vector<Member const*> const& members) const {
+    std::map<std::size_t, std::vector<Member const*>> followers;
+    for (Member const* const member : members) {
+      followers[member->node].push_back(member);  // a later message under the same identifier
+      for (std::size_t const older : member->older) followers[older].push_back(member);
+    }
+    std::vector<Member const*> heads;
+    for (Member const* const member : members) {
+      bool const isFollowed = std::ranges::any_of(followers[member->node], [&](Member const* other) {
+        bool const isMutual =
+            other->node == member->node || std::ranges::count(member->older, other->node) > 0;
+        return other != member && (!isMutual || isNewer(other, member));
+      });
+      if (!isFollowed) heads.push_back(member);
+    }
+    if (heads.empty()) heads = members;
+    std::ranges::sort(heads, isNewer);
+    return heads;
+  }
+
+  std::set<std::size_t> olderThan(Member const* member, std::vector<Member const*> const& members) const {
+    std::set<std::size_t> found;
+    std::vector<std::size_t> open = member->older;
+    while (!open.empty()) {
+      std::size_t const node = open.back();
+      open.pop_back();
+      if (!found.insert(node).second) continue;
+      for (Member const* const other : members) {
+        if (other->node == node) open.insert(open.end(), other->older.begin(), other->older.end());
+      }
+    }
+    return found;
+  }
+
+  /// What a cancellation that says no more than that was about.
+  static CapAlert const* saidBy(Member const* member, std::vector<Member const*> const& members) {
+    if (!member->alert().infos.empty()) return &member->alert();
+    for (Member const* const other : members) {
+      if (std::ranges::count(member->older, other->node) > 0 && !other->alert().infos.empty())
+        return &other->alert();
+    }
+    return nullptr;
+  }
+
+  /// Both follow one message, each in an area of its own.
+  bool arePartsOfOne(Member const* a, Member const* b, std::vector<Member const*> const& members) const {
+    auto const one = olderThan(a, members);
+    auto const other = olderThan(b, members);
+    if (!std::ranges::any_of(one, [&](std::size_t node) { return other.contains(node); })) return false;
+    CapAlert const* const said = saidBy(a, members);
+    CapAlert const* const saidToo = saidBy(b, members);
+    return said != nullptr && saidToo != nullptr && !haveCommonArea(*said, *saidToo);
+  }
+
+  void append(std::vector<std::pair<std::size_t, CapChain>>& chains,
+              std::vector<Member const*> const& members, std::vector<Node const*> const& nodes) {
+    if (members.empty()) return;
+    std::vector<Member const*> const heads = headsOf(members);
+    std::vector<Member const*> parts;
+    for (Member const* const head : heads | std::views::take(kMostParts)) {
+      bool const isApart = std::ranges::all_of(parts, [&](Member const* part) {
+        return texts_.of(part->position) != texts_.of(head->position) && arePartsOfOne(part, head, members);
+      });
+      if (isApart) parts.push_back(head);
+    }
+    std::set<std::size_t> taken;
+    for (Member const* const part : parts) taken.insert(texts_.of(part->position));
+    std::vector<Member const*> before;
+    for (Member const* const member : members) {
+      if (!taken.contains(texts_.of(member->position))) before.push_back(member);
+    }
+    std::ranges::sort(before, isNewer);
+    for (Member const* const part : parts)
+      chains.emplace_back(part->position, chainOf(part, members, before, nodes));
+  }
+
+  CapChain chainOf(Member const* part, std::vector<Member const*> const& members,
+                   std::vector<Member const*> const& before, std::vector<Node const*> const& nodes) {
+    CapChain chain;
+    chain.holding.push_back(part->message);
+    for (Member const* const member : members) {
+      if (member != part && texts_.of(member->position) == texts_.of(part->position))
+        chain.holding.push_back(member->message);
+    }
+    for (Member const* const member : before) chain.before.push_back(member->message);
+    chain.root = rootOf(nodes, chain.isKnown);
+    std::vector<Node const*> newest = nodes;
+    std::ranges::stable_sort(newest, std::ranges::greater{}, &Node::sent);
+    for (Node const* const node : newest | std::views::take(kMostLinks))
+      chain.links.push_back({node->key, node->sent});
+    Likeness const likeness = likenessOf(part->alert());
+    if (likeness.hasHour) chain.likeness = kLikeness + likeness.text;
+    return chain;
+  }
+
+  /// References whose time is not known are taken for younger than all others.
+  static std::string rootOf(std::vector<Node const*> const& nodes, bool& isKnown) {
+    auto const age = [](Node const* node) {
+      Instant const unsaid = node->isListed ? Instant::min() : Instant::max();
+      return std::tuple(node->known == nullptr, node->sent.value_or(unsaid), std::string_view(node->key));
+    };
+    Node const* const oldest = *std::ranges::min_element(nodes, {}, age);
+    isKnown = oldest->known != nullptr;
+    return isKnown ? oldest->known->root : oldest->key;
+  }
+
+  static inline std::string const kLikeness = "like|";
+
+  KnownEvents const& known_;
+  std::vector<Member> members_;
+  std::vector<Node> nodes_;
+  std::unordered_map<std::string, std::size_t> byKey_;
+  Groups groups_;  ///< of nodes: events
+  Groups texts_;   ///< of members: one message in several languages
+};
+
+}  // namespace
+
+bool isCancellation(CapAlert const& message) {
+  return asciiLowered(trimmed(message.msgType)) == "cancel";
+}
+
+bool speaks(CapAlert const& message) {
+  std::string const status = asciiLowered(trimmed(message.status));
+  bool const isActual = status.empty() || status == "actual";
+  bool const isMute = std::ranges::count(kMuteTypes, asciiLowered(trimmed(message.msgType))) > 0;
+  return isActual && !isMute && (!message.infos.empty() || isCancellation(message));
+}
+
+bool endsEvent(CapAlert const& message) {
+  return isCancellation(message) ||
+         (!message.infos.empty() && std::ranges::all_of(message.infos, tellsTheEnd));
+}
+
+std::vector<CapChain> chainsOf(std::span<PlacedMessage const> messages, KnownEvents const& known) {
+  return Chains(messages, known).list();
+}
+
+}  // namespace nimbara
