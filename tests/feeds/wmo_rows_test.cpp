@@ -46,8 +46,8 @@ struct GeometryRow {
   std::vector<std::size_t> corners;
 };
 
-void PrintTo(GeometryRow const& row, std::ostream* stream) {
-  *stream << row.name;
+std::ostream& operator<<(std::ostream& stream, GeometryRow const& row) {
+  return stream << row.name;
 }
 
 class WmoGeometry : public testing::TestWithParam<GeometryRow> {};

@@ -24,7 +24,6 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
-using testing::StartsWith;
 
 constexpr std::string_view kBase = "https://swic.example";
 constexpr std::string_view kPoint = "/f/wfs?";
@@ -102,6 +101,7 @@ class WmoServiceTest : public testing::Test {
   }
   std::vector<std::string> links(CapListing const& listing) const {
     std::vector<std::string> list;
+    list.reserve(listing.messages.size());
     for (CapMessage const& message : listing.messages)
       list.push_back(message.link.substr(kBase.size() + kCap.size()));
     return list;
@@ -185,6 +185,7 @@ TEST_F(WmoServiceTest, ListsAWarningWithoutItsMessage) {
 
 TEST_F(WmoServiceTest, FetchesManyMessagesOfAPoint) {
   std::vector<WmoFeature> features;
+  features.reserve(30);
   for (int i = 0; i < 30; ++i) {
     features.push_back(feature("kz-kazhydromet-en/" + std::to_string(i) + ".xml"));
     document(features.back().capurl, drawn());
@@ -249,6 +250,7 @@ TEST_F(WmoServiceTest, TellsThatACountrysListFailed) {
 TEST_F(WmoServiceTest, ReadsALongListPageByPage) {
   auto const page = [](int first, std::size_t rows) {
     std::vector<WmoFeature> features;
+    features.reserve(rows);
     for (std::size_t i = 0; i < rows; ++i)
       features.push_back(feature("cn-cma-xx/" + std::to_string(first + static_cast<int>(i))));
     return wmoAnswer(features);
@@ -319,6 +321,7 @@ TEST_F(WmoServiceTest, DoesNotListWhatTheCentreHasDrawnElsewhere) {
 
 TEST_F(WmoServiceTest, LooksAtSomeOfACountrysMessagesInEachPass) {
   std::vector<WmoFeature> features;
+  features.reserve(30);
   for (int i = 0; i < 30; ++i) {
     features.push_back(feature("kz-kazhydromet-en/" + std::to_string(i) + ".xml", i == 29 ? "4" : "2"));
     if (i != 28) document(features.back().capurl, capMessage({{}}));
@@ -439,8 +442,8 @@ struct RecordedRow {
 
 class WmoRecorded : public WmoServiceTest, public testing::WithParamInterface<RecordedRow> {};
 
-void PrintTo(RecordedRow const& row, std::ostream* stream) {
-  *stream << row.source;
+std::ostream& operator<<(std::ostream& stream, RecordedRow const& row) {
+  return stream << row.source;
 }
 
 TEST_P(WmoRecorded, MessagesAreHandedOn) {

@@ -86,6 +86,7 @@ void noteMissing(CapListing& listing, std::size_t messages) {
 
 std::vector<WmoRow const*> pointers(std::vector<WmoRow> const& rows) {
   std::vector<WmoRow const*> list;
+  list.reserve(rows.size());
   for (WmoRow const& row : rows) list.push_back(&row);
   return list;
 }
@@ -241,6 +242,7 @@ void WmoService::addUnplaced(std::vector<WmoRow const*> rows, CapListing& listin
   sortForLook(rows);
   if (rows.empty()) return;
   std::vector<std::string> addresses;
+  addresses.reserve(rows.size());
   for (WmoRow const* row : rows) addresses.push_back(*addressOf(row->document));
   CapDocuments messages = documents_.documents(addresses, stop);
   askForAreas(judge(rows, messages), stop);

@@ -102,9 +102,9 @@ std::string countryOf(WireSource const& wire) {
   for (Alias const& alias : kAliases) {
     if (id.starts_with(alias.source)) return std::string(alias.country);
   }
-  std::string const stated = isoCountryCode(trimmed(wire.country.value.value_or("")));
+  std::string stated = isoCountryCode(trimmed(wire.country.value.value_or("")));
   if (!alpha3CountryCode(stated).empty()) return stated;
-  std::string const byLong = alpha2CountryCode(stated);
+  std::string byLong = alpha2CountryCode(stated);
   return byLong.empty() ? countryOfWmoSource(id) : byLong;
 }
 
