@@ -7,6 +7,7 @@ grep -m1 'model name' /proc/cpuinfo
 "$build/bench/nws_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
 "$build/bench/gazetteer_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
 "$build/bench/feeds_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
+"$build/bench/warnings_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
 "$build/bench/satellite_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
 "$build/bench/notifications_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
 "$build/bench/command_bench" "$build/bin/nimbara"
