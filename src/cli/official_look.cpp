@@ -1,17 +1,28 @@
 #include "cli/official_look.h"
 
+#include "feeds/alerts/official_sources.h"
+
+#include <algorithm>
+
 namespace nimbara {
 
 namespace {
 
-/// The shortest time between two questions for one list.
-constexpr std::chrono::minutes kFreshness{5};
+/// The shortest time between two questions for one list: as long as its source rests, or longer.
+std::chrono::minutes freshness(GovAlerts const& kept) {
+  std::chrono::minutes longest{5};
+  for (GovSourceState const& state : kept.sources) {
+    OfficialSource const* const source = officialSource(state.name);
+    if (source != nullptr) longest = std::max(longest, source->rest);
+  }
+  return longest;
+}
 
 /// Warnings are worded when they are fetched, and who asks now may read another language.
 bool isFresh(GovAlerts const& kept, Instant now) {
   if (!kept.alerts.empty()) return false;
   auto const checkedAt = kept.checkedAt();
-  return !kept.failedSince() && checkedAt && *checkedAt <= now && now - *checkedAt < kFreshness;
+  return !kept.failedSince() && checkedAt && *checkedAt <= now && now - *checkedAt < freshness(kept);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include "app/settings/service_directory.h"
 #include "base/words/texts.h"
+#include "feeds/alerts/gov_alert_service.h"
 #include "feeds/fires/wildfire_service.h"
 #include "feeds/quakes/earthquake_service.h"
 #include "feeds/storms/lightning_source.h"
@@ -81,6 +82,54 @@ TEST_F(FeedServicesTest, AskThePublicSourcesUnlessTheUserHasARelay) {
     EXPECT_EQ(asked, row.asked);
   }
 }
+
+/// Of those that were asked, each once, in their order. Nobody answers.
+struct WarningsRow {
+  char const* name;
+  Coordinate place;
+  char const* chosen;
+  std::vector<std::string> hosts;
+};
+
+void PrintTo(WarningsRow const& row, std::ostream* out) {
+  *out << row.name;
+}
+
+struct AskedForWarnings : FeedServicesTest, testing::WithParamInterface<WarningsRow> {};
+
+TEST_P(AskedForWarnings, AreTheSourcesOfTheRouteInTheirOrder) {
+  FeedServices::Options options{"me", {}, {}, std::make_shared<Texts const>(Texts::load("en"))};
+  options.chosenSource = [](Coordinate) { return std::string(GetParam().chosen); };
+  FeedServices feeds(http_, clock_, ServiceDirectory({}, ""), options);
+  GovAlerts const alerts = feeds.govAlerts().fetchAlerts(govAlertPlace(GetParam().place));
+  std::vector<std::string> hosts;
+  for (HttpRequest const& request : http_.requests) {
+    std::string const host = request.url.substr(0, request.url.find('/', std::string("https://").size()));
+    if (hosts.empty() || hosts.back() != host) hosts.push_back(host);
+  }
+  EXPECT_EQ(hosts, GetParam().hosts);
+  ASSERT_EQ(alerts.sources.size(), 1);
+  EXPECT_EQ(alerts.sources[0].failedSince, clock_.now());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, AskedForWarnings,
+    testing::Values(
+        WarningsRow{"Denver", {39.74, -104.99}, "", {"https://api.weather.gov"}},
+        WarningsRow{"Berlin", {52.52, 13.41}, "", {"https://feeds.meteoalarm.org"}},
+        WarningsRow{"BerlinByChoice", {52.52, 13.41}, "brightsky", {"https://api.brightsky.dev"}},
+        WarningsRow{"Toronto", {43.65, -79.38}, "", {"https://api.weather.gc.ca"}},
+        WarningsRow{"Svalbard",
+                    {78.22, 15.65},
+                    "",
+                    {"https://api.met.no", "https://severeweather.wmo.int", "https://alerts.kde.org"}},
+        WarningsRow{
+            "Tokyo", {35.68, 139.69}, "", {"https://severeweather.wmo.int", "https://alerts.kde.org"}},
+        WarningsRow{"TokyoByChoice",
+                    {35.68, 139.69},
+                    "fpas",
+                    {"https://alerts.kde.org", "https://severeweather.wmo.int"}}),
+    [](auto const& row) { return row.param.name; });
 
 TEST_F(FeedServicesTest, NeverSendTheUsersKeysToAStandIn) {
   Configuration named;

@@ -20,7 +20,7 @@ using namespace std::chrono_literals;
 /// Far from any shore: only one look at its warnings.
 Place const kWichita{{37.69, -97.34}, "Wichita", "United States", "Kansas"};
 Place const kDenver{{39.74, -104.98}, "Denver", "United States", "Colorado"};
-/// Nobody whom the program knows issues warnings there.
+/// Two sources may be asked, one after the other.
 Place const kTokyo{{35.69, 139.69}, "Tokyo", "Japan", "Tokyo"};
 
 std::string warningOf(std::string const& event) {
@@ -134,14 +134,27 @@ TEST_F(DesktopHazardsTest, TellOfSavedPlacesWhatIsKept) {
   auto const places = hazards.state()->places;
   ASSERT_EQ(places.size(), 2);
   EXPECT_EQ(places[0].coverage.at(0).state, CoverageState::warnings);
-  EXPECT_EQ(places[1].coverage.at(0).state, CoverageState::uncovered);
+  EXPECT_EQ(places[1].coverage.at(0).state, CoverageState::unchecked) << "nobody has asked";
 }
 
-TEST_F(DesktopHazardsTest, TellThatNobodyIssuesWarnings) {
+TEST_F(DesktopHazardsTest, HaveOneStateForAPlaceOfTwoSources) {
   select(kTokyo);
-  EXPECT_FALSE(hazards.state()->official.isCovered());
-  EXPECT_EQ(hazards.state()->official.coverage.at(0).country, "JP");
+  EXPECT_FALSE(hazards.state()->official.isSettled());
+  std::ignore = hazards.refresh(kTokyo, {});
+  ASSERT_EQ(hazards.state()->official.coverage.size(), 1);
+  SourceCoverage const& failed = hazards.state()->official.coverage[0];
+  EXPECT_EQ(failed.source, "wmo");
+  EXPECT_EQ(failed.country, "JP");
+  EXPECT_EQ(failed.state, CoverageState::unchecked);
   EXPECT_TRUE(hazards.state()->official.isSettled());
+}
+
+TEST(OfficialCheck, IsSettledWhereNobodyIsKnownToIssueWarnings) {
+  OfficialCheck check{kTokyo, {SourceCoverage{}}, true};
+  EXPECT_FALSE(check.isCovered());
+  EXPECT_TRUE(check.isSettled());
+  check.coverage[0].state = CoverageState::none;
+  EXPECT_FALSE(check.isSettled());
 }
 
 TEST_F(DesktopHazardsTest, AskForTheWorldWhenSomebodyLooks) {
