@@ -159,6 +159,31 @@ TEST(OfficialWarnings, ThatNobodyCanPlaceNameTheirAreasOrTheCountry) {
   }
 }
 
+TEST(OfficialWarnings, InAllTheirIssuersWordsAreToldByTheirBeginning) {
+  RuleInputs inputs = here();
+  WeatherAlert alert = warning(AlertSeverity::critical);
+  alert.message = "Gales from the north.\n\n" + std::string(1000, 'x');
+  alert.text = alert.message;
+  alert.areaDesc = "Coast, Hills";
+  inputs.govAlerts = reading(std::vector{alert});
+  Finding finding = officialWarnings(inputs, {}).findings.at(0);
+  EXPECT_TRUE(finding.body.starts_with("Coast, Hills\nGales from the north. xxx")) << finding.body;
+  EXPECT_TRUE(finding.body.ends_with("…\nStay in port.")) << finding.body;
+  EXPECT_LT(finding.body.size(), 340);
+  EXPECT_EQ(finding.when, "from 10:00 AM, until 8:00 PM");
+  alert.areaDesc.reset();
+  alert.message = "Gales.";
+  inputs.govAlerts = reading(std::vector{alert});
+  finding = officialWarnings(inputs, {}).findings.at(0);
+  EXPECT_EQ(finding.body, "Gales.\nStay in port.");
+  EXPECT_EQ(finding.when, "") << "nothing stands before it";
+  alert.areaDesc = "Coast";
+  inputs.govAlerts = reading(std::vector<WeatherAlert>{});
+  inputs.unplacedAlerts = {alert};
+  EXPECT_EQ(officialWarnings(inputs, {}).findings.at(0).body,
+            "In effect for parts of Portugal that could not be located: Coast.\nGales.\nStay in port.");
+}
+
 TEST(OfficialWarnings, ThatWereCalledOffSayByWhomAndWhen) {
   RuleInputs inputs = here();
   inputs.govAlerts = reading(std::vector<WeatherAlert>{});

@@ -25,15 +25,30 @@ bool isCounted(WeatherAlert const& alert) {
   return alert.event && alert.text;
 }
 
-/// Those of a counted warning; empty where they would fill a page.
+/// A warning whose message is all that its issuer says.
+bool isWordy(WeatherAlert const& alert) {
+  return alert.text && !alert.event;
+}
+
+/// Those of a counted or wordy warning; empty where they would fill a page.
 std::string areasOf(WeatherAlert const& alert) {
   constexpr std::size_t kLongest = 200;
-  std::string areas = isCounted(alert) && alert.areaDesc ? placeAreas(alert) : std::string();
+  bool const isNamed = alert.areaDesc && (isCounted(alert) || isWordy(alert));
+  std::string areas = isNamed ? placeAreas(alert) : std::string();
   return areas.size() > kLongest ? std::string() : areas;
 }
 
-std::string bodyOf(WeatherAlert const& alert, Texts const& texts) {
+/// The areas, and the beginning of what is said.
+std::string wordyBody(WeatherAlert const& alert) {
+  constexpr std::size_t kLongest = 300;
   std::string body = areasOf(alert);
+  std::string const said = oneLine(alert.message, kLongest);
+  if (said.empty() || said == alert.title) return body;
+  return body + (body.empty() ? "" : "\n") + said;
+}
+
+std::string bodyOf(WeatherAlert const& alert, Texts const& texts) {
+  std::string body = isWordy(alert) ? wordyBody(alert) : areasOf(alert);
   if (body.empty()) body = alert.message.empty() ? alert.areaDesc.value_or("") : alert.message;
   if (alert.instruction && !alert.instruction->empty()) {
     body += (body.empty() ? "" : "\n") + *alert.instruction;
@@ -80,7 +95,9 @@ Finding findingOf(WeatherAlert const& alert, RuleInputs const& inputs) {
   if (alert.distanceKm && alert.severity < AlertSeverity::warning) finding.quietNote = "onlyNear";
   finding.isNear = alert.distanceKm.has_value();
   finding.remark = remarkOn(alert, inputs);
-  if (isCounted(alert)) finding.when = spanText(alert.onset, alert.expires, wordsOf(inputs));
+  // It stands behind the areas.
+  bool const hasRoom = isCounted(alert) || !areasOf(alert).empty();
+  if (hasRoom) finding.when = spanText(alert.onset, alert.expires, wordsOf(inputs));
   finding.began = alert.onset;
   finding.ends = alert.expires;
   finding.event = alert.event.value_or("");
@@ -112,7 +129,9 @@ Finding calledOffFinding(WeatherAlert const& alert, RuleInputs const& inputs) {
 /// Of a part of the country that nobody can place.
 Finding unplacedFinding(WeatherAlert const& alert, RuleInputs const& inputs) {
   Texts const& texts = *inputs.texts;
-  Finding finding = findingOf(alert, inputs);
+  WeatherAlert unnamed = alert;
+  if (isWordy(alert)) unnamed.areaDesc.reset();  // named in a sentence
+  Finding finding = findingOf(unnamed, inputs);
   std::string const country = countryName(inputs.place.countryCode, texts.language());
   std::string const area = alert.areaDesc.value_or("");
   bool const isWhole = area.empty() || area == country || area == countryName(inputs.place.countryCode, "en");
