@@ -1,5 +1,6 @@
 // Two days of one issuer's messages, as its feed lists them: warnings, updates and cancellations, over two
 // restarts of the program and an outage of half an hour. What is sent is counted against the table.
+#include "feeds/alerts/cap_source.h"
 #include "feeds/alerts/gov_alert_service.h"
 #include "notifications/log/notification_log.h"
 #include "support/notification_engine.h"
@@ -8,7 +9,9 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <iterator>
 #include <map>
+#include <memory>
 #include <set>
 #include <tuple>
 
@@ -82,31 +85,59 @@ Instant moment(double hours) {
   return kBegin + std::chrono::minutes(static_cast<std::int64_t>(std::lround(hours * 60)));
 }
 
-/// What the feed lists at a moment.
-GovSourceAnswer answerAt(Instant now) {
-  GovSourceAnswer answer;
-  for (Story const& story : stories()) {
-    WeatherAlert alert;
-    alert.id = govAlertId(std::string("feed:") + story.name);
-    alert.title = story.name;
-    alert.isGovAlert = true;
-    int count = 0;
-    bool isCancelled = false;
-    for (Message const& message : story.messages) {
-      if (moment(message.sent) > now) break;
-      alert.issued = moment(message.sent);
-      alert.updates = count++;
-      isCancelled = message.end < 0;
-      if (isCancelled) continue;
-      alert.message = std::string("Message ") + std::to_string(count);
-      alert.severity = message.severity;
-      alert.onset = moment(story.messages.front().sent);
-      alert.expires = moment(message.end);
+std::string_view severityOf(AlertSeverity severity) {
+  constexpr std::string_view kWords[] = {"Minor", "Moderate", "Severe", "Extreme"};
+  return kWords[static_cast<std::size_t>(severity)];
+}
+
+/// Of those that end: `last` is what they end.
+CapInfo infoOf(Story const& story, std::size_t number, Message const& last) {
+  CapInfo info;
+  info.language = "en";
+  info.event = story.name;
+  info.description = "Message " + std::to_string(number);
+  info.severity = severityOf(last.severity);
+  info.onset = moment(story.messages.front().sent);
+  info.expires = moment(last.end);
+  info.areas = {{"Coast", {}, {}, {}}};
+  return info;
+}
+
+/// The messages of an event that were sent by now, each with a reference to the one before it.
+std::vector<CapMessage> messagesOf(Story const& story, Instant now) {
+  std::vector<CapMessage> messages;
+  Message last = story.messages.front();
+  for (Message const& message : story.messages) {
+    if (moment(message.sent) > now) break;
+    bool const isEnd = message.end < 0;
+    if (!isEnd) last = message;
+    CapAlert alert;
+    alert.sender = "office@example.org";
+    alert.identifier = std::string(story.name) + " " + std::to_string(messages.size());
+    alert.sent = moment(message.sent);
+    alert.status = "Actual";
+    alert.msgType = isEnd ? "Cancel" : messages.empty() ? "Alert" : "Update";
+    if (!messages.empty()) {
+      CapAlert const& before = *messages.back().alert;
+      alert.references = {{before.sender, before.identifier, before.sent}};
     }
-    if (count == 0) continue;
-    (isCancelled ? answer.calledOff : answer.alerts).push_back(std::move(alert));
+    alert.infos = {infoOf(story, messages.size(), last)};
+    messages.push_back({std::make_shared<CapAlert const>(std::move(alert)), "", "HR", true, {}});
   }
-  return answer;
+  return messages;
+}
+
+/// What the feed lists at a moment: of every second event the newest message alone.
+CapListing listedAt(Instant now) {
+  CapListing listing;
+  bool isWhole = false;
+  for (Story const& story : stories()) {
+    auto messages = messagesOf(story, now);
+    isWhole = !isWhole;
+    if (!isWhole && messages.size() > 1) messages.erase(messages.begin(), messages.end() - 1);
+    std::ranges::move(messages, std::back_inserter(listing.messages));
+  }
+  return listing;
 }
 
 class TwoDays {
@@ -136,12 +167,12 @@ class TwoDays {
 
  private:
   void start() {
-    auto const answer = [this](GovAlertPlace const&, EventMemory&,
-                               std::stop_token const&) -> Result<GovSourceAnswer, GovSourceFailure> {
-      if (isAway_) return std::unexpected(GovSourceFailure{ServiceFailure::answered(503), {}, {}});
-      return answerAt(engine_.clock.now());
+    auto const list = [this](GovAlertPlace const&, std::stop_token const&) {
+      CapListing listing = listedAt(engine_.clock.now());
+      if (isAway_) listing = {{}, false, ServiceFailure::answered(503)};
+      return listing;
     };
-    GovAlertSource const source{"feed", [](GovAlertPlace const&) { return true; }, answer, true};
+    GovAlertSource const source = capAlertSource("feed", list, engine_.clock, "en");
     gov_ = std::make_unique<GovAlertService>(engine_.clock, std::vector{source}, folder_.path());
     engine_.restart();
   }
