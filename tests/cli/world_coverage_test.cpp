@@ -5,13 +5,14 @@
 #include "app/settings/service_directory.h"
 #include "base/words/texts.h"
 #include "demo/demo_server.h"
-#include "demo/world/demo_issuers.h"
+#include "demo/world/demo_world.h"
 #include "feeds/alerts/coverage.h"
 #include "platform/linux/http/curl_http_client.h"
 #include "support/instants.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 
 namespace nimbara {
@@ -49,7 +50,7 @@ constexpr PlaceRow kPlaces[] = {
     {"AR", kWmo, warnings, "wmo", warnings, kInstead},
     {"CL", kWmo, warnings, "wmo", warnings, kInstead},
     {"CO", kWmo, warnings, "wmo", warnings, kInstead},
-    {"PE", kWmo, warnings, "wmo", warnings, kInstead},
+    {"PE", kWmo, unplaced, "wmo", warnings, kInstead},  // for the whole country
     {"JM", kWmo, none, "wmo", none, kInstead},
     {"KZ", kWmo, warnings, "wmo", warnings, kInstead},
     {"RU", kWmo, warnings, "wmo", warnings, kInstead},
@@ -71,7 +72,7 @@ constexpr PlaceRow kPlaces[] = {
     {"PG", kWmo, uncovered, "wmo", uncovered, kInstead},
     {"ZA", kWmo, warnings, "wmo", warnings, kInstead},
     {"KE", kWmo, warnings, "wmo", warnings, kInstead},
-    {"NG", kWmo, warnings, "wmo", warnings, kInstead},
+    {"NG", kWmo, unplaced, "wmo", warnings, kInstead},
     {"EG", kWmo, none, "wmo", none, kInstead},
     {"TZ", kWmo, warnings, kInstead, warnings, kInstead},  // the centre answers 200 with an exception
     {"MG", kWmo, unchecked, "wmo", unchecked, "wmo"},      // and so do both
@@ -120,6 +121,18 @@ struct WorldCoverage : testing::Test {
     return states;
   }
 
+  /// By the table of the world, not by any message.
+  std::size_t eventsInForce(std::string_view country) const {
+    Instant const now = clock.now();
+    auto const events = demoWorldEvents(demoIssuerOf(country)->place, now, now + 1min);
+    return static_cast<std::size_t>(std::ranges::count_if(events, [now](DemoEvent const& event) {
+      auto const steps = demoSteps(event);
+      auto const isSent = [now](DemoStep const& step) { return step.sent <= now; };
+      auto const newest = std::ranges::find_if(steps.rbegin(), steps.rend(), isSent);
+      return !event.isDrill && newest != steps.rend() && !newest->isOver && newest->end > now;
+    }));
+  }
+
   static std::string sourceOf(SourceCoverage const& coverage) {
     std::string const source = coverage.source.value_or("");
     return coverage.insteadOf ? *coverage.insteadOf + ">" + source : source;
@@ -137,6 +150,9 @@ TEST_F(WorldCoverage, HasOneStateForEachOfFortyCountries) {
     EXPECT_EQ(enumName(coverage.state), enumName(row.state))
         << row.country << ": " << coverage.reason.transform(sentenceOf).value_or("");
     EXPECT_EQ(sourceOf(coverage), row.source) << row.country;
+    bool const isOfWorld = row.first != Service::nws && row.first != Service::meteoAlarm;
+    if (isOfWorld && row.state != unchecked)
+      EXPECT_EQ(coverage.count, eventsInForce(row.country)) << row.country;
   }
 }
 
