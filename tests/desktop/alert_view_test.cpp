@@ -133,6 +133,7 @@ TEST(Alerts, SayOfAnOpenedOneFromWhenTillWhenAndFromWhom) {
   WeatherState state = stateOf(mildWeek());
   WeatherAlert alert = officialOf(AlertSeverity::warning, "Wind");
   alert.issued = kNow - 25min;
+  alert.updates = 7;
   alert.link = "https://example.org/1";
   state.govAlerts = {alert};
   state.insight = ForecastInsight{{alertOf(AlertSeverity::info, "own")}};
@@ -140,7 +141,7 @@ TEST(Alerts, SayOfAnOpenedOneFromWhenTillWhenAndFromWhom) {
   std::string const id = alert.id.text();
   WarningView view = warningView(state, id, context);
   EXPECT_EQ(view.when, "no end given");
-  EXPECT_EQ(view.issued, "11:55  ·  25 min ago");
+  EXPECT_EQ(view.issued, "11:55  ·  25 min ago  ·  updated 7 times");
   EXPECT_EQ(view.issuer, "Weather Office");
   EXPECT_EQ(view.link, "https://example.org/1");
   state.govAlerts[0].onset = kNow + 1h;

@@ -77,6 +77,16 @@ TEST_F(PageTest, LookTheSameAfterTheWindowGrewAndShrank) {
   EXPECT_THAT(complaints(), IsEmpty());
 }
 
+/// Below `root`, what has that text to be read.
+QQuickItem* buttonNamed(QQuickItem* root, std::string const& start) {
+  QQuickItem* found = nullptr;
+  visitVisible(root, [&](QQuickItem* item) {
+    bool const isButton = item->inherits("QQuickAbstractButton");
+    if (found == nullptr && isButton && accessibleName(item).starts_with(start)) found = item;
+  });
+  return found;
+}
+
 struct Keyboard : PageTest {
   Keyboard() : window(model, optionsOf(DesktopPage::now, DesktopTheme::light, {1000, 700})) {
     model.show(snapshotOf(stateOf(mildWeek())));
@@ -191,6 +201,26 @@ TEST_F(Keyboard, ShowsWhatTheKeysDo) {
   }
 }
 
+TEST_F(Keyboard, GoesToTheSourcesAtOneClickFromAFailedCheckAndBack) {
+  model.show(uncheckedHazards());
+  for (char const* const from : {"now", "hazards"}) {
+    window.window()->setProperty("page", QLatin1String(from));
+    QCoreApplication::processEvents();
+    QQuickItem* const link = buttonNamed(window.window()->contentItem(), "Sources");
+    ASSERT_NE(link, nullptr) << from;
+    QTest::mouseClick(window.window(), Qt::LeftButton, {},
+                      link->mapToScene(link->boundingRect().center()).toPoint());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return page() == "sources"; })) << from;
+    EXPECT_GT(model.sources()->places()->count(), 0);
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+      return accessibleName(window.window()->activeFocusItem()) == "Sources of official warnings";
+    }));
+    press(Qt::Key_Escape);
+    EXPECT_EQ(page(), from);
+  }
+  EXPECT_THAT(complaints(), IsEmpty());
+}
+
 TEST_F(Keyboard, OpensADay) {
   press(Qt::Key_2, Qt::ControlModifier);
   for (int step = 0; step < 40 && model.openDay() < 0; ++step) {
@@ -270,16 +300,6 @@ TEST_F(Keyboard, OpensAWarningsText) {
   press(Qt::Key_Escape);
   EXPECT_EQ(model.openAlert(), QString()) << "the sheet is closed";
   EXPECT_THAT(complaints(), IsEmpty());
-}
-
-/// Below `root`, what has that text to be read.
-QQuickItem* buttonNamed(QQuickItem* root, std::string const& start) {
-  QQuickItem* found = nullptr;
-  visitVisible(root, [&](QQuickItem* item) {
-    bool const isButton = item->inherits("QQuickAbstractButton");
-    if (found == nullptr && isButton && accessibleName(item).starts_with(start)) found = item;
-  });
-  return found;
 }
 
 TEST_F(Keyboard, ShowsAWarningAtOneClickAndTheNextAtAnother) {

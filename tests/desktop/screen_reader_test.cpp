@@ -179,6 +179,7 @@ constexpr HeardRow kHeard[] = {
     {"places", DesktopPage::places, here},
     {"notifications", DesktopPage::notifications, shortLog},
     {"settings", DesktopPage::settings, troubled},
+    {"sources", DesktopPage::sources, uncheckedHazards},
 };
 
 void PrintTo(HeardRow const& row, std::ostream* out) {

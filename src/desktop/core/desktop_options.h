@@ -12,11 +12,11 @@
 
 namespace nimbara {
 
-enum class DesktopPage { now, hours, hazards, globe, places, notifications, settings };
+enum class DesktopPage { now, hours, hazards, globe, places, notifications, settings, sources };
 template <>
 inline constexpr auto enumNames<DesktopPage> = std::to_array<std::string_view>(
-    {"now", "hours", "hazards", "globe", "places", "notifications", "settings"});
-static_assert(enumNamesComplete(DesktopPage::settings));
+    {"now", "hours", "hazards", "globe", "places", "notifications", "settings", "sources"});
+static_assert(enumNamesComplete(DesktopPage::sources));
 
 enum class DesktopTheme { system, light, dark };
 template <>

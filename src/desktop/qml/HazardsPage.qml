@@ -89,6 +89,7 @@ ScrollPage {
                     Accessible.role: Accessible.StaticText
                     Accessible.name: text
                 }
+                SourcesLink { visible: App.hazards.official.hasPlace }
             }
         }
 

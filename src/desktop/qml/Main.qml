@@ -21,6 +21,10 @@ Window {
     // A narrow window has no room for all of them.
     readonly property int shownPages: isWide || pages.length <= 5 ? pages.length : 4
     readonly property var otherPages: pages.slice(shownPages)
+    // The page of sources belongs to the one of hazards, and goes back to where it was opened.
+    readonly property string way: page === "sources" ? "hazards" : page
+    property string last: "hazards"
+    onPageChanged: if (page !== "sources") last = page
     readonly property bool wantsPlace: App.isReady && !App.now.hasPlace
 
     // The first frame has been shown.
@@ -98,7 +102,7 @@ Window {
         const shown = areas.shown();
         if (!order.holds(bar, window.activeFocusItem)) {
             left = window.activeFocusItem;
-            const at = pages.findIndex(page => page.name === window.page);
+            const at = pages.findIndex(page => page.name === window.way);
             (at < shownPages ? ways.itemAt(at) : others).forceActiveFocus(Qt.ShortcutFocusReason);
         } else if (left && order.holds(shown, left)) {
             left.forceActiveFocus(Qt.ShortcutFocusReason);
@@ -173,7 +177,7 @@ Window {
                     sky: modelData.sky
                     sign: modelData.sign
                     text: modelData.title
-                    isCurrent: window.page === modelData.name
+                    isCurrent: window.way === modelData.name
                     onClicked: window.page = modelData.name
                 }
             }
@@ -184,7 +188,7 @@ Window {
                 width: navigation.slot
                 sign: "others"
                 text: App.words.otherPages
-                isCurrent: window.otherPages.some(page => page.name === window.page)
+                isCurrent: window.otherPages.some(page => page.name === window.way)
                 onClicked: {
                     otherPages.active = true;
                     (otherPages.item as OtherPages).open();
@@ -196,7 +200,7 @@ Window {
     Item {
         id: areas
         function shown() {
-            for (const page of [now, hours, hazards, globe, places, notifications, settings]) {
+            for (const page of [now, hours, hazards, globe, places, notifications, settings, sources]) {
                 if (page.isShown)
                     return page.item;
             }
@@ -247,6 +251,7 @@ Window {
         Page { id: places; name: "places"; file: "PlacesPage.qml" }
         Page { id: notifications; name: "notifications"; file: "NotificationsPage.qml" }
         Page { id: settings; name: "settings"; file: "SettingsPage.qml" }
+        Page { id: sources; name: "sources"; file: "SourcesPage.qml" }
         Connections {
             target: places.item
             function onChosen() { window.page = "now" }

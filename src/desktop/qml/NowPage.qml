@@ -195,7 +195,7 @@ ScrollPage {
         Item {
             readonly property int lane: 0
             visible: brief.text !== ""
-            height: Math.max(brief.height, briefSign.height)
+            height: Math.max(brief.height, briefSign.height, toSources.visible ? toSources.height : 0)
             Sign {
                 id: briefSign
                 anchors.left: parent.left
@@ -207,14 +207,23 @@ ScrollPage {
             }
             PlainText {
                 id: brief
-                anchors.right: parent.right
-                width: Math.max(0, parent.width - (briefSign.visible ? briefSign.width + Theme.space : 0))
+                anchors.verticalCenter: parent.verticalCenter
+                x: LayoutMirroring.enabled ? after : before
+                readonly property real before: briefSign.visible ? briefSign.width + Theme.space : 0
+                readonly property real after: toSources.visible ? toSources.width + Theme.space : 0
+                width: Math.max(0, parent.width - before - after)
                 text: App.hazards.official.brief
                 wrapMode: Text.Wrap
                 color: App.hazards.official.isUnchecked ? Theme.text : Theme.muted
                 font.pixelSize: Theme.small
                 Accessible.role: Accessible.StaticText
                 Accessible.name: text
+            }
+            SourcesLink {
+                id: toSources
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
+                visible: App.hazards.official.isUnchecked || App.hazards.official.isUncovered
             }
         }
 

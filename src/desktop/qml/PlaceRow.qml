@@ -242,6 +242,10 @@ Item {
             color: place.mark === "" ? Theme.muted : Theme.text
             font.pixelSize: Theme.tiny
         }
+        SourcesLink {
+            visible: place.warningsState === "unchecked" || place.warningsState === "uncovered" || place.warningsState === "unplaced"
+            explanation: text + ": " + place.name
+        }
         Flow {
             width: parent.width
             topPadding: 4

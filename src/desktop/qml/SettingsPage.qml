@@ -75,6 +75,11 @@ ScrollPage {
             }
         }
         Card {
+            readonly property int lane: 1
+            title: App.hazards.words.official
+            SourcesLink {}
+        }
+        Card {
             readonly property int lane: 0
             title: App.settings.words.window
             Column {

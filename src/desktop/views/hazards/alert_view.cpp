@@ -13,6 +13,8 @@ namespace nimbara {
 
 namespace {
 
+/// The look of what nobody grades.
+constexpr std::string_view kUnstated = "unstated";
 constexpr std::size_t kLongestTitle = 200;
 constexpr std::size_t kLongestNear = 400;
 constexpr std::size_t kLongestMessage = 500;
@@ -74,7 +76,7 @@ AlertView viewOf(WeatherAlert const& alert, WeatherState const& state, ViewConte
                  WarningWords const& words) {
   AlertView view;
   view.id = alert.id.text();
-  view.level = enumName(alert.severity);
+  view.level = alert.levelStated.value_or(true) ? enumName(alert.severity) : kUnstated;
   view.severity = gradeText(gradeOf(alert), context.texts);
   view.title = oneLine(alert.title, kLongestTitle);
   view.message = cutAt(messageOf(alert), kLongestMessage);
@@ -245,6 +247,8 @@ WarningView warningView(WeatherState const& state, std::string_view id, ViewCont
   view.when = wholeSpanOf(*alert, context, words);
   if (alert->issued) view.issued = words.words.moment(*alert->issued, context.now);
   append(view.issued, brief.age, "  ·  ");
+  if (int const updates = alert->updates.value_or(0); updates > 0)
+    append(view.issued, context.texts.format("desktop.warning.updated", updates), "  ·  ");
   view.issuer = brief.issuer;
   view.text = textOf(*alert, context);
   if (alert->isFullText == false) view.note = context.text("warning.noFullText");

@@ -17,7 +17,7 @@ namespace nimbara {
 struct AlertView {
   std::string id;
   std::string severity;  ///< the level's word
-  std::string level;     ///< "info", "advisory", "warning", "critical"
+  std::string level;  ///< "info", "advisory", "warning", "critical"; "unstated" where the issuer names none
   std::string title;
   std::string message;  ///< the beginning of it, where it is long
   std::string area;     ///< where the place is in it, or how far from it

@@ -22,6 +22,7 @@ constexpr WordRow kWords[] = {
     {"places", "desktop.page.places"},
     {"notifications", "desktop.page.notifications"},
     {"settings", "desktop.page.settings"},
+    {"sources", "desktop.page.sources"},
     {"otherPages", "desktop.page.others"},
     {"refresh", "desktop.refresh"},
     {"loading", "desktop.loading"},
@@ -117,10 +118,12 @@ DesktopModel::DesktopModel(Setting setting, WindowActions actions, QObject* pare
       notifications_(new NotificationsModel(actions_.notifications, this)),
       here_(new RecordModel(this)),
       settings_(new SettingsModel(actions_.engine, this)),
+      sources_(new SourcesModel(actions_.engine, this)),
       first_(new FirstModel(actions_.engine, this)),
       switcher_(new SwitcherModel(this)) {
   takeWording(setting_.wording);
   connect(settings_, &SettingsModel::opened, this, &DesktopModel::tick);
+  connect(sources_, &SourcesModel::opened, this, &DesktopModel::tick);
   connect(hazards_, &HazardsModel::reordered, this, &DesktopModel::tick);
   connect(globe_, &GlobeModel::settled, this, &DesktopModel::shown);
   connect(first_, &FirstModel::answered, this, &DesktopModel::tick);
@@ -184,6 +187,7 @@ void DesktopModel::showWeather() {
   showPlaces();
   notifications_->show(*snapshot_, view);
   settings_->show(snapshot_->settings.get(), view);
+  sources_->show(*snapshot_, view);
   first_->show(*snapshot_, view);
   WeatherData const none;
   WeatherData const& data = state.weatherData ? *state.weatherData : none;

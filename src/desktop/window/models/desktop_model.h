@@ -13,6 +13,7 @@
 #include "desktop/window/models/hazards_model.h"
 #include "desktop/window/models/notifications_model.h"
 #include "desktop/window/models/settings_model.h"
+#include "desktop/window/models/sources_model.h"
 #include "desktop/window/models/switcher_model.h"
 #include "desktop/window/models/view_models.h"
 #include "desktop/window/models/window_actions.h"
@@ -45,6 +46,7 @@ class DesktopModel : public QObject {
   Q_PROPERTY(nimbara::RecordListModel* elsewhere READ elsewhere CONSTANT)
   Q_PROPERTY(nimbara::RecordModel* here READ here CONSTANT)
   Q_PROPERTY(nimbara::SettingsModel* settings READ settings CONSTANT)
+  Q_PROPERTY(nimbara::SourcesModel* sources READ sources CONSTANT)
   Q_PROPERTY(QString problem READ problem NOTIFY shown)
   Q_PROPERTY(bool isReady READ isReady NOTIFY shown)
   Q_PROPERTY(int openDay READ openDay WRITE setOpenDay NOTIFY openDayChanged)
@@ -96,6 +98,7 @@ class DesktopModel : public QObject {
   NotificationsModel* notifications() { return notifications_; }
   RecordModel* here() { return here_; }
   SettingsModel* settings() { return settings_; }
+  SourcesModel* sources() { return sources_; }
   Meteogram const& meteogram() const { return meteogram_; }
   SkyScene const& scene() const { return scene_; }
   QString problem() const;
@@ -195,6 +198,7 @@ class DesktopModel : public QObject {
   NotificationsModel* notifications_;
   RecordModel* here_;
   SettingsModel* settings_;
+  SourcesModel* sources_;
   FirstModel* first_;
   SwitcherModel* switcher_;
 };
