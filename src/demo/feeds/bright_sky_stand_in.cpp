@@ -56,7 +56,7 @@ void writeAlert(JsonWriter& json, DemoWorldMessage const& message, std::int64_t 
 void writeLocation(JsonWriter& json, DemoTile tile) {
   json.key("location");
   json.beginObject();
-  json.member("warn_cell_id", kFirstCell + tile.row * 1000 + tile.column);
+  json.member("warn_cell_id", kFirstCell + std::int64_t{1000} * tile.row + tile.column);
   json.member("name", tile.name());
   json.member("name_short", tile.name());
   json.member("district", "Demo");

@@ -165,8 +165,8 @@ std::optional<DemoWorldMessage> messageOf(std::string_view file) {
   auto const dash = file.rfind('-');
   auto const dot = file.rfind('.');
   if (dash == std::string_view::npos || dot == std::string_view::npos || dash > dot) return std::nullopt;
-  auto message = demoMessageOf(file.substr(dash + 1, dot - dash - 1));
-  return message && message->file() == file ? std::move(message) : std::nullopt;
+  auto const message = demoMessageOf(file.substr(dash + 1, dot - dash - 1));
+  return message && message->file() == file ? message : std::nullopt;
 }
 
 /// Every other part between the apostrophes of "capurl IN ('…','…')".

@@ -62,8 +62,8 @@ void addWeather(std::vector<DemoEvent>& events, DemoIssuer const& issuer, DemoTi
 
 void addFloods(std::vector<DemoEvent>& events, DemoIssuer const& issuer, DemoTile tile, Instant from,
                Instant to) {
-  constexpr int kApart = 5;
-  int const number = numberOf(issuer);
+  constexpr std::int64_t kApart = 5;
+  std::int64_t const number = numberOf(issuer);
   hours const offset{number * kApart % kFloodEvery.count()};
   auto const first = std::chrono::floor<hours>(from - offset).time_since_epoch() / kFloodEvery - 1;
   for (auto k = first;; ++k) {
