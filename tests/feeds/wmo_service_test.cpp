@@ -214,6 +214,17 @@ TEST_F(WmoServiceTest, IsNotFooledByStatus200) {
   EXPECT_EQ(fetch("KZ", {91, 0}).failure->kind, Kind::noSuchPlace);
 }
 
+TEST_F(WmoServiceTest, KeepsNobodyWaitingForACentreThatIsAway) {
+  centre.isAway = true;
+  EXPECT_EQ(fetch().failure->transport, HttpError::Kind::connectionFailed);
+  centre.isAway = false;
+  clock.advance(WmoService::kRestWhenAway - 1s);
+  EXPECT_EQ(fetch("NZ", {-41.3, 174.8}).failure->transport, HttpError::Kind::connectionFailed);
+  EXPECT_THAT(centre.asked, SizeIs(1));
+  clock.advance(1s);
+  EXPECT_FALSE(fetch().failure);
+}
+
 TEST_F(WmoServiceTest, AsksForACountrysListOnceForAllOfItsPlaces) {
   Coordinate const almaty{43.25, 76.92};
   fetch();

@@ -12,6 +12,7 @@ namespace {
 
 constexpr std::size_t kLargestKept = std::size_t{1} << 20;
 constexpr std::chrono::seconds kTimeout{15};
+constexpr std::chrono::seconds kLongestSilence{8};
 constexpr std::chrono::days kSeenStep{1};
 
 }  // namespace
@@ -74,6 +75,7 @@ bool WmoDirectory::ask(std::string const& path, Parse const& parse, T& value, st
   request.url = baseUrl_ + path;
   request.headers = {{"Accept", "application/json"}};
   request.timeout = kTimeout;
+  request.longestSilence = kLongestSilence;
   auto answer = exchange(http_, std::move(request), std::nullopt, stop);
   if (!answer) {
     failure_ = std::move(answer.error());

@@ -14,6 +14,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto kTimeout = 20s;
+constexpr auto kLongestSilence = 8s;
 constexpr std::size_t kLargestBody = std::size_t{16} << 20;
 constexpr auto kAreasRest = 1h;
 /// Of the store of messages, each of so many requests, for what is placed at a point.
@@ -67,6 +68,12 @@ bool drawsNothing(CapAlert const& alert) {
     return std::ranges::all_of(
         info.areas, [](CapArea const& area) { return area.polygons.empty() && area.circles.empty(); });
   });
+}
+
+bool isAway(ServiceFailure const& failure) {
+  using enum HttpError::Kind;
+  constexpr HttpError::Kind kAway[] = {unresolvedHost, connectionFailed, tlsFailed, timedOut};
+  return std::ranges::find(kAway, failure.transport) != std::end(kAway);
 }
 
 ServiceFailure incomplete(std::string what) {
@@ -140,13 +147,21 @@ CapListing WmoService::fetch(Coordinate place, std::string_view countryCode, std
 
 Result<WmoRows, ServiceFailure> WmoService::rows(std::string const& pathAndQuery,
                                                  std::stop_token const& stop) {
+  if (awayUntil_ && clock_.steadyNow() < *awayUntil_) return std::unexpected(away_);
   HttpRequest request;
   request.url = baseUrl_ + pathAndQuery;
   request.headers = {{"Accept", "application/json"}};
   request.timeout = kTimeout;
   request.maxBodyBytes = kLargestBody;
+  request.longestSilence = kLongestSilence;
   auto const answer = exchange(http_, std::move(request), std::nullopt, stop);
-  if (!answer) return std::unexpected(answer.error());
+  if (!answer) {
+    if (isAway(answer.error())) {
+      away_ = answer.error();
+      awayUntil_ = clock_.steadyNow() + kRestWhenAway;
+    }
+    return std::unexpected(answer.error());
+  }
   auto parsed = parseWmoRows((*answer)->body);
   if (parsed) return std::move(*parsed);
   return std::unexpected(

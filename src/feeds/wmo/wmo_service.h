@@ -24,6 +24,8 @@ class WmoService {
   /// A country's list serves all of its places for so long.
   static constexpr std::chrono::minutes kListLife{10};
   static constexpr std::chrono::minutes kRestAfterFailure{1};
+  /// A centre that cannot be reached, or is silent, keeps no further place waiting.
+  static constexpr std::chrono::seconds kRestWhenAway{30};
   static constexpr std::size_t kRowsOfAPage = 1000;
   static constexpr std::size_t kMostPages = 5;
 
@@ -82,6 +84,8 @@ class WmoService {
   std::map<std::string, CountryList> lists_;
   std::map<std::string, Judgement, std::less<>> judgements_;  ///< by document, which never changes
   std::optional<std::chrono::steady_clock::time_point> areasRestUntil_;
+  std::optional<std::chrono::steady_clock::time_point> awayUntil_;
+  ServiceFailure away_;  ///< what is said until then
 };
 
 }  // namespace nimbara
