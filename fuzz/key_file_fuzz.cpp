@@ -1,5 +1,6 @@
 // Any bytes as the private key of WeatherKit: a token or a sentence, and nothing of the file in the sentence.
 
+#include "platform/linux/http/es256.h"
 #include "providers/weatherkit/apple_weather_token.h"
 
 #include <algorithm>
@@ -9,7 +10,7 @@
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
   using namespace nimbara;
   std::string_view const file(reinterpret_cast<char const*>(data), size);
-  AppleWeatherCredentials const credentials{"key.p8", "KEY", "TEAM", "SERVICE"};
+  AppleWeatherCredentials const credentials{"key.p8", "KEY", "TEAM", "SERVICE", signEs256};
   auto const token = signAppleWeatherToken(credentials, file, Instant(std::chrono::hours(490'000)));
   // The sentences' own words have few digits.
   std::string_view const telling = file.substr(0, 16);

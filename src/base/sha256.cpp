@@ -1,14 +1,16 @@
 #include "base/sha256.h"
 
-#include <openssl/sha.h>
-
 #include <array>
+#include <nettle/sha2.h>
 
 namespace nimbara {
 
 std::string sha256Hex(std::string_view bytes) {
-  std::array<unsigned char, SHA256_DIGEST_LENGTH> digest{};
-  SHA256(reinterpret_cast<unsigned char const*>(bytes.data()), bytes.size(), digest.data());
+  sha256_ctx sum;
+  sha256_init(&sum);
+  sha256_update(&sum, bytes.size(), reinterpret_cast<unsigned char const*>(bytes.data()));
+  std::array<unsigned char, SHA256_DIGEST_SIZE> digest{};
+  sha256_digest(&sum, digest.size(), digest.data());
   constexpr std::string_view kDigits = "0123456789abcdef";
   std::string hex;
   hex.reserve(2 * digest.size());

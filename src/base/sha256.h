@@ -1,4 +1,4 @@
-// SHA-256 (FIPS 180-4) through libcrypto.
+// SHA-256 (FIPS 180-4) through libnettle.
 #pragma once
 
 #include <string>

@@ -1,8 +1,7 @@
 #include "base/uuid.h"
 
-#include <openssl/sha.h>
-
 #include <cstring>
+#include <nettle/sha1.h>
 #include <random>
 
 namespace nimbara {
@@ -48,10 +47,12 @@ Uuid Uuid::random() {
 }
 
 Uuid Uuid::named(Uuid const& space, std::string_view name) {
-  std::string input(reinterpret_cast<char const*>(space.bytes.data()), space.bytes.size());
-  input += name;
-  std::array<unsigned char, SHA_DIGEST_LENGTH> digest{};
-  SHA1(reinterpret_cast<unsigned char const*>(input.data()), input.size(), digest.data());
+  sha1_ctx sum;
+  sha1_init(&sum);
+  sha1_update(&sum, space.bytes.size(), space.bytes.data());
+  sha1_update(&sum, name.size(), reinterpret_cast<unsigned char const*>(name.data()));
+  std::array<unsigned char, SHA1_DIGEST_SIZE> digest{};
+  sha1_digest(&sum, digest.size(), digest.data());
   Uuid uuid;
   std::memcpy(uuid.bytes.data(), digest.data(), uuid.bytes.size());
   return stamped(uuid, 5);

@@ -9,6 +9,7 @@
 #include "model/process.h"
 #include "model/weather_condition.h"
 #include "platform/linux/http/curl_http_client.h"
+#include "platform/linux/http/es256.h"
 #include "providers/common/wmo_code.h"
 #include "providers/metnorway/yr_no_client.h"
 #include "providers/weatherkit/apple_weather_client.h"
@@ -171,7 +172,7 @@ TEST_P(ForecastStandIns, WeatherKitIsReadAsItWasGenerated) {
   auto const keyFile = folder.path() / "key.p8";
   ASSERT_TRUE(writeFileAtomically(keyFile, key.pem()));
   WeatherData const data =
-      fetch<AppleWeatherClient>(AppleWeatherCredentials{keyFile, "KEY", "TEAM", "SERVICE"});
+      fetch<AppleWeatherClient>(AppleWeatherCredentials{keyFile, "KEY", "TEAM", "SERVICE", signEs256});
   ASSERT_EQ(data.daily.size(), 7U);
   EXPECT_GE(data.allHourly.size(), 7U * 24 - 1);
   for (HourlyForecast const& hour : data.allHourly) {

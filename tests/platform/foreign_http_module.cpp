@@ -11,5 +11,6 @@ nimbara::HttpModule const nimbaraHttpModule{
     {.request = sizeof(nimbara::HttpRequest) + 8},
     // Nobody must get as far as this.
     [](std::string const&) -> std::unique_ptr<nimbara::HttpClient> { std::abort(); },
+    nullptr,
 };
 }

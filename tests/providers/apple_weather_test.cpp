@@ -1,6 +1,7 @@
 #include "base/files/file.h"
 #include "base/json/json.h"
 #include "model/process.h"
+#include "platform/linux/http/es256.h"
 #include "providers/weatherkit/apple_weather_client.h"
 #include "providers/weatherkit/apple_weather_join.h"
 #include "providers/weatherkit/apple_weather_parser.h"
@@ -292,7 +293,7 @@ bool isSignedBy(TestKey const& key, TokenParts const& parts) {
 TEST(AppleWeatherTokens, AreSignedAndSayWhoAsks) {
   TestKey const key;
   TestKey const other;
-  AppleWeatherCredentials const credentials{"key.p8", "KEY1", "TEAM2", "org.example.weather"};
+  AppleWeatherCredentials const credentials{"key.p8", "KEY1", "TEAM2", "org.example.weather", signEs256};
   // Numbers that begin with zero bytes must keep their width.
   for (int i = 0; i < 300; ++i) {
     auto const token = signAppleWeatherToken(credentials, key.pem(), at("2026-11-21T09:20:00Z") + i * 1s);
@@ -312,7 +313,7 @@ TEST(AppleWeatherTokens, AreSignedAndSayWhoAsks) {
 TEST(AppleWeatherTokens, RefuseOtherKeysWithoutShowingThem) {
   TestKey const key;
   std::string const whole = key.pem();
-  AppleWeatherCredentials const credentials{"key.p8", "KEY1", "TEAM2", "S"};
+  AppleWeatherCredentials const credentials{"key.p8", "KEY1", "TEAM2", "S", signEs256};
   for (std::string const& pem :
        {std::string(), std::string("secret"), whole.substr(0, 120), TestKey("EC", "P-384").pem(),
         TestKey("ED25519").pem(), TestKey().pem("password")}) {
@@ -331,7 +332,7 @@ class AppleWeatherClientTest : public testing::Test {
         http_, clock_, ServiceAddress{"https://kit.example", ""}, [](Coordinate) { return "Europe/Berlin"; },
         std::move(credentials));
   }
-  AppleWeatherCredentials credentials() const { return {keyFile_, "KEY1", "TEAM2", "S"}; }
+  AppleWeatherCredentials credentials() const { return {keyFile_, "KEY1", "TEAM2", "S", signEs256}; }
 
   std::string token(std::size_t request) const {
     for (auto const& [name, value] : http_.requests.at(request).headers) {
@@ -405,7 +406,7 @@ TEST_F(AppleWeatherClientTest, AsksNobodyWithoutItsKey) {
             true,
             "Network error: WeatherKit cannot be used: the file " + none.string() +
                 " cannot be read: No such file or directory"},
-        Row{{bad, "K", "T", "S"},
+        Row{{bad, "K", "T", "S", signEs256},
             true,
             "Network error: WeatherKit cannot be used: the key file " + bad.string() +
                 " cannot be used: it does not contain an unencrypted P-256 private key in PEM format"}}) {

@@ -23,9 +23,10 @@ namespace nimbara {
 
 namespace {
 
-AppleWeatherCredentials credentialsOf(Settings const& settings) {
+AppleWeatherCredentials credentialsOf(Settings const& settings, LazyHttpClient& network) {
   return {settings.text("appleWeatherKeyFile"), settings.text("appleWeatherKeyID"),
-          settings.text("appleWeatherTeamID"), settings.text("appleWeatherServiceID")};
+          settings.text("appleWeatherTeamID"), settings.text("appleWeatherServiceID"),
+          [&network](std::string_view keyPem, std::string_view text) { return network.sign(keyPem, text); }};
 }
 
 /// Below the cache's folder; nowhere without one.
@@ -61,7 +62,7 @@ struct Composition::Parts {
         decorated(options.aroundNetwork ? options.aroundNetwork(network) : nullptr),
         http(decorated ? *decorated : network),
         appleWeather(http, clock, services.address(Service::appleWeather), offlineTimeZone,
-                     credentialsOf(settings)),
+                     credentialsOf(settings, network)),
         openMeteo(http, clock, services.address(Service::openMeteo)),
         yrNo(http, clock, services.address(Service::yrNo), offlineTimeZone,
              below(options.cacheDirectory, options.servicesBase.empty() ? "yrNo" : "yrNo.stand-in")),

@@ -6,19 +6,36 @@
 
 namespace nimbara {
 
-Result<HttpResponse, HttpError> LazyHttpClient::get(HttpRequest const& request, std::stop_token stop) {
+void LazyHttpClient::load() {
   std::call_once(loaded_, [this] {
     auto const* const module =
         static_cast<HttpModule const*>(loadModule(program_, kHttpModuleFile, kHttpModuleSymbol));
     isForeign_ = module != nullptr && module->layout != HttpLayout{};
-    if (module != nullptr && !isForeign_) client_ = module->make(userAgent_);
+    if (module != nullptr && !isForeign_) {
+      module_ = module;
+      client_ = module->make(userAgent_);
+    }
     // Much was run through on the way here that is not needed while the answer is awaited.
     giveBackCode();
   });
-  if (client_) return client_->get(request, std::move(stop));
+}
+
+std::string LazyHttpClient::whyNot() const {
   constexpr std::string_view kComponent = "the network component (nimbara-http.so) is ";
   std::string_view const why = isForeign_ ? "of another version; restart Nimbara" : "not installed";
-  return std::unexpected(HttpError{HttpError::Kind::protocol, std::string(kComponent) + std::string(why)});
+  return std::string(kComponent) + std::string(why);
+}
+
+Result<HttpResponse, HttpError> LazyHttpClient::get(HttpRequest const& request, std::stop_token stop) {
+  load();
+  if (client_) return client_->get(request, std::move(stop));
+  return std::unexpected(HttpError{HttpError::Kind::protocol, whyNot()});
+}
+
+Result<std::string, std::string> LazyHttpClient::sign(std::string_view keyPem, std::string_view text) {
+  load();
+  if (module_ != nullptr) return module_->sign(keyPem, text);
+  return std::unexpected(whyNot());
 }
 
 }  // namespace nimbara

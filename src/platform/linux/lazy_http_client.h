@@ -8,8 +8,11 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <string_view>
 
 namespace nimbara {
+
+struct HttpModule;
 
 class LazyHttpClient final : public HttpClient {
  public:
@@ -20,11 +23,18 @@ class LazyHttpClient final : public HttpClient {
   /// `protocol` for every request when that part is not installed, or is of another build than the program.
   Result<HttpResponse, HttpError> get(HttpRequest const& request, std::stop_token stop = {}) override;
 
+  /// An `Es256Signer`; a sentence as well when that part is not installed.
+  Result<std::string, std::string> sign(std::string_view keyPem, std::string_view text);
+
  private:
+  void load();
+  std::string whyNot() const;
+
   std::filesystem::path program_;
   std::string userAgent_;
   std::once_flag loaded_;
   bool isForeign_ = false;
+  HttpModule const* module_ = nullptr;
   std::unique_ptr<HttpClient> client_;
 };
 

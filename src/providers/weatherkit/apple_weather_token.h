@@ -5,6 +5,7 @@
 #include "base/result.h"
 #include "base/time/instant.h"
 #include "platform/clock.h"
+#include "platform/es256.h"
 
 #include <filesystem>
 #include <optional>
@@ -18,6 +19,7 @@ struct AppleWeatherCredentials {
   std::string keyID;
   std::string teamID;
   std::string serviceID;
+  Es256Signer sign = {};
 
   bool isConfigured() const {
     return !keyFile.empty() && !keyID.empty() && !teamID.empty() && !serviceID.empty();

@@ -1,6 +1,7 @@
 // What the module offers to the program that loads it. Both are built together; there is no other user.
 #pragma once
 
+#include "platform/es256.h"
 #include "platform/http_client.h"
 
 #include <cstddef>
@@ -15,6 +16,7 @@ struct HttpLayout {
   std::size_t request = sizeof(HttpRequest);
   std::size_t response = sizeof(HttpResponse);
   std::size_t error = sizeof(HttpError);
+  std::size_t signature = sizeof(Result<std::string, std::string>);
 
   bool operator==(HttpLayout const&) const = default;
 };
@@ -22,6 +24,7 @@ struct HttpLayout {
 struct HttpModule {
   HttpLayout layout;
   std::unique_ptr<HttpClient> (*make)(std::string const& userAgent);
+  Result<std::string, std::string> (*sign)(std::string_view keyPem, std::string_view text);
 };
 
 inline constexpr char kHttpModuleSymbol[] = "nimbaraHttpModule";
