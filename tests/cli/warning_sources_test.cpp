@@ -183,6 +183,56 @@ TEST_F(SourceCommands, RefuseASourceThatIsNotPossible) {
   EXPECT_THAT(unknown.err, HasSubstr("'weather' is not a source of official warnings"));
 }
 
+struct FallbackRow {
+  char const* name;
+  char const* place;
+  std::vector<Service> down;
+  std::vector<char const*> parts;
+};
+
+void PrintTo(FallbackRow const& row, std::ostream* out) {
+  *out << row.name;
+}
+
+struct Fallbacks : testing::TestWithParam<FallbackRow> {};
+
+TEST_P(Fallbacks, AreSaidInOneEntry) {
+  FixedClock const clock{at("2026-11-21T09:20:00Z")};
+  std::vector<DemoFault> faults;
+  for (Service const service : GetParam().down) faults.push_back({service, DemoFault::Kind::garbage});
+  auto const server = *DemoServer::start(clock, faults);
+  CliRun const run = test::run({"coverage", GetParam().place, "--json", "--services", server->baseUrl(),
+                                "--now", "2026-11-21T09:20:00Z"});
+  EXPECT_EQ(std::ranges::count(run.out, '{'), 1) << run.out;
+  for (char const* const part : GetParam().parts) EXPECT_THAT(run.out, HasSubstr(part));
+}
+
+constexpr char kTokyo[] = "35.68,139.69";
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, Fallbacks,
+    testing::Values(
+        FallbackRow{"None", kTokyo, {}, {R"("source":"wmo")", R"("insteadOf":null)"}},
+        FallbackRow{"Second",
+                    kTokyo,
+                    {Service::wmoWarnings},
+                    {R"("source":"fpas")", R"("since":null,"reason":null)",
+                     R"("insteadOf":"wmo","insteadReason":"the)"}},
+        FallbackRow{"OnlyTheSecond", kTokyo, {Service::fpas}, {R"("source":"wmo")", R"("insteadOf":null)"}},
+        FallbackRow{"All",
+                    kTokyo,
+                    {Service::wmoWarnings, Service::fpas},
+                    {R"("source":"wmo")", R"("state":"unchecked")", R"("insteadOf":null)"}},
+        FallbackRow{"NobodyFollows",
+                    "43.65,-79.38",
+                    {Service::eccc},
+                    {R"("source":"eccc","service":"Env)", R"("state":"unchecked")"}},
+        FallbackRow{"OfSvalbard",
+                    "78.22,15.65",
+                    {Service::metAlerts},
+                    {R"("source":"wmo")", R"("insteadOf":"metalerts")"}}),
+    [](auto const& row) { return row.param.name; });
+
 TEST(AlertSources, AreThoseOfTheTableAndTheForecasts) {
   std::vector<std::string_view> names{"generated"};
   for (OfficialSource const& source : officialSources()) names.push_back(source.name);
