@@ -172,6 +172,15 @@ TEST_F(SourceCommands, ListAndChooseTheSourceOfAPlace) {
   EXPECT_THAT(run({"places", "list", "--json"}).out, Not(HasSubstr("warningSource")));
 }
 
+TEST_F(SourceCommands, NameAnIssuerThatIsAskedItselfOnce) {
+  for (char const* const place : {"43.65,-79.38", "78.22,15.65"}) {
+    std::string const page = run({"alerts", place}).out;
+    EXPECT_THAT(page, HasSubstr(", issued ")) << place;
+    EXPECT_THAT(page, Not(HasSubstr(", via "))) << place;
+  }
+  EXPECT_THAT(run({"alerts", "52.52,13.41", "--source", "wmo"}).out, HasSubstr(", via "));
+}
+
 TEST_F(SourceCommands, RefuseASourceThatIsNotPossible) {
   CliRun const elsewhere = run({"places", "source", "Berlin", "nws"});
   EXPECT_EQ(elsewhere.exitCode, exitCode::kUnavailable);

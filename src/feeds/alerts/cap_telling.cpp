@@ -216,8 +216,9 @@ void setTexts(WeatherAlert& alert, std::vector<CapBlock const*> const& blocks, C
   alert.message = *alert.text;
   alert.isFullText = true;
   if (!info.language.empty()) alert.language = info.language;
-  if (auto issuer = issuerOf(*gravest.message->alert, info); !issuer.empty())
-    alert.issuer = std::move(issuer);
+  auto issuer = issuerOf(*gravest.message->alert, info);
+  // Where the issuer itself is asked, nobody passes its warnings on.
+  if (!issuer.empty() && issuer != alert.source) alert.issuer = std::move(issuer);
   if (!gravest.message->link.empty())
     alert.link = gravest.message->link;
   else if (isAddress(info.web))
