@@ -51,11 +51,11 @@ constexpr PlaceRow kPlaces[] = {
     {"CL", kWmo, warnings, "wmo", warnings, kInstead},
     {"CO", kWmo, warnings, "wmo", warnings, kInstead},
     {"PE", kWmo, unplaced, "wmo", warnings, kInstead},  // for the whole country
-    {"JM", kWmo, none, "wmo", none, kInstead},
+    {"JM", kWmo, none, "wmo", unchecked, "wmo"},        // nor does it read this feed
     {"KZ", kWmo, warnings, "wmo", warnings, kInstead},
     {"RU", kWmo, warnings, "wmo", warnings, kInstead},
     {"IN", kWmo, warnings, "wmo", warnings, kInstead},
-    {"CN", kWmo, warnings, "wmo", unchecked, "wmo"},  // the other has no shapes for it
+    {"CN", kWmo, warnings, "wmo", unchecked, "wmo"},  // the other cannot draw its areas
     {"HK", kWmo, warnings, "wmo", warnings, kInstead},
     {"MO", kWmo, warnings, "wmo", warnings, kInstead},
     {"JP", kWmo, warnings, "wmo", warnings, kInstead},
@@ -65,18 +65,18 @@ constexpr PlaceRow kPlaces[] = {
     {"TH", kWmo, warnings, "wmo", warnings, kInstead},
     {"SA", kWmo, warnings, "wmo", warnings, kInstead},
     {"AE", kWmo, none, "wmo", none, kInstead},
-    {"YE", kWmo, uncovered, "wmo", uncovered, kInstead},
+    {"YE", kWmo, uncovered, "wmo", unchecked, "wmo"},
     {"AU", kWmo, warnings, "wmo", warnings, kInstead},
     {"NZ", kWmo, none, "wmo", none, kInstead},
     {"FJ", kWmo, warnings, "wmo", warnings, kInstead},
-    {"PG", kWmo, uncovered, "wmo", uncovered, kInstead},
+    {"PG", kWmo, uncovered, "wmo", unchecked, "wmo"},
     {"ZA", kWmo, warnings, "wmo", warnings, kInstead},
     {"KE", kWmo, warnings, "wmo", warnings, kInstead},
     {"NG", kWmo, unplaced, "wmo", warnings, kInstead},
     {"EG", kWmo, none, "wmo", none, kInstead},
     {"TZ", kWmo, warnings, kInstead, warnings, kInstead},  // the centre answers 200 with an exception
     {"MG", kWmo, unchecked, "wmo", unchecked, "wmo"},      // and so do both
-    {"TD", kWmo, uncovered, "wmo", uncovered, kInstead},
+    {"TD", kWmo, uncovered, "wmo", unchecked, "wmo"},
 };
 
 /// Waits for nobody long.

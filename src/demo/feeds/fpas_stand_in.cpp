@@ -35,6 +35,10 @@ std::optional<DemoWorldMessage> messageOf(std::string_view uuid) {
   return demoMessageOf(code);
 }
 
+bool isServed(DemoIssuer const& issuer) {
+  return issuer.isMirrored() && issuer.isAtServer;
+}
+
 bool canDraw(DemoIssuer const& issuer) {
   return issuer.shape != DemoShape::codes;
 }
@@ -74,7 +78,7 @@ DemoAnswer fpasArea(DemoRequest const& request, Instant now) {
   if (issuer != nullptr && issuer->silence == DemoSilence::everywhere)
     return {200, "<!doctype html><title>Maintenance</title><p>We are back soon.", {}};
   std::vector<std::string> identifiers;
-  if (issuer != nullptr && issuer->isMirrored() && canDraw(*issuer)) {
+  if (issuer != nullptr && isServed(*issuer) && canDraw(*issuer)) {
     for (auto const& message : demoWorldMessages(*issuer, demoWarnedTile(*issuer, *place), now))
       identifiers.push_back(dashed(message.code()));
   }
@@ -110,7 +114,7 @@ DemoAnswer fpasAreaStatus(DemoRequest const& request, Instant now) {
   for (DemoIssuer const& issuer : demoIssuers()) {
     std::string const country = asciiLowered(issuer.countryCode);
     bool const isAsked = wanted.empty() || std::ranges::find(countries, country) != countries.end();
-    if (isAsked && issuer.isMirrored()) writeFeed(json, issuer, now);
+    if (isAsked && isServed(issuer)) writeFeed(json, issuer, now);
   }
   json.endList();
   json.endObject();

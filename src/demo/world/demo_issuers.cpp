@@ -102,7 +102,8 @@ constexpr DemoIssuer kIssuers[] = {
      .town = "Kingston",
      .place = {17.98, -76.79},
      .temper = calm,
-     .zoneMinutes = -300},
+     .zoneMinutes = -300,
+     .isAtServer = false},
 
     // Asia
     {.countryCode = "KZ",

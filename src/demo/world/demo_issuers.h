@@ -62,9 +62,10 @@ struct DemoIssuer {
   unsigned habits = kPlain;
   int zoneMinutes = 0;  ///< of the times in its messages, ahead of Greenwich
   DemoSilence silence = DemoSilence::none;
+  bool isAtServer = true;  ///< the public alert server reads the feed that the centre mirrors
 
   bool has(DemoHabit habit) const { return (habits & habit) != 0; }
-  /// The centre and the public alert server have the country's messages.
+  /// The centre has the country's messages.
   bool isMirrored() const { return source != DemoSource::nobody; }
 };
 

@@ -123,9 +123,15 @@ GovSourceState failing(std::vector<GovSourceState> const& route) {
   return state;
 }
 
+/// One that has nothing of the country says nothing of what another could not tell.
 GovSourceState servingState(std::vector<GovSourceState> const& route) {
-  auto const good = std::ranges::find_if(route, isGood);
-  return good == route.end() ? failing(route) : answering(route, *good);
+  auto const informed = std::ranges::find_if(
+      route, [](GovSourceState const& state) { return isGood(state) && !state.knowsNothing(); });
+  if (informed != route.end()) return answering(route, *informed);
+  if (isGood(route.front())) return route.front();
+  auto others = route;
+  std::erase_if(others, isGood);
+  return failing(others);
 }
 
 void fail(GovSourceState& state, GovSourceFailure failure, Instant now) {
