@@ -136,6 +136,21 @@ TEST_F(WarningRouting, SaysTheFirstReasonAndWhatWasKnownLastWhereAllFail) {
   EXPECT_EQ(coverage.insteadOf, std::nullopt);
 }
 
+TEST_F(WarningRouting, LetsNobodyAnswerWhoKnowsNothingOfTheCountry) {
+  GovSourceAnswer blind;
+  blind.isBlind = true;
+  first_.answer = failing(kBroken);
+  second_.answer = blind;
+  GovAlertService gov = service();
+  SourceCoverage const failed = only(gov.fetchAlerts(place_));
+  EXPECT_EQ(failed.source, "first");
+  EXPECT_EQ(failed.state, CoverageState::unchecked);
+  EXPECT_EQ(failed.reason, kBroken);
+  clock_.advance(10min);
+  first_.answer = blind;
+  EXPECT_EQ(only(gov.fetchAlerts(place_)).state, CoverageState::uncovered);
+}
+
 TEST_F(WarningRouting, AsksAgainOnlyAfterTheRest) {
   GovAlertService gov = service();
   gov.fetchAlerts(place_);
