@@ -87,6 +87,22 @@ QImage settled(QQuickWindow* window) {
   return picture;
 }
 
+int greatestDifference(QImage const& one, QImage const& other) {
+  if (one.size() != other.size()) return 256;
+  int greatest = 0;
+  for (int y = 0; y < one.height(); ++y) {
+    for (int x = 0; x < one.width(); ++x) {
+      QRgb const a = one.pixel(x, y), b = other.pixel(x, y);
+      if (a == b) continue;
+      for (int const part : {0, 8, 16}) {
+        int const difference = static_cast<int>((a >> part) & 255) - static_cast<int>((b >> part) & 255);
+        greatest = std::max(greatest, std::abs(difference));
+      }
+    }
+  }
+  return greatest;
+}
+
 void keepPicture(QImage const& picture, std::string const& state, DesktopPage page, DesktopTheme theme,
                  WindowSize size) {
   QDir const folder(QString::fromUtf8(test::kPictures));

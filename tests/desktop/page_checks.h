@@ -43,6 +43,9 @@ void openAll(QQuickItem* root);
 /// The window's picture once what was laid out or opened has found its place.
 QImage settled(QQuickWindow* window);
 
+/// Of red, green or blue at any point, 0 to 255; 256 for pictures of different sizes.
+int greatestDifference(QImage const& one, QImage const& other);
+
 void keepPicture(QImage const& picture, std::string const& state, DesktopPage page, DesktopTheme theme,
                  WindowSize size);
 

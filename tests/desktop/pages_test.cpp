@@ -72,7 +72,8 @@ TEST_F(PageTest, LookTheSameAfterTheWindowGrewAndShrank) {
       shown->resize(size);
       settled(shown);
     }
-    EXPECT_EQ(settled(shown), before) << enumName(page);
+    // Edges of large letters are rounded anew.
+    EXPECT_LE(greatestDifference(settled(shown), before), 16) << enumName(page);
   }
   EXPECT_THAT(complaints(), IsEmpty());
 }
@@ -82,7 +83,9 @@ QQuickItem* buttonNamed(QQuickItem* root, std::string const& start) {
   QQuickItem* found = nullptr;
   visitVisible(root, [&](QQuickItem* item) {
     bool const isButton = item->inherits("QQuickAbstractButton");
-    if (found == nullptr && isButton && accessibleName(item).starts_with(start)) found = item;
+    // A page that is left stays visible for a moment.
+    bool const isMeant = isButton && item->isEnabled() && accessibleName(item).starts_with(start);
+    if (found == nullptr && isMeant) found = item;
   });
   return found;
 }
@@ -205,16 +208,19 @@ TEST_F(Keyboard, GoesToTheSourcesAtOneClickFromAFailedCheckAndBack) {
   model.show(uncheckedHazards());
   for (char const* const from : {"now", "hazards"}) {
     window.window()->setProperty("page", QLatin1String(from));
-    QCoreApplication::processEvents();
-    QQuickItem* const link = buttonNamed(window.window()->contentItem(), "Sources");
-    ASSERT_NE(link, nullptr) << from;
-    QTest::mouseClick(window.window(), Qt::LeftButton, {},
-                      link->mapToScene(link->boundingRect().center()).toPoint());
-    EXPECT_TRUE(QTest::qWaitFor([&] { return page() == "sources"; })) << from;
+    // What is being loaded may still move the button.
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+      QQuickItem const* const link = buttonNamed(window.window()->contentItem(), "Sources");
+      if (page() == "sources" || link == nullptr) return page() == "sources";
+      QTest::mouseClick(window.window(), Qt::LeftButton, {},
+                        link->mapToScene(link->boundingRect().center()).toPoint());
+      return page() == "sources";
+    })) << from;
     EXPECT_GT(model.sources()->places()->count(), 0);
     EXPECT_TRUE(QTest::qWaitFor([&] {
-      return accessibleName(window.window()->activeFocusItem()) == "Sources of official warnings";
-    }));
+      QQuickItem* const item = window.window()->activeFocusItem();
+      return item != nullptr && accessibleName(item) == "Sources of official warnings";
+    })) << from;
     press(Qt::Key_Escape);
     EXPECT_EQ(page(), from);
   }

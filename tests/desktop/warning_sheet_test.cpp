@@ -57,6 +57,7 @@ TEST_P(WarningSheets, AreReadable) {
   state.govAlerts = {stormWarning(), alertOf(AlertSeverity::advisory, "Fog")};
   std::string const id = state.govAlerts.front().id.text();
   auto const snapshot = snapshotOf(std::move(state));
+  snapshot->place = Place{{60.1, 10.2}, "Testville", "Norway", "Region"};
   snapshot->settings =
       std::make_shared<SettingsState const>(settingsWith({{"desktop_reducedMotion", std::string("on")}}));
   model.show(snapshot);

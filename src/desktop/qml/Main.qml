@@ -23,7 +23,7 @@ Window {
     readonly property var otherPages: pages.slice(shownPages)
     // The page of sources belongs to the one of hazards, and goes back to where it was opened.
     readonly property string way: page === "sources" ? "hazards" : page
-    property string last: "hazards"
+    property string last: "now"
     onPageChanged: if (page !== "sources") last = page
     readonly property bool wantsPlace: App.isReady && !App.now.hasPlace
 

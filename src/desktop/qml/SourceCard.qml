@@ -50,7 +50,6 @@ Rectangle {
         id: fact
         property string name
         property string value
-        width: parent ? parent.width : 0
         visible: value !== ""
         spacing: 2
         Words {
@@ -115,10 +114,18 @@ Rectangle {
             Accessible.role: Accessible.StaticText
             Accessible.name: text
         }
-        Fact { name: App.sources.words.source; value: card.service }
-        Fact { name: App.sources.words.checked; value: card.checked }
-        Fact { name: App.sources.words.lacks; value: card.lacks }
-        Fact { name: App.sources.words.next; value: card.next }
+        Grid {
+            id: facts
+            readonly property real column: (width - (columns - 1) * columnSpacing) / columns
+            width: parent.width
+            columns: width < 560 * Theme.scale ? 1 : 2
+            columnSpacing: 3 * Theme.space
+            rowSpacing: 1.5 * Theme.space
+            Fact { width: facts.column; name: App.sources.words.source; value: card.service }
+            Fact { width: facts.column; name: App.sources.words.checked; value: card.checked }
+            Fact { width: facts.column; name: App.sources.words.lacks; value: card.lacks }
+            Fact { width: facts.column; name: App.sources.words.next; value: card.next }
+        }
         Column {
             width: parent.width
             visible: card.sources.length > 1

@@ -16,7 +16,7 @@ T.Popup {
 
     parent: T.Overlay.overlay
     width: parent ? Math.min(parent.width - 2 * margin, Math.max(760, 760 * Theme.scale)) : 0
-    height: fills ? most : Math.min(most, head.height + body.contentHeight + 7 * Theme.space)
+    height: fills ? most : Math.min(most, head.height + body.contentHeight + Theme.space)
     x: parent ? Math.round((parent.width - width) / 2) : 0
     y: parent ? Math.round((parent.height - height) / 2) : 0
     modal: true
