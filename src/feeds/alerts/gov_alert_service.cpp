@@ -203,23 +203,23 @@ GovAlertPlace GovAlertService::withChoice(GovAlertPlace place) const {
   return place;
 }
 
-GovAlerts GovAlertService::fetchAlerts(GovAlertPlace const& asked, std::vector<std::string> const& names,
+GovAlerts GovAlertService::fetchAlerts(GovAlertPlace const& place, std::vector<std::string> const& names,
                                        std::stop_token const& stop) {
-  GovAlertPlace const place = withChoice(asked);
-  Sources const sources = sourcesFor(place, names);
+  GovAlertPlace const asked = withChoice(place);
+  Sources const sources = sourcesFor(asked, names);
   if (sources.empty()) return {};
-  auto const turn = turnOf(place);
+  auto const turn = turnOf(asked);
   std::lock_guard const guard(*turn);
-  States states = copyOfStates(place);
+  States states = copyOfStates(asked);
   if (routing_.route) {
-    askAlong(sources, place, states, stop);
+    askAlong(sources, asked, states, stop);
   } else {
     for (GovAlertSource const* const source : sources)
-      ask(*source, place, stateOf(states, source->name), stop);
+      ask(*source, asked, stateOf(states, source->name), stop);
   }
   auto result = summary(sources, states);
-  keep(place, states);
-  remember(place, std::move(states));
+  keep(asked, states);
+  remember(asked, std::move(states));
   return result;
 }
 
@@ -270,10 +270,10 @@ std::shared_ptr<std::mutex> GovAlertService::turnOf(GovAlertPlace const& place) 
   return turn;
 }
 
-GovAlerts GovAlertService::keptAlerts(GovAlertPlace const& asked, std::vector<std::string> const& names) {
-  GovAlertPlace const place = withChoice(asked);
-  States states = copyOfStates(place);
-  return summary(sourcesFor(place, names), states);
+GovAlerts GovAlertService::keptAlerts(GovAlertPlace const& place, std::vector<std::string> const& names) {
+  GovAlertPlace const asked = withChoice(place);
+  States states = copyOfStates(asked);
+  return summary(sourcesFor(asked, names), states);
 }
 
 GovAlertService::States GovAlertService::copyOfStates(GovAlertPlace const& place) {
