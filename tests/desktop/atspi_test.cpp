@@ -154,8 +154,8 @@ class Window {
     setenv("QT_QPA_PLATFORM", "xcb", 1);
     setenv("QT_QUICK_BACKEND", "software", 1);
     setenv("XDG_RUNTIME_DIR", folder_.path().c_str(), 1);
-    execlp("xvfb-run", "xvfb-run", "-a", "-s", "-screen 0 1300x2600x24", program.c_str(), "--demo", "--now",
-           "2026-11-21T09:20:00Z", "--page", page, "--size", "1280x2500", nullptr);
+    execlp("xvfb-run", "xvfb-run", "-a", "-s", "-screen 0 1300x3000x24", program.c_str(), "--demo", "--now",
+           "2026-11-21T09:20:00Z", "--page", page, "--size", "1280x2900", nullptr);
     _exit(127);
   }
   ~Window() {
