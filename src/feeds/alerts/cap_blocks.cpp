@@ -184,7 +184,7 @@ std::string textOf(CapInfo const& info) {
 
 std::string issuerOf(CapAlert const& message, CapInfo const& info) {
   if (!trimmed(info.senderName).empty()) return std::string(trimmed(info.senderName));
-  // Of "name@service.example" the person is nobody's business.
+  // Of "name@service" the person is nobody's business.
   return message.sender.substr(message.sender.find('@') + 1);
 }
 
