@@ -49,7 +49,7 @@ constexpr KindWords kKindWords[] = {
     {wind,
      "squall|大风|大風|強風|强风|季候風|暴風|강풍|ветер|ветр|шквал|шторм|رياح|عاصفة|angin "
      "kencang|ลมแรง|พายุ|gió mạnh|"
-     "fırtına|आंधी|आँधी|vendaval|monção"},
+     "strong monsoon|fırtına|आंधी|आँधी|vendaval|monção"},
 };
 
 constexpr std::array kColours = std::to_array<std::string_view>({"green", "yellow", "orange", "red"});
@@ -97,8 +97,10 @@ WarningKind kindInWords(std::string_view text) {
 /// American names only in English: parts of them are parts of other languages' words.
 WarningKind kindOfName(std::string_view name, bool isEnglish) {
   if (trimmed(name).empty()) return other;
-  if (isEnglish) {
-    if (auto const kind = nwsWarningKind(name); kind != other) return kind;
+  if (auto const kind = isEnglish ? nwsWarningKind(name) : other; kind != other) {
+    // Of a storm they do not say of what.
+    auto const further = kind == wind ? kindInWords(name) : other;
+    return further == other ? kind : further;
   }
   auto const type = meteoAlarmTypeInWords(name);
   // The European names have no tropical cyclones: theirs are storms.

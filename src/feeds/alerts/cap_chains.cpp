@@ -2,7 +2,9 @@
 
 #include "base/text/text.h"
 #include "feeds/alerts/cap_blocks.h"
+#include "feeds/alerts/cap_keys.h"
 #include "feeds/alerts/cap_likeness.h"
+#include "feeds/cap/cap_language.h"
 
 #include <algorithm>
 #include <array>
@@ -23,23 +25,6 @@ constexpr std::size_t kMostParts = 16;
 /// What is remembered of a chain beside its beginning.
 constexpr std::size_t kMostLinks = 200;
 
-std::string keyOf(std::string_view sender, std::string_view identifier) {
-  return std::string(sender) + "," + std::string(identifier);
-}
-
-/// Where a service names no sender its identifiers are its own affair, and so it is the service that is
-/// named.
-std::string keyOf(CapAlert const& message) {
-  if (!message.sender.empty() || message.infos.empty()) return keyOf(message.sender, message.identifier);
-  return keyOf(message.infos.front().senderName, message.identifier);
-}
-
-std::string keyOf(CapReference const& reference, CapAlert const& of) {
-  return of.sender.empty() && reference.sender.empty() && !of.infos.empty()
-             ? keyOf(of.infos.front().senderName, reference.identifier)
-             : keyOf(reference.sender, reference.identifier);
-}
-
 /// Groups of numbers that grow together.
 class Groups {
  public:
@@ -58,12 +43,15 @@ class Groups {
   std::vector<std::size_t> parents_;
 };
 
-/// A key that a message has or refers to.
+/// A key that a message has or refers to, or a root that is known from before.
 struct Node {
-  std::string key;
+  CapKey key;
   std::optional<Instant> sent;
   bool isListed = false;
   EventRoot const* known = nullptr;
+  std::string_view root = {};  ///< the text of one that is only known
+
+  std::string text() const { return root.empty() ? key.text() : std::string(root); }
 };
 
 struct Member {
@@ -87,6 +75,7 @@ class Chains {
  public:
   Chains(std::span<PlacedMessage const> messages, KnownEvents const& known) : known_(known) {
     members_.reserve(messages.size());
+    byKey_.reserve(2 * messages.size());
     for (PlacedMessage const& message : messages) add(message);
     joinKnown();
     joinTranslations();
@@ -94,13 +83,15 @@ class Chains {
   }
 
   std::vector<CapChain> list() {
-    std::map<std::size_t, std::vector<Member const*>> byGroup;
     std::set<std::size_t> concerned;
     for (Member const& member : members_) {
-      byGroup[groups_.of(member.node)].push_back(&member);
       bool const isBareEnd = member.alert().infos.empty();
       if (member.reach != Reach::elsewhere || (isBareEnd && isKnown(member)))
         concerned.insert(groups_.of(member.node));
+    }
+    std::map<std::size_t, std::vector<Member const*>> byGroup;
+    for (Member const& member : members_) {
+      if (concerned.contains(groups_.of(member.node))) byGroup[groups_.of(member.node)].push_back(&member);
     }
     std::map<std::size_t, std::vector<Node const*>> nodes;
     for (std::size_t i = 0; i < nodes_.size(); ++i) {
@@ -115,15 +106,25 @@ class Chains {
   }
 
  private:
-  std::size_t nodeOf(std::string key) {
-    auto const [entry, isNew] = byKey_.try_emplace(std::move(key), nodes_.size());
-    if (isNew) {
-      auto const found = known_.roots.find(entry->first);
-      EventRoot const* const known = found == known_.roots.end() ? nullptr : &found->second;
-      nodes_.push_back({entry->first, known == nullptr ? std::nullopt : known->sent, false, known});
-      groups_.add();
-    }
+  std::size_t nodeOf(CapKey const& key) {
+    auto const [entry, isNew] = byKey_.try_emplace(key, nodes_.size());
+    if (isNew) addNode({key, {}, false, nullptr});
     return entry->second;
+  }
+
+  std::size_t nodeOfRoot(std::string const& root) {
+    if (auto const found = byKey_.find(std::string_view(root)); found != byKey_.end()) return found->second;
+    auto const [entry, isNew] = roots_.try_emplace(root, nodes_.size());
+    if (!isNew) return entry->second;
+    auto const found = known_.roots.find(root);
+    EventRoot const* const known = found == known_.roots.end() ? nullptr : &found->second;
+    addNode({{}, known == nullptr ? std::nullopt : known->sent, false, known, root});
+    return entry->second;
+  }
+
+  void addNode(Node node) {
+    nodes_.push_back(std::move(node));
+    groups_.add();
   }
 
   void add(PlacedMessage const& placed) {
@@ -159,9 +160,13 @@ class Chains {
   }
 
   void joinKnown() {
-    std::size_t const listed = nodes_.size();
-    for (std::size_t i = 0; i < listed; ++i) {
-      if (nodes_[i].known != nullptr) groups_.join(nodeOf(nodes_[i].known->root), i);
+    for (auto const& [key, known] : known_.roots) {
+      auto const found = byKey_.find(std::string_view(key));
+      if (found == byKey_.end()) continue;
+      Node& node = nodes_[found->second];
+      node.known = &known;
+      if (!node.sent) node.sent = known.sent;
+      groups_.join(nodeOfRoot(known.root), found->second);
     }
   }
 
@@ -186,7 +191,7 @@ class Chains {
         if (translation == Translation::surely) joinTexts(one, other);
         if (translation != Translation::perhaps) continue;
         perhaps.push_back(other);
-        languages.insert(members_[other].alert().infos.front().language);
+        languages.insert(languageTag(members_[other].alert().infos.front().language));
       }
       // Two in one language are two events, and nobody knows of which this one is the translation.
       if (perhaps.size() != languages.size()) continue;
@@ -214,8 +219,8 @@ class Chains {
       auto& sent = byLikeness[likeness.text][groups_.of(member.node)];
       sent = std::max(sent, member.alert().sent);
       if (!likeness.hasHour) continue;
-      auto const known = known_.roots.find(kLikeness + likeness.text);
-      if (known != known_.roots.end()) groups_.join(nodeOf(known->second.root), member.node);
+      auto const known = known_.roots.find(shortened(likeness));
+      if (known != known_.roots.end()) groups_.join(nodeOfRoot(known->second.root), member.node);
     }
     for (auto const& [text, groups] : byLikeness) {
       std::set<std::optional<Instant>> times;
@@ -321,9 +326,9 @@ class Chains {
     std::vector<Node const*> newest = nodes;
     std::ranges::stable_sort(newest, std::ranges::greater{}, &Node::sent);
     for (Node const* const node : newest | std::views::take(kMostLinks))
-      chain.links.push_back({node->key, node->sent});
+      chain.links.push_back({node->text(), node->sent});
     Likeness const likeness = likenessOf(part->alert());
-    if (likeness.hasHour) chain.likeness = kLikeness + likeness.text;
+    if (likeness.hasHour) chain.likeness = shortened(likeness);
     return chain;
   }
 
@@ -331,21 +336,25 @@ class Chains {
   static std::string rootOf(std::vector<Node const*> const& nodes, bool& isKnown) {
     auto const age = [](Node const* node) {
       Instant const unsaid = node->isListed ? Instant::min() : Instant::max();
-      return std::tuple(node->known == nullptr, node->sent.value_or(unsaid), std::string_view(node->key));
+      return std::tuple(node->known == nullptr, node->sent.value_or(unsaid), node->text());
     };
     Node const* const oldest = *std::ranges::min_element(nodes, {}, age);
     isKnown = oldest->known != nullptr;
-    return isKnown ? oldest->known->root : oldest->key;
+    return isKnown ? oldest->known->root : oldest->text();
   }
 
-  static inline std::string const kLikeness = "like|";
+  /// A country's outlines are long.
+  static std::string shortened(Likeness const& likeness) {
+    return "like|" + govAlertId(likeness.text).text();
+  }
 
   KnownEvents const& known_;
   std::vector<Member> members_;
   std::vector<Node> nodes_;
-  std::unordered_map<std::string, std::size_t> byKey_;
-  Groups groups_;  ///< of nodes: events
-  Groups texts_;   ///< of members: one message in several languages
+  std::unordered_map<CapKey, std::size_t, CapKeyHash, CapKeyEqual> byKey_;
+  std::unordered_map<std::string_view, std::size_t> roots_;  ///< nodes of those that are only known
+  Groups groups_;                                            ///< of nodes: events
+  Groups texts_;                                             ///< of members: one message in several languages
 };
 
 }  // namespace

@@ -55,7 +55,7 @@ Names namesOf(CapAlert const& message) {
 
 Names languagesOf(CapAlert const& message) {
   Names languages;
-  for (CapInfo const& info : message.infos) languages.insert(primaryLanguage(info.language));
+  for (CapInfo const& info : message.infos) languages.insert(languageTag(info.language));
   return languages;
 }
 
@@ -102,7 +102,7 @@ std::string languageFreeText(CapAlert const& message) {
 Translation translationOf(CapAlert const& a, CapAlert const& b) {
   CapInfo const& one = a.infos.front();
   CapInfo const& other = b.infos.front();
-  if (primaryLanguage(one.language) == primaryLanguage(other.language) || !mayBeOneKind(one, other))
+  if (languageTag(one.language) == languageTag(other.language) || !mayBeOneKind(one, other))
     return Translation::no;
   if (haveCommon(languagesOf(a), languagesOf(b))) return Translation::no;
   if (withoutLanguage(a.identifier) == withoutLanguage(b.identifier)) return Translation::surely;

@@ -20,10 +20,10 @@ constexpr std::size_t kMostNear = 20;
 constexpr std::size_t kMostCorners = 4000;
 constexpr std::size_t kMostShapes = 200;
 
-/// The blocks of one language, in their order.
+/// The blocks of one language and script, in their order.
 struct Group {
   std::string language;
-  int rank = 0;  ///< for the reader
+  std::pair<int, bool> rank;  ///< for the reader: of the language, and whether it is another region's
   std::vector<CapBlock> blocks;
 };
 
@@ -31,10 +31,10 @@ std::vector<Group> groupsOf(std::span<CapMessage const* const> messages, std::st
   std::vector<Group> groups;
   for (CapMessage const* const message : messages) {
     for (CapInfo const& info : message->alert->infos) {
-      std::string const language = primaryLanguage(info.language);
+      std::string const language = languageTag(info.language);
       auto found = std::ranges::find(groups, language, &Group::language);
       if (found == groups.end()) {
-        groups.push_back({language, languageRank(info.language, reader), {}});
+        groups.push_back({language, {languageRank(language, reader), language != languageTag(reader)}, {}});
         found = std::prev(groups.end());
       }
       found->blocks.push_back({&info, message, {}});

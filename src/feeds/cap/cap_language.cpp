@@ -2,11 +2,19 @@
 
 #include "base/text/text.h"
 
+#include <algorithm>
+
 namespace nimbara {
 
 std::string primaryLanguage(std::string_view tag) {
   std::string const primary = asciiLowered(tag.substr(0, tag.find_first_of("-_.@")));
   return primary == "nb" || primary == "nn" ? "no" : primary;
+}
+
+std::string languageTag(std::string_view tag) {
+  std::string lowered = asciiLowered(tag.substr(0, tag.find_first_of(".@")));
+  std::ranges::replace(lowered, '_', '-');
+  return lowered;
 }
 
 int languageRank(std::string_view text, std::string_view language) {
