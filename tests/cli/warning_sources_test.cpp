@@ -132,16 +132,18 @@ TEST_F(SourceReports, SayWhoServesAPlaceAndWhoFollows) {
                                          placeSources(berlin, alerts_, kNow)};
   EXPECT_EQ(sourceReport(places, texts, Calendar::utc(), kNow),
             R"(Tokyo
-  asked          WMO Severe Weather Information Centre
-  state          No official warnings, checked 2:40 PM. Checked through FOSS Public Alert Server because WMO Severe Weather Information Centre was unavailable: the service returned an error (HTTP 503)
-  cannot give    Not every country takes part; No warned areas in mainland China; Levels of different issuers cannot be compared; Run by volunteers, on trial
-  if it fails    FOSS Public Alert Server
+  asked           WMO Severe Weather Information Centre
+  state           No official warnings, checked 2:40 PM. Checked through FOSS Public Alert Server because WMO Severe Weather Information Centre was unavailable: the service returned an error (HTTP 503)
+  last good check 2:40 PM
+  cannot give     Not every country takes part; No warned areas in mainland China; Levels of different issuers cannot be compared; Run by volunteers, on trial
+  if it fails     FOSS Public Alert Server
 
 Berlin
-  asked          Deutscher Wetterdienst (your choice)
-  state          Official warnings have not been checked yet
-  cannot give    No flood warnings; Texts are in English and German only
-  if it fails    what was known is shown with the time of the last check
+  asked           Deutscher Wetterdienst (your choice)
+  state           Official warnings have not been checked yet
+  last good check never
+  cannot give     No flood warnings; Texts are in English and German only
+  if it fails     what was known is shown with the time of the last check
 )");
   std::string const json = sourceReportJson({places[0]}, texts);
   for (char const* const part :

@@ -3,6 +3,7 @@
 #include "app/words/coverage_text.h"
 #include "base/text/display_text.h"
 #include "base/text/text.h"
+#include "base/words/time_words.h"
 #include "feeds/alerts/official_sources.h"
 #include "feeds/alerts/warning_route.h"
 
@@ -43,7 +44,7 @@ bool isUsual(PlaceSources const& place) {
 }
 
 std::string row(std::string_view label, std::string const& text) {
-  return "  " + fitted(label, 14) + " " + text + "\n";
+  return "  " + fitted(label, 15) + " " + text + "\n";
 }
 
 std::string section(PlaceSources const& place, Texts const& texts, Calendar const& calendar, Instant now) {
@@ -51,6 +52,8 @@ std::string section(PlaceSources const& place, Texts const& texts, Calendar cons
   std::string out = oneLine(place.place) + "\n";
   out += row("asked", warningServiceName(place.route.front()) + (isUsual(place) ? "" : " (your choice)"));
   out += row("state", coverageText(place.coverage, texts, calendar, now));
+  auto const checkedAt = place.coverage.checkedAt;
+  out += row("last good check", checkedAt ? TimeWords(texts, calendar).moment(*checkedAt, now) : "never");
   if (!lacks.empty()) out += row("cannot give", joined(lacks));
   auto const next = followers(place);
   return out + row("if it fails", next.empty() ? "what was known is shown with the time of the last check"
