@@ -31,7 +31,9 @@ std::shared_ptr<EngineSnapshot> lived(std::shared_ptr<Texts const> const& texts)
   NotificationsState notifications = crowdedState();
   notifications.log.resize(4);
   snapshot->notifications = std::make_shared<NotificationsState const>(std::move(notifications));
-  snapshot->settings = std::make_shared<SettingsState const>(troubledSettings());
+  SettingsState settings = troubledSettings();
+  settings.wish.reducesMotion = true;  // pictures are finished at once
+  snapshot->settings = std::make_shared<SettingsState const>(std::move(settings));
   snapshot->places.offersCurrentLocation = true;
   snapshot->location.phase = LocationState::Phase::denied;
   Wording wording;
