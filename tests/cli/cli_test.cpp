@@ -217,7 +217,11 @@ TEST(ForecastFaults, NameAnUnverifiedCertificateAndAnUnknownHost) {
 }
 
 TEST(ForecastFaults, NameEveryProviderThatWasAsked) {
-  LoopbackServer const server(LoopbackServer::always(httpAnswer("", "", "503 Service Unavailable")));
+  // One request a connection: the sources of warnings are asked at the same time.
+  LoopbackServer const server([](test::Connection& connection) {
+    std::ignore = connection.readRequest();
+    connection.write(httpAnswer("", "Connection: close\r\n", "503 Service Unavailable"));
+  });
   expectOneLine(run({"forecast", "1,2", "--services", server.url("")}), exitCode::kUnavailable,
                 "could not fetch a forecast: openMeteo (Server returned HTTP 503), yrNo (Server returned "
                 "HTTP 503), wttrIn (Server returned HTTP 503); the service has a problem");
