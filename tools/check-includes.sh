@@ -45,6 +45,7 @@ declare -A rooms=(
   [feeds/fpas]="cap fetching"
   [feeds/metalerts]="cap fetching"
   [feeds/meteoalarm]="alerts awareness cap fetching regions"
+  [feeds/nowcast]="fetching"
   [feeds/nws]="cap fetching"
   [feeds/quakes]="fetching"
   [feeds/space]="fetching"

@@ -5,6 +5,7 @@
 #include "feeds/air/air_quality_service.h"
 #include "feeds/feed_source.h"
 #include "feeds/fires/wildfire_service.h"
+#include "feeds/nowcast/nowcast_service.h"
 #include "feeds/quakes/earthquake_service.h"
 #include "feeds/regions/region_update.h"
 #include "feeds/regions/regions.h"
@@ -56,6 +57,12 @@ AirQualityService::Options airQualityOptions(ServiceAddress address) {
   return {std::move(address.baseUrl), std::move(address.apiKey)};
 }
 
+NowcastService::Options nowcastOptions(ServiceDirectory const& services) {
+  ServiceAddress openMeteo = services.address(Service::openMeteo);
+  return {services.address(Service::yrNo).baseUrl, services.address(Service::brightSky).baseUrl,
+          std::move(openMeteo.baseUrl), std::move(openMeteo.apiKey)};
+}
+
 /// A stand-in takes any key, so that it needs none of the user's.
 WildfireService::Options wildfireOptions(ServiceDirectory const& services) {
   ServiceAddress address = services.address(Service::firms);
@@ -81,7 +88,8 @@ struct FeedServices::Parts {
         travelAdvisories(http, clock,
                          {services.address(Service::travelAdvisories).baseUrl,
                           advisoryDirectory(services, options.cacheDirectory)}),
-        lightning(http, clock, services.address(Service::lightning).baseUrl) {}
+        lightning(http, clock, services.address(Service::lightning).baseUrl),
+        nowcast(http, clock, nowcastOptions(services)) {}
 
   Options options;
   Regions regions;
@@ -95,6 +103,7 @@ struct FeedServices::Parts {
   WildfireService wildfires;
   TravelAdvisoryService travelAdvisories;
   HttpLightningSource lightning;
+  NowcastService nowcast;
 };
 
 FeedServices::FeedServices(HttpClient& http, Clock const& clock, ServiceDirectory const& services,
@@ -141,6 +150,10 @@ TravelAdvisoryService& FeedServices::travelAdvisories() {
 
 LightningSource& FeedServices::lightning() {
   return parts_->lightning;
+}
+
+NowcastService& FeedServices::nowcast() {
+  return parts_->nowcast;
 }
 
 Regions const& FeedServices::regions() const {

@@ -21,6 +21,7 @@ class HttpClient;
 class KpForecastService;
 class LightningSource;
 class NWSAlertService;
+class NowcastService;
 class Regions;
 class ServiceDirectory;
 class Texts;
@@ -55,6 +56,7 @@ class FeedServices {
   WildfireService& wildfires();
   TravelAdvisoryService& travelAdvisories();
   LightningSource& lightning();
+  NowcastService& nowcast();
   Regions const& regions() const;
   /// Element sets by the name of their group, for a satellite feed. Must not outlive this.
   ElementSource elements();
