@@ -18,6 +18,7 @@
 #include "demo/feeds/wmo_stand_in.h"
 #include "demo/forecasts/air_quality_stand_in.h"
 #include "demo/forecasts/apple_weather_stand_in.h"
+#include "demo/forecasts/nowcast_stand_in.h"
 #include "demo/forecasts/open_meteo_stand_in.h"
 #include "demo/forecasts/wttr_stand_in.h"
 #include "demo/forecasts/yr_no_stand_in.h"
@@ -48,6 +49,7 @@ constexpr std::array kRoutes = std::to_array<Route>({
     {Service::openMeteoGeocoding, "/v1/search", openMeteoSearch},
     {Service::appleWeather, "/api/v1/weather/[^/]+/[^/]+/[^/]+", appleWeatherForecast},
     {Service::yrNo, R"(/weatherapi/locationforecast/2\.0/(complete|compact))", yrNoForecast},
+    {Service::yrNo, R"(/weatherapi/nowcast/2\.0/complete)", metNorwayNowcast},
     {Service::nws, "/alerts/active", nwsActiveAlerts},
     {Service::swpc, R"(/products/noaa-planetary-k-index\.json)", planetaryKIndex},
     {Service::swpc, R"(/products/noaa-planetary-k-index-forecast\.json)", planetaryKForecast},
@@ -81,6 +83,7 @@ constexpr std::array kRoutes = std::to_array<Route>({
     {Service::eccc, "/collections/weather-alerts/items", ecccAlerts},
     {Service::metAlerts, R"(/weatherapi/metalerts/2\.0/current\.json)", metAlertsCurrent},
     {Service::brightSky, "/alerts", brightSkyAlerts},
+    {Service::brightSky, "/radar", brightSkyRadar},
 });
 
 constexpr std::string_view kErrorPage = "<html><body><h1>500 Internal Server Error</h1></body></html>";

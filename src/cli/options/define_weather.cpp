@@ -63,6 +63,15 @@ void defineCoverage(Command app, CommandLine& line, RawOptions& raw) {
   command.whenGiven([&line] { line.run = runCoverage; });
 }
 
+void defineNowcast(Command app, CommandLine& line, RawOptions& raw) {
+  Command const command =
+      app.command("nowcast", "Precipitation within the next two hours, from radar or a 15-minute model");
+  command.option("PLACE", line.feeds.place, kPlace);
+  command.flag("--json", line.feeds.json, kJson);
+  defineCommon(command, line, raw);
+  command.whenGiven([&line] { line.run = runNowcast; });
+}
+
 void defineLine(Command app, CommandLine& line, RawOptions& raw) {
   LineOptions& options = line.line;
   auto const define = [&](char const* name, char const* explanation, auto run) {
@@ -110,6 +119,7 @@ void defineWeather(Command app, CommandLine& line, RawOptions& raw) {
   defineForecast(app, line, raw);
   defineAlerts(app, line, raw);
   defineCoverage(app, line, raw);
+  defineNowcast(app, line, raw);
   defineLine(app, line, raw);
   defineDoctor(app, line, raw);
 }
