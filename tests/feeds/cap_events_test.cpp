@@ -15,7 +15,6 @@ using test::listed;
 using test::listOf;
 using test::square;
 using test::windBlock;
-using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
@@ -30,7 +29,7 @@ GovSourceAnswer answerTo(CapAlert alert, CapView const& view = kView) {
   return answerTo(listOf({std::move(alert)}), view);
 }
 
-CapInfo saying(std::string urgency, std::string response = {}, std::string expires = "2026-11-23T00:00:00Z") {
+CapInfo saying(std::string urgency, std::string response = {}, std::string const& expires = "2026-11-23T00:00:00Z") {
   CapInfo info = windBlock();
   info.urgency = std::move(urgency);
   if (!response.empty()) info.responseTypes = {std::move(response)};

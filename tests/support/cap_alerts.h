@@ -53,6 +53,7 @@ inline CapMessage listed(CapAlert alert, std::string country = "XX") {
 
 inline std::vector<CapMessage> listOf(std::vector<CapAlert> alerts) {
   std::vector<CapMessage> messages;
+  messages.reserve(alerts.size());
   for (CapAlert& alert : alerts) messages.push_back(listed(std::move(alert)));
   return messages;
 }

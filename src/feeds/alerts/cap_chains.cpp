@@ -101,6 +101,7 @@ class Chains {
     for (std::size_t const group : concerned) append(chains, byGroup[group], nodes[group]);
     std::ranges::stable_sort(chains, {}, [](auto const& chain) { return chain.first; });
     std::vector<CapChain> list;
+    list.reserve(chains.size());
     for (auto& [position, chain] : chains) list.push_back(std::move(chain));
     return list;
   }
@@ -122,8 +123,8 @@ class Chains {
     return entry->second;
   }
 
-  void addNode(Node node) {
-    nodes_.push_back(std::move(node));
+  void addNode(Node const& node) {
+    nodes_.push_back(node);
     groups_.add();
   }
 

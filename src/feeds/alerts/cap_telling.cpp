@@ -321,15 +321,16 @@ std::vector<CapBlock> blocksOf(std::span<CapMessage const* const> messages, CapV
 std::vector<ToldEvent> toldEvents(std::vector<CapBlock> const& blocks, CapView const& view, bool endsToo) {
   std::vector<std::pair<std::string, std::vector<CapBlock const*>>> events;
   for (CapBlock const& block : blocks) {
-    std::string words = eventWords(*block.info);
-    auto found = std::ranges::find(events, words, [](auto const& event) { return event.first; });
+    std::string const words = eventWords(*block.info);
+    auto found = std::ranges::find_if(events, [&](auto const& event) { return event.first == words; });
     if (found == events.end()) {
-      events.push_back({std::move(words), {}});
+      events.push_back({words, {}});
       found = std::prev(events.end());
     }
     found->second.push_back(&block);
   }
   std::vector<ToldEvent> told;
+  told.reserve(events.size());
   for (auto const& [words, all] : events) told.push_back(toldOf(words, all, view, endsToo));
   return told;
 }
