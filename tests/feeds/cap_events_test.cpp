@@ -29,7 +29,8 @@ GovSourceAnswer answerTo(CapAlert alert, CapView const& view = kView) {
   return answerTo(listOf({std::move(alert)}), view);
 }
 
-CapInfo saying(std::string urgency, std::string response = {}, std::string const& expires = "2026-11-23T00:00:00Z") {
+CapInfo saying(std::string urgency, std::string response = {},
+               std::string const& expires = "2026-11-23T00:00:00Z") {
   CapInfo info = windBlock();
   info.urgency = std::move(urgency);
   if (!response.empty()) info.responseTypes = {std::move(response)};
