@@ -107,6 +107,10 @@ double kmToEdge(Coordinate place, Edge const& edge) {
                              place.longitude + edge.east + share * edge.eastwards});
 }
 
+bool hasBoxes(CapArea const& area) {
+  return area.boxes.list.size() == area.polygons.size();
+}
+
 }  // namespace
 
 ShapeBox boxOf(WarningPolygon const& polygon) {
@@ -172,8 +176,8 @@ std::optional<double> kmTo(WarningPolygon const& polygon, Coordinate place, doub
   edges.visit([&](Coordinate from, Coordinate to) {
     Edge const edge{from.latitude - place.latitude, shortWay(from.longitude - place.longitude),
                     to.latitude - from.latitude, edges.eastwards(from, to)};
-    auto const isFar = [](double from, double way, double reach) {
-      return std::min(from, from + way) > reach || std::max(from, from + way) < -reach;
+    auto const isFar = [](double begin, double way, double reach) {
+      return std::min(begin, begin + way) > reach || std::max(begin, begin + way) < -reach;
     };
     if (isFar(edge.north, edge.northwards, degrees) || isFar(edge.east, edge.eastwards, meridians)) return;
     nearest = std::min(nearest, kmToEdge(place, edge));
@@ -187,11 +191,16 @@ std::optional<double> kmTo(WarningCircle const& circle, Coordinate place, double
 }
 
 bool isDrawn(CapArea const& area) {
-  auto const hasExtent = [](WarningPolygon const& polygon) {
+  if (std::ranges::any_of(area.circles, [](WarningCircle const& circle) { return circle.radiusKm > 0; }))
+    return true;
+  // The corners of most outlines need not be fetched from memory.
+  if (hasBoxes(area)) {
+    return std::ranges::any_of(area.boxes.list,
+                               [](ShapeBox const& box) { return box.width > 0 || box.north > box.south; });
+  }
+  return std::ranges::any_of(area.polygons, [](WarningPolygon const& polygon) {
     return std::ranges::any_of(polygon, [&](Coordinate corner) { return corner != polygon.front(); });
-  };
-  return std::ranges::any_of(area.circles, [](WarningCircle const& circle) { return circle.radiusKm > 0; }) ||
-         std::ranges::any_of(area.polygons, hasExtent);
+  });
 }
 
 std::optional<double> kmTo(CapArea const& area, Coordinate place, double mostKm) {
@@ -200,9 +209,9 @@ std::optional<double> kmTo(CapArea const& area, Coordinate place, double mostKm)
     if (km && (!nearest || *km < *nearest)) nearest = km;
   };
   for (WarningCircle const& circle : area.circles) take(kmTo(circle, place, mostKm));
-  bool const hasBoxes = area.boxes.list.size() == area.polygons.size();
+  bool const isBoxed = hasBoxes(area);
   for (std::size_t i = 0; i < area.polygons.size() && nearest != 0.0; ++i) {
-    ShapeBox const box = hasBoxes ? area.boxes.list[i] : boxOf(area.polygons[i]);
+    ShapeBox const box = isBoxed ? area.boxes.list[i] : boxOf(area.polygons[i]);
     if (isNear(box, place, mostKm)) take(kmTo(area.polygons[i], place, mostKm));
   }
   return nearest;
