@@ -283,6 +283,16 @@ TEST(OfficialView, SaysNothingOfAnotherPlace) {
   EXPECT_FALSE(officialView(check, std::nullopt, {}, contextAt(kNow)).hasPlace);
 }
 
+TEST(OfficialView, ListsWhatNobodyCanLocateBesideThePlacesOwn) {
+  OfficialCheck check = checkOf(kPlace);
+  check.coverage[0].areas = {"Kvarner (Wind Warning, red)", "Flood Warning"};
+  check.coverage[0].state = CoverageState::warnings;
+  EXPECT_EQ(officialView(check, kPlace, {}, contextAt(kNow)).elsewhere,
+            "Elsewhere in the country or nationwide: Kvarner (Wind Warning, red), Flood Warning");
+  check.coverage[0].state = CoverageState::unplaced;
+  EXPECT_EQ(officialView(check, kPlace, {}, contextAt(kNow)).elsewhere, "") << "the headline has them";
+}
+
 TEST(OfficialView, NamesWhoWasAskedAndWhen) {
   ViewContext context = contextAt(kNow);
   EXPECT_EQ(officialView(checkOf(kPlace), kPlace, {}, context).source,

@@ -74,6 +74,12 @@ std::string stateText(SourceCoverage const& coverage, Texts const& texts, Calend
 
 }  // namespace
 
+std::string elsewhereText(SourceCoverage const& coverage, Texts const& texts) {
+  bool const isTold = coverage.areas.empty() || coverage.state == CoverageState::unplaced;
+  return isTold ? std::string()
+                : std::string(texts.text("alerts.unplaced")) + ": " + areaList(coverage.areas, texts);
+}
+
 std::string coverageText(SourceCoverage const& coverage, Texts const& texts, Calendar const& calendar,
                          Instant now) {
   std::string text = stateText(coverage, texts, calendar, now);

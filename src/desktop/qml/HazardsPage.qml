@@ -82,6 +82,17 @@ ScrollPage {
                 PlainText {
                     width: parent.width
                     visible: text !== ""
+                    text: App.hazards.official.elsewhere
+                    wrapMode: Text.Wrap
+                    horizontalAlignment: Text.AlignLeft
+                    color: Theme.text
+                    font.pixelSize: Theme.small
+                    Accessible.role: Accessible.StaticText
+                    Accessible.name: text
+                }
+                PlainText {
+                    width: parent.width
+                    visible: text !== ""
                     text: App.hazards.official.source
                     wrapMode: Text.Wrap
                     color: Theme.muted

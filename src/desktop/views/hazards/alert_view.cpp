@@ -192,6 +192,7 @@ void fillUnchecked(OfficialView& view, SourceCoverage const& coverage, bool hasW
 void fillStates(OfficialView& view, SourceCoverage coverage, std::size_t count, bool isAsking,
                 Calendar const& calendar, ViewContext const& context) {
   view.state = enumName(coverage.state);
+  view.elsewhere = elsewhereText(coverage, context.texts);
   view.headline = headlineOf(coverage, count, context);
   if (coverage.state == CoverageState::warnings) coverage.count = count;
   bool const isUnknown = coverage.state == CoverageState::unchecked;

@@ -94,10 +94,11 @@ struct OfficialView {
   bool isUncovered = false;
   std::string
       state;  ///< "warnings", "none", "unchecked", "unplaced", "uncovered"; empty while being asked for
-  std::string headline;  ///< how many there are for the place, or that this is not known
-  std::string notice;    ///< what the headline leaves open and what happens next; may be empty
-  std::string brief;     ///< the state in one sentence, for other pages; empty while being asked for
-  std::string source;    ///< who was asked and when
+  std::string headline;   ///< how many there are for the place, or that this is not known
+  std::string notice;     ///< what the headline leaves open and what happens next; may be empty
+  std::string brief;      ///< the state in one sentence, for other pages; empty while being asked for
+  std::string elsewhere;  ///< warnings for the whole country or for areas of it that nobody can locate
+  std::string source;     ///< who was asked and when
 
   bool operator==(OfficialView const&) const = default;
 };
@@ -111,6 +112,7 @@ inline constexpr auto viewFields<OfficialView> = FieldList{
     viewField("headline", &OfficialView::headline),
     viewField("notice", &OfficialView::notice),
     viewField("brief", &OfficialView::brief),
+    viewField("elsewhere", &OfficialView::elsewhere),
     viewField("source", &OfficialView::source),
 };
 
