@@ -16,8 +16,8 @@ namespace nimbara {
 std::string coverageText(SourceCoverage const& coverage, Texts const& texts, Calendar const& calendar,
                          Instant now);
 
-/// Warnings for the whole country or for areas of it that nobody can locate, beside those for the place; empty
-/// where the sentence above has them.
+/// Warnings for the whole country or for areas of it that nobody can locate, beside those for the place;
+/// empty where the sentence above has them.
 std::string elsewhereText(SourceCoverage const& coverage, Texts const& texts);
 
 /// When a line begins with its service's name: where there are several, or always.
