@@ -84,6 +84,7 @@ TEST_F(FeedCommands, RefuseCoordinatesThatAreNone) {
        {std::vector<std::string>{"forecast"},
         {"alerts"},
         {"coverage"},
+        {"nowcast"},
         {"nws"},
         {"quakes", "--near"},
         {"notify", "--dry-run"},

@@ -1,0 +1,106 @@
+#include "demo/demo_server.h"
+#include "support/instants.h"
+#include "support/temporary_folder.h"
+#include "support/test_console.h"
+
+#include <gmock/gmock.h>
+
+namespace nimbara {
+namespace {
+
+using test::at;
+using test::CliRun;
+using testing::AllOf;
+using testing::ContainsRegex;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+class NowcastCommand : public testing::Test {
+ protected:
+  NowcastCommand() {
+    environment_.dataDirectory = directory_.path() / "data";
+    environment_.cacheDirectory = directory_.path() / "Nimbara";
+  }
+  CliRun run(std::vector<std::string> arguments, std::vector<DemoFault> faults = {},
+             std::string const& now = "2026-11-21T09:22:00Z") const {
+    auto const server = *DemoServer::start(clock_, std::move(faults));
+    arguments.insert(arguments.begin(), "nowcast");
+    arguments.insert(arguments.end(), {"--services", server->baseUrl(), "--now", now});
+    return test::run(arguments, environment_);
+  }
+
+  test::TemporaryFolder directory_;
+  Environment environment_ = test::plainEnvironment();
+  FixedClock clock_{at("2026-11-21T09:22:00Z")};
+};
+
+struct PlaceRow {
+  std::string place;
+  std::string begin;  ///< of the JSON document
+  std::string source;
+};
+
+TEST_F(NowcastCommand, HasASourceByThePlace) {
+  for (PlaceRow const& row : {
+           PlaceRow{"59.9139,10.7522",
+                    R"({"source":"metNorway","kind":"radar","issued":"2026-11-21T09:20:00Z",)",
+                    "MET Norway, radar, 2 min ago"},
+           {"52.52,13.41", R"({"source":"brightSky","kind":"radar","issued":null,)",
+            "Deutscher Wetterdienst, radar, just now"},
+           {"53.5511,9.9937", R"({"source":"brightSky","kind":"radar",)", "Deutscher Wetterdienst, radar"},
+           {"40.71,-74.01", R"({"source":"openMeteo","kind":"model15",)", "Open-Meteo, 15-minute model"},
+       }) {
+    CliRun const json = run({row.place, "--json"});
+    EXPECT_EQ(json.exitCode, 0) << json.err;
+    EXPECT_EQ(json.err, "") << row.place;
+    EXPECT_THAT(json.out, StartsWith(row.begin));
+    EXPECT_THAT(json.out,
+                AllOf(HasSubstr(R"("steps":[{"from":"2026-11-21T09:)"), HasSubstr(R"("sentence":")"),
+                      HasSubstr(R"("state":"current")"), HasSubstr(R"("unchecked":[])")));
+    CliRun const text = run({row.place});
+    EXPECT_THAT(text.out, ContainsRegex("^(Dry for|Rain|Snow|Sleet|Precipitation) [^\n]*\n"));
+    EXPECT_THAT(text.out, HasSubstr(row.source));
+  }
+}
+
+TEST_F(NowcastCommand, SaysWhereNobodyOffersIt) {
+  CliRun const json = run({"35.68,139.69", "--json"});
+  EXPECT_EQ(json.exitCode, 0);
+  EXPECT_EQ(json.out, R"({"source":null,"kind":"none","issued":null,"steps":[],)"
+                      R"("sentence":"No rain radar and no 15-minute model covers this place",)"
+                      R"("state":"none","checkedAt":null,"unchecked":[]})"
+                      "\n");
+  EXPECT_EQ(run({"35.68,139.69"}).out, "No rain radar and no 15-minute model covers this place\n");
+}
+
+TEST_F(NowcastCommand, NamesTheSourceThatFailedBeforeTheOneThatAnswered) {
+  CliRun const json = run({"52.52,13.41", "--json"}, {{Service::brightSky, DemoFault::Kind::status500}});
+  EXPECT_EQ(json.exitCode, 0);
+  EXPECT_THAT(json.out, StartsWith(R"({"source":"openMeteo","kind":"model15")"));
+  EXPECT_THAT(
+      json.out,
+      HasSubstr(R"("unchecked":[{"source":"brightSky","reason":"the service returned status 500"}])"));
+  EXPECT_THAT(json.err, HasSubstr("the nowcast of Deutscher Wetterdienst could not be checked"));
+}
+
+TEST_F(NowcastCommand, FailsWhereItCouldNotBeChecked) {
+  for (auto const fault : {DemoFault::Kind::status500, DemoFault::Kind::garbage, DemoFault::Kind::drop,
+                           DemoFault::Kind::empty}) {
+    CliRun const failed = run({"59.9139,10.7522", "--json"}, {{Service::yrNo, fault}});
+    EXPECT_EQ(failed.exitCode, exitCode::kUnavailable) << enumName(fault);
+    EXPECT_THAT(failed.out, StartsWith(R"({"source":"metNorway","kind":"radar","issued":null,"steps":[],)"
+                                       R"("sentence":null,"state":"failed")"))
+        << enumName(fault);
+    EXPECT_THAT(failed.err, StartsWith("nimbara: the nowcast of MET Norway could not be checked: "));
+    EXPECT_EQ(std::ranges::count(failed.err, '\n'), 1);
+  }
+  CliRun const text = run({"59.9139,10.7522"}, {{Service::yrNo, DemoFault::Kind::status500}});
+  EXPECT_EQ(text.out, "");
+}
+
+TEST_F(NowcastCommand, RefusesWhatIsNoPlace) {
+  EXPECT_EQ(run({"91,0"}).exitCode, exitCode::kUsage);
+}
+
+}  // namespace
+}  // namespace nimbara
