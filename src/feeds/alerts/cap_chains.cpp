@@ -75,6 +75,7 @@ class Chains {
  public:
   Chains(std::span<PlacedMessage const> messages, KnownEvents const& known) : known_(known) {
     members_.reserve(messages.size());
+    nodes_.reserve(2 * messages.size());
     byKey_.reserve(2 * messages.size());
     for (PlacedMessage const& message : messages) add(message);
     joinKnown();

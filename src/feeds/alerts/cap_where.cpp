@@ -86,6 +86,7 @@ Whereabouts unjudged(std::vector<CapArea> const& areas, CapMessage const& messag
 
 Whereabouts whereaboutsOf(std::vector<CapArea> const& drawn, CapMessage const& message, CapView const& view) {
   Whereabouts where = unjudged(drawn, message, view.place);
+  if (where.reach == Reach::elsewhere || where.reach == Reach::near) return where;
   bool const isForeign = !isOwnIssuer(message.country, view.countryCode);
   if (where.reach == Reach::unplaced && (isForeign || view.countryCode.empty())) return {};
   if (where.reach == Reach::here && isForeign) where.reach = Reach::near;
