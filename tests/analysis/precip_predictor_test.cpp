@@ -192,7 +192,7 @@ TEST(PrecipPredictor, TellsNobodyOffersItFromNotKnown) {
 
 TEST(PrecipPredictor, SpeaksTheReadersLanguageAndTime) {
   PrecipOutlook const outlook = PrecipPredictor(nowcastOf(5, "...ssss...")).outlook(kStart);
-  Texts const german = Texts::load("de");
+  Texts const german = Texts::load("de@hours=h23");
   EXPECT_EQ(sentenceOf(outlook, german, TimeWords(german, *Calendar::forZone("Europe/Berlin"))),
             "Schneefall ab etwa 15:15, für etwa 20 Minuten");
   Texts const american = Texts::load("en");
