@@ -74,6 +74,24 @@ TEST(CapChains, OneFileIsOneEventWhoeverPassesItOn) {
             fpas.at("08:00", listOf({capAlert("1", "07:00")})).alerts.at(0).id);
 }
 
+TEST(CapChains, AMessageIsWhatItWasBeforeItsDocumentCame) {
+  struct Row {
+    char const* identifier;
+    bool isKept;
+  };
+  for (auto const& [identifier, isKept] : {Row{"2.49.0.0", true}, Row{"2.49.0.", false}}) {
+    Looks looks;
+    CapAlert row = capAlert(identifier, "07:00", "Alert", {}, {moved(1)});
+    row.sender.clear();
+    row.infos.front().senderName.clear();
+    auto const before = looks.at("08:00", listOf({row})).alerts;
+    auto const after = looks.at("09:00", listOf({capAlert(identifier, "07:00")})).alerts;
+    ASSERT_THAT(before, SizeIs(1));
+    ASSERT_THAT(after, SizeIs(1));
+    EXPECT_EQ(after[0].id == before[0].id, isKept) << identifier;
+  }
+}
+
 TEST(CapChains, ACancellationOfWhatIsNoLongerListedNamesTheEvent) {
   Looks looks;
   auto const first = looks.at("08:00", listOf({capAlert("1", "07:00")})).alerts.at(0);

@@ -133,6 +133,7 @@ class Chains {
     CapAlert const& alert = *placed.message->alert;
     std::size_t const own = nodeOf(keyOf(alert));
     if (isListedAgain(own, placed)) return;
+    joinNameless(own, alert);
     Node& node = nodes_[own];
     node.isListed = true;
     node.sent = std::max(node.sent, alert.sent);
@@ -145,6 +146,15 @@ class Chains {
       member.older.push_back(older);
     }
     members_.push_back(std::move(member));
+  }
+
+  /// Before its document could be fetched a message was known without its sender.
+  void joinNameless(std::size_t own, CapAlert const& alert) {
+    // A shorter one may be anybody's.
+    constexpr std::size_t kLeastIdentifier = 8;
+    if (alert.sender.empty() || alert.identifier.size() < kLeastIdentifier) return;
+    CapKey const nameless{{}, alert.identifier};
+    if (known_.roots.contains(nameless.text())) groups_.join(own, nodeOf(nameless));
   }
 
   /// The same message once more; what the source found out by itself may stand in either.
