@@ -356,5 +356,25 @@ TEST(CapSource, HandsOnWhatTheListIs) {
   EXPECT_THAT(failed.error().readable, SizeIs(1));
 }
 
+TEST(CapSource, ABareCancellationIsFilledInWithWhatWasKnown) {
+  test::ManualClock clock(kView.now);
+  std::vector<CapMessage> messages = listOf({capAlert("1", "08:00")});
+  auto const list = [&](auto const&, auto const&) { return CapListing{messages, false, {}}; };
+  GovAlertService service(clock, {capAlertSource("wmo", list, clock, "en")}, {});
+  GovAlertPlace const place{{10, 20}, "XX", {}};
+  auto const known = service.fetchAlerts(place).alerts;
+  ASSERT_THAT(known, SizeIs(1));
+  clock.advance(std::chrono::hours(1));
+  messages = listOf({capAlert("2", "13:30", "Cancel", {"1"}, {})});
+  auto const after = service.fetchAlerts(place);
+  EXPECT_THAT(after.alerts, IsEmpty());
+  ASSERT_THAT(after.calledOff, SizeIs(1));
+  WeatherAlert expected = known[0];
+  expected.issued = at("2026-11-22T13:30:00Z");
+  EXPECT_EQ(after.calledOff[0], expected);
+  // A place that knew nothing of it is told nothing.
+  EXPECT_THAT(service.fetchAlerts({{10.1, 20.1}, "XX", {}}).calledOff, IsEmpty());
+}
+
 }  // namespace
 }  // namespace nimbara
