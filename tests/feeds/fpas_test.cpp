@@ -322,6 +322,13 @@ TEST_F(FpasTest, KnowsNobodyForTheOpenSea) {
   }
 }
 
+TEST_F(FpasTest, CannotSpeakForMainlandChinaWhereItHasNoShapes) {
+  http.willAnswer(200, "[]");
+  CapListing const listing = fetch({39.9, 116.4}, "CN");
+  EXPECT_TRUE(listing.isBlind && !listing.failure);
+  EXPECT_THAT(http.requests, SizeIs(1));
+}
+
 TEST_F(FpasTest, AsksForACountrysFeedsEverySixHours) {
   auto const requestsOf = [&](CapListing const& listing) {
     EXPECT_TRUE(listing.isBlind);

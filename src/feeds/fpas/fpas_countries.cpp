@@ -24,6 +24,8 @@ constexpr std::chrono::milliseconds kRestAfterFailure = 10min;
 /// are common; a country without one alert for longer is more likely not read than without weather.
 constexpr std::chrono::milliseconds kLongestCalm = std::chrono::days(30);
 constexpr int kOk = 200;
+/// Of mainland China the server has the messages without their areas: no box finds them.
+constexpr std::string_view kNeverFound[] = {"CN"};
 
 }  // namespace
 
@@ -37,6 +39,7 @@ FpasCountries::FpasCountries(HttpClient& http, Clock const& clock, std::string u
 
 FpasCountries::Verdict FpasCountries::judge(std::string const& country, std::stop_token const& stop) {
   using enum ServiceFailure::Kind;
+  if (std::ranges::count(kNeverFound, country) > 0) return {true, {}};
   Known& known = known_[country];
   if (isDue(known)) ask(country, known, stop);
   Instant const now = clock_.now();
