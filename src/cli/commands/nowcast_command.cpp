@@ -34,7 +34,7 @@ void writeSteps(JsonWriter& json, std::vector<NowcastStep> const& steps) {
     json.member("from", step.from);
     json.member("to", step.to);
     json.memberOrNull("mmPerHour", step.mmPerHour);
-    if (step.fall != Fall::unknown) json.member("fall", step.fall);
+    if (isWet(step) && step.fall != Fall::unknown) json.member("fall", step.fall);
     json.endObject();
   }
   json.endList();
