@@ -23,7 +23,8 @@ class NowcastCommand : public testing::Test {
   }
   CliRun run(std::vector<std::string> arguments, std::vector<DemoFault> faults = {},
              std::string const& now = "2026-11-21T09:22:00Z") const {
-    auto const server = *DemoServer::start(clock_, std::move(faults));
+    FixedClock const clock(at(now));
+    auto const server = *DemoServer::start(clock, std::move(faults));
     arguments.insert(arguments.begin(), "nowcast");
     arguments.insert(arguments.end(), {"--services", server->baseUrl(), "--now", now});
     return test::run(arguments, environment_);
@@ -31,7 +32,6 @@ class NowcastCommand : public testing::Test {
 
   test::TemporaryFolder directory_;
   Environment environment_ = test::plainEnvironment();
-  FixedClock clock_{at("2026-11-21T09:22:00Z")};
 };
 
 struct PlaceRow {
@@ -96,6 +96,15 @@ TEST_F(NowcastCommand, FailsWhereItCouldNotBeChecked) {
   }
   CliRun const text = run({"59.9139,10.7522"}, {{Service::yrNo, DemoFault::Kind::status500}});
   EXPECT_EQ(text.out, "");
+}
+
+TEST_F(NowcastCommand, SaysWhenItBeginsInThePlacesTime) {
+  EXPECT_THAT(run({"60.39,5.32"}, {}, "2026-11-21T02:22:00Z").out,
+              StartsWith("Snow starting around 3:45 AM, until at least 5:15 AM\n"));
+  EXPECT_THAT(run({"47.61,-122.33"}, {}, "2026-11-27T08:22:00Z").out,
+              StartsWith("Rain starting around 12:30 AM, for about 105 minutes\n"));
+  EXPECT_THAT(run({"60.39,5.32", "--lang", "de"}, {}, "2026-11-21T14:22:00Z").out,
+              StartsWith("Schneeregen bis etwa "));
 }
 
 TEST_F(NowcastCommand, RefusesWhatIsNoPlace) {
