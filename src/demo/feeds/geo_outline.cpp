@@ -16,6 +16,7 @@ Ring ringOf(std::vector<Coordinate> const& outline) {
 
 void writeGeometry(JsonWriter& json, std::vector<std::vector<Coordinate>> const& outlines) {
   std::vector<std::vector<Ring>> polygons;
+  polygons.reserve(outlines.size());
   for (auto const& outline : outlines) polygons.push_back({ringOf(outline)});
   json.beginObject();
   json.member("type", polygons.size() == 1 ? "Polygon" : "MultiPolygon");
