@@ -32,6 +32,12 @@ Option Option::oneValueEach() const {
   return *this;
 }
 
+Option Option::allWords() const {
+  constexpr int kMostWords = 20;
+  option_->expected(1, kMostWords)->join(' ');
+  return *this;
+}
+
 Option Option::showsDefault() const {
   option_->capture_default_str();
   return *this;

@@ -36,6 +36,8 @@ class Option {
   Option required(bool isRequired = true) const;
   /// Each time it is given it takes one value, though it may be given several times.
   Option oneValueEach() const;
+  /// Takes all the words that follow as one text.
+  Option allWords() const;
   /// The help tells what its variable holds now.
   Option showsDefault() const;
 

@@ -13,7 +13,7 @@ std::unexpected<PlaceProblem> missing(std::string sentence) {
 Result<std::variant<Place, PlaceName>, PlaceProblem> selectedPlace(PlaceList const& places) {
   if (!places.selected) {
     return missing(
-        "no place is selected; give one, for example: nimbara forecast 52.52,13.41, or save one with: "
+        "no place is selected; give one, such as 52.52,13.41 or Lisbon, or save one with: "
         "nimbara places add NAME");
   }
   if (SavedPlace const* const saved = places.find(*places.selected)) return placeOf(*saved);

@@ -67,7 +67,7 @@ void definePlaces(Command app, CommandLine& line, RawOptions& raw) {
   source.option("NAME", options.name,
                 "One of the place's sources, or usual; without it those that are possible are shown");
   Command const search = define("search", "Search for a place", Action::search);
-  search.option("TEXT", options.place, "The name").required();
+  search.option("TEXT", options.place, "The name").required().allWords();
   search.flag("--online", options.online, kOnline);
 }
 
