@@ -153,6 +153,29 @@ TEST(FoundView, KnowsTheSavedPlaceThatItIs) {
   EXPECT_EQ(foundViews({lisbon}, list).front().name, "Lisboa (Lisbon)") << "by which name it was found";
 }
 
+struct SavedRow {
+  char const* what;
+  FoundPlace found;
+  bool isSaved;
+};
+
+TEST(FoundView, KnowsASavedPlaceFromAnotherCatalogue) {
+  PlaceList list;
+  list.places = {savedPlace("Tromsø", {69.65, 18.96})};
+  list.places[0].country = "NO";
+  for (SavedRow const& row : {
+           SavedRow{"a little beside", {"Tromsø", "Norway", "NO", "", {69.649, 18.955}, ""}, true},
+           SavedRow{"in other letters", {"TROMSO", "Norway", "NO", "", {69.649, 18.955}, ""}, true},
+           SavedRow{"of no known country", {"Tromsø", "", "", "", {69.649, 18.955}, ""}, true},
+           SavedRow{"beyond the border", {"Tromsø", "Sweden", "SE", "", {69.649, 18.955}, ""}, false},
+           SavedRow{"a neighbour", {"Tromsdalen", "Norway", "NO", "", {69.649, 18.955}, ""}, false},
+           SavedRow{"4.9 km away", {"Tromsø", "Norway", "NO", "", {69.694, 18.96}, ""}, true},
+           SavedRow{"5.1 km away", {"Tromsø", "Norway", "NO", "", {69.696, 18.96}, ""}, false},
+       }) {
+    EXPECT_EQ(foundViews({row.found}, list)[0].isSaved, row.isSaved) << row.what;
+  }
+}
+
 TEST(FoundView, SaysByWhichNameItWasFound) {
   FoundPlace lisbon{"Lisbon", "Portugal", "PT", "", {38.72, -9.14}, ""};
   EXPECT_EQ(foundViews({lisbon}, {})[0].sentence, "Lisbon, Portugal");

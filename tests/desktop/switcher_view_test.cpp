@@ -94,6 +94,14 @@ TEST_F(Menu, NumbersFoundPlacesAsTheSearchDoes) {
   EXPECT_THAT(targets, ElementsAre("1", "2"));
 }
 
+TEST_F(Menu, KeepsTheSearchOnlineInSight) {
+  found = {foundView("Oslo", places[2].id)};
+  for (int i = 0; i < 8; ++i) found.push_back(foundView("Oslo " + std::to_string(i)));
+  auto const all = rows({"oslo", false, {}});
+  ASSERT_EQ(all.size(), 3U + 7U + 1U) << "saved, found, online";
+  EXPECT_EQ(all[9], "found Oslo 6");
+}
+
 TEST_F(Menu, SaysWhatBecomesOfTheSearchOnline) {
   auto const online = [&](SwitcherSearch const& search) {
     return switcherRows(places, here, {}, search, contextAt(kNow)).back();

@@ -24,6 +24,17 @@ Pressable {
         color: match.hovered || match.isFirst ? Theme.raised : "transparent"
         border.width: match.visualFocus ? 2 : 0
         border.color: Theme.accent
+
+        // What Enter takes is not only what the pointer rests on.
+        Rectangle {
+            visible: match.isFirst
+            x: LayoutMirroring.enabled ? parent.width - width : 0
+            y: 8
+            width: 4
+            height: parent.height - 16
+            radius: 2
+            color: Theme.accent
+        }
     }
     contentItem: Item {
         Column {

@@ -49,6 +49,15 @@ Pressable {
             height: parent.height - row.topPadding
             radius: 10
             color: row.isCurrent ? Theme.raised : "transparent"
+            Rectangle {
+                visible: row.isCurrent
+                x: LayoutMirroring.enabled ? parent.width - width : 0
+                y: 8
+                width: 4
+                height: parent.height - 16
+                radius: 2
+                color: Theme.accent
+            }
         }
     }
     contentItem: Item {

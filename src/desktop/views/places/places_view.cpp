@@ -3,6 +3,8 @@
 #include "app/state/weather_state.h"
 #include "app/words/coverage_text.h"
 #include "app/words/failure_text.h"
+#include "base/geodesy.h"
+#include "base/text/search_text.h"
 #include "base/words/country_names.h"
 #include "base/words/time_words.h"
 #include "feeds/alerts/warning_words.h"
@@ -49,7 +51,7 @@ void fillMark(PlaceView& view, PlaceCoverage const& place, CoverageState state, 
   auto const severest = std::ranges::find_if(place.alerts, lasts);
   if (severest != place.alerts.end()) {
     view.mark = enumName(severest->severity);
-    view.markText = gradeText(gradeOf(*severest), context.texts) + ": " + severest->title;
+    view.markText = gradedTitle(gradeOf(*severest), severest->title, context.texts);
   } else if (state == CoverageState::unchecked) {
     view.mark = enumName(state);
     view.markText = view.warnings;
@@ -155,13 +157,26 @@ std::string onlineNote(Result<std::vector<FoundPlace>, APIError> const& found, V
   return context.texts.format("desktop.search.online.failed", failureText(found.error(), context.texts));
 }
 
+SavedPlace const* savedAs(FoundPlace const& found, PlaceList const& list) {
+  if (SavedPlace const* const saved = list.findNear(found.coordinate)) return saved;
+  constexpr double kSameNameKm = 5;
+  auto const isIt = [&](SavedPlace const& saved) {
+    bool const isAbroad =
+        !saved.country.empty() && !found.countryCode.empty() && saved.country != found.countryCode;
+    return !isAbroad && searchFolded(saved.name) == searchFolded(found.name) &&
+           haversineKm(saved.coordinate, found.coordinate) <= kSameNameKm;
+  };
+  auto const saved = std::ranges::find_if(list.places, isIt);
+  return saved == list.places.end() ? nullptr : &*saved;
+}
+
 std::vector<FoundView> foundViews(std::vector<FoundPlace> const& found, PlaceList const& list) {
   std::vector<FoundView> views;
   views.reserve(found.size());
   for (FoundPlace const& place : found) {
     std::string const name = foundName(place);
     std::string const area = areaText(place.region, place.country, place.name);
-    SavedPlace const* const saved = list.findNear(place.coordinate);
+    SavedPlace const* const saved = savedAs(place, list);
     views.push_back({name, area, saved != nullptr, name + (area.empty() ? "" : ", " + area),
                      saved == nullptr ? std::string() : saved->id.text()});
   }

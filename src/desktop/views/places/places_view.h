@@ -106,6 +106,9 @@ std::string onlineNote(Result<std::vector<FoundPlace>, APIError> const& found, V
 /// `everyPlace`: places of which nothing was chosen notify of danger though they are not selected.
 std::vector<PlaceView> placeViews(PlaceList const& list, KeptForecasts const& kept, bool everyPlace,
                                   std::vector<PlaceCoverage> const& coverage, ViewContext const& context);
+/// The saved place that a found one is: at the same spot, or a little beside it with the same name, as a
+/// place from another catalogue is. Null where there is none.
+SavedPlace const* savedAs(FoundPlace const& found, PlaceList const& list);
 std::vector<FoundView> foundViews(std::vector<FoundPlace> const& found, PlaceList const& list);
 
 }  // namespace nimbara

@@ -72,7 +72,9 @@ void addMatches(std::vector<SwitcherRow>& rows, std::vector<PlaceView> const& pl
 
 void addFound(std::vector<SwitcherRow>& rows, std::vector<FoundView> const& found,
               ViewContext const& context) {
-  for (std::size_t i = 0; i < found.size(); ++i) {
+  constexpr std::size_t kMostFound = 7;  // the row of the online search stays in sight below them
+  std::size_t const most = rows.size() + kMostFound;
+  for (std::size_t i = 0; i < found.size() && rows.size() < most; ++i) {
     if (found[i].isSaved) continue;
     SwitcherRow& row = rows.emplace_back(command("found", found[i].name, found[i].area));
     row.id = std::to_string(i);

@@ -174,7 +174,7 @@ void DesktopModel::showFoundOnline(std::string const& text,
 void DesktopModel::addFound(int row) {
   if (row < 0 || row >= static_cast<int>(foundPlaces_.size())) return;
   FoundPlace const& place = foundPlaces_[static_cast<std::size_t>(row)];
-  if (SavedPlace const* const saved = snapshot_->places.findNear(place.coordinate)) {
+  if (SavedPlace const* const saved = savedAs(place, snapshot_->places)) {
     actions_.engine.selectPlace(saved->id);
   } else {
     actions_.engine.addPlace(savedPlaceOf(place));
