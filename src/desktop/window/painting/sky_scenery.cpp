@@ -165,7 +165,11 @@ void SkyScenery::paintMoon(QPainter& painter) const {
   // The side without sunlight hides the stars behind it.
   painter.setBrush(faint(QColor(54, 63, 92), 0.92 * discShare() * (1 - dayShare())));
   painter.drawEllipse(QPointF(0, 0), radius, radius);
-  painter.setBrush(faint(QColor(240, 240, 228), discShare() * (1 - 0.75 * dayShare())));
+  QColor const light(240, 240, 228);
+  // Lit by the Earth alone: without it a moon that is nearly full looks like an egg.
+  painter.setBrush(faint(light, 0.22 * discShare() * (1 - 0.6 * dayShare())));
+  painter.drawEllipse(QPointF(0, 0), radius, radius);
+  painter.setBrush(faint(light, discShare() * (1 - 0.75 * dayShare())));
   painter.drawPath(litMoon(radius, scene_.moonIllumination, scene_.moonLitOnRight));
   painter.restore();
 }
