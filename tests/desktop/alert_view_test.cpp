@@ -42,6 +42,17 @@ TEST(Alerts, StandGravestFirstAndEndInTime) {
   EXPECT_THAT(titles(officialViews(state, contextAt(kNow))), ElementsAre("lasts/Warning/until 12:20"));
 }
 
+TEST(Alerts, HaveTheColonOfTheLanguage) {
+  WeatherState state = stateOf(mildWeek());
+  state.govAlerts = {officialOf(AlertSeverity::warning, "Gale")};
+  for (auto const& [language, heading] :
+       {std::pair("en", "Warning: Gale"), {"fr", "Alerte\u00A0: Gale"}, {"ja", "警戒：Gale"}}) {
+    Texts const texts = Texts::load(language);
+    ViewContext const context{texts, Units::metric(), kNow, Calendar::utc(), {}};
+    EXPECT_EQ(alertViews(state, context)[0].heading, heading);
+  }
+}
+
 TEST(Alerts, TellFromWhomHowOldAndUntilWhen) {
   WeatherState state = stateOf(mildWeek());
   WeatherAlert alert = officialOf(AlertSeverity::warning, "Wind\n<b>Warning</b>");

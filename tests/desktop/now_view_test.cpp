@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace nimbara {
 namespace {
 
@@ -139,6 +141,17 @@ TEST(NextHoursKnown, AreSpokenOfAsFarAsTheyAreKnown) {
   data.allHourly[12 + 3].precipMM = 1;
   data.allHourly[12 + 3].chanceOfRain = 80;
   EXPECT_EQ(nextHoursSentence(data, contextAt(kNow)), "Rain is expected to start around 15:00.");
+}
+
+TEST(NextHoursCold, SpeakOfSnowWhereItCouldFall) {
+  for (auto const& [hour, celsius, expected] : {std::tuple(3, 2.1, "No rain in the next 12 hours."),
+                                                std::tuple(3, 2.0, "No rain or snow in the next 12 hours."),
+                                                std::tuple(11, -9.0, "No rain or snow in the next 12 hours."),
+                                                std::tuple(13, -9.0, "No rain in the next 12 hours.")}) {
+    WeatherData data = mildWeek();
+    data.allHourly[static_cast<std::size_t>(12 + hour)].tempC = celsius;
+    EXPECT_EQ(nextHoursSentence(data, contextAt(kNow)), expected) << hour << " h, " << celsius << " °C";
+  }
 }
 
 TEST(NowView, NamesTheCountryInTheReadersLanguage) {

@@ -265,8 +265,7 @@ class Report {
 
   std::string alertLines(WeatherAlert const& alert) const {
     Colour const colour = alert.severity >= AlertSeverity::warning ? Colour::warning : Colour::sun;
-    return paragraph(gradeText(gradeOf(alert), context_.texts) + ": " + alert.title + ". ", alert.message,
-                     colour);
+    return paragraph(gradedTitle(gradeOf(alert), alert.title, context_.texts) + ". ", alert.message, colour);
   }
 
   /// How the official warnings were checked.

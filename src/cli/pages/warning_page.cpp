@@ -91,7 +91,7 @@ std::string sourceText(WarningEntry const& entry, WarningPageContext const& cont
 
 std::string rendered(WarningEntry const& entry, WarningPageContext const& context) {
   WarningGrade const grade{entry.severity, entry.colour, entry.isLevelStated};
-  std::string const heading = gradeText(grade, context.texts) + ": " + oneLine(entry.title);
+  std::string const heading = gradedTitle(grade, oneLine(entry.title), context.texts);
   Colour const colour = entry.severity >= AlertSeverity::warning ? Colour::warning : Colour::sun;
   std::string out;
   for (std::string const& line : wrapped(context.style.text(heading), context.width)) {

@@ -70,13 +70,12 @@ Column {
             Chip {
                 required property int index
                 required property string alertId
-                required property string severity
+                required property string heading
                 required level
-                required property string title
                 required property string when
                 required property string sentence
                 visible: index < chips.most
-                lead: severity + ": " + title
+                lead: heading
                 rest: when
                 Accessible.name: sentence
                 onClicked: App.openAlert = alertId

@@ -8,9 +8,8 @@ Item {
     id: row
 
     required property string alertId
-    required property string severity
     required property string level
-    required property string title
+    required property string heading
     required property string message
     required property string area
     required property string when
@@ -73,7 +72,7 @@ Item {
             spacing: 3
 
             Words {
-                text: row.severity + ": " + row.title
+                text: row.heading
                 font.pixelSize: Theme.body
                 font.weight: Font.DemiBold
             }

@@ -297,6 +297,12 @@ void fillSun(SkyView& view, RiseSet const& sun, TimeWords const& words, ViewCont
                   static_cast<double>((*sun.set - *sun.rise).count());
 }
 
+/// Near freezing it may be either that falls.
+bool allowSnow(std::span<HourlyForecast const> hours) {
+  constexpr double kWarmestSnow = 2;  // °C
+  return std::ranges::any_of(hours, [](HourlyForecast const& hour) { return hour.tempC <= kWarmestSnow; });
+}
+
 }  // namespace
 
 NowView nowView(WeatherState const& state, std::optional<Place> const& place, ViewContext const& context) {
@@ -353,7 +359,8 @@ std::string nextHoursSentence(WeatherData const& data, ViewContext const& contex
     return changes ? context.texts.format("desktop.next." + fall + "PossibleUntil", when)
                    : context.text("desktop.next." + fall + "Possible");
   }
-  if (!changes) return context.text(!isWetNow ? "desktop.next.dry" : "desktop.next." + fall);
+  if (!changes && isWetNow) return context.text("desktop.next." + fall);
+  if (!changes) return context.text(allowSnow(hours) ? "desktop.next.dryCold" : "desktop.next.dry");
   return context.texts.format("push." + fall + (isWetNow ? "Stop" : "Start") + ".bodyAt", when);
 }
 

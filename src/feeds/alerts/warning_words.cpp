@@ -87,6 +87,10 @@ std::string gradeText(WarningGrade const& grade, Texts const& texts) {
   return grade.isStated ? severityText(grade.severity, texts) : std::string(texts.text("severity.notStated"));
 }
 
+std::string gradedTitle(WarningGrade const& grade, std::string_view title, Texts const& texts) {
+  return texts.format("warning.graded", gradeText(grade, texts), title);
+}
+
 std::string statedSeverityText(WarningGrade const& grade, Texts const& texts) {
   ColourGrade const* const colour = colourGrade(grade.colour);
   if (colour == nullptr || colour->severity == grade.severity) return {};

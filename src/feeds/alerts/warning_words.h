@@ -31,6 +31,8 @@ struct WarningGrade {
 WarningGrade gradeOf(WeatherAlert const& alert);
 /// "Orange": the colour where there is one, else "Warning", or that no level is stated.
 std::string gradeText(WarningGrade const& grade, Texts const& texts);
+/// "Orange: Wind Warning", with the language's own colon.
+std::string gradedTitle(WarningGrade const& grade, std::string_view title, Texts const& texts);
 /// "Severity stated by the service: Advisory" where the colour stands for another severity; else empty. Some
 /// services grade by both, each in its own way.
 std::string statedSeverityText(WarningGrade const& grade, Texts const& texts);

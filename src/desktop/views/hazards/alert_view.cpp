@@ -89,7 +89,8 @@ AlertView viewOf(WeatherAlert const& alert, WeatherState const& state, ViewConte
   view.colour = alert.colour.value_or("");
   view.age = ageOf(alert, state, context);
   view.isOfficial = alert.isGovAlert;
-  view.sentence = view.severity + ": " + view.title;
+  view.heading = gradedTitle(gradeOf(alert), view.title, context.texts);
+  view.sentence = view.heading;
   for (std::string const* const part : {&view.area, &view.when, &view.near, &view.issuer, &view.age}) {
     append(view.sentence, *part, ", ");
   }

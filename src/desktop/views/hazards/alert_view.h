@@ -19,6 +19,7 @@ struct AlertView {
   std::string severity;  ///< the level's word
   std::string level;  ///< "info", "advisory", "warning", "critical"; "unstated" where the issuer names none
   std::string title;
+  std::string heading;  ///< the level's word and the title
   std::string message;  ///< the beginning of it, where it is long
   std::string area;     ///< where the place is in it, or how far from it
   std::string when;     ///< from, until
@@ -34,12 +35,19 @@ struct AlertView {
 
 template <>
 inline constexpr auto viewFields<AlertView> = FieldList{
-    viewField("alertId", &AlertView::id),        viewField("severity", &AlertView::severity),
-    viewField("level", &AlertView::level),       viewField("title", &AlertView::title),
-    viewField("message", &AlertView::message),   viewField("area", &AlertView::area),
-    viewField("when", &AlertView::when),         viewField("near", &AlertView::near),
-    viewField("issuer", &AlertView::issuer),     viewField("age", &AlertView::age),
-    viewField("colour", &AlertView::colour),     viewField("isOfficial", &AlertView::isOfficial),
+    viewField("alertId", &AlertView::id),
+    viewField("severity", &AlertView::severity),
+    viewField("level", &AlertView::level),
+    viewField("title", &AlertView::title),
+    viewField("heading", &AlertView::heading),
+    viewField("message", &AlertView::message),
+    viewField("area", &AlertView::area),
+    viewField("when", &AlertView::when),
+    viewField("near", &AlertView::near),
+    viewField("issuer", &AlertView::issuer),
+    viewField("age", &AlertView::age),
+    viewField("colour", &AlertView::colour),
+    viewField("isOfficial", &AlertView::isOfficial),
     viewField("sentence", &AlertView::sentence),
 };
 
