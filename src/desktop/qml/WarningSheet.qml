@@ -225,6 +225,9 @@ T.Popup {
                             border: Theme.border
                             area: Theme.alertInk(App.warning.level ?? "info")
                             mark: Theme.accent
+                            ink: Theme.text
+                            name: App.now.place ?? ""
+                            letters: Theme.tiny
                         }
                     }
                 }

@@ -1,5 +1,9 @@
 #include "desktop/window/painting/warning_map_item.h"
 
+#include <QFont>
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QPainterPath>
 #include <QQuickWindow>
 #include <algorithm>
 
@@ -59,7 +63,27 @@ void WarningMapItem::paint(QPainter* painter) {
   painter->drawImage(QPointF(0, 0), areasOf(map, frame, ratio));
   painter->setOpacity(1);
   for (QPainterPath const& line : pathsOf(map, frame, size())) painter->strokePath(line, QPen(area_, 1.4));
-  paintPlaceMark(*painter, scaled(frame.at(map.place), size()), mark_);
+  QPointF const mark = scaled(frame.at(map.place), size());
+  paintPlaceMark(*painter, mark, mark_);
+  paintName(*painter, mark);
+}
+
+/// On the side of the mark that has more room, with a rim that parts it from lines and areas.
+void WarningMapItem::paintName(QPainter& painter, QPointF mark) const {
+  if (name_.isEmpty()) return;
+  constexpr double kGap = 11, kRim = 3;
+  bool const isOnRight = mark.x() <= width() / 2;
+  double const room = (isOnRight ? width() - mark.x() : mark.x()) - 2 * kGap;
+  QFont font;
+  font.setPixelSize(letters_);
+  font.setWeight(QFont::DemiBold);
+  QFontMetricsF const metrics(font);
+  QString const text = metrics.elidedText(name_, Qt::ElideRight, room);
+  double const left = isOnRight ? mark.x() + kGap : mark.x() - kGap - metrics.horizontalAdvance(text);
+  QPainterPath path;
+  path.addText(QPointF(left, mark.y() + metrics.capHeight() / 2), font, text);
+  painter.strokePath(path, QPen(landColour_, kRim, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  painter.fillPath(path, ink_);
 }
 
 }  // namespace nimbara

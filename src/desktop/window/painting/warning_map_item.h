@@ -19,6 +19,10 @@ class WarningMapItem : public QQuickPaintedItem {
   Q_PROPERTY(QColor border MEMBER border_ NOTIFY changed)
   Q_PROPERTY(QColor area MEMBER area_ NOTIFY changed)
   Q_PROPERTY(QColor mark MEMBER mark_ NOTIFY changed)
+  Q_PROPERTY(QColor ink MEMBER ink_ NOTIFY changed)
+  /// Of the place; stands beside its mark.
+  Q_PROPERTY(QString name MEMBER name_ NOTIFY changed)
+  Q_PROPERTY(int letters MEMBER letters_ NOTIFY changed)  // px
 
  public:
   explicit WarningMapItem(QQuickItem* parent = nullptr);
@@ -35,8 +39,12 @@ class WarningMapItem : public QQuickPaintedItem {
 
  private:
   DesktopModel* model_ = nullptr;
-  QColor sea_, landColour_, border_, area_, mark_;
+  QColor sea_, landColour_, border_, area_, mark_, ink_;
+  QString name_;
+  int letters_ = 12;
+
   QImage areasOf(AlertMap const& map, MapFrame const& frame, double ratio) const;
+  void paintName(QPainter& painter, QPointF mark) const;
 
   LandPicture land_;
 };
