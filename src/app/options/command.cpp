@@ -33,8 +33,7 @@ Option Option::oneValueEach() const {
 }
 
 Option Option::allWords() const {
-  constexpr int kMostWords = 20;
-  option_->expected(1, kMostWords)->join(' ');
+  option_->join(' ')->allow_extra_args(true);
   return *this;
 }
 

@@ -170,6 +170,9 @@ class AlertsRun {
     writeWarnings(writer, alerts_, geometry);
     writer.key("coverage");
     writeCoverage(writer, coverage_);
+    // Not in the list, which is the place's own; a script must see a danger that may concern it.
+    writer.key("unplaced");
+    writeWarnings(writer, unplaced_, geometry);
     writer.endObject();
     return writer.take() + "\n";
   }
