@@ -32,7 +32,17 @@ TEST(CoverageText, SaysEachStateInItsOwnWords) {
   SourceCoverage unplaced = coverageOf(CoverageState::unplaced, 2);
   unplaced.areas = {"Kvarner", "Split"};
   EXPECT_EQ(textOf(unplaced),
-            "Official warnings in effect for parts of Croatia that could not be located: Kvarner, Split");
+            "Official warnings in effect for parts of Croatia that could not be located, checked 2:20 PM: "
+            "Kvarner, Split");
+  unplaced.countryWide = {"Flood (red)"};
+  EXPECT_EQ(
+      textOf(unplaced),
+      "Official warnings in effect for the whole country (Croatia) or for parts of it that could not be "
+      "located, checked 2:20 PM: Flood (red), Kvarner, Split");
+  EXPECT_TRUE(textOf(unplaced, "de").ends_with(": Flood (rot), Kvarner, Split"));
+  unplaced.areas.clear();
+  EXPECT_EQ(textOf(unplaced),
+            "Official warnings in effect for the whole country (Croatia), checked 2:20 PM: Flood (red)");
   EXPECT_EQ(textOf(coverageOf(CoverageState::uncovered)), "No source of official warnings for Croatia");
   SourceCoverage sea = coverageOf(CoverageState::uncovered);
   sea.country.clear();

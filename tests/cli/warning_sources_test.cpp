@@ -86,10 +86,12 @@ TEST(UnplacedEntries, SayForWhichPartsOfTheCountry) {
   WeatherAlert warning;
   warning.title = "Heavy rain";
   warning.message = "North Province";
-  EXPECT_EQ(unplacedEntry(warning, texts).area, "For the country");
+  EXPECT_EQ(unplacedEntry(warning, "NG", texts).area, "For the country");
+  warning.areaDesc = "Nigeria";
+  EXPECT_EQ(unplacedEntry(warning, "NG", texts).area, "For the country");
   warning.areaDesc = "North Province";
-  EXPECT_EQ(unplacedEntry(warning, texts).area, "For: North Province");
-  EXPECT_EQ(unplacedEntry(warning, texts).message, "") << "not a second time";
+  EXPECT_EQ(unplacedEntry(warning, "NG", texts).area, "For: North Province");
+  EXPECT_EQ(unplacedEntry(warning, "NG", texts).message, "") << "not a second time";
 }
 
 class SourceReports : public testing::Test {

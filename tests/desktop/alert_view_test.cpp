@@ -232,7 +232,12 @@ constexpr char kNever[] = "Official warnings have not been checked yet";
 constexpr char kNobody[] = "No source of official warnings for Japan";
 constexpr char kNone[] = "No official warnings, checked 12:15";
 constexpr char kParts[] =
-    "Official warnings in effect for parts of Croatia that could not be located: Kvarner, Velebit Channel";
+    "Official warnings in effect for parts of Croatia that could not be located, checked 12:15";
+constexpr char kPartsNamed[] =
+    "Official warnings in effect for parts of Croatia that could not be located, checked 12:15: Kvarner";
+constexpr char kCountry[] = "Official warnings in effect for the whole country (Croatia), checked 12:15";
+constexpr char kCountryNamed[] =
+    "Official warnings in effect for the whole country (Croatia), checked 12:15: Flood (red)";
 INSTANTIATE_TEST_SUITE_P(
     Rows, OfficialCheckTexts,
     testing::Values(
@@ -277,9 +282,16 @@ INSTANTIATE_TEST_SUITE_P(
                  [](OfficialCheck& c) {
                    c.coverage[0].state = CoverageState::unplaced;
                    c.coverage[0].country = "HR";
-                   c.coverage[0].areas = {"Kvarner", "Velebit Channel"};
+                   c.coverage[0].areas = {"Kvarner"};
                  },
-                 0, false, kParts, "They may affect this place.", kParts},
+                 0, false, kParts, "They may affect this place.", kPartsNamed},
+        CheckRow{"countryWide",
+                 [](OfficialCheck& c) {
+                   c.coverage[0].state = CoverageState::unplaced;
+                   c.coverage[0].country = "HR";
+                   c.coverage[0].countryWide = {"Flood (red)"};
+                 },
+                 0, false, kCountry, "They are for the country;", kCountryNamed},
         CheckRow{"uncovered",
                  [](OfficialCheck& c) {
                    c.coverage = {SourceCoverage{}};
@@ -294,14 +306,36 @@ TEST(OfficialView, SaysNothingOfAnotherPlace) {
   EXPECT_FALSE(officialView(check, std::nullopt, {}, contextAt(kNow)).hasPlace);
 }
 
-TEST(OfficialView, ListsWhatNobodyCanLocateBesideThePlacesOwn) {
+TEST(UnplacedWarnings, AreListedBehindThePlacesOwnAndOpenToTheirWholeText) {
+  WeatherState state = stateOf(mildWeek());
+  state.govAlerts = {officialOf(AlertSeverity::info, "own")};
   OfficialCheck check = checkOf(kPlace);
-  check.coverage[0].areas = {"Kvarner (Wind Warning, red)", "Flood Warning"};
-  check.coverage[0].state = CoverageState::warnings;
-  EXPECT_EQ(officialView(check, kPlace, {}, contextAt(kNow)).elsewhere,
-            "Elsewhere in the country or nationwide: Kvarner (Wind Warning, red), Flood Warning");
-  check.coverage[0].state = CoverageState::unplaced;
-  EXPECT_EQ(officialView(check, kPlace, {}, contextAt(kNow)).elsewhere, "") << "the headline has them";
+  check.coverage[0].country = "PL";
+  WeatherAlert part = officialOf(AlertSeverity::warning, "Gale");
+  part.areaDesc = part.message = "Coast, Hills";
+  WeatherAlert whole = officialOf(AlertSeverity::critical, "Flood");
+  whole.areaDesc = "Poland";
+  whole.instruction = "Leave.";
+  whole.link = "https://example.org/flood";
+  whole.expires = kNow + 1h;
+  WeatherAlert ended = whole;
+  ended.id = Uuid::random();
+  ended.expires = kNow;
+  check.unplaced = {part, ended, whole};
+  ViewContext const context = contextAt(kNow);
+  auto const views = officialViews(state, context, check);
+  std::vector<std::string> lines;
+  for (AlertView const& view : views) lines.push_back(view.heading + "/" + view.area + "/" + view.message);
+  EXPECT_THAT(lines, ElementsAre("Information: own//", "Critical: Flood/For the country/",
+                                 "Warning: Gale/For: Coast, Hills/"));
+  EXPECT_EQ(views[0].group, "");
+  EXPECT_EQ(views[1].group, "Elsewhere in the country or nationwide");
+  WarningView const opened = warningView(state, whole.id.text(), context, check);
+  EXPECT_EQ(
+      opened.area + "/" + opened.when + "/" + opened.instruction + "/" + opened.link + "/" + opened.position,
+      "For the country/until 13:20/Leave./https://example.org/flood/1 of 2");
+  EXPECT_EQ(opened.next, part.id.text());
+  EXPECT_EQ(alertOf(state, part.id.text(), check)->title, "Gale");
 }
 
 TEST(OfficialView, NamesWhoWasAskedAndWhen) {

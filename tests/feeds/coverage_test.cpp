@@ -156,6 +156,20 @@ TEST(Coverage, NamesEachUnplacedAreaOnce) {
             (std::vector<std::string>{"Kvarner (Wind Warning)", "Split (Wind Warning)"}));
 }
 
+TEST(Coverage, TellsTheWholeCountryFromItsParts) {
+  GovAlerts alerts;
+  alerts.sources = {quiet()};
+  for (char const* const area : {"Kvarner", " Croatia", "", "Hrvatska", "Croatia and Istria"}) {
+    alerts.sources[0].unplaced = {warningFor(area)};
+    alerts.sources[0].unplaced[0].language = "hr";
+    SourceCoverage const coverage = coverageOf(alerts, "HR")[0];
+    bool const isPart = std::string_view(area).contains("K") || std::string_view(area).contains("Istria");
+    EXPECT_EQ(coverage.areas.size(), isPart ? 1 : 0) << area;
+    EXPECT_EQ(coverage.countryWide,
+              isPart ? std::vector<std::string>() : std::vector<std::string>{"Wind Warning"});
+  }
+}
+
 TEST(Coverage, ShowsTheStateThatMustNotBeHidden) {
   std::vector<SourceCoverage> two(2);
   two[0].state = CoverageState::none;

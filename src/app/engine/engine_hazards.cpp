@@ -59,7 +59,9 @@ void EngineHazards::showOfficial(Place const& place, bool isAsking) {
   GovAlertPlace const asked = govAlertPlace(place.coordinate);
   GovAlerts alerts = feeds_()->govAlerts().keptAlerts(asked);
   auto coverage = coverageOf(alerts, asked.countryCode);
-  change([&](HazardsState& state) { state.official = {place, std::move(coverage), isAsking}; });
+  change([&](HazardsState& state) {
+    state.official = {place, std::move(coverage), isAsking, std::move(alerts.unplaced)};
+  });
   surroundings_.showAlerts(place, std::move(alerts.alerts));
 }
 

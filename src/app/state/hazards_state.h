@@ -20,6 +20,8 @@ struct OfficialCheck {
   std::optional<Place> place;            ///< whose
   std::vector<SourceCoverage> coverage;  ///< empty only before anything is known
   bool isAsking = false;                 ///< the place is new, and nobody has answered since
+  /// In effect for its whole country, or for parts of that which nobody can locate.
+  std::vector<WeatherAlert> unplaced = {};
 
   bool isCovered() const { return !coverage.empty() && coverage.front().state != CoverageState::uncovered; }
   bool hasFailed() const {

@@ -27,23 +27,37 @@ std::string uncheckedText(SourceCoverage const& coverage, Texts const& texts, Ti
                    coverage.count, texts);
 }
 
-/// "Kvarner (Windwarnung, rot)": scripts read the colour's identifier there, people its name.
+/// "Kvarner (Windwarnung, rot)", "Windwarnung (rot)": scripts read the colour's identifier there, people its
+/// name.
 std::string worded(std::string area, Texts const& texts) {
   for (std::string_view const colour : {"yellow", "orange", "red"}) {
-    std::string const ending = ", " + std::string(colour) + ")";
-    if (!area.ends_with(ending)) continue;
-    area.resize(area.size() - ending.size());
-    return area + ", " + std::string(texts.text("warning.colour." + std::string(colour))) + ")";
+    std::string const ending = std::string(colour) + ")";
+    std::string_view const before(area.data(), area.size() - std::min(area.size(), ending.size()));
+    if (!area.ends_with(ending) || !(before.ends_with(", ") || before.ends_with(" ("))) continue;
+    return std::string(before) + std::string(texts.text("warning.colour." + std::string(colour))) + ")";
   }
   return area;
 }
 
-std::string areaList(std::vector<std::string> const& areas, Texts const& texts) {
+/// Those for the whole country first.
+std::string unplacedList(SourceCoverage const& coverage, Texts const& texts) {
+  std::vector<std::string> all = coverage.countryWide;
+  all.insert(all.end(), coverage.areas.begin(), coverage.areas.end());
   std::string list;
-  for (std::size_t i = 0; i < std::min(areas.size(), kMostAreas); ++i) {
-    list += (list.empty() ? "" : ", ") + worded(areas[i], texts);
+  for (std::size_t i = 0; i < std::min(all.size(), kMostAreas); ++i) {
+    list += (list.empty() ? "" : ", ") + worded(all[i], texts);
   }
-  return areas.size() > kMostAreas ? list + ", …" : list;
+  return all.size() > kMostAreas ? list + ", …" : list;
+}
+
+std::string unplacedText(SourceCoverage const& coverage, std::string const& checkedAt, Texts const& texts,
+                         UnplacedNames names) {
+  std::string_view const key = coverage.countryWide.empty() ? "coverage.unplaced"
+                               : coverage.areas.empty()     ? "coverage.countryWide"
+                                                            : "coverage.countryAndParts";
+  std::string sentence = texts.format(key, countryName(coverage.country, texts.language()), checkedAt);
+  std::string const list = names == UnplacedNames::left ? std::string() : unplacedList(coverage, texts);
+  return list.empty() ? sentence : texts.format("coverage.named", sentence, list);
 }
 
 std::string uncoveredText(SourceCoverage const& coverage, Texts const& texts) {
@@ -53,7 +67,7 @@ std::string uncoveredText(SourceCoverage const& coverage, Texts const& texts) {
 }
 
 std::string stateText(SourceCoverage const& coverage, Texts const& texts, Calendar const& calendar,
-                      Instant now) {
+                      Instant now, UnplacedNames names) {
   TimeWords const words(texts, calendar);
   std::string const checkedAt = coverage.checkedAt ? words.moment(*coverage.checkedAt, now) : std::string();
   switch (coverage.state) {
@@ -64,8 +78,7 @@ std::string stateText(SourceCoverage const& coverage, Texts const& texts, Calend
     case CoverageState::unchecked:
       return uncheckedText(coverage, texts, words, now);
     case CoverageState::unplaced:
-      return texts.format("coverage.unplaced", countryName(coverage.country, texts.language()),
-                          areaList(coverage.areas, texts));
+      return unplacedText(coverage, checkedAt, texts, names);
     case CoverageState::uncovered:
       return uncoveredText(coverage, texts);
   }
@@ -74,15 +87,9 @@ std::string stateText(SourceCoverage const& coverage, Texts const& texts, Calend
 
 }  // namespace
 
-std::string elsewhereText(SourceCoverage const& coverage, Texts const& texts) {
-  bool const isTold = coverage.areas.empty() || coverage.state == CoverageState::unplaced;
-  return isTold ? std::string()
-                : std::string(texts.text("alerts.unplaced")) + ": " + areaList(coverage.areas, texts);
-}
-
 std::string coverageText(SourceCoverage const& coverage, Texts const& texts, Calendar const& calendar,
-                         Instant now) {
-  std::string text = stateText(coverage, texts, calendar, now);
+                         Instant now, UnplacedNames names) {
+  std::string text = stateText(coverage, texts, calendar, now, names);
   bool const isSecond = coverage.insteadOf && coverage.service && coverage.state != CoverageState::unchecked;
   if (!isSecond) return text;
   auto const reason = coverage.insteadReason.value_or(ServiceFailure::of(ServiceFailure::Kind::noAnswer));

@@ -10,15 +10,14 @@
 
 namespace nimbara {
 
+/// Whether warnings that nobody can locate are named behind the sentence; not where they are listed.
+enum class UnplacedNames { given, left };
+
 /// "2 official warnings, checked 14:20", "Official warnings could not be checked since 13:05, because …",
 /// without a full stop; followed by which source answered because another one was unavailable. Moments are
 /// given in the calendar's time.
 std::string coverageText(SourceCoverage const& coverage, Texts const& texts, Calendar const& calendar,
-                         Instant now);
-
-/// Warnings for the whole country or for areas of it that nobody can locate, beside those for the place;
-/// empty where the sentence above has them.
-std::string elsewhereText(SourceCoverage const& coverage, Texts const& texts);
+                         Instant now, UnplacedNames names = UnplacedNames::given);
 
 /// When a line begins with its service's name: where there are several, or always.
 enum class ServiceNames { ofSeveral, always };

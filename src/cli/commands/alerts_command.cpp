@@ -117,7 +117,8 @@ class AlertsRun {
     Texts const& texts = context_.texts();
     std::vector<WarningEntry> entries;
     for (WeatherAlert const& alert : unplaced_) {
-      if (entries.size() < kMostListed) entries.push_back(unplacedEntry(alert, texts));
+      if (entries.size() < kMostListed)
+        entries.push_back(unplacedEntry(alert, officialPlace_.countryCode, texts));
     }
     std::string out = style_.painted(style_.text(texts.text("alerts.unplaced")), Colour::bold) + "\n\n";
     out += warningPage(entries, page());

@@ -134,12 +134,10 @@ WarningEntry warningEntry(WeatherAlert const& alert) {
           .map = {}};
 }
 
-WarningEntry unplacedEntry(WeatherAlert const& alert, Texts const& texts) {
+WarningEntry unplacedEntry(WeatherAlert const& alert, std::string_view countryCode, Texts const& texts) {
   WarningEntry entry = warningEntry(alert);
-  std::string const areas = oneLine(alert.areaDesc.value_or(""));
-  entry.area =
-      areas.empty() ? std::string(texts.text("warning.forCountry")) : texts.format("warning.forAreas", areas);
-  if (entry.message == areas) entry.message.clear();
+  entry.area = unplacedAreaText(alert, countryCode, texts);
+  if (entry.message == alert.areaDesc) entry.message.clear();
   return entry;
 }
 

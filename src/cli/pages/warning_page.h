@@ -39,7 +39,7 @@ struct WarningEntry {
 
 WarningEntry warningEntry(WeatherAlert const& alert);
 /// Of a warning that is in effect somewhere in the country: for which areas of it, or for the country.
-WarningEntry unplacedEntry(WeatherAlert const& alert, Texts const& texts);
+WarningEntry unplacedEntry(WeatherAlert const& alert, std::string_view countryCode, Texts const& texts);
 /// With the message's status before its title where it is not meant for the public.
 WarningEntry warningEntry(NWSAlert const& alert);
 

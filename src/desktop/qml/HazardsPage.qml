@@ -77,18 +77,22 @@ ScrollPage {
                     ScrollBar.vertical: ThinBar {}
                     readonly property int spokenRole: Accessible.List
                     Accessible.name: App.hazards.words.official
+                    section.property: "group"
+                    section.delegate: PlainText {
+                        required property string section
+                        width: warnings.width
+                        height: section === "" ? 0 : implicitHeight + 1.5 * Theme.space
+                        visible: section !== ""
+                        text: section
+                        wrapMode: Text.Wrap
+                        horizontalAlignment: Text.AlignLeft
+                        color: Theme.muted
+                        font.pixelSize: Theme.small
+                        font.weight: Font.DemiBold
+                        Accessible.role: Accessible.Heading
+                        Accessible.name: text
+                    }
                     delegate: WarningRow { width: warnings.width }
-                }
-                PlainText {
-                    width: parent.width
-                    visible: text !== ""
-                    text: App.hazards.official.elsewhere
-                    wrapMode: Text.Wrap
-                    horizontalAlignment: Text.AlignLeft
-                    color: Theme.text
-                    font.pixelSize: Theme.small
-                    Accessible.role: Accessible.StaticText
-                    Accessible.name: text
                 }
                 PlainText {
                     width: parent.width

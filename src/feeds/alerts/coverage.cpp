@@ -1,6 +1,7 @@
 #include "feeds/alerts/coverage.h"
 
 #include "feeds/alerts/official_sources.h"
+#include "feeds/alerts/warning_words.h"
 
 #include <algorithm>
 #include <array>
@@ -24,14 +25,19 @@ std::string kindOf(WeatherAlert const& alert) {
   return alert.title + (alert.colour ? ", " + *alert.colour : std::string());
 }
 
-std::vector<std::string> areasOf(std::vector<WeatherAlert> const& alerts) {
-  std::vector<std::string> areas;
+void addNew(std::vector<std::string>& list, std::string entry) {
+  bool const isNew = !entry.empty() && std::ranges::find(list, entry) == list.end();
+  if (isNew) list.push_back(std::move(entry));
+}
+
+void nameUnplaced(SourceCoverage& coverage, std::vector<WeatherAlert> const& alerts) {
   for (WeatherAlert const& alert : alerts) {
-    bool const hasArea = alert.areaDesc && !alert.areaDesc->empty();
-    std::string const area = hasArea ? *alert.areaDesc + " (" + kindOf(alert) + ")" : alert.title;
-    if (!area.empty() && std::ranges::find(areas, area) == areas.end()) areas.push_back(area);
+    if (isCountryWide(alert, coverage.country)) {
+      addNew(coverage.countryWide, alert.title + (alert.colour ? " (" + *alert.colour + ")" : ""));
+    } else {
+      addNew(coverage.areas, *alert.areaDesc + " (" + kindOf(alert) + ")");
+    }
   }
-  return areas;
 }
 
 SourceCoverage coverageOf(GovSourceState const& source, std::string_view countryCode) {
@@ -41,7 +47,7 @@ SourceCoverage coverageOf(GovSourceState const& source, std::string_view country
   coverage.country = countryCode;
   coverage.checkedAt = source.checkedAt;
   coverage.count = source.alerts.size();
-  coverage.areas = areasOf(source.unplaced);
+  nameUnplaced(coverage, source.unplaced);
   coverage.insteadOf = source.insteadOf;
   coverage.insteadReason = source.insteadReason;
   if (source.failedSince || !source.checkedAt) {

@@ -28,11 +28,14 @@ struct SourceCoverage {
   std::optional<Instant> checkedAt;
   std::optional<Instant> since;          ///< of `unchecked`: from when on nothing is known
   std::optional<ServiceFailure> reason;  ///< of `unchecked`
-  std::vector<std::string> areas;  ///< of `unplaced`: where the warnings are in force, in the service's words
-  std::string country;             ///< ISO 3166-1 of the place; empty on the open sea
+  /// Warnings that nobody can locate: where they are in force, in the service's words.
+  std::vector<std::string> areas;
+  std::string country;  ///< ISO 3166-1 of the place; empty on the open sea
   /// The source that should have answered, where it failed and `source` answered after it, and why.
   std::optional<std::string> insteadOf = std::nullopt;
   std::optional<ServiceFailure> insteadReason = std::nullopt;
+  /// Kinds of warnings for the whole country, which is the area of none in `areas`.
+  std::vector<std::string> countryWide = {};
 
   bool operator==(SourceCoverage const&) const = default;
 };
@@ -49,7 +52,8 @@ inline constexpr auto jsonFields<SourceCoverage> =
               field("areas", &SourceCoverage::areas),
               field("country", &SourceCoverage::country),
               field("insteadOf", &SourceCoverage::insteadOf),
-              field("insteadReason", &SourceCoverage::insteadReason)};
+              field("insteadReason", &SourceCoverage::insteadReason),
+              field("countryWide", &SourceCoverage::countryWide)};
 
 /// A list for scripts: every key is there, null where nothing is known; reasons are English sentences.
 void writeCoverage(JsonWriter& json, std::vector<SourceCoverage> const& coverage);

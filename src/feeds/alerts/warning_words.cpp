@@ -1,6 +1,7 @@
 #include "feeds/alerts/warning_words.h"
 
 #include "base/text/text.h"
+#include "base/words/country_names.h"
 
 #include <algorithm>
 #include <iterator>
@@ -115,6 +116,18 @@ std::string nearAreasText(std::vector<NearArea> const& near, NearArea const& own
 
 NearArea ownLevel(WeatherAlert const& alert) {
   return {{}, 0, alert.severity, alert.colour, alert.onset, alert.expires};
+}
+
+bool isCountryWide(WeatherAlert const& alert, std::string_view countryCode) {
+  std::string_view const area = alert.areaDesc ? trimmed(*alert.areaDesc) : std::string_view();
+  if (area.empty()) return true;
+  return area == countryName(countryCode, "en") ||
+         (alert.language && area == countryName(countryCode, *alert.language));
+}
+
+std::string unplacedAreaText(WeatherAlert const& alert, std::string_view countryCode, Texts const& texts) {
+  if (isCountryWide(alert, countryCode)) return std::string(texts.text("warning.forCountry"));
+  return texts.format("warning.forAreas", oneLine(alert.areaDesc.value_or("")));
 }
 
 std::string placeAreas(WeatherAlert const& alert) {

@@ -47,6 +47,11 @@ std::string nearAreasText(std::vector<NearArea> const& near, NearArea const& own
 /// What the warning says of the place itself, in the form of a near area.
 NearArea ownLevel(WeatherAlert const& alert);
 
+/// Whether an official warning that nobody can locate names no area, or the whole country for one.
+bool isCountryWide(WeatherAlert const& alert, std::string_view countryCode);
+/// "For the country", "For: North Province, Lake District": whom such a warning is for.
+std::string unplacedAreaText(WeatherAlert const& alert, std::string_view countryCode, Texts const& texts);
+
 /// The areas that have the place in them; all where none has, as where a warning is only near.
 std::string placeAreas(WeatherAlert const& alert);
 

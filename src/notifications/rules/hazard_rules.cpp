@@ -134,9 +134,9 @@ Finding unplacedFinding(WeatherAlert const& alert, RuleInputs const& inputs) {
   Finding finding = findingOf(unnamed, inputs);
   std::string const country = countryName(inputs.place.countryCode, texts.language());
   std::string const area = alert.areaDesc.value_or("");
-  bool const isWhole = area.empty() || area == country || area == countryName(inputs.place.countryCode, "en");
-  std::string const where = isWhole ? texts.format("push.event.countryWide", country)
-                                    : texts.format("push.event.unplaced", country, area);
+  std::string const where = isCountryWide(alert, inputs.place.countryCode)
+                                ? texts.format("push.event.countryWide", country)
+                                : texts.format("push.event.unplaced", country, area);
   finding.body = finding.body == area ? where : where + "\n" + finding.body;
   finding.when.clear();  // a sentence stands there
   return finding;

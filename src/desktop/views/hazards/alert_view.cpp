@@ -104,6 +104,10 @@ std::vector<WeatherAlert> listed(std::vector<WeatherAlert> alerts, ViewContext c
   return alerts;
 }
 
+std::string_view countryOf(OfficialCheck const& check) {
+  return check.coverage.empty() ? std::string_view() : std::string_view(check.coverage.front().country);
+}
+
 std::vector<AlertView> viewsOf(std::vector<WeatherAlert> alerts, WeatherState const& state,
                                ViewContext const& context) {
   WarningWords const words = wordsOf(state, context);
@@ -112,6 +116,17 @@ std::vector<AlertView> viewsOf(std::vector<WeatherAlert> alerts, WeatherState co
     views.push_back(viewOf(alert, state, context, words));
   }
   return views;
+}
+
+/// Of a warning that nobody can locate.
+AlertView unplacedView(WeatherAlert const& alert, WeatherState const& state, OfficialCheck const& check,
+                       ViewContext const& context) {
+  WeatherAlert shown = alert;
+  if (shown.message == shown.areaDesc) shown.message.clear();
+  shown.areaDesc = unplacedAreaText(alert, countryOf(check), context.texts);
+  AlertView view = viewOf(shown, state, context, wordsOf(state, context));
+  view.group = context.text("alerts.unplaced");
+  return view;
 }
 
 /// What is told of it beside area, period and what to do.
@@ -137,9 +152,8 @@ std::string wholeSpanOf(WeatherAlert const& alert, ViewContext const& context, W
   return span;
 }
 
-/// Its number among those that are listed, and the ones beside it.
-void findNeighbours(WarningView& view, WeatherState const& state, ViewContext const& context) {
-  auto const all = listed(allAlerts(state), context);
+/// Its number among those that are listed with it, and the ones beside it.
+void findNeighbours(WarningView& view, std::vector<WeatherAlert> const& all, ViewContext const& context) {
   auto const idOf = [](WeatherAlert const& alert) { return alert.id.text(); };
   auto const found = std::ranges::find(all, view.id, idOf);
   if (found == all.end() || all.size() < 2) return;
@@ -193,7 +207,6 @@ void fillUnchecked(OfficialView& view, SourceCoverage const& coverage, bool hasW
 void fillStates(OfficialView& view, SourceCoverage coverage, std::size_t count, bool isAsking,
                 Calendar const& calendar, ViewContext const& context) {
   view.state = enumName(coverage.state);
-  view.elsewhere = elsewhereText(coverage, context.texts);
   view.headline = headlineOf(coverage, count, context);
   if (coverage.state == CoverageState::warnings) coverage.count = count;
   bool const isUnknown = coverage.state == CoverageState::unchecked;
@@ -204,8 +217,10 @@ void fillStates(OfficialView& view, SourceCoverage coverage, std::size_t count, 
   view.brief = coverageText(coverage, context.texts, calendar, context.now);
   if (isUnknown) fillUnchecked(view, coverage, count > 0, calendar, context);
   if (coverage.state == CoverageState::unplaced) {
-    view.headline = view.brief;
-    view.notice = context.text("desktop.official.unplaced");
+    view.headline =
+        coverageText(coverage, context.texts, calendar, context.now, UnplacedNames::left);  // they are listed
+    view.notice =
+        context.text(coverage.areas.empty() ? "desktop.official.countryWide" : "desktop.official.unplaced");
   }
   if (coverage.state == CoverageState::uncovered) {
     view.isUncovered = true;
@@ -220,29 +235,41 @@ std::vector<AlertView> alertViews(WeatherState const& state, ViewContext const& 
   return viewsOf(allAlerts(state), state, context);
 }
 
-std::vector<AlertView> officialViews(WeatherState const& state, ViewContext const& context) {
-  return viewsOf(state.govAlerts, state, context);
+std::vector<AlertView> officialViews(WeatherState const& state, ViewContext const& context,
+                                     OfficialCheck const& check) {
+  std::vector<AlertView> views = viewsOf(state.govAlerts, state, context);
+  for (WeatherAlert const& alert : listed(check.unplaced, context))
+    views.push_back(unplacedView(alert, state, check, context));
+  return views;
 }
 
-std::optional<WeatherAlert> alertOf(WeatherState const& state, std::string_view id) {
+std::optional<WeatherAlert> alertOf(WeatherState const& state, std::string_view id,
+                                    OfficialCheck const& check) {
   if (id.empty()) return std::nullopt;
-  for (WeatherAlert& alert : allAlerts(state)) {
-    if (alert.id.text() == id) return std::move(alert);
+  auto const idOf = [](WeatherAlert const& alert) { return alert.id.text(); };
+  for (auto const& alerts : {allAlerts(state), check.unplaced}) {
+    auto const found = std::ranges::find(alerts, id, idOf);
+    if (found != alerts.end()) return *found;
   }
   return std::nullopt;
 }
 
-WarningView warningView(WeatherState const& state, std::string_view id, ViewContext const& context) {
+WarningView warningView(WeatherState const& state, std::string_view id, ViewContext const& context,
+                        OfficialCheck const& check) {
   WarningView view;
-  auto const alert = alertOf(state, id);
+  auto const alert = alertOf(state, id, check);
   if (!alert) return view;
   WarningWords const words = wordsOf(state, context);
-  AlertView const brief = viewOf(*alert, state, context, words);
+  bool const isUnplaced =
+      std::ranges::find(check.unplaced, alert->id, &WeatherAlert::id) != check.unplaced.end();
+  AlertView const brief =
+      isUnplaced ? unplacedView(*alert, state, check, context) : viewOf(*alert, state, context, words);
   view.id = brief.id;
   view.severity = brief.severity;
   view.level = brief.level;
   view.title = brief.title;
-  view.area = reflowed(placeAreas(*alert));
+  view.area =
+      isUnplaced ? unplacedAreaText(*alert, countryOf(check), context.texts) : reflowed(placeAreas(*alert));
   if (alert->onWater.value_or(false)) append(view.area, context.text("warning.onWater"), " – ");
   append(view.area, nearTextOf(*alert, context), " – ");
   if (!alert->distanceKm) view.near = nearAreasOf(*alert, words);
@@ -257,7 +284,7 @@ WarningView warningView(WeatherState const& state, std::string_view id, ViewCont
   view.instruction = instructionOf(*alert);
   view.link = alert->link.value_or("").starts_with("https://") ? *alert->link : std::string();
   view.isOfficial = alert->isGovAlert;
-  findNeighbours(view, state, context);
+  findNeighbours(view, listed(isUnplaced ? check.unplaced : allAlerts(state), context), context);
   return view;
 }
 

@@ -21,7 +21,8 @@ struct AlertView {
   std::string title;
   std::string heading;  ///< the level's word and the title
   std::string message;  ///< the beginning of it, where it is long
-  std::string area;     ///< where the place is in it, or how far from it
+  std::string area;     ///< where the place is in it, or how far from it, or whom it is for
+  std::string group;    ///< the heading that it stands under; empty for those of the place
   std::string when;     ///< from, until
   std::string near;     ///< which areas of it are only near, and what is said of those
   std::string issuer;
@@ -35,19 +36,13 @@ struct AlertView {
 
 template <>
 inline constexpr auto viewFields<AlertView> = FieldList{
-    viewField("alertId", &AlertView::id),
-    viewField("severity", &AlertView::severity),
-    viewField("level", &AlertView::level),
-    viewField("title", &AlertView::title),
-    viewField("heading", &AlertView::heading),
-    viewField("message", &AlertView::message),
-    viewField("area", &AlertView::area),
-    viewField("when", &AlertView::when),
-    viewField("near", &AlertView::near),
-    viewField("issuer", &AlertView::issuer),
-    viewField("age", &AlertView::age),
-    viewField("colour", &AlertView::colour),
-    viewField("isOfficial", &AlertView::isOfficial),
+    viewField("alertId", &AlertView::id),        viewField("severity", &AlertView::severity),
+    viewField("level", &AlertView::level),       viewField("title", &AlertView::title),
+    viewField("heading", &AlertView::heading),   viewField("message", &AlertView::message),
+    viewField("area", &AlertView::area),         viewField("group", &AlertView::group),
+    viewField("when", &AlertView::when),         viewField("near", &AlertView::near),
+    viewField("issuer", &AlertView::issuer),     viewField("age", &AlertView::age),
+    viewField("colour", &AlertView::colour),     viewField("isOfficial", &AlertView::isOfficial),
     viewField("sentence", &AlertView::sentence),
 };
 
@@ -102,11 +97,10 @@ struct OfficialView {
   bool isUncovered = false;
   std::string
       state;  ///< "warnings", "none", "unchecked", "unplaced", "uncovered"; empty while being asked for
-  std::string headline;   ///< how many there are for the place, or that this is not known
-  std::string notice;     ///< what the headline leaves open and what happens next; may be empty
-  std::string brief;      ///< the state in one sentence, for other pages; empty while being asked for
-  std::string elsewhere;  ///< warnings for the whole country or for areas of it that nobody can locate
-  std::string source;     ///< who was asked and when
+  std::string headline;  ///< how many there are for the place, or that this is not known
+  std::string notice;    ///< what the headline leaves open and what happens next; may be empty
+  std::string brief;     ///< the state in one sentence, for other pages; empty while being asked for
+  std::string source;    ///< who was asked and when
 
   bool operator==(OfficialView const&) const = default;
 };
@@ -120,18 +114,21 @@ inline constexpr auto viewFields<OfficialView> = FieldList{
     viewField("headline", &OfficialView::headline),
     viewField("notice", &OfficialView::notice),
     viewField("brief", &OfficialView::brief),
-    viewField("elsewhere", &OfficialView::elsewhere),
     viewField("source", &OfficialView::source),
 };
 
 /// Those that have not ended, official ones and the forecast's, the most severe first.
 std::vector<AlertView> alertViews(WeatherState const& state, ViewContext const& context);
-/// The official ones alone.
-std::vector<AlertView> officialViews(WeatherState const& state, ViewContext const& context);
-/// The warning of that identifier, and those before and after it in `alertViews`.
-WarningView warningView(WeatherState const& state, std::string_view id, ViewContext const& context);
+/// The official ones alone; behind them, in a group of their own, those of the check that nobody can locate.
+std::vector<AlertView> officialViews(WeatherState const& state, ViewContext const& context,
+                                     OfficialCheck const& check = {});
+/// The warning of that identifier, and those before and after it in `alertViews`, or among those that nobody
+/// can locate.
+WarningView warningView(WeatherState const& state, std::string_view id, ViewContext const& context,
+                        OfficialCheck const& check = {});
 /// The warning of that identifier, ended or not; nothing when there is none.
-std::optional<WeatherAlert> alertOf(WeatherState const& state, std::string_view id);
+std::optional<WeatherAlert> alertOf(WeatherState const& state, std::string_view id,
+                                    OfficialCheck const& check = {});
 
 /// `place` is the selected one; a check of another one says nothing of it.
 OfficialView officialView(OfficialCheck const& check, std::optional<Place> const& place,

@@ -235,10 +235,11 @@ void DesktopModel::setOpenAlert(QString const& id) {
 }
 
 void DesktopModel::showOpenAlert(ViewContext const& context) {
-  WarningView const view = warningView(*snapshot_->weather, openAlert_, context);
+  OfficialCheck const& check = snapshot_->hazards->official;
+  WarningView const view = warningView(*snapshot_->weather, openAlert_, context, check);
   openAlert_ = view.id;
   warning_->show(view);
-  auto const alert = alertOf(*snapshot_->weather, openAlert_);
+  auto const alert = alertOf(*snapshot_->weather, openAlert_, check);
   openAlertMap_ = alert && snapshot_->place
                       ? alertMap(*alert, snapshot_->place->coordinate, embeddedRegions().get())
                       : AlertMap();

@@ -45,7 +45,7 @@ void HazardsModel::show(EngineSnapshot const& snapshot, ViewContext const& conte
   HazardsState const& state = *snapshot.hazards;
   showWords(*words_, kWords, context.texts);
   official_->show(officialView(state.official, snapshot.place, *snapshot.weather, context));
-  warnings_->show(officialViews(*snapshot.weather, context));
+  warnings_->show(officialViews(*snapshot.weather, context, state.official));
   showQuakes(snapshot, context);
   kp_->show(kpView(state, context));
   kpBars_ = nimbara::kpBars(state, context);
