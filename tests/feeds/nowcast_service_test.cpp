@@ -3,6 +3,7 @@
 #include "support/fake_http_client.h"
 #include "support/instants.h"
 #include "support/manual_clock.h"
+#include "support/temporary_folder.h"
 
 #include <gmock/gmock.h>
 
@@ -195,6 +196,76 @@ TEST_F(NowcastServiceTest, KeepsAnAnswerForItsPlaceOnly) {
   http_.willAnswer(200, met("1"));
   EXPECT_NE(service_.fetch(kOslo).nowcast, service_.fetch({59.92, 10.7522}).nowcast);
   EXPECT_EQ(http_.requests.size(), 2U);
+}
+
+/// Two programs of one user.
+class SharedNowcasts : public NowcastServiceTest {
+ protected:
+  NowcastService program() {
+    return {http_,
+            clock_,
+            {"https://met.example", "https://sky.example", "https://om.example", "", folder_.path()}};
+  }
+  test::TemporaryFolder folder_;
+};
+
+TEST_F(SharedNowcasts, AskOnce) {
+  http_.willAnswer(200, met("1"));
+  NowcastReading const asked = program().fetch(kOslo);
+  EXPECT_EQ(program().fetch(kOslo), asked);
+  EXPECT_EQ(program().kept(kOslo), asked);
+  EXPECT_EQ(http_.requests.size(), 1U);
+  clock_.advance(minutes(5));
+  EXPECT_EQ(program().nextAsk(kOslo), clock_.now() + minutes(15)) << "a program that has not looked";
+  http_.willAnswer(200, met("0"));
+  auto other = program();
+  EXPECT_NE(other.fetch(kOslo).nowcast, asked.nowcast);
+  EXPECT_EQ(other.nextAsk(kOslo), clock_.now() + minutes(15));
+  EXPECT_EQ(http_.requests.size(), 2U);
+}
+
+TEST_F(SharedNowcasts, ShowWhatWasKeptForHalfAnHour) {
+  EXPECT_EQ(program().kept(kOslo), std::nullopt) << "nobody has asked";
+  EXPECT_EQ(program().kept(kTokyo), NowcastReading()) << "nobody offers it";
+  http_.willAnswer(200, met("1"));
+  program().fetch(kOslo);
+  clock_.advance(minutes(30) - std::chrono::milliseconds(1));
+  EXPECT_EQ(program().kept(kOslo)->nowcast.source, "metNorway");
+  clock_.advance(std::chrono::milliseconds(1));
+  EXPECT_EQ(program().kept(kOslo), std::nullopt);
+  EXPECT_EQ(http_.requests.size(), 1U);
+}
+
+TEST_F(SharedNowcasts, LeaveAServiceThatRefusesAloneTogether) {
+  http_.willAnswer(503, "");
+  program().fetch(kOslo);
+  NowcastReading const kept = *program().kept(kOslo);
+  EXPECT_EQ(kept.state, State::failed);
+  EXPECT_EQ(program().fetch(kOslo), kept);
+  EXPECT_EQ(http_.requests.size(), 1U);
+  clock_.advance(minutes(1));
+  http_.willAnswer(200, met("0"));
+  EXPECT_EQ(program().fetch(kOslo).state, State::current);
+}
+
+TEST_F(SharedNowcasts, AreNotReadFromADamagedFileOrTheFuture) {
+  http_.willAnswer(200, met("0"));
+  program().fetch(kOslo);
+  clock_.advance(-minutes(1));
+  EXPECT_EQ(program().kept(kOslo), std::nullopt);
+  for (auto const& entry : std::filesystem::directory_iterator(folder_.path()))
+    std::filesystem::resize_file(entry.path(), 20);
+  clock_.advance(minutes(1));
+  EXPECT_EQ(program().kept(kOslo), std::nullopt);
+}
+
+TEST_F(SharedNowcasts, KeepThoseOfTheLastPlaces) {
+  for (int i = 0; i < 70; ++i) {
+    http_.willAnswer(200, met("0"));
+    program().fetch({59 + i * 0.01, 10});
+  }
+  using std::filesystem::directory_iterator;
+  EXPECT_EQ(std::distance(directory_iterator(folder_.path()), directory_iterator()), 64);
 }
 
 }  // namespace

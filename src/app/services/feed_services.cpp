@@ -57,10 +57,15 @@ AirQualityService::Options airQualityOptions(ServiceAddress address) {
   return {std::move(address.baseUrl), std::move(address.apiKey)};
 }
 
-NowcastService::Options nowcastOptions(ServiceDirectory const& services) {
+NowcastService::Options nowcastOptions(ServiceDirectory const& services,
+                                       std::filesystem::path const& cacheDirectory) {
   ServiceAddress openMeteo = services.address(Service::openMeteo);
-  return {services.address(Service::yrNo).baseUrl, services.address(Service::brightSky).baseUrl,
-          std::move(openMeteo.baseUrl), std::move(openMeteo.apiKey)};
+  NowcastService::Options options{services.address(Service::yrNo).baseUrl,
+                                  services.address(Service::brightSky).baseUrl, std::move(openMeteo.baseUrl),
+                                  std::move(openMeteo.apiKey)};
+  if (!cacheDirectory.empty())
+    options.cacheDirectory = cacheDirectory / (isStandIn(services) ? "Nowcasts.stand-in" : "Nowcasts");
+  return options;
 }
 
 /// A stand-in takes any key, so that it needs none of the user's.
@@ -89,7 +94,7 @@ struct FeedServices::Parts {
                          {services.address(Service::travelAdvisories).baseUrl,
                           advisoryDirectory(services, options.cacheDirectory)}),
         lightning(http, clock, services.address(Service::lightning).baseUrl),
-        nowcast(http, clock, nowcastOptions(services)) {}
+        nowcast(http, clock, nowcastOptions(services, options.cacheDirectory)) {}
 
   Options options;
   Regions regions;

@@ -1,10 +1,14 @@
+#include "analysis/precip_kind.h"
 #include "app/services/feed_services.h"
 #include "app/services/forecast_service.h"
 #include "app/words/coverage_text.h"
+#include "app/words/nowcast_text.h"
 #include "base/json/json.h"
 #include "cli/cli.h"
+#include "cli/nowcast_look.h"
 #include "cli/official_look.h"
 #include "cli/pages/forecast_report.h"
+#include "cli/pages/nowcast_json.h"
 #include "cli/pages/warning_json.h"
 #include "cli/run_context.h"
 #include "cli/slow_note.h"
@@ -18,6 +22,8 @@ namespace {
 
 /// How long a forecast that is there waits for the official warnings.
 constexpr std::chrono::seconds kPatience{8};
+/// And after these for the nowcast, which was asked for at the same time.
+constexpr std::chrono::seconds kNowcastPatience{2};
 
 bool isOffline(std::optional<APIError> const& error) {
   using Kind = HttpError::Kind;
@@ -25,7 +31,14 @@ bool isOffline(std::optional<APIError> const& error) {
                    error->transport == Kind::timedOut);
 }
 
-std::string json(ForecastAnswer const& answer, OfficialLook::Answer const& official) {
+/// What of a place is known beside its forecast.
+struct Beside {
+  OfficialLook::Answer official;
+  NowcastReading nowcast;
+  NowcastText nowcastText;
+};
+
+std::string json(ForecastAnswer const& answer, Beside const& beside) {
   JsonWriter writer;
   writer.beginObject();
   writer.memberOrNull("provider", answer.provider);
@@ -34,9 +47,12 @@ std::string json(ForecastAnswer const& answer, OfficialLook::Answer const& offic
   writer.member("data", answer.data);
   writer.member("alerts", answer.alerts);
   writer.key("officialWarnings");
-  writeWarnings(writer, official.alerts);
+  writeWarnings(writer, beside.official.alerts);
   writer.key("coverage");
-  writeCoverage(writer, official.coverage);
+  writeCoverage(writer, beside.official.coverage);
+  writer.key("nowcast");
+  bool const isFailed = beside.nowcast.state == NowcastReading::State::failed;
+  writeNowcast(writer, beside.nowcast, isFailed ? std::nullopt : std::optional(beside.nowcastText.sentence));
   writer.endObject();
   return writer.take() + "\n";
 }
@@ -67,17 +83,31 @@ class ForecastRun {
     auto const place = context.place(options_.place);
     if (!place) return std::unexpected(place.error());
     std::optional<OfficialLook> look;
-    if (!options_.raw)
+    std::optional<NowcastLook> nowcast;
+    if (!options_.raw) {
       look.emplace(context.app().feeds().govAlerts(), *clock_, govAlertPlace(place->coordinate));
+      nowcast.emplace(context.app().feeds().nowcast(), place->coordinate);
+    }
     auto const answer = forecast(context, *place);
     if (!answer) {
       return std::unexpected(
           Failure{exitCode::kUnavailable, context.sentenceOf(answer.error()), answer.error()});
     }
     context.tell(context.note(*answer));
-    auto const official = look ? look->answer(kPatience, session_.stop) : OfficialLook::Answer{};
-    session_.console.out(rendered(*answer, official, context));
+    Beside beside;
+    if (look) beside.official = look->answer(kPatience, session_.stop);
+    if (nowcast) adopt(beside, nowcast->answer(kNowcastPatience, session_.stop), answer->data, context);
+    session_.console.out(rendered(*answer, beside, context));
     return {};
+  }
+
+  /// The temperatures of the forecast say whether it rains or snows where a radar does not.
+  void adopt(Beside& beside, NowcastReading reading, WeatherData const& data,
+             RunContext const& context) const {
+    nameFall(reading.nowcast, data.allHourly);
+    TimeWords const words(context.texts(), calendarOf(data, session_.environment.machineCalendar));
+    beside.nowcastText = nowcastText(reading, clock_->now(), context.texts(), words);
+    beside.nowcast = std::move(reading);
   }
 
   Result<ForecastAnswer, APIError> forecast(RunContext& context, Place const& place) const {
@@ -97,10 +127,9 @@ class ForecastRun {
     return ask({demo->baseUrl(), true, options_.provider, {}, {}});
   }
 
-  std::string rendered(ForecastAnswer const& answer, OfficialLook::Answer const& official,
-                       RunContext const& context) const {
+  std::string rendered(ForecastAnswer const& answer, Beside const& beside, RunContext const& context) const {
     if (options_.raw) return encodeJson(*answer.response) + "\n";
-    if (options_.json) return json(answer, official);
+    if (options_.json) return json(answer, beside);
     ReportOptions report;
     report.width = options_.width > 0 ? options_.width : widthOf(session_);
     report.style = styleOf(session_, options_.ascii);
@@ -108,9 +137,10 @@ class ForecastRun {
     report.now = clock_->now();
     report.standIn = context.servicesBase();
     Calendar const calendar = calendarOf(answer.data, session_.environment.machineCalendar);
-    report.warnings = official.alerts;
-    report.coverage = coverageLines(official.coverage, context.texts(), calendar, clock_->now());
-    report.isCoverageDoubtful = mostPressing(official.coverage).state == CoverageState::unchecked;
+    report.warnings = beside.official.alerts;
+    report.coverage = coverageLines(beside.official.coverage, context.texts(), calendar, clock_->now());
+    if (beside.nowcast.state != NowcastReading::State::none) report.nowcast = beside.nowcastText.line();
+    report.isCoverageDoubtful = mostPressing(beside.official.coverage).state == CoverageState::unchecked;
     return forecastReport(answer, report, context.texts(), calendar);
   }
 

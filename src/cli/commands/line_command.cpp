@@ -1,13 +1,16 @@
+#include "analysis/precip_kind.h"
 #include "app/services/feed_services.h"
 #include "app/services/forecast_service.h"
 #include "base/json/json.h"
 #include "base/text/clean_text.h"
 #include "base/text/display_text.h"
 #include "cli/cli.h"
+#include "cli/nowcast_look.h"
 #include "cli/pages/line_text.h"
 #include "cli/run_context.h"
 #include "feeds/alerts/gov_alert_service.h"
 #include "model/present.h"
+#include "model/process.h"
 
 namespace nimbara {
 
@@ -31,6 +34,7 @@ class LineRun {
     official_.coverage = agedCoverage(coverageOf(official, asked.countryCode), clock_->now());
     official_.alerts = std::move(official.alerts);
     ForecastService& service = context_.app().forecasts();
+    if (isMarkup_ || namesNowcast(options_.format)) lookAtNowcast(*place);
     if (!options_.fresh) {
       auto kept = service.cached(*place);
       if (kept) return std::move(*kept);
@@ -53,16 +57,41 @@ class LineRun {
   }
 
   LineContext lineContext(ForecastAnswer const& answer) {
-    return {answer, official_, context_.texts(), context_.wording().units, clock_->now(), isMarkup_};
+    return {answer,        official_, context_.texts(),        context_.wording().units,
+            clock_->now(), isMarkup_, nowcastText(answer.data)};
   }
 
  private:
+  /// A bar is drawn from what is kept; only with --fresh is anybody asked, while the forecast is.
+  void lookAtNowcast(Place const& place) {
+    NowcastService& service = context_.app().feeds().nowcast();
+    if (options_.fresh) {
+      look_.emplace(service, place.coordinate);
+    } else {
+      nowcast_ = service.kept(place.coordinate);
+    }
+  }
+
+  std::optional<NowcastText> nowcastText(WeatherData const& data) {
+    constexpr std::chrono::seconds kPatience{2};
+    if (look_) nowcast_ = look_->answer(kPatience, session_.stop);
+    look_.reset();
+    if (!nowcast_) return std::nullopt;
+    if (nowcast_->state == NowcastReading::State::none) return NowcastText{};
+    NowcastReading named = *nowcast_;
+    nameFall(named.nowcast, data.allHourly);
+    TimeWords const words(context_.texts(), calendarOf(data, Calendar::utc()));
+    return nimbara::nowcastText(named, clock_->now(), context_.texts(), words);
+  }
+
   LineOptions const& options_;
   bool isMarkup_;
   Session const& session_;
   std::unique_ptr<Clock> clock_;
   RunContext context_;
   KeptWarnings official_;
+  std::optional<NowcastReading> nowcast_;
+  std::optional<NowcastLook> look_;
 };
 
 std::string fieldHelp() {

@@ -42,7 +42,7 @@ class Report {
       : answer_(answer), data_(answer.data), context_(context) {}
 
   std::string str() const {
-    std::string out = heading() + warnings() + "\n" + present();
+    std::string out = heading() + warnings() + "\n" + present() + nowcast();
     out += section("report.next24", hourStrip(data_, context_));
     out += section("report.days", dayTable(data_, context_));
     out += section("report.sunMoon", sunAndMoon());
@@ -200,6 +200,11 @@ class Report {
     std::string out;
     for (std::string const& part : wrapped(style().text(sentence), width() - 1)) out += " " + part + "\n";
     return out;
+  }
+
+  std::string nowcast() const {
+    std::string const& sentence = context_.options.nowcast;
+    return sentence.empty() ? sentence : line(text("report.nowcast"), sentence);
   }
 
   /// A clock text of the record as this program writes clocks; other texts ("No moonrise") have no clock.

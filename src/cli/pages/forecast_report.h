@@ -22,7 +22,8 @@ struct ReportOptions {
   Instant now;
   std::vector<WeatherAlert> warnings;  ///< official ones, most severe first
   std::vector<std::string>
-      coverage;  ///< how the official ones were checked, a sentence each without a full stop
+      coverage;         ///< how the official ones were checked, a sentence each without a full stop
+  std::string nowcast;  ///< of the next two hours; empty where nobody offers it
   bool isCoverageDoubtful = false;  ///< such a sentence says that they could not be
   std::string standIn;  ///< the address that stands in for the services, empty for the services themselves
 };

@@ -141,6 +141,9 @@ constexpr LineField kFields[] = {
        return ofToday(c,
                       [&](DailyForecast const& d) { return temperature(d.minTempC, d.minTempF, c.units); });
      }},
+    {"nowcast",
+     "rain in the next two hours, from radar or a 15-minute model; nothing where none covers the place",
+     [](LineContext const& c) { return c.nowcast ? c.nowcast->sentence : std::string(kUnknown); }},
     {"place", "the place's name", [](LineContext const& c) { return c.answer.data.location.areaName; }},
     {"alert", "the most severe alert, or nothing", strongestAlert},
     {"alerts", "how many alerts there are",
@@ -179,6 +182,10 @@ std::span<LineField const> lineFields() {
   return kFields;
 }
 
+bool namesNowcast(std::string_view pattern) {
+  return pattern.contains("{nowcast}");
+}
+
 Result<std::string, std::string> filledLine(std::string_view pattern, LineContext const& context) {
   std::string out;
   for (std::size_t at = 0; at < pattern.size();) {
@@ -205,6 +212,8 @@ std::string tooltip(LineContext const& context) {
   WeatherData const& data = context.answer.data;
   TimeWords const words(context.texts, calendarOf(data, Calendar::utc()));
   std::string out = *filledLine("{place}: {temperature} {condition}", context);
+  bool const hasNowcast = context.nowcast && !context.nowcast->sentence.empty();
+  if (hasNowcast) out += "\n" + written(context.nowcast->line(), context);
   auto const alertLine = [&](WeatherAlert const& alert) {
     return "\n! " + written(alert.title + ". " + alert.message, context);
   };

@@ -2,11 +2,13 @@
 #pragma once
 
 #include "app/services/forecast_service.h"
+#include "app/words/nowcast_text.h"
 #include "base/result.h"
 #include "base/units.h"
 #include "base/words/texts.h"
 #include "feeds/alerts/coverage.h"
 
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -27,6 +29,8 @@ struct LineContext {
   Units const& units;
   Instant now;
   bool isMarkup = false;  ///< the reader takes the line for markup: values are escaped, the template is not
+  /// Of the next two hours; both texts empty where nobody offers it, nothing where nobody asked lately.
+  std::optional<NowcastText> nowcast = std::nullopt;
 };
 
 struct LineField {
@@ -40,10 +44,14 @@ std::span<LineField const> lineFields();
 
 inline constexpr std::string_view kLineTemplate = "{icon} {temperature} {condition}{stale}";
 
+/// Whether the pattern names the nowcast, which is looked up only then.
+bool namesNowcast(std::string_view pattern);
+
 /// "{{" stands for a brace. The error is a sentence that names the field which does not exist.
 Result<std::string, std::string> filledLine(std::string_view pattern, LineContext const& context);
 
-/// The lines of a bar's tooltip: place and conditions, alerts, the days ahead, age and source.
+/// The lines of a bar's tooltip: place and conditions, the next two hours where a source covers them,
+/// alerts, the days ahead, age and source.
 std::string tooltip(LineContext const& context);
 
 }  // namespace nimbara

@@ -1,7 +1,9 @@
 #include "feeds/nowcast/nowcast_service.h"
 
+#include "base/json/json_codec.h"
 #include "base/text/number.h"
 #include "base/text/text.h"
+#include "feeds/fetching/kept_record.h"
 #include "feeds/fetching/watched_feed.h"
 #include "feeds/nowcast/bright_sky_radar.h"
 #include "feeds/nowcast/met_nowcast.h"
@@ -9,8 +11,52 @@
 #include "platform/http_expiry.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace nimbara {
+
+namespace {
+
+/// What the programs of the user share of a source and a place.
+struct NowcastRecord {
+  std::optional<NowcastReply> reply;
+  Instant checkedAt;
+  Instant until;
+  std::string etag, lastModified;
+  std::optional<ServiceFailure> failure;
+  std::optional<Instant> failedAt, pausedUntil;
+  int failures = 0;
+};
+
+}  // namespace
+
+template <>
+inline constexpr auto enumNames<NowcastReply::State> =
+    std::to_array<std::string_view>({"steps", "uncovered", "radarDown"});
+static_assert(enumNamesComplete(NowcastReply::State::radarDown));
+
+template <>
+inline constexpr auto jsonFields<NowcastStep> =
+    FieldList{field("from", &NowcastStep::from), field("to", &NowcastStep::to),
+              field("mmPerHour", &NowcastStep::mmPerHour), fieldOr("fall", &NowcastStep::fall)};
+template <>
+inline constexpr auto jsonFields<Nowcast> =
+    FieldList{field("source", &Nowcast::source), field("kind", &Nowcast::kind),
+              field("issued", &Nowcast::issued), field("steps", &Nowcast::steps)};
+template <>
+inline constexpr auto jsonFields<NowcastReply> =
+    FieldList{field("state", &NowcastReply::state), field("nowcast", &NowcastReply::nowcast)};
+template <>
+inline constexpr auto jsonFields<NowcastRecord> =
+    FieldList{field("reply", &NowcastRecord::reply),
+              field("checkedAt", &NowcastRecord::checkedAt),
+              field("until", &NowcastRecord::until),
+              fieldOr("etag", &NowcastRecord::etag),
+              fieldOr("lastModified", &NowcastRecord::lastModified),
+              field("failure", &NowcastRecord::failure),
+              field("failedAt", &NowcastRecord::failedAt),
+              field("pausedUntil", &NowcastRecord::pausedUntil),
+              fieldOr("failures", &NowcastRecord::failures)};
 
 namespace {
 
@@ -42,6 +88,27 @@ bool isOver(Nowcast const& nowcast, Instant now) {
   return std::ranges::none_of(nowcast.steps, [now](NowcastStep const& step) { return step.to > now; });
 }
 
+constexpr std::chrono::minutes kLongestPause{60};
+
+/// Of a source and a place; a file's as well.
+std::string nameOf(NowcastSource source, Coordinate place) {
+  constexpr int kDecimals = 4;
+  return std::string(enumName(source)) + "_" + fixedDecimal(place.latitude, kDecimals) + "," +
+         fixedDecimal(place.longitude, kDecimals);
+}
+
+/// A device that moves leaves answers behind.
+void removeOldest(std::filesystem::path const& folder) {
+  std::error_code error;
+  std::vector<std::pair<std::filesystem::file_time_type, std::filesystem::path>> files;
+  for (auto const& entry : std::filesystem::directory_iterator(folder, error))
+    files.emplace_back(entry.last_write_time(error), entry.path());
+  if (files.size() <= NowcastService::kMostAnswers) return;
+  std::ranges::sort(files);
+  files.resize(files.size() - NowcastService::kMostAnswers);
+  for (auto const& [time, file] : files) std::filesystem::remove(file, error);
+}
+
 ServiceFailure overFailure() {
   return ServiceFailure::of(ServiceFailure::Kind::unreadable, "the nowcast ends before the present moment");
 }
@@ -57,19 +124,39 @@ NowcastService::NowcastService(HttpClient& http, Clock const& clock, Options opt
 
 NowcastReading NowcastService::fetch(Coordinate place, std::stop_token const& stop) {
   std::lock_guard const turn(turn_);
+  return *read(place, [&](NowcastSource source) { return &ask(source, place, stop); });
+}
+
+std::optional<NowcastReading> NowcastService::kept(Coordinate place) {
+  std::lock_guard const turn(turn_);
+  return read(place, [&](NowcastSource source) -> Kept const* {
+    Kept& kept = keep(source, place);
+    if (!isFresh(kept)) load(kept, source, place);
+    Instant const now = clock_.now();
+    bool const isKnown = kept.failure
+                             ? kept.failedAt && isYounger(*kept.failedAt, kKeptLife, now)
+                             : kept.reply && (isFresh(kept) || isYounger(kept.checkedAt, kKeptLife, now));
+    return isKnown ? &kept : nullptr;
+  });
+}
+
+template <class Reply>
+std::optional<NowcastReading> NowcastService::read(Coordinate place, Reply reply) const {
   NowcastReading reading;
   for (NowcastSource const source : nowcastSourcesAt(place)) {
-    Kept const& kept = ask(source, place, stop);
-    if (kept.failure) {
-      reading.misses.push_back({source, false, *kept.failure});
-    } else if (kept.reply->state == NowcastReply::State::radarDown) {
+    Kept const* const kept = reply(source);
+    if (kept == nullptr) return std::nullopt;
+    if (kept->failure) {
+      reading.misses.push_back({source, false, *kept->failure});
+    } else if (kept->reply->state == NowcastReply::State::radarDown) {
       reading.misses.push_back({source, true, {}});
-    } else if (kept.reply->state == NowcastReply::State::steps && isOver(kept.reply->nowcast, clock_.now())) {
+    } else if (kept->reply->state == NowcastReply::State::steps &&
+               isOver(kept->reply->nowcast, clock_.now())) {
       reading.misses.push_back({source, false, overFailure()});
-    } else if (kept.reply->state == NowcastReply::State::steps) {
+    } else if (kept->reply->state == NowcastReply::State::steps) {
       reading.state = NowcastReading::State::current;
-      reading.nowcast = kept.reply->nowcast;
-      reading.checkedAt = kept.checkedAt;
+      reading.nowcast = kept->reply->nowcast;
+      reading.checkedAt = kept->checkedAt;
       return reading;
     }
   }
@@ -77,19 +164,44 @@ NowcastReading NowcastService::fetch(Coordinate place, std::stop_token const& st
   return reading;
 }
 
-/// What is kept of the source, asked anew where that is due: a reply, or a failure.
+/// A source that failed has the longer rest at least.
+Instant NowcastService::nextAsk(Coordinate place) {
+  std::lock_guard const turn(turn_);
+  Instant const now = clock_.now();
+  Instant next = now + kUncoveredRest;
+  for (NowcastSource const source : nowcastSourcesAt(place)) {
+    Kept const& kept = keep(source, place);
+    if (isFresh(kept)) {
+      next = std::min(next, kept.until);
+      if (kept.reply->state == NowcastReply::State::steps) return next;
+    } else {
+      auto const pause = isPaused(kept) ? *kept.pausedUntil - clock_.steadyNow() : kDryRest;
+      next = std::min(next, now + std::max(std::chrono::ceil<std::chrono::milliseconds>(pause),
+                                           std::chrono::milliseconds(kDryRest)));
+    }
+  }
+  return next;
+}
+
+bool NowcastService::isFresh(Kept const& kept) const {
+  Instant const now = clock_.now();
+  return kept.reply && kept.checkedAt <= now && now < kept.until;
+}
+
+bool NowcastService::isPaused(Kept const& kept) const {
+  return kept.failure && kept.pausedUntil && clock_.steadyNow() < *kept.pausedUntil;
+}
+
+/// What is kept of the source, asked anew where that is due and no other program has: a reply, or a failure.
 NowcastService::Kept const& NowcastService::ask(NowcastSource source, Coordinate place,
                                                 std::stop_token const& stop) {
-  constexpr int kDecimals = 4;
-  Kept& kept = keep(std::string(enumName(source)) + " " + fixedDecimal(place.latitude, kDecimals) + "," +
-                    fixedDecimal(place.longitude, kDecimals));
-  Instant const now = clock_.now();
-  bool const isFresh = kept.reply && kept.checkedAt <= now && now < kept.until;
-  bool const isPaused = kept.failure && kept.pausedUntil && clock_.steadyNow() < *kept.pausedUntil;
-  if (isFresh) {
+  Kept& kept = keep(source, place);
+  if (!isFresh(kept) && !isPaused(kept)) load(kept, source, place);
+  if (isFresh(kept)) {
     kept.failure.reset();
-  } else if (!isPaused) {
+  } else if (!isPaused(kept)) {
     exchangeFor(kept, source, place, stop);
+    if (!stop.stop_requested()) save(kept, source, place);
   }
   return kept;
 }
@@ -142,18 +254,61 @@ void NowcastService::settle(Kept& kept, NowcastReply reply, HttpResponse const& 
 
 void NowcastService::fail(Kept& kept, ServiceFailure failure, HttpResponse const& answer) {
   kept.failure = std::move(failure);
+  kept.failedAt = clock_.now();
   kept.pausedUntil = clock_.steadyNow() + pauseAfterFailure(answer.status, ++kept.failures,
                                                             answer.header("Retry-After"), clock_.now());
 }
 
 /// Of what was asked for last.
-NowcastService::Kept& NowcastService::keep(std::string const& key) {
+NowcastService::Kept& NowcastService::keep(NowcastSource source, Coordinate place) {
+  std::string const key = nameOf(source, place);
   if (!kept_.contains(key) && kept_.size() >= kMostAnswers) {
     kept_.erase(std::ranges::min_element(kept_, {}, [](auto const& entry) { return entry.second.asked; }));
   }
   Kept& kept = kept_[key];
   kept.asked = ++questions_;
   return kept;
+}
+
+std::filesystem::path NowcastService::fileOf(NowcastSource source, Coordinate place) const {
+  return options_.cacheDirectory / (nameOf(source, place) + ".json");
+}
+
+/// What another program has had of the source since.
+void NowcastService::load(Kept& kept, NowcastSource source, Coordinate place) const {
+  if (options_.cacheDirectory.empty()) return;
+  auto record = keptRecord<NowcastRecord>(fileOf(source, place), kLargestBody);
+  Instant const now = clock_.now();
+  auto const lastTried = [](auto const& one) {
+    return std::max(one.checkedAt, one.failedAt.value_or(Instant()));
+  };
+  if (!record || lastTried(*record) > now || lastTried(*record) <= lastTried(kept)) return;
+  kept.reply = std::move(record->reply);
+  kept.checkedAt = record->checkedAt;
+  kept.until = record->until;
+  kept.failure = std::move(record->failure);
+  kept.failedAt = record->failedAt;
+  kept.failures = record->failures;
+  kept.validators = {std::move(record->etag), std::move(record->lastModified)};
+  kept.url = urlOf(source, place);
+  kept.pausedUntil.reset();
+  if (kept.failure && record->pausedUntil && *record->pausedUntil > now)
+    kept.pausedUntil =
+        clock_.steadyNow() + std::min<std::chrono::milliseconds>(*record->pausedUntil - now, kLongestPause);
+}
+
+/// A disk that cannot be written to costs no more than another question.
+void NowcastService::save(Kept const& kept, NowcastSource source, Coordinate place) const {
+  if (options_.cacheDirectory.empty()) return;
+  NowcastRecord record{
+      kept.reply,   kept.checkedAt, kept.until, kept.validators.etag, kept.validators.lastModified,
+      kept.failure, kept.failedAt,  {},         kept.failures};
+  if (isPaused(kept)) {
+    record.pausedUntil =
+        clock_.now() + std::chrono::ceil<std::chrono::milliseconds>(*kept.pausedUntil - clock_.steadyNow());
+  }
+  std::ignore = writeFileAtomically(fileOf(source, place), encodeJson(record));
+  removeOldest(options_.cacheDirectory);
 }
 
 std::string NowcastService::urlOf(NowcastSource source, Coordinate place) const {

@@ -1,5 +1,6 @@
 // The nowcast of a place: of the sources that may have one, the first that answers. Keeps the last answer of
-// each source for each place in memory, and never raises an error.
+// each source for each place, in memory and in files that all programs of the user share, and never raises an
+// error.
 #pragma once
 
 #include "feeds/fetching/feed_exchange.h"
@@ -7,6 +8,7 @@
 #include "platform/clock.h"
 
 #include <cstdint>
+#include <filesystem>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -53,19 +55,28 @@ class NowcastService {
   static constexpr std::chrono::minutes kWetRest{5};  ///< while something falls within two hours
   static constexpr std::chrono::minutes kDryRest{15};
   static constexpr std::chrono::hours kUncoveredRest{24};
+  static constexpr std::chrono::minutes kKeptLife{30};  ///< what was kept is then no longer shown unasked
   static constexpr std::size_t kMostAnswers = 64;
 
   struct Options {
-    std::string metBase;        ///< "https://api.met.no"
-    std::string brightSkyBase;  ///< "https://api.brightsky.dev"
-    std::string openMeteoBase;  ///< "https://api.open-meteo.com"
-    std::string openMeteoKey;   ///< empty for the free service
+    std::string metBase;                        ///< "https://api.met.no"
+    std::string brightSkyBase;                  ///< "https://api.brightsky.dev"
+    std::string openMeteoBase;                  ///< "https://api.open-meteo.com"
+    std::string openMeteoKey;                   ///< empty for the free service
+    std::filesystem::path cacheDirectory = {};  ///< empty: nothing outlives the process
   };
 
   NowcastService(HttpClient& http, Clock const& clock, Options options);
 
   /// Blocks for the requests that are due. Any thread; one question at a time.
   NowcastReading fetch(Coordinate place, std::stop_token const& stop = {});
+
+  /// What the last answers say, whoever of the user's programs asked for them; asks nobody. Nothing where a
+  /// source that may have a nowcast was not asked lately.
+  std::optional<NowcastReading> kept(Coordinate place);
+
+  /// When to ask for the place again: the earliest moment at which `fetch` would.
+  Instant nextAsk(Coordinate place);
 
  private:
   struct Kept {
@@ -75,17 +86,26 @@ class NowcastService {
     Validators validators;
     std::string url;  ///< that they belong to
     std::optional<ServiceFailure> failure;
+    std::optional<Instant> failedAt;
     int failures = 0;
     std::optional<std::chrono::steady_clock::time_point> pausedUntil;
     std::uint64_t asked = 0;
   };
 
+  /// Nothing where `reply` has none of a source that comes before one that has a nowcast.
+  template <class Reply>
+  std::optional<NowcastReading> read(Coordinate place, Reply reply) const;
   Kept const& ask(NowcastSource source, Coordinate place, std::stop_token const& stop);
+  bool isFresh(Kept const& kept) const;
+  bool isPaused(Kept const& kept) const;
   void exchangeFor(Kept& kept, NowcastSource source, Coordinate place, std::stop_token const& stop);
   void take(Kept& kept, NowcastSource source, HttpResponse const& answer);
   void fail(Kept& kept, ServiceFailure failure, HttpResponse const& answer);
   void settle(Kept& kept, NowcastReply reply, HttpResponse const& answer);
-  Kept& keep(std::string const& key);
+  Kept& keep(NowcastSource source, Coordinate place);
+  std::filesystem::path fileOf(NowcastSource source, Coordinate place) const;
+  void load(Kept& kept, NowcastSource source, Coordinate place) const;
+  void save(Kept const& kept, NowcastSource source, Coordinate place) const;
   std::string urlOf(NowcastSource source, Coordinate place) const;
 
   HttpClient& http_;
