@@ -10,14 +10,6 @@ void append(std::string& list, std::string_view name) {
   list.append(list.empty() ? "" : ", ").append(name);
 }
 
-std::string serviceNames() {
-  std::string list;
-  for (ServiceRow const& row : kServices) {
-    if (!row.isOnThisMachine) append(list, row.name);
-  }
-  return list;
-}
-
 std::string faultNames() {
   std::string list;
   for (std::string_view const name : enumNames<DemoFault::Kind>) append(list, name);
@@ -26,12 +18,20 @@ std::string faultNames() {
 
 }  // namespace
 
+std::string demoServiceNames() {
+  std::string list;
+  for (ServiceRow const& row : kServices) {
+    if (!row.isOnThisMachine) append(list, row.name);
+  }
+  return list;
+}
+
 Result<DemoFault, std::string> parseDemoFault(std::string_view text) {
   auto const parts = split(text, '=');
   auto const service = enumFromName<Service>(parts[0]);
   if (!service || rowOf(*service).isOnThisMachine) {
     return std::unexpected("'" + oneLine(parts[0]) + "' is not a demo service; choose from " +
-                           serviceNames());
+                           demoServiceNames());
   }
   auto const kind = parts.size() == 2 ? enumFromName<DemoFault::Kind>(parts[1]) : std::nullopt;
   if (!kind) {

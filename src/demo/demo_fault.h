@@ -27,6 +27,9 @@ inline constexpr auto enumNames<DemoFault::Kind> = std::to_array<std::string_vie
     {"500", "timeout", "garbage", "drop", "drip", "loop", "elsewhere", "empty", "exception"});
 static_assert(enumNamesComplete(DemoFault::Kind::exception));
 
+/// The services that a fault may name: those that the demo stands in for, separated by commas.
+std::string demoServiceNames();
+
 /// "openMeteo=500"; the error is a sentence that names what is wrong.
 Result<DemoFault, std::string> parseDemoFault(std::string_view text);
 

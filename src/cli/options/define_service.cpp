@@ -1,6 +1,7 @@
 #include "base/text/text.h"
 #include "cli/cli.h"
 #include "cli/options/command_definitions.h"
+#include "demo/demo_fault.h"
 #include "demo/world/demo_scene.h"
 
 namespace nimbara {
@@ -42,7 +43,7 @@ void defineDemo(Command app, CommandLine& line, RawOptions& raw) {
               "SERVICE=FAULT: make a service fail; may be repeated. Faults: " + namesOf<DemoFault::Kind>() +
                   ". "
                   "Services: " +
-                  namesOf<Service>())
+                  demoServiceNames())
       .called("FAULT")
       .oneValueEach();
   command
