@@ -305,15 +305,27 @@ class PlacesRun {
     return interrupted ? session_.fail(exitCode::kInterrupted, "interrupted") : unavailable(sentence);
   }
 
+  /// Above the similar names. That nobody could look further stands behind what is of use.
+  std::string similarSentence(APIError const& error) const {
+    if (error.kind == APIError::Case::noResults) {
+      return missingSentence(options_.place, error) + "; these names are similar";
+    }
+    std::string why = error.text();
+    if (why.ends_with('.')) why.pop_back();
+    return "these names are similar to '" + oneLine(options_.place, 100) + "'; the online search failed (" +
+           why + ")";
+  }
+
   int search() {
     auto const list = places_.list();
     auto matches = found();
     bool const isSuggestion = !matches;
     if (!matches) {
       auto similar = similarPlaces(options_.place, texts().language());
-      std::string const why = missingSentence(options_.place, matches.error());
-      if (similar.empty() || session_.stop.stop_requested()) return failSearch(why);
-      session_.console.err("nimbara: " + why + "; these names are similar\n");
+      if (similar.empty() || session_.stop.stop_requested()) {
+        return failSearch(missingSentence(options_.place, matches.error()));
+      }
+      session_.console.err("nimbara: " + similarSentence(matches.error()) + "\n");
       matches = std::move(similar);
     }
     Entries entries;
