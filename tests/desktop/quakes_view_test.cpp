@@ -1,5 +1,6 @@
 #include "desktop/views/hazards/quakes_view.h"
 
+#include "app/words/quake_place.h"
 #include "desktop/views/globe/world_map.h"
 #include "hazard_states.h"
 

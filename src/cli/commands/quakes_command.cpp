@@ -1,4 +1,5 @@
 #include "app/services/feed_services.h"
+#include "app/words/quake_place.h"
 #include "base/json/json.h"
 #include "base/text/display_text.h"
 #include "base/text/number.h"
@@ -94,10 +95,18 @@ class QuakePage {
       Row& row = rows.emplace_back(
           Row{words_.moment(event.time, now_), magnitude(event.magnitude), distance(event.depthKm)});
       if (circle_) row.push_back(distance(haversineKm(circle_->centre, event.coordinate())));
-      row.push_back(oneLine(event.place));
-      if (event.alert) row.back() += " [" + oneLine(*event.alert, 20) + "]";
+      row.push_back(quakePlace(oneLine(event.place), unit_) + pagerNote(event.alert));
     }
     return rows;
+  }
+
+  /// PAGER's colour where it expects damage; green says that nothing is the matter.
+  std::string pagerNote(std::optional<std::string> const& colour) const {
+    if (!colour || *colour == "green") return {};
+    std::string const key = "warning.colour." + *colour;
+    bool const isKnown = *colour == "yellow" || *colour == "orange" || *colour == "red";
+    std::string const word = isKnown ? std::string(texts_.text(key)) : oneLine(*colour, 20);
+    return ", " + texts_.format("quakes.pager", word);
   }
 
   /// Numbers stand to the right; the place ends where the terminal does.

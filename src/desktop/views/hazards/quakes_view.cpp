@@ -1,5 +1,6 @@
 #include "desktop/views/hazards/quakes_view.h"
 
+#include "app/words/quake_place.h"
 #include "base/text/number.h"
 #include "base/text/text.h"
 #include "desktop/views/problem_text.h"
@@ -150,16 +151,6 @@ bool couldBeFelt(double magnitude, double km, double depthKm) {
   constexpr double kFeltIntensity = 3;  // "weak", felt by some indoors
   double const way = std::hypot(km, std::max(depthKm, kShallowest));
   return 1.5 * magnitude - 3.5 * std::log10(way) + 3 >= kFeltIntensity;
-}
-
-std::string quakePlace(std::string_view place, DistanceUnit unit) {
-  std::size_t const digits = place.find_first_not_of("0123456789");
-  bool const isDistance =
-      digits != 0 && digits != std::string_view::npos && place.substr(digits).starts_with(" km ");
-  auto const km = isDistance ? parseDouble(place.substr(0, digits)) : std::nullopt;
-  if (!km || unit == DistanceUnit::km) return std::string(place);
-  std::string_view const rest = place.substr(digits + std::string_view(" km").size());
-  return display(*km, unit) + " " + std::string(symbol(unit)) + std::string(rest);
 }
 
 std::vector<EarthquakeEvent> shownQuakes(HazardsState const& state, std::optional<Place> const& place,

@@ -93,9 +93,6 @@ enum class QuakeOrder { significance, time };
 /// focus.
 bool couldBeFelt(double magnitude, double km, double depthKm);
 
-/// The service's words for where it was, "75 km SE of Parkfield, CA", with the distance in the unit.
-std::string quakePlace(std::string_view place, DistanceUnit unit);
-
 /// Those of the last 24 hours that the filter lets through, in that order; the first 500 where there are
 /// more. One of the usual radii is the user's unit's.
 std::vector<EarthquakeEvent> shownQuakes(HazardsState const& state, std::optional<Place> const& place,

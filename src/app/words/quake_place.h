@@ -1,0 +1,14 @@
+// Where an earthquake was, in the units of a person. Pure.
+#pragma once
+
+#include "base/units.h"
+
+#include <string>
+#include <string_view>
+
+namespace nimbara {
+
+/// The service's words for where it was, "75 km SE of Parkfield, CA", with the distance in the unit.
+std::string quakePlace(std::string_view place, DistanceUnit unit);
+
+}  // namespace nimbara
