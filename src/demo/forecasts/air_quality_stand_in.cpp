@@ -73,26 +73,85 @@ double usIndex(double pm25) {
   return std::round(interpolated(kSteps, pm25));
 }
 
-double europeanIndex(double pm25) {
-  constexpr Step kSteps[] = {{0, 0}, {10, 20}, {20, 40}, {25, 60}, {50, 80}, {75, 100}, {150, 150}};
-  return std::round(interpolated(kSteps, pm25));
-}
-
 double tenths(double value) {
   return std::round(value * 10) / 10;
+}
+
+/// One hour of a place's air, in µg/m³.
+struct AirMoment {
+  AirMoment(Coordinate where, Instant when)
+      : place(where), time(when), weather(demoWeather(where, when)), pm25(demoFineDust(where, when)) {}
+
+  double pm10() const { return 1.6 * pm25; }
+  double nitrogenDioxide() const { return 4 + 0.7 * pm25; }
+  double ozone() const { return 45 + 9 * weather.uvIndex; }
+  double sulphurDioxide() const { return 1 + 0.1 * pm25; }
+
+  Coordinate place;
+  Instant time;
+  DemoWeather weather;
+  double pm25;
+};
+
+double europeanIndex(AirMoment const& air) {
+  constexpr Step kFineDust[] = {{0, 0}, {5, 20}, {15, 40}, {50, 60}, {90, 80}, {140, 100}, {1000, 444}};
+  constexpr Step kDust[] = {{0, 0}, {15, 20}, {45, 40}, {120, 60}, {195, 80}, {270, 100}, {1000, 295}};
+  constexpr Step kNitrogen[] = {{0, 0}, {10, 20}, {25, 40}, {60, 60}, {100, 80}, {150, 100}, {1000, 440}};
+  constexpr Step kOzone[] = {{0, 0}, {60, 20}, {100, 40}, {120, 60}, {160, 80}, {180, 100}, {600, 520}};
+  return std::round(std::max(
+      {interpolated(kFineDust, tenths(air.pm25)), interpolated(kDust, tenths(air.pm10())),
+       interpolated(kNitrogen, tenths(air.nitrogenDioxide())), interpolated(kOzone, tenths(air.ozone()))}));
+}
+
+/// From its first to its last month, grains a day's warmth sends out; none outside the region of the model
+/// that knows pollen.
+template <int first, int last, int most>
+std::optional<double> pollen(AirMoment const& air) {
+  bool const isKnown = air.place.latitude >= 30 && air.place.latitude <= 72 && air.place.longitude >= -25 &&
+                       air.place.longitude <= 45;
+  if (!isKnown) return std::nullopt;
+  auto const month =
+      static_cast<int>(static_cast<unsigned>(Date(std::chrono::floor<days>(air.time)).month()));
+  if (month < first || month > last) return 0;
+  double const warmth = std::clamp(air.weather.temperature / 20, 0.0, 1.5);
+  return tenths(most * warmth / (1 + air.weather.precipitation));
 }
 
 struct Variable {
   std::string_view name;
   std::string_view unit;
-  double (*value)(double pm25);
+  std::optional<double> (*value)(AirMoment const&);
 };
 
+using Number = std::optional<double>;
+
 constexpr std::array kVariables = std::to_array<Variable>({
-    {"pm2_5", "μg/m³", &tenths},
-    {"pm10", "μg/m³", [](double pm25) { return tenths(1.6 * pm25); }},
-    {"us_aqi", "USAQI", &usIndex},
-    {"european_aqi", "EAQI", &europeanIndex},
+    {"pm2_5", "μg/m³", [](AirMoment const& air) { return Number(tenths(air.pm25)); }},
+    {"pm10", "μg/m³", [](AirMoment const& air) { return Number(tenths(air.pm10())); }},
+    {"nitrogen_dioxide", "μg/m³", [](AirMoment const& air) { return Number(tenths(air.nitrogenDioxide())); }},
+    {"ozone", "μg/m³", [](AirMoment const& air) { return Number(tenths(air.ozone())); }},
+    {"sulphur_dioxide", "μg/m³", [](AirMoment const& air) { return Number(tenths(air.sulphurDioxide())); }},
+    {"us_aqi", "USAQI", [](AirMoment const& air) { return Number(usIndex(air.pm25)); }},
+    {"us_aqi_pm2_5", "USAQI", [](AirMoment const& air) { return Number(usIndex(air.pm25)); }},
+    {"us_aqi_pm10", "USAQI", [](AirMoment const& air) { return Number(std::round(air.pm10() * 50 / 54)); }},
+    {"us_aqi_nitrogen_dioxide", "USAQI",
+     [](AirMoment const& air) { return Number(std::round(air.nitrogenDioxide() / 1.88 * 50 / 53)); }},
+    {"us_aqi_ozone", "USAQI",
+     [](AirMoment const& air) { return Number(std::round(air.ozone() / 2 * 50 / 54)); }},
+    {"us_aqi_sulphur_dioxide", "USAQI",
+     [](AirMoment const& air) { return Number(std::round(air.sulphurDioxide() / 2.62 * 50 / 35)); }},
+    {"european_aqi", "EAQI", [](AirMoment const& air) { return Number(europeanIndex(air)); }},
+    {"uv_index", "", [](AirMoment const& air) { return Number(tenths(air.weather.uvIndex)); }},
+    {"uv_index_clear_sky", "",
+     [](AirMoment const& air) {
+       return Number(tenths(air.weather.uvIndex / (1 - 0.7 * air.weather.cloudCover / 100)));
+     }},
+    {"alder_pollen", "grains/m³", &pollen<2, 3, 60>},
+    {"birch_pollen", "grains/m³", &pollen<4, 5, 150>},
+    {"grass_pollen", "grains/m³", &pollen<5, 8, 40>},
+    {"mugwort_pollen", "grains/m³", &pollen<7, 9, 20>},
+    {"olive_pollen", "grains/m³", &pollen<5, 6, 80>},
+    {"ragweed_pollen", "grains/m³", &pollen<8, 9, 15>},
 });
 
 DemoAnswer refusal(std::string const& reason) {
@@ -134,24 +193,25 @@ std::string localText(Instant instant, seconds offset) {
 void writeCurrent(JsonWriter& json, Variables const& variables, Coordinate place, Instant now,
                   seconds offset) {
   Instant const hour = std::chrono::floor<hours>(now);
-  double const pm25 = demoFineDust(place, hour);
+  AirMoment const air(place, hour);
   writeUnits(json, "current_units", variables);
   json.key("current");
   json.beginObject();
   json.member("time", localText(hour, offset));
   json.member("interval", 3600);
-  for (Variable const* const variable : variables) json.member(variable->name, variable->value(pm25));
+  for (Variable const* const variable : variables) json.memberOrNull(variable->name, variable->value(air));
   json.endObject();
 }
 
 void writeHourly(JsonWriter& json, Variables const& variables, Coordinate place, Instant begin, int count,
                  seconds offset) {
   std::vector<std::string> times;
-  std::vector<std::optional<double>> dust;
+  std::vector<std::optional<AirMoment>> air;
   for (int hour = 0; hour < count; ++hour) {
     Instant const time = begin + hours(hour);
     times.push_back(localText(time, offset));
-    dust.push_back(hour < kHoursWithValues ? std::optional(demoFineDust(place, time)) : std::nullopt);
+    air.push_back(hour < kHoursWithValues ? std::optional<AirMoment>(std::in_place, place, time)
+                                          : std::nullopt);
   }
   writeUnits(json, "hourly_units", variables);
   json.key("hourly");
@@ -159,9 +219,8 @@ void writeHourly(JsonWriter& json, Variables const& variables, Coordinate place,
   json.member("time", times);
   for (Variable const* const variable : variables) {
     std::vector<std::optional<double>> values;
-    values.reserve(dust.size());
-    for (auto const& pm25 : dust)
-      values.push_back(pm25 ? std::optional(variable->value(*pm25)) : std::nullopt);
+    values.reserve(air.size());
+    for (auto const& hour : air) values.push_back(hour ? variable->value(*hour) : std::nullopt);
     json.member(variable->name, values);
   }
   json.endObject();

@@ -18,8 +18,8 @@ std::string placeQuery(Coordinate place) {
 
 FeedQuestion questionFor(std::string const& placeQuery, AirQualityService::Options const& options) {
   FeedQuestion question;
-  question.request.url = options.baseUrl + "/v1/air-quality?" + placeQuery +
-                         "&hourly=pm2_5&current=pm2_5,us_aqi,european_aqi&timezone=GMT&forecast_days=5";
+  question.request.url = options.baseUrl + "/v1/air-quality?" + placeQuery + "&hourly=" + airVariables() +
+                         "&current=" + airVariables() + "&timezone=GMT&forecast_days=5";
   if (!options.apiKey.empty()) question.request.url += "&apikey=" + percentEncoded(options.apiKey);
   question.request.headers = {{"Accept", "application/json"}};
   question.request.timeout = kTimeout;
