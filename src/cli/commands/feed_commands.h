@@ -16,12 +16,18 @@ struct FeedOptions {
   bool isNear = false;       ///< quakes: only those around `place`
   double radiusKm = 500;     ///< around it
   std::optional<double> minMagnitude;
+  std::optional<double> radius;           ///< of fires and lightning, km; otherwise the one that suits them
+  bool isWorld = false;                   ///< advisories: of all countries
   std::string listen = "127.0.0.1:8088";  ///< of feed-server
   bool json = false;
 };
 
 int runNws(CommandLine const& line, Session const& session);
 int runQuakes(CommandLine const& line, Session const& session);
+int runAir(CommandLine const& line, Session const& session);
+int runFires(CommandLine const& line, Session const& session);
+int runLightning(CommandLine const& line, Session const& session);
+int runAdvisories(CommandLine const& line, Session const& session);
 int runKp(CommandLine const& line, Session const& session);
 int runFeedServer(CommandLine const& line, Session const& session);
 

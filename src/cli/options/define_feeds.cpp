@@ -8,6 +8,7 @@ namespace nimbara {
 
 namespace {
 
+constexpr char kPlace[] = "LAT,LON in decimal degrees, a saved place's name, or a name to search for";
 constexpr char kJson[] = "One JSON document instead of text";
 
 /// Ranges let through what is no number.
@@ -63,6 +64,34 @@ void defineKp(Command app, CommandLine& line, RawOptions& raw) {
   command.whenGiven([&line] { line.run = runKp; });
 }
 
+/// A command about a place.
+Command definePlaceCommand(Command app, CommandLine& line, RawOptions& raw, char const* name,
+                           char const* explanation, int (*run)(CommandLine const&, Session const&)) {
+  Command const command = app.command(name, explanation);
+  command.option("PLACE", line.feeds.place, kPlace);
+  command.flag("--json", line.feeds.json, kJson);
+  defineCommon(command, line, raw);
+  command.whenGiven([&line, run] { line.run = run; });
+  return command;
+}
+
+void defineRadius(Command command, CommandLine& line, char const* explanation) {
+  command.option("--radius", line.feeds.radius, explanation).called("KM").check(number).range(1.0, 500.0);
+}
+
+void defineHazards(Command app, CommandLine& line, RawOptions& raw) {
+  definePlaceCommand(app, line, raw, "air", "Air quality, pollen and UV, now and for the next 48 hours",
+                     runAir);
+  Command const fires = definePlaceCommand(
+      app, line, raw, "fires", "Wildfires seen by satellites in the last 24 hours; needs your key", runFires);
+  defineRadius(fires, line, "Distance from the place (default: 100)");
+  Command const lightning = definePlaceCommand(
+      app, line, raw, "lightning", "Lightning strikes in the last hour; needs your own source", runLightning);
+  defineRadius(lightning, line, "Distance from the place (default: 50)");
+  definePlaceCommand(app, line, raw, "advisories", "Travel advisory for the place's country", runAdvisories)
+      .flag("--all", line.feeds.isWorld, "Those of all countries, highest level first");
+}
+
 void defineFeedServer(Command app, CommandLine& line, RawOptions& raw) {
   Command const command = app.command(
       "feed-server", "Serve earthquakes and satellite orbits from the public sources to many programs");
@@ -84,6 +113,7 @@ std::string countryCodeProblem(std::string const& text) {
 void defineFeeds(Command app, CommandLine& line, RawOptions& raw) {
   defineNws(app, line, raw);
   defineQuakes(app, line, raw);
+  defineHazards(app, line, raw);
   defineKp(app, line, raw);
   defineFeedServer(app, line, raw);
 }

@@ -1,0 +1,126 @@
+#include "demo/demo_server.h"
+#include "support/instants.h"
+#include "support/temporary_folder.h"
+#include "support/test_console.h"
+
+#include <gmock/gmock.h>
+
+namespace nimbara {
+namespace {
+
+using test::at;
+using test::CliRun;
+using testing::AllOf;
+using testing::ContainsRegex;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+class HazardCommands : public testing::Test {
+ protected:
+  HazardCommands() {
+    environment_.dataDirectory = directory_.path() / "data";
+    environment_.cacheDirectory = directory_.path() / "Nimbara";
+  }
+  CliRun run(std::vector<std::string> arguments, std::vector<DemoFault> faults = {},
+             std::string const& now = "2026-07-21T09:20:00Z") const {
+    FixedClock const clock(at(now));
+    auto const server = *DemoServer::start(clock, std::move(faults));
+    arguments.insert(arguments.end(), {"--services", server->baseUrl(), "--now", now});
+    return test::run(arguments, environment_);
+  }
+
+  test::TemporaryFolder directory_;
+  Environment environment_ = test::plainEnvironment();
+};
+
+struct StateRow {
+  std::vector<std::string> arguments;
+  std::string document;  ///< part of it
+  std::string page;      ///< as a pattern
+};
+
+TEST_F(HazardCommands, TellTheirState) {
+  for (
+      StateRow const& row : {
+          StateRow{
+              {"advisories", "52.52,13.41"},
+              R"({"state":"listed","checkedAt":"2026-07-21T09:20:00Z","reason":null,"items":[{"country":"DE")",
+              "^Germany: level [1-4] of 4|^One travel advisory"},
+          {{"advisories", "0,-30"}, R"({"state":"uncovered",)", "^No travel advisories: this place is in no"},
+          {{"advisories", "40.7,-74"},
+           R"("reason":null,"items":[]})",
+           "^No travel advisory for United States"},
+          {{"advisories", "52.52,13.41", "--all"}, R"("level":4,)", "^[0-9]+ travel advisories, checked"},
+          {{"fires", "38.4,-122.6", "--radius", "500"},
+           R"({"state":")",
+           "[wW]ildfire.* within 500 km.*checked"},
+          {{"lightning", "0.0,30.0", "--radius", "1"},
+           R"({"state":")",
+           "within 1 km in the last hour, checked"},
+          {{"air", "52.52,13.41"},
+           R"({"index":{"scale":"european","value":)",
+           "^European air quality index: [0-9]+, "},
+          {{"air", "40.7,-74"}, R"({"index":{"scale":"us","value":)", "No pollen data for this region"},
+      }) {
+    auto json = row.arguments;
+    json.emplace_back("--json");
+    CliRun const document = run(json);
+    EXPECT_EQ(document.exitCode, 0) << document.err;
+    EXPECT_EQ(document.err, "") << row.arguments.front();
+    EXPECT_THAT(document.out, HasSubstr(row.document));
+    EXPECT_THAT(run(row.arguments).out, ContainsRegex(row.page));
+  }
+}
+
+TEST_F(HazardCommands, NeverTakeAFailureForNothing) {
+  struct Row {
+    std::string command;
+    Service service;
+    std::string sentence;
+  };
+  for (Row const& row :
+       {Row{"air", Service::airQuality, "the air quality could not be checked: "},
+        Row{"fires", Service::firms, "the wildfires could not be checked: "},
+        Row{"lightning", Service::lightning, "the lightning strikes could not be checked: "},
+        Row{"advisories", Service::travelAdvisories, "the travel advisories could not be checked: "}}) {
+    for (auto const fault : {DemoFault::Kind::status500, DemoFault::Kind::garbage, DemoFault::Kind::drop,
+                             DemoFault::Kind::empty}) {
+      CliRun const failed = run({row.command, "52.52,13.41", "--json"}, {{row.service, fault}});
+      EXPECT_EQ(failed.exitCode, exitCode::kUnavailable) << row.command << enumName(fault);
+      EXPECT_THAT(failed.out, AllOf(HasSubstr(R"("state":"unchecked")"), HasSubstr(R"("checkedAt":null)"),
+                                    Not(HasSubstr(R"("reason":null)"))))
+          << row.command << enumName(fault);
+      EXPECT_THAT(failed.err, StartsWith("nimbara: " + row.sentence)) << enumName(fault);
+      EXPECT_EQ(run({row.command, "52.52,13.41"}, {{row.service, fault}}).out, "");
+    }
+  }
+}
+
+TEST_F(HazardCommands, SayWhatIsMissingWhereNothingIsSet) {
+  for (std::string const command : {"fires", "lightning"}) {
+    CliRun const run = test::run({command, "52.52,13.41", "--json"}, environment_);
+    EXPECT_EQ(run.exitCode, exitCode::kUnavailable);
+    EXPECT_THAT(run.out, StartsWith(R"({"state":"notConfigured","checkedAt":null,)"));
+    EXPECT_THAT(run.err, HasSubstr("nimbara settings set "));
+  }
+}
+
+TEST_F(HazardCommands, GiveDistancesInTheUsersUnits) {
+  EXPECT_THAT(run({"fires", "38.4,-122.6", "--radius", "161", "--units", "imperial"}).out,
+              HasSubstr("within 100 mi"));
+  EXPECT_THAT(run({"fires", "38.4,-122.6", "--lang", "de"}).out, HasSubstr("im Umkreis von 100 km"));
+}
+
+TEST_F(HazardCommands, HavePollenInSeasonAndProtectionFromTheSun) {
+  std::string const july = run({"air", "48.2,16.4"}).out;
+  EXPECT_THAT(july, AllOf(HasSubstr("Grass pollen"), HasSubstr("Sun protection needed: ")));
+  EXPECT_THAT(july, Not(HasSubstr("Birch")));
+  std::string const january = run({"air", "48.2,16.4"}, {}, "2026-01-21T09:20:00Z").out;
+  EXPECT_THAT(january, HasSubstr("No pollen expected: out of season"));
+  EXPECT_THAT(run({"air", "48.2,16.4", "--json"}).out,
+              AllOf(HasSubstr(R"("pollen":{"alder":0,)"), HasSubstr(R"("pollenState":"values")")));
+}
+
+}  // namespace
+}  // namespace nimbara
