@@ -80,15 +80,16 @@ TEST_F(CapStoreTest, AsksAgainForWhatWasNoDocument) {
   struct Row {
     int status;
     std::string body;
-    std::chrono::seconds rest;
+    std::chrono::minutes rest;
   };
-  for (Row const& row : {Row{404, "", 300s}, {200, "<html>log in</html>", 300s}, {503, document, 60s}}) {
+  for (Row const& row :
+       {Row{404, "", 1min}, {200, "<html>log in</html>", 5min}, {503, document, 10min}, {404, "", 10min}}) {
     http.willAnswer(row.status, row.body);
     auto const before = http.requests.size();
     EXPECT_TRUE(ask(store, {"https://a.example/1"}).empty());
     clock.advance(row.rest - 1s);
     EXPECT_TRUE(ask(store, {"https://a.example/1"}).empty());
-    EXPECT_EQ(http.requests.size(), before + 1) << row.status;
+    EXPECT_EQ(http.requests.size(), before + 1) << row.rest;
     clock.advance(1s);
   }
   http.willAnswer(200, document);

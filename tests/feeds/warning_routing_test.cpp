@@ -29,6 +29,12 @@ GovSourceAnswer saying(std::string title) {
   return {{alert(std::move(title))}, {}};
 }
 
+/// As it is said until a first rest after it is over.
+ServiceFailure resting(ServiceFailure failure, Instant failedAt) {
+  failure.nextTry = failedAt + 10min;
+  return failure;
+}
+
 std::unexpected<GovSourceFailure> failing(ServiceFailure failure) {
   return std::unexpected(GovSourceFailure{std::move(failure), {}, {}});
 }
@@ -98,7 +104,7 @@ TEST_F(WarningRouting, AsksTheNextOnlyWhenTheOneBeforeHasFailed) {
   EXPECT_EQ(after.source, "second");
   EXPECT_EQ(after.state, CoverageState::warnings);
   EXPECT_EQ(after.insteadOf, "first");
-  EXPECT_EQ(after.insteadReason, kBroken);
+  EXPECT_EQ(after.insteadReason, resting(kBroken, kNow + 10min));
   EXPECT_EQ(after.checkedAt, kNow + 10min);
   EXPECT_THAT(asked(), ElementsAre(2, 1, 0));
 }
@@ -130,26 +136,58 @@ TEST_F(WarningRouting, SaysTheFirstReasonAndWhatWasKnownLastWhereAllFail) {
   SourceCoverage const coverage = only(failed);
   EXPECT_EQ(coverage.source, "first");
   EXPECT_EQ(coverage.state, CoverageState::unchecked);
-  EXPECT_EQ(coverage.reason, kBroken);
+  EXPECT_EQ(coverage.reason->status, kBroken.status);
   EXPECT_EQ(coverage.since, kNow + 10min) << "until then the second one had answered";
   EXPECT_EQ(coverage.checkedAt, kNow);
   EXPECT_EQ(coverage.insteadOf, std::nullopt);
 }
 
-TEST_F(WarningRouting, LetsNobodyAnswerWhoKnowsNothingOfTheCountry) {
-  GovSourceAnswer blind;
-  blind.isBlind = true;
-  first_.answer = failing(kBroken);
-  second_.answer = blind;
+/// What the two sources of a route say, and what that makes together.
+struct TwoAnswers {
+  std::string_view name;
+  std::string_view first, second;  ///< "blind", "none", "warns" or "fails"
+  CoverageState state;
+  std::string_view source;
+  int secondAsked;
+};
+
+class TwoSources : public WarningRouting, public testing::WithParamInterface<TwoAnswers> {
+ protected:
+  static Result<GovSourceAnswer, GovSourceFailure> answer(std::string_view word) {
+    if (word == "fails") return failing(kBroken);
+    if (word == "warns") return saying("storm");
+    GovSourceAnswer made;
+    made.isBlind = word == "blind";
+    return made;
+  }
+};
+
+TEST_P(TwoSources, SayNoneOnlyWhereOneOfThemMayKnow) {
+  auto const& [name, first, second, state, source, secondAsked] = GetParam();
+  first_.answer = answer(first);
+  second_.answer = answer(second);
   GovAlertService gov = service();
-  SourceCoverage const failed = only(gov.fetchAlerts(place_));
-  EXPECT_EQ(failed.source, "first");
-  EXPECT_EQ(failed.state, CoverageState::unchecked);
-  EXPECT_EQ(failed.reason, kBroken);
-  clock_.advance(10min);
-  first_.answer = blind;
-  EXPECT_EQ(only(gov.fetchAlerts(place_)).state, CoverageState::uncovered);
+  SourceCoverage const now = only(gov.fetchAlerts(place_));
+  EXPECT_EQ(now.state, state);
+  EXPECT_EQ(now.source, source);
+  EXPECT_EQ(only(gov.keptAlerts(place_)), now);
+  EXPECT_EQ(only(gov.fetchAlerts(place_)), now) << "everybody rests";
+  EXPECT_THAT(asked(), ElementsAre(1, secondAsked, 0));
+  EXPECT_EQ(only(service().keptAlerts(place_)), now) << "after a restart";
 }
+
+using enum CoverageState;
+INSTANTIATE_TEST_SUITE_P(
+    Rows, TwoSources,
+    testing::Values(TwoAnswers{"BlindAndBlind", "blind", "blind", uncovered, "first", 1},
+                    TwoAnswers{"BlindAndNone", "blind", "none", none, "second", 1},
+                    TwoAnswers{"BlindAndWarns", "blind", "warns", warnings, "second", 1},
+                    TwoAnswers{"BlindAndFails", "blind", "fails", unchecked, "second", 1},
+                    TwoAnswers{"NoneAndWarns", "none", "warns", none, "first", 0},
+                    TwoAnswers{"FailsAndBlind", "fails", "blind", unchecked, "first", 1},
+                    TwoAnswers{"FailsAndNone", "fails", "none", none, "second", 1},
+                    TwoAnswers{"FailsAndFails", "fails", "fails", unchecked, "first", 1}),
+    [](auto const& row) { return std::string(row.param.name); });
 
 TEST_F(WarningRouting, AsksAgainOnlyAfterTheRest) {
   GovAlertService gov = service();
@@ -214,22 +252,48 @@ TEST_F(WarningRouting, KnowsAfterARestartWhoAnswered) {
   EXPECT_THAT(titles(kept), ElementsAre("storm"));
   EXPECT_EQ(only(kept).insteadOf, "first");
   restarted.fetchAlerts(place_);
-  EXPECT_THAT(asked(), ElementsAre(2, 2, 0)) << "a new program asks";
+  EXPECT_THAT(asked(), ElementsAre(1, 2, 0)) << "a new program asks, yet not whom another one found broken";
 }
 
-TEST_F(WarningRouting, TellsNobodyFromNothing) {
+TEST_F(WarningRouting, TakesWarningsFromWhoKnewNothingOfTheCountry) {
   GovSourceAnswer blind;
   blind.isBlind = true;
-  first_.answer = blind;
+  first_.answer = second_.answer = blind;
   GovAlertService gov = service();
-  GovAlerts const result = gov.fetchAlerts(place_);
-  EXPECT_FALSE(result.isCovered());
-  EXPECT_EQ(only(result).state, CoverageState::uncovered);
-  EXPECT_EQ(second_.asked, 0) << "the first one has not failed";
+  EXPECT_FALSE(gov.fetchAlerts(place_).isCovered());
   clock_.advance(10min);
   blind.alerts = {alert("storm")};
   first_.answer = blind;
   EXPECT_EQ(only(gov.fetchAlerts(place_)).state, CoverageState::warnings);
+}
+
+/// Each step is a failure; the program is another one every time.
+TEST_F(WarningRouting, AsksMoreAndMoreSeldomAfterFailures) {
+  first_.answer = failing(kBroken);
+  chosen_ = "own";
+  own_.answer = failing(kBroken);
+  int questions = 0;
+  for (auto const rest : {10min, 20min, 40min, 60min, 60min}) {
+    service().fetchAlerts(place_);
+    EXPECT_EQ(own_.asked, ++questions) << rest;
+    clock_.advance(rest - 1ms);
+    GovAlerts const failed = service().fetchAlerts(place_);
+    EXPECT_EQ(own_.asked, questions) << rest;
+    EXPECT_EQ(only(failed).reason->nextTry, clock_.now() + 1ms);
+    EXPECT_EQ(only(failed).since, kNow);
+    clock_.advance(1ms);
+  }
+  own_.answer = GovSourceAnswer{};
+  service().fetchAlerts(place_);
+  clock_.advance(10min);
+  own_.answer = failing(kBroken);
+  service().fetchAlerts(place_);
+  clock_.advance(10min);
+  service().fetchAlerts(place_);
+  EXPECT_EQ(own_.asked, questions + 3) << "an answer ends the row";
+  clock_.set(kNow - 24h);
+  service().fetchAlerts(place_);
+  EXPECT_EQ(own_.asked, questions + 4) << "a clock that was set back holds nobody up";
 }
 
 TEST_F(WarningRouting, HandsOnWhatWasCalledOff) {

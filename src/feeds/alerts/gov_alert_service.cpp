@@ -4,6 +4,7 @@
 #include "base/text/number.h"
 #include "feeds/alerts/alert_text.h"
 #include "feeds/alerts/gov_alerts.h"
+#include "feeds/alerts/source_rest.h"
 #include "feeds/fetching/kept_record.h"
 #include "gazetteer/gazetteer.h"
 
@@ -95,6 +96,8 @@ void succeed(GovSourceState& state, GovSourceAnswer answer, Instant now) {
   state.checkedAt = now;
   state.failedSince.reset();
   state.failure.reset();
+  state.failedAt.reset();
+  state.failures = 0;
 }
 
 bool isGood(GovSourceState const& state) {
@@ -128,13 +131,13 @@ GovSourceState servingState(std::vector<GovSourceState> const& route) {
   auto const informed = std::ranges::find_if(
       route, [](GovSourceState const& state) { return isGood(state) && !state.knowsNothing(); });
   if (informed != route.end()) return answering(route, *informed);
-  if (isGood(route.front())) return route.front();
+  if (std::ranges::all_of(route, isGood)) return route.front();
   auto others = route;
   std::erase_if(others, isGood);
   return failing(others);
 }
 
-void fail(GovSourceState& state, GovSourceFailure failure, Instant now) {
+void fail(GovSourceState& state, GovSourceFailure failure, GovAlertSource const& source, Instant now) {
   keepCalledOff(state, std::move(failure.calledOff), failure.readable, failure.unplaced);
   complete(state.alerts, std::move(failure.readable));
   complete(state.unplaced, std::move(failure.unplaced));
@@ -143,6 +146,10 @@ void fail(GovSourceState& state, GovSourceFailure failure, Instant now) {
   std::erase_if(state.unplaced, isCalledOff);
   if (!state.failedSince || *state.failedSince > now) state.failedSince = now;
   state.failure = std::move(failure.failure);
+  state.failedAt = now;
+  ++state.failures;
+  auto const rest = source.rest.count() > 0 ? restAfterFailure(*state.failure, state.failures) : source.rest;
+  if (rest.count() > 0) state.failure->nextTry = now + rest;
 }
 
 void identifyAll(std::vector<WeatherAlert>& placed, std::vector<WeatherAlert>& unplaced, EventMemory& memory,
@@ -224,27 +231,32 @@ GovAlerts GovAlertService::fetchAlerts(GovAlertPlace const& place, std::vector<s
 }
 
 /// Well, and less long ago than the source wants to be left alone.
-bool GovAlertService::isAnswered(GovAlertSource const& source, States const& states) const {
-  auto const state = std::ranges::find(states, source.name, &GovSourceState::name);
-  if (state == states.end() || !state->askedAt || state->failedSince) return false;
-  return std::chrono::abs(clock_.now() - *state->askedAt) < source.rest;
+bool GovAlertService::isAnswered(GovAlertSource const& source, GovSourceState const& state) const {
+  if (!state.askedAt || state.failedSince) return false;
+  return std::chrono::abs(clock_.now() - *state.askedAt) < source.rest;
 }
 
-/// Until one has answered. Those before one that answered a moment ago had failed then, and rest, too.
+/// One whose place another has taken a moment ago can wait as long as that one.
+bool GovAlertService::restsAfterFailure(GovAlertSource const& source, GovSourceState const& state,
+                                        bool isReplaced) const {
+  if (source.rest.count() == 0 || !state.failedAt || !state.failure) return false;
+  auto const own = nimbara::restAfterFailure(*state.failure, state.failures);
+  auto const rest = isReplaced ? std::max(own, source.rest) : own;
+  return std::chrono::abs(clock_.now() - *state.failedAt) < rest;
+}
+
+/// Until one has answered that may know something.
 void GovAlertService::askAlong(Sources const& route, GovAlertPlace const& place, States& states,
                                std::stop_token const& stop) {
-  auto const isAnswered = [&](GovAlertSource const* source) { return this->isAnswered(*source, states); };
-  auto const hasFailedLately = [&](GovAlertSource const* source) {
+  bool const isReplaced = std::ranges::any_of(route, [&](GovAlertSource const* source) {
     GovSourceState const& state = stateOf(states, source->name);
-    return state.failedSince && state.askedAt &&
-           std::chrono::abs(clock_.now() - *state.askedAt) < source->rest;
-  };
-  auto const answered = std::ranges::find_if(route, isAnswered);
-  bool const isFresh = answered != route.end() && std::all_of(route.begin(), answered, hasFailedLately);
-  if (isFresh) return;
+    return isAnswered(*source, state) && !state.knowsNothing();
+  });
   for (GovAlertSource const* const source : route) {
-    ask(*source, place, stateOf(states, source->name), stop);
-    if (stop.stop_requested() || !stateOf(states, source->name).failedSince) return;
+    GovSourceState& state = stateOf(states, source->name);
+    if (!isAnswered(*source, state) && !restsAfterFailure(*source, state, isReplaced))
+      ask(*source, place, state, stop);
+    if (stop.stop_requested() || (isGood(state) && !state.knowsNothing())) return;
   }
 }
 
@@ -258,7 +270,7 @@ void GovAlertService::ask(GovAlertSource const& source, GovAlertPlace const& pla
   auto& unplaced = answer ? answer->unplaced : answer.error().unplaced;
   state.askedAt = now;
   if (!source.isIdentified) identifyAll(alerts, unplaced, events_, now);
-  answer ? succeed(state, std::move(*answer), now) : fail(state, std::move(answer.error()), now);
+  answer ? succeed(state, std::move(*answer), now) : fail(state, std::move(answer.error()), source, now);
 }
 
 std::shared_ptr<std::mutex> GovAlertService::turnOf(GovAlertPlace const& place) {

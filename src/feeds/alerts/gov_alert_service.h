@@ -67,15 +67,16 @@ struct GovAlertSource {
   std::function<bool(GovAlertPlace const&)> covers;
   Fetch fetch;
   bool isIdentified = false;  ///< its alerts have their identifiers, whatever `event` says
-  /// A place that was checked well less long ago is not asked for again; with none the source keeps to its
-  /// terms itself.
+  /// A place that was checked well less long ago is not asked for again, and after failures not before
+  /// `restAfterFailure`; with none the source keeps to its terms itself.
   std::chrono::minutes rest{0};
 };
 
 /// Which sources a place is asked for. Without a route each that covers it is.
 struct GovAlertRouting {
   using Names = std::function<std::vector<std::string_view>(GovAlertPlace const&)>;
-  Names route;     ///< each is asked only when those before it have failed
+  /// Each is asked only when those before it have failed or know nothing of the country.
+  Names route;
   Names possible;  ///< all that may be asked, for who names some
   /// The source that the user has chosen for a place that names none; empty: the usual one.
   std::function<std::string(Coordinate)> chosen;
@@ -91,6 +92,8 @@ struct GovSourceState {
   std::optional<Instant> checkedAt;       ///< last success
   std::optional<Instant> failedSince;     ///< first failure after it
   std::optional<ServiceFailure> failure;  ///< the last one
+  std::optional<Instant> failedAt;        ///< when that was
+  int failures = 0;                       ///< one after the other
   std::vector<WeatherAlert> alerts;
   std::vector<WeatherAlert> unplaced;   ///< in force somewhere in the country; not among the alerts
   std::vector<WeatherAlert> calledOff;  ///< until they would have ended
@@ -112,6 +115,8 @@ inline constexpr auto jsonFields<GovSourceState> =
               field("checkedAt", &GovSourceState::checkedAt),
               field("failedSince", &GovSourceState::failedSince),
               field("failure", &GovSourceState::failure),
+              fieldOr("failedAt", &GovSourceState::failedAt),
+              fieldOr("failures", &GovSourceState::failures),
               field("alerts", &GovSourceState::alerts),
               fieldOr("unplaced", &GovSourceState::unplaced),
               fieldOr("calledOff", &GovSourceState::calledOff),
@@ -157,7 +162,8 @@ class GovAlertService {
   GovAlertPlace withChoice(GovAlertPlace place) const;
   void askAlong(Sources const& route, GovAlertPlace const& place, States& states,
                 std::stop_token const& stop);
-  bool isAnswered(GovAlertSource const& source, States const& states) const;
+  bool isAnswered(GovAlertSource const& source, GovSourceState const& state) const;
+  bool restsAfterFailure(GovAlertSource const& source, GovSourceState const& state, bool isReplaced) const;
   std::shared_ptr<std::mutex> turnOf(GovAlertPlace const& place);
   void ask(GovAlertSource const& source, GovAlertPlace const& place, GovSourceState& state,
            std::stop_token const& stop);

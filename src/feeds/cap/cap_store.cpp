@@ -28,6 +28,12 @@ Instant keptUntil(CapAlert const& alert, Instant now) {
 
 }  // namespace
 
+/// The last is a round of the sources.
+std::chrono::minutes documentRest(int failures) {
+  if (failures < 1) return 0min;
+  return failures == 1 ? 1min : failures == 2 ? 5min : 10min;
+}
+
 CapStore::CapStore(HttpClient& http, Clock const& clock, std::filesystem::path directory,
                    CapFetchLimits limits)
     : http_(http), clock_(clock), limits_(limits), files_(std::move(directory)) {}
@@ -96,6 +102,7 @@ CapDocument CapStore::accept(std::string const& address, std::string const& body
   if (!alert) return nullptr;
   auto document = std::make_shared<CapAlert const>(std::move(*alert));
   std::lock_guard const lock(mutex_);
+  rests_.erase(address);
   files_.keep(address, body, keptUntil(*document, clock_.now()));
   remember(address, document);
   return document;
@@ -110,19 +117,17 @@ void CapStore::remember(std::string const& address, CapDocument const& document)
 bool CapStore::mayAsk(std::string const& address) {
   std::lock_guard const lock(mutex_);
   auto const now = clock_.steadyNow();
-  auto const found = restUntil_.find(address);
-  return now >= hostRestsUntil_ && (found == restUntil_.end() || now >= found->second);
+  auto const found = rests_.find(address);
+  return now >= hostRestsUntil_ && (found == rests_.end() || now >= found->second.until);
 }
 
 /// With the lock held.
 void CapStore::rest(std::string const& address, bool isOfHost) {
   auto const now = clock_.steadyNow();
-  if (isOfHost) {
-    hostRestsUntil_ = now + limits_.hostRest;
-    return;
-  }
-  if (restUntil_.size() >= kMostRests) restUntil_.clear();
-  restUntil_[address] = now + limits_.addressRest;
+  if (isOfHost) hostRestsUntil_ = now + limits_.hostRest;
+  if (rests_.size() >= kMostRests && !rests_.contains(address)) rests_.clear();
+  Rest& rest = rests_[address];
+  rest.until = now + documentRest(++rest.failures);
 }
 
 void CapStore::sweepNowAndThen() {

@@ -22,14 +22,17 @@ namespace nimbara {
 using CapDocument = std::shared_ptr<CapAlert const>;
 using CapDocuments = std::map<std::string, CapDocument, std::less<>>;
 
-/// What one pass may cost. The rests begin with a failure: that of a network or a host is everybody's.
+/// What one pass may cost. The host's rest begins with a failure of the network or of the host itself, and is
+/// everybody's.
 struct CapFetchLimits {
   std::size_t requests = 12;
   std::chrono::milliseconds pass{15'000};
   std::chrono::milliseconds request{5'000};
   std::chrono::milliseconds hostRest{60'000};
-  std::chrono::milliseconds addressRest{300'000};
 };
+
+/// How long a document that could not be had is not asked for: after its `failures`th failure, from 1.
+std::chrono::minutes documentRest(int failures);
 
 class CapStore {
  public:
@@ -61,7 +64,11 @@ class CapStore {
   CapFiles files_;
   CapDocuments memory_;
   std::set<std::string> asking_;
-  std::map<std::string, std::chrono::steady_clock::time_point> restUntil_;
+  struct Rest {
+    int failures = 0;
+    std::chrono::steady_clock::time_point until;
+  };
+  std::map<std::string, Rest> rests_;  ///< by address
   std::chrono::steady_clock::time_point hostRestsUntil_;
   std::optional<std::chrono::steady_clock::time_point> sweptAt_;
 };
