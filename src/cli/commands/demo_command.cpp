@@ -28,25 +28,18 @@ constexpr int kSignalBase = 128;
 /// The environment of a command: ours, with some variables set.
 class Variables {
  public:
-  std::string* find(std::string_view name) {
+  void set(std::string_view name, std::string_view value) {
     auto const isNamed = [name](std::string_view entry) {
       return entry.starts_with(name) && entry.substr(name.size()).starts_with('=');
     };
-    auto const found = std::ranges::find_if(all_, isNamed);
-    return found == all_.end() ? nullptr : &*found;
-  }
-  void set(std::string_view name, std::string_view value) {
-    std::string entry = std::string(name) + "=" + std::string(value);
-    std::string* const found = find(name);
-    found == nullptr ? all_.push_back(std::move(entry)) : void(*found = std::move(entry));
+    std::erase_if(all_, isNamed);
+    all_.push_back(std::string(name) + "=" + std::string(value));
   }
   std::vector<std::string> take() { return std::move(all_); }
 
  private:
   std::vector<std::string> all_ = environmentVariables();
 };
-
-constexpr std::string_view kDataHome = "XDG_DATA_HOME";
 
 SavedPlace savedPlace(DemoIssuer const& issuer) {
   return {Uuid::random(),
@@ -70,17 +63,10 @@ PlaceResult saveWorld(std::filesystem::path const& dataHome) {
   return saved ? PlaceResult() : std::unexpected(saved.error().message);
 }
 
-/// Who names a folder wants that one; what a scene has left in a cache is nothing that another one knows.
-void setFolders(Variables& variables, std::filesystem::path const& own, std::string const& scene) {
-  constexpr std::string_view kCache = "XDG_CACHE_HOME";
-  std::string* const cache = variables.find(kCache);
-  bool const isNamed = cache != nullptr && cache->size() > kCache.size() + 1;
-  if (isNamed && !scene.empty()) *cache += "/nimbara-demo/" + scene;
-  if (own.empty()) return;
-  for (std::string_view const name : {kCache, std::string_view("XDG_CONFIG_HOME"), kDataHome}) {
-    std::string* const given = variables.find(name);
-    if (given == nullptr || given->size() == name.size() + 1) variables.set(name, (own / name).string());
-  }
+/// Whatever folders the user has named, those hold what is not made up.
+void setFolders(Variables& variables, std::filesystem::path const& own) {
+  for (std::string_view const name : {"XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_STATE_HOME", "XDG_DATA_HOME"})
+    variables.set(name, (own / name).string());
 }
 
 /// The moment that a command states for itself, as in `demo -- nimbara --now TIME alerts`.
@@ -103,13 +89,9 @@ int waitFor(pid_t child, std::stop_token const& stop) {
   return WIFEXITED(status) ? WEXITSTATUS(status) : kSignalBase + WTERMSIG(status);
 }
 
-/// In the run's own folder alone: who names one has places of his own there.
-PlaceResult prepareScene(std::string const& name, std::filesystem::path const& own, Variables& variables) {
+PlaceResult prepareScene(std::string const& name, std::filesystem::path const& own) {
   DemoScene const* const scene = findDemoScene(name);
-  std::filesystem::path const dataHome = own / kDataHome;
-  bool const isOurs =
-      !own.empty() && *variables.find(kDataHome) == std::string(kDataHome) + "=" + dataHome.string();
-  return scene != nullptr && scene->savesWorld && isOurs ? saveWorld(dataHome) : PlaceResult();
+  return scene != nullptr && scene->savesWorld ? saveWorld(own / "XDG_DATA_HOME") : PlaceResult();
 }
 
 int runAgainst(std::string const& baseUrl, CommandLine const& line, Session const& session) {
@@ -120,9 +102,11 @@ int runAgainst(std::string const& baseUrl, CommandLine const& line, Session cons
   // A forecast that was made up is none to be kept, and one that was kept would hide the demo's; nor are
   // places and settings of the demo the user's.
   DemoFolder const folder;
+  if (folder.path().empty())
+    return session.fail(exitCode::kUnavailable, "no space for temporary files; check TMPDIR");
   Variables variables;
-  setFolders(variables, folder.path(), line.demo.scene);
-  auto const prepared = prepareScene(line.demo.scene, folder.path(), variables);
+  setFolders(variables, folder.path());
+  auto const prepared = prepareScene(line.demo.scene, folder.path());
   if (!prepared) return session.fail(exitCode::kUnavailable, prepared.error());
   variables.set("NIMBARA_SERVICES", baseUrl);
   if (line.common.now) variables.set("NIMBARA_NOW", formatIso8601(*line.common.now));
