@@ -3,19 +3,15 @@
 #pragma once
 
 #include "base/geodesy.h"
+#include "base/map_point.h"
 
 #include <span>
 #include <vector>
 
 namespace nimbara {
 
-/// In parts of the picture's width and height from its top left corner; beyond 0-1 outside of it.
-struct MapPoint {
-  double x = 0;
-  double y = 0;
-};
-
-/// The part of the world that a picture shows.
+/// The part of the world that a picture shows. A point of it is in parts of the picture's width and height
+/// from its top left corner; beyond 0-1 outside of it.
 struct MapFrame {
   Coordinate centre;
   double degreesWide = 360;
