@@ -1,5 +1,6 @@
 #include "app/engine/app_state.h"
 
+#include "feeds/nowcast/nowcast_service.h"
 #include "support/instants.h"
 #include "support/interchange_answer.h"
 #include "support/manual_clock.h"
@@ -467,6 +468,51 @@ TEST(ThreadPool, RunsTasksAndDropsWaitingOnesAtItsEnd) {
     entered.wait(false);
   }
   EXPECT_EQ(ran, 1);
+}
+
+TEST_F(AppStateTest, AsksForTheNowcastOnlyWhileTheForecastIsShownAndSomebodyLooks) {
+  std::vector<std::string> asked;
+  auto const reading = std::make_shared<NowcastReading const>();
+  auto all = surroundings();
+  all.refreshNowcast = [&](Place const& place, std::stop_token const&) {
+    asked.push_back(place.name + " " + formatIso8601(clock.now()).substr(11, 5));
+    return AppState::NowcastAnswer{reading, clock.now() + 5min};
+  };
+  AppState watched(always(forecasts), clock, runner, all);
+  auto const live = [&](std::chrono::minutes span) {
+    Instant const end = clock.now() + span;
+    for (auto due = watched.nextDue(); due && *due < end; due = watched.nextDue()) {
+      clock.set(std::max(*due, clock.now()));
+      watched.runDue();
+      runner.runAll();
+    }
+    clock.set(end);
+  };
+  failure = offline();
+  watched.setForeground(true);
+  watched.selectPlace(kOslo, RefreshTrigger::start);
+  runner.runAll();
+  watched.runDue();
+  runner.runAll();
+  EXPECT_THAT(asked, ElementsAre()) << "there is no forecast";
+  failure.reset();
+  watched.requestRefresh(RefreshTrigger::resumed);
+  runner.runAll();
+  EXPECT_EQ(watched.weather()->nowcast, nullptr);
+  live(11min);
+  EXPECT_EQ(watched.weather()->nowcast, reading);
+  EXPECT_THAT(asked, ElementsAre("Oslo 12:00", "Oslo 12:05", "Oslo 12:10"));
+  watched.setForeground(false);
+  live(30min);
+  EXPECT_EQ(asked.size(), 3U) << "nobody looks";
+  watched.setForeground(true);
+  live(1min);
+  EXPECT_EQ(asked.back(), "Oslo 12:41");
+  watched.selectPlace(kRome);
+  EXPECT_EQ(watched.weather()->nowcast, nullptr) << "it was another place's";
+  runner.runAll();
+  live(1min);
+  EXPECT_EQ(asked.back(), "Rome 12:42");
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "desktop/views/now_view.h"
 
+#include "desktop/views/next_hours.h"
 #include "desktop/views/sky/sky_colours.h"
 #include "states.h"
 

@@ -119,9 +119,10 @@ void AppState::selectPlace(std::optional<Place> place, RefreshTrigger trigger) {
     bool const isOther = !selected_ || !place || keyOf(*selected_) != keyOf(*place);
     selected_ = place;
     if (isOther) {
-      for (Slot* const slot : {&currentRefreshTask_, &supplementalRefreshTask_}) {
+      for (Slot* const slot : {&currentRefreshTask_, &supplementalRefreshTask_, &nowcastTask_}) {
         if (slot->isRunning) slot->stop.request_stop();
       }
+      nowcastDue_.reset();
       supplementalRetryDue_.reset();
       timerDue_.reset();
       retryDue_.reset();
@@ -351,6 +352,31 @@ void AppState::finishSupplemental(Place const& place, SupplementalOutcome outcom
   tell(surroundings_.onDueChange);
 }
 
+/// With the lock held.
+bool AppState::wantsNowcast() const {
+  return surroundings_.refreshNowcast && isForeground_ && selected_ && weather_->weatherData &&
+         !nowcastTask_.isRunning;
+}
+
+void AppState::startNowcast(Instant now) {
+  constexpr std::chrono::hours kFarthest{48};
+  std::lock_guard const lock(mutex_);
+  if (!wantsNowcast() || (nowcastDue_ && !isDue(nowcastDue_, now, kFarthest))) return;
+  nowcastTask_ = {true, {}};
+  runner_.run([this, place = *selected_, stop = nowcastTask_.stop](std::stop_token const& ending) {
+    std::stop_callback const pass(ending, [stop]() mutable { stop.request_stop(); });
+    NowcastAnswer answer = surroundings_.refreshNowcast(place, stop.get_token());
+    change([&](WeatherState& state) {
+      nowcastTask_.isRunning = false;
+      bool const isShown = selected_ && keyOf(*selected_) == keyOf(place);
+      if (!isShown || stop.stop_requested()) return;
+      nowcastDue_ = answer.askAgainAt;
+      state.nowcast = std::move(answer.reading);
+    });
+    tell(surroundings_.onDueChange);
+  });
+}
+
 void AppState::showGovAlerts(Place const& place, std::vector<WeatherAlert> alerts) {
   change([&](WeatherState& state) {
     if (selected_ && keyOf(*selected_) == keyOf(place)) state.govAlerts = std::move(alerts);
@@ -395,6 +421,7 @@ void AppState::runDue() {
   }
   if (trigger) requestRefresh(*trigger);
   startSupplemental(now);
+  startNowcast(now);
   startOthers(now);
 }
 
@@ -421,6 +448,7 @@ std::optional<Instant> AppState::nextDue() {
     clock(RefreshKind::supplemental, *selected_);
     consider(supplementalRetryDue_);
   }
+  if (wantsNowcast()) consider(nowcastDue_.value_or(now));
   if (!nonActiveNotificationRefreshTask_.isRunning) {
     for (Place const& place : others) clock(RefreshKind::nonActiveNotification, place);
   }

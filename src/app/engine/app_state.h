@@ -48,6 +48,11 @@ enum class SupplementalOutcome { complete, incomplete };
 
 class AppState {
  public:
+  struct NowcastAnswer {
+    std::shared_ptr<NowcastReading const> reading;
+    Instant askAgainAt;
+  };
+
   /// One finished refresh of a place.
   struct RefreshReport {
     Place place;
@@ -61,6 +66,8 @@ class AppState {
     std::function<std::vector<Place>()> savedPlaces;
     /// Stopped when another place is selected.
     std::function<SupplementalOutcome(Place const&, std::stop_token)> refreshSupplemental;
+    /// The same. Asked only in the foreground, and never before the place has a forecast to show.
+    std::function<NowcastAnswer(Place const&, std::stop_token)> refreshNowcast;
     std::function<void(RefreshReport const&)> onRefresh;
     /// The device has moved, and its new place may be selected: the spacing of such moves allows it.
     std::function<void(LocationFix const&)> onArrival;
@@ -113,6 +120,8 @@ class AppState {
   void startOthers(Instant now);
   void startSupplemental(Instant now);
   bool maySupplement(Instant now) const;
+  void startNowcast(Instant now);
+  bool wantsNowcast() const;
   void finishSupplemental(Place const& place, SupplementalOutcome outcome, std::stop_token const& stop);
   std::vector<Place> otherPlaces() const;
   bool isSelected(Place const& place) const;
@@ -136,6 +145,8 @@ class AppState {
   Slot currentRefreshTask_;
   Slot supplementalRefreshTask_;
   std::optional<Instant> supplementalRetryDue_;
+  Slot nowcastTask_;
+  std::optional<Instant> nowcastDue_;  ///< of the selected place; nothing before it was asked for
   Slot nonActiveNotificationRefreshTask_;
   std::optional<RefreshTrigger> needsPostUpdateRefresh_;
   std::optional<LocationFix> movedTo_;

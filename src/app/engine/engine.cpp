@@ -16,6 +16,7 @@
 #include "app/services/feed_services.h"
 #include "app/settings/settings_registry.h"
 #include "app/state/engine_snapshot.h"
+#include "feeds/nowcast/nowcast_service.h"
 #include "globe/satellite_feed.h"
 #include "platform/linux/default_route.h"
 #include "platform/linux/desktop_services.h"
@@ -158,6 +159,12 @@ void Engine::makeState() {
                                     [this] { publish(); }, [this] { return places_->saved(); }});
     all.refreshSupplemental = [this](Place const& place, std::stop_token const& stop) {
       return hazards_->refresh(place, stop);
+    };
+    all.refreshNowcast = [this](Place const& place, std::stop_token const& stop) {
+      auto const services = this->services();
+      NowcastService& service = services->feeds().nowcast();
+      auto reading = std::make_shared<NowcastReading const>(service.fetch(place.coordinate, stop));
+      return AppState::NowcastAnswer{std::move(reading), service.nextAsk(place.coordinate)};
     };
     all.onChange = [this] { publish(); };
   }

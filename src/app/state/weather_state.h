@@ -17,6 +17,8 @@
 
 namespace nimbara {
 
+struct NowcastReading;
+
 /// The failure of the last refresh, as the user reads it.
 struct AppError {
   enum class Case { networkError, noLocation, offline };
@@ -51,6 +53,7 @@ struct WeatherState {
   bool isShowingLiveNetatmoData = false;
   std::vector<WeatherAlert> govAlerts;
   std::vector<WeatherAlert> travelAdvisories;
+  std::shared_ptr<NowcastReading const> nowcast;  ///< null: nobody was asked yet
 
   bool operator==(WeatherState const&) const = default;
 };

@@ -1,5 +1,6 @@
 #include "app/words/nowcast_text.h"
 
+#include "analysis/precip_kind.h"
 #include "analysis/precip_predictor.h"
 
 namespace nimbara {
@@ -13,6 +14,24 @@ std::string failureOf(NowcastReading const& reading, Texts const& texts) {
 }
 
 }  // namespace
+
+NowcastReading withFall(NowcastReading reading, std::span<HourlyForecast const> hours) {
+  nameFall(reading.nowcast, hours);
+  return reading;
+}
+
+NowcastNow nowcastNow(NowcastReading const& reading, Instant now) {
+  using enum PrecipOutlook::State;
+  if (reading.state != NowcastReading::State::current) return {};
+  PrecipOutlook const outlook = PrecipPredictor(reading.nowcast).outlook(now);
+  NowcastNow out;
+  out.isWet = outlook.state == falls;
+  out.isWetAhead = out.isWet || outlook.state == starts;
+  out.isKnown = out.isWetAhead || outlook.state == dry;
+  out.fall = outlook.fall;
+  out.dryUntil = now + outlook.dryFor;
+  return out;
+}
 
 std::string nowcastSource(NowcastReading const& reading, Instant now, Texts const& texts) {
   auto const source = enumFromName<NowcastSource>(reading.nowcast.source);

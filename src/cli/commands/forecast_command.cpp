@@ -1,4 +1,3 @@
-#include "analysis/precip_kind.h"
 #include "app/services/feed_services.h"
 #include "app/services/forecast_service.h"
 #include "app/words/coverage_text.h"
@@ -104,7 +103,7 @@ class ForecastRun {
   /// The temperatures of the forecast say whether it rains or snows where a radar does not.
   void adopt(Beside& beside, NowcastReading reading, WeatherData const& data,
              RunContext const& context) const {
-    nameFall(reading.nowcast, data.allHourly);
+    reading = withFall(std::move(reading), data.allHourly);
     TimeWords const words(context.texts(), calendarOf(data, session_.environment.machineCalendar));
     beside.nowcastText = nowcastText(reading, clock_->now(), context.texts(), words);
     beside.nowcast = std::move(reading);

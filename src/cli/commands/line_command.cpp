@@ -1,4 +1,3 @@
-#include "analysis/precip_kind.h"
 #include "app/services/feed_services.h"
 #include "app/services/forecast_service.h"
 #include "base/json/json.h"
@@ -78,8 +77,7 @@ class LineRun {
     look_.reset();
     if (!nowcast_) return std::nullopt;
     if (nowcast_->state == NowcastReading::State::none) return NowcastText{};
-    NowcastReading named = *nowcast_;
-    nameFall(named.nowcast, data.allHourly);
+    NowcastReading const named = withFall(*nowcast_, data.allHourly);
     TimeWords const words(context_.texts(), calendarOf(data, Calendar::utc()));
     return nimbara::nowcastText(named, clock_->now(), context_.texts(), words);
   }

@@ -1,4 +1,3 @@
-#include "analysis/precip_kind.h"
 #include "app/services/feed_services.h"
 #include "app/services/forecast_service.h"
 #include "app/words/nowcast_text.h"
@@ -38,7 +37,7 @@ int runNowcast(CommandLine const& line, Session const& session) {
   if (!place) return session.fail(place.error().exitCode, place.error().sentence);
   NowcastReading reading = context.app().feeds().nowcast().fetch(place->coordinate, session.stop);
   if (auto const kept = context.app().forecasts().cached(*place))
-    nameFall(reading.nowcast, kept->data.allHourly);
+    reading = withFall(std::move(reading), kept->data.allHourly);
   if (session.stop.stop_requested()) return session.fail(exitCode::kInterrupted, "interrupted");
   Texts const& texts = context.texts();
   Calendar const calendar =

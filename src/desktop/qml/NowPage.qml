@@ -227,6 +227,22 @@ ScrollPage {
             }
         }
 
+        Loader {
+            readonly property int lane: 0
+            visible: App.nowcast.isShown
+            source: visible ? "NowRain.qml" : ""
+        }
+        PlainText {
+            readonly property int lane: 0
+            visible: text !== ""
+            text: App.nowcast.failure
+            wrapMode: Text.Wrap
+            horizontalAlignment: Text.AlignLeft
+            color: Theme.muted
+            font.pixelSize: Theme.small
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
         Later {
             readonly property int lane: 0
             file: "NowAhead.qml"

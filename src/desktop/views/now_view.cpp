@@ -1,8 +1,10 @@
 #include "desktop/views/now_view.h"
 
+#include "app/words/nowcast_text.h"
 #include "base/sun_moon.h"
 #include "base/words/compass_point.h"
 #include "base/words/country_names.h"
+#include "desktop/views/next_hours.h"
 #include "desktop/views/sky/sky_colours.h"
 #include "gazetteer/gazetteer.h"
 #include "model/present.h"
@@ -89,9 +91,29 @@ void showSky(NowView& view, SkyColours const& sky) {
   view.skyBottom = hexText(sky.bottom);
 }
 
-void fillWeather(NowView& view, WeatherData const& data, ViewContext const& context) {
+/// The sky that goes with what a radar or a model sees fall.
+WeatherConditionCode skyOf(Fall fall) {
+  constexpr WeatherConditionCode kSkies[] = {WeatherConditionCode::lightRain, WeatherConditionCode::lightRain,
+                                             WeatherConditionCode::lightSleet,
+                                             WeatherConditionCode::lightSnow};
+  return kSkies[static_cast<std::size_t>(fall)];
+}
+
+/// The nowcast is nearer to the present than the forecast: a clear sky from which it rains is none.
+void adoptNowcast(NowView& view, std::optional<Present>& present, NowcastNow const& nowcast,
+                  ViewContext const& context) {
+  if (!present || !nowcast.isWet || isPrecipitation(present->condition)) return;
+  present->condition = skyOf(nowcast.fall);
+  view.condition = context.text("nowcast.fall." + std::string(enumName(nowcast.fall)));
+  view.sky = skyName(present->condition);
+}
+
+void fillWeather(NowView& view, WeatherState const& state, ViewContext const& context) {
+  WeatherData const& data = *state.weatherData;
   view.hasWeather = true;
-  auto const present = presentAt(data, context.now);
+  auto present = presentAt(data, context.now);
+  NowcastNow const nowcast =
+      state.nowcast ? nowcastNow(withFall(*state.nowcast, data.allHourly), context.now) : NowcastNow();
   if (present) {
     fillPresent(view, *present, context);
   } else {
@@ -102,35 +124,10 @@ void fillWeather(NowView& view, WeatherData const& data, ViewContext const& cont
     view.range = context.texts.format("desktop.range", context.degrees(day->maxTempC, day->maxTempF),
                                       context.degrees(day->minTempC, day->minTempF));
   }
-  view.sentence = nextHoursSentence(data, context);
+  adoptNowcast(view, present, nowcast, context);
+  view.sentence = aheadSentence(state, nowcast, context);
   showSky(view, skyColours(present ? present->condition : WeatherConditionCode::unknown,
                            sunPosition(context.now, coordinateOf(data)).altitude));
-}
-
-bool isSnow(WeatherConditionCode condition) {
-  ConditionCategory const sky = category(condition);
-  return sky == ConditionCategory::lightSnow || sky == ConditionCategory::heavySnow;
-}
-
-/// Nothing where neither the amount nor the chance is known and no rain is seen in the sky.
-std::optional<bool> isWet(HourlyForecast const& hour) {
-  constexpr double kLeastMM = 0.1;
-  constexpr int kLeastChance = 40;
-  bool const knowsAmount = hour.knows(ForecastValue::precipitation);
-  bool const knowsChance = hour.knows(ForecastValue::precipitationChance);
-  if (!knowsAmount && !knowsChance) {
-    return isPrecipitation(hour.condition) ? std::optional(true) : std::nullopt;
-  }
-  bool const isEnough = !knowsAmount || hour.precipMM >= kLeastMM;
-  bool const isLikely = !knowsChance || std::max(hour.chanceOfRain, hour.chanceOfSnow) >= kLeastChance;
-  return isEnough && isLikely;
-}
-
-/// What the page shows as the present; nothing where that is not known.
-std::optional<WeatherConditionCode> skyNow(WeatherData const& data, ViewContext const& context) {
-  auto const present = presentAt(data, context.now);
-  if (!present || present->condition == WeatherConditionCode::unknown) return std::nullopt;
-  return present->condition;
 }
 
 /// "1.2 hPa in three hours" matters to nobody below this.
@@ -297,12 +294,6 @@ void fillSun(SkyView& view, RiseSet const& sun, TimeWords const& words, ViewCont
                   static_cast<double>((*sun.set - *sun.rise).count());
 }
 
-/// Near freezing it may be either that falls.
-bool allowSnow(std::span<HourlyForecast const> hours) {
-  constexpr double kWarmestSnow = 2;  // °C
-  return std::ranges::any_of(hours, [](HourlyForecast const& hour) { return hour.tempC <= kWarmestSnow; });
-}
-
 }  // namespace
 
 NowView nowView(WeatherState const& state, std::optional<Place> const& place, ViewContext const& context) {
@@ -326,42 +317,11 @@ NowView nowView(WeatherState const& state, std::optional<Place> const& place, Vi
   }
   if (state.lastUpdated) view.age = ageText(*state.lastUpdated, context.now, context.texts);
   view.source = sourceOf(state, context);
-  fillWeather(view, *state.weatherData, context);
+  fillWeather(view, state, context);
   for (std::string const* part : {&view.place, &view.temperature, &view.condition, &view.feelsLike}) {
     if (!part->empty()) view.summary += (view.summary.empty() ? "" : ", ") + *part;
   }
   return view;
-}
-
-std::string nextHoursSentence(WeatherData const& data, ViewContext const& context) {
-  constexpr std::chrono::hours kAhead{12};
-  Instant const end = context.now + kAhead;
-  auto hours = upcomingHours(data.allHourly, context.now);
-  auto const isBeyond = [&](HourlyForecast const& hour) { return hour.date >= end || !isWet(hour); };
-  hours = hours.first(static_cast<std::size_t>(std::ranges::find_if(hours, isBeyond) - hours.begin()));
-  if (hours.empty() || hours.front().date > context.now) return {};
-  bool const isForecastWet = *isWet(hours.front());
-  auto const change =
-      std::ranges::find_if(hours, [&](HourlyForecast const& hour) { return *isWet(hour) != isForecastWet; });
-  bool const changes = change != hours.end();
-  // Twelve hours are spoken of only where twelve are known.
-  if (!changes && hours.back().date + stepLength(hours, hours.size() - 1) < end) return {};
-  auto const sky = skyNow(data, context);
-  bool const isWetNow = sky ? isPrecipitation(*sky) : isForecastWet;
-  HourlyForecast const& kind = isForecastWet || !changes ? hours.front() : *change;
-  bool const isSnowy = isSnow(sky && isWetNow ? *sky : kind.condition);
-  std::string const fall = isSnowy ? "snow" : "rain";
-  std::string const when =
-      changes ? TimeWords(context.texts, calendarOf(data, context.fallback)).moment(change->date, context.now)
-              : std::string();
-  if (isWetNow && !isForecastWet) return context.text("desktop.next." + fall + "Stops");
-  if (!isWetNow && isForecastWet) {
-    return changes ? context.texts.format("desktop.next." + fall + "PossibleUntil", when)
-                   : context.text("desktop.next." + fall + "Possible");
-  }
-  if (!changes && isWetNow) return context.text("desktop.next." + fall);
-  if (!changes) return context.text(allowSnow(hours) ? "desktop.next.dryCold" : "desktop.next.dry");
-  return context.texts.format("push." + fall + (isWetNow ? "Stop" : "Start") + ".bodyAt", when);
 }
 
 std::vector<TileView> tileViews(WeatherState const& state, ViewContext const& context) {

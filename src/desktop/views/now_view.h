@@ -115,8 +115,4 @@ SkyView skyView(WeatherState const& state, ViewContext const& context);
 /// The sky over the place as it is now; an empty one without weather.
 SkyScene sceneView(WeatherState const& state, ViewContext const& context);
 
-/// What the next twelve hours bring, in one sentence; empty without hours. Where the sky of now and the
-/// forecast of this hour differ, the sky is right, and the forecast is spoken of as possible.
-std::string nextHoursSentence(WeatherData const& data, ViewContext const& context);
-
 }  // namespace nimbara

@@ -3,6 +3,7 @@
 #include "desktop/views/hazards/alert_view.h"
 #include "desktop/views/hazards/elsewhere_view.h"
 #include "desktop/views/now_view.h"
+#include "desktop/views/nowcast_view.h"
 #include "desktop/views/problem_text.h"
 #include "desktop/window/words.h"
 #include "feeds/regions/regions.h"
@@ -28,6 +29,8 @@ constexpr WordRow kWords[] = {
     {"loading", "desktop.loading"},
     {"details", "desktop.details"},
     {"next24", "report.next24"},
+    {"nowcast", "nowcast.title"},
+    {"nowcastHint", "nowcast.hint"},
     {"sevenDays", "report.days"},
     {"meteogram", "desktop.meteogram"},
     {"meteogramHint", "desktop.meteogram.hint"},
@@ -108,6 +111,9 @@ DesktopModel::DesktopModel(Setting setting, WindowActions actions, QObject* pare
       alerts_(new RecordListModel(this)),
       warning_(new RecordModel(this)),
       elsewhere_(new RecordListModel(this)),
+      nowcast_(new RecordModel(this)),
+      nowcastBars_(new RecordListModel(this)),
+      nowcastKinds_(new RecordListModel(this)),
       tiles_(new RecordListModel(this)),
       hours_(new RecordListModel(this)),
       days_(new RecordListModel(this)),
@@ -184,6 +190,7 @@ void DesktopModel::showWeather() {
   elsewhere_->show(elsewhereViews(snapshot_->places, hazards->places, snapshot_->place, view));
   hazards_->show(*snapshot_, contextOfPlace());
   tiles_->show(tileViews(state, view));
+  showNowcast(contextOfPlace());
   showPlaces();
   notifications_->show(*snapshot_, view);
   settings_->show(snapshot_->settings.get(), view);
@@ -196,6 +203,14 @@ void DesktopModel::showWeather() {
   meteogram_ = meteogramOf(data, view);
   globe_->show(snapshot_->place, view);
   Q_EMIT shown();
+}
+
+void DesktopModel::showNowcast(ViewContext const& context) {
+  WeatherState const& state = *snapshot_->weather;
+  nowcast_->show(nowcastView(state, context));
+  auto const bars = nowcastBarViews(state, context);
+  nowcastBars_->show(bars);
+  nowcastKinds_->show(nowcastKindViews(bars, context));
 }
 
 void DesktopModel::showDays(WeatherData const& data, ViewContext const& context) {

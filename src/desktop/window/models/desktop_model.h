@@ -32,6 +32,9 @@ class DesktopModel : public QObject {
   Q_PROPERTY(nimbara::RecordModel* skyToday READ skyToday CONSTANT)
   Q_PROPERTY(nimbara::RecordModel* words READ words CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* alerts READ alerts CONSTANT)
+  Q_PROPERTY(nimbara::RecordModel* nowcast READ nowcast CONSTANT)
+  Q_PROPERTY(nimbara::RecordListModel* nowcastBars READ nowcastBars CONSTANT)
+  Q_PROPERTY(nimbara::RecordListModel* nowcastKinds READ nowcastKinds CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* tiles READ tiles CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* hours READ hours CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* days READ days CONSTANT)
@@ -81,6 +84,9 @@ class DesktopModel : public QObject {
   RecordModel* skyToday() { return sky_; }
   RecordModel* words() { return words_; }
   RecordListModel* alerts() { return alerts_; }
+  RecordModel* nowcast() { return nowcast_; }
+  RecordListModel* nowcastBars() { return nowcastBars_; }
+  RecordListModel* nowcastKinds() { return nowcastKinds_; }
   RecordListModel* tiles() { return tiles_; }
   RecordListModel* hours() { return hours_; }
   RecordListModel* days() { return days_; }
@@ -162,6 +168,7 @@ class DesktopModel : public QObject {
   /// At once, before the engine has stored it.
   void changeAhead(std::function<PlaceResult(PlaceList&)> const& apply);
   void noteChange(PlaceChange change);
+  void showNowcast(ViewContext const& context);
   void showDays(WeatherData const& data, ViewContext const& context);
   void showOpenAlert(ViewContext const& context);
 
@@ -188,6 +195,9 @@ class DesktopModel : public QObject {
   RecordListModel* alerts_;
   RecordModel* warning_;
   RecordListModel* elsewhere_;
+  RecordModel* nowcast_;
+  RecordListModel* nowcastBars_;
+  RecordListModel* nowcastKinds_;
   RecordListModel* tiles_;
   RecordListModel* hours_;
   RecordListModel* days_;
