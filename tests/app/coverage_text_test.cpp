@@ -1,5 +1,6 @@
 #include "app/words/coverage_text.h"
 
+#include "feeds/fetching/failure_words.h"
 #include "support/instants.h"
 
 #include <gtest/gtest.h>
@@ -46,7 +47,7 @@ TEST(CoverageText, SaysEachStateInItsOwnWords) {
   EXPECT_EQ(textOf(coverageOf(CoverageState::uncovered)), "No source of official warnings for Croatia");
   SourceCoverage sea = coverageOf(CoverageState::uncovered);
   sea.country.clear();
-  EXPECT_EQ(textOf(sea), "No source of official warnings for this place");
+  EXPECT_EQ(textOf(sea), "No known source of official warnings for these waters");
 }
 
 TEST(CoverageText, SaysSinceWhenAndWhyNothingIsKnown) {
@@ -57,6 +58,11 @@ TEST(CoverageText, SaysSinceWhenAndWhyNothingIsKnown) {
             "Official warnings could not be checked since 1:05 PM: the service returned an error (HTTP 503)");
   failed.reason = ServiceFailure::of(ServiceFailure::Kind::notAskedLately);
   EXPECT_EQ(textOf(failed), "Official warnings could not be checked since 1:05 PM: no check was requested");
+  failed.alsoAsked = "fpas";
+  EXPECT_TRUE(textOf(failed).ends_with(". FOSS Public Alert Server has no warnings from this country"));
+  failed.alsoReason = ServiceFailure::answered(404);
+  EXPECT_TRUE(textOf(failed).ends_with(". FOSS Public Alert Server was unavailable, too: " +
+                                       failureText(*failed.alsoReason, Texts::load("en"))));
   failed.count = 1;
   EXPECT_TRUE(textOf(failed).ends_with(". One known warning is still in effect"));
   failed.since.reset();

@@ -137,7 +137,10 @@ TEST(DisplayText, CountsCellsAndFitsColumns) {
 
 TEST(DisplayText, WrapsAtBlanks) {
   EXPECT_EQ(wrapped("a bc def", 4), (std::vector<std::string>{"a bc", "def"}));
-  EXPECT_EQ(wrapped("abcdef g", 4), (std::vector<std::string>{"abc…", "g"}));
+  EXPECT_EQ(wrapped("abcdef g", 4), (std::vector<std::string>{"abcd", "ef g"}));
+  // No line begins with a full stop or ends with an opening bracket.
+  EXPECT_EQ(wrapped("高台へ避難を。（急いで）", 6),
+            (std::vector<std::string>{"高台へ", "避難", "を。", "（急い", "で）"}));
   EXPECT_EQ(wrapped("", 4), (std::vector<std::string>{""}));
 }
 

@@ -150,7 +150,11 @@ TEST_F(FeedCommands, PrintWhatTheNwsLists) {
 
 TEST_F(FeedCommands, TellNoWarningsFromNobodyWhoWarns) {
   EXPECT_EQ(run({"alerts", "35.68,139.69", "--source", "nws,meteoalarm"}).out,
-            "Warnings and alerts for Tokyo, Japan\n\nSources\n  No source of official warnings for Japan\n");
+            "Warnings and alerts for Tokyo, Japan\n\nSources\n"
+            "  Not a source of official warnings for Tokyo: National Weather Service,\n"
+            "  MeteoAlarm. Use --source wmo (WMO Severe Weather Information Centre)\n");
+  EXPECT_THAT(run({"alerts", "52.23,21.01", "--source", "nws", "--lang", "de"}).out,
+              HasSubstr(", Polen\n\nQuellen\n  Keine Quelle amtlicher Warnungen"));
   EXPECT_EQ(run({"alerts", "35.68,139.69", "--source", "nws,meteoalarm", "--json"}).out, "[]\n");
 }
 

@@ -132,21 +132,33 @@ TEST_F(SourceReports, SayWhoServesAPlaceAndWhoFollows) {
   berlin.warningSource = "brightsky";
   std::vector<PlaceSources> const places{placeSources(tokyo, alerts_, kNow),
                                          placeSources(berlin, alerts_, kNow)};
-  EXPECT_EQ(sourceReport(places, texts, Calendar::utc(), kNow),
+  Calendar const utc = Calendar::utc();
+  EXPECT_EQ(sourceReport(places, {texts, utc, kNow, 70}),
             R"(Tokyo
-  asked           WMO Severe Weather Information Centre
-  state           No official warnings, checked 2:40 PM. Checked through FOSS Public Alert Server because WMO Severe Weather Information Centre was unavailable: the service returned an error (HTTP 503)
-  last good check 2:40 PM
-  cannot give     Not every country takes part; No warned areas in mainland China; Levels of different issuers cannot be compared; Run by volunteers, on trial
-  if it fails     FOSS Public Alert Server
+  Source               FOSS Public Alert Server
+  State                No official warnings, checked 2:40 PM. Checked
+                       through FOSS Public Alert Server because WMO
+                       Severe Weather Information Centre was
+                       unavailable: the service returned an error
+                       (HTTP 503)
+  Last good check      2:40 PM
+  What it cannot give  Not every country takes part; No warned areas
+                       in mainland China; Levels of different issuers
+                       cannot be compared; Run by volunteers, on trial
+  If it is unavailable The last known warnings stay, with the time of
+                       their check
 
 Berlin
-  asked           Deutscher Wetterdienst (your choice)
-  state           Official warnings have not been checked yet
-  last good check never
-  cannot give     No flood warnings; Texts are in English and German only
-  if it fails     what was known is shown with the time of the last check
+  Source               Deutscher Wetterdienst
+  Ask first            Deutscher Wetterdienst (your choice)
+  State                Official warnings have not been checked yet
+  Last good check      None so far
+  What it cannot give  No flood warnings; Texts are in English and
+                       German only
+  If it is unavailable The last known warnings stay, with the time of
+                       their check
 )");
+  EXPECT_THAT(sourceReport(places, {Texts::load("ja"), utc, kNow, 70}), HasSubstr("  得られない情報"));
   std::string const json = sourceReportJson({places[0]}, texts);
   for (char const* const part :
        {R"("place":"Tokyo")", R"("source":"fpas")", R"("through":"fpas")", R"("chosen":false)",
@@ -236,7 +248,12 @@ INSTANTIATE_TEST_SUITE_P(
         FallbackRow{"All",
                     kTokyo,
                     {Service::wmoWarnings, Service::fpas},
-                    {R"("source":"wmo")", R"("state":"unchecked")", R"("insteadOf":null)"}},
+                    {R"("source":"wmo")", R"("state":"unchecked")", R"("insteadOf":null)",
+                     R"("alsoAsked":"fpas","alsoReason":"the)"}},
+        FallbackRow{"TheFirstAndTheSecondIsBlind",
+                    "1.29,103.85",
+                    {Service::wmoWarnings},
+                    {R"("source":"wmo")", R"("alsoAsked":"fpas","alsoReason":null)"}},
         FallbackRow{"NobodyFollows",
                     "43.65,-79.38",
                     {Service::eccc},

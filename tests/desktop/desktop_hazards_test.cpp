@@ -170,6 +170,20 @@ TEST_F(DesktopHazardsTest, AskForTheWorldWhenSomebodyLooks) {
   EXPECT_EQ(http.requests.size(), 3) << "the answers are young";
 }
 
+TEST_F(DesktopHazardsTest, CheckThePlacesWhoseSourcesSomebodyLooksAt) {
+  http.willAnswer(200, warningOf("Flood Watch"));
+  hazards.lookAtPlaces();
+  hazards.lookAtPlaces();
+  EXPECT_EQ(runner.waiting(), 1) << "once is enough";
+  runner.runAll();
+  auto const state = hazards.state();
+  EXPECT_FALSE(state->isCheckingPlaces);
+  ASSERT_EQ(state->places.size(), 2);
+  EXPECT_EQ(state->places[0].coverage.at(0).state, CoverageState::warnings);
+  EXPECT_EQ(state->places[1].coverage.at(0).since, clock.now()) << "nobody answered for Tokyo";
+  EXPECT_EQ(published, 4) << "what is kept, each place, the end";
+}
+
 TEST_F(DesktopHazardsTest, KeepTheFilterInTheSettings) {
   hazards.setRadius(500);
   hazards.setMagnitude(4.5);

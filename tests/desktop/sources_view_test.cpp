@@ -45,6 +45,7 @@ struct SourceRow {
   CoverageState state;
   char const* shown;
   char const* words;
+  char const* next = "FOSS Public Alert Server";
 };
 
 struct SourceStates : testing::TestWithParam<SourceRow> {};
@@ -58,7 +59,7 @@ TEST_P(SourceStates, AreToldApart) {
   EXPECT_EQ(view.service, "WMO Severe Weather Information Centre");
   EXPECT_EQ(view.checked, "12:15  ·  5 min ago");
   EXPECT_THAT(view.lacks, HasSubstr("Not every country takes part\n"));
-  EXPECT_EQ(view.next, "FOSS Public Alert Server");
+  EXPECT_EQ(view.next, GetParam().next);
   EXPECT_THAT(view.sentence, HasSubstr(std::string("There, ") + GetParam().words + ", WMO"));
 }
 
@@ -66,9 +67,9 @@ INSTANTIATE_TEST_SUITE_P(
     Rows, SourceStates,
     testing::Values(SourceRow{"warnings", CoverageState::warnings, "warnings", "Warnings in effect"},
                     SourceRow{"none", CoverageState::none, "none", "No warnings"},
-                    SourceRow{"unchecked", CoverageState::unchecked, "unchecked", "Could not be checked"},
-                    SourceRow{"unplaced", CoverageState::unplaced, "unplaced", "Could not be located"},
-                    SourceRow{"uncovered", CoverageState::uncovered, "uncovered", "No official source"}),
+                    SourceRow{"unchecked", CoverageState::unchecked, "unchecked", "Could not be checked", ""},
+                    SourceRow{"unplaced", CoverageState::unplaced, "countryWide", "For the whole country"},
+                    SourceRow{"uncovered", CoverageState::uncovered, "uncovered", "No official source", ""}),
     [](auto const& row) { return std::string(row.param.name); });
 
 TEST(Sources, SayWhoWillBeAskedBeforeAnybodyWas) {
@@ -76,6 +77,23 @@ TEST(Sources, SayWhoWillBeAskedBeforeAnybodyWas) {
   EXPECT_EQ(view.state, "asking");
   EXPECT_EQ(view.checked, "None so far");
   EXPECT_EQ(view.service, "WMO Severe Weather Information Centre");
+}
+
+TEST(Sources, AreBeingCheckedWhereNothingIsKnownOfNow) {
+  EngineSnapshot snapshot;
+  SourceCoverage part = checked("wmo", CoverageState::unplaced);
+  part.areas = {"North (Gale)"};
+  SourceCoverage old = checked("wmo", CoverageState::none);
+  old.checkedAt = kNow - kCoverageTrust - std::chrono::minutes(1);
+  snapshot.places.places = {savedPlace("New", {1, 2}), savedPlace("Old", kTokyo),
+                            savedPlace("Known", kBerlin)};
+  HazardsState hazards;
+  hazards.isCheckingPlaces = true;
+  hazards.places = {{kTokyo, {old}, {}}, {kBerlin, {part}, {}}};
+  snapshot.hazards = shared(hazards);
+  std::vector<std::string> states;
+  for (SourceView const& view : sourceViews(snapshot, contextAt(kNow))) states.push_back(view.stateText);
+  EXPECT_THAT(states, ElementsAre("Checking…", "Checking…", "Could not be located"));
 }
 
 TEST(Sources, SayWhoAnsweredInsteadAndThatNobodyFollows) {
@@ -118,7 +136,9 @@ TEST(Sources, HaveTheCurrentLocationFirstAndWithoutAChoice) {
 
 struct Chosen : EngineActions {
   void chooseWarningSource(Uuid place, std::string name) override { asked.push_back(place.text() + name); }
+  void lookAtSources() override { ++looks; }
   std::vector<std::string> asked;
+  int looks = 0;
 };
 
 TEST(Sources, AreListedFromWhenThePageIsOpenAndPassChoicesOn) {
@@ -130,6 +150,8 @@ TEST(Sources, AreListedFromWhenThePageIsOpenAndPassChoicesOn) {
   model.open();
   model.show(*snapshot, contextAt(kNow));
   EXPECT_EQ(model.places()->count(), 2);
+  model.open();
+  EXPECT_EQ(engine.looks, 2) << "each time that the page is opened";
   std::string const id = snapshot->places.places[0].id.text();
   model.choose(QString::fromStdString(id), QStringLiteral("fpas"));
   model.choose(QStringLiteral("nowhere"), QStringLiteral("fpas"));

@@ -136,7 +136,8 @@ TEST(Coverage, NamesTheCountryThatNobodyWarnsFor) {
   writeCoverage(json, coverage);
   EXPECT_EQ(json.take(),
             R"([{"source":null,"service":null,"state":"uncovered","count":0,"checkedAt":null,"since":null,)"
-            R"("reason":null,"areas":[],"country":"JP","insteadOf":null,"insteadReason":null}])");
+            R"("reason":null,"areas":[],"country":"JP","insteadOf":null,"insteadReason":null,)"
+            R"("alsoAsked":null,"alsoReason":null,"countryWide":[]}])");
 }
 
 TEST(Coverage, SaysItsReasonToScriptsInASentence) {

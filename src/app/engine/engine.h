@@ -101,6 +101,7 @@ class Engine final : public EngineActions {
   void followSystem(std::function<void(std::string const&)> missing);
 
   void lookAtHazards() override;
+  void lookAtSources() override;
   void setQuakeRadius(double km) override;
   void setQuakeMagnitude(double least) override;
 

@@ -56,6 +56,8 @@ class EngineActions {
   virtual void setStartAtLogin(bool wanted);
 
   virtual void lookAtHazards() {}
+  /// Of official warnings.
+  virtual void lookAtSources() {}
   virtual void setQuakeRadius(double km);
   virtual void setQuakeMagnitude(double least);
 };

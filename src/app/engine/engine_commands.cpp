@@ -49,6 +49,10 @@ void Engine::lookAtHazards() {
   run([this] { hazards_->look(); });
 }
 
+void Engine::lookAtSources() {
+  run([this] { hazards_->lookAtPlaces(); });
+}
+
 void Engine::setQuakeRadius(double km) {
   run([this, km] { hazards_->setRadius(km); });
 }

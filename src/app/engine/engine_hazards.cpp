@@ -126,6 +126,32 @@ void EngineHazards::look() {
   });
 }
 
+void EngineHazards::lookAtPlaces() {
+  if (isCheckingPlaces_.exchange(true)) return;
+  runner_.run([this](std::stop_token const& stop) {
+    checkPlaces(stop);
+    isCheckingPlaces_ = false;
+  });
+}
+
+/// A source that was asked a moment ago rests.
+void EngineHazards::checkPlaces(std::stop_token const& stop) {
+  change([](HazardsState& state) { state.isCheckingPlaces = true; });
+  {
+    std::lock_guard const turn(officialTurn_);
+    showPlaces();
+  }
+  surroundings_.publish();
+  for (Place const& place : surroundings_.savedPlaces()) {
+    std::ignore = feeds_()->govAlerts().fetchAlerts(govAlertPlace(place.coordinate), {}, stop);
+    if (stop.stop_requested()) break;
+    finishOfficial(place);
+    surroundings_.publish();
+  }
+  change([](HazardsState& state) { state.isCheckingPlaces = false; });
+  surroundings_.publish();
+}
+
 void EngineHazards::readFilter() {
   Settings const settings = store_.settings().settings;
   QuakeFilter const filter{settings.real(kQuakeRadiusSetting), settings.real(kQuakeMagnitudeSetting)};

@@ -47,6 +47,9 @@ class EngineHazards {
   SupplementalOutcome refresh(Place const& place, std::stop_token const& stop);
   /// Somebody looks: asks soon for what is not a place's and has grown old.
   void look();
+  /// Somebody looks at the sources of all saved places: shows what is kept of them and asks for those that
+  /// are due, one after the other.
+  void lookAtPlaces();
 
   void readFilter();
   void setRadius(double km);
@@ -56,6 +59,7 @@ class EngineHazards {
   void showOfficial(Place const& place, bool isAsking);
   void finishOfficial(Place const& place);
   void showPlaces();
+  void checkPlaces(std::stop_token const& stop);
   void askWorld(std::stop_token const& stop);
   void choose(std::string_view setting, double value);
   template <class Change>
@@ -66,6 +70,7 @@ class EngineHazards {
   TaskRunner& runner_;
   Surroundings surroundings_;
   std::atomic<bool> isLooking_ = false;
+  std::atomic<bool> isCheckingPlaces_ = false;
 
   std::mutex officialTurn_;   // of those who show warnings, so that what is shown last is what was kept last
   mutable std::mutex mutex_;  // guards the state

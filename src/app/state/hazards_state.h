@@ -52,13 +52,16 @@ struct PlaceCoverage {
 struct HazardsState {
   OfficialCheck official;
   std::vector<PlaceCoverage> places;
+  bool isCheckingPlaces = false;                     ///< those of unknown state are being asked for
   FeedReading<std::vector<EarthquakeEvent>> quakes;  ///< newest first
   FeedReading<KIndex> kp;
   FeedReading<std::vector<KpReading>> kpForecast;
   QuakeFilter filter;
 
   /// Every feed has answered or failed once.
-  bool isSettled() const { return official.isSettled() && quakes.isSettled() && kp.isSettled(); }
+  bool isSettled() const {
+    return official.isSettled() && quakes.isSettled() && kp.isSettled() && !isCheckingPlaces;
+  }
 };
 
 }  // namespace nimbara

@@ -22,9 +22,11 @@ std::string uncheckedText(SourceCoverage const& coverage, Texts const& texts, Ti
   std::string const since = coverage.since ? words.moment(*coverage.since, now) : std::string();
   if (since.empty())
     return std::string(texts.text(reason.empty() ? "coverage.notYet" : "warning.neverChecked"));
-  return withKnown(reason.empty() ? texts.format("warning.uncheckedSince", since)
-                                  : texts.format("coverage.unchecked", since, reason),
-                   coverage.count, texts);
+  std::string sentence = reason.empty() ? texts.format("warning.uncheckedSince", since)
+                                        : texts.format("coverage.unchecked", since, reason);
+  if (coverage.alsoAsked)
+    sentence = texts.format("coverage.sentences", sentence, alsoAskedText(coverage, texts));
+  return withKnown(sentence, coverage.count, texts);
 }
 
 /// "Kvarner (Windwarnung, rot)", "Windwarnung (rot)": scripts read the colour's identifier there, people its
@@ -62,7 +64,7 @@ std::string unplacedText(SourceCoverage const& coverage, std::string const& chec
 
 std::string uncoveredText(SourceCoverage const& coverage, Texts const& texts) {
   std::string const country = countryName(coverage.country, texts.language());
-  return country.empty() ? std::string(texts.text("coverage.uncoveredHere"))
+  return country.empty() ? std::string(texts.text("coverage.uncoveredSea"))
                          : texts.format("coverage.uncovered", country);
 }
 
@@ -86,6 +88,12 @@ std::string stateText(SourceCoverage const& coverage, Texts const& texts, Calend
 }
 
 }  // namespace
+
+std::string alsoAskedText(SourceCoverage const& coverage, Texts const& texts) {
+  std::string const service = warningServiceName(coverage.alsoAsked.value_or(""));
+  if (!coverage.alsoReason) return texts.format("coverage.alsoBlind", service);
+  return texts.format("coverage.alsoFailed", service, failureText(*coverage.alsoReason, texts));
+}
 
 std::string coverageText(SourceCoverage const& coverage, Texts const& texts, Calendar const& calendar,
                          Instant now, UnplacedNames names) {

@@ -19,6 +19,10 @@ enum class UnplacedNames { given, left };
 std::string coverageText(SourceCoverage const& coverage, Texts const& texts, Calendar const& calendar,
                          Instant now, UnplacedNames names = UnplacedNames::given);
 
+/// That the source behind the first gave no answer either, without a full stop; `coverage.alsoAsked` is
+/// given.
+std::string alsoAskedText(SourceCoverage const& coverage, Texts const& texts);
+
 /// When a line begins with its service's name: where there are several, or always.
 enum class ServiceNames { ofSeveral, always };
 

@@ -45,6 +45,47 @@ std::string_view prefixWithin(std::string_view text, int width) {
   return text.substr(0, end);
 }
 
+bool mayBegin(UChar32 character) {
+  switch (u_getIntPropertyValue(character, UCHAR_LINE_BREAK)) {
+    case U_LB_CLOSE_PUNCTUATION:
+    case U_LB_CLOSE_PARENTHESIS:
+    case U_LB_CONDITIONAL_JAPANESE_STARTER:
+    case U_LB_EXCLAMATION:
+    case U_LB_NONSTARTER:
+    case U_LB_QUOTATION:
+      return false;
+    default:
+      return cellsOf(character) > 0;
+  }
+}
+
+/// East Asian text has no blanks: a line may break between its characters, but for those that must not end or
+/// begin one.
+bool mayBreak(UChar32 before, UChar32 after) {
+  bool const isWide = cellsOf(before) == 2 || cellsOf(after) == 2;
+  if (!isWide || !mayBegin(after)) return false;
+  auto const kind = u_getIntPropertyValue(before, UCHAR_LINE_BREAK);
+  return kind != U_LB_OPEN_PUNCTUATION && kind != U_LB_QUOTATION;
+}
+
+/// What stays together of a word without blanks; what is wider than a line is broken anywhere.
+std::vector<std::string_view> piecesOf(std::string_view word, int width) {
+  std::vector<std::string_view> pieces;
+  std::size_t begin = 0;
+  UChar32 before = 0;
+  for (std::size_t at = 0, next = 0; at < word.size(); at = next) {
+    UChar32 const character = nextCharacter(word, next);
+    bool const isTooWide = displayWidth(word.substr(begin, next - begin)) > width;
+    if (at > begin && (mayBreak(before, character) || isTooWide)) {
+      pieces.push_back(word.substr(begin, at - begin));
+      begin = at;
+    }
+    before = character;
+  }
+  pieces.push_back(word.substr(begin));
+  return pieces;
+}
+
 struct Spelling {
   UChar32 character;
   std::string_view ascii;
@@ -112,12 +153,20 @@ std::string fitted(std::string_view text, int width, Align align) {
 
 std::vector<std::string> wrapped(std::string_view text, int width) {
   std::vector<std::string> lines;
+  int used = 0;
   for (std::string_view const word : split(text, ' ')) {
-    bool const fits = !lines.empty() && displayWidth(lines.back()) + 1 + displayWidth(word) <= width;
-    if (fits) {
-      lines.back() += " " + std::string(word);
-    } else {
-      lines.push_back(displayWidth(word) <= width ? std::string(word) : fitted(word, width));
+    bool isFirst = true;
+    for (std::string_view const piece : piecesOf(word, width)) {
+      int const cells = displayWidth(piece);
+      int const blank = isFirst ? 1 : 0;
+      if (!lines.empty() && used + blank + cells <= width) {
+        lines.back().append(static_cast<std::size_t>(blank), ' ').append(piece);
+        used += blank + cells;
+      } else {
+        lines.emplace_back(piece);
+        used = cells;
+      }
+      isFirst = false;
     }
   }
   return lines;

@@ -19,7 +19,8 @@ enum class Align { left, right, centre };
 /// `text` filled with blanks to `width` cells; a text that is wider is cut and ends with "…".
 std::string fitted(std::string_view text, int width, Align align = Align::left);
 
-/// `text` in lines of at most `width` cells, broken at blanks; a word that is wider is cut.
+/// `text` in lines of at most `width` cells, broken at blanks and between East Asian characters; a word that
+/// is wider goes on in the next line. Nothing is lost.
 std::vector<std::string> wrapped(std::string_view text, int width);
 
 }  // namespace nimbara

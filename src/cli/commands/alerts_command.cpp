@@ -1,6 +1,7 @@
 #include "app/services/feed_services.h"
 #include "app/services/forecast_service.h"
 #include "app/services/side_by_side.h"
+#include "app/words/country_text.h"
 #include "app/words/coverage_text.h"
 #include "base/json/json.h"
 #include "base/text/text.h"
@@ -14,6 +15,7 @@
 #include "cli/terminal.h"
 #include "feeds/alerts/gov_alert_service.h"
 #include "feeds/alerts/official_sources.h"
+#include "feeds/alerts/warning_route.h"
 #include "gazetteer/gazetteer.h"
 
 #include <algorithm>
@@ -83,6 +85,7 @@ class AlertsRun {
                          (state.failure ? context_.plain(*state.failure) : std::string()));
     }
     coverage_ = coverageOf(official, officialPlace_.countryCode);
+    isNotServed_ = official.sources.empty();
     std::ranges::move(official.alerts, std::back_inserter(alerts_));
     unplaced_ = std::move(official.unplaced);
   }
@@ -107,7 +110,8 @@ class AlertsRun {
 
   std::string heading() const {
     std::string place = place_.name.empty() ? formatCoordinate(place_.coordinate) : place_.name;
-    if (!place_.country.empty() && place_.country != place) place += ", " + place_.country;
+    if (!place_.country.empty() && place_.country != place)
+      place += ", " + countryText(place_.coordinate, place_.country, context_.texts());
     return context_.texts().format("alerts.heading", oneLine(place));
   }
 
@@ -138,10 +142,26 @@ class AlertsRun {
     return entry;
   }
 
+  /// None of the sources that were named may be asked for the place; which one may.
+  std::string notServedText() const {
+    std::string named;
+    for (OfficialSource const& source : officialSources()) {
+      auto const name = enumFromName<AlertSource>(source.name);
+      if (name && options_.sources.contains(*name))
+        named.append(named.empty() ? "" : ", ").append(source.service);
+    }
+    auto const route = warningRoute(officialPlace_);
+    std::string const place =
+        place_.name.empty() ? formatCoordinate(place_.coordinate) : oneLine(place_.name);
+    return context_.texts().format("coverage.notServed", place, named, warningServiceName(route.front()),
+                                   route.front());
+  }
+
   /// What each source that was asked has said.
   std::string sources() const {
     Texts const& texts = context_.texts();
     auto lines = coverageLines(coverage_, texts, calendar_, clock_->now(), ServiceNames::always);
+    if (isNotServed_) lines = {notServedText()};
     if (options_.sources.contains(AlertSource::generated)) lines.push_back(generatedState());
     std::string out = style_.painted(style_.text(texts.text("alerts.sources")), Colour::bold) + "\n";
     for (std::string const& line : lines) {
@@ -196,6 +216,7 @@ class AlertsRun {
   std::vector<WeatherAlert> alerts_;
   std::vector<WeatherAlert> unplaced_;         ///< in effect somewhere in the country
   std::vector<SourceCoverage> coverage_;       ///< of the official sources, where they were asked for
+  bool isNotServed_ = false;                   ///< by any of them
   std::optional<std::size_t> generatedCount_;  ///< of alerts, where there is a forecast
   std::vector<std::string> missing_;           ///< sources that gave no answer now, a sentence each
 };

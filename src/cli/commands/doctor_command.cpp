@@ -11,6 +11,7 @@
 #include "cli/pages/line_text.h"
 #include "cli/pages/source_report.h"
 #include "cli/run_context.h"
+#include "cli/terminal.h"
 #include "feeds/alerts/gov_alert_service.h"
 #include "feeds/regions/regions.h"
 #include "gazetteer/gazetteer.h"
@@ -327,7 +328,8 @@ int tellSources(CommandLine const& line, RunContext& context, Session const& ses
   } else if (places.empty()) {
     session.console.err("nimbara: no saved places; add one with: nimbara places add NAME\n");
   } else {
-    session.console.out(sourceReport(places, context.texts(), context.calendar(), context.clock().now()));
+    session.console.out(
+        sourceReport(places, {context.texts(), context.calendar(), context.clock().now(), widthOf(session)}));
   }
   return exitCode::kComplete;
 }

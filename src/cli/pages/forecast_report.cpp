@@ -1,5 +1,6 @@
 #include "cli/pages/forecast_report.h"
 
+#include "app/words/country_text.h"
 #include "base/text/number.h"
 #include "base/text/text.h"
 #include "base/words/compass_point.h"
@@ -77,7 +78,8 @@ class Report {
     LocationInfo const& place = data_.location;
     std::string name = place.areaName;
     if (!place.region.empty() && place.region != place.areaName) name += ", " + place.region;
-    if (!place.country.empty() && place.country != place.areaName) name += ", " + place.country;
+    if (!place.country.empty() && place.country != place.areaName)
+      name += ", " + countryText({place.latitude, place.longitude}, place.country, context_.texts);
     return style().text(name);
   }
 

@@ -1,29 +1,28 @@
 #include "cli/pages/source_report.h"
 
 #include "app/words/coverage_text.h"
+#include "app/words/source_words.h"
 #include "base/text/display_text.h"
 #include "base/text/text.h"
 #include "base/words/time_words.h"
 #include "feeds/alerts/official_sources.h"
 #include "feeds/alerts/warning_route.h"
 
+#include <algorithm>
+#include <span>
+#include <utility>
+
 namespace nimbara {
 
 namespace {
 
-std::vector<std::string> lacksOf(std::string_view name, Texts const& texts) {
-  std::vector<std::string> lacks;
-  OfficialSource const* const source = officialSource(name);
-  if (source == nullptr) return lacks;
-  for (std::string_view const key : source->lacks) {
-    if (!key.empty()) lacks.emplace_back(texts.text(key));
-  }
-  return lacks;
-}
-
 /// Those that are asked when the first has failed.
 std::span<std::string_view const> followers(PlaceSources const& place) {
   return std::span(place.route).subspan(place.route.empty() ? 0 : 1);
+}
+
+SourceWords wordsOf(PlaceSources const& place, Texts const& texts) {
+  return sourceWords(place.route, &place.coverage, texts);
 }
 
 std::string joined(std::vector<std::string> const& parts) {
@@ -32,39 +31,59 @@ std::string joined(std::vector<std::string> const& parts) {
   return line;
 }
 
-std::string serviceNames(std::span<std::string_view const> names) {
-  std::vector<std::string> services;
-  services.reserve(names.size());
-  for (std::string_view const name : names) services.push_back(warningServiceName(name));
-  return joined(services);
-}
-
 bool isUsual(PlaceSources const& place) {
   return place.route.front() == place.possible.front();
 }
 
-std::string row(std::string_view label, std::string const& text) {
-  return "  " + fitted(label, 15) + " " + text + "\n";
-}
+/// Facts below a heading, their names in a column of their own.
+class Section {
+ public:
+  void add(std::string_view name, std::string text) {
+    if (text.empty()) return;
+    nameWidth_ = std::max(nameWidth_, displayWidth(name));
+    rows_.emplace_back(name, std::move(text));
+  }
 
-std::string section(PlaceSources const& place, Texts const& texts, Calendar const& calendar, Instant now) {
-  auto const lacks = lacksOf(place.serving(), texts);
-  std::string out = oneLine(place.place) + "\n";
-  out += row("asked", warningServiceName(place.route.front()) + (isUsual(place) ? "" : " (your choice)"));
-  out += row("state", coverageText(place.coverage, texts, calendar, now));
+  std::string str(int width) const {
+    constexpr int kIndent = 2;
+    std::string out;
+    int const rest = std::max(width - kIndent - nameWidth_ - 1, 20);
+    for (auto const& [name, text] : rows_) {
+      std::string_view shown = name;
+      for (std::string const& line : wrapped(text, rest)) {
+        out += std::string(kIndent, ' ') + fitted(shown, nameWidth_) + " " + line + "\n";
+        shown = "";
+      }
+    }
+    return out;
+  }
+
+ private:
+  int nameWidth_ = 0;
+  std::vector<std::pair<std::string_view, std::string>> rows_;
+};
+
+std::string section(PlaceSources const& place, SourceReportContext const& context) {
+  Texts const& texts = context.texts;
+  SourceWords const words = wordsOf(place, texts);
   auto const checkedAt = place.coverage.checkedAt;
-  out += row("last good check", checkedAt ? TimeWords(texts, calendar).moment(*checkedAt, now) : "never");
-  if (!lacks.empty()) out += row("cannot give", joined(lacks));
-  auto const next = followers(place);
-  return out + row("if it fails", next.empty() ? "what was known is shown with the time of the last check"
-                                               : serviceNames(next));
+  Section section;
+  section.add(texts.text("desktop.sources.source"), words.service);
+  if (!isUsual(place)) {
+    section.add(texts.text("desktop.sources.choice"),
+                texts.format("sources.chosen", warningServiceName(place.route.front())));
+  }
+  section.add(texts.text("sources.state"),
+              coverageText(place.coverage, texts, context.calendar, context.now));
+  section.add(texts.text("desktop.sources.checked"),
+              checkedAt ? TimeWords(texts, context.calendar).moment(*checkedAt, context.now)
+                        : std::string(texts.text("desktop.sources.never")));
+  section.add(texts.text("desktop.sources.lacks"), joined(words.lacks));
+  section.add(texts.text("desktop.sources.next"), words.next);
+  return oneLine(place.place) + "\n" + section.str(context.width);
 }
 
 }  // namespace
-
-std::string_view PlaceSources::serving() const {
-  return coverage.source ? std::string_view(*coverage.source) : route.front();
-}
 
 GovAlertPlace askedPlace(SavedPlace const& saved) {
   GovAlertPlace asked = govAlertPlace(saved.coordinate);
@@ -83,15 +102,16 @@ std::string sourceReportJson(std::vector<PlaceSources> const& places, Texts cons
   json.beginList();
   for (PlaceSources const& place : places) {
     SourceCoverage const& coverage = place.coverage;
-    OfficialSource const* const source = officialSource(place.serving());
+    SourceWords const words = wordsOf(place, texts);
+    OfficialSource const* const source = officialSource(words.source);
     json.separate();
     json.beginObject();
     json.member("place", place.place);
     json.member("latitude", place.coordinate.latitude);
     json.member("longitude", place.coordinate.longitude);
     json.member("country", coverage.country);
-    json.member("source", place.serving());
-    json.member("service", warningServiceName(place.serving()));
+    json.member("source", words.source);
+    json.member("service", words.service);
     json.member("through", source == nullptr ? Through::direct : source->through);
     json.member("chosen", !isUsual(place));
     json.member("state", coverage.state);
@@ -100,7 +120,9 @@ std::string sourceReportJson(std::vector<PlaceSources> const& places, Texts cons
     json.memberOrNull("reason", coverage.reason.transform(sentenceOf));
     json.memberOrNull("insteadOf", coverage.insteadOf);
     json.memberOrNull("insteadReason", coverage.insteadReason.transform(sentenceOf));
-    json.member("cannotGive", lacksOf(place.serving(), texts));
+    json.memberOrNull("alsoAsked", coverage.alsoAsked);
+    json.memberOrNull("alsoReason", coverage.alsoReason.transform(sentenceOf));
+    json.member("cannotGive", words.lacks);
     auto const next = followers(place);
     json.member("thenAsked", std::vector<std::string_view>(next.begin(), next.end()));
     json.member("possible", place.possible);
@@ -110,12 +132,9 @@ std::string sourceReportJson(std::vector<PlaceSources> const& places, Texts cons
   return json.take() + "\n";
 }
 
-std::string sourceReport(std::vector<PlaceSources> const& places, Texts const& texts,
-                         Calendar const& calendar, Instant now) {
+std::string sourceReport(std::vector<PlaceSources> const& places, SourceReportContext const& context) {
   std::string out;
-  for (PlaceSources const& place : places) {
-    out += (out.empty() ? "" : "\n") + section(place, texts, calendar, now);
-  }
+  for (PlaceSources const& place : places) out += (out.empty() ? "" : "\n") + section(place, context);
   return out;
 }
 

@@ -19,9 +19,13 @@ struct PlaceSources {
   std::vector<std::string_view> route;     ///< in the order in which they are asked
   std::vector<std::string_view> possible;  ///< the usual one first
   SourceCoverage coverage;                 ///< as somebody found it last
+};
 
-  /// Who answered last, else who is asked first.
-  std::string_view serving() const;
+struct SourceReportContext {
+  Texts const& texts;
+  Calendar const& calendar;  ///< of the reader
+  Instant now;
+  int width;  ///< in columns
 };
 
 /// As its warnings are asked for.
@@ -30,7 +34,6 @@ GovAlertPlace askedPlace(SavedPlace const& saved);
 PlaceSources placeSources(SavedPlace const& saved, GovAlertService& service, Instant now);
 
 std::string sourceReportJson(std::vector<PlaceSources> const& places, Texts const& texts);
-std::string sourceReport(std::vector<PlaceSources> const& places, Texts const& texts,
-                         Calendar const& calendar, Instant now);
+std::string sourceReport(std::vector<PlaceSources> const& places, SourceReportContext const& context);
 
 }  // namespace nimbara

@@ -25,6 +25,7 @@ Rectangle {
         warnings: { sign: "warning", ink: Theme.danger },
         none: { sign: "check", ink: Theme.wind },
         unchecked: { sign: "question", ink: Theme.alertInk("warning") },
+        countryWide: { sign: "warning", ink: Theme.danger },
         unplaced: { sign: "place", ink: Theme.alertInk("advisory") },
         uncovered: { sign: "minus", ink: Theme.muted }
     })[checkState] ?? { sign: "others", ink: Theme.muted }

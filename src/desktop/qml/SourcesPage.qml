@@ -14,6 +14,7 @@ ScrollPage {
     }
 
     most: [760, 1560, 2360][lanes - 1] * Theme.scale
+    onEnabledChanged: if (enabled) App.sources.open()
     Component.onCompleted: App.sources.open()
     Keys.onEscapePressed: leave()
 

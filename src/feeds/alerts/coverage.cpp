@@ -54,6 +54,8 @@ SourceCoverage coverageOf(GovSourceState const& source, std::string_view country
     coverage.state = CoverageState::unchecked;
     coverage.since = source.failedSince;
     coverage.reason = source.failure;
+    coverage.alsoAsked = source.alsoAsked;
+    coverage.alsoReason = source.alsoReason;
   } else if (source.knowsNothing()) {
     coverage.state = CoverageState::uncovered;
   } else if (!source.alerts.empty()) {

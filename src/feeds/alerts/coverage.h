@@ -34,6 +34,10 @@ struct SourceCoverage {
   /// The source that should have answered, where it failed and `source` answered after it, and why.
   std::optional<std::string> insteadOf = std::nullopt;
   std::optional<ServiceFailure> insteadReason = std::nullopt;
+  /// Of `unchecked`: who was asked after `source` and gave no answer either, and why; without a reason it is
+  /// not known to have the country's warnings.
+  std::optional<std::string> alsoAsked = std::nullopt;
+  std::optional<ServiceFailure> alsoReason = std::nullopt;
   /// Kinds of warnings for the whole country, which is the area of none in `areas`.
   std::vector<std::string> countryWide = {};
 
@@ -53,6 +57,8 @@ inline constexpr auto jsonFields<SourceCoverage> =
               field("country", &SourceCoverage::country),
               field("insteadOf", &SourceCoverage::insteadOf),
               field("insteadReason", &SourceCoverage::insteadReason),
+              field("alsoAsked", &SourceCoverage::alsoAsked),
+              field("alsoReason", &SourceCoverage::alsoReason),
               field("countryWide", &SourceCoverage::countryWide)};
 
 /// A list for scripts: every key is there, null where nothing is known; reasons are English sentences.

@@ -126,6 +126,15 @@ GovSourceState failing(std::vector<GovSourceState> const& route) {
   return state;
 }
 
+/// Who follows the first and did not help either.
+void nameLast(GovSourceState& failed, std::vector<GovSourceState> const& route) {
+  GovSourceState const& last = route.back();
+  bool const wasAsked = last.failedSince || last.checkedAt;
+  if (!failed.failedSince || last.name == failed.name || !wasAsked) return;
+  failed.alsoAsked = last.name;
+  if (last.failedSince) failed.alsoReason = last.failure;
+}
+
 /// One that has nothing of the country says nothing of what another could not tell.
 GovSourceState servingState(std::vector<GovSourceState> const& route) {
   auto const informed = std::ranges::find_if(
@@ -134,7 +143,9 @@ GovSourceState servingState(std::vector<GovSourceState> const& route) {
   if (std::ranges::all_of(route, isGood)) return route.front();
   auto others = route;
   std::erase_if(others, isGood);
-  return failing(others);
+  GovSourceState failed = failing(others);
+  nameLast(failed, route);
+  return failed;
 }
 
 void fail(GovSourceState& state, GovSourceFailure failure, GovAlertSource const& source, Instant now) {

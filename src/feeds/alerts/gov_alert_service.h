@@ -102,6 +102,10 @@ struct GovSourceState {
   /// In a summary: the source that failed before this one answered, and why.
   std::optional<std::string> insteadOf;
   std::optional<ServiceFailure> insteadReason;
+  /// In a summary of a failure: who was asked after this one and gave no answer either, and why; without a
+  /// reason it is not known to have the warnings of the place's country.
+  std::optional<std::string> alsoAsked;
+  std::optional<ServiceFailure> alsoReason;
   EventRoots roots;  ///< as files of older versions have them; the memory takes them over
 
   /// Nothing is listed, and that says nothing: the source is not known to have the country's warnings.

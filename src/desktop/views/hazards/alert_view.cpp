@@ -124,9 +124,7 @@ AlertView unplacedView(WeatherAlert const& alert, WeatherState const& state, Off
   WeatherAlert shown = alert;
   if (shown.message == shown.areaDesc) shown.message.clear();
   shown.areaDesc = unplacedAreaText(alert, countryOf(check), context.texts);
-  AlertView view = viewOf(shown, state, context, wordsOf(state, context));
-  view.group = context.text("alerts.unplaced");
-  return view;
+  return viewOf(shown, state, context, wordsOf(state, context));
 }
 
 /// What is told of it beside area, period and what to do.
@@ -186,6 +184,7 @@ std::string headlineOf(SourceCoverage const& coverage, std::size_t count, ViewCo
 /// The sentence of a failed check without its reason, which has a sentence of its own.
 std::string uncheckedText(SourceCoverage coverage, Calendar const& calendar, ViewContext const& context) {
   coverage.reason.reset();
+  coverage.alsoAsked.reset();
   coverage.count = 0;  // they are listed
   return coverageText(coverage, context.texts, calendar, context.now);
 }
@@ -201,6 +200,7 @@ void fillUnchecked(OfficialView& view, SourceCoverage const& coverage, bool hasW
   }
   bool const hasReason = coverage.reason && coverage.reason->kind != ServiceFailure::Kind::notAskedLately;
   if (hasReason) view.notice += becauseText(*coverage.reason, context) + " ";
+  if (coverage.alsoAsked) view.notice += alsoAskedText(coverage, context.texts) + ". ";
   view.notice += context.text(hasWarnings ? "desktop.official.retry" : "desktop.official.retryEmpty");
 }
 
@@ -238,8 +238,11 @@ std::vector<AlertView> alertViews(WeatherState const& state, ViewContext const& 
 std::vector<AlertView> officialViews(WeatherState const& state, ViewContext const& context,
                                      OfficialCheck const& check) {
   std::vector<AlertView> views = viewsOf(state.govAlerts, state, context);
-  for (WeatherAlert const& alert : listed(check.unplaced, context))
+  std::string const group = views.empty() ? std::string() : context.text("alerts.unplaced");
+  for (WeatherAlert const& alert : listed(check.unplaced, context)) {
     views.push_back(unplacedView(alert, state, check, context));
+    views.back().group = group;
+  }
   return views;
 }
 

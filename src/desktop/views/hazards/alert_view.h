@@ -22,7 +22,7 @@ struct AlertView {
   std::string heading;  ///< the level's word and the title
   std::string message;  ///< the beginning of it, where it is long
   std::string area;     ///< where the place is in it, or how far from it, or whom it is for
-  std::string group;    ///< the heading that it stands under; empty for those of the place
+  std::string group;    ///< the heading that it stands under behind those of the place
   std::string when;     ///< from, until
   std::string near;     ///< which areas of it are only near, and what is said of those
   std::string issuer;

@@ -1,8 +1,8 @@
 #include "desktop/views/hazards/sources_view.h"
 
 #include "app/words/coverage_text.h"
+#include "app/words/source_words.h"
 #include "base/words/time_words.h"
-#include "feeds/alerts/official_sources.h"
 #include "feeds/alerts/warning_route.h"
 
 #include <algorithm>
@@ -33,25 +33,10 @@ struct Route {
   }
 };
 
-std::string lacksOf(std::string_view source, ViewContext const& context) {
+std::string linesOf(std::vector<std::string> const& texts) {
   std::string lines;
-  OfficialSource const* const row = officialSource(source);
-  if (row == nullptr) return lines;
-  for (std::string_view const key : row->lacks) {
-    if (!key.empty()) append(lines, context.texts.text(key), "\n");
-  }
+  for (std::string const& text : texts) append(lines, text, "\n");
   return lines;
-}
-
-/// Those behind the one that answered, or the sentence of what happens without any.
-std::string nextOf(Route const& route, std::string_view serving, ViewContext const& context) {
-  std::string names;
-  auto const found = std::ranges::find(route.asked, serving);
-  auto const first = found == route.asked.end() ? route.asked.begin() : found;
-  for (auto one = first; one != route.asked.end(); ++one) {
-    if (*one != serving) append(names, warningServiceName(*one), ", ");
-  }
-  return names.empty() ? context.text("desktop.sources.next.nobody") : names;
 }
 
 void fillChoice(SourceView& view, Route const& route, ViewContext const& context) {
@@ -71,26 +56,36 @@ std::string checkedText(std::optional<Instant> checkedAt, ViewContext const& con
   return moment + "  ·  " + ageText(*checkedAt, context.now, context.texts);
 }
 
-void fillCheck(SourceView& view, SourceCoverage const& coverage, ViewContext const& context) {
+/// What only time has made unknown is known again soon.
+bool isUnasked(SourceCoverage const& coverage) {
+  if (coverage.state != CoverageState::unchecked) return false;
+  return !coverage.reason || coverage.reason->kind == ServiceFailure::Kind::notAskedLately;
+}
+
+std::string stateOf(SourceCoverage const& coverage, bool isAsking) {
   bool const isFirst = coverage.state == CoverageState::unchecked && !coverage.since && !coverage.reason;
-  view.state = isFirst ? kAsking : enumName(coverage.state);
-  view.detail = coverageText(coverage, context.texts, context.fallback, context.now);
+  if (isAsking && isUnasked(coverage)) return "checking";
+  if (coverage.state == CoverageState::unplaced && coverage.areas.empty()) return "countryWide";
+  return isFirst ? std::string(kAsking) : std::string(enumName(coverage.state));
+}
+
+void fillCheck(SourceView& view, SourceCoverage const& coverage, ViewContext const& context) {
+  view.state = stateOf(coverage, view.state == "checking");
+  if (view.state != "checking")
+    view.detail = coverageText(coverage, context.texts, context.fallback, context.now);
   view.checked = checkedText(coverage.checkedAt, context);
 }
 
 SourceView viewOf(SourceView view, Route const& route, std::optional<SourceCoverage> const& coverage,
-                  ViewContext const& context) {
-  std::string_view serving = route.asked.empty() ? std::string_view() : route.asked.front();
-  view.state = kAsking;
+                  bool isAsking, ViewContext const& context) {
+  SourceWords const words = sourceWords(route.asked, coverage ? &*coverage : nullptr, context.texts);
+  view.state = isAsking ? "checking" : kAsking;
   view.checked = context.text("desktop.sources.never");
-  if (coverage) {
-    fillCheck(view, *coverage, context);
-    if (coverage->source) serving = *coverage->source;
-  }
+  if (coverage) fillCheck(view, *coverage, context);
   view.stateText = context.text("desktop.sources.state." + view.state);
-  view.service = serving.empty() ? std::string() : warningServiceName(serving);
-  view.lacks = lacksOf(serving, context);
-  view.next = nextOf(route, serving, context);
+  view.service = words.service;
+  view.lacks = linesOf(words.lacks);
+  view.next = words.next;
   fillChoice(view, route, context);
   view.sentence = view.place;
   for (std::string const* const part : {&view.stateText, &view.service, &view.detail})
@@ -117,8 +112,10 @@ std::vector<SourceView> sourceViews(EngineSnapshot const& snapshot, ViewContext 
     SourceView view;
     view.placeId = std::move(id);
     view.place = std::move(name);
+    bool const isShown = hazards.official.place && hazards.official.place->coordinate == coordinate;
+    bool const isAsking = hazards.isCheckingPlaces || (isShown && hazards.official.isAsking);
     views.push_back(viewOf(std::move(view), Route(coordinate, std::move(chosen)),
-                           coverageAt(coordinate, hazards, context.now), context));
+                           coverageAt(coordinate, hazards, context.now), isAsking, context));
   };
   if (snapshot.place && snapshot.places.selected == kCurrentLocation) {
     std::string const& name = snapshot.place->name;

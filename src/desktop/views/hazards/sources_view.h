@@ -14,13 +14,15 @@ namespace nimbara {
 struct SourceView {
   std::string placeId;  ///< empty for the current location
   std::string place;
-  std::string state;                ///< of the check: "warnings", "none", … or "asking" before there was one
+  /// Of the check: "warnings", "none", …; "asking" before there was one, "checking" during it, "countryWide"
+  /// where warnings of no stated place are all for the country.
+  std::string state;
   std::string stateText;            ///< in two or three words
   std::string service;              ///< who answered last, else who is asked first
   std::string detail;               ///< the whole sentence, with reasons and areas
   std::string checked;              ///< when the last good check was
   std::string lacks;                ///< what the source cannot give, a line each
-  std::string next;                 ///< who is asked when it fails
+  std::string next;                 ///< who is asked when it fails; empty where nobody is left
   std::vector<std::string> values;  ///< sources that may be asked first; empty without a choice
   std::vector<std::string> labels;  ///< of the values, for people
   std::string chosen;               ///< of the values

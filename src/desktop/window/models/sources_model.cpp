@@ -26,6 +26,7 @@ void SourcesModel::show(EngineSnapshot const& snapshot, ViewContext const& conte
 }
 
 void SourcesModel::open() {
+  engine_.lookAtSources();
   if (isOpen_) return;
   isOpen_ = true;
   Q_EMIT opened();

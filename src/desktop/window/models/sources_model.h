@@ -24,7 +24,7 @@ class SourcesModel : public QObject {
   RecordModel* words() { return words_; }
   RecordListModel* places() { return places_; }
 
-  /// The page is shown: from now on the list is kept.
+  /// The page is shown: what is due is asked for, and from now on the list is kept.
   Q_INVOKABLE void open();
   /// Which source is asked first for a saved place.
   Q_INVOKABLE void choose(QString const& place, QString const& source);
