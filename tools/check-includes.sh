@@ -58,7 +58,7 @@ declare -A rooms=(
   [notifications/sky]="rules"
   [demo/feeds]="world"
   [demo/forecasts]="world"
-  [cli/commands]="options pages"
+  [cli/commands]="options pages shell"
   [desktop/core]="views"
   [desktop/window]="core scene views"
 )

@@ -44,6 +44,7 @@ int runCli(std::vector<std::string> arguments, Session const& session) {
     session.console.out(end.text);
     return exitCode::kComplete;
   }
+  if (!line->needsHome) return line->run(*line, session);
   if (session.environment.dataDirectory.empty()) return session.fail(exitCode::kUnavailable, kNoHome);
   SqliteSettingsStore store(session.environment.dataDirectory, settingsRegistry(), SettingsUse::brief);
   auto const [settings, problem] = store.settings();

@@ -66,6 +66,8 @@ int runDemo(CommandLine const& line, Session const& session);
 int runPlaces(CommandLine const& line, Session const& session);
 int runRules(CommandLine const& line, Session const& session);
 int runSatellites(CommandLine const& line, Session const& session);
+int runComplete(CommandLine const& line, Session const& session);
+int runManual(CommandLine const& line, Session const& session);
 int runSettings(CommandLine const& line, Session const& session);
 
 /// The clock that the command line asks for.

@@ -97,10 +97,9 @@ void defineCommon(Command command, CommandLine& line, RawOptions& raw) {
   command.flag("-v,--verbose", line.common.verbose, "Log what happens to standard error");
 }
 
-Result<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> arguments,
-                                               Environment const& environment) {
-  CommandLine line;
-  RawOptions raw;
+namespace {
+
+CommandParser makeParser(CommandLine& line, RawOptions& raw) {
   CommandParser parser("Nimbara: the weather for your places, from public services", "nimbara",
                        "nimbara " + std::string(kVersion) + "\n", "Print the version");
   parser.footer(
@@ -118,6 +117,23 @@ Result<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> argument
   defineNotifications(app, line, raw);
   defineService(app, line, raw);
   defineRegions(app, line, raw);
+  defineShell(app, line);
+  return parser;
+}
+
+}  // namespace
+
+CommandOutline commandOutline() {
+  CommandLine line;
+  RawOptions raw;
+  return makeParser(line, raw).outline();
+}
+
+Result<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> arguments,
+                                               Environment const& environment) {
+  CommandLine line;
+  RawOptions raw;
+  CommandParser parser = makeParser(line, raw);
   if (auto const parsed = parser.parse(std::move(arguments)); !parsed) {
     return std::unexpected(earlyEnd(parsed.error()));
   }

@@ -1,6 +1,7 @@
 // The command line as values: what was asked for, or what was wrong with it.
 #pragma once
 
+#include "app/options/outline.h"
 #include "app/settings/environment.h"
 #include "base/result.h"
 #include "base/time/hour_clock.h"
@@ -120,12 +121,19 @@ struct WatchOptions {
   bool uninstall = false;
 };
 
+/// For packages and shells.
+struct ShellOptions {
+  std::vector<std::string> words;  ///< of a command line, up to the cursor
+  std::string directory;           ///< of the manual pages
+};
+
 struct Session;
 
 struct CommandLine {
   /// What runs the command; gives the exit code.
   int (*run)(CommandLine const&, Session const&) = nullptr;
   bool needsStore = false;  ///< the command fails with the store, and says so itself
+  bool needsHome = true;    ///< the command reads what is the user's
   CommonOptions common;
   ForecastOptions forecast;
   AlertsOptions alerts;
@@ -141,6 +149,7 @@ struct CommandLine {
   RegionsOptions regions;
   SatellitesOptions satellites;
   RulesOptions rules;
+  ShellOptions shell;
 };
 
 /// A command line that ends before any command runs: help and version (exit code 0, to standard output) or a
@@ -152,5 +161,8 @@ struct EarlyEnd {
 
 Result<CommandLine, EarlyEnd> parseCommandLine(std::vector<std::string> arguments,
                                                Environment const& environment);
+
+/// All commands and options that people give.
+CommandOutline commandOutline();
 
 }  // namespace nimbara

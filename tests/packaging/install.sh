@@ -26,6 +26,26 @@ for file in lib/nimbara/nimbara-dbus.so lib/nimbara/nimbara-http.so share/nimbar
   [ -s "$prefix/$file" ] || fail "not installed: $file"
 done
 
+# The manual formats without a complaint, and a shell completes commands, values and places.
+for page in nimbara nimbara-forecast nimbara-satellites nimbara-desktop; do
+  [ -s "$prefix/share/man/man1/$page.1" ] || fail "not installed: $page.1"
+done
+if command -v groff >/dev/null; then
+  complaints=$(groff -man -ww -z -Tutf8 "$prefix"/share/man/man1/*.1 2>&1)
+  [ -z "$complaints" ] || fail "the manual: $complaints"
+fi
+completed() { # WORD...: what bash offers for the last word
+  COMP_WORDS=("$prefix/bin/nimbara" "$@") COMP_CWORD=$# COMPREPLY=()
+  _nimbara
+  echo "${COMPREPLY[*]}"
+}
+source "$prefix/share/bash-completion/completions/nimbara"
+"$prefix/bin/nimbara" places add 40.1,-3.2 --name "My hut" >/dev/null
+[ "$(completed forec)" = forecast ] || fail "no completion of a command: $(completed forec)"
+[ "$(completed settings set language d)" = de ] || fail "no completion of a value"
+[ "$(completed forecast My)" = 'My\ hut' ] || fail "no completion of a saved place: $(completed forecast My)"
+[[ $(completed forecast Reykjav) = Reykjav* ]] || fail "no completion of a city"
+
 # The module of HTTP, the demo beside the program, and the pages.
 env -u http_proxy "$prefix/bin/nimbara" demo -- "$prefix/bin/nimbara" forecast Oslo --no-cache >"$folder/page" ||
   fail "no forecast from the installed program"

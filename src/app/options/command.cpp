@@ -6,10 +6,19 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <ranges>
 
 namespace nimbara {
 
 namespace {
+
+/// The name of the check of an option that takes a few words tells them to the outline.
+template <class Words>
+std::string joined(Words const& words) {
+  std::string list;
+  for (std::string_view const word : words) list.append(list.empty() ? "" : ",").append(word);
+  return list;
+}
 
 std::string problemOfPlace(std::string const& text) {
   return trimmed(text).empty() ? "'' is neither a coordinate like 52.52,13.41 nor a place's name" : "";
@@ -60,6 +69,7 @@ Option Option::range(double least, double most) const {
 Option Option::among(std::span<std::string_view const> values, ValuesInHelp help) const {
   CLI::Validator isAmong = CLI::IsMember(std::vector<std::string>(values.begin(), values.end()));
   if (help == ValuesInHelp::explained) isAmong.description("");
+  isAmong.name(joined(values));
   option_->check(std::move(isAmong));
   return *this;
 }
@@ -133,12 +143,13 @@ Option Command::choice(std::string const& name, std::vector<std::pair<std::strin
     take(std::ranges::find_if(words, isWord(text))->second);
   };
   CLI::Option* const option = app_->add_option_function<std::string>(name, takeWord, explanation);
-  option->check([words, isWord](std::string const& text) {
+  auto const problem = [words, isWord](std::string const& text) {
     if (std::ranges::any_of(words, isWord(text))) return std::string();
     std::string list;
     for (auto const& [word, value] : words) list += (list.empty() ? "" : ", ") + word;
     return "'" + oneLine(text) + "' is not one of " + list;
-  });
+  };
+  option->check(problem, "", joined(words | std::views::keys));
   return Option(option);
 }
 
@@ -148,6 +159,10 @@ void Command::requireCommands(std::size_t least, std::size_t most) const {
 
 void Command::requireOptions(std::size_t least, std::size_t most) const {
   app_->require_option(least, most);
+}
+
+void Command::hide() const {
+  app_->group("");
 }
 
 void Command::whenGiven(std::function<void()> action) const {
@@ -218,6 +233,7 @@ CommandParser::CommandParser(std::string const& explanation, std::string const& 
 }
 
 CommandParser::~CommandParser() = default;
+CommandParser::CommandParser(CommandParser&&) noexcept = default;
 
 void CommandParser::footer(std::string const& lines) {
   app_->footer(lines);
@@ -239,6 +255,59 @@ Result<void, ParseEnd> CommandParser::parse(std::vector<std::string> arguments) 
     std::string const meant = mayBeMistyped ? suggestion(*app_) : "";
     return std::unexpected(ParseEnd{Reason::mistake, meant.empty() ? error.what() : meant});
   }
+}
+
+namespace {
+
+OptionOutline outlineOf(CLI::Option& option) {
+  OptionOutline outline;
+  outline.isPositional = option.get_positional();
+  outline.name = outline.isPositional ? option.get_name(true) : "--" + option.get_lnames().front();
+  if (!option.get_snames().empty()) outline.shortName = "-" + option.get_snames().front();
+  if (option.get_items_expected_max() > 0) {
+    outline.value = outline.isPositional ? outline.name : option.get_type_name();
+    outline.value.resize(std::min(outline.value.size(), outline.value.find_first_of(": ")));
+  }
+  outline.explanation = option.get_description();
+  for (int i = 0; outline.words.empty(); ++i) {
+    try {
+      std::string const& list = option.get_validator(i)->get_name();
+      for (std::string_view const word : list.empty() ? std::vector<std::string_view>() : split(list, ',')) {
+        outline.words.emplace_back(word);
+      }
+    } catch (CLI::OptionNotFound const&) {
+      break;
+    }
+  }
+  return outline;
+}
+
+void addOptions(CommandOutline& outline, CLI::App& app) {
+  for (CLI::Option* const option : app.get_options()) {
+    if (option->get_positional() || !option->get_lnames().empty())
+      outline.options.push_back(outlineOf(*option));
+  }
+  for (CLI::App* const group : app.get_subcommands(nullptr)) {
+    if (group->get_name().empty()) addOptions(outline, *group);
+  }
+}
+
+CommandOutline outlineOf(CLI::App& app) {
+  CommandOutline outline{
+      .name = app.get_name(), .explanation = app.get_description(), .options = {}, .commands = {}};
+  addOptions(outline, app);
+  for (CLI::App* const command : app.get_subcommands(nullptr)) {
+    if (!command->get_name().empty() && !command->get_group().empty()) {
+      outline.commands.push_back(outlineOf(*command));
+    }
+  }
+  return outline;
+}
+
+}  // namespace
+
+CommandOutline CommandParser::outline() const {
+  return outlineOf(*app_);
 }
 
 bool CommandParser::hasCommand() const {

@@ -2,6 +2,7 @@
 // library that parses it takes ten seconds to compile and is known to command.cpp alone.
 #pragma once
 
+#include "app/options/outline.h"
 #include "base/result.h"
 
 #include <functional>
@@ -92,6 +93,8 @@ class Command {
   void requireOptions(std::size_t least, std::size_t most) const;
   /// Runs after parsing when the command was given.
   void whenGiven(std::function<void()> action) const;
+  /// Not for people: neither the help nor the outline tells of it.
+  void hide() const;
 
  private:
   Option choice(std::string const& name, std::vector<std::pair<std::string, int>> const& words,
@@ -114,6 +117,7 @@ class CommandParser {
   CommandParser(std::string const& explanation, std::string const& program, std::string const& version,
                 std::string const& versionExplanation);
   ~CommandParser();
+  CommandParser(CommandParser&&) noexcept;
 
   /// What takes the options before any command.
   Command root() const { return Command(app_.get()); }
@@ -121,6 +125,7 @@ class CommandParser {
   void footer(std::string const& lines);
   /// `arguments` without the program's name.
   Result<void, ParseEnd> parse(std::vector<std::string> arguments);
+  CommandOutline outline() const;
   /// Whether `parse` met a command.
   bool hasCommand() const;
 
