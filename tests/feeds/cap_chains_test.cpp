@@ -129,6 +129,48 @@ TEST(CapChains, WhatIsIssuedAnewWithoutReferencesIsTheSameEvent) {
               SizeIs(2));
 }
 
+/// A second message of the same kind and area, an hour later, in a period of its own.
+struct Moved {
+  std::string name;
+  std::string type = "Update";
+  std::string from = "10:00", until = "20:00";
+  bool lacksReferences = true;
+  bool isFirstListed = false;
+  bool isSame = false;
+};
+
+CapMessage saidFor(std::string identifier, std::string const& sent, Moved const& row) {
+  CapInfo info = windBlock();
+  info.onset = test::at("2026-11-22T" + row.from + ":00Z");
+  info.expires = test::at("2026-11-22T" + row.until + ":00Z");
+  CapMessage message = test::listed(capAlert(std::move(identifier), sent, row.type, {}, {info}));
+  message.lacksReferences = row.lacksReferences;
+  return message;
+}
+
+TEST(CapChains, AnUpdateThatCannotNameItsPredecessorGoesOnWhereItsPeriodDoes) {
+  Moved const first{"first", "Alert", "12:00", "18:00"};
+  for (Moved const& row : {Moved{.name = "begins sooner", .isSame = true},
+                           Moved{.name = "lies within", .from = "13:00", .until = "14:00", .isSame = true},
+                           Moved{.name = "follows at once", .from = "18:30", .isSame = true},
+                           Moved{.name = "follows later", .from = "18:31"},
+                           Moved{.name = "ends before", .from = "10:00", .until = "11:29"},
+                           Moved{.name = "is new by its own word", .type = "Alert"},
+                           Moved{.name = "could have named it", .lacksReferences = false},
+                           Moved{.name = "stands beside it", .isFirstListed = true}}) {
+    Looks looks;
+    auto const before = looks.at("08:00", {saidFor("1", "07:00", first)}).alerts;
+    std::vector<CapMessage> later{saidFor("2", "08:30", row)};
+    if (row.isFirstListed) later.push_back(saidFor("1", "07:00", first));
+    auto const after = looks.at("09:00", later).alerts;
+    ASSERT_THAT(before, SizeIs(1)) << row.name;
+    ASSERT_THAT(after, SizeIs(row.isFirstListed ? 2 : 1)) << row.name;
+    EXPECT_EQ(after[0].id == before[0].id, row.isSame) << row.name;
+    EXPECT_EQ(looks.at("09:10", later).alerts[0].id, after[0].id) << row.name << ", asked again";
+    if (row.isSame) EXPECT_EQ(after[0].updates, 1) << row.name;
+  }
+}
+
 CapAlert inLanguage(std::string identifier, std::string language, std::string event) {
   CapInfo info = windBlock();
   info.language = std::move(language);

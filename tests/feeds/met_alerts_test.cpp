@@ -155,6 +155,7 @@ TEST(MetAlertsList, ReadsTheRecordedOne) {
       EXPECT_TRUE(info.onset && info.expires && *info.onset < *info.expires) << message.alert->identifier;
       EXPECT_FALSE(info.areas.at(0).polygons.empty()) << message.alert->identifier;
       EXPECT_THAT(message.link, testing::EndsWith("?cap=" + message.alert->identifier));
+      EXPECT_TRUE(message.lacksReferences);
     }
     ++lists;
   }

@@ -1,13 +1,12 @@
 #include "feeds/alerts/cap_chains.h"
 
-#include "base/text/text.h"
 #include "feeds/alerts/cap_blocks.h"
+#include "feeds/alerts/cap_groups.h"
 #include "feeds/alerts/cap_keys.h"
 #include "feeds/alerts/cap_likeness.h"
 #include "feeds/cap/cap_language.h"
 
 #include <algorithm>
-#include <array>
 #include <map>
 #include <ranges>
 #include <set>
@@ -17,31 +16,12 @@ namespace nimbara {
 
 namespace {
 
-constexpr std::array kMuteTypes = std::to_array<std::string_view>({"ack", "error"});
 /// More messages of one text are no translations of one another.
 constexpr std::size_t kMostTranslations = 40;
 /// An event is split into a few parts.
 constexpr std::size_t kMostParts = 16;
 /// What is remembered of a chain beside its beginning.
 constexpr std::size_t kMostLinks = 200;
-
-/// Groups of numbers that grow together.
-class Groups {
- public:
-  std::size_t add() {
-    parents_.push_back(parents_.size());
-    return parents_.size() - 1;
-  }
-  std::size_t size() const { return parents_.size(); }
-  std::size_t of(std::size_t one) {
-    while (parents_[one] != one) one = parents_[one] = parents_[parents_[one]];
-    return one;
-  }
-  void join(std::size_t a, std::size_t b) { parents_[of(b)] = of(a); }
-
- private:
-  std::vector<std::size_t> parents_;
-};
 
 /// A key that a message has or refers to, or a root that is known from before.
 struct Node {
@@ -81,6 +61,7 @@ class Chains {
     joinKnown();
     joinTranslations();
     joinLikes();
+    joinMoved();
   }
 
   std::vector<CapChain> list() {
@@ -231,7 +212,7 @@ class Chains {
       auto& sent = byLikeness[likeness.text][groups_.of(member.node)];
       sent = std::max(sent, member.alert().sent);
       if (!likeness.hasHour) continue;
-      auto const known = known_.roots.find(shortened(likeness));
+      auto const known = known_.roots.find(shortened(likeness.text));
       if (known != known_.roots.end()) groups_.join(nodeOfRoot(known->second.root), member.node);
     }
     for (auto const& [text, groups] : byLikeness) {
@@ -241,6 +222,36 @@ class Chains {
       if (times.size() != groups.size()) continue;
       for (auto const& [group, sent] : groups) groups_.join(groups.begin()->first, group);
     }
+  }
+
+  /// Updates of what is no longer listed, where the source does not say of what: of the same kind and areas,
+  /// in a period that goes on from the known one.
+  void joinMoved() {
+    for (Member const& member : members_) {
+      bool const mayFollow = member.message->lacksReferences && member.reach != Reach::elsewhere &&
+                             isUpdate(member.alert()) && !isOfKnown(member.node);
+      if (!mayFollow) continue;
+      for (KnownEvent const* const event :
+           periodsBeside(known_, shortened(likenessOf(member.alert()).timeless), periodOf(member.alert()))) {
+        std::size_t const root = nodeOfRoot(event->root);
+        if (isListed(root)) continue;
+        groups_.join(root, member.node);
+        break;
+      }
+    }
+  }
+
+  bool isOfKnown(std::size_t node) {
+    for (std::size_t other = 0; other < nodes_.size(); ++other) {
+      if (nodes_[other].known != nullptr && groups_.of(other) == groups_.of(node)) return true;
+    }
+    return false;
+  }
+
+  /// Something in the list is of that event.
+  bool isListed(std::size_t node) {
+    return std::ranges::any_of(
+        members_, [&](Member const& member) { return groups_.of(member.node) == groups_.of(node); });
   }
 
   bool isKnown(Member const& member) const {
@@ -340,7 +351,11 @@ class Chains {
     for (Node const* const node : newest | std::views::take(kMostLinks))
       chain.links.push_back({node->text(), node->sent});
     Likeness const likeness = likenessOf(part->alert());
-    if (likeness.hasHour) chain.likeness = shortened(likeness);
+    if (likeness.hasHour) chain.likeness = shortened(likeness.text);
+    if (part->message->lacksReferences && !part->alert().infos.empty()) {
+      chain.timeless = shortened(likeness.timeless);
+      chain.period = periodOf(part->alert());
+    }
     return chain;
   }
 
@@ -356,9 +371,7 @@ class Chains {
   }
 
   /// A country's outlines are long.
-  static std::string shortened(Likeness const& likeness) {
-    return "like|" + govAlertId(likeness.text).text();
-  }
+  static std::string shortened(std::string const& likeness) { return "like|" + govAlertId(likeness).text(); }
 
   KnownEvents const& known_;
   std::vector<Member> members_;
@@ -370,22 +383,6 @@ class Chains {
 };
 
 }  // namespace
-
-bool isCancellation(CapAlert const& message) {
-  return asciiLowered(trimmed(message.msgType)) == "cancel";
-}
-
-bool speaks(CapAlert const& message) {
-  std::string const status = asciiLowered(trimmed(message.status));
-  bool const isActual = status.empty() || status == "actual";
-  bool const isMute = std::ranges::count(kMuteTypes, asciiLowered(trimmed(message.msgType))) > 0;
-  return isActual && !isMute && (!message.infos.empty() || isCancellation(message));
-}
-
-bool endsEvent(CapAlert const& message) {
-  return isCancellation(message) ||
-         (!message.infos.empty() && std::ranges::all_of(message.infos, tellsTheEnd));
-}
 
 std::vector<CapChain> chainsOf(std::span<PlacedMessage const> messages, KnownEvents const& known) {
   return Chains(messages, known).list();

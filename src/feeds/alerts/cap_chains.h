@@ -1,7 +1,9 @@
 // Which messages of a list are one event, and which of them holds. Pure.
 #pragma once
 
+#include "feeds/alerts/cap_says.h"
 #include "feeds/alerts/cap_where.h"
+#include "feeds/alerts/event_memory.h"
 
 #include <optional>
 #include <span>
@@ -23,6 +25,9 @@ struct CapChain {
   std::vector<CapMessage const*> holding;
   std::vector<CapMessage const*> before;  ///< further ones that speak, newest first
   std::vector<ChainLink> links;
+  /// What tells an update where the source passes on no references, with `period`; else empty.
+  std::string timeless;
+  EventPeriod period;
   std::string likeness;  ///< what tells the event where no reference does; empty where it says no hour
 };
 
@@ -31,12 +36,6 @@ struct PlacedMessage {
   CapMessage const* message = nullptr;
   Reach reach = Reach::elsewhere;
 };
-
-/// Whether a message has a say: it is neither a test nor an acknowledgement nor a refusal.
-bool speaks(CapAlert const& message);
-bool isCancellation(CapAlert const& message);
-/// A cancellation, or one that tells nothing but the end.
-bool endsEvent(CapAlert const& message);
 
 /// The chains that may concern the place, in the order in which what holds is listed. Where an issuer splits
 /// an event by area, each of the parts is one with the same root.

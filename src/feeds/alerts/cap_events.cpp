@@ -142,6 +142,7 @@ class Answer {
     for (ChainLink const& link : chain.links) noteRoot(known_, link.key, chain.root, view_.now, link.sent);
     noteRoot(known_, chain.root, chain.root, view_.now);
     if (!chain.likeness.empty()) noteRoot(known_, chain.likeness, chain.root, view_.now);
+    if (!chain.timeless.empty()) notePeriodOf(known_, chain.timeless, chain.period, chain.root, view_.now);
   }
 
   /// Messages of the chain after the first, told apart by when they were sent: translations are sent at once.

@@ -126,9 +126,17 @@ Likeness likenessOf(CapAlert const& message) {
   // Names last: they are written in one way today and in another tomorrow.
   std::string const areas = joined(!codes.empty() ? codes : !shapes.empty() ? shapes : namesOf(message));
   std::string const issuer = message.sender.substr(message.sender.find('@') + 1);
-  Likeness likeness{issuer + "|" + eventWords(info) + areas, info.onset.has_value()};
+  std::string const timeless = issuer + "|" + eventWords(info) + areas;
+  Likeness likeness{timeless, timeless, info.onset.has_value()};
   if (info.onset) likeness.text += "|" + formatIso8601(std::chrono::floor<std::chrono::hours>(*info.onset));
   return likeness;
+}
+
+EventPeriod periodOf(CapAlert const& message) {
+  CapInfo const& info = message.infos.front();
+  auto const from = info.onset ? info.onset : info.effective ? info.effective : message.sent;
+  Instant const begin = from.value_or(info.expires.value_or(Instant()));
+  return {info.expires ? std::min(begin, *info.expires) : begin, info.expires};
 }
 
 }  // namespace nimbara

@@ -1,6 +1,7 @@
 // Whether two messages are one and the same but for their language or for having been issued anew. Pure.
 #pragma once
 
+#include "feeds/alerts/event_memory.h"
 #include "feeds/cap/cap_alert.h"
 
 #include <string>
@@ -26,8 +27,12 @@ bool haveCommonArea(CapAlert const& a, CapAlert const& b);
 /// Issuer, kind of event, areas and the hour of the beginning; `hasHour` is false where none is stated.
 struct Likeness {
   std::string text;
+  std::string timeless;  ///< without the hour
   bool hasHour = false;
 };
 Likeness likenessOf(CapAlert const& message);
+
+/// Of its first block.
+EventPeriod periodOf(CapAlert const& message);
 
 }  // namespace nimbara

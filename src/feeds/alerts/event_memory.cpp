@@ -118,6 +118,30 @@ void notePeriod(KnownEvents& known, std::string const& key, EventPeriod const& p
   see(event->seenAt, now);
 }
 
+std::vector<KnownEvent const*> periodsBeside(KnownEvents const& known, std::string_view key,
+                                             EventPeriod const& period) {
+  std::vector<KnownEvent const*> beside;
+  auto const found = known.periods.find(key);
+  if (found == known.periods.end()) return beside;
+  for (KnownEvent const& event : found->second) {
+    if (isSameEvent(event, period)) beside.push_back(&event);
+  }
+  return beside;
+}
+
+void notePeriodOf(KnownEvents& known, std::string const& key, EventPeriod const& period,
+                  std::string_view root, Instant now) {
+  auto& periods = known.periods[key];
+  auto const own = std::ranges::find(periods, root, &KnownEvent::root);
+  if (own == periods.end()) {
+    periods.push_back({std::string(root), period.from, period.until, now});
+    return;
+  }
+  own->from = period.from;
+  own->until = period.until;
+  see(own->seenAt, now);
+}
+
 void noteRoot(KnownEvents& known, std::string const& message, std::string_view root, Instant now,
               std::optional<Instant> sent) {
   EventRoot& entry = known.roots.try_emplace(message, EventRoot{std::string(root), now}).first->second;

@@ -93,6 +93,12 @@ KnownEvent* findPeriod(KnownEvents& known, std::string_view key, EventPeriod con
 /// Remembers that the event has that period now. One that adjoins it is the same and takes over its end.
 void notePeriod(KnownEvents& known, std::string const& key, EventPeriod const& period, std::string_view root,
                 Instant now);
+/// All that may be of one event with `period`; as long as `known` is not changed.
+std::vector<KnownEvent const*> periodsBeside(KnownEvents const& known, std::string_view key,
+                                             EventPeriod const& period);
+/// The same of the event of that root alone, whatever else adjoins.
+void notePeriodOf(KnownEvents& known, std::string const& key, EventPeriod const& period,
+                  std::string_view root, Instant now);
 void noteRoot(KnownEvents& known, std::string const& message, std::string_view root, Instant now,
               std::optional<Instant> sent = {});
 

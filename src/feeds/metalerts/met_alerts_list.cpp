@@ -112,6 +112,7 @@ CapMessage messageOf(WireFeature& wire, std::string const& language) {
   message.alert = std::make_shared<CapAlert const>(std::move(alert));
   message.link = linkOf(wire.properties);
   message.country = kCountry;
+  message.lacksReferences = true;
   return message;
 }
 
