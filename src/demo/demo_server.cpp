@@ -6,6 +6,7 @@
 #include "demo/feeds/feed_server_stand_in.h"
 #include "demo/feeds/firms_stand_in.h"
 #include "demo/feeds/fpas_stand_in.h"
+#include "demo/feeds/jtwc_stand_in.h"
 #include "demo/feeds/lightning_stand_in.h"
 #include "demo/feeds/met_alerts_stand_in.h"
 #include "demo/feeds/meteo_alarm_stand_in.h"
@@ -71,6 +72,9 @@ constexpr std::array kRoutes = std::to_array<Route>({
     {Service::firms, "/api/area/csv/[^/]+/[^/]+/[^/]+/[^/]+", fireTable},
     {Service::travelAdvisories, "/api/TravelAdvisories", travelAdvisories},
     {Service::lightning, "/lightning/strikes", lightningStrikes},
+    {Service::jtwc, R"(/jtwc/rss/jtwc\.rss)", jtwcList},
+    {Service::jtwc, R"(/jtwc/products/[a-z]{2}[0-9]{4}\.tcw)", jtwcWarning},
+    {Service::gdacs, "/gdacsapi/api/events/geteventlist/MAP", gdacsEvents},
     {Service::wmoWarnings, "/f/wfs", wmoPointQuery},
     {Service::wmoWarnings, "/g/wfs", wmoWarningList},
     {Service::wmoWarnings, R"(/json/wmo_member\.json)", wmoMembers},

@@ -29,7 +29,8 @@ constexpr Rule skyRule(std::string_view stem, std::string_view setting, Evaluate
 
 template <TropicalBasin basin>
 constexpr Rule cycloneRule(std::string_view stem, std::string_view setting) {
-  return {stem, setting, instance, {storms}, "hurricane_alert.caf", &tropicalCyclonesOf<basin>};
+  constexpr RuleInput kReports = basin == TropicalBasin::westernPacific ? typhoons : storms;
+  return {stem, setting, instance, {kReports}, "hurricane_alert.caf", &tropicalCyclonesOf<basin>};
 }
 
 constexpr Rule kCatalogue[] = {

@@ -86,6 +86,7 @@ TEST_F(FeedCommands, RefuseCoordinatesThatAreNone) {
         {"coverage"},
         {"nowcast"},
         {"air"},
+        {"storms"},
         {"fires"},
         {"lightning"},
         {"advisories"},

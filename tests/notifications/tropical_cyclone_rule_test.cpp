@@ -25,10 +25,10 @@ TropicalStorm cyclone(StormCategory category = one, double windKmh = 130) {
   made.id = "al092026";
   made.name = "Testa";
   made.category = category;
-  made.windKmh = windKmh;
+  made.windMs = windKmh / kKmhInMs;
   made.coordinate = northOf(kMiami, 300);
   made.movementDirection = 315;
-  made.movementKmh = 20;
+  made.movementMs = 20 / kKmhInMs;
   made.lastUpdate = at("2026-09-21T09:00:00Z");
   return made;
 }
@@ -81,7 +81,8 @@ TEST(TropicalCyclones, TellWhatChanged) {
     EXPECT_EQ(identifiers(found), row.identifiers) << row.what;
     EXPECT_THAT(faultsOf(found), IsEmpty()) << row.what;
     for (Finding const& finding : found.findings) {
-      EXPECT_EQ(finding.storm, (ToldStorm{"al092026", {row.now.category, row.now.windKmh}})) << row.what;
+      EXPECT_EQ(finding.storm, (ToldStorm{"al092026", {row.now.category, row.now.windMs * kKmhInMs}}))
+          << row.what;
     }
   }
 }
@@ -113,7 +114,7 @@ TEST(TropicalCyclones, SayWhereAndHowStrong) {
 TEST(TropicalCyclones, NameNoCoastThatIsFarAway) {
   TropicalStorm atSea = cyclone();
   atSea.coordinate = {25, -45};
-  atSea.movementKmh = {};
+  atSea.movementMs = {};
   EXPECT_THAT(bodyOf(atlantic(inputsWith(atSea))),
               testing::MatchesRegex("Testa has formed in the Atlantic. Winds up to 130 km/h. About [0-9]+ km "
                                     "from Miami Beach."));
@@ -248,7 +249,7 @@ TEST_F(StormMemory, TellsChangesOfReportsWithoutATime) {
   TropicalStorm timeless = cyclone(one, 145);
   timeless.lastUpdate.reset();
   std::ignore = pass(timeless);
-  timeless.windKmh = 130;
+  timeless.windMs = 130 / kKmhInMs;
   EXPECT_THAT(pass(timeless), ElementsAre("hurricane_al092026_speed_2026-09-21T09:00:00Z"));
 }
 

@@ -11,6 +11,7 @@
 #include "feeds/space/geomagnetic_service.h"
 #include "feeds/storms/lightning_source.h"
 #include "feeds/storms/tropical_storm_service.h"
+#include "feeds/storms/typhoon_service.h"
 #include "feeds/travel/travel_advisory_service.h"
 #include "gazetteer/gazetteer.h"
 #include "model/weather_cache.h"
@@ -37,6 +38,7 @@ void adoptWorld(RuleInputs& inputs, RuleInputs const& world) {
   inputs.earthquakes = world.earthquakes;
   inputs.kp = world.kp;
   inputs.storms = world.storms;
+  inputs.typhoons = world.typhoons;
   inputs.advisories = world.advisories;
 }
 
@@ -141,6 +143,7 @@ void NotificationInputs::readAll(std::vector<RuleInputs>& readings, std::vector<
   ofWorld(RuleInput::earthquakes, &NotificationInputs::readEarthquakes);
   ofWorld(RuleInput::kp, &NotificationInputs::readKp);
   ofWorld(RuleInput::storms, &NotificationInputs::readStorms);
+  ofWorld(RuleInput::typhoons, &NotificationInputs::readTyphoons);
   ofWorld(RuleInput::advisories, &NotificationInputs::readAdvisories);
   ofPlaces([&](RuleInputs& inputs, Place const& place, RuleInputSet needed) {
     readForecast(inputs, place, needed, stop);
@@ -238,6 +241,10 @@ void NotificationInputs::readKp(RuleInputs& world, std::stop_token const& stop) 
 
 void NotificationInputs::readStorms(RuleInputs& world, std::stop_token const& stop) {
   world.storms = InputReading<std::vector<TropicalStorm>>::of(feeds_()->tropicalStorms().fetchStorms(stop));
+}
+
+void NotificationInputs::readTyphoons(RuleInputs& world, std::stop_token const& stop) {
+  world.typhoons = InputReading<std::vector<TropicalStorm>>::of(feeds_()->typhoons().fetchStorms(stop));
 }
 
 void NotificationInputs::readAdvisories(RuleInputs& world, std::stop_token const& stop) {

@@ -85,6 +85,7 @@ class NotificationInputs {
   void readEarthquakes(RuleInputs& world, std::stop_token const& stop);
   void readKp(RuleInputs& world, std::stop_token const& stop);
   void readStorms(RuleInputs& world, std::stop_token const& stop);
+  void readTyphoons(RuleInputs& world, std::stop_token const& stop);
   void readAdvisories(RuleInputs& world, std::stop_token const& stop);
 
   InUse<FeedServices> feeds_;

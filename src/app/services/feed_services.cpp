@@ -14,6 +14,7 @@
 #include "feeds/space/kp_forecast_service.h"
 #include "feeds/storms/lightning_source.h"
 #include "feeds/storms/tropical_storm_service.h"
+#include "feeds/storms/typhoon_service.h"
 #include "feeds/travel/travel_advisory_service.h"
 
 namespace nimbara {
@@ -89,6 +90,8 @@ struct FeedServices::Parts {
         airQuality(http, clock, airQualityOptions(services.address(Service::airQuality))),
         tropicalStorms(http, clock,
                        {services.address(Service::nhc).baseUrl, services.address(Service::nhcMaps).baseUrl}),
+        typhoons(http, clock, services.address(Service::jtwc).baseUrl),
+        gdacsStorms(http, clock, services.address(Service::gdacs).baseUrl),
         wildfires(http, clock, wildfireOptions(services)),
         travelAdvisories(http, clock,
                          {services.address(Service::travelAdvisories).baseUrl,
@@ -105,6 +108,8 @@ struct FeedServices::Parts {
   KpForecastService kpForecast;
   AirQualityService airQuality;
   TropicalStormService tropicalStorms;
+  TyphoonService typhoons;
+  GdacsStormService gdacsStorms;
   WildfireService wildfires;
   TravelAdvisoryService travelAdvisories;
   HttpLightningSource lightning;
@@ -143,6 +148,14 @@ AirQualityService& FeedServices::airQuality() {
 
 TropicalStormService& FeedServices::tropicalStorms() {
   return parts_->tropicalStorms;
+}
+
+TyphoonService& FeedServices::typhoons() {
+  return parts_->typhoons;
+}
+
+GdacsStormService& FeedServices::gdacsStorms() {
+  return parts_->gdacsStorms;
 }
 
 WildfireService& FeedServices::wildfires() {

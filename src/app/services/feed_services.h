@@ -15,6 +15,7 @@ namespace nimbara {
 class AirQualityService;
 class Clock;
 class EarthquakeService;
+class GdacsStormService;
 class GeomagneticService;
 class GovAlertService;
 class HttpClient;
@@ -27,6 +28,7 @@ class ServiceDirectory;
 class Texts;
 class TravelAdvisoryService;
 class TropicalStormService;
+class TyphoonService;
 class WildfireService;
 
 class FeedServices {
@@ -53,6 +55,8 @@ class FeedServices {
   GovAlertService& govAlerts();
   AirQualityService& airQuality();
   TropicalStormService& tropicalStorms();
+  TyphoonService& typhoons();
+  GdacsStormService& gdacsStorms();
   WildfireService& wildfires();
   TravelAdvisoryService& travelAdvisories();
   LightningSource& lightning();

@@ -82,6 +82,9 @@ void defineRadius(Command command, CommandLine& line, char const* explanation) {
 void defineHazards(Command app, CommandLine& line, RawOptions& raw) {
   definePlaceCommand(app, line, raw, "air", "Air quality, pollen and UV, now and for the next 48 hours",
                      runAir);
+  definePlaceCommand(app, line, raw, "storms",
+                     "Tropical storms of the world, the nearest first, with their forecast tracks",
+                     runStorms);
   Command const fires = definePlaceCommand(
       app, line, raw, "fires", "Wildfires seen by satellites in the last 24 hours; needs your key", runFires);
   defineRadius(fires, line, "Distance from the place (default: 100)");

@@ -52,8 +52,7 @@ inline constexpr auto jsonFields<LayerList> = FieldList{field("layers", &LayerLi
 
 namespace {
 
-constexpr double kKmhInAKnot = 1.852;
-constexpr double kKmhInAMileAnHour = 1.609344;
+constexpr double kMsInAMileAnHour = 0.44704;
 constexpr double kFastestWind = 300;      // knots
 constexpr double kFastestMovement = 150;  // miles an hour
 
@@ -63,10 +62,9 @@ struct Prefix {
 };
 
 constexpr Prefix kPrefixes[] = {
-    {"al", TropicalBasin::atlantic},
-    {"ep", TropicalBasin::easternPacific},
-    {"cp", TropicalBasin::centralPacific},
-    {"wp", TropicalBasin::westernPacific},
+    {"al", TropicalBasin::atlantic},       {"ep", TropicalBasin::easternPacific},
+    {"cp", TropicalBasin::centralPacific}, {"wp", TropicalBasin::westernPacific},
+    {"io", TropicalBasin::northIndian},    {"sh", TropicalBasin::southern},
 };
 
 /// The least wind of each category above the first, in knots.
@@ -95,9 +93,9 @@ std::optional<Coordinate> positionOf(StormEntry const& entry) {
   return Coordinate{*latitude, *longitude};
 }
 
-std::optional<double> movementKmhOf(std::optional<double> milesAnHour) {
+std::optional<double> movementMsOf(std::optional<double> milesAnHour) {
   auto const plausible = between(milesAnHour, 0, kFastestMovement);
-  return plausible ? std::optional(*plausible * kKmhInAMileAnHour) : std::nullopt;
+  return plausible ? std::optional(*plausible * kMsInAMileAnHour) : std::nullopt;
 }
 
 std::optional<TropicalStorm> stormOf(StormEntry& entry) {
@@ -109,7 +107,7 @@ std::optional<TropicalStorm> stormOf(StormEntry& entry) {
   if (!basin || !position || !knots) return std::nullopt;
   storm.basin = *basin;
   storm.coordinate = *position;
-  storm.windKmh = *knots * kKmhInAKnot;
+  storm.windMs = *knots * kMsInAKnot;
   storm.category = stormCategory(*knots);
   storm.bin = oneLine(entry.binNumber.value.value_or(""));
   storm.name = oneLine(entry.name.value.value_or(""));
@@ -118,7 +116,7 @@ std::optional<TropicalStorm> stormOf(StormEntry& entry) {
   storm.movementDirection = between(entry.movementDir.value, 0, 360);
   // Miles an hour, unlike the wind: the list does not name the unit, the public advisories have the same
   // number.
-  storm.movementKmh = movementKmhOf(entry.movementSpeed.value);
+  storm.movementMs = movementMsOf(entry.movementSpeed.value);
   storm.lastUpdate = parseIso8601(entry.lastUpdate.value.value_or(""));
   return storm;
 }

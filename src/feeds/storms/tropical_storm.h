@@ -1,5 +1,6 @@
 // Tropical cyclones with their forecast tracks, and the parsers of what the National Hurricane Center
-// publishes: its list of storms and the layers of its map service. Pure; any bytes may be given.
+// publishes: its list of storms and the layers of its map service. All speeds are in m/s. Pure; any bytes may
+// be given.
 #pragma once
 
 #include "base/enum_names.h"
@@ -15,12 +16,20 @@
 
 namespace nimbara {
 
-enum class TropicalBasin { atlantic, easternPacific, centralPacific, westernPacific };
+enum class TropicalBasin { atlantic, easternPacific, centralPacific, westernPacific, northIndian, southern };
 
 template <>
-inline constexpr auto enumNames<TropicalBasin> =
-    std::to_array<std::string_view>({"atlantic", "easternPacific", "centralPacific", "westernPacific"});
-static_assert(enumNamesComplete(TropicalBasin::westernPacific));
+inline constexpr auto enumNames<TropicalBasin> = std::to_array<std::string_view>(
+    {"atlantic", "easternPacific", "centralPacific", "westernPacific", "northIndian", "southern"});
+static_assert(enumNamesComplete(TropicalBasin::southern));
+
+/// Who reports on a storm: the National Hurricane Center, the Joint Typhoon Warning Center, and the Global
+/// Disaster Alert and Coordination System, which repeats what centres report.
+enum class StormCentre { nhc, jtwc, gdacs };
+
+template <>
+inline constexpr auto enumNames<StormCentre> = std::to_array<std::string_view>({"nhc", "jtwc", "gdacs"});
+static_assert(enumNamesComplete(StormCentre::gdacs));
 
 /// Ascending: the Saffir-Simpson scale and the two steps below it.
 enum class StormCategory { depression, storm, one, two, three, four, five };
@@ -33,7 +42,8 @@ static_assert(enumNamesComplete(StormCategory::five));
 struct TropicalTrackPoint {
   Instant time;
   Coordinate coordinate;
-  std::optional<double> windKmh;
+  std::optional<double> windMs;
+  std::optional<double> galeRadiusKm = {};  ///< the largest of the four quarters
 
   bool operator==(TropicalTrackPoint const&) const = default;
 };
@@ -44,20 +54,30 @@ struct TropicalStorm {
   std::string bin;  ///< "AT4": the place that it takes on the maps for now
   std::string name;
   std::string classification;  ///< "TD", "TS", "HU", "STD", "STS", "PTC", "PC", "TY"; others may come
-  double windKmh = 0;          ///< the highest sustained wind
+  double windMs = 0;           ///< the highest sustained wind
   StormCategory category = StormCategory::depression;
   std::optional<double> pressure;  ///< hPa in its centre
   Coordinate coordinate;
   std::optional<double> movementDirection;  ///< degrees that it moves towards
-  std::optional<double> movementKmh;
+  std::optional<double> movementMs;
   std::optional<Instant> lastUpdate;
   std::vector<TropicalTrackPoint> track;  ///< in the order of time; empty where none was available
+  std::vector<TropicalTrackPoint> past;   ///< where it came from, in the order of time
+  StormCentre centre = StormCentre::nhc;
+  std::vector<StormCentre> alsoBy;  ///< others that report on it
+  /// Over how many minutes the wind is a mean: one for the centres of the United States, ten for most others.
+  int averagingMinutes = 1;
+  bool isPeakWind = false;  ///< the wind is the highest of its whole life, the one of now is not known
+  std::optional<double> galeRadiusKm;
 
   bool operator==(TropicalStorm const&) const = default;
 };
 
 /// By the highest sustained wind of one minute.
 StormCategory stormCategory(double knots);
+
+inline constexpr double kMsInAKnot = 1852.0 / 3600;
+inline constexpr double kKmhInMs = 3.6;
 
 /// "al092026" is of the Atlantic; nothing for seas that no basin of ours is.
 std::optional<TropicalBasin> basinOfStorm(std::string_view id);

@@ -49,7 +49,6 @@ using std::chrono::days;
 using std::chrono::hours;
 using std::chrono::minutes;
 
-constexpr double kKmhInAKnot = 1.852;
 constexpr double kFastestWind = 300;  // knots
 constexpr double kFarthestHours = 240;
 constexpr hours kForecastStep{6};
@@ -95,9 +94,9 @@ std::optional<TropicalTrackPoint> pointOf(PointFeature const& feature, Instant l
   Coordinate const coordinate{*position[1].value, *position[0].value};
   auto const time = timeOf(*feature.properties.value, lastUpdate);
   if (!time || !isValid(coordinate)) return std::nullopt;
-  TropicalTrackPoint point{*time, coordinate, {}};
+  TropicalTrackPoint point{*time, coordinate, {}, {}};
   auto const knots = feature.properties.value->knots.value;
-  if (knots && *knots >= 0 && *knots <= kFastestWind) point.windKmh = *knots * kKmhInAKnot;
+  if (knots && *knots >= 0 && *knots <= kFastestWind) point.windMs = *knots * kMsInAKnot;
   return point;
 }
 

@@ -27,7 +27,8 @@ constexpr std::array<std::string_view, enumNames<RuleInput>.size()> kFeeds{"the 
                                                                            "the list of tropical cyclones",
                                                                            "the list of wildfires",
                                                                            "the travel advisories",
-                                                                           "the list of lightning strikes"};
+                                                                           "the list of lightning strikes",
+                                                                           "the list of typhoons"};
 
 }  // namespace
 
@@ -59,6 +60,7 @@ std::optional<InputFailure> RuleInputs::failureOf(RuleInputSet inputs) const {
   look(RuleInput::fires, fires);
   look(RuleInput::advisories, advisories);
   look(RuleInput::lightning, lightning);
+  look(RuleInput::typhoons, typhoons);
   return found;
 }
 

@@ -41,13 +41,14 @@ enum class RuleInput {
   storms,
   fires,
   advisories,
-  lightning
+  lightning,
+  typhoons
 };
 template <>
-inline constexpr auto enumNames<RuleInput> =
-    std::to_array<std::string_view>({"hourly", "generatedAlerts", "govAlerts", "nwsAlerts", "earthquakes",
-                                     "kp", "airQuality", "storms", "fires", "advisories", "lightning"});
-static_assert(enumNamesComplete(RuleInput::lightning));
+inline constexpr auto enumNames<RuleInput> = std::to_array<std::string_view>(
+    {"hourly", "generatedAlerts", "govAlerts", "nwsAlerts", "earthquakes", "kp", "airQuality", "storms",
+     "fires", "advisories", "lightning", "typhoons"});
+static_assert(enumNamesComplete(RuleInput::typhoons));
 using RuleInputSet = EnumSet<RuleInput>;
 
 /// A feed's answer as rules see it. A failed feed silences its own rules only.
@@ -160,7 +161,8 @@ struct RuleInputs {
   InputReading<std::vector<EarthquakeEvent>> earthquakes;
   InputReading<double> kp;
   InputReading<AirQualityForecast> airQuality;
-  InputReading<std::vector<TropicalStorm>> storms;
+  InputReading<std::vector<TropicalStorm>> storms;    ///< of the Atlantic and the Pacific east of 180°
+  InputReading<std::vector<TropicalStorm>> typhoons;  ///< of the western Pacific: another centre's
   std::map<std::string, KnownStorm, std::less<>> knownStorms;  ///< of earlier passes, by identifier
   InputReading<std::vector<FireDetection>> fires;              ///< within the radius of the settings
   KnownFires knownFires;                                       ///< of earlier passes

@@ -24,6 +24,10 @@ std::string categoryText(RuleInputs const& inputs, StormCategory category) {
   return inputs.text("push.hurricane.category." + std::string(enumName(category)));
 }
 
+double windKmh(TropicalStorm const& storm) {
+  return storm.windMs * kKmhInMs;
+}
+
 /// "northwest" for 315°.
 std::string compassText(RuleInputs const& inputs, double degrees) {
   constexpr std::array kPoints{"north", "northeast", "east", "southeast",
@@ -46,7 +50,7 @@ Finding aboutStorm(TropicalStorm const& storm, std::string const& event, AlertSe
 Finding newsOfStorm(TropicalStorm const& storm, std::string const& event, AlertSeverity severity) {
   Finding finding = aboutStorm(storm, event, severity);
   finding.began = storm.lastUpdate;
-  finding.storm = ToldStorm{storm.id, {storm.category, storm.windKmh}};
+  finding.storm = ToldStorm{storm.id, {storm.category, windKmh(storm)}};
   return finding;
 }
 
@@ -80,17 +84,17 @@ void appendPosition(std::string& body, TropicalStorm const& storm, RuleInputs co
 }
 
 std::string movementText(TropicalStorm const& storm, RuleInputs const& inputs) {
-  bool const isMoving = storm.movementDirection && storm.movementKmh.value_or(0) > 0;
+  bool const isMoving = storm.movementDirection && storm.movementMs.value_or(0) > 0;
   if (!isMoving) return {};
   return inputs.texts->format("push.hurricane.moving", compassText(inputs, *storm.movementDirection),
-                              windText(inputs, *storm.movementKmh));
+                              windText(inputs, *storm.movementMs * kKmhInMs));
 }
 
 Finding newStorm(TropicalStorm const& storm, RuleInputs const& inputs) {
   Finding finding = newsOfStorm(storm, "new", AlertSeverity::advisory);
   finding.title = inputs.texts->format("push.hurricane.newTitle", storm.name);
   finding.body = inputs.texts->format("push.hurricane.formed", storm.name, basinText(inputs, storm.basin));
-  append(finding.body, inputs.texts->format("push.hurricane.winds", windText(inputs, storm.windKmh)));
+  append(finding.body, inputs.texts->format("push.hurricane.winds", windText(inputs, windKmh(storm))));
   append(finding.body, movementText(storm, inputs));
   appendPosition(finding.body, storm, inputs);
   return finding;
@@ -104,19 +108,19 @@ Finding categoryChange(TropicalStorm const& storm, KnownStorm const& known, Rule
   finding.title = inputs.texts->format("push.hurricane.catChangeTitle", storm.name, category);
   finding.body = inputs.texts->format(intensifies ? "push.hurricane.intensified" : "push.hurricane.weakened",
                                       storm.name, categoryText(inputs, known.category), category);
-  append(finding.body, inputs.texts->format("push.hurricane.windsNow", windText(inputs, storm.windKmh)));
+  append(finding.body, inputs.texts->format("push.hurricane.windsNow", windText(inputs, windKmh(storm))));
   appendPosition(finding.body, storm, inputs);
   return finding;
 }
 
 Finding windChange(TropicalStorm const& storm, KnownStorm const& known, RuleInputs const& inputs) {
   Finding finding = changeOf(storm, "speed", AlertSeverity::advisory, inputs);
-  bool const strengthens = storm.windKmh > known.windKmh;
+  bool const strengthens = windKmh(storm) > known.windKmh;
   finding.title = inputs.texts->format("push.hurricane.speedTitle", storm.name);
   finding.body = inputs.texts->format(
       strengthens ? "push.hurricane.strengthening" : "push.hurricane.weakening", storm.name);
   append(finding.body, inputs.texts->format("push.hurricane.speedChanged", windText(inputs, known.windKmh),
-                                            windText(inputs, storm.windKmh)));
+                                            windText(inputs, windKmh(storm))));
   appendPosition(finding.body, storm, inputs);
   return finding;
 }
@@ -126,7 +130,7 @@ std::optional<Finding> newsOf(TropicalStorm const& storm, RuleInputs const& inpu
   auto const known = inputs.knownStorms.find(storm.id);
   if (known == inputs.knownStorms.end()) return newStorm(storm, inputs);
   if (storm.category != known->second.category) return categoryChange(storm, known->second, inputs);
-  bool const hasChanged = std::abs(storm.windKmh - known->second.windKmh) > kSameWindKmh;
+  bool const hasChanged = std::abs(windKmh(storm) - known->second.windKmh) > kSameWindKmh;
   return hasChanged ? std::optional(windChange(storm, known->second, inputs)) : std::nullopt;
 }
 
@@ -152,7 +156,7 @@ Finding approaching(TropicalStorm const& storm, Approach const& approach, RuleIn
   finding.title = inputs.texts->format("push.hurricane.approachTitle", storm.name);
   finding.body = inputs.texts->format("push.hurricane.approach", distanceText(inputs, approach.km),
                                       inputs.place.name, words.hourLabel(approach.point->time, inputs.now));
-  append(finding.body, inputs.texts->format("push.hurricane.windsNow", windText(inputs, storm.windKmh)));
+  append(finding.body, inputs.texts->format("push.hurricane.windsNow", windText(inputs, windKmh(storm))));
   append(finding.body, movementText(storm, inputs));
   return finding;
 }
@@ -160,10 +164,11 @@ Finding approaching(TropicalStorm const& storm, Approach const& approach, RuleIn
 }  // namespace
 
 Evaluation tropicalCyclones(TropicalBasin basin, RuleInputs const& inputs) {
-  if (!inputs.storms) return Evaluation::unknown(Lack::notChecked);
+  auto const& storms = basin == TropicalBasin::westernPacific ? inputs.typhoons : inputs.storms;
+  if (!storms) return Evaluation::unknown(Lack::notChecked);
   Evaluation evaluation;
   int count = 0;
-  for (TropicalStorm const& storm : *inputs.storms) {
+  for (TropicalStorm const& storm : *storms) {
     if (storm.basin != basin) continue;
     ++count;
     if (auto news = newsOf(storm, inputs)) evaluation.findings.push_back(std::move(*news));
