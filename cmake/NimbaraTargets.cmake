@@ -52,6 +52,30 @@ function(nimbara_library name)
   else()
     target_precompile_headers(${name} REUSE_FROM nimbara_base)
   endif()
+  nimbara_batches(${name} ${sources})
+endfunction()
+
+# With NIMBARA_BATCHES the target's sources are compiled in groups of up to eight whose declarations do not collide.
+# That halves a build from nothing, and makes the next one after a change longer.
+function(nimbara_batches name)
+  if(NOT NIMBARA_BATCHES)
+    return()
+  endif()
+  find_package(Python3 REQUIRED COMPONENTS Interpreter)
+  execute_process(COMMAND ${Python3_EXECUTABLE} ${PROJECT_SOURCE_DIR}/tools/batches.py 8 ${ARGN}
+                  OUTPUT_VARIABLE groups OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+  string(REPLACE ";" "," groups "${groups}")
+  string(REPLACE "\n" ";" groups "${groups}")
+  set(number 0)
+  foreach(group IN LISTS groups)
+    string(REPLACE "," ";" sources "${group}")
+    list(LENGTH sources count)
+    if(count GREATER 1)
+      set_source_files_properties(${sources} PROPERTIES UNITY_GROUP batch_${number})
+      math(EXPR number "${number} + 1")
+    endif()
+  endforeach()
+  set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
 endfunction()
 
 # A part of the program that is loaded on demand, and lies beside it as it does when installed.
@@ -89,6 +113,7 @@ function(nimbara_test name)
   else()
     target_precompile_headers(${name} REUSE_FROM nimbara_test_support)
   endif()
+  nimbara_batches(${name} ${arg_SOURCES})
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
 endfunction()
 

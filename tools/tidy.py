@@ -8,6 +8,7 @@ of them once per run and set of flags, and the sources are checked with that.
 """
 import json
 import os
+import re
 import shlex
 import subprocess
 import sys
@@ -30,6 +31,14 @@ def arguments(command):
     return kept
 
 
+def sources_of(file):
+    """The source, or those that it puts together where several are compiled as one."""
+    if not file.endswith(".cxx"):
+        return [file]
+    with open(file, encoding="utf-8") as batch:
+        return re.findall(r'^#include "(.*\.cpp)"', batch.read(), re.M)
+
+
 def main():
     build, options = os.path.abspath(sys.argv[1]), sys.argv[2:]
     wanted = {os.path.abspath(line.strip()) for line in sys.stdin if line.strip()}
@@ -37,7 +46,8 @@ def main():
     os.makedirs(folder, exist_ok=True)
     headers, entries = {}, []
     for entry in json.load(open(os.path.join(build, "compile_commands.json"))):
-        if entry["file"] not in wanted:
+        sources = sources_of(entry["file"])
+        if not sources or not wanted.issuperset(sources):
             continue
         flags = arguments(entry["command"])
         # The header that all folders share serves 360 sources; the window's own, position-independent, twenty.
