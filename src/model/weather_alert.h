@@ -6,6 +6,7 @@
 #include "base/time/instant.h"
 #include "base/uuid.h"
 #include "model/warning_kind.h"
+#include "model/warning_message.h"
 
 #include <optional>
 #include <string>
@@ -82,6 +83,8 @@ struct WeatherAlert {
   /// blanks, and circles as "latitude,longitude radius" with kilometres. Absent where nothing is drawn.
   std::optional<std::vector<std::string>> polygons;
   std::optional<std::vector<std::string>> circles;
+  /// Those messages of an official warning that hold.
+  std::optional<std::vector<WarningMessage>> messages;
   std::optional<int> updates;  ///< of an official warning: messages that changed it since the first
 
   bool operator==(WeatherAlert const&) const = default;
@@ -116,6 +119,7 @@ inline constexpr auto jsonFields<WeatherAlert> = FieldList{
     field("_nimbaraOnWater", &WeatherAlert::onWater),
     field("_nimbaraPolygons", &WeatherAlert::polygons),
     field("_nimbaraCircles", &WeatherAlert::circles),
+    field("_nimbaraMessages", &WeatherAlert::messages),
     field("_nimbaraUpdates", &WeatherAlert::updates),
 };
 

@@ -192,7 +192,8 @@ inline constexpr auto kServices = std::to_array<ServiceRow>({
      .host = "https://alerts.kde.org",
      .asksFor = "`/alert/area`, `/alert/UUID` and `/sources/`",
      .terms = "free, a trial run by volunteers; the messages remain the issuers'",
-     .period = "10 min a place and program, where wmo failed or it is chosen; a message once",
+     .period = "10 min a place and program, where wmo failed or lacks the country, or "
+               "where it is chosen; a message once",
      .credit = "the issuing service, through the FOSS Public Alert Server",
      .without = "the warnings could not be checked",
      .source = {"FOSS Public Alert Server", "warnings", "", "https://alerts.kde.org/"}},

@@ -54,6 +54,31 @@ TEST_P(Geometries, AreGeoJsonWithTheLongitudeFirst) {
   EXPECT_EQ(written(warning, WarningGeometry::asGeoJson), expected);
 }
 
+TEST(WarningJson, NamesTheMessagesAndWhoPassesThemOn) {
+  WeatherAlert warning = drawn({}, {});
+  EXPECT_THAT(written(warning, WarningGeometry::left), Not(HasSubstr("_nimbaraThrough")));
+  warning.isGovAlert = true;
+  warning.messages = {WarningMessage{"2",
+                                     "office@weather.example",
+                                     kNow,
+                                     "Actual",
+                                     "Update",
+                                     {{"office@weather.example", "1", std::nullopt}},
+                                     {{"EMMA_ID", "RS010"}}}};
+  for (auto const& [source, through] : {std::pair("NWS Hills", "direct"),
+                                        {"MeteoAlarm", "direct"},
+                                        {"WMO Severe Weather Information Centre", "wmo"},
+                                        {"FOSS Public Alert Server", "fpas"}}) {
+    warning.source = source;
+    EXPECT_THAT(written(warning, WarningGeometry::left),
+                HasSubstr(R"("_nimbaraMessages":[{"identifier":"2","sender":"office@weather.example",)"
+                          R"("sent":"2026-11-21T14:40:00Z","status":"Actual","msgType":"Update",)"
+                          R"("references":[{"sender":"office@weather.example","identifier":"1"}],)"
+                          R"("codes":[{"registry":"EMMA_ID","code":"RS010"}]}],"_nimbaraThrough":")" +
+                          std::string(through) + "\"}"));
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Rows, Geometries,
     testing::Values(

@@ -1,6 +1,9 @@
 #include "cli/pages/warning_json.h"
 
+#include "feeds/alerts/official_sources.h"
 #include "feeds/cap/warning_shape.h"
+
+#include <algorithm>
 
 namespace nimbara {
 
@@ -80,6 +83,14 @@ void writeGeometry(JsonWriter& json, WeatherAlert const& warning) {
   json.endObject();
 }
 
+/// Who passes an official warning on; its source is the issuer itself where none of the known ones is.
+void writeThrough(JsonWriter& json, WeatherAlert const& warning) {
+  auto const sources = officialSources();
+  auto const row = std::ranges::find_if(
+      sources, [&](OfficialSource const& one) { return one.service == warning.source.value_or(""); });
+  json.member("_nimbaraThrough", enumName(row == sources.end() ? Through::direct : row->through));
+}
+
 void writeWarning(JsonWriter& json, WeatherAlert const& warning, WarningGeometry geometry) {
   WeatherAlert plain = warning;
   plain.polygons.reset();
@@ -87,6 +98,7 @@ void writeWarning(JsonWriter& json, WeatherAlert const& warning, WarningGeometry
   json.beginObject();
   jsonFields<WeatherAlert>.apply(
       [&](auto const&... fields) { (json.member(fields.key, plain.*(fields.member)), ...); });
+  if (warning.isGovAlert) writeThrough(json, warning);
   if (geometry == WarningGeometry::asGeoJson) {
     json.key("geometry");
     writeGeometry(json, warning);

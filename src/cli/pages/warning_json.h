@@ -10,9 +10,10 @@ namespace nimbara {
 
 enum class WarningGeometry { left, asGeoJson };
 
-/// A list of the records. The shapes as the store keeps them are left out; with `asGeoJson` each warning has
-/// a "geometry": a MultiPolygon, with circles a GeometryCollection in which they are points with "radiusKm",
-/// longitude first; null where nothing is drawn.
+/// A list of the records, official ones with who passes them on: "direct", "wmo" or "fpas". The shapes as the
+/// store keeps them are left out; with `asGeoJson` each warning has a "geometry": a MultiPolygon, with
+/// circles a GeometryCollection in which they are points with "radiusKm", longitude first; null where nothing
+/// is drawn.
 void writeWarnings(JsonWriter& json, std::vector<WeatherAlert> const& warnings,
                    WarningGeometry geometry = WarningGeometry::left);
 

@@ -2,6 +2,7 @@
 
 #include "base/text/number.h"
 #include "base/text/text.h"
+#include "feeds/alerts/alert_messages.h"
 #include "feeds/alerts/cap_blocks.h"
 #include "feeds/alerts/coverage.h"
 #include "feeds/cap/cap_language.h"
@@ -242,6 +243,7 @@ WeatherAlert alertOf(std::vector<CapBlock const*> const& blocks, Reach reach, Ca
   setPeriod(alert, blocks);
   if (std::string names = areaNames(blocks); !names.empty()) alert.areaDesc = std::move(names);
   draw(alert, blocks);
+  for (CapBlock const* const block : blocks) addMessage(alert, warningMessage(*block->message->alert));
   if (reach != Reach::near) return alert;
   CapBlock const& nearest =
       **std::ranges::min_element(blocks, {}, [](auto* block) { return block->where.km; });

@@ -1,6 +1,7 @@
 #include "feeds/alerts/gov_alerts.h"
 
 #include "base/text/text.h"
+#include "feeds/alerts/alert_messages.h"
 #include "feeds/alerts/us_waters.h"
 
 #include <algorithm>
@@ -224,6 +225,14 @@ std::optional<std::string> unlessEmpty(std::string const& text) {
   return trimmed(text).empty() ? std::nullopt : std::optional(text);
 }
 
+WarningMessage warningMessage(NWSAlert const& message) {
+  WarningMessage made{message.id, message.sender, message.sent, message.status, message.messageType, {}, {}};
+  for (NWSReference const& reference : message.references)
+    made.references.push_back({reference.sender, reference.identifier, reference.sent});
+  for (std::string const& zone : message.zones) addCode(made, "UGC", zone);
+  return made;
+}
+
 WeatherAlert eventOf(NWSAlert const& message, std::string_view key) {
   WeatherAlert alert;
   alert.id = govAlertId(key);
@@ -245,6 +254,7 @@ WeatherAlert eventOf(NWSAlert const& message, std::string_view key) {
   alert.onset = message.onset;
   alert.expires = endOf(message);
   alert.link = std::string(kLinkBase) + percentEncoded(message.id);
+  addMessage(alert, warningMessage(message));
   return alert;
 }
 

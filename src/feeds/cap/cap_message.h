@@ -12,13 +12,13 @@
 namespace nimbara {
 
 struct CapMessage {
-  CapDocument alert;             ///< never null
-  std::string link;              ///< to the message as it was issued; empty where nobody offers it
-  std::string country;           ///< of the issuer, ISO 3166-1; empty when not known
-  bool lacksReferences = false;  ///< the source does not pass on which messages this one follows
-  bool isHit = false;            ///< the source itself says that the place lies within
+  CapDocument alert;    ///< never null
+  std::string link;     ///< to the message as it was issued; empty where nobody offers it
+  std::string country;  ///< of the issuer, ISO 3166-1; empty when not known
+  bool isHit = false;   ///< the source itself says that the place lies within
   /// By which the source placed a message that draws nothing itself.
   std::vector<WarningPolygon> outline;
+  bool lacksReferences = false;  ///< the source does not pass on which messages this one follows
 };
 
 struct CapListing {

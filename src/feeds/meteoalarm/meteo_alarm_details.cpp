@@ -79,6 +79,8 @@ WarningDetails detailsIn(CapInfo const& info, CapAlert const& document) {
   details.colour = colourOfLevel(valueOf(info.parameters, "awareness_level").value_or(""));
   details.type = awarenessTypeOf(valueOf(info.parameters, "awareness_type").value_or(""));
   details.sent = document.sent;
+  details.sender = document.sender;
+  details.references = document.references;
   return details;
 }
 

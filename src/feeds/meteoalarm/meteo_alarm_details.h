@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace nimbara {
 
@@ -20,6 +21,8 @@ struct WarningDetails {
   std::string colour;    ///< of the awareness level: "yellow"
   std::optional<MeteoAlarmType> type;
   std::optional<Instant> sent;
+  std::string sender = {};  ///< of the document, as its references
+  std::vector<CapReference> references = {};
 
   bool operator==(WarningDetails const&) const = default;
 };

@@ -1,6 +1,7 @@
 #include "feeds/meteoalarm/meteo_alarm_merge.h"
 
 #include "base/text/text.h"
+#include "feeds/alerts/alert_messages.h"
 #include "feeds/alerts/event_memory.h"
 #include "feeds/alerts/gov_alerts.h"
 #include "feeds/awareness/meteo_alarm_classes.h"
@@ -87,6 +88,20 @@ void widen(WeatherAlert& alert, ToldEntry const& told) {
   if (sent) alert.issued = std::max(alert.issued.value_or(*sent), *sent);
   if (entry.onset) alert.onset = std::min(alert.onset.value_or(*entry.onset), *entry.onset);
   if (entry.expires) alert.expires = std::max(alert.expires.value_or(*entry.expires), *entry.expires);
+}
+
+WarningMessage warningMessage(ToldEntry const& told) {
+  RawEntry const& entry = told.entry();
+  WarningMessage made{entry.identifier, {}, entry.sent, entry.status, entry.messageType, {}, {}};
+  if (told.details) {
+    made.sender = told.details->sender;
+    if (told.details->sent) made.sent = told.details->sent;
+    for (CapReference const& reference : told.details->references)
+      made.references.push_back({reference.sender, reference.identifier, reference.sent});
+  }
+  for (RegionCode const& code : entry.otherCodes) addCode(made, code.registry, code.code);
+  for (std::string const& code : entry.nuts3Codes) addCode(made, kNuts3Registry, code);
+  return made;
 }
 
 /// In tenths, as good as the outlines are.
@@ -199,7 +214,10 @@ WeatherAlert alertOf(Group const& group, MergeContext const& context) {
   alert.kind = warningKindOf(group.type);
   alert.source = "MeteoAlarm";
   alert.isGovAlert = true;
-  for (ToldEntry const* const told : group.deciding) widen(alert, *told);
+  for (ToldEntry const* const told : group.deciding) {
+    widen(alert, *told);
+    addMessage(alert, warningMessage(*told));
+  }
   alert.colour = colourOf(group);
   if (std::string const& link = gravestOf(group).link; !link.empty()) alert.link = link;
   alert.event = eventKey(group, context);

@@ -21,6 +21,7 @@ struct WireDate {
 struct WireReference {
   std::string identifier;
   Lenient<Instant> sent;
+  Lenient<std::string> sender;
 };
 
 using WireTexts = Lenient<std::vector<Lenient<std::string>>>;
@@ -50,6 +51,7 @@ struct WireProperties {
   Lenient<Instant> sent;
   Lenient<std::string> status;
   Lenient<std::string> messageType;
+  Lenient<std::string> sender;
   Lenient<std::vector<Lenient<WireReference>>> references;
   Lenient<WireGeocode> geocode;
   Lenient<WireParameters> parameters;
@@ -77,7 +79,8 @@ std::vector<NWSReference> referencesOf(WireProperties& wire) {
   if (!wire.references.value) return references;
   for (Lenient<WireReference>& reference : *wire.references.value) {
     if (reference.value)
-      references.push_back({std::move(reference.value->identifier), reference.value->sent.value});
+      references.push_back({std::move(reference.value->identifier), reference.value->sent.value,
+                            std::move(reference.value->sender.value).value_or("")});
   }
   return references;
 }
@@ -122,6 +125,7 @@ NWSAlert alertOf(WireProperties& wire) {
   alert.sent = wire.sent.value;
   alert.status = std::move(wire.status.value).value_or("");
   alert.messageType = std::move(wire.messageType.value).value_or("");
+  alert.sender = std::move(wire.sender.value).value_or("");
   alert.references = referencesOf(wire);
   alert.vtec = eventNumberOf(wire);
   if (wire.geocode.value) alert.zones = textsOf(wire.geocode.value->zones);
@@ -143,7 +147,8 @@ static bool read(dom::element element, WireDate& out, Failure& failure) {
 
 template <>
 inline constexpr auto jsonFields<WireReference> =
-    FieldList{field("identifier", &WireReference::identifier), fieldOr("sent", &WireReference::sent)};
+    FieldList{field("identifier", &WireReference::identifier), fieldOr("sender", &WireReference::sender),
+              fieldOr("sent", &WireReference::sent)};
 
 template <>
 inline constexpr auto jsonFields<WireGeocode> = FieldList{fieldOr("UGC", &WireGeocode::zones)};
@@ -168,6 +173,7 @@ inline constexpr auto jsonFields<WireProperties> = FieldList{
     field("certainty", &WireProperties::certainty),
     field("urgency", &WireProperties::urgency),
     field("event", &WireProperties::event),
+    fieldOr("sender", &WireProperties::sender),
     field("senderName", &WireProperties::senderName),
     field("headline", &WireProperties::headline),
     field("description", &WireProperties::description),

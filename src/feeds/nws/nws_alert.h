@@ -30,6 +30,7 @@ NWSAlertSeverity nwsSeverity(std::string_view text);
 struct NWSReference {
   std::string identifier;
   std::optional<Instant> sent;
+  std::string sender = {};  ///< no part of the record for scripts
 
   bool operator==(NWSReference const&) const = default;
 };
@@ -60,6 +61,7 @@ struct NWSAlert {
   std::vector<std::string> zones;  ///< codes of zones and counties: "ILZ014", "LMZ741"
   /// Outlines of warnings that hold elsewhere than in whole zones; no part of the record for scripts.
   std::vector<WarningPolygon> polygons = {};
+  std::string sender = {};  ///< address of the service; no part of that record either
 
   bool operator==(NWSAlert const&) const = default;
 };
