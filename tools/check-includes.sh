@@ -43,6 +43,7 @@ declare -A rooms=(
   [feeds/eccc]="cap fetching"
   [feeds/fires]="fetching"
   [feeds/fpas]="cap fetching"
+  [feeds/imagery]="fetching"
   [feeds/metalerts]="cap fetching"
   [feeds/meteoalarm]="alerts awareness cap fetching regions"
   [feeds/nowcast]="fetching"

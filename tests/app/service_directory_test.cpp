@@ -54,7 +54,8 @@ TEST(ServiceDirectory, AsksTheHostsOfTheRows) {
   ServiceDirectory const standIn({}, "http://127.0.0.1:1");
   for (ServiceRow const& row : kServices) {
     EXPECT_EQ(directory.address(row.service).baseUrl, row.host);
-    EXPECT_EQ(standIn.address(row.service).baseUrl, row.isOnThisMachine ? "" : "http://127.0.0.1:1");
+    std::string const below = row.sharesPaths ? "/" + std::string(row.name) : "";
+    EXPECT_EQ(standIn.address(row.service).baseUrl, row.isOnThisMachine ? "" : "http://127.0.0.1:1" + below);
     if (row.host.empty()) continue;
     EXPECT_EQ(normalizedBase(row.host), row.host) << row.name;
     EXPECT_TRUE(row.host.starts_with("https://")) << row.name;

@@ -5,6 +5,8 @@
 #include "feeds/air/air_quality_service.h"
 #include "feeds/feed_source.h"
 #include "feeds/fires/wildfire_service.h"
+#include "feeds/imagery/radar_service.h"
+#include "feeds/imagery/tile_service.h"
 #include "feeds/nowcast/nowcast_service.h"
 #include "feeds/quakes/earthquake_service.h"
 #include "feeds/regions/region_update.h"
@@ -69,6 +71,20 @@ NowcastService::Options nowcastOptions(ServiceDirectory const& services,
   return options;
 }
 
+RadarService::Bases radarBases(ServiceDirectory const& services) {
+  RadarService::Bases bases;
+  for (RadarSupplier const& supplier : radarSuppliers())
+    bases[supplier.source] = services.address(supplier.service).baseUrl;
+  return bases;
+}
+
+/// Rain that a stand-in made up must never be taken for real.
+std::filesystem::path tileDirectory(ServiceDirectory const& services,
+                                    std::filesystem::path const& cacheDirectory) {
+  if (cacheDirectory.empty()) return {};
+  return cacheDirectory / (isStandIn(services) ? "MapPictures.stand-in" : "MapPictures");
+}
+
 /// A stand-in takes any key, so that it needs none of the user's.
 WildfireService::Options wildfireOptions(ServiceDirectory const& services) {
   ServiceAddress address = services.address(Service::firms);
@@ -97,7 +113,10 @@ struct FeedServices::Parts {
                          {services.address(Service::travelAdvisories).baseUrl,
                           advisoryDirectory(services, options.cacheDirectory)}),
         lightning(http, clock, services.address(Service::lightning).baseUrl),
-        nowcast(http, clock, nowcastOptions(services, options.cacheDirectory)) {}
+        nowcast(http, clock, nowcastOptions(services, options.cacheDirectory)),
+        imageryRequests(http, clock),
+        radar(imageryRequests, clock, radarBases(services)),
+        tiles(imageryRequests, clock, tileDirectory(services, options.cacheDirectory)) {}
 
   Options options;
   Regions regions;
@@ -114,6 +133,9 @@ struct FeedServices::Parts {
   TravelAdvisoryService travelAdvisories;
   HttpLightningSource lightning;
   NowcastService nowcast;
+  ImageryRequests imageryRequests;
+  RadarService radar;
+  TileService tiles;
 };
 
 FeedServices::FeedServices(HttpClient& http, Clock const& clock, ServiceDirectory const& services,
@@ -172,6 +194,14 @@ LightningSource& FeedServices::lightning() {
 
 NowcastService& FeedServices::nowcast() {
   return parts_->nowcast;
+}
+
+RadarService& FeedServices::radar() {
+  return parts_->radar;
+}
+
+TileService& FeedServices::tiles() {
+  return parts_->tiles;
 }
 
 Regions const& FeedServices::regions() const {

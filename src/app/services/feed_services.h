@@ -23,9 +23,11 @@ class KpForecastService;
 class LightningSource;
 class NWSAlertService;
 class NowcastService;
+class RadarService;
 class Regions;
 class ServiceDirectory;
 class Texts;
+class TileService;
 class TravelAdvisoryService;
 class TropicalStormService;
 class TyphoonService;
@@ -61,6 +63,8 @@ class FeedServices {
   TravelAdvisoryService& travelAdvisories();
   LightningSource& lightning();
   NowcastService& nowcast();
+  RadarService& radar();
+  TileService& tiles();
   Regions const& regions() const;
   /// Element sets by the name of their group, for a satellite feed. Must not outlive this.
   ElementSource elements();

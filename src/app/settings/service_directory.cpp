@@ -12,7 +12,8 @@ ServiceAddress ServiceDirectory::address(Service service) const {
     if (found->second.host) address.baseUrl = normalizedBase(*found->second.host).value_or(address.baseUrl);
     address.apiKey = found->second.apiKey.value_or("");
   }
-  if (!row.isOnThisMachine && !servicesBase_.empty()) address.baseUrl = servicesBase_;
+  if (row.isOnThisMachine || servicesBase_.empty()) return address;
+  address.baseUrl = row.sharesPaths ? servicesBase_ + "/" + std::string(row.name) : servicesBase_;
   return address;
 }
 
