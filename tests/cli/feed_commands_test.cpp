@@ -85,6 +85,7 @@ TEST_F(FeedCommands, RefuseCoordinatesThatAreNone) {
         {"alerts"},
         {"coverage"},
         {"nowcast"},
+        {"brief"},
         {"air"},
         {"storms"},
         {"fires"},

@@ -17,6 +17,7 @@ struct FeedOptions {
   double radiusKm = 500;     ///< around it
   std::optional<double> minMagnitude;
   std::optional<double> radius;           ///< of fires and lightning, km; otherwise the one that suits them
+  std::string activity;                   ///< of advice: it alone
   bool isWorld = false;                   ///< advisories: of all countries
   std::string listen = "127.0.0.1:8088";  ///< of feed-server
   bool json = false;
@@ -29,6 +30,7 @@ int runStorms(CommandLine const& line, Session const& session);
 int runFires(CommandLine const& line, Session const& session);
 int runLightning(CommandLine const& line, Session const& session);
 int runAdvisories(CommandLine const& line, Session const& session);
+int runBrief(CommandLine const& line, Session const& session);
 int runKp(CommandLine const& line, Session const& session);
 int runFeedServer(CommandLine const& line, Session const& session);
 

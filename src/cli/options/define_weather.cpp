@@ -72,6 +72,15 @@ void defineNowcast(Command app, CommandLine& line, RawOptions& raw) {
   command.whenGiven([&line] { line.run = runNowcast; });
 }
 
+void defineBrief(Command app, CommandLine& line, RawOptions& raw) {
+  Command const command =
+      app.command("brief", "The weather now, today, tonight and tomorrow, in three to five sentences");
+  command.option("PLACE", line.feeds.place, kPlace);
+  command.flag("--json", line.feeds.json, kJson);
+  defineCommon(command, line, raw);
+  command.whenGiven([&line] { line.run = runBrief; });
+}
+
 void defineLine(Command app, CommandLine& line, RawOptions& raw) {
   LineOptions& options = line.line;
   auto const define = [&](char const* name, char const* explanation, auto run) {
@@ -120,6 +129,7 @@ void defineWeather(Command app, CommandLine& line, RawOptions& raw) {
   defineAlerts(app, line, raw);
   defineCoverage(app, line, raw);
   defineNowcast(app, line, raw);
+  defineBrief(app, line, raw);
   defineLine(app, line, raw);
   defineDoctor(app, line, raw);
 }

@@ -1,0 +1,87 @@
+#include "analysis/precip_kind.h"
+#include "analysis/precip_predictor.h"
+#include "analysis/weather_brief.h"
+#include "app/services/feed_services.h"
+#include "app/services/forecast_service.h"
+#include "base/json/json.h"
+#include "base/text/display_text.h"
+#include "cli/cli.h"
+#include "cli/nowcast_look.h"
+#include "cli/official_look.h"
+#include "cli/run_context.h"
+#include "cli/slow_note.h"
+#include "cli/terminal.h"
+#include "feeds/alerts/gov_alert_service.h"
+
+namespace nimbara {
+
+namespace {
+
+/// How long a forecast that is there waits for what is asked beside it.
+constexpr std::chrono::seconds kPatience{4};
+constexpr std::chrono::seconds kNowcastPatience{2};
+
+std::string jsonOf(Brief const& brief) {
+  JsonWriter json;
+  json.beginObject();
+  for (BriefPart const part : {BriefPart::now, BriefPart::today, BriefPart::tonight, BriefPart::tomorrow})
+    json.member(enumName(part), brief[part]);
+  json.endObject();
+  return json.take() + "\n";
+}
+
+/// A name in bold and its sentences beside it, in as many lines as they need.
+std::string pageOf(Brief const& brief, Texts const& texts, Style const& style, int width) {
+  int label = 0;
+  auto const nameOf = [&](BriefPart part) {
+    return std::string(texts.text("brief.part." + std::string(enumName(part))));
+  };
+  for (BriefPart const part : brief.order) label = std::max(label, displayWidth(nameOf(part)) + 2);
+  std::string page;
+  for (BriefPart const part : brief.order) {
+    std::string name = nameOf(part);
+    for (std::string const& row : wrapped(style.text(brief[part]), std::max(width - label, 20))) {
+      page += style.painted(style.cell(name, label), Colour::bold) + row + "\n";
+      name.clear();
+    }
+  }
+  return page;
+}
+
+std::optional<PrecipOutlook> outlookOf(NowcastReading reading, WeatherData const& data, Instant now) {
+  if (reading.state != NowcastReading::State::current) return std::nullopt;
+  nameFall(reading.nowcast, data.allHourly);
+  return PrecipPredictor(std::move(reading.nowcast)).outlook(now);
+}
+
+}  // namespace
+
+int runBrief(CommandLine const& line, Session const& session) {
+  auto const clock = makeClock(line.common);
+  RunContext context(line.common, session, *clock,
+                     ownServices(line.common, WeatherProviderOption::automatic));
+  auto const place = context.place(line.feeds.place);
+  if (!place) return session.fail(place.error().exitCode, place.error().sentence);
+  OfficialLook look(context.app().feeds().govAlerts(), *clock, govAlertPlace(place->coordinate));
+  NowcastLook nowcast(context.app().feeds().nowcast(), place->coordinate);
+  auto const answer = [&] {
+    SlowNote const note(session, "asking for the forecast …");
+    return context.app().forecasts().get(*place, WeatherProviderOption::automatic, session.stop);
+  }();
+  if (session.stop.stop_requested()) return session.fail(exitCode::kInterrupted, "interrupted");
+  if (!answer) return session.fail(exitCode::kUnavailable, context.sentenceOf(answer.error()));
+  context.tell(context.note(*answer));
+  auto const official = look.answer(kPatience, session.stop);
+  BriefBeside beside{official.alerts, answer->alerts, {}, {}};
+  Instant const now = clock->now();
+  beside.nowcast = outlookOf(nowcast.answer(kNowcastPatience, session.stop), answer->data, now);
+  Brief const brief = weatherBrief(answer->data, beside, now, context.wording().units, context.texts(),
+                                   context.wording().fallback);
+  if (brief.order.empty())
+    return session.fail(exitCode::kUnavailable, "the forecast does not reach as far as the present");
+  session.console.out(line.feeds.json ? jsonOf(brief)
+                                      : pageOf(brief, context.texts(), styleOf(session), widthOf(session)));
+  return exitCode::kComplete;
+}
+
+}  // namespace nimbara
