@@ -34,6 +34,19 @@ Result<CustomNotification, std::string> readRule(dom::element element) {
 
 }  // namespace
 
+namespace {
+
+std::optional<std::string> rainFaultOf(CustomNotification const& rule) {
+  bool const isPossible = rule.threshold >= CustomNotification::kLeastRainMinutes &&
+                          rule.threshold <= CustomNotification::kMostRainMinutes;
+  if (!isPossible) return "rain can be looked for within 5 to 120 minutes";
+  if (!rule.isImmediate()) return "rain in the next minutes cannot wait for an hour of the day";
+  if (rule.conditionOperator != ConditionOperator::below) return "rain comes below a number of minutes";
+  return std::nullopt;
+}
+
+}  // namespace
+
 std::optional<std::string> faultOf(CustomNotification const& rule) {
   if (rule.checkHour != CustomNotification::kImmediately && (rule.checkHour < 0 || rule.checkHour > 23)) {
     return "the hour to check at is not between 0 and 23";
@@ -43,6 +56,7 @@ std::optional<std::string> faultOf(CustomNotification const& rule) {
            " hours";
   }
   if (!std::isfinite(rule.threshold)) return "its threshold is not a number";
+  if (rule.conditionType == ConditionType::rainWithin) return rainFaultOf(rule);
   return std::nullopt;
 }
 

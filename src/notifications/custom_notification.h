@@ -31,7 +31,8 @@ enum class ConditionType {
   visibility,  ///< km
   pressure,    ///< hPa
   airQuality,  ///< PM2.5, µg/m³
-  earthquake   ///< magnitude
+  earthquake,  ///< magnitude
+  rainWithin   ///< minutes, by radar or a 15-minute model
 };
 enum class ConditionOperator {
   any,  ///< of events: it occurs at all
@@ -41,11 +42,11 @@ enum class ConditionOperator {
 enum class DayOfWeek { sunday, monday, tuesday, wednesday, thursday, friday, saturday };
 
 template <>
-inline constexpr auto enumNames<ConditionType> =
-    std::to_array<std::string_view>({"precipitation", "precipChance", "temperature", "feelsLike", "dewPoint",
-                                     "uvIndex", "windSpeed", "windGust", "humidity", "snow", "fog", "thunder",
-                                     "cloudCover", "visibility", "pressure", "airQuality", "earthquake"});
-static_assert(enumNamesComplete(ConditionType::earthquake));
+inline constexpr auto enumNames<ConditionType> = std::to_array<std::string_view>(
+    {"precipitation", "precipChance", "temperature", "feelsLike", "dewPoint", "uvIndex", "windSpeed",
+     "windGust", "humidity", "snow", "fog", "thunder", "cloudCover", "visibility", "pressure", "airQuality",
+     "earthquake", "rainWithin"});
+static_assert(enumNamesComplete(ConditionType::rainWithin));
 
 template <>
 inline constexpr auto enumNames<ConditionOperator> =
@@ -62,8 +63,10 @@ struct CustomNotification {
   using ConditionOperator = nimbara::ConditionOperator;
   using DayOfWeek = nimbara::DayOfWeek;
 
-  static constexpr int kImmediately = -1;     ///< in `checkHour`
-  static constexpr int kFarthestHours = 240;  ///< no provider's forecast goes further
+  static constexpr int kImmediately = -1;         ///< in `checkHour`
+  static constexpr int kFarthestHours = 240;      ///< no provider's forecast goes further
+  static constexpr double kLeastRainMinutes = 5;  ///< of rain in the next minutes
+  static constexpr double kMostRainMinutes = 120;
 
   Uuid id;
   std::string title;

@@ -209,6 +209,8 @@ TEST(CustomRuleTexts, DescribeInTheUsersUnits) {
            {Type::snow, Operator::any, 0, 24, "Snow in the next 24 hours", "Snow in the next 24 hours"},
            {Type::airQuality, Operator::above, 35, 24, "PM2.5 above 35.0µg/m³ in the next 24 hours",
             "PM2.5 above 35.0µg/m³ in the next 24 hours"},
+           {Type::rainWithin, Operator::below, 30, 0, "Rain or snow within 30 minutes",
+            "Rain or snow within 30 minutes"},
            {Type::earthquake, Operator::any, 0, 0, "Earthquake nearby", "Earthquake nearby"},
            {Type::earthquake, Operator::above, 4.5, 0, "Earthquake nearby, magnitude above 4.5",
             "Earthquake nearby, magnitude above 4.5"},

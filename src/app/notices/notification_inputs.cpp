@@ -5,6 +5,7 @@
 #include "feeds/air/air_quality_service.h"
 #include "feeds/alerts/gov_alerts.h"
 #include "feeds/fires/wildfire_service.h"
+#include "feeds/nowcast/nowcast_service.h"
 #include "feeds/nws/nws_alert_service.h"
 #include "feeds/nws/nws_territory.h"
 #include "feeds/quakes/earthquake_service.h"
@@ -153,6 +154,7 @@ void NotificationInputs::readAll(std::vector<RuleInputs>& readings, std::vector<
   });
   ofPlaces(
       [&](RuleInputs& inputs, Place const&, RuleInputSet needed) { readAirQuality(inputs, needed, stop); });
+  ofPlaces([&](RuleInputs& inputs, Place const&, RuleInputSet needed) { readNowcast(inputs, needed, stop); });
   ofPlaces([&](RuleInputs& inputs, Place const&, RuleInputSet needed) {
     readFires(inputs, needed, settings, stop);
   });
@@ -208,6 +210,19 @@ void NotificationInputs::readAirQuality(RuleInputs& inputs, RuleInputSet needed,
   if (!needed.contains(RuleInput::airQuality)) return;
   inputs.airQuality = InputReading<AirQualityForecast>::of(
       feeds_()->airQuality().fetchForecast(inputs.place.coordinate, stop));
+}
+
+void NotificationInputs::readNowcast(RuleInputs& inputs, RuleInputSet needed, std::stop_token const& stop) {
+  if (!needed.contains(RuleInput::nowcast)) return;
+  NowcastReading reading = feeds_()->nowcast().fetch(inputs.place.coordinate, stop);
+  if (reading.state != NowcastReading::State::failed) {
+    inputs.nowcast = InputReading<Nowcast>::of(std::move(reading.nowcast));
+    return;
+  }
+  NowcastMiss const& miss = reading.misses.front();
+  inputs.nowcast.failure = miss.isRadarDown
+                               ? ServiceFailure::of(ServiceFailure::Kind::unreadable, sentenceOf(miss))
+                               : miss.failure;
 }
 
 void NotificationInputs::readFires(RuleInputs& inputs, RuleInputSet needed, RuleSettings const& settings,

@@ -77,6 +77,7 @@ class NotificationInputs {
   void readOfficial(RuleInputs& inputs, Place const& place, RuleInputSet needed, std::stop_token const& stop);
   /// Those that differ from place to place.
   void readAirQuality(RuleInputs& inputs, RuleInputSet needed, std::stop_token const& stop);
+  void readNowcast(RuleInputs& inputs, RuleInputSet needed, std::stop_token const& stop);
   void readFires(RuleInputs& inputs, RuleInputSet needed, RuleSettings const& settings,
                  std::stop_token const& stop);
   void readLightning(RuleInputs& inputs, RuleInputSet needed, RuleSettings const& settings,

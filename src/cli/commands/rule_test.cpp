@@ -38,7 +38,7 @@ Result<RuleInputs, Failure> inputsFor(CustomNotification const& rule, Place cons
 
 bool isUnknown(CustomOutcome outcome) {
   return outcome == CustomOutcome::noForecast || outcome == CustomOutcome::feedFailed ||
-         outcome == CustomOutcome::noDetail;
+         outcome == CustomOutcome::noDetail || outcome == CustomOutcome::noRadar;
 }
 
 std::string outcomeText(CustomOutcome outcome, Texts const& texts) {

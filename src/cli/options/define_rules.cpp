@@ -27,7 +27,8 @@ void defineParts(Command sub, RulesOptions& options, bool isNew) {
   sub.option("--operator", options.comparison, "above, below, or any (occurs at all)")
       .called("OP")
       .among(enumNames<ConditionOperator>, ValuesInHelp::explained);
-  sub.option("--threshold", options.threshold, "In metric units: °C, km/h, mm, km, hPa, %, µg/m³")
+  sub.option("--threshold", options.threshold,
+             "In metric units: °C, km/h, mm, km, hPa, %, µg/m³; minutes of rainWithin")
       .called("NUMBER");
   sub.option("--lookahead", options.lookahead, "Hours of forecast to look at; 0 for current conditions")
       .called("N")

@@ -52,6 +52,9 @@ std::optional<std::string> misfit(CustomNotification const& rule, bool hasThresh
   ConditionKind const& kind = kindOf(rule.conditionType);
   std::string const type(enumName(rule.conditionType));
   bool const isAny = rule.conditionOperator == ConditionOperator::any;
+  if (kind.isWithin() && !hasThreshold) return type + " needs a --threshold in minutes";
+  if (kind.isWithin() && rule.conditionOperator != ConditionOperator::below)
+    return type + " comes within a number of minutes; the operator for it is below";
   if (isAny && !kind.canBeAny())
     return "'any' cannot be used with " + type + "; compare it with above or below";
   if (!isAny && kind.isEvent()) return type + " occurs or does not; the operator for it is any";
@@ -62,6 +65,7 @@ std::optional<std::string> misfit(CustomNotification const& rule, bool hasThresh
 /// Without an operator an amount lies above, and an event occurs.
 ConditionOperator usualOperator(CustomNotification const& rule, RulesOptions const& options) {
   ConditionKind const& kind = kindOf(rule.conditionType);
+  if (kind.isWithin()) return ConditionOperator::below;
   bool const isAny = kind.isEvent() || (kind.canBeAny() && !options.threshold);
   return isAny ? ConditionOperator::any : ConditionOperator::above;
 }
@@ -70,7 +74,7 @@ void setCondition(CustomNotification& rule, RulesOptions const& options) {
   if (options.type) rule.conditionType = *enumFromName<ConditionType>(*options.type);
   if (options.comparison) {
     rule.conditionOperator = *enumFromName<ConditionOperator>(*options.comparison);
-  } else if (options.action == RulesOptions::Action::add) {
+  } else if (options.action == RulesOptions::Action::add || options.type) {
     rule.conditionOperator = usualOperator(rule, options);
   }
   if (options.threshold) rule.threshold = *options.threshold;

@@ -92,6 +92,7 @@ Rectangle {
         }
         SettingChoice {
             width: parent.width
+            visible: App.notifications.draft.hasHour
             title: App.notifications.words.ruleHour
             options: App.notifications.checkHours
             value: App.notifications.draft.hour

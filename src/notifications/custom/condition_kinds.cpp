@@ -115,6 +115,7 @@ constexpr ConditionKind kKinds[] = {
      {}},
     {Type::airQuality, Unit::microgram, kWarningSound, nullptr, {}, {}},
     {Type::earthquake, Unit::magnitude, kCriticalSound, nullptr, {}, {}},
+    {Type::rainWithin, Unit::minutes, kStormSound, nullptr, {}, {}},
 };
 
 constexpr bool rowsStandInOrder() {

@@ -11,7 +11,7 @@
 
 namespace nimbara {
 
-enum class ConditionUnit { percent, celsius, kmh, mm, km, hPa, index, microgram, magnitude };
+enum class ConditionUnit { percent, celsius, kmh, mm, km, hPa, index, microgram, magnitude, minutes };
 
 struct ConditionKind {
   using Type = ConditionType;
@@ -27,6 +27,8 @@ struct ConditionKind {
 
   /// It occurs or does not: compared by `any` alone.
   bool isEvent() const { return type == Type::snow || type == Type::fog || type == Type::thunder; }
+  /// It comes within its limit.
+  bool isWithin() const { return type == Type::rainWithin; }
   /// `any` says something: also of rain, and of earthquakes of whatever size.
   bool canBeAny() const { return isEvent() || type == Type::earthquake || type == Type::precipitation; }
 };

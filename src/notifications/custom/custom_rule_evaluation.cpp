@@ -1,5 +1,8 @@
 #include "notifications/custom/custom_rule_evaluation.h"
 
+#include "analysis/precip_kind.h"
+#include "analysis/precip_predictor.h"
+#include "base/words/time_words.h"
 #include "model/upcoming_hours.h"
 #include "notifications/custom/condition_kinds.h"
 #include "notifications/custom/custom_rule_text.h"
@@ -155,12 +158,34 @@ CustomEvaluation ofEarthquakes(CustomNotification const& rule, RuleInputs const&
   return best(rule, samples);
 }
 
+CustomEvaluation ofRain(CustomNotification const& rule, RuleInputs const& inputs) {
+  using enum PrecipOutlook::State;
+  if (!inputs.nowcast) return without(CustomOutcome::feedFailed);
+  PrecipOutlook const outlook = rainOutlook(inputs);
+  if (outlook.state == uncovered) return without(CustomOutcome::noRadar);
+  if (outlook.state == notKnown) return without(CustomOutcome::noForecast);
+  CustomEvaluation found;
+  if (outlook.state == dry) return found;
+  found.at = outlook.state == falls ? inputs.now : std::max(outlook.begin, inputs.now);
+  found.value = std::chrono::duration<double, std::ratio<60>>(*found.at - inputs.now).count();
+  found.margin = rule.threshold - *found.value;
+  if (*found.margin >= 0) found.outcome = CustomOutcome::holds;
+  return found;
+}
+
 DayOfWeek dayOf(RuleInputs const& inputs) {
   std::chrono::weekday const day{std::chrono::sys_days(inputs.calendar.day(inputs.now))};
   return static_cast<DayOfWeek>(day.c_encoding());
 }
 
 }  // namespace
+
+PrecipOutlook rainOutlook(RuleInputs const& inputs) {
+  if (!inputs.nowcast) return {};
+  Nowcast nowcast = *inputs.nowcast;
+  nameFall(nowcast, inputs.hours);
+  return PrecipPredictor(std::move(nowcast)).outlook(inputs.now);
+}
 
 std::optional<CustomOutcome> reasonNotDue(CustomNotification const& rule, RuleInputs const& inputs,
                                           bool hasPlace) {
@@ -176,6 +201,7 @@ CustomEvaluation measuredRule(CustomNotification const& rule, RuleInputs const& 
   if (rule.conditionType == Type::earthquake) {
     return ofEarthquakes(rule, inputs, settings.earthquakeRadiusKm);
   }
+  if (rule.conditionType == Type::rainWithin) return ofRain(rule, inputs);
   CustomEvaluation found =
       rule.conditionType == Type::airQuality ? ofAirQuality(rule, inputs) : ofForecast(rule, inputs);
   found.isNow = found.at == inputs.now;
@@ -191,12 +217,17 @@ CustomEvaluation evaluateCustomRule(CustomNotification const& rule, RuleInputs c
 RuleInputSet inputsOf(CustomNotification::ConditionType type) {
   if (type == Type::earthquake) return {RuleInput::earthquakes};
   if (type == Type::airQuality) return {RuleInput::airQuality};
+  // The forecast says whether it is snow.
+  if (type == Type::rainWithin) return {RuleInput::nowcast, RuleInput::hourly};
   return {RuleInput::hourly};
 }
 
 std::string customRuleBody(CustomNotification const& rule, CustomEvaluation const& found,
                            RuleInputs const& inputs) {
   Texts const& texts = *inputs.texts;
+  if (rule.conditionType == Type::rainWithin) {
+    return sentenceOf(rainOutlook(inputs), texts, TimeWords(texts, inputs.calendar));
+  }
   ConditionKind const& kind = kindOf(rule.conditionType);
   std::string description = ruleDescription(rule, inputs.units, texts);
   if (!found.value || !found.at) return description;

@@ -14,6 +14,8 @@
 
 namespace nimbara {
 
+struct PrecipOutlook;
+
 enum class CustomOutcome {
   holds,
   doesNotHold,
@@ -23,13 +25,14 @@ enum class CustomOutcome {
   placeDeleted,
   noForecast,  ///< none for that span
   feedFailed,  ///< the air quality or the earthquakes are not known
-  noDetail     ///< the provider does not give what it measures
+  noDetail,    ///< the provider does not give what it measures
+  noRadar      ///< nobody offers a nowcast of the place
 };
 template <>
 inline constexpr auto enumNames<CustomOutcome> =
     std::to_array<std::string_view>({"holds", "doesNotHold", "disabled", "notToday", "notYet", "placeDeleted",
-                                     "noForecast", "feedFailed", "noDetail"});
-static_assert(enumNamesComplete(CustomOutcome::noDetail));
+                                     "noForecast", "feedFailed", "noDetail", "noRadar"});
+static_assert(enumNamesComplete(CustomOutcome::noRadar));
 
 struct CustomEvaluation {
   CustomOutcome outcome = CustomOutcome::doesNotHold;
@@ -46,6 +49,10 @@ struct CustomEvaluation {
 
 /// A chance from which an event counts as forecast, %.
 inline constexpr double kLikelyPercent = 50;
+
+/// Of the next two hours, with rain and snow named by the forecast; of a state that is not known where nobody
+/// could be asked.
+PrecipOutlook rainOutlook(RuleInputs const& inputs);
 
 /// What a rule of that kind reads.
 RuleInputSet inputsOf(CustomNotification::ConditionType type);

@@ -1,5 +1,6 @@
 #include "notifications/custom/custom_rule_pass.h"
 
+#include "analysis/precip_predictor.h"
 #include "notifications/custom/condition_kinds.h"
 #include "notifications/custom/custom_rule_evaluation.h"
 
@@ -23,8 +24,20 @@ Rule const& customRow() {
   return kRow;
 }
 
+/// Of rules about rain in the next minutes: once for each change from dry to wet.
+Rule const& rainRow() {
+  static constexpr Rule kRow{.stem = "custom_",
+                             .setting = "customNotifications",
+                             .policy = RulePolicy::condition,
+                             .inputs = {RuleInput::nowcast},
+                             .sound = "weather_warning.caf",
+                             .evaluate = nullptr};
+  return kRow;
+}
+
 bool isUnknown(CustomOutcome outcome) {
-  return outcome == CustomOutcome::noForecast || outcome == CustomOutcome::noDetail;
+  return outcome == CustomOutcome::noForecast || outcome == CustomOutcome::noDetail ||
+         outcome == CustomOutcome::noRadar;
 }
 
 Evaluation evaluationOf(CustomNotification const& rule, RuleInputs const& inputs,
@@ -44,6 +57,27 @@ Evaluation evaluationOf(CustomNotification const& rule, RuleInputs const& inputs
   return evaluation;
 }
 
+/// What is found counts while it is the news of a change.
+ForeignEvaluation rainEvaluation(CustomNotification const& rule, RuleInputs const& inputs,
+                                 CustomEvaluation found, RainMemories const& rain) {
+  ForeignEvaluation foreign;
+  foreign.rule = &rainRow();
+  foreign.title = rule.title;
+  foreign.key = rule.identifier() + "@" + inputs.place.tag;
+  auto const before = rain.find(foreign.key);
+  RainMemory memory = before == rain.end() ? RainMemory() : before->second;
+  bool const isLooked = found.outcome == CustomOutcome::holds || found.outcome == CustomOutcome::doesNotHold;
+  if (isLooked) {
+    std::chrono::minutes const within{static_cast<int>(rule.threshold)};
+    memory = remembered(memory, rainOutlook(inputs), inputs.now, within);
+    found.outcome = memory.isTold ? CustomOutcome::holds : CustomOutcome::doesNotHold;
+  }
+  foreign.evaluation = evaluationOf(rule, inputs, found);
+  foreign.evaluation.isUnknown = !isLooked;
+  foreign.rain = memory;
+  return foreign;
+}
+
 }  // namespace
 
 RuleInputSet inputsOf(std::span<CustomNotification const> rules, NotifiedPlace const& place) {
@@ -56,12 +90,17 @@ RuleInputSet inputsOf(std::span<CustomNotification const> rules, NotifiedPlace c
 
 std::vector<ForeignEvaluation> evaluatedRules(std::span<CustomNotification const> rules,
                                               std::span<RuleInputs const> places,
-                                              RuleSettings const& settings) {
+                                              RuleSettings const& settings, RainMemories const& rain) {
   std::vector<ForeignEvaluation> evaluations;
   for (CustomNotification const& rule : rules) {
     for (std::size_t i = 0; i < places.size(); ++i) {
       if (!watches(rule, places[i].place)) continue;
       CustomEvaluation const found = evaluateCustomRule(rule, places[i], settings, true);
+      if (rule.conditionType == ConditionType::rainWithin) {
+        evaluations.push_back(rainEvaluation(rule, places[i], found, rain));
+        evaluations.back().place = i;
+        continue;
+      }
       evaluations.push_back({&customRow(), i, evaluationOf(rule, places[i], found), rule.title});
     }
   }

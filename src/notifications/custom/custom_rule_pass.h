@@ -12,9 +12,9 @@ namespace nimbara {
 /// What those of `rules` read that look at the place.
 RuleInputSet inputsOf(std::span<CustomNotification const> rules, NotifiedPlace const& place);
 
-/// Each of `rules` at each of `places` that it looks at.
+/// Each of `rules` at each of `places` that it looks at. `rain` is what earlier passes remember.
 std::vector<ForeignEvaluation> evaluatedRules(std::span<CustomNotification const> rules,
                                               std::span<RuleInputs const> places,
-                                              RuleSettings const& settings);
+                                              RuleSettings const& settings, RainMemories const& rain = {});
 
 }  // namespace nimbara

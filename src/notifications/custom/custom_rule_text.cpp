@@ -24,6 +24,7 @@ struct Shown {
 constexpr std::string_view kTenths = "%.1f%@";
 constexpr std::string_view kHundredths = "%.2f %@";
 constexpr std::string_view kWhole = "%.0f%@";
+constexpr std::string_view kWholeApart = "%.0f %@";
 
 template <class U>
 Shown shownIn(double value, U unit, std::string_view pattern = kTenths) {
@@ -51,6 +52,8 @@ Shown shownValue(ConditionUnit unit, double value, Units const& units) {
       return {value, kTenths, "µg/m³"};
     case Unit::magnitude:
       return {value, kTenths, ""};
+    case Unit::minutes:
+      return {value, kWholeApart, "min"};
   }
   return {value, kTenths, ""};
 }
@@ -99,7 +102,8 @@ std::string clockHour(int hour, Texts const& texts) {
 
 ConditionScale conditionScale(ConditionUnit unit, Units const& units) {
   Shown const zero = shownValue(unit, 0, units);
-  int const decimals = zero.pattern == kWhole ? 0 : zero.pattern == kTenths ? 1 : 2;
+  bool const isWhole = zero.pattern == kWhole || zero.pattern == kWholeApart;
+  int const decimals = isWhole ? 0 : zero.pattern == kTenths ? 1 : 2;
   return {shownValue(unit, 1, units).value - zero.value, zero.value, zero.unit, decimals};
 }
 
@@ -116,6 +120,8 @@ std::string conditionDifferenceText(ConditionUnit unit, double difference, Units
 
 std::string ruleDescription(CustomNotification const& rule, Units const& units, Texts const& texts) {
   if (rule.conditionType == Type::earthquake) return earthquakeText(rule, units, texts);
+  if (rule.conditionType == Type::rainWithin)
+    return texts.format("customnotif.desc.rainWithin", static_cast<int>(rule.threshold));
   std::string const span = spanText(rule.lookaheadHours, texts);
   if (rule.conditionType == Type::airQuality) {
     return texts.format("customnotif.desc.airQuality", comparison(rule, units, texts), span);

@@ -45,6 +45,21 @@ void adopt(RuleTrial& trial, CustomEvaluation const& found, Instant moment) {
   trial.ringsAt = moment;
 }
 
+/// Rain that begins later is told so many minutes before.
+RuleTrial triedRain(CustomNotification const& rule, RuleInputs const& inputs, RuleSettings const& settings) {
+  RuleTrial trial;
+  trial.until = inputs.now;
+  if (inputs.nowcast)
+    for (NowcastStep const& step : inputs.nowcast->steps) trial.until = std::max(trial.until, step.to);
+  trial.found = measuredRule(rule, inputs, settings);
+  trial.outcome = trial.found.outcome;
+  trial.ringsAt = inputs.now;
+  if (trial.outcome != CustomOutcome::doesNotHold || !trial.found.at) return trial;
+  trial.ringsAt = *trial.found.at - std::chrono::minutes(static_cast<int>(rule.threshold));
+  trial.outcome = CustomOutcome::holds;
+  return trial;
+}
+
 std::string momentText(Instant moment, RuleInputs const& inputs) {
   return TimeWords(*inputs.texts, inputs.calendar).moment(moment, inputs.now);
 }
@@ -68,6 +83,7 @@ std::string nearestText(CustomNotification const& rule, CustomEvaluation const& 
 
 RuleTrial triedRule(CustomNotification rule, RuleInputs const& inputs, RuleSettings const& settings) {
   rule.isEnabled = true;
+  if (rule.conditionType == ConditionType::rainWithin) return triedRain(rule, inputs, settings);
   RuleTrial trial;
   trial.until = knownUntil(rule, inputs);
   // Whether anything can be known at all does not depend on its days and hour.

@@ -14,6 +14,7 @@ template Result<std::map<std::string, ShownEvent, std::less<>>, DecodeError> dec
 template Result<std::map<std::string, std::string, std::less<>>, DecodeError> decodeJson(std::string_view);
 template Result<std::map<std::string, KnownStorm, std::less<>>, DecodeError> decodeJson(std::string_view);
 template Result<KnownFires, DecodeError> decodeJson(std::string_view);
+template Result<RainMemories, DecodeError> decodeJson(std::string_view);
 template Result<std::vector<ScheduledNotification>, DecodeError> decodeJson(std::string_view);
 
 namespace {
@@ -28,6 +29,7 @@ constexpr std::string_view kFirstChecked = "notif_firstCheckedAt";
 constexpr std::string_view kSummaries = "notif_aiSummaryCache";
 constexpr std::string_view kStorms = "notif_knownStorms";
 constexpr std::string_view kFires = "notif_knownFires";
+constexpr std::string_view kRain = "notif_rainRules";
 constexpr std::string_view kDeliveredAt = "notif_deliveredAt";
 
 std::string const* textAt(SettingValues const& stored, std::string_view key) {
@@ -93,6 +95,7 @@ Result<EngineState, StoreError> engineStateOf(SettingValues const& stored) {
   state.knownStorms = reader.read<std::map<std::string, KnownStorm, std::less<>>>(kStorms);
   state.knownFires = reader.read<KnownFires>(kFires);
   state.deliveredAt = reader.read<EngineState::Instants>(kDeliveredAt);
+  state.rain = reader.read<RainMemories>(kRain);
   if (reader.error()) return std::unexpected(*reader.error());
   return state;
 }
@@ -113,6 +116,7 @@ StoreChanges changesOf(EngineState const& state) {
   put(kStorms, encodeJson(state.knownStorms));
   put(kFires, encodeJson(state.knownFires));
   put(kDeliveredAt, encodeJson(state.deliveredAt));
+  put(kRain, encodeJson(state.rain));
   return changes;
 }
 
@@ -136,6 +140,7 @@ EngineState merged(EngineState stored, EngineState const& known) {
   for (auto const& [key, shown] : known.shown) stored.shown.insert_or_assign(key, shown);
   for (auto const& [key, storm] : known.knownStorms) stored.knownStorms.insert_or_assign(key, storm);
   for (auto const& [key, fire] : known.knownFires) stored.knownFires.insert_or_assign(key, fire);
+  for (auto const& [key, rain] : known.rain) stored.rain.insert_or_assign(key, rain);
   stored.firstCheckedAt.insert(known.firstCheckedAt.begin(), known.firstCheckedAt.end());
   return stored;
 }

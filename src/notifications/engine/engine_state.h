@@ -94,6 +94,8 @@ struct EngineState {
   Instants
       deliveredAt;  ///< of events: the day on which one was last found, so that old ones can be forgotten
 
+  RainMemories rain;  ///< of the user's rules about rain in the next minutes
+
   bool operator==(EngineState const&) const = default;
 };
 

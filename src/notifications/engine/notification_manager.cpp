@@ -296,7 +296,8 @@ PassReport NotificationManager::evaluate(GatherInputs const& gather, std::stop_t
   pass.tellScheduled(settings.settings);
   EngineState::Strings const suppressed = suppressedTags();
   auto const words = texts();
-  auto const own = evaluatedRules(inputs.rules, inputs.places, RuleSettings::of(settings.settings));
+  auto const own =
+      evaluatedRules(inputs.rules, inputs.places, RuleSettings::of(settings.settings), pass.state().rain);
   pass.run(planPass({pass.now(), inputs.places, own, settings.settings, *words, suppressed, inputs.isPartial},
                     pass.state()));
   return std::move(pass.report());
@@ -313,7 +314,8 @@ PassReport NotificationManager::preview(GatherInputs const& gather, std::stop_to
   Pass::forgetMissed(due, state);
   for (DuePlan::Entry const& entry : due.entries) apply(entry.decision, now, state);
   PassReport report;
-  auto const own = evaluatedRules(inputs.rules, inputs.places, RuleSettings::of(settings.settings));
+  auto const own =
+      evaluatedRules(inputs.rules, inputs.places, RuleSettings::of(settings.settings), state.rain);
   report.plan = planPass(
       {now, inputs.places, own, settings.settings, *words, suppressedLocationTags_, inputs.isPartial}, state);
   auto const told = due.entries | std::views::transform(&DuePlan::Entry::decision);

@@ -27,6 +27,8 @@ constexpr std::chrono::hours kMovedEnd{1};
 
 /// Remembered after its end, so that a late repetition is no news.
 constexpr std::chrono::hours kMemoryAfterEnd{24};
+/// Of a rule about rain that nobody looks at any more.
+constexpr std::chrono::hours kRainMemory{7 * 24};
 
 template <class Container>
 auto* find(Container& container, std::string_view key) {
@@ -336,6 +338,10 @@ void applyChecks(PassPlan const& plan, Instant now, EngineState& state) {
     return entry.second.ends && *entry.second.ends + kMemoryAfterEnd < now;
   });
   forgetOldEvents(now, state);
+  for (auto const& [key, memory] : plan.rain) state.rain.insert_or_assign(key, memory);
+  std::erase_if(state.rain, [now](auto const& entry) {
+    return entry.second.seenAt && now - *entry.second.seenAt > kRainMemory;
+  });
 }
 
 void takeBack(Decision const& decision, EngineState& state, EngineState const& before) {

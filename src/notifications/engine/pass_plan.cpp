@@ -52,12 +52,25 @@ void PassPlanner::planForeign(ForeignEvaluation const& foreign) {
   std::size_t const known = plan_.decisions.size();
   if (choice >= PlaceChoice::severe) {
     planFindings(*foreign.rule, inputs, foreign.evaluation);
+    releaseForeign(foreign, inputs);
   } else {
     Decision& decision = add(notChosen, *foreign.rule);
     decision.place = inputs.place.name;
     decision.note = noteOf(choice);
   }
   for (Decision& decision : plan_.decisions | std::views::drop(known)) decision.title = foreign.title;
+}
+
+/// A condition of a rule of somebody's own that holds no longer, or is off for the present.
+void PassPlanner::releaseForeign(ForeignEvaluation const& foreign, RuleInputs const& inputs) {
+  if (foreign.rain) plan_.rain[foreign.key] = *foreign.rain;
+  bool const isOver = foreign.evaluation.findings.empty() &&
+                      !isUnknown(*foreign.rule, inputs, foreign.evaluation) &&
+                      state_.activeConditionIDs.contains(foreign.key);
+  if (!isOver) return;
+  Decision& decision = add(conditionFalse, *foreign.rule);
+  decision.key = foreign.key;
+  decision.place = inputs.place.name;
 }
 
 void PassPlanner::skip(Rule const& rule) {

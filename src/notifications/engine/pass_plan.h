@@ -30,6 +30,7 @@ struct PassPlan {
   /// Deliveries first, critical ones before all others; then schedules, then what is not sent.
   std::vector<Decision> decisions;
   std::vector<Rule const*> checked;  ///< rules about events whose feeds answered
+  RainMemories rain;                 ///< of the rules about rain in the next minutes
 };
 
 PassPlan planPass(PassContext const& context, EngineState const& state);

@@ -77,6 +77,7 @@ class PassPlanner {
 
   /// Somebody's own rule is as good as danger: it is left out only where less than that is chosen.
   void planForeign(ForeignEvaluation const& foreign);
+  void releaseForeign(ForeignEvaluation const& foreign, RuleInputs const& inputs);
   void skip(Rule const& rule);
 
   // ---- Conditions and what is sent once a day

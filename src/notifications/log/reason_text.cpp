@@ -223,8 +223,8 @@ std::string asSentence(std::string_view text, Texts const& texts) {
 }
 
 constexpr std::array<std::string_view, enumNames<RuleInput>.size()> kFeeds{
-    "forecast",   "forecast", "warnings", "warnings",   "earthquakes", "kp",
-    "airQuality", "storms",   "fires",    "advisories", "lightning",   "typhoons"};
+    "forecast", "forecast", "warnings",   "warnings",  "earthquakes", "kp",     "airQuality",
+    "storms",   "fires",    "advisories", "lightning", "typhoons",    "nowcast"};
 
 std::string failureSentence(InputFailure const& failure, Texts const& texts) {
   std::string const key = "explain.feed." + std::string(kFeeds[static_cast<std::size_t>(failure.input)]);

@@ -7,6 +7,7 @@
 #include "model/weather_alert.h"
 #include "notifications/place_choice.h"
 #include "notifications/rules/generated_summary.h"
+#include "notifications/rules/rain_memory.h"
 #include "notifications/rules/rule_inputs.h"
 #include "notifications/rules/rule_settings.h"
 
@@ -127,7 +128,9 @@ struct ForeignEvaluation {
   Rule const* rule = nullptr;
   std::size_t place = 0;  ///< its index among those of the pass
   Evaluation evaluation;
-  std::string title = {};  ///< what the user calls it
+  std::string title = {};                         ///< what the user calls it
+  std::string key = {};                           ///< of a condition: under which the state knows it
+  std::optional<RainMemory> rain = std::nullopt;  ///< what this look leaves to the next
 };
 
 }  // namespace nimbara

@@ -28,7 +28,8 @@ constexpr std::array<std::string_view, enumNames<RuleInput>.size()> kFeeds{"the 
                                                                            "the list of wildfires",
                                                                            "the travel advisories",
                                                                            "the list of lightning strikes",
-                                                                           "the list of typhoons"};
+                                                                           "the list of typhoons",
+                                                                           "the nowcast"};
 
 }  // namespace
 
@@ -61,6 +62,7 @@ std::optional<InputFailure> RuleInputs::failureOf(RuleInputSet inputs) const {
   look(RuleInput::advisories, advisories);
   look(RuleInput::lightning, lightning);
   look(RuleInput::typhoons, typhoons);
+  look(RuleInput::nowcast, nowcast);
   return found;
 }
 

@@ -15,6 +15,7 @@
 #include "feeds/storms/lightning_strike.h"
 #include "feeds/storms/tropical_storm.h"
 #include "feeds/travel/travel_advisory.h"
+#include "model/nowcast.h"
 #include "model/present.h"
 #include "model/weather_alert.h"
 #include "model/weather_data.h"
@@ -42,13 +43,14 @@ enum class RuleInput {
   fires,
   advisories,
   lightning,
-  typhoons
+  typhoons,
+  nowcast
 };
 template <>
 inline constexpr auto enumNames<RuleInput> = std::to_array<std::string_view>(
     {"hourly", "generatedAlerts", "govAlerts", "nwsAlerts", "earthquakes", "kp", "airQuality", "storms",
-     "fires", "advisories", "lightning", "typhoons"});
-static_assert(enumNamesComplete(RuleInput::typhoons));
+     "fires", "advisories", "lightning", "typhoons", "nowcast"});
+static_assert(enumNamesComplete(RuleInput::nowcast));
 using RuleInputSet = EnumSet<RuleInput>;
 
 /// A feed's answer as rules see it. A failed feed silences its own rules only.
@@ -168,6 +170,8 @@ struct RuleInputs {
   KnownFires knownFires;                                       ///< of earlier passes
   InputReading<std::vector<TravelAdvisory>> advisories;
   InputReading<std::vector<LightningStrike>> lightning;  ///< of the last half hour within the radius
+
+  InputReading<Nowcast> nowcast;  ///< of the kind none where nobody offers one
 
   /// Fills `hours` and `present` from `weather`.
   void readWeather();

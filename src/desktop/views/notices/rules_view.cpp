@@ -44,6 +44,8 @@ LimitRow limitOf(Type type) {
       return {35, 0, 1000, 5};
     case Type::earthquake:
       return {4, 0, 10, 0.5};
+    case Type::rainWithin:
+      return {30, CustomNotification::kLeastRainMinutes, CustomNotification::kMostRainMinutes, 5};
     default:
       return {60, 0, 100, 5};
   }
@@ -54,6 +56,7 @@ constexpr std::array kSpans{0, 1, 3, 6, 12, 24, 48, 72, 120, CustomNotification:
 std::vector<Operator> comparisonsOf(Type type) {
   ConditionKind const& kind = kindOf(type);
   if (kind.isEvent()) return {Operator::any};
+  if (kind.isWithin()) return {Operator::below};
   if (kind.canBeAny()) return {Operator::any, Operator::above, Operator::below};
   return {Operator::above, Operator::below};
 }
@@ -129,7 +132,9 @@ CustomNotification withKind(CustomNotification draft, Type kind, Units const& un
   LimitRow const limit = limitOf(kind);
   ConditionScale const scale = conditionScale(kindOf(kind).unit, units);
   double const step = stepOf(scale, limit);
+  if (kindOf(draft.conditionType).isWithin()) draft.conditionOperator = Operator::above;
   draft.conditionType = kind;
+  if (kindOf(kind).isWithin()) draft.checkHour = CustomNotification::kImmediately;
   double const shown = scale.shown(limit.usual);
   double const round = std::round(shown / step) * step;
   draft.threshold = scale.metric(round == 0 && shown > 0 ? step : round);
@@ -154,7 +159,9 @@ DraftView draftView(CustomNotification const& draft, PlaceList const& places, Vi
   shown.hasThreshold = draft.conditionOperator != Operator::any;
   setLimit(shown, draft, view.units);
   shown.span = std::to_string(draft.lookaheadHours);
-  shown.hasSpan = draft.conditionType != Type::earthquake;
+  bool const isWithin = kindOf(draft.conditionType).isWithin();
+  shown.hasSpan = draft.conditionType != Type::earthquake && !isWithin;
+  shown.hasHour = !isWithin;
   shown.hour = std::to_string(draft.checkHour);
   if (draft.locationID) shown.place = draft.locationID->text();
   shown.description = ruleDescription(draft, view.units, view.texts);
@@ -187,7 +194,8 @@ std::vector<OptionView> comparisonOptions(CustomNotification const& draft, ViewC
   std::vector<OptionView> options;
   for (Operator const comparison : comparisonsOf(draft.conditionType)) {
     std::string const name(enumName(comparison));
-    options.push_back({name, view.text("desktop.rules.op." + name)});
+    bool const isWithin = kindOf(draft.conditionType).isWithin();
+    options.push_back({name, view.text("desktop.rules.op." + (isWithin ? "within" : name))});
   }
   return options;
 }

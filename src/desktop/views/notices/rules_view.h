@@ -42,6 +42,7 @@ struct DraftView {
   std::string unit;
   std::string span;  ///< hours that it looks ahead
   bool hasSpan = false;
+  bool hasHour = true;
   std::string hour;  ///< "-1": as soon as it is so
   std::string place;
   std::string description;
@@ -63,6 +64,7 @@ inline constexpr auto viewFields<DraftView> = FieldList{viewField("id", &DraftVi
                                                         viewField("unit", &DraftView::unit),
                                                         viewField("span", &DraftView::span),
                                                         viewField("hasSpan", &DraftView::hasSpan),
+                                                        viewField("hasHour", &DraftView::hasHour),
                                                         viewField("hour", &DraftView::hour),
                                                         viewField("place", &DraftView::place),
                                                         viewField("description", &DraftView::description),
