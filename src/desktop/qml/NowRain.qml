@@ -1,5 +1,6 @@
 // When it rains or snows within the next two hours, where a radar or a model of quarter hours knows it.
 import QtQuick
+import NimbaraItems
 import NimbaraPages
 
 Card {
