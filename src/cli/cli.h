@@ -67,6 +67,8 @@ int runPlaces(CommandLine const& line, Session const& session);
 int runRules(CommandLine const& line, Session const& session);
 int runSatellites(CommandLine const& line, Session const& session);
 int runComplete(CommandLine const& line, Session const& session);
+int runExport(CommandLine const& line, Session const& session);
+int runImport(CommandLine const& line, Session const& session);
 int runManual(CommandLine const& line, Session const& session);
 int runSettings(CommandLine const& line, Session const& session);
 

@@ -112,6 +112,7 @@ CommandParser makeParser(CommandLine& line, RawOptions& raw) {
   defineFeeds(app, line, raw);
   definePlaces(app, line, raw);
   defineSettings(app, line, raw);
+  defineUserData(app, line, raw);
   defineRules(app, line, raw);
   defineSatellites(app, line, raw);
   defineNotifications(app, line, raw);

@@ -121,6 +121,12 @@ struct WatchOptions {
   bool uninstall = false;
 };
 
+/// Export and import.
+struct UserDataOptions {
+  std::string file;
+  bool secrets = false;
+};
+
 /// For packages and shells.
 struct ShellOptions {
   std::vector<std::string> words;  ///< of a command line, up to the cursor
@@ -150,6 +156,7 @@ struct CommandLine {
   SatellitesOptions satellites;
   RulesOptions rules;
   ShellOptions shell;
+  UserDataOptions userData;
 };
 
 /// A command line that ends before any command runs: help and version (exit code 0, to standard output) or a

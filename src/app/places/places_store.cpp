@@ -1,5 +1,6 @@
 // How the list of places lies in the store: a row for each place under its identifier, one for the selection,
 // one for the current location.
+#include "app/places/place_row.h"
 #include "app/places/places.h"
 #include "base/json/json_codec.h"
 
@@ -12,19 +13,6 @@ namespace {
 constexpr std::string_view kSelectedKey = "selected";
 constexpr std::string_view kHereKey = "currentLocation";
 
-struct PlaceRow {
-  int position = 0;
-  std::string name;
-  std::string country;
-  std::string countryName;
-  std::string region;
-  double latitude = 0;
-  double longitude = 0;
-  std::string timeZone;
-  std::string notifications;  ///< a choice, or empty
-  std::string warningSource;  ///< a name, or empty
-};
-
 struct FixRow {
   std::optional<double> latitude;
   std::optional<double> longitude;
@@ -35,20 +23,6 @@ struct FixRow {
 }  // namespace
 
 template <>
-inline constexpr auto jsonFields<PlaceRow> = FieldList{
-    field("position", &PlaceRow::position),
-    field("name", &PlaceRow::name),
-    fieldOr("country", &PlaceRow::country),
-    fieldOr("countryName", &PlaceRow::countryName),
-    fieldOr("region", &PlaceRow::region),
-    field("latitude", &PlaceRow::latitude),
-    field("longitude", &PlaceRow::longitude),
-    fieldOr("timeZone", &PlaceRow::timeZone),
-    fieldOr("notifications", &PlaceRow::notifications),
-    fieldOr("warningSource", &PlaceRow::warningSource),
-};
-
-template <>
 inline constexpr auto jsonFields<FixRow> =
     FieldList{field("latitude", &FixRow::latitude), field("longitude", &FixRow::longitude),
               field("accuracyMetres", &FixRow::accuracyMetres), field("time", &FixRow::time)};
@@ -56,10 +30,7 @@ inline constexpr auto jsonFields<FixRow> =
 namespace {
 
 std::string encoded(SavedPlace const& place, int position) {
-  return encodeJson(PlaceRow{position, place.name, place.country, place.countryName, place.region,
-                             place.coordinate.latitude, place.coordinate.longitude, place.timeZone,
-                             std::string(place.notifications ? enumName(*place.notifications) : ""),
-                             place.warningSource.value_or("")});
+  return encodeJson(placeRow(place, position));
 }
 
 std::string encoded(std::optional<LocationFix> const& fix) {
@@ -81,18 +52,10 @@ struct PositionedPlace {
 };
 
 std::optional<PositionedPlace> decodedPlace(Uuid const& id, std::string_view text) {
-  auto row = decodeJson<PlaceRow>(text);
-  if (!row || !isValid({row->latitude, row->longitude})) return std::nullopt;
-  return PositionedPlace{row->position,
-                         {id,
-                          row->name,
-                          row->country,
-                          row->countryName,
-                          row->region,
-                          {row->latitude, row->longitude},
-                          row->timeZone,
-                          enumFromName<PlaceChoice>(row->notifications),
-                          row->warningSource.empty() ? std::nullopt : std::optional(row->warningSource)}};
+  auto const row = decodeJson<PlaceRow>(text);
+  auto place = row ? savedPlace(*row, id) : std::nullopt;
+  if (!place) return std::nullopt;
+  return PositionedPlace{row->position, std::move(*place)};
 }
 
 PlaceList decoded(SettingValues const& rows) {

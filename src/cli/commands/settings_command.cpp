@@ -1,3 +1,4 @@
+#include "app/settings/setting_text.h"
 #include "base/json/json.h"
 #include "base/text/display_text.h"
 #include "base/text/number.h"
@@ -11,16 +12,6 @@ namespace {
 constexpr std::string_view kHidden = "•••";
 /// Lists of rules are longer than any terminal is wide; `get` shows them whole.
 constexpr int kWidestValue = 60;
-
-std::string shown(SettingValue const& value) {
-  struct Shown {
-    std::string operator()(bool flag) const { return flag ? "true" : "false"; }
-    std::string operator()(std::int64_t number) const { return std::to_string(number); }
-    std::string operator()(double number) const { return plainDecimal(number); }
-    std::string operator()(std::string const& text) const { return text; }
-  };
-  return std::visit(Shown{}, value);
-}
 
 /// Lists tell of a secret only that there is one.
 SettingValue listedValue(Settings const& settings, SettingDefinition const& definition) {
@@ -48,12 +39,12 @@ std::string table(Pairs const& pairs, Settings const& settings) {
   int values = 0;
   for (auto const& [definition, value] : pairs) {
     keys = std::max(keys, displayWidth(definition.key));
-    values = std::max(values, std::min(kWidestValue, displayWidth(shown(value))));
+    values = std::max(values, std::min(kWidestValue, displayWidth(settingText(value))));
   }
   std::string out;
   for (auto const& [definition, value] : pairs) {
     out += fitted(definition.key, keys) + (settings.isChosen(definition.key) ? " * " : "   ") +
-           fitted(shown(value), values) + "  " + std::string(definition.explanation) + "\n";
+           fitted(settingText(value), values) + "  " + std::string(definition.explanation) + "\n";
   }
   return out;
 }
@@ -98,7 +89,7 @@ int runSettings(CommandLine const& line, Session const& session) {
   if (reading.problem) return session.fail(exitCode::kUnavailable, reading.problem->message);
   if (definition == nullptr) return list(line, session, reading);
   SettingValue const value = reading.settings.value(options.key);
-  session.console.out(options.json ? json({{*definition, value}}) : shown(value) + "\n");
+  session.console.out(options.json ? json({{*definition, value}}) : settingText(value) + "\n");
   return exitCode::kComplete;
 }
 

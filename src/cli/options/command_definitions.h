@@ -48,6 +48,7 @@ void definePlaces(Command app, CommandLine& line, RawOptions& raw);
 void defineRules(Command app, CommandLine& line, RawOptions& raw);
 void defineRegions(Command app, CommandLine& line, RawOptions& raw);
 void defineSettings(Command app, CommandLine& line, RawOptions& raw);
+void defineUserData(Command app, CommandLine& line, RawOptions& raw);
 void defineShell(Command app, CommandLine& line);
 
 }  // namespace nimbara

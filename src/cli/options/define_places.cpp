@@ -94,4 +94,19 @@ void defineSettings(Command app, CommandLine& line, RawOptions& raw) {
   define("reset", "Restore the default", Action::reset);
 }
 
+void defineUserData(Command app, CommandLine& line, RawOptions& raw) {
+  Command const written = app.command("export", "Write your settings, rules and places to a file");
+  written.option("FILE", line.userData.file, "Where to write; - writes to standard output").required();
+  written.flag("--secrets", line.userData.secrets, "Include keys and tokens");
+  defineCommon(written, line, raw);
+  written.whenGiven([&line] { line.run = runExport; });
+  Command const taken = app.command("import", "Take settings, rules and places from an exported file");
+  taken.option("FILE", line.userData.file, "What nimbara export has written").required();
+  defineCommon(taken, line, raw);
+  taken.whenGiven([&line] {
+    line.run = runImport;
+    line.needsStore = true;
+  });
+}
+
 }  // namespace nimbara

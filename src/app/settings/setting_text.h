@@ -1,0 +1,12 @@
+#pragma once
+
+#include "platform/settings.h"
+
+#include <string>
+
+namespace nimbara {
+
+/// The text that `parsedSetting` takes for the value.
+std::string settingText(SettingValue const& value);
+
+}  // namespace nimbara
