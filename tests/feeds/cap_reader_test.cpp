@@ -120,12 +120,51 @@ TEST(CapReader, LeavesOutWhatItCannotRead) {
                          {"2399-11-21T06:00:00Z", at("2399-11-21T06:00:00Z")},
                          {"2400-11-21T06:00:00Z", at("1857-11-21T06:00:00Z")},
                          {"\n 2026-11-21T06:00:00-00:00 ", at("2026-11-21T06:00:00Z")},
+                         {"2026-11-30T24:00:00+01:00", at("2026-11-30T23:00:00Z")},
+                         {"2026-11-30T24:00:01+01:00", {}},
                          {"tomorrow", {}},
                          {"", {}}}) {
     CapBlock block;
     block.onset = row.text;
     EXPECT_EQ(blockOf(block).onset, row.read) << row.text;
   }
+}
+
+/// What follows the declaration of its encoding is the same in all of them.
+TEST(CapReader, ReadsDocumentsAsTheyAreSent) {
+  std::string const rest = "<alert><identifier>K\u00fc</identifier></alert>";
+  auto const wide = [](std::string_view text) {
+    std::string units = "\xFF\xFE";
+    for (char const c : text) (units += c) += '\0';
+    return units;
+  };
+  std::string const declared16 = R"(<?xml version="1.0" encoding="UTF-16"?>)";
+  std::string const ascii = "<alert><identifier>Ku</identifier></alert>";
+  using Row = std::pair<std::string, std::string>;
+  for (auto const& [body, identifier] :
+       {Row{rest, "K\u00fc"}, Row{"\xEF\xBB\xBF" + rest, "K\u00fc"}, Row{declared16 + rest, "K\u00fc"},
+        Row{wide(declared16 + ascii), "Ku"}, Row{wide(ascii), "Ku"},
+        Row{"\r\n <?xml version=\"1.0\"?>" + rest, "K\u00fc"}, Row{rest + std::string("\n\0", 2), "K\u00fc"},
+        Row{"<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><alert><identifier>K\xFC</identifier></alert>",
+            "K\u00fc"},
+        Row{"<alert><identifier><![CDATA[K<\u00fc]]></identifier></alert>", "K<\u00fc"}}) {
+    auto const read = parseCap(body);
+    ASSERT_TRUE(read) << read.error() << "\n" << body;
+    EXPECT_EQ(read->identifier, identifier);
+  }
+  EXPECT_FALSE(parseCap("<alert><identifier>K\xFC</identifier></alert>"));
+  EXPECT_FALSE(parseCap(std::string("<alert>\0</alert>", 16)));
+}
+
+/// Order is never guessed, what is not to be read as it stands draws nothing.
+TEST(CapReader, TakesCornersInTheirOrderAlone) {
+  using Row = std::pair<std::string, std::size_t>;
+  for (auto const& [corners, polygons] :
+       {Row{"\n10,20\t10,21  11,21\r\n10,20 ", 1}, Row{"10, 20 10, 21 11, 21", 1},
+        Row{"+10,+20 10,21 11,21", 1}, Row{"120,10 121,10 121,11", 0}, Row{"10,20;10,21;11,21", 0},
+        Row{"10 20 10 21 11 21", 0}, Row{"10,20,0 10,21,0 11,21,0", 0}, Row{"10,190 10,191 11,191", 0},
+        Row{"nan,1 2,3 3,4", 0}})
+    EXPECT_EQ(areaOf("<polygon>" + corners + "</polygon>").polygons.size(), polygons) << corners;
 }
 
 TEST(CapReader, PassesOverSignaturesAndWhatItDoesNotKnow) {

@@ -26,7 +26,14 @@ std::string inCommonEra(std::string_view text) {
 }  // namespace
 
 std::optional<Instant> capDate(std::string_view text) {
-  return parseIso8601(inCommonEra(trimmed(text)));
+  constexpr std::string_view kMidnight = "24:00:00";
+  constexpr std::size_t kDateLength = std::string_view("2026-11-22T").size();
+  std::string date = inCommonEra(trimmed(text));
+  bool const isEndOfDay =
+      date.size() > kDateLength && date.compare(kDateLength, kMidnight.size(), kMidnight) == 0;
+  if (!isEndOfDay) return parseIso8601(date);
+  auto const begin = parseIso8601(date.replace(kDateLength, 2, "00"));
+  return begin.transform([](Instant instant) { return instant + std::chrono::days(1); });
 }
 
 std::vector<CapReference> capReferences(std::string_view text) {

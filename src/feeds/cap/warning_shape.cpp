@@ -35,6 +35,7 @@ class Scanner {
     auto const latitude = number();
     if (!latitude || !rest_.starts_with(',')) return std::nullopt;
     rest_.remove_prefix(1);
+    skipBlanks();
     auto const longitude = number();
     if (!longitude || !isValid({*latitude, *longitude})) return std::nullopt;
     return Coordinate{*latitude, *longitude};

@@ -1,5 +1,7 @@
 #include "feeds/fetching/xml_reader.h"
 
+#include "base/text/text.h"
+
 #include <expat.h>
 
 #include <limits>
@@ -11,6 +13,24 @@ namespace {
 
 std::string_view withoutPrefix(std::string_view name) {
   return name.substr(name.find(':') + 1);
+}
+
+/// Some services put an empty line before their documents, or a zero behind them.
+std::string_view withoutRims(std::string_view document) {
+  auto const first = document.find_first_not_of(" \t\r\n");
+  if (first == std::string_view::npos || document[first] != '<') return document;
+  document.remove_prefix(first);
+  bool const isWide = document.size() > 1 && document[1] == '\0';
+  while (!isWide && document.ends_with('\0')) document.remove_suffix(1);
+  return document;
+}
+
+/// Documents that are written as texts of 16 bits and then sent in bytes still say the former of themselves.
+/// What begins with "<?" in bytes is none of those.
+char const* encodingOf(std::string_view document) {
+  if (!document.starts_with("<?xml")) return nullptr;
+  std::string const declaration = asciiLowered(document.substr(0, document.find("?>")));
+  return declaration.contains("utf-16") ? "UTF-8" : nullptr;
 }
 
 }  // namespace
@@ -59,8 +79,9 @@ void XmlReader::refuse(std::string_view reason) {
 Result<void, std::string> XmlReader::read(std::string_view document) {
   if (document.size() > std::size_t{std::numeric_limits<int>::max()})
     return std::unexpected("it is too long");
-  std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> const parser(XML_ParserCreate(nullptr),
-                                                                            &XML_ParserFree);
+  document = withoutRims(document);
+  std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> const parser(
+      XML_ParserCreate(encodingOf(document)), &XML_ParserFree);
   parser_ = parser.get();
   XML_SetUserData(parser_, this);
   XML_SetElementHandler(parser_, &Callbacks::begin, &Callbacks::end);
