@@ -45,6 +45,7 @@ TEST_F(NowcastCommand, HasASourceByThePlace) {
            PlaceRow{"59.9139,10.7522",
                     R"({"source":"metNorway","kind":"radar","issued":"2026-11-21T09:20:00Z",)",
                     "MET Norway, radar, 2 min ago"},
+           {"48.21,16.37", R"({"source":"brightSky","kind":"radar",)", "Deutscher Wetterdienst, radar"},
            {"52.52,13.41", R"({"source":"brightSky","kind":"radar","issued":null,)",
             "Deutscher Wetterdienst, radar, just now"},
            {"53.5511,9.9937", R"({"source":"brightSky","kind":"radar",)", "Deutscher Wetterdienst, radar"},
@@ -96,6 +97,47 @@ TEST_F(NowcastCommand, FailsWhereItCouldNotBeChecked) {
   }
   CliRun const text = run({"59.9139,10.7522"}, {{Service::yrNo, DemoFault::Kind::status500}});
   EXPECT_EQ(text.out, "");
+}
+
+TEST_F(NowcastCommand, TellsARadarThatIsDownFromNone) {
+  CliRun const tromso = run({"69.65,18.96", "--json"});
+  EXPECT_EQ(tromso.exitCode, exitCode::kUnavailable);
+  EXPECT_THAT(tromso.out, HasSubstr(R"("reason":"its radar is temporarily unavailable")"));
+  EXPECT_EQ(
+      tromso.err,
+      "nimbara: the nowcast of MET Norway could not be checked: its radar is temporarily unavailable\n");
+  for (char const* const uncovered : {"69.73,30.05", "-1.29,36.82"}) {
+    CliRun const none = run({uncovered});
+    EXPECT_EQ(none.exitCode, 0);
+    EXPECT_EQ(none.out, "No rain radar and no 15-minute model covers this place\n");
+  }
+}
+
+/// Status bars: what another command asked for is shown, and nobody is asked but with --fresh.
+TEST_F(NowcastCommand, IsAFieldOfTheLine) {
+  std::string const now = "2026-11-21T02:22:00Z";
+  FixedClock const clock(at(now));
+  auto const server = *DemoServer::start(clock, {});
+  auto const shown = [&](std::vector<std::string> words, std::string const& at = "2026-11-21T02:22:00Z") {
+    words.insert(words.end(), {"--services", server->baseUrl(), "--now", at});
+    return test::run(words, environment_);
+  };
+  std::vector<std::string> const line{"line", "60.39,5.32", "--format", "{nowcast}"};
+  EXPECT_EQ(shown({"line", "60.39,5.32", "--fresh", "--format", "{temperature}"}).exitCode, 0);
+  EXPECT_EQ(shown(line).out, "–\n") << "nobody has asked";
+  std::vector<std::string> fresh = line;
+  fresh.emplace_back("--fresh");
+  EXPECT_EQ(shown(fresh).out, "Snow starting around 3:45 AM, until at least 5:15 AM\n");
+  EXPECT_EQ(shown(line).out, shown(fresh).out);
+  EXPECT_EQ(shown(line, "2026-11-21T02:51:59Z").out, shown(fresh).out);
+  EXPECT_EQ(shown(line, "2026-11-21T02:52:01Z").out, "–\n") << "that is too long ago";
+  EXPECT_THAT(
+      shown({"waybar", "60.39,5.32"}).out,
+      HasSubstr("\\nSnow starting around 3:45 AM, until at least 5:15 AM (MET Norway, radar, 2 min ago)"));
+  std::vector<std::string> const nairobi{"line", "-1.29,36.82", "--fresh", "--format", "{nowcast}|"};
+  EXPECT_EQ(shown(nairobi).out, "|\n") << "nobody offers it";
+  std::vector<std::string> const tromso{"line", "69.65,18.96", "--fresh", "--format", "{nowcast}"};
+  EXPECT_THAT(shown(tromso).out, HasSubstr("the radar of MET Norway is temporarily unavailable"));
 }
 
 TEST_F(NowcastCommand, SaysWhenItBeginsInThePlacesTime) {

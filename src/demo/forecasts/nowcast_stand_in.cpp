@@ -37,6 +37,14 @@ double roundedTo(int decimals, double value) {
   return std::round(value * scale) / scale;
 }
 
+/// There is one of each.
+std::string_view coverageAt(Coordinate place) {
+  constexpr double kNorthernmost = 69;
+  constexpr double kEasternmost = 25;
+  if (place.latitude < kNorthernmost) return "ok";
+  return place.longitude < kEasternmost ? "temporarily unavailable" : "no coverage";
+}
+
 void writeMetStep(JsonWriter& json, Coordinate place, Instant time, bool isFirst) {
   DemoWeather const weather = weatherIn(place, time, kFrame);
   json.separate();
@@ -49,7 +57,7 @@ void writeMetStep(JsonWriter& json, Coordinate place, Instant time, bool isFirst
   json.key("details");
   json.beginObject();
   if (isFirst) json.member("air_temperature", roundedTo(1, weather.temperature));
-  json.member("precipitation_rate", roundedTo(2, weather.precipitation));
+  if (coverageAt(place) == "ok") json.member("precipitation_rate", roundedTo(2, weather.precipitation));
   json.endObject();
   json.endObject();
   if (isFirst) {
@@ -77,7 +85,7 @@ std::string metBody(Coordinate place, Instant begin) {
   json.key("meta");
   json.beginObject();
   json.member("updated_at", begin);
-  json.member("radar_coverage", "ok");
+  json.member("radar_coverage", coverageAt(place));
   json.endObject();
   json.key("timeseries");
   json.beginList();

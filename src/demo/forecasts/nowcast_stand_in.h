@@ -7,7 +7,8 @@
 
 namespace nimbara {
 
-/// "/weatherapi/nowcast/2.0/complete": 422 for a place that is in none of its countries.
+/// "/weatherapi/nowcast/2.0/complete": 422 for a place that is in none of its countries. Beyond 69° N the
+/// radar is "temporarily unavailable", and farther east than 25° there it has "no coverage".
 DemoAnswer metNorwayNowcast(DemoRequest const& request, Instant now);
 
 /// "/radar" with "format=plain": 404 for a place beyond the composite.
