@@ -71,10 +71,13 @@ ConditionOperator usualOperator(CustomNotification const& rule, RulesOptions con
 }
 
 void setCondition(CustomNotification& rule, RulesOptions const& options) {
+  bool const wasWithin = kindOf(rule.conditionType).isWithin();
   if (options.type) rule.conditionType = *enumFromName<ConditionType>(*options.type);
+  // No other kind is compared as this one is.
+  bool const isOther = wasWithin != kindOf(rule.conditionType).isWithin();
   if (options.comparison) {
     rule.conditionOperator = *enumFromName<ConditionOperator>(*options.comparison);
-  } else if (options.action == RulesOptions::Action::add || options.type) {
+  } else if (options.action == RulesOptions::Action::add || isOther) {
     rule.conditionOperator = usualOperator(rule, options);
   }
   if (options.threshold) rule.threshold = *options.threshold;
