@@ -1,6 +1,7 @@
 #include "base/time/calendar.h"
 #include "base/time/hour_clock.h"
 #include "base/time/instant.h"
+#include "base/words/moment_text.h"
 #include "base/words/time_words.h"
 #include "support/instants.h"
 
@@ -141,6 +142,25 @@ TEST(TimeWords, TellHowOldSomethingIs) {
                                   {-121s, "dated in the future"},
                                   {-24h * 154, "dated in the future"}}) {
     EXPECT_EQ(ageText(now - age, now, english), text) << age.count();
+  }
+}
+
+TEST(MomentText, HasThePrepositionsOfTheLanguage) {
+  Instant const now = at("2026-11-21T10:00:00Z");
+  struct Row {
+    char const* locale;
+    char const *key, *today, *tomorrow;
+  };
+  for (Row const& row :
+       {Row{"en", "warning.until", "until 4:05 PM", "until Sunday 4:05 PM"},
+        Row{"es@hours=h23", "warning.until", "hasta las 16:05", "hasta el domingo a las 16:05"},
+        Row{"pt@hours=h23", "warning.from", "a partir das 16:05", "a partir de domingo às 16:05"},
+        Row{"fr@hours=h23", "warning.issued", "émise à 16:05", "émise dimanche à 16:05"},
+        Row{"de@hours=h23", "warning.issued", "herausgegeben um 16:05", "herausgegeben Sonntag um 16:05"}}) {
+    Texts const texts = Texts::load(row.locale);
+    TimeWords const words(texts, zone("UTC"));
+    EXPECT_EQ(momentText(row.key, at("2026-11-21T16:05:00Z"), now, words, texts), row.today);
+    EXPECT_EQ(momentText(row.key, at("2026-11-22T16:05:00Z"), now, words, texts), row.tomorrow);
   }
 }
 

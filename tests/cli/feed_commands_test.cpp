@@ -75,8 +75,15 @@ TEST_F(FeedCommands, AnswerWithOneWhereWarningsCouldNotBeChecked) {
   CliRun const kept = run(arguments, down, "2026-11-21T09:30:00Z");
   EXPECT_EQ(kept.exitCode, exitCode::kUnavailable) << "what is kept is not the answer";
   EXPECT_THAT(kept.out, HasSubstr("could not be checked since"));
-  EXPECT_EQ(kept.err,
-            "nimbara: the warnings of MeteoAlarm could not be checked: the service returned status 500\n");
+  EXPECT_EQ(
+      kept.err,
+      "nimbara: the warnings of MeteoAlarm for Berlin could not be checked: the service returned status "
+      "500\n");
+  std::vector<std::string> states = arguments;
+  states.emplace_back("--coverage");
+  EXPECT_EQ(run(states, down, "2026-11-21T09:30:00Z").exitCode, 0) << "the state is known";
+  for (auto const& [option, code] : {std::pair("--geometry", exitCode::kUsage), {"--map", 0}})
+    EXPECT_EQ(run({"alerts", "52.52,13.41", "--source", "meteoalarm", option}).exitCode, code) << option;
 }
 
 TEST_F(FeedCommands, RefuseCoordinatesThatAreNone) {

@@ -1,3 +1,4 @@
+#include "notifications/catalogue.h"
 #include "notifications/engine/event_bound.h"
 #include "notifications/log/notification_log.h"
 #include "support/notification_engine.h"
@@ -78,6 +79,23 @@ TEST_F(Flood, TellsTheGreatestAndCountsTheRest) {
   EXPECT_EQ(told.back().title, "1980 more earthquakes");
   EXPECT_THAT(told.back().body, HasSubstr("Somewhere 1979"));
   EXPECT_LT(report.plan.decisions.size(), 150U);
+}
+
+TEST(BoundedEvents, NameThePlacesOfTheRestAndPartTheLinesOfTheGreatest) {
+  std::vector<Decision> decisions(kMostEvents + 3);
+  for (std::size_t i = 0; i < decisions.size(); ++i) {
+    decisions[i].rule = ruleOf("earthquake_q");
+    decisions[i].outcome = RuleOutcome::announced;
+    decisions[i].greatness = static_cast<double>(decisions.size() - i);
+    decisions[i].place = i % 2 == 0 ? "Lagos" : "Lima";
+    decisions[i].request.title = "Quake";
+    decisions[i].request.body = "Near.\nTake cover.";
+  }
+  Texts const& texts = *test::sharedEnglishTexts();
+  EXPECT_EQ(boundedEvents(decisions, texts).back().request.body,
+            "Most severe: Quake — " + joinedLines("Near.\nTake cover.") + "\nPlaces: Lagos, Lima");
+  for (Decision& decision : decisions) decision.place = "Lima";
+  EXPECT_THAT(boundedEvents(decisions, texts).back().request.body, Not(HasSubstr("Places")));
 }
 
 TEST_F(Flood, IsToldOnce) {

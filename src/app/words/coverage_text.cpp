@@ -1,7 +1,7 @@
 #include "app/words/coverage_text.h"
 
 #include "base/words/country_names.h"
-#include "base/words/time_words.h"
+#include "base/words/moment_text.h"
 #include "feeds/fetching/failure_words.h"
 
 namespace nimbara {
@@ -19,11 +19,10 @@ std::string withKnown(std::string const& sentence, std::size_t count, Texts cons
 std::string uncheckedText(SourceCoverage const& coverage, Texts const& texts, TimeWords const& words,
                           Instant now) {
   std::string const reason = coverage.reason ? failureText(*coverage.reason, texts) : std::string();
-  std::string const since = coverage.since ? words.moment(*coverage.since, now) : std::string();
-  if (since.empty())
+  if (!coverage.since)
     return std::string(texts.text(reason.empty() ? "coverage.notYet" : "warning.neverChecked"));
-  std::string sentence = reason.empty() ? texts.format("warning.uncheckedSince", since)
-                                        : texts.format("coverage.unchecked", since, reason);
+  std::string sentence = momentText("warning.uncheckedSince", *coverage.since, now, words, texts);
+  if (!reason.empty()) sentence = texts.format("coverage.unchecked", sentence, reason);
   if (coverage.alsoAsked)
     sentence = texts.format("coverage.sentences", sentence, alsoAskedText(coverage, texts));
   return withKnown(sentence, coverage.count, texts);

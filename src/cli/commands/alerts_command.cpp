@@ -47,7 +47,7 @@ class AlertsRun {
     sortMostSevereFirst(alerts_);
     session_.console.out(rendered());
     for (std::string const& sentence : missing_) context_.tell(sentence);
-    return missing_.empty() ? exitCode::kComplete : exitCode::kUnavailable;
+    return isIncomplete_ ? exitCode::kUnavailable : exitCode::kComplete;
   }
 
  private:
@@ -58,7 +58,10 @@ class AlertsRun {
 
   void gatherGenerated() {
     auto answer = context_.app().forecasts().get(place_, WeatherProviderOption::automatic, session_.stop);
-    if (!answer) return missing_.push_back(context_.sentenceOf(answer.error()));
+    if (!answer) {
+      isIncomplete_ = true;
+      return missing_.push_back(context_.sentenceOf(answer.error()));
+    }
     context_.tell(context_.note(*answer));
     generatedCount_ = answer->alerts.size();
     std::ranges::move(answer->alerts, std::back_inserter(alerts_));
@@ -81,8 +84,11 @@ class AlertsRun {
     for (GovSourceState const& state : official.sources) {
       // What is kept of an earlier check, and shown, is not the answer.
       if (state.checkedAt && !state.failedSince) continue;
-      missing_.push_back("the warnings of " + warningServiceName(state.name) + " could not be checked: " +
-                         (state.failure ? context_.plain(*state.failure) : std::string()));
+      // Where the states are asked for, a check that failed is part of the answer.
+      isIncomplete_ = isIncomplete_ || !options_.coverage;
+      missing_.push_back(
+          "the warnings of " + warningServiceName(state.name) + " for " + placeName() +
+          " could not be checked: " + (state.failure ? context_.plain(*state.failure) : std::string()));
     }
     coverage_ = coverageOf(official, officialPlace_.countryCode);
     isNotServed_ = official.sources.empty();
@@ -108,8 +114,12 @@ class AlertsRun {
     return out + (isDoubtful() ? checks + "\n" + list : list + "\n" + checks);
   }
 
+  std::string placeName() const {
+    return place_.name.empty() ? formatCoordinate(place_.coordinate) : oneLine(place_.name);
+  }
+
   std::string heading() const {
-    std::string place = place_.name.empty() ? formatCoordinate(place_.coordinate) : place_.name;
+    std::string place = placeName();
     if (!place_.country.empty() && place_.country != place)
       place += ", " + countryText(place_.coordinate, place_.country, context_.texts());
     return context_.texts().format("alerts.heading", oneLine(place));
@@ -136,8 +146,11 @@ class AlertsRun {
     if (entry.source.empty()) entry.source = context_.texts().text("alerts.fromForecast");
     if (options_.map) {
       auto const outlines = context_.app().feeds().regions().outlines();
+      Texts const& texts = context_.texts();
       entry.map =
           areaMap(alertOutlines(alert, outlines.get()), place_.coordinate, widthOf(session_) - 2, style_);
+      entry.map += entry.map.empty() ? std::string(texts.text("desktop.warning.noMap")) + "\n"
+                                     : areaMapLegend(placeName(), texts, style_);
     }
     return entry;
   }
@@ -151,10 +164,8 @@ class AlertsRun {
         named.append(named.empty() ? "" : ", ").append(source.service);
     }
     auto const route = warningRoute(officialPlace_);
-    std::string const place =
-        place_.name.empty() ? formatCoordinate(place_.coordinate) : oneLine(place_.name);
-    return context_.texts().format("coverage.notServed", place, named, warningServiceName(route.front()),
-                                   route.front());
+    return context_.texts().format("coverage.notServed", placeName(), named,
+                                   warningServiceName(route.front()), route.front());
   }
 
   /// What each source that was asked has said.
@@ -219,6 +230,7 @@ class AlertsRun {
   bool isNotServed_ = false;                   ///< by any of them
   std::optional<std::size_t> generatedCount_;  ///< of alerts, where there is a forecast
   std::vector<std::string> missing_;           ///< sources that gave no answer now, a sentence each
+  bool isIncomplete_ = false;                  ///< for want of one of them
 };
 
 }  // namespace

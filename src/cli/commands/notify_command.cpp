@@ -26,6 +26,13 @@ namespace nimbara {
 
 namespace {
 
+/// With the places whose official warnings it has, as a list of names.
+struct FailedFeed {
+  InputFailure failure;
+  std::string places;
+  std::vector<std::string> named = {};
+};
+
 class NotifyRun {
  public:
   NotifyRun(CommandLine const& line, Session const& session)
@@ -123,7 +130,7 @@ class NotifyRun {
   std::shared_ptr<WeatherData const> weatherOf(Place const& place, std::stop_token const& stop) {
     auto answer = context_.app().forecasts().get(place, WeatherProviderOption::automatic, stop);
     if (!answer) {
-      tellOnce(context_.sentenceOf(answer.error()));
+      tellOnce(named(place.name, context_.sentenceOf(answer.error())));
       lacksForecast_ = true;
       return nullptr;
     }
@@ -134,8 +141,8 @@ class NotifyRun {
   int tell(PassReport const& report) {
     for (std::string const& problem : report.problems) tellOnce(problem);
     if (recording_ != nullptr) context_.tell(recording_->problem());
-    for (Decision const& decision : report.plan.decisions) noteFailedFeed(decision.failure);
-    for (InputFailure const& failure : failedFeeds_) tellOnce(context_.plain(failure));
+    for (Decision const& decision : report.plan.decisions) noteFailedFeed(decision.failure, decision.place);
+    for (FailedFeed const& feed : failedFeeds_) tellOnce(named(feed.places, context_.plain(feed.failure)));
     session_.console.out(rendered(report.plan));
     if (report.end == PassReport::End::denied) {
       return session_.fail(exitCode::kUnavailable,
@@ -152,15 +159,24 @@ class NotifyRun {
 
   void noteFailedFeeds(RuleInputs const& place) {
     for (std::size_t i = 0; i < enumNames<RuleInput>.size(); ++i) {
-      noteFailedFeed(place.failureOf({static_cast<RuleInput>(i)}));
+      noteFailedFeed(place.failureOf({static_cast<RuleInput>(i)}), place.place.name);
     }
   }
 
   /// Not those that nobody has set up.
-  void noteFailedFeed(std::optional<InputFailure> const& failure) {
+  void noteFailedFeed(std::optional<InputFailure> const& failure, std::string const& place) {
     if (!failure || failure->failure.kind == ServiceFailure::Kind::notConfigured) return;
-    bool const isKnown = std::ranges::find(failedFeeds_, *failure) != failedFeeds_.end();
-    if (!isKnown) failedFeeds_.push_back(*failure);
+    auto found = std::ranges::find(failedFeeds_, *failure, &FailedFeed::failure);
+    if (found == failedFeeds_.end()) found = failedFeeds_.insert(found, {*failure, {}});
+    // The others are asked for the world at once.
+    if (failure->input != RuleInput::govAlerts || place.empty()) return;
+    if (std::ranges::find(found->named, place) != found->named.end()) return;
+    found->named.push_back(place);
+    found->places += (found->places.empty() ? "" : ", ") + oneLine(place);
+  }
+
+  static std::string named(std::string const& places, std::string const& sentence) {
+    return places.empty() ? sentence : places + ": " + sentence;
   }
 
   /// However many rules or places it silences.
@@ -211,8 +227,8 @@ class NotifyRun {
   std::vector<WatchedPlace> places_;
   std::vector<CustomNotification> rules_;
   bool lacksForecast_ = false;
-  std::vector<InputFailure> failedFeeds_;  ///< each once, in the order of the feeds
-  std::set<std::string> told_;             ///< problems
+  std::vector<FailedFeed> failedFeeds_;  ///< each once, in the order of the feeds
+  std::set<std::string> told_;           ///< problems
 };
 
 }  // namespace

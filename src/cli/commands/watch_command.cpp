@@ -23,7 +23,9 @@ class Watch {
       : line_(line),
         session_(session),
         clock_(runningClock(line.common.now)),
-        log_(session.console, *clock_, [this] { return engine_->wording()->texts; }, line.watch.json) {}
+        log_(
+            session.console, *clock_, session.environment.machineCalendar,
+            [this] { return engine_->wording()->texts; }, line.watch.json) {}
 
   int run() {
     {

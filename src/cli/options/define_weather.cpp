@@ -45,9 +45,10 @@ void defineAlerts(Command app, CommandLine& line, RawOptions& raw) {
       .called("LIST");
   defineStatedRegions(command, options.stated);
   command.flag("--coverage", options.coverage, "With --json, add the state of each official source");
-  command.flag("--geometry", options.geometry, "With --json, add the area of each warning as GeoJSON");
+  Option const json = command.flag("--json", options.json, kJson);
+  command.flag("--geometry", options.geometry, "With --json, add the area of each warning as GeoJSON")
+      .needs(json);
   command.flag("--map", options.map, "Draw the area of each warning on a small map with the place");
-  command.flag("--json", options.json, kJson);
   defineCommon(command, line, raw);
   command.whenGiven([&line] { line.run = runAlerts; });
 }

@@ -50,13 +50,22 @@ class Grid {
   MapPoint place_;
 };
 
+std::string placeSign(Style const& style) {
+  return style.painted(style.ascii ? "X" : "◉", Colour::bold);
+}
+
+std::string areaSign(std::string_view sign, Style const& style) {
+  return style.painted(style.ascii ? "#" : sign, Colour::warning);
+}
+
+std::string landSign(Style const& style) {
+  return style.painted(style.ascii ? "." : "·", Colour::dim);
+}
+
 std::string cellText(Cell const& cell, Style const& style) {
-  if (cell.isPlace) return style.painted(style.ascii ? "X" : "◉", Colour::bold);
-  if (cell.above || cell.below) {
-    std::string_view const sign = style.ascii ? "#" : !cell.below ? "▀" : !cell.above ? "▄" : "█";
-    return style.painted(sign, Colour::warning);
-  }
-  return cell.isLand ? style.painted(style.ascii ? "." : "·", Colour::dim) : " ";
+  if (cell.isPlace) return placeSign(style);
+  if (cell.above || cell.below) return areaSign(!cell.below ? "▀" : !cell.above ? "▄" : "█", style);
+  return cell.isLand ? landSign(style) : " ";
 }
 
 }  // namespace
@@ -72,6 +81,12 @@ std::string areaMap(AlertOutlines const& area, Coordinate place, int width, Styl
     out += line + "\n";
   }
   return out;
+}
+
+std::string areaMapLegend(std::string const& name, Texts const& texts, Style const& style) {
+  return placeSign(style) + " " + style.text(name) + "  " + areaSign("█", style) + " " +
+         style.text(texts.text("alerts.map.area")) + "  " + landSign(style) + " " +
+         style.text(texts.text("alerts.map.land")) + "\n";
 }
 
 }  // namespace nimbara

@@ -301,7 +301,8 @@ std::string logText(std::vector<LoggedNotification> const& log, ReasonWords cons
   for (LoggedNotification const& line : log | std::views::reverse) {
     std::string const title = oneLine(line.title.empty() ? line.identifier : line.title);
     std::string const place = line.place.empty() ? "" : " (" + oneLine(line.place) + ")";
-    text += formatIso8601(line.time) + "  " + style.painted(title, Colour::bold) + place + "\n  " +
+    text += TimeWords(words.texts, words.calendar).moment(line.time, words.now) + "  " +
+            style.painted(title, Colour::bold) + place + "\n  " +
             oneLine(reasonText(line, words.units, words.texts), 1000) + "\n";
   }
   return text.empty() ? std::string(words.texts.text("notify.log.empty")) + "\n" : text;

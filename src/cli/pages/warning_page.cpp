@@ -2,7 +2,7 @@
 
 #include "app/words/coverage_text.h"
 #include "base/text/text.h"
-#include "base/words/time_words.h"
+#include "base/words/moment_text.h"
 #include "feeds/alerts/warning_words.h"
 
 namespace nimbara {
@@ -26,10 +26,6 @@ AlertSeverity severityOf(NWSAlertSeverity severity) {
       break;
   }
   return AlertSeverity::info;
-}
-
-std::string momentText(Instant moment, WarningPageContext const& context) {
-  return TimeWords(context.texts, context.calendar).moment(moment, context.now);
 }
 
 std::string paragraph(std::string const& text, WarningPageContext const& context) {
@@ -86,7 +82,8 @@ std::string sourceText(WarningEntry const& entry, WarningPageContext const& cont
     text = context.texts.format("warning.issuedBy", oneLine(entry.issuer), entry.source);
   if (!entry.issued) return text;
   return text + (text.empty() ? "" : ", ") +
-         context.texts.format("warning.issued", momentText(*entry.issued, context));
+         momentText("warning.issued", *entry.issued, context.now, TimeWords(context.texts, context.calendar),
+                    context.texts);
 }
 
 std::string rendered(WarningEntry const& entry, WarningPageContext const& context) {

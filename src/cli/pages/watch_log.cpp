@@ -4,6 +4,8 @@
 #include "base/text/text.h"
 #include "platform/linux/resident_code.h"
 
+#include <fmt/chrono.h>
+
 #include <algorithm>
 #include <iterator>
 #include <malloc.h>
@@ -53,7 +55,7 @@ void WatchLog::passed(PassReport const& report) {
 }
 
 void WatchLog::happened(std::string_view event) {
-  if (!json_) return write(formatIso8601(clock_.now()) + " " + std::string(event));
+  if (!json_) return write(stamp() + std::string(event));
   JsonWriter writer;
   writer.beginObject();
   writer.member("event", event);
@@ -63,12 +65,13 @@ void WatchLog::happened(std::string_view event) {
 }
 
 std::string WatchLog::lineOf(AppState::RefreshReport const& report, APIError const* failure) const {
-  std::string line = formatIso8601(clock_.now()) + " " + nameOf(report.place) + ": ";
+  std::string line = stamp() + nameOf(report.place) + ": ";
   if (failure != nullptr) return line + AppError::of(*failure).text(*texts_());
   ForecastAnswer const& answer = *report.outcome;
-  std::string const provider(answer.provider ? enumName(*answer.provider) : "unknown");
-  return line + (answer.fromCache ? "cached forecast from " : "forecast from ") + provider + ", " +
-         std::to_string(answer.alerts.size()) + " alerts";
+  Texts const& texts = *texts_();
+  line += answer.alerts.empty() ? std::string(texts.text("alerts.forecast.none"))
+                                : texts.format("alerts.forecast", answer.alerts.size());
+  return answer.provider ? line + " (" + std::string(enumName(*answer.provider)) + ")" : line;
 }
 
 std::string WatchLog::jsonOf(AppState::RefreshReport const& report, APIError const* failure) const {
@@ -94,7 +97,10 @@ std::string WatchLog::jsonOf(AppState::RefreshReport const& report, APIError con
 
 std::string WatchLog::lineOf(Decision const& decision) const {
   std::string const name = decision.request.title.empty() ? decision.key : decision.request.title;
-  return formatIso8601(clock_.now()) + " " + std::string(enumName(decision.outcome)) + ": " + oneLine(name);
+  std::string const place = decision.place.empty() ? "" : oneLine(decision.place) + ": ";
+  std::string_view const outcome =
+      texts_()->text("explain.outcome." + std::string(enumName(decision.outcome)));
+  return stamp() + place + oneLine(name) + " – " + std::string(outcome);
 }
 
 std::string WatchLog::jsonOf(Decision const& decision) const {
@@ -120,7 +126,7 @@ void WatchLog::wentWrong(std::vector<std::string> problems) {
 }
 
 std::string WatchLog::lineOf(std::string const& problem) const {
-  if (!json_) return formatIso8601(clock_.now()) + " " + oneLine(problem);
+  if (!json_) return stamp() + oneLine(problem);
   JsonWriter writer;
   writer.beginObject();
   writer.member("event", "problem");
@@ -128,6 +134,14 @@ std::string WatchLog::lineOf(std::string const& problem) const {
   writer.member("problem", problem);
   writer.endObject();
   return writer.take();
+}
+
+/// The same in every language: "2026-11-21 18:05:09 ".
+std::string WatchLog::stamp() const {
+  LocalTime const local = calendar_.local(clock_.now());
+  auto const day = std::chrono::floor<std::chrono::days>(local);
+  return fmt::format("{} {:%H:%M:%S} ", formatDate(Date(day)),
+                     std::chrono::floor<std::chrono::seconds>(local - day));
 }
 
 void WatchLog::write(std::string const& line) {

@@ -3,6 +3,7 @@
 
 #include "app/engine/app_state.h"
 #include "app/services/in_use.h"
+#include "base/time/calendar.h"
 #include "cli/cli.h"
 #include "notifications/engine/notification_manager.h"
 
@@ -15,9 +16,13 @@ namespace nimbara {
 
 class WatchLog {
  public:
-  /// `texts` gives those of now.
-  WatchLog(Console& console, Clock const& clock, InUse<Texts const> texts, bool json)
-      : console_(console), clock_(clock), texts_(std::move(texts)), json_(json) {}
+  /// `texts` gives those of now; lines begin with the moment in the calendar's time.
+  WatchLog(Console& console, Clock const& clock, Calendar calendar, InUse<Texts const> texts, bool json)
+      : console_(console),
+        clock_(clock),
+        calendar_(std::move(calendar)),
+        texts_(std::move(texts)),
+        json_(json) {}
 
   void refreshed(AppState::RefreshReport const& report);
   /// What a pass told, and what went wrong with it.
@@ -32,10 +37,12 @@ class WatchLog {
   /// Problems not already reported for the previous pass.
   void wentWrong(std::vector<std::string> problems);
   std::string lineOf(std::string const& problem) const;
+  std::string stamp() const;
   void write(std::string const& line);
 
   Console& console_;
   Clock const& clock_;
+  Calendar calendar_;
   InUse<Texts const> texts_;
   bool json_;
   std::mutex mutex_;

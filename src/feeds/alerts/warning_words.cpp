@@ -2,6 +2,7 @@
 
 #include "base/text/text.h"
 #include "base/words/country_names.h"
+#include "base/words/moment_text.h"
 
 #include <algorithm>
 #include <iterator>
@@ -101,7 +102,7 @@ std::string statedSeverityText(WarningGrade const& grade, Texts const& texts) {
 std::string spanText(std::optional<Instant> onset, std::optional<Instant> end, WarningWords const& words) {
   std::string span;
   auto const add = [&](std::string_view key, Instant moment) {
-    append(span, words.texts.format(key, words.words.moment(moment, words.now)));
+    append(span, momentText(key, moment, words.now, words.words, words.texts));
   };
   if (onset && *onset > words.now) add("warning.from", *onset);
   if (end) add("warning.until", *end);

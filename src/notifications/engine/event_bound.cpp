@@ -2,6 +2,7 @@
 
 #include "base/text/text.h"
 #include "notifications/engine/hold_back.h"
+#include "notifications/log/notification_log.h"
 
 #include <algorithm>
 #include <array>
@@ -34,6 +35,20 @@ std::string textKey(Rule const& rule) {
   return "push.more." + std::string(stem.substr(0, stem.find('_')));
 }
 
+/// Of those that are of several places.
+std::string placesOf(std::vector<Decision> const& decisions) {
+  constexpr std::size_t kLongest = 200;
+  std::vector<std::string_view> places;
+  std::string names;
+  for (Decision const& decision : decisions) {
+    bool const isNew = !decision.place.empty() && std::ranges::find(places, decision.place) == places.end();
+    if (!isNew) continue;
+    places.emplace_back(decision.place);
+    names += (names.empty() ? "" : ", ") + decision.place;
+  }
+  return places.size() < 2 ? std::string() : oneLine(names, kLongest);
+}
+
 /// One for all of them, which are sorted.
 Decision standIn(std::vector<Decision> rest, Texts const& texts) {
   constexpr std::size_t kLongestBody = 200;
@@ -52,7 +67,9 @@ Decision standIn(std::vector<Decision> rest, Texts const& texts) {
   decision.request.identifier = decision.key;
   decision.request.title = texts.format(textKey(*greatest.rule), static_cast<std::int64_t>(rest.size()));
   decision.request.body = texts.format("push.more.greatest", greatest.request.title,
-                                       oneLine(greatest.request.body, kLongestBody));
+                                       oneLine(joinedLines(greatest.request.body), kLongestBody));
+  if (std::string const places = placesOf(rest); !places.empty())
+    decision.request.body += "\n" + texts.format("push.more.places", places);
   decision.counted = std::move(rest);
   return decision;
 }

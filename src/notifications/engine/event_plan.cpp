@@ -1,6 +1,6 @@
 // What becomes of events in a pass: sent once, followed where their rule follows them, taken back at their
 // end.
-#include "base/words/time_words.h"
+#include "base/words/moment_text.h"
 #include "feeds/alerts/event_memory.h"
 #include "notifications/engine/event_bound.h"
 #include "notifications/engine/hold_back.h"
@@ -241,11 +241,12 @@ RuleOutcome PassPlanner::followed(Rule const& rule, Decision const& decision,
 }
 
 void PassPlanner::tellNewEnd(Decision& decision, PlannedEvent const& event) const {
-  std::string const end =
-      TimeWords(context_.texts, event.inputs->calendar).moment(*event.finding.ends, context_.now);
+  TimeWords const words(context_.texts, event.inputs->calendar);
   Finding told = event.finding;
   told.when.clear();
-  decision.request.body = context_.texts.format("push.event.endMoved", end) + "\n" + wholeBody(told);
+  decision.request.body =
+      momentText("push.event.endMoved", *event.finding.ends, context_.now, words, context_.texts) + "\n" +
+      wholeBody(told);
   auto const* const shown = findIn(state_.shown, decision.key);
   if (shown != nullptr && shown->hasRung) return;
   decision.request.isSilent = true;
