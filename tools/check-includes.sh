@@ -50,6 +50,7 @@ declare -A rooms=(
   [feeds/nws]="cap fetching"
   [feeds/quakes]="fetching"
   [feeds/space]="fetching"
+  [feeds/stations]="fetching"
   [feeds/storms]="fetching"
   [feeds/travel]="fetching"
   [feeds/wmo]="cap fetching"

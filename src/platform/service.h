@@ -49,6 +49,7 @@ enum class Service {
   rainViewer,
   nowCoast,
   eumetView,
+  netatmo,
   languageModel
 };
 
@@ -404,6 +405,16 @@ inline constexpr auto kServices = std::to_array<ServiceRow>({
      .credit = "© EUMETSAT",
      .without = "no clouds",
      .source = {"EUMETSAT", "clouds", "", "https://view.eumetsat.int/"}},
+    {.service = Service::netatmo,
+     .name = "netatmo",
+     .host = "https://api.netatmo.com",
+     .asksFor = "`/oauth2/token`, `/api/getstationsdata` and `/api/getpublicdata`",
+     .terms = "the user's own application and account, see [stations.md](stations.md)",
+     .period = "10 min, 20 s after the station's upload",
+     .credit = "Netatmo and the stations' owners",
+     .without = "the present is the forecast's",
+     .needsKey = true,
+     .source = {"Netatmo", "stations", "", "https://dev.netatmo.com/"}},
     {.service = Service::languageModel,
      .name = "languageModel",
      .host = "",

@@ -14,6 +14,7 @@
 #include "feeds/source_feeds.h"
 #include "feeds/space/geomagnetic_service.h"
 #include "feeds/space/kp_forecast_service.h"
+#include "feeds/stations/station_service.h"
 #include "feeds/storms/lightning_source.h"
 #include "feeds/storms/tropical_storm_service.h"
 #include "feeds/storms/typhoon_service.h"
@@ -85,6 +86,17 @@ std::filesystem::path tileDirectory(ServiceDirectory const& services,
   return cacheDirectory / (isStandIn(services) ? "MapPictures.stand-in" : "MapPictures");
 }
 
+/// A station that a stand-in plays is never taken for the user's own.
+StationService::Options stationOptions(ServiceDirectory const& services,
+                                       FeedServices::Options const& options) {
+  std::string const suffix = isStandIn(services) ? ".stand-in.json" : ".json";
+  auto const below = [&](std::filesystem::path const& folder, std::string const& name) {
+    return folder.empty() ? folder : folder / (name + suffix);
+  };
+  return {services.address(Service::netatmo).baseUrl, below(options.dataDirectory, "station"),
+          below(options.cacheDirectory, "Station")};
+}
+
 /// A stand-in takes any key, so that it needs none of the user's.
 WildfireService::Options wildfireOptions(ServiceDirectory const& services) {
   ServiceAddress address = services.address(Service::firms);
@@ -116,7 +128,8 @@ struct FeedServices::Parts {
         nowcast(http, clock, nowcastOptions(services, options.cacheDirectory)),
         imageryRequests(http, clock),
         radar(imageryRequests, clock, radarBases(services)),
-        tiles(imageryRequests, clock, tileDirectory(services, options.cacheDirectory)) {}
+        tiles(imageryRequests, clock, tileDirectory(services, options.cacheDirectory)),
+        stations(http, clock, stationOptions(services, options)) {}
 
   Options options;
   Regions regions;
@@ -136,6 +149,7 @@ struct FeedServices::Parts {
   ImageryRequests imageryRequests;
   RadarService radar;
   TileService tiles;
+  StationService stations;
 };
 
 FeedServices::FeedServices(HttpClient& http, Clock const& clock, ServiceDirectory const& services,
@@ -202,6 +216,10 @@ RadarService& FeedServices::radar() {
 
 TileService& FeedServices::tiles() {
   return parts_->tiles;
+}
+
+StationService& FeedServices::stations() {
+  return parts_->stations;
 }
 
 Regions const& FeedServices::regions() const {

@@ -26,6 +26,7 @@ class NowcastService;
 class RadarService;
 class Regions;
 class ServiceDirectory;
+class StationService;
 class Texts;
 class TileService;
 class TravelAdvisoryService;
@@ -65,6 +66,7 @@ class FeedServices {
   NowcastService& nowcast();
   RadarService& radar();
   TileService& tiles();
+  StationService& stations();
   Regions const& regions() const;
   /// Element sets by the name of their group, for a satellite feed. Must not outlive this.
   ElementSource elements();

@@ -14,6 +14,7 @@
 #include "cli/terminal.h"
 #include "feeds/alerts/gov_alert_service.h"
 #include "feeds/regions/regions.h"
+#include "feeds/stations/station_service.h"
 #include "gazetteer/gazetteer.h"
 #include "model/weather_cache.h"
 #include "platform/linux/desktop_services.h"
@@ -133,6 +134,10 @@ bool isConfigured(RunContext& context, Service service) {
   ServiceDirectory const& services = context.app().services();
   ServiceAddress const address = services.address(service);
   if (service == Service::appleWeather) return context.app().isAppleWeatherConfigured();
+  if (service == Service::netatmo) {
+    auto const kind = context.app().feeds().stations().read(StationNeed::kept).kind;
+    return kind == StationLinkKind::account || kind == StationLinkKind::around;
+  }
   if (rowOf(service).needsKey) return !address.apiKey.empty() || !services.standIn().empty();
   return !address.baseUrl.empty();
 }

@@ -1,0 +1,170 @@
+#include "feeds/stations/station_tokens.h"
+
+#include "base/files/file_turn.h"
+#include "base/text/text.h"
+#include "feeds/stations/netatmo_reader.h"
+
+namespace nimbara {
+
+namespace {
+
+using Kind = StationProblem::Kind;
+
+constexpr std::chrono::seconds kTimeout{15};
+constexpr std::chrono::minutes kMargin{1};
+constexpr std::size_t kLargestBody = std::size_t{64} << 10;
+
+std::string formOf(std::initializer_list<std::pair<std::string_view, std::string_view>> members) {
+  std::string form;
+  for (auto const& [name, value] : members) {
+    form += (form.empty() ? "" : "&") + std::string(name) + "=" + percentEncoded(value);
+  }
+  return form;
+}
+
+/// What the file says of itself, which names no secret.
+StationProblem unkept(std::string sentence) {
+  return StationProblem::failed(ServiceFailure::of(ServiceFailure::Kind::incomplete, std::move(sentence)));
+}
+
+StationProblem problemOf(NetatmoRefusal const& refusal, int status) {
+  switch (refusal.kind) {
+    case NetatmoRefusal::Kind::grantInvalid:
+    case NetatmoRefusal::Kind::clientInvalid:
+      return StationProblem::of(Kind::signInAgain);
+    case NetatmoRefusal::Kind::tooMany:
+      return StationProblem::of(Kind::tooMany);
+    default:
+      break;
+  }
+  ServiceFailure failure = ServiceFailure::answered(status);
+  failure.detail = refusal.message;
+  return StationProblem::failed(std::move(failure));
+}
+
+StationProblem unlinked(StationLink const& link) {
+  return StationProblem::of(link.mustSignIn ? Kind::signInAgain : Kind::notLinked);
+}
+
+}  // namespace
+
+bool StationTokens::isUsable(StationLink const& link, std::string const& refused) const {
+  return !link.accessToken.empty() && link.accessToken != refused && link.expiresAt &&
+         *link.expiresAt > clock_.now() + kMargin;
+}
+
+Result<std::string, StationProblem> StationTokens::accessToken(std::stop_token const& stop,
+                                                               std::string const& refused) {
+  std::lock_guard const lock(mutex_);
+  if (unstored_) {
+    if (auto const stored = store(*unstored_); !stored) return std::unexpected(stored.error());
+  }
+  auto link = file_.read();
+  if (!link) return std::unexpected(unkept(link.error()));
+  if (link->refreshToken.empty() || link->mustSignIn) return std::unexpected(unlinked(*link));
+  if (isUsable(*link, refused)) return link->accessToken;
+  auto const turn = file_.turn(stop);
+  if (!turn)
+    return std::unexpected(StationProblem::failed(ServiceFailure::of(ServiceFailure::Kind::noAnswer)));
+  // Another program may have refreshed meanwhile.
+  link = file_.read();
+  if (!link) return std::unexpected(unkept(link.error()));
+  if (link->refreshToken.empty() || link->mustSignIn) return std::unexpected(unlinked(*link));
+  if (isUsable(*link, refused)) return link->accessToken;
+  // The service is asked only where its answer can be kept: it voids what is there.
+  if (auto const kept = file_.write(*link); !kept) return std::unexpected(unkept(kept.error()));
+  return settle(*link, refresh(*link, stop), stop);
+}
+
+/// In the turn.
+Result<std::string, StationProblem> StationTokens::settle(StationLink const& used, Answer answer,
+                                                          std::stop_token const& stop) {
+  if (!answer && answer.error().kind == Kind::signInAgain) {
+    auto again = file_.read();
+    if (!again) return std::unexpected(unkept(again.error()));
+    bool const isOther = again->refreshToken != used.refreshToken && !again->refreshToken.empty();
+    if (isOther) answer = refresh(*again, stop);
+    if (!answer && answer.error().kind == Kind::signInAgain) {
+      again->mustSignIn = true;
+      again->accessToken.clear();
+      if (auto const kept = file_.write(*again); !kept) return std::unexpected(unkept(kept.error()));
+    }
+  }
+  if (!answer) return std::unexpected(answer.error());
+  if (auto const stored = store(*answer); !stored) return std::unexpected(stored.error());
+  return answer->accessToken;
+}
+
+StationTokens::Answer StationTokens::refresh(StationLink const& link, std::stop_token const& stop) {
+  return ask(link,
+             formOf({{"grant_type", "refresh_token"},
+                     {"refresh_token", link.refreshToken},
+                     {"client_id", link.clientId},
+                     {"client_secret", link.clientSecret}}),
+             stop);
+}
+
+/// The link with the tokens of the answer.
+StationTokens::Answer StationTokens::ask(StationLink link, std::string const& form,
+                                         std::stop_token const& stop) {
+  HttpRequest request;
+  request.url = base_ + "/oauth2/token";
+  request.headers = {{"Content-Type", "application/x-www-form-urlencoded"}, {"Accept", "application/json"}};
+  request.timeout = kTimeout;
+  request.maxBodyBytes = kLargestBody;
+  request.body = form;
+  Instant const asked = clock_.now();
+  auto const answer = http_.get(request, stop);
+  if (!answer) return std::unexpected(StationProblem::failed(ServiceFailure::network(answer.error())));
+  if (auto const refusal = netatmoRefusal(answer->status, answer->body)) {
+    return std::unexpected(problemOf(*refusal, answer->status));
+  }
+  auto tokens = parseNetatmoTokens(answer->body);
+  if (!tokens) {
+    return std::unexpected(StationProblem::failed(
+        ServiceFailure::of(ServiceFailure::Kind::unreadable, "the response has no valid tokens")));
+  }
+  link.accessToken = std::move(tokens->accessToken);
+  link.refreshToken = std::move(tokens->refreshToken);
+  link.expiresAt = asked + tokens->life;
+  link.mustSignIn = false;
+  return link;
+}
+
+Result<void, StationProblem> StationTokens::store(StationLink const& link) {
+  if (auto const kept = file_.write(link); !kept) {
+    unstored_ = link;
+    return std::unexpected(unkept(kept.error()));
+  }
+  unstored_.reset();
+  return {};
+}
+
+Result<void, StationProblem> StationTokens::redeem(StationLink link, std::string const& code,
+                                                   std::string const& redirect, std::stop_token const& stop) {
+  std::lock_guard const lock(mutex_);
+  auto const turn = file_.turn(stop);
+  if (!turn)
+    return std::unexpected(StationProblem::failed(ServiceFailure::of(ServiceFailure::Kind::noAnswer)));
+  std::string const form = formOf({{"grant_type", "authorization_code"},
+                                   {"code", code},
+                                   {"redirect_uri", redirect},
+                                   {"scope", "read_station"},
+                                   {"client_id", link.clientId},
+                                   {"client_secret", link.clientSecret}});
+  auto answer = ask(std::move(link), form, stop);
+  if (!answer) return std::unexpected(answer.error());
+  return store(*answer);
+}
+
+Result<void, StationProblem> StationTokens::adopt(StationLink link, std::stop_token const& stop) {
+  std::lock_guard const lock(mutex_);
+  auto const turn = file_.turn(stop);
+  if (!turn)
+    return std::unexpected(StationProblem::failed(ServiceFailure::of(ServiceFailure::Kind::noAnswer)));
+  auto answer = refresh(link, stop);
+  if (!answer) return std::unexpected(answer.error());
+  return store(*answer);
+}
+
+}  // namespace nimbara
