@@ -35,7 +35,8 @@ Card {
             }
 
             width: parent.width
-            height: 64 * Math.min(2, Theme.scale)
+            // Nothing but dry steps needs no room.
+            height: (App.nowcastKinds.count > 0 ? 64 : 14) * Math.min(2, Theme.scale)
             activeFocusOnTab: true
             onActiveFocusChanged: if (activeFocus && cursor < 0) cursor = 0
             Keys.onLeftPressed: step(-1)
