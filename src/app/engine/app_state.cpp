@@ -389,6 +389,12 @@ void AppState::showTravelAdvisories(Place const& place, std::vector<WeatherAlert
   });
 }
 
+void AppState::showSupplement(Place const& place, std::shared_ptr<SupplementState const> supplement) {
+  change([&](WeatherState& state) {
+    if (selected_ && keyOf(*selected_) == keyOf(place)) state.supplement = std::move(supplement);
+  });
+}
+
 void AppState::deviceMoved(LocationFix const& fix) {
   {
     std::lock_guard const lock(mutex_);

@@ -156,7 +156,11 @@ void Engine::makeState() {
         EngineHazards::Surroundings{[this](Place const& place, std::vector<WeatherAlert> alerts) {
                                       state_->showGovAlerts(place, std::move(alerts));
                                     },
-                                    [this] { publish(); }, [this] { return places_->saved(); }});
+                                    [this] { publish(); }, [this] { return places_->saved(); },
+                                    [this](Place const& place, std::shared_ptr<SupplementState const> known) {
+                                      state_->showSupplement(place, std::move(known));
+                                    },
+                                    [this] { return clock_->now(); }});
     all.refreshSupplemental = [this](Place const& place, std::stop_token const& stop) {
       return hazards_->refresh(place, stop);
     };

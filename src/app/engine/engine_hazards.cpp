@@ -1,10 +1,16 @@
 #include "app/engine/engine_hazards.h"
 
 #include "app/services/feed_services.h"
+#include "app/services/world_hazards.h"
 #include "app/settings/settings_registry.h"
+#include "app/state/supplement_state.h"
+#include "feeds/air/air_quality_service.h"
+#include "feeds/fires/wildfire_service.h"
 #include "feeds/quakes/earthquake_service.h"
 #include "feeds/space/geomagnetic_service.h"
 #include "feeds/space/kp_forecast_service.h"
+#include "feeds/storms/lightning_source.h"
+#include "feeds/travel/travel_advisory_service.h"
 
 #include <utility>
 
@@ -97,6 +103,7 @@ SupplementalOutcome EngineHazards::refresh(Place const& place, std::stop_token c
   std::ignore = feeds_()->govAlerts().fetchAlerts(govAlertPlace(place.coordinate), {}, stop);
   if (!stop.stop_requested()) finishOfficial(place);
   askWorld(stop);
+  askSupplement(place, stop);
   auto const now = state();
   bool const isComplete = !now->official.hasFailed() && !now->quakes.failure && !now->kp.failure;
   return isComplete ? SupplementalOutcome::complete : SupplementalOutcome::incomplete;
@@ -116,6 +123,31 @@ void EngineHazards::askWorld(std::stop_token const& stop) {
   show([&](HazardsState& state) { state.kp = std::move(kp); });
   auto forecast = feeds->kpForecast().fetchForecast(stop);
   show([&](HazardsState& state) { state.kpForecast = std::move(forecast); });
+}
+
+/// The like for a place's feeds; what is not asked yet is not known.
+void EngineHazards::askSupplement(Place const& place, std::stop_token const& stop) {
+  if (!surroundings_.showSupplement) return;
+  SupplementState known;
+  known.place = place;
+  known.country = govAlertPlace(place.coordinate).countryCode;
+  auto const feeds = feeds_();
+  auto const show = [&] {
+    if (stop.stop_requested()) return;
+    surroundings_.showSupplement(place, std::make_shared<SupplementState const>(known));
+  };
+  known.airQuality = feeds->airQuality().fetchForecast(place.coordinate, stop);
+  show();
+  known.activeStorms = fetchWorldStorms(*feeds, stop, Waiting::oneAfterTheOther);
+  show();
+  known.activeFires = feeds->wildfires().fetchFires(place.coordinate, SupplementState::kFireRadiusKm, stop);
+  known.lightning = feeds->lightning().fetchStrikes(place.coordinate, SupplementState::kLightningRadiusKm,
+                                                    surroundings_.now() - SupplementState::kStrikesOf, stop);
+  show();
+  known.advisories = feeds->travelAdvisories().fetchAdvisories(stop);
+  std::erase_if(known.advisories.data,
+                [&](TravelAdvisory const& entry) { return entry.country != known.country; });
+  show();
 }
 
 void EngineHazards::look() {

@@ -21,6 +21,7 @@
 namespace nimbara {
 
 class FeedServices;
+struct SupplementState;
 
 class EngineHazards {
  public:
@@ -29,6 +30,9 @@ class EngineHazards {
     std::function<void(Place const&, std::vector<WeatherAlert>)> showAlerts;
     std::function<void()> publish;
     std::function<std::vector<Place>()> savedPlaces;
+    /// None: nobody shows what supplemental feeds have, and they are not asked.
+    std::function<void(Place const&, std::shared_ptr<SupplementState const>)> showSupplement = {};
+    std::function<Instant()> now = {};
   };
 
   EngineHazards(InUse<FeedServices> feeds, SettingsStore& store, TaskRunner& runner,
@@ -61,6 +65,7 @@ class EngineHazards {
   void showPlaces();
   void checkPlaces(std::stop_token const& stop);
   void askWorld(std::stop_token const& stop);
+  void askSupplement(Place const& place, std::stop_token const& stop);
   void choose(std::string_view setting, double value);
   template <class Change>
   void change(Change apply);

@@ -41,6 +41,8 @@ inline constexpr auto enumNames<AppError::Case> =
     std::to_array<std::string_view>({"networkError", "noLocation", "offline"});
 static_assert(enumNamesComplete(AppError::Case::offline));
 
+struct SupplementState;
+
 struct WeatherState {
   std::optional<WeatherData> weatherData;
   std::optional<ForecastInsight> insight;
@@ -53,6 +55,8 @@ struct WeatherState {
   bool isShowingLiveNetatmoData = false;
   std::vector<WeatherAlert> govAlerts;
   std::vector<WeatherAlert> travelAdvisories;
+  /// Air quality, storms, fires, lightning and advisories, each with its check; null: nobody was asked yet.
+  std::shared_ptr<SupplementState const> supplement;
   std::shared_ptr<NowcastReading const> nowcast;  ///< null: nobody was asked yet
 
   bool operator==(WeatherState const&) const = default;

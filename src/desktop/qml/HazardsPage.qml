@@ -108,7 +108,14 @@ ScrollPage {
             }
         }
 
+        SupplementCards { readonly property int lane: 0 }
+
         QuakeCard { readonly property int lane: 1 }
+
+        SupplementCards {
+            readonly property int lane: 1
+            column: 1
+        }
 
         KpCard { readonly property int lane: page.lanes === 3 ? 2 : 0 }
     }

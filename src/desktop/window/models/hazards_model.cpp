@@ -1,6 +1,7 @@
 #include "desktop/window/models/hazards_model.h"
 
 #include "desktop/views/hazards/alert_view.h"
+#include "desktop/views/hazards/supplement_view.h"
 #include "desktop/window/words.h"
 
 #include <algorithm>
@@ -39,7 +40,8 @@ HazardsModel::HazardsModel(EngineActions& engine, QObject* parent)
       radii_(new RecordListModel(this)),
       magnitudes_(new RecordListModel(this)),
       orders_(new RecordListModel(this)),
-      kp_(new RecordModel(this)) {}
+      kp_(new RecordModel(this)),
+      supplement_(new RecordListModel(this)) {}
 
 void HazardsModel::show(EngineSnapshot const& snapshot, ViewContext const& context) {
   HazardsState const& state = *snapshot.hazards;
@@ -48,6 +50,7 @@ void HazardsModel::show(EngineSnapshot const& snapshot, ViewContext const& conte
   warnings_->show(officialViews(*snapshot.weather, context, state.official));
   showQuakes(snapshot, context);
   kp_->show(kpView(state, context));
+  supplement_->show(supplementCards(snapshot.weather->supplement.get(), context));
   kpBars_ = nimbara::kpBars(state, context);
   Q_EMIT shown();
 }

@@ -26,6 +26,7 @@ class HazardsModel : public QObject {
   Q_PROPERTY(nimbara::RecordListModel* magnitudes READ magnitudes CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* orders READ orders CONSTANT)
   Q_PROPERTY(nimbara::RecordModel* kp READ kp CONSTANT)
+  Q_PROPERTY(nimbara::RecordListModel* supplement READ supplement CONSTANT)
   Q_PROPERTY(int highlighted READ highlighted WRITE setHighlighted NOTIFY highlightedChanged)
   Q_PROPERTY(QString highlightedText READ highlightedText NOTIFY highlightedChanged)
 
@@ -43,6 +44,7 @@ class HazardsModel : public QObject {
   RecordListModel* magnitudes() { return magnitudes_; }
   RecordListModel* orders() { return orders_; }
   RecordModel* kp() { return kp_; }
+  RecordListModel* supplement() { return supplement_; }
   QuakeMap const& quakeMap() const { return quakeMap_; }
   KpBars const& kpBars() const { return kpBars_; }
   /// The row of the earthquake that is pointed at; -1 for none.
@@ -74,6 +76,7 @@ class HazardsModel : public QObject {
   RecordListModel* magnitudes_;
   RecordListModel* orders_;
   RecordModel* kp_;
+  RecordListModel* supplement_;
   QuakeMap quakeMap_;
   KpBars kpBars_;
   QuakeOrder order_ = QuakeOrder::significance;
