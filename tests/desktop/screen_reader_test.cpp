@@ -175,6 +175,7 @@ constexpr HeardRow kHeard[] = {
     {"now", DesktopPage::now, severalWarnings},
     {"hours", DesktopPage::hours, [] { return snapshotOf(stateOf(mildWeek())); }},
     {"hazards", DesktopPage::hazards, severalWarnings},
+    {"map", DesktopPage::map, severalWarnings},
     {"globe", DesktopPage::globe, [] { return snapshotOf(stateOf(mildWeek())); }},
     {"places", DesktopPage::places, here},
     {"notifications", DesktopPage::notifications, shortLog},

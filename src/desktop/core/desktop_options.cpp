@@ -17,6 +17,7 @@ struct RawDesktopOptions {
   std::string theme;
   std::string size;
   std::string globe;
+  std::string zoom;
 };
 
 void define(Command app, DesktopOptions& options, RawDesktopOptions& raw) {
@@ -32,6 +33,7 @@ void define(Command app, DesktopOptions& options, RawDesktopOptions& raw) {
   app.option("--size", raw.size, "Size of the window, for example 1280x800").called("WxH");
   app.option("--globe", raw.globe, "How the globe is drawn; by the graphics card if there is one by default")
       .among(enumNames<DesktopGlobe>);
+  app.option("--zoom", raw.zoom, "How near the map begins, 2 (the world) to 12 (a town)").called("NUMBER");
   app.option("--screenshot", options.screenshot, "Save a picture of the page and quit").called("FILE");
 }
 
@@ -44,6 +46,11 @@ Result<void, std::string> understand(DesktopOptions& options, RawDesktopOptions 
     auto const size = parseWindowSize(raw.size);
     if (!size) return std::unexpected("not a size like 1280x800: '" + raw.size + "'");
     options.size = size;
+  }
+  if (!raw.zoom.empty()) {
+    options.zoom = parseDouble(raw.zoom);
+    if (!options.zoom || !(*options.zoom >= 2 && *options.zoom <= 12))
+      return std::unexpected("not a zoom from 2 to 12: '" + raw.zoom + "'");
   }
   if (auto const place = parsePlace(options.place); !options.place.empty() && !place)
     return std::unexpected(place.error());
@@ -77,7 +84,7 @@ Result<DesktopOptions, DesktopEarlyEnd> parseDesktopOptions(std::vector<std::str
                                                             Environment const& environment) {
   DesktopOptions options;
   options.services = environment.services;
-  RawDesktopOptions raw{environment.now, {}, {}, {}, {}};
+  RawDesktopOptions raw{environment.now, {}, {}, {}, {}, {}};
   CommandParser parser("The weather for your places, in a window", "nimbara-desktop",
                        "nimbara-desktop " + std::string(kVersion) + "\n", "Display program version");
   define(parser.root(), options, raw);

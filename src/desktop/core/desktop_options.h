@@ -12,10 +12,10 @@
 
 namespace nimbara {
 
-enum class DesktopPage { now, hours, hazards, globe, places, notifications, settings, sources };
+enum class DesktopPage { now, hours, hazards, map, globe, places, notifications, settings, sources };
 template <>
 inline constexpr auto enumNames<DesktopPage> = std::to_array<std::string_view>(
-    {"now", "hours", "hazards", "globe", "places", "notifications", "settings", "sources"});
+    {"now", "hours", "hazards", "map", "globe", "places", "notifications", "settings", "sources"});
 static_assert(enumNamesComplete(DesktopPage::sources));
 
 enum class DesktopTheme { system, light, dark };
@@ -49,7 +49,8 @@ struct DesktopOptions {
   std::string place;  ///< to show in this run: the name or identifier of a saved one, a coordinate or a city
   bool refresh = false;
   DesktopGlobe globe = DesktopGlobe::automatic;
-  std::string screenshot;  ///< the file of the one picture that is asked for; empty for a window
+  std::optional<double> zoom;  ///< with which the map begins
+  std::string screenshot;      ///< the file of the one picture that is asked for; empty for a window
 
   /// A run that has nothing to do with a window that is open already.
   bool isApart() const { return demo || now || !services.empty() || !screenshot.empty(); }

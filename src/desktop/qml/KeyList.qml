@@ -8,7 +8,7 @@ T.Popup {
     id: popup
 
     readonly property var rows: [
-        { keys: "Ctrl+1 – Ctrl+7", what: App.words.keyPages },
+        { keys: "Ctrl+1 – Ctrl+8", what: App.words.keyPages },
         { keys: "Ctrl+K", what: App.words.switchPlace },
         { keys: "Alt+←, Alt+→", what: App.words.keyStepPlace },
         { keys: "Ctrl+F", what: App.words.search },
@@ -17,6 +17,7 @@ T.Popup {
         { keys: "Tab, ↑ ↓", what: App.words.keyStep },
         { keys: "Enter", what: App.words.keyPress },
         { keys: "← →", what: App.words.keyRead },
+        { keys: "↑ ↓ ← →, +, −, Home", what: App.words.keyMap },
         { keys: "PgUp, PgDn, Home, End", what: App.words.keyScroll },
         { keys: "Ctrl+↑, Ctrl+↓", what: App.words.keyMovePlace },
         { keys: "F2", what: App.words.rename },

@@ -13,6 +13,7 @@ Window {
         { name: "now", title: App.words.now, sky: "partlyCloudy", sign: "" },
         { name: "hours", title: App.words.hours, sky: "lightRain", sign: "" },
         { name: "hazards", title: App.words.hazards, sky: "", sign: "warning" },
+        { name: "map", title: App.words.map, sky: "", sign: "map" },
         { name: "globe", title: App.words.globe, sky: "", sign: "globe" },
         { name: "places", title: App.words.places, sky: "", sign: "place" },
         { name: "notifications", title: App.words.notifications, sky: "", sign: "bell" },
@@ -163,6 +164,10 @@ Window {
             columns: window.isWide ? 1 : window.shownPages + 1
             spacing: Theme.space
             readonly property int slots: window.shownPages + (window.otherPages.length > 0 ? 1 : 0)
+            // All of them fit into a low window.
+            readonly property real slotHeight: window.isWide
+                ? Math.min(56 * Theme.scale, (bar.height - 4 * Theme.space) / slots - spacing)
+                : 56 * Theme.scale
             readonly property real slot: window.isWide
                 ? 84 * Theme.scale
                 : Math.min(132 * Theme.scale, window.width / slots - Theme.space)
@@ -174,6 +179,7 @@ Window {
                 NavButton {
                     required property var modelData
                     width: navigation.slot
+                    height: navigation.slotHeight
                     sky: modelData.sky
                     sign: modelData.sign
                     text: modelData.title
@@ -200,7 +206,7 @@ Window {
     Item {
         id: areas
         function shown() {
-            for (const page of [now, hours, hazards, globe, places, notifications, settings, sources]) {
+            for (const page of [now, hours, hazards, map, globe, places, notifications, settings, sources]) {
                 if (page.isShown)
                     return page.item;
             }
@@ -247,6 +253,7 @@ Window {
         Page { id: now; name: "now"; isOfPlace: true; file: window.wantsPlace ? "WelcomePage.qml" : "NowPage.qml" }
         Page { id: hours; name: "hours"; isOfPlace: true; file: window.wantsPlace ? "WelcomePage.qml" : "HoursPage.qml" }
         Page { id: hazards; name: "hazards"; isOfPlace: true; file: "HazardsPage.qml" }
+        Page { id: map; name: "map"; file: "MapPage.qml" }
         Page { id: globe; name: "globe"; file: "GlobePage.qml" }
         Page { id: places; name: "places"; file: "PlacesPage.qml" }
         Page { id: notifications; name: "notifications"; file: "NotificationsPage.qml" }

@@ -40,6 +40,7 @@ void DesktopWindow::open(DesktopModel& model, DesktopOptions const& options) {
        {QStringLiteral("theme"), options.theme ? viewName(enumName(*options.theme)) : QString()},
        {QStringLiteral("width"), size.width},
        {QStringLiteral("height"), size.height}});
+  if (options.zoom) model.map()->setHomeZoom(*options.zoom);
   engine_.load(pageUrl("Main"));
   if (!engine_.rootObjects().isEmpty()) window_ = qobject_cast<QQuickWindow*>(engine_.rootObjects().front());
   if (window_ == nullptr) return;

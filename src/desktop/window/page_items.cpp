@@ -6,6 +6,7 @@
 #include "desktop/window/painting/board.h"
 #include "desktop/window/painting/flat_globe.h"
 #include "desktop/window/painting/kp_items.h"
+#include "desktop/window/painting/map_item.h"
 #include "desktop/window/painting/meteogram_item.h"
 #include "desktop/window/painting/quake_map_item.h"
 #include "desktop/window/painting/sky_items.h"
@@ -44,6 +45,7 @@ std::span<PageItem const> pageItems() {
       pageItem<SkyScenery>("SkyScenery"),
       pageItem<MeteogramItem>("MeteogramItem"),
       pageItem<FlatGlobe>("FlatGlobe"),
+      pageItem<MapItem>("MapItem"),
       pageItem<QuakeMapItem>("QuakeMapItem"),
       pageItem<KpGauge>("KpGauge"),
       pageItem<KpBarsItem>("KpBarsItem"),
@@ -61,6 +63,7 @@ void enrolPageItems() {
     qmlRegisterSingletonType<DesktopModel>(kItemsModule, 1, 0, "App", modelOf);
     qmlRegisterAnonymousType<GlobeModel>(kItemsModule, 1);
     qmlRegisterAnonymousType<HazardsModel>(kItemsModule, 1);
+    qmlRegisterAnonymousType<MapModel>(kItemsModule, 1);
     qmlRegisterAnonymousType<NotificationsModel>(kItemsModule, 1);
     qmlRegisterAnonymousType<SettingsModel>(kItemsModule, 1);
     qmlRegisterAnonymousType<SourcesModel>(kItemsModule, 1);

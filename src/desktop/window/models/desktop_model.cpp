@@ -19,6 +19,7 @@ constexpr WordRow kWords[] = {
     {"now", "desktop.page.now"},
     {"hours", "desktop.page.hours"},
     {"hazards", "desktop.page.hazards"},
+    {"map", "desktop.page.map"},
     {"globe", "desktop.page.globe"},
     {"places", "desktop.page.places"},
     {"notifications", "desktop.page.notifications"},
@@ -51,6 +52,7 @@ constexpr WordRow kWords[] = {
     {"keyStep", "desktop.keys.step"},
     {"keyPress", "desktop.keys.press"},
     {"keyRead", "desktop.keys.read"},
+    {"keyMap", "desktop.keys.map"},
     {"keyScroll", "desktop.keys.scroll"},
     {"keyMovePlace", "desktop.keys.movePlace"},
     {"keyRemovePlace", "desktop.keys.removePlace"},
@@ -105,6 +107,7 @@ DesktopModel::DesktopModel(Setting setting, WindowActions actions, QObject* pare
       setting_(std::move(setting)),
       actions_(actions),
       globe_(new GlobeModel({setting_.wording.texts, setting_.program}, actions_.globe, this)),
+      map_(new MapModel(this)),
       now_(new RecordModel(this)),
       sky_(new RecordModel(this)),
       words_(new RecordModel(this)),
@@ -202,6 +205,7 @@ void DesktopModel::showWeather() {
   showDays(data, view);
   meteogram_ = meteogramOf(data, view);
   globe_->show(snapshot_->place, view);
+  map_->show(snapshot_, view);
   Q_EMIT shown();
 }
 

@@ -11,6 +11,7 @@
 #include "desktop/window/models/first_model.h"
 #include "desktop/window/models/globe_model.h"
 #include "desktop/window/models/hazards_model.h"
+#include "desktop/window/models/map_model.h"
 #include "desktop/window/models/notifications_model.h"
 #include "desktop/window/models/settings_model.h"
 #include "desktop/window/models/sources_model.h"
@@ -42,6 +43,7 @@ class DesktopModel : public QObject {
   Q_PROPERTY(nimbara::RecordListModel* places READ places CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* found READ found CONSTANT)
   Q_PROPERTY(nimbara::GlobeModel* globe READ globe CONSTANT)
+  Q_PROPERTY(nimbara::MapModel* map READ map CONSTANT)
   Q_PROPERTY(nimbara::NotificationsModel* notifications READ notifications CONSTANT)
   Q_PROPERTY(nimbara::HazardsModel* hazards READ hazards CONSTANT)
   Q_PROPERTY(QString openAlert READ openAlert WRITE setOpenAlert NOTIFY openAlertChanged)
@@ -101,6 +103,7 @@ class DesktopModel : public QObject {
   AlertMap const& openAlertMap() const { return openAlertMap_; }
   RecordListModel* elsewhere() { return elsewhere_; }
   GlobeModel* globe() { return globe_; }
+  MapModel* map() { return map_; }
   NotificationsModel* notifications() { return notifications_; }
   RecordModel* here() { return here_; }
   SettingsModel* settings() { return settings_; }
@@ -189,6 +192,7 @@ class DesktopModel : public QObject {
   Meteogram meteogram_;
   SkyScene scene_;
   GlobeModel* globe_;
+  MapModel* map_;
   RecordModel* now_;
   RecordModel* sky_;
   RecordModel* words_;

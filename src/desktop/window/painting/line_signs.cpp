@@ -121,6 +121,12 @@ constexpr std::array kSigns = std::to_array<SignRow>({
        p.drawEllipse(QPointF(12, 12), 4, 9);
        stroke(p, {{3, 12}, {21, 12}});
      }},
+    {"map",
+     [](QPainter& p) {
+       stroke(p, {{3.5, 6}, {9, 4}, {15, 6.5}, {20.5, 4.5}, {20.5, 18}, {15, 20}, {9, 17.5}, {3.5, 19.5}, {3.5, 6}});
+       stroke(p, {{9, 4}, {9, 17.5}});
+       stroke(p, {{15, 6.5}, {15, 20}});
+     }},
     {"plus",
      [](QPainter& p) {
        stroke(p, {{12, 6}, {12, 18}});

@@ -1,0 +1,248 @@
+#include "desktop/window/models/map_model.h"
+
+#include "desktop/window/words.h"
+#include "feeds/regions/regions.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace nimbara {
+
+namespace {
+
+constexpr WordRow kWords[] = {
+    {"title", "desktop.page.map"},        {"hint", "desktop.map.hint"},
+    {"legend", "desktop.globe.legend"},   {"closer", "desktop.globe.closer"},
+    {"farther", "desktop.globe.farther"}, {"home", "desktop.map.home"},
+    {"onMap", "desktop.map.onMap"},       {"open", "desktop.map.open"},
+    {"close", "desktop.globe.close"},
+};
+
+struct LayerRow {
+  std::string_view name;
+  std::string_view key;
+};
+
+constexpr std::array kLayers = std::to_array<LayerRow>({
+    {"places", "desktop.page.places"},
+    {"warnings", "desktop.official"},
+    {"quakes", "desktop.quakes"},
+    {"towns", "desktop.map.towns"},
+});
+
+constexpr double kReach = 14;       // pixels, of a pointer to a point
+constexpr double kMostScale = 120;  // pixels
+constexpr std::string_view kMakers = "Natural Earth, GeoNames";
+
+}  // namespace
+
+MapModel::MapModel(QObject* parent)
+    : QObject(parent),
+      words_(new RecordModel(this)),
+      card_(new RecordModel(this)),
+      scale_(new RecordModel(this)),
+      layers_(new RecordListModel(this)),
+      list_(new RecordListModel(this)) {
+  MapThingView none;
+  none.isShown = false;
+  card_->show(none);
+  scale_->show(MapScale{});
+}
+
+void MapModel::show(std::shared_ptr<EngineSnapshot const> snapshot, ViewContext const& context) {
+  snapshot_ = std::move(snapshot);
+  context_.emplace(context);
+  showWords(*words_, kWords, context.texts);
+  auto const place = snapshot_->place;
+  bool const isOther = place && (!home_ || *home_ != place->coordinate);
+  home_ = place ? std::optional(place->coordinate) : std::nullopt;
+  if (isOther) goHome();
+  refill();
+}
+
+/// Nothing is made for a page that nobody has opened.
+void MapModel::refill() {
+  if (!wasShown_ || !context_ || !snapshot_) return;
+  auto const outlines = embeddedRegions();
+  MapThings things = mapThings(*snapshot_, outlines.get(), *context_);
+  bool const isOther = things != things_;
+  if (isOther) {
+    things_ = std::move(things);
+    showCard(std::nullopt);
+  }
+  rows_ = thingViews(things_);
+  list_->show(rows_);
+  showLayers();
+  showScale();
+  Texts const& texts = context_->texts;
+  auto const& place = snapshot_->place;
+  std::string around = formatCoordinate(coordinateOf(view_.centre));
+  if (place) around = place->name.empty() ? formatCoordinate(place->coordinate) : place->name;
+  std::string text = texts.format("desktop.map.around", around);
+  if (!things_.areas.empty()) text += ", " + texts.format("desktop.official.count", things_.areas.size());
+  description_ = QString::fromStdString(text);
+  credit_ = QString::fromStdString(texts.format("desktop.map.credit", std::string(kMakers)));
+  Q_EMIT shown();
+}
+
+void MapModel::showLayers() {
+  std::vector<MapLayerView> views;
+  for (LayerRow const& row : kLayers) {
+    MapLayerView& view = views.emplace_back();
+    view.name = row.name;
+    view.title = context_->text(row.key);
+    view.isOn = isOn(row.name);
+    if (row.name == "warnings" && things_.unplaced > 0)
+      view.note = context_->texts.format("desktop.map.noArea", things_.unplaced);
+  }
+  layers_->show(views);
+}
+
+void MapModel::showScale() {
+  if (context_ && view_.width > 0) scale_->show(mapScale(metresPerPixel(view_), kMostScale, *context_));
+}
+
+void MapModel::setShown(bool isShown) {
+  if (isShown == isShown_) return;
+  isShown_ = isShown;
+  if (isShown && !wasShown_) {
+    wasShown_ = true;
+    refill();
+  }
+  Q_EMIT isShownChanged();
+}
+
+void MapModel::setPictures(MapLayerPictures pictures) {
+  pictures_ = std::move(pictures);
+  Q_EMIT layersChanged();
+}
+
+void MapModel::setHomeZoom(double zoom) {
+  homeZoom_ = std::clamp(zoom, kLeastMapZoom, kGreatestMapZoom);
+  goHome();
+}
+
+void MapModel::setView(MapView const& view) {
+  if (view == view_) return;
+  view_ = view;
+  showScale();
+  Q_EMIT viewChanged();
+}
+
+void MapModel::resize(double width, double height) {
+  MapView view = view_;
+  view.width = static_cast<int>(width);
+  view.height = static_cast<int>(height);
+  setView(bounded(view));
+  if (!isPlaced_ && view.width > 0 && view.height > 0) {
+    isPlaced_ = true;
+    goHome();
+  }
+}
+
+void MapModel::drag(double right, double down) {
+  setView(panned(view_, -right, -down));
+}
+
+void MapModel::zoomAbout(double steps, double x, double y) {
+  setView(zoomedAbout(view_, view_.zoom + steps, {x, y}));
+}
+
+void MapModel::zoomBy(double steps) {
+  double const zoom = std::round((view_.zoom + steps) * 2) / 2;
+  setView(zoomedAbout(view_, zoom, {view_.width / 2.0, view_.height / 2.0}));
+}
+
+void MapModel::goHome() {
+  MapView view = view_;
+  view.zoom = home_ ? homeZoom_ : kLeastMapZoom;
+  view.centre = home_ ? mercatorOf(*home_) : MapPoint{0.5, 0.45};
+  setView(bounded(view));
+}
+
+void MapModel::toggle(QString const& layer) {
+  std::string const name = layer.toStdString();
+  if (hidden_.erase(name) == 0) hidden_.insert(name);
+  if (context_) showLayers();
+  Q_EMIT layersChanged();
+}
+
+double MapModel::away(Coordinate from, MapPoint pixel) const {
+  MapPoint const point = mercatorOf(from);
+  MapPoint const at = pointAt(view_, pixel);
+  double const side = view_.worldSide();
+  return std::hypot(std::remainder(point.x - at.x, 1) * side, (point.y - at.y) * side);
+}
+
+/// Points before areas, and of each what lies on top.
+std::optional<MapModel::Picked> MapModel::thingAt(MapPoint pixel) const {
+  std::optional<Picked> found;
+  double nearest = kReach;
+  auto const look = [&](MapThingKind kind, std::size_t number, Coordinate at) {
+    double const gap = away(at, pixel);
+    if (gap > nearest) return;
+    nearest = gap;
+    found = Picked{kind, number};
+  };
+  if (isOn("quakes")) {
+    for (std::size_t i = 0; i < things_.quakes.size(); ++i)
+      look(MapThingKind::quake, i, things_.quakes[i].at);
+  }
+  if (isOn("places")) {
+    for (std::size_t i = 0; i < things_.places.size(); ++i)
+      look(MapThingKind::place, i, things_.places[i].at);
+  }
+  if (found || !isOn("warnings")) return found;
+  Coordinate const place = coordinateOf(pointAt(view_, pixel));
+  for (std::size_t i = things_.areas.size(); i-- > 0;) {
+    if (holds(things_.areas[i].outlines, place)) return Picked{MapThingKind::warning, i};
+  }
+  return std::nullopt;
+}
+
+void MapModel::showCard(std::optional<Picked> picked) {
+  picked_ = picked;
+  MapThingView view;
+  if (picked) view = viewOf(things_, picked->kind, picked->number);
+  view.isShown = picked.has_value();
+  card_->show(view);
+  Q_EMIT layersChanged();
+}
+
+void MapModel::pick(double x, double y) {
+  showCard(thingAt({x, y}));
+}
+
+void MapModel::pickRow(int row) {
+  if (row < 0 || row >= static_cast<int>(rows_.size())) return;
+  MapThingView const& view = rows_[static_cast<std::size_t>(row)];
+  Picked const picked{enumFromName<MapThingKind>(view.kind).value_or(MapThingKind::place),
+                      static_cast<std::size_t>(view.number)};
+  if (picked.kind == MapThingKind::place) {
+    MapView moved = view_;
+    moved.centre = mercatorOf(things_.places[picked.number].at);
+    setView(bounded(moved));
+  }
+  showCard(picked);
+}
+
+void MapModel::dismiss() {
+  showCard(std::nullopt);
+}
+
+void MapModel::open() {
+  if (!picked_) return;
+  auto const [kind, number] = *picked_;
+  QString const name = viewName(enumName(kind));
+  if (kind == MapThingKind::warning) {
+    MapArea const& area = things_.areas[number];
+    Q_EMIT wanted(name, QString::fromStdString(area.warning), QString::fromStdString(area.place));
+  } else if (kind == MapThingKind::place) {
+    Q_EMIT wanted(name, {}, QString::fromStdString(things_.places[number].id));
+  } else {
+    Q_EMIT wanted(name, {}, {});
+  }
+}
+
+}  // namespace nimbara

@@ -1,0 +1,64 @@
+// Names on the map: towns by their population and the user's places, none over another. Names are painted
+// once and kept as pictures.
+#pragma once
+
+#include "base/web_mercator.h"
+
+#include <QColor>
+#include <QHash>
+#include <QImage>
+#include <QPainter>
+#include <QString>
+#include <string_view>
+#include <vector>
+
+namespace nimbara {
+
+/// A town of the gazetteer; the text lives as long as the program.
+struct MapTown {
+  MapPoint at;
+  std::string_view name;
+  int population = 0;
+};
+
+/// How many inhabitants a town has at least that is named at a zoom.
+int leastPopulation(double zoom);
+
+/// Which rectangles are taken.
+class LabelRoom {
+ public:
+  bool take(QRectF const& wanted);
+
+ private:
+  std::vector<QRectF> taken_;
+};
+
+class MapLabels {
+ public:
+  struct Look {
+    QColor ink, halo;
+    int letters = 12;
+    double ratio = 1;
+    bool operator==(Look const&) const = default;
+  };
+
+  void setLook(Look const& look);
+  /// Paints a name beside a point: on its right, else on its left, above or below, wherever is room; not at
+  /// all where there is none. `gap` is the point's radius.
+  bool paint(QPainter& painter, LabelRoom& room, QPointF point, double gap, QString const& name, bool isBold);
+  /// The towns in view, the most populous first, each with a dot.
+  void paintTowns(QPainter& painter, LabelRoom& room, MapView const& view);
+
+ private:
+  struct Name {
+    QImage picture;
+    QSizeF size;
+  };
+  Name const& nameOf(QString const& text, bool isBold);
+
+  Look look_;
+  std::vector<MapTown> towns_;
+  QHash<QString, Name> names_;
+};
+
+}  // namespace nimbara
