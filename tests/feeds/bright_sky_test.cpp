@@ -56,7 +56,7 @@ TEST(BrightSkyAlerts, ReadsTheRecordedOneWhole) {
     info.areas = {{"Berl. - Mitte, Berlin", {}, {}, {{"WARNCELLID", "711000101"}}}};
     CapInfo english = info;
     english.language = "en";
-    english.event = "frost";
+    english.event = "Frost";
     english.headline = "Official WARNING of FROST";
     english.description = "There is a risk of frost (level 1 of 2).\nMinimum temperature: -1 - -5 °C";
     english.instruction =
@@ -107,7 +107,7 @@ TEST(BrightSkyAlerts, HasTheLanguagesThatHaveTexts) {
       text += info.language + ":" + info.event + " ";
     return text;
   };
-  EXPECT_EQ(languages(R"(,"event_en":"frost","event_de":"FROST")"), "en:frost de:FROST ");
+  EXPECT_EQ(languages(R"(,"event_en":"frost","event_de":"FROST")"), "en:Frost de:FROST ");
   EXPECT_EQ(languages(R"(,"event_en":null,"headline_en":"","headline_de":"Warnung")"), "de: ");
   EXPECT_EQ(languages(R"(,"description_en":"Cold.","instruction_de":"Vorsicht")"), "en: ");
 }

@@ -1,5 +1,6 @@
 #include "feeds/brightsky/bright_sky_alerts.h"
 
+#include "base/text/text.h"
 #include "feeds/cap/cap_text.h"
 #include "feeds/fetching/lenient_json.h"
 
@@ -93,9 +94,15 @@ CapArea areaOf(WireLocation const& wire) {
   return area;
 }
 
+/// "Frost": its English names of events are those of a list, without a capital.
+std::string asTitle(std::string name) {
+  if (!name.empty()) name.replace(0, 1, asciiUppered(name.substr(0, 1)));
+  return name;
+}
+
 std::optional<CapInfo> infoOf(WireAlert const& wire, WireTexts const& texts, CapArea const& area) {
   CapInfo info;
-  info.event = word(wire.*texts.event);
+  info.event = asTitle(word(wire.*texts.event));
   info.headline = (wire.*texts.headline).value.value_or("");
   info.description = (wire.*texts.description).value.value_or("");
   info.instruction = (wire.*texts.instruction).value.value_or("");
