@@ -4,8 +4,10 @@
 
 #include "base/geodesy.h"
 #include "base/time/instant.h"
+#include "demo/demo_fault.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -21,6 +23,8 @@ struct DemoRequest {
   DemoLookup query;
   DemoLookup header;
   bool elsewhere = false;  ///< a forecast is to be that of another place than was asked for
+  /// That the service is to show, for those that show it themselves.
+  std::optional<DemoFault::Kind> fault = std::nullopt;
 
   /// The place whose weather is to be answered: as asked, or its antipode.
   Coordinate answeredPlace(Coordinate asked) const;

@@ -13,8 +13,24 @@ namespace nimbara {
 struct DemoFault {
   /// 500 with a page of HTML; no answer; an answer that is no data; a connection that breaks in the middle;
   /// one byte a second; redirects in a circle; a forecast for the other side of the globe; 200 and nothing
-  /// behind it; 200 and word of an error in XML.
-  enum class Kind { status500, timeout, garbage, drop, drip, loop, elsewhere, empty, exception };
+  /// behind it; 200 and word of an error in XML; 403; and of services with pictures: 429 for each of them,
+  /// lists without entries, pictures of writing, wholly transparent pictures.
+  enum class Kind {
+    status500,
+    timeout,
+    garbage,
+    drop,
+    drip,
+    loop,
+    elsewhere,
+    empty,
+    exception,
+    status403,
+    status429,
+    emptyList,
+    writing,
+    transparent
+  };
 
   Service service = Service::openMeteo;
   Kind kind = Kind::status500;
@@ -24,8 +40,9 @@ struct DemoFault {
 
 template <>
 inline constexpr auto enumNames<DemoFault::Kind> = std::to_array<std::string_view>(
-    {"500", "timeout", "garbage", "drop", "drip", "loop", "elsewhere", "empty", "exception"});
-static_assert(enumNamesComplete(DemoFault::Kind::exception));
+    {"500", "timeout", "garbage", "drop", "drip", "loop", "elsewhere", "empty", "exception", "403", "429",
+     "emptyList", "writing", "transparent"});
+static_assert(enumNamesComplete(DemoFault::Kind::transparent));
 
 /// The services that a fault may name: those that the demo stands in for, separated by commas.
 std::string demoServiceNames();

@@ -12,6 +12,7 @@
 #include "demo/feeds/meteo_alarm_stand_in.h"
 #include "demo/feeds/nhc_stand_in.h"
 #include "demo/feeds/nws_stand_in.h"
+#include "demo/feeds/radar_stand_in.h"
 #include "demo/feeds/satellites_stand_in.h"
 #include "demo/feeds/swpc_stand_in.h"
 #include "demo/feeds/travel_stand_in.h"
@@ -88,15 +89,30 @@ constexpr std::array kRoutes = std::to_array<Route>({
     {Service::metAlerts, R"(/weatherapi/metalerts/2\.0/current\.json)", metAlertsCurrent},
     {Service::brightSky, "/alerts", brightSkyAlerts},
     {Service::brightSky, "/radar", brightSkyRadar},
+    {Service::noaaRadar, "/geoserver/conus/conus_bref_qcd/ows", noaaRadar},
+    {Service::dwdMaps, "/geoserver/dwd/(Niederschlagsradar/ows|wms)", dwdRadar},
+    {Service::iowaMesonet, R"(/cache/tile\.py/1\.0\.0/nexrad-n0q-900913[-m0-9]*/[0-9]+/[0-9]+/[0-9]+\.png)",
+     mesonetTile},
+    {Service::jmaRadar, R"(/bosai/jmatile/data/nowc/targetTimes_N[12]\.json)", jmaTimes},
+    {Service::jmaRadar, R"(/bosai/jmatile/data/nowc/[0-9]+/none/[0-9]+/surf/hrpns/[0-9]+/[0-9]+/[0-9]+\.png)",
+     jmaTile},
+    {Service::libreWxr, R"(/libreWxr/public/weather-maps\.json)", radarMaps},
+    {Service::libreWxr, "/libreWxr/v2/radar/.+", radarMapTile},
+    {Service::libreWxr, "/libreWxr/v2/coverage/.+", radarCoverage},
+    {Service::rainViewer, R"(/rainViewer/public/weather-maps\.json)", radarMaps},
+    {Service::rainViewer, "/rainViewer/v2/radar/.+", radarMapTile},
+    {Service::rainViewer, "/rainViewer/v2/coverage/.+", radarCoverage},
 });
 
 constexpr std::string_view kErrorPage = "<html><body><h1>500 Internal Server Error</h1></body></html>";
+constexpr std::string_view kForbidden = "<html><body><h1>403 Forbidden</h1></body></html>";
 constexpr std::string_view kGarbage =
     "<!doctype html><title>Welcome</title><p>Please log in to use this network.";
 
-DemoRequest demoRequest(httplib::Request const& request, bool elsewhere) {
+DemoRequest demoRequest(httplib::Request const& request, std::optional<DemoFault::Kind> fault) {
   return {request.path, [&request](std::string_view name) { return request.get_param_value(name.data()); },
-          [&request](std::string_view name) { return request.get_header_value(name.data()); }, elsewhere};
+          [&request](std::string_view name) { return request.get_header_value(name.data()); },
+          fault == DemoFault::Kind::elsewhere, fault};
 }
 
 /// A client that plays through time says what time it is.
@@ -152,7 +168,7 @@ struct DemoServer::Running {
 
   void serve(Route const& route, httplib::Request const& request, httplib::Response& response) {
     auto const fault = faultOf(route.service);
-    DemoRequest const asked = demoRequest(request, fault == DemoFault::Kind::elsewhere);
+    DemoRequest const asked = demoRequest(request, fault);
     Instant const now = momentOf(request, clock);
     auto const played = scene == nullptr ? std::nullopt : sceneAnswer(*scene, asked, now);
     if (played && played->hangs) return waitForStop();
@@ -176,7 +192,14 @@ struct DemoServer::Running {
         return sendDrops(answer.body, response);
       case DemoFault::Kind::loop:
         return response.set_redirect(request.target);
+      case DemoFault::Kind::status403:
+        response.status = 403;
+        return response.set_content(std::string(kForbidden), "text/html");
       case DemoFault::Kind::elsewhere:
+      case DemoFault::Kind::status429:
+      case DemoFault::Kind::emptyList:
+      case DemoFault::Kind::writing:
+      case DemoFault::Kind::transparent:
         return sendWhole(answer, response);
       case DemoFault::Kind::empty:
         return sendWhole({}, response);
