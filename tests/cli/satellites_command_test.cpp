@@ -199,8 +199,9 @@ TEST_F(SatelliteCommands, OldElementsServeWithoutTheServer) {
   CliRun const old = run({"satellites", "info", "HST"}, "2026-11-21T15:20:00Z");
   EXPECT_EQ(old.exitCode, 0);
   EXPECT_THAT(old.err, HasSubstr("using the orbits from 9:20 AM\n"));
-  CliRun const none = run({"satellites", "list", "--group", "galileo"});
+  CliRun const none = run({"satellites", "list", "--group", "galileo", "--group", "galileo"});
   EXPECT_EQ(none.exitCode, exitCode::kUnavailable);
+  EXPECT_EQ(std::ranges::count(none.err, '\n'), 1) << none.err;
   EXPECT_THAT(none.err, HasSubstr("the satellites of the group galileo could not be fetched"));
 }
 

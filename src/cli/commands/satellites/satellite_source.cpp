@@ -31,7 +31,8 @@ Outcome<std::vector<SatelliteCatalog::Group>> groupsOf(std::vector<std::string> 
       return std::unexpected(
           Failure{exitCode::kUsage, "'" + oneLine(id) + "' is not a group; choose from " + known, {}});
     }
-    groups.push_back(*group);
+    bool const isNew = std::ranges::find(groups, group->id, &SatelliteCatalog::Group::id) == groups.end();
+    if (isNew) groups.push_back(*group);
   }
   return groups;
 }
