@@ -5,6 +5,7 @@
 #include "gazetteer/gazetteer.h"
 
 #include <algorithm>
+#include <array>
 
 namespace nimbara {
 
@@ -24,8 +25,22 @@ bool isOf(std::string_view country, std::string_view code) {
   return country == code;
 }
 
+/// Offshore areas of the Norwegian forecasts that reach farther, as its service draws them.
+struct Waters {
+  double south, north, west, east;
+};
+constexpr std::array kNorwegianWaters{Waters{65, 70, -5, 10}, Waters{70, 72.5, -10, 10},
+                                      Waters{72.5, 80, -10, 30}, Waters{80, 81.6, 10, 31},
+                                      Waters{69.25, 72.5, 31, 37}};
+
 bool isNorwegianSea(GovAlertPlace const& place, std::string_view country) {
   if (!country.empty()) return false;
+  auto const [latitude, longitude] = place.coordinate;
+  bool const isDrawn = std::ranges::any_of(kNorwegianWaters, [&](Waters const& waters) {
+    return waters.south <= latitude && latitude <= waters.north && waters.west <= longitude &&
+           longitude <= waters.east;
+  });
+  if (isDrawn) return true;
   auto const nearest = nearestCity(place.coordinate);
   if (!nearest || nearest->km > kNorwegianSeaKm) return false;
   return isOf(nearest->city.countryCode, "NO") || isOf(nearest->city.countryCode, "SJ");
