@@ -108,6 +108,23 @@ std::string localText(Instant moment) {
   return text.substr(0, text.size() - 1) + "+00:00";
 }
 
+/// As the service's forecasters write it: "November 23 at 12:00AM UTC".
+std::string spokenText(Instant moment) {
+  constexpr std::array<std::string_view, 12> kMonths{"January",   "February", "March",    "April",
+                                                     "May",       "June",     "July",     "August",
+                                                     "September", "October",  "November", "December"};
+  auto const minute = std::chrono::floor<std::chrono::minutes>(moment);
+  auto const day = std::chrono::floor<std::chrono::days>(minute);
+  std::chrono::year_month_day const date(std::chrono::sys_days(day.time_since_epoch()));
+  std::chrono::hh_mm_ss const clock(minute - day);
+  auto const hour = clock.hours().count();
+  auto const minutes = std::to_string(clock.minutes().count());
+  return std::string(kMonths.at(static_cast<unsigned>(date.month()) - 1)) + " " +
+         std::to_string(static_cast<unsigned>(date.day())) + " at " +
+         std::to_string(hour % 12 == 0 ? 12 : hour % 12) + ":" + (minutes.size() == 1 ? "0" : "") + minutes +
+         (hour < 12 ? "AM" : "PM") + " UTC";
+}
+
 class MessageWriter {
  public:
   MessageWriter(JsonWriter& json, Coordinate place) : json_(json), place_(place) {}
@@ -155,9 +172,9 @@ class MessageWriter {
     json_.member("urgency", "Expected");
     json_.member("event", event);
     json_.member("senderName", "NWS Demo Office");
-    json_.member("headline", event + " until " + localText(message.end) + " by NWS Demo Office");
+    json_.member("headline", event + " until " + spokenText(message.end) + " by NWS Demo Office");
     json_.member("description", "* WHAT..." + event + ".\n\n* WHERE..." + areaText() + ".\n\n* WHEN...From " +
-                                    localText(message.begin) + " to " + localText(message.end) + ".");
+                                    spokenText(message.begin) + " to " + spokenText(message.end) + ".");
     json_.member("instruction", hazard.instruction);
     json_.member("response", "Prepare");
     json_.endObject();
