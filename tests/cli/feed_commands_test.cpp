@@ -93,6 +93,7 @@ TEST_F(FeedCommands, RefuseCoordinatesThatAreNone) {
         {"coverage"},
         {"nowcast"},
         {"brief"},
+        {"advice"},
         {"air"},
         {"storms"},
         {"fires"},

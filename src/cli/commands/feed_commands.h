@@ -30,6 +30,7 @@ int runStorms(CommandLine const& line, Session const& session);
 int runFires(CommandLine const& line, Session const& session);
 int runLightning(CommandLine const& line, Session const& session);
 int runAdvisories(CommandLine const& line, Session const& session);
+int runAdvice(CommandLine const& line, Session const& session);
 int runBrief(CommandLine const& line, Session const& session);
 int runKp(CommandLine const& line, Session const& session);
 int runFeedServer(CommandLine const& line, Session const& session);

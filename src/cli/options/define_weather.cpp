@@ -1,3 +1,4 @@
+#include "analysis/tip_rules.h"
 #include "cli/options/command_definitions.h"
 
 namespace nimbara {
@@ -82,6 +83,18 @@ void defineBrief(Command app, CommandLine& line, RawOptions& raw) {
   command.whenGiven([&line] { line.run = runBrief; });
 }
 
+void defineAdvice(Command app, CommandLine& line, RawOptions& raw) {
+  Command const command =
+      app.command("advice", "Good hours of the next three days for walking, laundry, stargazing and more");
+  command.option("PLACE", line.feeds.place, kPlace);
+  command.option("--activity", line.feeds.activity, "This one alone")
+      .called("NAME")
+      .among(enumNames<Activity>);
+  command.flag("--json", line.feeds.json, kJson);
+  defineCommon(command, line, raw);
+  command.whenGiven([&line] { line.run = runAdvice; });
+}
+
 void defineLine(Command app, CommandLine& line, RawOptions& raw) {
   LineOptions& options = line.line;
   auto const define = [&](char const* name, char const* explanation, auto run) {
@@ -131,6 +144,7 @@ void defineWeather(Command app, CommandLine& line, RawOptions& raw) {
   defineCoverage(app, line, raw);
   defineNowcast(app, line, raw);
   defineBrief(app, line, raw);
+  defineAdvice(app, line, raw);
   defineLine(app, line, raw);
   defineDoctor(app, line, raw);
 }
