@@ -40,6 +40,7 @@ declare -A rooms=(
   [feeds/alerts]="awareness cap fetching nws regions"
   [feeds/brightsky]="cap fetching"
   [feeds/cap]="fetching"
+  [feeds/climate]="fetching"
   [feeds/eccc]="cap fetching"
   [feeds/fires]="fetching"
   [feeds/fpas]="cap fetching"

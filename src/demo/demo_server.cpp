@@ -20,6 +20,7 @@
 #include "demo/feeds/wmo_stand_in.h"
 #include "demo/forecasts/air_quality_stand_in.h"
 #include "demo/forecasts/apple_weather_stand_in.h"
+#include "demo/forecasts/climate_stand_in.h"
 #include "demo/forecasts/nowcast_stand_in.h"
 #include "demo/forecasts/open_meteo_stand_in.h"
 #include "demo/forecasts/wttr_stand_in.h"
@@ -48,6 +49,7 @@ struct Route {
 
 constexpr std::array kRoutes = std::to_array<Route>({
     {Service::openMeteo, "/v1/forecast", openMeteoForecast},
+    {Service::openMeteoArchive, "/v1/archive", openMeteoArchive},
     {Service::openMeteoGeocoding, "/v1/search", openMeteoSearch},
     {Service::appleWeather, "/api/v1/weather/[^/]+/[^/]+/[^/]+", appleWeatherForecast},
     {Service::yrNo, R"(/weatherapi/locationforecast/2\.0/(complete|compact))", yrNoForecast},

@@ -96,6 +96,7 @@ TEST_F(FeedCommands, RefuseCoordinatesThatAreNone) {
         {"advice"},
         {"air"},
         {"storms"},
+        {"climate"},
         {"fires"},
         {"lightning"},
         {"advisories"},

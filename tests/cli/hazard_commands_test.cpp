@@ -135,6 +135,19 @@ TEST_F(HazardCommands, TakeTheListOfAllSeasWhereTheTyphoonCenterRefuses) {
   EXPECT_THAT(unknown.out, StartsWith(R"({"state":"unchecked",)"));
 }
 
+TEST_F(HazardCommands, CompareWithTheUsualTemperature) {
+  CliRun const json = run({"climate", "52.52,13.41", "--json"});
+  EXPECT_EQ(json.exitCode, 0) << json.err;
+  EXPECT_THAT(json.out,
+              StartsWith(R"({"period":"1991-2020","grid":"52.50,13.50","date":"2026-07-21","day":{"mean":)"));
+  EXPECT_THAT(json.out, AllOf(HasSubstr(R"("state":"listed")"), Not(HasSubstr(R"("anomaly":null)"))));
+  EXPECT_THAT(run({"climate", "52.52,13.41"}).out, HasSubstr("Usual daily mean for late July: "));
+  CliRun const failed =
+      run({"climate", "52.52,13.41", "--json"}, {{Service::openMeteoArchive, DemoFault::Kind::status500}});
+  EXPECT_EQ(failed.exitCode, exitCode::kUnavailable);
+  EXPECT_THAT(failed.err, StartsWith("nimbara: the usual temperatures could not be checked: "));
+}
+
 TEST_F(HazardCommands, GiveDistancesInTheUsersUnits) {
   EXPECT_THAT(run({"fires", "38.4,-122.6", "--radius", "161", "--units", "imperial"}).out,
               HasSubstr("within 100 mi"));

@@ -11,6 +11,7 @@
 #include "feeds/space/kp_forecast_service.h"
 #include "feeds/storms/lightning_source.h"
 #include "feeds/travel/travel_advisory_service.h"
+#include "gazetteer/gazetteer.h"
 
 #include <utility>
 
@@ -147,6 +148,10 @@ void EngineHazards::askSupplement(Place const& place, std::stop_token const& sto
   known.advisories = feeds->travelAdvisories().fetchAdvisories(stop);
   std::erase_if(known.advisories.data,
                 [&](TravelAdvisory const& entry) { return entry.country != known.country; });
+  show();
+  Calendar const calendar =
+      Calendar::forZone(std::string(timeZoneAt(place.coordinate))).value_or(Calendar::utc());
+  known.climate = feeds->climate().fetch(place.coordinate, dayAt(calendar, surroundings_.now()), stop);
   show();
 }
 

@@ -3,6 +3,7 @@
 #include "app/services/official_services.h"
 #include "app/settings/service_directory.h"
 #include "feeds/air/air_quality_service.h"
+#include "feeds/climate/climate_service.h"
 #include "feeds/feed_source.h"
 #include "feeds/fires/wildfire_service.h"
 #include "feeds/imagery/radar_service.h"
@@ -61,6 +62,16 @@ AirQualityService::Options airQualityOptions(ServiceAddress address) {
   return {std::move(address.baseUrl), std::move(address.apiKey)};
 }
 
+/// What a stand-in made up is never kept for a place's climate.
+ClimateService::Options climateOptions(ServiceDirectory const& services,
+                                       std::filesystem::path const& cacheDirectory) {
+  ServiceAddress archive = services.address(Service::openMeteoArchive);
+  ServiceAddress forecast = services.address(Service::openMeteo);
+  bool const keeps = !cacheDirectory.empty() && !isStandIn(services);
+  return {std::move(archive.baseUrl), std::move(archive.apiKey), std::move(forecast.baseUrl),
+          std::move(forecast.apiKey), keeps ? cacheDirectory / "Climate" : std::filesystem::path()};
+}
+
 NowcastService::Options nowcastOptions(ServiceDirectory const& services,
                                        std::filesystem::path const& cacheDirectory) {
   ServiceAddress openMeteo = services.address(Service::openMeteo);
@@ -116,6 +127,7 @@ struct FeedServices::Parts {
         geomagnetic(http, clock, services.address(Service::swpc).baseUrl),
         kpForecast(http, clock, services.address(Service::swpc).baseUrl),
         airQuality(http, clock, airQualityOptions(services.address(Service::airQuality))),
+        climate(http, clock, climateOptions(services, options.cacheDirectory)),
         tropicalStorms(http, clock,
                        {services.address(Service::nhc).baseUrl, services.address(Service::nhcMaps).baseUrl}),
         typhoons(http, clock, services.address(Service::jtwc).baseUrl),
@@ -139,6 +151,7 @@ struct FeedServices::Parts {
   GeomagneticService geomagnetic;
   KpForecastService kpForecast;
   AirQualityService airQuality;
+  ClimateService climate;
   TropicalStormService tropicalStorms;
   TyphoonService typhoons;
   GdacsStormService gdacsStorms;
@@ -180,6 +193,10 @@ GovAlertService& FeedServices::govAlerts() {
 
 AirQualityService& FeedServices::airQuality() {
   return parts_->airQuality;
+}
+
+ClimateService& FeedServices::climate() {
+  return parts_->climate;
 }
 
 TropicalStormService& FeedServices::tropicalStorms() {

@@ -13,6 +13,7 @@
 namespace nimbara {
 
 class AirQualityService;
+class ClimateService;
 class Clock;
 class EarthquakeService;
 class GdacsStormService;
@@ -57,6 +58,7 @@ class FeedServices {
   KpForecastService& kpForecast();
   GovAlertService& govAlerts();
   AirQualityService& airQuality();
+  ClimateService& climate();
   TropicalStormService& tropicalStorms();
   TyphoonService& typhoons();
   GdacsStormService& gdacsStorms();

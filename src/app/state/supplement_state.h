@@ -4,6 +4,7 @@
 
 #include "app/places/place.h"
 #include "feeds/air/air_quality.h"
+#include "feeds/climate/climate_service.h"
 #include "feeds/fires/fire_detection.h"
 #include "feeds/storms/lightning_strike.h"
 #include "feeds/storms/world_storms.h"
@@ -25,6 +26,7 @@ struct SupplementState {
   FeedReading<std::vector<FireDetection>> activeFires;  ///< within that radius
   FeedReading<std::vector<LightningStrike>> lightning;  ///< likewise, of the last hour
   FeedReading<std::vector<TravelAdvisory>> advisories;  ///< of the place's country
+  FeedReading<ClimateOutlook> climate;                  ///< of today at the place
   std::string country;                                  ///< of two letters; empty at sea
 
   bool operator==(SupplementState const&) const = default;

@@ -26,6 +26,7 @@ struct FeedOptions {
 int runNws(CommandLine const& line, Session const& session);
 int runQuakes(CommandLine const& line, Session const& session);
 int runAir(CommandLine const& line, Session const& session);
+int runClimate(CommandLine const& line, Session const& session);
 int runStorms(CommandLine const& line, Session const& session);
 int runFires(CommandLine const& line, Session const& session);
 int runLightning(CommandLine const& line, Session const& session);

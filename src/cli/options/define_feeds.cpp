@@ -82,6 +82,8 @@ void defineRadius(Command command, CommandLine& line, char const* explanation) {
 void defineHazards(Command app, CommandLine& line, RawOptions& raw) {
   definePlaceCommand(app, line, raw, "air", "Air quality, pollen and UV, now and for the next 48 hours",
                      runAir);
+  definePlaceCommand(app, line, raw, "climate",
+                     "How today's temperature compares with what is usual, 1991 to 2020", runClimate);
   definePlaceCommand(app, line, raw, "storms",
                      "Tropical storms of the world, the nearest first, with their forecast tracks",
                      runStorms);

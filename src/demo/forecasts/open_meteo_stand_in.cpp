@@ -5,6 +5,7 @@
 #include "base/text/number.h"
 #include "base/text/text.h"
 #include "base/time/calendar.h"
+#include "demo/forecasts/climate_stand_in.h"
 #include "demo/forecasts/nowcast_stand_in.h"
 #include "demo/world/demo_places.h"
 #include "demo/world/demo_weather.h"
@@ -313,6 +314,7 @@ std::string rangeReason(std::string_view name, std::string_view range, std::stri
 
 DemoAnswer openMeteoForecast(DemoRequest const& asked, Instant now) {
   DemoLookup const& query = asked.query;
+  if (!query("past_days").empty()) return openMeteoPastDays(asked, now);
   if (!query("minutely_15").empty()) return openMeteoQuarters(asked, now);
   auto const latitude = parseDouble(query("latitude"));
   auto const longitude = parseDouble(query("longitude"));

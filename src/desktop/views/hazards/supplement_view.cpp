@@ -2,6 +2,7 @@
 
 #include "app/state/supplement_state.h"
 #include "app/words/air_text.h"
+#include "app/words/climate_text.h"
 #include "app/words/storm_text.h"
 #include "feeds/storms/storm_merge.h"
 #include "gazetteer/gazetteer.h"
@@ -114,6 +115,18 @@ SupplementCard advisoryCard(SupplementState const& state, ViewContext const& con
   return card;
 }
 
+SupplementCard climateCard(SupplementState const& state, ViewContext const& context,
+                           HazardWords const& words) {
+  HazardCheck const check = hazardCheck(state.climate, state.climate.data.usual.has_value());
+  if (check.state == HazardState::unchecked)
+    return cardOf("climate", check, uncheckedText("climate", check, words), context);
+  ClimateText const text = climateText(state.climate.data, words);
+  SupplementCard card = cardOf("climate", check, text.sentence.empty() ? text.band : text.sentence, context);
+  if (!text.sentence.empty()) card.body = text.band;
+  card.source = text.source;
+  return card;
+}
+
 }  // namespace
 
 std::vector<SupplementCard> supplementCards(SupplementState const* state, ViewContext const& context) {
@@ -123,6 +136,7 @@ std::vector<SupplementCard> supplementCards(SupplementState const* state, ViewCo
   HazardWords const words{context.texts, context.units, calendar, context.now};
   std::vector<SupplementCard> cards;
   if (state->airQuality.isSettled()) cards.push_back(airCard(*state, context, words));
+  if (state->climate.isSettled()) cards.push_back(climateCard(*state, context, words));
   if (state->activeStorms.isSettled()) cards.push_back(stormCard(*state, context, words));
   if (state->lightning.isSettled()) cards.push_back(lightningCard(*state, context, words));
   if (state->activeFires.isSettled()) cards.push_back(fireCard(*state, context, words));
