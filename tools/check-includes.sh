@@ -63,7 +63,7 @@ declare -A rooms=(
   [demo/forecasts]="world"
   [cli/commands]="options pages shell"
   [desktop/core]="views"
-  [desktop/window]="core scene views"
+  [desktop/window]="core imagery scene views"
 )
 
 wrong=0

@@ -61,6 +61,7 @@ int runDoctor(CommandLine const& line, Session const& session);
 int runWatch(CommandLine const& line, Session const& session);
 int runWatchInstall(CommandLine const& line, Session const& session);
 int runNowcast(CommandLine const& line, Session const& session);
+int runRadar(CommandLine const& line, Session const& session);
 int runNotify(CommandLine const& line, Session const& session);
 int runDemo(CommandLine const& line, Session const& session);
 int runPlaces(CommandLine const& line, Session const& session);

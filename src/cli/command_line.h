@@ -108,6 +108,15 @@ struct LineOptions {
   bool helpFormat = false;
 };
 
+struct RadarOptions {
+  std::string place;
+  std::string png;  ///< the file to write
+  int width = 800;  ///< pixels
+  int height = 600;
+  int zoom = 7;
+  bool json = false;
+};
+
 struct DoctorOptions {
   bool sources = false;  ///< only those of official warnings, place by place
   bool check = false;    ///< and ask them first
@@ -144,6 +153,7 @@ struct CommandLine {
   ForecastOptions forecast;
   AlertsOptions alerts;
   LineOptions line;
+  RadarOptions radar;
   DoctorOptions doctor;
   WatchOptions watch;
   NotifyOptions notify;

@@ -9,6 +9,7 @@
 #include "demo/world/demo_places.h"
 #include "desktop/core/process_end.h"
 #include "desktop/core/snapshot_box.h"
+#include "desktop/imagery/radar_drawer.h"
 #include "desktop/window/desktop_shell.h"
 #include "desktop/window/desktop_window.h"
 #include "desktop/window/models/desktop_model.h"
@@ -292,6 +293,8 @@ int run(Environment environment, DesktopOptions const& options, InterruptSignals
 int main(int count, char** arguments) {
   mallopt(M_ARENA_MAX, 2);
   std::signal(SIGXFSZ, SIG_IGN);  // an error of writing like others
+  if (count > 1 && std::string_view(arguments[1]) == nimbara::kDrawRadar)
+    return nimbara::runRadarDrawer(count, arguments);
   auto const environment = nimbara::Environment::ofProcess();
   auto const options = nimbara::parseDesktopOptions({arguments + 1, arguments + count}, environment);
   if (!options) {

@@ -19,6 +19,7 @@ struct RawOptions {
   std::string language;
   std::string provider;
   std::string sources;
+  std::string size;
   std::vector<std::string> faults;
 };
 

@@ -1,4 +1,6 @@
 #include "analysis/tip_rules.h"
+#include "base/text/number.h"
+#include "base/text/text.h"
 #include "cli/options/command_definitions.h"
 
 namespace nimbara {
@@ -95,6 +97,46 @@ void defineAdvice(Command app, CommandLine& line, RawOptions& raw) {
   command.whenGiven([&line] { line.run = runAdvice; });
 }
 
+constexpr int kLeastSide = 100, kGreatestSide = 4096;
+
+struct PictureSize {
+  int width, height;
+};
+
+/// "800x600".
+std::optional<PictureSize> pictureSize(std::string const& text) {
+  auto const parts = split(text, 'x');
+  if (parts.size() != 2) return std::nullopt;
+  auto const width = parseInteger(parts[0]), height = parseInteger(parts[1]);
+  auto const fits = [](std::optional<int> side) {
+    return side && *side >= kLeastSide && *side <= kGreatestSide;
+  };
+  return fits(width) && fits(height) ? std::optional(PictureSize{*width, *height}) : std::nullopt;
+}
+
+std::string sizeProblem(std::string const& text) {
+  return pictureSize(text) ? "" : "'" + oneLine(text) + "' is not a size like 800x600, each side 100 to 4096";
+}
+
+void defineRadar(Command app, CommandLine& line, RawOptions& raw) {
+  Command const command =
+      app.command("radar", "A picture of the rain around a place, as the radar saw it last");
+  RadarOptions& options = line.radar;
+  command.option("PLACE", options.place, kPlace);
+  command.option("--png", options.png, "The file to write").called("FILE").required();
+  command.option("--size", raw.size, "Of the picture, 800x600 by default").called("WxH").check(sizeProblem);
+  command.option("--zoom", options.zoom, "From 2, a continent, to 12, a town; 7 by default")
+      .called("N")
+      .range(2, 12);
+  command.flag("--json", options.json, kJson);
+  defineCommon(command, line, raw);
+  command.whenGiven([&line, &raw] {
+    line.run = runRadar;
+    if (auto const size = pictureSize(raw.size))
+      std::tie(line.radar.width, line.radar.height) = std::pair(size->width, size->height);
+  });
+}
+
 void defineLine(Command app, CommandLine& line, RawOptions& raw) {
   LineOptions& options = line.line;
   auto const define = [&](char const* name, char const* explanation, auto run) {
@@ -143,6 +185,7 @@ void defineWeather(Command app, CommandLine& line, RawOptions& raw) {
   defineAlerts(app, line, raw);
   defineCoverage(app, line, raw);
   defineNowcast(app, line, raw);
+  defineRadar(app, line, raw);
   defineBrief(app, line, raw);
   defineAdvice(app, line, raw);
   defineLine(app, line, raw);

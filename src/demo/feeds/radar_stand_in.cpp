@@ -196,7 +196,7 @@ DemoAnswer mapService(DemoRequest const& request, Instant now, MapServiceLayer c
   auto const time = parseIso8601(request.query("time"));
   constexpr int kMost = 1024;
   if (!square || !side || *side < 16 || *side > kMost || *side % 4 != 0)
-    return {200, "<ServiceExceptionReport/>"};
+    return {200, "<ServiceExceptionReport/>", {}};
   if (auto faulty = faultyPicture(request, *side)) return std::move(*faulty);
   bool const isListed = time && flooredTo(minutes(5), *time) == *time &&
                         *time >= newest - minutes(5) * (kMeasured - 1) &&

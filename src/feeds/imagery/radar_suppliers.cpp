@@ -1,6 +1,7 @@
 #include "feeds/imagery/radar_suppliers.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace nimbara {
 
@@ -177,6 +178,20 @@ bool mayHaveRain(RadarSupplier const& supplier, TileAddress tile) {
            return box.south < northWest.latitude && box.north > southEast.latitude &&
                   box.west < southEast.longitude && box.east > northWest.longitude;
          });
+}
+
+std::vector<TileAddress> tilesWanted(RadarSupplier const& supplier, MapView const& view) {
+  auto tiles = tilesOf(view, pictureZoom(supplier, static_cast<int>(std::lround(view.zoom))));
+  std::erase_if(tiles, [&](TileAddress const& tile) { return !mayHaveRain(supplier, tile); });
+  return tiles;
+}
+
+TileAddress coverageTileAt(Coordinate place) {
+  constexpr int kZoom = 6;
+  MapPoint const point = mercatorOf(place);
+  int const count = 1 << kZoom;
+  auto const index = [count](double at) { return std::clamp(static_cast<int>(at * count), 0, count - 1); };
+  return {kZoom, index(point.x), index(point.y)};
 }
 
 }  // namespace nimbara

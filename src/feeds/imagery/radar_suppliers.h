@@ -79,5 +79,9 @@ int pictureZoom(RadarSupplier const& supplier, int mapZoom);
 TileAddress servedBy(RadarSupplier const& supplier, TileAddress tile);
 /// Some of the tile lies where the supplier may have radars.
 bool mayHaveRain(RadarSupplier const& supplier, TileAddress tile);
+/// The supplier's tiles that a view wants, those next to the centre first.
+std::vector<TileAddress> tilesWanted(RadarSupplier const& supplier, MapView const& view);
+/// The tile of a supplier's coverage that tells of a place.
+TileAddress coverageTileAt(Coordinate place);
 
 }  // namespace nimbara
