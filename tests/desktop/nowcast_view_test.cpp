@@ -86,7 +86,7 @@ TEST(NowcastView, HasABarForEachStepAndNoneForAHole) {
   EXPECT_DOUBLE_EQ(bars[0].from, 5.0 / 120);
   EXPECT_DOUBLE_EQ(bars[0].to, 10.0 / 120);
   EXPECT_EQ(bars[0].share, 0);
-  EXPECT_DOUBLE_EQ(bars[2].share, 0.4);
+  EXPECT_DOUBLE_EQ(bars[2].share, 0.52);
   EXPECT_EQ(bars[3].share, 1);
   EXPECT_THAT(nowcastKindViews(bars, contextAt(kNow)),
               ElementsAre(NowcastKindView{"rain", "Rain"}, NowcastKindView{"snow", "Snow"},

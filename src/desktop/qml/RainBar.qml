@@ -33,17 +33,19 @@ Item {
     }
     Item {
         id: flakes
-        readonly property real size: Math.max(2, Math.min(5, bar.width - 2))
-        readonly property int rows: Math.max(1, Math.floor((bar.height + 2) / (size + 2)))
+        readonly property real size: Math.max(2, Math.min(4, bar.width - 2))
+        readonly property int rows: Math.max(1, Math.floor((bar.height + 3) / (size + 3)))
+        readonly property int columns: Math.max(1, Math.floor((bar.width + 3) / (size + 3)))
+        readonly property real begin: (bar.width - columns * (size + 3) + 3) / 2
         anchors.fill: parent
         visible: bar.kind === "snow"
         clip: true
         Repeater {
-            model: bar.kind === "snow" ? flakes.rows : 0
+            model: bar.kind === "snow" ? flakes.rows * flakes.columns : 0
             Rectangle {
                 required property int index
-                anchors.horizontalCenter: parent.horizontalCenter
-                y: bar.height - (index + 1) * flakes.size - 2 * index
+                x: flakes.begin + (index % flakes.columns) * (flakes.size + 3)
+                y: bar.height - flakes.size - Math.floor(index / flakes.columns) * (flakes.size + 3)
                 width: flakes.size
                 height: flakes.size
                 radius: flakes.size / 2

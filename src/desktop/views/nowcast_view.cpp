@@ -48,9 +48,9 @@ std::string kindOf(NowcastStep const& step) {
 /// A drizzle can be seen, and a cloudburst is not the only thing that can.
 double heightOf(NowcastStep const& step) {
   constexpr double kHighest = 10;  // mm/h, heavy rain
-  constexpr double kLowest = 0.08;
+  constexpr double kLowest = 0.2;
   if (!isWet(step)) return 0;
-  return std::max(kLowest, std::sqrt(std::min(*step.mmPerHour, kHighest) / kHighest));
+  return kLowest + (1 - kLowest) * std::sqrt(std::min(*step.mmPerHour, kHighest) / kHighest);
 }
 
 std::string readingOf(NowcastStep const& step, std::string const& kind, TimeWords const& words,
