@@ -71,6 +71,7 @@ int runComplete(CommandLine const& line, Session const& session);
 int runExport(CommandLine const& line, Session const& session);
 int runImport(CommandLine const& line, Session const& session);
 int runManual(CommandLine const& line, Session const& session);
+int runStation(CommandLine const& line, Session const& session);
 int runSettings(CommandLine const& line, Session const& session);
 
 /// The clock that the command line asks for.

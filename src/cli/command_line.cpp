@@ -117,6 +117,7 @@ CommandParser makeParser(CommandLine& line, RawOptions& raw) {
   defineSatellites(app, line, raw);
   defineNotifications(app, line, raw);
   defineService(app, line, raw);
+  defineStations(app, line, raw);
   defineRegions(app, line, raw);
   defineShell(app, line);
   return parser;

@@ -12,6 +12,7 @@
 #include "cli/options/replay_options.h"
 #include "cli/options/rules_options.h"
 #include "cli/options/satellites_options.h"
+#include "cli/options/station_options.h"
 #include "demo/demo_process.h"
 #include "model/provider_option.h"
 
@@ -163,6 +164,7 @@ struct CommandLine {
   SettingsOptions settings;
   FeedOptions feeds;
   RegionsOptions regions;
+  StationOptions station;
   SatellitesOptions satellites;
   RulesOptions rules;
   ShellOptions shell;

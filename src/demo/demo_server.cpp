@@ -10,6 +10,7 @@
 #include "demo/feeds/lightning_stand_in.h"
 #include "demo/feeds/met_alerts_stand_in.h"
 #include "demo/feeds/meteo_alarm_stand_in.h"
+#include "demo/feeds/netatmo_stand_in.h"
 #include "demo/feeds/nhc_stand_in.h"
 #include "demo/feeds/nws_stand_in.h"
 #include "demo/feeds/radar_stand_in.h"
@@ -104,6 +105,11 @@ constexpr std::array kRoutes = std::to_array<Route>({
     {Service::rainViewer, R"(/rainViewer/public/weather-maps\.json)", radarMaps},
     {Service::rainViewer, "/rainViewer/v2/radar/.+", radarMapTile},
     {Service::rainViewer, "/rainViewer/v2/coverage/.+", radarCoverage},
+    {Service::netatmo, "/oauth2/authorize", netatmoConsent},
+    {Service::netatmo, "/oauth2/token", netatmoToken},
+    {Service::netatmo, "/api/getstationsdata", netatmoStations},
+    {Service::netatmo, "/api/getpublicdata", netatmoPublic},
+    {Service::netatmo, "/get_livedata_info", ecowittLiveData},
 });
 
 constexpr std::string_view kErrorPage = "<html><body><h1>500 Internal Server Error</h1></body></html>";
@@ -136,8 +142,12 @@ void sendHalf(std::string const& body, httplib::Response& response) {
 
 void sendWhole(DemoAnswer const& answer, httplib::Response& response) {
   response.status = answer.status;
-  for (auto const& [name, value] : answer.headers) response.set_header(name, value);
-  if (!answer.body.empty()) response.set_content(answer.body, "application/json; charset=utf-8");
+  std::string type = "application/json; charset=utf-8";
+  for (auto const& [name, value] : answer.headers) {
+    if (name == "Content-Type") type = value;
+    response.set_header(name, value);
+  }
+  if (!answer.body.empty()) response.set_content(answer.body, type);
 }
 
 }  // namespace
@@ -156,10 +166,11 @@ struct DemoServer::Running {
     server.set_payload_max_length(kLongestQuery);
     server.set_default_headers({{"Server", "nimbara-demo"}});
     for (Route const& route : kRoutes) {
-      server.Get(std::string(route.pattern),
-                 [this, &route](httplib::Request const& request, httplib::Response& response) {
-                   serve(route, request, response);
-                 });
+      auto const answer = [this, &route](httplib::Request const& request, httplib::Response& response) {
+        serve(route, request, response);
+      };
+      server.Get(std::string(route.pattern), answer);
+      if (route.answer == netatmoToken) server.Post(std::string(route.pattern), answer);
     }
   }
 

@@ -1,5 +1,7 @@
 #include "app/engine/app_state.h"
 
+#include "feeds/stations/station_shown.h"
+
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -103,9 +105,13 @@ bool AppState::isSelected(Place const& place) const {
 }
 
 void AppState::show(Place const& place, ForecastAnswer const& answer) {
+  WeatherData data = answer.data;
+  auto station = surroundings_.overlayStation ? surroundings_.overlayStation(data) : nullptr;
   change([&](WeatherState& state) {
     if (!selected_ || keyOf(*selected_) != keyOf(place)) return;
-    state.weatherData = answer.data;
+    state.weatherData = std::move(data);
+    state.isShowingLiveNetatmoData = station && station->isLive();
+    state.station = std::move(station);
     state.insight = ForecastInsight{answer.alerts};
     state.lastUpdated = answer.answeredAt;
     state.currentWeatherProvider = answer.provider;
@@ -270,6 +276,7 @@ void AppState::setForeground(bool isForeground) {
     std::lock_guard const lock(mutex_);
     if (isForeground_ == isForeground) return;
     isForeground_ = isForeground;
+    if (isForeground) stationDue_.reset();
   }
   if (isForeground) requestRefresh(RefreshTrigger::foreground);
   tell(surroundings_.onDueChange);
@@ -353,6 +360,33 @@ void AppState::finishSupplemental(Place const& place, SupplementalOutcome outcom
 }
 
 /// With the lock held.
+bool AppState::wantsStation() const {
+  return surroundings_.refreshStation && selected_ && weather_->station && !stationTask_.isRunning;
+}
+
+void AppState::startStation(Instant now) {
+  constexpr std::chrono::hours kFarthest{2};
+  bool isForeground = false;
+  {
+    std::lock_guard const lock(mutex_);
+    if (!wantsStation() || (stationDue_ && !isDue(stationDue_, now, kFarthest))) return;
+    stationTask_ = {true, {}};
+    isForeground = isForeground_;
+  }
+  runner_.run([this, isForeground](std::stop_token const& stop) {
+    constexpr seconds kShortestRest{30};
+    Instant const due = surroundings_.refreshStation(isForeground, stop);
+    if (!stop.stop_requested()) reshow();
+    {
+      std::lock_guard const lock(mutex_);
+      stationTask_.isRunning = false;
+      stationDue_ = std::max(due, clock_.now() + kShortestRest);
+    }
+    tell(surroundings_.onDueChange);
+  });
+}
+
+/// With the lock held.
 bool AppState::wantsNowcast() const {
   return surroundings_.refreshNowcast && isForeground_ && selected_ && weather_->weatherData &&
          !nowcastTask_.isRunning;
@@ -427,6 +461,7 @@ void AppState::runDue() {
   }
   if (trigger) requestRefresh(*trigger);
   startSupplemental(now);
+  startStation(now);
   startNowcast(now);
   startOthers(now);
 }
@@ -455,6 +490,7 @@ std::optional<Instant> AppState::nextDue() {
     consider(supplementalRetryDue_);
   }
   if (wantsNowcast()) consider(nowcastDue_.value_or(now));
+  if (wantsStation()) consider(stationDue_.value_or(now));
   if (!nonActiveNotificationRefreshTask_.isRunning) {
     for (Place const& place : others) clock(RefreshKind::nonActiveNotification, place);
   }

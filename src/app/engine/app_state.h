@@ -68,6 +68,11 @@ class AppState {
     std::function<SupplementalOutcome(Place const&, std::stop_token)> refreshSupplemental;
     /// The same. Asked only in the foreground, and never before the place has a forecast to show.
     std::function<NowcastAnswer(Place const&, std::stop_token)> refreshNowcast;
+    /// What is kept of the user's station, put into the forecast that is to be shown; null where none is
+    /// linked. Does not block.
+    std::function<std::shared_ptr<StationShown const>(WeatherData&)> overlayStation;
+    /// Asks the station, seldom where nobody looks; gives when it may be asked again.
+    std::function<Instant(bool isForeground, std::stop_token)> refreshStation;
     std::function<void(RefreshReport const&)> onRefresh;
     /// The device has moved, and its new place may be selected: the spacing of such moves allows it.
     std::function<void(LocationFix const&)> onArrival;
@@ -122,6 +127,8 @@ class AppState {
   void startSupplemental(Instant now);
   bool maySupplement(Instant now) const;
   void startNowcast(Instant now);
+  bool wantsStation() const;
+  void startStation(Instant now);
   bool wantsNowcast() const;
   void finishSupplemental(Place const& place, SupplementalOutcome outcome, std::stop_token const& stop);
   std::vector<Place> otherPlaces() const;
@@ -146,6 +153,8 @@ class AppState {
   Slot currentRefreshTask_;
   Slot supplementalRefreshTask_;
   std::optional<Instant> supplementalRetryDue_;
+  Slot stationTask_;
+  std::optional<Instant> stationDue_;  ///< nothing: at once
   Slot nowcastTask_;
   std::optional<Instant> nowcastDue_;  ///< of the selected place; nothing before it was asked for
   Slot nonActiveNotificationRefreshTask_;

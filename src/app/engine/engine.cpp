@@ -17,6 +17,7 @@
 #include "app/settings/settings_registry.h"
 #include "app/state/engine_snapshot.h"
 #include "feeds/nowcast/nowcast_service.h"
+#include "feeds/stations/station_shown.h"
 #include "globe/satellite_feed.h"
 #include "platform/linux/default_route.h"
 #include "platform/linux/desktop_services.h"
@@ -169,6 +170,17 @@ void Engine::makeState() {
       NowcastService& service = services->feeds().nowcast();
       auto reading = std::make_shared<NowcastReading const>(service.fetch(place.coordinate, stop));
       return AppState::NowcastAnswer{std::move(reading), service.nextAsk(place.coordinate)};
+    };
+    all.overlayStation = [this](WeatherData& data) -> std::shared_ptr<StationShown const> {
+      auto reading = this->services()->feeds().stations().read(StationNeed::kept);
+      if (reading.kind == StationLinkKind::none) return nullptr;
+      return std::make_shared<StationShown>(overlaid(data, std::move(reading), clock_->now()));
+    };
+    all.refreshStation = [this](bool isForeground, std::stop_token const& stop) {
+      auto const services = this->services();
+      StationNeed const need = isForeground ? StationNeed::shown : StationNeed::hidden;
+      Instant const next = services->feeds().stations().read(need, stop).nextAsk.value_or(Instant());
+      return isForeground ? next : std::max(next, clock_->now() + StationService::kHiddenRest);
     };
     all.onChange = [this] { publish(); };
   }

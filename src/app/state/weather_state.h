@@ -17,6 +17,8 @@
 
 namespace nimbara {
 
+struct StationShown;
+
 struct NowcastReading;
 
 /// The failure of the last refresh, as the user reads it.
@@ -52,11 +54,12 @@ struct WeatherState {
   std::optional<Instant> lastUpdated;  ///< when the forecast shown was fetched
   std::optional<Instant> askAgainAt;   ///< a refresh was wanted and refused; from then on it is not
   std::optional<WeatherProviderOption> currentWeatherProvider;
-  bool isShowingLiveNetatmoData = false;
+  bool isShowingLiveNetatmoData = false;  ///< values of the present are the user's station's
   std::vector<WeatherAlert> govAlerts;
   std::vector<WeatherAlert> travelAdvisories;
   /// Air quality, storms, fires, lightning and advisories, each with its check; null: nobody was asked yet.
   std::shared_ptr<SupplementState const> supplement;
+  std::shared_ptr<StationShown const> station;    ///< null: none is linked
   std::shared_ptr<NowcastReading const> nowcast;  ///< null: nobody was asked yet
 
   bool operator==(WeatherState const&) const = default;

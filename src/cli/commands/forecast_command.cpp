@@ -8,6 +8,7 @@
 #include "cli/official_look.h"
 #include "cli/pages/forecast_report.h"
 #include "cli/pages/nowcast_json.h"
+#include "cli/pages/station_page.h"
 #include "cli/pages/warning_json.h"
 #include "cli/run_context.h"
 #include "cli/slow_note.h"
@@ -35,9 +36,10 @@ struct Beside {
   OfficialLook::Answer official;
   NowcastReading nowcast;
   NowcastText nowcastText;
+  StationShown station;
 };
 
-std::string json(ForecastAnswer const& answer, Beside const& beside) {
+std::string json(ForecastAnswer const& answer, Beside const& beside, Instant now) {
   JsonWriter writer;
   writer.beginObject();
   writer.memberOrNull("provider", answer.provider);
@@ -52,6 +54,11 @@ std::string json(ForecastAnswer const& answer, Beside const& beside) {
   writer.key("nowcast");
   bool const isFailed = beside.nowcast.state == NowcastReading::State::failed;
   writeNowcast(writer, beside.nowcast, isFailed ? std::nullopt : std::optional(beside.nowcastText.sentence));
+  bool const isLinked = beside.station.reading.kind != StationLinkKind::none;
+  if (isLinked) {
+    writer.key("sources");
+    writeSources(writer, beside.station, now);
+  }
   writer.endObject();
   return writer.take() + "\n";
 }
@@ -87,13 +94,17 @@ class ForecastRun {
       look.emplace(context.app().feeds().govAlerts(), *clock_, govAlertPlace(place->coordinate));
       nowcast.emplace(context.app().feeds().nowcast(), place->coordinate);
     }
-    auto const answer = forecast(context, *place);
+    auto answer = forecast(context, *place);
     if (!answer) {
       return std::unexpected(
           Failure{exitCode::kUnavailable, context.sentenceOf(answer.error()), answer.error()});
     }
     context.tell(context.note(*answer));
     Beside beside;
+    if (!options_.raw) {
+      auto reading = context.app().feeds().stations().read(StationNeed::shown, session_.stop);
+      beside.station = overlaid(answer->data, std::move(reading), clock_->now());
+    }
     if (look) beside.official = look->answer(kPatience, session_.stop);
     if (nowcast) adopt(beside, nowcast->answer(kNowcastPatience, session_.stop), answer->data, context);
     session_.console.out(rendered(*answer, beside, context));
@@ -126,9 +137,19 @@ class ForecastRun {
     return ask({demo->baseUrl(), true, options_.provider, {}, {}});
   }
 
+  /// Nothing of a station that stands elsewhere.
+  std::vector<std::string> stationLines(StationShown const& shown, RunContext const& context) const {
+    std::vector<std::string> lines;
+    std::string live = liveText(shown, common_.units, context.texts(), clock_->now());
+    if (!live.empty()) lines.push_back(std::move(live));
+    for (DoubtedValue const& doubted : shown.doubts)
+      lines.push_back(doubtText(doubted, common_.units, context.texts(), clock_->now()));
+    return lines;
+  }
+
   std::string rendered(ForecastAnswer const& answer, Beside const& beside, RunContext const& context) const {
     if (options_.raw) return encodeJson(*answer.response) + "\n";
-    if (options_.json) return json(answer, beside);
+    if (options_.json) return json(answer, beside, clock_->now());
     ReportOptions report;
     report.width = options_.width > 0 ? options_.width : widthOf(session_);
     report.style = styleOf(session_, options_.ascii);
@@ -138,6 +159,7 @@ class ForecastRun {
     Calendar const calendar = calendarOf(answer.data, session_.environment.machineCalendar);
     report.warnings = beside.official.alerts;
     report.coverage = coverageLines(beside.official.coverage, context.texts(), calendar, clock_->now());
+    report.station = stationLines(beside.station, context);
     if (beside.nowcast.state != NowcastReading::State::none) report.nowcast = beside.nowcastText.line();
     report.isCoverageDoubtful = mostPressing(beside.official.coverage).state == CoverageState::unchecked;
     return forecastReport(answer, report, context.texts(), calendar);

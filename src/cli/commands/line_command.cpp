@@ -8,6 +8,7 @@
 #include "cli/pages/line_text.h"
 #include "cli/run_context.h"
 #include "feeds/alerts/gov_alert_service.h"
+#include "feeds/stations/station_shown.h"
 #include "model/present.h"
 #include "model/process.h"
 
@@ -36,14 +37,14 @@ class LineRun {
     if (isMarkup_ || namesNowcast(options_.format)) lookAtNowcast(*place);
     if (!options_.fresh) {
       auto kept = service.cached(*place);
-      if (kept) return std::move(*kept);
+      if (kept) return withStation(std::move(*kept), StationNeed::kept);
       return std::unexpected(Failure{
           exitCode::kUnavailable,
           "no forecast is cached for this place yet; run nimbara forecast or nimbara watch, or add --fresh",
           {}});
     }
     auto fetched = service.get(*place, WeatherProviderOption::automatic, session_.stop);
-    if (fetched) return std::move(*fetched);
+    if (fetched) return withStation(std::move(*fetched), StationNeed::shown);
     return std::unexpected(
         Failure{exitCode::kUnavailable, context_.sentenceOf(fetched.error()), fetched.error()});
   }
@@ -61,6 +62,12 @@ class LineRun {
   }
 
  private:
+  ForecastAnswer withStation(ForecastAnswer answer, StationNeed need) {
+    auto reading = context_.app().feeds().stations().read(need, session_.stop);
+    overlaid(answer.data, std::move(reading), clock_->now());
+    return answer;
+  }
+
   /// A bar is drawn from what is kept; only with --fresh is anybody asked, while the forecast is.
   void lookAtNowcast(Place const& place) {
     NowcastService& service = context_.app().feeds().nowcast();

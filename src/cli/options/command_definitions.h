@@ -47,6 +47,7 @@ void defineService(Command app, CommandLine& line, RawOptions& raw);
 void defineSatellites(Command app, CommandLine& line, RawOptions& raw);
 void definePlaces(Command app, CommandLine& line, RawOptions& raw);
 void defineRules(Command app, CommandLine& line, RawOptions& raw);
+void defineStations(Command app, CommandLine& line, RawOptions& raw);
 void defineRegions(Command app, CommandLine& line, RawOptions& raw);
 void defineSettings(Command app, CommandLine& line, RawOptions& raw);
 void defineUserData(Command app, CommandLine& line, RawOptions& raw);

@@ -43,7 +43,7 @@ class Report {
       : answer_(answer), data_(answer.data), context_(context) {}
 
   std::string str() const {
-    std::string out = heading() + warnings() + "\n" + present() + nowcast();
+    std::string out = heading() + warnings() + "\n" + present() + station() + nowcast();
     out += section("report.next24", hourStrip(data_, context_));
     out += section("report.days", dayTable(data_, context_));
     out += section("report.sunMoon", sunAndMoon());
@@ -201,6 +201,15 @@ class Report {
     }
     std::string out;
     for (std::string const& part : wrapped(style().text(sentence), width() - 1)) out += " " + part + "\n";
+    return out;
+  }
+
+  std::string station() const {
+    std::string out;
+    for (std::string const& sentence : context_.options.station) {
+      for (std::string const& part : wrapped(style().text(sentence), width() - 1))
+        out += " " + style().painted(part, Colour::dim) + "\n";
+    }
     return out;
   }
 

@@ -24,7 +24,8 @@ struct ReportOptions {
   std::vector<std::string>
       coverage;         ///< how the official ones were checked, a sentence each without a full stop
   std::string nowcast;  ///< of the next two hours; empty where nobody offers it
-  bool isCoverageDoubtful = false;  ///< such a sentence says that they could not be
+  std::vector<std::string> station;  ///< what of the present is the user's station's, and what is not
+  bool isCoverageDoubtful = false;   ///< such a sentence says that they could not be
   std::string standIn;  ///< the address that stands in for the services, empty for the services themselves
 };
 

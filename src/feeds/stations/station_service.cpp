@@ -79,6 +79,7 @@ std::string StationService::authorizeUrl(std::string const& clientId, std::strin
 
 void StationService::forget() {
   std::lock_guard const turn(turn_);
+  std::lock_guard const lock(keptMutex_);
   kept_.reset();
   std::error_code ignored;
   if (!options_.cacheFile.empty()) std::filesystem::remove(options_.cacheFile, ignored);
@@ -86,43 +87,53 @@ void StationService::forget() {
 
 /// Of this link and no other.
 std::optional<StationsKept> StationService::kept(StationLink const& link) const {
-  auto found =
-      options_.cacheFile.empty() ? kept_ : keptRecord<StationsKept>(options_.cacheFile, kLargestKept);
+  std::optional<StationsKept> found;
+  if (options_.cacheFile.empty()) {
+    std::lock_guard const lock(keptMutex_);
+    found = kept_;
+  } else {
+    found = keptRecord<StationsKept>(options_.cacheFile, kLargestKept);
+  }
   return found && found->link == nameOf(link) ? found : std::nullopt;
 }
 
 StationsReading StationService::read(StationNeed need, std::stop_token const& stop) {
-  std::lock_guard const turn(turn_);
-  StationsReading reading;
   auto const link = file_.read();
   if (!link) {
-    reading.state = StationState::failed;
-    reading.problem =
+    StationsReading unread;
+    unread.state = StationState::failed;
+    unread.problem =
         StationProblem::failed(ServiceFailure::of(ServiceFailure::Kind::incomplete, link.error()));
-    return reading;
+    return unread;
   }
-  if (link->kind == StationLinkKind::none) return reading;
+  if (link->kind == StationLinkKind::none) return {};
+  if (need == StationNeed::kept) return readingOf(*link, kept(*link).value_or(StationsKept{}));
+  std::lock_guard const turn(turn_);
   std::optional<FileLock> others;
-  if (need != StationNeed::kept && !options_.cacheFile.empty()) {
+  if (!options_.cacheFile.empty()) {
     makePrivateFolders(options_.cacheFile.parent_path());
     others.emplace(options_.cacheFile.string() + ".lock");
   }
   auto known = kept(*link);
-  bool const isAsked = need != StationNeed::kept && (!known || isDue(*known, need, clock_.now()));
-  if (isAsked) return keep(*link, ask(*link, stop));
-  reading.kind = link->kind;
-  reading.chosen = link->chosen;
-  reading.state = StationState::failed;
-  if (!known) return reading;
-  reading.stations = std::move(known->stations);
-  reading.together = known->together;
-  reading.checkedAt = known->checkedAt;
-  reading.nextAsk = known->nextAsk;
-  reading.problem = known->problem;
-  if (!known->problem) reading.state = StationState::current;
-  if (link->mustSignIn) reading.problem = StationProblem::of(Kind::signInAgain);
+  bool const isAsked = !known || isDue(*known, need, clock_.now());
+  return isAsked ? keep(*link, ask(*link, stop)) : readingOf(*link, std::move(*known));
+}
+
+StationsReading StationService::readingOf(StationLink const& link, StationsKept known) const {
+  StationsReading reading;
+  reading.kind = link.kind;
+  reading.chosen = link.chosen;
+  reading.stations = std::move(known.stations);
+  reading.together = known.together;
+  reading.checkedAt = known.checkedAt;
+  reading.nextAsk = known.nextAsk;
+  reading.problem = std::move(known.problem);
+  if (link.mustSignIn) reading.problem = StationProblem::of(Kind::signInAgain);
+  bool const isCurrent = reading.checkedAt && !reading.problem;
   bool const mustSignIn = reading.problem && reading.problem->kind == Kind::signInAgain;
-  if (mustSignIn) reading.state = StationState::signInAgain;
+  reading.state = isCurrent    ? StationState::current
+                  : mustSignIn ? StationState::signInAgain
+                               : StationState::failed;
   return reading;
 }
 
@@ -144,18 +155,9 @@ StationsReading StationService::keep(StationLink const& link, Told told) {
   }
   // Without its file the program asks alone; nothing is lost by it.
   if (!options_.cacheFile.empty()) std::ignore = writeFileAtomically(options_.cacheFile, encodeJson(record));
+  std::lock_guard const lock(keptMutex_);
   kept_ = record;
-  bool const mustSignIn = record.problem && record.problem->kind == Kind::signInAgain;
-  return {.state = !record.problem ? StationState::current
-                   : mustSignIn    ? StationState::signInAgain
-                                   : StationState::failed,
-          .kind = link.kind,
-          .stations = std::move(record.stations),
-          .chosen = link.chosen,
-          .checkedAt = record.checkedAt,
-          .nextAsk = record.nextAsk,
-          .problem = record.problem,
-          .together = record.together};
+  return readingOf(link, std::move(record));
 }
 
 StationService::Told StationService::ask(StationLink const& link, std::stop_token const& stop) {

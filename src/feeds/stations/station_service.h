@@ -62,7 +62,7 @@ class StationService {
 
   StationService(HttpClient& http, Clock const& clock, Options options);
 
-  /// Blocks for the requests that are due.
+  /// Blocks for the requests that are due; not at all where nobody is asked.
   StationsReading read(StationNeed need, std::stop_token const& stop = {});
   /// Public stations around a place, asked now, with the account's tokens.
   Result<PublicStations, StationProblem> around(Coordinate place, std::stop_token const& stop);
@@ -82,6 +82,7 @@ class StationService {
   using Told = Result<StationsTold, StationProblem>;
 
   StationsReading keep(StationLink const& link, Told told);
+  StationsReading readingOf(StationLink const& link, StationsKept known) const;
   Told ask(StationLink const& link, std::stop_token const& stop);
   Result<std::string, StationProblem> netatmo(std::string const& path, std::stop_token const& stop);
   std::optional<StationsKept> kept(StationLink const& link) const;
@@ -91,7 +92,8 @@ class StationService {
   Options options_;
   StationLinkFile file_;
   StationTokens tokens_;
-  std::mutex turn_;  // of who asks; guards the next
+  std::mutex turn_;               // of who asks
+  mutable std::mutex keptMutex_;  // guards the next
   std::optional<StationsKept> kept_;
 };
 
