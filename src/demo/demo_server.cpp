@@ -59,6 +59,7 @@ constexpr std::array kRoutes = std::to_array<Route>({
     {Service::swpc, R"(/products/noaa-planetary-k-index\.json)", planetaryKIndex},
     {Service::swpc, R"(/products/noaa-planetary-k-index-forecast\.json)", planetaryKForecast},
     {Service::usgs, R"(/earthquakes/feed/v1\.0/summary/all_day\.geojson)", usgsDayFeed},
+    {Service::emsc, "/fdsnws/event/1/query", emscQuery},
     {Service::celestrak, R"(/NORAD/elements/gp\.php)", celestrakElements},
     {Service::feedServer, R"(/api/feed\.php)", feedServerFeed},
     {Service::wttrIn, "/[^/,]+,[^/,]+", wttrForecast},

@@ -7,6 +7,7 @@
 #include "feeds/air/air_quality_service.h"
 #include "feeds/fires/wildfire_service.h"
 #include "feeds/quakes/earthquake_service.h"
+#include "feeds/quakes/emsc_service.h"
 #include "feeds/space/geomagnetic_service.h"
 #include "feeds/space/kp_forecast_service.h"
 #include "feeds/storms/lightning_source.h"
@@ -119,7 +120,11 @@ void EngineHazards::askWorld(std::stop_token const& stop) {
   };
   auto const feeds = feeds_();
   auto quakes = feeds->earthquakes().fetchEarthquakes(stop);
-  show([&](HazardsState& state) { state.quakes = std::move(quakes); });
+  show([&](HazardsState& state) { state.quakes = quakes; });
+  if (surroundings_.showSupplement) {
+    quakes.data = mergedEarthquakes(std::move(quakes.data), feeds->emsc().fetchEarthquakes(stop).data);
+    show([&](HazardsState& state) { state.quakes = std::move(quakes); });
+  }
   auto kp = feeds->geomagnetic().currentKp(stop);
   show([&](HazardsState& state) { state.kp = std::move(kp); });
   auto forecast = feeds->kpForecast().fetchForecast(stop);

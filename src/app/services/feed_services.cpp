@@ -10,6 +10,7 @@
 #include "feeds/imagery/tile_service.h"
 #include "feeds/nowcast/nowcast_service.h"
 #include "feeds/quakes/earthquake_service.h"
+#include "feeds/quakes/emsc_service.h"
 #include "feeds/regions/region_update.h"
 #include "feeds/regions/regions.h"
 #include "feeds/source_feeds.h"
@@ -124,6 +125,7 @@ struct FeedServices::Parts {
         official(http, clock, services, options, regions),
         source(feedSource(http, clock, services, options.cacheDirectory)),
         earthquakes(*source, clock, earthquakeOptions(services, options.cacheDirectory)),
+        emsc(http, clock, services.address(Service::emsc).baseUrl),
         geomagnetic(http, clock, services.address(Service::swpc).baseUrl),
         kpForecast(http, clock, services.address(Service::swpc).baseUrl),
         airQuality(http, clock, airQualityOptions(services.address(Service::airQuality))),
@@ -148,6 +150,7 @@ struct FeedServices::Parts {
   OfficialServices official;
   std::unique_ptr<FeedSource> source;
   EarthquakeService earthquakes;
+  EmscService emsc;
   GeomagneticService geomagnetic;
   KpForecastService kpForecast;
   AirQualityService airQuality;
@@ -177,6 +180,10 @@ NWSAlertService& FeedServices::nws() {
 
 EarthquakeService& FeedServices::earthquakes() {
   return parts_->earthquakes;
+}
+
+EmscService& FeedServices::emsc() {
+  return parts_->emsc;
 }
 
 GeomagneticService& FeedServices::geomagnetic() {

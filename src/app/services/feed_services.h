@@ -16,6 +16,7 @@ class AirQualityService;
 class ClimateService;
 class Clock;
 class EarthquakeService;
+class EmscService;
 class GdacsStormService;
 class GeomagneticService;
 class GovAlertService;
@@ -54,6 +55,7 @@ class FeedServices {
 
   NWSAlertService& nws();
   EarthquakeService& earthquakes();
+  EmscService& emsc();
   GeomagneticService& geomagnetic();
   KpForecastService& kpForecast();
   GovAlertService& govAlerts();

@@ -10,6 +10,7 @@
 #include "cli/run_context.h"
 #include "cli/terminal.h"
 #include "feeds/quakes/earthquake_service.h"
+#include "feeds/quakes/emsc_service.h"
 
 #include <algorithm>
 
@@ -87,13 +88,20 @@ class QuakePage {
     return text.replace(text.find('.'), 1, texts_.decimalPoint());
   }
 
+  /// Both, where two sources measured it.
+  std::string magnitudes(EarthquakeEvent const& event) const {
+    std::string const own = magnitude(event.magnitude);
+    if (!event.emscMagnitude || event.isOnlyByEmsc) return own;
+    return own + " / " + magnitude(*event.emscMagnitude);
+  }
+
   std::vector<Row> rows() const {
     std::vector<Row> rows{{title("time"), title("magnitude"), title("depth")}};
     if (circle_) rows.front().push_back(title("distance"));
     rows.front().push_back(title("place"));
     for (EarthquakeEvent const& event : events_) {
-      Row& row = rows.emplace_back(
-          Row{words_.moment(event.time, now_), magnitude(event.magnitude), distance(event.depthKm)});
+      Row& row =
+          rows.emplace_back(Row{words_.moment(event.time, now_), magnitudes(event), distance(event.depthKm)});
       if (circle_) row.push_back(distance(haversineKm(circle_->centre, event.coordinate())));
       row.push_back(quakePlace(oneLine(event.place), unit_) + pagerNote(event.alert));
     }
@@ -145,7 +153,8 @@ int runQuakes(CommandLine const& line, Session const& session) {
     std::string const name = place->name.empty() ? formatCoordinate(place->coordinate) : place->name;
     circle = {oneLine(name), place->coordinate, options.radiusKm};
   }
-  auto const reading = context.app().feeds().earthquakes().fetchEarthquakes(session.stop);
+  auto reading = context.app().feeds().earthquakes().fetchEarthquakes(session.stop);
+  auto const second = context.app().feeds().emsc().fetchEarthquakes(session.stop);
   if (session.stop.stop_requested()) return session.fail(exitCode::kInterrupted, "interrupted");
   if (reading.failure && reading.data.empty()) {
     return session.fail(exitCode::kUnavailable,
@@ -155,6 +164,10 @@ int runQuakes(CommandLine const& line, Session const& session) {
     session.console.err("nimbara: could not fetch a newer earthquake list: " +
                         oneLine(context.plain(*reading.failure)) + "; showing the last known one\n");
   }
+  if (second.failure) {
+    context.tell("the earthquakes of EMSC could not be checked: " + context.plain(*second.failure));
+  }
+  reading.data = mergedEarthquakes(std::move(reading.data), second.data);
   auto const events = chosen(reading.data, options, circle);
   session.console.out(options.json ? encodeJson(events) + "\n"
                                    : QuakePage(events, circle, context, session).text());

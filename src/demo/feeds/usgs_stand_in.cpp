@@ -2,6 +2,7 @@
 
 #include "base/json/json.h"
 #include "base/text/number.h"
+#include "base/text/text.h"
 #include "demo/conditional_answer.h"
 #include "demo/world/demo_draw.h"
 
@@ -188,6 +189,41 @@ std::string demoQuakes(Instant now) {
   json.endList();
   json.endObject();
   return json.take();
+}
+
+DemoAnswer emscQuery(DemoRequest const& request, Instant now) {
+  auto const least = parseDouble(request.query("minmag")).value_or(0);
+  JsonWriter json;
+  json.beginObject();
+  json.member("type", "FeatureCollection");
+  json.key("features");
+  json.beginList();
+  for (Quake const& event : quakesBetween(now - std::chrono::hours(24), now - kLatency)) {
+    // Each service measures a little differently, and neither lists all of the other's.
+    double const magnitude = rounded(event.magnitude + 0.4 * (demoDraw(kDepth, event.number) - 0.5), 10);
+    if (magnitude < least || event.number % 5 == 0) continue;
+    std::string const id = "demo" + std::to_string(event.number) + "-emsc";
+    json.separate();
+    json.beginObject();
+    json.member("type", "Feature");
+    json.member("id", id);
+    json.key("properties");
+    json.beginObject();
+    json.member("time", event.time + std::chrono::milliseconds(1300));
+    json.member("lastupdate", event.time + 2 * kLatency);
+    json.member("flynn_region", asciiUppered(event.fault->name));
+    json.member("lat", rounded(event.place.latitude + 0.03, 1e4));
+    json.member("lon", rounded(event.place.longitude, 1e4));
+    json.member("depth", rounded(std::max(event.depthKm, 0.0), 10));
+    json.member("evtype", "ke");
+    json.member("mag", magnitude);
+    json.member("unid", id);
+    json.endObject();
+    json.endObject();
+  }
+  json.endList();
+  json.endObject();
+  return {200, json.take(), {}};
 }
 
 DemoAnswer usgsDayFeed(DemoRequest const& request, Instant now) {

@@ -12,6 +12,10 @@ namespace nimbara {
 /// The collection as the service writes it. Changes once a minute.
 std::string demoQuakes(Instant now);
 
+/// "/fdsnws/event/1/query" of the European-Mediterranean Seismological Centre: most of the same earthquakes,
+/// measured a little differently.
+DemoAnswer emscQuery(DemoRequest const& request, Instant now);
+
 /// "/earthquakes/feed/v1.0/summary/all_day.geojson".
 DemoAnswer usgsDayFeed(DemoRequest const& request, Instant now);
 

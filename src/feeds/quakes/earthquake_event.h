@@ -27,6 +27,8 @@ struct EarthquakeEvent {
   std::optional<int> significance;
   std::optional<std::string> url;
   std::optional<std::string> detailURL;
+  std::optional<double> emscMagnitude = {};  ///< of the second source, where it lists the event too
+  bool isOnlyByEmsc = false;                 ///< the first source does not
 
   Coordinate coordinate() const { return {latitude, longitude}; }
   bool operator==(EarthquakeEvent const&) const = default;
@@ -46,6 +48,7 @@ inline constexpr auto jsonFields<EarthquakeEvent> = FieldList{
     field("significance", &EarthquakeEvent::significance),
     field("url", &EarthquakeEvent::url),
     field("detailURL", &EarthquakeEvent::detailURL),
+    field("_nimbaraEmscMagnitude", &EarthquakeEvent::emscMagnitude),
 };
 
 /// In the collection's order. Features without magnitude, time or a whole position are left out.

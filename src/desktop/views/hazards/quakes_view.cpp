@@ -4,6 +4,7 @@
 #include "base/text/number.h"
 #include "base/text/text.h"
 #include "desktop/views/problem_text.h"
+#include "feeds/quakes/felt_intensity.h"
 
 #include <algorithm>
 #include <array>
@@ -95,6 +96,10 @@ QuakeView viewOf(EarthquakeEvent const& event, std::optional<Place> const& place
     view.isFelt = couldBeFelt(event.magnitude, km, event.depthKm);
   }
   view.note += context.texts.format("desktop.quakes.deep", distanceText(event.depthKm, context));
+  if (event.emscMagnitude) {
+    std::string const theirs = magnitudeText(*event.emscMagnitude, context);
+    view.note += ", " + (event.isOnlyByEmsc ? "EMSC" : context.texts.format("quakes.emsc", theirs));
+  }
   if (view.isFelt) view.note += ", " + context.text("desktop.quakes.felt");
   view.sentence = context.texts.format("desktop.quakes.magnitude", view.magnitude) + ", " + view.place +
                   ", " + view.note + ", " + view.age;
@@ -147,10 +152,7 @@ std::vector<ChoiceView> choices(std::array<double, count> const& values, double 
 }  // namespace
 
 bool couldBeFelt(double magnitude, double km, double depthKm) {
-  constexpr double kShallowest = 5;     // km, below which no focus counts
-  constexpr double kFeltIntensity = 3;  // "weak", felt by some indoors
-  double const way = std::hypot(km, std::max(depthKm, kShallowest));
-  return 1.5 * magnitude - 3.5 * std::log10(way) + 3 >= kFeltIntensity;
+  return feltIntensity(magnitude, km, depthKm) >= kFeltIntensity;
 }
 
 std::vector<EarthquakeEvent> shownQuakes(HazardsState const& state, std::optional<Place> const& place,
