@@ -4,7 +4,7 @@ set -euo pipefail
 build=${1:?usage: fuzz/run.sh BUILD-FOLDER [SECONDS]}
 seconds=${2:-60}
 # Which service's recorded answers a target begins with.
-declare -A samples=([air_quality]=open-meteo-air-quality [bright_sky]=brightsky [cap]=cap [eccc]=eccc [firms]=firms [nhc]=nhc [apple_weather]=weatherkit [elements]=tle [met_alerts]=met-norway [meteo_alarm]=meteoalarm [outlines]=usgs [nowcast]=met-norway [nws]=nws [stations]=netatmo [swpc]=swpc [usgs]=usgs [open_meteo]=open-meteo [records]=open-meteo [wttr]=wttr [yr_no]=met-norway)
+declare -A samples=([air_quality]=open-meteo-air-quality [bright_sky]=brightsky [cap]=cap [eccc]=eccc [firms]=firms [nhc]=nhc [apple_weather]=weatherkit [elements]=tle [met_alerts]=met-norway [meteo_alarm]=meteoalarm [outlines]=usgs [nowcast]=met-norway [nws]=nws [stations]=netatmo [swpc]=swpc [usgs]=usgs [open_meteo]=open-meteo [radar_lists]=rainviewer [records]=open-meteo [wttr]=wttr [yr_no]=met-norway)
 for target in "$build"/fuzz/fuzz_*; do
   [ -x "$target" ] && [ ! -d "$target" ] || continue
   corpus=$build/corpus/$(basename "$target")

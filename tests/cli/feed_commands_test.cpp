@@ -92,6 +92,7 @@ TEST_F(FeedCommands, RefuseCoordinatesThatAreNone) {
         {"alerts"},
         {"coverage"},
         {"nowcast"},
+        {"radar", "--png", "x"},
         {"brief"},
         {"advice"},
         {"air"},

@@ -1,0 +1,17 @@
+// Any bytes as a picture of a supplier.
+
+#include "desktop/imagery/picture_decoder.h"
+#include "desktop/imagery/radar_picture.h"
+
+#include <cstdint>
+#include <cstdlib>
+
+extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
+  using namespace nimbara;
+  auto const picture = decodePicture({reinterpret_cast<char const*>(data), size});
+  if (!picture) return 0;
+  if (picture->width() > kLargestPictureSide || picture->height() > kLargestPictureSide) std::abort();
+  static_cast<void>(isOneColour(*picture) || isWhollyTransparent(*picture) || isWriting(*picture));
+  static_cast<void>(inColours(*picture, RadarPalette::own));
+  return 0;
+}
