@@ -21,7 +21,8 @@ constexpr std::chrono::hours kReach{72};
 constexpr std::chrono::minutes kMiddle{30};
 constexpr double kGood = 60;
 constexpr double kNearBest = 12;
-constexpr double kSpeaksFor = 0.9;
+constexpr double kSpeaksFor = 0.75;
+constexpr std::size_t kMostWindows = 3;
 constexpr double kDegreesOfSensitivity = 4;
 constexpr double kFactorOfSensitivity = 1.4;
 constexpr std::size_t kQuantities = enumNames<TipQuantity>.size();
@@ -248,13 +249,15 @@ Tip TipGenerator::tip(Activity activity, WeatherData const& weather, Instant now
   std::span<Rated const> left = rated;
   while (!left.empty()) {
     // A night belongs to the day on which it begins.
-    auto const dayOf = [&](Rated const& one) { return calendar.day(one.hour->date - std::chrono::hours(6)); };
+    std::chrono::hours const shift(activity == Activity::stargazing ? 12 : 0);
+    auto const dayOf = [&](Rated const& one) { return calendar.day(one.hour->date - shift); };
     auto const end =
         std::ranges::find_if(left, [&](Rated const& one) { return dayOf(one) != dayOf(left.front()); });
     std::span<Rated const> const day{left.begin(), end};
     if (auto const window = windowOf(day); !window.empty()) tip.windows.push_back(described(window, rating));
     left = {end, left.end()};
   }
+  tip.windows.resize(std::min(tip.windows.size(), kMostWindows));
   tip.state = tip.windows.empty() ? Tip::State::none : Tip::State::windows;
   if (tip.windows.empty()) tip.against = mostAgainst(rated, rating);
   return tip;

@@ -60,7 +60,10 @@ std::string reasonText(TipReason const& reason, Activity activity, Units const& 
       return std::string(texts.text(activity == Activity::stargazing ? "advice.for.dark"
                                     : isGolden                       ? "advice.for.golden"
                                                                      : "advice.for.sun"));
-    return std::string(texts.text(reason.isBelow ? "advice.against.dark" : "advice.against.bright"));
+    bool const isGlaring = !reason.isBelow && activity != Activity::stargazing;
+    return std::string(texts.text(reason.isBelow ? "advice.against.dark"
+                                  : isGlaring    ? "advice.against.uv"
+                                                 : "advice.against.bright"));
   }
   if (reason.quantity == TipQuantity::clouds && activity == Activity::photography && reason.isFor)
     key = "advice.for.some_";
