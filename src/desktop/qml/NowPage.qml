@@ -151,6 +151,17 @@ ScrollPage {
                     Accessible.role: Accessible.StaticText
                     Accessible.name: text
                 }
+                PlainText {
+                    width: parent.width
+                    visible: text !== ""
+                    text: App.now.station
+                    horizontalAlignment: Text.AlignLeft
+                    wrapMode: Text.Wrap
+                    color: "white"
+                    font.pixelSize: Theme.small
+                    Accessible.role: Accessible.StaticText
+                    Accessible.name: text
+                }
             }
         }
 

@@ -1,6 +1,7 @@
 #include "desktop/views/now_view.h"
 
 #include "app/words/nowcast_text.h"
+#include "app/words/station_text.h"
 #include "base/sun_moon.h"
 #include "base/words/compass_point.h"
 #include "base/words/country_names.h"
@@ -84,6 +85,16 @@ std::string lastReadingOf(WeatherData const& data, ViewContext const& context) {
   return context.texts.format(
       "report.lastReading", words.moment(*last->readAt, context.now),
       context.temperature(last->tempC, last->tempF) + ", " + context.condition(last->condition, last->isDay));
+}
+
+/// Nothing of a station that stands elsewhere.
+std::string stationOf(WeatherState const& state, ViewContext const& context) {
+  if (!state.station || state.station->isElsewhere) return {};
+  StationShown const& shown = *state.station;
+  if (shown.isLive()) return liveText(shown, context.units, context.texts, context.now);
+  bool const mustSignIn = shown.reading.state == StationState::signInAgain;
+  if (shown.doubts.empty() || mustSignIn) return stationProblemText(shown.reading, context.texts);
+  return doubtText(shown.doubts.front(), context.units, context.texts, context.now);
 }
 
 void showSky(NowView& view, SkyColours const& sky) {
@@ -318,6 +329,7 @@ NowView nowView(WeatherState const& state, std::optional<Place> const& place, Vi
   if (state.lastUpdated) view.age = ageText(*state.lastUpdated, context.now, context.texts);
   view.source = sourceOf(state, context);
   fillWeather(view, state, context);
+  view.station = stationOf(state, context);
   for (std::string const* part : {&view.place, &view.temperature, &view.condition, &view.feelsLike}) {
     if (!part->empty()) view.summary += (view.summary.empty() ? "" : ", ") + *part;
   }

@@ -27,6 +27,7 @@ struct NowView {
   std::string feelsLike;
   std::string range;     ///< the day's highest and lowest
   std::string sentence;  ///< what the next hours bring
+  std::string station;   ///< what of the present is the user's station's, or why it is not
   std::string source;
   std::string age;
   std::string notice;      ///< older data, or why there are none; empty when all is well
@@ -42,16 +43,27 @@ struct NowView {
 
 template <>
 inline constexpr auto viewFields<NowView> = FieldList{
-    viewField("hasPlace", &NowView::hasPlace),     viewField("hasWeather", &NowView::hasWeather),
-    viewField("hasReading", &NowView::hasReading), viewField("isLoading", &NowView::isLoading),
-    viewField("place", &NowView::place),           viewField("area", &NowView::area),
-    viewField("localTime", &NowView::localTime),   viewField("temperature", &NowView::temperature),
-    viewField("condition", &NowView::condition),   viewField("feelsLike", &NowView::feelsLike),
-    viewField("range", &NowView::range),           viewField("sentence", &NowView::sentence),
-    viewField("source", &NowView::source),         viewField("age", &NowView::age),
-    viewField("notice", &NowView::notice),         viewField("isFailure", &NowView::isFailure),
-    viewField("summary", &NowView::summary),       viewField("sky", &NowView::sky),
-    viewField("isDay", &NowView::isDay),           viewField("skyTop", &NowView::skyTop),
+    viewField("hasPlace", &NowView::hasPlace),
+    viewField("hasWeather", &NowView::hasWeather),
+    viewField("hasReading", &NowView::hasReading),
+    viewField("isLoading", &NowView::isLoading),
+    viewField("place", &NowView::place),
+    viewField("area", &NowView::area),
+    viewField("localTime", &NowView::localTime),
+    viewField("temperature", &NowView::temperature),
+    viewField("condition", &NowView::condition),
+    viewField("feelsLike", &NowView::feelsLike),
+    viewField("range", &NowView::range),
+    viewField("sentence", &NowView::sentence),
+    viewField("station", &NowView::station),
+    viewField("source", &NowView::source),
+    viewField("age", &NowView::age),
+    viewField("notice", &NowView::notice),
+    viewField("isFailure", &NowView::isFailure),
+    viewField("summary", &NowView::summary),
+    viewField("sky", &NowView::sky),
+    viewField("isDay", &NowView::isDay),
+    viewField("skyTop", &NowView::skyTop),
     viewField("skyBottom", &NowView::skyBottom),
 };
 
