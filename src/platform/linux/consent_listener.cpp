@@ -21,7 +21,7 @@ using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
 constexpr milliseconds kLook{100};
-constexpr milliseconds kSlowest{2000};
+constexpr milliseconds kSlowest{1000};
 constexpr std::size_t kLongest = 16 << 10;
 
 std::string percentDecoded(std::string_view text) {

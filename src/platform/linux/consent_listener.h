@@ -39,7 +39,7 @@ class ConsentListener {
   ~ConsentListener();
 
   /// The code, or a clause: denied, nobody came in time, or `stop`. `done` and `failed` are what the browser
-  /// shows, in plain text. A browser that sends nothing is waited for two seconds, the next one meanwhile
+  /// shows, in plain text. A browser that sends nothing is waited for a second, the next one meanwhile
   /// not.
   Result<std::string, std::string> wait(std::string_view path, std::string_view state, std::string_view done,
                                         std::string_view failed, std::chrono::milliseconds limit,
