@@ -1,6 +1,7 @@
 // The air, storms, fires, lightning and travel advisories of one column: a card for each, with its state, what
 // was found, and who says so.
 import QtQuick
+import NimbaraItems
 import NimbaraPages
 
 Column {
