@@ -11,6 +11,8 @@ namespace {
 
 /// A track that does not bring the storm nearer than it is by so much is no approach.
 constexpr double kNearerKm = 5;
+/// Nobody has to know how near a storm on another ocean comes.
+constexpr double kFarthestKm = 3000;
 
 void add(std::string& text, std::string const& part) {
   if (part.empty()) return;
@@ -32,6 +34,7 @@ std::string movementText(TropicalStorm const& storm, HazardWords const& words) {
 
 std::string approachText(TropicalStorm const& storm, Coordinate place, HazardWords const& words) {
   auto const nearest = closestApproach(storm, place, words.now);
+  if (nearest && nearest->km > kFarthestKm) return {};
   if (!nearest) return std::string(words.texts.text("storms.noTrack"));
   bool const comesNearer = nearest->km + kNearerKm < haversineKm(storm.coordinate, place);
   if (!comesNearer) return std::string(words.texts.text("storms.notNearer"));

@@ -112,7 +112,7 @@ int runFires(CommandLine const& line, Session const& session) {
     answer.heading = fireStateText(answer.check, reading.data.size(), radius, words);
     answer.lines = linesOf(
         reading.data, [&](FireDetection const& fire) { return fireLine(fire, place.coordinate, words); });
-    answer.notes = {std::string(words.texts.text("fires.note"))};
+    if (!reading.data.empty()) answer.notes = {std::string(words.texts.text("fires.note"))};
     answer.writeItems = [fires = reading.data, at = place.coordinate](JsonWriter& json) {
       for (FireDetection const& fire : fires) writeFire(json, fire, at);
     };

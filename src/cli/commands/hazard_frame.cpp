@@ -32,14 +32,18 @@ std::string pageOf(HazardAnswer const& answer, Session const& session) {
   int const width = widthOf(session);
   std::string page = style.painted(style.text(answer.heading), Colour::bold) + "\n";
   int column = 0;
-  for (HazardLine const& line : answer.lines) column = std::max(column, displayWidth(line.title));
+  for (HazardLine const& line : answer.lines) {
+    if (!line.detail.empty()) column = std::max(column, displayWidth(line.title));
+  }
   for (HazardLine const& line : answer.lines) {
     bool const fits = column + 4 + displayWidth(line.detail) <= width;
-    if (fits && !line.detail.empty()) {
+    if (fits && !line.detail.empty() && !line.title.empty()) {
       page += "  " + style.cell(line.title, column) + "  " + style.text(line.detail) + "\n";
       continue;
     }
-    page += "  " + style.text(line.title) + "\n";
+    for (std::string const& part : wrapped(style.text(line.title), width - 2)) {
+      if (!part.empty()) page += "  " + part + "\n";
+    }
     for (std::string const& part : wrapped(style.text(line.detail), width - 4)) {
       if (!part.empty()) page += "    " + part + "\n";
     }
