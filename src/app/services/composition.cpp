@@ -1,6 +1,7 @@
 #include "app/services/composition.h"
 
 #include "app/places/place_search.h"
+#include "app/services/budgeted_http_client.h"
 #include "app/services/chat_language_model.h"
 #include "app/services/feed_services.h"
 #include "app/services/forecast_service.h"
@@ -60,7 +61,9 @@ struct Composition::Parts {
         services(configuration, options.servicesBase),
         network(options.program, userAgent(configuration)),
         decorated(options.aroundNetwork ? options.aroundNetwork(network) : nullptr),
-        http(decorated ? *decorated : network),
+        budgeted(decorated ? *decorated : network, clock,
+                 below(options.cacheDirectory, "_openMeteoCalls.json")),
+        http(budgeted),
         appleWeather(http, clock, services.address(Service::appleWeather), offlineTimeZone,
                      credentialsOf(settings, network)),
         openMeteo(http, clock, services.address(Service::openMeteo)),
@@ -87,6 +90,7 @@ struct Composition::Parts {
   ServiceDirectory services;
   LazyHttpClient network;
   std::unique_ptr<HttpClient> decorated;
+  BudgetedHttpClient budgeted;
   HttpClient& http;
   AppleWeatherClient appleWeather;
   OpenMeteoClient openMeteo;
