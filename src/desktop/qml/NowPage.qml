@@ -254,6 +254,12 @@ ScrollPage {
             Accessible.role: Accessible.StaticText
             Accessible.name: text
         }
+        LinesCard {
+            readonly property int lane: 0
+            visible: App.now.brief !== ""
+            title: App.words.brief
+            lines: App.now.brief
+        }
         Later {
             readonly property int lane: 0
             file: "NowAhead.qml"
@@ -266,6 +272,11 @@ ScrollPage {
         Later {
             readonly property int lane: page.lanes - 1
             file: "NowDetails.qml"
+        }
+        Later {
+            readonly property int lane: page.lanes - 1
+            visible: App.now.advice !== ""
+            file: visible ? "NowAdvice.qml" : ""
         }
     }
 }

@@ -1,5 +1,6 @@
 #include "desktop/views/now_view.h"
 
+#include "app/words/brief_text.h"
 #include "app/words/nowcast_text.h"
 #include "app/words/station_text.h"
 #include "base/sun_moon.h"
@@ -95,6 +96,12 @@ std::string stationOf(WeatherState const& state, ViewContext const& context) {
   bool const mustSignIn = shown.reading.state == StationState::signInAgain;
   if (shown.doubts.empty() || mustSignIn) return stationProblemText(shown.reading, context.texts);
   return doubtText(shown.doubts.front(), context.units, context.texts, context.now);
+}
+
+std::string joinedLines(std::vector<std::string> const& lines) {
+  std::string all;
+  for (std::string const& line : lines) all += (all.empty() ? "" : "\n") + line;
+  return all;
 }
 
 void showSky(NowView& view, SkyColours const& sky) {
@@ -330,6 +337,10 @@ NowView nowView(WeatherState const& state, std::optional<Place> const& place, Vi
   view.source = sourceOf(state, context);
   fillWeather(view, state, context);
   view.station = stationOf(state, context);
+  view.brief = joinedLines(briefLines(*state.weatherData, state.nowcast.get(), context.now, context.units,
+                                      context.texts, context.fallback));
+  view.advice = joinedLines(
+      adviceLines(*state.weatherData, context.now, context.units, context.texts, context.fallback));
   for (std::string const* part : {&view.place, &view.temperature, &view.condition, &view.feelsLike}) {
     if (!part->empty()) view.summary += (view.summary.empty() ? "" : ", ") + *part;
   }

@@ -32,6 +32,8 @@ struct NowView {
   std::string age;
   std::string notice;      ///< older data, or why there are none; empty when all is well
   bool isFailure = false;  ///< the notice is an error
+  std::string brief;       ///< today, tonight and tomorrow, a line each
+  std::string advice;      ///< the next good hours of activities, a line each
   std::string summary;     ///< the whole in one sentence, for those who listen
   std::string sky;         ///< the picture's name
   bool isDay = true;
@@ -65,6 +67,8 @@ inline constexpr auto viewFields<NowView> = FieldList{
     viewField("isDay", &NowView::isDay),
     viewField("skyTop", &NowView::skyTop),
     viewField("skyBottom", &NowView::skyBottom),
+    viewField("brief", &NowView::brief),
+    viewField("advice", &NowView::advice),
 };
 
 /// One measured detail. Details that the provider lacks have no tile.

@@ -30,6 +30,8 @@ constexpr WordRow kWords[] = {
     {"loading", "desktop.loading"},
     {"details", "desktop.details"},
     {"next24", "report.next24"},
+    {"brief", "desktop.brief"},
+    {"advice", "desktop.advice"},
     {"nowcast", "nowcast.title"},
     {"nowcastHint", "nowcast.hint"},
     {"sevenDays", "report.days"},

@@ -1,0 +1,8 @@
+// The next good hours out of doors.
+import QtQuick
+import NimbaraPages
+
+LinesCard {
+    title: App.words.advice
+    lines: App.now.advice
+}
