@@ -154,7 +154,7 @@ class Drawer {
     painter_.setFont(font);
     QFontMetrics const metrics(font);
     int const row = metrics.height();
-    int const wide = metrics.horizontalAdvance(QStringLiteral("0.00")) + row + 3 * kMargin;
+    int const wide = metrics.horizontalAdvance(QStringLiteral("0.000")) + row + 3 * kMargin;
     int const high = row * (static_cast<int>(legend.size()) + 1) + kMargin;
     if (high + 2 * kMargin > view_.height || 3 * wide > view_.width) return;
     int const left = view_.width - wide - kMargin;
@@ -168,7 +168,7 @@ class Drawer {
                           static_cast<int>(stop->rgba >> 8 & 0xff), static_cast<int>(stop->rgba & 0xff));
       painter_.fillRect(left + kMargin, y, row, row, colour);
       painter_.drawText(QRect(left + 2 * kMargin + row, y, wide, row), Qt::AlignVCenter,
-                        QString::number(stop->mmPerHour, 'g', 2));
+                        QString::number(stop->mmPerHour, 'g', 3));
     }
   }
 
