@@ -20,6 +20,7 @@ std::shared_ptr<EngineSnapshot> lived(std::shared_ptr<Texts const> const& texts)
   WeatherState state = *snapshot->weather;
   state.govAlerts = {alertOf(AlertSeverity::warning, std::string(texts->text("desktop.alerts")))};
   state.govAlerts.front().isGovAlert = true;
+  state.nowcast = rainState().nowcast;
   snapshot->weather = std::make_shared<WeatherState const>(std::move(state));
   HazardsState hazards = *snapshot->hazards;
   for (int i = 0; i < 12; ++i) {

@@ -1,5 +1,7 @@
 #include "page_states.h"
 
+#include "feeds/nowcast/nowcast_service.h"
+
 namespace nimbara::test {
 
 std::vector<DesktopPage> everyPage() {
@@ -21,6 +23,29 @@ WeatherState staleState() {
   state.isShowingStaleData = true;
   state.lastUpdated = kNow - std::chrono::days(3);
   state.error = AppError{AppError::Case::networkError, "The service has a fault"};
+  return state;
+}
+
+WeatherState rainState() {
+  NowcastReading reading{
+      NowcastReading::State::current, {"metNorway", NowcastKind::radar, kNow, {}}, kNow, {}};
+  Instant from = kNow - std::chrono::minutes(5);
+  for (int i = 0; i < 24; ++i, from += std::chrono::minutes(5)) {
+    NowcastStep step{from, from + std::chrono::minutes(5), 0.2 * i, static_cast<Fall>(i / 5 % 4)};
+    if (i == 20) step.mmPerHour.reset();
+    reading.nowcast.steps.push_back(step);
+  }
+  WeatherState state = stateOf(mildWeek());
+  state.nowcast = std::make_shared<NowcastReading const>(std::move(reading));
+  return state;
+}
+
+WeatherState radarDownState() {
+  NowcastReading reading;
+  reading.state = NowcastReading::State::failed;
+  reading.misses = {{NowcastSource::metNorway, true, {}}};
+  WeatherState state = stateOf(mildWeek());
+  state.nowcast = std::make_shared<NowcastReading const>(std::move(reading));
   return state;
 }
 

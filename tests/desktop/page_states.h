@@ -59,6 +59,11 @@ std::shared_ptr<EngineSnapshot> troubled();
 
 std::shared_ptr<EngineSnapshot> here();
 
+/// The next two hours have a bar of every kind.
+WeatherState rainState();
+
+WeatherState radarDownState();
+
 struct StateRow {
   char const* name;
   std::shared_ptr<EngineSnapshot> (*snapshot)();
@@ -79,6 +84,8 @@ inline constexpr StateRow kStates[] = {
     {"uncheckedHazards", uncheckedHazards},
     {"uncoveredHazards", uncoveredHazards},
     {"polar", [] { return snapshotOf(polarState()); }},
+    {"rain", [] { return snapshotOf(rainState()); }},
+    {"radarDown", [] { return snapshotOf(radarDownState()); }},
     {"unknown", [] { return snapshotOf(unknownState()); }},
     {"notifications", [] { return notifying(crowdedState()); }},
     {"troubled", troubled},
