@@ -19,6 +19,7 @@ namespace {
 constexpr QColor kSea{0xdd, 0xe6, 0xec};
 constexpr QColor kLand{0xf4, 0xf2, 0xec};
 constexpr QColor kCoast{0x8a, 0x93, 0x9b};
+constexpr QColor kBorder{0xb9, 0xb4, 0xaa};
 constexpr QColor kInk{0x1c, 0x23, 0x2b};
 constexpr QColor kPaper{0xff, 0xff, 0xff, 0xe0};
 constexpr QColor kMark{0xc0, 0x2a, 0x2a};
@@ -116,7 +117,7 @@ class Drawer {
   void drawCoasts() {
     painter_.setPen(QPen(kCoast, 1));
     painter_.drawPath(coasts_);
-    painter_.setPen(QPen(kCoast, 1, Qt::DashLine));
+    painter_.setPen(QPen(kBorder, 1));
     painter_.drawPath(pathOf(borderLines()));
   }
 
