@@ -115,7 +115,7 @@ TEST(Gdacs, ReadsTheRecordedEventOnce) {
   ASSERT_EQ(storms->size(), 1) << "one point and three lines";
   EXPECT_EQ(storms->front().name, "Twentythree");
   EXPECT_EQ(storms->front().id, "gdacs1001319");
-  EXPECT_NEAR(storms->front().windMs / kMsInAKnot, 40, 0.001);
+  EXPECT_NEAR(storms->front().windMs / kMsInAKnot, 40, 0.01);
   EXPECT_EQ(storms->front().lastUpdate, at("2026-09-05T12:00:00Z"));
   EXPECT_EQ(storms->front().basin, TropicalBasin::westernPacific);
   for (std::string const& damaged : test::damagedForms(body, 97)) parseGdacsStorms(damaged);
@@ -180,7 +180,7 @@ TEST(StormApproach, IsReckonedAlongGreatCircles) {
   auto const aside = closestApproach(storm, {3, 5}, begin);
   ASSERT_TRUE(aside);
   EXPECT_NEAR(aside->km, 333.58, 0.1);  // three degrees
-  EXPECT_EQ(aside->time, begin + std::chrono::hours(10));
+  EXPECT_LT(std::chrono::abs(aside->time - begin - std::chrono::hours(10)), std::chrono::seconds(1));
   auto const late = closestApproach(storm, {0, 2}, begin + std::chrono::hours(10));
   EXPECT_NEAR(late->km, 333.58, 0.1) << "it has gone by";
   EXPECT_EQ(late->time, begin + std::chrono::hours(10));
