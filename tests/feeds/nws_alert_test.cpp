@@ -60,7 +60,7 @@ TEST(NwsAlerts, FillWhatIsMissing) {
                             at("2026-11-21T05:00:00Z"),
                             "Actual",
                             "Update",
-                            {{"urn:0", at("2026-11-20T05:00:00Z")}}}));
+                            {{"urn:0", at("2026-11-20T05:00:00Z"), "x"}}}));
 }
 
 TEST(NwsAlerts, TakeTheServicesSeverityWordsExactly) {

@@ -171,6 +171,7 @@ class MessageWriter {
     json_.member("certainty", "Likely");
     json_.member("urgency", "Expected");
     json_.member("event", event);
+    json_.member("sender", "demo@nimbara.example");
     json_.member("senderName", "NWS Demo Office");
     json_.member("headline", event + " until " + spokenText(message.end) + " by NWS Demo Office");
     json_.member("description", "* WHAT..." + event + ".\n\n* WHERE..." + areaText() + ".\n\n* WHEN...From " +

@@ -149,6 +149,7 @@ void writeMessage(JsonWriter& json, SceneMessage const& message, Instant day) {
   json.member("severity", message.severity);
   json.member("certainty", "Likely");
   json.member("urgency", "Expected");
+  json.member("sender", "demo@nimbara.example");
   json.member("senderName", "NWS Demo Office");
   json.member("headline", message.headline);
   json.member("description", message.headline);
