@@ -43,6 +43,7 @@ RuleInputs withEmptyAnswers() {
   inputs.kp = InputReading<double>::of(1);
   inputs.airQuality = InputReading<AirQualityForecast>::of(AirQualityForecast{});
   inputs.storms = InputReading<std::vector<TropicalStorm>>::of(std::vector<TropicalStorm>{});
+  inputs.typhoons = InputReading<std::vector<TropicalStorm>>::of(std::vector<TropicalStorm>{});
   inputs.fires = InputReading<std::vector<FireDetection>>::of(std::vector<FireDetection>{});
   inputs.advisories = InputReading<std::vector<TravelAdvisory>>::of(std::vector<TravelAdvisory>{});
   inputs.lightning = InputReading<std::vector<LightningStrike>>::of(std::vector<LightningStrike>{});

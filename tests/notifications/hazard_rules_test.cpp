@@ -98,6 +98,7 @@ TEST(HazardRules, TellNothingNearFromNotChecked) {
   answered.lightning = reading(std::vector<LightningStrike>{});
   answered.advisories = reading(std::vector<TravelAdvisory>{});
   answered.storms = reading(std::vector<TropicalStorm>{});
+  answered.typhoons = reading(std::vector<TropicalStorm>{});
   RuleInputs const silent = here();
   for (EvaluateRule const rule : {&officialWarnings, &earthquakes, &fires, &lightning, &travelAdvisories,
                                   &tropicalCyclonesOf<TropicalBasin::atlantic>}) {
