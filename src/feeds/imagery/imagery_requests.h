@@ -31,7 +31,7 @@ class ImageryRequests {
   RequestBudget budget_;
 };
 
-/// "tilecache.example" of an address; empty where it is none.
+/// The name of the host in an address; empty where it is none.
 std::string hostOf(std::string_view url);
 
 }  // namespace nimbara
