@@ -138,6 +138,7 @@ class RadarRun {
     auto const wanted = tilesWanted(supplier, view_);
     std::vector<Result<std::string, ServiceFailure>> got(wanted.size());
     std::vector<std::function<void()>> tasks;
+    tasks.reserve(wanted.size() + 1);
     for (std::size_t i = 0; i < wanted.size(); ++i) {
       tasks.emplace_back([&, i] {
         got[i] = context_.app().feeds().tiles().picture(reading, frame, wanted[i], session_.stop);

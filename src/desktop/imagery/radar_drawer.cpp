@@ -11,6 +11,7 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <algorithm>
+#include <ranges>
 
 namespace nimbara {
 
@@ -163,13 +164,13 @@ class Drawer {
     int y = kMargin + kMargin / 2;
     painter_.setPen(kInk);
     painter_.drawText(QRect(left, y, wide, row), Qt::AlignCenter, QStringLiteral("mm/h"));
-    for (auto stop = legend.rbegin(); stop != legend.rend(); ++stop) {
+    for (LegendStop const& stop : std::views::reverse(legend)) {
       y += row;
-      QColor const colour(static_cast<int>(stop->rgba >> 24), static_cast<int>(stop->rgba >> 16 & 0xff),
-                          static_cast<int>(stop->rgba >> 8 & 0xff), static_cast<int>(stop->rgba & 0xff));
+      QColor const colour(static_cast<int>(stop.rgba >> 24), static_cast<int>(stop.rgba >> 16 & 0xff),
+                          static_cast<int>(stop.rgba >> 8 & 0xff), static_cast<int>(stop.rgba & 0xff));
       painter_.fillRect(left + kMargin, y, row, row, colour);
       painter_.drawText(QRect(left + 2 * kMargin + row, y, wide, row), Qt::AlignVCenter,
-                        QString::number(stop->mmPerHour, 'g', 3));
+                        QString::number(stop.mmPerHour, 'g', 3));
     }
   }
 

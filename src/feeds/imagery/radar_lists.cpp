@@ -5,6 +5,7 @@
 #include "feeds/fetching/lenient_json.h"
 
 #include <algorithm>
+#include <ranges>
 
 namespace nimbara {
 
@@ -159,14 +160,13 @@ void order(Frames& frames) {
 /// Counted from the newest that was measured, which is always among them.
 Frames within(Frames const& frames, Instant newest, Instant now) {
   Frames kept;
-  for (auto frame = frames.rbegin(); frame != frames.rend(); ++frame) {
-    bool const isWanted = frame->time <= newest ? !frame->isForecast && frame->time >= newest - kPast
-                                                : frame->isForecast && frame->time <= now + kAhead;
-    bool const isApart =
-        kept.empty() || frame->time == newest || kept.back().time - frame->time >= kLeastApart;
+  for (RadarFrame const& frame : std::views::reverse(frames)) {
+    bool const isWanted = frame.time <= newest ? !frame.isForecast && frame.time >= newest - kPast
+                                               : frame.isForecast && frame.time <= now + kAhead;
+    bool const isApart = kept.empty() || frame.time == newest || kept.back().time - frame.time >= kLeastApart;
     if (!isWanted || !isApart) continue;
-    while (frame->time == newest && !kept.empty() && kept.back().time - newest < kLeastApart) kept.pop_back();
-    kept.push_back(*frame);
+    while (frame.time == newest && !kept.empty() && kept.back().time - newest < kLeastApart) kept.pop_back();
+    kept.push_back(frame);
   }
   std::ranges::reverse(kept);
   return kept;
@@ -223,7 +223,7 @@ FrameList framesByOffsets(ListContext const& context) {
 
 std::optional<std::string> allowedHost(RadarSupplier const& supplier, std::string const& base,
                                        std::string_view host) {
-  auto const address = normalizedBase(host);
+  auto address = normalizedBase(host);
   if (!address) return std::nullopt;
   if (*address == base) return address;
   constexpr std::string_view kSecure = "https://";

@@ -68,6 +68,7 @@ void TileCache::note(std::string const& name, std::uintmax_t bytes) {
 void TileCache::makeRoom() {
   if (bytes_ <= mostBytes_) return;
   std::vector<std::pair<std::filesystem::file_time_type, std::string>> oldest;
+  oldest.reserve(kept_.size());
   for (auto const& [name, kept] : kept_) oldest.emplace_back(kept.used, name);
   std::ranges::sort(oldest);
   // Somewhat more than needed, so that not every picture makes room.
