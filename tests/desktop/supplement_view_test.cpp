@@ -40,7 +40,7 @@ TEST_F(SupplementViewTest, TellsTheFourKindsOfNothingApart) {
   EXPECT_THAT(card("lightning").headline, HasSubstr("is not checked"));
   EXPECT_EQ(card("advisories").headline, "No travel advisory for Germany, checked 10:10 AM");
   EXPECT_EQ(card("storms").headline,
-            "Tropical storms could not be checked since 10:10 AM: the service returned status 500");
+            "Tropical storms could not be checked since 10:10 AM: the service returned an error (HTTP 500)");
   EXPECT_TRUE(card("storms").isUnchecked);
   EXPECT_FALSE(card("lightning").isUnchecked);
 }
