@@ -61,6 +61,8 @@ Result<TestedRule, Failure> testedRule(CustomNotification const& rule, SavedPlac
   }
   tested.notDue = reasonNotDue(rule, *inputs, true);
   if (tested.found.holds()) tested.body = customRuleBody(rule, tested.found, *inputs);
+  if (rule.conditionType == ConditionType::rainWithin)
+    tested.rain = customRuleBody(rule, tested.found, *inputs);
   if (tested.found.at) tested.hour = hourText(*inputs, *tested.found.at);
   return tested;
 }
@@ -75,19 +77,35 @@ void writeTested(JsonWriter& writer, TestedRule const& tested) {
   writer.member("body", tested.body);
 }
 
-std::string testedText(CustomNotification const& rule, TestedRule const& tested, RunContext const& context) {
+namespace {
+
+/// The value, its hour and how far it lies from the limit.
+std::string measuredText(CustomNotification const& rule, TestedRule const& tested,
+                         RunContext const& context) {
   Texts const& texts = context.texts();
   Units const& units = context.wording().units;
   ConditionUnit const unit = kindOf(rule.conditionType).unit;
   CustomEvaluation const& found = tested.found;
-  std::string text = outcomeText(found.outcome, texts);
+  std::string text;
   if (found.value) text += ": " + conditionValueText(unit, *found.value, units, texts);
-  if (found.at) text += context.texts().format("time.aroundSuffix", tested.hour);
+  if (found.at) text += texts.format("time.aroundSuffix", tested.hour);
   if (found.margin && rule.conditionOperator != ConditionOperator::any) {
     std::string const by = conditionDifferenceText(unit, std::abs(*found.margin), units, texts);
     text +=
         ", " + texts.format(*found.margin > 0 ? "customnotif.margin.beyond" : "customnotif.margin.short", by);
   }
+  return text;
+}
+
+}  // namespace
+
+std::string testedText(CustomNotification const& rule, TestedRule const& tested, RunContext const& context) {
+  Texts const& texts = context.texts();
+  std::string text = outcomeText(tested.found.outcome, texts);
+  // Rain is told as the notification tells it.
+  bool const isRain = rule.conditionType == ConditionType::rainWithin;
+  if (!isRain) text += measuredText(rule, tested, context);
+  if (isRain && !tested.rain.empty()) text += ": " + tested.rain;
   if (tested.notDue) text += " (" + outcomeText(*tested.notDue, texts) + ")";
   return text + "\n";
 }

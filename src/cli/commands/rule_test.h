@@ -16,6 +16,7 @@ struct TestedRule {
   std::optional<CustomOutcome> notDue;  ///< why an evaluation pass would not look at the rule now
   std::string body;                     ///< of the notification; empty when the rule does not hold
   std::string hour;                     ///< of the value found, in the place's time
+  std::string rain;                     ///< what the nowcast says, of a rule about it
 };
 
 /// Asks for the forecast or the feed that the rule reads. `saved` is the rule's own place; null means the
