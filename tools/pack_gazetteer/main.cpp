@@ -86,6 +86,7 @@ class Packer {
               zones_, file_);
     addZonesByArea(outlines_, file_, countries_);
     packWorldLines(readWorldLines(contentOf(folder_ / "countries-50m.json")), file_);
+    packWaters(readWaters(contentOf(folder_ / "world_50m.json")), file_);
     zones_.write(file_);
     countries_.write(file_);
     file_.write(target);

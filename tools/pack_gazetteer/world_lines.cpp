@@ -23,17 +23,40 @@ class Topology {
 
   WorldLines lines() const {
     WorldLines lines;
-    forEachRing("land", [&](Array const& arcs) {
+    forEachRing("land", [&](Array const& arcs, bool /*hasCode*/) {
       for (Ring& part : cutAtDateLine(ringOf(arcs))) lines.coasts.push_back(std::move(part));
     });
     std::vector<int> uses(arcs_.size());
-    forEachRing("countries", [&](Array const& arcs) {
-      for (Element const arc : arcs) ++uses.at(numberOf(std::int64_t(arc)));
+    std::vector<bool> isDisputed(arcs_.size());
+    forEachRing("countries", [&](Array const& arcs, bool hasCode) {
+      for (Element const arc : arcs) {
+        std::size_t const number = numberOf(std::int64_t(arc));
+        ++uses.at(number);
+        if (!hasCode) isDisputed[number] = true;
+      }
     });
     for (std::size_t i = 0; i < arcs_.size(); ++i) {
-      if (uses[i] > 1) lines.borders.push_back(arcs_[i]);
+      if (uses[i] > 1) (isDisputed[i] ? lines.disputed : lines.borders).push_back(arcs_[i]);
     }
     return lines;
+  }
+
+  Waters waters() const {
+    Waters waters;
+    forEachRing("lakes", [&](Array const& arcs, bool /*hasCode*/) { waters.lakes.push_back(ringOf(arcs)); });
+    for (Element const shape : Array(root_["objects"]["rivers"]["geometries"])) {
+      std::string_view type;
+      if (shape["type"].get(type) != simdjson::SUCCESS) continue;
+      bool const isMany = type == "MultiLineString";
+      for (Element const part : Array(shape["arcs"])) {
+        if (!isMany) {
+          waters.rivers.push_back(arcs_.at(numberOf(std::int64_t(part))));
+          continue;
+        }
+        for (Element const arc : Array(part)) waters.rivers.push_back(arcs_.at(numberOf(std::int64_t(arc))));
+      }
+    }
+    return waters;
   }
 
  private:
@@ -68,15 +91,17 @@ class Topology {
     return ring;
   }
 
-  void forEachRing(std::string_view object, std::function<void(Array const&)> const& visit) const {
+  void forEachRing(std::string_view object,
+                   std::function<void(Array const&, bool hasCode)> const& visit) const {
     for (Element const shape : Array(root_["objects"][object]["geometries"])) {
       std::string_view type;
       if (shape["type"].get(type) != simdjson::SUCCESS) continue;  // a country without a shape
+      bool const hasCode = shape["id"].error() == simdjson::SUCCESS;
       if (type == "Polygon") {
-        for (Element const ring : Array(shape["arcs"])) visit(ring);
+        for (Element const ring : Array(shape["arcs"])) visit(ring, hasCode);
       } else if (type == "MultiPolygon") {
         for (Element const polygon : Array(shape["arcs"])) {
-          for (Element const ring : Array(polygon)) visit(ring);
+          for (Element const ring : Array(polygon)) visit(ring, hasCode);
         }
       }
     }
@@ -126,6 +151,7 @@ void packLine(Ring const& line, Section section, std::size_t least, TableFile& f
   std::vector<CoarsePoint> points;
   for (Coordinate const& at : line) points.push_back(coarsePoint(at));
   points.erase(std::ranges::unique(points).begin(), points.end());
+  if (points.empty()) return;
   // The hole that Antarctica has at the pole is one of these.
   bool const isFlat =
       std::ranges::count(points, points[0].latitude, &CoarsePoint::latitude) == std::ssize(points);
@@ -162,9 +188,24 @@ WorldLines readWorldLines(std::string_view topoJson) {
   }
 }
 
+Waters readWaters(std::string_view topoJson) {
+  try {
+    simdjson::dom::parser parser;
+    return Topology(parser.parse(simdjson::padded_string(topoJson))).waters();
+  } catch (simdjson::simdjson_error const& error) {
+    throw std::runtime_error(std::string("the world's lakes and rivers cannot be read: ") + error.what());
+  }
+}
+
 void packWorldLines(WorldLines const& lines, TableFile& file) {
   for (Ring const& coast : lines.coasts) packLine(coast, Section::coasts, 3, file);
   for (Ring const& border : lines.borders) packLine(border, Section::borders, 2, file);
+  for (Ring const& border : lines.disputed) packLine(border, Section::disputed, 2, file);
+}
+
+void packWaters(Waters const& waters, TableFile& file) {
+  for (Ring const& lake : waters.lakes) packLine(lake, Section::lakes, 3, file);
+  for (Ring const& river : waters.rivers) packLine(river, Section::rivers, 2, file);
 }
 
 }  // namespace nimbara::gazetteer

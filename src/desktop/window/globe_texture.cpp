@@ -103,6 +103,7 @@ void paintShelf(QPainter& painter, QPainterPath const& land, QSize size) {
 void paintBorders(QPainter& painter, Projection const& projection) {
   painter.setPen(QPen(QColor(250, 250, 240, 84), projection.pixels(0.1)));
   for (WorldLine const& line : borderLines()) painter.drawPolyline(projection.polygon(line));
+  for (WorldLine const& line : disputedLines()) painter.drawPolyline(projection.polygon(line));
 }
 
 /// Smaller towns show no light from so far.

@@ -26,9 +26,12 @@ std::vector<MapPlace> placesOf(EngineSnapshot const& snapshot, ViewContext const
   for (std::size_t i = 0; i < views.size(); ++i) {
     PlaceView const& view = views[i];
     std::string const level = view.mark == "unchecked" ? std::string() : view.mark;
-    places.push_back({view.id, view.name, view.temperature, level, joined(view.range, view.markText),
-                      snapshot.places.places[i].coordinate, view.isSelected});
-    isSelectedSaved = isSelectedSaved || view.isSelected;
+    std::string const mark = level.empty() ? std::string() : view.markText;
+    Coordinate const at = snapshot.places.places[i].coordinate;
+    // A place may be shown that is not the one selected among those saved.
+    bool const isSelected = snapshot.place && snapshot.place->coordinate == at;
+    places.push_back({view.id, view.name, view.temperature, level, joined(view.range, mark), at, isSelected});
+    isSelectedSaved = isSelectedSaved || isSelected;
   }
   if (snapshot.place && !isSelectedSaved) {
     std::string const& name = snapshot.place->name;

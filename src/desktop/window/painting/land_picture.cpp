@@ -61,6 +61,9 @@ void LandPicture::paint(QPainter& painter, MapFrame const& frame, QSizeF size, d
     QPainterPath borders;
     for (WorldLine const& line : borderLines()) drawer.add(line, borders);
     picture.strokePath(borders, QPen(colours.border, 0.7));
+    QPainterPath disputed;
+    for (WorldLine const& line : disputedLines()) drawer.add(line, disputed);
+    picture.strokePath(disputed, QPen(colours.border, 0.7, Qt::DashLine));
   }
   painter.drawImage(QPointF(0, 0), picture_);
 }

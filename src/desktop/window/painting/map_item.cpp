@@ -98,12 +98,17 @@ void MapItem::takeThings() {
 }
 
 MapItem::Outlines const& MapItem::outlinesAt(double side) {
-  if (whole_.coasts.empty()) whole_ = {linesOf(landOutlines()), linesOf(borderLines())};
+  if (whole_.coasts.empty()) {
+    whole_ = {linesOf(landOutlines()), linesOf(borderLines()), linesOf(disputedLines()),
+              linesOf(lakeOutlines()), linesOf(riverLines())};
+  }
   int const step = static_cast<int>(std::ceil(std::log2(side / kTileSide) - 1e-9));
   auto [found, isNew] = outlines_.try_emplace(step);
   if (isNew) {
     double const pixel = 1 / (kTileSide * std::exp2(step));
-    found->second = {simplifiedAll(whole_.coasts, pixel), simplifiedAll(whole_.borders, pixel)};
+    found->second = {simplifiedAll(whole_.coasts, pixel), simplifiedAll(whole_.borders, pixel),
+                     simplifiedAll(whole_.disputed, pixel), simplifiedAll(whole_.lakes, 3 * pixel),
+                     simplifiedAll(whole_.rivers, pixel)};
   }
   return found->second;
 }
@@ -112,15 +117,25 @@ bool MapItem::paintLand(QPainter& painter, QPointF corner, double side) {
   MapWindow const window{corner, {MapTiles::kSide, MapTiles::kSide}, side};
   Outlines const& lines = outlinesAt(side);
   painter.fillRect(QRectF(QPointF(0, 0), window.size), sea_);
-  QPainterPath land, coasts, borders;
+  QPainterPath land, coasts, borders, disputed, lakes, rivers;
   for (MapLine const& ring : lines.coasts) {
     addRing(ring, window, land);
     addLine(ring, window, coasts);
   }
   for (MapLine const& line : lines.borders) addLine(line, window, borders);
+  for (MapLine const& line : lines.disputed) addLine(line, window, disputed);
+  for (MapLine const& ring : lines.lakes) addRing(ring, window, lakes);
+  // The world alone has no room for rivers.
+  if (side >= kTileSide * 16)
+    for (MapLine const& line : lines.rivers) addLine(line, window, rivers);
   painter.fillPath(land, land_);
+  painter.fillPath(lakes, sea_);
+  painter.strokePath(rivers, QPen(water_, 0.8));
   painter.strokePath(coasts, QPen(water_, 0.9));
   painter.strokePath(borders, QPen(border_, 1.1));
+  QPen dashes(border_, 1.1);
+  dashes.setDashPattern({3, 3});
+  painter.strokePath(disputed, dashes);
   return true;
 }
 

@@ -41,7 +41,7 @@ class MapItem : public QQuickPaintedItem {
  private:
   /// Coasts and borders at a zoom.
   struct Outlines {
-    std::vector<MapLine> coasts, borders;
+    std::vector<MapLine> coasts, borders, disputed, lakes, rivers;
   };
   struct Area {
     std::vector<MapLine> rings;

@@ -95,9 +95,10 @@ void MapLabels::paintTowns(QPainter& painter, LabelRoom& room, MapView const& vi
       QPointF const at(view.width / 2.0 + (town.at.x + turn - view.centre.x) * side, y);
       double const dot = town.population >= 1'000'000 ? kDot + 1 : kDot;
       if (!room.take(QRectF(at.x() - dot, y - dot, 2 * dot, 2 * dot))) continue;
-      painter.drawEllipse(at, dot, dot);
       auto const name = QString::fromUtf8(town.name.data(), static_cast<qsizetype>(town.name.size()));
-      if (paint(painter, room, at, dot + 1.5, name, false)) ++painted;
+      if (!paint(painter, room, at, dot + 1.5, name, false)) continue;
+      painter.drawEllipse(at, dot, dot);
+      ++painted;
     }
   }
 }
