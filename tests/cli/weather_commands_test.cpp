@@ -230,10 +230,10 @@ TEST_F(WeatherCommands, TheWatchFollowsWhatIsSetMeanwhile) {
   ASSERT_TRUE(settings.set("language", std::string("pt")));
   console.waitFor("a previsão");
   ASSERT_TRUE(settings.set("openMeteoHost", base));
-  console.waitFor("Home: forecast from openMeteo");
+  console.waitFor(" alertas (openMeteo)");
   ASSERT_TRUE(settings.set("yrNoHost", base));
   ASSERT_TRUE(settings.set("preferredProvider", std::string("yrNo")));
-  console.waitFor("Home: forecast from yrNo");
+  console.waitFor("(yrNo)");
   stop.request_stop();
 }
 
