@@ -6,7 +6,7 @@
 #include "base/time/calendar.h"
 #include "base/units.h"
 #include "base/words/texts.h"
-#include "model/forecast_insight.h"
+#include "model/weather_alert.h"
 #include "model/weather_data.h"
 
 #include <vector>
@@ -19,16 +19,6 @@ class AlertGenerator {
   /// forecast's own zone, else in that of `fallback`. What a provider did not give is no ground for an alert.
   std::vector<WeatherAlert> generate(WeatherData const& weather, Instant now, Units const& units,
                                      Texts const& texts, Calendar const& fallback = Calendar::utc()) const;
-};
-
-/// All that is computed from one forecast.
-struct WeatherAnalysisEngine {
-  AlertGenerator alertGenerator;
-
-  ForecastInsight analyze(WeatherData const& weather, Instant now, Units const& units, Texts const& texts,
-                          Calendar const& fallback = Calendar::utc()) const {
-    return {alertGenerator.generate(weather, now, units, texts, fallback)};
-  }
 };
 
 }  // namespace nimbara

@@ -108,6 +108,10 @@ std::string BriefWords::wind(double kmph) const {
   return display(kmph, units_.wind) + " " + std::string(symbol(units_.wind));
 }
 
+std::string BriefWords::heading(std::string_view clause) const {
+  return capital(clause);
+}
+
 std::string BriefWords::sentence(std::vector<std::string> const& clauses) const {
   std::string all;
   for (std::string const& clause : clauses) {

@@ -36,6 +36,8 @@ class BriefWords {
   /// 0 where it would round to nothing.
   std::string wind(double kmph) const;
 
+  /// A clause as a heading: with a capital.
+  std::string heading(std::string_view clause) const;
   /// Clauses with the language's commas, as a sentence that begins with a capital; empty without clauses.
   std::string sentence(std::vector<std::string> const& clauses) const;
   std::string paragraph(std::vector<std::string> const& sentences) const;

@@ -112,7 +112,7 @@ void AppState::show(Place const& place, ForecastAnswer const& answer) {
     state.weatherData = std::move(data);
     state.isShowingLiveNetatmoData = station && station->isLive();
     state.station = std::move(station);
-    state.insight = ForecastInsight{answer.alerts};
+    state.insight = ForecastInsight{answer.alerts, answer.superseded};
     state.lastUpdated = answer.answeredAt;
     state.currentWeatherProvider = answer.provider;
     state.isShowingStaleData = answer.stale;

@@ -56,7 +56,9 @@ void ForecastService::finish(Place const& place, ForecastAnswer& answer) const {
   setNames(answer.data.location, place);
   answer.stale = !isFresh(answer.answeredAt, now, cache_.ttl());
   Wording const words = wording();
-  answer.alerts = analysis_.analyze(answer.data, now, words.units, *words.texts, words.fallback).alerts;
+  ForecastInsight insight = analysis_.analyze(answer.data, now, words.units, *words.texts, words.fallback);
+  answer.alerts = std::move(insight.alerts);
+  answer.superseded = std::move(insight.superseded);
 }
 
 ForecastAnswer ForecastService::answerOf(Place const& place, WttrResponse response,

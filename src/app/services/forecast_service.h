@@ -3,7 +3,7 @@
 // is a value; any thread may call.
 #pragma once
 
-#include "analysis/alert_generator.h"
+#include "analysis/weather_analysis_engine.h"
 #include "app/places/place.h"
 #include "app/services/wording.h"
 #include "model/weather_cache.h"
@@ -24,9 +24,10 @@ struct ForecastAnswer {
   std::optional<WeatherProviderOption> provider;  ///< the one that answered
   Instant answeredAt;                             ///< when it did
   bool fromCache = false;
-  bool stale = false;                ///< older than the cache's limit
-  std::optional<APIError> failure;   ///< why nothing newer was available
-  std::vector<WeatherAlert> alerts;  ///< those made from the forecast, for the moment of the call
+  bool stale = false;                       ///< older than the cache's limit
+  std::optional<APIError> failure;          ///< why nothing newer was available
+  std::vector<WeatherAlert> alerts;         ///< those made from the forecast, for the moment of the call
+  std::vector<SupersededAlert> superseded;  ///< of these
 };
 
 class ForecastService {

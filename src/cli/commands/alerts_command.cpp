@@ -63,8 +63,10 @@ class AlertsRun {
       return missing_.push_back(context_.sentenceOf(answer.error()));
     }
     context_.tell(context_.note(*answer));
-    generatedCount_ = answer->alerts.size();
-    std::ranges::move(answer->alerts, std::back_inserter(alerts_));
+    // A script reads what was generated, a person what says it more truly.
+    auto alerts = options_.json ? answer->alerts : shownAlerts(answer->alerts, answer->superseded);
+    generatedCount_ = alerts.size();
+    std::ranges::move(alerts, std::back_inserter(alerts_));
   }
 
   void askOfficial() {

@@ -16,6 +16,8 @@
 #include "feeds/alerts/gov_alert_service.h"
 #include "model/process.h"
 
+#include <algorithm>
+
 namespace nimbara {
 
 namespace {
@@ -39,6 +41,22 @@ struct Beside {
   StationShown station;
 };
 
+/// The records, each with the kind of event that says it more truly, where one does.
+void writeAlerts(JsonWriter& json, ForecastAnswer const& answer) {
+  json.key("alerts");
+  json.beginList();
+  for (WeatherAlert const& alert : answer.alerts) {
+    json.separate();
+    json.beginObject();
+    jsonFields<WeatherAlert>.apply(
+        [&](auto const&... fields) { (json.member(fields.key, alert.*(fields.member)), ...); });
+    auto const truer = std::ranges::find(answer.superseded, alert.id, &SupersededAlert::alert);
+    if (truer != answer.superseded.end()) json.member("supersededBy", truer->by);
+    json.endObject();
+  }
+  json.endList();
+}
+
 std::string json(ForecastAnswer const& answer, Beside const& beside, Instant now) {
   JsonWriter writer;
   writer.beginObject();
@@ -46,7 +64,7 @@ std::string json(ForecastAnswer const& answer, Beside const& beside, Instant now
   writer.member("fromCache", answer.fromCache);
   writer.member("stale", answer.stale);
   writer.member("data", answer.data);
-  writer.member("alerts", answer.alerts);
+  writeAlerts(writer, answer);
   writer.key("officialWarnings");
   writeWarnings(writer, beside.official.alerts);
   writer.key("coverage");

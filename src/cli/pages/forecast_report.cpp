@@ -275,7 +275,8 @@ class Report {
     if (answer_.stale)
       out += paragraph("", context_.texts.format("report.stale", fetched(), age()), Colour::warning);
     for (WeatherAlert const& warning : context_.options.warnings) out += alertLines(warning);
-    for (WeatherAlert const& alert : answer_.alerts) out += alertLines(alert);
+    for (WeatherAlert const& alert : shownAlerts(answer_.alerts, answer_.superseded))
+      out += alertLines(alert);
     return (out.empty() ? out : "\n" + out) + coverage();
   }
 

@@ -53,7 +53,8 @@ std::string written(std::string text, LineContext const& context) {
 }
 
 std::string strongestAlert(LineContext const& context) {
-  return context.answer.alerts.empty() ? std::string() : context.answer.alerts.front().title;
+  auto const alerts = shownAlerts(context.answer.alerts, context.answer.superseded);
+  return alerts.empty() ? std::string() : alerts.front().title;
 }
 
 std::string strongestWarning(LineContext const& context) {

@@ -28,7 +28,9 @@ void append(std::string& text, std::string_view part, std::string_view separator
 
 std::vector<WeatherAlert> allAlerts(WeatherState const& state) {
   std::vector<WeatherAlert> alerts = state.govAlerts;
-  if (state.insight) alerts.insert(alerts.end(), state.insight->alerts.begin(), state.insight->alerts.end());
+  if (state.insight)
+    std::ranges::move(shownAlerts(state.insight->alerts, state.insight->superseded),
+                      std::back_inserter(alerts));
   return alerts;
 }
 
