@@ -1,5 +1,6 @@
 // The next good hours out of doors.
 import QtQuick
+import NimbaraItems
 import NimbaraPages
 
 LinesCard {
