@@ -63,10 +63,10 @@ TEST(PictureDecoder, KnowsPicturesThatShowNothing) {
 
 TEST(RadarPicture, ColoursBareValues) {
   QImage raw = filled(Qt::transparent, 2);
-  raw.setPixel(0, 0, qRgba(110, 110, 110, 255));  // 23 dBZ: one millimetre
+  raw.setPixel(0, 0, qRgba(112, 112, 112, 255));  // 24 dBZ: more than a millimetre
   raw.setPixel(1, 0, qRgba(20, 20, 20, 255));
   QImage const coloured = inColours(raw, RadarPalette::own);
-  std::uint32_t const expected = ownColourOf(1.001);
+  std::uint32_t const expected = ownColourOf(1.1);
   EXPECT_EQ(coloured.pixel(0, 0), (expected >> 8) | (expected & 0xff) << 24);
   EXPECT_EQ(coloured.pixel(1, 0), 0U);
   EXPECT_EQ(inColours(raw, RadarPalette::dwd), raw);
