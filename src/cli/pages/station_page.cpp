@@ -109,12 +109,15 @@ void writeSource(JsonWriter& json, std::string_view key, StationShown const& sho
   json.endObject();
 }
 
+/// Beside their like these would need a label each; the document for scripts has them.
+constexpr StationQuantity kUnlabelled[] = {StationQuantity::absolutePressure, StationQuantity::windDirection,
+                                           StationQuantity::gustSpeed, StationQuantity::gustDirection,
+                                           StationQuantity::rainLastDay};
+
 std::string moduleLine(StationModule const& module, Texts const& texts, StationPageOptions const& options) {
   std::string values;
   for (StationValue const& value : module.values) {
-    bool const isBeside =
-        value.quantity == StationQuantity::windDirection || value.quantity == StationQuantity::gustDirection;
-    if (isBeside) continue;
+    if (std::ranges::find(kUnlabelled, value.quantity) != std::end(kUnlabelled)) continue;
     values += (values.empty() ? "" : ", ") + valueText(value.quantity, value.value, options.units);
   }
   std::string about = module.observedAt ? ageText(*module.observedAt, options.now, texts)
