@@ -113,6 +113,9 @@ TEST_F(MapPage, ShowsLandSeaAndTheWarnedArea) {
 TEST_F(MapPage, SaysWhatItShowsAndWhatHasNoArea) {
   EXPECT_EQ(map().description(), QStringLiteral("Map around Berlin, One official warning"));
   auto const* const layers = map().layers();
+  MapPoint const prague = pixelOf(map().view(), mercatorOf({50.08, 14.43}));
+  map().drag(map().view().width / 2.0 - prague.x, map().view().height / 2.0 - prague.y);
+  EXPECT_EQ(map().description(), QStringLiteral("Map around Prague, One official warning"));
   int const note = layers->roleNames().key("note");
   EXPECT_EQ(layers->data(layers->index(1), note).toString(), QStringLiteral("One without a known area"));
 }

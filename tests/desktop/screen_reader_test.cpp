@@ -206,7 +206,9 @@ TEST_P(EveryAction, HasAnEffect) {
   std::set<std::string> pressed;
   while (QAccessibleInterface* const node = unpressed(pressed)) {
     ASSERT_LT(pressed.size(), kMost);
-    model.globe()->turn(8, 4);  // away from the place, to which a button leads back
+    // Away from the place, to which a button leads back.
+    model.globe()->turn(8, 4);
+    model.map()->drag(150, 90);
     std::string const name = described(*node), before = heard();
     pressed.insert(name);
     node->actionInterface()->doAction(QAccessibleActionInterface::pressAction());

@@ -2,6 +2,7 @@
 
 #include "desktop/window/words.h"
 #include "feeds/regions/regions.h"
+#include "gazetteer/gazetteer.h"
 
 #include <algorithm>
 #include <array>
@@ -75,13 +76,8 @@ void MapModel::refill() {
   list_->show(rows_);
   showLayers();
   showScale();
+  describe();
   Texts const& texts = context_->texts;
-  auto const& place = snapshot_->place;
-  std::string around = formatCoordinate(coordinateOf(view_.centre));
-  if (place) around = place->name.empty() ? formatCoordinate(place->coordinate) : place->name;
-  std::string text = texts.format("desktop.map.around", around);
-  if (!things_.areas.empty()) text += ", " + texts.format("desktop.official.count", things_.areas.size());
-  description_ = QString::fromStdString(text);
   credit_ = QString::fromStdString(texts.format("desktop.map.credit", std::string(kMakers)));
   Q_EMIT shown();
 }
@@ -97,6 +93,27 @@ void MapModel::showLayers() {
       view.note = context_->texts.format("desktop.map.noArea", things_.unplaced);
   }
   layers_->show(views);
+}
+
+/// The place that is shown while it is there, else the town nearest to the middle.
+std::string MapModel::middle() const {
+  constexpr double kMostKm = 300;
+  Coordinate const centre = coordinateOf(view_.centre);
+  MapPoint const pixel{view_.width / 2.0, view_.height / 2.0};
+  if (home_ && away(*home_, pixel) < kReach && !snapshot_->place->name.empty()) return snapshot_->place->name;
+  auto const nearest = nearestCity(centre);
+  return nearest && nearest->km < kMostKm ? std::string(nearest->city.name) : formatCoordinate(centre);
+}
+
+void MapModel::describe() {
+  if (!wasShown_ || !context_ || !snapshot_) return;
+  Texts const& texts = context_->texts;
+  std::string text = texts.format("desktop.map.around", middle());
+  if (!things_.areas.empty()) text += ", " + texts.format("desktop.official.count", things_.areas.size());
+  QString const description = QString::fromStdString(text);
+  if (description == description_) return;
+  description_ = description;
+  Q_EMIT described();
 }
 
 void MapModel::showScale() {
@@ -127,6 +144,7 @@ void MapModel::setView(MapView const& view) {
   if (view == view_) return;
   view_ = view;
   showScale();
+  describe();
   Q_EMIT viewChanged();
 }
 

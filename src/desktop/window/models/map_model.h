@@ -22,7 +22,7 @@ class MapModel : public QObject {
   Q_PROPERTY(nimbara::RecordModel* scale READ scale CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* layers READ layers CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* things READ things CONSTANT)
-  Q_PROPERTY(QString description READ description NOTIFY shown)
+  Q_PROPERTY(QString description READ description NOTIFY described)
   Q_PROPERTY(QString credit READ credit NOTIFY shown)
   Q_PROPERTY(bool isShown READ isShown WRITE setShown NOTIFY isShownChanged)
   Q_PROPERTY(bool hasPlace READ hasPlace NOTIFY shown)
@@ -73,6 +73,7 @@ class MapModel : public QObject {
 
  Q_SIGNALS:
   void shown();
+  void described();
   void viewChanged();
   void isShownChanged();
   void layersChanged();
@@ -90,6 +91,8 @@ class MapModel : public QObject {
   void refill();
   void showLayers();
   void showScale();
+  void describe();
+  std::string middle() const;
   void showCard(std::optional<Picked> picked);
   void setView(MapView const& view);
   std::optional<Picked> thingAt(MapPoint pixel) const;
