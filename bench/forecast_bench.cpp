@@ -1,7 +1,8 @@
 // One seven-day answer from bytes to the processed forecast, beside what the parser library alone and a tree
 // parser need for the same bytes in the same run.
 
-#include "analysis/alert_generator.h"
+#include "analysis/weather_analysis_engine.h"
+#include "analysis/weather_brief.h"
 #include "base/sun_moon.h"
 #include "demo/forecasts/open_meteo_stand_in.h"
 #include "model/process.h"
@@ -156,6 +157,34 @@ void generateAlerts(benchmark::State& state) {
   state.counters["alerts"] = static_cast<double>(alerts);
 }
 BENCHMARK(generateAlerts);
+
+/// Alerts, events and trends.
+void analyseForecast(benchmark::State& state) {
+  WeatherData const& weather = forecast();
+  WeatherAnalysisEngine const engine;
+  Texts const texts = Texts::load("en");
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(engine.analyze(weather, now(), Units::metric(), texts));
+    benchmark::DoNotOptimize(engine.trendAnalyzer.analyze(weather, now()));
+  }
+}
+BENCHMARK(analyseForecast);
+
+void brief(benchmark::State& state) {
+  WeatherData const& weather = forecast();
+  Texts const texts = Texts::load("en");
+  for (auto _ : state) benchmark::DoNotOptimize(weatherBrief(weather, {}, now(), Units::metric(), texts));
+}
+BENCHMARK(brief);
+
+void adviceForNineActivities(benchmark::State& state) {
+  WeatherData const& weather = forecast();
+  for (auto _ : state) {
+    for (std::string_view const name : enumNames<Activity>)
+      benchmark::DoNotOptimize(TipGenerator{}.tip(*enumFromName<Activity>(name), weather, now(), {}, {}));
+  }
+}
+BENCHMARK(adviceForNineActivities);
 
 }  // namespace
 }  // namespace nimbara
