@@ -145,11 +145,16 @@ class Writer {
   }
 
   void addOfficial(WeatherAlert const& warning) {
-    TimeWords const& time = words_.time();
     Texts const& texts = words_.texts();
     bool const isAhead = warning.onset && *warning.onset > now_;
-    std::string const begin = isAhead ? time.hourLabel(*warning.onset, now_) : "";
-    std::string const end = warning.expires ? time.hourLabel(*warning.expires, now_) : "";
+    bool const isTomorrows = isAhead && partAt(*warning.onset) == BriefPart::tomorrow;
+    // What is told of tomorrow needs no word that it is tomorrow.
+    auto const label = [&](Instant instant) {
+      bool const isNear = instant < spans_.back().begin || (isTomorrows && instant <= spans_.back().end);
+      return isNear ? words_.time().hour(instant) : words_.time().hourLabel(instant, now_);
+    };
+    std::string const begin = isAhead ? label(*warning.onset) : "";
+    std::string const end = warning.expires ? label(*warning.expires) : "";
     std::string text = warning.title;
     if (isAhead && !end.empty()) {
       text = texts.format("brief.fromTo", text, begin, end);

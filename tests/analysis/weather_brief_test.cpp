@@ -151,6 +151,10 @@ TEST(Brief, BeginsWithTheWarningInEffect) {
   BriefBeside const beside{warnings, {}, {}, {}};
   EXPECT_THAT(briefOf(days(), kMorning, beside), testing::StartsWith("Now: Wind warning until 6 PM. Partly"));
   EXPECT_THAT(briefOf(days(), at("2026-11-21T18:00:00Z"), beside), Not(HasSubstr("Wind warning")));
+  warnings.front().onset = at("2026-11-22T19:00:00Z");
+  warnings.front().expires = at("2026-11-22T23:00:00Z");
+  EXPECT_THAT(briefOf(days(), kMorning, beside),
+              HasSubstr("Tomorrow: Wind warning from 7 PM to 11 PM. Partly"));
   warnings.front().distanceKm = 3;
   EXPECT_THAT(briefOf(days(), kMorning, BriefBeside{warnings, {}, {}, {}}), Not(HasSubstr("Wind warning")));
 }
