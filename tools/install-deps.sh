@@ -17,7 +17,7 @@ declare -A packages=(
     qml6-module-qtqml-models qml6-module-qtqml-workerscript qml6-module-qtquick qml6-module-qtquick-controls
     qml6-module-qtquick-layouts qml6-module-qtquick-templates qml6-module-qtquick-window qt6-shadertools-dev
     qt6-quick3d-dev qml6-module-quick3d libxcb1-dev fonts-noto-core"
-  [test]="libgl1-mesa-dri xvfb xauth dbus-daemon dbus-bin desktop-file-utils appstream python3 libgtest-dev libgmock-dev
+  [test]="libgl1-mesa-dri xvfb xauth dbus-daemon dbus-bin desktop-file-utils appstream python3 python3-jsonschema libgtest-dev libgmock-dev
     fonts-noto-cjk"
   [bench]="libbenchmark-dev nlohmann-json3-dev"
   [lint]="clang-format-19 clang-tidy-22"
