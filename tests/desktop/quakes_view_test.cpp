@@ -136,7 +136,7 @@ TEST(QuakeFilters, HoldWhatTheySayInTheUsersUnit) {
 
 TEST(ShownQuakes, StandBySignificanceOrByTime) {
   HazardsState const state = stateWith(
-      {quakeOf("new", 4, {0, 50}, 1h), quakeOf("felt", 3.2, {0, 0.1}, 2h), quakeOf("great", 8.3, {0, 90}, 3h),
+      {quakeOf("new", 4, {0, 50}, 1h), quakeOf("felt", 3.5, {0, 0.1}, 2h), quakeOf("great", 8.3, {0, 90}, 3h),
        quakeOf("newer", 8.3, {0, 90}, 2h), quakeOf("feltMore", 4.5, {0, 0.2}, 4h)});
   ViewContext const context = contextAt(kNow);
   auto const shown = [&](QuakeOrder order, std::optional<Place> const& place) {
