@@ -55,8 +55,10 @@ std::string BriefWords::sky(WeatherConditionCode condition, bool isDay) const {
 }
 
 std::string BriefWords::nameOf(WeatherEvent const& event) const {
-  bool const isNamedByCondition =
-      (event.kind == EventKind::rain || event.kind == EventKind::snow) && isPrecipitation(event.condition);
+  // Thunder is an event of its own, often shorter than the rain around it.
+  bool const isThunder = category(event.condition) == ConditionCategory::thunderstorm;
+  bool const isNamedByCondition = (event.kind == EventKind::rain || event.kind == EventKind::snow) &&
+                                  isPrecipitation(event.condition) && !isThunder;
   return isNamedByCondition ? sky(event.condition, true) : std::string(texts_.text(nameKey(event.kind)));
 }
 
