@@ -42,6 +42,7 @@ double medianOf(std::vector<double> values) {
 
 double medianOf(std::vector<Sample> const& samples) {
   std::vector<double> values;
+  values.reserve(samples.size());
   for (Sample const& sample : samples) values.push_back(sample.value);
   return medianOf(std::move(values));
 }
@@ -51,6 +52,7 @@ std::vector<Sample> believed(std::vector<Sample> samples, double leastDeviation)
   if (samples.empty()) return samples;
   double const median = medianOf(samples);
   std::vector<double> deviations;
+  deviations.reserve(samples.size());
   for (Sample const& sample : samples) deviations.push_back(std::abs(sample.value - median));
   double const most = kMostDeviations * std::max(medianOf(std::move(deviations)), leastDeviation);
   std::erase_if(samples, [&](Sample const& sample) { return std::abs(sample.value - median) > most; });

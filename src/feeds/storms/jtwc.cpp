@@ -123,7 +123,7 @@ bool readHeader(std::vector<std::string_view> const& row, TropicalStorm& storm) 
   storm.name = oneLine(nameOf(name), 60);
   storm.lastUpdate = *time;
   auto const direction = parseDouble(row[at + 2]);
-  if (direction && *direction >= 0 && *direction <= 360) storm.movementDirection = *direction;
+  if (direction && *direction >= 0 && *direction <= 360) storm.movementDirection = direction;
   storm.movementMs = windOf(row[at + 3]);
   return true;
 }
