@@ -222,12 +222,12 @@ FocusScope {
             Knob {
                 sign: "plus"
                 explanation: App.map.words.closer
-                onClicked: App.map.zoomBy(0.5)
+                onClicked: App.map.zoomBy(1)
             }
             Knob {
                 sign: "minus"
                 explanation: App.map.words.farther
-                onClicked: App.map.zoomBy(-0.5)
+                onClicked: App.map.zoomBy(-1)
             }
             Knob {
                 sign: "place"
