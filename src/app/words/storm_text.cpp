@@ -74,6 +74,7 @@ HazardLine stormLine(TropicalStorm const& storm, Coordinate place, HazardWords c
 
 std::vector<std::string> stormMissLines(std::vector<StormMiss> const& misses, HazardWords const& words) {
   std::vector<std::string> lines;
+  lines.reserve(misses.size());
   for (StormMiss const& miss : misses) {
     lines.push_back(words.texts.format("storms.notChecked", properNameOf(miss.centre),
                                        failureText(miss.failure, words.texts)));

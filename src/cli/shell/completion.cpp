@@ -58,6 +58,7 @@ void pass(Position& at, std::string_view word, CommandOutline const& root) {
 std::vector<Completion> valuesOf(OptionOutline const& option, Position const& at, std::string_view typed,
                                  KnownValues const& known) {
   std::vector<Completion> found;
+  found.reserve(option.words.size());
   for (std::string const& word : option.words) found.push_back({word, ""});
   if (found.empty() && !option.isPositional) found = known(option.name, at.before, typed);
   if (found.empty()) found = known(option.value, at.before, typed);

@@ -28,7 +28,9 @@ Card {
 
             property int cursor: -1
             readonly property Item chosen: cursor >= 0 && cursor < bars.count ? bars.itemAt(cursor) : null
-            readonly property string reading: chosen === null ? "" : chosen.reading
+            /// Of the chosen bar, which writes it here.
+            property string reading: ""
+            onChosenChanged: if (chosen === null) reading = ""
 
             function step(by) {
                 cursor = Math.max(0, Math.min(bars.count - 1, cursor + by));
@@ -59,6 +61,8 @@ Card {
                     required property string kind
                     required property double share
                     required property string reading
+                    readonly property string said: chart.chosen === slot ? reading : ""
+                    onSaidChanged: if (said !== "") chart.reading = said
                     x: Math.round(from * chart.width)
                     width: Math.max(2, Math.round(to * chart.width) - x)
                     height: chart.height

@@ -157,7 +157,7 @@ Result<void, StationProblem> StationTokens::redeem(StationLink link, std::string
   return store(*answer);
 }
 
-Result<void, StationProblem> StationTokens::adopt(StationLink link, std::stop_token const& stop) {
+Result<void, StationProblem> StationTokens::adopt(StationLink const& link, std::stop_token const& stop) {
   std::lock_guard const lock(mutex_);
   auto const turn = file_.turn(stop);
   if (!turn)

@@ -54,7 +54,7 @@ class StationTokens {
   Result<void, StationProblem> redeem(StationLink link, std::string const& code, std::string const& redirect,
                                       std::stop_token const& stop);
   /// The like for a refresh token that the user has.
-  Result<void, StationProblem> adopt(StationLink link, std::stop_token const& stop);
+  Result<void, StationProblem> adopt(StationLink const& link, std::stop_token const& stop);
 
  private:
   using Answer = Result<StationLink, StationProblem>;
