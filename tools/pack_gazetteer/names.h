@@ -11,7 +11,8 @@ namespace nimbara::gazetteer {
 /// Countries are known by their code, so the numbers must be fixed before: pass all codes.
 class CountryNumbers {
  public:
-  explicit CountryNumbers(std::set<std::string, std::less<>> codes) : codes_(codes.begin(), codes.end()) {}
+  explicit CountryNumbers(std::set<std::string, std::less<>> const& codes)
+      : codes_(codes.begin(), codes.end()) {}
 
   std::uint16_t number(std::string_view code) const;
   /// Notes that one town of the country keeps this zone's time.

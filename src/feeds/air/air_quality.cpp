@@ -104,9 +104,9 @@ std::vector<AirQualityHour> hoursOf(Block const& block, double offset) {
   for (std::size_t i = 0; i < times.size(); ++i) {
     auto const time = instantOf(times[i], offset);
     if (!time) continue;
-    AirLevels levels = levelsAt(block, i);
+    AirLevels const levels = levelsAt(block, i);
     auto const pm25 = levels.pollutants[static_cast<std::size_t>(Pollutant::pm25)];
-    hours.push_back({*time, pm25, std::move(levels)});
+    hours.push_back({*time, pm25, levels});
   }
   std::ranges::stable_sort(hours, {}, &AirQualityHour::time);
   return hours;

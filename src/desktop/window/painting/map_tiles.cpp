@@ -60,7 +60,7 @@ void MapTiles::paint(QPainter& painter, MapView const& view, double ratio) {
       painter.drawImage(QRectF(from, to), picture);
     }
   }
-  forget(static_cast<std::size_t>((east - west + 1) * (south - north + 1)));
+  forget(static_cast<std::size_t>(east - west + 1) * static_cast<std::size_t>(south - north + 1));
 }
 
 }  // namespace nimbara
