@@ -90,7 +90,7 @@ class QuakePage {
 
   /// Both, where two sources measured it.
   std::string magnitudes(EarthquakeEvent const& event) const {
-    std::string const own = magnitude(event.magnitude);
+    std::string own = magnitude(event.magnitude);
     if (!event.emscMagnitude || event.isOnlyByEmsc) return own;
     return own + " / " + magnitude(*event.emscMagnitude);
   }

@@ -22,6 +22,7 @@ constexpr std::size_t kLettersOfCity = 3;
 template <class E>
 std::vector<Completion> names() {
   std::vector<Completion> found;
+  found.reserve(enumNames<E>.size());
   for (std::string_view const name : enumNames<E>) found.push_back({std::string(name), ""});
   return found;
 }

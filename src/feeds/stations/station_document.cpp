@@ -164,7 +164,7 @@ StationModule moduleOfGateway(WireGateway const& gateway) {
 struct NameRow {
   std::string_view name;
   StationQuantity quantity;
-  std::string_view unit = "";
+  std::string_view unit = {};
 };
 
 /// Ambient Weather's names. Its hourly rain is a rate, not what fell.

@@ -8,6 +8,7 @@
 #include <QQuickWindow>
 #include <algorithm>
 #include <cmath>
+#include <ranges>
 
 namespace nimbara {
 
@@ -189,11 +190,11 @@ void MapItem::paintQuakes(QPainter& painter, MapView const& view) const {
 void MapItem::paintPlaces(QPainter& painter, LabelRoom& room, MapView const& view) {
   constexpr double kDot = 5;
   auto const& places = model_->onMap().places;
-  for (auto place = places.rbegin(); place != places.rend(); ++place) {
-    visitSeen(view, place->at, 3 * kDot, [&](QPointF at) {
+  for (MapPlace const& place : places | std::views::reverse) {
+    visitSeen(view, place.at, 3 * kDot, [&](QPointF at) {
       room.take(QRectF(at.x() - kDot, at.y() - kDot, 2 * kDot, 2 * kDot));
       std::string const text =
-          place->temperature.empty() ? place->name : place->name + "\u2002" + place->temperature;
+          place.temperature.empty() ? place.name : place.name + "\u2002" + place.temperature;
       labels_.paint(painter, room, at, kDot + 4, QString::fromStdString(text), true);
     });
   }

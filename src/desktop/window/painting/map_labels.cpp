@@ -57,7 +57,7 @@ MapLabels::Name const& MapLabels::nameOf(QString const& text, bool isBold) {
   painter.strokePath(path, QPen(look_.halo, 2 * kRim, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   painter.fillPath(path, look_.ink);
   painter.end();
-  return *names_.insert(key, std::move(name));
+  return *names_.insert(key, name);
 }
 
 bool MapLabels::paint(QPainter& painter, LabelRoom& room, QPointF point, double gap, QString const& name,
