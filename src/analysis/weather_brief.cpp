@@ -304,7 +304,7 @@ class Writer {
       bool const overlaps = std::ranges::any_of(events, [&](Told const& other) {
         return found->event.begin < other.event.end && other.event.begin < found->event.end;
       });
-      if (!overlaps && events.size() < 2) events.push_back(std::move(*found));
+      if (!overlaps && events.size() < 2) events.push_back(*found);
     }
     std::ranges::stable_sort(events, {}, [](Told const& one) { return one.event.begin; });
     for (Told const& one : events) {

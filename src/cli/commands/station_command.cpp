@@ -119,7 +119,7 @@ class StationRun {
   Done adopt(StationLink link, bool isDemo) {
     link.refreshToken = isDemo ? "demo" : ask("Refresh token: ", true);
     if (link.refreshToken.empty()) return failed("no refresh token was given", exitCode::kUsage);
-    return told(service().tokens().adopt(std::move(link), session_.stop));
+    return told(service().tokens().adopt(link, session_.stop));
   }
 
   Done consent(StationLink link) {
