@@ -32,6 +32,8 @@ WeatherAlert drawn(std::vector<std::string> polygons, std::vector<std::string> c
   return warning;
 }
 
+struct DemoGeometry : test::DemoSession {};
+
 struct GeometryRow {
   char const* name;
   std::vector<std::string> polygons;
@@ -49,9 +51,27 @@ TEST_P(Geometries, AreGeoJsonWithTheLongitudeFirst) {
   WeatherAlert const warning = drawn(GetParam().polygons, GetParam().circles);
   std::string const plain = written(warning, WarningGeometry::left);
   EXPECT_EQ(plain, written(drawn({}, {}), WarningGeometry::left)) << "shapes are printed on request only";
-  std::string const expected =
-      plain.substr(0, plain.size() - 2) + R"(,"geometry":)" + GetParam().geometry + "}]";
+  std::string const geometry = GetParam().geometry;
+  std::string const expected = plain.substr(0, plain.size() - 2) + R"(,"geometry":)" + geometry +
+                               R"(,"geometryState":")" + (geometry == "null" ? "place" : "drawn") + "\"}]";
   EXPECT_EQ(written(warning, WarningGeometry::asGeoJson), expected);
+}
+
+TEST(WarningJson, SaysWhyThereIsNoGeometry) {
+  WeatherAlert warning = drawn({}, {});
+  warning.isGovAlert = true;
+  EXPECT_THAT(written(warning, WarningGeometry::asGeoJson),
+              HasSubstr(R"("geometry":null,"geometryState":"names")"));
+  warning.messages = {WarningMessage{"2", "", kNow, "Actual", "Alert", {}, {{"UGC", "COZ038"}}}};
+  EXPECT_THAT(written(warning, WarningGeometry::asGeoJson),
+              HasSubstr(R"("geometry":null,"geometryState":"codes")"));
+}
+
+TEST_F(DemoGeometry, IsTheRegionsWhereTheIssuerNamesItsCode) {
+  std::string const page =
+      run({"alerts", "48.86,2.35", "--source", "meteoalarm", "--json", "--geometry"}).out;
+  EXPECT_THAT(page, HasSubstr(R"("geometry":{"type":"MultiPolygon","coordinates":[[[[)"));
+  EXPECT_THAT(page, HasSubstr(R"("geometryState":"regions")"));
 }
 
 TEST(WarningJson, NamesTheMessagesAndWhoPassesThemOn) {

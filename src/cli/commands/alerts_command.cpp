@@ -192,21 +192,22 @@ class AlertsRun {
                                  : texts.format("alerts.forecast", *generatedCount_);
   }
 
-  std::string json() const {
+  std::string json() {
     auto const geometry = options_.geometry ? WarningGeometry::asGeoJson : WarningGeometry::left;
+    auto const outlines = options_.geometry ? context_.app().feeds().regions().outlines() : nullptr;
     JsonWriter writer;
     if (!options_.coverage) {
-      writeWarnings(writer, alerts_, geometry);
+      writeWarnings(writer, alerts_, geometry, outlines.get());
       return writer.take() + "\n";
     }
     writer.beginObject();
     writer.key("alerts");
-    writeWarnings(writer, alerts_, geometry);
+    writeWarnings(writer, alerts_, geometry, outlines.get());
     writer.key("coverage");
     writeCoverage(writer, coverage_);
     // Not in the list, which is the place's own; a script must see a danger that may concern it.
     writer.key("unplaced");
-    writeWarnings(writer, unplaced_, geometry);
+    writeWarnings(writer, unplaced_, geometry, outlines.get());
     writer.endObject();
     return writer.take() + "\n";
   }

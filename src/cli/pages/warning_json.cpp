@@ -1,7 +1,7 @@
 #include "cli/pages/warning_json.h"
 
+#include "feeds/alerts/alert_outlines.h"
 #include "feeds/alerts/official_sources.h"
-#include "feeds/cap/warning_shape.h"
 
 #include <algorithm>
 
@@ -18,27 +18,37 @@ void writePosition(JsonWriter& json, Coordinate corner) {
   json.endList();
 }
 
-/// One closed ring.
-void writePolygon(JsonWriter& json, WarningPolygon polygon) {
-  if (!(polygon.front() == polygon.back())) polygon.push_back(polygon.front());
+void writeRing(JsonWriter& json, WarningPolygon const& ring) {
   json.beginList();
-  json.beginList();
-  for (Coordinate const corner : polygon) {
+  for (Coordinate const corner : ring) {
     json.separate();
     writePosition(json, corner);
   }
-  json.endList();
+  if (!(ring.front() == ring.back())) {
+    json.separate();
+    writePosition(json, ring.front());
+  }
   json.endList();
 }
 
-void writeMultiPolygon(JsonWriter& json, std::vector<WarningPolygon> const& polygons) {
+void writePolygon(JsonWriter& json, OutlinedArea const& area) {
+  json.beginList();
+  writeRing(json, area.outer);
+  for (WarningPolygon const& hole : area.holes) {
+    json.separate();
+    writeRing(json, hole);
+  }
+  json.endList();
+}
+
+void writeMultiPolygon(JsonWriter& json, std::vector<OutlinedArea> const& areas) {
   json.beginObject();
   json.member("type", "MultiPolygon");
   json.key("coordinates");
   json.beginList();
-  for (WarningPolygon const& polygon : polygons) {
+  for (OutlinedArea const& area : areas) {
     json.separate();
-    writePolygon(json, polygon);
+    writePolygon(json, area);
   }
   json.endList();
   json.endObject();
@@ -62,18 +72,16 @@ auto parsed(std::optional<std::vector<std::string>> const& texts, Parse parse) {
   return shapes;
 }
 
-void writeGeometry(JsonWriter& json, WeatherAlert const& warning) {
-  auto const polygons = parsed(warning.polygons, parseWarningPolygon);
-  auto const circles = parsed(warning.circles, parseWarningCircle);
-  if (polygons.empty() && circles.empty()) return json.null();
-  if (circles.empty()) return writeMultiPolygon(json, polygons);
+void writeShapes(JsonWriter& json, std::vector<OutlinedArea> const& areas,
+                 std::vector<WarningCircle> const& circles) {
+  if (circles.empty()) return writeMultiPolygon(json, areas);
   json.beginObject();
   json.member("type", "GeometryCollection");
   json.key("geometries");
   json.beginList();
-  if (!polygons.empty()) {
+  if (!areas.empty()) {
     json.separate();
-    writeMultiPolygon(json, polygons);
+    writeMultiPolygon(json, areas);
   }
   for (WarningCircle const& circle : circles) {
     json.separate();
@@ -81,6 +89,36 @@ void writeGeometry(JsonWriter& json, WeatherAlert const& warning) {
   }
   json.endList();
   json.endObject();
+}
+
+GeometryState withoutShape(WeatherAlert const& warning) {
+  if (!warning.isGovAlert && !warning.isTravelAdvisory) return GeometryState::place;
+  bool const hasCodes =
+      warning.messages && std::ranges::any_of(*warning.messages, [](WarningMessage const& message) {
+        return !message.codes.empty();
+      });
+  return hasCodes ? GeometryState::codes : GeometryState::names;
+}
+
+void writeGeometry(JsonWriter& json, WeatherAlert const& warning, RegionMap const* outlines) {
+  std::vector<OutlinedArea> areas;
+  for (WarningPolygon& polygon : parsed(warning.polygons, parseWarningPolygon))
+    areas.push_back({std::move(polygon), {}});
+  auto const circles = parsed(warning.circles, parseWarningCircle);
+  bool const isDrawn = !areas.empty() || !circles.empty();
+  if (!isDrawn) {
+    for (RegionRings& region : regionOutlines(warning, outlines))
+      std::ranges::move(partsOf(std::move(region)), std::back_inserter(areas));
+  }
+  bool const isOutlined = isDrawn || !areas.empty();
+  json.key("geometry");
+  if (isOutlined) {
+    writeShapes(json, areas, circles);
+  } else {
+    json.null();
+  }
+  GeometryState const outlined = isDrawn ? GeometryState::drawn : GeometryState::regions;
+  json.member("geometryState", enumName(isOutlined ? outlined : withoutShape(warning)));
 }
 
 /// Who passes an official warning on; its source is the issuer itself where none of the known ones is.
@@ -91,7 +129,8 @@ void writeThrough(JsonWriter& json, WeatherAlert const& warning) {
   json.member("_nimbaraThrough", enumName(row == sources.end() ? Through::direct : row->through));
 }
 
-void writeWarning(JsonWriter& json, WeatherAlert const& warning, WarningGeometry geometry) {
+void writeWarning(JsonWriter& json, WeatherAlert const& warning, WarningGeometry geometry,
+                  RegionMap const* outlines) {
   WeatherAlert plain = warning;
   plain.polygons.reset();
   plain.circles.reset();
@@ -99,20 +138,18 @@ void writeWarning(JsonWriter& json, WeatherAlert const& warning, WarningGeometry
   jsonFields<WeatherAlert>.apply(
       [&](auto const&... fields) { (json.member(fields.key, plain.*(fields.member)), ...); });
   if (warning.isGovAlert) writeThrough(json, warning);
-  if (geometry == WarningGeometry::asGeoJson) {
-    json.key("geometry");
-    writeGeometry(json, warning);
-  }
+  if (geometry == WarningGeometry::asGeoJson) writeGeometry(json, warning, outlines);
   json.endObject();
 }
 
 }  // namespace
 
-void writeWarnings(JsonWriter& json, std::vector<WeatherAlert> const& warnings, WarningGeometry geometry) {
+void writeWarnings(JsonWriter& json, std::vector<WeatherAlert> const& warnings, WarningGeometry geometry,
+                   RegionMap const* outlines) {
   json.beginList();
   for (WeatherAlert const& warning : warnings) {
     json.separate();
-    writeWarning(json, warning, geometry);
+    writeWarning(json, warning, geometry, outlines);
   }
   json.endList();
 }

@@ -2,7 +2,6 @@
 
 #include "base/map_frame.h"
 #include "feeds/cap/shape_geometry.h"
-#include "feeds/cap/warning_shape.h"
 #include "regions/region_map.h"
 
 #include <algorithm>
@@ -12,10 +11,22 @@ namespace nimbara {
 
 namespace {
 
-/// Of "HR|wind|EMMA_ID:HR001": what the event is known by ends with its region where that has a code.
-RegionCode regionOf(WeatherAlert const& alert) {
+/// First the region of "HR|wind|EMMA_ID:HR001": what the event is known by ends with it where it has a code.
+std::vector<RegionCode> regionsOf(WeatherAlert const& alert) {
+  std::vector<RegionCode> regions;
   std::string_view const event = alert.event ? std::string_view(*alert.event) : std::string_view();
-  return regionCodeOf(event.substr(event.rfind('|') + 1));
+  if (event.contains('|')) regions.push_back(regionCodeOf(event.substr(event.rfind('|') + 1)));
+  for (WarningMessage const& message : alert.messages.value_or(std::vector<WarningMessage>())) {
+    for (WarningCode const& code : message.codes) regions.push_back({code.registry, code.code});
+  }
+  return regions;
+}
+
+/// Rings of a region share corners at most, so most of the corners decide.
+bool isWithin(WarningPolygon const& ring, WarningPolygon const& other) {
+  auto const held =
+      std::ranges::count_if(ring, [&](Coordinate const corner) { return holds(other, corner); });
+  return 2 * static_cast<std::size_t>(held) > ring.size();
 }
 
 /// Each corner as far east of the one before it as the shorter way round is: lines stay in one piece.
@@ -41,12 +52,54 @@ void addDrawn(std::vector<std::vector<Coordinate>>& rings, WeatherAlert const& a
 
 }  // namespace
 
+std::vector<RegionRings> regionOutlines(WeatherAlert const& alert, RegionMap const* outlines) {
+  std::vector<RegionRings> found;
+  if (outlines == nullptr) return found;
+  std::string registry;
+  for (RegionCode const& region : regionsOf(alert)) {
+    if (!registry.empty() && region.registry != registry) continue;
+    RegionRings rings = outlines->outlineOf(region);
+    if (rings.empty() || std::ranges::find(found, rings) != found.end()) continue;
+    registry = region.registry;
+    found.push_back(std::move(rings));
+  }
+  return found;
+}
+
+std::vector<OutlinedArea> partsOf(RegionRings rings) {
+  std::vector<ShapeBox> boxes;
+  boxes.reserve(rings.size());
+  for (WarningPolygon const& ring : rings) boxes.push_back(boxOf(ring));
+  std::vector<std::vector<std::size_t>> around(rings.size());  // of each ring, those that it lies within
+  for (std::size_t i = 0; i < rings.size(); ++i) {
+    for (std::size_t j = 0; j < rings.size(); ++j) {
+      bool const mayBe = i != j && isNear(boxes[j], rings[i].front(), 0);
+      if (mayBe && isWithin(rings[i], rings[j])) around[i].push_back(j);
+    }
+  }
+  std::vector<OutlinedArea> parts;
+  std::vector<std::size_t> partOf(rings.size());
+  for (std::size_t i = 0; i < rings.size(); ++i) {
+    if (around[i].size() % 2 == 1) continue;
+    partOf[i] = parts.size();
+    parts.push_back({rings[i], {}});
+  }
+  for (std::size_t i = 0; i < rings.size(); ++i) {
+    if (around[i].size() % 2 == 0) continue;
+    // The innermost of those around it is the one whose inside it is taken from.
+    auto const inner = std::ranges::max(around[i], {}, [&](std::size_t ring) { return around[ring].size(); });
+    if (around[inner].size() % 2 == 0) parts[partOf[inner]].holes.push_back(std::move(rings[i]));
+  }
+  return parts;
+}
+
 AlertOutlines alertOutlines(WeatherAlert const& alert, RegionMap const* outlines) {
   AlertOutlines found;
   addDrawn(found.rings, alert);
   found.isEachAnArea = !found.rings.empty();
-  if (found.rings.empty() && outlines != nullptr && alert.event)
-    found.rings = outlines->outlineOf(regionOf(alert));
+  if (found.isEachAnArea) return found;
+  for (RegionRings& region : regionOutlines(alert, outlines))
+    std::ranges::move(region, std::back_inserter(found.rings));
   return found;
 }
 

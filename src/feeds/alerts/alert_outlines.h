@@ -1,7 +1,7 @@
 // Where a warning holds, as outlines to draw. Pure functions.
 #pragma once
 
-#include "base/geodesy.h"
+#include "feeds/cap/warning_shape.h"
 #include "model/weather_alert.h"
 
 #include <vector>
@@ -19,8 +19,25 @@ struct AlertOutlines {
   bool operator==(AlertOutlines const&) const = default;
 };
 
-/// What the issuer draws, circles as polygons; else the region that the event names by its code, where the
-/// outlines have it. `outlines` may be null.
+/// The borders of a region, of no direction; what an odd number of them encloses is inside.
+using RegionRings = std::vector<WarningPolygon>;
+
+/// The regions that the warning names by their codes, each once, where the outlines have them; of a region
+/// that several registries list the codes of one. `outlines` may be null.
+std::vector<RegionRings> regionOutlines(WeatherAlert const& alert, RegionMap const* outlines);
+
+/// Without what `holes` enclose.
+struct OutlinedArea {
+  WarningPolygon outer;
+  std::vector<WarningPolygon> holes;
+
+  bool operator==(OutlinedArea const&) const = default;
+};
+
+/// The same region, part by part; rings may touch and do not cross one another.
+std::vector<OutlinedArea> partsOf(RegionRings rings);
+
+/// What the issuer draws, circles as polygons; else the regions that it names. `outlines` may be null.
 AlertOutlines alertOutlines(WeatherAlert const& alert, RegionMap const* outlines);
 
 /// Whether the place is in one of them.
