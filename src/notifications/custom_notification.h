@@ -27,12 +27,16 @@ enum class ConditionType {
   snow,
   fog,
   thunder,
-  cloudCover,  ///< %
-  visibility,  ///< km
-  pressure,    ///< hPa
-  airQuality,  ///< PM2.5, µg/m³
-  earthquake,  ///< magnitude
-  rainWithin   ///< minutes, by radar or a 15-minute model
+  cloudCover,          ///< %
+  visibility,          ///< km
+  pressure,            ///< hPa
+  airQuality,          ///< PM2.5, µg/m³
+  earthquake,          ///< magnitude
+  rainWithin,          ///< minutes, by radar or a 15-minute model
+  stationTemperature,  ///< this and the next three: what the user's own station measures now; °C
+  stationHumidity,     ///< %
+  stationWind,         ///< km/h
+  stationRain          ///< mm in the last hour
 };
 enum class ConditionOperator {
   any,  ///< of events: it occurs at all
@@ -43,10 +47,11 @@ enum class DayOfWeek { sunday, monday, tuesday, wednesday, thursday, friday, sat
 
 template <>
 inline constexpr auto enumNames<ConditionType> = std::to_array<std::string_view>(
-    {"precipitation", "precipChance", "temperature", "feelsLike", "dewPoint", "uvIndex", "windSpeed",
-     "windGust", "humidity", "snow", "fog", "thunder", "cloudCover", "visibility", "pressure", "airQuality",
-     "earthquake", "rainWithin"});
-static_assert(enumNamesComplete(ConditionType::rainWithin));
+    {"precipitation",      "precipChance",    "temperature", "feelsLike",  "dewPoint",   "uvIndex",
+     "windSpeed",          "windGust",        "humidity",    "snow",       "fog",        "thunder",
+     "cloudCover",         "visibility",      "pressure",    "airQuality", "earthquake", "rainWithin",
+     "stationTemperature", "stationHumidity", "stationWind", "stationRain"});
+static_assert(enumNamesComplete(ConditionType::stationRain));
 
 template <>
 inline constexpr auto enumNames<ConditionOperator> =

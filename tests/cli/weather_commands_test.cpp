@@ -283,5 +283,24 @@ TEST(LineText, TellsWhatIsKnownAndDashesForTheRest) {
   }
 }
 
+TEST(LineText, HasWhatTheStationMeasures) {
+  ForecastAnswer answer;
+  Texts const texts = Texts::load("en");
+  KeptWarnings const official;
+  StationReading station{.id = "s", .name = "Roof", .modules = {}};
+  station.modules.push_back({.kind = StationModuleKind::outdoor,
+                             .observedAt = at("2026-11-21T09:00:00Z"),
+                             .values = {{StationQuantity::temperature, -1.26}}});
+  auto const line = [&](StationReading const* shown, Units const& units, std::string const& now) {
+    LineContext context{answer, official, texts, units, at(now), false};
+    context.station = shown;
+    return filledLine("{station.name}: {station.temperature}, {station.rain}, {station.age}", context);
+  };
+  EXPECT_EQ(line(&station, Units::metric(), "2026-11-21T09:30:00Z"), "Roof: -1.3 °C, –, 30 min ago");
+  EXPECT_EQ(line(&station, Units::imperial(), "2026-11-21T09:04:00Z"), "Roof: 29.7 °F, –, 4 min ago");
+  EXPECT_EQ(line(&station, Units::metric(), "2026-11-21T09:31:00Z"), "Roof: –, –, 31 min ago");
+  EXPECT_EQ(line(nullptr, Units::metric(), "2026-11-21T09:00:00Z"), ": –, –, –");
+}
+
 }  // namespace
 }  // namespace nimbara

@@ -211,6 +211,8 @@ TEST(CustomRuleTexts, DescribeInTheUsersUnits) {
             "PM2.5 above 35.0µg/m³ in the next 24 hours"},
            {Type::rainWithin, Operator::below, 30, 0, "Rain or snow within 30 minutes",
             "Rain or snow within 30 minutes"},
+           {Type::stationTemperature, Operator::below, 0, 24, "Temperature at your station below 0.0°C now",
+            "Temperature at your station below 32.0°F now"},
            {Type::earthquake, Operator::any, 0, 0, "Earthquake nearby", "Earthquake nearby"},
            {Type::earthquake, Operator::above, 4.5, 0, "Earthquake nearby, magnitude above 4.5",
             "Earthquake nearby, magnitude above 4.5"},

@@ -10,6 +10,7 @@
 #include "feeds/nws/nws_territory.h"
 #include "feeds/quakes/earthquake_service.h"
 #include "feeds/space/geomagnetic_service.h"
+#include "feeds/stations/station_service.h"
 #include "feeds/storms/lightning_source.h"
 #include "feeds/storms/tropical_storm_service.h"
 #include "feeds/storms/typhoon_service.h"
@@ -41,6 +42,7 @@ void adoptWorld(RuleInputs& inputs, RuleInputs const& world) {
   inputs.storms = world.storms;
   inputs.typhoons = world.typhoons;
   inputs.advisories = world.advisories;
+  inputs.station = world.station;
 }
 
 }  // namespace
@@ -146,6 +148,7 @@ void NotificationInputs::readAll(std::vector<RuleInputs>& readings, std::vector<
   ofWorld(RuleInput::storms, &NotificationInputs::readStorms);
   ofWorld(RuleInput::typhoons, &NotificationInputs::readTyphoons);
   ofWorld(RuleInput::advisories, &NotificationInputs::readAdvisories);
+  ofWorld(RuleInput::station, &NotificationInputs::readStation);
   ofPlaces([&](RuleInputs& inputs, Place const& place, RuleInputSet needed) {
     readForecast(inputs, place, needed, stop);
   });
@@ -260,6 +263,22 @@ void NotificationInputs::readStorms(RuleInputs& world, std::stop_token const& st
 
 void NotificationInputs::readTyphoons(RuleInputs& world, std::stop_token const& stop) {
   world.typhoons = InputReading<std::vector<TropicalStorm>>::of(feeds_()->typhoons().fetchStorms(stop));
+}
+
+/// A rule looks at it as somebody who has it before the eyes does.
+void NotificationInputs::readStation(RuleInputs& world, std::stop_token const& stop) {
+  StationsReading const reading = feeds_()->stations().read(StationNeed::shown, stop);
+  if (StationReading const* const station = reading.station())
+    world.station = InputReading<StationReading>::of(*station);
+  bool const isWell = reading.state == StationState::current || reading.state == StationState::notLinked;
+  if (isWell) return;
+  bool const isKnown = reading.problem && reading.problem->kind == StationProblem::Kind::failed;
+  world.station.failure = isKnown
+                              ? reading.problem->failure
+                              : ServiceFailure::of(ServiceFailure::Kind::notConfigured,
+                                                   reading.state == StationState::signInAgain
+                                                       ? "sign in to Netatmo again: nimbara station link"
+                                                       : "the station's service has had too many requests");
 }
 
 void NotificationInputs::readAdvisories(RuleInputs& world, std::stop_token const& stop) {

@@ -88,6 +88,7 @@ class NotificationInputs {
   void readStorms(RuleInputs& world, std::stop_token const& stop);
   void readTyphoons(RuleInputs& world, std::stop_token const& stop);
   void readAdvisories(RuleInputs& world, std::stop_token const& stop);
+  void readStation(RuleInputs& world, std::stop_token const& stop);
 
   InUse<FeedServices> feeds_;
   Clock const& clock_;

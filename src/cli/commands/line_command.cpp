@@ -57,14 +57,14 @@ class LineRun {
   }
 
   LineContext lineContext(ForecastAnswer const& answer) {
-    return {answer,        official_, context_.texts(),        context_.wording().units,
-            clock_->now(), isMarkup_, nowcastText(answer.data)};
+    return {answer,        official_, context_.texts(),         context_.wording().units,
+            clock_->now(), isMarkup_, nowcastText(answer.data), station_.station()};
   }
 
  private:
   ForecastAnswer withStation(ForecastAnswer answer, StationNeed need) {
-    auto reading = context_.app().feeds().stations().read(need, session_.stop);
-    overlaid(answer.data, std::move(reading), clock_->now());
+    station_ = context_.app().feeds().stations().read(need, session_.stop);
+    overlaid(answer.data, station_, clock_->now());
     return answer;
   }
 
@@ -96,13 +96,14 @@ class LineRun {
   RunContext context_;
   KeptWarnings official_;
   std::optional<NowcastReading> nowcast_;
+  StationsReading station_;
   std::optional<NowcastLook> look_;
 };
 
 std::string fieldHelp() {
   std::string out;
   for (LineField const& field : lineFields()) {
-    out += fitted("{" + std::string(field.name) + "}", 16) + " " + std::string(field.explanation) + "\n";
+    out += fitted("{" + std::string(field.name) + "}", 22) + " " + std::string(field.explanation) + "\n";
   }
   return out + "\nDefault format: " + std::string(kLineTemplate) + "\n";
 }

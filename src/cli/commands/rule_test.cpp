@@ -36,11 +36,6 @@ Result<RuleInputs, Failure> inputsFor(CustomNotification const& rule, Place cons
   return inputs;  // whose words are the context's
 }
 
-bool isUnknown(CustomOutcome outcome) {
-  return outcome == CustomOutcome::noForecast || outcome == CustomOutcome::feedFailed ||
-         outcome == CustomOutcome::noDetail || outcome == CustomOutcome::noRadar;
-}
-
 std::string outcomeText(CustomOutcome outcome, Texts const& texts) {
   return std::string(texts.text("customnotif.outcome." + std::string(enumName(outcome))));
 }

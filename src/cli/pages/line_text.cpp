@@ -1,10 +1,12 @@
 #include "cli/pages/line_text.h"
 
 #include "app/words/coverage_text.h"
+#include "app/words/station_text.h"
 #include "base/text/clean_text.h"
 #include "base/text/number.h"
 #include "base/words/time_words.h"
 #include "cli/pages/style.h"
+#include "feeds/stations/station_overlay.h"
 #include "model/condition_text.h"
 #include "model/day_summary.h"
 #include "model/present.h"
@@ -65,6 +67,13 @@ std::string strongestWarning(LineContext const& context) {
 std::vector<std::string> coverageOfLine(LineContext const& context) {
   return coverageLines(context.official.coverage, context.texts,
                        calendarOf(context.answer.data, Calendar::utc()), context.now);
+}
+
+/// What the user's station measures now; a dash where it does not, or where there is none.
+std::string ofStation(LineContext const& context, StationQuantity quantity) {
+  auto const measured = context.station ? measuredNow(*context.station, quantity, context.now) : std::nullopt;
+  if (!measured) return std::string(kUnknown);
+  return valueText(quantity, measured->value, context.units);
 }
 
 constexpr LineField kFields[] = {
@@ -145,6 +154,23 @@ constexpr LineField kFields[] = {
     {"nowcast",
      "rain in the next two hours, from radar or a 15-minute model; nothing where none covers the place",
      [](LineContext const& c) { return c.nowcast ? c.nowcast->sentence : std::string(kUnknown); }},
+    {"station.temperature", "the temperature at your weather station; – if it measured none in 30 minutes",
+     [](LineContext const& c) { return ofStation(c, StationQuantity::temperature); }},
+    {"station.humidity", "its relative humidity",
+     [](LineContext const& c) { return ofStation(c, StationQuantity::humidity); }},
+    {"station.pressure", "its air pressure at sea level",
+     [](LineContext const& c) { return ofStation(c, StationQuantity::pressure); }},
+    {"station.wind", "its wind",
+     [](LineContext const& c) { return ofStation(c, StationQuantity::windSpeed); }},
+    {"station.rain", "its rain of the last hour",
+     [](LineContext const& c) { return ofStation(c, StationQuantity::rainLastHour); }},
+    {"station.age", "how old its last measurement is",
+     [](LineContext const& c) {
+       auto const last = c.station ? c.station->lastUpload() : std::nullopt;
+       return last ? ageText(*last, c.now, c.texts) : std::string(kUnknown);
+     }},
+    {"station.name", "its name, or nothing if there is none",
+     [](LineContext const& c) { return c.station ? c.station->name : std::string(); }},
     {"place", "the place's name", [](LineContext const& c) { return c.answer.data.location.areaName; }},
     {"alert", "the most severe alert, or nothing", strongestAlert},
     {"alerts", "how many alerts there are",

@@ -7,6 +7,7 @@
 #include "base/units.h"
 #include "base/words/texts.h"
 #include "feeds/alerts/coverage.h"
+#include "feeds/stations/station_reading.h"
 
 #include <optional>
 #include <span>
@@ -31,6 +32,7 @@ struct LineContext {
   bool isMarkup = false;  ///< the reader takes the line for markup: values are escaped, the template is not
   /// Of the next two hours; both texts empty where nobody offers it, nothing where nobody asked lately.
   std::optional<NowcastText> nowcast = std::nullopt;
+  StationReading const* station = nullptr;  ///< the user's own, wherever it stands; null without
 };
 
 struct LineField {

@@ -276,6 +276,40 @@ StationOverlay stationOverlay(WeatherData const& data, StationReading const& sta
   return Overlaying(data, station, now, *present).run();
 }
 
+namespace {
+
+/// The first module of the kinds that measure it which has a value.
+StationModule const* measurerOf(StationReading const& station, StationQuantity quantity) {
+  auto const* const row = std::ranges::find(kOutdoors, quantity, &OutdoorRow::quantity);
+  if (row == std::ranges::end(kOutdoors)) return nullptr;
+  for (Kind const kind : row->kinds) {
+    for (StationModule const& module : station.modules) {
+      if (module.kind == kind && module.observedAt && module.value(quantity)) return &module;
+    }
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+std::optional<OverlaidValue> measuredNow(StationReading const& station, StationQuantity quantity,
+                                         Instant now) {
+  StationModule const* const module = measurerOf(station, quantity);
+  if (module == nullptr || !module->isReachable) return std::nullopt;
+  bool const isNow = now - *module->observedAt <= kStationLife && *module->observedAt <= now + kClockError;
+  if (!isNow) return std::nullopt;
+  return OverlaidValue{quantity, *module->value(quantity), module->name, *module->observedAt};
+}
+
+bool measures(StationReading const& station, StationQuantity quantity) {
+  if (measurerOf(station, quantity) != nullptr) return true;
+  auto const* const row = std::ranges::find(kOutdoors, quantity, &OutdoorRow::quantity);
+  bool const isNever = row == std::ranges::end(kOutdoors) || row->kinds.front() == Kind::base;
+  return !isNever && std::ranges::any_of(station.modules, [row](StationModule const& module) {
+    return module.kind == row->kinds.front() && module.values.empty();
+  });
+}
+
 std::vector<std::string_view> presentKeys(StationQuantity quantity) {
   std::vector<std::string_view> keys;
   for (KeyRow const& row : kKeys) {

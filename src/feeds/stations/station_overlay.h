@@ -66,6 +66,13 @@ inline constexpr std::chrono::minutes kStationLife{30};
 
 StationOverlay stationOverlay(WeatherData const& data, StationReading const& station, Instant now);
 
+/// What the station measures out of doors of it, by the modules that an overlay looks at: no older than
+/// `kStationLife`, whether it is like the forecast or not.
+std::optional<OverlaidValue> measuredNow(StationReading const& station, StationQuantity quantity,
+                                         Instant now);
+/// Whether any of its modules measures that out of doors, however long ago; so does one that went silent.
+bool measures(StationReading const& station, StationQuantity quantity);
+
 /// "tempC", "pressure" and the like: the members of the present's record that the quantity replaces.
 std::vector<std::string_view> presentKeys(StationQuantity quantity);
 

@@ -12,6 +12,7 @@ using Hour = HourlyForecast;
 using Detail = WeatherDetailField;
 using Value = ForecastValue;
 using Group = ConditionCategory;
+using Measured = StationQuantity;
 
 bool isSnow(WeatherConditionCode condition) {
   Group const group = category(condition);
@@ -116,6 +117,10 @@ constexpr ConditionKind kKinds[] = {
     {Type::airQuality, Unit::microgram, kWarningSound, nullptr, {}, {}},
     {Type::earthquake, Unit::magnitude, kCriticalSound, nullptr, {}, {}},
     {Type::rainWithin, Unit::minutes, kStormSound, nullptr, {}, {}},
+    {Type::stationTemperature, Unit::celsius, kTemperatureSound, nullptr, {}, {}, Measured::temperature},
+    {Type::stationHumidity, Unit::percent, kWarningSound, nullptr, {}, {}, Measured::humidity},
+    {Type::stationWind, Unit::kmh, kWindSound, nullptr, {}, {}, Measured::windSpeed},
+    {Type::stationRain, Unit::mm, kStormSound, nullptr, {}, {}, Measured::rainLastHour},
 };
 
 constexpr bool rowsStandInOrder() {

@@ -3,6 +3,7 @@
 #include "analysis/precip_kind.h"
 #include "analysis/precip_predictor.h"
 #include "base/words/time_words.h"
+#include "feeds/stations/station_overlay.h"
 #include "model/upcoming_hours.h"
 #include "notifications/custom/condition_kinds.h"
 #include "notifications/custom/custom_rule_text.h"
@@ -173,12 +174,34 @@ CustomEvaluation ofRain(CustomNotification const& rule, RuleInputs const& inputs
   return found;
 }
 
+/// What is measured now, wherever the station stands.
+CustomEvaluation ofStation(CustomNotification const& rule, RuleInputs const& inputs) {
+  StationQuantity const quantity = *kindOf(rule.conditionType).station;
+  if (!inputs.station)
+    return without(inputs.station.failure ? CustomOutcome::feedFailed : CustomOutcome::noStation);
+  auto const measured = measuredNow(*inputs.station, quantity, inputs.now);
+  if (!measured) {
+    return without(inputs.station.failure                ? CustomOutcome::feedFailed
+                   : measures(*inputs.station, quantity) ? CustomOutcome::stationSilent
+                                                         : CustomOutcome::noStation);
+  }
+  CustomEvaluation found = best(rule, {{measured->value, measured->observedAt, {}}});
+  found.isNow = true;
+  return found;
+}
+
 DayOfWeek dayOf(RuleInputs const& inputs) {
   std::chrono::weekday const day{std::chrono::sys_days(inputs.calendar.day(inputs.now))};
   return static_cast<DayOfWeek>(day.c_encoding());
 }
 
 }  // namespace
+
+bool isUnknown(CustomOutcome outcome) {
+  using enum CustomOutcome;
+  return outcome == noForecast || outcome == feedFailed || outcome == noDetail || outcome == noRadar ||
+         outcome == noStation || outcome == stationSilent;
+}
 
 PrecipOutlook rainOutlook(RuleInputs const& inputs) {
   if (!inputs.nowcast) return {};
@@ -202,6 +225,7 @@ CustomEvaluation measuredRule(CustomNotification const& rule, RuleInputs const& 
     return ofEarthquakes(rule, inputs, settings.earthquakeRadiusKm);
   }
   if (rule.conditionType == Type::rainWithin) return ofRain(rule, inputs);
+  if (kindOf(rule.conditionType).isOfStation()) return ofStation(rule, inputs);
   CustomEvaluation found =
       rule.conditionType == Type::airQuality ? ofAirQuality(rule, inputs) : ofForecast(rule, inputs);
   found.isNow = found.at == inputs.now;
@@ -217,6 +241,7 @@ CustomEvaluation evaluateCustomRule(CustomNotification const& rule, RuleInputs c
 RuleInputSet inputsOf(CustomNotification::ConditionType type) {
   if (type == Type::earthquake) return {RuleInput::earthquakes};
   if (type == Type::airQuality) return {RuleInput::airQuality};
+  if (kindOf(type).isOfStation()) return {RuleInput::station};
   // The forecast says whether it is snow.
   if (type == Type::rainWithin) return {RuleInput::nowcast, RuleInput::hourly};
   return {RuleInput::hourly};

@@ -23,16 +23,21 @@ enum class CustomOutcome {
   notToday,
   notYet,  ///< the hour of its check has not come
   placeDeleted,
-  noForecast,  ///< none for that span
-  feedFailed,  ///< the air quality or the earthquakes are not known
-  noDetail,    ///< the provider does not give what it measures
-  noRadar      ///< nobody offers a nowcast of the place
+  noForecast,    ///< none for that span
+  feedFailed,    ///< the air quality or the earthquakes are not known
+  noDetail,      ///< the provider does not give what it measures
+  noRadar,       ///< nobody offers a nowcast of the place
+  noStation,     ///< none is linked, or none that measures it
+  stationSilent  ///< nothing was measured lately
 };
 template <>
-inline constexpr auto enumNames<CustomOutcome> =
-    std::to_array<std::string_view>({"holds", "doesNotHold", "disabled", "notToday", "notYet", "placeDeleted",
-                                     "noForecast", "feedFailed", "noDetail", "noRadar"});
-static_assert(enumNamesComplete(CustomOutcome::noRadar));
+inline constexpr auto enumNames<CustomOutcome> = std::to_array<std::string_view>(
+    {"holds", "doesNotHold", "disabled", "notToday", "notYet", "placeDeleted", "noForecast", "feedFailed",
+     "noDetail", "noRadar", "noStation", "stationSilent"});
+static_assert(enumNamesComplete(CustomOutcome::stationSilent));
+
+/// Nothing can be said of the condition.
+bool isUnknown(CustomOutcome outcome);
 
 struct CustomEvaluation {
   CustomOutcome outcome = CustomOutcome::doesNotHold;

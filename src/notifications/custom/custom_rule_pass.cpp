@@ -35,17 +35,13 @@ Rule const& rainRow() {
   return kRow;
 }
 
-bool isUnknown(CustomOutcome outcome) {
-  return outcome == CustomOutcome::noForecast || outcome == CustomOutcome::noDetail ||
-         outcome == CustomOutcome::noRadar;
-}
-
 Evaluation evaluationOf(CustomNotification const& rule, RuleInputs const& inputs,
                         CustomEvaluation const& found) {
   Evaluation evaluation;
   if (!found.holds()) {
     evaluation.note = enumName(found.outcome);
-    evaluation.isUnknown = isUnknown(found.outcome);
+    // A feed that fails says so itself.
+    evaluation.isUnknown = isUnknown(found.outcome) && found.outcome != CustomOutcome::feedFailed;
     return evaluation;
   }
   Finding& finding = evaluation.findings.emplace_back();

@@ -122,7 +122,8 @@ std::string ruleDescription(CustomNotification const& rule, Units const& units, 
   if (rule.conditionType == Type::earthquake) return earthquakeText(rule, units, texts);
   if (rule.conditionType == Type::rainWithin)
     return texts.format("customnotif.desc.rainWithin", static_cast<int>(rule.threshold));
-  std::string const span = spanText(rule.lookaheadHours, texts);
+  bool const isNow = kindOf(rule.conditionType).isOfStation();
+  std::string const span = spanText(isNow ? 0 : rule.lookaheadHours, texts);
   if (rule.conditionType == Type::airQuality) {
     return texts.format("customnotif.desc.airQuality", comparison(rule, units, texts), span);
   }

@@ -1,6 +1,7 @@
 #include "notifications/custom/custom_rule_trial.h"
 
 #include "base/words/time_words.h"
+#include "notifications/custom/condition_kinds.h"
 #include "notifications/custom/custom_rule_text.h"
 
 #include <algorithm>
@@ -16,10 +17,15 @@ bool isOfEarthquakes(CustomNotification const& rule) {
   return rule.conditionType == ConditionType::earthquake;
 }
 
+/// What it measures later nobody knows.
+bool isOfStation(CustomNotification const& rule) {
+  return kindOf(rule.conditionType).isOfStation();
+}
+
 /// The end of what the inputs know of the rule's subject.
 Instant knownUntil(CustomNotification const& rule, RuleInputs const& inputs) {
   Instant until = inputs.now;
-  if (isOfEarthquakes(rule)) return until;
+  if (isOfEarthquakes(rule) || isOfStation(rule)) return until;
   if (rule.conditionType == ConditionType::airQuality) {
     if (!inputs.airQuality) return until;
     for (AirQualityHour const& hour : inputs.airQuality->hours) until = std::max(until, hour.time + 1h);
@@ -111,6 +117,7 @@ std::string trialText(CustomNotification const& rule, RuleTrial const& trial, Ru
   if (isOfEarthquakes(rule)) return std::string(texts.text("customnotif.trial.noEarthquake"));
   std::string const silent = texts.format("customnotif.trial.silent", momentText(trial.until, inputs));
   std::string const nearest = nearestText(rule, trial.found, inputs);
+  if (isOfStation(rule) && !nearest.empty()) return nearest;
   return nearest.empty() ? silent : silent + " " + nearest;
 }
 

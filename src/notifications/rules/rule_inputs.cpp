@@ -29,7 +29,8 @@ constexpr std::array<std::string_view, enumNames<RuleInput>.size()> kFeeds{"the 
                                                                            "the travel advisories",
                                                                            "the list of lightning strikes",
                                                                            "the list of typhoons",
-                                                                           "the nowcast"};
+                                                                           "the nowcast",
+                                                                           "the weather station"};
 
 }  // namespace
 
@@ -63,6 +64,7 @@ std::optional<InputFailure> RuleInputs::failureOf(RuleInputSet inputs) const {
   look(RuleInput::lightning, lightning);
   look(RuleInput::typhoons, typhoons);
   look(RuleInput::nowcast, nowcast);
+  look(RuleInput::station, station);
   return found;
 }
 

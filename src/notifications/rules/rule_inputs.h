@@ -30,6 +30,8 @@
 
 namespace nimbara {
 
+struct StationReading;
+
 /// What a rule reads; what no enabled rule reads is not fetched.
 enum class RuleInput {
   hourly,
@@ -44,13 +46,14 @@ enum class RuleInput {
   advisories,
   lightning,
   typhoons,
-  nowcast
+  nowcast,
+  station
 };
 template <>
 inline constexpr auto enumNames<RuleInput> = std::to_array<std::string_view>(
     {"hourly", "generatedAlerts", "govAlerts", "nwsAlerts", "earthquakes", "kp", "airQuality", "storms",
-     "fires", "advisories", "lightning", "typhoons", "nowcast"});
-static_assert(enumNamesComplete(RuleInput::nowcast));
+     "fires", "advisories", "lightning", "typhoons", "nowcast", "station"});
+static_assert(enumNamesComplete(RuleInput::station));
 using RuleInputSet = EnumSet<RuleInput>;
 
 /// A feed's answer as rules see it. A failed feed silences its own rules only.
@@ -171,7 +174,8 @@ struct RuleInputs {
   InputReading<std::vector<TravelAdvisory>> advisories;
   InputReading<std::vector<LightningStrike>> lightning;  ///< of the last half hour within the radius
 
-  InputReading<Nowcast> nowcast;  ///< of the kind none where nobody offers one
+  InputReading<Nowcast> nowcast;         ///< of the kind none where nobody offers one
+  InputReading<StationReading> station;  ///< the user's own, wherever it stands; nothing where none is linked
 
   /// Fills `hours` and `present` from `weather`.
   void readWeather();

@@ -25,9 +25,11 @@ struct LimitRow {
 LimitRow limitOf(Type type) {
   switch (type) {
     case Type::precipitation:
+    case Type::stationRain:
       return {2, 0, 500, 0.5};
     case Type::temperature:
     case Type::feelsLike:
+    case Type::stationTemperature:
       return {0, -80, 60, 1};
     case Type::dewPoint:
       return {16, -80, 60, 1};
@@ -35,6 +37,7 @@ LimitRow limitOf(Type type) {
       return {6, 0, 20, 1};
     case Type::windSpeed:
     case Type::windGust:
+    case Type::stationWind:
       return {50, 0, 400, 5};
     case Type::visibility:
       return {1, 0, 100, 1};
@@ -160,7 +163,8 @@ DraftView draftView(CustomNotification const& draft, PlaceList const& places, Vi
   setLimit(shown, draft, view.units);
   shown.span = std::to_string(draft.lookaheadHours);
   bool const isWithin = kindOf(draft.conditionType).isWithin();
-  shown.hasSpan = draft.conditionType != Type::earthquake && !isWithin;
+  bool const isOfStation = kindOf(draft.conditionType).isOfStation();
+  shown.hasSpan = draft.conditionType != Type::earthquake && !isWithin && !isOfStation;
   shown.hasHour = !isWithin;
   shown.hour = std::to_string(draft.checkHour);
   if (draft.locationID) shown.place = draft.locationID->text();
