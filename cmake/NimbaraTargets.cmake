@@ -62,7 +62,7 @@ function(nimbara_batches name)
     return()
   endif()
   find_package(Python3 REQUIRED COMPONENTS Interpreter)
-  execute_process(COMMAND ${Python3_EXECUTABLE} ${PROJECT_SOURCE_DIR}/tools/batches.py 8 ${ARGN}
+  execute_process(COMMAND ${Python3_EXECUTABLE} ${PROJECT_SOURCE_DIR}/tools/batches.py 12 ${ARGN}
                   OUTPUT_VARIABLE groups OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
   string(REPLACE ";" "," groups "${groups}")
   string(REPLACE "\n" ";" groups "${groups}")

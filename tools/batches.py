@@ -9,29 +9,28 @@ import sys
 # What stands at the beginning of a line belongs to no function and to no class: the format sees to that.
 DECLARED = re.compile(r"^(?:template <[^>]*> )?(?:struct|class|enum(?: class)?|union|using)\s+(\w+)"
                       r"|^#define\s+(\w+)"
-                      r"|^[A-Za-z][^()={}]*?\b(\w+)\s*(?:\[[^\]]*\])*\s*(?:[({=;]|$)", re.M)
+                      r"|^[A-Za-z][^()={}]*?(?<![:\w])(\w+)\s*(?:\[[^\]]*\])*\s*(?:[({=;]|$)", re.M)
 # Stand there in many sources and collide with nothing: the test macros make names of their arguments.
-HARMLESS = {"nimbara", "test", "testing", "namespace", "TEST", "TEST_F", "TEST_P", "INSTANTIATE_TEST_SUITE_P"}
-# Brings in names that only the enumeration's header tells.
-BRINGS_MORE = re.compile(r"^using enum ", re.M)
+HARMLESS = {"nimbara", "std", "test", "testing", "namespace", "TEST", "TEST_F", "TEST_P", "INSTANTIATE_TEST_SUITE_P"}
+# Brings in names that only the enumeration's header tells: such sources join those that bring in the same.
+BRINGS_MORE = re.compile(r"^using enum (.*);", re.M)
 
 
 def groups(sources, size):
-    made = []  # of sources, the names that they declare, and whether another one may join them
+    made = []  # of sources, the names that they declare, and the enumerations that they bring in
     for source in sources:
         with open(source, encoding="utf-8") as file:
             text = file.read()
         names = {name for found in DECLARED.finditer(text) for name in found.groups() if name} - HARMLESS
-        if BRINGS_MORE.search(text):
-            made.append(([source], names, False))
-            continue
-        for group, declared, is_open in made:
-            if is_open and len(group) < size and not names & declared:
+        brought = set(BRINGS_MORE.findall(text))
+        names -= {"enum"}
+        for group, declared, enumerations in made:
+            if enumerations == brought and len(group) < size and not names & declared:
                 group.append(source)
                 declared |= names
                 break
         else:
-            made.append(([source], names, True))
+            made.append(([source], names, brought))
     return [group for group, _, _ in made]
 
 
