@@ -16,6 +16,10 @@ namespace nimbara {
 
 namespace {
 
+std::optional<std::string> sentence(std::optional<ServiceFailure> const& failure) {
+  return failure ? std::optional(sentenceOf(*failure)) : std::nullopt;
+}
+
 /// Those that are asked when the first has failed.
 std::span<std::string_view const> followers(PlaceSources const& place) {
   return std::span(place.route).subspan(place.route.empty() ? 0 : 1);
@@ -117,11 +121,11 @@ std::string sourceReportJson(std::vector<PlaceSources> const& places, Texts cons
     json.member("state", coverage.state);
     json.memberOrNull("checkedAt", coverage.checkedAt);
     json.memberOrNull("since", coverage.since);
-    json.memberOrNull("reason", coverage.reason.transform(sentenceOf));
+    json.memberOrNull("reason", sentence(coverage.reason));
     json.memberOrNull("insteadOf", coverage.insteadOf);
-    json.memberOrNull("insteadReason", coverage.insteadReason.transform(sentenceOf));
+    json.memberOrNull("insteadReason", sentence(coverage.insteadReason));
     json.memberOrNull("alsoAsked", coverage.alsoAsked);
-    json.memberOrNull("alsoReason", coverage.alsoReason.transform(sentenceOf));
+    json.memberOrNull("alsoReason", sentence(coverage.alsoReason));
     json.member("cannotGive", words.lacks);
     auto const next = followers(place);
     json.member("thenAsked", std::vector<std::string_view>(next.begin(), next.end()));
