@@ -145,6 +145,7 @@ TEST(CapReader, ReadsDocumentsAsTheyAreSent) {
        {Row{rest, "K\u00fc"}, Row{"\xEF\xBB\xBF" + rest, "K\u00fc"}, Row{declared16 + rest, "K\u00fc"},
         Row{wide(declared16 + ascii), "Ku"}, Row{wide(ascii), "Ku"},
         Row{"\r\n <?xml version=\"1.0\"?>" + rest, "K\u00fc"}, Row{rest + std::string("\n\0", 2), "K\u00fc"},
+        Row{"\xEF\xBB\xBF<?xml version=\"1.0\" encoding=\"windows-1252\"?>" + rest, "K\u00fc"},
         Row{"<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><alert><identifier>K\xFC</identifier></alert>",
             "K\u00fc"},
         Row{"<alert><identifier><![CDATA[K<\u00fc]]></identifier></alert>", "K<\u00fc"}}) {
@@ -154,6 +155,55 @@ TEST(CapReader, ReadsDocumentsAsTheyAreSent) {
   }
   EXPECT_FALSE(parseCap("<alert><identifier>K\xFC</identifier></alert>"));
   EXPECT_FALSE(parseCap(std::string("<alert>\0</alert>", 16)));
+}
+
+/// Texts that bodies in other encodings name; what stands there is the issuer's own.
+TEST(CapReader, ReadsTheEncodingThatADocumentDeclares) {
+  struct Row {
+    char const* encoding;
+    char const* bytes;
+    char const* text;
+  };
+  for (Row const& row : {Row{"windows-1250", "Siln\xFD v\xEDtr", "Silný vítr"},
+                         {"WINDOWS-1251", "\xC2\xE5\xF2\xE5\xF0", "Ветер"},
+                         {"windows-1252", "S\xE3o Jo\xE3o \x96 \x93vento\x94", "São João – “vento”"},
+                         {"iso-8859-1", "c\x92\x65st l\xE0", "c’est là"},
+                         {"ISO-8859-2", "Poryw \xB6niegu", "Poryw śniegu"},
+                         {"iso-8859-7", "\xC1\xED\xE5\xEC\xEF\xF2", "Ανεμος"},
+                         {"ISO-8859-15", "100 \xA4", "100 €"},
+                         {"windows-1256", "\xD1\xED\xC7\xCD", "رياح"},
+                         {"koi8-r", "\xF7\xC5\xD4\xC5\xD2", "Ветер"},
+                         {"TIS-620", "\xBD\xB9", "ฝน"},
+                         {"GB2312", "\xB1\xA9\xD3\xEA \x81\x30\x81\x30", "暴雨 "},
+                         {"gbk", "\xB4\xF3\xEC\x46", "大霧"},
+                         {"Big5", "\xA4\x6A\xAB\x42", "大雨"},
+                         {"Shift_JIS", "\x91\xE5\x89\x4A", "大雨"},
+                         {"EUC-JP", "\xC2\xE7\xB1\xAB", "大雨"},
+                         {"euc-kr", "\xC8\xA3\xBF\xEC", "호우"},
+                         {"us-ascii", "Wind", "Wind"},
+                         {"gb2312", "\xB1\xA9\xD3", "暴\uFFFD"},
+                         {"utf-8", "Größe", "Größe"}}) {
+    for (char const quote : {'"', '\''}) {
+      std::string const head =
+          std::string("<?xml version='1.0' encoding=") + quote + row.encoding + quote + " ?>";
+      auto const read =
+          parseCap(head + "<alert><info><description>" + row.bytes + "</description></info></alert>");
+      ASSERT_TRUE(read) << row.encoding << ": " << read.error();
+      EXPECT_EQ(read->infos[0].description, row.text) << row.encoding;
+    }
+  }
+}
+
+/// Nobody opens a file or a table because a document says so.
+TEST(CapReader, RefusesEncodingsThatItDoesNotKnow) {
+  for (char const* const encoding : {"utf-7", "ibm037", "../../etc/passwd", "iso-8859-1/../x", "iso-8859-99",
+                                     "windows-125", "iso-2022-jp", "utf-32", "windows-1252,version=1"}) {
+    auto const read = parseCap("<?xml version='1.0' encoding='" + std::string(encoding) + "'?><alert/>");
+    ASSERT_FALSE(read) << encoding;
+  }
+  for (char const* const cut :
+       {"<?xml version='1.0' encoding='gbk", "<?xml encoding", "<?xml encoding='gbk'?>\x81"})
+    EXPECT_FALSE(parseCap(cut)) << cut;
 }
 
 /// Order is never guessed, what is not to be read as it stands draws nothing.

@@ -1,5 +1,6 @@
 #include "feeds/fetching/xml_reader.h"
 
+#include "base/text/encodings.h"
 #include "base/text/text.h"
 
 #include <expat.h>
@@ -25,12 +26,34 @@ std::string_view withoutRims(std::string_view document) {
   return document;
 }
 
-/// Documents that are written as texts of 16 bits and then sent in bytes still say the former of themselves.
-/// What begins with "<?" in bytes is none of those.
-char const* encodingOf(std::string_view document) {
-  if (!document.starts_with("<?xml")) return nullptr;
+/// What the document says of itself in bytes, in lower case; empty where it says nothing.
+std::string declaredEncoding(std::string_view document) {
+  constexpr std::size_t kLongestDeclaration = 200;
+  document = document.substr(0, kLongestDeclaration);
+  if (!document.starts_with("<?xml")) return {};
   std::string const declaration = asciiLowered(document.substr(0, document.find("?>")));
-  return declaration.contains("utf-16") ? "UTF-8" : nullptr;
+  auto const at = declaration.find("encoding");
+  auto const opening = at == std::string::npos ? at : declaration.find_first_of("'\"", at);
+  if (opening == std::string::npos) return {};
+  auto const closing = declaration.find(declaration[opening], opening + 1);
+  if (closing == std::string::npos) return {};
+  return declaration.substr(opening + 1, closing - opening - 1);
+}
+
+/// The document, and as what expat takes it whatever it declares; null where that is for expat to find out.
+struct Decoded {
+  std::optional<std::string> text;  ///< where the bytes had to be changed
+  char const* encoding = nullptr;
+};
+
+Decoded decoded(std::string_view document) {
+  if (document.starts_with("\xEF\xBB\xBF")) return {{}, "UTF-8"};
+  std::string const declared = declaredEncoding(document);
+  // Written as a text of 16 bits and then sent in bytes: what begins with "<?" in bytes is no such text.
+  if (declared.starts_with("utf-16")) return {{}, "UTF-8"};
+  auto text = utf8Of(document, declared);
+  bool const isOther = text.has_value();
+  return {std::move(text), isOther ? "UTF-8" : nullptr};
 }
 
 }  // namespace
@@ -77,11 +100,14 @@ void XmlReader::refuse(std::string_view reason) {
 }
 
 Result<void, std::string> XmlReader::read(std::string_view document) {
-  if (document.size() > std::size_t{std::numeric_limits<int>::max()})
-    return std::unexpected("it is too long");
+  constexpr std::size_t kMostBytes = std::numeric_limits<int>::max();
+  if (document.size() > kMostBytes) return std::unexpected("it is too long");
   document = withoutRims(document);
-  std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> const parser(
-      XML_ParserCreate(encodingOf(document)), &XML_ParserFree);
+  Decoded const body = decoded(document);
+  if (body.text) document = *body.text;
+  if (document.size() > kMostBytes) return std::unexpected("it is too long");
+  std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> const parser(XML_ParserCreate(body.encoding),
+                                                                            &XML_ParserFree);
   parser_ = parser.get();
   XML_SetUserData(parser_, this);
   XML_SetElementHandler(parser_, &Callbacks::begin, &Callbacks::end);

@@ -1,5 +1,6 @@
 // Reads a document of XML element by element, on expat, for those who know what its elements mean. Pure; any
 // bytes may be given: entities that a document declares, and elements nested beyond 64 levels, are refused.
+// Encodings that documents declare are those of expat and of `utf8Of`.
 #pragma once
 
 #include "base/result.h"
