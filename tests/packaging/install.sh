@@ -22,9 +22,11 @@ mkdir -m 700 "$folder/run"
 for file in lib/nimbara/nimbara-dbus.so lib/nimbara/nimbara-http.so share/nimbara/sounds/rain_alert.wav \
   share/applications/io.github.nimbara.Nimbara.desktop share/metainfo/io.github.nimbara.Nimbara.metainfo.xml \
   share/icons/hicolor/scalable/apps/io.github.nimbara.Nimbara.svg \
-  share/icons/hicolor/symbolic/apps/io.github.nimbara.Nimbara-symbolic.svg; do
+  share/icons/hicolor/symbolic/apps/io.github.nimbara.Nimbara-symbolic.svg lib/systemd/user/nimbara-watch.service; do
   [ -s "$prefix/$file" ] || fail "not installed: $file"
 done
+
+"$(dirname "$0")/claimed.sh" "$prefix" || fail "the Debian packages lack a file or name too many"
 
 # The manual formats without a complaint, and a shell completes commands, values and places.
 for page in nimbara nimbara-forecast nimbara-satellites nimbara-desktop; do

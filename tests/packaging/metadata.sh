@@ -5,7 +5,8 @@ cd "$(dirname "$0")/../../packaging/desktop"
 command -v desktop-file-validate >/dev/null && command -v appstreamcli >/dev/null || exit 77
 complaints=$(desktop-file-validate ./*.desktop)
 [ -z "$complaints" ] || { echo "$complaints"; exit 1; }
-appstreamcli validate --no-net ./*.metainfo.xml
+# Warnings are as fatal as they are to software centres.
+appstreamcli validate --pedantic --strict --no-net ./*.metainfo.xml
 # Every language that the program speaks has its lines.
 for text in ../../resources/texts/*.json; do
   language=$(basename "$text" .json)

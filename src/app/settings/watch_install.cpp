@@ -9,6 +9,10 @@
 
 namespace nimbara {
 
+namespace resources {
+extern std::string_view const nimbara_watch_service_in;
+}
+
 namespace {
 
 constexpr char kUnit[] = "nimbara-watch.service";
@@ -161,31 +165,10 @@ Result<void, std::string> uninstallUnit(Target const& target, UserManager const&
 }  // namespace
 
 std::string watchUnit(std::filesystem::path const& program) {
-  return sealed(R"([Unit]
-Description=Nimbara: forecasts and warnings of your places
-After=graphical-session.target
-
-[Service]
-Type=simple
-ExecStart=")" + percentDoubled(escaped(program.string(), "\\\"")) +
-                R"(" watch
-# What it ends with when it is asked to stop.
-SuccessExitStatus=130
-Restart=on-failure
-RestartSec=30
-UMask=0077
-NoNewPrivileges=yes
-LockPersonality=yes
-MemoryDenyWriteExecute=yes
-RestrictAddressFamilies=AF_UNIX AF_INET AF_INET6 AF_NETLINK
-RestrictNamespaces=yes
-RestrictRealtime=yes
-RestrictSUIDSGID=yes
-SystemCallArchitectures=native
-
-[Install]
-WantedBy=default.target
-)");
+  constexpr std::string_view kMark = "@program@";
+  std::string unit(resources::nimbara_watch_service_in);
+  unit.replace(unit.find(kMark), kMark.size(), percentDoubled(escaped(program.string(), "\\\"")));
+  return sealed(unit);
 }
 
 std::string watchAutostart(std::filesystem::path const& program) {
