@@ -342,6 +342,15 @@ TEST_F(WatersTest, ThatCannotBeAskedForAreSaidToBeUnchecked) {
   EXPECT_EQ(outside.failedSince(), std::nullopt) << "the service has no waters there";
 }
 
+TEST_F(WatersTest, OnTheOpenSeaThatAreNobodysAreNoFailure) {
+  http.willAnswer(404, "");
+  GovAlerts const beyond = ask({33.0, -75.5});
+  EXPECT_EQ(beyond.failedSince(), std::nullopt);
+  EXPECT_FALSE(beyond.isCovered());
+  http.willAnswer(404, "");
+  EXPECT_TRUE(ask(kChicago).failedSince()) << "on land there is somebody";
+}
+
 TEST(NwsAlertSource, RemembersChainsForAllPlaces) {
   test::FakeHttpClient http;
   test::ManualClock clock(kNow);

@@ -6,6 +6,7 @@
 #include "feeds/alerts/gov_alerts.h"
 #include "feeds/alerts/source_rest.h"
 #include "feeds/fetching/kept_record.h"
+#include "feeds/regions/regions.h"
 #include "gazetteer/gazetteer.h"
 
 #include <algorithm>
@@ -179,13 +180,26 @@ void takeOverRoots(GovSourceState& state, EventMemory& memory, Instant now) {
   state.roots.clear();
 }
 
+/// Whose warnings name waters that the coordinate is in or close to. Norway's own service knows more of its
+/// waters than these outlines, so they stay open sea.
+std::string countryOfWaters(Coordinate coordinate) {
+  auto const outlines = embeddedRegions();
+  if (!outlines || !isValid(coordinate)) return {};
+  auto const found = outlines->at(coordinate);
+  auto const* const waters = std::ranges::find_if(found, &MappedRegion::isSea);
+  if (waters == found.end() || waters->country == "NO") return {};
+  return std::string(waters->country);
+}
+
 }  // namespace
 
 template <>
 inline constexpr auto jsonFields<Kept> = FieldList{field("sources", &Kept::sources)};
 
 GovAlertPlace govAlertPlace(Coordinate coordinate) {
-  return {coordinate, std::string(describePlace(coordinate).countryCode), {}};
+  std::string country(describePlace(coordinate).countryCode);
+  if (country.empty()) country = countryOfWaters(coordinate);
+  return {coordinate, std::move(country), {}};
 }
 
 bool GovAlerts::isCovered() const {

@@ -35,7 +35,7 @@ struct GovAlertPlace {
   std::string chosenSource = {};        ///< the name of the source that the user wants; empty: the usual one
 };
 
-/// What the gazetteer knows of a coordinate.
+/// What the gazetteer knows of a coordinate; on the sea the country whose warnings name these waters.
 GovAlertPlace govAlertPlace(Coordinate coordinate);
 
 /// What an issuer has in force.

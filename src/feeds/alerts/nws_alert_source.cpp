@@ -22,9 +22,13 @@ class NwsSource {
   NwsSource(NWSAlertService& land, NWSAlertService* waters, Clock const& clock)
       : land_(land), waters_(waters), clock_(clock) {}
 
-  Result<GovSourceAnswer, GovSourceFailure> fetch(Coordinate place, EventMemory& memory,
+  Result<GovSourceAnswer, GovSourceFailure> fetch(GovAlertPlace const& asked, EventMemory& memory,
                                                   std::stop_token const& stop) {
+    Coordinate const place = asked.coordinate;
     auto answer = land_.fetchAlerts(place.latitude, place.longitude, stop);
+    // How far its waters reach is an estimate; the service knows.
+    bool const isBeyond = answer.isOutside && asked.countryCode.empty();
+    if (isBeyond) return GovSourceAnswer{.isBlind = true};
     auto failure = answer.ok ? addWaters(answer.alerts, place, stop) : answer.failure;
     auto found = events(answer.ok ? answer.alerts : answer.readable.value_or(answer.alerts), memory);
     if (!failure) return found;
@@ -85,7 +89,7 @@ GovAlertSource nwsAlertSource(NWSAlertService& service, Clock const& clock, NWSA
   return {"nws",
           [](GovAlertPlace const& place) { return isNwsTerritory(place.countryCode, place.coordinate); },
           [source](GovAlertPlace const& place, EventMemory& memory, std::stop_token const& stop) {
-            return source->fetch(place.coordinate, memory, stop);
+            return source->fetch(place, memory, stop);
           },
           true};
 }
