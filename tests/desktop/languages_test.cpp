@@ -16,7 +16,7 @@ using testing::IsEmpty;
 
 /// Of everything a little: weather, warnings, earthquakes, notifications, settings, the current location.
 std::shared_ptr<EngineSnapshot> lived(std::shared_ptr<Texts const> const& texts) {
-  auto snapshot = uncheckedHazards();
+  auto snapshot = withAir(uncheckedHazards(), airOf);
   WeatherState state = *snapshot->weather;
   state.govAlerts = {alertOf(AlertSeverity::warning, std::string(texts->text("desktop.alerts")))};
   state.govAlerts.front().isGovAlert = true;

@@ -1,6 +1,7 @@
 // What the pages may have to show, from the ordinary to the worst, by name.
 #pragma once
 
+#include "air_states.h"
 #include "desktop/core/desktop_options.h"
 #include "hazard_states.h"
 #include "notifications_states.h"
@@ -83,6 +84,8 @@ inline constexpr StateRow kStates[] = {
     {"manyHazards", manyHazards},
     {"uncheckedHazards", uncheckedHazards},
     {"uncoveredHazards", uncoveredHazards},
+    {"air", [] { return withAir(snapshotOf(stateOf(mildWeek())), airOf); }},
+    {"airFailed", [] { return withAir(snapshotOf(stateOf(mildWeek())), failedAir); }},
     {"polar", [] { return snapshotOf(polarState()); }},
     {"rain", [] { return snapshotOf(rainState()); }},
     {"radarDown", [] { return snapshotOf(radarDownState()); }},

@@ -176,6 +176,7 @@ constexpr HeardRow kHeard[] = {
     {"hours", DesktopPage::hours, [] { return snapshotOf(stateOf(mildWeek())); }},
     {"hazards", DesktopPage::hazards, severalWarnings},
     {"map", DesktopPage::map, severalWarnings},
+    {"air", DesktopPage::air, [] { return withAir(snapshotOf(stateOf(mildWeek())), airOf); }},
     {"globe", DesktopPage::globe, [] { return snapshotOf(stateOf(mildWeek())); }},
     {"places", DesktopPage::places, here},
     {"notifications", DesktopPage::notifications, shortLog},

@@ -144,6 +144,10 @@ void EngineHazards::askSupplement(Place const& place, std::stop_token const& sto
   };
   known.airQuality = feeds->airQuality().fetchForecast(place.coordinate, stop);
   show();
+  Calendar const calendar =
+      Calendar::forZone(std::string(timeZoneAt(place.coordinate))).value_or(Calendar::utc());
+  known.climate = feeds->climate().fetch(place.coordinate, dayAt(calendar, surroundings_.now()), stop);
+  show();
   known.activeStorms = fetchWorldStorms(*feeds, stop, Waiting::oneAfterTheOther);
   show();
   known.activeFires = feeds->wildfires().fetchFires(place.coordinate, SupplementState::kFireRadiusKm, stop);
@@ -153,10 +157,6 @@ void EngineHazards::askSupplement(Place const& place, std::stop_token const& sto
   known.advisories = feeds->travelAdvisories().fetchAdvisories(stop);
   std::erase_if(known.advisories.data,
                 [&](TravelAdvisory const& entry) { return entry.country != known.country; });
-  show();
-  Calendar const calendar =
-      Calendar::forZone(std::string(timeZoneAt(place.coordinate))).value_or(Calendar::utc());
-  known.climate = feeds->climate().fetch(place.coordinate, dayAt(calendar, surroundings_.now()), stop);
   show();
 }
 

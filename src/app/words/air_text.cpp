@@ -14,25 +14,10 @@ std::string tenths(double value, Texts const& texts) {
   return text.replace(text.find('.'), 1, texts.decimalPoint());
 }
 
-/// As the World Health Organization shows it: half rounded up.
-int uvShown(double uv) {
-  return static_cast<int>(std::floor(uv + 0.5));
-}
-
 std::string indexText(std::optional<AirIndex> const& index, AirScale scale, Texts const& texts) {
   if (!index) return std::string(texts.text("air.index.unknown"));
   return texts.format("air.index." + std::string(enumName(scale)), static_cast<int>(index->value),
                       bandText(index->band, texts));
-}
-
-std::vector<HazardLine> pollutantLines(AirLevels const& levels, Texts const& texts) {
-  std::vector<HazardLine> lines;
-  for (std::size_t i = 0; i < levels.pollutants.size(); ++i) {
-    auto const value = levels.pollutants[i];
-    lines.push_back({pollutantText(static_cast<Pollutant>(i), texts),
-                     value ? tenths(*value, texts) + " µg/m³" : std::string(texts.text("air.notKnown"))});
-  }
-  return lines;
 }
 
 /// Only where the air gets worse than it is.
@@ -73,14 +58,9 @@ void addPollen(AirText& text, PollenOutlook const& pollen, Texts const& texts) {
     return;
   }
   for (std::size_t i = 0; i < pollen.highest.size(); ++i) {
-    auto const highest = pollen.highest[i];
-    std::string const name(texts.text("air.pollen." + std::string(enumNames<PollenKind>[i])));
-    if (!highest) {
-      text.pollen.push_back({name, std::string(texts.text("air.notKnown"))});
-    } else if (*highest > 0) {
-      text.pollen.push_back({name, texts.format("air.pollen.value", roundedText(pollen.now[i].value_or(0)),
-                                                roundedText(*highest))});
-    }
+    auto const& highest = pollen.highest[i];
+    if (!highest || *highest > 0)
+      text.pollen.push_back(pollenLine(static_cast<PollenKind>(i), pollen, texts));
   }
 }
 
@@ -92,6 +72,29 @@ std::string bandText(AirBand band, Texts const& texts) {
 
 std::string pollutantText(Pollutant pollutant, Texts const& texts) {
   return std::string(texts.text("air.pollutant." + std::string(enumName(pollutant))));
+}
+
+int uvShown(double uv) {
+  return static_cast<int>(std::floor(uv + 0.5));
+}
+
+std::vector<HazardLine> pollutantLines(AirLevels const& levels, Texts const& texts) {
+  std::vector<HazardLine> lines;
+  for (std::size_t i = 0; i < levels.pollutants.size(); ++i) {
+    auto const value = levels.pollutants[i];
+    lines.push_back({pollutantText(static_cast<Pollutant>(i), texts),
+                     value ? tenths(*value, texts) + " µg/m³" : std::string(texts.text("air.notKnown"))});
+  }
+  return lines;
+}
+
+HazardLine pollenLine(PollenKind kind, PollenOutlook const& pollen, Texts const& texts) {
+  auto const at = static_cast<std::size_t>(kind);
+  std::string name(texts.text("air.pollen." + std::string(enumName(kind))));
+  auto const highest = pollen.highest[at];
+  if (!highest) return {std::move(name), std::string(texts.text("air.notKnown"))};
+  return {std::move(name),
+          texts.format("air.pollen.value", roundedText(pollen.now[at].value_or(0)), roundedText(*highest))};
 }
 
 AirText airText(AirQualityForecast const& forecast, Coordinate place, std::optional<Instant> checkedAt,

@@ -27,4 +27,12 @@ std::string bandText(AirBand band, Texts const& texts);
 
 std::string pollutantText(Pollutant pollutant, Texts const& texts);
 
+/// One for each, in the order of `Pollutant`.
+std::vector<HazardLine> pollutantLines(AirLevels const& levels, Texts const& texts);
+
+HazardLine pollenLine(PollenKind kind, PollenOutlook const& pollen, Texts const& texts);
+
+/// As the World Health Organization shows it: half rounded up.
+int uvShown(double uv);
+
 }  // namespace nimbara

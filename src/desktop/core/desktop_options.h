@@ -12,10 +12,10 @@
 
 namespace nimbara {
 
-enum class DesktopPage { now, hours, hazards, map, globe, places, notifications, settings, sources };
+enum class DesktopPage { now, hours, hazards, map, air, globe, places, notifications, settings, sources };
 template <>
 inline constexpr auto enumNames<DesktopPage> = std::to_array<std::string_view>(
-    {"now", "hours", "hazards", "map", "globe", "places", "notifications", "settings", "sources"});
+    {"now", "hours", "hazards", "map", "air", "globe", "places", "notifications", "settings", "sources"});
 static_assert(enumNamesComplete(DesktopPage::sources));
 
 enum class DesktopTheme { system, light, dark };

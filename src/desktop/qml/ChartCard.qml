@@ -45,6 +45,43 @@ Card {
                 }
             }
         }
+        // The band of what is usual can be put away.
+        Pressable {
+            id: usual
+            visible: curves.hasUsual
+            implicitHeight: 28 * Theme.scale
+            spokenRole: Accessible.CheckBox
+            isCheckable: true
+            isChecked: curves.showsUsual
+            text: App.words.usual
+            Accessible.description: App.words.usualHint
+            onClicked: curves.showsUsual = !curves.showsUsual
+            contentItem: Row {
+                spacing: 6
+                Rectangle {
+                    anchors.verticalCenter: parent.verticalCenter
+                    width: 14
+                    height: 10
+                    radius: 2
+                    color: curves.showsUsual ? Qt.alpha(Theme.warm, 0.35) : "transparent"
+                    border.width: 1
+                    border.color: Theme.warm
+                }
+                PlainText {
+                    anchors.verticalCenter: parent.verticalCenter
+                    text: usual.text
+                    color: Theme.muted
+                    font.pixelSize: Theme.tiny
+                    font.strikeout: !curves.showsUsual
+                }
+            }
+            background: Rectangle {
+                radius: 8
+                color: usual.hovered ? Qt.alpha(Theme.raised, 0.6) : "transparent"
+                border.width: usual.visualFocus ? 2 : 0
+                border.color: Theme.accent
+            }
+        }
         Item {
             id: chart
             width: parent.width

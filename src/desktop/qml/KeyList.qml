@@ -8,7 +8,7 @@ T.Popup {
     id: popup
 
     readonly property var rows: [
-        { keys: "Ctrl+1 – Ctrl+8", what: App.words.keyPages },
+        { keys: "Ctrl+1 – Ctrl+9", what: App.words.keyPages },
         { keys: "Ctrl+K", what: App.words.switchPlace },
         { keys: "Alt+←, Alt+→", what: App.words.keyStepPlace },
         { keys: "Ctrl+F", what: App.words.search },

@@ -14,6 +14,7 @@ Window {
         { name: "hours", title: App.words.hours, sky: "lightRain", sign: "" },
         { name: "hazards", title: App.words.hazards, sky: "", sign: "warning" },
         { name: "map", title: App.words.map, sky: "", sign: "map" },
+        { name: "air", title: App.words.air, sky: "", sign: "air" },
         { name: "globe", title: App.words.globe, sky: "", sign: "globe" },
         { name: "places", title: App.words.places, sky: "", sign: "place" },
         { name: "notifications", title: App.words.notifications, sky: "", sign: "bell" },
@@ -206,7 +207,7 @@ Window {
     Item {
         id: areas
         function shown() {
-            for (const page of [now, hours, hazards, map, globe, places, notifications, settings, sources]) {
+            for (const page of [now, hours, hazards, map, air, globe, places, notifications, settings, sources]) {
                 if (page.isShown)
                     return page.item;
             }
@@ -254,6 +255,7 @@ Window {
         Page { id: hours; name: "hours"; isOfPlace: true; file: window.wantsPlace ? "WelcomePage.qml" : "HoursPage.qml" }
         Page { id: hazards; name: "hazards"; isOfPlace: true; file: "HazardsPage.qml" }
         Page { id: map; name: "map"; file: "MapPage.qml" }
+        Page { id: air; name: "air"; isOfPlace: true; file: "AirPage.qml" }
         Page { id: globe; name: "globe"; file: "GlobePage.qml" }
         Page { id: places; name: "places"; file: "PlacesPage.qml" }
         Page { id: notifications; name: "notifications"; file: "NotificationsPage.qml" }

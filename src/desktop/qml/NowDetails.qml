@@ -25,6 +25,12 @@ Column {
         width: details.width
     }
 
+    Loader {
+        width: details.width
+        visible: App.now.advice !== ""
+        source: visible ? "NowAdvice.qml" : ""
+    }
+
     PlainText {
         width: details.width
         visible: text !== ""

@@ -273,10 +273,5 @@ ScrollPage {
             readonly property int lane: page.lanes - 1
             file: "NowDetails.qml"
         }
-        Later {
-            readonly property int lane: page.lanes - 1
-            visible: App.now.advice !== ""
-            file: visible ? "NowAdvice.qml" : ""
-        }
     }
 }

@@ -63,6 +63,11 @@ QtObject {
     readonly property var kpColours: dark
         ? ["#5fbf8f", "#9ccb6a", "#e6cf5a", "#f2ac4a", "#f28a4a", "#ee6a55", "#e0508a", "#b87af0"]
         : ["#2f9e6b", "#79a832", "#c9a400", "#dd8400", "#d9601f", "#c93a32", "#b3256b", "#7a3fc0"]
+    // Of the bands of the air: the European scale's six, then the four that only the American one has, whose first
+    // three are "good", "moderate" and "for sensitive groups".
+    readonly property var airColours: dark
+        ? ["#5fc6a6", "#a9cf6a", "#e6cf5a", "#f0934d", "#e45f6d", "#b87ad6", "#f2ac4a", "#ee6a55", "#b87ad6", "#c05070"]
+        : ["#2f9e7b", "#7fa832", "#c9a400", "#d9701f", "#c4314a", "#7d3f9e", "#d97a00", "#c93a32", "#7d3f9e", "#7a1f3a"]
     // Of earthquakes of the last hour, the last six hours, the last day.
     readonly property var ageColours: dark ? ["#ff6b6b", "#f7a94a", "#d9c77a"] : ["#d6273c", "#d97a00", "#8a7a34"]
     readonly property color sea: dark ? "#141c26" : "#dfe9f2"

@@ -126,9 +126,19 @@ struct MeteogramDay {
   bool operator==(MeteogramDay const&) const = default;
 };
 
+/// The middle three fifths of the years' daily means, in the user's unit.
+struct UsualPoint {
+  double x = 0;
+  double low = 0;
+  double high = 0;
+
+  bool operator==(UsualPoint const&) const = default;
+};
+
 struct Meteogram {
   std::vector<MeteogramPoint> points;
   std::vector<MeteogramDay> days;  ///< where days begin
+  std::vector<UsualPoint> usual;   ///< empty where it is not known
   double hours = 0;                ///< the whole width
   Axis temperature, precipitation, wind, pressure;
   bool hasPressure = false;

@@ -12,6 +12,7 @@
 #include "desktop/window/painting/sky_items.h"
 #include "desktop/window/painting/sky_scenery.h"
 #include "desktop/window/painting/warning_map_item.h"
+#include "desktop/window/painting/year_item.h"
 
 #include <QQmlEngine>
 #include <array>
@@ -51,6 +52,7 @@ std::span<PageItem const> pageItems() {
       pageItem<KpBarsItem>("KpBarsItem"),
       pageItem<ReadingOrder>("ReadingOrder"),
       pageItem<WarningMapItem>("WarningMapItem"),
+      pageItem<YearItem>("YearItem"),
       pageItem<Board>("Board"),
   };
   return kItems;
@@ -61,6 +63,7 @@ void enrolPageItems() {
     for (PageItem const& item : pageItems()) item.enrol(item.name);
     enrolAccessibleItems();
     qmlRegisterSingletonType<DesktopModel>(kItemsModule, 1, 0, "App", modelOf);
+    qmlRegisterAnonymousType<AirModel>(kItemsModule, 1);
     qmlRegisterAnonymousType<GlobeModel>(kItemsModule, 1);
     qmlRegisterAnonymousType<HazardsModel>(kItemsModule, 1);
     qmlRegisterAnonymousType<MapModel>(kItemsModule, 1);

@@ -22,23 +22,18 @@ constexpr std::array<std::array<double, 5>, enumNames<Pollutant>.size()> kEurope
     {20, 40, 125, 190, 275},
 }};
 
-struct BandRow {
-  double most;
-  AirBand band;
-};
-
-constexpr std::array kEuropeanBands = std::to_array<BandRow>({{20, AirBand::good},
-                                                              {40, AirBand::fair},
-                                                              {60, AirBand::moderate},
-                                                              {80, AirBand::poor},
-                                                              {100, AirBand::veryPoor},
-                                                              {1e9, AirBand::extremelyPoor}});
-constexpr std::array kUsBands = std::to_array<BandRow>({{50, AirBand::good},
-                                                        {100, AirBand::moderate},
-                                                        {150, AirBand::unhealthyForSensitive},
-                                                        {200, AirBand::unhealthy},
-                                                        {300, AirBand::veryUnhealthy},
-                                                        {1e9, AirBand::hazardous}});
+constexpr std::array kEuropeanBands = std::to_array<AirBandRow>({{20, AirBand::good},
+                                                                 {40, AirBand::fair},
+                                                                 {60, AirBand::moderate},
+                                                                 {80, AirBand::poor},
+                                                                 {100, AirBand::veryPoor},
+                                                                 {1e9, AirBand::extremelyPoor}});
+constexpr std::array kUsBands = std::to_array<AirBandRow>({{50, AirBand::good},
+                                                           {100, AirBand::moderate},
+                                                           {150, AirBand::unhealthyForSensitive},
+                                                           {200, AirBand::unhealthy},
+                                                           {300, AirBand::veryUnhealthy},
+                                                           {1e9, AirBand::hazardous}});
 
 /// The highest of the pollutants' own indices.
 std::optional<AirIndex> worstOf(PollutantValues const& parts, AirScale scale) {
@@ -80,11 +75,14 @@ double europeanIndex(Pollutant pollutant, double concentration) {
   return kStep * (static_cast<double>(above) + (concentration - low) / (steps[above] - low));
 }
 
+std::span<AirBandRow const> airBands(AirScale scale) {
+  if (scale == AirScale::european) return kEuropeanBands;
+  return kUsBands;
+}
+
 AirBand airBand(AirScale scale, double index) {
-  std::span<BandRow const> const bands = scale == AirScale::european
-                                             ? std::span<BandRow const>(kEuropeanBands)
-                                             : std::span<BandRow const>(kUsBands);
-  auto const row = std::ranges::find_if(bands, [&](BandRow const& band) { return index <= band.most; });
+  auto const bands = airBands(scale);
+  auto const row = std::ranges::find_if(bands, [&](AirBandRow const& band) { return index <= band.most; });
   return row == bands.end() ? bands.back().band : row->band;
 }
 
@@ -107,6 +105,13 @@ std::span<AirQualityHour const> airHoursAhead(AirQualityForecast const& forecast
   auto const end = std::find_if(begin, forecast.hours.end(),
                                 [now](AirQualityHour const& hour) { return hour.time >= now + kAhead; });
   return {begin, end};
+}
+
+std::optional<double> airPartOf(AirLevels const& levels, Pollutant pollutant, AirScale scale) {
+  auto const at = static_cast<std::size_t>(pollutant);
+  if (scale == AirScale::us) return levels.usParts[at];
+  auto const concentration = levels.pollutants[at];
+  return concentration ? std::optional(europeanIndex(pollutant, *concentration)) : std::nullopt;
 }
 
 PollenOutlook pollenOutlook(AirQualityForecast const& forecast, Coordinate place, Instant now) {

@@ -55,6 +55,15 @@ AirScale airScaleAt(Coordinate place);
 /// The European index of one pollutant, not rounded; beyond the last step it goes on as within it.
 double europeanIndex(Pollutant pollutant, double concentration);
 
+/// A band of a scale and the highest index in it; the last has no end of its own.
+struct AirBandRow {
+  double most;
+  AirBand band;
+};
+
+/// The lowest first.
+std::span<AirBandRow const> airBands(AirScale scale);
+
 /// Of a value exactly between two bands the lower one.
 AirBand airBand(AirScale scale, double index);
 
@@ -62,6 +71,9 @@ AirBand airBand(AirScale scale, double index);
 /// of the United States is the service's, since it takes means over hours that have passed. Nothing where
 /// neither is known.
 std::optional<AirIndex> airIndexOf(AirLevels const& levels, AirScale scale);
+
+/// The index of one pollutant alone, not rounded; absent where it is not known.
+std::optional<double> airPartOf(AirLevels const& levels, Pollutant pollutant, AirScale scale);
 
 /// Three kinds of nothing beside the values themselves.
 enum class PollenState { values, outOfSeason, outOfRegion, unknown };

@@ -102,7 +102,7 @@ FeedReading<ClimateOutlook> ClimateService::fetch(Coordinate place, Date today, 
       return {archive.state, std::move(reading.data), archive.checkedAt, archive.failedSince,
               archive.failure};
     }
-    kept_[grid].normals = climateNormals(archive.data);
+    kept_[grid].normals = std::make_shared<ClimateNormals const>(climateNormals(archive.data));
     save(grid, kept_[grid]);
   }
   auto const forecast = forecasts_.of(grid).read(
@@ -116,7 +116,8 @@ FeedReading<ClimateOutlook> ClimateService::fetch(Coordinate place, Date today, 
     for (DayTemperature const& day : forecast.data)
       if (day.date == today) reading.data.today = day.mean;
   }
-  reading.data.usual = climateOf(kept_[grid].normals, today);
+  reading.data.normals = kept_[grid].normals;
+  reading.data.usual = climateOf(*reading.data.normals, today);
   reading.data.bias = kept_[grid].bias;
   return reading;
 }
@@ -145,13 +146,14 @@ void ClimateService::readOnce(std::string const& grid) {
   if (options_.folder.empty() || kept_.contains(grid)) return;
   auto file = keptRecord<KeptFile>(fileOf(grid), kLargestFile);
   if (!file || file->normals.size() != kClimateDays) return;
-  kept_[grid] = {std::move(file->normals), file->bias, file->biasAt};
+  kept_[grid] = {std::make_shared<ClimateNormals const>(std::move(file->normals)), file->bias, file->biasAt};
 }
 
 /// A disk that cannot be written to costs the request again after a restart.
 void ClimateService::save(std::string const& grid, Kept const& kept) const {
   if (options_.folder.empty()) return;
-  std::ignore = writeFileAtomically(fileOf(grid), encodeJson(KeptFile{kept.normals, kept.bias, kept.biasAt}));
+  std::ignore =
+      writeFileAtomically(fileOf(grid), encodeJson(KeptFile{*kept.normals, kept.bias, kept.biasAt}));
 }
 
 }  // namespace nimbara

@@ -8,6 +8,8 @@
 #include "feeds/fetching/watched_feed.h"
 
 #include <filesystem>
+#include <map>
+#include <memory>
 #include <mutex>
 #include <stop_token>
 #include <string>
@@ -20,6 +22,9 @@ struct ClimateOutlook {
   std::optional<ClimateDay> usual;  ///< of that day; absent where too few years are known
   std::optional<double> today;      ///< mean of the day, °C; absent without a forecast
   std::optional<double> bias;       ///< the model is so much warmer than ERA5; absent: not comparable
+
+  /// Of the whole year, shared with the service; null before they are known.
+  std::shared_ptr<ClimateNormals const> normals = {};
 
   /// How far today is from the median, once the model's own difference is taken away.
   std::optional<double> anomaly() const;
@@ -50,7 +55,7 @@ class ClimateService {
  private:
   using Days = std::vector<DayTemperature>;
   struct Kept {
-    ClimateNormals normals;
+    std::shared_ptr<ClimateNormals const> normals;
     std::optional<double> bias;
     std::optional<Instant> biasAt;
   };

@@ -1,5 +1,6 @@
 #include "desktop/window/models/desktop_model.h"
 
+#include "app/state/supplement_state.h"
 #include "desktop/views/hazards/alert_view.h"
 #include "desktop/views/hazards/elsewhere_view.h"
 #include "desktop/views/now_view.h"
@@ -20,6 +21,7 @@ constexpr WordRow kWords[] = {
     {"hours", "desktop.page.hours"},
     {"hazards", "desktop.page.hazards"},
     {"map", "desktop.page.map"},
+    {"air", "desktop.page.air"},
     {"globe", "desktop.page.globe"},
     {"places", "desktop.page.places"},
     {"notifications", "desktop.page.notifications"},
@@ -45,6 +47,8 @@ constexpr WordRow kWords[] = {
     {"wind", "report.wind"},
     {"pressure", "report.pressure"},
     {"clouds", "report.clouds"},
+    {"usual", "desktop.usual"},
+    {"usualHint", "desktop.usual.hint"},
     {"alerts", "desktop.alerts"},
     {"scrollBar", "desktop.scrollBar"},
     {"keysTitle", "desktop.keys"},
@@ -126,6 +130,7 @@ DesktopModel::DesktopModel(Setting setting, WindowActions actions, QObject* pare
       places_(new RecordListModel(this)),
       found_(new RecordListModel(this)),
       hazards_(new HazardsModel(actions_.engine, this)),
+      air_(new AirModel(this)),
       notifications_(new NotificationsModel(actions_.notifications, this)),
       here_(new RecordModel(this)),
       settings_(new SettingsModel(actions_.engine, this)),
@@ -194,6 +199,7 @@ void DesktopModel::showWeather() {
   showOpenAlert(contextOfPlace());
   elsewhere_->show(elsewhereViews(snapshot_->places, hazards->places, snapshot_->place, view));
   hazards_->show(*snapshot_, contextOfPlace());
+  air_->show(*snapshot_, contextOfPlace());
   tiles_->show(tileViews(state, view));
   showNowcast(contextOfPlace());
   showPlaces();
@@ -206,6 +212,7 @@ void DesktopModel::showWeather() {
   hours_->show(hourViews(data, view));
   showDays(data, view);
   meteogram_ = meteogramOf(data, view);
+  if (state.supplement) addUsual(meteogram_, data, state.supplement->climate.data, view);
   globe_->show(snapshot_->place, view);
   map_->show(snapshot_, view);
   Q_EMIT shown();

@@ -8,6 +8,7 @@
 #include "desktop/views/places/place_undo.h"
 #include "desktop/views/sky/sky_scene.h"
 #include "desktop/views/tray_view.h"
+#include "desktop/window/models/air_model.h"
 #include "desktop/window/models/first_model.h"
 #include "desktop/window/models/globe_model.h"
 #include "desktop/window/models/hazards_model.h"
@@ -44,6 +45,7 @@ class DesktopModel : public QObject {
   Q_PROPERTY(nimbara::RecordListModel* found READ found CONSTANT)
   Q_PROPERTY(nimbara::GlobeModel* globe READ globe CONSTANT)
   Q_PROPERTY(nimbara::MapModel* map READ map CONSTANT)
+  Q_PROPERTY(nimbara::AirModel* air READ air CONSTANT)
   Q_PROPERTY(nimbara::NotificationsModel* notifications READ notifications CONSTANT)
   Q_PROPERTY(nimbara::HazardsModel* hazards READ hazards CONSTANT)
   Q_PROPERTY(QString openAlert READ openAlert WRITE setOpenAlert NOTIFY openAlertChanged)
@@ -96,6 +98,7 @@ class DesktopModel : public QObject {
   RecordListModel* places() { return places_; }
   RecordListModel* found() { return found_; }
   HazardsModel* hazards() { return hazards_; }
+  AirModel* air() { return air_; }
   /// The identifier of the warning whose whole text is shown; empty for none.
   QString openAlert() const { return QString::fromStdString(openAlert_); }
   void setOpenAlert(QString const& id);
@@ -115,7 +118,7 @@ class DesktopModel : public QObject {
   bool isReady() const { return isReady_; }
   bool hasSettled() const {
     return isReady_ && !snapshot_->weather->isLoading && snapshot_->hazards->isSettled() &&
-           globe_->hasSettled();
+           globe_->hasSettled() && air_->hasSettled();
   }
   TrayView tray() const;
   bool closesToTray() const { return snapshot_->closesToTray; }
@@ -209,6 +212,7 @@ class DesktopModel : public QObject {
   RecordListModel* places_;
   RecordListModel* found_;
   HazardsModel* hazards_;
+  AirModel* air_;
   NotificationsModel* notifications_;
   RecordModel* here_;
   SettingsModel* settings_;

@@ -91,6 +91,15 @@ constexpr std::array kSigns = std::to_array<SignRow>({
        stroke(p, {{12, 9.5}, {12, 14}});
        p.drawEllipse(QPointF(12, 17), 0.5, 0.5);
      }},
+    {"air",
+     [](QPainter& p) {
+       stroke(p, {{3, 9}, {14, 9}});
+       p.drawArc(QRectF(11, 3, 6, 6), -90 * 16, 250 * 16);
+       stroke(p, {{3, 13}, {18, 13}});
+       p.drawArc(QRectF(15.5, 8, 5, 5), -90 * 16, 220 * 16);
+       stroke(p, {{3, 17}, {12, 17}});
+       p.drawArc(QRectF(9.5, 17, 4, 4), 90 * 16, -230 * 16);
+     }},
     {"gear",
      [](QPainter& p) {
        p.drawEllipse(QPointF(12, 12), 3, 3);

@@ -4,6 +4,7 @@
 #include <QPainterPath>
 #include <algorithm>
 #include <cmath>
+#include <ranges>
 
 namespace nimbara {
 
@@ -86,6 +87,19 @@ class Lane {
     painter_.setPen(Qt::NoPen);
     painter_.setBrush(colour);
     painter_.drawPolygon(shape);
+  }
+
+  /// Between the lower and the upper of what is usual, as far as the lane goes.
+  void usual(QColor const& colour) const {
+    QPolygonF shape;
+    for (UsualPoint const& point : data_.usual) shape << at(point.x, point.high);
+    for (UsualPoint const& point : std::views::reverse(data_.usual)) shape << at(point.x, point.low);
+    painter_.save();
+    painter_.setClipRect(area_);
+    painter_.setPen(Qt::NoPen);
+    painter_.setBrush(colour);
+    painter_.drawPolygon(shape);
+    painter_.restore();
   }
 
   /// Bars of the amounts; the paler behind them stand for the chance.
@@ -248,6 +262,7 @@ void MeteogramItem::paint(QPainter* painter) {
   nameDays(*painter, top, bottom);
   Lane const warmth(*painter, lanes.temperature, shown.temperature, shown);
   warmth.grid(grid_, text_, shown.temperatureUnit);
+  if (showsUsual_ && hasUsual()) warmth.usual(faded(warm_, 46));
   warmth.curve(&MeteogramPoint::feelsLike, QPen(felt_, 1.6, Qt::DashLine, Qt::RoundCap));
   warmth.curve(&MeteogramPoint::temperature, QPen(warm_, 2.4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   Lane const rain(*painter, lanes.precipitation, shown.precipitation, shown);

@@ -17,6 +17,8 @@ class MeteogramItem : public QQuickPaintedItem {
   Q_PROPERTY(QString when READ when NOTIFY cursorChanged)
   Q_PROPERTY(QString readings READ readings NOTIFY cursorChanged)
   Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY changed)
+  Q_PROPERTY(bool hasUsual READ hasUsual NOTIFY changed)
+  Q_PROPERTY(bool showsUsual MEMBER showsUsual_ NOTIFY changed)
   Q_PROPERTY(double enlargement MEMBER scale_ NOTIFY changed)
   Q_PROPERTY(QColor text MEMBER text_ NOTIFY changed)
   Q_PROPERTY(QColor grid MEMBER grid_ NOTIFY changed)
@@ -42,6 +44,8 @@ class MeteogramItem : public QQuickPaintedItem {
   QString when() const;
   QString readings() const;
   bool isEmpty() const { return data().points.empty(); }
+  /// What is usual on these days is known.
+  bool hasUsual() const { return !data().usual.empty(); }
   /// The point nearest to a place in the item.
   Q_INVOKABLE int pointAt(double x) const;
 
@@ -60,6 +64,7 @@ class MeteogramItem : public QQuickPaintedItem {
   DesktopModel* model_ = nullptr;
   int cursor_ = -1;
   double scale_ = 1;
+  bool showsUsual_ = true;
   QColor text_, grid_, night_, warm_, felt_, rain_, wind_, air_, cloud_;
 };
 

@@ -1,0 +1,75 @@
+// The air of the place, its pollen and ultraviolet light, and today beside what the year usually brings.
+import QtQuick
+import NimbaraItems
+import NimbaraPages
+
+ScrollPage {
+    id: page
+
+    readonly property bool isWaiting: App.now.hasPlace && !App.air.now.isAsked
+
+    most: 3000
+
+    PlaceHeading {
+        width: page.inner
+        lead: App.air.words.title
+        size: width < 300 * Theme.scale ? Theme.title : Theme.headline
+    }
+    AirWords {
+        width: page.inner
+        text: App.isReady && !App.now.hasPlace ? App.air.words.noPlace : ""
+        color: Theme.muted
+    }
+    Loader {
+        width: page.inner
+        visible: active
+        active: page.isWaiting
+        source: "AirWaiting.qml"
+    }
+
+    Board {
+        width: page.inner
+        visible: App.now.hasPlace && App.air.now.isAsked
+        weights: [[1], [1, 1.25], [1, 1.4, 1]][page.lanes - 1]
+        spacing: 2 * Theme.space
+        isMirrored: LayoutMirroring.enabled
+
+        AirIndexCard { readonly property int lane: 0 }
+        AirHoursCard {
+            readonly property int lane: page.lanes === 1 ? 0 : 1
+            visible: App.air.hours.count > 0
+        }
+        AirPartsCard {
+            readonly property int lane: 0
+            visible: App.air.pollutants.count > 0
+            title: App.air.words.pollutants
+            parts: App.air.pollutants
+        }
+        Card {
+            readonly property int lane: page.lanes === 3 ? 2 : page.lanes - 1
+            visible: App.air.now.uv !== ""
+            title: App.air.words.uv
+            Column {
+                width: parent.width
+                spacing: Theme.space
+                AirWords {
+                    text: App.air.now.uv
+                    font.weight: Font.DemiBold
+                }
+                AirWords { text: App.air.now.protection }
+            }
+        }
+        AirPartsCard {
+            readonly property int lane: page.lanes === 3 ? 2 : 0
+            visible: App.air.pollen.count > 0 || App.air.now.pollenState !== ""
+            title: App.air.words.pollen
+            parts: App.air.pollen
+            lead: App.air.now.pollenState
+            note: App.air.pollen.count > 1 ? App.air.words.pollenBars : ""
+        }
+        ClimateCard {
+            readonly property int lane: page.lanes === 1 ? 0 : 1
+            visible: App.air.now.isClimateAsked
+        }
+    }
+}
