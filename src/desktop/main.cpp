@@ -2,6 +2,7 @@
 #include "app/engine/engine_globe.h"
 #include "app/engine/engine_notifications.h"
 #include "app/engine/engine_options.h"
+#include "app/engine/engine_stations.h"
 #include "app/settings/home_directory.h"
 #include "base/text/text.h"
 #include "demo/demo_folder.h"
@@ -218,7 +219,7 @@ int showWindow(QGuiApplication& application, Environment const& environment, Des
                 [&box](SnapshotBox::Snapshot snapshot) { box.put(std::move(snapshot)); });
   DesktopModel shown(
       {*engine.wording(), engine.standIn(), [&engine] { return engine.clock().now(); }, environment.program},
-      {engine, &engine.globe(), engine.notifications()});
+      {engine, &engine.globe(), engine.notifications(), engine.stations()});
   // The cached forecast is there within milliseconds; the pages are made with it and not once more.
   if (auto first = box.take(kFirstPatience)) shown.show(std::move(first));
   model = &shown;

@@ -1,6 +1,7 @@
 #include "app/engine/app_state.h"
 
 #include "feeds/nowcast/nowcast_service.h"
+#include "feeds/stations/station_shown.h"
 #include "support/instants.h"
 #include "support/interchange_answer.h"
 #include "support/manual_clock.h"
@@ -172,6 +173,70 @@ TEST_F(AppStateTest, TwoProgramsRefreshOnceBetweenThem) {
     EXPECT_EQ(other.weather()->lastUpdated, state.weather()->lastUpdated);
   }
   EXPECT_EQ(requests.size(), 5U);
+}
+
+struct LiveRow {
+  std::string_view name;
+  StationLinkKind kind;
+  std::chrono::minutes age;
+  double celsius;
+  double latitude = 52.52;
+  bool isOverlaid = true;
+  bool isNetatmo = true;
+};
+
+/// The forecast has 1 °C in Berlin.
+StationsReading readingOf(LiveRow const& row, Instant now) {
+  StationsReading reading;
+  reading.state = StationState::current;
+  reading.kind = row.kind;
+  reading.stations = {{.id = "s", .latitude = row.latitude, .longitude = 13.41, .modules = {}}};
+  reading.stations.front().modules.push_back(
+      {.observedAt = now - row.age, .values = {{StationQuantity::temperature, row.celsius}}});
+  return reading;
+}
+
+TEST_F(AppStateTest, ShowsLiveNetatmoDataExactlyWhileTheyAreThePresent) {
+  using enum StationLinkKind;
+  for (LiveRow const& row : {LiveRow{"the account's", account, 4min, 1.7},
+                             {"public ones", around, 4min, 1.7},
+                             {"at the end", account, 30min, 1.7},
+                             {"too old", account, 31min, 1.7, 52.52, false, false},
+                             {"not believed", account, 4min, 25, 52.52, false, false},
+                             {"elsewhere", account, 4min, 1.7, 53.55, false, false},
+                             {"a gateway", address, 4min, 1.7, 52.52, true, false}}) {
+    auto all = surroundings();
+    all.overlayStation = [&](WeatherData& data) {
+      return std::make_shared<StationShown>(overlaid(data, readingOf(row, kStart), clock.now()));
+    };
+    AppState next(always(forecasts), clock, runner, std::move(all));
+    next.selectPlace(kBerlin, RefreshTrigger::start);
+    runner.runAll();
+    EXPECT_EQ(next.weather()->isShowingLiveNetatmoData, row.isNetatmo) << row.name;
+    EXPECT_EQ(next.weather()->weatherData->current.tempC == row.celsius, row.isOverlaid) << row.name;
+  }
+}
+
+TEST_F(AppStateTest, EndsWhatTheStationToldAfterHalfAnHour) {
+  auto all = surroundings();
+  LiveRow const row{"", StationLinkKind::account, 20min, 1.7};
+  all.overlayStation = [&](WeatherData& data) {
+    return std::make_shared<StationShown>(overlaid(data, readingOf(row, kStart), clock.now()));
+  };
+  all.refreshStation = [&](bool, std::stop_token const&) { return clock.now() + 1h; };  // it is left alone
+  AppState next(always(forecasts), clock, runner, std::move(all));
+  next.selectPlace(kBerlin, RefreshTrigger::start);
+  runner.runAll();
+  next.runDue();
+  runner.runAll();
+  clock.set(kStart + 10min);
+  next.runDue();
+  EXPECT_TRUE(next.weather()->isShowingLiveNetatmoData);
+  ASSERT_EQ(next.nextDue(), kStart + 10min + 1ms);
+  clock.set(kStart + 10min + 1ms);
+  next.runDue();
+  EXPECT_FALSE(next.weather()->isShowingLiveNetatmoData);
+  EXPECT_EQ(next.weather()->weatherData->current.tempC, 1) << "the forecast's again";
 }
 
 TEST_F(AppStateTest, SpacesTheMovesOfTheDevice) {

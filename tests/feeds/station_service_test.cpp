@@ -161,6 +161,47 @@ TEST_F(Stations, NoStationIsNotTheSameAsNoAnswer) {
   EXPECT_EQ(reading.station(), nullptr);
 }
 
+/// Two public stations, the second of 9 °C.
+std::string publicStations(Instant now) {
+  std::string const when =
+      std::to_string(std::chrono::duration_cast<seconds>(now.time_since_epoch()).count());
+  auto const one = [&](std::string const& id, std::string const& celsius) {
+    return R"({"_id":")" + id + R"(","place":{"location":[13.4,52.5]},"measures":{"m":{"res":{")" + when +
+           R"(":[)" + celsius + R"(,80]},"type":["temperature","humidity"]}}})";
+  };
+  return R"({"status":"ok","body":[)" + one("a", "3") + "," + one("b", "9") + "]}";
+}
+
+TEST_F(Stations, OneOfThePublicOnesCanBeChosen) {
+  link(StationLinkKind::around);
+  ASSERT_TRUE(
+      StationLinkFile(folder_.path() / "station.json").change([](StationLink& link) { link.chosen = "b"; }));
+  http_.willAnswer(200, publicStations(clock_.now()));
+  StationsReading const reading = read();
+  ASSERT_NE(reading.station(), nullptr);
+  EXPECT_EQ(reading.station()->modules.front().value(StationQuantity::temperature), 9);
+  EXPECT_EQ(reading.together, std::nullopt) << "it is no median of several";
+  ASSERT_TRUE(StationLinkFile(folder_.path() / "station.json").change([](StationLink& link) {
+    link.chosen = "gone";
+  }));
+  http_.willAnswer(200, publicStations(clock_.now()));
+  EXPECT_EQ(read().station(), nullptr) << "another one was asked for before";
+}
+
+TEST_F(Stations, ForgetEverythingWhenTheyAreUnlinked) {
+  link(StationLinkKind::account);
+  http_.willAnswer(200, stations(clock_.now(), minutes(1)));
+  StationService service(http_, clock_,
+                         {"https://netatmo.test", folder_.path() / "station.json",
+                          folder_.path() / "kept.json", folder_.path() / "history.json"});
+  service.read(StationNeed::shown);
+  EXPECT_EQ(service.history().size(), 1U);
+  EXPECT_TRUE(service.unlink());
+  EXPECT_TRUE(service.history().empty());
+  for (char const* const name : {"station.json", "kept.json", "history.json"})
+    EXPECT_FALSE(std::filesystem::exists(folder_.path() / name)) << name;
+}
+
 TEST(StationAddress, IsAGatewaysWhereAHostAloneIsNamed) {
   for (auto const& [text, url] : {std::pair{"192.168.1.20", "http://192.168.1.20/get_livedata_info"},
                                   {"http://gw.lan/", "http://gw.lan/get_livedata_info"},

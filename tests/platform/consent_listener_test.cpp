@@ -77,12 +77,26 @@ TEST(ConsentListener, PassesOverStrangersAndASlowBrowser) {
   EXPECT_EQ(listener->wait("/nimbara", "right", "all done", "not this", seconds(20), {}), "good");
 }
 
+TEST(ConsentListener, EndsWhereTheConsentIsRefusedOrNobodyComes) {
+  auto const listener = ConsentListener::open(0);
+  ASSERT_TRUE(listener) << listener.error();
+  using Why = ConsentFailure::Kind;
+  EXPECT_EQ(listener->wait("/nimbara", "s", "", "", seconds(0), {}).error().kind, Why::late);
+  std::jthread const browser([port = listener->port()] {
+    EXPECT_NE(answerTo(port, "GET /nimbara?state=s&error=access_denied HTTP/1.1\r\n\r\n").find("no link"),
+              std::string::npos);
+  });
+  EXPECT_EQ(listener->wait("/nimbara", "s", "linked", "no link", seconds(20), {}).error(),
+            (ConsentFailure{Why::denied, "access_denied"}));
+}
+
 TEST(ConsentListener, EndsWhenItIsStopped) {
   auto const listener = ConsentListener::open(0);
   ASSERT_TRUE(listener) << listener.error();
   std::stop_source stop;
   stop.request_stop();
-  EXPECT_EQ(listener->wait("/", "s", "", "", seconds(20), stop.get_token()).error(), "interrupted");
+  EXPECT_EQ(listener->wait("/", "s", "", "", seconds(20), stop.get_token()).error().kind,
+            ConsentFailure::Kind::stopped);
 }
 
 }  // namespace

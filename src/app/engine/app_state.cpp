@@ -110,7 +110,8 @@ void AppState::show(Place const& place, ForecastAnswer const& answer) {
   change([&](WeatherState& state) {
     if (!selected_ || keyOf(*selected_) != keyOf(place)) return;
     state.weatherData = std::move(data);
-    state.isShowingLiveNetatmoData = station && station->isLive();
+    state.isShowingLiveNetatmoData = station && station->isLiveNetatmo();
+    stationEnds_ = station ? station->liveUntil() : std::nullopt;
     state.station = std::move(station);
     state.insight = ForecastInsight{answer.alerts, answer.superseded};
     state.lastUpdated = answer.answeredAt;
@@ -129,6 +130,7 @@ void AppState::selectPlace(std::optional<Place> place, RefreshTrigger trigger) {
         if (slot->isRunning) slot->stop.request_stop();
       }
       nowcastDue_.reset();
+      stationEnds_.reset();
       supplementalRetryDue_.reset();
       timerDue_.reset();
       retryDue_.reset();
@@ -153,6 +155,25 @@ void AppState::reshow() {
   auto const place = selectedPlace();
   if (!place) return;
   if (auto const kept = forecasts_()->cached(*place)) show(*place, *kept);
+}
+
+void AppState::stationChanged() {
+  {
+    std::lock_guard const lock(mutex_);
+    stationDue_.reset();
+  }
+  reshow();
+  tell(surroundings_.onDueChange);
+}
+
+/// What a station told so long ago is no present any more, whether or not anything newer comes.
+void AppState::endStation(Instant now) {
+  {
+    std::lock_guard const lock(mutex_);
+    if (!stationEnds_ || now <= *stationEnds_) return;
+    stationEnds_.reset();
+  }
+  reshow();
 }
 
 /// With the lock held and a place selected.
@@ -461,6 +482,7 @@ void AppState::runDue() {
   }
   if (trigger) requestRefresh(*trigger);
   startSupplemental(now);
+  endStation(now);
   startStation(now);
   startNowcast(now);
   startOthers(now);
@@ -491,6 +513,7 @@ std::optional<Instant> AppState::nextDue() {
   }
   if (wantsNowcast()) consider(nowcastDue_.value_or(now));
   if (wantsStation()) consider(stationDue_.value_or(now));
+  if (stationEnds_) consider(*stationEnds_ + std::chrono::milliseconds(1));
   if (!nonActiveNotificationRefreshTask_.isRunning) {
     for (Place const& place : others) clock(RefreshKind::nonActiveNotification, place);
   }

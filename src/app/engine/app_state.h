@@ -95,6 +95,8 @@ class AppState {
   void deviceMoved(LocationFix const& fix);
   /// Shows the cached forecast of the selected place again, as after a change of the forecasts' wording.
   void reshow();
+  /// Another station is linked, or none any more.
+  void stationChanged();
   void setForeground(bool isForeground);
   /// What supplemental feeds have of a place, unless another one is selected.
   void showGovAlerts(Place const& place, std::vector<WeatherAlert> alerts);
@@ -129,6 +131,7 @@ class AppState {
   void startNowcast(Instant now);
   bool wantsStation() const;
   void startStation(Instant now);
+  void endStation(Instant now);
   bool wantsNowcast() const;
   void finishSupplemental(Place const& place, SupplementalOutcome outcome, std::stop_token const& stop);
   std::vector<Place> otherPlaces() const;
@@ -154,7 +157,8 @@ class AppState {
   Slot supplementalRefreshTask_;
   std::optional<Instant> supplementalRetryDue_;
   Slot stationTask_;
-  std::optional<Instant> stationDue_;  ///< nothing: at once
+  std::optional<Instant> stationDue_;   ///< nothing: at once
+  std::optional<Instant> stationEnds_;  ///< its values are no part of the present any more
   Slot nowcastTask_;
   std::optional<Instant> nowcastDue_;  ///< of the selected place; nothing before it was asked for
   Slot nonActiveNotificationRefreshTask_;

@@ -6,6 +6,7 @@
 #include "app/engine/engine_options.h"
 #include "app/engine/engine_places.h"
 #include "app/engine/engine_settings.h"
+#include "app/engine/engine_stations.h"
 #include "app/engine/held_runner.h"
 #include "app/engine/location_follower.h"
 #include "app/engine/scheduler.h"
@@ -89,6 +90,7 @@ Engine::~Engine() {
   follower_ = {};
   scheduler_ = {};
   commands_->stop();
+  if (stations_) stations_->stop();
   device_->want(false);
   system_.reset();
   work_->stop();
@@ -172,9 +174,13 @@ void Engine::makeState() {
       return AppState::NowcastAnswer{std::move(reading), service.nextAsk(place.coordinate)};
     };
     all.overlayStation = [this](WeatherData& data) -> std::shared_ptr<StationShown const> {
-      auto reading = this->services()->feeds().stations().read(StationNeed::kept);
+      auto const services = this->services();
+      StationService& service = services->feeds().stations();
+      auto reading = service.read(StationNeed::kept);
       if (reading.kind == StationLinkKind::none) return nullptr;
-      return std::make_shared<StationShown>(overlaid(data, std::move(reading), clock_->now()));
+      auto shown = std::make_shared<StationShown>(overlaid(data, std::move(reading), clock_->now()));
+      if (!shown->isElsewhere) shown->history = service.history();
+      return shown;
     };
     all.refreshStation = [this](bool isForeground, std::stop_token const& stop) {
       auto const services = this->services();
@@ -198,6 +204,10 @@ void Engine::makeState() {
   all.jitter = requestJitter;
   all.isRemembered = !options_->leavesNoTrace;
   state_ = std::make_unique<AppState>(forecastsOf(services), *clock_, *held_, std::move(all));
+  if (!listener_) return;
+  stations_ = std::make_unique<EngineStations>(EngineStations::Surroundings{
+      feedsOf(services), [this] { return wording(); }, [this] { return state_->selectedPlace(); },
+      [this] { state_->stationChanged(); }, !standIn().empty()});
 }
 
 void Engine::makeNotifications() {

@@ -30,6 +30,7 @@ class EngineHazards;
 class EngineNotifications;
 class EnginePlaces;
 class EngineSettings;
+class EngineStations;
 class HeldRunner;
 class LocationFollower;
 class PowerAndNetwork;
@@ -107,6 +108,7 @@ class Engine final : public EngineActions {
 
   EngineGlobe& globe() { return *globe_; }
   EngineNotifications& notifications() { return *notifications_; }
+  EngineStations& stations() { return *stations_; }
 
  private:
   using PlaceChange = std::function<Result<void, std::string>(PlaceList&)>;
@@ -159,6 +161,7 @@ class Engine final : public EngineActions {
   std::unique_ptr<AppState> state_;
   std::unique_ptr<PowerAndNetwork> system_;        // made by a command
   std::unique_ptr<DesktopAppearance> appearance_;  // of the thread of the commands until the end
+  std::unique_ptr<EngineStations> stations_;       // where somebody looks
   std::unique_ptr<SatelliteFeed> satellites_;
   std::unique_ptr<EngineGlobe> globe_;
   std::unique_ptr<EngineNotifications> notifications_;

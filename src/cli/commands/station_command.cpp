@@ -1,16 +1,16 @@
 #include "app/services/feed_services.h"
 #include "app/services/forecast_service.h"
+#include "app/services/station_linking.h"
 #include "base/text/text.h"
-#include "base/uuid.h"
 #include "cli/cli.h"
 #include "cli/pages/station_page.h"
 #include "cli/run_context.h"
 #include "cli/terminal.h"
 #include "feeds/stations/station_shown.h"
 #include "platform/linux/child_process.h"
-#include "platform/linux/consent_listener.h"
 
 #include <algorithm>
+#include <fcntl.h>
 #include <iostream>
 #include <termios.h>
 #include <unistd.h>
@@ -20,11 +20,6 @@ namespace nimbara {
 namespace {
 
 using Action = StationOptions::Action;
-
-constexpr std::uint16_t kConsentPort = 8917;
-constexpr char kRedirect[] = "http://localhost:8917/nimbara";
-constexpr char kConsentPath[] = "/nimbara";
-constexpr std::chrono::minutes kConsentPatience{5};
 
 /// Nothing that is typed is shown while it lives.
 class HiddenInput {
@@ -51,7 +46,6 @@ class StationRun {
  public:
   StationRun(CommandLine const& line, Session const& session)
       : options_(line.station),
-
         session_(session),
         clock_(makeClock(line.common)),
         context_(line.common, session, *clock_, ownServices(line.common, WeatherProviderOption::automatic)) {}
@@ -112,40 +106,59 @@ class StationRun {
                     exitCode::kUsage);
     auto const linked = options_.hasToken ? adopt(std::move(link), isDemo) : consent(std::move(link));
     if (!linked) return linked;
-    service().forget();
     return show();
   }
 
   Done adopt(StationLink link, bool isDemo) {
     link.refreshToken = isDemo ? "demo" : ask("Refresh token: ", true);
     if (link.refreshToken.empty()) return failed("no refresh token was given", exitCode::kUsage);
-    return told(service().tokens().adopt(link, session_.stop));
+    return told(linkByToken(service(), link, session_.stop));
   }
 
   Done consent(StationLink link) {
-    auto const listener = ConsentListener::open(kConsentPort);
-    if (!listener) {
-      return failed("cannot listen on port 8917 of this computer: " + listener.error() +
-                    "; end the other program, or link with --token");
-    }
-    std::string const state = Uuid::random().text();
-    std::string const url = service().authorizeUrl(link.clientId, kRedirect, state);
-    session_.console.err("The redirect URI of your application must be " + std::string(kRedirect) + "\n");
-    session_.console.err("Confirm in the browser: " + url + "\n");
-    if (!options_.noBrowser) timedRunner(std::chrono::seconds(5), session_.stop)({"xdg-open", url});
-    auto const code = listener->wait(kConsentPath, state, texts().text("station.page.done"),
-                                     texts().text("station.page.failed"), kConsentPatience, session_.stop);
-    if (!code) return failed("the station was not linked: " + code.error());
-    return told(service().tokens().redeem(std::move(link), *code, kRedirect, session_.stop));
+    ConsentWays ways;
+    ways.open = [this](std::string const& url) {
+      session_.console.err("The redirect URI of your application must be " + std::string(kConsentRedirect) +
+                           "\n");
+      session_.console.err("Confirm in the browser: " + url + "\n");
+      if (!options_.noBrowser) openBrowser(url);
+    };
+    ways.done = texts().text("station.page.done");
+    ways.failed = texts().text("station.page.failed");
+    return told(linkByConsent(service(), std::move(link), ways, session_.stop));
   }
 
-  Done told(Result<void, StationProblem> const& outcome) {
-    if (outcome) return {};
-    if (outcome.error().kind == StationProblem::Kind::signInAgain)
-      return failed("the service does not accept the application or the token; check its ID and secret");
-    if (outcome.error().kind == StationProblem::Kind::tooMany)
-      return failed("the service has had too many requests; try again in an hour");
-    return failed("the station was not linked: " + context_.plain(outcome.error().failure));
+  /// It may be a browser's whole life until that program ends.
+  static void openBrowser(std::string const& url) {
+    int const nothing = open("/dev/null", O_RDWR | O_CLOEXEC);
+    pid_t browser = 0;
+    std::ignore =
+        spawn(browser, "xdg-open", {"xdg-open", url}, environmentVariables(), nothing, nothing, nothing);
+    if (nothing >= 0) close(nothing);
+  }
+
+  Done told(LinkEnd const& end) {
+    using Outcome = LinkEnd::Outcome;
+    switch (end.outcome) {
+      case Outcome::linked:
+        return {};
+      case Outcome::portTaken:
+        return failed("cannot listen on port 8917 of this computer: " + end.reason +
+                      "; end the other program, or link with --token");
+      case Outcome::refused:
+        return failed("the station was not linked: the service answered " + end.reason);
+      case Outcome::late:
+        return failed("the station was not linked: nobody came back from the browser in time");
+      case Outcome::notAccepted:
+        return failed("the service does not accept the application or the token; check its ID and secret");
+      case Outcome::tooMany:
+        return failed("the service has had too many requests; try again in an hour");
+      case Outcome::cancelled:
+      case Outcome::noPlace:
+      case Outcome::failed:
+        break;
+    }
+    return failed("the station was not linked: " + context_.plain(end.failure));
   }
 
   Done linkAddress() {
@@ -169,14 +182,14 @@ class StationRun {
   }
 
   Done unlink() {
-    if (auto const removed = service().file().remove(); !removed) return failed(removed.error());
-    service().forget();
+    if (auto const removed = service().unlink(); !removed) return failed(removed.error());
     if (options_.json) session_.console.out("{\"state\":\"notLinked\"}\n");
     return {};
   }
 
   Done choose() {
     if (!options_.place.empty()) return chooseAround();
+    if (auto const done = lookAtAccount(); !done) return done;
     StationsReading const reading = service().read(StationNeed::shown, session_.stop);
     auto const wanted = asciiLowered(options_.station);
     StationReading const* chosen = nullptr;
@@ -191,6 +204,14 @@ class StationRun {
                         : problem);
     }
     return change([id = chosen->id](StationLink& link) { link.chosen = id; });
+  }
+
+  /// The public stations of a place are not the account's.
+  Done lookAtAccount() {
+    auto const link = service().file().read();
+    if (!link || link->kind != StationLinkKind::around) return {};
+    if (auto const kept = service().file().change(toAccount); !kept) return failed(kept.error());
+    return {};
   }
 
   Done chooseAround() {

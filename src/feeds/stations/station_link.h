@@ -59,6 +59,15 @@ inline constexpr auto jsonFields<StationLink> = FieldList{field("kind", &Station
                                                           field("latitude", &StationLink::latitude),
                                                           field("longitude", &StationLink::longitude)};
 
+/// From public stations back to those of the account.
+inline void toAccount(StationLink& link) {
+  link.kind = StationLinkKind::account;
+  link.chosen.clear();
+  link.name.clear();
+  link.latitude.reset();
+  link.longitude.reset();
+}
+
 class StationLinkFile {
  public:
   /// An empty path: there is never a link.

@@ -68,6 +68,7 @@ StationService::StationService(HttpClient& http, Clock const& clock, Options opt
       clock_(clock),
       options_(std::move(options)),
       file_(options_.linkFile),
+      history_(options_.historyFile),
       tokens_(http, clock, options_.netatmoBase, file_) {}
 
 std::string StationService::authorizeUrl(std::string const& clientId, std::string const& redirect,
@@ -83,6 +84,22 @@ void StationService::forget() {
   kept_.reset();
   std::error_code ignored;
   if (!options_.cacheFile.empty()) std::filesystem::remove(options_.cacheFile, ignored);
+}
+
+Result<void, std::string> StationService::unlink() {
+  if (auto const removed = file_.remove(); !removed) return removed;
+  forget();
+  history_.remove();
+  return {};
+}
+
+std::vector<StationSample> StationService::history() const {
+  auto const link = file_.read();
+  if (!link || link->kind == StationLinkKind::none) return {};
+  StationsReading const reading = readingOf(*link, kept(*link).value_or(StationsKept{}));
+  StationReading const* const station = reading.station();
+  if (station == nullptr) return {};
+  return history_.read(nameOf(*link), *station, clock_.now());
 }
 
 /// Of this link and no other.
@@ -157,7 +174,10 @@ StationsReading StationService::keep(StationLink const& link, Told told) {
   if (!options_.cacheFile.empty()) std::ignore = writeFileAtomically(options_.cacheFile, encodeJson(record));
   std::lock_guard const lock(keptMutex_);
   kept_ = record;
-  return readingOf(link, std::move(record));
+  StationsReading reading = readingOf(link, std::move(record));
+  if (StationReading const* const station = reading.station(); station != nullptr && reading.checkedAt == now)
+    history_.note(nameOf(link), *station, now);
+  return reading;
 }
 
 StationService::Told StationService::ask(StationLink const& link, std::stop_token const& stop) {
@@ -176,6 +196,10 @@ StationService::Told StationService::ask(StationLink const& link, std::stop_toke
   if (link.kind == StationLinkKind::around) {
     auto all = around({link.latitude.value_or(0), link.longitude.value_or(0)}, stop);
     if (!all) return std::unexpected(all.error());
+    if (!link.chosen.empty()) {
+      std::erase_if(all->nearest, [&](StationReading const& each) { return each.id != link.chosen; });
+      return StationsTold{std::move(all->nearest), {}};
+    }
     all->reading.name = link.name;
     return StationsTold{{std::move(all->reading)}, NeighbourCount{all->used, all->leftOut, all->withinKm}};
   }

@@ -5,6 +5,7 @@
 
 #include "feeds/stations/public_stations.h"
 #include "feeds/stations/station_document.h"
+#include "feeds/stations/station_history.h"
 #include "feeds/stations/station_source.h"
 #include "feeds/stations/station_tokens.h"
 
@@ -55,9 +56,10 @@ class StationService {
   static constexpr std::chrono::hours kRestAfterTooMany{1};
 
   struct Options {
-    std::string netatmoBase;          ///< "https://api.netatmo.com"
-    std::filesystem::path linkFile;   ///< empty: there is no link
-    std::filesystem::path cacheFile;  ///< empty: nothing outlives the process
+    std::string netatmoBase;                 ///< "https://api.netatmo.com"
+    std::filesystem::path linkFile;          ///< empty: there is no link
+    std::filesystem::path cacheFile;         ///< empty: nothing outlives the process
+    std::filesystem::path historyFile = {};  ///< empty: there is no history
   };
 
   StationService(HttpClient& http, Clock const& clock, Options options);
@@ -69,8 +71,13 @@ class StationService {
   /// What an address tells, asked now.
   Result<StationDocument, StationProblem> probe(std::string const& address, std::stop_token const& stop);
 
+  /// What the chosen station has measured in the last two days.
+  std::vector<StationSample> history() const;
+
   /// What is kept belongs to a link that was changed.
   void forget();
+  /// Forgets link, tokens, readings and history.
+  Result<void, std::string> unlink();
 
   StationLinkFile const& file() const { return file_; }
   StationTokens& tokens() { return tokens_; }
@@ -91,6 +98,7 @@ class StationService {
   Clock const& clock_;
   Options options_;
   StationLinkFile file_;
+  StationHistory history_;
   StationTokens tokens_;
   std::mutex turn_;               // of who asks
   mutable std::mutex keptMutex_;  // guards the next

@@ -1,8 +1,11 @@
 // What of the user's station is part of the forecast that is shown, and what is known of the rest.
 #pragma once
 
+#include "feeds/stations/station_history.h"
 #include "feeds/stations/station_overlay.h"
 #include "feeds/stations/station_service.h"
+
+#include <algorithm>
 
 namespace nimbara {
 
@@ -11,10 +14,22 @@ struct StationShown {
   std::vector<OverlaidValue> values;
   std::vector<DoubtedValue> doubts;
   bool isElsewhere = false;
+  std::vector<StationSample> history = {};  ///< of the last two days; not filled by everybody
 
   bool isLive() const { return !values.empty(); }
+  /// Netatmo's, the user's own or public ones, and not a gateway's.
+  bool isLiveNetatmo() const { return isLive() && reading.kind != StationLinkKind::address; }
+  /// When the oldest of its values is too old to be part of the present.
+  std::optional<Instant> liveUntil() const;
   bool operator==(StationShown const&) const = default;
 };
+
+inline std::optional<Instant> StationShown::liveUntil() const {
+  std::optional<Instant> oldest;
+  for (OverlaidValue const& value : values)
+    oldest = oldest ? std::min(*oldest, value.observedAt) : value.observedAt;
+  return oldest ? std::optional(*oldest + kStationLife) : std::nullopt;
+}
 
 /// Puts the station's values into the present of `data`, where they belong there.
 inline StationShown overlaid(WeatherData& data, StationsReading reading, Instant now) {

@@ -26,6 +26,8 @@ std::string nameOf(StationLink const& link) {
   if (link.latitude && link.longitude) {
     name += " " + fixedDecimal(*link.latitude, kDecimals) + "," + fixedDecimal(*link.longitude, kDecimals);
   }
+  // One of the public stations is asked for otherwise than all of them together.
+  if (link.kind == StationLinkKind::around && !link.chosen.empty()) name += " " + link.chosen;
   return name;
 }
 

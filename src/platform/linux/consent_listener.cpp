@@ -124,10 +124,10 @@ std::uint16_t ConsentListener::port() const {
   return ntohs(address.sin_port);
 }
 
-Result<std::string, std::string> ConsentListener::wait(std::string_view path, std::string_view state,
-                                                       std::string_view done, std::string_view failed,
-                                                       milliseconds limit,
-                                                       std::stop_token const& stop) const {
+Result<std::string, ConsentFailure> ConsentListener::wait(std::string_view path, std::string_view state,
+                                                          std::string_view done, std::string_view failed,
+                                                          milliseconds limit,
+                                                          std::stop_token const& stop) const {
   auto const end = steady_clock::now() + limit;
   while (steady_clock::now() < end && !stop.stop_requested()) {
     pollfd file{descriptor_, POLLIN, 0};
@@ -140,9 +140,11 @@ Result<std::string, std::string> ConsentListener::wait(std::string_view path, st
            came.kind == Kind::code ? done : failed);
     close(connection);
     if (came.kind == Kind::code) return std::move(came.value);
-    if (came.kind == Kind::denied) return std::unexpected("the service answered " + came.value);
+    if (came.kind == Kind::denied)
+      return std::unexpected(ConsentFailure{ConsentFailure::Kind::denied, std::move(came.value)});
   }
-  return std::unexpected(stop.stop_requested() ? "interrupted" : "nobody came back from the browser in time");
+  using Why = ConsentFailure::Kind;
+  return std::unexpected(ConsentFailure{stop.stop_requested() ? Why::stopped : Why::late});
 }
 
 }  // namespace nimbara

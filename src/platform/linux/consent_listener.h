@@ -29,6 +29,20 @@ struct ConsentReturn {
 /// Of the first line of a request: "GET /nimbara?state=…&code=… HTTP/1.1". Pure; any bytes may be given.
 ConsentReturn consentReturn(std::string_view request, std::string_view path, std::string_view state);
 
+/// Why there is no code.
+struct ConsentFailure {
+  enum class Kind {
+    denied,  ///< by the user, or by the service for the reason in `reason`
+    late,    ///< nobody came in time
+    stopped
+  };
+
+  Kind kind = Kind::late;
+  std::string reason = {};
+
+  bool operator==(ConsentFailure const&) const = default;
+};
+
 class ConsentListener {
  public:
   /// The error is a clause: the port is taken.
@@ -38,12 +52,12 @@ class ConsentListener {
   ConsentListener& operator=(ConsentListener const&) = delete;
   ~ConsentListener();
 
-  /// The code, or a clause: denied, nobody came in time, or `stop`. `done` and `failed` are what the browser
-  /// shows, in plain text. A browser that sends nothing is waited for a second, the next one meanwhile
-  /// not.
-  Result<std::string, std::string> wait(std::string_view path, std::string_view state, std::string_view done,
-                                        std::string_view failed, std::chrono::milliseconds limit,
-                                        std::stop_token const& stop) const;
+  /// `done` and `failed` are what the browser shows, in plain text. A browser that sends nothing is waited
+  /// for a second, the next one meanwhile not.
+  Result<std::string, ConsentFailure> wait(std::string_view path, std::string_view state,
+                                           std::string_view done, std::string_view failed,
+                                           std::chrono::milliseconds limit,
+                                           std::stop_token const& stop) const;
   std::uint16_t port() const;
 
  private:

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/engine/engine_actions.h"
+#include "app/engine/station_actions.h"
 
 #include <QCoreApplication>
 #include <QMetaObject>
@@ -22,6 +23,7 @@ struct WindowActions {
   EngineActions& engine = nobody<EngineActions>();
   GlobeActions* globe = nullptr;  ///< without, the globe waits for nothing
   NotificationActions& notifications = nobody<NotificationActions>();
+  StationActions& stations = nobody<StationActions>();
 };
 
 /// A listener for any thread: `show(model, answer)` runs later, on the window's, unless the model has gone.
