@@ -49,6 +49,7 @@ declare -A rooms=(
   [feeds/meteoalarm]="alerts awareness cap fetching regions"
   [feeds/nowcast]="fetching"
   [feeds/nws]="cap fetching"
+  [feeds/outlook]="fetching"
   [feeds/quakes]="fetching"
   [feeds/space]="fetching"
   [feeds/stations]="fetching"

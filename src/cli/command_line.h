@@ -47,6 +47,7 @@ struct ForecastOptions {
   bool raw = false;
   bool json = false;
   bool ascii = false;
+  bool outlook = false;
   bool demoIfOffline = false;
   int width = 0;  ///< 0: the terminal's
 };

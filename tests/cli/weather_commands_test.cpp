@@ -54,6 +54,21 @@ TEST_F(WeatherCommands, ServeAForecastFromTheCacheWhileItIsFresh) {
       << "the network is back";
 }
 
+TEST_F(WeatherCommands, AddTheDaysBeyondTheForecastWhereAskedTo) {
+  EXPECT_THAT(run({"forecast", "1,2"}).out, Not(HasSubstr("Outlook")));
+  CliRun const json = run({"forecast", "1,2", "--outlook", "--json"});
+  EXPECT_THAT(json.out, HasSubstr(R"("outlook":{"state":"current","checkedAt":"2026-11-21T09:20:00Z",)"
+                                  R"("reason":null,"days":[{"date":"2026-11-28",)"))
+      << "the first after seven days";
+  EXPECT_THAT(json.out, HasSubstr(R"({"date":"2026-12-06",)")) << "the sixteenth";
+  EXPECT_THAT(run({"forecast", "1,2", "--outlook"}).out,
+              HasSubstr("expect a tendency rather than a forecast. Source: Open-Meteo."));
+  goOffline();
+  CliRun const offline = run({"forecast", "1,2", "--outlook"});
+  EXPECT_EQ(offline.exitCode, 0);
+  EXPECT_THAT(offline.out, HasSubstr("Could not check the days beyond the forecast. Reason: "));
+}
+
 /// A week's forecast, found eight days later.
 TEST_F(WeatherCommands, SayThatAForecastHasEnded) {
   ASSERT_EQ(run({"forecast", "1,2"}).exitCode, 0);

@@ -1,6 +1,8 @@
 #include "desktop/views/hours_view.h"
 
+#include "desktop/views/outlook_view.h"
 #include "desktop/views/places/places_view.h"
+#include "model/process.h"
 #include "states.h"
 
 #include <gmock/gmock.h>
@@ -65,6 +67,42 @@ TEST(DayViews, ShareOneScaleAndBeginToday) {
   EXPECT_EQ(views[1].barFrom, 0);
   EXPECT_EQ(views[2].barTo, 1);
   EXPECT_EQ(views[0].sentence, "Today, Partly Cloudy, high 20°, low 10°, Wind 10\u00A0km/h");
+}
+
+TEST(DayViews, ShareTheirScaleWithTheOutlook) {
+  WeatherData const data = mildWeek();
+  DailyForecast frost;
+  frost.date = data.daily.back().date + std::chrono::days(1);
+  frost.minTempC = -20;
+  frost.maxTempC = 0;
+  auto const [days, beyond] = dayLists(data, {frost}, contextAt(kNow));
+  ASSERT_THAT(beyond, SizeIs(1));
+  EXPECT_EQ(beyond[0].barFrom, 0);
+  EXPECT_EQ(beyond[0].barTo, 0.5);
+  EXPECT_EQ(days[0].barFrom, 0.75);
+  EXPECT_EQ(days[0].barTo, 1);
+}
+
+TEST(Outlook, SaysWhatItHasOrWhyThereIsNone) {
+  SavedPlace const place = savedPlace("Testville", {1, 2});
+  OutlookState state;
+  EXPECT_FALSE(outlookView(state, false, contextAt(kNow)).isShown) << "nobody has looked";
+  state.place = Place{place.coordinate, place.name, {}, {}};
+  state.isAsking = true;
+  EXPECT_EQ(outlookView(state, false, contextAt(kNow)).notice, "Loading forecast…");
+  state.isAsking = false;
+  state.days = {FeedState::failed, {}, {}, kNow, ServiceFailure::of(ServiceFailure::Kind::noAnswer)};
+  EXPECT_THAT(outlookView(state, false, contextAt(kNow)).notice,
+              testing::StartsWith("Could not check the days beyond the forecast. Reason: "));
+  state.days = {FeedState::current, {}, kNow, {}, {}};
+  EXPECT_EQ(outlookView(state, false, contextAt(kNow)).notice, "There are no days beyond the forecast.");
+  WeatherData const data = mildWeek();
+  Date const last = calendarOf(data, contextAt(kNow).fallback).day(data.daily.back().date);
+  state.days.data = {{last, 1, 2, {}, {}, {}, {}},
+                     {Date(std::chrono::sys_days(last) + std::chrono::days(1)), 3, 4, {}, {}, {}, {}}};
+  EXPECT_THAT(daysBeyond(state, state.place, data, contextAt(kNow)), SizeIs(1))
+      << "the forecast ends the day before";
+  EXPECT_THAT(daysBeyond(state, Place{{3, 4}, "Elsewhere", {}, {}}, data, contextAt(kNow)), IsEmpty());
 }
 
 TEST(DayViews, GiveATemperatureOneColourOnEveryDay) {

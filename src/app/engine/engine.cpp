@@ -4,6 +4,7 @@
 #include "app/engine/engine_hazards.h"
 #include "app/engine/engine_notifications.h"
 #include "app/engine/engine_options.h"
+#include "app/engine/engine_outlook.h"
 #include "app/engine/engine_places.h"
 #include "app/engine/engine_settings.h"
 #include "app/engine/engine_stations.h"
@@ -164,6 +165,7 @@ void Engine::makeState() {
                                       state_->showSupplement(place, std::move(known));
                                     },
                                     [this] { return clock_->now(); }});
+    outlook_ = std::make_unique<EngineOutlook>(feedsOf(services), *held_, [this] { publish(); });
     all.refreshSupplemental = [this](Place const& place, std::stop_token const& stop) {
       return hazards_->refresh(place, stop);
     };
@@ -356,6 +358,7 @@ void Engine::publish() {
   snapshot->weather = state_->weather();
   snapshot->place = state_->selectedPlace();
   snapshot->hazards = hazards_->state();
+  snapshot->outlook = outlook_->state();
   snapshot->notifications = notifications_->state();
   snapshot->settings = settings_->state();
   snapshot->wording = settings_->wording();

@@ -28,6 +28,7 @@ class DesktopAppearance;
 class EngineGlobe;
 class EngineHazards;
 class EngineNotifications;
+class EngineOutlook;
 class EnginePlaces;
 class EngineSettings;
 class EngineStations;
@@ -103,6 +104,7 @@ class Engine final : public EngineActions {
 
   void lookAtHazards() override;
   void lookAtSources() override;
+  void lookAhead() override;
   void setQuakeRadius(double km) override;
   void setQuakeMagnitude(double least) override;
 
@@ -158,6 +160,7 @@ class Engine final : public EngineActions {
   std::unique_ptr<HeldRunner> held_;      // the same, not before the window is shown
   std::unique_ptr<ThreadPool> commands_;  // what is asked for, one after the other
   std::unique_ptr<EngineHazards> hazards_;
+  std::unique_ptr<EngineOutlook> outlook_;
   std::unique_ptr<AppState> state_;
   std::unique_ptr<PowerAndNetwork> system_;        // made by a command
   std::unique_ptr<DesktopAppearance> appearance_;  // of the thread of the commands until the end

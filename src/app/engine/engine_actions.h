@@ -58,6 +58,8 @@ class EngineActions {
   virtual void lookAtHazards() {}
   /// Of official warnings.
   virtual void lookAtSources() {}
+  /// At the days beyond the forecast of the place that is shown.
+  virtual void lookAhead() {}
   virtual void setQuakeRadius(double km);
   virtual void setQuakeMagnitude(double least);
 };

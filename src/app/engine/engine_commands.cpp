@@ -4,6 +4,7 @@
 #include "app/engine/engine_hazards.h"
 #include "app/engine/engine_notifications.h"
 #include "app/engine/engine_options.h"
+#include "app/engine/engine_outlook.h"
 #include "app/engine/engine_places.h"
 #include "app/engine/engine_settings.h"
 #include "app/engine/held_runner.h"
@@ -51,6 +52,13 @@ void Engine::lookAtHazards() {
 
 void Engine::lookAtSources() {
   run([this] { hazards_->lookAtPlaces(); });
+}
+
+void Engine::lookAhead() {
+  run([this] {
+    auto const place = state_->selectedPlace();
+    if (outlook_ && place) outlook_->look(*place);
+  });
 }
 
 void Engine::setQuakeRadius(double km) {

@@ -9,6 +9,7 @@
 #include "feeds/imagery/radar_service.h"
 #include "feeds/imagery/tile_service.h"
 #include "feeds/nowcast/nowcast_service.h"
+#include "feeds/outlook/outlook_service.h"
 #include "feeds/quakes/earthquake_service.h"
 #include "feeds/quakes/emsc_service.h"
 #include "feeds/regions/region_update.h"
@@ -84,6 +85,10 @@ NowcastService::Options nowcastOptions(ServiceDirectory const& services,
   return options;
 }
 
+OutlookService::Options outlookOptions(ServiceAddress address) {
+  return {std::move(address.baseUrl), std::move(address.apiKey)};
+}
+
 RadarService::Bases radarBases(ServiceDirectory const& services) {
   RadarService::Bases bases;
   for (RadarSupplier const& supplier : radarSuppliers())
@@ -140,6 +145,7 @@ struct FeedServices::Parts {
                           advisoryDirectory(services, options.cacheDirectory)}),
         lightning(http, clock, services.address(Service::lightning).baseUrl),
         nowcast(http, clock, nowcastOptions(services, options.cacheDirectory)),
+        outlook(http, clock, outlookOptions(services.address(Service::openMeteo))),
         imageryRequests(http, clock),
         radar(imageryRequests, clock, radarBases(services)),
         tiles(imageryRequests, clock, tileDirectory(services, options.cacheDirectory)),
@@ -162,6 +168,7 @@ struct FeedServices::Parts {
   TravelAdvisoryService travelAdvisories;
   HttpLightningSource lightning;
   NowcastService nowcast;
+  OutlookService outlook;
   ImageryRequests imageryRequests;
   RadarService radar;
   TileService tiles;
@@ -232,6 +239,10 @@ LightningSource& FeedServices::lightning() {
 
 NowcastService& FeedServices::nowcast() {
   return parts_->nowcast;
+}
+
+OutlookService& FeedServices::outlook() {
+  return parts_->outlook;
 }
 
 RadarService& FeedServices::radar() {

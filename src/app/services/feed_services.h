@@ -25,6 +25,7 @@ class KpForecastService;
 class LightningSource;
 class NWSAlertService;
 class NowcastService;
+class OutlookService;
 class RadarService;
 class Regions;
 class ServiceDirectory;
@@ -68,6 +69,7 @@ class FeedServices {
   TravelAdvisoryService& travelAdvisories();
   LightningSource& lightning();
   NowcastService& nowcast();
+  OutlookService& outlook();
   RadarService& radar();
   TileService& tiles();
   StationService& stations();

@@ -4,6 +4,7 @@
 #include "app/services/wording.h"
 #include "app/state/hazards_state.h"
 #include "app/state/notifications_state.h"
+#include "app/state/outlook_state.h"
 #include "app/state/places_state.h"
 #include "app/state/settings_state.h"
 #include "app/state/weather_state.h"
@@ -21,6 +22,7 @@ struct EngineSnapshot {
   KeptForecasts kept;
   std::shared_ptr<HazardsState const> hazards = std::make_shared<HazardsState>();
   std::shared_ptr<NotificationsState const> notifications = std::make_shared<NotificationsState>();
+  std::shared_ptr<OutlookState const> outlook = std::make_shared<OutlookState>();
   bool closesToTray = true;  ///< where there is a tray
   LocationState location;
   std::optional<StoreError> problem;  ///< why places could not be read or changed

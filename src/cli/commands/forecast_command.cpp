@@ -1,7 +1,9 @@
 #include "app/services/feed_services.h"
 #include "app/services/forecast_service.h"
+#include "app/services/outlook_days.h"
 #include "app/words/coverage_text.h"
 #include "app/words/nowcast_text.h"
+#include "app/words/outlook_text.h"
 #include "base/json/json.h"
 #include "cli/cli.h"
 #include "cli/nowcast_look.h"
@@ -39,7 +41,32 @@ struct Beside {
   NowcastReading nowcast;
   NowcastText nowcastText;
   StationShown station;
+  std::optional<FeedReading<std::vector<OutlookDay>>> outlook;  ///< where that was asked for
 };
+
+void writeOutlook(JsonWriter& json, FeedReading<std::vector<OutlookDay>> const& reading, Date last) {
+  json.beginObject();
+  json.member("state", reading.state);
+  json.memberOrNull("checkedAt", reading.checkedAt);
+  json.memberOrNull("reason", reading.failure ? std::optional(sentenceOf(*reading.failure)) : std::nullopt);
+  json.key("days");
+  json.beginList();
+  for (OutlookDay const& day : reading.data) {
+    if (day.date <= last) continue;
+    json.separate();
+    json.beginObject();
+    json.member("date", formatDate(day.date));
+    json.member("minTempC", day.lowestC);
+    json.member("maxTempC", day.highestC);
+    json.memberOrNull("weatherCode", day.weatherCode);
+    json.memberOrNull("precipitationChance", day.chance);
+    json.memberOrNull("precipMM", day.precipMM);
+    json.memberOrNull("windSpeedKmph", day.windKmph);
+    json.endObject();
+  }
+  json.endList();
+  json.endObject();
+}
 
 /// The records, each with the kind of event that says it more truly, where one does.
 void writeAlerts(JsonWriter& json, ForecastAnswer const& answer) {
@@ -57,7 +84,7 @@ void writeAlerts(JsonWriter& json, ForecastAnswer const& answer) {
   json.endList();
 }
 
-std::string json(ForecastAnswer const& answer, Beside const& beside, Instant now) {
+std::string json(ForecastAnswer const& answer, Beside const& beside, Calendar const& calendar, Instant now) {
   JsonWriter writer;
   writer.beginObject();
   writer.memberOrNull("provider", answer.provider);
@@ -72,6 +99,10 @@ std::string json(ForecastAnswer const& answer, Beside const& beside, Instant now
   writer.key("nowcast");
   bool const isFailed = beside.nowcast.state == NowcastReading::State::failed;
   writeNowcast(writer, beside.nowcast, isFailed ? std::nullopt : std::optional(beside.nowcastText.sentence));
+  if (beside.outlook && !answer.data.daily.empty()) {
+    writer.key("outlook");
+    writeOutlook(writer, *beside.outlook, calendar.day(answer.data.daily.back().date));
+  }
   bool const isLinked = beside.station.reading.kind != StationLinkKind::none;
   if (isLinked) {
     writer.key("sources");
@@ -123,6 +154,8 @@ class ForecastRun {
       auto reading = context.app().feeds().stations().read(StationNeed::shown, session_.stop);
       beside.station = overlaid(answer->data, std::move(reading), clock_->now());
     }
+    if (options_.outlook && !options_.raw)
+      beside.outlook = context.app().feeds().outlook().fetch(place->coordinate, session_.stop);
     if (look) beside.official = look->answer(kPatience, session_.stop);
     if (nowcast) adopt(beside, nowcast->answer(kNowcastPatience, session_.stop), answer->data, context);
     session_.console.out(rendered(*answer, beside, context));
@@ -167,16 +200,20 @@ class ForecastRun {
 
   std::string rendered(ForecastAnswer const& answer, Beside const& beside, RunContext const& context) const {
     if (options_.raw) return encodeJson(*answer.response) + "\n";
-    if (options_.json) return json(answer, beside, clock_->now());
+    Calendar const calendar = calendarOf(answer.data, session_.environment.machineCalendar);
+    if (options_.json) return json(answer, beside, calendar, clock_->now());
     ReportOptions report;
     report.width = options_.width > 0 ? options_.width : widthOf(session_);
     report.style = styleOf(session_, options_.ascii);
     report.units = common_.units;
     report.now = clock_->now();
     report.standIn = context.servicesBase();
-    Calendar const calendar = calendarOf(answer.data, session_.environment.machineCalendar);
     report.warnings = beside.official.alerts;
     report.coverage = coverageLines(beside.official.coverage, context.texts(), calendar, clock_->now());
+    if (beside.outlook) {
+      report.outlook = outlookDays(beside.outlook->data, answer.data, calendar);
+      report.outlookNote = outlookNote(*beside.outlook, !report.outlook.empty(), context.texts());
+    }
     report.station = stationLines(beside.station, context);
     if (beside.nowcast.state != NowcastReading::State::none) report.nowcast = beside.nowcastText.line();
     report.isCoverageDoubtful = mostPressing(beside.official.coverage).state == CoverageState::unchecked;

@@ -38,6 +38,13 @@ struct Columns {
   }
 };
 
+std::string wrappedLines(std::string const& text, ReportContext const& context) {
+  std::string out;
+  for (std::string const& line : wrapped(context.style().text(text), context.options.width - 1))
+    out += " " + line + "\n";
+  return out;
+}
+
 class Table {
  public:
   Table(WeatherData const& data, ReportContext const& context)
@@ -46,14 +53,25 @@ class Table {
         columns_(context.options.width, clockWidth(context), labelWidth(data, context)) {
     lowest_ = std::ranges::min(data.daily, {}, &DailyForecast::minTempC).minTempC;
     highest_ = std::ranges::max(data.daily, {}, &DailyForecast::maxTempC).maxTempC;
+    for (DailyForecast const& day : context.options.outlook) {
+      lowest_ = std::min(lowest_, day.minTempC);
+      highest_ = std::max(highest_, day.maxTempC);
+    }
   }
 
-  std::string str() const {
+  std::string rows(std::vector<DailyForecast> const& days) const {
     std::string out;
-    for (DailyForecast const& day : data_.daily) {
+    for (DailyForecast const& day : days) {
       if (!isOver(day)) out += row(day);
     }
-    return out.empty() ? ended() : out;
+    return out;
+  }
+
+  /// In place of days that are none any more.
+  std::string ended() const {
+    std::string const day =
+        context_.words.format(data_.daily.back().date, context_.texts.text("report.dateFormat"));
+    return wrappedLines(context_.texts.format("report.ended", day), context_);
   }
 
  private:
@@ -79,18 +97,6 @@ class Table {
   /// Some answers begin with yesterday.
   bool isOver(DailyForecast const& day) const {
     return daysBetween(context_.calendar.day(day.date), context_.calendar.day(context_.options.now)) > 0;
-  }
-
-  /// In place of days that are none any more.
-  std::string ended() const {
-    std::string const day =
-        context_.words.format(data_.daily.back().date, context_.texts.text("report.dateFormat"));
-    std::string out;
-    for (std::string const& line :
-         wrapped(style().text(context_.texts.format("report.ended", day)), context_.options.width - 1)) {
-      out += " " + line + "\n";
-    }
-    return out;
   }
 
   std::string row(DailyForecast const& day) const {
@@ -193,7 +199,17 @@ class Table {
 }  // namespace
 
 std::string dayTable(WeatherData const& data, ReportContext const& context) {
-  return data.daily.empty() ? std::string() : Table(data, context).str();
+  if (data.daily.empty()) return {};
+  Table const table(data, context);
+  std::string rows = table.rows(data.daily);
+  return rows.empty() ? table.ended() : rows;
+}
+
+std::string outlookTable(WeatherData const& data, ReportContext const& context) {
+  if (data.daily.empty()) return {};
+  std::string const& note = context.options.outlookNote;
+  return Table(data, context).rows(context.options.outlook) +
+         (note.empty() ? std::string() : wrappedLines(note, context));
 }
 
 }  // namespace nimbara

@@ -46,6 +46,7 @@ class Report {
     std::string out = heading() + warnings() + "\n" + present() + station() + nowcast();
     out += section("report.next24", hourStrip(data_, context_));
     out += section("report.days", dayTable(data_, context_));
+    out += section("report.outlook", outlookTable(data_, context_));
     out += section("report.sunMoon", sunAndMoon());
     return out + "\n" + footer();
   }

@@ -22,10 +22,12 @@ struct ReportOptions {
   Instant now;
   std::vector<WeatherAlert> warnings;  ///< official ones, most severe first
   std::vector<std::string>
-      coverage;         ///< how the official ones were checked, a sentence each without a full stop
-  std::string nowcast;  ///< of the next two hours; empty where nobody offers it
-  std::vector<std::string> station;  ///< what of the present is the user's station's, and what is not
-  bool isCoverageDoubtful = false;   ///< such a sentence says that they could not be
+      coverage;  ///< how the official ones were checked, a sentence each without a full stop
+  std::vector<DailyForecast> outlook = {};  ///< days beyond the forecast
+  std::string outlookNote = {};             ///< what they are worth, or why there are none; may be empty
+  std::string nowcast;                      ///< of the next two hours; empty where nobody offers it
+  std::vector<std::string> station;         ///< what of the present is the user's station's, and what is not
+  bool isCoverageDoubtful = false;          ///< such a sentence says that they could not be
   std::string standIn;  ///< the address that stands in for the services, empty for the services themselves
 };
 
@@ -50,5 +52,7 @@ std::string hourStrip(WeatherData const& data, ReportContext const& context);
 
 /// One line a day with a bar of its temperatures on the scale of all days. Empty without days.
 std::string dayTable(WeatherData const& data, ReportContext const& context);
+/// The like for the days beyond it, on the same scale.
+std::string outlookTable(WeatherData const& data, ReportContext const& context);
 
 }  // namespace nimbara

@@ -25,7 +25,8 @@ Column {
     required property string wind
     required property string sentence
 
-    readonly property bool isOpen: App.openDay === index
+    property bool hasHours: true  // a day of the outlook has none
+    readonly property bool isOpen: hasHours && App.openDay === index
     readonly property bool isWide: width >= 640 * Theme.scale
     readonly property bool isTight: width < 300 * Theme.scale  // two lines
 
@@ -33,13 +34,13 @@ Column {
         id: row
         width: day.width
         height: (day.isTight ? 104 : 56) * Theme.scale
-        onClicked: App.openDay = day.isOpen ? -1 : day.index
-        isExpandable: true
+        onClicked: if (day.hasHours) App.openDay = day.isOpen ? -1 : day.index
+        isExpandable: day.hasHours
         isExpanded: day.isOpen
         Accessible.name: day.sentence
         background: Rectangle {
             radius: 10
-            color: row.hovered ? Theme.raised : "transparent"
+            color: row.hovered && day.hasHours ? Theme.raised : "transparent"
             opacity: row.visualFocus || row.hovered ? 1 : 0
             border.width: row.visualFocus ? 2 : 0
             border.color: Theme.accent

@@ -205,14 +205,26 @@ std::vector<HourView> hourViews(WeatherData const& data, ViewContext const& cont
   return viewsOf(hours.first(static_cast<std::size_t>(beyond - hours.begin())), data, context);
 }
 
-std::vector<DayView> dayViews(WeatherData const& data, ViewContext const& context) {
+DayLists dayLists(WeatherData const& data, std::vector<DailyForecast> const& beyond,
+                  ViewContext const& context) {
   Calendar const calendar = calendarOf(data, context.fallback);
   auto const days = daysAhead(data, context);
-  Range const range = rangeOf(days, &DailyForecast::minTempC, &DailyForecast::maxTempC);
-  std::vector<DayView> views;
-  views.reserve(days.size());
-  for (DailyForecast const& day : days) views.push_back(dayView(day, data, range, calendar, context));
-  return views;
+  Range range = rangeOf(days, &DailyForecast::minTempC, &DailyForecast::maxTempC);
+  if (!days.empty() && !beyond.empty()) {
+    Range const farther = rangeOf(beyond, &DailyForecast::minTempC, &DailyForecast::maxTempC);
+    range = {std::min(range.lowest, farther.lowest), std::max(range.highest, farther.highest)};
+  }
+  auto const viewsOn = [&](auto const& list) {
+    std::vector<DayView> views;
+    views.reserve(list.size());
+    for (DailyForecast const& day : list) views.push_back(dayView(day, data, range, calendar, context));
+    return views;
+  };
+  return {viewsOn(days), viewsOn(beyond)};
+}
+
+std::vector<DayView> dayViews(WeatherData const& data, ViewContext const& context) {
+  return dayLists(data, {}, context).days;
 }
 
 std::vector<HourView> dayHourViews(WeatherData const& data, std::size_t index, ViewContext const& context) {

@@ -86,7 +86,14 @@ inline constexpr auto viewFields<DayView> = FieldList{
 
 /// The next 24 hours.
 std::vector<HourView> hourViews(WeatherData const& data, ViewContext const& context);
-/// Today and the days after it, at most seven.
+/// Today and the days after it, at most seven, and the days of the outlook on the same scale.
+struct DayLists {
+  std::vector<DayView> days;
+  std::vector<DayView> beyond;
+};
+DayLists dayLists(WeatherData const& data, std::vector<DailyForecast> const& beyond,
+                  ViewContext const& context);
+/// Those without an outlook.
 std::vector<DayView> dayViews(WeatherData const& data, ViewContext const& context);
 /// The hours of the day that stands at `index` of `dayViews`; of today those that are left.
 std::vector<HourView> dayHourViews(WeatherData const& data, std::size_t index, ViewContext const& context);

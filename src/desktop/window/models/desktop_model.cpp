@@ -5,6 +5,7 @@
 #include "desktop/views/hazards/elsewhere_view.h"
 #include "desktop/views/now_view.h"
 #include "desktop/views/nowcast_view.h"
+#include "desktop/views/outlook_view.h"
 #include "desktop/views/problem_text.h"
 #include "desktop/window/words.h"
 #include "feeds/regions/regions.h"
@@ -126,6 +127,8 @@ DesktopModel::DesktopModel(Setting setting, WindowActions actions, QObject* pare
       tiles_(new RecordListModel(this)),
       hours_(new RecordListModel(this)),
       days_(new RecordListModel(this)),
+      daysBeyond_(new RecordListModel(this)),
+      outlook_(new RecordModel(this)),
       dayHours_(new RecordListModel(this)),
       places_(new RecordListModel(this)),
       found_(new RecordListModel(this)),
@@ -227,8 +230,12 @@ void DesktopModel::showNowcast(ViewContext const& context) {
 }
 
 void DesktopModel::showDays(WeatherData const& data, ViewContext const& context) {
-  auto const days = dayViews(data, context);
+  OutlookState const& outlook = *snapshot_->outlook;
+  auto const [days, beyond] =
+      dayLists(data, nimbara::daysBeyond(outlook, snapshot_->place, data, context), context);
   days_->show(days);
+  daysBeyond_->show(beyond);
+  outlook_->show(outlookView(outlook, !beyond.empty(), context));
   bool const isOpen = openDay_ >= 0 && openDay_ < static_cast<int>(days.size());
   auto const index = static_cast<std::size_t>(openDay_);
   dayHours_->show(isOpen ? dayHourViews(data, index, context) : std::vector<HourView>());
@@ -248,6 +255,10 @@ TrayView DesktopModel::tray() const {
   bool const isMarked = snapshot_->settings && snapshot_->settings->settings.boolean("liveActivityEnabled");
   if (isMarked) tray.mark = trayMark(state.govAlerts, view.now);
   return tray;
+}
+
+void DesktopModel::lookAhead() {
+  actions_.engine.lookAhead();
 }
 
 void DesktopModel::setOpenDay(int day) {

@@ -40,6 +40,8 @@ class DesktopModel : public QObject {
   Q_PROPERTY(nimbara::RecordListModel* tiles READ tiles CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* hours READ hours CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* days READ days CONSTANT)
+  Q_PROPERTY(nimbara::RecordListModel* daysBeyond READ daysBeyond CONSTANT)
+  Q_PROPERTY(nimbara::RecordModel* outlook READ outlook CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* dayHours READ dayHours CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* places READ places CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* found READ found CONSTANT)
@@ -94,6 +96,8 @@ class DesktopModel : public QObject {
   RecordListModel* tiles() { return tiles_; }
   RecordListModel* hours() { return hours_; }
   RecordListModel* days() { return days_; }
+  RecordListModel* daysBeyond() { return daysBeyond_; }
+  RecordModel* outlook() { return outlook_; }
   RecordListModel* dayHours() { return dayHours_; }
   RecordListModel* places() { return places_; }
   RecordListModel* found() { return found_; }
@@ -139,6 +143,8 @@ class DesktopModel : public QObject {
   SwitcherModel* switcher() { return switcher_; }
 
   Q_INVOKABLE void refresh();
+  /// At the days beyond the forecast.
+  Q_INVOKABLE void lookAhead();
   Q_INVOKABLE void selectPlace(QString const& id);
   /// The place before (-1) or after (1) the selected one.
   Q_INVOKABLE void stepPlace(int step);
@@ -208,6 +214,8 @@ class DesktopModel : public QObject {
   RecordListModel* tiles_;
   RecordListModel* hours_;
   RecordListModel* days_;
+  RecordListModel* daysBeyond_;
+  RecordModel* outlook_;
   RecordListModel* dayHours_;
   RecordListModel* places_;
   RecordListModel* found_;
