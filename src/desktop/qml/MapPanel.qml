@@ -74,6 +74,8 @@ Rectangle {
                     visible: text !== ""
                     text: line.note
                     horizontalAlignment: Text.AlignLeft
+                    wrapMode: Text.Wrap
+                    maximumLineCount: 3
                     elide: Text.ElideRight
                     color: Theme.muted
                     font.pixelSize: Theme.tiny

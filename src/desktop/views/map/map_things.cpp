@@ -118,6 +118,10 @@ MapThings mapThings(EngineSnapshot const& snapshot, RegionMap const* outlines, V
   }
   areas.moveTo(things);
   things.quakes = quakesOf(snapshot, context);
+  if (SupplementState const* const supplement = snapshot.weather->supplement.get(); supplement != nullptr) {
+    things.tracks = mapTracks(*supplement, context);
+    things.marks = mapMarks(*supplement, context);
+  }
   return things;
 }
 
@@ -135,6 +139,12 @@ MapThingView viewOf(MapThings const& things, MapThingKind kind, std::size_t numb
     view.title = area.title;
     view.note = area.note;
     view.level = area.level;
+  } else if (kind == MapThingKind::storm) {
+    view.title = things.tracks[number].title;
+    view.note = things.tracks[number].note;
+  } else if (kind == MapThingKind::mark) {
+    view.title = things.marks[number].title;
+    view.note = things.marks[number].note;
   } else {
     view.title = things.quakes[number].title;
     view.note = things.quakes[number].note;
@@ -147,6 +157,8 @@ std::vector<MapThingView> thingViews(MapThings const& things) {
   std::vector<MapThingView> views;
   for (std::size_t i = things.areas.size(); i-- > 0;)
     views.push_back(viewOf(things, MapThingKind::warning, i));
+  for (std::size_t i = things.tracks.size(); i-- > 0;)
+    views.push_back(viewOf(things, MapThingKind::storm, i));
   for (std::size_t i = things.places.size(); i-- > 0;)
     views.push_back(viewOf(things, MapThingKind::place, i));
   return views;

@@ -1,9 +1,10 @@
 // What stands on the map beside land and sea: the user's places with their temperature, the areas of official
-// warnings, earthquakes. Display values with their positions; pure functions.
+// warnings, earthquakes, storms, fires and lightning. Display values with their positions; pure functions.
 #pragma once
 
 #include "app/state/engine_snapshot.h"
 #include "base/map_point.h"
+#include "desktop/views/map/map_layers.h"
 #include "desktop/views/view_context.h"
 #include "desktop/views/view_fields.h"
 #include "feeds/alerts/alert_outlines.h"
@@ -13,11 +14,11 @@
 
 namespace nimbara {
 
-enum class MapThingKind { place, warning, quake };
+enum class MapThingKind { place, warning, quake, storm, mark };
 template <>
 inline constexpr auto enumNames<MapThingKind> =
-    std::to_array<std::string_view>({"place", "warning", "quake"});
-static_assert(enumNamesComplete(MapThingKind::quake));
+    std::to_array<std::string_view>({"place", "warning", "quake", "storm", "mark"});
+static_assert(enumNamesComplete(MapThingKind::mark));
 
 struct MapPlace {
   std::string id;  ///< of a saved place; empty for one that is only shown
@@ -54,6 +55,8 @@ struct MapThings {
   std::vector<MapArea> areas;    ///< the least severe first
   std::size_t unplaced = 0;      ///< warnings of which no area is known
   std::vector<MapQuake> quakes;  ///< the greatest first
+  std::vector<MapTrack> tracks;  ///< the strongest storm last
+  std::vector<MapMark> marks;
   bool operator==(MapThings const&) const = default;
 };
 
@@ -81,7 +84,7 @@ inline constexpr auto viewFields<MapThingView> = FieldList{
 };
 
 MapThingView viewOf(MapThings const& things, MapThingKind kind, std::size_t number);
-/// Warnings, the most severe first, then places, the selected one first.
+/// Warnings, the most severe first, then storms, then places, the selected one first.
 std::vector<MapThingView> thingViews(MapThings const& things);
 
 /// A layer and its switch.

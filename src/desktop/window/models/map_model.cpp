@@ -29,6 +29,9 @@ constexpr std::array kLayers = std::to_array<LayerRow>({
     {"places", "desktop.page.places"},
     {"warnings", "desktop.official"},
     {"quakes", "desktop.quakes"},
+    {"storms", "desktop.hazard.storms"},
+    {"fires", "desktop.hazard.fires"},
+    {"lightning", "desktop.hazard.lightning"},
     {"towns", "desktop.map.towns"},
 });
 
@@ -83,6 +86,7 @@ void MapModel::refill() {
 }
 
 void MapModel::showLayers() {
+  SupplementState const* const supplement = snapshot_ ? snapshot_->weather->supplement.get() : nullptr;
   std::vector<MapLayerView> views;
   for (LayerRow const& row : kLayers) {
     MapLayerView& view = views.emplace_back();
@@ -91,6 +95,9 @@ void MapModel::showLayers() {
     view.isOn = isOn(row.name);
     if (row.name == "warnings" && things_.unplaced > 0)
       view.note = context_->texts.format("desktop.map.noArea", things_.unplaced);
+    auto const kind = enumFromName<MapLayerKind>(row.name);
+    if (kind && supplement != nullptr && view.note.empty())
+      view.note = layerNote(*kind, *supplement, *context_);
   }
   layers_->show(views);
 }
@@ -207,6 +214,14 @@ std::optional<MapModel::Picked> MapModel::thingAt(MapPoint pixel) const {
     for (std::size_t i = 0; i < things_.quakes.size(); ++i)
       look(MapThingKind::quake, i, things_.quakes[i].at);
   }
+  for (std::size_t i = 0; i < things_.marks.size(); ++i) {
+    MapMark const& mark = things_.marks[i];
+    if (isOn(layerOf(mark.kind))) look(MapThingKind::mark, i, mark.at);
+  }
+  if (isOn("storms")) {
+    for (std::size_t i = 0; i < things_.tracks.size(); ++i)
+      look(MapThingKind::storm, i, things_.tracks[i].at());
+  }
   if (isOn("places")) {
     for (std::size_t i = 0; i < things_.places.size(); ++i)
       look(MapThingKind::place, i, things_.places[i].at);
@@ -237,9 +252,11 @@ void MapModel::pickRow(int row) {
   MapThingView const& view = rows_[static_cast<std::size_t>(row)];
   Picked const picked{enumFromName<MapThingKind>(view.kind).value_or(MapThingKind::place),
                       static_cast<std::size_t>(view.number)};
-  if (picked.kind == MapThingKind::place) {
+  bool const isStorm = picked.kind == MapThingKind::storm;
+  if (isStorm || picked.kind == MapThingKind::place) {
     MapView moved = view_;
-    moved.centre = mercatorOf(things_.places[picked.number].at);
+    moved.centre =
+        mercatorOf(isStorm ? things_.tracks[picked.number].at() : things_.places[picked.number].at);
     setView(bounded(moved));
   }
   showCard(picked);

@@ -1,6 +1,7 @@
 #include "desktop/window/painting/map_item.h"
 
 #include "desktop/window/painting/land_picture.h"
+#include "desktop/window/painting/map_layers_painter.h"
 #include "gazetteer/world_outlines.h"
 
 #include <QPainter>
@@ -39,18 +40,6 @@ Qt::BrushStyle patternOf(std::string const& level) {
   if (level == "critical") return Qt::DiagCrossPattern;
   if (level == "warning") return Qt::BDiagPattern;
   return Qt::SolidPattern;
-}
-
-/// Each place in view, once on each way around the world.
-template <class Visit>
-void visitSeen(MapView const& view, Coordinate place, double around, Visit const& visit) {
-  MapPoint const point = mercatorOf(place);
-  MapPoint const at = pixelOf(view, point);
-  if (at.y < -around || at.y > view.height + around) return;
-  double const part = around / view.worldSide();
-  WorldTurns const turns = turnsOf(view, point.x - part, point.x + part);
-  for (int turn = turns.first; turn <= turns.last; ++turn)
-    visit(QPointF(at.x + turn * view.worldSide(), at.y));
 }
 
 }  // namespace
@@ -222,8 +211,12 @@ void MapItem::paint(QPainter* painter) {
   if (model_->isOn("warnings") && !areas_.empty()) warned_.paint(*painter, view, ratio);
   painter->setRenderHint(QPainter::Antialiasing);
   if (model_->isOn("quakes")) paintQuakes(*painter, view);
+  MapLayersPainter const layers(*painter, view, {ink_, land_});
+  layers.paintMarks(model_->onMap().marks, [this](MapMarkKind kind) { return model_->isOn(layerOf(kind)); });
+  if (model_->isOn("storms")) layers.paintTracks(model_->onMap().tracks);
   labels_.setLook({ink_, land_, letters_, ratio});
   LabelRoom room;
+  if (model_->isOn("storms")) layers.nameTracks(model_->onMap().tracks, labels_, room);
   if (model_->isOn("places")) paintPlaces(*painter, room, view);
   if (model_->isOn("towns")) labels_.paintTowns(*painter, room, view);
 }

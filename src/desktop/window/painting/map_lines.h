@@ -36,6 +36,18 @@ struct MapWindow {
   WorldTurns turns(MapLine const& line) const;
 };
 
+/// Calls for a place in view, once for each way around the world on which some of `around` pixels is seen.
+template <class Visit>
+void visitSeen(MapView const& view, Coordinate place, double around, Visit const& visit) {
+  MapPoint const point = mercatorOf(place);
+  MapPoint const at = pixelOf(view, point);
+  if (at.y < -around || at.y > view.height + around) return;
+  double const part = around / view.worldSide();
+  WorldTurns const turns = turnsOf(view, point.x - part, point.x + part);
+  for (int turn = turns.first; turn <= turns.last; ++turn)
+    visit(QPointF(at.x + turn * view.worldSide(), at.y));
+}
+
 /// Adds what of a ring is near the window: cut some pixels outside of it.
 void addRing(MapLine const& ring, MapWindow const& window, QPainterPath& path);
 /// Adds the parts of an open line that are near the window. Lines along the edges of the square world, where
