@@ -103,6 +103,11 @@ std::unique_ptr<DesktopAppearance> desktopAppearance(DesktopBuses const& options
   return module == nullptr ? nullptr : module->appearance(options.sessionBus, std::move(listener));
 }
 
+std::unique_ptr<SessionService> desktopSessionService(DesktopBuses const& options, ServiceFace& face) {
+  DbusModule const* const module = dbusModule(options.program);
+  return module == nullptr ? nullptr : module->sessionService(options.sessionBus, face);
+}
+
 std::vector<DesktopServiceState> desktopServiceStates(DesktopBuses const& options) {
   DbusModule const* const module = dbusModule(options.program);
   if (module == nullptr) return {};

@@ -8,6 +8,7 @@
 #include "platform/location_source.h"
 #include "platform/notification_center.h"
 #include "platform/power_and_network.h"
+#include "platform/session_service.h"
 #include "platform/tray.h"
 
 #include <filesystem>
@@ -48,6 +49,9 @@ Result<void, std::string> callApplication(DesktopBuses const& options, Applicati
 /// Null without the module.
 std::unique_ptr<DesktopAppearance> desktopAppearance(DesktopBuses const& options,
                                                      DesktopAppearance::Listener listener);
+
+/// Null without the module. The face must outlive it.
+std::unique_ptr<SessionService> desktopSessionService(DesktopBuses const& options, ServiceFace& face);
 
 /// Empty without the module.
 std::vector<DesktopServiceState> desktopServiceStates(DesktopBuses const& options);

@@ -4,6 +4,7 @@
 #include "platform/linux/dbus/geoclue_location_source.h"
 #include "platform/linux/dbus/notifications/desktop_notification_center.h"
 #include "platform/linux/dbus/portal_appearance.h"
+#include "platform/linux/dbus/service/bus_session_service.h"
 #include "platform/linux/dbus/service_states.h"
 #include "platform/linux/dbus/system_watch.h"
 #include "platform/linux/dbus/tray/status_notifier_tray.h"
@@ -36,5 +37,9 @@ nimbara::DbusModule const nimbaraDbusModule{
       return std::make_unique<nimbara::PortalAppearance>(sessionBus, std::move(listener));
     },
     &nimbara::serviceStates,
+    [](std::string const& sessionBus,
+       nimbara::ServiceFace& face) -> std::unique_ptr<nimbara::SessionService> {
+      return std::make_unique<nimbara::BusSessionService>(sessionBus, face);
+    },
 };
 }

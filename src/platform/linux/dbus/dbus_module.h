@@ -7,6 +7,7 @@
 #include "platform/location_source.h"
 #include "platform/notification_center.h"
 #include "platform/power_and_network.h"
+#include "platform/session_service.h"
 #include "platform/tray.h"
 
 #include <filesystem>
@@ -30,6 +31,7 @@ struct DbusModule {
                                                    DesktopAppearance::Listener listener);
   std::vector<DesktopServiceState> (*serviceStates)(std::string const& systemBus,
                                                     std::string const& sessionBus);
+  std::unique_ptr<SessionService> (*sessionService)(std::string const& sessionBus, ServiceFace& face);
 };
 
 inline constexpr char kDbusModuleSymbol[] = "nimbaraDbusModule";
