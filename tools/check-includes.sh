@@ -62,7 +62,8 @@ declare -A rooms=(
   [notifications/sky]="rules"
   [demo/feeds]="world"
   [demo/forecasts]="world"
-  [cli/commands]="options pages shell"
+  [cli/commands]="options pages service shell"
+  [cli/service]="pages"
   [desktop/core]="views"
   [desktop/window]="core imagery scene views"
 )

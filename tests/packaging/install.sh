@@ -8,7 +8,8 @@ command -v dbus-daemon >/dev/null && command -v dbus-send >/dev/null || exit 77
 folder=$(mktemp -d)
 bus=
 window=
-trap '[ -z "$window" ] || kill "$window" 2>/dev/null; [ -z "$bus" ] || kill "$bus" 2>/dev/null; rm -rf "$folder"' EXIT
+watch=
+trap '[ -z "$watch" ] || kill "$watch" 2>/dev/null; [ -z "$window" ] || kill "$window" 2>/dev/null; [ -z "$bus" ] || kill "$bus" 2>/dev/null; rm -rf "$folder"' EXIT
 fail() { echo "$*" >&2; exit 1; }
 
 prefix="$folder/the prefix"
@@ -22,7 +23,10 @@ mkdir -m 700 "$folder/run"
 for file in lib/nimbara/nimbara-dbus.so lib/nimbara/nimbara-http.so share/nimbara/sounds/rain_alert.wav \
   share/applications/io.github.nimbara.Nimbara.desktop share/metainfo/io.github.nimbara.Nimbara.metainfo.xml \
   share/icons/hicolor/scalable/apps/io.github.nimbara.Nimbara.svg \
-  share/icons/hicolor/symbolic/apps/io.github.nimbara.Nimbara-symbolic.svg lib/systemd/user/nimbara-watch.service; do
+  share/icons/hicolor/symbolic/apps/io.github.nimbara.Nimbara-symbolic.svg \
+  share/krunner/dbusplugins/io.github.nimbara.Nimbara.desktop \
+  share/gnome-shell/search-providers/io.github.nimbara.Nimbara.search-provider.ini \
+  share/dbus-1/interfaces/io.github.nimbara.Nimbara.Service.xml lib/systemd/user/nimbara-watch.service; do
   [ -s "$prefix/$file" ] || fail "not installed: $file"
 done
 
@@ -76,3 +80,14 @@ window=$(call --dest=org.freedesktop.DBus / org.freedesktop.DBus.GetConnectionUn
 [ "$(readlink "/proc/$window/exe")" = "$prefix/bin/nimbara-desktop" ] || fail "the bus started something else"
 # A second start hands over and ends well.
 "$prefix/bin/nimbara-desktop" --page places || fail "the second start failed"
+
+# Who asks for the weather or searches the desktop starts the watch, which answers at once.
+service=io.github.nimbara.Nimbara.Service
+call --dest=org.freedesktop.DBus / org.freedesktop.DBus.StartServiceByName string:$service uint32:0 >/dev/null ||
+  fail "the bus cannot start the watch"
+watch=$(call --dest=org.freedesktop.DBus / org.freedesktop.DBus.GetConnectionUnixProcessID string:$service |
+  awk '{ print $2 }')
+[ "$(readlink "/proc/$watch/exe")" = "$prefix/bin/nimbara" ] || fail "the bus started something else than the watch"
+call --dest=$service /io/github/nimbara/Nimbara/Service $service.Places | grep -q 'My hut' || fail "the service has no places"
+runner=$(sed -n 's/^X-Plasma-DBusRunner-Path=//p' "$prefix"/share/krunner/dbusplugins/*.desktop)
+call --dest=$service "$runner" org.kde.krunner1.Match string:'wetter lissabon' | grep -qi 'lis' || fail "no match"

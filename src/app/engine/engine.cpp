@@ -124,6 +124,14 @@ std::shared_ptr<Composition> Engine::services() {
   return services_;
 }
 
+PlacesState Engine::placesState() const {
+  return places_->state();
+}
+
+std::optional<Place> Engine::shownPlace() const {
+  return places_->shown();
+}
+
 /// Whoever works with the old ones goes on doing so.
 void Engine::replaceServices() {
   std::shared_ptr<Composition> old;  // ends, where nobody works with it, after the lock
@@ -333,6 +341,7 @@ void Engine::showSelected(RefreshTrigger trigger) {
   }
   hasBegun_ = true;
   publish();
+  if (options_->onPlaces) options_->onPlaces();
   if (hasBegunTheRest_) followDevice();
 }
 

@@ -15,6 +15,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -48,7 +49,9 @@ struct EngineSnapshot;
 struct Environment;
 struct LocationError;
 struct LocationFix;
+struct Place;
 struct PlaceList;
+struct PlacesState;
 struct SettingsChanges;
 struct Wording;
 
@@ -75,6 +78,11 @@ class Engine final : public EngineActions {
   /// Begins to keep everything fresh, until the end. The listener may be empty: nobody looks, and what is
   /// there only to be looked at is not made.
   void begin(Listener listener);
+
+  /// What is known of the user's places now; of an engine that has begun.
+  PlacesState placesState() const;
+  /// The place that is shown: the selected one, as a rule. The like.
+  std::optional<Place> shownPlace() const;
 
   // Commands, of an engine that has begun.
   void refresh() override;

@@ -63,6 +63,7 @@ struct EngineOptions {
   // Called on the engine's threads.
   std::function<void(ApplicationCall const&)> onOpen;  ///< a person clicked on a notification
   std::function<void()> onGlobeChange;
+  std::function<void()> onPlaces;  ///< they are known, and again whenever they may be others
   std::function<void(std::string const& place)> onUnknownPlace;  ///< the one to show at the start
   std::function<void(AppState::RefreshReport const&)> onRefresh;
   std::function<void(PassReport const&)> onPass;

@@ -7,6 +7,7 @@
 #include "base/text/text.h"
 #include "cli/cli.h"
 #include "cli/pages/watch_log.h"
+#include "cli/service/weather_service.h"
 #include "platform/linux/desktop_services.h"
 
 #include <condition_variable>
@@ -25,13 +26,16 @@ class Watch {
         clock_(runningClock(line.common.now)),
         log_(
             session.console, *clock_, session.environment.machineCalendar,
-            [this] { return engine_->wording()->texts; }, line.watch.json) {}
+            [this] { return engine_->wording()->texts; }, line.watch.json),
+        service_({*clock_, [this](ServiceFace& face) { return desktopSessionService(buses(), face); },
+                  [this](std::string const& place, std::string const& token) { show(place, token); }}) {}
 
   int run() {
     {
       Engine engine(session_.environment, options());
       engine_ = &engine;
       runUntilStopped(engine);
+      service_.stop();
     }
     log_.happened("stopped");
     return exitCode::kInterrupted;
@@ -40,6 +44,7 @@ class Watch {
  private:
   void runUntilStopped(Engine& engine) {
     log_.happened("started");
+    service_.follow(engine);
     engine.begin({});
     NotificationDesk& desk = engine.notifications().desk();
     desk.manager().requestAuthorization();
@@ -62,9 +67,17 @@ class Watch {
     options.program = "watch";
     options.center = [this] { return desktopNotificationCenter(buses()); };
     options.onOpen = [this](ApplicationCall const& call) { open(call); };
-    options.onRefresh = [this](AppState::RefreshReport const& report) { log_.refreshed(report); };
-    options.onPass = [this](PassReport const& report) { log_.passed(report); };
+    options.onRefresh = [this](AppState::RefreshReport const& report) {
+      log_.refreshed(report);
+      service_.noteForecast();
+    };
+    options.onPass = [this](PassReport const& report) {
+      log_.passed(report);
+      service_.lookAgain();
+    };
+    options.onPlaces = [this] { service_.lookAgain(); };
     options.onEvent = [this](EngineEvent event) {
+      if (event == EngineEvent::settingsChanged) service_.lookAgain();
       if (event != EngineEvent::noPlace) return log_.happened(enumName(event));
       note("no place is selected; add one with: nimbara places add NAME");
     };
@@ -85,12 +98,20 @@ class Watch {
     if (!opened) note("could not open the window: " + opened.error());
   }
 
+  /// Somebody has chosen a place in a search.
+  void show(std::string const& place, std::string const& token) {
+    std::vector<std::string> arguments{"--page", place.empty() ? "places" : "now"};
+    if (!place.empty()) arguments.insert(arguments.end(), {"--place", place});
+    open({"start", std::move(arguments), token});
+  }
+
   void note(std::string const& sentence) { session_.console.err("nimbara: " + oneLine(sentence) + "\n"); }
 
   CommandLine const& line_;
   Session const& session_;
   std::unique_ptr<Clock> clock_;
   WatchLog log_;
+  WeatherService service_;
   Engine* engine_ = nullptr;  ///< while it runs
 };
 

@@ -1,0 +1,87 @@
+// The watch as a service of the user's session: keeps a snapshot of what the engine's services have learnt,
+// answers callers on the bus from it and announces what changes. Reading the caches and asking for a nowcast
+// is work for threads of its own; whoever calls never waits for it. Owned by the watch. Made before the
+// engine, which calls it until its end, and stopped before that.
+#pragma once
+
+#include "app/services/task_runner.h"
+#include "cli/service/service_snapshot.h"
+#include "platform/clock.h"
+#include "platform/session_service.h"
+
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <set>
+#include <string>
+
+namespace nimbara {
+
+class Engine;
+
+class WeatherService final : public ServiceFace {
+ public:
+  /// Of forecasts that callers ask for.
+  static constexpr std::chrono::seconds kRefreshRest{60};
+
+  struct Surroundings {
+    Clock const& clock;
+    /// Puts the face on the bus; null where that is not possible.
+    std::function<std::unique_ptr<SessionService>(ServiceFace&)> publish;
+    /// Shows the place in the window; the list of places for an empty text.
+    std::function<void(std::string const& place, std::string const& activationToken)> open;
+  };
+
+  explicit WeatherService(Surroundings surroundings);
+  ~WeatherService() override { stop(); }
+  WeatherService(WeatherService const&) = delete;
+  WeatherService& operator=(WeatherService const&) = delete;
+
+  /// Before the engine begins; until `stop` it looks whenever it is told to.
+  void follow(Engine& engine);
+  void stop();
+
+  /// Something may be known that was not: a forecast, warnings, other places. Any thread; returns at once.
+  void lookAgain();
+  /// A forecast has come. Where another process notifies, it alone would learn of new warnings: this one asks
+  /// for them as often as for forecasts.
+  void noteForecast();
+
+  ServiceProperties properties() override;
+  ServiceRecords places() override;
+  std::optional<ServiceRecord> current(std::string const& place) override;
+  std::optional<ServiceRecords> hours(std::string const& place) override;
+  std::optional<ServiceWarnings> warnings(std::string const& place) override;
+  std::optional<ServiceNowcast> nowcast(std::string const& place) override;
+  bool refresh() override;
+  std::vector<SearchHit> search(std::string const& text) override;
+  std::optional<SearchHit> found(std::string const& id) override;
+  void open(std::string const& id, std::string const& activationToken) override;
+
+ private:
+  /// For what waits for a service, for a second such, and for what does not wait.
+  static constexpr unsigned kThreads = 3;
+
+  std::shared_ptr<ServiceSnapshot const> snapshot() const;
+  std::shared_ptr<ServiceSnapshot const> read(Engine& engine) const;
+  void look();
+  void checkWarnings(std::stop_token const& stop) const;
+  void askNowcast(ServicePlace const& place);
+
+  Surroundings around_;
+  std::atomic<Engine*> engine_ = nullptr;
+  mutable std::mutex mutex_;  // guards the three below
+  std::shared_ptr<ServiceSnapshot const> snapshot_ = std::make_shared<ServiceSnapshot>();
+  std::set<std::string> nowcastsAsked_;  ///< places whose nowcast is being asked for
+  std::optional<std::chrono::steady_clock::time_point> refreshedAt_;
+  std::atomic<bool> isLooking_ = false;   ///< a look is waiting
+  std::atomic<bool> isChecking_ = false;  ///< warnings are being asked for
+  std::mutex turn_;                       // of looks, one at a time; guards the next
+  std::unique_ptr<SessionService> bus_;
+  ThreadPool work_{kThreads};
+};
+
+}  // namespace nimbara
