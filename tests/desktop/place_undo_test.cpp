@@ -74,7 +74,11 @@ TEST(PlaceUndo, TakesBackTheLastFirst) {
   EXPECT_EQ(undo.text(english()), "B renamed to Bee.");
   undo.note(*moveOf(list, idOf("B"), 1));
   EXPECT_EQ(undo.text(english()), "B moved.");
-  for (Kind const kind : {Kind::moved, Kind::renamed, Kind::removed}) {
+  SavedPlace added = list.places.front();
+  added.name = "New";
+  undo.note(additionOf(list, added));
+  EXPECT_EQ(undo.text(english()), "New added.");
+  for (Kind const kind : {Kind::added, Kind::moved, Kind::renamed, Kind::removed}) {
     auto const change = undo.take();
     ASSERT_TRUE(change);
     EXPECT_EQ(change->kind, kind);

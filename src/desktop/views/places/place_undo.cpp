@@ -14,7 +14,7 @@ std::optional<PlaceChange> changeOf(PlaceChange::Kind kind, PlaceList const& lis
   auto const found = std::ranges::find(list.places, id, &SavedPlace::id);
   if (found == list.places.end()) return std::nullopt;
   int const position = static_cast<int>(found - list.places.begin()) + 1;
-  return PlaceChange{kind, *found, position, list.selected == id, {}};
+  return PlaceChange{kind, *found, position, list.selected == id, {}, {}};
 }
 
 }  // namespace
@@ -35,6 +35,11 @@ std::optional<PlaceChange> moveOf(PlaceList const& list, Uuid const& id, int pos
   auto change = changeOf(PlaceChange::Kind::moved, list, id);
   bool const isPossible = position >= 1 && position <= static_cast<int>(list.places.size());
   return change && isPossible && change->position != position ? change : std::nullopt;
+}
+
+PlaceChange additionOf(PlaceList const& list, SavedPlace place) {
+  int const position = static_cast<int>(list.places.size()) + 1;
+  return {PlaceChange::Kind::added, std::move(place), position, false, {}, list.selected};
 }
 
 void PlaceUndo::note(PlaceChange change) {
@@ -59,6 +64,8 @@ std::string PlaceUndo::text(Texts const& texts) const {
       return texts.format("desktop.renamed", last.place.name, last.newName);
     case PlaceChange::Kind::moved:
       return texts.format("desktop.moved", last.place.name);
+    case PlaceChange::Kind::added:
+      return texts.format("desktop.added", last.place.name);
   }
   return {};
 }

@@ -11,13 +11,14 @@
 namespace nimbara {
 
 struct PlaceChange {
-  enum class Kind { removed, renamed, moved };
+  enum class Kind { removed, renamed, moved, added };
 
   Kind kind = Kind::removed;
   SavedPlace place;  ///< as it was
   int position = 1;  ///< where it was, from one
   bool wasSelected = false;
   std::string newName;  ///< of `renamed`
+  std::optional<Uuid> selected = std::nullopt;  ///< of `added`: the place that was shown before
 
   bool operator==(PlaceChange const&) const = default;
 };
@@ -26,6 +27,8 @@ struct PlaceChange {
 std::optional<PlaceChange> removalOf(PlaceList const& list, Uuid const& id);
 std::optional<PlaceChange> renamingOf(PlaceList const& list, Uuid const& id, std::string_view name);
 std::optional<PlaceChange> moveOf(PlaceList const& list, Uuid const& id, int position);
+
+PlaceChange additionOf(PlaceList const& list, SavedPlace place);
 
 class PlaceUndo {
  public:

@@ -99,6 +99,10 @@ void DesktopModel::undo() {
       changeAhead([&](PlaceList& list) { return nimbara::movePlace(list, id, change->position); });
       actions_.engine.movePlace(id, change->position);
       break;
+    case PlaceChange::Kind::added:
+      actions_.engine.removePlace(id);
+      if (change->selected) actions_.engine.selectPlace(*change->selected);
+      break;
   }
   Q_EMIT undoChanged();
 }
@@ -177,7 +181,9 @@ void DesktopModel::addFound(int row) {
   if (SavedPlace const* const saved = savedAs(place, snapshot_->places)) {
     actions_.engine.selectPlace(saved->id);
   } else {
-    actions_.engine.addPlace(savedPlaceOf(place));
+    SavedPlace added = savedPlaceOf(place);
+    noteChange(additionOf(snapshot_->places, added));
+    actions_.engine.addPlace(std::move(added));
   }
 }
 
