@@ -137,7 +137,10 @@ class Explanation {
     std::string_view const title = words_.texts.text(key);
     bool const isOneOfMany = decision.rule->policy == RulePolicy::instance || title == key;
     if (isOneOfMany && !decision.title.empty()) return oneLine(decision.title);
-    return title == key ? identifierOf(decision) : std::string(title);
+    if (title == key) return identifierOf(decision);
+    // One setting turns on the forecast's rule and the one on official warnings.
+    bool const isOfficial = decision.rule->reach == PlaceChoice::official;
+    return isOfficial ? words_.texts.format("explain.official", title) : std::string(title);
   }
 
   std::string named(Decision const& decision) const {
