@@ -120,7 +120,7 @@ TEST(RadarLists, TakeHostAndPathFromTheRecordedList) {
   ASSERT_EQ(list->frames.size(), 7U);  // the last hour
   EXPECT_EQ(list->host, "https://tilecache.rainviewer.com");
   EXPECT_EQ(pictureAddress(list->frames.back().address, {7, 67, 42}),
-            "https://tilecache.rainviewer.com/v2/radar/bcf5f246d1f9/256/7/67/42/2/1_1.png");
+            "https://tilecache.rainviewer.com/v2/radar/bcf5f246d1f9/512/7/67/42/2/1_1.png");
 }
 
 TEST(RadarLists, CountFromTheNewestOfTheMesonet) {
@@ -151,7 +151,7 @@ TEST(RadarSuppliers, ServeATileWithWhatTheyHave) {
     RadarSource source;
     TileAddress tile, picture;
   };
-  for (Row const& row : {Row{RadarSource::rainViewer, {7, 67, 42}, {7, 67, 42}},
+  for (Row const& row : {Row{RadarSource::rainViewer, {7, 67, 42}, {6, 33, 21}},
                          {RadarSource::rainViewer, {8, 135, 85}, {7, 67, 42}},
                          {RadarSource::rainViewer, {10, 540, 340}, {7, 67, 42}},
                          {RadarSource::libreWxr, {6, 33, 21}, {5, 16, 10}},

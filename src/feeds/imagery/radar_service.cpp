@@ -36,9 +36,23 @@ RadarService::RadarService(ImageryRequests& requests, Clock const& clock, Bases 
 
 RadarReading RadarService::frames(Coordinate centre, std::stop_token const& stop) {
   std::lock_guard const turn(turn_);
+  auto sources = radarSourcesAt(centre);
+  std::erase_if(sources, [&](RadarSource source) { return isUncovered(source, centre); });
+  return firstOf(sources, stop);
+}
+
+RadarReading RadarService::frames(MapView const& view, std::set<RadarSource> const& without,
+                                  std::stop_token const& stop) {
+  std::lock_guard const turn(turn_);
+  auto sources = radarSourcesFor(view);
+  std::erase_if(sources, [&](RadarSource source) { return without.contains(source); });
+  return firstOf(sources, stop);
+}
+
+RadarReading RadarService::firstOf(std::vector<RadarSource> const& sources, std::stop_token const& stop) {
   RadarReading reading;
-  for (RadarSource const source : radarSourcesAt(centre)) {
-    if (isUncovered(source, centre)) continue;
+  for (RadarSource const source : sources) {
+    if (stop.stop_requested()) break;
     RadarSupplier const& supplier = supplierOf(source);
     Kept const& kept = ask(supplier, stop);
     if (kept.failure) {

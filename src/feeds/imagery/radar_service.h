@@ -8,9 +8,11 @@
 #include <map>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <stop_token>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace nimbara {
 
@@ -28,6 +30,9 @@ class RadarService {
 
   /// Blocks for the lists that are due. Any thread; one question at a time.
   RadarReading frames(Coordinate centre, std::stop_token const& stop = {});
+  /// The same for a map, without those that have no radar in any of it.
+  RadarReading frames(MapView const& view, std::set<RadarSource> const& without,
+                      std::stop_token const& stop = {});
 
   /// Its pictures cannot be had or show nothing that can be used: for a while it is not asked for any place.
   void refuse(RadarSource source, ServiceFailure failure);
@@ -43,6 +48,7 @@ class RadarService {
   };
   using Cell = std::pair<int, int>;
 
+  RadarReading firstOf(std::vector<RadarSource> const& sources, std::stop_token const& stop);
   Kept const& ask(RadarSupplier const& supplier, std::stop_token const& stop);
   Result<FrameList, ServiceFailure> fetch(RadarSupplier const& supplier, std::stop_token const& stop);
   void pause(Kept& kept, ServiceFailure failure);

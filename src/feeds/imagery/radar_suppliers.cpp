@@ -124,19 +124,32 @@ constexpr RadarSupplier kSuppliers[] = {
      .listPath = "/public/weather-maps.json",
      .forecastListPath = {},
      .form = PictureForm::tiles,
-     .pictures = "/256/{z}/{x}/{y}/2/1_1.png",
+     .pictures = "/512/{z}/{x}/{y}/2/1_1.png",
      .layer = {},
      .domain = "rainviewer.com",
      .coverage = "/v2/coverage/0/256/{z}/{x}/{y}/0/0_0.png",
      .minZoom = 0,
      .deepestZoom = 7,
      .evenZoomsOnly = false,
-     .pixels = 256,
+     .pixels = 512,
      .step = minutes(10),
      .boxes = {},
      .palette = RadarPalette::universalBlue,
      .credit = "RainViewer"},
 };
+
+/// How much of a view lies where a supplier may have radars, by 25 of its points.
+double shareOf(RadarSupplier const& supplier, MapView const& view) {
+  constexpr int kPoints = 5;
+  int within = 0;
+  for (int i = 0; i < kPoints * kPoints; ++i) {
+    double const right = (i % kPoints + 0.5) / kPoints, down = (i / kPoints + 0.5) / kPoints;
+    Coordinate place = coordinateOf(pointAt(view, {right * view.width, down * view.height}));
+    place.longitude = std::remainder(place.longitude, 360);
+    if (hasRadarAt(supplier, place)) ++within;
+  }
+  return static_cast<double>(within) / (kPoints * kPoints);
+}
 
 }  // namespace
 
@@ -148,13 +161,31 @@ RadarSupplier const& supplierOf(RadarSource source) {
   return *std::ranges::find(kSuppliers, source, &RadarSupplier::source);
 }
 
+bool hasRadarAt(RadarSupplier const& supplier, Coordinate place) {
+  return supplier.boxes.empty() ||
+         std::ranges::any_of(supplier.boxes, [place](GeoBox const& box) { return box.contains(place); });
+}
+
 std::vector<RadarSource> radarSourcesAt(Coordinate place) {
   std::vector<RadarSource> sources;
   for (RadarSupplier const& supplier : kSuppliers) {
-    bool const isWithin =
-        std::ranges::any_of(supplier.boxes, [place](GeoBox const& box) { return box.contains(place); });
-    if (supplier.boxes.empty() || isWithin) sources.push_back(supplier.source);
+    if (hasRadarAt(supplier, place)) sources.push_back(supplier.source);
   }
+  return sources;
+}
+
+std::vector<RadarSource> radarSourcesFor(MapView const& view) {
+  constexpr double kMost = 0.6;
+  std::vector<RadarSource> sources, partly;
+  for (RadarSupplier const& supplier : kSuppliers) {
+    double const share = shareOf(supplier, view);
+    if (share >= kMost) {
+      sources.push_back(supplier.source);
+    } else if (share > 0) {
+      partly.push_back(supplier.source);
+    }
+  }
+  sources.insert(sources.end(), partly.begin(), partly.end());
   return sources;
 }
 
@@ -181,7 +212,9 @@ bool mayHaveRain(RadarSupplier const& supplier, TileAddress tile) {
 }
 
 std::vector<TileAddress> tilesWanted(RadarSupplier const& supplier, MapView const& view) {
-  auto tiles = tilesOf(view, pictureZoom(supplier, static_cast<int>(std::lround(view.zoom))));
+  // Enlarged by up to two thirds rather than four times as many.
+  constexpr double kFiner = 0.25;
+  auto tiles = tilesOf(view, pictureZoom(supplier, static_cast<int>(std::lround(view.zoom - kFiner))));
   std::erase_if(tiles, [&](TileAddress const& tile) { return !mayHaveRain(supplier, tile); });
   return tiles;
 }

@@ -72,6 +72,13 @@ RadarSupplier const& supplierOf(RadarSource source);
 /// Those that may have radar of the place, the best first.
 std::vector<RadarSource> radarSourcesAt(Coordinate place);
 
+/// The same for a map: a supplier whose radars have less than three fifths of it comes after those of the
+/// whole world.
+std::vector<RadarSource> radarSourcesFor(MapView const& view);
+
+/// Within its boxes; a supplier without any may have radar anywhere.
+bool hasRadarAt(RadarSupplier const& supplier, Coordinate place);
+
 /// The zoom of the supplier's pictures for a map of that zoom; a shallow map may get a deeper one.
 int pictureZoom(RadarSupplier const& supplier, int mapZoom);
 /// The supplier's picture that a tile of the map is cut from: the tile itself, or one above it. Of a map that

@@ -25,7 +25,7 @@ TileService::TileService(ImageryRequests& requests, Clock const& clock, std::fil
 
 Result<std::string, ServiceFailure> TileService::picture(RadarReading const& reading, RadarFrame const& frame,
                                                          TileAddress tile, std::stop_token const& stop) {
-  return picture(pictureAddress(frame.address, tile), tileKey(reading.source, frame, tile), stop);
+  return picture(pictureAddress(frame.address, tile), tileKey(reading, frame, tile), stop);
 }
 
 Result<std::string, ServiceFailure> TileService::coverage(RadarReading const& reading, TileAddress tile,
@@ -48,9 +48,13 @@ Result<std::string, ServiceFailure> TileService::picture(std::string const& addr
   return std::move(answer->body);
 }
 
-/// Some suppliers have one address for the newest picture whatever its time.
-std::string tileKey(RadarSource source, RadarFrame const& frame, TileAddress tile) {
-  return std::string(enumName(source)) + " " + formatIso8601(frame.time) + " " + frame.address + nameOf(tile);
+/// Some suppliers have one address for the newest picture whatever its time, and one for all forecasts of a
+/// moment, which differ by what they were made from.
+std::string tileKey(RadarReading const& reading, RadarFrame const& frame, TileAddress tile) {
+  std::string const from =
+      frame.isForecast ? formatIso8601(reading.frames[newestMeasured(reading.frames)].time) + " " : "";
+  return std::string(enumName(reading.source)) + " " + formatIso8601(frame.time) + " " + from +
+         frame.address + nameOf(tile);
 }
 
 }  // namespace nimbara

@@ -37,6 +37,6 @@ class TileService {
 };
 
 /// What a tile of a frame is kept under.
-std::string tileKey(RadarSource source, RadarFrame const& frame, TileAddress tile);
+std::string tileKey(RadarReading const& reading, RadarFrame const& frame, TileAddress tile);
 
 }  // namespace nimbara
