@@ -65,6 +65,7 @@ declare -A rooms=(
   [cli/commands]="options pages service shell"
   [cli/service]="pages"
   [desktop/core]="views"
+  [desktop/imagery]="views"
   [desktop/window]="core imagery scene views"
 )
 

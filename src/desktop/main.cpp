@@ -3,6 +3,8 @@
 #include "app/engine/engine_notifications.h"
 #include "app/engine/engine_options.h"
 #include "app/engine/engine_stations.h"
+#include "app/services/composition.h"
+#include "app/services/feed_services.h"
 #include "app/settings/home_directory.h"
 #include "base/text/text.h"
 #include "demo/demo_folder.h"
@@ -79,7 +81,9 @@ class Photographer : public QObject {
       : model_(model), window_(window), file_(std::move(file)) {
     settle_.setSingleShot(true);
     settle_.setInterval(500);
-    connect(&settle_, &QTimer::timeout, this, [this] { take(); });
+    connect(&settle_, &QTimer::timeout, this, [this] {
+      if (model_.hasSettled()) take();
+    });
     connect(&model, &DesktopModel::shown, this, [this] { wait(); });
     QTimer::singleShot(15'000, this, [this] { take(); });
     wait();
@@ -163,6 +167,19 @@ void beginTheRest(Engine& engine, DesktopShell& shell) {
   shell.begin();
 }
 
+/// Whoever works with one of them holds the services that it belongs to.
+RadarSources radarOf(Engine& engine) {
+  auto const feeds = feedsOf([&engine] { return engine.services(); });
+  return {[feeds] {
+            auto const all = feeds();
+            return std::shared_ptr<RadarService>(all, &all->radar());
+          },
+          [feeds] {
+            auto const all = feeds();
+            return std::shared_ptr<TileService>(all, &all->tiles());
+          }};
+}
+
 int showWindow(QGuiApplication& application, Environment const& environment, DesktopOptions const& options,
                Demo* demo, Start& start, InterruptSignals const& signals,
                std::unique_ptr<DesktopWindow> begun) {
@@ -219,7 +236,7 @@ int showWindow(QGuiApplication& application, Environment const& environment, Des
                 [&box](SnapshotBox::Snapshot snapshot) { box.put(std::move(snapshot)); });
   DesktopModel shown(
       {*engine.wording(), engine.standIn(), [&engine] { return engine.clock().now(); }, environment.program},
-      {engine, &engine.globe(), engine.notifications(), engine.stations()});
+      {engine, &engine.globe(), engine.notifications(), engine.stations(), radarOf(engine)});
   // The cached forecast is there within milliseconds; the pages are made with it and not once more.
   if (auto first = box.take(kFirstPatience)) shown.show(std::move(first));
   model = &shown;

@@ -47,7 +47,7 @@ FocusScope {
         case Qt.Key_Escape: App.map.dismiss(); break;
         case Qt.Key_Return:
         case Qt.Key_Enter: App.map.pick(area.width / 2, area.height / 2); break;
-        default: event.accepted = false;
+        default: event.accepted = radar.visible && radar.take(event);
         }
     }
 
@@ -192,6 +192,15 @@ FocusScope {
             width: page.panelWidth
             visible: App.map.card.isShown && !(page.isPanelOpen && !page.isWide)
             onClosed: area.forceActiveFocus()
+        }
+
+        RadarBar {
+            id: radar
+            readonly property real most: page.isWide ? area.width - 2 * (panel.x + panel.width + 2 * Theme.space) : area.width - 2 * Theme.space
+            x: (parent.width - width) / 2
+            y: parent.height - height - 4 * Theme.space
+            width: Math.min(most < 420 * Theme.scale ? area.width - 2 * Theme.space : most, 640 * Theme.scale)
+            visible: App.map.radar.isShown && !(card.visible && !page.isWide) && !(page.isPanelOpen && !page.isWide)
         }
 
         Column {

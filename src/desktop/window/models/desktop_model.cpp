@@ -114,7 +114,7 @@ DesktopModel::DesktopModel(Setting setting, WindowActions actions, QObject* pare
       setting_(std::move(setting)),
       actions_(actions),
       globe_(new GlobeModel({setting_.wording.texts, setting_.program}, actions_.globe, this)),
-      map_(new MapModel(this)),
+      map_(new MapModel(actions_.radar, this)),
       now_(new RecordModel(this)),
       sky_(new RecordModel(this)),
       words_(new RecordModel(this)),
@@ -145,6 +145,7 @@ DesktopModel::DesktopModel(Setting setting, WindowActions actions, QObject* pare
   connect(sources_, &SourcesModel::opened, this, &DesktopModel::tick);
   connect(hazards_, &HazardsModel::reordered, this, &DesktopModel::tick);
   connect(globe_, &GlobeModel::settled, this, &DesktopModel::shown);
+  connect(map_, &MapModel::settled, this, &DesktopModel::shown);
   connect(first_, &FirstModel::answered, this, &DesktopModel::tick);
   connect(switcher_, &SwitcherModel::openChanged, this, &DesktopModel::showSwitcher);
   showWeather();
@@ -217,7 +218,7 @@ void DesktopModel::showWeather() {
   meteogram_ = meteogramOf(data, view);
   if (state.supplement) addUsual(meteogram_, data, state.supplement->climate.data, view);
   globe_->show(snapshot_->place, view);
-  map_->show(snapshot_, view);
+  map_->show(snapshot_, contextOfPlace());
   Q_EMIT shown();
 }
 

@@ -25,7 +25,9 @@ struct LayerRow {
   std::string_view key;
 };
 
+constexpr std::string_view kRadarLayer = "radar";
 constexpr std::array kLayers = std::to_array<LayerRow>({
+    {kRadarLayer, "desktop.map.radar"},
     {"places", "desktop.page.places"},
     {"warnings", "desktop.official"},
     {"quakes", "desktop.quakes"},
@@ -41,8 +43,9 @@ constexpr std::string_view kMakers = "Natural Earth, GeoNames";
 
 }  // namespace
 
-MapModel::MapModel(QObject* parent)
+MapModel::MapModel(RadarSources radar, QObject* parent)
     : QObject(parent),
+      radar_(new RadarModel(std::move(radar), this)),
       words_(new RecordModel(this)),
       card_(new RecordModel(this)),
       scale_(new RecordModel(this)),
@@ -52,6 +55,18 @@ MapModel::MapModel(QObject* parent)
   none.isShown = false;
   card_->show(none);
   scale_->show(MapScale{});
+  rest_.setSingleShot(true);
+  rest_.setInterval(kRestMs);
+  connect(&rest_, &QTimer::timeout, this, &MapModel::look);
+  connect(radar_, &RadarModel::pictured, this, [this] { setPictures(radar_->pictures()); });
+  connect(radar_, &RadarModel::settled, this, &MapModel::settled);
+}
+
+/// Asks for the pictures of what is seen.
+void MapModel::look() {
+  bool const isLooked = isShown_ && isOn(kRadarLayer) && view_.width > 0 && view_.height > 0;
+  radar_->look(isLooked ? std::optional(view_) : std::nullopt);
+  if (hasSettled()) Q_EMIT settled();
 }
 
 void MapModel::show(std::shared_ptr<EngineSnapshot const> snapshot, ViewContext const& context) {
@@ -80,6 +95,7 @@ void MapModel::refill() {
   showLayers();
   showScale();
   describe();
+  radar_->show(*context_);
   Texts const& texts = context_->texts;
   credit_ = QString::fromStdString(texts.format("desktop.map.credit", std::string(kMakers)));
   Q_EMIT shown();
@@ -89,6 +105,7 @@ void MapModel::showLayers() {
   SupplementState const* const supplement = snapshot_ ? snapshot_->weather->supplement.get() : nullptr;
   std::vector<MapLayerView> views;
   for (LayerRow const& row : kLayers) {
+    if (row.name == kRadarLayer && !radar_->isThere()) continue;
     MapLayerView& view = views.emplace_back();
     view.name = row.name;
     view.title = context_->text(row.key);
@@ -134,6 +151,9 @@ void MapModel::setShown(bool isShown) {
     wasShown_ = true;
     refill();
   }
+  // Who hides the page wants nothing any more; who shows it, when it has come to rest.
+  isShown ? rest_.start() : rest_.stop();
+  if (!isShown) look();
   Q_EMIT isShownChanged();
 }
 
@@ -152,6 +172,7 @@ void MapModel::setView(MapView const& view) {
   view_ = view;
   showScale();
   describe();
+  if (isShown_) rest_.start();
   Q_EMIT viewChanged();
 }
 
@@ -190,6 +211,7 @@ void MapModel::toggle(QString const& layer) {
   std::string const name = layer.toStdString();
   if (hidden_.erase(name) == 0) hidden_.insert(name);
   if (context_) showLayers();
+  look();
   Q_EMIT layersChanged();
 }
 

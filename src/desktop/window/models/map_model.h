@@ -5,10 +5,12 @@
 #include "app/state/engine_snapshot.h"
 #include "base/web_mercator.h"
 #include "desktop/views/map/map_things.h"
+#include "desktop/window/models/radar_model.h"
 #include "desktop/window/models/view_models.h"
 #include "desktop/window/painting/map_layer.h"
 
 #include <QObject>
+#include <QTimer>
 #include <memory>
 #include <optional>
 #include <set>
@@ -22,6 +24,7 @@ class MapModel : public QObject {
   Q_PROPERTY(nimbara::RecordModel* scale READ scale CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* layers READ layers CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* things READ things CONSTANT)
+  Q_PROPERTY(nimbara::RadarModel* radar READ radar CONSTANT)
   Q_PROPERTY(QString description READ description NOTIFY described)
   Q_PROPERTY(QString credit READ credit NOTIFY shown)
   Q_PROPERTY(bool isShown READ isShown WRITE setShown NOTIFY isShownChanged)
@@ -29,12 +32,16 @@ class MapModel : public QObject {
   Q_PROPERTY(double zoom READ zoom NOTIFY viewChanged)
 
  public:
-  explicit MapModel(QObject* parent);
+  /// The view that is at rest for so long is one that pictures are fetched for.
+  static constexpr int kRestMs = 150;
+
+  MapModel(RadarSources radar, QObject* parent);
 
   void show(std::shared_ptr<EngineSnapshot const> snapshot, ViewContext const& context);
 
   RecordModel* words() { return words_; }
   RecordModel* card() { return card_; }
+  RadarModel* radar() { return radar_; }
   RecordModel* scale() { return scale_; }
   RecordListModel* layers() { return layers_; }
   RecordListModel* things() { return list_; }
@@ -51,6 +58,8 @@ class MapModel : public QObject {
   /// What lies between the land and the things on it, the lowest first.
   MapLayerPictures const& pictures() const { return pictures_; }
   void setPictures(MapLayerPictures pictures);
+  /// Nothing is to come that a picture of the page should wait for.
+  bool hasSettled() const { return !isShown_ || (!rest_.isActive() && radar_->hasSettled()); }
   /// The zoom with which the map begins and to which it comes home.
   void setHomeZoom(double zoom);
 
@@ -72,6 +81,7 @@ class MapModel : public QObject {
   Q_INVOKABLE void open();
 
  Q_SIGNALS:
+  void settled();
   void shown();
   void described();
   void viewChanged();
@@ -89,6 +99,7 @@ class MapModel : public QObject {
   };
 
   void refill();
+  void look();
   void showLayers();
   void showScale();
   void describe();
@@ -98,6 +109,8 @@ class MapModel : public QObject {
   std::optional<Picked> thingAt(MapPoint pixel) const;
   double away(Coordinate from, MapPoint pixel) const;
 
+  RadarModel* radar_;
+  QTimer rest_;
   RecordModel* words_;
   RecordModel* card_;
   RecordModel* scale_;

@@ -3,6 +3,7 @@
 
 #include "app/engine/engine_actions.h"
 #include "app/engine/station_actions.h"
+#include "desktop/imagery/radar_sources.h"
 
 #include <QCoreApplication>
 #include <QMetaObject>
@@ -24,6 +25,7 @@ struct WindowActions {
   GlobeActions* globe = nullptr;  ///< without, the globe waits for nothing
   NotificationActions& notifications = nobody<NotificationActions>();
   StationActions& stations = nobody<StationActions>();
+  RadarSources radar = {};  ///< without, the map has none
 };
 
 /// A listener for any thread: `show(model, answer)` runs later, on the window's, unless the model has gone.

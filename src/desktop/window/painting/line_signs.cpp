@@ -136,6 +136,12 @@ constexpr std::array kSigns = std::to_array<SignRow>({
        stroke(p, {{9, 4}, {9, 17.5}});
        stroke(p, {{15, 6.5}, {15, 20}});
      }},
+    {"play", [](QPainter& p) { stroke(p, {{8, 5.5}, {18.5, 12}, {8, 18.5}, {8, 5.5}}); }},
+    {"pause",
+     [](QPainter& p) {
+       stroke(p, {{8.5, 6}, {8.5, 18}});
+       stroke(p, {{15.5, 6}, {15.5, 18}});
+     }},
     {"plus",
      [](QPainter& p) {
        stroke(p, {{12, 6}, {12, 18}});

@@ -154,13 +154,22 @@ bool MapItem::paintAreas(QPainter& painter, QPointF corner, double side) const {
 
 void MapItem::paintPictures(QPainter& painter, MapView const& view) const {
   for (MapLayerPicture const& layer : model_->pictures()) {
+    painter.setOpacity(layer.opacity);
     WorldTurns const turns = turnsOf(view, layer.northWest.x, layer.southEast.x);
     for (int turn = turns.first; turn <= turns.last; ++turn) {
       MapPoint const from = pixelOf(view, {layer.northWest.x + turn, layer.northWest.y});
       MapPoint const to = pixelOf(view, {layer.southEast.x + turn, layer.southEast.y});
-      painter.drawImage(QRectF(QPointF(from.x, from.y), QPointF(to.x, to.y)), layer.picture);
+      QPointF const corner(std::round(from.x), std::round(from.y));
+      QSizeF const size(std::round(to.x - from.x), std::round(to.y - from.y));
+      // As it was made for the view, it is only moved.
+      if (size.toSize() == layer.picture.size()) {
+        painter.drawImage(corner, layer.picture);
+      } else {
+        painter.drawImage(QRectF(corner, size), layer.picture);
+      }
     }
   }
+  painter.setOpacity(1);
 }
 
 void MapItem::paintQuakes(QPainter& painter, MapView const& view) const {

@@ -14,6 +14,7 @@ struct MapLayerPicture {
   QImage picture;
   MapPoint northWest;
   MapPoint southEast;
+  double opacity = 1;
 };
 
 using MapLayerPictures = std::vector<MapLayerPicture>;
