@@ -50,6 +50,16 @@ TEST(MapLabels, KeepApart) {
   EXPECT_LT(leastPopulation(12), 1'000);
 }
 
+TEST(MapLabels, LeaveThePartsOfATownToACloserLook) {
+  GreaterTowns towns;
+  EXPECT_FALSE(towns.hidesAt({100, 100}, 600'000));
+  EXPECT_TRUE(towns.hidesAt({120, 100}, 50'000));
+  EXPECT_TRUE(towns.hidesAt({100, 133}, 300'000));
+  EXPECT_FALSE(towns.hidesAt({100, 135}, 50'000));
+  EXPECT_FALSE(towns.hidesAt({120, 100}, 300'001)) << "a twin";
+  EXPECT_FALSE(towns.hidesAt({140, 100}, 40'000)) << "what is hidden hides nobody";
+}
+
 /// A place in Berlin with a warning about it.
 std::shared_ptr<EngineSnapshot> warned() {
   WeatherState state = stateOf(mildWeek());

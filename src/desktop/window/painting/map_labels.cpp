@@ -30,6 +30,17 @@ bool LabelRoom::take(QRectF const& wanted) {
   return true;
 }
 
+bool GreaterTowns::hidesAt(QPointF at, int population) {
+  constexpr double kReach = 34;  // pixels
+  constexpr int kTimes = 2;
+  bool const isHidden = std::ranges::any_of(towns_, [&](Town const& town) {
+    QPointF const gap = town.at - at;
+    return town.population >= kTimes * population && std::hypot(gap.x(), gap.y()) < kReach;
+  });
+  if (!isHidden) towns_.push_back({at, population});
+  return isHidden;
+}
+
 void MapLabels::setLook(Look const& look) {
   if (look == look_) return;
   look_ = look;
@@ -83,6 +94,7 @@ void MapLabels::paintTowns(QPainter& painter, LabelRoom& room, MapView const& vi
   constexpr double kAround = 40, kDot = 2.2;
   int const least = leastPopulation(view.zoom);
   int painted = 0;
+  GreaterTowns greater;
   painter.setPen(QPen(look_.halo, 1));
   painter.setBrush(look_.ink);
   double const side = view.worldSide();
@@ -93,6 +105,7 @@ void MapLabels::paintTowns(QPainter& painter, LabelRoom& room, MapView const& vi
     WorldTurns const turns = turnsOf(view, town.at.x - kAround / side, town.at.x + kAround / side);
     for (int turn = turns.first; turn <= turns.last; ++turn) {
       QPointF const at(view.width / 2.0 + (town.at.x + turn - view.centre.x) * side, y);
+      if (greater.hidesAt(at, town.population)) continue;
       double const dot = town.population >= 1'000'000 ? kDot + 1 : kDot;
       if (!room.take(QRectF(at.x() - dot, y - dot, 2 * dot, 2 * dot))) continue;
       auto const name = QString::fromUtf8(town.name.data(), static_cast<qsizetype>(town.name.size()));

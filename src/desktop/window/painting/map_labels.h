@@ -33,6 +33,21 @@ class LabelRoom {
   std::vector<QRectF> taken_;
 };
 
+/// Towns of a picture in the order of their size. A much smaller one beside a greater one, or a part of it,
+/// is left to a closer look, whether or not the greater one's name has found room.
+class GreaterTowns {
+ public:
+  /// Notes the town where it is not left out.
+  bool hidesAt(QPointF at, int population);
+
+ private:
+  struct Town {
+    QPointF at;
+    int population;
+  };
+  std::vector<Town> towns_;
+};
+
 class MapLabels {
  public:
   struct Look {
