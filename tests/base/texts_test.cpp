@@ -4,6 +4,7 @@
 #include "base/text/text.h"
 #include "base/units.h"
 #include "base/words/compass_point.h"
+#include "base/words/list_text.h"
 #include "base/words/plural_form.h"
 
 #include <gtest/gtest.h>
@@ -82,6 +83,43 @@ TEST(Texts, CountInTheFormsOfTheLanguage) {
   EXPECT_EQ(english.format("govAlert.affectingAreas", "Heat", 1U), "Heat affecting one area");
   EXPECT_EQ(english.format("govAlert.affectingAreas", "Heat", 2U), "Heat affecting 2 areas");
   EXPECT_EQ(Texts::load("zh").format("report.daysAgo", 1), "1天前");
+}
+
+TEST(Texts, SayOneOClockInTheSingular) {
+  struct Row {
+    char const* language;
+    char const* key;
+    char const* hour;
+    char const* text;
+  };
+  for (Row const& row :
+       {Row{"es", "warning.until", "1:00 AM", "hasta la 1:00 AM"},
+        {"es", "warning.until", "01:00", "hasta la 01:00"},
+        {"es", "report.at", "01:30", "a la 01:30"},
+        {"es", "warning.until", "2:00", "hasta las 2:00"},
+        {"es", "warning.until", "10:00", "hasta las 10:00"},
+        {"es", "warning.until", "11 PM", "hasta las 11 PM"},
+        {"pt", "warning.until", "01:00", "até à 01:00"},
+        {"pt", "warning.from", "01:00", "a partir da 01:00"},
+        {"pt", "report.at", "1 AM", "à 1 AM"},
+        {"pt", "warning.until", "21:00", "até às 21:00"},
+        {"pt", "warning.uncheckedSince", "01:59", "Avisos oficiais por verificar desde a 01:59"},
+        {"it", "report.at", "01:00", "alle 01:00"},
+        {"de", "report.at", "1:00", "um 1:00"}})
+    EXPECT_EQ(Texts::load(row.language).format(row.key, row.hour), row.text);
+  EXPECT_EQ(Texts::load("es").format("push.rainStart.bodyWindow", "1:00", "2:00", 1),
+            "Se espera lluvia desde cerca de la 1:00 hasta cerca de las 2:00 (~1 h).");
+  EXPECT_EQ(Texts::load("es").format("brief.gusts", "1,5 km", "13:00"),
+            "rachas de hasta 1,5 km hacia las 13:00");
+}
+
+TEST(Texts, JoinListsWithTheirOwnComma) {
+  for (auto const& [language, list] :
+       {std::pair("en", "a, b, c"), {"ja", "a、b、c"}, {"zh", "a、b、c"}, {"pl", "a, b, c"}}) {
+    std::string joined;
+    for (char const* const item : {"a", "", "b", "c"}) appendItem(joined, item, Texts::load(language));
+    EXPECT_EQ(joined, list);
+  }
 }
 
 TEST(Texts, NameThePointsOfTheCompass) {

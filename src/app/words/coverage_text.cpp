@@ -1,6 +1,7 @@
 #include "app/words/coverage_text.h"
 
 #include "base/words/country_names.h"
+#include "base/words/list_text.h"
 #include "base/words/moment_text.h"
 #include "feeds/fetching/failure_words.h"
 
@@ -46,9 +47,10 @@ std::string unplacedList(SourceCoverage const& coverage, Texts const& texts) {
   all.insert(all.end(), coverage.areas.begin(), coverage.areas.end());
   std::string list;
   for (std::size_t i = 0; i < std::min(all.size(), kMostAreas); ++i) {
-    list += (list.empty() ? "" : ", ") + worded(all[i], texts);
+    appendItem(list, worded(all[i], texts), texts);
   }
-  return all.size() > kMostAreas ? list + ", …" : list;
+  if (all.size() > kMostAreas) appendItem(list, "…", texts);
+  return list;
 }
 
 std::string unplacedText(SourceCoverage const& coverage, std::string const& checkedAt, Texts const& texts,

@@ -1,5 +1,6 @@
 #include "app/words/source_words.h"
 
+#include "base/words/list_text.h"
 #include "feeds/alerts/official_sources.h"
 
 #include <algorithm>
@@ -25,11 +26,12 @@ bool isExhausted(SourceCoverage const& coverage) {
   return !coverage.reason || coverage.reason->kind != ServiceFailure::Kind::notAskedLately;
 }
 
-std::string namesBehind(std::vector<std::string_view> const& route, std::string_view serving) {
+std::string namesBehind(std::vector<std::string_view> const& route, std::string_view serving,
+                        Texts const& texts) {
   auto const found = std::ranges::find(route, serving);
   std::string names;
   for (auto one = found == route.end() ? route.begin() : std::next(found); one != route.end(); ++one)
-    names.append(names.empty() ? "" : ", ").append(warningServiceName(*one));
+    appendItem(names, warningServiceName(*one), texts);
   return names;
 }
 
@@ -46,7 +48,7 @@ SourceWords sourceWords(std::vector<std::string_view> const& route, SourceCovera
   if (!words.source.empty()) words.service = warningServiceName(words.source);
   words.lacks = lacksOf(words.source, texts);
   if (coverage != nullptr && isExhausted(*coverage)) return words;
-  words.next = namesBehind(route, words.source);
+  words.next = namesBehind(route, words.source, texts);
   if (words.next.empty()) words.next = texts.text("desktop.sources.next.nobody");
   return words;
 }

@@ -1,6 +1,7 @@
 #include "app/words/storm_text.h"
 
 #include "base/words/compass_point.h"
+#include "base/words/list_text.h"
 #include "feeds/fetching/failure_words.h"
 #include "feeds/storms/storm_merge.h"
 #include "providers/common/compass.h"
@@ -43,7 +44,7 @@ std::string approachText(TropicalStorm const& storm, Coordinate place, HazardWor
 
 std::string sourceText(TropicalStorm const& storm, HazardWords const& words) {
   std::string centres(properNameOf(storm.centre));
-  for (StormCentre const also : storm.alsoBy) centres += ", " + std::string(properNameOf(also));
+  for (StormCentre const also : storm.alsoBy) appendItem(centres, properNameOf(also), words.texts);
   return storm.lastUpdate ? words.texts.format("storms.reported", centres, words.moment(*storm.lastUpdate))
                           : centres;
 }

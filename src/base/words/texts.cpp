@@ -8,6 +8,7 @@
 #include <unicode/dcfmtsym.h>
 
 #include <algorithm>
+#include <array>
 #include <span>
 #include <utility>
 
@@ -94,6 +95,49 @@ std::string_view countedForm(Table const& table, Table::const_iterator usual,
   return usual->second;
 }
 
+/// Hours are plural in some languages, but for the first: "las 2:00", "la 1:00".
+struct HourArticle {
+  std::string_view language;
+  std::string_view usual;
+  std::string_view ofOne;
+};
+
+constexpr auto kHourArticles = std::to_array<HourArticle>({
+    {"es", "las ", "la "},
+    {"pt", "às ", "à "},
+    {"pt", "as ", "a "},
+    {"pt", "das ", "da "},
+});
+
+/// "1:30", "01:30", "1 AM", "1"; not "10:30" and not "1,5".
+bool beginsAtOne(MessageArgument const& argument) {
+  auto const* const text = std::get_if<std::string>(&argument.value());
+  if (text == nullptr) return false;
+  std::string_view rest = *text;
+  if (rest.starts_with('0')) rest.remove_prefix(1);
+  if (!rest.starts_with('1')) return false;
+  rest.remove_prefix(1);
+  return rest.empty() || std::string_view("0123456789,.").find(rest.front()) == std::string_view::npos;
+}
+
+/// A private character of Unicode's; stands before what begins at one o'clock while a text is filled.
+constexpr std::string_view kOneFollows = "\uE001";
+
+std::string withArticles(std::string text, std::string_view language) {
+  for (auto at = text.find(kOneFollows); at != std::string::npos; at = text.find(kOneFollows, at)) {
+    text.erase(at, kOneFollows.size());
+    std::string_view const before = std::string_view(text).substr(0, at);
+    auto const* const article = std::ranges::find_if(kHourArticles, [&](HourArticle const& one) {
+      if (one.language != language || !before.ends_with(one.usual)) return false;
+      return before.size() == one.usual.size() || before[before.size() - one.usual.size() - 1] == ' ';
+    });
+    if (article == kHourArticles.end()) continue;
+    at -= article->usual.size();
+    text.replace(at, article->usual.size(), article->ofOne);
+  }
+  return text;
+}
+
 }  // namespace
 
 std::vector<Texts::Language> const& Texts::languages() {
@@ -147,7 +191,14 @@ std::string Texts::fill(std::string_view key, std::initializer_list<MessageArgum
     pattern = countedForm(*table, found, arguments);
     break;
   }
-  return formatMessage(pattern, std::span(arguments.begin(), arguments.size()), decimalPoint_);
+  bool const hasArticles = std::ranges::count(kHourArticles, language_, &HourArticle::language) > 0;
+  if (!hasArticles || std::ranges::none_of(arguments, beginsAtOne))
+    return formatMessage(pattern, std::span(arguments.begin(), arguments.size()), decimalPoint_);
+  std::vector<MessageArgument> marked(arguments);
+  for (MessageArgument& argument : marked) {
+    if (beginsAtOne(argument)) argument = std::string(kOneFollows) + std::get<std::string>(argument.value());
+  }
+  return withArticles(formatMessage(pattern, marked, decimalPoint_), language_);
 }
 
 }  // namespace nimbara

@@ -5,6 +5,7 @@
 #include "app/words/coverage_text.h"
 #include "base/json/json.h"
 #include "base/text/text.h"
+#include "base/words/list_text.h"
 #include "cli/cli.h"
 #include "cli/pages/area_map.h"
 #include "cli/pages/warning_json.h"
@@ -162,8 +163,7 @@ class AlertsRun {
     std::string named;
     for (OfficialSource const& source : officialSources()) {
       auto const name = enumFromName<AlertSource>(source.name);
-      if (name && options_.sources.contains(*name))
-        named.append(named.empty() ? "" : ", ").append(source.service);
+      if (name && options_.sources.contains(*name)) appendItem(named, source.service, context_.texts());
     }
     auto const route = warningRoute(officialPlace_);
     return context_.texts().format("coverage.notServed", placeName(), named,

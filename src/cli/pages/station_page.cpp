@@ -1,5 +1,6 @@
 #include "cli/pages/station_page.h"
 
+#include "base/words/list_text.h"
 #include "base/words/time_words.h"
 
 #include <algorithm>
@@ -118,11 +119,11 @@ std::string moduleLine(StationModule const& module, Texts const& texts, StationP
   std::string values;
   for (StationValue const& value : module.values) {
     if (std::ranges::find(kUnlabelled, value.quantity) != std::end(kUnlabelled)) continue;
-    values += (values.empty() ? "" : ", ") + valueText(value.quantity, value.value, options.units);
+    appendItem(values, valueText(value.quantity, value.value, options.units), texts);
   }
   std::string about = module.observedAt ? ageText(*module.observedAt, options.now, texts)
                                         : std::string(texts.text("station.silent"));
-  if (module.battery) about += ", " + texts.format("station.battery", *module.battery);
+  if (module.battery) appendItem(about, texts.format("station.battery", *module.battery), texts);
   constexpr int kNameWidth = 18;
   std::string const name = moduleText(module.name, module.kind, texts);
   Style const& style = options.style;

@@ -2,6 +2,7 @@
 
 #include "base/text/number.h"
 #include "base/text/text.h"
+#include "base/words/list_text.h"
 #include "base/words/time_words.h"
 
 #include <array>
@@ -87,8 +88,7 @@ std::string dayList(EnumSet<DayOfWeek> days, Texts const& texts) {
   for (std::size_t i = 0; i < enumNames<DayOfWeek>.size(); ++i) {
     auto const day = static_cast<DayOfWeek>(i);
     if (!days.contains(day)) continue;
-    if (!list.empty()) list += ", ";
-    list += texts.text(weekdayKey(day));
+    appendItem(list, texts.text(weekdayKey(day)), texts);
   }
   return list;
 }

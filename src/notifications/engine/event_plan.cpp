@@ -1,5 +1,6 @@
 // What becomes of events in a pass: sent once, followed where their rule follows them, taken back at their
 // end.
+#include "base/words/list_text.h"
 #include "base/words/moment_text.h"
 #include "feeds/alerts/event_memory.h"
 #include "notifications/engine/event_bound.h"
@@ -133,11 +134,13 @@ void PassPlanner::merge(PlannedEvents& events, Finding const& finding, RuleInput
   std::string remarks = known.finding.remark + (areBoth ? "\n" : "") + finding.remark;
   known.tags.push_back(inputs.place.tag);
   if (tellsMore(finding, known.finding)) {
-    alone.names = known.names + ", " + alone.names;
+    std::string names = std::move(known.names);
+    appendItem(names, alone.names, context_.texts);
+    alone.names = std::move(names);
     alone.tags = std::move(known.tags);
     known = std::move(alone);
   } else {
-    known.names += ", " + inputs.place.name;
+    appendItem(known.names, inputs.place.name, context_.texts);
   }
   known.finding.remark = std::move(remarks);
   known.isElsewhere = true;

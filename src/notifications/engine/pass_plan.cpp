@@ -1,5 +1,6 @@
 #include "notifications/engine/pass_plan.h"
 
+#include "base/words/list_text.h"
 #include "notifications/engine/hold_back.h"
 #include "notifications/engine/pass_planner.h"
 
@@ -37,7 +38,7 @@ void PassPlanner::leaveOut(Rule const& rule) {
     std::string names;
     for (RuleInputs const& inputs : places_) {
       if (static_cast<int>(choiceAt(inputs)) != choice) continue;
-      names += (names.empty() ? "" : ", ") + inputs.place.name;
+      appendItem(names, inputs.place.name, context_.texts);
     }
     if (names.empty()) continue;
     Decision& decision = add(notChosen, rule);

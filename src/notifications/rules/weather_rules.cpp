@@ -1,5 +1,6 @@
 #include "notifications/rules/weather_rules.h"
 
+#include "base/words/list_text.h"
 #include "base/words/time_words.h"
 #include "notifications/rules/rule_constants.h"
 
@@ -40,10 +41,11 @@ std::string continuation(RuleInputs const& inputs, double sign) {
   std::string list;
   for (int count = 0; day != daily.end() && count < cuts::kTrendDays; ++day, ++count) {
     if (sign * (day->maxTempC - std::prev(day)->maxTempC) <= 0) break;
-    if (!list.empty()) list += ", ";
-    list += inputs.texts->format("push.temp.day", words.weekday(day->date),
-                                 shownTemperature(inputs, day->maxTempC),
-                                 shownTemperature(inputs, day->minTempC), temperatureSymbol(inputs));
+    appendItem(list,
+               inputs.texts->format("push.temp.day", words.weekday(day->date),
+                                    shownTemperature(inputs, day->maxTempC),
+                                    shownTemperature(inputs, day->minTempC), temperatureSymbol(inputs)),
+               *inputs.texts);
   }
   return list;
 }

@@ -2,6 +2,7 @@
 
 #include "app/words/coverage_text.h"
 #include "base/text/text.h"
+#include "base/words/list_text.h"
 #include "desktop/views/problem_text.h"
 #include "feeds/alerts/gov_alerts.h"
 #include "feeds/alerts/warning_words.h"
@@ -94,7 +95,7 @@ AlertView viewOf(WeatherAlert const& alert, WeatherState const& state, ViewConte
   view.heading = gradedTitle(gradeOf(alert), view.title, context.texts);
   view.sentence = view.heading;
   for (std::string const* const part : {&view.area, &view.when, &view.near, &view.issuer, &view.age}) {
-    append(view.sentence, *part, ", ");
+    appendItem(view.sentence, *part, context.texts);
   }
   return view;
 }
@@ -148,7 +149,8 @@ std::string instructionOf(WeatherAlert const& alert) {
 
 std::string wholeSpanOf(WeatherAlert const& alert, ViewContext const& context, WarningWords const& words) {
   std::string span = spanText(alert.onset, alert.expires, words);
-  if (alert.isGovAlert && !alert.expires) append(span, context.text("desktop.warning.openEnded"), ", ");
+  if (alert.isGovAlert && !alert.expires)
+    appendItem(span, context.text("desktop.warning.openEnded"), context.texts);
   return span;
 }
 
@@ -162,14 +164,14 @@ void findNeighbours(WarningView& view, std::vector<WeatherAlert> const& all, Vie
   if (std::next(found) != all.end()) view.next = idOf(*std::next(found));
 }
 
-std::string namesOf(std::vector<SourceCoverage> const& coverage) {
+std::string namesOf(std::vector<SourceCoverage> const& coverage, Texts const& texts) {
   std::string names;
-  for (SourceCoverage const& source : coverage) append(names, source.service.value_or(""), ", ");
+  for (SourceCoverage const& source : coverage) appendItem(names, source.service.value_or(""), texts);
   return names;
 }
 
 std::string sourceOf(OfficialCheck const& check, ViewContext const& context) {
-  std::string source = context.standIn.empty() ? namesOf(check.coverage)
+  std::string source = context.standIn.empty() ? namesOf(check.coverage, context.texts)
                                                : context.texts.format("report.standIn", context.standIn);
   if (auto const checkedAt = mostPressing(check.coverage).checkedAt) {
     append(source, context.texts.format("desktop.checked", ageText(*checkedAt, context.now, context.texts)),

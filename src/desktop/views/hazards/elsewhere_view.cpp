@@ -1,6 +1,7 @@
 #include "desktop/views/hazards/elsewhere_view.h"
 
 #include "base/text/text.h"
+#include "base/words/list_text.h"
 #include "feeds/alerts/gov_alerts.h"
 #include "feeds/alerts/warning_words.h"
 
@@ -28,7 +29,8 @@ std::optional<Elsewhere> elsewhere(SavedPlace const& place, std::vector<WeatherA
   found.view.text = alerts.size() == 1
                         ? context.texts.format("desktop.also.place", place.name, title)
                         : context.texts.format("desktop.also.more", place.name, title, alerts.size() - 1);
-  found.view.sentence = found.view.text + ", " + gradeText(gradeOf(first), context.texts);
+  found.view.sentence = found.view.text;
+  appendItem(found.view.sentence, gradeText(gradeOf(first), context.texts), context.texts);
   return found;
 }
 

@@ -1,6 +1,7 @@
 #include "desktop/views/hazards/kp_view.h"
 
 #include "base/text/number.h"
+#include "base/words/list_text.h"
 #include "desktop/views/problem_text.h"
 
 #include <algorithm>
@@ -105,7 +106,8 @@ KpView kpView(HazardsState const& state, ViewContext const& context) {
   view.meaning = context.text(levelKey(level, "meaning"));
   view.share = std::clamp(*kp / kHighest, 0.0, 1.0);
   view.level = level;
-  view.sentence = context.texts.format("kp.value", view.value) + ", " + view.word;
+  view.sentence = context.texts.format("kp.value", view.value);
+  appendItem(view.sentence, view.word, context.texts);
   bool const hasForecast = !state.kpForecast.data.empty();
   if (!state.kp.data.recent.empty()) {
     view.hint = context.text(hasForecast ? "desktop.kp.hintForecast" : "desktop.kp.hint");

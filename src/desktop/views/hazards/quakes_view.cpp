@@ -3,6 +3,7 @@
 #include "app/words/quake_place.h"
 #include "base/text/number.h"
 #include "base/text/text.h"
+#include "base/words/list_text.h"
 #include "desktop/views/problem_text.h"
 #include "feeds/quakes/felt_intensity.h"
 
@@ -92,17 +93,20 @@ QuakeView viewOf(EarthquakeEvent const& event, std::optional<Place> const& place
   view.isStrong = event.magnitude >= kStrong;
   if (place) {
     double const km = haversineKm(place->coordinate, event.coordinate());
-    view.note = context.texts.format("desktop.quakes.away", distanceText(km, context)) + ", ";
+    view.note = context.texts.format("desktop.quakes.away", distanceText(km, context));
     view.isFelt = couldBeFelt(event.magnitude, km, event.depthKm);
   }
-  view.note += context.texts.format("desktop.quakes.deep", distanceText(event.depthKm, context));
+  appendItem(view.note, context.texts.format("desktop.quakes.deep", distanceText(event.depthKm, context)),
+             context.texts);
   if (event.emscMagnitude) {
     std::string const theirs = magnitudeText(*event.emscMagnitude, context);
-    view.note += ", " + (event.isOnlyByEmsc ? "EMSC" : context.texts.format("quakes.emsc", theirs));
+    appendItem(view.note, event.isOnlyByEmsc ? "EMSC" : context.texts.format("quakes.emsc", theirs),
+               context.texts);
   }
-  if (view.isFelt) view.note += ", " + context.text("desktop.quakes.felt");
-  view.sentence = context.texts.format("desktop.quakes.magnitude", view.magnitude) + ", " + view.place +
-                  ", " + view.note + ", " + view.age;
+  if (view.isFelt) appendItem(view.note, context.text("desktop.quakes.felt"), context.texts);
+  view.sentence = context.texts.format("desktop.quakes.magnitude", view.magnitude);
+  for (std::string const* const part : {&view.place, &view.note, &view.age})
+    appendItem(view.sentence, *part, context.texts);
   return view;
 }
 

@@ -2,6 +2,7 @@
 
 #include "app/words/coverage_text.h"
 #include "app/words/source_words.h"
+#include "base/words/list_text.h"
 #include "base/words/time_words.h"
 #include "feeds/alerts/warning_route.h"
 
@@ -89,7 +90,7 @@ SourceView viewOf(SourceView view, Route const& route, std::optional<SourceCover
   fillChoice(view, route, context);
   view.sentence = view.place;
   for (std::string const* const part : {&view.stateText, &view.service, &view.detail})
-    append(view.sentence, *part, ", ");
+    appendItem(view.sentence, *part, context.texts);
   return view;
 }
 

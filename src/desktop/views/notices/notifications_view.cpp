@@ -1,5 +1,6 @@
 #include "desktop/views/notices/notifications_view.h"
 
+#include "base/words/list_text.h"
 #include "base/words/time_words.h"
 #include "desktop/views/notices/kind_titles.h"
 #include "desktop/views/notices/notification_rows.h"
@@ -149,9 +150,7 @@ LogView logView(LoggedNotification const& line, std::vector<Mute> const& mutes,
   shown.reason = reasonText(line, view.units, view.texts);
   shown.wasTold = wasTold(line);
   for (std::string const& part : {shown.when, shown.title, shown.place, shown.body, shown.reason}) {
-    if (part.empty()) continue;
-    if (!shown.sentence.empty()) shown.sentence += ", ";
-    shown.sentence += part;
+    appendItem(shown.sentence, part, view.texts);
   }
   return shown;
 }

@@ -6,6 +6,7 @@
 #include "base/geodesy.h"
 #include "base/text/search_text.h"
 #include "base/words/country_names.h"
+#include "base/words/list_text.h"
 #include "base/words/time_words.h"
 #include "feeds/alerts/warning_words.h"
 #include "gazetteer/gazetteer.h"
@@ -34,12 +35,13 @@ void fillWeather(View& view, WeatherData const& data, ViewContext const& context
   if (auto const present = presentAt(data, context.now)) {
     view.temperature = context.degrees(present->tempC, present->tempF);
     view.sky = skyName(present->condition);
-    view.sentence += ", " + view.temperature + ", " + context.condition(present->condition, view.isDay);
+    appendItem(view.sentence, view.temperature, context.texts);
+    appendItem(view.sentence, context.condition(present->condition, view.isDay), context.texts);
   }
   if (DailyForecast const* const day = dayAt(data, context.now)) {
     view.range = context.texts.format("desktop.range", context.degrees(day->maxTempC, day->maxTempF),
                                       context.degrees(day->minTempC, day->minTempF));
-    view.sentence += ", " + view.range;
+    appendItem(view.sentence, view.range, context.texts);
   }
 }
 
@@ -67,7 +69,7 @@ void fillWarnings(PlaceView& view, Coordinate coordinate, std::vector<PlaceCover
   SourceCoverage const& coverage = mostPressing(aged);
   view.warningsState = enumName(coverage.state);
   view.warnings = coverageText(coverage, context.texts, context.fallback, context.now);
-  view.sentence += ", " + view.warnings;
+  appendItem(view.sentence, view.warnings, context.texts);
   fillMark(view, *found, coverage.state, context);
 }
 
@@ -143,7 +145,8 @@ HereView hereView(PlaceList const& list, LocationState const& location, KeptFore
   view.area =
       formatCoordinate(list.lastFix->coordinate) + "  ·  " +
       context.texts.format("desktop.here.age", ageText(list.lastFix->time, context.now, context.texts));
-  view.sentence = context.text("desktop.here") + ", " + view.name;
+  view.sentence = context.text("desktop.here");
+  appendItem(view.sentence, view.name, context.texts);
   auto const found = kept.find(kCurrentLocation);
   if (found != kept.end() && found->second) fillWeather(view, *found->second, context);
   return view;

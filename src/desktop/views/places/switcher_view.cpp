@@ -2,6 +2,7 @@
 
 #include "base/text/search_text.h"
 #include "base/text/text.h"
+#include "base/words/list_text.h"
 
 #include <algorithm>
 
@@ -78,7 +79,8 @@ void addFound(std::vector<SwitcherRow>& rows, std::vector<FoundView> const& foun
     if (found[i].isSaved) continue;
     SwitcherRow& row = rows.emplace_back(command("found", found[i].name, found[i].area));
     row.id = std::to_string(i);
-    row.sentence = found[i].sentence + ", " + context.text("desktop.add");
+    row.sentence = found[i].sentence;
+    appendItem(row.sentence, context.text("desktop.add"), context.texts);
   }
 }
 
