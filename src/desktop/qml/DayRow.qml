@@ -37,6 +37,8 @@ Column {
         onClicked: if (day.hasHours) App.openDay = day.isOpen ? -1 : day.index
         isExpandable: day.hasHours
         isExpanded: day.isOpen
+        enabled: day.hasHours
+        spokenRole: day.hasHours ? Accessible.Button : Accessible.StaticText
         Accessible.name: day.sentence
         background: Rectangle {
             radius: 10
