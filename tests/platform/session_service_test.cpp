@@ -159,7 +159,7 @@ TEST_F(SessionServiceTest, IsWhatItsDescriptionSays) {
                      "/../../packaging/dbus/io.github.nimbara.Nimbara.Service.xml");
   std::stringstream written;
   written << file.rdbuf();
-  EXPECT_EQ(elementsOf(told).size(), 15U);
+  EXPECT_EQ(elementsOf(told).size(), 16U);
   EXPECT_EQ(elementsOf(told), elementsOf(written.str()));
 }
 
@@ -250,7 +250,16 @@ TEST_F(SessionServiceTest, AnswersTheDesktopsSearches) {
       .onInterface(kShell)
       .withArguments(std::string("y"), Texts{}, std::uint32_t(0));
   shell->callMethod("LaunchSearch").onInterface(kShell).withArguments(Texts{"y"}, std::uint32_t(0));
-  EXPECT_THAT(face_.opened.wait(4), ElementsAre("os/t", "other/", "y/", "/"));
+  auto const object = proxy(kPath);
+  for (char const* const place : {"oslo", ""}) {
+    object->callMethod("Open").onInterface(kName).withArguments(std::string(place), std::string("u"));
+  }
+  EXPECT_EQ(errorOf([&] {
+              object->callMethod("Open").onInterface(kName).withArguments(std::string("bergen"),
+                                                                          std::string());
+            }),
+            std::string(kName) + ".Error.UnknownPlace");
+  EXPECT_THAT(face_.opened.wait(6), ElementsAre("os/t", "other/", "y/", "/", "oslo/u", "/u"));
 }
 
 TEST_F(SessionServiceTest, TheNextInLineTakesTheName) {

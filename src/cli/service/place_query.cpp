@@ -70,8 +70,8 @@ bool isWeather(std::string const& word) {
 
 /// A city that is not saved: what is known of it is where it lies.
 SearchHit hitOf(FoundPlace const& found, double relevance) {
-  SearchHit hit{formatCoordinate(found.coordinate), foundName(found), found.region,
-                "io.github.nimbara.Nimbara", relevance};
+  SearchHit hit{coordinateText(found.coordinate), foundName(found), found.region, "io.github.nimbara.Nimbara",
+                relevance};
   if (!found.country.empty()) hit.description += (hit.description.empty() ? "" : ", ") + found.country;
   return hit;
 }

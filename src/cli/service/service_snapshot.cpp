@@ -5,6 +5,7 @@
 #include "app/services/composition.h"
 #include "app/services/feed_services.h"
 #include "app/state/places_state.h"
+#include "base/text/number.h"
 #include "feeds/alerts/gov_alert_service.h"
 #include "feeds/stations/station_shown.h"
 #include "model/process.h"
@@ -41,6 +42,10 @@ ServicePlace const* ServiceSnapshot::find(std::string const& text) const {
   return first([id = saved->id.text()](ServicePlace const& each) { return each.id == id; });
 }
 
+std::string coordinateText(Coordinate coordinate) {
+  return plainDecimal(coordinate.latitude) + "," + plainDecimal(coordinate.longitude);
+}
+
 std::vector<ServicePlace> servicePlaces(PlacesState const& places, std::optional<Place> const& shown) {
   std::vector<ServicePlace> all;
   all.reserve(places.list.places.size() + 2);
@@ -60,7 +65,7 @@ std::vector<ServicePlace> servicePlaces(PlacesState const& places, std::optional
   // One that is looked at without being saved.
   if (!isShownKnown) {
     all.push_back(
-        of(formatCoordinate(shown->coordinate), *shown, govAlertPlace(shown->coordinate).countryCode, true));
+        of(coordinateText(shown->coordinate), *shown, govAlertPlace(shown->coordinate).countryCode, true));
   }
   return all;
 }

@@ -37,6 +37,9 @@ struct ServiceSnapshot {
   ServicePlace const* find(std::string const& text) const;
 };
 
+/// As a place is written: "52.52,13.41".
+std::string coordinateText(Coordinate coordinate);
+
 /// The places without what is known of their weather.
 std::vector<ServicePlace> servicePlaces(PlacesState const& places, std::optional<Place> const& shown);
 

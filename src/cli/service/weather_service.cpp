@@ -168,7 +168,13 @@ std::optional<SearchHit> WeatherService::found(std::string const& id) {
 
 void WeatherService::open(std::string const& id, std::string const& activationToken) {
   if (!id.empty() && !found(id)) return;
-  work_.run([this, id, activationToken](std::stop_token const&) { around_.open(id, activationToken); });
+  auto const known = snapshot();
+  // The window knows saved places by their identifiers, all others by where they are.
+  ServicePlace const* const place = id.empty() ? nullptr : known->find(id);
+  bool const isSaved = place != nullptr && Uuid::parse(place->id);
+  std::string const wanted = place == nullptr || isSaved ? id : coordinateText(place->place.coordinate);
+  work_.run(
+      [this, wanted, activationToken](std::stop_token const&) { around_.open(wanted, activationToken); });
 }
 
 }  // namespace nimbara

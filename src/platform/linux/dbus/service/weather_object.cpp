@@ -50,6 +50,12 @@ Answer known(std::optional<Answer> answer) {
   return std::move(*answer);
 }
 
+/// Of the place that a record is about.
+std::string idIn(ServiceRecord const& record) {
+  auto const found = record.find("place");
+  return found == record.end() ? std::string() : std::get<std::string>(found->second);
+}
+
 }  // namespace
 
 WeatherObject::WeatherObject(sdbus::IConnection& connection, ServiceFace& face, CallGate& gate)
@@ -104,6 +110,14 @@ void WeatherObject::describeMethods() {
         gate_.admit(*object_, place);
         auto const answer = known(face_.nowcast(place));
         return std::tuple(busRecord(answer.summary), busRecords(answer.steps));
+      });
+  object_->registerMethod("Open")
+      .onInterface(kInterface)
+      .withInputParamNames("place", "activation_token")
+      .implementedAs([this](std::string const& place, std::string const& token) {
+        gate_.admit(*object_, place);
+        std::string const id = place.empty() ? place : idIn(known(face_.current(place)));
+        face_.open(id, tokenForUse(token));
       });
   object_->registerMethod("Refresh")
       .onInterface(kInterface)
