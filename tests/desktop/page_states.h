@@ -7,6 +7,7 @@
 #include "notifications_states.h"
 #include "settings_states.h"
 #include "states.h"
+#include "station_states.h"
 
 #include <memory>
 #include <string>
@@ -86,6 +87,7 @@ inline constexpr StateRow kStates[] = {
     {"uncoveredHazards", uncoveredHazards},
     {"air", [] { return withAir(snapshotOf(stateOf(mildWeek())), airOf); }},
     {"airFailed", [] { return withAir(snapshotOf(stateOf(mildWeek())), failedAir); }},
+    {"station", [] { return withStation(snapshotOf(stateOf(mildWeek()))); }},
     {"polar", [] { return snapshotOf(polarState()); }},
     {"rain", [] { return snapshotOf(rainState()); }},
     {"radarDown", [] { return snapshotOf(radarDownState()); }},

@@ -21,7 +21,7 @@ using testing::Contains;
 using testing::IsEmpty;
 
 /// Counts whatever a page asks for; answers nothing.
-struct Asked : EngineActions, GlobeActions, NotificationActions {
+struct Asked : EngineActions, GlobeActions, NotificationActions, StationActions {
   void refresh() override { ++count; }
   void selectPlace(Uuid /*id*/) override { ++count; }
   void addPlace(SavedPlace /*place*/) override { ++count; }
@@ -54,6 +54,18 @@ struct Asked : EngineActions, GlobeActions, NotificationActions {
   void enableRule(Uuid /*id*/, bool /*isEnabled*/) override { ++count; }
   void tryRule(CustomNotification /*rule*/, TrialListener /*answered*/) override { ++count; }
   void postTest() override { ++count; }
+
+  void follow(StationActions::Listener listener) override { stationListener = std::move(listener); }
+  void look() override {
+    ++count;
+    stationListener(stationDesk());
+  }
+  void choose(std::string /*station*/) override { ++count; }
+  void lookAround() override { ++count; }
+  void chooseAround(std::string /*station*/) override { ++count; }
+  void unlink() override { ++count; }
+
+  StationActions::Listener stationListener;
 
   int count = 0;
 };
@@ -147,7 +159,7 @@ struct ScreenReader : OffscreenTest {
 
   Asked asked;
   Opened opened;
-  DesktopModel model{{Wording(), {}, [] { return kNow; }, {}}, {asked, &asked, asked}};
+  DesktopModel model{{Wording(), {}, [] { return kNow; }, {}}, {asked, &asked, asked, asked}};
   DesktopWindow window;
 };
 
@@ -182,6 +194,7 @@ constexpr HeardRow kHeard[] = {
     {"notifications", DesktopPage::notifications, shortLog},
     {"settings", DesktopPage::settings, troubled},
     {"sources", DesktopPage::sources, uncheckedHazards},
+    {"station", DesktopPage::station, [] { return withStation(snapshotOf(stateOf(mildWeek()))); }},
 };
 
 void PrintTo(HeardRow const& row, std::ostream* out) {

@@ -87,6 +87,9 @@ std::string doubtText(DoubtedValue const& doubted, Units const& units, Texts con
 
 std::string stationProblemText(StationsReading const& reading, Texts const& texts) {
   bool const hasNone = reading.state == StationState::current && reading.station() == nullptr;
+  if (hasNone && reading.kind == StationLinkKind::around)
+    return std::string(
+        texts.text(reading.chosen.empty() ? "station.state.publicFew" : "station.state.publicGone"));
   if (hasNone) return std::string(texts.text("station.state.none"));
   if (reading.state == StationState::current) return {};
   bool const isFull = reading.problem && reading.problem->kind == StationProblem::Kind::tooMany;

@@ -12,11 +12,24 @@
 
 namespace nimbara {
 
-enum class DesktopPage { now, hours, hazards, map, air, globe, places, notifications, settings, sources };
+enum class DesktopPage {
+  now,
+  hours,
+  hazards,
+  map,
+  air,
+  globe,
+  places,
+  notifications,
+  settings,
+  sources,
+  station
+};
 template <>
-inline constexpr auto enumNames<DesktopPage> = std::to_array<std::string_view>(
-    {"now", "hours", "hazards", "map", "air", "globe", "places", "notifications", "settings", "sources"});
-static_assert(enumNamesComplete(DesktopPage::sources));
+inline constexpr auto enumNames<DesktopPage> =
+    std::to_array<std::string_view>({"now", "hours", "hazards", "map", "air", "globe", "places",
+                                     "notifications", "settings", "sources", "station"});
+static_assert(enumNamesComplete(DesktopPage::station));
 
 enum class DesktopTheme { system, light, dark };
 template <>

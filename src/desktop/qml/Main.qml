@@ -23,10 +23,11 @@ Window {
     // A narrow window has no room for all of them.
     readonly property int shownPages: isWide || pages.length <= 5 ? pages.length : 4
     readonly property var otherPages: pages.slice(shownPages)
-    // The page of sources belongs to the one of hazards, and goes back to where it was opened.
-    readonly property string way: page === "sources" ? "hazards" : page
+    // Pages that belong to another one, and go back to where they were opened.
+    readonly property var belongs: ({ sources: "hazards", station: "settings" })
+    readonly property string way: belongs[page] ?? page
     property string last: "now"
-    onPageChanged: if (page !== "sources") last = page
+    onPageChanged: if (!belongs[page]) last = page
     readonly property bool wantsPlace: App.isReady && !App.now.hasPlace
 
     // The first frame has been shown.
@@ -207,7 +208,7 @@ Window {
     Item {
         id: areas
         function shown() {
-            for (const page of [now, hours, hazards, map, air, globe, places, notifications, settings, sources]) {
+            for (const page of [now, hours, hazards, map, air, globe, places, notifications, settings, sources, station]) {
                 if (page.isShown)
                     return page.item;
             }
@@ -261,6 +262,7 @@ Window {
         Page { id: notifications; name: "notifications"; file: "NotificationsPage.qml" }
         Page { id: settings; name: "settings"; file: "SettingsPage.qml" }
         Page { id: sources; name: "sources"; file: "SourcesPage.qml" }
+        Page { id: station; name: "station"; file: "StationPage.qml" }
         Connections {
             target: places.item
             function onChosen() { window.page = "now" }

@@ -80,6 +80,15 @@ ScrollPage {
             SourcesLink {}
         }
         Card {
+            readonly property int lane: 1
+            title: App.words.station
+            PlainButton {
+                readonly property Main main: Window.window as Main
+                text: App.words.station
+                onClicked: if (main) main.page = "station"
+            }
+        }
+        Card {
             readonly property int lane: 0
             title: App.settings.words.window
             Column {

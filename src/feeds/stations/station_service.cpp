@@ -140,6 +140,7 @@ StationsReading StationService::readingOf(StationLink const& link, StationsKept 
   StationsReading reading;
   reading.kind = link.kind;
   reading.chosen = link.chosen;
+  if (link.kind == StationLinkKind::around) reading.around = link.name;
   reading.stations = std::move(known.stations);
   reading.together = known.together;
   reading.checkedAt = known.checkedAt;

@@ -32,6 +32,7 @@ struct StationsReading {
   StationLinkKind kind = StationLinkKind::none;
   std::vector<StationReading> stations;    ///< the last that were told
   std::string chosen;                      ///< the identifier of the one that the user wants
+  std::string around;                      ///< the place whose public stations are meant
   std::optional<Instant> checkedAt;        ///< when they were told
   std::optional<Instant> nextAsk;          ///< not asked before
   std::optional<StationProblem> problem;   ///< why it is not current

@@ -28,6 +28,7 @@ constexpr WordRow kWords[] = {
     {"notifications", "desktop.page.notifications"},
     {"settings", "desktop.page.settings"},
     {"sources", "desktop.page.sources"},
+    {"station", "desktop.station.title"},
     {"otherPages", "desktop.page.others"},
     {"refresh", "desktop.refresh"},
     {"loading", "desktop.loading"},
@@ -138,11 +139,13 @@ DesktopModel::DesktopModel(Setting setting, WindowActions actions, QObject* pare
       here_(new RecordModel(this)),
       settings_(new SettingsModel(actions_.engine, this)),
       sources_(new SourcesModel(actions_.engine, this)),
+      station_(new StationModel(actions_.stations, this)),
       first_(new FirstModel(actions_.engine, this)),
       switcher_(new SwitcherModel(this)) {
   takeWording(setting_.wording);
   connect(settings_, &SettingsModel::opened, this, &DesktopModel::tick);
   connect(sources_, &SourcesModel::opened, this, &DesktopModel::tick);
+  connect(station_, &StationModel::changed, this, &DesktopModel::tick);
   connect(hazards_, &HazardsModel::reordered, this, &DesktopModel::tick);
   connect(globe_, &GlobeModel::settled, this, &DesktopModel::shown);
   connect(map_, &MapModel::settled, this, &DesktopModel::shown);
@@ -210,6 +213,7 @@ void DesktopModel::showWeather() {
   notifications_->show(*snapshot_, view);
   settings_->show(snapshot_->settings.get(), view);
   sources_->show(*snapshot_, view);
+  station_->show(*snapshot_, view);
   first_->show(*snapshot_, view);
   WeatherData const none;
   WeatherData const& data = state.weatherData ? *state.weatherData : none;
