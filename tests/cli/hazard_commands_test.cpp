@@ -52,6 +52,16 @@ TEST_F(HazardCommands, TellTheirState) {
            R"("reason":null,"items":[]})",
            "^No travel advisory for United States"},
           {{"advisories", "52.52,13.41", "--all"}, R"("level":4,)", "^[0-9]+ travel advisories, checked"},
+          {{"advisories", "35.68,139.69", "--source", "ca"}, R"("advice":"ca.1")", "^Japan: take normal"},
+          {{"advisories", "35.68,139.69", "--source", "uk"}, R"("advice":"uk.none")", "^Japan: no advice"},
+          {{"advisories", "35.68,139.69", "--source", "de"}, R"("source":"de")", "^Japan: no travel warning"},
+          {{"advisories", "52.52,13.41", "--all", "--source", "de"},
+           R"("advice":"de.warning")",
+           "travel advisories, checked"},
+          {{"advisories", "35.68,139.69", "--all", "--source", "uk"},
+           R"({"state":"uncovered",)",
+           "^The United Kingdom gives advice for one country at a time"},
+          {{"advisories", "-30,-140", "--source", "uk"}, R"({"state":"uncovered",)", "is in no"},
           {{"fires", "38.4,-122.6", "--radius", "500"},
            R"({"state":")",
            "[wW]ildfire.* within 500 km.*checked"},
@@ -78,22 +88,39 @@ TEST_F(HazardCommands, NeverTakeAFailureForNothing) {
     std::string command;
     Service service;
     std::string sentence;
+    std::vector<std::string> more = {};
   };
   for (Row const& row :
        {Row{"air", Service::airQuality, "the air quality could not be checked: "},
         Row{"fires", Service::firms, "the wildfires could not be checked: "},
         Row{"lightning", Service::lightning, "the lightning strikes could not be checked: "},
-        Row{"advisories", Service::travelAdvisories, "the travel advisories could not be checked: "}}) {
+        Row{"advisories", Service::travelAdvisories, "the travel advisories could not be checked: "},
+        Row{"advisories",
+            Service::advisoriesCanada,
+            "the travel advisories could not be checked: ",
+            {"--source", "ca"}},
+        Row{"advisories",
+            Service::advisoriesBritain,
+            "the travel advisories could not be checked: ",
+            {"--source", "uk"}},
+        Row{"advisories",
+            Service::advisoriesGermany,
+            "the travel advisories could not be checked: ",
+            {"--source", "de"}}}) {
     for (auto const fault : {DemoFault::Kind::status500, DemoFault::Kind::garbage, DemoFault::Kind::drop,
                              DemoFault::Kind::empty}) {
-      CliRun const failed = run({row.command, "52.52,13.41", "--json"}, {{row.service, fault}});
+      std::vector<std::string> plain{row.command, "52.52,13.41"};
+      plain.insert(plain.end(), row.more.begin(), row.more.end());
+      std::vector<std::string> json = plain;
+      json.emplace_back("--json");
+      CliRun const failed = run(json, {{row.service, fault}});
       EXPECT_EQ(failed.exitCode, exitCode::kUnavailable) << row.command << enumName(fault);
       EXPECT_THAT(failed.out, AllOf(HasSubstr(R"("state":"unchecked")"), HasSubstr(R"("checkedAt":null,)"),
                                     Not(HasSubstr(R"("reason":null)"))))
           << row.command << enumName(fault);
       EXPECT_THAT(failed.err, StartsWith("nimbara: " + row.sentence)) << enumName(fault);
       if (row.command == "storms") continue;  // those of other centres are known
-      EXPECT_EQ(run({row.command, "52.52,13.41"}, {{row.service, fault}}).out, "");
+      EXPECT_EQ(run(plain, {{row.service, fault}}).out, "");
     }
   }
 }

@@ -154,7 +154,9 @@ void EngineHazards::askSupplement(Place const& place, std::stop_token const& sto
   known.lightning = feeds->lightning().fetchStrikes(place.coordinate, SupplementState::kLightningRadiusKm,
                                                     surroundings_.now() - SupplementState::kStrikesOf, stop);
   show();
-  known.advisories = feeds->travelAdvisories().fetchAdvisories(stop);
+  known.advisories =
+      feeds->travelAdvisories().fetchAdvisories(feeds->travelAdvisories().chosen(), known.country, stop);
+  known.advisorySource = feeds->travelAdvisories().chosen();
   std::erase_if(known.advisories.data,
                 [&](TravelAdvisory const& entry) { return entry.country != known.country; });
   show();

@@ -41,7 +41,6 @@ void adoptWorld(RuleInputs& inputs, RuleInputs const& world) {
   inputs.kp = world.kp;
   inputs.storms = world.storms;
   inputs.typhoons = world.typhoons;
-  inputs.advisories = world.advisories;
   inputs.station = world.station;
 }
 
@@ -147,7 +146,6 @@ void NotificationInputs::readAll(std::vector<RuleInputs>& readings, std::vector<
   ofWorld(RuleInput::kp, &NotificationInputs::readKp);
   ofWorld(RuleInput::storms, &NotificationInputs::readStorms);
   ofWorld(RuleInput::typhoons, &NotificationInputs::readTyphoons);
-  ofWorld(RuleInput::advisories, &NotificationInputs::readAdvisories);
   ofWorld(RuleInput::station, &NotificationInputs::readStation);
   ofPlaces([&](RuleInputs& inputs, Place const& place, RuleInputSet needed) {
     readForecast(inputs, place, needed, stop);
@@ -163,6 +161,9 @@ void NotificationInputs::readAll(std::vector<RuleInputs>& readings, std::vector<
   });
   ofPlaces([&](RuleInputs& inputs, Place const&, RuleInputSet needed) {
     readLightning(inputs, needed, settings, stop);
+  });
+  ofPlaces([&](RuleInputs& inputs, Place const& place, RuleInputSet needed) {
+    readAdvisories(inputs, place, needed, stop);
   });
   runAll(tasks, options_.waiting);
   for (RuleInputs& inputs : readings) adoptWorld(inputs, world);
@@ -281,9 +282,14 @@ void NotificationInputs::readStation(RuleInputs& world, std::stop_token const& s
                                                        : "the station's service has had too many requests");
 }
 
-void NotificationInputs::readAdvisories(RuleInputs& world, std::stop_token const& stop) {
-  world.advisories =
-      InputReading<std::vector<TravelAdvisory>>::of(feeds_()->travelAdvisories().fetchAdvisories(stop));
+void NotificationInputs::readAdvisories(RuleInputs& inputs, Place const& place, RuleInputSet needed,
+                                        std::stop_token const& stop) {
+  if (!needed.contains(RuleInput::advisories)) return;
+  auto const feeds = feeds_();
+  auto& service = feeds->travelAdvisories();
+  auto reading = service.fetchAdvisories(service.chosen(),
+                                         std::string(describePlace(place.coordinate).countryCode), stop);
+  inputs.advisories = InputReading<std::vector<TravelAdvisory>>::of(std::move(reading));
 }
 
 }  // namespace nimbara

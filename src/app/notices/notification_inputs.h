@@ -82,12 +82,13 @@ class NotificationInputs {
                  std::stop_token const& stop);
   void readLightning(RuleInputs& inputs, RuleInputSet needed, RuleSettings const& settings,
                      std::stop_token const& stop);
+  void readAdvisories(RuleInputs& inputs, Place const& place, RuleInputSet needed,
+                      std::stop_token const& stop);
   /// Those that are the same for all places.
   void readEarthquakes(RuleInputs& world, std::stop_token const& stop);
   void readKp(RuleInputs& world, std::stop_token const& stop);
   void readStorms(RuleInputs& world, std::stop_token const& stop);
   void readTyphoons(RuleInputs& world, std::stop_token const& stop);
-  void readAdvisories(RuleInputs& world, std::stop_token const& stop);
   void readStation(RuleInputs& world, std::stop_token const& stop);
 
   InUse<FeedServices> feeds_;

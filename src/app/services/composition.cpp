@@ -7,6 +7,7 @@
 #include "app/services/forecast_service.h"
 #include "app/settings/configuration.h"
 #include "app/settings/service_directory.h"
+#include "app/settings/settings_registry.h"
 #include "model/weather_cache.h"
 #include "platform/linux/lazy_http_client.h"
 #include "platform/settings.h"
@@ -76,8 +77,13 @@ struct Composition::Parts {
                    providerOf(yrNo), providerOf(wttr)},
                   history, clock),
         forecasts(providers, cache, clock, options.wording),
-        feedOptions{contactOf(configuration), options.cacheDirectory,   options.dataDirectory,
-                    options.wording.texts,    options.wording.language, options.chosenSource} {
+        feedOptions{contactOf(configuration),
+                    options.cacheDirectory,
+                    options.dataDirectory,
+                    options.wording.texts,
+                    options.wording.language,
+                    options.chosenSource,
+                    settings.text(kAdvisorySourceSetting)} {
     providers.setPreferredProvider(options.preferredProvider);
     ServiceAddress const model = services.address(Service::languageModel);
     if (model.baseUrl.empty()) return;

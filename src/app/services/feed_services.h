@@ -47,6 +47,7 @@ class FeedServices {
     std::string language;  ///< in which warnings are wanted; empty: that of the texts
     /// The source of official warnings that the user has chosen for a place; empty: the usual one.
     std::function<std::string(Coordinate)> chosenSource = {};
+    std::string advisorySource = "us";  ///< whose travel advisories the user has chosen
   };
 
   FeedServices(HttpClient& http, Clock const& clock, ServiceDirectory const& services, Options options);

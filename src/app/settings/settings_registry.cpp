@@ -2,6 +2,7 @@
 
 #include "base/units.h"
 #include "base/words/texts.h"
+#include "feeds/travel/advisory_source.h"
 #include "model/provider_option.h"
 #include "notifications/rules/rule_settings.h"
 
@@ -85,6 +86,12 @@ constexpr SettingDefinition kGeneral[] = {
      .group = SettingsGroup::look},
     choiceIn(SettingsGroup::look, "desktop_contrast", "High contrast in the window", kAutomaticOnOff),
     choiceIn(SettingsGroup::look, "desktop_reducedMotion", "Reduce motion in the window", kAutomaticOnOff),
+    {.key = kAdvisorySourceSetting,
+     .byDefault = enumName(AdvisorySource::us),
+     .explanation =
+         "Whose travel advisories are shown: the United States, Canada, the United Kingdom or Germany",
+     .choices = enumNames<AdvisorySource>,
+     .group = SettingsGroup::look},
     {.key = "desktop_closeToTray",
      .byDefault = true,
      .explanation = "Closing the window keeps the program running in the tray, if there is one",

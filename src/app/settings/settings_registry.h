@@ -16,6 +16,9 @@ SettingsRegistry const& settingsRegistry();
 inline constexpr std::string_view kQuakeRadiusSetting = "hazardsQuakeRadius";
 inline constexpr std::string_view kQuakeMagnitudeSetting = "hazardsQuakeMagnitude";
 
+/// Whose travel advisories are shown.
+inline constexpr std::string_view kAdvisorySourceSetting = "travelAdvisorySource";
+
 /// Whether the window has asked its one question, about notifications while it is closed.
 inline constexpr std::string_view kAskedBackgroundSetting = "desktop_askedBackground";
 

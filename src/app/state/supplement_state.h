@@ -27,6 +27,7 @@ struct SupplementState {
   FeedReading<std::vector<LightningStrike>> lightning;  ///< likewise, of the last hour
   FeedReading<std::vector<TravelAdvisory>> advisories;  ///< of the place's country
   FeedReading<ClimateOutlook> climate;                  ///< of today at the place
+  AdvisorySource advisorySource = AdvisorySource::us;   ///< whose they are
   std::string country;                                  ///< of two letters; empty at sea
 
   bool operator==(SupplementState const&) const = default;

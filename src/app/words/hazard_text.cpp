@@ -2,6 +2,7 @@
 
 #include "base/bearing.h"
 #include "base/text/number.h"
+#include "base/text/text.h"
 #include "base/words/compass_point.h"
 #include "base/words/country_names.h"
 #include "base/words/time_words.h"
@@ -95,12 +96,26 @@ std::string advisoryStateText(HazardCheck const& check, std::size_t count, std::
   return uncheckedText("advisories", check, words);
 }
 
+std::string advisoryCountryText(std::string_view source, Texts const& texts) {
+  return countryName(source == "uk" ? "GB" : asciiUppered(source), texts.language());
+}
+
+std::string advisorySourceText(AdvisorySource source, Texts const& texts) {
+  if (source == AdvisorySource::us) return std::string(texts.text("advisories.source"));
+  return std::string(texts.text("advisories.source." + std::string(enumName(source))));
+}
+
 HazardLine advisoryLine(TravelAdvisory const& advisory, HazardWords const& words) {
-  std::string const level(words.texts.text("advisories.level." + std::to_string(advisory.level)));
+  Texts const& texts = words.texts;
+  std::string const country = countryName(advisory.country, texts.language());
   auto const issued = advisory.updated ? advisory.updated : advisory.published;
-  std::string const title = words.texts.format(
-      "advisories.title", countryName(advisory.country, words.texts.language()), advisory.level, level);
-  return {title, issued ? words.texts.format("advisories.issued", words.moment(*issued)) : std::string()};
+  std::string title =
+      advisory.advice.empty()
+          ? texts.format("advisories.title", country, advisory.level,
+                         texts.text("advisories.level." + std::to_string(advisory.level)))
+          : texts.format("advisories.stated", country, texts.text("advisories.advice." + advisory.advice));
+  if (advisory.hasRegions) title = texts.format("advisories.regions", title);
+  return {title, issued ? texts.format("advisories.issued", words.moment(*issued)) : std::string()};
 }
 
 }  // namespace nimbara

@@ -76,6 +76,10 @@ HazardLine strikeLine(LightningStrike const& strike, Coordinate place, HazardWor
 /// `country` is of two letters; empty for the whole world.
 std::string advisoryStateText(HazardCheck const& check, std::size_t count, std::string const& country,
                               HazardWords const& words);
+/// "Canada" for "ca": whose advisories a choice of the setting means.
+std::string advisoryCountryText(std::string_view source, Texts const& texts);
+/// Who writes those advisories, and for whom.
+std::string advisorySourceText(AdvisorySource source, Texts const& texts);
 HazardLine advisoryLine(TravelAdvisory const& advisory, HazardWords const& words);
 
 }  // namespace nimbara

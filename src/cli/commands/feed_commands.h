@@ -18,6 +18,7 @@ struct FeedOptions {
   std::optional<double> minMagnitude;
   std::optional<double> radius;           ///< of fires and lightning, km; otherwise the one that suits them
   std::string activity;                   ///< of advice: it alone
+  std::string source;                     ///< of advisories; empty: the one of the setting
   bool isWorld = false;                   ///< advisories: of all countries
   std::string listen = "127.0.0.1:8088";  ///< of feed-server
   bool json = false;

@@ -58,6 +58,9 @@ void writeAdvisory(JsonWriter& json, TravelAdvisory const& advisory) {
   json.memberOrNull("link", advisory.link.empty() ? std::nullopt : std::optional(advisory.link));
   json.memberOrNull("published", advisory.published);
   json.memberOrNull("updated", advisory.updated);
+  json.member("source", advisory.source);
+  json.memberOrNull("advice", advisory.advice.empty() ? std::nullopt : std::optional(advisory.advice));
+  json.member("hasRegions", advisory.hasRegions);
   json.endObject();
 }
 
@@ -74,9 +77,10 @@ std::vector<HazardLine> linesOf(std::vector<T> const& items, LineOf const& lineO
 }
 
 HazardAnswer advisoriesFor(std::vector<TravelAdvisory> chosen, HazardCheck check, std::string const& country,
-                           HazardWords const& words) {
+                           AdvisorySource source, HazardWords const& words) {
   HazardAnswer answer;
-  if (chosen.empty() && check.state == HazardState::listed) check.state = HazardState::uncovered;
+  bool const isChecked = check.state == HazardState::listed || check.state == HazardState::none;
+  if (chosen.empty() && isChecked) check.state = HazardState::uncovered;
   answer.subject = "the travel advisories";
   answer.heading = advisoryStateText(check, chosen.size(), country, words);
   std::vector<std::string> notes;
@@ -88,12 +92,23 @@ HazardAnswer advisoriesFor(std::vector<TravelAdvisory> chosen, HazardCheck check
     }
     if (!country.empty() && !advisory.link.empty()) notes.push_back(advisory.link);
   }
-  notes.emplace_back(words.texts.text("advisories.source"));
+  notes.push_back(advisorySourceText(source, words.texts));
   answer.notes = std::move(notes);
   answer.check = std::move(check);
   answer.writeItems = [chosen = std::move(chosen)](JsonWriter& json) {
     for (TravelAdvisory const& advisory : chosen) writeAdvisory(json, advisory);
   };
+  return answer;
+}
+
+/// The United Kingdom has no list of all countries.
+HazardAnswer pageByPage(HazardWords const& words) {
+  HazardAnswer answer;
+  answer.check.state = HazardState::uncovered;
+  answer.subject = "the travel advisories";
+  answer.heading = words.texts.text("advisories.pages");
+  answer.notes = {advisorySourceText(AdvisorySource::uk, words.texts)};
+  answer.writeItems = [](JsonWriter&) {};
   return answer;
 }
 
@@ -148,15 +163,18 @@ int runLightning(CommandLine const& line, Session const& session) {
 
 int runAdvisories(CommandLine const& line, Session const& session) {
   return runHazard(line, session, [&](RunContext& context, Place const& place, HazardWords const& words) {
-    auto reading = context.app().feeds().travelAdvisories().fetchAdvisories(session.stop);
-    HazardCheck const check = hazardCheck(reading, !reading.data.empty());
+    auto& service = context.app().feeds().travelAdvisories();
+    auto const source = enumFromName<AdvisorySource>(line.feeds.source).value_or(service.chosen());
     std::string country;
+    if (!line.feeds.isWorld) country = describePlace(place.coordinate).countryCode;
+    if (line.feeds.isWorld && source == AdvisorySource::uk) return pageByPage(words);
+    auto reading = service.fetchAdvisories(source, country, session.stop);
+    HazardCheck const check = hazardCheck(reading, !reading.data.empty());
     if (!line.feeds.isWorld) {
-      country = describePlace(place.coordinate).countryCode;
       std::erase_if(reading.data, [&](TravelAdvisory const& entry) { return entry.country != country; });
     }
     std::ranges::stable_sort(reading.data, std::ranges::greater{}, &TravelAdvisory::level);
-    return advisoriesFor(std::move(reading.data), check, country, words);
+    return advisoriesFor(std::move(reading.data), check, country, source, words);
   });
 }
 

@@ -1,6 +1,7 @@
 #include "base/text/number.h"
 #include "base/text/text.h"
 #include "cli/options/command_definitions.h"
+#include "feeds/travel/advisory_source.h"
 
 #include <cmath>
 
@@ -93,8 +94,13 @@ void defineHazards(Command app, CommandLine& line, RawOptions& raw) {
   Command const lightning = definePlaceCommand(
       app, line, raw, "lightning", "Lightning strikes in the last hour; needs your own source", runLightning);
   defineRadius(lightning, line, "Distance from the place (default: 50)");
-  definePlaceCommand(app, line, raw, "advisories", "Travel advisory for the place's country", runAdvisories)
-      .flag("--all", line.feeds.isWorld, "Those of all countries, highest level first");
+  Command const advisories = definePlaceCommand(app, line, raw, "advisories",
+                                                "Travel advisory for the place's country", runAdvisories);
+  advisories.flag("--all", line.feeds.isWorld, "Those of all countries, highest level first");
+  advisories
+      .option("--source", line.feeds.source,
+              "Whose: the United States, Canada, the United Kingdom or Germany (default: from the settings)")
+      .among(enumNames<AdvisorySource>);
 }
 
 void defineFeedServer(Command app, CommandLine& line, RawOptions& raw) {

@@ -2,6 +2,7 @@
 
 #include "app/settings/settings_registry.h"
 #include "app/settings/unit_settings.h"
+#include "app/words/hazard_text.h"
 #include "base/words/time_words.h"
 #include "desktop/views/problem_text.h"
 #include "platform/service.h"
@@ -54,6 +55,7 @@ std::string clockLabel(std::string_view value, bool isChosen, ViewContext const&
 std::string optionLabel(std::string_view key, std::string_view value, bool isChosen,
                         ViewContext const& context) {
   Units const& units = context.units;
+  if (key == kAdvisorySourceSetting) return advisoryCountryText(value, context.texts);
   if (key == "temperatureUnit") return unitLabel(value, units.temperature, isChosen, context);
   if (key == "windUnit") return unitLabel(value, units.wind, isChosen, context);
   if (key == "pressureUnit") return unitLabel(value, units.pressure, isChosen, context);

@@ -1,10 +1,11 @@
-// Travel advisories of the United States Department of State, and the parser of its list. Pure; any bytes may
-// be given.
+// A travel advisory of any source, and the parser of the list of the United States Department of State. Pure;
+// any bytes may be given.
 #pragma once
 
 #include "base/json/json.h"
 #include "base/result.h"
 #include "base/time/instant.h"
+#include "feeds/travel/advisory_source.h"
 #include "model/weather_alert.h"
 
 #include <optional>
@@ -23,6 +24,11 @@ struct TravelAdvisory {
   std::string summary;  ///< plain text of several lines; may be empty
   std::optional<Instant> published;
   std::optional<Instant> updated;
+  AdvisorySource source = AdvisorySource::us;
+  /// What the source advises, the ending of a text's key: "ca.3", "uk.partsAll"; empty for the levels of the
+  /// United States.
+  std::string advice = {};
+  bool hasRegions = false;  ///< stricter advice for parts of the country besides
 
   bool operator==(TravelAdvisory const&) const = default;
 };
@@ -32,7 +38,8 @@ inline constexpr auto jsonFields<TravelAdvisory> = FieldList{
     field("country", &TravelAdvisory::country), field("level", &TravelAdvisory::level),
     field("title", &TravelAdvisory::title),     field("link", &TravelAdvisory::link),
     field("summary", &TravelAdvisory::summary), field("published", &TravelAdvisory::published),
-    field("updated", &TravelAdvisory::updated),
+    field("updated", &TravelAdvisory::updated), field("source", &TravelAdvisory::source),
+    field("advice", &TravelAdvisory::advice),   field("hasRegions", &TravelAdvisory::hasRegions),
 };
 
 /// One for each country, that of the highest level where there are several; by country. Elements without a

@@ -111,7 +111,7 @@ SupplementCard advisoryCard(SupplementState const& state, ViewContext const& con
       "advisories", check, advisoryStateText(check, advisories.data.size(), state.country, words), context);
   card.body =
       bodyOf(advisories.data, [&](TravelAdvisory const& entry) { return advisoryLine(entry, words); });
-  if (!advisories.data.empty()) card.source = context.text("advisories.source");
+  card.source = advisorySourceText(state.advisorySource, context.texts);
   return card;
 }
 
