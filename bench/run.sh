@@ -10,4 +10,5 @@ grep -m1 'model name' /proc/cpuinfo
 "$build/bench/warnings_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
 "$build/bench/satellite_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
 "$build/bench/notifications_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
+[ ! -x "$build/bench/map_bench" ] || "$build/bench/map_bench"
 "$build/bench/command_bench" "$build/bin/nimbara"

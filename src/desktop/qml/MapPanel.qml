@@ -30,12 +30,38 @@ Rectangle {
         Accessible.name: text
     }
 
+    component Chip: Pressable {
+        id: chip
+        required property bool isOn
+        width: Math.min(implicitWidth, panel.width - 2 * Theme.space)
+        implicitHeight: Math.max(30 * Theme.scale, label.implicitHeight + 10)
+        leftPadding: 11
+        rightPadding: 11
+        spokenRole: Accessible.CheckBox
+        isCheckable: true
+        isChecked: isOn
+        background: Rectangle {
+            radius: height / 2
+            color: chip.isOn ? Theme.accent : "transparent"
+            opacity: chip.down ? 0.8 : chip.hovered ? 0.9 : 1
+            border.width: chip.visualFocus ? 2 : 1
+            border.color: chip.visualFocus ? Theme.text : chip.isOn ? Theme.accent : Theme.muted
+        }
+        contentItem: PlainText {
+            id: label
+            text: chip.text
+            elide: Text.ElideRight
+            verticalAlignment: Text.AlignVCenter
+            color: chip.isOn ? Theme.accentText : Theme.text
+            font.pixelSize: Theme.small
+        }
+    }
+
     component Line: Pressable {
         id: line
         property string title
         property string note
         property color dot
-        property bool isFilled: true
         width: parent.width
         height: Math.max(32 * Theme.scale, words.implicitHeight + 10)
         background: Rectangle {
@@ -51,9 +77,7 @@ Rectangle {
                 width: 11
                 height: 11
                 radius: 5.5
-                color: line.isFilled ? line.dot : "transparent"
-                border.width: 1.5
-                border.color: line.isFilled ? line.dot : Theme.muted
+                color: line.dot
             }
             Column {
                 id: words
@@ -99,21 +123,41 @@ Rectangle {
             id: content
             width: parent.width
 
-            Title { topPadding: 0 }
+            Title {
+                topPadding: 0
+                bottomPadding: 6
+            }
+            Flow {
+                width: parent.width
+                spacing: 6
+                Repeater {
+                    model: App.map.layers
+                    Chip {
+                        required property string name
+                        required property string title
+                        required property string note
+                        text: title
+                        Accessible.name: Theme.joined([title, note], ", ")
+                        onClicked: App.map.toggle(name)
+                    }
+                }
+            }
+            // What is to be known of a layer that is shown.
             Repeater {
                 model: App.map.layers
-                Line {
-                    required property string name
+                PlainText {
+                    required property string title
+                    required property string note
                     required property bool isOn
-                    dot: Theme.accent
-                    isFilled: isOn
-                    spokenRole: Accessible.CheckBox
-                    isCheckable: true
-                    isChecked: isOn
-                    Accessible.name: Theme.joined([title, note], ", ")
-                    required title
-                    required note
-                    onClicked: App.map.toggle(name)
+                    width: content.width
+                    visible: isOn && note !== ""
+                    topPadding: 4
+                    text: title + ": " + note
+                    horizontalAlignment: Text.AlignLeft
+                    wrapMode: Text.Wrap
+                    color: Theme.muted
+                    font.pixelSize: Theme.tiny
+                    Accessible.ignored: true
                 }
             }
             Title {

@@ -152,8 +152,12 @@ void MapModel::setShown(bool isShown) {
     refill();
   }
   // Who hides the page wants nothing any more; who shows it, when it has come to rest.
-  isShown ? rest_.start() : rest_.stop();
-  if (!isShown) look();
+  if (isShown) {
+    rest_.start();
+  } else {
+    rest_.stop();
+    look();
+  }
   Q_EMIT isShownChanged();
 }
 

@@ -1,0 +1,189 @@
+#include "desktop/imagery/radar_layer.h"
+
+#include "offscreen.h"
+#include "radar_hosts.h"
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <deque>
+#include <future>
+
+namespace nimbara {
+namespace {
+
+using std::chrono::minutes;
+using test::at;
+using test::pictureOf;
+using State = RadarProgress::State;
+
+constexpr Coordinate kParis{48.86, 2.35}, kMadrid{40.4, -3.7}, kBerlin{52.52, 13.4};
+
+MapView viewOf(Coordinate centre, double zoom = 6) {
+  return {mercatorOf(centre), zoom, 300, 200};
+}
+
+struct RadarLayerTest : testing::Test {
+  /// The first of what is told that is so; the last of all where none is.
+  template <class Is>
+  RadarProgress until(Is const& is) {
+    std::unique_lock lock(mutex_);
+    RadarProgress last;
+    while (told_.wait_for(lock, std::chrono::seconds(20), [this] { return !heard_.empty(); })) {
+      last = std::move(heard_.front());
+      heard_.pop_front();
+      if (is(last)) return last;
+    }
+    ADD_FAILURE() << "nothing of the kind was told";
+    return last;
+  }
+  RadarProgress untilState(State state) {
+    return until([state](RadarProgress const& progress) { return progress.state == state; });
+  }
+  static int loadedOf(RadarProgress const& progress) {
+    return static_cast<int>(std::ranges::count_if(progress.frames, &RadarProgress::Frame::isLoaded));
+  }
+  static QColor middleOf(RadarLayer const& layer, Instant frame) {
+    auto const placed = layer.picture(frame);
+    if (!placed) return {};
+    QColor const colour = placed->picture.pixelColor(placed->picture.rect().center());
+    return {colour.red(), colour.green(), colour.blue()};
+  }
+
+  std::mutex mutex_;
+  std::condition_variable told_;
+  std::deque<RadarProgress> heard_;
+  test::RadarHosts hosts_;
+  std::optional<RadarLayer> layer_{std::in_place, hosts_.sources(), [this](RadarProgress progress) {
+                                     std::lock_guard const lock(mutex_);
+                                     heard_.push_back(std::move(progress));
+                                     told_.notify_all();
+                                   }};
+  Instant const newest_ = at("2026-11-22T10:00:00Z");
+};
+
+TEST_F(RadarLayerTest, LoadsTheNewestAndTheOthersWhenTheyArePlayed) {
+  layer_->want({viewOf(kParis), {}, false});
+  RadarProgress const first = untilState(State::shown);
+  ASSERT_EQ(first.frames.size(), 4U);
+  EXPECT_EQ(frameOf(first, {}), 2U);
+  EXPECT_EQ(loadedOf(first), 1);
+  EXPECT_FALSE(first.frames[2].isDry);
+  EXPECT_NEAR(middleOf(*layer_, newest_).blue(), test::RadarHosts::kOurs.blue(), 3);
+  EXPECT_EQ(hosts_.host.asked("/v2/radar/2"), 0U);
+  layer_->want({viewOf(kParis), {}, true});
+  RadarProgress const all = until([](RadarProgress const& progress) { return loadedOf(progress) == 4; });
+  EXPECT_TRUE(all.frames.back().frame.isForecast);
+  EXPECT_TRUE(layer_->picture(newest_ + minutes(10)));
+  EXPECT_FALSE(layer_->picture(newest_ + minutes(20)));
+}
+
+TEST_F(RadarLayerTest, DropsAViewThatHasGone) {
+  hosts_.host.hold("/v2/radar/3");
+  layer_->want({viewOf(kParis), {}, false});
+  ASSERT_TRUE(hosts_.host.wasAsked("/v2/radar/3"));
+  layer_->want({viewOf(kMadrid), {}, false});
+  hosts_.host.letGo();
+  RadarProgress const shown = untilState(State::shown);
+  EXPECT_EQ(shown.source, RadarSource::libreWxr) << "what was stopped is not the supplier's fault";
+  EXPECT_THAT(shown.misses, testing::IsEmpty());
+  auto const placed = layer_->picture(newest_);
+  ASSERT_TRUE(placed);
+  EXPECT_NEAR((placed->northWest.x + placed->southEast.x) / 2, mercatorOf(kMadrid).x, 1e-3);
+}
+
+TEST_F(RadarLayerTest, AsksForNothingWhileNobodyLooks) {
+  hosts_.host.hold("/v2/");
+  layer_->want({viewOf(kParis), {}, true});
+  ASSERT_TRUE(hosts_.host.wasAsked("/v2/"));
+  layer_->rest();
+  hosts_.host.letGo();
+  layer_.reset();
+  std::lock_guard const lock(mutex_);
+  EXPECT_EQ(hosts_.host.asked("/v2/radar"), 0U);
+  EXPECT_TRUE(std::ranges::none_of(heard_, [](auto const& each) { return each.state == State::shown; }));
+}
+
+TEST_F(RadarLayerTest, TellsNobodyAfterItsEnd) {
+  hosts_.host.hold("/v2/radar");
+  layer_->want({viewOf(kParis), {}, false});
+  ASSERT_TRUE(hosts_.host.wasAsked("/v2/radar"));
+  layer_.reset();
+  std::size_t const heard = heard_.size();
+  hosts_.host.letGo();
+  EXPECT_EQ(heard_.size(), heard);
+}
+
+TEST_F(RadarLayerTest, PutsTheNextInPlaceOfOneWhosePicturesAreOfNoUse) {
+  for (auto const& [status, body] : {std::pair(403, std::string()), {429, ""}, {200, "<html>"}, {404, ""}}) {
+    test::RadarHosts hosts;
+    hosts.host.answer("libre.example/v2/radar", status, body);
+    std::promise<RadarProgress> promise;
+    std::atomic<bool> isDone = false;
+    RadarLayer layer(hosts.sources(), [&](RadarProgress progress) {
+      if (progress.state == State::shown && !isDone.exchange(true)) promise.set_value(std::move(progress));
+    });
+    layer.want({viewOf(kParis), {}, false});
+    auto future = promise.get_future();
+    ASSERT_EQ(future.wait_for(std::chrono::seconds(20)), std::future_status::ready) << status;
+    RadarProgress const shown = future.get();
+    EXPECT_EQ(shown.source, RadarSource::rainViewer) << status;
+    ASSERT_EQ(shown.misses.size(), 1U) << status;
+    EXPECT_EQ(shown.misses[0].source, RadarSource::libreWxr);
+    EXPECT_EQ(middleOf(layer, newest_), test::RadarHosts::kBlue) << status;
+  }
+}
+
+TEST_F(RadarLayerTest, SaysThatNobodyCouldBeAsked) {
+  hosts_.host.answer("/public", 500, "");
+  layer_->want({viewOf(kParis), {}, false});
+  EXPECT_EQ(untilState(State::failed).misses.size(), 2U);
+}
+
+TEST_F(RadarLayerTest, TellsDryFromUncovered) {
+  hosts_.host.answer("libre.example/v2/radar", 200, pictureOf(Qt::transparent));
+  layer_->want({viewOf(kParis), {}, false});
+  EXPECT_TRUE(untilState(State::shown).frames[2].isDry);
+  // Half of the view has no radar: what lies in the other half is shown.
+  hosts_.host.answer("/v2/coverage", 200, pictureOf(Qt::black, 256));
+  layer_->want({viewOf(kMadrid), {}, false});
+  RadarProgress const none = untilState(State::none);
+  EXPECT_THAT(none.misses, testing::IsEmpty());
+  EXPECT_THAT(none.frames, testing::IsEmpty());
+}
+
+TEST(RadarComposition, HasAVeilWhereASupplierHasNoRadar) {
+  RadarSupplier const& german = supplierOf(RadarSource::dwd);
+  MapView const inside = viewOf(kBerlin, 9), beside = viewOf({52.5, 20}, 9), edge = viewOf({52.5, 15.8}, 9);
+  EXPECT_FALSE(coversAll(veilOf(inside, german, {}), inside));
+  EXPECT_TRUE(coversAll(veilOf(beside, german, {}), beside));
+  QImage const veil = veilOf(edge, german, {});
+  QPoint const middle = veil.rect().center();
+  EXPECT_EQ(qAlpha(veil.pixel(middle - QPoint(60, 0))), 0);
+  EXPECT_GT(qAlpha(veil.pixel(middle + QPoint(60, 0))), 0);
+}
+
+TEST(RadarComposition, TakesTheMaskFromThePicturesOfOneThatDrawsIt) {
+  RadarSupplier const& german = supplierOf(RadarSource::dwd);
+  QImage grey(512, 512, QImage::Format_ARGB32);
+  grey.fill(Qt::gray);
+  TileAddress const tile{5, 16, 10};  // 0° to 11.25° E, 48.9° to 55.8° N
+  QImage const clear = withoutMask(grey, tile, german);
+  EXPECT_EQ(qAlpha(clear.pixel(20, 256)), 0);
+  EXPECT_EQ(clear.pixelColor(500, 256), QColor(Qt::gray));
+  EXPECT_EQ(withoutMask(grey, tile, supplierOf(RadarSource::rainViewer)), grey);
+}
+
+TEST(RadarFrames, AreThinnedFromThePresentOn) {
+  std::vector<RadarFrame> frames;
+  for (int minute = -20; minute <= 20; minute += 5)
+    frames.push_back({at("2026-11-22T10:05:00Z") + minutes(minute), minute > 0, {}});
+  std::string text;
+  for (RadarFrame const& frame : thinned(frames, minutes(10)))
+    text += formatIso8601(frame.time).substr(14, 2) + (frame.isForecast ? "+ " : " ");
+  EXPECT_EQ(text, "45 55 05 15+ 25+ ");
+  EXPECT_TRUE(thinned({}, minutes(10)).empty());
+}
+
+}  // namespace
+}  // namespace nimbara
