@@ -67,6 +67,7 @@ class RunContext {
   Clock const& clock() const { return clock_; }
   Texts const& texts() const { return *wording_->texts; }
   Wording const& wording() const { return *wording_; }
+  Settings settings() const { return engine_.settings(); }
   std::string const& servicesBase() const { return engine_.standIn(); }
 
  private:

@@ -25,7 +25,7 @@ using SettingValue = std::variant<bool, std::int64_t, double, std::string>;
 using SettingValues = std::map<std::string, SettingValue, std::less<>>;
 
 /// Where the window shows a setting: in a group of its page of settings, on another page, or nowhere.
-enum class SettingsGroup { none, look, units, window, keys, addresses, elsewhere };
+enum class SettingsGroup { none, look, units, advice, window, keys, addresses, elsewhere };
 
 /// One setting: all that is known of it. Tables of them are constants of whoever knows what the settings
 /// mean. The settings page makes its row of it, titled "desktop.settings.KEY", with

@@ -28,8 +28,8 @@ SettingRowView row(SettingsGroup group, std::string_view key, SettingsState cons
   return found == rows.end() ? SettingRowView() : *found;
 }
 
-constexpr SettingsGroup kGroups[] = {SettingsGroup::look, SettingsGroup::units, SettingsGroup::window,
-                                     SettingsGroup::keys, SettingsGroup::addresses};
+constexpr SettingsGroup kGroups[] = {SettingsGroup::look,   SettingsGroup::units, SettingsGroup::advice,
+                                     SettingsGroup::window, SettingsGroup::keys,  SettingsGroup::addresses};
 
 TEST(SettingViews, HaveWordsInEveryLanguage) {
   for (auto const& [language, name] : Texts::languages()) {

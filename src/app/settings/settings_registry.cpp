@@ -1,5 +1,6 @@
 #include "app/settings/settings_registry.h"
 
+#include "analysis/tip_generator.h"
 #include "base/units.h"
 #include "base/words/texts.h"
 #include "feeds/travel/advisory_source.h"
@@ -122,6 +123,23 @@ constexpr SettingDefinition kGeneral[] = {
     textIn(SettingsGroup::keys, "appleWeatherServiceID", "ID of the service it is registered for"),
 };
 
+constexpr SettingDefinition sensitivityTo(std::string_view key, std::string_view explanation) {
+  return {.key = key,
+          .byDefault = enumName(Sensitivity::usual),
+          .explanation = explanation,
+          .choices = enumNames<Sensitivity>,
+          .group = SettingsGroup::advice};
+}
+
+constexpr SettingDefinition kAdvice[] = {
+    sensitivityTo("advice_heat", "How much heat bothers you, for outdoor advice"),
+    sensitivityTo("advice_cold", "How much cold bothers you, for outdoor advice"),
+    sensitivityTo("advice_wind", "How much wind bothers you, for outdoor advice"),
+    sensitivityTo("advice_rain", "How much rain bothers you, for outdoor advice"),
+    sensitivityTo("advice_air", "How much polluted air bothers you, for outdoor advice"),
+    sensitivityTo("advice_pollen", "How much pollen bothers you, for outdoor advice"),
+};
+
 /// A service's name and an ending, joined by the compiler.
 struct ServiceKey {
   std::array<char, 48> characters{};
@@ -162,7 +180,7 @@ constexpr auto kServiceSettings = [] {
 }  // namespace
 
 SettingsRegistry const& settingsRegistry() {
-  static SettingsRegistry const kRegistry{kGeneral, kServiceSettings, notificationSettings()};
+  static SettingsRegistry const kRegistry{kGeneral, kAdvice, kServiceSettings, notificationSettings()};
   return kRegistry;
 }
 

@@ -1,41 +1,50 @@
 #include "app/words/brief_text.h"
 
 #include "analysis/precip_kind.h"
-#include "analysis/tip_generator.h"
 #include "analysis/weather_brief.h"
+#include "app/words/climate_text.h"
+#include "app/words/tip_inputs.h"
 #include "model/process.h"
 
 namespace nimbara {
 
-std::vector<std::string> briefLines(WeatherData const& weather, NowcastReading const* nowcast, Instant now,
-                                    Units const& units, Texts const& texts, Calendar const& fallback) {
-  BriefBeside beside;
-  if (nowcast != nullptr && nowcast->state == NowcastReading::State::current) {
-    Nowcast named = nowcast->nowcast;
+std::vector<std::string> briefLines(WeatherData const& weather, CardBeside const& beside,
+                                    HazardWords const& words) {
+  Texts const& texts = words.texts;
+  BriefBeside known;
+  if (beside.nowcast != nullptr && beside.nowcast->state == NowcastReading::State::current) {
+    Nowcast named = beside.nowcast->nowcast;
     nameFall(named, weather.allHourly);
-    beside.nowcast = PrecipPredictor(std::move(named)).outlook(now);
+    known.nowcast = PrecipPredictor(std::move(named)).outlook(words.now);
   }
-  Brief const brief = weatherBrief(weather, beside, now, units, texts, fallback);
+  Brief const brief = weatherBrief(weather, known, words.now, words.units, texts, words.calendar);
   std::vector<std::string> lines;
   for (BriefPart const part : brief.order) {
     if (part == BriefPart::now) continue;
     lines.push_back(
         texts.format("brief.named", texts.text("brief.part." + std::string(enumName(part))), brief[part]));
   }
+  if (beside.climate == nullptr || lines.empty()) return lines;
+  if (std::string const usual = climateText(*beside.climate, words).sentence; !usual.empty())
+    lines.push_back(texts.format("brief.sentence", usual));
   return lines;
 }
 
-std::vector<std::string> adviceLines(WeatherData const& weather, Instant now, Units const& units,
-                                     Texts const& texts, Calendar const& fallback) {
-  Calendar const calendar = calendarOf(weather, fallback);
+std::vector<std::string> adviceLines(WeatherData const& weather, Settings const* settings,
+                                     AirQualityForecast const* air, HazardWords const& words) {
+  Texts const& texts = words.texts;
+  Calendar const calendar = calendarOf(weather, words.calendar);
+  TipPreferences const preferences = settings == nullptr ? TipPreferences() : tipPreferences(*settings);
+  std::vector<TipAir> known;
+  if (air != nullptr) known = tipAir(*air, {weather.location.latitude, weather.location.longitude});
   std::vector<std::string> lines;
   for (std::string_view const name : enumNames<Activity>) {
     Activity const activity = *enumFromName<Activity>(name);
-    Tip tip = TipGenerator{}.tip(activity, weather, now, {}, {}, calendar);
+    Tip tip = TipGenerator{}.tip(activity, weather, words.now, preferences, known, calendar);
     if (tip.state != Tip::State::windows) continue;
     tip.windows.resize(1);
     lines.push_back(texts.format("brief.named", texts.text("advice.activity." + std::string(name)),
-                                 tipLines(tip, now, units, texts, calendar).front()));
+                                 tipLines(tip, words.now, words.units, texts, calendar).front()));
   }
   return lines;
 }

@@ -1,16 +1,23 @@
 #include "analysis/tip_generator.h"
+#include "app/services/feed_services.h"
 #include "app/services/forecast_service.h"
+#include "app/words/tip_inputs.h"
 #include "base/json/json.h"
 #include "base/text/display_text.h"
 #include "cli/cli.h"
 #include "cli/run_context.h"
+#include "cli/side_look.h"
 #include "cli/slow_note.h"
 #include "cli/terminal.h"
+#include "feeds/air/air_quality_service.h"
 #include "model/process.h"
 
 namespace nimbara {
 
 namespace {
+
+/// How long a forecast that is there waits for the air.
+constexpr std::chrono::seconds kAirPatience{4};
 
 struct Wordings {
   Units const& units;
@@ -78,6 +85,10 @@ int runAdvice(CommandLine const& line, Session const& session) {
                      ownServices(line.common, WeatherProviderOption::automatic));
   auto const place = context.place(line.feeds.place);
   if (!place) return session.fail(place.error().exitCode, place.error().sentence);
+  SideLook<FeedReading<AirQualityForecast>> air(
+      [&feed = context.app().feeds().airQuality(), at = place->coordinate](auto const& stop) {
+        return feed.fetchForecast(at, stop);
+      });
   auto const answer = [&] {
     SlowNote const note(session, "asking for the forecast …");
     return context.app().forecasts().get(*place, WeatherProviderOption::automatic, session.stop);
@@ -87,11 +98,15 @@ int runAdvice(CommandLine const& line, Session const& session) {
   context.tell(context.note(*answer));
   Wordings const wording{context.wording().units, context.texts(),
                          calendarOf(answer->data, context.wording().fallback), clock->now()};
+  auto const breathed = air.answer(kAirPatience, session.stop);
+  std::vector<TipAir> known;
+  if (breathed.isCurrent()) known = tipAir(breathed.data, place->coordinate);
+  TipPreferences const preferences = tipPreferences(context.settings());
   std::vector<Tip> tips;
   for (std::size_t i = 0; i < enumNames<Activity>.size(); ++i) {
     if (!line.feeds.activity.empty() && line.feeds.activity != enumNames<Activity>[i]) continue;
-    tips.push_back(
-        TipGenerator{}.tip(static_cast<Activity>(i), answer->data, wording.now, {}, {}, wording.calendar));
+    tips.push_back(TipGenerator{}.tip(static_cast<Activity>(i), answer->data, wording.now, preferences, known,
+                                      wording.calendar));
   }
   session.console.out(line.feeds.json ? jsonOf(tips, wording)
                                       : pageOf(tips, wording, styleOf(session), widthOf(session)));

@@ -3,15 +3,18 @@
 #include "analysis/weather_brief.h"
 #include "app/services/feed_services.h"
 #include "app/services/forecast_service.h"
+#include "app/words/climate_text.h"
 #include "base/json/json.h"
 #include "base/text/display_text.h"
 #include "cli/cli.h"
 #include "cli/nowcast_look.h"
 #include "cli/official_look.h"
 #include "cli/run_context.h"
+#include "cli/side_look.h"
 #include "cli/slow_note.h"
 #include "cli/terminal.h"
 #include "feeds/alerts/gov_alert_service.h"
+#include "feeds/climate/climate_service.h"
 
 namespace nimbara {
 
@@ -20,6 +23,8 @@ namespace {
 /// How long a forecast that is there waits for what is asked beside it.
 constexpr std::chrono::seconds kPatience{4};
 constexpr std::chrono::seconds kNowcastPatience{2};
+/// The first time, thirty years are fetched.
+constexpr std::chrono::seconds kClimatePatience{6};
 
 std::string jsonOf(Brief const& brief) {
   JsonWriter json;
@@ -64,6 +69,10 @@ int runBrief(CommandLine const& line, Session const& session) {
   if (!place) return session.fail(place.error().exitCode, place.error().sentence);
   OfficialLook look(context.app().feeds().govAlerts(), *clock, govAlertPlace(place->coordinate));
   NowcastLook nowcast(context.app().feeds().nowcast(), place->coordinate);
+  Instant const now = clock->now();
+  SideLook<FeedReading<ClimateOutlook>> climate(
+      [&feed = context.app().feeds().climate(), at = place->coordinate,
+       today = dayAt(context.calendar(), now)](auto const& stop) { return feed.fetch(at, today, stop); });
   auto const answer = [&] {
     SlowNote const note(session, "asking for the forecast …");
     return context.app().forecasts().get(*place, WeatherProviderOption::automatic, session.stop);
@@ -73,8 +82,9 @@ int runBrief(CommandLine const& line, Session const& session) {
   context.tell(context.note(*answer));
   auto const official = look.answer(kPatience, session.stop);
   BriefBeside beside{official.alerts, answer->alerts, {}, {}};
-  Instant const now = clock->now();
   beside.nowcast = outlookOf(nowcast.answer(kNowcastPatience, session.stop), answer->data, now);
+  HazardWords const words{context.texts(), context.wording().units, context.calendar(), now};
+  beside.climate = climateText(climate.answer(kClimatePatience, session.stop).data, words).sentence;
   Brief const brief = weatherBrief(answer->data, beside, now, context.wording().units, context.texts(),
                                    context.wording().fallback);
   if (brief.order.empty())

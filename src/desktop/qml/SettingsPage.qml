@@ -109,6 +109,12 @@ ScrollPage {
         }
         FoldedCard {
             readonly property int lane: 2
+            heading: App.settings.words.advice
+            hint: App.settings.words.adviceHint
+            list: SettingRows { model: App.settings.advice }
+        }
+        FoldedCard {
+            readonly property int lane: 2
             heading: App.settings.words.secrets
             hint: App.settings.words.secretsHint
             list: SettingRows { model: App.settings.keys }

@@ -1,12 +1,12 @@
 #include "desktop/views/now_view.h"
 
-#include "app/words/brief_text.h"
 #include "app/words/nowcast_text.h"
 #include "app/words/station_text.h"
 #include "base/sun_moon.h"
 #include "base/words/compass_point.h"
 #include "base/words/country_names.h"
 #include "desktop/views/next_hours.h"
+#include "desktop/views/now_cards.h"
 #include "desktop/views/sky/sky_colours.h"
 #include "gazetteer/gazetteer.h"
 #include "model/present.h"
@@ -96,12 +96,6 @@ std::string stationOf(WeatherState const& state, ViewContext const& context) {
   bool const mustSignIn = shown.reading.state == StationState::signInAgain;
   if (shown.doubts.empty() || mustSignIn) return stationProblemText(shown.reading, context.texts);
   return doubtText(shown.doubts.front(), context.units, context.texts, context.now);
-}
-
-std::string joinedLines(std::vector<std::string> const& lines) {
-  std::string all;
-  for (std::string const& line : lines) all += (all.empty() ? "" : "\n") + line;
-  return all;
 }
 
 void showSky(NowView& view, SkyColours const& sky) {
@@ -314,7 +308,8 @@ void fillSun(SkyView& view, RiseSet const& sun, TimeWords const& words, ViewCont
 
 }  // namespace
 
-NowView nowView(WeatherState const& state, std::optional<Place> const& place, ViewContext const& context) {
+NowView nowView(WeatherState const& state, std::optional<Place> const& place, ViewContext const& context,
+                Settings const* settings) {
   NowView view;
   view.isLoading = state.isLoading;
   view.hasPlace = place.has_value();
@@ -337,10 +332,9 @@ NowView nowView(WeatherState const& state, std::optional<Place> const& place, Vi
   view.source = sourceOf(state, context);
   fillWeather(view, state, context);
   view.station = stationOf(state, context);
-  view.brief = joinedLines(briefLines(*state.weatherData, state.nowcast.get(), context.now, context.units,
-                                      context.texts, context.fallback));
-  view.advice = joinedLines(
-      adviceLines(*state.weatherData, context.now, context.units, context.texts, context.fallback));
+  NowCards cards = nowCards(*state.weatherData, state, context, settings);
+  view.brief = std::move(cards.brief);
+  view.advice = std::move(cards.advice);
   for (std::string const* part : {&view.place, &view.temperature, &view.condition, &view.feelsLike}) {
     if (!part->empty()) view.summary += (view.summary.empty() ? "" : ", ") + *part;
   }

@@ -7,6 +7,7 @@
 #include "desktop/views/sky/sky_scene.h"
 #include "desktop/views/view_context.h"
 #include "desktop/views/view_fields.h"
+#include "platform/settings.h"
 
 #include <optional>
 #include <string>
@@ -125,7 +126,8 @@ inline constexpr auto viewFields<SkyView> = FieldList{
     viewField("fromSouth", &SkyView::fromSouth),
 };
 
-NowView nowView(WeatherState const& state, std::optional<Place> const& place, ViewContext const& context);
+NowView nowView(WeatherState const& state, std::optional<Place> const& place, ViewContext const& context,
+                Settings const* settings = nullptr);
 std::vector<TileView> tileViews(WeatherState const& state, ViewContext const& context);
 SkyView skyView(WeatherState const& state, ViewContext const& context);
 /// The sky over the place as it is now; an empty one without weather.

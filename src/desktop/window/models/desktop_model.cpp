@@ -199,7 +199,8 @@ void DesktopModel::showWeather() {
   ViewContext const view = context();
   WeatherState const& state = *snapshot_->weather;
   auto const& hazards = snapshot_->hazards;
-  now_->show(nowView(state, snapshot_->place, contextOfPlace()));
+  Settings const* const settings = snapshot_->settings ? &snapshot_->settings->settings : nullptr;
+  now_->show(nowView(state, snapshot_->place, contextOfPlace(), settings));
   sky_->show(skyView(state, view));
   scene_ = sceneView(state, view);
   alerts_->show(alertViews(state, contextOfPlace()));

@@ -16,6 +16,8 @@ namespace {
 constexpr WordRow kWords[] = {
     {"look", "desktop.settings.group.look"},
     {"units", "desktop.settings.group.units"},
+    {"advice", "desktop.settings.group.advice"},
+    {"adviceHint", "desktop.settings.group.advice.why"},
     {"service", "desktop.settings.group.service"},
     {"serviceHint", "desktop.settings.group.service.why"},
     {"window", "desktop.settings.group.window"},
@@ -44,6 +46,7 @@ SettingsModel::SettingsModel(EngineActions& engine, QObject* parent)
       words_(new RecordModel(this)),
       look_(new RecordListModel(this)),
       units_(new RecordListModel(this)),
+      advice_(new RecordListModel(this)),
       window_(new RecordListModel(this)),
       keys_(new RecordListModel(this)),
       addresses_(new RecordListModel(this)),
@@ -59,6 +62,7 @@ void SettingsModel::show(SettingsState const* state, ViewContext const& context)
   if (!isOpen_) return;
   look_->show(settingRows(SettingsGroup::look, shown, context));
   units_->show(settingRows(SettingsGroup::units, shown, context));
+  advice_->show(settingRows(SettingsGroup::advice, shown, context));
   window_->show(settingRows(SettingsGroup::window, shown, context));
   keys_->show(settingRows(SettingsGroup::keys, shown, context));
   addresses_->show(settingRows(SettingsGroup::addresses, shown, context));

@@ -18,6 +18,7 @@ class SettingsModel : public QObject {
   Q_PROPERTY(nimbara::RecordModel* words READ words CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* look READ look CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* units READ units CONSTANT)
+  Q_PROPERTY(nimbara::RecordListModel* advice READ advice CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* window READ window CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* keys READ keys CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* addresses READ addresses CONSTANT)
@@ -36,6 +37,7 @@ class SettingsModel : public QObject {
   RecordModel* words() { return words_; }
   RecordListModel* look() { return look_; }
   RecordListModel* units() { return units_; }
+  RecordListModel* advice() { return advice_; }
   RecordListModel* window() { return window_; }
   RecordListModel* keys() { return keys_; }
   RecordListModel* addresses() { return addresses_; }
@@ -62,6 +64,7 @@ class SettingsModel : public QObject {
   RecordModel* words_;
   RecordListModel* look_;
   RecordListModel* units_;
+  RecordListModel* advice_;
   RecordListModel* window_;
   RecordListModel* keys_;
   RecordListModel* addresses_;
