@@ -33,6 +33,10 @@ struct OutlookRow {
   int days;  ///< -1: refused
 };
 
+void PrintTo(OutlookRow const& row, std::ostream* out) {
+  *out << row.name;
+}
+
 class OutlookRows : public testing::TestWithParam<OutlookRow> {};
 
 TEST_P(OutlookRows, AreRead) {

@@ -16,9 +16,11 @@ constexpr double kMostMM = 2'000;
 constexpr double kMostKmph = 500;
 constexpr int kLastCode = 99;
 
+using Column = std::optional<std::vector<Lenient<double>>>;
+
 struct OutlookColumns {
   std::vector<Lenient<std::string>> time;
-  std::vector<Lenient<double>> code, highest, lowest, amount, chance, wind;
+  Column code, highest, lowest, amount, chance, wind;
 };
 
 struct OutlookAnswer {
@@ -45,10 +47,9 @@ inline constexpr auto jsonFields<OutlookAnswer> =
 namespace {
 
 /// The value of a column that may be short or missing; nothing where it is impossible.
-std::optional<double> valueAt(std::vector<Lenient<double>> const& column, std::size_t index, double least,
-                              double most) {
-  if (index >= column.size() || !column[index].value) return std::nullopt;
-  double const value = *column[index].value;
+std::optional<double> valueAt(Column const& column, std::size_t index, double least, double most) {
+  if (!column || index >= column->size() || !(*column)[index].value) return std::nullopt;
+  double const value = *(*column)[index].value;
   return value >= least && value <= most ? std::optional(value) : std::nullopt;
 }
 
