@@ -6,7 +6,7 @@ install = @tools/install-deps.sh
 configure = @tools/configure.sh
 compile = @cmake --build --preset
 
-.PHONY: run desktop build test debug bench format format-check lint analyze asan tsan fuzz deb deb-test tarball
+.PHONY: run desktop build test debug bench format format-check lint analyze asan tsan fuzz fuzz-build deb deb-test tarball
 .PHONY: screenshots clean
 
 ## make run [PLACE=LAT,LON]: the forecast of a place, from the live services or, without network, the demo
@@ -67,10 +67,12 @@ asan tsan:
 	$(compile) $@ -j $(JOBS)
 	@ctest --preset $@ -j $(JOBS)
 
-fuzz:
+fuzz-build:
 	$(install) fuzz
 	$(configure) fuzz desktop tests
 	$(compile) fuzz -j $(JOBS)
+
+fuzz: fuzz-build
 	@fuzz/run.sh build/fuzz
 
 ## make deb: Debian packages in build/deb; make deb-test installs them in a fresh root, upgrades and removes them

@@ -65,7 +65,7 @@ inside() { # online|offline
     mount -t tmpfs tmpfs "$root/tmp"
     [ "$kind" = online ] || ip link set lo up
     exec chroot "$root" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 DEBIAN_FRONTEND=noninteractive \
-      HOME=/home/ada QT_QPA_PLATFORM=offscreen QT_QUICK_BACKEND=software "$@"' \
+      HOME=/home/ada XDG_RUNTIME_DIR=/tmp QT_QPA_PLATFORM=offscreen QT_QUICK_BACKEND=software "$@"' \
     inside "$root" "$1" "${prefix[@]}" bash -euo pipefail /debs/script
 }
 
@@ -120,6 +120,7 @@ inside online <<'SCRIPT' >"$work/log" 2>&1 || { tail -n 30 "$work/log"; fail "re
 apt-get -qq remove 'nimbara*'
 apt-get -qq purge 'nimbara*'
 SCRIPT
+left=$(cd "$root" && find . -xdev -iname '*nimbara*' -not -path './debs/*' -not -path './home/*' -not -path './var/log/*')
 [ -z "$left" ] || fail "left behind: $left"
 known=$(chroot "$root" dpkg-query --show 'nimbara*' 2>/dev/null || true)
 [ -z "$known" ] || fail "the package manager still knows: $known"
