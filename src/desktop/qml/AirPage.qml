@@ -8,6 +8,10 @@ ScrollPage {
 
     readonly property bool isWaiting: App.now.hasPlace && !App.air.now.isAsked
 
+    readonly property bool isCurrent: parent?.isShown ?? false
+    Binding { target: App.air; property: "isShown"; value: page.isCurrent }
+    Component.onDestruction: App.air.isShown = false
+
     most: 3000
 
     PlaceHeading {

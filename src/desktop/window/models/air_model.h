@@ -18,6 +18,7 @@ class AirModel : public QObject {
   Q_PROPERTY(nimbara::RecordListModel* pollutants READ pollutants CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* pollen READ pollen CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* hours READ hours CONSTANT)
+  Q_PROPERTY(bool isShown MEMBER isShown_ NOTIFY isShownChanged)
 
  public:
   explicit AirModel(QObject* parent);
@@ -31,11 +32,12 @@ class AirModel : public QObject {
   RecordListModel* pollen() { return pollen_; }
   RecordListModel* hours() { return hours_; }
   YearCurve const& year() const { return year_; }
-  /// Every feed of the page has answered or failed, or there is no place to ask about.
-  bool hasSettled() const { return hasSettled_; }
+  /// Nobody looks at the page, or each of its feeds has answered or failed, or there is no place to ask about.
+  bool hasSettled() const { return hasSettled_ || !isShown_; }
 
  Q_SIGNALS:
   void shown();
+  void isShownChanged();
 
  private:
   RecordModel* words_;
@@ -46,6 +48,7 @@ class AirModel : public QObject {
   RecordListModel* hours_;
   YearCurve year_;
   bool hasSettled_ = true;
+  bool isShown_ = false;
 };
 
 }  // namespace nimbara
