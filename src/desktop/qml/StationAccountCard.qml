@@ -20,12 +20,12 @@ Card {
         Accessible.name: text
     }
     // What is copied from here.
-    component Address: TextEdit {
+    component Address: TextInput {
         width: parent ? parent.width : 0
         readOnly: true
         selectByMouse: true
         activeFocusOnTab: true
-        wrapMode: TextEdit.WrapAnywhere
+        wrapMode: TextInput.WrapAnywhere
         color: Theme.text
         selectionColor: Theme.accent
         selectedTextColor: Theme.accentText
