@@ -2,6 +2,7 @@
 
 #include "demo/connection_threads.h"
 #include "demo/feeds/bright_sky_stand_in.h"
+#include "demo/feeds/cloud_stand_in.h"
 #include "demo/feeds/eccc_stand_in.h"
 #include "demo/feeds/feed_server_stand_in.h"
 #include "demo/feeds/firms_stand_in.h"
@@ -109,6 +110,9 @@ constexpr std::array kRoutes = std::to_array<Route>({
     {Service::rainViewer, R"(/rainViewer/public/weather-maps\.json)", radarMaps},
     {Service::rainViewer, "/rainViewer/v2/radar/.+", radarMapTile},
     {Service::rainViewer, "/rainViewer/v2/coverage/.+", radarCoverage},
+    {Service::nowCoast, "/geoserver/satellite/ows", nowCoastClouds},
+    {Service::eumetView, "/geoserver/mumi/ows", eumetViewTimes},
+    {Service::eumetView, "/geoserver/wms", eumetViewClouds},
     {Service::netatmo, "/oauth2/authorize", netatmoConsent},
     {Service::netatmo, "/oauth2/token", netatmoToken},
     {Service::netatmo, "/api/getstationsdata", netatmoStations},

@@ -180,6 +180,14 @@ RadarSources radarOf(Engine& engine) {
           }};
 }
 
+/// Whoever works with it holds the services that it belongs to.
+InUse<CloudService> cloudsOf(Engine& engine) {
+  return [feeds = feedsOf([&engine] { return engine.services(); })] {
+    auto const all = feeds();
+    return std::shared_ptr<CloudService>(all, &all->clouds());
+  };
+}
+
 int showWindow(QGuiApplication& application, Environment const& environment, DesktopOptions const& options,
                Demo* demo, Start& start, InterruptSignals const& signals,
                std::unique_ptr<DesktopWindow> begun) {
@@ -236,7 +244,8 @@ int showWindow(QGuiApplication& application, Environment const& environment, Des
                 [&box](SnapshotBox::Snapshot snapshot) { box.put(std::move(snapshot)); });
   DesktopModel shown(
       {*engine.wording(), engine.standIn(), [&engine] { return engine.clock().now(); }, environment.program},
-      {engine, &engine.globe(), engine.notifications(), engine.stations(), radarOf(engine)});
+      {engine, &engine.globe(), engine.notifications(), engine.stations(), radarOf(engine),
+       cloudsOf(engine)});
   // The cached forecast is there within milliseconds; the pages are made with it and not once more.
   if (auto first = box.take(kFirstPatience)) shown.show(std::move(first));
   model = &shown;

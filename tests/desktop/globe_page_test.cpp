@@ -115,7 +115,7 @@ TEST_F(GlobePage, IsPaintedWithoutAComplaint) {
       model.show(snapshotOf(stateOf(mildWeek())));
       DesktopWindow const window(model, options(size, theme));
       ASSERT_NE(window.window(), nullptr);
-      ASSERT_TRUE(QTest::qWaitFor([&] { return model.globe()->hasSurface(); }, 20'000));
+      ASSERT_TRUE(QTest::qWaitFor([&] { return !model.globe()->surfaces().isEmpty(); }, 20'000));
       QImage const picture = window.window()->grabWindow();
       EXPECT_GT(colourCount(picture), 200);
     }

@@ -6,6 +6,7 @@
 #include "feeds/climate/climate_service.h"
 #include "feeds/feed_source.h"
 #include "feeds/fires/wildfire_service.h"
+#include "feeds/imagery/cloud_service.h"
 #include "feeds/imagery/radar_service.h"
 #include "feeds/imagery/tile_service.h"
 #include "feeds/nowcast/nowcast_service.h"
@@ -103,6 +104,15 @@ std::filesystem::path tileDirectory(ServiceDirectory const& services,
   return cacheDirectory / (isStandIn(services) ? "MapPictures.stand-in" : "MapPictures");
 }
 
+CloudService::Options cloudOptions(ServiceDirectory const& services,
+                                   std::filesystem::path const& cacheDirectory) {
+  CloudService::Options options{services.address(Service::nowCoast).baseUrl,
+                                services.address(Service::eumetView).baseUrl};
+  if (!cacheDirectory.empty())
+    options.folder = cacheDirectory / (isStandIn(services) ? "Clouds.stand-in" : "Clouds");
+  return options;
+}
+
 /// A station that a stand-in plays is never taken for the user's own.
 StationService::Options stationOptions(ServiceDirectory const& services,
                                        FeedServices::Options const& options) {
@@ -153,6 +163,7 @@ struct FeedServices::Parts {
         imageryRequests(http, clock),
         radar(imageryRequests, clock, radarBases(services)),
         tiles(imageryRequests, clock, tileDirectory(services, options.cacheDirectory)),
+        clouds(imageryRequests, clock, cloudOptions(services, options.cacheDirectory)),
         stations(http, clock, stationOptions(services, options)) {}
 
   Options options;
@@ -176,6 +187,7 @@ struct FeedServices::Parts {
   ImageryRequests imageryRequests;
   RadarService radar;
   TileService tiles;
+  CloudService clouds;
   StationService stations;
 };
 
@@ -255,6 +267,10 @@ RadarService& FeedServices::radar() {
 
 TileService& FeedServices::tiles() {
   return parts_->tiles;
+}
+
+CloudService& FeedServices::clouds() {
+  return parts_->clouds;
 }
 
 StationService& FeedServices::stations() {

@@ -15,6 +15,7 @@ namespace nimbara {
 class AirQualityService;
 class ClimateService;
 class Clock;
+class CloudService;
 class EarthquakeService;
 class EmscService;
 class GdacsStormService;
@@ -73,6 +74,7 @@ class FeedServices {
   OutlookService& outlook();
   RadarService& radar();
   TileService& tiles();
+  CloudService& clouds();
   StationService& stations();
   Regions const& regions() const;
   /// Element sets by the name of their group, for a satellite feed. Must not outlive this.

@@ -58,6 +58,7 @@ struct GlobeState {
 };
 
 inline constexpr std::string_view kEarthquakeRow = "earthquakes";
+inline constexpr std::string_view kCloudRow = "clouds";
 
 /// "debris" of the legend's text "sat.group.debris": groups that share a text are one row.
 std::string_view legendName(SatelliteCatalog::Group const& group);

@@ -50,9 +50,9 @@ View3D {
     Points { table: App.globe.stars }
     Points { table: App.globe.sunGlow }
 
-    // Made when its surface is there: a texture takes up only the data that it begins with.
+    // Made when its surface is there, and anew with another: a texture takes up only the data that it begins with.
     Repeater3D {
-        model: App.globe.hasSurface ? 1 : 0
+        model: App.globe.surfaces
         Model {
             required property int index
             geometry: SceneSphere {}

@@ -152,6 +152,18 @@ std::vector<LegendRow> legendRows(GlobeState const& state, ViewContext const& co
   return rows;
 }
 
+LegendRow cloudRow(GlobeState const& state, std::string note, ViewContext const& context) {
+  LegendRow row{std::string(kCloudRow),
+                context.text("desktop.credit.clouds"),
+                {},
+                "#e8eef4",
+                !state.hidden.contains(kCloudRow),
+                std::move(note),
+                {}};
+  row.sentence = row.title + (row.note.empty() ? "" : ", " + row.note);
+  return row;
+}
+
 SatelliteCard satelliteCard(GlobeState const& state, ViewContext const& context) {
   if (!state.chosen) return {};
   ChosenSatellite const& chosen = *state.chosen;

@@ -36,6 +36,8 @@ inline constexpr auto viewFields<LegendRow> = FieldList{
 };
 
 std::vector<LegendRow> legendRows(GlobeState const& state, ViewContext const& context);
+/// The clouds'; `note` says how old they are or why there are none.
+LegendRow cloudRow(GlobeState const& state, std::string note, ViewContext const& context);
 
 struct SatelliteCard {
   bool isShown = false;

@@ -203,6 +203,7 @@ class DesktopModel : public QObject {
   PlaceUndo undo_;
   Meteogram meteogram_;
   SkyScene scene_;
+  CloudModel* clouds_;  ///< before those that show them
   GlobeModel* globe_;
   MapModel* map_;
   RecordModel* now_;

@@ -1,5 +1,6 @@
 #include "desktop/window/models/globe_model.h"
 
+#include "desktop/imagery/cloud_veil.h"
 #include "desktop/scene/scene_module.h"
 #include "desktop/window/globe_texture.h"
 #include "desktop/window/words.h"
@@ -46,10 +47,11 @@ void GlobeBytes::set(std::vector<InstanceRow> const& rows) {
   set(QByteArray(reinterpret_cast<char const*>(rows.data()), size));
 }
 
-GlobeModel::GlobeModel(Setting setting, GlobeActions* actions, QObject* parent)
+GlobeModel::GlobeModel(Setting setting, GlobeActions* actions, CloudModel* clouds, QObject* parent)
     : QObject(parent),
       setting_(std::move(setting)),
       actions_(actions),
+      clouds_(clouds),
       words_(new RecordModel(this)),
       card_(new RecordModel(this)),
       cardRows_(new RecordListModel(this)),
@@ -63,6 +65,7 @@ GlobeModel::GlobeModel(Setting setting, GlobeActions* actions, QObject* parent)
   card_->show(SatelliteCard{});
   timer_.setInterval(kTick);
   connect(&timer_, &QTimer::timeout, this, &GlobeModel::tick);
+  connect(clouds_, &CloudModel::changed, this, &GlobeModel::showAll);
 }
 
 GlobeModel::~GlobeModel() = default;
@@ -95,7 +98,11 @@ void GlobeModel::showAll() {
   if (!isShown_ || !context_) return;
   ViewContext context = *context_;
   context.now = std::max(context.now, state_->now);
-  legend_->show(legendRows(*state_, context));
+  auto rows = legendRows(*state_, context);
+  if (clouds_->canAsk()) rows.insert(rows.begin(), cloudRow(*state_, clouds_->note(context), context));
+  legend_->show(rows);
+  wantClouds();
+  composeSurface();
   card_->show(satelliteCard(*state_, context));
   cardRows_->show(satelliteCardRows(*state_, context));
   showTables();
@@ -162,13 +169,15 @@ bool GlobeModel::hasSettled() const {
                            return group.state == GlobeGroup::State::waiting;
                          });
   bool const isAsking = actions_ != nullptr && !state_->hasEarthquakes;
-  return !earth_.isNull() && !state_->isLoading && !isWaiting && !isAsking;
+  return !surfaceImage_.isNull() && !state_->isLoading && !isWaiting && !isAsking &&
+         (state_->hidden.contains(kCloudRow) || clouds_->hasSettled()) && !isComposing_;
 }
 
 void GlobeModel::setShown(bool isShown) {
   if (isShown == isShown_) return;
   isShown_ = isShown;
   if (actions_ != nullptr) actions_->setShown(isShown);
+  wantClouds();
   if (isShown) {
     paintOnce();
     timer_.start();
@@ -189,13 +198,48 @@ void GlobeModel::paintOnce() {
         this,
         [this, earth = std::move(earth)] {
           earth_ = earth;
-          surface_.set(QByteArray::fromRawData(reinterpret_cast<char const*>(earth_.constBits()),
-                                               earth_.sizeInBytes()),
-                       earth_.size());
+          setSurface(earth_);
           showAll();
         },
         Qt::QueuedConnection);
   });
+}
+
+void GlobeModel::wantClouds() {
+  clouds_->want(this, isShown_ && !state_->hidden.contains(kCloudRow));
+}
+
+/// The clouds that hold now, where they are not those on the surface. Some tenths of a second, so not on the
+/// window's thread.
+void GlobeModel::composeSurface() {
+  if (earth_.isNull() || isComposing_ || !context_) return;
+  QImage veil;
+  if (!state_->hidden.contains(kCloudRow)) veil = clouds_->veil(std::max(context_->now, state_->now));
+  qint64 const wanted = veil.isNull() ? 0 : veil.cacheKey();
+  if (wanted == shownVeil_) return;
+  shownVeil_ = wanted;
+  if (veil.isNull()) return setSurface(earth_);
+  isComposing_ = true;
+  composer_ = std::jthread([this, earth = earth_, veil] {
+    QImage made = underClouds(earth, veil);
+    QMetaObject::invokeMethod(
+        this,
+        [this, made = std::move(made)] {
+          isComposing_ = false;
+          setSurface(made);
+          showAll();
+        },
+        Qt::QueuedConnection);
+  });
+}
+
+void GlobeModel::setSurface(QImage picture) {
+  before_ = std::exchange(surfaceImage_, std::move(picture));
+  surface_.set(QByteArray::fromRawData(reinterpret_cast<char const*>(surfaceImage_.constBits()),
+                                       surfaceImage_.sizeInBytes()),
+               surfaceImage_.size());
+  ++surfaceNumber_;
+  Q_EMIT surfaced();
 }
 
 void GlobeModel::tick() {

@@ -6,12 +6,14 @@
 #include "app/engine/engine_actions.h"
 #include "app/places/place.h"
 #include "desktop/views/globe/globe_view.h"
+#include "desktop/window/models/cloud_model.h"
 #include "desktop/window/models/view_models.h"
 
 #include <QByteArray>
 #include <QImage>
 #include <QObject>
 #include <QTimer>
+#include <QVariantList>
 #include <QVector3D>
 #include <atomic>
 #include <filesystem>
@@ -65,7 +67,7 @@ class GlobeModel : public QObject {
   Q_PROPERTY(QObject* stars READ stars CONSTANT)
   Q_PROPERTY(QObject* sunGlow READ sunGlow CONSTANT)
   Q_PROPERTY(int groupCount READ groupCount CONSTANT)
-  Q_PROPERTY(bool hasSurface READ hasSurface NOTIFY shown)
+  Q_PROPERTY(QVariantList surfaces READ surfaces NOTIFY surfaced)
   Q_PROPERTY(bool hasPlace READ hasPlace NOTIFY shown)
   Q_PROPERTY(bool isInSpace READ isInSpace NOTIFY drawingChanged)
   Q_PROPERTY(bool isShown READ isShown WRITE setShown NOTIFY isShownChanged)
@@ -76,7 +78,7 @@ class GlobeModel : public QObject {
     std::filesystem::path program;  ///< beside which the scene's module lies
   };
 
-  GlobeModel(Setting setting, GlobeActions* actions, QObject* parent);
+  GlobeModel(Setting setting, GlobeActions* actions, CloudModel* clouds, QObject* parent);
   ~GlobeModel() override;
 
   /// Another language, before it is shown.
@@ -105,7 +107,10 @@ class GlobeModel : public QObject {
   bool isInSpace() const { return isInSpace_; }
   void setInSpace(bool isInSpace);
   int groupCount() const { return static_cast<int>(groups_.size()); }
-  bool hasSurface() const { return !earth_.isNull(); }
+  /// None, or one number that changes with the surface's picture.
+  QVariantList surfaces() const {
+    return surfaceNumber_ == 0 ? QVariantList() : QVariantList{surfaceNumber_};
+  }
   bool hasPlace() const { return place_.has_value(); }
   bool isShown() const { return isShown_; }
   void setShown(bool isShown);
@@ -115,7 +120,8 @@ class GlobeModel : public QObject {
 
   GlobeCamera const& camera() const { return camera_; }
   GlobeState const& state() const { return *state_; }
-  QImage const& earth() const { return earth_; }
+  /// With its clouds.
+  QImage const& earth() const { return surfaceImage_; }
   /// Nothing is to come that a picture of the page should wait for.
   bool hasSettled() const;
 
@@ -141,6 +147,7 @@ class GlobeModel : public QObject {
  Q_SIGNALS:
   void drawingChanged();
   void shown();
+  void surfaced();
   void cameraChanged();
   void isShownChanged();
   void settled();
@@ -150,12 +157,16 @@ class GlobeModel : public QObject {
   void choose(std::optional<std::uint32_t> entry);
   void setCamera(GlobeCamera const& camera);
   void paintOnce();
+  void wantClouds();
+  void composeSurface();
+  void setSurface(QImage picture);
   void showAll();
   void showTables();
   void showLabels();
 
   Setting setting_;
   GlobeActions* actions_;  ///< may be null
+  CloudModel* clouds_;
   std::optional<ViewContext> context_;
   std::shared_ptr<GlobeState const> state_ = std::make_shared<GlobeState>();
   std::optional<Place> place_;
@@ -165,7 +176,12 @@ class GlobeModel : public QObject {
   bool isInSpace_ = false;
   std::string searchText_;
   std::vector<SatelliteMatch> found_;
-  QImage earth_;
+  QImage earth_;          ///< without clouds
+  QImage surfaceImage_;   ///< as it is drawn
+  QImage before_;         ///< the renderer may still hold on to its bytes
+  qint64 shownVeil_ = 0;  ///< 0 for none
+  bool isComposing_ = false;
+  int surfaceNumber_ = 0;
   QTimer timer_;
   GlobeBytes surface_, orbit_, earthquakes_, stars_, sunGlow_;
   std::vector<GlobeBytes*> groups_;  ///< children, which the pages' language leaves to us
@@ -175,7 +191,8 @@ class GlobeModel : public QObject {
   RecordListModel* legend_;
   RecordListModel* labels_;
   RecordListModel* matches_;
-  std::jthread painter_;  ///< paints the surface once
+  std::jthread painter_;   ///< paints the surface once
+  std::jthread composer_;  ///< lays clouds on it
 };
 
 }  // namespace nimbara

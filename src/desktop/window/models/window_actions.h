@@ -3,6 +3,7 @@
 
 #include "app/engine/engine_actions.h"
 #include "app/engine/station_actions.h"
+#include "app/services/in_use.h"
 #include "desktop/imagery/radar_sources.h"
 
 #include <QCoreApplication>
@@ -19,13 +20,16 @@ Actions& nobody() {
   return idle;
 }
 
+class CloudService;
+
 /// All of them outlive the window's models.
 struct WindowActions {
   EngineActions& engine = nobody<EngineActions>();
   GlobeActions* globe = nullptr;  ///< without, the globe waits for nothing
   NotificationActions& notifications = nobody<NotificationActions>();
   StationActions& stations = nobody<StationActions>();
-  RadarSources radar = {};  ///< without, the map has none
+  RadarSources radar = {};          ///< without, the map has none
+  InUse<CloudService> clouds = {};  ///< without, nobody can be asked for any
 };
 
 /// A listener for any thread: `show(model, answer)` runs later, on the window's, unless the model has gone.
