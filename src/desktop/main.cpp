@@ -139,7 +139,7 @@ class Start {
   static constexpr std::chrono::milliseconds kCallPatience{2000};
 
   Start(Environment const& environment, DesktopOptions const& options)
-      : buses_{environment.program, {}, {}}, token_(activationToken()) {
+      : buses_(busesOfSession(environment.program)), token_(activationToken()) {
     if (!options.isApart()) instance_ = desktopApplicationInstance(buses_);
   }
 

@@ -42,13 +42,13 @@ std::filesystem::path satelliteFolder(Environment const& environment, std::strin
 EngineOptions::Locate locationOfDesktop(Environment const& environment) {
   return [program = environment.program](std::stop_token const& stop) {
     constexpr std::chrono::seconds kPatience{30};
-    return desktopLocationSource({program, {}, {}})->locate(kPatience, stop);
+    return desktopLocationSource(busesOfSession(program))->locate(kPatience, stop);
   };
 }
 
 EngineOptions::Follow followOfDesktop(Environment const& environment) {
   return [program = environment.program](LocationSource::Moved const& moved, std::stop_token stop) {
-    return desktopLocationSource({program, {}, {}})->follow(kSignificantMetres, moved, std::move(stop));
+    return desktopLocationSource(busesOfSession(program))->follow(kSignificantMetres, moved, std::move(stop));
   };
 }
 
@@ -56,7 +56,7 @@ std::function<std::unique_ptr<NotificationCenter>()> centerOf(Environment const&
                                                               EngineOptions const& options) {
   if (options.center) return options.center;
   if (!options.services.empty()) return [] { return std::make_unique<SilentCenter>(); };
-  return [program = environment.program] { return desktopNotificationCenter({program, {}, {}}); };
+  return [program = environment.program] { return desktopNotificationCenter(busesOfSession(program)); };
 }
 
 /// What has to be asked for again.

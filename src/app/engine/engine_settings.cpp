@@ -2,6 +2,7 @@
 
 #include "app/services/composition.h"
 #include "app/settings/unit_settings.h"
+#include "platform/linux/desktop_services.h"
 
 #include <algorithm>
 
@@ -152,11 +153,29 @@ void EngineSettings::noteWatchChanging() {
   change([](SettingsState& state) { state.isWatchChanging = true; });
 }
 
+/// In a sandbox the desktop starts the watch; the files that are written beside only keep what it said.
+/// Elsewhere nobody is asked.
+Result<void, std::string> EngineSettings::askPortal(bool wanted) const {
+  constexpr std::chrono::minutes kUntilAnswered{2};
+  DesktopBuses const buses = busesOfSession(environment_.program);
+  if (!buses.usesPortals) return {};
+  std::string const reason(wording()->texts->text("desktop.settings.startAtLogin.atLogin"));
+  auto const starts = requestAutostart(buses, wanted, reason, kUntilAnswered);
+  if (!starts) return std::unexpected(starts.error());
+  if (*starts != wanted) return std::unexpected("the desktop did not allow it");
+  return {};
+}
+
 void EngineSettings::setStartAtLogin(bool wanted, std::stop_token const& stop) {
   constexpr std::chrono::seconds kPatience{20};
   Environment environment = environment_;
   environment.program = environment.program.parent_path() / "nimbara";
-  auto const report = (wanted ? installWatch : uninstallWatch)(environment, timedRunner(kPatience, stop));
+  Result<std::string, std::string> report;
+  if (auto const allowed = askPortal(wanted); allowed) {
+    report = (wanted ? installWatch : uninstallWatch)(environment, timedRunner(kPatience, stop));
+  } else {
+    report = std::unexpected(allowed.error());
+  }
   WatchStart const watch = watchStart(environment);
   change([&](SettingsState& state) {
     state.isWatchChanging = false;

@@ -50,6 +50,7 @@ class EngineSettings {
   void setStartAtLogin(bool wanted, std::stop_token const& stop);
 
  private:
+  Result<void, std::string> askPortal(bool wanted) const;
   Result<void, StoreError> write(std::string_view key, std::string_view text);
   template <class Change>
   void change(Change apply);

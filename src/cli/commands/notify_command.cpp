@@ -106,7 +106,7 @@ class NotifyRun {
     if (options_.deliver == NotifyOptions::Deliver::print || options_.dryRun || options_.explain) {
       return std::make_unique<SilentCenter>();
     }
-    return desktopNotificationCenter({session_.environment.program, {}, {}});
+    return desktopNotificationCenter(busesOfSession(session_.environment.program));
   }
 
   std::filesystem::path lockFile() const { return session_.environment.dataDirectory / "notifications.lock"; }

@@ -372,7 +372,7 @@ class PlacesRun {
 
   Result<LocationFix, LocationError> locate() const {
     if (session_.location != nullptr) return session_.location->locate(kLocationTimeout, session_.stop);
-    auto const desktop = desktopLocationSource({session_.environment.program, {}, {}});
+    auto const desktop = desktopLocationSource(busesOfSession(session_.environment.program));
     return desktop->locate(kLocationTimeout, session_.stop);
   }
 

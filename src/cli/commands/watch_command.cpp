@@ -89,7 +89,7 @@ class Watch {
     return options;
   }
 
-  DesktopBuses buses() const { return {session_.environment.program, {}, {}}; }
+  DesktopBuses buses() const { return busesOfSession(session_.environment.program); }
 
   /// The window comes forward; where none is open, the bus starts the installed one.
   void open(ApplicationCall const& call) {

@@ -59,10 +59,19 @@ class NoApplicationInstance final : public ApplicationInstance {
 
 }  // namespace
 
+bool isSandboxed() {
+  std::error_code ignored;
+  return std::filesystem::exists("/.flatpak-info", ignored);
+}
+
+DesktopBuses busesOfSession(std::filesystem::path const& program) {
+  return {program, {}, {}, isSandboxed()};
+}
+
 std::unique_ptr<LocationSource> desktopLocationSource(DesktopBuses const& options) {
   DbusModule const* const module = dbusModule(options.program);
   if (module == nullptr) return std::make_unique<NoLocationSource>();
-  return module->locationSource(options.systemBus);
+  return module->locationSource(options.systemBus, options.sessionBus, options.usesPortals);
 }
 
 std::unique_ptr<PowerAndNetwork> desktopPowerAndNetwork(DesktopBuses const& options,
@@ -75,7 +84,8 @@ std::unique_ptr<PowerAndNetwork> desktopPowerAndNetwork(DesktopBuses const& opti
 std::unique_ptr<NotificationCenter> desktopNotificationCenter(DesktopBuses const& options) {
   DbusModule const* const module = dbusModule(options.program);
   if (module == nullptr) return std::make_unique<NoNotificationCenter>();
-  return module->notificationCenter(options.sessionBus, soundsDirectory(options.program));
+  return module->notificationCenter(options.sessionBus, soundsDirectory(options.program),
+                                    options.usesPortals);
 }
 
 std::unique_ptr<Tray> desktopTray(DesktopBuses const& options, Tray::Listener listener) {
@@ -101,6 +111,13 @@ std::unique_ptr<DesktopAppearance> desktopAppearance(DesktopBuses const& options
                                                      DesktopAppearance::Listener listener) {
   DbusModule const* const module = dbusModule(options.program);
   return module == nullptr ? nullptr : module->appearance(options.sessionBus, std::move(listener));
+}
+
+Result<bool, std::string> requestAutostart(DesktopBuses const& options, bool wanted,
+                                           std::string const& reason, std::chrono::milliseconds patience) {
+  DbusModule const* const module = dbusModule(options.program);
+  if (module == nullptr) return std::unexpected(kNoModule);
+  return module->requestAutostart(options.sessionBus, wanted, reason, patience);
 }
 
 std::unique_ptr<SessionService> desktopSessionService(DesktopBuses const& options, ServiceFace& face) {

@@ -22,7 +22,14 @@ struct DesktopBuses {
   std::filesystem::path program;  ///< the running program's file
   std::string systemBus;          ///< the bus's address; empty for the system's own
   std::string sessionBus;         ///< the like of the user's session
+  bool usesPortals = false;       ///< as a program in a sandbox must
 };
+
+/// Whether this process is in a sandbox that reaches the desktop through portals only.
+bool isSandboxed();
+
+/// Those of the session that the program runs in.
+DesktopBuses busesOfSession(std::filesystem::path const& program);
 
 /// Never null: without the module, every question is answered with the reason.
 std::unique_ptr<LocationSource> desktopLocationSource(DesktopBuses const& options);
@@ -49,6 +56,11 @@ Result<void, std::string> callApplication(DesktopBuses const& options, Applicati
 /// Null without the module.
 std::unique_ptr<DesktopAppearance> desktopAppearance(DesktopBuses const& options,
                                                      DesktopAppearance::Listener listener);
+
+/// Asks the desktop, by its portal, to start the watch with the session, or not to any more; the reason is
+/// for the user, who may be asked. Gives whether it does now; the error is a sentence without a full stop.
+Result<bool, std::string> requestAutostart(DesktopBuses const& options, bool wanted,
+                                           std::string const& reason, std::chrono::milliseconds patience);
 
 /// Null without the module. The face must outlive it.
 std::unique_ptr<SessionService> desktopSessionService(DesktopBuses const& options, ServiceFace& face);

@@ -18,11 +18,14 @@
 namespace nimbara {
 
 struct DbusModule {
-  std::unique_ptr<LocationSource> (*locationSource)(std::string const& systemBus);
+  /// The portal's, for a program in a sandbox, asks the other bus only where there is no portal.
+  std::unique_ptr<LocationSource> (*locationSource)(std::string const& systemBus,
+                                                    std::string const& sessionBus, bool usesPortals);
   std::unique_ptr<PowerAndNetwork> (*powerAndNetwork)(std::string const& systemBus,
                                                       PowerAndNetwork::Listener listener);
   std::unique_ptr<NotificationCenter> (*notificationCenter)(std::string const& sessionBus,
-                                                            std::filesystem::path const& soundsDirectory);
+                                                            std::filesystem::path const& soundsDirectory,
+                                                            bool usesPortals);
   std::unique_ptr<Tray> (*tray)(std::string const& sessionBus, Tray::Listener listener);
   std::unique_ptr<ApplicationInstance> (*applicationInstance)(std::string const& sessionBus);
   Result<void, std::string> (*callApplication)(std::string const& sessionBus, ApplicationCall const& call,
@@ -31,6 +34,9 @@ struct DbusModule {
                                                    DesktopAppearance::Listener listener);
   std::vector<DesktopServiceState> (*serviceStates)(std::string const& systemBus,
                                                     std::string const& sessionBus);
+  Result<bool, std::string> (*requestAutostart)(std::string const& sessionBus, bool wanted,
+                                                std::string const& reason,
+                                                std::chrono::milliseconds patience);
   std::unique_ptr<SessionService> (*sessionService)(std::string const& sessionBus, ServiceFace& face);
 };
 

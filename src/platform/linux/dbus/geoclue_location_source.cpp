@@ -2,9 +2,8 @@
 
 #include "platform/application_id.h"
 #include "platform/linux/dbus/bus.h"
+#include "platform/linux/dbus/location_record.h"
 
-#include <cmath>
-#include <map>
 #include <utility>
 
 namespace nimbara {
@@ -13,7 +12,7 @@ namespace {
 
 using Kind = LocationError::Kind;
 using std::chrono::milliseconds;
-using Properties = std::map<std::string, sdbus::Variant>;
+using Properties = LocationProperties;
 
 constexpr char kService[] = "org.freedesktop.GeoClue2";
 constexpr char kManagerPath[] = "/org/freedesktop/GeoClue2/Manager";
@@ -25,7 +24,7 @@ constexpr char kProperties[] = "org.freedesktop.DBus.Properties";
 constexpr std::uint32_t kCityLevel = 4;
 
 LocationError errorOf(Kind kind, std::string_view reason) {
-  return {kind, "the location is unknown: " + std::string(reason)};
+  return locationError(kind, reason);
 }
 
 LocationError errorOf(sdbus::Error const& error) {
@@ -43,34 +42,6 @@ LocationError errorOf(sdbus::Error const& error) {
 LocationError errorOf(BusWait wait) {
   if (wait == BusWait::stopped) return errorOf(Kind::cancelled, "the request was cancelled");
   return errorOf(Kind::timedOut, "the location service found no position in time");
-}
-
-std::optional<double> number(Properties const& properties, char const* name) {
-  auto const found = properties.find(name);
-  if (found == properties.end() || !found->second.containsValueOfType<double>()) return std::nullopt;
-  double const value = found->second.get<double>();
-  return std::isfinite(value) ? std::optional(value) : std::nullopt;
-}
-
-Instant timeOf(Properties const& properties) {
-  using Timestamp = sdbus::Struct<std::uint64_t, std::uint64_t>;  // seconds and microseconds
-  auto const now = std::chrono::floor<milliseconds>(std::chrono::system_clock::now());
-  auto const found = properties.find("Timestamp");
-  if (found == properties.end() || !found->second.containsValueOfType<Timestamp>()) return now;
-  auto const [seconds, micros] =
-      static_cast<std::tuple<std::uint64_t, std::uint64_t> const&>(found->second.get<Timestamp>());
-  constexpr std::uint64_t kLastSecond = 253'402'300'799;  // of the year 9999
-  if (seconds == 0 || seconds > kLastSecond) return now;
-  return Instant(std::chrono::seconds(seconds)) + milliseconds(micros / 1000 % 1000);
-}
-
-Result<LocationFix, LocationError> fixOf(Properties const& properties) {
-  auto const latitude = number(properties, "Latitude");
-  auto const longitude = number(properties, "Longitude");
-  if (!latitude || !longitude || std::abs(*latitude) > 90 || std::abs(*longitude) > 180) {
-    return std::unexpected(errorOf(Kind::unavailable, "the location service returned no position"));
-  }
-  return LocationFix{{*latitude, *longitude}, number(properties, "Accuracy").value_or(0), timeOf(properties)};
 }
 
 /// One conversation with the service.
@@ -136,7 +107,7 @@ class Conversation {
     auto const location = sdbus::createProxy(connection_, kService, path);
     auto const all = value(task_.call<Properties>(*location, kProperties, "GetAll", std::string(kLocation)));
     if (!all) return std::unexpected(all.error());
-    return fixOf(std::get<0>(*all));
+    return locationFix(std::get<0>(*all));
   }
 
   sdbus::IConnection& connection_;

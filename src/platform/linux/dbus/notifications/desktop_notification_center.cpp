@@ -1,5 +1,8 @@
 #include "platform/linux/dbus/notifications/desktop_notification_center.h"
 
+#include "platform/linux/dbus/notifications/notification_service.h"
+#include "platform/linux/dbus/portal/portal_notifications.h"
+
 #include <future>
 #include <poll.h>
 #include <utility>
@@ -20,9 +23,10 @@ Result<void, DeliveryError> nobodyThere() {
 }  // namespace
 
 DesktopNotificationCenter::DesktopNotificationCenter(std::string sessionBus,
-                                                     std::filesystem::path soundsDirectory)
+                                                     std::filesystem::path soundsDirectory, bool usesPortal)
     : sessionBus_(std::move(sessionBus)),
       soundsDirectory_(std::move(soundsDirectory)),
+      usesPortal_(usesPortal),
       thread_([this](std::stop_token const& stop) { run(stop); }) {}
 
 DesktopNotificationCenter::~DesktopNotificationCenter() {
@@ -34,27 +38,27 @@ DesktopNotificationCenter::~DesktopNotificationCenter() {
 AuthorizationStatus DesktopNotificationCenter::authorizationStatus() {
   return ask<AuthorizationStatus>(
       AuthorizationStatus::denied,
-      [](NotificationService& service, BusTask& task) { return service.status(task); });
+      [](NotificationChannel& service, BusTask& task) { return service.status(task); });
 }
 
 Result<void, DeliveryError> DesktopNotificationCenter::deliver(NotificationRequest const& request) {
   return ask<Result<void, DeliveryError>>(
       nobodyThere(),
-      [request](NotificationService& service, BusTask& task) { return service.deliver(request, task); });
+      [request](NotificationChannel& service, BusTask& task) { return service.deliver(request, task); });
 }
 
 Result<void, DeliveryError> DesktopNotificationCenter::update(NotificationRequest const& request) {
   NotificationRequest silent = request;
   silent.isSilent = true;
   return ask<Result<void, DeliveryError>>(
-      nobodyThere(), [silent](NotificationService& service, BusTask& task) -> Result<void, DeliveryError> {
+      nobodyThere(), [silent](NotificationChannel& service, BusTask& task) -> Result<void, DeliveryError> {
         if (!service.isShown(silent.identifier)) return {};
         return service.deliver(silent, task);
       });
 }
 
 void DesktopNotificationCenter::withdraw(std::string_view identifier) {
-  ask<bool>(false, [name = std::string(identifier)](NotificationService& service, BusTask& task) {
+  ask<bool>(false, [name = std::string(identifier)](NotificationChannel& service, BusTask& task) {
     service.withdraw(name, task);
     return true;
   });
@@ -86,7 +90,7 @@ Answer DesktopNotificationCenter::ask(Answer otherwise, Question<Answer> questio
 template <class Answer>
 Answer DesktopNotificationCenter::answer(Answer otherwise, Question<Answer> const& question,
                                          Deadline deadline) {
-  NotificationService* const asked = service();
+  NotificationChannel* const asked = service();
   auto const left =
       std::chrono::floor<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
   if (asked == nullptr || left.count() <= 0) return otherwise;
@@ -100,9 +104,18 @@ Answer DesktopNotificationCenter::answer(Answer otherwise, Question<Answer> cons
   }
 }
 
-NotificationService* DesktopNotificationCenter::service() {
+std::unique_ptr<NotificationChannel> DesktopNotificationCenter::connect() const {
+  if (usesPortal_) {
+    auto portal = std::make_unique<PortalNotifications>(sessionBus_, soundsDirectory_);
+    BusTask task(portal->connection(), kBusPatience / 2, thread_.get_stop_token());
+    if (portal->status(task) == AuthorizationStatus::authorized) return portal;
+  }
+  return std::make_unique<NotificationService>(sessionBus_, soundsDirectory_);
+}
+
+NotificationChannel* DesktopNotificationCenter::service() {
   try {
-    if (!service_) service_ = std::make_unique<NotificationService>(sessionBus_, soundsDirectory_);
+    if (!service_) service_ = connect();
   } catch (sdbus::Error const&) {
     service_.reset();
   }

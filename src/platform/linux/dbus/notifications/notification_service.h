@@ -4,9 +4,8 @@
 // it is given.
 #pragma once
 
-#include "platform/linux/dbus/bus.h"
+#include "platform/linux/dbus/notifications/notification_channel.h"
 #include "platform/linux/dbus/notifications/notify_call.h"
-#include "platform/notification_center.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -19,22 +18,17 @@
 
 namespace nimbara {
 
-/// Every method may throw sdbus::Error when the bus has gone.
-class NotificationService {
+class NotificationService final : public NotificationChannel {
  public:
   /// Throws sdbus::Error when there is no bus.
   NotificationService(std::string const& sessionBus, std::filesystem::path soundsDirectory);
 
-  sdbus::IConnection& connection() { return *connection_; }
-
-  /// Does not start a service.
-  AuthorizationStatus status(BusTask& task);
-  Result<void, DeliveryError> deliver(NotificationRequest const& request, BusTask& task);
-  bool isShown(std::string_view identifier) const { return shown_.contains(identifier); }
-  void withdraw(std::string_view identifier, BusTask& task);
-
-  /// What people answered since the last call, in their order.
-  std::vector<NotificationResponse> takeResponses();
+  sdbus::IConnection& connection() override { return *connection_; }
+  AuthorizationStatus status(BusTask& task) override;
+  Result<void, DeliveryError> deliver(NotificationRequest const& request, BusTask& task) override;
+  bool isShown(std::string_view identifier) const override { return shown_.contains(identifier); }
+  void withdraw(std::string_view identifier, BusTask& task) override;
+  std::vector<NotificationResponse> takeResponses() override;
 
  private:
   using ServerId = std::uint32_t;
