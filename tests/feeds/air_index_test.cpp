@@ -1,5 +1,6 @@
 #include "feeds/air/air_index.h"
 
+#include "feeds/air/us_index.h"
 #include "support/instants.h"
 #include "support/samples.h"
 
@@ -35,6 +36,52 @@ TEST(AirIndex, HasTheEuropeanBandsOf2024) {
   }
 }
 
+/// Both sides of the agency's breakpoints, and the examples of its technical document.
+TEST(UsIndex, HasTheBreakpointsOf2024) {
+  constexpr double kNo2 = 46.01 / 24.45, kO3 = 48 / 24.45, kSo2 = 64.07 / 24.45;  // µg/m³ of one ppb
+  for (IndexRow const& row : {IndexRow{Pollutant::pm25, 0, 0},      {Pollutant::pm25, 9.0, 50},
+                              {Pollutant::pm25, 9.09, 50},          {Pollutant::pm25, 9.1, 51},
+                              {Pollutant::pm25, 35.4, 100},         {Pollutant::pm25, 35.9, 102},
+                              {Pollutant::pm25, 55.4, 150},         {Pollutant::pm25, 125.4, 200},
+                              {Pollutant::pm25, 225.4, 300},        {Pollutant::pm25, 325.4, 500},
+                              {Pollutant::pm25, 900, 500},          {Pollutant::pm10, 54.9, 50},
+                              {Pollutant::pm10, 154, 100},          {Pollutant::pm10, 155, 101},
+                              {Pollutant::pm10, 604, 500},          {Pollutant::o3, 54 * kO3, 50},
+                              {Pollutant::o3, 78.53333 * kO3, 126}, {Pollutant::o3, 200 * kO3, 300},
+                              {Pollutant::no2, 100 * kNo2, 100},    {Pollutant::no2, 361 * kNo2, 151},
+                              {Pollutant::so2, 75 * kSo2, 100},     {Pollutant::so2, 304 * kSo2, 200}}) {
+    EXPECT_EQ(usIndex(row.pollutant, row.concentration), row.index)
+        << enumName(row.pollutant) << row.concentration;
+  }
+}
+
+/// 24 hours from noon on, of which the first `unknown` have nothing.
+AirQualityForecast dayOf(int unknown) {
+  AirQualityForecast forecast;
+  for (int i = 0; i < 24; ++i) {
+    AirLevels levels;
+    if (i >= unknown) levels.pollutants = {35.9, {}, {}, 154.2, {}};
+    forecast.hours.push_back({at("2026-11-21T12:00:00Z") + i * 1h, levels.pollutants[0], levels});
+  }
+  return forecast;
+}
+
+TEST(UsIndex, IsMadeOfTheHoursBeforeWhereTheServiceHasNone) {
+  for (auto const& [unknown, isKnown] : {std::pair(0, true), {6, true}, {7, false}}) {
+    AirQualityForecast forecast = dayOf(unknown);
+    fillUsParts(forecast, at("2026-11-22T11:45:00Z"));
+    EXPECT_EQ(forecast.hours.back().levels.usParts[0].has_value(), isKnown) << unknown;
+    EXPECT_EQ(forecast.now.usParts[0].has_value(), isKnown) << unknown;
+    EXPECT_EQ(forecast.now.usParts[3], 126) << "ozone takes eight hours";
+    EXPECT_EQ(airIndexOf(forecast.now, AirScale::us)->leading, Pollutant::o3);
+  }
+  AirQualityForecast served = dayOf(0);
+  served.hours.back().levels.usAqi = 61;
+  fillUsParts(served, {});
+  EXPECT_FALSE(served.hours.back().levels.usParts[0]) << "the service knows better";
+  EXPECT_FALSE(served.now.usParts[0]) << "nobody says when the present is";
+}
+
 TEST(AirIndex, AgreesWithTheRecordedIndices) {
   auto const files = test::sampleFiles("air-quality");
   if (!files) GTEST_SKIP() << "NIMBARA_SAMPLES is not set";
@@ -56,6 +103,12 @@ TEST(AirIndex, AgreesWithTheRecordedIndices) {
   double const parts[] = {44, 29, 22, 14, 3};
   for (std::size_t i = 0; i < now.size(); ++i)
     EXPECT_NEAR(europeanIndex(static_cast<Pollutant>(i), now[i].value_or(-1)), parts[i], 1) << i;
+  for (AirLevels const& levels : moments) {
+    for (Pollutant const gas : {Pollutant::no2, Pollutant::so2}) {
+      auto const at = static_cast<std::size_t>(gas);
+      EXPECT_NEAR(usIndex(gas, levels.pollutants[at].value_or(-1)), levels.usParts[at].value_or(-1), 1);
+    }
+  }
   EXPECT_EQ(airIndexOf(forecast->now, AirScale::us),
             (AirIndex{AirScale::us, 65, AirBand::moderate, Pollutant::pm25}));
 }

@@ -68,8 +68,9 @@ std::span<AirBandRow const> airBands(AirScale scale);
 AirBand airBand(AirScale scale, double index);
 
 /// The European index is that of the worst pollutant; the service's own where no concentration is known. That
-/// of the United States is the service's, since it takes means over hours that have passed. Nothing where
-/// neither is known.
+/// of the United States is the service's, or made of the means over the hours before where the service has
+/// none
+/// (`us_index.h`). Nothing where neither is known.
 std::optional<AirIndex> airIndexOf(AirLevels const& levels, AirScale scale);
 
 /// The index of one pollutant alone, not rounded; absent where it is not known.

@@ -1,6 +1,7 @@
 #include "feeds/air/air_quality.h"
 
 #include "base/text/text.h"
+#include "feeds/air/us_index.h"
 #include "feeds/fetching/lenient_json.h"
 
 #include <algorithm>
@@ -150,6 +151,11 @@ Result<AirQualityForecast, DecodeError> parseAirQuality(std::string_view body) {
     forecast.usAqi = forecast.now.usAqi;
     forecast.europeanAqi = forecast.now.europeanAqi;
   }
+  std::optional<Instant> time;
+  if (auto const shown = current.value ? current.value->find("time") : Block::const_iterator();
+      current.value && shown != current.value->end() && !shown->second.texts.empty())
+    time = instantOf(shown->second.texts.front(), offset);
+  fillUsParts(forecast, time);
   return forecast;
 }
 

@@ -37,7 +37,7 @@ struct AirLevels {
   PollenValues pollen = {};                ///< grains/m³
   std::optional<double> europeanAqi = {};  ///< as the service reckons it
   std::optional<double> usAqi = {};        ///< likewise; its fine dust is a mean of 24 hours
-  PollutantValues usParts = {};            ///< the index of each pollutant
+  PollutantValues usParts = {};            ///< the index of each; where none is sent, from the hours before
   std::optional<double> uvIndex = {};      ///< under the forecast clouds
   std::optional<double> uvIndexClearSky = {};
 
