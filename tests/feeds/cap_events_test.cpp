@@ -243,6 +243,22 @@ TEST(CapEvents, ColourAndSeverityAreTwoThings) {
   }
 }
 
+/// Services without awareness levels have words of their own for the colour; what is green there ends
+/// nothing.
+TEST(CapEvents, ColoursHaveNamesOfTheirOwn) {
+  for (auto const& [name, value, colour] : {std::tuple("ColourCode", "Orange", "orange"),
+                                            {"colorcode", "RED ", "red"},
+                                            {"ColourCode", "Green", ""},
+                                            {"ColourCodeHex", "#FF9900", ""},
+                                            {"Colour", "blue", ""}}) {
+    CapInfo info = windBlock();
+    info.parameters = {{name, value}};
+    auto const answer = answerTo(capAlert("1", "08:00", "Alert", {}, {info}));
+    ASSERT_EQ(answer.alerts.size(), 1U) << value;
+    EXPECT_EQ(answer.alerts[0].colour.value_or(""), colour) << name;
+  }
+}
+
 struct Named {
   std::string event;
   std::string language;

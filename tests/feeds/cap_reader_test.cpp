@@ -47,7 +47,7 @@ TEST(CapReader, ReadsEveryFieldWithPrefixesOrWithout) {
         element("identifier", " 2.49.0.1 ") + element("sender", "a@b.example") +
             element("sent", "2026-11-21T06:30:00+01:00") + element("status", "Actual") +
             element("msgType", "Update") +
-            element("references", "a@b.example,2.48,2026-11-20T06:00:00-00:00 \n c@d.example,2.47") +
+            element("references", "a@b.example, 2.48,\n2026-11-20T06:00:00-00:00 \n c@d.example,2.47") +
             element("info",
                     element("language", "de-DE") + element("event", "Sturm") + element("headline", "H") +
                         element("description", "D") + element("instruction", "I") +

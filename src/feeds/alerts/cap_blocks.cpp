@@ -119,6 +119,19 @@ bool isAllClear(std::string const& responseType) {
   return asciiLowered(trimmed(responseType)) == "allclear";
 }
 
+/// In words, by services that have no awareness levels; green, which would end a warning, is not believed
+/// there.
+std::string statedColourOf(CapInfo const& info) {
+  constexpr std::string_view kNames[] = {"colourcode", "colorcode",    "colour",
+                                         "color",      "alert colour", "alert color"};
+  for (CapValue const& parameter : info.parameters) {
+    if (std::ranges::count(kNames, asciiLowered(trimmed(parameter.name))) == 0) continue;
+    std::string colour(colourOfWord(asciiLowered(trimmed(parameter.value))));
+    if (!colour.empty() && colour != kColours.front()) return colour;
+  }
+  return {};
+}
+
 }  // namespace
 
 CapGrade gradeOf(CapInfo const& info) {
@@ -139,7 +152,7 @@ std::string colourOf(CapInfo const& info) {
   for (std::string_view const part : parts) {
     if (colour.empty()) colour = colourOfNumber(trimmed(part));
   }
-  return colour;
+  return colour.empty() ? statedColourOf(info) : colour;
 }
 
 WarningKind kindOf(CapInfo const& info) {

@@ -37,8 +37,13 @@ std::optional<Instant> capDate(std::string_view text) {
 }
 
 std::vector<CapReference> capReferences(std::string_view text) {
-  std::string blanks(text);
-  std::ranges::replace_if(blanks, [](char c) { return c == '\n' || c == '\t' || c == '\r'; }, ' ');
+  std::string blanks;
+  for (char c : text) {
+    if (c == '\n' || c == '\t' || c == '\r') c = ' ';
+    // "sender, identifier, sent": some write lists so.
+    bool const isAfterComma = c == ' ' && blanks.ends_with(',');
+    if (!isAfterComma) blanks += c;
+  }
   std::vector<CapReference> references;
   for (std::string_view const one : split(blanks, ' ')) {
     auto const parts = split(one, ',');
