@@ -136,7 +136,7 @@ TEST_F(RadarLayerTest, PutsTheNextInPlaceOfOneWhosePicturesAreOfNoUse) {
 
 TEST_F(RadarLayerTest, SaysThatNobodyCouldBeAsked) {
   hosts_.host.answer("/public", 500, "");
-  layer_->want({viewOf(kParis), {}, false});
+  layer_->want({viewOf(kMadrid), {}, false});
   EXPECT_EQ(untilState(State::failed).misses.size(), 2U);
 }
 
