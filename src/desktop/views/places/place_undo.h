@@ -17,7 +17,7 @@ struct PlaceChange {
   SavedPlace place;  ///< as it was
   int position = 1;  ///< where it was, from one
   bool wasSelected = false;
-  std::string newName;  ///< of `renamed`
+  std::string newName;                          ///< of `renamed`
   std::optional<Uuid> selected = std::nullopt;  ///< of `added`: the place that was shown before
 
   bool operator==(PlaceChange const&) const = default;

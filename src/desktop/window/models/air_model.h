@@ -32,7 +32,8 @@ class AirModel : public QObject {
   RecordListModel* pollen() { return pollen_; }
   RecordListModel* hours() { return hours_; }
   YearCurve const& year() const { return year_; }
-  /// Nobody looks at the page, or each of its feeds has answered or failed, or there is no place to ask about.
+  /// Nobody looks at the page, or each of its feeds has answered or failed, or there is no place to ask
+  /// about.
   bool hasSettled() const { return hasSettled_ || !isShown_; }
 
  Q_SIGNALS:
