@@ -450,6 +450,12 @@ void AppState::showSupplement(Place const& place, std::shared_ptr<SupplementStat
   });
 }
 
+void AppState::showConfidence(Place const& place, std::shared_ptr<SecondForecast const> second) {
+  change([&](WeatherState& state) {
+    if (selected_ && keyOf(*selected_) == keyOf(place)) state.forecastConfidence = std::move(second);
+  });
+}
+
 void AppState::deviceMoved(LocationFix const& fix) {
   {
     std::lock_guard const lock(mutex_);

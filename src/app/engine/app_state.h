@@ -101,6 +101,7 @@ class AppState {
   /// What supplemental feeds have of a place, unless another one is selected.
   void showGovAlerts(Place const& place, std::vector<WeatherAlert> alerts);
   void showTravelAdvisories(Place const& place, std::vector<WeatherAlert> advisories);
+  void showConfidence(Place const& place, std::shared_ptr<SecondForecast const> second);
   void showSupplement(Place const& place, std::shared_ptr<SupplementState const> supplement);
   /// The machine is back from sleep or the network has come back: old failures mean nothing any more.
   void wokeUp(RefreshTrigger trigger);

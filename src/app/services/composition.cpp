@@ -5,6 +5,7 @@
 #include "app/services/chat_language_model.h"
 #include "app/services/feed_services.h"
 #include "app/services/forecast_service.h"
+#include "app/services/second_forecast.h"
 #include "app/settings/configuration.h"
 #include "app/settings/service_directory.h"
 #include "app/settings/settings_registry.h"
@@ -53,6 +54,12 @@ ForecastProvider providerOf(Client& client, bool isConfigured = true) {
           isConfigured};
 }
 
+SecondForecasts::Provider secondOf(WeatherProviderOption option, ForecastClient& client) {
+  return {option, [&client](Coordinate place, std::stop_token const& stop) {
+            return client.fetchForecast(place.latitude, place.longitude, stop);
+          }};
+}
+
 }  // namespace
 
 struct Composition::Parts {
@@ -77,6 +84,11 @@ struct Composition::Parts {
                    providerOf(yrNo), providerOf(wttr)},
                   history, clock),
         forecasts(providers, cache, clock, options.wording),
+        secondCache(below(options.cacheDirectory, "second"), clock, sourceOf(options.servicesBase),
+                    SecondForecasts::kLife),
+        secondForecasts({secondOf(WeatherProviderOption::openMeteo, openMeteo),
+                         secondOf(WeatherProviderOption::yrNo, yrNo)},
+                        history, secondCache, clock),
         feedOptions{contactOf(configuration),
                     options.cacheDirectory,
                     options.dataDirectory,
@@ -106,6 +118,8 @@ struct Composition::Parts {
   ProviderHistory history;
   WeatherProviderManager providers;
   ForecastService forecasts;
+  WeatherCache secondCache;
+  SecondForecasts secondForecasts;
   FeedServices::Options feedOptions;
   std::once_flag feedsAsked;
   std::optional<FeedServices> feeds;
@@ -139,6 +153,10 @@ WeatherProviderManager& Composition::providers() {
 
 ForecastService& Composition::forecasts() {
   return parts_->forecasts;
+}
+
+SecondForecasts& Composition::secondForecasts() {
+  return parts_->secondForecasts;
 }
 
 bool Composition::isAppleWeatherConfigured() const {

@@ -21,6 +21,7 @@ class ForecastService;
 class HttpClient;
 class LanguageModel;
 class ProviderHistory;
+class SecondForecasts;
 class ServiceDirectory;
 class Settings;
 class WeatherCache;
@@ -54,6 +55,7 @@ class Composition {
   ProviderHistory& history();
   WeatherProviderManager& providers();
   ForecastService& forecasts();
+  SecondForecasts& secondForecasts();
   bool isAppleWeatherConfigured() const;
   FeedServices& feeds();
   /// Null unless the user has named an address.

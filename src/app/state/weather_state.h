@@ -44,6 +44,7 @@ inline constexpr auto enumNames<AppError::Case> =
 static_assert(enumNamesComplete(AppError::Case::offline));
 
 struct SupplementState;
+struct SecondForecast;
 
 struct WeatherState {
   std::optional<WeatherData> weatherData;
@@ -61,6 +62,8 @@ struct WeatherState {
   std::shared_ptr<SupplementState const> supplement;
   std::shared_ptr<StationShown const> station;    ///< null: none is linked
   std::shared_ptr<NowcastReading const> nowcast;  ///< null: nobody was asked yet
+  /// What the confidence in the forecast is judged by; null: nobody has wanted to know yet.
+  std::shared_ptr<SecondForecast const> forecastConfidence;
 
   bool operator==(WeatherState const&) const = default;
 };
