@@ -29,7 +29,7 @@ std::string differenceText(double celsius, HazardWords const& words) {
 }
 
 std::string temperatureText(double celsius, HazardWords const& words) {
-  return display(celsius, words.units.temperature) + " " + std::string(symbol(words.units.temperature));
+  return display(celsius, words.units.temperature) + "\u00A0" + std::string(symbol(words.units.temperature));
 }
 
 }  // namespace

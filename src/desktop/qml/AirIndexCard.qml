@@ -70,7 +70,7 @@ Card {
             font.weight: Font.DemiBold
         }
         Item {
-            id: scale
+            id: ruler
             width: parent.width
             height: 22 * Theme.scale
             visible: card.air.isKnown
@@ -80,16 +80,16 @@ Card {
                     required property double from
                     required property double to
                     required property double colour
-                    x: from * scale.width + 1
+                    x: from * ruler.width + 1
                     y: 8 * Theme.scale
-                    width: (to - from) * scale.width - 2
+                    width: (to - from) * ruler.width - 2
                     height: 8 * Theme.scale
                     radius: height / 2
                     color: Theme.airColours[colour]
                 }
             }
             Rectangle {
-                x: Math.max(0, Math.min(scale.width - width, card.air.share * scale.width - width / 2))
+                x: Math.max(0, Math.min(ruler.width - width, card.air.share * ruler.width - width / 2))
                 y: 2 * Theme.scale
                 width: 6 * Theme.scale
                 height: 20 * Theme.scale

@@ -6,6 +6,8 @@ import NimbaraPages
 ScrollPage {
     id: page
 
+    // Charts and bars need less room than the cards of other pages.
+    readonly property int columns: width >= 1900 * Theme.scale ? 3 : width >= 860 * Theme.scale ? 2 : 1
     readonly property bool isWaiting: App.now.hasPlace && !App.air.now.isAsked
 
     readonly property bool isCurrent: parent?.isShown ?? false
@@ -34,13 +36,13 @@ ScrollPage {
     Board {
         width: page.inner
         visible: App.now.hasPlace && App.air.now.isAsked
-        weights: [[1], [1, 1.25], [1, 1.4, 1]][page.lanes - 1]
+        weights: [[1], [1, 1.25], [1, 1.4, 1]][page.columns - 1]
         spacing: 2 * Theme.space
         isMirrored: LayoutMirroring.enabled
 
         AirIndexCard { readonly property int lane: 0 }
         AirHoursCard {
-            readonly property int lane: page.lanes === 1 ? 0 : 1
+            readonly property int lane: page.columns === 1 ? 0 : 1
             visible: App.air.hours.count > 0
         }
         AirPartsCard {
@@ -50,7 +52,7 @@ ScrollPage {
             parts: App.air.pollutants
         }
         Card {
-            readonly property int lane: page.lanes === 3 ? 2 : page.lanes - 1
+            readonly property int lane: page.columns === 1 ? 0 : 1
             visible: App.air.now.uv !== ""
             title: App.air.words.uv
             Column {
@@ -63,17 +65,17 @@ ScrollPage {
                 AirWords { text: App.air.now.protection }
             }
         }
+        ClimateCard {
+            readonly property int lane: page.columns - 1
+            visible: App.air.now.isClimateAsked
+        }
         AirPartsCard {
-            readonly property int lane: page.lanes === 3 ? 2 : 0
+            readonly property int lane: page.columns === 3 ? 2 : 0
             visible: App.air.pollen.count > 0 || App.air.now.pollenState !== ""
             title: App.air.words.pollen
             parts: App.air.pollen
             lead: App.air.now.pollenState
             note: App.air.pollen.count > 1 ? App.air.words.pollenBars : ""
-        }
-        ClimateCard {
-            readonly property int lane: page.lanes === 1 ? 0 : 1
-            visible: App.air.now.isClimateAsked
         }
     }
 }

@@ -37,7 +37,7 @@ Card {
                         id: label
                         anchors.left: parent.left
                         width: parent.isTight ? parent.width : implicitWidth
-                        text: part.name
+                        text: part.name.charAt(0).toUpperCase() + part.name.slice(1)
                         wrapMode: Text.Wrap
                         horizontalAlignment: Text.AlignLeft
                         color: Theme.text

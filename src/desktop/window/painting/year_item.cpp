@@ -10,7 +10,7 @@ namespace {
 
 constexpr double kLeft = 34;
 constexpr double kRight = 10;
-constexpr double kHead = 18;
+constexpr double kHead = 26;
 constexpr double kFoot = 20;
 constexpr double kDays = 366;
 constexpr double kMonths = 12;
@@ -86,7 +86,7 @@ void YearItem::paintMonths(QPainter& painter) const {
   for (std::size_t month = 0; month < data().months.size(); ++month) {
     QString const name = QString::fromStdString(data().months[month]);
     qsizetype const length = slot < 26 ? 1 : kShort;
-    QString const shown = fit || name.size() <= kShort ? name : name.left(length);
+    QString const shown = fit ? name : name.left(length);
     painter.drawText(QRectF(kLeft + slot * static_cast<double>(month), y, slot, kFoot),
                      Qt::AlignHCenter | Qt::AlignBottom, shown);
   }
