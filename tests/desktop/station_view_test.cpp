@@ -1,5 +1,7 @@
 #include "desktop/views/stations/station_view.h"
 
+#include "desktop/views/now_view.h"
+#include "desktop/views/stations/observed_view.h"
 #include "desktop/window/models/station_model.h"
 #include "feeds/stations/station_shown.h"
 #include "offscreen.h"
@@ -127,6 +129,56 @@ TEST(StationPageView, NothingOfAStationElsewhere) {
   shown->weather = std::make_shared<WeatherState const>(std::move(state));
   EXPECT_THAT(stationView(stationDesk(), *shown, contextAt(kNow)).elsewhere,
               HasSubstr("does not stand near Testville"));
+}
+
+TEST(StationMarks, AreOnTheValuesThatAreTheStations) {
+  WeatherState const state = *snapshot()->weather;
+  NowView const now = nowView(state, Place{}, contextAt(kNow));
+  EXPECT_EQ(now.mark, "From your station, 4 min ago");
+  EXPECT_EQ(now.station, "From your station, 4 min ago\nRain gauge does not answer.");
+  for (TileView const& tile : tileViews(state, contextAt(kNow)))
+    EXPECT_EQ(tile.mark.empty(), tile.kind != "humidity") << tile.kind;
+  WeatherState const plain = test::stateOf(test::mildWeek());
+  EXPECT_EQ(nowView(plain, Place{}, contextAt(kNow)).mark, "");
+  for (TileView const& tile : tileViews(plain, contextAt(kNow))) EXPECT_EQ(tile.mark, "") << tile.kind;
+}
+
+TEST(ObservedLine, WidensTheChartByWhatWasMeasured) {
+  WeatherData const data = test::mildWeek();
+  ViewContext const context = contextAt(kNow);
+  Meteogram const plain = meteogramOf(data, context);
+  Meteogram chart = plain;
+  addObserved(chart, data, {}, context);
+  EXPECT_EQ(chart, plain);
+  chart.usual.push_back({1, 0, 1});
+  std::vector<StationSample> samples;
+  for (int hour = 30; hour >= 0; --hour)
+    samples.push_back({.at = kNow - std::chrono::hours(hour), .temperature = hour == 0 ? -22.0 : 11.4});
+  addObserved(chart, data, samples, context);
+  EXPECT_EQ(chart.hours, plain.hours + 30);
+  EXPECT_EQ(chart.usual.front().x, 31);
+  ASSERT_EQ(chart.observed.size(), samples.size());
+  EXPECT_NEAR(chart.now, 30 + 20.0 / 60, 1e-9);
+  EXPECT_NEAR(chart.observed.back().x, chart.now, 1e-9);
+  EXPECT_LE(chart.temperature.from, -22);
+  // The forecast begins with the midnight before.
+  EXPECT_EQ(chart.points.size(), plain.points.size() + 12);
+  EXPECT_EQ(chart.points.front().x, 18);
+  EXPECT_THAT(chart.points.front().readings, HasSubstr("11.4 °C measured"));
+  EXPECT_THAT(chart.points.back().readings, testing::Not(HasSubstr("measured")));
+  EXPECT_EQ(chart.days.front().x, 0);
+  EXPECT_TRUE(std::ranges::is_sorted(chart.points, {}, &MeteogramPoint::x));
+}
+
+TEST(ObservedLine, GoesBackTwoDaysAtMost) {
+  WeatherData const data = test::mildWeek();
+  Meteogram chart = meteogramOf(data, contextAt(kNow));
+  double const hours = chart.hours;
+  addObserved(chart, data,
+              {{.at = kNow - std::chrono::hours(90), .temperature = 4}, {.at = kNow, .temperature = 5}},
+              contextAt(kNow));
+  EXPECT_EQ(chart.hours, hours + 48);
+  EXPECT_EQ(chart.observed.size(), 1U);
 }
 
 /// An engine that tells what it is given.

@@ -55,16 +55,31 @@ std::string valueText(StationQuantity quantity, double value, Units const& units
   }
 }
 
-std::string liveText(StationShown const& shown, Units const& units, Texts const& texts, Instant now) {
-  if (!shown.isLive()) return {};
-  Instant const oldest = std::ranges::min_element(shown.values, {}, &OverlaidValue::observedAt)->observedAt;
-  std::string const age = ageText(oldest, now, texts);
+namespace {
+
+std::string fromText(StationShown const& shown, Instant observedAt, Units const& units, Texts const& texts,
+                     Instant now) {
+  std::string const age = ageText(observedAt, now, texts);
   auto const& together = shown.reading.together;
   if (!together) return texts.format("station.live", age);
   constexpr int kDecimals = 1;
   std::string const distance = fixedDecimal(convert(together->withinKm, units.distance), kDecimals) + " " +
                                std::string(symbol(units.distance));
   return texts.format("station.around", together->used, distance, age);
+}
+
+}  // namespace
+
+std::string liveText(StationShown const& shown, Units const& units, Texts const& texts, Instant now) {
+  if (!shown.isLive()) return {};
+  Instant const oldest = std::ranges::min_element(shown.values, {}, &OverlaidValue::observedAt)->observedAt;
+  return fromText(shown, oldest, units, texts, now);
+}
+
+std::string markText(StationShown const& shown, StationQuantity quantity, Units const& units,
+                     Texts const& texts, Instant now) {
+  auto const value = std::ranges::find(shown.values, quantity, &OverlaidValue::quantity);
+  return value == shown.values.end() ? std::string() : fromText(shown, value->observedAt, units, texts, now);
 }
 
 std::string doubtText(DoubtedValue const& doubted, Units const& units, Texts const& texts, Instant now) {

@@ -16,6 +16,10 @@ std::string moduleText(std::string const& name, StationModuleKind kind, Texts co
 /// nothing of the present is a station's.
 std::string liveText(StationShown const& shown, Units const& units, Texts const& texts, Instant now);
 
+/// The like of one value; empty where it is not the station's.
+std::string markText(StationShown const& shown, StationQuantity quantity, Units const& units,
+                     Texts const& texts, Instant now);
+
 /// Why a value is not shown as the present one; a whole sentence.
 std::string doubtText(DoubtedValue const& doubted, Units const& units, Texts const& texts, Instant now);
 

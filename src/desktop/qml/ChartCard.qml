@@ -26,7 +26,7 @@ Card {
                     { name: App.words.wind, colour: Theme.wind },
                     { name: App.words.pressure, colour: Theme.air },
                     { name: App.words.clouds, colour: Theme.cloud }
-                ]
+                ].concat(curves.hasObserved ? [{ name: App.words.observed, colour: Theme.text }] : [])
                 Row {
                     required property var modelData
                     spacing: 6
@@ -120,6 +120,7 @@ Card {
                 wind: Theme.wind
                 air: Theme.air
                 cloud: Theme.cloud
+                observed: Theme.text
             }
             Rectangle {
                 visible: curves.cursorX >= 0

@@ -13,14 +13,23 @@ Card {
     required property double direction
     required property string scaleFrom
     required property string scaleTo
+    required property string mark
     required title
 
     readonly property bool isWind: kind === "wind"
 
     height: Math.max(implicitHeight + 1.5 * Theme.space + (scaleTo !== "" ? ends.height : 0), 148 * Theme.scale)
     Accessible.role: Accessible.StaticText
-    Accessible.name: title + ": " + value + (note !== "" ? ", " + note : "")
+    Accessible.name: title + ": " + value + (note !== "" ? ", " + note : "") + (mark !== "" ? ", " + mark : "")
 
+    StationMark {
+        parent: tile
+        anchors.right: parent.right
+        anchors.top: parent.top
+        anchors.margins: tile.padding
+        text: tile.mark
+        isSpoken: false
+    }
     Column {
         anchors.left: parent.left
         width: parent.width - (tile.isWind ? compass.width + Theme.space : 0)

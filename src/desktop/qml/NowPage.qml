@@ -106,6 +106,11 @@ ScrollPage {
                             font.pixelSize: page.isLow ? Math.round(0.74 * Theme.display) : Theme.display
                             font.weight: Font.Light
                         }
+                        StationMark {
+                            anchors.verticalCenter: parent.verticalCenter
+                            text: App.now.mark
+                            ink: "white"
+                        }
                         Glyph {
                             anchors.verticalCenter: parent.verticalCenter
                             size: (page.isLow ? 72 : 88) * Theme.scale

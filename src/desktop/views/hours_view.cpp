@@ -248,6 +248,11 @@ Axis roundAxis(double lowest, double highest, int steps) {
   return {lowest, highest, span};
 }
 
+MeteogramPoint meteogramPoint(HourlyForecast const& hour, Instant begin, WeatherData const& data,
+                              ViewContext const& context) {
+  return pointOf(hour, begin, data, calendarOf(data, context.fallback), context);
+}
+
 Meteogram meteogramOf(WeatherData const& data, ViewContext const& context) {
   Meteogram out;
   Calendar const calendar = calendarOf(data, context.fallback);

@@ -5,6 +5,7 @@
 #include "desktop/views/view_context.h"
 #include "desktop/views/view_fields.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -142,11 +143,23 @@ struct UsualPoint {
   bool operator==(UsualPoint const&) const = default;
 };
 
+/// What the user's station has measured, in the user's units.
+struct ObservedPoint {
+  double x = 0;
+  std::optional<double> temperature = {};
+  std::optional<double> wind = {};
+  std::optional<double> pressure = {};
+
+  bool operator==(ObservedPoint const&) const = default;
+};
+
 struct Meteogram {
   std::vector<MeteogramPoint> points;
-  std::vector<MeteogramDay> days;  ///< where days begin
-  std::vector<UsualPoint> usual;   ///< empty where it is not known
-  double hours = 0;                ///< the whole width
+  std::vector<MeteogramDay> days;            ///< where days begin
+  std::vector<UsualPoint> usual;             ///< empty where it is not known
+  std::vector<ObservedPoint> observed = {};  ///< empty without a station
+  double now = 0;                            ///< hours since the beginning
+  double hours = 0;                          ///< the whole width
   Axis temperature, precipitation, wind, pressure;
   bool hasPressure = false;
   bool hasClouds = false;
@@ -156,6 +169,9 @@ struct Meteogram {
 };
 
 Meteogram meteogramOf(WeatherData const& data, ViewContext const& context);
+/// One hour of it.
+MeteogramPoint meteogramPoint(HourlyForecast const& hour, Instant begin, WeatherData const& data,
+                              ViewContext const& context);
 
 /// The narrowest axis of at most `steps` steps of 1, 2 or 5 times a power of ten that holds both ends.
 Axis roundAxis(double lowest, double highest, int steps);

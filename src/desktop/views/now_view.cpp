@@ -92,11 +92,30 @@ std::string lastReadingOf(WeatherData const& data, ViewContext const& context) {
 std::string stationOf(WeatherState const& state, ViewContext const& context) {
   if (!state.station || state.station->isElsewhere) return {};
   StationShown const& shown = *state.station;
-  if (shown.isLive()) return liveText(shown, context.units, context.texts, context.now);
+  std::string lines = liveText(shown, context.units, context.texts, context.now);
   bool const mustSignIn = shown.reading.state == StationState::signInAgain;
-  if (shown.doubts.empty() || mustSignIn) return stationProblemText(shown.reading, context.texts);
-  return doubtText(shown.doubts.front(), context.units, context.texts, context.now);
+  bool const isUnknown = lines.empty() && (shown.doubts.empty() || mustSignIn);
+  if (isUnknown) return stationProblemText(shown.reading, context.texts);
+  for (DoubtedValue const& doubted : shown.doubts) {
+    lines += (lines.empty() ? "" : "\n") + doubtText(doubted, context.units, context.texts, context.now);
+  }
+  return lines;
 }
+
+std::string markOf(WeatherState const& state, StationQuantity quantity, ViewContext const& context) {
+  if (!state.station) return {};
+  return markText(*state.station, quantity, context.units, context.texts, context.now);
+}
+
+struct MarkedTile {
+  std::string_view kind;
+  StationQuantity quantity;
+};
+
+constexpr MarkedTile kMarked[] = {{"wind", StationQuantity::windSpeed},
+                                  {"humidity", StationQuantity::humidity},
+                                  {"pressure", StationQuantity::pressure},
+                                  {"precipitation", StationQuantity::rainLastHour}};
 
 void showSky(NowView& view, SkyColours const& sky) {
   view.skyTop = hexText(sky.top);
@@ -332,6 +351,7 @@ NowView nowView(WeatherState const& state, std::optional<Place> const& place, Vi
   view.source = sourceOf(state, context);
   fillWeather(view, state, context);
   view.station = stationOf(state, context);
+  if (view.hasReading) view.mark = markOf(state, StationQuantity::temperature, context);
   NowCards cards = nowCards(*state.weatherData, state, context, settings);
   view.brief = std::move(cards.brief);
   view.advice = std::move(cards.advice);
@@ -349,6 +369,10 @@ std::vector<TileView> tileViews(WeatherState const& state, ViewContext const& co
   std::vector<TileView> tiles;
   if (present->knowsWind) tiles.push_back(windTile(*present, context));
   addMeasures(tiles, data, *present, context);
+  for (TileView& tile : tiles) {
+    auto const* const marked = std::ranges::find(kMarked, tile.kind, &MarkedTile::kind);
+    if (marked != std::ranges::end(kMarked)) tile.mark = markOf(state, marked->quantity, context);
+  }
   return tiles;
 }
 

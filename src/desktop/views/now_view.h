@@ -28,7 +28,8 @@ struct NowView {
   std::string feelsLike;
   std::string range;     ///< the day's highest and lowest
   std::string sentence;  ///< what the next hours bring
-  std::string station;   ///< what of the present is the user's station's, or why it is not
+  std::string station;   ///< what of the present is the user's station's, and of what it is not and why
+  std::string mark;      ///< the temperature is the station's: whose and how old; empty where it is not
   std::string source;
   std::string age;
   std::string notice;      ///< older data, or why there are none; empty when all is well
@@ -46,29 +47,18 @@ struct NowView {
 
 template <>
 inline constexpr auto viewFields<NowView> = FieldList{
-    viewField("hasPlace", &NowView::hasPlace),
-    viewField("hasWeather", &NowView::hasWeather),
-    viewField("hasReading", &NowView::hasReading),
-    viewField("isLoading", &NowView::isLoading),
-    viewField("place", &NowView::place),
-    viewField("area", &NowView::area),
-    viewField("localTime", &NowView::localTime),
-    viewField("temperature", &NowView::temperature),
-    viewField("condition", &NowView::condition),
-    viewField("feelsLike", &NowView::feelsLike),
-    viewField("range", &NowView::range),
-    viewField("sentence", &NowView::sentence),
-    viewField("station", &NowView::station),
-    viewField("source", &NowView::source),
-    viewField("age", &NowView::age),
-    viewField("notice", &NowView::notice),
-    viewField("isFailure", &NowView::isFailure),
-    viewField("summary", &NowView::summary),
-    viewField("sky", &NowView::sky),
-    viewField("isDay", &NowView::isDay),
-    viewField("skyTop", &NowView::skyTop),
-    viewField("skyBottom", &NowView::skyBottom),
-    viewField("brief", &NowView::brief),
+    viewField("hasPlace", &NowView::hasPlace),     viewField("hasWeather", &NowView::hasWeather),
+    viewField("hasReading", &NowView::hasReading), viewField("isLoading", &NowView::isLoading),
+    viewField("place", &NowView::place),           viewField("area", &NowView::area),
+    viewField("localTime", &NowView::localTime),   viewField("temperature", &NowView::temperature),
+    viewField("condition", &NowView::condition),   viewField("feelsLike", &NowView::feelsLike),
+    viewField("range", &NowView::range),           viewField("sentence", &NowView::sentence),
+    viewField("station", &NowView::station),       viewField("mark", &NowView::mark),
+    viewField("source", &NowView::source),         viewField("age", &NowView::age),
+    viewField("notice", &NowView::notice),         viewField("isFailure", &NowView::isFailure),
+    viewField("summary", &NowView::summary),       viewField("sky", &NowView::sky),
+    viewField("isDay", &NowView::isDay),           viewField("skyTop", &NowView::skyTop),
+    viewField("skyBottom", &NowView::skyBottom),   viewField("brief", &NowView::brief),
     viewField("advice", &NowView::advice),
 };
 
@@ -82,6 +72,7 @@ struct TileView {
   double direction = 0;   ///< of the wind, degrees from north where it comes from
   std::string scaleFrom;  ///< what the gauge's ends stand for; empty for shares of a hundred
   std::string scaleTo;
+  std::string mark;  ///< the value is the user's station's: whose and how old
 
   bool operator==(TileView const&) const = default;
 };
@@ -92,6 +83,7 @@ inline constexpr auto viewFields<TileView> = FieldList{
     viewField("value", &TileView::value),         viewField("note", &TileView::note),
     viewField("share", &TileView::share),         viewField("direction", &TileView::direction),
     viewField("scaleFrom", &TileView::scaleFrom), viewField("scaleTo", &TileView::scaleTo),
+    viewField("mark", &TileView::mark),
 };
 
 /// Sun and moon of the day.

@@ -7,8 +7,10 @@
 #include "desktop/views/nowcast_view.h"
 #include "desktop/views/outlook_view.h"
 #include "desktop/views/problem_text.h"
+#include "desktop/views/stations/observed_view.h"
 #include "desktop/window/words.h"
 #include "feeds/regions/regions.h"
+#include "feeds/stations/station_shown.h"
 #include "gazetteer/gazetteer.h"
 
 #include <algorithm>
@@ -51,6 +53,7 @@ constexpr WordRow kWords[] = {
     {"clouds", "report.clouds"},
     {"usual", "desktop.usual"},
     {"usualHint", "desktop.usual.hint"},
+    {"observed", "desktop.station.observed"},
     {"alerts", "desktop.alerts"},
     {"scrollBar", "desktop.scrollBar"},
     {"keysTitle", "desktop.keys"},
@@ -223,6 +226,7 @@ void DesktopModel::showWeather() {
   showDays(data, view);
   meteogram_ = meteogramOf(data, view);
   if (state.supplement) addUsual(meteogram_, data, state.supplement->climate.data, view);
+  if (state.station) addObserved(meteogram_, data, state.station->history, view);
   globe_->show(snapshot_->place, view);
   map_->show(snapshot_, contextOfPlace());
   Q_EMIT shown();

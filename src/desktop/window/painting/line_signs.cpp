@@ -147,6 +147,14 @@ constexpr std::array kSigns = std::to_array<SignRow>({
        stroke(p, {{12, 6}, {12, 18}});
        stroke(p, {{6, 12}, {18, 12}});
      }},
+    {"station",
+     [](QPainter& p) {
+       stroke(p, {{12, 21}, {12, 8}});
+       stroke(p, {{8, 21}, {16, 21}});
+       stroke(p, {{5, 8}, {19, 8}});
+       p.drawEllipse(QPointF(5, 6), 2, 2);
+       p.drawEllipse(QPointF(19, 6), 2, 2);
+     }},
     {"minus", [](QPainter& p) { stroke(p, {{6, 12}, {18, 12}}); }},
     {"arrow",
      [](QPainter& p) {

@@ -102,6 +102,23 @@ class Lane {
     painter_.restore();
   }
 
+  /// What was measured, where it was; broken where nothing was for two hours.
+  void observed(std::optional<double> ObservedPoint::* value, QColor const& colour) const {
+    constexpr double kGapHours = 2;
+    QPainterPath path;
+    double last = -kGapHours;
+    for (ObservedPoint const& point : data_.observed) {
+      if (!(point.*value)) continue;
+      QPointF const to = at(point.x, *(point.*value));
+      bool const isNew = path.elementCount() == 0 || point.x - last > kGapHours;
+      isNew ? path.moveTo(to) : path.lineTo(to);
+      last = point.x;
+    }
+    painter_.setBrush(Qt::NoBrush);
+    painter_.setPen(QPen(colour, 2, Qt::DotLine, Qt::RoundCap, Qt::RoundJoin));
+    painter_.drawPath(path);
+  }
+
   /// Bars of the amounts; the paler behind them stand for the chance.
   void bars(QColor const& colour) const {
     double const slot = area_.width() / data_.hours;
@@ -265,6 +282,7 @@ void MeteogramItem::paint(QPainter* painter) {
   if (showsUsual_ && hasUsual()) warmth.usual(faded(warm_, 46));
   warmth.curve(&MeteogramPoint::feelsLike, QPen(felt_, 1.6, Qt::DashLine, Qt::RoundCap));
   warmth.curve(&MeteogramPoint::temperature, QPen(warm_, 2.4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  warmth.observed(&ObservedPoint::temperature, observed_);
   Lane const rain(*painter, lanes.precipitation, shown.precipitation, shown);
   rain.grid(grid_, text_, shown.precipitationUnit);
   rain.bars(rain_);
@@ -272,6 +290,11 @@ void MeteogramItem::paint(QPainter* painter) {
   wind.grid(grid_, text_, shown.windUnit);
   wind.areaBelow(&MeteogramPoint::gust, faded(wind_, 50));
   wind.curve(&MeteogramPoint::wind, QPen(wind_, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  wind.observed(&ObservedPoint::wind, observed_);
+  if (!shown.observed.empty()) {
+    painter->setPen(QPen(text_, 1, Qt::DashLine));
+    painter->drawLine(QPointF(xOf(shown.now), top), QPointF(xOf(shown.now), bottom));
+  }
   auto const stride = static_cast<std::size_t>(std::max(1.0, std::ceil(22 / slot)));
   for (std::size_t i = 0; i < shown.points.size(); i += stride) {
     MeteogramPoint const& point = shown.points[i];
@@ -281,6 +304,7 @@ void MeteogramItem::paint(QPainter* painter) {
   Lane const air(*painter, lanes.pressure, shown.pressure, shown);
   air.grid(grid_, text_, shown.pressureUnit);
   air.curve(&MeteogramPoint::pressure, QPen(air_, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  air.observed(&ObservedPoint::pressure, observed_);
 }
 
 }  // namespace nimbara

@@ -29,6 +29,8 @@ class MeteogramItem : public QQuickPaintedItem {
   Q_PROPERTY(QColor wind MEMBER wind_ NOTIFY changed)
   Q_PROPERTY(QColor air MEMBER air_ NOTIFY changed)
   Q_PROPERTY(QColor cloud MEMBER cloud_ NOTIFY changed)
+  Q_PROPERTY(QColor observed MEMBER observed_ NOTIFY changed)
+  Q_PROPERTY(bool hasObserved READ hasObserved NOTIFY changed)
 
  public:
   explicit MeteogramItem(QQuickItem* parent = nullptr);
@@ -44,6 +46,8 @@ class MeteogramItem : public QQuickPaintedItem {
   QString when() const;
   QString readings() const;
   bool isEmpty() const { return data().points.empty(); }
+  /// A station has measured something of it.
+  bool hasObserved() const { return !data().observed.empty(); }
   /// What is usual on these days is known.
   bool hasUsual() const { return !data().usual.empty(); }
   /// The point nearest to a place in the item.
@@ -65,7 +69,7 @@ class MeteogramItem : public QQuickPaintedItem {
   int cursor_ = -1;
   double scale_ = 1;
   bool showsUsual_ = true;
-  QColor text_, grid_, night_, warm_, felt_, rain_, wind_, air_, cloud_;
+  QColor text_, grid_, night_, warm_, felt_, rain_, wind_, air_, cloud_, observed_;
 };
 
 }  // namespace nimbara

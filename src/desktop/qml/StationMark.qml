@@ -1,0 +1,42 @@
+// Beside a value that the user's own station gives: a small sign, whose words say whose it is and how old.
+import QtQuick
+import QtQuick.Controls.Basic
+import NimbaraPages
+
+Item {
+    id: mark
+
+    property string text
+    property color ink: Theme.muted
+    property bool isSpoken: true  // where nothing else says the words
+
+    visible: text !== ""
+    width: 18 * Theme.scale
+    height: width
+    Accessible.ignored: !isSpoken || text === ""
+    Accessible.role: Accessible.StaticText
+    Accessible.name: text
+
+    Sign {
+        anchors.fill: parent
+        size: mark.width
+        name: "station"
+        ink: mark.ink
+    }
+    HoverHandler { id: pointer }
+    ToolTip {
+        visible: pointer.hovered
+        delay: 300
+        contentItem: PlainText {
+            text: mark.text
+            color: Theme.text
+            font.pixelSize: Theme.small
+        }
+        background: Rectangle {
+            radius: 8
+            color: Theme.card
+            border.width: 1
+            border.color: Theme.outline
+        }
+    }
+}
