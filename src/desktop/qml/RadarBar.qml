@@ -104,12 +104,12 @@ FocusScope {
 
                 background: Item {
                     id: track
-                    readonly property real left: slider.leftPadding + slider.handle.width / 2
+                    readonly property real begin: slider.leftPadding + slider.handle.width / 2
                     readonly property real way: slider.availableWidth - slider.handle.width
                     readonly property real now: (bar.view.newest + 0.5) / slider.to * way
                     function at(frame) {
                         const x = frame / slider.to * way;
-                        return left + (slider.mirrored ? way - x : x);
+                        return begin + (slider.mirrored ? way - x : x);
                     }
                     // Measured before the present, computed after it.
                     Repeater {
