@@ -90,6 +90,18 @@ TEST(PlaceSearchOfTheDesktop, FindsSavedPlacesWithTheirWeatherAndCities) {
   EXPECT_LE(titles("weather san").size(), 6U);
 }
 
+TEST(PlaceSearchOfTheDesktop, FindsASavedCityOnce) {
+  ServiceSnapshot snapshot = known();
+  snapshot.places.front().place = {{38.72, -9.13}, "Lisbon", "Portugal", ""};
+  auto const hits = searchPlaces("weather lisbon", snapshot, kNow);
+  auto const count = std::ranges::count_if(hits, [](SearchHit const& hit) {
+    return hit.title == "Lisbon" && hit.description.ends_with("Portugal");
+  });
+  ASSERT_FALSE(hits.empty());
+  EXPECT_EQ(hits.front().id, kHome.text());
+  EXPECT_EQ(count, 0) << "the gazetteer's, beside it";
+}
+
 TEST(PlaceSearchOfTheDesktop, KnowsAgainWhatItFound) {
   for (std::string_view const text : {"weather lisb", "weather oslo"}) {
     SearchHit const hit = searchPlaces(text, known(), kNow).front();

@@ -76,6 +76,13 @@ SearchHit hitOf(FoundPlace const& found, double relevance) {
   return hit;
 }
 
+/// A city that is saved, be it with a coordinate a little off the gazetteer's.
+bool isSame(Place const& place, FoundPlace const& found) {
+  constexpr double kWithinCityKm = 5;
+  double const km = haversineKm(place.coordinate, found.coordinate);
+  return km < kSamePlaceKm || (km < kWithinCityKm && searchFolded(place.name) == searchFolded(found.name));
+}
+
 /// Finds each place once.
 class Hits {
  public:
@@ -86,9 +93,9 @@ class Hits {
     if (isNew(hit.id)) hits_.push_back(std::move(hit));
   }
   void add(FoundPlace const& found, double relevance) {
-    SavedPlace const* const saved = snapshot_.list.findNear(found.coordinate);
-    ServicePlace const* const known = saved == nullptr ? nullptr : snapshot_.find(saved->id.text());
-    if (known != nullptr) return add(*known, relevance);
+    auto const known = std::ranges::find_if(
+        snapshot_.places, [&](ServicePlace const& place) { return isSame(place.place, found); });
+    if (known != snapshot_.places.end()) return add(*known, relevance);
     SearchHit hit = hitOf(found, relevance);
     if (isNew(hit.id)) hits_.push_back(std::move(hit));
   }

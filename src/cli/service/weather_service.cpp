@@ -1,7 +1,6 @@
 #include "cli/service/weather_service.h"
 
 #include "app/engine/engine.h"
-#include "app/engine/engine_notifications.h"
 #include "app/services/composition.h"
 #include "app/services/feed_services.h"
 #include "app/state/places_state.h"
@@ -35,9 +34,7 @@ void WeatherService::lookAgain() {
 
 void WeatherService::noteForecast() {
   lookAgain();
-  Engine* const engine = engine_;
-  if (engine == nullptr || engine->notifications().desk().role().isOurs() || isChecking_.exchange(true))
-    return;
+  if (engine_ == nullptr || isChecking_.exchange(true)) return;
   work_.run([this](std::stop_token const& stop) {
     checkWarnings(stop);
     isChecking_ = false;
@@ -78,11 +75,19 @@ void WeatherService::look() {
   }
 }
 
-void WeatherService::checkWarnings(std::stop_token const& stop) const {
+bool WeatherService::isChecked(ServicePlace const& place) const {
   auto const services = engine_.load()->services();
-  auto const known = snapshot();
+  GovAlerts const kept = services->feeds().govAlerts().keptAlerts(govAlertPlace(place.place.coordinate));
+  auto const checkedAt = kept.checkedAt();
+  return !kept.isCovered() || (checkedAt && around_.clock.now() - *checkedAt < kWarningsAge);
+}
+
+void WeatherService::checkWarnings(std::stop_token const& stop) const {
+  auto const known = read(*engine_);
   for (ServicePlace const& place : known->places) {
     if (stop.stop_requested()) return;
+    if (isChecked(place)) continue;
+    auto const services = engine_.load()->services();
     std::ignore = services->feeds().govAlerts().fetchAlerts(govAlertPlace(place.place.coordinate), {}, stop);
   }
 }
@@ -132,18 +137,15 @@ std::optional<ServiceNowcast> WeatherService::nowcast(std::string const& place) 
 void WeatherService::askNowcast(ServicePlace const& place) {
   {
     std::lock_guard const lock(mutex_);
-    if (!nowcastsAsked_.insert(place.id).second) return;
+    auto const now = around_.clock.steadyNow();
+    auto const [asked, isFirst] = nowcastsAsked_.try_emplace(place.id, now);
+    if (!isFirst && now - asked->second < kRefreshRest) return;
+    asked->second = now;
   }
-  work_.run([this, id = place.id, at = place.place.coordinate](std::stop_token const& stop) {
+  work_.run([this, at = place.place.coordinate](std::stop_token const& stop) {
     auto const services = engine_.load()->services();
-    NowcastService& service = services->feeds().nowcast();
-    bool const isDue = service.nextAsk(at) <= around_.clock.now();
-    if (isDue) std::ignore = service.fetch(at, stop);
-    {
-      std::lock_guard const lock(mutex_);
-      nowcastsAsked_.erase(id);
-    }
-    if (isDue && !stop.stop_requested()) lookAgain();
+    std::ignore = services->feeds().nowcast().fetch(at, stop);
+    if (!stop.stop_requested()) lookAgain();
   });
 }
 

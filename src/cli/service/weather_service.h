@@ -12,10 +12,10 @@
 #include <atomic>
 #include <chrono>
 #include <functional>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <set>
 #include <string>
 
 namespace nimbara {
@@ -24,8 +24,10 @@ class Engine;
 
 class WeatherService final : public ServiceFace {
  public:
-  /// Of forecasts that callers ask for.
+  /// Between forecasts that callers ask for, and between looks for a nowcast of one place.
   static constexpr std::chrono::seconds kRefreshRest{60};
+  /// A check of warnings that is older is made anew, where no notification pass has done so.
+  static constexpr std::chrono::minutes kWarningsAge{10};
 
   struct Surroundings {
     Clock const& clock;
@@ -46,8 +48,8 @@ class WeatherService final : public ServiceFace {
 
   /// Something may be known that was not: a forecast, warnings, other places. Any thread; returns at once.
   void lookAgain();
-  /// A forecast has come. Where another process notifies, it alone would learn of new warnings: this one asks
-  /// for them as often as for forecasts.
+  /// A forecast has come. Where no notification pass asks for warnings, as on a desktop that shows none or
+  /// where another process notifies, they are asked for as often as forecasts.
   void noteForecast();
 
   ServiceProperties properties() override;
@@ -68,6 +70,7 @@ class WeatherService final : public ServiceFace {
   std::shared_ptr<ServiceSnapshot const> snapshot() const;
   std::shared_ptr<ServiceSnapshot const> read(Engine& engine) const;
   void look();
+  bool isChecked(ServicePlace const& place) const;
   void checkWarnings(std::stop_token const& stop) const;
   void askNowcast(ServicePlace const& place);
 
@@ -75,7 +78,8 @@ class WeatherService final : public ServiceFace {
   std::atomic<Engine*> engine_ = nullptr;
   mutable std::mutex mutex_;  // guards the three below
   std::shared_ptr<ServiceSnapshot const> snapshot_ = std::make_shared<ServiceSnapshot>();
-  std::set<std::string> nowcastsAsked_;  ///< places whose nowcast is being asked for
+  /// When the nowcasts of places were looked for.
+  std::map<std::string, std::chrono::steady_clock::time_point> nowcastsAsked_;
   std::optional<std::chrono::steady_clock::time_point> refreshedAt_;
   std::atomic<bool> isLooking_ = false;   ///< a look is waiting
   std::atomic<bool> isChecking_ = false;  ///< warnings are being asked for

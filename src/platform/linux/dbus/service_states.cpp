@@ -30,7 +30,9 @@ constexpr Known kServices[] = {
     {Bus::system, "org.freedesktop.login1", "detecting resume from sleep"},
     {Bus::system, "org.freedesktop.NetworkManager", "detecting the network coming back"},
     {Bus::session, "org.freedesktop.Notifications", "showing notifications", &notificationDetails},
-    {Bus::session, "org.freedesktop.portal.Desktop", "the desktop's settings"},
+    {Bus::session, "org.freedesktop.portal.Desktop",
+     "the desktop's settings, and everything else in a sandbox"},
+    {Bus::session, "io.github.nimbara.Nimbara.Service", "answering panels and the desktop's search"},
 };
 
 constexpr std::chrono::seconds kPatience{2};
