@@ -1,0 +1,139 @@
+// Every recorded answer with warnings in it, given to every reader: each is its own service's alone, and what
+// it counts was counted beside it by hand.
+
+#include "feeds/brightsky/bright_sky_alerts.h"
+#include "feeds/cap/cap_reader.h"
+#include "feeds/eccc/eccc_alerts.h"
+#include "feeds/fpas/fpas_lists.h"
+#include "feeds/metalerts/met_alerts_list.h"
+#include "feeds/meteoalarm/meteo_alarm_atom_parser.h"
+#include "feeds/meteoalarm/meteo_alarm_json_feed.h"
+#include "feeds/nws/nws_alert.h"
+#include "feeds/wmo/wmo_rows.h"
+#include "support/samples.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+
+namespace nimbara {
+namespace {
+
+/// What the reader found; nothing where it refused the body, and a list of none is said as such.
+using Count = std::optional<std::size_t>;
+
+template <class Answer, class Counted>
+Count countOf(Answer const& answer, Counted counted) {
+  return answer ? Count(counted(*answer)) : std::nullopt;
+}
+
+struct Reader {
+  char const* name;
+  Count (*read)(std::string const& body);
+};
+
+constexpr Reader kReaders[] = {
+    {"cap",
+     [](std::string const& body) {
+       return countOf(parseCap(body), [](auto& it) { return it.infos.size(); });
+     }},
+    {"wmo",
+     [](std::string const& body) {
+       return countOf(parseWmoRows(body), [](auto& it) { return it.rows.size(); });
+     }},
+    {"fpas",
+     [](std::string const& body) {
+       return countOf(parseFpasAlertIds(body), [](auto& it) { return it.ids.size(); });
+     }},
+    {"eccc",
+     [](std::string const& body) {
+       return countOf(parseEcccAlerts(body), [](auto& it) { return it.alerts.size(); });
+     }},
+    {"metalerts",
+     [](std::string const& body) {
+       return countOf(parseMetAlerts(body), [](auto& it) { return it.messages.size(); });
+     }},
+    {"brightsky",
+     [](std::string const& body) {
+       return countOf(parseBrightSkyAlerts(body), [](auto& it) { return it.messages.size(); });
+     }},
+    {"atom",
+     [](std::string const& body) {
+       MeteoAlarmAtomParser parser;
+       return parser.parse(body) ? Count(parser.entries().size()) : std::nullopt;
+     }},
+    {"json",
+     [](std::string const& body) {
+       return countOf(parseMeteoAlarmJson(body, "https://feeds.example/"),
+                      [](auto& it) { return it.entries.size(); });
+     }},
+    {"nws",
+     [](std::string const& body) {
+       return countOf(parseNwsAlerts(body), [](auto& it) { return it.alerts.size(); });
+     }},
+};
+
+/// "cap 2": those that took something from the body. Norway's reader takes any list of features with events
+/// in it, so what it makes of America's is no matter.
+std::string readingOf(std::string const& body, std::string_view folder) {
+  std::string reading;
+  for (Reader const& reader : kReaders) {
+    Count const count = reader.read(body);
+    bool const isOthers = folder == "nws" && std::string_view(reader.name) == "metalerts";
+    if (!count || *count == 0 || isOthers) continue;
+    reading += (reading.empty() ? "" : ", ") + std::string(reader.name) + " " + std::to_string(*count);
+  }
+  return reading;
+}
+
+std::map<std::string, std::string> const& byHand() {
+  static std::map<std::string, std::string> const kByHand{
+      {"cap/israel.xml", "cap 2"},
+      {"cap/kazakhstan-en-2025-03-06.xml", "cap 1"},
+      {"cap/macau-monsoon-allclear.xml", "cap 3"},
+      {"cap/russia-2025-03-01.xml", "cap 1"},
+      {"wmo-swic/rss-australia-bom.xml", ""},
+      {"eccc/alerts-first-of-seven-2026-03-06.json", "eccc 1"},
+      {"brightsky/alerts-one.json", "brightsky 1"},
+      {"met-norway/locationforecast-compact-innsbruck-2024-05-16.json", ""},
+      {"met-norway/metalerts-current.json", "metalerts 29"},
+      {"met-norway/nowcast-oslo-dry-2026-04-26.json", ""},
+      {"meteoalarm/atom-france-nuts3-2022-12-08.xml", "atom 12"},
+      {"meteoalarm/atom-germany-2023-04-28.xml", "atom 381"},
+      {"meteoalarm/atom-ireland-polygons-2022-12-07.xml", "atom 232"},
+      {"meteoalarm/atom-poland-small-2023-04-28.xml", "atom 2"},
+      {"meteoalarm/atom-spain-excerpt-2026-07-29.xml", "atom 2"},
+      {"meteoalarm/cap-ireland-small-craft-2025-04-14.xml", "cap 1"},
+      {"meteoalarm/cap-serbia-polygon-2025-08-17.xml", "cap 3"},
+      {"meteoalarm/json-germany.json", "json 5"},
+      {"nws/error-point-outside-2026-01-20.json", ""},
+      {"nws/iowa-tornado-flood-dates-replaced-2024-05.json", "nws 48"},
+      {"nws/nation-marine-fire-dates-replaced-2026-05.json", "nws 246"},
+      {"nws/point-anchorage-empty-2026-01-20.json", ""},
+      {"nws/point-minneapolis-winter-2024-01-12.json", "nws 1"},
+      {"nws/point-phoenix-heat-air-quality-2024-07-18.json", "nws 2"},
+      {"nws/zone-oregon-flood-watch-2019-12-20.json", "nws 1"},
+  };
+  return kByHand;
+}
+
+TEST(WarningSamples, AreTheirOwnServicesAlone) {
+  if (!test::sampleFiles("cap")) GTEST_SKIP() << "no samples are named";
+  std::size_t found = 0;
+  for (char const* const folder :
+       {"cap", "wmo-swic", "eccc", "brightsky", "met-norway", "meteoalarm", "nws"}) {
+    auto const files = test::sampleFiles(folder).value();
+    for (auto const& file : files) {
+      std::string const name = folder + ("/" + file.filename().string());
+      std::string const reading = readingOf(test::readFile(file), folder);
+      auto const counted = byHand().find(name);
+      if (counted == byHand().end()) continue;
+      ++found;
+      EXPECT_EQ(reading, counted->second) << name;
+    }
+  }
+  EXPECT_EQ(found, byHand().size());
+}
+
+}  // namespace
+}  // namespace nimbara
