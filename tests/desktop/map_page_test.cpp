@@ -1,6 +1,7 @@
 #include "desktop/window/desktop_window.h"
 #include "desktop/window/painting/map_labels.h"
 #include "desktop/window/painting/map_lines.h"
+#include "gazetteer/gazetteer.h"
 #include "offscreen.h"
 #include "page_states.h"
 
@@ -48,6 +49,17 @@ TEST(MapLabels, KeepApart) {
   EXPECT_TRUE(room.take({11, 0, 10, 10}));
   EXPECT_GT(leastPopulation(2), 1'000'000);
   EXPECT_LT(leastPopulation(12), 1'000);
+}
+
+TEST(MapLabels, NameACityBeforeItsParts) {
+  auto const towns = mapTowns(allCities());
+  auto const placeOf = [&towns](std::string_view name) {
+    return std::ranges::find(towns, name, &MapTown::name) - towns.begin();
+  };
+  EXPECT_LT(placeOf("Leipzig"), placeOf("Kleinzschocher"));
+  EXPECT_LT(placeOf("Leipzig"), placeOf("Großzschocher"));
+  EXPECT_LT(placeOf("Kleinzschocher"), placeOf("Markkleeberg"));
+  EXPECT_LT(placeOf("Berlin"), placeOf("Leipzig"));
 }
 
 TEST(MapLabels, LeaveThePartsOfATownToACloserLook) {

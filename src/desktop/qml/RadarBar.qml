@@ -100,7 +100,8 @@ FocusScope {
                 Accessible.name: bar.radar.words.times
                 Accessible.description: bar.view.sentence
                 onMoved: bar.radar.choose(value)
-                Binding on value { value: bar.view.frame; when: !slider.pressed }
+                // No further than it goes yet: the row may become longer after its place in it.
+                Binding on value { value: Math.min(slider.to, bar.view.frame); when: !slider.pressed }
 
                 background: Item {
                     id: track

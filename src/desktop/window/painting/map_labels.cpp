@@ -24,6 +24,22 @@ int leastPopulation(double zoom) {
   return static_cast<int>(kAtLeastZoom / std::pow(kStep, std::max(0.0, zoom - kLeastMapZoom)));
 }
 
+std::vector<MapTown> mapTowns(std::vector<City> const& cities) {
+  constexpr double kBesideKm = 6;
+  constexpr int kCounted = 20'000, kParts = 20;
+  std::vector<MapTown> towns;
+  towns.reserve(cities.size());
+  for (City const& city : cities) towns.push_back({mercatorOf(city.coordinate), city.name, city.population});
+  for (std::size_t i = 0; i < cities.size() && cities[i].population >= kCounted; ++i) {
+    for (std::size_t j = i + 1; j < cities.size() && cities[j].population == cities[i].population; ++j) {
+      if (haversineKm(cities[i].coordinate, cities[j].coordinate) > kBesideKm) continue;
+      towns[i].population = towns[j].population = cities[i].population / kParts;
+    }
+  }
+  std::ranges::stable_sort(towns, std::ranges::greater{}, &MapTown::population);
+  return towns;
+}
+
 bool LabelRoom::take(QRectF const& wanted) {
   if (std::ranges::any_of(taken_, [&](QRectF const& one) { return one.intersects(wanted); })) return false;
   taken_.push_back(wanted);
@@ -87,10 +103,7 @@ bool MapLabels::paint(QPainter& painter, LabelRoom& room, QPointF point, double 
 }
 
 void MapLabels::paintTowns(QPainter& painter, LabelRoom& room, MapView const& view) {
-  if (towns_.empty()) {
-    for (City const& city : allCities())
-      towns_.push_back({mercatorOf(city.coordinate), city.name, city.population});
-  }
+  if (towns_.empty()) towns_ = mapTowns(allCities());
   constexpr double kAround = 40, kDot = 2.2;
   int const least = leastPopulation(view.zoom);
   int painted = 0;

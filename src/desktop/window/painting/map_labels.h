@@ -3,6 +3,7 @@
 #pragma once
 
 #include "base/web_mercator.h"
+#include "gazetteer/gazetteer.h"
 
 #include <QColor>
 #include <QHash>
@@ -20,6 +21,10 @@ struct MapTown {
   std::string_view name;
   int population = 0;
 };
+
+/// From cities by their population. Neighbours with the very same number have that of the city which they are
+/// parts of, and come after it.
+std::vector<MapTown> mapTowns(std::vector<City> const& cities);
 
 /// How many inhabitants a town has at least that is named at a zoom.
 int leastPopulation(double zoom);
