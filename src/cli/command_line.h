@@ -48,6 +48,7 @@ struct ForecastOptions {
   bool json = false;
   bool ascii = false;
   bool outlook = false;
+  bool confidence = false;
   bool demoIfOffline = false;
   int width = 0;  ///< 0: the terminal's
 };

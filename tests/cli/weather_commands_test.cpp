@@ -69,6 +69,24 @@ TEST_F(WeatherCommands, AddTheDaysBeyondTheForecastWhereAskedTo) {
   EXPECT_THAT(offline.out, HasSubstr("Could not check the days beyond the forecast. Reason: "));
 }
 
+TEST_F(WeatherCommands, JudgeTheForecastByASecondOneWhereAskedTo) {
+  EXPECT_THAT(run({"forecast", "1,2"}).out, Not(HasSubstr("Confidence")));
+  CliRun const json = run({"forecast", "1,2", "--confidence", "--json"});
+  EXPECT_THAT(json.out, HasSubstr(R"("confidence":{"state":"known","provider":"yrNo",)"
+                                  R"("checkedAt":"2026-11-21T09:20:00Z","reason":null,"days":[)"
+                                  R"({"date":"2026-11-21","daysAhead":0,"confidence":")"));
+  CliRun const page = run({"forecast", "1,2", "--confidence"});
+  EXPECT_THAT(page.out, HasSubstr("\nConfidence in the forecast\n Today: "));
+  EXPECT_THAT(page.out, HasSubstr("\n Compared with the forecast from MET Norway.\n"));
+  goOffline();
+  EXPECT_THAT(run({"forecast", "1,2", "--confidence"}, "2026-11-21T12:19:00Z").out,
+              HasSubstr("Compared with"))
+      << "kept for hours";
+  CliRun const later = run({"forecast", "1,2", "--confidence", "--json"}, "2026-11-21T12:20:00Z");
+  EXPECT_EQ(later.exitCode, 0);
+  EXPECT_THAT(later.out, HasSubstr(R"("confidence":{"state":"unknown","provider":"yrNo","checkedAt":null,)"));
+}
+
 /// A week's forecast, found eight days later.
 TEST_F(WeatherCommands, SayThatAForecastHasEnded) {
   ASSERT_EQ(run({"forecast", "1,2"}).exitCode, 0);

@@ -11,6 +11,7 @@
 #include "app/engine/location_follower.h"
 #include "app/places/place_resolver.h"
 #include "app/places/place_search.h"
+#include "app/services/second_forecast.h"
 #include "app/settings/service_directory.h"
 #include "platform/linux/desktop_services.h"
 #include "platform/linux/timerfd_wake_timer.h"
@@ -57,7 +58,15 @@ void Engine::lookAtSources() {
 void Engine::lookAhead() {
   run([this] {
     auto const place = state_->selectedPlace();
-    if (outlook_ && place) outlook_->look(*place);
+    if (!outlook_ || !place) return;
+    outlook_->look(*place);
+    held_->run([this, place = *place](std::stop_token const& stop) {
+      auto const shown = state_->weather();
+      if (!shown->weatherData || !shown->currentWeatherProvider) return;
+      auto second = services()->secondForecasts().fetch(place, *shown->currentWeatherProvider, stop);
+      if (stop.stop_requested()) return;
+      state_->showConfidence(place, std::make_shared<SecondForecast const>(std::move(second)));
+    });
   });
 }
 

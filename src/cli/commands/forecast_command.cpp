@@ -1,6 +1,8 @@
 #include "app/services/feed_services.h"
 #include "app/services/forecast_service.h"
 #include "app/services/outlook_days.h"
+#include "app/services/second_forecast.h"
+#include "app/words/confidence_text.h"
 #include "app/words/coverage_text.h"
 #include "app/words/nowcast_text.h"
 #include "app/words/outlook_text.h"
@@ -8,6 +10,7 @@
 #include "cli/cli.h"
 #include "cli/nowcast_look.h"
 #include "cli/official_look.h"
+#include "cli/pages/confidence_json.h"
 #include "cli/pages/forecast_report.h"
 #include "cli/pages/nowcast_json.h"
 #include "cli/pages/station_page.h"
@@ -42,6 +45,7 @@ struct Beside {
   NowcastText nowcastText;
   StationShown station;
   std::optional<FeedReading<std::vector<OutlookDay>>> outlook;  ///< where that was asked for
+  std::optional<SecondForecast> second;                         ///< likewise
 };
 
 void writeOutlook(JsonWriter& json, FeedReading<std::vector<OutlookDay>> const& reading, Date last) {
@@ -66,6 +70,11 @@ void writeOutlook(JsonWriter& json, FeedReading<std::vector<OutlookDay>> const& 
   }
   json.endList();
   json.endObject();
+}
+
+std::vector<DayConfidence> daysOf(WeatherData const& data, SecondForecast const& second,
+                                  Calendar const& calendar, Instant now) {
+  return confidenceDays(data, second.data ? &*second.data : nullptr, now, calendar);
 }
 
 /// The records, each with the kind of event that says it more truly, where one does.
@@ -102,6 +111,10 @@ std::string json(ForecastAnswer const& answer, Beside const& beside, Calendar co
   if (beside.outlook && !answer.data.daily.empty()) {
     writer.key("outlook");
     writeOutlook(writer, *beside.outlook, calendar.day(answer.data.daily.back().date));
+  }
+  if (beside.second) {
+    writer.key("confidence");
+    writeConfidence(writer, *beside.second, daysOf(answer.data, *beside.second, calendar, now));
   }
   bool const isLinked = beside.station.reading.kind != StationLinkKind::none;
   if (isLinked) {
@@ -156,6 +169,7 @@ class ForecastRun {
     }
     if (options_.outlook && !options_.raw)
       beside.outlook = context.app().feeds().outlook().fetch(place->coordinate, session_.stop);
+    if (options_.confidence && !options_.raw) beside.second = second(context, *place, *answer);
     if (look) beside.official = look->answer(kPatience, session_.stop);
     if (nowcast) adopt(beside, nowcast->answer(kNowcastPatience, session_.stop), answer->data, context);
     session_.console.out(rendered(*answer, beside, context));
@@ -178,6 +192,12 @@ class ForecastRun {
     bool const asksAnew = options_.noCache || options_.raw;
     return asksAnew ? service.fetch(place, session_.stop)
                     : service.get(place, options_.provider, session_.stop);
+  }
+
+  /// A forecast of which nobody knows whose it is may be anybody's.
+  SecondForecast second(RunContext& context, Place const& place, ForecastAnswer const& answer) const {
+    if (!answer.provider) return {};
+    return context.app().secondForecasts().fetch(place, *answer.provider, session_.stop);
   }
 
   Result<void, Failure> askDemo(Failure const& offline) {
@@ -213,6 +233,13 @@ class ForecastRun {
     if (beside.outlook) {
       report.outlook = outlookDays(beside.outlook->data, answer.data, calendar);
       report.outlookNote = outlookNote(*beside.outlook, !report.outlook.empty(), context.texts());
+    }
+    if (beside.second) {
+      HazardWords const words{context.texts(), common_.units, calendar, clock_->now()};
+      auto const text = confidenceText(daysOf(answer.data, *beside.second, calendar, clock_->now()),
+                                       beside.second->provider, words);
+      report.confidence = text.days;
+      report.confidence.push_back(text.days.empty() ? text.line : text.note);
     }
     report.station = stationLines(beside.station, context);
     if (beside.nowcast.state != NowcastReading::State::none) report.nowcast = beside.nowcastText.line();

@@ -28,6 +28,8 @@ void defineForecast(Command app, CommandLine& line, RawOptions& raw) {
   command.flag("--no-cache", options.noCache, "Fetch a new forecast even if a recent one is cached");
   command.flag("--json", options.json, kJson);
   command.flag("--outlook", options.outlook, "Add the days beyond the forecast, up to 16 in all");
+  command.flag("--confidence", options.confidence,
+               "Compare with a second forecast service and show how far to trust each day");
   command.flag("--raw", options.raw, "The provider's response as the interchange record, in JSON");
   command.flag("--ascii", options.ascii, "Plain ASCII only");
   command.option("--width", options.width, "Line width (40 to 140) instead of the terminal's")

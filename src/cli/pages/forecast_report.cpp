@@ -46,6 +46,7 @@ class Report {
     std::string out = heading() + warnings() + "\n" + present() + station() + nowcast();
     out += section("report.next24", hourStrip(data_, context_));
     out += section("report.days", dayTable(data_, context_));
+    out += section("confidence.title", confidence());
     out += section("report.outlook", outlookTable(data_, context_));
     out += section("report.sunMoon", sunAndMoon());
     return out + "\n" + footer();
@@ -315,6 +316,14 @@ class Report {
     return answer_.provider
                ? std::string(context_.texts.text("credit." + std::string(enumName(*answer_.provider))))
                : std::string();
+  }
+
+  std::string confidence() const {
+    std::string out;
+    for (std::string const& line : context_.options.confidence) {
+      for (std::string const& part : wrapped(style().text(line), width() - 1)) out += " " + part + "\n";
+    }
+    return out;
   }
 
   std::string footer() const {

@@ -23,11 +23,12 @@ struct ReportOptions {
   std::vector<WeatherAlert> warnings;  ///< official ones, most severe first
   std::vector<std::string>
       coverage;  ///< how the official ones were checked, a sentence each without a full stop
-  std::vector<DailyForecast> outlook = {};  ///< days beyond the forecast
-  std::string outlookNote = {};             ///< what they are worth, or why there are none; may be empty
-  std::string nowcast;                      ///< of the next two hours; empty where nobody offers it
-  std::vector<std::string> station;         ///< what of the present is the user's station's, and what is not
-  bool isCoverageDoubtful = false;          ///< such a sentence says that they could not be
+  std::vector<DailyForecast> outlook = {};   ///< days beyond the forecast
+  std::string outlookNote = {};              ///< what they are worth, or why there are none; may be empty
+  std::vector<std::string> confidence = {};  ///< a line a day and one below; empty where nobody has asked
+  std::string nowcast;                       ///< of the next two hours; empty where nobody offers it
+  std::vector<std::string> station;          ///< what of the present is the user's station's, and what is not
+  bool isCoverageDoubtful = false;           ///< such a sentence says that they could not be
   std::string standIn;  ///< the address that stands in for the services, empty for the services themselves
 };
 

@@ -24,6 +24,18 @@ Card {
     }
     PlainText {
         width: parent.width
+        visible: text !== ""
+        topPadding: Theme.space
+        text: App.outlook.confidence
+        horizontalAlignment: Text.AlignLeft
+        wrapMode: Text.Wrap
+        color: Theme.muted
+        font.pixelSize: Theme.small
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+    }
+    PlainText {
+        width: parent.width
         visible: App.outlook.isShown
         topPadding: Theme.space
         text: App.outlook.title

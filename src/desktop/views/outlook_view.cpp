@@ -1,6 +1,8 @@
 #include "desktop/views/outlook_view.h"
 
 #include "app/services/outlook_days.h"
+#include "app/services/second_forecast.h"
+#include "app/words/confidence_text.h"
 #include "app/words/outlook_text.h"
 #include "model/process.h"
 
@@ -14,6 +16,18 @@ std::vector<DailyForecast> daysBeyond(OutlookState const& state, std::optional<P
   auto days = outlookDays(state.days.data, forecast, calendar);
   std::erase_if(days, [&](DailyForecast const& day) { return day.date < context.now; });
   return days;
+}
+
+std::string confidenceLine(WeatherState const& state, ViewContext const& context) {
+  SecondForecast const* const second = state.forecastConfidence.get();
+  if (second == nullptr || !state.weatherData) return {};
+  if (second->provider && second->provider == state.currentWeatherProvider) return {};
+  WeatherData const& shown = *state.weatherData;
+  HazardWords const words{context.texts, context.units, calendarOf(shown, context.fallback), context.now};
+  WeatherData const* const other = second->data ? &*second->data : nullptr;
+  auto const text =
+      confidenceText(confidenceDays(shown, other, context.now, context.fallback), second->provider, words);
+  return text.note.empty() ? text.line : text.line + "\n" + text.note;
 }
 
 OutlookView outlookView(OutlookState const& state, bool hasDays, ViewContext const& context) {

@@ -246,7 +246,9 @@ void DesktopModel::showDays(WeatherData const& data, ViewContext const& context)
       dayLists(data, nimbara::daysBeyond(outlook, snapshot_->place, data, context), context);
   days_->show(days);
   daysBeyond_->show(beyond);
-  outlook_->show(outlookView(outlook, !beyond.empty(), context));
+  OutlookView ahead = outlookView(outlook, !beyond.empty(), context);
+  ahead.confidence = confidenceLine(*snapshot_->weather, context);
+  outlook_->show(ahead);
   bool const isOpen = openDay_ >= 0 && openDay_ < static_cast<int>(days.size());
   auto const index = static_cast<std::size_t>(openDay_);
   dayHours_->show(isOpen ? dayHourViews(data, index, context) : std::vector<HourView>());
