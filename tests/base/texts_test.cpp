@@ -119,6 +119,9 @@ TEST(Texts, JoinListsWithTheirOwnComma) {
     std::string joined;
     for (char const* const item : {"a", "", "b", "c"}) appendItem(joined, item, Texts::load(language));
     EXPECT_EQ(joined, list);
+    std::string sentence = "a";
+    appendClause(sentence, "b", Texts::load(language));
+    EXPECT_EQ(sentence, language == std::string("zh") ? "a，b" : joined.substr(0, joined.find('b') + 1));
   }
 }
 

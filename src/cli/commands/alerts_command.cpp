@@ -124,7 +124,7 @@ class AlertsRun {
   std::string heading() const {
     std::string place = placeName();
     if (!place_.country.empty() && place_.country != place)
-      place += ", " + countryText(place_.coordinate, place_.country, context_.texts());
+      appendClause(place, countryText(place_.coordinate, place_.country, context_.texts()), context_.texts());
     return context_.texts().format("alerts.heading", oneLine(place));
   }
 

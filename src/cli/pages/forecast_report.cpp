@@ -5,6 +5,7 @@
 #include "base/text/text.h"
 #include "base/words/compass_point.h"
 #include "base/words/decimal_text.h"
+#include "base/words/list_text.h"
 #include "cli/pages/line_text.h"
 #include "feeds/alerts/warning_words.h"
 #include "model/condition_text.h"
@@ -79,9 +80,11 @@ class Report {
   std::string placeName() const {
     LocationInfo const& place = data_.location;
     std::string name = place.areaName;
-    if (!place.region.empty() && place.region != place.areaName) name += ", " + place.region;
+    if (!place.region.empty() && place.region != place.areaName)
+      appendClause(name, place.region, context_.texts);
     if (!place.country.empty() && place.country != place.areaName)
-      name += ", " + countryText({place.latitude, place.longitude}, place.country, context_.texts);
+      appendClause(name, countryText({place.latitude, place.longitude}, place.country, context_.texts),
+                   context_.texts);
     return style().text(name);
   }
 

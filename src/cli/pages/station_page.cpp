@@ -123,7 +123,7 @@ std::string moduleLine(StationModule const& module, Texts const& texts, StationP
   }
   std::string about = module.observedAt ? ageText(*module.observedAt, options.now, texts)
                                         : std::string(texts.text("station.silent"));
-  if (module.battery) appendItem(about, texts.format("station.battery", *module.battery), texts);
+  if (module.battery) appendClause(about, texts.format("station.battery", *module.battery), texts);
   constexpr int kNameWidth = 18;
   std::string const name = moduleText(module.name, module.kind, texts);
   Style const& style = options.style;

@@ -2,6 +2,7 @@
 
 #include "app/words/coverage_text.h"
 #include "base/text/text.h"
+#include "base/words/list_text.h"
 #include "base/words/moment_text.h"
 #include "feeds/alerts/warning_words.h"
 
@@ -81,9 +82,10 @@ std::string sourceText(WarningEntry const& entry, WarningPageContext const& cont
   if (!entry.issuer.empty())
     text = context.texts.format("warning.issuedBy", oneLine(entry.issuer), entry.source);
   if (!entry.issued) return text;
-  return text + (text.empty() ? "" : ", ") +
-         momentText("warning.issued", *entry.issued, context.now, TimeWords(context.texts, context.calendar),
-                    context.texts);
+  TimeWords const words(context.texts, context.calendar);
+  appendClause(text, momentText("warning.issued", *entry.issued, context.now, words, context.texts),
+               context.texts);
+  return text;
 }
 
 std::string rendered(WarningEntry const& entry, WarningPageContext const& context) {

@@ -2,6 +2,7 @@
 
 #include "base/text/text.h"
 #include "base/words/country_names.h"
+#include "base/words/list_text.h"
 #include "base/words/moment_text.h"
 
 #include <algorithm>
@@ -12,13 +13,8 @@ namespace nimbara {
 
 namespace {
 
+/// Between the areas that a warning lists, in every language.
 constexpr std::string_view kJoint = ", ";
-
-void append(std::string& text, std::string_view part) {
-  if (part.empty()) return;
-  if (!text.empty()) text += kJoint;
-  text += part;
-}
 
 std::string severityText(AlertSeverity severity, Texts const& texts) {
   return std::string(texts.text("severity." + std::string(enumName(severity))));
@@ -54,8 +50,8 @@ std::string nearAreaText(NearArea const& area, NearArea const& own, WarningWords
   std::string detail;
   bool const isTold = area.severity || area.colour || area.onset || area.expires;
   if (isTold && !isAlike(area, own)) {
-    append(detail, levelText(area, words.texts));
-    append(detail, spanText(area.onset, area.expires, words));
+    appendClause(detail, levelText(area, words.texts), words.texts);
+    appendClause(detail, spanText(area.onset, area.expires, words), words.texts);
   }
   if (detail.empty()) return words.texts.format("warning.nearArea", name, distance, symbol(words.distance));
   return words.texts.format("warning.nearAreaDetail", name, distance, symbol(words.distance), detail);
@@ -102,7 +98,7 @@ std::string statedSeverityText(WarningGrade const& grade, Texts const& texts) {
 std::string spanText(std::optional<Instant> onset, std::optional<Instant> end, WarningWords const& words) {
   std::string span;
   auto const add = [&](std::string_view key, Instant moment) {
-    append(span, momentText(key, moment, words.now, words.words, words.texts));
+    appendClause(span, momentText(key, moment, words.now, words.words, words.texts), words.texts);
   };
   if (onset && *onset > words.now) add("warning.from", *onset);
   if (end) add("warning.until", *end);
@@ -111,7 +107,7 @@ std::string spanText(std::optional<Instant> onset, std::optional<Instant> end, W
 
 std::string nearAreasText(std::vector<NearArea> const& near, NearArea const& own, WarningWords const& words) {
   std::string areas;
-  for (NearArea const& area : near) append(areas, nearAreaText(area, own, words));
+  for (NearArea const& area : near) appendItem(areas, nearAreaText(area, own, words), words.texts);
   return areas;
 }
 

@@ -95,7 +95,7 @@ AlertView viewOf(WeatherAlert const& alert, WeatherState const& state, ViewConte
   view.heading = gradedTitle(gradeOf(alert), view.title, context.texts);
   view.sentence = view.heading;
   for (std::string const* const part : {&view.area, &view.when, &view.near, &view.issuer, &view.age}) {
-    appendItem(view.sentence, *part, context.texts);
+    appendClause(view.sentence, *part, context.texts);
   }
   return view;
 }
@@ -150,7 +150,7 @@ std::string instructionOf(WeatherAlert const& alert) {
 std::string wholeSpanOf(WeatherAlert const& alert, ViewContext const& context, WarningWords const& words) {
   std::string span = spanText(alert.onset, alert.expires, words);
   if (alert.isGovAlert && !alert.expires)
-    appendItem(span, context.text("desktop.warning.openEnded"), context.texts);
+    appendClause(span, context.text("desktop.warning.openEnded"), context.texts);
   return span;
 }
 

@@ -30,7 +30,7 @@ std::optional<Elsewhere> elsewhere(SavedPlace const& place, std::vector<WeatherA
                         ? context.texts.format("desktop.also.place", place.name, title)
                         : context.texts.format("desktop.also.more", place.name, title, alerts.size() - 1);
   found.view.sentence = found.view.text;
-  appendItem(found.view.sentence, gradeText(gradeOf(first), context.texts), context.texts);
+  appendClause(found.view.sentence, gradeText(gradeOf(first), context.texts), context.texts);
   return found;
 }
 

@@ -107,7 +107,7 @@ KpView kpView(HazardsState const& state, ViewContext const& context) {
   view.share = std::clamp(*kp / kHighest, 0.0, 1.0);
   view.level = level;
   view.sentence = context.texts.format("kp.value", view.value);
-  appendItem(view.sentence, view.word, context.texts);
+  appendClause(view.sentence, view.word, context.texts);
   bool const hasForecast = !state.kpForecast.data.empty();
   if (!state.kp.data.recent.empty()) {
     view.hint = context.text(hasForecast ? "desktop.kp.hintForecast" : "desktop.kp.hint");

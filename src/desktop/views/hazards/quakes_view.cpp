@@ -96,17 +96,17 @@ QuakeView viewOf(EarthquakeEvent const& event, std::optional<Place> const& place
     view.note = context.texts.format("desktop.quakes.away", distanceText(km, context));
     view.isFelt = couldBeFelt(event.magnitude, km, event.depthKm);
   }
-  appendItem(view.note, context.texts.format("desktop.quakes.deep", distanceText(event.depthKm, context)),
-             context.texts);
+  appendClause(view.note, context.texts.format("desktop.quakes.deep", distanceText(event.depthKm, context)),
+               context.texts);
   if (event.emscMagnitude) {
     std::string const theirs = magnitudeText(*event.emscMagnitude, context);
-    appendItem(view.note, event.isOnlyByEmsc ? "EMSC" : context.texts.format("quakes.emsc", theirs),
-               context.texts);
+    appendClause(view.note, event.isOnlyByEmsc ? "EMSC" : context.texts.format("quakes.emsc", theirs),
+                 context.texts);
   }
-  if (view.isFelt) appendItem(view.note, context.text("desktop.quakes.felt"), context.texts);
+  if (view.isFelt) appendClause(view.note, context.text("desktop.quakes.felt"), context.texts);
   view.sentence = context.texts.format("desktop.quakes.magnitude", view.magnitude);
   for (std::string const* const part : {&view.place, &view.note, &view.age})
-    appendItem(view.sentence, *part, context.texts);
+    appendClause(view.sentence, *part, context.texts);
   return view;
 }
 

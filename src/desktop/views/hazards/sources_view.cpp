@@ -90,7 +90,7 @@ SourceView viewOf(SourceView view, Route const& route, std::optional<SourceCover
   fillChoice(view, route, context);
   view.sentence = view.place;
   for (std::string const* const part : {&view.stateText, &view.service, &view.detail})
-    appendItem(view.sentence, *part, context.texts);
+    appendClause(view.sentence, *part, context.texts);
   return view;
 }
 

@@ -150,7 +150,7 @@ LogView logView(LoggedNotification const& line, std::vector<Mute> const& mutes,
   shown.reason = reasonText(line, view.units, view.texts);
   shown.wasTold = wasTold(line);
   for (std::string const& part : {shown.when, shown.title, shown.place, shown.body, shown.reason}) {
-    appendItem(shown.sentence, part, view.texts);
+    appendClause(shown.sentence, part, view.texts);
   }
   return shown;
 }

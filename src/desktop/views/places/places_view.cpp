@@ -35,13 +35,13 @@ void fillWeather(View& view, WeatherData const& data, ViewContext const& context
   if (auto const present = presentAt(data, context.now)) {
     view.temperature = context.degrees(present->tempC, present->tempF);
     view.sky = skyName(present->condition);
-    appendItem(view.sentence, view.temperature, context.texts);
-    appendItem(view.sentence, context.condition(present->condition, view.isDay), context.texts);
+    appendClause(view.sentence, view.temperature, context.texts);
+    appendClause(view.sentence, context.condition(present->condition, view.isDay), context.texts);
   }
   if (DailyForecast const* const day = dayAt(data, context.now)) {
     view.range = context.texts.format("desktop.range", context.degrees(day->maxTempC, day->maxTempF),
                                       context.degrees(day->minTempC, day->minTempF));
-    appendItem(view.sentence, view.range, context.texts);
+    appendClause(view.sentence, view.range, context.texts);
   }
 }
 
@@ -69,7 +69,7 @@ void fillWarnings(PlaceView& view, Coordinate coordinate, std::vector<PlaceCover
   SourceCoverage const& coverage = mostPressing(aged);
   view.warningsState = enumName(coverage.state);
   view.warnings = coverageText(coverage, context.texts, context.fallback, context.now);
-  appendItem(view.sentence, view.warnings, context.texts);
+  appendClause(view.sentence, view.warnings, context.texts);
   fillMark(view, *found, coverage.state, context);
 }
 
@@ -146,7 +146,7 @@ HereView hereView(PlaceList const& list, LocationState const& location, KeptFore
       formatCoordinate(list.lastFix->coordinate) + "  ·  " +
       context.texts.format("desktop.here.age", ageText(list.lastFix->time, context.now, context.texts));
   view.sentence = context.text("desktop.here");
-  appendItem(view.sentence, view.name, context.texts);
+  appendClause(view.sentence, view.name, context.texts);
   auto const found = kept.find(kCurrentLocation);
   if (found != kept.end() && found->second) fillWeather(view, *found->second, context);
   return view;

@@ -80,7 +80,7 @@ void addFound(std::vector<SwitcherRow>& rows, std::vector<FoundView> const& foun
     SwitcherRow& row = rows.emplace_back(command("found", found[i].name, found[i].area));
     row.id = std::to_string(i);
     row.sentence = found[i].sentence;
-    appendItem(row.sentence, context.text("desktop.add"), context.texts);
+    appendClause(row.sentence, context.text("desktop.add"), context.texts);
   }
 }
 
