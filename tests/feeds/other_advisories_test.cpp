@@ -57,6 +57,17 @@ TEST(CanadianAdvisories, AreReadWithTheirLevels) {
   EXPECT_EQ(list->front().link, "") << "no name of a page";
 }
 
+TEST(AdvisoryAlerts, KeepTheirIdentifier) {
+  TravelAdvisory const japan = parseCanadianAdvisories(kCanada)->back();
+  WeatherAlert const alert = advisoryAlert(japan);
+  EXPECT_TRUE(alert.isTravelAdvisory);
+  EXPECT_EQ(alert.severity, AlertSeverity::info);
+  EXPECT_EQ(alert.title, japan.title);
+  EXPECT_EQ(alert.issued, japan.published);
+  EXPECT_EQ(advisoryAlert(japan), alert);
+  EXPECT_NE(advisoryAlert(parseCanadianAdvisories(kCanada)->front()).id, alert.id);
+}
+
 TEST(GermanAdvisories, TakeWhatIsForPartsForLess) {
   auto const list = parseGermanAdvisories(kGermany);
   ASSERT_TRUE(list) << list.error().text();

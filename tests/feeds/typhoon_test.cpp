@@ -121,6 +121,28 @@ TEST(Gdacs, ReadsTheRecordedEventOnce) {
   for (std::string const& damaged : test::damagedForms(body, 97)) parseGdacsStorms(damaged);
 }
 
+std::string replaced(std::string text, std::string_view what, std::string_view by) {
+  for (auto at = text.find(what); at != std::string::npos; at = text.find(what, at + by.size()))
+    text.replace(at, what.size(), by);
+  return text;
+}
+
+/// Of the day on which one centre's warning was recorded, the other's list in its own form.
+TEST(StormMerge, HasTheStormOfTheRecordedDayOnce) {
+  std::string const warning = sampleNamed("jtwc", ".tcw"), list = sampleNamed("gdacs", ".json");
+  if (warning.empty() || list.empty()) GTEST_SKIP() << "NIMBARA_SAMPLES is not set";
+  std::string same = replaced(list, "TWENTYTHREE-26", "SURIGAE-26");
+  same = replaced(replaced(same, "2026-09-05T12:00:00", "2026-09-25T06:00:00"), "133.8", "129.3");
+  same = replaced(same, "28.5", "20.7");
+  std::vector<TropicalStorm> storms{*parseJtwcWarning(warning, "wp2526")};
+  addStorms(storms, *parseGdacsStorms(same));
+  ASSERT_EQ(storms.size(), 1);
+  EXPECT_EQ(storms.front().centre, StormCentre::jtwc);
+  EXPECT_EQ(storms.front().alsoBy, std::vector{StormCentre::gdacs});
+  addStorms(storms, *parseGdacsStorms(list));
+  EXPECT_EQ(storms.size(), 2) << "another one of another day";
+}
+
 TEST(Gdacs, RefusesOtherDocuments) {
   for (std::string const body : {"", "[]", "<html>", R"({"error":"x"})", R"({"features":7})"})
     EXPECT_FALSE(parseGdacsStorms(body)) << body;

@@ -18,6 +18,7 @@
 #include "app/services/feed_services.h"
 #include "app/settings/settings_registry.h"
 #include "app/state/engine_snapshot.h"
+#include "app/state/supplement_state.h"
 #include "feeds/nowcast/nowcast_service.h"
 #include "feeds/stations/station_shown.h"
 #include "globe/satellite_feed.h"
@@ -170,6 +171,11 @@ void Engine::makeState() {
                                     },
                                     [this] { publish(); }, [this] { return places_->saved(); },
                                     [this](Place const& place, std::shared_ptr<SupplementState const> known) {
+                                      std::vector<WeatherAlert> advisories;
+                                      advisories.reserve(known->advisories.data.size());
+                                      for (TravelAdvisory const& entry : known->advisories.data)
+                                        advisories.push_back(advisoryAlert(entry));
+                                      state_->showTravelAdvisories(place, std::move(advisories));
                                       state_->showSupplement(place, std::move(known));
                                     },
                                     [this] { return clock_->now(); }});

@@ -2,13 +2,15 @@
 #pragma once
 
 #include "base/units.h"
+#include "base/words/texts.h"
 
 #include <string>
 #include <string_view>
 
 namespace nimbara {
 
-/// The service's words for where it was, "75 km SE of Parkfield, CA", with the distance in the unit.
-std::string quakePlace(std::string_view place, DistanceUnit unit);
+/// The service's words for where it was, "75 km SE of Parkfield, CA", with the distance in the unit and its
+/// digits grouped as the language does.
+std::string quakePlace(std::string_view place, DistanceUnit unit, Texts const& texts);
 
 }  // namespace nimbara

@@ -4,6 +4,7 @@
 #include "base/text/display_text.h"
 #include "base/text/number.h"
 #include "base/text/text.h"
+#include "base/words/grouped_text.h"
 #include "base/words/time_words.h"
 #include "cli/cli.h"
 #include "cli/commands/feed_commands.h"
@@ -11,8 +12,10 @@
 #include "cli/terminal.h"
 #include "feeds/quakes/earthquake_service.h"
 #include "feeds/quakes/emsc_service.h"
+#include "feeds/quakes/felt_intensity.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace nimbara {
 
@@ -33,6 +36,18 @@ std::vector<EarthquakeEvent> chosen(std::vector<EarthquakeEvent> events, FeedOpt
     return isFar || (options.minMagnitude && event.magnitude < *options.minMagnitude);
   });
   return events;
+}
+
+constexpr std::string_view kBySignificance = "significance";
+
+/// As the window does: those that may be felt at the place first, then by magnitude, then by time.
+void sortBySignificance(std::vector<EarthquakeEvent>& events, std::optional<Circle> const& circle) {
+  std::ranges::stable_sort(events, std::ranges::greater{}, [&](EarthquakeEvent const& event) {
+    bool const isFelt =
+        circle && feltIntensity(event.magnitude, haversineKm(circle->centre, event.coordinate()),
+                                event.depthKm) >= kFeltIntensity;
+    return std::tuple(isFelt, event.magnitude, event.time);
+  });
 }
 
 /// A page of earthquakes: a heading, titles of columns, a row for each.
@@ -67,7 +82,9 @@ class QuakePage {
  private:
   using Row = std::vector<std::string>;
 
-  std::string distance(double km) const { return display(km, unit_) + " " + std::string(symbol(unit_)); }
+  std::string distance(double km) const {
+    return groupedText(display(km, unit_), texts_) + " " + std::string(symbol(unit_));
+  }
 
   std::string heading() const {
     if (!circle_) return texts_.format("desktop.quakes.count", events_.size());
@@ -103,9 +120,18 @@ class QuakePage {
       Row& row =
           rows.emplace_back(Row{words_.moment(event.time, now_), magnitudes(event), distance(event.depthKm)});
       if (circle_) row.push_back(distance(haversineKm(circle_->centre, event.coordinate())));
-      row.push_back(quakePlace(oneLine(event.place), unit_) + pagerNote(event.alert));
+      row.push_back(quakePlace(oneLine(event.place), unit_, texts_) + feltNote(event) +
+                    pagerNote(event.alert));
     }
     return rows;
+  }
+
+  /// Whether it may be felt at the place that was asked about.
+  std::string feltNote(EarthquakeEvent const& event) const {
+    if (!circle_) return {};
+    double const km = haversineKm(circle_->centre, event.coordinate());
+    bool const isFelt = feltIntensity(event.magnitude, km, event.depthKm) >= kFeltIntensity;
+    return isFelt ? ", " + std::string(texts_.text("desktop.quakes.felt")) : std::string();
   }
 
   /// PAGER's colour where it expects damage; green says that nothing is the matter.
@@ -168,7 +194,8 @@ int runQuakes(CommandLine const& line, Session const& session) {
     context.tell("the earthquakes of EMSC could not be checked: " + context.plain(*second.failure));
   }
   reading.data = mergedEarthquakes(std::move(reading.data), second.data);
-  auto const events = chosen(reading.data, options, circle);
+  auto events = chosen(reading.data, options, circle);
+  if (options.order == kBySignificance) sortBySignificance(events, circle);
   session.console.out(options.json ? encodeJson(events) + "\n"
                                    : QuakePage(events, circle, context, session).text());
   return exitCode::kComplete;

@@ -47,6 +47,10 @@ void defineQuakes(Command app, CommandLine& line, RawOptions& raw) {
       .called("M")
       .check(number)
       .range(-10.0, 12.0);
+  static constexpr std::string_view kOrders[] = {"time", "significance"};
+  command.option("--sort", options.order, "By time, the newest first, or as the window sorts them")
+      .showsDefault()
+      .among(kOrders);
   command.flag("--json", options.json, kJson);
   defineCommon(command, line, raw);
   command.whenGiven([&line, near] {

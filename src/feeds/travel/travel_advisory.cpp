@@ -35,6 +35,8 @@ constexpr std::array<std::string_view, enumNames<AlertSeverity>.size()> kWords{"
                                                                                "critical"};
 constexpr std::string_view kLevel = "level ";
 constexpr int kHighestLevel = 4;
+/// The space of the identifiers of advisories.
+constexpr Uuid kAdvisories{};
 
 /// "Testland - Level 2: …" names the country before the dash; what follows is for readers.
 std::string_view placeOfTitle(std::string_view title) {
@@ -119,6 +121,20 @@ Result<std::vector<TravelAdvisory>, DecodeError> parseTravelAdvisories(std::stri
 
 AlertSeverity advisorySeverity(int level) {
   return static_cast<AlertSeverity>(std::clamp(level, 1, kHighestLevel) - 1);
+}
+
+WeatherAlert advisoryAlert(TravelAdvisory const& advisory) {
+  WeatherAlert alert;
+  alert.id = Uuid::named(kAdvisories,
+                         "travel advisory " + std::string(enumName(advisory.source)) + advisory.country);
+  alert.severity = advisorySeverity(advisory.level);
+  alert.title = advisory.title;
+  alert.message = advisory.summary;
+  alert.areaDesc = advisory.country;
+  alert.isTravelAdvisory = true;
+  alert.issued = advisory.updated ? advisory.updated : advisory.published;
+  if (!advisory.link.empty()) alert.link = advisory.link;
+  return alert;
 }
 
 std::optional<AlertSeverity> severityOfWord(std::string_view word) {

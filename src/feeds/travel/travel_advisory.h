@@ -53,6 +53,9 @@ std::optional<int> levelOfTitle(std::string_view title);
 /// The severity of an alert that an advisory of a level is: 1 is for information, 4 critical.
 AlertSeverity advisorySeverity(int level);
 
+/// As the list of the weather state has it; the same advisory has the same identifier.
+WeatherAlert advisoryAlert(TravelAdvisory const& advisory);
+
 /// The least severity that a setting's word asks for: "low", "medium", "high" and "critical" are the four
 /// severities in their order; nothing for other words.
 std::optional<AlertSeverity> severityOfWord(std::string_view word);

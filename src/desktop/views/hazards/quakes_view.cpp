@@ -3,6 +3,7 @@
 #include "app/words/quake_place.h"
 #include "base/text/number.h"
 #include "base/text/text.h"
+#include "base/words/grouped_text.h"
 #include "base/words/list_text.h"
 #include "desktop/views/problem_text.h"
 #include "feeds/quakes/felt_intensity.h"
@@ -39,7 +40,20 @@ std::string magnitudeText(double magnitude, ViewContext const& context) {
 }
 
 std::string distanceText(double km, ViewContext const& context) {
-  return measured(display(std::max(0.0, km), context.units.distance), symbol(context.units.distance));
+  return measured(groupedText(display(std::max(0.0, km), context.units.distance), context.texts),
+                  symbol(context.units.distance));
+}
+
+/// Two digits of it are as much as the rule knows.
+std::string feltText(EarthquakeEvent const& event, ViewContext const& context) {
+  double const km = feltDistanceKm(event.magnitude, event.depthKm);
+  if (!(km >= 1)) return {};
+  double const shown = convert(km, context.units.distance);
+  double const step = std::pow(10, std::floor(std::log10(shown)) - 1);
+  double const round = roundHalfAway(shown / step) * step;
+  return context.texts.format(
+      "desktop.quakes.feltWithin",
+      measured(groupedText(roundedText(round), context.texts), symbol(context.units.distance)));
 }
 
 int ageClassOf(Instant time, Instant now) {
@@ -87,7 +101,7 @@ QuakeView viewOf(EarthquakeEvent const& event, std::optional<Place> const& place
   QuakeView view;
   view.id = event.id;
   view.magnitude = magnitudeText(event.magnitude, context);
-  view.place = quakePlace(oneLine(event.place), context.units.distance);
+  view.place = quakePlace(oneLine(event.place), context.units.distance, context.texts);
   view.age = ageText(event.time, context.now, context.texts);
   view.ageClass = ageClassOf(event.time, context.now);
   view.isStrong = event.magnitude >= kStrong;
@@ -103,6 +117,8 @@ QuakeView viewOf(EarthquakeEvent const& event, std::optional<Place> const& place
     appendClause(view.note, event.isOnlyByEmsc ? "EMSC" : context.texts.format("quakes.emsc", theirs),
                  context.texts);
   }
+  if (std::string const reach = feltText(event, context); !reach.empty())
+    appendClause(view.note, reach, context.texts);
   if (view.isFelt) appendClause(view.note, context.text("desktop.quakes.felt"), context.texts);
   view.sentence = context.texts.format("desktop.quakes.magnitude", view.magnitude);
   for (std::string const* const part : {&view.place, &view.note, &view.age})
@@ -115,7 +131,7 @@ std::string headlineOf(std::vector<EarthquakeEvent> const& shown, ViewContext co
       shown, {}, [](EarthquakeEvent const& event) { return std::pair(event.magnitude, event.time); });
   if (greatest == shown.end()) return {};
   return context.texts.format("desktop.quakes.greatest", magnitudeText(greatest->magnitude, context),
-                              quakePlace(oneLine(greatest->place), context.units.distance),
+                              quakePlace(oneLine(greatest->place), context.units.distance, context.texts),
                               ageText(greatest->time, context.now, context.texts));
 }
 
