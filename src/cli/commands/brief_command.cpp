@@ -4,6 +4,7 @@
 #include "app/services/feed_services.h"
 #include "app/services/forecast_service.h"
 #include "app/words/climate_text.h"
+#include "app/words/worded_brief.h"
 #include "base/json/json.h"
 #include "base/text/display_text.h"
 #include "cli/cli.h"
@@ -26,11 +27,13 @@ constexpr std::chrono::seconds kNowcastPatience{2};
 /// The first time, thirty years are fetched.
 constexpr std::chrono::seconds kClimatePatience{6};
 
-std::string jsonOf(Brief const& brief) {
+/// `worded` is the user's language model's; absent where none was asked or its text was not fit.
+std::string jsonOf(Brief const& brief, std::optional<std::string> const& worded) {
   JsonWriter json;
   json.beginObject();
   for (BriefPart const part : {BriefPart::now, BriefPart::today, BriefPart::tonight, BriefPart::tomorrow})
     json.member(enumName(part), brief[part]);
+  if (worded) json.member("worded", *worded);
   json.endObject();
   return json.take() + "\n";
 }
@@ -51,6 +54,19 @@ std::string pageOf(Brief const& brief, Texts const& texts, Style const& style, i
     }
   }
   return page;
+}
+
+std::string paragraphOf(std::string const& text, Style const& style, int width) {
+  std::string page;
+  for (std::string const& row : wrapped(style.text(text), std::max(width, 20))) page += row + "\n";
+  return page;
+}
+
+/// Of the language model, where the user wants its words.
+std::optional<std::string> wordsOf(RunContext& context, Brief const& brief, std::stop_token const& stop) {
+  LanguageModel* const model = context.app().languageModel();
+  if (model == nullptr || !context.settings().boolean("appleIntelligence")) return std::nullopt;
+  return wordedBrief(briefText(brief, context.texts()), context.texts(), *model, stop);
 }
 
 std::optional<PrecipOutlook> outlookOf(NowcastReading reading, WeatherData const& data, Instant now) {
@@ -89,8 +105,12 @@ int runBrief(CommandLine const& line, Session const& session) {
                                    context.wording().fallback);
   if (brief.order.empty())
     return session.fail(exitCode::kUnavailable, "the forecast does not reach as far as the present");
-  session.console.out(line.feeds.json ? jsonOf(brief)
-                                      : pageOf(brief, context.texts(), styleOf(session), widthOf(session)));
+  auto const worded = wordsOf(context, brief, session.stop);
+  Style const style = styleOf(session);
+  int const width = widthOf(session);
+  session.console.out(line.feeds.json ? jsonOf(brief, worded)
+                      : worded        ? paragraphOf(*worded, style, width)
+                                      : pageOf(brief, context.texts(), style, width));
   return exitCode::kComplete;
 }
 
