@@ -17,7 +17,7 @@ cmake --install "$build" --prefix "$tree" --strip >/dev/null
 # What names a program by its path is written when the user installs it.
 rm -r "$tree/share/dbus-1" "$tree/lib/systemd"
 mkdir "$tree/templates"
-cp packaging/desktop/*.service.in packaging/systemd/nimbara-watch.service.in "$tree/templates"
+cp packaging/d{esktop,bus}/*.service.in packaging/systemd/nimbara-watch.service.in "$tree/templates"
 cp packaging/tarball/install.sh packaging/tarball/README LICENSE "$tree"
 
 epoch=$(git log -1 --format=%ct)

@@ -10,8 +10,9 @@ cp -R bin lib share "$prefix/"
 escaped=$(printf '%s' "$prefix" | sed 's/[&#\\]/\\&/g')
 fill() { # TEMPLATE PROGRAM FOLDER
   mkdir -p "$prefix/$3"
-  sed "s#@program@#$escaped/bin/$2#" "templates/$1.in" >"$prefix/$3/$1"
+  sed "/^@unit@$/d; s#@program@#$escaped/bin/$2#" "templates/$1.in" >"$prefix/$3/$1"
 }
 fill io.github.nimbara.Nimbara.service nimbara-desktop share/dbus-1/services
+fill io.github.nimbara.Nimbara.Service.service nimbara share/dbus-1/services
 fill nimbara-watch.service nimbara share/systemd/user
 echo "Installed in $prefix. If $prefix/bin is not in your PATH, add it."
