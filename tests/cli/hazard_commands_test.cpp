@@ -125,6 +125,17 @@ TEST_F(HazardCommands, NeverTakeAFailureForNothing) {
   }
 }
 
+/// On the sea, in a desert, at the poles and behind the date line somebody answers.
+TEST_F(HazardCommands, AnswerEverywhere) {
+  for (std::string const place : {"0,-160", "23,13", "90,0", "-90,0", "78.22,15.65", "-17.8,-179.9"}) {
+    for (std::string const command : {"air", "climate", "storms", "fires", "lightning", "advisories"}) {
+      CliRun const document = run({command, place, "--json"});
+      EXPECT_EQ(document.exitCode, 0) << command << " " << place << document.err;
+      EXPECT_THAT(document.out, Not(HasSubstr(R"("state":"unchecked")"))) << command << " " << place;
+    }
+  }
+}
+
 TEST_F(HazardCommands, SayWhatIsMissingWhereNothingIsSet) {
   for (std::string const command : {"fires", "lightning"}) {
     CliRun const run = test::run({command, "52.52,13.41", "--json"}, environment_);

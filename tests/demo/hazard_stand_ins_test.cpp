@@ -4,8 +4,10 @@
 #include "demo/world/demo_weather.h"
 #include "feeds/air/air_quality_service.h"
 #include "feeds/fires/wildfire_service.h"
+#include "feeds/quakes/emsc_service.h"
 #include "feeds/storms/lightning_source.h"
 #include "feeds/storms/tropical_storm_service.h"
+#include "feeds/storms/typhoon_service.h"
 #include "feeds/travel/travel_advisory_service.h"
 #include "platform/linux/http/curl_http_client.h"
 #include "support/instants.h"
@@ -13,6 +15,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <map>
 #include <set>
 
@@ -159,26 +162,69 @@ TEST_F(HazardStandIns, StrikeInThunderstormsOnly) {
   EXPECT_GT(storms, 0);
 }
 
+/// A feed of the row's service at a base, and whether it has failed.
+struct FaultRow {
+  Service service;
+  std::function<bool(HttpClient&, Clock const&, std::string const& base)> hasFailed;
+};
+
+template <class Reading>
+bool hasFailed(Reading const& reading) {
+  return !reading.isCurrent() && !reading.checkedAt && reading.failure &&
+         reading.data == decltype(Reading::data){};
+}
+
+std::vector<FaultRow> faultRows() {
+  auto const advisories = [](AdvisorySource source) {
+    return [source](HttpClient& http, Clock const& clock, std::string const& base) {
+      TravelAdvisoryService service(http, clock, {base, {}, base, base, base});
+      return hasFailed(service.fetchAdvisories(source, "JP"));
+    };
+  };
+  return {
+      {Service::airQuality,
+       [](auto& http, auto& clock, auto& base) {
+         return hasFailed(AirQualityService(http, clock, {base, ""}).fetchForecast({50, 10}));
+       }},
+      {Service::nhc,
+       [](auto& http, auto& clock, auto& base) {
+         return hasFailed(TropicalStormService(http, clock, {base, base}).fetchStorms());
+       }},
+      {Service::jtwc, [](auto& http, auto& clock,
+                         auto& base) { return hasFailed(TyphoonService(http, clock, base).fetchStorms()); }},
+      {Service::gdacs,
+       [](auto& http, auto& clock, auto& base) {
+         return hasFailed(GdacsStormService(http, clock, base).fetchStorms());
+       }},
+      {Service::emsc,
+       [](auto& http, auto& clock, auto& base) {
+         return hasFailed(EmscService(http, clock, base).fetchEarthquakes());
+       }},
+      {Service::firms,
+       [](auto& http, auto& clock, auto& base) {
+         return hasFailed(WildfireService(http, clock, {base, "any"}).fetchFires({50, 10}, 50));
+       }},
+      {Service::lightning,
+       [](auto& http, auto& clock, auto& base) {
+         return hasFailed(
+             HttpLightningSource(http, clock, base).fetchStrikes({50, 10}, 50, clock.now() - 1h));
+       }},
+      {Service::travelAdvisories, advisories(AdvisorySource::us)},
+      {Service::advisoriesCanada, advisories(AdvisorySource::ca)},
+      {Service::advisoriesBritain, advisories(AdvisorySource::uk)},
+      {Service::advisoriesGermany, advisories(AdvisorySource::de)},
+  };
+}
+
 TEST_F(HazardStandIns, MisbehaveWhenTold) {
-  for (DemoFault::Kind const kind :
-       {DemoFault::Kind::status500, DemoFault::Kind::garbage, DemoFault::Kind::drop}) {
-    auto const faulty = *DemoServer::start(clock_, {{Service::airQuality, kind},
-                                                    {Service::nhc, kind},
-                                                    {Service::firms, kind},
-                                                    {Service::travelAdvisories, kind},
-                                                    {Service::lightning, kind}});
-    std::string const& base = faulty->baseUrl();
-    AirQualityService air(http_, clock_, {base, ""});
-    TropicalStormService storms(http_, clock_, {base, base});
-    WildfireService fires(http_, clock_, {base, "any"});
-    TravelAdvisoryService travel(http_, clock_, {base, {}});
-    HttpLightningSource lightning(http_, clock_, base);
-    EXPECT_EQ(air.fetchForecast({50, 10}).state, FeedState::failed) << enumName(kind);
-    EXPECT_EQ(storms.fetchStorms().state, FeedState::failed) << enumName(kind);
-    EXPECT_EQ(fires.fetchFires({50, 10}, 50).state, FeedState::failed) << enumName(kind);
-    EXPECT_EQ(travel.fetchAdvisories().state, FeedState::failed) << enumName(kind);
-    EXPECT_EQ(lightning.fetchStrikes({50, 10}, 50, clock_.now() - 1h).state, FeedState::failed)
-        << enumName(kind);
+  for (FaultRow const& row : faultRows()) {
+    for (DemoFault::Kind const kind :
+         {DemoFault::Kind::status500, DemoFault::Kind::garbage, DemoFault::Kind::drop, DemoFault::Kind::loop,
+          DemoFault::Kind::exception, DemoFault::Kind::status403}) {
+      auto const faulty = *DemoServer::start(clock_, {{row.service, kind}});
+      EXPECT_TRUE(row.hasFailed(http_, clock_, faulty->baseUrl()))
+          << enumName(kind) << " " << static_cast<int>(row.service);
+    }
   }
   auto const mapless = *DemoServer::start(clock_, {{Service::nhcMaps, DemoFault::Kind::garbage}});
   TropicalStormService storms(http_, clock_, {mapless->baseUrl(), mapless->baseUrl()});
