@@ -105,9 +105,9 @@ TEST(StationPageView, ListsWhatCanBeChosen) {
   EXPECT_FALSE(choices[1].isChosen);
   auto around = publicStationViews(desk, contextAt(kNow));
   ASSERT_EQ(around.size(), 3U);
-  EXPECT_THAT(around[1].sentence, AllOf(HasSubstr("1.1 km N of Testville"), HasSubstr("12.0 °C")));
+  EXPECT_THAT(around[1].sentence, AllOf(HasSubstr("1.1 km N of Testville"), HasSubstr("12.0 °C")));
   StationView const view = stationView(desk, *snapshot(), contextAt(kNow));
-  EXPECT_EQ(view.around, "Within 5.0 km of Testville. Used for the median: 3, left out: 0.");
+  EXPECT_EQ(view.around, "Within 5.0 km of Testville. Used for the median: 3, left out: 0.");
   EXPECT_TRUE(view.hasMedian);
   EXPECT_FALSE(view.isMedian);
   desk.reading.kind = StationLinkKind::around;

@@ -56,17 +56,15 @@ Card {
                 text: App.station.now.redirect
                 Accessible.name: App.station.words.accountHint + " " + text
             }
-            Field {
+            StationField {
                 id: identifier
                 width: parent.width
                 title: App.station.words.id
-                placeholderText: title
             }
-            Field {
+            StationField {
                 id: secret
                 width: parent.width
                 title: App.station.words.secret
-                placeholderText: title
                 echoMode: TextInput.Password
             }
             PlainButton {
@@ -75,11 +73,10 @@ Card {
                 enabled: card.hasFields && !App.station.now.isBusy
                 onClicked: App.station.linkAccount(identifier.text, secret.text, "")
             }
-            Field {
+            StationField {
                 id: token
                 width: parent.width
                 title: App.station.words.token
-                placeholderText: title
                 echoMode: TextInput.Password
             }
             PlainButton {

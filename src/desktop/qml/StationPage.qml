@@ -218,17 +218,16 @@ ScrollPage {
                 width: parent.width
                 spacing: Theme.space
                 Words { text: App.station.words.addressHint }
-                Field {
+                StationField {
                     id: address
                     width: parent.width
                     title: App.station.words.addressField
-                    placeholderText: "192.168.1.20"
+                    example: "192.168.1.20"
                 }
-                Field {
+                StationField {
                     id: called
                     width: parent.width
                     title: App.station.words.addressName
-                    placeholderText: title
                 }
                 PlainButton {
                     text: App.station.words.link
