@@ -18,7 +18,7 @@ constexpr char kCanada[] = R"({"metadata":{"generated":{"timestamp":1770000100}}
         "eng":{"name":"Japan","url-slug":"japan","advisory-text":"Take normal security precautions",
                "recent-updates":"<p>Safety &amp; security</p>"}},
   "AF":{"country-iso":"AF","advisory-state":"3","eng":{"name":"Afghanistan","url-slug":"../x"}},
-  "XX":{"country-iso":"X1","advisory-state":1}, "QQ":{"country-iso":"QQ","advisory-state":null},
+  "X1":{"country-iso":"X1","advisory-state":1}, "QQ":{"country-iso":"QQ","advisory-state":null},
   "ZZ":{"country-iso":"ZZ","advisory-state":7}, "YY":17}})";
 
 constexpr char kGermany[] = R"({"response":{"lastModified":1757063288,"contentList":["1","2"],
