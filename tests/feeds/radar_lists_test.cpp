@@ -170,6 +170,13 @@ TEST(RadarSuppliers, AreAskedWhereTheyHaveRadars) {
   EXPECT_EQ(radarSourcesAt({52.52, 13.4}), (Sources{dwd, libreWxr, rainViewer}));
   EXPECT_EQ(radarSourcesAt({35.68, 139.77}), (Sources{jma, libreWxr, rainViewer}));
   EXPECT_EQ(radarSourcesAt({-1.29, 36.82}), (Sources{libreWxr, rainViewer}));
+  auto const onMap = [](Coordinate centre, double zoom) {
+    return radarSourcesFor({mercatorOf(centre), zoom, 1200, 700});
+  };
+  EXPECT_EQ(onMap({51, 10.4}, 7), (Sources{dwd, libreWxr, rainViewer}));
+  EXPECT_EQ(onMap({51, 10.4}, 5), (Sources{libreWxr, rainViewer, dwd})) << "Germany is little of it";
+  EXPECT_EQ(onMap({52, 19}, 6), (Sources{libreWxr, rainViewer})) << "its centre is in Poland";
+  EXPECT_EQ(onMap({39, -97}, 5), (Sources{noaa, iowaMesonet, libreWxr, rainViewer}));
   EXPECT_TRUE(mayHaveRain(supplierOf(dwd), {5, 17, 10}));
   EXPECT_FALSE(mayHaveRain(supplierOf(dwd), {5, 4, 10}));
 }

@@ -49,7 +49,10 @@ constexpr Area kLibreAreas[] = {{34, -12, 71, 41}, {14, -130, 60, -55}, {17, 100
 constexpr Area kViewerAreas[] = {{34, -12, 71, 41},    {14, -130, 60, -55}, {17, 100, 47, 148},
                                  {-45, 112, -10, 155}, {-40, -76, 6, -34},  {6, 68, 32, 92}};
 constexpr Area kGermanArea[] = {{46.5, 4.5, 55.8, 16}};
-constexpr Area kAmericanArea[] = {{20, -130, 55, -60}};
+/// About as far as the radars of the contiguous United States reach.
+constexpr Area kAmericanArea[] = {{31, -125.5, 49.5, -103}, {28.5, -103, 49.5, -97}, {25, -99, 49.3, -92},
+                                  {28, -92, 48.5, -82},     {24, -84.5, 31, -78.5},  {30, -84, 47.5, -75},
+                                  {38, -75.5, 47.8, -66.5}};
 constexpr Area kJapaneseArea[] = {{20, 118, 48, 150}};
 
 bool isWithin(std::span<Area const> areas, Coordinate place) {

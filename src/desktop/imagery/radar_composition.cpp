@@ -1,5 +1,7 @@
 #include "desktop/imagery/radar_composition.h"
 
+#include "desktop/imagery/picture_decoder.h"
+
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
@@ -104,6 +106,16 @@ Composition composed(MapView const& view, std::span<TilePicture const> tiles, QI
   painter.end();
   MapPoint const end{static_cast<double>(wide.width), static_cast<double>(wide.height)};
   return {{std::move(picture), pointAt(wide, {0, 0}), pointAt(wide, end)}, isDry};
+}
+
+bool isRepeated(std::span<TilePicture const> tiles) {
+  for (std::size_t i = 0; i < tiles.size(); ++i) {
+    if (isOneColour(tiles[i].picture)) continue;
+    bool const isAgain = std::ranges::any_of(
+        tiles.subspan(i + 1), [&](TilePicture const& other) { return other.picture == tiles[i].picture; });
+    if (isAgain) return true;
+  }
+  return false;
 }
 
 QImage withoutMask(QImage picture, TileAddress tile, RadarSupplier const& supplier) {

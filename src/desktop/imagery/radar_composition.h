@@ -25,6 +25,9 @@ struct Composition {
 /// The tiles, in the supplier's colours or our own, over the veil, which may be null.
 Composition composed(MapView const& view, std::span<TilePicture const> tiles, QImage const& veil);
 
+/// Two tiles are the same picture of more than one colour: they say something instead of showing rain.
+bool isRepeated(std::span<TilePicture const> tiles);
+
 /// Without what a supplier draws where it has no radars.
 QImage withoutMask(QImage picture, TileAddress tile, RadarSupplier const& supplier);
 

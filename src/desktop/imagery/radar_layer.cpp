@@ -279,7 +279,9 @@ RadarLayer::Outcome RadarLayer::load(Turn const& turn, RadarReading const& readi
     return failure.kind == Kind::leftAlone ? Outcome::later : Outcome::refused;
   }
   bool const isOwn = supplier.palette == RadarPalette::own;
-  if (!isOwn && std::ranges::any_of(tiles.pictures, isWriting, &TilePicture::picture)) {
+  // Bare values are grey as writing is.
+  bool const isWritten = !isOwn && std::ranges::any_of(tiles.pictures, isWriting, &TilePicture::picture);
+  if (isWritten || isRepeated(tiles.pictures)) {
     failure = useless();
     return Outcome::refused;
   }

@@ -196,14 +196,17 @@ FocusScope {
 
         RadarBar {
             id: radar
-            readonly property real most: page.isWide ? area.width - 2 * (panel.x + panel.width + 2 * Theme.space) : area.width - 2 * Theme.space
-            x: (parent.width - width) / 2
+            // Between the panel and the buttons, in the middle where there is room.
+            readonly property real first: page.isWide ? panel.x + panel.width + 2 * Theme.space : Theme.space
+            readonly property real last: area.width - (page.isWide ? knobs.width + 4 * Theme.space : Theme.space)
+            x: Math.max(first, Math.min((parent.width - width) / 2, last - width))
             y: parent.height - height - 4 * Theme.space
-            width: Math.min(most < 420 * Theme.scale ? area.width - 2 * Theme.space : most, 640 * Theme.scale)
+            width: Math.min(last - first, 640 * Theme.scale)
             visible: App.map.radar.isShown && !(card.visible && !page.isWide) && !(page.isPanelOpen && !page.isWide)
         }
 
         Column {
+            id: knobs
             x: parent.width - width - 2 * Theme.space
             y: page.isWide ? parent.height - height - 4 * Theme.space : 2 * Theme.space
             spacing: Theme.space

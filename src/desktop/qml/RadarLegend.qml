@@ -10,7 +10,7 @@ Item {
     // So many amounts that their numbers have room.
     readonly property int every: Math.max(1, Math.ceil(radar.colours.count * 26 * Theme.scale / Math.max(1, colours.width)))
 
-    implicitHeight: Math.max(words.height, colours.height + 14 * Theme.scale) + credit.height
+    implicitHeight: Math.max(words.height, colours.y + colours.height + amounts.height) + 3 + credit.height
     height: implicitHeight
     Accessible.role: Accessible.StaticText
     Accessible.name: radar.words.legend
@@ -81,12 +81,20 @@ Item {
             }
         }
         PlainText {
-            text: legend.radar.words.uncovered
+            text: legend.radar.view.veil
             color: Theme.muted
             font.pixelSize: Theme.tiny
             Accessible.role: Accessible.StaticText
             Accessible.name: text
         }
+    }
+    // As high as the amounts below their colours.
+    PlainText {
+        id: amounts
+        visible: false
+        text: "0"
+        font.pixelSize: Theme.tiny
+        Accessible.ignored: true
     }
     PlainText {
         id: credit

@@ -176,12 +176,13 @@ std::vector<RadarSource> radarSourcesAt(Coordinate place) {
 
 std::vector<RadarSource> radarSourcesFor(MapView const& view) {
   constexpr double kMost = 0.6;
+  Coordinate const centre = coordinateOf(view.centre);
   std::vector<RadarSource> sources, partly;
   for (RadarSupplier const& supplier : kSuppliers) {
     double const share = shareOf(supplier, view);
     if (share >= kMost) {
       sources.push_back(supplier.source);
-    } else if (share > 0) {
+    } else if (hasRadarAt(supplier, centre)) {
       partly.push_back(supplier.source);
     }
   }

@@ -72,8 +72,8 @@ RadarSupplier const& supplierOf(RadarSource source);
 /// Those that may have radar of the place, the best first.
 std::vector<RadarSource> radarSourcesAt(Coordinate place);
 
-/// The same for a map: a supplier whose radars have less than three fifths of it comes after those of the
-/// whole world.
+/// The same for a map, by its centre: a supplier whose radars have less than three fifths of it comes after
+/// those of the whole world.
 std::vector<RadarSource> radarSourcesFor(MapView const& view);
 
 /// Within its boxes; a supplier without any may have radar anywhere.

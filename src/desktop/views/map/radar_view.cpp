@@ -106,6 +106,8 @@ RadarView radarView(RadarProgress const& progress, std::optional<Instant> frame,
     view.time = TimeWords(context.texts, context.fallback).clock(at.time);
     view.age = ageOf(at, context);
     view.credit = supplierOf(progress.source).credit;
+    view.veil =
+        context.text(progress.misses.empty() ? "desktop.map.radar.uncovered" : "desktop.map.radar.unchecked");
     view.isOld = isOld(progress.frames[newest].frame, supplierOf(progress.source), context.now);
     view.isForecast = at.isForecast;
     view.canPlay = progress.frames.size() > 1;

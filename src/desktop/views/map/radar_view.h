@@ -49,6 +49,7 @@ struct RadarView {
   std::string time;   ///< of the frame; empty without one
   std::string age;    ///< "14 min ago", or that it is a forecast
   std::string note;   ///< what else is to be said: that it is dry, why there is none, who was replaced
+  std::string veil;   ///< what a part of the map without pictures is
   std::string credit;
   bool isOld = false;       ///< the newest picture is too old to be taken for the present
   bool isForecast = false;  ///< of the frame
@@ -70,7 +71,7 @@ inline constexpr auto viewFields<RadarView> = FieldList{
     viewField("canPlay", &RadarView::canPlay),   viewField("isForecast", &RadarView::isForecast),
     viewField("frame", &RadarView::frame),       viewField("newest", &RadarView::newest),
     viewField("loaded", &RadarView::loaded),     viewField("frameCount", &RadarView::count),
-    viewField("sentence", &RadarView::sentence),
+    viewField("sentence", &RadarView::sentence), viewField("veil", &RadarView::veil),
 };
 
 /// `frame`: the one that was chosen.

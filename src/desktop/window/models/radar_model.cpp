@@ -13,17 +13,11 @@ namespace {
 using State = RadarProgress::State;
 
 constexpr WordRow kWords[] = {
-    {"title", "desktop.map.radar"},
-    {"play", "desktop.map.radar.play"},
-    {"pause", "desktop.map.radar.pause"},
-    {"earlier", "desktop.map.radar.earlier"},
-    {"later", "desktop.map.radar.later"},
-    {"times", "desktop.map.radar.times"},
-    {"now", "desktop.map.radar.now"},
-    {"forecast", "desktop.map.radar.forecast"},
-    {"uncovered", "desktop.map.radar.uncovered"},
-    {"legend", "desktop.map.radar.legend"},
-    {"hint", "desktop.map.radar.hint"},
+    {"title", "desktop.map.radar"},         {"play", "desktop.map.radar.play"},
+    {"pause", "desktop.map.radar.pause"},   {"earlier", "desktop.map.radar.earlier"},
+    {"later", "desktop.map.radar.later"},   {"times", "desktop.map.radar.times"},
+    {"now", "desktop.map.radar.now"},       {"forecast", "desktop.map.radar.forecast"},
+    {"legend", "desktop.map.radar.legend"}, {"hint", "desktop.map.radar.hint"},
 };
 
 /// A picture that is too old to be taken for the present is thinner.
