@@ -108,7 +108,7 @@ struct Surfaces : test::DemoSession {
 };
 
 TEST_F(Surfaces, TellTheSameTemperatureAndWarnings) {
-  ASSERT_EQ(run({"places", "add", "52.52,13.41", "--name", "Berlin"}).exitCode, 0);
+  ASSERT_EQ(run({"places", "add", "48.86,2.35", "--name", "Paris"}).exitCode, 0);
   startWatch();
   ASSERT_TRUE(until([this] {
     Record const record = current();
@@ -120,7 +120,7 @@ TEST_F(Surfaces, TellTheSameTemperatureAndWarnings) {
   std::vector<Record> warnings;
   object_->callMethod("Warnings")
       .onInterface(kName)
-      .withArguments(std::string("Berlin"))
+      .withArguments(std::string("Paris"))
       .storeResultsTo(state, warnings);
   auto const count = static_cast<std::int64_t>(warnings.size());
   ASSERT_GT(count, 0);
@@ -133,23 +133,23 @@ TEST_F(Surfaces, TellTheSameTemperatureAndWarnings) {
   Texts ids;
   search->callMethod("GetInitialResultSet")
       .onInterface(kShell)
-      .withArguments(Texts{"weather", "berl"})
+      .withArguments(Texts{"weather", "pari"})
       .storeResultsTo(ids);
   ASSERT_FALSE(ids.empty());
   std::vector<Record> metas;
   search->callMethod("GetResultMetas").onInterface(kShell).withArguments(Texts{ids[0]}).storeResultsTo(metas);
-  EXPECT_THAT(metas.at(0).at("name").get<std::string>(), HasSubstr("Berlin: " + temperature));
+  EXPECT_THAT(metas.at(0).at("name").get<std::string>(), HasSubstr("Paris: " + temperature));
   EXPECT_THAT(metas.at(0).at("description").get<std::string>(), HasSubstr(official));
   auto const runner = sdbus::createProxy(*client_, kName, "/io/github/nimbara/Nimbara/Runner");
   std::vector<Match> matches;
   auto const asked = std::chrono::steady_clock::now();
   runner->callMethod("Match")
       .onInterface(kRunner)
-      .withArguments(std::string("wetter berlin"))
+      .withArguments(std::string("wetter paris"))
       .storeResultsTo(matches);
   EXPECT_LT(std::chrono::steady_clock::now() - asked, std::chrono::seconds(1));
   ASSERT_FALSE(matches.empty());
-  EXPECT_THAT(matches[0].get<1>(), HasSubstr("Berlin: " + temperature));
+  EXPECT_THAT(matches[0].get<1>(), HasSubstr("Paris: " + temperature));
 
   EXPECT_EQ(run({"line", "--format", "{temperature}|{warnings}"}).out, temperature + "|" + official + "\n");
   std::string const bar = run({"waybar"}).out;

@@ -26,6 +26,9 @@ for file in lib/nimbara/nimbara-dbus.so lib/nimbara/nimbara-http.so share/nimbar
   share/icons/hicolor/symbolic/apps/io.github.nimbara.Nimbara-symbolic.svg \
   share/krunner/dbusplugins/io.github.nimbara.Nimbara.desktop \
   share/gnome-shell/search-providers/io.github.nimbara.Nimbara.search-provider.ini \
+  share/plasma/plasmoids/io.github.nimbara.Nimbara/contents/ui/main.qml \
+  share/gnome-shell/extensions/nimbara@nimbara.github.io/extension.js \
+  share/gnome-shell/extensions/nimbara-43@nimbara.github.io/metadata.json \
   share/dbus-1/interfaces/io.github.nimbara.Nimbara.Service.xml lib/systemd/user/nimbara-watch.service; do
   [ -s "$prefix/$file" ] || fail "not installed: $file"
 done
