@@ -5,6 +5,7 @@
 #include "base/text/text.h"
 #include "base/words/compass_point.h"
 #include "base/words/country_names.h"
+#include "base/words/grouped_text.h"
 #include "base/words/time_words.h"
 #include "feeds/fetching/failure_words.h"
 #include "providers/common/compass.h"
@@ -26,7 +27,7 @@ std::string key(std::string_view kind, std::string_view ending) {
 }  // namespace
 
 std::string HazardWords::distance(double km) const {
-  return display(km, units.distance) + " " + std::string(symbol(units.distance));
+  return groupedText(display(km, units.distance), texts) + " " + std::string(symbol(units.distance));
 }
 
 std::string HazardWords::away(Coordinate from, Coordinate to) const {
