@@ -11,7 +11,7 @@ declare -A packages=(
   # the command line, the watch, the relay and the demo
   [run]="g++ cmake ninja-build ccache pkg-config git
     libcurl4-openssl-dev libsimdjson-dev libicu-dev libssl-dev libfmt-dev libcli11-dev libcpp-httplib-dev
-    libsqlite3-dev libsdbus-c++-dev libexpat1-dev nettle-dev zlib1g-dev tzdata"
+    libsqlite3-dev libsdbus-c++-dev libexpat1-dev nettle-dev zlib1g-dev libspeechd-dev tzdata"
   # the window
   [desktop]="qt6-base-dev qt6-declarative-dev qt6-declarative-private-dev qt6-declarative-dev-tools qml6-module-qtqml
     qml6-module-qtqml-models qml6-module-qtqml-workerscript qml6-module-qtquick qml6-module-qtquick-controls

@@ -4,6 +4,7 @@
 #include "app/services/feed_services.h"
 #include "app/services/forecast_service.h"
 #include "app/words/climate_text.h"
+#include "app/words/spoken_text.h"
 #include "app/words/worded_brief.h"
 #include "base/json/json.h"
 #include "base/text/display_text.h"
@@ -16,6 +17,7 @@
 #include "cli/terminal.h"
 #include "feeds/alerts/gov_alert_service.h"
 #include "feeds/climate/climate_service.h"
+#include "platform/linux/speech_output.h"
 
 namespace nimbara {
 
@@ -111,6 +113,13 @@ int runBrief(CommandLine const& line, Session const& session) {
   session.console.out(line.feeds.json ? jsonOf(brief, worded)
                       : worded        ? paragraphOf(*worded, style, width)
                                       : pageOf(brief, context.texts(), style, width));
+  if (!line.feeds.speak) return exitCode::kComplete;
+  std::string const said = worded ? *worded : briefText(brief, context.texts());
+  auto const spoken =
+      sayAloud(session.environment.program, spokenText(said, context.wording().units, context.texts()),
+               context.texts().language());
+  // What was asked for is there to be read.
+  if (!spoken) context.tell("the brief could not be read out: " + spoken.error());
   return exitCode::kComplete;
 }
 

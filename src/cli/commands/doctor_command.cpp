@@ -18,6 +18,7 @@
 #include "gazetteer/gazetteer.h"
 #include "model/weather_cache.h"
 #include "platform/linux/desktop_services.h"
+#include "platform/linux/speech_output.h"
 #include "providers/provider_history.h"
 
 #include <unistd.h>
@@ -234,6 +235,10 @@ Diagnosis diagnose(RunContext& context, Session const& session) {
   for (DesktopServiceState const& state : desktopServiceStates({session.environment.program, {}, {}})) {
     diagnosis.desktop.push_back({state.name, state.purpose, state.presence, state.details});
   }
+  std::string const silent = whySilent(session.environment.program);
+  using Presence = DesktopServiceState::Presence;
+  diagnosis.desktop.push_back({"speech-dispatcher", "reading the brief out",
+                               silent.empty() ? Presence::running : Presence::absent, silent});
   Regions const& regions = context.app().feeds().regions();
   diagnosis.regions = {std::string(regions.outlines()->edition()), regions.isUpdated(), regions.problem()};
   return diagnosis;

@@ -19,6 +19,7 @@ struct FeedOptions {
   std::string order = "time";             ///< of quakes
   std::optional<double> radius;           ///< of fires and lightning, km; otherwise the one that suits them
   std::string activity;                   ///< of advice: it alone
+  bool speak = false;
   std::string source;                     ///< of advisories; empty: the one of the setting
   bool isWorld = false;                   ///< advisories: of all countries
   std::string listen = "127.0.0.1:8088";  ///< of feed-server

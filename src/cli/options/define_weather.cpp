@@ -83,6 +83,7 @@ void defineBrief(Command app, CommandLine& line, RawOptions& raw) {
   Command const command =
       app.command("brief", "The weather now, today, tonight and tomorrow, in three to five sentences");
   command.option("PLACE", line.feeds.place, kPlace);
+  command.flag("--speak", line.feeds.speak, "Read it out, through Speech Dispatcher");
   command.flag("--json", line.feeds.json, kJson);
   defineCommon(command, line, raw);
   command.whenGiven([&line] { line.run = runBrief; });
