@@ -40,7 +40,7 @@ struct QueryRow {
   char const* place;
   bool asksWeather;
 };
-void PrintTo(QueryRow const& row, std::ostream* out) {
+void PrintTo(QueryRow const& row, std::ostream* out) {  // NOLINT(readability-identifier-naming)
   *out << row.text;
 }
 

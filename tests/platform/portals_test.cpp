@@ -256,7 +256,7 @@ struct LocationRow {
   FakePortals::Script script;
   LocationError::Kind kind;
 };
-void PrintTo(LocationRow const& row, std::ostream* out) {
+void PrintTo(LocationRow const& row, std::ostream* out) {  // NOLINT(readability-identifier-naming)
   *out << row.name;
 }
 
