@@ -40,15 +40,14 @@ std::string browserWith(std::string const& query) {
     std::string const request = "GET /nimbara?" + query + " HTTP/1.1\r\n\r\n";
     EXPECT_EQ(send(browser, request.data(), request.size(), MSG_NOSIGNAL), std::ssize(request));
     char buffer[2048];
-    for (ssize_t count; (count = recv(browser, buffer, sizeof buffer, 0)) > 0;)
+    for (ssize_t count = 0; (count = recv(browser, buffer, sizeof buffer, 0)) > 0;)
       answer.append(buffer, static_cast<std::size_t>(count));
   }
   close(browser);
   return answer;
 }
 
-class EngineStationsTest : public testing::Test {
- protected:
+struct EngineStationsTest : testing::Test {
   EngineStationsTest() {
     stations_.follow([this](StationDesk const& desk) {
       if (!desk.consentUrl.empty() && onConsent) std::exchange(onConsent, {})(desk.consentUrl);

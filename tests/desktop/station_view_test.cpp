@@ -49,7 +49,7 @@ struct DeskRow {
 
 TEST(StationPageView, SaysEveryState) {
   using Outcome = LinkEnd::Outcome;
-  auto const ended = [](Outcome outcome, std::string reason = {}) {
+  auto const ended = [](Outcome outcome, std::string const& reason = {}) {
     return [outcome, reason](StationDesk& desk) { desk.end = LinkEnd{.outcome = outcome, .reason = reason}; };
   };
   for (DeskRow const& row : {
