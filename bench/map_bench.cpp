@@ -34,8 +34,9 @@ double wallMs() {
   return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
 }
 
-/// Bands of all amounts, as much rain as there ever is.
-std::string rainyTile() {
+/// Showers of all amounts, as much rain as there ever is; no two tiles are alike.
+std::string rainyTile(std::string const& address) {
+  int const shift = static_cast<int>(std::hash<std::string>()(address) % 512);
   QImage picture(512, 512, QImage::Format_ARGB32);
   picture.fill(Qt::transparent);
   QPainter painter(&picture);
@@ -43,13 +44,10 @@ std::string rainyTile() {
     int const value = 70 + 3 * i;
     painter.setBrush(QColor(value, value, value));
     painter.setPen(Qt::NoPen);
-    painter.drawEllipse(QPoint(37 * i % 512, 91 * i % 512), 60 - i, 40 - i / 2);
+    painter.drawEllipse(QPoint((37 * i + shift) % 512, 91 * i % 512), 60 - i, 40 - i / 2);
   }
   painter.end();
-  QBuffer buffer;
-  buffer.open(QIODevice::WriteOnly);
-  picture.save(&buffer, "PNG");
-  return buffer.data().toStdString();
+  return bytesOf(picture);
 }
 
 bool waitUntil(std::function<bool()> const& is) {
@@ -72,7 +70,7 @@ void print(std::string const& what, std::vector<double> times, double limit) {
 class MapBench {
  public:
   MapBench() {
-    hosts_.host.answer("libre.example/v2/radar", 200, rainyTile());
+    hosts_.host.answer("libre.example/v2/radar", 200, rainyTile);
     WindowActions actions;
     actions.radar = hosts_.sources();
     model_.emplace(DesktopModel::Setting{Wording(), {}, [this] { return hosts_.clock.now(); }, {}}, actions);

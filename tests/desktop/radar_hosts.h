@@ -15,13 +15,17 @@
 
 namespace nimbara::test {
 
-inline std::string pictureOf(QColor const& colour, int side = 512) {
-  QImage picture(side, side, QImage::Format_ARGB32);
-  picture.fill(colour);
+inline std::string bytesOf(QImage const& picture) {
   QBuffer buffer;
   buffer.open(QIODevice::WriteOnly);
   picture.save(&buffer, "PNG");
   return buffer.data().toStdString();
+}
+
+inline std::string pictureOf(QColor const& colour, int side = 512) {
+  QImage picture(side, side, QImage::Format_ARGB32);
+  picture.fill(colour);
+  return bytesOf(picture);
 }
 
 /// Lists of three measured frames, and of one forecast where the first is asked; it rains everywhere, and

@@ -23,6 +23,14 @@ MapView viewOf(Coordinate centre, double zoom = 6) {
   return {mercatorOf(centre), zoom, 300, 200};
 }
 
+/// What says in every tile that there is none.
+std::string writing() {
+  QImage picture(512, 512, QImage::Format_ARGB32);
+  picture.fill(Qt::transparent);
+  for (int x = 40; x < 400; ++x) picture.setPixelColor(x, 200 + x % 7, QColor(0x80, 0x80, 0x80));
+  return test::bytesOf(picture);
+}
+
 struct RadarLayerTest : testing::Test {
   /// The first of what is told that is so; the last of all where none is.
   template <class Is>
@@ -115,7 +123,8 @@ TEST_F(RadarLayerTest, TellsNobodyAfterItsEnd) {
 }
 
 TEST_F(RadarLayerTest, PutsTheNextInPlaceOfOneWhosePicturesAreOfNoUse) {
-  for (auto const& [status, body] : {std::pair(403, std::string()), {429, ""}, {200, "<html>"}, {404, ""}}) {
+  for (auto const& [status, body] :
+       {std::pair(403, std::string()), {429, ""}, {200, "<html>"}, {404, ""}, {200, writing()}}) {
     test::RadarHosts hosts;
     hosts.host.answer("libre.example/v2/radar", status, body);
     std::promise<RadarProgress> promise;

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <chrono>
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -21,6 +22,10 @@ class MapHost final : public HttpClient {
 
   /// Of addresses with `part` in them; a later rule goes before an earlier one. Without a rule: 404.
   void answer(std::string part, int status, std::string body) {
+    answer(std::move(part), status, [body = std::move(body)](std::string const&) { return body; });
+  }
+  /// The body by the address.
+  void answer(std::string part, int status, std::function<std::string(std::string const&)> body) {
     std::lock_guard const lock(mutex_);
     rules_.insert(rules_.begin(), {std::move(part), status, std::move(body)});
   }
@@ -52,14 +57,14 @@ class MapHost final : public HttpClient {
     auto const rule =
         std::ranges::find_if(rules_, [&](Rule const& each) { return request.url.contains(each.part); });
     if (rule == rules_.end()) return HttpResponse{404, {}, ""};
-    return HttpResponse{rule->status, {}, rule->body};
+    return HttpResponse{rule->status, {}, rule->body(request.url)};
   }
 
  private:
   struct Rule {
     std::string part;
     int status;
-    std::string body;
+    std::function<std::string(std::string const&)> body;
   };
 
   std::size_t countOf(std::string_view part) const {
