@@ -21,7 +21,7 @@ constexpr char kShell[] = "org.gnome.Shell.SearchProvider2";
 constexpr char kRunner[] = "org.kde.krunner1";
 
 using Record = std::map<std::string, sdbus::Variant>;
-using Texts = std::vector<std::string>;
+using Strings = std::vector<std::string>;
 using Match = sdbus::Struct<std::string, std::string, std::string, std::int32_t, double, Record>;
 
 /// What follows `key` in a JSON text, up to the next comma.
@@ -130,14 +130,17 @@ TEST_F(Surfaces, TellTheSameTemperatureAndWarnings) {
   std::string const official = onBus.at("warningsText").get<std::string>();
 
   auto const search = sdbus::createProxy(*client_, kName, "/io/github/nimbara/Nimbara/SearchProvider");
-  Texts ids;
+  Strings ids;
   search->callMethod("GetInitialResultSet")
       .onInterface(kShell)
-      .withArguments(Texts{"weather", "pari"})
+      .withArguments(Strings{"weather", "pari"})
       .storeResultsTo(ids);
   ASSERT_FALSE(ids.empty());
   std::vector<Record> metas;
-  search->callMethod("GetResultMetas").onInterface(kShell).withArguments(Texts{ids[0]}).storeResultsTo(metas);
+  search->callMethod("GetResultMetas")
+      .onInterface(kShell)
+      .withArguments(Strings{ids[0]})
+      .storeResultsTo(metas);
   EXPECT_THAT(metas.at(0).at("name").get<std::string>(), HasSubstr("Paris: " + temperature));
   EXPECT_THAT(metas.at(0).at("description").get<std::string>(), HasSubstr(official));
   auto const runner = sdbus::createProxy(*client_, kName, "/io/github/nimbara/Nimbara/Runner");

@@ -18,7 +18,7 @@ using std::chrono::seconds;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using Options = std::map<std::string, sdbus::Variant>;
-using Texts = std::vector<std::string>;
+using Strings = std::vector<std::string>;
 
 constexpr char kNotification[] = "org.freedesktop.portal.Notification";
 constexpr char kLocation[] = "org.freedesktop.portal.Location";
@@ -75,7 +75,7 @@ class FakePortals {
       return script_.version;
     });
     object_->registerProperty("SupportedOptions").onInterface(kNotification).withGetter([] {
-      return Options{{"category", Texts{"weather.warning.extreme"}}};
+      return Options{{"category", Strings{"weather.warning.extreme"}}};
     });
     object_->registerSignal("ActionInvoked")
         .onInterface(kNotification)
@@ -112,7 +112,7 @@ class FakePortals {
         .onInterface(kBackground)
         .implementedAs([this](std::string const&, Options const& options) {
           bool const wanted = options.at("autostart").get<bool>();
-          heard.add(text(options, "reason") + ": " + options.at("commandline").get<Texts>().back());
+          heard.add(text(options, "reason") + ": " + options.at("commandline").get<Strings>().back());
           return respond(text(options, "handle_token"), script_.allowsBackground ? 0 : 1,
                          {{"autostart", wanted}, {"background", true}});
         });

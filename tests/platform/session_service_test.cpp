@@ -28,7 +28,7 @@ constexpr char kRunner[] = "/io/github/nimbara/Nimbara/Runner";
 constexpr char kSearch[] = "/io/github/nimbara/Nimbara/SearchProvider";
 
 using Record = std::map<std::string, sdbus::Variant>;
-using Texts = std::vector<std::string>;
+using Strings = std::vector<std::string>;
 using Match = sdbus::Struct<std::string, std::string, std::string, std::int32_t, double, Record>;
 
 /// Knows one place and what it was asked to open.
@@ -175,7 +175,7 @@ TEST_F(SessionServiceTest, SignalsWhatChanged) {
   }
   object->uponSignal("PropertiesChanged")
       .onInterface("org.freedesktop.DBus.Properties")
-      .call([&heard](std::string const&, Record const& changed, Texts const&) {
+      .call([&heard](std::string const&, Record const& changed, Strings const&) {
         for (auto const& [name, value] : changed)
           heard.add(name + " " + std::to_string(value.get<std::uint32_t>()));
       });
@@ -200,7 +200,7 @@ TEST_F(SessionServiceTest, RefusesWhatNoHonestCallerSends) {
               proxy(kSearch)
                   ->callMethod("GetResultMetas")
                   .onInterface("org.gnome.Shell.SearchProvider2")
-                  .withArguments(Texts(33, "x"));
+                  .withArguments(Strings(33, "x"));
             }),
             "org.freedesktop.DBus.Error.InvalidArgs");
   // A flood is refused to whoever makes it, and to nobody else.
@@ -233,23 +233,23 @@ TEST_F(SessionServiceTest, AnswersTheDesktopsSearches) {
   }
   auto const shell = proxy(kSearch);
   constexpr char kShell[] = "org.gnome.Shell.SearchProvider2";
-  Texts ids;
+  Strings ids;
   shell->callMethod("GetInitialResultSet")
       .onInterface(kShell)
-      .withArguments(Texts{"new", "y"})
+      .withArguments(Strings{"new", "y"})
       .storeResultsTo(ids);
   EXPECT_THAT(ids, ElementsAre("new y", "other"));
   std::vector<Record> metas;
   shell->callMethod("GetResultMetas")
       .onInterface(kShell)
-      .withArguments(Texts{"gone", "y"})
+      .withArguments(Strings{"gone", "y"})
       .storeResultsTo(metas);
   ASSERT_EQ(metas.size(), 1U) << "one that is gone is left out";
   EXPECT_EQ(metas[0].at("name").get<std::string>(), "y: 3°");
   shell->callMethod("ActivateResult")
       .onInterface(kShell)
-      .withArguments(std::string("y"), Texts{}, std::uint32_t(0));
-  shell->callMethod("LaunchSearch").onInterface(kShell).withArguments(Texts{"y"}, std::uint32_t(0));
+      .withArguments(std::string("y"), Strings{}, std::uint32_t(0));
+  shell->callMethod("LaunchSearch").onInterface(kShell).withArguments(Strings{"y"}, std::uint32_t(0));
   auto const object = proxy(kPath);
   for (char const* const place : {"oslo", ""}) {
     object->callMethod("Open").onInterface(kName).withArguments(std::string(place), std::string("u"));

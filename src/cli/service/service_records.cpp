@@ -16,7 +16,7 @@ namespace nimbara {
 
 namespace {
 
-std::int64_t seconds(Instant moment) {
+std::int64_t unixSeconds(Instant moment) {
   return std::chrono::floor<std::chrono::seconds>(moment).time_since_epoch().count();
 }
 
@@ -37,7 +37,7 @@ class Writer {
   void number(char const* key, int value) { record_.emplace(key, std::int64_t(value)); }
   void flag(char const* key, bool value) { record_.emplace(key, value); }
   void moment(char const* key, std::optional<Instant> const& value) {
-    if (value) record_.emplace(key, seconds(*value));
+    if (value) record_.emplace(key, unixSeconds(*value));
   }
   ServiceRecord take() { return std::move(record_); }
 
@@ -264,7 +264,7 @@ ServiceProperties propertiesOf(ServiceSnapshot const& snapshot, Instant now) {
   out.warningCount = static_cast<std::uint32_t>(warnings.size());
   if (ServicePlace const* const selected = snapshot.find("")) {
     out.selectedPlace = selected->id;
-    if (selected->forecast) out.lastUpdated = seconds(selected->forecast->answeredAt);
+    if (selected->forecast) out.lastUpdated = unixSeconds(selected->forecast->answeredAt);
   }
   return out;
 }
