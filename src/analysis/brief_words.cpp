@@ -2,6 +2,7 @@
 
 #include "base/text/utf8.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace nimbara {
@@ -45,7 +46,18 @@ std::string_view nameKey(EventKind kind) {
   }
 }
 
+/// How titles say what they are, in the languages of their authors; of letters without case.
+constexpr std::string_view kWarningWords[] = {"arn",   "atch",  "dvisor", "lert",  "vigilan",
+                                              "viso",  "rohun", "aarsch", "strze", "aution",
+                                              "arsel", "警報",  "注意報", "警告",  "预警"};
+
 }  // namespace
+
+std::string BriefWords::officialName(std::string const& title) const {
+  bool const isNamed =
+      std::ranges::any_of(kWarningWords, [&](auto word) { return title.find(word) != title.npos; });
+  return isNamed ? title : texts_.format("brief.official", title);
+}
 
 std::string BriefWords::sky(WeatherConditionCode condition, bool isDay) const {
   if (condition == WeatherConditionCode::unknown) return {};

@@ -23,6 +23,9 @@ class BriefWords {
   std::string sky(WeatherConditionCode condition, bool isDay) const;
   /// "light rain", "freezing rain": what an event is.
   std::string nameOf(WeatherEvent const& event) const;
+  /// A warning's title, which is its author's and often names the weather alone, so that it is not taken for
+  /// a forecast: "Flood (official warning)".
+  std::string officialName(std::string const& title) const;
   /// "light rain from 2 PM to 5 PM": an event as far as it lies within [begin, end).
   std::string during(std::string name, WeatherEvent const& event, Instant begin, Instant end) const;
   /// "about 6 mm", "8 cm of new snow"; empty below 1 mm and 1 cm.

@@ -155,7 +155,7 @@ class Writer {
     };
     std::string const begin = isAhead ? label(*warning.onset) : "";
     std::string const end = warning.expires ? label(*warning.expires) : "";
-    std::string text = warning.title;
+    std::string text = words_.officialName(warning.title);
     if (isAhead && !end.empty()) {
       text = texts.format("brief.fromTo", text, begin, end);
     } else if (isAhead) {

@@ -81,7 +81,7 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"the present", kNothing, "Now: Partly cloudy, 10 °C."},
         Row{"the high", kNothing, "Today: Partly cloudy, high 15 °C."},
         Row{"the low", kNothing, "Tonight: Partly cloudy, low 5 °C."},
-        Row{"the same high again", kNothing, "Tomorrow: Partly cloudy, temperatures as today."},
+        Row{"the same high again", kNothing, "Tomorrow: Partly cloudy, temperatures similar to today."},
         Row{"rain within the day", falls(12, 15, 2, 80, Code::lightRain),
             "Today: Light rain from 12 PM to 3 PM, about 6 mm, otherwise partly cloudy, high 15 °C."},
         Row{"doubtful rain", falls(12, 15, 2, 54, Code::lightRain),
@@ -95,15 +95,14 @@ INSTANTIATE_TEST_SUITE_P(
             "Tonight: Light rain until 11 PM, about 5 mm, otherwise partly cloudy, low 5 °C."},
         Row{"snow with its depth", falls(30, 36, 2, 80, Code::heavySnow, -8),
             "Tomorrow: Heavy snow until 12 PM, about 8 cm of new snow, otherwise partly cloudy, temperatures "
-            "as "
-            "today."},
+            "similar to today."},
         Row{"rain that freezes", falls(20, 22, 1, 80, Code::lightRain, -1),
             "Tonight: Freezing rain from 8 PM to 10 PM, about 2 mm, otherwise partly cloudy, low -1 °C with "
             "frost."},
         Row{"strong gusts", [](WeatherData& weather) { weather.allHourly[37].windGustKmph = 50; },
-            "Tomorrow: Partly cloudy, temperatures as today. Gusts up to 50 km/h around 1 PM."},
+            "Tomorrow: Partly cloudy, temperatures similar to today. Gusts up to 50 km/h around 1 PM."},
         Row{"gusts worth no word", [](WeatherData& weather) { weather.allHourly[37].windGustKmph = 49; },
-            "Tomorrow: Partly cloudy, temperatures as today."},
+            "Tomorrow: Partly cloudy, temperatures similar to today."},
         Row{"strong sun", [](WeatherData& weather) { weather.allHourly[13].uvIndex = 6; },
             "Today: Partly cloudy, high 15 °C. UV index up to 6."},
         Row{"colder days to come",
@@ -111,7 +110,7 @@ INSTANTIATE_TEST_SUITE_P(
               weather.daily[2].maxTempC = 7;
               weather.daily[3].maxTempC = 8;
             },
-            "Tomorrow: Partly cloudy, temperatures as today. Colder from Monday, by 8°."},
+            "Tomorrow: Partly cloudy, temperatures similar to today. Colder from Monday, by 8°."},
         Row{"a sky that clears",
             [](WeatherData& weather) {
               for (std::size_t i = 9; i < 14; ++i) weather.allHourly[i].condition = Code::overcast;
@@ -155,8 +154,46 @@ TEST(Brief, BeginsWithTheWarningInEffect) {
   warnings.front().expires = at("2026-11-22T23:00:00Z");
   EXPECT_THAT(briefOf(days(), kMorning, beside),
               HasSubstr("Tomorrow: Wind warning from 7 PM to 11 PM. Partly"));
+  warnings.front().title = "Flood";
+  EXPECT_THAT(briefOf(days(), kMorning, beside), HasSubstr("Tomorrow: Flood (official warning) from 7 PM"));
   warnings.front().distanceKm = 3;
   EXPECT_THAT(briefOf(days(), kMorning, BriefBeside{warnings, {}, {}, {}}), Not(HasSubstr("Wind warning")));
+}
+
+TEST(Brief, ComparesWithWhatIsUsualInTheLastPlace) {
+  WeatherData weather = days();
+  BriefBeside beside;
+  beside.climate = "5° warmer than usual for mid-November (1991–2020)";
+  EXPECT_THAT(
+      briefOf(weather, kMorning, beside),
+      testing::StartsWith("Now: Partly cloudy, 10 °C. 5° warmer than usual for mid-November (1991–2020).\n"));
+  weather.allHourly[13].uvIndex = 6;
+  EXPECT_THAT(briefOf(weather, kMorning, beside), Not(HasSubstr("usual"))) << "five sentences are enough";
+}
+
+/// The morning after and before the night in which the clocks of Berlin change: the parts meet at the hours
+/// that its clocks show.
+TEST(Brief, CutsDaysOf23And25Hours) {
+  Calendar const berlin = test::zone("Europe/Berlin");
+  for (auto const& [now, begin] : {std::pair("2026-03-28T09:00:00Z", "2026-03-28T00:00:00Z"),
+                                   {"2026-10-24T09:00:00Z", "2026-10-24T00:00:00Z"}}) {
+    WeatherData weather = mildForecast(at(begin), 96);
+    weather.location.timeZone = "Europe/Berlin";
+    for (HourlyForecast& hour : weather.allHourly) {
+      auto const local = berlin.hour(hour.date);
+      bool const isNight = hour.date > at(now) && hour.date < at(now) + std::chrono::hours(24) && local < 6;
+      if (!isNight) continue;
+      hour.condition = Code::lightRain;
+      hour.precipMM = 1;
+      hour.chanceOfRain = 90;
+    }
+    Texts const texts = Texts::load("en");
+    Brief const brief = weatherBrief(weather, {}, at(now), Units::metric(), texts, berlin);
+    EXPECT_THAT(brief[BriefPart::tonight], HasSubstr("Light rain from 12 AM")) << now;
+    bool const isSpring = std::string_view(now).starts_with("2026-03");
+    EXPECT_THAT(brief[BriefPart::tonight], HasSubstr(isSpring ? "about 5 mm" : "about 7 mm")) << now;
+    EXPECT_THAT(brief[BriefPart::tomorrow], Not(HasSubstr("rain"))) << now;
+  }
 }
 
 TEST(Brief, CutsTheDayWhereItsHoursAre) {
@@ -182,7 +219,7 @@ TEST(Brief, SpeaksOfNothingThatNobodyKnows) {
     hour.unknownValues = ForecastValues::all();
   }
   EXPECT_EQ(briefOf(weather),
-            "Now: 10 °C.\nToday: High 15 °C.\nTonight: Low 5 °C.\nTomorrow: Temperatures as today.");
+            "Now: 10 °C.\nToday: High 15 °C.\nTonight: Low 5 °C.\nTomorrow: Temperatures similar to today.");
   EXPECT_EQ(briefOf(weather, at("2027-03-01T12:00:00Z")), "");
 }
 
