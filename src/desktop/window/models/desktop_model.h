@@ -125,7 +125,7 @@ class DesktopModel : public QObject {
   bool isReady() const { return isReady_; }
   bool hasSettled() const {
     return isReady_ && !snapshot_->weather->isLoading && snapshot_->hazards->isSettled() &&
-           globe_->hasSettled() && map_->hasSettled();
+           !snapshot_->outlook->isAsking && globe_->hasSettled() && map_->hasSettled();
   }
   TrayView tray() const;
   bool closesToTray() const { return snapshot_->closesToTray; }
