@@ -37,8 +37,10 @@ struct OnePlace final : ServiceFace {
   ServiceRecords places() override { return {{{"id", std::string("oslo")}, {"selected", true}}}; }
   std::optional<ServiceRecord> current(std::string const& place) override {
     if (!place.empty() && place != "oslo") return std::nullopt;
-    return ServiceRecord{
-        {"temperatureC", -2.5}, {"humidity", std::int64_t(80)}, {"name", std::string("O\xff")}};
+    return ServiceRecord{{"place", std::string("oslo")},
+                         {"temperatureC", -2.5},
+                         {"humidity", std::int64_t(80)},
+                         {"name", std::string("O\xff")}};
   }
   std::optional<ServiceRecords> hours(std::string const&) override { return ServiceRecords(); }
   std::optional<ServiceWarnings> warnings(std::string const&) override {
