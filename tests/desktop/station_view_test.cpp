@@ -115,6 +115,8 @@ TEST(StationPageView, ListsWhatCanBeChosen) {
   around = publicStationViews(desk, contextAt(kNow));
   EXPECT_TRUE(around[1].isChosen);
   EXPECT_FALSE(around[0].isChosen);
+  EXPECT_FALSE(view.isAround);
+  EXPECT_TRUE(stationView(desk, *snapshot(), contextAt(kNow)).isAround) << "the way back to the account's";
   desk.hasAccount = false;
   EXPECT_EQ(stationView(desk, *snapshot(), contextAt(kNow)).lookAround, "");
 }

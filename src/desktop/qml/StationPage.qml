@@ -179,6 +179,12 @@ ScrollPage {
                     enabled: !App.station.now.isBusy
                     onClicked: App.station.lookAround()
                 }
+                PlainButton {
+                    visible: App.station.now.isAround
+                    text: App.station.words.choose
+                    enabled: !App.station.now.isBusy
+                    onClicked: App.station.choose("")
+                }
                 StationRow {
                     width: parent.width
                     visible: App.station.now.hasMedian

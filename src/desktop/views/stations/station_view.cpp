@@ -207,6 +207,7 @@ StationView stationView(StationDesk const& desk, EngineSnapshot const& snapshot,
     view.lookAround = context.texts.format("desktop.station.around.look", snapshot.place->name);
   view.around = aroundText(desk, context);
   view.hasMedian = desk.around && desk.around->stations.used >= kFewestPublic;
+  view.isAround = reading.kind == StationLinkKind::around && desk.hasAccount;
   view.isMedian = reading.kind == StationLinkKind::around && reading.chosen.empty();
   return view;
 }

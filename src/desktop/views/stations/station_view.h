@@ -31,6 +31,7 @@ struct StationView {
   std::string around;      ///< what was found there, or why not
   bool hasMedian = false;
   bool isMedian = false;  ///< and it is what is shown
+  bool isAround = false;  ///< public stations are shown, in place of the account's
 
   bool operator==(StationView const&) const = default;
 };
@@ -56,6 +57,7 @@ inline constexpr auto viewFields<StationView> = FieldList{
     viewField("around", &StationView::around),
     viewField("hasMedian", &StationView::hasMedian),
     viewField("isMedian", &StationView::isMedian),
+    viewField("isAround", &StationView::isAround),
 };
 
 /// A module, or a station that can be chosen.
