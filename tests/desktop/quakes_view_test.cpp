@@ -111,16 +111,16 @@ std::vector<std::string> texts(std::vector<ChoiceView> const& choices) {
 TEST(QuakeFilters, OfferTheUsualValuesAndTheChosenOne) {
   ViewContext context = contextAt(kNow);
   EXPECT_THAT(texts(radiusChoices({500, 2.5}, context)),
-              ElementsAre("250\u00A0km", "*500\u00A0km", "1000\u00A0km", "2500\u00A0km", "World"));
+              ElementsAre("250\u00A0km", "*500\u00A0km", "1,000\u00A0km", "2,500\u00A0km", "World"));
   EXPECT_THAT(
       texts(radiusChoices({300, 2.5}, context)),
-      ElementsAre("250\u00A0km", "500\u00A0km", "1000\u00A0km", "2500\u00A0km", "World", "*300\u00A0km"));
+      ElementsAre("250\u00A0km", "500\u00A0km", "1,000\u00A0km", "2,500\u00A0km", "World", "*300\u00A0km"));
   EXPECT_THAT(texts(magnitudeChoices({0, 2.5}, context)), ElementsAre("All", "*2.5+", "4.5+", "6.0+"));
   context.units = Units::imperial();
   EXPECT_THAT(texts(radiusChoices({0, 2.5}, context)),
-              ElementsAre("150\u00A0mi", "300\u00A0mi", "600\u00A0mi", "1500\u00A0mi", "*World"));
+              ElementsAre("150\u00A0mi", "300\u00A0mi", "600\u00A0mi", "1,500\u00A0mi", "*World"));
   EXPECT_THAT(texts(radiusChoices({500, 2.5}, context)),
-              ElementsAre("150\u00A0mi", "*300\u00A0mi", "600\u00A0mi", "1500\u00A0mi", "World"))
+              ElementsAre("150\u00A0mi", "*300\u00A0mi", "600\u00A0mi", "1,500\u00A0mi", "World"))
       << "chosen as 500 km";
 }
 
