@@ -24,8 +24,8 @@ struct DayConfidence {
   bool isForTime = false;  ///< it is no higher because the day is far ahead, not for a difference
   double highestC = 0;
   double lowestC = 0;
-  std::optional<double> precipMM;  ///< absent where one of them does not know
-  std::optional<double> windKmph;  ///< of the strongest mean wind; likewise
+  std::optional<double> precipMM = {};  ///< absent where one of them does not know
+  std::optional<double> windKmph = {};  ///< of the strongest mean wind; likewise
 
   bool operator==(DayConfidence const&) const = default;
 };
