@@ -58,7 +58,8 @@ MapModel::MapModel(RadarSources radar, QObject* parent)
   rest_.setSingleShot(true);
   rest_.setInterval(kRestMs);
   connect(&rest_, &QTimer::timeout, this, &MapModel::look);
-  connect(radar_, &RadarModel::pictured, this, [this] { setPictures(radar_->pictures()); });
+  connect(radar_, &RadarModel::pictured, this,
+          [this] { setPictures(radar_->isShown() ? radar_->pictures() : MapLayerPictures()); });
   connect(radar_, &RadarModel::settled, this, &MapModel::settled);
 }
 

@@ -50,6 +50,7 @@ void RadarModel::show(ViewContext const& context) {
 void RadarModel::look(std::optional<MapView> const& view) {
   if (!sources_ || view == looked_) return;
   looked_ = view;
+  isWaiting_ = view.has_value();
   if (!view) stop();
   if (isShown_ != view.has_value()) {
     isShown_ = view.has_value();
@@ -71,6 +72,7 @@ void RadarModel::want() {
 }
 
 void RadarModel::take(RadarProgress progress) {
+  isWaiting_ = false;
   bool const isOther = progress.source != progress_.source;
   progress_ = std::move(progress);
   bool const isThere = std::ranges::any_of(progress_.frames, [this](RadarProgress::Frame const& each) {
@@ -117,7 +119,7 @@ void RadarModel::showAll() {
 }
 
 bool RadarModel::hasSettled() const {
-  return !isShown_ || (progress_.state != State::waiting && progress_.state != State::loading);
+  return !isShown_ || (!isWaiting_ && progress_.state != State::waiting && progress_.state != State::loading);
 }
 
 void RadarModel::chooseFrame(std::size_t frame) {

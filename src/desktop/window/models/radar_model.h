@@ -86,6 +86,7 @@ class RadarModel : public QObject {
   std::optional<Instant> shown_;   ///< time of the picture
   bool wantsAll_ = false;
   bool isShown_ = false;
+  bool isWaiting_ = false;  ///< for the first word of the view that is looked at
   QTimer play_, patience_;
   MapLayerPictures pictures_;
   std::unique_ptr<RadarLayer> layer_;  ///< ends first
