@@ -76,9 +76,11 @@ struct EngineStationsTest : testing::Test {
   FeedServices feeds_{http_,
                       clock_,
                       ServiceDirectory({}, ""),
-                      {.cacheDirectory = folder_.path() / "cache",
+                      {.contact = {},
+                       .cacheDirectory = folder_.path() / "cache",
                        .dataDirectory = folder_.path() / "data",
-                       .texts = std::make_shared<Texts const>(Texts::load("en"))}};
+                       .texts = std::make_shared<Texts const>(Texts::load("en")),
+                       .language = {}}};
   std::atomic<int> changes_ = 0;
   std::optional<Place> place_ = Place{{52.5, 13.4}, "Berlin", "", ""};
   std::function<void(std::string const&)> onConsent;
