@@ -16,9 +16,9 @@ struct FeedOptions {
   bool isNear = false;       ///< quakes: only those around `place`
   double radiusKm = 500;     ///< around it
   std::optional<double> minMagnitude;
-  std::string order = "time";             ///< of quakes
-  std::optional<double> radius;           ///< of fires and lightning, km; otherwise the one that suits them
-  std::string activity;                   ///< of advice: it alone
+  std::string order = "time";    ///< of quakes
+  std::optional<double> radius;  ///< of fires and lightning, km; otherwise the one that suits them
+  std::string activity;          ///< of advice: it alone
   bool speak = false;
   std::string source;                     ///< of advisories; empty: the one of the setting
   bool isWorld = false;                   ///< advisories: of all countries

@@ -25,10 +25,12 @@ Card {
                     { name: App.words.precipitation, colour: Theme.rain },
                     { name: App.words.wind, colour: Theme.wind },
                     { name: App.words.pressure, colour: Theme.air },
-                    { name: App.words.clouds, colour: Theme.cloud }
-                ].concat(curves.hasObserved ? [{ name: App.words.observed, colour: Theme.text }] : [])
+                    { name: App.words.clouds, colour: Theme.cloud },
+                    { name: App.words.observed, colour: Theme.text, isAbsent: !curves.hasObserved }
+                ]
                 Row {
                     required property var modelData
+                    visible: modelData.isAbsent !== true
                     spacing: 6
                     Rectangle {
                         anchors.verticalCenter: parent.verticalCenter

@@ -24,9 +24,11 @@ Item {
         ink: mark.ink
     }
     HoverHandler { id: pointer }
-    ToolTip {
+    Popup {
+        y: -height - 4
         visible: pointer.hovered
-        delay: 300
+        closePolicy: Popup.NoAutoClose
+        margins: Theme.space
         contentItem: PlainText {
             text: mark.text
             color: Theme.text
