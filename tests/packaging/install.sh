@@ -9,7 +9,13 @@ folder=$(mktemp -d)
 bus=
 window=
 watch=
-trap '[ -z "$watch" ] || kill "$watch" 2>/dev/null; [ -z "$window" ] || kill "$window" 2>/dev/null; [ -z "$bus" ] || kill "$bus" 2>/dev/null; rm -rf "$folder"' EXIT
+ended() { # who still writes into the folder is waited for
+  for process in $watch $window $bus; do
+    kill "$process" 2>/dev/null && timeout 10 tail --pid="$process" -f /dev/null || true
+  done
+  rm -rf "$folder"
+}
+trap ended EXIT
 fail() { echo "$*" >&2; exit 1; }
 
 prefix="$folder/the prefix"
