@@ -143,7 +143,8 @@ double shareOf(RadarSupplier const& supplier, MapView const& view) {
   constexpr int kPoints = 5;
   int within = 0;
   for (int i = 0; i < kPoints * kPoints; ++i) {
-    double const right = (i % kPoints + 0.5) / kPoints, down = (i / kPoints + 0.5) / kPoints;
+    int const row = i / kPoints;
+    double const right = (i % kPoints + 0.5) / kPoints, down = (row + 0.5) / kPoints;
     Coordinate place = coordinateOf(pointAt(view, {right * view.width, down * view.height}));
     place.longitude = std::remainder(place.longitude, 360);
     if (hasRadarAt(supplier, place)) ++within;
