@@ -116,7 +116,7 @@ std::string trialText(CustomNotification const& rule, RuleTrial const& trial, Ru
   }
   if (isOfEarthquakes(rule)) return std::string(texts.text("customnotif.trial.noEarthquake"));
   std::string const silent = texts.format("customnotif.trial.silent", momentText(trial.until, inputs));
-  std::string const nearest = nearestText(rule, trial.found, inputs);
+  std::string nearest = nearestText(rule, trial.found, inputs);
   if (isOfStation(rule) && !nearest.empty()) return nearest;
   return nearest.empty() ? silent : silent + " " + nearest;
 }

@@ -116,7 +116,7 @@ constexpr WordRow kWords[] = {
 DesktopModel::DesktopModel(Setting setting, WindowActions actions, QObject* parent)
     : QObject(parent),
       setting_(std::move(setting)),
-      actions_(actions),
+      actions_(std::move(actions)),
       clouds_(new CloudModel(actions_.clouds, this)),
       globe_(new GlobeModel({setting_.wording.texts, setting_.program}, actions_.globe, clouds_, this)),
       map_(new MapModel(actions_.radar, this)),
