@@ -180,11 +180,11 @@ RadarSources radarOf(Engine& engine) {
           }};
 }
 
-/// Whoever works with it holds the services that it belongs to.
-InUse<CloudService> cloudsOf(Engine& engine) {
-  return [feeds = feedsOf([&engine] { return engine.services(); })] {
+template <class Part>
+InUse<Part> partOf(Engine& engine, Part& (FeedServices::*part)()) {
+  return [feeds = feedsOf([&engine] { return engine.services(); }), part] {
     auto const all = feeds();
-    return std::shared_ptr<CloudService>(all, &all->clouds());
+    return std::shared_ptr<Part>(all, &((*all).*part)());
   };
 }
 
@@ -245,7 +245,7 @@ int showWindow(QGuiApplication& application, Environment const& environment, Des
   DesktopModel shown(
       {*engine.wording(), engine.standIn(), [&engine] { return engine.clock().now(); }, environment.program},
       {engine, &engine.globe(), engine.notifications(), engine.stations(), radarOf(engine),
-       cloudsOf(engine)});
+       partOf(engine, &FeedServices::clouds), partOf(engine, &FeedServices::modelFields)});
   // The cached forecast is there within milliseconds; the pages are made with it and not once more.
   if (auto first = box.take(kFirstPatience)) shown.show(std::move(first));
   model = &shown;

@@ -7,6 +7,7 @@
 #include "feeds/feed_source.h"
 #include "feeds/fires/wildfire_service.h"
 #include "feeds/imagery/cloud_service.h"
+#include "feeds/imagery/model_field_service.h"
 #include "feeds/imagery/radar_service.h"
 #include "feeds/imagery/tile_service.h"
 #include "feeds/nowcast/nowcast_service.h"
@@ -104,6 +105,15 @@ std::filesystem::path tileDirectory(ServiceDirectory const& services,
   return cacheDirectory / (isStandIn(services) ? "MapPictures.stand-in" : "MapPictures");
 }
 
+ModelFieldService::Options modelFieldOptions(ServiceDirectory const& services,
+                                             std::filesystem::path const& cacheDirectory) {
+  ServiceAddress address = services.address(Service::openMeteo);
+  ModelFieldService::Options options{std::move(address.baseUrl), std::move(address.apiKey)};
+  if (!cacheDirectory.empty())
+    options.folder = cacheDirectory / (isStandIn(services) ? "ModelFields.stand-in" : "ModelFields");
+  return options;
+}
+
 CloudService::Options cloudOptions(ServiceDirectory const& services,
                                    std::filesystem::path const& cacheDirectory) {
   CloudService::Options options{services.address(Service::nowCoast).baseUrl,
@@ -164,6 +174,7 @@ struct FeedServices::Parts {
         radar(imageryRequests, clock, radarBases(services)),
         tiles(imageryRequests, clock, tileDirectory(services, options.cacheDirectory)),
         clouds(imageryRequests, clock, cloudOptions(services, options.cacheDirectory)),
+        modelFields(imageryRequests, clock, modelFieldOptions(services, options.cacheDirectory)),
         stations(http, clock, stationOptions(services, options)) {}
 
   Options options;
@@ -188,6 +199,7 @@ struct FeedServices::Parts {
   RadarService radar;
   TileService tiles;
   CloudService clouds;
+  ModelFieldService modelFields;
   StationService stations;
 };
 
@@ -271,6 +283,10 @@ TileService& FeedServices::tiles() {
 
 CloudService& FeedServices::clouds() {
   return parts_->clouds;
+}
+
+ModelFieldService& FeedServices::modelFields() {
+  return parts_->modelFields;
 }
 
 StationService& FeedServices::stations() {

@@ -24,6 +24,7 @@ class GovAlertService;
 class HttpClient;
 class KpForecastService;
 class LightningSource;
+class ModelFieldService;
 class NWSAlertService;
 class NowcastService;
 class OutlookService;
@@ -75,6 +76,7 @@ class FeedServices {
   RadarService& radar();
   TileService& tiles();
   CloudService& clouds();
+  ModelFieldService& modelFields();
   StationService& stations();
   Regions const& regions() const;
   /// Element sets by the name of their group, for a satellite feed. Must not outlive this.

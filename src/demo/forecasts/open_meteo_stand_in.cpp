@@ -305,6 +305,61 @@ class ForecastWriter {
   JsonWriter json_;
 };
 
+/// Of many places at once: hours from the present one on, in unix time.
+DemoAnswer openMeteoGrid(DemoRequest const& asked, Instant now) {
+  constexpr int kMostHours = 384;
+  std::string const latitudeText = asked.query("latitude"), longitudeText = asked.query("longitude");
+  auto const latitudes = split(latitudeText, ','), longitudes = split(longitudeText, ',');
+  std::string const hourly = asked.query("hourly");
+  auto const variables = listOf(hourly);
+  int const count = std::clamp(parseInteger(asked.query("forecast_hours")).value_or(0), 1, kMostHours);
+  if (latitudes.size() != longitudes.size())
+    return refusal("Parameter 'latitude' and 'longitude' must have the same number of elements");
+  Instant const first = std::chrono::floor<hours>(now);
+  JsonWriter json;
+  json.beginList();
+  for (std::size_t i = 0; i < latitudes.size(); ++i) {
+    auto const place = demoCoordinate(latitudes[i], longitudes[i]);
+    if (!place) return refusal("Latitude must be in range of -90 to 90°.");
+    Day weather;
+    weather.reserve(static_cast<std::size_t>(count));
+    for (int hour = 0; hour < count; ++hour)
+      weather.push_back(demoWeather(asked.answeredPlace(*place), first + hours(hour)));
+    json.separate();
+    json.beginObject();
+    json.member("latitude", place->latitude);
+    json.member("longitude", place->longitude);
+    json.member("utc_offset_seconds", 0);
+    json.key("hourly");
+    json.beginObject();
+    json.key("time");
+    json.beginList();
+    for (int hour = 0; hour < count; ++hour) {
+      json.separate();
+      json.value(static_cast<std::int64_t>(
+          std::chrono::floor<seconds>(first + hours(hour)).time_since_epoch().count()));
+    }
+    json.endList();
+    for (auto const name : variables) {
+      auto const* const variable = findRow(kHourVariables, name);
+      if (variable == nullptr)
+        return refusal("Cannot initialize variable from invalid String value " + oneLine(name, 40) + ".");
+      json.key(name);
+      json.beginList();
+      for (DemoWeather const& hour : weather) {
+        double const scale = std::pow(10.0, variable->decimals);
+        json.separate();
+        json.value(std::round(variable->value(hour) * scale) / scale);
+      }
+      json.endList();
+    }
+    json.endObject();
+    json.endObject();
+  }
+  json.endList();
+  return {200, json.take(), {}};
+}
+
 std::string rangeReason(std::string_view name, std::string_view range, std::string const& given) {
   return std::string(name) + " must be in range of " + std::string(range) +
          "°. Given: " + oneLine(given, 20) + ".";
@@ -316,6 +371,7 @@ DemoAnswer openMeteoForecast(DemoRequest const& asked, Instant now) {
   DemoLookup const& query = asked.query;
   if (!query("past_days").empty()) return openMeteoPastDays(asked, now);
   if (!query("minutely_15").empty()) return openMeteoQuarters(asked, now);
+  if (query("latitude").contains(',')) return openMeteoGrid(asked, now);
   auto const latitude = parseDouble(query("latitude"));
   auto const longitude = parseDouble(query("longitude"));
   if (!latitude || std::abs(*latitude) > 90)

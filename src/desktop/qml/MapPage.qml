@@ -205,6 +205,14 @@ FocusScope {
             visible: App.map.radar.isShown && !(card.visible && !page.isWide) && !(page.isPanelOpen && !page.isWide)
         }
 
+        Binding { target: App.map.fields; property: "isDark"; value: Theme.dark }
+        FieldBar {
+            x: radar.x
+            y: (radar.visible ? radar.y : parent.height - 4 * Theme.space) - height - (radar.visible ? Theme.space : 0)
+            width: radar.width
+            visible: App.map.fields.isShown && !(card.visible && !page.isWide) && !(page.isPanelOpen && !page.isWide)
+        }
+
         Column {
             id: knobs
             x: parent.width - width - 2 * Theme.space

@@ -1,5 +1,6 @@
 #include "desktop/window/models/map_model.h"
 
+#include "desktop/imagery/cloud_veil.h"
 #include "desktop/window/words.h"
 #include "feeds/regions/regions.h"
 #include "gazetteer/gazetteer.h"
@@ -17,7 +18,7 @@ constexpr WordRow kWords[] = {
     {"legend", "desktop.globe.legend"},   {"closer", "desktop.globe.closer"},
     {"farther", "desktop.globe.farther"}, {"home", "desktop.map.home"},
     {"onMap", "desktop.map.onMap"},       {"open", "desktop.map.open"},
-    {"close", "desktop.globe.close"},
+    {"close", "desktop.globe.close"},     {"modelTimes", "desktop.map.model.times"},
 };
 
 struct LayerRow {
@@ -28,6 +29,11 @@ struct LayerRow {
 constexpr std::string_view kRadarLayer = "radar";
 constexpr std::array kLayers = std::to_array<LayerRow>({
     {kRadarLayer, "desktop.map.radar"},
+    {"clouds", "desktop.credit.clouds"},
+    {"temperature", "customnotif.type.temperature"},
+    {"precipitation", "customnotif.type.precipitation"},
+    {"pressure", "customnotif.type.pressure"},
+    {"wind", "report.wind"},
     {"places", "desktop.page.places"},
     {"warnings", "desktop.official"},
     {"quakes", "desktop.quakes"},
@@ -43,9 +49,11 @@ constexpr std::string_view kMakers = "Natural Earth, GeoNames";
 
 }  // namespace
 
-MapModel::MapModel(RadarSources radar, QObject* parent)
+MapModel::MapModel(RadarSources radar, Under under, QObject* parent)
     : QObject(parent),
       radar_(new RadarModel(std::move(radar), this)),
+      clouds_(under.clouds),
+      fields_(new FieldModel(std::move(under.fields), this)),
       words_(new RecordModel(this)),
       card_(new RecordModel(this)),
       scale_(new RecordModel(this)),
@@ -61,12 +69,46 @@ MapModel::MapModel(RadarSources radar, QObject* parent)
   connect(radar_, &RadarModel::pictured, this,
           [this] { setPictures(radar_->isShown() ? radar_->pictures() : MapLayerPictures()); });
   connect(radar_, &RadarModel::settled, this, &MapModel::settled);
+  connect(clouds_, &CloudModel::changed, this, &MapModel::layUnder);
+  connect(fields_, &FieldModel::pictured, this, &MapModel::layUnder);
+}
+
+MapModel::~MapModel() = default;
+
+std::optional<FieldKind> MapModel::fieldOn() const {
+  for (std::string_view const name : enumNames<FieldKind>) {
+    if (isOn(name)) return enumFromName<FieldKind>(name);
+  }
+  return std::nullopt;
+}
+
+/// The clouds of the view at rest, and the field above them.
+void MapModel::layUnder() {
+  if (!wasShown_ || !context_) return;
+  MapLayerPictures under;
+  bool const isSeen = isShown_ && view_.width > 0 && view_.height > 0;
+  QImage const veil = isSeen && isOn(kCloudLayer) ? clouds_->veil(context_->now) : QImage();
+  if (!veil.isNull()) {
+    MapPoint const end{double(view_.width), double(view_.height)};
+    if (drawnClouds_.veil != veil.cacheKey() || drawnClouds_.view != view_)
+      drawnClouds_ = {view_, veil.cacheKey(), cloudsOnMap(veil, view_)};
+    under.push_back({drawnClouds_.picture, pointAt(view_, {0, 0}), pointAt(view_, end), 1});
+  }
+  for (MapLayerPicture& picture : fields_->pictures()) under.push_back(std::move(picture));
+  under_ = std::move(under);
+  showLayers();
+  Q_EMIT layersChanged();
+  if (hasSettled()) Q_EMIT settled();
 }
 
 /// Asks for the pictures of what is seen.
 void MapModel::look() {
   bool const isLooked = isShown_ && isOn(kRadarLayer) && view_.width > 0 && view_.height > 0;
   radar_->look(isLooked ? std::optional(view_) : std::nullopt);
+  bool const isSeen = isShown_ && view_.width > 0 && view_.height > 0;
+  clouds_->want(this, isSeen && isOn(kCloudLayer));
+  fields_->look(isSeen ? fieldOn() : std::nullopt, view_);
+  layUnder();
   if (hasSettled()) Q_EMIT settled();
 }
 
@@ -97,6 +139,7 @@ void MapModel::refill() {
   showScale();
   describe();
   radar_->show(*context_);
+  fields_->show(*context_);
   Texts const& texts = context_->texts;
   credit_ = QString::fromStdString(texts.format("desktop.map.credit", std::string(kMakers)));
   Q_EMIT shown();
@@ -107,12 +150,15 @@ void MapModel::showLayers() {
   std::vector<MapLayerView> views;
   for (LayerRow const& row : kLayers) {
     if (row.name == kRadarLayer && !radar_->isThere()) continue;
+    if (row.name == kCloudLayer && !clouds_->canAsk()) continue;
+    if (enumFromName<FieldKind>(row.name) && !fields_->canAsk()) continue;
     MapLayerView& view = views.emplace_back();
     view.name = row.name;
     view.title = context_->text(row.key);
     view.isOn = isOn(row.name);
     if (row.name == "warnings" && things_.unplaced > 0)
       view.note = context_->texts.format("desktop.map.noArea", things_.unplaced);
+    if (row.name == kCloudLayer && view.isOn) view.note = clouds_->note(*context_);
     auto const kind = enumFromName<MapLayerKind>(row.name);
     if (kind && supplement != nullptr && view.note.empty())
       view.note = layerNote(*kind, *supplement, *context_);
@@ -214,6 +260,10 @@ void MapModel::goHome() {
 
 void MapModel::toggle(QString const& layer) {
   std::string const name = layer.toStdString();
+  // One field at a time can be read.
+  if (enumFromName<FieldKind>(name) && !isOn(name)) {
+    for (std::string_view const other : enumNames<FieldKind>) hidden_.emplace(other);
+  }
   if (hidden_.erase(name) == 0) hidden_.insert(name);
   if (context_) showLayers();
   look();

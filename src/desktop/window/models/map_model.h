@@ -5,6 +5,8 @@
 #include "app/state/engine_snapshot.h"
 #include "base/web_mercator.h"
 #include "desktop/views/map/map_things.h"
+#include "desktop/window/models/cloud_model.h"
+#include "desktop/window/models/field_model.h"
 #include "desktop/window/models/radar_model.h"
 #include "desktop/window/models/view_models.h"
 #include "desktop/window/painting/map_layer.h"
@@ -25,6 +27,7 @@ class MapModel : public QObject {
   Q_PROPERTY(nimbara::RecordListModel* layers READ layers CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* things READ things CONSTANT)
   Q_PROPERTY(nimbara::RadarModel* radar READ radar CONSTANT)
+  Q_PROPERTY(nimbara::FieldModel* fields READ fields CONSTANT)
   Q_PROPERTY(QString description READ description NOTIFY described)
   Q_PROPERTY(QString credit READ credit NOTIFY shown)
   Q_PROPERTY(bool isShown READ isShown WRITE setShown NOTIFY isShownChanged)
@@ -35,13 +38,21 @@ class MapModel : public QObject {
   /// The view that is at rest for so long is one that pictures are fetched for.
   static constexpr int kRestMs = 150;
 
-  MapModel(RadarSources radar, QObject* parent);
+  /// What lies under the radar.
+  struct Under {
+    CloudModel* clouds;
+    InUse<ModelFieldService> fields;
+  };
+
+  MapModel(RadarSources radar, Under under, QObject* parent);
+  ~MapModel() override;
 
   void show(std::shared_ptr<EngineSnapshot const> snapshot, ViewContext const& context);
 
   RecordModel* words() { return words_; }
   RecordModel* card() { return card_; }
   RadarModel* radar() { return radar_; }
+  FieldModel* fields() { return fields_; }
   RecordModel* scale() { return scale_; }
   RecordListModel* layers() { return layers_; }
   RecordListModel* things() { return list_; }
@@ -58,8 +69,13 @@ class MapModel : public QObject {
   /// What lies between the land and the things on it, the lowest first.
   MapLayerPictures const& pictures() const { return pictures_; }
   void setPictures(MapLayerPictures pictures);
+  /// What lies under those: clouds and a field of the model.
+  MapLayerPictures const& underPictures() const { return under_; }
   /// Nothing is to come that a picture of the page should wait for.
-  bool hasSettled() const { return !isShown_ || (!rest_.isActive() && radar_->hasSettled()); }
+  bool hasSettled() const {
+    return !isShown_ || (!rest_.isActive() && radar_->hasSettled() && fields_->hasSettled() &&
+                         (!isOn(kCloudLayer) || clouds_->hasSettled()));
+  }
   /// The zoom with which the map begins and to which it comes home.
   void setHomeZoom(double zoom);
 
@@ -98,8 +114,12 @@ class MapModel : public QObject {
     std::size_t number = 0;
   };
 
+  static constexpr std::string_view kCloudLayer = "clouds";
+
   void refill();
   void look();
+  void layUnder();
+  std::optional<FieldKind> fieldOn() const;
   void showLayers();
   void showScale();
   void describe();
@@ -110,6 +130,8 @@ class MapModel : public QObject {
   double away(Coordinate from, MapPoint pixel) const;
 
   RadarModel* radar_;
+  CloudModel* clouds_;
+  FieldModel* fields_;
   QTimer rest_;
   RecordModel* words_;
   RecordModel* card_;
@@ -128,8 +150,14 @@ class MapModel : public QObject {
   MapView view_;
   MapThings things_;
   std::vector<MapThingView> rows_;
-  MapLayerPictures pictures_;
-  std::set<std::string, std::less<>> hidden_;
+  MapLayerPictures pictures_, under_;
+  /// The clouds as they were drawn last, for which view and veil.
+  struct DrawnClouds {
+    MapView view;
+    qint64 veil = 0;
+    QImage picture;
+  } drawnClouds_;
+  std::set<std::string, std::less<>> hidden_{"clouds", "temperature", "precipitation", "pressure", "wind"};
   std::optional<Picked> picked_;
 };
 

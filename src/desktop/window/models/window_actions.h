@@ -21,6 +21,7 @@ Actions& nobody() {
 }
 
 class CloudService;
+class ModelFieldService;
 
 /// All of them outlive the window's models.
 struct WindowActions {
@@ -28,8 +29,9 @@ struct WindowActions {
   GlobeActions* globe = nullptr;  ///< without, the globe waits for nothing
   NotificationActions& notifications = nobody<NotificationActions>();
   StationActions& stations = nobody<StationActions>();
-  RadarSources radar = {};          ///< without, the map has none
-  InUse<CloudService> clouds = {};  ///< without, nobody can be asked for any
+  RadarSources radar = {};               ///< without, the map has none
+  InUse<CloudService> clouds = {};       ///< without, nobody can be asked for any
+  InUse<ModelFieldService> fields = {};  ///< likewise
 };
 
 /// A listener for any thread: `show(model, answer)` runs later, on the window's, unless the model has gone.

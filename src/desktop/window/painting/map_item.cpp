@@ -152,8 +152,8 @@ bool MapItem::paintAreas(QPainter& painter, QPointF corner, double side) const {
   return isAny;
 }
 
-void MapItem::paintPictures(QPainter& painter, MapView const& view) const {
-  for (MapLayerPicture const& layer : model_->pictures()) {
+void MapItem::paintPictures(QPainter& painter, MapView const& view, MapLayerPictures const& pictures) const {
+  for (MapLayerPicture const& layer : pictures) {
     painter.setOpacity(layer.opacity);
     WorldTurns const turns = turnsOf(view, layer.northWest.x, layer.southEast.x);
     for (int turn = turns.first; turn <= turns.last; ++turn) {
@@ -216,7 +216,8 @@ void MapItem::paint(QPainter* painter) {
   painter->setClipRect(boundingRect());
   painter->fillRect(boundingRect(), sea_);
   ground_.paint(*painter, view, ratio);
-  paintPictures(*painter, view);
+  paintPictures(*painter, view, model_->underPictures());
+  paintPictures(*painter, view, model_->pictures());
   if (model_->isOn("warnings") && !areas_.empty()) warned_.paint(*painter, view, ratio);
   painter->setRenderHint(QPainter::Antialiasing);
   if (model_->isOn("quakes")) paintQuakes(*painter, view);

@@ -53,7 +53,7 @@ class MapItem : public QQuickPaintedItem {
   Outlines const& outlinesAt(double side);
   bool paintLand(QPainter& painter, QPointF corner, double side);
   bool paintAreas(QPainter& painter, QPointF corner, double side) const;
-  void paintPictures(QPainter& painter, MapView const& view) const;
+  void paintPictures(QPainter& painter, MapView const& view, MapLayerPictures const& pictures) const;
   void paintQuakes(QPainter& painter, MapView const& view) const;
   void paintPlaces(QPainter& painter, LabelRoom& room, MapView const& view);
   void takeThings();
