@@ -1,5 +1,6 @@
 #include "analysis/weather_brief.h"
 
+#include "analysis/brief_events.h"
 #include "analysis/brief_words.h"
 #include "analysis/hour_kind.h"
 #include "analysis/trend_analyzer.h"
@@ -24,7 +25,6 @@ constexpr int kNightIsOver = 5;
 constexpr hours kWorthADay{1};
 constexpr std::size_t kMostSentences = 5;
 constexpr double kFeltApartC = 4;
-constexpr int kLikely = 55;
 constexpr double kGustsKmph = 50;
 constexpr double kStormyKmph = 75;
 constexpr int kHighUv = 6;
@@ -33,18 +33,13 @@ constexpr double kDaysApartC = 5;
 constexpr double kSameDayC = 2;
 constexpr double kDeepFrostC = -8;
 constexpr double kSkyChange = 1;
-constexpr hours kLongPause{4};
-/// What ends so soon after a part of the day belongs to that part.
-constexpr hours kOverhang{3};
-constexpr hours kLeastFog{2};
-constexpr double kTraceMM = 0.2;
 constexpr double kFeltHotC = 33;
 constexpr double kFeltColdC = -5;
 
-struct Span {
+struct Span : BriefSpan {
+  Span(BriefPart which, Instant from, Instant to) : BriefSpan{from, to}, part(which) {}
+
   BriefPart part;
-  Instant begin;
-  Instant end;
 };
 
 /// One of the sentences that may be said; rank 0 is always said.
@@ -109,11 +104,7 @@ class Writer {
     spans_.push_back({BriefPart::tomorrow, at(tomorrow, kMorning), midnight});
   }
 
-  Hours hoursOf(Span const& span) const {
-    Hours const from = upcomingHours(weather_.allHourly, span.begin);
-    auto const end = std::ranges::lower_bound(from, span.end, {}, &HourlyForecast::date);
-    return {from.begin(), end};
-  }
+  Hours hoursOf(Span const& span) const { return hoursWithin(weather_, span); }
 
   void add(BriefPart part, int rank, std::vector<std::string> const& clauses) {
     if (std::string text = words_.sentence(clauses); !text.empty())
@@ -217,103 +208,25 @@ class Writer {
 
   // ---- today, tonight, tomorrow
 
-  /// All of a kind within the span as one; told as coming at times where long pauses part them.
-  struct Told {
-    WeatherEvent event;
-    bool isAtTimes = false;
-  };
-
-  /// Until when a span tells an event: a little beyond its end what ends there.
-  static Instant endIn(Span const& span, WeatherEvent const& event) {
-    return event.end <= span.end + kOverhang ? std::max(event.end, span.end) : span.end;
-  }
-
-  /// What only hangs over from the span before was told there.
-  bool isToldBefore(WeatherEvent const& event, Span const& span) const {
-    return event.begin < span.begin && event.end <= span.begin + kOverhang && span.begin > now_ &&
-           span.begin > spans_.front().begin;
-  }
-
-  std::optional<Told> told(EventKind kind, Span const& span) const {
-    std::optional<Told> all;
-    for (WeatherEvent event : events_) {
-      if (event.kind != kind || event.begin >= span.end || event.end <= span.begin) continue;
-      if (kind != EventKind::fog) event.begin = std::max(event.begin, dryUntil());
-      bool const isTrace = event.totalMM && *event.totalMM < kTraceMM;
-      bool const isShortFog = kind == EventKind::fog && event.end - event.begin < kLeastFog;
-      if (event.begin >= event.end || isTrace || isShortFog || isToldBefore(event, span)) continue;
-      all ? join(*all, event) : void(all = Told{event});
-    }
-    return all;
-  }
-
-  static void join(Told& told, WeatherEvent const& event) {
-    WeatherEvent& joined = told.event;
-    told.isAtTimes = told.isAtTimes || event.begin - joined.end >= kLongPause;
-    joined.end = event.end;
-    if (event.chance) joined.chance = std::max(joined.chance.value_or(0), *event.chance);
-    if (joined.totalMM && event.totalMM) *joined.totalMM += *event.totalMM;
-    if (joined.totalSnowCm && event.totalSnowCm) *joined.totalSnowCm += *event.totalSnowCm;
-    if (event.value > joined.value) joined.condition = event.condition;
-  }
-
-  /// mm of that kind that fall within the span.
-  double amountIn(Span const& span, EventKind kind) const {
-    double mm = 0;
-    Hours const within = hoursOf(span);
-    for (HourlyForecast const& hour : within) {
-      HourFall const fall = fallOf(hour);
-      bool const counts = kind == EventKind::thunder        ? falls(fall)
-                          : kind == EventKind::freezingRain ? fall == HourFall::freezing
-                          : kind == EventKind::snow         ? fall == HourFall::snow
-                          : kind == EventKind::sleet        ? fall == HourFall::sleet
-                                                            : fall == HourFall::rain;
-      if (counts && hour.knows(ForecastValue::precipitation)) mm += hour.precipMM;
-    }
-    return mm;
-  }
-
-  void addAmount(std::vector<std::string>& clauses, Told const& told, Span const& span) {
-    double const mm = amountIn({span.part, span.begin, endIn(span, told.event)}, told.event.kind);
-    bool const isSnow = told.event.kind == EventKind::snow && told.event.totalMM && *told.event.totalMM > 0;
-    double const depth = isSnow ? told.event.totalSnowCm.value_or(0) / *told.event.totalMM : 0;
-    bool const isFalling =
-        present_ && isPrecipitation(present_->condition) && told.event.begin <= now_ && span.begin == now_;
-    std::string amount = isSnow ? words_.snowAmount(mm * depth, isFalling) : words_.rainAmount(mm);
-    if (!amount.empty() && isNew(amount)) clauses.push_back(std::move(amount));
-  }
-
-  std::string clauseOf(Told const& told, Span const& span) const {
-    std::string name = words_.nameOf(told.event);
-    bool const isDoubtful = (told.event.chance && *told.event.chance < kLikely) ||
-                            (told.event.begin <= now_ && span.begin == now_ && present_ &&
-                             told.event.kind != EventKind::fog && !isPrecipitation(present_->condition));
-    if (isDoubtful) name = words_.texts().format("brief.possible", name);
-    if (told.isAtTimes) return words_.texts().format("brief.atTimes", name);
-    return words_.during(std::move(name), told.event, span.begin, endIn(span, told.event));
-  }
-
   void addSpan(Span const& span) {
     Hours const within = hoursOf(span);
+    BriefEvents const events(weather_, events_, words_,
+                             {now_, spans_.front().begin, dryUntil(), isFalling()});
     std::vector<std::string> clauses;
-    std::vector<Told> events;
-    for (EventKind const kind : {EventKind::freezingRain, EventKind::thunder, EventKind::snow,
-                                 EventKind::sleet, EventKind::rain, EventKind::fog}) {
-      auto found = told(kind, span);
-      if (!found) continue;
-      bool const overlaps = std::ranges::any_of(events, [&](Told const& other) {
-        return found->event.begin < other.event.end && other.event.begin < found->event.end;
-      });
-      if (!overlaps && events.size() < 2) events.push_back(*found);
+    auto const told = events.told(span);
+    for (ToldEvent const& one : told) {
+      clauses.push_back(events.clauseOf(one, span));
+      std::string amount = events.amountOf(one, span);
+      if (!amount.empty() && isNew(amount)) clauses.push_back(std::move(amount));
     }
-    std::ranges::stable_sort(events, {}, [](Told const& one) { return one.event.begin; });
-    for (Told const& one : events) {
-      clauses.push_back(clauseOf(one, span));
-      if (one.event.kind != EventKind::fog) addAmount(clauses, one, span);
-    }
-    addSky(clauses, within, events.empty());
+    addSky(clauses, within, told.empty());
     addTemperature(clauses, span, within);
     add(span.part, always, clauses);
+  }
+
+  /// Something falls at present; nothing where the present is not known.
+  std::optional<bool> isFalling() const {
+    return present_.transform([](Present const& present) { return isPrecipitation(present.condition); });
   }
 
   void addSky(std::vector<std::string>& clauses, Hours within, bool isAlone) const {
