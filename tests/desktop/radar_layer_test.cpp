@@ -17,7 +17,7 @@ using test::at;
 using test::pictureOf;
 using State = RadarProgress::State;
 
-constexpr Coordinate kParis{48.86, 2.35}, kMadrid{40.4, -3.7}, kBerlin{52.52, 13.4};
+constexpr Coordinate kParis{48.86, 2.35}, kMadrid{40.4, -3.7}, kMitte{52.52, 13.4};
 
 MapView viewOf(Coordinate centre, double zoom = 6) {
   return {mercatorOf(centre), zoom, 300, 200};
@@ -163,7 +163,7 @@ TEST_F(RadarLayerTest, TellsDryFromUncovered) {
 
 TEST(RadarComposition, HasAVeilWhereASupplierHasNoRadar) {
   RadarSupplier const& german = supplierOf(RadarSource::dwd);
-  MapView const inside = viewOf(kBerlin, 9), beside = viewOf({52.5, 20}, 9), edge = viewOf({52.5, 15.8}, 9);
+  MapView const inside = viewOf(kMitte, 9), beside = viewOf({52.5, 20}, 9), edge = viewOf({52.5, 15.8}, 9);
   EXPECT_FALSE(coversAll(veilOf(inside, german, {}), inside));
   EXPECT_TRUE(coversAll(veilOf(beside, german, {}), beside));
   QImage const veil = veilOf(edge, german, {});

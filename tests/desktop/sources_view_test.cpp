@@ -14,7 +14,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-constexpr Coordinate kBerlin{52.52, 13.41};
+constexpr Coordinate kMarienfelde{52.52, 13.41};
 constexpr Coordinate kTokyo{35.69, 139.69};
 
 SourceCoverage checked(std::string source, CoverageState state) {
@@ -86,10 +86,10 @@ TEST(Sources, AreBeingCheckedWhereNothingIsKnownOfNow) {
   SourceCoverage old = checked("wmo", CoverageState::none);
   old.checkedAt = kNow - kCoverageTrust - std::chrono::minutes(1);
   snapshot.places.places = {savedPlace("New", {1, 2}), savedPlace("Old", kTokyo),
-                            savedPlace("Known", kBerlin)};
+                            savedPlace("Known", kMarienfelde)};
   HazardsState hazards;
   hazards.isCheckingPlaces = true;
-  hazards.places = {{kTokyo, {old}, {}}, {kBerlin, {part}, {}}};
+  hazards.places = {{kTokyo, {old}, {}}, {kMarienfelde, {part}, {}}};
   snapshot.hazards = shared(hazards);
   std::vector<std::string> states;
   for (SourceView const& view : sourceViews(snapshot, contextAt(kNow))) states.push_back(view.stateText);
@@ -113,13 +113,13 @@ TEST(Sources, AreOldAfterAWhile) {
 }
 
 TEST(Sources, OfferTheUsualOneFirst) {
-  SourceView const usual = only(kBerlin, {});
+  SourceView const usual = only(kMarienfelde, {});
   ASSERT_GE(usual.values.size(), 2U);
   EXPECT_EQ(usual.labels.size(), usual.values.size());
   EXPECT_EQ(usual.values[0], "usual");
   EXPECT_EQ(usual.labels[0], "MeteoAlarm (usual)");
   EXPECT_EQ(usual.chosen, "usual");
-  SourceView const chosen = only(kBerlin, {}, "brightsky");
+  SourceView const chosen = only(kMarienfelde, {}, "brightsky");
   EXPECT_EQ(chosen.chosen, "brightsky");
   EXPECT_EQ(chosen.service, "Deutscher Wetterdienst");
 }
@@ -127,7 +127,7 @@ TEST(Sources, OfferTheUsualOneFirst) {
 TEST(Sources, HaveTheCurrentLocationFirstAndWithoutAChoice) {
   auto const snapshot = snapshotOf(stateOf(mildWeek()));
   snapshot->places.selected = kCurrentLocation;
-  snapshot->place = Place{kBerlin, "Berlin", "Germany", "Berlin"};
+  snapshot->place = Place{kMarienfelde, "Berlin", "Germany", "Berlin"};
   auto const views = sourceViews(*snapshot, contextAt(kNow));
   ASSERT_EQ(views.size(), snapshot->places.places.size() + 1);
   EXPECT_EQ(views[0].place, "Berlin");
