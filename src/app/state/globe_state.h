@@ -59,6 +59,8 @@ struct GlobeState {
 
 inline constexpr std::string_view kEarthquakeRow = "earthquakes";
 inline constexpr std::string_view kCloudRow = "clouds";
+inline constexpr std::string_view kStormRow = "storms";
+inline constexpr std::string_view kRadarRow = "radar";
 
 /// "debris" of the legend's text "sat.group.debris": groups that share a text are one row.
 std::string_view legendName(SatelliteCatalog::Group const& group);

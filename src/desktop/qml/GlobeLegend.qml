@@ -124,79 +124,96 @@ Rectangle {
             }
         }
 
-        Column {
+        Flickable {
+            id: layers
             width: parent.width
+            height: Math.min(contentHeight, Math.max(80, legend.most - search.height - 5 * Theme.space))
             visible: !legend.isSearching
+            contentHeight: rows.height
+            clip: true
+            boundsBehavior: Flickable.StopAtBounds
+            ScrollBar.vertical: ThinBar {}
 
-            Repeater {
-                model: App.globe.legend
+            // Whoever walks with the keys sees where they are.
+            function reveal(row) {
+                contentY = Math.max(Math.min(contentY, row.y), row.y + row.height - height);
+            }
 
-                Pressable {
-                    id: row
-                    required property string name
-                    required property string title
-                    required property string count
-                    required property string colour
-                    required property bool isOn
-                    required property string note
-                    required property string sentence
-                    width: parent.width
-                    height: Math.max(34 * Theme.scale, texts.implicitHeight + 12)
-                    onClicked: App.globe.toggle(name)
-                    spokenRole: Accessible.CheckBox
-                    isCheckable: true
-                    isChecked: isOn
-                    Accessible.name: sentence
-                    background: Rectangle {
-                        radius: 8
-                        color: row.hovered ? Theme.raised : "transparent"
-                        border.width: row.visualFocus ? 2 : 0
-                        border.color: Theme.accent
-                    }
-                    contentItem: Item {
-                        Rectangle {
-                            id: sign
-                            x: row.mirrored ? parent.width - width - 2 : 2
-                            anchors.verticalCenter: parent.verticalCenter
-                            width: 12
-                            height: 12
-                            radius: 6
-                            color: row.isOn ? row.colour : "transparent"
-                            border.width: row.isOn && !Theme.dark ? 1 : 1.5
-                            border.color: row.isOn ? Qt.darker(row.colour, 1.35) : Theme.muted
+            Column {
+                id: rows
+                width: parent.width
+
+                Repeater {
+                    model: App.globe.legend
+
+                    Pressable {
+                        id: row
+                        required property string name
+                        required property string title
+                        required property string count
+                        required property string colour
+                        required property bool isOn
+                        required property string note
+                        required property string sentence
+                        width: parent.width
+                        height: Math.max(34 * Theme.scale, texts.implicitHeight + 12)
+                        onClicked: App.globe.toggle(name)
+                        onVisualFocusChanged: if (visualFocus) layers.reveal(row)
+                        spokenRole: Accessible.CheckBox
+                        isCheckable: true
+                        isChecked: isOn
+                        Accessible.name: sentence
+                        background: Rectangle {
+                            radius: 8
+                            color: row.hovered ? Theme.raised : "transparent"
+                            border.width: row.visualFocus ? 2 : 0
+                            border.color: Theme.accent
                         }
-                        Column {
-                            id: texts
-                            anchors.verticalCenter: parent.verticalCenter
-                            anchors.left: parent.left
-                            anchors.leftMargin: 24
-                            anchors.right: number.left
-                            anchors.rightMargin: 6
-                            PlainText {
-                                width: parent.width
-                                text: row.title
-                                elide: Text.ElideRight
-                                color: row.isOn ? Theme.text : Theme.muted
-                                font.pixelSize: Theme.small
+                        contentItem: Item {
+                            Rectangle {
+                                id: sign
+                                x: row.mirrored ? parent.width - width - 2 : 2
+                                anchors.verticalCenter: parent.verticalCenter
+                                width: 12
+                                height: 12
+                                radius: 6
+                                color: row.isOn ? row.colour : "transparent"
+                                border.width: row.isOn && !Theme.dark ? 1 : 1.5
+                                border.color: row.isOn ? Qt.darker(row.colour, 1.35) : Theme.muted
+                            }
+                            Column {
+                                id: texts
+                                anchors.verticalCenter: parent.verticalCenter
+                                anchors.left: parent.left
+                                anchors.leftMargin: 24
+                                anchors.right: number.left
+                                anchors.rightMargin: 6
+                                PlainText {
+                                    width: parent.width
+                                    text: row.title
+                                    elide: Text.ElideRight
+                                    color: row.isOn ? Theme.text : Theme.muted
+                                    font.pixelSize: Theme.small
+                                }
+                                PlainText {
+                                    width: parent.width
+                                    visible: row.note !== ""
+                                    text: row.note
+                                    wrapMode: Text.Wrap
+                                    maximumLineCount: 2
+                                    elide: Text.ElideRight
+                                    color: Theme.muted
+                                    font.pixelSize: Theme.tiny
+                                }
                             }
                             PlainText {
-                                width: parent.width
-                                visible: row.note !== ""
-                                text: row.note
-                                wrapMode: Text.Wrap
-                                maximumLineCount: 2
-                                elide: Text.ElideRight
+                                id: number
+                                anchors.verticalCenter: parent.verticalCenter
+                                anchors.right: parent.right
+                                text: row.count
                                 color: Theme.muted
                                 font.pixelSize: Theme.tiny
                             }
-                        }
-                        PlainText {
-                            id: number
-                            anchors.verticalCenter: parent.verticalCenter
-                            anchors.right: parent.right
-                            text: row.count
-                            color: Theme.muted
-                            font.pixelSize: Theme.tiny
                         }
                     }
                 }

@@ -145,6 +145,8 @@ FocusScope {
             id: label
             required property string text
             required property bool isPlace
+            required property bool isStorm
+            required property string spoken
             required property real at_x
             required property real at_y
             required property bool isShown
@@ -162,7 +164,7 @@ FocusScope {
                 ink: Theme.pin
             }
             Rectangle {
-                visible: !label.isPlace
+                visible: !label.isPlace && !label.isStorm
                 x: -5
                 y: -5
                 width: 10
@@ -173,7 +175,7 @@ FocusScope {
                 border.color: Theme.cosmosInk
             }
             PlainText {
-                x: label.isPlace ? 12 : 9
+                x: label.isPlace || label.isStorm ? 12 : 9
                 y: label.isPlace ? -22 : -height / 2
                 width: Math.min(implicitWidth, 220)
                 text: label.text
@@ -184,7 +186,7 @@ FocusScope {
                 font.pixelSize: Theme.small
                 font.weight: Font.DemiBold
                 Accessible.role: Accessible.StaticText
-                Accessible.name: text
+                Accessible.name: label.spoken
             }
         }
     }

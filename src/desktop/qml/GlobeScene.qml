@@ -96,16 +96,19 @@ View3D {
         }
     }
 
-    Model {
+    component Strokes: Model {
+        property alias table: strokes.source
         source: "#Rectangle"
-        visible: way.count > 0
-        instancing: SceneInstances { id: way; source: App.globe.orbit }
+        visible: strokes.count > 0
+        instancing: SceneInstances { id: strokes }
         materials: Blended {
             property vector2d pixel: view.pixel
             vertexShader: "lines.vert"
             fragmentShader: "lines.frag"
         }
     }
+    Strokes { table: App.globe.ground }
+    Strokes { table: App.globe.orbit }
 
     Repeater3D {
         model: App.globe.groupCount

@@ -113,17 +113,6 @@ bool isInPicture(GlobeCamera const& camera, PicturePoint at) {
   return at.x >= 0 && at.y >= 0 && at.x <= camera.width && at.y <= camera.height;
 }
 
-GlobeLabel labelAt(std::string text, bool isPlace, Vector3 const& point, GlobeCamera const& camera) {
-  GlobeLabel label{std::move(text), isPlace, 0, 0, false};
-  GlobeSight const sight(camera);
-  auto const at = sight.project(point);
-  if (!at) return label;
-  label.x = at->x;
-  label.y = at->y;
-  label.isShown = isInPicture(camera, *at) && !sight.isHiddenByEarth(point);
-  return label;
-}
-
 }  // namespace
 
 std::vector<LegendRow> legendRows(GlobeState const& state, ViewContext const& context) {
@@ -210,10 +199,26 @@ std::optional<Vector3> satellitePosition(GlobeState const& state, std::uint32_t 
   return Vector3{p[0], p[1], p[2]};
 }
 
+GlobeLabel globeLabel(std::string text, Vector3 const& point, GlobeCamera const& camera) {
+  GlobeLabel label;
+  label.spoken = text;
+  label.text = std::move(text);
+  GlobeSight const sight(camera);
+  auto const at = sight.project(point);
+  if (!at) return label;
+  label.x = at->x;
+  label.y = at->y;
+  label.isShown = isInPicture(camera, *at) && !sight.isHiddenByEarth(point);
+  return label;
+}
+
 std::vector<GlobeLabel> globeLabels(GlobeState const& state, std::optional<Place> const& place,
                                     GlobeCamera const& camera) {
   std::vector<GlobeLabel> labels;
-  if (place) labels.push_back(labelAt(place->name, true, directionTo(place->coordinate), camera));
+  if (place) {
+    labels.push_back(globeLabel(place->name, directionTo(place->coordinate), camera));
+    labels.back().isPlace = true;
+  }
   std::vector<std::uint32_t> entries;
   std::ranges::copy_if(state.catalogue->named, std::back_inserter(entries),
                        [&](std::uint32_t entry) { return !isEntryHidden(state, entry); });
@@ -221,7 +226,7 @@ std::vector<GlobeLabel> globeLabels(GlobeState const& state, std::optional<Place
     entries.push_back(state.chosen->entry);
   for (std::uint32_t const entry : entries) {
     auto const point = satellitePosition(state, entry);
-    if (point) labels.push_back(labelAt(state.catalogue->names[entry], false, *point, camera));
+    if (point) labels.push_back(globeLabel(state.catalogue->names[entry], *point, camera));
   }
   return labels;
 }

@@ -73,9 +73,11 @@ std::vector<CardRow> satelliteCardRows(GlobeState const& state, ViewContext cons
 /// A name beside its point in the picture.
 struct GlobeLabel {
   std::string text;
-  bool isPlace = false;  ///< the selected place, else a satellite
+  bool isPlace = false;  ///< the selected place
+  bool isStorm = false;  ///< whose sign is drawn on the ground; else a satellite
   double x = 0, y = 0;
   bool isShown = false;  ///< not beyond the earth, not outside the picture
+  std::string spoken;    ///< for those who listen
 
   bool operator==(GlobeLabel const&) const = default;
 };
@@ -83,10 +85,12 @@ struct GlobeLabel {
 template <>
 inline constexpr auto viewFields<GlobeLabel> = FieldList{
     viewField("text", &GlobeLabel::text),       viewField("isPlace", &GlobeLabel::isPlace),
-    viewField("at_x", &GlobeLabel::x),          viewField("at_y", &GlobeLabel::y),
-    viewField("isShown", &GlobeLabel::isShown),
+    viewField("isStorm", &GlobeLabel::isStorm), viewField("at_x", &GlobeLabel::x),
+    viewField("at_y", &GlobeLabel::y),          viewField("isShown", &GlobeLabel::isShown),
+    viewField("spoken", &GlobeLabel::spoken),
 };
 
+GlobeLabel globeLabel(std::string text, Vector3 const& point, GlobeCamera const& camera);
 /// The selected place, the named satellites, the chosen one.
 std::vector<GlobeLabel> globeLabels(GlobeState const& state, std::optional<Place> const& place,
                                     GlobeCamera const& camera);

@@ -47,6 +47,12 @@ double fireStrength(double megawatts) {
 
 }  // namespace
 
+std::uint32_t stormColour(int category) {
+  constexpr std::array<std::uint32_t, 7> kColours{0x4f9bd9, 0x2aa876, 0xe0b020, 0xe88a1a,
+                                                  0xe0531f, 0xc9213a, 0x9c1f8c};
+  return kColours[static_cast<std::size_t>(std::clamp(category, 0, int(kColours.size()) - 1))];
+}
+
 std::vector<MapTrack> mapTracks(SupplementState const& state, ViewContext const& context) {
   HazardWords const words = wordsAt(state.place.coordinate, context);
   std::vector<MapTrack> tracks;

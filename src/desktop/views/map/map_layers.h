@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -48,6 +49,9 @@ struct MapTrack {
   Coordinate at() const { return points[firstForecast - 1]; }
   bool operator==(MapTrack const&) const = default;
 };
+
+/// By a storm's category, from a depression on: each darker and redder than the one before. 0xRRGGBB.
+std::uint32_t stormColour(int category);
 
 /// The storms whose position is on the globe, the strongest last.
 std::vector<MapTrack> mapTracks(SupplementState const& state, ViewContext const& context);

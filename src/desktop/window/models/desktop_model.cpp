@@ -227,7 +227,7 @@ void DesktopModel::showWeather() {
   meteogram_ = meteogramOf(data, view);
   if (state.supplement) addUsual(meteogram_, data, state.supplement->climate.data, view);
   if (state.station) addObserved(meteogram_, data, state.station->history, view);
-  globe_->show(snapshot_->place, view);
+  globe_->show(snapshot_->place, state.supplement, view);
   map_->show(snapshot_, contextOfPlace());
   Q_EMIT shown();
 }

@@ -78,10 +78,12 @@ void GlobeModel::takeTexts(std::shared_ptr<Texts const> texts) {
   Q_EMIT cameraChanged();  // what the picture is called
 }
 
-void GlobeModel::show(std::optional<Place> const& place, ViewContext const& context) {
+void GlobeModel::show(std::optional<Place> const& place, std::shared_ptr<SupplementState const> supplement,
+                      ViewContext const& context) {
   context_.emplace(context);
   bool const isOther = place != place_;
   place_ = place;
+  supplement_ = std::move(supplement);
   if (isOther) goHome();
   showAll();
 }
@@ -100,7 +102,10 @@ void GlobeModel::showAll() {
   context.now = std::max(context.now, state_->now);
   auto rows = legendRows(*state_, context);
   if (clouds_->canAsk()) rows.insert(rows.begin(), cloudRow(*state_, clouds_->note(context), context));
+  rows.push_back(stormRow(*state_, supplement_.get(), context));
+  rows.push_back(radarRow(*state_, context));
   legend_->show(rows);
+  makeStrokes();
   wantClouds();
   composeSurface();
   card_->show(satelliteCard(*state_, context));
@@ -109,6 +114,19 @@ void GlobeModel::showAll() {
   showLabels();
   Q_EMIT shown();
   if (hasSettled()) Q_EMIT settled();
+}
+
+void GlobeModel::makeStrokes() {
+  tracks_.clear();
+  if (supplement_ && !state_->hidden.contains(kStormRow)) tracks_ = mapTracks(*supplement_, *context_);
+  auto strokes = stormStrokes(tracks_);
+  if (!state_->hidden.contains(kRadarRow)) {
+    static std::vector<GlobeStroke> const kExtent = radarExtent();
+    strokes.insert(strokes.begin(), kExtent.begin(), kExtent.end());
+  }
+  if (strokes == strokes_) return;
+  strokes_ = std::move(strokes);
+  ground_.set(strokeRows(strokes_));
 }
 
 void GlobeModel::showTables() {
@@ -138,7 +156,10 @@ void GlobeModel::showTables() {
 }
 
 void GlobeModel::showLabels() {
-  labels_->show(globeLabels(*state_, place_, camera_));
+  auto labels = globeLabels(*state_, place_, camera_);
+  auto storms = stormLabels(tracks_, camera_);
+  std::ranges::move(storms, std::back_inserter(labels));
+  labels_->show(labels);
 }
 
 QString GlobeModel::status() const {

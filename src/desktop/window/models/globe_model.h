@@ -5,6 +5,7 @@
 
 #include "app/engine/engine_actions.h"
 #include "app/places/place.h"
+#include "desktop/views/globe/globe_layers.h"
 #include "desktop/views/globe/globe_view.h"
 #include "desktop/window/models/cloud_model.h"
 #include "desktop/window/models/view_models.h"
@@ -64,6 +65,7 @@ class GlobeModel : public QObject {
   Q_PROPERTY(QObject* surface READ surface CONSTANT)
   Q_PROPERTY(QObject* orbit READ orbit CONSTANT)
   Q_PROPERTY(QObject* earthquakes READ earthquakes CONSTANT)
+  Q_PROPERTY(QObject* ground READ ground CONSTANT)
   Q_PROPERTY(QObject* stars READ stars CONSTANT)
   Q_PROPERTY(QObject* sunGlow READ sunGlow CONSTANT)
   Q_PROPERTY(int groupCount READ groupCount CONSTANT)
@@ -83,8 +85,9 @@ class GlobeModel : public QObject {
 
   /// Another language, before it is shown.
   void takeTexts(std::shared_ptr<Texts const> texts);
-  /// A new place, units or moment; the state holds.
-  void show(std::optional<Place> const& place, ViewContext const& context);
+  /// A new place, other storms, units or moment; the state holds. `supplement` may be null.
+  void show(std::optional<Place> const& place, std::shared_ptr<SupplementState const> supplement,
+            ViewContext const& context);
   void show(std::shared_ptr<GlobeState const> state);
 
   RecordModel* words() { return words_; }
@@ -101,6 +104,8 @@ class GlobeModel : public QObject {
   QObject* surface() { return &surface_; }
   QObject* orbit() { return &orbit_; }
   QObject* earthquakes() { return &earthquakes_; }
+  /// Storms and the edges of the radars.
+  QObject* ground() { return &ground_; }
   QObject* stars() { return &stars_; }
   QObject* sunGlow() { return &sunGlow_; }
   /// Drawn in three dimensions, where a graphics card does it.
@@ -120,6 +125,7 @@ class GlobeModel : public QObject {
 
   GlobeCamera const& camera() const { return camera_; }
   GlobeState const& state() const { return *state_; }
+  std::vector<GlobeStroke> const& strokes() const { return strokes_; }
   /// With its clouds.
   QImage const& earth() const { return surfaceImage_; }
   /// Nothing is to come that a picture of the page should wait for.
@@ -162,6 +168,7 @@ class GlobeModel : public QObject {
   void setSurface(QImage picture);
   void showAll();
   void showTables();
+  void makeStrokes();
   void showLabels();
 
   Setting setting_;
@@ -170,6 +177,9 @@ class GlobeModel : public QObject {
   std::optional<ViewContext> context_;
   std::shared_ptr<GlobeState const> state_ = std::make_shared<GlobeState>();
   std::optional<Place> place_;
+  std::shared_ptr<SupplementState const> supplement_;
+  std::vector<MapTrack> tracks_;  ///< none while storms are hidden
+  std::vector<GlobeStroke> strokes_;
   GlobeCamera camera_;
   bool isShown_ = false;
   bool isSceneLoaded_ = false;
@@ -183,7 +193,7 @@ class GlobeModel : public QObject {
   bool isComposing_ = false;
   int surfaceNumber_ = 0;
   QTimer timer_;
-  GlobeBytes surface_, orbit_, earthquakes_, stars_, sunGlow_;
+  GlobeBytes surface_, orbit_, earthquakes_, ground_, stars_, sunGlow_;
   std::vector<GlobeBytes*> groups_;  ///< children, which the pages' language leaves to us
   RecordModel* words_;
   RecordModel* card_;

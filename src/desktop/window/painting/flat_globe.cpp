@@ -3,6 +3,7 @@
 #include "desktop/window/globe_texture.h"
 
 #include <QPainter>
+#include <QPainterPath>
 #include <QRadialGradient>
 #include <algorithm>
 #include <cmath>
@@ -111,6 +112,7 @@ void FlatGlobe::paint(QPainter* painter) {
   painter->setBrush(air);
   painter->drawEllipse(middle, radius * 1.12, radius * 1.12);
   if (!model_->earth().isNull()) paintEarth(*painter);
+  paintGround(*painter);
   paintEarthquakes(*painter);
   paintOrbit(*painter);
   paintSatellites(*painter);
@@ -160,6 +162,29 @@ void FlatGlobe::paintEarthquakes(QPainter& painter) const {
     double const radius = 3 + 2.5 * (event.magnitude - kLeastShownMagnitude);
     painter.drawEllipse(QPointF(at->x, at->y), radius, radius);
   }
+}
+
+/// Strokes that follow each other and have one colour are one path, so that their joints are not seen.
+void FlatGlobe::paintGround(QPainter& painter) const {
+  GlobeSight const sight(model_->camera());
+  QPainterPath path;
+  std::uint32_t colour = 0;
+  Vector3 end{};
+  auto const finish = [&] {
+    auto const part = [colour](int shift) { return static_cast<int>(colour >> shift & 0xff); };
+    painter.strokePath(path, QPen(QColor(part(24), part(16), part(8), part(0)), 1.6));
+    path.clear();
+  };
+  for (GlobeStroke const& stroke : model_->strokes()) {
+    auto const seen = seenStroke(stroke, sight);
+    if (!seen) continue;
+    if (stroke.rgba != colour) finish();
+    colour = stroke.rgba;
+    if (path.isEmpty() || stroke.from != end) path.moveTo(seen->first.x, seen->first.y);
+    path.lineTo(seen->second.x, seen->second.y);
+    end = stroke.to;
+  }
+  finish();
 }
 
 void FlatGlobe::paintOrbit(QPainter& painter) const {

@@ -45,6 +45,7 @@ class FlatGlobe : public QQuickPaintedItem {
   void paintSatellites(QPainter& painter) const;
   void paintOrbit(QPainter& painter) const;
   void paintEarthquakes(QPainter& painter) const;
+  void paintGround(QPainter& painter) const;
 
   GlobeModel* model_ = nullptr;
   QTimer rest_;  // runs while the camera moves

@@ -4,7 +4,6 @@
 
 #include <QPainterPath>
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <numbers>
 #include <ranges>
@@ -13,15 +12,11 @@ namespace nimbara {
 
 namespace {
 
-/// By the storm's category, from a depression on: each darker and redder than the one before.
-constexpr std::array<QRgb, 7> kStormColours{0xff4f9bd9, 0xff2aa876, 0xffe0b020, 0xffe88a1a,
-                                            0xffe0531f, 0xffc9213a, 0xff9c1f8c};
 constexpr QRgb kFire = 0xffe2581b, kStrike = 0xffd9a400;
 constexpr double kStorm = 8;  // pixels
 
 QColor colourOf(MapTrack const& track) {
-  auto const step = static_cast<std::size_t>(std::clamp(track.category, 0, int(kStormColours.size()) - 1));
-  return QColor::fromRgb(kStormColours[step]);
+  return QColor::fromRgb(stormColour(track.category));
 }
 
 /// A drop that stands on its point.
