@@ -1,5 +1,6 @@
 #include "desktop/imagery/field_picture.h"
 
+#include "offscreen.h"
 #include "support/instants.h"
 
 #include <gtest/gtest.h>
@@ -10,7 +11,7 @@ namespace {
 constexpr float kNone = std::numeric_limits<float>::quiet_NaN();
 
 /// Warmer and drier to the east; nothing is known of the south-eastern quarter.
-struct FieldPictures : testing::Test {
+struct FieldPictures : test::OffscreenTest {
   FieldPictures() {
     fields.grid = modelGridFor(view);
     fields.times = {test::at("2026-11-22T10:00:00Z")};
