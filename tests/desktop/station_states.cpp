@@ -54,7 +54,7 @@ std::shared_ptr<EngineSnapshot> withStation(std::shared_ptr<EngineSnapshot> snap
   for (int hour = 30; hour >= 0; --hour) {
     shown->history.push_back({.at = kNow - std::chrono::hours(hour), .temperature = 11.4 - 0.1 * hour});
   }
-  state.isShowingLiveNetatmoData = shown->isLiveNetatmo();
+  state.isShowingLiveNetatmoData = shown->isLive();
   state.station = std::move(shown);
   snapshot->weather = std::make_shared<WeatherState const>(std::move(state));
   return snapshot;

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -23,15 +24,20 @@ int operationsLeft = -1;
 bool isLastDone = false;
 bool isDiskFull = false;
 
-template <class Operation, class... Arguments>
-auto counted(char const* name, Arguments... arguments) {
-  static auto const real = reinterpret_cast<Operation>(dlsym(RTLD_NEXT, name));
+/// `work` as one of the operations.
+auto countedWork(auto const& work) {
   bool const isLast = operationsLeft == 0;
   if (isLast && !isLastDone) _exit(9);
   if (operationsLeft > 0) --operationsLeft;
-  auto const result = real(arguments...);
+  auto result = work();
   if (isLast) _exit(9);
   return result;
+}
+
+template <class Operation, class... Arguments>
+auto counted(char const* name, Arguments... arguments) {
+  static auto const real = reinterpret_cast<Operation>(dlsym(RTLD_NEXT, name));
+  return countedWork([&] { return real(arguments...); });
 }
 
 }  // namespace
@@ -46,7 +52,8 @@ ssize_t write(int file, void const* bytes, size_t count) {
   return isDiskFull ? -1 : counted<ssize_t (*)(int, void const*, size_t)>("write", file, bytes, count);
 }
 int fsync(int file) {
-  return counted<int (*)(int)>("fsync", file);
+  // A process that is killed loses nothing that a disk has not got yet.
+  return countedWork([file] { return fcntl(file, F_GETFD) < 0 ? -1 : 0; });
 }
 int rename(char const* from, char const* to) noexcept {
   return counted<int (*)(char const*, char const*)>("rename", from, to);
@@ -93,6 +100,47 @@ class RotatingService final : public HttpClient {
   int* generation_;
 };
 
+/// A keyring that outlives a process.
+struct KeyringState {
+  bool isAbsent = false, isLocked = false, loses = false;
+  char id[64] = "", secret[512] = "";
+};
+
+class Keyring final : public SecretStore {
+ public:
+  explicit Keyring(KeyringState& state) : state_(state) {}
+
+  Result<void, SecretFault> keep(std::string const& id, std::string const& /*label*/,
+                                 std::string const& secret) override {
+    if (auto const fault = closed()) return std::unexpected(*fault);
+    return countedWork([&]() -> Result<void, SecretFault> {
+      id.copy(state_.id, sizeof state_.id - 1);
+      state_.secret[secret.copy(state_.secret, sizeof state_.secret - 1)] = 0;
+      if (state_.loses) state_.secret[0] = 0;
+      return {};
+    });
+  }
+  Result<std::string, SecretFault> find(std::string const& id) override {
+    if (auto const fault = closed()) return std::unexpected(*fault);
+    return countedWork([&]() -> Result<std::string, SecretFault> {
+      if (id != state_.id) return std::unexpected(SecretFault::missing);
+      return std::string(state_.secret);
+    });
+  }
+  Result<void, SecretFault> forget(std::string const& id) override {
+    if (id == state_.id) state_.id[0] = 0;
+    return {};
+  }
+
+ private:
+  std::optional<SecretFault> closed() const {
+    if (state_.isAbsent) return SecretFault::absent;
+    return state_.isLocked ? std::optional(SecretFault::locked) : std::nullopt;
+  }
+
+  KeyringState& state_;
+};
+
 StationLink overdue() {
   return {.kind = StationLinkKind::account,
           .clientId = "id",
@@ -104,10 +152,21 @@ StationLink overdue() {
 
 class Tokens : public testing::Test {
  protected:
+  ~Tokens() override { munmap(keyring_, sizeof *keyring_); }
   std::filesystem::path file() const { return folder_.path() / "data" / "station.json"; }
   Result<std::string, StationProblem> ask(HttpClient& http, std::string const& refused = {}) const {
-    return StationTokens(http, clock_, "https://netatmo.test", links_).accessToken({}, refused);
+    StationSecrets const secrets(links_, hasKeyring ? keyring() : MakeSecretStore());
+    return StationTokens(http, clock_, "https://netatmo.test", links_, secrets).accessToken({}, refused);
   }
+  MakeSecretStore keyring() const {
+    return [this] { return std::make_unique<Keyring>(*keyring_); };
+  }
+  std::string inFile() const { return readFile(file(), 10'000).value_or("nothing"); }
+
+  bool hasKeyring = false;
+  KeyringState* keyring_ =
+      new (mmap(nullptr, sizeof(KeyringState), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0))
+          KeyringState;
 
   test::TemporaryFolder folder_;
   test::ManualClock clock_{at(kNow)};
@@ -173,7 +232,8 @@ TEST_F(Tokens, AreNotRenewedWhereTheNewOnesCannotBeKept) {
 TEST_F(Tokens, ThatADiskRefusesAreStoredAsSoonAsItCan) {
   ASSERT_TRUE(links_.write(overdue()));
   service_.fillsDisk = true;
-  StationTokens tokens(service_, clock_, "https://netatmo.test", links_);
+  StationSecrets const secrets(links_, {});
+  StationTokens tokens(service_, clock_, "https://netatmo.test", links_, secrets);
   for (int i = 0; i < 2; ++i) EXPECT_EQ(tokens.accessToken({}).error().kind, Kind::failed);
   isDiskFull = false;
   EXPECT_EQ(tokens.accessToken({}), "ar2");
@@ -242,6 +302,78 @@ TEST_F(Tokens, SurviveAKillAtEachFileOperation) {
   EXPECT_EQ(kills, 20);
   EXPECT_EQ(signIns, 7) << "between the service's answer and the new file's name, where nobody can keep it";
   EXPECT_EQ(renewed, kills - signIns);
+}
+
+TEST_F(Tokens, MoveToTheKeyringOnceTheyAreOnTheDisk) {
+  hasKeyring = true;
+  ASSERT_TRUE(links_.write(overdue()));
+  EXPECT_EQ(ask(service_), "ar2");
+  for (char const* const secret : {"ar2", "r2", "secret\""})
+    EXPECT_EQ(inFile().find(secret), std::string::npos) << secret;
+  EXPECT_EQ(links_.read()->tokensIn(), StationTokensIn::keyring);
+  EXPECT_EQ(ask(service_), "ar2") << "another program finds it";
+  EXPECT_EQ(ask(service_, "ar2"), "ar3");
+  EXPECT_EQ(service_.requests, 2);
+}
+
+TEST_F(Tokens, AreNotAskedWithWhileTheKeyringIsLocked) {
+  hasKeyring = true;
+  ASSERT_TRUE(links_.write(overdue()));
+  EXPECT_EQ(ask(service_), "ar2");
+  for (bool* const fault : {&keyring_->isLocked, &keyring_->isAbsent}) {
+    *fault = true;
+    EXPECT_EQ(ask(service_, "ar2").error().kind, Kind::locked);
+    *fault = false;
+  }
+  EXPECT_EQ(service_.requests, 1);
+  EXPECT_EQ(ask(service_, "ar2"), "ar3") << "nothing was lost";
+}
+
+TEST_F(Tokens, StayInTheFileWhereTheKeyringDoesNotHaveThem) {
+  hasKeyring = true;
+  int generation = 1;
+  for (bool* const fault : {&keyring_->isLocked, &keyring_->isAbsent, &keyring_->loses}) {
+    *fault = true;
+    ASSERT_TRUE(links_.write(overdue()));
+    service_.reset();
+    EXPECT_EQ(ask(service_), "ar2");
+    EXPECT_EQ(links_.read()->refreshToken, "r2");
+    EXPECT_EQ(service_.requests, generation++);
+    *fault = false;
+  }
+  EXPECT_EQ(ask(service_, "ar2"), "ar3") << "the file's are newer than the keyring's";
+  EXPECT_EQ(links_.read()->tokensIn(), StationTokensIn::keyring) << "and move when it is open";
+}
+
+TEST_F(Tokens, SurviveAKillBetweenTheStepsIntoTheKeyring) {
+  hasKeyring = true;
+  int kills = 0, signIns = 0;
+  for (bool const isDone : {false, true}) {
+    for (int operation = 0;; ++operation) {
+      service_.reset();
+      *keyring_ = {};
+      ASSERT_TRUE(links_.write(overdue()));
+      ASSERT_EQ(ask(service_), "ar2") << "in the keyring";
+      if (isCompleteDespite(operation, isDone, [&] { (void)ask(service_, "ar2"); })) break;
+      ++kills;
+      StationSecrets const secrets(links_, keyring());
+      auto const left = secrets.whole(links_.read().value_or(StationLink{}));
+      ASSERT_TRUE(left);
+      bool const isValid = left->refreshToken == service_.valid();
+      auto const next = ask(service_, "ar2");
+      std::string const what = "operation " + std::to_string(operation) + (isDone ? " done" : " begun");
+      EXPECT_EQ(next.has_value(), isValid) << what;
+      if (!isValid) {
+        EXPECT_EQ(next.error().kind, Kind::signInAgain) << what;
+        ++signIns;
+      }
+      std::printf("with a keyring, killed with %-17s the next start %s\n", what.c_str(),
+                  next ? "works" : "asks to sign in");
+    }
+  }
+  // Read twice, two files as before, kept, read back, and the file without them.
+  EXPECT_EQ(kills, 2 * (2 + 10 + 2 + 5));
+  EXPECT_EQ(signIns, 7) << "as without a keyring";
 }
 
 }  // namespace

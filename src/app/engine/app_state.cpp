@@ -110,7 +110,7 @@ void AppState::show(Place const& place, ForecastAnswer const& answer) {
   change([&](WeatherState& state) {
     if (!selected_ || keyOf(*selected_) != keyOf(place)) return;
     state.weatherData = std::move(data);
-    state.isShowingLiveNetatmoData = station && station->isLiveNetatmo();
+    state.isShowingLiveNetatmoData = station && station->isLive();
     stationEnds_ = station ? station->liveUntil() : std::nullopt;
     state.station = std::move(station);
     state.insight = ForecastInsight{answer.alerts, answer.superseded};

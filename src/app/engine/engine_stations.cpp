@@ -57,7 +57,7 @@ void EngineStations::run(StationTask task, Work work) {
 void EngineStations::readAgain(StationService& service, StationNeed need, std::stop_token const& stop) {
   StationsReading reading = service.read(need, stop);
   auto const link = service.file().read();
-  bool const hasAccount = link && !link->refreshToken.empty() && !link->mustSignIn;
+  bool const hasAccount = link && link->hasAccount();
   tell([&](StationDesk& desk) {
     desk.reading = std::move(reading);
     desk.hasAccount = hasAccount;

@@ -273,13 +273,17 @@ void NotificationInputs::readStation(RuleInputs& world, std::stop_token const& s
     world.station = InputReading<StationReading>::of(*station);
   bool const isWell = reading.state == StationState::current || reading.state == StationState::notLinked;
   if (isWell) return;
-  bool const isKnown = reading.problem && reading.problem->kind == StationProblem::Kind::failed;
-  world.station.failure = isKnown
-                              ? reading.problem->failure
-                              : ServiceFailure::of(ServiceFailure::Kind::notConfigured,
-                                                   reading.state == StationState::signInAgain
-                                                       ? "sign in to Netatmo again: nimbara station link"
-                                                       : "the station's service has had too many requests");
+  using Kind = StationProblem::Kind;
+  Kind const kind = reading.problem ? reading.problem->kind : Kind::tooMany;
+  if (kind == Kind::failed) {
+    world.station.failure = reading.problem->failure;
+    return;
+  }
+  std::string_view const reason =
+      kind == Kind::locked ? "the desktop's keyring with the station's sign-in is locked"
+      : reading.state == StationState::signInAgain ? "sign in to Netatmo again: nimbara station link"
+                                                   : "the station's service has had too many requests";
+  world.station.failure = ServiceFailure::of(ServiceFailure::Kind::notConfigured, std::string(reason));
 }
 
 void NotificationInputs::readAdvisories(RuleInputs& inputs, Place const& place, RuleInputSet needed,

@@ -10,6 +10,7 @@
 #include "app/settings/service_directory.h"
 #include "app/settings/settings_registry.h"
 #include "model/weather_cache.h"
+#include "platform/linux/desktop_services.h"
 #include "platform/linux/lazy_http_client.h"
 #include "platform/settings.h"
 #include "providers/metnorway/yr_no_client.h"
@@ -44,6 +45,12 @@ std::string_view historyFile(std::string const& servicesBase) {
 
 WeatherCache::Source sourceOf(std::string const& servicesBase) {
   return servicesBase.empty() ? WeatherCache::Source::services : WeatherCache::Source::standIn;
+}
+
+/// What a stand-in takes for a secret has no place among the user's.
+MakeSecretStore secretsOf(Composition::Options const& options) {
+  if (!options.servicesBase.empty() || options.program.empty()) return {};
+  return [program = options.program] { return desktopSecretStore(busesOfSession(program)); };
 }
 
 template <class Client>
@@ -95,7 +102,8 @@ struct Composition::Parts {
                     options.wording.texts,
                     options.wording.language,
                     options.chosenSource,
-                    settings.text(kAdvisorySourceSetting)} {
+                    settings.text(kAdvisorySourceSetting),
+                    secretsOf(options)} {
     providers.setPreferredProvider(options.preferredProvider);
     ServiceAddress const model = services.address(Service::languageModel);
     if (model.baseUrl.empty()) return;

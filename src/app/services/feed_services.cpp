@@ -131,7 +131,8 @@ StationService::Options stationOptions(ServiceDirectory const& services,
     return folder.empty() ? folder : folder / (name + suffix);
   };
   return {services.address(Service::netatmo).baseUrl, below(options.dataDirectory, "station"),
-          below(options.cacheDirectory, "Station"), below(options.cacheDirectory, "StationHistory")};
+          below(options.cacheDirectory, "Station"), below(options.cacheDirectory, "StationHistory"),
+          options.secrets};
 }
 
 /// A stand-in takes any key, so that it needs none of the user's.

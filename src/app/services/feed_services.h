@@ -4,6 +4,7 @@
 
 #include "base/geodesy.h"
 #include "globe/element_source.h"
+#include "platform/secret_store.h"
 
 #include <filesystem>
 #include <functional>
@@ -50,6 +51,7 @@ class FeedServices {
     /// The source of official warnings that the user has chosen for a place; empty: the usual one.
     std::function<std::string(Coordinate)> chosenSource = {};
     std::string advisorySource = "us";  ///< whose travel advisories the user has chosen
+    MakeSecretStore secrets = {};       ///< empty: what is secret lies in files
   };
 
   FeedServices(HttpClient& http, Clock const& clock, ServiceDirectory const& services, Options options);

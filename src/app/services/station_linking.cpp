@@ -55,11 +55,10 @@ LinkEnd linkByAddress(StationService& service, StationLink link, std::optional<C
     link.latitude = place->latitude;
     link.longitude = place->longitude;
   }
-  auto const kept = service.file().change([&link](StationLink& old) { old = link; });
+  auto const kept = service.relink(link);
   if (!kept)
     return {.outcome = Outcome::failed,
             .failure = ServiceFailure::of(ServiceFailure::Kind::incomplete, kept.error())};
-  service.forget();
   return {};
 }
 

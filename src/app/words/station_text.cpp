@@ -100,6 +100,11 @@ std::string doubtText(DoubtedValue const& doubted, Units const& units, Texts con
   }
 }
 
+std::string tokensText(StationTokensIn tokens, Texts const& texts) {
+  if (tokens == StationTokensIn::nowhere) return {};
+  return std::string(texts.text("station.tokens." + std::string(enumName(tokens))));
+}
+
 std::string stationProblemText(StationsReading const& reading, Texts const& texts) {
   bool const hasNone = reading.state == StationState::current && reading.station() == nullptr;
   if (hasNone && reading.kind == StationLinkKind::around)
@@ -107,8 +112,11 @@ std::string stationProblemText(StationsReading const& reading, Texts const& text
         texts.text(reading.chosen.empty() ? "station.state.publicFew" : "station.state.publicGone"));
   if (hasNone) return std::string(texts.text("station.state.none"));
   if (reading.state == StationState::current) return {};
-  bool const isFull = reading.problem && reading.problem->kind == StationProblem::Kind::tooMany;
-  if (isFull) return std::string(texts.text("station.state.tooMany"));
+  using Kind = StationProblem::Kind;
+  if (reading.problem && reading.problem->kind == Kind::tooMany)
+    return std::string(texts.text("station.state.tooMany"));
+  if (reading.problem && reading.problem->kind == Kind::locked)
+    return std::string(texts.text("station.state.locked"));
   if (reading.state != StationState::failed)
     return std::string(texts.text("station.state." + std::string(enumName(reading.state))));
   ServiceFailure const failure =

@@ -23,6 +23,9 @@ std::string markText(StationShown const& shown, StationQuantity quantity, Units 
 /// Why a value is not shown as the present one; a whole sentence.
 std::string doubtText(DoubtedValue const& doubted, Units const& units, Texts const& texts, Instant now);
 
+/// Where the account's tokens lie, a whole sentence; empty where there are none.
+std::string tokensText(StationTokensIn tokens, Texts const& texts);
+
 /// Why nothing can be told of the station; empty where something can. A whole sentence.
 std::string stationProblemText(StationsReading const& reading, Texts const& texts);
 

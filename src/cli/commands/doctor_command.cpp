@@ -78,6 +78,13 @@ struct ClockState {
   std::optional<Instant> next;
 };
 
+/// Of the user's weather station.
+struct StationLinkState {
+  StationLinkKind kind = StationLinkKind::none;
+  StationState state = StationState::notLinked;
+  std::optional<StationTokensIn> tokens;  ///< absent: there are none
+};
+
 struct Diagnosis {
   std::vector<ServiceState> services;
   std::vector<CachedPlace> cache;
@@ -86,6 +93,7 @@ struct Diagnosis {
   std::vector<DesktopState> desktop;
   RegionState regions;
   std::vector<ClockState> clocks;
+  StationLinkState station;
 };
 
 }  // namespace
@@ -121,13 +129,18 @@ inline constexpr auto jsonFields<ClockState> = FieldList{
     field("clock", &ClockState::clock), field("seconds", &ClockState::seconds), field("of", &ClockState::of),
     field("last", &ClockState::last), field("next", &ClockState::next)};
 template <>
+inline constexpr auto jsonFields<StationLinkState> =
+    FieldList{field("kind", &StationLinkState::kind), field("state", &StationLinkState::state),
+              field("tokens", &StationLinkState::tokens)};
+template <>
 inline constexpr auto jsonFields<Diagnosis> = FieldList{field("services", &Diagnosis::services),
                                                         field("cache", &Diagnosis::cache),
                                                         field("officialWarnings", &Diagnosis::warnings),
                                                         field("directories", &Diagnosis::folders),
                                                         field("desktopServices", &Diagnosis::desktop),
                                                         field("warningRegions", &Diagnosis::regions),
-                                                        field("clocks", &Diagnosis::clocks)};
+                                                        field("clocks", &Diagnosis::clocks),
+                                                        field("station", &Diagnosis::station)};
 
 namespace {
 
@@ -218,6 +231,12 @@ std::vector<ClockState> clocksOf(RunContext& context, Session const& session) {
                 list.lastFix ? std::optional(list.lastFix->time) : std::nullopt)};
 }
 
+StationLinkState stationOf(RunContext& context) {
+  StationsReading const reading = context.app().feeds().stations().read(StationNeed::kept);
+  bool const hasTokens = reading.tokens != StationTokensIn::nowhere;
+  return {reading.kind, reading.state, hasTokens ? std::optional(reading.tokens) : std::nullopt};
+}
+
 FolderState folderOf(std::string purpose, std::filesystem::path const& path) {
   std::error_code ignored;
   return {std::move(purpose), path.string(), std::filesystem::is_directory(path, ignored),
@@ -232,6 +251,7 @@ Diagnosis diagnose(RunContext& context, Session const& session) {
   diagnosis.folders = {folderOf("settings and places", session.environment.dataDirectory),
                        folderOf("cache", session.environment.cacheDirectory)};
   diagnosis.clocks = clocksOf(context, session);
+  diagnosis.station = stationOf(context);
   for (DesktopServiceState const& state : desktopServiceStates({session.environment.program, {}, {}})) {
     diagnosis.desktop.push_back({state.name, state.purpose, state.presence, state.details});
   }
@@ -260,6 +280,8 @@ class Page {
     if (diagnosis.warnings.empty()) row("", "no saved places");
     heading("Clocks");
     for (ClockState const& state : diagnosis.clocks) row(state.clock, lineOf(state));
+    heading("Weather station");
+    row(std::string(enumName(diagnosis.station.kind)), lineOf(diagnosis.station));
     heading("Folders");
     for (FolderState const& folder : diagnosis.folders) row(folder.purpose, lineOf(folder));
     heading("Warning regions");
@@ -283,6 +305,12 @@ class Page {
         regions.edition.empty() ? "from your own files" : "edition " + regions.edition;
     std::string const line = edition + (regions.isUpdated ? ", updated" : ", included with the program");
     return regions.problem ? line + "; " + *regions.problem : line;
+  }
+  static std::string lineOf(StationLinkState const& station) {
+    constexpr std::string_view kTokens[] = {"", ", sign-in in a file that only you can read",
+                                            ", sign-in in the desktop's keyring"};
+    auto const tokens = static_cast<std::size_t>(station.tokens.value_or(StationTokensIn::nowhere));
+    return std::string(enumName(station.state)) + std::string(kTokens[tokens]);
   }
   std::string age(Instant then) const { return ageText(then, context_.clock().now(), context_.texts()); }
 

@@ -175,9 +175,7 @@ class StationRun {
       link.longitude = place->coordinate.longitude;
       if (link.name.empty()) link.name = place->name;
     }
-    if (auto const kept = service().file().change([&](StationLink& old) { old = link; }); !kept)
-      return failed(kept.error());
-    service().forget();
+    if (auto const kept = service().relink(link); !kept) return failed(kept.error());
     return show();
   }
 
@@ -228,7 +226,7 @@ class StationRun {
 
   Done change(std::function<void(StationLink&)> const& apply) {
     auto const link = service().file().read();
-    if (link && link->refreshToken.empty())
+    if (link && link->tokensIn() == StationTokensIn::nowhere)
       return failed(std::string(texts().text("station.state.notLinked")));
     if (auto const kept = service().file().change(apply); !kept) return failed(kept.error());
     return show();

@@ -80,6 +80,8 @@ void writeDoubts(JsonWriter& json, StationShown const& shown) {
 void writeState(JsonWriter& json, StationsReading const& reading) {
   json.member("state", reading.state);
   json.member("kind", reading.kind);
+  json.memberOrNull(
+      "tokens", reading.tokens == StationTokensIn::nowhere ? std::nullopt : std::optional(reading.tokens));
   json.memberOrNull("checkedAt", reading.checkedAt);
   json.memberOrNull("nextAsk", reading.nextAsk);
   std::optional<std::string> reason;
@@ -185,6 +187,8 @@ std::string stationPage(StationShown const& shown, Texts const& texts, StationPa
   if (!live.empty()) page += style.painted(style.text(live), Colour::dim) + "\n";
   for (DoubtedValue const& doubted : shown.doubts)
     page += style.text(doubtText(doubted, options.units, texts, options.now)) + "\n";
+  std::string const tokens = tokensText(shown.reading.tokens, texts);
+  if (!tokens.empty()) page += style.painted(style.text(tokens), Colour::dim) + "\n";
   return page;
 }
 

@@ -1,5 +1,6 @@
 // How the user's weather station is reached: one small file that belongs to the user alone, shared by all of
-// the user's programs. It has secrets in it; nothing of it is ever logged or listed.
+// the user's programs. It has secrets in it unless the desktop's keyring has them; nothing of it is ever
+// logged or listed.
 #pragma once
 
 #include "base/json/json.h"
@@ -28,6 +29,14 @@ inline constexpr auto enumNames<StationLinkKind> =
     std::to_array<std::string_view>({"none", "account", "around", "address"});
 static_assert(enumNamesComplete(StationLinkKind::address));
 
+/// Where the tokens of the account lie.
+enum class StationTokensIn { nowhere, file, keyring };
+
+template <>
+inline constexpr auto enumNames<StationTokensIn> =
+    std::to_array<std::string_view>({"nowhere", "file", "keyring"});
+static_assert(enumNamesComplete(StationTokensIn::keyring));
+
 struct StationLink {
   StationLinkKind kind = StationLinkKind::none;
   std::string clientId = {};
@@ -35,13 +44,20 @@ struct StationLink {
   std::string accessToken = {};
   std::string refreshToken = {};
   std::optional<Instant> expiresAt = {};  ///< of the access token
-  bool mustSignIn = false;  ///< the service has voided the tokens; it is not asked again with them
-  std::string chosen = {};  ///< identifier of the station; empty: the first
+  bool mustSignIn = false;   ///< the service has voided the tokens; it is not asked again with them
+  std::string keyring = {};  ///< identifier of the secrets there; those that stand here are newer
+  std::string chosen = {};   ///< identifier of the station; empty: the first
   std::string address = {};
   std::string name = {};  ///< of a station behind an address
   std::optional<double> latitude = {};
   std::optional<double> longitude = {};  ///< of that station, or of the place around which others are
 
+  StationTokensIn tokensIn() const {
+    if (!refreshToken.empty()) return StationTokensIn::file;
+    return keyring.empty() ? StationTokensIn::nowhere : StationTokensIn::keyring;
+  }
+  /// There is something to ask Netatmo with.
+  bool hasAccount() const { return tokensIn() != StationTokensIn::nowhere && !mustSignIn; }
   bool operator==(StationLink const&) const = default;
 };
 
@@ -53,6 +69,7 @@ inline constexpr auto jsonFields<StationLink> = FieldList{field("kind", &Station
                                                           fieldOr("refreshToken", &StationLink::refreshToken),
                                                           field("expiresAt", &StationLink::expiresAt),
                                                           fieldOr("mustSignIn", &StationLink::mustSignIn),
+                                                          fieldOr("keyring", &StationLink::keyring),
                                                           fieldOr("chosen", &StationLink::chosen),
                                                           fieldOr("address", &StationLink::address),
                                                           fieldOr("name", &StationLink::name),

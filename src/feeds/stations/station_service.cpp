@@ -68,8 +68,9 @@ StationService::StationService(HttpClient& http, Clock const& clock, Options opt
       clock_(clock),
       options_(std::move(options)),
       file_(options_.linkFile),
+      secrets_(file_, options_.secrets),
       history_(options_.historyFile),
-      tokens_(http, clock, options_.netatmoBase, file_) {}
+      tokens_(http, clock, options_.netatmoBase, file_, secrets_) {}
 
 std::string StationService::authorizeUrl(std::string const& clientId, std::string const& redirect,
                                          std::string const& state) const {
@@ -86,7 +87,17 @@ void StationService::forget() {
   if (!options_.cacheFile.empty()) std::filesystem::remove(options_.cacheFile, ignored);
 }
 
+Result<void, std::string> StationService::relink(StationLink const& link) {
+  auto changed = file_.change([&](StationLink& old) {
+    secrets_.forget(old);
+    old = link;
+  });
+  if (changed) forget();
+  return changed;
+}
+
 Result<void, std::string> StationService::unlink() {
+  if (auto const link = file_.read()) secrets_.forget(*link);
   if (auto const removed = file_.remove(); !removed) return removed;
   forget();
   history_.remove();
@@ -139,6 +150,7 @@ StationsReading StationService::read(StationNeed need, std::stop_token const& st
 StationsReading StationService::readingOf(StationLink const& link, StationsKept known) const {
   StationsReading reading;
   reading.kind = link.kind;
+  reading.tokens = link.tokensIn();
   reading.chosen = link.chosen;
   if (link.kind == StationLinkKind::around) reading.around = link.name;
   reading.stations = std::move(known.stations);

@@ -30,9 +30,10 @@ static_assert(enumNamesComplete(StationState::signInAgain));
 struct StationsReading {
   StationState state = StationState::notLinked;
   StationLinkKind kind = StationLinkKind::none;
-  std::vector<StationReading> stations;    ///< the last that were told
-  std::string chosen;                      ///< the identifier of the one that the user wants
-  std::string around;                      ///< the place whose public stations are meant
+  std::vector<StationReading> stations;  ///< the last that were told
+  std::string chosen;                    ///< the identifier of the one that the user wants
+  std::string around;                    ///< the place whose public stations are meant
+  StationTokensIn tokens = StationTokensIn::nowhere;
   std::optional<Instant> checkedAt;        ///< when they were told
   std::optional<Instant> nextAsk;          ///< not asked before
   std::optional<StationProblem> problem;   ///< why it is not current
@@ -61,6 +62,7 @@ class StationService {
     std::filesystem::path linkFile;          ///< empty: there is no link
     std::filesystem::path cacheFile;         ///< empty: nothing outlives the process
     std::filesystem::path historyFile = {};  ///< empty: there is no history
+    MakeSecretStore secrets = {};            ///< empty: secrets stay in the link's file
   };
 
   StationService(HttpClient& http, Clock const& clock, Options options);
@@ -77,6 +79,8 @@ class StationService {
 
   /// What is kept belongs to a link that was changed.
   void forget();
+  /// In place of the one before, whose tokens are forgotten.
+  Result<void, std::string> relink(StationLink const& link);
   /// Forgets link, tokens, readings and history.
   Result<void, std::string> unlink();
 
@@ -99,6 +103,7 @@ class StationService {
   Clock const& clock_;
   Options options_;
   StationLinkFile file_;
+  StationSecrets secrets_;
   StationHistory history_;
   StationTokens tokens_;
   std::mutex turn_;               // of who asks

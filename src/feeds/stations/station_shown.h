@@ -17,8 +17,6 @@ struct StationShown {
   std::vector<StationSample> history = {};  ///< of the last two days; not filled by everybody
 
   bool isLive() const { return !values.empty(); }
-  /// Netatmo's, the user's own or public ones, and not a gateway's.
-  bool isLiveNetatmo() const { return isLive() && reading.kind != StationLinkKind::address; }
   /// When the oldest of its values is too old to be part of the present.
   std::optional<Instant> liveUntil() const;
   bool operator==(StationShown const&) const = default;

@@ -48,8 +48,9 @@ Instant nextTry(StationLink const& link, StationProblem const& problem, Instant 
   bool const isRefused =
       problem.kind == StationProblem::Kind::tooMany || problem.kind == StationProblem::Kind::signInAgain;
   if (isRefused) return now + StationService::kRestAfterTooMany;
-  bool const isNear =
-      link.kind == StationLinkKind::address || problem.failure.kind == ServiceFailure::Kind::network;
+  // A keyring is asked without anybody being bothered.
+  bool const isNear = link.kind == StationLinkKind::address || problem.kind == StationProblem::Kind::locked ||
+                      problem.failure.kind == ServiceFailure::Kind::network;
   return now + (isNear ? kNetworkRest : kSilentRest);
 }
 

@@ -46,6 +46,19 @@ StationProblem unlinked(StationLink const& link) {
   return StationProblem::of(link.mustSignIn ? Kind::signInAgain : Kind::notLinked);
 }
 
+StationProblem problemOf(SecretFault fault) {
+  switch (fault) {
+    case SecretFault::absent:
+    case SecretFault::locked:
+      return StationProblem::of(Kind::locked);
+    case SecretFault::missing:
+      return StationProblem::of(Kind::signInAgain);
+    case SecretFault::failed:
+      break;
+  }
+  return unkept("the desktop's keyring did not answer");
+}
+
 }  // namespace
 
 bool StationTokens::isUsable(StationLink const& link, std::string const& refused) const {
@@ -59,21 +72,28 @@ Result<std::string, StationProblem> StationTokens::accessToken(std::stop_token c
   if (unstored_) {
     if (auto const stored = store(*unstored_); !stored) return std::unexpected(stored.error());
   }
-  auto link = file_.read();
-  if (!link) return std::unexpected(unkept(link.error()));
-  if (link->refreshToken.empty() || link->mustSignIn) return std::unexpected(unlinked(*link));
-  if (isUsable(*link, refused)) return link->accessToken;
+  auto link = linked();
+  if (!link) return std::unexpected(link.error());
+  if (isUsable(link->whole, refused)) return link->whole.accessToken;
   auto const turn = file_.turn(stop);
   if (!turn)
     return std::unexpected(StationProblem::failed(ServiceFailure::of(ServiceFailure::Kind::noAnswer)));
   // Another program may have refreshed meanwhile.
-  link = file_.read();
-  if (!link) return std::unexpected(unkept(link.error()));
-  if (link->refreshToken.empty() || link->mustSignIn) return std::unexpected(unlinked(*link));
-  if (isUsable(*link, refused)) return link->accessToken;
+  link = linked();
+  if (!link) return std::unexpected(link.error());
+  if (isUsable(link->whole, refused)) return link->whole.accessToken;
   // The service is asked only where its answer can be kept: it voids what is there.
-  if (auto const kept = file_.write(*link); !kept) return std::unexpected(unkept(kept.error()));
-  return settle(*link, refresh(*link, stop), stop);
+  if (auto const kept = file_.write(link->inFile); !kept) return std::unexpected(unkept(kept.error()));
+  return settle(link->whole, refresh(link->whole, stop), stop);
+}
+
+Result<StationTokens::Linked, StationProblem> StationTokens::linked() const {
+  auto inFile = file_.read();
+  if (!inFile) return std::unexpected(unkept(inFile.error()));
+  if (!inFile->hasAccount()) return std::unexpected(unlinked(*inFile));
+  auto whole = secrets_.whole(*inFile);
+  if (!whole) return std::unexpected(problemOf(whole.error()));
+  return Linked{std::move(*inFile), std::move(*whole)};
 }
 
 /// In the turn.
@@ -82,8 +102,9 @@ Result<std::string, StationProblem> StationTokens::settle(StationLink const& use
   if (!answer && answer.error().kind == Kind::signInAgain) {
     auto again = file_.read();
     if (!again) return std::unexpected(unkept(again.error()));
-    bool const isOther = again->refreshToken != used.refreshToken && !again->refreshToken.empty();
-    if (isOther) answer = refresh(*again, stop);
+    auto const whole = secrets_.whole(*again);
+    bool const isOther = whole && whole->refreshToken != used.refreshToken && !whole->refreshToken.empty();
+    if (isOther) answer = refresh(*whole, stop);
     if (!answer && answer.error().kind == Kind::signInAgain) {
       again->mustSignIn = true;
       again->accessToken.clear();
@@ -131,13 +152,22 @@ StationTokens::Answer StationTokens::ask(StationLink link, std::string const& fo
   return link;
 }
 
-Result<void, StationProblem> StationTokens::store(StationLink const& link) {
+Result<void, StationProblem> StationTokens::store(StationLink link) {
+  secrets_.place(link);
   if (auto const kept = file_.write(link); !kept) {
     unstored_ = link;
     return std::unexpected(unkept(kept.error()));
   }
   unstored_.reset();
+  secrets_.move(std::move(link));
   return {};
+}
+
+/// Of a link that takes the place of another.
+Result<void, StationProblem> StationTokens::storeFirst(Answer answer) {
+  if (!answer) return std::unexpected(answer.error());
+  if (auto const before = file_.read()) answer->keyring = before->keyring;
+  return store(std::move(*answer));
 }
 
 Result<void, StationProblem> StationTokens::redeem(StationLink link, std::string const& code,
@@ -152,9 +182,7 @@ Result<void, StationProblem> StationTokens::redeem(StationLink link, std::string
                                    {"scope", "read_station"},
                                    {"client_id", link.clientId},
                                    {"client_secret", link.clientSecret}});
-  auto answer = ask(std::move(link), form, stop);
-  if (!answer) return std::unexpected(answer.error());
-  return store(*answer);
+  return storeFirst(ask(std::move(link), form, stop));
 }
 
 Result<void, StationProblem> StationTokens::adopt(StationLink const& link, std::stop_token const& stop) {
@@ -162,9 +190,7 @@ Result<void, StationProblem> StationTokens::adopt(StationLink const& link, std::
   auto const turn = file_.turn(stop);
   if (!turn)
     return std::unexpected(StationProblem::failed(ServiceFailure::of(ServiceFailure::Kind::noAnswer)));
-  auto answer = refresh(link, stop);
-  if (!answer) return std::unexpected(answer.error());
-  return store(*answer);
+  return storeFirst(refresh(link, stop));
 }
 
 }  // namespace nimbara

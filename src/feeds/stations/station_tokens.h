@@ -4,6 +4,7 @@
 #pragma once
 
 #include "feeds/stations/station_link.h"
+#include "feeds/stations/station_secrets.h"
 #include "platform/clock.h"
 #include "platform/http_client.h"
 #include "platform/service_failure.h"
@@ -17,6 +18,7 @@ struct StationProblem {
   enum class Kind {
     notLinked,
     signInAgain,  ///< the user must; nobody asks until then
+    locked,       ///< the keyring with the tokens is, or is not there; nobody asks until it opens
     tooMany,      ///< requests; not to be asked for an hour
     expired,      ///< the access token is void
     failed        ///< `failure` says why
@@ -32,7 +34,7 @@ struct StationProblem {
 
 template <>
 inline constexpr auto enumNames<StationProblem::Kind> =
-    std::to_array<std::string_view>({"notLinked", "signInAgain", "tooMany", "expired", "failed"});
+    std::to_array<std::string_view>({"notLinked", "signInAgain", "locked", "tooMany", "expired", "failed"});
 static_assert(enumNamesComplete(StationProblem::Kind::failed));
 
 template <>
@@ -42,8 +44,9 @@ inline constexpr auto jsonFields<StationProblem> =
 class StationTokens {
  public:
   /// `base` is "https://api.netatmo.com".
-  StationTokens(HttpClient& http, Clock const& clock, std::string base, StationLinkFile const& file)
-      : http_(http), clock_(clock), base_(std::move(base)), file_(file) {}
+  StationTokens(HttpClient& http, Clock const& clock, std::string base, StationLinkFile const& file,
+                StationSecrets const& secrets)
+      : http_(http), clock_(clock), base_(std::move(base)), file_(file), secrets_(secrets) {}
 
   /// An access token that holds for another minute and is not `refused`. Blocks for a refresh where one is
   /// due. Any thread.
@@ -59,17 +62,26 @@ class StationTokens {
  private:
   using Answer = Result<StationLink, StationProblem>;
 
+  /// The link as the file has it, and with its secrets.
+  struct Linked {
+    StationLink inFile;
+    StationLink whole;
+  };
+
+  Result<Linked, StationProblem> linked() const;
   Answer ask(StationLink link, std::string const& form, std::stop_token const& stop);
   Answer refresh(StationLink const& link, std::stop_token const& stop);
   Result<std::string, StationProblem> settle(StationLink const& used, Answer answer,
                                              std::stop_token const& stop);
   bool isUsable(StationLink const& link, std::string const& refused) const;
-  Result<void, StationProblem> store(StationLink const& link);
+  Result<void, StationProblem> store(StationLink link);
+  Result<void, StationProblem> storeFirst(Answer answer);
 
   HttpClient& http_;
   Clock const& clock_;
   std::string base_;
   StationLinkFile const& file_;
+  StationSecrets const& secrets_;
   std::mutex mutex_;                     // guards the next
   std::optional<StationLink> unstored_;  ///< tokens that a full disk has refused
 };

@@ -57,6 +57,19 @@ class NoApplicationInstance final : public ApplicationInstance {
   void setListener(Listener) override {}
 };
 
+class NoSecretStore final : public SecretStore {
+ public:
+  Result<void, SecretFault> keep(std::string const&, std::string const&, std::string const&) override {
+    return std::unexpected(SecretFault::absent);
+  }
+  Result<std::string, SecretFault> find(std::string const&) override {
+    return std::unexpected(SecretFault::absent);
+  }
+  Result<void, SecretFault> forget(std::string const&) override {
+    return std::unexpected(SecretFault::absent);
+  }
+};
+
 }  // namespace
 
 bool isSandboxed() {
@@ -123,6 +136,12 @@ Result<bool, std::string> requestAutostart(DesktopBuses const& options, bool wan
 std::unique_ptr<SessionService> desktopSessionService(DesktopBuses const& options, ServiceFace& face) {
   DbusModule const* const module = dbusModule(options.program);
   return module == nullptr ? nullptr : module->sessionService(options.sessionBus, face);
+}
+
+std::unique_ptr<SecretStore> desktopSecretStore(DesktopBuses const& options) {
+  DbusModule const* const module = dbusModule(options.program);
+  if (module == nullptr) return std::make_unique<NoSecretStore>();
+  return module->secretStore(options.sessionBus);
 }
 
 std::vector<DesktopServiceState> desktopServiceStates(DesktopBuses const& options) {

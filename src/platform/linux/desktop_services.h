@@ -8,6 +8,7 @@
 #include "platform/location_source.h"
 #include "platform/notification_center.h"
 #include "platform/power_and_network.h"
+#include "platform/secret_store.h"
 #include "platform/session_service.h"
 #include "platform/tray.h"
 
@@ -64,6 +65,9 @@ Result<bool, std::string> requestAutostart(DesktopBuses const& options, bool wan
 
 /// Null without the module. The face must outlive it.
 std::unique_ptr<SessionService> desktopSessionService(DesktopBuses const& options, ServiceFace& face);
+
+/// Never null: without module, bus or service nobody keeps secrets.
+std::unique_ptr<SecretStore> desktopSecretStore(DesktopBuses const& options);
 
 /// Empty without the module.
 std::vector<DesktopServiceState> desktopServiceStates(DesktopBuses const& options);

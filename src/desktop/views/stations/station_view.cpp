@@ -94,6 +94,7 @@ std::string distanceText(double km, ViewContext const& context) {
 std::string problemText(StationProblem const& problem, ViewContext const& context) {
   using Kind = StationProblem::Kind;
   if (problem.kind == Kind::tooMany) return context.text("station.state.tooMany");
+  if (problem.kind == Kind::locked) return context.text("station.state.locked");
   if (problem.kind == Kind::signInAgain) return context.text("desktop.station.signInAgain");
   if (problem.kind == Kind::notLinked) return context.text("desktop.station.around.needs");
   return context.texts.format("station.state.failed", failureText(problem.failure, context.texts));

@@ -6,6 +6,7 @@
 #include "platform/linux/dbus/portal/background_portal.h"
 #include "platform/linux/dbus/portal/portal_location_source.h"
 #include "platform/linux/dbus/portal_appearance.h"
+#include "platform/linux/dbus/secret_service.h"
 #include "platform/linux/dbus/service/bus_session_service.h"
 #include "platform/linux/dbus/service_states.h"
 #include "platform/linux/dbus/system_watch.h"
@@ -46,6 +47,9 @@ nimbara::DbusModule const nimbaraDbusModule{
     [](std::string const& sessionBus,
        nimbara::ServiceFace& face) -> std::unique_ptr<nimbara::SessionService> {
       return std::make_unique<nimbara::BusSessionService>(sessionBus, face);
+    },
+    [](std::string const& sessionBus) -> std::unique_ptr<nimbara::SecretStore> {
+      return std::make_unique<nimbara::SecretService>(sessionBus);
     },
 };
 }

@@ -7,6 +7,7 @@
 #include "platform/location_source.h"
 #include "platform/notification_center.h"
 #include "platform/power_and_network.h"
+#include "platform/secret_store.h"
 #include "platform/session_service.h"
 #include "platform/tray.h"
 
@@ -38,6 +39,7 @@ struct DbusModule {
                                                 std::string const& reason,
                                                 std::chrono::milliseconds patience);
   std::unique_ptr<SessionService> (*sessionService)(std::string const& sessionBus, ServiceFace& face);
+  std::unique_ptr<SecretStore> (*secretStore)(std::string const& sessionBus);
 };
 
 inline constexpr char kDbusModuleSymbol[] = "nimbaraDbusModule";
