@@ -16,7 +16,9 @@ struct WordRow {
 };
 
 inline void showWords(RecordModel& words, std::span<WordRow const> rows, Texts const& texts) {
-  for (WordRow const& row : rows) words.insert(viewName(row.name), viewName(texts.text(row.key)));
+  QVariantHash added;
+  for (WordRow const& row : rows) words.put(viewName(row.name), viewName(texts.text(row.key)), added);
+  if (!added.isEmpty()) words.insert(added);
 }
 
 }  // namespace nimbara

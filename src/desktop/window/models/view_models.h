@@ -43,11 +43,21 @@ class RecordModel : public QQmlPropertyMap {
 
   template <class Record>
   void show(Record const& record) {
-    forEachViewField<Record>([&](auto const& field) {
-      QString const name = viewName(field.name);
-      QVariant const shown = viewValue(record.*field.member);
-      if (value(name) != shown) insert(name, shown);
-    });
+    QVariantHash added;
+    forEachViewField<Record>(
+        [&](auto const& field) { put(viewName(field.name), viewValue(record.*field.member), added); });
+    if (!added.isEmpty()) insert(added);
+  }
+
+  /// Changes a property that there is. One that there is not goes to `added`, to be inserted with the others:
+  /// the toolkit describes the whole record anew with each insertion of a name.
+  void put(QString const& name, QVariant const& shown, QVariantHash& added) {
+    QVariant const held = value(name);
+    if (!held.isValid()) {
+      added.insert(name, shown);
+    } else if (held != shown) {
+      insert(name, shown);
+    }
   }
 
  protected:
