@@ -80,9 +80,9 @@ std::string BriefWords::during(std::string name, WeatherEvent const& event, Inst
   bool const fromStart = event.begin <= begin + kAtOnce;
   bool const toEnd = event.end > end || (event.isOpen && event.end == end);
   if (fromStart && toEnd) return name;
-  if (fromStart) return texts_.format("brief.until", name, time_.hour(event.end));
-  if (toEnd) return texts_.format("brief.from", name, time_.hour(event.begin));
-  return texts_.format("brief.fromTo", name, time_.hour(event.begin), time_.hour(event.end));
+  if (fromStart) return texts_.format("brief.until", name, clock_.phrase(ClockRole::until, event.end));
+  if (toEnd) return texts_.format("brief.during", name, clock_.phrase(ClockRole::from, event.begin));
+  return texts_.format("brief.during", name, clock_.span(event.begin, event.end));
 }
 
 std::string BriefWords::rainAmount(double mm) const {

@@ -4,6 +4,7 @@
 
 #include "analysis/event_detector.h"
 #include "base/units.h"
+#include "base/words/clock_phrase.h"
 #include "base/words/time_words.h"
 
 #include <string>
@@ -14,10 +15,11 @@ namespace nimbara {
 class BriefWords {
  public:
   BriefWords(Units const& units, Texts const& texts, Calendar const& calendar)
-      : units_(units), texts_(texts), time_(texts, calendar) {}
+      : units_(units), texts_(texts), time_(texts, calendar), clock_(texts, calendar) {}
 
   Texts const& texts() const { return texts_; }
   TimeWords const& time() const { return time_; }
+  ClockPhrase const& clock() const { return clock_; }
 
   /// "light rain", "clear"; empty for `unknown`.
   std::string sky(WeatherConditionCode condition, bool isDay) const;
@@ -49,6 +51,7 @@ class BriefWords {
   Units const& units_;
   Texts const& texts_;
   TimeWords time_;
+  ClockPhrase clock_;
 };
 
 }  // namespace nimbara

@@ -25,6 +25,12 @@ Fall joined(Fall one, Fall other) {
   return one == Fall::unknown ? other : Fall::sleet;
 }
 
+/// As a sentence has it: "18:40 Uhr".
+std::string clockOf(Instant instant, Texts const& texts, TimeWords const& words) {
+  bool const isOfTwelve = texts.text("time.clockPattern").find('H') == std::string_view::npos;
+  return isOfTwelve ? words.clock(instant) : words.format(instant, texts.text("clock.pattern.minute"));
+}
+
 minutes wholeMinutes(milliseconds span) {
   return std::chrono::floor<minutes>(span);
 }
@@ -104,7 +110,7 @@ std::string sentenceOf(PrecipOutlook const& outlook, Texts const& texts, TimeWor
     return "nowcast." + std::string(kFallKeys[static_cast<std::size_t>(outlook.fall)]) + "." +
            std::string(form);
   };
-  std::string const end = words.clock(outlook.end);
+  std::string const end = clockOf(outlook.end, texts, words);
   switch (outlook.state) {
     case uncovered:
       return std::string(texts.text("nowcast.none"));
@@ -115,8 +121,9 @@ std::string sentenceOf(PrecipOutlook const& outlook, Texts const& texts, TimeWor
       if (outlook.dryFor == minutes(60)) return std::string(texts.text("nowcast.dry.oneHour"));
       return texts.format("nowcast.dry.minutes", outlook.dryFor.count());
     case starts:
-      if (outlook.isEndOpen) return texts.format(key("startsOpen"), words.clock(outlook.begin), end);
-      return texts.format(key("starts"), words.clock(outlook.begin),
+      if (outlook.isEndOpen)
+        return texts.format(key("startsOpen"), clockOf(outlook.begin, texts, words), end);
+      return texts.format(key("starts"), clockOf(outlook.begin, texts, words),
                           wholeMinutes(outlook.end - outlook.begin).count());
     case falls:
       return texts.format(key(outlook.isEndOpen ? "fallsOpen" : "falls"), end);

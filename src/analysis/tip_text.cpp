@@ -1,4 +1,5 @@
 #include "analysis/tip_generator.h"
+#include "base/words/clock_phrase.h"
 #include "base/words/time_words.h"
 
 #include <algorithm>
@@ -31,8 +32,9 @@ bool isWorthSaying(TipReason const& reason) {
 
 std::string rangeOf(TipWindow const& window, Instant now, TimeWords const& time, Texts const& texts,
                     Calendar const& calendar) {
+  ClockPhrase const clock(texts, calendar);
   std::string const span =
-      texts.format("advice.span", time.hour(std::max(window.from, now)), time.hour(window.to));
+      texts.format("advice.span", clock.name(std::max(window.from, now)), clock.name(window.to));
   if (calendar.isSameDay(window.from, now)) return texts.format("advice.today", span);
   if (calendar.day(window.from) == addDays(calendar.day(now), 1))
     return texts.format("advice.tomorrow", span);

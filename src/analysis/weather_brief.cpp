@@ -135,24 +135,32 @@ class Writer {
     addGenerated();
   }
 
+  /// Not in need of a word that names its day: what is told of tomorrow has one.
+  bool isNear(Instant instant, bool isTomorrows) const {
+    return instant < spans_.back().begin || (isTomorrows && instant <= spans_.back().end);
+  }
+
+  /// Moments of an authority keep their minutes.
+  std::string official(ClockRole role, Instant instant, bool isTomorrows) const {
+    using enum ClockPhrase::Precision;
+    return isNear(instant, isTomorrows) ? words_.clock().phrase(role, instant, minute)
+                                        : words_.clock().phraseOnDay(role, instant, now_, minute);
+  }
+
   void addOfficial(WeatherAlert const& warning) {
     Texts const& texts = words_.texts();
     bool const isAhead = warning.onset && *warning.onset > now_;
     bool const isTomorrows = isAhead && partAt(*warning.onset) == BriefPart::tomorrow;
-    // What is told of tomorrow needs no word that it is tomorrow.
-    auto const label = [&](Instant instant) {
-      bool const isNear = instant < spans_.back().begin || (isTomorrows && instant <= spans_.back().end);
-      return isNear ? words_.time().hour(instant) : words_.time().hourLabel(instant, now_);
-    };
-    std::string const begin = isAhead ? label(*warning.onset) : "";
-    std::string const end = warning.expires ? label(*warning.expires) : "";
     std::string text = words_.officialName(warning.title);
-    if (isAhead && !end.empty()) {
-      text = texts.format("brief.fromTo", text, begin, end);
-    } else if (isAhead) {
-      text = texts.format("brief.from", text, begin);
-    } else if (!end.empty()) {
-      text = texts.format("brief.until", text, end);
+    if (isAhead && warning.expires && isNear(*warning.expires, isTomorrows)) {
+      text =
+          texts.format("brief.during", text,
+                       words_.clock().span(*warning.onset, *warning.expires, ClockPhrase::Precision::minute));
+    } else {
+      if (isAhead)
+        text = texts.format("brief.during", text, official(ClockRole::from, *warning.onset, isTomorrows));
+      if (warning.expires)
+        text = texts.format("brief.until", text, official(ClockRole::until, *warning.expires, isTomorrows));
     }
     bool const startsWithNow = !isAhead && present_;
     add(startsWithNow ? BriefPart::now : partAt(isAhead ? *warning.onset : now_), always, {text});
@@ -330,7 +338,7 @@ class Writer {
     if (strongest == nullptr || strongestWind(*strongest) < kGustsKmph) return;
     double const kmph = strongestWind(*strongest);
     bool const isRunning = strongest->date <= now_;
-    std::string const around = words_.time().hour(isRunning ? now_ : strongest->date);
+    std::string const around = words_.clock().phrase(ClockRole::around, strongest->date);
     add(part, kmph >= kStormyKmph ? stormy : gusts,
         {isRunning ? words_.texts().format("brief.gustsNow", words_.wind(kmph))
                    : words_.texts().format("brief.gusts", words_.wind(kmph), around)});
@@ -357,7 +365,8 @@ class Writer {
                         words_.degrees(change->byC))});
     if (auto const& passage = trends_.front; passage && passage->at < spans_.back().end && passage->at > now_)
       add(partAt(passage->at), front,
-          {texts.format(passage->isCold ? "trend.coldFront" : "trend.warmFront", time.hour(passage->at))});
+          {texts.format(passage->isCold ? "trend.coldFront" : "trend.warmFront",
+                        words_.clock().phrase(ClockRole::around, passage->at))});
     if (trends_.pressure && trends_.pressure->changeHPa < 0) addPressure(trends_.pressure->tendency);
     for (WeatherEvent const& event : events_) {
       if (event.kind == EventKind::firstFrost && event.begin >= spans_.back().end)

@@ -194,7 +194,7 @@ TEST(PrecipPredictor, SpeaksTheReadersLanguageAndTime) {
   PrecipOutlook const outlook = PrecipPredictor(nowcastOf(5, "...ssss...")).outlook(kStart);
   Texts const german = Texts::load("de@hours=h23");
   EXPECT_EQ(sentenceOf(outlook, german, TimeWords(german, *Calendar::forZone("Europe/Berlin"))),
-            "Schneefall ab etwa 15:15, für etwa 20 Minuten");
+            "Schneefall ab etwa 15:15 Uhr, für etwa 20 Minuten");
   Texts const american = Texts::load("en");
   EXPECT_EQ(sentenceOf(outlook, american, TimeWords(american, Calendar::utc())),
             "Snow starting around 2:15 PM, for about 20 minutes");

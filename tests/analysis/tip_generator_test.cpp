@@ -51,7 +51,7 @@ TEST(Tips, NameTheDryHoursOfTheDay) {
     hour.condition = WeatherConditionCode::heavyRain;
   }
   Tip const tip = tipOf(Activity::running, weather);
-  EXPECT_THAT(linesOf(tip), ElementsAre("Today 9 AM to 12 PM: 15 °C, dry, light wind"));
+  EXPECT_THAT(linesOf(tip), ElementsAre("Today 9 AM to noon: 15 °C, dry, light wind"));
   EXPECT_EQ(tip.windows.front().score, 100);
 }
 

@@ -83,9 +83,9 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"the low", kNothing, "Tonight: Partly cloudy, low 5 °C."},
         Row{"the same high again", kNothing, "Tomorrow: Partly cloudy, temperatures similar to today."},
         Row{"rain within the day", falls(12, 15, 2, 80, Code::lightRain),
-            "Today: Light rain from 12 PM to 3 PM, about 6 mm, otherwise partly cloudy, high 15 °C."},
+            "Today: Light rain from noon to 3 PM, about 6 mm, otherwise partly cloudy, high 15 °C."},
         Row{"doubtful rain", falls(12, 15, 2, 54, Code::lightRain),
-            "Today: Light rain possible from 12 PM to 3 PM, about 6 mm, otherwise partly cloudy, high 15 "
+            "Today: Light rain possible from noon to 3 PM, about 6 mm, otherwise partly cloudy, high 15 "
             "°C."},
         Row{"rain that ends soon after the day", falls(16, 20, 1, 55, Code::heavyRain),
             "Today: Heavy rain from 4 PM to 8 PM, about 4 mm, otherwise partly cloudy, high 15 °C."},
@@ -94,7 +94,7 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"its other part", falls(16, 23, 1, 80, Code::lightRain),
             "Tonight: Light rain until 11 PM, about 5 mm, otherwise partly cloudy, low 5 °C."},
         Row{"snow with its depth", falls(30, 36, 2, 80, Code::heavySnow, -8),
-            "Tomorrow: Heavy snow until 12 PM, about 8 cm of new snow, otherwise partly cloudy, temperatures "
+            "Tomorrow: Heavy snow until noon, about 8 cm of new snow, otherwise partly cloudy, temperatures "
             "similar to today."},
         Row{"rain that freezes", falls(20, 22, 1, 80, Code::lightRain, -1),
             "Tonight: Freezing rain from 8 PM to 10 PM, about 2 mm, otherwise partly cloudy, low -1 °C with "
@@ -134,7 +134,7 @@ TEST(Brief, AgreesWithTheNowcast) {
   falls(9, 12, 2, 80, Code::lightRain)(weather);
   BriefBeside dry;
   dry.nowcast = PrecipOutlook{.state = PrecipOutlook::State::dry, .dryFor = std::chrono::minutes(120)};
-  EXPECT_THAT(briefOf(weather, kMorning, dry), HasSubstr("Today: Light rain from 11 AM to 12 PM"));
+  EXPECT_THAT(briefOf(weather, kMorning, dry), HasSubstr("Today: Light rain from 11 AM to noon"));
   BriefBeside wet;
   wet.nowcast = PrecipOutlook{
       .state = PrecipOutlook::State::falls, .fall = Fall::rain, .end = at("2026-11-21T09:40:00Z")};
@@ -150,6 +150,12 @@ TEST(Brief, BeginsWithTheWarningInEffect) {
   BriefBeside const beside{warnings, {}, {}, {}};
   EXPECT_THAT(briefOf(days(), kMorning, beside), testing::StartsWith("Now: Wind warning until 6 PM. Partly"));
   EXPECT_THAT(briefOf(days(), at("2026-11-21T18:00:00Z"), beside), Not(HasSubstr("Wind warning")));
+  warnings.front().expires = at("2026-11-21T18:30:00Z");
+  EXPECT_THAT(briefOf(days(), kMorning, beside), testing::StartsWith("Now: Wind warning until 6:30 PM. "));
+  warnings.front().expires = at("2026-11-24T00:00:00Z");
+  EXPECT_THAT(briefOf(days(), kMorning, beside),
+              testing::StartsWith("Now: Wind warning until Monday midnight. "))
+      << "the midnight that ends it";
   warnings.front().onset = at("2026-11-22T19:00:00Z");
   warnings.front().expires = at("2026-11-22T23:00:00Z");
   EXPECT_THAT(briefOf(days(), kMorning, beside),
@@ -189,7 +195,7 @@ TEST(Brief, CutsDaysOf23And25Hours) {
     }
     Texts const texts = Texts::load("en");
     Brief const brief = weatherBrief(weather, {}, at(now), Units::metric(), texts, berlin);
-    EXPECT_THAT(brief[BriefPart::tonight], HasSubstr("Light rain from 12 AM")) << now;
+    EXPECT_THAT(brief[BriefPart::tonight], HasSubstr("Light rain from midnight")) << now;
     bool const isSpring = std::string_view(now).starts_with("2026-03");
     EXPECT_THAT(brief[BriefPart::tonight], HasSubstr(isSpring ? "about 5 mm" : "about 7 mm")) << now;
     EXPECT_THAT(brief[BriefPart::tomorrow], Not(HasSubstr("rain"))) << now;
@@ -247,6 +253,99 @@ TEST(Brief, IsWholeInEveryLanguage) {
     }
   }
 }
+
+struct Translated {
+  std::string language, today, tonight, warning;
+};
+
+void PrintTo(Translated const& row, std::ostream* out) {
+  *out << row.language;
+}
+
+class BriefLanguages : public testing::TestWithParam<Translated> {};
+
+/// The same facts: rain from noon until three, gusts, snow before midnight, and a warning that keeps its
+/// minutes.
+TEST_P(BriefLanguages, WriteAsAForecasterOfTheirs) {
+  WeatherData weather = days();
+  falls(12, 15, 2, 80, Code::lightRain)(weather);
+  falls(21, 24, 2, 80, Code::lightSnow, -2)(weather);
+  weather.allHourly[13].windGustKmph = 61;
+  WeatherAlert warning;
+  warning.severity = AlertSeverity::warning;
+  warning.title = "Alert";
+  warning.onset = at("2026-11-21T13:00:00Z");
+  warning.expires = at("2026-11-21T18:30:00Z");
+  std::vector<WeatherAlert> const warnings{warning};
+  Texts const texts = Texts::load(GetParam().language + "@hours=h23");
+  Brief const brief = weatherBrief(weather, {}, kMorning, Units::metric(), texts);
+  EXPECT_EQ(brief[BriefPart::today], GetParam().today);
+  EXPECT_EQ(brief[BriefPart::tonight], GetParam().tonight);
+  EXPECT_THAT(
+      weatherBrief(weather, {warnings, {}, {}, {}}, kMorning, Units::metric(), texts)[BriefPart::today],
+      testing::StartsWith(GetParam().warning));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Ten, BriefLanguages,
+    testing::Values(
+        Translated{"en",
+                   "Light rain from noon to 15:00, about 6 mm, otherwise partly cloudy, high 15 °C. Gusts up "
+                   "to 61 km/h around 13:00.",
+                   "Light snow from 21:00 to midnight, about 4 cm of new snow, otherwise partly cloudy, low "
+                   "-2 °C with frost.",
+                   "Alert from 13:00 to 18:30. "},
+        Translated{"de",
+                   "Leichter Regen von 12 bis 15 Uhr, etwa 6 mm, sonst leicht bewölkt, Höchstwert 15 °C. "
+                   "Böen bis 61 km/h gegen 13 Uhr.",
+                   "Leichter Schneefall von 21 Uhr bis Mitternacht, etwa 4 cm Neuschnee, sonst leicht "
+                   "bewölkt, Tiefstwert -2 °C mit Frost.",
+                   "Alert von 13 bis 18:30 Uhr. "},
+        Translated{"fr",
+                   "Pluie faible de midi à 15 h, environ 6 mm, éclaircies le reste du temps, maximum 15 °C. "
+                   "Rafales jusqu’à 61 km/h vers 13 h.",
+                   "Neige faible de 21 h à minuit, environ 4 cm de neige fraîche, éclaircies le reste du "
+                   "temps, minimum -2 °C avec gel.",
+                   "Alert de 13 h à 18 h 30. "},
+        Translated{"es",
+                   "Lluvia débil desde el mediodía hasta las 15:00, unos 6 mm, poco nuboso el resto del "
+                   "tiempo, máxima de 15 °C. Rachas de hasta 61 km/h hacia las 13:00.",
+                   "Nieve débil desde las 21:00 hasta la medianoche, unos 4 cm de nieve nueva, poco nuboso "
+                   "el resto del tiempo, mínima de -2 °C con heladas.",
+                   "Alert desde las 13:00 hasta las 18:30. "},
+        Translated{"it",
+                   "Pioggia debole da mezzogiorno alle 15, circa 6 mm, per il resto poco nuvoloso, massima "
+                   "15 °C. Raffiche fino a 61 km/h verso le 13.",
+                   "Neve debole dalle 21 a mezzanotte, circa 4 cm di neve fresca, per il resto poco "
+                   "nuvoloso, minima -2 °C con gelo.",
+                   "Alert dalle 13 alle 18:30. "},
+        Translated{"pt",
+                   "Chuva fraca do meio-dia às 15h, cerca de 6 mm, pouco nublado no resto do tempo, máxima "
+                   "de 15 °C. Rajadas até 61 km/h por volta das 13h.",
+                   "Neve fraca das 21h à meia-noite, cerca de 4 cm de neve nova, pouco nublado no resto do "
+                   "tempo, mínima de -2 °C com geada.",
+                   "Alert das 13h às 18h30. "},
+        Translated{"nl",
+                   "Lichte regen van 12 tot 15 uur, ongeveer 6 mm, verder half bewolkt, maximum 15 °C. "
+                   "Windstoten tot 61 km/h rond 13 uur.",
+                   "Lichte sneeuw van 21 uur tot middernacht, ongeveer 4 cm verse sneeuw, verder half "
+                   "bewolkt, minimum -2 °C met vorst.",
+                   "Alert van 13 tot 18.30 uur. "},
+        Translated{"pl",
+                   "Słaby deszcz od 12:00 do 15:00, około 6 mm, poza tym małe zachmurzenie, maksymalnie 15 "
+                   "°C. Porywy do 61 km/h około 13:00.",
+                   "Słaby śnieg od 21:00 do północy, około 4 cm świeżego śniegu, poza tym małe zachmurzenie, "
+                   "minimalnie -2 °C, przymrozek.",
+                   "Alert od 13:00 do 18:30. "},
+        Translated{"ja",
+                   "正午から15時まで弱い雨、約6 mm、その他の時間は晴れ時々曇り、最高15 "
+                   "°C。13時頃に最大瞬間風速61 km/h。",
+                   "21時から深夜0時まで弱い雪、新雪約4 cm、その他の時間は晴れ時々曇り、最低-2 °C、霜に注意。",
+                   "13時から18時30分までAlert。"},
+        Translated{"zh", "正午至15时小雨，约6 mm，其余时间少云，最高15 °C。13时前后阵风可达61 km/h。",
+                   "21时至午夜小雪，新增积雪约4 cm，其余时间少云，最低-2 °C，有霜冻。",
+                   "13时至18时30分Alert。"}),
+    [](auto const& info) { return info.param.language; });
 
 TEST(StatedNumbers, MustStandInTheFacts) {
   std::string const facts = "Rain from 14:00 to 19:00, 6,5 mm, low -2 °C.";
