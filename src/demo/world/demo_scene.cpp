@@ -179,12 +179,6 @@ DemoAnswer messagesAnswer(std::span<SceneMessage const> messages, Instant now) {
 
 }  // namespace
 
-DemoScene const* findDemoScene(std::string_view name) {
-  auto const scenes = demoScenes();
-  auto const found = std::ranges::find(scenes, name, &DemoScene::name);
-  return found == scenes.end() ? nullptr : &*found;
-}
-
 std::optional<SceneAnswer> sceneAnswer(DemoScene const& scene, DemoRequest const& request, Instant now) {
   if (request.path == kAlertsPath && !scene.messages.empty()) {
     return SceneAnswer{messagesAnswer(scene.messages, now)};

@@ -1,5 +1,6 @@
 #include "demo/world/demo_scene.h"
 
+#include <algorithm>
 #include <array>
 
 namespace nimbara {
@@ -153,6 +154,12 @@ constexpr std::array kScenes = std::to_array<DemoScene>({
 
 std::span<DemoScene const> demoScenes() {
   return kScenes;
+}
+
+DemoScene const* findDemoScene(std::string_view name) {
+  auto const scenes = demoScenes();
+  auto const found = std::ranges::find(scenes, name, &DemoScene::name);
+  return found == scenes.end() ? nullptr : &*found;
 }
 
 }  // namespace nimbara
