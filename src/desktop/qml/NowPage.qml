@@ -202,51 +202,21 @@ ScrollPage {
             }
         }
 
-        Loader {
+        Later {
             readonly property int lane: 0
             visible: App.alerts.count > 0 || App.elsewhere.count > 0
-            source: visible ? "WarningChips.qml" : ""
+            file: visible ? "WarningChips.qml" : ""
         }
-        // A row would take its own width from the text's, which takes it from the row.
-        Item {
+        Later {
             readonly property int lane: 0
-            visible: brief.text !== ""
-            height: Math.max(brief.height, briefSign.height, toSources.visible ? toSources.height : 0)
-            Sign {
-                id: briefSign
-                anchors.left: parent.left
-                anchors.verticalCenter: parent.verticalCenter
-                visible: App.hazards.official.state !== "none"
-                size: 16 * Theme.scale
-                name: "warning"
-                ink: App.hazards.official.isUnchecked ? Theme.alertInk("warning") : Theme.muted
-            }
-            PlainText {
-                id: brief
-                anchors.verticalCenter: parent.verticalCenter
-                x: LayoutMirroring.enabled ? after : before
-                readonly property real before: briefSign.visible ? briefSign.width + Theme.space : 0
-                readonly property real after: toSources.visible ? toSources.width + Theme.space : 0
-                width: Math.max(0, parent.width - before - after)
-                text: App.hazards.official.brief
-                wrapMode: Text.Wrap
-                color: App.hazards.official.isUnchecked ? Theme.text : Theme.muted
-                font.pixelSize: Theme.small
-                Accessible.role: Accessible.StaticText
-                Accessible.name: text
-            }
-            SourcesLink {
-                id: toSources
-                anchors.right: parent.right
-                anchors.verticalCenter: parent.verticalCenter
-                visible: App.hazards.official.isUnchecked || App.hazards.official.isUncovered
-            }
+            visible: App.hazards.official.brief !== ""
+            file: visible ? "NowOfficial.qml" : ""
         }
 
-        Loader {
+        Later {
             readonly property int lane: 0
             visible: App.nowcast.isShown
-            source: visible ? "NowRain.qml" : ""
+            file: visible ? "NowRain.qml" : ""
         }
         PlainText {
             readonly property int lane: 0
@@ -259,11 +229,10 @@ ScrollPage {
             Accessible.role: Accessible.StaticText
             Accessible.name: text
         }
-        LinesCard {
+        Later {
             readonly property int lane: 0
             visible: App.now.brief !== ""
-            title: App.words.brief
-            lines: App.now.brief
+            file: visible ? "NowBrief.qml" : ""
         }
         Later {
             readonly property int lane: 0
