@@ -106,10 +106,14 @@ ScrollPage {
                             font.pixelSize: page.isLow ? Math.round(0.74 * Theme.display) : Theme.display
                             font.weight: Font.Light
                         }
-                        StationMark {
+                        Loader {
                             anchors.verticalCenter: parent.verticalCenter
-                            text: App.now.mark
-                            ink: "white"
+                            visible: active
+                            active: App.now.mark !== ""
+                            sourceComponent: StationMark {
+                                text: App.now.mark
+                                ink: "white"
+                            }
                         }
                         Glyph {
                             anchors.verticalCenter: parent.verticalCenter
@@ -140,9 +144,11 @@ ScrollPage {
                         }
                     }
                 }
-                NowArrival {
+                Loader {
                     width: parent.width
-                    visible: !App.now.hasReading && App.isReady
+                    visible: active
+                    active: !App.now.hasReading && App.isReady
+                    source: "NowArrival.qml"
                 }
                 PlainText {
                     id: sentence

@@ -1,6 +1,6 @@
 // Beside a value that the user's own station gives: a small sign, whose words say whose it is and how old.
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import NimbaraPages
 
 Item {
@@ -24,10 +24,14 @@ Item {
         ink: mark.ink
     }
     HoverHandler { id: pointer }
-    Popup {
+    // Of the templates: the styled one brings a library that nothing else of the first frame needs.
+    T.Popup {
         y: -height - 4
+        implicitWidth: contentWidth + leftPadding + rightPadding
+        implicitHeight: contentHeight + topPadding + bottomPadding
+        padding: 12
         visible: pointer.hovered
-        closePolicy: Popup.NoAutoClose
+        closePolicy: T.Popup.NoAutoClose
         margins: Theme.space
         contentItem: PlainText {
             text: mark.text
