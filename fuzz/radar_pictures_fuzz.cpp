@@ -1,5 +1,6 @@
-// Any bytes as a picture of a supplier.
+// Any bytes as a picture of a supplier, of the radar or of clouds.
 
+#include "desktop/imagery/cloud_veil.h"
 #include "desktop/imagery/picture_decoder.h"
 #include "desktop/imagery/radar_picture.h"
 
@@ -12,6 +13,8 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
   if (!picture) return 0;
   if (picture->width() > kLargestPictureSide || picture->height() > kLargestPictureSide) std::abort();
   static_cast<void>(isOneColour(*picture) || isWhollyTransparent(*picture) || isWriting(*picture));
+  if (auto const veil = cloudVeil({reinterpret_cast<char const*>(data), size}))
+    static_cast<void>(cloudsOnMap(*veil, {{0.5, 0.4}, 3, 64, 48}));
   static_cast<void>(inColours(*picture, RadarPalette::own));
   return 0;
 }

@@ -14,7 +14,6 @@ using namespace nimbara::test;
 using testing::ElementsAre;
 using testing::FloatNear;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::SizeIs;
 
 double degreesOf(GlobeStroke const& stroke) {
