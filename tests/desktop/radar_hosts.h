@@ -58,6 +58,7 @@ struct RadarHosts {
   RadarService radar{requests,
                      clock,
                      {{RadarSource::dwd, "https://dwd.example"},
+                      {RadarSource::jma, "https://jma.example"},
                       {RadarSource::libreWxr, "https://libre.example"},
                       {RadarSource::rainViewer, "https://viewer.example"}}};
   TileService tiles{requests, clock, {}};

@@ -161,6 +161,61 @@ TEST_F(RadarLayerTest, TellsDryFromUncovered) {
   EXPECT_THAT(none.frames, testing::IsEmpty());
 }
 
+/// Measured for an hour and forecast for another, every five minutes.
+std::string japaneseTimes(bool isForecast) {
+  std::string list;
+  for (int i = isForecast ? 1 : -12; i <= (isForecast ? 12 : 0); ++i) {
+    std::string time = formatIso8601(at("2026-11-22T10:05:00Z") + i * minutes(5));
+    std::erase_if(time, [](char c) { return c < '0' || c > '9'; });
+    list += list.empty() ? "[" : ",";
+    list += R"({"basetime":")" + (isForecast ? "20261122100500" : time) + R"(","validtime":")" + time +
+            R"(","elements":["hrpns"]})";
+  }
+  return list + "]";
+}
+
+TEST_F(RadarLayerTest, PlaysTheStepOfAMapServiceWithOneRequestAFrame) {
+  constexpr char kList[] =
+      "<WMS_Capabilities><Capability><Layer><Name>Niederschlagsradar</Name>"
+      "<Dimension name=\"REFERENCE_TIME\" default=\"2026-11-22T10:05:00Z\"/><Dimension name=\"time\">"
+      "2026-11-22T09:05:00Z/2026-11-22T12:05:00Z/PT5M</Dimension></Layer></Capability></WMS_Capabilities>";
+  hosts_.host.answer("dwd.example/geoserver/dwd/Niederschlagsradar", 200, kList);
+  hosts_.host.answer("dwd.example/geoserver/dwd/wms", 200, pictureOf(QColor(0xff, 0xff, 0x01)));
+  layer_->want({{mercatorOf({51, 10.2}), 7.2, 1280, 800}, {}, true, true});
+  RadarProgress const all = until([](RadarProgress const& progress) {
+    return !progress.frames.empty() && loadedOf(progress) == std::ssize(progress.frames);
+  });
+  ASSERT_EQ(all.frames.size(), 12U + 1U + 24U);
+  EXPECT_EQ(all.frames[1].frame.time - all.frames[0].frame.time, minutes(5));
+  EXPECT_EQ(hosts_.host.asked("dwd.example"), 1U + 37U) << "of sixty a minute";
+  EXPECT_EQ(hosts_.host.asked("request=GetMap"), 37U);
+}
+
+TEST_F(RadarLayerTest, PlaysTilesCoarselyAndShowsThemSharplyAtRest) {
+  constexpr Coordinate kTokyo{35.7, 139.7};
+  hosts_.host.answer("targetTimes_N1", 200, japaneseTimes(false));
+  hosts_.host.answer("targetTimes_N2", 200, japaneseTimes(true));
+  int shade = 0;
+  hosts_.host.answer("/surf/hrpns/", 200, [&shade](std::string const&) {
+    return pictureOf(QColor(0xa0, 0xd2, ++shade % 256), 256);
+  });
+  MapView const view{mercatorOf(kTokyo), 8.2, 1280, 800};
+  layer_->want({view, {}, true, true});
+  RadarProgress const some = until([](RadarProgress const& progress) { return loadedOf(progress) == 5; });
+  ASSERT_EQ(some.frames.size(), 25U);
+  for (std::size_t i = 0; i < some.frames.size(); ++i)
+    EXPECT_EQ(some.frames[i].isLoaded, i % 2 == 0 && i >= 8 && i <= 16)
+        << i << ": those ten minutes apart first";
+  EXPECT_EQ(hosts_.host.asked("/surf/hrpns/8/"), 0U);
+  Instant const stopped = some.frames[10].frame.time;
+  layer_->want({view, stopped, true, false});
+  ASSERT_TRUE(hosts_.host.wasAsked("/surf/hrpns/8/"));
+  hosts_.clock.advance(minutes(1));
+  EXPECT_TRUE(
+      until([&](RadarProgress const& progress) { return loadedOf(progress) >= 6; }).frames[10].isLoaded);
+  EXPECT_TRUE(layer_->picture(stopped));
+}
+
 TEST(RadarComposition, HasAVeilWhereASupplierHasNoRadar) {
   RadarSupplier const& german = supplierOf(RadarSource::dwd);
   MapView const inside = viewOf(kMitte, 9), beside = viewOf({52.5, 20}, 9), edge = viewOf({52.5, 15.8}, 9);
@@ -176,10 +231,14 @@ TEST(RadarComposition, TakesTheMaskFromThePicturesOfOneThatDrawsIt) {
   RadarSupplier const& german = supplierOf(RadarSource::dwd);
   QImage grey(512, 512, QImage::Format_ARGB32);
   grey.fill(Qt::gray);
-  TileAddress const tile{5, 16, 10};  // 0° to 11.25° E, 48.9° to 55.8° N
+  PictureArea const tile{{5, 16, 10}};  // 0° to 11.25° E, 48.9° to 55.8° N
   QImage const clear = withoutMask(grey, tile, german);
   EXPECT_EQ(qAlpha(clear.pixel(20, 256)), 0);
   EXPECT_EQ(clear.pixelColor(500, 256), QColor(Qt::gray));
+  QImage const wide = withoutMask(QImage(grey).scaled(1024, 512), {{5, 16, 10}, 2, 1}, german);
+  EXPECT_EQ(qAlpha(wide.pixel(20, 256)), 0) << "3° east of two squares of 11.25°";
+  EXPECT_EQ(wide.pixelColor(500, 256), QColor(Qt::gray));
+  EXPECT_EQ(qAlpha(wide.pixel(1000, 256)), 0);
   EXPECT_EQ(withoutMask(grey, tile, supplierOf(RadarSource::rainViewer)), grey);
 }
 

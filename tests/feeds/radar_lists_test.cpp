@@ -119,7 +119,7 @@ TEST(RadarLists, TakeHostAndPathFromTheRecordedList) {
   ASSERT_TRUE(list) << list.error().text();
   ASSERT_EQ(list->frames.size(), 7U);  // the last hour
   EXPECT_EQ(list->host, "https://tilecache.rainviewer.com");
-  EXPECT_EQ(pictureAddress(list->frames.back().address, {7, 67, 42}),
+  EXPECT_EQ(pictureAddress(list->frames.back().address, {{7, 67, 42}}),
             "https://tilecache.rainviewer.com/v2/radar/bcf5f246d1f9/512/7/67/42/2/1_1.png");
 }
 
@@ -134,9 +134,16 @@ TEST(RadarLists, CountFromTheNewestOfTheMesonet) {
 TEST(RadarLists, AskAMapServiceForTheEdgesOfATile) {
   auto const list = readFrameList(context(RadarSource::noaa), layer(times("2026-11-22T10:00:00Z")));
   ASSERT_TRUE(list);
-  EXPECT_THAT(pictureAddress(list->frames[0].address, {1, 0, 0}),
+  EXPECT_THAT(pictureAddress(list->frames[0].address, {{1, 0, 0}, 1, 1, 512}),
               EndsWith("&crs=EPSG:3857&bbox=-20037508.343,0.000,0.000,20037508.343&width=512&height=512"
                        "&format=image/png&transparent=true&time=2026-11-22T10:00:00Z"));
+}
+
+TEST(RadarLists, AskAMapServiceForSquaresSideBySide) {
+  auto const list = readFrameList(context(RadarSource::noaa), layer(times("2026-11-22T10:00:00Z")));
+  ASSERT_TRUE(list);
+  EXPECT_THAT(pictureAddress(list->frames[0].address, {{2, 0, 1}, 3, 2}),
+              HasSubstr("&bbox=-20037508.343,-10018754.171,10018754.171,10018754.171&width=768&height=512&"));
 }
 
 TEST(RadarLists, SurviveAnyBytes) {
@@ -162,6 +169,52 @@ TEST(RadarSuppliers, ServeATileWithWhatTheyHave) {
     EXPECT_EQ(servedBy(supplierOf(row.source), row.tile), row.picture) << row.tile.zoom;
   }
 }
+
+struct WantedRow {
+  char const* name;
+  RadarSource source;
+  MapView view;
+  std::size_t most;
+  int zoom;
+  std::size_t atMost;  ///< pictures
+};
+
+struct WantedPictures : testing::TestWithParam<WantedRow> {};
+
+TEST_P(WantedPictures, AreFewAndCoverTheView) {
+  WantedRow const& row = GetParam();
+  RadarSupplier const& supplier = supplierOf(row.source);
+  auto const areas = picturesWanted(supplier, row.view, row.most);
+  ASSERT_FALSE(areas.empty());
+  EXPECT_LE(areas.size(), row.atMost);
+  for (PictureArea const& area : areas) {
+    EXPECT_EQ(area.first.zoom, row.zoom);
+    EXPECT_LE(std::max(area.columns, area.rows) * area.pixels, 2048) << "no larger than is decoded";
+  }
+  auto const hasCentre = [&row](PictureArea const& area) {
+    MapPoint const from = northWestOf(area), to = southEastOf(area), centre = row.view.centre;
+    return from.x <= centre.x && to.x > centre.x && from.y <= centre.y && to.y > centre.y;
+  };
+  EXPECT_TRUE(std::ranges::any_of(areas, hasCentre));
+}
+
+constexpr MapView over(double x, double y, double zoom, int width, int height) {
+  return {{x, y}, zoom, width, height};
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Views, WantedPictures,
+    testing::Values(
+        WantedRow{"GermanyInOne", RadarSource::dwd, over(0.528, 0.334, 7.2, 1280, 800), 99, 7, 1},
+        WantedRow{"AmericaOnALargeScreen", RadarSource::noaa, over(0.24, 0.38, 7.2, 3840, 2160), 99, 6, 2},
+        WantedRow{"BelowTheDeepest", RadarSource::dwd, over(0.537, 0.328, 12, 1280, 800), 99, 10, 1},
+        WantedRow{"America", RadarSource::noaa, over(0.23, 0.38, 4.4, 1280, 800), 99, 4, 1},
+        WantedRow{"JapanSharp", RadarSource::jma, over(0.888, 0.394, 8.2, 1280, 800), 99, 8, 30},
+        WantedRow{"JapanCoarse", RadarSource::jma, over(0.888, 0.394, 8.2, 1280, 800), 8, 6, 8},
+        WantedRow{"JapanHasNoneCoarser", RadarSource::jma, over(0.888, 0.394, 4.2, 1280, 800), 1, 4, 8},
+        WantedRow{"TilesOfTheWorld", RadarSource::libreWxr, over(0.5, 0.34, 6.2, 1280, 800), 99, 5, 12},
+        WantedRow{"TilesOfTheWorldCoarse", RadarSource::libreWxr, over(0.5, 0.34, 6.2, 1280, 800), 4, 4, 4}),
+    [](auto const& row) { return std::string(row.param.name); });
 
 TEST(RadarSuppliers, AreAskedWhereTheyHaveRadars) {
   using enum RadarSource;

@@ -64,6 +64,13 @@ Instant flooredTo(minutes step, Instant instant) {
   return Instant(since - since % step);
 }
 
+struct Size {
+  int width, height;
+
+  Size(int wide, int high) : width(wide), height(high) {}
+  Size(int side) : width(side), height(side) {}
+};
+
 /// The corners of a picture in the square world.
 struct Square {
   MapPoint northWest, southEast;
@@ -77,14 +84,15 @@ DemoAnswer png(DemoPicture const& picture) {
   return {200, pngOf(picture), {}};
 }
 
-DemoAnswer transparent(int side) {
-  DemoPicture picture(side, side);
+DemoAnswer transparent(Size size) {
+  DemoPicture picture(size.width, size.height);
   picture.palette = {0};
   return png(picture);
 }
 
-DemoAnswer written(int side) {
-  DemoPicture picture(side, side);
+DemoAnswer written(Size size) {
+  DemoPicture picture(size.width, size.height);
+  int const side = std::min(size.width, size.height);
   picture.palette = {0, 0x808080ff};
   write(picture, "ZOOM LEVEL", side / 16, side / 3, side / 50, 1);
   write(picture, "NOT SUPPORTED", side / 16, side / 2, side / 60, 1);
@@ -105,10 +113,10 @@ std::uint8_t rawOf(double mmPerHour) {
 }
 
 /// Drawn in blocks of four points, which is about as fine as radars are.
-DemoAnswer rainPicture(Square square, int side, Instant time, std::span<Area const> areas,
+DemoAnswer rainPicture(Square square, Size size, Instant time, std::span<Area const> areas,
                        std::span<Colour const> colours) {
   constexpr int kBlock = 4;
-  DemoPicture picture(side, side);
+  DemoPicture picture(size.width, size.height);
   if (colours.empty()) {
     for (std::uint32_t i = 0; i < 256; ++i)
       picture.palette.push_back(i == 0 ? 0 : i << 24 | i << 16 | i << 8 | 0xff);
@@ -119,11 +127,11 @@ DemoAnswer rainPicture(Square square, int side, Instant time, std::span<Area con
   DemoRain rain(time);
   double const width = square.southEast.x - square.northWest.x;
   double const height = square.southEast.y - square.northWest.y;
-  for (int y = 0; y < side; y += kBlock) {
-    for (int x = 0; x < side; x += kBlock) {
+  for (int y = 0; y < size.height; y += kBlock) {
+    for (int x = 0; x < size.width; x += kBlock) {
       constexpr double kMiddle = kBlock / 2.0;
-      Coordinate const place = coordinateOf({square.northWest.x + width * (x + kMiddle) / side,
-                                             square.northWest.y + height * (y + kMiddle) / side});
+      Coordinate const place = coordinateOf({square.northWest.x + width * (x + kMiddle) / size.width,
+                                             square.northWest.y + height * (y + kMiddle) / size.height});
       if (!isWithin(areas, place)) continue;
       double const amount = rain.at(place);
       std::uint8_t const value = colours.empty() ? rawOf(amount) : indexOf(colours, amount);
@@ -135,9 +143,9 @@ DemoAnswer rainPicture(Square square, int side, Instant time, std::span<Area con
 }
 
 /// What the faults of pictures show in place of a picture.
-std::optional<DemoAnswer> faultyPicture(DemoRequest const& request, int side) {
-  if (request.fault == DemoFault::Kind::transparent) return transparent(side);
-  if (request.fault == DemoFault::Kind::writing) return written(side);
+std::optional<DemoAnswer> faultyPicture(DemoRequest const& request, Size size) {
+  if (request.fault == DemoFault::Kind::transparent) return transparent(size);
+  if (request.fault == DemoFault::Kind::writing) return written(size);
   if (request.fault == DemoFault::Kind::status429) return DemoAnswer{429, "too many requests", {}};
   return std::nullopt;
 }
@@ -196,16 +204,19 @@ DemoAnswer mapService(DemoRequest const& request, Instant now, MapServiceLayer c
   if (request.query("request") == "GetCapabilities")
     return {200, capabilitiesOf(layer, newest, request.fault == DemoFault::Kind::emptyList), {}};
   auto const square = boxOf(request.query("bbox"));
-  auto const side = parseInteger(request.query("width"));
+  auto const width = parseInteger(request.query("width")), height = parseInteger(request.query("height"));
   auto const time = parseIso8601(request.query("time"));
-  constexpr int kMost = 1024;
-  if (!square || !side || *side < 16 || *side > kMost || *side % 4 != 0)
-    return {200, "<ServiceExceptionReport/>", {}};
-  if (auto faulty = faultyPicture(request, *side)) return std::move(*faulty);
+  constexpr int kMost = 2048;
+  auto const isSide = [](auto const& side) {
+    return side && *side >= 16 && *side <= kMost && *side % 4 == 0;
+  };
+  if (!square || !isSide(width) || !isSide(height)) return {200, "<ServiceExceptionReport/>", {}};
+  Size const size(*width, *height);
+  if (auto faulty = faultyPicture(request, size)) return std::move(*faulty);
   bool const isListed = time && flooredTo(minutes(5), *time) == *time &&
                         *time >= newest - minutes(5) * (kMeasured - 1) &&
                         *time <= newest + layer.forecast * minutes(5);
-  return isListed ? rainPicture(*square, *side, *time, layer.areas, layer.colours) : transparent(*side);
+  return isListed ? rainPicture(*square, size, *time, layer.areas, layer.colours) : transparent(size);
 }
 
 // Lists with paths.

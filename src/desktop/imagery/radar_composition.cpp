@@ -37,7 +37,7 @@ void drawTiles(QPainter& painter, MapView const& view, std::span<TilePicture con
   painter.setRenderHint(QPainter::SmoothPixmapTransform);
   for (TilePicture const& tile : tiles) {
     if (tile.picture.isNull()) continue;
-    visitSeen(view, northWestOf(tile.tile), southEastOf(tile.tile),
+    visitSeen(view, northWestOf(tile.area()), southEastOf(tile.area()),
               [&](QRect const& at) { painter.drawImage(at, tile.picture); });
   }
 }
@@ -118,10 +118,11 @@ bool isRepeated(std::span<TilePicture const> tiles) {
   return false;
 }
 
-QImage withoutMask(QImage picture, TileAddress tile, RadarSupplier const& supplier) {
+QImage withoutMask(QImage picture, PictureArea const& area, RadarSupplier const& supplier) {
   if (supplier.palette != RadarPalette::dwd || picture.isNull()) return picture;
-  MapView const view{{(tile.x + 0.5) / (1 << tile.zoom), (tile.y + 0.5) / (1 << tile.zoom)},
-                     tile.zoom + std::log2(static_cast<double>(picture.width()) / kTileSide),
+  MapPoint const from = northWestOf(area), to = southEastOf(area);
+  MapView const view{{(from.x + to.x) / 2, (from.y + to.y) / 2},
+                     std::log2(picture.width() / (to.x - from.x) / kTileSide),
                      picture.width(),
                      picture.height()};
   QImage clear(picture.size(), QImage::Format_ARGB32);

@@ -29,7 +29,7 @@ Composition composed(MapView const& view, std::span<TilePicture const> tiles, QI
 bool isRepeated(std::span<TilePicture const> tiles);
 
 /// Without what a supplier draws where it has no radars.
-QImage withoutMask(QImage picture, TileAddress tile, RadarSupplier const& supplier);
+QImage withoutMask(QImage picture, PictureArea const& area, RadarSupplier const& supplier);
 
 /// The tiles of coverage that a view wants: coarser than those of rain, as its edges are.
 std::vector<TileAddress> coverageTilesWanted(MapView const& view);

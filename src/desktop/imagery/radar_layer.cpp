@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstring>
+#include <limits>
 
 namespace nimbara {
 
@@ -51,7 +52,7 @@ struct Tiles {
   std::optional<ServiceFailure> failure;  ///< of the first that failed, else of one that does not exist
 };
 
-Tiles decodedTiles(std::vector<TileAddress> const& wanted, std::vector<Fetched> const& got,
+Tiles decodedTiles(std::vector<PictureArea> const& wanted, std::vector<Fetched> const& got,
                    RadarSupplier const& supplier) {
   Tiles tiles;
   std::optional<ServiceFailure> missing;
@@ -62,7 +63,8 @@ Tiles decodedTiles(std::vector<TileAddress> const& wanted, std::vector<Fetched> 
     }
     auto picture = got[i] ? decodePicture(*got[i]) : std::nullopt;
     if (picture) {
-      tiles.pictures.push_back({wanted[i], withoutMask(std::move(*picture), wanted[i], supplier)});
+      tiles.pictures.push_back({wanted[i].first, withoutMask(std::move(*picture), wanted[i], supplier),
+                                wanted[i].columns, wanted[i].rows});
       continue;
     }
     ++tiles.failed;
@@ -70,6 +72,17 @@ Tiles decodedTiles(std::vector<TileAddress> const& wanted, std::vector<Fetched> 
   }
   if (!tiles.failure) tiles.failure = missing;
   return tiles;
+}
+
+/// All that are played: first those further apart, of them those next to the one that is shown.
+std::vector<RadarFrame> inOrderOfNeed(RadarReading const& reading, RadarFrame const& first) {
+  auto frames = thinned(reading.frames, supplierOf(reading.source).step);
+  auto const skeleton = thinned(frames, RadarLayer::kFirstApart);
+  std::ranges::stable_sort(frames, {}, [&](RadarFrame const& each) {
+    bool const isBetween = std::ranges::find(skeleton, each) == skeleton.end();
+    return std::pair(isBetween, std::chrono::abs(each.time - first.time));
+  });
+  return frames;
 }
 
 }  // namespace
@@ -103,10 +116,11 @@ void RadarLayer::want(RadarWish const& wish) {
   if (wish_ == wish) return;
   if (hidden_.stop_requested()) hidden_ = std::stop_source();
   bool const isOtherView = !wish_ || wish_->view != wish.view;
-  bool const isThere = std::ranges::any_of(
-      kept_, [&wish](Kept const& each) { return wish.frame && each.frame.time == *wish.frame; });
+  bool const isThere = std::ranges::any_of(kept_, [&wish](Kept const& each) {
+    return wish.frame && each.frame.time == *wish.frame && (wish.isMoving || !each.isCoarse);
+  });
   bool const wantsMore = !wish_ || (wish.wantsAll && !wish_->wantsAll);
-  bool const isOtherFrame = !wish_ || wish_->frame != wish.frame;
+  bool const isOtherFrame = !wish_ || wish_->frame != wish.frame || wish_->isMoving != wish.isMoving;
   wish_ = wish;
   // What is under way for the same view goes on, unless another frame of it is waited for.
   if (isOtherView || (isOtherFrame && !isThere)) stop_.request_stop();
@@ -166,7 +180,7 @@ void RadarLayer::serve(Turn const& turn) {
       return progress_.frames[frameOf(progress_, turn.wish.frame)].frame;
     }();
     ServiceFailure failure;
-    Outcome const outcome = load(turn, reading, first, failure);
+    Outcome const outcome = load(turn, reading, first, !turn.wish.isMoving, failure);
     if (outcome == Outcome::refused) sources_.radar()->refuse(reading.source, failure);
     if (outcome == Outcome::uncovered) without.insert(reading.source);
     if (outcome == Outcome::refused || outcome == Outcome::uncovered) continue;
@@ -200,7 +214,7 @@ void RadarLayer::takeList(RadarWish const& wish, RadarReading const& reading) {
   view_ = wish.view;
   progress_.source = reading.source;
   // A forecast for the same time that was made later has the same name.
-  auto const frames = thinned(reading.frames, kBetween);
+  auto const frames = thinned(reading.frames, supplierOf(reading.source).step);
   Instant const newest = frames[newestMeasured(frames)].time;
   if (newest != newest_) std::erase_if(kept_, [](Kept const& each) { return each.frame.isForecast; });
   newest_ = newest;
@@ -259,16 +273,19 @@ bool RadarLayer::makeVeil(Turn const& turn, RadarReading const& reading, Service
 }
 
 RadarLayer::Outcome RadarLayer::load(Turn const& turn, RadarReading const& reading, RadarFrame const& frame,
-                                     ServiceFailure& failure) {
+                                     bool isFine, ServiceFailure& failure) {
   {
     std::lock_guard const lock(mutex_);
-    if (Kept const* const kept = keptOf(frame); kept != nullptr && !kept->isPartial) return Outcome::loaded;
+    Kept const* const kept = keptOf(frame);
+    if (kept != nullptr && !kept->isPartial && !(isFine && kept->isCoarse)) return Outcome::loaded;
   }
   RadarSupplier const& supplier = supplierOf(reading.source);
   bool const isCoverageKnown = makeVeil(turn, reading, failure);
   if (turn.stop.stop_requested()) return Outcome::stopped;
   if (isCoverageKnown && coversAll(veil_, turn.wish.view)) return Outcome::uncovered;
-  auto const wanted = tilesWanted(supplier, turn.wish.view);
+  constexpr std::size_t kAny = std::numeric_limits<std::size_t>::max();
+  auto const wanted = picturesWanted(supplier, turn.wish.view, isFine ? kAny : kMostPlayed);
+  bool const isCoarse = !isFine && wanted != picturesWanted(supplier, turn.wish.view, kAny);
   auto const got = fetchedAll(wanted.size(), [&](std::size_t i) {
     return sources_.tiles()->picture(reading, frame, wanted[i], turn.stop);
   });
@@ -289,17 +306,14 @@ RadarLayer::Outcome RadarLayer::load(Turn const& turn, RadarReading const& readi
     tile.picture = inColours(std::move(tile.picture), supplier.palette);
   auto [placed, isDry] = composed(turn.wish.view, tiles.pictures, veil_);
   if (isDry && !isCoverageKnown) return failure.kind == Kind::leftAlone ? Outcome::later : Outcome::refused;
-  keep(turn, {frame, {}, isDry, tiles.failed > 0}, placed);
+  keep(turn, {frame, {}, isDry, tiles.failed > 0, isCoarse}, placed);
   return Outcome::loaded;
 }
 
 void RadarLayer::loadOthers(Turn const& turn, RadarReading const& reading, RadarFrame const& first) {
-  auto frames = thinned(reading.frames, kBetween);
-  auto const away = [&first](RadarFrame const& each) { return std::chrono::abs(each.time - first.time); };
-  std::ranges::stable_sort(frames, {}, away);
-  for (RadarFrame const& frame : frames) {
+  for (RadarFrame const& frame : inOrderOfNeed(reading, first)) {
     ServiceFailure failure;
-    Outcome const outcome = load(turn, reading, frame, failure);
+    Outcome const outcome = load(turn, reading, frame, false, failure);
     if (outcome == Outcome::stopped) return;
     if (outcome != Outcome::later) continue;
     std::lock_guard const lock(mutex_);

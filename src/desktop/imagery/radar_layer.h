@@ -23,6 +23,7 @@ struct RadarWish {
   MapView view;
   std::optional<Instant> frame;  ///< none: the newest that was measured
   bool wantsAll = false;         ///< the other frames after it, to be played
+  bool isMoving = false;         ///< it is one of many that are played, and need not be sharp
   bool operator==(RadarWish const&) const = default;
 };
 
@@ -33,8 +34,11 @@ class RadarLayer {
   /// After these spans lists and pictures that failed are looked at again, the second where a host had its
   /// requests of the minute.
   static constexpr std::chrono::seconds kAgain{60}, kSoon{10};
-  /// Between frames: of a supplier with more of them not all are fetched.
-  static constexpr std::chrono::minutes kBetween{10};
+  /// Of the frames that are played those so far apart come first, then those between them.
+  static constexpr std::chrono::minutes kFirstApart{10};
+  /// Tiles of one of them, where a coarser zoom has fewer: with sixty requests a minute to a host an hour of
+  /// frames is played soon, and sharp where it stands still.
+  static constexpr std::size_t kMostPlayed = 8;
   static constexpr qsizetype kMostBytes = qsizetype{24} << 20;
 
   RadarLayer(RadarSources sources, Listener listener);
@@ -55,6 +59,7 @@ class RadarLayer {
     QByteArray packed;
     bool isDry = false;
     bool isPartial = false;
+    bool isCoarse = false;  ///< there is a finer one
   };
   struct Turn {
     RadarWish wish;
@@ -69,7 +74,7 @@ class RadarLayer {
   bool begin(Turn const& turn, RadarReading const& reading);
   void takeList(RadarWish const& wish, RadarReading const& reading);
   void fail(Turn const& turn, RadarMiss miss);
-  Outcome load(Turn const& turn, RadarReading const& reading, RadarFrame const& frame,
+  Outcome load(Turn const& turn, RadarReading const& reading, RadarFrame const& frame, bool isFine,
                ServiceFailure& failure);
   bool makeVeil(Turn const& turn, RadarReading const& reading, ServiceFailure& failure);
   void loadOthers(Turn const& turn, RadarReading const& reading, RadarFrame const& first);

@@ -12,10 +12,13 @@
 
 namespace nimbara {
 
-/// A tile of the supplier's own zoom; null where it has none.
+/// A tile of the supplier's own zoom, or several in one picture; null where it has none.
 struct TilePicture {
   TileAddress tile;
   QImage picture;
+  int columns = 1, rows = 1;
+
+  PictureArea area() const { return {tile, columns, rows}; }
 };
 
 /// Tiles of bare values in our own colours; others as they are.

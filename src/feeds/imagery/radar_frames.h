@@ -15,7 +15,7 @@ namespace nimbara {
 struct RadarFrame {
   Instant time;
   bool isForecast = false;
-  /// With {z}, {x} and {y}, or with {bbox} for the edges of a tile in metres.
+  /// With {z}, {x} and {y}, or with {bbox} for edges in metres, {width} and {height}.
   std::string address;
 
   bool operator==(RadarFrame const&) const = default;

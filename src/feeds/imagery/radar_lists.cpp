@@ -124,11 +124,10 @@ Result<Frames, DecodeError> targetTimes(ListContext const& context, std::string_
 Result<FrameList, DecodeError> capabilities(ListContext const& context, std::string_view body) {
   auto const times = layerTimesIn(body, context.supplier.layer);
   if (!times) return std::unexpected(times.error());
-  std::string const side = std::to_string(context.supplier.pixels);
   std::string const question =
       context.base + std::string(context.supplier.pictures) +
       "?service=WMS&version=1.3.0&request=GetMap&layers=" + std::string(context.supplier.layer) +
-      "&styles=&crs=EPSG:3857&bbox={bbox}&width=" + side + "&height=" + side +
+      "&styles=&crs=EPSG:3857&bbox={bbox}&width={width}&height={height}"
       "&format=image/png&transparent=true&time=";
   FrameList list{{}, context.base};
   for (Instant const time : times->times) {
@@ -178,11 +177,11 @@ std::string replaced(std::string_view text, std::string_view what, std::string c
   return result;
 }
 
-/// The edges of a tile in metres: west, south, east, north.
-std::string boxOf(TileAddress tile) {
+/// The edges in metres: west, south, east, north.
+std::string boxOf(PictureArea const& area) {
   constexpr double kHalf = 20037508.342789244;
-  MapPoint const northWest = northWestOf(tile);
-  MapPoint const southEast = southEastOf(tile);
+  MapPoint const northWest = northWestOf(area);
+  MapPoint const southEast = southEastOf(area);
   auto const east = [](double x) { return fixedDecimal((2 * x - 1) * kHalf, 3); };
   auto const north = [](double y) { return fixedDecimal((1 - 2 * y) * kHalf, 3); };
   return east(northWest.x) + "," + north(southEast.y) + "," + east(southEast.x) + "," + north(northWest.y);
@@ -235,11 +234,15 @@ std::optional<std::string> allowedHost(RadarSupplier const& supplier, std::strin
   return isName && isWithin ? std::optional(kSecure.data() + name) : std::nullopt;
 }
 
-std::string pictureAddress(std::string_view address, TileAddress tile) {
-  if (address.contains("{bbox}")) return replaced(address, "{bbox}", boxOf(tile));
-  std::string result = replaced(address, "{z}", std::to_string(tile.zoom));
-  result = replaced(result, "{x}", std::to_string(tile.x));
-  return replaced(result, "{y}", std::to_string(tile.y));
+std::string pictureAddress(std::string_view address, PictureArea const& area) {
+  if (address.contains("{bbox}")) {
+    std::string const box = replaced(address, "{bbox}", boxOf(area));
+    std::string const wide = replaced(box, "{width}", std::to_string(area.columns * area.pixels));
+    return replaced(wide, "{height}", std::to_string(area.rows * area.pixels));
+  }
+  std::string result = replaced(address, "{z}", std::to_string(area.first.zoom));
+  result = replaced(result, "{x}", std::to_string(area.first.x));
+  return replaced(result, "{y}", std::to_string(area.first.y));
 }
 
 std::size_t newestMeasured(std::vector<RadarFrame> const& frames) {

@@ -47,6 +47,6 @@ std::optional<std::string> allowedHost(RadarSupplier const& supplier, std::strin
                                        std::string_view host);
 
 /// The address of one picture.
-std::string pictureAddress(std::string_view address, TileAddress tile);
+std::string pictureAddress(std::string_view address, PictureArea const& area);
 
 }  // namespace nimbara

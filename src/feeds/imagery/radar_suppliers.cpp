@@ -152,6 +152,40 @@ double shareOf(RadarSupplier const& supplier, MapView const& view) {
   return static_cast<double>(within) / (kPoints * kPoints);
 }
 
+/// A picture of twice the side has the pixels of the zoom below.
+int finerOf(RadarSupplier const& supplier) {
+  return supplier.pixels / kTileSide / 2;
+}
+
+/// Enlarged by up to two thirds rather than four times as many.
+int zoomOf(MapView const& view) {
+  constexpr double kFiner = 0.25;
+  return static_cast<int>(std::lround(view.zoom - kFiner));
+}
+
+std::vector<TileAddress> rainyTiles(RadarSupplier const& supplier, MapView const& view, int zoom) {
+  auto tiles = tilesOf(view, zoom);
+  std::erase_if(tiles, [&](TileAddress const& tile) { return !mayHaveRain(supplier, tile); });
+  return tiles;
+}
+
+/// The rectangle around tiles of one zoom, in pictures that are no larger than is decoded. Suppliers of map
+/// services have no radars at ±180°.
+std::vector<PictureArea> blocksOf(std::vector<TileAddress> const& tiles) {
+  constexpr int kMost = 8;
+  std::vector<PictureArea> blocks;
+  if (tiles.empty()) return blocks;
+  auto const [west, east] = std::ranges::minmax(tiles, {}, &TileAddress::x);
+  auto const [north, south] = std::ranges::minmax(tiles, {}, &TileAddress::y);
+  for (int y = north.y; y <= south.y; y += kMost) {
+    for (int x = west.x; x <= east.x; x += kMost) {
+      blocks.push_back(
+          {{west.zoom, x, y}, std::min(kMost, east.x - x + 1), std::min(kMost, south.y - y + 1)});
+    }
+  }
+  return blocks;
+}
+
 }  // namespace
 
 std::span<RadarSupplier const> radarSuppliers() {
@@ -191,10 +225,38 @@ std::vector<RadarSource> radarSourcesFor(MapView const& view) {
   return sources;
 }
 
+MapPoint northWestOf(PictureArea const& area) {
+  return northWestOf(area.first);
+}
+
+MapPoint southEastOf(PictureArea const& area) {
+  return southEastOf(
+      TileAddress{area.first.zoom, area.first.x + area.columns - 1, area.first.y + area.rows - 1});
+}
+
+std::vector<PictureArea> picturesWanted(RadarSupplier const& supplier, MapView const& view,
+                                        std::size_t most) {
+  if (supplier.form == PictureForm::wms) {
+    constexpr std::size_t kFew = 2;
+    int const deepest = supplier.deepestZoom + finerOf(supplier);
+    int const zoom = std::clamp(zoomOf(view), supplier.minZoom, deepest);
+    auto blocks = blocksOf(rainyTiles(supplier, view, zoom));
+    return blocks.size() <= kFew ? blocks : blocksOf(rainyTiles(supplier, view, zoom - 1));
+  }
+  int zoom = pictureZoom(supplier, zoomOf(view));
+  auto tiles = rainyTiles(supplier, view, zoom);
+  for (int const step = supplier.evenZoomsOnly ? 2 : 1;
+       tiles.size() > most && zoom - step >= supplier.minZoom;) {
+    zoom -= step;
+    tiles = rainyTiles(supplier, view, zoom);
+  }
+  std::vector<PictureArea> areas;
+  for (TileAddress const& tile : tiles) areas.push_back({tile, 1, 1, supplier.pixels});
+  return areas;
+}
+
 int pictureZoom(RadarSupplier const& supplier, int mapZoom) {
-  // A picture of twice the side has the pixels of the zoom below.
-  int const finer = supplier.pixels / kTileSide / 2;
-  int const zoom = std::clamp(mapZoom - finer, supplier.minZoom, supplier.deepestZoom);
+  int const zoom = std::clamp(mapZoom - finerOf(supplier), supplier.minZoom, supplier.deepestZoom);
   return supplier.evenZoomsOnly && zoom % 2 != 0 ? zoom - 1 : zoom;
 }
 
@@ -214,11 +276,7 @@ bool mayHaveRain(RadarSupplier const& supplier, TileAddress tile) {
 }
 
 std::vector<TileAddress> tilesWanted(RadarSupplier const& supplier, MapView const& view) {
-  // Enlarged by up to two thirds rather than four times as many.
-  constexpr double kFiner = 0.25;
-  auto tiles = tilesOf(view, pictureZoom(supplier, static_cast<int>(std::lround(view.zoom - kFiner))));
-  std::erase_if(tiles, [&](TileAddress const& tile) { return !mayHaveRain(supplier, tile); });
-  return tiles;
+  return rainyTiles(supplier, view, pictureZoom(supplier, zoomOf(view)));
 }
 
 TileAddress coverageTileAt(Coordinate place) {

@@ -88,6 +88,23 @@ TileAddress servedBy(RadarSupplier const& supplier, TileAddress tile);
 bool mayHaveRain(RadarSupplier const& supplier, TileAddress tile);
 /// The supplier's tiles that a view wants, those next to the centre first.
 std::vector<TileAddress> tilesWanted(RadarSupplier const& supplier, MapView const& view);
+
+/// One picture of a frame: a supplier's tile, or of a map service so many squares side by side.
+struct PictureArea {
+  TileAddress first;  ///< the north-western one
+  int columns = 1, rows = 1;
+  int pixels = kTileSide;  ///< of a square's side; a map service is asked for so many
+
+  auto operator<=>(PictureArea const&) const = default;
+};
+MapPoint northWestOf(PictureArea const& area);
+MapPoint southEastOf(PictureArea const& area);
+
+/// What a view wants of a frame with as few requests as there may be. Of a map service one picture of all
+/// that is seen, seldom two. Else tiles, those next to the centre first; where they were more than `most`,
+/// those of a coarser zoom that the supplier has.
+std::vector<PictureArea> picturesWanted(RadarSupplier const& supplier, MapView const& view, std::size_t most);
+
 /// The tile of a supplier's coverage that tells of a place.
 TileAddress coverageTileAt(Coordinate place);
 

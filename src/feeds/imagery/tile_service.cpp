@@ -25,13 +25,19 @@ TileService::TileService(ImageryRequests& requests, Clock const& clock, std::fil
 
 Result<std::string, ServiceFailure> TileService::picture(RadarReading const& reading, RadarFrame const& frame,
                                                          TileAddress tile, std::stop_token const& stop) {
-  return picture(pictureAddress(frame.address, tile), tileKey(reading, frame, tile), stop);
+  return picture(reading, frame, PictureArea{tile, 1, 1, supplierOf(reading.source).pixels}, stop);
+}
+
+Result<std::string, ServiceFailure> TileService::picture(RadarReading const& reading, RadarFrame const& frame,
+                                                         PictureArea const& area,
+                                                         std::stop_token const& stop) {
+  return picture(pictureAddress(frame.address, area), tileKey(reading, frame, area), stop);
 }
 
 Result<std::string, ServiceFailure> TileService::coverage(RadarReading const& reading, TileAddress tile,
                                                           std::stop_token const& stop) {
   auto const day = std::chrono::floor<std::chrono::days>(clock_.now()).time_since_epoch().count();
-  return picture(pictureAddress(reading.coverage, tile),
+  return picture(pictureAddress(reading.coverage, {tile}),
                  reading.coverage + " " + std::to_string(day) + nameOf(tile), stop);
 }
 
@@ -50,11 +56,14 @@ Result<std::string, ServiceFailure> TileService::picture(std::string const& addr
 
 /// Some suppliers have one address for the newest picture whatever its time, and one for all forecasts of a
 /// moment, which differ by what they were made from.
-std::string tileKey(RadarReading const& reading, RadarFrame const& frame, TileAddress tile) {
+std::string tileKey(RadarReading const& reading, RadarFrame const& frame, PictureArea const& area) {
   std::string const from =
       frame.isForecast ? formatIso8601(reading.frames[newestMeasured(reading.frames)].time) + " " : "";
   return std::string(enumName(reading.source)) + " " + formatIso8601(frame.time) + " " + from +
-         frame.address + nameOf(tile);
+         frame.address + nameOf(area.first) +
+         (area.columns * area.rows == 1
+              ? ""
+              : " " + std::to_string(area.columns) + "x" + std::to_string(area.rows));
 }
 
 }  // namespace nimbara

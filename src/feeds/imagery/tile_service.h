@@ -14,7 +14,7 @@ namespace nimbara {
 
 class TileService {
  public:
-  static constexpr std::size_t kLargestPicture = std::size_t{2} << 20;
+  static constexpr std::size_t kLargestPicture = std::size_t{5} << 20;
 
   /// `folder` empty: nothing is kept on disk.
   TileService(ImageryRequests& requests, Clock const& clock, std::filesystem::path folder);
@@ -23,6 +23,9 @@ class TileService {
   /// it may be asked for later.
   Result<std::string, ServiceFailure> picture(RadarReading const& reading, RadarFrame const& frame,
                                               TileAddress tile, std::stop_token const& stop = {});
+  /// One of `picturesWanted`.
+  Result<std::string, ServiceFailure> picture(RadarReading const& reading, RadarFrame const& frame,
+                                              PictureArea const& area, std::stop_token const& stop = {});
   /// Where the supplier of a reading has no radar, which is kept for a day.
   Result<std::string, ServiceFailure> coverage(RadarReading const& reading, TileAddress tile,
                                                std::stop_token const& stop = {});
@@ -36,7 +39,7 @@ class TileService {
   TileCache cache_;
 };
 
-/// What a tile of a frame is kept under.
-std::string tileKey(RadarReading const& reading, RadarFrame const& frame, TileAddress tile);
+/// What a picture of a frame is kept under.
+std::string tileKey(RadarReading const& reading, RadarFrame const& frame, PictureArea const& area);
 
 }  // namespace nimbara

@@ -68,7 +68,7 @@ void RadarModel::want() {
         sources_, answerTo<RadarProgress>(
                       this, [](RadarModel& model, RadarProgress const& progress) { model.take(progress); }));
   }
-  layer_->want({*looked_, chosen_, wantsAll_});
+  layer_->want({*looked_, chosen_, wantsAll_, isPlaying()});
 }
 
 void RadarModel::take(RadarProgress progress) {
@@ -150,14 +150,15 @@ void RadarModel::togglePlay() {
   }
   if (!isShown_ || progress_.frames.size() < 2) return;
   wantsAll_ = true;
-  want();
   play_.start(kFrameMs);
+  want();
   Q_EMIT isPlayingChanged();
 }
 
 void RadarModel::stop() {
   if (!isPlaying()) return;
   play_.stop();
+  if (isShown_) want();  // where it stands still, it is to be sharp
   Q_EMIT isPlayingChanged();
 }
 
@@ -170,7 +171,11 @@ void RadarModel::playOn() {
   } else if (next != now) {
     chooseFrame(next);
   }
-  play_.setInterval(nextLoaded(progress_, next) < next ? kLastFrameMs : kFrameMs);
+  std::size_t const after = nextLoaded(progress_, next);
+  if (after <= next) return play_.setInterval(kLastFrameMs);
+  auto const step = progress_.frames[after].frame.time - progress_.frames[next].frame.time;
+  play_.setInterval(
+      std::clamp(static_cast<int>(kFrameMs * step / std::chrono::minutes(10)), kFrameMs / 2, kFrameMs));
 }
 
 }  // namespace nimbara

@@ -28,6 +28,7 @@ class RadarModel : public QObject {
   Q_PROPERTY(bool isPlaying READ isPlaying NOTIFY isPlayingChanged)
 
  public:
+  /// For ten minutes of the radar, and for the last frame.
   static constexpr int kFrameMs = 500, kLastFrameMs = 1500;
   /// Before it is said that pictures are being loaded; most come sooner.
   static constexpr int kPatienceMs = 600;
