@@ -78,7 +78,7 @@ Rectangle {
             Accessible.name: text
         }
         PlainButton {
-            text: App.map.words.open
+            text: App.map.card.kind === "station" ? App.map.words.useStation : App.map.words.open
             onClicked: App.map.open()
         }
     }

@@ -21,10 +21,14 @@ FocusScope {
         function onWanted(kind, id, place) {
             if (place !== "")
                 App.selectPlace(place);
-            if (kind === "warning" && place === "")
+            if (kind === "warning" && place === "") {
                 App.openAlert = id;
-            else if (page.main)
-                page.main.page = kind === "place" ? "now" : "hazards";
+                return;
+            }
+            if (kind === "station")
+                App.station.chooseAround(id);
+            if (page.main)
+                page.main.page = kind === "station" ? "station" : kind === "place" ? "now" : "hazards";
         }
     }
 

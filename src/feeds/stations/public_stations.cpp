@@ -100,6 +100,10 @@ PublicStations publicStations(std::vector<StationReading> stations, Coordinate p
     if (row.quantity == temperature) {
       all.used = static_cast<int>(good.size());
       all.leftOut = static_cast<int>(samples.size() - good.size());
+      for (Sample const& sample : samples) {
+        if (std::ranges::find(good, sample.station, &Sample::station) == good.end())
+          all.outliers.push_back(stations[sample.station].id);
+      }
       for (Sample const& sample : good)
         all.withinKm = std::max(all.withinKm, distance(stations[sample.station]));
     }

@@ -13,7 +13,8 @@ struct PublicStations {
   int used = 0;            ///< stations with a believed temperature
   int leftOut = 0;         ///< whose temperature is an outlier
   double withinKm = 0;     ///< the farthest of those that were used
-  std::vector<StationReading> nearest;  ///< all of them, the nearest first
+  std::vector<std::string> outliers = {};  ///< identifiers of those that are left out
+  std::vector<StationReading> nearest;     ///< all of them, the nearest first
 
   bool operator==(PublicStations const&) const = default;
 };

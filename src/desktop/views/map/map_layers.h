@@ -28,13 +28,14 @@ enum class MapLayerKind {
   fires,
   lightning,
   storms,
+  stations,
   places,
   towns
 };
 template <>
 inline constexpr auto enumNames<MapLayerKind> = std::to_array<std::string_view>(
     {"streets", "clouds", "temperature", "precipitation", "pressure", "wind", "radar", "warnings", "quakes",
-     "fires", "lightning", "storms", "places", "towns"});
+     "fires", "lightning", "storms", "stations", "places", "towns"});
 static_assert(enumNamesComplete(MapLayerKind::towns));
 
 /// A storm and its way in the order of time.

@@ -145,6 +145,9 @@ MapThingView viewOf(MapThings const& things, MapThingKind kind, std::size_t numb
   } else if (kind == MapThingKind::mark) {
     view.title = things.marks[number].title;
     view.note = things.marks[number].note;
+  } else if (kind == MapThingKind::station) {
+    view.title = things.stations[number].title;
+    view.note = things.stations[number].note;
   } else {
     view.title = things.quakes[number].title;
     view.note = things.quakes[number].note;
@@ -161,6 +164,9 @@ std::vector<MapThingView> thingViews(MapThings const& things) {
     views.push_back(viewOf(things, MapThingKind::storm, i));
   for (std::size_t i = things.places.size(); i-- > 0;)
     views.push_back(viewOf(things, MapThingKind::place, i));
+  constexpr std::size_t kMostStations = 25;
+  for (std::size_t i = 0; i < std::min(things.stations.size(), kMostStations); ++i)
+    views.push_back(viewOf(things, MapThingKind::station, i));
   return views;
 }
 

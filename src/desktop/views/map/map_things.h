@@ -5,6 +5,7 @@
 #include "app/state/engine_snapshot.h"
 #include "base/map_point.h"
 #include "desktop/views/map/map_layers.h"
+#include "desktop/views/map/map_stations.h"
 #include "desktop/views/view_context.h"
 #include "desktop/views/view_fields.h"
 #include "feeds/alerts/alert_outlines.h"
@@ -14,11 +15,11 @@
 
 namespace nimbara {
 
-enum class MapThingKind { place, warning, quake, storm, mark };
+enum class MapThingKind { place, warning, quake, storm, mark, station };
 template <>
 inline constexpr auto enumNames<MapThingKind> =
-    std::to_array<std::string_view>({"place", "warning", "quake", "storm", "mark"});
-static_assert(enumNamesComplete(MapThingKind::mark));
+    std::to_array<std::string_view>({"place", "warning", "quake", "storm", "mark", "station"});
+static_assert(enumNamesComplete(MapThingKind::station));
 
 struct MapPlace {
   std::string id;  ///< of a saved place; empty for one that is only shown
@@ -57,6 +58,7 @@ struct MapThings {
   std::vector<MapQuake> quakes;  ///< the greatest first
   std::vector<MapTrack> tracks;  ///< the strongest storm last
   std::vector<MapMark> marks;
+  std::vector<MapStation> stations;  ///< the nearest first; for whoever wants them
   bool operator==(MapThings const&) const = default;
 };
 
@@ -84,7 +86,8 @@ inline constexpr auto viewFields<MapThingView> = FieldList{
 };
 
 MapThingView viewOf(MapThings const& things, MapThingKind kind, std::size_t number);
-/// Warnings, the most severe first, then storms, then places, the selected one first.
+/// Warnings, the most severe first, then storms, then places, the selected one first, then the nearest of the
+/// stations.
 std::vector<MapThingView> thingViews(MapThings const& things);
 
 /// A layer and its switch.

@@ -100,18 +100,6 @@ std::string problemText(StationProblem const& problem, ViewContext const& contex
   return context.texts.format("station.state.failed", failureText(problem.failure, context.texts));
 }
 
-std::string aroundText(StationDesk const& desk, ViewContext const& context) {
-  if (!desk.hasAccount) return context.text("desktop.station.around.needs");
-  if (!desk.around) return {};
-  StationsAround const& around = *desk.around;
-  if (around.problem) return problemText(*around.problem, context);
-  std::string const reach = distanceText(kPublicReachKm, context);
-  if (around.stations.nearest.empty())
-    return context.texts.format("desktop.station.around.none", reach, around.place);
-  return context.texts.format("desktop.station.around.found", reach, around.place, around.stations.used,
-                              around.stations.leftOut);
-}
-
 std::string valuesOf(StationModule const& module, ViewContext const& context) {
   std::vector<std::string> values;
   for (StationQuantity const quantity : kShown) {
@@ -206,7 +194,7 @@ StationView stationView(StationDesk const& desk, EngineSnapshot const& snapshot,
   view.redirect = kConsentRedirect;
   if (desk.hasAccount && snapshot.place)
     view.lookAround = context.texts.format("desktop.station.around.look", snapshot.place->name);
-  view.around = aroundText(desk, context);
+  view.around = publicStationsText(desk, context);
   view.hasMedian = desk.around && desk.around->stations.used >= kFewestPublic;
   view.isAround = reading.kind == StationLinkKind::around && desk.hasAccount;
   view.isMedian = reading.kind == StationLinkKind::around && reading.chosen.empty();
@@ -242,11 +230,29 @@ std::vector<StationRowView> publicStationViews(StationDesk const& desk, ViewCont
     if (views.size() == kMostPublic) break;
     auto const stands = station.place();
     if (!stands) continue;
-    views.push_back(
-        choiceView(station, wayText(desk.around->at, *stands, desk.around->place, context), context));
-    views.back().isChosen = desk.reading.kind == StationLinkKind::around && desk.reading.chosen == station.id;
+    views.push_back(publicStationView(desk, station, *stands, context));
   }
   return views;
+}
+
+StationRowView publicStationView(StationDesk const& desk, StationReading const& station, Coordinate stands,
+                                 ViewContext const& context) {
+  StationRowView view =
+      choiceView(station, wayText(desk.around->at, stands, desk.around->place, context), context);
+  view.isChosen = desk.reading.kind == StationLinkKind::around && desk.reading.chosen == station.id;
+  return view;
+}
+
+std::string publicStationsText(StationDesk const& desk, ViewContext const& context) {
+  if (!desk.hasAccount) return context.text("desktop.station.around.needs");
+  if (!desk.around) return {};
+  StationsAround const& around = *desk.around;
+  if (around.problem) return problemText(*around.problem, context);
+  std::string const reach = distanceText(kPublicReachKm, context);
+  if (around.stations.nearest.empty())
+    return context.texts.format("desktop.station.around.none", reach, around.place);
+  return context.texts.format("desktop.station.around.found", reach, around.place, around.stations.used,
+                              around.stations.leftOut);
 }
 
 }  // namespace nimbara

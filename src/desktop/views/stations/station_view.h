@@ -89,5 +89,10 @@ std::vector<StationRowView> stationModuleViews(StationDesk const& desk, EngineSn
 std::vector<StationRowView> stationChoiceViews(StationDesk const& desk, ViewContext const& context);
 /// The nearest public ones.
 std::vector<StationRowView> publicStationViews(StationDesk const& desk, ViewContext const& context);
+/// One of them, which stands there.
+StationRowView publicStationView(StationDesk const& desk, StationReading const& station, Coordinate stands,
+                                 ViewContext const& context);
+/// What was found around the place, or why nothing; empty before anybody has looked.
+std::string publicStationsText(StationDesk const& desk, ViewContext const& context);
 
 }  // namespace nimbara

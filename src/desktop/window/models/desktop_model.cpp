@@ -150,6 +150,8 @@ DesktopModel::DesktopModel(Setting setting, WindowActions actions, QObject* pare
   connect(settings_, &SettingsModel::opened, this, &DesktopModel::tick);
   connect(sources_, &SourcesModel::opened, this, &DesktopModel::tick);
   connect(station_, &StationModel::changed, this, &DesktopModel::tick);
+  connect(station_, &StationModel::changed, map_, [this] { map_->showStations(station_->desk()); });
+  connect(map_, &MapModel::stationsWanted, station_, &StationModel::lookAround);
   connect(hazards_, &HazardsModel::reordered, this, &DesktopModel::tick);
   connect(globe_, &GlobeModel::settled, this, &DesktopModel::shown);
   connect(map_, &MapModel::settled, this, &DesktopModel::shown);

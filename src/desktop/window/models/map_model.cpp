@@ -3,6 +3,7 @@
 #include "desktop/imagery/cloud_veil.h"
 #include "desktop/window/words.h"
 #include "feeds/regions/regions.h"
+#include "feeds/stations/station_shown.h"
 #include "gazetteer/gazetteer.h"
 
 #include <algorithm>
@@ -14,11 +15,17 @@ namespace nimbara {
 namespace {
 
 constexpr WordRow kWords[] = {
-    {"title", "desktop.page.map"},        {"hint", "desktop.map.hint"},
-    {"legend", "desktop.globe.legend"},   {"closer", "desktop.globe.closer"},
-    {"farther", "desktop.globe.farther"}, {"home", "desktop.map.home"},
-    {"onMap", "desktop.map.onMap"},       {"open", "desktop.map.open"},
-    {"close", "desktop.globe.close"},     {"modelTimes", "desktop.map.model.times"},
+    {"title", "desktop.page.map"},
+    {"hint", "desktop.map.hint"},
+    {"legend", "desktop.globe.legend"},
+    {"closer", "desktop.globe.closer"},
+    {"farther", "desktop.globe.farther"},
+    {"home", "desktop.map.home"},
+    {"onMap", "desktop.map.onMap"},
+    {"open", "desktop.map.open"},
+    {"close", "desktop.globe.close"},
+    {"useStation", "desktop.map.station.use"},
+    {"modelTimes", "desktop.map.model.times"},
 };
 
 struct LayerRow {
@@ -40,11 +47,13 @@ constexpr std::array kLayers = std::to_array<LayerRow>({
     {"storms", "desktop.hazard.storms"},
     {"fires", "desktop.hazard.fires"},
     {"lightning", "desktop.hazard.lightning"},
+    {"stations", "desktop.station.around"},
     {"towns", "desktop.map.towns"},
 });
 
-constexpr double kReach = 14;       // pixels, of a pointer to a point
-constexpr double kMostScale = 120;  // pixels
+constexpr double kReach = 14;                      // pixels, of a pointer to a point
+constexpr double kMostScale = 120;                 // pixels
+constexpr std::chrono::minutes kStationsRest{10};  // they upload no oftener
 constexpr std::string_view kMakers = "Natural Earth, GeoNames";
 
 }  // namespace
@@ -108,6 +117,7 @@ void MapModel::look() {
   bool const isSeen = isShown_ && view_.width > 0 && view_.height > 0;
   clouds_->want(this, isSeen && isOn(kCloudLayer));
   fields_->look(isSeen ? fieldOn() : std::nullopt, view_);
+  if (isSeen) wantStations();
   layUnder();
   if (hasSettled()) Q_EMIT settled();
 }
@@ -128,6 +138,7 @@ void MapModel::refill() {
   if (!wasShown_ || !context_ || !snapshot_) return;
   auto const outlines = embeddedRegions();
   MapThings things = mapThings(*snapshot_, outlines.get(), *context_);
+  if (isOn(kStationLayer)) things.stations = mapStations(desk_, *context_);
   bool const isOther = things != things_;
   if (isOther) {
     things_ = std::move(things);
@@ -152,6 +163,7 @@ void MapModel::showLayers() {
     if (row.name == kRadarLayer && !radar_->isThere()) continue;
     if (row.name == kCloudLayer && !clouds_->canAsk()) continue;
     if (enumFromName<FieldKind>(row.name) && !fields_->canAsk()) continue;
+    if (row.name == kStationLayer && !canAskStations()) continue;
     MapLayerView& view = views.emplace_back();
     view.name = row.name;
     view.title = context_->text(row.key);
@@ -159,11 +171,47 @@ void MapModel::showLayers() {
     if (row.name == "warnings" && things_.unplaced > 0)
       view.note = context_->texts.format("desktop.map.noArea", things_.unplaced);
     if (row.name == kCloudLayer && view.isOn) view.note = clouds_->note(*context_);
+    if (row.name == kStationLayer && view.isOn) view.note = mapStationsNote(desk_, *context_);
     auto const kind = enumFromName<MapLayerKind>(row.name);
     if (kind && supplement != nullptr && view.note.empty())
       view.note = layerNote(*kind, *supplement, *context_);
   }
   layers_->show(views);
+}
+
+/// They come through the user's own application.
+bool MapModel::canAskStations() const {
+  if (desk_.hasAccount) return true;
+  StationShown const* const station = snapshot_ ? snapshot_->weather->station.get() : nullptr;
+  return station != nullptr && station->reading.tokens != StationTokensIn::nowhere &&
+         station->reading.state != StationState::signInAgain;
+}
+
+void MapModel::wantStations() {
+  if (!isOn(kStationLayer) || !home_ || !context_ || !canAskStations()) return;
+  Instant const now = context_->now;
+  if (stationsOf_ && stationsOf_->first == *home_ && now - stationsOf_->second < kStationsRest) return;
+  stationsOf_ = {*home_, now};
+  Q_EMIT stationsWanted();
+}
+
+void MapModel::showStations(StationDesk desk) {
+  desk_ = std::move(desk);
+  if (!wasShown_ || !context_ || !snapshot_) return;
+  if (isOn(kStationLayer)) {
+    refill();
+  } else {
+    showLayers();
+  }
+}
+
+/// So near that stations around the place lie apart.
+void MapModel::goNear() {
+  if (!home_ || view_.zoom >= kGreatestMapZoom) return;
+  MapView view = view_;
+  view.zoom = kGreatestMapZoom;
+  view.centre = mercatorOf(*home_);
+  setView(bounded(view));
 }
 
 /// The place that is shown while it is there, else the town nearest to the middle.
@@ -265,6 +313,10 @@ void MapModel::toggle(QString const& layer) {
     for (std::string_view const other : enumNames<FieldKind>) hidden_.emplace(other);
   }
   if (hidden_.erase(name) == 0) hidden_.insert(name);
+  if (name == kStationLayer) {
+    if (isOn(name)) goNear();
+    refill();
+  }
   if (context_) showLayers();
   look();
   Q_EMIT layersChanged();
@@ -299,6 +351,8 @@ std::optional<MapModel::Picked> MapModel::thingAt(MapPoint pixel) const {
     for (std::size_t i = 0; i < things_.tracks.size(); ++i)
       look(MapThingKind::storm, i, things_.tracks[i].at());
   }
+  for (std::size_t i = 0; i < things_.stations.size(); ++i)
+    look(MapThingKind::station, i, things_.stations[i].at);
   if (isOn("places")) {
     for (std::size_t i = 0; i < things_.places.size(); ++i)
       look(MapThingKind::place, i, things_.places[i].at);
@@ -324,16 +378,28 @@ void MapModel::pick(double x, double y) {
   showCard(thingAt({x, y}));
 }
 
+/// Of a thing in the list that is no area.
+std::optional<Coordinate> MapModel::pointOf(Picked const& picked) const {
+  switch (picked.kind) {
+    case MapThingKind::storm:
+      return things_.tracks[picked.number].at();
+    case MapThingKind::place:
+      return things_.places[picked.number].at;
+    case MapThingKind::station:
+      return things_.stations[picked.number].at;
+    default:
+      return std::nullopt;
+  }
+}
+
 void MapModel::pickRow(int row) {
   if (row < 0 || row >= static_cast<int>(rows_.size())) return;
   MapThingView const& view = rows_[static_cast<std::size_t>(row)];
   Picked const picked{enumFromName<MapThingKind>(view.kind).value_or(MapThingKind::place),
                       static_cast<std::size_t>(view.number)};
-  bool const isStorm = picked.kind == MapThingKind::storm;
-  if (isStorm || picked.kind == MapThingKind::place) {
+  if (auto const at = pointOf(picked)) {
     MapView moved = view_;
-    moved.centre =
-        mercatorOf(isStorm ? things_.tracks[picked.number].at() : things_.places[picked.number].at);
+    moved.centre = mercatorOf(*at);
     setView(bounded(moved));
   }
   showCard(picked);
@@ -350,6 +416,8 @@ void MapModel::open() {
   if (kind == MapThingKind::warning) {
     MapArea const& area = things_.areas[number];
     Q_EMIT wanted(name, QString::fromStdString(area.warning), QString::fromStdString(area.place));
+  } else if (kind == MapThingKind::station) {
+    Q_EMIT wanted(name, QString::fromStdString(things_.stations[number].id), {});
   } else if (kind == MapThingKind::place) {
     Q_EMIT wanted(name, {}, QString::fromStdString(things_.places[number].id));
   } else {

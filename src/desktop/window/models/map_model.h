@@ -48,6 +48,8 @@ class MapModel : public QObject {
   ~MapModel() override;
 
   void show(std::shared_ptr<EngineSnapshot const> snapshot, ViewContext const& context);
+  /// What is known of weather stations around the place.
+  void showStations(StationDesk desk);
 
   RecordModel* words() { return words_; }
   RecordModel* card() { return card_; }
@@ -98,6 +100,8 @@ class MapModel : public QObject {
 
  Q_SIGNALS:
   void settled();
+  /// The public stations around the selected place are to be looked for.
+  void stationsWanted();
   void shown();
   void described();
   void viewChanged();
@@ -114,12 +118,15 @@ class MapModel : public QObject {
     std::size_t number = 0;
   };
 
-  static constexpr std::string_view kCloudLayer = "clouds";
+  static constexpr std::string_view kCloudLayer = "clouds", kStationLayer = "stations";
 
   void refill();
   void look();
   void layUnder();
   std::optional<FieldKind> fieldOn() const;
+  bool canAskStations() const;
+  void wantStations();
+  void goNear();
   void showLayers();
   void showScale();
   void describe();
@@ -127,6 +134,7 @@ class MapModel : public QObject {
   void showCard(std::optional<Picked> picked);
   void setView(MapView const& view);
   std::optional<Picked> thingAt(MapPoint pixel) const;
+  std::optional<Coordinate> pointOf(Picked const& picked) const;
   double away(Coordinate from, MapPoint pixel) const;
 
   RadarModel* radar_;
@@ -157,8 +165,12 @@ class MapModel : public QObject {
     qint64 veil = 0;
     QImage picture;
   } drawnClouds_;
-  std::set<std::string, std::less<>> hidden_{"clouds", "temperature", "precipitation", "pressure", "wind"};
+  std::set<std::string, std::less<>> hidden_{"clouds",   "temperature", "precipitation",
+                                             "pressure", "wind",        "stations"};
   std::optional<Picked> picked_;
+  StationDesk desk_;
+  /// For which place the stations were wanted last, and when.
+  std::optional<std::pair<Coordinate, Instant>> stationsOf_;
 };
 
 }  // namespace nimbara

@@ -103,6 +103,7 @@ void StationModel::choose(QString const& station) {
 }
 
 void StationModel::lookAround() {
+  if (!isOpen_) open();
   stations_.lookAround();
 }
 

@@ -25,6 +25,7 @@ class StationModel : public QObject {
   void show(EngineSnapshot const& snapshot, ViewContext const& context);
   /// What the engine tells; the consent page is opened once.
   void take(StationDesk desk);
+  StationDesk const& desk() const { return desk_; }
 
   RecordModel* words() { return words_; }
   RecordModel* now() { return now_; }

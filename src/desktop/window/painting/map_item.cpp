@@ -228,6 +228,7 @@ void MapItem::paint(QPainter* painter) {
   LabelRoom room;
   if (model_->isOn("storms")) layers.nameTracks(model_->onMap().tracks, labels_, room);
   if (model_->isOn("places")) paintPlaces(*painter, room, view);
+  layers.paintStations(model_->onMap().stations, labels_, room);
   if (model_->isOn("towns")) labels_.paintTowns(*painter, room, view);
 }
 

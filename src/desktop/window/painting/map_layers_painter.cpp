@@ -13,7 +13,7 @@ namespace nimbara {
 namespace {
 
 constexpr QRgb kFire = 0xffe2581b, kStrike = 0xffd9a400;
-constexpr double kStorm = 8;  // pixels
+constexpr double kStorm = 8, kStation = 4;  // pixels
 
 QColor colourOf(MapTrack const& track) {
   return QColor::fromRgb(stormColour(track.category));
@@ -124,6 +124,24 @@ void MapLayersPainter::paintTracks(std::vector<MapTrack> const& tracks) const {
   for (MapTrack const& track : tracks) paintWay(track, colourOf(track));
   for (MapTrack const& track : tracks)
     visitSeen(view_, track.at(), 2 * kStorm, [&](QPointF at) { paintStorm(at, colourOf(track)); });
+}
+
+void MapLayersPainter::paintStations(std::vector<MapStation> const& stations, MapLabels& labels,
+                                     LabelRoom& room) const {
+  for (MapStation const& station : stations) {
+    visitSeen(view_, station.at, 2 * kStation, [&](QPointF at) {
+      painter_.setPen(QPen(station.isLeftOut ? look_.ink : look_.halo, 1));
+      painter_.setBrush(station.isLeftOut ? look_.halo : look_.ink);
+      painter_.drawEllipse(at, kStation, kStation);
+      room.take(QRectF(at.x() - kStation, at.y() - kStation, 2 * kStation, 2 * kStation));
+    });
+  }
+  for (MapStation const& station : stations) {
+    if (station.value.empty()) continue;
+    visitSeen(view_, station.at, 2 * kStation, [&](QPointF at) {
+      labels.paint(painter_, room, at, kStation + 3, QString::fromStdString(station.value), false);
+    });
+  }
 }
 
 void MapLayersPainter::nameTracks(std::vector<MapTrack> const& tracks, MapLabels& labels,

@@ -1,9 +1,10 @@
-// Draws the map's layers of hazards: storms with their tracks and the reach of gales, fires, lightning.
-// Painted anew with each picture of the map; keeps nothing.
+// Draws the map's layers of hazards: storms with their tracks and the reach of gales, fires, lightning, and
+// the weather stations around a place. Painted anew with each picture of the map; keeps nothing.
 #pragma once
 
 #include "base/web_mercator.h"
 #include "desktop/views/map/map_layers.h"
+#include "desktop/views/map/map_stations.h"
 #include "desktop/window/painting/map_labels.h"
 
 #include <QColor>
@@ -25,6 +26,8 @@ class MapLayersPainter {
 
   void paintMarks(std::vector<MapMark> const& marks, std::function<bool(MapMarkKind)> const& isShown) const;
   void paintTracks(std::vector<MapTrack> const& tracks) const;
+  /// Dots with their values; a ring where a station does not count.
+  void paintStations(std::vector<MapStation> const& stations, MapLabels& labels, LabelRoom& room) const;
   void nameTracks(std::vector<MapTrack> const& tracks, MapLabels& labels, LabelRoom& room) const;
 
  private:
