@@ -24,6 +24,7 @@
 #include "globe/satellite_feed.h"
 #include "platform/linux/default_route.h"
 #include "platform/linux/desktop_services.h"
+#include "platform/linux/speech_output.h"
 #include "platform/linux/store/sqlite_settings_store.h"
 #include "platform/linux/timerfd_wake_timer.h"
 
@@ -258,7 +259,8 @@ void Engine::makeNotifications() {
             if (!call || !options_->onOpen) return;
             work_->run([this, call = *call](std::stop_token const&) { options_->onOpen(call); });
           },
-      .jitter = requestJitter});
+      .jitter = requestJitter,
+      .speech = std::make_unique<SpeechOutput>(environment_->program)});
 }
 
 void Engine::makeGlobe() {

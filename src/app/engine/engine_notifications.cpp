@@ -34,7 +34,8 @@ NotificationDesk::Surroundings deskSurroundings(EngineNotifications::Surrounding
               },
           .onResponse = around.onResponse,
           .onProblem = around.onProblem,
-          .jitter = around.jitter};
+          .jitter = around.jitter,
+          .speech = std::move(around.speech)};
 }
 
 std::vector<std::string> kindsOf(std::string_view kinds) {

@@ -37,6 +37,7 @@ class EngineNotifications final : public NotificationActions {
     std::function<void()> onDueChange;
     std::function<void(NotificationResponse const&)> onResponse;  ///< a person answered; may be empty
     std::function<std::chrono::milliseconds()> jitter;
+    std::unique_ptr<Speech> speech = nullptr;  ///< reads out critical warnings; may be empty
   };
 
   explicit EngineNotifications(Surroundings surroundings);

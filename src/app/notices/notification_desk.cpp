@@ -1,8 +1,10 @@
 #include "app/notices/notification_desk.h"
 
+#include "app/notices/spoken_warnings.h"
 #include "app/services/forecast_service.h"
 #include "app/settings/service_directory.h"
 #include "feeds/regions/region_renewal.h"
+#include "gazetteer/gazetteer.h"
 
 namespace nimbara {
 
@@ -63,11 +65,30 @@ Notifier::Surroundings NotificationDesk::notifierSurroundings() {
   all.isOurs = [this] { return role_.isOurs(); };
   all.onPass = [this](PassReport const& report) {
     tell(around_.onPass, report);
+    readOut(report);
     renewRegions();
   };
   all.onDueChange = around_.onDueChange;
   all.jitter = around_.jitter;
   return all;
+}
+
+/// Made-up warnings are for the eye alone.
+void NotificationDesk::readOut(PassReport const& report) {
+  if (around_.isStandIn || !around_.speech) return;
+  Wording const wording = [&] {
+    std::lock_guard const lock(wordingMutex_);
+    return around_.wording;
+  }();
+  SpokenWarnings(*around_.speech, around_.store, around_.clock)
+      .say(report, wording, [&](std::string const& tag) {
+        for (WatchedPlace const& watched : around_.places()) {
+          if (locationTag(watched.place) != tag) continue;
+          return Calendar::forZone(std::string(timeZoneAt(watched.place.coordinate)))
+              .value_or(wording.fallback);
+        }
+        return wording.fallback;
+      });
 }
 
 /// Stand-ins have regions of their own making.
@@ -108,6 +129,10 @@ Result<std::string, std::string> NotificationDesk::ModelInUse::reply(std::string
 }
 
 void NotificationDesk::setWording(Wording const& wording) {
+  {
+    std::lock_guard const lock(wordingMutex_);
+    around_.wording = wording;
+  }
   manager_.setTexts(wording.texts);
   inputs_.setWording(wording.units, wording.texts);
 }

@@ -11,8 +11,10 @@
 #include "app/services/stand_in_store.h"
 #include "notifications/engine/notification_state.h"
 #include "platform/language_model.h"
+#include "platform/speech.h"
 
 #include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -39,6 +41,7 @@ class NotificationDesk {
         onResponse;  ///< a person answered; mutes are kept already
     std::function<void(std::string const&)> onProblem;
     std::function<std::chrono::milliseconds()> jitter;
+    std::unique_ptr<Speech> speech = nullptr;  ///< reads out critical warnings; may be empty
   };
 
   explicit NotificationDesk(Surroundings surroundings);
@@ -65,6 +68,7 @@ class NotificationDesk {
   NotificationInputs::Options inputOptions() const;
   Notifier::Surroundings notifierSurroundings();
   void answer(NotificationResponse const& response);
+  void readOut(PassReport const& report);
   /// Between passes, which come often enough: a newer edition of warning regions is used from the next on.
   void renewRegions();
 
@@ -80,6 +84,7 @@ class NotificationDesk {
   };
 
   Surroundings around_;
+  mutable std::mutex wordingMutex_;  // guards `around_.wording`
   StandInStore standIn_;
   ModelInUse model_;
   NotificationManager manager_;

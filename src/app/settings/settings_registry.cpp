@@ -87,6 +87,10 @@ constexpr SettingDefinition kGeneral[] = {
      .group = SettingsGroup::look},
     choiceIn(SettingsGroup::look, "desktop_contrast", "High contrast in the window", kAutomaticOnOff),
     choiceIn(SettingsGroup::look, "desktop_reducedMotion", "Reduce motion in the window", kAutomaticOnOff),
+    {.key = kSpeechSetting,
+     .byDefault = false,
+     .explanation = "A button reads the brief out, through Speech Dispatcher",
+     .group = SettingsGroup::window},
     {.key = kAdvisorySourceSetting,
      .byDefault = enumName(AdvisorySource::us),
      .explanation =

@@ -22,6 +22,9 @@ inline constexpr std::string_view kAdvisorySourceSetting = "travelAdvisorySource
 /// Whether the window has asked its one question, about notifications while it is closed.
 inline constexpr std::string_view kAskedBackgroundSetting = "desktop_askedBackground";
 
+/// Whether the window offers to read the brief out.
+inline constexpr std::string_view kSpeechSetting = "desktop_speech";
+
 /// "openMeteoHost" and "openMeteoApiKey": each service's own keys.
 std::string_view hostSetting(Service service);
 std::string_view apiKeySetting(Service service);

@@ -115,9 +115,9 @@ int runBrief(CommandLine const& line, Session const& session) {
                                       : pageOf(brief, context.texts(), style, width));
   if (!line.feeds.speak) return exitCode::kComplete;
   std::string const said = worded ? *worded : briefText(brief, context.texts());
-  auto const spoken =
-      sayAloud(session.environment.program, spokenText(said, context.wording().units, context.texts()),
-               context.texts().language());
+  SpeechOutput speech(session.environment.program);
+  auto const spoken = speech.say(spokenText(said, context.wording().units, context.texts()),
+                                 context.texts().language(), SpeechUrgency::usual);
   // What was asked for is there to be read.
   if (!spoken) context.tell("the brief could not be read out: " + spoken.error());
   return exitCode::kComplete;

@@ -70,6 +70,7 @@ void enrolPageItems() {
     qmlRegisterAnonymousType<NotificationsModel>(kItemsModule, 1);
     qmlRegisterAnonymousType<SettingsModel>(kItemsModule, 1);
     qmlRegisterAnonymousType<SourcesModel>(kItemsModule, 1);
+    qmlRegisterAnonymousType<SpeechModel>(kItemsModule, 1);
     qmlRegisterAnonymousType<StationModel>(kItemsModule, 1);
     qmlRegisterAnonymousType<FirstModel>(kItemsModule, 1);
     qmlRegisterAnonymousType<SwitcherModel>(kItemsModule, 1);

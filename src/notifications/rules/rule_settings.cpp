@@ -104,6 +104,7 @@ constexpr SettingDefinition kTable[] = {
     hourOf("notify_quietFrom", 22, "Hour at which quiet hours start"),
     hourOf("notify_quietUntil", 7, "Hour at which quiet hours end"),
     {"notify_quietHoldsCritical", false, "Quiet hours, mutes and snoozing hold back critical warnings too"},
+    {"notify_speakCritical", false, "Read out critical warnings as soon as they are sent"},
     {"notify_mutedKinds", "",
      "Muted types: rule IDs and warning types, separated by commas; TYPE@TIME mutes until then"},
     {.key = "notify_snoozedUntil",

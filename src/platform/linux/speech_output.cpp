@@ -19,10 +19,11 @@ SpeechModule const* speechModule(std::filesystem::path const& program) {
 
 }  // namespace
 
-Result<void, std::string> sayAloud(std::filesystem::path const& program, std::string const& text,
-                                   std::string const& language, bool isUrgent) {
-  SpeechModule const* const module = speechModule(program);
+Result<void, std::string> SpeechOutput::say(std::string const& text, std::string const& language,
+                                            SpeechUrgency urgency) {
+  SpeechModule const* const module = speechModule(program_);
   if (module == nullptr) return std::unexpected(kNoModule);
+  bool const isUrgent = urgency == SpeechUrgency::urgent;
   switch (module->say(text.c_str(), language.c_str(), isUrgent)) {
     case SpeechOutcome::said:
       return {};
@@ -32,6 +33,15 @@ Result<void, std::string> sayAloud(std::filesystem::path const& program, std::st
       break;
   }
   return std::unexpected("Speech Dispatcher refused the text");
+}
+
+void SpeechOutput::stop() {
+  if (SpeechModule const* const module = speechModule(program_)) module->stop();
+}
+
+bool SpeechOutput::isSpeaking() {
+  SpeechModule const* const module = speechModule(program_);
+  return module != nullptr && module->isSpeaking();
 }
 
 std::string whySilent(std::filesystem::path const& program) {

@@ -2,19 +2,31 @@
 // with the first text, so that nobody else pays for it.
 #pragma once
 
-#include "base/result.h"
+#include "platform/speech.h"
 
 #include <filesystem>
 #include <string>
 
 namespace nimbara {
 
-/// `program` is the running program's file, `language` of two letters. Returns once the server has the text.
-/// The error is a sentence without a full stop.
-Result<void, std::string> sayAloud(std::filesystem::path const& program, std::string const& text,
-                                   std::string const& language, bool isUrgent = false);
+struct SpeechModule;
 
-/// Why nothing could be read out at the moment, likewise; empty where it could.
+/// Any thread may use it.
+class SpeechOutput final : public Speech {
+ public:
+  /// `program` is the running program's file.
+  explicit SpeechOutput(std::filesystem::path program) : program_(std::move(program)) {}
+
+  Result<void, std::string> say(std::string const& text, std::string const& language,
+                                SpeechUrgency urgency) override;
+  void stop() override;
+  bool isSpeaking() override;
+
+ private:
+  std::filesystem::path program_;
+};
+
+/// Why nothing could be read out at the moment, without a full stop; empty where it could. Starts no server.
 std::string whySilent(std::filesystem::path const& program);
 
 }  // namespace nimbara

@@ -63,6 +63,7 @@ constexpr Row kQuiet[] = {
     {"notify_quietUntil", hour, "notify_quietHours"},
     {"notify_quietHoldsCritical"},
     {"notify_sounds"},
+    {"notify_speakCritical"},
 };
 
 /// A switch each, in the order of their settings.

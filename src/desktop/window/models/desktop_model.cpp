@@ -12,6 +12,7 @@
 #include "feeds/regions/regions.h"
 #include "feeds/stations/station_shown.h"
 #include "gazetteer/gazetteer.h"
+#include "platform/linux/speech_output.h"
 
 #include <algorithm>
 
@@ -37,6 +38,8 @@ constexpr WordRow kWords[] = {
     {"details", "desktop.details"},
     {"next24", "report.next24"},
     {"brief", "desktop.brief"},
+    {"speakBrief", "desktop.brief.speak"},
+    {"silenceBrief", "desktop.brief.silence"},
     {"advice", "desktop.advice"},
     {"nowcast", "nowcast.title"},
     {"nowcastHint", "nowcast.hint"},
@@ -144,6 +147,7 @@ DesktopModel::DesktopModel(Setting setting, WindowActions actions, QObject* pare
       settings_(new SettingsModel(actions_.engine, this)),
       sources_(new SourcesModel(actions_.engine, this)),
       station_(new StationModel(actions_.stations, this)),
+      speech_(new SpeechModel(std::make_shared<SpeechOutput>(setting_.program), this)),
       first_(new FirstModel(actions_.engine, this)),
       switcher_(new SwitcherModel(this)) {
   takeWording(setting_.wording);
@@ -221,6 +225,7 @@ void DesktopModel::showWeather() {
   settings_->show(snapshot_->settings.get(), view);
   sources_->show(*snapshot_, view);
   station_->show(*snapshot_, view);
+  speech_->show(*snapshot_);
   first_->show(*snapshot_, view);
   WeatherData const none;
   WeatherData const& data = state.weatherData ? *state.weatherData : none;

@@ -16,6 +16,7 @@
 #include "desktop/window/models/notifications_model.h"
 #include "desktop/window/models/settings_model.h"
 #include "desktop/window/models/sources_model.h"
+#include "desktop/window/models/speech_model.h"
 #include "desktop/window/models/station_model.h"
 #include "desktop/window/models/switcher_model.h"
 #include "desktop/window/models/view_models.h"
@@ -58,6 +59,7 @@ class DesktopModel : public QObject {
   Q_PROPERTY(nimbara::SettingsModel* settings READ settings CONSTANT)
   Q_PROPERTY(nimbara::SourcesModel* sources READ sources CONSTANT)
   Q_PROPERTY(nimbara::StationModel* station READ station CONSTANT)
+  Q_PROPERTY(nimbara::SpeechModel* speech READ speech CONSTANT)
   Q_PROPERTY(QString problem READ problem NOTIFY shown)
   Q_PROPERTY(bool isReady READ isReady NOTIFY shown)
   Q_PROPERTY(int openDay READ openDay WRITE setOpenDay NOTIFY openDayChanged)
@@ -118,6 +120,7 @@ class DesktopModel : public QObject {
   SettingsModel* settings() { return settings_; }
   SourcesModel* sources() { return sources_; }
   StationModel* station() { return station_; }
+  SpeechModel* speech() { return speech_; }
   Meteogram const& meteogram() const { return meteogram_; }
   SkyScene const& scene() const { return scene_; }
   QString problem() const;
@@ -230,6 +233,7 @@ class DesktopModel : public QObject {
   SettingsModel* settings_;
   SourcesModel* sources_;
   StationModel* station_;
+  SpeechModel* speech_;
   FirstModel* first_;
   SwitcherModel* switcher_;
 };

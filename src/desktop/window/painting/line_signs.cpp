@@ -147,6 +147,12 @@ constexpr std::array kSigns = std::to_array<SignRow>({
        stroke(p, {{12, 6}, {12, 18}});
        stroke(p, {{6, 12}, {18, 12}});
      }},
+    {"speak",
+     [](QPainter& p) {
+       stroke(p, {{4, 9.5}, {7.5, 9.5}, {12, 5.5}, {12, 18.5}, {7.5, 14.5}, {4, 14.5}, {4, 9.5}});
+       p.drawArc(QRectF(11, 8.5, 5, 7), -60 * 16, 120 * 16);
+       p.drawArc(QRectF(11, 5.5, 9, 13), -60 * 16, 120 * 16);
+     }},
     {"station",
      [](QPainter& p) {
        stroke(p, {{12, 21}, {12, 8}});

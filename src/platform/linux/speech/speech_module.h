@@ -13,6 +13,9 @@ struct SpeechModule {
   SpeechOutcome (*say)(char const* text, char const* language, bool isUrgent);
   /// Whether a server is running; none is started.
   bool (*isThere)();
+  /// Ends what this process has begun to say.
+  void (*stop)();
+  bool (*isSpeaking)();
 };
 
 inline constexpr char kSpeechModuleSymbol[] = "nimbaraSpeechModule";
