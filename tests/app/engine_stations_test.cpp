@@ -141,6 +141,76 @@ TEST_F(EngineStationsTest, SaysThatATokenIsNotAccepted) {
   EXPECT_FALSE(desk.hasAccount);
 }
 
+/// Four public stations around 52.5, 13.4, the last one much too warm.
+std::string publicStations() {
+  std::string all;
+  int number = 0;
+  for (char const* const celsius : {"3.0", "3.2", "3.4", "19"}) {
+    std::string const name = "p" + std::to_string(++number);
+    all += std::string(all.empty() ? "" : ",") + R"({"_id":")" + name +
+           R"(","place":{"location":[13.4,52.50)" + std::to_string(number) +
+           R"(]},"measures":{"m":{"res":{"1795262100":[)" + celsius +
+           R"(,80]},"type":["temperature","humidity"]}}})";
+  }
+  return R"({"status":"ok","body":[)" + all + "]}";
+}
+
+TEST_F(EngineStationsTest, LooksAroundThePlaceAndShowsTheMedianOrOneOfThem) {
+  auto const around = [this](std::function<bool(StationsAround const&)> const& isDone) {
+    return *done([&](StationDesk const& desk) { return desk.around && isDone(*desk.around); }).around;
+  };
+  stations_.lookAround();
+  EXPECT_EQ(around([](auto const& each) { return each.problem.has_value(); }).problem->kind,
+            StationProblem::Kind::notLinked);
+  EXPECT_TRUE(http_.requests.empty());
+
+  http_.willAnswer(200, kTokens);
+  http_.willAnswer(200, kStations);
+  stations_.linkAccount("id", "secret", "first");
+  ended();
+  http_.willAnswer(200, publicStations());
+  stations_.lookAround();
+  auto const found = around([](auto const& each) { return !each.stations.nearest.empty(); });
+  EXPECT_EQ(found.place, "Berlin");
+  EXPECT_EQ(found.stations.used, 3);
+  EXPECT_EQ(found.stations.outliers, std::vector<std::string>{"p4"});
+  EXPECT_THAT(http_.requests.back().url, HasSubstr("/api/getpublicdata?lat_ne=52.54"));
+
+  http_.willAnswer(200, publicStations());
+  stations_.chooseAround("");
+  StationDesk const median =
+      done([](StationDesk const& desk) { return desk.reading.kind == StationLinkKind::around; });
+  ASSERT_TRUE(median.reading.together);
+  EXPECT_EQ(median.reading.together->leftOut, 1);
+  EXPECT_EQ(median.reading.around, "Berlin");
+
+  http_.willAnswer(200, publicStations());
+  stations_.chooseAround("p2");
+  StationDesk const one = done([](StationDesk const& desk) { return desk.reading.chosen == "p2"; });
+  ASSERT_NE(one.reading.station(), nullptr);
+  EXPECT_EQ(one.reading.station()->id, "p2");
+  EXPECT_EQ(one.reading.together, std::nullopt);
+
+  http_.willAnswer(403, R"({"error":{"code":26,"message":"User usage reached"}})");
+  stations_.lookAround();
+  EXPECT_EQ(around([](auto const& each) { return each.problem.has_value(); }).problem->kind,
+            StationProblem::Kind::tooMany);
+
+  http_.willAnswer(200, kStations);
+  stations_.choose("a");
+  EXPECT_EQ(done([](StationDesk const& desk) { return desk.reading.chosen == "a"; }).reading.kind,
+            StationLinkKind::account);
+}
+
+TEST_F(EngineStationsTest, LooksAroundNothingWithoutAPlace) {
+  place_.reset();
+  stations_.lookAround();
+  stations_.chooseAround("p1");
+  stations_.linkAddress("192.168.1.20", "");
+  EXPECT_EQ(ended().around, nullptr);
+  EXPECT_EQ(changes_, 0);
+}
+
 TEST_F(EngineStationsTest, LinksAnAddressAndForgetsIt) {
   for (int i = 0; i < 2; ++i)
     http_.willAnswer(200, R"({"common_list":[{"id":"0x02","val":"3.4","unit":"C"}]})");

@@ -1,6 +1,7 @@
 #include "desktop/window/desktop_window.h"
 #include "page_checks.h"
 #include "page_states.h"
+#include "station_states.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -105,7 +106,28 @@ std::vector<std::string> codes() {
   return all;
 }
 
-struct Languages : OffscreenTest, testing::WithParamInterface<std::string> {};
+/// While the browser is waited for, after a linking that failed.
+StationDesk waitingDesk() {
+  StationDesk desk = stationDesk();
+  desk.task = StationTask::consent;
+  desk.consentUrl = "https://api.netatmo.com/oauth2/authorize?client_id=" + std::string(24, '5') +
+                    "&redirect_uri=http%3A%2F%2Flocalhost%3A8917%2Fnimbara&scope=read_station&state=1";
+  desk.end = LinkEnd{.outcome = LinkEnd::Outcome::portTaken, .reason = "address already in use"};
+  return desk;
+}
+
+struct Languages : OffscreenTest, testing::WithParamInterface<std::string> {
+  void expectWhole(DesktopWindow const& window, DesktopPage page, WindowSize size) const {
+    QCoreApplication::processEvents();
+    QQuickItem* const root = window.window()->contentItem();
+    openAll(root);
+    QCoreApplication::processEvents();
+    keepPicture(window.window()->grabWindow(), "language-" + GetParam(), page, DesktopTheme::light, size);
+    EXPECT_THAT(cutOffBelow(root), IsEmpty()) << enumName(page) << " " << size.width;
+    EXPECT_THAT(overflowingBelow(root), IsEmpty()) << enumName(page) << " " << size.width;
+    EXPECT_THAT(coveredBelow(root), IsEmpty()) << enumName(page) << " " << size.width;
+  }
+};
 
 TEST_P(Languages, ShowEveryPageWhole) {
   auto const texts = std::make_shared<Texts const>(Texts::load(GetParam()));
@@ -122,14 +144,12 @@ TEST_P(Languages, ShowEveryPageWhole) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return window.window()->property("hasDrawn").toBool(); }));
     for (DesktopPage const page : everyPage()) {
       window.window()->setProperty("page", viewName(enumName(page)));
-      QCoreApplication::processEvents();
-      QQuickItem* const root = window.window()->contentItem();
-      openAll(root);
-      QCoreApplication::processEvents();
-      keepPicture(window.window()->grabWindow(), "language-" + GetParam(), page, DesktopTheme::light, size);
-      EXPECT_THAT(cutOffBelow(root), IsEmpty()) << enumName(page) << " " << size.width;
-      EXPECT_THAT(overflowingBelow(root), IsEmpty()) << enumName(page) << " " << size.width;
-      EXPECT_THAT(coveredBelow(root), IsEmpty()) << enumName(page) << " " << size.width;
+      expectWhole(window, page, size);
+    }
+    window.window()->setProperty("page", QStringLiteral("station"));
+    for (StationDesk const& desk : {stationDesk(), waitingDesk()}) {
+      model.station()->take(desk);
+      expectWhole(window, DesktopPage::station, size);
     }
   }
   EXPECT_THAT(complaints(), IsEmpty());
