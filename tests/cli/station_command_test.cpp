@@ -33,7 +33,7 @@ TEST_F(StationCommand, ShowsWhatIsMeasuredAndPutsItIntoThePresent) {
                               HasSubstr("battery 87%"), HasSubstr("From your station, 9 min ago")));
   EXPECT_THAT(run({"station", "show", "--json"}).out,
               AllOf(HasSubstr(R"({"state":"current","kind":"account","checkedAt":"2026-11-21T09:20:00Z",)"
-                              R"("nextAsk":"2026-11-21T09:21:00Z")"),
+                              R"("nextAsk":"2026-11-21T09:21:00Z","reason":null,"tokens":"file")"),
                     HasSubstr(R"("unit":"°C","module":"Outdoors","kind":"outdoor",)"
                               R"("observedAt":"2026-11-21T09:10:40Z","ageSeconds":560,"isPresent":true)")));
   std::string const forecast = run({"forecast", kBerlin, "--json"}).out;

@@ -161,9 +161,14 @@ class StationRun {
     return failed("the station was not linked: " + context_.plain(end.failure));
   }
 
+  /// Whoever writes such a document wants to know what is wrong with it.
+  std::string whyUnlinked(ServiceFailure const& failure) const {
+    return failure.kind == ServiceFailure::Kind::unreadable ? sentenceOf(failure) : context_.plain(failure);
+  }
+
   Done linkAddress() {
     auto const document = service().probe(options_.address, session_.stop);
-    if (!document) return failed("nothing was linked: " + context_.plain(document.error().failure));
+    if (!document) return failed("nothing was linked: " + whyUnlinked(document.error().failure));
     StationLink link;
     link.kind = StationLinkKind::address;
     link.address = options_.address;

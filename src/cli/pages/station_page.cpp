@@ -80,8 +80,6 @@ void writeDoubts(JsonWriter& json, StationShown const& shown) {
 void writeState(JsonWriter& json, StationsReading const& reading) {
   json.member("state", reading.state);
   json.member("kind", reading.kind);
-  json.memberOrNull(
-      "tokens", reading.tokens == StationTokensIn::nowhere ? std::nullopt : std::optional(reading.tokens));
   json.memberOrNull("checkedAt", reading.checkedAt);
   json.memberOrNull("nextAsk", reading.nextAsk);
   std::optional<std::string> reason;
@@ -90,6 +88,8 @@ void writeState(JsonWriter& json, StationsReading const& reading) {
     reason = isFailed ? sentenceOf(reading.problem->failure) : std::string(enumName(reading.problem->kind));
   }
   json.memberOrNull("reason", reason);
+  json.memberOrNull(
+      "tokens", reading.tokens == StationTokensIn::nowhere ? std::nullopt : std::optional(reading.tokens));
 }
 
 void writeName(JsonWriter& json, StationReading const& station) {
