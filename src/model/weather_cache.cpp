@@ -5,6 +5,9 @@
 #include "base/text/number.h"
 #include "base/text/text.h"
 
+#include <algorithm>
+#include <memory>
+
 namespace nimbara {
 
 namespace {
@@ -26,6 +29,57 @@ void sweepTemporaries(std::filesystem::path const& folder) {
     if (isTemporary && entry->last_write_time(ignored) < oldest) fs::remove(entry->path(), ignored);
   }
 }
+
+/// What the files held that were read last. The background service looks at the forecasts of its places once
+/// a minute, and they change a few times an hour: only a file that somebody has written since is read again.
+class RecentFiles {
+ public:
+  struct Stamp {
+    std::filesystem::file_time_type written;
+    std::uintmax_t size = 0;
+    bool operator==(Stamp const&) const = default;
+  };
+  using Entry = std::shared_ptr<ParsedCacheEntry const>;
+
+  static RecentFiles& ofThisProcess() {
+    static RecentFiles files;
+    return files;
+  }
+  static std::optional<Stamp> stampOf(std::filesystem::path const& file) {
+    std::error_code failure;
+    Stamp stamp{std::filesystem::last_write_time(file, failure), {}};
+    if (!failure) stamp.size = std::filesystem::file_size(file, failure);
+    return failure ? std::nullopt : std::optional(stamp);
+  }
+
+  Entry find(std::filesystem::path const& file, Stamp const& stamp) {
+    std::lock_guard const lock(mutex_);
+    auto const found = std::ranges::find(files_, file, &Known::file);
+    if (found == files_.end() || found->stamp != stamp) return nullptr;
+    files_.splice(files_.end(), files_, found);
+    return found->entry;
+  }
+  void keep(std::filesystem::path const& file, Stamp const& stamp, Entry entry) {
+    std::lock_guard const lock(mutex_);
+    std::erase_if(files_, [&](Known const& known) { return known.file == file; });
+    files_.push_back({file, stamp, std::move(entry)});
+    if (files_.size() > WeatherCache::kMemoryCapacity) files_.pop_front();
+  }
+  /// For who writes it: two files within a tick of the clock look alike.
+  void forget(std::filesystem::path const& file) {
+    std::lock_guard const lock(mutex_);
+    std::erase_if(files_, [&](Known const& known) { return known.file == file; });
+  }
+
+ private:
+  struct Known {
+    std::filesystem::path file;
+    Stamp stamp;
+    Entry entry;
+  };
+  std::mutex mutex_;
+  std::list<Known> files_;  // least recently used first
+};
 
 std::string normalized(std::string_view key) {
   return asciiLowered(trimmed(key));
@@ -90,20 +144,31 @@ void WeatherCache::store(std::string_view key, ParsedCacheEntry entry) {
   std::lock_guard const turn(turn_);
   std::call_once(swept_, [this] { sweepTemporaries(cacheDirectory_); });
   // The cache is best effort: where nothing can be written, the next start asks the network again.
-  std::ignore = writeFileAtomically(cacheDirectory_ / fileName(key), bytes);
+  std::filesystem::path const file = cacheDirectory_ / fileName(key);
+  std::ignore = writeFileAtomically(file, bytes);
+  RecentFiles::ofThisProcess().forget(file);
 }
 
 std::optional<ParsedCacheEntry> WeatherCache::load(std::string_view key) {
   if (cacheDirectory_.empty()) return std::nullopt;
-  auto const bytes = [&] {
-    std::lock_guard const turn(turn_);
-    return readFile(cacheDirectory_ / fileName(key), kLargestFile);
-  }();
-  if (!bytes) return std::nullopt;
-  auto entry = decodeJson<ParsedCacheEntry>(*bytes);
-  bool const isForeign = entry && entry->standIn == true && source_ == Source::services;
-  if (!entry || isForeign) return std::nullopt;
-  return std::move(*entry);
+  std::filesystem::path const file = cacheDirectory_ / fileName(key);
+  RecentFiles& recent = RecentFiles::ofThisProcess();
+  auto const stamp = RecentFiles::stampOf(file);  // before the reading: who writes meanwhile makes it another
+  RecentFiles::Entry entry = stamp ? recent.find(file, *stamp) : nullptr;
+  if (!entry) {
+    auto const bytes = [&] {
+      std::lock_guard const turn(turn_);
+      return readFile(file, kLargestFile);
+    }();
+    if (!bytes) return std::nullopt;
+    auto decoded = decodeJson<ParsedCacheEntry>(*bytes);
+    if (!decoded) return std::nullopt;
+    entry = std::make_shared<ParsedCacheEntry const>(std::move(*decoded));
+    if (stamp) recent.keep(file, *stamp, entry);
+  }
+  bool const isForeign = entry->standIn == true && source_ == Source::services;
+  if (isForeign) return std::nullopt;
+  return *entry;
 }
 
 void WeatherCache::saveLastLocation(std::string_view key) {

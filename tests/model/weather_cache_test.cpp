@@ -104,6 +104,21 @@ TEST_F(CacheTest, TakesAFileThatIsCutAnywhereForNone) {
   EXPECT_TRUE(cache.load("52.52,13.41"));
 }
 
+TEST_F(CacheTest, ReadsAFileAgainOnlyOnceSomebodyHasWrittenIt) {
+  cache.store("52.52,13.41", entryOf(2));
+  ASSERT_TRUE(cache.load("52.52,13.41"));
+  auto const written = last_write_time(file);
+  std::string const other(file_size(file), ' ');
+  folder.write("Nimbara/" + file.filename().string(), other);
+  last_write_time(file, written);
+  EXPECT_TRUE(cache.load("52.52,13.41"));
+  last_write_time(file, written + 1ms);
+  EXPECT_FALSE(cache.load("52.52,13.41"));
+  cache.store("52.52,13.41", entryOf(3));
+  last_write_time(file, written);
+  EXPECT_EQ(cache.load("52.52,13.41")->data.allHourly.size(), 3U);
+}
+
 TEST_F(CacheTest, GoesOnWithoutAFolderThatCanBeWritten) {
   WeatherCache nowhere("/proc/nimbara", clock);
   nowhere.store("berlin", entryOf(1));
