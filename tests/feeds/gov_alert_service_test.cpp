@@ -184,6 +184,27 @@ TEST_F(GovAlertServiceTest, ShowsAtOnceWhatItKnewBeforeARestart) {
   EXPECT_TRUE(service().keptAlerts({{1, 2}, "DE", {}}).alerts.empty());
 }
 
+TEST_F(GovAlertServiceTest, WritesWhatIsNewAndAMomentAloneEveryFiveMinutes) {
+  struct Row {
+    std::string_view name;
+    std::chrono::milliseconds later;
+    bool isAlert, isWritten;
+  };
+  GovAlertService tried = service();
+  for (auto const& row :
+       {Row{"the first check", 0ms, false, true}, Row{"the same later", 4min + 59s, false, false},
+        Row{"five minutes", 5min, false, true}, Row{"an alert", 6min, true, true},
+        Row{"the same alert", 7min, true, false}, Row{"it is gone", 8min, false, true}}) {
+    clock_.set(kNow + row.later);
+    a_.answer = GovSourceAnswer{};
+    if (row.isAlert) a_.answer->alerts = {alert("new", AlertSeverity::info, kNow + 1h)};
+    tried.fetchAlerts(place_);
+    bool const isWritten = std::filesystem::remove(folder_.path() / "gov_alerts_v3_52.52_13.41.json");
+    EXPECT_EQ(isWritten, row.isWritten) << row.name;
+  }
+  EXPECT_EQ(a_.asked, 6);
+}
+
 TEST_F(GovAlertServiceTest, TellsWhatIsKeptWhileASourceIsAsked) {
   std::optional<GovAlertService> gov;
   std::size_t keptMeanwhile = 0;

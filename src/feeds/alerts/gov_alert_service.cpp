@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <iterator>
 #include <string_view>
+#include <tuple>
 
 namespace nimbara {
 
@@ -28,6 +29,25 @@ constexpr std::chrono::hours kLongestFaith{24};
 struct Kept {
   std::vector<GovSourceState> sources;
 };
+
+/// Places are checked once a minute, which mostly shows what was known. For a later moment alone a file is
+/// written no more often than this, as each writing wakes the disk.
+constexpr std::chrono::minutes kRenewal{5};
+
+bool saysTheSame(GovSourceState const& kept, GovSourceState const& now) {
+  auto const spansOf = [](GovSourceState const& state) {
+    return state.checkedAt.value_or(Instant()).time_since_epoch() / kRenewal;
+  };
+  auto const sayings = [](GovSourceState const& state) {
+    return std::tie(state.name, state.failedSince, state.failure, state.failedAt, state.failures,
+                    state.alerts, state.unplaced, state.calledOff, state.isBlind);
+  };
+  return spansOf(kept) == spansOf(now) && sayings(kept) == sayings(now);
+}
+
+bool isWorthKeeping(std::vector<GovSourceState> const& before, std::vector<GovSourceState> const& now) {
+  return !std::ranges::equal(before, now, saysTheSame);
+}
 
 std::string keyOf(Coordinate place) {
   return fixedDecimal(place.latitude, 2) + "_" + fixedDecimal(place.longitude, 2);
@@ -243,6 +263,7 @@ GovAlerts GovAlertService::fetchAlerts(GovAlertPlace const& place, std::vector<s
   auto const turn = turnOf(asked);
   std::lock_guard const guard(*turn);
   States states = copyOfStates(asked);
+  States const before = states;
   if (routing_.route) {
     askAlong(sources, asked, states, stop);
   } else {
@@ -250,7 +271,7 @@ GovAlerts GovAlertService::fetchAlerts(GovAlertPlace const& place, std::vector<s
       ask(*source, asked, stateOf(states, source->name), stop);
   }
   auto result = summary(sources, states);
-  keep(asked, states);
+  if (isWorthKeeping(before, states)) keep(asked, states);
   remember(asked, std::move(states));
   return result;
 }
