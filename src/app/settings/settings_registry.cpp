@@ -103,6 +103,9 @@ constexpr SettingDefinition kGeneral[] = {
      .group = SettingsGroup::window},
     textIn(SettingsGroup::elsewhere, "globeHidden",
            "Layers hidden on the globe: names from its legend, separated by commas"),
+    textIn(
+        SettingsGroup::elsewhere, kMapLayersSetting,
+        "Layers of the map that were switched on or off, separated by commas, for example radar,temperature"),
     {.key = kAskedBackgroundSetting,
      .byDefault = false,
      .explanation = "The window has asked whether to send notifications in the background",

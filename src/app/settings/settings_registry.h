@@ -25,6 +25,9 @@ inline constexpr std::string_view kAskedBackgroundSetting = "desktop_askedBackgr
 /// Whether the window offers to read the brief out.
 inline constexpr std::string_view kSpeechSetting = "desktop_speech";
 
+/// Layers of the map that the user has switched, separated by commas.
+inline constexpr std::string_view kMapLayersSetting = "mapLayers";
+
 /// "openMeteoHost" and "openMeteoApiKey": each service's own keys.
 std::string_view hostSetting(Service service);
 std::string_view apiKeySetting(Service service);

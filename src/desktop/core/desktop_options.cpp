@@ -4,6 +4,7 @@
 #include "app/places/place.h"
 #include "app/version.h"
 #include "base/text/number.h"
+#include "desktop/views/map/map_switches.h"
 
 #include <algorithm>
 
@@ -34,6 +35,8 @@ void define(Command app, DesktopOptions& options, RawDesktopOptions& raw) {
   app.option("--globe", raw.globe, "How the globe is drawn; by the graphics card if there is one by default")
       .among(enumNames<DesktopGlobe>);
   app.option("--zoom", raw.zoom, "How near the map begins, 2 (the world) to 12 (a town)").called("NUMBER");
+  app.option("--layers", options.layers, "What the map shows in this run, for example radar,temperature")
+      .called("NAMES");
   app.option("--screenshot", options.screenshot, "Save a picture of the page and quit").called("FILE");
 }
 
@@ -52,6 +55,9 @@ Result<void, std::string> understand(DesktopOptions& options, RawDesktopOptions 
     if (!options.zoom || !(*options.zoom >= 2 && *options.zoom <= 12))
       return std::unexpected("not a zoom from 2 to 12: '" + raw.zoom + "'");
   }
+  if (std::string_view const unknown = unknownLayer(options.layers);
+      !options.layers.empty() && !unknown.empty())
+    return std::unexpected("the map has no layer '" + std::string(unknown) + "', only " + mapLayerNames());
   if (auto const place = parsePlace(options.place); !options.place.empty() && !place)
     return std::unexpected(place.error());
   options.page = enumFromName<DesktopPage>(raw.page);

@@ -63,6 +63,7 @@ struct DesktopOptions {
   bool refresh = false;
   DesktopGlobe globe = DesktopGlobe::automatic;
   std::optional<double> zoom;  ///< with which the map begins
+  std::string layers;          ///< that the map shows, separated by commas; empty: as they were left
   std::string screenshot;      ///< the file of the one picture that is asked for; empty for a window
 
   /// A run that has nothing to do with a window that is open already.

@@ -41,6 +41,7 @@ void DesktopWindow::open(DesktopModel& model, DesktopOptions const& options) {
        {QStringLiteral("width"), size.width},
        {QStringLiteral("height"), size.height}});
   if (options.zoom) model.map()->setHomeZoom(*options.zoom);
+  if (!options.layers.empty()) model.map()->setLayers(options.layers);
   engine_.load(pageUrl("Main"));
   if (!engine_.rootObjects().isEmpty()) window_ = qobject_cast<QQuickWindow*>(engine_.rootObjects().front());
   if (window_ == nullptr) return;

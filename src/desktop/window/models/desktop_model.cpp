@@ -122,7 +122,7 @@ DesktopModel::DesktopModel(Setting setting, WindowActions actions, QObject* pare
       actions_(std::move(actions)),
       clouds_(new CloudModel(actions_.clouds, this)),
       globe_(new GlobeModel({setting_.wording.texts, setting_.program}, actions_.globe, clouds_, this)),
-      map_(new MapModel(actions_.radar, {clouds_, actions_.fields}, this)),
+      map_(new MapModel(actions_.engine, actions_.radar, {clouds_, actions_.fields}, this)),
       now_(new RecordModel(this)),
       sky_(new RecordModel(this)),
       words_(new RecordModel(this)),

@@ -1,5 +1,6 @@
 #include "desktop/window/models/map_model.h"
 
+#include "app/settings/settings_registry.h"
 #include "desktop/imagery/cloud_veil.h"
 #include "desktop/window/words.h"
 #include "feeds/regions/regions.h"
@@ -28,28 +29,7 @@ constexpr WordRow kWords[] = {
     {"modelTimes", "desktop.map.model.times"},
 };
 
-struct LayerRow {
-  std::string_view name;
-  std::string_view key;
-};
-
 constexpr std::string_view kRadarLayer = "radar";
-constexpr std::array kLayers = std::to_array<LayerRow>({
-    {kRadarLayer, "desktop.map.radar"},
-    {"clouds", "desktop.credit.clouds"},
-    {"temperature", "customnotif.type.temperature"},
-    {"precipitation", "customnotif.type.precipitation"},
-    {"pressure", "customnotif.type.pressure"},
-    {"wind", "report.wind"},
-    {"places", "desktop.page.places"},
-    {"warnings", "desktop.official"},
-    {"quakes", "desktop.quakes"},
-    {"storms", "desktop.hazard.storms"},
-    {"fires", "desktop.hazard.fires"},
-    {"lightning", "desktop.hazard.lightning"},
-    {"stations", "desktop.station.around"},
-    {"towns", "desktop.map.towns"},
-});
 
 constexpr double kReach = 14;                      // pixels, of a pointer to a point
 constexpr double kMostScale = 120;                 // pixels
@@ -58,8 +38,9 @@ constexpr std::string_view kMakers = "Natural Earth, GeoNames";
 
 }  // namespace
 
-MapModel::MapModel(RadarSources radar, Under under, QObject* parent)
+MapModel::MapModel(EngineActions& engine, RadarSources radar, Under under, QObject* parent)
     : QObject(parent),
+      engine_(engine),
       radar_(new RadarModel(std::move(radar), this)),
       clouds_(under.clouds),
       fields_(new FieldModel(std::move(under.fields), this)),
@@ -130,7 +111,25 @@ void MapModel::show(std::shared_ptr<EngineSnapshot const> snapshot, ViewContext 
   bool const isOther = place && (!home_ || *home_ != place->coordinate);
   home_ = place ? std::optional(place->coordinate) : std::nullopt;
   if (isOther) goHome();
+  takeSwitches();
   refill();
+}
+
+/// As they were left, or as another program has switched them since.
+void MapModel::takeSwitches() {
+  if (areGiven_ || !snapshot_->settings) return;
+  std::string text = snapshot_->settings->settings.text(kMapLayersSetting);
+  if (text == seen_) return;
+  seen_ = std::move(text);
+  if (seen_ == switches_.text()) return;
+  switches_ = MapSwitches::of(seen_);
+  if (isShown_) rest_.start();
+  Q_EMIT layersChanged();
+}
+
+void MapModel::setLayers(std::string_view list) {
+  switches_ = MapSwitches::only(list);
+  areGiven_ = true;
 }
 
 /// Nothing is made for a page that nobody has opened.
@@ -159,7 +158,7 @@ void MapModel::refill() {
 void MapModel::showLayers() {
   SupplementState const* const supplement = snapshot_ ? snapshot_->weather->supplement.get() : nullptr;
   std::vector<MapLayerView> views;
-  for (LayerRow const& row : kLayers) {
+  for (MapSwitch const& row : kMapSwitches) {
     if (row.name == kRadarLayer && !radar_->isThere()) continue;
     if (row.name == kCloudLayer && !clouds_->canAsk()) continue;
     if (enumFromName<FieldKind>(row.name) && !fields_->canAsk()) continue;
@@ -308,11 +307,8 @@ void MapModel::goHome() {
 
 void MapModel::toggle(QString const& layer) {
   std::string const name = layer.toStdString();
-  // One field at a time can be read.
-  if (enumFromName<FieldKind>(name) && !isOn(name)) {
-    for (std::string_view const other : enumNames<FieldKind>) hidden_.emplace(other);
-  }
-  if (hidden_.erase(name) == 0) hidden_.insert(name);
+  switches_.toggle(name);
+  if (!areGiven_) engine_.changeSetting(std::string(kMapLayersSetting), switches_.text());
   if (name == kStationLayer) {
     if (isOn(name)) goNear();
     refill();

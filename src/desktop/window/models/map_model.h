@@ -2,8 +2,10 @@
 // on the map, the layers and the card. Makes nothing before the page is first opened. Owned by DesktopModel.
 #pragma once
 
+#include "app/engine/engine_actions.h"
 #include "app/state/engine_snapshot.h"
 #include "base/web_mercator.h"
+#include "desktop/views/map/map_switches.h"
 #include "desktop/views/map/map_things.h"
 #include "desktop/window/models/cloud_model.h"
 #include "desktop/window/models/field_model.h"
@@ -15,7 +17,6 @@
 #include <QTimer>
 #include <memory>
 #include <optional>
-#include <set>
 
 namespace nimbara {
 
@@ -44,7 +45,7 @@ class MapModel : public QObject {
     InUse<ModelFieldService> fields;
   };
 
-  MapModel(RadarSources radar, Under under, QObject* parent);
+  MapModel(EngineActions& engine, RadarSources radar, Under under, QObject* parent);
   ~MapModel() override;
 
   void show(std::shared_ptr<EngineSnapshot const> snapshot, ViewContext const& context);
@@ -67,7 +68,9 @@ class MapModel : public QObject {
   double zoom() const { return view_.zoom; }
   MapView const& view() const { return view_; }
   MapThings const& onMap() const { return things_; }
-  bool isOn(std::string_view layer) const { return !hidden_.contains(layer); }
+  bool isOn(std::string_view layer) const { return switches_.isOn(layer); }
+  /// Only these layers, in this run, whatever the user has chosen.
+  void setLayers(std::string_view list);
   /// What lies between the land and the things on it, the lowest first.
   MapLayerPictures const& pictures() const { return pictures_; }
   void setPictures(MapLayerPictures pictures);
@@ -120,6 +123,7 @@ class MapModel : public QObject {
 
   static constexpr std::string_view kCloudLayer = "clouds", kStationLayer = "stations";
 
+  void takeSwitches();
   void refill();
   void look();
   void layUnder();
@@ -137,6 +141,7 @@ class MapModel : public QObject {
   std::optional<Coordinate> pointOf(Picked const& picked) const;
   double away(Coordinate from, MapPoint pixel) const;
 
+  EngineActions& engine_;
   RadarModel* radar_;
   CloudModel* clouds_;
   FieldModel* fields_;
@@ -165,8 +170,9 @@ class MapModel : public QObject {
     qint64 veil = 0;
     QImage picture;
   } drawnClouds_;
-  std::set<std::string, std::less<>> hidden_{"clouds",   "temperature", "precipitation",
-                                             "pressure", "wind",        "stations"};
+  MapSwitches switches_;
+  std::string seen_;       ///< the setting, when it was last looked at
+  bool areGiven_ = false;  ///< for this run: nothing is kept
   std::optional<Picked> picked_;
   StationDesk desk_;
   /// For which place the stations were wanted last, and when.
