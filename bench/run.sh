@@ -11,4 +11,5 @@ grep -m1 'model name' /proc/cpuinfo
 "$build/bench/satellite_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
 "$build/bench/notifications_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
 [ ! -x "$build/bench/map_bench" ] || "$build/bench/map_bench"
+[ ! -x "$build/bench/globe_painted" ] || "$build/bench/globe_painted"
 "$build/bench/command_bench" "$build/bin/nimbara"
