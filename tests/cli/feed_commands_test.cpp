@@ -13,6 +13,7 @@ namespace {
 using test::at;
 using test::CliRun;
 using testing::ContainsRegex;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
@@ -139,6 +140,19 @@ TEST_F(FeedCommands, PrintEarthquakes) {
   EXPECT_EQ(stale.out, all.out);
   EXPECT_EQ(stale.exitCode, 0);
   EXPECT_THAT(stale.err, HasSubstr("status 500"));
+}
+
+TEST_F(FeedCommands, ShowTheSecondSourcesEarthquakesWhereTheFirstFails) {
+  EXPECT_THAT(run({"quakes"}).out, EndsWith("\nUnited States Geological Survey / EMSC\n"));
+  for (Service const down : {Service::usgs, Service::emsc}) {
+    test::TemporaryFolder const fresh;
+    environment_.cacheDirectory = fresh.path();
+    CliRun const half = run({"quakes"}, {{down, DemoFault::Kind::status500}});
+    bool const isFirst = down == Service::usgs;
+    EXPECT_EQ(half.exitCode, isFirst ? exitCode::kUnavailable : 0);
+    EXPECT_THAT(half.out, EndsWith(isFirst ? "\nEMSC\n" : "\nUnited States Geological Survey\n"));
+    EXPECT_THAT(half.err, HasSubstr("status 500"));
+  }
 }
 
 TEST_F(FeedCommands, SayThatThereAreNoEarthquakesToBeHad) {

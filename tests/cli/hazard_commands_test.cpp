@@ -50,8 +50,9 @@ TEST_F(HazardCommands, TellTheirState) {
           {{"advisories", "0,-30"}, R"({"state":"uncovered",)", "^No travel advisories: this place is in no"},
           {{"advisories", "40.7,-74"},
            R"("reason":null,"items":[]})",
-           "^No travel advisory for United States"},
+           "^No travel advisory .United States., checked"},
           {{"advisories", "52.52,13.41", "--all"}, R"("level":4,)", "^[0-9]+ travel advisories, checked"},
+          {{"advisories", "--all"}, R"("level":4,)", "^[0-9]+ travel advisories, checked"},
           {{"advisories", "35.68,139.69", "--source", "ca"}, R"("advice":"ca.1")", "  Japan: take normal"},
           {{"advisories", "35.68,139.69", "--source", "uk"}, R"("advice":"uk.none")", "  Japan: no advice"},
           {{"advisories", "35.68,139.69", "--source", "de"},
@@ -167,6 +168,7 @@ TEST_F(HazardCommands, TakeTheListOfAllSeasWhereTheTyphoonCenterRefuses) {
       run({"storms", "14.6,120.98", "--json"}, {{Service::jtwc, DemoFault::Kind::status500}});
   EXPECT_EQ(known.exitCode, 0);
   EXPECT_THAT(known.out, HasSubstr(R"("basin":"westernPacific","centre":"gdacs","alsoBy":[])"));
+  EXPECT_THAT(known.out, HasSubstr(R"("notChecked":[{"centre":"jtwc","reason":")"));
   EXPECT_THAT(known.err, HasSubstr("the storms of Joint Typhoon Warning Center could not be checked: "));
   CliRun const unknown =
       run({"storms", "14.6,120.98", "--json"},
@@ -181,7 +183,10 @@ TEST_F(HazardCommands, CompareWithTheUsualTemperature) {
   EXPECT_THAT(json.out,
               StartsWith(R"({"period":"1991-2020","grid":"52.50,13.50","date":"2026-07-21","day":{"mean":)"));
   EXPECT_THAT(json.out, AllOf(HasSubstr(R"("state":"listed")"), Not(HasSubstr(R"("anomaly":null)"))));
-  EXPECT_THAT(run({"climate", "52.52,13.41"}).out, HasSubstr("Usual daily mean for late July: "));
+  EXPECT_THAT(run({"climate", "52.52,13.41"}).out,
+              AllOf(HasSubstr("Usual daily mean for late July: "), HasSubstr("Daily mean today: ")));
+  EXPECT_THAT(run({"climate", "48.2,16.4"}, {{Service::openMeteo, DemoFault::Kind::status500}}).out,
+              HasSubstr("Daily mean today: not known"));
   CliRun const failed =
       run({"climate", "52.52,13.41", "--json"}, {{Service::openMeteoArchive, DemoFault::Kind::status500}});
   EXPECT_EQ(failed.exitCode, exitCode::kUnavailable);

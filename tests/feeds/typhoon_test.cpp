@@ -11,6 +11,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <numbers>
+
 namespace nimbara {
 namespace {
 
@@ -107,6 +110,46 @@ TEST(Jtwc, ReadsTheRecordedDay) {
   EXPECT_EQ(tokyo->time, at("2026-09-30T12:00:00Z")) << "the end of the track";
 }
 
+/// The angle between two places by the lengths of products of vectors, which no other reckoning here uses.
+double greatCircleKm(Coordinate a, Coordinate b) {
+  constexpr double kRadian = std::numbers::pi / 180;
+  double const north = a.latitude * kRadian, south = b.latitude * kRadian;
+  double const east = (b.longitude - a.longitude) * kRadian;
+  double const x = std::cos(south) * std::sin(east);
+  double const y = std::cos(north) * std::sin(south) - std::sin(north) * std::cos(south) * std::cos(east);
+  double const z = std::sin(north) * std::sin(south) + std::cos(north) * std::cos(south) * std::cos(east);
+  return std::atan2(std::hypot(x, y), z) * 6371.0088;
+}
+
+TEST(StormApproach, AgreesWithAThousandStepsOfTheRecordedTrack) {
+  std::string const warning = sampleNamed("jtwc", ".tcw");
+  if (warning.empty()) GTEST_SKIP() << "NIMBARA_SAMPLES is not set";
+  auto const storm = parseJtwcWarning(warning, "wp2526");
+  ASSERT_TRUE(storm);
+  for (Coordinate const place : {Coordinate{26.21, 127.68},
+                                 {24.34, 124.16},
+                                 {31.6, 130.56},
+                                 {33.5, 133.5},
+                                 {35.69, 139.69},
+                                 {25.03, 121.57},
+                                 {14.6, 120.98},
+                                 {13.44, 144.79}}) {
+    double least = 1e9;
+    for (std::size_t leg = 1; leg < storm->track.size(); ++leg) {
+      Coordinate const from = storm->track[leg - 1].coordinate, to = storm->track[leg].coordinate;
+      for (int i = 0; i <= 1000; ++i) {
+        double const part = i / 1000.0;
+        least = std::min(least, greatCircleKm({std::lerp(from.latitude, to.latitude, part),
+                                               std::lerp(from.longitude, to.longitude, part)},
+                                              place));
+      }
+    }
+    auto const nearest = closestApproach(*storm, place, *storm->lastUpdate);
+    ASSERT_TRUE(nearest);
+    EXPECT_NEAR(nearest->km, least, 5) << place.latitude << " " << place.longitude;
+  }
+}
+
 TEST(Gdacs, ReadsTheRecordedEventOnce) {
   std::string const body = sampleNamed("gdacs", ".json");
   if (body.empty()) GTEST_SKIP() << "NIMBARA_SAMPLES is not set";
@@ -185,7 +228,12 @@ TEST(StormMerge, TakesOneStormOnce) {
   for (auto const& [latitude, hours, name, same] : {std::tuple{4.49, 24, "ALDER", true},
                                                     {4.5, 24, "Alder", false},
                                                     {4.49, 25, "Alder", false},
-                                                    {0.0, 0, "Birch", false}}) {
+                                                    {0.0, 0, "Birch", false},
+                                                    {1.79, 24, "TWENTYFIVE", true},  // 199 km
+                                                    {1.81, 0, "Twenty-five", false},
+                                                    {0.0, 0, "Seven-E", true},
+                                                    {0.0, 0, "Tenacious", false},
+                                                    {0.0, 0, "", false}}) {
     std::vector<TropicalStorm> storms{stormAt({0, 130})};
     TropicalStorm other = stormAt({latitude, 130}, name, StormCentre::gdacs);
     *other.lastUpdate += std::chrono::hours(hours);

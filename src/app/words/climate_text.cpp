@@ -38,6 +38,8 @@ ClimateText climateText(ClimateOutlook const& outlook, HazardWords const& words)
   Texts const& texts = words.texts;
   ClimateText text;
   text.source = texts.text("climate.source");
+  text.today = texts.format("desktop.air.today", outlook.today ? temperatureText(*outlook.today, words)
+                                                               : std::string(texts.text("air.notKnown")));
   std::string const when = timeOfYear(outlook.date, words);
   if (!outlook.usual) {
     text.band = texts.format("climate.none", when);

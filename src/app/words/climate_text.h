@@ -10,6 +10,7 @@ namespace nimbara {
 struct ClimateText {
   std::string sentence;  ///< "5° warmer than usual for mid-November (1991–2020)"; empty where none is due
   std::string band;      ///< what is usual; or that it is not known
+  std::string today;     ///< "Daily mean today: 9 °C"; or that it is not known
   std::string source;
 };
 

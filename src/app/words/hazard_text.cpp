@@ -20,6 +20,12 @@ std::string checkedAt(HazardCheck const& check, HazardWords const& words) {
   return words.moment(check.checkedAt.value_or(words.now));
 }
 
+/// The day alone: what was written weeks ago has no hour that matters.
+std::string dayOf(Instant moment, HazardWords const& words) {
+  TimeWords const time(words.texts, words.calendar);
+  return time.format(moment, words.texts.text("report.dateFormat"));
+}
+
 std::string key(std::string_view kind, std::string_view ending) {
   return std::string(kind) + "." + std::string(ending);
 }
@@ -116,7 +122,7 @@ HazardLine advisoryLine(TravelAdvisory const& advisory, HazardWords const& words
                          texts.text("advisories.level." + std::to_string(advisory.level)))
           : texts.format("advisories.stated", country, texts.text("advisories.advice." + advisory.advice));
   if (advisory.hasRegions) title = texts.format("advisories.regions", title);
-  return {title, issued ? texts.format("advisories.issued", words.moment(*issued)) : std::string()};
+  return {title, issued ? texts.format("advisories.issued", dayOf(*issued, words)) : std::string()};
 }
 
 }  // namespace nimbara

@@ -39,7 +39,9 @@ std::string approachText(TropicalStorm const& storm, Coordinate place, HazardWor
   if (!nearest) return std::string(words.texts.text("storms.noTrack"));
   bool const comesNearer = nearest->km + kNearerKm < haversineKm(storm.coordinate, place);
   if (!comesNearer) return std::string(words.texts.text("storms.notNearer"));
-  return words.texts.format("storms.closest", words.distance(nearest->km), words.moment(nearest->time));
+  // Forecast positions lie half a day apart: minutes between them would only look exact.
+  Instant const hour = std::chrono::round<std::chrono::hours>(nearest->time);
+  return words.texts.format("storms.closest", words.distance(nearest->km), words.moment(hour));
 }
 
 std::string sourceText(TropicalStorm const& storm, HazardWords const& words) {

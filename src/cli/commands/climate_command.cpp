@@ -35,6 +35,7 @@ int runClimate(CommandLine const& line, Session const& session) {
     answer.subject = "the usual temperatures";
     answer.heading = text.sentence.empty() ? text.band : text.sentence;
     if (!text.sentence.empty()) answer.lines.push_back({text.band, ""});
+    answer.lines.push_back({text.today, ""});
     answer.notes = {text.source};
     answer.writeDocument = [outlook = reading.data, check = answer.check, sentence = text.sentence](
                                JsonWriter& json) { writeClimate(json, outlook, check, sentence); };

@@ -22,6 +22,7 @@ std::string documentOf(HazardAnswer const& answer) {
     json.beginList();
     if (answer.writeItems) answer.writeItems(json);
     json.endList();
+    if (answer.writeMore) answer.writeMore(json);
   }
   json.endObject();
   return json.take() + "\n";
@@ -64,7 +65,8 @@ int runHazard(CommandLine const& line, Session const& session,
   auto const clock = makeClock(line.common);
   RunContext context(line.common, session, *clock,
                      ownServicesWithin(kCommandLimit, line.common, WeatherProviderOption::automatic));
-  auto const place = context.place(line.feeds.place);
+  bool const needsNoPlace = line.feeds.isWorld && line.feeds.place.empty();
+  auto const place = needsNoPlace ? Result<Place, Failure>(Place{}) : context.place(line.feeds.place);
   if (!place) return session.fail(place.error().exitCode, place.error().sentence);
   HazardWords const words{context.texts(), context.wording().units, context.calendar(), clock->now()};
   HazardAnswer const answer = ask(context, *place, words);

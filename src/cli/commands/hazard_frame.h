@@ -20,6 +20,7 @@ struct HazardAnswer {
   std::string advice;   ///< what to do where nothing is configured
   /// The elements of "items"; where `writeDocument` is set, it writes all members of the document.
   std::function<void(JsonWriter&)> writeItems;
+  std::function<void(JsonWriter&)> writeMore;  ///< members after the items
   std::function<void(JsonWriter&)> writeDocument;
   std::string heading;                    ///< the state in words
   std::vector<HazardLine> lines;          ///< what was found

@@ -76,6 +76,7 @@ class QuakePage {
       std::string const line = lineOf(rows[i], widths);
       out += (i == 0 ? style_.painted(line, Colour::dim) : line) + "\n";
     }
+    out += style_.painted(style_.text(sources()), Colour::dim) + "\n";
     return out;
   }
 
@@ -110,6 +111,16 @@ class QuakePage {
     std::string own = magnitude(event.magnitude);
     if (!event.emscMagnitude || event.isOnlyByEmsc) return own;
     return own + " / " + magnitude(*event.emscMagnitude);
+  }
+
+  /// Who measured: in the order of the two numbers where there are two.
+  std::string sources() const {
+    std::string const second = "EMSC";
+    if (std::ranges::all_of(events_, &EarthquakeEvent::isOnlyByEmsc)) return second;
+    std::string const first(texts_.text("desktop.quakes.source"));
+    bool const hasBoth = std::ranges::any_of(
+        events_, [](EarthquakeEvent const& event) { return event.emscMagnitude.has_value(); });
+    return hasBoth ? first + " / " + second : first;
   }
 
   std::vector<Row> rows() const {
@@ -182,11 +193,13 @@ int runQuakes(CommandLine const& line, Session const& session) {
   auto reading = context.app().feeds().earthquakes().fetchEarthquakes(session.stop);
   auto const second = context.app().feeds().emsc().fetchEarthquakes(session.stop);
   if (session.stop.stop_requested()) return session.fail(exitCode::kInterrupted, "interrupted");
-  if (reading.failure && reading.data.empty()) {
+  bool const isMissing = reading.failure && reading.data.empty();
+  auto const failMissing = [&] {
     return session.fail(exitCode::kUnavailable,
                         "the earthquakes could not be fetched: " + context.advised(reading.failure));
-  }
-  if (reading.failure) {
+  };
+  if (isMissing && (options.json || second.data.empty())) return failMissing();
+  if (reading.failure && !isMissing) {
     session.console.err("nimbara: could not fetch a newer earthquake list: " +
                         oneLine(context.plain(*reading.failure)) + "; showing the last known one\n");
   }
@@ -198,7 +211,8 @@ int runQuakes(CommandLine const& line, Session const& session) {
   if (options.order == kBySignificance) sortBySignificance(events, circle);
   session.console.out(options.json ? encodeJson(events) + "\n"
                                    : QuakePage(events, circle, context, session).text());
-  return exitCode::kComplete;
+  // A reader is better off with the second source's than with none; that is not the whole list, though.
+  return isMissing ? failMissing() : exitCode::kComplete;
 }
 
 }  // namespace nimbara

@@ -66,6 +66,20 @@ void writeStorm(JsonWriter& json, TropicalStorm const& storm, Coordinate place, 
   json.endObject();
 }
 
+/// The centres whose list is missing or old: without them fewer storms do not mean fewer storms.
+void writeMisses(JsonWriter& json, std::vector<StormMiss> const& misses) {
+  json.key("notChecked");
+  json.beginList();
+  for (StormMiss const& miss : misses) {
+    json.separate();
+    json.beginObject();
+    json.member("centre", miss.centre);
+    json.member("reason", sentenceOf(miss.failure));
+    json.endObject();
+  }
+  json.endList();
+}
+
 }  // namespace
 
 int runStorms(CommandLine const& line, Session const& session) {
@@ -86,6 +100,7 @@ int runStorms(CommandLine const& line, Session const& session) {
     answer.writeItems = [storms, at = place.coordinate, now = words.now](JsonWriter& json) {
       for (TropicalStorm const& storm : storms) writeStorm(json, storm, at, now);
     };
+    answer.writeMore = [misses = reading.data.misses](JsonWriter& json) { writeMisses(json, misses); };
     return answer;
   });
 }

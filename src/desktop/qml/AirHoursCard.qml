@@ -19,7 +19,7 @@ Card {
                 model: [
                     { name: App.air.words.now, colour: Theme.airColours[App.air.now.colour] },
                     { name: App.air.words.uv, colour: Theme.cloud },
-                    { name: App.air.words.protect, colour: Theme.sun }
+                    { name: App.air.words.protect, colour: Theme.ultraviolet }
                 ]
                 Row {
                     id: entry
@@ -154,7 +154,7 @@ Card {
                         height: Math.max(1, Math.round(hour.uvShare * chart.lower))
                         y: chart.upper + chart.gap + chart.lower - height
                         radius: Math.min(3, width / 2)
-                        color: hour.wantsProtection ? Theme.sun : Theme.cloud
+                        color: hour.wantsProtection ? Theme.ultraviolet : Theme.cloud
                     }
                     PlainText {
                         visible: text !== "" && x + hour.x + implicitWidth <= chart.width

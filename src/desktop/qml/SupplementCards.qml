@@ -8,6 +8,7 @@ Column {
     id: cards
 
     property int column: 0
+    readonly property Main main: Window.window as Main
 
     spacing: 2 * Theme.space
 
@@ -21,6 +22,7 @@ Column {
             required property string body
             required property string source
             required property string heading
+            required property string page
             required property bool isUnchecked
             required property real place
 
@@ -56,6 +58,11 @@ Column {
                     text: card.source
                     color: Theme.muted
                     font.pixelSize: Theme.tiny
+                }
+                PlainButton {
+                    visible: card.page !== ""
+                    text: App.air.words.title
+                    onClicked: if (cards.main) cards.main.page = card.page
                 }
             }
         }

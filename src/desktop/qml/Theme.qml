@@ -50,6 +50,7 @@ QtObject {
     readonly property color felt: dark ? "#e8c6a8" : "#b8835c"
     readonly property color wind: dark ? "#6fd0b4" : "#1f8a6d"
     readonly property color air: dark ? "#c2a6f2" : "#7a52b8"
+    readonly property color ultraviolet: dark ? "#7aa5ff" : "#2f5fd0"  // a hue that no band of the air has
     readonly property color night: dark ? Qt.rgba(0, 0, 0, 0.22) : Qt.rgba(0.1, 0.16, 0.35, 0.06)
     readonly property color cloud: dark ? "#c5cfda" : "#7d8b9b"
     // Space is dark by day as well.

@@ -12,6 +12,7 @@ namespace nimbara {
 namespace {
 
 constexpr double kSameKm = 500;
+constexpr double kSameUnnamedKm = 200;
 constexpr std::chrono::hours kSameTime{24};
 constexpr double kRadian = std::numbers::pi / 180;
 
@@ -59,6 +60,35 @@ double nearestFraction(Coordinate a, Coordinate b, Coordinate place) {
   return haversineKm(a, place) <= haversineKm(b, place) ? 0 : 1;
 }
 
+/// "TWENTYFIVE", "Twenty-five", "Seven-E": what a depression is called before it has a name.
+bool isNumber(std::string_view name) {
+  static constexpr std::string_view kTens[] = {"twenty", "thirty", "forty", "fifty"};
+  static constexpr std::string_view kUnits[] = {"one",     "two",       "three",    "four",     "five",
+                                                "six",     "seven",     "eight",    "nine",     "ten",
+                                                "eleven",  "twelve",    "thirteen", "fourteen", "fifteen",
+                                                "sixteen", "seventeen", "eighteen", "nineteen"};
+  std::string text = asciiLowered(name);
+  // The letter of a sea.
+  if (text.size() > 2 && text[text.size() - 2] == '-') text.resize(text.size() - 2);
+  std::erase(text, '-');
+  std::erase(text, ' ');
+  std::string_view rest = text;
+  for (std::string_view const ten : kTens) {
+    if (!rest.starts_with(ten)) continue;
+    rest.remove_prefix(ten.size());
+    if (rest.empty()) return true;
+    break;
+  }
+  return std::ranges::find(kUnits, rest) != std::ranges::end(kUnits);
+}
+
+/// The same name; or close together, where one of them has not heard the name yet.
+bool mayBeSame(TropicalStorm const& one, TropicalStorm const& other) {
+  double const km = haversineKm(one.coordinate, other.coordinate);
+  if (asciiLowered(one.name) == asciiLowered(other.name)) return !one.name.empty() && km <= kSameKm;
+  return isNumber(one.name) != isNumber(other.name) && km <= kSameUnnamedKm;
+}
+
 struct Leg {
   TropicalTrackPoint const& from;
   TropicalTrackPoint const& to;
@@ -72,11 +102,9 @@ struct Leg {
 
 bool isSameStorm(TropicalStorm const& one, TropicalStorm const& other) {
   if (one.id == other.id) return true;
-  bool const isNamed = !one.name.empty() && asciiLowered(one.name) == asciiLowered(other.name);
-  bool const isNear = haversineKm(one.coordinate, other.coordinate) <= kSameKm;
   bool const isThen = !one.lastUpdate || !other.lastUpdate ||
                       std::chrono::abs(*one.lastUpdate - *other.lastUpdate) <= kSameTime;
-  return isNamed && isNear && isThen;
+  return isThen && mayBeSame(one, other);
 }
 
 void addStorms(std::vector<TropicalStorm>& storms, std::vector<TropicalStorm> const& others) {

@@ -8,7 +8,8 @@
 
 namespace nimbara {
 
-/// The same name within 500 km and 24 hours, or the same identifier: two centres that report on one storm.
+/// The same name within 500 km and 24 hours, or the same identifier: two centres that report on one storm. A
+/// storm that one centre still calls by a number is another's named one within 200 km.
 bool isSameStorm(TropicalStorm const& one, TropicalStorm const& other);
 
 /// Adds to `storms` those of another centre that it does not have; of the others it is noted who reports on

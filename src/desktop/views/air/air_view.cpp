@@ -90,9 +90,7 @@ void addClimate(AirView& view, SupplementState const& state, ViewContext const& 
   ClimateText const text = climateText(reading.data, words);
   view.climate = text.sentence.empty() ? text.band : text.sentence;
   if (!text.sentence.empty()) view.climateBand = text.band;
-  if (auto const& today = reading.data.today)
-    view.climateToday =
-        context.texts.format("desktop.air.today", context.temperature(*today, fahrenheitFromCelsius(*today)));
+  view.climateToday = text.today;
   view.climateSource = text.source;
 }
 

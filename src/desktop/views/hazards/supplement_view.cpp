@@ -8,6 +8,7 @@
 #include "gazetteer/gazetteer.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace nimbara {
 
@@ -42,21 +43,18 @@ SupplementCard cardOf(std::string_view name, HazardCheck const& check, std::stri
   return card;
 }
 
+/// The index alone, and what is unusual about today: the rest has a page of its own.
 SupplementCard airCard(SupplementState const& state, ViewContext const& context, HazardWords const& words) {
   auto const& reading = state.airQuality;
   HazardCheck const check = hazardCheck(reading, true);
-  if (!reading.checkedAt) return cardOf("air", check, uncheckedText("air", check, words), context);
-  AirText const text = airText(reading.data, state.place.coordinate, reading.checkedAt, words);
-  SupplementCard card = cardOf("air", check, text.index, context);
-  addLine(card.body, uncheckedText("air", check, words));
-  addLine(card.body, text.leading);
-  for (HazardLine const& line : text.pollutants) addLine(card.body, line);
-  addLine(card.body, text.peak);
-  addLine(card.body, text.uv);
-  for (std::string const& hours : text.protection) addLine(card.body, hours);
-  addLine(card.body, text.pollenState);
-  for (HazardLine const& line : text.pollen) addLine(card.body, line);
-  card.source = text.source;
+  SupplementCard card = cardOf("air", check, uncheckedText("air", check, words), context);
+  if (reading.checkedAt) {
+    AirText const text = airText(reading.data, state.place.coordinate, reading.checkedAt, words);
+    addLine(card.body, std::exchange(card.headline, text.index));
+    card.source = text.source;
+  }
+  if (state.climate.isCurrent()) addLine(card.body, climateText(state.climate.data, words).sentence);
+  card.page = "air";
   return card;
 }
 
@@ -115,18 +113,6 @@ SupplementCard advisoryCard(SupplementState const& state, ViewContext const& con
   return card;
 }
 
-SupplementCard climateCard(SupplementState const& state, ViewContext const& context,
-                           HazardWords const& words) {
-  HazardCheck const check = hazardCheck(state.climate, state.climate.data.usual.has_value());
-  if (check.state == HazardState::unchecked)
-    return cardOf("climate", check, uncheckedText("climate", check, words), context);
-  ClimateText const text = climateText(state.climate.data, words);
-  SupplementCard card = cardOf("climate", check, text.sentence.empty() ? text.band : text.sentence, context);
-  if (!text.sentence.empty()) card.body = text.band;
-  card.source = text.source;
-  return card;
-}
-
 }  // namespace
 
 std::vector<SupplementCard> supplementCards(SupplementState const* state, ViewContext const& context) {
@@ -136,7 +122,6 @@ std::vector<SupplementCard> supplementCards(SupplementState const* state, ViewCo
   HazardWords const words{context.texts, context.units, calendar, context.now};
   std::vector<SupplementCard> cards;
   if (state->airQuality.isSettled()) cards.push_back(airCard(*state, context, words));
-  if (state->climate.isSettled()) cards.push_back(climateCard(*state, context, words));
   if (state->activeStorms.isSettled()) cards.push_back(stormCard(*state, context, words));
   if (state->lightning.isSettled()) cards.push_back(lightningCard(*state, context, words));
   if (state->activeFires.isSettled()) cards.push_back(fireCard(*state, context, words));

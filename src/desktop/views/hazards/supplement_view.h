@@ -18,6 +18,7 @@ struct SupplementCard {
   std::string headline;  ///< how the check ended
   std::string body;      ///< a line for each of what was found; may be empty
   std::string source;
+  std::string page;  ///< that shows more of it; may be empty
   bool isUnchecked = false;
   double lane = 0;  ///< of the board: 0 beside the warnings, 1 beside the earthquakes
 
@@ -26,13 +27,10 @@ struct SupplementCard {
 
 template <>
 inline constexpr auto viewFields<SupplementCard> = FieldList{
-    viewField("name", &SupplementCard::name),
-    viewField("heading", &SupplementCard::title),
-    viewField("headline", &SupplementCard::headline),
-    viewField("body", &SupplementCard::body),
-    viewField("source", &SupplementCard::source),
-    viewField("place", &SupplementCard::lane),
-    viewField("isUnchecked", &SupplementCard::isUnchecked),
+    viewField("name", &SupplementCard::name),         viewField("heading", &SupplementCard::title),
+    viewField("headline", &SupplementCard::headline), viewField("body", &SupplementCard::body),
+    viewField("source", &SupplementCard::source),     viewField("page", &SupplementCard::page),
+    viewField("place", &SupplementCard::lane),        viewField("isUnchecked", &SupplementCard::isUnchecked),
 };
 
 /// None before anybody has asked.
