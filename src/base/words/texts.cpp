@@ -1,6 +1,6 @@
 #include "base/words/texts.h"
 
-#include "base/json/json.h"
+#include "base/json/simdjson_dom.h"
 #include "base/text/text.h"
 #include "base/time/hour_clock.h"
 #include "base/words/plural_form.h"
@@ -41,9 +41,28 @@ constexpr std::pair<std::string_view, std::string_view> kTwentyFourHours[] = {
     {"time.secondsPattern", "HH:mm:ss"},
 };
 
-/// The tables are part of the program and a test reads each; a broken one leaves the keys to show.
+/// The tables are part of the program and a test reads each; a broken one leaves the keys to show. Two
+/// thousand rows at each start: they are taken as they stand, mostly in their order.
 Table readTable(Document const& language) {
-  return decodeJson<Table>(*language.second).value_or(Table{});
+  Table table;
+  simdjson::dom::parser parser;
+  simdjson::dom::object rows;
+  if (parser.parse(language.second->data(), language.second->size()).get(rows) != simdjson::SUCCESS)
+    return table;
+  for (auto const row : rows) {
+    std::string_view text;
+    if (row.value.get(text) == simdjson::SUCCESS) table.emplace_hint(table.end(), row.key, text);
+  }
+  return table;
+}
+
+/// Of the first row. Nine tables are not read whole for nine names.
+std::string nameIn(std::string_view document) {
+  constexpr std::string_view kRow = "\"language.name\": \"";
+  auto const begin = document.find(kRow);
+  if (begin == std::string_view::npos) return {};
+  std::string_view const rest = document.substr(begin + kRow.size());
+  return std::string(rest.substr(0, rest.find('"')));
 }
 
 std::string decimalPointOf(std::string_view locale) {
@@ -63,7 +82,7 @@ std::string_view localeOf(Table const& table) {
 std::vector<Texts::Language> readLanguages() {
   std::vector<Texts::Language> languages;
   for (Document const& document : resources::texts) {
-    languages.push_back({document.first, readTable(document)["language.name"]});
+    languages.push_back({document.first, nameIn(*document.second)});
   }
   std::ranges::stable_partition(languages, [](auto const& language) { return language.code == kEnglish; });
   return languages;
