@@ -1,6 +1,7 @@
 #include "analysis/stated_numbers.h"
 
 #include "base/text/utf8.h"
+#include "base/words/number_words.h"
 
 #include <algorithm>
 #include <set>
@@ -42,8 +43,10 @@ std::set<std::string> numbersOf(std::string_view text) {
 
 }  // namespace
 
-bool hasOnlyNumbersOf(std::string_view text, std::string_view facts) {
-  return std::ranges::includes(numbersOf(facts), numbersOf(text));
+bool hasOnlyNumbersOf(std::string_view text, std::string_view facts, std::string_view language) {
+  std::set<std::string> known = numbersOf(facts);
+  known.merge(numbersOf(withDigits(facts, language)));
+  return std::ranges::includes(known, numbersOf(withDigits(text, language)));
 }
 
 }  // namespace nimbara

@@ -6,7 +6,8 @@
 namespace nimbara {
 
 /// Whether every number in `text` also stands in `facts`. A decimal comma is a point; a minus counts, unless
-/// it joins two numbers as a range does. Numbers in words are not seen.
-bool hasOnlyNumbersOf(std::string_view text, std::string_view facts);
+/// it joins two numbers as a range does. Numbers in the words of `language` count like those in digits, but
+/// for one (see `withDigits`).
+bool hasOnlyNumbersOf(std::string_view text, std::string_view facts, std::string_view language);
 
 }  // namespace nimbara

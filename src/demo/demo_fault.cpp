@@ -10,6 +10,11 @@ void append(std::string& list, std::string_view name) {
   list.append(list.empty() ? "" : ", ").append(name);
 }
 
+/// The user's own model is played where a scene has one.
+bool isPlayed(ServiceRow const& row) {
+  return !row.isOnThisMachine || row.service == Service::languageModel;
+}
+
 std::string faultNames() {
   std::string list;
   for (std::string_view const name : enumNames<DemoFault::Kind>) append(list, name);
@@ -21,7 +26,7 @@ std::string faultNames() {
 std::string demoServiceNames() {
   std::string list;
   for (ServiceRow const& row : kServices) {
-    if (!row.isOnThisMachine) append(list, row.name);
+    if (isPlayed(row)) append(list, row.name);
   }
   return list;
 }
@@ -29,7 +34,7 @@ std::string demoServiceNames() {
 Result<DemoFault, std::string> parseDemoFault(std::string_view text) {
   auto const parts = split(text, '=');
   auto const service = enumFromName<Service>(parts[0]);
-  if (!service || rowOf(*service).isOnThisMachine) {
+  if (!service || !isPlayed(rowOf(*service))) {
     return std::unexpected("'" + oneLine(parts[0]) + "' is not a demo service; choose from " +
                            demoServiceNames());
   }

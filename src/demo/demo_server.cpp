@@ -8,6 +8,7 @@
 #include "demo/feeds/firms_stand_in.h"
 #include "demo/feeds/fpas_stand_in.h"
 #include "demo/feeds/jtwc_stand_in.h"
+#include "demo/feeds/language_model_stand_in.h"
 #include "demo/feeds/lightning_stand_in.h"
 #include "demo/feeds/met_alerts_stand_in.h"
 #include "demo/feeds/meteo_alarm_stand_in.h"
@@ -118,6 +119,7 @@ constexpr std::array kRoutes = std::to_array<Route>({
     {Service::netatmo, "/api/getstationsdata", netatmoStations},
     {Service::netatmo, "/api/getpublicdata", netatmoPublic},
     {Service::netatmo, "/get_livedata_info", ecowittLiveData},
+    {Service::languageModel, "/v1/chat/completions", chatCompletion},
 });
 
 constexpr std::string_view kErrorPage = "<html><body><h1>500 Internal Server Error</h1></body></html>";
@@ -127,7 +129,9 @@ constexpr std::string_view kGarbage =
 
 DemoRequest demoRequest(httplib::Request const& request, std::optional<DemoFault::Kind> fault) {
   return {request.path, [&request](std::string_view name) { return request.get_param_value(name.data()); },
-          [&request](std::string_view name) { return request.get_header_value(name.data()); },
+          [&request](std::string_view name) {
+            return name == kPostedBody ? request.body : request.get_header_value(name.data());
+          },
           fault == DemoFault::Kind::elsewhere, fault};
 }
 
@@ -178,7 +182,8 @@ struct DemoServer::Running {
         serve(route, request, response);
       };
       server.Get(std::string(route.pattern), answer);
-      if (route.answer == netatmoToken) server.Post(std::string(route.pattern), answer);
+      if (route.answer == netatmoToken || route.answer == chatCompletion)
+        server.Post(std::string(route.pattern), answer);
     }
   }
 
@@ -221,6 +226,7 @@ struct DemoServer::Running {
       case DemoFault::Kind::emptyList:
       case DemoFault::Kind::writing:
       case DemoFault::Kind::transparent:
+      case DemoFault::Kind::invents:
         return sendWhole(answer, response);
       case DemoFault::Kind::empty:
         return sendWhole({}, response);

@@ -349,11 +349,14 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(StatedNumbers, MustStandInTheFacts) {
   std::string const facts = "Rain from 14:00 to 19:00, 6,5 mm, low -2 °C.";
-  EXPECT_TRUE(hasOnlyNumbersOf("From 14 to 19, 6.5 mm; down to \u22122 °C.", facts));
-  EXPECT_FALSE(hasOnlyNumbersOf("It falls to 2 °C.", facts));
-  EXPECT_FALSE(hasOnlyNumbersOf("About 65 mm.", facts));
-  EXPECT_TRUE(hasOnlyNumbersOf("Rain, 14-19.", facts));
-  EXPECT_TRUE(hasOnlyNumbersOf("Wet.", ""));
+  auto const areThere = [&](std::string_view text) { return hasOnlyNumbersOf(text, facts, "en"); };
+  EXPECT_TRUE(areThere("From 14 to 19, 6.5 mm; down to \u22122 °C."));
+  EXPECT_FALSE(areThere("It falls to 2 °C."));
+  EXPECT_FALSE(areThere("About 65 mm."));
+  EXPECT_TRUE(areThere("Rain, 14-19."));
+  EXPECT_TRUE(areThere("From fourteen to nineteen, down to minus two degrees."));
+  EXPECT_FALSE(areThere("Down to minus twelve degrees."));
+  EXPECT_TRUE(hasOnlyNumbersOf("Wet.", "", "en"));
 }
 
 TEST(Pressure, HasTheWordsOfMarineForecasts) {

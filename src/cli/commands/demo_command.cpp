@@ -89,9 +89,20 @@ int waitFor(pid_t child, std::stop_token const& stop) {
   return WIFEXITED(status) ? WEXITSTATUS(status) : kSignalBase + WTERMSIG(status);
 }
 
-PlaceResult prepareScene(std::string const& name, std::filesystem::path const& own) {
+/// As a user would who has one.
+PlaceResult chooseModel(std::filesystem::path const& dataHome, std::string const& baseUrl) {
+  SqliteSettingsStore store(dataHome / "nimbara", settingsRegistry());
+  auto const chosen = store.setAll(
+      {{"appleIntelligence", true}, {std::string(hostSetting(Service::languageModel)), baseUrl}});
+  return chosen ? PlaceResult() : std::unexpected(chosen.error().message);
+}
+
+PlaceResult prepareScene(std::string const& name, std::filesystem::path const& own,
+                         std::string const& baseUrl) {
   DemoScene const* const scene = findDemoScene(name);
-  return scene != nullptr && scene->savesWorld ? saveWorld(own / "XDG_DATA_HOME") : PlaceResult();
+  if (scene == nullptr) return {};
+  if (scene->hasModel) return chooseModel(own / "XDG_DATA_HOME", baseUrl);
+  return scene->savesWorld ? saveWorld(own / "XDG_DATA_HOME") : PlaceResult();
 }
 
 int runAgainst(std::string const& baseUrl, CommandLine const& line, Session const& session) {
@@ -106,7 +117,7 @@ int runAgainst(std::string const& baseUrl, CommandLine const& line, Session cons
     return session.fail(exitCode::kUnavailable, "no space for temporary files; check TMPDIR");
   Variables variables;
   setFolders(variables, folder.path());
-  auto const prepared = prepareScene(line.demo.scene, folder.path());
+  auto const prepared = prepareScene(line.demo.scene, folder.path(), baseUrl);
   if (!prepared) return session.fail(exitCode::kUnavailable, prepared.error());
   variables.set("NIMBARA_SERVICES", baseUrl);
   if (line.common.now) variables.set("NIMBARA_NOW", formatIso8601(*line.common.now));

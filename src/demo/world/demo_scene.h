@@ -54,6 +54,7 @@ struct DemoScene {
   std::span<SceneFeed const> feeds;
   std::span<SceneMessage const> messages;
   bool savesWorld = false;  ///< a place in each country that has an issuer in the demo is saved
+  bool hasModel = false;    ///< a language model words the briefs
 };
 
 /// Before a scene's name among the arguments of the demo's process.

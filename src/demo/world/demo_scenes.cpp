@@ -148,6 +148,13 @@ constexpr std::array kScenes = std::to_array<DemoScene>({
      {},
      {},
      true},
+    {.name = "model",
+     .place = "52.52,13.41",
+     .explanation =
+         "Berlin: a language model words the brief; with --fail languageModel=invents it adds a number",
+     .feeds = {},
+     .messages = {},
+     .hasModel = true},
 });
 
 }  // namespace
