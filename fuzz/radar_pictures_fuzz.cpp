@@ -15,6 +15,9 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
   static_cast<void>(isOneColour(*picture) || isWhollyTransparent(*picture) || isWriting(*picture));
   if (auto const veil = cloudVeil({reinterpret_cast<char const*>(data), size}))
     static_cast<void>(cloudsOnMap(*veil, {{0.5, 0.4}, 3, 64, 48}));
-  static_cast<void>(inColours(*picture, RadarPalette::own));
+  for (std::size_t i = 0; i < enumNames<RadarPalette>.size(); ++i) {
+    std::vector<TilePicture> tiles{{{3, 4, 2}, *picture}};
+    static_cast<void>(paintInOwnColours(tiles, static_cast<RadarPalette>(i)));
+  }
   return 0;
 }

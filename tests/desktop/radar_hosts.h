@@ -50,7 +50,7 @@ struct RadarHosts {
   /// 24 dBZ as a bare value, which is more than a millimetre; and what it is coloured.
   static constexpr QColor kRaw{112, 112, 112};
   static constexpr QColor kOurs{0x36, 0x5c, 0x8d};
-  static constexpr QColor kBlue{0x00, 0x77, 0xaa};
+  static constexpr QColor kBlue{0x00, 0x77, 0xaa}, kBluesOurs{0x46, 0x33, 0x7e};
 
   MapHost host;
   ManualClock clock{at("2026-11-22T10:07:00Z")};

@@ -72,6 +72,24 @@ TEST(RadarPicture, ColoursBareValues) {
   EXPECT_EQ(inColours(raw, RadarPalette::dwd), raw);
 }
 
+TEST(RadarPicture, ColoursASuppliersPicturesByItsLegend) {
+  auto const own = [](double mmPerHour) {
+    std::uint32_t const rgba = ownColourOf(mmPerHour);
+    return (rgba >> 8) | (rgba & 0xff) << 24;
+  };
+  std::vector<TilePicture> tiles{{{3, 0, 0}, patched(QColor(0xff, 0xff, 0x01), {0, 0, 200, 9})},
+                                 {{3, 1, 0}, patched(QColor(0x4d, 0xb3, 0x1b), {0, 0, 200, 9})}};
+  tiles[1].picture.setPixelColor(0, 0, QColor(0x12, 0x13, 0x14));
+  ASSERT_TRUE(paintInOwnColours(tiles, RadarPalette::dwd)) << "one point of its own does not count";
+  EXPECT_EQ(tiles[0].picture.pixel(5, 5), own(5));
+  EXPECT_EQ(tiles[1].picture.pixel(5, 5), own(1));
+  EXPECT_EQ(tiles[1].picture.pixel(5, 50), 0U);
+  std::vector<TilePicture> odd{{{3, 0, 0}, patched(QColor(0xf0, 0x10, 0xc0), {0, 0, 9, 9})}};
+  std::vector<TilePicture> const before = odd;
+  EXPECT_FALSE(paintInOwnColours(odd, RadarPalette::jma));
+  EXPECT_EQ(odd[0].picture, before[0].picture);
+}
+
 TEST(RadarPicture, PutsTilesSideBySideAcrossTheDateLine) {
   std::vector<TilePicture> const tiles{{{3, 7, 2}, filled(Qt::red)}, {{3, 0, 2}, filled(Qt::blue)}};
   auto const east = sideBySide(tiles, {0.99, 0.3}, 256);
@@ -116,7 +134,7 @@ TEST(RadarDrawer, DrawsTheRainWhereItFalls) {
   drawing.source = supplier.source;
   for (TileAddress const& tile : tilesWanted(supplier, {mercatorOf(paris), 6, 400, 300})) {
     std::string const name = std::to_string(tile.x) + "-" + std::to_string(tile.y);
-    folder.write(name, bytesOf(filled(QColor(0x00, 0x77, 0xaa))));
+    folder.write(name, bytesOf(filled(QColor(0xff, 0xaa, 0xff))));  // the most rain
     drawing.tiles.push_back({tile.zoom, tile.x, tile.y, folder.path() / name});
   }
   folder.write("coverage", bytesOf(filled(Qt::transparent)));
@@ -125,7 +143,7 @@ TEST(RadarDrawer, DrawsTheRainWhereItFalls) {
   Drawn const wet = drawnRadar(drawing);
   ASSERT_EQ(wet.code, drawingCode::kDrawn);
   EXPECT_EQ(wet.picture.size(), QSize(400, 300));
-  EXPECT_EQ(wet.picture.pixelColor(240, 120), QColor(0x00, 0x77, 0xaa));
+  EXPECT_EQ(wet.picture.pixelColor(240, 120), QColor(0xfd, 0xe7, 0x25));
   EXPECT_NE(dry.pixelColor(240, 120), wet.picture.pixelColor(240, 120));
   folder.write("coverage", bytesOf(filled(Qt::black)));
   EXPECT_EQ(drawnRadar(drawing).code, drawingCode::kUncovered);

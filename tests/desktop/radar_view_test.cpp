@@ -111,15 +111,19 @@ TEST(RadarLegends, SayMillimetresAnHourInTwoDigits) {
   RadarProgress progress = progressOf();
   progress.source = RadarSource::noaa;
   ViewContext const context = contextAt(kNewest);
-  auto const colours = radarColourViews(progress, context);
+  EXPECT_EQ(radarColourViews(progress, {}, context)[2], (RadarColourView{"#d8365c8d", "1"})) << "our own";
+  EXPECT_EQ(radarView(progress, {}, context).credit, "NOAA/NWS");
+  progress.frames[newestOf(progress)].isForeign = true;
+  EXPECT_EQ(radarView(progress, {}, context).credit, "NOAA/NWS · in its own colors");
+  auto const colours = radarColourViews(progress, {}, context);
   ASSERT_EQ(colours.size(), 12U);
   EXPECT_EQ(colours[0], (RadarColourView{"#ff04e9e7", "0.07"}));
   EXPECT_EQ(colours[4].amount, "1.3");
   EXPECT_EQ(colours[9].amount, "49");
   EXPECT_EQ(colours[11].amount, "205");
-  progress.source = RadarSource::libreWxr;
-  EXPECT_EQ(radarColourViews(progress, context)[2], (RadarColourView{"#d8365c8d", "1"}));
-  EXPECT_TRUE(radarColourViews({}, context).empty());
+  EXPECT_EQ(radarColourViews(progress, progress.frames[0].frame.time, context)[0].amount, "0.1")
+      << "another frame";
+  EXPECT_TRUE(radarColourViews({}, {}, context).empty());
 }
 
 }  // namespace

@@ -249,5 +249,32 @@ TEST(RadarPalettes, RelateReflectivityAndRain) {
   }
 }
 
+struct MeaningRow {
+  char const* name;
+  RadarPalette palette;
+  std::uint32_t rgb;
+  double mmPerHour, off;
+};
+
+struct ColourMeanings : testing::TestWithParam<MeaningRow> {};
+
+TEST_P(ColourMeanings, AreThoseOfTheNearestInTheLegend) {
+  ColourMeaning const meaning = meaningOf(GetParam().palette, GetParam().rgb);
+  EXPECT_NEAR(meaning.mmPerHour, GetParam().mmPerHour, 0.01 * GetParam().mmPerHour);
+  EXPECT_NEAR(meaning.off, GetParam().off, 0.1);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Colours, ColourMeanings,
+    testing::Values(MeaningRow{"Exact", RadarPalette::dwd, 0xffc401, 7.5, 0},
+                    MeaningRow{"First", RadarPalette::jma, 0xf2f2ff, 0.1, 0},
+                    MeaningRow{"Last", RadarPalette::reflectivity, 0xf800fd, 205, 0},
+                    MeaningRow{"ALittleOff", RadarPalette::jma, 0x0041fc, 10, 3},
+                    MeaningRow{"OfStepsNeverBetween", RadarPalette::dwd, 0xfff001, 5, 15},
+                    MeaningRow{"OfARampHalfWay", RadarPalette::n0q, 0xffb100, 23.6, 0},
+                    MeaningRow{"OfABlendHalfWay", RadarPalette::universalBlue, 0x0088bb, 0.456, 0.71},
+                    MeaningRow{"Grey", RadarPalette::universalBlue, 0x808080, 1.737, 55.71}),
+    [](auto const& row) { return std::string(row.param.name); });
+
 }  // namespace
 }  // namespace nimbara

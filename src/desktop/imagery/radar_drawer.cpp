@@ -61,7 +61,7 @@ class Drawer {
         tiles.push_back({{tile.zoom, tile.x, tile.y}, std::move(*picture)});
       }
       if (int const code = codeOf(tiles, supplier); code != drawingCode::kDrawn) return {code, {}};
-      for (TilePicture& tile : tiles) tile.picture = inColours(std::move(tile.picture), supplier.palette);
+      if (!paintInOwnColours(tiles, supplier.palette)) palette_ = supplier.palette;
       rain = sideBySide(tiles, view_.centre, supplier.pixels);
     }
     drawLand();
@@ -69,7 +69,7 @@ class Drawer {
     drawCoasts();
     drawPlace();
     drawWords();
-    if (drawing_.source) drawLegend(legendOf(supplierOf(*drawing_.source).palette));
+    if (drawing_.source) drawLegend(legendOf(palette_));
     painter_.end();
     return {drawingCode::kDrawn, picture_};
   }
@@ -176,6 +176,7 @@ class Drawer {
 
   RadarDrawing const& drawing_;
   MapView view_;
+  RadarPalette palette_ = RadarPalette::own;
   QImage picture_;
   QPainter painter_;
   QPainterPath coasts_;

@@ -223,8 +223,8 @@ void RadarLayer::takeList(RadarWish const& wish, RadarReading const& reading) {
   progress_.frames.clear();
   for (RadarFrame const& frame : frames) {
     Kept const* const kept = keptOf(frame);
-    progress_.frames.push_back(
-        {frame, kept != nullptr, kept != nullptr && kept->isDry, kept != nullptr && kept->isPartial});
+    progress_.frames.push_back({frame, kept != nullptr, kept != nullptr && kept->isDry,
+                                kept != nullptr && kept->isPartial, kept != nullptr && kept->isForeign});
   }
   bool const isThere = progress_.frames[frameOf(progress_, wish.frame)].isLoaded;
   progress_.state = isThere ? State::shown : State::loading;
@@ -302,11 +302,10 @@ RadarLayer::Outcome RadarLayer::load(Turn const& turn, RadarReading const& readi
     failure = useless();
     return Outcome::refused;
   }
-  for (TilePicture& tile : tiles.pictures)
-    tile.picture = inColours(std::move(tile.picture), supplier.palette);
+  bool const isForeign = !paintInOwnColours(tiles.pictures, supplier.palette);
   auto [placed, isDry] = composed(turn.wish.view, tiles.pictures, veil_);
   if (isDry && !isCoverageKnown) return failure.kind == Kind::leftAlone ? Outcome::later : Outcome::refused;
-  keep(turn, {frame, {}, isDry, tiles.failed > 0, isCoarse}, placed);
+  keep(turn, {frame, {}, isDry, tiles.failed > 0, isCoarse, isForeign}, placed);
   return Outcome::loaded;
 }
 
@@ -335,7 +334,7 @@ void RadarLayer::keep(Turn const& turn, Kept kept, PlacedPicture const& picture)
     std::erase_if(kept_, [&kept](Kept const& each) { return each.frame == kept.frame; });
     auto const at = std::ranges::find(progress_.frames, kept.frame, &RadarProgress::Frame::frame);
     if (at == progress_.frames.end()) return;
-    *at = {kept.frame, true, kept.isDry, kept.isPartial};
+    *at = {kept.frame, true, kept.isDry, kept.isPartial, kept.isForeign};
     kept_.push_back(std::move(kept));
     forgetFar();
     progress_.state = State::shown;

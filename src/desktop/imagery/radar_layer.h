@@ -59,7 +59,8 @@ class RadarLayer {
     QByteArray packed;
     bool isDry = false;
     bool isPartial = false;
-    bool isCoarse = false;  ///< there is a finer one
+    bool isCoarse = false;   ///< there is a finer one
+    bool isForeign = false;  ///< in the supplier's colours
   };
   struct Turn {
     RadarWish wish;

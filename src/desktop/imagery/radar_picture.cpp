@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <unordered_map>
 
 namespace nimbara {
 
@@ -27,6 +28,30 @@ std::array<QRgb, 256> ownColours() {
   }
   return colours;
 }
+
+/// What each colour of a supplier becomes; there are few in a picture.
+class Recolouring {
+ public:
+  explicit Recolouring(RadarPalette palette) : palette_(palette) {}
+
+  struct Entry {
+    QRgb own = 0;
+    bool isKnown = false;
+  };
+  Entry const& of(QRgb pixel) {
+    QRgb const colour = pixel & 0xffffff;
+    auto const [at, isNew] = known_.try_emplace(colour);
+    if (isNew) {
+      ColourMeaning const meaning = meaningOf(palette_, colour);
+      at->second = {qRgbOf(ownColourOf(meaning.mmPerHour)), meaning.off <= kColourTolerance};
+    }
+    return at->second;
+  }
+
+ private:
+  RadarPalette palette_;
+  std::unordered_map<QRgb, Entry> known_;
+};
 
 /// By how many columns a tile is moved to lie next to the centre.
 int columnOf(TileAddress tile, MapPoint centre) {
@@ -57,6 +82,35 @@ QImage inColours(QImage tile, RadarPalette palette) {
       line[x] = qAlpha(line[x]) == 0 ? 0 : colours[static_cast<std::size_t>(qRed(line[x]))];
   }
   return tile;
+}
+
+bool paintInOwnColours(std::span<TilePicture> tiles, RadarPalette palette) {
+  if (palette == RadarPalette::own) {
+    for (TilePicture& tile : tiles) tile.picture = inColours(std::move(tile.picture), palette);
+    return true;
+  }
+  constexpr long long kOneOf = 20;  // blends at the edges of areas
+  Recolouring colours(palette);
+  long long drawn = 0, unknown = 0;
+  for (TilePicture const& tile : tiles) {
+    for (int y = 0; y < tile.picture.height(); ++y) {
+      auto const* const line = reinterpret_cast<QRgb const*>(tile.picture.constScanLine(y));
+      for (int x = 0; x < tile.picture.width(); ++x) {
+        if (qAlpha(line[x]) == 0) continue;
+        ++drawn;
+        unknown += colours.of(line[x]).isKnown ? 0 : 1;
+      }
+    }
+  }
+  if (unknown * kOneOf > drawn) return false;
+  for (TilePicture& tile : tiles) {
+    for (int y = 0; y < tile.picture.height(); ++y) {
+      auto* const line = reinterpret_cast<QRgb*>(tile.picture.scanLine(y));
+      for (int x = 0; x < tile.picture.width(); ++x)
+        line[x] = qAlpha(line[x]) == 0 ? 0 : colours.of(line[x]).own;
+    }
+  }
+  return true;
 }
 
 std::optional<PlacedPicture> sideBySide(std::span<TilePicture const> tiles, MapPoint centre, int pixels) {

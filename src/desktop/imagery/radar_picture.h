@@ -21,8 +21,12 @@ struct TilePicture {
   PictureArea area() const { return {tile, columns, rows}; }
 };
 
-/// Tiles of bare values in our own colours; others as they are.
+/// A tile of bare values in our own colours; others as they are.
 QImage inColours(QImage tile, RadarPalette palette);
+
+/// All tiles in our own colours, those of a supplier by its legend. False, and nothing is changed, where too
+/// much of what is drawn is no colour of that.
+bool paintInOwnColours(std::span<TilePicture> tiles, RadarPalette palette);
 
 /// One picture of tiles of one zoom, and where its corners lie; the way around the world is the one nearest
 /// to `centre`. Nothing where it would be larger than 4096 pixels.

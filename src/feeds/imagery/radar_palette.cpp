@@ -1,6 +1,7 @@
 #include "feeds/imagery/radar_palette.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace nimbara {
@@ -46,6 +47,30 @@ constexpr LegendStop kJma[] = {
     {20, 0xfaf500ff},  {30, 0xff9900ff}, {50, 0xff2800ff}, {80, 0xb40068ff},
 };
 
+using Colour = std::array<double, 3>;
+
+Colour colourOf(std::uint32_t rgb) {
+  return {static_cast<double>(rgb >> 16 & 0xff), static_cast<double>(rgb >> 8 & 0xff),
+          static_cast<double>(rgb & 0xff)};
+}
+
+/// Between two colours of a legend, on the way from one to the other.
+ColourMeaning meaningBetween(LegendStop const& from, LegendStop const& to, Colour const& colour) {
+  Colour const a = colourOf(from.rgba >> 8), b = colourOf(to.rgba >> 8);
+  double along = 0, length = 0, off = 0;
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    along += (colour[i] - a[i]) * (b[i] - a[i]);
+    length += (b[i] - a[i]) * (b[i] - a[i]);
+  }
+  double const t = length == 0 ? 0 : std::clamp(along / length, 0.0, 1.0);
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    double const away = a[i] + t * (b[i] - a[i]) - colour[i];
+    off += away * away;
+  }
+  // As reflectivity grows, by which such palettes are made.
+  return {from.mmPerHour * std::pow(to.mmPerHour / from.mmPerHour, t), std::sqrt(off)};
+}
+
 constexpr double kRawZero = -32;
 constexpr double kRawSteps = 2;  // to a dBZ
 constexpr double kMarshallPalmerA = 200;
@@ -56,6 +81,18 @@ constexpr double kMarshallPalmerB = 1.6;
 std::span<LegendStop const> legendOf(RadarPalette palette) {
   constexpr std::span<LegendStop const> kLegends[] = {kOwn, kUniversalBlue, kReflectivity, kN0q, kDwd, kJma};
   return kLegends[static_cast<std::size_t>(palette)];
+}
+
+ColourMeaning meaningOf(RadarPalette palette, std::uint32_t rgb) {
+  auto const legend = legendOf(palette);
+  bool const isRamp = palette == RadarPalette::n0q || palette == RadarPalette::universalBlue;
+  Colour const colour = colourOf(rgb);
+  ColourMeaning nearest = meaningBetween(legend[0], legend[0], colour);
+  for (std::size_t i = 1; i < legend.size(); ++i) {
+    ColourMeaning const each = meaningBetween(legend[isRamp ? i - 1 : i], legend[i], colour);
+    if (each.off < nearest.off) nearest = each;
+  }
+  return nearest;
 }
 
 double mmPerHourOf(double dBZ) {

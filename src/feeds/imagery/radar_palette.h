@@ -26,6 +26,16 @@ struct LegendStop {
 /// From the least rain to the most.
 std::span<LegendStop const> legendOf(RadarPalette palette);
 
+/// What a colour (0xRRGGBB) of a picture stands for, by the legend's nearest: of palettes that run from
+/// colour to colour also between two.
+struct ColourMeaning {
+  double mmPerHour = 0;
+  double off = 0;  ///< distance from that colour: 0 to 442
+};
+ColourMeaning meaningOf(RadarPalette palette, std::uint32_t rgb);
+/// What is further off is no colour of the palette.
+inline constexpr double kColourTolerance = 32;
+
 /// By the relation of Marshall and Palmer, Z = 200 R^1.6.
 double mmPerHourOf(double dBZ);
 double dBZOf(double mmPerHour);

@@ -251,6 +251,7 @@ std::vector<PictureArea> picturesWanted(RadarSupplier const& supplier, MapView c
     tiles = rainyTiles(supplier, view, zoom);
   }
   std::vector<PictureArea> areas;
+  areas.reserve(tiles.size());
   for (TileAddress const& tile : tiles) areas.push_back({tile, 1, 1, supplier.pixels});
   return areas;
 }

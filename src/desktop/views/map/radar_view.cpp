@@ -106,6 +106,7 @@ RadarView radarView(RadarProgress const& progress, std::optional<Instant> frame,
     view.time = TimeWords(context.texts, context.fallback).clock(at.time);
     view.age = ageOf(at, context);
     view.credit = supplierOf(progress.source).credit;
+    if (progress.frames[shown].isForeign) view.credit += " · " + context.text("desktop.map.radar.foreign");
     view.veil =
         context.text(progress.misses.empty() ? "desktop.map.radar.uncovered" : "desktop.map.radar.unchecked");
     view.isOld = isOld(progress.frames[newest].frame, supplierOf(progress.source), context.now);
@@ -129,10 +130,12 @@ std::vector<RadarStepView> radarStepViews(RadarProgress const& progress) {
   return steps;
 }
 
-std::vector<RadarColourView> radarColourViews(RadarProgress const& progress, ViewContext const& context) {
+std::vector<RadarColourView> radarColourViews(RadarProgress const& progress, std::optional<Instant> frame,
+                                              ViewContext const& context) {
   std::vector<RadarColourView> colours;
   if (progress.frames.empty()) return colours;
-  auto const legend = legendOf(supplierOf(progress.source).palette);
+  bool const isForeign = progress.frames[frameOf(progress, frame)].isForeign;
+  auto const legend = legendOf(isForeign ? supplierOf(progress.source).palette : RadarPalette::own);
   colours.reserve(legend.size());
   for (LegendStop const& stop : legend) {
     colours.push_back({colourOf(stop.rgba), amountOf(stop.mmPerHour, context.texts)});

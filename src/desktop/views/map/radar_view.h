@@ -26,6 +26,7 @@ struct RadarProgress {
     bool isLoaded = false;
     bool isDry = false;      ///< nothing falls in the view
     bool isPartial = false;  ///< some of its pictures are missing
+    bool isForeign = false;  ///< in its supplier's colours, as they are not those of the legend
     bool operator==(Frame const&) const = default;
   };
 
@@ -102,6 +103,8 @@ inline constexpr auto viewFields<RadarColourView> =
     FieldList{viewField("colour", &RadarColourView::colour), viewField("amount", &RadarColourView::amount)};
 
 /// Empty without frames.
-std::vector<RadarColourView> radarColourViews(RadarProgress const& progress, ViewContext const& context);
+/// Of the frame that was chosen.
+std::vector<RadarColourView> radarColourViews(RadarProgress const& progress, std::optional<Instant> frame,
+                                              ViewContext const& context);
 
 }  // namespace nimbara

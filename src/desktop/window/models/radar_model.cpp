@@ -115,7 +115,7 @@ void RadarModel::showAll() {
   if (!context_) return;
   view_->show(radarView(progress_, chosen_, *context_));
   steps_->show(radarStepViews(progress_));
-  colours_->show(radarColourViews(progress_, *context_));
+  colours_->show(radarColourViews(progress_, chosen_, *context_));
 }
 
 bool RadarModel::hasSettled() const {
