@@ -272,7 +272,7 @@ INSTANTIATE_TEST_SUITE_P(
                     MeaningRow{"ALittleOff", RadarPalette::jma, 0x0041fc, 10, 3},
                     MeaningRow{"OfStepsNeverBetween", RadarPalette::dwd, 0xfff001, 5, 15},
                     MeaningRow{"OfARampHalfWay", RadarPalette::n0q, 0xffb100, 23.6, 0},
-                    MeaningRow{"OfABlendHalfWay", RadarPalette::universalBlue, 0x0088bb, 0.456, 0.71},
+                    MeaningRow{"OfABlendHalfWay", RadarPalette::universalBlue, 0x0088bb, 0.456, 0},
                     MeaningRow{"Grey", RadarPalette::universalBlue, 0x808080, 1.737, 55.71}),
     [](auto const& row) { return std::string(row.param.name); });
 
