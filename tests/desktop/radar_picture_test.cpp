@@ -149,6 +149,12 @@ TEST(RadarDrawer, DrawsTheRainWhereItFalls) {
   EXPECT_EQ(drawnRadar(drawing).code, drawingCode::kUncovered);
   folder.write("coverage", "no picture");
   EXPECT_EQ(drawnRadar(drawing).code, drawingCode::kDrawn);
+  // Writing in bare values is grey as rain is, but the same in each.
+  for (DrawnTile const& each : drawing.tiles)
+    folder.write(std::filesystem::path(each.file).filename(), bytesOf(patched(Qt::gray, {10, 10, 60, 5})));
+  drawing.source = RadarSource::libreWxr;
+  ASSERT_GT(drawing.tiles.size(), 1U);
+  EXPECT_EQ(drawnRadar(drawing).code, drawingCode::kUnusable);
   drawing.tiles[0].file = folder.path() / "coverage";
   EXPECT_EQ(drawnRadar(drawing).code, drawingCode::kUnusable);
 }

@@ -2,6 +2,7 @@
 
 #include "base/files/file.h"
 #include "desktop/imagery/picture_decoder.h"
+#include "desktop/imagery/radar_composition.h"
 #include "desktop/imagery/radar_picture.h"
 #include "gazetteer/world_outlines.h"
 
@@ -82,6 +83,7 @@ class Drawer {
       of = {drawing_.coverage->zoom, drawing_.coverage->x, drawing_.coverage->y};
       coverage = pictureIn(drawing_.coverage->file).value_or(QImage());
     }
+    if (isRepeated(tiles)) return drawingCode::kUnusable;
     auto const state = stateOf(tiles, supplier, coverage, of, {drawing_.latitude, drawing_.longitude});
     if (state == PictureState::uncovered) return drawingCode::kUncovered;
     return state == PictureState::usable ? drawingCode::kDrawn : drawingCode::kUnusable;
