@@ -17,6 +17,7 @@
 #include "demo/feeds/nws_stand_in.h"
 #include "demo/feeds/radar_stand_in.h"
 #include "demo/feeds/satellites_stand_in.h"
+#include "demo/feeds/street_stand_in.h"
 #include "demo/feeds/swpc_stand_in.h"
 #include "demo/feeds/travel_stand_in.h"
 #include "demo/feeds/usgs_stand_in.h"
@@ -111,6 +112,8 @@ constexpr std::array kRoutes = std::to_array<Route>({
     {Service::rainViewer, R"(/rainViewer/public/weather-maps\.json)", radarMaps},
     {Service::rainViewer, "/rainViewer/v2/radar/.+", radarMapTile},
     {Service::rainViewer, "/rainViewer/v2/coverage/.+", radarCoverage},
+    // Of no service: an address that the user may enter.
+    {Service::libreWxr, R"(/streets/[0-9]+/[0-9]+/[0-9]+\.png)", streetTile},
     {Service::nowCoast, "/geoserver/satellite/ows", nowCoastClouds},
     {Service::eumetView, "/geoserver/mumi/ows", eumetViewTimes},
     {Service::eumetView, "/geoserver/wms", eumetViewClouds},

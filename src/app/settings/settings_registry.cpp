@@ -3,6 +3,7 @@
 #include "analysis/tip_generator.h"
 #include "base/units.h"
 #include "base/words/texts.h"
+#include "feeds/imagery/street_tiles.h"
 #include "feeds/travel/advisory_source.h"
 #include "model/provider_option.h"
 #include "notifications/rules/rule_settings.h"
@@ -30,6 +31,10 @@ std::vector<std::string_view> languages() {
 
 bool isHost(std::string_view text) {
   return text.empty() || normalizedBase(text).has_value();
+}
+
+bool isNoneOrTileTemplate(std::string_view text) {
+  return text.empty() || isTileTemplate(text);
 }
 
 constexpr std::string_view kAutomatic = "automatic";
@@ -122,6 +127,16 @@ constexpr SettingDefinition kGeneral[] = {
      .minimum = -10,
      .maximum = 12,
      .group = SettingsGroup::elsewhere},
+    {.key = kMapTilesSetting,
+     .byDefault = kNone,
+     .explanation = "Address of map tiles (PNG or WebP) for streets below the map's layers",
+     .accepts = &isNoneOrTileTemplate,
+     .expected = "an address like https://host/{z}/{x}/{y}.png, or nothing",
+     .group = SettingsGroup::addresses},
+    {.key = kMapTilesCreditSetting,
+     .byDefault = kNone,
+     .explanation = "Whom the map names for those tiles, as their license wants it",
+     .group = SettingsGroup::addresses},
     textIn(SettingsGroup::keys, "contact",
            "Your email or web address, sent to the services so they can contact you"),
     textIn(SettingsGroup::keys, "appleWeatherKeyFile", "Private key file for Apple Weather"),

@@ -28,6 +28,9 @@ inline constexpr std::string_view kSpeechSetting = "desktop_speech";
 /// Layers of the map that the user has switched, separated by commas.
 inline constexpr std::string_view kMapLayersSetting = "mapLayers";
 
+/// The user's own tiles below the map, and whose they are.
+inline constexpr std::string_view kMapTilesSetting = "mapTiles", kMapTilesCreditSetting = "mapTilesCredit";
+
 /// "openMeteoHost" and "openMeteoApiKey": each service's own keys.
 std::string_view hostSetting(Service service);
 std::string_view apiKeySetting(Service service);

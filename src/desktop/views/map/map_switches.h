@@ -17,6 +17,7 @@ struct MapSwitch {
 /// In the order of their switches.
 inline constexpr std::array kMapSwitches = std::to_array<MapSwitch>({
     {"radar", "desktop.map.radar", true},
+    {"streets", "desktop.map.streets", true},
     {"clouds", "desktop.credit.clouds", false},
     {"temperature", "customnotif.type.temperature", false},
     {"precipitation", "customnotif.type.precipitation", false},

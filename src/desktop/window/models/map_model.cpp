@@ -31,7 +31,8 @@ constexpr WordRow kWords[] = {
 
 constexpr std::string_view kRadarLayer = "radar";
 
-constexpr double kReach = 14;                      // pixels, of a pointer to a point
+constexpr double kReach = 14;  // pixels, of a pointer to a point
+constexpr double kDarkStreets = 0.5;
 constexpr double kMostScale = 120;                 // pixels
 constexpr std::chrono::minutes kStationsRest{10};  // they upload no oftener
 constexpr std::string_view kMakers = "Natural Earth, GeoNames";
@@ -41,9 +42,10 @@ constexpr std::string_view kMakers = "Natural Earth, GeoNames";
 MapModel::MapModel(EngineActions& engine, RadarSources radar, Under under, QObject* parent)
     : QObject(parent),
       engine_(engine),
-      radar_(new RadarModel(std::move(radar), this)),
+      radar_(new RadarModel(radar, this)),
       clouds_(under.clouds),
       fields_(new FieldModel(std::move(under.fields), this)),
+      streets_(new StreetModel(std::move(radar.tiles), this)),
       words_(new RecordModel(this)),
       card_(new RecordModel(this)),
       scale_(new RecordModel(this)),
@@ -61,6 +63,7 @@ MapModel::MapModel(EngineActions& engine, RadarSources radar, Under under, QObje
   connect(radar_, &RadarModel::settled, this, &MapModel::settled);
   connect(clouds_, &CloudModel::changed, this, &MapModel::layUnder);
   connect(fields_, &FieldModel::pictured, this, &MapModel::layUnder);
+  connect(streets_, &StreetModel::pictured, this, &MapModel::layUnder);
 }
 
 MapModel::~MapModel() = default;
@@ -75,7 +78,11 @@ std::optional<FieldKind> MapModel::fieldOn() const {
 /// The clouds of the view at rest, and the field above them.
 void MapModel::layUnder() {
   if (!wasShown_ || !context_) return;
-  MapLayerPictures under;
+  MapLayerPictures under = streets_->pictures();
+  // Streets are drawn for paper and would dazzle.
+  if (fields_->isDark()) {
+    for (MapLayerPicture& picture : under) picture.opacity = kDarkStreets;
+  }
   bool const isSeen = isShown_ && view_.width > 0 && view_.height > 0;
   QImage const veil = isSeen && isOn(kCloudLayer) ? clouds_->veil(context_->now) : QImage();
   if (!veil.isNull()) {
@@ -98,6 +105,8 @@ void MapModel::look() {
   bool const isSeen = isShown_ && view_.width > 0 && view_.height > 0;
   clouds_->want(this, isSeen && isOn(kCloudLayer));
   fields_->look(isSeen ? fieldOn() : std::nullopt, view_);
+  if (context_)
+    streets_->look(isSeen && isOn(kStreetLayer) ? std::optional(view_) : std::nullopt, context_->now);
   if (isSeen) wantStations();
   layUnder();
   if (hasSettled()) Q_EMIT settled();
@@ -111,14 +120,18 @@ void MapModel::show(std::shared_ptr<EngineSnapshot const> snapshot, ViewContext 
   bool const isOther = place && (!home_ || *home_ != place->coordinate);
   home_ = place ? std::optional(place->coordinate) : std::nullopt;
   if (isOther) goHome();
-  takeSwitches();
+  takeSettings();
   refill();
 }
 
 /// As they were left, or as another program has switched them since.
-void MapModel::takeSwitches() {
-  if (areGiven_ || !snapshot_->settings) return;
-  std::string text = snapshot_->settings->settings.text(kMapLayersSetting);
+void MapModel::takeSettings() {
+  if (!snapshot_->settings) return;
+  Settings const& settings = snapshot_->settings->settings;
+  streetCredit_ = settings.text(kMapTilesCreditSetting);
+  streets_->setPattern(settings.text(kMapTilesSetting));
+  if (areGiven_) return;
+  std::string text = settings.text(kMapLayersSetting);
   if (text == seen_) return;
   seen_ = std::move(text);
   if (seen_ == switches_.text()) return;
@@ -151,7 +164,9 @@ void MapModel::refill() {
   radar_->show(*context_);
   fields_->show(*context_);
   Texts const& texts = context_->texts;
-  credit_ = QString::fromStdString(texts.format("desktop.map.credit", std::string(kMakers)));
+  bool const hasStreets = streets_->canAsk() && isOn(kStreetLayer) && !streetCredit_.empty();
+  std::string const makers = std::string(kMakers) + (hasStreets ? ", " + streetCredit_ : "");
+  credit_ = QString::fromStdString(texts.format("desktop.map.credit", makers));
   Q_EMIT shown();
 }
 
@@ -161,6 +176,7 @@ void MapModel::showLayers() {
   for (MapSwitch const& row : kMapSwitches) {
     if (row.name == kRadarLayer && !radar_->isThere()) continue;
     if (row.name == kCloudLayer && !clouds_->canAsk()) continue;
+    if (row.name == kStreetLayer && !streets_->canAsk()) continue;
     if (enumFromName<FieldKind>(row.name) && !fields_->canAsk()) continue;
     if (row.name == kStationLayer && !canAskStations()) continue;
     MapLayerView& view = views.emplace_back();
@@ -170,6 +186,7 @@ void MapModel::showLayers() {
     if (row.name == "warnings" && things_.unplaced > 0)
       view.note = context_->texts.format("desktop.map.noArea", things_.unplaced);
     if (row.name == kCloudLayer && view.isOn) view.note = clouds_->note(*context_);
+    if (row.name == kStreetLayer && view.isOn) view.note = streets_->note(*context_);
     if (row.name == kStationLayer && view.isOn) view.note = mapStationsNote(desk_, *context_);
     auto const kind = enumFromName<MapLayerKind>(row.name);
     if (kind && supplement != nullptr && view.note.empty())
@@ -309,10 +326,8 @@ void MapModel::toggle(QString const& layer) {
   std::string const name = layer.toStdString();
   switches_.toggle(name);
   if (!areGiven_) engine_.changeSetting(std::string(kMapLayersSetting), switches_.text());
-  if (name == kStationLayer) {
-    if (isOn(name)) goNear();
-    refill();
-  }
+  if (name == kStationLayer && isOn(name)) goNear();
+  if (name == kStationLayer || name == kStreetLayer) refill();
   if (context_) showLayers();
   look();
   Q_EMIT layersChanged();

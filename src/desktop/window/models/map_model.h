@@ -10,6 +10,7 @@
 #include "desktop/window/models/cloud_model.h"
 #include "desktop/window/models/field_model.h"
 #include "desktop/window/models/radar_model.h"
+#include "desktop/window/models/street_model.h"
 #include "desktop/window/models/view_models.h"
 #include "desktop/window/painting/map_layer.h"
 
@@ -74,12 +75,12 @@ class MapModel : public QObject {
   /// What lies between the land and the things on it, the lowest first.
   MapLayerPictures const& pictures() const { return pictures_; }
   void setPictures(MapLayerPictures pictures);
-  /// What lies under those: clouds and a field of the model.
+  /// What lies under those: the user's tiles, clouds and a field of the model.
   MapLayerPictures const& underPictures() const { return under_; }
   /// Nothing is to come that a picture of the page should wait for.
   bool hasSettled() const {
     return !isShown_ || (!rest_.isActive() && radar_->hasSettled() && fields_->hasSettled() &&
-                         (!isOn(kCloudLayer) || clouds_->hasSettled()));
+                         streets_->hasSettled() && (!isOn(kCloudLayer) || clouds_->hasSettled()));
   }
   /// The zoom with which the map begins and to which it comes home.
   void setHomeZoom(double zoom);
@@ -121,9 +122,10 @@ class MapModel : public QObject {
     std::size_t number = 0;
   };
 
-  static constexpr std::string_view kCloudLayer = "clouds", kStationLayer = "stations";
+  static constexpr std::string_view kCloudLayer = "clouds", kStationLayer = "stations",
+                                    kStreetLayer = "streets";
 
-  void takeSwitches();
+  void takeSettings();
   void refill();
   void look();
   void layUnder();
@@ -145,6 +147,7 @@ class MapModel : public QObject {
   RadarModel* radar_;
   CloudModel* clouds_;
   FieldModel* fields_;
+  StreetModel* streets_;
   QTimer rest_;
   RecordModel* words_;
   RecordModel* card_;
@@ -173,6 +176,7 @@ class MapModel : public QObject {
   MapSwitches switches_;
   std::string seen_;       ///< the setting, when it was last looked at
   bool areGiven_ = false;  ///< for this run: nothing is kept
+  std::string streetCredit_;
   std::optional<Picked> picked_;
   StationDesk desk_;
   /// For which place the stations were wanted last, and when.

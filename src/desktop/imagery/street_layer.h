@@ -1,0 +1,64 @@
+// Fetches the tiles of the user's own address for what a map shows and puts them together, on a thread of its
+// own, while somebody looks. Owned by whoever shows it; after its end the listener is called no more.
+#pragma once
+
+#include "app/services/in_use.h"
+#include "desktop/imagery/radar_picture.h"
+#include "platform/service_failure.h"
+
+#include <condition_variable>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+
+namespace nimbara {
+
+class TileService;
+
+struct StreetWish {
+  std::string pattern;  ///< as `isTileTemplate` has it
+  MapView view;
+  Instant now;  ///< of the day
+  bool operator==(StreetWish const&) const = default;
+};
+
+/// What became of a wish. Tiles that could not be had leave holes in the picture.
+struct StreetAnswer {
+  StreetWish wish;
+  PlacedPicture placed;
+  std::size_t wanted = 0, loaded = 0;
+  std::optional<ServiceFailure> failure;  ///< of the first tile that could not be had
+};
+
+class StreetLayer {
+ public:
+  /// Called on the layer's thread, without locks.
+  using Listener = std::function<void(StreetAnswer)>;
+  /// After this span tiles that could not be had are asked for again.
+  static constexpr std::chrono::seconds kAgain{20};
+
+  StreetLayer(InUse<TileService> tiles, Listener listener);
+  ~StreetLayer();
+  StreetLayer(StreetLayer const&) = delete;
+  StreetLayer& operator=(StreetLayer const&) = delete;
+
+  /// What was wanted before is wanted no more; nothing while nobody looks. Returns at once.
+  void want(std::optional<StreetWish> const& wish);
+
+ private:
+  void work(std::stop_token const& end);
+  StreetAnswer answerTo(StreetWish const& wish, std::stop_token const& stop) const;
+
+  InUse<TileService> tiles_;
+  Listener listener_;
+  std::mutex mutex_;  // guards the three below
+  std::condition_variable_any wake_;
+  std::optional<StreetWish> wish_;
+  bool isNew_ = false;
+  std::stop_source stop_;
+  std::jthread worker_;
+};
+
+}  // namespace nimbara
