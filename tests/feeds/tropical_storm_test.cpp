@@ -42,6 +42,25 @@ TEST(TropicalStorms, AreReadWhole) {
   EXPECT_EQ(storm.lastUpdate, at("2026-09-29T15:00:00Z"));
 }
 
+/// What the list serves of a storm is what its advisory says in miles an hour, as the centre's texts of
+/// 7 August 2025 and 17 May 2020 have it. Read as knots it would be 21 and 15.
+TEST(TropicalStorms, MoveAsFastAsTheirAdvisoriesSay) {
+  struct Row {
+    std::string id;
+    double served, mph, kmh;
+  };
+  for (Row const& row : {Row{"al042025", 18, 18, 28.97}, {"al012020", 13, 13, 20.92}}) {
+    auto const storms = parseTropicalStorms(
+        listOf(R"({"id":")" + row.id +
+               R"(","intensity":35,"latitudeNumeric":1,"longitudeNumeric":2,"movementDir":70,)" +
+               R"("movementSpeed":)" + std::to_string(row.served) + "}"));
+    ASSERT_TRUE(storms && storms->size() == 1) << row.id;
+    double const kmh = storms->front().movementMs.value_or(0) * kKmhInMs;
+    EXPECT_NEAR(kmh, row.kmh, 0.01) << row.id;
+    EXPECT_NEAR(kmh * 1000 / 1609.344, row.mph, 0.01) << row.id;
+  }
+}
+
 TEST(TropicalStorms, TolerateOddMembers) {
   struct Row {
     std::string members;

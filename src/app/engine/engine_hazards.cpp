@@ -120,7 +120,9 @@ void EngineHazards::askWorld(std::stop_token const& stop) {
   };
   auto const feeds = feeds_();
   auto quakes = feeds->earthquakes().fetchEarthquakes(stop);
-  show([&](HazardsState& state) { state.quakes = quakes; });
+  // At first what there is; later the second source's stay until they are renewed too.
+  if (!surroundings_.showSupplement || !state()->quakes.isSettled())
+    show([&](HazardsState& state) { state.quakes = quakes; });
   if (surroundings_.showSupplement) {
     quakes.data = mergedEarthquakes(std::move(quakes.data), feeds->emsc().fetchEarthquakes(stop).data);
     show([&](HazardsState& state) { state.quakes = std::move(quakes); });

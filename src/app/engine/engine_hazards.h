@@ -45,9 +45,9 @@ class EngineHazards {
   /// Shows what is kept of that place's warnings: at first, or after somebody else has asked for them. Asks
   /// nobody.
   void showKept();
-  /// Asks every feed. Blocks; what is stopped leaves everything as it was.
   /// In the background: its source was changed.
   void askOfficial(Place const& place);
+  /// Asks every feed. Blocks; what is stopped leaves everything as it was.
   SupplementalOutcome refresh(Place const& place, std::stop_token const& stop);
   /// Somebody looks: asks soon for what is not a place's and has grown old.
   void look();
