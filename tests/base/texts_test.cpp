@@ -109,7 +109,7 @@ TEST(Texts, SayOneOClockInTheSingular) {
     EXPECT_EQ(Texts::load(row.language).format(row.key, row.hour), row.text);
   EXPECT_EQ(Texts::load("es").format("push.rainStart.bodyWindow", "1:00", "2:00", 1),
             "Se espera lluvia desde cerca de la 1:00 hasta cerca de las 2:00 (~1 h).");
-  EXPECT_EQ(Texts::load("es").format("brief.gusts", "1,5 km", "13:00"),
+  EXPECT_EQ(Texts::load("es").format("brief.gusts", "1,5 km", "hacia las 13:00"),
             "rachas de hasta 1,5 km hacia las 13:00");
 }
 
