@@ -126,7 +126,7 @@ class RadarRun {
     drawing.zoom = view_.zoom;
     drawing.width = view_.width;
     drawing.height = view_.height;
-    drawing.place = place_.name;
+    drawing.place = place_.name.empty() ? formatCoordinate(place_.coordinate) : place_.name;
     drawing.time = context_.texts().text("radar.none");
     return drawing;
   }
