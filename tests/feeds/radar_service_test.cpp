@@ -124,17 +124,19 @@ TEST_F(RadarServiceTest, FetchesAPictureOnce) {
   RadarReading reading;
   RadarFrame const frame{at("2026-11-22T10:00:00Z"), false, "https://libre.example/a/{z}/{x}/{y}.png"};
   http_.willAnswer(200, kPng);
-  EXPECT_EQ(tiles.picture(reading, frame, {3, 2, 1}), std::string(kPng));
+  EXPECT_EQ(tiles.picture(reading, frame, TileAddress{3, 2, 1}), std::string(kPng));
   EXPECT_EQ(http_.requests[0].url, "https://libre.example/a/3/2/1.png");
-  EXPECT_EQ(TileService(requests_, clock_, folder.path() / "pictures").picture(reading, frame, {3, 2, 1}),
+  EXPECT_EQ(TileService(requests_, clock_, folder.path() / "pictures")
+                .picture(reading, frame, TileAddress{3, 2, 1}),
             std::string(kPng));
   // The newest of a supplier may have one address at all times.
   RadarFrame later = frame;
   later.time += minutes(5);
   http_.willAnswer(200, "<ServiceException/>");
-  EXPECT_EQ(tiles.picture(reading, later, {3, 2, 1}).error().kind, ServiceFailure::Kind::unreadable);
+  EXPECT_EQ(tiles.picture(reading, later, TileAddress{3, 2, 1}).error().kind,
+            ServiceFailure::Kind::unreadable);
   http_.willAnswer(404, "");
-  EXPECT_EQ(tiles.picture(reading, later, {3, 2, 1}).error().status, 404);
+  EXPECT_EQ(tiles.picture(reading, later, TileAddress{3, 2, 1}).error().status, 404);
 }
 
 TEST_F(RadarServiceTest, KeepsWithinSixtyRequestsAMinute) {
