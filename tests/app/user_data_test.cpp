@@ -88,6 +88,7 @@ TEST(UserDataFiles, AreRecognised) {
   constexpr Row kRows[] = {
       {R"({"format":"nimbara","version":1})", ""},
       {R"({"format":"nimbara","version":2})", "newer version"},
+      {R"({"format":"nimbara","version":0})", "not a file"},
       {R"({"format":"other","version":1})", "not a file"},
       {R"({"format":"nimbara","version":1,"places":[{"name":3}]})", "/places[0]"},
       {R"({"format":"nimbara","ver)", "not a file"},

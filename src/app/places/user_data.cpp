@@ -64,7 +64,7 @@ Result<UserData, StoreError> userData(SettingsStore& store, Secrets secrets) {
 
 Result<UserData, std::string> parseUserData(std::string_view document) {
   auto data = decodeJson<UserData>(document);
-  if (!data || data->format != UserData::kFormat) {
+  if (!data || data->format != UserData::kFormat || data->version < 1) {
     return std::unexpected("this is not a file that nimbara export has written" +
                            (data ? std::string() : " (" + data.error().text() + ")"));
   }

@@ -1,5 +1,6 @@
 #include "app/places/user_data.h"
 #include "base/files/file.h"
+#include "base/text/text.h"
 #include "cli/cli.h"
 
 namespace nimbara {
@@ -27,7 +28,8 @@ int runExport(CommandLine const& line, Session const& session) {
     return session.fail(exitCode::kUnavailable, written.error());
   }
   session.console.out("Wrote " + counted(data->settings.size(), "setting", "settings") + " and " +
-                      counted(data->places.size(), "place", "places") + " to " + options.file + ".\n");
+                      counted(data->places.size(), "place", "places") + " to " +
+                      oneLine(options.file, 1000) + ".\n");
   return exitCode::kComplete;
 }
 
