@@ -8,6 +8,8 @@ namespace nimbara {
 
 void LazyHttpClient::load() {
   std::call_once(loaded_, [this] {
+    // Much was run through on the way here that is not needed while three dozen libraries are loaded,
+    giveBackCode();
     auto const* const module =
         static_cast<HttpModule const*>(loadModule(program_, kHttpModuleFile, kHttpModuleSymbol));
     isForeign_ = module != nullptr && module->layout != HttpLayout{};
@@ -15,7 +17,7 @@ void LazyHttpClient::load() {
       module_ = module;
       client_ = module->make(userAgent_);
     }
-    // Much was run through on the way here that is not needed while the answer is awaited.
+    // and much of these that is not needed while the answer is awaited.
     giveBackCode();
   });
 }
