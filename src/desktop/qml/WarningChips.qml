@@ -67,18 +67,24 @@ Column {
         spacing: Theme.space
         Repeater {
             model: App.alerts
-            Chip {
+            // Of five hundred warnings five hundred chips would be made, of which six are seen.
+            Loader {
+                id: slot
                 required property int index
                 required property string alertId
                 required property string heading
-                required level
+                required property string level
                 required property string when
                 required property string sentence
-                visible: index < chips.most
-                lead: heading
-                rest: when
-                Accessible.name: sentence
-                onClicked: App.openAlert = alertId
+                active: index < chips.most
+                visible: active
+                sourceComponent: Chip {
+                    level: slot.level
+                    lead: slot.heading
+                    rest: slot.when
+                    Accessible.name: slot.sentence
+                    onClicked: App.openAlert = slot.alertId
+                }
             }
         }
         Chip {
