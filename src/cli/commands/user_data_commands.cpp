@@ -28,8 +28,8 @@ int runExport(CommandLine const& line, Session const& session) {
     return session.fail(exitCode::kUnavailable, written.error());
   }
   session.console.out("Wrote " + counted(data->settings.size(), "setting", "settings") + " and " +
-                      counted(data->places.size(), "place", "places") + " to " +
-                      oneLine(options.file, 1000) + ".\n");
+                      counted(data->places.size(), "place", "places") + " to " + oneLine(options.file, 1000) +
+                      ".\n");
   return exitCode::kComplete;
 }
 
