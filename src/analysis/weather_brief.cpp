@@ -222,6 +222,8 @@ class Writer {
                              {now_, spans_.front().begin, dryUntil(), isFalling()});
     std::vector<std::string> clauses;
     auto const told = events.told(span);
+    isWet_ = isWet_ ||
+             std::ranges::any_of(told, [](ToldEvent const& one) { return one.event.kind != EventKind::fog; });
     for (ToldEvent const& one : told) {
       clauses.push_back(events.clauseOf(one, span));
       std::string amount = events.amountOf(one, span);
@@ -371,7 +373,7 @@ class Writer {
     for (WeatherEvent const& event : events_) {
       if (event.kind == EventKind::firstFrost && event.begin >= spans_.back().end)
         add(BriefPart::tomorrow, frost, {texts.format("trend.frost", time.weekday(event.begin))});
-      if (event.kind == EventKind::droughtEnd && event.begin >= spans_.back().end)
+      if (event.kind == EventKind::droughtEnd && !isWet_ && event.begin >= spans_.back().end)
         add(BriefPart::tomorrow, frost, {texts.format("trend.dryUntil", time.weekday(event.begin))});
     }
   }
@@ -416,6 +418,7 @@ class Writer {
   std::set<std::string, std::less<>> said_;
   std::optional<double> felt_;  ///< °C, as told last
   bool isCompared_ = false;
+  bool isWet_ = false;  ///< something that falls was told
 };
 
 }  // namespace

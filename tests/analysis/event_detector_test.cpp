@@ -108,6 +108,7 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"gale", [](HourlyForecast& hour) { hour.windSpeedKmph = 62; }, "gale 8-11"},
         Row{"near gale", [](HourlyForecast& hour) { hour.windSpeedKmph = 61.9; }, ""},
         Row{"gusts", [](HourlyForecast& hour) { hour.windGustKmph = 75; }, "gale 8-11"},
+        Row{"gusts below", [](HourlyForecast& hour) { hour.windGustKmph = 74.9; }, ""},
         Row{"gusts that are not known",
             [](HourlyForecast& hour) {
               hour.windGustKmph = 75;
@@ -118,6 +119,43 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"a few clouds", [](HourlyForecast& hour) { hour.cloudCover = 21; }, ""},
         Row{"strong sun", [](HourlyForecast& hour) { hour.uvIndex = 6; }, "strongSun 8-11"},
         Row{"mild sun", [](HourlyForecast& hour) { hour.uvIndex = 5; }, ""}));
+
+struct DayRow {
+  double high;
+  EventKind kind;
+  int days;
+  bool isSpell;
+};
+
+TEST(Events, TakeSpellsFromTheirBound) {
+  for (auto const& [high, kind, days, isSpell] :
+       {DayRow{30, EventKind::heat, 3, true}, DayRow{30, EventKind::heat, 2, false},
+        DayRow{29.9, EventKind::heat, 3, false}, DayRow{0, EventKind::cold, 3, true},
+        DayRow{0, EventKind::cold, 2, false}, DayRow{0.1, EventKind::cold, 3, false}}) {
+    WeatherData weather = cloudyForecast(24 * 6);
+    for (DailyForecast& day : weather.daily) day.maxTempC = 15;
+    for (int i = 0; i < days; ++i) weather.daily[static_cast<std::size_t>(i) + 1].maxTempC = high;
+    auto const events = eventsOf(weather);
+    EXPECT_EQ(std::ranges::count(events, kind, &WeatherEvent::kind), isSpell ? 1 : 0) << high << " " << days;
+  }
+}
+
+TEST(Events, TakeThreeClearHoursForAWindow) {
+  for (std::size_t const hours : {2, 3}) {
+    WeatherData weather = cloudyForecast(36);
+    for (std::size_t i = 8; i < 8 + hours; ++i) weather.allHourly[i].cloudCover = 20;
+    EXPECT_EQ(linesOf(eventsOf(weather)), hours == 3 ? "clearSky 8-11" : "");
+  }
+}
+
+TEST(Events, EndADroughtAfterFourDryDays) {
+  for (std::size_t const wetDay : {3, 4}) {
+    WeatherData weather = cloudyForecast(24 * 6);
+    for (HourlyForecast& hour : weather.daily[wetDay].hourly) hour.precipMM = 0.1;
+    auto const events = eventsOf(weather);
+    EXPECT_EQ(std::ranges::count(events, EventKind::droughtEnd, &WeatherEvent::kind), wetDay == 4 ? 1 : 0);
+  }
+}
 
 TEST(Events, ArePartedByTwoDryHours) {
   WeatherData weather = cloudyForecast(36);

@@ -154,7 +154,7 @@ TEST(Brief, BeginsWithTheWarningInEffect) {
   EXPECT_THAT(briefOf(days(), kMorning, beside), testing::StartsWith("Now: Wind warning until 6:30 PM. "));
   warnings.front().expires = at("2026-11-24T00:00:00Z");
   EXPECT_THAT(briefOf(days(), kMorning, beside),
-              testing::StartsWith("Now: Wind warning until Monday midnight. "))
+              testing::StartsWith("Now: Wind warning until midnight on Monday. "))
       << "the midnight that ends it";
   warnings.front().onset = at("2026-11-22T19:00:00Z");
   warnings.front().expires = at("2026-11-22T23:00:00Z");
@@ -164,6 +164,15 @@ TEST(Brief, BeginsWithTheWarningInEffect) {
   EXPECT_THAT(briefOf(days(), kMorning, beside), HasSubstr("Tomorrow: Flood (official warning) from 7 PM"));
   warnings.front().distanceKm = 3;
   EXPECT_THAT(briefOf(days(), kMorning, BriefBeside{warnings, {}, {}, {}}), Not(HasSubstr("Wind warning")));
+}
+
+/// Four dry days and then rain are worth a word, but not behind the rain of tomorrow.
+TEST(Brief, SaysUntilWhenItIsDryWhereItIs) {
+  WeatherData weather = mildForecast(kBegin, 24 * 7);
+  for (HourlyForecast& hour : weather.daily[5].hourly) hour.precipMM = 0.2;
+  EXPECT_THAT(briefOf(weather), HasSubstr("Dry until Thursday."));
+  falls(21, 23, 2, 80, Code::lightRain)(weather);
+  EXPECT_THAT(briefOf(weather), Not(HasSubstr("Dry until")));
 }
 
 TEST(Brief, ComparesWithWhatIsUsualInTheLastPlace) {

@@ -39,9 +39,9 @@ INSTANTIATE_TEST_SUITE_P(
     Ten, ClockPhrases,
     testing::Values(
         Row{"en", "until midnight", "around 6 PM", "from 9 AM to noon", "from 1 AM", "until 12:30 PM",
-            "until 6 PM tomorrow", "until Thursday midnight"},
+            "until 6 PM tomorrow", "until midnight on Thursday"},
         Row{"en@hours=h23", "until midnight", "around 18:00", "from 09:00 to noon", "from 01:00",
-            "until 12:30", "until 18:00 tomorrow", "until Thursday midnight"},
+            "until 12:30", "until 18:00 tomorrow", "until midnight on Thursday"},
         Row{"de@hours=h23", "bis Mitternacht", "gegen 18 Uhr", "von 9 bis 12 Uhr", "ab 1 Uhr",
             "bis 12:30 Uhr", "bis morgen 18 Uhr", "bis Donnerstag Mitternacht"},
         Row{"fr@hours=h23", "jusqu’à minuit", "vers 18 h", "de 9 h à midi", "à partir de 1 h",

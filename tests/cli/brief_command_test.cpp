@@ -45,5 +45,17 @@ TEST_F(BriefCommand, FallsBackToItsOwnWords) {
   }
 }
 
+TEST_F(BriefCommand, SaysWhereWarningsCouldNotBeChecked) {
+  EXPECT_THAT(run({"brief", "52.52,13.41", "--json"}).out, HasSubstr(R"("coverage":[{)"));
+  server.reset();
+  server = *DemoServer::start(clock, {{Service::meteoAlarm, DemoFault::Kind::status500}});
+  base = server->baseUrl();
+  CliRun const unknown = run({"brief", "48.30,14.29"});
+  EXPECT_EQ(unknown.exitCode, 1);
+  EXPECT_THAT(unknown.out, HasSubstr("Tomorrow"));
+  EXPECT_THAT(unknown.err, HasSubstr("could not be checked"));
+  EXPECT_EQ(run({"brief", "48.30,14.29", "--json"}).exitCode, 0) << "the state is part of the answer";
+}
+
 }  // namespace
 }  // namespace nimbara

@@ -36,7 +36,8 @@ std::optional<std::string> wordedBrief(std::string const& facts, Texts const& te
   auto const reply = model.reply(briefPrompt(facts, texts), stop);
   if (!reply) return std::nullopt;
   auto text = cleanedSummary(*reply);
-  bool const isFit = text && text->size() <= kLongestRatio * facts.size() && hasOnlyNumbersOf(*text, facts, texts.language());
+  bool const isFit = text && text->size() <= kLongestRatio * facts.size() &&
+                     hasOnlyNumbersOf(*text, facts, texts.language());
   return isFit ? text : std::nullopt;
 }
 

@@ -69,7 +69,7 @@ std::string ClockPhrase::phraseOnDay(ClockRole role, Instant instant, Instant no
   std::string clock = name(instant, precision);
   int const days = daysBetween(calendar_.day(now), calendar_.day(within));
   if (days == 1) clock = texts_.format("time.tomorrowHour", clock);
-  if (days > 1) clock = texts_.format("time.weekdayHour", time_.weekday(within), clock);
+  if (days > 1) clock = texts_.format("clock.onDay", time_.weekday(within), clock);
   return led(role, form, clock);
 }
 

@@ -15,6 +15,7 @@
 #include "cli/side_look.h"
 #include "cli/slow_note.h"
 #include "cli/terminal.h"
+#include "feeds/alerts/coverage.h"
 #include "feeds/alerts/gov_alert_service.h"
 #include "feeds/climate/climate_service.h"
 #include "platform/linux/speech_output.h"
@@ -30,12 +31,15 @@ constexpr std::chrono::seconds kNowcastPatience{2};
 constexpr std::chrono::seconds kClimatePatience{6};
 
 /// `worded` is the user's language model's; absent where none was asked or its text was not fit.
-std::string jsonOf(Brief const& brief, std::optional<std::string> const& worded) {
+std::string jsonOf(Brief const& brief, std::optional<std::string> const& worded,
+                   std::vector<SourceCoverage> const& coverage) {
   JsonWriter json;
   json.beginObject();
   for (BriefPart const part : {BriefPart::now, BriefPart::today, BriefPart::tonight, BriefPart::tomorrow})
     json.member(enumName(part), brief[part]);
   if (worded) json.member("worded", *worded);
+  json.key("coverage");
+  writeCoverage(json, coverage);
   json.endObject();
   return json.take() + "\n";
 }
@@ -77,6 +81,19 @@ std::optional<PrecipOutlook> outlookOf(NowcastReading reading, WeatherData const
   return PrecipPredictor(std::move(reading.nowcast)).outlook(now);
 }
 
+/// Says of which sources nobody knows whether they warn; a brief without a warning would deny one.
+bool tellUnchecked(RunContext& context, std::vector<SourceCoverage> const& coverage) {
+  bool isAny = false;
+  for (SourceCoverage const& source : coverage) {
+    if (source.state != CoverageState::unchecked) continue;
+    isAny = true;
+    context.tell("the warnings of " + source.service.value_or("the official services") +
+                 " could not be checked" +
+                 (source.reason ? ": " + context.plain(*source.reason) : std::string()));
+  }
+  return isAny;
+}
+
 }  // namespace
 
 int runBrief(CommandLine const& line, Session const& session) {
@@ -110,17 +127,20 @@ int runBrief(CommandLine const& line, Session const& session) {
   auto const worded = wordsOf(context, brief, session.stop);
   Style const style = styleOf(session);
   int const width = widthOf(session);
-  session.console.out(line.feeds.json ? jsonOf(brief, worded)
+  session.console.out(line.feeds.json ? jsonOf(brief, worded, official.coverage)
                       : worded        ? paragraphOf(*worded, style, width)
                                       : pageOf(brief, context.texts(), style, width));
-  if (!line.feeds.speak) return exitCode::kComplete;
+  // Whoever reads JSON finds the state there.
+  bool const isIncomplete = tellUnchecked(context, official.coverage) && !line.feeds.json;
+  int const code = isIncomplete ? exitCode::kUnavailable : exitCode::kComplete;
+  if (!line.feeds.speak) return code;
   std::string const said = worded ? *worded : briefText(brief, context.texts());
   SpeechOutput speech(session.environment.program);
   auto const spoken = speech.say(spokenText(said, context.wording().units, context.texts()),
                                  context.texts().language(), SpeechUrgency::usual);
   // What was asked for is there to be read.
   if (!spoken) context.tell("the brief could not be read out: " + spoken.error());
-  return exitCode::kComplete;
+  return code;
 }
 
 }  // namespace nimbara
