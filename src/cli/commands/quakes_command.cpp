@@ -194,11 +194,14 @@ int runQuakes(CommandLine const& line, Session const& session) {
   auto const second = context.app().feeds().emsc().fetchEarthquakes(session.stop);
   if (session.stop.stop_requested()) return session.fail(exitCode::kInterrupted, "interrupted");
   bool const isMissing = reading.failure && reading.data.empty();
+  bool const isOtherShown = !options.json && !second.data.empty();
   auto const failMissing = [&] {
     return session.fail(exitCode::kUnavailable,
-                        "the earthquakes could not be fetched: " + context.advised(reading.failure));
+                        (isOtherShown ? "the earthquakes of USGS could not be fetched: "
+                                      : "the earthquakes could not be fetched: ") +
+                            context.advised(reading.failure));
   };
-  if (isMissing && (options.json || second.data.empty())) return failMissing();
+  if (isMissing && !isOtherShown) return failMissing();
   if (reading.failure && !isMissing) {
     session.console.err("nimbara: could not fetch a newer earthquake list: " +
                         oneLine(context.plain(*reading.failure)) + "; showing the last known one\n");
