@@ -27,6 +27,11 @@ MockSecretService::MockSecretService(PrivateBus const& bus, KeyringScript script
       collection_(sdbus::createObject(*connection_, kCollectionPath)) {
   describeService();
   describeCollection();
+  // As many as a test may want.
+  for (char const* const name : {"/1", "/2", "/3"}) {
+    std::string const path = kCollectionPath + std::string(name);
+    describeItem(Path(path), items_[path]);
+  }
   connection_->enterEventLoopAsync();
   connection_->requestName("org.freedesktop.secrets");
 }
@@ -101,18 +106,16 @@ MockSecretService::Paths MockSecretService::create(Properties const& properties,
   if (!script_.createError.empty()) throw sdbus::Error(script_.createError, "no");
   if (script_.asksUser) return {Path("/"), Path("/prompt")};
   auto const attributes = properties.at(std::string(kItem) + ".Attributes").get<Attributes>();
-  auto const old =
+  auto place =
       std::ranges::find_if(items_, [&](auto const& each) { return each.second.attributes == attributes; });
-  Path const path = old != items_.end()
-                        ? Path(old->first)
-                        : Path(std::string(kCollectionPath) + "/" + std::to_string(items_.size()));
-  Item& item = items_[path];
+  if (place == items_.end())
+    place = std::ranges::find_if(items_, [](auto const& each) { return each.second.isDeleted; });
+  auto& [path, item] = *place;
   item.label = properties.at(std::string(kItem) + ".Label").get<std::string>();
   item.attributes = attributes;
   item.secret = secret;
   item.isDeleted = false;
-  if (!item.object) describeItem(path, item);
-  return {path, Path("/")};
+  return {Path(path), Path("/")};
 }
 
 void MockSecretService::describeItem(Path const& path, Item& item) {

@@ -42,7 +42,7 @@ class MockSecretService {
     Attributes attributes;
     Secret secret;
     std::unique_ptr<sdbus::IObject> object;
-    bool isDeleted = false;
+    bool isDeleted = true;
   };
 
   void describeService();
@@ -53,8 +53,8 @@ class MockSecretService {
   KeyringScript script_;
   std::mutex mutex_;
   std::atomic<int> prompts_ = 0;
-  std::map<std::string, Item> items_;
   std::unique_ptr<sdbus::IConnection> connection_;
+  std::map<std::string, Item> items_;
   std::unique_ptr<sdbus::IObject> service_;
   std::unique_ptr<sdbus::IObject> collection_;
 };
