@@ -10,7 +10,7 @@ namespace {
 
 constexpr int kSide = 256;
 /// Ground, parks, streets and avenues.
-constexpr std::uint32_t kColours[] = {0xf2efe9ff, 0xd5e8c8ff, 0xffffffff, 0xf6cf65ff};
+constexpr std::uint32_t kMapColours[] = {0xf2efe9ff, 0xd5e8c8ff, 0xffffffff, 0xf6cf65ff};
 enum Colour : std::uint8_t { ground, park, street, avenue };
 
 /// Streets lie 32 points apart; each fourth is an avenue, and between some lies a park.
@@ -36,7 +36,7 @@ DemoAnswer streetTile(DemoRequest const& request, Instant /*now*/) {
       zoom >= 0 && zoom <= kDeepest && column >= 0 && row >= 0 && column < 1 << zoom && row < 1 << zoom;
   if (!isTile) return {404, "", {}};
   DemoPicture picture(kSide, kSide);
-  picture.palette.assign(std::begin(kColours), std::end(kColours));
+  picture.palette.assign(std::begin(kMapColours), std::end(kMapColours));
   for (int y = 0; y < kSide; ++y) {
     for (int x = 0; x < kSide; ++x)
       picture.at(x, y) = colourAt(std::int64_t{kSide} * column + x, std::int64_t{kSide} * row + y);
