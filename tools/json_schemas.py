@@ -19,7 +19,8 @@ SETUP = [["places", "add", "59.91,10.75", "--name", "Oslo"], ["places", "select"
 
 # name: what it is, and command lines that print it. A line of JSON each is "lines".
 COMMANDS = {
-    "forecast": ("The forecast for a place", [["forecast", p] for p in ("Oslo", "Tokyo", "39.74,-104.99", "-77.8,166.7")]),
+    "forecast": ("The forecast for a place", [["forecast", p] for p in ("Oslo", "Tokyo", "39.74,-104.99", "-77.8,166.7")] +
+                 [["forecast", "Oslo", "--confidence", "--outlook"]]),
     "alerts": ("Warnings and alerts for a place, the most severe first", [["alerts", p] for p in ("Oslo", "Denver", "Lagos")]),
     "alerts-coverage": ("The same with how the official ones were checked and where they hold",
                         [["alerts", p, "--coverage", "--geometry"] for p in ("Oslo", "Denver", "Lagos", "Lima")]),

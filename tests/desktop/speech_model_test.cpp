@@ -1,6 +1,7 @@
 #include "desktop/window/models/speech_model.h"
 
 #include "app/settings/settings_registry.h"
+#include "offscreen.h"
 #include "support/fake_speech.h"
 
 #include <gmock/gmock.h>
@@ -13,7 +14,12 @@ namespace {
 
 using testing::ElementsAre;
 
-struct SpeechButton : testing::Test {
+/// Before what needs its loop of events.
+struct Application {
+  Application() { test::offscreenApplication(); }
+};
+
+struct SpeechButton : Application, testing::Test {
   void offer(bool isOffered) {
     Settings const settings(settingsRegistry(), {{std::string(kSpeechSetting), isOffered}});
     EngineSnapshot snapshot;
