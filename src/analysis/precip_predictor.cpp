@@ -11,6 +11,7 @@ using std::chrono::minutes;
 
 constexpr minutes kUsualStep{5};
 constexpr minutes kReach{120};
+constexpr minutes kAlmostReach{100};  ///< from here on minutes say more than anybody knows
 constexpr std::string_view kFallKeys[] = {"precipitation", "rain", "sleet", "snow"};
 
 milliseconds shortestOf(std::vector<NowcastStep> const& steps) {
@@ -118,6 +119,7 @@ std::string sentenceOf(PrecipOutlook const& outlook, Texts const& texts, TimeWor
       return std::string(texts.text("nowcast.unknown"));
     case dry:
       if (outlook.dryFor == minutes(120)) return std::string(texts.text("nowcast.dry.twoHours"));
+      if (outlook.dryFor > kAlmostReach) return std::string(texts.text("nowcast.dry.almostTwoHours"));
       if (outlook.dryFor == minutes(60)) return std::string(texts.text("nowcast.dry.oneHour"));
       return texts.format("nowcast.dry.minutes", outlook.dryFor.count());
     case starts:

@@ -44,11 +44,11 @@ constexpr std::string_view kNotKnown = "It is not known whether it will rain wit
 constexpr Row kRows[] = {
     // Dry: whole steps, rounded down, two hours at most.
     {5, "........................", 0, "Dry for at least two hours"},
-    {5, ".......................", 0, "Dry for at least 115 minutes"},
-    {5, "........................", 1, "Dry for at least 115 minutes"},
-    {5, "........................", 4, "Dry for at least 115 minutes"},
-    {5, "........................", 5, "Dry for at least 115 minutes"},
-    {5, "........................", 6, "Dry for at least 110 minutes"},
+    {5, ".......................", 0, "Dry for almost two hours"},
+    {5, "........................", 1, "Dry for almost two hours"},
+    {5, "........................", 4, "Dry for almost two hours"},
+    {5, "........................", 5, "Dry for almost two hours"},
+    {5, "........................", 6, "Dry for almost two hours"},
     {5, "..............................", 0, "Dry for at least two hours"},
     {5, "............", 0, "Dry for at least one hour"},
     {5, ".............", 0, "Dry for at least 65 minutes"},
@@ -57,8 +57,8 @@ constexpr Row kRows[] = {
     {5, ".", 1, kNotKnown},
     {15, "........", 0, "Dry for at least two hours"},
     {15, ".........", 7, "Dry for at least two hours"},
-    {15, "........", 7, "Dry for at least 105 minutes"},
-    {15, "........", 15, "Dry for at least 105 minutes"},
+    {15, "........", 7, "Dry for almost two hours"},
+    {15, "........", 15, "Dry for almost two hours"},
     // Nothing is known.
     {5, "", 0, kNotKnown},
     {5, "......", 30, kNotKnown},
