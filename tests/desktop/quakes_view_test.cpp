@@ -182,6 +182,25 @@ TEST(QuakePlaces, TellDistancesInTheUsersUnit) {
   EXPECT_EQ(quakePlace("1234567 km S of Y", DistanceUnit::km, english()), "1,234,567 km S of Y");
 }
 
+TEST(QuakePlaces, AreNamedAfterTheNearestTownWhereTheServiceHasNoWords) {
+  EarthquakeEvent event;
+  event.place = "12 km SE of Somewhere";
+  event.latitude = -20.5;
+  event.longitude = -70.6;
+  auto const said = [&](char const* language, DistanceUnit unit = DistanceUnit::km) {
+    return quakePlace(event, unit, Texts::load(language));
+  };
+  EXPECT_EQ(said("en"), "12 km SE of Somewhere");
+  EXPECT_THAT(said("de"), testing::MatchesRegex("[0-9]+ km (WSW|SW|W) von Iquique, Chile"));
+  EXPECT_THAT(said("fr", DistanceUnit::miles), testing::MatchesRegex("Iquique, Chili, à [0-9]+ mi .*O.*"));
+  event.latitude = 35.01;
+  event.longitude = 135.76;
+  EXPECT_THAT(said("es"), testing::EndsWith("Japón")) << "in the town there is no direction";
+  EXPECT_THAT(said("es"), testing::Not(testing::HasSubstr("km")));
+  event.latitude = 200;
+  EXPECT_EQ(said("de"), "12 km SE of Somewhere") << "no coordinate";
+}
+
 TEST(WorldMap, ShowsTheWholeWorldWithoutARadius) {
   for (MapFrame const& frame : {frameAround(std::nullopt, 500, 2), frameAround(kPlace.coordinate, 0, 2)}) {
     EXPECT_EQ(frame.degreesWide, 360);

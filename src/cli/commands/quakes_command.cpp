@@ -131,8 +131,7 @@ class QuakePage {
       Row& row =
           rows.emplace_back(Row{words_.moment(event.time, now_), magnitudes(event), distance(event.depthKm)});
       if (circle_) row.push_back(distance(haversineKm(circle_->centre, event.coordinate())));
-      row.push_back(quakePlace(oneLine(event.place), unit_, texts_) + feltNote(event) +
-                    pagerNote(event.alert));
+      row.push_back(quakePlace(event, unit_, texts_) + feltNote(event) + pagerNote(event.alert));
     }
     return rows;
   }

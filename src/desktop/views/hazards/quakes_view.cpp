@@ -101,7 +101,7 @@ QuakeView viewOf(EarthquakeEvent const& event, std::optional<Place> const& place
   QuakeView view;
   view.id = event.id;
   view.magnitude = magnitudeText(event.magnitude, context);
-  view.place = quakePlace(oneLine(event.place), context.units.distance, context.texts);
+  view.place = quakePlace(event, context.units.distance, context.texts);
   view.age = ageText(event.time, context.now, context.texts);
   view.ageClass = ageClassOf(event.time, context.now);
   view.isStrong = event.magnitude >= kStrong;
@@ -131,7 +131,7 @@ std::string headlineOf(std::vector<EarthquakeEvent> const& shown, ViewContext co
       shown, {}, [](EarthquakeEvent const& event) { return std::pair(event.magnitude, event.time); });
   if (greatest == shown.end()) return {};
   return context.texts.format("desktop.quakes.greatest", magnitudeText(greatest->magnitude, context),
-                              quakePlace(oneLine(greatest->place), context.units.distance, context.texts),
+                              quakePlace(*greatest, context.units.distance, context.texts),
                               ageText(greatest->time, context.now, context.texts));
 }
 

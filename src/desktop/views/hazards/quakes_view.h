@@ -15,7 +15,7 @@ namespace nimbara {
 struct QuakeView {
   std::string id;
   std::string magnitude;  ///< "5.2"
-  std::string place;      ///< in the service's words, distances in the user's unit
+  std::string place;      ///< where, in the user's language and unit
   std::string note;       ///< distance and depth, and that it could be felt
   std::string age;
   double ageClass = 0;    ///< 0 of this hour, 1 of the last six, 2 older
