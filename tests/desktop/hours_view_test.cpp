@@ -79,6 +79,8 @@ TEST(DayViews, ShareTheirScaleWithTheOutlook) {
   ASSERT_THAT(beyond, SizeIs(1));
   EXPECT_EQ(beyond[0].barFrom, 0);
   EXPECT_EQ(beyond[0].barTo, 0.5);
+  EXPECT_EQ(beyond[0].name, "Sun, 29 November");
+  EXPECT_THAT(beyond[0].sentence, testing::StartsWith("Sunday, 29 November, "));
   EXPECT_EQ(days[0].barFrom, 0.75);
   EXPECT_EQ(days[0].barTo, 1);
 }

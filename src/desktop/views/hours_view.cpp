@@ -1,6 +1,7 @@
 #include "desktop/views/hours_view.h"
 
 #include "base/words/compass_point.h"
+#include "base/words/list_text.h"
 #include "desktop/views/sky/sky_colours.h"
 #include "model/day_summary.h"
 #include "model/present.h"
@@ -195,6 +196,15 @@ void setAxes(Meteogram& out) {
   out.pressure = roundAxis(pressure.lowest, pressure.highest, 3);
 }
 
+/// Weekdays come again in the second week.
+void nameWithDate(DayView& view, std::string weekday, ViewContext const& context) {
+  std::string const behindName = view.sentence.substr(view.name.size());
+  appendClause(view.name, view.date, context.texts);
+  view.sentence = view.name + behindName;
+  view.name = std::move(weekday);
+  appendClause(view.name, view.date, context.texts);
+}
+
 }  // namespace
 
 std::vector<HourView> hourViews(WeatherData const& data, ViewContext const& context) {
@@ -220,7 +230,11 @@ DayLists dayLists(WeatherData const& data, std::vector<DailyForecast> const& bey
     for (DailyForecast const& day : list) views.push_back(dayView(day, data, range, calendar, context));
     return views;
   };
-  return {viewsOn(days), viewsOn(beyond)};
+  std::vector<DayView> farther = viewsOn(beyond);
+  TimeWords const words(context.texts, calendar);
+  for (std::size_t i = 0; i < farther.size(); ++i)
+    nameWithDate(farther[i], words.format(beyond[i].date, "EEE"), context);
+  return {viewsOn(days), std::move(farther)};
 }
 
 std::vector<DayView> dayViews(WeatherData const& data, ViewContext const& context) {
