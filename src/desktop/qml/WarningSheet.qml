@@ -268,10 +268,21 @@ T.Popup {
                         }
                     }
                 }
-                PlainButton {
-                    visible: (App.warning.link ?? "") !== ""
-                    text: App.words.warningLink
-                    onClicked: Qt.openUrlExternally(App.warning.link)
+                Flow {
+                    width: parent.width
+                    spacing: Theme.space
+                    PlainButton {
+                        visible: (App.warning.link ?? "") !== ""
+                        text: App.words.warningLink
+                        onClicked: Qt.openUrlExternally(App.warning.link)
+                    }
+                    PlainButton {
+                        visible: text !== ""
+                        width: Math.min(implicitWidth, parent.width)
+                        text: App.warning.mute ?? ""
+                        onClicked: App.warning.mutes ? App.notifications.unmute(App.warning.mutes)
+                                                     : App.notifications.mute(App.warning.kind, "tomorrow")
+                    }
                 }
             }
         }

@@ -291,6 +291,7 @@ WarningView warningView(WeatherState const& state, std::string_view id, ViewCont
   view.instruction = instructionOf(*alert);
   view.link = alert->link.value_or("").starts_with("https://") ? *alert->link : std::string();
   view.isOfficial = alert->isGovAlert;
+  if (view.isOfficial) view.kind = "gov:" + std::string(wordOf(alert->kind));
   findNeighbours(view, listed(isUnplaced ? check.unplaced : allAlerts(state), context), context);
   return view;
 }

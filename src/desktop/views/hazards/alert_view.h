@@ -64,6 +64,9 @@ struct WarningView {
   std::string position;  ///< "2 of 3"; empty for the only one
   std::string previous;  ///< the identifiers of the warnings beside it; empty at either end
   std::string next;
+  std::string kind;   ///< what mutes its like, "gov:wind"; empty for a warning from the forecast
+  std::string mute;   ///< the button's words: to mute its like until tomorrow, or to end that
+  std::string mutes;  ///< what holds its like back, kinds by "+"; empty when it is sent
   bool isOfficial = false;
 
   bool operator==(WarningView const&) const = default;
@@ -71,23 +74,16 @@ struct WarningView {
 
 template <>
 inline constexpr auto viewFields<WarningView> = FieldList{
-    viewField("alertId", &WarningView::id),
-    viewField("severity", &WarningView::severity),
-    viewField("level", &WarningView::level),
-    viewField("title", &WarningView::title),
-    viewField("area", &WarningView::area),
-    viewField("near", &WarningView::near),
-    viewField("when", &WarningView::when),
-    viewField("issued", &WarningView::issued),
-    viewField("issuer", &WarningView::issuer),
-    viewField("content", &WarningView::text),
-    viewField("note", &WarningView::note),
-    viewField("instruction", &WarningView::instruction),
-    viewField("link", &WarningView::link),
-    viewField("position", &WarningView::position),
-    viewField("previous", &WarningView::previous),
-    viewField("next", &WarningView::next),
-    viewField("isOfficial", &WarningView::isOfficial),
+    viewField("alertId", &WarningView::id),        viewField("severity", &WarningView::severity),
+    viewField("level", &WarningView::level),       viewField("title", &WarningView::title),
+    viewField("area", &WarningView::area),         viewField("near", &WarningView::near),
+    viewField("when", &WarningView::when),         viewField("issued", &WarningView::issued),
+    viewField("issuer", &WarningView::issuer),     viewField("content", &WarningView::text),
+    viewField("note", &WarningView::note),         viewField("instruction", &WarningView::instruction),
+    viewField("link", &WarningView::link),         viewField("position", &WarningView::position),
+    viewField("previous", &WarningView::previous), viewField("next", &WarningView::next),
+    viewField("kind", &WarningView::kind),         viewField("mute", &WarningView::mute),
+    viewField("mutes", &WarningView::mutes),       viewField("isOfficial", &WarningView::isOfficial),
 };
 
 /// How far the list of official warnings can be trusted.

@@ -157,6 +157,15 @@ LogView logView(LoggedNotification const& line, std::vector<Mute> const& mutes,
 
 }  // namespace
 
+MuteOffer muteOffer(std::string kind, NotificationsState const& state, ViewContext const& view) {
+  LogView like;
+  like.kind = std::move(kind);
+  setMute(like, RuleSettings::of(state.settings).mutes, view);
+  std::string const title = kindTitle(like.kind, state.rules, view);
+  if (like.mutes.empty()) return {view.texts.format("desktop.warning.mute", title), {}};
+  return {view.text("desktop.notifications.unmute") + ": " + title, like.mutes};
+}
+
 NotificationsView notificationsView(NotificationsState const& state, ViewContext const& view) {
   NotificationsView shown;
   shown.notifier = notifierText(state, view);

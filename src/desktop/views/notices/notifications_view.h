@@ -128,6 +128,15 @@ inline constexpr auto viewFields<LogView> = FieldList{viewField("key", &LogView:
                                                       viewField("mutes", &LogView::mutes),
                                                       viewField("sentence", &LogView::sentence)};
 
+/// A way to mute what is looked at elsewhere.
+struct MuteOffer {
+  std::string text;   ///< "Mute “Official warnings: wind” until tomorrow", or to end that
+  std::string mutes;  ///< what holds its like back, kinds by "+"; empty when it is sent
+};
+
+/// `kind` as in the log.
+MuteOffer muteOffer(std::string kind, NotificationsState const& state, ViewContext const& view);
+
 /// How long something is muted or nothing gets through.
 enum class MuteSpan { hour, tomorrow, forever };
 template <>

@@ -3,6 +3,7 @@
 #include "app/state/supplement_state.h"
 #include "desktop/views/hazards/alert_view.h"
 #include "desktop/views/hazards/elsewhere_view.h"
+#include "desktop/views/notices/notifications_view.h"
 #include "desktop/views/now_view.h"
 #include "desktop/views/nowcast_view.h"
 #include "desktop/views/outlook_view.h"
@@ -295,8 +296,13 @@ void DesktopModel::setOpenAlert(QString const& id) {
 
 void DesktopModel::showOpenAlert(ViewContext const& context) {
   OfficialCheck const& check = snapshot_->hazards->official;
-  WarningView const view = warningView(*snapshot_->weather, openAlert_, context, check);
+  WarningView view = warningView(*snapshot_->weather, openAlert_, context, check);
   openAlert_ = view.id;
+  if (!view.kind.empty()) {
+    MuteOffer const offer = muteOffer(view.kind, *snapshot_->notifications, context);
+    view.mute = offer.text;
+    view.mutes = offer.mutes;
+  }
   warning_->show(view);
   auto const alert = alertOf(*snapshot_->weather, openAlert_, check);
   openAlertMap_ = alert && snapshot_->place
