@@ -112,5 +112,30 @@ Card {
                 }
             }
         }
+
+        // More hours lie beyond an edge that fades.
+        component Edge: Rectangle {
+            id: edge
+            property bool atEnd: false
+            z: 2
+            width: 28 * Theme.scale
+            gradient: Gradient {
+                orientation: Gradient.Horizontal
+                GradientStop { position: 0; color: edge.atEnd ? Qt.alpha(Theme.card, 0) : Theme.card }
+                GradientStop { position: 1; color: edge.atEnd ? Theme.card : Qt.alpha(Theme.card, 0) }
+            }
+        }
+        Edge {
+            parent: list
+            height: list.height - 8
+            visible: list.contentX > list.originX + 1
+        }
+        Edge {
+            parent: list
+            x: list.width - width
+            height: list.height - 8
+            atEnd: true
+            visible: list.contentX + list.width < list.originX + list.contentWidth - 1
+        }
     }
 }

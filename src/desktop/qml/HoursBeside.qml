@@ -1,4 +1,4 @@
-// Beside days and curves, where there is room: the next hours, sun and moon.
+// Beside the days, or beside the curves as well, where there is room: the next hours, sun and moon.
 import QtQuick
 import NimbaraItems
 import NimbaraPages

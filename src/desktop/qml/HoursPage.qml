@@ -36,12 +36,13 @@ ScrollPage {
         }
         ChartCard {
             readonly property int lane: 1
-            tall: page.lanes === 1 ? 400 : 520
+            // Higher where the window is.
+            tall: page.lanes === 1 ? 400 : page.lanes === 2 ? 440 : Math.max(520, Math.min(900, 0.42 * page.height / Theme.scale))
         }
         Loader {
             readonly property int lane: 2
             visible: active
-            active: page.lanes === 3 && App.now.hasWeather
+            active: page.lanes > 1 && App.now.hasWeather
             source: "HoursBeside.qml"
         }
     }

@@ -222,7 +222,8 @@ ScrollPage {
         Later {
             readonly property int lane: 0
             visible: App.nowcast.isShown
-            file: visible ? "NowRain.qml" : ""
+            // Where nothing falls there is nothing to draw.
+            file: !visible ? "" : App.nowcastKinds.count > 0 ? "NowRain.qml" : "NowDry.qml"
         }
         PlainText {
             readonly property int lane: 0
@@ -237,12 +238,12 @@ ScrollPage {
         }
         Later {
             readonly property int lane: 0
-            visible: App.now.brief !== ""
-            file: visible ? "NowBrief.qml" : ""
+            file: "NowAhead.qml"
         }
         Later {
             readonly property int lane: 0
-            file: "NowAhead.qml"
+            visible: App.now.brief !== ""
+            file: visible ? "NowBrief.qml" : ""
         }
         Later {
             readonly property int lane: 1

@@ -63,7 +63,6 @@ Column {
 
     Flow {
         width: parent.width
-        visible: App.alerts.count > 0
         spacing: Theme.space
         Repeater {
             model: App.alerts
@@ -94,27 +93,16 @@ Column {
             Accessible.name: lead + " " + App.words.alerts
             onClicked: chips.most = 60
         }
-    }
-    Flow {
-        width: parent.width
-        visible: App.elsewhere.count > 0
-        spacing: Theme.space
-        PlainText {
-            height: 30 * Theme.scale
-            verticalAlignment: Text.AlignVCenter
-            text: App.words.also
-            color: Theme.muted
-            font.pixelSize: Theme.small
-        }
         Repeater {
             model: App.elsewhere
             Chip {
+                required property int index
                 required property string placeId
                 required property string caption
                 required level
                 required property string sentence
                 isQuiet: true
-                rest: caption
+                rest: index === 0 ? App.words.also + " " + caption : caption
                 Accessible.name: App.words.also + " " + sentence
                 onClicked: App.selectPlace(placeId)
             }
