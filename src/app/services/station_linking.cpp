@@ -1,7 +1,10 @@
 #include "app/services/station_linking.h"
 
-#include "base/uuid.h"
 #include "platform/linux/consent_listener.h"
+
+#include <fmt/format.h>
+
+#include <random>
 
 namespace nimbara {
 
@@ -11,6 +14,12 @@ using Outcome = LinkEnd::Outcome;
 
 constexpr std::uint16_t kConsentPort = 8917;
 constexpr char kConsentPath[] = "/nimbara";
+
+/// Nobody else may guess it: whoever can answers in the service's stead. Of the system's entropy, 128 bits.
+std::string unguessable() {
+  std::random_device entropy;
+  return fmt::format("{:08x}{:08x}{:08x}{:08x}", entropy(), entropy(), entropy(), entropy());
+}
 
 LinkEnd endOf(ConsentFailure const& failure) {
   constexpr Outcome kOutcomes[] = {Outcome::refused, Outcome::late, Outcome::cancelled};
@@ -34,7 +43,7 @@ LinkEnd linkByConsent(StationService& service, StationLink link, ConsentWays con
                       std::stop_token const& stop) {
   auto const listener = ConsentListener::open(kConsentPort);
   if (!listener) return {.outcome = Outcome::portTaken, .reason = listener.error()};
-  std::string const state = Uuid::random().text();
+  std::string const state = unguessable();
   ways.open(service.authorizeUrl(link.clientId, kConsentRedirect, state));
   auto const code = listener->wait(kConsentPath, state, ways.done, ways.failed, ways.patience, stop);
   if (!code) return endOf(code.error());

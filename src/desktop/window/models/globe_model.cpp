@@ -190,7 +190,9 @@ bool GlobeModel::hasSettled() const {
                            return group.state == GlobeGroup::State::waiting;
                          });
   bool const isAsking = actions_ != nullptr && !state_->hasEarthquakes;
-  return !surfaceImage_.isNull() && !state_->isLoading && !isWaiting && !isAsking &&
+  bool const areStormsComing = actions_ != nullptr && place_ && !state_->hidden.contains(kStormRow) &&
+                               !(supplement_ && supplement_->activeStorms.isSettled());
+  return !surfaceImage_.isNull() && !state_->isLoading && !isWaiting && !isAsking && !areStormsComing &&
          (state_->hidden.contains(kCloudRow) || clouds_->hasSettled()) && !isComposing_;
 }
 
