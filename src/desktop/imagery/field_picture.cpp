@@ -23,6 +23,32 @@ constexpr FieldStop kTemperature[] = {{-40, 0x3b1d6e}, {-30, 0x44439c}, {-20, 0x
 /// Colours are made of one value for so many pixels' square, isobars of a coarser one.
 constexpr int kColourStep = 4, kLineStep = 12, kArrowStep = 72;
 
+/// Each value the mean of those around it, as far as they are known.
+std::vector<float> smoothed(std::vector<float> const& raster, int columns, int reach) {
+  int const rows = static_cast<int>(raster.size()) / columns;
+  std::vector<float> made(raster.size(), std::numeric_limits<float>::quiet_NaN());
+  for (int y = 0; y < rows; ++y) {
+    for (int x = 0; x < columns; ++x) {
+      auto const here =
+          static_cast<std::size_t>(y) * static_cast<std::size_t>(columns) + static_cast<std::size_t>(x);
+      if (std::isnan(raster[here])) continue;
+      double sum = 0;
+      int count = 0;
+      for (int j = std::max(0, y - reach); j <= std::min(rows - 1, y + reach); ++j) {
+        for (int i = std::max(0, x - reach); i <= std::min(columns - 1, x + reach); ++i) {
+          float const value = raster[static_cast<std::size_t>(j) * static_cast<std::size_t>(columns) +
+                                     static_cast<std::size_t>(i)];
+          if (std::isnan(value)) continue;
+          sum += value;
+          ++count;
+        }
+      }
+      made[here] = static_cast<float>(sum / count);
+    }
+  }
+  return made;
+}
+
 class FieldPainter {
  public:
   FieldPainter(ModelFields const& fields, std::size_t hour, MapView const& view, FieldLook const& look)
@@ -55,6 +81,9 @@ class FieldPainter {
         raster.push_back(value ? static_cast<float>(*value) : std::numeric_limits<float>::quiet_NaN());
       }
     }
+    // Straight lines between a few values have corners that no field of pressure has.
+    for (int pass = 0; pass < 2; ++pass)
+      raster = smoothed(raster, columns, view_.width / fields_.grid.columns / kLineStep / 3);
     double const step = isobarStep(view_.zoom);
     constexpr double kLeast = 860, kMost = 1100;  // what has been measured on earth
     std::vector<QRectF> taken;
@@ -81,6 +110,11 @@ class FieldPainter {
         double const speed = std::hypot(*east, *north);
         if (speed >= kCalm)
           arrow(painter, {x, y}, QPointF(*east, -*north) / speed, std::min(1.0, speed / kStorm));
+        bool const isNumbered = (std::lround((corner.x * side + x) / kArrowStep) +
+                                 std::lround((corner.y * side + y) / kArrowStep)) %
+                                    2 ==
+                                0;
+        if (isNumbered) number(painter, {x, y + kArrowStep * 0.38}, display(speed, look_.units.wind));
       }
     }
     return picture;
@@ -137,6 +171,16 @@ class FieldPainter {
       painter.setPen(look_.ink);
       painter.drawText(box, Qt::AlignCenter, text);
     }
+  }
+
+  void number(QPainter& painter, QPointF at, std::string const& text) const {
+    QFont font;
+    font.setPixelSize(look_.letters - 1);
+    QPainterPath path;
+    QString const written = QString::fromStdString(text);
+    path.addText(at - QPointF(QFontMetricsF(font).horizontalAdvance(written) / 2, 0), font, written);
+    painter.strokePath(path, QPen(look_.halo, 3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.fillPath(path, look_.ink);
   }
 
   void arrow(QPainter& painter, QPointF at, QPointF along, double strength) const {

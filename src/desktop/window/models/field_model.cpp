@@ -50,7 +50,7 @@ std::string unitOf(FieldKind kind, Units const& units) {
     case FieldKind::pressure:
       return std::string(symbol(units.pressure));
     case FieldKind::wind:
-      break;
+      return std::string(symbol(units.wind));
   }
   return {};
 }

@@ -157,6 +157,7 @@ void MapModel::refill() {
     showCard(std::nullopt);
   }
   rows_ = thingViews(things_);
+  std::erase_if(rows_, [this](MapThingView const& row) { return !isOn(row.kind + "s"); });
   list_->show(rows_);
   showLayers();
   showScale();
@@ -327,8 +328,7 @@ void MapModel::toggle(QString const& layer) {
   switches_.toggle(name);
   if (!areGiven_) engine_.changeSetting(std::string(kMapLayersSetting), switches_.text());
   if (name == kStationLayer && isOn(name)) goNear();
-  if (name == kStationLayer || name == kStreetLayer) refill();
-  if (context_) showLayers();
+  refill();
   look();
   Q_EMIT layersChanged();
 }
