@@ -115,7 +115,7 @@ class QuakePage {
 
   /// Who measured: in the order of the two numbers where there are two.
   std::string sources() const {
-    std::string const second = "EMSC";
+    std::string second = "EMSC";
     if (std::ranges::all_of(events_, &EarthquakeEvent::isOnlyByEmsc)) return second;
     std::string const first(texts_.text("desktop.quakes.source"));
     bool const hasBoth = std::ranges::any_of(

@@ -86,6 +86,8 @@ ListView {
             PlainText {
                 width: parent.width
                 text: quake.place
+                wrapMode: Text.Wrap
+                maximumLineCount: 2
                 elide: Text.ElideRight
                 color: Theme.text
                 font.pixelSize: Theme.small

@@ -9,7 +9,7 @@
 
 namespace nimbara {
 
-/// "https://tiles.example/{z}/{x}/{y}.png": an address with each of the three once and nothing else in
+/// "https://host/{z}/{x}/{y}.png": an address with each of the three once and nothing else in
 /// braces.
 bool isTileTemplate(std::string_view text);
 

@@ -79,8 +79,7 @@ void addAir(AirView& view, SupplementState const& state, ViewContext const& cont
   view.source = text.source;
 }
 
-void addClimate(AirView& view, SupplementState const& state, ViewContext const& context,
-                HazardWords const& words) {
+void addClimate(AirView& view, SupplementState const& state, HazardWords const& words) {
   auto const& reading = state.climate;
   view.isClimateAsked = reading.isSettled();
   bool const isAny = reading.data.usual.has_value();
@@ -136,7 +135,7 @@ AirView airView(SupplementState const* state, ViewContext const& context) {
   if (state == nullptr) return view;
   HazardWords const words = wordsOf(*state, context);
   addAir(view, *state, context, words);
-  addClimate(view, *state, context, words);
+  addClimate(view, *state, words);
   return view;
 }
 

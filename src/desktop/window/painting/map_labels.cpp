@@ -24,9 +24,29 @@ int leastPopulation(double zoom) {
   return static_cast<int>(kAtLeastZoom / std::pow(kStep, std::max(0.0, zoom - kLeastMapZoom)));
 }
 
+namespace {
+
+/// "New South Memphis", with a few more inhabitants than Memphis beside it: a part that was counted as the
+/// whole.
+bool isPartOfLesser(std::vector<City> const& cities, std::size_t part) {
+  constexpr double kBesideKm = 15;
+  std::string_view const name = cities[part].name;
+  for (std::size_t i = part + 1; i < cities.size() && cities[i].population > cities[part].population / 2;
+       ++i) {
+    std::string_view const whole = cities[i].name;
+    if (name.size() > whole.size() + 1 && name.ends_with(whole) &&
+        name[name.size() - whole.size() - 1] == ' ' &&
+        haversineKm(cities[part].coordinate, cities[i].coordinate) < kBesideKm)
+      return true;
+  }
+  return false;
+}
+
+}  // namespace
+
 std::vector<MapTown> mapTowns(std::vector<City> const& cities) {
   constexpr double kBesideKm = 6;
-  constexpr int kCounted = 20'000, kParts = 20;
+  constexpr int kCounted = 20'000, kGreat = 200'000, kParts = 20;
   std::vector<MapTown> towns;
   towns.reserve(cities.size());
   for (City const& city : cities) towns.push_back({mercatorOf(city.coordinate), city.name, city.population});
@@ -35,6 +55,9 @@ std::vector<MapTown> mapTowns(std::vector<City> const& cities) {
       if (haversineKm(cities[i].coordinate, cities[j].coordinate) > kBesideKm) continue;
       towns[i].population = towns[j].population = cities[i].population / kParts;
     }
+  }
+  for (std::size_t i = 0; i < cities.size() && cities[i].population >= kGreat; ++i) {
+    if (isPartOfLesser(cities, i)) towns[i].population /= kParts;
   }
   std::ranges::stable_sort(towns, std::ranges::greater{}, &MapTown::population);
   return towns;
