@@ -17,6 +17,10 @@ FOLDER = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "docs", 
 SETUP = [["places", "add", "59.91,10.75", "--name", "Oslo"], ["places", "select", "Oslo"],
          ["rules", "add", "--title", "Frost", "--type", "temperature", "--operator", "below", "--threshold", "0"]]
 
+# The demo's account takes any application and token.
+LINK = ["station", "link", "--id", "demo", "--token"]
+INPUT = "demo\ndemo\n"
+
 # name: what it is, and command lines that print it. A line of JSON each is "lines".
 COMMANDS = {
     "forecast": ("The forecast for a place", [["forecast", p] for p in ("Oslo", "Tokyo", "39.74,-104.99", "-77.8,166.7")] +
@@ -42,6 +46,8 @@ COMMANDS = {
     "rules": ("The user's own rules", [["rules", "list"]]),
     "satellites": ("Known satellites", [["satellites", "list"]]),
     "notify": ("What a check would send", [["notify", "--dry-run"]]),
+    "station": ("What a weather station measures", [["station", "show"], LINK, ["station", "show"]]),
+    "stations": ("The stations of the linked account", [["station", "list"]]),
 }
 
 ALWAYS_KNOWN = {"id", "state", "source", "service", "kind", "name", "title", "severity", "from", "to", "latitude", "longitude"}
@@ -62,7 +68,7 @@ def documents(program):
         subprocess.run([program, *line], capture_output=True, check=False)
     for name, (_, lines) in COMMANDS.items():
         for line in lines:
-            done = subprocess.run([program, *line, "--json"], capture_output=True, text=True, check=False)
+            done = subprocess.run([program, *line, "--json"], input=INPUT, capture_output=True, text=True, check=False)
             if done.returncode in (0, 1) and done.stdout.strip():
                 yield name, line, json.loads(done.stdout)
             else:
