@@ -17,13 +17,24 @@ void FieldLayer::want(std::optional<FieldWish> const& wish) {
   stop_.request_stop();
   stop_ = std::stop_source();
   wish_ = wish;
+  isNew_ = wish.has_value();
   wake_.notify_all();
 }
 
 void FieldLayer::work(std::stop_token const& end) {
   std::unique_lock lock(mutex_);
-  while (wake_.wait(lock, end, [this] { return wish_.has_value(); })) {
-    FieldAnswer answer{*std::exchange(wish_, std::nullopt), nullptr, {}, 0, {}};
+  auto const isDue = [this] { return isNew_; };
+  bool hasFailed = false;
+  while (!end.stop_requested()) {
+    if (hasFailed) {
+      wake_.wait_for(lock, end, kAgain, isDue);
+    } else {
+      wake_.wait(lock, end, isDue);
+    }
+    if (end.stop_requested()) return;
+    isNew_ = hasFailed = false;
+    if (!wish_) continue;
+    FieldAnswer answer{*wish_, nullptr, {}, 0, {}};
     std::stop_token const stop = stop_.get_token();
     lock.unlock();
     auto fields = service_()->fetch(modelGridFor(answer.wish.view), stop);
@@ -35,6 +46,7 @@ void FieldLayer::work(std::stop_token const& end) {
       answer.picture =
           fieldPicture(*answer.fields, answer.wish.kind, answer.hour, answer.wish.view, answer.wish.look);
     }
+    hasFailed = answer.failure && !stop.stop_requested();
     if (!stop.stop_requested()) listener_(std::move(answer));
     lock.lock();
   }

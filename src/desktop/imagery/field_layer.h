@@ -36,6 +36,8 @@ class FieldLayer {
  public:
   /// Called on the layer's thread, without locks.
   using Listener = std::function<void(FieldAnswer)>;
+  /// After this span fields that could not be had are asked for again.
+  static constexpr std::chrono::minutes kAgain{2};
 
   FieldLayer(InUse<ModelFieldService> service, Listener listener);
   ~FieldLayer();
@@ -50,9 +52,10 @@ class FieldLayer {
 
   InUse<ModelFieldService> service_;
   Listener listener_;
-  std::mutex mutex_;  // guards the two below
+  std::mutex mutex_;  // guards the three below
   std::condition_variable_any wake_;
-  std::optional<FieldWish> wish_;  ///< that nobody has begun with
+  std::optional<FieldWish> wish_;
+  bool isNew_ = false;  ///< nobody has begun with it
   std::stop_source stop_;
   std::jthread worker_;
 };

@@ -35,14 +35,16 @@ void StreetLayer::want(std::optional<StreetWish> const& wish) {
 void StreetLayer::work(std::stop_token const& end) {
   std::unique_lock lock(mutex_);
   bool isWhole = true;
+  std::chrono::seconds pause = kAgain;
   while (!end.stop_requested()) {
     auto const isDue = [this] { return isNew_; };
     if (isWhole) {
       wake_.wait(lock, end, isDue);
     } else {
-      wake_.wait_for(lock, end, kAgain, isDue);
+      wake_.wait_for(lock, end, pause, isDue);
     }
     if (end.stop_requested()) return;
+    pause = isNew_ ? kAgain : std::min(2 * pause, kMostRest);
     isNew_ = false;
     isWhole = true;
     if (!wish_) continue;

@@ -36,8 +36,8 @@ class StreetLayer {
  public:
   /// Called on the layer's thread, without locks.
   using Listener = std::function<void(StreetAnswer)>;
-  /// After this span tiles that could not be had are asked for again.
-  static constexpr std::chrono::seconds kAgain{20};
+  /// After this span tiles that could not be had are asked for again, later and later up to the second.
+  static constexpr std::chrono::seconds kAgain{20}, kMostRest{1280};
 
   StreetLayer(InUse<TileService> tiles, Listener listener);
   ~StreetLayer();
