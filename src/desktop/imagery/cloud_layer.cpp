@@ -7,32 +7,10 @@ namespace nimbara {
 CloudLayer::CloudLayer(InUse<CloudService> service, Listener listener)
     : service_(std::move(service)),
       listener_(std::move(listener)),
-      worker_([this](std::stop_token const& end) { work(end); }) {}
-
-CloudLayer::~CloudLayer() {
-  worker_.request_stop();
-  want(false);
-}
-
-void CloudLayer::want(bool isWanted) {
-  std::lock_guard const lock(mutex_);
-  if (isWanted == isWanted_) return;
-  isWanted_ = isWanted;
-  if (isWanted) stop_ = std::stop_source();
-  if (!isWanted) stop_.request_stop();
-  wake_.notify_all();
-}
-
-void CloudLayer::work(std::stop_token const& end) {
-  std::unique_lock lock(mutex_);
-  while (wake_.wait(lock, end, [this] { return isWanted_; })) {
-    std::stop_token const stop = stop_.get_token();
-    lock.unlock();
-    look(stop);
-    lock.lock();
-    wake_.wait_for(lock, end, kAgain, [&stop] { return stop.stop_requested(); });
-  }
-}
+      worker_({kAgain, kAgain}, [this](Looked const& /*wish*/, std::stop_token const& stop) {
+        look(stop);
+        return false;
+      }) {}
 
 void CloudLayer::look(std::stop_token const& stop) {
   std::optional<QImage> made;

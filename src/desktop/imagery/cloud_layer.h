@@ -3,14 +3,12 @@
 #pragma once
 
 #include "app/services/in_use.h"
+#include "desktop/imagery/wish_worker.h"
 #include "feeds/imagery/cloud_service.h"
 
 #include <QImage>
-#include <condition_variable>
 #include <functional>
-#include <mutex>
 #include <optional>
-#include <thread>
 #include <vector>
 
 namespace nimbara {
@@ -30,26 +28,22 @@ class CloudLayer {
   static constexpr std::chrono::minutes kAgain{5};
 
   CloudLayer(InUse<CloudService> service, Listener listener);
-  ~CloudLayer();
-  CloudLayer(CloudLayer const&) = delete;
-  CloudLayer& operator=(CloudLayer const&) = delete;
 
   /// Somebody looks, or nobody any more; what is under way then ends. Returns at once.
-  void want(bool isWanted);
+  void want(bool isWanted) { worker_.want(isWanted ? std::optional(Looked()) : std::nullopt); }
 
  private:
-  void work(std::stop_token const& end);
+  struct Looked {
+    bool operator==(Looked const&) const = default;
+  };
+
   void look(std::stop_token const& stop);
 
   InUse<CloudService> service_;
   Listener listener_;
-  CloudSky sky_;  // of the layer's thread
+  CloudSky sky_;  // this and the next of the layer's thread
   bool isKnown_ = false;
-  std::mutex mutex_;  // guards the two below
-  std::condition_variable_any wake_;
-  bool isWanted_ = false;
-  std::stop_source stop_;
-  std::jthread worker_;
+  WishWorker<Looked> worker_;  ///< ends first
 };
 
 }  // namespace nimbara

@@ -4,13 +4,11 @@
 
 #include "app/services/in_use.h"
 #include "desktop/imagery/field_picture.h"
+#include "desktop/imagery/wish_worker.h"
 #include "feeds/imagery/model_field_service.h"
 
-#include <condition_variable>
 #include <functional>
-#include <mutex>
 #include <optional>
-#include <thread>
 
 namespace nimbara {
 
@@ -36,28 +34,20 @@ class FieldLayer {
  public:
   /// Called on the layer's thread, without locks.
   using Listener = std::function<void(FieldAnswer)>;
-  /// After this span fields that could not be had are asked for again.
-  static constexpr std::chrono::minutes kAgain{2};
+  /// After this span fields that could not be had are asked for again, later and later up to the second.
+  static constexpr std::chrono::minutes kAgain{1}, kMostRest{16};
 
   FieldLayer(InUse<ModelFieldService> service, Listener listener);
-  ~FieldLayer();
-  FieldLayer(FieldLayer const&) = delete;
-  FieldLayer& operator=(FieldLayer const&) = delete;
 
   /// What was wanted before is wanted no more; nothing while nobody looks. Returns at once.
-  void want(std::optional<FieldWish> const& wish);
+  void want(std::optional<FieldWish> const& wish) { worker_.want(wish); }
 
  private:
-  void work(std::stop_token const& end);
+  bool serve(FieldWish const& wish, std::stop_token const& stop) const;
 
   InUse<ModelFieldService> service_;
   Listener listener_;
-  std::mutex mutex_;  // guards the three below
-  std::condition_variable_any wake_;
-  std::optional<FieldWish> wish_;
-  bool isNew_ = false;  ///< nobody has begun with it
-  std::stop_source stop_;
-  std::jthread worker_;
+  WishWorker<FieldWish> worker_;  ///< ends first
 };
 
 }  // namespace nimbara

@@ -1,12 +1,11 @@
 #include "desktop/imagery/radar_layer.h"
 
-#include "app/services/side_by_side.h"
+#include "desktop/imagery/fetched_pictures.h"
 #include "desktop/imagery/picture_decoder.h"
 #include "feeds/imagery/radar_service.h"
 #include "feeds/imagery/tile_service.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cstring>
 #include <limits>
 
@@ -16,33 +15,9 @@ namespace {
 
 using Kind = ServiceFailure::Kind;
 using State = RadarProgress::State;
-using Fetched = Result<std::string, ServiceFailure>;
-
-constexpr int kNotFound = 404;
 
 ServiceFailure useless() {
   return ServiceFailure::of(Kind::unreadable, "its pictures do not show the radar");
-}
-
-bool isMissing(ServiceFailure const& failure) {
-  return failure.kind == Kind::status && failure.status == kNotFound;
-}
-
-/// All of them by six at once; not the rest where two have failed.
-std::vector<Fetched> fetchedAll(std::size_t count, std::function<Fetched(std::size_t)> const& fetch) {
-  constexpr std::size_t kAtOnce = 6;
-  constexpr int kEnough = 2;
-  std::vector<Fetched> got(count, std::unexpected(ServiceFailure::of(Kind::noAnswer)));
-  std::atomic<std::size_t> next = 0;
-  std::atomic<int> failures = 0;
-  auto const work = [&] {
-    for (std::size_t i = next++; i < count && failures < kEnough; i = next++) {
-      got[i] = fetch(i);
-      if (!got[i] && !isMissing(got[i].error())) ++failures;
-    }
-  };
-  runAll(std::vector<std::function<void()>>(std::min(count, kAtOnce), work), Waiting::sideBySide);
-  return got;
 }
 
 /// Pictures of a frame, and what became of those that are not there.
@@ -52,7 +27,7 @@ struct Tiles {
   std::optional<ServiceFailure> failure;  ///< of the first that failed, else of one that does not exist
 };
 
-Tiles decodedTiles(std::vector<PictureArea> const& wanted, std::vector<Fetched> const& got,
+Tiles decodedTiles(std::vector<PictureArea> const& wanted, std::vector<FetchedPicture> const& got,
                    RadarSupplier const& supplier) {
   Tiles tiles;
   std::optional<ServiceFailure> missing;

@@ -4,14 +4,12 @@
 
 #include "app/services/in_use.h"
 #include "desktop/imagery/radar_picture.h"
+#include "desktop/imagery/wish_worker.h"
 #include "platform/service_failure.h"
 
-#include <condition_variable>
 #include <functional>
-#include <mutex>
 #include <optional>
 #include <string>
-#include <thread>
 
 namespace nimbara {
 
@@ -40,25 +38,17 @@ class StreetLayer {
   static constexpr std::chrono::seconds kAgain{20}, kMostRest{1280};
 
   StreetLayer(InUse<TileService> tiles, Listener listener);
-  ~StreetLayer();
-  StreetLayer(StreetLayer const&) = delete;
-  StreetLayer& operator=(StreetLayer const&) = delete;
 
   /// What was wanted before is wanted no more; nothing while nobody looks. Returns at once.
-  void want(std::optional<StreetWish> const& wish);
+  void want(std::optional<StreetWish> const& wish) { worker_.want(wish); }
 
  private:
-  void work(std::stop_token const& end);
+  bool serve(StreetWish const& wish, std::stop_token const& stop) const;
   StreetAnswer answerTo(StreetWish const& wish, std::stop_token const& stop) const;
 
   InUse<TileService> tiles_;
   Listener listener_;
-  std::mutex mutex_;  // guards the three below
-  std::condition_variable_any wake_;
-  std::optional<StreetWish> wish_;
-  bool isNew_ = false;
-  std::stop_source stop_;
-  std::jthread worker_;
+  WishWorker<StreetWish> worker_;  ///< ends first
 };
 
 }  // namespace nimbara
