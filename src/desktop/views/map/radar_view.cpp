@@ -60,15 +60,15 @@ std::string amountOf(double mmPerHour, Texts const& texts) {
   return text;
 }
 
-std::string colourOf(std::uint32_t rgba) {
+}  // namespace
+
+std::string colourText(std::uint32_t rgba) {
   constexpr std::string_view kDigits = "0123456789abcdef";
   std::uint32_t const argb = rgba >> 8 | rgba << 24;
   std::string text = "#";
   for (int shift = 28; shift >= 0; shift -= 4) text += kDigits[argb >> shift & 0xf];
   return text;
 }
-
-}  // namespace
 
 std::size_t newestOf(RadarProgress const& progress) {
   std::size_t newest = 0;
@@ -138,7 +138,7 @@ std::vector<RadarColourView> radarColourViews(RadarProgress const& progress, std
   auto const legend = legendOf(isForeign ? supplierOf(progress.source).palette : RadarPalette::own);
   colours.reserve(legend.size());
   for (LegendStop const& stop : legend) {
-    colours.push_back({colourOf(stop.rgba), amountOf(stop.mmPerHour, context.texts)});
+    colours.push_back({colourText(stop.rgba), amountOf(stop.mmPerHour, context.texts)});
   }
   return colours;
 }

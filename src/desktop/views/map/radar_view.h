@@ -102,8 +102,10 @@ template <>
 inline constexpr auto viewFields<RadarColourView> =
     FieldList{viewField("colour", &RadarColourView::colour), viewField("amount", &RadarColourView::amount)};
 
-/// Empty without frames.
-/// Of the frame that was chosen.
+/// "#aarrggbb" of 0xRRGGBBAA.
+std::string colourText(std::uint32_t rgba);
+
+/// Of the frame that was chosen; empty without frames.
 std::vector<RadarColourView> radarColourViews(RadarProgress const& progress, std::optional<Instant> frame,
                                               ViewContext const& context);
 

@@ -1,6 +1,7 @@
 #include "desktop/window/models/field_model.h"
 
 #include "base/text/number.h"
+#include "desktop/views/map/radar_view.h"
 #include "desktop/window/models/window_actions.h"
 #include "feeds/fetching/failure_words.h"
 #include "feeds/imagery/radar_palette.h"
@@ -20,13 +21,6 @@ static_assert(kTitles.size() == enumNames<FieldKind>.size());
 constexpr double kColoursOpacity = 0.62;
 constexpr std::string_view kMaker = "Open-Meteo.com";
 
-std::string colourText(std::uint32_t rgb) {
-  constexpr std::string_view kDigits = "0123456789abcdef";
-  std::string text = "#";
-  for (int shift = 20; shift >= 0; shift -= 4) text += kDigits[rgb >> shift & 0xf];
-  return text;
-}
-
 bool isColoured(FieldKind kind) {
   return kind == FieldKind::temperature || kind == FieldKind::precipitation;
 }
@@ -34,10 +28,10 @@ bool isColoured(FieldKind kind) {
 std::vector<FieldColourView> colourViews(FieldKind kind, ViewContext const& context) {
   std::vector<FieldColourView> views;
   for (FieldStop const& stop : fieldColours(kind))
-    views.push_back({colourText(stop.rgb), display(stop.value, context.units.temperature)});
+    views.push_back({colourText(stop.rgb << 8 | 0xff), display(stop.value, context.units.temperature)});
   if (kind != FieldKind::precipitation) return views;
   for (LegendStop const& stop : legendOf(RadarPalette::own))
-    views.push_back({colourText(stop.rgba >> 8), display(stop.mmPerHour, context.units.precipitation)});
+    views.push_back({colourText(stop.rgba), display(stop.mmPerHour, context.units.precipitation)});
   return views;
 }
 
