@@ -129,7 +129,7 @@ void MapModel::takeSettings() {
   if (!snapshot_->settings) return;
   Settings const& settings = snapshot_->settings->settings;
   streetCredit_ = settings.text(kMapTilesCreditSetting);
-  streets_->setPattern(settings.text(kMapTilesSetting));
+  if (streets_->setPattern(settings.text(kMapTilesSetting)) && isShown_) rest_.start();
   if (areGiven_) return;
   std::string text = settings.text(kMapLayersSetting);
   if (text == seen_) return;

@@ -10,10 +10,11 @@ StreetModel::StreetModel(InUse<TileService> tiles, QObject* parent)
 
 StreetModel::~StreetModel() = default;
 
-void StreetModel::setPattern(std::string pattern) {
-  if (pattern == pattern_) return;
+bool StreetModel::setPattern(std::string pattern) {
+  if (pattern == pattern_) return false;
   pattern_ = std::move(pattern);
   answer_.reset();
+  return true;
 }
 
 void StreetModel::look(std::optional<MapView> const& view, Instant now) {

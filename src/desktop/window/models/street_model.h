@@ -19,8 +19,8 @@ class StreetModel : public QObject {
   StreetModel(InUse<TileService> tiles, QObject* parent);
   ~StreetModel() override;
 
-  /// Empty: the user has entered none.
-  void setPattern(std::string pattern);
+  /// Empty: the user has entered none. Whether it is another one, for which the map is to be looked at again.
+  bool setPattern(std::string pattern);
   bool canAsk() const { return static_cast<bool>(tiles_) && !pattern_.empty(); }
   /// What the map shows and nobody moves any more; nothing while nobody looks.
   void look(std::optional<MapView> const& view, Instant now);
