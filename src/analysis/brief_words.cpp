@@ -80,7 +80,15 @@ std::string BriefWords::during(std::string name, WeatherEvent const& event, Inst
   bool const fromStart = event.begin <= begin + kAtOnce;
   bool const toEnd = event.end > end || (event.isOpen && event.end == end);
   if (fromStart && toEnd) return name;
-  if (fromStart) return texts_.format("brief.until", name, clock_.phrase(ClockRole::until, event.end));
+  // A day that is told of before its morning reaches into the next one, whose early hours are named like its
+  // own.
+  constexpr std::chrono::hours kLongestNight{16};
+  bool const isOfNextDay = event.end - begin > kLongestNight;
+  using enum ClockPhrase::Precision;
+  if (fromStart)
+    return texts_.format("brief.until", name,
+                         isOfNextDay ? clock_.phraseOnDay(ClockRole::until, event.end, begin, hour)
+                                     : clock_.phrase(ClockRole::until, event.end));
   if (toEnd) return texts_.format("brief.during", name, clock_.phrase(ClockRole::from, event.begin));
   return texts_.format("brief.during", name, clock_.span(event.begin, event.end));
 }

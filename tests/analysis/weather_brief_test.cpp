@@ -118,6 +118,14 @@ INSTANTIATE_TEST_SUITE_P(
             },
             "Today: Overcast, clearing later, high 15 °C."}));
 
+TEST(Brief, NamesTheDayOfAnEndThatIsNotTodays) {
+  WeatherData weather = days();
+  falls(0, 26, 1, 80, Code::lightRain)(weather);
+  EXPECT_THAT(briefOf(weather, at("2026-11-21T02:15:00Z")),
+              HasSubstr("Today: Light rain until 2 AM tomorrow,"));
+  EXPECT_THAT(briefOf(weather, at("2026-11-21T20:15:00Z")), HasSubstr("Tonight: Light rain until 2 AM,"));
+}
+
 TEST(Brief, UsesTheReadersUnits) {
   WeatherData weather = days();
   falls(12, 15, 2, 80, Code::lightRain)(weather);
