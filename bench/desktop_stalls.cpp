@@ -4,8 +4,8 @@
 // leaves alone. The limit is 50 ms: what takes longer is felt.
 //
 //   desktop_stalls [STATE...]     all states and the globe, or those that are named
-#include "desktop/globe_states.h"
-#include "desktop/page_states.h"
+#include "desktop/globe/globe_states.h"
+#include "desktop/states/page_states.h"
 #include "desktop/window/desktop_window.h"
 
 #include <QEventLoop>

@@ -1,8 +1,8 @@
 // One seven-day answer from bytes to the processed forecast, beside what the parser library alone and a tree
 // parser need for the same bytes in the same run.
 
+#include "analysis/brief/weather_brief.h"
 #include "analysis/weather_analysis_engine.h"
-#include "analysis/weather_brief.h"
 #include "base/sun_moon.h"
 #include "demo/forecasts/open_meteo_stand_in.h"
 #include "model/process.h"

@@ -2,8 +2,8 @@
 // use: processor time of the window's thread, offscreen with software rendering at 1280×800. Twenty-five
 // frames a second within 60 % of one core leave 24 ms for a frame. Then whether anything is drawn while
 // nothing moves.
-#include "desktop/globe_states.h"
-#include "desktop/page_states.h"
+#include "desktop/globe/globe_states.h"
+#include "desktop/states/page_states.h"
 #include "desktop/window/desktop_window.h"
 
 #include <QEventLoop>

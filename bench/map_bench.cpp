@@ -1,8 +1,8 @@
 // What a frame of the map costs while it is panned, with the radar on top, and what it costs to go from one
 // picture of the radar to the next: processor time of the window's thread, offscreen with software rendering
 // at 1280×800. The limits are 33 ms for a frame and 50 ms for a change of the picture.
-#include "desktop/page_states.h"
-#include "desktop/radar_hosts.h"
+#include "desktop/map/radar_hosts.h"
+#include "desktop/states/page_states.h"
 #include "desktop/window/desktop_window.h"
 
 #include <QEventLoop>

@@ -3,7 +3,7 @@
 
 #include "globe/propagation/sgp4_batch.h"
 #include "globe/satellite_layer.h"
-#include "support/made_satellites.h"
+#include "support/answers/made_satellites.h"
 
 #include <benchmark/benchmark.h>
 

@@ -2,7 +2,7 @@
 // a walk over all their corners in the same run. Then the worst case: every outline goes round the place and
 // has it outside. Processor time: the machine is shared.
 
-#include "feeds/alerts/cap_events.h"
+#include "feeds/alerts/events/cap_events.h"
 #include "feeds/cap/shape_geometry.h"
 
 #include <benchmark/benchmark.h>

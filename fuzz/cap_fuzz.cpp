@@ -1,7 +1,7 @@
 // Any bytes as the document of a warning: through the reader, the choice of what it says of an entry, and
 // what it means for places.
 
-#include "feeds/alerts/cap_events.h"
+#include "feeds/alerts/events/cap_events.h"
 #include "feeds/cap/cap_reader.h"
 #include "feeds/meteoalarm/meteo_alarm_details.h"
 

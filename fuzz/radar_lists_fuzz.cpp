@@ -1,6 +1,6 @@
 // Any bytes as a list of radar pictures of any supplier.
 
-#include "feeds/imagery/radar_lists.h"
+#include "feeds/imagery/radar/radar_lists.h"
 
 #include <cstdint>
 

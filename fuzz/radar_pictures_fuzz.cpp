@@ -2,7 +2,7 @@
 
 #include "desktop/imagery/cloud_veil.h"
 #include "desktop/imagery/picture_decoder.h"
-#include "desktop/imagery/radar_picture.h"
+#include "desktop/imagery/radar/radar_picture.h"
 
 #include <cstdint>
 #include <cstdlib>

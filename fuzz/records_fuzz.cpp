@@ -2,7 +2,7 @@
 
 #include "base/json/json.h"
 #include "model/process.h"
-#include "model/weather_alert.h"
+#include "model/warnings/weather_alert.h"
 #include "model/weather_cache.h"
 #include "model/weather_data.h"
 #include "providers/geocoder.h"

@@ -6,7 +6,7 @@
 #include "notifications/engine/engine_state.h"
 #include "notifications/engine/notification_state.h"
 #include "notifications/log/notification_log.h"
-#include "platform/scratch_settings_store.h"
+#include "platform/settings/scratch_settings_store.h"
 
 #include <cstdint>
 #include <cstdlib>

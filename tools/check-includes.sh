@@ -23,6 +23,7 @@ declare -A may=(
 )
 
 declare -A rooms=(
+  [analysis/alerts]="brief"
   [base/json]="text time"
   [base/time]="files text"
   [base/words]="json text time"
@@ -32,6 +33,7 @@ declare -A rooms=(
   [app/recording]="notices"
   [app/services]="places settings"
   [app/state]="places services settings words"
+  [platform/linux]="http session settings"
   [providers/metnorway]="common"
   [providers/openmeteo]="common"
   [providers/weatherkit]="common"

@@ -13,7 +13,7 @@ complain() {
     [ -n "$file" ] || continue
     echo "$file:$line: $1"
     wrong=1
-  done < <(grep -nE --exclude=PlainText.qml --exclude=MarkedText.qml "$2" -- "$pages"/*.qml || true)
+  done < <(grep -nE --exclude=PlainText.qml --exclude=MarkedText.qml "$2" -r --include=*.qml -- "$pages" || true)
 }
 
 complain "use PlainText, or MarkedText where a line has a lead" \
@@ -29,7 +29,7 @@ lint() {
   mkdir -p "$types/NimbaraPages"
   grep -vE '^(typeinfo|prefer|plugin|classname|linktarget)' "$build/src/desktop/window/qmldir" >"$types/NimbaraPages/qmldir"
   rm -f "$types"/NimbaraPages/*.qml
-  ln -s "$PWD/$pages"/*.qml "$types/NimbaraPages/"
+  find "$PWD/$pages" -name "*.qml" -exec ln -s -t "$types/NimbaraPages/" {} +
   { "${QMLLINT:-/usr/lib/qt6/bin/qmllint}" --deferred-property-id disable -I "$types" "$types"/NimbaraPages/*.qml 2>&1 || true; } |
     awk -v folder="$types/NimbaraPages/" -v shown="$pages/" '
       function known(file, name,    line, found) {

@@ -1,6 +1,6 @@
 #include "analysis/weather_analysis_engine.h"
 
-#include "analysis/truer_alerts.h"
+#include "analysis/alerts/truer_alerts.h"
 #include "model/process.h"
 
 namespace nimbara {

@@ -1,10 +1,10 @@
 // All that is computed from one forecast, with the parts that compute it. A value without state.
 #pragma once
 
-#include "analysis/alert_generator.h"
+#include "analysis/alerts/alert_generator.h"
 #include "analysis/event_detector.h"
 #include "analysis/precip_predictor.h"
-#include "analysis/tip_generator.h"
+#include "analysis/tips/tip_generator.h"
 #include "analysis/trend_analyzer.h"
 #include "model/forecast_insight.h"
 

@@ -5,9 +5,9 @@
 #include "app/settings/environment.h"
 #include "cli/command_line.h"
 #include "platform/clock.h"
-#include "platform/http_client.h"
+#include "platform/http/http_client.h"
 #include "platform/location_source.h"
-#include "platform/settings_store.h"
+#include "platform/settings/settings_store.h"
 
 #include <chrono>
 #include <stop_token>

@@ -8,7 +8,7 @@
 #include "base/time/instant.h"
 #include "base/units.h"
 #include "cli/commands/feed_commands.h"
-#include "cli/commands/regions_command.h"
+#include "cli/commands/warnings/regions_command.h"
 #include "cli/options/replay_options.h"
 #include "cli/options/rules_options.h"
 #include "cli/options/satellites_options.h"

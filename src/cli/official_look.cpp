@@ -1,6 +1,6 @@
 #include "cli/official_look.h"
 
-#include "feeds/alerts/official_sources.h"
+#include "feeds/alerts/routing/official_sources.h"
 
 #include <algorithm>
 

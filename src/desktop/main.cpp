@@ -12,7 +12,7 @@
 #include "demo/world/demo_places.h"
 #include "desktop/core/process_end.h"
 #include "desktop/core/snapshot_box.h"
-#include "desktop/imagery/radar_drawer.h"
+#include "desktop/imagery/radar/radar_drawer.h"
 #include "desktop/window/desktop_shell.h"
 #include "desktop/window/desktop_window.h"
 #include "desktop/window/models/desktop_model.h"

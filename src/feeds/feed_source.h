@@ -6,7 +6,7 @@
 #include "base/time/instant.h"
 #include "feeds/fetching/feed_key.h"
 #include "platform/clock.h"
-#include "platform/http_client.h"
+#include "platform/http/http_client.h"
 #include "platform/service_failure.h"
 
 #include <map>

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "base/json/json.h"
-#include "model/weather_alert.h"
+#include "model/warnings/weather_alert.h"
 
 #include <optional>
 #include <string>

@@ -1,6 +1,6 @@
 #include "base/json/json_codec.h"
 #include "model/forecast_insight.h"
-#include "model/weather_alert.h"
+#include "model/warnings/weather_alert.h"
 #include "model/weather_cache.h"
 #include "model/weather_data.h"
 #include "model/wttr_response.h"

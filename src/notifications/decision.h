@@ -3,9 +3,9 @@
 #pragma once
 
 #include "base/json/json.h"
-#include "model/weather_alert.h"
+#include "model/warnings/weather_alert.h"
 #include "notifications/rules/rule.h"
-#include "platform/notification_center.h"
+#include "platform/session/notification_center.h"
 
 #include <optional>
 #include <string>

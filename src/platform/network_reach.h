@@ -2,7 +2,7 @@
 // failure is not its own.
 #pragma once
 
-#include "platform/http_client.h"
+#include "platform/http/http_client.h"
 
 namespace nimbara {
 

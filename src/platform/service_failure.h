@@ -4,7 +4,7 @@
 
 #include "base/json/json.h"
 #include "base/time/instant.h"
-#include "platform/http_client.h"
+#include "platform/http/http_client.h"
 
 #include <optional>
 #include <string>

@@ -7,7 +7,7 @@
 #include "base/result.h"
 #include "model/wttr_response.h"
 #include "platform/clock.h"
-#include "platform/http_client.h"
+#include "platform/http/http_client.h"
 #include "providers/common/api_error.h"
 #include "providers/common/service_address.h"
 

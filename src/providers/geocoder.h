@@ -3,7 +3,7 @@
 
 #include "base/geodesy.h"
 #include "base/result.h"
-#include "platform/http_client.h"
+#include "platform/http/http_client.h"
 #include "providers/common/api_error.h"
 #include "providers/common/service_address.h"
 

@@ -1,7 +1,7 @@
 #include "providers/provider_manager.h"
 
+#include "platform/http/request_quota.h"
 #include "platform/network_reach.h"
-#include "platform/request_quota.h"
 
 #include <algorithm>
 #include <utility>

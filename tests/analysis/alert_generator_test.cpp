@@ -1,4 +1,4 @@
-#include "analysis/alert_generator.h"
+#include "analysis/alerts/alert_generator.h"
 
 #include "analysis/felt_temperature.h"
 #include "support/forecasts.h"

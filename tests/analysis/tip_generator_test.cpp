@@ -1,4 +1,4 @@
-#include "analysis/tip_generator.h"
+#include "analysis/tips/tip_generator.h"
 
 #include "support/forecasts.h"
 

@@ -1,6 +1,6 @@
-#include "analysis/weather_brief.h"
+#include "analysis/brief/weather_brief.h"
 
-#include "analysis/stated_numbers.h"
+#include "analysis/brief/stated_numbers.h"
 #include "analysis/trend_analyzer.h"
 #include "support/forecasts.h"
 

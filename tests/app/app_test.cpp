@@ -1,9 +1,9 @@
 #include "app/places/place.h"
-#include "app/services/forecast_service.h"
+#include "app/services/forecasts/forecast_service.h"
 #include "app/settings/service_directory.h"
+#include "support/answers/open_meteo_answer.h"
 #include "support/fake_http_client.h"
 #include "support/instants.h"
-#include "support/open_meteo_answer.h"
 
 #include <gtest/gtest.h>
 

@@ -1,16 +1,16 @@
 #include "app/notices/notification_desk.h"
 
 #include "app/notices/late_notification_center.h"
-#include "app/services/forecast_service.h"
+#include "app/services/forecasts/forecast_service.h"
 #include "app/settings/settings_registry.h"
 #include "notifications/log/notification_log.h"
 #include "platform/linux/store/sqlite_settings_store.h"
+#include "support/answers/open_meteo_answer.h"
 #include "support/fake_http_client.h"
-#include "support/fake_notification_center.h"
 #include "support/manual_clock.h"
 #include "support/manual_runner.h"
 #include "support/notification_engine.h"
-#include "support/open_meteo_answer.h"
+#include "support/session/fake_notification_center.h"
 #include "support/temporary_folder.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "app/words/spoken_text.h"
+#include "app/words/brief/spoken_text.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "app/notices/spoken_warnings.h"
 
-#include "support/fake_speech.h"
 #include "support/notification_engine.h"
+#include "support/session/fake_speech.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

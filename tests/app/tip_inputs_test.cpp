@@ -1,4 +1,4 @@
-#include "app/words/tip_inputs.h"
+#include "app/words/brief/tip_inputs.h"
 
 #include "app/settings/settings_registry.h"
 

@@ -1,7 +1,7 @@
 #include "app/places/user_data.h"
 
 #include "app/settings/settings_registry.h"
-#include "platform/scratch_settings_store.h"
+#include "platform/settings/scratch_settings_store.h"
 
 namespace nimbara {
 namespace {

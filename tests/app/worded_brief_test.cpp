@@ -1,4 +1,4 @@
-#include "app/words/worded_brief.h"
+#include "app/words/brief/worded_brief.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "cli/pages/area_map.h"
+#include "cli/pages/warnings/area_map.h"
 
 #include "base/text/text.h"
 

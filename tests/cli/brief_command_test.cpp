@@ -1,6 +1,6 @@
 #include "app/settings/settings_registry.h"
 #include "platform/linux/store/sqlite_settings_store.h"
-#include "support/demo_session.h"
+#include "support/session/demo_session.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

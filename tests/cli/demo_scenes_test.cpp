@@ -1,5 +1,5 @@
 #include "demo/demo_server.h"
-#include "support/demo_session.h"
+#include "support/session/demo_session.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 #include "base/text/text.h"
-#include "cli/pages/warning_page.h"
+#include "cli/pages/warnings/warning_page.h"
 #include "demo/demo_server.h"
 #include "support/instants.h"
 #include "support/temporary_folder.h"

@@ -1,5 +1,5 @@
 #include "base/json/json.h"
-#include "support/demo_session.h"
+#include "support/session/demo_session.h"
 
 #include <gmock/gmock.h>
 

@@ -1,6 +1,6 @@
 // One present on the page, in the status line and in its tooltip.
-#include "cli/pages/forecast_report.h"
-#include "cli/pages/line_text.h"
+#include "cli/pages/forecast/forecast_report.h"
+#include "cli/pages/forecast/line_text.h"
 #include "support/forecasts.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "cli/pages/region_table.h"
+#include "cli/pages/warnings/region_table.h"
 
 #include "support/paths.h"
 #include "support/samples.h"

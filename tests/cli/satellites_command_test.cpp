@@ -3,10 +3,10 @@
 #include "feeds/space/element_text.h"
 #include "globe/propagation/sat_rec.h"
 #include "globe/satellite_catalog.h"
-#include "support/demo_session.h"
-#include "support/element_table.h"
+#include "support/answers/element_table.h"
 #include "support/instants.h"
 #include "support/loopback_server.h"
+#include "support/session/demo_session.h"
 #include "support/test_console.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "support/demo_session.h"
+#include "support/session/demo_session.h"
 
 #include <gmock/gmock.h>
 

@@ -1,6 +1,6 @@
 // The same weather wherever it is read: on the terminal, in a bar, on the bus and in the desktop's search.
-#include "support/demo_session.h"
-#include "support/private_bus.h"
+#include "support/session/demo_session.h"
+#include "support/session/private_bus.h"
 
 #include <gmock/gmock.h>
 

@@ -22,9 +22,9 @@
 //   // …                    why
 #include "app/places/place.h"
 #include "base/text/text.h"
-#include "support/demo_session.h"
-#include "support/fake_location_source.h"
 #include "support/samples.h"
+#include "support/session/demo_session.h"
+#include "support/session/fake_location_source.h"
 
 #include <gmock/gmock.h>
 

@@ -1,10 +1,10 @@
 // Where warnings come from and where they hold, as the command line says it.
-#include "cli/pages/source_report.h"
-#include "cli/pages/warning_json.h"
-#include "cli/pages/warning_page.h"
-#include "feeds/alerts/official_sources.h"
-#include "support/demo_session.h"
+#include "cli/pages/warnings/source_report.h"
+#include "cli/pages/warnings/warning_json.h"
+#include "cli/pages/warnings/warning_page.h"
+#include "feeds/alerts/routing/official_sources.h"
 #include "support/manual_clock.h"
+#include "support/session/demo_session.h"
 
 #include <gmock/gmock.h>
 

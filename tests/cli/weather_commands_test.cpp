@@ -1,11 +1,11 @@
 #include "app/settings/settings_registry.h"
 #include "cli/cli.h"
-#include "cli/pages/line_text.h"
+#include "cli/pages/forecast/line_text.h"
 #include "demo/demo_server.h"
 #include "platform/linux/store/sqlite_settings_store.h"
-#include "support/demo_session.h"
 #include "support/forecasts.h"
 #include "support/instants.h"
+#include "support/session/demo_session.h"
 #include "support/test_console.h"
 
 #include <gmock/gmock.h>

@@ -1,7 +1,7 @@
 #include "demo/demo_server.h"
-#include "demo/feeds/nws_stand_in.h"
 #include "demo/feeds/swpc_stand_in.h"
 #include "demo/feeds/usgs_stand_in.h"
+#include "demo/feeds/warnings/nws_stand_in.h"
 #include "feeds/alerts/gov_alert_service.h"
 #include "feeds/alerts/gov_alerts.h"
 #include "feeds/quakes/earthquake_service.h"

@@ -6,7 +6,7 @@
 #include "app/settings/settings_registry.h"
 #include "demo/demo_server.h"
 #include "platform/linux/http/curl_http_client.h"
-#include "platform/scratch_settings_store.h"
+#include "platform/settings/scratch_settings_store.h"
 #include "support/instants.h"
 #include "support/manual_runner.h"
 

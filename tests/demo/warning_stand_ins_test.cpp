@@ -1,5 +1,5 @@
 #include "demo/demo_server.h"
-#include "demo/world/demo_issuers.h"
+#include "demo/world/warnings/demo_issuers.h"
 #include "feeds/brightsky/bright_sky_service.h"
 #include "feeds/eccc/eccc_service.h"
 #include "feeds/fpas/fpas_service.h"

@@ -5,7 +5,7 @@
 #include "app/settings/service_directory.h"
 #include "base/words/texts.h"
 #include "demo/demo_server.h"
-#include "demo/world/demo_issuers.h"
+#include "demo/world/warnings/demo_issuers.h"
 #include "feeds/alerts/gov_alert_service.h"
 #include "platform/linux/http/curl_http_client.h"
 #include "support/instants.h"

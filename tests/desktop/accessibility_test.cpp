@@ -1,7 +1,7 @@
+#include "desktop/states/page_states.h"
+#include "desktop/states/settings_states.h"
 #include "desktop/window/desktop_window.h"
 #include "page_checks.h"
-#include "page_states.h"
-#include "settings_states.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

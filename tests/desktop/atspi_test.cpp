@@ -1,5 +1,5 @@
 #include "support/paths.h"
-#include "support/private_bus.h"
+#include "support/session/private_bus.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
+#include "desktop/states/notifications_states.h"
+#include "desktop/states/settings_states.h"
 #include "desktop/window/desktop_window.h"
-#include "notifications_states.h"
 #include "page_checks.h"
-#include "settings_states.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,9 +1,9 @@
 // What comes from outside and looks like markup is shown as it stands, and nobody fetches what it names.
 
+#include "desktop/states/page_states.h"
 #include "desktop/window/desktop_window.h"
 #include "offscreen.h"
 #include "page_checks.h"
-#include "page_states.h"
 #include "support/loopback_server.h"
 
 #include <gmock/gmock.h>

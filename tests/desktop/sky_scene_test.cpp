@@ -1,8 +1,8 @@
 #include "desktop/views/sky/sky_scene.h"
 
+#include "desktop/states/states.h"
 #include "desktop/window/painting/sky_scenery.h"
 #include "offscreen.h"
-#include "states.h"
 
 #include <QPainter>
 

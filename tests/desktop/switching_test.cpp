@@ -1,7 +1,7 @@
+#include "desktop/states/page_states.h"
 #include "desktop/window/desktop_window.h"
 #include "offscreen.h"
 #include "page_checks.h"
-#include "page_states.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

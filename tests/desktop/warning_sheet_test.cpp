@@ -1,8 +1,8 @@
 // The sheet of a warning, as it stands when it has come in whole.
+#include "desktop/states/page_states.h"
 #include "desktop/window/desktop_window.h"
 #include "offscreen.h"
 #include "page_checks.h"
-#include "page_states.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 #include "feeds/space/element_text.h"
 
 #include "feeds/fetching/feed_key.h"
-#include "support/bad_bytes.h"
-#include "support/element_table.h"
+#include "support/answers/bad_bytes.h"
+#include "support/answers/element_table.h"
 
 #include <gmock/gmock.h>
 

@@ -1,5 +1,5 @@
 #include "feeds/outlook/outlook_service.h"
-#include "support/bad_bytes.h"
+#include "support/answers/bad_bytes.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 // A tick of the layer allocates nothing: this program counts what its allocation functions are asked for.
 
 #include "globe/satellite_layer.h"
+#include "support/answers/made_satellites.h"
 #include "support/instants.h"
-#include "support/made_satellites.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 // The catalogue, its feed and the layer, over element sets made up here.
 
 #include "globe/satellite_layer.h"
+#include "support/answers/made_satellites.h"
 #include "support/instants.h"
-#include "support/made_satellites.h"
 #include "support/manual_clock.h"
 #include "support/temporary_folder.h"
 

@@ -3,8 +3,8 @@
 #include "globe/satellite_passes.h"
 
 #include "base/sun_moon.h"
+#include "support/answers/made_satellites.h"
 #include "support/instants.h"
-#include "support/made_satellites.h"
 
 #include <gtest/gtest.h>
 

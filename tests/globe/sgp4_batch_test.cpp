@@ -3,7 +3,7 @@
 #include "globe/propagation/sgp4_batch.h"
 
 #include "globe/earth_frame.h"
-#include "support/made_satellites.h"
+#include "support/answers/made_satellites.h"
 #include "support/samples.h"
 
 #include <gtest/gtest.h>

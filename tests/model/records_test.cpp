@@ -1,5 +1,5 @@
 #include "base/json/json.h"
-#include "model/weather_alert.h"
+#include "model/warnings/weather_alert.h"
 #include "model/weather_data.h"
 #include "model/wttr_response.h"
 #include "support/instants.h"

@@ -2,10 +2,10 @@
 
 #include "notifications/engine/engine_state.h"
 #include "notifications/engine/notification_manager.h"
-#include "support/fake_notification_center.h"
 #include "support/manual_clock.h"
 #include "support/memory_settings_store.h"
 #include "support/rules.h"
+#include "support/session/fake_notification_center.h"
 #include "support/shared_texts.h"
 
 #include <gmock/gmock.h>

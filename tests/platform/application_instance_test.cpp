@@ -1,11 +1,11 @@
-#include "platform/application_instance.h"
+#include "platform/session/application_instance.h"
 
 #include "platform/application_id.h"
 #include "platform/linux/desktop_services.h"
 #include "support/heard_texts.h"
 #include "support/paths.h"
-#include "support/private_bus.h"
-#include "support/silent_bus.h"
+#include "support/session/private_bus.h"
+#include "support/session/silent_bus.h"
 
 #include <gmock/gmock.h>
 

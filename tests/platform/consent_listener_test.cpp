@@ -1,4 +1,4 @@
-#include "platform/linux/consent_listener.h"
+#include "platform/linux/network/consent_listener.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/default_route.h"
+#include "platform/linux/network/default_route.h"
 
 #include "support/temporary_folder.h"
 

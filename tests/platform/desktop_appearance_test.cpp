@@ -1,6 +1,6 @@
 #include "platform/linux/desktop_services.h"
 #include "support/paths.h"
-#include "support/private_bus.h"
+#include "support/session/private_bus.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
 #include "platform/linux/desktop_services.h"
 
 #include "platform/application_id.h"
-#include "platform/linux/network_notices.h"
+#include "platform/linux/network/network_notices.h"
 #include "support/instants.h"
 #include "support/paths.h"
-#include "support/private_bus.h"
+#include "support/session/private_bus.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/http_expiry.h"
+#include "platform/http/http_expiry.h"
 
 #include "support/instants.h"
 

@@ -1,4 +1,4 @@
-#include "platform/linux/lazy_http_client.h"
+#include "platform/linux/network/lazy_http_client.h"
 
 #include "support/paths.h"
 #include "support/temporary_folder.h"

@@ -1,11 +1,11 @@
-#include "platform/notification_center.h"
+#include "platform/session/notification_center.h"
 
 #include "platform/application_id.h"
 #include "platform/linux/desktop_services.h"
 #include "platform/linux/sound_files.h"
 #include "support/heard_texts.h"
-#include "support/mock_notification_daemon.h"
 #include "support/paths.h"
+#include "support/session/mock_notification_daemon.h"
 
 #include <gmock/gmock.h>
 

@@ -1,7 +1,7 @@
 #include "platform/linux/desktop_services.h"
 #include "support/heard_texts.h"
 #include "support/paths.h"
-#include "support/private_bus.h"
+#include "support/session/private_bus.h"
 
 #include <gmock/gmock.h>
 

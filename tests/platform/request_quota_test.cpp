@@ -1,4 +1,4 @@
-#include "platform/request_quota.h"
+#include "platform/http/request_quota.h"
 
 #include "support/instants.h"
 

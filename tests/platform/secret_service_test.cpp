@@ -1,8 +1,8 @@
 #include "platform/linux/desktop_services.h"
 #include "platform/secret_store.h"
-#include "support/mock_secret_service.h"
 #include "support/paths.h"
-#include "support/silent_bus.h"
+#include "support/session/mock_secret_service.h"
+#include "support/session/silent_bus.h"
 
 #include <gmock/gmock.h>
 

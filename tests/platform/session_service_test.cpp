@@ -1,10 +1,10 @@
-#include "platform/session_service.h"
+#include "platform/session/session_service.h"
 
 #include "platform/linux/call_budget.h"
 #include "platform/linux/desktop_services.h"
 #include "support/heard_texts.h"
 #include "support/paths.h"
-#include "support/private_bus.h"
+#include "support/session/private_bus.h"
 
 #include <gmock/gmock.h>
 

@@ -1,6 +1,6 @@
-#include "platform/settings.h"
+#include "platform/settings/settings.h"
 
-#include "platform/scratch_settings_store.h"
+#include "platform/settings/scratch_settings_store.h"
 
 #include <gtest/gtest.h>
 

@@ -1,11 +1,11 @@
-#include "platform/tray.h"
+#include "platform/session/tray.h"
 
 #include "platform/application_id.h"
 #include "platform/linux/desktop_services.h"
 #include "support/heard_texts.h"
-#include "support/mock_tray_host.h"
 #include "support/paths.h"
-#include "support/silent_bus.h"
+#include "support/session/mock_tray_host.h"
+#include "support/session/silent_bus.h"
 
 #include <gmock/gmock.h>
 

@@ -5,7 +5,7 @@
 #include "providers/weatherkit/apple_weather_client.h"
 #include "providers/weatherkit/apple_weather_join.h"
 #include "providers/weatherkit/apple_weather_parser.h"
-#include "support/bad_bytes.h"
+#include "support/answers/bad_bytes.h"
 #include "support/fake_http_client.h"
 #include "support/instants.h"
 #include "support/manual_clock.h"

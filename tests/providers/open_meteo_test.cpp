@@ -3,8 +3,8 @@
 #include "providers/geocoder.h"
 #include "providers/openmeteo/open_meteo_client.h"
 #include "providers/openmeteo/open_meteo_request.h"
+#include "support/answers/open_meteo_answer.h"
 #include "support/fake_http_client.h"
-#include "support/open_meteo_answer.h"
 #include "support/samples.h"
 
 #include <gtest/gtest.h>

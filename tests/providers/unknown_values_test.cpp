@@ -7,7 +7,7 @@
 #include "providers/metnorway/yr_no_parser.h"
 #include "providers/openmeteo/open_meteo_client.h"
 #include "providers/wttr/wttr_ranges.h"
-#include "support/open_meteo_answer.h"
+#include "support/answers/open_meteo_answer.h"
 #include "support/samples.h"
 
 #include <gtest/gtest.h>

@@ -2,7 +2,7 @@
 #include "providers/wttr/wttr_client.h"
 #include "providers/wttr/wttr_join.h"
 #include "providers/wttr/wttr_parser.h"
-#include "support/bad_bytes.h"
+#include "support/answers/bad_bytes.h"
 #include "support/fake_http_client.h"
 #include "support/instants.h"
 #include "support/samples.h"

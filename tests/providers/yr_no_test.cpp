@@ -9,7 +9,7 @@
 #include "providers/metnorway/yr_no_join.h"
 #include "providers/metnorway/yr_no_parser.h"
 #include "providers/metnorway/yr_no_symbol.h"
-#include "support/bad_bytes.h"
+#include "support/answers/bad_bytes.h"
 #include "support/fake_http_client.h"
 #include "support/instants.h"
 #include "support/manual_clock.h"

@@ -1,7 +1,7 @@
 // A look-up takes nothing from the heap. This program's own allocation counts what is taken.
 
 #include "regions/region_map.h"
-#include "support/outlines.h"
+#include "support/answers/outlines.h"
 
 #include <gtest/gtest.h>
 

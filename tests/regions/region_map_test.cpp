@@ -1,6 +1,6 @@
 #include "regions/region_map.h"
 
-#include "support/outlines.h"
+#include "support/answers/outlines.h"
 
 #include <gmock/gmock.h>
 

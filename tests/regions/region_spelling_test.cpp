@@ -1,5 +1,5 @@
 #include "regions/region_outline.h"
-#include "support/outlines.h"
+#include "support/answers/outlines.h"
 
 #include <gtest/gtest.h>
 

@@ -2,18 +2,18 @@
 // the store are the program's own, the services' answers the demo's of each moment, in a process of its own.
 // Only time, network and disk are the script's.
 
-#include "app/engine/scheduler.h"
+#include "app/engine/clocks/scheduler.h"
 #include "app/notices/notification_desk.h"
-#include "app/services/forecast_service.h"
+#include "app/services/forecasts/forecast_service.h"
 #include "app/settings/settings_registry.h"
 #include "demo/demo_process.h"
 #include "platform/linux/store/sqlite_settings_store.h"
-#include "support/fake_notification_center.h"
 #include "support/instants.h"
 #include "support/manual_clock.h"
 #include "support/manual_runner.h"
 #include "support/paths.h"
 #include "support/recording.h"
+#include "support/session/fake_notification_center.h"
 #include "support/temporary_folder.h"
 
 #include <fmt/format.h>

@@ -1,7 +1,7 @@
 // An HTTP client that answers from a list and remembers what it was asked.
 #pragma once
 
-#include "platform/http_client.h"
+#include "platform/http/http_client.h"
 
 #include <deque>
 #include <vector>

@@ -2,7 +2,7 @@
 // that a test sees what is under way.
 #pragma once
 
-#include "platform/http_client.h"
+#include "platform/http/http_client.h"
 
 #include <algorithm>
 #include <chrono>

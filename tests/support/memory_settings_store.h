@@ -1,7 +1,7 @@
 // The settings store that forgets with its process, which a test can let fail.
 #pragma once
 
-#include "platform/scratch_settings_store.h"
+#include "platform/settings/scratch_settings_store.h"
 
 namespace nimbara::test {
 

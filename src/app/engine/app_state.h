@@ -4,8 +4,8 @@
 // one task of a kind. Any thread may call. The runner must end before the state does.
 #pragma once
 
-#include "app/engine/refresh_clocks.h"
-#include "app/services/forecast_service.h"
+#include "app/engine/clocks/refresh_clocks.h"
+#include "app/services/forecasts/forecast_service.h"
 #include "app/services/in_use.h"
 #include "app/services/task_runner.h"
 #include "app/state/weather_state.h"

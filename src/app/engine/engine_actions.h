@@ -6,7 +6,7 @@
 #include "base/result.h"
 #include "base/time/instant.h"
 #include "base/uuid.h"
-#include "platform/settings.h"
+#include "platform/settings/settings.h"
 
 #include <cstdint>
 #include <functional>

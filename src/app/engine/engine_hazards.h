@@ -7,7 +7,7 @@
 #include "app/services/in_use.h"
 #include "app/services/task_runner.h"
 #include "app/state/hazards_state.h"
-#include "platform/settings_store.h"
+#include "platform/settings/settings_store.h"
 
 #include <atomic>
 #include <functional>

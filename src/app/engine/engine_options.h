@@ -8,7 +8,7 @@
 #include "app/settings/overrides.h"
 #include "base/enum_names.h"
 #include "notifications/engine/notification_manager.h"
-#include "platform/application_instance.h"
+#include "platform/session/application_instance.h"
 
 #include <functional>
 #include <memory>

@@ -3,7 +3,7 @@
 #include "app/places/place_lookup.h"
 #include "app/places/place_resolver.h"
 #include "app/places/place_search.h"
-#include "app/services/forecast_service.h"
+#include "app/services/forecasts/forecast_service.h"
 #include "base/text/text.h"
 
 #include <algorithm>

@@ -7,7 +7,7 @@
 #include "app/settings/environment.h"
 #include "app/settings/overrides.h"
 #include "app/state/settings_state.h"
-#include "platform/settings_store.h"
+#include "platform/settings/settings_store.h"
 
 #include <memory>
 #include <mutex>

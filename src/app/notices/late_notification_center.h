@@ -2,7 +2,7 @@
 // have nothing to tell for a while. Any thread may call.
 #pragma once
 
-#include "platform/notification_center.h"
+#include "platform/session/notification_center.h"
 
 #include <memory>
 #include <mutex>

@@ -2,8 +2,8 @@
 // page that the notification is about. Pure.
 #pragma once
 
-#include "platform/application_instance.h"
-#include "platform/notification_center.h"
+#include "platform/session/application_instance.h"
+#include "platform/session/notification_center.h"
 
 #include <optional>
 

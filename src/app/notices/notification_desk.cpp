@@ -1,7 +1,7 @@
 #include "app/notices/notification_desk.h"
 
 #include "app/notices/spoken_warnings.h"
-#include "app/services/forecast_service.h"
+#include "app/services/forecasts/forecast_service.h"
 #include "app/settings/service_directory.h"
 #include "feeds/regions/region_renewal.h"
 #include "gazetteer/gazetteer.h"

@@ -11,7 +11,7 @@
 #include "app/services/stand_in_store.h"
 #include "notifications/engine/notification_state.h"
 #include "platform/language_model.h"
-#include "platform/speech.h"
+#include "platform/session/speech.h"
 
 #include <memory>
 #include <mutex>

@@ -1,6 +1,6 @@
 #include "app/notices/notification_inputs.h"
 
-#include "analysis/alert_generator.h"
+#include "analysis/alerts/alert_generator.h"
 #include "app/places/place_resolver.h"
 #include "feeds/air/air_quality_service.h"
 #include "feeds/alerts/gov_alerts.h"

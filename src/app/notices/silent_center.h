@@ -2,7 +2,7 @@
 // up and must not reach the user's desktop.
 #pragma once
 
-#include "platform/notification_center.h"
+#include "platform/session/notification_center.h"
 
 namespace nimbara {
 

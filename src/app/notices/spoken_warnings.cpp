@@ -1,6 +1,6 @@
 #include "app/notices/spoken_warnings.h"
 
-#include "app/words/spoken_text.h"
+#include "app/words/brief/spoken_text.h"
 #include "notifications/engine/hold_back.h"
 #include "notifications/rules/rule_settings.h"
 

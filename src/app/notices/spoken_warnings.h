@@ -7,8 +7,8 @@
 #include "base/time/calendar.h"
 #include "notifications/engine/notification_manager.h"
 #include "platform/clock.h"
-#include "platform/settings_store.h"
-#include "platform/speech.h"
+#include "platform/session/speech.h"
+#include "platform/settings/settings_store.h"
 
 #include <functional>
 #include <string>

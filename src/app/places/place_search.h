@@ -5,7 +5,7 @@
 #include "app/places/places.h"
 #include "app/settings/service_directory.h"
 #include "base/result.h"
-#include "platform/http_client.h"
+#include "platform/http/http_client.h"
 #include "providers/common/api_error.h"
 #include "providers/geocoder.h"
 

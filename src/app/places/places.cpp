@@ -2,8 +2,8 @@
 
 #include "base/text/search_text.h"
 #include "base/text/text.h"
-#include "feeds/alerts/official_sources.h"
-#include "feeds/alerts/warning_route.h"
+#include "feeds/alerts/routing/official_sources.h"
+#include "feeds/alerts/routing/warning_route.h"
 
 #include <algorithm>
 

@@ -9,7 +9,7 @@
 #include "base/uuid.h"
 #include "notifications/place_choice.h"
 #include "platform/location_source.h"
-#include "platform/settings_store.h"
+#include "platform/settings/settings_store.h"
 
 #include <functional>
 #include <optional>

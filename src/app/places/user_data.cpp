@@ -3,7 +3,7 @@
 #include "app/settings/setting_text.h"
 #include "base/json/json_codec.h"
 #include "base/text/text.h"
-#include "platform/settings.h"
+#include "platform/settings/settings.h"
 
 #include <variant>
 

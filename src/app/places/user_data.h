@@ -5,7 +5,7 @@
 #include "app/places/place_row.h"
 #include "base/json/json.h"
 #include "base/result.h"
-#include "platform/settings_store.h"
+#include "platform/settings/settings_store.h"
 
 #include <cstddef>
 #include <map>

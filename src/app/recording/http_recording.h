@@ -4,7 +4,7 @@
 #pragma once
 
 #include "platform/clock.h"
-#include "platform/http_client.h"
+#include "platform/http/http_client.h"
 
 #include <filesystem>
 #include <map>

@@ -2,7 +2,7 @@
 // do. Nothing is sent anywhere unless the user has named an address.
 #pragma once
 
-#include "platform/http_client.h"
+#include "platform/http/http_client.h"
 #include "platform/language_model.h"
 
 #include <string>

@@ -8,7 +8,7 @@
 #include "feeds/fires/wildfire_service.h"
 #include "feeds/imagery/cloud_service.h"
 #include "feeds/imagery/model_field_service.h"
-#include "feeds/imagery/radar_service.h"
+#include "feeds/imagery/radar/radar_service.h"
 #include "feeds/imagery/tile_service.h"
 #include "feeds/nowcast/nowcast_service.h"
 #include "feeds/outlook/outlook_service.h"

@@ -3,8 +3,8 @@
 #include "app/settings/service_directory.h"
 #include "base/words/texts.h"
 #include "feeds/alerts/cap_source.h"
-#include "feeds/alerts/official_sources.h"
-#include "feeds/alerts/warning_route.h"
+#include "feeds/alerts/routing/official_sources.h"
+#include "feeds/alerts/routing/warning_route.h"
 #include "feeds/meteoalarm/meteo_alarm_source.h"
 #include "feeds/regions/regions.h"
 

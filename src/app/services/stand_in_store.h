@@ -2,7 +2,7 @@
 // the program remembers of made-up news stays apart from what it remembers of real ones.
 #pragma once
 
-#include "platform/settings_store.h"
+#include "platform/settings/settings_store.h"
 
 #include <memory>
 

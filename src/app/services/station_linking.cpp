@@ -1,6 +1,6 @@
 #include "app/services/station_linking.h"
 
-#include "platform/linux/consent_listener.h"
+#include "platform/linux/network/consent_listener.h"
 
 #include <fmt/format.h>
 

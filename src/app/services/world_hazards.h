@@ -1,7 +1,7 @@
 // Hazards that several feeds tell of together, asked for side by side.
 #pragma once
 
-#include "app/services/side_by_side.h"
+#include "app/services/forecasts/side_by_side.h"
 #include "feeds/storms/world_storms.h"
 
 #include <stop_token>

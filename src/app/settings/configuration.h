@@ -1,7 +1,7 @@
 // Who runs the program and how services are reached, as the settings say.
 #pragma once
 
-#include "platform/settings.h"
+#include "platform/settings/settings.h"
 
 #include <map>
 #include <optional>

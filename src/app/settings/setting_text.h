@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/settings.h"
+#include "platform/settings/settings.h"
 
 #include <string>
 

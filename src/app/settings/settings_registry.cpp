@@ -1,6 +1,6 @@
 #include "app/settings/settings_registry.h"
 
-#include "analysis/tip_generator.h"
+#include "analysis/tips/tip_generator.h"
 #include "base/units.h"
 #include "base/words/texts.h"
 #include "feeds/imagery/street_tiles.h"

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "platform/service.h"
-#include "platform/settings.h"
+#include "platform/settings/settings.h"
 
 #include <string_view>
 

@@ -4,7 +4,7 @@
 #include "base/enum_names.h"
 #include "base/time/hour_clock.h"
 #include "base/units.h"
-#include "platform/settings.h"
+#include "platform/settings/settings.h"
 
 #include <optional>
 #include <string_view>

@@ -4,8 +4,8 @@
 #include "app/settings/settings_registry.h"
 #include "notifications/custom_notification.h"
 #include "notifications/log/notification_log.h"
-#include "platform/notification_center.h"
-#include "platform/settings_store.h"
+#include "platform/session/notification_center.h"
+#include "platform/settings/settings_store.h"
 
 #include <optional>
 #include <string>

@@ -4,7 +4,7 @@
 #include "app/places/places.h"
 #include "base/uuid.h"
 #include "model/weather_data.h"
-#include "platform/settings_store.h"
+#include "platform/settings/settings_store.h"
 
 #include <map>
 #include <memory>

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "app/settings/watch_install.h"
-#include "platform/desktop_appearance.h"
-#include "platform/settings_store.h"
+#include "platform/session/desktop_appearance.h"
+#include "platform/settings/settings_store.h"
 #include "providers/provider_history.h"
 
 #include <filesystem>

@@ -6,7 +6,7 @@
 #include "base/words/texts.h"
 #include "model/forecast_insight.h"
 #include "model/provider_option.h"
-#include "model/weather_alert.h"
+#include "model/warnings/weather_alert.h"
 #include "model/weather_data.h"
 #include "providers/common/api_error.h"
 

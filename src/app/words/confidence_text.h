@@ -3,7 +3,7 @@
 #pragma once
 
 #include "analysis/forecast_confidence.h"
-#include "app/words/hazard_text.h"
+#include "app/words/hazards/hazard_text.h"
 #include "model/provider_option.h"
 
 #include <string>

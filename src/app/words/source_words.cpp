@@ -1,7 +1,7 @@
 #include "app/words/source_words.h"
 
 #include "base/words/list_text.h"
-#include "feeds/alerts/official_sources.h"
+#include "feeds/alerts/routing/official_sources.h"
 
 #include <algorithm>
 

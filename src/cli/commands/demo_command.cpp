@@ -4,8 +4,8 @@
 #include "cli/cli.h"
 #include "demo/demo_folder.h"
 #include "demo/demo_process.h"
-#include "demo/world/demo_issuers.h"
 #include "demo/world/demo_scene.h"
+#include "demo/world/warnings/demo_issuers.h"
 #include "gazetteer/gazetteer.h"
 #include "platform/linux/store/sqlite_settings_store.h"
 

@@ -3,7 +3,7 @@
 #include "app/places/places.h"
 #include "app/recording/http_recording.h"
 #include "app/services/feed_services.h"
-#include "app/services/forecast_service.h"
+#include "app/services/forecasts/forecast_service.h"
 #include "app/services/stand_in_store.h"
 #include "app/words/coverage_text.h"
 #include "base/text/text.h"

@@ -5,12 +5,12 @@
 #include "base/text/text.h"
 #include "base/words/texts.h"
 #include "cli/cli.h"
-#include "cli/pages/source_choices.h"
+#include "cli/pages/warnings/source_choices.h"
 #include "cli/slow_note.h"
-#include "feeds/alerts/official_sources.h"
+#include "feeds/alerts/routing/official_sources.h"
 #include "notifications/engine/notification_state.h"
 #include "platform/linux/desktop_services.h"
-#include "platform/linux/lazy_http_client.h"
+#include "platform/linux/network/lazy_http_client.h"
 
 #include <algorithm>
 #include <iterator>

@@ -2,7 +2,7 @@
 #include "app/recording/http_recording.h"
 #include "app/recording/replay.h"
 #include "app/services/feed_services.h"
-#include "app/services/forecast_service.h"
+#include "app/services/forecasts/forecast_service.h"
 #include "base/json/json.h"
 #include "base/text/display_text.h"
 #include "base/text/text.h"
@@ -11,7 +11,7 @@
 #include "cli/pages/notification_page.h"
 #include "cli/run_context.h"
 #include "notifications/engine/notification_state.h"
-#include "platform/scratch_settings_store.h"
+#include "platform/settings/scratch_settings_store.h"
 
 namespace nimbara {
 

@@ -3,7 +3,7 @@
 #include "app/notices/notification_inputs.h"
 #include "app/places/place_resolver.h"
 #include "app/services/feed_services.h"
-#include "app/services/forecast_service.h"
+#include "app/services/forecasts/forecast_service.h"
 #include "notifications/custom/custom_rule_evaluation.h"
 #include "notifications/custom/custom_rule_text.h"
 

@@ -3,7 +3,7 @@
 #include "base/text/display_text.h"
 #include "base/text/number.h"
 #include "cli/cli.h"
-#include "platform/settings_store.h"
+#include "platform/settings/settings_store.h"
 
 namespace nimbara {
 

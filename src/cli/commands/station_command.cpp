@@ -1,5 +1,5 @@
 #include "app/services/feed_services.h"
-#include "app/services/forecast_service.h"
+#include "app/services/forecasts/forecast_service.h"
 #include "app/services/station_linking.h"
 #include "base/text/text.h"
 #include "cli/cli.h"

@@ -1,7 +1,7 @@
+#include "app/engine/clocks/scheduler.h"
 #include "app/engine/engine.h"
 #include "app/engine/engine_notifications.h"
 #include "app/engine/engine_options.h"
-#include "app/engine/scheduler.h"
 #include "app/recording/http_recording.h"
 #include "app/services/wording.h"
 #include "base/text/text.h"

@@ -1,4 +1,4 @@
-#include "analysis/tip_rules.h"
+#include "analysis/tips/tip_rules.h"
 #include "base/text/number.h"
 #include "base/text/text.h"
 #include "cli/options/command_definitions.h"

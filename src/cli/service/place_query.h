@@ -4,7 +4,7 @@
 #pragma once
 
 #include "cli/service/service_snapshot.h"
-#include "platform/session_service.h"
+#include "platform/session/session_service.h"
 
 #include <string>
 #include <string_view>

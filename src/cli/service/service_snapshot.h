@@ -3,9 +3,9 @@
 #pragma once
 
 #include "app/places/places.h"
-#include "app/services/forecast_service.h"
+#include "app/services/forecasts/forecast_service.h"
 #include "app/services/wording.h"
-#include "cli/pages/line_text.h"
+#include "cli/pages/forecast/line_text.h"
 #include "feeds/nowcast/nowcast_service.h"
 
 #include <memory>

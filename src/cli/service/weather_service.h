@@ -7,7 +7,7 @@
 #include "app/services/task_runner.h"
 #include "cli/service/service_snapshot.h"
 #include "platform/clock.h"
-#include "platform/session_service.h"
+#include "platform/session/session_service.h"
 
 #include <atomic>
 #include <chrono>

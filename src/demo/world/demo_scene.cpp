@@ -1,7 +1,7 @@
 #include "demo/world/demo_scene.h"
 
 #include "base/json/json.h"
-#include "demo/world/demo_warning_messages.h"
+#include "demo/world/warnings/demo_warning_messages.h"
 
 #include <fmt/format.h>
 

@@ -3,7 +3,7 @@
 #include "base/sha256.h"
 #include "base/text/number.h"
 #include "base/text/text.h"
-#include "demo/world/demo_warnings.h"
+#include "demo/world/warnings/demo_warnings.h"
 
 #include <fmt/format.h>
 

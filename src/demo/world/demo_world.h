@@ -6,7 +6,7 @@
 
 #include "base/geodesy.h"
 #include "base/time/instant.h"
-#include "demo/world/demo_issuers.h"
+#include "demo/world/warnings/demo_issuers.h"
 
 #include <optional>
 #include <string>

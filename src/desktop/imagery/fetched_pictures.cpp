@@ -1,6 +1,6 @@
 #include "desktop/imagery/fetched_pictures.h"
 
-#include "app/services/side_by_side.h"
+#include "app/services/forecasts/side_by_side.h"
 
 #include <algorithm>
 #include <atomic>

@@ -1,6 +1,6 @@
 #include "desktop/imagery/field_picture.h"
 
-#include "feeds/imagery/radar_palette.h"
+#include "feeds/imagery/radar/radar_palette.h"
 
 #include <QFont>
 #include <QFontMetricsF>

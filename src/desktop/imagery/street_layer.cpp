@@ -2,7 +2,7 @@
 
 #include "desktop/imagery/fetched_pictures.h"
 #include "desktop/imagery/picture_decoder.h"
-#include "desktop/imagery/radar_composition.h"
+#include "desktop/imagery/radar/radar_composition.h"
 #include "feeds/imagery/street_tiles.h"
 #include "feeds/imagery/tile_service.h"
 

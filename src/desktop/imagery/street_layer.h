@@ -3,7 +3,7 @@
 #pragma once
 
 #include "app/services/in_use.h"
-#include "desktop/imagery/radar_picture.h"
+#include "desktop/imagery/radar/radar_picture.h"
 #include "desktop/imagery/wish_worker.h"
 #include "platform/service_failure.h"
 

@@ -1,7 +1,7 @@
 #include "desktop/views/outlook_view.h"
 
-#include "app/services/outlook_days.h"
-#include "app/services/second_forecast.h"
+#include "app/services/forecasts/outlook_days.h"
+#include "app/services/forecasts/second_forecast.h"
 #include "app/words/confidence_text.h"
 #include "app/words/outlook_text.h"
 #include "model/process.h"

@@ -3,7 +3,7 @@
 
 #include "desktop/views/view_context.h"
 #include "platform/service_failure.h"
-#include "platform/settings_store.h"
+#include "platform/settings/settings_store.h"
 
 #include <optional>
 #include <string>

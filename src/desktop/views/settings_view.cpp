@@ -2,7 +2,7 @@
 
 #include "app/settings/settings_registry.h"
 #include "app/settings/unit_settings.h"
-#include "app/words/hazard_text.h"
+#include "app/words/hazards/hazard_text.h"
 #include "base/words/time_words.h"
 #include "desktop/views/problem_text.h"
 #include "platform/service.h"

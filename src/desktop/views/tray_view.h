@@ -1,9 +1,9 @@
 // The tray's picture, line and menu as display values. Pure, of the page of the present.
 #pragma once
 
-#include "desktop/views/now_view.h"
-#include "model/weather_alert.h"
-#include "platform/tray.h"
+#include "desktop/views/now/now_view.h"
+#include "model/warnings/weather_alert.h"
+#include "platform/session/tray.h"
 
 #include <string>
 #include <vector>

@@ -5,8 +5,8 @@
 
 #include "desktop/core/desktop_options.h"
 #include "desktop/window/models/desktop_model.h"
-#include "platform/application_instance.h"
-#include "platform/tray.h"
+#include "platform/session/application_instance.h"
+#include "platform/session/tray.h"
 
 #include <QObject>
 #include <QQuickWindow>

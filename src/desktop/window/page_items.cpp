@@ -6,12 +6,12 @@
 #include "desktop/window/painting/board.h"
 #include "desktop/window/painting/flat_globe.h"
 #include "desktop/window/painting/kp_items.h"
-#include "desktop/window/painting/map_item.h"
+#include "desktop/window/painting/map/map_item.h"
+#include "desktop/window/painting/map/quake_map_item.h"
+#include "desktop/window/painting/map/warning_map_item.h"
 #include "desktop/window/painting/meteogram_item.h"
-#include "desktop/window/painting/quake_map_item.h"
 #include "desktop/window/painting/sky_items.h"
 #include "desktop/window/painting/sky_scenery.h"
-#include "desktop/window/painting/warning_map_item.h"
 #include "desktop/window/painting/year_item.h"
 
 #include <QQmlEngine>

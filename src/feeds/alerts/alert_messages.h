@@ -2,7 +2,7 @@
 #pragma once
 
 #include "feeds/cap/cap_alert.h"
-#include "model/weather_alert.h"
+#include "model/warnings/weather_alert.h"
 
 #include <string_view>
 

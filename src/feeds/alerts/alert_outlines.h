@@ -2,7 +2,7 @@
 #pragma once
 
 #include "feeds/cap/warning_shape.h"
-#include "model/weather_alert.h"
+#include "model/warnings/weather_alert.h"
 
 #include <vector>
 

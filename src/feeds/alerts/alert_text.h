@@ -1,7 +1,7 @@
 // The texts of official warnings as they are kept and shown. Pure.
 #pragma once
 
-#include "model/weather_alert.h"
+#include "model/warnings/weather_alert.h"
 
 #include <vector>
 

@@ -1,6 +1,6 @@
 #include "feeds/alerts/cap_source.h"
 
-#include "feeds/alerts/cap_events.h"
+#include "feeds/alerts/events/cap_events.h"
 
 namespace nimbara {
 

@@ -1,7 +1,7 @@
 // Where a block of a message lies to a place. Pure.
 #pragma once
 
-#include "feeds/alerts/cap_events.h"
+#include "feeds/alerts/events/cap_events.h"
 
 #include <vector>
 

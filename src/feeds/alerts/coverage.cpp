@@ -1,6 +1,6 @@
 #include "feeds/alerts/coverage.h"
 
-#include "feeds/alerts/official_sources.h"
+#include "feeds/alerts/routing/official_sources.h"
 #include "feeds/alerts/warning_words.h"
 
 #include <algorithm>

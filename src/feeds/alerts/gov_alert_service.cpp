@@ -4,7 +4,7 @@
 #include "base/text/number.h"
 #include "feeds/alerts/alert_text.h"
 #include "feeds/alerts/gov_alerts.h"
-#include "feeds/alerts/source_rest.h"
+#include "feeds/alerts/routing/source_rest.h"
 #include "feeds/fetching/kept_record.h"
 #include "feeds/regions/regions.h"
 #include "gazetteer/gazetteer.h"

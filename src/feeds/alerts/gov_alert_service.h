@@ -6,10 +6,10 @@
 
 #include "base/geodesy.h"
 #include "base/result.h"
-#include "feeds/alerts/event_memory.h"
+#include "feeds/alerts/events/event_memory.h"
 #include "feeds/alerts/gov_alerts.h"
 #include "feeds/nws/nws_alert_service.h"
-#include "model/weather_alert.h"
+#include "model/warnings/weather_alert.h"
 #include "platform/clock.h"
 #include "regions/region_code.h"
 

@@ -2,7 +2,7 @@
 
 #include "base/text/text.h"
 #include "feeds/alerts/alert_messages.h"
-#include "feeds/alerts/us_waters.h"
+#include "feeds/alerts/routing/us_waters.h"
 
 #include <algorithm>
 #include <array>

@@ -3,9 +3,9 @@
 // stay as they are.
 #pragma once
 
-#include "feeds/alerts/event_memory.h"
+#include "feeds/alerts/events/event_memory.h"
 #include "feeds/nws/nws_alert.h"
-#include "model/weather_alert.h"
+#include "model/warnings/weather_alert.h"
 
 #include <string>
 #include <string_view>

@@ -1,7 +1,7 @@
 // The National Weather Service as a source of official warnings.
 #include "feeds/alerts/gov_alert_service.h"
 #include "feeds/alerts/gov_alerts.h"
-#include "feeds/alerts/us_waters.h"
+#include "feeds/alerts/routing/us_waters.h"
 #include "feeds/nws/nws_territory.h"
 
 #include <algorithm>

@@ -4,7 +4,7 @@
 
 #include "base/units.h"
 #include "base/words/time_words.h"
-#include "model/weather_alert.h"
+#include "model/warnings/weather_alert.h"
 
 #include <optional>
 #include <string>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "feeds/awareness/meteo_alarm_type.h"
-#include "model/weather_alert.h"
+#include "model/warnings/weather_alert.h"
 
 #include <optional>
 #include <string>

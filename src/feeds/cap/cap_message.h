@@ -1,5 +1,5 @@
 // A message of the Common Alerting Protocol as a source lists it for a place, and such a list. What a message
-// means for the place is not judged here (`feeds/alerts/cap_events.h`).
+// means for the place is not judged here (`feeds/alerts/events/cap_events.h`).
 #pragma once
 
 #include "feeds/cap/cap_store.h"

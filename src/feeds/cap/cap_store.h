@@ -6,7 +6,7 @@
 #include "feeds/cap/cap_alert.h"
 #include "feeds/cap/cap_files.h"
 #include "platform/clock.h"
-#include "platform/http_client.h"
+#include "platform/http/http_client.h"
 
 #include <condition_variable>
 #include <map>

@@ -5,7 +5,7 @@
 #include "base/geodesy.h"
 #include "feeds/cap/cap_message.h"
 #include "platform/clock.h"
-#include "platform/http_client.h"
+#include "platform/http/http_client.h"
 
 #include <mutex>
 #include <stop_token>

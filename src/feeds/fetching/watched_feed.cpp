@@ -2,7 +2,7 @@
 
 #include "base/text/number.h"
 #include "base/time/http_date.h"
-#include "platform/request_quota.h"
+#include "platform/http/request_quota.h"
 
 #include <algorithm>
 

@@ -7,7 +7,7 @@
 #include "feeds/fetching/feed_exchange.h"
 #include "feeds/fetching/feed_reading.h"
 #include "platform/clock.h"
-#include "platform/http_client.h"
+#include "platform/http/http_client.h"
 
 #include <algorithm>
 #include <chrono>

@@ -4,7 +4,7 @@
 
 #include "feeds/fpas/fpas_lists.h"
 #include "platform/clock.h"
-#include "platform/http_client.h"
+#include "platform/http/http_client.h"
 #include "platform/service_failure.h"
 
 #include <filesystem>

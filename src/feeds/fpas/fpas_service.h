@@ -9,7 +9,7 @@
 #include "feeds/cap/cap_store.h"
 #include "feeds/fpas/fpas_countries.h"
 #include "platform/clock.h"
-#include "platform/http_client.h"
+#include "platform/http/http_client.h"
 
 #include <filesystem>
 #include <mutex>

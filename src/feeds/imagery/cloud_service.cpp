@@ -1,6 +1,6 @@
 #include "feeds/imagery/cloud_service.h"
 
-#include "feeds/imagery/radar_lists.h"
+#include "feeds/imagery/radar/radar_lists.h"
 
 #include <algorithm>
 #include <array>

@@ -5,7 +5,7 @@
 #include "base/result.h"
 #include "feeds/imagery/request_budget.h"
 #include "platform/clock.h"
-#include "platform/http_client.h"
+#include "platform/http/http_client.h"
 #include "platform/service_failure.h"
 
 #include <condition_variable>

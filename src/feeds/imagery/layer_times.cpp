@@ -1,7 +1,7 @@
 #include "base/text/number.h"
 #include "base/text/text.h"
 #include "feeds/fetching/xml_reader.h"
-#include "feeds/imagery/radar_lists.h"
+#include "feeds/imagery/radar/radar_lists.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "feeds/imagery/street_tiles.h"
 
-#include "feeds/imagery/radar_lists.h"
+#include "feeds/imagery/radar/radar_lists.h"
 #include "platform/service.h"
 
 #include <algorithm>

@@ -4,7 +4,7 @@
 
 #include "base/result.h"
 #include "feeds/imagery/imagery_requests.h"
-#include "feeds/imagery/radar_frames.h"
+#include "feeds/imagery/radar/radar_frames.h"
 #include "feeds/imagery/tile_cache.h"
 
 #include <stop_token>

@@ -3,7 +3,7 @@
 #include "base/text/number.h"
 #include "base/text/text.h"
 #include "feeds/metalerts/met_alerts_list.h"
-#include "platform/http_expiry.h"
+#include "platform/http/http_expiry.h"
 
 #include <algorithm>
 

@@ -7,7 +7,7 @@
 #include "feeds/fetching/feed_exchange.h"
 #include "feeds/meteoalarm/meteo_alarm_selection.h"
 #include "platform/clock.h"
-#include "platform/http_client.h"
+#include "platform/http/http_client.h"
 
 #include <filesystem>
 #include <functional>

@@ -2,7 +2,7 @@
 
 #include "base/text/text.h"
 #include "feeds/alerts/alert_messages.h"
-#include "feeds/alerts/event_memory.h"
+#include "feeds/alerts/events/event_memory.h"
 #include "feeds/alerts/gov_alerts.h"
 #include "feeds/awareness/meteo_alarm_classes.h"
 #include "feeds/meteoalarm/areas/warned_areas.h"

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "feeds/meteoalarm/meteo_alarm_atom_parser.h"
-#include "model/weather_alert.h"
+#include "model/warnings/weather_alert.h"
 
 #include <span>
 #include <string>

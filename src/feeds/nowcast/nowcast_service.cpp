@@ -8,7 +8,7 @@
 #include "feeds/nowcast/bright_sky_radar.h"
 #include "feeds/nowcast/met_nowcast.h"
 #include "feeds/nowcast/open_meteo_quarters.h"
-#include "platform/http_expiry.h"
+#include "platform/http/http_expiry.h"
 
 #include <algorithm>
 #include <utility>

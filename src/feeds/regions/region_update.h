@@ -3,7 +3,7 @@
 #pragma once
 
 #include "base/result.h"
-#include "platform/http_client.h"
+#include "platform/http/http_client.h"
 #include "regions/region_map.h"
 
 #include <cstddef>

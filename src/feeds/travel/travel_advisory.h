@@ -6,7 +6,7 @@
 #include "base/result.h"
 #include "base/time/instant.h"
 #include "feeds/travel/advisory_source.h"
-#include "model/weather_alert.h"
+#include "model/warnings/weather_alert.h"
 
 #include <optional>
 #include <string>

@@ -6,7 +6,7 @@
 
 #include "feeds/wmo/wmo_sources.h"
 #include "platform/clock.h"
-#include "platform/http_client.h"
+#include "platform/http/http_client.h"
 #include "platform/service_failure.h"
 
 #include <filesystem>

@@ -5,9 +5,9 @@
 
 #include "base/json/json.h"
 #include "base/time/instant.h"
-#include "model/weather_alert.h"
+#include "model/warnings/weather_alert.h"
 #include "notifications/decision.h"
-#include "platform/settings_store.h"
+#include "platform/settings/settings_store.h"
 
 #include <map>
 #include <optional>

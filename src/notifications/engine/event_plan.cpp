@@ -2,7 +2,7 @@
 // end.
 #include "base/words/list_text.h"
 #include "base/words/moment_text.h"
-#include "feeds/alerts/event_memory.h"
+#include "feeds/alerts/events/event_memory.h"
 #include "notifications/engine/event_bound.h"
 #include "notifications/engine/hold_back.h"
 #include "notifications/engine/pass_planner.h"

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "notifications/custom_notification.h"
-#include "platform/settings_store.h"
+#include "platform/settings/settings_store.h"
 
 #include <functional>
 #include <span>

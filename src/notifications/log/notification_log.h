@@ -4,7 +4,7 @@
 #pragma once
 
 #include "notifications/decision.h"
-#include "platform/settings_store.h"
+#include "platform/settings/settings_store.h"
 
 #include <map>
 #include <string>

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "notifications/rules/rule_settings.h"
-#include "platform/settings_store.h"
+#include "platform/settings/settings_store.h"
 
 #include <functional>
 #include <vector>

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "base/enum_names.h"
-#include "model/weather_alert.h"
+#include "model/warnings/weather_alert.h"
 #include "notifications/place_choice.h"
 #include "notifications/rules/generated_summary.h"
 #include "notifications/rules/rain_memory.h"

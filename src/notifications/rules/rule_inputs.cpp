@@ -1,7 +1,7 @@
 #include "notifications/rules/rule_inputs.h"
 
 #include "base/words/time_words.h"
-#include "feeds/alerts/official_sources.h"
+#include "feeds/alerts/routing/official_sources.h"
 #include "model/upcoming_hours.h"
 
 #include <algorithm>

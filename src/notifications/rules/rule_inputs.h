@@ -17,7 +17,7 @@
 #include "feeds/travel/travel_advisory.h"
 #include "model/nowcast.h"
 #include "model/present.h"
-#include "model/weather_alert.h"
+#include "model/warnings/weather_alert.h"
 #include "model/weather_data.h"
 #include "notifications/place_choice.h"
 

@@ -3,8 +3,8 @@
 #pragma once
 
 #include "base/time/instant.h"
-#include "model/weather_alert.h"
-#include "platform/settings.h"
+#include "model/warnings/weather_alert.h"
+#include "platform/settings/settings.h"
 
 #include <optional>
 #include <span>

@@ -2,7 +2,7 @@
 // with the first text, so that nobody else pays for it.
 #pragma once
 
-#include "platform/speech.h"
+#include "platform/session/speech.h"
 
 #include <filesystem>
 #include <string>

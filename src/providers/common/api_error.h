@@ -2,7 +2,7 @@
 #pragma once
 
 #include "base/json/json.h"
-#include "platform/http_client.h"
+#include "platform/http/http_client.h"
 
 #include <chrono>
 #include <optional>

@@ -1,7 +1,7 @@
 #include "providers/metnorway/yr_no_client.h"
 
 #include "base/text/number.h"
-#include "platform/http_expiry.h"
+#include "platform/http/http_expiry.h"
 #include "providers/common/service_answer.h"
 #include "providers/metnorway/yr_no_join.h"
 #include "providers/metnorway/yr_no_parser.h"

@@ -1,4 +1,4 @@
-#include "app/services/forecast_service.h"
+#include "app/services/forecasts/forecast_service.h"
 #include "base/text/text.h"
 #include "base/words/time_words.h"
 #include "cli/commands/satellites/satellite_source.h"

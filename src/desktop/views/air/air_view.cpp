@@ -1,8 +1,8 @@
 #include "desktop/views/air/air_view.h"
 
 #include "app/state/supplement_state.h"
-#include "app/words/air_text.h"
-#include "app/words/climate_text.h"
+#include "app/words/hazards/air_text.h"
+#include "app/words/hazards/climate_text.h"
 #include "base/text/number.h"
 #include "gazetteer/gazetteer.h"
 

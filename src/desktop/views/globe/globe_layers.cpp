@@ -1,6 +1,6 @@
 #include "desktop/views/globe/globe_layers.h"
 
-#include "app/words/storm_text.h"
+#include "app/words/hazards/storm_text.h"
 #include "feeds/fetching/failure_words.h"
 
 #include <algorithm>

@@ -8,7 +8,7 @@
 #include "desktop/views/globe/globe_instances.h"
 #include "desktop/views/globe/globe_view.h"
 #include "desktop/views/map/map_layers.h"
-#include "feeds/imagery/radar_suppliers.h"
+#include "feeds/imagery/radar/radar_suppliers.h"
 
 #include <cstdint>
 #include <optional>

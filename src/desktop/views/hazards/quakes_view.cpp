@@ -1,6 +1,6 @@
 #include "desktop/views/hazards/quakes_view.h"
 
-#include "app/words/quake_place.h"
+#include "app/words/hazards/quake_place.h"
 #include "base/text/number.h"
 #include "base/text/text.h"
 #include "base/words/grouped_text.h"

@@ -4,7 +4,7 @@
 #include "app/words/source_words.h"
 #include "base/words/list_text.h"
 #include "base/words/time_words.h"
-#include "feeds/alerts/warning_route.h"
+#include "feeds/alerts/routing/warning_route.h"
 
 #include <algorithm>
 #include <optional>

@@ -1,9 +1,9 @@
 #include "desktop/views/hazards/supplement_view.h"
 
 #include "app/state/supplement_state.h"
-#include "app/words/air_text.h"
-#include "app/words/climate_text.h"
-#include "app/words/storm_text.h"
+#include "app/words/hazards/air_text.h"
+#include "app/words/hazards/climate_text.h"
+#include "app/words/hazards/storm_text.h"
 #include "feeds/storms/storm_merge.h"
 #include "gazetteer/gazetteer.h"
 

@@ -1,7 +1,7 @@
 #include "desktop/views/map/map_layers.h"
 
-#include "app/words/hazard_text.h"
-#include "app/words/storm_text.h"
+#include "app/words/hazards/hazard_text.h"
+#include "app/words/hazards/storm_text.h"
 #include "gazetteer/gazetteer.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 
 #include "base/text/number.h"
 #include "feeds/fetching/failure_words.h"
-#include "feeds/imagery/radar_palette.h"
+#include "feeds/imagery/radar/radar_palette.h"
 
 #include <algorithm>
 #include <cmath>

@@ -4,7 +4,7 @@
 
 #include "desktop/views/view_context.h"
 #include "desktop/views/view_fields.h"
-#include "feeds/imagery/radar_frames.h"
+#include "feeds/imagery/radar/radar_frames.h"
 
 #include <optional>
 #include <string>

@@ -1,7 +1,7 @@
 #include "desktop/window/models/speech_model.h"
 
 #include "app/settings/settings_registry.h"
-#include "app/words/spoken_text.h"
+#include "app/words/brief/spoken_text.h"
 
 #include <QCoreApplication>
 #include <QPointer>

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "app/state/engine_snapshot.h"
-#include "platform/speech.h"
+#include "platform/session/speech.h"
 
 #include <QObject>
 #include <QTimer>

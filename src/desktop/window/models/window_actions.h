@@ -4,7 +4,7 @@
 #include "app/engine/engine_actions.h"
 #include "app/engine/station_actions.h"
 #include "app/services/in_use.h"
-#include "desktop/imagery/radar_sources.h"
+#include "desktop/imagery/radar/radar_sources.h"
 
 #include <QCoreApplication>
 #include <QMetaObject>

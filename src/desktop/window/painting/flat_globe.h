@@ -3,7 +3,7 @@
 // disc is coarser while the camera moves, and repainted only when camera or sun have moved.
 #pragma once
 
-#include "desktop/window/models/globe_model.h"
+#include "desktop/window/models/map/globe_model.h"
 
 #include <QImage>
 #include <QQuickPaintedItem>

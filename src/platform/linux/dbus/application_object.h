@@ -2,7 +2,7 @@
 // the call itself. Values that are no texts, or more of them than anybody types, are refused.
 #pragma once
 
-#include "platform/application_instance.h"
+#include "platform/session/application_instance.h"
 
 #include <functional>
 #include <memory>

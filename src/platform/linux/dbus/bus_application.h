@@ -2,9 +2,9 @@
 // ends.
 #pragma once
 
-#include "platform/application_instance.h"
 #include "platform/linux/dbus/application_object.h"
 #include "platform/linux/dbus/bus_thread.h"
+#include "platform/session/application_instance.h"
 
 #include <condition_variable>
 #include <mutex>

@@ -1,15 +1,15 @@
 // What the module offers to the program that loads it. Both are built together; there is no other user.
 #pragma once
 
-#include "platform/application_instance.h"
-#include "platform/desktop_appearance.h"
-#include "platform/desktop_service_state.h"
 #include "platform/location_source.h"
-#include "platform/notification_center.h"
 #include "platform/power_and_network.h"
 #include "platform/secret_store.h"
-#include "platform/session_service.h"
-#include "platform/tray.h"
+#include "platform/session/application_instance.h"
+#include "platform/session/desktop_appearance.h"
+#include "platform/session/desktop_service_state.h"
+#include "platform/session/notification_center.h"
+#include "platform/session/session_service.h"
+#include "platform/session/tray.h"
 
 #include <filesystem>
 #include <memory>

@@ -2,8 +2,8 @@
 // module's user; tells nothing where there is no portal.
 #pragma once
 
-#include "platform/desktop_appearance.h"
 #include "platform/linux/dbus/bus.h"
+#include "platform/session/desktop_appearance.h"
 
 #include <array>
 #include <memory>

@@ -1,7 +1,7 @@
 // Asks both buses which of the services that the program can use are running or could be started.
 #pragma once
 
-#include "platform/desktop_service_state.h"
+#include "platform/session/desktop_service_state.h"
 
 #include <string>
 #include <vector>

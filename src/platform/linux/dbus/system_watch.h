@@ -3,7 +3,7 @@
 #pragma once
 
 #include "platform/linux/dbus/bus.h"
-#include "platform/linux/network_notices.h"
+#include "platform/linux/network/network_notices.h"
 #include "platform/power_and_network.h"
 
 #include <memory>

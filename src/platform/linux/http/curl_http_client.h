@@ -4,7 +4,7 @@
 // does.
 #pragma once
 
-#include "platform/http_client.h"
+#include "platform/http/http_client.h"
 
 #include <memory>
 #include <mutex>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/es256.h"
-#include "platform/http_client.h"
+#include "platform/http/http_client.h"
 
 #include <cstddef>
 #include <memory>

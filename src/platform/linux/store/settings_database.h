@@ -3,7 +3,7 @@
 
 #include "base/result.h"
 #include "platform/linux/store/sqlite.h"
-#include "platform/settings_store.h"
+#include "platform/settings/settings_store.h"
 
 #include <filesystem>
 #include <memory>

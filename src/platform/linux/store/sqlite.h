@@ -3,7 +3,7 @@
 #pragma once
 
 #include "base/result.h"
-#include "platform/settings.h"
+#include "platform/settings/settings.h"
 
 #include <filesystem>
 #include <memory>

@@ -5,7 +5,7 @@
 #pragma once
 
 #include "platform/linux/store/sqlite.h"
-#include "platform/settings_store.h"
+#include "platform/settings/settings_store.h"
 
 #include <filesystem>
 #include <mutex>

@@ -6,7 +6,7 @@
 
 #include "platform/linux/dbus/bus.h"
 #include "platform/linux/dbus/notifications/notification_channel.h"
-#include "platform/notification_center.h"
+#include "platform/session/notification_center.h"
 
 #include <chrono>
 #include <deque>

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "platform/linux/dbus/bus.h"
-#include "platform/notification_center.h"
+#include "platform/session/notification_center.h"
 
 #include <string_view>
 #include <vector>

@@ -2,7 +2,7 @@
 // service says it can do. A plain function, but for the look whether a sound file is there.
 #pragma once
 
-#include "platform/notification_center.h"
+#include "platform/session/notification_center.h"
 
 #include <cstdint>
 #include <filesystem>

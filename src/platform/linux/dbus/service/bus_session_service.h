@@ -5,7 +5,7 @@
 #include "platform/linux/dbus/bus_thread.h"
 #include "platform/linux/dbus/service/search_objects.h"
 #include "platform/linux/dbus/service/weather_object.h"
-#include "platform/session_service.h"
+#include "platform/session/session_service.h"
 
 #include <memory>
 #include <optional>

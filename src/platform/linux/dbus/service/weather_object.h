@@ -3,7 +3,7 @@
 #pragma once
 
 #include "platform/linux/dbus/service/call_gate.h"
-#include "platform/session_service.h"
+#include "platform/session/session_service.h"
 
 #include <memory>
 #include <sdbus-c++/sdbus-c++.h>

@@ -1,7 +1,7 @@
 // The tray's picture on the bus as hosts read it (org.kde.StatusNotifierItem).
 #pragma once
 
-#include "platform/tray.h"
+#include "platform/session/tray.h"
 
 #include <functional>
 #include <memory>

@@ -5,7 +5,7 @@
 #include "platform/linux/dbus/bus_thread.h"
 #include "platform/linux/dbus/tray/status_notifier_item.h"
 #include "platform/linux/dbus/tray/tray_menu.h"
-#include "platform/tray.h"
+#include "platform/session/tray.h"
 
 #include <memory>
 #include <optional>

@@ -2,7 +2,7 @@
 // Whatever a host asks for is looked up, never trusted: what is not there is skipped or refused.
 #pragma once
 
-#include "platform/tray.h"
+#include "platform/session/tray.h"
 
 #include <functional>
 #include <map>
