@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Checks that every folder of src/ includes only from the folders that it stands on, and every room in a folder only
-# from the rooms that it stands on. What lies in the folder itself serves its rooms or puts them together.
+# from the rooms that it stands on. What lies in the folder itself serves its rooms or puts them together. No two headers
+# declare types of one name.
 set -euo pipefail
 cd "$(dirname "$0")/../src"
 
@@ -88,4 +89,14 @@ for folder in "${!may[@]}"; do
     done < <(grep -rnoP --include='*.h' --include='*.cpp' "(?<=#include \"$folder/)[a-z_]+(?=/)" "$folder/$room" || true)
   done
 done
+
+# Two types of one name in one namespace are one to the linker, which keeps the code of either for both.
+twins=$(grep -rHP --include='*.h' '^(namespace [a-z_:]+ \{|(struct|class|enum class|union) \w+[^;]*\{)' . |
+  awk -F: '{ file = $1; line = substr($0, length(file) + 2) }
+    line ~ /^namespace/ { split(line, word, /[ {]/); space[file] = word[2]; next }
+    { n = split(line, word, / /); name = word[1] == "enum" ? word[3] : word[2]
+      key = space[file] "::" name
+      if (key in seen && seen[key] != file) print file ": " key " is also the name of a type in " seen[key]
+      seen[key] = file }')
+[ -z "$twins" ] || { echo "$twins"; wrong=1; }
 exit $wrong

@@ -28,7 +28,7 @@ Instant endIn(BriefSpan const& span, WeatherEvent const& event) {
   return event.end <= span.end + kOverhang ? std::max(event.end, span.end) : span.end;
 }
 
-void join(ToldEvent& told, WeatherEvent const& event) {
+void join(MergedEvent& told, WeatherEvent const& event) {
   WeatherEvent& joined = told.event;
   told.isAtTimes = told.isAtTimes || event.begin - joined.end >= kLongPause;
   joined.end = event.end;
@@ -60,39 +60,39 @@ bool BriefEvents::isToldBefore(WeatherEvent const& event, BriefSpan const& span)
          span.begin > present_.first;
 }
 
-std::optional<ToldEvent> BriefEvents::toldOf(EventKind kind, BriefSpan const& span) const {
-  std::optional<ToldEvent> all;
+std::optional<MergedEvent> BriefEvents::toldOf(EventKind kind, BriefSpan const& span) const {
+  std::optional<MergedEvent> all;
   for (WeatherEvent event : events_) {
     if (event.kind != kind || event.begin >= span.end || event.end <= span.begin) continue;
     if (kind != EventKind::fog) event.begin = std::max(event.begin, present_.dryUntil);
     bool const isTrace = event.totalMM && *event.totalMM < kTraceMM;
     bool const isShortFog = kind == EventKind::fog && event.end - event.begin < kLeastFog;
     if (event.begin >= event.end || isTrace || isShortFog || isToldBefore(event, span)) continue;
-    all ? join(*all, event) : void(all = ToldEvent{event});
+    all ? join(*all, event) : void(all = MergedEvent{event});
   }
   return all;
 }
 
-std::vector<ToldEvent> BriefEvents::told(BriefSpan const& span) const {
-  std::vector<ToldEvent> events;
+std::vector<MergedEvent> BriefEvents::told(BriefSpan const& span) const {
+  std::vector<MergedEvent> events;
   for (EventKind const kind : kByWeight) {
     auto found = toldOf(kind, span);
     if (!found) continue;
-    bool const overlaps = std::ranges::any_of(events, [&](ToldEvent const& other) {
+    bool const overlaps = std::ranges::any_of(events, [&](MergedEvent const& other) {
       return found->event.begin < other.event.end && other.event.begin < found->event.end;
     });
     if (!overlaps && events.size() < kMostEvents) events.push_back(*found);
   }
-  std::ranges::stable_sort(events, {}, [](ToldEvent const& one) { return one.event.begin; });
+  std::ranges::stable_sort(events, {}, [](MergedEvent const& one) { return one.event.begin; });
   return events;
 }
 
 /// It should be there now.
-bool BriefEvents::isRunning(ToldEvent const& told, BriefSpan const& span) const {
+bool BriefEvents::isRunning(MergedEvent const& told, BriefSpan const& span) const {
   return told.event.begin <= present_.now && span.begin == present_.now;
 }
 
-std::string BriefEvents::clauseOf(ToldEvent const& told, BriefSpan const& span) const {
+std::string BriefEvents::clauseOf(MergedEvent const& told, BriefSpan const& span) const {
   std::string name = words_.nameOf(told.event);
   bool const isContradicted =
       isRunning(told, span) && told.event.kind != EventKind::fog && present_.isFalling == false;
@@ -111,7 +111,7 @@ double BriefEvents::amountIn(BriefSpan const& span, EventKind kind) const {
   return mm;
 }
 
-std::string BriefEvents::amountOf(ToldEvent const& told, BriefSpan const& span) const {
+std::string BriefEvents::amountOf(MergedEvent const& told, BriefSpan const& span) const {
   WeatherEvent const& event = told.event;
   if (event.kind == EventKind::fog) return {};
   double const mm = amountIn({span.begin, endIn(span, event)}, event.kind);

@@ -23,7 +23,7 @@ struct BriefSpan {
 std::span<HourlyForecast const> hoursWithin(WeatherData const& weather, BriefSpan const& span);
 
 /// All of a kind within a span as one; told as coming at times where long pauses part them.
-struct ToldEvent {
+struct MergedEvent {
   WeatherEvent event;
   bool isAtTimes = false;
 };
@@ -44,17 +44,17 @@ class BriefEvents {
       : weather_(weather), events_(events), words_(words), present_(present) {}
 
   /// At most two, by time; of those that overlap the one that matters more.
-  std::vector<ToldEvent> told(BriefSpan const& span) const;
+  std::vector<MergedEvent> told(BriefSpan const& span) const;
   /// "light rain from 2 PM to 5 PM".
-  std::string clauseOf(ToldEvent const& told, BriefSpan const& span) const;
+  std::string clauseOf(MergedEvent const& told, BriefSpan const& span) const;
   /// "about 6 mm"; empty where there is none worth a word, as of fog.
-  std::string amountOf(ToldEvent const& told, BriefSpan const& span) const;
+  std::string amountOf(MergedEvent const& told, BriefSpan const& span) const;
 
  private:
-  std::optional<ToldEvent> toldOf(EventKind kind, BriefSpan const& span) const;
+  std::optional<MergedEvent> toldOf(EventKind kind, BriefSpan const& span) const;
   bool isToldBefore(WeatherEvent const& event, BriefSpan const& span) const;
   double amountIn(BriefSpan const& span, EventKind kind) const;
-  bool isRunning(ToldEvent const& told, BriefSpan const& span) const;
+  bool isRunning(MergedEvent const& told, BriefSpan const& span) const;
 
   WeatherData const& weather_;
   std::vector<WeatherEvent> const& events_;

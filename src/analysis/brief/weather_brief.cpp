@@ -222,9 +222,9 @@ class Writer {
                              {now_, spans_.front().begin, dryUntil(), isFalling()});
     std::vector<std::string> clauses;
     auto const told = events.told(span);
-    isWet_ = isWet_ ||
-             std::ranges::any_of(told, [](ToldEvent const& one) { return one.event.kind != EventKind::fog; });
-    for (ToldEvent const& one : told) {
+    isWet_ = isWet_ || std::ranges::any_of(
+                           told, [](MergedEvent const& one) { return one.event.kind != EventKind::fog; });
+    for (MergedEvent const& one : told) {
       clauses.push_back(events.clauseOf(one, span));
       std::string amount = events.amountOf(one, span);
       if (!amount.empty() && isNew(amount)) clauses.push_back(std::move(amount));

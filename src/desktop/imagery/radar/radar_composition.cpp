@@ -95,7 +95,7 @@ bool coversAll(QImage const& veil, MapView const& view) {
   return true;
 }
 
-Composition composed(MapView const& view, std::span<TilePicture const> tiles, QImage const& veil) {
+ComposedFrame composed(MapView const& view, std::span<TilePicture const> tiles, QImage const& veil) {
   MapView const wide = withMargin(view);
   QImage picture = emptyOf(wide);
   QPainter painter(&picture);

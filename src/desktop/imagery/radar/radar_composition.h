@@ -18,12 +18,12 @@ QImage veilOf(MapView const& view, RadarSupplier const& supplier, std::span<Tile
 /// No radar has any of the view.
 bool coversAll(QImage const& veil, MapView const& view);
 
-struct Composition {
+struct ComposedFrame {
   PlacedPicture placed;
   bool isDry = false;  ///< nothing is drawn of the tiles in the view
 };
 /// The tiles, in the supplier's colours or our own, over the veil, which may be null.
-Composition composed(MapView const& view, std::span<TilePicture const> tiles, QImage const& veil);
+ComposedFrame composed(MapView const& view, std::span<TilePicture const> tiles, QImage const& veil);
 
 /// Two tiles are the same picture of more than one colour: they say something instead of showing rain.
 bool isRepeated(std::span<TilePicture const> tiles);
