@@ -13,4 +13,12 @@ inline constexpr auto enumNames<WeatherProviderOption> =
     std::to_array<std::string_view>({"automatic", "appleWeather", "openMeteo", "yrNo", "wttrIn"});
 static_assert(enumNamesComplete(WeatherProviderOption::wttrIn));
 
+/// In the order in which they are tried without a choice.
+enum class AutomaticProvider { appleWeather, openMeteo, yrNo, wttrIn };
+
+template <>
+inline constexpr auto enumNames<AutomaticProvider> =
+    std::to_array<std::string_view>({"appleWeather", "openMeteo", "yrNo", "wttrIn"});
+static_assert(enumNamesComplete(AutomaticProvider::wttrIn));
+
 }  // namespace nimbara

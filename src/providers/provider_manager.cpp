@@ -11,8 +11,6 @@ namespace nimbara {
 
 namespace {
 
-using AutomaticProvider = WeatherProviderManager::AutomaticProvider;
-
 /// The longest pause that a service may ask for.
 constexpr std::chrono::hours kLongestBlock{24};
 

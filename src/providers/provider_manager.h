@@ -32,9 +32,9 @@ struct ForecastProvider {
 
 class WeatherProviderManager {
  public:
-  enum class AutomaticProvider { appleWeather, openMeteo, yrNo, wttrIn };
-  /// In the order of `AutomaticProvider`, which is the order in which they are tried.
-  using Providers = std::array<ForecastProvider, 4>;
+  using AutomaticProvider = nimbara::AutomaticProvider;
+  /// In the order of `AutomaticProvider`.
+  using Providers = std::array<ForecastProvider, enumNames<AutomaticProvider>.size()>;
   using OnFailure = std::function<void(AutomaticProvider, APIError const&)>;
 
   static constexpr std::chrono::seconds kLimit{20};
@@ -72,11 +72,6 @@ class WeatherProviderManager {
   OnFailure onFailure_;
   LateWork late_;  ///< last: its threads end before what they use
 };
-
-template <>
-inline constexpr auto enumNames<WeatherProviderManager::AutomaticProvider> =
-    std::to_array<std::string_view>({"appleWeather", "openMeteo", "yrNo", "wttrIn"});
-static_assert(enumNamesComplete(WeatherProviderManager::AutomaticProvider::wttrIn));
 
 /// Whether a provider is left out because it failed less than 300 seconds ago or asked for a pause. Moments
 /// in the future, as after the clock was set back, do not count.
