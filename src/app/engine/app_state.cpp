@@ -50,18 +50,10 @@ constexpr TriggerRule ruleOf(RefreshTrigger trigger) {
   return {};
 }
 
-std::string keyOf(Place const& place) {
-  return cacheKey(place.coordinate);
-}
-
 /// Whose clock a kind of refresh is spaced by.
 std::string clockKey(RefreshKind kind, Place const& place) {
-  return kind == RefreshKind::significantLocationChange ? std::string(kDevicePlace) : keyOf(place);
-}
-
-/// A moment that lies farther ahead than anything is ever planned was set by a clock that has been set back.
-bool isDue(std::optional<Instant> due, Instant now, seconds farthest) {
-  return due && (*due <= now || *due - now > farthest);
+  return kind == RefreshKind::significantLocationChange ? std::string(kDevicePlace)
+                                                        : cacheKey(place.coordinate);
 }
 
 }  // namespace
@@ -88,8 +80,7 @@ void AppState::tell(std::function<void()> const& listener) const {
   if (listener) listener();
 }
 
-template <class Change>
-void AppState::change(Change apply) {
+void AppState::change(Change const& apply) {
   {
     std::lock_guard const lock(mutex_);
     auto next = std::make_shared<WeatherState>(*weather_);
@@ -99,16 +90,29 @@ void AppState::change(Change apply) {
   tell(surroundings_.onChange);
 }
 
+std::string AppState::keyOf(Place const& place) {
+  return cacheKey(place.coordinate);
+}
+
+bool AppState::isShown(Place const& place) const {
+  return selected_ && keyOf(*selected_) == keyOf(place);
+}
+
 bool AppState::isSelected(Place const& place) const {
   std::lock_guard const lock(mutex_);
-  return selected_ && keyOf(*selected_) == keyOf(place);
+  return isShown(place);
+}
+
+void AppState::changeShown(Place const& place, Change const& apply) {
+  change([&](WeatherState& state) {
+    if (isShown(place)) apply(state);
+  });
 }
 
 void AppState::show(Place const& place, ForecastAnswer const& answer) {
   WeatherData data = answer.data;
   auto station = surroundings_.overlayStation ? surroundings_.overlayStation(data) : nullptr;
-  change([&](WeatherState& state) {
-    if (!selected_ || keyOf(*selected_) != keyOf(place)) return;
+  changeShown(place, [&](WeatherState& state) {
     state.weatherData = std::move(data);
     state.isShowingLiveNetatmoData = station && station->isLive();
     stationEnds_ = station ? station->liveUntil() : std::nullopt;
@@ -313,147 +317,20 @@ void AppState::wokeUp(RefreshTrigger trigger) {
   requestRefresh(trigger);
 }
 
-std::vector<Place> AppState::otherPlaces() const {
-  std::vector<Place> places = surroundings_.savedPlaces ? surroundings_.savedPlaces() : std::vector<Place>{};
-  std::erase_if(places, [this](Place const& place) { return isSelected(place); });
-  return places;
-}
-
-void AppState::startOthers(Instant now) {
-  auto places = otherPlaces();
-  std::lock_guard const lock(mutex_);
-  if (nonActiveNotificationRefreshTask_.isRunning) return;
-  constexpr RefreshKind kKind = RefreshKind::nonActiveNotification;
-  seconds const interval = intervals_.of(kKind, isForeground_);
-  std::erase_if(places,
-                [&](Place const& place) { return !clocks_.mayStart(kKind, keyOf(place), now, interval); });
-  if (places.empty()) return;
-  for (Place const& place : places) clocks_.noteStart(kKind, keyOf(place), now);
-  nonActiveNotificationRefreshTask_.isRunning = true;
-  runner_.run([this, places = std::move(places)](std::stop_token const& stop) {
-    for (Place const& place : places) {
-      if (stop.stop_requested()) break;
-      auto const outcome = forecasts_()->get(place, WeatherProviderOption::automatic, stop);
-      if (surroundings_.onRefresh) surroundings_.onRefresh({place, false, outcome});
-    }
-    {
-      std::lock_guard const ending(mutex_);
-      nonActiveNotificationRefreshTask_.isRunning = false;
-    }
-    tell(surroundings_.onDueChange);
-  });
-}
-
-void AppState::startSupplemental(Instant now) {
-  std::lock_guard const lock(mutex_);
-  if (!maySupplement(now)) return;
-  clocks_.noteStart(RefreshKind::supplemental, keyOf(*selected_), now);
-  supplementalRetryDue_.reset();
-  supplementalRefreshTask_ = {true, {}};
-  runner_.run([this, place = *selected_,
-               stop = supplementalRefreshTask_.stop](std::stop_token const& ending) {
-    std::stop_callback const pass(ending, [stop]() mutable { stop.request_stop(); });
-    finishSupplemental(place, surroundings_.refreshSupplemental(place, stop.get_token()), stop.get_token());
-  });
-}
-
-/// With the lock held.
-bool AppState::maySupplement(Instant now) const {
-  if (!surroundings_.refreshSupplemental || !selected_ || supplementalRefreshTask_.isRunning) return false;
-  constexpr RefreshKind kKind = RefreshKind::supplemental;
-  return isDue(supplementalRetryDue_, now, 2 * intervals_.refreshInterval) ||
-         clocks_.mayStart(kKind, keyOf(*selected_), now, intervals_.of(kKind, isForeground_));
-}
-
-void AppState::finishSupplemental(Place const& place, SupplementalOutcome outcome,
-                                  std::stop_token const& stop) {
-  {
-    std::lock_guard const lock(mutex_);
-    supplementalRefreshTask_.isRunning = false;
-    bool const isShown = selected_ && keyOf(*selected_) == keyOf(place);
-    if (stop.stop_requested()) {
-      clocks_.clear(RefreshKind::supplemental, keyOf(place));
-    } else if (outcome == SupplementalOutcome::incomplete && isShown) {
-      supplementalRetryDue_ = clock_.now() + intervals_.fastRefreshInterval;
-    }
-  }
-  tell(surroundings_.onDueChange);
-}
-
-/// With the lock held.
-bool AppState::wantsStation() const {
-  return surroundings_.refreshStation && selected_ && weather_->station && !stationTask_.isRunning;
-}
-
-void AppState::startStation(Instant now) {
-  constexpr std::chrono::hours kFarthest{2};
-  bool isForeground = false;
-  {
-    std::lock_guard const lock(mutex_);
-    if (!wantsStation() || (stationDue_ && !isDue(stationDue_, now, kFarthest))) return;
-    stationTask_ = {true, {}};
-    isForeground = isForeground_;
-  }
-  runner_.run([this, isForeground](std::stop_token const& stop) {
-    constexpr seconds kShortestRest{30};
-    Instant const due = surroundings_.refreshStation(isForeground, stop);
-    if (!stop.stop_requested()) reshow();
-    {
-      std::lock_guard const lock(mutex_);
-      stationTask_.isRunning = false;
-      stationDue_ = std::max(due, clock_.now() + kShortestRest);
-    }
-    tell(surroundings_.onDueChange);
-  });
-}
-
-/// With the lock held.
-bool AppState::wantsNowcast() const {
-  return surroundings_.refreshNowcast && isForeground_ && selected_ && weather_->weatherData &&
-         !nowcastTask_.isRunning;
-}
-
-void AppState::startNowcast(Instant now) {
-  constexpr std::chrono::hours kFarthest{48};
-  std::lock_guard const lock(mutex_);
-  if (!wantsNowcast() || (nowcastDue_ && !isDue(nowcastDue_, now, kFarthest))) return;
-  nowcastTask_ = {true, {}};
-  runner_.run([this, place = *selected_, stop = nowcastTask_.stop](std::stop_token const& ending) {
-    std::stop_callback const pass(ending, [stop]() mutable { stop.request_stop(); });
-    NowcastAnswer answer = surroundings_.refreshNowcast(place, stop.get_token());
-    change([&](WeatherState& state) {
-      nowcastTask_.isRunning = false;
-      bool const isShown = selected_ && keyOf(*selected_) == keyOf(place);
-      if (!isShown || stop.stop_requested()) return;
-      nowcastDue_ = answer.askAgainAt;
-      state.nowcast = std::move(answer.reading);
-    });
-    tell(surroundings_.onDueChange);
-  });
-}
-
 void AppState::showGovAlerts(Place const& place, std::vector<WeatherAlert> alerts) {
-  change([&](WeatherState& state) {
-    if (selected_ && keyOf(*selected_) == keyOf(place)) state.govAlerts = std::move(alerts);
-  });
+  changeShown(place, [&](WeatherState& state) { state.govAlerts = std::move(alerts); });
 }
 
 void AppState::showTravelAdvisories(Place const& place, std::vector<WeatherAlert> advisories) {
-  change([&](WeatherState& state) {
-    if (selected_ && keyOf(*selected_) == keyOf(place)) state.travelAdvisories = std::move(advisories);
-  });
+  changeShown(place, [&](WeatherState& state) { state.travelAdvisories = std::move(advisories); });
 }
 
 void AppState::showSupplement(Place const& place, std::shared_ptr<SupplementState const> supplement) {
-  change([&](WeatherState& state) {
-    if (selected_ && keyOf(*selected_) == keyOf(place)) state.supplement = std::move(supplement);
-  });
+  changeShown(place, [&](WeatherState& state) { state.supplement = std::move(supplement); });
 }
 
 void AppState::showConfidence(Place const& place, std::shared_ptr<SecondForecast const> second) {
-  change([&](WeatherState& state) {
-    if (selected_ && keyOf(*selected_) == keyOf(place)) state.forecastConfidence = std::move(second);
-  });
+  changeShown(place, [&](WeatherState& state) { state.forecastConfidence = std::move(second); });
 }
 
 void AppState::deviceMoved(LocationFix const& fix) {

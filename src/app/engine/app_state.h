@@ -136,11 +136,15 @@ class AppState {
   bool wantsNowcast() const;
   void finishSupplemental(Place const& place, SupplementalOutcome outcome, std::stop_token const& stop);
   std::vector<Place> otherPlaces() const;
+  static std::string keyOf(Place const& place);
   bool isSelected(Place const& place) const;
+  /// The same with the lock held.
+  bool isShown(Place const& place) const;
   /// Unless another place was selected meanwhile.
   void show(Place const& place, ForecastAnswer const& answer);
-  template <class Change>
-  void change(Change apply);
+  using Change = std::function<void(WeatherState&)>;
+  void change(Change const& apply);
+  void changeShown(Place const& place, Change const& apply);
   void tell(std::function<void()> const& listener) const;
 
   InUse<ForecastService> forecasts_;

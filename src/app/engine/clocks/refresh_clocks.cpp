@@ -17,6 +17,10 @@ std::chrono::seconds RefreshIntervals::of(RefreshKind kind, bool isForeground) c
   return refreshInterval;
 }
 
+bool isDue(std::optional<Instant> due, Instant now, std::chrono::seconds farthest) {
+  return due && (*due <= now || *due - now > farthest);
+}
+
 std::optional<Instant> RefreshClocks::last(RefreshKind kind, std::string_view place) const {
   auto const& table = tables_[static_cast<std::size_t>(kind)];
   auto const found = table.find(place);

@@ -35,6 +35,9 @@ struct RefreshIntervals {
   std::chrono::seconds of(RefreshKind kind, bool isForeground) const;
 };
 
+/// A moment that lies farther ahead than anything is ever planned was set by a clock that has been set back.
+bool isDue(std::optional<Instant> due, Instant now, std::chrono::seconds farthest);
+
 class RefreshClocks {
  public:
   /// A refresh may start when the place has no entry, when its entry lies at least the interval back, or when
