@@ -78,6 +78,13 @@ Card {
             Accessible.onIncreaseAction: step(1)
             Accessible.onDecreaseAction: step(-1)
 
+            Rectangle {
+                visible: chart.chosen !== null
+                x: chart.chosen?.x ?? 0
+                width: chart.chosen?.width ?? 0
+                height: chart.height - chart.foot
+                color: Theme.raised
+            }
             // Where the bands of the index end.
             Repeater {
                 model: App.air.steps
@@ -119,19 +126,6 @@ Card {
                     width: Math.max(1, Math.round((index + 1) * chart.slot) - x)
                     height: chart.height
                     Rectangle {
-                        width: parent.width
-                        height: parent.height - chart.foot
-                        visible: chart.chosen === hour
-                        color: Theme.raised
-                    }
-                    Rectangle {
-                        width: 1
-                        height: parent.height - chart.foot
-                        visible: hour.startsDay
-                        color: Theme.muted
-                        opacity: 0.5
-                    }
-                    Rectangle {
                         visible: hour.isKnown
                         x: parent.width > 4 ? 1 : 0
                         width: Math.max(1, parent.width - (parent.width > 4 ? 2 : 0))
@@ -139,13 +133,6 @@ Card {
                         y: chart.upper - height
                         radius: Math.min(3, width / 2)
                         color: Theme.airColours[hour.colour]
-                    }
-                    RainBar {
-                        visible: !hour.isKnown
-                        width: parent.width
-                        height: 10 * Theme.scale
-                        y: chart.upper - height
-                        kind: "notKnown"
                     }
                     Rectangle {
                         visible: hour.uvShare > 0
@@ -156,13 +143,33 @@ Card {
                         radius: Math.min(3, width / 2)
                         color: hour.wantsProtection ? Theme.ultraviolet : Theme.cloud
                     }
-                    PlainText {
-                        visible: text !== "" && x + hour.x + implicitWidth <= chart.width
+                    // Few hours have what follows.
+                    Loader {
+                        active: !hour.isKnown
+                        width: parent.width
+                        height: 10 * Theme.scale
+                        y: chart.upper - height
+                        sourceComponent: RainBar { kind: "notKnown" }
+                    }
+                    Loader {
+                        active: hour.startsDay
+                        height: parent.height - chart.foot
+                        sourceComponent: Rectangle {
+                            width: 1
+                            color: Theme.muted
+                            opacity: 0.5
+                        }
+                    }
+                    Loader {
+                        active: hour.label !== ""
                         y: parent.height - chart.foot + 3
-                        text: hour.label
-                        color: hour.startsDay ? Theme.text : Theme.muted
-                        font.pixelSize: Theme.tiny
-                        font.weight: hour.startsDay ? Font.DemiBold : Font.Normal
+                        sourceComponent: PlainText {
+                            visible: hour.x + implicitWidth <= chart.width
+                            text: hour.label
+                            color: hour.startsDay ? Theme.text : Theme.muted
+                            font.pixelSize: Theme.tiny
+                            font.weight: hour.startsDay ? Font.DemiBold : Font.Normal
+                        }
                     }
                 }
             }

@@ -40,42 +40,61 @@ ScrollPage {
         spacing: 2 * Theme.space
         isMirrored: LayoutMirroring.enabled
 
-        AirIndexCard { readonly property int lane: 0 }
-        AirHoursCard {
-            readonly property int lane: page.columns === 1 ? 0 : 1
-            visible: App.air.hours.count > 0
+        // A card comes with its data, made between the frames.
+        component Part: Loader {
+            required property int lane
+            visible: active
+            asynchronous: true
         }
-        AirPartsCard {
-            readonly property int lane: 0
-            visible: App.air.pollutants.count > 0
-            title: App.air.words.pollutants
-            parts: App.air.pollutants
+
+        Part {
+            lane: 0
+            active: App.air.now.isAsked
+            sourceComponent: AirIndexCard {}
         }
-        Card {
-            readonly property int lane: page.columns === 1 ? 0 : 1
-            visible: App.air.now.uv !== ""
-            title: App.air.words.uv
-            Column {
-                width: parent.width
-                spacing: Theme.space
-                AirWords {
-                    text: App.air.now.uv
-                    font.weight: Font.DemiBold
-                }
-                AirWords { text: App.air.now.protection }
+        Part {
+            lane: page.columns === 1 ? 0 : 1
+            active: App.air.hours.count > 0
+            sourceComponent: AirHoursCard {}
+        }
+        Part {
+            lane: 0
+            active: App.air.pollutants.count > 0
+            sourceComponent: AirPartsCard {
+                title: App.air.words.pollutants
+                parts: App.air.pollutants
             }
         }
-        ClimateCard {
-            readonly property int lane: page.columns - 1
-            visible: App.air.now.isClimateAsked
+        Part {
+            lane: page.columns === 1 ? 0 : 1
+            active: App.air.now.uv !== ""
+            sourceComponent: Card {
+                title: App.air.words.uv
+                Column {
+                    width: parent.width
+                    spacing: Theme.space
+                    AirWords {
+                        text: App.air.now.uv
+                        font.weight: Font.DemiBold
+                    }
+                    AirWords { text: App.air.now.protection }
+                }
+            }
         }
-        AirPartsCard {
-            readonly property int lane: page.columns === 3 ? 2 : 0
-            visible: App.air.pollen.count > 0 || App.air.now.pollenState !== ""
-            title: App.air.words.pollen
-            parts: App.air.pollen
-            lead: App.air.now.pollenState
-            note: App.air.pollen.count > 1 ? App.air.words.pollenBars : ""
+        Part {
+            lane: page.columns - 1
+            active: App.air.now.isClimateAsked
+            sourceComponent: ClimateCard {}
+        }
+        Part {
+            lane: page.columns === 3 ? 2 : 0
+            active: App.air.pollen.count > 0 || App.air.now.pollenState !== ""
+            sourceComponent: AirPartsCard {
+                title: App.air.words.pollen
+                parts: App.air.pollen
+                lead: App.air.now.pollenState
+                note: App.air.pollen.count > 1 ? App.air.words.pollenBars : ""
+            }
         }
     }
 }
