@@ -87,11 +87,14 @@ void MapItem::takeThings() {
   update();
 }
 
+void MapItem::componentComplete() {
+  QQuickPaintedItem::componentComplete();
+  whole_ = {linesOf(landOutlines()), linesOf(borderLines()), linesOf(disputedLines()),
+            linesOf(lakeOutlines()), linesOf(riverLines())};
+  labels_.readTowns();
+}
+
 MapItem::Outlines const& MapItem::outlinesAt(double side) {
-  if (whole_.coasts.empty()) {
-    whole_ = {linesOf(landOutlines()), linesOf(borderLines()), linesOf(disputedLines()),
-              linesOf(lakeOutlines()), linesOf(riverLines())};
-  }
   int const step = static_cast<int>(std::ceil(std::log2(side / kTileSide) - 1e-9));
   auto [found, isNew] = outlines_.try_emplace(step);
   if (isNew) {

@@ -31,6 +31,9 @@ class MapItem : public QQuickPaintedItem {
   explicit MapItem(QQuickItem* parent = nullptr);
 
   void paint(QPainter* painter) override;
+  /// Reads the world, so that the page's making and its first picture are two short works in place of a long
+  /// one.
+  void componentComplete() override;
 
   MapModel* model() const { return model_; }
   void setModel(MapModel* model);

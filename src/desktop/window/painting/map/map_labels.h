@@ -66,6 +66,8 @@ class MapLabels {
   /// Paints a name beside a point: on its right, else on its left, above or below, wherever is room; not at
   /// all where there is none. `gap` is the point's radius.
   bool paint(QPainter& painter, LabelRoom& room, QPointF point, double gap, QString const& name, bool isBold);
+  /// Ahead of the first picture, which would take as much longer.
+  void readTowns();
   /// The towns in view, the most populous first, each with a dot.
   void paintTowns(QPainter& painter, LabelRoom& room, MapView const& view);
 
