@@ -70,7 +70,7 @@ asan tsan:
 fuzz-build:
 	$(install) fuzz
 	$(configure) fuzz desktop tests
-	$(compile) fuzz -j $(JOBS)
+	$(compile) fuzz -j $(JOBS) --target fuzz_targets
 
 fuzz: fuzz-build
 	@fuzz/run.sh build/fuzz
