@@ -1,11 +1,10 @@
 #include "cli/cli.h"
 
 #include "app/settings/home_directory.h"
-#include "app/settings/settings_registry.h"
 #include "app/settings/unit_settings.h"
+#include "app/settings/user_settings.h"
 #include "base/text/text.h"
 #include "platform/linux/resident_code.h"
-#include "platform/linux/store/sqlite_settings_store.h"
 
 namespace nimbara {
 
@@ -46,8 +45,8 @@ int runCli(std::vector<std::string> arguments, Session const& session) {
   }
   if (!line->needsHome) return line->run(*line, session);
   if (session.environment.dataDirectory.empty()) return session.fail(exitCode::kUnavailable, kNoHome);
-  SqliteSettingsStore store(session.environment.dataDirectory, settingsRegistry(), SettingsUse::brief);
-  auto const [settings, problem] = store.settings();
+  auto const store = userSettings(session.environment, line->common.services, SettingsUse::brief);
+  auto const [settings, problem] = store->opened();
   // The start ran through the loaders of three dozen libraries; none of that is needed any more.
   giveBackCode();
   if (problem && !line->needsStore) {
@@ -55,7 +54,7 @@ int runCli(std::vector<std::string> arguments, Session const& session) {
   }
   fillIn(*line, settings, session.environment);
   Session equipped = session;
-  equipped.store = &store;
+  equipped.store = equipped.keyed = store.get();
   equipped.settings = &settings;
   return line->run(*line, equipped);
 }

@@ -16,6 +16,8 @@
 
 namespace nimbara {
 
+class KeyedSettingsStore;
+
 namespace exitCode {
 inline constexpr int kComplete = 0;
 inline constexpr int kUnavailable = 1;
@@ -40,9 +42,10 @@ struct Session {
   Environment const& environment;
   Console& console;
   std::stop_token stop;
-  LocationSource* location = nullptr;  ///< none: the desktop's
-  SettingsStore* store = nullptr;      ///< the user's; set by runCli
-  Settings const* settings = nullptr;  ///< as they were at the start of the run
+  LocationSource* location = nullptr;   ///< none: the desktop's
+  SettingsStore* store = nullptr;       ///< the user's; set by runCli
+  KeyedSettingsStore* keyed = nullptr;  ///< the same
+  Settings const* settings = nullptr;   ///< as they were at the start of the run
   /// How long a command works before it says what it is doing.
   std::chrono::milliseconds patience{1000};
 

@@ -61,6 +61,7 @@ EngineOptions optionsOf(CommonOptions const& common, Session const& session, Clo
   options.keepsNothing = departure.keepsNothing;
   options.aroundNetwork = limited(departure, clock);
   options.store = session.store;
+  options.keyed = session.keyed;
   options.settings = session.settings;
   options.clock = &clock;
   return options;

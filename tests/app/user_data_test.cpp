@@ -2,6 +2,7 @@
 
 #include "app/settings/settings_registry.h"
 #include "platform/settings/scratch_settings_store.h"
+#include "support/temporary_folder.h"
 
 namespace nimbara {
 namespace {
@@ -23,8 +24,13 @@ class UserDataTest : public testing::Test {
     ASSERT_TRUE(Places(store).change([&](PlaceList& list) { return addPlace(list, place); }));
   }
 
-  ScratchSettingsStore old_{settingsRegistry()};
-  ScratchSettingsStore new_{settingsRegistry()};
+  KeyedSettingsStore storeIn(std::string_view name) const {
+    return {std::make_unique<ScratchSettingsStore>(settingsRegistry()), folder_.path() / name, {}};
+  }
+
+  test::TemporaryFolder folder_;
+  KeyedSettingsStore old_ = storeIn("old");
+  KeyedSettingsStore new_ = storeIn("new");
 };
 
 TEST_F(UserDataTest, AreTheSameOnAnotherMachine) {

@@ -16,7 +16,7 @@
 #include "app/notices/silent_center.h"
 #include "app/places/places.h"
 #include "app/services/feed_services.h"
-#include "app/settings/settings_registry.h"
+#include "app/settings/user_settings.h"
 #include "app/state/engine_snapshot.h"
 #include "app/state/supplement_state.h"
 #include "feeds/nowcast/nowcast_service.h"
@@ -25,7 +25,6 @@
 #include "platform/linux/desktop_services.h"
 #include "platform/linux/network/default_route.h"
 #include "platform/linux/speech_output.h"
-#include "platform/linux/store/sqlite_settings_store.h"
 #include "platform/linux/timerfd_wake_timer.h"
 
 #include <algorithm>
@@ -76,10 +75,9 @@ Engine::Engine(Environment const& environment, Options options)
       options_(std::make_unique<Options>(std::move(options))),
       ownClock_(options_->clock == nullptr ? runningClock(options_->now) : nullptr),
       clock_(ownClock_ ? ownClock_.get() : options_->clock),
-      ownStore_(options_->store == nullptr
-                    ? std::make_unique<SqliteSettingsStore>(environment.dataDirectory, settingsRegistry())
-                    : nullptr),
+      ownStore_(options_->store == nullptr ? userSettings(environment, options_->services) : nullptr),
       store_(ownStore_ ? ownStore_.get() : options_->store),
+      keyed_(ownStore_ ? ownStore_.get() : options_->keyed),
       settings_(
           std::make_unique<EngineSettings>(*store_, environment, options_->overrides, options_->settings)) {}
 
@@ -121,9 +119,16 @@ std::shared_ptr<Composition> Engine::services() {
                              environment_->program, environment_->dataDirectory,
                              options_->keepsNothing ? std::filesystem::path() : environment_->cacheDirectory,
                              options_->aroundNetwork,
-                             [store = store_](Coordinate at) { return chosenWarningSource(*store, at); }});
+                             [store = store_](Coordinate at) { return chosenWarningSource(*store, at); },
+                             keyFinder()});
   }
   return services_;
+}
+
+/// No key of the user's goes to what stands in for its service.
+FindKey Engine::keyFinder() const {
+  if (keyed_ == nullptr || !standIn().empty()) return {};
+  return [keyed = keyed_](std::string const& reference) { return keyed->keys().find(reference); };
 }
 
 PlacesState Engine::placesState() const {
@@ -316,6 +321,7 @@ void Engine::beginTheRest() {
   publish();
   notifications_->begin();
   followDevice();
+  if (keyed_ != nullptr) work_->run([this](std::stop_token const&) { keyed_->settle(); });
 }
 
 void Engine::apply(SettingsChanges const& changes) {

@@ -34,6 +34,7 @@ class EnginePlaces;
 class EngineSettings;
 class EngineStations;
 class HeldRunner;
+class KeyedSettingsStore;
 class LocationFollower;
 class PowerAndNetwork;
 class SatelliteFeed;
@@ -134,6 +135,7 @@ class Engine final : public EngineActions {
   void followAppearance();
   void beginTheRest();
   void replaceServices();
+  std::function<Result<std::string, std::string>(std::string const&)> keyFinder() const;
   void apply(SettingsChanges const& changes);
   void noteLocation(LocationPhase phase, std::string message = {});
   void followDevice();
@@ -150,8 +152,9 @@ class Engine final : public EngineActions {
   std::unique_ptr<Options> options_;
   std::unique_ptr<Clock> ownClock_;
   Clock const* clock_;
-  std::unique_ptr<SettingsStore> ownStore_;
+  std::unique_ptr<KeyedSettingsStore> ownStore_;
   SettingsStore* store_;
+  KeyedSettingsStore* keyed_;
   std::unique_ptr<EngineSettings> settings_;
   std::mutex servicesTurn_;  // guards the next
   std::shared_ptr<Composition> services_;

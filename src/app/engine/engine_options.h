@@ -18,6 +18,8 @@
 
 namespace nimbara {
 
+class KeyedSettingsStore;
+
 /// What a log tells of, beside refreshes and passes.
 enum class EngineEvent {
   settingsChanged,
@@ -45,7 +47,8 @@ struct EngineOptions {
   DecorateHttp aroundNetwork;
   // What exists already and outlives the engine; null: the user's store, and a clock as `now` says.
   SettingsStore* store = nullptr;
-  Settings const* settings = nullptr;  ///< as they have been read of it
+  KeyedSettingsStore* keyed = nullptr;  ///< the same, where it has keys of services
+  Settings const* settings = nullptr;   ///< as they have been read of it
   Clock const* clock = nullptr;
 
   // Of programs that run for long.

@@ -1,6 +1,5 @@
 #include "app/places/user_data.h"
 
-#include "app/settings/setting_text.h"
 #include "base/json/json_codec.h"
 #include "base/text/text.h"
 #include "platform/settings/settings.h"
@@ -45,7 +44,7 @@ void addPlaces(UserData const& data, PlaceList& list, TakenData& taken) {
 
 }  // namespace
 
-Result<UserData, StoreError> userData(SettingsStore& store, Secrets secrets) {
+Result<UserData, StoreError> userData(KeyedSettingsStore& store, Secrets secrets) {
   auto const reading = store.settings();
   if (reading.problem) return std::unexpected(*reading.problem);
   auto const list = Places(store).list();
@@ -53,9 +52,10 @@ Result<UserData, StoreError> userData(SettingsStore& store, Secrets secrets) {
   UserData data;
   for (SettingDefinition const* const setting : store.registry().all()) {
     bool const isKept = secrets == Secrets::leftOut && setting->isSecret;
-    if (reading.settings.isChosen(setting->key) && !isKept) {
-      data.settings[std::string(setting->key)] = settingText(reading.settings.value(setting->key));
-    }
+    if (!reading.settings.isChosen(setting->key) || isKept) continue;
+    auto text = store.text(reading.settings, *setting);
+    if (!text) return std::unexpected(text.error());
+    data.settings[std::string(setting->key)] = std::move(*text);
   }
   int position = 0;
   for (SavedPlace const& place : list->places) data.places.push_back(placeRow(place, ++position));

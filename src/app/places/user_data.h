@@ -3,9 +3,9 @@
 #pragma once
 
 #include "app/places/place_row.h"
+#include "app/settings/keyed_settings_store.h"
 #include "base/json/json.h"
 #include "base/result.h"
-#include "platform/settings/settings_store.h"
 
 #include <cstddef>
 #include <map>
@@ -34,7 +34,7 @@ inline constexpr auto jsonFields<UserData> =
 enum class Secrets { leftOut, included };
 
 /// The chosen settings and the saved places; keys and tokens only if `secrets` says so.
-Result<UserData, StoreError> userData(SettingsStore& store, Secrets secrets);
+Result<UserData, StoreError> userData(KeyedSettingsStore& store, Secrets secrets);
 
 /// The error is a sentence without a full stop.
 Result<UserData, std::string> parseUserData(std::string_view document);

@@ -75,8 +75,9 @@ struct Composition::Parts {
         configuration(configurationOf(settings)),
         services(configuration, options.servicesBase),
         network(options.program, userAgent(configuration)),
-        decorated(options.aroundNetwork ? options.aroundNetwork(network) : nullptr),
-        budgeted(decorated ? *decorated : network, clock,
+        keyed(network, options.findKey),
+        decorated(options.aroundNetwork ? options.aroundNetwork(keyed) : nullptr),
+        budgeted(decorated ? *decorated : keyed, clock,
                  below(options.cacheDirectory, "_openMeteoCalls.json")),
         http(budgeted),
         appleWeather(http, clock, services.address(Service::appleWeather), offlineTimeZone,
@@ -115,6 +116,7 @@ struct Composition::Parts {
   Configuration configuration;
   ServiceDirectory services;
   LazyHttpClient network;
+  KeyedHttpClient keyed;
   std::unique_ptr<HttpClient> decorated;
   BudgetedHttpClient budgeted;
   HttpClient& http;

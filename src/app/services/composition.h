@@ -3,6 +3,7 @@
 // the services were made with. What nobody asks for is not made. Any thread may ask.
 #pragma once
 
+#include "app/services/http/keyed_http_client.h"
 #include "app/services/in_use.h"
 #include "app/services/wording.h"
 #include "base/geodesy.h"
@@ -42,6 +43,7 @@ class Composition {
     DecorateHttp aroundNetwork;            ///< makes what stands before the network; empty: nothing does
     /// See `FeedServices::Options`.
     std::function<std::string(Coordinate)> chosenSource = {};
+    FindKey findKey = {};  ///< the user's keys for services
   };
 
   Composition(Settings const& settings, Clock const& clock, Options const& options);

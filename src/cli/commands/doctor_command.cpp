@@ -2,7 +2,9 @@
 #include "app/places/place_resolver.h"
 #include "app/places/places.h"
 #include "app/services/feed_services.h"
+#include "app/settings/keyed_settings_store.h"
 #include "app/settings/service_directory.h"
+#include "app/settings/settings_registry.h"
 #include "app/words/coverage_text.h"
 #include "base/json/json.h"
 #include "base/text/display_text.h"
@@ -31,6 +33,8 @@ struct ServiceState {
   std::string service;
   std::string address;
   bool configured = true;
+  std::optional<KeyPlace> key;            ///< where the user's key lies; absent: there is none
+  std::optional<std::string> keyProblem;  ///< why it cannot be used now
   std::optional<Instant> lastSuccess;
   std::optional<std::string> lastError;
   std::optional<Instant> lastErrorAt;
@@ -101,7 +105,8 @@ struct Diagnosis {
 template <>
 inline constexpr auto jsonFields<ServiceState> = FieldList{
     field("service", &ServiceState::service),         field("address", &ServiceState::address),
-    field("configured", &ServiceState::configured),   field("lastSuccess", &ServiceState::lastSuccess),
+    field("configured", &ServiceState::configured),   field("key", &ServiceState::key),
+    field("keyProblem", &ServiceState::keyProblem),   field("lastSuccess", &ServiceState::lastSuccess),
     field("lastError", &ServiceState::lastError),     field("lastErrorAt", &ServiceState::lastErrorAt),
     field("coolingDown", &ServiceState::coolingDown),
 };
@@ -156,7 +161,15 @@ bool isConfigured(RunContext& context, Service service) {
   return !address.baseUrl.empty();
 }
 
-std::vector<ServiceState> servicesOf(RunContext& context) {
+void lookForKey(ServiceState& state, Service service, Session const& session) {
+  std::string const kept = session.settings->text(apiKeySetting(service));
+  if (kept.empty()) return;
+  ServiceKeys const& keys = session.keyed->keys();
+  state.key = keys.place(kept);
+  if (auto const key = keys.find(kept); !key) state.keyProblem = key.error();
+}
+
+std::vector<ServiceState> servicesOf(RunContext& context, Session const& session) {
   auto const records = context.app().history().records();
   std::vector<ServiceState> states;
   for (ServiceRow const& row : kServices) {
@@ -165,6 +178,7 @@ std::vector<ServiceState> servicesOf(RunContext& context) {
     state.service = row.name;
     state.address = context.app().services().address(service).baseUrl;
     state.configured = isConfigured(context, service);
+    lookForKey(state, service, session);
     if (auto const found = records.find(state.service); found != records.end()) {
       ProviderRecord const& record = found->second;
       state.lastSuccess = record.lastSuccessAt;
@@ -245,7 +259,7 @@ FolderState folderOf(std::string purpose, std::filesystem::path const& path) {
 
 Diagnosis diagnose(RunContext& context, Session const& session) {
   Diagnosis diagnosis;
-  diagnosis.services = servicesOf(context);
+  diagnosis.services = servicesOf(context, session);
   diagnosis.cache = cacheOf(context, session);
   diagnosis.warnings = warningsOf(context, session);
   diagnosis.folders = {folderOf("settings and places", session.environment.dataDirectory),
@@ -314,9 +328,17 @@ class Page {
   }
   std::string age(Instant then) const { return ageText(then, context_.clock().now(), context_.texts()); }
 
+  static std::string keyText(ServiceState const& state) {
+    constexpr std::string_view kPlaces[] = {", key in the settings", ", key in a file that only you can read",
+                                            ", key in the desktop's keyring", ""};
+    std::string const place(kPlaces[static_cast<std::size_t>(*state.key)]);
+    return state.keyProblem ? ", " + *state.keyProblem : place;
+  }
+
   std::string lineOf(ServiceState const& state) const {
     std::string line = state.address;
     if (!state.configured) return line + (line.empty() ? "" : ", ") + "not configured";
+    if (state.key) line += keyText(state);
     if (state.lastSuccess) line += ", last response " + age(*state.lastSuccess);
     if (state.lastError && state.lastErrorAt) {
       line += ", last error " + age(*state.lastErrorAt) + ": " + *state.lastError;

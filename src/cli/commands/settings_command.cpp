@@ -1,3 +1,4 @@
+#include "app/settings/keyed_settings_store.h"
 #include "app/settings/setting_text.h"
 #include "base/json/json.h"
 #include "base/text/display_text.h"
@@ -88,7 +89,12 @@ int runSettings(CommandLine const& line, Session const& session) {
   auto const reading = session.store->settings();
   if (reading.problem) return session.fail(exitCode::kUnavailable, reading.problem->message);
   if (definition == nullptr) return list(line, session, reading);
-  SettingValue const value = reading.settings.value(options.key);
+  SettingValue value = reading.settings.value(options.key);
+  if (definition->isSecret) {
+    auto key = session.keyed->text(reading.settings, *definition);
+    if (!key) return session.fail(exitCode::kUnavailable, key.error().message);
+    value = std::move(*key);
+  }
   session.console.out(options.json ? json({{*definition, value}}) : settingText(value) + "\n");
   return exitCode::kComplete;
 }

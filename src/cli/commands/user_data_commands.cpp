@@ -17,7 +17,7 @@ std::string counted(std::size_t count, std::string const& one, std::string const
 
 int runExport(CommandLine const& line, Session const& session) {
   UserDataOptions const& options = line.userData;
-  auto const data = userData(*session.store, options.secrets ? Secrets::included : Secrets::leftOut);
+  auto const data = userData(*session.keyed, options.secrets ? Secrets::included : Secrets::leftOut);
   if (!data) return session.fail(exitCode::kUnavailable, data.error().message);
   std::string const document = encodeJson(*data) + "\n";
   if (options.file == "-") {

@@ -63,6 +63,7 @@ class Watch {
     options.overrides.language = line_.common.language;
     if (line_.forecast.providerGiven) options.overrides.provider = line_.forecast.provider;
     options.store = session_.store;
+    options.keyed = session_.keyed;
     options.settings = session_.settings;
     options.program = "watch";
     options.center = [this] { return desktopNotificationCenter(buses()); };

@@ -32,7 +32,7 @@ constexpr Known kServices[] = {
     {Bus::session, "org.freedesktop.Notifications", "showing notifications", &notificationDetails},
     {Bus::session, "org.freedesktop.portal.Desktop",
      "the desktop's settings, and everything else in a sandbox"},
-    {Bus::session, "org.freedesktop.secrets", "keeping the sign-in of your weather station"},
+    {Bus::session, "org.freedesktop.secrets", "keeping your keys and the sign-in of your weather station"},
     {Bus::session, "io.github.nimbara.Nimbara.Service", "answering panels and the desktop's search"},
 };
 

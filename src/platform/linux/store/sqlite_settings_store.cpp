@@ -4,6 +4,8 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
+#include <tuple>
 #include <unistd.h>
 
 namespace nimbara {
@@ -47,6 +49,14 @@ Result<void, SqliteProblem> write(SqliteConnection& connection, StoreArea area, 
     if (!done) return std::unexpected(done.error());
   }
   return {};
+}
+
+/// A key of the user's is not to stay in the log.
+bool replacesKey(SettingsRegistry const& registry, StoreChanges const& changes, SettingValues const& stored) {
+  return std::ranges::any_of(changes, [&](auto const& change) {
+    SettingDefinition const* const definition = registry.find(change.first);
+    return definition != nullptr && definition->isSecret && stored.contains(change.first);
+  });
 }
 
 /// The primary codes of a reader that SQLite does not let make its own files beside the database.
@@ -161,6 +171,9 @@ Result<void, StoreError> SqliteSettingsStore::change(StoreArea area, StoreDecisi
   }
   if (!written) return std::unexpected(errorOf(written.error(), "changed"));
   if (changes->empty()) return {};
+  // Who still reads the log keeps it until the next such change.
+  if (area == StoreArea::settings && replacesKey(registry(), *changes, *stored))
+    std::ignore = connection_->run("PRAGMA wal_checkpoint(TRUNCATE)");
   connection_->tidyAtEnd();
   announceSettingsChange(file());
   return {};
