@@ -40,10 +40,6 @@ void expectOneLine(CliRun const& result, int code, std::string_view holds) {
   EXPECT_NE(result.err.find(holds), std::string::npos) << result.err;
 }
 
-TEST(Forecast, SaysWhatIsMissing) {
-  expectOneLine(run({"forecast"}), exitCode::kUnavailable, "no place is selected");
-}
-
 /// Runs against the demo standing at one moment.
 class ForecastTest : public testing::Test {
  protected:
@@ -113,32 +109,6 @@ INSTANTIATE_TEST_SUITE_P(
         SnapshotRow{"berlin.json", {"Berlin", "--json"}, 0},
         SnapshotRow{"kathmandu-raw.json", {"Kathmandu", "--raw"}, 0}));
 
-TEST_F(ForecastTest, HasOneClockOnAPage) {
-  static std::regex const kTwelve("[0-9] (AM|PM)");
-  static std::regex const kTwentyFour("[0-2][0-9]:[0-5][0-9](?! (AM|PM))");
-  for (char const* const locale : {"C", "en_US.UTF-8", "en_GB.UTF-8", "pt_BR.UTF-8"}) {
-    Environment environment = plainEnvironment();
-    environment.time = locale;
-    // Berlin's page has an alert that names an hour.
-    std::string const page = forecast({"Berlin"}, 0, environment).out;
-    bool const isTwelve = hourClockOf(locale) == HourClock::twelve;
-    EXPECT_EQ(std::regex_search(page, kTwelve), isTwelve) << page;
-    EXPECT_EQ(std::regex_search(page, kTwentyFour), !isTwelve) << page;
-    EXPECT_NE(page.find(isTwelve ? " around 9 PM" : " around 21:00"), std::string::npos) << page;
-  }
-}
-
-TEST_F(ForecastTest, WritesOneJsonDocumentWithTheRecordsKeys) {
-  CliRun const result = forecast({"--json", "-33.87,151.21"});
-  ASSERT_EQ(result.exitCode, 0) << result.err;
-  EXPECT_TRUE(result.out.starts_with(
-      R"({"provider":"openMeteo","fromCache":false,"stale":false,"data":{"location":)"));
-  EXPECT_NE(result.out.find("\"fetchedAt\":\"2026-11-21T09:20:00Z\"},\"alerts\":["), std::string::npos);
-  auto const begin = result.out.find("\"data\":") + 7;
-  auto const data = result.out.substr(begin, result.out.find(",\"alerts\"") - begin);
-  EXPECT_NE(data.find("\"latitude\":-33.87"), std::string::npos);
-}
-
 TEST_F(ForecastTest, ColoursOnlyTerminalsAndHonoursNoColor) {
   EXPECT_EQ(forecast({"Berlin"}).out.find('\x1b'), std::string::npos);
   EXPECT_NE(forecast({"Berlin"}, 80).out.find('\x1b'), std::string::npos);
@@ -155,11 +125,6 @@ TEST_F(ForecastTest, WritesNothingButAsciiWhenAskedOrWhenTheLocaleHasNoMore) {
   Environment latin = plainEnvironment();
   latin.utf8 = false;
   EXPECT_TRUE(isAscii(forecast({"Tromsø"}, 0, latin).out));
-}
-
-TEST_F(ForecastTest, SaysWhenNoPlaceHasTheName) {
-  expectOneLine(forecast({"Kleinkleckersdorf"}), exitCode::kUnavailable,
-                "no place called 'Kleinkleckersdorf' was found");
 }
 
 struct FaultRow {

@@ -20,10 +20,7 @@ namespace {
 
 using test::at;
 using test::CliRun;
-using testing::EndsWith;
 using testing::HasSubstr;
-using testing::Not;
-using testing::StartsWith;
 
 constexpr char kNow[] = "2026-11-21T09:20:00Z";
 
@@ -104,16 +101,6 @@ TEST_F(SatelliteCommands, ListsOfMinutesAreUnderstoodOrRefused) {
   }
 }
 
-TEST_F(SatelliteCommands, FilesThatHoldNothingAreSaidSo) {
-  folder.write("page.html", "<html></html>");
-  std::string const page = (folder.path() / "page.html").string();
-  EXPECT_THAT(run({"satellites", "propagate", "--tle", page, "--minutes", "0"}).err,
-              EndsWith("contains no element sets\n"));
-  EXPECT_EQ(run({"satellites", "propagate", "--tle", page + ".none", "--minutes", "0"}).exitCode,
-            exitCode::kUnavailable);
-  EXPECT_EQ(run({"satellites", "bench", page, "yesterday"}).exitCode, exitCode::kUsage);
-}
-
 TEST_F(SatelliteCommands, BenchPrintsALineForEachShape) {
   CliRun const answer = run({"satellites", "bench", file(), "2026-11-21T12:00:00Z"});
   EXPECT_EQ(answer.exitCode, 0);
@@ -122,87 +109,12 @@ TEST_F(SatelliteCommands, BenchPrintsALineForEachShape) {
   EXPECT_THAT(answer.err, HasSubstr("nimbara: kernel "));
 }
 
-TEST_F(SatelliteCommands, ListNamesGroupsAndKinds) {
-  CliRun const answer = run({"satellites", "list", "--group", "stations", "--json"});
-  EXPECT_EQ(answer.exitCode, 0);
-  EXPECT_THAT(answer.out, StartsWith(R"~([{"noradID":25544,"name":"ISS (ZARYA)","group":"stations",)~"
-                                     R"~("kind":"iss","epoch":"2026-11-21T)~"));
-  CliRun const two = run({"satellites", "list", "--group", "galileo", "--group", "glo-ops"});
-  EXPECT_EQ(std::ranges::count(two.out, '\n'), 27 + 24);
-  CliRun const wrong = run({"satellites", "list", "--group", "noaa"});
-  EXPECT_EQ(wrong.exitCode, exitCode::kUsage);
-  EXPECT_THAT(wrong.err, HasSubstr("'noaa' is not a group; choose from stations, starlink"));
-}
-
 TEST_F(SatelliteCommands, AllGroupsTogetherHoldNumbersBeyondFiveDigits) {
   CliRun const answer = run({"satellites", "positions", "--json"});
   EXPECT_EQ(answer.exitCode, 0);
   EXPECT_TRUE(answer.err.empty()) << answer.err;
   EXPECT_GT(std::ranges::count(answer.out, '{'), 11'000);
   EXPECT_THAT(answer.out, HasSubstr(R"({"noradID":100010,"name":"STARLINK-1000")"));
-}
-
-TEST_F(SatelliteCommands, InfoFindsByNameAndByNumber) {
-  CliRun const byName = run({"satellites", "info", "iss", "--json"});
-  CliRun const byNumber = run({"satellites", "info", "25544", "--json"});
-  EXPECT_EQ(byName.out, byNumber.out);
-  EXPECT_THAT(byName.out,
-              StartsWith(R"~({"id":"25544","name":"ISS (ZARYA)","noradID":25544,"kind":"sat.kind.iss",)~"
-                         R"~("systemImage":"smallcircle.filled.circle","altitudeKm":4)~"));
-  EXPECT_THAT(run({"satellites", "info", "ONEWEB-1003"}).out, HasSubstr("OneWeb satellite"));
-  CliRun const none = run({"satellites", "info", "no such thing"});
-  EXPECT_EQ(none.exitCode, exitCode::kUnavailable);
-  EXPECT_THAT(none.err, HasSubstr("no satellite found for 'no such thing'"));
-}
-
-TEST_F(SatelliteCommands, OrbitBeginsNow) {
-  CliRun const answer = run({"satellites", "orbit", "CSS", "--json"});
-  EXPECT_THAT(answer.out, StartsWith(R"([{"time":"2026-11-21T09:20:00Z","latitude":)"));
-  EXPECT_EQ(std::ranges::count(answer.out, '{'), 181);
-}
-
-TEST_F(SatelliteCommands, PassesTellOfLightDarknessAndClouds) {
-  CliRun const all = run({"satellites", "passes", "52.52,13.41", "--days", "2", "--json"});
-  EXPECT_EQ(all.exitCode, 0);
-  EXPECT_THAT(all.out, StartsWith(R"~([{"name":"ISS (ZARYA)","rise":{"time":"2026-11-2)~"));
-  EXPECT_THAT(all.out, HasSubstr(R"("cloudCover":)"));
-  EXPECT_THAT(all.out, HasSubstr(R"("skyDark":false)"));
-  CliRun const visible = run({"satellites", "passes", "52.52,13.41", "--days", "2", "--visible", "--json"});
-  EXPECT_THAT(visible.out, Not(HasSubstr(R"("skyDark":false)")));
-  EXPECT_THAT(visible.out, Not(HasSubstr(R"("sunlit":false)")));
-  EXPECT_LT(visible.out.size(), all.out.size());
-  EXPECT_EQ(run({"satellites", "passes", "1,2", "--days", "0"}).exitCode, exitCode::kUsage);
-}
-
-TEST_F(SatelliteCommands, PassesTellWhatOfThemCanBeSeen) {
-  std::vector<std::string> const command{"satellites", "passes", "52.52,13.41", "--days", "5", "--json"};
-  auto const listed = [&](std::vector<std::string> const& more) {
-    auto words = command;
-    words.insert(words.end(), more.begin(), more.end());
-    return run(words).out;
-  };
-  std::string const all = listed({}), visible = listed({"--visible"});
-  EXPECT_THAT(all, HasSubstr(R"("visible":null)"));
-  EXPECT_THAT(visible, Not(HasSubstr(R"("visible":null)")));
-  EXPECT_THAT(visible, HasSubstr(R"("visible":{"from":"2026-11-21T15:4)"));
-  EXPECT_LT(listed({"--visible", "--above", "40"}).size(), visible.size());
-  EXPECT_EQ(listed({"--visible", "--above", "90"}), "[]\n");
-  EXPECT_THAT(run({"satellites", "passes", "52.52,13.41", "--visible"}).out, HasSubstr("Visible"));
-  EXPECT_EQ(run({"satellites", "passes", "1,2", "--above", "91"}).exitCode, exitCode::kUsage);
-}
-
-TEST_F(SatelliteCommands, OldElementsServeWithoutTheServer) {
-  ASSERT_EQ(run({"satellites", "info", "HST"}).exitCode, 0);
-  server.reset();
-  base = "http://127.0.0.1:1";
-  EXPECT_TRUE(run({"satellites", "info", "HST"}, "2026-11-21T15:19:59Z").err.empty());
-  CliRun const old = run({"satellites", "info", "HST"}, "2026-11-21T15:20:00Z");
-  EXPECT_EQ(old.exitCode, 0);
-  EXPECT_THAT(old.err, HasSubstr("using the orbits from 9:20 AM\n"));
-  CliRun const none = run({"satellites", "list", "--group", "galileo", "--group", "galileo"});
-  EXPECT_EQ(none.exitCode, exitCode::kUnavailable);
-  EXPECT_EQ(std::ranges::count(none.err, '\n'), 1) << none.err;
-  EXPECT_THAT(none.err, HasSubstr("the satellites of the group galileo could not be fetched"));
 }
 
 TEST_F(SatelliteCommands, EachFailedGroupHasOneLine) {

@@ -1,9 +1,9 @@
 // What the program prints and how it ends, as transcripts: fixtures/cli/*.session. Their language:
 //
 //   == Words                a scenario, with a demo server, settings and a cache of its own, at 09:20 UTC
-//   $ quakes --json         runs a command of the program against the server, at the moment; {folder}, {id}
-//   and {place}
-//                           are the scenario's folder, what it keeps, and where its scene plays
+//   $ quakes --json         runs a command of the program against the server, at the moment; {folder}, {id},
+//                           {place} and {services} are the scenario's folder, what it keeps, where its scene
+//                           plays, and the server's address
 //   = text   + text   - text   ^ text   # 3 text   ~ expression
 //                           what it prints: line by line; somewhere; nowhere; at the beginning; so many
 //                           times; like this
@@ -112,8 +112,10 @@ std::size_t countOf(std::string_view text, std::string_view part) {
 struct Transcripts : test::DemoSession, testing::WithParamInterface<Scenario> {
   CliRun command(std::string const& line) {
     std::vector<std::string> words = wordsOf(line);
-    for (auto const& [name, value] :
-         {std::pair("{folder}", folder.path().string()), {"{id}", kept}, {"{place}", place}})
+    for (auto const& [name, value] : {std::pair("{folder}", folder.path().string()),
+                                      {"{id}", kept},
+                                      {"{place}", place},
+                                      {"{services}", base}})
       for (std::string& word : words) word = replaced(word, name, value);
     for (auto const& [option, value] : {std::pair("--services", base), {"--now", moment}})
       if (std::ranges::count(words, option) == 0) words.insert(words.end(), {option, value});

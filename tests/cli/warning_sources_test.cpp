@@ -32,8 +32,6 @@ WeatherAlert drawn(std::vector<std::string> polygons, std::vector<std::string> c
   return warning;
 }
 
-struct DemoGeometry : test::DemoSession {};
-
 struct GeometryRow {
   char const* name;
   std::vector<std::string> polygons;
@@ -65,13 +63,6 @@ TEST(WarningJson, SaysWhyThereIsNoGeometry) {
   warning.messages = {WarningMessage{"2", "", kNow, "Actual", "Alert", {}, {{"UGC", "COZ038"}}}};
   EXPECT_THAT(written(warning, WarningGeometry::asGeoJson),
               HasSubstr(R"("geometry":null,"geometryState":"codes")"));
-}
-
-TEST_F(DemoGeometry, IsTheRegionsWhereTheIssuerNamesItsCode) {
-  std::string const page =
-      run({"alerts", "48.86,2.35", "--source", "meteoalarm", "--json", "--geometry"}).out;
-  EXPECT_THAT(page, HasSubstr(R"("geometry":{"type":"MultiPolygon","coordinates":[[[[)"));
-  EXPECT_THAT(page, HasSubstr(R"("geometryState":"regions")"));
 }
 
 TEST(WarningJson, NamesTheMessagesAndWhoPassesThemOn) {
@@ -211,47 +202,6 @@ Berlin
         R"("thenAsked":["fpas"])", R"("possible":["wmo","fpas"])"}) {
     EXPECT_THAT(json, HasSubstr(part));
   }
-}
-
-struct SourceCommands : test::DemoSession {
-  void SetUp() override { ASSERT_EQ(run({"places", "add", "52.52,13.41", "--name", "Berlin"}).exitCode, 0); }
-};
-
-TEST_F(SourceCommands, ListAndChooseTheSourceOfAPlace) {
-  EXPECT_EQ(run({"places", "source", "Berlin"}).out,
-            " * meteoalarm  MeteoAlarm (usual)\n"
-            "   brightsky   Deutscher Wetterdienst\n"
-            "   wmo         WMO Severe Weather Information Centre\n"
-            "   fpas        FOSS Public Alert Server\n");
-  EXPECT_EQ(run({"places", "source", "Berlin", "fpas"}).exitCode, 0);
-  EXPECT_THAT(
-      run({"places", "source", "Berlin", "--json"}).out,
-      HasSubstr(R"({"name":"fpas","service":"FOSS Public Alert Server","usual":false,"chosen":true})"));
-  EXPECT_THAT(run({"places", "list", "--json"}).out, HasSubstr(R"("warningSource":"fpas")"));
-  EXPECT_THAT(run({"doctor", "--sources"}).out, HasSubstr("FOSS Public Alert Server (your choice)"));
-  EXPECT_EQ(run({"places", "source", "Berlin", "usual"}).exitCode, 0);
-  EXPECT_THAT(run({"places", "list", "--json"}).out, Not(HasSubstr("warningSource")));
-}
-
-TEST_F(SourceCommands, NameAnIssuerThatIsAskedItselfOnce) {
-  for (char const* const place : {"43.65,-79.38", "78.22,15.65"}) {
-    std::string const page = run({"alerts", place}).out;
-    EXPECT_THAT(page, HasSubstr(" official warning")) << place;
-    EXPECT_THAT(page, Not(HasSubstr("No official"))) << place;
-    EXPECT_THAT(page, Not(HasSubstr(", via "))) << place;
-  }
-  EXPECT_THAT(run({"alerts", "35.68,139.69"}).out, HasSubstr(", via "));
-}
-
-TEST_F(SourceCommands, RefuseASourceThatIsNotPossible) {
-  CliRun const elsewhere = run({"places", "source", "Berlin", "nws"});
-  EXPECT_EQ(elsewhere.exitCode, exitCode::kUnavailable);
-  EXPECT_EQ(elsewhere.err,
-            "nimbara: 'nws' has no official warnings for Berlin; choose from meteoalarm, brightsky, "
-            "wmo, fpas, usual\n");
-  CliRun const unknown = run({"places", "source", "Berlin", "weather"});
-  EXPECT_EQ(unknown.exitCode, exitCode::kUsage);
-  EXPECT_THAT(unknown.err, HasSubstr("'weather' is not a source of official warnings"));
 }
 
 struct FallbackRow {
