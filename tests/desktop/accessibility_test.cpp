@@ -39,7 +39,7 @@ class Shown {
     options.size = size;
     options.theme = DesktopTheme::light;
     window_.emplace(model_, options);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return window_->window()->property("hasDrawn").toBool(); }));
+    EXPECT_TRUE(awaitParts(window_->window()));
     picture_ = window_->window()->grabWindow();
   }
 

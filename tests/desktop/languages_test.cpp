@@ -119,6 +119,7 @@ StationDesk waitingDesk() {
 struct Languages : OffscreenTest, testing::WithParamInterface<std::string> {
   void expectWhole(DesktopWindow const& window, DesktopPage page, WindowSize size) const {
     QCoreApplication::processEvents();
+    EXPECT_TRUE(awaitParts(window.window()));
     QQuickItem* const root = window.window()->contentItem();
     openAll(root);
     QCoreApplication::processEvents();
@@ -141,7 +142,7 @@ TEST_P(Languages, ShowEveryPageWhole) {
     options.theme = DesktopTheme::light;
     options.size = size;
     DesktopWindow const window(model, options);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return window.window()->property("hasDrawn").toBool(); }));
+    ASSERT_TRUE(awaitParts(window.window()));
     for (DesktopPage const page : everyPage()) {
       window.window()->setProperty("page", viewName(enumName(page)));
       expectWhole(window, page, size);

@@ -95,7 +95,7 @@ struct OpenedPages : OffscreenTest, testing::WithParamInterface<Reading> {
     options.theme = reading.theme;
     options.size = WindowSize{reading.width, 7800};
     DesktopWindow const window(model, options);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return window.window()->property("hasDrawn").toBool(); }));
+    ASSERT_TRUE(awaitParts(window.window()));
     QQuickItem* const root = window.window()->contentItem();
     openAll(root);
     prepare(model);

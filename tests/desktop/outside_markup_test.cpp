@@ -76,7 +76,7 @@ TEST_F(OutsideMarkup, IsShownAsItStandsAndFetchesNothing) {
     options.size = WindowSize{1000, 800};
     DesktopWindow const window(model, options);
     ASSERT_NE(window.window(), nullptr);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return window.window()->property("hasDrawn").toBool(); }));
+    ASSERT_TRUE(awaitParts(window.window()));
     EXPECT_THAT(markupReadersBelow(window.window()->contentItem()), IsEmpty()) << enumName(page);
     window.window()->grabWindow();
   }

@@ -1,5 +1,7 @@
 #include "page_checks.h"
 
+#include <QtTest/QTest>
+
 namespace nimbara::test {
 
 void visitVisible(QQuickItem* item, std::function<void(QQuickItem*)> const& visit) {
@@ -73,6 +75,17 @@ void openAll(QQuickItem* root) {
   visitVisible(root, [](QQuickItem* item) {
     bool const isNamed = item->property("summary").isValid() || item->property("heading").isValid();
     if (isNamed && item->property("isOpen").isValid()) item->setProperty("isOpen", true);
+  });
+}
+
+bool awaitParts(QQuickWindow* window) {
+  constexpr int kLoading = 2;  // of the toolkit's Loader, which is no part of its public headers
+  return QTest::qWaitFor([window] {
+    bool isMade = window->property("hasDrawn").toBool();
+    visitVisible(window->contentItem(), [&](QQuickItem* item) {
+      if (item->inherits("QQuickLoader") && item->property("status").toInt() == kLoading) isMade = false;
+    });
+    return isMade;
   });
 }
 

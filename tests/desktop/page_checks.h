@@ -40,6 +40,10 @@ std::vector<std::string> cutOffBelow(QQuickItem* root);
 /// Groups and folded cards.
 void openAll(QQuickItem* root);
 
+/// Waits until the first frame has been shown and no part of the page is being made between the frames; false
+/// after some seconds.
+bool awaitParts(QQuickWindow* window);
+
 /// The window's picture once what was laid out or opened has found its place.
 QImage settled(QQuickWindow* window);
 

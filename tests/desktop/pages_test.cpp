@@ -38,7 +38,7 @@ TEST_P(Pages, AreDrawnWithoutAComplaint) {
       model.show(GetParam().snapshot());
       DesktopWindow const window(model, optionsOf(page, theme, size));
       ASSERT_NE(window.window(), nullptr);
-      ASSERT_TRUE(QTest::qWaitFor([&] { return window.window()->property("hasDrawn").toBool(); }));
+      ASSERT_TRUE(awaitParts(window.window()));
       QImage const picture = window.window()->grabWindow();
       EXPECT_EQ(picture.width(), size.width);
       EXPECT_GT(colourCount(picture), 10) << enumName(page);
@@ -66,7 +66,7 @@ TEST_F(PageTest, LookTheSameAfterTheWindowGrewAndShrank) {
     model.show(withoutMovements(notifying(crowdedState())));
     DesktopWindow const window(model, optionsOf(page, DesktopTheme::light, {1440, 900}));
     QQuickWindow* const shown = window.window();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return shown->property("hasDrawn").toBool(); }));
+    ASSERT_TRUE(awaitParts(shown));
     QImage const before = settled(shown);
     for (QSize const size : {QSize(360, 640), QSize(2400, 1300), QSize(760, 500), QSize(1440, 900)}) {
       shown->resize(size);

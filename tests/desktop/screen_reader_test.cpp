@@ -125,7 +125,7 @@ struct ScreenReader : OffscreenTest {
   void show(DesktopPage page, std::shared_ptr<EngineSnapshot const> snapshot) {
     model.show(std::move(snapshot));
     open(page);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return window.window()->property("hasDrawn").toBool(); }));
+    ASSERT_TRUE(awaitParts(window.window()));
     QCoreApplication::processEvents();
   }
   void open(DesktopPage page) { window.window()->setProperty("page", viewName(enumName(page))); }
