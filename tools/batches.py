@@ -14,18 +14,22 @@ DECLARED = re.compile(r"^(?:template <[^>]*> )?(?:struct|class|enum(?: class)?|u
 HARMLESS = {"nimbara", "std", "test", "testing", "namespace", "TEST", "TEST_F", "TEST_P", "INSTANTIATE_TEST_SUITE_P"}
 # Brings in names that only the enumeration's header tells: such sources join those that bring in the same.
 BRINGS_MORE = re.compile(r"^using enum (.*);", re.M)
+# May be said again, if it says the same.
+SHORTER = re.compile(r"^using (\w+ = .*);", re.M)
 
 
 def groups(sources, size):
-    made = []  # of sources, the names that they declare, and the enumerations that they bring in
+    made = []  # of sources, what each name that they declare stands for, and the enumerations that they bring in
     for source in sources:
         with open(source, encoding="utf-8") as file:
             text = file.read()
-        names = {name for found in DECLARED.finditer(text) for name in found.groups() if name} - HARMLESS
+        names = {name: source for found in DECLARED.finditer(text) for name in found.groups() if name}
+        for name in HARMLESS | {"enum"}:
+            names.pop(name, None)
+        names.update({line.split(" ")[0]: line for line in SHORTER.findall(text)})
         brought = set(BRINGS_MORE.findall(text))
-        names -= {"enum"}
         for group, declared, enumerations in made:
-            if enumerations == brought and len(group) < size and not names & declared:
+            if enumerations == brought and len(group) < size and all(declared.get(n, names[n]) == names[n] for n in names):
                 group.append(source)
                 declared |= names
                 break

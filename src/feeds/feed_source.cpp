@@ -10,8 +10,6 @@ namespace nimbara {
 
 namespace {
 
-constexpr std::size_t kLargestBody = std::size_t{16} << 20;
-constexpr std::chrono::seconds kTimeout{25};
 constexpr int kRefused = 403;
 
 }  // namespace
@@ -33,6 +31,8 @@ Result<std::string, ServiceFailure> servedBody(FeedKey const& key, std::string_v
 }
 
 HttpRequest relayRequest(std::string const& base, FeedKey const& key) {
+  constexpr std::size_t kLargestBody = std::size_t{16} << 20;
+  constexpr std::chrono::seconds kTimeout{25};
   HttpRequest request;
   request.url = base + "/api/feed.php?f=" + std::string(enumName(key.kind));
   if (!key.group.empty()) request.url += "&p=" + percentEncoded(key.group);

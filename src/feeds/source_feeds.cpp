@@ -11,10 +11,7 @@ namespace nimbara {
 
 namespace {
 
-constexpr std::size_t kLargestBody = std::size_t{16} << 20;
-constexpr std::size_t kLargestFile = std::size_t{48} << 20;
 constexpr std::size_t kLargestNote = std::size_t{64} << 10;
-constexpr std::chrono::seconds kTimeout{25};
 constexpr std::chrono::seconds kServerRetry{60};
 /// Less than any connection to a source takes.
 constexpr std::chrono::milliseconds kBarelyBegun{5};
@@ -152,6 +149,7 @@ void SourceFeeds::remember(FeedKey const& key, State state) {
 }
 
 SourceFeeds::State SourceFeeds::stored(FeedKey const& key) const {
+  constexpr std::size_t kLargestFile = std::size_t{48} << 20;
   State state;
   if (options_.folder.empty()) return state;
   auto question = keptRecord<SourceQuestion>(fileOf(key, kNoteFile), kLargestNote);
@@ -177,6 +175,8 @@ bool SourceFeeds::note(FeedKey const& key, SourceQuestion const& question) const
 }
 
 HttpRequest SourceFeeds::requestFor(FeedKey const& key) const {
+  constexpr std::size_t kLargestBody = std::size_t{16} << 20;
+  constexpr std::chrono::seconds kTimeout{25};
   HttpRequest request;
   request.url = key.kind == FeedKey::Kind::quakes
                     ? options_.usgsBase + "/earthquakes/feed/v1.0/summary/all_day.geojson"

@@ -9,9 +9,7 @@ namespace {
 
 using std::chrono::hours;
 
-constexpr hours kAhead{48};
 constexpr hours kUvAhead{24};
-constexpr double kStep = 20;
 
 /// The concentrations at which the European index is 20, 40, 60, 80 and 100, in µg/m³.
 constexpr std::array<std::array<double, 5>, enumNames<Pollutant>.size()> kEuropeanSteps{{
@@ -68,6 +66,7 @@ AirScale airScaleAt(Coordinate place) {
 }
 
 double europeanIndex(Pollutant pollutant, double concentration) {
+  constexpr double kStep = 20;
   auto const& steps = kEuropeanSteps[static_cast<std::size_t>(pollutant)];
   std::size_t above = 0;
   while (above + 1 < steps.size() && concentration > steps[above]) ++above;
@@ -100,6 +99,7 @@ std::optional<AirIndex> airIndexOf(AirLevels const& levels, AirScale scale) {
 }
 
 std::span<AirQualityHour const> airHoursAhead(AirQualityForecast const& forecast, Instant now) {
+  constexpr hours kAhead{48};
   auto const begin = std::ranges::find_if(
       forecast.hours, [now](AirQualityHour const& hour) { return hour.time + hours(1) > now; });
   auto const end = std::find_if(begin, forecast.hours.end(),

@@ -7,8 +7,6 @@ namespace nimbara {
 
 namespace {
 
-constexpr std::chrono::seconds kTimeout{15};
-constexpr std::size_t kLargestBody = std::size_t{1} << 20;
 constexpr int kDecimals = 4;
 
 std::string placeQuery(Coordinate place) {
@@ -17,6 +15,8 @@ std::string placeQuery(Coordinate place) {
 }
 
 FeedQuestion questionFor(std::string const& placeQuery, AirQualityService::Options const& options) {
+  constexpr std::size_t kLargestBody = std::size_t{1} << 20;
+  constexpr std::chrono::seconds kTimeout{15};
   FeedQuestion question;
   question.request.url = options.baseUrl + "/v1/air-quality?" + placeQuery + "&hourly=" + airVariables() +
                          "&current=" + airVariables() + "&timezone=GMT&forecast_days=5";

@@ -19,7 +19,6 @@ namespace nimbara {
 namespace {
 
 constexpr char kEventFile[] = "gov_events_v1.json";
-constexpr std::size_t kLargestFile = std::size_t{16} << 20;
 /// A person watches a few places.
 constexpr std::size_t kMostPlaces = 64;
 /// How long an alert that names no end is believed while its source gives no newer list.
@@ -401,6 +400,7 @@ std::filesystem::path GovAlertService::fileOf(GovAlertPlace const& place) const 
 
 /// With the memory's lock held.
 GovAlertService::States& GovAlertService::statesOf(GovAlertPlace const& place) {
+  constexpr std::size_t kLargestFile = std::size_t{16} << 20;
   std::string const key = keyOf(place.coordinate);
   if (auto const found = memory_.find(key); found != memory_.end()) return found->second;
   if (memory_.size() >= kMostPlaces) memory_.clear();

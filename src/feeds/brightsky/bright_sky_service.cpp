@@ -8,7 +8,6 @@ namespace nimbara {
 
 namespace {
 
-constexpr std::size_t kLargestBody = std::size_t{16} << 20;
 constexpr int kServerError = 500;
 
 CapListing blind() {
@@ -42,6 +41,7 @@ BrightSkyService::BrightSkyService(HttpClient& http, std::string baseUrl)
 
 CapListing BrightSkyService::fetch(Coordinate place, std::string_view /*countryCode*/,
                                    std::stop_token const& stop) {
+  constexpr std::size_t kLargestBody = std::size_t{16} << 20;
   constexpr int kDecimals = 4;
   if (!isValid(place)) return failed(ServiceFailure::of(ServiceFailure::Kind::noSuchPlace));
   HttpRequest request;

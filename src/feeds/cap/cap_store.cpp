@@ -14,7 +14,6 @@ constexpr auto kKeptAfterEnd = std::chrono::days(7);
 /// For messages that name no end, or one that nobody lives to see.
 constexpr auto kLongestKept = std::chrono::days(60);
 constexpr auto kSweepInterval = 1h;
-constexpr int kOk = 200;
 
 std::optional<Instant> endOf(CapAlert const& alert) {
   std::optional<Instant> end;
@@ -75,6 +74,7 @@ CapDocument CapStore::kept(std::string const& address, bool& hasLooked) {
 /// Whoever comes while another one asks for the same document waits for that one's answer.
 CapDocument CapStore::fetched(std::string const& address, std::chrono::milliseconds timeout,
                               std::stop_token const& stop) {
+  constexpr int kOk = 200;
   {
     std::unique_lock lock(mutex_);
     if (asking_.contains(address)) {

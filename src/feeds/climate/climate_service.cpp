@@ -28,9 +28,6 @@ namespace {
 
 using std::chrono::days;
 
-constexpr std::chrono::seconds kTimeout{25};
-constexpr std::size_t kLargestBody = std::size_t{4} << 20;
-constexpr std::size_t kLargestFile = std::size_t{1} << 20;
 constexpr days kForEver{36'500};
 /// What is compared with the past forecasts; the newest days of the archive are not there yet.
 constexpr days kCompared{92};
@@ -72,6 +69,8 @@ ClimateService::ClimateService(HttpClient& http, Clock const& clock, Options opt
 
 FeedQuestion ClimateService::question(std::string url, std::string_view expected,
                                       std::chrono::milliseconds life) const {
+  constexpr std::size_t kLargestBody = std::size_t{4} << 20;
+  constexpr std::chrono::seconds kTimeout{25};
   FeedQuestion question;
   question.request.url = std::move(url);
   question.request.timeout = kTimeout;
@@ -143,6 +142,7 @@ std::filesystem::path ClimateService::fileOf(std::string const& grid) const {
 }
 
 void ClimateService::readOnce(std::string const& grid) {
+  constexpr std::size_t kLargestFile = std::size_t{1} << 20;
   if (options_.folder.empty() || kept_.contains(grid)) return;
   auto file = keptRecord<KeptFile>(fileOf(grid), kLargestFile);
   if (!file || file->normals.size() != kClimateDays) return;

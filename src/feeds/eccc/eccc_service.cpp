@@ -11,13 +11,10 @@ namespace nimbara {
 
 namespace {
 
-constexpr std::chrono::seconds kTimeout{15};
-constexpr std::size_t kLargestBody = std::size_t{16} << 20;
 /// Zones are some ten kilometres wide at least; what is near is worth knowing, the rest of a province is not.
 constexpr double kMarginDegrees = 0.05;
 constexpr double kPole = 90;
 constexpr double kDateLine = 180;
-constexpr int kOk = 200;
 
 /// "west,south,east,north".
 std::string boxAround(Coordinate place) {
@@ -81,6 +78,9 @@ CapListing EcccService::fetch(Coordinate place, std::string_view /*countryCode*/
 
 void EcccService::ask(std::string_view state, std::string const& box, CapListing& listing,
                       std::stop_token const& stop) {
+  constexpr int kOk = 200;
+  constexpr std::size_t kLargestBody = std::size_t{16} << 20;
+  constexpr std::chrono::seconds kTimeout{15};
   using enum ServiceFailure::Kind;
   HttpRequest request;
   request.url = itemsUrl_ + "?f=json&bbox=" + box + "&status_en=" + std::string(state) + "&limit=10000";

@@ -15,7 +15,7 @@ constexpr double kTogetherKm = 2;
 constexpr double kSameFireKm = 5;
 constexpr std::chrono::hours kSpan{24};
 /// Passes are told by the machine's clock, which may be behind.
-constexpr std::chrono::minutes kAhead{60};
+constexpr std::chrono::minutes kClocksApart{60};
 constexpr double kCellDegrees = 0.05;
 constexpr double kKmInADegree = kEarthRadiusKm * std::numbers::pi / 180;
 /// Every pair of hot spots may have to be compared. So many are a burning country; the strongest are kept.
@@ -25,7 +25,7 @@ std::vector<HotSpot> recentWithin(std::vector<HotSpot> const& spots, Coordinate 
                                   Instant now) {
   std::vector<HotSpot> chosen;
   std::ranges::copy_if(spots, std::back_inserter(chosen), [&](HotSpot const& spot) {
-    return spot.time <= now + kAhead && now - spot.time <= kSpan &&
+    return spot.time <= now + kClocksApart && now - spot.time <= kSpan &&
            haversineKm(spot.coordinate, place) <= radiusKm;
   });
   if (chosen.size() > kMostSpots) {

@@ -11,8 +11,6 @@ namespace nimbara {
 
 namespace {
 
-constexpr std::chrono::seconds kTimeout{25};
-constexpr std::size_t kLargestBody = std::size_t{8} << 20;
 constexpr std::chrono::hours kRemembered{24};
 constexpr std::size_t kMostRemembered = 2000;
 constexpr std::size_t kQuotable = 2000;
@@ -87,6 +85,8 @@ FeedReading<std::vector<FireDetection>> WildfireService::fetchFires(Coordinate p
 
 FeedReading<std::vector<HotSpot>> WildfireService::hotSpots(std::string const& area,
                                                             std::stop_token const& stop) {
+  constexpr std::size_t kLargestBody = std::size_t{8} << 20;
+  constexpr std::chrono::seconds kTimeout{25};
   FeedQuestion question;
   question.request.url = options_.baseUrl + "/api/area/csv/" + percentEncoded(trimmed(options_.mapKey)) +
                          "/" + std::string(kSource) + "/" + area + "/" + std::string(kDays);

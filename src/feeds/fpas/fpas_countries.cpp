@@ -13,8 +13,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr std::chrono::seconds kTimeout{15};
-constexpr std::size_t kLargestBody = std::size_t{1} << 20;
 constexpr std::size_t kLargestNote = std::size_t{256} << 10;
 constexpr std::chrono::milliseconds kLife = 6h;
 /// While the server cannot say it anew. Which feeds it reads changes by hand, some times a year.
@@ -23,7 +21,6 @@ constexpr std::chrono::milliseconds kRestAfterFailure = 10min;
 /// The server does not say when a feed last answered, only when the newest alert in it was sent. Calm weeks
 /// are common; a country without one alert for longer is more likely not read than without weather.
 constexpr std::chrono::milliseconds kLongestCalm = std::chrono::days(30);
-constexpr int kOk = 200;
 /// Of mainland China the server has the messages without their areas: no box finds them.
 constexpr std::string_view kNeverFound[] = {"CN"};
 
@@ -68,6 +65,9 @@ bool FpasCountries::isDue(Known const& known) const {
 
 /// What another run or process has had of the server is as good as an answer.
 void FpasCountries::ask(std::string const& country, Known& known, std::stop_token const& stop) const {
+  constexpr int kOk = 200;
+  constexpr std::size_t kLargestBody = std::size_t{1} << 20;
+  constexpr std::chrono::seconds kTimeout{15};
   using enum ServiceFailure::Kind;
   if (!directory_.empty()) {
     auto kept = keptRecord<FpasCountryNote>(fileOf(country), kLargestNote);

@@ -14,13 +14,11 @@ namespace nimbara {
 
 namespace {
 
-constexpr std::chrono::seconds kTimeout{15};
 /// Nowhere do so many hold at once; what is kept of each is looked up one by one.
 constexpr std::size_t kMostAlerts = 500;
 constexpr double kMarginDegrees = 0.001;
 constexpr double kPole = 90;
 constexpr double kDateLine = 180;
-constexpr int kOk = 200;
 
 /// The server wants a box that has an extent and lies on the globe: at its rims the place's half of it does.
 std::string boxAround(Coordinate place) {
@@ -106,6 +104,8 @@ CapListing FpasService::fetch(Coordinate place, std::string_view countryCode, st
 /// Of the documents that the server lists for the place.
 std::vector<std::string> FpasService::addresses(Coordinate place, CapListing& listing,
                                                 std::stop_token const& stop) {
+  constexpr int kOk = 200;
+  constexpr std::chrono::seconds kTimeout{15};
   using enum ServiceFailure::Kind;
   HttpRequest request{baseUrl_ + "/alert/area?" + boxAround(place),
                       {{"Accept", "application/json"}},

@@ -27,7 +27,7 @@ constexpr std::array kSuppliers = std::to_array<CloudSupplier>({
 static_assert(kSuppliers.size() == enumNames<CloudSource>.size());
 
 /// Clocks differ a little.
-constexpr std::chrono::minutes kAhead{5};
+constexpr std::chrono::minutes kCloudsAhead{5};
 constexpr std::uintmax_t kTwoPictures = std::uintmax_t{2} * CloudService::kLargestPicture;
 
 std::string addressOf(CloudSupplier const& supplier, Instant time) {
@@ -47,7 +47,7 @@ Result<Instant, ServiceFailure> newestOf(std::string_view list, CloudSupplier co
         Kind::unreadable,
         "the response is not a valid list of cloud pictures (" + listed.error().text() + ")"));
   }
-  auto const after = std::ranges::upper_bound(listed->times, now + kAhead);
+  auto const after = std::ranges::upper_bound(listed->times, now + kCloudsAhead);
   if (after == listed->times.begin() || now - *(after - 1) >= CloudPicture::kLife)
     return std::unexpected(ServiceFailure::of(Kind::unreadable, "its newest picture of clouds is too old"));
   return *(after - 1);

@@ -4,15 +4,12 @@
 
 namespace nimbara {
 
-namespace {
-
-constexpr std::chrono::seconds kTimeout{15};
-constexpr std::chrono::seconds kLongestSilence{8};
-
-}  // namespace
+namespace {}  // namespace
 
 Result<HttpResponse, ServiceFailure> ImageryRequests::get(std::string url, std::size_t largest,
                                                           std::stop_token const& stop) {
+  constexpr std::chrono::seconds kLongestSilence{8};
+  constexpr std::chrono::seconds kTimeout{15};
   using Kind = ServiceFailure::Kind;
   std::unique_lock lock(mutex_);
   if (!freed_.wait(lock, stop, [this] { return !budget_.isFull(); }))

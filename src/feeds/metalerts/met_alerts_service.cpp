@@ -11,7 +11,6 @@ namespace nimbara {
 
 namespace {
 
-constexpr std::size_t kLargestBody = std::size_t{16} << 20;
 constexpr std::size_t kMostPlaces = 64;
 constexpr int kOutside = 422;
 
@@ -67,6 +66,7 @@ CapListing MetAlertsService::fetch(Coordinate place, std::string_view countryCod
 }
 
 HttpRequest MetAlertsService::requestFor(Coordinate place) const {
+  constexpr std::size_t kLargestBody = std::size_t{16} << 20;
   constexpr int kDecimals = 4;
   HttpRequest request;
   request.url = address_ + "?lat=" + fixedDecimal(place.latitude, kDecimals) +

@@ -11,16 +11,14 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr std::chrono::milliseconds kTimeout = 60s;
 /// A service that sends nothing for so long hangs; there is another form to ask for.
-constexpr std::chrono::seconds kLongestSilence = 8s;
+constexpr std::chrono::seconds kLongestFeedSilence = 8s;
 /// Of a feed that was not found.
 constexpr std::chrono::seconds kMissingFeedRest = 1h;
 /// Of a service that hangs, so that the country's places do not wait for it one after the other.
 constexpr std::chrono::seconds kHangRest = 30s;
 constexpr std::size_t kLongestBody = std::size_t{32} << 20;
 constexpr std::size_t kLongestNote = std::size_t{64} << 10;
-constexpr int kOk = 200;
 constexpr int kNotFound = 404;
 
 }  // namespace
@@ -68,8 +66,9 @@ bool MeteoAlarmFeedForm::rests() const {
 }
 
 HttpRequest MeteoAlarmFeedForm::request() const {
+  constexpr std::chrono::milliseconds kTimeout = 60s;
   HttpRequest request{options_.url, {{"Accept", options_.accept}}, kTimeout, kLongestBody};
-  request.longestSilence = kLongestSilence;
+  request.longestSilence = kLongestFeedSilence;
   return request;
 }
 
@@ -90,6 +89,7 @@ std::optional<ServiceFailure> MeteoAlarmFeedForm::ask(HttpClient& http, std::sto
 }
 
 std::optional<ServiceFailure> MeteoAlarmFeedForm::acceptBody(HttpResponse const& answer) {
+  constexpr int kOk = 200;
   if (answer.status != kOk) return ServiceFailure::answered(answer.status);
   auto content = options_.read(answer.body);
   if (!content) {

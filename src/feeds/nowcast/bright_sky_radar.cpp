@@ -51,7 +51,7 @@ inline constexpr auto jsonFields<WireRefusal> =
 
 namespace {
 
-constexpr minutes kStep{5};
+constexpr minutes kRadarStep{5};
 /// A frame has hundredths of a millimetre in five minutes.
 constexpr double kMmPerHour = 0.01 * 12;
 
@@ -70,11 +70,11 @@ std::optional<double> cellOf(Grid const& grid, WirePosition position) {
 std::string brightSkyRadarPath(Coordinate place, Instant now) {
   constexpr int kDecimals = 4;
   Instant const first = std::chrono::floor<std::chrono::days>(now) +
-                        (now - std::chrono::floor<std::chrono::days>(now)) / kStep * kStep;
+                        (now - std::chrono::floor<std::chrono::days>(now)) / kRadarStep * kRadarStep;
   return "/radar?lat=" + fixedDecimal(place.latitude, kDecimals) +
          "&lon=" + fixedDecimal(place.longitude, kDecimals) +
          "&distance=1000&format=plain&date=" + formatIso8601(first) +
-         "&last_date=" + formatIso8601(first + std::chrono::hours(2) + kStep);
+         "&last_date=" + formatIso8601(first + std::chrono::hours(2) + kRadarStep);
 }
 
 Result<NowcastReply, DecodeError> parseBrightSkyRadar(std::string_view body) {
@@ -89,7 +89,7 @@ Result<NowcastReply, DecodeError> parseBrightSkyRadar(std::string_view body) {
     auto const cell = grid ? cellOf(*grid, wire->position) : std::nullopt;
     auto const rate = plausibleRate(cell ? std::optional(*cell * kMmPerHour) : std::nullopt);
     // A frame is named by the end of its five minutes.
-    reply.nowcast.steps.push_back({frame.value->timestamp - kStep, frame.value->timestamp, rate, {}});
+    reply.nowcast.steps.push_back({frame.value->timestamp - kRadarStep, frame.value->timestamp, rate, {}});
     isAnyKnown = isAnyKnown || rate;
   }
   if (wire->frames.empty()) {

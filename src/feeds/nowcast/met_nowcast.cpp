@@ -78,8 +78,6 @@ inline constexpr auto jsonFields<WireNowcast> = FieldList{field("properties", &W
 
 namespace {
 
-constexpr std::chrono::minutes kStep{5};
-
 WireDetails detailsOf(WireStep const& step) {
   auto const& data = step.data.value;
   if (!data || !data->instant.value) return {};
@@ -132,6 +130,7 @@ std::string metNowcastPath(Coordinate place) {
 }
 
 Result<NowcastReply, DecodeError> parseMetNowcast(std::string_view body) {
+  constexpr std::chrono::minutes kStep{5};
   auto const wire = decodeJson<WireNowcast>(body);
   if (!wire) return std::unexpected(wire.error());
   auto const& [meta, listed] = wire->properties;

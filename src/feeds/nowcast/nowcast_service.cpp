@@ -60,9 +60,7 @@ inline constexpr auto jsonFields<NowcastRecord> =
 
 namespace {
 
-constexpr std::chrono::seconds kTimeout{10};
-constexpr std::chrono::seconds kLongestSilence{6};
-constexpr std::size_t kLargestBody = std::size_t{1} << 20;
+constexpr std::size_t kLargestAnswer = std::size_t{1} << 20;
 constexpr std::chrono::hours kReach{2};
 constexpr int kOutside = 422;
 
@@ -208,12 +206,14 @@ NowcastService::Kept const& NowcastService::ask(NowcastSource source, Coordinate
 
 void NowcastService::exchangeFor(Kept& kept, NowcastSource source, Coordinate place,
                                  std::stop_token const& stop) {
+  constexpr std::chrono::seconds kLongestSilence{6};
+  constexpr std::chrono::seconds kTimeout{10};
   HttpRequest request;
   request.url = urlOf(source, place);
   request.headers = {{"Accept", "application/json"}};
   request.timeout = kTimeout;
   request.longestSilence = kLongestSilence;
-  request.maxBodyBytes = kLargestBody;
+  request.maxBodyBytes = kLargestAnswer;
   bool const isSame = kept.reply && kept.url == request.url;
   kept.url = request.url;
   HttpResponse other;
@@ -277,7 +277,7 @@ std::filesystem::path NowcastService::fileOf(NowcastSource source, Coordinate pl
 /// What another program has had of the source since.
 void NowcastService::load(Kept& kept, NowcastSource source, Coordinate place) const {
   if (options_.cacheDirectory.empty()) return;
-  auto record = keptRecord<NowcastRecord>(fileOf(source, place), kLargestBody);
+  auto record = keptRecord<NowcastRecord>(fileOf(source, place), kLargestAnswer);
   Instant const now = clock_.now();
   auto const lastTried = [](auto const& one) {
     return std::max(one.checkedAt, one.failedAt.value_or(Instant()));

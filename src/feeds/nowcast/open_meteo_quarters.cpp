@@ -35,7 +35,6 @@ inline constexpr auto jsonFields<WireForecast> =
 
 namespace {
 
-constexpr std::chrono::minutes kStep{15};
 constexpr int kStepsAnHour = 4;
 
 std::optional<double> valueAt(Lenient<Values> const& values, std::size_t index) {
@@ -76,6 +75,7 @@ std::string openMeteoQuartersPath(Coordinate place) {
 }
 
 Result<NowcastReply, DecodeError> parseOpenMeteoQuarters(std::string_view body) {
+  constexpr std::chrono::minutes kStep{15};
   auto const wire = decodeJson<WireForecast>(body);
   if (!wire) return std::unexpected(wire.error());
   if (wire->reason) return std::unexpected(DecodeError{"", oneLine(*wire->reason)});

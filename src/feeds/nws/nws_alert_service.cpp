@@ -11,9 +11,6 @@ namespace nimbara {
 
 namespace {
 
-constexpr std::chrono::seconds kTimeout{15};
-constexpr std::size_t kLargestBody = std::size_t{8} << 20;
-constexpr int kOk = 200;
 constexpr int kBadRequest = 400;
 constexpr int kNotFound = 404;
 
@@ -75,6 +72,8 @@ NWSAlertService::Answer NWSAlertService::askFor(std::string const& key, std::uni
 }
 
 HttpRequest NWSAlertService::requestFor(std::string const& key) const {
+  constexpr std::size_t kLargestBody = std::size_t{8} << 20;
+  constexpr std::chrono::seconds kTimeout{15};
   HttpRequest request;
   request.url = baseUrl_ + "?point=" + key;
   request.timeout = kTimeout;
@@ -84,6 +83,7 @@ HttpRequest NWSAlertService::requestFor(std::string const& key) const {
 }
 
 NWSAlertAnswer NWSAlertService::taken(std::string const& key, HttpResponse const& response) {
+  constexpr int kOk = 200;
   using enum ServiceFailure::Kind;
   if (response.status != kOk) return failed(key, ServiceFailure::answered(response.status));
   auto list = parseNwsAlerts(response.body);

@@ -7,8 +7,6 @@ namespace nimbara {
 
 namespace {
 
-constexpr std::size_t kLargestFile = std::size_t{8} << 20;
-
 ServiceFailure unreadableList(DecodeError const& error) {
   return ServiceFailure::of(ServiceFailure::Kind::unreadable,
                             "the response is not a valid list of earthquakes (" + error.text() + ")");
@@ -51,6 +49,7 @@ std::filesystem::path EarthquakeService::standInMark() const {
 }
 
 void EarthquakeService::loadOnce() {
+  constexpr std::size_t kLargestFile = std::size_t{8} << 20;
   if (std::exchange(loaded_, true) || options_.cacheDirectory.empty()) return;
   std::error_code ignored;
   if (!options_.isStandIn && std::filesystem::exists(standInMark(), ignored)) return;

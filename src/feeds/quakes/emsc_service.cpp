@@ -4,13 +4,13 @@ namespace nimbara {
 
 namespace {
 
-constexpr std::chrono::seconds kTimeout{15};
 constexpr std::chrono::hours kSpan{24};
-constexpr std::size_t kLargestBody = std::size_t{4} << 20;
 
 }  // namespace
 
 FeedReading<std::vector<EarthquakeEvent>> EmscService::fetchEarthquakes(std::stop_token const& stop) {
+  constexpr std::size_t kLargestBody = std::size_t{4} << 20;
+  constexpr std::chrono::seconds kTimeout{15};
   std::lock_guard const turn(turn_);
   auto const since = std::chrono::floor<std::chrono::seconds>(clock_.now() - kSpan);
   FeedQuestion question;

@@ -31,10 +31,10 @@ constexpr std::size_t kLongestDocument = std::size_t{128} << 20;
 constexpr std::string_view kListPath =
     "/api/v4/projects/meteoalarm-pm-group%2Fdocuments/repository/tree?per_page=100";
 constexpr std::string_view kDocumentPath = "/meteoalarm-pm-group/documents/-/raw/master/";
-constexpr int kOk = 200;
 
 Result<std::string, std::string> fetch(HttpClient& http, HttpRequest const& request, std::string const& what,
                                        std::stop_token const& stop) {
+  constexpr int kOk = 200;
   auto answer = http.get(request, stop);
   if (!answer) return std::unexpected(what + " cannot be fetched: " + answer.error().message);
   if (answer->status != kOk)

@@ -4,8 +4,6 @@ namespace nimbara {
 
 namespace {
 
-constexpr std::chrono::seconds kTimeout{12};
-
 Result<KIndex, DecodeError> kIndexIn(std::string_view body) {
   auto const kp = newestKp(body);
   if (!kp) return std::unexpected(DecodeError{"", "no row has a value"});
@@ -18,6 +16,7 @@ GeomagneticService::GeomagneticService(HttpClient& http, Clock const& clock, std
     : http_(http), clock_(clock), baseUrl_(std::move(baseUrl)) {}
 
 FeedReading<KIndex> GeomagneticService::currentKp(std::stop_token const& stop) {
+  constexpr std::chrono::seconds kTimeout{12};
   std::lock_guard const turn(turn_);
   FeedQuestion question;
   question.request.url = baseUrl_ + "/products/noaa-planetary-k-index.json";

@@ -4,8 +4,6 @@ namespace nimbara {
 
 namespace {
 
-constexpr std::chrono::seconds kTimeout{12};
-
 Result<std::vector<KpReading>, DecodeError> predicted(std::string_view body) {
   auto readings = kpReadings(body);
   if (readings) {
@@ -20,6 +18,7 @@ KpForecastService::KpForecastService(HttpClient& http, Clock const& clock, std::
     : http_(http), clock_(clock), baseUrl_(std::move(baseUrl)) {}
 
 FeedReading<std::vector<KpReading>> KpForecastService::fetchForecast(std::stop_token const& stop) {
+  constexpr std::chrono::seconds kTimeout{12};
   std::lock_guard const turn(turn_);
   FeedQuestion question;
   question.request.url = baseUrl_ + "/products/noaa-planetary-k-index-forecast.json";

@@ -14,7 +14,6 @@ constexpr double kHighest = 9;
 /// step: the table of NOAA's Space Weather Prediction Center in its "Tips on viewing the aurora" (66.5°
 /// to 48.1° at Kp 9).
 constexpr double kQuietEdge = 66.5;
-constexpr double kStep = (66.5 - 48.1) / 9;
 /// Light a hundred kilometres up and more stands above the horizon for places this far outside the oval;
 /// degrees.
 constexpr double kOverTheHorizon = 6;
@@ -27,6 +26,7 @@ int kpLevel(double kp) {
 }
 
 AuroraSight auroraSight(Coordinate place, double kp) {
+  constexpr double kStep = (66.5 - 48.1) / 9;
   double const edge = kQuietEdge - kStep * std::clamp(kp, 0.0, kHighest);
   double const latitude = geomagneticLatitude(place);
   if (latitude >= edge) return AuroraSight::high;

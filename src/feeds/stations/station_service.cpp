@@ -16,9 +16,7 @@ namespace {
 
 using Kind = StationProblem::Kind;
 
-constexpr std::chrono::seconds kTimeout{12};
 constexpr std::chrono::seconds kLocalTimeout{6};
-constexpr std::size_t kLargestBody = std::size_t{2} << 20;
 constexpr std::size_t kLargestDocument = std::size_t{256} << 10;
 constexpr std::size_t kLargestKept = std::size_t{4} << 20;
 
@@ -226,6 +224,8 @@ StationService::Told StationService::ask(StationLink const& link, std::stop_toke
 /// A body that is no refusal. A token that the service no longer takes is renewed once.
 Result<std::string, StationProblem> StationService::netatmo(std::string const& path,
                                                             std::stop_token const& stop) {
+  constexpr std::size_t kLargestBody = std::size_t{2} << 20;
+  constexpr std::chrono::seconds kTimeout{12};
   std::string refused;
   for (int attempt = 0;; ++attempt) {
     auto const token = tokens_.accessToken(stop, refused);

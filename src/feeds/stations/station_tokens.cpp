@@ -10,9 +10,7 @@ namespace {
 
 using Kind = StationProblem::Kind;
 
-constexpr std::chrono::seconds kTimeout{15};
 constexpr std::chrono::minutes kMargin{1};
-constexpr std::size_t kLargestBody = std::size_t{64} << 10;
 
 std::string formOf(std::initializer_list<std::pair<std::string_view, std::string_view>> members) {
   std::string form;
@@ -128,6 +126,8 @@ StationTokens::Answer StationTokens::refresh(StationLink const& link, std::stop_
 /// The link with the tokens of the answer.
 StationTokens::Answer StationTokens::ask(StationLink link, std::string const& form,
                                          std::stop_token const& stop) {
+  constexpr std::size_t kLargestBody = std::size_t{64} << 10;
+  constexpr std::chrono::seconds kTimeout{15};
   HttpRequest request;
   request.url = base_ + "/oauth2/token";
   request.headers = {{"Content-Type", "application/x-www-form-urlencoded"}, {"Accept", "application/json"}};

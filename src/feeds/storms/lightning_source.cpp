@@ -10,10 +10,8 @@ namespace nimbara {
 
 namespace {
 
-constexpr std::chrono::seconds kTimeout{10};
-constexpr std::size_t kLargestBody = std::size_t{4} << 20;
 /// A strike that the source's clock dates a little ahead of ours has happened all the same.
-constexpr std::chrono::minutes kAhead{5};
+constexpr std::chrono::minutes kStrikesAhead{5};
 constexpr int kDecimals = 4;
 
 struct StrikeEntry {
@@ -31,6 +29,8 @@ std::string placeQuery(Coordinate place, double radiusKm) {
 }
 
 FeedQuestion questionFor(std::string const& baseUrl, std::string const& placeQuery, Instant since) {
+  constexpr std::size_t kLargestBody = std::size_t{4} << 20;
+  constexpr std::chrono::seconds kTimeout{10};
   FeedQuestion question;
   question.request.url = baseUrl + "/lightning/strikes?" + placeQuery + "&since=" +
                          percentEncoded(formatIso8601(std::chrono::floor<std::chrono::seconds>(since)));
@@ -83,7 +83,7 @@ FeedReading<std::vector<LightningStrike>> HttpLightningSource::fetchStrikes(Coor
   auto reading = places_.of(key).read(http_, clock_, questionFor(baseUrl_, key, now - kLongestSpan),
                                       parseLightningStrikes, stop);
   std::erase_if(reading.data, [&](LightningStrike const& strike) {
-    return strike.time < begin || strike.time > now + kAhead ||
+    return strike.time < begin || strike.time > now + kStrikesAhead ||
            haversineKm(strike.coordinate, place) > radius;
   });
   std::ranges::stable_sort(reading.data, std::ranges::greater{}, &LightningStrike::time);

@@ -8,19 +8,19 @@ namespace nimbara {
 
 namespace {
 
-constexpr std::chrono::seconds kTimeout{15};
 constexpr std::chrono::seconds kMapTimeout{10};
 constexpr std::chrono::seconds kTrackPause{600};
-constexpr std::size_t kLargestBody = std::size_t{4} << 20;
+constexpr std::size_t kLargestStormList = std::size_t{4} << 20;
 constexpr double kFarthestBeginKm = 500;
 constexpr std::string_view kMapPath = "/tropical/rest/services/tropical/NHC_tropical_weather/MapServer";
 
 FeedQuestion listQuestion(std::string const& baseUrl) {
+  constexpr std::chrono::seconds kTimeout{15};
   FeedQuestion question;
   question.request.url = baseUrl + "/CurrentStorms.json";
   question.request.headers = {{"Accept", "application/json"}};
   question.request.timeout = kTimeout;
-  question.request.maxBodyBytes = kLargestBody;
+  question.request.maxBodyBytes = kLargestStormList;
   question.expected = "list of storms";
   question.life = TropicalStormService::kLife;
   return question;
@@ -97,7 +97,7 @@ std::optional<std::string> TropicalStormService::mapAnswer(std::string const& pa
   request.url = options_.mapBaseUrl + std::string(kMapPath) + path;
   request.headers = {{"Accept", "application/json"}};
   request.timeout = kMapTimeout;
-  request.maxBodyBytes = kLargestBody;
+  request.maxBodyBytes = kLargestStormList;
   auto answer = exchange(http_, std::move(request), {}, stop);
   if (!answer || !*answer) return std::nullopt;
   return std::move((*answer)->body);

@@ -9,10 +9,9 @@ namespace nimbara {
 
 namespace {
 
-constexpr std::chrono::seconds kTimeout{15};
-constexpr std::size_t kLargestBody = std::size_t{4} << 20;
-
 FeedQuestion questionFor(std::string url, std::string_view expected, std::chrono::milliseconds life) {
+  constexpr std::size_t kLargestBody = std::size_t{4} << 20;
+  constexpr std::chrono::seconds kTimeout{15};
   FeedQuestion question;
   question.request.url = std::move(url);
   question.request.timeout = kTimeout;

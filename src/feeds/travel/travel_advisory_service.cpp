@@ -17,20 +17,22 @@ struct KeptAdvisories {
 }  // namespace
 
 template <>
-inline constexpr auto jsonFields<KeptAdvisories> = FieldList{
-    field("checkedAt", &KeptAdvisories::checkedAt), field("advisories", &KeptAdvisories::advisories)};
+inline constexpr auto jsonFields<KeptAdvisories> = FieldList {
+  constexpr std::chrono::seconds kAdvisoryTimeout{25};
+  field("checkedAt", &KeptAdvisories::checkedAt), field("advisories", &KeptAdvisories::advisories)
+};
 
 namespace {
 
-constexpr std::chrono::seconds kTimeout{25};
-constexpr std::size_t kLargestBody = std::size_t{8} << 20;
+constexpr std::chrono::seconds kAdvisoryTimeout{25};
+constexpr std::size_t kLargestAdvisories = std::size_t{8} << 20;
 
 FeedQuestion questionOf(std::string url, std::string_view expected) {
   FeedQuestion question;
   question.request.url = std::move(url);
   question.request.headers = {{"Accept", "application/json"}};
-  question.request.timeout = kTimeout;
-  question.request.maxBodyBytes = kLargestBody;
+  question.request.timeout = kAdvisoryTimeout;
+  question.request.maxBodyBytes = kLargestAdvisories;
   question.expected = expected;
   question.life = TravelAdvisoryService::kLife;
   return question;
@@ -104,7 +106,7 @@ std::filesystem::path TravelAdvisoryService::fileOf(AdvisorySource source) const
 void TravelAdvisoryService::loadOnce(AdvisorySource source) {
   List& list = lists_[static_cast<std::size_t>(source)];
   if (std::exchange(list.isLoaded, true) || options_.cacheDirectory.empty()) return;
-  auto kept = keptRecord<KeptAdvisories>(fileOf(source), kLargestBody);
+  auto kept = keptRecord<KeptAdvisories>(fileOf(source), kLargestAdvisories);
   if (!kept || kept->advisories.empty()) return;
   list.feed.restore(std::move(kept->advisories), kept->checkedAt);
 }

@@ -11,8 +11,6 @@ namespace nimbara {
 namespace {
 
 constexpr std::size_t kLargestKept = std::size_t{1} << 20;
-constexpr std::chrono::seconds kTimeout{15};
-constexpr std::chrono::seconds kLongestSilence{8};
 constexpr std::chrono::days kSeenStep{1};
 
 }  // namespace
@@ -71,6 +69,8 @@ bool WmoDirectory::isDue(std::optional<Instant> const& at) const {
 template <class Parse, class T>
 bool WmoDirectory::ask(std::string const& path, Parse const& parse, T& value, std::optional<Instant>& at,
                        std::stop_token const& stop) {
+  constexpr std::chrono::seconds kLongestSilence{8};
+  constexpr std::chrono::seconds kTimeout{15};
   HttpRequest request;
   request.url = baseUrl_ + path;
   request.headers = {{"Accept", "application/json"}};

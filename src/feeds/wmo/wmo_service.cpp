@@ -13,9 +13,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto kTimeout = 20s;
-constexpr auto kLongestSilence = 8s;
-constexpr std::size_t kLargestBody = std::size_t{16} << 20;
 constexpr auto kAreasRest = 1h;
 /// Of the store of messages, each of so many requests, for what is placed at a point.
 constexpr int kMostRounds = 3;
@@ -147,6 +144,9 @@ CapListing WmoService::fetch(Coordinate place, std::string_view countryCode, std
 
 Result<WmoRows, ServiceFailure> WmoService::rows(std::string const& pathAndQuery,
                                                  std::stop_token const& stop) {
+  constexpr auto kLongestSilence = 8s;
+  constexpr std::size_t kLargestBody = std::size_t{16} << 20;
+  constexpr auto kTimeout = 20s;
   if (awayUntil_ && clock_.steadyNow() < *awayUntil_) return std::unexpected(away_);
   HttpRequest request;
   request.url = baseUrl_ + pathAndQuery;

@@ -20,7 +20,6 @@ constexpr Uuid kEvents{
 constexpr std::chrono::minutes kAdjoining = 30min;
 /// What is found again and again is noted again once an hour: a memory that stays as it is costs no writing.
 constexpr std::chrono::hours kNotedAgain{1};
-constexpr std::size_t kLargestFile = std::size_t{16} << 20;
 /// A stormy week over a continent has some hundred.
 constexpr std::size_t kMostRoots = 8000;
 constexpr std::size_t kMostEvents = 2000;
@@ -182,6 +181,7 @@ void EventMemory::update(Instant now, std::function<void(KnownEvents&)> const& c
 }
 
 void EventMemory::readFile() {
+  constexpr std::size_t kLargestFile = std::size_t{16} << 20;
   auto text = nimbara::readFile(file_, kLargestFile);
   if (!text) {
     text_.clear();

@@ -51,7 +51,6 @@ using Frames = std::vector<RadarFrame>;
 
 constexpr minutes kPast{60};
 constexpr hours kOldest{2};
-constexpr hours kAhead{2};
 constexpr minutes kLeastApart{4};
 constexpr minutes kClockTolerance{10};
 
@@ -158,6 +157,7 @@ void order(Frames& frames) {
 
 /// Counted from the newest that was measured, which is always among them.
 Frames within(Frames const& frames, Instant newest, Instant now) {
+  constexpr hours kAhead{2};
   Frames kept;
   for (RadarFrame const& frame : std::views::reverse(frames)) {
     bool const isWanted = frame.time <= newest ? !frame.isForecast && frame.time >= newest - kPast
