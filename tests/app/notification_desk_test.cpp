@@ -186,7 +186,9 @@ TEST(LateNotificationCenter, IsMadeWhenItIsNeededWithItsListener) {
   center.setListener([&](NotificationResponse const& response) { heard = response.action; });
   EXPECT_EQ(made, 0);
   EXPECT_EQ(center.authorizationStatus(), AuthorizationStatus::authorized);
-  EXPECT_TRUE(center.deliver({}));
+  EXPECT_TRUE(center.deliver({.identifier = "rain@59.91,10.75"}));
+  EXPECT_THAT(fake->delivered().back().opens,
+              testing::ElementsAre("--page", "now", "--place", "59.91,10.75"));
   EXPECT_EQ(made, 1);
   fake->respond({"", "mute", ""});
   EXPECT_EQ(heard, "mute");

@@ -182,6 +182,16 @@ TEST_F(PortalsTest, ANotificationHasItsCategoryButtonsAndSound) {
   EXPECT_EQ(fcntl(file.get(), F_GET_SEALS), F_SEAL_SEAL | F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_WRITE);
 }
 
+TEST_F(PortalsTest, AClickOpensTheWindowWhoeverListens) {
+  FakePortals portals(bus_, {});
+  auto request = warning();
+  request.opens = {"--page", "hazards"};
+  ASSERT_TRUE(desktopNotificationCenter(buses())->deliver(request));
+  auto const& options = portals.added.at(0).second;
+  EXPECT_EQ(text(options, "default-action"), "app.start");
+  EXPECT_EQ(options.at("default-action-target").get<Strings>(), request.opens);
+}
+
 TEST_F(PortalsTest, TheSameIdentifierReplacesSilently) {
   FakePortals portals(bus_, {});
   auto const center = desktopNotificationCenter(buses());

@@ -1,5 +1,7 @@
 #include "app/notices/late_notification_center.h"
 
+#include "app/notices/notification_call.h"
+
 namespace nimbara {
 
 void LateNotificationCenter::setListener(Listener listener) {
@@ -11,6 +13,11 @@ void LateNotificationCenter::setListener(Listener listener) {
   }
   // Without the lock: this waits for a listener that is running, and that one may ask this center something.
   if (made != nullptr) made->setListener(std::move(listener));
+}
+
+NotificationRequest LateNotificationCenter::withCall(NotificationRequest request) {
+  if (auto call = notificationCall({request.identifier, "default", {}})) request.opens = call->arguments;
+  return request;
 }
 
 NotificationCenter& LateNotificationCenter::center() {

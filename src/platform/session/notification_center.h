@@ -48,6 +48,7 @@ struct NotificationRequest {
   std::string category;   ///< "weather.warning.extreme"; may be empty
   bool isSilent = false;  ///< listed, without a sound
   std::vector<NotificationAction> actions;
+  std::vector<std::string> opens = {};  ///< with what a click starts the window where nobody listens any more
 
   bool operator==(NotificationRequest const&) const = default;
 };

@@ -23,6 +23,9 @@ constexpr std::size_t kLongestLabel = 60;
 constexpr std::size_t kLongestIdentifier = 200;
 constexpr std::size_t kMostButtons = 6;
 constexpr char kDefaultAction[] = "default";
+/// The window's own action on the bus: the portal starts the window for it, whether or not this program still
+/// runs, and tells nobody else.
+constexpr char kExportedStart[] = "app.start";
 /// From this version on there are sounds, categories and hints.
 constexpr std::uint32_t kSecond = 2;
 
@@ -93,6 +96,10 @@ PortalOptions portalNotification(NotificationRequest const& request, PortalAbili
                         {"body", cleanText(request.body, kLongestBody, TextLines::many)},
                         {"priority", std::string(priorityOf(request.urgency))},
                         {"default-action", std::string(kDefaultAction)}};
+  if (!request.opens.empty()) {
+    options.insert_or_assign("default-action", std::string(kExportedStart));
+    options.emplace("default-action-target", request.opens);
+  }
   if (auto const buttons = buttonsOf(request); !buttons.empty()) options.emplace("buttons", buttons);
   if (abilities.version < kSecond) return options;
   options.emplace("sound", soundOf(request, soundsDirectory));
