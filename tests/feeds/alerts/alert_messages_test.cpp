@@ -1,11 +1,14 @@
 #include "feeds/alerts/alert_messages.h"
 
 #include "base/words/texts.h"
+#include "feeds/alerts/alert_text.h"
+#include "feeds/alerts/cap_source.h"
 #include "feeds/alerts/events/cap_events.h"
 #include "feeds/meteoalarm/meteo_alarm_json_feed.h"
 #include "feeds/meteoalarm/meteo_alarm_merge.h"
 #include "support/answers/cap_alerts.h"
 #include "support/answers/cap_json_message.h"
+#include "support/manual_clock.h"
 
 #include <gmock/gmock.h>
 
@@ -103,6 +106,65 @@ TEST(AlertMessages, AreBounded) {
   EXPECT_LE(alert.messages->front().identifier.size(), 310U);
   EXPECT_THAT(alert.messages->front().references, SizeIs(50));
   EXPECT_THAT(alert.messages->front().codes, SizeIs(200));
+}
+
+TEST(CapSource, HandsOnWhatTheListIs) {
+  test::ManualClock clock(at("2026-11-22T13:00:00Z"));
+  CapListing listing;
+  auto const source = capAlertSource("wmo", [&](auto const&, auto const&) { return listing; }, clock, "en");
+  EventMemory memory;
+  GovAlertPlace const place{{10, 20}, "XX", {}};
+  EXPECT_TRUE(source.isIdentified);
+  listing.isBlind = true;
+  EXPECT_TRUE(source.fetch(place, memory, {})->isBlind);
+  listing.isBlind = false;
+  listing.messages = test::listOf({test::capAlert("1", "08:00")});
+  EXPECT_THAT(source.fetch(place, memory, {})->alerts, SizeIs(1));
+  listing.failure = ServiceFailure::of(ServiceFailure::Kind::unreadable);
+  auto const failed = source.fetch(place, memory, {});
+  ASSERT_FALSE(failed);
+  EXPECT_THAT(failed.error().readable, SizeIs(1));
+}
+
+TEST(CapSource, ABareCancellationIsFilledInWithWhatWasKnown) {
+  test::ManualClock clock(at("2026-11-22T13:00:00Z"));
+  std::vector<CapMessage> messages = test::listOf({test::capAlert("1", "08:00")});
+  auto const list = [&](auto const&, auto const&) { return CapListing{messages, false, {}}; };
+  GovAlertService service(clock, {capAlertSource("wmo", list, clock, "en")}, {});
+  GovAlertPlace const place{{10, 20}, "XX", {}};
+  auto const known = service.fetchAlerts(place).alerts;
+  ASSERT_THAT(known, SizeIs(1));
+  clock.advance(std::chrono::hours(1));
+  messages = test::listOf({test::capAlert("2", "13:30", "Cancel", {"1"}, {})});
+  auto const after = service.fetchAlerts(place);
+  EXPECT_THAT(after.alerts, testing::IsEmpty());
+  ASSERT_THAT(after.calledOff, SizeIs(1));
+  WeatherAlert expected = known[0];
+  expected.issued = at("2026-11-22T13:30:00Z");
+  EXPECT_EQ(after.calledOff[0], expected);
+  // A place that knew nothing of it is told nothing.
+  EXPECT_THAT(service.fetchAlerts({{10.1, 20.1}, "XX", {}}).calledOff, testing::IsEmpty());
+}
+
+TEST(AlertTexts, AreCleanAndBounded) {
+  std::vector<WeatherAlert> alerts(1);
+  WeatherAlert& alert = alerts.front();
+  alert.title = "Sturm\x1B[31m\nüber\u202E Köln";
+  alert.message = std::string(1'000'000, 'x');
+  alert.description = "first\r\nsecond\xC2\x9B";
+  alert.areaDesc = "Köln\nBonn";
+  alert.text = " first\n  second\x1B ";
+  alert.issuer = "DWD\n";
+  alert.near = {{"Hills\x1B", 12}};
+  cleanTexts(alerts);
+  EXPECT_EQ(alert.title, "Sturm[31m über Köln");
+  EXPECT_EQ(alert.message.size(), 15'999 + std::string_view("…").size());
+  EXPECT_EQ(alert.description, "first\nsecond");
+  EXPECT_EQ(alert.areaDesc, "Köln Bonn");
+  EXPECT_EQ(alert.text, " first\n  second ") << "to the letter otherwise";
+  EXPECT_EQ(alert.issuer, "DWD ");
+  EXPECT_EQ(alert.near->at(0).area, "Hills");
+  EXPECT_EQ(alert.instruction, std::nullopt) << "what is not given stays so";
 }
 
 }  // namespace

@@ -27,105 +27,52 @@ GovSourceState quiet() {
   return source;
 }
 
+/// What a source said, and what follows from it.
 struct StateRow {
-  char const* why;
-  void (*change)(GovSourceState&);
+  char const* name;
   CoverageState state;
-  std::size_t count;
-  std::optional<Instant> since;
-  std::optional<ServiceFailure> reason;
+  std::size_t alerts = 0, unplaced = 0;
+  bool isBlind = false, hasFailed = false;
+  std::optional<std::chrono::milliseconds> age = 10min;
+  std::optional<Instant> since = {};
+  std::optional<ServiceFailure> reason = {};
 };
 
-void PrintTo(StateRow const& row, std::ostream* out) {
-  *out << row.why;
+TEST(CoverageStates, FollowFromWhatASourceSaid) {
+  using enum CoverageState;
+  auto const failure = ServiceFailure::answered(503);
+  auto const old = ServiceFailure::of(ServiceFailure::Kind::notAskedLately);
+  for (StateRow const& row :
+       {StateRow{"none", none}, StateRow{"two", warnings, 2}, StateRow{"two unplaced", unplaced, 0, 2},
+        StateRow{"placed and unplaced", warnings, 1, 1}, StateRow{"never", unchecked, 0, 0, false, false, {}},
+        StateRow{"failed", unchecked, 1, 0, false, true, 10min, kNow - 5min, failure},
+        StateRow{"trusted", none, 0, 0, false, false, 45min},
+        StateRow{"old", unchecked, 0, 0, false, false, 45min + 1ms, kNow - 45min - 1ms, old},
+        StateRow{"ahead", none, 0, 0, false, false, -45min},
+        StateRow{"of another clock", unchecked, 0, 0, false, false, -45min - 1ms, kNow, old},
+        StateRow{"blind", uncovered, 0, 0, true},
+        StateRow{"blind for long", uncovered, 0, 0, true, false, 24h},
+        StateRow{"blind with warnings", warnings, 1, 0, true},
+        StateRow{"blind and failed", unchecked, 0, 0, true, true, 10min, kNow - 5min, failure}}) {
+    SCOPED_TRACE(row.name);
+    GovAlerts alerts;
+    GovSourceState& source = alerts.sources.emplace_back(quiet());
+    source.alerts.assign(row.alerts, warningFor("a"));
+    source.unplaced.assign(row.unplaced, warningFor("Kvarner"));
+    source.isBlind = row.isBlind;
+    source.checkedAt = row.age ? std::optional(kNow - *row.age) : std::nullopt;
+    if (row.hasFailed) source.failedSince = kNow - 5min, source.failure = failure;
+    auto const coverage = agedCoverage(coverageOf(alerts, "HR"), kNow);
+    ASSERT_EQ(coverage.size(), 1);
+    EXPECT_EQ(coverage[0].service, "MeteoAlarm");
+    EXPECT_EQ(coverage[0].state, row.state);
+    EXPECT_EQ(coverage[0].count, row.state == warnings   ? row.alerts
+                                 : row.state == unplaced ? row.unplaced
+                                                         : 0);
+    EXPECT_EQ(coverage[0].since, row.since);
+    EXPECT_EQ(coverage[0].reason, row.reason);
+  }
 }
-
-struct CoverageStates : testing::TestWithParam<StateRow> {};
-
-TEST_P(CoverageStates, FollowFromWhatASourceSaid) {
-  StateRow const& row = GetParam();
-  GovAlerts alerts;
-  alerts.sources = {quiet()};
-  row.change(alerts.sources[0]);
-  auto const coverage = agedCoverage(coverageOf(alerts, "HR"), kNow);
-  ASSERT_EQ(coverage.size(), 1);
-  EXPECT_EQ(coverage[0].service, "MeteoAlarm");
-  EXPECT_EQ(coverage[0].state, row.state);
-  EXPECT_EQ(coverage[0].count, row.count);
-  EXPECT_EQ(coverage[0].since, row.since);
-  EXPECT_EQ(coverage[0].reason, row.reason);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Rows, CoverageStates,
-    testing::Values(
-        StateRow{"none", [](GovSourceState&) {}, CoverageState::none, 0, {}, {}},
-        StateRow{"two",
-                 [](GovSourceState& s) { s.alerts = {warningFor("a"), warningFor("b")}; },
-                 CoverageState::warnings,
-                 2,
-                 {},
-                 {}},
-        StateRow{"unplaced",
-                 [](GovSourceState& s) { s.unplaced = {warningFor("Kvarner"), warningFor("Kvarner")}; },
-                 CoverageState::unplaced,
-                 2,
-                 {},
-                 {}},
-        StateRow{"placedAndUnplaced",
-                 [](GovSourceState& s) {
-                   s.alerts = {warningFor("a")};
-                   s.unplaced = {warningFor("Kvarner")};
-                 },
-                 CoverageState::warnings,
-                 1,
-                 {},
-                 {}},
-        StateRow{"failed",
-                 [](GovSourceState& s) {
-                   s.failedSince = kNow - 5min;
-                   s.failure = ServiceFailure::answered(503);
-                   s.alerts = {warningFor("a")};
-                 },
-                 CoverageState::unchecked, 1, kNow - 5min, ServiceFailure::answered(503)},
-        StateRow{
-            "never", [](GovSourceState& s) { s.checkedAt.reset(); }, CoverageState::unchecked, 0, {}, {}},
-        StateRow{
-            "trusted", [](GovSourceState& s) { s.checkedAt = kNow - 45min; }, CoverageState::none, 0, {}, {}},
-        StateRow{"old", [](GovSourceState& s) { s.checkedAt = kNow - 45min - 1ms; }, CoverageState::unchecked,
-                 0, kNow - 45min - 1ms, ServiceFailure::of(ServiceFailure::Kind::notAskedLately)},
-        StateRow{
-            "ahead", [](GovSourceState& s) { s.checkedAt = kNow + 45min; }, CoverageState::none, 0, {}, {}},
-        StateRow{"blind", [](GovSourceState& s) { s.isBlind = true; }, CoverageState::uncovered, 0, {}, {}},
-        StateRow{"blindForLong",
-                 [](GovSourceState& s) {
-                   s.isBlind = true;
-                   s.checkedAt = kNow - 24h;
-                 },
-                 CoverageState::uncovered,
-                 0,
-                 {},
-                 {}},
-        StateRow{"blindWithWarnings",
-                 [](GovSourceState& s) {
-                   s.isBlind = true;
-                   s.alerts = {warningFor("a")};
-                 },
-                 CoverageState::warnings,
-                 1,
-                 {},
-                 {}},
-        StateRow{"blindAndFailed",
-                 [](GovSourceState& s) {
-                   s.isBlind = true;
-                   s.failedSince = kNow - 5min;
-                   s.failure = ServiceFailure::answered(503);
-                 },
-                 CoverageState::unchecked, 0, kNow - 5min, ServiceFailure::answered(503)},
-        StateRow{"ofAnotherClock", [](GovSourceState& s) { s.checkedAt = kNow + 45min + 1ms; },
-                 CoverageState::unchecked, 0, kNow,
-                 ServiceFailure::of(ServiceFailure::Kind::notAskedLately)}),
-    [](auto const& row) { return std::string(row.param.why); });
 
 TEST(Coverage, NamesTheCountryThatNobodyWarnsFor) {
   auto const coverage = coverageOf({}, "JP");

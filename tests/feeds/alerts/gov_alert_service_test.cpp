@@ -288,29 +288,9 @@ TEST_F(GovAlertServiceTest, TakesAStoppedCheckForNoFailure) {
   EXPECT_EQ(gov.fetchAlerts(place_).failedSince(), kNow);
 }
 
-TEST(NwsAlertSource, KeepsAnEventsIdentifierOverARestart) {
-  test::FakeHttpClient http;
-  test::ManualClock clock(kNow);
-  test::TemporaryFolder folder;
-  auto const answer = [](std::string const& id, std::string const& older) {
-    return R"({"features":[{"properties":{"id":")" + id +
-           R"(","event":"Flood Watch","severity":"Severe","urgency":"Future","certainty":"Likely",
-           "expires":"2026-11-21T12:30:00Z","references":[{"identifier":")" +
-           older + R"("}]}}]})";
-  };
-  auto const idNow = [&] {
-    NWSAlertService nws(http, clock, {"https://nws.example", "me"});
-    GovAlertService gov(clock, {nwsAlertSource(nws, clock)}, folder.path());
-    return gov.fetchAlerts(govAlertPlace({41.85, -87.65})).alerts.at(0).id;
-  };
-  http.willAnswer(200, answer("b", "a"));
-  http.willAnswer(200, answer("c", "b"));
-  Uuid const id = idNow();
-  EXPECT_EQ(idNow(), id);
-}
-
-std::string feature(std::string const& id, std::string const& event, std::string const& zone) {
-  return R"({"properties":{"id":")" + id + R"(","event":")" + event +
+std::string feature(std::string const& id, std::string const& event, std::string const& zone,
+                    std::string const& more = {}) {
+  return R"({"properties":{)" + more + R"("id":")" + id + R"(","event":")" + event +
          R"(","severity":"Moderate","urgency":"Expected","certainty":"Likely",
          "expires":"2026-11-21T19:30:00Z","geocode":{"UGC":[")" +
          zone + R"("]}}})";
@@ -372,46 +352,30 @@ TEST_F(WatersTest, OnTheOpenSeaThatAreNobodysAreNoFailure) {
   EXPECT_TRUE(ask(kChicago).failedSince()) << "on land there is somebody";
 }
 
-TEST(NwsAlertSource, RemembersChainsForAllPlaces) {
+TEST(NwsAlertSource, RemembersChainsForAllPlacesAndOverARestart) {
   test::FakeHttpClient http;
   test::ManualClock clock(kNow);
   test::TemporaryFolder folder;
-  NWSAlertService nws(http, clock, {"https://nws.example", "me"});
-  GovAlertService gov(clock, {nwsAlertSource(nws, clock)}, folder.path());
-  auto const answer = [](std::string const& id, std::string const& references) {
-    return R"({"features":[{"properties":{"id":")" + id +
-           R"(","event":"Flood Warning","severity":"Severe","urgency":"Future","certainty":"Likely",
-           "areaDesc":")" +
-           id + R"(","expires":"2026-11-21T12:30:00Z","references":[)" + references + "]}}]}";
+  auto const idAt = [&](Coordinate place, std::string const& id, std::string const& older) {
+    http.willAnswer(200, featureList({feature(id, "Flood Watch", "ILZ104",
+                                              R"("areaDesc":")" + id + R"(","references":[{"identifier":")" +
+                                                  older + R"("}],)")}));
+    NWSAlertService nws(http, clock, {"https://nws.example", "me"});
+    GovAlertService gov(clock, {nwsAlertSource(nws, clock)}, folder.path());
+    return gov.fetchAlerts(govAlertPlace(place)).alerts.at(0).id;
   };
-  http.willAnswer(200, answer("b", R"({"identifier":"a"})"));
-  http.willAnswer(200, answer("c", R"({"identifier":"b"})"));
-  Uuid const here = gov.fetchAlerts(govAlertPlace({39.74, -104.99})).alerts.at(0).id;
-  EXPECT_EQ(gov.fetchAlerts(govAlertPlace({40.01, -105.27})).alerts.at(0).id, here);
+  Uuid const here = idAt({39.74, -104.99}, "b", "a");
+  EXPECT_EQ(idAt({40.01, -105.27}, "c", "b"), here);
 }
 
-TEST(NwsAlertSource, LeavesOutWhatHasEndedWhileTheServiceFails) {
-  test::FakeHttpClient http;
-  test::ManualClock clock(kNow);
-  NWSAlertService nws(http, clock, {"https://nws.example", "me"});
-  GovAlertService gov(clock, {nwsAlertSource(nws, clock)}, {});
-  std::string const feature = R"({"properties":{"id":"a","event":"Flood Watch","severity":"Severe",
-      "urgency":"Future","certainty":"Likely","expires":"2026-11-21T09:30:00Z"}})";
-  http.willAnswer(200, R"({"features":[)" + feature + "]}");
-  http.willAnswer(500, "");
-  http.willAnswer(200, R"({"features":[7,)" + feature + "]}");
-  GovAlertPlace const place = govAlertPlace({41.85, -87.65});
-  EXPECT_EQ(place.countryCode, "US");
-  EXPECT_EQ(gov.fetchAlerts(place).alerts.size(), 1);
-  clock.advance(10min);
-  GovAlerts const failed = gov.fetchAlerts(place);
-  EXPECT_TRUE(failed.alerts.empty());
-  EXPECT_TRUE(failed.failedSince());
-  clock.set(kNow + 1s);
-  GovAlertService fresh(clock, {nwsAlertSource(nws, clock)}, {});
-  clock.advance(130s);
-  EXPECT_EQ(fresh.fetchAlerts(place).alerts.size(), 1) << "one bad feature spoils nothing";
-  EXPECT_FALSE(gov.fetchAlerts(govAlertPlace({52.52, 13.41})).isCovered());
+TEST_F(WatersTest, AreToldAsFarAsTheListCanBeRead) {
+  constexpr Coordinate kDenver{39.7392, -104.9903};
+  std::string const good = feature("a", "Flood Watch", "COZ038");
+  http.willAnswer(200, R"({"features":[7,)" + good + "]}");
+  GovAlerts const spoiled = ask(kDenver);
+  EXPECT_TRUE(spoiled.failedSince());
+  EXPECT_EQ(spoiled.alerts.size(), 1) << "one bad feature spoils nothing";
+  EXPECT_FALSE(ask({52.52, 13.41}).isCovered());
 }
 
 }  // namespace

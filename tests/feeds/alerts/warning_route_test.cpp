@@ -1,6 +1,8 @@
 #include "feeds/alerts/routing/warning_route.h"
 
 #include "feeds/alerts/routing/official_sources.h"
+#include "feeds/alerts/routing/source_rest.h"
+#include "feeds/alerts/routing/us_waters.h"
 
 #include <gmock/gmock.h>
 
@@ -10,6 +12,8 @@ namespace {
 using testing::AnyOf;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using Kind = ServiceFailure::Kind;
+using std::chrono::minutes;
 
 std::string list(std::vector<std::string_view> const& names) {
   return namesOf(names);
@@ -174,6 +178,80 @@ TEST(OfficialSources, HaveARowForEveryNameOfARoute) {
   for (std::string_view const name : possibleSources(govAlertPlace(kBerlin)))
     EXPECT_NE(officialSource(name), nullptr);
   EXPECT_EQ(officialSource(""), nullptr);
+}
+
+ServiceFailure noAnswer(HttpError::Kind kind) {
+  return ServiceFailure::network({kind, ""});
+}
+
+TEST(RestAfterFailure, GrowsToAnHour) {
+  constexpr std::pair<int, int> kRows[] = {{-1, 0}, {0, 0},  {1, 10}, {2, 20},
+                                           {3, 40}, {4, 60}, {5, 60}, {1'000'000, 60}};
+  for (auto const& [failures, rest] : kRows)
+    EXPECT_EQ(restAfterFailure(ServiceFailure::answered(503), failures), minutes(rest)) << failures;
+}
+
+TEST(RestAfterFailure, IsForWhatIsTheServicesOwnFault) {
+  using enum HttpError::Kind;
+  std::pair<ServiceFailure, bool> const rows[] = {
+      {ServiceFailure::answered(404), true},
+      {ServiceFailure::of(Kind::unreadable), true},
+      {ServiceFailure::of(Kind::incomplete), false},
+      {ServiceFailure::of(Kind::noSuchPlace), false},
+      {noAnswer(timedOut), true},
+      {noAnswer(truncated), true},
+      {noAnswer(tlsFailed), true},
+      {noAnswer(unresolvedHost), false},
+      {noAnswer(connectionFailed), false},
+      {noAnswer(cancelled), false},
+  };
+  for (auto const& [failure, rests] : rows)
+    EXPECT_EQ(restAfterFailure(failure, 1), minutes(rests ? 10 : 0)) << sentenceOf(failure);
+}
+
+struct Row {
+  char const* name;
+  Coordinate place;
+  bool hasWater;
+};
+
+TEST(UsWaters, LieOffCoastsBaysAndGreatLakes) {
+  for (Row const& row :
+       {Row{"Chicago", {41.8781, -87.6298}, true},       Row{"Cleveland", {41.4993, -81.6944}, true},
+        Row{"Duluth", {46.7867, -92.1005}, true},        Row{"Buffalo", {42.8864, -78.8784}, true},
+        Row{"Oswego", {43.4553, -76.5105}, true},        Row{"Green Bay", {44.5133, -88.0133}, true},
+        Row{"Bay City", {43.5945, -83.8889}, true},      Row{"Miami", {25.7617, -80.1918}, true},
+        Row{"New York", {40.7128, -74.0060}, true},      Row{"Boston", {42.3601, -71.0589}, true},
+        Row{"Annapolis", {38.9784, -76.4922}, true},     Row{"Galveston", {29.3013, -94.7977}, true},
+        Row{"Seattle", {47.6062, -122.3321}, true},      Row{"San Francisco", {37.7749, -122.4194}, true},
+        Row{"San Diego", {32.7157, -117.1611}, true},    Row{"Anchorage", {61.2181, -149.9003}, true},
+        Row{"Honolulu", {21.3069, -157.8583}, true},     Row{"San Juan", {18.4655, -66.1057}, true},
+        Row{"Hagåtña", {13.4745, 144.7504}, true},       Row{"Denver", {39.7392, -104.9903}, false},
+        Row{"Indianapolis", {39.7684, -86.1581}, false}, Row{"Madison", {43.0731, -89.4012}, false},
+        Row{"El Paso", {31.7619, -106.4850}, false},     Row{"Grand Rapids", {42.9634, -85.6681}, false},
+        Row{"Grand Forks", {47.9253, -97.0329}, false},  Row{"Berlin", {52.52, 13.41}, false}}) {
+    auto const water = usWatersOff(row.place);
+    EXPECT_EQ(water.has_value(), row.hasWater) << row.name;
+    if (!water) continue;
+    EXPECT_TRUE(isValid(*water)) << row.name;
+    EXPECT_LE(haversineKm(row.place, *water), 15) << row.name;
+  }
+}
+
+/// Westwards from the shore of Lake Michigan in Chicago.
+TEST(UsWaters, AreAskedForWithinTenKilometres) {
+  constexpr Coordinate kShore{41.8819, -87.6100};
+  constexpr double kKmPerLongitude = 82.8;
+  EXPECT_TRUE(usWatersOff({kShore.latitude, kShore.longitude - 7 / kKmPerLongitude}));
+  EXPECT_FALSE(usWatersOff({kShore.latitude, kShore.longitude - 14 / kKmPerLongitude}));
+}
+
+TEST(UsWaters, HaveZonesOfTheirOwn) {
+  for (std::string_view const code : {"LMZ741", "ANZ338", "PZZ130", "GMZ530", "AMZ651", "PKZ740", "PHZ110"})
+    EXPECT_TRUE(isMarineZone(code)) << code;
+  for (std::string_view const code :
+       {"ILZ014", "IAC113", "LMC741", "LMZ74", "LMZ7411", "", "MIZ001", "PRZ001"})
+    EXPECT_FALSE(isMarineZone(code)) << code;
 }
 
 }  // namespace

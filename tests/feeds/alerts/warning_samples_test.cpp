@@ -22,55 +22,36 @@ namespace {
 /// What the reader found; nothing where it refused the body, and a list of none is said as such.
 using Count = std::optional<std::size_t>;
 
-template <class Answer, class Counted>
-Count countOf(Answer const& answer, Counted counted) {
-  return answer ? Count(counted(*answer)) : std::nullopt;
+template <class Answer, class Member>
+Count countOf(Answer const& answer, Member member) {
+  return answer ? Count(((*answer).*member).size()) : std::nullopt;
 }
+
+Count atomEntriesOf(std::string const& body) {
+  MeteoAlarmAtomParser parser;
+  return parser.parse(body) ? Count(parser.entries().size()) : std::nullopt;
+}
+
+using Body = std::string const;
 
 struct Reader {
   char const* name;
-  Count (*read)(std::string const& body);
+  Count (*read)(Body& body);
 };
 
 constexpr Reader kReaders[] = {
-    {"cap",
-     [](std::string const& body) {
-       return countOf(parseCap(body), [](auto& it) { return it.infos.size(); });
-     }},
-    {"wmo",
-     [](std::string const& body) {
-       return countOf(parseWmoRows(body), [](auto& it) { return it.rows.size(); });
-     }},
-    {"fpas",
-     [](std::string const& body) {
-       return countOf(parseFpasAlertIds(body), [](auto& it) { return it.ids.size(); });
-     }},
-    {"eccc",
-     [](std::string const& body) {
-       return countOf(parseEcccAlerts(body), [](auto& it) { return it.alerts.size(); });
-     }},
-    {"metalerts",
-     [](std::string const& body) {
-       return countOf(parseMetAlerts(body), [](auto& it) { return it.messages.size(); });
-     }},
-    {"brightsky",
-     [](std::string const& body) {
-       return countOf(parseBrightSkyAlerts(body), [](auto& it) { return it.messages.size(); });
-     }},
-    {"atom",
-     [](std::string const& body) {
-       MeteoAlarmAtomParser parser;
-       return parser.parse(body) ? Count(parser.entries().size()) : std::nullopt;
-     }},
+    {"cap", [](Body& body) { return countOf(parseCap(body), &CapAlert::infos); }},
+    {"wmo", [](Body& body) { return countOf(parseWmoRows(body), &WmoRows::rows); }},
+    {"fpas", [](Body& body) { return countOf(parseFpasAlertIds(body), &FpasAlertIds::ids); }},
+    {"eccc", [](Body& body) { return countOf(parseEcccAlerts(body), &EcccAlerts::alerts); }},
+    {"metalerts", [](Body& body) { return countOf(parseMetAlerts(body), &MetAlertsList::messages); }},
+    {"brightsky", [](Body& body) { return countOf(parseBrightSkyAlerts(body), &BrightSkyAlerts::messages); }},
+    {"atom", atomEntriesOf},
     {"json",
-     [](std::string const& body) {
-       return countOf(parseMeteoAlarmJson(body, "https://feeds.example/"),
-                      [](auto& it) { return it.entries.size(); });
+     [](Body& body) {
+       return countOf(parseMeteoAlarmJson(body, "https://feeds.example/"), &MeteoAlarmJsonFeed::entries);
      }},
-    {"nws",
-     [](std::string const& body) {
-       return countOf(parseNwsAlerts(body), [](auto& it) { return it.alerts.size(); });
-     }},
+    {"nws", [](Body& body) { return countOf(parseNwsAlerts(body), &NWSAlertList::alerts); }},
 };
 
 /// "cap 2": those that took something from the body. Norway's reader takes any list of features with events

@@ -1,8 +1,7 @@
 #include "feeds/alerts/events/cap_events.h"
 
-#include "feeds/alerts/cap_source.h"
+#include "base/text/text.h"
 #include "support/answers/cap_alerts.h"
-#include "support/manual_clock.h"
 
 #include <gmock/gmock.h>
 
@@ -29,90 +28,135 @@ GovSourceAnswer answerTo(CapAlert alert, CapView const& view = kView) {
   return answerTo(listOf({std::move(alert)}), view);
 }
 
-CapInfo saying(std::string urgency, std::string response = {},
-               std::string const& expires = "2026-11-23T00:00:00Z") {
-  CapInfo info = windBlock();
-  info.urgency = std::move(urgency);
-  if (!response.empty()) info.responseTypes = {std::move(response)};
-  info.expires = expires.empty() ? std::nullopt : std::optional(at(expires));
-  return info;
+/// The first line of a table names its columns. "goes": the event goes on as the second message says; "ends":
+/// it is called off; "is": it is as the first message said; "two": there are two events; "over": it has
+/// passed.
+using Table = std::vector<std::vector<std::string_view>>;
+
+Table tableOf(std::string_view text) {
+  Table rows;
+  for (std::string_view const line : split(text, '\n')) {
+    std::vector<std::string_view> words;
+    for (std::string_view const word : split(line, ' ')) {
+      if (!word.empty()) words.push_back(word);
+    }
+    if (!words.empty()) rows.push_back(std::move(words));
+  }
+  return rows;
 }
 
-/// What a second message makes of an event whose first one is listed beside it.
-struct Row {
-  std::string name;
-  std::string status = "Actual";
-  std::string type = "Update";
-  std::vector<std::string> references = {"1"};
-  std::vector<CapInfo> infos = {windBlock()};
-  std::size_t alerts = 1;
-  std::size_t calledOff = 0;
-};
-
-class SecondMessage : public testing::TestWithParam<Row> {};
-
-TEST_P(SecondMessage, MakesOfTheEvent) {
-  Row const& row = GetParam();
-  CapAlert second = capAlert("2", "09:00", row.type, row.references, row.infos);
-  second.status = row.status;
-  CapInfo first = windBlock();
-  first.event = "Storm";
-  first.onset = at("2026-11-22T10:00:00Z");
-  auto const answer = answerTo(listOf({capAlert("1", "08:00", "Alert", {}, {first}), second}));
-  EXPECT_THAT(answer.alerts, SizeIs(row.alerts));
-  EXPECT_THAT(answer.calledOff, SizeIs(row.calledOff));
+/// What the second message of an event makes of the first, of a storm.
+std::string madeOf(CapAlert second) {
+  CapInfo storm = windBlock();
+  storm.event = "Storm";
+  storm.onset = at("2026-11-22T10:00:00Z");
+  CapAlert const first = capAlert("1", "08:00", "Alert", {}, {storm});
+  auto const answer = answerTo(listOf({first, std::move(second)}));
   EXPECT_THAT(answer.unplaced, IsEmpty());
   // Of what is called off everything is as it last was, also the identifier.
   for (WeatherAlert const& off : answer.calledOff) {
     EXPECT_EQ(off.title, "Storm");
-    EXPECT_EQ(off.id, answerTo(capAlert("1", "08:00", "Alert", {}, {first})).alerts.at(0).id);
+    EXPECT_EQ(off.id, answerTo(first).alerts.at(0).id);
+  }
+  if (answer.alerts.size() == 2) return "two";
+  if (!answer.alerts.empty()) return answer.alerts[0].title == "Storm" ? "is" : "goes";
+  return answer.calledOff.empty() ? "over" : "ends";
+}
+
+std::string wordOf(std::string_view cell) {
+  return cell == "-" ? std::string() : std::string(cell);
+}
+
+TEST(CapConformance, StatusAndType) {
+  Table const table = tableOf(R"(
+            Alert Update Cancel Ack Error -
+    Actual   goes   goes   ends  is    is goes
+    Exercise   is     is     is  is    is   is
+    System     is     is     is  is    is   is
+    Test       is     is     is  is    is   is
+    Draft      is     is     is  is    is   is
+    -        goes   goes   ends  is    is goes
+    unknown    is     is     is  is    is   is)");
+  for (std::size_t row = 1; row < table.size(); ++row) {
+    for (std::size_t column = 1; column < table[row].size(); ++column) {
+      CapAlert second = capAlert("2", "09:00", wordOf(table[0][column - 1]), {"1"});
+      second.status = wordOf(table[row][0]);
+      EXPECT_EQ(madeOf(second), table[row][column]) << second.status << " " << second.msgType;
+    }
   }
 }
 
-CapInfo const kGreen = [] {
-  CapInfo info = windBlock();
-  info.parameters = {{"awareness_level", "1; green; Minor"}};
-  return info;
-}();
+TEST(CapConformance, TypeAndReferences) {
+  struct Row {
+    std::string type;
+    std::vector<std::string> references;
+    std::string made;
+  };
+  for (Row const& row :
+       {Row{"Alert", {}, "two"}, Row{"Update", {}, "two"}, Row{"Cancel", {}, "is"},
+        Row{"Alert", {"2"}, "two"}, Row{"Update", {"2"}, "two"}, Row{"Cancel", {"2"}, "is"},
+        Row{"Alert", {"1"}, "goes"}, Row{"Update", {"1"}, "goes"}, Row{"Cancel", {"1"}, "ends"},
+        Row{"Update", {"0", "1"}, "goes"}, Row{"Cancel", {"0", "1"}, "ends"},
+        Row{"Update", {"2", "1"}, "goes"}, Row{"Cancel", {"1", "1"}, "ends"}, Row{"Update", {"0"}, "two"},
+        Row{"Cancel", {"0"}, "is"}})
+    EXPECT_EQ(madeOf(capAlert("2", "09:00", row.type, row.references)), row.made)
+        << row.type << " " << row.references.size();
+}
 
-INSTANTIATE_TEST_SUITE_P(
-    CapEvents, SecondMessage,
-    testing::Values(
-        Row{"AnUpdateGoesOn"}, Row{"AnAlertWithReferencesGoesOn", "Actual", "Alert"},
-        Row{"AnAlertWithoutReferencesIsAnother", "Actual", "Alert", {}, {windBlock()}, 2},
-        Row{"AnUpdateWithoutReferencesIsAnother", "Actual", "Update", {}, {windBlock()}, 2},
-        Row{"ReferringToItselfIsReferringToNothing", "Actual", "Update", {"2"}, {windBlock()}, 2},
-        Row{"ReferringToTheUnknownIsAnother", "Actual", "Update", {"0"}, {windBlock()}, 2},
-        Row{"ReferringToBothIsGoingOn", "Actual", "Update", {"2", "1"}},
-        Row{"ATestSaysNothing", "Test", "Cancel"}, Row{"AnExerciseSaysNothing", "Exercise", "Cancel"},
-        Row{"ADraftSaysNothing", "Draft", "Update", {"1"}, {saying("Past")}},
-        Row{"ASystemMessageSaysNothing", "System", "Cancel"},
-        Row{"AnAcknowledgementSaysNothing", "Actual", "Ack"}, Row{"ARefusalSaysNothing", "Actual", "Error"},
-        Row{"WordsInAnyCase", "ACTUAL", "cancel", {"1"}, {windBlock()}, 0, 1},
-        Row{"ACancellationEnds", "Actual", "Cancel", {"1"}, {windBlock()}, 0, 1},
-        Row{"ACancellationWithoutBlocksEnds", "Actual", "Cancel", {"1"}, {}, 0, 1},
-        Row{"ACancellationOfAnotherEndsNothing", "Actual", "Cancel", {"0"}, {}},
-        Row{"AnUpdateWithoutBlocksSaysNothing", "Actual", "Update", {"1"}, {}},
-        Row{"PastEnds", "Actual", "Update", {"1"}, {saying("Past")}, 0, 1},
-        Row{"AllClearEnds", "Actual", "Update", {"1"}, {saying("Immediate", "AllClear")}, 0, 1},
-        Row{"AllClearAsAnAlertEnds", "Actual", "Alert", {"1"}, {saying("Past", "AllClear")}, 0, 1},
-        Row{"AllClearWithoutAnEndEnds", "Actual", "Update", {"1"}, {saying("Past", "AllClear", "")}, 0, 1},
-        Row{"PastInOneBlockOfTwoGoesOn",
-            "Actual",
-            "Update",
-            {"1"},
-            {saying("Past"), saying("Future", "Monitor")}},
-        Row{"GreenEnds", "Actual", "Update", {"1"}, {kGreen}, 0, 1},
-        Row{"MonitorGoesOn", "Actual", "Update", {"1"}, {saying("Immediate", "Monitor")}},
-        Row{"ExpiredIsOverAndNotCalledOff",
-            "Actual",
-            "Update",
-            {"1"},
-            {saying("Future", "", "2026-11-22T13:00:00Z")},
-            0},
-        Row{"NotYetExpired", "Actual", "Update", {"1"}, {saying("Future", "", "2026-11-22T13:00:01Z")}},
-        Row{"WithoutAnEndGoesOn", "Actual", "Update", {"1"}, {saying("Future", "", "")}}),
-    [](auto const& row) { return row.param.name; });
+/// The last column is of a message that has ended itself.
+TEST(CapConformance, ResponseUrgencyAndExpiry) {
+  Table const table = tableOf(R"(
+             Immediate Expected Future Past Unknown - Future/expired
+    Shelter       goes     goes   goes ends    goes goes over
+    Evacuate      goes     goes   goes ends    goes goes over
+    Prepare       goes     goes   goes ends    goes goes over
+    Execute       goes     goes   goes ends    goes goes over
+    Avoid         goes     goes   goes ends    goes goes over
+    Monitor       goes     goes   goes ends    goes goes over
+    Assess        goes     goes   goes ends    goes goes over
+    AllClear      ends     ends   ends ends    ends ends ends
+    None          goes     goes   goes ends    goes goes over
+    -             goes     goes   goes ends    goes goes over)");
+  for (std::size_t row = 1; row < table.size(); ++row) {
+    for (std::size_t column = 1; column < table[row].size(); ++column) {
+      CapInfo info = windBlock();
+      auto const heading = split(table[0][column - 1], '/');
+      info.urgency = wordOf(heading[0]);
+      if (table[row][0] != "-") info.responseTypes = {std::string(table[row][0])};
+      if (heading.size() > 1) info.expires = at("2026-11-22T13:00:00Z");
+      EXPECT_EQ(madeOf(capAlert("2", "09:00", "Update", {"1"}, {info})), table[row][column])
+          << table[row][0] << " " << table[0][column - 1];
+    }
+  }
+}
+
+CapInfo saying(std::string urgency, std::string response = {},
+               std::string const& expires = "2026-11-23T00:00:00Z", std::vector<CapValue> parameters = {}) {
+  CapInfo info = windBlock();
+  info.urgency = std::move(urgency);
+  if (!response.empty()) info.responseTypes = {std::move(response)};
+  info.expires = expires.empty() ? std::nullopt : std::optional(at(expires));
+  info.parameters = std::move(parameters);
+  return info;
+}
+
+TEST(CapConformance, BlocksOfTheSecondMessage) {
+  struct Row {
+    std::string name, type;
+    std::vector<CapInfo> infos;
+    std::string made;
+  };
+  for (Row const& row :
+       {Row{"words in any case", "cancel", {windBlock()}, "ends"}, Row{"no block", "Update", {}, "is"},
+        Row{"cancelled without a block", "Cancel", {}, "ends"},
+        Row{"all clear as an alert", "Alert", {saying("Past", "AllClear")}, "ends"},
+        Row{"all clear without an end", "Update", {saying("Past", "AllClear", "")}, "ends"},
+        Row{"past in one of two", "Update", {saying("Past"), saying("Future", "Monitor")}, "goes"},
+        Row{"green", "Update", {saying("Future", "", "", {{"awareness_level", "1; green; Minor"}})}, "ends"},
+        Row{"not yet expired", "Update", {saying("Future", "", "2026-11-22T13:00:01Z")}, "goes"},
+        Row{"without an end", "Update", {saying("Future", "", "")}, "goes"}})
+    EXPECT_EQ(madeOf(capAlert("2", "09:00", row.type, {"1"}, row.infos)), row.made) << row.name;
+}
 
 TEST(CapEvents, WhatWasCalledOffIsListedAsLongAsItWouldHaveLasted) {
   std::vector<CapMessage> const messages =
@@ -223,13 +267,11 @@ struct Level {
 
 TEST(CapEvents, ColourAndSeverityAreTwoThings) {
   using enum AlertSeverity;
-  for (Level const& row : {Level{"Extreme", "", critical, ""},
-                           {"Severe", "2; yellow; Moderate", warning, "yellow"},
-                           {"moderate", "3", advisory, "orange"},
-                           {"Minor", "red", info, "red"},
-                           {"Unknown", "Amber", advisory, "orange", false},
-                           {"", "5; purple", advisory, "", false},
-                           {"Severe", "1; green; Minor", std::nullopt, ""}}) {
+  for (Level const& row :
+       {Level{"Extreme", "", critical, ""}, Level{"Severe", "2; yellow; Moderate", warning, "yellow"},
+        Level{"moderate", "3", advisory, "orange"}, Level{"Minor", "red", info, "red"},
+        Level{"Unknown", "Amber", advisory, "orange", false}, Level{"", "5; purple", advisory, "", false},
+        Level{"Severe", "1; green; Minor", std::nullopt, ""}}) {
     CapInfo info = windBlock();
     info.severity = row.severity;
     if (!row.awareness.empty()) info.parameters = {{"awareness_level", row.awareness}};
@@ -246,11 +288,10 @@ TEST(CapEvents, ColourAndSeverityAreTwoThings) {
 /// Services without awareness levels have words of their own for the colour; what is green there ends
 /// nothing.
 TEST(CapEvents, ColoursHaveNamesOfTheirOwn) {
-  for (auto const& [name, value, colour] : {std::tuple("ColourCode", "Orange", "orange"),
-                                            {"colorcode", "RED ", "red"},
-                                            {"ColourCode", "Green", ""},
-                                            {"ColourCodeHex", "#FF9900", ""},
-                                            {"Colour", "blue", ""}}) {
+  for (auto const& [name, value, colour] :
+       {std::tuple("ColourCode", "Orange", "orange"), std::tuple{"colorcode", "RED ", "red"},
+        std::tuple{"ColourCode", "Green", ""}, std::tuple{"ColourCodeHex", "#FF9900", ""},
+        std::tuple{"Colour", "blue", ""}}) {
     CapInfo info = windBlock();
     info.parameters = {{name, value}};
     auto const answer = answerTo(capAlert("1", "08:00", "Alert", {}, {info}));
@@ -267,19 +308,13 @@ struct Named {
 
 TEST(CapEvents, KindsAreKnownByTheirNamesInManyLanguages) {
   using enum WarningKind;
-  for (Named const& row : {Named{"Tropical Cyclone Warning", "en", tropicalCyclone},
-                           {"Flash Flood", "en", rain},
-                           {"Ветер", "ru", wind},
-                           {"Гроза", "ru", thunderstorm},
-                           {"暴雨黄色预警", "zh", rain},
-                           {"強烈季候風信號", "zh-mo", wind},
-                           {"VENTOS FORTES DE MONÇÃO", "pt-PT", wind},
-                           {"台風", "ja", tropicalCyclone},
-                           {"Hujan lebat", "id", rain},
-                           {"Freezing rain, icing", "en-US", snow},
-                           {"Sandstorm", "en", dust},
-                           {"أمطار", "ar", rain},
-                           {"Power outage", "en", other}}) {
+  for (Named const& row :
+       {Named{"Tropical Cyclone Warning", "en", tropicalCyclone}, Named{"Flash Flood", "en", rain},
+        Named{"Ветер", "ru", wind}, Named{"Гроза", "ru", thunderstorm}, Named{"暴雨黄色预警", "zh", rain},
+        Named{"強烈季候風信號", "zh-mo", wind}, Named{"VENTOS FORTES DE MONÇÃO", "pt-PT", wind},
+        Named{"台風", "ja", tropicalCyclone}, Named{"Hujan lebat", "id", rain},
+        Named{"Freezing rain, icing", "en-US", snow}, Named{"Sandstorm", "en", dust},
+        Named{"أمطار", "ar", rain}, Named{"Power outage", "en", other}}) {
     CapInfo info = windBlock();
     info.event = row.event;
     info.language = row.language;
@@ -352,44 +387,6 @@ TEST(CapEvents, AShapeInOneLanguageIsOneForAll) {
   drawn.areas = {square("Far", 40, 20)};
   auto const far = answerTo(capAlert("1", "08:00", "Alert", {}, {named, drawn}));
   EXPECT_TRUE(far.alerts.empty() && far.unplaced.empty());
-}
-
-TEST(CapSource, HandsOnWhatTheListIs) {
-  test::ManualClock clock(kView.now);
-  CapListing listing;
-  auto const source = capAlertSource("wmo", [&](auto const&, auto const&) { return listing; }, clock, "en");
-  EventMemory memory;
-  GovAlertPlace const place{{10, 20}, "XX", {}};
-  EXPECT_TRUE(source.isIdentified);
-  listing.isBlind = true;
-  EXPECT_TRUE(source.fetch(place, memory, {})->isBlind);
-  listing.isBlind = false;
-  listing.messages = listOf({capAlert("1", "08:00")});
-  EXPECT_THAT(source.fetch(place, memory, {})->alerts, SizeIs(1));
-  listing.failure = ServiceFailure::of(ServiceFailure::Kind::unreadable);
-  auto const failed = source.fetch(place, memory, {});
-  ASSERT_FALSE(failed);
-  EXPECT_THAT(failed.error().readable, SizeIs(1));
-}
-
-TEST(CapSource, ABareCancellationIsFilledInWithWhatWasKnown) {
-  test::ManualClock clock(kView.now);
-  std::vector<CapMessage> messages = listOf({capAlert("1", "08:00")});
-  auto const list = [&](auto const&, auto const&) { return CapListing{messages, false, {}}; };
-  GovAlertService service(clock, {capAlertSource("wmo", list, clock, "en")}, {});
-  GovAlertPlace const place{{10, 20}, "XX", {}};
-  auto const known = service.fetchAlerts(place).alerts;
-  ASSERT_THAT(known, SizeIs(1));
-  clock.advance(std::chrono::hours(1));
-  messages = listOf({capAlert("2", "13:30", "Cancel", {"1"}, {})});
-  auto const after = service.fetchAlerts(place);
-  EXPECT_THAT(after.alerts, IsEmpty());
-  ASSERT_THAT(after.calledOff, SizeIs(1));
-  WeatherAlert expected = known[0];
-  expected.issued = at("2026-11-22T13:30:00Z");
-  EXPECT_EQ(after.calledOff[0], expected);
-  // A place that knew nothing of it is told nothing.
-  EXPECT_THAT(service.fetchAlerts({{10.1, 20.1}, "XX", {}}).calledOff, IsEmpty());
 }
 
 }  // namespace

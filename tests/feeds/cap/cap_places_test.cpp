@@ -1,7 +1,9 @@
 #include "base/text/number.h"
 #include "base/text/text.h"
 #include "feeds/alerts/events/cap_events.h"
+#include "feeds/cap/cap_issuer.h"
 #include "feeds/cap/shape_geometry.h"
+#include "regions/country_code.h"
 #include "support/instants.h"
 
 #include <gtest/gtest.h>
@@ -54,12 +56,6 @@ FR|P -21.5,55.1 -20.8,55.1 -20.8,55.9 -21.5,55.9|in -20.88,55.45 RE|in -21.34,55
 MG|P -19.3,47.2 -18.6,47.2 -18.6,47.8 -19.0,47.45 -19.3,47.8|in -18.91,47.3 MG|in -19.2,47.5 MG|in -18.7,47.5 MG|by -19.0,47.7 MG|by -18.4,47.5 MG|no -18.15,49.4 MG|no -21.45,47.09 MG
 )";
 
-struct Point {
-  std::string expected;
-  Coordinate place;
-  std::string country;
-};
-
 Coordinate pairOf(std::string_view text) {
   auto const parts = split(text, ',');
   return {parseDouble(parts.at(0)).value(), parseDouble(parts.at(1)).value()};
@@ -111,6 +107,53 @@ TEST(CapPlaces, NoWarningIsMissedAndNoneIsFalse) {
   }
   EXPECT_GE(pairs, 200U);
   EXPECT_GE(countries.size(), 30U);
+}
+
+struct Row {
+  char const* identifier;
+  char const* sender;
+  char const* country;
+};
+
+TEST(CapIssuer, HasACountry) {
+  for (Row const& row :
+       {Row{"2.49.0.0.398.0-20250306-133701-00-EN", "", "KZ"}, Row{"2.49.0.1.76.0.2026", "", "BR"},
+        Row{"urn:oid:2.49.0.0.036.0.2026", "", "AU"}, Row{"ph-2.49.0.0.608.3", "a@b.example", "PH"},
+        Row{"2.49.0.12.756", "", "CH"}, Row{"2.49.0.0.242-7", "a@met.gov.to", "FJ"},
+        // Not the number of a country, or not such an identifier: the sender tells.
+        Row{"2.49.0.0.000.1", "a@met.gov.ws", "WS"}, Row{"2.49.0.0.1", "a@met.ie", "IE"},
+        Row{"2.49.0.0.3980.1", "a@met.ie", "IE"}, Row{"2.49.0.x.398.1", "a@met.ie", "IE"},
+        Row{"12.49.0.0.398.0", "a@met.ie", "IE"}, Row{"1.2.49.0.0.398.0", "a@met.ie", "IE"},
+        Row{"2.49.0.", "a@met.ie", "IE"}, Row{"2.49.0.0.", "", ""},
+        // Domains.
+        Row{"", "IMS.GOV.IL", "IL"}, Row{"", "https://www.meteoschweiz.admin.ch/cap?x=a@b.fr", "CH"},
+        Row{"", "cap@metoffice.gov.uk", "GB"}, Row{"", "met@met.gov.fm", "FM"}, Row{"", "met@weather.fm", ""},
+        Row{"", "met@gov.tv", ""}, Row{"", "cap@weather.example", ""}, Row{"", "info@meteoalarm.org", ""},
+        Row{"", "a@b.eu", ""}, Row{"", "a@b.zz", ""}, Row{"", "CH", ""},
+        Row{"", "Weather Service, Bern.ch", ""}, Row{"", "", ""}}) {
+    CapAlert alert;
+    alert.identifier = row.identifier;
+    alert.sender = row.sender;
+    EXPECT_EQ(issuerCountry(alert), row.country) << row.identifier << " of " << row.sender;
+  }
+}
+
+TEST(CountryNumber, IsThatOfACountry) {
+  for (auto const& [number, code] : std::map<int, std::string>{{-1, ""},
+                                                               {0, ""},
+                                                               {3, ""},
+                                                               {4, "AF"},
+                                                               {5, ""},
+                                                               {8, "AL"},
+                                                               {124, "CA"},
+                                                               {276, "DE"},
+                                                               {598, "PG"},
+                                                               {882, "WS"},
+                                                               {894, "ZM"},
+                                                               {895, ""},
+                                                               {1004, ""}}) {
+    EXPECT_EQ(countryCodeOfNumber(number), code) << number;
+  }
 }
 
 }  // namespace
