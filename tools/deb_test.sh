@@ -126,7 +126,9 @@ dbus-run-session -- bash -euo pipefail -c '
   kill "$(dbus-send --session --print-reply=literal --dest=org.freedesktop.DBus / \
     org.freedesktop.DBus.GetConnectionUnixProcessID string:io.github.nimbara.Nimbara.Service | awk "{ print \$2 }")"'
 say "KRunner and GNOME Shell find a city"
-for library in /usr/bin/nimbara* /usr/lib/nimbara/*.so; do ! ldd "$library" | grep 'not found'; done
+for library in /usr/bin/nimbara* /usr/lib/nimbara/*.so; do
+  if ldd "$library" | grep 'not found'; then exit 1; fi
+done
 SCRIPT
 
 inside online <<'SCRIPT' >"$work/log" 2>&1 || { tail -n 30 "$work/log"; fail "removal failed"; }
