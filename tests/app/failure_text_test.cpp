@@ -21,6 +21,8 @@ TEST(FailureText, SaysInTheUsersLanguageWhatHappened) {
             "the server could not be found", "o servidor não foi encontrado"},
         {APIError::network({Kind::timedOut, "no answer in 15 s"}), "the service took too long to respond",
          "o serviço demorou demasiado a responder"},
+        {APIError::network({Kind::protocol, "the key is away"}), "the request failed: the key is away",
+         "o pedido falhou: the key is away"},
         {APIError::refusal(), "every forecast service failed a few minutes ago",
          "todos os serviços de previsão falharam há poucos minutos"},
         {APIError::http(503), "the service returned an error (HTTP 503)",

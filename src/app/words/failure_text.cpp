@@ -12,6 +12,9 @@ std::string worded(std::string_view ending, Texts const& texts) {
 
 std::string networkText(APIError const& error, Texts const& texts) {
   if (error.isRefusal()) return worded("refusal", texts);
+  // Of whatever kind it is, a sentence of its own says more.
+  if (error.transport == HttpError::Kind::protocol && !error.detail.empty())
+    return texts.format("failure.protocolBecause", error.detail);
   return error.transport ? worded(enumName(*error.transport), texts) : error.detail;
 }
 

@@ -12,6 +12,9 @@ std::string plainText(ServiceFailure const& failure, Texts const& texts) {
   auto const worded = [&](std::string_view ending) {
     return std::string(texts.text("failure." + std::string(ending)));
   };
+  // Of whatever kind it is, a sentence of its own says more.
+  if (failure.transport == HttpError::Kind::protocol && !failure.detail.empty())
+    return texts.format("failure.protocolBecause", failure.detail);
   if (failure.kind == Kind::network && failure.transport) return worded(enumName(*failure.transport));
   if (failure.kind != Kind::status) return worded(enumName(failure.kind));
   if (failure.status == kTooManyRequests) return worded("limit");
