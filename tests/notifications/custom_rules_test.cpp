@@ -460,13 +460,5 @@ TEST(CustomRuleEvaluation, TellsTheValueFound) {
             "Snow in the next 6 hours: around 11 AM");
 }
 
-TEST(CustomRuleSounds, AreOfTheFamily) {
-  constexpr std::string_view kFamily[] = {"temp_drop.caf",   "wind_alert.caf",      "uv_high.caf",
-                                          "storm_alert.caf", "weather_warning.caf", "weather_critical.caf"};
-  for (ConditionKind const& kind : conditionKinds()) {
-    EXPECT_EQ(std::ranges::count(kFamily, kind.sound), 1) << enumName(kind.type);
-  }
-}
-
 }  // namespace
 }  // namespace nimbara

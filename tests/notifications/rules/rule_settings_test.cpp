@@ -1,5 +1,6 @@
 #include "notifications/rules/rule_settings.h"
 
+#include "base/text/text.h"
 #include "support/instants.h"
 
 #include <gmock/gmock.h>
@@ -13,67 +14,41 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-struct Default {
-  std::string_view key;
-  SettingValue value;
-};
-
 SettingValue whole(std::int64_t number) {
   return number;
 }
 
-Default const kDefaults[] = {
-    {"notify_rain", true},
-    {"notify_snow", true},
-    {"notify_rainStart", false},
-    {"notify_rainStop", false},
-    {"notify_snowStart", false},
-    {"notify_snowStop", false},
-    {"notify_severe", true},
-    {"notify_storm", false},
-    {"notify_flood", true},
-    {"notify_tornado", true},
-    {"notify_highWind", false},
-    {"notify_highWindThreshold", whole(60)},
-    {"notify_umbrellaReminder", false},
-    {"notify_uvDailyReminder", false},
-    {"notify_umbrellaHour", whole(7)},
-    {"notify_uvReminderHour", whole(8)},
-    {"notify_tempDrop", false},
-    {"notify_tempIncrease", false},
-    {"notify_uvHigh", false},
-    {"notify_airQuality", false},
-    {"notify_airQualityThreshold", whole(35)},
-    {"notify_beachTime", false},
-    {"notify_morningSummary", false},
-    {"notify_eveningSummary", false},
-    {"notify_morningHour", whole(7)},
-    {"notify_eveningHour", whole(18)},
-    {"liveActivityEnabled", true},
-    {"notify_govAlerts", true},
-    {"notify_govAlertLevel", std::string("medium")},
-    {"notify_travelAdvisory", true},
-    {"notify_travelAdvisoryLevel", std::string("medium")},
-    {"notify_hurricane_atlantic", false},
-    {"notify_hurricane_easternPacific", false},
-    {"notify_hurricane_centralPacific", false},
-    {"notify_hurricane_westernPacific", false},
-    {"notify_earthquakes", false},
-    {"notify_fires", false},
-    {"notify_fireRadius", whole(50)},
-    {"notify_earthquakeRadius", whole(250)},
-    {"notify_earthquakeMagnitude", 4.0},
-    {"notify_lightning", true},
-    {"notify_lightningRadius", whole(20)},
-    {"notify_sounds", true},
-};
-
 TEST(NotificationSettings, HaveTheirDefaults) {
   SettingsRegistry const registry{notificationSettings()};
-  for (Default const& expected : kDefaults) {
-    SettingDefinition const* const definition = registry.find(expected.key);
-    ASSERT_NE(definition, nullptr) << expected.key;
-    EXPECT_EQ(definition->defaultValue(), expected.value) << expected.key;
+  std::vector<std::pair<std::string_view, SettingValue>> defaults{
+      {"notify_govAlertLevel", std::string("medium")},
+      {"notify_travelAdvisoryLevel", std::string("medium")},
+      {"notify_earthquakeMagnitude", 4.0}};
+  for (auto const& [key, number] : {std::pair("notify_highWindThreshold", 60),
+                                    {"notify_umbrellaHour", 7},
+                                    {"notify_uvReminderHour", 8},
+                                    {"notify_airQualityThreshold", 35},
+                                    {"notify_morningHour", 7},
+                                    {"notify_eveningHour", 18},
+                                    {"notify_fireRadius", 50},
+                                    {"notify_earthquakeRadius", 250},
+                                    {"notify_lightningRadius", 20}})
+    defaults.emplace_back(key, whole(number));
+  constexpr std::string_view kOn =
+      "notify_rain notify_snow notify_severe notify_flood notify_tornado liveActivityEnabled "
+      "notify_govAlerts notify_travelAdvisory notify_lightning notify_sounds";
+  constexpr std::string_view kOff =
+      "notify_rainStart notify_rainStop notify_snowStart notify_snowStop notify_storm "
+      "notify_highWind notify_umbrellaReminder notify_uvDailyReminder notify_tempDrop "
+      "notify_tempIncrease notify_uvHigh notify_airQuality notify_beachTime notify_morningSummary "
+      "notify_eveningSummary notify_hurricane_atlantic notify_hurricane_easternPacific "
+      "notify_hurricane_centralPacific notify_hurricane_westernPacific notify_earthquakes "
+      "notify_fires";
+  for (std::string_view const on : split(kOn, ' ')) defaults.emplace_back(on, true);
+  for (std::string_view const off : split(kOff, ' ')) defaults.emplace_back(off, false);
+  for (auto const& [key, value] : defaults) {
+    ASSERT_NE(registry.find(key), nullptr) << key;
+    EXPECT_EQ(registry.find(key)->defaultValue(), value) << key;
   }
 }
 
