@@ -24,8 +24,6 @@ namespace {
 
 using namespace std::chrono_literals;
 using test::at;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 Place const kBerlin{{52.52, 13.41}, "Berlin", "Germany", ""};
 

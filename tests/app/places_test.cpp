@@ -1,5 +1,6 @@
 #include "app/places/places.h"
 
+#include "app/places/place.h"
 #include "app/places/place_resolver.h"
 #include "app/places/place_search.h"
 #include "app/places/postal_town.h"
@@ -366,6 +367,38 @@ TEST(DescribedPlace, TakesTheNameOfTheCityInWhichItLies) {
   EXPECT_EQ(desert.name, "");
   EXPECT_EQ(desert.country, "Algeria");
   EXPECT_EQ(offlineTimeZone({27.7, 85.3}), "Asia/Kathmandu");
+}
+
+TEST(Places, AreCoordinatesOrNames) {
+  auto const coordinate = [](std::string_view text) { return std::get<Coordinate>(*parsePlace(text)); };
+  EXPECT_EQ(coordinate("52.52,13.41"), (Coordinate{52.52, 13.41}));
+  EXPECT_EQ(coordinate(" -90 , +180 "), (Coordinate{-90, 180}));
+  for (char const* const name : {"Berlin", "Łódź", "東京", "Washington, DC", "St. John's", "10115 Berlin",
+                                 "10115", "110 00", "1000-205", "SW1A 1AA", "Nan", "Nan, Thailand",
+                                 "Stuttgart, 70173", "10115, Berlin", "100 Mile House, BC"}) {
+    EXPECT_EQ(std::get<PlaceName>(*parsePlace(name)).name, name);
+  }
+}
+
+TEST(Places, RefuseWhatIsNeither) {
+  struct Row {
+    std::string_view text;
+    std::string_view problem;
+  };
+  for (Row const& row :
+       {Row{"90.01,0", "latitude"},    Row{"-91,0", "latitude"},   Row{"0,180.01", "longitude"},
+        Row{"0,-181", "longitude"},    Row{"", "neither"},         Row{" ", "neither"},
+        Row{"52.52", "neither"},       Row{"52.52,", "neither"},   Row{",", "neither"},
+        Row{"1,2,3", "neither"},       Row{"52.5,abc", "neither"}, Row{"12,abc", "neither"},
+        Row{"12", "neither"},          Row{"1 2 345", "neither"},  Row{"-10115", "neither"},
+        Row{"12345678901", "neither"}, Row{"--", "neither"},       Row{"1e999,0", "neither"},
+        Row{"nan,nan", "neither"},     Row{"13,NaN", "neither"},   Row{"-inf,+Infinity", "neither"},
+        Row{"52.5N,13.4E", "neither"}}) {
+    auto const place = parsePlace(row.text);
+    ASSERT_FALSE(place) << row.text;
+    EXPECT_NE(place.error().find(row.problem), std::string::npos) << place.error();
+    EXPECT_NE(place.error().find("'"), std::string::npos);
+  }
 }
 
 }  // namespace

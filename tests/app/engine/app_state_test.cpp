@@ -61,15 +61,20 @@ struct AppStateTest : testing::Test {
   }
 
   /// Runs everything that falls due until `end`, as the scheduler would.
-  void live(Instant end) {
+  void live(Instant end) { live(state, end); }
+  void live(AppState& subject, Instant end) {
     for (int steps = 0; steps < 100'000; ++steps) {
-      auto const due = state.nextDue();
+      auto const due = subject.nextDue();
       if (!due || *due >= end) break;
       clock.set(std::max(*due, clock.now()));
-      state.runDue();
-      runner.runAll();
+      runDue(subject);
     }
     clock.set(end);
+  }
+  void runDue(AppState& subject) { runDue(subject); }
+  void runDueAt(AppState& subject, std::chrono::seconds later) {
+    clock.set(kStart + later);
+    runDue(subject);
   }
 
   std::size_t requestsDuring(std::chrono::seconds span) {
@@ -226,8 +231,7 @@ TEST_F(AppStateTest, EndsWhatTheStationToldAfterHalfAnHour) {
   AppState next(always(forecasts), clock, runner, std::move(all));
   next.selectPlace(kBerlin, RefreshTrigger::start);
   runner.runAll();
-  next.runDue();
-  runner.runAll();
+  runDue(next);
   clock.set(kStart + 10min);
   next.runDue();
   EXPECT_TRUE(next.weather()->isShowingLiveNetatmoData);
@@ -260,8 +264,7 @@ TEST_F(AppStateTest, SpacesTheMovesOfTheDevice) {
     clock.set(kStart + row.later);
     if (row.movedTo != 0) subject.deviceMoved({{row.movedTo, 10}, 100, clock.now()});
     if (row.movedTo == 51) EXPECT_EQ(subject.nextDue(), kStart + 610s);
-    subject.runDue();
-    runner.runAll();
+    runDue(subject);
     EXPECT_EQ(arrived, row.arrived) << row.later.count();
   }
   EXPECT_EQ(subject.selectedPlace()->coordinate.latitude, 53);
@@ -409,25 +412,7 @@ TEST_F(AppStateTest, SaysWhenNoPlaceIsSelected) {
   EXPECT_EQ(runner.waiting(), 0U);
 }
 
-TEST_F(AppStateTest, SpacesTheSupplementalFeeds) {
-  std::vector<Instant> fed;
-  auto outcome = SupplementalOutcome::complete;
-  auto all = surroundings();
-  all.refreshSupplemental = [&](Place const&, std::stop_token const&) {
-    fed.push_back(clock.now());
-    return outcome;
-  };
-  AppState subject(always(forecasts), clock, runner, all);
-  subject.selectPlace(kBerlin, RefreshTrigger::start);
-  for (auto const later : {0s, 1199s, 1200s, 2399s, 2400s}) {
-    clock.set(kStart + later);
-    subject.runDue();
-    runner.runAll();
-  }
-  EXPECT_THAT(fed, ElementsAre(kStart, kStart + 1200s, kStart + 2400s));
-}
-
-TEST_F(AppStateTest, AsksAgainSoonForSupplementsThatCouldNotBeHad) {
+TEST_F(AppStateTest, SpacesTheSupplementalFeedsAndAsksSoonForWhatCouldNotBeHad) {
   std::vector<Instant> fed;
   auto outcome = SupplementalOutcome::incomplete;
   auto all = surroundings();
@@ -437,21 +422,16 @@ TEST_F(AppStateTest, AsksAgainSoonForSupplementsThatCouldNotBeHad) {
   };
   AppState subject(always(forecasts), clock, runner, all);
   subject.selectPlace(kBerlin, RefreshTrigger::start);
-  auto const runAt = [&](std::chrono::seconds later) {
-    clock.set(kStart + later);
-    subject.runDue();
-    runner.runAll();
-  };
-  runAt(0s);
+  runDueAt(subject, 0s);
   EXPECT_EQ(subject.nextDue(), kStart + 300s);
-  runAt(299s);
+  runDueAt(subject, 299s);
   outcome = SupplementalOutcome::complete;
-  for (auto const later : {300s, 600s, 1499s, 1500s}) runAt(later);
-  EXPECT_THAT(fed, ElementsAre(kStart, kStart + 300s, kStart + 1500s));
-  clock.set(kStart + 1800s);
+  for (auto const later : {300s, 600s, 1499s, 1500s, 2699s, 2700s}) runDueAt(subject, later);
+  EXPECT_THAT(fed, ElementsAre(kStart, kStart + 300s, kStart + 1500s, kStart + 2700s));
+  clock.set(kStart + 3000s);
   subject.requestRefresh(RefreshTrigger::asked);
-  runAt(1801s);
-  EXPECT_EQ(fed.back(), kStart + 1801s) << "whoever asks for all asks for these too";
+  runDueAt(subject, 3001s);
+  EXPECT_EQ(fed.back(), kStart + 3001s) << "whoever asks for all asks for these too";
 }
 
 TEST_F(AppStateTest, GivesUpTheSupplementsOfAnotherPlace) {
@@ -468,13 +448,11 @@ TEST_F(AppStateTest, GivesUpTheSupplementsOfAnotherPlace) {
   AppState subject(always(forecasts), clock, runner, all);
   acting = &subject;
   subject.selectPlace(kBerlin, RefreshTrigger::start);
-  subject.runDue();
-  runner.runAll();
+  runDue(subject);
   EXPECT_TRUE(subject.weather()->govAlerts.empty()) << "they are of another place";
   for (auto const& place : {kRome, kBerlin}) {
     subject.selectPlace(place);
-    subject.runDue();
-    runner.runAll();
+    runDue(subject);
   }
   EXPECT_THAT(fed, ElementsAre("Berlin stopped", "Rome", "Berlin"));
   EXPECT_EQ(subject.weather()->govAlerts.size(), 1);
@@ -543,21 +521,12 @@ TEST_F(AppStateTest, AsksForTheNowcastOnlyWhileTheForecastIsShownAndSomebodyLook
     return AppState::NowcastAnswer{reading, clock.now() + 5min};
   };
   AppState watched(always(forecasts), clock, runner, all);
-  auto const live = [&](std::chrono::minutes span) {
-    Instant const end = clock.now() + span;
-    for (auto due = watched.nextDue(); due && *due < end; due = watched.nextDue()) {
-      clock.set(std::max(*due, clock.now()));
-      watched.runDue();
-      runner.runAll();
-    }
-    clock.set(end);
-  };
+  auto const live = [&](std::chrono::minutes span) { this->live(watched, clock.now() + span); };
   failure = offline();
   watched.setForeground(true);
   watched.selectPlace(kOslo, RefreshTrigger::start);
   runner.runAll();
-  watched.runDue();
-  runner.runAll();
+  runDue(watched);
   EXPECT_THAT(asked, ElementsAre()) << "there is no forecast";
   failure.reset();
   watched.requestRefresh(RefreshTrigger::resumed);

@@ -62,29 +62,27 @@ TEST(ServiceDirectory, AsksTheHostsOfTheRows) {
   }
 }
 
-/// Names that are reserved for documents lead nowhere, so nothing but the stand-ins may be called by them.
-TEST(ServiceDirectory, NothingInTheProgramNamesAHostThatCannotExist) {
-  for (auto const& entry : std::filesystem::recursive_directory_iterator(kTree / "src")) {
-    std::string const file = entry.path().string();
-    bool const isCode = file.ends_with(".cpp") || file.ends_with(".h") || file.ends_with(".qml");
-    if (!isCode || file.find("/src/demo/") != std::string::npos) continue;
-    std::string const text = contentOf(entry.path());
-    for (char const* const ending : {".example\"", ".example/", ".invalid\""}) {
-      EXPECT_EQ(text.find(ending), std::string::npos) << file << " " << ending;
-    }
-  }
-}
-
 TEST(ServiceDirectory, TellsTheUsersOwnAddresses) {
   Configuration configuration;
   configuration.services["feedServer"].host = "https://relay.example/";
   configuration.services["usgs"].host = "no address";
+  configuration.services["openMeteo"] = {{}, "key"};
   ServiceDirectory const own(configuration, "");
   EXPECT_TRUE(own.isChosen(Service::feedServer));
   EXPECT_EQ(own.address(Service::feedServer).baseUrl, "https://relay.example");
+  EXPECT_EQ(own.address(Service::openMeteo).apiKey, "key");
+  EXPECT_EQ(own.address(Service::openMeteoGeocoding).apiKey, "");
   EXPECT_FALSE(own.isChosen(Service::usgs));
   EXPECT_FALSE(own.isChosen(Service::celestrak));
   EXPECT_TRUE(ServiceDirectory(configuration, "http://127.0.0.1:1").isChosen(Service::feedServer));
+}
+
+TEST(ServiceDirectory, TakesOnlyRealBaseAddresses) {
+  EXPECT_EQ(normalizedBase(" http://localhost:80/x// "), "http://localhost:80/x");
+  for (char const* const text :
+       {"", "localhost:80", "ftp://x", "http://", "https:///", "http://a b", "http://a?b", "http://a#b"}) {
+    EXPECT_EQ(normalizedBase(text), std::nullopt) << text;
+  }
 }
 
 }  // namespace

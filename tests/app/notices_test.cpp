@@ -1,16 +1,18 @@
+// What a notification opens, and what is spoken of it.
+#include "app/notices/notification_call.h"
 #include "app/notices/spoken_warnings.h"
-
+#include "notifications/catalogue.h"
 #include "support/notification_engine.h"
 #include "support/session/fake_speech.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace nimbara {
 namespace {
 
-using namespace std::chrono_literals;
+using testing::ElementsAre;
 using testing::SizeIs;
+using namespace std::chrono_literals;
 
 struct Spoken : testing::Test {
   explicit Spoken(std::string const& begin = "2026-11-21T12:00:00Z") : engine(begin) {
@@ -87,6 +89,34 @@ TEST_F(Spoken, NothingWhilePaused) {
   EXPECT_EQ(heardAfter(59min), 0U);
   warn(2, AlertSeverity::critical);
   EXPECT_EQ(heardAfter(1min), 1U);
+}
+
+TEST(NotificationCall, OpensThePlaceOfTheNotification) {
+  auto const call = notificationCall({"rain_start@59.91,10.75", "default", "token-1"});
+  ASSERT_TRUE(call);
+  EXPECT_EQ(call->action, "start");
+  EXPECT_EQ(call->activationToken, "token-1");
+  EXPECT_THAT(call->arguments, ElementsAre("--page", "now", "--place", "59.91,10.75"));
+  for (char const* const identifier : {"rain_start", "rain_start@", "", "test"}) {
+    EXPECT_THAT(notificationCall({identifier, "default", ""})->arguments, ElementsAre("--page", "now"));
+  }
+}
+
+/// A rule of another name would open the other page without anybody noticing.
+TEST(NotificationCall, ThePagesOfTheRulesThatThereAre) {
+  std::vector<std::string_view> hazards;
+  for (Rule const& rule : ruleCatalogue()) {
+    auto const call = notificationCall({std::string(rule.stem), "default", ""});
+    if (call->arguments[1] == "hazards") hazards.push_back(rule.stem);
+  }
+  EXPECT_THAT(hazards, ElementsAre("tornado_conditions", "gov_", "nws_severe_thunderstorm", "nws_flood",
+                                   "earthquake_", "beta_aurora"));
+}
+
+TEST(NotificationCall, LeavesOtherAnswersAlone) {
+  for (char const* const action : {"snooze", "mute", "", "inline-reply"}) {
+    EXPECT_FALSE(notificationCall({"rain_start", action, ""})) << action;
+  }
 }
 
 }  // namespace
