@@ -118,23 +118,6 @@ TEST_F(MeteoAlarmDemoTest, TellsANeighboursWarningFromThePlacesOwn) {
   EXPECT_EQ(same->expires, flood->expires);
 }
 
-TEST_F(MeteoAlarmDemoTest, SaysWhatTheDocumentsSay) {
-  clock.advance(59min);
-  for (auto const& [language, word] : {std::pair{"fi_FI.UTF-8", "Keksitty varoitus"}, {"en", "."}}) {
-    MeteoAlarmService service(http, clock, {server->baseUrl(), {}, language}, texts,
-                              [&](Coordinate place) { return regions.at(place); });
-    DemoPlace const& place = town("Helsinki");
-    auto const alerts = service.fetch(place.coordinate, place.countryCode).alerts;
-    ASSERT_FALSE(alerts.empty());
-    for (WeatherAlert const& alert : alerts) {
-      EXPECT_EQ(alert.isFullText, true);
-      EXPECT_EQ(alert.issuer, "Demo Weather Service of Finland");
-      EXPECT_THAT(alert.text.value_or(""), testing::HasSubstr(word));
-      EXPECT_TRUE(alert.instruction && alert.colour && alert.issued);
-    }
-  }
-}
-
 TEST_F(MeteoAlarmDemoTest, KeepsEventsThroughUpdates) {
   DemoPlace const& place = town("Helsinki");
   std::map<Uuid, int> rounds;

@@ -42,18 +42,12 @@ TEST(MeteoAlarmDetails, AreInTheReadersLanguageElseInEnglishElseInTheServicesOwn
   CapAlert const unnamed = document({block("", "?"), block("en-GB", "Gale")});
   struct Row {
     CapAlert const& document;
-    std::string language;
-    std::string text;
+    std::string language, text;
   };
-  for (Row const& row : {Row{three, "fr_CA.UTF-8", "Tempête"},
-                         {three, "de", "Sturm"},
-                         {three, "de_AT@euro", "Sturm"},
-                         {three, "pt_BR.UTF-8", "Gale"},
-                         {three, "C.UTF-8", "Gale"},
-                         {three, "", "Gale"},
-                         {two, "de", "Ветар"},
-                         {two, "sr_RS", "Ветар"},
-                         {unnamed, "de", "Gale"}}) {
+  for (Row const& row :
+       {Row{three, "fr_CA.UTF-8", "Tempête"}, Row{three, "de", "Sturm"}, Row{three, "de_AT@euro", "Sturm"},
+        Row{three, "pt_BR.UTF-8", "Gale"}, Row{three, "C.UTF-8", "Gale"}, Row{three, "", "Gale"},
+        Row{two, "de", "Ветар"}, Row{two, "sr_RS", "Ветар"}, Row{unnamed, "de", "Gale"}}) {
     auto const details = detailsOf(row.document, entryOf("DE001", 0), row.language);
     ASSERT_TRUE(details);
     EXPECT_EQ(details->text, row.text) << row.language;
@@ -84,14 +78,10 @@ TEST(MeteoAlarmDetails, AreThoseOfTheEntrysOwnBlock) {
     std::string language;
     std::optional<std::string> text;
   };
-  for (Row const& row : {Row{entryOf("DE001", 0), "de", "Today"},
-                         {entryOf("DE001", 1), "de", "Morgen"},
-                         {entryOf("DE001", 2), "en", "Tomorrow"},
-                         {entryOf("DE001", 9), "en", "Today"},
-                         {byPeriod, "de", "Morgen"},
-                         {entryOf("DE002"), "en", "Elsewhere"},
-                         {byName, "en", "Elsewhere"},
-                         {unknown, "en", {}}}) {
+  for (Row const& row : {Row{entryOf("DE001", 0), "de", "Today"}, Row{entryOf("DE001", 1), "de", "Morgen"},
+                         Row{entryOf("DE001", 2), "en", "Tomorrow"}, Row{entryOf("DE001", 9), "en", "Today"},
+                         Row{byPeriod, "de", "Morgen"}, Row{entryOf("DE002"), "en", "Elsewhere"},
+                         Row{byName, "en", "Elsewhere"}, Row{unknown, "en", {}}}) {
     auto const details = detailsOf(all, row.entry, row.language);
     EXPECT_EQ(details ? std::optional(details->text) : std::nullopt, row.text) << row.entry.areaDesc;
   }
@@ -138,9 +128,8 @@ TEST(MeteoAlarmTypes, FollowTheMessagesOwnNumbers) {
         {"13", rainFlood},
         {"14; polar low", wind},
         {"0", {}},
-        {"", {}}}) {
+        {"", {}}})
     EXPECT_EQ(awarenessTypeOf(text), type) << text;
-  }
 }
 
 TEST(MeteoAlarmDetails, ReadTheRecordedMessage) {

@@ -132,10 +132,6 @@ TEST(MeteoAlarmJsonFeed, MakesNoAddressOfWhatIsNoName) {
   }
 }
 
-TEST(MeteoAlarmJsonFeed, KnowsAnEmptyList) {
-  EXPECT_THAT(parsed({}).entries, IsEmpty());
-}
-
 TEST(MeteoAlarmJsonFeed, RefusesWhatItCannotReadWhole) {
   std::string const good = JsonMessage().json();
   std::string manyParts = R"({"warnings":[{"alert":{"identifier":"a","info":[{"area":[)";
@@ -159,9 +155,9 @@ TEST(MeteoAlarmJsonFeed, RefusesWhatItCannotReadWhole) {
                                 manyParts + "]}]}}]}",
                                 jsonFeed({drawn}),
                                 std::string(100'000, '[')};
-  for (std::string const& body : bodies) {
+  for (std::string const& body : bodies)
     EXPECT_FALSE(parseMeteoAlarmJson(body, kDocuments)) << body.substr(0, 80);
-  }
+  EXPECT_THAT(parsed({}).entries, IsEmpty()) << "an empty list is one";
 }
 
 TEST(MeteoAlarmJsonFeed, SurvivesAnyBytes) {

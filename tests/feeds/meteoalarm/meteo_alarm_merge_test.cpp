@@ -195,15 +195,13 @@ TEST(MeteoAlarmMerging, CountsEachAreaOnce) {
     RawEntry one, other;
     std::string areas;
   };
-  for (Row const& row :
-       {Row{"one code, two languages", finnish, swedish, "Uusimaa"},
-        {"one name, two codes", finnish, sameName, "Uusimaa"},
-        {"one outline, two names", drawn, drawnAgain, "Canillo"},
-        {"two outlines", drawn, drawnElsewhere, "Canillo, Parròquia de Canillo"},
-        {"one place in the message", named, namedAgain, "Київська область"},
-        {"another place in the message", named, nextArea, "Київська область, Kyiv region"}}) {
+  for (Row const& row : {Row{"one code, two languages", finnish, swedish, "Uusimaa"},
+                         {"one name, two codes", finnish, sameName, "Uusimaa"},
+                         {"one outline, two names", drawn, drawnAgain, "Canillo"},
+                         {"two outlines", drawn, drawnElsewhere, "Canillo, Parròquia de Canillo"},
+                         {"one place in the message", named, namedAgain, "Київська область"},
+                         {"another place in the message", named, nextArea, "Київська область, Kyiv region"}})
     EXPECT_EQ(Case().add(row.one).add(row.other).only().areaDesc, row.areas) << row.why;
-  }
   Case bilingual;
   bilingual.add(finnish, {}, details("Tuuli"), "fi-FI").add(swedish, {}, details("Vind"), "sv-FI");
   EXPECT_EQ(bilingual.only("sv_SE").areaDesc, "Nyland");

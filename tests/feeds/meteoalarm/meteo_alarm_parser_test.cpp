@@ -87,35 +87,17 @@ TEST(MeteoAlarmParser, LeavesOutWhatCannotBeRead) {
     std::string_view text;
     bool isPolygon;
   };
-  for (auto const& [text, isPolygon] : {Row{"1,1 2,2 3,1", true},
-                                        {"  1,1\t2,2\n3,1  ", true},
-                                        {"+1,-1 2,2 3,1", true},
-                                        {"90,180 -90,-180 0,0", true},
-                                        {"", false},
-                                        {"1,1", false},
-                                        {"1,1 2,2", false},
-                                        {"1,1 2,2 3", false},
-                                        {"1,1 2,2 3,", false},
-                                        {"1,1 2,2 3,1,4", false},
-                                        {"1,12,2 3,1", false},
-                                        {"1,1 2,2 90.1,1", false},
-                                        {"1,1 2,2 1,180.1", false},
-                                        {"1,1 2,2 nan,1", false},
-                                        {"1,1 2,2 1e999,1", false},
-                                        {"1 1 2 2 3 1", false}}) {
+  for (auto const& [text, isPolygon] :
+       {Row{"1,1 2,2 3,1", true}, Row{"  1,1\t2,2\n3,1  ", true}, Row{"+1,-1 2,2 3,1", true},
+        Row{"90,180 -90,-180 0,0", true}, Row{"", false}, Row{"1,1", false}, Row{"1,1 2,2", false},
+        Row{"1,1 2,2 3", false}, Row{"1,1 2,2 3,", false}, Row{"1,1 2,2 3,1,4", false},
+        Row{"1,12,2 3,1", false}, Row{"1,1 2,2 90.1,1", false}, Row{"1,1 2,2 1,180.1", false},
+        Row{"1,1 2,2 nan,1", false}, Row{"1,1 2,2 1e999,1", false}, Row{"1 1 2 2 3 1", false}})
     EXPECT_EQ(parseWarningPolygon(text).has_value(), isPolygon) << text;
-  }
-  for (auto const& [text, isCircle] : {Row{"52,13 5", true},
-                                       {"52,13 0", true},
-                                       {" 52,13   5.5 ", true},
-                                       {"52,13 -1", false},
-                                       {"52,13", false},
-                                       {"52,13 5 6", false},
-                                       {"52,13,5", false},
-                                       {"91,13 5", false},
-                                       {"", false}}) {
+  for (auto const& [text, isCircle] : {Row{"52,13 5", true}, Row{"52,13 0", true}, Row{" 52,13   5.5 ", true},
+                                       Row{"52,13 -1", false}, Row{"52,13", false}, Row{"52,13 5 6", false},
+                                       Row{"52,13,5", false}, Row{"91,13 5", false}, Row{"", false}})
     EXPECT_EQ(parseWarningCircle(text).has_value(), isCircle) << text;
-  }
   RawEntry const entry = entryOf({"T", "", "", "", "yesterday", "2026-13-01T00:00:00Z", ""});
   EXPECT_FALSE(entry.onset);
   EXPECT_FALSE(entry.expires);
@@ -132,9 +114,8 @@ TEST(MeteoAlarmParser, RefusesWhatIsNoWholeFeed) {
                                   std::string("{\"warnings\":[]}"), bomb, "<feed>" + deep, whole + "<feed/>",
                                   std::string("<feed><entry></feed>"), std::string("<feed>\xff</feed>"),
                                   std::string("<?xml version=\"1.0\" encoding=\"no-such-code\"?><feed/>"),
-                                  std::string("<feed>&undefined;</feed>")}) {
+                                  std::string("<feed>&undefined;</feed>")})
     EXPECT_FALSE(MeteoAlarmAtomParser().parse(body)) << body.substr(0, 60);
-  }
   for (std::size_t size = 0; size + 1 < whole.size(); size += 7)
     EXPECT_FALSE(MeteoAlarmAtomParser().parse(whole.substr(0, size))) << size;
   MeteoAlarmAtomParser parser;
@@ -210,61 +191,57 @@ TEST(MeteoAlarmSamples, LoseNothing) {
 }
 
 TEST(MeteoAlarmTypes, FollowNumberThenTitleThenEvent) {
-  using Type = MeteoAlarmType;
+  using enum MeteoAlarmType;
   struct Row {
-    std::string_view event;
-    std::string_view title;
-    Type type;
+    std::string_view event, title;
+    MeteoAlarmType type;
   };
-  constexpr Row kRows[] = {
-      {"1; Wind", "", Type::wind},
-      {"3; thunderstorm", "Yellow Rain Warning issued for A - B", Type::thunderstorm},
-      {"11", "", Type::flood},
-      {"12; flooding", "", Type::rainFlood},
-      {"12", "", Type::rainFlood},
-      {"13; rain-flood", "", Type::rainFlood},
-      {"13; flooding", "", Type::flood},
-      {"0; wind", "", Type::wind},
-      {"99", "", Type::generic},
-      {"999999999999999", "", Type::generic},
-      {"", "", Type::generic},
-      {"frost", "Yellow Low-temperature Warning issued for Germany - Kreis Regen", Type::cold},
-      {"Yellow Low Temperature/Ice", "", Type::cold},
-      {"anything", "Orange Snow-ice Warning issued for X - Y", Type::snowIce},
-      {"anything", "Red Rain-flood Warning issued for X - Y", Type::rainFlood},
-      {"anything", "Red Rain Warning issued for X - Y", Type::rain},
-      {"anything", "Red Flooding Warning issued for X - Y", Type::flood},
-      {"anything", "Red Coastalevent Warning issued for X - Y", Type::coastal},
-      {"anything", "Red Forest-fire Warning issued for X - Y", Type::forestFire},
-      {"anything", "Red Avalanches Warning issued for X - Y", Type::avalanche},
-      {"anything", "Red High-temperature Warning issued for X - Y", Type::heat},
-      {"anything", "Red Fog Warning issued for Windsor - Icefield", Type::fog},
-      {"gale-force gusts", "", Type::wind},
-      {"heavy thunderstorms with gale- or storm-force gusts and heavy rain", "", Type::thunderstorm},
-      {"Special events notice issued by the office", "", Type::generic},
-      {"terrain training", "", Type::generic},
-      {"snowstorm", "", Type::snowIce},
-      {"storm surge", "", Type::coastal},
-      {"Severe Flash Flood", "", Type::flood},
-      {"STURMBÖEN", "", Type::wind},
-      {"Glätte", "", Type::snowIce},
-      {"Vigilance orages", "", Type::thunderstorm},
-      {"Temperaturas máximas", "", Type::heat},
-      {"Nevoeiro", "", Type::fog},
-      {"Silny wiatr", "", Type::wind},
-      {"Burze z gradem", "", Type::thunderstorm},
-      {"Upał", "", Type::heat},
-      {"Åskväder", "", Type::thunderstorm},
-      {"Snøfokk", "", Type::snowIce},
-      {"Гръмотевични бури", "", Type::thunderstorm},
-      {"Πλημμύρες", "", Type::flood},
-      {"סופות רעמים", "", Type::thunderstorm},
-      {"Силна олуја", "", Type::wind},
-  };
-  for (Row const& row : kRows) {
+  for (Row const& row :
+       {Row{"1; Wind", "", wind},
+        Row{"3; thunderstorm", "Yellow Rain Warning issued for A - B", thunderstorm},
+        Row{"11", "", flood},
+        Row{"12; flooding", "", rainFlood},
+        Row{"12", "", rainFlood},
+        Row{"13; rain-flood", "", rainFlood},
+        Row{"13; flooding", "", flood},
+        Row{"0; wind", "", wind},
+        Row{"99", "", generic},
+        Row{"999999999999999", "", generic},
+        Row{"", "", generic},
+        Row{"frost", "Yellow Low-temperature Warning issued for Germany - Kreis Regen", cold},
+        Row{"Yellow Low Temperature/Ice", "", cold},
+        Row{"anything", "Orange Snow-ice Warning issued for X - Y", snowIce},
+        Row{"anything", "Red Rain-flood Warning issued for X - Y", rainFlood},
+        Row{"anything", "Red Rain Warning issued for X - Y", rain},
+        Row{"anything", "Red Flooding Warning issued for X - Y", flood},
+        Row{"anything", "Red Coastalevent Warning issued for X - Y", coastal},
+        Row{"anything", "Red Forest-fire Warning issued for X - Y", forestFire},
+        Row{"anything", "Red Avalanches Warning issued for X - Y", avalanche},
+        Row{"anything", "Red High-temperature Warning issued for X - Y", heat},
+        Row{"anything", "Red Fog Warning issued for Windsor - Icefield", fog},
+        Row{"gale-force gusts", "", wind},
+        Row{"heavy thunderstorms with gale- or storm-force gusts and heavy rain", "", thunderstorm},
+        Row{"Special events notice issued by the office", "", generic},
+        Row{"terrain training", "", generic},
+        Row{"snowstorm", "", snowIce},
+        Row{"storm surge", "", coastal},
+        Row{"Severe Flash Flood", "", flood},
+        Row{"STURMBÖEN", "", wind},
+        Row{"Glätte", "", snowIce},
+        Row{"Vigilance orages", "", thunderstorm},
+        Row{"Temperaturas máximas", "", heat},
+        Row{"Nevoeiro", "", fog},
+        Row{"Silny wiatr", "", wind},
+        Row{"Burze z gradem", "", thunderstorm},
+        Row{"Upał", "", heat},
+        Row{"Åskväder", "", thunderstorm},
+        Row{"Snøfokk", "", snowIce},
+        Row{"Гръмотевични бури", "", thunderstorm},
+        Row{"Πλημμύρες", "", flood},
+        Row{"סופות רעמים", "", thunderstorm},
+        Row{"Силна олуја", "", wind}})
     EXPECT_EQ(enumName(meteoAlarmTypeOf(row.event, row.title)), enumName(row.type))
         << row.event << " | " << row.title;
-  }
 }
 
 }  // namespace

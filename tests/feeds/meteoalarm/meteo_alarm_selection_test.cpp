@@ -40,7 +40,8 @@ TEST(MeteoAlarmSelection, TakesCirclesFiftyKilometresFurther) {
     double km;
     bool isKept;
   };
-  for (auto const& [km, isKept] : {Row{0, true}, {5, true}, {54.99, true}, {55.01, false}, {60, false}}) {
+  for (auto const& [km, isKept] :
+       {Row{0, true}, Row{5, true}, Row{54.99, true}, Row{55.01, false}, Row{60, false}}) {
     RawEntry entry;
     entry.circles = {{northOf(kBerlin, km), 5}};
     EXPECT_EQ(countSelected(entry, kBerlin), isKept ? 1U : 0U) << km;
@@ -107,9 +108,8 @@ TEST(MeteoAlarmSelection, TakesCodesOfEveryRegistry) {
                                                {areaEntry("x", {"FR717", "FR718"}), nuts, true},
                                                {areaEntry("x", {"FR71"}), nuts, false},
                                                {areaEntry("x", {"DE356"}), emma, true},
-                                               {areaEntry("x"), emma, false}}) {
+                                               {areaEntry("x"), emma, false}})
     EXPECT_EQ(countSelected(entry, kBerlin, regions), isKept ? 1U : 0U) << entry.areaDesc;
-  }
 }
 
 TEST(MeteoAlarmSelection, ComparesNamesOnlyWhereNothingElseDecides) {
@@ -141,9 +141,8 @@ TEST(MeteoAlarmSelection, ComparesNamesOnlyWhereNothingElseDecides) {
         {"codes of a registry known here", areaEntry("Haute Savoie", {}, {{"EMMA_ID", "FR036"}}), emma,
          false},
         {"one of two registries known", areaEntry("Haute Savoie", {"FR717"}, {{"EMMA_ID", "FR036"}}), emma,
-         false}}) {
+         false}})
     EXPECT_EQ(countSelected(entry, kBerlin, regions), isKept ? 1U : 0U) << why;
-  }
 }
 
 /// The rules as they are told, without any short cut.
@@ -208,7 +207,8 @@ TEST(MeteoAlarmSelection, StaysSaneAtTheEdgesOfTheMap) {
   RawEntry entry;
   entry.polygons = {aroundPole, bowTie, overAntimeridian};
   entry.circles = {{{90, 0}, 10}, {{0, 180}, 10}};
-  for (Coordinate const place : {Coordinate{90, 0}, {-90, 0}, {0, 180}, {0, -180}, {90, 180}, {15, 180}})
+  for (Coordinate const place : {Coordinate{90, 0}, Coordinate{-90, 0}, Coordinate{0, 180},
+                                 Coordinate{0, -180}, Coordinate{90, 180}, Coordinate{15, 180}})
     EXPECT_LE(countSelected(entry, place), 1U);
   EXPECT_EQ(countSelected(entry, {0, -180}), 1U);  // the circle reaches over the antimeridian
   EXPECT_EQ(countSelected(entry, {90, 123}), 1U);  // one pole, whatever the longitude
@@ -251,15 +251,12 @@ TEST(MeteoAlarmSelection, LeavesOutOnlyWhatSaysThatItIsNoWarning) {
 }
 
 TEST(MeteoAlarmSeverity, FollowsTheProtocolsWords) {
-  for (auto const& [text, severity] : {std::pair{"Extreme", AlertSeverity::critical},
-                                       {"EXTREME", AlertSeverity::critical},
-                                       {"severe", AlertSeverity::warning},
-                                       {"Moderate", AlertSeverity::advisory},
-                                       {"Minor", AlertSeverity::info},
-                                       {"Unknown", AlertSeverity::info},
-                                       {"", AlertSeverity::info}}) {
+  for (auto const& [text, severity] :
+       {std::pair{"Extreme", AlertSeverity::critical}, std::pair{"EXTREME", AlertSeverity::critical},
+        std::pair{"severe", AlertSeverity::warning}, std::pair{"Moderate", AlertSeverity::advisory},
+        std::pair{"Minor", AlertSeverity::info}, std::pair{"Unknown", AlertSeverity::info},
+        std::pair{"", AlertSeverity::info}})
     EXPECT_EQ(severityOfCap(text), severity) << text;
-  }
 }
 
 TEST(MeteoAlarmCountries, HaveTheServicesFeedNames) {
@@ -272,9 +269,8 @@ TEST(MeteoAlarmCountries, HaveTheServicesFeedNames) {
                                    {"CZ", "czechia"},
                                    {"MK", "republic-of-north-macedonia"},
                                    {"AD", "andorra"},
-                                   {"UA", "ukraine"}}) {
+                                   {"UA", "ukraine"}})
     EXPECT_EQ(meteoAlarmFeedName(code), name) << code;
-  }
   for (std::string_view const code : {"", "TR", "AL", "LI", "XK", "US", "DEU", "ZZ"})
     EXPECT_FALSE(meteoAlarmFeedName(code)) << code;
 }

@@ -125,9 +125,8 @@ TEST(BrightSkyAlerts, NamesTheMunicipality) {
               {"Berlin", {}, {}, {{"WARNCELLID", "1"}}}},
           Row{R"({"warn_cell_id":1.5,"name":null,"district":"","state":"Bremen"})", {"Bremen", {}, {}, {}}},
           Row{"{}", {}},
-      }) {
+      })
     EXPECT_EQ(onlyAlert(listOf(alert(), row.location)).infos.at(0).areas.at(0), row.area) << row.location;
-  }
 }
 
 TEST(BrightSkyAlerts, MayHaveNoEnd) {

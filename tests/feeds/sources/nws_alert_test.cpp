@@ -1,7 +1,7 @@
 #include "feeds/nws/nws_alert_service.h"
 #include "feeds/nws/nws_territory.h"
 #include "support/answers/bad_bytes.h"
-#include "support/fake_http_client.h"
+#include "support/feed_readings.h"
 #include "support/instants.h"
 #include "support/manual_clock.h"
 #include "support/samples.h"
@@ -23,9 +23,8 @@ constexpr char kRequired[] =
 
 std::string listOf(std::vector<std::string> const& properties) {
   std::string body = R"({"type":"FeatureCollection","features":[)";
-  for (std::size_t i = 0; i < properties.size(); ++i) {
+  for (std::size_t i = 0; i < properties.size(); ++i)
     body += (i > 0 ? "," : "") + std::string(R"({"geometry":null,"properties":{)") + properties[i] + "}}";
-  }
   return body + "]}";
 }
 
@@ -71,9 +70,8 @@ TEST(NwsAlerts, TakeTheServicesSeverityWordsExactly) {
   for (Row const& row :
        {Row{"Extreme", Severity::extreme}, Row{"Severe", Severity::severe},
         Row{"Moderate", Severity::moderate}, Row{"Minor", Severity::minor}, Row{"Unknown", Severity::unknown},
-        Row{"severe", Severity::unknown}, Row{"Severe ", Severity::unknown}, Row{"", Severity::unknown}}) {
+        Row{"severe", Severity::unknown}, Row{"Severe ", Severity::unknown}, Row{"", Severity::unknown}})
     EXPECT_EQ(nwsSeverity(row.text), row.severity) << row.text;
-  }
 }
 
 TEST(NwsAlerts, LoseADateThatDoesNotParseAndNothingElse) {
@@ -89,16 +87,14 @@ TEST(NwsAlerts, LoseADateThatDoesNotParseAndNothingElse) {
 TEST(NwsAlerts, AreNeverSpoiledByOptionalKeys) {
   for (char const* const key : {"ends", "status", "messageType", "references", "sent"}) {
     for (char const* const value :
-         {"null", "7", "true", "[]", "{}", R"("rubbish")", "[null]", R"([{"a":1}])"}) {
+         {"null", "7", "true", "[]", "{}", R"("rubbish")", "[null]", R"([{"a":1}])"})
       onlyAlert(std::string(",\"") + key + "\":" + value);
-    }
   }
 }
 
 TEST(NwsAlerts, CountWhatIsNone) {
   struct Row {
-    std::string without;
-    std::string instead;
+    std::string without, instead;
   };
   for (Row const& row :
        {Row{R"("id":"urn:1",)", ""}, Row{R"("event":"Flood Watch",)", ""}, Row{R"("severity":"Severe",)", ""},
@@ -113,9 +109,8 @@ TEST(NwsAlerts, CountWhatIsNone) {
   }
   EXPECT_EQ(parseNwsAlerts(R"({"features":[7,null,{},{"properties":null}]})")->unreadable, 4);
   for (char const* const body : {"", "{}", "[]", R"({"features":{}})", R"({"features":null})", "<html>",
-                                 R"({"title":"Invalid Parameter","status":400})"}) {
+                                 R"({"title":"Invalid Parameter","status":400})"})
     EXPECT_FALSE(parseNwsAlerts(body)) << body;
-  }
 }
 
 TEST(NwsAlerts, SurviveDamage) {
@@ -125,41 +120,18 @@ TEST(NwsAlerts, SurviveDamage) {
   EXPECT_EQ(onlyAlert(R"(,"description":")" + huge + "\"").description.size(), huge.size());
 }
 
-struct GeometryRow {
-  char const* name;
-  char const* geometry;
-  std::vector<WarningPolygon> polygons;
-};
-
-void PrintTo(GeometryRow const& row, std::ostream* out) {
-  *out << row.name;
+TEST(NwsAlerts, AreDrawnWhereTheirGeometryCanBeRead) {
+  auto const drawn = [](std::string const& geometry) {
+    std::string body = listOf({kRequired});
+    return parseNwsAlerts(body.replace(body.find("null"), 4, geometry)).value().alerts.at(0).polygons;
+  };
+  EXPECT_EQ(
+      drawn(R"({"type":"MultiPolygon","coordinates":[[[[1,2],[3,4],[5,7]]],[[[-1,-2],[-3,-4],[-5,-7]]]]})"),
+      (std::vector<WarningPolygon>{{{2, 1}, {4, 3}, {7, 5}}, {{-2, -1}, {-4, -3}, {-7, -5}}}));
+  for (char const* const other :
+       {"null", R"("here")", R"({"type":"Polygon","coordinates":[[["west","north"]]]})"})
+    EXPECT_TRUE(drawn(other).empty()) << other;
 }
-
-struct NwsGeometries : testing::TestWithParam<GeometryRow> {};
-
-TEST_P(NwsGeometries, AreRead) {
-  std::string body = listOf({kRequired});
-  body.replace(body.find("null"), 4, GetParam().geometry);
-  auto const list = parseNwsAlerts(body);
-  ASSERT_TRUE(list && list->alerts.size() == 1);
-  EXPECT_EQ(list->alerts[0].polygons, GetParam().polygons);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Rows, NwsGeometries,
-    testing::Values(
-        GeometryRow{"none", "null", {}},
-        GeometryRow{"point", R"({"type":"Point","coordinates":[-90,41]})", {}},
-        GeometryRow{"noObject", R"("here")", {}},
-        GeometryRow{"noCorner", R"({"type":"Polygon","coordinates":[[["west","north"]]]})", {}},
-        GeometryRow{"polygon",
-                    R"({"type":"Polygon","coordinates":[[[-90,41],[-89,41.5],[-89.5,42],[-90,41]]]})",
-                    {{{41, -90}, {41.5, -89}, {42, -89.5}, {41, -90}}}},
-        GeometryRow{
-            "several",
-            R"({"type":"MultiPolygon","coordinates":[[[[1,2],[3,4],[5,7]]],[[[-1,-2],[-3,-4],[-5,-7]]]]})",
-            {{{2, 1}, {4, 3}, {7, 5}}, {{-2, -1}, {-4, -3}, {-7, -5}}}}),
-    [](auto const& row) { return std::string(row.param.name); });
 
 /// How many of each recorded file an independent count of "urgency" keys and of geometries shows.
 TEST(NwsAlerts, ReadRecordedAnswersWhole) {
@@ -200,11 +172,8 @@ class NwsAlertServiceTest : public testing::Test {
   NWSAlertAnswer fetch(double latitude = 41.85, double longitude = -87.65) {
     return service_.fetchAlerts(latitude, longitude);
   }
-  std::optional<std::string> sentHeader(std::string const& name) const {
-    for (auto const& [key, value] : http_.requests.back().headers) {
-      if (key == name) return value;
-    }
-    return std::nullopt;
+  std::optional<std::string> sentHeader(std::string_view name) const {
+    return test::headerOf(http_.requests.back(), name);
   }
 
   test::FakeHttpClient http_;
@@ -304,9 +273,8 @@ TEST_F(NwsAlertServiceTest, HandsOutWhatIsReadableOfASpoiledList) {
 }
 
 TEST_F(NwsAlertServiceTest, RefusesWhatIsNotOnTheGlobe) {
-  for (Coordinate const place : {Coordinate{91, 0}, {0, -181}, {std::nan(""), 0}}) {
+  for (Coordinate const place : {Coordinate{91, 0}, {0, -181}, {std::nan(""), 0}})
     EXPECT_FALSE(fetch(place.latitude, place.longitude).ok);
-  }
   EXPECT_TRUE(http_.requests.empty());
 }
 
@@ -342,10 +310,9 @@ TEST(NwsTerritory, EndsAtItsBordersAndOffshoreWaters) {
        {Row{"US", {41.85, -87.65}, true}, Row{"PR", {18.4, -66.1}, true}, Row{"GU", {13.5, 144.8}, true},
         Row{"PW", {7.5, 134.6}, true}, Row{"CA", {43.7, -79.4}, false}, Row{"MX", {32.5, -117.0}, false},
         Row{"DE", {52.5, 13.4}, false}, Row{"", {39.0, -72.0}, true}, Row{"", {28.0, -90.0}, true},
-        Row{"", {40.0, -45.0}, false}, Row{"", {55.0, 3.0}, false}, Row{"", {0, -160}, false}}) {
+        Row{"", {40.0, -45.0}, false}, Row{"", {55.0, 3.0}, false}, Row{"", {0, -160}, false}})
     EXPECT_EQ(isNwsTerritory(row.country, row.place), row.inside)
         << row.country << " " << formatCoordinate(row.place);
-  }
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "feeds/source_feeds.h"
 
+#include "support/answers/element_table.h"
 #include "support/fake_http_client.h"
 #include "support/instants.h"
 #include "support/manual_clock.h"
@@ -19,13 +20,8 @@ using testing::HasSubstr;
 using testing::StartsWith;
 
 constexpr char kQuakes[] = R"({"features":[]})";
-constexpr char kTable[] =
-    "OBJECT_NAME,OBJECT_ID,EPOCH,MEAN_MOTION,ECCENTRICITY,INCLINATION,RA_OF_ASC_NODE,ARG_OF_PERICENTER,"
-    "MEAN_ANOMALY,EPHEMERIS_TYPE,CLASSIFICATION_TYPE,NORAD_CAT_ID,ELEMENT_SET_NO,REV_AT_EPOCH,BSTAR,"
-    "MEAN_MOTION_DOT,MEAN_MOTION_DDOT\n";
-constexpr char kRow[] =
-    "TEST SAT,2026-001A,2026-11-20T12:00:00.000000,15.5,.0001234,51.6401,247.4627,130.536,325.0288,0,U,"
-    "123456,999,12345,.12E-3,.1234E-4,0\n";
+std::string const kTable = test::kElementHeading;
+std::string const kWhole = kTable + test::elementRow("123456");
 
 class SourceFeedsTest : public testing::Test {
  protected:
@@ -54,7 +50,7 @@ TEST_F(SourceFeedsTest, AsksOnceAPeriodAcrossRuns) {
     std::string body;
     std::chrono::seconds period;
   };
-  for (Row const& row : {Row{quakes_, kQuakes, 60s}, Row{weather_, std::string(kTable) + kRow, 6h}}) {
+  for (Row const& row : {Row{quakes_, kQuakes, 60s}, Row{weather_, kWhole, 6h}}) {
     std::size_t const before = asked();
     http_.willAnswer(200, row.body);
     ASSERT_TRUE(run().get(row.key));
@@ -71,13 +67,11 @@ TEST_F(SourceFeedsTest, AsksOnceAPeriodAcrossRuns) {
 }
 
 TEST_F(SourceFeedsTest, LeavesARefusingSourceAloneForTwoHoursAcrossRuns) {
-  for (auto const& [status, body] : {std::pair(403, "GP data has not updated since your last download"),
-                                     {404, "No GP data found"},
-                                     {500, ""},
-                                     {200, "No GP data found"},
-                                     {200, ""},
-                                     {200, "<html>"},
-                                     {200, kTable}}) {
+  using Refusal = std::pair<int, std::string>;
+  for (auto const& [status, body] :
+       {Refusal{403, "GP data has not updated since your last download"}, Refusal{404, "No GP data found"},
+        Refusal{500, ""}, Refusal{200, "No GP data found"}, Refusal{200, ""}, Refusal{200, "<html>"},
+        Refusal{200, kTable}}) {
     std::size_t const before = asked();
     http_.willAnswer(status, body);
     EXPECT_FALSE(run().get(weather_)) << body;
@@ -89,7 +83,7 @@ TEST_F(SourceFeedsTest, LeavesARefusingSourceAloneForTwoHoursAcrossRuns) {
     http_.willAnswer(403, "");
     EXPECT_FALSE(run().get(starlink_)) << "another group has its own pause";
     clock_.advance(1ms);
-    http_.willAnswer(200, std::string(kTable) + kRow);
+    http_.willAnswer(200, kWhole);
     EXPECT_TRUE(run().get(weather_)) << body;
     EXPECT_EQ(asked(), before + 3);
     clock_.advance(6h);
@@ -97,7 +91,7 @@ TEST_F(SourceFeedsTest, LeavesARefusingSourceAloneForTwoHoursAcrossRuns) {
 }
 
 TEST_F(SourceFeedsTest, ALaterRunKnowsWhyThereIsNothingNewerAndWhatThereWas) {
-  http_.willAnswer(200, std::string(kTable) + kRow);
+  http_.willAnswer(200, kWhole);
   ASSERT_TRUE(run().get(weather_));
   clock_.advance(6h);
   http_.willAnswer(403, "not again");
@@ -125,7 +119,7 @@ TEST_F(SourceFeedsTest, ANetworkThatIsAwayCostsNobodyAPause) {
     std::size_t const before = asked();
     http_.willFail({row.kind, "failed"});
     EXPECT_FALSE(run().get(weather_));
-    http_.willAnswer(200, std::string(kTable) + kRow);
+    http_.willAnswer(200, kWhole);
     EXPECT_EQ(run().get(weather_).has_value(), row.isAway) << enumName(row.kind);
     if (!row.isAway) {
       clock_.advance(2h);
@@ -143,7 +137,7 @@ TEST_F(SourceFeedsTest, AQuestionCountsBeforeItsAnswer) {
     explicit Killing(std::function<void()> during) : during_(std::move(during)) {}
     Result<HttpResponse, HttpError> get(HttpRequest const&, std::stop_token) override {
       during_();
-      return HttpResponse{200, {}, std::string(kTable) + kRow};
+      return HttpResponse{200, {}, kWhole};
     }
 
    private:
@@ -168,7 +162,7 @@ TEST_F(SourceFeedsTest, TwoThatAskAtATimeAreOneQuestion) {
     Result<HttpResponse, HttpError> get(HttpRequest const&, std::stop_token) override {
       isAsked.count_down();
       mayAnswer.wait();
-      return HttpResponse{200, {}, std::string(kTable) + kRow};
+      return HttpResponse{200, {}, kWhole};
     }
   };
   Slow slow;

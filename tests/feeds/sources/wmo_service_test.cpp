@@ -5,7 +5,6 @@
 #include "support/answers/wmo_answer.h"
 #include "support/instants.h"
 #include "support/manual_clock.h"
-#include "support/samples.h"
 #include "support/temporary_folder.h"
 
 #include <gmock/gmock.h>
@@ -443,43 +442,6 @@ TEST_F(WmoServiceTest, KeepsAnOldDirectoryRatherThanNone) {
   EXPECT_FALSE(fetch().isBlind);
   EXPECT_TRUE(fetch("BR", {-23.5, -46.6}).isBlind) << "the directory names other countries than the program";
 }
-
-struct RecordedRow {
-  char const* file;
-  char const* source;
-  char const* country;
-  bool drawsItself;
-};
-
-class WmoRecorded : public WmoServiceTest, public testing::WithParamInterface<RecordedRow> {};
-
-std::ostream& operator<<(std::ostream& stream, RecordedRow const& row) {
-  return stream << row.source;
-}
-
-TEST_P(WmoRecorded, MessagesAreHandedOn) {
-  auto const files = test::sampleFiles("cap");
-  if (!files) GTEST_SKIP() << "no samples are named";
-  auto const file = std::ranges::find_if(
-      *files, [](auto const& path) { return path.filename().string().starts_with(GetParam().file); });
-  ASSERT_NE(file, files->end());
-  WmoFeature const row = feature(std::string(GetParam().source) + "/1.xml");
-  centre.answer(kPoint, wmoAnswer({row}));
-  document(row.capurl, test::readFile(*file));
-  CapListing const listing = fetch("");
-  EXPECT_FALSE(listing.failure);
-  ASSERT_THAT(listing.messages, SizeIs(1));
-  EXPECT_EQ(listing.messages[0].country, GetParam().country);
-  EXPECT_EQ(listing.messages[0].outline.empty(), GetParam().drawsItself);
-  EXPECT_NE(listing.messages[0].alert->sender, "");
-}
-
-INSTANTIATE_TEST_SUITE_P(Services, WmoRecorded,
-                         testing::Values(RecordedRow{"israel", "il-ims-xx", "IL", false},
-                                         RecordedRow{"kazakhstan", "kz-kazhydromet-en", "KZ", true},
-                                         RecordedRow{"macau", "mo-smg-xx", "MO", true},
-                                         RecordedRow{"russia", "ru-roshydromet-ru", "RU", true}),
-                         [](auto const& row) { return std::string(row.param.country); });
 
 }  // namespace
 }  // namespace nimbara
