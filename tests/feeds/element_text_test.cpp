@@ -17,17 +17,13 @@ using testing::HasSubstr;
 TEST(FeedKeys, AreWhatIsServedAndNothingElse) {
   EXPECT_EQ(feedKeyOf({{"f", "quakes"}})->name(), "quakes");
   EXPECT_EQ(feedKeyOf({{"p", "weather"}, {"f", "satellites"}})->name(), "satellites-weather");
-  for (QueryParameters const& query : {QueryParameters{},
-                                       {{"f", ""}},
-                                       {{"f", "Quakes"}},
-                                       {{"f", "quakes"}, {"x", "1"}},
-                                       {{"f", "quakes"}, {"f", "quakes"}},
-                                       {{"f", "quakes"}, {"p", "weather"}},
-                                       {{"f", "satellites"}},
-                                       {{"f", "satellites"}, {"p", "../etc"}},
-                                       {{"f", "satellites"}, {"p", "noaa"}}}) {
+  for (QueryParameters const& query :
+       {QueryParameters{}, QueryParameters{{"f", ""}}, QueryParameters{{"f", "Quakes"}},
+        QueryParameters{{"f", "quakes"}, {"x", "1"}}, QueryParameters{{"f", "quakes"}, {"f", "quakes"}},
+        QueryParameters{{"f", "quakes"}, {"p", "weather"}}, QueryParameters{{"f", "satellites"}},
+        QueryParameters{{"f", "satellites"}, {"p", "../etc"}},
+        QueryParameters{{"f", "satellites"}, {"p", "noaa"}}})
     EXPECT_FALSE(feedKeyOf(query));
-  }
 }
 
 TEST(ElementText, IsWrittenInTheColumnsOfTwoLineElements) {
@@ -75,9 +71,8 @@ TEST(ElementText, NumbersBeyondFiveDigitsByAlphaFive) {
 
 TEST(ElementText, RefusesWhatIsNoTableAndLivesWithTheRest) {
   for (char const* const body :
-       {"", "Invalid query: \"GROUP=x\"", "<html>", "OBJECT_NAME,EPOCH\n", "No GP data found"}) {
+       {"", "Invalid query: \"GROUP=x\"", "<html>", "OBJECT_NAME,EPOCH\n", "No GP data found"})
     EXPECT_FALSE(elementText(body)) << body;
-  }
   EXPECT_EQ(elementText(kElementHeading)->text, "") << "a cloud of debris that is gone";
   auto const text = elementText(std::string(kElementHeading) + "\n\nshort,row\n" + elementRow("7", "1,2,x") +
                                 elementRow("7", "0,1.5,0") + elementRow("8"));
@@ -115,8 +110,7 @@ TEST(ElementText, TakesElementSetsAsTheyAreFound) {
   std::string const line1 = "1 25544U 26001A   26324.50000000  .00001234  00000+0  12000-3 0  9996";
   std::string const line2 = "2 25544 151.6401 247.4627 0001234 130.5360 325.0288 15.50000000123453";
   struct Row {
-    std::string sets;
-    std::string text;
+    std::string sets, text;
     std::size_t leftOut;
   };
   std::string const pair = line1 + "\n" + line2 + "\n";

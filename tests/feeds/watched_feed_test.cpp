@@ -163,8 +163,7 @@ TEST_F(WatchedFeedTest, AsksAtOnceAfterABrokenConnection) {
 TEST(Pauses, GrowWithTheFailures) {
   Instant const now = at("2026-11-21T09:20:00Z");
   struct Row {
-    int status;
-    int failures;
+    int status, failures;
     std::optional<std::string_view> retryAfter;
     std::chrono::milliseconds pause;
   };
@@ -174,10 +173,9 @@ TEST(Pauses, GrowWithTheFailures) {
         Row{200, 1, {}, 1min}, Row{400, 1, {}, 60min}, Row{401, 1, {}, 60min}, Row{404, 1, {}, 60min},
         Row{503, 1, "0", 0s}, Row{503, 1, "7", 7s}, Row{503, 1, "-7", 0s}, Row{503, 1, "99999999", 24h},
         Row{503, 1, "soon", 1min}, Row{503, 1, "Sat, 21 Nov 2026 09:20:30 GMT", 30s},
-        Row{503, 1, "Sat, 21 Nov 2020 09:20:30 GMT", 0s}}) {
+        Row{503, 1, "Sat, 21 Nov 2020 09:20:30 GMT", 0s}})
     EXPECT_EQ(pauseAfterFailure(row.status, row.failures, row.retryAfter, now), row.pause)
         << row.status << " " << row.failures << " " << row.retryAfter.value_or("");
-  }
 }
 
 TEST(WatchedFeeds, ForgetTheOneThatWasAskedForLongestAgo) {
@@ -198,9 +196,7 @@ TEST(WatchedFeeds, ForgetTheOneThatWasAskedForLongestAgo) {
 
 struct Row {
   ServiceFailure failure;
-  char const* plain;
-  char const* english;
-  char const* portuguese;
+  char const *plain, *english, *portuguese;
 };
 
 ServiceFailure unreadableWaters() {
@@ -249,12 +245,10 @@ TEST(ServiceFailures, AreSaidInTheUsersLanguageAndPlainlyInLogs) {
 TEST(ServiceFailures, HaveAllTheirKindsInEveryLanguage) {
   for (auto const& [language, name] : Texts::languages()) {
     Texts const texts = Texts::load(language);
-    for (std::size_t i = 2; i < enumNames<Kind>.size(); ++i) {
+    for (std::size_t i = 2; i < enumNames<Kind>.size(); ++i)
       EXPECT_TRUE(texts.translates("failure." + std::string(enumNames<Kind>[i]))) << language << i;
-    }
-    for (std::string_view const transport : enumNames<Transport>) {
+    for (std::string_view const transport : enumNames<Transport>)
       EXPECT_TRUE(texts.translates("failure." + std::string(transport))) << language << transport;
-    }
   }
 }
 

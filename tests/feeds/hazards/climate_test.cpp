@@ -1,11 +1,12 @@
 #include "feeds/climate/climate_service.h"
+#include "feeds/outlook/outlook_service.h"
 #include "support/answers/bad_bytes.h"
 #include "support/fake_http_client.h"
 #include "support/instants.h"
 #include "support/manual_clock.h"
 #include "support/temporary_folder.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 namespace nimbara {
 namespace {
@@ -14,6 +15,7 @@ using std::chrono::days;
 using std::chrono::sys_days;
 using std::chrono::year;
 using test::at;
+using testing::ElementsAre;
 
 constexpr Date kNovember = year(2026) / 11 / 15;
 
@@ -61,17 +63,10 @@ struct WordRow {
 TEST(Climate, IsUsualWithinTwoDegreesAndThreeFifths) {
   ClimateDay const normal{8, 3, 5, 8, 9, 14};
   using enum ClimateWord;
-  for (WordRow const& row : {WordRow{8, usual},
-                             {9.9, usual},
-                             {10, warmer},
-                             {14, warmer},
-                             {14.1, unusuallyWarm},
-                             {5, usual},
-                             {4.9, colder},
-                             {3, colder},
-                             {2.9, unusuallyCold}}) {
+  for (WordRow const& row : {WordRow{8, usual}, WordRow{9.9, usual}, WordRow{10, warmer}, WordRow{14, warmer},
+                             WordRow{14.1, unusuallyWarm}, WordRow{5, usual}, WordRow{4.9, colder},
+                             WordRow{3, colder}, WordRow{2.9, unusuallyCold}})
     EXPECT_EQ(climateWord(normal, row.mean), row.word) << row.mean;
-  }
 }
 
 TEST(Climate, ComparesSixtyDaysAtLeast) {
@@ -151,6 +146,57 @@ TEST(ClimateService, NeverTakesAFailureForAClimate) {
   EXPECT_EQ(service.fetch({52.52, 13.41}, kNovember).state, FeedState::failed);
   EXPECT_EQ(http.requests.size(), 1) << "it is left alone";
   EXPECT_FALSE(service.fetch({91, 0}, kNovember).isCurrent());
+}
+
+constexpr std::string_view kThreeDays = R"({"daily":{
+  "time":["2026-12-01","2026-12-02","2026-12-03"],
+  "weather_code":[71,null,3],
+  "temperature_2m_max":[1.5,-2,null],
+  "temperature_2m_min":[-4.25,-9,-1],
+  "precipitation_sum":[3.2,null,0],
+  "precipitation_probability_max":[80,null,5],
+  "wind_speed_10m_max":[22,null,10]}})";
+
+TEST(Outlook, KeepsDaysWhoseTemperaturesAreKnown) {
+  auto const days = parseOutlook(kThreeDays);
+  ASSERT_TRUE(days) << days.error().text();
+  using namespace std::chrono;
+  EXPECT_THAT(*days, ElementsAre(OutlookDay{year(2026) / 12 / 1, -4.25, 1.5, 71, 80, 3.2, 22},
+                                 OutlookDay{year(2026) / 12 / 2, -9, -2, {}, {}, {}, {}}));
+  for (std::string const& damaged : test::damagedForms(std::string(kThreeDays), 61)) parseOutlook(damaged);
+}
+
+struct OutlookRow {
+  std::string_view name, body;
+  int days;  ///< -1: refused
+};
+
+TEST(OutlookRows, AreRead) {
+  for (OutlookRow const& row :
+       {OutlookRow{"nothing", "", -1}, OutlookRow{"html", "<html>", -1}, OutlookRow{"noDays", "{}", -1},
+        OutlookRow{"refused", R"({"error":true,"reason":"Daily API request limit exceeded."})", -1},
+        OutlookRow{"empty", R"({"daily":{"time":[]}})", 0},
+        OutlookRow{"shortColumn",
+                   R"({"daily":{"time":["2026-12-01","2026-12-02"],"temperature_2m_max":[1,2],
+                      "temperature_2m_min":[0]}})",
+                   1},
+        OutlookRow{"coldAboveWarm",
+                   R"({"daily":{"time":["2026-12-01"],"temperature_2m_max":[1],"temperature_2m_min":[1.1]}})",
+                   0},
+        OutlookRow{"impossible",
+                   R"({"daily":{"time":["2026-12-01"],"temperature_2m_max":[101],"temperature_2m_min":[1]}})",
+                   0},
+        OutlookRow{"backwards",
+                   R"({"daily":{"time":["2026-12-02","2026-12-01","2026-12-02"],
+                      "temperature_2m_max":[1,1,1],"temperature_2m_min":[0,0,0]}})",
+                   1},
+        OutlookRow{"noDate",
+                   R"({"daily":{"time":["soon"],"temperature_2m_max":[1],"temperature_2m_min":[0]}})", 0}}) {
+    SCOPED_TRACE(row.name);
+    auto const days = parseOutlook(row.body);
+    int const count = days ? static_cast<int>(days->size()) : -1;
+    EXPECT_EQ(count, row.days);
+  }
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
+#include "feeds/space/geomagnetic_latitude.h"
 #include "feeds/space/geomagnetic_service.h"
 #include "feeds/space/kp_forecast_service.h"
+#include "feeds/space/kp_scale.h"
 #include "feeds/space/planetary_k_index.h"
 #include "support/answers/bad_bytes.h"
 #include "support/fake_http_client.h"
@@ -8,7 +10,6 @@
 #include "support/samples.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace nimbara {
 namespace {
@@ -55,41 +56,27 @@ TEST(KIndex, IsTheNewestOfEitherForm) {
            Row{R"([{"Kp":1},)", std::nullopt},
            Row{"", std::nullopt},
            Row{"<html>", std::nullopt},
-       }) {
+       })
     EXPECT_EQ(newestKp(row.body), row.kp) << row.body;
-  }
 }
 
 TEST(KIndex, SurvivesDamage) {
   for (std::string const& body : test::damagedForms(rows(R"(,["a","2.67","12","8"])"), 1)) newestKp(body);
 }
 
-TEST(KIndex, ReadsRecordedProducts) {
-  auto const files = test::sampleFiles("swpc");
-  if (!files) GTEST_SKIP() << "NIMBARA_SAMPLES is not set";
-  for (auto const& file : *files) {
-    auto const kp = newestKp(test::readFile(file));
-    // The forecast product has nulls inside its rows of texts.
-    EXPECT_EQ(kp.has_value(), !file.filename().string().contains("forecast")) << file;
-    EXPECT_TRUE(!kp || (*kp >= 0 && *kp <= 9)) << *kp;
-  }
-}
-
 /// "00:00 2 observed, 03:00 3 predicted".
 std::string told(Result<std::vector<KpReading>, DecodeError> const& readings) {
   if (!readings) return "error";
   std::string text;
-  for (KpReading const& reading : *readings) {
+  for (KpReading const& reading : *readings)
     text += (text.empty() ? "" : ", ") + formatIso8601(reading.begin).substr(11, 5) + " " +
             std::to_string(static_cast<int>(reading.kp)) + " " + std::string(enumName(reading.kind));
-  }
   return text;
 }
 
 TEST(KpReadings, AreReadOfEitherFormOfBothProducts) {
   struct Row {
-    std::string body;
-    std::string expected;
+    std::string body, expected;
   };
   for (Row const& row : {
            Row{rows(R"(,["2026-02-03 00:00:00","2","12","8"],["2026-02-03 03:00:00","3","9","8"])"),
@@ -112,22 +99,24 @@ TEST(KpReadings, AreReadOfEitherFormOfBothProducts) {
            Row{R"({"time_tag":"2026-05-04T06:00:00","kp":4})", "error"},
            Row{R"([{"time_tag":"2026-05-04T06:00:00","kp":4})", "error"},
            Row{"<html>", "error"},
-       }) {
+       })
     EXPECT_EQ(told(kpReadings(row.body)), row.expected) << row.body;
-  }
-  for (std::string const& body : test::damagedForms(R"([{"time_tag":"2026-05-04T06:00:00","kp":4}])", 1)) {
+  for (std::string const& body : test::damagedForms(R"([{"time_tag":"2026-05-04T06:00:00","kp":4}])", 1))
     std::ignore = kpReadings(body);
-  }
 }
 
 TEST(KpReadings, ReadRecordedProducts) {
   auto const files = test::sampleFiles("swpc");
   if (!files) GTEST_SKIP() << "NIMBARA_SAMPLES is not set";
   for (auto const& file : *files) {
-    auto const readings = kpReadings(test::readFile(file));
+    std::string const body = test::readFile(file);
+    auto const readings = kpReadings(body);
     ASSERT_TRUE(readings) << file;
     EXPECT_GE(readings->size(), 50) << file;
     bool const isForecast = file.filename().string().contains("forecast");
+    auto const kp = newestKp(body);
+    EXPECT_EQ(kp.has_value(), !isForecast) << file << " has nulls inside its rows of texts";
+    EXPECT_TRUE(!kp || (*kp >= 0 && *kp <= 9)) << *kp;
     EXPECT_EQ(readings->back().kind, isForecast ? KpKind::predicted : KpKind::observed) << file;
   }
 }
@@ -163,7 +152,7 @@ class GeomagneticServiceTest : public testing::Test {
 
 TEST_F(GeomagneticServiceTest, AsksEveryHalfHour) {
   http_.willAnswer(200, R"([{"Kp":2}])");
-  http_.willAnswer(200, R"([{"Kp":3}])");
+  http_.willAnswer(200, R"([{"time_tag":"2026-11-21T06:00:00","Kp":3}])");
   EXPECT_EQ(service_.currentKp().data.now, 2);
   EXPECT_EQ(http_.requests[0].url, "https://swpc.example/products/noaa-planetary-k-index.json");
   EXPECT_EQ(http_.requests[0].timeout, 12s);
@@ -172,34 +161,62 @@ TEST_F(GeomagneticServiceTest, AsksEveryHalfHour) {
   clock_.advance(1ms);
   auto const second = service_.currentKp();
   EXPECT_EQ(second.data.now, 3);
-  EXPECT_EQ(second.checkedAt, at("2026-11-21T09:50:00Z"));
-  clock_.set(at("2026-11-20T09:20:00Z"));
-  service_.currentKp();
-  EXPECT_EQ(http_.requests.size(), 3) << "a clock that was set back";
+  EXPECT_EQ(told(second.data.recent), "06:00 3 observed");
+  clock_.advance(30min);
+  http_.willAnswer(200, rows(""));
+  auto const stale = service_.currentKp();
+  EXPECT_EQ(stale.data.now, 3);
+  EXPECT_TRUE(stale.failure) << "a table without a value";
+  EXPECT_EQ(stale.checkedAt, at("2026-11-21T09:50:00Z"));
 }
 
-TEST_F(GeomagneticServiceTest, KeepsItsValueThroughFailuresAndAsksAgain) {
-  EXPECT_EQ(service_.currentKp().data.now, std::nullopt);
-  http_.willAnswer(299, R"([{"Kp":2}])");
-  EXPECT_EQ(service_.currentKp().data.now, 2);
-  EXPECT_TRUE(service_.currentKp().isCurrent());
-  clock_.advance(30min);
+constexpr Coordinate kTromso{69.65, 18.96}, kEdinburgh{55.95, -3.19}, kBerlin{52.52, 13.41},
+    kMinneapolis{44.98, -93.27}, kHobart{-42.88, 147.33}, kSingapore{1.35, 103.8};
+
+TEST(GeomagneticLatitude, IsNotThatOfTheGlobe) {
   struct Row {
-    int status;
-    std::string body;
+    Coordinate place;
+    double degrees;  ///< corrected geomagnetic, as tables of 2020 have it
+  };
+  for (Row const& row : {Row{kTromso, 66.6}, Row{kEdinburgh, 53}, Row{kBerlin, 48.3}, Row{kMinneapolis, 54.6},
+                         Row{kHobart, 53.9}, Row{{64.15, -21.94}, 64.2}, Row{{-45.87, 170.5}, 53.2}})
+    EXPECT_NEAR(geomagneticLatitude(row.place), row.degrees, 2) << row.place.latitude;
+}
+
+TEST(GeomagneticLatitude, IsKnownEverywhere) {
+  for (Coordinate const place : {Coordinate{90, 0}, Coordinate{-90, 0}, Coordinate{83, -85},
+                                 Coordinate{0, 180}, Coordinate{0, -180}, Coordinate{-12, -77}}) {
+    double const degrees = geomagneticLatitude(place);
+    EXPECT_GE(degrees, 0) << place.latitude;
+    EXPECT_LE(degrees, 90) << place.latitude;
+  }
+  EXPECT_GT(geomagneticLatitude({83, -85}), 80) << "near the pole";
+  EXPECT_LT(geomagneticLatitude(kSingapore), 15);
+}
+
+TEST(AuroraSight, ComesNearerWithTheIndex) {
+  using enum AuroraSight;
+  struct Row {
+    Coordinate place;
+    double kp;
+    AuroraSight sight;
   };
   for (Row const& row :
-       {Row{500, R"([{"Kp":9}])"}, Row{304, ""}, Row{200, "[]"}, Row{200, "<html>"}, Row{200, rows("")}}) {
-    http_.willAnswer(row.status, row.body);
-    auto const stale = service_.currentKp();
-    EXPECT_EQ(stale.data.now, 2) << row.body;
-    EXPECT_TRUE(stale.failure) << row.body;
-    EXPECT_EQ(stale.checkedAt, at("2026-11-21T09:20:00Z"));
-  }
-  http_.willAnswer(200, R"([{"time_tag":"2026-11-21T06:00:00","Kp":4}])");
-  auto const last = service_.currentKp();
-  EXPECT_EQ(last.data.now, 4);
-  EXPECT_EQ(told(last.data.recent), "06:00 4 observed");
+       {Row{kBerlin, 1.67, none}, Row{kBerlin, 6, none}, Row{kBerlin, 7, low}, Row{kBerlin, 9, low},
+        Row{kEdinburgh, 4, none}, Row{kEdinburgh, 5, low}, Row{kEdinburgh, 8, high}, Row{kTromso, 0, high},
+        Row{kMinneapolis, 2, none}, Row{kMinneapolis, 5, low}, Row{kHobart, 2, none}, Row{kHobart, 5, low},
+        Row{kSingapore, 9, none}, Row{kTromso, -1, high}, Row{kBerlin, 12, low}})
+    EXPECT_EQ(auroraSight(row.place, row.kp), row.sight) << row.place.latitude << " " << row.kp;
+}
+
+TEST(KpLevel, CountsTheStorms) {
+  struct Row {
+    double kp;
+    int level;
+  };
+  for (Row const& row : {Row{0, 0}, Row{2.49, 0}, Row{2.5, 1}, Row{3.67, 2}, Row{4.49, 2}, Row{4.67, 3},
+                         Row{5.33, 3}, Row{6, 4}, Row{7, 5}, Row{8, 6}, Row{8.99, 6}, Row{9, 7}})
+    EXPECT_EQ(kpLevel(row.kp), row.level) << row.kp;
 }
 
 }  // namespace

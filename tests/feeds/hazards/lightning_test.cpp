@@ -29,12 +29,10 @@ TEST(LightningStrikes, AreReadWithoutWhatIsNone) {
   EXPECT_EQ(*strikes, (std::vector<LightningStrike>{{at("2026-11-21T09:00:00.250Z"), {50, 10}}}));
   auto const none = parseLightningStrikes(listOf(""));
   EXPECT_TRUE(none && none->empty());
-  for (std::string const body : {"", "[]", "{}", "<html>", R"({"strikes":null})"}) {
+  for (std::string const body : {"", "[]", "{}", "<html>", R"({"strikes":null})"})
     EXPECT_FALSE(parseLightningStrikes(body)) << body;
-  }
-  for (std::string const& body : test::damagedForms(listOf(strike("2026-11-21T09:00:00Z")), 3)) {
+  for (std::string const& body : test::damagedForms(listOf(strike("2026-11-21T09:00:00Z")), 3))
     parseLightningStrikes(body);
-  }
 }
 
 class LightningSourceTest : public testing::Test {

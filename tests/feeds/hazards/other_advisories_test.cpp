@@ -88,8 +88,7 @@ TEST(GermanAdvisories, TakeWhatIsForPartsForLess) {
 }
 
 struct StatusRow {
-  char const* status;
-  char const* advice;
+  char const *status, *advice;
   int level;
   bool hasRegions;
 };

@@ -38,127 +38,66 @@ TEST(TravelAdvisories, AreReadWhole) {
 }
 
 struct CountryRow {
-  std::string_view code;
-  std::string_view iso;
+  std::string_view code, iso;
 };
 
 TEST(TravelAdvisories, HaveTheirIssuersCodes) {
-  for (CountryRow const& row : {
-           CountryRow{"GM", "DE"},
-           {"GA", "GM"},
-           {"GB", "GA"},
-           {"CH", "CN"},
-           {"SZ", "CH"},
-           {"WZ", "SZ"},
-           {"AU", "AT"},
-           {"AS", "AU"},
-           {"AQ", "AS"},
-           {"AY", "AQ"},
-           {"NI", "NG"},
-           {"NG", "NE"},
-           {"NU", "NI"},
-           {"SN", "SG"},
-           {"SG", "SN"},
-           {"EI", "IE"},
-           {"IC", "IS"},
-           {"IS", "IL"},
-           {"SP", "ES"},
-           {"ES", "SV"},
-           {"JA", "JP"},
-           {"KS", "KR"},
-           {"KN", "KP"},
-           {"SC", "KN"},
-           {"SE", "SC"},
-           {"SW", "SE"},
-           {"RS", "RU"},
-           {"RI", "RS"},
-           {"UK", "GB"},
-           {"UP", "UA"},
-           {"BM", "MM"},
-           {"BD", "BM"},
-           {"BG", "BD"},
-           {"BU", "BG"},
-           {"CG", "CD"},
-           {"CF", "CG"},
-           {"CT", "CF"},
-           {"CD", "TD"},
-           {"TD", "TT"},
-           {"CI", "CL"},
-           {"IV", "CI"},
-           {"PO", "PT"},
-           {"PM", "PA"},
-           {"PA", "PY"},
-           {"MO", "MA"},
-           {"MA", "MG"},
-           {"MG", "MN"},
-           {"MN", "MC"},
-           {"VM", "VN"},
-           {"DA", "DK"},
-           {"OD", "SS"},
-           {"KV", "XK"},
-           {"TU", "TR"},
-           {"TS", "TN"},
-           {"TN", "TO"},
-           {"TO", "TG"},
-           {"LE", "LB"},
-           {"LI", "LR"},
-           {"LS", "LI"},
-           {"LT", "LS"},
-           {"LH", "LT"},
-           {"HA", "HT"},
-           {"FR", "FR"},
-           {"us", "US"},
-           {" mx ", "MX"},
-           // No codes of FIPS, so they can only be ISO's.
-           {"DE", "DE"},
-           {"JP", "JP"},
-           {"IE", "IE"},
-           // None at all.
-           {"", ""},
-           {"ZZZ", ""},
-           {"Q", ""},
-           {"1A", ""},
-           {"QQ", ""},
-       }) {
+  for (CountryRow const& row :
+       {CountryRow{"GM", "DE"}, CountryRow{"GA", "GM"}, CountryRow{"GB", "GA"}, CountryRow{"CH", "CN"},
+        CountryRow{"SZ", "CH"}, CountryRow{"WZ", "SZ"}, CountryRow{"AU", "AT"}, CountryRow{"AS", "AU"},
+        CountryRow{"AQ", "AS"}, CountryRow{"AY", "AQ"}, CountryRow{"NI", "NG"}, CountryRow{"NG", "NE"},
+        CountryRow{"NU", "NI"}, CountryRow{"SN", "SG"}, CountryRow{"SG", "SN"}, CountryRow{"EI", "IE"},
+        CountryRow{"IC", "IS"}, CountryRow{"IS", "IL"}, CountryRow{"SP", "ES"}, CountryRow{"ES", "SV"},
+        CountryRow{"JA", "JP"}, CountryRow{"KS", "KR"}, CountryRow{"KN", "KP"}, CountryRow{"SC", "KN"},
+        CountryRow{"SE", "SC"}, CountryRow{"SW", "SE"}, CountryRow{"RS", "RU"}, CountryRow{"RI", "RS"},
+        CountryRow{"UK", "GB"}, CountryRow{"UP", "UA"}, CountryRow{"BM", "MM"}, CountryRow{"BD", "BM"},
+        CountryRow{"BG", "BD"}, CountryRow{"BU", "BG"}, CountryRow{"CG", "CD"}, CountryRow{"CF", "CG"},
+        CountryRow{"CT", "CF"}, CountryRow{"CD", "TD"}, CountryRow{"TD", "TT"}, CountryRow{"CI", "CL"},
+        CountryRow{"IV", "CI"}, CountryRow{"PO", "PT"}, CountryRow{"PM", "PA"}, CountryRow{"PA", "PY"},
+        CountryRow{"MO", "MA"}, CountryRow{"MA", "MG"}, CountryRow{"MG", "MN"}, CountryRow{"MN", "MC"},
+        CountryRow{"VM", "VN"}, CountryRow{"DA", "DK"}, CountryRow{"OD", "SS"}, CountryRow{"KV", "XK"},
+        CountryRow{"TU", "TR"}, CountryRow{"TS", "TN"}, CountryRow{"TN", "TO"}, CountryRow{"TO", "TG"},
+        CountryRow{"LE", "LB"}, CountryRow{"LI", "LR"}, CountryRow{"LS", "LI"}, CountryRow{"LT", "LS"},
+        CountryRow{"LH", "LT"}, CountryRow{"HA", "HT"}, CountryRow{"FR", "FR"}, CountryRow{"us", "US"},
+        CountryRow{" mx ", "MX"},
+        // No codes of FIPS, so they can only be ISO's.
+        CountryRow{"DE", "DE"}, CountryRow{"JP", "JP"}, CountryRow{"IE", "IE"},
+        // None at all.
+        CountryRow{"", ""}, CountryRow{"ZZZ", ""}, CountryRow{"Q", ""}, CountryRow{"1A", ""},
+        CountryRow{"QQ", ""}})
     EXPECT_EQ(isoOfFips(row.code), row.iso) << row.code;
-  }
 }
 
 struct NameRow {
-  std::string_view name;
-  std::string_view code;
-  std::string_view iso;
+  std::string_view name, code, iso;
 };
 
 TEST(TravelAdvisories, AreOfTheCountryThatTheyName) {
-  for (NameRow const& row : {
-           NameRow{"Germany", "GM", "DE"},
-           {"Germany", "DE", "DE"},
-           {"The Gambia", "GM", "GM"},
-           {"China", "CN", "CN"},
-           {"Comoros", "CN", "KM"},
-           {"Testland", "GM", "DE"},
-           {"Testland", "??", ""},
-           {"Burma (Myanmar)", "BM", "MM"},
-           {"Cote d'Ivoire", "IV", "CI"},
-           {"Democratic Republic of the Congo", "CG", "CD"},
-           {"Republic of the Congo", "CF", "CG"},
-           {"Saint Kitts and Nevis", "SC", "KN"},
-           {"Antigua and Barbuda", "AC", "AG"},
-           {"Trinidad and Tobago", "TD", "TT"},
-           {"Bosnia and Herzegovina", "BK", "BA"},
-           {"Turkey", "TU", "TR"},
-           {"Czech Republic", "EZ", "CZ"},
-           {"Israel, the West Bank and Gaza", "IS", "IL"},
-           {"North Korea", "", "KP"},
-           {"South Korea", "", "KR"},
-           {"The Bahamas", "", "BS"},
-           {"Guinea-Bissau", "", "GW"},
-           {"Guinea", "", "GN"},
-           {"Niger", "", "NE"},
-       }) {
+  for (NameRow const& row : {NameRow{"Germany", "GM", "DE"},
+                             NameRow{"Germany", "DE", "DE"},
+                             NameRow{"The Gambia", "GM", "GM"},
+                             NameRow{"China", "CN", "CN"},
+                             NameRow{"Comoros", "CN", "KM"},
+                             NameRow{"Testland", "GM", "DE"},
+                             NameRow{"Testland", "??", ""},
+                             NameRow{"Burma (Myanmar)", "BM", "MM"},
+                             NameRow{"Cote d'Ivoire", "IV", "CI"},
+                             NameRow{"Democratic Republic of the Congo", "CG", "CD"},
+                             NameRow{"Republic of the Congo", "CF", "CG"},
+                             NameRow{"Saint Kitts and Nevis", "SC", "KN"},
+                             NameRow{"Antigua and Barbuda", "AC", "AG"},
+                             NameRow{"Trinidad and Tobago", "TD", "TT"},
+                             NameRow{"Bosnia and Herzegovina", "BK", "BA"},
+                             NameRow{"Turkey", "TU", "TR"},
+                             NameRow{"Czech Republic", "EZ", "CZ"},
+                             NameRow{"Israel, the West Bank and Gaza", "IS", "IL"},
+                             NameRow{"North Korea", "", "KP"},
+                             NameRow{"South Korea", "", "KR"},
+                             NameRow{"The Bahamas", "", "BS"},
+                             NameRow{"Guinea-Bissau", "", "GW"},
+                             NameRow{"Guinea", "", "GN"},
+                             NameRow{"Niger", "", "NE"}})
     EXPECT_EQ(countryOfAdvisory(row.name, row.code), row.iso) << row.name;
-  }
 }
 
 TEST(TravelAdvisories, HaveTheLevelOfTheirTitle) {
@@ -170,9 +109,8 @@ TEST(TravelAdvisories, HaveTheLevelOfTheirTitle) {
        {Row{"X - Level 1: Normal", 1}, Row{"X - Level 4: Do Not Travel", 4}, Row{"X - LEVEL 3", 3},
         Row{"X - Level 0: ?", 0}, Row{"X - Level 5: ?", 0}, Row{"X - Level 12", 0}, Row{"X - Level", 0},
         Row{"X - Level : 2", 0}, Row{"X - See Summaries", 0}, Row{"", 0},
-        Row{"Sea Level Isles - Level 2: Caution", 2}}) {
+        Row{"Sea Level Isles - Level 2: Caution", 2}})
     EXPECT_EQ(levelOfTitle(row.title).value_or(0), row.level) << row.title;
-  }
 }
 
 TEST(TravelAdvisories, AreLeftOutWithoutACountryOrALevel) {
@@ -199,18 +137,14 @@ TEST(TravelAdvisories, OfOneCountryAreOneOfTheHighestLevel) {
 }
 
 TEST(TravelAdvisories, NoneAreAFailure) {
-  for (std::string const body : {"[]", "{}", "", "null", "<html>", "[{}]", R"({"error":"x"})"}) {
+  for (std::string const body : {"[]", "{}", "", "null", "<html>", "[{}]", R"({"error":"x"})"})
     EXPECT_FALSE(parseTravelAdvisories(body)) << body;
-  }
-  for (std::string const& body : test::damagedForms(listOf(advisory("France - Level 2: x", "FR")), 3)) {
+  for (std::string const& body : test::damagedForms(listOf(advisory("France - Level 2: x", "FR")), 3))
     parseTravelAdvisories(body);
-  }
 }
 
 TEST(TravelAdvisories, AreAsSevereAsTheirLevel) {
-  for (int level = 1; level <= 4; ++level) {
-    EXPECT_EQ(static_cast<int>(advisorySeverity(level)), level - 1);
-  }
+  for (int level = 1; level <= 4; ++level) EXPECT_EQ(static_cast<int>(advisorySeverity(level)), level - 1);
   EXPECT_EQ(severityOfWord("low"), AlertSeverity::info);
   EXPECT_EQ(severityOfWord("medium"), AlertSeverity::advisory);
   EXPECT_EQ(severityOfWord("high"), AlertSeverity::warning);
@@ -219,41 +153,28 @@ TEST(TravelAdvisories, AreAsSevereAsTheirLevel) {
 }
 
 struct HtmlRow {
-  std::string html;
-  std::string text;
+  std::string html, text;
 };
 
 TEST(PlainText, IsWhatReadersOfHtmlSee) {
-  for (HtmlRow const& row : {
-           HtmlRow{"", ""},
-           {"plain", "plain"},
-           {" a \n b\t\tc ", "a b c"},
-           {"<p>a</p><p>b</p>", "a\nb"},
-           {"<P CLASS=\"x\">a<br/>b<BR>c", "a\nb\nc"},
-           {"<ul><li>a</li><li>b</li></ul>c", "a\nb\nc"},
-           {"a<b>b</b>c", "abc"},
-           {"<script>if (a<b) x();</script>y<style>p{}</style >z", "yz"},
-           {"<script>never ends", ""},
-           {"a<!-- > --><!-- x", "a"},
-           {"1 < 2 & 3 > 2", "1 < 2 & 3 > 2"},
-           {"a<", "a<"},
-           {"a</", "a</"},
-           {"a<b", "a"},
-           {"&lt;b&gt; &amp;amp; &rsquo;&eacute;", "<b> &amp; ’é"},
-           {"&#65;&#x42;&#8217;&#x1F600;", "AB’😀"},
-           {"&#0;&#xD800;&#x110000;x", "x"},
-           {"&#99999999999;&#;&#x;&;&unknown;&amp", "&#99999999999;&#;&#x;&;&unknown;&amp"},
-           {"a&nbsp;&nbsp;b", "a b"},
-       }) {
+  for (HtmlRow const& row :
+       {HtmlRow{"", ""}, HtmlRow{"plain", "plain"}, HtmlRow{" a \n b\t\tc ", "a b c"},
+        HtmlRow{"<p>a</p><p>b</p>", "a\nb"}, HtmlRow{"<P CLASS=\"x\">a<br/>b<BR>c", "a\nb\nc"},
+        HtmlRow{"<ul><li>a</li><li>b</li></ul>c", "a\nb\nc"}, HtmlRow{"a<b>b</b>c", "abc"},
+        HtmlRow{"<script>if (a<b) x();</script>y<style>p{}</style >z", "yz"},
+        HtmlRow{"<script>never ends", ""}, HtmlRow{"a<!-- > --><!-- x", "a"},
+        HtmlRow{"1 < 2 & 3 > 2", "1 < 2 & 3 > 2"}, HtmlRow{"a<", "a<"}, HtmlRow{"a</", "a</"},
+        HtmlRow{"a<b", "a"}, HtmlRow{"&lt;b&gt; &amp;amp; &rsquo;&eacute;", "<b> &amp; ’é"},
+        HtmlRow{"&#65;&#x42;&#8217;&#x1F600;", "AB’😀"}, HtmlRow{"&#0;&#xD800;&#x110000;x", "x"},
+        HtmlRow{"&#99999999999;&#;&#x;&;&unknown;&amp", "&#99999999999;&#;&#x;&;&unknown;&amp"},
+        HtmlRow{"a&nbsp;&nbsp;b", "a b"}})
     EXPECT_EQ(plainTextOfHtml(row.html), row.text) << row.html;
-  }
   EXPECT_EQ(plainTextOfHtml("a&#155;b&#x202E;c&#127;"), "abc") << "entities bring no controls either";
   EXPECT_EQ(plainTextOfHtml("abcé", 4), "abc") << "no half character";
   EXPECT_EQ(plainTextOfHtml("abcé", 5), "abcé");
   EXPECT_EQ(plainTextOfHtml("é", 0), "");
-  for (std::string const& html : test::damagedForms("<p>a&amp;<b>c</b></p><!-- x --><script>y</script>", 1)) {
+  for (std::string const& html : test::damagedForms("<p>a&amp;<b>c</b></p><!-- x --><script>y</script>", 1))
     plainTextOfHtml(html);
-  }
 }
 
 class TravelAdvisoryServiceTest : public testing::Test {

@@ -52,9 +52,8 @@ TEST(Jtwc, RefusesWhatIsNoWarning) {
                                  "2026092512 25W X 010 01 305 12\nT012 225N 1272E 060\n",
                                  "2026139912 25W X 010 01 305 12\nT000 214N 1282E 050\n",
                                  "2026092512 25W X 010 01 305 12\nT000 914N 1282E 050\n",
-                                 "2026092512 25W X 010 01 305 12\nT000 214N 1282E 999\n"}) {
+                                 "2026092512 25W X 010 01 305 12\nT000 214N 1282E 999\n"})
     EXPECT_FALSE(parseJtwcWarning(body, "wp2526")) << body;
-  }
   EXPECT_FALSE(parseJtwcWarning(kWarning, "../etc"));
   for (std::string const& body : test::damagedForms(kWarning, 3)) parseJtwcWarning(body, "wp2526");
 }
@@ -126,14 +125,10 @@ TEST(StormApproach, AgreesWithAThousandStepsOfTheRecordedTrack) {
   if (warning.empty()) GTEST_SKIP() << "NIMBARA_SAMPLES is not set";
   auto const storm = parseJtwcWarning(warning, "wp2526");
   ASSERT_TRUE(storm);
-  for (Coordinate const place : {Coordinate{26.21, 127.68},
-                                 {24.34, 124.16},
-                                 {31.6, 130.56},
-                                 {33.5, 133.5},
-                                 {35.69, 139.69},
-                                 {25.03, 121.57},
-                                 {14.6, 120.98},
-                                 {13.44, 144.79}}) {
+  for (Coordinate const place :
+       {Coordinate{26.21, 127.68}, Coordinate{24.34, 124.16}, Coordinate{31.6, 130.56},
+        Coordinate{33.5, 133.5}, Coordinate{35.69, 139.69}, Coordinate{25.03, 121.57},
+        Coordinate{14.6, 120.98}, Coordinate{13.44, 144.79}}) {
     double least = 1e9;
     for (std::size_t leg = 1; leg < storm->track.size(); ++leg) {
       Coordinate const from = storm->track[leg - 1].coordinate, to = storm->track[leg].coordinate;
@@ -199,18 +194,12 @@ struct BasinRow {
 
 TEST(Gdacs, KnowsTheBasinOfAPosition) {
   using enum TropicalBasin;
-  for (BasinRow const& row : {BasinRow{{25.8, -80.2}, atlantic},
-                              {{20, -95}, atlantic},
-                              {{14, -80}, atlantic},
-                              {{15, -95}, easternPacific},
-                              {{20, -110}, easternPacific},
-                              {{10, -90}, easternPacific},
-                              {{20, -156}, centralPacific},
-                              {{20, 130}, westernPacific},
-                              {{15, 88}, northIndian},
-                              {{-15, 60}, southern}}) {
+  for (BasinRow const& row :
+       {BasinRow{{25.8, -80.2}, atlantic}, BasinRow{{20, -95}, atlantic}, BasinRow{{14, -80}, atlantic},
+        BasinRow{{15, -95}, easternPacific}, BasinRow{{20, -110}, easternPacific},
+        BasinRow{{10, -90}, easternPacific}, BasinRow{{20, -156}, centralPacific},
+        BasinRow{{20, 130}, westernPacific}, BasinRow{{15, 88}, northIndian}, BasinRow{{-15, 60}, southern}})
     EXPECT_EQ(basinAt(row.at), row.basin) << row.at.latitude << " " << row.at.longitude;
-  }
 }
 
 TropicalStorm stormAt(Coordinate place, std::string name = "Alder", StormCentre centre = StormCentre::jtwc) {
@@ -225,15 +214,12 @@ TropicalStorm stormAt(Coordinate place, std::string name = "Alder", StormCentre 
 
 TEST(StormMerge, TakesOneStormOnce) {
   // 4.49° of latitude are 499.3 km, 4.5° are 500.4 km.
-  for (auto const& [latitude, hours, name, same] : {std::tuple{4.49, 24, "ALDER", true},
-                                                    {4.5, 24, "Alder", false},
-                                                    {4.49, 25, "Alder", false},
-                                                    {0.0, 0, "Birch", false},
-                                                    {1.79, 24, "TWENTYFIVE", true},  // 199 km
-                                                    {1.81, 0, "Twenty-five", false},
-                                                    {0.0, 0, "Seven-E", true},
-                                                    {0.0, 0, "Tenacious", false},
-                                                    {0.0, 0, "", false}}) {
+  for (auto const& [latitude, hours, name, same] :
+       {std::tuple{4.49, 24, "ALDER", true}, std::tuple{4.5, 24, "Alder", false},
+        std::tuple{4.49, 25, "Alder", false}, std::tuple{0.0, 0, "Birch", false},
+        std::tuple{1.79, 24, "TWENTYFIVE", true},  // 199 km
+        std::tuple{1.81, 0, "Twenty-five", false}, std::tuple{0.0, 0, "Seven-E", true},
+        std::tuple{0.0, 0, "Tenacious", false}, std::tuple{0.0, 0, "", false}}) {
     std::vector<TropicalStorm> storms{stormAt({0, 130})};
     TropicalStorm other = stormAt({latitude, 130}, name, StormCentre::gdacs);
     *other.lastUpdate += std::chrono::hours(hours);

@@ -79,9 +79,8 @@ TEST(HotSpots, NoneAreNotTheSameAsATextThatIsNoTable) {
   for (std::string const& body :
        {std::string("Invalid MAP_KEY."), std::string(), std::string("<html>"),
         std::string("latitude,longitude\n1,2"), std::string("Exceeding allowed transaction limit"),
-        kHeader + std::string("x\ny\n") + row("1,2")}) {
+        kHeader + std::string("x\ny\n") + row("1,2")})
     EXPECT_FALSE(parseHotSpots(body)) << body;
-  }
   EXPECT_TRUE(parseHotSpots(kHeader + std::string("x\n") + row("1,2"))) << "as many good rows as bad ones";
   EXPECT_NE(parseHotSpots("Invalid MAP_KEY.").error().text().find("Invalid MAP_KEY."), std::string::npos);
   for (std::string const& body : test::damagedForms(kHeader + row("1,2"), 3)) parseHotSpots(body);
@@ -98,9 +97,8 @@ TEST(HotSpots, ReadARecordedTable) {
   EXPECT_LT(spots->size(), 3125) << "some are of low confidence";
   auto const fires = firesNear(*spots, {-14, 134}, 500, at("2022-04-04T00:00:00Z"));
   EXPECT_GT(fires.size(), 10);
-  for (std::size_t i = 1; i < fires.size(); ++i) {
+  for (std::size_t i = 1; i < fires.size(); ++i)
     EXPECT_LE(haversineKm({-14, 134}, fires[i - 1].coordinate), haversineKm({-14, 134}, fires[i].coordinate));
-  }
 }
 
 HotSpot spot(double latitude, double longitude, double frp = 1, Instant time = at("2026-11-21T09:00:00Z")) {
@@ -168,9 +166,8 @@ TEST(Fires, AreAskedForInBoxes) {
            {{0, -179.5}, 111.19, {"-180.0,-1.0,-178.4,1.0", "179.4,-1.0,180.0,1.0"}},
            {{89.5, 0}, 50, {"-180.0,89.0,180.0,90.0"}},
            {{-90, 0}, 500, {"-180.0,-90.0,180.0,-85.5"}},
-       }) {
+       })
     EXPECT_EQ(fireAreas(test.place, test.radiusKm), test.areas) << formatCoordinate(test.place);
-  }
 }
 
 class WildfireServiceTest : public testing::Test {
@@ -236,9 +233,8 @@ TEST_F(WildfireServiceTest, LooksNoFartherThanTheLargestRadius) {
   http_.willAnswer(200, kHeader);
   service_.fetchFires({0, 0}, 1e9);
   EXPECT_NE(http_.requests[0].url.find("/-4.6,-4.5,4.6,4.5/"), std::string::npos) << http_.requests[0].url;
-  for (double const radius : {0.0, -1.0, std::nan("")}) {
+  for (double const radius : {0.0, -1.0, std::nan("")})
     EXPECT_EQ(service_.fetchFires({0, 0}, radius).state, FeedState::failed) << radius;
-  }
   EXPECT_EQ(http_.requests.size(), 1);
 }
 
