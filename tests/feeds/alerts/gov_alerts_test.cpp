@@ -109,9 +109,8 @@ TEST(LiveEvents, TellAnEventOnceByItsNewestMessage) {
                          Row{{first, second, third}, {"third"}}, Row{{first, cancel}, {}},
                          Row{{cancel, second, first}, {"second"}}, Row{{first, test}, {"first"}},
                          Row{{first, stranger}, {"first", "stranger"}}, Row{{self}, {"self"}},
-                         Row{{loopA, loopB}, {"loop"}}, Row{{first, first}, {"first"}}}) {
+                         Row{{loopA, loopB}, {"loop"}}, Row{{first, first}, {"first"}}})
     EXPECT_EQ(headlines(liveEvents(row.list, kNow)), row.shown);
-  }
 }
 
 /// Whatever a message says of itself, beside one that holds: what is shown of the two.
@@ -246,9 +245,8 @@ TEST(LiveEvents, TellReissuesWithoutReferencesOnce) {
         Row{"area", {airQuality("a", 60min), otherArea}, {"60", "5"}},
         Row{"event", {airQuality("a", 60min), otherEvent}, {"60", "5"}},
         Row{"number", {airQuality("a", 60min), numbered}, {"60", "5"}},
-        Row{"a later one", {over, later}, {"1440", "0"}}}) {
+        Row{"a later one", {over, later}, {"1440", "0"}}})
     EXPECT_EQ(headlines(liveEvents(row.list, kNow)), row.shown) << row.what;
-  }
 }
 
 TEST(LiveEvents, KeepTheirIdentifierWhenIssuedAnewWithoutReferences) {
@@ -340,9 +338,8 @@ TEST(LiveEvents, AreOfTheKindThatTheirNameSays) {
         Row{"Winter Storm Warning", snow}, Row{"Wind Chill Warning", cold}, Row{"High Wind Warning", wind},
         Row{"Fire Weather Watch", fire}, Row{"Hurricane Force Wind Warning", tropicalCyclone},
         Row{"Storm Surge Warning", coast}, Row{"Dense Fog Advisory", fog}, Row{"Extreme Heat Warning", heat},
-        Row{"Child Abduction Emergency", other}}) {
+        Row{"Child Abduction Emergency", other}})
     EXPECT_EQ(nwsWarningKind(row.event), row.kind) << row.event;
-  }
 }
 
 /// Records state it by the symbol's name.

@@ -121,8 +121,7 @@ INSTANTIATE_TEST_SUITE_P(
 struct ChoiceRow {
   char const* name;
   Coordinate place;
-  char const* chosen;
-  char const* route;
+  char const *chosen, *route;
 };
 
 void PrintTo(ChoiceRow const& row, std::ostream* out) {
@@ -165,9 +164,8 @@ TEST(WarningRoute, SaysWhatMayBeChosen) {
 
 /// "UK" and "EL" are how some services write them.
 TEST(WarningRoute, TakesACountryHoweverItIsWritten) {
-  for (char const* const country : {"GB", "uk", "EL", "gr"}) {
+  for (char const* const country : {"GB", "uk", "EL", "gr"})
     EXPECT_THAT(warningRoute({{52, 0}, country, {}}), ElementsAre("meteoalarm")) << country;
-  }
 }
 
 TEST(OfficialSources, HaveARowForEveryNameOfARoute) {

@@ -181,8 +181,7 @@ CapAlert inLanguage(std::string identifier, std::string language, std::string ev
 TEST(CapChains, MessagesOfOneTextInSeveralLanguagesAreOneEvent) {
   struct Row {
     std::string name;
-    CapAlert one;
-    CapAlert other;
+    CapAlert one, other;
     std::size_t events = 1;
   };
   CapAlert apart = inLanguage("7-RU", "ru", "Ветер");

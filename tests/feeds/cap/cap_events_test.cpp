@@ -258,8 +258,7 @@ TEST(CapEvents, OfSeveralBlocksThoseDecideThatHaveThePlaceInThem) {
 }
 
 struct Level {
-  std::string severity;
-  std::string awareness;
+  std::string severity, awareness;
   std::optional<AlertSeverity> taken;  ///< nothing: it is no warning
   std::string colour;
   bool isStated = true;
@@ -301,8 +300,7 @@ TEST(CapEvents, ColoursHaveNamesOfTheirOwn) {
 }
 
 struct Named {
-  std::string event;
-  std::string language;
+  std::string event, language;
   WarningKind kind;
 };
 

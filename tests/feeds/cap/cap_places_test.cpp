@@ -110,9 +110,7 @@ TEST(CapPlaces, NoWarningIsMissedAndNoneIsFalse) {
 }
 
 struct Row {
-  char const* identifier;
-  char const* sender;
-  char const* country;
+  char const *identifier, *sender, *country;
 };
 
 TEST(CapIssuer, HasACountry) {
@@ -139,21 +137,11 @@ TEST(CapIssuer, HasACountry) {
 }
 
 TEST(CountryNumber, IsThatOfACountry) {
-  for (auto const& [number, code] : std::map<int, std::string>{{-1, ""},
-                                                               {0, ""},
-                                                               {3, ""},
-                                                               {4, "AF"},
-                                                               {5, ""},
-                                                               {8, "AL"},
-                                                               {124, "CA"},
-                                                               {276, "DE"},
-                                                               {598, "PG"},
-                                                               {882, "WS"},
-                                                               {894, "ZM"},
-                                                               {895, ""},
-                                                               {1004, ""}}) {
+  for (auto const& [number, code] :
+       {std::pair{-1, ""}, std::pair{0, ""}, std::pair{3, ""}, std::pair{4, "AF"}, std::pair{5, ""},
+        std::pair{8, "AL"}, std::pair{124, "CA"}, std::pair{276, "DE"}, std::pair{598, "PG"},
+        std::pair{882, "WS"}, std::pair{894, "ZM"}, std::pair{895, ""}, std::pair{1004, ""}})
     EXPECT_EQ(countryCodeOfNumber(number), code) << number;
-  }
 }
 
 }  // namespace

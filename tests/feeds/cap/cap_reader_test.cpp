@@ -157,9 +157,7 @@ TEST(CapReader, ReadsDocumentsAsTheyAreSent) {
 /// Texts that bodies in other encodings name; what stands there is the issuer's own.
 TEST(CapReader, ReadsTheEncodingThatADocumentDeclares) {
   struct Row {
-    char const* encoding;
-    char const* bytes;
-    char const* text;
+    char const *encoding, *bytes, *text;
   };
   for (Row const& row :
        {Row{"windows-1250", "Siln\xFD v\xEDtr", "Silný vítr"},
@@ -244,8 +242,7 @@ TEST(CapReader, RefusesWhatIsNoMessageOrTooMuch) {
   EXPECT_TRUE(parseCap(nested(64)));
   EXPECT_TRUE(parseCap("<alert><info><area>" + ring(60'000) + ring(40'000) + "</area></info></alert>"));
   struct Row {
-    std::string body;
-    std::string reason;
+    std::string body, reason;
   };
   for (Row const& row :
        {Row{nested(65), "nested too deeply"},

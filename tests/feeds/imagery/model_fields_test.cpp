@@ -23,38 +23,33 @@ struct GridRow {
   char const* name;
   Coordinate centre;
   double zoom;
-  friend void PrintTo(GridRow const& row, std::ostream* out) { *out << row.name; }
 };
 
-class ModelGrids : public testing::TestWithParam<GridRow> {};
-
-TEST_P(ModelGrids, CoverTheViewWithFewPoints) {
-  for (auto const& [width, height] : {std::pair(1280, 800), {400, 900}, {2560, 300}, {1, 1}}) {
-    MapView const view = bounded({mercatorOf(GetParam().centre), GetParam().zoom, width, height});
-    ModelGrid const grid = modelGridFor(view);
-    EXPECT_LE(grid.columns, ModelGrid::kMostColumns);
-    EXPECT_LE(grid.rows, ModelGrid::kMostRows);
-    std::vector<float> const values(grid.size(), 1);
-    double const side = std::min<double>(width, view.worldSide());
-    for (double const x : {0.5, side / 2, side - 0.5}) {
-      for (double const y : {0.5, height / 2.0, height - 0.5}) {
-        Coordinate const place = coordinateOf(pointAt(view, {x, y}));
-        if (std::abs(place.latitude) < 84) EXPECT_TRUE(fieldAt(values, grid, place)) << width << " " << x;
+TEST(ModelGrids, CoverTheViewWithFewPoints) {
+  for (GridRow const& row : {GridRow{"europe", {50, 10}, 5}, GridRow{"world", {20, 0}, 2},
+                             GridRow{"dateLine", {-17, 180}, 6}, GridRow{"beforeIt", {-17, -179.9}, 9},
+                             GridRow{"north", {80, 20}, 3}, GridRow{"street", {52.5, 13.4}, 12}}) {
+    for (auto const& [width, height] :
+         {std::pair(1280, 800), std::pair{400, 900}, std::pair{2560, 300}, std::pair{1, 1}}) {
+      MapView const view = bounded({mercatorOf(row.centre), row.zoom, width, height});
+      ModelGrid const grid = modelGridFor(view);
+      EXPECT_LE(grid.columns, ModelGrid::kMostColumns);
+      EXPECT_LE(grid.rows, ModelGrid::kMostRows);
+      std::vector<float> const values(grid.size(), 1);
+      double const side = std::min<double>(width, view.worldSide());
+      for (double const x : {0.5, side / 2, side - 0.5}) {
+        for (double const y : {0.5, height / 2.0, height - 0.5}) {
+          Coordinate const place = coordinateOf(pointAt(view, {x, y}));
+          if (std::abs(place.latitude) < 84) EXPECT_TRUE(fieldAt(values, grid, place)) << width << " " << x;
+        }
       }
-    }
-    for (int column = 0; column < grid.columns; ++column) {
-      EXPECT_GE(grid.at(0, column).longitude, -180);
-      EXPECT_LT(grid.at(0, column).longitude, 180);
+      for (int column = 0; column < grid.columns; ++column) {
+        EXPECT_GE(grid.at(0, column).longitude, -180);
+        EXPECT_LT(grid.at(0, column).longitude, 180);
+      }
     }
   }
 }
-
-INSTANTIATE_TEST_SUITE_P(All, ModelGrids,
-                         testing::Values(GridRow{"europe", {50, 10}, 5}, GridRow{"world", {20, 0}, 2},
-                                         GridRow{"dateLine", {-17, 180}, 6},
-                                         GridRow{"beforeIt", {-17, -179.9}, 9}, GridRow{"north", {80, 20}, 3},
-                                         GridRow{"street", {52.5, 13.4}, 12}),
-                         [](auto const& info) { return std::string(info.param.name); });
 
 TEST(ModelGrid, IsTheSameForAViewBeside) {
   MapView const view{mercatorOf({51.2, 12.2}), 6, 1000, 700};
@@ -73,31 +68,25 @@ struct ValueRow {
   char const* name;
   Coordinate place;
   std::optional<double> value;
-  friend void PrintTo(ValueRow const& row, std::ostream* out) { *out << row.name; }
 };
 
-class FieldValues : public testing::TestWithParam<ValueRow> {};
-
 /// Three columns across the 180th meridian, two rows; the south-eastern point is not known.
-TEST_P(FieldValues, LieBetweenThePoints) {
-  ModelGrid const grid{170, 10, 10, 10, 3, 2};
-  std::vector<float> const values{0, 10, 20, 100, 110, kNone};
-  auto const value = fieldAt(values, grid, GetParam().place);
-  ASSERT_EQ(value.has_value(), GetParam().value.has_value());
-  if (value) EXPECT_NEAR(*value, *GetParam().value, 1e-6);
+TEST(FieldValues, LieBetweenThePoints) {
+  for (ValueRow const& row :
+       {ValueRow{"corner", {10, 170}, 0}, ValueRow{"edge", {10, 175}, 5}, ValueRow{"inside", {5, 175}, 55},
+        ValueRow{"south", {0, 170}, 100}, ValueRow{"meridian", {10, 180}, 10},
+        ValueRow{"sameMeridian", {10, -180}, 10}, ValueRow{"beyondIt", {10, -175}, 15},
+        ValueRow{"lastColumn", {10, -170}, 20}, ValueRow{"besideTheHole", {5, 180}, 60},
+        ValueRow{"inTheHole", {5, -175}, {}}, ValueRow{"theHole", {0, -170}, {}},
+        ValueRow{"north", {10.1, 175}, {}}, ValueRow{"south2", {-0.1, 175}, {}},
+        ValueRow{"west", {5, 169.9}, {}}, ValueRow{"east", {5, -169.9}, {}}}) {
+    ModelGrid const grid{170, 10, 10, 10, 3, 2};
+    std::vector<float> const values{0, 10, 20, 100, 110, kNone};
+    auto const value = fieldAt(values, grid, row.place);
+    ASSERT_EQ(value.has_value(), row.value.has_value());
+    if (value) EXPECT_NEAR(*value, *row.value, 1e-6);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    All, FieldValues,
-    testing::Values(ValueRow{"corner", {10, 170}, 0}, ValueRow{"edge", {10, 175}, 5},
-                    ValueRow{"inside", {5, 175}, 55}, ValueRow{"south", {0, 170}, 100},
-                    ValueRow{"meridian", {10, 180}, 10}, ValueRow{"sameMeridian", {10, -180}, 10},
-                    ValueRow{"beyondIt", {10, -175}, 15}, ValueRow{"lastColumn", {10, -170}, 20},
-                    ValueRow{"besideTheHole", {5, 180}, 60}, ValueRow{"inTheHole", {5, -175}, {}},
-                    ValueRow{"theHole", {0, -170}, {}}, ValueRow{"north", {10.1, 175}, {}},
-                    ValueRow{"south2", {-0.1, 175}, {}}, ValueRow{"west", {5, 169.9}, {}},
-                    ValueRow{"east", {5, -169.9}, {}}),
-    [](auto const& info) { return std::string(info.param.name); });
 
 char const kTwo[] =
     R"([{"hourly":{"time":[1795341600,1795345200],"temperature_2m":[1.5,null],"precipitation":[0,2],)"

@@ -60,8 +60,7 @@ TEST(MetNowcast, ReadsTheRecordedOne) {
 }
 
 struct Row {
-  std::string body;
-  std::string steps;
+  std::string body, steps;
 };
 
 TEST(MetNowcast, ReadsRatesWithHolesAndWhatFalls) {
@@ -104,9 +103,8 @@ TEST(MetNowcast, IsOfUseOnlyWhereTheRadarReaches) {
   for (std::string const& body :
        {metBody("", step), metBody("unheard of", step), metBody("ok", ""),
         metBody("ok", metStep("10:20", R"("air_temperature":4)")), std::string("{}"), std::string("[]"),
-        std::string(R"({"properties":{"meta":{},"timeseries":[]}})"), std::string("<html>log in</html>")}) {
+        std::string(R"({"properties":{"meta":{},"timeseries":[]}})"), std::string("<html>log in</html>")})
     EXPECT_FALSE(parseMetNowcast(body)) << body;
-  }
 }
 
 std::string frame(std::string const& time, std::string const& grid) {
@@ -158,9 +156,8 @@ TEST(BrightSkyRadar, TellsItsStatesApart) {
   EXPECT_EQ(parseBrightSkyRadar(radarOf(frame("10:20", kGrid)))->state, State::steps);
   EXPECT_EQ(parseBrightSkyRadar(radarOf(""))->state, State::radarDown) << "the service has no newer frames";
   for (std::string const body : {std::string("{}"), std::string("null"), radarOf(frame("10:20", "null")),
-                                 std::string(R"({"radar":[]})"), std::string("<html>log in</html>")}) {
+                                 std::string(R"({"radar":[]})"), std::string("<html>log in</html>")})
     EXPECT_FALSE(parseBrightSkyRadar(body)) << body;
-  }
   EXPECT_TRUE(isOutsideBrightSkyRadar(R"({"detail":"lat/lon lies outside the radar data range"})"));
   EXPECT_FALSE(isOutsideBrightSkyRadar(R"({"detail":"Not Found"})"));
   EXPECT_FALSE(isOutsideBrightSkyRadar("<html>"));
@@ -208,9 +205,8 @@ TEST(OpenMeteoQuarters, AreRefusedInOtherDocuments) {
   for (std::string const& body :
        {std::string("{}"), std::string("[]"), std::string("<html>log in</html>"), quarters(R"("rain":[0,0])"),
         quarters(R"("precipitation":[null,null])"), std::string(R"({"minutely_15":{"precipitation":[1]}})"),
-        std::string(R"({"error":true,"reason":"Too many requests"})")}) {
+        std::string(R"({"error":true,"reason":"Too many requests"})")})
     EXPECT_FALSE(parseOpenMeteoQuarters(body)) << body;
-  }
   for (std::string const& damaged : test::damagedForms(quarters(R"("precipitation":[0.1,0.3])"), 3))
     parseOpenMeteoQuarters(damaged);
 }
@@ -222,42 +218,39 @@ struct PlaceRow {
 
 TEST(NowcastSources, AreThoseOfThePlace) {
   using enum NowcastSource;
-  for (PlaceRow const& row : {
-           PlaceRow{{59.91, 10.75}, {metNorway}},
-           {{53.55, 9.99}, {metNorway, brightSky, openMeteo}},
-           {{52.52, 13.41}, {brightSky, openMeteo}},
-           {{53, 13.41}, {metNorway, brightSky, openMeteo}},
-           {{52.999, 13.41}, {brightSky, openMeteo}},
-           {{72, 25}, {metNorway}},
-           {{72.001, 25}, {}},
-           {{60, 2.999}, {}},
-           {{60, 32.5}, {metNorway}},
-           {{60, 32.501}, {}},
-           {{48, 16.5}, {brightSky, openMeteo}},
-           {{48, 16.501}, {openMeteo}},
-           {{48, 3.6}, {brightSky, openMeteo}},
-           {{48, 3.599}, {openMeteo}},
-           {{48, 20.3}, {openMeteo}},
-           {{48, 20.301}, {}},
-           {{45.7, 10}, {brightSky, openMeteo}},
-           {{45.699, 10}, {openMeteo}},
-           {{40.42, -3.70}, {openMeteo}},
-           {{37.999, -3.70}, {}},
-           {{40.42, -8.001}, {}},
-           {{40.71, -74.01}, {openMeteo}},
-           {{24, -100}, {openMeteo}},
-           {{23.999, -100}, {}},
-           {{50, -100}, {openMeteo}},
-           {{50.001, -100}, {}},
-           {{40, -125}, {openMeteo}},
-           {{40, -125.001}, {}},
-           {{40, -66.5}, {openMeteo}},
-           {{40, -66.499}, {}},
-           {{35.68, 139.69}, {}},
-           {{-33.87, 151.21}, {}},
-       }) {
+  for (PlaceRow const& row : {PlaceRow{{59.91, 10.75}, {metNorway}},
+                              PlaceRow{{53.55, 9.99}, {metNorway, brightSky, openMeteo}},
+                              PlaceRow{{52.52, 13.41}, {brightSky, openMeteo}},
+                              PlaceRow{{53, 13.41}, {metNorway, brightSky, openMeteo}},
+                              PlaceRow{{52.999, 13.41}, {brightSky, openMeteo}},
+                              PlaceRow{{72, 25}, {metNorway}},
+                              PlaceRow{{72.001, 25}, {}},
+                              PlaceRow{{60, 2.999}, {}},
+                              PlaceRow{{60, 32.5}, {metNorway}},
+                              PlaceRow{{60, 32.501}, {}},
+                              PlaceRow{{48, 16.5}, {brightSky, openMeteo}},
+                              PlaceRow{{48, 16.501}, {openMeteo}},
+                              PlaceRow{{48, 3.6}, {brightSky, openMeteo}},
+                              PlaceRow{{48, 3.599}, {openMeteo}},
+                              PlaceRow{{48, 20.3}, {openMeteo}},
+                              PlaceRow{{48, 20.301}, {}},
+                              PlaceRow{{45.7, 10}, {brightSky, openMeteo}},
+                              PlaceRow{{45.699, 10}, {openMeteo}},
+                              PlaceRow{{40.42, -3.70}, {openMeteo}},
+                              PlaceRow{{37.999, -3.70}, {}},
+                              PlaceRow{{40.42, -8.001}, {}},
+                              PlaceRow{{40.71, -74.01}, {openMeteo}},
+                              PlaceRow{{24, -100}, {openMeteo}},
+                              PlaceRow{{23.999, -100}, {}},
+                              PlaceRow{{50, -100}, {openMeteo}},
+                              PlaceRow{{50.001, -100}, {}},
+                              PlaceRow{{40, -125}, {openMeteo}},
+                              PlaceRow{{40, -125.001}, {}},
+                              PlaceRow{{40, -66.5}, {openMeteo}},
+                              PlaceRow{{40, -66.499}, {}},
+                              PlaceRow{{35.68, 139.69}, {}},
+                              PlaceRow{{-33.87, 151.21}, {}}})
     EXPECT_EQ(nowcastSourcesAt(row.place), row.sources) << formatCoordinate(row.place);
-  }
 }
 
 }  // namespace

@@ -1,10 +1,14 @@
+#include "feeds/meteoalarm/areas/known_areas.h"
 #include "feeds/meteoalarm/meteo_alarm_selection.h"
 #include "feeds/regions/regions.h"
+#include "gazetteer/gazetteer.h"
 #include "support/answers/outlines.h"
+#include "support/samples.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <algorithm>
+#include <optional>
 #include <set>
 
 namespace nimbara {
@@ -15,9 +19,7 @@ namespace {
 struct Row {
   std::string_view place;
   Coordinate at;
-  std::string_view country;
-  std::string_view code;
-  std::string_view area;
+  std::string_view country, code, area;
   bool isFoundByName;  ///< also without outlines and codes
 };
 
@@ -97,13 +99,6 @@ std::set<std::string> areasOf(std::vector<SelectedEntry> const& entries) {
   std::set<std::string> areas;
   for (SelectedEntry const& selected : entries) areas.insert(selected.entry->areaDesc);
   return areas;
-}
-
-TEST(RegionTable, CoversFortyPlacesOfTwentyCountries) {
-  std::set<std::string_view> countries;
-  for (Row const& row : kRows) countries.insert(row.country);
-  EXPECT_GE(std::size(kRows), 40U);
-  EXPECT_GE(countries.size(), 20U);
 }
 
 TEST(RegionTable, GivesEveryPlaceItsRegionAndNoOther) {
@@ -231,6 +226,135 @@ TEST(RegionTable, GivesByNameAloneNoWrongRegion) {
     byName += row.isFoundByName ? 1 : 0;
   }
   EXPECT_GE(byName, 35);
+}
+
+RawEntry entryOf(std::string area, std::vector<RegionCode> codes = {}, std::vector<std::string> nuts3 = {}) {
+  RawEntry entry;
+  entry.areaDesc = std::move(area);
+  entry.otherCodes = std::move(codes);
+  entry.nuts3Codes = std::move(nuts3);
+  return entry;
+}
+
+TEST(KnownAreas, AreThoseOfTheOutlinesAndOfTheCountrysRegions) {
+  KnownAreas areas;
+  auto const outlines = embeddedRegions();
+  ASSERT_TRUE(outlines);
+  struct Row {
+    std::string country;
+    RawEntry entry;
+    bool isKnown;
+  };
+  for (Row const& row : {Row{"HR", entryOf("Rijeka region", {{"EMMA_ID", "HR006"}}), true},
+                         {"HR", entryOf("A new region", {{"EMMA_ID", "HR002"}}), true},
+                         {"HR", entryOf("A new region", {{"EMMA_ID", "HR999"}}), false},
+                         {"HR", entryOf("", {{"EMMA_ID", "HR999"}}), false},
+                         {"FR", entryOf("A new region", {}, {"FR718"}), true},
+                         {"FR", entryOf("A new region", {}, {"FR999"}), false},
+                         {"GB", entryOf("Grampian"), true},
+                         {"GB", entryOf("London & South East England"), true},
+                         {"GB", entryOf("Atlantis"), false},
+                         {"UA", entryOf("Київська область"), true},
+                         {"UA", entryOf("Atlantis"), false}})
+    EXPECT_EQ(areas.has(row.country, row.entry, outlines.get()), row.isKnown) << row.entry.areaDesc;
+  EXPECT_FALSE(areas.has("HR", entryOf("A new region", {{"EMMA_ID", "HR002"}}), nullptr))
+      << "without outlines nobody knows the code";
+}
+
+std::optional<MeteoAlarmFeed> recordedFeed(std::string_view name) {
+  auto const files = test::sampleFiles("meteoalarm");
+  if (!files) return std::nullopt;
+  auto const file =
+      std::ranges::find_if(*files, [&](auto const& path) { return path.filename().string().contains(name); });
+  if (file == files->end()) return std::nullopt;
+  MeteoAlarmAtomParser parser;
+  EXPECT_TRUE(parser.parse(test::readFile(*file)));
+  return feedOf(parser.takeEntries());
+}
+
+bool hasCode(RawEntry const& entry, RegionCode const& code) {
+  if (code.registry == kNuts3Registry)
+    return std::ranges::find(entry.nuts3Codes, code.code) != entry.nuts3Codes.end();
+  return std::ranges::find(entry.otherCodes, code) != entry.otherCodes.end();
+}
+
+/// The numbers of the entries that have this code, as the feed writes it.
+std::set<std::size_t> entriesOf(MeteoAlarmFeed const& feed, RegionCode const& code) {
+  std::set<std::size_t> numbers;
+  for (std::size_t i = 0; i < feed.entries.size(); ++i) {
+    if (hasCode(feed.entries[i], code)) numbers.insert(i);
+  }
+  return numbers;
+}
+
+std::set<std::size_t> selectedNumbers(MeteoAlarmFeed const& feed, Coordinate place) {
+  std::set<std::size_t> numbers;
+  for (SelectedEntry const& selected : selectedEntries(feed, place, placeRegionsOf(place, embeddedRegions())))
+    numbers.insert(static_cast<std::size_t>(selected.entry - feed.entries.data()));
+  return numbers;
+}
+
+TEST(RecordedRegions, GiveGermanTownsTheWarningsOfTheirOwnRegion) {
+  auto const feed = recordedFeed("germany");
+  if (!feed) GTEST_SKIP() << "no recorded feeds";
+  int warned = 0;
+  for (City const& city : allCities()) {
+    if (city.countryCode != "DE") continue;
+    std::set<std::size_t> expected;
+    for (MappedRegion const& region : embeddedRegions()->at(city.coordinate, "DE"))
+      expected.merge(entriesOf(*feed, {"EMMA_ID", std::string(region.code)}));
+    warned += expected.empty() ? 0 : 1;
+    EXPECT_EQ(selectedNumbers(*feed, city.coordinate), expected) << city.name;
+  }
+  EXPECT_GT(warned, 400);
+}
+
+/// A town, and the codes, as the feed writes them, of the only entries that it may get.
+struct Town {
+  std::string_view feed, name;
+  Coordinate at;
+  std::vector<RegionCode> codes;
+};
+
+TEST(RecordedRegions, ReadTheOtherRegistriesCodes) {
+  for (Town const& town : {
+           Town{"france", "Annecy", {45.9, 6.12}, {{"NUTS3", "FR718"}}},
+           {"france", "Chambéry", {45.57, 5.92}, {{"NUTS3", "FR717"}}},
+           {"france", "Grenoble", {45.19, 5.72}, {{"NUTS3", "FR714"}}},
+           {"france", "Nice", {43.7, 7.27}, {{"NUTS3", "FR823"}}},
+           {"france", "Gap", {44.56, 6.08}, {{"NUTS3", "FR822"}}},
+           {"france", "Lyon", {45.76, 4.84}, {}},
+           {"spain", "Albacete", {38.995, -1.856}, {{"EMMA_ID", "ES161"}}},
+           {"spain", "Caravaca de la Cruz", {38.106, -1.86}, {{"EMMA_ID", "ES222"}}},
+           {"spain", "Cartagena", {37.605, -0.986}, {}},
+           {"poland", "Gdynia", {54.519, 18.53}, {{"EMMA_ID", "PL805"}}},
+           {"poland", "Kraków", {50.06, 19.94}, {}},
+       }) {
+    auto const feed = recordedFeed(town.feed);
+    if (!feed) GTEST_SKIP() << "no recorded feeds";
+    std::set<std::size_t> expected;
+    for (RegionCode const& code : town.codes) expected.merge(entriesOf(*feed, code));
+    EXPECT_EQ(expected.empty(), town.codes.empty()) << town.name;
+    EXPECT_EQ(selectedNumbers(*feed, town.at), expected) << town.name;
+  }
+}
+
+TEST(RecordedRegions, FindIrishCountiesByTheirOlderCodes) {
+  auto const feed = recordedFeed("ireland-polygons");
+  if (!feed) GTEST_SKIP() << "no recorded feeds";
+  for (auto const& [place, code] : {std::pair{Coordinate{51.898, -8.471}, "EI04"},  // Cork
+                                    {Coordinate{53.344, -6.267}, "EI07"},           // Dublin
+                                    {Coordinate{53.272, -9.049}, "EI10"},           // Galway
+                                    {Coordinate{52.664, -8.623}, "EI16"}}) {        // Limerick
+    std::set<std::size_t> const own = entriesOf(*feed, {"FIPS", code});
+    EXPECT_FALSE(own.empty());
+    std::set<std::size_t> const selected = selectedNumbers(*feed, place);
+    EXPECT_TRUE(std::ranges::includes(selected, own)) << code;
+    for (std::size_t const number : selected) {
+      bool const hasShape = !feed->entries[number].polygons.empty();
+      EXPECT_TRUE(hasShape || own.contains(number)) << code << " got another county's";
+    }
+  }
 }
 
 }  // namespace

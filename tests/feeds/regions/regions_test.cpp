@@ -2,11 +2,14 @@
 
 #include "feeds/meteoalarm/areas/area_names.h"
 #include "feeds/regions/region_names.h"
+#include "feeds/regions/region_renewal.h"
 #include "feeds/regions/region_update.h"
 #include "gazetteer/gazetteer.h"
 #include "support/answers/bad_bytes.h"
 #include "support/answers/outlines.h"
 #include "support/fake_http_client.h"
+#include "support/instants.h"
+#include "support/manual_clock.h"
 #include "support/temporary_folder.h"
 
 #include <gmock/gmock.h>
@@ -24,69 +27,63 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
+using namespace std::chrono_literals;
 
 TEST(RegionNames, LoseTheirAdministrativeWords) {
   struct Row {
-    std::string_view name;
-    std::string_view bare;
+    std::string_view name, bare;
   };
   for (auto const& [name, bare] : {Row{"województwo mazowieckie", "mazowieckie"},
-                                   {"Landkreis Görlitz", "Görlitz"},
-                                   {"Rhein-Hunsrück-Kreis", "Rhein-Hunsrück"},
-                                   {"Kreis Vulkaneifel", "Vulkaneifel"},
-                                   {"County Cork", "Cork"},
-                                   {"Cork County", "Cork"},
-                                   {"Département du Rhône", "Rhône"},
-                                   {"Provincia di Bolzano", "Bolzano"},
-                                   {"Province of Rome", "Rome"},
-                                   {"Comunidad de Madrid", "Madrid"},
-                                   {"Región de Murcia", "Murcia"},
-                                   {"Stockholms län", "Stockholms"},
-                                   {"Okres Zlín", "Zlín"},
-                                   {"Județul Cluj", "Cluj"},
-                                   {"Bács-Kiskun megye", "Bács-Kiskun"},
-                                   {"Helsinki sub-region", "Helsinki"},
-                                   {"Област Варна", "Варна"},
-                                   {"Îles du Ponant", "Îles du Ponant"},
-                                   {"Kreis und Stadt München", "München"},
-                                   {"Stadt- und Landkreis Heilbronn", "Heilbronn"},
-                                   {"mun. Balti", "Balti"},
-                                   {"Kyiv Oblast", "Kyiv"},
-                                   {"Ain", ""},
-                                   {"Zug", ""},
-                                   {"Kanton Uri", ""},
-                                   {"Jura", "Jura"},
-                                   {"Район", ""},
-                                   {"Central Region", ""},
-                                   {"North-East", ""},
-                                   {"Nord-Est", "Nord-Est"},
-                                   {"England", ""},
-                                   {"County", ""},
-                                   {"", ""},
-                                   {" - ", ""}}) {
+                                   Row{"Landkreis Görlitz", "Görlitz"},
+                                   Row{"Rhein-Hunsrück-Kreis", "Rhein-Hunsrück"},
+                                   Row{"Kreis Vulkaneifel", "Vulkaneifel"},
+                                   Row{"County Cork", "Cork"},
+                                   Row{"Cork County", "Cork"},
+                                   Row{"Département du Rhône", "Rhône"},
+                                   Row{"Provincia di Bolzano", "Bolzano"},
+                                   Row{"Province of Rome", "Rome"},
+                                   Row{"Comunidad de Madrid", "Madrid"},
+                                   Row{"Región de Murcia", "Murcia"},
+                                   Row{"Stockholms län", "Stockholms"},
+                                   Row{"Okres Zlín", "Zlín"},
+                                   Row{"Județul Cluj", "Cluj"},
+                                   Row{"Bács-Kiskun megye", "Bács-Kiskun"},
+                                   Row{"Helsinki sub-region", "Helsinki"},
+                                   Row{"Област Варна", "Варна"},
+                                   Row{"Îles du Ponant", "Îles du Ponant"},
+                                   Row{"Kreis und Stadt München", "München"},
+                                   Row{"Stadt- und Landkreis Heilbronn", "Heilbronn"},
+                                   Row{"mun. Balti", "Balti"},
+                                   Row{"Kyiv Oblast", "Kyiv"},
+                                   Row{"Ain", ""},
+                                   Row{"Zug", ""},
+                                   Row{"Kanton Uri", ""},
+                                   Row{"Jura", "Jura"},
+                                   Row{"Район", ""},
+                                   Row{"Central Region", ""},
+                                   Row{"North-East", ""},
+                                   Row{"Nord-Est", "Nord-Est"},
+                                   Row{"England", ""},
+                                   Row{"County", ""},
+                                   Row{"", ""},
+                                   Row{" - ", ""}})
     EXPECT_EQ(bareRegionName(name), bare) << name;
-  }
 }
 
 TEST(AreaNames, AreComparedByWholeWords) {
   struct Row {
-    std::string_view name;
-    std::string_view area;
+    std::string_view name, area;
     bool isNamed;
   };
   auto const isOthersName = [](std::string_view name) { return name == "haute savoie" || name == "savoie"; };
-  for (auto const& [name, area, isNamed] : {Row{"Savoie", "Savoie", true},
-                                            {"Savoie", "Isère | Savoie", true},
-                                            {"Savoie", "Haute Savoie", false},
-                                            {"Savoie", "Haute Savoie | Savoie", true},
-                                            {"Wien", "Wiener Neustadt", false},
-                                            {"Braga", "Bragança", false},
-                                            {"Testland", "Testland & Coast", true},
-                                            {"Orkney & Shetland", "Grampian | Orkney and Shetland", true},
-                                            {"SW Scotland", "South West Scotland", true},
-                                            {"South West England", "Southwest England", true},
-                                            {"", "Savoie", false},
-                                            {"Savoie", "", false}})
+  for (auto const& [name, area, isNamed] :
+       {Row{"Savoie", "Savoie", true}, Row{"Savoie", "Isère | Savoie", true},
+        Row{"Savoie", "Haute Savoie", false}, Row{"Savoie", "Haute Savoie | Savoie", true},
+        Row{"Wien", "Wiener Neustadt", false}, Row{"Braga", "Bragança", false},
+        Row{"Testland", "Testland & Coast", true},
+        Row{"Orkney & Shetland", "Grampian | Orkney and Shetland", true},
+        Row{"SW Scotland", "South West Scotland", true}, Row{"South West England", "Southwest England", true},
+        Row{"", "Savoie", false}, Row{"Savoie", "", false}})
     EXPECT_EQ(isNamedIn(comparableName(name), comparableName(area), isOthersName), isNamed) << area;
 }
 
@@ -99,28 +96,16 @@ TEST(ServiceNames, AreThoseOfTheCountrysOwnService) {
 }
 
 TEST(ServiceNames, AreKnownOfEveryBritishCity) {
-  std::set<std::string> const services{"Orkney & Shetland",
-                                       "Highlands & Eilean Siar",
-                                       "Grampian",
-                                       "Strathclyde",
-                                       "Central, Tayside & Fife",
-                                       "SW Scotland, Lothian Borders",
-                                       "North East England",
-                                       "North West England",
-                                       "Yorkshire & Humber",
-                                       "West Midlands",
-                                       "East Midlands",
-                                       "East of England",
-                                       "South West England",
-                                       "Wales",
-                                       "London & South East England",
-                                       "Northern Ireland"};
+  std::string_view const services =
+      "|Orkney & Shetland|Highlands & Eilean Siar|Grampian|Strathclyde|Central, Tayside & Fife|SW Scotland, "
+      "Lothian Borders|North East England|North West England|Yorkshire & Humber|West Midlands|East "
+      "Midlands|East of England|South West England|Wales|London & South East England|Northern Ireland|";
   std::set<std::string> seen;
   for (City const& city : allCities()) {
     if (city.countryCode != "GB") continue;
     std::vector<std::string> own;
     for (std::string const& name : placeRegionsOf(city.coordinate, embeddedRegions()).names) {
-      if (services.contains(name)) own.push_back(name);
+      if (services.contains("|" + name + "|")) own.push_back(name);
     }
     EXPECT_THAT(own, SizeIs(1)) << city.name << ", " << city.district;
     seen.insert(own.begin(), own.end());
@@ -268,8 +253,7 @@ TEST_F(RegionFileTest, SaysWhatCouldNotBeFetched) {
     int listStatus;
     std::string list;
     int status;
-    std::string document;
-    std::string sentence;
+    std::string document, sentence;
   };
   for (Row const& row :
        {Row{500, "", 0, "", "the list of outlines cannot be fetched: status 500"},
@@ -289,6 +273,77 @@ TEST_F(RegionFileTest, SaysWhatCouldNotBeFetched) {
     EXPECT_THAT(update.error(), HasSubstr(row.sentence));
     EXPECT_FALSE(std::filesystem::exists(file()));
   }
+}
+
+constexpr Coordinate kBerlin{52.52, 13.41};
+constexpr Coordinate kTokyo{35.68, 139.69};
+
+class RegionRenewalTest : public testing::Test {
+ protected:
+  bool isDue(std::vector<Coordinate> const& places = {kTokyo, kBerlin}) const {
+    return renewal.isDue(places);
+  }
+  void listNames(std::string const& day) {
+    http.willAnswer(200, R"([{"name":"MeteoAlarm_Geocodes_)" + day + R"(.json"}])");
+  }
+
+  test::TemporaryFolder folder;
+  test::FakeHttpClient http;
+  test::ManualClock clock{test::at("2026-11-22T06:00:00Z")};
+  RegionRenewal renewal{http, clock, "https://docs.example", folder.path()};
+};
+
+TEST_F(RegionRenewalTest, IsDueWhereAPlaceNeedsIt) {
+  EXPECT_TRUE(isDue());
+  EXPECT_FALSE(isDue({kTokyo}));
+  EXPECT_FALSE(isDue({}));
+  EXPECT_FALSE(RegionRenewal(http, clock, "https://docs.example", {}).isDue(std::vector{kBerlin}));
+}
+
+TEST_F(RegionRenewalTest, TakesANewerEditionOnceAMonth) {
+  listNames("2031_01_31");
+  http.willAnswer(200, test::collection({test::feature("DE1", "DE", "Alpha", test::square(kBerlin, 0.5))}));
+  Regions const running(regionFileIn(folder.path()));
+  ASSERT_FALSE(running.isUpdated());
+  auto const done = renewal.run({});
+  ASSERT_TRUE(done) << done.error();
+  ASSERT_TRUE(*done);
+  EXPECT_EQ((*done)->edition, "MeteoAlarm_Geocodes_2031_01_31.json");
+  EXPECT_THAT(running.at(kBerlin).codes, testing::Contains(RegionCode{"EMMA_ID", "DE1"}));
+  EXPECT_FALSE(isDue());
+  clock.advance(30 * 24h - 1s);
+  EXPECT_FALSE(isDue());
+  clock.advance(1s);
+  EXPECT_TRUE(isDue());
+}
+
+TEST_F(RegionRenewalTest, FetchesNothingThatItHas) {
+  listNames("2026_02_20");
+  auto const done = renewal.run({});
+  ASSERT_TRUE(done) << done.error();
+  EXPECT_FALSE(*done);
+  EXPECT_THAT(http.requests, SizeIs(1));
+  EXPECT_FALSE(isDue());
+}
+
+TEST_F(RegionRenewalTest, TriesAgainADayAfterAFailure) {
+  http.willAnswer(503, "");
+  auto const done = renewal.run({});
+  ASSERT_FALSE(done);
+  EXPECT_THAT(done.error(), HasSubstr("status 503"));
+  clock.advance(24h - 1s);
+  EXPECT_FALSE(isDue());
+  clock.advance(1s);
+  EXPECT_TRUE(isDue());
+}
+
+TEST_F(RegionRenewalTest, DoesNotTrustADateBeyondAMonth) {
+  folder.write("regions.due", "2027-06-01T00:00:00Z\n");
+  EXPECT_TRUE(isDue());
+  folder.write("regions.due", "rubbish");
+  EXPECT_TRUE(isDue());
+  folder.write("regions.due", "2026-12-01T00:00:00Z\n");
+  EXPECT_FALSE(isDue());
 }
 
 }  // namespace

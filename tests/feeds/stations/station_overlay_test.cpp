@@ -1,8 +1,11 @@
 #include "feeds/stations/station_overlay.h"
 
 #include "base/apparent_temperature.h"
+#include "feeds/stations/station_history.h"
 #include "model/present.h"
 #include "support/forecasts.h"
+#include "support/instants.h"
+#include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -13,6 +16,8 @@ using enum StationQuantity;
 using std::chrono::minutes;
 using test::at;
 using Kind = StationModuleKind;
+using std::chrono::hours;
+using std::chrono::seconds;
 
 constexpr char kNight[] = "2026-11-21T01:00:00Z";  // at 0° N 0° E
 constexpr char kNoon[] = "2026-11-21T12:00:00Z";
@@ -84,10 +89,8 @@ struct AgeRow {
 
 TEST(StationOverlay, TakesNothingOlderThanHalfAnHour) {
   Instant const now = at(kNight);
-  for (AgeRow const& row : {AgeRow{minutes(30), std::nullopt},
-                            {minutes(31), StationDoubt::old},
-                            {minutes(-5), std::nullopt},
-                            {minutes(-6), StationDoubt::future}}) {
+  for (AgeRow const& row : {AgeRow{minutes(30), std::nullopt}, AgeRow{minutes(31), StationDoubt::old},
+                            AgeRow{minutes(-5), std::nullopt}, AgeRow{minutes(-6), StationDoubt::future}}) {
     auto const overlay = stationOverlay(
         forecastAt(now), station({module(Kind::outdoor, now - row.age, {{temperature, 14}})}), now);
     EXPECT_EQ(overlay.isLive(), !row.doubt) << row.age.count();
@@ -98,8 +101,7 @@ TEST(StationOverlay, TakesNothingOlderThanHalfAnHour) {
 }
 
 struct DoubtRow {
-  char const* what;
-  char const* now;
+  char const *what, *now;
   double celsius;
   int clouds;
   double insideCelsius;
@@ -191,6 +193,58 @@ TEST(StationOverlay, LeavesAForecastOfHoursAgoAlone) {
     data.fetchedAt = now - age;
     EXPECT_EQ(stationOverlay(data, reading, now).isLive(), isLive) << age.count();
   }
+}
+
+constexpr char kNow[] = "2026-11-21T12:00:00Z";
+
+StationReading station(std::string id, Instant observedAt, double celsius) {
+  StationReading made{.id = std::move(id), .modules = {}};
+  made.modules.push_back(
+      {.kind = Kind::outdoor, .observedAt = observedAt, .values = {{temperature, celsius}}});
+  return made;
+}
+
+TEST(StationSamples, AreOfWhatIsMeasuredOutdoorsNow) {
+  Instant const now = at(kNow);
+  StationReading made = station("s", now - minutes(4), 3.4);
+  made.modules.push_back(
+      {.kind = Kind::base, .observedAt = now, .values = {{temperature, 21}, {pressure, 1012}}});
+  made.modules.push_back({.kind = Kind::wind, .observedAt = now - minutes(31), .values = {{windSpeed, 9}}});
+  StationSample const expected{now, 3.4, std::nullopt, 1012};
+  EXPECT_EQ(sampleOf(made, now), expected);
+  EXPECT_EQ(sampleOf(station("s", now - minutes(31), 3.4), now), std::nullopt);
+}
+
+TEST(StationSamples, AreOneInFiveMinutesOfTheLastTwoDays) {
+  Instant const now = at(kNow);
+  std::vector<StationSample> samples;
+  for (Instant then = now - hours(60); then <= now; then += minutes(1))
+    samples = withSample(std::move(samples), {.at = then}, then);
+  EXPECT_EQ(samples.size(), 48U * 12 + 1);
+  EXPECT_EQ(samples.front().at, now - hours(48));
+  EXPECT_EQ(samples.back().at, now);
+  auto const set = withSample(samples, {.at = now - hours(5)}, now - hours(5));
+  EXPECT_EQ(set.back().at, now - hours(5) + minutes(5)) << "the clock was set back";
+}
+
+TEST(StationHistory, IsOfOneStationAndOutlivesTheProgram) {
+  test::TemporaryFolder const folder;
+  Instant const now = at(kNow);
+  auto const history = [&] { return StationHistory(folder.path() / "History.json"); };
+  for (int i = 0; i < 3; ++i)
+    history().note("account", station("s", now + minutes(10 * i), i), now + minutes(10 * i) + seconds(20));
+  auto const kept = history().read("account", station("s", now, 0), now + minutes(20));
+  ASSERT_EQ(kept.size(), 3U);
+  EXPECT_EQ(kept.back(), (StationSample{.at = now + minutes(20), .temperature = 2}));
+  EXPECT_TRUE(history().read("account", station("other", now, 0), now).empty());
+  EXPECT_TRUE(history().read("around", station("s", now, 0), now).empty());
+  EXPECT_TRUE(history().read("account", station("s", now, 0), now + hours(49)).empty());
+  history().note("account", station("other", now, 7), now);
+  EXPECT_EQ(history().read("account", station("other", now, 0), now).size(), 1U);
+  EXPECT_TRUE(history().read("account", station("s", now, 0), now).empty());
+  history().remove();
+  EXPECT_TRUE(history().read("account", station("other", now, 0), now).empty());
+  StationHistory("").note("account", station("s", now, 1), now);
 }
 
 }  // namespace

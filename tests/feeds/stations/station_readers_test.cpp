@@ -26,10 +26,9 @@ std::string sample(std::string const& name) {
 /// "temperature 21.4, humidity 62".
 std::string valuesOf(StationModule const& module) {
   std::string out;
-  for (StationValue const& each : module.values) {
+  for (StationValue const& each : module.values)
     out += (out.empty() ? "" : ", ") + std::string(enumName(each.quantity)) + " " +
            std::to_string(std::lround(each.value * 10));
-  }
   return out;
 }
 
@@ -175,14 +174,12 @@ TEST(StationDocument, KnowsEachFormByItsNames) {
     for (std::string const& damaged : test::damagedForms(row.body, 7)) parseStationDocument(damaged, {});
   }
   for (char const* const body : {R"({})", R"([])", R"({"temperature":400})", R"({"temperature":null})",
-                                 R"({"temperature":5,"time":"yesterday"})", R"({"common_list":[]})"}) {
+                                 R"({"temperature":5,"time":"yesterday"})", R"({"common_list":[]})"})
     EXPECT_FALSE(parseStationDocument(body, {})) << body;
-  }
 }
 
 struct NeighbourRow {
-  std::vector<double> temperatures;
-  std::vector<double> altitudes;
+  std::vector<double> temperatures, altitudes;
   int used, leftOut;
   std::optional<double> median;
 };

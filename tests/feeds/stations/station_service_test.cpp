@@ -204,11 +204,10 @@ TEST_F(Stations, ForgetEverythingWhenTheyAreUnlinked) {
 
 TEST(StationAddress, IsAGatewaysWhereAHostAloneIsNamed) {
   for (auto const& [text, url] : {std::pair{"192.168.1.20", "http://192.168.1.20/get_livedata_info"},
-                                  {"http://gw.lan/", "http://gw.lan/get_livedata_info"},
-                                  {"https://pi.lan/w.json", "https://pi.lan/w.json"},
-                                  {"pi.lan:8000/w?x=1", "http://pi.lan:8000/w?x=1"}}) {
+                                  std::pair{"http://gw.lan/", "http://gw.lan/get_livedata_info"},
+                                  std::pair{"https://pi.lan/w.json", "https://pi.lan/w.json"},
+                                  std::pair{"pi.lan:8000/w?x=1", "http://pi.lan:8000/w?x=1"}})
     EXPECT_EQ(stationAddress(text), url);
-  }
 }
 
 TEST(StationBox, IsWithinTheGlobe) {
