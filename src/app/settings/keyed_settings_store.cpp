@@ -38,7 +38,7 @@ KeyedSettingsStore::KeyedSettingsStore(std::unique_ptr<SettingsStore> store,
 
 Result<std::string, StoreError> KeyedSettingsStore::text(Settings const& settings,
                                                          SettingDefinition const& definition) const {
-  std::string const kept = settingText(settings.value(definition.key));
+  std::string kept = settingText(settings.value(definition.key));
   if (!definition.isSecret) return kept;
   auto key = keys_.find(kept);
   if (key) return std::move(*key);

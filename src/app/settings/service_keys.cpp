@@ -101,7 +101,7 @@ Result<std::string, std::string> ServiceKeys::add(std::string const& key) const 
   // From an attempt whose settings were not written, or for another service.
   auto const same = std::ranges::find(file->keys, key, [](auto const& entry) { return entry.second; });
   if (same != file->keys.end()) return same->first;
-  std::string const reference = unused(*file);
+  std::string reference = unused(*file);
   file->keys[reference] = key;
   if (auto const written = writeFileAtomically(file_, encodeJson(*file)); !written)
     return std::unexpected(written.error());

@@ -9,7 +9,7 @@ namespace {
 
 constexpr auto kPrefix = ServiceKeys::kReferencePrefix;
 
-std::string plain(std::string key) {
+std::string plain(std::string const& key) {
   return key;
 }
 
@@ -20,7 +20,7 @@ Result<std::string, std::string> withKeys(std::string text, FindKey const& find,
     std::string const reference = text.substr(at, ServiceKeys::kReferenceLength);
     auto key = ServiceKeys::isReference(reference) ? find(reference) : reference;
     if (!key) return key;
-    std::string const inPlace = *key == reference ? reference : written(std::move(*key));
+    std::string const inPlace = *key == reference ? reference : written(*key);
     text.replace(at, reference.size(), inPlace);
     at += inPlace.size();
   }
@@ -34,7 +34,8 @@ bool hasReference(HttpRequest const& request) {
 }
 
 Result<HttpRequest, std::string> withKeys(HttpRequest request, FindKey const& find) {
-  auto url = withKeys(std::move(request.url), find, [](std::string key) { return percentEncoded(key); });
+  auto url =
+      withKeys(std::move(request.url), find, [](std::string const& key) { return percentEncoded(key); });
   if (!url) return std::unexpected(url.error());
   request.url = std::move(*url);
   for (auto& [name, value] : request.headers) {
