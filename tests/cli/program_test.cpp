@@ -158,36 +158,37 @@ std::string addressOf(int output) {
   return line;
 }
 
-TEST_F(Program, LeavesNoFeedServerBehindWhenItIsKilled) {
-  int ends[2];
-  ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+/// The program while its feed server runs.
+struct ServingProgram : Program {
+  void SetUp() override {
+    ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+    ASSERT_EQ(spawn(child, test::kProgram, {"nimbara", "feed-server", "--listen", "127.0.0.1:0"},
+                    {"HOME=" + folder.path().string()}, -1, ends[1]),
+              0);
+    close(ends[1]);
+    std::string const address = addressOf(ends[0]);
+    ASSERT_TRUE(address.starts_with("http://127.0.0.1:")) << address;
+    port = std::stoi(address.substr(address.rfind(':') + 1));
+    EXPECT_TRUE(isListening(port));
+  }
+  void TearDown() override { close(ends[0]); }
+  int codeAfter(int signal) const {
+    kill(child, signal);
+    return codeOf(child);
+  }
+
+  int ends[2] = {-1, -1};  ///< of its output, which stays open as long as it runs
   pid_t child = 0;
-  ASSERT_EQ(spawn(child, test::kProgram, {"nimbara", "feed-server", "--listen", "127.0.0.1:0"},
-                  {"HOME=" + folder.path().string()}, -1, ends[1]),
-            0);
-  close(ends[1]);
-  std::string const address = addressOf(ends[0]);
-  ASSERT_TRUE(address.starts_with("http://127.0.0.1:")) << address;
-  int const port = std::stoi(address.substr(address.rfind(':') + 1));
-  EXPECT_TRUE(isListening(port));
-  kill(child, SIGKILL);
-  EXPECT_EQ(codeOf(child), -SIGKILL);
+  int port = 0;
+};
+
+TEST_F(ServingProgram, LeavesNoFeedServerBehindWhenItIsKilled) {
+  EXPECT_EQ(codeAfter(SIGKILL), -SIGKILL);
   EXPECT_FALSE(isListening(port));
-  close(ends[0]);
 }
 
-TEST_F(Program, EndsItsFeedServerWhenItIsInterrupted) {
-  int ends[2];
-  ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
-  pid_t child = 0;
-  ASSERT_EQ(spawn(child, test::kProgram, {"nimbara", "feed-server", "--listen", "127.0.0.1:0"},
-                  {"HOME=" + folder.path().string()}, -1, ends[1]),
-            0);
-  close(ends[1]);
-  ASSERT_NE(addressOf(ends[0]), "");
-  kill(child, SIGTERM);
-  EXPECT_EQ(codeOf(child), exitCode::kInterrupted);
-  close(ends[0]);
+TEST_F(ServingProgram, EndsItsFeedServerWhenItIsInterrupted) {
+  EXPECT_EQ(codeAfter(SIGTERM), exitCode::kInterrupted);
 }
 
 }  // namespace
