@@ -124,33 +124,25 @@ struct ChoiceRow {
   char const *chosen, *route;
 };
 
-void PrintTo(ChoiceRow const& row, std::ostream* out) {
-  *out << row.name;
-}
-
-struct ChosenRoutes : testing::TestWithParam<ChoiceRow> {};
-
-TEST_P(ChosenRoutes, BeginWithTheChosenSource) {
-  GovAlertPlace place = govAlertPlace(GetParam().place);
-  place.chosenSource = GetParam().chosen;
-  EXPECT_EQ(list(warningRoute(place)), GetParam().route);
-}
-
 constexpr Coordinate kBerlin{52.52, 13.41};
 constexpr Coordinate kTokyo{35.68, 139.69};
 
-INSTANTIATE_TEST_SUITE_P(Rows, ChosenRoutes,
-                         testing::Values(ChoiceRow{"Own", kBerlin, "brightsky", "brightsky"},
-                                         ChoiceRow{"Usual", kBerlin, "meteoalarm", "meteoalarm"},
-                                         ChoiceRow{"Centre", kBerlin, "wmo", "wmo, fpas"},
-                                         ChoiceRow{"Server", kTokyo, "fpas", "fpas, wmo"},
-                                         ChoiceRow{"UsualOfTheWorld", kTokyo, "wmo", "wmo, fpas"},
-                                         ChoiceRow{"Norway", {59.91, 10.75}, "metalerts", "metalerts"},
-                                         ChoiceRow{
-                                             "SvalbardByEurope", {78.22, 15.65}, "meteoalarm", "meteoalarm"},
-                                         ChoiceRow{"OfAnotherCountry", kTokyo, "brightsky", "wmo, fpas"},
-                                         ChoiceRow{"Unknown", kBerlin, "weather", "meteoalarm"}),
-                         [](auto const& row) { return row.param.name; });
+TEST(ChosenRoutes, BeginWithTheChosenSource) {
+  for (ChoiceRow const& row :
+       {ChoiceRow{"Own", kBerlin, "brightsky", "brightsky"},
+        ChoiceRow{"Usual", kBerlin, "meteoalarm", "meteoalarm"},
+        ChoiceRow{"Centre", kBerlin, "wmo", "wmo, fpas"}, ChoiceRow{"Server", kTokyo, "fpas", "fpas, wmo"},
+        ChoiceRow{"UsualOfTheWorld", kTokyo, "wmo", "wmo, fpas"},
+        ChoiceRow{"Norway", {59.91, 10.75}, "metalerts", "metalerts"},
+        ChoiceRow{"SvalbardByEurope", {78.22, 15.65}, "meteoalarm", "meteoalarm"},
+        ChoiceRow{"OfAnotherCountry", kTokyo, "brightsky", "wmo, fpas"},
+        ChoiceRow{"Unknown", kBerlin, "weather", "meteoalarm"}}) {
+    SCOPED_TRACE(row.name);
+    GovAlertPlace place = govAlertPlace(row.place);
+    place.chosenSource = row.chosen;
+    EXPECT_EQ(list(warningRoute(place)), row.route);
+  }
+}
 
 TEST(WarningRoute, SaysWhatMayBeChosen) {
   auto const possible = [](Coordinate place) { return list(possibleSources(govAlertPlace(place))); };

@@ -29,6 +29,7 @@ TEST(ModelGrids, CoverTheViewWithFewPoints) {
   for (GridRow const& row : {GridRow{"europe", {50, 10}, 5}, GridRow{"world", {20, 0}, 2},
                              GridRow{"dateLine", {-17, 180}, 6}, GridRow{"beforeIt", {-17, -179.9}, 9},
                              GridRow{"north", {80, 20}, 3}, GridRow{"street", {52.5, 13.4}, 12}}) {
+    SCOPED_TRACE(row.name);
     for (auto const& [width, height] :
          {std::pair(1280, 800), std::pair{400, 900}, std::pair{2560, 300}, std::pair{1, 1}}) {
       MapView const view = bounded({mercatorOf(row.centre), row.zoom, width, height});
@@ -80,6 +81,7 @@ TEST(FieldValues, LieBetweenThePoints) {
         ValueRow{"inTheHole", {5, -175}, {}}, ValueRow{"theHole", {0, -170}, {}},
         ValueRow{"north", {10.1, 175}, {}}, ValueRow{"south2", {-0.1, 175}, {}},
         ValueRow{"west", {5, 169.9}, {}}, ValueRow{"east", {5, -169.9}, {}}}) {
+    SCOPED_TRACE(row.name);
     ModelGrid const grid{170, 10, 10, 10, 3, 2};
     std::vector<float> const values{0, 10, 20, 100, 110, kNone};
     auto const value = fieldAt(values, grid, row.place);
