@@ -195,17 +195,6 @@ TEST(CapReader, RefusesEncodingsThatItDoesNotKnow) {
     EXPECT_FALSE(parseCap(cut)) << cut;
 }
 
-/// Order is never guessed, what is not to be read as it stands draws nothing.
-TEST(CapReader, TakesCornersInTheirOrderAlone) {
-  using Row = std::pair<std::string, std::size_t>;
-  for (auto const& [corners, polygons] :
-       {Row{"\n10,20\t10,21  11,21\r\n10,20 ", 1}, Row{"10, 20 10, 21 11, 21", 1},
-        Row{"+10,+20 10,21 11,21", 1}, Row{"120,10 121,10 121,11", 0}, Row{"10,20;10,21;11,21", 0},
-        Row{"10 20 10 21 11 21", 0}, Row{"10,20,0 10,21,0 11,21,0", 0}, Row{"10,190 10,191 11,191", 0},
-        Row{"nan,1 2,3 3,4", 0}})
-    EXPECT_EQ(areaOf("<polygon>" + corners + "</polygon>").polygons.size(), polygons) << corners;
-}
-
 TEST(CapReader, PassesOverSignaturesAndWhatItDoesNotKnow) {
   std::string const signature =
       "<ds:Signature xmlns:ds=\"http://www.w3.org/2000/09/xmldsig#\"><ds:info><identifier>stolen</identifier>"

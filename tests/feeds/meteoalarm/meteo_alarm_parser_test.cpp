@@ -89,7 +89,8 @@ TEST(MeteoAlarmParser, LeavesOutWhatCannotBeRead) {
   };
   for (auto const& [text, isPolygon] :
        {Row{"1,1 2,2 3,1", true}, Row{"  1,1\t2,2\n3,1  ", true}, Row{"+1,-1 2,2 3,1", true},
-        Row{"90,180 -90,-180 0,0", true}, Row{"", false}, Row{"1,1", false}, Row{"1,1 2,2", false},
+        Row{"90,180 -90,-180 0,0", true}, Row{"10, 20 10, 21 11, 21", true}, Row{"10,20;10,21;11,21", false},
+        Row{"120,10 121,10 121,11", false}, Row{"", false}, Row{"1,1", false}, Row{"1,1 2,2", false},
         Row{"1,1 2,2 3", false}, Row{"1,1 2,2 3,", false}, Row{"1,1 2,2 3,1,4", false},
         Row{"1,12,2 3,1", false}, Row{"1,1 2,2 90.1,1", false}, Row{"1,1 2,2 1,180.1", false},
         Row{"1,1 2,2 nan,1", false}, Row{"1,1 2,2 1e999,1", false}, Row{"1 1 2 2 3 1", false}})
