@@ -99,7 +99,7 @@ std::optional<AirIndex> airIndexOf(AirLevels const& levels, AirScale scale) {
 }
 
 std::span<AirQualityHour const> airHoursAhead(AirQualityForecast const& forecast, Instant now) {
-  constexpr hours kAhead{48};
+  static constexpr hours kAhead{48};
   auto const begin = std::ranges::find_if(
       forecast.hours, [now](AirQualityHour const& hour) { return hour.time + hours(1) > now; });
   auto const end = std::find_if(begin, forecast.hours.end(),

@@ -17,10 +17,8 @@ struct KeptAdvisories {
 }  // namespace
 
 template <>
-inline constexpr auto jsonFields<KeptAdvisories> = FieldList {
-  constexpr std::chrono::seconds kAdvisoryTimeout{25};
-  field("checkedAt", &KeptAdvisories::checkedAt), field("advisories", &KeptAdvisories::advisories)
-};
+inline constexpr auto jsonFields<KeptAdvisories> = FieldList{
+    field("checkedAt", &KeptAdvisories::checkedAt), field("advisories", &KeptAdvisories::advisories)};
 
 namespace {
 
