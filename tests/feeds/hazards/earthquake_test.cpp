@@ -24,7 +24,7 @@ std::string feature(std::string const& id, std::string const& properties,
          id + "\"}";
 }
 
-std::string collection(std::vector<std::string> const& features) {
+std::string collectionOf(std::vector<std::string> const& features) {
   std::string body = R"({"type":"FeatureCollection","features":[)";
   for (std::size_t i = 0; i < features.size(); ++i) body += (i > 0 ? "," : "") + features[i];
   return body + "]}";
@@ -35,7 +35,7 @@ std::string quakeAt(std::string const& id, Instant time) {
 }
 
 TEST(Earthquakes, AreReadWhole) {
-  auto const events = parseEarthquakes(collection(
+  auto const events = parseEarthquakes(collectionOf(
       {feature("nc1", R"("mag":-0.4,"place":"7 km N","time":1700000000000,"updated":1700000000500,"tz":null,
           "url":"https://a","detail":"https://b","alert":"green","sig":12,"type":"quarry blast")")}));
   ASSERT_TRUE(events && events->size() == 1);
@@ -59,14 +59,14 @@ TEST(Earthquakes, AreLeftOutWhereAnEssentialIsMissing) {
         Row{kGood, R"({"coordinates":[null,2,3,4]})", false},
         Row{kGood, R"({"coordinates":[1,2,3,null]})", true}, Row{kGood, "{}", false}}) {
     auto const events =
-        parseEarthquakes(collection({feature("a", row.properties, row.geometry), feature("b", kGood)}));
+        parseEarthquakes(collectionOf({feature("a", row.properties, row.geometry), feature("b", kGood)}));
     ASSERT_TRUE(events) << row.properties << row.geometry;
     EXPECT_EQ(events->size(), row.kept ? 2 : 1) << row.properties << row.geometry;
   }
 }
 
 TEST(Earthquakes, KeepWhatMayBeMissing) {
-  auto const events = parseEarthquakes(collection({feature(
+  auto const events = parseEarthquakes(collectionOf({feature(
       "a", R"("mag":0,"time":1,"place":null,"updated":null,"alert":null,"sig":null,"url":"","detail":"")")}));
   ASSERT_TRUE(events && events->size() == 1);
   EXPECT_EQ(events->front().place, "Unknown location");
@@ -76,11 +76,11 @@ TEST(Earthquakes, KeepWhatMayBeMissing) {
 
 TEST(Earthquakes, AreRefusedInOtherDocuments) {
   for (std::string const& body :
-       {std::string("{}"), std::string("[]"), std::string(R"({"features":7})"), collection({"7"}),
-        collection({R"({"properties":{}})"}), collection({R"({"id":"a"})"}),
-        collection({feature("a", R"("mag":"5","time":1)")})})
+       {std::string("{}"), std::string("[]"), std::string(R"({"features":7})"), collectionOf({"7"}),
+        collectionOf({R"({"properties":{}})"}), collectionOf({R"({"id":"a"})"}),
+        collectionOf({feature("a", R"("mag":"5","time":1)")})})
     EXPECT_FALSE(parseEarthquakes(body)) << body;
-  for (std::string const& body : test::damagedForms(collection({feature("a", R"("mag":1,"time":1)")}), 3))
+  for (std::string const& body : test::damagedForms(collectionOf({feature("a", R"("mag":1,"time":1)")}), 3))
     std::ignore = parseEarthquakes(body);
 }
 
@@ -132,7 +132,7 @@ class EarthquakeServiceTest : public testing::Test {
 
 TEST_F(EarthquakeServiceTest, AsksTheFeedServerEveryFiveMinutes) {
   EarthquakeService quakes = service();
-  std::string const body = collection({quakeAt("a", clock_.now())});
+  std::string const body = collectionOf({quakeAt("a", clock_.now())});
   for (int i = 0; i < 2; ++i) http_.willAnswer(200, body);
   EXPECT_EQ(quakes.fetchEarthquakes().data.size(), 1);
   EXPECT_EQ(http_.requests[0].url, "https://feeds.example/api/feed.php?f=quakes");
@@ -147,8 +147,8 @@ TEST_F(EarthquakeServiceTest, AsksTheFeedServerEveryFiveMinutes) {
 
 TEST_F(EarthquakeServiceTest, AsksAgainAtOnceWhenTheListIsEmpty) {
   EarthquakeService quakes = service();
-  http_.willAnswer(200, collection({}));
-  http_.willAnswer(200, collection({}));
+  http_.willAnswer(200, collectionOf({}));
+  http_.willAnswer(200, collectionOf({}));
   quakes.fetchEarthquakes();
   quakes.fetchEarthquakes();
   EXPECT_EQ(http_.requests.size(), 2);
@@ -159,9 +159,9 @@ TEST_F(EarthquakeServiceTest, KeepsItsListThroughFailures) {
     int status;
     std::string body;
   };
-  for (Row const& row : {Row{500, collection({})}, Row{304, ""}, Row{200, "<html>"}, Row{200, "{"}}) {
+  for (Row const& row : {Row{500, collectionOf({})}, Row{304, ""}, Row{200, "<html>"}, Row{200, "{"}}) {
     EarthquakeService quakes = service();
-    http_.willAnswer(299, collection({quakeAt("a", clock_.now())}));
+    http_.willAnswer(299, collectionOf({quakeAt("a", clock_.now())}));
     auto const fresh = quakes.fetchEarthquakes();
     EXPECT_EQ(fresh.data.size(), 1);
     EXPECT_TRUE(fresh.isCurrent());
@@ -178,7 +178,7 @@ TEST_F(EarthquakeServiceTest, KeepsItsListThroughFailures) {
 
 TEST_F(EarthquakeServiceTest, RemembersOverARestartWhatIsLessThanADayOld) {
   Instant const now = clock_.now();
-  http_.willAnswer(200, collection({quakeAt("old", now - 1h), quakeAt("new", now)}));
+  http_.willAnswer(200, collectionOf({quakeAt("old", now - 1h), quakeAt("new", now)}));
   EXPECT_EQ(service().fetchEarthquakes().data.size(), 2);
   clock_.advance(23h + 1s);
   EarthquakeService restarted = service();
@@ -196,16 +196,16 @@ TEST_F(EarthquakeServiceTest, LivesWithAnyFileOnDisk) {
   }
   std::filesystem::remove_all(folder_.path() / "Earthquakes");
   folder_.write("Earthquakes", "a file where the folder should be");
-  http_.willAnswer(200, collection({quakeAt("a", clock_.now())}));
+  http_.willAnswer(200, collectionOf({quakeAt("a", clock_.now())}));
   EXPECT_EQ(service().fetchEarthquakes().data.size(), 1);
 }
 
 TEST_F(EarthquakeServiceTest, NeverTakesAStandInsListForItsOwn) {
-  http_.willAnswer(200, collection({quakeAt("generated", clock_.now())}));
+  http_.willAnswer(200, collectionOf({quakeAt("generated", clock_.now())}));
   EXPECT_EQ(service(true).fetchEarthquakes().data.size(), 1);
   EXPECT_EQ(service(true).fetchEarthquakes().data.size(), 1) << "the stand-in itself may";
   EXPECT_TRUE(service().fetchEarthquakes().data.empty());
-  http_.willAnswer(200, collection({quakeAt("real", clock_.now())}));
+  http_.willAnswer(200, collectionOf({quakeAt("real", clock_.now())}));
   EXPECT_EQ(service().fetchEarthquakes().data.size(), 1);
   EXPECT_EQ(service().fetchEarthquakes().data.size(), 1);
 }

@@ -170,8 +170,12 @@ TEST_F(GeomagneticServiceTest, AsksEveryHalfHour) {
   EXPECT_EQ(stale.checkedAt, at("2026-11-21T09:50:00Z"));
 }
 
-constexpr Coordinate kTromso{69.65, 18.96}, kEdinburgh{55.95, -3.19}, kBerlin{52.52, 13.41},
-    kMinneapolis{44.98, -93.27}, kHobart{-42.88, 147.33}, kSingapore{1.35, 103.8};
+constexpr Coordinate kTromso{69.65, 18.96};
+constexpr Coordinate kEdinburgh{55.95, -3.19};
+constexpr Coordinate kBerlin{52.52, 13.41};
+constexpr Coordinate kMinneapolis{44.98, -93.27};
+constexpr Coordinate kHobart{-42.88, 147.33};
+constexpr Coordinate kSingapore{1.35, 103.8};
 
 TEST(GeomagneticLatitude, IsNotThatOfTheGlobe) {
   struct Row {
