@@ -91,7 +91,7 @@ class Photographer : public QObject {
 
  private:
   void wait() {
-    if (model_.hasSettled() && model_.air()->hasSettled() && !settle_.isActive()) settle_.start();
+    if (model_.hasSettled() && !settle_.isActive()) settle_.start();
   }
   void take() {
     auto const saved = window_.savePicture(file_);

@@ -10,10 +10,6 @@ ScrollPage {
     readonly property int columns: width >= 1900 * Theme.scale ? 3 : width >= 860 * Theme.scale ? 2 : 1
     readonly property bool isWaiting: App.now.hasPlace && !App.air.now.isAsked
 
-    readonly property bool isCurrent: parent?.isShown ?? false
-    Binding { target: App.air; property: "isShown"; value: page.isCurrent }
-    Component.onDestruction: App.air.isShown = false
-
     most: 3000
 
     PlaceHeading {

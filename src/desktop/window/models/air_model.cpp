@@ -40,7 +40,6 @@ void AirModel::show(EngineSnapshot const& snapshot, ViewContext const& context) 
   pollen_->show(pollenViews(known, context));
   hours_->show(airHourViews(known, context));
   year_ = known == nullptr ? YearCurve() : yearCurve(known->climate.data, context);
-  hasSettled_ = !snapshot.place || (known != nullptr && known->advisories.isSettled());
   Q_EMIT shown();
 }
 

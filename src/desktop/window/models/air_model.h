@@ -18,7 +18,6 @@ class AirModel : public QObject {
   Q_PROPERTY(nimbara::RecordListModel* pollutants READ pollutants CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* pollen READ pollen CONSTANT)
   Q_PROPERTY(nimbara::RecordListModel* hours READ hours CONSTANT)
-  Q_PROPERTY(bool isShown MEMBER isShown_ NOTIFY isShownChanged)
 
  public:
   explicit AirModel(QObject* parent);
@@ -32,13 +31,9 @@ class AirModel : public QObject {
   RecordListModel* pollen() { return pollen_; }
   RecordListModel* hours() { return hours_; }
   YearCurve const& year() const { return year_; }
-  /// Nobody looks at the page, or each of its feeds has answered or failed, or there is no place to ask
-  /// about.
-  bool hasSettled() const { return hasSettled_ || !isShown_; }
 
  Q_SIGNALS:
   void shown();
-  void isShownChanged();
 
  private:
   RecordModel* words_;
@@ -48,8 +43,6 @@ class AirModel : public QObject {
   RecordListModel* pollen_;
   RecordListModel* hours_;
   YearCurve year_;
-  bool hasSettled_ = true;
-  bool isShown_ = false;
 };
 
 }  // namespace nimbara

@@ -282,6 +282,15 @@ void DesktopModel::lookAhead() {
   actions_.engine.lookAhead();
 }
 
+bool DesktopModel::hasSettled() const {
+  if (!isReady_) return false;
+  // The advisories are the last of the place's feeds that are asked.
+  SupplementState const* const known = snapshot_->weather->supplement.get();
+  bool const isSupplemented = !snapshot_->place || (known != nullptr && known->advisories.isSettled());
+  return isSupplemented && !snapshot_->weather->isLoading && snapshot_->hazards->isSettled() &&
+         !snapshot_->outlook->isAsking && globe_->hasSettled() && map_->hasSettled();
+}
+
 void DesktopModel::setOpenDay(int day) {
   if (openDay_ == day) return;
   openDay_ = day;

@@ -126,10 +126,8 @@ class DesktopModel : public QObject {
   QString problem() const;
   /// A first snapshot has come.
   bool isReady() const { return isReady_; }
-  bool hasSettled() const {
-    return isReady_ && !snapshot_->weather->isLoading && snapshot_->hazards->isSettled() &&
-           !snapshot_->outlook->isAsking && globe_->hasSettled() && map_->hasSettled();
-  }
+  /// Everything that was asked for has answered or failed.
+  bool hasSettled() const;
   TrayView tray() const;
   bool closesToTray() const { return snapshot_->closesToTray; }
   int openDay() const { return openDay_; }
