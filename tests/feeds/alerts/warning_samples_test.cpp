@@ -191,8 +191,9 @@ std::string toldAt(Coordinate place, CapMessage const& message, Meaning const& m
 TEST(CapSamples, MeanWhatTheMapSays) {
   if (!test::sampleFiles("cap")) GTEST_SKIP() << "no samples are named";
   std::size_t seen = 0;
-  for (std::string const folder : {"meteoalarm"}) {
-    for (auto const& file : test::sampleFiles(folder).value()) {
+  for (std::string const folder : {"cap", "meteoalarm"}) {
+    auto const files = test::sampleFiles(folder).value();
+    for (auto const& file : files) {
       auto const known = kMeanings.find(file.filename().string());
       if (known == kMeanings.end()) continue;
       SCOPED_TRACE(known->first);

@@ -53,13 +53,13 @@ std::string madeOf(CapAlert second) {
   CapAlert const first = capAlert("1", "08:00", "Alert", {}, {storm});
   auto const answer = answerTo(listOf({first, std::move(second)}));
   EXPECT_THAT(answer.unplaced, IsEmpty());
+  if (answer.alerts.size() == 2) return "two";
+  if (!answer.alerts.empty()) return answer.alerts[0].title == "Storm" ? "is" : "goes";
   // Of what is called off everything is as it last was, also the identifier.
   for (WeatherAlert const& off : answer.calledOff) {
     EXPECT_EQ(off.title, "Storm");
     EXPECT_EQ(off.id, answerTo(first).alerts.at(0).id);
   }
-  if (answer.alerts.size() == 2) return "two";
-  if (!answer.alerts.empty()) return answer.alerts[0].title == "Storm" ? "is" : "goes";
   return answer.calledOff.empty() ? "over" : "ends";
 }
 
