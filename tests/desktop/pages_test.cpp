@@ -110,9 +110,30 @@ struct Keyboard : PageTest {
     std::vector<std::string>& asked_;
   };
 
+  struct Mutes : NotificationActions {
+    explicit Mutes(std::vector<std::string>& asked) : asked_(asked) {}
+    void mute(std::string const& kinds, std::optional<Instant>) override {
+      asked_.push_back("mute " + kinds);
+    }
+    std::vector<std::string>& asked_;
+  };
+  /// Once it has been made: what is being loaded may still move it.
+  template <class IsDone>
+  void click(std::string const& name, IsDone const& isDone) {
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+      if (isDone()) return true;
+      QQuickItem const* const button = buttonNamed(window.window()->contentItem(), name);
+      if (button == nullptr) return false;
+      QTest::mouseClick(window.window(), Qt::LeftButton, {},
+                        button->mapToScene(button->boundingRect().center()).toPoint());
+      return isDone();
+    })) << name;
+  }
+
   std::vector<std::string> asked;
   Hazards hazards{asked};
-  DesktopModel model{setting(), {.engine = hazards}};
+  Mutes mutes{asked};
+  DesktopModel model{setting(), {.engine = hazards, .notifications = mutes}};
   DesktopWindow window;
 };
 
@@ -213,14 +234,7 @@ TEST_F(Keyboard, GoesToTheSourcesAtOneClickFromAFailedCheckAndBack) {
   model.show(uncheckedHazards());
   for (char const* const from : {"now", "hazards"}) {
     window.window()->setProperty("page", QLatin1String(from));
-    // What is being loaded may still move the button.
-    EXPECT_TRUE(QTest::qWaitFor([&] {
-      QQuickItem const* const link = buttonNamed(window.window()->contentItem(), "Sources");
-      if (page() == "sources" || link == nullptr) return page() == "sources";
-      QTest::mouseClick(window.window(), Qt::LeftButton, {},
-                        link->mapToScene(link->boundingRect().center()).toPoint());
-      return page() == "sources";
-    })) << from;
+    click("Sources", [&] { return page() == "sources"; });
     EXPECT_GT(model.sources()->places()->count(), 0);
     EXPECT_TRUE(QTest::qWaitFor([&] {
       QQuickItem* const item = window.window()->activeFocusItem();
@@ -315,18 +329,6 @@ TEST_F(Keyboard, OpensAWarningsText) {
 
 TEST_F(Keyboard, ShowsAWarningAtOneClickAndTheNextAtAnother) {
   model.show(snapshotOf(alertState()));
-  QQuickItem* const root = window.window()->contentItem();
-  // What is being loaded may still move it.
-  auto const click = [&](std::string const& name, auto const& isDone) {
-    EXPECT_TRUE(QTest::qWaitFor([&] {
-      if (isDone()) return true;
-      QQuickItem const* const button = buttonNamed(root, name);
-      if (button == nullptr) return false;
-      QTest::mouseClick(window.window(), Qt::LeftButton, {},
-                        button->mapToScene(button->boundingRect().center()).toPoint());
-      return isDone();
-    })) << name;
-  };
   auto const shows = [&](char16_t const* title) {
     return [&, title] {
       return model.warning()->value(QStringLiteral("title")).toString() == QStringView(title);
@@ -334,10 +336,25 @@ TEST_F(Keyboard, ShowsAWarningAtOneClickAndTheNextAtAnother) {
   };
   click("Critical: Warning 3", shows(u"Warning 3"));
   EXPECT_THAT(complaints(), IsEmpty());
-  EXPECT_THAT(namelessBelow(root), IsEmpty());
+  EXPECT_THAT(namelessBelow(window.window()->contentItem()), IsEmpty());
   click("Next warning", shows(u"Warning 7"));
   click("Close", [&] { return model.openAlert().isEmpty(); });
   EXPECT_EQ(model.openAlert(), QString());
+}
+
+TEST_F(Keyboard, ShowsTomorrowsHoursAtOneClick) {
+  auto const sentence = model.days()->data(model.days()->index(1), model.days()->roleNames().key("sentence"));
+  click(sentence.toString().toStdString(), [&] { return model.openDay() == 1; });
+  EXPECT_NE(model.openDayTitle(), QString());
+}
+
+TEST_F(Keyboard, MutesTheLikeOfAWarningAtTwoClicks) {
+  model.show(manyHazards());
+  click("Critical: Warning 3", [&] { return !model.openAlert().isEmpty(); });
+  std::string const mute = model.warning()->value(QStringLiteral("mute")).toString().toStdString();
+  ASSERT_THAT(mute, testing::HasSubstr("Mute"));
+  click(mute, [&] { return !asked.empty(); });
+  EXPECT_THAT(asked, testing::ElementsAre(testing::StartsWith("mute ")));
 }
 
 }  // namespace
