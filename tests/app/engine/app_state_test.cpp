@@ -71,7 +71,10 @@ struct AppStateTest : testing::Test {
     }
     clock.set(end);
   }
-  void runDue(AppState& subject) { runDue(subject); }
+  void runDue(AppState& subject) {
+    subject.runDue();
+    runner.runAll();
+  }
   void runDueAt(AppState& subject, std::chrono::seconds later) {
     clock.set(kStart + later);
     runDue(subject);
