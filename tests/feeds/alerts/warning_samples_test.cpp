@@ -180,7 +180,7 @@ std::string toldAt(Coordinate place, CapMessage const& message, Meaning const& m
                                       {"called off: ", &answer.calledOff}}) {
     for (WeatherAlert const& alert : *alerts) {
       EXPECT_EQ(alert.distanceKm, std::nullopt);
-      told += where + alert.title + "/" + std::string(enumName(alert.kind)) + "/" +
+      told += where + alert.title + "/" + std::string(wordOf(alert.kind)) + "/" +
               std::string(enumName(alert.severity)) + "/" + alert.colour.value_or("") + "/" +
               alert.issuer.value_or("") + "/" + alert.areaDesc.value_or("");
     }
@@ -201,7 +201,9 @@ TEST(CapSamples, MeanWhatTheMapSays) {
       Meaning const& meaning = known->second;
       auto const document = parseCap(test::readFile(file));
       ASSERT_TRUE(document) << document.error();
-      if (folder == "cap") EXPECT_EQ(issuerCountry(*document), meaning.country);
+      if (folder == "cap") {
+        EXPECT_EQ(issuerCountry(*document), meaning.country);
+      }
       CapMessage const message{std::make_shared<CapAlert const>(*document), {}, meaning.country, false, {}};
       for (Coordinate const place : meaning.inside) EXPECT_EQ(toldAt(place, message, meaning), meaning.told);
       for (Coordinate const place : meaning.outside) EXPECT_EQ(toldAt(place, message, meaning), "");
