@@ -1,5 +1,6 @@
 #include "desktop/window/models/desktop_model.h"
 
+#include "app/state/supplement_state.h"
 #include "desktop/core/desktop_options.h"
 #include "desktop/states/hazard_states.h"
 #include "desktop/views/now/now_view.h"
@@ -63,9 +64,18 @@ struct ModelTest : testing::Test {
   DesktopModel model{setting(), {.engine = places}};
 };
 
+/// Of a place whose feeds have all answered.
+WeatherState answeredState() {
+  WeatherState state = stateOf(mildWeek());
+  SupplementState supplement;
+  supplement.advisories.checkedAt = kNow;
+  state.supplement = std::make_shared<SupplementState const>(std::move(supplement));
+  return state;
+}
+
 TEST_F(ModelTest, IsReadyWithTheFirstSnapshotAndSettledWithTheLastRefresh) {
   EXPECT_FALSE(model.isReady());
-  WeatherState state = stateOf(mildWeek());
+  WeatherState state = answeredState();
   auto const shownWith = [&](bool isLoading) {
     state.isLoading = isLoading;
     auto snapshot = snapshotOf(state);
@@ -90,7 +100,7 @@ TEST_F(ModelTest, ClosesTheOpenDayWithItsPlace) {
 }
 
 TEST_F(ModelTest, SettlesWhenTheHazardsAreKnownToo) {
-  auto const snapshot = snapshotOf(stateOf(mildWeek()));
+  auto const snapshot = snapshotOf(answeredState());
   HazardsState hazards = hazardsOf(checkOf(*snapshot->place));
   hazards.official.isAsking = true;
   snapshot->hazards = shared(hazards);
@@ -101,6 +111,11 @@ TEST_F(ModelTest, SettlesWhenTheHazardsAreKnownToo) {
   later->hazards = shared(hazards);
   model.show(later);
   EXPECT_TRUE(model.hasSettled());
+  WeatherState asked = answeredState();
+  asked.supplement = std::make_shared<SupplementState const>();
+  later->weather = std::make_shared<WeatherState const>(asked);
+  model.show(std::make_shared<EngineSnapshot>(*later));
+  EXPECT_FALSE(model.hasSettled()) << "the place's feeds have not answered";
 }
 
 TEST_F(ModelTest, KeepsPointingAtTheSameEarthquake) {
