@@ -62,8 +62,8 @@ void defineQuakes(Command app, CommandLine& line, RawOptions& raw) {
 void defineKp(Command app, CommandLine& line, RawOptions& raw) {
   Command const command =
       app.command("kp", "Geomagnetic activity: the planetary K index, and where auroras may be seen");
-  command.option("PLACE", line.feeds.place, "Where to look for auroras; the selected place by default");
-  command.option("--place", line.feeds.place, "The same").called("PLACE");
+  command.option("--place", line.feeds.place, "Where to look for auroras; the selected place by default")
+      .called("PLACE");
   command.flag("--json", line.feeds.json, kJson);
   defineCommon(command, line, raw);
   command.whenGiven([&line] { line.run = runKp; });
