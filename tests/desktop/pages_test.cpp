@@ -349,8 +349,11 @@ TEST_F(Keyboard, ShowsTomorrowsHoursAtOneClick) {
 }
 
 TEST_F(Keyboard, MutesTheLikeOfAWarningAtTwoClicks) {
-  model.show(manyHazards());
-  click("Critical: Warning 3", [&] { return !model.openAlert().isEmpty(); });
+  WeatherState state = stateOf(mildWeek());
+  state.govAlerts = {alertOf(AlertSeverity::critical, "Flood")};
+  state.govAlerts.front().isGovAlert = true;
+  model.show(snapshotOf(state));
+  click("Critical: Flood", [&] { return !model.openAlert().isEmpty(); });
   std::string const mute = model.warning()->value(QStringLiteral("mute")).toString().toStdString();
   ASSERT_THAT(mute, testing::HasSubstr("Mute"));
   click(mute, [&] { return !asked.empty(); });
