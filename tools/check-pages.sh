@@ -13,7 +13,7 @@ complain() {
     [ -n "$file" ] || continue
     echo "$file:$line: $1"
     wrong=1
-  done < <(grep -nE --exclude=PlainText.qml --exclude=MarkedText.qml "$2" -r --include=*.qml -- "$pages" || true)
+  done < <(grep -rnE --include="*.qml" --exclude=PlainText.qml --exclude=MarkedText.qml -- "$2" "$pages" || true)
 }
 
 complain "use PlainText, or MarkedText where a line has a lead" \
