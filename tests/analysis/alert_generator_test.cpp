@@ -302,6 +302,7 @@ TEST(FeltTemperature, FollowsThePublishedFormulas) {
   EXPECT_EQ(feltTemperature(10, 10, 50, 4.7), 10);
   EXPECT_EQ(feltTemperature(10.1, 9.5, 50, 40), 9.5);
   EXPECT_GT(feltTemperature(27, 27, 80, 0), 27);
+  EXPECT_GT(feltTemperature(33, 33, 40, 0), 33);
   EXPECT_EQ(feltTemperature(30, 31, 39, 0), 31);
   EXPECT_EQ(feltTemperature(35, 60, 50, 0), 60);
 }

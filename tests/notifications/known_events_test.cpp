@@ -182,6 +182,12 @@ TEST_F(Flood, OfOneMoreThanTwentyTellsEach) {
   EXPECT_THAT(center.shown(), testing::Not(testing::Contains("earthquake_others")));
 }
 
+TEST_F(Flood, OfTwoMoreThanTwentyCountsTwo) {
+  std::ignore = pass(22);
+  ASSERT_THAT(center.delivered(), SizeIs(21));
+  EXPECT_EQ(center.delivered().back().title, "2 more earthquakes");
+}
+
 TEST_F(Flood, TellsTheGreatestAndCountsTheRest) {
   auto const report = pass(2000);
   auto const told = center.delivered();
